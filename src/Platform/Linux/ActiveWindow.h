@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Platform/ForegroundApplication.h"
+
+#include <cstdint>
+
+namespace morvane {
+
+class X11Connection;
+
+/// Follows the window that the window manager calls the active one. Owned by the application; the
+/// connection must outlive it.
+class ActiveWindow : public ForegroundApplication {
+    Q_OBJECT
+
+public:
+    explicit ActiveWindow(X11Connection &x11);
+
+private:
+    void read();
+    QString windowClass(std::uint32_t window) const;
+
+    X11Connection &m_x11;
+    std::uint32_t m_last = 0; ///< the last window that was active, never none
+};
+
+} // namespace morvane

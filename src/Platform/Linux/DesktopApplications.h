@@ -1,0 +1,14 @@
+#pragma once
+
+#include "Platform/InstalledApplications.h"
+
+namespace morvane {
+
+/// The applications that have a desktop entry in one of the XDG data folders. Reads one small file
+/// for each question.
+class DesktopApplications : public InstalledApplications {
+public:
+    std::optional<QString> displayName(const QString &bundleID) const override;
+};
+
+} // namespace morvane

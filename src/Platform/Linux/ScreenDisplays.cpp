@@ -1,0 +1,128 @@
+#include "Platform/Linux/ScreenDisplays.h"
+
+#include "Platform/Linux/X11Connection.h"
+#include "Platform/Linux/XcbReply.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+#include <xcb/xcb.h>
+
+#include <algorithm>
+#include <array>
+
+namespace morvane {
+
+namespace {
+
+/// FNV-1a: the same for an output's name on every start.
+std::uint32_t displayID(const QString &name) {
+    std::uint32_t hash = 2166136261U;
+    for (const char byte : name.toUtf8()) {
+        hash = (hash ^ static_cast<std::uint8_t>(byte)) * 16777619U;
+    }
+    return hash;
+}
+
+bool isBuiltin(const QString &name) {
+    constexpr std::array connectors{"eDP", "LVDS", "DSI"};
+    return std::ranges::any_of(connectors, [&](const char *connector) {
+        return name.startsWith(QLatin1String(connector));
+    });
+}
+
+/// With no output left Qt makes up a screen and names it after the X screen, ":0.0".
+bool isInvented(const QScreen &screen) {
+    return screen.name().startsWith(u':');
+}
+
+/// A screen's own rectangle in device pixels: Qt scales its size, but not its place.
+QRect deviceRect(const QScreen &screen) {
+    const QRect points = screen.geometry();
+    return {points.topLeft(), (QSizeF(points.size()) * screen.devicePixelRatio()).toSize()};
+}
+
+} // namespace
+
+ScreenDisplays::ScreenDisplays(X11Connection &x11) : m_x11(x11) {
+    for (QScreen *screen : QGuiApplication::screens()) {
+        watch(screen);
+    }
+    connect(qGuiApp, &QGuiApplication::screenAdded, this, [this](QScreen *screen) {
+        watch(screen);
+        emit changed();
+    });
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &Displays::changed);
+    connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, &Displays::changed);
+    connect(&m_x11, &X11Connection::rootPropertyChanged, this, [this](std::uint32_t atom) {
+        if (atom == m_x11.atom("_NET_CLIENT_LIST") || atom == m_x11.atom("_NET_WORKAREA")) {
+            readStruts();
+        }
+    });
+    readStruts();
+}
+
+QList<Display> ScreenDisplays::displays() const {
+    QList<Display> result;
+    for (const QScreen *screen : QGuiApplication::screens()) {
+        if (!isInvented(*screen)) {
+            result.append({displayID(screen->name()), screen->geometry(), workArea(*screen),
+                           isBuiltin(screen->name()), 0});
+        }
+    }
+    return result;
+}
+
+QPoint ScreenDisplays::pointerPosition() const {
+    return QCursor::pos();
+}
+
+void ScreenDisplays::watch(QScreen *screen) {
+    connect(screen, &QScreen::geometryChanged, this, &Displays::changed);
+    connect(screen, &QScreen::physicalDotsPerInchChanged, this, &Displays::changed);
+}
+
+void ScreenDisplays::readStruts() {
+    const auto windows = m_x11.property(m_x11.root(), "_NET_CLIENT_LIST", XCB_ATOM_WINDOW);
+    // All questions go out before the first answer is read: one round trip for all windows.
+    QList<xcb_get_property_cookie_t> cookies;
+    for (const std::uint32_t window : windows) {
+        cookies.append(xcb_get_property(m_x11.connection(), 0, window,
+                                        m_x11.atom("_NET_WM_STRUT_PARTIAL"), XCB_ATOM_CARDINAL, 0,
+                                        12));
+    }
+    QList<Strut> struts;
+    for (const auto cookie : cookies) {
+        const XcbReply<xcb_get_property_reply_t> reply(
+            xcb_get_property_reply(m_x11.connection(), cookie, nullptr));
+        if (reply && reply->format == 32) {
+            const auto *items =
+                static_cast<const std::uint32_t *>(xcb_get_property_value(reply.get()));
+            struts.append(Strut::of(QList<std::uint32_t>(items, items + reply->value_len)));
+        }
+    }
+    struts.removeIf([](const Strut &strut) { return strut.isEmpty(); });
+    if (struts != m_struts) {
+        m_struts = struts;
+        emit changed();
+    }
+}
+
+QRect ScreenDisplays::workArea(const QScreen &screen) const {
+    const QRect device = deviceRect(screen);
+    QRect desktop;
+    for (const QScreen *other : QGuiApplication::screens()) {
+        desktop |= deviceRect(*other);
+    }
+    // Struts are counted from the edges of the whole desktop, which begins at the origin.
+    const QSize extent(desktop.right() + 1, desktop.bottom() + 1);
+    QRect area = device;
+    for (const Strut &strut : m_struts) {
+        area = strut.shrink(area, device, extent);
+    }
+    const double scale = screen.devicePixelRatio();
+    const QPointF offset = QPointF(area.topLeft() - device.topLeft()) / scale;
+    return {screen.geometry().topLeft() + offset.toPoint(), (QSizeF(area.size()) / scale).toSize()};
+}
+
+} // namespace morvane

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Platform/Displays.h"
+#include "Platform/Linux/Strut.h"
+
+class QScreen;
+
+namespace morvane {
+
+class X11Connection;
+
+/// The displays as Qt names them, with work areas of our own: Qt lets a bar on one display shorten
+/// all of them. Owned by the application; the connection must outlive it.
+class ScreenDisplays : public Displays {
+    Q_OBJECT
+
+public:
+    explicit ScreenDisplays(X11Connection &x11);
+
+    QList<Display> displays() const override;
+    QPoint pointerPosition() const override;
+
+private:
+    void watch(QScreen *screen);
+    void readStruts();
+    QRect workArea(const QScreen &screen) const;
+
+    X11Connection &m_x11;
+    QList<Strut> m_struts;
+};
+
+} // namespace morvane

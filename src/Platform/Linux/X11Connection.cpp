@@ -1,0 +1,136 @@
+#include "Platform/Linux/X11Connection.h"
+
+#include "Platform/Linux/XcbReply.h"
+
+#include <QAbstractEventDispatcher>
+#include <QSocketNotifier>
+#include <xcb/xcb.h>
+#include <xcb/xfixes.h>
+
+namespace morvane {
+
+namespace {
+
+constexpr std::uint32_t maxPropertyWords = 4096;
+
+const xcb_screen_t *screenAt(xcb_connection_t *connection, int number) {
+    auto screen = xcb_setup_roots_iterator(xcb_get_setup(connection));
+    while (number > 0 && screen.rem > 1) {
+        xcb_screen_next(&screen);
+        --number;
+    }
+    return screen.data;
+}
+
+} // namespace
+
+void X11Connection::Disconnect::operator()(xcb_connection_t *connection) const {
+    xcb_disconnect(connection);
+}
+
+std::unique_ptr<X11Connection> X11Connection::open() {
+    int screen = 0;
+    Handle connection(xcb_connect(nullptr, &screen));
+    if (xcb_connection_has_error(connection.get()) != 0) {
+        return nullptr;
+    }
+    return std::unique_ptr<X11Connection>(new X11Connection(std::move(connection), screen));
+}
+
+bool X11Connection::isReachable() {
+    const Handle connection(xcb_connect(nullptr, nullptr));
+    return xcb_connection_has_error(connection.get()) == 0;
+}
+
+X11Connection::X11Connection(Handle connection, int screen)
+    : m_connection(std::move(connection)), m_root(screenAt(m_connection.get(), screen)->root) {
+    watchRoot();
+    watchCompositor(screen);
+    const int descriptor = xcb_get_file_descriptor(m_connection.get());
+    auto *notifier = new QSocketNotifier(descriptor, QSocketNotifier::Read, this);
+    connect(notifier, &QSocketNotifier::activated, this, &X11Connection::readEvents);
+    // Waiting for a reply may take events off the socket, which then never becomes readable.
+    if (auto *dispatcher = QAbstractEventDispatcher::instance()) {
+        connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, this,
+                &X11Connection::readEvents);
+    }
+    xcb_flush(m_connection.get());
+}
+
+X11Connection::~X11Connection() = default;
+
+std::uint32_t X11Connection::atom(const QByteArray &name) {
+    const auto known = m_atoms.constFind(name);
+    if (known != m_atoms.constEnd()) {
+        return *known;
+    }
+    const auto cookie =
+        xcb_intern_atom(connection(), 0, static_cast<std::uint16_t>(name.size()), name.constData());
+    const XcbReply<xcb_intern_atom_reply_t> reply(
+        xcb_intern_atom_reply(connection(), cookie, nullptr));
+    return *m_atoms.insert(name, reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE));
+}
+
+QList<std::uint32_t> X11Connection::property(std::uint32_t window, const QByteArray &name,
+                                             std::uint32_t type) {
+    const auto cookie =
+        xcb_get_property(connection(), 0, window, atom(name), type, 0, maxPropertyWords);
+    const XcbReply<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(connection(), cookie, nullptr));
+    if (!reply || reply->format != 32) {
+        return {};
+    }
+    const auto *items = static_cast<const std::uint32_t *>(xcb_get_property_value(reply.get()));
+    return QList<std::uint32_t>(items, items + reply->value_len);
+}
+
+void X11Connection::watchRoot() {
+    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_change_window_attributes(connection(), m_root, XCB_CW_EVENT_MASK, &events);
+}
+
+void X11Connection::watchCompositor(int screen) {
+    m_compositorSelection = atom("_NET_WM_CM_S" + QByteArray::number(screen));
+    const auto *extension = xcb_get_extension_data(connection(), &xcb_xfixes_id);
+    if (extension != nullptr && extension->present != 0) {
+        const auto cookie = xcb_xfixes_query_version(connection(), XCB_XFIXES_MAJOR_VERSION,
+                                                     XCB_XFIXES_MINOR_VERSION);
+        const XcbReply<xcb_xfixes_query_version_reply_t> version(
+            xcb_xfixes_query_version_reply(connection(), cookie, nullptr));
+        m_selectionEvent =
+            static_cast<std::uint8_t>(extension->first_event + XCB_XFIXES_SELECTION_NOTIFY);
+        xcb_xfixes_select_selection_input(
+            connection(), m_root, m_compositorSelection,
+            XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+    }
+    readComposited();
+}
+
+void X11Connection::readEvents() {
+    while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(connection())}) {
+        const auto type = static_cast<std::uint8_t>(event->response_type & 0x7f);
+        if (type == XCB_PROPERTY_NOTIFY) {
+            const auto *notice = reinterpret_cast<xcb_property_notify_event_t *>(event.get());
+            if (notice->window == m_root) {
+                emit rootPropertyChanged(notice->atom);
+            }
+        } else if (m_selectionEvent != 0 && type == m_selectionEvent) {
+            readComposited();
+        }
+    }
+}
+
+void X11Connection::readComposited() {
+    const auto cookie = xcb_get_selection_owner(connection(), m_compositorSelection);
+    const XcbReply<xcb_get_selection_owner_reply_t> reply(
+        xcb_get_selection_owner_reply(connection(), cookie, nullptr));
+    const bool composited = reply && reply->owner != XCB_WINDOW_NONE;
+    if (composited != m_composited) {
+        m_composited = composited;
+        emit compositedChanged();
+    }
+}
+
+} // namespace morvane

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QRect>
+#include <QRegion>
+
+namespace morvane {
+
+/// A widget's window that stays above all others, is on every workspace and never takes the focus.
+/// Made by `OverlayWindows`, owned by a presenter, outlived by its widget. Hidden at first. Main
+/// thread.
+class OverlayWindow {
+public:
+    OverlayWindow() = default;
+    OverlayWindow(const OverlayWindow &) = delete;
+    OverlayWindow &operator=(const OverlayWindow &) = delete;
+    virtual ~OverlayWindow() = default;
+
+    /// The edge at which what is painted stays put while the window changes its size, until the
+    /// widget has painted itself anew.
+    enum class Anchor { topCenter, topRight };
+
+    /// Moves and resizes in one step, in the desktop's points.
+    virtual void setGeometry(const QRect &frame, Anchor anchor) = 0;
+
+    /// The part, in the widget's points, that takes clicks; everywhere else they reach what lies
+    /// below. Where nothing can be translucent the rest is cut off as well.
+    virtual void setShape(const QRegion &shape) = 0;
+
+    virtual void show() = 0;
+    virtual void hide() = 0;
+    virtual bool isVisible() const = 0;
+
+    /// From 0 to 1; without effect where nothing can be translucent.
+    virtual void setOpacity(double opacity) = 0;
+    virtual double opacity() const = 0;
+
+    /// True when what the widget leaves unpainted shows what lies below.
+    virtual bool isTranslucent() const = 0;
+};
+
+} // namespace morvane
