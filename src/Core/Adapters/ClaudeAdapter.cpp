@@ -1,0 +1,102 @@
+#include "Core/Adapters/ClaudeAdapter.h"
+
+#include <nlohmann/json.hpp>
+
+namespace morvane {
+
+namespace {
+
+using nlohmann::json;
+
+json allowing(const AgentDecision &decision, const std::optional<QString> &tool) {
+    json result{{"behavior", "allow"}};
+    if (tool && !tool->isEmpty()) {
+        const bool forSession = decision.scope == AgentDecision::Scope::session;
+        result["updatedPermissions"] = {{"rule", tool->toStdString()},
+                                        {"action", "allow"},
+                                        {"remembering", forSession ? "session" : "permanent"}};
+    }
+    return result;
+}
+
+/// The agent runs the tool with the input that it gets back, so all of it goes back, with the
+/// answers put in. None when there is no input to put them into.
+std::optional<json> answering(const AgentDecision &decision, QByteArrayView payload) {
+    const json body = json::parse(payload.begin(), payload.end(), nullptr, false);
+    if (!body.is_object() || !body.contains("tool_input") || !body["tool_input"].is_object()) {
+        return std::nullopt;
+    }
+    json input = body["tool_input"];
+    json answers = json::object();
+    for (auto entry = decision.answers.begin(); entry != decision.answers.end(); ++entry) {
+        answers[entry.key().toStdString()] = entry.value().toStdString();
+    }
+    input["answers"] = std::move(answers);
+    return json{{"behavior", "allow"}, {"updatedInput", std::move(input)}};
+}
+
+} // namespace
+
+QStringList ClaudeAdapter::nativeEvents() const {
+    return {QStringLiteral("SessionStart"), QStringLiteral("UserPromptSubmit"),
+            QStringLiteral("PreToolUse"),   QStringLiteral("Notification"),
+            QStringLiteral("Stop"),         QStringLiteral("StopFailure"),
+            QStringLiteral("SubagentStop"), QStringLiteral("SessionEnd")};
+}
+
+std::optional<CanonicalEvent>
+ClaudeAdapter::canonical(const QString &native,
+                         const std::optional<QString> &notificationType) const {
+    if (native == QLatin1String("PermissionRequest")) {
+        return CanonicalEvent::permissionRequest;
+    }
+    return claudeCanonical(native, notificationType);
+}
+
+std::optional<QString> ClaudeAdapter::matcher(const QString &native) const {
+    return native == QLatin1String("PreToolUse") ? std::optional(QStringLiteral("*"))
+                                                 : std::nullopt;
+}
+
+QStringList ClaudeAdapter::decisionEvents() const {
+    return {QStringLiteral("PermissionRequest")};
+}
+
+std::optional<QByteArray> ClaudeAdapter::encodeDecision(const AgentDecision &decision,
+                                                        const std::optional<QString> &tool,
+                                                        QByteArrayView payload,
+                                                        const QString &nativeEvent) const {
+    std::optional<json> result;
+    switch (decision.kind) {
+    case AgentDecision::Kind::allow:
+        result = json{{"behavior", "allow"}};
+        break;
+    case AgentDecision::Kind::deny:
+        result = json{{"behavior", "deny"}};
+        break;
+    case AgentDecision::Kind::allowRemembering:
+        result = allowing(decision, tool);
+        break;
+    case AgentDecision::Kind::answer:
+        result = answering(decision, payload);
+        break;
+    case AgentDecision::Kind::ask:
+        break;
+    }
+    return result ? std::optional(decisionEnvelope(nativeEvent, *result)) : std::nullopt;
+}
+
+AgentIntegration ClaudeAdapter::integration() const {
+    return JsonHooks{inHome(QStringLiteral(".claude/settings.json")), QStringLiteral("hooks")};
+}
+
+std::optional<NotificationMute> ClaudeAdapter::notificationMute() const {
+    return NotificationMute{QStringLiteral("preferredNotifChannel"),
+                            QStringLiteral("notifications_disabled")};
+}
+
+std::optional<StatusLineFeed> ClaudeAdapter::statusLineFeed() const {
+    return StatusLineFeed{QStringLiteral("statusLine")};
+}
+
+} // namespace morvane

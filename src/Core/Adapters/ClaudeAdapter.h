@@ -1,0 +1,29 @@
+#pragma once
+
+#include "Core/AgentAdapter.h"
+
+namespace morvane {
+
+/// Claude Code: the one agent that takes rules and structured answers with a decision.
+class ClaudeAdapter : public AgentAdapter {
+public:
+    AgentKind kind() const override { return AgentKind::claude; }
+    QStringList nativeEvents() const override;
+    std::optional<CanonicalEvent>
+    canonical(const QString &native, const std::optional<QString> &notificationType) const override;
+    bool reportsBackgroundTasks() const override { return true; }
+    std::optional<QString> matcher(const QString &native) const override;
+    bool supportsDecisions() const override { return true; }
+    QStringList decisionEvents() const override;
+    bool supportsRememberedDecisions() const override { return true; }
+    bool supportsQuestionAnswers() const override { return true; }
+    std::optional<QByteArray> encodeDecision(const AgentDecision &decision,
+                                             const std::optional<QString> &tool,
+                                             QByteArrayView payload,
+                                             const QString &nativeEvent) const override;
+    AgentIntegration integration() const override;
+    std::optional<NotificationMute> notificationMute() const override;
+    std::optional<StatusLineFeed> statusLineFeed() const override;
+};
+
+} // namespace morvane

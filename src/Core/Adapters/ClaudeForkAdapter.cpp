@@ -1,0 +1,60 @@
+#include "Core/Adapters/ClaudeForkAdapter.h"
+
+#include <nlohmann/json.hpp>
+
+namespace morvane {
+
+ClaudeForkAdapter::ClaudeForkAdapter(AgentKind kind, QString settingsPath, QStringList nativeEvents,
+                                     QStringList decisionEvents)
+    : m_kind(kind), m_settingsPath(std::move(settingsPath)),
+      m_nativeEvents(std::move(nativeEvents)), m_decisionEvents(std::move(decisionEvents)) {}
+
+QStringList ClaudeForkAdapter::baseEvents() {
+    return {QStringLiteral("SessionStart"), QStringLiteral("UserPromptSubmit"),
+            QStringLiteral("PreToolUse"),   QStringLiteral("Notification"),
+            QStringLiteral("Stop"),         QStringLiteral("SubagentStop"),
+            QStringLiteral("SessionEnd")};
+}
+
+QStringList ClaudeForkAdapter::extendedEvents() {
+    return baseEvents() << QStringLiteral("PermissionRequest") << QStringLiteral("StopFailure");
+}
+
+std::optional<CanonicalEvent>
+ClaudeForkAdapter::canonical(const QString &native,
+                             const std::optional<QString> &notificationType) const {
+    if (native == QLatin1String("PermissionRequest")) {
+        return m_decisionEvents.contains(native) ? CanonicalEvent::permissionRequest
+                                                 : CanonicalEvent::needsInput;
+    }
+    return claudeCanonical(native, notificationType);
+}
+
+std::optional<QString> ClaudeForkAdapter::matcher(const QString &native) const {
+    const bool matchesTools =
+        native == QLatin1String("PreToolUse") || m_decisionEvents.contains(native);
+    return matchesTools ? std::optional(QStringLiteral("*")) : std::nullopt;
+}
+
+std::optional<QByteArray> ClaudeForkAdapter::encodeDecision(const AgentDecision &decision,
+                                                            const std::optional<QString> &,
+                                                            QByteArrayView,
+                                                            const QString &nativeEvent) const {
+    switch (decision.kind) {
+    case AgentDecision::Kind::allow:
+    case AgentDecision::Kind::allowRemembering:
+    case AgentDecision::Kind::answer:
+        return decisionEnvelope(nativeEvent, {{"behavior", "allow"}});
+    case AgentDecision::Kind::deny:
+        return decisionEnvelope(nativeEvent, {{"behavior", "deny"}});
+    case AgentDecision::Kind::ask:
+        break;
+    }
+    return std::nullopt;
+}
+
+AgentIntegration ClaudeForkAdapter::integration() const {
+    return JsonHooks{inHome(m_settingsPath), QStringLiteral("hooks")};
+}
+
+} // namespace morvane

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Core/AgentAdapter.h"
+
+namespace morvane {
+
+/// Qoder, CodeBuddy and Factory: agents with Claude Code's hooks, of which each has its own
+/// selection, and each its own settings file.
+class ClaudeForkAdapter : public AgentAdapter {
+public:
+    /// The path is relative to the home folder.
+    ClaudeForkAdapter(AgentKind kind, QString settingsPath, QStringList nativeEvents,
+                      QStringList decisionEvents);
+
+    static QStringList baseEvents();
+    static QStringList extendedEvents();
+
+    AgentKind kind() const override { return m_kind; }
+    QStringList nativeEvents() const override { return m_nativeEvents; }
+
+    /// A permission request that can't be answered from here still means that a person is needed.
+    std::optional<CanonicalEvent>
+    canonical(const QString &native, const std::optional<QString> &notificationType) const override;
+    std::optional<QString> matcher(const QString &native) const override;
+    bool supportsDecisions() const override { return !m_decisionEvents.isEmpty(); }
+    QStringList decisionEvents() const override { return m_decisionEvents; }
+    std::optional<QByteArray> encodeDecision(const AgentDecision &decision,
+                                             const std::optional<QString> &tool,
+                                             QByteArrayView payload,
+                                             const QString &nativeEvent) const override;
+    AgentIntegration integration() const override;
+
+private:
+    AgentKind m_kind;
+    QString m_settingsPath;
+    QStringList m_nativeEvents;
+    QStringList m_decisionEvents;
+};
+
+} // namespace morvane

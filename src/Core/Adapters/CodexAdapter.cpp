@@ -1,0 +1,57 @@
+#include "Core/Adapters/CodexAdapter.h"
+
+#include <nlohmann/json.hpp>
+
+namespace morvane {
+
+QStringList CodexAdapter::nativeEvents() const {
+    return {QStringLiteral("SessionStart"), QStringLiteral("UserPromptSubmit"),
+            QStringLiteral("PreToolUse"),   QStringLiteral("PermissionRequest"),
+            QStringLiteral("Stop"),         QStringLiteral("SubagentStop"),
+            QStringLiteral("SessionEnd")};
+}
+
+std::optional<CanonicalEvent>
+CodexAdapter::canonical(const QString &native,
+                        const std::optional<QString> &notificationType) const {
+    if (native == QLatin1String("PermissionRequest")) {
+        return CanonicalEvent::permissionRequest;
+    }
+    return claudeCanonical(native, notificationType);
+}
+
+std::optional<QString> CodexAdapter::matcher(const QString &native) const {
+    return native == QLatin1String("PreToolUse") ? std::optional(QStringLiteral("*"))
+                                                 : std::nullopt;
+}
+
+QStringList CodexAdapter::decisionEvents() const {
+    return {QStringLiteral("PermissionRequest")};
+}
+
+QSet<QString> CodexAdapter::defaultPermissionModes() const {
+    return {QStringLiteral("on-request")};
+}
+
+std::optional<QByteArray> CodexAdapter::encodeDecision(const AgentDecision &decision,
+                                                       const std::optional<QString> &,
+                                                       QByteArrayView,
+                                                       const QString &nativeEvent) const {
+    switch (decision.kind) {
+    case AgentDecision::Kind::allow:
+    case AgentDecision::Kind::allowRemembering:
+        return decisionEnvelope(nativeEvent, {{"behavior", "allow"}});
+    case AgentDecision::Kind::deny:
+        return decisionEnvelope(nativeEvent, {{"behavior", "deny"}});
+    case AgentDecision::Kind::answer:
+    case AgentDecision::Kind::ask:
+        break;
+    }
+    return std::nullopt;
+}
+
+AgentIntegration CodexAdapter::integration() const {
+    return JsonHooks{inHome(QStringLiteral(".codex/hooks.json")), QStringLiteral("hooks")};
+}
+
+} // namespace morvane

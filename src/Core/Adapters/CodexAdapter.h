@@ -1,0 +1,25 @@
+#pragma once
+
+#include "Core/AgentAdapter.h"
+
+namespace morvane {
+
+/// Codex: takes a yes or a no, and neither rules nor answers to questions.
+class CodexAdapter : public AgentAdapter {
+public:
+    AgentKind kind() const override { return AgentKind::codex; }
+    QStringList nativeEvents() const override;
+    std::optional<CanonicalEvent>
+    canonical(const QString &native, const std::optional<QString> &notificationType) const override;
+    std::optional<QString> matcher(const QString &native) const override;
+    bool supportsDecisions() const override { return true; }
+    QStringList decisionEvents() const override;
+    QSet<QString> defaultPermissionModes() const override;
+    std::optional<QByteArray> encodeDecision(const AgentDecision &decision,
+                                             const std::optional<QString> &tool,
+                                             QByteArrayView payload,
+                                             const QString &nativeEvent) const override;
+    AgentIntegration integration() const override;
+};
+
+} // namespace morvane

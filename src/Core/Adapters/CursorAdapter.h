@@ -1,0 +1,25 @@
+#pragma once
+
+#include "Core/AgentAdapter.h"
+
+namespace morvane {
+
+/// Cursor: hooks of a shape of its own, which never wait for an answer.
+class CursorAdapter : public AgentAdapter {
+public:
+    AgentKind kind() const override { return AgentKind::cursor; }
+    QStringList nativeEvents() const override;
+    std::optional<CanonicalEvent>
+    canonical(const QString &native, const std::optional<QString> &notificationType) const override;
+
+    /// The conversation's id wherever there is one, even an empty one: such an event belongs to no
+    /// session, and the fallback would lay it at another's door.
+    std::optional<QString> sessionID(const HookBody &body) const override;
+    std::optional<QString> cwd(const HookBody &body) const override;
+    nlohmann::json hookEntry(const QString &command, const std::optional<QString> &matcher,
+                             bool blocking) const override;
+    nlohmann::json extraRootKeys() const override;
+    AgentIntegration integration() const override;
+};
+
+} // namespace morvane

@@ -1,0 +1,44 @@
+#include "Core/Adapters/GeminiAdapter.h"
+
+#include <QHash>
+
+namespace morvane {
+
+GeminiAdapter::GeminiAdapter(AgentKind kind, QString settingsPath)
+    : m_kind(kind), m_settingsPath(std::move(settingsPath)) {}
+
+QStringList GeminiAdapter::nativeEvents() const {
+    return {QStringLiteral("SessionStart"), QStringLiteral("BeforeAgent"),
+            QStringLiteral("BeforeTool"),   QStringLiteral("Notification"),
+            QStringLiteral("AfterAgent"),   QStringLiteral("SessionEnd")};
+}
+
+std::optional<CanonicalEvent>
+GeminiAdapter::canonical(const QString &native,
+                         const std::optional<QString> &notificationType) const {
+    static const QHash<QString, CanonicalEvent> events{
+        {QStringLiteral("SessionStart"), CanonicalEvent::sessionStart},
+        {QStringLiteral("BeforeAgent"), CanonicalEvent::promptSubmit},
+        {QStringLiteral("BeforeTool"), CanonicalEvent::toolUse},
+        {QStringLiteral("AfterAgent"), CanonicalEvent::turnEnd},
+        {QStringLiteral("SessionEnd"), CanonicalEvent::sessionEnd},
+    };
+    if (native == QLatin1String("Notification")) {
+        return notificationType == QLatin1String("ToolPermission")
+                   ? std::optional(CanonicalEvent::needsInput)
+                   : std::nullopt;
+    }
+    const auto found = events.constFind(native);
+    return found == events.constEnd() ? std::nullopt : std::optional(*found);
+}
+
+std::optional<QString> GeminiAdapter::matcher(const QString &native) const {
+    return native == QLatin1String("BeforeTool") ? std::optional(QStringLiteral(".*"))
+                                                 : std::nullopt;
+}
+
+AgentIntegration GeminiAdapter::integration() const {
+    return JsonHooks{inHome(m_settingsPath), QStringLiteral("hooks")};
+}
+
+} // namespace morvane

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "Core/AgentAdapter.h"
+
+namespace morvane {
+
+/// Gemini CLI and Qwen Code, which share their hooks but not their settings file.
+class GeminiAdapter : public AgentAdapter {
+public:
+    /// The path is relative to the home folder.
+    GeminiAdapter(AgentKind kind, QString settingsPath);
+
+    AgentKind kind() const override { return m_kind; }
+    QStringList nativeEvents() const override;
+    std::optional<CanonicalEvent>
+    canonical(const QString &native, const std::optional<QString> &notificationType) const override;
+    std::optional<QString> matcher(const QString &native) const override;
+    AgentIntegration integration() const override;
+
+private:
+    AgentKind m_kind;
+    QString m_settingsPath;
+};
+
+} // namespace morvane

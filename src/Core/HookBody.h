@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QByteArrayView>
+#include <QString>
+#include <QStringList>
+#include <simdjson.h>
+
+#include <optional>
+#include <string_view>
+
+namespace morvane {
+
+/// The JSON object of a hook's payload, read generically: each reader asks for a key and a type,
+/// and anything else counts as missing.
+///
+/// The values live in a parser that each thread has one of, so a body is valid only until the
+/// same thread parses the next one.
+class HookBody {
+public:
+    /// None when the bytes aren't JSON with an object at the top.
+    static std::optional<HookBody> parse(QByteArrayView bytes);
+
+    simdjson::dom::object root() const { return m_root; }
+
+    std::optional<QString> string(std::string_view key) const { return string(m_root, key); }
+
+    /// The list under the key, or none unless all of its members are strings.
+    std::optional<QStringList> strings(std::string_view key) const;
+
+    static std::optional<QString> string(simdjson::dom::object object, std::string_view key);
+    static std::optional<simdjson::dom::object> object(simdjson::dom::object parent,
+                                                       std::string_view key);
+
+    /// The list under the key, or none unless all of its members are objects.
+    static std::optional<std::vector<simdjson::dom::object>> objects(simdjson::dom::object parent,
+                                                                     std::string_view key);
+
+private:
+    explicit HookBody(simdjson::dom::object root) : m_root(root) {}
+
+    simdjson::dom::object m_root;
+};
+
+} // namespace morvane
