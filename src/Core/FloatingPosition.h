@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+
+#include <array>
+#include <optional>
+
+namespace morvane {
+
+/// Where on an external display the capsule hangs.
+enum class FloatingPosition {
+    topCenter,
+    topRight,
+};
+
+inline constexpr std::array allFloatingPositions{FloatingPosition::topCenter,
+                                                 FloatingPosition::topRight};
+
+/// The position's name as stored.
+QString rawValue(FloatingPosition position);
+std::optional<FloatingPosition> floatingPosition(const QString &rawValue);
+
+} // namespace morvane
