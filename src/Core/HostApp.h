@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QSet>
+#include <QString>
+
+#include <optional>
+
+namespace morvane {
+class InstalledApplications;
+}
+
+/// Which application hosts a session, from the two hints that its hooks report. Stateless.
+namespace morvane::HostApp {
+
+/// The applications that count as terminals, by bundle identifier.
+const QSet<QString> &terminalBundleIDs();
+
+/// The bundle identifier of the host; never empty. A session that tells nothing of use falls to
+/// iTerm2. An empty hint counts as absent.
+QString bundleID(const std::optional<QString> &hostBundleID,
+                 const std::optional<QString> &termProgram);
+
+/// The host's short name for a row; none when there is no hint at all.
+std::optional<QString> displayName(const std::optional<QString> &hostBundleID,
+                                   const std::optional<QString> &termProgram,
+                                   const InstalledApplications &applications);
+
+} // namespace morvane::HostApp

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Core/Session.h"
+
+#include <QHash>
+#include <QList>
+
+/// How all sessions together are listed and summed up. Pure functions of the sessions; the caller
+/// that needs a list twice holds on to it.
+namespace morvane::SessionOrder {
+
+using Sessions = QHash<QString, Session>;
+
+/// All sessions: by state, the one that waits for a person first, then the latest event first.
+QList<Session> sorted(const Sessions &sessions);
+
+/// Those that are working or wait for a person.
+QList<Session> active(const QList<Session> &sorted);
+
+/// Those that are anything but idle.
+QList<Session> reportable(const QList<Session> &sorted);
+
+/// Those that are idle: open, with no activity yet.
+QList<Session> open(const QList<Session> &sorted);
+
+bool hasPendingDecision(const Sessions &sessions);
+bool hasExternalPrompt(const Sessions &sessions);
+bool hasUnacknowledgedNeedsInput(const Sessions &sessions);
+
+/// True when the sessions are of more than one agent, so that each row has to say whose it is.
+bool showsAgentBadges(const Sessions &sessions);
+
+} // namespace morvane::SessionOrder

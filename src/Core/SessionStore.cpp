@@ -1,0 +1,281 @@
+#include "Core/SessionStore.h"
+
+#include "Core/MorvaneSettings.h"
+#include "Core/SessionOrder.h"
+
+#include <algorithm>
+
+namespace morvane {
+
+namespace {
+
+constexpr Seconds cleanupInterval(60);
+constexpr Seconds transcriptInterval(15);
+constexpr qsizetype maxHistory = 10;
+
+bool isFinished(const Session &session) {
+    return session.state == SessionState::done || session.state == SessionState::failed;
+}
+
+} // namespace
+
+SessionStore::SessionStore(MorvaneSettings &settings, SessionSurroundings surroundings,
+                           Scheduler &scheduler)
+    : m_settings(settings), m_surroundings(std::move(surroundings)), m_scheduler(scheduler) {
+    scheduleCleanup();
+}
+
+void SessionStore::apply(const HookEvent &event) {
+    const bool fromSubagent = event.agentID && event.kind != CanonicalEvent::subagentStop;
+    if (fromSubagent) {
+        // A subagent's own tools and prompts must not disturb the session that launched it.
+        if (event.decisionID) {
+            resolve(*event.decisionID, AgentDecision::ask());
+        }
+        return;
+    }
+    const auto before = stored(event.sessionID);
+    const Date now = m_scheduler.now();
+    if (SessionTransition::endsPendingDecision(event.kind)) {
+        releaseApproval(event.sessionID);
+    }
+    carryOut(SessionTransition::of(stored(event.sessionID), event, now, m_surroundings), now);
+    followUp(event.sessionID, before ? std::optional(before->state) : std::nullopt, now);
+}
+
+void SessionStore::acknowledge(const QString &sessionID) {
+    if (auto session = stored(sessionID); session && !session->acknowledged) {
+        session->acknowledged = true;
+        put(*session);
+    }
+}
+
+void SessionStore::acknowledgeDone() {
+    bool anySeen = false;
+    for (Session &session : m_sessions) {
+        if (isFinished(session) && !session.acknowledged) {
+            session.acknowledged = true;
+            anySeen = true;
+        }
+    }
+    if (anySeen) {
+        emit sessionsChanged();
+    }
+}
+
+void SessionStore::removeSessions(const QString &cwd) {
+    const QHash<QString, Session> present = m_sessions;
+    for (const Session &session : present) {
+        if (session.cwd == cwd) {
+            releaseApproval(session.id);
+            removeSession(session.id);
+        }
+    }
+}
+
+void SessionStore::decide(const QString &sessionID, const AgentDecision &decision) {
+    auto session = stored(sessionID);
+    if (!session || !session->pendingApproval) {
+        return;
+    }
+    const QString decisionID = session->pendingApproval->id;
+    session->pendingApproval.reset();
+    session->acknowledged = true;
+    // After `ask` the agent prompts in its own terminal; after anything else, a refusal too, it
+    // carries on.
+    session->state = decision.kind == AgentDecision::Kind::ask ? SessionState::needsInput
+                                                               : SessionState::working;
+    session->stateChangedAt = m_scheduler.now();
+    put(*session);
+    resolve(decisionID, decision);
+}
+
+void SessionStore::answer(const QString &sessionID, const QString &question,
+                          const QString &option) {
+    auto session = stored(sessionID);
+    if (!session || !session->pendingQuestion) {
+        return;
+    }
+    session->pendingQuestion->answers.insert(question, option);
+    if (session->pendingQuestion->firstUnanswered() >= 0) {
+        put(*session);
+        return;
+    }
+    const PendingQuestion answered = *session->pendingQuestion;
+    session->pendingQuestion.reset();
+    session->acknowledged = true;
+    session->state = SessionState::working;
+    session->stateChangedAt = m_scheduler.now();
+    put(*session);
+    resolve(answered.id, AgentDecision::answer(answered.answers));
+}
+
+void SessionStore::chooseByIndex(const QString &sessionID, qsizetype index) {
+    const auto session = stored(sessionID);
+    if (!session || index < 0) {
+        return;
+    }
+    if (session->pendingQuestion) {
+        const qsizetype open = session->pendingQuestion->firstUnanswered();
+        if (open >= 0) {
+            const AgentQuestion question = session->pendingQuestion->questions[open];
+            if (index < question.options.size()) {
+                answer(sessionID, question.question, question.options[index].label);
+            }
+            return;
+        }
+    }
+    if (session->pendingApproval) {
+        QList<AgentDecision> choices{AgentDecision::deny(), AgentDecision::allow()};
+        if (session->pendingApproval->allowsRemembering) {
+            choices.append(AgentDecision::allowRemembering(AgentDecision::Scope::session));
+        }
+        if (index < choices.size()) {
+            decide(sessionID, choices[index]);
+        }
+    }
+}
+
+void SessionStore::approvalExpired(const QString &decisionID) {
+    const auto waiting = std::ranges::find_if(m_sessions, [&](const Session &session) {
+        return session.pendingDecisionID() == decisionID;
+    });
+    if (waiting == m_sessions.end()) {
+        return;
+    }
+    Session session = *waiting;
+    session.pendingApproval.reset();
+    session.pendingQuestion.reset();
+    put(session);
+}
+
+std::optional<Session> SessionStore::sessionAwaitingDecision() const {
+    const QList<Session> active = SessionOrder::active(SessionOrder::sorted(m_sessions));
+    const auto waiting = std::ranges::find_if(active, [](const Session &session) {
+        return session.pendingApproval || session.pendingQuestion;
+    });
+    return waiting != active.end() ? std::optional(*waiting) : std::nullopt;
+}
+
+void SessionStore::enrichFromTranscript(const QString &sessionID, bool completion) {
+    const auto session = stored(sessionID);
+    if (!session || !session->transcriptPath) {
+        return;
+    }
+    m_lastEnrichedAt.insert(sessionID, m_scheduler.now());
+    emit transcriptReadDue(sessionID, completion);
+}
+
+void SessionStore::carryOut(const SessionTransition &transition, Date now) {
+    for (const QString &decisionID : transition.releases) {
+        resolve(decisionID, AgentDecision::ask());
+    }
+    switch (transition.write) {
+    case SessionTransition::Write::nothing:
+        break;
+    case SessionTransition::Write::store:
+        put(transition.session);
+        break;
+    case SessionTransition::Write::remove:
+        removeSession(transition.session.id);
+        break;
+    }
+    if (transition.readsTranscript) {
+        enrichThrottled(transition.session.id, now);
+    }
+}
+
+void SessionStore::followUp(const QString &sessionID, std::optional<SessionState> previous,
+                            Date now) {
+    const auto session = stored(sessionID);
+    const bool callsForAttention =
+        session && (isFinished(*session) || session->state == SessionState::needsInput);
+    if (!callsForAttention || session->state == previous) {
+        return;
+    }
+    emit stateChanges(session->state);
+    if (isFinished(*session)) {
+        recordCompleted(*session, now);
+        enrichFromTranscript(sessionID, true);
+    }
+}
+
+void SessionStore::enrichThrottled(const QString &sessionID, Date now) {
+    const auto session = stored(sessionID);
+    if (!session) {
+        return;
+    }
+    const auto last = m_lastEnrichedAt.constFind(sessionID);
+    const bool longAgo = last == m_lastEnrichedAt.constEnd() || now - *last > transcriptInterval;
+    if (!session->model || longAgo) {
+        enrichFromTranscript(sessionID, false);
+    }
+}
+
+void SessionStore::recordCompleted(const Session &session, Date now) {
+    const CompletedRecord record = CompletedRecord::of(session, now);
+    m_completedHistory.removeIf(
+        [&](const CompletedRecord &earlier) { return earlier.id == record.id; });
+    m_completedHistory.prepend(record);
+    if (m_completedHistory.size() > maxHistory) {
+        m_completedHistory.resize(maxHistory);
+    }
+    emit completedHistoryChanged();
+}
+
+void SessionStore::releaseApproval(const QString &sessionID) {
+    auto session = stored(sessionID);
+    const auto decisionID = session ? session->pendingDecisionID() : std::nullopt;
+    if (!decisionID) {
+        return;
+    }
+    session->pendingApproval.reset();
+    session->pendingQuestion.reset();
+    put(*session);
+    resolve(*decisionID, AgentDecision::ask());
+}
+
+void SessionStore::resolve(const QString &decisionID, const AgentDecision &decision) {
+    if (resolveDecision) {
+        resolveDecision(decisionID, decision);
+    }
+}
+
+void SessionStore::put(const Session &session) {
+    m_sessions.insert(session.id, session);
+    emit sessionsChanged();
+}
+
+void SessionStore::removeSession(const QString &sessionID) {
+    m_lastEnrichedAt.remove(sessionID);
+    if (m_sessions.remove(sessionID)) {
+        emit sessionsChanged();
+    }
+}
+
+void SessionStore::scheduleCleanup() {
+    m_cleanupTimer = m_scheduler.after(cleanupInterval, [this] {
+        clearStaleDoneSessions();
+        scheduleCleanup();
+    });
+}
+
+void SessionStore::clearStaleDoneSessions() {
+    const Date now = m_scheduler.now();
+    const Seconds limit(60.0 * m_settings.autoClearMinutes());
+    const QHash<QString, Session> present = m_sessions;
+    for (const Session &session : present) {
+        const bool atRest = isFinished(session) || session.state == SessionState::idle;
+        if (atRest && now - session.lastEventAt > limit) {
+            releaseApproval(session.id);
+            removeSession(session.id);
+        }
+    }
+}
+
+std::optional<Session> SessionStore::stored(const QString &sessionID) const {
+    const auto found = m_sessions.constFind(sessionID);
+    return found != m_sessions.constEnd() ? std::optional(*found) : std::nullopt;
+}
+
+} // namespace morvane

@@ -1,0 +1,104 @@
+#pragma once
+
+#include "Core/AgentDecision.h"
+#include "Core/CompletedRecord.h"
+#include "Core/HookEvent.h"
+#include "Core/Session.h"
+#include "Core/SessionTransition.h"
+#include "Platform/Scheduler.h"
+
+#include <QHash>
+#include <QObject>
+
+#include <functional>
+
+namespace morvane {
+
+class MorvaneSettings;
+
+/// Every live session and the history of finished ones. Hook events move the sessions through
+/// their states, a person's answers release the hooks that wait.
+///
+/// Owned by `AppController`, used on the main thread only. Unknown ids, absent records and indices
+/// out of range are no-ops. The rules of the states are `SessionTransition`'s; the store carries
+/// out what they say, and publishes.
+class SessionStore : public QObject {
+    Q_OBJECT
+
+public:
+    SessionStore(MorvaneSettings &settings, SessionSurroundings surroundings, Scheduler &scheduler);
+
+    /// Live sessions by id.
+    const QHash<QString, Session> &sessions() const { return m_sessions; }
+
+    /// Finished sessions, newest first.
+    const QList<CompletedRecord> &completedHistory() const { return m_completedHistory; }
+
+    /// Releases a hook that waits, by its decision id. Set by the controller; while it is unset a
+    /// release is dropped.
+    std::function<void(const QString &decisionID, const AgentDecision &)> resolveDecision;
+
+    /// The one entry for hooks.
+    void apply(const HookEvent &event);
+
+    /// Marks one session as seen.
+    void acknowledge(const QString &sessionID);
+
+    /// Marks every finished session as seen.
+    void acknowledgeDone();
+
+    /// Forgets the sessions of exactly this working directory, releasing what waits there.
+    void removeSessions(const QString &cwd);
+
+    /// Answers the tool call that the session waits with.
+    void decide(const QString &sessionID, const AgentDecision &decision);
+
+    /// Chooses one option of one question; the last one to be answered sends all answers.
+    void answer(const QString &sessionID, const QString &question, const QString &option);
+
+    /// Chooses by position, from 0: among the options of the first open question, else among deny,
+    /// allow and allow for the session, which is the order of the buttons.
+    void chooseByIndex(const QString &sessionID, qsizetype index);
+
+    /// The server has given up a hook that waited.
+    void approvalExpired(const QString &decisionID);
+
+    /// The session whose prompt the digit keys belong to.
+    std::optional<Session> sessionAwaitingDecision() const;
+
+    /// Asks for the session's transcript to be read, as far as it has one.
+    void enrichFromTranscript(const QString &sessionID, bool completion);
+
+signals:
+    /// The sessions have changed.
+    void sessionsChanged();
+    void completedHistoryChanged();
+    /// A session has come to need a person, or has finished or failed; sent for those states only.
+    void stateChanges(morvane::SessionState state);
+    /// A transcript has something new: during a turn at most every 15 seconds and session, once
+    /// the session's model is known, and at each completion.
+    void transcriptReadDue(const QString &sessionID, bool completion);
+
+private:
+    void carryOut(const SessionTransition &transition, Date now);
+    void followUp(const QString &sessionID, std::optional<SessionState> previous, Date now);
+    void enrichThrottled(const QString &sessionID, Date now);
+    void recordCompleted(const Session &session, Date now);
+    void releaseApproval(const QString &sessionID);
+    void resolve(const QString &decisionID, const AgentDecision &decision);
+    void put(const Session &session);
+    void removeSession(const QString &sessionID);
+    void scheduleCleanup();
+    void clearStaleDoneSessions();
+    std::optional<Session> stored(const QString &sessionID) const;
+
+    MorvaneSettings &m_settings;
+    SessionSurroundings m_surroundings;
+    Scheduler &m_scheduler;
+    QHash<QString, Session> m_sessions;
+    QList<CompletedRecord> m_completedHistory;
+    QHash<QString, Date> m_lastEnrichedAt;
+    Task m_cleanupTimer;
+};
+
+} // namespace morvane
