@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Platform/Scheduler.h"
+
+#include <asio/executor_work_guard.hpp>
+#include <asio/io_context.hpp>
+
+#include <thread>
+
+namespace morvane {
+
+/// A thread that does nothing but wait for sockets and timers. It starts with `start` and ends with
+/// `stop`, or with the object; what is still to run then is dropped.
+class IoThread : public Scheduler {
+public:
+    IoThread();
+    ~IoThread() override;
+
+    asio::io_context &context() { return m_context; }
+
+    void start();
+
+    /// Waits for the action that is running. Never called on the thread itself.
+    void stop();
+    bool isRunning() const { return m_thread.joinable(); }
+
+    Date now() const override;
+    Task after(Seconds delay, std::function<void()> action) override;
+    void post(std::function<void()> action) override;
+
+private:
+    asio::io_context m_context;
+    asio::executor_work_guard<asio::io_context::executor_type> m_work;
+    std::thread m_thread;
+};
+
+} // namespace morvane
