@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace morvane {
+
+/// Bytes that grow at their end, straight from the kernel's pages; the process's end frees them.
+class Buffer {
+public:
+    /// Makes sure that room() is not empty; false when there is no memory.
+    [[nodiscard]] bool reserve();
+    [[nodiscard]] char *room() { return m_bytes + m_size; }
+    [[nodiscard]] size_t roomSize() const { return m_capacity - m_size; }
+    void grow(size_t size) { m_size += size; }
+    [[nodiscard]] bool append(std::string_view text);
+    [[nodiscard]] std::string_view view() const { return {m_bytes, m_size}; }
+
+private:
+    char *m_bytes = nullptr;
+    size_t m_size = 0;
+    size_t m_capacity = 0;
+};
+
+} // namespace morvane

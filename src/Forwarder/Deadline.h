@@ -1,0 +1,19 @@
+#pragma once
+
+namespace morvane {
+
+/// A moment by which something must have happened, on the clock that nobody sets.
+class Deadline {
+public:
+    explicit Deadline(long seconds);
+
+    /// Blocks until the descriptor is ready for the poll events or has failed; false once the
+    /// moment has passed.
+    [[nodiscard]] bool await(int descriptor, short events) const;
+
+private:
+    long m_seconds;
+    long m_nanoseconds;
+};
+
+} // namespace morvane

@@ -1,0 +1,190 @@
+#include "Answer.h"
+#include "Buffer.h"
+#include "ControllingTerminal.h"
+#include "Deadline.h"
+#include "Kernel.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdint>
+#include <netinet/in.h>
+#include <poll.h>
+#include <string_view>
+#include <sys/socket.h>
+#include <unistd.h>
+
+// forwarder PORT PATH [decide]
+//
+// Posts standard input to 127.0.0.1:PORT. MORVANE_HEADERS holds the header lines, one to a line: in
+// the environment, since the token among them must not be seen in a list of processes. With
+// "decide" a complete answer of status 200 goes to standard output. Whatever happens, the exit
+// status is 0 and nothing else is printed: no failure here may disturb the agent.
+
+namespace morvane {
+
+namespace {
+
+/// The agent gives up on a hook that it does not wait for after 5 seconds, on one that may bring a
+/// decision after 120; the server answers within 60.
+constexpr long promptSeconds = 3;
+constexpr long decisionSeconds = 90;
+
+std::string_view valueOf(std::string_view name, char **environment) {
+    for (; *environment != nullptr; ++environment) {
+        const std::string_view variable{*environment};
+        if (variable.starts_with(name) && variable.size() > name.size() &&
+            variable[name.size()] == '=')
+            return {variable.data() + name.size() + 1, variable.size() - name.size() - 1};
+    }
+    return {};
+}
+
+/// False when the payload's end did not come in time: half a payload is of no use to anyone.
+bool readPayload(Buffer &payload, const Deadline &deadline) {
+    for (;;) {
+        if (!payload.reserve() || !deadline.await(STDIN_FILENO, POLLIN))
+            return false;
+        const long size = kernel::call(SYS_read, STDIN_FILENO, payload.room(), payload.roomSize());
+        if (size == -EAGAIN || size == -EINTR)
+            continue;
+        if (size <= 0)
+            return true;
+        payload.grow(static_cast<size_t>(size));
+    }
+}
+
+bool appendNumber(Buffer &text, size_t number) {
+    const char digit = static_cast<char>('0' + number % 10);
+    return (number < 10 || appendNumber(text, number / 10)) && text.append({&digit, 1});
+}
+
+bool appendHeaders(Buffer &head, std::string_view lines) {
+    for (const char &c : lines) {
+        if (!head.append(c == '\n' ? std::string_view{"\r\n"} : std::string_view{&c, 1}))
+            return false;
+    }
+    return head.append("\r\n");
+}
+
+bool writeHead(Buffer &head, std::string_view path, std::string_view headers, size_t length) {
+    const std::string_view terminal = controllingTerminal();
+    return head.append("POST ") && head.append(path) &&
+           head.append(" HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Length: ") &&
+           appendNumber(head, length) && head.append("\r\n") && appendHeaders(head, headers) &&
+           (terminal.empty() ||
+            (head.append("x-tty: ") && head.append(terminal) && head.append("\r\n"))) &&
+           head.append("\r\n");
+}
+
+/// The connected socket, or a value below zero.
+int connectTo(std::uint16_t port, const Deadline &deadline) {
+    const auto connection = static_cast<int>(
+        kernel::call(SYS_socket, AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, IPPROTO_TCP));
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = __builtin_bswap16(port);
+    address.sin_addr.s_addr = __builtin_bswap32(INADDR_LOOPBACK);
+    const long result = kernel::call(SYS_connect, connection, &address, sizeof address);
+    if (result == 0 || (result == -EINPROGRESS && deadline.await(connection, POLLOUT)))
+        return connection;
+    return -1;
+}
+
+/// Both parts in one call, so that a usual event arrives in one piece.
+bool send(int connection, std::string_view head, std::string_view payload,
+          const Deadline &deadline) {
+    iovec parts[2] = {{const_cast<char *>(head.data()), head.size()},
+                      {const_cast<char *>(payload.data()), payload.size()}};
+    while (parts[0].iov_len + parts[1].iov_len > 0) {
+        msghdr message{};
+        message.msg_iov = parts;
+        message.msg_iovlen = 2;
+        const long result = kernel::call(SYS_sendmsg, connection, &message, MSG_NOSIGNAL);
+        if (result == -EAGAIN && deadline.await(connection, POLLOUT))
+            continue;
+        if (result < 0)
+            return false;
+        auto sent = static_cast<size_t>(result);
+        for (iovec &part : parts) {
+            const size_t taken = sent < part.iov_len ? sent : part.iov_len;
+            part.iov_base = static_cast<char *>(part.iov_base) + taken;
+            part.iov_len -= taken;
+            sent -= taken;
+        }
+    }
+    return true;
+}
+
+/// Takes in one more piece of the answer; false at its end, on a failure or when time is up.
+bool receive(int connection, Buffer &answer, const Deadline &deadline) {
+    if (!answer.reserve() || !deadline.await(connection, POLLIN))
+        return false;
+    const long size = kernel::call(SYS_recvfrom, connection, answer.room(), answer.roomSize(), 0,
+                                   nullptr, nullptr);
+    if (size > 0)
+        answer.grow(static_cast<size_t>(size));
+    return size > 0;
+}
+
+void print(std::string_view text, const Deadline &deadline) {
+    while (!text.empty() && deadline.await(STDOUT_FILENO, POLLOUT)) {
+        const long size = kernel::call(SYS_write, STDOUT_FILENO, text.data(), text.size());
+        if (size == -EAGAIN || size == -EINTR)
+            continue;
+        if (size <= 0)
+            return;
+        text.remove_prefix(static_cast<size_t>(size));
+    }
+}
+
+void ignoreBrokenPipes() {
+    // The kernel's own layout: handler, flags, restorer, mask.
+    const unsigned long action[4] = {1 /* SIG_IGN */, 0, 0, 0};
+    kernel::call(SYS_rt_sigaction, SIGPIPE, action, nullptr, sizeof(unsigned long));
+}
+
+std::uint16_t portIn(const char *digits) {
+    unsigned port = 0;
+    for (; *digits >= '0' && *digits <= '9'; ++digits)
+        port = 10 * port + static_cast<unsigned>(*digits - '0');
+    return static_cast<std::uint16_t>(port);
+}
+
+void forward(std::uint16_t port, std::string_view path, std::string_view headers, bool decide) {
+    const Deadline prompt{promptSeconds};
+    const Deadline end{decide ? decisionSeconds : promptSeconds};
+    Buffer payload;
+    Buffer head;
+    if (!readPayload(payload, prompt) || !writeHead(head, path, headers, payload.view().size()))
+        return;
+    const int connection = connectTo(port, prompt);
+    if (connection < 0 || !send(connection, head.view(), payload.view(), end))
+        return;
+    Buffer answer;
+    while (receive(connection, answer, end)) {
+        if (!decide)
+            return;
+        const std::string_view body = completeBody(answer.view());
+        if (body.empty())
+            continue;
+        // With standard output closed its number may have gone to the connection.
+        if (connection != STDOUT_FILENO)
+            print(body, end);
+        return;
+    }
+}
+
+} // namespace
+
+} // namespace morvane
+
+int run(int argumentCount, char **arguments, char **environment) {
+    using namespace morvane;
+    ignoreBrokenPipes();
+    if (argumentCount >= 3) {
+        const bool decide = argumentCount > 3 && std::string_view{arguments[3]} == "decide";
+        forward(portIn(arguments[1]), arguments[2], valueOf("MORVANE_HEADERS", environment),
+                decide);
+    }
+    return 0;
+}

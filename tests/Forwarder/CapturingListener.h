@@ -1,0 +1,52 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstdint>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+
+namespace morvane::tests {
+
+struct CapturedRequest {
+    std::string requestLine;
+    /// By lower-case name.
+    std::map<std::string, std::string> headers;
+    std::string body;
+};
+
+/// Stands in for the server on a free port: keeps the last request, answers it with the given
+/// bytes and closes, or holds it until its peer hangs up. A thread of its own does the work.
+class CapturingListener {
+public:
+    /// Without an answer every request is held.
+    explicit CapturingListener(std::optional<std::string> answer);
+    ~CapturingListener();
+
+    [[nodiscard]] std::uint16_t port() const { return m_port; }
+    /// The next request not yet taken; none after a generous wait.
+    [[nodiscard]] std::optional<CapturedRequest> take();
+    /// Whether the peer of a held request hung up within a generous wait.
+    [[nodiscard]] bool awaitHangUp();
+
+private:
+    void serve();
+    void handle(int connection);
+
+    const std::optional<std::string> m_answer;
+    int m_listener;
+    int m_stopped;
+    std::uint16_t m_port = 0;
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::optional<CapturedRequest> m_request;
+    bool m_hungUp = false;
+    std::thread m_thread;
+};
+
+/// A complete response as the server writes it.
+[[nodiscard]] std::string response(const std::string &status, const std::string &body);
+
+} // namespace morvane::tests

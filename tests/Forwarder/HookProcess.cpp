@@ -1,0 +1,134 @@
+#include "HookProcess.h"
+
+#include <array>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <fstream>
+#include <iterator>
+#include <spawn.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace morvane::tests {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string rendered(std::uint16_t port) {
+    std::ifstream source(HOOK_TEMPLATE);
+    std::string text{std::istreambuf_iterator<char>(source), {}};
+    const auto fill = [&text](const std::string &mark, const std::string &value) {
+        for (size_t at = text.find(mark); at != std::string::npos; at = text.find(mark))
+            text.replace(at, mark.size(), value);
+    };
+    fill("__PORT__", std::to_string(port));
+    fill("__TOKEN__", HookProcess::token());
+    return text;
+}
+
+std::vector<char *> pointersTo(std::vector<std::string> &texts) {
+    std::vector<char *> pointers;
+    for (std::string &text : texts)
+        pointers.push_back(text.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+std::string readAll(int descriptor) {
+    std::string text;
+    std::array<char, 4096> piece{};
+    for (ssize_t size = 0; (size = read(descriptor, piece.data(), piece.size())) > 0;)
+        text.append(piece.data(), static_cast<size_t>(size));
+    close(descriptor);
+    return text;
+}
+
+void writeAll(int descriptor, const std::string &text) {
+    for (size_t done = 0; done < text.size();) {
+        const ssize_t size = send(descriptor, text.data() + done, text.size() - done, MSG_NOSIGNAL);
+        if (size <= 0)
+            break;
+        done += static_cast<size_t>(size);
+    }
+    close(descriptor);
+}
+
+} // namespace
+
+HookProcess::HookProcess(Carrier carrier, std::uint16_t port, std::vector<std::string> shell)
+    : m_shell(std::move(shell)) {
+    std::string pattern = (fs::temp_directory_path() / "hook-test-XXXXXX").string();
+    m_folder = mkdtemp(pattern.data());
+    std::ofstream(script()) << rendered(port);
+    if (carrier == Carrier::Client)
+        fs::copy_file(FORWARDER, client());
+    setEnvironment({});
+}
+
+HookProcess::~HookProcess() {
+    fs::remove_all(m_folder);
+}
+
+std::string HookProcess::token() {
+    return std::string(35, 'A') + "-" + std::string(36, '7');
+}
+
+void HookProcess::setEnvironment(const std::vector<std::string> &variables) {
+    // A later variable of the same name replaces an earlier one.
+    m_environment = {"PATH=/usr/bin:/bin"};
+    m_environment.insert(m_environment.end(), variables.begin(), variables.end());
+}
+
+HookResult HookProcess::run(const std::vector<std::string> &arguments, const std::string &payload) {
+    // A socket, as the agents' own runtime gives its children, and not a pipe.
+    std::array<int, 2> input{};
+    std::array<int, 2> output{};
+    std::array<int, 2> errors{};
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, input.data()) != 0 ||
+        pipe2(output.data(), O_CLOEXEC) != 0 || pipe2(errors.data(), O_CLOEXEC) != 0)
+        std::abort();
+    const pid_t child = spawn(arguments, input[0], output[1], errors[1]);
+    close(input[0]);
+    close(output[1]);
+    close(errors[1]);
+    std::thread writer([&] { writeAll(input[1], payload); });
+    HookResult result;
+    std::thread errorReader([&] { result.errors = readAll(errors[0]); });
+    result.output = readAll(output[0]);
+    errorReader.join();
+    writer.join();
+    waitpid(child, &result.status, 0);
+    return result;
+}
+
+pid_t HookProcess::start(const std::vector<std::string> &arguments) {
+    const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
+    const pid_t child = spawn(arguments, nothing, nothing, nothing);
+    close(nothing);
+    return child;
+}
+
+pid_t HookProcess::spawn(const std::vector<std::string> &arguments, int input, int output,
+                         int errors) {
+    std::vector<std::string> command = m_shell;
+    command.push_back(script().string());
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, input, STDIN_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, errors, STDERR_FILENO);
+    for (const int descriptor : m_closed)
+        posix_spawn_file_actions_addclose(&actions, descriptor);
+    pid_t child = -1;
+    posix_spawn(&child, command[0].c_str(), &actions, nullptr, pointersTo(command).data(),
+                pointersTo(m_environment).data());
+    posix_spawn_file_actions_destroy(&actions);
+    return child;
+}
+
+} // namespace morvane::tests

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace morvane::tests {
+
+/// What stands beside hook.sh and does its work.
+enum class Carrier {
+    Client, ///< the built client
+    Curl,   ///< no client, so that curl has to do
+};
+
+struct HookResult {
+    std::string output;
+    std::string errors;
+    /// As waitpid tells it.
+    int status = -1;
+};
+
+/// A rendered hook.sh in a folder of its own, and one run of it. The environment is only what is
+/// set here, and PATH.
+class HookProcess {
+public:
+    HookProcess(Carrier carrier, std::uint16_t port, std::vector<std::string> shell = {"/bin/sh"});
+    ~HookProcess();
+    HookProcess(const HookProcess &) = delete;
+    HookProcess &operator=(const HookProcess &) = delete;
+
+    [[nodiscard]] static std::string token();
+    [[nodiscard]] std::filesystem::path folder() const { return m_folder; }
+    [[nodiscard]] std::filesystem::path script() const { return m_folder / "hook.sh"; }
+    [[nodiscard]] std::filesystem::path client() const { return m_folder / "forwarder"; }
+    void setEnvironment(const std::vector<std::string> &variables);
+    /// Closes these descriptors in the process instead of connecting them.
+    void setClosed(std::vector<int> descriptors) { m_closed = std::move(descriptors); }
+
+    [[nodiscard]] HookResult run(const std::vector<std::string> &arguments,
+                                 const std::string &payload = "{}");
+    /// Starts without waiting; its input is empty and its output goes nowhere.
+    [[nodiscard]] pid_t start(const std::vector<std::string> &arguments);
+
+private:
+    pid_t spawn(const std::vector<std::string> &arguments, int input, int output, int errors);
+
+    std::filesystem::path m_folder;
+    std::vector<std::string> m_shell;
+    std::vector<std::string> m_environment;
+    std::vector<int> m_closed;
+};
+
+} // namespace morvane::tests
