@@ -1,0 +1,187 @@
+#include "App/AppController.h"
+
+#include "Core/AgentAdapter.h"
+#include "Core/AgentRegistry.h"
+#include "Core/GitInfo.h"
+#include "Core/HookInstaller.h"
+#include "Core/HostApp.h"
+
+#include <QPointer>
+#include <QSet>
+
+#include <algorithm>
+
+namespace morvane {
+
+namespace {
+
+constexpr Seconds newAgentInterval(1800);
+
+} // namespace
+
+AppController::AppController(MorvaneSettings &settings, const PlatformServices &platform)
+    : m_settings(settings), m_platform(platform),
+      m_store(settings, surroundings(), *platform.scheduler) {}
+
+SessionSurroundings AppController::surroundings() {
+    return {
+        &GitInfo::branch,
+        [this](const QString &cwd) { return m_settings.name(cwd); },
+        [this](const std::optional<QString> &hostBundleID,
+               const std::optional<QString> &termProgram) {
+            return HostApp::displayName(hostBundleID, termProgram, *m_platform.applications);
+        },
+    };
+}
+
+/// The order is part of the design: the forwarders need the port, what is on screen needs the
+/// store to be fed, and nothing waits for anything that may take long.
+void AppController::start() {
+    startServer();
+    if (m_server) {
+        rememberBoundPort();
+        refreshForwarders();
+    }
+    if (m_settings.hasCompletedFirstRun()) {
+        watchForNewAgents();
+    }
+    if (m_platform.displays) {
+        createPresenters();
+        watchTerminals();
+    }
+}
+
+std::unique_ptr<EventServer> AppController::makeServer() {
+    // What the server has sent to the main thread may arrive after this object's end.
+    const QPointer<AppController> weak(this);
+    auto server = std::make_unique<EventServer>(
+        m_settings.eventToken(), m_settings.port(),
+        [weak](const HookEvent &event) {
+            if (weak) {
+                weak->m_store.apply(event);
+            }
+        },
+        *m_platform.scheduler);
+    server->decisionsEnabled = [&settings = m_settings] { return settings.approvalsEnabled(); };
+    server->onDecisionExpired = [weak](const QString &id) {
+        if (weak) {
+            weak->m_store.approvalExpired(id);
+        }
+    };
+    m_store.resolveDecision = [this](const QString &id, const AgentDecision &decision) {
+        if (m_server) {
+            m_server->resolve(id, decision);
+        }
+    };
+    return server;
+}
+
+void AppController::startServer() {
+    auto server = makeServer();
+    if (const auto failure = server->start()) {
+        setLastError(QLatin1String("Event server failed to start: ") + failure->message);
+        return;
+    }
+    m_server = std::move(server);
+}
+
+/// The next start begins at the port that last worked.
+void AppController::rememberBoundPort() {
+    if (m_server->boundPort() != m_settings.port()) {
+        m_settings.setPort(m_server->boundPort());
+    }
+}
+
+/// At every start, since the script carries the port and the token. A failure here is no reason
+/// not to start: agents that reach nobody go on as if there were no hook.
+void AppController::refreshForwarders() {
+    std::ignore = HookInstaller(m_settings, m_server->boundPort()).writeHookScript();
+}
+
+QString AppController::serverStatus() const {
+    return m_server ? QStringLiteral("listening on 127.0.0.1:%1").arg(m_server->boundPort())
+                    : QStringLiteral("not running");
+}
+
+void AppController::watchForNewAgents() {
+    if (!m_settings.knownAgents()) {
+        // The settings are older than this list, and their owner needs no welcome.
+        markAllPresentAgentsKnown();
+    }
+    checkForNewAgents();
+    scheduleNewAgentCheck();
+}
+
+void AppController::scheduleNewAgentCheck() {
+    m_newAgentTimer = m_platform.scheduler->after(newAgentInterval, [this] {
+        checkForNewAgents();
+        scheduleNewAgentCheck();
+    });
+}
+
+void AppController::checkForNewAgents() {
+    const QStringList known = m_settings.knownAgents().value_or(QStringList());
+    std::vector<const AgentAdapter *> unseen = AgentRegistry::present();
+    std::erase_if(unseen, [&](const AgentAdapter *adapter) {
+        const std::string_view name = rawValue(adapter->kind());
+        return !adapter->isInstallable() ||
+               known.contains(QLatin1String(name.data(), static_cast<qsizetype>(name.size())));
+    });
+    if (unseen.empty()) {
+        return;
+    }
+    markAgentsKnown(unseen);
+    if (onNewAgentsDetected) {
+        std::vector<AgentKind> kinds;
+        std::ranges::transform(unseen, std::back_inserter(kinds), &AgentAdapter::kind);
+        onNewAgentsDetected(kinds);
+    }
+}
+
+void AppController::markAgentsKnown(const std::vector<const AgentAdapter *> &adapters) {
+    const QStringList known = m_settings.knownAgents().value_or(QStringList());
+    QSet<QString> merged(known.begin(), known.end());
+    for (const AgentAdapter *adapter : adapters) {
+        merged.insert(QString::fromStdString(std::string(rawValue(adapter->kind()))));
+    }
+    m_settings.setKnownAgents(merged.values());
+}
+
+void AppController::markAllPresentAgentsKnown() {
+    markAgentsKnown(AgentRegistry::present());
+}
+
+void AppController::createPresenters() {
+    m_presenterManager =
+        std::make_unique<PresenterManager>(m_store, m_settings, *m_platform.displays,
+                                           *m_platform.overlays, *m_platform.scheduler, nullptr);
+    m_presenterManager->onSelect = [this](const Session &session) { select(session); };
+    m_presenterManager->onExpandedChanged = [this](bool expanded) { expandedChanged(expanded); };
+    m_presenterManager->start();
+}
+
+void AppController::expandedChanged(bool expanded) {
+    m_expandedCount = std::max(0, m_expandedCount + (expanded ? 1 : -1));
+}
+
+void AppController::select(const Session &session) {
+    m_store.acknowledge(session.id);
+    m_presenterManager->dismissAll();
+}
+
+/// Coming back to a terminal counts as having seen what finished there.
+void AppController::watchTerminals() {
+    connect(m_platform.foreground.get(), &ForegroundApplication::activated, this,
+            [this](const QString &bundleID) {
+                if (HostApp::terminalBundleIDs().contains(bundleID)) {
+                    m_store.acknowledgeDone();
+                }
+            });
+}
+
+void AppController::setLastError(const QString &error) {
+    m_lastError = error;
+    emit lastErrorChanged();
+}
+
+} // namespace morvane

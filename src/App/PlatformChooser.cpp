@@ -1,0 +1,32 @@
+#include "App/PlatformChooser.h"
+
+#include "Platform/Linux/ActiveWindow.h"
+#include "Platform/Linux/DesktopApplications.h"
+#include "Platform/Linux/EventLoopScheduler.h"
+#include "Platform/Linux/ScreenDisplays.h"
+#include "Platform/Linux/X11Connection.h"
+#include "Platform/Linux/X11OverlayWindows.h"
+
+#include <QGuiApplication>
+
+namespace morvane {
+
+PlatformServices choosePlatform() {
+    PlatformServices platform;
+    platform.scheduler = std::make_unique<EventLoopScheduler>();
+    platform.applications = std::make_unique<DesktopApplications>();
+    const bool onX11 = qGuiApp && qGuiApp->platformName() == QLatin1String("xcb");
+    if (const std::shared_ptr<X11Connection> x11 = onX11 ? X11Connection::open() : nullptr) {
+        platform.displays = std::make_unique<ScreenDisplays>(*x11);
+        platform.overlays = std::make_unique<X11OverlayWindows>(*x11);
+        platform.foreground = std::make_unique<ActiveWindow>(*x11);
+        platform.screenConnection = x11;
+    }
+    return platform;
+}
+
+bool hasScreen() {
+    return X11Connection::isReachable();
+}
+
+} // namespace morvane

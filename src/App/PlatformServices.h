@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Platform/Displays.h"
+#include "Platform/ForegroundApplication.h"
+#include "Platform/InstalledApplications.h"
+#include "Platform/OverlayWindows.h"
+#include "Platform/Scheduler.h"
+
+#include <memory>
+
+namespace morvane {
+
+/// What stands behind the ports in this run. Made once, in `main`, and outlives everything that
+/// uses it; main thread.
+struct PlatformServices {
+    std::unique_ptr<Scheduler> scheduler;
+    std::unique_ptr<InstalledApplications> applications;
+
+    // Of a screen; without one these are absent, and the server runs alone.
+
+    std::shared_ptr<QObject> screenConnection; ///< what the others of a screen stand on
+    std::unique_ptr<Displays> displays;
+    std::unique_ptr<OverlayWindows> overlays;
+    std::unique_ptr<ForegroundApplication> foreground;
+};
+
+} // namespace morvane
