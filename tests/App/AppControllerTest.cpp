@@ -1,0 +1,174 @@
+#include "App/AppController.h"
+
+#include "Core/Defaults.h"
+#include "Support/HttpClient.h"
+#include "Support/ManualScheduler.h"
+#include "Support/TemporaryHome.h"
+#include "Support/WaitUntil.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTcpServer>
+#include <gtest/gtest.h>
+
+namespace morvane {
+namespace {
+
+class NoApplications : public InstalledApplications {
+public:
+    std::optional<QString> displayName(const QString &) const override { return std::nullopt; }
+};
+
+class AppControllerTest : public testing::Test {
+protected:
+    AppControllerTest() {
+        auto manual = std::make_unique<ManualScheduler>();
+        scheduler = manual.get();
+        platform.scheduler = std::move(manual);
+        platform.applications = std::make_unique<NoApplications>();
+    }
+
+    std::string request(const std::string &event, const std::string &body, bool decide) const {
+        HttpHeaders headers{{"x-morvane-token", settings.eventToken().toStdString()},
+                            {"x-morvane-agent", "claude"},
+                            {"x-hook-event", event}};
+        if (decide) {
+            headers.emplace_back("x-morvane-decision", "1");
+        }
+        return httpPost("/event", headers, body);
+    }
+
+    QByteArray script() const {
+        QFile file(home.file(QStringLiteral(".morvane/hook.sh")));
+        file.open(QIODevice::ReadOnly);
+        return file.readAll();
+    }
+
+    void createFile(const QString &relative) {
+        const QString path = home.file(relative);
+        QDir().mkpath(QFileInfo(path).path());
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    }
+
+    /// Takes a port for as long as the result lives; any free one for 0.
+    static std::unique_ptr<QTcpServer> taken(std::uint16_t port) {
+        auto server = std::make_unique<QTcpServer>();
+        server->listen(QHostAddress::LocalHost, port);
+        return server;
+    }
+
+    TemporaryHome home;
+    Defaults defaults{home.file(QStringLiteral("config")), QStringLiteral("test")};
+    MorvaneSettings settings{defaults};
+    PlatformServices platform;
+    ManualScheduler *scheduler = nullptr;
+};
+
+TEST_F(AppControllerTest, MovesToAFreePortAndTellsEverybodyWhoNeedsIt) {
+    const auto blocker = taken(0);
+    settings.setPort(blocker->serverPort());
+    AppController controller(settings, platform);
+    controller.start();
+    ASSERT_TRUE(controller.server());
+    const std::uint16_t port = controller.server()->boundPort();
+    EXPECT_GT(port, blocker->serverPort());
+    EXPECT_EQ(settings.port(), port);
+    Defaults reread(home.file(QStringLiteral("config")), QStringLiteral("test"));
+    EXPECT_EQ(MorvaneSettings(reread).port(), port);
+    EXPECT_TRUE(script().contains("port=" + QByteArray::number(port) + "\n"));
+    EXPECT_EQ(controller.serverStatus(), QStringLiteral("listening on 127.0.0.1:%1").arg(port));
+    EXPECT_FALSE(controller.lastError());
+}
+
+TEST_F(AppControllerTest, GoesOnWithoutAServerAndSaysWhy) {
+    std::vector<std::unique_ptr<QTcpServer>> blockers;
+    blockers.push_back(taken(0));
+    const std::uint16_t first = blockers.front()->serverPort();
+    for (unsigned port = first + 1u; port <= first + 20u && port <= 65535u; ++port) {
+        blockers.push_back(taken(static_cast<std::uint16_t>(port)));
+    }
+    settings.setPort(first);
+    AppController controller(settings, platform);
+    controller.start();
+    EXPECT_EQ(controller.server(), nullptr);
+    EXPECT_EQ(controller.serverStatus(), "not running");
+    EXPECT_EQ(controller.lastError(), "Event server failed to start: Address already in use");
+    EXPECT_EQ(settings.port(), first);
+    EXPECT_TRUE(script().isEmpty());
+
+    HookEvent event;
+    event.kind = CanonicalEvent::promptSubmit;
+    event.sessionID = QStringLiteral("s");
+    controller.store().apply(event);
+    EXPECT_EQ(controller.store().sessions().size(), 1);
+}
+
+TEST_F(AppControllerTest, CarriesADecisionBackToTheHook) {
+    const auto free = taken(0);
+    settings.setPort(free->serverPort());
+    free->close();
+    AppController controller(settings, platform);
+    controller.start();
+    const std::uint16_t port = controller.server()->boundPort();
+    HttpClient hook(port);
+    hook.send(request("PermissionRequest",
+                      R"({"session_id":"s","tool_name":"Bash","tool_use_id":"t"})", true));
+    ASSERT_TRUE(waitUntil([&] {
+        scheduler->runPosted();
+        return controller.store().sessionAwaitingDecision().has_value();
+    }));
+    controller.store().decide(QStringLiteral("s"), AgentDecision::deny());
+    EXPECT_NE(hook.receiveAll().find(R"("behavior":"deny")"), std::string::npos);
+
+    HttpClient gone(port);
+    gone.send(request("PermissionRequest",
+                      R"({"session_id":"s","tool_name":"Bash","tool_use_id":"u"})", true));
+    ASSERT_TRUE(waitUntil([&] {
+        scheduler->runPosted();
+        return controller.store().sessionAwaitingDecision().has_value();
+    }));
+    gone.hangUp();
+    EXPECT_TRUE(waitUntil([&] {
+        scheduler->runPosted();
+        return !controller.store().sessionAwaitingDecision();
+    }));
+
+    settings.setApprovalsEnabled(false);
+    const std::string answer =
+        httpExchange(port, request("PermissionRequest", R"({"session_id":"s"})", true));
+    EXPECT_EQ(httpBody(answer), "");
+    EXPECT_EQ(answer.find("HTTP/1.1 200 OK"), 0u);
+}
+
+TEST_F(AppControllerTest, OffersEachNewAgentOnce) {
+    createFile(QStringLiteral(".claude/settings.json"));
+    std::vector<std::vector<AgentKind>> offers;
+    AppController controller(settings, platform);
+    controller.onNewAgentsDetected = [&](const auto &kinds) { offers.push_back(kinds); };
+    settings.setHasCompletedFirstRun(true);
+    controller.start();
+    // An installation that has no list yet takes what is there for known.
+    EXPECT_EQ(settings.knownAgents(), QStringList{QStringLiteral("claude")});
+    EXPECT_TRUE(offers.empty());
+
+    createFile(QStringLiteral(".codex/config.toml"));
+    createFile(QStringLiteral(".kimi/.keep"));
+    scheduler->advance(Seconds(1799));
+    EXPECT_TRUE(offers.empty());
+    scheduler->advance(Seconds(2));
+    EXPECT_EQ(offers, (std::vector<std::vector<AgentKind>>{{AgentKind::codex}}));
+    scheduler->advance(Seconds(3600));
+    EXPECT_EQ(offers.size(), 1u);
+}
+
+TEST_F(AppControllerTest, DoesNotLookForAgentsBeforeTheFirstRunIsOver) {
+    createFile(QStringLiteral(".claude/settings.json"));
+    AppController controller(settings, platform);
+    controller.start();
+    scheduler->advance(Seconds(4000));
+    EXPECT_EQ(settings.knownAgents(), std::nullopt);
+}
+
+} // namespace
+} // namespace morvane

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "Platform/OverlayWindow.h"
+
+#include <QList>
+#include <QWidget>
+
+namespace morvane {
+
+/// Keeps what an overlay was told, and shows its widget on Qt's offscreen platform.
+class FakeOverlayWindow : public OverlayWindow {
+public:
+    FakeOverlayWindow(QWidget &widget, QList<FakeOverlayWindow *> &alive)
+        : m_widget(widget), m_alive(alive) {
+        m_alive.append(this);
+    }
+    ~FakeOverlayWindow() override { m_alive.removeOne(this); }
+
+    void setGeometry(const QRect &frame, Anchor anchor) override {
+        if (frame.size() != geometry.size()) {
+            ++resizes;
+        }
+        geometry = frame;
+        lastAnchor = anchor;
+        m_widget.setGeometry(frame);
+    }
+    void setShape(const QRegion &region) override { shape = region; }
+    void show() override { m_widget.show(); }
+    void hide() override { m_widget.hide(); }
+    bool isVisible() const override { return m_widget.isVisible(); }
+    void setOpacity(double opacity) override { m_opacity = opacity; }
+    double opacity() const override { return m_opacity; }
+    bool isTranslucent() const override { return true; }
+
+    QWidget &widget() const { return m_widget; }
+
+    QRect geometry;
+    QRegion shape;
+    Anchor lastAnchor = Anchor::topCenter;
+    int resizes = 0;
+
+private:
+    QWidget &m_widget;
+    QList<FakeOverlayWindow *> &m_alive;
+    double m_opacity = 1;
+};
+
+} // namespace morvane

@@ -1,0 +1,84 @@
+#pragma once
+
+#include "Core/EventServer.h"
+#include "Support/HttpClient.h"
+#include "Support/ManualScheduler.h"
+#include "Support/WaitUntil.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace morvane {
+
+/// A server on some free port, with the main loop and the time limits in the test's hands.
+class ServerFixture : public testing::Test {
+protected:
+    static constexpr const char *token = "TOKEN-0123456789";
+
+    void SetUp() override {
+        server = makeServer(0);
+        server->decisionsEnabled = [] { return true; };
+        server->onDecisionExpired = [this](const QString &id) {
+            expired.push_back(id.toStdString());
+        };
+        server->onUsagePayload = [this](AgentKind agent, const QByteArray &body) {
+            usage.emplace_back(agent, body.toStdString());
+        };
+        ASSERT_FALSE(server->start());
+    }
+
+    std::unique_ptr<EventServer> makeServer(std::uint16_t port) {
+        return std::make_unique<EventServer>(
+            token, port, [this](const HookEvent &event) { events.push_back(event); }, scheduler,
+            &scheduler);
+    }
+
+    std::uint16_t port() const { return server->boundPort(); }
+
+    static std::string eventRequest(const HttpHeaders &headers, std::string_view body) {
+        HttpHeaders all{{"x-morvane-token", token}};
+        all.insert(all.end(), headers.begin(), headers.end());
+        return httpPost("/event", all, body);
+    }
+
+    static std::string permissionRequest(const std::string &id,
+                                         const std::string &agent = "claude") {
+        return eventRequest({{"x-morvane-agent", agent},
+                             {"x-hook-event", "PermissionRequest"},
+                             {"x-morvane-decision", "1"}},
+                            R"({"session_id":"s","tool_name":"Bash","tool_use_id":")" + id +
+                                R"(","tool_input":{"command":"make"}})");
+    }
+
+    /// Sends a request that is to be parked, and waits until it is.
+    HttpClient parked(const std::string &request) {
+        const std::size_t before = events.size();
+        HttpClient client(port());
+        client.send(request);
+        EXPECT_TRUE(waitUntil([&] {
+            scheduler.runPosted();
+            return events.size() > before;
+        }));
+        return client;
+    }
+
+    /// Makes sure that what was asked of the server before has been done.
+    void settle() {
+        server->releaseAllDecisions();
+        scheduler.runPosted();
+    }
+
+    ManualScheduler scheduler;
+    std::vector<HookEvent> events;
+    std::vector<std::string> expired;
+    std::vector<std::pair<AgentKind, std::string>> usage;
+    std::unique_ptr<EventServer> server;
+};
+
+inline constexpr const char *okAnswer =
+    "HTTP/1.1 200 OK\r\nContent-Length: 0\r\nConnection: close\r\n\r\n";
+
+} // namespace morvane
