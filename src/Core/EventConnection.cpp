@@ -1,10 +1,11 @@
 #include "Core/EventConnection.h"
 
 #include <asio/bind_executor.hpp>
-#include <asio/buffer.hpp>
-#include <asio/write.hpp>
 
 #include <array>
+#include <cerrno>
+#include <sys/socket.h>
+#include <unistd.h>
 #include <utility>
 
 namespace morvane {
@@ -24,6 +25,10 @@ std::array<char, maxReadSize> &readRoom() {
     return room;
 }
 
+bool wouldBlock(int error) {
+    return error == EAGAIN || error == EINTR;
+}
+
 std::string replyHead(std::string_view status, const std::optional<QByteArray> &body) {
     std::string head("HTTP/1.1 ");
     head.append(status);
@@ -35,10 +40,12 @@ std::string replyHead(std::string_view status, const std::optional<QByteArray> &
 
 } // namespace
 
-EventConnection::EventConnection(asio::ip::tcp::socket socket, Queue queue, std::uint64_t serial)
-    : m_socket(std::move(socket)), m_queue(std::move(queue)), m_serial(serial) {
-    asio::error_code ignored;
-    m_socket.non_blocking(true, ignored);
+EventConnection::EventConnection(asio::io_context &context, int descriptor, Queue queue,
+                                 std::uint64_t serial)
+    : m_context(context), m_descriptor(descriptor), m_queue(std::move(queue)), m_serial(serial) {}
+
+EventConnection::~EventConnection() {
+    close();
 }
 
 void EventConnection::read(ReadHandler handler) {
@@ -70,32 +77,25 @@ void EventConnection::readAvailable() {
 /// True when bytes have come. Otherwise the connection waits for more by now, or has ended.
 bool EventConnection::takeBytes() {
     auto &room = readRoom();
-    asio::error_code error;
-    const std::size_t count = m_socket.read_some(asio::buffer(room), error);
-    m_buffer.append(room.data(), count);
-    if (error == asio::error::would_block) {
-        waitForMore();
-    } else if (error) {
+    const ssize_t count = ::recv(m_descriptor, room.data(), room.size(), 0);
+    if (count > 0) {
+        m_buffer.append(room.data(), static_cast<std::size_t>(count));
+        return true;
+    }
+    if (count < 0 && wouldBlock(errno)) {
+        wait(Readiness::toRead, m_queue, [this] { readAvailable(); });
+    } else {
         endRead(nullptr);
     }
-    return !error;
-}
-
-void EventConnection::waitForMore() {
-    const auto readable = [self = shared_from_this()](const asio::error_code &error) {
-        if (!error && self->m_readHandler) {
-            self->readAvailable();
-        }
-    };
-    m_socket.async_wait(asio::ip::tcp::socket::wait_read, asio::bind_executor(m_queue, readable));
+    return false;
 }
 
 void EventConnection::endRead(const HttpRequest *request) {
+    const auto handler = std::exchange(m_readHandler, nullptr);
     if (!request) {
-        asio::error_code ignored;
-        m_socket.close(ignored);
+        close();
     }
-    if (const auto handler = std::exchange(m_readHandler, nullptr)) {
+    if (handler) {
         handler(shared_from_this(), request);
     }
 }
@@ -105,39 +105,59 @@ void EventConnection::finish(std::string_view status, const std::optional<QByteA
     if (body) {
         m_reply.append(body->constData(), static_cast<std::size_t>(body->size()));
     }
-    // Nearly every answer fits at once, and the agent waits for the end of it.
-    asio::error_code error;
-    const std::size_t sent = m_socket.write_some(asio::buffer(m_reply), error);
-    if (sent == m_reply.size() || (error && error != asio::error::would_block)) {
-        close();
-        return;
+    sendRest();
+}
+
+void EventConnection::sendRest() {
+    const ssize_t count = ::send(m_descriptor, m_reply.data(), m_reply.size(), MSG_NOSIGNAL);
+    if (count > 0) {
+        m_reply.erase(0, static_cast<std::size_t>(count));
     }
-    asio::async_write(
-        m_socket, asio::buffer(m_reply) + sent,
-        [self = shared_from_this()](const asio::error_code &, std::size_t) { self->close(); });
+    const bool mayGoOn = count > 0 || (count < 0 && wouldBlock(errno));
+    if (m_reply.empty() || !mayGoOn) {
+        close();
+    } else {
+        wait(Readiness::toWrite, m_queue, [this] { sendRest(); });
+    }
 }
 
 void EventConnection::watchForHangUp(const Queue &queue, std::function<void()> handler) {
-    const auto readable = [self = shared_from_this(), queue,
-                           handler = std::move(handler)](const asio::error_code &waitError) {
-        if (waitError || !self->m_socket.is_open()) {
-            return;
-        }
-        asio::error_code error;
-        self->m_socket.read_some(asio::buffer(readRoom()), error);
-        if (error && error != asio::error::would_block) {
-            handler();
+    wait(Readiness::toRead, queue, [this, queue, handler = std::move(handler)] {
+        auto &room = readRoom();
+        const ssize_t count = ::recv(m_descriptor, room.data(), room.size(), 0);
+        if (count > 0 || (count < 0 && wouldBlock(errno))) {
+            watchForHangUp(queue, handler);
         } else {
-            self->watchForHangUp(queue, handler);
+            handler();
+        }
+    });
+}
+
+/// The handler isn't called once the connection is closed, and the connection lives until then.
+void EventConnection::wait(Readiness readiness, const Queue &queue, std::function<void()> handler) {
+    if (!m_waiter) {
+        m_waiter.emplace(m_context, m_descriptor);
+    }
+    const auto ready = [self = shared_from_this(),
+                        handler = std::move(handler)](const asio::error_code &error) {
+        if (!error && self->m_descriptor >= 0) {
+            handler();
         }
     };
-    m_socket.async_wait(asio::ip::tcp::socket::wait_read, asio::bind_executor(queue, readable));
+    m_waiter->async_wait(readiness == Readiness::toRead ? asio::posix::descriptor_base::wait_read
+                                                        : asio::posix::descriptor_base::wait_write,
+                         asio::bind_executor(queue, ready));
 }
 
 void EventConnection::close() {
+    const int descriptor = std::exchange(m_descriptor, -1);
     m_readHandler = nullptr;
-    asio::error_code ignored;
-    m_socket.close(ignored);
+    if (m_waiter) {
+        asio::error_code ignored;
+        m_waiter->close(ignored);
+    } else if (descriptor >= 0) {
+        ::close(descriptor);
+    }
 }
 
 } // namespace morvane

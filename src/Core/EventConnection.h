@@ -4,12 +4,14 @@
 
 #include <QByteArray>
 #include <asio/io_context.hpp>
-#include <asio/ip/tcp.hpp>
+#include <asio/posix/stream_descriptor.hpp>
 #include <asio/strand.hpp>
 
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string>
 
 namespace morvane {
 
@@ -18,6 +20,10 @@ namespace morvane {
 ///
 /// While it reads, it belongs to the queue that it was made with; once it is parked, to the queue
 /// that it is watched on.
+///
+/// Most requests are there when their connection is, and their answer fits at once. So the socket
+/// is read and written directly, and the context hears of it only when there is something to wait
+/// for, which saves a third of a request's system calls.
 class EventConnection : public std::enable_shared_from_this<EventConnection> {
 public:
     using Queue = asio::strand<asio::io_context::executor_type>;
@@ -27,7 +33,11 @@ public:
     /// is closed by then and there is no request.
     using ReadHandler = std::function<void(const Pointer &, const HttpRequest *)>;
 
-    EventConnection(asio::ip::tcp::socket socket, Queue queue, std::uint64_t serial);
+    /// Takes over the descriptor of a connected socket that doesn't block.
+    EventConnection(asio::io_context &context, int descriptor, Queue queue, std::uint64_t serial);
+    EventConnection(const EventConnection &) = delete;
+    EventConnection &operator=(const EventConnection &) = delete;
+    ~EventConnection();
 
     /// Position among all connections in the order of their coming.
     std::uint64_t serial() const { return m_serial; }
@@ -45,18 +55,24 @@ public:
     void close();
 
 private:
+    enum class Readiness { toRead, toWrite };
+
     void readAvailable();
-    void waitForMore();
     bool takeBytes();
     void endRead(const HttpRequest *request);
+    void sendRest();
+    void wait(Readiness readiness, const Queue &queue, std::function<void()> handler);
 
-    asio::ip::tcp::socket m_socket;
+    asio::io_context &m_context;
+    int m_descriptor; ///< -1 once it is closed
+    /// What waits for the descriptor, which belongs to it then.
+    std::optional<asio::posix::stream_descriptor> m_waiter;
     Queue m_queue;
     std::uint64_t m_serial;
     std::string m_buffer;
     HttpRequestParser m_parser;
     ReadHandler m_readHandler;
-    std::string m_reply;
+    std::string m_reply; ///< what is still to be sent
 };
 
 } // namespace morvane

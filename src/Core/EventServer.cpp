@@ -8,7 +8,9 @@
 #include <asio/post.hpp>
 
 #include <algorithm>
+#include <cerrno>
 #include <limits>
+#include <sys/socket.h>
 
 namespace morvane {
 
@@ -94,7 +96,7 @@ std::optional<Failure> EventServer::start() {
         }
         asio::error_code ignored;
         m_boundPort = m_acceptor.local_endpoint(ignored).port();
-        asio::post(m_listenerQueue, [this] { accept(); });
+        asio::post(m_listenerQueue, [this] { waitForConnections(); });
         m_thread.start();
         return std::nullopt;
     }
@@ -117,6 +119,9 @@ asio::error_code EventServer::bind(std::uint16_t port) {
     if (!error) {
         m_acceptor.listen(asio::socket_base::max_listen_connections, error);
     }
+    if (!error) {
+        m_acceptor.native_non_blocking(true, error);
+    }
     if (error) {
         asio::error_code ignored;
         m_acceptor.close(ignored);
@@ -124,32 +129,44 @@ asio::error_code EventServer::bind(std::uint16_t port) {
     return error;
 }
 
-void EventServer::accept() {
-    const auto accepted = [this](const asio::error_code &error, asio::ip::tcp::socket socket) {
-        if (error == asio::error::operation_aborted) {
-            return;
+void EventServer::waitForConnections() {
+    const auto ready = [this](const asio::error_code &error) {
+        if (!error) {
+            acceptAll();
         }
-        if (error) {
+    };
+    m_acceptor.async_wait(asio::ip::tcp::acceptor::wait_read,
+                          asio::bind_executor(m_listenerQueue, ready));
+}
+
+void EventServer::acceptAll() {
+    for (;;) {
+        const int descriptor =
+            ::accept4(m_acceptor.native_handle(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
+        if (descriptor >= 0) {
+            takeIn(descriptor);
+        } else if (errno == EAGAIN) {
+            waitForConnections();
+            return;
+        } else if (errno != EINTR && errno != ECONNABORTED) {
             retryAcceptLater();
             return;
         }
-        takeIn(std::move(socket));
-        accept();
-    };
-    m_acceptor.async_accept(asio::bind_executor(m_listenerQueue, accepted));
+    }
 }
 
 /// Out of descriptors, most likely. The connection stays ready to be accepted, so trying again at
 /// once would spin.
 void EventServer::retryAcceptLater() {
-    m_acceptRetry = m_timers.after(acceptRetryDelay,
-                                   [this] { asio::post(m_listenerQueue, [this] { accept(); }); });
+    m_acceptRetry = m_timers.after(acceptRetryDelay, [this] {
+        asio::post(m_listenerQueue, [this] { waitForConnections(); });
+    });
 }
 
-void EventServer::takeIn(asio::ip::tcp::socket socket) {
+void EventServer::takeIn(int descriptor) {
     const std::uint64_t serial = m_nextSerial++;
     const auto connection =
-        std::make_shared<EventConnection>(std::move(socket), m_listenerQueue, serial);
+        std::make_shared<EventConnection>(m_thread.context(), descriptor, m_listenerQueue, serial);
     m_unfinished.emplace_hint(m_unfinished.end(), serial,
                               Unfinished{connection, m_timers.now() + requestLimit});
     connection->read([this](const Connection &reader, const HttpRequest *request) {

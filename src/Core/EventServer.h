@@ -9,6 +9,7 @@
 #include "Core/IoThread.h"
 
 #include <QByteArray>
+#include <asio/ip/tcp.hpp>
 
 #include <cstdint>
 #include <functional>
@@ -70,8 +71,9 @@ private:
     };
 
     asio::error_code bind(std::uint16_t port);
-    void accept();
-    void takeIn(asio::ip::tcp::socket socket);
+    void waitForConnections();
+    void acceptAll();
+    void takeIn(int descriptor);
     void retryAcceptLater();
     void closeOverdue();
     void armDeadline();
