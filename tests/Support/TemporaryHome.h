@@ -28,7 +28,7 @@ public:
 
     /// Writes a file, with the folders that it needs, and returns its path.
     QString write(const QString &relativePath, const QByteArray &bytes = {}) const {
-        const QString file = path(relativePath);
+        QString file = path(relativePath);
         QDir().mkpath(QFileInfo(file).path());
         QFile writer(file);
         if (writer.open(QIODevice::WriteOnly)) {

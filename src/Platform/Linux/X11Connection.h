@@ -8,7 +8,6 @@
 #include <cstdint>
 #include <memory>
 
-class QSocketNotifier;
 struct xcb_connection_t;
 
 namespace morvane {

@@ -1,0 +1,12 @@
+#pragma once
+
+class QWidget;
+
+namespace morvane {
+
+/// Brings the layouts of a widget, and of all that is in it, up to date at once, so that its size
+/// hint is true. By itself Qt carries a change inside a widget up to the layouts around it one
+/// turn of the event loop at a time.
+void activateLayouts(QWidget &widget);
+
+} // namespace morvane

@@ -1,0 +1,60 @@
+#include "Presentation/Badge.h"
+
+#include "Presentation/Colors.h"
+#include "Presentation/HelpText.h"
+#include "Presentation/Typography.h"
+
+#include <QPainter>
+
+#include <algorithm>
+
+namespace morvane {
+
+namespace {
+
+constexpr int badgeHeight = 15;
+constexpr int maxTextWidth = 180;
+constexpr double imageSide = 8;
+constexpr double groundOpacity = 0.14;
+constexpr double cornerRadius = 4;
+
+} // namespace
+
+Badge::Badge(QWidget *parent) : QLabel(parent) {
+    setFont(Typography::text(Typography::badgeSize, QFont::Medium));
+    setTextFormat(Qt::PlainText);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    hide();
+}
+
+void Badge::setContent(const QString &text, const QColor &tint, const QString &help) {
+    m_tint = tint;
+    setText(text);
+    setHelpText(*this, help);
+    setVisible(!text.isEmpty());
+    update();
+}
+
+QSize Badge::sizeHint() const {
+    const int textWidth = std::min(fontMetrics().horizontalAdvance(text()) + 1, maxTextWidth);
+    return {textWidth + 2 * padding() + imageSpace(), badgeHeight};
+}
+
+void Badge::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (m_image) {
+        const double top = (height() - imageSide) / 2;
+        paint(painter, *m_image, QRectF(0, top, imageSide, imageSide), m_tint);
+    } else {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(Colors::faded(m_tint, groundOpacity));
+        painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+    }
+    const QRect inner = rect().adjusted(padding() + imageSpace(), 0, -padding(), 0);
+    painter.setPen(m_tint);
+    painter.drawText(inner, Qt::AlignVCenter | Qt::AlignLeft,
+                     fontMetrics().elidedText(text(), Qt::ElideRight, inner.width()));
+}
+
+} // namespace morvane

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Platform/Scheduler.h"
+
+#include <QObject>
+
+namespace morvane {
+
+/// Whether a capsule is open. It opens at once under the pointer, and closes a moment after the
+/// pointer has left, so that a slip over the edge closes nothing. Owned by its presenter.
+class CapsuleState : public QObject {
+    Q_OBJECT
+
+public:
+    explicit CapsuleState(Scheduler &scheduler) : m_scheduler(scheduler) {}
+
+    bool isExpanded() const { return m_isExpanded; }
+
+    void setHovering(bool hovering);
+
+    /// Opens it without the pointer; it stays open until the next `setHovering`.
+    void open();
+
+signals:
+    void expandedChanged(bool isExpanded);
+
+private:
+    void setExpanded(bool expanded);
+
+    Scheduler &m_scheduler;
+    bool m_isExpanded = false;
+    Task m_collapseTask;
+};
+
+} // namespace morvane

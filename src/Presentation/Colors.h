@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QColor>
+
+/// The colours of the panel. Everything stands on black, so that most of them are a white that
+/// lets more or less of it through.
+namespace morvane::Colors {
+
+constexpr QColor sRgb(double red, double green, double blue, double opacity = 1) {
+    const auto channel = [](double value) { return static_cast<int>(value * 255 + 0.5); };
+    return QColor(channel(red), channel(green), channel(blue), channel(opacity));
+}
+
+constexpr QColor white(double opacity) {
+    return sRgb(1, 1, 1, opacity);
+}
+
+inline constexpr QColor capsuleFill = sRgb(0, 0, 0, 0.9);
+inline constexpr QColor capsuleEdge = white(0.08);
+inline constexpr QColor rowHover = white(0.055);
+inline constexpr QColor rowPressed = white(0.09);
+inline constexpr QColor stripFill = white(0.045);
+
+inline constexpr QColor primaryText = white(0.94);
+inline constexpr QColor secondaryText = white(0.6);
+inline constexpr QColor tertiaryText = white(0.42);
+inline constexpr QColor archiveHeader = white(0.35);
+
+inline constexpr QColor questionAccent = sRgb(0.48, 0.7, 1.0);
+inline constexpr QColor approvalAccent = sRgb(1.0, 0.72, 0.35);
+inline constexpr QColor denyAccent = sRgb(1.0, 0.48, 0.48);
+
+/// The same colour, letting what lies below through.
+inline QColor faded(QColor color, double opacity) {
+    color.setAlphaF(static_cast<float>(color.alphaF() * opacity));
+    return color;
+}
+
+} // namespace morvane::Colors

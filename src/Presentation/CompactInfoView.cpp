@@ -1,0 +1,77 @@
+#include "Presentation/CompactInfoView.h"
+
+#include "Core/SessionOrder.h"
+#include "Core/SessionStore.h"
+#include "Core/TimeFormat.h"
+#include "Presentation/Colors.h"
+#include "Presentation/TextLabel.h"
+#include "Presentation/Typography.h"
+
+#include <QHBoxLayout>
+
+#include <algorithm>
+#include <cmath>
+
+namespace morvane {
+
+namespace {
+
+constexpr double minute = 60;
+
+} // namespace
+
+CompactInfoView::CompactInfoView(SessionStore &store, Scheduler &scheduler, QWidget *parent)
+    : QWidget(parent), m_store(store), m_scheduler(scheduler),
+      m_time(new TextLabel(Typography::text(Typography::bodySize, QFont::Medium),
+                           Colors::primaryText, 1, this)),
+      m_count(new TextLabel(Typography::text(Typography::bodySize, QFont::Medium),
+                            Colors::secondaryText, 1, this)) {
+    auto *line = new QHBoxLayout(this);
+    line->setContentsMargins(0, 0, 0, 0);
+    line->setSpacing(6);
+    line->addWidget(m_time);
+    line->addWidget(m_count);
+}
+
+void CompactInfoView::refresh() {
+    const auto reportable = SessionOrder::reportable(SessionOrder::sorted(m_store.sessions()));
+    m_since =
+        reportable.isEmpty() ? std::nullopt : std::optional(reportable.first().stateChangedAt);
+    m_count->setText(QStringLiteral("×%1").arg(reportable.size()));
+    m_count->setVisible(reportable.size() > 1);
+    setVisible(m_since.has_value());
+    showTime();
+    scheduleMinute();
+}
+
+void CompactInfoView::showTime() {
+    if (m_since) {
+        m_time->setText(TimeFormat::elapsed(*m_since, m_scheduler.now()));
+    }
+}
+
+void CompactInfoView::scheduleMinute() {
+    if (!m_since || !isVisible()) {
+        m_minute.cancel();
+        return;
+    }
+    const double elapsed = std::max(0.0, Seconds(m_scheduler.now() - *m_since).count());
+    m_minute = m_scheduler.after(Seconds(minute - std::fmod(elapsed, minute)), [this] {
+        showTime();
+        scheduleMinute();
+        emit textChanged();
+    });
+}
+
+void CompactInfoView::showEvent(QShowEvent *event) {
+    QWidget::showEvent(event);
+    showTime();
+    scheduleMinute();
+}
+
+void CompactInfoView::hideEvent(QHideEvent *event) {
+    QWidget::hideEvent(event);
+    m_minute.cancel();
+}
+
+} // namespace morvane

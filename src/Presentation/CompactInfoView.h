@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Platform/Scheduler.h"
+
+#include <QWidget>
+
+#include <optional>
+
+namespace morvane {
+
+class SessionStore;
+class TextLabel;
+
+/// In the closed capsule: how long the first session has been in its state, and how many there
+/// are. Drawn anew once a minute, only while it is on screen.
+class CompactInfoView : public QWidget {
+    Q_OBJECT
+
+public:
+    CompactInfoView(SessionStore &store, Scheduler &scheduler, QWidget *parent);
+
+    void refresh();
+
+signals:
+    /// A minute has passed, and the text with it.
+    void textChanged();
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+private:
+    void showTime();
+    void scheduleMinute();
+
+    SessionStore &m_store;
+    Scheduler &m_scheduler;
+    std::optional<Date> m_since; ///< none while there is nothing to tell
+    Task m_minute;
+    TextLabel *m_time;
+    TextLabel *m_count;
+};
+
+} // namespace morvane

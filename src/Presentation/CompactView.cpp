@@ -1,0 +1,32 @@
+#include "Presentation/CompactView.h"
+
+#include "Presentation/ActivateLayouts.h"
+#include "Presentation/CompactInfoView.h"
+#include "Presentation/CompactStatusView.h"
+
+#include <QHBoxLayout>
+
+namespace morvane {
+
+CompactView::CompactView(SessionStore &store, Scheduler &scheduler, QWidget *parent)
+    : QWidget(parent), m_status(new CompactStatusView(store, this)),
+      m_info(new CompactInfoView(store, scheduler, this)) {
+    auto *line = new QHBoxLayout(this);
+    line->setContentsMargins(14, 6, 14, 7);
+    line->setSpacing(9);
+    line->addWidget(m_status);
+    line->addWidget(m_info);
+    connect(m_info, &CompactInfoView::textChanged, this, &CompactView::contentResized);
+}
+
+void CompactView::refresh() {
+    m_status->refresh();
+    m_info->refresh();
+    activateLayouts(*this);
+}
+
+QSize CompactView::sizeHint() const {
+    return layout()->totalSizeHint();
+}
+
+} // namespace morvane

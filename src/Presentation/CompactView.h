@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QWidget>
+
+namespace morvane {
+
+class CompactInfoView;
+class CompactStatusView;
+class Scheduler;
+class SessionStore;
+
+/// What stands in the closed capsule: the mascot, and beside it a time and a count.
+class CompactView : public QWidget {
+    Q_OBJECT
+
+public:
+    CompactView(SessionStore &store, Scheduler &scheduler, QWidget *parent);
+
+    /// Takes over what the store has now.
+    void refresh();
+
+    QSize sizeHint() const override;
+
+signals:
+    void contentResized();
+
+private:
+    CompactStatusView *m_status;
+    CompactInfoView *m_info;
+};
+
+} // namespace morvane

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Presentation/SystemImage.h"
+
+#include <QAbstractButton>
+#include <QColor>
+
+#include <optional>
+
+namespace morvane {
+
+/// A button of a strip: its title, and the digit that presses it where one does. It never takes
+/// the focus, since its window must not.
+class DecideButton : public QAbstractButton {
+    Q_OBJECT
+
+public:
+    DecideButton(const QString &title, const QColor &tint, QWidget *parent);
+
+    void setTitle(const QString &title);
+
+    /// Puts a small picture behind the title.
+    void setTrailingImage(SystemImage image) { m_image = image; }
+
+    void setShortcutDigit(std::optional<int> digit);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    int digitSpace() const;
+    int imageSpace() const { return m_image ? 14 : 0; }
+
+    QColor m_tint;
+    std::optional<int> m_digit;
+    std::optional<SystemImage> m_image;
+};
+
+} // namespace morvane

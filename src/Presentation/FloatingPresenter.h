@@ -1,0 +1,93 @@
+#pragma once
+
+#include "Core/Session.h"
+#include "Platform/OverlayWindow.h"
+#include "Presentation/Animation.h"
+#include "Presentation/CapsuleState.h"
+#include "Presentation/MorvanePresenter.h"
+
+#include <memory>
+
+namespace morvane {
+
+class FloatingCapsuleView;
+class MorvaneSettings;
+class OverlayWindows;
+class SessionStore;
+
+/// Shows Morvane on a display without a notch: a tab hanging from the top of the work area, which
+/// grows into the panel under the pointer. The reasons to be on screen are independent of each
+/// other; `shouldBeVisible` is their sum.
+class FloatingPresenter : public QObject, public MorvanePresenter {
+    Q_OBJECT
+
+public:
+    enum class Flavour {
+        ambient, ///< on screen as long as sessions are active, always at the top centre
+        onCall,  ///< only when something calls for it; may sit at the top right
+    };
+
+    FloatingPresenter(SessionStore &store, MorvaneSettings &settings, Displays &displays,
+                      OverlayWindows &overlays, Scheduler &scheduler, Flavour flavour);
+    ~FloatingPresenter() override;
+
+    /// Told when the person picks a session. Set before the first `attach`.
+    std::function<void(const Session &)> onSelect;
+
+    void attach(const Display &display) override;
+    void presentPanel() override;
+    void collapseExpanded() override;
+    void dismiss() override;
+    void detach() override;
+
+private:
+    enum class Motion { atOnce, animated };
+
+    void makePanel();
+    void subscribe();
+    void scheduleUpdate();
+    void flash();
+    void expansionChanged(bool isExpanded);
+
+    bool shouldBeVisible();
+    void updateVisibility(Motion motion);
+    void showPanel();
+    void hidePanel();
+    void fadeIn(double offset);
+
+    void layout(Motion motion);
+    QRect tabFrame(const QSize &size) const;
+    OverlayWindow::Anchor anchor() const;
+    void place();
+    void updateHover();
+
+    SessionStore &m_store;
+    MorvaneSettings &m_settings;
+    Displays &m_displays;
+    OverlayWindows &m_overlays;
+    Scheduler &m_scheduler;
+    const Flavour m_flavour;
+    CapsuleState m_capsule;
+    Display m_display;
+
+    // The window is taken down before the view that it shows.
+    std::unique_ptr<FloatingCapsuleView> m_view;
+    std::unique_ptr<OverlayWindow> m_window;
+
+    QRect m_target;      ///< where the tab is or is on its way to, on the desktop
+    QRect m_present;     ///< where the tab is at this moment
+    double m_offset = 0; ///< how far above that the window still is while it comes down
+    Animation m_growth;  ///< of the tab
+    Animation m_fade;    ///< of the window, in or out
+    bool m_isFadingIn = false;
+    bool m_isHovering = false;
+
+    bool m_flashActive = false; ///< a session has changed its state a moment ago
+    bool m_dismissed = false;
+    bool m_presented = false; ///< opened by `presentPanel`
+    Task m_flashTask;
+    Task m_autoDismissTask;
+    Task m_updateTask;
+};
+
+} // namespace morvane

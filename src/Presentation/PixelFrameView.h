@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Presentation/PixelFrame.h"
+
+#include <QColor>
+#include <QWidget>
+
+namespace morvane {
+
+/// Draws a pixel frame in one colour, with a thin gap between the pixels. Decoration: the state it
+/// shows is told in words beside it.
+class PixelFrameView : public QWidget {
+    Q_OBJECT
+
+public:
+    /// The side of a pixel, gap included, in points.
+    PixelFrameView(double pixelSize, QWidget *parent);
+
+    void setFrame(const PixelFrame &frame, const QColor &color);
+    const QColor &color() const { return m_color; }
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    PixelFrame m_frame;
+    QColor m_color;
+    double m_pixelSize;
+};
+
+} // namespace morvane

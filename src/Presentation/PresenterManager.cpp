@@ -1,0 +1,114 @@
+#include "Presentation/PresenterManager.h"
+
+#include "Core/MorvaneSettings.h"
+#include "Presentation/FloatingPresenter.h"
+
+#include <algorithm>
+
+namespace morvane {
+
+namespace {
+
+constexpr Seconds reconcileDelay(0.5);
+
+} // namespace
+
+PresenterManager::PresenterManager(SessionStore &store, MorvaneSettings &settings,
+                                   Displays &displays, OverlayWindows &overlays,
+                                   Scheduler &scheduler, QObject *parent)
+    : QObject(parent), m_store(store), m_settings(settings), m_displays(displays),
+      m_overlays(overlays), m_scheduler(scheduler) {}
+
+PresenterManager::~PresenterManager() = default;
+
+void PresenterManager::start() {
+    m_displayMode = m_settings.displayMode();
+    reconcile();
+    connect(&m_displays, &Displays::changed, this, &PresenterManager::scheduleReconcile);
+    connect(&m_settings, &MorvaneSettings::changed, this, [this] {
+        if (m_settings.displayMode() != m_displayMode) {
+            m_displayMode = m_settings.displayMode();
+            scheduleReconcile();
+        }
+    });
+}
+
+void PresenterManager::presentPanel() {
+    const QList<Display> displays = m_displays.displays();
+    if (displays.isEmpty() || m_presenters.empty()) {
+        return;
+    }
+    const QPoint pointer = m_displays.pointerPosition();
+    const auto under = std::ranges::find_if(
+        displays, [&](const Display &display) { return display.frame.contains(pointer); });
+    const auto target =
+        m_presenters.find(under != displays.end() ? under->id : displays.first().id);
+    (target != m_presenters.end() ? target : m_presenters.begin())->second->presentPanel();
+}
+
+void PresenterManager::collapseAllExpanded() {
+    for (const auto &[display, presenter] : m_presenters) {
+        presenter->collapseExpanded();
+    }
+}
+
+void PresenterManager::dismissAll() {
+    for (const auto &[display, presenter] : m_presenters) {
+        presenter->dismiss();
+    }
+}
+
+void PresenterManager::scheduleReconcile() {
+    m_reconcileWork = m_scheduler.after(reconcileDelay, [this] { reconcile(); });
+}
+
+void PresenterManager::reconcile() {
+    std::map<std::uint32_t, Display> wanted;
+    for (const Display &display : m_displays.displays()) {
+        if (isWanted(display)) {
+            wanted.emplace(display.id, display);
+        }
+    }
+    std::erase_if(m_presenters, [&](const auto &entry) {
+        const bool isGone = !wanted.contains(entry.first);
+        if (isGone) {
+            entry.second->detach();
+        }
+        return isGone;
+    });
+    for (const auto &[id, display] : wanted) {
+        auto &presenter = m_presenters[id];
+        if (!presenter) {
+            presenter = makePresenter(display);
+        }
+        presenter->attach(display);
+    }
+}
+
+bool PresenterManager::isWanted(const Display &display) const {
+    switch (m_displayMode) {
+    case DisplayTargetMode::all:
+        return true;
+    case DisplayTargetMode::builtinOnly:
+        return display.isBuiltin;
+    case DisplayTargetMode::externalOnly:
+        return !display.isBuiltin;
+    }
+    return false;
+}
+
+std::unique_ptr<MorvanePresenter> PresenterManager::makePresenter(const Display &display) {
+    auto presenter = std::make_unique<FloatingPresenter>(
+        m_store, m_settings, m_displays, m_overlays, m_scheduler,
+        display.isBuiltin ? FloatingPresenter::Flavour::ambient
+                          : FloatingPresenter::Flavour::onCall);
+    presenter->onSelect = onSelect;
+    presenter->onExpandedChanged = [this](bool isExpanded) {
+        if (onExpandedChanged) {
+            onExpandedChanged(isExpanded);
+        }
+    };
+    return presenter;
+}
+
+} // namespace morvane

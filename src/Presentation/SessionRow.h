@@ -1,0 +1,79 @@
+#pragma once
+
+#include "Core/AgentDecision.h"
+#include "Core/Session.h"
+
+#include <QAbstractButton>
+
+class QVBoxLayout;
+
+namespace morvane {
+
+class ApprovalStrip;
+class Badge;
+class ExternalStrip;
+class PixelFrameView;
+class QuestionStrip;
+class Scheduler;
+class SessionMetaLine;
+class SubagentList;
+class TextLabel;
+
+/// One live session in the panel: its state, its name and what it is doing, and below that the
+/// strip for whatever it waits for. A row stays with its session and is brought up to date in
+/// place, so that nothing vanishes under a press because another session has changed.
+class SessionRow : public QAbstractButton {
+    Q_OBJECT
+
+public:
+    enum class Detail {
+        showsAgent = 1,     ///< whose session it is, where there are several agents
+        showsShortcuts = 2, ///< the digits that press the strip's buttons
+    };
+    Q_DECLARE_FLAGS(Details, Detail)
+
+    SessionRow(Scheduler &scheduler, QWidget *parent);
+
+    void setSession(const Session &session, Details details);
+    const Session &session() const { return m_session; }
+
+signals:
+    /// The person wants to go to the session.
+    void selected(const morvane::Session &session);
+    void decided(const QString &sessionID, const morvane::AgentDecision &decision);
+    void answered(const QString &sessionID, const QString &question, const QString &option);
+
+protected:
+    void moveEvent(QMoveEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    bool hitButton(const QPoint &position) const override;
+
+private:
+    void arrange();
+    void showMain(Details details);
+    void showStrip(Details details);
+    ApprovalStrip &approvalStrip();
+    QuestionStrip &questionStrip();
+    ExternalStrip &externalStrip();
+
+    Scheduler &m_scheduler;
+    Session m_session;
+    Details m_details;
+    bool m_isFilled = false;
+    PixelFrameView *m_mark;
+    TextLabel *m_name;
+    Badge *m_agent;
+    TextLabel *m_status;
+    TextLabel *m_detail;
+    SessionMetaLine *m_meta;
+    SubagentList *m_subagents;
+    QVBoxLayout *m_column = nullptr;
+    QWidget *m_strip = nullptr; ///< the one on show
+    ApprovalStrip *m_approval = nullptr;
+    QuestionStrip *m_question = nullptr;
+    ExternalStrip *m_external = nullptr;
+};
+
+Q_DECLARE_OPERATORS_FOR_FLAGS(SessionRow::Details)
+
+} // namespace morvane

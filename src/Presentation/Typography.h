@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QFont>
+
+/// The fonts of the panel: the desktop's own font, at sizes of ours in points of the screen.
+namespace morvane::Typography {
+
+QFont text(int size, QFont::Weight weight = QFont::Normal);
+
+/// For what a program will run: every character as wide as the next.
+QFont code(int size);
+
+inline constexpr int nameSize = 13;
+inline constexpr int bodySize = 12;
+inline constexpr int secondarySize = 11;
+inline constexpr int badgeSize = 10;
+
+} // namespace morvane::Typography

@@ -1,0 +1,180 @@
+#include "Presentation/FloatingPresenter.h"
+
+#include "PanelFixture.h"
+
+#include <QCoreApplication>
+#include <QEnterEvent>
+
+namespace morvane {
+namespace {
+
+class FloatingPresenterTest : public PanelFixture {
+protected:
+    using Flavour = FloatingPresenter::Flavour;
+
+    void attach(Flavour flavour) {
+        presenter = std::make_unique<FloatingPresenter>(store, settings, displays, overlays,
+                                                        scheduler, flavour);
+        presenter->onExpandedChanged = [this](bool isExpanded) { expansions.append(isExpanded); };
+        presenter->attach(FakeDisplays::external(1, 0));
+    }
+
+    FakeOverlayWindow &window() { return *overlays.alive.first(); }
+    bool isVisible() { return window().isVisible(); }
+
+    void movePointer(QPoint position) {
+        displays.setPointer(position);
+        QEnterEvent enter({}, {}, {});
+        QCoreApplication::sendEvent(&window().widget(), &enter);
+        QEvent leave(QEvent::Leave);
+        QCoreApplication::sendEvent(&window().widget(), &leave);
+    }
+
+    QList<bool> expansions;
+    std::unique_ptr<FloatingPresenter> presenter;
+};
+
+constexpr QPoint onTab(500, 35);
+constexpr QPoint onPanelOnly(300, 50);
+constexpr QPoint elsewhere(500, 700);
+
+TEST_F(FloatingPresenterTest, OnCallItComesForAMomentAndStaysWhileSomeoneIsAskedFor) {
+    attach(Flavour::onCall);
+    apply(Event::promptSubmit);
+    scheduler.advance(Seconds(1));
+    EXPECT_FALSE(isVisible());
+
+    apply(Event::turnEnd);
+    settle();
+    EXPECT_TRUE(isVisible());
+    scheduler.advance(Seconds(4.9));
+    EXPECT_TRUE(isVisible());
+    scheduler.advance(Seconds(0.3));
+    EXPECT_FALSE(isVisible());
+
+    apply(Event::needsInput);
+    scheduler.advance(Seconds(20));
+    EXPECT_TRUE(isVisible());
+    store.acknowledge(QStringLiteral("s"));
+    scheduler.advance(Seconds(0.2));
+    EXPECT_FALSE(isVisible());
+}
+
+TEST_F(FloatingPresenterTest, AmbientItStaysWhileSessionsAreAtWork) {
+    attach(Flavour::ambient);
+    EXPECT_FALSE(isVisible());
+    apply(Event::promptSubmit);
+    scheduler.advance(Seconds(30));
+    EXPECT_TRUE(isVisible());
+    presenter->dismiss();
+    scheduler.advance(Seconds(1));
+    EXPECT_TRUE(isVisible());
+    apply(Event::turnEnd);
+    scheduler.advance(Seconds(4));
+    EXPECT_TRUE(isVisible());
+    scheduler.advance(Seconds(2));
+    EXPECT_FALSE(isVisible());
+}
+
+TEST_F(FloatingPresenterTest, ADismissalHoldsUntilSomethingNewHappens) {
+    settings.setShowWhenIdle(true);
+    attach(Flavour::onCall);
+    EXPECT_TRUE(isVisible());
+    presenter->dismiss();
+    scheduler.advance(Seconds(1));
+    EXPECT_FALSE(isVisible());
+    apply(Event::turnFailed);
+    scheduler.advance(Seconds(60));
+    EXPECT_TRUE(isVisible());
+}
+
+TEST_F(FloatingPresenterTest, ThePanelOpensOnRequestForTenSeconds) {
+    attach(Flavour::onCall);
+    presenter->presentPanel();
+    EXPECT_TRUE(isVisible());
+    EXPECT_EQ(window().shape.boundingRect().width(), 520);
+    scheduler.advance(Seconds(9.9));
+    EXPECT_EQ(expansions, QList<bool>({true}));
+    scheduler.advance(Seconds(0.5));
+    EXPECT_EQ(expansions, QList<bool>({true, false}));
+    EXPECT_FALSE(isVisible());
+}
+
+TEST_F(FloatingPresenterTest, OpensUnderThePointerAndClosesAMomentAfterItHasLeft) {
+    settings.setShowWhenIdle(true);
+    attach(Flavour::onCall);
+    scheduler.advance(Seconds(1));
+    movePointer(onTab);
+    EXPECT_EQ(expansions, QList<bool>({true}));
+    movePointer(elsewhere);
+    scheduler.advance(Seconds(0.14));
+    movePointer(onPanelOnly);
+    scheduler.advance(Seconds(1));
+    EXPECT_EQ(expansions, QList<bool>({true}));
+    movePointer(elsewhere);
+    scheduler.advance(Seconds(0.16));
+    EXPECT_EQ(expansions, QList<bool>({true, false}));
+}
+
+TEST_F(FloatingPresenterTest, CrossingsThatAChangeOfShapeBringsAboutChangeNothing) {
+    settings.setShowWhenIdle(true);
+    attach(Flavour::onCall);
+    scheduler.advance(Seconds(1));
+    for (int step = 0; step < 40; ++step) {
+        movePointer(onTab);
+        scheduler.advance(Seconds(0.02));
+    }
+    EXPECT_EQ(expansions, QList<bool>({true}));
+}
+
+TEST_F(FloatingPresenterTest, AShowDuringAHideEndsInFullSight) {
+    attach(Flavour::onCall);
+    apply(Event::needsInput);
+    scheduler.advance(Seconds(6));
+    store.acknowledge(QStringLiteral("s"));
+    scheduler.advance(Seconds(0.06));
+    EXPECT_LT(window().opacity(), 1);
+    apply(Event::needsInput);
+    scheduler.advance(Seconds(1));
+    EXPECT_TRUE(isVisible());
+    EXPECT_EQ(window().opacity(), 1);
+}
+
+TEST_F(FloatingPresenterTest, HangsFromTheTopOfTheWorkArea) {
+    struct Case {
+        Flavour flavour;
+        FloatingPosition position;
+        bool isRight;
+    };
+    for (const Case &c : {Case{Flavour::onCall, FloatingPosition::topCenter, false},
+                          Case{Flavour::onCall, FloatingPosition::topRight, true},
+                          Case{Flavour::ambient, FloatingPosition::topRight, false}}) {
+        settings.setShowWhenIdle(true);
+        settings.setFloatingPosition(c.position);
+        attach(c.flavour);
+        scheduler.advance(Seconds(1));
+        const QRect frame = window().geometry;
+        EXPECT_EQ(frame.top(), 30);
+        if (c.isRight) {
+            EXPECT_EQ(frame.right() + 1, 1000 - 12);
+        } else {
+            EXPECT_NEAR(frame.center().x(), 500, 1);
+        }
+        presenter.reset();
+    }
+}
+
+TEST_F(FloatingPresenterTest, AnOpeningChangesTheWindowsSizeOnceAndThenNothingTicks) {
+    settings.setShowWhenIdle(true);
+    attach(Flavour::onCall);
+    scheduler.advance(Seconds(1));
+    const int resizes = window().resizes;
+    movePointer(onTab);
+    scheduler.advance(Seconds(1));
+    EXPECT_EQ(window().resizes, resizes + 1);
+    EXPECT_EQ(window().geometry.width(), 520);
+    EXPECT_EQ(ticksWithin(Seconds(50)), 0);
+}
+
+} // namespace
+} // namespace morvane

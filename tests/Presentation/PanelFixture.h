@@ -1,0 +1,52 @@
+#pragma once
+
+#include "Core/Defaults.h"
+#include "Core/MorvaneSettings.h"
+#include "Core/SessionStore.h"
+#include "CountingScheduler.h"
+#include "Support/EventBuilder.h"
+#include "Support/FakeDisplays.h"
+#include "Support/FakeOverlayWindows.h"
+#include "Support/Printing.h"
+
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace morvane {
+
+/// A session store with a clock, displays and overlays of the test's own.
+class PanelFixture : public testing::Test {
+protected:
+    using Event = CanonicalEvent;
+
+    void apply(const HookEvent &event) { store.apply(event); }
+    void apply(CanonicalEvent kind, const QString &sessionID = QStringLiteral("s")) {
+        store.apply(EventBuilder(kind).in(sessionID));
+    }
+
+    /// Lets everything that is only put off to the end of this turn happen.
+    void settle() { scheduler.advance(Seconds(0)); }
+
+    /// How many timers are started while this time passes.
+    int ticksWithin(Seconds length) {
+        const int before = scheduler.timersStarted;
+        scheduler.advance(length);
+        return scheduler.timersStarted - before;
+    }
+
+    static SessionSurroundings noSurroundings() {
+        return {[](const auto &) { return std::nullopt; },
+                [](const auto &) { return std::nullopt; },
+                [](const auto &, const auto &) { return std::nullopt; }};
+    }
+
+    CountingScheduler scheduler;
+    QTemporaryDir folder;
+    Defaults defaults{folder.path(), QStringLiteral("test")};
+    MorvaneSettings settings{defaults};
+    SessionStore store{settings, noSurroundings(), scheduler};
+    FakeDisplays displays;
+    FakeOverlayWindows overlays;
+};
+
+} // namespace morvane

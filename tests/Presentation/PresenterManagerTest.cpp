@@ -1,0 +1,99 @@
+#include "Presentation/PresenterManager.h"
+
+#include "PanelFixture.h"
+
+namespace morvane {
+namespace {
+
+class PresenterManagerTest : public PanelFixture {
+protected:
+    PresenterManagerTest() {
+        manager.onExpandedChanged = [this](bool isExpanded) { expansions.append(isExpanded); };
+    }
+
+    /// Where on the desktop the visible windows are, by the display's left edge.
+    QList<int> shownOn() const {
+        QList<int> result;
+        for (const FakeOverlayWindow *window : overlays.alive) {
+            if (window->isVisible()) {
+                result.append(window->geometry.center().x() / 1000 * 1000);
+            }
+        }
+        return result;
+    }
+
+    QList<bool> expansions;
+    PresenterManager manager{store, settings, displays, overlays, scheduler, nullptr};
+};
+
+TEST_F(PresenterManagerTest, ABurstOfChangesEndsInOneReconcileHalfASecondAfterTheLast) {
+    manager.start();
+    displays.setDisplays({FakeDisplays::external(1, 0)});
+    scheduler.advance(Seconds(0.4));
+    displays.setDisplays({FakeDisplays::external(1, 0), FakeDisplays::external(2, 1000)});
+    scheduler.advance(Seconds(0.4));
+    EXPECT_EQ(overlays.alive.size(), 0);
+    scheduler.advance(Seconds(0.1));
+    EXPECT_EQ(overlays.alive.size(), 2);
+}
+
+TEST_F(PresenterManagerTest, ShowsItselfOnTheDisplaysOfTheModeAlone) {
+    displays.setDisplays({FakeDisplays::builtin(1, 0), FakeDisplays::external(2, 1000)});
+    settings.setShowWhenIdle(true);
+    manager.start();
+    scheduler.advance(Seconds(1));
+    EXPECT_EQ(shownOn(), QList<int>({0, 1000}));
+
+    settings.setDisplayMode(DisplayTargetMode::builtinOnly);
+    scheduler.advance(Seconds(0.3));
+    settings.setDisplayMode(DisplayTargetMode::externalOnly);
+    scheduler.advance(Seconds(0.4));
+    EXPECT_EQ(shownOn(), QList<int>({0, 1000}));
+    scheduler.advance(Seconds(0.2));
+    EXPECT_EQ(shownOn(), QList<int>({1000}));
+}
+
+TEST_F(PresenterManagerTest, OpensUnderThePointerOrElseAnywhere) {
+    displays.setDisplays({FakeDisplays::builtin(1, 0), FakeDisplays::external(2, 1000)});
+    displays.setPointer({1500, 700});
+    settings.setDisplayMode(DisplayTargetMode::all);
+    manager.start();
+    manager.presentPanel();
+    EXPECT_EQ(shownOn(), QList<int>({1000}));
+    manager.collapseAllExpanded();
+    scheduler.advance(Seconds(2));
+    EXPECT_EQ(shownOn(), QList<int>());
+
+    settings.setDisplayMode(DisplayTargetMode::builtinOnly);
+    scheduler.advance(Seconds(1));
+    manager.presentPanel();
+    EXPECT_EQ(shownOn(), QList<int>({0}));
+    EXPECT_EQ(expansions, QList<bool>({true, false, true}));
+}
+
+TEST_F(PresenterManagerTest, WithoutAWantedDisplayThereIsNothingToOpen) {
+    displays.setDisplays({FakeDisplays::external(1, 0)});
+    settings.setDisplayMode(DisplayTargetMode::builtinOnly);
+    manager.start();
+    manager.presentPanel();
+    EXPECT_EQ(overlays.alive.size(), 0);
+    EXPECT_TRUE(expansions.isEmpty());
+}
+
+TEST_F(PresenterManagerTest, ADisplayThatComesBackStartsAnew) {
+    displays.setDisplays({FakeDisplays::external(1, 0)});
+    manager.start();
+    manager.presentPanel();
+    displays.setDisplays({});
+    scheduler.advance(Seconds(1));
+    EXPECT_EQ(overlays.alive.size(), 0);
+    EXPECT_EQ(expansions, QList<bool>({true, false}));
+
+    displays.setDisplays({FakeDisplays::external(1, 0)});
+    scheduler.advance(Seconds(1));
+    EXPECT_EQ(overlays.alive.size(), 1);
+    EXPECT_EQ(shownOn(), QList<int>());
+}
+
+} // namespace
+} // namespace morvane
