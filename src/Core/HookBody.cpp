@@ -73,16 +73,12 @@ simdjson::dom::parser &threadParser() {
     return parser;
 }
 
-bool concernsANumber(simdjson::error_code error) {
-    return error == simdjson::NUMBER_ERROR || error == simdjson::NUMBER_OUT_OF_RANGE;
-}
-
 } // namespace
 
 std::optional<HookBody> HookBody::parse(QByteArrayView bytes) {
     simdjson::dom::object root;
     auto parsed = threadParser().parse(bytes.data(), static_cast<std::size_t>(bytes.size()));
-    if (concernsANumber(parsed.error())) {
+    if (parsed.error() != simdjson::SUCCESS) {
         parsed = threadParser().parse(withoutNumbers(bytes));
     }
     if (parsed.get(root) != simdjson::SUCCESS) {

@@ -82,7 +82,8 @@ QString makeToken() {
 
 MorvaneSettings::MorvaneSettings(Defaults &defaults) : m_defaults(defaults) {
     migrateLegacyDefaults();
-    if (text(m_defaults, tokenKey).isNull()) {
+    // An empty one would let every local program in.
+    if (text(m_defaults, tokenKey).isEmpty()) {
         m_defaults.setValue(keyString(tokenKey), makeToken());
     }
     m_eventToken = text(m_defaults, tokenKey);

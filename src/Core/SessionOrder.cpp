@@ -1,5 +1,7 @@
 #include "Core/SessionOrder.h"
 
+#include <QSet>
+
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -7,6 +9,8 @@
 namespace morvane::SessionOrder {
 
 namespace {
+
+constexpr qsizetype maxJumpable = 5;
 
 int rank(SessionState state) {
     switch (state) {
@@ -30,10 +34,21 @@ bool comesBefore(const Session &left, const Session &right) {
            std::tuple(rank(right.state), left.lastEventAt, right.id);
 }
 
-template <typename Predicate>
-QList<Session> where(const QList<Session> &list, Predicate holds) {
-    QList<Session> result;
+template <typename Value, typename Predicate>
+QList<Value> where(const QList<Value> &list, Predicate holds) {
+    QList<Value> result;
     std::ranges::copy_if(list, std::back_inserter(result), holds);
+    return result;
+}
+
+/// The ids that the records of the finished sessions have.
+QSet<QString> finishedRecordIDs(const Sessions &sessions) {
+    QSet<QString> result;
+    for (const Session &session : sessions) {
+        if (session.state == SessionState::done || session.state == SessionState::failed) {
+            result.insert(CompletedRecord::idFor(session));
+        }
+    }
     return result;
 }
 
@@ -59,6 +74,23 @@ QList<Session> open(const QList<Session> &sorted) {
                  [](const Session &session) { return session.state == SessionState::idle; });
 }
 
+QList<CompletedRecord> jumpable(const QList<CompletedRecord> &history) {
+    return history.first(std::min(history.size(), maxJumpable));
+}
+
+QList<CompletedRecord> recentlyCompleted(const QList<CompletedRecord> &jumpable,
+                                         const Sessions &sessions) {
+    const QSet<QString> finished = finishedRecordIDs(sessions);
+    return where(jumpable,
+                 [&](const CompletedRecord &record) { return finished.contains(record.id); });
+}
+
+QList<CompletedRecord> archived(const QList<CompletedRecord> &jumpable, const Sessions &sessions) {
+    const QSet<QString> finished = finishedRecordIDs(sessions);
+    return where(jumpable,
+                 [&](const CompletedRecord &record) { return !finished.contains(record.id); });
+}
+
 bool hasPendingDecision(const Sessions &sessions) {
     return std::ranges::any_of(
         sessions, [](const Session &session) { return session.pendingDecisionID().has_value(); });
@@ -76,9 +108,15 @@ bool hasUnacknowledgedNeedsInput(const Sessions &sessions) {
     });
 }
 
-bool showsAgentBadges(const Sessions &sessions) {
-    return std::ranges::adjacent_find(sessions, std::ranges::not_equal_to(), &Session::agent) !=
-           sessions.end();
+bool showsAgentBadges(const Sessions &sessions, const QList<CompletedRecord> &history) {
+    QSet<AgentKind> agents;
+    for (const Session &session : sessions) {
+        agents.insert(session.agent);
+    }
+    for (const CompletedRecord &record : history) {
+        agents.insert(record.agent.value_or(AgentKind::claude));
+    }
+    return agents.size() > 1;
 }
 
 } // namespace morvane::SessionOrder

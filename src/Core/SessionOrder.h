@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/CompletedRecord.h"
 #include "Core/Session.h"
 
 #include <QHash>
@@ -23,11 +24,22 @@ QList<Session> reportable(const QList<Session> &sorted);
 /// Those that are idle: open, with no activity yet.
 QList<Session> open(const QList<Session> &sorted);
 
+/// The finished sessions that are on offer: the first few of the history.
+QList<CompletedRecord> jumpable(const QList<CompletedRecord> &history);
+
+/// Those of them whose live session is still there.
+QList<CompletedRecord> recentlyCompleted(const QList<CompletedRecord> &jumpable,
+                                         const Sessions &sessions);
+
+/// The others of them.
+QList<CompletedRecord> archived(const QList<CompletedRecord> &jumpable, const Sessions &sessions);
+
 bool hasPendingDecision(const Sessions &sessions);
 bool hasExternalPrompt(const Sessions &sessions);
 bool hasUnacknowledgedNeedsInput(const Sessions &sessions);
 
-/// True when the sessions are of more than one agent, so that each row has to say whose it is.
-bool showsAgentBadges(const Sessions &sessions);
+/// True when live and finished sessions are of more than one agent, so that each row has to say
+/// whose it is. A record that names no agent is Claude Code's.
+bool showsAgentBadges(const Sessions &sessions, const QList<CompletedRecord> &history);
 
 } // namespace morvane::SessionOrder

@@ -1,13 +1,22 @@
 #include "Core/TimeFormat.h"
 
 #include <algorithm>
+#include <cstdint>
 
 namespace morvane::TimeFormat {
 
-QString elapsed(Date since, Date asOf) {
+namespace {
+
+/// Whole seconds between the two, at least 0.
+std::int64_t secondsBetween(Date earlier, Date later) {
     using namespace std::chrono;
-    const auto length = std::max(asOf - since, Date::duration::zero());
-    const auto total = duration_cast<seconds>(length).count();
+    return std::max<std::int64_t>(duration_cast<seconds>(later - earlier).count(), 0);
+}
+
+} // namespace
+
+QString elapsed(Date since, Date asOf) {
+    const std::int64_t total = secondsBetween(since, asOf);
     if (total < 60) {
         return QStringLiteral("%1s").arg(total);
     }
@@ -17,6 +26,20 @@ QString elapsed(Date since, Date asOf) {
     return QStringLiteral("%1h%2")
         .arg(total / 3600)
         .arg(total % 3600 / 60, 2, 10, QLatin1Char('0'));
+}
+
+QString ago(Date date, Date from) {
+    const std::int64_t total = secondsBetween(date, from);
+    if (total < 60) {
+        return QStringLiteral("just now");
+    }
+    if (total < 3600) {
+        return QStringLiteral("%1m ago").arg(total / 60);
+    }
+    if (total < 86400) {
+        return QStringLiteral("%1h ago").arg(total / 3600);
+    }
+    return QStringLiteral("%1d ago").arg(total / 86400);
 }
 
 } // namespace morvane::TimeFormat

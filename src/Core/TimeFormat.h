@@ -10,4 +10,7 @@ namespace morvane::TimeFormat {
 /// How long something has lasted: "42s", "17m", "2h05". A future start counts as now.
 QString elapsed(Date since, Date asOf);
 
+/// How long ago something was: "just now", "17m ago", "2h ago", "3d ago".
+QString ago(Date date, Date from);
+
 } // namespace morvane::TimeFormat

@@ -38,18 +38,7 @@ protected:
         return httpPost("/event", headers, body);
     }
 
-    QByteArray script() const {
-        QFile file(home.file(QStringLiteral(".morvane/hook.sh")));
-        file.open(QIODevice::ReadOnly);
-        return file.readAll();
-    }
-
-    void createFile(const QString &relative) {
-        const QString path = home.file(relative);
-        QDir().mkpath(QFileInfo(path).path());
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    }
+    QByteArray script() const { return home.read(QStringLiteral(".morvane/hook.sh")); }
 
     /// Takes a port for as long as the result lives; any free one for 0.
     static std::unique_ptr<QTcpServer> taken(std::uint16_t port) {
@@ -59,7 +48,7 @@ protected:
     }
 
     TemporaryHome home;
-    Defaults defaults{home.file(QStringLiteral("config")), QStringLiteral("test")};
+    Defaults defaults{home.path(QStringLiteral("config")), QStringLiteral("test")};
     MorvaneSettings settings{defaults};
     PlatformServices platform;
     ManualScheduler *scheduler = nullptr;
@@ -74,7 +63,7 @@ TEST_F(AppControllerTest, MovesToAFreePortAndTellsEverybodyWhoNeedsIt) {
     const std::uint16_t port = controller.server()->boundPort();
     EXPECT_GT(port, blocker->serverPort());
     EXPECT_EQ(settings.port(), port);
-    Defaults reread(home.file(QStringLiteral("config")), QStringLiteral("test"));
+    Defaults reread(home.path(QStringLiteral("config")), QStringLiteral("test"));
     EXPECT_EQ(MorvaneSettings(reread).port(), port);
     EXPECT_TRUE(script().contains("port=" + QByteArray::number(port) + "\n"));
     EXPECT_EQ(controller.serverStatus(), QStringLiteral("listening on 127.0.0.1:%1").arg(port));
@@ -142,7 +131,7 @@ TEST_F(AppControllerTest, CarriesADecisionBackToTheHook) {
 }
 
 TEST_F(AppControllerTest, OffersEachNewAgentOnce) {
-    createFile(QStringLiteral(".claude/settings.json"));
+    home.write(QStringLiteral(".claude/settings.json"));
     std::vector<std::vector<AgentKind>> offers;
     AppController controller(settings, platform);
     controller.onNewAgentsDetected = [&](const auto &kinds) { offers.push_back(kinds); };
@@ -152,8 +141,8 @@ TEST_F(AppControllerTest, OffersEachNewAgentOnce) {
     EXPECT_EQ(settings.knownAgents(), QStringList{QStringLiteral("claude")});
     EXPECT_TRUE(offers.empty());
 
-    createFile(QStringLiteral(".codex/config.toml"));
-    createFile(QStringLiteral(".kimi/.keep"));
+    home.write(QStringLiteral(".codex/config.toml"));
+    home.write(QStringLiteral(".kimi/.keep"));
     scheduler->advance(Seconds(1799));
     EXPECT_TRUE(offers.empty());
     scheduler->advance(Seconds(2));
@@ -163,7 +152,7 @@ TEST_F(AppControllerTest, OffersEachNewAgentOnce) {
 }
 
 TEST_F(AppControllerTest, DoesNotLookForAgentsBeforeTheFirstRunIsOver) {
-    createFile(QStringLiteral(".claude/settings.json"));
+    home.write(QStringLiteral(".claude/settings.json"));
     AppController controller(settings, platform);
     controller.start();
     scheduler->advance(Seconds(4000));

@@ -14,36 +14,30 @@ namespace {
 
 class HookInstallerTest : public testing::Test {
 protected:
-    QByteArray content(const QString &relative) const {
-        QFile file(home.file(relative));
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << relative.toStdString();
-        return file.readAll();
-    }
-
     TemporaryHome home;
-    Defaults defaults{home.file(QStringLiteral("config")), QStringLiteral("test")};
+    Defaults defaults{home.path(QStringLiteral("config")), QStringLiteral("test")};
     MorvaneSettings settings{defaults};
 };
 
 TEST_F(HookInstallerTest, PutsPortAndTokenIntoTheScript) {
     ASSERT_FALSE(HookInstaller(settings, 40123).writeHookScript());
-    const QByteArray script = content(QStringLiteral(".morvane/hook.sh"));
+    const QByteArray script = home.read(QStringLiteral(".morvane/hook.sh"));
     EXPECT_TRUE(script.startsWith("#!/bin/sh\n"));
     EXPECT_TRUE(script.contains("40123"));
     EXPECT_TRUE(script.contains(settings.eventToken().toUtf8()));
     EXPECT_FALSE(script.contains("__PORT__") || script.contains("__TOKEN__"));
-    EXPECT_TRUE(content(QStringLiteral(".morvane/forwarder"))
+    EXPECT_TRUE(home.read(QStringLiteral(".morvane/forwarder"))
                     .startsWith("\x7f"
                                 "ELF"));
 
     const auto mode = [this](const QString &relative) {
-        return QFileInfo(home.file(relative)).permissions() & QFile::Permissions(0x0777);
+        return QFileInfo(home.path(relative)).permissions() & QFile::Permissions(0x0777);
     };
     const QFile::Permissions readable =
         QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther;
     for (const auto *executable : {".morvane/hook.sh", ".morvane/forwarder"}) {
         EXPECT_EQ(mode(QString::fromLatin1(executable)) & readable, readable) << executable;
-        EXPECT_TRUE(QFileInfo(home.file(QString::fromLatin1(executable))).isExecutable());
+        EXPECT_TRUE(QFileInfo(home.path(QString::fromLatin1(executable))).isExecutable());
     }
     EXPECT_EQ(mode(QStringLiteral(".morvane")) & (readable | QFile::WriteGroup | QFile::WriteOther),
               QFile::Permissions());
@@ -51,24 +45,24 @@ TEST_F(HookInstallerTest, PutsPortAndTokenIntoTheScript) {
 
 TEST_F(HookInstallerTest, RewritesTheScriptButNotAClientThatIsTheSame) {
     ASSERT_FALSE(HookInstaller(settings, 1).writeHookScript());
-    QFile client(home.file(QStringLiteral(".morvane/forwarder")));
+    QFile client(home.path(QStringLiteral(".morvane/forwarder")));
     const QDateTime old = QDateTime::fromSecsSinceEpoch(1'000'000'000);
     ASSERT_TRUE(client.open(QIODevice::ReadWrite));
     ASSERT_TRUE(client.setFileTime(old, QFileDevice::FileModificationTime));
     client.close();
     ASSERT_FALSE(HookInstaller(settings, 2).writeHookScript());
-    EXPECT_TRUE(content(QStringLiteral(".morvane/hook.sh")).contains("port=2\n"));
+    EXPECT_TRUE(home.read(QStringLiteral(".morvane/hook.sh")).contains("port=2\n"));
     EXPECT_EQ(QFileInfo(client).lastModified(), old);
 
     ASSERT_TRUE(client.open(QIODevice::WriteOnly));
     client.write("an older one");
     client.close();
     ASSERT_FALSE(HookInstaller(settings, 2).writeHookScript());
-    EXPECT_NE(content(QStringLiteral(".morvane/forwarder")), "an older one");
+    EXPECT_NE(home.read(QStringLiteral(".morvane/forwarder")), "an older one");
 }
 
 TEST_F(HookInstallerTest, SaysWhatKeptItFromWriting) {
-    QFile obstacle(home.file(QStringLiteral(".morvane")));
+    QFile obstacle(home.path(QStringLiteral(".morvane")));
     ASSERT_TRUE(obstacle.open(QIODevice::WriteOnly));
     EXPECT_TRUE(HookInstaller(settings, 1).writeHookScript());
     const auto missing = HookInstaller(settings, 1).renderTemplate(QStringLiteral("other.sh"));

@@ -1,0 +1,142 @@
+#include "Core/Session.h"
+
+#include "Core/GitInfo.h"
+#include "Core/TimeFormat.h"
+#include "Support/Printing.h"
+#include "Support/TemporaryHome.h"
+
+#include <gtest/gtest.h>
+
+#include <tuple>
+
+namespace morvane {
+namespace {
+
+using Text = std::optional<QString>;
+
+TEST(Session, IsNamedAfterItsFolderUnlessAPersonNamedIt) {
+    const std::tuple<Text, QString, QString> cases[] = {{{}, "", "session"},
+                                                        {"", "", "session"},
+                                                        {"Mine", "", "Mine"},
+                                                        {"Mine", "/home/ada/project", "Mine"},
+                                                        {"", "/home/ada/project", "project"},
+                                                        {{}, "/home/ada/project/", "project"}};
+    for (const auto &[customName, cwd, name] : cases) {
+        Session session;
+        session.customName = customName;
+        session.cwd = cwd;
+        session.aiTitle = session.lastPrompt = "Not the name";
+        EXPECT_EQ(session.displayName(), name);
+    }
+}
+
+TEST(Session, SumsUpItsContext) {
+    using enum ContextPressure;
+    const std::tuple<int, QString, ContextPressure> cases[] = {
+        {-5, "-5", comfortable},    {0, "0", comfortable},      {999, "999", comfortable},
+        {1000, "1k", comfortable},  {1999, "1k", comfortable},  {139'999, "139k", comfortable},
+        {140'000, "140k", filling}, {179'999, "179k", filling}, {180'000, "180k", tight},
+        {199'999, "199k", tight},   {200'000, "200k", large}};
+    Session session;
+    EXPECT_EQ(session.contextLabel(), std::nullopt);
+    EXPECT_EQ(session.contextPressure(), std::nullopt);
+    for (const auto &[tokens, label, pressure] : cases) {
+        session.contextTokens = tokens;
+        EXPECT_EQ(session.contextLabel(), label);
+        EXPECT_EQ(session.contextPressure(), pressure) << tokens;
+    }
+}
+
+TEST(Session, RemarksOnlyOnUnusualPermissionModes) {
+    using enum AgentKind;
+    const std::tuple<AgentKind, Text, bool> cases[] = {
+        {claude, {}, false},          {claude, "", false},     {claude, "default", false},
+        {qwen, "default", false},     {claude, "plan", true},  {claude, "on-request", true},
+        {codex, "on-request", false}, {codex, "default", true}};
+    for (const auto &[agent, mode, notable] : cases) {
+        Session session;
+        session.agent = agent;
+        session.permissionMode = mode;
+        EXPECT_EQ(session.notablePermissionMode(), notable ? mode : std::nullopt);
+    }
+}
+
+TEST(PaneLocator, FindsTheSocketInWhatTmuxReports) {
+    const std::pair<Text, Text> cases[] = {
+        {{}, {}},
+        {"", {}},
+        {",,", {}},
+        {"/tmp/tmux-1000/default,123,0", "/tmp/tmux-1000/default"},
+        {",/tmp/socket", "/tmp/socket"}};
+    for (const auto &[server, socket] : cases) {
+        PaneLocator pane;
+        pane.tmuxServer = server;
+        EXPECT_EQ(pane.tmuxSocket(), socket);
+        EXPECT_FALSE(pane.locatesPane());
+    }
+}
+
+TEST(TimeFormat, ShowsHowLongSomethingLasts) {
+    const std::pair<double, const char *> cases[] = {
+        {-5, "0s"},    {0, "0s"},      {59.9, "59s"},  {60, "1m"},
+        {3599, "59m"}, {3600, "1h00"}, {7500, "2h05"}, {360'000, "100h00"}};
+    const Date start{std::chrono::seconds(1'700'000'000)};
+    for (const auto &[seconds, text] : cases) {
+        EXPECT_EQ(TimeFormat::elapsed(start, start + Seconds(seconds)), text);
+    }
+}
+
+TEST(GitInfo, ReadsTheHeadInEveryForm) {
+    const std::pair<QByteArray, Text> cases[] = {
+        {"ref: refs/heads/main\n", "main"},
+        {"  ref: refs/heads/feature/a-b \r\n", "feature/a-b"},
+        {"0123456789abcdef0123456789abcdef01234567\n", "0123456"},
+        {"abc\n", "abc"},
+        {"ref: refs/heads/\n", {}},
+        {"ref: refs/remotes/x\n", "ref: re"},
+        {"\n \n", {}},
+        {"", {}},
+        {"ref: refs/heads/\xff\xfe\n", {}}};
+    const TemporaryHome home;
+    for (const auto &[head, branch] : cases) {
+        home.write("repository/.git/HEAD", head);
+        EXPECT_EQ(GitInfo::branch(home.path("repository")), branch) << head.constData();
+    }
+    EXPECT_EQ(GitInfo::branch(""), std::nullopt);
+}
+
+TEST(GitInfo, FollowsTheFileOfALinkedWorktree) {
+    const TemporaryHome home;
+    home.write("main/.git/HEAD", "ref: refs/heads/main\n");
+    home.write("main/.git/worktrees/side/HEAD", "ref: refs/heads/side\n");
+    const QByteArray gitDir = home.path("main/.git/worktrees/side").toUtf8();
+    const std::pair<QByteArray, Text> cases[] = {{"gitdir: " + gitDir + "\n", "side"},
+                                                 {"\n\ngitdir:   " + gitDir + " \nmore", "side"},
+                                                 {"gitdir:" + gitDir, {}},
+                                                 {"worktree\ngitdir: " + gitDir, {}},
+                                                 {"gitdir: ../main/.git/worktrees/side", {}},
+                                                 {"gitdir: /nowhere", {}},
+                                                 {"", {}}};
+    for (const auto &[text, branch] : cases) {
+        home.write("side/.git", text);
+        EXPECT_EQ(GitInfo::branch(home.path("side")), branch) << text.constData();
+    }
+}
+
+TEST(GitInfo, LooksUpwardsSoFarAndNoFurther) {
+    const TemporaryHome home;
+    home.write("repository/.git/HEAD", "ref: refs/heads/main\n");
+    QString directory = home.path("repository");
+    for (int level = 1; level <= 24; ++level) {
+        directory += "/d";
+    }
+    EXPECT_EQ(GitInfo::branch(directory), "main");
+    EXPECT_EQ(GitInfo::branch(directory + "/d"), std::nullopt);
+
+    // The nearest repository counts, even one without a branch.
+    home.write("repository/d/.git/config");
+    EXPECT_EQ(GitInfo::branch(directory), std::nullopt);
+}
+
+} // namespace
+} // namespace morvane
