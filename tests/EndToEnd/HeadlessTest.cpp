@@ -1,0 +1,117 @@
+#include "EndToEnd/ChildProcess.h"
+#include "EndToEnd/ProgramHome.h"
+#include "Support/WaitUntil.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <thread>
+#include <vector>
+
+namespace morvane {
+namespace {
+
+const QByteArray permissionRequest =
+    R"({"session_id":"s","tool_name":"Bash","tool_input":{"command":"make"}})";
+
+/// The real program without a display, and the real forwarder that it has written.
+class HeadlessTest : public testing::Test {
+protected:
+    void SetUp() override {
+        start();
+        ASSERT_TRUE(home.waitForHook());
+    }
+
+    void start() {
+        program = std::make_unique<ChildProcess>(QStringList{QStringLiteral(MORVANE)},
+                                                 home.environment());
+    }
+
+    /// One hook from start to end; its output, or none unless its status is 0.
+    std::optional<QByteArray> runHook(const QStringList &arguments, const QByteArray &payload) {
+        ChildProcess hook(home.hook(arguments), home.environment(), payload);
+        const auto status = hook.wait();
+        return status == 0 ? std::optional(hook.output()) : std::nullopt;
+    }
+
+    QString port() const {
+        QFile script(home.path(QStringLiteral(".morvane/hook.sh")));
+        script.open(QIODevice::ReadOnly);
+        for (const QByteArray &line : script.readAll().split('\n')) {
+            if (line.startsWith("port=")) {
+                return QString::fromLatin1(line.mid(5));
+            }
+        }
+        return {};
+    }
+
+    ProgramHome home;
+    std::unique_ptr<ChildProcess> program;
+};
+
+TEST_F(HeadlessTest, ServesManyHooksAtOnce) {
+    std::atomic<int> silent = 0;
+    std::vector<std::thread> agents;
+    for (const char *agent :
+         {"claude", "codex", "gemini", "opencode", "cursor", "kimi", "qwen", "factory"}) {
+        agents.emplace_back([&, agent] {
+            const QByteArray payload =
+                QByteArray(R"({"session_id":")") + agent + R"(","cwd":"/","tool_name":"Read"})";
+            for (int count = 0; count < 12; ++count) {
+                silent += runHook({QString::fromLatin1(agent), QStringLiteral("PreToolUse")},
+                                  payload) == QByteArray();
+            }
+        });
+    }
+    for (std::thread &agent : agents) {
+        agent.join();
+    }
+    EXPECT_EQ(silent, 96);
+    EXPECT_TRUE(program->isRunning());
+}
+
+TEST_F(HeadlessTest, AWaitingHookIsSilentWhenTheProgramEnds) {
+    ChildProcess hook(home.hook({QStringLiteral("claude"), QStringLiteral("PermissionRequest"),
+                                 QStringLiteral("decide")}),
+                      home.environment(), permissionRequest);
+    EXPECT_TRUE(hook.isRunning());
+    program->kill();
+    EXPECT_EQ(hook.wait(), 0);
+    EXPECT_EQ(hook.output(), QByteArray());
+    EXPECT_EQ(runHook({QStringLiteral("claude"), QStringLiteral("Stop")}, "{}"), QByteArray());
+}
+
+TEST_F(HeadlessTest, ASecondLaunchGivesWayAndARestartKeepsPortAndToken) {
+    ChildProcess second({QStringLiteral(MORVANE)}, home.environment());
+    EXPECT_EQ(second.wait(), 0);
+    EXPECT_TRUE(program->isRunning());
+
+    QFile script(home.path(QStringLiteral(".morvane/hook.sh")));
+    ASSERT_TRUE(script.open(QIODevice::ReadOnly));
+    const QByteArray before = script.readAll();
+    program->kill();
+    program->wait();
+    script.remove();
+    start();
+    ASSERT_TRUE(home.waitForHook());
+    QFile after(script.fileName());
+    ASSERT_TRUE(after.open(QIODevice::ReadOnly));
+    EXPECT_EQ(after.readAll(), before);
+}
+
+TEST_F(HeadlessTest, KeepsTheTokenToItsOwner) {
+    const auto mode = [this](const char *path) {
+        return QFileInfo(home.path(QLatin1String(path))).permissions();
+    };
+    const QFile::Permissions others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
+                                      QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
+    EXPECT_EQ(mode(".morvane") & others, QFile::Permissions());
+    EXPECT_EQ(mode(".config/morvane/io.morvane.morvane.json") & others, QFile::Permissions());
+    EXPECT_FALSE(port().isEmpty());
+}
+
+} // namespace
+} // namespace morvane

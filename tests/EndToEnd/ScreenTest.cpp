@@ -1,0 +1,171 @@
+#include "EndToEnd/ChildProcess.h"
+#include "EndToEnd/ProgramHome.h"
+#include "EndToEnd/VirtualDisplay.h"
+#include "Support/WaitUntil.h"
+
+#include <QFile>
+#include <QRect>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+
+namespace morvane {
+namespace {
+
+constexpr const char *terminalTitle = "terminal";
+constexpr const char *permissionRequest =
+    R"({"hook_event_name":"PermissionRequest","session_id":"s","tool_name":"Bash",)"
+    R"("tool_use_id":"toolu_1","tool_input":{"command":"make"}})";
+constexpr const char *allowAnswer =
+    R"({"hookSpecificOutput":{"decision":{"behavior":"allow"},"hookEventName":"PermissionRequest"}})";
+
+// What a terminal tells the program in it of a button that was pressed.
+constexpr const char *leftPress = "\x1b[M ";
+constexpr const char *rightPress = "\x1b[M\"";
+
+/// The program on a display of its own, above a terminal that fills the screen, has the keyboard
+/// and notes every key and click that reaches it.
+class ScreenTest : public testing::Test {
+protected:
+    void SetUp() override {
+        const QStringList missing = VirtualDisplay::missingPrograms();
+        if (!missing.isEmpty()) {
+            GTEST_SKIP() << "These programs are needed and not installed: "
+                         << missing.join(QStringLiteral(", ")).toStdString();
+        }
+        home.setVariable(QStringLiteral("QT_LINUX_ACCESSIBILITY_ALWAYS_ON"), QStringLiteral("1"));
+        display = std::make_unique<VirtualDisplay>(home.environment());
+        ASSERT_TRUE(display->isUp());
+        ASSERT_NO_FATAL_FAILURE(startTerminal());
+        program = start({QStringLiteral(MORVANE)});
+        ASSERT_TRUE(home.waitForHook());
+        ASSERT_TRUE(waitUntil([this] { return tab().has_value(); }));
+    }
+
+    void startTerminal() {
+        terminal =
+            start({QStringLiteral("xterm"), QStringLiteral("-title"), QLatin1String(terminalTitle),
+                   QStringLiteral("-e"), QStringLiteral("sh"), QStringLiteral("-c"),
+                   QStringLiteral("stty raw -echo; printf '\\033[?1000h'; exec cat >\"$0\""),
+                   home.path(QStringLiteral("received"))});
+        ASSERT_TRUE(
+            waitUntil([this] { return QFile::exists(home.path(QStringLiteral("received"))); }));
+        ASSERT_TRUE(waitUntil([this] {
+            display->giveKeyboard(QLatin1String(terminalTitle));
+            return terminalHasKeyboard();
+        }));
+    }
+
+    std::unique_ptr<ChildProcess> start(const QStringList &command,
+                                        const QByteArray &input = {}) const {
+        return std::make_unique<ChildProcess>(command, display->environment(), input);
+    }
+
+    /// A hook that waits for a decision.
+    std::unique_ptr<ChildProcess> ask() const {
+        return start(home.hook({QStringLiteral("claude"), QStringLiteral("PermissionRequest"),
+                                QStringLiteral("decide")}),
+                     permissionRequest);
+    }
+
+    /// Where the visible object of this role and name is.
+    std::optional<QRect> find(const QString &role, const QString &name) const {
+        const auto finder =
+            start({QStringLiteral(FIND_ACCESSIBLE), QStringLiteral("--extents"), role, name});
+        if (finder->wait() != 0) {
+            return std::nullopt;
+        }
+        const QList<QByteArray> numbers = finder->output().simplified().split(' ');
+        return QRect(numbers.value(0).toInt(), numbers.value(1).toInt(), numbers.value(2).toInt(),
+                     numbers.value(3).toInt());
+    }
+
+    /// The capsule, or the panel that it has grown into.
+    std::optional<QRect> tab() const {
+        return find(QStringLiteral("filler"), QStringLiteral("Morvane"));
+    }
+
+    std::optional<QRect> allowButton() const {
+        return find(QStringLiteral("button"), QStringLiteral("Allow"));
+    }
+
+    bool isOpen() const { return tab().value_or(QRect()).width() >= 520; }
+
+    /// Puts the pointer on the capsule and waits until the panel shows its button.
+    testing::AssertionResult hoverUntilAllowIsShown() const {
+        display->movePointer(tab().value_or(QRect()).center());
+        return waitUntil([this] { return allowButton().has_value(); })
+                   ? testing::AssertionSuccess()
+                   : testing::AssertionFailure() << "the panel shows no \"Allow\"";
+    }
+
+    bool terminalHasKeyboard() const { return display->focusedTitle() == terminalTitle; }
+
+    /// What has reached the terminal so far.
+    QByteArray received() const {
+        QFile file(home.path(QStringLiteral("received")));
+        file.open(QIODevice::ReadOnly);
+        return file.readAll();
+    }
+
+    ProgramHome home{{{QStringLiteral("showWhenIdle"), true}}};
+    std::unique_ptr<VirtualDisplay> display;
+    std::unique_ptr<ChildProcess> terminal;
+    std::unique_ptr<ChildProcess> program;
+};
+
+TEST_F(ScreenTest, TakesNoKeyFromTheTerminalWhileARequestIsAllowed) {
+    const QString text = QStringLiteral("the quick brown fox jumps over it ").repeated(8);
+    const auto typing = display->type(text);
+
+    const auto hook = ask();
+    EXPECT_TRUE(terminalHasKeyboard());
+    ASSERT_TRUE(hoverUntilAllowIsShown());
+    EXPECT_TRUE(isOpen());
+    EXPECT_TRUE(terminalHasKeyboard());
+    display->click(allowButton().value_or(QRect()).center());
+    EXPECT_EQ(hook->wait(), 0);
+    EXPECT_EQ(hook->output(), allowAnswer);
+    EXPECT_TRUE(terminalHasKeyboard());
+    display->movePointer({10, 790});
+    EXPECT_TRUE(waitUntil([this] { return !isOpen(); }));
+    EXPECT_TRUE(terminalHasKeyboard());
+
+    EXPECT_EQ(typing->wait(), 0);
+    EXPECT_TRUE(waitUntil([&] { return received().size() >= text.size(); }));
+    EXPECT_EQ(received(), text.toUtf8());
+}
+
+TEST_F(ScreenTest, DropsThePromptOfAHookThatWasKilled) {
+    const auto hook = ask();
+    ASSERT_TRUE(hoverUntilAllowIsShown());
+    hook->kill();
+    EXPECT_TRUE(waitUntil([this] { return !allowButton(); }));
+    EXPECT_TRUE(isOpen());
+    EXPECT_EQ(hook->output(), "");
+}
+
+TEST_F(ScreenTest, OpensThePanelWhenStartedAgain) {
+    const auto hook = ask();
+    EXPECT_FALSE(isOpen());
+    const auto second = start({QStringLiteral(MORVANE)});
+    EXPECT_EQ(second->wait(), 0);
+    EXPECT_TRUE(waitUntil([this] { return isOpen() && allowButton(); }));
+    EXPECT_TRUE(terminalHasKeyboard());
+    EXPECT_TRUE(program->isRunning());
+}
+
+TEST_F(ScreenTest, LetsClicksBesideItsRoundedCornersThrough) {
+    const QRect capsule = tab().value_or(QRect());
+    display->click(capsule.bottomLeft() + QPoint(1, -1));
+    EXPECT_TRUE(waitUntil([this] { return received().contains(leftPress); }));
+    display->click(capsule.center());
+    // Once this one has come through, the one before would have.
+    display->click({640, 700}, 3);
+    EXPECT_TRUE(waitUntil([this] { return received().contains(rightPress); }));
+    EXPECT_EQ(received().count(leftPress), 1);
+}
+
+} // namespace
+} // namespace morvane

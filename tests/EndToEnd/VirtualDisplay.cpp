@@ -1,0 +1,97 @@
+#include "EndToEnd/VirtualDisplay.h"
+
+#include "Support/WaitUntil.h"
+
+#include <QFile>
+#include <QStandardPaths>
+
+#include <utility>
+
+namespace morvane {
+
+namespace {
+
+/// Without decorations a window fills the screen to its edges.
+constexpr const char *windowManagerSettings =
+    R"(<openbox_config xmlns="http://openbox.org/3.4/rc"><applications>
+<application class="*"><decor>no</decor><maximized>yes</maximized></application>
+</applications></openbox_config>)";
+
+QStringList coordinates(const QPoint &position) {
+    return {QString::number(position.x()), QString::number(position.y())};
+}
+
+} // namespace
+
+VirtualDisplay::VirtualDisplay(QProcessEnvironment environment)
+    : m_environment(std::move(environment)) {
+    m_server = std::make_unique<ChildProcess>(
+        QStringList{QStringLiteral("Xvfb"), QStringLiteral("-displayfd"), QStringLiteral("1"),
+                    QStringLiteral("-screen"), QStringLiteral("0"), QStringLiteral("1280x800x24"),
+                    QStringLiteral("-nolisten"), QStringLiteral("tcp")},
+        m_environment);
+    m_bus = std::make_unique<ChildProcess>(
+        QStringList{QStringLiteral("dbus-daemon"), QStringLiteral("--session"),
+                    QStringLiteral("--nofork"), QStringLiteral("--print-address=1")},
+        m_environment);
+    const auto number = m_server->readLine();
+    const auto address = m_bus->readLine();
+    if (!number || !address) {
+        return;
+    }
+    m_environment.insert(QStringLiteral("DISPLAY"),
+                         QLatin1Char(':') + QString::fromLatin1(*number));
+    m_environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QString::fromLatin1(*address));
+
+    QFile settings(m_folder.filePath(QStringLiteral("rc.xml")));
+    settings.open(QIODevice::WriteOnly);
+    settings.write(windowManagerSettings);
+    settings.close();
+    m_windowManager = std::make_unique<ChildProcess>(
+        QStringList{QStringLiteral("openbox"), QStringLiteral("--sm-disable"),
+                    QStringLiteral("--config-file"), settings.fileName()},
+        m_environment);
+    // It tells of desktops once it manages windows; one that came earlier would get no focus.
+    m_isUp = waitUntil([this] { return !control({QStringLiteral("get_num_desktops")}).isEmpty(); });
+}
+
+QStringList VirtualDisplay::missingPrograms() {
+    QStringList result;
+    for (const char *name : {"Xvfb", "openbox", "xdotool", "xterm", "dbus-daemon"}) {
+        if (QStandardPaths::findExecutable(QLatin1String(name)).isEmpty()) {
+            result.append(QLatin1String(name));
+        }
+    }
+    return result;
+}
+
+void VirtualDisplay::movePointer(const QPoint &position) const {
+    control(QStringList{QStringLiteral("mousemove")} + coordinates(position));
+}
+
+void VirtualDisplay::click(const QPoint &position, int button) const {
+    control(QStringList{QStringLiteral("mousemove")} + coordinates(position) +
+            QStringList{QStringLiteral("click"), QString::number(button)});
+}
+
+std::unique_ptr<ChildProcess> VirtualDisplay::type(const QString &text) const {
+    return std::make_unique<ChildProcess>(
+        QStringList{QStringLiteral("xdotool"), QStringLiteral("type"), text}, m_environment);
+}
+
+void VirtualDisplay::giveKeyboard(const QString &title) const {
+    control({QStringLiteral("search"), QStringLiteral("--name"), title,
+             QStringLiteral("windowactivate")});
+}
+
+QByteArray VirtualDisplay::focusedTitle() const {
+    return control({QStringLiteral("getwindowfocus"), QStringLiteral("getwindowname")});
+}
+
+QByteArray VirtualDisplay::control(const QStringList &arguments) const {
+    ChildProcess xdotool(QStringList{QStringLiteral("xdotool")} + arguments, m_environment);
+    xdotool.wait();
+    return xdotool.output().trimmed();
+}
+
+} // namespace morvane

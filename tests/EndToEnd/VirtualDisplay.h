@@ -1,0 +1,53 @@
+#pragma once
+
+#include "EndToEnd/ChildProcess.h"
+
+#include <QPoint>
+#include <QProcessEnvironment>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <memory>
+
+namespace morvane {
+
+/// An X display that nobody sees, with a window manager, a session bus and hands that move the
+/// pointer and press keys. Ended with this object.
+class VirtualDisplay {
+public:
+    /// The environment is that of the person at this display.
+    explicit VirtualDisplay(QProcessEnvironment environment);
+
+    /// The programs that it needs and that are not installed.
+    static QStringList missingPrograms();
+
+    /// False when the display, the bus or the window manager did not come up.
+    bool isUp() const { return m_isUp; }
+
+    /// What a program needs to appear here.
+    const QProcessEnvironment &environment() const { return m_environment; }
+
+    void movePointer(const QPoint &position) const;
+    void click(const QPoint &position, int button = 1) const;
+
+    /// Begins to type; done when the result has ended.
+    std::unique_ptr<ChildProcess> type(const QString &text) const;
+
+    /// Asks the window manager for it, as a taskbar would.
+    void giveKeyboard(const QString &title) const;
+
+    /// The title of the window that has the keyboard.
+    QByteArray focusedTitle() const;
+
+private:
+    QByteArray control(const QStringList &arguments) const;
+
+    QProcessEnvironment m_environment;
+    QTemporaryDir m_folder;
+    std::unique_ptr<ChildProcess> m_server;
+    std::unique_ptr<ChildProcess> m_windowManager;
+    std::unique_ptr<ChildProcess> m_bus;
+    bool m_isUp = false;
+};
+
+} // namespace morvane
