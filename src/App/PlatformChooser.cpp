@@ -15,7 +15,8 @@ PlatformServices choosePlatform() {
     PlatformServices platform;
     platform.scheduler = std::make_unique<EventLoopScheduler>();
     platform.applications = std::make_unique<DesktopApplications>();
-    const bool onX11 = qGuiApp && qGuiApp->platformName() == QLatin1String("xcb");
+    const auto *gui = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
+    const bool onX11 = gui && QGuiApplication::platformName() == QLatin1String("xcb");
     if (const std::shared_ptr<X11Connection> x11 = onX11 ? X11Connection::open() : nullptr) {
         platform.displays = std::make_unique<ScreenDisplays>(*x11);
         platform.overlays = std::make_unique<X11OverlayWindows>(*x11);

@@ -1,7 +1,5 @@
 #include "EndToEnd/VirtualDisplay.h"
 
-#include "Support/WaitUntil.h"
-
 #include <QFile>
 #include <QStandardPaths>
 
@@ -25,15 +23,10 @@ QStringList coordinates(const QPoint &position) {
 
 VirtualDisplay::VirtualDisplay(QProcessEnvironment environment)
     : m_environment(std::move(environment)) {
-    m_server = std::make_unique<ChildProcess>(
-        QStringList{QStringLiteral("Xvfb"), QStringLiteral("-displayfd"), QStringLiteral("1"),
-                    QStringLiteral("-screen"), QStringLiteral("0"), QStringLiteral("1280x800x24"),
-                    QStringLiteral("-nolisten"), QStringLiteral("tcp")},
-        m_environment);
-    m_bus = std::make_unique<ChildProcess>(
-        QStringList{QStringLiteral("dbus-daemon"), QStringLiteral("--session"),
-                    QStringLiteral("--nofork"), QStringLiteral("--print-address=1")},
-        m_environment);
+    // Without -noreset it would start over, under the feet of who is just coming, whenever its last
+    // client leaves.
+    m_server = start("Xvfb -displayfd 1 -screen 0 1280x800x24 -noreset -nolisten tcp");
+    m_bus = start("dbus-daemon --session --nofork --print-address=1");
     const auto number = m_server->readLine();
     const auto address = m_bus->readLine();
     if (!number || !address) {
@@ -47,12 +40,8 @@ VirtualDisplay::VirtualDisplay(QProcessEnvironment environment)
     settings.open(QIODevice::WriteOnly);
     settings.write(windowManagerSettings);
     settings.close();
-    m_windowManager = std::make_unique<ChildProcess>(
-        QStringList{QStringLiteral("openbox"), QStringLiteral("--sm-disable"),
-                    QStringLiteral("--config-file"), settings.fileName()},
-        m_environment);
-    // It tells of desktops once it manages windows; one that came earlier would get no focus.
-    m_isUp = waitUntil([this] { return !control({QStringLiteral("get_num_desktops")}).isEmpty(); });
+    m_windowManager = start("openbox --sm-disable --config-file " + settings.fileName().toUtf8());
+    m_isUp = true;
 }
 
 QStringList VirtualDisplay::missingPrograms() {
@@ -86,6 +75,11 @@ void VirtualDisplay::giveKeyboard(const QString &title) const {
 
 QByteArray VirtualDisplay::focusedTitle() const {
     return control({QStringLiteral("getwindowfocus"), QStringLiteral("getwindowname")});
+}
+
+std::unique_ptr<ChildProcess> VirtualDisplay::start(const QByteArray &command) const {
+    return std::make_unique<ChildProcess>(QString::fromUtf8(command).split(QLatin1Char(' ')),
+                                          m_environment);
 }
 
 QByteArray VirtualDisplay::control(const QStringList &arguments) const {

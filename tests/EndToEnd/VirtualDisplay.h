@@ -21,7 +21,7 @@ public:
     /// The programs that it needs and that are not installed.
     static QStringList missingPrograms();
 
-    /// False when the display, the bus or the window manager did not come up.
+    /// False when the display or the bus did not come up.
     bool isUp() const { return m_isUp; }
 
     /// What a program needs to appear here.
@@ -40,6 +40,7 @@ public:
     QByteArray focusedTitle() const;
 
 private:
+    std::unique_ptr<ChildProcess> start(const QByteArray &command) const;
     QByteArray control(const QStringList &arguments) const;
 
     QProcessEnvironment m_environment;
