@@ -10,6 +10,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <tuple>
 
 namespace morvane {
 
