@@ -19,6 +19,9 @@ public:
     void applicationShouldHandleReopen();
 
 private:
+    void showFirstRunIfNeeded();
+    void showPanel();
+
     MorvaneSettings &m_settings;
     const PlatformServices &m_platform;
     std::unique_ptr<AppController> m_controller;
