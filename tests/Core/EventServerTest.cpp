@@ -1,9 +1,13 @@
+#include "Core/Defaults.h"
+#include "Core/MorvaneSettings.h"
+#include "Core/SessionStore.h"
 #include "Support/ServerFixture.h"
+#include "Support/TemporaryHome.h"
 
+#include <algorithm>
 #include <arpa/inet.h>
 #include <atomic>
 #include <dirent.h>
-#include <set>
 #include <sys/socket.h>
 #include <thread>
 #include <unistd.h>
@@ -258,11 +262,18 @@ TEST_F(EventServerTest, AnswersAThousandHooksAtOnceAndLeavesNothingOpen) {
     }
     EXPECT_EQ(answered, 1000);
     scheduler.runPosted();
-    std::set<QString> sessions;
-    for (const HookEvent &event : events) {
-        sessions.insert(event.sessionID);
+    const TemporaryHome home;
+    Defaults defaults(home.path(), QStringLiteral("test"));
+    MorvaneSettings settings(defaults);
+    const auto nothing = [](const auto &...) -> std::optional<QString> { return std::nullopt; };
+    SessionStore store(settings, {nothing, nothing, nothing}, scheduler);
+    std::ranges::for_each(events, [&](const HookEvent &event) { store.apply(event); });
+    EXPECT_EQ(store.sessions().size(), 1000);
+    for (const Session &session : store.sessions()) {
+        const auto agent = static_cast<std::size_t>(session.id.section('-', 0, 0).toInt());
+        EXPECT_EQ(rawValue(session.agent), agents[agent]);
+        EXPECT_EQ(session.state, SessionState::working);
     }
-    EXPECT_EQ(sessions.size(), 1000u);
     EXPECT_TRUE(waitUntil([&] { return openDescriptors() <= before; }));
 }
 
