@@ -51,10 +51,7 @@ protected:
                    home.path(QStringLiteral("received"))});
         ASSERT_TRUE(
             waitUntil([this] { return QFile::exists(home.path(QStringLiteral("received"))); }));
-        ASSERT_TRUE(waitUntil([this] {
-            display->giveKeyboard(QLatin1String(terminalTitle));
-            return terminalHasKeyboard();
-        }));
+        ASSERT_TRUE(waitUntil([this] { return terminalHasKeyboard(); }));
     }
 
     std::unique_ptr<ChildProcess> start(const QStringList &command,

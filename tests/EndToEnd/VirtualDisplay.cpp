@@ -1,5 +1,7 @@
 #include "EndToEnd/VirtualDisplay.h"
 
+#include "Support/WaitUntil.h"
+
 #include <QFile>
 #include <QStandardPaths>
 
@@ -41,7 +43,9 @@ VirtualDisplay::VirtualDisplay(QProcessEnvironment environment)
     settings.write(windowManagerSettings);
     settings.close();
     m_windowManager = start("openbox --sm-disable --config-file " + settings.fileName().toUtf8());
-    m_isUp = true;
+    // It tells of desktops once it manages windows: one that came earlier would stay without focus.
+    m_isUp =
+        waitUntil([this] { return control({QStringLiteral("get_num_desktops")}).has_value(); });
 }
 
 QStringList VirtualDisplay::missingPrograms() {
@@ -68,13 +72,9 @@ std::unique_ptr<ChildProcess> VirtualDisplay::type(const QString &text) const {
         QStringList{QStringLiteral("xdotool"), QStringLiteral("type"), text}, m_environment);
 }
 
-void VirtualDisplay::giveKeyboard(const QString &title) const {
-    control({QStringLiteral("search"), QStringLiteral("--name"), title,
-             QStringLiteral("windowactivate")});
-}
-
 QByteArray VirtualDisplay::focusedTitle() const {
-    return control({QStringLiteral("getwindowfocus"), QStringLiteral("getwindowname")});
+    return control({QStringLiteral("getwindowfocus"), QStringLiteral("getwindowname")})
+        .value_or(QByteArray());
 }
 
 std::unique_ptr<ChildProcess> VirtualDisplay::start(const QByteArray &command) const {
@@ -82,10 +82,9 @@ std::unique_ptr<ChildProcess> VirtualDisplay::start(const QByteArray &command) c
                                           m_environment);
 }
 
-QByteArray VirtualDisplay::control(const QStringList &arguments) const {
+std::optional<QByteArray> VirtualDisplay::control(const QStringList &arguments) const {
     ChildProcess xdotool(QStringList{QStringLiteral("xdotool")} + arguments, m_environment);
-    xdotool.wait();
-    return xdotool.output().trimmed();
+    return xdotool.wait() == 0 ? std::optional(xdotool.output().trimmed()) : std::nullopt;
 }
 
 } // namespace morvane

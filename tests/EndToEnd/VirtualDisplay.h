@@ -8,6 +8,7 @@
 #include <QTemporaryDir>
 
 #include <memory>
+#include <optional>
 
 namespace morvane {
 
@@ -21,7 +22,7 @@ public:
     /// The programs that it needs and that are not installed.
     static QStringList missingPrograms();
 
-    /// False when the display or the bus did not come up.
+    /// False when the display, the bus or the window manager did not come up.
     bool isUp() const { return m_isUp; }
 
     /// What a program needs to appear here.
@@ -33,15 +34,13 @@ public:
     /// Begins to type; done when the result has ended.
     std::unique_ptr<ChildProcess> type(const QString &text) const;
 
-    /// Asks the window manager for it, as a taskbar would.
-    void giveKeyboard(const QString &title) const;
-
     /// The title of the window that has the keyboard.
     QByteArray focusedTitle() const;
 
 private:
     std::unique_ptr<ChildProcess> start(const QByteArray &command) const;
-    QByteArray control(const QStringList &arguments) const;
+    /// What xdotool prints; none when it could not do it.
+    std::optional<QByteArray> control(const QStringList &arguments) const;
 
     QProcessEnvironment m_environment;
     QTemporaryDir m_folder;
