@@ -120,7 +120,12 @@ void AppController::scheduleNewAgentCheck() {
     });
 }
 
+/// An agent is offered once, whatever the answer; so it only counts as offered when somebody is
+/// there to offer it.
 void AppController::checkForNewAgents() {
+    if (!onNewAgentsDetected) {
+        return;
+    }
     const QStringList known = m_settings.knownAgents().value_or(QStringList());
     std::vector<const AgentAdapter *> unseen = AgentRegistry::present();
     std::erase_if(unseen, [&](const AgentAdapter *adapter) {
@@ -132,11 +137,9 @@ void AppController::checkForNewAgents() {
         return;
     }
     markAgentsKnown(unseen);
-    if (onNewAgentsDetected) {
-        std::vector<AgentKind> kinds;
-        std::ranges::transform(unseen, std::back_inserter(kinds), &AgentAdapter::kind);
-        onNewAgentsDetected(kinds);
-    }
+    std::vector<AgentKind> kinds;
+    std::ranges::transform(unseen, std::back_inserter(kinds), &AgentAdapter::kind);
+    onNewAgentsDetected(kinds);
 }
 
 void AppController::markAgentsKnown(const std::vector<const AgentAdapter *> &adapters) {

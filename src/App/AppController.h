@@ -35,7 +35,7 @@ public:
     /// None before `start`, and without a screen.
     PresenterManager *presenterManager() { return m_presenterManager.get(); }
 
-    /// Set by `AppDelegate` before `start`: agents have appeared on this machine that were never
+    /// To be set before `start`, if at all: agents have appeared on this machine that were never
     /// offered before. Each is told once.
     std::function<void(const std::vector<AgentKind> &)> onNewAgentsDetected;
 

@@ -12,12 +12,12 @@ namespace {
 /// An application with a screen where one can be reached, and one without where not: Qt ends the
 /// process when it is asked for a screen that isn't there.
 std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv) {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+    if (qEnvironmentVariable("QT_QPA_PLATFORM") != QLatin1String("offscreen")) {
         if (!morvane::hasScreen()) {
             return std::make_unique<QCoreApplication>(argc, argv);
         }
-        // On Wayland too, through XWayland: a native window could neither place itself nor stay
-        // above the others.
+        // Whatever a Wayland desktop has set for its programs: a native window could neither place
+        // itself nor stay above the others, so there it is XWayland.
         qputenv("QT_QPA_PLATFORM", "xcb");
     }
     // A desktop's theme would load its whole toolkit, for windows that use nothing of it.

@@ -65,7 +65,9 @@ void Defaults::write() {
     if (m_unreadable) {
         // Whatever it is, it is the person's: it is kept under another name.
         QFile::remove(path + QLatin1String(".unreadable"));
-        QFile::rename(path, path + QLatin1String(".unreadable"));
+        if (!QFile::rename(path, path + QLatin1String(".unreadable"))) {
+            return;
+        }
         m_unreadable = false;
     }
     QSaveFile file(path);

@@ -136,7 +136,15 @@ void EventConnection::watchForHangUp(const Queue &queue, std::function<void()> h
 /// The handler isn't called once the connection is closed, and the connection lives until then.
 void EventConnection::wait(Readiness readiness, const Queue &queue, std::function<void()> handler) {
     if (!m_waiter) {
-        m_waiter.emplace(m_context, m_descriptor);
+        asio::error_code error;
+        m_waiter.emplace(m_context);
+        m_waiter->assign(m_descriptor, error);
+        if (error) {
+            // The system has no room left to wait for it; the descriptor is still ours.
+            m_waiter.reset();
+            endRead(nullptr);
+            return;
+        }
     }
     const auto ready = [self = shared_from_this(),
                         handler = std::move(handler)](const asio::error_code &error) {

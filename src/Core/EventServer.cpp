@@ -18,6 +18,7 @@ namespace {
 
 constexpr unsigned candidateCount = 21;
 constexpr std::size_t maxUnfinished = 512;
+constexpr int acceptBatch = 64;
 constexpr Seconds requestLimit(30);
 constexpr Seconds acceptRetryDelay(0.1);
 
@@ -139,8 +140,10 @@ void EventServer::waitForConnections() {
                           asio::bind_executor(m_listenerQueue, ready));
 }
 
+/// No more than a batch at once: callers without end would keep decisions and time limits, which
+/// run on the same thread, from their turn.
 void EventServer::acceptAll() {
-    for (;;) {
+    for (int count = 0; count < acceptBatch; ++count) {
         const int descriptor =
             ::accept4(m_acceptor.native_handle(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
         if (descriptor >= 0) {
@@ -153,6 +156,7 @@ void EventServer::acceptAll() {
             return;
         }
     }
+    waitForConnections();
 }
 
 /// Out of descriptors, most likely. The connection stays ready to be accepted, so trying again at
@@ -189,7 +193,8 @@ void EventServer::armDeadline() {
     m_deadlineArmed = !m_unfinished.empty();
     if (m_deadlineArmed) {
         const Seconds delay = m_unfinished.begin()->second.deadline - m_timers.now();
-        m_deadline = m_timers.after(std::max(delay, Seconds(0)), [this] {
+        // Bounded on both sides: the clock may be set back while the timer waits.
+        m_deadline = m_timers.after(std::clamp(delay, Seconds(0), requestLimit), [this] {
             asio::post(m_listenerQueue, [this] { closeOverdue(); });
         });
     }

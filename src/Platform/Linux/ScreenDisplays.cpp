@@ -65,7 +65,11 @@ ScreenDisplays::ScreenDisplays(X11Connection &x11) : m_x11(x11) {
 QList<Display> ScreenDisplays::displays() const {
     QList<Display> result;
     for (const QScreen *screen : QGuiApplication::screens()) {
-        if (!isInvented(*screen)) {
+        // Mirrored outputs are one display to a person, and one place to be at.
+        const bool isMirror = std::ranges::any_of(result, [screen](const Display &display) {
+            return display.frame == screen->geometry();
+        });
+        if (!isInvented(*screen) && !isMirror) {
             result.append({displayID(screen->name()), screen->geometry(), workArea(*screen),
                            isBuiltin(screen->name()), 0});
         }

@@ -1,8 +1,10 @@
 #include "Platform/Linux/SingleInstance.h"
 
 #include <QCryptographicHash>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QLocalSocket>
+#include <QThread>
 
 namespace morvane {
 
@@ -10,22 +12,25 @@ namespace {
 
 constexpr int answerLimit = 1000; // milliseconds
 
+constexpr int retryDelay = 20; // milliseconds
+
 /// A socket's path may be no longer than about a hundred bytes, so it doesn't go into a folder of
 /// the person's naming where there is another.
-QString basePath(const QString &configFolder) {
+QString socketPath(const QString &configFolder) {
     const QByteArray hash =
         QCryptographicHash::hash(configFolder.toUtf8(), QCryptographicHash::Sha256).toHex();
     const QString runtimeFolder = qEnvironmentVariable("XDG_RUNTIME_DIR");
     const bool usable = !runtimeFolder.isEmpty() && QDir(runtimeFolder).exists();
-    return QStringLiteral("%1/morvane-%2")
+    return QStringLiteral("%1/morvane-%2.socket")
         .arg(usable ? runtimeFolder : configFolder, QString::fromLatin1(hash.left(16)));
 }
 
 } // namespace
 
 SingleInstance::SingleInstance(const QString &configFolder)
-    : m_socketPath(basePath(configFolder) + QLatin1String(".socket")),
-      m_lock(basePath(configFolder) + QLatin1String(".lock")) {
+    : m_socketPath(socketPath(configFolder)),
+      // Not beside the socket, whose folder depends on how the program was started.
+      m_lock(configFolder + QLatin1String("/running.lock")) {
     QDir().mkpath(configFolder);
     // A lock is stale when its process is gone, however long the process has run.
     m_lock.setStaleLockTime(0);
@@ -49,10 +54,17 @@ bool SingleInstance::claim() {
     return true;
 }
 
+/// The first may have its lock and not listen yet.
 void SingleInstance::tellTheFirst() const {
+    const QDeadlineTimer deadline(answerLimit);
     QLocalSocket socket;
-    socket.connectToServer(m_socketPath);
-    socket.waitForConnected(answerLimit);
+    do {
+        socket.connectToServer(m_socketPath);
+        if (socket.waitForConnected(static_cast<int>(deadline.remainingTime()))) {
+            return;
+        }
+        QThread::msleep(retryDelay);
+    } while (!deadline.hasExpired());
 }
 
 } // namespace morvane

@@ -17,8 +17,8 @@ public:
     /// Two processes with the same configuration folder are the same program to a person.
     explicit SingleInstance(const QString &configFolder);
 
-    /// True when this process is the first. Otherwise the first has been told by now; waits for
-    /// that up to a second.
+    /// True when this process is the first. Otherwise the first has been told by now, unless it
+    /// hasn't listened for a second.
     bool claim();
 
 signals:

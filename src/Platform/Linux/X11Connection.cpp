@@ -47,8 +47,8 @@ X11Connection::X11Connection(Handle connection, int screen)
     watchRoot();
     watchCompositor(screen);
     const int descriptor = xcb_get_file_descriptor(m_connection.get());
-    auto *notifier = new QSocketNotifier(descriptor, QSocketNotifier::Read, this);
-    connect(notifier, &QSocketNotifier::activated, this, &X11Connection::readEvents);
+    m_notifier = new QSocketNotifier(descriptor, QSocketNotifier::Read, this);
+    connect(m_notifier, &QSocketNotifier::activated, this, &X11Connection::readEvents);
     // Waiting for a reply may take events off the socket, which then never becomes readable.
     if (auto *dispatcher = QAbstractEventDispatcher::instance()) {
         connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, this,
@@ -109,6 +109,11 @@ void X11Connection::watchCompositor(int screen) {
 }
 
 void X11Connection::readEvents() {
+    if (xcb_connection_has_error(connection()) != 0) {
+        // A broken connection stays readable for ever.
+        m_notifier->setEnabled(false);
+        return;
+    }
     while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(connection())}) {
         const auto type = static_cast<std::uint8_t>(event->response_type & 0x7f);
         if (type == XCB_PROPERTY_NOTIFY) {

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <memory>
 
+class QSocketNotifier;
 struct xcb_connection_t;
 
 namespace morvane {
@@ -54,6 +55,7 @@ private:
     void readComposited();
 
     Handle m_connection;
+    QSocketNotifier *m_notifier = nullptr;
     std::uint32_t m_root = 0;
     std::uint32_t m_compositorSelection = 0;
     std::uint8_t m_selectionEvent = 0;
