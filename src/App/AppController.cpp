@@ -156,9 +156,8 @@ void AppController::markAllPresentAgentsKnown() {
 }
 
 void AppController::createPresenters() {
-    m_presenterManager =
-        std::make_unique<PresenterManager>(m_store, m_settings, *m_platform.displays,
-                                           *m_platform.overlays, *m_platform.scheduler, nullptr);
+    m_presenterManager = std::make_unique<PresenterManager>(
+        m_store, m_settings, *m_platform.displays, *m_platform.overlays, *m_platform.scheduler);
     m_presenterManager->onSelect = [this](const Session &session) { select(session); };
     m_presenterManager->onExpandedChanged = [this](bool expanded) { expandedChanged(expanded); };
     m_presenterManager->start();
@@ -168,6 +167,7 @@ void AppController::expandedChanged(bool expanded) {
     m_expandedCount = std::max(0, m_expandedCount + (expanded ? 1 : -1));
 }
 
+/// Marks the session as seen, and makes way for its terminal.
 void AppController::select(const Session &session) {
     m_store.acknowledge(session.id);
     m_presenterManager->dismissAll();

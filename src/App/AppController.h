@@ -26,7 +26,6 @@ public:
     /// Both must outlive the controller.
     AppController(MorvaneSettings &settings, const PlatformServices &platform);
 
-    MorvaneSettings &settings() { return m_settings; }
     SessionStore &store() { return m_store; }
 
     /// None unless a port could be bound.
@@ -51,9 +50,6 @@ public:
     /// Counts every agent on this machine as offered.
     void markAllPresentAgentsKnown();
 
-    /// Marks the session as seen, and makes way for its terminal.
-    void select(const Session &session);
-
 signals:
     void lastErrorChanged();
 
@@ -69,6 +65,7 @@ private:
     void markAgentsKnown(const std::vector<const AgentAdapter *> &adapters);
     void createPresenters();
     void expandedChanged(bool expanded);
+    void select(const Session &session);
     void watchTerminals();
     void setLastError(const QString &error);
 

@@ -2,6 +2,7 @@
 
 #include "Core/AgentAdapter.h"
 #include "Core/AgentRegistry.h"
+#include "Core/DecisionLimit.h"
 
 #include <asio/post.hpp>
 
@@ -9,13 +10,6 @@
 #include <vector>
 
 namespace morvane {
-
-namespace {
-
-/// How long a hook may wait for a decision. The agents wait for twice as long.
-constexpr Seconds decisionLimit(60);
-
-} // namespace
 
 DecisionRelay::DecisionRelay(EventConnection::Queue pendingQueue, Scheduler &timers,
                              std::function<void(const QString &)> onExpired)
@@ -43,15 +37,17 @@ void DecisionRelay::store(const QString &id, Pending pending) {
     });
     pending.timer = m_timers.after(decisionLimit, [weak = weak_from_this(), id, connection] {
         if (const auto self = weak.lock()) {
-            self->expire(id, connection);
+            // A later request under the same id has a limit of its own.
+            self->resolve(id, AgentDecision::ask(), true, connection);
         }
     });
     m_pending.emplace(id, std::move(pending));
 }
 
-void DecisionRelay::resolve(const QString &id, const AgentDecision &decision, bool expired) {
-    asio::post(m_queue, [self = shared_from_this(), id, decision, expired] {
-        auto pending = self->take(id);
+void DecisionRelay::resolve(const QString &id, const AgentDecision &decision, bool expired,
+                            const EventConnection *connection) {
+    asio::post(m_queue, [self = shared_from_this(), id, decision, expired, connection] {
+        auto pending = self->take(id, connection);
         if (!pending) {
             return;
         }
@@ -72,7 +68,7 @@ void DecisionRelay::releaseAll() {
         snapshot.set_value(std::move(ids));
     });
     for (const QString &id : snapshot.get_future().get()) {
-        resolve(id, AgentDecision::ask(), false);
+        resolve(id, AgentDecision::ask());
     }
 }
 
@@ -81,16 +77,6 @@ void DecisionRelay::finish(Pending &pending, const AgentDecision &decision) {
     pending.connection->finish(
         "200 OK",
         adapter.encodeDecision(decision, pending.toolName, pending.payload, pending.nativeEvent));
-}
-
-/// Time is up for this very request; a later one under the same id has a limit of its own.
-void DecisionRelay::expire(const QString &id, const EventConnection *connection) {
-    asio::post(m_queue, [self = shared_from_this(), id, connection] {
-        if (auto pending = self->take(id, connection)) {
-            self->finish(*pending, AgentDecision::ask());
-            self->m_onExpired(id);
-        }
-    });
 }
 
 /// The hook is gone. To the rest of the program that is the same as an expiry.

@@ -25,9 +25,10 @@ public:
     /// is let go without an answer. Safe from any thread.
     void park(const HookEvent &event, EventConnection::Pointer connection, QByteArray payload);
 
-    /// Answers the request, if it still waits. `expired` says that time decided, which is told to
-    /// the handler. Safe from any thread; returns at once.
-    void resolve(const QString &id, const AgentDecision &decision, bool expired);
+    /// Answers the request, if it still waits, and on this connection where one is given. `expired`
+    /// says that time decided, which is told to the handler. Safe from any thread; returns at once.
+    void resolve(const QString &id, const AgentDecision &decision, bool expired = false,
+                 const EventConnection *connection = nullptr);
 
     /// Lets every request go without an answer. Waits for `pendingQueue`, but not for the answers
     /// to be sent; so never called on it.
@@ -45,7 +46,6 @@ private:
 
     void store(const QString &id, Pending pending);
     void finish(Pending &pending, const AgentDecision &decision);
-    void expire(const QString &id, const EventConnection *connection);
     void discard(const QString &id, const EventConnection *connection);
     std::optional<Pending> take(const QString &id, const EventConnection *connection = nullptr);
 

@@ -266,8 +266,8 @@ void EventServer::park(const Connection &connection, HookEvent event, std::strin
     m_main.post([handler = m_onEvent, event = std::move(event)] { handler(event); });
 }
 
-void EventServer::resolve(const QString &decisionID, const AgentDecision &decision, bool expired) {
-    m_relay->resolve(decisionID, decision, expired);
+void EventServer::resolve(const QString &decisionID, const AgentDecision &decision) {
+    m_relay->resolve(decisionID, decision);
 }
 
 void EventServer::releaseAllDecisions() {

@@ -55,7 +55,7 @@ public:
 
     /// Answers a hook that waits, in its agent's own form; the first answer wins. Safe from any
     /// thread; returns at once.
-    void resolve(const QString &decisionID, const AgentDecision &decision, bool expired = false);
+    void resolve(const QString &decisionID, const AgentDecision &decision);
 
     /// Lets every hook that waits go on without an answer.
     void releaseAllDecisions();

@@ -1,6 +1,5 @@
 #include "Core/GitInfo.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QStringDecoder>

@@ -3,8 +3,7 @@
 #include <QSet>
 
 #include <algorithm>
-#include <array>
-#include <utility>
+#include <tuple>
 
 namespace morvane::SessionOrder {
 

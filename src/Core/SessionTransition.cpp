@@ -2,15 +2,13 @@
 
 #include "Core/AgentAdapter.h"
 #include "Core/AgentRegistry.h"
+#include "Core/DecisionLimit.h"
 
 #include <algorithm>
 
 namespace morvane {
 
 namespace {
-
-/// How long the server lets a hook wait for a decision.
-constexpr Seconds decisionLimit(60);
 
 struct Context {
     const std::optional<Session> &before;

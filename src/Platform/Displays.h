@@ -6,7 +6,6 @@
 #include <QRect>
 
 #include <cstdint>
-#include <optional>
 
 namespace morvane {
 

@@ -15,9 +15,9 @@ constexpr Seconds reconcileDelay(0.5);
 
 PresenterManager::PresenterManager(SessionStore &store, MorvaneSettings &settings,
                                    Displays &displays, OverlayWindows &overlays,
-                                   Scheduler &scheduler, QObject *parent)
-    : QObject(parent), m_store(store), m_settings(settings), m_displays(displays),
-      m_overlays(overlays), m_scheduler(scheduler) {}
+                                   Scheduler &scheduler)
+    : m_store(store), m_settings(settings), m_displays(displays), m_overlays(overlays),
+      m_scheduler(scheduler) {}
 
 PresenterManager::~PresenterManager() = default;
 
@@ -103,11 +103,7 @@ std::unique_ptr<MorvanePresenter> PresenterManager::makePresenter(const Display 
         display.isBuiltin ? FloatingPresenter::Flavour::ambient
                           : FloatingPresenter::Flavour::onCall);
     presenter->onSelect = onSelect;
-    presenter->onExpandedChanged = [this](bool isExpanded) {
-        if (onExpandedChanged) {
-            onExpandedChanged(isExpanded);
-        }
-    };
+    presenter->onExpandedChanged = onExpandedChanged;
     return presenter;
 }
 

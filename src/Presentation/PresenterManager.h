@@ -22,7 +22,7 @@ class PresenterManager : public QObject {
 
 public:
     PresenterManager(SessionStore &store, MorvaneSettings &settings, Displays &displays,
-                     OverlayWindows &overlays, Scheduler &scheduler, QObject *parent);
+                     OverlayWindows &overlays, Scheduler &scheduler);
     ~PresenterManager() override;
 
     /// Told when the person picks a session. Set before `start`.

@@ -151,6 +151,19 @@ TEST_F(AppControllerTest, OffersEachNewAgentOnce) {
     EXPECT_EQ(offers.size(), 1u);
 }
 
+TEST_F(AppControllerTest, KeepsNewAgentsForWhoeverCanOfferThem) {
+    settings.setHasCompletedFirstRun(true);
+    settings.setKnownAgents(QStringList());
+    home.write(QStringLiteral(".claude/settings.json"));
+    AppController controller(settings, platform);
+    controller.start();
+    EXPECT_EQ(settings.knownAgents(), QStringList());
+    std::vector<AgentKind> offered;
+    controller.onNewAgentsDetected = [&](const auto &kinds) { offered = kinds; };
+    scheduler->advance(Seconds(1801));
+    EXPECT_EQ(offered, std::vector{AgentKind::claude});
+}
+
 TEST_F(AppControllerTest, DoesNotLookForAgentsBeforeTheFirstRunIsOver) {
     home.write(QStringLiteral(".claude/settings.json"));
     AppController controller(settings, platform);

@@ -8,6 +8,8 @@ target_link_libraries(end_to_end_support
   PUBLIC Qt6::Core GTest::gtest
   PRIVATE morvane_options Qt6::Network)
 
+find_package(Qt6 REQUIRED COMPONENTS DBus)
+
 # Where on the screen something of the program is; scripts/demo uses it too.
 add_executable(find_accessible FindAccessible.cpp AccessibleTree.cpp AccessibleTree.h)
 target_include_directories(find_accessible PRIVATE ${PROJECT_SOURCE_DIR}/tests)

@@ -23,7 +23,7 @@ protected:
     }
 
     QList<bool> expansions;
-    PresenterManager manager{store, settings, displays, overlays, scheduler, nullptr};
+    PresenterManager manager{store, settings, displays, overlays, scheduler};
 };
 
 TEST_F(PresenterManagerTest, ABurstOfChangesEndsInOneReconcileHalfASecondAfterTheLast) {

@@ -4,8 +4,6 @@
 #include <QLockFile>
 #include <QObject>
 
-#include <memory>
-
 namespace morvane {
 
 /// Lets one process run for each configuration folder: a second one tells the first that it was
