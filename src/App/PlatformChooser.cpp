@@ -1,11 +1,14 @@
 #include "App/PlatformChooser.h"
 
 #include "Platform/Linux/ActiveWindow.h"
+#include "Platform/Linux/AutostartEntry.h"
 #include "Platform/Linux/DesktopApplications.h"
 #include "Platform/Linux/EventLoopScheduler.h"
 #include "Platform/Linux/ScreenDisplays.h"
+#include "Platform/Linux/StatusNotifierHost.h"
 #include "Platform/Linux/X11Connection.h"
 #include "Platform/Linux/X11OverlayWindows.h"
+#include "Platform/Linux/X11WindowControl.h"
 
 #include <QGuiApplication>
 
@@ -15,12 +18,16 @@ PlatformServices choosePlatform() {
     PlatformServices platform;
     platform.scheduler = std::make_unique<EventLoopScheduler>();
     platform.applications = std::make_unique<DesktopApplications>();
+    platform.loginItem = std::make_unique<AutostartEntry>(QCoreApplication::applicationFilePath());
     const auto *gui = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
     const bool onX11 = gui && QGuiApplication::platformName() == QLatin1String("xcb");
     if (const std::shared_ptr<X11Connection> x11 = onX11 ? X11Connection::open() : nullptr) {
         platform.displays = std::make_unique<ScreenDisplays>(*x11);
         platform.overlays = std::make_unique<X11OverlayWindows>(*x11);
         platform.foreground = std::make_unique<ActiveWindow>(*x11);
+        platform.windows = std::make_unique<X11WindowControl>(*x11);
+        platform.statusItemHost =
+            std::make_unique<StatusNotifierHost>(QDBusConnection::sessionBus());
         platform.screenConnection = x11;
     }
     return platform;

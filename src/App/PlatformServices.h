@@ -3,8 +3,11 @@
 #include "Platform/Displays.h"
 #include "Platform/ForegroundApplication.h"
 #include "Platform/InstalledApplications.h"
+#include "Platform/LoginItem.h"
 #include "Platform/OverlayWindows.h"
 #include "Platform/Scheduler.h"
+#include "Platform/StatusItemHost.h"
+#include "Platform/WindowControl.h"
 
 #include <memory>
 
@@ -15,6 +18,7 @@ namespace morvane {
 struct PlatformServices {
     std::unique_ptr<Scheduler> scheduler;
     std::unique_ptr<InstalledApplications> applications;
+    std::unique_ptr<LoginItem> loginItem;
 
     // Of a screen; without one these are absent, and the server runs alone.
 
@@ -22,6 +26,8 @@ struct PlatformServices {
     std::unique_ptr<Displays> displays;
     std::unique_ptr<OverlayWindows> overlays;
     std::unique_ptr<ForegroundApplication> foreground;
+    std::unique_ptr<WindowControl> windows;
+    std::unique_ptr<StatusItemHost> statusItemHost;
 };
 
 } // namespace morvane

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "Platform/LoginItem.h"
+
+namespace morvane {
+
+/// The login item as an entry in the person's XDG autostart folder, where desktops look for what
+/// to start, and where their own settings switch entries off.
+class AutostartEntry : public LoginItem {
+public:
+    /// The program is what is to be started: an absolute path.
+    explicit AutostartEntry(QString program);
+
+    bool isEnabled() const override;
+    std::optional<QString> registerItem() override;
+    std::optional<QString> unregisterItem() override;
+
+private:
+    QString m_program;
+    QString m_path;
+};
+
+} // namespace morvane

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Platform/StatusItemHost.h"
+
+#include <QDBusConnection>
+#include <QDBusServiceWatcher>
+
+namespace morvane {
+
+/// The host of status notifier items, found by way of the watcher that all of them share. A
+/// watcher may be there long before a host is, and Qt decides once and for all, at a program's
+/// first item, whether there is one; so present is only what both are.
+class StatusNotifierHost : public StatusItemHost {
+    Q_OBJECT
+
+public:
+    /// Never present on a bus that isn't connected.
+    explicit StatusNotifierHost(const QDBusConnection &bus);
+
+    bool isPresent() const override { return m_isPresent; }
+
+private slots:
+    void ask();
+
+private:
+    void setPresent(bool isPresent);
+
+    QDBusConnection m_bus;
+    QDBusServiceWatcher m_watcher;
+    bool m_isPresent = false;
+};
+
+} // namespace morvane

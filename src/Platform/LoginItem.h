@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace morvane {
+
+/// Whether the desktop starts this program when the person logs in. Main thread; reads and writes
+/// a small file.
+class LoginItem {
+public:
+    LoginItem() = default;
+    LoginItem(const LoginItem &) = delete;
+    LoginItem &operator=(const LoginItem &) = delete;
+    virtual ~LoginItem() = default;
+
+    virtual bool isEnabled() const = 0;
+
+    /// Has the program started at every login from now on, from where it runs at this moment.
+    /// Yields why not, for a person.
+    [[nodiscard]] virtual std::optional<QString> registerItem() = 0;
+
+    /// The reverse; nothing to do is no failure.
+    [[nodiscard]] virtual std::optional<QString> unregisterItem() = 0;
+};
+
+} // namespace morvane
