@@ -1,0 +1,180 @@
+#include "Core/SettingsFile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace morvane {
+
+namespace {
+
+constexpr int mostAttempts = 3;
+constexpr int mostLinks = 40;
+
+QString reason(int error) {
+    return QString::fromStdString(std::generic_category().message(error));
+}
+
+/// The file at the end of a chain of symbolic links, whether it exists or not. Of links in a circle
+/// it is one of them.
+QString linkTarget(QString path) {
+    for (int links = 0; links < mostLinks && QFileInfo(path).isSymbolicLink(); ++links) {
+        path = QFileInfo(path).symLinkTarget();
+    }
+    return path;
+}
+
+std::optional<struct stat> statusOf(const QString &path) {
+    struct stat status {};
+    const bool exists = ::stat(QFile::encodeName(path).constData(), &status) == 0;
+    return exists ? std::optional(status) : std::nullopt;
+}
+
+/// Gives an open file the owner and the mode of another; 0, or the error.
+int takeOver(int descriptor, const struct stat &other) {
+    struct stat own {};
+    if (::fstat(descriptor, &own) != 0) {
+        return errno;
+    }
+    const bool sameOwner = own.st_uid == other.st_uid && own.st_gid == other.st_gid;
+    if (!sameOwner && ::fchown(descriptor, other.st_uid, other.st_gid) != 0) {
+        return errno;
+    }
+    return ::fchmod(descriptor, other.st_mode & 07777) == 0 ? 0 : errno;
+}
+
+/// The rename itself reaches the disk with its folder. Not every file system can do that, and the
+/// file is whole either way.
+void syncFolder(const QString &path) {
+    const int folder = ::open(QFile::encodeName(QFileInfo(path).path()).constData(),
+                              O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folder >= 0) {
+        ::fsync(folder);
+        ::close(folder);
+    }
+}
+
+/// Fills a new file that is to take the place of `path`; what went wrong, or nothing. It looks like
+/// the file of `model`, where there is one.
+QString fill(QSaveFile &file, const QByteArray &content, const std::optional<struct stat> &model) {
+    if (!file.open(QIODevice::WriteOnly)) {
+        return file.errorString();
+    }
+    if (const int error = model ? takeOver(file.handle(), *model) : 0) {
+        return reason(error);
+    }
+    if (file.write(content) != content.size() || !file.flush()) {
+        return file.errorString();
+    }
+    return ::fsync(file.handle()) == 0 ? QString() : reason(errno);
+}
+
+QString commit(QSaveFile &file) {
+    if (!file.commit()) {
+        return file.errorString();
+    }
+    syncFolder(file.fileName());
+    return {};
+}
+
+QString writeWhole(const QString &path, const QByteArray &content,
+                   const std::optional<struct stat> &model) {
+    QSaveFile file(path);
+    const QString fault = fill(file, content, model);
+    return fault.isEmpty() ? commit(file) : fault;
+}
+
+Failure cannot(const char *what, const QString &path, const QString &why) {
+    return {QStringLiteral("%1 could not be %2: %3").arg(path, QLatin1String(what), why)};
+}
+
+} // namespace
+
+SettingsFile::SettingsFile(QString path) : m_path(std::move(path)) {}
+
+QString SettingsFile::backupPath() const {
+    return m_path + QLatin1String(".morvane-backup");
+}
+
+std::optional<QByteArray> SettingsFile::read() const {
+    const auto status = statusOf(m_path);
+    QFile file(m_path);
+    // Anything else that can be opened, such as a pipe, may keep its reader waiting.
+    if (!status || !S_ISREG(status->st_mode) || !file.open(QIODevice::ReadOnly)) {
+        return std::nullopt;
+    }
+    QByteArray content = file.readAll();
+    return file.error() == QFile::NoError ? std::optional(std::move(content)) : std::nullopt;
+}
+
+bool SettingsFile::exists() const {
+    return statusOf(m_path).has_value();
+}
+
+std::optional<Failure> SettingsFile::rewrite(const Edit &edit) const {
+    for (int attempt = 0; attempt < mostAttempts; ++attempt) {
+        const std::optional<QByteArray> before = read();
+        const std::optional<SettingsChange> change = edit(before);
+        if (!change) {
+            return std::nullopt;
+        }
+        const Result<Outcome> outcome = replace(before, *change);
+        if (const auto *failure = std::get_if<Failure>(&outcome)) {
+            return *failure;
+        }
+        if (std::get<Outcome>(outcome) == Outcome::done) {
+            return std::nullopt;
+        }
+    }
+    return cannot("written", m_path, QStringLiteral("another program keeps changing it"));
+}
+
+Result<SettingsFile::Outcome> SettingsFile::replace(const std::optional<QByteArray> &before,
+                                                    const SettingsChange &change) const {
+    const QString target = linkTarget(m_path);
+    const std::optional<struct stat> status = statusOf(target);
+    if (QFileInfo(target).isSymbolicLink()) {
+        return cannot("read", m_path, reason(ELOOP));
+    }
+    if (status && !before) {
+        return cannot("read", m_path, reason(S_ISREG(status->st_mode) ? EACCES : EINVAL));
+    }
+    if (status && (status->st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) {
+        // Whoever made it so wants it to stay as it is.
+        return cannot("written", m_path, QStringLiteral("it is read-only"));
+    }
+    if (before && change.backsUp) {
+        const QString fault = writeWhole(backupPath(), *before, status);
+        if (!fault.isEmpty()) {
+            return cannot("backed up", m_path, fault);
+        }
+    }
+    QDir().mkpath(QFileInfo(m_path).path());
+    QSaveFile file(target);
+    QString fault = fill(file, change.content, status);
+    if (fault.isEmpty() && read() != before) {
+        return Outcome::overtaken;
+    }
+    if (fault.isEmpty()) {
+        fault = commit(file);
+    }
+    if (!fault.isEmpty()) {
+        return cannot("written", m_path, fault);
+    }
+    if (const auto written = read(); written && change.verify(*written)) {
+        return Outcome::done;
+    }
+    if (before) {
+        writeWhole(target, *before, status);
+    }
+    return Failure{change.mismatch};
+}
+
+} // namespace morvane

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "Core/Failure.h"
+#include "Core/SettingsChange.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+namespace morvane {
+
+/// A settings file that belongs to a person and an agent, and the one way in which we write it: at
+/// every moment it is whole, as it was or as it shall be. What it held lies in a backup beside it.
+/// A symbolic link stays one and its target is rewritten; mode and owner survive. Synchronous; any
+/// thread, but no two on one file.
+class SettingsFile {
+public:
+    explicit SettingsFile(QString path);
+
+    /// None where there is no file, or one that can't be read.
+    std::optional<QByteArray> read() const;
+
+    bool exists() const;
+
+    /// Makes a change of what the file holds; none leaves the file alone.
+    using Edit = std::function<std::optional<SettingsChange>(const std::optional<QByteArray> &)>;
+
+    /// Writes what `edit` makes of the content. The agent may write at any time: when the content
+    /// has changed before ours could take its place, it is edited again, three times at most. After
+    /// a failure the file holds what it held.
+    [[nodiscard]] std::optional<Failure> rewrite(const Edit &edit) const;
+
+    QString backupPath() const;
+
+private:
+    enum class Outcome { done, overtaken };
+
+    Result<Outcome> replace(const std::optional<QByteArray> &before,
+                            const SettingsChange &change) const;
+
+    QString m_path;
+};
+
+} // namespace morvane

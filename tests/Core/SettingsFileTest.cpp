@@ -1,0 +1,165 @@
+#include "Core/SettingsFile.h"
+
+#include "Support/TemporaryHome.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+namespace morvane {
+namespace {
+
+class SettingsFileTest : public testing::Test {
+protected:
+    static SettingsChange change(const QByteArray &content) {
+        return {.content = content,
+                .verify = [content](const QByteArray &written) { return written == content; },
+                .mismatch = QStringLiteral("it is something else")};
+    }
+
+    static SettingsFile::Edit append(const QByteArray &text) {
+        return
+            [text](const auto &content) { return change(content.value_or(QByteArray()) + text); };
+    }
+
+    std::string failure(const SettingsFile &file, const SettingsFile::Edit &edit) const {
+        const auto failure = file.rewrite(edit);
+        QString message = failure ? failure->message : QString();
+        return message.replace(home.path(), QStringLiteral("~")).toStdString();
+    }
+
+    QStringList names(const QString &folder) const {
+        return QDir(home.path(folder)).entryList(QDir::Files | QDir::System | QDir::Hidden);
+    }
+
+    mode_t mode(const QString &name) const {
+        struct stat status {};
+        ::stat(home.path(name).toUtf8().constData(), &status);
+        return status.st_mode & 07777;
+    }
+
+    TemporaryHome home;
+    const SettingsFile file{home.path(QStringLiteral("agent/settings.json"))};
+};
+
+TEST_F(SettingsFileTest, MakesTheFileAndItsFolders) {
+    EXPECT_EQ(file.read(), std::nullopt);
+    EXPECT_EQ(failure(file, append("new")), "");
+    EXPECT_EQ(file.read(), "new");
+    EXPECT_EQ(names(QStringLiteral("agent")), QStringList{QStringLiteral("settings.json")});
+}
+
+TEST_F(SettingsFileTest, KeepsTheLastContentAsTheBackupWhereAsked) {
+    home.write(QStringLiteral("agent/settings.json"), "1");
+    chmod(home.path(QStringLiteral("agent/settings.json")).toUtf8(), 0640);
+    EXPECT_EQ(failure(file, append("2")), "");
+    EXPECT_EQ(home.read(QStringLiteral("agent/settings.json.morvane-backup")), "1");
+    EXPECT_EQ(failure(file, append("3")), "");
+    EXPECT_EQ(home.read(QStringLiteral("agent/settings.json.morvane-backup")), "12");
+    EXPECT_EQ(failure(file,
+                      [](const auto &) {
+                          SettingsChange quiet = change("4");
+                          quiet.backsUp = false;
+                          return std::optional(quiet);
+                      }),
+              "");
+    EXPECT_EQ(home.read(QStringLiteral("agent/settings.json.morvane-backup")), "12");
+    EXPECT_EQ(file.read(), "4");
+    EXPECT_EQ(mode(QStringLiteral("agent/settings.json")), 0640u);
+    EXPECT_EQ(mode(QStringLiteral("agent/settings.json.morvane-backup")), 0640u);
+    EXPECT_EQ(failure(file, [](const auto &) { return std::nullopt; }), "");
+    EXPECT_EQ(names(QStringLiteral("agent")).size(), 2);
+}
+
+TEST_F(SettingsFileTest, WritesThroughSymbolicLinks) {
+    home.write(QStringLiteral("dotfiles/agent.json"), "1");
+    QDir().mkpath(home.path(QStringLiteral("agent")));
+    const QString link = home.path(QStringLiteral("agent/settings.json"));
+    const QString between = home.path(QStringLiteral("dotfiles/link"));
+    ASSERT_TRUE(QFile::link(QStringLiteral("agent.json"), between));
+    ASSERT_TRUE(QFile::link(QStringLiteral("../dotfiles/link"), link));
+    EXPECT_EQ(failure(file, append("2")), "");
+    EXPECT_TRUE(QFileInfo(link).isSymbolicLink() && QFileInfo(between).isSymbolicLink());
+    EXPECT_EQ(home.read(QStringLiteral("dotfiles/agent.json")), "12");
+    EXPECT_EQ(home.read(QStringLiteral("agent/settings.json.morvane-backup")), "1");
+
+    QFile::remove(home.path(QStringLiteral("dotfiles/agent.json")));
+    EXPECT_EQ(failure(file, append("3")), "");
+    EXPECT_TRUE(QFileInfo(link).isSymbolicLink());
+    EXPECT_EQ(home.read(QStringLiteral("dotfiles/agent.json")), "3");
+
+    QFile::remove(between);
+    ASSERT_TRUE(QFile::link(QStringLiteral("../agent/settings.json"), between));
+    EXPECT_EQ(failure(file, append("4")),
+              "~/agent/settings.json could not be read: Too many levels of symbolic links");
+    EXPECT_TRUE(QFileInfo(link).isSymbolicLink());
+}
+
+TEST_F(SettingsFileTest, LeavesAloneWhatItMayNotOrCannotHandle) {
+    const QString path = home.write(QStringLiteral("agent/settings.json"), "1");
+    chmod(path.toUtf8(), 0444);
+    EXPECT_EQ(failure(file, append("2")), "~/agent/settings.json could not be written: it is "
+                                          "read-only");
+    EXPECT_EQ(file.read(), "1");
+    EXPECT_EQ(names(QStringLiteral("agent")).size(), 1);
+
+    QFile::remove(path);
+    QDir().mkpath(path);
+    EXPECT_EQ(failure(file, append("2")),
+              "~/agent/settings.json could not be read: Invalid argument");
+    QDir().rmdir(path);
+    // To open it would wait for a writer that never comes.
+    ASSERT_EQ(mkfifo(path.toUtf8(), 0600), 0);
+    EXPECT_EQ(file.read(), std::nullopt);
+    EXPECT_NE(failure(file, append("2")), "");
+}
+
+TEST_F(SettingsFileTest, StopsBeforeAnyChangeWithoutABackup) {
+    home.write(QStringLiteral("agent/settings.json"), "1");
+    QDir().mkpath(home.path(QStringLiteral("agent/settings.json.morvane-backup")));
+    EXPECT_EQ(failure(file, append("2")).find("~/agent/settings.json could not be backed up: "),
+              0u);
+    EXPECT_EQ(file.read(), "1");
+    EXPECT_EQ(names(QStringLiteral("agent")).size(), 1);
+}
+
+TEST_F(SettingsFileTest, EditsAgainWhatTheAgentChangedMeanwhile) {
+    home.write(QStringLiteral("agent/settings.json"), "1");
+    int edits = 0;
+    const auto overtaken = [&](int times) {
+        return [&, times](const std::optional<QByteArray> &content) {
+            if (++edits <= times) {
+                home.write(QStringLiteral("agent/settings.json"), *content + "a");
+            }
+            return std::optional(change(*content + "b"));
+        };
+    };
+    EXPECT_EQ(failure(file, overtaken(2)), "");
+    EXPECT_EQ(edits, 3);
+    EXPECT_EQ(file.read(), "1aab");
+    EXPECT_EQ(home.read(QStringLiteral("agent/settings.json.morvane-backup")), "1aa");
+
+    edits = 0;
+    EXPECT_EQ(failure(file, overtaken(100)),
+              "~/agent/settings.json could not be written: another program keeps changing it");
+    EXPECT_EQ(edits, 3);
+    EXPECT_EQ(file.read(), "1aabaaa");
+    EXPECT_EQ(names(QStringLiteral("agent")).size(), 2);
+}
+
+TEST_F(SettingsFileTest, PutsBackWhatWasThereWhenTheResultIsWrong) {
+    home.write(QStringLiteral("agent/settings.json"), "1");
+    const auto wrong = [](const auto &) {
+        SettingsChange result = change("2");
+        result.verify = [](const QByteArray &) { return false; };
+        return std::optional(result);
+    };
+    EXPECT_EQ(failure(file, wrong), "it is something else");
+    EXPECT_EQ(file.read(), "1");
+    QFile::remove(home.path(QStringLiteral("agent/settings.json")));
+    EXPECT_EQ(failure(file, wrong), "it is something else");
+    EXPECT_EQ(file.read(), "2");
+}
+
+} // namespace
+} // namespace morvane
