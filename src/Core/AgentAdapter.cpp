@@ -2,6 +2,7 @@
 
 #include "Core/AgentRegistry.h"
 #include "Core/HookBody.h"
+#include "Core/HookTimeout.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -46,11 +47,10 @@ nlohmann::json AgentAdapter::hookEntry(const QString &command,
                                        const std::optional<QString> &matcher, bool blocking) const {
     nlohmann::json handler{{"type", "command"}, {"command", command.toStdString()}};
     if (blocking) {
-        // More than the server's own limit, so that its answer always comes first.
-        handler["timeout"] = 120;
+        handler["timeout"] = HookTimeout::decision;
     } else {
         handler["async"] = true;
-        handler["timeout"] = 5;
+        handler["timeout"] = HookTimeout::event;
     }
     nlohmann::json entry{{"hooks", nlohmann::json::array({handler})}};
     if (matcher) {

@@ -41,8 +41,8 @@ void Defaults::setValues(const QVariantMap &values) {
     write();
 }
 
-void Defaults::remove(const QString &key) {
-    if (m_values.remove(key) > 0) {
+void Defaults::remove(const QStringList &keys) {
+    if (m_values.removeIf([&](const auto &entry) { return keys.contains(entry.key()); }) > 0) {
         write();
     }
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 #include <QVariant>
 
 namespace morvane {
@@ -31,7 +31,8 @@ public:
 
     /// Stores several values in one write, so that they arrive together or not at all.
     void setValues(const QVariantMap &values);
-    void remove(const QString &key);
+    void remove(const QString &key) { remove(QStringList{key}); }
+    void remove(const QStringList &keys);
 
     /// All that another application's domain holds, in the same folder; empty where there is none.
     QVariantMap persistentDomain(const QString &domain) const;

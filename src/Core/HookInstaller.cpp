@@ -1,93 +1,109 @@
 #include "Core/HookInstaller.h"
 
+#include "Core/JsonHookTarget.h"
 #include "Core/MorvaneSettings.h"
+#include "Core/PluginTarget.h"
+#include "Core/TomlHookTarget.h"
+#include "Core/UnsupportedTarget.h"
 
-#include <QDir>
-#include <QFile>
-#include <QSaveFile>
+#include <nlohmann/json.hpp>
 
 namespace morvane {
 
 namespace {
 
-/// Mode 0755.
-constexpr QFile::Permissions scriptMode = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner |
-                                          QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther |
-                                          QFile::ExeOther;
-constexpr QFile::Permissions folderMode = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+using nlohmann::json;
 
-std::optional<Failure> makeScriptFolder() {
-    const QString folder = HookInstaller::scriptFolder();
-    if (!QDir().mkpath(folder)) {
-        return Failure{QStringLiteral("%1 could not be created").arg(folder)};
+/// Makes the target for each kind of integration.
+struct TargetMaker {
+    const AgentAdapter &adapter;
+    HookPlan plan;
+    ForwarderScripts scripts;
+
+    std::unique_ptr<HookTarget> operator()(const JsonHooks &place) const {
+        return std::make_unique<JsonHookTarget>(place, adapter, plan, scripts);
     }
-    QFile::setPermissions(folder, folderMode);
-    return std::nullopt;
-}
-
-std::optional<Failure> writeExecutable(const QString &path, const QByteArray &content) {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        return Failure{file.errorString()};
+    std::unique_ptr<HookTarget> operator()(const TomlHooks &place) const {
+        return std::make_unique<TomlHookTarget>(place.settingsPath, plan, scripts);
     }
-    file.setPermissions(scriptMode);
-    file.write(content);
-    return file.commit() ? std::nullopt : std::optional(Failure{file.errorString()});
-}
+    std::unique_ptr<HookTarget> operator()(const PluginFile &place) const {
+        return std::make_unique<PluginTarget>(place.filePath, scripts);
+    }
+    std::unique_ptr<HookTarget> operator()(const Unsupported &place) const {
+        return std::make_unique<UnsupportedTarget>(displayName(adapter.kind()) +
+                                                   QLatin1String(" can't be connected yet: ") +
+                                                   place.reason);
+    }
+};
 
-std::optional<QByteArray> contentOf(const QString &path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? std::optional(file.readAll()) : std::nullopt;
+/// Where the agent's own notifications can be turned off, if they can.
+struct Switch {
+    NotificationMute mute;
+    JsonSettings settings;
+};
+
+std::optional<Switch> notificationSwitch(const AgentAdapter &adapter) {
+    const auto mute = adapter.notificationMute();
+    const AgentIntegration integration = adapter.integration();
+    const auto *place = std::get_if<JsonHooks>(&integration);
+    return mute && place ? std::optional(Switch{*mute, JsonSettings(place->settingsPath)})
+                         : std::nullopt;
 }
 
 } // namespace
 
-HookInstaller::HookInstaller(const MorvaneSettings &settings, std::uint16_t boundPort)
-    : m_settings(settings), m_boundPort(boundPort) {}
+HookInstaller::HookInstaller(const AgentAdapter &adapter, const MorvaneSettings &settings,
+                             std::uint16_t boundPort)
+    : m_adapter(adapter),
+      m_target(std::visit(TargetMaker{adapter, HookPlan(adapter, settings.approvalsEnabled()),
+                                      ForwarderScripts(settings.eventToken(), boundPort)},
+                          adapter.integration())) {}
 
-QString HookInstaller::scriptFolder() {
-    return QDir::homePath() + QLatin1String("/.morvane");
+std::optional<Failure> HookInstaller::install() const {
+    return m_target->install();
 }
 
-std::optional<Failure> HookInstaller::writeHookScript() const {
-    if (const auto failure = makeScriptFolder()) {
-        return failure;
-    }
-    // The client goes first: a script may find a client that is too new, but never one too old.
-    if (const auto failure = writeForwarder()) {
-        return failure;
-    }
-    return writeScript(QStringLiteral("hook.sh"), scriptFolder() + QLatin1String("/hook.sh"));
+std::optional<Failure> HookInstaller::uninstall() const {
+    return m_target->uninstall();
 }
 
-Result<QString> HookInstaller::renderTemplate(const QString &name) const {
-    const auto content = contentOf(QStringLiteral(":/templates/%1.template").arg(name));
-    if (!content) {
-        return Failure{name + QLatin1String(".template missing from bundle")};
-    }
-    QString text = QString::fromUtf8(*content);
-    text.replace(QLatin1String("__PORT__"), QString::number(m_boundPort));
-    text.replace(QLatin1String("__TOKEN__"), m_settings.eventToken());
-    return text;
+void HookInstaller::renew() const {
+    m_target->renew();
 }
 
-std::optional<Failure> HookInstaller::writeScript(const QString &name, const QString &path) const {
-    const Result<QString> text = renderTemplate(name);
-    if (const auto *failure = std::get_if<Failure>(&text)) {
-        return *failure;
-    }
-    return writeExecutable(path, std::get<QString>(text).toUtf8());
+bool HookInstaller::isInstalled() const {
+    return m_target->isInstalled();
 }
 
-/// Written only where it differs: a program that is running can't be opened for writing, and every
-/// rewrite would throw away what the system keeps of it in memory.
-std::optional<Failure> HookInstaller::writeForwarder() const {
-    const auto client = contentOf(QStringLiteral(":/templates/forwarder"));
-    if (!client) {
-        return Failure{QStringLiteral("forwarder missing from bundle")};
+bool HookInstaller::hasStaleEntries() const {
+    return m_target->hasStaleEntries();
+}
+
+Health HookInstaller::health() const {
+    return m_target->health();
+}
+
+bool HookInstaller::notificationsSuppressed() const {
+    const auto found = notificationSwitch(m_adapter);
+    const auto root = found ? found->settings.read() : std::nullopt;
+    return root &&
+           root->value(found->mute.key.toStdString(), json()) == found->mute.value.toStdString();
+}
+
+std::optional<Failure> HookInstaller::setNotificationsSuppressed(bool suppressed) const {
+    const auto found = notificationSwitch(m_adapter);
+    if (!found) {
+        return std::nullopt;
     }
-    const QString path = scriptFolder() + QLatin1String("/forwarder");
-    return contentOf(path) == client ? std::nullopt : writeExecutable(path, *client);
+    return found->settings.editOrCreate([&](json &root) {
+        const std::string key = found->mute.key.toStdString();
+        if (suppressed) {
+            root[key] = found->mute.value.toStdString();
+        } else {
+            root.erase(key);
+        }
+        return true;
+    });
 }
 
 } // namespace morvane

@@ -1,36 +1,54 @@
 #pragma once
 
 #include "Core/Failure.h"
+#include "Core/Health.h"
+#include "Core/HookTarget.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 
 namespace morvane {
 
+class AgentAdapter;
 class MorvaneSettings;
 
-/// Writes what agents need to reach the event server. A value made afresh for each operation; main
-/// thread, synchronous.
+/// Connects one agent with the event server by what it writes into the agent's own configuration,
+/// and takes that out again; everything else there survives. A value made afresh for each
+/// operation; main thread, synchronous. What answers a question never fails, but takes what it
+/// can't read for absent.
 class HookInstaller {
 public:
-    /// `boundPort` is the port that the server really has.
-    HookInstaller(const MorvaneSettings &settings, std::uint16_t boundPort);
+    /// `boundPort` is the port that the server really has. The adapter must outlive the installer.
+    HookInstaller(const AgentAdapter &adapter, const MorvaneSettings &settings,
+                  std::uint16_t boundPort);
 
-    /// The folder under the home folder that the forwarders live in; only its owner may enter.
-    static QString scriptFolder();
+    /// Writes our hooks, in place of whatever is there of ours.
+    [[nodiscard]] std::optional<Failure> install() const;
 
-    /// Writes `hook.sh`, and beside it the client that it prefers to curl.
-    [[nodiscard]] std::optional<Failure> writeHookScript() const;
+    /// Takes our hooks out. Settings that can't be understood are left alone.
+    [[nodiscard]] std::optional<Failure> uninstall() const;
 
-    /// The text of a template, with the port and the token in it.
-    Result<QString> renderTemplate(const QString &name) const;
+    /// Brings a connected agent up to date with the port, the token and this version. Best effort.
+    void renew() const;
+
+    /// Whether there is anything of ours.
+    bool isInstalled() const;
+
+    /// Whether what is there of ours differs from what `install` would write.
+    bool hasStaleEntries() const;
+
+    Health health() const;
+
+    /// Whether the agent's own desktop notifications are off.
+    bool notificationsSuppressed() const;
+
+    /// Nothing happens where the agent has no such setting. The value that it had isn't kept.
+    [[nodiscard]] std::optional<Failure> setNotificationsSuppressed(bool suppressed) const;
 
 private:
-    std::optional<Failure> writeScript(const QString &name, const QString &path) const;
-    std::optional<Failure> writeForwarder() const;
-
-    const MorvaneSettings &m_settings;
-    std::uint16_t m_boundPort;
+    const AgentAdapter &m_adapter;
+    std::unique_ptr<HookTarget> m_target;
 };
 
 } // namespace morvane

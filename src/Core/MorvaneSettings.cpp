@@ -132,6 +132,10 @@ const QStringList &MorvaneSettings::allKeys() {
     return keys;
 }
 
+void MorvaneSettings::removeStored() {
+    m_defaults.remove(allKeys());
+}
+
 void MorvaneSettings::migrateLegacyDefaults() {
     if (m_defaults.contains(keyString(tokenKey))) {
         return;

@@ -35,6 +35,9 @@ public:
     /// Every key that the application may have written, retired ones too.
     static const QStringList &allKeys();
 
+    /// Removes every key from the defaults. The properties keep their values for this run.
+    void removeStored();
+
     Defaults &defaults() const { return m_defaults; }
 
     /// The secret that the forwarders share with the event server. Never to be shown.

@@ -43,6 +43,14 @@ ProgramHome::ProgramHome(const QJsonObject &settings) {
     for (auto entry = settings.begin(); entry != settings.end(); ++entry) {
         all.insert(entry.key(), entry.value());
     }
+    // A connection of an older version: at its start the program writes its scripts for those who
+    // are connected.
+    folder(".claude");
+    QFile agent(path(QStringLiteral(".claude/settings.json")));
+    agent.open(QIODevice::WriteOnly);
+    agent.write(R"({"hooks":{"Stop":[{"command":".morvane/hook.sh claude"}]}})");
+    agent.close();
+
     folder(".config/morvane");
     QFile file(path(QStringLiteral(".config/morvane/io.morvane.morvane.json")));
     file.open(QIODevice::WriteOnly);

@@ -1,6 +1,7 @@
 #include "Core/Adapters/CursorAdapter.h"
 
 #include "Core/HookBody.h"
+#include "Core/HookTimeout.h"
 
 #include <QHash>
 #include <nlohmann/json.hpp>
@@ -43,7 +44,8 @@ std::optional<QString> CursorAdapter::cwd(const HookBody &body) const {
 
 nlohmann::json CursorAdapter::hookEntry(const QString &command,
                                         const std::optional<QString> &matcher, bool) const {
-    nlohmann::json entry{{"type", "command"}, {"command", command.toStdString()}, {"timeout", 5}};
+    nlohmann::json entry{
+        {"type", "command"}, {"command", command.toStdString()}, {"timeout", HookTimeout::event}};
     if (matcher) {
         entry["matcher"] = matcher->toStdString();
     }

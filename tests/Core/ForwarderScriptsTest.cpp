@@ -1,7 +1,5 @@
-#include "Core/HookInstaller.h"
+#include "Core/ForwarderScripts.h"
 
-#include "Core/Defaults.h"
-#include "Core/MorvaneSettings.h"
 #include "Support/TemporaryHome.h"
 
 #include <QDir>
@@ -12,19 +10,21 @@
 namespace morvane {
 namespace {
 
-class HookInstallerTest : public testing::Test {
+class ForwarderScriptsTest : public testing::Test {
 protected:
+    static ForwarderScripts scripts(std::uint16_t port) {
+        return {QStringLiteral("the-token"), port};
+    }
+
     TemporaryHome home;
-    Defaults defaults{home.path(QStringLiteral("config")), QStringLiteral("test")};
-    MorvaneSettings settings{defaults};
 };
 
-TEST_F(HookInstallerTest, PutsPortAndTokenIntoTheScript) {
-    ASSERT_FALSE(HookInstaller(settings, 40123).writeHookScript());
+TEST_F(ForwarderScriptsTest, PutsPortAndTokenIntoTheScript) {
+    ASSERT_FALSE(scripts(40123).writeHookScript());
     const QByteArray script = home.read(QStringLiteral(".morvane/hook.sh"));
     EXPECT_TRUE(script.startsWith("#!/bin/sh\n"));
     EXPECT_TRUE(script.contains("40123"));
-    EXPECT_TRUE(script.contains(settings.eventToken().toUtf8()));
+    EXPECT_TRUE(script.contains("the-token"));
     EXPECT_FALSE(script.contains("__PORT__") || script.contains("__TOKEN__"));
     EXPECT_TRUE(home.read(QStringLiteral(".morvane/forwarder"))
                     .startsWith("\x7f"
@@ -43,29 +43,29 @@ TEST_F(HookInstallerTest, PutsPortAndTokenIntoTheScript) {
               QFile::Permissions());
 }
 
-TEST_F(HookInstallerTest, RewritesTheScriptButNotAClientThatIsTheSame) {
-    ASSERT_FALSE(HookInstaller(settings, 1).writeHookScript());
+TEST_F(ForwarderScriptsTest, RewritesTheScriptButNotAClientThatIsTheSame) {
+    ASSERT_FALSE(scripts(1).writeHookScript());
     QFile client(home.path(QStringLiteral(".morvane/forwarder")));
     const QDateTime old = QDateTime::fromSecsSinceEpoch(1'000'000'000);
     ASSERT_TRUE(client.open(QIODevice::ReadWrite));
     ASSERT_TRUE(client.setFileTime(old, QFileDevice::FileModificationTime));
     client.close();
-    ASSERT_FALSE(HookInstaller(settings, 2).writeHookScript());
+    ASSERT_FALSE(scripts(2).writeHookScript());
     EXPECT_TRUE(home.read(QStringLiteral(".morvane/hook.sh")).contains("port=2\n"));
     EXPECT_EQ(QFileInfo(client).lastModified(), old);
 
     ASSERT_TRUE(client.open(QIODevice::WriteOnly));
     client.write("an older one");
     client.close();
-    ASSERT_FALSE(HookInstaller(settings, 2).writeHookScript());
+    ASSERT_FALSE(scripts(2).writeHookScript());
     EXPECT_NE(home.read(QStringLiteral(".morvane/forwarder")), "an older one");
 }
 
-TEST_F(HookInstallerTest, SaysWhatKeptItFromWriting) {
+TEST_F(ForwarderScriptsTest, SaysWhatKeptItFromWriting) {
     QFile obstacle(home.path(QStringLiteral(".morvane")));
     ASSERT_TRUE(obstacle.open(QIODevice::WriteOnly));
-    EXPECT_TRUE(HookInstaller(settings, 1).writeHookScript());
-    const auto missing = HookInstaller(settings, 1).renderTemplate(QStringLiteral("other.sh"));
+    EXPECT_TRUE(scripts(1).writeHookScript());
+    const auto missing = scripts(1).renderTemplate(QStringLiteral("other.sh"));
     ASSERT_TRUE(std::holds_alternative<Failure>(missing));
     EXPECT_EQ(std::get<Failure>(missing).message, "other.sh.template missing from bundle");
 }

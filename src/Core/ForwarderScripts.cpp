@@ -1,0 +1,123 @@
+#include "Core/ForwarderScripts.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+namespace morvane {
+
+namespace {
+
+constexpr QLatin1String hookScript("hook.sh");
+constexpr QLatin1String statusLineScript("statusline.sh");
+
+/// Mode 0755.
+constexpr QFile::Permissions scriptMode = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner |
+                                          QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther |
+                                          QFile::ExeOther;
+constexpr QFile::Permissions folderMode = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+
+QString pathOf(const QString &name) {
+    return ForwarderScripts::folder() + QLatin1Char('/') + name;
+}
+
+bool isExecutable(const QString &name) {
+    const QFileInfo script(pathOf(name));
+    return script.isFile() && script.isExecutable();
+}
+
+std::optional<Failure> makeScriptFolder() {
+    const QString folder = ForwarderScripts::folder();
+    if (!QDir().mkpath(folder)) {
+        return Failure{QStringLiteral("%1 could not be created").arg(folder)};
+    }
+    QFile::setPermissions(folder, folderMode);
+    return std::nullopt;
+}
+
+std::optional<Failure> writeExecutable(const QString &path, const QByteArray &content) {
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) {
+        return Failure{file.errorString()};
+    }
+    file.setPermissions(scriptMode);
+    file.write(content);
+    return file.commit() ? std::nullopt : std::optional(Failure{file.errorString()});
+}
+
+std::optional<QByteArray> contentOf(const QString &path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? std::optional(file.readAll()) : std::nullopt;
+}
+
+/// Written only where it differs: a program that is running can't be opened for writing, and every
+/// rewrite would throw away what the system keeps of it in memory.
+std::optional<Failure> writeForwarder() {
+    const auto client = contentOf(QStringLiteral(":/templates/forwarder"));
+    if (!client) {
+        return Failure{QStringLiteral("forwarder missing from bundle")};
+    }
+    const QString path = pathOf(QStringLiteral("forwarder"));
+    return contentOf(path) == client ? std::nullopt : writeExecutable(path, *client);
+}
+
+} // namespace
+
+ForwarderScripts::ForwarderScripts(QString token, std::uint16_t port)
+    : m_token(std::move(token)), m_port(port) {}
+
+QString ForwarderScripts::folder() {
+    return QDir::homePath() + QLatin1String("/.morvane");
+}
+
+bool ForwarderScripts::isHookScriptExecutable() {
+    return isExecutable(hookScript);
+}
+
+bool ForwarderScripts::isStatusLineScriptExecutable() {
+    return isExecutable(statusLineScript);
+}
+
+std::optional<Failure> ForwarderScripts::writeHookScript() const {
+    if (const auto failure = makeScriptFolder()) {
+        return failure;
+    }
+    // The client goes first: a script may find a client that is too new, but never one too old.
+    if (const auto failure = writeForwarder()) {
+        return failure;
+    }
+    return writeScript(hookScript);
+}
+
+std::optional<Failure> ForwarderScripts::writeStatusLineScript() const {
+    return writeScript(statusLineScript);
+}
+
+void ForwarderScripts::removeStatusLineScript() {
+    QFile::remove(pathOf(statusLineScript));
+}
+
+Result<QString> ForwarderScripts::renderTemplate(const QString &name) const {
+    const auto content = contentOf(QStringLiteral(":/templates/%1.template").arg(name));
+    if (!content) {
+        return Failure{name + QLatin1String(".template missing from bundle")};
+    }
+    QString text = QString::fromUtf8(*content);
+    text.replace(QLatin1String("__PORT__"), QString::number(m_port));
+    text.replace(QLatin1String("__TOKEN__"), m_token);
+    return text;
+}
+
+std::optional<Failure> ForwarderScripts::writeScript(const QString &name) const {
+    const Result<QString> text = renderTemplate(name);
+    if (const auto *failure = std::get_if<Failure>(&text)) {
+        return *failure;
+    }
+    if (const auto failure = makeScriptFolder()) {
+        return failure;
+    }
+    return writeExecutable(pathOf(name), std::get<QString>(text).toUtf8());
+}
+
+} // namespace morvane

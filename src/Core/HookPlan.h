@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <nlohmann/json_fwd.hpp>
+
+#include <optional>
+
+namespace morvane {
+
+class AgentAdapter;
+
+/// Which hooks an agent gets, and what they say. A value; the adapter must outlive it.
+class HookPlan {
+public:
+    /// A part of the command line by which a command is known to be ours, whatever version, port or
+    /// home folder it is from.
+    static constexpr char hookScriptMarker[] = ".morvane/hook.sh";
+
+    /// With `approvalsEnabled` the hooks that can bring a decision wait for it.
+    HookPlan(const AgentAdapter &adapter, bool approvalsEnabled);
+
+    /// The native events to hook, in the order in which they are installed.
+    QStringList installedEvents() const;
+
+    bool isDecisionEvent(const QString &event) const;
+
+    /// The command line of the event's hook. The event stands in it, since an agent's payload may
+    /// not name it.
+    QString command(const QString &event) const;
+
+    std::optional<QString> matcher(const QString &event) const;
+
+    /// What stands in a JSON settings file for the event.
+    nlohmann::json entry(const QString &event) const;
+
+private:
+    const AgentAdapter &m_adapter;
+    bool m_decides;
+};
+
+} // namespace morvane

@@ -1,0 +1,139 @@
+#include "Core/JsonHooksEditor.h"
+
+#include "Core/HookPlan.h"
+
+#include <QStringList>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+
+namespace morvane::JsonHooksEditor {
+
+namespace {
+
+using nlohmann::json;
+
+bool isListOfObjects(const json &value) {
+    return value.is_array() && std::ranges::all_of(value, &json::is_object);
+}
+
+void collectCommand(const json &holder, QStringList &commands) {
+    const auto found = holder.find("command");
+    if (found == holder.end() || !found->is_string()) {
+        return;
+    }
+    const QString command = QString::fromStdString(found->get_ref<const std::string &>());
+    if (command.contains(QLatin1String(HookPlan::hookScriptMarker))) {
+        commands.append(command);
+    }
+}
+
+/// Our command lines in an entry: in older versions at its top, now in its list of hooks.
+QStringList commands(const json &entry) {
+    QStringList result;
+    collectCommand(entry, result);
+    const auto hooks = entry.find("hooks");
+    if (hooks != entry.end() && isListOfObjects(*hooks)) {
+        std::ranges::for_each(*hooks, [&](const json &hook) { collectCommand(hook, result); });
+    }
+    return result;
+}
+
+bool isOurs(const json &entry) {
+    return !commands(entry).isEmpty();
+}
+
+const json *hooksMap(const json &root, const std::optional<QString> &hooksKey) {
+    if (!hooksKey) {
+        return &root;
+    }
+    const auto found = root.find(hooksKey->toStdString());
+    return found != root.end() && found->is_object() ? &*found : nullptr;
+}
+
+void setHooksMap(json map, json &root, const std::optional<QString> &hooksKey) {
+    if (!hooksKey) {
+        root = std::move(map);
+    } else if (map.empty()) {
+        root.erase(hooksKey->toStdString());
+    } else {
+        root[hooksKey->toStdString()] = std::move(map);
+    }
+}
+
+void removeOurs(json &map) {
+    for (auto event = map.begin(); event != map.end();) {
+        if (isListOfObjects(*event)) {
+            auto &entries = event->get_ref<json::array_t &>();
+            std::erase_if(entries, isOurs);
+            event = entries.empty() ? map.erase(event) : std::next(event);
+        } else {
+            ++event;
+        }
+    }
+}
+
+} // namespace
+
+bool isInstalled(const json &root, const std::optional<QString> &hooksKey) {
+    const json *map = hooksMap(root, hooksKey);
+    return map && std::ranges::any_of(*map, [](const json &entries) {
+               return isListOfObjects(entries) && std::ranges::any_of(entries, isOurs);
+           });
+}
+
+bool hasStaleEntries(const json &root, const std::optional<QString> &hooksKey,
+                     const HookPlan &plan) {
+    const json *map = hooksMap(root, hooksKey);
+    if (!map) {
+        return false;
+    }
+    QStringList found;
+    for (const auto &event : map->items()) {
+        const QString name = QString::fromStdString(event.key());
+        if (!isListOfObjects(event.value())) {
+            continue;
+        }
+        for (const json &entry : event.value()) {
+            const QStringList ours = commands(entry);
+            const QString current = plan.command(name);
+            if (std::ranges::any_of(ours, [&](const QString &each) { return each != current; })) {
+                return true;
+            }
+            if (!ours.isEmpty() && !found.contains(name)) {
+                found.append(name);
+            }
+        }
+    }
+    QStringList planned = plan.installedEvents();
+    planned.sort();
+    found.sort();
+    return found != planned;
+}
+
+void install(json &root, const std::optional<QString> &hooksKey, const HookPlan &plan) {
+    const json *present = hooksMap(root, hooksKey);
+    json map = present ? *present : json::object();
+    removeOurs(map);
+    for (const QString &event : plan.installedEvents()) {
+        json &entries = map[event.toStdString()];
+        if (!isListOfObjects(entries)) {
+            entries = json::array();
+        }
+        entries.push_back(plan.entry(event));
+    }
+    setHooksMap(std::move(map), root, hooksKey);
+}
+
+bool uninstall(json &root, const std::optional<QString> &hooksKey) {
+    const json *present = hooksMap(root, hooksKey);
+    if (!present) {
+        return false;
+    }
+    json map = *present;
+    removeOurs(map);
+    setHooksMap(std::move(map), root, hooksKey);
+    return true;
+}
+
+} // namespace morvane::JsonHooksEditor

@@ -1,0 +1,62 @@
+#include "Core/StatusLineSetting.h"
+
+#include <QDir>
+#include <nlohmann/json.hpp>
+
+namespace morvane::StatusLineSetting {
+
+namespace {
+
+using nlohmann::json;
+
+json current() {
+    const QString script =
+        QDir::homePath() + QLatin1Char('/') + QLatin1String(statusLineScriptMarker);
+    return {{"type", "command"}, {"command", script.toStdString()}};
+}
+
+/// The value under the feed's key, or null. An empty value is nobody's, and as good as none.
+json valueIn(const json &root, const StatusLineFeed &feed) {
+    const json value = root.value(feed.key.toStdString(), json());
+    return value.empty() || value == "" ? json() : value;
+}
+
+} // namespace
+
+bool isMorvaneStatusLine(const json &value) {
+    const json command = value.is_object() ? value.value("command", json()) : json();
+    return command.is_string() &&
+           command.get_ref<const std::string &>().find(statusLineScriptMarker) != std::string::npos;
+}
+
+bool needsRepair(const json &root, const StatusLineFeed &feed) {
+    const json value = valueIn(root, feed);
+    return value.is_null() ||
+           (isMorvaneStatusLine(value) && value["command"] != current()["command"]);
+}
+
+void install(json &root, const StatusLineFeed &feed) {
+    const json value = valueIn(root, feed);
+    if (value.is_null() || isMorvaneStatusLine(value)) {
+        root[feed.key.toStdString()] = current();
+    }
+}
+
+void uninstall(json &root, const StatusLineFeed &feed) {
+    if (isMorvaneStatusLine(valueIn(root, feed))) {
+        root.erase(feed.key.toStdString());
+    }
+}
+
+StatusLineHealth health(const json &root, const StatusLineFeed &feed, bool scriptExecutable) {
+    const json value = valueIn(root, feed);
+    if (value.is_null()) {
+        return StatusLineHealth::absent;
+    }
+    if (!isMorvaneStatusLine(value)) {
+        return StatusLineHealth::ownedByOther;
+    }
+    return scriptExecutable ? StatusLineHealth::connected : StatusLineHealth::scriptMissing;
+}
+
+} // namespace morvane::StatusLineSetting
