@@ -10,7 +10,6 @@
 #include <QSet>
 
 #include <algorithm>
-#include <tuple>
 
 namespace morvane {
 
@@ -41,7 +40,7 @@ void AppController::start() {
     startServer();
     if (m_server) {
         rememberBoundPort();
-        refreshForwarders();
+        renewConnections();
     }
     if (m_settings.hasCompletedFirstRun()) {
         watchForNewAgents();
@@ -50,6 +49,7 @@ void AppController::start() {
         createPresenters();
         watchTerminals();
     }
+    refreshStatus();
 }
 
 std::unique_ptr<EventServer> AppController::makeServer() {
@@ -93,10 +93,12 @@ void AppController::rememberBoundPort() {
     }
 }
 
-/// At every start, since the script carries the port and the token. A failure here is no reason
-/// not to start: agents that reach nobody go on as if there were no hook.
-void AppController::refreshForwarders() {
-    std::ignore = HookInstaller(m_settings, m_server->boundPort()).writeHookScript();
+/// At every start, since what the agents call carries the port and the token. A failure here is no
+/// reason not to start: agents that reach nobody go on as if there were no hook.
+void AppController::renewConnections() {
+    for (const AgentAdapter *adapter : connectedAgents()) {
+        makeInstaller(*adapter).renew();
+    }
 }
 
 QString AppController::serverStatus() const {
@@ -109,12 +111,14 @@ void AppController::watchForNewAgents() {
         // The settings are older than this list, and their owner needs no welcome.
         markAllPresentAgentsKnown();
     }
+    refreshStatus();
     checkForNewAgents();
     scheduleNewAgentCheck();
 }
 
 void AppController::scheduleNewAgentCheck() {
     m_newAgentTimer = m_platform.scheduler->after(newAgentInterval, [this] {
+        refreshStatus();
         checkForNewAgents();
         scheduleNewAgentCheck();
     });
@@ -129,9 +133,8 @@ void AppController::checkForNewAgents() {
     const QStringList known = m_settings.knownAgents().value_or(QStringList());
     std::vector<const AgentAdapter *> unseen = AgentRegistry::present();
     std::erase_if(unseen, [&](const AgentAdapter *adapter) {
-        const std::string_view name = rawValue(adapter->kind());
         return !adapter->isInstallable() ||
-               known.contains(QLatin1String(name.data(), static_cast<qsizetype>(name.size())));
+               known.contains(QString::fromLatin1(rawValue(adapter->kind())));
     });
     if (unseen.empty()) {
         return;
@@ -146,7 +149,7 @@ void AppController::markAgentsKnown(const std::vector<const AgentAdapter *> &ada
     const QStringList known = m_settings.knownAgents().value_or(QStringList());
     QSet<QString> merged(known.begin(), known.end());
     for (const AgentAdapter *adapter : adapters) {
-        merged.insert(QString::fromStdString(std::string(rawValue(adapter->kind()))));
+        merged.insert(QString::fromLatin1(rawValue(adapter->kind())));
     }
     m_settings.setKnownAgents(merged.values());
 }
@@ -167,12 +170,6 @@ void AppController::expandedChanged(bool expanded) {
     m_expandedCount = std::max(0, m_expandedCount + (expanded ? 1 : -1));
 }
 
-/// Marks the session as seen, and makes way for its terminal.
-void AppController::select(const Session &session) {
-    m_store.acknowledge(session.id);
-    m_presenterManager->dismissAll();
-}
-
 /// Coming back to a terminal counts as having seen what finished there.
 void AppController::watchTerminals() {
     connect(m_platform.foreground.get(), &ForegroundApplication::activated, this,
@@ -183,7 +180,7 @@ void AppController::watchTerminals() {
             });
 }
 
-void AppController::setLastError(const QString &error) {
+void AppController::setLastError(const std::optional<QString> &error) {
     m_lastError = error;
     emit lastErrorChanged();
 }
