@@ -1,9 +1,11 @@
 #include "Presentation/FloatingCapsuleView.h"
 
+#include "Presentation/AccessibleCapsule.h"
 #include "Presentation/Colors.h"
 #include "Presentation/CompactView.h"
 #include "Presentation/ExpandedView.h"
 
+#include <QContextMenuEvent>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -34,6 +36,7 @@ QPainterPath tabPath(const QRectF &tab, double radius) {
 FloatingCapsuleView::FloatingCapsuleView(SessionStore &store, Scheduler &scheduler)
     : m_clip(new QWidget(this)), m_compact(new CompactView(store, scheduler, m_clip)),
       m_expanded(new ExpandedView(store, scheduler, m_clip)) {
+    AccessibleCapsule::install();
     // The window is never the active one, and Qt shows help texts in no other unless told to.
     setAttribute(Qt::WA_AlwaysShowToolTips);
     setAccessibleName(QStringLiteral("Morvane"));
@@ -83,6 +86,18 @@ void FloatingCapsuleView::setTab(const QRect &present, const QRect &target) {
     }
 }
 
+void FloatingCapsuleView::open(QMenu &menu, const QPoint &position) {
+    m_openMenu = &menu;
+    connect(
+        &menu, &QMenu::aboutToHide, this,
+        [this] {
+            m_openMenu.clear();
+            emit menuClosed();
+        },
+        Qt::SingleShotConnection);
+    menu.popup(position);
+}
+
 QRegion FloatingCapsuleView::shape(const QRect &tab) const {
     return QRegion(tabPath(tab, cornerRadius()).toFillPolygon().toPolygon());
 }
@@ -99,6 +114,10 @@ void FloatingCapsuleView::enterEvent(QEnterEvent *event) {
 void FloatingCapsuleView::leaveEvent(QEvent *event) {
     QWidget::leaveEvent(event);
     emit pointerCrossed();
+}
+
+void FloatingCapsuleView::contextMenuEvent(QContextMenuEvent *event) {
+    emit contextMenuRequested(event->globalPos());
 }
 
 void FloatingCapsuleView::paintEvent(QPaintEvent *) {

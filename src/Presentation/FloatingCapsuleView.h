@@ -2,6 +2,8 @@
 
 #include "Core/Session.h"
 
+#include <QMenu>
+#include <QPointer>
 #include <QWidget>
 
 #include <functional>
@@ -37,18 +39,29 @@ public:
     /// widget. The content already stands where it will be in the end.
     void setTab(const QRect &present, const QRect &target);
 
+    /// Opens a menu at a point of the desktop. It takes the keyboard for as long as it is open, and
+    /// the focus stays where it is.
+    void open(QMenu &menu, const QPoint &position);
+
+    /// The menu that is open on the capsule, or none.
+    QMenu *openMenu() const { return m_openMenu; }
+
     /// What a tab of this place covers.
     QRegion shape(const QRect &tab) const;
 
 signals:
     /// The pointer has entered or left the widget's visible part.
     void pointerCrossed();
+    /// A right click, anywhere on the widget, at this point of the desktop.
+    void contextMenuRequested(const QPoint &position);
+    void menuClosed();
     /// The view on show needs another size.
     void contentResized();
 
 protected:
     void enterEvent(QEnterEvent *event) override;
     void leaveEvent(QEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
@@ -59,6 +72,7 @@ private:
     QWidget *m_clip; ///< cuts the content off at the tab's edges while the tab moves
     CompactView *m_compact;
     ExpandedView *m_expanded;
+    QPointer<QMenu> m_openMenu;
 };
 
 } // namespace morvane

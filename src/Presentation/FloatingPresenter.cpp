@@ -76,6 +76,9 @@ void FloatingPresenter::subscribe() {
     connect(&m_capsule, &CapsuleState::expandedChanged, this, &FloatingPresenter::expansionChanged);
     connect(m_view.get(), &FloatingCapsuleView::pointerCrossed, this,
             &FloatingPresenter::updateHover);
+    connect(m_view.get(), &FloatingCapsuleView::contextMenuRequested, this,
+            &FloatingPresenter::openMenu);
+    connect(m_view.get(), &FloatingCapsuleView::menuClosed, this, &FloatingPresenter::menuClosed);
     connect(m_view.get(), &FloatingCapsuleView::contentResized, this,
             &FloatingPresenter::scheduleUpdate);
 }
@@ -111,7 +114,9 @@ void FloatingPresenter::presentPanel() {
     updateVisibility(Motion::atOnce);
     m_autoDismissTask = m_scheduler.after(presentationDuration, [this] {
         m_presented = false;
-        m_capsule.setHovering(false);
+        if (!m_isMenuOpen) {
+            m_capsule.setHovering(false);
+        }
         updateVisibility(Motion::atOnce);
     });
 }
@@ -146,6 +151,24 @@ void FloatingPresenter::expansionChanged(bool isExpanded) {
     updateVisibility(Motion::animated);
     if (onExpandedChanged) {
         onExpandedChanged(isExpanded);
+    }
+}
+
+void FloatingPresenter::openMenu(const QPoint &position) {
+    if (!contextMenu) {
+        return;
+    }
+    m_isMenuOpen = true;
+    m_view->open(*contextMenu, position);
+}
+
+/// At once, since what was chosen happens next, and may be to open the panel.
+void FloatingPresenter::menuClosed() {
+    m_isMenuOpen = false;
+    updateHover();
+    if (m_window->isVisible()) {
+        // It has kept below the menu, and maybe below others.
+        m_window->show();
     }
 }
 
@@ -271,7 +294,8 @@ void FloatingPresenter::place() {
 /// shape under a resting pointer makes the windowing system report both.
 void FloatingPresenter::updateHover() {
     const bool isInside =
-        m_window->isVisible() && m_view->shape(m_target).contains(m_displays.pointerPosition());
+        m_isMenuOpen ||
+        (m_window->isVisible() && m_view->shape(m_target).contains(m_displays.pointerPosition()));
     if (isInside != m_isHovering) {
         m_isHovering = isInside;
         m_capsule.setHovering(isInside);

@@ -48,6 +48,8 @@ private:
     void scheduleUpdate();
     void flash();
     void expansionChanged(bool isExpanded);
+    void openMenu(const QPoint &position);
+    void menuClosed();
 
     bool shouldBeVisible();
     void updateVisibility(Motion motion);
@@ -81,6 +83,7 @@ private:
     Animation m_fade;    ///< of the window, in or out
     bool m_isFadingIn = false;
     bool m_isHovering = false;
+    bool m_isMenuOpen = false; ///< which holds the panel open
 
     bool m_flashActive = false; ///< a session has changed its state a moment ago
     bool m_dismissed = false;

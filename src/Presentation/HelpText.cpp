@@ -5,10 +5,13 @@
 namespace morvane {
 
 void setHelpText(QWidget &widget, const QString &text) {
-    // A tool tip guesses from its text whether it is markup, so it always gets markup.
-    const QString markup = QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped());
-    widget.setToolTip(text.isEmpty() ? QString() : markup);
+    widget.setToolTip(helpMarkup(text));
     widget.setAccessibleDescription(text);
+}
+
+/// A tool tip guesses from its text whether it is markup, so it always gets markup.
+QString helpMarkup(const QString &text) {
+    return text.isEmpty() ? QString() : QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped());
 }
 
 } // namespace morvane

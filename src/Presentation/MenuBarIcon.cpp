@@ -4,6 +4,7 @@
 
 #include <QColor>
 #include <QPainter>
+#include <QPainterPath>
 #include <QPixmap>
 
 #include <cmath>
@@ -28,39 +29,49 @@ const PixelFrame &frame() {
     return frame;
 }
 
-/// Whole pixels for a length of so many squares, unmoved by what is lost in a multiplication.
-int pixels(qsizetype squares, double scale) {
-    return static_cast<int>(std::ceil(side * static_cast<double>(squares) * scale - 1e-6));
+/// All squares as one shape, so that there is no seam between two that share a pixel.
+QPainterPath shape() {
+    QPainterPath result;
+    result.setFillRule(Qt::WindingFill);
+    for (qsizetype row = 0; row < frame().rows.size(); ++row) {
+        const QString &cells = frame().rows[row];
+        for (qsizetype column = 0; column < cells.size(); ++column) {
+            if (cells[column] == u'X') {
+                result.addRect(static_cast<double>(column), static_cast<double>(row), 1, 1);
+            }
+        }
+    }
+    return result;
+}
+
+QImage paint(const QColor &color, double pixelsToASquare) {
+    const QSizeF squares(static_cast<double>(frame().rows.first().size()),
+                         static_cast<double>(frame().rows.size()));
+    const auto pixels = [&](double count) {
+        return static_cast<int>(std::ceil(count * pixelsToASquare));
+    };
+    QImage image(pixels(squares.width()), pixels(squares.height()),
+                 QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(pixelsToASquare, pixelsToASquare);
+    painter.fillPath(shape(), color);
+    return image;
 }
 
 } // namespace
 
 QImage draw(const QColor &color, double scale) {
-    const QList<QString> &rows = frame().rows;
-    QImage image(pixels(rows.first().size(), scale), pixels(rows.size(), scale),
-                 QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
+    QImage image = paint(color, side * scale);
     image.setDevicePixelRatio(scale);
-    QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing);
-    for (qsizetype row = 0; row < rows.size(); ++row) {
-        for (qsizetype column = 0; column < rows[row].size(); ++column) {
-            if (rows[row][column] == u'X') {
-                painter.fillRect(QRectF(side * static_cast<double>(column),
-                                        side * static_cast<double>(row), side, side),
-                                 color);
-            }
-        }
-    }
     return image;
 }
 
 QIcon icon(const QColor &color) {
     QIcon result;
     for (const int pixelsToASquare : {2, 3, 4, 5}) {
-        QImage image = draw(color, pixelsToASquare / side);
-        image.setDevicePixelRatio(1);
-        result.addPixmap(QPixmap::fromImage(image));
+        result.addPixmap(QPixmap::fromImage(paint(color, pixelsToASquare)));
     }
     return result;
 }

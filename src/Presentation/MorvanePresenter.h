@@ -2,6 +2,9 @@
 
 #include "Platform/Displays.h"
 
+#include <QMenu>
+#include <QPointer>
+
 #include <functional>
 
 namespace morvane {
@@ -16,6 +19,9 @@ public:
 
     /// Told when this presenter's panel opens or closes.
     std::function<void(bool)> onExpandedChanged;
+
+    /// What a right click opens; may be absent.
+    QPointer<QMenu> contextMenu;
 
     /// Takes the display up; called again whenever its geometry may have changed.
     virtual void attach(const Display &display) = 0;

@@ -46,6 +46,13 @@ void PresenterManager::presentPanel() {
     (target != m_presenters.end() ? target : m_presenters.begin())->second->presentPanel();
 }
 
+void PresenterManager::setContextMenu(QMenu *menu) {
+    m_contextMenu = menu;
+    for (const auto &[display, presenter] : m_presenters) {
+        presenter->contextMenu = menu;
+    }
+}
+
 void PresenterManager::collapseAllExpanded() {
     for (const auto &[display, presenter] : m_presenters) {
         presenter->collapseExpanded();
@@ -104,6 +111,7 @@ std::unique_ptr<MorvanePresenter> PresenterManager::makePresenter(const Display 
                           : FloatingPresenter::Flavour::onCall);
     presenter->onSelect = onSelect;
     presenter->onExpandedChanged = onExpandedChanged;
+    presenter->contextMenu = m_contextMenu;
     return presenter;
 }
 

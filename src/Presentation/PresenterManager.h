@@ -37,6 +37,9 @@ public:
     /// Opens the panel on the display that has the pointer, or on another where that has none.
     void presentPanel();
 
+    /// What a right click on any presenter opens. Not owned.
+    void setContextMenu(QMenu *menu);
+
     void collapseAllExpanded();
     void dismissAll();
 
@@ -53,6 +56,7 @@ private:
     Scheduler &m_scheduler;
     DisplayTargetMode m_displayMode{};
     std::map<std::uint32_t, std::unique_ptr<MorvanePresenter>> m_presenters; ///< by display
+    QPointer<QMenu> m_contextMenu;
     Task m_reconcileWork;
 };
 

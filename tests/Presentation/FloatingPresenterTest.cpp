@@ -2,8 +2,10 @@
 
 #include "PanelFixture.h"
 
+#include <QContextMenuEvent>
 #include <QCoreApplication>
 #include <QEnterEvent>
+#include <QMenu>
 
 namespace morvane {
 namespace {
@@ -28,6 +30,12 @@ protected:
         QCoreApplication::sendEvent(&window().widget(), &enter);
         QEvent leave(QEvent::Leave);
         QCoreApplication::sendEvent(&window().widget(), &leave);
+    }
+
+    void rightClick(QPoint position) {
+        movePointer(position);
+        QContextMenuEvent click(QContextMenuEvent::Mouse, {}, position);
+        QCoreApplication::sendEvent(&window().widget(), &click);
     }
 
     QList<bool> expansions;
@@ -114,6 +122,39 @@ TEST_F(FloatingPresenterTest, OpensUnderThePointerAndClosesAMomentAfterItHasLeft
     movePointer(elsewhere);
     scheduler.advance(Seconds(0.16));
     EXPECT_EQ(expansions, QList<bool>({true, false}));
+}
+
+TEST_F(FloatingPresenterTest, StaysOpenWhileItsMenuIs) {
+    QMenu menu;
+    QAction *item = menu.addAction(QStringLiteral("Open"), [this] { presenter->presentPanel(); });
+    attach(Flavour::onCall);
+    presenter->contextMenu = &menu;
+    presenter->presentPanel();
+    rightClick(onTab);
+    ASSERT_TRUE(menu.isVisible());
+    movePointer(elsewhere);
+    scheduler.advance(Seconds(20));
+    EXPECT_EQ(expansions, QList<bool>({true}));
+    menu.close();
+    scheduler.advance(Seconds(1));
+    EXPECT_EQ(expansions, QList<bool>({true, false}));
+    EXPECT_FALSE(isVisible());
+
+    presenter->presentPanel();
+    rightClick(onTab);
+    movePointer(elsewhere);
+    menu.setActiveAction(item);
+    QKeyEvent key(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QCoreApplication::sendEvent(&menu, &key);
+    EXPECT_FALSE(menu.isVisible());
+    scheduler.advance(Seconds(9));
+    EXPECT_EQ(expansions, QList<bool>({true, false, true}));
+
+    // A menu that is open when the display goes finds nobody when it closes.
+    rightClick(onTab);
+    presenter->detach();
+    presenter.reset();
+    menu.close();
 }
 
 TEST_F(FloatingPresenterTest, CrossingsThatAChangeOfShapeBringsAboutChangeNothing) {

@@ -2,7 +2,7 @@
 
 #include "Platform/Linux/X11Connection.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QWidget>
 #include <xcb/shape.h>
 #include <xcb/xcb.h>
@@ -118,8 +118,10 @@ void X11OverlayWindow::applyShape() {
     xcb_flush(connection);
 }
 
+/// Not while a menu of ours is open, which it would cover.
 void X11OverlayWindow::raise() {
-    if (auto *connection = qtConnection()) {
+    auto *connection = qtConnection();
+    if (connection != nullptr && QApplication::activePopupWidget() == nullptr) {
         const std::uint32_t above = XCB_STACK_MODE_ABOVE;
         xcb_configure_window(connection, m_window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
         xcb_flush(connection);

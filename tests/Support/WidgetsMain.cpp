@@ -12,7 +12,7 @@ public:
     void TearDown() override { m_application.reset(); }
 
 private:
-    char m_name[19] = "presentation_tests";
+    char m_name[6] = "tests";
     char *m_arguments[2] = {m_name, nullptr};
     int m_count = 1;
     std::unique_ptr<QApplication> m_application;
