@@ -8,7 +8,21 @@ AppDelegate::AppDelegate(MorvaneSettings &settings, const PlatformServices &plat
 void AppDelegate::applicationDidFinishLaunching() {
     m_controller = std::make_unique<AppController>(m_settings, m_platform);
     m_controller->start();
+    if (m_controller->presenterManager()) {
+        makeMenu();
+    }
     showFirstRunIfNeeded();
+}
+
+void AppDelegate::makeMenu() {
+    m_menu = std::make_unique<StatusMenu>(*m_controller);
+    QObject::connect(m_menu.get(), &StatusMenu::panelRequested, m_menu.get(),
+                     [this] { showPanel(); });
+    m_controller->presenterManager()->setContextMenu(&m_menu->menu());
+    m_statusItem = std::make_unique<StatusItem>(m_controller->store(), m_settings,
+                                                *m_platform.statusItemHost, m_menu->menu());
+    QObject::connect(m_statusItem.get(), &StatusItem::activated, m_statusItem.get(),
+                     [this] { showPanel(); });
 }
 
 void AppDelegate::applicationShouldHandleReopen() {

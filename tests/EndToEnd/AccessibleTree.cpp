@@ -14,6 +14,7 @@ namespace morvane {
 namespace {
 
 constexpr int callLimit = 5'000; // milliseconds
+constexpr unsigned checkedBit = 4;
 constexpr unsigned showingBit = 25;
 constexpr unsigned screenCoordinates = 0;
 constexpr const char *accessible = "org.a11y.atspi.Accessible";
@@ -26,7 +27,7 @@ bool isAnswered(const QDBusMessage &reply) {
 
 AccessibleTree::AccessibleTree(QString application) : m_application(std::move(application)) {}
 
-QList<QRect> AccessibleTree::find(const QString &role, const QString &name) {
+QList<QRect> AccessibleTree::find(const QString &role, const QString &name, Mark mark) {
     QList<QRect> result;
     if (!m_bus.isConnected() && !connect()) {
         return result;
@@ -35,7 +36,7 @@ QList<QRect> AccessibleTree::find(const QString &role, const QString &name) {
                           QStringLiteral("/org/a11y/atspi/accessible/root")};
     for (const Object &application : children(registry)) {
         if (this->name(application) == m_application) {
-            result += findBelow(application, role, name);
+            result += findBelow(application, role, name, mark);
         }
     }
     std::ranges::sort(result, std::greater(),
@@ -72,13 +73,13 @@ QString AccessibleTree::name(const Object &object) const {
                              : QString();
 }
 
-bool AccessibleTree::isShowing(const Object &object) const {
+bool AccessibleTree::hasState(const Object &object, unsigned bit) const {
     const QDBusMessage reply = call(object, accessible, "GetState");
     if (!isAnswered(reply)) {
         return false;
     }
     const auto states = qdbus_cast<QList<uint>>(reply.arguments().first());
-    return !states.isEmpty() && (states.first() & (1U << showingBit)) != 0;
+    return !states.isEmpty() && (states.first() & (1U << bit)) != 0;
 }
 
 bool AccessibleTree::matches(const Object &object, const QString &role, const QString &name) const {
@@ -118,16 +119,16 @@ QList<AccessibleTree::Object> AccessibleTree::children(const Object &object) con
 }
 
 QList<QRect> AccessibleTree::findBelow(const Object &parent, const QString &role,
-                                       const QString &name) const {
+                                       const QString &name, Mark mark) const {
     QList<QRect> result;
     for (const Object &child : children(parent)) {
-        if (!isShowing(child)) {
+        if (!hasState(child, showingBit)) {
             continue;
         }
-        if (matches(child, role, name)) {
+        if (matches(child, role, name) && (mark == Mark::any || hasState(child, checkedBit))) {
             result.append(extents(child));
         }
-        result += findBelow(child, role, name);
+        result += findBelow(child, role, name, mark);
     }
     return result;
 }

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QTcpServer>
 
@@ -45,16 +46,16 @@ ProgramHome::ProgramHome(const QJsonObject &settings) {
     }
     // A connection of an older version: at its start the program writes its scripts for those who
     // are connected.
-    folder(".claude");
-    QFile agent(path(QStringLiteral(".claude/settings.json")));
-    agent.open(QIODevice::WriteOnly);
-    agent.write(R"({"hooks":{"Stop":[{"command":".morvane/hook.sh claude"}]}})");
-    agent.close();
+    write(QStringLiteral(".claude/settings.json"),
+          R"({"hooks":{"Stop":[{"command":".morvane/hook.sh claude"}]}})");
+    write(QStringLiteral(".config/morvane/io.morvane.morvane.json"), QJsonDocument(all).toJson());
+}
 
-    folder(".config/morvane");
-    QFile file(path(QStringLiteral(".config/morvane/io.morvane.morvane.json")));
+void ProgramHome::write(const QString &relative, const QByteArray &bytes) const {
+    QDir().mkpath(QFileInfo(path(relative)).path());
+    QFile file(path(relative));
     file.open(QIODevice::WriteOnly);
-    file.write(QJsonDocument(all).toJson());
+    file.write(bytes);
 }
 
 QStringList ProgramHome::hook(const QStringList &arguments) const {

@@ -19,6 +19,9 @@ public:
 
     QString path(const QString &relative) const { return m_folder.filePath(relative); }
 
+    /// Writes a file, with the folders that it needs.
+    void write(const QString &relative, const QByteArray &bytes) const;
+
     /// Without a display and without a session bus, whatever the test itself has.
     const QProcessEnvironment &environment() const { return m_environment; }
     void setVariable(const QString &name, const QString &value) {

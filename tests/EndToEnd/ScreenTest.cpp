@@ -67,9 +67,11 @@ protected:
     }
 
     /// Where the visible object of this role and name is.
-    std::optional<QRect> find(const QString &role, const QString &name) const {
+    std::optional<QRect> find(const QString &role, const QString &name,
+                              const QStringList &options = {}) const {
         const auto finder =
-            start({QStringLiteral(FIND_ACCESSIBLE), QStringLiteral("--extents"), role, name});
+            start(QStringList{QStringLiteral(FIND_ACCESSIBLE), QStringLiteral("--extents")} +
+                  options + QStringList{role, name});
         if (finder->wait() != 0) {
             return std::nullopt;
         }
@@ -85,6 +87,19 @@ protected:
 
     std::optional<QRect> allowButton() const {
         return find(QStringLiteral("button"), QStringLiteral("Allow"));
+    }
+
+    std::optional<QRect> menuItem(const char *name, const QStringList &options = {}) const {
+        return find(QStringLiteral("menu item"), QString::fromUtf8(name), options);
+    }
+
+    /// Clicks an item of a menu once it is there.
+    testing::AssertionResult choose(const char *name) const {
+        if (!waitUntil([&] { return menuItem(name).has_value(); })) {
+            return testing::AssertionFailure() << "there is no item \"" << name << "\"";
+        }
+        display->click(menuItem(name).value_or(QRect()).center());
+        return testing::AssertionSuccess();
     }
 
     bool isOpen() const { return tab().value_or(QRect()).width() >= 520; }
@@ -151,6 +166,38 @@ TEST_F(ScreenTest, OpensThePanelWhenStartedAgain) {
     EXPECT_TRUE(waitUntil([this] { return isOpen() && allowButton(); }));
     EXPECT_TRUE(terminalHasKeyboard());
     EXPECT_TRUE(program->isRunning());
+}
+
+TEST_F(ScreenTest, ARightClickOpensTheMenuAndTheTerminalKeepsTheFocus) {
+    home.write(QStringLiteral(".claude/settings.json"), "{}");
+    display->click(tab().value_or(QRect()).center(), 3);
+    ASSERT_TRUE(choose("Connected agents — none"));
+    ASSERT_TRUE(waitUntil([this] { return menuItem("Claude Code").has_value(); }));
+    EXPECT_TRUE(terminalHasKeyboard());
+    ASSERT_TRUE(choose("Claude Code"));
+    EXPECT_TRUE(waitUntil([this] { return !menuItem("Quit Morvane"); }));
+
+    display->click(tab().value_or(QRect()).center(), 3);
+    ASSERT_TRUE(choose("Connected agents — 1"));
+    EXPECT_TRUE(waitUntil(
+        [this] { return menuItem("Claude Code", {QStringLiteral("--checked")}).has_value(); }));
+    EXPECT_TRUE(isOpen());
+    display->press(QStringLiteral("Escape"));
+    display->press(QStringLiteral("Escape"));
+    EXPECT_TRUE(waitUntil([this] { return !menuItem("Quit Morvane"); }));
+    EXPECT_TRUE(waitUntil([this] { return !isOpen(); }));
+
+    display->click(tab().value_or(QRect()).center(), 3);
+    EXPECT_TRUE(waitUntil([this] { return menuItem("Quit Morvane").has_value(); }));
+    display->click({640, 700});
+    EXPECT_TRUE(waitUntil([this] { return !menuItem("Quit Morvane"); }));
+    EXPECT_EQ(display->type(QStringLiteral("typed"))->wait(), 0);
+    EXPECT_TRUE(waitUntil([this] { return received().endsWith("typed"); }));
+    EXPECT_TRUE(terminalHasKeyboard());
+
+    display->click(tab().value_or(QRect()).center(), 3);
+    ASSERT_TRUE(choose("Quit Morvane"));
+    EXPECT_EQ(program->wait(), 0);
 }
 
 TEST_F(ScreenTest, LetsClicksBesideItsRoundedCornersThrough) {

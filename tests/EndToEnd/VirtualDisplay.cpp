@@ -67,6 +67,10 @@ void VirtualDisplay::click(const QPoint &position, int button) const {
             QStringList{QStringLiteral("click"), QString::number(button)});
 }
 
+void VirtualDisplay::press(const QString &key) const {
+    control({QStringLiteral("key"), key});
+}
+
 std::unique_ptr<ChildProcess> VirtualDisplay::type(const QString &text) const {
     return std::make_unique<ChildProcess>(
         QStringList{QStringLiteral("xdotool"), QStringLiteral("type"), text}, m_environment);

@@ -31,6 +31,9 @@ public:
     void movePointer(const QPoint &position) const;
     void click(const QPoint &position, int button = 1) const;
 
+    /// A key by its name, such as "Escape".
+    void press(const QString &key) const;
+
     /// Begins to type; done when the result has ended.
     std::unique_ptr<ChildProcess> type(const QString &text) const;
 

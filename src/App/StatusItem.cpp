@@ -1,0 +1,85 @@
+#include "App/StatusItem.h"
+
+#include "Core/AggregateStatus.h"
+#include "Core/MorvaneSettings.h"
+#include "Core/SessionStore.h"
+#include "Platform/StatusItemHost.h"
+#include "Presentation/MenuBarIcon.h"
+
+#include <QColor>
+#include <QSystemTrayIcon>
+
+#include <utility>
+
+namespace morvane {
+
+namespace {
+
+constexpr QColor blue(10, 132, 255);
+constexpr QColor red(255, 69, 58);
+constexpr QColor green(48, 209, 88);
+constexpr QColor orange(255, 159, 10);
+// No desktop tells whether its panel is light or dark; this can be seen on both.
+constexpr QColor gray(142, 142, 147);
+
+QColor color(std::optional<SessionState> state) {
+    switch (state.value_or(SessionState::idle)) {
+    case SessionState::working:
+        return blue;
+    case SessionState::needsInput:
+        return red;
+    case SessionState::done:
+        return green;
+    case SessionState::failed:
+        return orange;
+    case SessionState::idle:
+        break;
+    }
+    return gray;
+}
+
+} // namespace
+
+StatusItem::StatusItem(SessionStore &store, MorvaneSettings &settings, StatusItemHost &host,
+                       QMenu &menu)
+    : m_store(store), m_settings(settings), m_host(host), m_menu(menu) {
+    connect(&m_host, &StatusItemHost::presenceChanged, this, &StatusItem::refreshVisibility);
+    connect(&m_settings, &MorvaneSettings::changed, this, &StatusItem::refreshVisibility);
+    connect(&m_store, &SessionStore::sessionsChanged, this, &StatusItem::updateIcon);
+    refreshVisibility();
+}
+
+void StatusItem::refreshVisibility() {
+    if (!m_settings.showMenuBarIcon() || !m_host.isPresent()) {
+        delete std::exchange(m_item, nullptr);
+    } else if (!m_item) {
+        build();
+    }
+}
+
+void StatusItem::build() {
+    m_item = new QSystemTrayIcon(this);
+    m_item->setToolTip(QStringLiteral("Morvane"));
+    m_item->setContextMenu(&m_menu);
+    connect(m_item, &QSystemTrayIcon::activated, this, [this](auto reason) {
+        if (reason == QSystemTrayIcon::Trigger) {
+            emit activated();
+        }
+    });
+    updateIcon();
+    m_item->show();
+}
+
+/// The store changes with every event, and a new picture is drawn, packed and sent to the desktop.
+void StatusItem::updateIcon() {
+    if (!m_item) {
+        return;
+    }
+    const auto state = AggregateStatus::of(m_store.sessions()).state;
+    if (m_item->icon().isNull() || state != m_shownState) {
+        m_shownState = state;
+        m_item->setIcon(MenuBarIcon::icon(color(state)));
+    }
+}
+
+} // namespace morvane

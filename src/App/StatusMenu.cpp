@@ -1,0 +1,117 @@
+#include "App/StatusMenu.h"
+
+#include "App/AppController.h"
+#include "Core/AgentAdapter.h"
+#include "Core/BuildInfo.h"
+#include "Presentation/HelpText.h"
+
+#include <QCoreApplication>
+#include <QFontMetrics>
+
+#include <algorithm>
+
+namespace morvane {
+
+namespace {
+
+constexpr int failureWidth = 420;
+
+/// An ampersand of the text's own, which a menu would take for the mark of a key.
+QString menuText(QString text) {
+    return text.replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+} // namespace
+
+StatusMenu::StatusMenu(AppController &controller) : m_controller(controller) {
+    m_menu
+        .addAction(
+            tr("Morvane %1 (build %2)").arg(menuText(BuildInfo::version()), BuildInfo::build()))
+        ->setEnabled(false);
+    m_menu.addSeparator();
+    connect(m_menu.addAction(tr("Open Morvane")), &QAction::triggered, this,
+            &StatusMenu::panelRequested);
+    m_menu.addSeparator();
+    m_agents = m_menu.addMenu(QString());
+    m_agents->setToolTipsVisible(true);
+    m_failureSeparator = m_agents->addSeparator();
+    m_failure = m_agents->addAction(QString());
+    m_failure->setEnabled(false);
+    m_menu.addSeparator();
+    connect(m_menu.addAction(tr("Quit Morvane")), &QAction::triggered, QCoreApplication::instance(),
+            &QCoreApplication::quit);
+
+    connect(&m_menu, &QMenu::aboutToShow, this, &StatusMenu::menuNeedsUpdate);
+    connect(&m_controller, &AppController::statusChanged, this, &StatusMenu::update);
+    connect(&m_controller, &AppController::lastErrorChanged, this, &StatusMenu::showFailure);
+    update();
+}
+
+void StatusMenu::menuNeedsUpdate() {
+    m_controller.refreshStatus();
+    // Which agents are there may have changed where their status has not.
+    update();
+}
+
+void StatusMenu::update() {
+    const auto &installed = m_controller.installedAgents();
+    list(m_controller.offeredAgents());
+    for (const AgentItem &item : m_agentItems) {
+        item.action->setChecked(installed.contains(item.kind));
+    }
+    const QString count = installed.isEmpty() ? tr("none") : QString::number(installed.size());
+    m_agents->setTitle(tr("Connected agents — %1").arg(count));
+    showFailure();
+}
+
+/// Items stay as long as the list does: a desktop that draws the menu knows them by what it was
+/// told before.
+void StatusMenu::list(const std::vector<const AgentAdapter *> &offered) {
+    if (std::ranges::equal(offered, m_agentItems, {}, &AgentAdapter::kind, &AgentItem::kind)) {
+        return;
+    }
+    for (const AgentItem &item : m_agentItems) {
+        m_agents->removeAction(item.action);
+        // It may be the one that was just chosen.
+        item.action->deleteLater();
+    }
+    m_agentItems.clear();
+    for (const AgentAdapter *adapter : offered) {
+        m_agentItems.push_back({adapter->kind(), makeItem(*adapter)});
+        m_agents->insertAction(m_failureSeparator, m_agentItems.back().action);
+    }
+}
+
+QAction *StatusMenu::makeItem(const AgentAdapter &adapter) {
+    auto *item = new QAction(menuText(displayName(adapter.kind())), m_agents);
+    item->setCheckable(true);
+    item->setEnabled(adapter.isInstallable());
+    item->setToolTip(helpMarkup(adapter.integrationDescription()));
+    connect(item, &QAction::triggered, this, [this, kind = adapter.kind()] { toggleAgent(kind); });
+    return item;
+}
+
+/// The reason stands at the end of a failure, and what failed at its beginning.
+void StatusMenu::showFailure() {
+    const QString text = m_controller.lastError().value_or(QString());
+    const QFontMetrics metrics(m_agents->font());
+    m_failure->setText(
+        menuText(metrics.elidedText(text.simplified(), Qt::ElideMiddle, failureWidth)));
+    m_failure->setToolTip(helpMarkup(text));
+    m_failure->setVisible(!text.isEmpty());
+    m_failureSeparator->setVisible(!text.isEmpty() && !m_agentItems.empty());
+    m_agents->setEnabled(!text.isEmpty() || !m_agentItems.empty());
+}
+
+/// A menu puts the check mark by itself as soon as an item is chosen, so it is set right whatever
+/// came of it.
+void StatusMenu::toggleAgent(AgentKind kind) {
+    if (m_controller.installedAgents().contains(kind)) {
+        m_controller.uninstallHooks(kind);
+    } else {
+        m_controller.installHooks(kind);
+    }
+    update();
+}
+
+} // namespace morvane

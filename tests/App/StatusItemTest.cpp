@@ -1,0 +1,101 @@
+#include "App/StatusItem.h"
+
+#include "Core/Defaults.h"
+#include "Core/MorvaneSettings.h"
+#include "Core/SessionStore.h"
+#include "Platform/StatusItemHost.h"
+#include "Support/EventBuilder.h"
+#include "Support/ManualScheduler.h"
+
+#include <QMenu>
+#include <QSystemTrayIcon>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace morvane {
+namespace {
+
+class FakeStatusItemHost : public StatusItemHost {
+public:
+    bool isPresent() const override { return m_isPresent; }
+    void setPresent(bool isPresent) {
+        m_isPresent = isPresent;
+        emit presenceChanged();
+    }
+
+private:
+    bool m_isPresent = false;
+};
+
+class StatusItemTest : public testing::Test {
+protected:
+    void apply(CanonicalEvent kind, const char *session) {
+        store.apply(EventBuilder(kind).in(QLatin1String(session)));
+    }
+
+    const QSystemTrayIcon *shown() const { return item.findChild<QSystemTrayIcon *>(); }
+
+    QColor color() const { return shown()->icon().pixmap(22, 16).toImage().pixelColor(11, 9); }
+    qint64 picture() const { return shown()->icon().cacheKey(); }
+
+    QTemporaryDir folder;
+    Defaults defaults{folder.path(), QStringLiteral("test")};
+    MorvaneSettings settings{defaults};
+    ManualScheduler scheduler;
+    SessionStore store{settings,
+                       {[](const auto &) { return std::nullopt; },
+                        [](const auto &) { return std::nullopt; },
+                        [](const auto &, const auto &) { return std::nullopt; }},
+                       scheduler};
+    FakeStatusItemHost host;
+    QMenu menu;
+    StatusItem item{store, settings, host, menu};
+};
+
+TEST_F(StatusItemTest, IsThereWhileItIsWantedAndHasAPlace) {
+    EXPECT_FALSE(shown());
+    host.setPresent(true);
+    ASSERT_TRUE(shown());
+    EXPECT_TRUE(shown()->isVisible());
+    EXPECT_EQ(shown()->contextMenu(), &menu);
+    settings.setShowMenuBarIcon(false);
+    EXPECT_FALSE(shown());
+    host.setPresent(false);
+    host.setPresent(true);
+    EXPECT_FALSE(shown());
+    settings.setShowMenuBarIcon(true);
+    ASSERT_TRUE(shown());
+    EXPECT_FALSE(shown()->icon().isNull());
+    host.setPresent(false);
+    EXPECT_FALSE(shown());
+}
+
+TEST_F(StatusItemTest, IsDrawnAnewOnlyForAnotherState) {
+    host.setPresent(true);
+    const QColor resting = color();
+    apply(CanonicalEvent::promptSubmit, "a");
+    const QColor working = color();
+    const qint64 atWork = picture();
+    apply(CanonicalEvent::toolUse, "a");
+    apply(CanonicalEvent::promptSubmit, "b");
+    EXPECT_EQ(picture(), atWork);
+    apply(CanonicalEvent::turnEnd, "a");
+    const QColor done = color();
+    apply(CanonicalEvent::turnFailed, "b");
+    const QColor failed = color();
+    apply(CanonicalEvent::needsInput, "b");
+    const QColor asking = color();
+
+    EXPECT_EQ(resting.hslSaturation() / 32, 0);
+    EXPECT_TRUE(working.blue() > working.red() && working.blue() > working.green());
+    EXPECT_TRUE(done.green() > done.red() && done.green() > done.blue());
+    EXPECT_TRUE(failed.red() > failed.green() && failed.green() > 2 * failed.blue());
+    EXPECT_TRUE(asking.red() > 2 * asking.green() && asking.red() > 2 * asking.blue());
+
+    apply(CanonicalEvent::sessionEnd, "a");
+    apply(CanonicalEvent::sessionEnd, "b");
+    EXPECT_EQ(color(), resting);
+}
+
+} // namespace
+} // namespace morvane

@@ -1,0 +1,119 @@
+#include "App/StatusMenu.h"
+
+#include "App/AppController.h"
+#include "Core/BuildInfo.h"
+#include "Core/Defaults.h"
+#include "Support/ManualScheduler.h"
+#include "Support/Printing.h"
+#include "Support/TemporaryHome.h"
+
+#include <gtest/gtest.h>
+
+namespace morvane {
+namespace {
+
+class NoApplications : public InstalledApplications {
+public:
+    std::optional<QString> displayName(const QString &) const override { return std::nullopt; }
+};
+
+PlatformServices noScreen() {
+    PlatformServices result;
+    result.scheduler = std::make_unique<ManualScheduler>();
+    result.applications = std::make_unique<NoApplications>();
+    return result;
+}
+
+class StatusMenuTest : public testing::Test {
+protected:
+    /// What a menu shows, a line for each item.
+    static QString lines(const QMenu &menu) {
+        QStringList result;
+        for (const QAction *action : menu.actions()) {
+            if (action->isVisible()) {
+                const QString mark = action->isChecked() ? QStringLiteral("[x] ") : QString();
+                const QString ghost = action->isEnabled() ? QString() : QStringLiteral(" (off)");
+                result.append(action->isSeparator() ? QStringLiteral("-")
+                                                    : mark + action->text() + ghost);
+            }
+        }
+        return result.join(QLatin1Char('\n'));
+    }
+
+    QMenu &agents() { return *statusMenu.menu().findChild<QMenu *>(); }
+    QString agentLines() { return lines(agents()); }
+    QString title() { return agents().title(); }
+
+    void open() { emit statusMenu.menu().aboutToShow(); }
+
+    QAction *agent(const char *name) {
+        for (QAction *action : agents().actions()) {
+            if (action->text() == QLatin1String(name)) {
+                return action;
+            }
+        }
+        return nullptr;
+    }
+
+    TemporaryHome home;
+    Defaults defaults{home.path(QStringLiteral("config")), QStringLiteral("test")};
+    MorvaneSettings settings{defaults};
+    PlatformServices platform = noScreen();
+    AppController controller{settings, platform};
+    StatusMenu statusMenu{controller};
+};
+
+TEST_F(StatusMenuTest, ListsWhatCanBeDone) {
+    EXPECT_EQ(lines(statusMenu.menu()),
+              QStringLiteral("Morvane %1 (build %2) (off)\n-\nOpen Morvane\n-\n"
+                             "Connected agents — none (off)\n-\nQuit Morvane")
+                  .arg(BuildInfo::version(), BuildInfo::build()));
+    int requests = 0;
+    QObject::connect(&statusMenu, &StatusMenu::panelRequested, &statusMenu, [&] { ++requests; });
+    statusMenu.menu().actions()[2]->trigger();
+    EXPECT_EQ(requests, 1);
+}
+
+TEST_F(StatusMenuTest, ConnectsAndDisconnectsTheAgentsOfThisMachine) {
+    home.write(QStringLiteral(".claude/settings.json"), "{}");
+    home.write(QStringLiteral(".gemini/settings.json"), "{}");
+    open();
+    EXPECT_EQ(agentLines(), "Claude Code\nGemini CLI");
+    EXPECT_EQ(agent("Claude Code")->toolTip(), "<qt>~/.claude/settings.json</qt>");
+    EXPECT_EQ(title(), "Connected agents — none");
+
+    agent("Gemini CLI")->trigger();
+    EXPECT_EQ(agentLines(), "Claude Code\n[x] Gemini CLI");
+    EXPECT_EQ(title(), "Connected agents — 1");
+    const QAction *item = agent("Claude Code");
+    controller.installHooks(AgentKind::claude);
+    EXPECT_EQ(title(), "Connected agents — 2");
+    EXPECT_TRUE(item->isChecked());
+    agent("Gemini CLI")->trigger();
+    EXPECT_EQ(agentLines(), "[x] Claude Code\nGemini CLI");
+
+    home.write(QStringLiteral(".codex/config.toml"));
+    open();
+    EXPECT_EQ(agentLines(), "[x] Claude Code\nCodex\nGemini CLI");
+}
+
+TEST_F(StatusMenuTest, TellsWhatWentWrongUntilItHasGoneRight) {
+    home.write(QStringLiteral(".claude/settings.json"), "{ broken");
+    open();
+    agent("Claude Code")->trigger();
+    ASSERT_TRUE(controller.lastError());
+    EXPECT_EQ(title(), "Connected agents — none");
+    EXPECT_FALSE(agent("Claude Code")->isChecked());
+    // The line may be cut short, but not its beginning.
+    EXPECT_TRUE(agentLines().startsWith("Claude Code\n-\nClaude Code connect"));
+    EXPECT_TRUE(agentLines().endsWith(" (off)"));
+    EXPECT_EQ(agents().actions().last()->toolTip(),
+              "<qt>" + controller.lastError()->toHtmlEscaped() + "</qt>");
+
+    home.write(QStringLiteral(".claude/settings.json"), "{}");
+    agent("Claude Code")->trigger();
+    EXPECT_EQ(agentLines(), "[x] Claude Code");
+}
+
+} // namespace
+} // namespace morvane
