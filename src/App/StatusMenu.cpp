@@ -24,9 +24,7 @@ QString menuText(QString text) {
 } // namespace
 
 StatusMenu::StatusMenu(AppController &controller) : m_controller(controller) {
-    m_menu
-        .addAction(
-            tr("Morvane %1 (build %2)").arg(menuText(BuildInfo::version()), BuildInfo::build()))
+    m_menu.addAction(tr("Morvane %1 (build %2)").arg(BuildInfo::version(), BuildInfo::build()))
         ->setEnabled(false);
     m_menu.addSeparator();
     connect(m_menu.addAction(tr("Open Morvane")), &QAction::triggered, this,

@@ -31,8 +31,6 @@ private:
     struct AgentItem {
         AgentKind kind;
         QAction *action;
-
-        friend bool operator==(const AgentItem &, const AgentItem &) = default;
     };
 
     void menuNeedsUpdate();

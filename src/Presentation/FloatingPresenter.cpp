@@ -114,7 +114,7 @@ void FloatingPresenter::presentPanel() {
     updateVisibility(Motion::atOnce);
     m_autoDismissTask = m_scheduler.after(presentationDuration, [this] {
         m_presented = false;
-        if (!m_isMenuOpen) {
+        if (m_view->openMenu() == nullptr) {
             m_capsule.setHovering(false);
         }
         updateVisibility(Motion::atOnce);
@@ -155,16 +155,13 @@ void FloatingPresenter::expansionChanged(bool isExpanded) {
 }
 
 void FloatingPresenter::openMenu(const QPoint &position) {
-    if (!contextMenu) {
-        return;
+    if (contextMenu) {
+        m_view->open(*contextMenu, position);
     }
-    m_isMenuOpen = true;
-    m_view->open(*contextMenu, position);
 }
 
 /// At once, since what was chosen happens next, and may be to open the panel.
 void FloatingPresenter::menuClosed() {
-    m_isMenuOpen = false;
     updateHover();
     if (m_window->isVisible()) {
         // It has kept below the menu, and maybe below others.
@@ -291,10 +288,11 @@ void FloatingPresenter::place() {
 }
 
 /// Where the pointer is decides, not whether it has just entered or left: a tab that changes its
-/// shape under a resting pointer makes the windowing system report both.
+/// shape under a resting pointer makes the windowing system report both. An open menu counts as the
+/// pointer, which it leads away.
 void FloatingPresenter::updateHover() {
     const bool isInside =
-        m_isMenuOpen ||
+        m_view->openMenu() != nullptr ||
         (m_window->isVisible() && m_view->shape(m_target).contains(m_displays.pointerPosition()));
     if (isInside != m_isHovering) {
         m_isHovering = isInside;

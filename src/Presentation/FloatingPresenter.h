@@ -83,7 +83,6 @@ private:
     Animation m_fade;    ///< of the window, in or out
     bool m_isFadingIn = false;
     bool m_isHovering = false;
-    bool m_isMenuOpen = false; ///< which holds the panel open
 
     bool m_flashActive = false; ///< a session has changed its state a moment ago
     bool m_dismissed = false;
