@@ -13,12 +13,13 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-// forwarder PORT PATH [decide]
+// forwarder PORT PATH [decide | copy]
 //
 // Posts standard input to 127.0.0.1:PORT. MORVANE_HEADERS holds the header lines, one to a line: in
 // the environment, since the token among them must not be seen in a list of processes. With
-// "decide" a complete answer of status 200 goes to standard output. Whatever happens, the exit
-// status is 0 and nothing else is printed: no failure here may disturb the agent.
+// "decide" a complete answer of status 200 goes to standard output, with "copy" the input does, and
+// no answer is awaited. Whatever happens, the exit status is 0 and nothing else is printed: no
+// failure here may disturb the agent.
 
 namespace morvane {
 
@@ -28,6 +29,15 @@ namespace {
 /// decision after 120; the server answers within 60.
 constexpr long promptSeconds = 3;
 constexpr long decisionSeconds = 90;
+
+/// A status line appears only after this, and each refresh cancels the one before.
+constexpr long copySeconds = 1;
+
+enum class Mode {
+    Tell,   ///< the beginning of any answer is enough
+    Decide, ///< the answer is printed
+    Copy,   ///< the payload is printed, the answer is the kernel's to drop
+};
 
 std::string_view valueOf(std::string_view name, char **environment) {
     for (; *environment != nullptr; ++environment) {
@@ -66,8 +76,8 @@ bool appendHeaders(Buffer &head, std::string_view lines) {
     return head.append("\r\n");
 }
 
-bool writeHead(Buffer &head, std::string_view path, std::string_view headers, size_t length) {
-    const std::string_view terminal = controllingTerminal();
+bool writeHead(Buffer &head, std::string_view path, std::string_view headers,
+               std::string_view terminal, size_t length) {
     return head.append("POST ") && head.append(path) &&
            head.append(" HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Length: ") &&
            appendNumber(head, length) && head.append("\r\n") && appendHeaders(head, headers) &&
@@ -150,19 +160,24 @@ std::uint16_t portIn(const char *digits) {
     return static_cast<std::uint16_t>(port);
 }
 
-void forward(std::uint16_t port, std::string_view path, std::string_view headers, bool decide) {
-    const Deadline prompt{promptSeconds};
-    const Deadline end{decide ? decisionSeconds : promptSeconds};
+void forward(std::uint16_t port, std::string_view path, std::string_view headers, Mode mode) {
+    const Deadline prompt{mode == Mode::Copy ? copySeconds : promptSeconds};
+    const Deadline end = mode == Mode::Decide ? Deadline{decisionSeconds} : prompt;
     Buffer payload;
     Buffer head;
-    if (!readPayload(payload, prompt) || !writeHead(head, path, headers, payload.view().size()))
+    if (!readPayload(payload, prompt))
+        return;
+    if (mode == Mode::Copy)
+        print(payload.view(), prompt);
+    const std::string_view terminal = mode == Mode::Copy ? "" : controllingTerminal();
+    if (!writeHead(head, path, headers, terminal, payload.view().size()))
         return;
     const int connection = connectTo(port, prompt);
-    if (connection < 0 || !send(connection, head.view(), payload.view(), end))
+    if (connection < 0 || !send(connection, head.view(), payload.view(), end) || mode == Mode::Copy)
         return;
     Buffer answer;
     while (receive(connection, answer, end)) {
-        if (!decide)
+        if (mode == Mode::Tell)
             return;
         const std::string_view body = completeBody(answer.view());
         if (body.empty())
@@ -174,6 +189,10 @@ void forward(std::uint16_t port, std::string_view path, std::string_view headers
     }
 }
 
+Mode modeCalled(std::string_view name) {
+    return name == "decide" ? Mode::Decide : name == "copy" ? Mode::Copy : Mode::Tell;
+}
+
 } // namespace
 
 } // namespace morvane
@@ -182,9 +201,8 @@ int run(int argumentCount, char **arguments, char **environment) {
     using namespace morvane;
     ignoreBrokenPipes();
     if (argumentCount >= 3) {
-        const bool decide = argumentCount > 3 && std::string_view{arguments[3]} == "decide";
-        forward(portIn(arguments[1]), arguments[2], valueOf("MORVANE_HEADERS", environment),
-                decide);
+        const Mode mode = argumentCount > 3 ? modeCalled(arguments[3]) : Mode::Tell;
+        forward(portIn(arguments[1]), arguments[2], valueOf("MORVANE_HEADERS", environment), mode);
     }
     return 0;
 }
