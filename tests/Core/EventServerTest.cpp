@@ -150,6 +150,21 @@ TEST_F(EventServerTest, TakesAnUnknownAgentForClaudeButDropsItsUsage) {
     EXPECT_EQ(usage.front(), std::pair(AgentKind::codex, std::string("not JSON")));
 }
 
+TEST_F(EventServerTest, TakesTheUsageOfASenderThatAwaitsNoAnswer) {
+    const HttpHeaders headers{{"x-morvane-agent", "claude"}, {"x-morvane-token", token}};
+    const std::string body(200'000, 'x');
+    for (std::size_t count = 1; count <= 20; ++count) {
+        HttpClient client(port());
+        client.send(httpPost("/usage", headers, body));
+        client.hangUp();
+        ASSERT_TRUE(waitUntil([&] {
+            scheduler.runPosted();
+            return usage.size() == count;
+        }));
+        EXPECT_TRUE(usage.back().second == body);
+    }
+}
+
 TEST_F(EventServerTest, ParksOnlyWhatCanBeDecided) {
     struct Case {
         const char *agent;
