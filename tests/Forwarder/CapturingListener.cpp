@@ -116,4 +116,8 @@ std::string response(const std::string &status, const std::string &body) {
            "\r\nConnection: close\r\n\r\n" + body;
 }
 
+std::uint16_t portWithoutServer() {
+    return CapturingListener(std::nullopt).port();
+}
+
 } // namespace morvane::tests

@@ -49,4 +49,7 @@ private:
 /// A complete response as the server writes it.
 [[nodiscard]] std::string response(const std::string &status, const std::string &body);
 
+/// A port on which nothing listens.
+[[nodiscard]] std::uint16_t portWithoutServer();
+
 } // namespace morvane::tests

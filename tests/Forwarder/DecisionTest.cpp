@@ -17,16 +17,6 @@ namespace fs = std::filesystem;
 
 class Decision : public testing::TestWithParam<Carrier> {};
 
-bool standsInSomeArguments(const std::string &text) {
-    for (const fs::directory_entry &process : fs::directory_iterator("/proc")) {
-        std::ifstream file(process.path() / "cmdline");
-        const std::string arguments{std::istreambuf_iterator<char>(file), {}};
-        if (arguments.find(text) != std::string::npos)
-            return true;
-    }
-    return false;
-}
-
 } // namespace
 
 TEST_P(Decision, IsPrintedOnlyWhenACompleteAnswerBringsOne) {
@@ -69,7 +59,7 @@ TEST_P(Decision, WaitsWithTheTokenOutOfSightAndEndsWithTheHook) {
     const pid_t waiting = hook.start({"claude", "PreToolUse", "decide"});
     ASSERT_TRUE(listener.take());
 
-    EXPECT_FALSE(standsInSomeArguments(HookProcess::token()));
+    EXPECT_FALSE(HookProcess::standsInSomeArguments(HookProcess::token()));
     if (GetParam() == Carrier::Client) {
         const fs::path process = "/proc/" + std::to_string(waiting);
         EXPECT_TRUE(fs::equivalent(process / "exe", hook.client()));

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <iterator>
 #include <spawn.h>
+#include <sstream>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <thread>
@@ -18,8 +19,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string rendered(std::uint16_t port) {
-    std::ifstream source(HOOK_TEMPLATE);
+std::string rendered(const std::string &name, std::uint16_t port) {
+    std::ifstream source(fs::path(TEMPLATES) / (name + ".template"));
     std::string text{std::istreambuf_iterator<char>(source), {}};
     const auto fill = [&text](const std::string &mark, const std::string &value) {
         for (size_t at = text.find(mark); at != std::string::npos; at = text.find(mark))
@@ -59,11 +60,12 @@ void writeAll(int descriptor, const std::string &text) {
 
 } // namespace
 
-HookProcess::HookProcess(Carrier carrier, std::uint16_t port, std::vector<std::string> shell)
-    : m_shell(std::move(shell)) {
+HookProcess::HookProcess(Carrier carrier, std::uint16_t port, std::vector<std::string> shell,
+                         std::string name)
+    : m_name(std::move(name)), m_shell(std::move(shell)) {
     std::string pattern = (fs::temp_directory_path() / "hook-test-XXXXXX").string();
     m_folder = mkdtemp(pattern.data());
-    std::ofstream(script()) << rendered(port);
+    std::ofstream(script()) << rendered(m_name, port);
     if (carrier == Carrier::Client)
         fs::copy_file(FORWARDER, client());
     setEnvironment({});
@@ -75,6 +77,24 @@ HookProcess::~HookProcess() {
 
 std::string HookProcess::token() {
     return std::string(35, 'A') + "-" + std::string(36, '7');
+}
+
+std::vector<std::vector<std::string>> HookProcess::shells() {
+    std::vector<std::vector<std::string>> found{
+        {"/bin/sh"}, {"/usr/bin/bash", "--posix"}, {"/usr/bin/busybox", "sh"}};
+    std::erase_if(found, [](const auto &shell) { return !fs::exists(shell.front()); });
+    return found;
+}
+
+bool HookProcess::standsInSomeArguments(const std::string &text) {
+    for (const fs::directory_entry &process : fs::directory_iterator("/proc")) {
+        // The process may end meanwhile; this way of reading makes that an empty text.
+        std::ostringstream arguments;
+        arguments << std::ifstream(process.path() / "cmdline").rdbuf();
+        if (arguments.str().find(text) != std::string::npos)
+            return true;
+    }
+    return false;
 }
 
 void HookProcess::setEnvironment(const std::vector<std::string> &variables) {

@@ -8,7 +8,7 @@
 
 namespace morvane::tests {
 
-/// What stands beside hook.sh and does its work.
+/// What stands beside a script and does its work.
 enum class Carrier {
     Client, ///< the built client
     Curl,   ///< no client, so that curl has to do
@@ -21,18 +21,23 @@ struct HookResult {
     int status = -1;
 };
 
-/// A rendered hook.sh in a folder of its own, and one run of it. The environment is only what is
-/// set here, and PATH.
+/// A rendered script, hook.sh if no other is named, in a folder of its own, and one run of it. The
+/// environment is only what is set here, and PATH.
 class HookProcess {
 public:
-    HookProcess(Carrier carrier, std::uint16_t port, std::vector<std::string> shell = {"/bin/sh"});
+    HookProcess(Carrier carrier, std::uint16_t port, std::vector<std::string> shell = {"/bin/sh"},
+                std::string name = "hook.sh");
     ~HookProcess();
     HookProcess(const HookProcess &) = delete;
     HookProcess &operator=(const HookProcess &) = delete;
 
     [[nodiscard]] static std::string token();
+    /// The shells of this machine that the scripts are written for.
+    [[nodiscard]] static std::vector<std::vector<std::string>> shells();
+    /// Whether everyone could see the text among the arguments of a process.
+    [[nodiscard]] static bool standsInSomeArguments(const std::string &text);
     [[nodiscard]] std::filesystem::path folder() const { return m_folder; }
-    [[nodiscard]] std::filesystem::path script() const { return m_folder / "hook.sh"; }
+    [[nodiscard]] std::filesystem::path script() const { return m_folder / m_name; }
     [[nodiscard]] std::filesystem::path client() const { return m_folder / "forwarder"; }
     void setEnvironment(const std::vector<std::string> &variables);
     /// Closes these descriptors in the process instead of connecting them.
@@ -46,6 +51,7 @@ public:
 private:
     pid_t spawn(const std::vector<std::string> &arguments, int input, int output, int errors);
 
+    std::string m_name;
     std::filesystem::path m_folder;
     std::vector<std::string> m_shell;
     std::vector<std::string> m_environment;

@@ -15,20 +15,9 @@ namespace fs = std::filesystem;
 
 class Payload : public testing::TestWithParam<Carrier> {};
 
-std::uint16_t portWithoutServer() {
-    return CapturingListener(std::nullopt).port();
-}
-
 void expectSilence(const HookResult &result) {
     EXPECT_EQ(result.output + result.errors, "");
     EXPECT_EQ(result.status, 0);
-}
-
-std::vector<std::vector<std::string>> shells() {
-    std::vector<std::vector<std::string>> found{
-        {"/bin/sh"}, {"/usr/bin/bash", "--posix"}, {"/usr/bin/busybox", "sh"}};
-    std::erase_if(found, [](const auto &shell) { return !fs::exists(shell.front()); });
-    return found;
 }
 
 /// Turns the client into one for another processor, as far as its header tells.
@@ -86,7 +75,7 @@ INSTANTIATE_TEST_SUITE_P(, Payload, testing::Values(Carrier::Client, Carrier::Cu
                          });
 
 TEST(Client, ThatCannotRunHereIsReplacedByCurl) {
-    for (const auto &shell : shells()) {
+    for (const auto &shell : HookProcess::shells()) {
         for (const auto &spoil : std::vector<void (*)(const fs::path &)>{
                  retarget, [](const fs::path &client) { fs::resize_file(client, 0); },
                  [](const fs::path &client) { fs::permissions(client, fs::perms::owner_read); }}) {
@@ -102,7 +91,7 @@ TEST(Client, ThatCannotRunHereIsReplacedByCurl) {
 }
 
 TEST(Client, ThatCannotBeStartedAfterAllIsNoFailure) {
-    for (const auto &shell : shells()) {
+    for (const auto &shell : HookProcess::shells()) {
         HookProcess hook(Carrier::Client, portWithoutServer(), shell);
         const std::ofstream busy(hook.client(), std::ios::app); // no program starts meanwhile
         expectSilence(hook.run({"claude", "Stop"}));

@@ -1,0 +1,328 @@
+#include "CapturingListener.h"
+#include "HookProcess.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace morvane::tests {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct LineCase {
+    std::string status;
+    std::string line;
+};
+
+std::string repeated(const std::string &text, int count) {
+    std::string result;
+    for (int i = 0; i < count; ++i)
+        result += text;
+    return result;
+}
+
+std::string statusOf(const std::string &model, const std::string &folder = "/a") {
+    return R"({"model":{"display_name":")" + model + R"("},"cwd":")" + folder + R"("})";
+}
+
+/// As the agent writes it.
+const std::string &usualStatus() {
+    static const std::string status =
+        R"({"session_id":"b7faad07-53a1","transcript_path":"/h/.claude/projects/-h-webshop/b7.jsonl",)"
+        R"("cwd":"/h/webshop","model":{"id":"claude-opus-4-1","display_name":"Opus 4.1"},)"
+        R"("workspace":{"current_dir":"/h/webshop","project_dir":"/h","added_dirs":["/x","/y"]},)"
+        R"("version":"2.1.90","output_style":{"name":"default"},"cost":{"total_cost_usd":0.01234,)"
+        R"("total_duration_ms":45000,"total_lines_added":156},"context_window":{)"
+        R"("total_input_tokens":15500,"context_window_size":200000,"used_percentage":8,)"
+        R"("remaining_percentage":92,"current_usage":{"input_tokens":8500,"output_tokens":1200}},)"
+        R"("exceeds_200k_tokens":false,"thinking":{"enabled":true},"rate_limits":{"five_hour":)"
+        R"({"used_percentage":41.5,"resets_at":1738425600},"seven_day":{"used_percentage":13.2,)"
+        R"("resets_at":1738857600}},"vim":{"mode":"NORMAL"}})";
+    return status;
+}
+
+const std::vector<LineCase> &lineCases() {
+    static const std::vector<LineCase> cases{
+        {usualStatus(), "Opus 4.1 · webshop · context 8% · 5h 42% · 7d 13%"},
+        {"\r\n { \"cwd\" :\t\"/a/b/\" ,\r\n\"b\" : [ -0.5e+10 , [ ] , { } , null ] }\n\n", "b"},
+        {"{}", ""},
+        {R"({"cwd":"/"})", "/"},
+        {R"({"cwd":"/a","workspace":{"current_dir":"/b"}})", "b"},
+        {R"({"cwd":"/a","model":{"display_name":null}})", "a"},
+        // Only numbers count, and within the bounds that the bars have too.
+        {R"({"rate_limits":{"five_hour":{"used_percentage":105},"seven_day":{"used_percentage":-3}}})",
+         "5h 100% · 7d 0%"},
+        {R"({"rate_limits":{"five_hour":{"used_percentage":1.5e-7},"seven_day":)"
+         R"({"used_percentage":99.5}},"context_window":{"used_percentage":null}})",
+         "5h 0% · 7d 100%"},
+        {R"({"rate_limits":{"five_hour":{"used_percentage":"23"},"seven_day":{"used_percentage":0}}})",
+         "7d 0%"},
+        // What only looks like ours is not ours.
+        {R"({"model\"display_name":"X","model":[{"display_name":"Y"}],"[":{"display_name":"Z"},)"
+         R"("x":{"cwd":"/b"},"cwd":"/a"})",
+         "a"},
+        {statusOf(R"(a\"b\\c\/d \u0041\u00e9\u20ac\ud83d\ude00)"), R"(a"b\c/d Aé€?? · a)"},
+        {statusOf("x\\\\", "/a\\\\"), "x\\ · a\\"},
+        {statusOf("größer Ё ā 日本", "/ordner-日本語"), "größer Ё ā 日本 · ordner-日本語"},
+        // Neither a line of its own nor a command to the terminal.
+        {statusOf(R"(a\nb\u001b[31m\u0007\u007f\u009b2J)"), "ab[31m2J · a"},
+        {statusOf("a\u009b2J\u0085b"), "a2Jb · a"},
+        {statusOf("%s %d $(id) `id` * ~", "/-n"), "%s %d $(id) `id` * ~ · -n"},
+        {statusOf(std::string(41, 'm'), "/" + repeated("日", 14)),
+         std::string(37, 'm') + "… · " + repeated("日", 12) + "…"},
+        {statusOf(std::string(5000, 'm')), "a"},
+        {R"({"x":")" + std::string(200'000, 'y') + R"(","cwd":"/a"})", "a"},
+        {R"({")" + std::string(200'000, 'y') + R"(":1,"cwd":"/a"})", "a"},
+        {R"({"cwd":"/a","x":)" + repeated("[", 63) + repeated("]", 63) + "}", "a"},
+    };
+    return cases;
+}
+
+/// What is no JSON, and what would take too long to tell.
+std::vector<std::string> hopelessStatuses() {
+    std::vector<std::string> statuses{
+        "",
+        " ",
+        R"(\{"cwd":"/a"})",
+        "\xef\xbb\xbf{\"cwd\":\"/a\"}",
+        R"({"cwd":"/a")",
+        R"({"cwd":"/a"}})",
+        R"({"cwd":"/a"}")",
+        R"({"cwd":"/a"}"x")",
+        R"({"cwd":"/a"}{})",
+        R"({"cwd":"/a\"})",
+        R"({"cwd":"/a\q"})",
+        R"({"cwd":"/a\u12g4"})",
+        "{\"cwd\":\"/a\n\"}",
+        R"({"cwd":"/a",})",
+        R"({,"cwd":"/a"})",
+        R"({"cwd" "/a"})",
+        R"({"cwd"::"/a"})",
+        R"({"cwd":"/a" "b":1})",
+    };
+    for (const char *value : {"", "01", "1.", ".5", "1e", "+1", "-", "1 2", "tru", "nulltrue",
+                              "'b'", "[1,]", "[,1]", "[1}", "{1:2}", "{\"c\"}"})
+        statuses.push_back(R"({"cwd":"/a","b":)" + std::string(value) + "}");
+    for (const std::string &value :
+         {repeated("[", 64) + repeated("]", 64), std::string(200'000, '1'),
+          "[" + repeated("1, ", 60'000) + "1]", "[" + repeated(R"("a",)", 50'000) + "1]",
+          "\"" + std::string(200'000, '\\') + "\"", "\"" + repeated("\\\"", 100'000) + "\"",
+          repeated("[", 200'000), repeated(R"({"a":)", 40'000)})
+        statuses.push_back(R"({"cwd":"/a","b":)" + value + "}");
+    return statuses;
+}
+
+class StatusLine : public testing::TestWithParam<std::vector<std::string>> {
+protected:
+    HookProcess process(Carrier carrier, std::uint16_t port) const {
+        return {carrier, port, GetParam(), "statusline.sh"};
+    }
+};
+
+void expectLine(const HookResult &result, const std::string &line) {
+    EXPECT_EQ(result.output, line.empty() ? "" : line + "\n");
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.status, 0);
+}
+
+/// A server that never accepts, with its queue full, so that a connection takes forever.
+class DeafServer {
+public:
+    DeafServer() : m_listener(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        auto *generic = reinterpret_cast<sockaddr *>(&address);
+        socklen_t size = sizeof address;
+        if (bind(m_listener, generic, size) != 0 || listen(m_listener, 0) != 0 ||
+            getsockname(m_listener, generic, &size) != 0)
+            std::abort();
+        m_port = ntohs(address.sin_port);
+        for (int &waiting : m_waiting) {
+            waiting = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+            connect(waiting, generic, size);
+        }
+    }
+    ~DeafServer() {
+        for (const int waiting : m_waiting)
+            close(waiting);
+        close(m_listener);
+    }
+    DeafServer(const DeafServer &) = delete;
+    DeafServer &operator=(const DeafServer &) = delete;
+
+    [[nodiscard]] std::uint16_t port() const { return m_port; }
+
+private:
+    int m_listener;
+    int m_waiting[4]{};
+    std::uint16_t m_port = 0;
+};
+
+class Folder {
+public:
+    Folder() {
+        std::string pattern = (fs::temp_directory_path() / "status-line-XXXXXX").string();
+        m_path = mkdtemp(pattern.data());
+    }
+    ~Folder() { fs::remove_all(m_path); }
+    Folder(const Folder &) = delete;
+    Folder &operator=(const Folder &) = delete;
+
+    void write(const std::string &name, const std::string &text) const {
+        fs::create_directories((m_path / name).parent_path());
+        std::ofstream(m_path / name) << text;
+    }
+    [[nodiscard]] std::string path(const std::string &name) const { return m_path / name; }
+
+private:
+    fs::path m_path;
+};
+
+} // namespace
+
+TEST_P(StatusLine, ShowsWhatTheStatusHoldsAndPostsIt) {
+    CapturingListener listener(response("200 OK", "not to be shown"));
+    HookProcess script = process(Carrier::Client, listener.port());
+    for (const LineCase &testCase : lineCases()) {
+        SCOPED_TRACE(testCase.status.substr(0, 120));
+        expectLine(script.run({}, testCase.status), testCase.line);
+        const auto request = listener.take();
+        ASSERT_TRUE(request);
+        EXPECT_EQ(request->requestLine, "POST /usage HTTP/1.1");
+        EXPECT_EQ(request->headers.at("x-morvane-token"), HookProcess::token());
+        EXPECT_EQ(request->headers.at("x-morvane-agent"), "claude");
+        EXPECT_TRUE(request->body == testCase.status);
+    }
+}
+
+TEST_P(StatusLine, IsEmptyForWhatIsNoStatusYetPostsIt) {
+    CapturingListener listener(response("200 OK", "not to be shown"));
+    HookProcess script = process(Carrier::Client, listener.port());
+    for (const std::string &status : hopelessStatuses()) {
+        SCOPED_TRACE(status.substr(0, 120));
+        expectLine(script.run({}, status), "");
+        const auto request = listener.take();
+        ASSERT_TRUE(request);
+        EXPECT_TRUE(request->body == status);
+    }
+}
+
+TEST_P(StatusLine, NamesTheBranchOfTheNearestRepository) {
+    const Folder folder;
+    folder.write("shop/.git/HEAD", "ref: refs/heads/feature/checkout\n");
+    folder.write("shop/src/deep/file", "");
+    folder.write("linked/.git", "gitdir: " + folder.path("shop/.git/worktrees/linked") + "\n");
+    folder.write("shop/.git/worktrees/linked/HEAD", "ref: refs/heads/fix");
+    folder.write("shop/part/.git", "gitdir: ../.git/modules/part\n");
+    folder.write("shop/.git/modules/part/HEAD", "0123456789abcdef0123456789abcdef01234567\n");
+    folder.write("long/.git/HEAD", "ref: refs/heads/" + std::string(60, 'b') + "\n");
+    folder.write("hostile/.git/HEAD", "ref: refs/heads/a\x1b[31m\u009b2J\x07z\n");
+    folder.write("other/.git/HEAD", "ref: refs/heads/.invalid\n");
+    folder.write("broken/.git", "nothing\n");
+    folder.write("pipe/.git/config", "");
+    ASSERT_EQ(mkfifo(folder.path("pipe/.git/HEAD").c_str(), 0600), 0);
+
+    HookProcess script = process(Carrier::Client, portWithoutServer());
+    const std::vector<LineCase> cases{{"shop", "shop (feature/checkout)"},
+                                      {"shop/src/deep", "deep (feature/checkout)"},
+                                      {"linked", "linked (fix)"},
+                                      {"shop/part", "part (0123456)"},
+                                      {"long", "long (" + std::string(37, 'b') + "…)"},
+                                      {"hostile", "hostile (a[31m2Jz)"},
+                                      {"other", "other"},
+                                      {"broken", "broken"},
+                                      {"pipe", "pipe"}};
+    for (const LineCase &testCase : cases)
+        expectLine(script.run({}, statusOf("M", folder.path(testCase.status))),
+                   "M · " + testCase.line);
+}
+
+TEST_P(StatusLine, IsTheSameWithCurl) {
+    CapturingListener listener(response("200 OK", "not to be shown"));
+    HookProcess script = process(Carrier::Curl, listener.port());
+    script.setEnvironment({"http_proxy=http://127.0.0.1:9", "ALL_PROXY=http://127.0.0.1:9",
+                           "LC_ALL=C.UTF-8", "IFS=x-"});
+    const std::string line = "Opus 4.1 · webshop · context 8% · 5h 42% · 7d 13%";
+    for (const LineCase &testCase : std::vector<LineCase>{
+             {usualStatus() + "\n\n", line},
+             {R"({"x":")" + std::string(2'000'000, 'y') + R"(","cwd":"/ä"})", "ä"},
+             {"nothing\n", ""}}) {
+        expectLine(script.run({}, testCase.status), testCase.line);
+        const auto request = listener.take();
+        ASSERT_TRUE(request);
+        EXPECT_EQ(request->requestLine, "POST /usage HTTP/1.1");
+        EXPECT_EQ(request->headers.at("x-morvane-token"), HookProcess::token());
+        EXPECT_EQ(request->headers.at("x-morvane-agent"), "claude");
+        EXPECT_TRUE(request->body == testCase.status);
+    }
+    script.setEnvironment({"PATH=" + script.folder().string()});
+    expectLine(script.run({}, usualStatus()), "");
+}
+
+TEST(StatusLineLimits, LetItBeShownWithoutAServerOrAnswer) {
+    const std::string large = R"({"cwd":"/a","x":")" + std::string(2'000'000, 'y') + R"("})";
+    CapturingListener holding(std::nullopt);
+    const DeafServer deaf;
+    for (const Carrier carrier : {Carrier::Client, Carrier::Curl}) {
+        for (const std::uint16_t port : {portWithoutServer(), holding.port(), deaf.port()}) {
+            HookProcess script(carrier, port, {"/bin/sh"}, "statusline.sh");
+            const auto start = std::chrono::steady_clock::now();
+            expectLine(script.run({}, large), "a");
+            EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(15));
+        }
+    }
+}
+
+TEST_P(StatusLine, KeepsTheTokenOutOfTheArguments) {
+    const DeafServer deaf;
+    for (const Carrier carrier : {Carrier::Client, Carrier::Curl}) {
+        HookProcess script = process(carrier, deaf.port());
+        const pid_t running = script.start({});
+        while (waitpid(running, nullptr, WNOHANG) == 0) {
+            EXPECT_FALSE(HookProcess::standsInSomeArguments(HookProcess::token()));
+            usleep(1000);
+        }
+    }
+}
+
+TEST_P(StatusLine, ClosedDescriptorsAreNoFailure) {
+    CapturingListener listener(response("200 OK", ""));
+    for (const Carrier carrier : {Carrier::Client, Carrier::Curl}) {
+        for (const std::vector<int> &closed :
+             std::vector<std::vector<int>>{{0}, {1}, {2}, {0, 1}, {0, 1, 2}}) {
+            HookProcess script = process(carrier, listener.port());
+            script.setClosed(closed);
+            const HookResult result = script.run({}, usualStatus());
+            EXPECT_EQ(result.errors, "");
+            EXPECT_EQ(result.status, 0);
+        }
+    }
+}
+
+TEST_P(StatusLine, IsShownWhereTheClientCannotBeStarted) {
+    CapturingListener listener(response("200 OK", ""));
+    HookProcess script = process(Carrier::Client, listener.port());
+    const std::ofstream busy(script.client(), std::ios::app); // no program starts meanwhile
+    expectLine(script.run({}, statusOf("M")), "M · a");
+    const auto request = listener.take();
+    ASSERT_TRUE(request);
+    EXPECT_TRUE(request->headers.at("user-agent").starts_with("curl/"));
+}
+
+INSTANTIATE_TEST_SUITE_P(, StatusLine, testing::ValuesIn(HookProcess::shells()),
+                         [](const auto &info) {
+                             return fs::path(info.param.front()).filename().string();
+                         });
+
+} // namespace morvane::tests
