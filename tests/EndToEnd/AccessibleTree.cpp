@@ -27,8 +27,9 @@ bool isAnswered(const QDBusMessage &reply) {
 
 AccessibleTree::AccessibleTree(QString application) : m_application(std::move(application)) {}
 
-QList<QRect> AccessibleTree::find(const QString &role, const QString &name, Mark mark) {
-    QList<QRect> result;
+QList<AccessibleTree::Found> AccessibleTree::find(const QString &role, const QString &name,
+                                                  Naming naming) {
+    QList<Found> result;
     if (!m_bus.isConnected() && !connect()) {
         return result;
     }
@@ -36,11 +37,12 @@ QList<QRect> AccessibleTree::find(const QString &role, const QString &name, Mark
                           QStringLiteral("/org/a11y/atspi/accessible/root")};
     for (const Object &application : children(registry)) {
         if (this->name(application) == m_application) {
-            result += findBelow(application, role, name, mark);
+            result += findBelow(application, role, name, naming);
         }
     }
-    std::ranges::sort(result, std::greater(),
-                      [](const QRect &rect) { return rect.width() * rect.height(); });
+    std::ranges::sort(result, std::greater(), [](const Found &found) {
+        return found.extents.width() * found.extents.height();
+    });
     return result;
 }
 
@@ -82,10 +84,7 @@ bool AccessibleTree::hasState(const Object &object, unsigned bit) const {
     return !states.isEmpty() && (states.first() & (1U << bit)) != 0;
 }
 
-bool AccessibleTree::matches(const Object &object, const QString &role, const QString &name) const {
-    if (this->name(object) != name) {
-        return false;
-    }
+bool AccessibleTree::hasRole(const Object &object, const QString &role) const {
     const QDBusMessage reply = call(object, accessible, "GetRoleName");
     const QString actual = isAnswered(reply) ? reply.arguments().first().toString() : QString();
     return actual == role || actual.endsWith(QLatin1Char(' ') + role);
@@ -118,17 +117,19 @@ QList<AccessibleTree::Object> AccessibleTree::children(const Object &object) con
     return result;
 }
 
-QList<QRect> AccessibleTree::findBelow(const Object &parent, const QString &role,
-                                       const QString &name, Mark mark) const {
-    QList<QRect> result;
+QList<AccessibleTree::Found> AccessibleTree::findBelow(const Object &parent, const QString &role,
+                                                       const QString &name, Naming naming) const {
+    QList<Found> result;
     for (const Object &child : children(parent)) {
         if (!hasState(child, showingBit)) {
             continue;
         }
-        if (matches(child, role, name) && (mark == Mark::any || hasState(child, checkedBit))) {
-            result.append(extents(child));
+        const QString actual = this->name(child);
+        const bool isNamed = naming == Naming::whole ? actual == name : actual.startsWith(name);
+        if (isNamed && hasRole(child, role)) {
+            result.append({actual, extents(child), hasState(child, checkedBit)});
         }
-        result += findBelow(child, role, name, mark);
+        result += findBelow(child, role, name, naming);
     }
     return result;
 }

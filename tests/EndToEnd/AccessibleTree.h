@@ -11,13 +11,22 @@ namespace morvane {
 /// the session bus names for it. Calls block.
 class AccessibleTree {
 public:
+    enum class Naming {
+        whole,
+        beginning, ///< of a name that goes on with what changes
+    };
+
+    struct Found {
+        QString name;
+        QRect extents; ///< in pixels of the screen
+        bool isChecked;
+    };
+
     explicit AccessibleTree(QString application);
 
-    enum class Mark { any, checked };
-
-    /// Where on the screen, in its pixels, the objects are that are showing and have this name and
-    /// role ("button" stands for every kind of button), the largest first.
-    QList<QRect> find(const QString &role, const QString &name, Mark mark);
+    /// The objects that are showing and have this name and role ("button" stands for every kind of
+    /// button), the largest first.
+    QList<Found> find(const QString &role, const QString &name, Naming naming = Naming::whole);
 
 private:
     struct Object {
@@ -30,11 +39,11 @@ private:
                       const QVariantList &arguments = {}) const;
     QString name(const Object &object) const;
     bool hasState(const Object &object, unsigned bit) const;
-    bool matches(const Object &object, const QString &role, const QString &name) const;
+    bool hasRole(const Object &object, const QString &role) const;
     QRect extents(const Object &object) const;
     QList<Object> children(const Object &object) const;
-    QList<QRect> findBelow(const Object &parent, const QString &role, const QString &name,
-                           Mark mark) const;
+    QList<Found> findBelow(const Object &parent, const QString &role, const QString &name,
+                           Naming naming) const;
 
     QString m_application;
     QDBusConnection m_bus{QString()};

@@ -8,20 +8,36 @@
 namespace {
 
 constexpr const char *usage =
-    "Usage: find_accessible [--extents] [--checked] ROLE NAME [SECONDS]\n"
-    "Prints where on the screen the centre of the largest visible object of Morvane's is that has\n"
-    "this role and name, as \"X Y\"; with --extents all of it, as \"LEFT TOP WIDTH HEIGHT\". "
-    "With\n"
-    "--checked only one that has a check mark. Waits up to SECONDS for one to appear. The status "
-    "is 1 when there is none.\n";
+    R"(Usage: find_accessible [--extents|--name|--checked] ROLE NAME [SECONDS]
+Prints where on the screen the centre of the largest visible object of Morvane's is that has this
+role and name, as "X Y"; with --extents all of it, as "LEFT TOP WIDTH HEIGHT". With --name the name
+has only to begin so, and all of it is printed. With --checked only one with a check mark counts.
+Waits up to SECONDS for one to appear. The status is 1 when there is none.
+)";
 
-void print(const QRect &extents, bool whole) {
+enum class Wanted { centre, extents, name };
+
+Wanted takeWanted(QStringList &arguments) {
+    if (arguments.removeAll(QStringLiteral("--name")) > 0) {
+        return Wanted::name;
+    }
+    return arguments.removeAll(QStringLiteral("--extents")) > 0 ? Wanted::extents : Wanted::centre;
+}
+
+void print(const morvane::AccessibleTree::Found &found, Wanted wanted) {
     QTextStream out(stdout);
-    if (whole) {
+    const QRect &extents = found.extents;
+    switch (wanted) {
+    case Wanted::centre:
+        out << extents.center().x() << ' ' << extents.center().y() << '\n';
+        break;
+    case Wanted::extents:
         out << extents.x() << ' ' << extents.y() << ' ' << extents.width() << ' '
             << extents.height() << '\n';
-    } else {
-        out << extents.center().x() << ' ' << extents.center().y() << '\n';
+        break;
+    case Wanted::name:
+        out << found.name << '\n';
+        break;
     }
 }
 
@@ -30,22 +46,26 @@ void print(const QRect &extents, bool whole) {
 int main(int argc, char **argv) {
     const QCoreApplication application(argc, argv);
     QStringList arguments = QCoreApplication::arguments().mid(1);
-    const bool whole = arguments.removeAll(QStringLiteral("--extents")) > 0;
     const bool checked = arguments.removeAll(QStringLiteral("--checked")) > 0;
+    const Wanted wanted = takeWanted(arguments);
     if (arguments.size() < 2) {
         QTextStream(stderr) << usage;
         return 2;
     }
     const qint64 patience = arguments.value(2).toInt() * 1000;
     using morvane::AccessibleTree;
-    const auto mark = checked ? AccessibleTree::Mark::checked : AccessibleTree::Mark::any;
     AccessibleTree tree(QStringLiteral("Morvane"));
+    const auto naming =
+        wanted == Wanted::name ? AccessibleTree::Naming::beginning : AccessibleTree::Naming::whole;
     QElapsedTimer waited;
     waited.start();
     for (;;) {
-        const QList<QRect> found = tree.find(arguments[0], arguments[1], mark);
+        auto found = tree.find(arguments[0], arguments[1], naming);
+        if (checked) {
+            found.removeIf([](const auto &object) { return !object.isChecked; });
+        }
         if (!found.isEmpty()) {
-            print(found.first(), whole);
+            print(found.first(), wanted);
             return 0;
         }
         if (waited.elapsed() >= patience) {
