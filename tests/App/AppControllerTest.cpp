@@ -1,5 +1,6 @@
 #include "App/AppController.h"
 
+#include "App/FakePlatform.h"
 #include "Core/Defaults.h"
 #include "Support/HttpClient.h"
 #include "Support/ManualScheduler.h"
@@ -14,18 +15,12 @@
 namespace morvane {
 namespace {
 
-class NoApplications : public InstalledApplications {
-public:
-    std::optional<QString> displayName(const QString &) const override { return std::nullopt; }
-};
-
 class AppControllerTest : public testing::Test {
 protected:
     AppControllerTest() {
         auto manual = std::make_unique<ManualScheduler>();
         scheduler = manual.get();
-        platform.scheduler = std::move(manual);
-        platform.applications = std::make_unique<NoApplications>();
+        platform = fakePlatform(std::move(manual));
     }
 
     std::string request(const std::string &event, const std::string &body, bool decide) const {
@@ -57,6 +52,10 @@ protected:
 TEST_F(AppControllerTest, MovesToAFreePortAndTellsEverybodyWhoNeedsIt) {
     const auto blocker = taken(0);
     settings.setPort(blocker->serverPort());
+    home.write(QStringLiteral(".codex/hooks.json"),
+               R"({"hooks":{"Stop":[{"command":"/old/.morvane/hook.sh"}]}})");
+    home.write(QStringLiteral(".config/opencode/plugins/morvane.js"), "old");
+    home.write(QStringLiteral(".claude/settings.json"), "{}");
     AppController controller(settings, platform);
     controller.start();
     ASSERT_TRUE(controller.server());
@@ -66,6 +65,11 @@ TEST_F(AppControllerTest, MovesToAFreePortAndTellsEverybodyWhoNeedsIt) {
     Defaults reread(home.path(QStringLiteral("config")), QStringLiteral("test"));
     EXPECT_EQ(MorvaneSettings(reread).port(), port);
     EXPECT_TRUE(script().contains("port=" + QByteArray::number(port) + "\n"));
+    EXPECT_TRUE(home.read(QStringLiteral(".config/opencode/plugins/morvane.js"))
+                    .contains(QByteArray::number(port)));
+    EXPECT_TRUE(home.read(QStringLiteral(".codex/hooks.json")).contains("codex SessionEnd"));
+    EXPECT_EQ(home.read(QStringLiteral(".claude/settings.json")), "{}");
+    EXPECT_EQ(controller.installedAgents(), (QSet{AgentKind::codex, AgentKind::opencode}));
     EXPECT_EQ(controller.serverStatus(), QStringLiteral("listening on 127.0.0.1:%1").arg(port));
     EXPECT_FALSE(controller.lastError());
 }

@@ -1,6 +1,7 @@
 #include "App/StatusMenu.h"
 
 #include "App/AppController.h"
+#include "App/FakePlatform.h"
 #include "Core/BuildInfo.h"
 #include "Core/Defaults.h"
 #include "Support/ManualScheduler.h"
@@ -11,18 +12,6 @@
 
 namespace morvane {
 namespace {
-
-class NoApplications : public InstalledApplications {
-public:
-    std::optional<QString> displayName(const QString &) const override { return std::nullopt; }
-};
-
-PlatformServices noScreen() {
-    PlatformServices result;
-    result.scheduler = std::make_unique<ManualScheduler>();
-    result.applications = std::make_unique<NoApplications>();
-    return result;
-}
 
 class StatusMenuTest : public testing::Test {
 protected:
@@ -58,7 +47,7 @@ protected:
     TemporaryHome home;
     Defaults defaults{home.path(QStringLiteral("config")), QStringLiteral("test")};
     MorvaneSettings settings{defaults};
-    PlatformServices platform = noScreen();
+    PlatformServices platform = fakePlatform(std::make_unique<ManualScheduler>());
     AppController controller{settings, platform};
     StatusMenu statusMenu{controller};
 };
@@ -98,7 +87,8 @@ TEST_F(StatusMenuTest, ConnectsAndDisconnectsTheAgentsOfThisMachine) {
 }
 
 TEST_F(StatusMenuTest, TellsWhatWentWrongUntilItHasGoneRight) {
-    home.write(QStringLiteral(".claude/settings.json"), "{ broken");
+    const QString settingsFile = home.write(QStringLiteral(".claude/settings.json"), "{}");
+    QFile::setPermissions(settingsFile, QFile::ReadOwner);
     open();
     agent("Claude Code")->trigger();
     ASSERT_TRUE(controller.lastError());
@@ -110,7 +100,7 @@ TEST_F(StatusMenuTest, TellsWhatWentWrongUntilItHasGoneRight) {
     EXPECT_EQ(agents().actions().last()->toolTip(),
               "<qt>" + controller.lastError()->toHtmlEscaped() + "</qt>");
 
-    home.write(QStringLiteral(".claude/settings.json"), "{}");
+    QFile::setPermissions(settingsFile, QFile::ReadOwner | QFile::WriteOwner);
     agent("Claude Code")->trigger();
     EXPECT_EQ(agentLines(), "[x] Claude Code");
 }

@@ -1,0 +1,187 @@
+#include "App/AppController.h"
+#include "App/FakePlatform.h"
+#include "Core/AgentAdapter.h"
+#include "Core/Defaults.h"
+#include "Support/HttpClient.h"
+#include "Support/ManualScheduler.h"
+#include "Support/Printing.h"
+#include "Support/TemporaryHome.h"
+#include "Support/WaitUntil.h"
+
+#include <QTcpServer>
+#include <gtest/gtest.h>
+
+namespace morvane {
+namespace {
+
+using enum AgentKind;
+
+class AppControllerActionsTest : public testing::Test {
+protected:
+    AppControllerActionsTest() {
+        QTcpServer probe;
+        probe.listen(QHostAddress::LocalHost);
+        settings.setPort(probe.serverPort());
+    }
+
+    static QList<AgentKind> kinds(const std::vector<const AgentAdapter *> &adapters) {
+        QList<AgentKind> result;
+        for (const AgentAdapter *adapter : adapters) {
+            result << adapter->kind();
+        }
+        return result;
+    }
+
+    /// The last failure without what the system says of it.
+    QString complaint() const {
+        const QString error = controller.lastError().value_or(QString());
+        return error.left(error.indexOf(QStringLiteral(": ")) + 1);
+    }
+
+    void makeReadOnly(const char *path, bool readOnly = true) const {
+        QFile::setPermissions(home.path(QLatin1String(path)),
+                              readOnly ? QFile::ReadOwner : QFile::ReadOwner | QFile::WriteOwner);
+    }
+
+    QByteArray read(const char *path) const { return home.read(QLatin1String(path)); }
+    FakeLoginItem &loginItem() { return static_cast<FakeLoginItem &>(*platform.loginItem); }
+
+    TemporaryHome home;
+    Defaults defaults{home.path(QStringLiteral("config")), QStringLiteral("test")};
+    MorvaneSettings settings{defaults};
+    PlatformServices platform = fakePlatform(std::make_unique<ManualScheduler>());
+    AppController controller{settings, platform};
+};
+
+TEST_F(AppControllerActionsTest, ConnectsRepairsAndDisconnects) {
+    home.write(QStringLiteral(".claude/settings.json"), "{}");
+    home.write(QStringLiteral(".codex/config.toml"));
+    controller.refreshStatus();
+    EXPECT_EQ(kinds(controller.offeredAgents()), (QList{claude, codex}));
+    EXPECT_FALSE(controller.hasDecidableAgent());
+
+    controller.installHooks(codex);
+    controller.installHooks(opencode);
+    EXPECT_EQ(controller.installedAgents(), (QSet{codex, opencode}));
+    EXPECT_TRUE(controller.hasDecidableAgent());
+    // What is connected can be disconnected, also when its agent has left no trace.
+    EXPECT_EQ(kinds(controller.offeredAgents()), (QList{claude, codex, opencode}));
+    controller.uninstallHooks(codex);
+    EXPECT_EQ(controller.installedAgents(), QSet{opencode});
+    EXPECT_FALSE(controller.hasDecidableAgent());
+
+    makeReadOnly(".claude/settings.json");
+    controller.installHooks(claude);
+    EXPECT_EQ(complaint(), "Claude Code connect failed:");
+    controller.repairHooks(claude);
+    EXPECT_EQ(complaint(), "Claude Code repair failed:");
+    makeReadOnly(".claude/settings.json", false);
+    controller.repairHooks(claude);
+    EXPECT_EQ(controller.lastError(), std::nullopt);
+    makeReadOnly(".claude/settings.json");
+    controller.uninstallHooks(claude);
+    EXPECT_EQ(complaint(), "Claude Code disconnect failed:");
+    EXPECT_TRUE(controller.installedAgents().contains(claude));
+}
+
+TEST_F(AppControllerActionsTest, ReleasesWhoeverWaitsWhenApprovalsEnd) {
+    controller.start();
+    ASSERT_TRUE(controller.server());
+    controller.installHooks(claude);
+    controller.installHooks(gemini);
+    const QByteArray gemini = read(".gemini/settings.json");
+    const std::uint16_t port = controller.server()->boundPort();
+    HttpClient hook(port);
+    hook.send(httpPost("/event",
+                       {{"x-morvane-token", settings.eventToken().toStdString()},
+                        {"x-morvane-agent", "claude"},
+                        {"x-hook-event", "PermissionRequest"},
+                        {"x-morvane-decision", "1"}},
+                       R"({"session_id":"s"})"));
+    auto &scheduler = static_cast<ManualScheduler &>(*platform.scheduler);
+    ASSERT_TRUE(waitUntil([&] {
+        scheduler.runPosted();
+        return controller.store().sessionAwaitingDecision().has_value();
+    }));
+    controller.setApprovalsEnabled(false);
+    EXPECT_EQ(httpBody(hook.receiveAll()), "");
+    EXPECT_FALSE(read(".claude/settings.json").contains("decide"));
+    controller.setApprovalsEnabled(true);
+    EXPECT_TRUE(read(".claude/settings.json").contains("PermissionRequest decide"));
+    EXPECT_EQ(read(".gemini/settings.json"), gemini);
+
+    makeReadOnly(".claude/settings.json");
+    controller.setApprovalsEnabled(true);
+    EXPECT_EQ(complaint(), "Couldn't update Claude Code's hooks:");
+    EXPECT_FALSE(settings.approvalsEnabled());
+}
+
+TEST_F(AppControllerActionsTest, SwitchesTheNotificationsOfAllWhoHaveThem) {
+    controller.refreshStatus();
+    EXPECT_FALSE(controller.notificationsSuppressed());
+    controller.setNotificationsSuppressed(true);
+    EXPECT_FALSE(controller.notificationsSuppressed());
+
+    home.write(QStringLiteral(".claude/settings.json"), "{}");
+    controller.setNotificationsSuppressed(true);
+    EXPECT_TRUE(controller.notificationsSuppressed());
+    makeReadOnly(".claude/settings.json");
+    controller.setNotificationsSuppressed(false);
+    EXPECT_EQ(complaint(), "Updating Claude Code's settings failed:");
+    EXPECT_TRUE(controller.notificationsSuppressed());
+}
+
+TEST_F(AppControllerActionsTest, TellsWhoseStatusLineIsTaken) {
+    home.write(QStringLiteral(".claude/settings.json"), R"({"statusLine":{"command":"mine"}})");
+    controller.refreshStatus();
+    EXPECT_TRUE(controller.statusLineBlockedAgents().empty());
+    controller.installHooks(claude);
+    EXPECT_EQ(controller.statusLineBlockedAgents(), std::vector{claude});
+}
+
+TEST_F(AppControllerActionsTest, StartsAtLoginOrSaysWhyNot) {
+    controller.setLaunchAtLogin(true);
+    EXPECT_TRUE(controller.launchAtLogin());
+    loginItem().failure = QStringLiteral("the disk is full");
+    controller.setLaunchAtLogin(false);
+    EXPECT_EQ(controller.lastError(), "Launch-at-login change failed: the disk is full");
+    EXPECT_TRUE(controller.launchAtLogin());
+}
+
+TEST_F(AppControllerActionsTest, RemovesEverythingAndReports) {
+    settings.setSoundEnabled(false);
+    home.write(QStringLiteral(".claude/settings.json"), R"({"model":"opus"})");
+    controller.installHooks(claude);
+    controller.installHooks(kimi);
+    controller.setLaunchAtLogin(true);
+    makeReadOnly(".kimi/config.toml");
+    const QStringList report = controller.removeEverything().split(QStringLiteral("\n• "));
+    ASSERT_EQ(report.size(), 5);
+    EXPECT_EQ(report[0], "Claude Code hooks");
+    EXPECT_TRUE(report[1].startsWith(QStringLiteral("⚠︎ could not remove Kimi CLI hooks: ")));
+    EXPECT_EQ(report.mid(2),
+              (QStringList{QStringLiteral("~/.morvane"), QStringLiteral("login item"),
+                           QStringLiteral("preferences and session history")}));
+    EXPECT_EQ(read(".claude/settings.json"), "{\n  \"model\": \"opus\"\n}\n");
+    EXPECT_FALSE(QFile::exists(home.path(QStringLiteral(".morvane"))));
+    EXPECT_FALSE(loginItem().enabled);
+    Defaults reread(home.path(QStringLiteral("config")), QStringLiteral("test"));
+    EXPECT_FALSE(reread.contains(QStringLiteral("soundEnabled")));
+    EXPECT_FALSE(reread.contains(QStringLiteral("eventToken")));
+    EXPECT_EQ(controller.installedAgents(), QSet{kimi});
+}
+
+TEST_F(AppControllerActionsTest, OpensWhatItCanOfASessionThatIsOver) {
+    HookEvent event;
+    event.kind = CanonicalEvent::promptSubmit;
+    event.sessionID = QStringLiteral("s");
+    event.cwd = QStringLiteral("/shop");
+    controller.store().apply(event);
+    CompletedRecord record;
+    record.cwd = QStringLiteral("/shop");
+    controller.reopenCompleted(record);
+    EXPECT_TRUE(controller.store().sessions().isEmpty());
+}
+
+} // namespace
+} // namespace morvane
