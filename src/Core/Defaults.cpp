@@ -1,11 +1,13 @@
 #include "Core/Defaults.h"
 
 #include "Core/DefaultsFormat.h"
+#include "Core/WholeFile.h"
 
 #include <QDir>
 #include <QFile>
-#include <QSaveFile>
 #include <QStandardPaths>
+
+#include <tuple>
 
 namespace morvane {
 
@@ -70,14 +72,9 @@ void Defaults::write() {
         }
         m_unreadable = false;
     }
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        return;
-    }
-    // Before the first byte, since the token is among them.
-    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
-    file.write(DefaultsFormat::write(m_values));
-    file.commit();
+    WholeFile file(path);
+    file.setMode(0600); // the token is in it
+    std::ignore = file.write(DefaultsFormat::write(m_values));
 }
 
 } // namespace morvane

@@ -1,9 +1,10 @@
 #include "Core/ForwarderScripts.h"
 
+#include "Core/WholeFile.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 namespace morvane {
 
@@ -12,10 +13,7 @@ namespace {
 constexpr QLatin1String hookScript("hook.sh");
 constexpr QLatin1String statusLineScript("statusline.sh");
 
-/// Mode 0755.
-constexpr QFile::Permissions scriptMode = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner |
-                                          QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther |
-                                          QFile::ExeOther;
+constexpr mode_t scriptMode = 0755;
 constexpr QFile::Permissions folderMode = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
 
 QString pathOf(const QString &name) {
@@ -37,13 +35,10 @@ std::optional<Failure> makeScriptFolder() {
 }
 
 std::optional<Failure> writeExecutable(const QString &path, const QByteArray &content) {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        return Failure{file.errorString()};
-    }
-    file.setPermissions(scriptMode);
-    file.write(content);
-    return file.commit() ? std::nullopt : std::optional(Failure{file.errorString()});
+    WholeFile file(path);
+    file.setMode(scriptMode);
+    const auto failure = file.write(content);
+    return failure ? std::optional(cannotWrite(path, *failure)) : std::nullopt;
 }
 
 std::optional<QByteArray> contentOf(const QString &path) {

@@ -1,9 +1,10 @@
 #include "Core/PluginTarget.h"
 
+#include "Core/WholeFile.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include <tuple>
 
@@ -21,16 +22,10 @@ std::optional<Failure> PluginTarget::install() const {
     if (!QDir().mkpath(folder)) {
         return Failure{QStringLiteral("%1 could not be created").arg(folder)};
     }
-    QSaveFile file(m_path);
-    if (file.open(QIODevice::WriteOnly)) {
-        // Before the first byte, since the token is among them.
-        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
-        file.write(std::get<QString>(text).toUtf8());
-        if (file.commit()) {
-            return std::nullopt;
-        }
-    }
-    return Failure{QStringLiteral("%1 could not be written: %2").arg(m_path, file.errorString())};
+    WholeFile file(m_path);
+    file.setMode(0600); // the token is in it
+    const auto failure = file.write(std::get<QString>(text).toUtf8());
+    return failure ? std::optional(cannotWrite(m_path, *failure)) : std::nullopt;
 }
 
 std::optional<Failure> PluginTarget::uninstall() const {

@@ -1,15 +1,15 @@
 #include "Core/SettingsFile.h"
 
+#include "Core/WholeFile.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include <cerrno>
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <system_error>
-#include <unistd.h>
+#include <tuple>
 
 namespace morvane {
 
@@ -37,58 +37,19 @@ std::optional<struct stat> statusOf(const QString &path) {
     return exists ? std::optional(status) : std::nullopt;
 }
 
-/// Gives an open file the owner and the mode of another; 0, or the error.
-int takeOver(int descriptor, const struct stat &other) {
-    struct stat own {};
-    if (::fstat(descriptor, &own) != 0) {
-        return errno;
-    }
-    const bool sameOwner = own.st_uid == other.st_uid && own.st_gid == other.st_gid;
-    if (!sameOwner && ::fchown(descriptor, other.st_uid, other.st_gid) != 0) {
-        return errno;
-    }
-    return ::fchmod(descriptor, other.st_mode & 07777) == 0 ? 0 : errno;
-}
-
-/// The rename itself reaches the disk with its folder. Not every file system can do that, and the
-/// file is whole either way.
-void syncFolder(const QString &path) {
-    const int folder = ::open(QFile::encodeName(QFileInfo(path).path()).constData(),
-                              O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (folder >= 0) {
-        ::fsync(folder);
-        ::close(folder);
+/// What is to take the place of `path`, and look like the file of `model`, where there is one.
+void takeOver(WholeFile &file, const std::optional<struct stat> &model) {
+    if (model) {
+        file.setOwner(model->st_uid, model->st_gid);
+        file.setMode(model->st_mode & 07777);
     }
 }
 
-/// Fills a new file that is to take the place of `path`; what went wrong, or nothing. It looks like
-/// the file of `model`, where there is one.
-QString fill(QSaveFile &file, const QByteArray &content, const std::optional<struct stat> &model) {
-    if (!file.open(QIODevice::WriteOnly)) {
-        return file.errorString();
-    }
-    if (const int error = model ? takeOver(file.handle(), *model) : 0) {
-        return reason(error);
-    }
-    if (file.write(content) != content.size() || !file.flush()) {
-        return file.errorString();
-    }
-    return ::fsync(file.handle()) == 0 ? QString() : reason(errno);
-}
-
-QString commit(QSaveFile &file) {
-    if (!file.commit()) {
-        return file.errorString();
-    }
-    syncFolder(file.fileName());
-    return {};
-}
-
-QString writeWhole(const QString &path, const QByteArray &content,
-                   const std::optional<struct stat> &model) {
-    QSaveFile file(path);
-    const QString fault = fill(file, content, model);
-    return fault.isEmpty() ? commit(file) : fault;
+std::optional<Failure> writeWhole(const QString &path, const QByteArray &content,
+                                  const std::optional<struct stat> &model) {
+    WholeFile file(path);
+    takeOver(file, model);
+    return file.write(content);
 }
 
 Failure cannot(const char *what, const QString &path, const QString &why) {
@@ -151,28 +112,28 @@ Result<SettingsFile::Outcome> SettingsFile::replace(const std::optional<QByteArr
         return cannot("written", m_path, QStringLiteral("it is read-only"));
     }
     if (before && change.backsUp) {
-        const QString fault = writeWhole(backupPath(), *before, status);
-        if (!fault.isEmpty()) {
-            return cannot("backed up", m_path, fault);
+        if (const auto failure = writeWhole(backupPath(), *before, status)) {
+            return cannot("backed up", m_path, failure->message);
         }
     }
     QDir().mkpath(QFileInfo(m_path).path());
-    QSaveFile file(target);
-    QString fault = fill(file, change.content, status);
-    if (fault.isEmpty() && read() != before) {
+    WholeFile file(target);
+    takeOver(file, status);
+    auto failure = file.fill(change.content);
+    if (!failure && read() != before) {
         return Outcome::overtaken;
     }
-    if (fault.isEmpty()) {
-        fault = commit(file);
+    if (!failure) {
+        failure = file.commit();
     }
-    if (!fault.isEmpty()) {
-        return cannot("written", m_path, fault);
+    if (failure) {
+        return cannot("written", m_path, failure->message);
     }
     if (const auto written = read(); written && change.verify(*written)) {
         return Outcome::done;
     }
     if (before) {
-        writeWhole(target, *before, status);
+        std::ignore = writeWhole(target, *before, status);
     }
     return Failure{change.mismatch};
 }

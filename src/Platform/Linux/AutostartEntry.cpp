@@ -52,7 +52,8 @@ std::optional<QString> AutostartEntry::registerItem() {
                DesktopEntry::execValue(m_program) +
                "\n"
                "StartupNotify=false\n");
-    if (!file.commit()) {
+    // The commit alone overlooks a failure to write what is buffered.
+    if (!file.flush() || !file.commit()) {
         return sentence(m_path, "could not be written", file.errorString());
     }
     return std::nullopt;

@@ -1,0 +1,24 @@
+#include "Core/AgentRegistry.h"
+#include "Core/Defaults.h"
+#include "Core/HookInstaller.h"
+#include "Core/MorvaneSettings.h"
+
+#include <QTextStream>
+
+// install_agent AGENT: connects one agent in the home folder of the environment, and says on
+// standard error why it can't. A program of its own, so that it can be ended in the middle.
+
+int main(int argc, char **argv) {
+    using namespace morvane;
+    const auto kind = agentKind(argc > 1 ? argv[1] : "");
+    if (!kind) {
+        return 2;
+    }
+    const MorvaneSettings settings(Defaults::standard());
+    const auto failure =
+        HookInstaller(AgentRegistry::adapter(*kind), settings, settings.port()).install();
+    if (failure) {
+        QTextStream(stderr) << failure->message << '\n';
+    }
+    return failure ? 1 : 0;
+}

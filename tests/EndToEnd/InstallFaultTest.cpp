@@ -1,0 +1,162 @@
+#include "EndToEnd/ChildProcess.h"
+#include "Support/TemporaryHome.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <memory>
+
+namespace morvane {
+namespace {
+
+/// A file that an install changes, and what its owner has in it.
+struct Target {
+    const char *agent;
+    const char *path;
+    const char *before;
+};
+
+void PrintTo(const Target &target, std::ostream *out) {
+    *out << target.agent;
+}
+
+/// An install in a home of its own, by a program that strace lets fail, or ends, at one of its
+/// system calls.
+class InstallFaultTest : public testing::TestWithParam<Target> {
+protected:
+    void SetUp() override {
+        if (ChildProcess({QStringLiteral("strace"), QStringLiteral("-o"),
+                          QStringLiteral("/dev/null"), QStringLiteral("true")},
+                         QProcessEnvironment::systemEnvironment())
+                .wait() != 0) {
+            GTEST_SKIP() << "no program may be traced here";
+        }
+    }
+
+    /// The calls that change something on the disk. Not every processor has each of them, hence the
+    /// question marks; strace counts each by itself.
+    static constexpr std::array calls{
+        "?write",    "?pwrite64",  "?writev", "?fsync",    "?fdatasync", "?ftruncate", "?rename",
+        "?renameat", "?renameat2", "?link",   "?linkat",   "?unlink",    "?unlinkat",  "?mkdir",
+        "?mkdirat",  "?chmod",     "?fchmod", "?fchmodat", "?chown",     "?fchown"};
+    static constexpr int never = 65535;
+
+    struct Home {
+        TemporaryHome folder;
+
+        QByteArray read(const QString &path) const { return folder.read(path); }
+        QStringList names(const QString &path) const {
+            return QDir(QFileInfo(folder.path(path)).path()).entryList(QDir::Files | QDir::Hidden);
+        }
+    };
+
+    std::unique_ptr<Home> newHome() const {
+        auto home = std::make_unique<Home>();
+        home->folder.write(target(), GetParam().before);
+        home->folder.write(backup(), "older");
+        home->folder.write(QStringLiteral(".config/morvane/io.morvane.morvane.json"),
+                           R"({"eventToken":"token","eventServerPort":40123})");
+        return home;
+    }
+
+    QString target() const { return QLatin1String(GetParam().path); }
+    QString backup() const { return target() + QLatin1String(".morvane-backup"); }
+
+    /// Runs the install with `fault` at the call of that number; the exit status, or none when it
+    /// was ended. Sets `reached` to whether there was such a call.
+    std::optional<int> install(const Home &home, const char *call, const char *fault, int number) {
+        const QString log = home.folder.path(QStringLiteral("log"));
+        QProcessEnvironment environment;
+        environment.insert(QStringLiteral("HOME"), home.folder.path());
+        environment.insert(QStringLiteral("XDG_CONFIG_HOME"),
+                           home.folder.path(QStringLiteral(".config")));
+        environment.insert(QStringLiteral("PATH"), qEnvironmentVariable("PATH"));
+        // Leaks can't be looked for in a traced process.
+        environment.insert(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("detect_leaks=0"));
+        ChildProcess child({QStringLiteral("strace"), QStringLiteral("-f"), QStringLiteral("-o"),
+                            log, QStringLiteral("-e"),
+                            QStringLiteral("trace=%1").arg(QLatin1String(call)),
+                            QStringLiteral("-e"),
+                            QStringLiteral("inject=%1:%2:when=%3")
+                                .arg(QLatin1String(call), QLatin1String(fault))
+                                .arg(number),
+                            QStringLiteral(INSTALL_AGENT), QLatin1String(GetParam().agent)},
+                           environment);
+        const auto status = child.wait();
+        const QByteArray trace = home.read(QStringLiteral("log"));
+        reached = trace.contains("(INJECTED)") || trace.contains("killed by");
+        return status;
+    }
+
+    /// What an undisturbed install makes of the file.
+    QByteArray after() {
+        const auto home = newHome();
+        EXPECT_EQ(install(*home, "?write", "error=EIO", never), 0);
+        // The home's path stands in the file.
+        return home->read(target()).replace(home->folder.path().toUtf8(), "HOME");
+    }
+
+    void expectWhole(const Home &home, const QByteArray &after) const {
+        const QByteArray now = home.read(target()).replace(home.folder.path().toUtf8(), "HOME");
+        const QByteArray kept = home.read(backup());
+        const bool isOld = now == GetParam().before;
+        EXPECT_TRUE(isOld || now == after) << now.toStdString();
+        const bool isPlugin = target().endsWith(QLatin1String(".js"));
+        if (isPlugin || (isOld && kept == "older")) {
+            return;
+        }
+        EXPECT_EQ(kept.toStdString(), GetParam().before);
+    }
+
+    bool reached = false;
+};
+
+TEST_P(InstallFaultTest, LeavesTheFileWholeWhereverItIsEnded) {
+    const QByteArray whole = after();
+    int ends = 0;
+    for (const char *call : calls) {
+        for (int number = 1; !HasFailure(); ++number) {
+            SCOPED_TRACE(std::string(call) + " " + std::to_string(number));
+            const auto home = newHome();
+            const auto status = install(*home, call, "signal=KILL", number);
+            EXPECT_EQ(status.has_value(), !reached);
+            expectWhole(*home, whole);
+            if (!reached) {
+                break;
+            }
+            ++ends;
+        }
+    }
+    EXPECT_GE(ends, 4);
+}
+
+TEST_P(InstallFaultTest, LeavesTheFileWholeWhateverFails) {
+    const QByteArray whole = after();
+    int failures = 0;
+    for (const char *call : calls) {
+        for (int number = 1; !HasFailure(); ++number) {
+            SCOPED_TRACE(std::string(call) + " " + std::to_string(number));
+            const auto home = newHome();
+            const auto status = install(*home, call, "error=ENOSPC", number);
+            expectWhole(*home, whole);
+            const bool isNew = home->read(target()) != GetParam().before;
+            EXPECT_EQ(status, isNew ? 0 : 1);
+            EXPECT_LE(home->names(target()).size(), 2);
+            if (!reached) {
+                break;
+            }
+            ++failures;
+        }
+    }
+    EXPECT_GE(failures, 4);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Agents, InstallFaultTest,
+    testing::Values(Target{"claude", ".claude/settings.json", R"({"model":"opus"})"},
+                    Target{"kimi", ".kimi/config.toml", "model = \"k2\"\n"},
+                    Target{"opencode", ".config/opencode/plugins/morvane.js", "// older\n"}),
+    testing::PrintToStringParamName());
+
+} // namespace
+} // namespace morvane
