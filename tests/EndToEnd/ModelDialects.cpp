@@ -146,19 +146,23 @@ json functionCall(const json &request, const std::string &tool, const json &argu
             {"arguments", arguments.dump()}};
 }
 
-/// Each of Codex's shells has arguments of its own.
+/// Each of Codex's shells takes the command in a way of its own. It is to run outside of the
+/// sandbox, so that somebody is asked.
 std::optional<json> shellCall(const json &request, const std::string &command) {
     const auto tool = offered(request, {"exec_command", "shell_command", "shell"});
     if (!tool) {
         return std::nullopt;
     }
+    json arguments = {{"sandbox_permissions", "require_escalated"},
+                      {"justification", "May the command run?"}};
     if (*tool == "exec_command") {
-        return functionCall(request, *tool, {{"cmd", command}});
+        arguments["cmd"] = command;
+    } else if (*tool == "shell_command") {
+        arguments["command"] = command;
+    } else {
+        arguments["command"] = {"sh", "-c", command};
     }
-    if (*tool == "shell_command") {
-        return functionCall(request, *tool, {{"command", command}});
-    }
-    return functionCall(request, *tool, {{"command", {"sh", "-c", command}}});
+    return functionCall(request, *tool, arguments);
 }
 
 } // namespace
