@@ -64,8 +64,11 @@ CapturingListener::~CapturingListener() {
 
 std::optional<CapturedRequest> CapturingListener::take() {
     std::unique_lock lock(m_mutex);
-    m_changed.wait_for(lock, patience, [this] { return m_request.has_value(); });
-    return std::exchange(m_request, std::nullopt);
+    if (!m_changed.wait_for(lock, patience, [this] { return !m_requests.empty(); }))
+        return std::nullopt;
+    CapturedRequest request = std::move(m_requests.front());
+    m_requests.pop_front();
+    return request;
 }
 
 bool CapturingListener::awaitHangUp() {
@@ -96,7 +99,7 @@ void CapturingListener::handle(int connection) {
             continue;
         {
             const std::lock_guard lock(m_mutex);
-            m_request = request;
+            m_requests.push_back(*request);
         }
         m_changed.notify_all();
         if (m_answer) {

@@ -2,6 +2,7 @@
 
 #include <condition_variable>
 #include <cstdint>
+#include <deque>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -17,8 +18,8 @@ struct CapturedRequest {
     std::string body;
 };
 
-/// Stands in for the server on a free port: keeps the last request, answers it with the given
-/// bytes and closes, or holds it until its peer hangs up. A thread of its own does the work.
+/// Stands in for the server on a free port: keeps the requests, answers each with the given bytes
+/// and closes, or holds it until its peer hangs up. A thread of its own does the work.
 class CapturingListener {
 public:
     /// Without an answer every request is held.
@@ -26,7 +27,7 @@ public:
     ~CapturingListener();
 
     [[nodiscard]] std::uint16_t port() const { return m_port; }
-    /// The next request not yet taken; none after a generous wait.
+    /// The earliest request not yet taken; none after a generous wait.
     [[nodiscard]] std::optional<CapturedRequest> take();
     /// Whether the peer of a held request hung up within a generous wait.
     [[nodiscard]] bool awaitHangUp();
@@ -41,7 +42,7 @@ private:
     std::uint16_t m_port = 0;
     std::mutex m_mutex;
     std::condition_variable m_changed;
-    std::optional<CapturedRequest> m_request;
+    std::deque<CapturedRequest> m_requests;
     bool m_hungUp = false;
     std::thread m_thread;
 };

@@ -1,0 +1,238 @@
+#include "CapturingListener.h"
+#include "Core/HookEvent.h"
+#include "EndToEnd/ChildProcess.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace morvane::tests {
+
+namespace {
+
+const std::string okAnswer = response("200 OK", "");
+
+/// One session from its beginning to its end; nobody would miss the text that no person has typed.
+const QByteArray wholeTurn = R"([
+    ["event", {"event": {"type": "session.created", "properties": {"info": {"id": "ses_1"}}}}],
+    ["chat.message", {"sessionID": "ses_1"}, {"parts": [
+        {"type": "text", "text": "Deeper,"},
+        {"type": "text", "text": "<file>", "synthetic": true},
+        {"type": "text", "text": "please"}]}],
+    ["tool.execute.before", {"tool": "write", "sessionID": "ses_1"},
+        {"args": {"filePath": "engine.ts", "content": "a whole file"}}],
+    ["event", {"event": {"type": "permission.asked", "properties": {"id": "per_1",
+        "sessionID": "ses_1", "permission": "edit", "patterns": ["engine.ts"]}}}],
+    ["event", {"event": {"type": "permission.replied", "properties": {"requestID": "per_1",
+        "sessionID": "ses_1", "reply": "once"}}}],
+    ["event", {"event": {"type": "session.idle", "properties": {"sessionID": "ses_1"}}}]
+])";
+
+/// A rendered plugin, and node to run it in: what has been told until the hooks had returned, and
+/// what until the plugin had ended, goes to whoever listens on the port.
+class OpenCodePlugin : public testing::Test {
+protected:
+    std::unique_ptr<ChildProcess> start(std::uint16_t port, const QByteArray &steps,
+                                        const QByteArray &sessions = "{}") {
+        QFile text(QStringLiteral(PLUGIN_TEMPLATE));
+        text.open(QIODevice::ReadOnly);
+        QByteArray content = text.readAll();
+        content.replace("__PORT__", QByteArray::number(port)).replace("__TOKEN__", "0123-abcd");
+        QFile plugin(folder.filePath(QStringLiteral("morvane.mjs")));
+        plugin.open(QIODevice::WriteOnly);
+        plugin.write(content);
+        plugin.close();
+        return std::make_unique<ChildProcess>(
+            QStringList{QStringLiteral("sh"), QStringLiteral("-c"),
+                        QStringLiteral("exec node \"$0\" \"$1\" 2>&1"),
+                        QStringLiteral(PLUGIN_DRIVER), plugin.fileName()},
+            environment, R"({"sessions": )" + sessions + R"(, "steps": )" + steps + "}");
+    }
+
+    static void expectSilence(ChildProcess &process) {
+        EXPECT_EQ(process.wait(), 0);
+        EXPECT_EQ(process.output(), "told\nover\n");
+    }
+
+    /// What Morvane would make of the next request.
+    static HookEvent event(CapturingListener &listener) {
+        const auto request = listener.take();
+        if (!request) {
+            return {};
+        }
+        return HookEvent::decode(
+                   AgentKind::opencode, QString::fromStdString(request->headers.at("x-hook-event")),
+                   QByteArrayView(request->body.data(), qsizetype(request->body.size())), {})
+            .value_or(HookEvent());
+    }
+
+    /// All events of a run with their sessions.
+    std::vector<std::pair<QString, QString>> told(const QByteArray &steps,
+                                                  const QByteArray &sessions, int count) {
+        CapturingListener listener(okAnswer);
+        const auto process = start(listener.port(), steps, sessions);
+        std::vector<std::pair<QString, QString>> result;
+        for (int i = 0; i < count; ++i) {
+            const HookEvent next = event(listener);
+            result.emplace_back(next.nativeName, next.sessionID);
+        }
+        expectSilence(*process);
+        return result;
+    }
+
+    QTemporaryDir folder;
+    QProcessEnvironment environment = [] {
+        QProcessEnvironment result;
+        result.insert(QStringLiteral("PATH"), qEnvironmentVariable("PATH"));
+        return result;
+    }();
+};
+
+} // namespace
+
+TEST_F(OpenCodePlugin, TellsOfATurnInOrder) {
+    CapturingListener listener(okAnswer);
+    const auto process = start(listener.port(), wholeTurn);
+    const HookEvent created = event(listener);
+    EXPECT_EQ(created.kind, CanonicalEvent::sessionStart);
+    EXPECT_EQ(created.sessionID, QLatin1String("ses_1"));
+    EXPECT_EQ(created.cwd, QLatin1String("/projects/asteroids"));
+    const HookEvent prompt = event(listener);
+    EXPECT_EQ(prompt.kind, CanonicalEvent::promptSubmit);
+    EXPECT_EQ(prompt.prompt, QLatin1String("Deeper, please"));
+    const HookEvent tool = event(listener);
+    EXPECT_EQ(tool.kind, CanonicalEvent::toolUse);
+    EXPECT_EQ(tool.toolName, QLatin1String("write"));
+    EXPECT_EQ(tool.toolDetail, QLatin1String("engine.ts"));
+    const HookEvent asked = event(listener);
+    EXPECT_EQ(asked.kind, CanonicalEvent::needsInput);
+    EXPECT_EQ(asked.responseMessage, QLatin1String("edit: engine.ts"));
+    const HookEvent goesOn = event(listener);
+    EXPECT_EQ(goesOn.kind, CanonicalEvent::toolUse);
+    EXPECT_EQ(goesOn.toolName, QLatin1String("edit"));
+    EXPECT_EQ(event(listener).kind, CanonicalEvent::turnEnd);
+    EXPECT_EQ(event(listener).kind, CanonicalEvent::sessionEnd);
+    expectSilence(*process);
+}
+
+TEST_F(OpenCodePlugin, TellsOfASubagentOnlyWhatThePersonHasToAnswer) {
+    const QByteArray steps = R"([
+        ["chat.message", {"sessionID": "ses_1"}, {"parts": []}],
+        ["event", {"event": {"type": "session.created",
+            "properties": {"info": {"id": "ses_2", "parentID": "ses_1"}}}}],
+        ["chat.message", {"sessionID": "ses_2"}, {"parts": []}],
+        ["tool.execute.before", {"tool": "bash", "sessionID": "ses_2"}, {"args": {}}],
+        ["tool.execute.before", {"tool": "bash", "sessionID": "ses_old"}, {"args": {}}],
+        ["event", {"event": {"type": "permission.asked", "properties": {"id": "per_1",
+            "sessionID": "ses_2", "permission": "bash", "patterns": ["make"]}}}],
+        ["event", {"event": {"type": "question.asked", "properties": {"id": "que_1",
+            "sessionID": "ses_old", "questions": [{"question": "Which?", "options": []}]}}}],
+        ["event", {"event": {"type": "permission.replied", "properties": {"requestID": "per_1",
+            "sessionID": "ses_2", "reply": "always"}}}],
+        ["event", {"event": {"type": "question.replied", "properties": {"requestID": "que_1",
+            "sessionID": "ses_old"}}}],
+        ["event", {"event": {"type": "session.idle", "properties": {"sessionID": "ses_2"}}}],
+        ["event", {"event": {"type": "session.deleted",
+            "properties": {"info": {"id": "ses_2", "parentID": "ses_1"}}}}],
+        ["event", {"event": {"type": "session.idle", "properties": {"sessionID": "ses_1"}}}]
+    ])";
+    const QByteArray earlier = R"({"ses_1": {}, "ses_old": {"parentID": "ses_1"}})";
+    const std::vector<std::pair<QString, QString>> expected{
+        {QStringLiteral("prompt.submit"), QStringLiteral("ses_1")},
+        {QStringLiteral("permission.asked"), QStringLiteral("ses_1")},
+        {QStringLiteral("permission.asked"), QStringLiteral("ses_1")},
+        // One of the two is answered, and the other is on the screen now.
+        {QStringLiteral("permission.asked"), QStringLiteral("ses_1")},
+        {QStringLiteral("tool.execute.before"), QStringLiteral("ses_1")},
+        {QStringLiteral("session.idle"), QStringLiteral("ses_1")},
+        {QStringLiteral("session.deleted"), QStringLiteral("ses_1")},
+    };
+    EXPECT_EQ(told(steps, earlier, int(expected.size())), expected);
+}
+
+TEST_F(OpenCodePlugin, PassesOverWhatItDoesNotUnderstand) {
+    const QByteArray steps = R"([
+        ["event", {"event": {"type": "server.connected"}}],
+        ["event", {"event": {"type": "permission.asked", "properties": {}}}],
+        ["event", {"event": {"type": "permission.replied", "properties": {"requestID": "per_9"}}}],
+        ["chat.message", {}, {}],
+        ["tool.execute.before", {"tool": "bash", "sessionID": "ses_1"}, {}],
+        ["event", {"event": {"type": "session.deleted", "properties": {"info": {"id": "ses_1"}}}}]
+    ])";
+    const std::vector<std::pair<QString, QString>> expected{
+        {QStringLiteral("tool.execute.before"), QStringLiteral("ses_1")},
+        {QStringLiteral("session.deleted"), QStringLiteral("ses_1")},
+    };
+    EXPECT_EQ(told(steps, "{}", int(expected.size())), expected);
+}
+
+TEST_F(OpenCodePlugin, SaysWhereItRuns) {
+    struct Case {
+        std::vector<std::pair<const char *, const char *>> variables;
+        std::map<std::string, std::string> headers;
+    };
+    const std::vector<Case> cases{
+        {{{"TERM", "xterm-kitty"}, {"KITTY_WINDOW_ID", "3"}, {"TERM_PROGRAM", "vscode"}},
+         {{"x-term-program", "kitty"},
+          {"x-host-bundle", "net.kovidgoyal.kitty"},
+          {"x-kitty-window", "3"}}},
+        {{{"TERM", "tmux-256color"},
+          {"TERM_PROGRAM", "tmux"},
+          {"TMUX", "/tmp/tmux,1,0"},
+          {"TMUX_PANE", "%4"},
+          {"WEZTERM_PANE", "7"}},
+         {{"x-term-program", "WezTerm"},
+          {"x-host-bundle", "com.github.wez.wezterm"},
+          {"x-tmux-server", "/tmp/tmux,1,0"},
+          {"x-tmux-pane", "%4"},
+          {"x-wezterm-pane", "7"}}},
+        // A terminal that was started from within tmux, in a pane of kitty.
+        {{{"TERM", "alacritty"},
+          {"TMUX", "/tmp/tmux,1,0"},
+          {"TMUX_PANE", "%4"},
+          {"KITTY_WINDOW_ID", "3"}},
+         {{"x-term-program", "alacritty"}, {"x-host-bundle", "io.alacritty"}}},
+        {{{"TERM_PROGRAM", "a\r\nx-hook-event: b"}, {"ZELLIJ_SESSION_NAME", "main"}},
+         {{"x-term-program", "ax-hook-event: b"}, {"x-zellij-session", "main"}}},
+        {{}, {}},
+    };
+    const QProcessEnvironment before = environment;
+    for (const Case &testCase : cases) {
+        environment = before;
+        for (const auto &[name, value] : testCase.variables) {
+            environment.insert(QLatin1String(name), QLatin1String(value));
+        }
+        CapturingListener listener(okAnswer);
+        const auto process = start(listener.port(), wholeTurn);
+        const auto request = listener.take();
+        ASSERT_TRUE(request);
+        EXPECT_EQ(request->requestLine, "POST /event HTTP/1.1");
+        std::map<std::string, std::string> headers = request->headers;
+        EXPECT_EQ(headers["x-morvane-token"], "0123-abcd");
+        EXPECT_EQ(headers["x-morvane-agent"], "opencode");
+        EXPECT_EQ(headers["x-hook-event"], "session.created");
+        std::erase_if(headers, [](const auto &header) {
+            return !header.first.starts_with("x-") || header.first.starts_with("x-morvane-") ||
+                   header.first == "x-hook-event" || header.first == "x-tty";
+        });
+        EXPECT_EQ(headers, testCase.headers);
+        EXPECT_EQ(process->wait(), 0);
+    }
+}
+
+TEST_F(OpenCodePlugin, HoldsNothingUpWhenNobodyListensOrAnswers) {
+    const auto unheard = start(CapturingListener(std::nullopt).port(), wholeTurn);
+    expectSilence(*unheard);
+
+    CapturingListener listener(std::nullopt);
+    const auto unanswered = start(listener.port(), wholeTurn);
+    EXPECT_EQ(unanswered->readLine(), "told");
+    EXPECT_TRUE(listener.take());
+    EXPECT_EQ(unanswered->readLine(), "over");
+}
+
+} // namespace morvane::tests

@@ -1,0 +1,23 @@
+// Loads a plugin as OpenCode does, and takes it through the steps that stand on the standard input:
+// {"sessions": {ID: SESSION}, "steps": [[HOOK, ARGUMENT...]]}. Says whether the hooks
+// have returned at once, and when the plugin is ready to end.
+import { readFileSync } from "node:fs";
+
+const { sessions, steps } = JSON.parse(readFileSync(0, "utf8"));
+const { Morvane } = await import(process.argv[2]);
+const client = { session: { get: async ({ path }) => ({ data: sessions[path.id] }) } };
+const hooks = await Morvane({ client, directory: "/projects/asteroids" });
+
+// Comes after all that can be done without waiting for the world outside.
+let waited = false;
+setImmediate(() => (waited = true));
+for (const [hook, ...given] of steps) {
+    const returned = hooks[hook](...given);
+    // OpenCode waits for its hooks, but not for those that hear of events.
+    if (hook !== "event") {
+        await returned;
+    }
+}
+console.log(waited ? "held up" : "told");
+await hooks.dispose();
+console.log("over");
