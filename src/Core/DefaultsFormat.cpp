@@ -28,9 +28,16 @@ QVariantList toList(const json &array) {
     return result;
 }
 
-bool isData(const json &value) {
-    return value.is_object() && value.size() == 1 && value.contains(dataKey) &&
-           value[dataKey].is_string();
+/// The bytes that the object stands for. None for any other object: what can't be decoded to the
+/// last character would not come back the same when it is written.
+std::optional<QByteArray> toData(const json &object) {
+    if (object.size() != 1 || !object.contains(dataKey) || !object[dataKey].is_string()) {
+        return std::nullopt;
+    }
+    const auto decoded = QByteArray::fromBase64Encoding(
+        QByteArray::fromStdString(object[dataKey].get<std::string>()),
+        QByteArray::AbortOnBase64DecodingErrors);
+    return decoded ? std::optional(*decoded) : std::nullopt;
 }
 
 QVariant toVariant(const json &value) {
@@ -47,12 +54,10 @@ QVariant toVariant(const json &value) {
         return QString::fromStdString(value.get<std::string>());
     case json::value_t::array:
         return toList(value);
-    case json::value_t::object:
-        if (isData(value)) {
-            return QByteArray::fromBase64(
-                QByteArray::fromStdString(value[dataKey].get<std::string>()));
-        }
-        return toMap(value);
+    case json::value_t::object: {
+        const auto data = toData(value);
+        return data ? QVariant(*data) : QVariant(toMap(value));
+    }
     default:
         return {};
     }

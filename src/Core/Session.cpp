@@ -11,6 +11,10 @@ QString Session::displayName() const {
     if (customName && !customName->isEmpty()) {
         return *customName;
     }
+    return nameOf(cwd);
+}
+
+QString Session::nameOf(const QString &cwd) {
     const QString folder = QDir(QDir::cleanPath(cwd)).dirName();
     return cwd.isEmpty() || folder.isEmpty() ? QStringLiteral("session") : folder;
 }

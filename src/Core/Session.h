@@ -50,6 +50,9 @@ struct Session {
     /// The name on the session's row: the person's own, else the folder's, else "session".
     QString displayName() const;
 
+    /// The name of a working directory that no person named: the folder's, else "session".
+    static QString nameOf(const QString &cwd);
+
     /// The context's size in whole thousands, such as "137k"; below a thousand, the number.
     std::optional<QString> contextLabel() const;
 

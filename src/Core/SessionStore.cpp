@@ -11,7 +11,6 @@ namespace {
 
 constexpr Seconds cleanupInterval(60);
 constexpr Seconds transcriptInterval(15);
-constexpr qsizetype maxHistory = 10;
 
 bool isFinished(const Session &session) {
     return session.state == SessionState::done || session.state == SessionState::failed;
@@ -21,7 +20,8 @@ bool isFinished(const Session &session) {
 
 SessionStore::SessionStore(MorvaneSettings &settings, SessionSurroundings surroundings,
                            Scheduler &scheduler)
-    : m_settings(settings), m_surroundings(std::move(surroundings)), m_scheduler(scheduler) {
+    : m_settings(settings), m_surroundings(std::move(surroundings)), m_scheduler(scheduler),
+      m_history(settings.defaults()) {
     scheduleCleanup();
 }
 
@@ -71,6 +71,26 @@ void SessionStore::removeSessions(const QString &cwd) {
             removeSession(session.id);
         }
     }
+}
+
+void SessionStore::renameCwd(const QString &cwd, const std::optional<QString> &name) {
+    if (cwd.isEmpty()) {
+        return;
+    }
+    m_settings.setName(name, cwd);
+    const auto effective = m_settings.name(cwd);
+    bool anyRenamed = false;
+    for (Session &session : m_sessions) {
+        if (session.cwd == cwd && session.customName != effective) {
+            session.customName = effective;
+            anyRenamed = true;
+        }
+    }
+    if (anyRenamed) {
+        emit sessionsChanged();
+    }
+    m_history.rename(cwd, effective.value_or(Session::nameOf(cwd)));
+    emit completedHistoryChanged();
 }
 
 void SessionStore::decide(const QString &sessionID, const AgentDecision &decision) {
@@ -213,13 +233,7 @@ void SessionStore::enrichThrottled(const QString &sessionID, Date now) {
 }
 
 void SessionStore::recordCompleted(const Session &session, Date now) {
-    const CompletedRecord record = CompletedRecord::of(session, now);
-    m_completedHistory.removeIf(
-        [&](const CompletedRecord &earlier) { return earlier.id == record.id; });
-    m_completedHistory.prepend(record);
-    if (m_completedHistory.size() > maxHistory) {
-        m_completedHistory.resize(maxHistory);
-    }
+    m_history.add(CompletedRecord::of(session, now));
     emit completedHistoryChanged();
 }
 

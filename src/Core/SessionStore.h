@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Core/AgentDecision.h"
-#include "Core/CompletedRecord.h"
+#include "Core/CompletedHistory.h"
 #include "Core/HookEvent.h"
 #include "Core/Session.h"
 #include "Core/SessionTransition.h"
@@ -32,7 +32,7 @@ public:
     const QHash<QString, Session> &sessions() const { return m_sessions; }
 
     /// Finished sessions, newest first.
-    const QList<CompletedRecord> &completedHistory() const { return m_completedHistory; }
+    const QList<CompletedRecord> &completedHistory() const { return m_history.records(); }
 
     /// Releases a hook that waits, by its decision id. Set by the controller; while it is unset a
     /// release is dropped.
@@ -49,6 +49,10 @@ public:
 
     /// Forgets the sessions of exactly this working directory, releasing what waits there.
     void removeSessions(const QString &cwd);
+
+    /// Names a working directory, its sessions and its record; an absent or empty name takes the
+    /// present one away.
+    void renameCwd(const QString &cwd, const std::optional<QString> &name);
 
     /// Answers the tool call that the session waits with.
     void decide(const QString &sessionID, const AgentDecision &decision);
@@ -96,7 +100,7 @@ private:
     SessionSurroundings m_surroundings;
     Scheduler &m_scheduler;
     QHash<QString, Session> m_sessions;
-    QList<CompletedRecord> m_completedHistory;
+    CompletedHistory m_history;
     QHash<QString, Date> m_lastEnrichedAt;
     Task m_cleanupTimer;
 };

@@ -593,5 +593,37 @@ TEST_F(StoreTest, KeepsOneRecordOfEachFolder) {
     EXPECT_EQ(store.completedHistory().first().finishedAt, finishedAt);
 }
 
+TEST_F(StoreTest, NamesAFolderForItsSessionsAndItsRecord) {
+    const auto in = [](const QString &id, const QString &cwd) {
+        return EventBuilder(Kind::turnEnd).in(id).with(&HookEvent::cwd, cwd);
+    };
+    apply(in("a", "/p"));
+    apply(in("b", "/p"));
+    apply(in("c", "/p/q"));
+    store.removeSessions("/p/q");
+    apply(Kind::promptSubmit);
+    take(published);
+    const auto recordNames = [this] {
+        return QStringList{store.completedHistory()[0].name, store.completedHistory()[1].name};
+    };
+    store.renameCwd("/p", "Mine");
+    EXPECT_EQ(session("a").customName, "Mine");
+    EXPECT_EQ(session("b").customName, "Mine");
+    EXPECT_EQ(session().customName, std::nullopt);
+    EXPECT_EQ(recordNames(), (QStringList{"q", "Mine"}));
+    EXPECT_EQ(take(published), 1);
+    store.renameCwd("/p/q", "Archived");
+    EXPECT_EQ(published, 0);
+    Defaults reread(home.path("defaults"), "test.domain");
+    EXPECT_EQ(CompletedHistory(reread).records(), store.completedHistory());
+
+    store.renameCwd("/p", "");
+    EXPECT_EQ(session("a").customName, std::nullopt);
+    EXPECT_EQ(recordNames(), (QStringList{"Archived", "p"}));
+    store.renameCwd("", "Nobody's");
+    EXPECT_EQ(settings.sessionNames().size(), 1);
+    EXPECT_EQ(session().customName, std::nullopt);
+}
+
 } // namespace
 } // namespace morvane
