@@ -43,6 +43,10 @@ std::optional<QString> AgentAdapter::cwd(const HookBody &body) const {
     return body.string("cwd");
 }
 
+TranscriptInfo AgentAdapter::readTranscript(const QString &) const {
+    return {};
+}
+
 nlohmann::json AgentAdapter::hookEntry(const QString &command,
                                        const std::optional<QString> &matcher, bool blocking) const {
     nlohmann::json handler{{"type", "command"}, {"command", command.toStdString()}};

@@ -6,6 +6,7 @@
 #include "Core/CanonicalEvent.h"
 #include "Core/NotificationMute.h"
 #include "Core/StatusLineFeed.h"
+#include "Core/TranscriptInfo.h"
 
 #include <QByteArray>
 #include <QByteArrayView>
@@ -65,6 +66,10 @@ public:
 
     virtual std::optional<QString> sessionID(const HookBody &body) const;
     virtual std::optional<QString> cwd(const HookBody &body) const;
+
+    /// What the end of the agent's transcript tells; empty for an agent whose transcripts are not
+    /// read. Reads a file, so not for the main thread.
+    virtual TranscriptInfo readTranscript(const QString &path) const;
 
     /// One entry of the settings file's hooks. Time limits in it are seconds, the agents' unit.
     virtual nlohmann::json hookEntry(const QString &command, const std::optional<QString> &matcher,

@@ -1,6 +1,7 @@
 #include "Core/GitInfo.h"
 
-#include <QFile>
+#include "Core/RegularFile.h"
+
 #include <QFileInfo>
 #include <QStringDecoder>
 
@@ -11,16 +12,16 @@ namespace {
 constexpr int maxLevels = 25;
 
 /// Far above what `.git` and `HEAD` ever hold: a larger file is something else.
-constexpr qint64 maxSize = 65536;
+constexpr qsizetype maxSize = 65536;
 
 /// The file's text; none when it can't be read or isn't UTF-8.
 std::optional<QString> readText(const QString &path) {
-    QFile file(path);
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) {
+    const auto bytes = RegularFile::head(path, maxSize);
+    if (!bytes) {
         return std::nullopt;
     }
     QStringDecoder decode(QStringDecoder::Utf8);
-    const QString text = decode(file.read(maxSize));
+    const QString text = decode(*bytes);
     return decode.hasError() ? std::nullopt : std::optional(text);
 }
 
@@ -53,12 +54,15 @@ std::optional<QString> branch(const QString &cwd) {
         return std::nullopt;
     }
     QString directory = cwd;
+    while (directory.size() > 1 && directory.endsWith(QLatin1Char('/'))) {
+        directory.chop(1);
+    }
     for (int level = 0; level < maxLevels; ++level) {
         const QFileInfo git(directory + QLatin1String("/.git"));
         if (git.isDir()) {
             return branchInGitDir(git.filePath());
         }
-        if (git.isFile()) {
+        if (git.exists()) {
             return branchThroughFile(git.filePath());
         }
         const QString parent = QFileInfo(directory).path();

@@ -40,10 +40,15 @@ bool isNumber(std::string_view text) {
     return text.empty();
 }
 
-/// The same JSON with every well-formed number outside of strings replaced by 0. simdjson refuses
-/// numbers that fit neither 64 bits nor a double, which JSON allows and which some agents send in
-/// tool inputs; no number of a hook's payload is ever read here.
-std::string withoutNumbers(QByteArrayView bytes) {
+/// Whether the number surely fits 64 bits.
+bool isSmall(std::string_view number) {
+    return number.size() <= 18 && number.find_first_of(".eE") == number.npos;
+}
+
+/// The same JSON with every well-formed number outside of strings replaced by 0, but for small
+/// integers. simdjson refuses numbers that fit neither 64 bits nor a double, which JSON allows and
+/// which some agents send in tool inputs; no such number is ever read here.
+std::string withoutLargeNumbers(QByteArrayView bytes) {
     const auto isNumeric = [](char c) {
         return isDigit(c) || c == '-' || c == '+' || c == '.' || c == 'e' || c == 'E';
     };
@@ -54,7 +59,7 @@ std::string withoutNumbers(QByteArrayView bytes) {
         if (!inString && (*at == '-' || isDigit(*at))) {
             const auto end = std::find_if_not(at, bytes.end(), isNumeric);
             const std::string_view number(at, static_cast<std::size_t>(end - at));
-            result.append(isNumber(number) ? std::string_view("0") : number);
+            result.append(isNumber(number) && !isSmall(number) ? std::string_view("0") : number);
             at = end;
             continue;
         }
@@ -79,7 +84,7 @@ std::optional<HookBody> HookBody::parse(QByteArrayView bytes) {
     simdjson::dom::object root;
     auto parsed = threadParser().parse(bytes.data(), static_cast<std::size_t>(bytes.size()));
     if (parsed.error() != simdjson::SUCCESS) {
-        parsed = threadParser().parse(withoutNumbers(bytes));
+        parsed = threadParser().parse(withoutLargeNumbers(bytes));
     }
     if (parsed.get(root) != simdjson::SUCCESS) {
         return std::nullopt;

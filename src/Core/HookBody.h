@@ -11,8 +11,8 @@
 
 namespace morvane {
 
-/// The JSON object of a hook's payload, read generically: each reader asks for a key and a type,
-/// and anything else counts as missing.
+/// The JSON object of a hook's payload, or of a line of a transcript, read generically: each reader
+/// asks for a key and a type, and anything else counts as missing.
 ///
 /// The values live in a parser that each thread has one of, so a body is valid only until the
 /// same thread parses the next one.

@@ -1,11 +1,22 @@
 #include "Core/TranscriptReader.h"
 
+#include "Core/HookBody.h"
+#include "Core/RegularFile.h"
+
 #include <QTextBoundaryFinder>
+
+#include <algorithm>
+#include <cstdint>
+#include <ranges>
+#include <utility>
 
 namespace morvane::TranscriptReader {
 
 namespace {
 
+using simdjson::dom::object;
+
+constexpr qsizetype tailSize = 262'144;
 constexpr int maxCharacters = 120;
 
 /// Where the text's 121st character begins, or -1 when it has no more than 120. Looks at no more
@@ -33,7 +44,159 @@ qsizetype cutPosition(const QString &text) {
     return -1;
 }
 
+std::string_view word(object source, std::string_view key) {
+    std::string_view result;
+    return source[key].get(result) == simdjson::SUCCESS ? result : std::string_view();
+}
+
+/// The integer under the key; one beyond all reason counts as missing.
+std::optional<int> integer(object source, std::string_view key) {
+    std::int64_t value = 0;
+    const bool isInteger = source[key].get(value) == simdjson::SUCCESS;
+    return isInteger && std::in_range<int>(value) ? std::optional(static_cast<int>(value))
+                                                  : std::nullopt;
+}
+
+/// Lines come newest first, so what is there stays.
+template <typename Value>
+void fill(std::optional<Value> &field, const std::optional<Value> &value) {
+    if (!field) {
+        field = value;
+    }
+}
+
+std::optional<int> positive(std::int64_t count) {
+    return count >= 1 && std::in_range<int>(count) ? std::optional(static_cast<int>(count))
+                                                   : std::nullopt;
+}
+
+/// The first text among the blocks that is fit for a person.
+template <typename Blocks>
+std::optional<QString> firstLine(Blocks &&blocks) {
+    for (const object block : blocks) {
+        if (const auto line = displayLine(HookBody::string(block, "text"))) {
+            return line;
+        }
+    }
+    return std::nullopt;
+}
+
+std::vector<object> contentOf(object message) {
+    return HookBody::objects(message, "content").value_or(std::vector<object>());
+}
+
+std::optional<int> contextTokens(object usage) {
+    std::int64_t sum = 0;
+    for (const char *key :
+         {"input_tokens", "cache_read_input_tokens", "cache_creation_input_tokens"}) {
+        sum += integer(usage, key).value_or(0);
+    }
+    return positive(sum);
+}
+
+void takeClaudeMessage(object message, TranscriptInfo &info) {
+    if (auto model = HookBody::string(message, "model")) {
+        fill(info.model, std::optional(model->remove(QLatin1String("claude-"))));
+    }
+    if (const auto usage = HookBody::object(message, "usage")) {
+        fill(info.contextTokens, contextTokens(*usage));
+    }
+    if (!info.lastAssistantText) {
+        std::vector<object> blocks = contentOf(message);
+        std::erase_if(blocks, [](object block) { return word(block, "type") != "text"; });
+        info.lastAssistantText = firstLine(blocks | std::views::reverse);
+    }
+}
+
+void takeClaudeLine(const HookBody &line, TranscriptInfo &info) {
+    const std::string_view type = word(line.root(), "type");
+    if (type == "permission-mode") {
+        fill(info.permissionMode, line.string("permissionMode"));
+    } else if (type == "ai-title") {
+        fill(info.title, displayLine(line.string("aiTitle")));
+    } else if (type == "assistant") {
+        if (const auto message = HookBody::object(line.root(), "message")) {
+            takeClaudeMessage(*message, info);
+        }
+    }
+}
+
+/// Codex marks what it says on the way to its answer with a phase of its own.
+bool isOnTheWay(object message) {
+    std::string_view phase;
+    return message["phase"].get(phase) == simdjson::SUCCESS && phase != "final";
+}
+
+void takeCodexMessage(object message, TranscriptInfo &info) {
+    const std::string_view role = word(message, "role");
+    if (role == "assistant" && !info.lastAssistantText && !isOnTheWay(message)) {
+        info.lastAssistantText = firstLine(contentOf(message) | std::views::reverse);
+    } else if (role == "user" && !info.title) {
+        info.title = firstLine(contentOf(message));
+    }
+}
+
+std::optional<int> lastInputTokens(object tokenCount) {
+    const auto counts = HookBody::object(tokenCount, "info");
+    const auto usage = counts ? HookBody::object(*counts, "last_token_usage") : std::nullopt;
+    return usage ? positive(integer(*usage, "input_tokens").value_or(0)) : std::nullopt;
+}
+
+void takeCodexLine(const HookBody &line, TranscriptInfo &info) {
+    const std::string_view type = word(line.root(), "type");
+    const auto payload = HookBody::object(line.root(), "payload");
+    if (!payload) {
+        return;
+    }
+    const std::string_view kind = word(*payload, "type");
+    if (type == "turn_context") {
+        fill(info.model, HookBody::string(*payload, "model"));
+        fill(info.permissionMode, HookBody::string(*payload, "approval_policy"));
+    } else if (type == "event_msg" && kind == "token_count") {
+        fill(info.contextTokens, lastInputTokens(*payload));
+    } else if (type == "response_item" && kind == "message") {
+        takeCodexMessage(*payload, info);
+    }
+}
+
+template <typename TakeLine>
+TranscriptInfo newestFirst(QByteArrayView lines, TakeLine takeLine) {
+    TranscriptInfo info;
+    if (!simdjson::validate_utf8(lines.data(), static_cast<std::size_t>(lines.size()))) {
+        return info;
+    }
+    while (!lines.isEmpty() && !info.isComplete()) {
+        const qsizetype lineFeed = lines.lastIndexOf('\n');
+        const QByteArrayView line = lines.sliced(lineFeed + 1);
+        lines.truncate(std::max<qsizetype>(lineFeed, 0));
+        if (line.isEmpty()) {
+            continue;
+        }
+        // The first line of a tail is usually cut, and no JSON.
+        if (const auto parsed = HookBody::parse(line)) {
+            takeLine(*parsed, info);
+        }
+    }
+    return info;
+}
+
 } // namespace
+
+TranscriptInfo claudeInfo(QByteArrayView lines) {
+    return newestFirst(lines, takeClaudeLine);
+}
+
+TranscriptInfo codexInfo(QByteArrayView lines) {
+    return newestFirst(lines, takeCodexLine);
+}
+
+TranscriptInfo readClaude(const QString &path) {
+    return claudeInfo(RegularFile::tail(path, tailSize).value_or(QByteArray()));
+}
+
+TranscriptInfo readCodex(const QString &path) {
+    return codexInfo(RegularFile::tail(path, tailSize).value_or(QByteArray()));
+}
 
 std::optional<QString> displayLine(const std::optional<QString> &text) {
     if (!text) {

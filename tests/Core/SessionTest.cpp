@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
 #include <tuple>
 
 namespace morvane {
@@ -131,11 +132,22 @@ TEST(GitInfo, LooksUpwardsSoFarAndNoFurther) {
         directory += "/d";
     }
     EXPECT_EQ(GitInfo::branch(directory), "main");
+    EXPECT_EQ(GitInfo::branch(directory + "//"), "main");
     EXPECT_EQ(GitInfo::branch(directory + "/d"), std::nullopt);
+    EXPECT_EQ(GitInfo::branch("/"), std::nullopt);
 
     // The nearest repository counts, even one without a branch.
     home.write("repository/d/.git/config");
     EXPECT_EQ(GitInfo::branch(directory), std::nullopt);
+
+    // A pipe in the place of a file ends the search, and keeps nobody waiting.
+    home.write("repository/piped/.keep");
+    home.write("repository/headless/.git/config");
+    for (const char *pipe : {"repository/piped/.git", "repository/headless/.git/HEAD"}) {
+        ASSERT_EQ(::mkfifo(QFile::encodeName(home.path(pipe)).constData(), 0600), 0);
+    }
+    EXPECT_EQ(GitInfo::branch(home.path("repository/piped")), std::nullopt);
+    EXPECT_EQ(GitInfo::branch(home.path("repository/headless")), std::nullopt);
 }
 
 } // namespace

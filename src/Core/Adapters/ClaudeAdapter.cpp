@@ -1,5 +1,7 @@
 #include "Core/Adapters/ClaudeAdapter.h"
 
+#include "Core/TranscriptReader.h"
+
 #include <nlohmann/json.hpp>
 
 namespace morvane {
@@ -88,6 +90,10 @@ std::optional<QByteArray> ClaudeAdapter::encodeDecision(const AgentDecision &dec
 
 AgentIntegration ClaudeAdapter::integration() const {
     return JsonHooks{inHome(QStringLiteral(".claude/settings.json")), QStringLiteral("hooks")};
+}
+
+TranscriptInfo ClaudeAdapter::readTranscript(const QString &path) const {
+    return TranscriptReader::readClaude(path);
 }
 
 std::optional<NotificationMute> ClaudeAdapter::notificationMute() const {

@@ -22,6 +22,7 @@ public:
                                              QByteArrayView payload,
                                              const QString &nativeEvent) const override;
     AgentIntegration integration() const override;
+    TranscriptInfo readTranscript(const QString &path) const override;
     std::optional<NotificationMute> notificationMute() const override;
     std::optional<StatusLineFeed> statusLineFeed() const override;
 };

@@ -1,5 +1,7 @@
 #include "Core/Adapters/ClaudeForkAdapter.h"
 
+#include "Core/TranscriptReader.h"
+
 #include <nlohmann/json.hpp>
 
 namespace morvane {
@@ -55,6 +57,10 @@ std::optional<QByteArray> ClaudeForkAdapter::encodeDecision(const AgentDecision 
 
 AgentIntegration ClaudeForkAdapter::integration() const {
     return JsonHooks{inHome(m_settingsPath), QStringLiteral("hooks")};
+}
+
+TranscriptInfo ClaudeForkAdapter::readTranscript(const QString &path) const {
+    return TranscriptReader::readClaude(path);
 }
 
 } // namespace morvane

@@ -1,5 +1,7 @@
 #include "Core/Adapters/CodexAdapter.h"
 
+#include "Core/TranscriptReader.h"
+
 #include <nlohmann/json.hpp>
 
 namespace morvane {
@@ -52,6 +54,10 @@ std::optional<QByteArray> CodexAdapter::encodeDecision(const AgentDecision &deci
 
 AgentIntegration CodexAdapter::integration() const {
     return JsonHooks{inHome(QStringLiteral(".codex/hooks.json")), QStringLiteral("hooks")};
+}
+
+TranscriptInfo CodexAdapter::readTranscript(const QString &path) const {
+    return TranscriptReader::readCodex(path);
 }
 
 } // namespace morvane

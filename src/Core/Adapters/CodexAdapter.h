@@ -20,6 +20,7 @@ public:
                                              QByteArrayView payload,
                                              const QString &nativeEvent) const override;
     AgentIntegration integration() const override;
+    TranscriptInfo readTranscript(const QString &path) const override;
 };
 
 } // namespace morvane

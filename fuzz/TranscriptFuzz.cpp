@@ -1,0 +1,32 @@
+#include "Core/TranscriptReader.h"
+
+#include <QByteArray>
+
+#include <cstdint>
+#include <cstdlib>
+
+// Whatever lies in a transcript, it is read to the end, and the piece of a line that a tail begins
+// with changes nothing. No text is longer than a line on screen.
+namespace {
+
+using namespace morvane;
+
+bool fits(const std::optional<QString> &line) {
+    return line == TranscriptReader::displayLine(line) || line->endsWith(QChar(0x2026));
+}
+
+void check(TranscriptInfo (*read)(QByteArrayView), const QByteArray &lines) {
+    const TranscriptInfo info = read(lines);
+    if (read("piece\"}}\n" + lines) != info || !fits(info.title) || !fits(info.lastAssistantText)) {
+        std::abort();
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
+    const QByteArray lines(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
+    check(TranscriptReader::claudeInfo, lines);
+    check(TranscriptReader::codexInfo, lines);
+    return 0;
+}

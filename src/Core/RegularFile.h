@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+/// Reads a bounded part of a file that somebody else writes, and only of a regular one: a pipe or
+/// a device in its place is refused at once instead of waited for. Stateless; safe from any thread.
+namespace morvane::RegularFile {
+
+/// Up to `limit` bytes from the beginning. None when the file can't be read.
+std::optional<QByteArray> head(const QString &path, qsizetype limit);
+
+/// Up to `limit` bytes before the end that the file has when it is opened. A file that is cut
+/// short meanwhile gives what is left of them; none when it can't be read.
+std::optional<QByteArray> tail(const QString &path, qsizetype limit);
+
+} // namespace morvane::RegularFile

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace morvane {
+
+/// What a transcript tells of its session; each field is absent where the part that was read
+/// doesn't say.
+struct TranscriptInfo {
+    std::optional<QString> model;
+    std::optional<QString> lastAssistantText; ///< one line
+    std::optional<int> contextTokens;         ///< of the last request
+    std::optional<QString> permissionMode;
+    std::optional<QString> title; ///< one line
+
+    bool isComplete() const {
+        return model && lastAssistantText && contextTokens && permissionMode && title;
+    }
+
+    friend bool operator==(const TranscriptInfo &, const TranscriptInfo &) = default;
+};
+
+} // namespace morvane

@@ -1,0 +1,258 @@
+#include "Core/TranscriptReader.h"
+
+#include "Core/AgentAdapter.h"
+#include "Core/AgentRegistry.h"
+#include "Support/Printing.h"
+#include "Support/TemporaryHome.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <tuple>
+#include <utility>
+
+namespace morvane {
+namespace {
+
+using TranscriptReader::claudeInfo;
+using TranscriptReader::codexInfo;
+using Text = std::optional<QString>;
+
+constexpr qsizetype tailSize = 262'144;
+
+QByteArray claudeText(const QByteArray &text) {
+    return R"({"type":"assistant","message":{"content":[{"type":"text","text":")" + text +
+           "\"}]}}\n";
+}
+
+QByteArray claudeModel(const QByteArray &model) {
+    return R"({"type":"assistant","message":{"model":")" + model + "\"}}\n";
+}
+
+QByteArray claudeUsage(const QByteArray &usage) {
+    return R"({"type":"assistant","message":{"usage":)" + usage + "}}\n";
+}
+
+QByteArray claudeContent(const QByteArray &content) {
+    return R"({"type":"assistant","message":{"content":)" + content + "}}\n";
+}
+
+QByteArray codexMessage(const QByteArray &fields, const QByteArray &content) {
+    return R"({"type":"response_item","payload":{"type":"message",)" + fields + R"(,"content":)" +
+           content + "}}\n";
+}
+
+TEST(TranscriptReader, ReadsWhatClaudeCodeWrites) {
+    const TranscriptInfo info = claudeInfo(R"({"type":"permission-mode","permissionMode":"default"}
+{"type":"ai-title","aiTitle":"An older title"}
+{"type":"user","message":{"role":"user","content":"Fix the build"}}
+{"type":"permission-mode","permissionMode":"acceptEdits","sessionId":"s"}
+{"type":"assistant","isSidechain":false,"message":{"model":"claude-sonnet-4-5","role":"assistant",)"
+                                           R"("content":[{"type":"text","text":"Earlier."}],)"
+                                           R"("usage":{"input_tokens":1,"output_tokens":9}}}
+{"type":"ai-title","aiTitle":" Fix\nthe build "}
+{"type":"assistant","message":{"model":"claude-opus-4-1","content":[{"type":"thinking",)"
+                                           R"("thinking":"Hm"},{"type":"text","text":"First."},)"
+                                           R"({"type":"text","text":"All is\nfixed."},)"
+                                           R"({"type":"tool_use","name":"Bash","input":{}}],)"
+                                           R"("usage":{"input_tokens":4,)"
+                                           R"("cache_read_input_tokens":130000,)"
+                                           R"("cache_creation_input_tokens":7005,)"
+                                           R"("output_tokens":200}}}
+{"type":"system","content":"done"}
+)");
+    EXPECT_EQ(info, (TranscriptInfo{"opus-4-1", "All is fixed.", 137'009, "acceptEdits",
+                                    "Fix the build"}));
+}
+
+TEST(TranscriptReader, TakesEachFieldFromTheNewestLineThatHasIt) {
+    const std::pair<QByteArray, TranscriptInfo> cases[] = {
+        {claudeUsage(R"({"input_tokens":50})") + claudeUsage(R"({"input_tokens":0})") +
+             claudeUsage(R"({"input_tokens":-5})") + claudeUsage("{}") + claudeUsage("7"),
+         {{}, {}, 50, {}, {}}},
+        {claudeUsage(R"({"input_tokens":"3","cache_read_input_tokens":2.5,)"
+                     R"("cache_creation_input_tokens":8})"),
+         {{}, {}, 8, {}, {}}},
+        {claudeUsage(R"({"input_tokens":9223372036854775807,"cache_read_input_tokens":1})"),
+         {{}, {}, 1, {}, {}}},
+        {claudeUsage(R"({"input_tokens":2147483647,"cache_read_input_tokens":2147483647})"), {}},
+        {claudeText("Kept.") + claudeText("<system>no</system>") + claudeText("{\\\"a\\\":1}") +
+             claudeText(" \\n "),
+         {{}, "Kept.", {}, {}, {}}},
+        {claudeText("Older.") +
+             claudeContent(R"([{"type":"text","text":"One."},{"type":"text","text":"<two>"}])"),
+         {{}, "One.", {}, {}, {}}},
+        {claudeText("Older.") + claudeContent(R"([{"type":"thinking","text":"Hm."}])"),
+         {{}, "Older.", {}, {}, {}}},
+        {claudeText("Older.") + claudeContent(R"([{"type":"text","text":"Mixed."},"x"])") +
+             claudeContent("\"x\"") + claudeContent(R"([{"type":"text","text":5}])"),
+         {{}, "Older.", {}, {}, {}}},
+        {claudeModel("claude-claude-haiku") + "{\"type\":\"assistant\",\"message\":{\"model\":7}}",
+         {"haiku", {}, {}, {}, {}}},
+        {claudeModel("gpt-5") + "{\"type\":\"user\",\"message\":{\"model\":\"no\"}}\n",
+         {"gpt-5", {}, {}, {}, {}}},
+        {"{\"type\":\"ai-title\",\"aiTitle\":\"Title\"}\n{\"type\":\"ai-title\",\"aiTitle\":\"<"
+         "x\"}",
+         {{}, {}, {}, {}, "Title"}},
+        {claudeModel("claude-a") + "[]\n\n7\n{}\n{\"type\":5}\nnull\n{\"type\":\"assistant\"}\n" +
+             R"({"type":"assistant","message":[]})" + "\r\n{\"type\":\"assistant\",\"mess",
+         {"a", {}, {}, {}, {}}},
+        // Numbers that no 64 bits hold, elsewhere in the line, take nothing from it.
+        {R"({"type":"assistant","n":1e999,"m":123456789012345678901234567890,)"
+         R"("message":{"model":"claude-a","usage":{"input_tokens":12}}})",
+         {"a", {}, 12, {}, {}}},
+        {"", {}},
+        {"\n\n", {}}};
+    for (const auto &[lines, info] : cases) {
+        EXPECT_EQ(claudeInfo(lines), info) << lines.constData();
+    }
+}
+
+TEST(TranscriptReader, ReadsWhatCodexWrites) {
+    const TranscriptInfo info = codexInfo(
+        R"({"type":"session_meta","payload":{"id":"0199","cwd":"/p","model":"no"}}
+{"type":"turn_context","payload":{"cwd":"/p","approval_policy":"never","model":"gpt-5"}}
+{"type":"response_item","payload":{"type":"message","role":"user","content":)"
+        R"([{"type":"input_text","text":"<environment_context>"},)"
+        R"({"type":"input_text","text":" Fix\nthe build "},{"type":"input_text","text":"Last"}]}}
+{"type":"event_msg","payload":{"type":"token_count","info":{"last_token_usage":)"
+        R"({"input_tokens":42000,"output_tokens":5},"total_token_usage":{"input_tokens":99999}}}}
+{"type":"turn_context","payload":{"approval_policy":"on-request","model":"gpt-5-codex"}}
+{"type":"response_item","payload":{"type":"message","role":"assistant","content":)"
+        R"([{"type":"output_text","text":"All is fixed."},{"type":"output_text","text":"<x>"}]}}
+{"type":"response_item","payload":{"type":"message","role":"assistant","phase":"commentary",)"
+        R"("content":[{"type":"output_text","text":"I will look."}]}}
+{"type":"response_item","payload":{"type":"function_call","name":"shell"}}
+{"type":"event_msg","payload":{"type":"token_count","info":null}}
+)");
+    EXPECT_EQ(info, (TranscriptInfo{"gpt-5-codex", "All is fixed.", 42'000, "on-request",
+                                    "Fix the build"}));
+}
+
+TEST(TranscriptReader, PassesOverWhatCodexDoesNotMeanForAPerson) {
+    const QByteArray answer = codexMessage(R"("role":"assistant")", R"([{"text":"Older."}])");
+    const std::pair<QByteArray, Text> answers[] = {
+        {codexMessage(R"("role":"assistant","phase":"final")", R"([{"text":"New."}])"), "New."},
+        {codexMessage(R"("role":"assistant","phase":5)", R"([{"text":"New."}])"), "New."},
+        {codexMessage(R"("role":"assistant","phase":"")", R"([{"text":"New."}])"), "Older."},
+        {codexMessage(R"("role":"assistant","phase":"x")", R"([{"text":"New."}])"), "Older."},
+        {codexMessage(R"("role":"system")", R"([{"text":"New."}])"), "Older."},
+        {codexMessage(R"("role":"assistant")", R"([{"image":"x"},{"text":"{}"}])"), "Older."},
+        {codexMessage(R"("role":"assistant")", R"([{"text":"New."},7])"), "Older."},
+        {R"({"type":"response_item","payload":"x"})", "Older."}};
+    for (const auto &[line, text] : answers) {
+        EXPECT_EQ(codexInfo(answer + line).lastAssistantText, text) << line.constData();
+    }
+    const QByteArray prompt = codexMessage(R"("role":"user")", R"([{"text":"Older"}])");
+    EXPECT_EQ(codexInfo(prompt + codexMessage(R"("role":"user")", R"([{"text":"<a>"}])")).title,
+              "Older");
+    for (const char *usage : {"0", "-1", "1.5", "\"5\"", "null", "99999999999"}) {
+        EXPECT_EQ(codexInfo(R"({"type":"event_msg","payload":{"type":"token_count","info":)"
+                            R"({"last_token_usage":{"input_tokens":)" +
+                            QByteArray(usage) + "}}}}")
+                      .contextTokens,
+                  std::nullopt)
+            << usage;
+    }
+}
+
+/// Transcripts as files.
+class TranscriptFileTest : public testing::Test {
+protected:
+    TranscriptInfo read(const QByteArray &bytes) const {
+        return TranscriptReader::readClaude(home.write("t.jsonl", bytes));
+    }
+
+    /// So many bytes of lines that tell nothing.
+    static QByteArray padding(qsizetype size) {
+        QByteArray result = QByteArray("{\"type\":\"summary\",\"text\":\"ä\"}\n");
+        result = result.repeated(size / result.size());
+        return result + QByteArray(size - result.size(), '\n');
+    }
+
+    TemporaryHome home;
+};
+
+TEST_F(TranscriptFileTest, IsReadFromItsEndOnly) {
+    const QByteArray first = claudeModel("claude-first");
+    EXPECT_EQ(read(first + padding(tailSize - first.size())).model, "first");
+    EXPECT_EQ(read(first + padding(tailSize - first.size() + 1)).model, std::nullopt);
+    EXPECT_EQ(read(padding(3 * tailSize) + first + padding(1000)).model, "first");
+
+    // A line of a quarter megabyte just fits; of one of a megabyte there is only a piece.
+    const auto longLine = [](qsizetype size) {
+        const QByteArray frame = claudeText("Long. ");
+        return claudeText("Long. " + QByteArray(size - frame.size(), 'x'));
+    };
+    EXPECT_TRUE(read(longLine(tailSize)).lastAssistantText);
+    EXPECT_FALSE(read(longLine(tailSize + 1)).lastAssistantText);
+    EXPECT_FALSE(read(longLine(1'000'000)).lastAssistantText);
+    EXPECT_EQ(read(longLine(1'000'000) + claudeText("Short.")).lastAssistantText, "Short.");
+}
+
+TEST_F(TranscriptFileTest, IsReadInNoTimeHoweverLongItIs) {
+    QFile file(home.write("t.jsonl", claudeModel("claude-first")));
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(file.resize(qint64(1) << 33));
+    ASSERT_TRUE(file.seek(file.size()));
+    // The hole before it reads as zeros, which are the end of no character and no JSON.
+    file.write("\n" + claudeModel("claude-last"));
+    file.close();
+    EXPECT_EQ(TranscriptReader::readClaude(file.fileName()).model, "last");
+}
+
+TEST_F(TranscriptFileTest, TellsNothingWhenItIsNotText) {
+    const QByteArray line = claudeModel("claude-a");
+    EXPECT_EQ(read("\xff\n" + line), TranscriptInfo());
+    EXPECT_EQ(read(line + "\xc3"), TranscriptInfo());
+    EXPECT_EQ(read(QByteArray("\0\0\n", 3) + line).model, "a");
+}
+
+TEST_F(TranscriptFileTest, IsReadOnlyWhereItIsAFile) {
+    const QString file = home.write("t.jsonl", claudeModel("claude-a"));
+    const QString link = home.path("link.jsonl");
+    ASSERT_TRUE(QFile::link(file, link));
+    EXPECT_EQ(TranscriptReader::readClaude(link).model, "a");
+
+    const QString pipe = home.path("pipe.jsonl");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    const QString unreadable = home.write("unreadable.jsonl", claudeModel("claude-a"));
+    ASSERT_TRUE(QFile::setPermissions(unreadable, {}));
+    ASSERT_TRUE(QFile::link(home.path("loop"), home.path("loop")));
+    QStringList none{pipe, home.path(),      "/dev/zero", "/dev/tty", home.path("missing"),
+                     "",   home.path("loop")};
+    if (!QFile(unreadable).open(QIODevice::ReadOnly)) {
+        none.append(unreadable);
+    }
+    for (const QString &path : none) {
+        EXPECT_EQ(TranscriptReader::readClaude(path), TranscriptInfo()) << path.toStdString();
+        EXPECT_EQ(TranscriptReader::readCodex(path), TranscriptInfo()) << path.toStdString();
+    }
+}
+
+TEST_F(TranscriptFileTest, IsReadTheWayOfItsAgent) {
+    const QString path =
+        home.write("t.jsonl", claudeModel("claude-a") +
+                                  R"({"type":"turn_context","payload":{"model":"gpt"}})");
+    for (const AgentAdapter *adapter : AgentRegistry::all()) {
+        Text model;
+        switch (adapter->kind()) {
+        case AgentKind::claude:
+        case AgentKind::qoder:
+        case AgentKind::factory:
+        case AgentKind::codebuddy:
+            model = "a";
+            break;
+        case AgentKind::codex:
+            model = "gpt";
+            break;
+        default:
+            break;
+        }
+        EXPECT_EQ(adapter->readTranscript(path).model, model)
+            << displayName(adapter->kind()).toStdString();
+    }
+}
+
+} // namespace
+} // namespace morvane
