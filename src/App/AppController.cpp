@@ -42,6 +42,7 @@ void AppController::start() {
         rememberBoundPort();
         renewConnections();
     }
+    readTranscripts();
     if (m_settings.hasCompletedFirstRun()) {
         watchForNewAgents();
     }
@@ -99,6 +100,15 @@ void AppController::renewConnections() {
     for (const AgentAdapter *adapter : connectedAgents()) {
         makeInstaller(*adapter).renew();
     }
+}
+
+void AppController::readTranscripts() {
+    m_store.readTranscript = [this](AgentKind agent, const QString &path,
+                                    SessionStore::UseTranscript use) {
+        m_platform.background->compute(
+            [agent, path] { return AgentRegistry::adapter(agent).readTranscript(path); },
+            *m_platform.scheduler, &m_store, std::move(use));
+    };
 }
 
 QString AppController::serverStatus() const {

@@ -113,6 +113,7 @@ private:
     void startServer();
     void rememberBoundPort();
     void renewConnections();
+    void readTranscripts();
     void watchForNewAgents();
     void scheduleNewAgentCheck();
     void checkForNewAgents();

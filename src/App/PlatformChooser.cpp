@@ -4,6 +4,7 @@
 #include "Platform/Linux/AutostartEntry.h"
 #include "Platform/Linux/DesktopApplications.h"
 #include "Platform/Linux/EventLoopScheduler.h"
+#include "Platform/Linux/LowPriorityPool.h"
 #include "Platform/Linux/ScreenDisplays.h"
 #include "Platform/Linux/StatusNotifierHost.h"
 #include "Platform/Linux/X11Connection.h"
@@ -17,6 +18,7 @@ namespace morvane {
 PlatformServices choosePlatform() {
     PlatformServices platform;
     platform.scheduler = std::make_unique<EventLoopScheduler>();
+    platform.background = std::make_unique<LowPriorityPool>();
     platform.applications = std::make_unique<DesktopApplications>();
     platform.loginItem = std::make_unique<AutostartEntry>(QCoreApplication::applicationFilePath());
     const auto *gui = qobject_cast<QGuiApplication *>(QCoreApplication::instance());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/BackgroundPool.h"
 #include "Platform/Displays.h"
 #include "Platform/ForegroundApplication.h"
 #include "Platform/InstalledApplications.h"
@@ -17,6 +18,7 @@ namespace morvane {
 /// uses it; main thread.
 struct PlatformServices {
     std::unique_ptr<Scheduler> scheduler;
+    std::unique_ptr<BackgroundPool> background; ///< ends before the scheduler that it reports to
     std::unique_ptr<InstalledApplications> applications;
     std::unique_ptr<LoginItem> loginItem;
 

@@ -179,11 +179,43 @@ std::optional<Session> SessionStore::sessionAwaitingDecision() const {
 
 void SessionStore::enrichFromTranscript(const QString &sessionID, bool completion) {
     const auto session = stored(sessionID);
-    if (!session || !session->transcriptPath) {
+    if (!session || !beginRead(*session)) {
         return;
     }
     m_lastEnrichedAt.insert(sessionID, m_scheduler.now());
-    emit transcriptReadDue(sessionID, completion);
+    const QString recordID = CompletedRecord::idFor(*session);
+    const auto use = [this, sessionID, completion, recordID](const TranscriptInfo &info) {
+        m_enrichmentsInFlight.remove(sessionID);
+        if (auto present = stored(sessionID)) {
+            if (completion && isFinished(*present) && info.lastAssistantText) {
+                present->summary = info.lastAssistantText;
+            }
+            takeTranscript(*present, info);
+        }
+        // The record outlives its session, which may have gone meanwhile.
+        if (completion && info.lastAssistantText &&
+            m_history.summarize(recordID, *info.lastAssistantText)) {
+            emit completedHistoryChanged();
+        }
+    };
+    readTranscript(session->agent, *session->transcriptPath, use);
+}
+
+void SessionStore::enrichRestored(const QString &sessionID) {
+    const auto session = stored(sessionID);
+    if (!session || !beginRead(*session)) {
+        return;
+    }
+    const auto use = [this, sessionID](const TranscriptInfo &info) {
+        m_enrichmentsInFlight.remove(sessionID);
+        if (auto present = stored(sessionID)) {
+            if (!present->summary) {
+                present->summary = info.lastAssistantText;
+            }
+            takeTranscript(*present, info);
+        }
+    };
+    readTranscript(session->agent, *session->transcriptPath, use);
 }
 
 void SessionStore::carryOut(const SessionTransition &transition, Date now) {
@@ -229,6 +261,29 @@ void SessionStore::enrichThrottled(const QString &sessionID, Date now) {
     const bool longAgo = last == m_lastEnrichedAt.constEnd() || now - *last > transcriptInterval;
     if (!session->model || longAgo) {
         enrichFromTranscript(sessionID, false);
+    }
+}
+
+bool SessionStore::beginRead(const Session &session) {
+    if (!readTranscript || !session.transcriptPath || m_enrichmentsInFlight.contains(session.id)) {
+        return false;
+    }
+    m_enrichmentsInFlight.insert(session.id);
+    return true;
+}
+
+void SessionStore::takeTranscript(Session session, const TranscriptInfo &info) {
+    const auto take = [](auto &field, const auto &told) {
+        if (told) {
+            field = told;
+        }
+    };
+    take(session.model, info.model);
+    take(session.contextTokens, info.contextTokens);
+    take(session.permissionMode, info.permissionMode);
+    take(session.aiTitle, info.title);
+    if (session != m_sessions.value(session.id)) {
+        put(session);
     }
 }
 

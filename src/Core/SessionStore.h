@@ -5,10 +5,12 @@
 #include "Core/HookEvent.h"
 #include "Core/Session.h"
 #include "Core/SessionTransition.h"
+#include "Core/TranscriptInfo.h"
 #include "Platform/Scheduler.h"
 
 #include <QHash>
 #include <QObject>
+#include <QSet>
 
 #include <functional>
 
@@ -37,6 +39,11 @@ public:
     /// Releases a hook that waits, by its decision id. Set by the controller; while it is unset a
     /// release is dropped.
     std::function<void(const QString &decisionID, const AgentDecision &)> resolveDecision;
+
+    /// Reads a transcript off the main thread, and hands on what it tells on the main thread. Set
+    /// by the controller; while it is unset nothing is read.
+    using UseTranscript = std::function<void(const TranscriptInfo &)>;
+    std::function<void(AgentKind, const QString &path, UseTranscript)> readTranscript;
 
     /// The one entry for hooks.
     void apply(const HookEvent &event);
@@ -70,8 +77,12 @@ public:
     /// The session whose prompt the digit keys belong to.
     std::optional<Session> sessionAwaitingDecision() const;
 
-    /// Asks for the session's transcript to be read, as far as it has one.
+    /// Brings the session up to what its transcript tells, as far as it has one; with `completion`
+    /// also its summary and its record's. Nothing happens while one is being read for it.
     void enrichFromTranscript(const QString &sessionID, bool completion);
+
+    /// The same for a session that was found on disk.
+    void enrichRestored(const QString &sessionID);
 
 signals:
     /// The sessions have changed.
@@ -79,14 +90,13 @@ signals:
     void completedHistoryChanged();
     /// A session has come to need a person, or has finished or failed; sent for those states only.
     void stateChanges(morvane::SessionState state);
-    /// A transcript has something new: during a turn at most every 15 seconds and session, once
-    /// the session's model is known, and at each completion.
-    void transcriptReadDue(const QString &sessionID, bool completion);
 
 private:
     void carryOut(const SessionTransition &transition, Date now);
     void followUp(const QString &sessionID, std::optional<SessionState> previous, Date now);
     void enrichThrottled(const QString &sessionID, Date now);
+    bool beginRead(const Session &session);
+    void takeTranscript(Session session, const TranscriptInfo &info);
     void recordCompleted(const Session &session, Date now);
     void releaseApproval(const QString &sessionID);
     void resolve(const QString &decisionID, const AgentDecision &decision);
@@ -101,6 +111,7 @@ private:
     Scheduler &m_scheduler;
     QHash<QString, Session> m_sessions;
     CompletedHistory m_history;
+    QSet<QString> m_enrichmentsInFlight; ///< sessions whose transcript is being read
     QHash<QString, Date> m_lastEnrichedAt;
     Task m_cleanupTimer;
 };

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <ranges>
 #include <utility>
 
 namespace morvane::TranscriptReader {
@@ -70,19 +69,27 @@ std::optional<int> positive(std::int64_t count) {
                                                    : std::nullopt;
 }
 
-/// The first text among the blocks that is fit for a person.
-template <typename Blocks>
-std::optional<QString> firstLine(Blocks &&blocks) {
-    for (const object block : blocks) {
-        if (const auto line = displayLine(HookBody::string(block, "text"))) {
+std::vector<object> contentOf(object message) {
+    return HookBody::objects(message, "content").value_or(std::vector<object>());
+}
+
+/// The first text on the way through the blocks that is fit for a person.
+template <typename Block>
+std::optional<QString> firstLine(Block begin, Block end) {
+    for (Block block = begin; block != end; ++block) {
+        if (const auto line = displayLine(HookBody::string(*block, "text"))) {
             return line;
         }
     }
     return std::nullopt;
 }
 
-std::vector<object> contentOf(object message) {
-    return HookBody::objects(message, "content").value_or(std::vector<object>());
+std::optional<QString> firstLine(const std::vector<object> &blocks) {
+    return firstLine(blocks.begin(), blocks.end());
+}
+
+std::optional<QString> lastLine(const std::vector<object> &blocks) {
+    return firstLine(blocks.rbegin(), blocks.rend());
 }
 
 std::optional<int> contextTokens(object usage) {
@@ -104,7 +111,7 @@ void takeClaudeMessage(object message, TranscriptInfo &info) {
     if (!info.lastAssistantText) {
         std::vector<object> blocks = contentOf(message);
         std::erase_if(blocks, [](object block) { return word(block, "type") != "text"; });
-        info.lastAssistantText = firstLine(blocks | std::views::reverse);
+        info.lastAssistantText = lastLine(blocks);
     }
 }
 
@@ -130,7 +137,7 @@ bool isOnTheWay(object message) {
 void takeCodexMessage(object message, TranscriptInfo &info) {
     const std::string_view role = word(message, "role");
     if (role == "assistant" && !info.lastAssistantText && !isOnTheWay(message)) {
-        info.lastAssistantText = firstLine(contentOf(message) | std::views::reverse);
+        info.lastAssistantText = lastLine(contentOf(message));
     } else if (role == "user" && !info.title) {
         info.title = firstLine(contentOf(message));
     }

@@ -71,6 +71,8 @@ void FloatingPresenter::makePanel() {
 
 void FloatingPresenter::subscribe() {
     connect(&m_store, &SessionStore::sessionsChanged, this, &FloatingPresenter::scheduleUpdate);
+    connect(&m_store, &SessionStore::completedHistoryChanged, this,
+            &FloatingPresenter::scheduleUpdate);
     connect(&m_settings, &MorvaneSettings::changed, this, &FloatingPresenter::scheduleUpdate);
     connect(&m_store, &SessionStore::stateChanges, this, &FloatingPresenter::flash);
     connect(&m_capsule, &CapsuleState::expandedChanged, this, &FloatingPresenter::expansionChanged);

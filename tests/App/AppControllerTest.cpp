@@ -3,6 +3,7 @@
 #include "App/FakePlatform.h"
 #include "Core/Defaults.h"
 #include "Support/HttpClient.h"
+#include "Support/ManualPool.h"
 #include "Support/ManualScheduler.h"
 #include "Support/TemporaryHome.h"
 #include "Support/WaitUntil.h"
@@ -21,6 +22,9 @@ protected:
         auto manual = std::make_unique<ManualScheduler>();
         scheduler = manual.get();
         platform = fakePlatform(std::move(manual));
+        auto pool = std::make_unique<ManualPool>();
+        background = pool.get();
+        platform.background = std::move(pool);
     }
 
     std::string request(const std::string &event, const std::string &body, bool decide) const {
@@ -47,6 +51,7 @@ protected:
     MorvaneSettings settings{defaults};
     PlatformServices platform;
     ManualScheduler *scheduler = nullptr;
+    ManualPool *background = nullptr;
 };
 
 TEST_F(AppControllerTest, MovesToAFreePortAndTellsEverybodyWhoNeedsIt) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "App/PlatformServices.h"
+#include "Support/ManualPool.h"
 
 namespace morvane {
 
@@ -33,6 +34,7 @@ private:
 inline PlatformServices fakePlatform(std::unique_ptr<Scheduler> scheduler) {
     PlatformServices result;
     result.scheduler = std::move(scheduler);
+    result.background = std::make_unique<ManualPool>();
     result.applications = std::make_unique<NoApplications>();
     result.loginItem = std::make_unique<FakeLoginItem>();
     return result;

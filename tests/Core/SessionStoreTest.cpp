@@ -45,10 +45,11 @@ protected:
         QObject::connect(&store, &SessionStore::sessionsChanged, &store, [this] { ++published; });
         QObject::connect(&store, &SessionStore::stateChanges, &store,
                          [this](SessionState state) { announced.append(nameOf(state)); });
-        QObject::connect(&store, &SessionStore::transcriptReadDue, &store,
-                         [this](const QString &id, bool completion) {
-                             reads.append(id + (completion ? " completed" : " running"));
-                         });
+        store.readTranscript = [this](AgentKind agent, const QString &path,
+                                      SessionStore::UseTranscript use) {
+            reads.append(displayName(agent) + " " + path);
+            running.push_back(std::move(use));
+        };
     }
 
     /// The session, which has to be there.
@@ -75,6 +76,18 @@ protected:
         }
     }
 
+    /// Lets the oldest read that still runs end.
+    void finishRead(const TranscriptInfo &info = {}) {
+        ASSERT_FALSE(running.empty());
+        const auto use = running.front();
+        running.erase(running.begin());
+        use(info);
+    }
+
+    static EventBuilder withTranscript(Kind kind) {
+        return EventBuilder(kind).with(&HookEvent::transcriptPath, "/t.jsonl");
+    }
+
     /// What has been recorded since the last time.
     template <typename Record>
     static Record take(Record &record) {
@@ -97,6 +110,7 @@ protected:
         scheduler};
 
     QStringList resolved, announced, reads;
+    std::vector<SessionStore::UseTranscript> running;
     Session stateAtRelease;
     int published = 0;
 };
@@ -527,21 +541,127 @@ TEST_F(StoreTest, MarksAsSeenAndTellsOnlyOfChanges) {
     EXPECT_EQ(published, 0);
 }
 
-TEST_F(StoreTest, AsksForTranscriptsThatHaveSomethingNew) {
+TEST_F(StoreTest, ReadsTranscriptsThatHaveSomethingNew) {
     apply(Kind::toolUse);
     apply(Kind::turnEnd);
-    EXPECT_EQ(reads, QStringList());
-    apply(EventBuilder(Kind::promptSubmit).with(&HookEvent::transcriptPath, "/t.jsonl"));
-    EXPECT_EQ(reads, QStringList());
+    EXPECT_EQ(take(reads), QStringList());
+    apply(withTranscript(Kind::promptSubmit));
+    EXPECT_EQ(take(reads), QStringList());
     // As long as no read has told the model, each tool may be the one to bring it.
     apply(Kind::toolUse);
+    EXPECT_EQ(take(reads), QStringList{"Claude Code /t.jsonl"});
+    finishRead();
+    apply(EventBuilder(Kind::toolUse).of(AgentKind::codex));
+    EXPECT_EQ(take(reads), QStringList{"Codex /t.jsonl"});
+    finishRead({"opus", {}, {}, {}, {}});
+    // From then on it is enough now and then, but for the end of a turn.
+    scheduler.advance(Seconds(15));
     apply(Kind::toolUse);
-    EXPECT_EQ(take(reads), (QStringList{"s running", "s running"}));
+    EXPECT_EQ(take(reads).size(), 0);
+    scheduler.advance(Seconds(0.1));
+    apply(Kind::toolUse);
+    EXPECT_EQ(take(reads).size(), 1);
+    finishRead();
+    apply(Kind::toolUse);
+    EXPECT_EQ(take(reads).size(), 0);
+    for (const Kind end : {Kind::turnEnd, Kind::turnFailed}) {
+        apply(end);
+        apply(end);
+        EXPECT_EQ(take(reads).size(), 1);
+        finishRead();
+    }
+    // A session that comes again is a new one.
+    apply(Kind::sessionEnd);
+    apply(withTranscript(Kind::toolUse));
+    EXPECT_EQ(take(reads).size(), 1);
+}
+
+TEST_F(StoreTest, ReadsOneTranscriptOfASessionAtATime) {
+    apply(withTranscript(Kind::toolUse));
+    apply(withTranscript(Kind::toolUse).in("other"));
+    EXPECT_EQ(take(reads).size(), 2);
+    scheduler.advance(Seconds(60));
+    apply(Kind::toolUse);
     apply(Kind::turnEnd);
+    EXPECT_EQ(reads.size(), 0);
+    // The end of the turn has found a read that ran, which isn't one of a completion.
+    finishRead({"opus", "All done.", 5, {}, {}});
+    EXPECT_EQ(session().model, "opus");
+    EXPECT_EQ(session().summary, std::nullopt);
+    EXPECT_EQ(store.completedHistory().first().summary, std::nullopt);
+    apply(Kind::promptSubmit);
     apply(Kind::turnEnd);
-    EXPECT_EQ(take(reads), QStringList{"s completed"});
-    apply(Kind::turnFailed);
-    EXPECT_EQ(take(reads), QStringList{"s completed"});
+    EXPECT_EQ(take(reads).size(), 1);
+    EXPECT_EQ(running.size(), 2u);
+}
+
+TEST_F(StoreTest, TakesWhatATranscriptTellsAndKeepsTheRest) {
+    apply(withTranscript(Kind::toolUse));
+    finishRead({"opus", "Under way.", 1200, "plan", "Title"});
+    EXPECT_EQ(session().model, "opus");
+    EXPECT_EQ(session().contextTokens, 1200);
+    EXPECT_EQ(session().permissionMode, "plan");
+    EXPECT_EQ(session().aiTitle, "Title");
+    EXPECT_EQ(session().summary, std::nullopt);
+    take(published);
+
+    const Session before = session();
+    scheduler.advance(Seconds(16));
+    apply(Kind::toolUse);
+    take(published);
+    finishRead({"opus", "Still under way.", {}, "plan", {}});
+    EXPECT_EQ(published, 0);
+    EXPECT_EQ(session().aiTitle, before.aiTitle);
+    scheduler.advance(Seconds(16));
+    apply(Kind::toolUse);
+    take(published);
+    finishRead({{}, {}, 1300, {}, {}});
+    EXPECT_EQ(take(published), 1);
+    EXPECT_EQ(session().contextTokens, 1300);
+    EXPECT_EQ(session().model, "opus");
+}
+
+TEST_F(StoreTest, SumsUpAFinishedSessionByItsLastWords) {
+    int historyChanges = 0;
+    QObject::connect(&store, &SessionStore::completedHistoryChanged, &store,
+                     [&] { ++historyChanges; });
+    const auto finish = [this](const QString &id, const QString &cwd) {
+        apply(withTranscript(Kind::turnEnd).in(id).with(&HookEvent::cwd, cwd));
+    };
+    const auto summary = [this](int record) { return store.completedHistory()[record].summary; };
+    finish("s", "/p");
+    take(historyChanges);
+    finishRead({{}, "All done.", {}, {}, {}});
+    EXPECT_EQ(session().summary, "All done.");
+    EXPECT_EQ(summary(0), "All done.");
+    EXPECT_EQ(historyChanges, 1);
+    Defaults reread(home.path("defaults"), "test.domain");
+    EXPECT_EQ(CompletedHistory(reread).records(), store.completedHistory());
+
+    // A read without words changes none, and a session that runs again has none yet.
+    apply(Kind::promptSubmit);
+    apply(Kind::turnEnd);
+    finishRead();
+    EXPECT_EQ(session().summary, std::nullopt);
+    apply(Kind::promptSubmit);
+    apply(Kind::turnEnd);
+    apply(Kind::promptSubmit);
+    finishRead({{}, "Late.", {}, {}, {}});
+    EXPECT_EQ(session().summary, std::nullopt);
+    EXPECT_EQ(summary(0), "Late.");
+
+    // The record is found by the folder that the session had when the read began.
+    finish("gone", "/q");
+    apply(EventBuilder(Kind::sessionEnd).in("gone"));
+    finishRead({"opus", "Gone.", {}, {}, {}});
+    EXPECT_EQ(summary(0), "Gone.");
+    EXPECT_FALSE(store.sessions().contains("gone"));
+    finish("moves", "/r");
+    apply(EventBuilder(Kind::subagentStop).in("moves"));
+    apply(EventBuilder(Kind::toolUse).in("moves").with(&HookEvent::cwd, "/elsewhere"));
+    finishRead({{}, "Moved.", {}, {}, {}});
+    EXPECT_EQ(summary(0), "Moved.");
+    EXPECT_EQ(store.completedHistory().first().id, "/r");
 }
 
 TEST_F(StoreTest, ClearsSessionsThatHaveRestedLongEnough) {

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Platform/BackgroundPool.h"
+
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace morvane {
+
+/// A few threads that give way to everything else on the machine. Each is started when there is
+/// work that no other thread is free for, and sleeps when there is none. The end of the pool waits
+/// for the work that runs, and drops what has not begun.
+class LowPriorityPool : public BackgroundPool {
+public:
+    LowPriorityPool() = default;
+    ~LowPriorityPool() override;
+
+    void run(std::function<void()> work) override;
+
+private:
+    void runThread();
+
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::deque<std::function<void()>> m_waiting;
+    std::vector<std::thread> m_threads;
+    std::size_t m_idle = 0; ///< threads that sleep
+    bool m_ending = false;
+};
+
+} // namespace morvane
