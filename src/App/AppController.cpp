@@ -5,6 +5,7 @@
 #include "Core/GitInfo.h"
 #include "Core/HookInstaller.h"
 #include "Core/HostApp.h"
+#include "Core/SessionDiscovery.h"
 
 #include <QPointer>
 #include <QSet>
@@ -43,6 +44,7 @@ void AppController::start() {
         renewConnections();
     }
     readTranscripts();
+    restoreSessions();
     if (m_settings.hasCompletedFirstRun()) {
         watchForNewAgents();
     }
@@ -109,6 +111,15 @@ void AppController::readTranscripts() {
             [agent, path] { return AgentRegistry::adapter(agent).readTranscript(path); },
             *m_platform.scheduler, &m_store, std::move(use));
     };
+}
+
+/// Agents that already run tell nothing until their next turn.
+void AppController::restoreSessions() {
+    const Seconds maxAge(60.0 * m_settings.autoClearMinutes());
+    m_platform.background->compute(
+        [maxAge, now = m_platform.scheduler->now()] { return SessionDiscovery::scan(maxAge, now); },
+        *m_platform.scheduler, this,
+        [this](const QList<DiscoveredSession> &found) { m_store.restore(found); });
 }
 
 QString AppController::serverStatus() const {

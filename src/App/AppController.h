@@ -114,6 +114,7 @@ private:
     void rememberBoundPort();
     void renewConnections();
     void readTranscripts();
+    void restoreSessions();
     void watchForNewAgents();
     void scheduleNewAgentCheck();
     void checkForNewAgents();

@@ -43,6 +43,17 @@ void SessionStore::apply(const HookEvent &event) {
     followUp(event.sessionID, before ? std::optional(before->state) : std::nullopt, now);
 }
 
+void SessionStore::restore(const QList<DiscoveredSession> &discovered) {
+    const Date cutoff = m_scheduler.now() - Seconds(60.0 * m_settings.autoClearMinutes());
+    for (const DiscoveredSession &found : discovered) {
+        // What hooks have told meanwhile is newer than anything on disk.
+        if (found.lastActive >= cutoff && !m_sessions.contains(found.id)) {
+            put(makeRestored(found));
+            enrichRestored(found.id);
+        }
+    }
+}
+
 void SessionStore::acknowledge(const QString &sessionID) {
     if (auto session = stored(sessionID); session && !session->acknowledged) {
         session->acknowledged = true;
@@ -340,6 +351,20 @@ void SessionStore::clearStaleDoneSessions() {
             removeSession(session.id);
         }
     }
+}
+
+Session SessionStore::makeRestored(const DiscoveredSession &discovered) const {
+    Session session;
+    session.id = discovered.id;
+    session.agent = discovered.agent;
+    session.cwd = discovered.cwd;
+    session.transcriptPath = discovered.transcriptPath;
+    session.startedAt = discovered.lastActive;
+    session.lastEventAt = discovered.lastActive;
+    session.stateChangedAt = discovered.lastActive;
+    session.gitBranch = m_surroundings.gitBranch(session.cwd);
+    session.customName = m_surroundings.customName(session.cwd);
+    return session;
 }
 
 std::optional<Session> SessionStore::stored(const QString &sessionID) const {

@@ -2,6 +2,7 @@
 
 #include "Core/AgentDecision.h"
 #include "Core/CompletedHistory.h"
+#include "Core/DiscoveredSession.h"
 #include "Core/HookEvent.h"
 #include "Core/Session.h"
 #include "Core/SessionTransition.h"
@@ -47,6 +48,10 @@ public:
 
     /// The one entry for hooks.
     void apply(const HookEvent &event);
+
+    /// Enters the sessions that were found on disk, as idle ones; one that is known already stays
+    /// as it is, and one that would be cleared at once isn't entered.
+    void restore(const QList<DiscoveredSession> &discovered);
 
     /// Marks one session as seen.
     void acknowledge(const QString &sessionID);
@@ -104,6 +109,7 @@ private:
     void removeSession(const QString &sessionID);
     void scheduleCleanup();
     void clearStaleDoneSessions();
+    Session makeRestored(const DiscoveredSession &discovered) const;
     std::optional<Session> stored(const QString &sessionID) const;
 
     MorvaneSettings &m_settings;

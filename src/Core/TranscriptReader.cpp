@@ -128,10 +128,12 @@ void takeClaudeLine(const HookBody &line, TranscriptInfo &info) {
     }
 }
 
-/// Codex marks what it says on the way to its answer with a phase of its own.
+/// Codex marks what it says on the way to its answer with a phase of its own. The answer has none,
+/// or one whose name depends on the model.
 bool isOnTheWay(object message) {
     std::string_view phase;
-    return message["phase"].get(phase) == simdjson::SUCCESS && phase != "final";
+    return message["phase"].get(phase) == simdjson::SUCCESS && phase != "final" &&
+           phase != "final_answer";
 }
 
 void takeCodexMessage(object message, TranscriptInfo &info) {

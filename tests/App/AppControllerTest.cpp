@@ -139,6 +139,22 @@ TEST_F(AppControllerTest, CarriesADecisionBackToTheHook) {
     EXPECT_EQ(answer.find("HTTP/1.1 200 OK"), 0u);
 }
 
+TEST_F(AppControllerTest, ShowsWhatRanBeforeItStarted) {
+    const QByteArray model = R"({"type":"assistant","cwd":"/p","message":{"model":"claude-a"}})";
+    home.write(QStringLiteral(".claude/projects/p/s.jsonl"), model);
+    AppController controller(settings, platform);
+    controller.start();
+    // The start doesn't wait for the disk.
+    EXPECT_EQ(background->waiting(), 1u);
+    EXPECT_TRUE(controller.store().sessions().isEmpty());
+    background->runAll();
+    scheduler->runPosted();
+    EXPECT_EQ(controller.store().sessions().value(QStringLiteral("s")).cwd, QStringLiteral("/p"));
+    background->runAll();
+    scheduler->runPosted();
+    EXPECT_EQ(controller.store().sessions().value(QStringLiteral("s")).model, QStringLiteral("a"));
+}
+
 TEST_F(AppControllerTest, OffersEachNewAgentOnce) {
     home.write(QStringLiteral(".claude/settings.json"));
     std::vector<std::vector<AgentKind>> offers;

@@ -664,6 +664,50 @@ TEST_F(StoreTest, SumsUpAFinishedSessionByItsLastWords) {
     EXPECT_EQ(store.completedHistory().first().id, "/r");
 }
 
+TEST_F(StoreTest, EntersSessionsThatWereFoundOnDisk) {
+    settings.setAutoClearMinutes(10);
+    settings.setName("Mine", "/p");
+    apply(EventBuilder(Kind::promptSubmit).in("live"));
+    const Session live = session("live");
+    const Date now = scheduler.now();
+    const Date oldest = now - Seconds(600);
+    store.restore({{"old", AgentKind::codex, "/p", "/old.jsonl", oldest - Seconds(0.001)},
+                   {"live", AgentKind::codex, "/p", "/live.jsonl", now},
+                   {"s", AgentKind::codex, "/p", "/s.jsonl", oldest},
+                   {"s", AgentKind::claude, "/q", "/twice.jsonl", now},
+                   {"later", AgentKind::claude, "", "/later.jsonl", now + Seconds(5)}});
+    EXPECT_FALSE(store.sessions().contains("old"));
+    EXPECT_EQ(session("live"), live);
+    Session expected;
+    expected.id = "s";
+    expected.agent = AgentKind::codex;
+    expected.cwd = "/p";
+    expected.transcriptPath = "/s.jsonl";
+    expected.startedAt = expected.lastEventAt = expected.stateChangedAt = oldest;
+    expected.gitBranch = "branch of /p";
+    expected.customName = "Mine";
+    EXPECT_EQ(session(), expected);
+    EXPECT_EQ(session("later").displayName(), "session");
+    EXPECT_EQ(reads, (QStringList{"Codex /s.jsonl", "Claude Code /later.jsonl"}));
+    EXPECT_EQ(announced, QStringList());
+
+    finishRead({"gpt-5", "Asked for more.", 9, "never", "Title"});
+    EXPECT_EQ(session().summary, "Asked for more.");
+    EXPECT_EQ(session().model, "gpt-5");
+    EXPECT_EQ(session().state, SessionState::idle);
+    EXPECT_TRUE(store.completedHistory().isEmpty());
+    // A summary that has come meanwhile is newer, and the read hasn't counted as one of a turn's.
+    apply(EventBuilder(Kind::toolUse).in("s"));
+    finishRead({"opus", "Read late.", {}, {}, {}});
+    EXPECT_EQ(session("later").summary, "Read late.");
+    EXPECT_EQ(reads.size(), 3);
+
+    scheduler.advance(Seconds(60));
+    EXPECT_TRUE(store.sessions().contains("later"));
+    scheduler.advance(Seconds(600));
+    EXPECT_FALSE(store.sessions().contains("later"));
+}
+
 TEST_F(StoreTest, ClearsSessionsThatHaveRestedLongEnough) {
     settings.setAutoClearMinutes(5);
     for (const SessionState state :

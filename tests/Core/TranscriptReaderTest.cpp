@@ -133,6 +133,8 @@ TEST(TranscriptReader, PassesOverWhatCodexDoesNotMeanForAPerson) {
     const QByteArray answer = codexMessage(R"("role":"assistant")", R"([{"text":"Older."}])");
     const std::pair<QByteArray, Text> answers[] = {
         {codexMessage(R"("role":"assistant","phase":"final")", R"([{"text":"New."}])"), "New."},
+        {codexMessage(R"("role":"assistant","phase":"final_answer")", R"([{"text":"New."}])"),
+         "New."},
         {codexMessage(R"("role":"assistant","phase":5)", R"([{"text":"New."}])"), "New."},
         {codexMessage(R"("role":"assistant","phase":"")", R"([{"text":"New."}])"), "Older."},
         {codexMessage(R"("role":"assistant","phase":"x")", R"([{"text":"New."}])"), "Older."},
@@ -228,6 +230,14 @@ TEST_F(TranscriptFileTest, IsReadOnlyWhereItIsAFile) {
         EXPECT_EQ(TranscriptReader::readClaude(path), TranscriptInfo()) << path.toStdString();
         EXPECT_EQ(TranscriptReader::readCodex(path), TranscriptInfo()) << path.toStdString();
     }
+}
+
+/// Shortened, but otherwise as the agents wrote them.
+TEST(TranscriptReader, ReadsWhatAgentsHaveWritten) {
+    const QString data = QStringLiteral(TEST_DATA "/");
+    EXPECT_EQ(TranscriptReader::readCodex(data + "codex.jsonl"),
+              (TranscriptInfo{"gpt-5", "The command is done.", 1000, "on-request",
+                              "Run `touch denied`"}));
 }
 
 TEST_F(TranscriptFileTest, IsReadTheWayOfItsAgent) {

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "Core/AgentKind.h"
+#include "Platform/Time.h"
+
+#include <QString>
+
+namespace morvane {
+
+/// A session whose transcript was found on disk.
+struct DiscoveredSession {
+    QString id;
+    AgentKind agent = AgentKind::claude;
+    QString cwd; ///< empty when the transcript doesn't tell
+    QString transcriptPath;
+    Date lastActive;
+
+    friend bool operator==(const DiscoveredSession &, const DiscoveredSession &) = default;
+};
+
+} // namespace morvane
