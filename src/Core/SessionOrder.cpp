@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <tuple>
+#include <vector>
 
 namespace morvane::SessionOrder {
 
@@ -54,8 +55,20 @@ QSet<QString> finishedRecordIDs(const Sessions &sessions) {
 } // namespace
 
 QList<Session> sorted(const Sessions &sessions) {
-    QList<Session> result = sessions.values();
-    std::ranges::sort(result, comesBefore);
+    // A session is too large to be moved about again and again.
+    std::vector<const Session *> order;
+    order.reserve(static_cast<std::size_t>(sessions.size()));
+    for (const Session &session : sessions) {
+        order.push_back(&session);
+    }
+    std::ranges::sort(order, [](const Session *left, const Session *right) {
+        return comesBefore(*left, *right);
+    });
+    QList<Session> result;
+    result.reserve(sessions.size());
+    for (const Session *session : order) {
+        result.append(*session);
+    }
     return result;
 }
 
@@ -88,23 +101,6 @@ QList<CompletedRecord> archived(const QList<CompletedRecord> &jumpable, const Se
     const QSet<QString> finished = finishedRecordIDs(sessions);
     return where(jumpable,
                  [&](const CompletedRecord &record) { return !finished.contains(record.id); });
-}
-
-bool hasPendingDecision(const Sessions &sessions) {
-    return std::ranges::any_of(
-        sessions, [](const Session &session) { return session.pendingDecisionID().has_value(); });
-}
-
-bool hasExternalPrompt(const Sessions &sessions) {
-    return std::ranges::any_of(sessions, [](const Session &session) {
-        return session.pendingExternalResponse.has_value();
-    });
-}
-
-bool hasUnacknowledgedNeedsInput(const Sessions &sessions) {
-    return std::ranges::any_of(sessions, [](const Session &session) {
-        return session.state == SessionState::needsInput && !session.acknowledged;
-    });
 }
 
 bool showsAgentBadges(const Sessions &sessions, const QList<CompletedRecord> &history) {

@@ -6,8 +6,8 @@
 #include <QHash>
 #include <QList>
 
-/// How all sessions together are listed and summed up. Pure functions of the sessions; the caller
-/// that needs a list twice holds on to it.
+/// How the sessions and the history are listed. Pure functions; `SessionOverview` holds on to what
+/// they give.
 namespace morvane::SessionOrder {
 
 using Sessions = QHash<QString, Session>;
@@ -33,10 +33,6 @@ QList<CompletedRecord> recentlyCompleted(const QList<CompletedRecord> &jumpable,
 
 /// The others of them.
 QList<CompletedRecord> archived(const QList<CompletedRecord> &jumpable, const Sessions &sessions);
-
-bool hasPendingDecision(const Sessions &sessions);
-bool hasExternalPrompt(const Sessions &sessions);
-bool hasUnacknowledgedNeedsInput(const Sessions &sessions);
 
 /// True when live and finished sessions are of more than one agent, so that each row has to say
 /// whose it is. A record that names no agent is Claude Code's.

@@ -1,7 +1,6 @@
 #include "Core/SessionStore.h"
 
 #include "Core/MorvaneSettings.h"
-#include "Core/SessionOrder.h"
 
 #include <algorithm>
 
@@ -23,6 +22,14 @@ SessionStore::SessionStore(MorvaneSettings &settings, SessionSurroundings surrou
     : m_settings(settings), m_surroundings(std::move(surroundings)), m_scheduler(scheduler),
       m_history(settings.defaults()) {
     scheduleCleanup();
+}
+
+QList<CompletedRecord> SessionStore::jumpableCompleted() const {
+    return SessionOrder::jumpable(completedHistory());
+}
+
+bool SessionStore::hasWorkingUsageMilestoneSession() const {
+    return summary().hasWorkingUsageMilestoneSession;
 }
 
 void SessionStore::apply(const HookEvent &event) {
@@ -70,7 +77,7 @@ void SessionStore::acknowledgeDone() {
         }
     }
     if (anySeen) {
-        emit sessionsChanged();
+        publishSessions();
     }
 }
 
@@ -98,10 +105,10 @@ void SessionStore::renameCwd(const QString &cwd, const std::optional<QString> &n
         }
     }
     if (anyRenamed) {
-        emit sessionsChanged();
+        publishSessions();
     }
     m_history.rename(cwd, effective.value_or(Session::nameOf(cwd)));
-    emit completedHistoryChanged();
+    publishHistory();
 }
 
 void SessionStore::decide(const QString &sessionID, const AgentDecision &decision) {
@@ -181,7 +188,7 @@ void SessionStore::approvalExpired(const QString &decisionID) {
 }
 
 std::optional<Session> SessionStore::sessionAwaitingDecision() const {
-    const QList<Session> active = SessionOrder::active(SessionOrder::sorted(m_sessions));
+    const QList<Session> &active = m_overview.active();
     const auto waiting = std::ranges::find_if(active, [](const Session &session) {
         return session.pendingApproval || session.pendingQuestion;
     });
@@ -206,7 +213,7 @@ void SessionStore::enrichFromTranscript(const QString &sessionID, bool completio
         // The record outlives its session, which may have gone meanwhile.
         if (completion && info.lastAssistantText &&
             m_history.summarize(recordID, *info.lastAssistantText)) {
-            emit completedHistoryChanged();
+            publishHistory();
         }
     };
     readTranscript(session->agent, *session->transcriptPath, use);
@@ -300,6 +307,16 @@ void SessionStore::takeTranscript(Session session, const TranscriptInfo &info) {
 
 void SessionStore::recordCompleted(const Session &session, Date now) {
     m_history.add(CompletedRecord::of(session, now));
+    publishHistory();
+}
+
+void SessionStore::publishSessions() {
+    m_overview.forgetSessions();
+    emit sessionsChanged();
+}
+
+void SessionStore::publishHistory() {
+    m_overview.forgetHistory();
     emit completedHistoryChanged();
 }
 
@@ -323,13 +340,13 @@ void SessionStore::resolve(const QString &decisionID, const AgentDecision &decis
 
 void SessionStore::put(const Session &session) {
     m_sessions.insert(session.id, session);
-    emit sessionsChanged();
+    publishSessions();
 }
 
 void SessionStore::removeSession(const QString &sessionID) {
     m_lastEnrichedAt.remove(sessionID);
     if (m_sessions.remove(sessionID)) {
-        emit sessionsChanged();
+        publishSessions();
     }
 }
 

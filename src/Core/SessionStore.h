@@ -5,6 +5,7 @@
 #include "Core/DiscoveredSession.h"
 #include "Core/HookEvent.h"
 #include "Core/Session.h"
+#include "Core/SessionOverview.h"
 #include "Core/SessionTransition.h"
 #include "Core/TranscriptInfo.h"
 #include "Platform/Scheduler.h"
@@ -36,6 +37,33 @@ public:
 
     /// Finished sessions, newest first.
     const QList<CompletedRecord> &completedHistory() const { return m_history.records(); }
+
+    // What they come to, worked out once for each change.
+
+    /// The one status of all sessions, and since when; none without a session.
+    std::optional<SessionState> aggregatedState() const { return aggregate().state; }
+    std::optional<Date> aggregatedStateSince() const { return aggregate().since; }
+    /// By state, the one that waits for a person first, then the latest event first.
+    QList<Session> sortedSessions() const { return m_overview.sorted(); }
+    /// Those that are working or wait for a person.
+    QList<Session> activeSessions() const { return m_overview.active(); }
+    /// Those that are anything but idle.
+    QList<Session> reportableSessions() const { return m_overview.reportable(); }
+    /// Those that are idle.
+    QList<Session> openSessions() const { return m_overview.open(); }
+    /// The finished ones that are on offer: the first few of the history.
+    QList<CompletedRecord> jumpableCompleted() const;
+    /// Those of them whose live session is still there.
+    QList<CompletedRecord> recentlyCompleted() const { return m_overview.recentlyCompleted(); }
+    /// The others of them.
+    QList<CompletedRecord> archivedCompleted() const { return m_overview.archived(); }
+    bool hasPendingDecision() const { return summary().hasPendingDecision; }
+    bool hasExternalPrompt() const { return summary().hasExternalPrompt; }
+    bool hasUnacknowledgedNeedsInput() const { return summary().hasUnacknowledgedNeedsInput; }
+    bool hasReportableSessions() const { return summary().hasReportableSessions; }
+    bool hasWorkingUsageMilestoneSession() const;
+    /// True when live and finished sessions are of more than one agent.
+    bool showsAgentBadges() const { return m_overview.showsAgentBadges(); }
 
     /// Releases a hook that waits, by its decision id. Set by the controller; while it is unset a
     /// release is dropped.
@@ -103,6 +131,10 @@ private:
     bool beginRead(const Session &session);
     void takeTranscript(Session session, const TranscriptInfo &info);
     void recordCompleted(const Session &session, Date now);
+    void publishSessions();
+    void publishHistory();
+    const SessionSummary &summary() const { return m_overview.summary(); }
+    const AggregateStatus &aggregate() const { return summary().aggregate; }
     void releaseApproval(const QString &sessionID);
     void resolve(const QString &decisionID, const AgentDecision &decision);
     void put(const Session &session);
@@ -117,6 +149,7 @@ private:
     Scheduler &m_scheduler;
     QHash<QString, Session> m_sessions;
     CompletedHistory m_history;
+    SessionOverview m_overview{m_sessions, m_history.records()};
     QSet<QString> m_enrichmentsInFlight; ///< sessions whose transcript is being read
     QHash<QString, Date> m_lastEnrichedAt;
     Task m_cleanupTimer;

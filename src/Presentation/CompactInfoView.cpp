@@ -1,6 +1,5 @@
 #include "Presentation/CompactInfoView.h"
 
-#include "Core/SessionOrder.h"
 #include "Core/SessionStore.h"
 #include "Core/TimeFormat.h"
 #include "Presentation/Colors.h"
@@ -34,7 +33,7 @@ CompactInfoView::CompactInfoView(SessionStore &store, Scheduler &scheduler, QWid
 }
 
 void CompactInfoView::refresh() {
-    const auto reportable = SessionOrder::reportable(SessionOrder::sorted(m_store.sessions()));
+    const auto reportable = m_store.reportableSessions();
     m_since =
         reportable.isEmpty() ? std::nullopt : std::optional(reportable.first().stateChangedAt);
     m_count->setText(QStringLiteral("×%1").arg(reportable.size()));

@@ -1,6 +1,5 @@
 #include "Presentation/CompactStatusView.h"
 
-#include "Core/AggregateStatus.h"
 #include "Core/SessionStore.h"
 #include "Presentation/StateMark.h"
 
@@ -16,7 +15,7 @@ CompactStatusView::CompactStatusView(SessionStore &store, QWidget *parent)
     : PixelFrameView(pixel, parent), m_store(store) {}
 
 void CompactStatusView::refresh() {
-    const StateMark mark = StateMark::of(AggregateStatus::of(m_store.sessions()).state);
+    const StateMark mark = StateMark::of(m_store.aggregatedState());
     setFrame(mark.frame, mark.color);
 }
 

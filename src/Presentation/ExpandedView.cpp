@@ -1,6 +1,5 @@
 #include "Presentation/ExpandedView.h"
 
-#include "Core/SessionOrder.h"
 #include "Core/SessionStore.h"
 #include "Platform/Scheduler.h"
 #include "Presentation/Colors.h"
@@ -55,29 +54,25 @@ void ExpandedView::setContentHeightBudget(int budget) {
 }
 
 void ExpandedView::refresh() {
-    const auto &sessions = m_store.sessions();
-    const bool needsAttention =
-        SessionOrder::hasPendingDecision(sessions) || SessionOrder::hasExternalPrompt(sessions);
+    const bool needsAttention = m_store.hasPendingDecision() || m_store.hasExternalPrompt();
     m_width = needsAttention ? attentionWidth : standardWidth;
 
-    const QList<Session> sorted = SessionOrder::sorted(sessions);
     QSet<QString> kept;
-    QList<QWidget *> content = takeRows(SessionOrder::active(sorted), kept);
+    QList<QWidget *> content = takeRows(m_store.activeSessions(), kept);
     const auto append = [&content](TextLabel *header, const QList<QWidget *> &rows) {
         if (!rows.isEmpty()) {
             content.append(header);
             content.append(rows);
         }
     };
-    append(m_openHeader, takeRows(SessionOrder::open(sorted), kept));
-    const auto records = SessionOrder::jumpable(m_store.completedHistory());
-    if (content.isEmpty() && records.isEmpty()) {
+    append(m_openHeader, takeRows(m_store.openSessions(), kept));
+    if (content.isEmpty() && m_store.jumpableCompleted().isEmpty()) {
         content.append(m_emptyText);
     }
     // While somebody waits for an answer, the eye belongs to the question.
     if (!needsAttention) {
-        append(m_recentHeader, takeRows(SessionOrder::recentlyCompleted(records, sessions), kept));
-        append(m_archiveHeader, takeRows(SessionOrder::archived(records, sessions), kept));
+        append(m_recentHeader, takeRows(m_store.recentlyCompleted(), kept));
+        append(m_archiveHeader, takeRows(m_store.archivedCompleted(), kept));
     }
     dropRows(m_rows, kept);
     dropRows(m_completedRows, kept);
@@ -114,7 +109,7 @@ QList<QWidget *> ExpandedView::takeRows(const QList<CompletedRecord> &records,
 }
 
 bool ExpandedView::showsAgents() const {
-    return SessionOrder::showsAgentBadges(m_store.sessions(), m_store.completedHistory());
+    return m_store.showsAgentBadges();
 }
 
 SessionRow &ExpandedView::row(const QString &sessionID) {

@@ -1,7 +1,6 @@
 #include "Presentation/FloatingPresenter.h"
 
 #include "Core/MorvaneSettings.h"
-#include "Core/SessionOrder.h"
 #include "Core/SessionStore.h"
 #include "Platform/OverlayWindows.h"
 #include "Presentation/FloatingCapsuleView.h"
@@ -174,9 +173,7 @@ void FloatingPresenter::menuClosed() {
 /// Not a plain question: an ambient capsule forgets that it was dismissed as soon as a session is
 /// active.
 bool FloatingPresenter::shouldBeVisible() {
-    const auto &sessions = m_store.sessions();
-    const bool hasActive = std::ranges::any_of(
-        sessions, [](const Session &session) { return session.state < SessionState::done; });
+    const bool hasActive = !m_store.activeSessions().isEmpty();
     if (!hasActive && m_dismissed) {
         return false;
     }
@@ -185,7 +182,7 @@ bool FloatingPresenter::shouldBeVisible() {
         return true;
     }
     return m_settings.showWhenIdle() || m_presented || m_capsule.isExpanded() || m_flashActive ||
-           SessionOrder::hasUnacknowledgedNeedsInput(sessions);
+           m_store.hasUnacknowledgedNeedsInput();
 }
 
 void FloatingPresenter::updateVisibility(Motion motion) {

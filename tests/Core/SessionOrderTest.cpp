@@ -1,6 +1,6 @@
 #include "Core/SessionOrder.h"
 
-#include "Core/AggregateStatus.h"
+#include "Core/SessionSummary.h"
 #include "Support/Printing.h"
 
 #include <gtest/gtest.h>
@@ -102,23 +102,33 @@ TEST(SessionOrder, KeepsRowsThatTieInPlace) {
     EXPECT_EQ(ids(SessionOrder::sorted(other)), first);
 }
 
-TEST(SessionOrder, TellsWhatWaits) {
-    SessionOrder::Sessions sessions = table({session("a", working, true, 0)});
-    EXPECT_FALSE(SessionOrder::hasPendingDecision(sessions));
-    EXPECT_FALSE(SessionOrder::hasExternalPrompt(sessions));
-    EXPECT_FALSE(SessionOrder::hasUnacknowledgedNeedsInput(sessions));
+TEST(SessionSummary, TellsWhatWaitsAndWhatWorks) {
+    SessionOrder::Sessions sessions;
+    const auto summary = [&] { return SessionSummary::of(sessions); };
+    EXPECT_FALSE(summary().hasReportableSessions);
+    sessions["a"] = session("a", idle, true, 0);
+    EXPECT_FALSE(summary().hasReportableSessions);
+    EXPECT_FALSE(summary().hasPendingDecision);
+    EXPECT_FALSE(summary().hasExternalPrompt);
 
     sessions["a"].pendingExternalResponse = PendingExternalResponse();
-    EXPECT_TRUE(SessionOrder::hasExternalPrompt(sessions));
-    EXPECT_FALSE(SessionOrder::hasPendingDecision(sessions));
-
-    sessions["a"].pendingQuestion = PendingQuestion();
-    EXPECT_TRUE(SessionOrder::hasPendingDecision(sessions));
+    EXPECT_TRUE(summary().hasExternalPrompt);
+    EXPECT_FALSE(summary().hasPendingDecision);
 
     sessions["b"] = session("b", needsInput, true, 0);
-    EXPECT_FALSE(SessionOrder::hasUnacknowledgedNeedsInput(sessions));
+    sessions["b"].pendingQuestion = PendingQuestion();
+    EXPECT_TRUE(summary().hasPendingDecision);
+    EXPECT_TRUE(summary().hasReportableSessions);
+    EXPECT_FALSE(summary().hasUnacknowledgedNeedsInput);
     sessions["b"].acknowledged = false;
-    EXPECT_TRUE(SessionOrder::hasUnacknowledgedNeedsInput(sessions));
+    EXPECT_TRUE(summary().hasUnacknowledgedNeedsInput);
+    EXPECT_EQ(summary().aggregate.state, needsInput);
+
+    EXPECT_FALSE(summary().hasWorkingUsageMilestoneSession);
+    sessions["b"].state = working;
+    EXPECT_TRUE(summary().hasWorkingUsageMilestoneSession);
+    sessions["b"].agent = AgentKind::codex;
+    EXPECT_FALSE(summary().hasWorkingUsageMilestoneSession);
 }
 
 TEST(SessionOrder, NamesTheAgentsOnceThereAreSeveral) {

@@ -789,5 +789,71 @@ TEST_F(StoreTest, NamesAFolderForItsSessionsAndItsRecord) {
     EXPECT_EQ(session().customName, std::nullopt);
 }
 
+/// Whoever asks, between whichever changes, is told what holds at that moment.
+TEST_F(StoreTest, ListsWhatThereIsNow) {
+    const auto ids = [](const QList<Session> &list) {
+        QStringList result;
+        for (const Session &entry : list) {
+            result.append(entry.id);
+        }
+        return result.join(" ");
+    };
+    const auto folders = [](const QList<CompletedRecord> &list) {
+        QStringList result;
+        for (const CompletedRecord &entry : list) {
+            result.append(entry.id);
+        }
+        return result.join(" ");
+    };
+    EXPECT_EQ(store.aggregatedState(), std::nullopt);
+    EXPECT_FALSE(store.hasReportableSessions());
+    apply(EventBuilder(Kind::sessionStart).in("i"));
+    EXPECT_EQ(store.aggregatedState(), SessionState::idle);
+    EXPECT_EQ(ids(store.openSessions()), "i");
+    scheduler.advance(Seconds(1));
+    apply(EventBuilder(Kind::promptSubmit).in("w").of(AgentKind::codex));
+    EXPECT_EQ(store.aggregatedState(), SessionState::working);
+    EXPECT_EQ(store.aggregatedStateSince(), scheduler.now());
+    EXPECT_TRUE(store.hasReportableSessions());
+    EXPECT_TRUE(store.showsAgentBadges());
+    EXPECT_FALSE(store.hasWorkingUsageMilestoneSession());
+    apply(EventBuilder(Kind::turnEnd).in("d").with(&HookEvent::cwd, "/d"));
+    EXPECT_EQ(ids(store.sortedSessions()), "w d i");
+    EXPECT_EQ(ids(store.activeSessions()), "w");
+    EXPECT_EQ(ids(store.reportableSessions()), "w d");
+    EXPECT_EQ(folders(store.recentlyCompleted()), "/d");
+    EXPECT_EQ(store.aggregatedState(), SessionState::done);
+    store.acknowledgeDone();
+    EXPECT_EQ(store.aggregatedState(), SessionState::working);
+
+    parkApproval("d");
+    EXPECT_TRUE(store.hasPendingDecision());
+    EXPECT_TRUE(store.hasUnacknowledgedNeedsInput());
+    EXPECT_EQ(ids(store.activeSessions()), "s w");
+    store.decide("s", AgentDecision::allow());
+    EXPECT_FALSE(store.hasPendingDecision());
+    EXPECT_FALSE(store.hasUnacknowledgedNeedsInput());
+    EXPECT_TRUE(store.hasWorkingUsageMilestoneSession());
+    parkApproval("e");
+    EXPECT_TRUE(store.hasPendingDecision());
+    store.approvalExpired("e");
+    EXPECT_FALSE(store.hasPendingDecision());
+    apply(Kind::needsInput);
+    EXPECT_TRUE(store.hasExternalPrompt());
+
+    store.renameCwd("/d", "Mine");
+    EXPECT_EQ(store.jumpableCompleted().first().name, "Mine");
+    EXPECT_EQ(store.recentlyCompleted().first().name, "Mine");
+    store.removeSessions("/d");
+    EXPECT_EQ(folders(store.recentlyCompleted()), "");
+    EXPECT_EQ(folders(store.archivedCompleted()), "/d");
+    EXPECT_EQ(ids(store.sortedSessions()), "s w i");
+    store.renameCwd("/d", {});
+    EXPECT_EQ(store.archivedCompleted().first().name, "d");
+    scheduler.advance(Seconds(700));
+    EXPECT_EQ(ids(store.openSessions()), "");
+    EXPECT_EQ(ids(store.sortedSessions()), "s w");
+}
+
 } // namespace
 } // namespace morvane

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Core/SessionOrder.h"
+#include "Core/SessionSummary.h"
+
+#include <optional>
+
+namespace morvane {
+
+/// The sessions and the history as the views list them: worked out when somebody first asks, and
+/// kept for everybody else until the next change. Owned by `SessionStore`; main thread only.
+class SessionOverview {
+public:
+    using History = QList<CompletedRecord>;
+
+    /// Both must outlive the overview, which has to be told of their changes.
+    SessionOverview(const SessionOrder::Sessions &sessions, const History &history)
+        : m_sessions(sessions), m_history(history) {}
+
+    void forgetSessions();
+    void forgetHistory();
+
+    const SessionSummary &summary() const;
+    const QList<Session> &sorted() const;
+    const QList<Session> &active() const;
+    const QList<Session> &reportable() const;
+    const QList<Session> &open() const;
+    const History &recentlyCompleted() const;
+    const History &archived() const;
+    bool showsAgentBadges() const;
+
+private:
+    const SessionOrder::Sessions &m_sessions;
+    const History &m_history;
+    mutable std::optional<SessionSummary> m_summary;
+    mutable std::optional<QList<Session>> m_sorted;
+    mutable std::optional<QList<Session>> m_active;
+    mutable std::optional<QList<Session>> m_reportable;
+    mutable std::optional<QList<Session>> m_open;
+    mutable std::optional<History> m_recentlyCompleted;
+    mutable std::optional<History> m_archived;
+    mutable std::optional<bool> m_showsAgentBadges;
+};
+
+} // namespace morvane
