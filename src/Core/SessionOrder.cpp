@@ -3,7 +3,6 @@
 #include <QSet>
 
 #include <algorithm>
-#include <tuple>
 #include <vector>
 
 namespace morvane::SessionOrder {
@@ -29,14 +28,26 @@ int rank(SessionState state) {
 }
 
 bool comesBefore(const Session &left, const Session &right) {
-    // The later event first; the id keeps rows that tie from changing places by chance.
-    return std::tuple(rank(left.state), right.lastEventAt, left.id) <
-           std::tuple(rank(right.state), left.lastEventAt, right.id);
+    if (left.state != right.state) {
+        return rank(left.state) < rank(right.state);
+    }
+    if (left.lastEventAt != right.lastEventAt) {
+        return left.lastEventAt > right.lastEventAt;
+    }
+    // Rows that tie must not change places by chance.
+    return left.id < right.id;
 }
 
-template <typename Value, typename Predicate>
-QList<Value> where(const QList<Value> &list, Predicate holds) {
-    QList<Value> result;
+/// Where the sessions of this rank begin, and with them those of all later ranks.
+qsizetype rankBegin(const QList<Session> &sorted, int first) {
+    const auto begin = std::ranges::partition_point(
+        sorted, [&](const Session &session) { return rank(session.state) < first; });
+    return begin - sorted.begin();
+}
+
+template <typename Predicate>
+QList<CompletedRecord> where(const QList<CompletedRecord> &list, Predicate holds) {
+    QList<CompletedRecord> result;
     std::ranges::copy_if(list, std::back_inserter(result), holds);
     return result;
 }
@@ -72,18 +83,16 @@ QList<Session> sorted(const Sessions &sessions) {
     return result;
 }
 
-QList<Session> active(const QList<Session> &sorted) {
-    return where(sorted, [](const Session &session) { return session.state < SessionState::done; });
+SessionSlice active(const QList<Session> &sorted) {
+    return {sorted, 0, rankBegin(sorted, rank(SessionState::failed))};
 }
 
-QList<Session> reportable(const QList<Session> &sorted) {
-    return where(sorted,
-                 [](const Session &session) { return session.state != SessionState::idle; });
+SessionSlice reportable(const QList<Session> &sorted) {
+    return {sorted, 0, rankBegin(sorted, rank(SessionState::idle))};
 }
 
-QList<Session> open(const QList<Session> &sorted) {
-    return where(sorted,
-                 [](const Session &session) { return session.state == SessionState::idle; });
+SessionSlice open(const QList<Session> &sorted) {
+    return {sorted, rankBegin(sorted, rank(SessionState::idle)), sorted.size()};
 }
 
 QList<CompletedRecord> jumpable(const QList<CompletedRecord> &history) {

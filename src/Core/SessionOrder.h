@@ -2,6 +2,7 @@
 
 #include "Core/CompletedRecord.h"
 #include "Core/Session.h"
+#include "Core/SessionSlice.h"
 
 #include <QHash>
 #include <QList>
@@ -16,13 +17,13 @@ using Sessions = QHash<QString, Session>;
 QList<Session> sorted(const Sessions &sessions);
 
 /// Those that are working or wait for a person.
-QList<Session> active(const QList<Session> &sorted);
+SessionSlice active(const QList<Session> &sorted);
 
 /// Those that are anything but idle.
-QList<Session> reportable(const QList<Session> &sorted);
+SessionSlice reportable(const QList<Session> &sorted);
 
 /// Those that are idle: open, with no activity yet.
-QList<Session> open(const QList<Session> &sorted);
+SessionSlice open(const QList<Session> &sorted);
 
 /// The finished sessions that are on offer: the first few of the history.
 QList<CompletedRecord> jumpable(const QList<CompletedRecord> &history);

@@ -17,9 +17,6 @@ const Value &kept(std::optional<Value> &value, Compute compute) {
 void SessionOverview::forgetSessions() {
     m_summary.reset();
     m_sorted.reset();
-    m_active.reset();
-    m_reportable.reset();
-    m_open.reset();
     forgetHistory();
 }
 
@@ -37,16 +34,16 @@ const QList<Session> &SessionOverview::sorted() const {
     return kept(m_sorted, [this] { return SessionOrder::sorted(m_sessions); });
 }
 
-const QList<Session> &SessionOverview::active() const {
-    return kept(m_active, [this] { return SessionOrder::active(sorted()); });
+SessionSlice SessionOverview::active() const {
+    return SessionOrder::active(sorted());
 }
 
-const QList<Session> &SessionOverview::reportable() const {
-    return kept(m_reportable, [this] { return SessionOrder::reportable(sorted()); });
+SessionSlice SessionOverview::reportable() const {
+    return SessionOrder::reportable(sorted());
 }
 
-const QList<Session> &SessionOverview::open() const {
-    return kept(m_open, [this] { return SessionOrder::open(sorted()); });
+SessionSlice SessionOverview::open() const {
+    return SessionOrder::open(sorted());
 }
 
 const SessionOverview::History &SessionOverview::recentlyCompleted() const {

@@ -22,9 +22,9 @@ public:
 
     const SessionSummary &summary() const;
     const QList<Session> &sorted() const;
-    const QList<Session> &active() const;
-    const QList<Session> &reportable() const;
-    const QList<Session> &open() const;
+    SessionSlice active() const;
+    SessionSlice reportable() const;
+    SessionSlice open() const;
     const History &recentlyCompleted() const;
     const History &archived() const;
     bool showsAgentBadges() const;
@@ -34,9 +34,6 @@ private:
     const History &m_history;
     mutable std::optional<SessionSummary> m_summary;
     mutable std::optional<QList<Session>> m_sorted;
-    mutable std::optional<QList<Session>> m_active;
-    mutable std::optional<QList<Session>> m_reportable;
-    mutable std::optional<QList<Session>> m_open;
     mutable std::optional<History> m_recentlyCompleted;
     mutable std::optional<History> m_archived;
     mutable std::optional<bool> m_showsAgentBadges;

@@ -188,7 +188,7 @@ void SessionStore::approvalExpired(const QString &decisionID) {
 }
 
 std::optional<Session> SessionStore::sessionAwaitingDecision() const {
-    const QList<Session> &active = m_overview.active();
+    const SessionSlice active = m_overview.active();
     const auto waiting = std::ranges::find_if(active, [](const Session &session) {
         return session.pendingApproval || session.pendingQuestion;
     });

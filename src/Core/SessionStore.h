@@ -46,11 +46,11 @@ public:
     /// By state, the one that waits for a person first, then the latest event first.
     QList<Session> sortedSessions() const { return m_overview.sorted(); }
     /// Those that are working or wait for a person.
-    QList<Session> activeSessions() const { return m_overview.active(); }
+    SessionSlice activeSessions() const { return m_overview.active(); }
     /// Those that are anything but idle.
-    QList<Session> reportableSessions() const { return m_overview.reportable(); }
+    SessionSlice reportableSessions() const { return m_overview.reportable(); }
     /// Those that are idle.
-    QList<Session> openSessions() const { return m_overview.open(); }
+    SessionSlice openSessions() const { return m_overview.open(); }
     /// The finished ones that are on offer: the first few of the history.
     QList<CompletedRecord> jumpableCompleted() const;
     /// Those of them whose live session is still there.

@@ -80,7 +80,7 @@ void ExpandedView::refresh() {
     m_viewport->refresh();
 }
 
-QList<QWidget *> ExpandedView::takeRows(const QList<Session> &sessions, QSet<QString> &kept) {
+QList<QWidget *> ExpandedView::takeRows(const SessionSlice &sessions, QSet<QString> &kept) {
     const SessionRow::Details details =
         showsAgents() ? SessionRow::Detail::showsAgent : SessionRow::Details();
     QList<QWidget *> result;

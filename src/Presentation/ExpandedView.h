@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Core/CompletedRecord.h"
-#include "Core/Session.h"
+#include "Core/SessionSlice.h"
 #include "Presentation/SessionRow.h"
 
 #include <QHash>
@@ -49,7 +49,7 @@ protected:
 
 private:
     TextLabel *header(const QString &text, const QColor &color);
-    QList<QWidget *> takeRows(const QList<Session> &sessions, QSet<QString> &kept);
+    QList<QWidget *> takeRows(const SessionSlice &sessions, QSet<QString> &kept);
     QList<QWidget *> takeRows(const QList<CompletedRecord> &records, QSet<QString> &kept);
     bool showsAgents() const;
     SessionRow &row(const QString &sessionID);

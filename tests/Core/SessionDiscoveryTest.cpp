@@ -66,6 +66,18 @@ TEST_F(DiscoveryTest, FindsWhatClaudeCodeAndCodexHaveWritten) {
                                         {"c", AgentKind::codex, "/q", codex, now - Seconds(0.5)}}));
 }
 
+TEST_F(DiscoveryTest, UnderstandsWhatAgentsHaveWritten) {
+    const auto writeCopy = [this](const QString &path, const char *name) {
+        QFile original(QStringLiteral(TEST_DATA "/") + QLatin1String(name));
+        ASSERT_TRUE(original.open(QIODevice::ReadOnly));
+        write(path, original.readAll());
+    };
+    writeCopy(".claude/projects/-home-ada-workshop/s.jsonl", "claude.jsonl");
+    writeCopy(".codex/sessions/2026/01/01/rollout.jsonl", "codex.jsonl");
+    EXPECT_EQ(found(), (QStringList{"00000000-0000-7000-8000-000000000001 /home/ada/workshop",
+                                    "s /home/ada/workshop"}));
+}
+
 TEST_F(DiscoveryTest, LooksOnlyForTranscriptsInTheirPlaces) {
     const QByteArray line = "{\"cwd\":\"/p\"}\n";
     for (const char *path :

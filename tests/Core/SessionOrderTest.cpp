@@ -36,7 +36,7 @@ SessionOrder::Sessions table(const QList<Session> &list) {
     return result;
 }
 
-QString ids(const QList<Session> &list) {
+QString ids(const auto &list) {
     QString result;
     for (const Session &entry : list) {
         result += entry.id;

@@ -791,16 +791,9 @@ TEST_F(StoreTest, NamesAFolderForItsSessionsAndItsRecord) {
 
 /// Whoever asks, between whichever changes, is told what holds at that moment.
 TEST_F(StoreTest, ListsWhatThereIsNow) {
-    const auto ids = [](const QList<Session> &list) {
+    const auto ids = [](const auto &list) {
         QStringList result;
-        for (const Session &entry : list) {
-            result.append(entry.id);
-        }
-        return result.join(" ");
-    };
-    const auto folders = [](const QList<CompletedRecord> &list) {
-        QStringList result;
-        for (const CompletedRecord &entry : list) {
+        for (const auto &entry : list) {
             result.append(entry.id);
         }
         return result.join(" ");
@@ -821,7 +814,7 @@ TEST_F(StoreTest, ListsWhatThereIsNow) {
     EXPECT_EQ(ids(store.sortedSessions()), "w d i");
     EXPECT_EQ(ids(store.activeSessions()), "w");
     EXPECT_EQ(ids(store.reportableSessions()), "w d");
-    EXPECT_EQ(folders(store.recentlyCompleted()), "/d");
+    EXPECT_EQ(ids(store.recentlyCompleted()), "/d");
     EXPECT_EQ(store.aggregatedState(), SessionState::done);
     store.acknowledgeDone();
     EXPECT_EQ(store.aggregatedState(), SessionState::working);
@@ -845,8 +838,8 @@ TEST_F(StoreTest, ListsWhatThereIsNow) {
     EXPECT_EQ(store.jumpableCompleted().first().name, "Mine");
     EXPECT_EQ(store.recentlyCompleted().first().name, "Mine");
     store.removeSessions("/d");
-    EXPECT_EQ(folders(store.recentlyCompleted()), "");
-    EXPECT_EQ(folders(store.archivedCompleted()), "/d");
+    EXPECT_EQ(ids(store.recentlyCompleted()), "");
+    EXPECT_EQ(ids(store.archivedCompleted()), "/d");
     EXPECT_EQ(ids(store.sortedSessions()), "s w i");
     store.renameCwd("/d", {});
     EXPECT_EQ(store.archivedCompleted().first().name, "d");

@@ -235,6 +235,8 @@ TEST_F(TranscriptFileTest, IsReadOnlyWhereItIsAFile) {
 /// Shortened, but otherwise as the agents wrote them.
 TEST(TranscriptReader, ReadsWhatAgentsHaveWritten) {
     const QString data = QStringLiteral(TEST_DATA "/");
+    EXPECT_EQ(TranscriptReader::readClaude(data + "claude.jsonl"),
+              (TranscriptInfo{"opus-5-5", "The command is done.", 1000, "default", {}}));
     EXPECT_EQ(TranscriptReader::readCodex(data + "codex.jsonl"),
               (TranscriptInfo{"gpt-5", "The command is done.", 1000, "on-request",
                               "Run `touch denied`"}));
