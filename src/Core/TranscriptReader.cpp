@@ -168,9 +168,19 @@ void takeCodexLine(const HookBody &line, TranscriptInfo &info) {
     }
 }
 
+/// A tail may begin within a character, whose rest is part of a cut line and of no use.
+QByteArrayView fromWholeCharacter(QByteArrayView tail) {
+    constexpr int longestRest = 3;
+    for (int i = 0; i < longestRest && !tail.isEmpty() && (tail.front() & 0xC0) == 0x80; ++i) {
+        tail = tail.sliced(1);
+    }
+    return tail;
+}
+
 template <typename TakeLine>
 TranscriptInfo newestFirst(QByteArrayView lines, TakeLine takeLine) {
     TranscriptInfo info;
+    lines = fromWholeCharacter(lines);
     if (!simdjson::validate_utf8(lines.data(), static_cast<std::size_t>(lines.size()))) {
         return info;
     }

@@ -192,6 +192,16 @@ TEST_F(TranscriptFileTest, IsReadFromItsEndOnly) {
     EXPECT_EQ(read(longLine(1'000'000) + claudeText("Short.")).lastAssistantText, "Short.");
 }
 
+TEST_F(TranscriptFileTest, MayBeCutWithinACharacter) {
+    const QByteArray last = "\n" + claudeModel("claude-last");
+    for (const char *character : {"é", "漢", "🙂"}) {
+        const QByteArray text = QByteArray(character).repeated(tailSize);
+        for (int shift = 0; shift < 4; ++shift) {
+            EXPECT_EQ(read(text + QByteArray(shift, ' ') + last).model, "last") << character;
+        }
+    }
+}
+
 TEST_F(TranscriptFileTest, IsReadInNoTimeHoweverLongItIs) {
     QFile file(home.write("t.jsonl", claudeModel("claude-first")));
     ASSERT_TRUE(file.open(QIODevice::ReadWrite));
