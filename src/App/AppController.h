@@ -129,7 +129,6 @@ private:
     void perform(AgentKind kind, const char *action,
                  std::optional<Failure> (HookInstaller::*operation)() const);
     void dismissPanels();
-    QStringList removeHooks();
 
     MorvaneSettings &m_settings;
     const PlatformServices &m_platform;

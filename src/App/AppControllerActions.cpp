@@ -21,6 +21,8 @@ std::vector<const AgentAdapter *> agentsWhere(const auto &predicate) {
     return result;
 }
 
+constexpr QLatin1String scriptFolderName("~/.morvane");
+
 QString couldNotRemove(const QString &what, const QString &why) {
     const QString item = QStringLiteral("⚠︎ could not remove ") + what;
     return why.isEmpty() ? item : item + QLatin1String(": ") + why;
@@ -29,14 +31,13 @@ QString couldNotRemove(const QString &what, const QString &why) {
 /// None when there is nothing to remove.
 std::optional<QString> removeScriptFolder() {
     const QFileInfo folder(ForwarderScripts::folder());
-    const QString name = QStringLiteral("~/.morvane");
     if (!folder.exists() && !folder.isSymLink()) {
         return std::nullopt;
     }
     const bool removed = folder.isSymLink() || !folder.isDir()
                              ? QFile::remove(folder.filePath())
                              : QDir(folder.filePath()).removeRecursively();
-    return removed ? name : couldNotRemove(name, {});
+    return removed ? scriptFolderName : couldNotRemove(scriptFolderName, {});
 }
 
 } // namespace
@@ -171,8 +172,18 @@ void AppController::dismissPanels() {
 }
 
 QString AppController::removeEverything() {
-    QStringList report = removeHooks();
-    if (const auto item = removeScriptFolder()) {
+    QStringList report;
+    bool isStillCalled = false;
+    for (const AgentAdapter *adapter : connectedAgents()) {
+        const QString name = displayName(adapter->kind()) + QLatin1String(" hooks");
+        const auto failure = makeInstaller(*adapter).uninstall();
+        isStillCalled = isStillCalled || failure;
+        report << (failure ? couldNotRemove(name, failure->message) : name);
+    }
+    if (isStillCalled) {
+        // Each of the hooks that are left would be an error in its agent.
+        report << couldNotRemove(scriptFolderName, QStringLiteral("hooks that are left call it"));
+    } else if (const auto item = removeScriptFolder()) {
         report << *item;
     }
     if (m_platform.loginItem->isEnabled()) {
@@ -184,16 +195,6 @@ QString AppController::removeEverything() {
     report << QStringLiteral("preferences and session history");
     refreshStatus();
     return report.join(QStringLiteral("\n• "));
-}
-
-QStringList AppController::removeHooks() {
-    QStringList report;
-    for (const AgentAdapter *adapter : connectedAgents()) {
-        const QString name = displayName(adapter->kind()) + QLatin1String(" hooks");
-        const auto failure = makeInstaller(*adapter).uninstall();
-        report << (failure ? couldNotRemove(name, failure->message) : name);
-    }
-    return report;
 }
 
 } // namespace morvane

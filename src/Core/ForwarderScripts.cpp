@@ -46,15 +46,16 @@ std::optional<QByteArray> contentOf(const QString &path) {
     return file.open(QIODevice::ReadOnly) ? std::optional(file.readAll()) : std::nullopt;
 }
 
-/// Written only where it differs: a program that is running can't be opened for writing, and every
-/// rewrite would throw away what the system keeps of it in memory.
+/// Written only where it differs: every rewrite would throw away what the system keeps of it in
+/// memory.
 std::optional<Failure> writeForwarder() {
     const auto client = contentOf(QStringLiteral(":/templates/forwarder"));
     if (!client) {
         return Failure{QStringLiteral("forwarder missing from bundle")};
     }
-    const QString path = pathOf(QStringLiteral("forwarder"));
-    return contentOf(path) == client ? std::nullopt : writeExecutable(path, *client);
+    const QString name = QStringLiteral("forwarder");
+    const bool isCurrent = isExecutable(name) && contentOf(pathOf(name)) == client;
+    return isCurrent ? std::nullopt : writeExecutable(pathOf(name), *client);
 }
 
 } // namespace

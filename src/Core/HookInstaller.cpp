@@ -95,13 +95,12 @@ std::optional<Failure> HookInstaller::setNotificationsSuppressed(bool suppressed
     if (!found) {
         return std::nullopt;
     }
+    const std::string key = found->mute.key.toStdString();
+    if (!suppressed) {
+        return found->settings.edit([&](json &root) { return root.erase(key) > 0; });
+    }
     return found->settings.editOrCreate([&](json &root) {
-        const std::string key = found->mute.key.toStdString();
-        if (suppressed) {
-            root[key] = found->mute.value.toStdString();
-        } else {
-            root.erase(key);
-        }
+        root[key] = found->mute.value.toStdString();
         return true;
     });
 }

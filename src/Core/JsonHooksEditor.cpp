@@ -13,18 +13,14 @@ namespace {
 
 using nlohmann::json;
 
-bool isListOfObjects(const json &value) {
-    return value.is_array() && std::ranges::all_of(value, &json::is_object);
-}
-
 void collectCommand(const json &holder, QStringList &commands) {
-    const auto found = holder.find("command");
-    if (found == holder.end() || !found->is_string()) {
+    const json command = holder.is_object() ? holder.value("command", json()) : json();
+    if (!command.is_string()) {
         return;
     }
-    const QString command = QString::fromStdString(found->get_ref<const std::string &>());
-    if (command.contains(QLatin1String(HookPlan::hookScriptMarker))) {
-        commands.append(command);
+    const QString text = QString::fromStdString(command.get_ref<const std::string &>());
+    if (text.contains(QLatin1String(HookPlan::hookScriptMarker))) {
+        commands.append(text);
     }
 }
 
@@ -32,9 +28,9 @@ void collectCommand(const json &holder, QStringList &commands) {
 QStringList commands(const json &entry) {
     QStringList result;
     collectCommand(entry, result);
-    const auto hooks = entry.find("hooks");
-    if (hooks != entry.end() && isListOfObjects(*hooks)) {
-        std::ranges::for_each(*hooks, [&](const json &hook) { collectCommand(hook, result); });
+    const json hooks = entry.is_object() ? entry.value("hooks", json()) : json();
+    if (hooks.is_array()) {
+        std::ranges::for_each(hooks, [&](const json &hook) { collectCommand(hook, result); });
     }
     return result;
 }
@@ -63,13 +59,9 @@ void setHooksMap(json map, json &root, const std::optional<QString> &hooksKey) {
 
 void removeOurs(json &map) {
     for (auto event = map.begin(); event != map.end();) {
-        if (isListOfObjects(*event)) {
-            auto &entries = event->get_ref<json::array_t &>();
-            std::erase_if(entries, isOurs);
-            event = entries.empty() ? map.erase(event) : std::next(event);
-        } else {
-            ++event;
-        }
+        const bool hadOurs =
+            event->is_array() && std::erase_if(event->get_ref<json::array_t &>(), isOurs) > 0;
+        event = hadOurs && event->empty() ? map.erase(event) : std::next(event);
     }
 }
 
@@ -78,7 +70,7 @@ void removeOurs(json &map) {
 bool isInstalled(const json &root, const std::optional<QString> &hooksKey) {
     const json *map = hooksMap(root, hooksKey);
     return map && std::ranges::any_of(*map, [](const json &entries) {
-               return isListOfObjects(entries) && std::ranges::any_of(entries, isOurs);
+               return entries.is_array() && std::ranges::any_of(entries, isOurs);
            });
 }
 
@@ -91,7 +83,7 @@ bool hasStaleEntries(const json &root, const std::optional<QString> &hooksKey,
     QStringList found;
     for (const auto &event : map->items()) {
         const QString name = QString::fromStdString(event.key());
-        if (!isListOfObjects(event.value())) {
+        if (!event.value().is_array()) {
             continue;
         }
         for (const json &entry : event.value()) {
@@ -117,7 +109,7 @@ void install(json &root, const std::optional<QString> &hooksKey, const HookPlan 
     removeOurs(map);
     for (const QString &event : plan.installedEvents()) {
         json &entries = map[event.toStdString()];
-        if (!isListOfObjects(entries)) {
+        if (!entries.is_array()) {
             entries = json::array();
         }
         entries.push_back(plan.entry(event));

@@ -15,16 +15,15 @@ std::optional<json> rootOf(const std::optional<QByteArray> &content) {
     return root && root->is_object() ? root : std::nullopt;
 }
 
-std::optional<SettingsChange> changed(json root, const JsonSettings::Edit &edit) {
+Result<std::optional<SettingsChange>> changed(json root, const JsonSettings::Edit &edit) {
     if (!edit(root)) {
         return std::nullopt;
     }
-    return SettingsChange{
-        .content = SettingsJson::write(root),
-        .verify =
-            [](const QByteArray &written) { return SettingsJson::parse(written).has_value(); },
-        .mismatch = QStringLiteral("the file was not valid JSON after writing"),
-    };
+    const QByteArray text = SettingsJson::write(root);
+    if (SettingsJson::parse(text) != root) {
+        return Failure{QStringLiteral("the settings would not be valid JSON any more")};
+    }
+    return SettingsChange{.content = text};
 }
 
 } // namespace
@@ -34,7 +33,7 @@ std::optional<json> JsonSettings::read() const {
 }
 
 std::optional<Failure> JsonSettings::edit(const Edit &edit) const {
-    return m_file.rewrite([&](const auto &content) -> std::optional<SettingsChange> {
+    return m_file.rewrite([&](const auto &content) -> Result<std::optional<SettingsChange>> {
         const auto root = rootOf(content);
         return root ? changed(*root, edit) : std::nullopt;
     });
@@ -42,7 +41,13 @@ std::optional<Failure> JsonSettings::edit(const Edit &edit) const {
 
 std::optional<Failure> JsonSettings::editOrCreate(const Edit &edit) const {
     return m_file.rewrite([&](const auto &content) {
-        return changed(rootOf(content).value_or(json::object()), edit);
+        const auto root = rootOf(content);
+        auto result = changed(root.value_or(json::object()), edit);
+        auto *change = std::get_if<std::optional<SettingsChange>>(&result);
+        if (change && *change) {
+            (*change)->replacesUnreadable = content && !content->trimmed().isEmpty() && !root;
+        }
+        return result;
     });
 }
 

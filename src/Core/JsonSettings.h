@@ -23,7 +23,7 @@ public:
     [[nodiscard]] std::optional<Failure> edit(const Edit &edit) const;
 
     /// Rewrites the file, or makes one. One that can't be understood makes way for a new one, and
-    /// stays as the backup.
+    /// is kept beside it.
     [[nodiscard]] std::optional<Failure> editOrCreate(const Edit &edit) const;
 
 private:

@@ -1,9 +1,6 @@
 #pragma once
 
 #include <QByteArray>
-#include <QString>
-
-#include <functional>
 
 namespace morvane {
 
@@ -14,11 +11,9 @@ struct SettingsChange {
     /// False where the change touches nothing but what is ours, so that an older backup stays.
     bool backsUp = true;
 
-    /// Whether what was read back after the write is what was meant.
-    std::function<bool(const QByteArray &written)> verify;
-
-    /// What to say when it isn't.
-    QString mismatch;
+    /// True where what the file holds couldn't be understood and makes way. It is then kept beside
+    /// the backup as well, under a name that no other change writes to.
+    bool replacesUnreadable = false;
 };
 
 } // namespace morvane

@@ -7,6 +7,7 @@
 #include <QFileInfo>
 
 #include <cerrno>
+#include <filesystem>
 #include <sys/stat.h>
 #include <system_error>
 #include <tuple>
@@ -23,12 +24,17 @@ QString reason(int error) {
 }
 
 /// The file at the end of a chain of symbolic links, whether it exists or not. Of links in a circle
-/// it is one of them.
-QString linkTarget(QString path) {
-    for (int links = 0; links < mostLinks && QFileInfo(path).isSymbolicLink(); ++links) {
-        path = QFileInfo(path).symLinkTarget();
+/// it is one of them. A relative link starts from the real folder that it lies in, which needn't be
+/// the one that its path names.
+QString linkTarget(const QString &path) {
+    namespace fs = std::filesystem;
+    std::error_code ignored;
+    fs::path file(QFile::encodeName(path).toStdString());
+    for (int links = 0; links < mostLinks && fs::is_symlink(file, ignored); ++links) {
+        const fs::path folder = fs::canonical(file.parent_path(), ignored);
+        file = folder / fs::read_symlink(file, ignored);
     }
-    return path;
+    return QFile::decodeName(QByteArray::fromStdString(file.string()));
 }
 
 std::optional<struct stat> statusOf(const QString &path) {
@@ -82,7 +88,11 @@ bool SettingsFile::exists() const {
 std::optional<Failure> SettingsFile::rewrite(const Edit &edit) const {
     for (int attempt = 0; attempt < mostAttempts; ++attempt) {
         const std::optional<QByteArray> before = read();
-        const std::optional<SettingsChange> change = edit(before);
+        const Result<std::optional<SettingsChange>> edited = edit(before);
+        if (const auto *failure = std::get_if<Failure>(&edited)) {
+            return *failure;
+        }
+        const auto &change = std::get<std::optional<SettingsChange>>(edited);
         if (!change) {
             return std::nullopt;
         }
@@ -101,6 +111,9 @@ Result<SettingsFile::Outcome> SettingsFile::replace(const std::optional<QByteArr
                                                     const SettingsChange &change) const {
     const QString target = linkTarget(m_path);
     const std::optional<struct stat> status = statusOf(target);
+    if (read() != before || (before && !status)) {
+        return Outcome::overtaken;
+    }
     if (QFileInfo(target).isSymbolicLink()) {
         return cannot("read", m_path, reason(ELOOP));
     }
@@ -111,12 +124,14 @@ Result<SettingsFile::Outcome> SettingsFile::replace(const std::optional<QByteArr
         // Whoever made it so wants it to stay as it is.
         return cannot("written", m_path, QStringLiteral("it is read-only"));
     }
-    if (before && change.backsUp) {
-        if (const auto failure = writeWhole(backupPath(), *before, status)) {
-            return cannot("backed up", m_path, failure->message);
+    if (before) {
+        for (const QString &copy : copies(change)) {
+            if (const auto failure = writeWhole(copy, *before, status)) {
+                return cannot("backed up", m_path, failure->message);
+            }
         }
     }
-    QDir().mkpath(QFileInfo(m_path).path());
+    QDir().mkpath(QFileInfo(target).path());
     WholeFile file(target);
     takeOver(file, status);
     auto failure = file.fill(change.content);
@@ -129,13 +144,36 @@ Result<SettingsFile::Outcome> SettingsFile::replace(const std::optional<QByteArr
     if (failure) {
         return cannot("written", m_path, failure->message);
     }
-    if (const auto written = read(); written && change.verify(*written)) {
+    return readBack(target, before, change.content);
+}
+
+QStringList SettingsFile::copies(const SettingsChange &change) const {
+    QStringList result;
+    if (change.backsUp) {
+        result << backupPath();
+    }
+    if (change.replacesUnreadable) {
+        result << m_path + QLatin1String(".morvane-unreadable");
+    }
+    return result;
+}
+
+/// What the agent has written in the meantime counts. What can't be read at all makes way for what
+/// was there before.
+Result<SettingsFile::Outcome> SettingsFile::readBack(const QString &target,
+                                                     const std::optional<QByteArray> &before,
+                                                     const QByteArray &content) const {
+    const auto written = read();
+    if (written == content) {
         return Outcome::done;
     }
-    if (before) {
-        std::ignore = writeWhole(target, *before, status);
+    if (written) {
+        return Outcome::overtaken;
     }
-    return Failure{change.mismatch};
+    if (before) {
+        std::ignore = writeWhole(target, *before, statusOf(target));
+    }
+    return cannot("read", m_path, QStringLiteral("it is not what was written"));
 }
 
 } // namespace morvane

@@ -4,7 +4,7 @@
 #include "Core/SettingsChange.h"
 
 #include <QByteArray>
-#include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <optional>
@@ -24,12 +24,13 @@ public:
 
     bool exists() const;
 
-    /// Makes a change of what the file holds; none leaves the file alone.
-    using Edit = std::function<std::optional<SettingsChange>(const std::optional<QByteArray> &)>;
+    /// Makes a change of what the file holds; none leaves the file alone, and so does a failure.
+    using Edit =
+        std::function<Result<std::optional<SettingsChange>>(const std::optional<QByteArray> &)>;
 
     /// Writes what `edit` makes of the content. The agent may write at any time: when the content
-    /// has changed before ours could take its place, it is edited again, three times at most. After
-    /// a failure the file holds what it held.
+    /// has changed before ours could take its place, or right afterwards, it is edited again, three
+    /// times at most. After a failure the file holds what it held, or what the agent has written.
     [[nodiscard]] std::optional<Failure> rewrite(const Edit &edit) const;
 
     QString backupPath() const;
@@ -39,6 +40,9 @@ private:
 
     Result<Outcome> replace(const std::optional<QByteArray> &before,
                             const SettingsChange &change) const;
+    QStringList copies(const SettingsChange &change) const;
+    Result<Outcome> readBack(const QString &target, const std::optional<QByteArray> &before,
+                             const QByteArray &content) const;
 
     QString m_path;
 };

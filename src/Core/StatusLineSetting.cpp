@@ -9,6 +9,9 @@ namespace {
 
 using nlohmann::json;
 
+/// A part of the command by which it is known to be ours, whatever home folder it is from.
+constexpr char statusLineScriptMarker[] = ".morvane/statusline.sh";
+
 json current() {
     const QString script =
         QDir::homePath() + QLatin1Char('/') + QLatin1String(statusLineScriptMarker);
@@ -21,13 +24,13 @@ json valueIn(const json &root, const StatusLineFeed &feed) {
     return value.empty() || value == "" ? json() : value;
 }
 
-} // namespace
-
 bool isMorvaneStatusLine(const json &value) {
     const json command = value.is_object() ? value.value("command", json()) : json();
     return command.is_string() &&
            command.get_ref<const std::string &>().find(statusLineScriptMarker) != std::string::npos;
 }
+
+} // namespace
 
 bool needsRepair(const json &root, const StatusLineFeed &feed) {
     const json value = valueIn(root, feed);

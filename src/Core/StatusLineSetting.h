@@ -10,11 +10,6 @@
 /// Safe from any thread.
 namespace morvane::StatusLineSetting {
 
-/// A part of the command by which it is known to be ours, whatever home folder it is from.
-constexpr char statusLineScriptMarker[] = ".morvane/statusline.sh";
-
-bool isMorvaneStatusLine(const nlohmann::json &value);
-
 /// True when there is no status line, or one of ours that names another place.
 bool needsRepair(const nlohmann::json &root, const StatusLineFeed &feed);
 

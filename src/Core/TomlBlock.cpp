@@ -6,9 +6,10 @@
 namespace morvane::TomlBlock {
 
 const QByteArray tomlBeginMarker = "# >>> morvane:begin";
-const QByteArray tomlEndMarker = "# <<< morvane:end";
 
 namespace {
+
+const QByteArray tomlEndMarker = "# <<< morvane:end";
 
 QByteArray quoted(const QString &value) {
     QByteArray text = value.toUtf8();
@@ -23,11 +24,14 @@ struct Extent {
     qsizetype end;
 };
 
+/// A block that has lost its end has another one, whole, behind it, and the person's lines between
+/// the two: so it is the last beginning before the end that counts.
 std::optional<Extent> extentIn(const QByteArray &text) {
-    const qsizetype begin = text.indexOf(tomlBeginMarker);
-    const qsizetype end =
-        begin < 0 ? -1 : text.indexOf(tomlEndMarker, begin + tomlBeginMarker.size());
-    return end < 0 ? std::nullopt : std::optional(Extent{begin, end + tomlEndMarker.size()});
+    const qsizetype first = text.indexOf(tomlBeginMarker);
+    const qsizetype end = first < 0 ? -1 : text.indexOf(tomlEndMarker, first);
+    return end < 0 ? std::nullopt
+                   : std::optional(Extent{text.lastIndexOf(tomlBeginMarker, end),
+                                          end + tomlEndMarker.size()});
 }
 
 QByteArray strippingMorvaneBlock(QByteArray text) {

@@ -14,7 +14,6 @@ class HookPlan;
 namespace morvane::TomlBlock {
 
 extern const QByteArray tomlBeginMarker;
-extern const QByteArray tomlEndMarker;
 
 /// The block with the plan's hooks, with a line feed at its end.
 QByteArray tomlBlock(const HookPlan &plan);

@@ -23,19 +23,20 @@ std::optional<Failure> TomlHookTarget::uninstall() const {
 /// The first connection saves the file as its owner wrote it; what changes nothing but our own
 /// lines leaves that backup alone.
 std::optional<Failure> TomlHookTarget::write(bool installs) const {
-    return m_file.rewrite([&](const std::optional<QByteArray> &content) {
-        const QByteArray text = content.value_or(QByteArray());
-        return std::optional(SettingsChange{
-            .content = installs ? TomlBlock::install(text, m_plan) : TomlBlock::uninstall(text),
-            .backsUp = !text.isEmpty() && !TomlBlock::installedTOMLBlock(text),
-            .verify =
-                [installs](const QByteArray &written) {
-                    return written.contains(TomlBlock::tomlBeginMarker) == installs;
-                },
-            .mismatch =
-                QStringLiteral("config.toml did not contain the expected result after writing"),
+    return m_file.rewrite(
+        [&](const std::optional<QByteArray> &content) -> Result<std::optional<SettingsChange>> {
+            const QByteArray text = content.value_or(QByteArray());
+            const SettingsChange change{
+                .content = installs ? TomlBlock::install(text, m_plan) : TomlBlock::uninstall(text),
+                .backsUp = !text.isEmpty() && !TomlBlock::installedTOMLBlock(text),
+            };
+            // A begin without an end stays: there is no telling what of the rest is ours.
+            if (change.content.contains(TomlBlock::tomlBeginMarker) != installs) {
+                return Failure{QStringLiteral(
+                    "config.toml did not contain the expected result after writing")};
+            }
+            return change;
         });
-    });
 }
 
 void TomlHookTarget::renew() const {

@@ -50,7 +50,7 @@ std::optional<Failure> WholeFile::fill(const QByteArray &content) {
         return Failure{m_file.errorString()};
     }
     if (const int error = m_owner ? applyOwner() : 0) {
-        return because(error);
+        return Failure{QStringLiteral("its owner can't be kept: ") + because(error).message};
     }
     if (m_mode && ::fchmod(m_file.handle(), *m_mode) != 0) {
         return because(errno);

@@ -59,6 +59,10 @@ TEST_F(ForwarderScriptsTest, RewritesTheScriptButNotAClientThatIsTheSame) {
     client.close();
     ASSERT_FALSE(scripts(2).writeHookScript());
     EXPECT_NE(home.read(QStringLiteral(".morvane/forwarder")), "an older one");
+
+    client.setPermissions(QFile::ReadOwner);
+    ASSERT_FALSE(scripts(2).writeHookScript());
+    EXPECT_TRUE(QFileInfo(client.fileName()).isExecutable());
 }
 
 TEST_F(ForwarderScriptsTest, SaysWhatKeptItFromWriting) {

@@ -136,7 +136,9 @@ std::vector<SettingsCase> settingsCases() {
          R"({"type":"command","command":"log.sh","timeout":3}]}],"PreCompact":[{"command":"x"}]}})"},
         {"hooks of odd shapes",
          R"({"hooks":{"Note":"text","Number":7,"Nothing":null,"Map":{"command":"x"},)"
-         R"("Mixed":[1,{"command":".morvane/hook.sh a"}]}})"},
+         R"("Mixed":[1,{"command":"/.morvane/hook.sh a"},{"command":"x"}],"None":[]}})",
+         R"({"hooks":{"Note":"text","Number":7,"Nothing":null,"Map":{"command":"x"},)"
+         R"("Mixed":[1,{"command":"x"}],"None":[]}})"},
         {"a list in place of the hooks", R"({"hooks":["a"],"model":"opus"})",
          R"({"model":"opus"})"},
         {"old entries of ours",
@@ -167,14 +169,15 @@ json withoutOurs(json root, const std::optional<json> &before) {
         const json all = hooks;
         for (const auto &event : all.items()) {
             json &entries = hooks[event.key()];
-            if (!entries.is_array() || event.key() == "Mixed") {
+            if (!entries.is_array()) {
                 continue;
             }
             json others = json::array();
             std::ranges::copy_if(entries, std::back_inserter(others),
                                  [&](const json &entry) { return !isOurs(entry); });
+            const bool hadOurs = others != entries;
             entries = others;
-            if (entries.empty()) {
+            if (hadOurs && entries.empty()) {
                 hooks.erase(event.key());
             }
         }
@@ -381,16 +384,19 @@ TEST_F(HookInstallerTest, KeepsThePristineTomlFileAsTheBackup) {
     ASSERT_EQ(failure(installer(kimi).uninstall()), "");
     EXPECT_EQ(backup(kimi), "a = 1\n");
 
-    // Without its end there is no telling what of the rest is ours.
+    // Without its end there is no telling what of the rest is ours: all of it stays, ours as well.
     write(kimi, "# >>> morvane:begin\nb = 2\n");
     EXPECT_TRUE(installer(kimi).isInstalled());
     EXPECT_TRUE(installer(kimi).hasStaleEntries());
     EXPECT_EQ(failure(installer(kimi).uninstall()),
               "config.toml did not contain the expected result after writing");
     EXPECT_EQ(text(kimi), "# >>> morvane:begin\nb = 2\n");
-    ASSERT_EQ(failure(installer(kimi).install()), "");
-    EXPECT_TRUE(text(kimi).startsWith("# >>> morvane:begin\nb = 2\n\n# >>> morvane:begin\n"));
-    EXPECT_EQ(backup(kimi), "# >>> morvane:begin\nb = 2\n");
+    for (int starts = 0; starts < 3; ++starts) {
+        installer(kimi).renew();
+        EXPECT_TRUE(text(kimi).startsWith("# >>> morvane:begin\nb = 2\n\n# >>> morvane:begin\n"));
+        EXPECT_EQ(text(kimi).count("morvane:begin"), 2);
+        EXPECT_EQ(backup(kimi), "# >>> morvane:begin\nb = 2\n");
+    }
 }
 
 TEST_F(HookInstallerTest, EscapesWhatTomlWouldMisread) {
@@ -514,6 +520,9 @@ TEST_F(HookInstallerTest, TurnsTheAgentsOwnNotificationsOffAndOn) {
     EXPECT_EQ(root(claude), (json{{"preferredNotifChannel", "notifications_disabled"}, {"a", 1}}));
     ASSERT_EQ(failure(installer(claude).setNotificationsSuppressed(false)), "");
     EXPECT_EQ(root(claude), (json{{"a", 1}}));
+    write(claude, "broken");
+    ASSERT_EQ(failure(installer(claude).setNotificationsSuppressed(false)), "");
+    EXPECT_EQ(text(claude), "broken");
     for (const AgentKind kind : {codex, opencode, kimi}) {
         EXPECT_EQ(failure(installer(kind).setNotificationsSuppressed(true)), "");
         EXPECT_FALSE(installer(kind).notificationsSuppressed());

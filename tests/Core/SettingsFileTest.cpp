@@ -11,10 +11,8 @@ namespace {
 
 class SettingsFileTest : public testing::Test {
 protected:
-    static SettingsChange change(const QByteArray &content) {
-        return {.content = content,
-                .verify = [content](const QByteArray &written) { return written == content; },
-                .mismatch = QStringLiteral("it is something else")};
+    static Result<std::optional<SettingsChange>> change(const QByteArray &content) {
+        return SettingsChange{.content = content};
     }
 
     static SettingsFile::Edit append(const QByteArray &text) {
@@ -57,10 +55,8 @@ TEST_F(SettingsFileTest, KeepsTheLastContentAsTheBackupWhereAsked) {
     EXPECT_EQ(failure(file, append("3")), "");
     EXPECT_EQ(home.read(QStringLiteral("agent/settings.json.morvane-backup")), "12");
     EXPECT_EQ(failure(file,
-                      [](const auto &) {
-                          SettingsChange quiet = change("4");
-                          quiet.backsUp = false;
-                          return std::optional(quiet);
+                      [](const auto &) -> Result<std::optional<SettingsChange>> {
+                          return SettingsChange{.content = "4", .backsUp = false};
                       }),
               "");
     EXPECT_EQ(home.read(QStringLiteral("agent/settings.json.morvane-backup")), "12");
@@ -82,6 +78,17 @@ TEST_F(SettingsFileTest, WritesThroughSymbolicLinks) {
     EXPECT_TRUE(QFileInfo(link).isSymbolicLink() && QFileInfo(between).isSymbolicLink());
     EXPECT_EQ(home.read(QStringLiteral("dotfiles/agent.json")), "12");
     EXPECT_EQ(home.read(QStringLiteral("agent/settings.json.morvane-backup")), "1");
+
+    // ".." is that of the folder that the link really lies in.
+    ASSERT_TRUE(QFile::link(QStringLiteral("dotfiles/deep"), home.path(QStringLiteral("other"))));
+    QDir().mkpath(home.path(QStringLiteral("dotfiles/deep")));
+    ASSERT_TRUE(QFile::link(QStringLiteral("../agent.json"),
+                            home.path(QStringLiteral("dotfiles/deep/settings.json"))));
+    home.write(QStringLiteral("agent.json"), "another");
+    EXPECT_EQ(failure(SettingsFile(home.path(QStringLiteral("other/settings.json"))), append("!")),
+              "");
+    EXPECT_EQ(home.read(QStringLiteral("dotfiles/agent.json")), "12!");
+    EXPECT_EQ(home.read(QStringLiteral("agent.json")), "another");
 
     QFile::remove(home.path(QStringLiteral("dotfiles/agent.json")));
     EXPECT_EQ(failure(file, append("3")), "");
@@ -131,7 +138,7 @@ TEST_F(SettingsFileTest, EditsAgainWhatTheAgentChangedMeanwhile) {
             if (++edits <= times) {
                 home.write(QStringLiteral("agent/settings.json"), *content + "a");
             }
-            return std::optional(change(*content + "b"));
+            return change(*content + "b");
         };
     };
     EXPECT_EQ(failure(file, overtaken(2)), "");
@@ -147,18 +154,46 @@ TEST_F(SettingsFileTest, EditsAgainWhatTheAgentChangedMeanwhile) {
     EXPECT_EQ(names(QStringLiteral("agent")).size(), 2);
 }
 
-TEST_F(SettingsFileTest, PutsBackWhatWasThereWhenTheResultIsWrong) {
-    home.write(QStringLiteral("agent/settings.json"), "1");
-    const auto wrong = [](const auto &) {
-        SettingsChange result = change("2");
-        result.verify = [](const QByteArray &) { return false; };
-        return std::optional(result);
-    };
-    EXPECT_EQ(failure(file, wrong), "it is something else");
-    EXPECT_EQ(file.read(), "1");
-    QFile::remove(home.path(QStringLiteral("agent/settings.json")));
-    EXPECT_EQ(failure(file, wrong), "it is something else");
-    EXPECT_EQ(file.read(), "2");
+TEST_F(SettingsFileTest, EditsAgainAFileThatComesOrGoesMeanwhile) {
+    const QString path = QStringLiteral("agent/settings.json");
+    int edits = 0;
+    EXPECT_EQ(failure(file,
+                      [&](const auto &content) {
+                          if (++edits == 1) {
+                              home.write(path, "theirs ");
+                          }
+                          return change(content.value_or(QByteArray()) + "ours");
+                      }),
+              "");
+    EXPECT_EQ(file.read(), "theirs ours");
+    edits = 0;
+    EXPECT_EQ(failure(file,
+                      [&](const auto &content) {
+                          if (++edits == 1) {
+                              QFile::remove(home.path(path));
+                          }
+                          return change(content.value_or("none, ") + "ours");
+                      }),
+              "");
+    EXPECT_EQ(file.read(), "none, ours");
+}
+
+TEST_F(SettingsFileTest, KeepsWhatCouldNotBeUnderstood) {
+    home.write(QStringLiteral("agent/settings.json"), "broken");
+    EXPECT_EQ(failure(file,
+                      [](const auto &) -> Result<std::optional<SettingsChange>> {
+                          return SettingsChange{.content = "new", .replacesUnreadable = true};
+                      }),
+              "");
+    EXPECT_EQ(failure(file, append("er")), "");
+    EXPECT_EQ(home.read(QStringLiteral("agent/settings.json.morvane-backup")), "new");
+    EXPECT_EQ(home.read(QStringLiteral("agent/settings.json.morvane-unreadable")), "broken");
+    EXPECT_EQ(failure(file,
+                      [](const auto &) -> Result<std::optional<SettingsChange>> {
+                          return Failure{QStringLiteral("no")};
+                      }),
+              "no");
+    EXPECT_EQ(file.read(), "newer");
 }
 
 } // namespace
