@@ -191,6 +191,7 @@ QString AppController::removeEverything() {
         const auto failure = m_platform.loginItem->unregisterItem();
         report << (failure ? couldNotRemove(name, *failure) : name);
     }
+    m_store.forgetHistory();
     m_settings.removeStored();
     report << QStringLiteral("preferences and session history");
     refreshStatus();

@@ -1,6 +1,5 @@
 #include "App/StatusItem.h"
 
-#include "Core/AggregateStatus.h"
 #include "Core/MorvaneSettings.h"
 #include "Core/SessionStore.h"
 #include "Platform/StatusItemHost.h"
@@ -75,7 +74,7 @@ void StatusItem::updateIcon() {
     if (!m_item) {
         return;
     }
-    const auto state = AggregateStatus::of(m_store.sessions()).state;
+    const auto state = m_store.aggregatedState();
     if (m_item->icon().isNull() || state != m_shownState) {
         m_shownState = state;
         m_item->setIcon(MenuBarIcon::icon(color(state)));

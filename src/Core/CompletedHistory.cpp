@@ -53,8 +53,15 @@ bool CompletedHistory::summarize(const QString &id, const QString &summary) {
     return true;
 }
 
+void CompletedHistory::forget() {
+    m_records.clear();
+    m_saves = false;
+}
+
 void CompletedHistory::save() {
-    m_defaults.setValue(key(), CompletedHistoryFormat::write(m_records));
+    if (m_saves) {
+        m_defaults.setValue(key(), CompletedHistoryFormat::write(m_records));
+    }
 }
 
 } // namespace morvane

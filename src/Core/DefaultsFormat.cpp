@@ -10,6 +10,10 @@ using nlohmann::json;
 
 constexpr const char *dataKey = "$data";
 
+/// Turning values into values of the other kind recurses, and a file must not be able to exhaust
+/// the stack.
+constexpr int deepestLevel = 100;
+
 QVariant toVariant(const json &value);
 
 QVariantMap toMap(const json &object) {
@@ -112,8 +116,13 @@ json toJson(const QVariant &value) {
 } // namespace
 
 std::optional<QVariantMap> parse(const QByteArray &text) {
-    const json root = json::parse(text.begin(), text.end(), nullptr, false);
-    return root.is_object() ? std::optional(toMap(root)) : std::nullopt;
+    bool isTooDeep = false;
+    const auto boundDepth = [&](int depth, json::parse_event_t, json &) {
+        isTooDeep = isTooDeep || depth > deepestLevel;
+        return !isTooDeep;
+    };
+    const json root = json::parse(text.begin(), text.end(), boundDepth, false);
+    return root.is_object() && !isTooDeep ? std::optional(toMap(root)) : std::nullopt;
 }
 
 QByteArray write(const QVariantMap &values) {

@@ -5,6 +5,8 @@
 
 #include <QString>
 
+#include <optional>
+
 namespace morvane {
 
 /// A session whose transcript was found on disk.
@@ -14,6 +16,7 @@ struct DiscoveredSession {
     QString cwd; ///< empty when the transcript doesn't tell
     QString transcriptPath;
     Date lastActive;
+    std::optional<QString> gitBranch;
 
     friend bool operator==(const DiscoveredSession &, const DiscoveredSession &) = default;
 };

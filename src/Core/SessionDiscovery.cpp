@@ -1,5 +1,6 @@
 #include "Core/SessionDiscovery.h"
 
+#include "Core/GitInfo.h"
 #include "Core/HookBody.h"
 #include "Core/RegularFile.h"
 
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <system_error>
+#include <vector>
 
 namespace morvane::SessionDiscovery {
 
@@ -92,28 +94,45 @@ void scanClaudeTranscripts(Date cutoff, QList<DiscoveredSession> &found) {
              file.increment(skipped)) {
             if (const auto written = recentChange(*file, cutoff)) {
                 const QString path = toText(file->path());
-                found.append({toText(file->path().stem()), AgentKind::claude,
-                              fromHead(path, workingDirectory).value_or(QString()), path,
-                              *written});
+                found.append({toText(file->path().stem()),
+                              AgentKind::claude,
+                              fromHead(path, workingDirectory).value_or(QString()),
+                              path,
+                              *written,
+                              {}});
             }
         }
     }
 }
 
-/// Folders of any depth, but for hidden ones.
-void scanCodexTranscripts(Date cutoff, QList<DiscoveredSession> &found) {
-    std::error_code error;
-    const auto options = fs::directory_options::skip_permission_denied;
-    for (fs::recursive_directory_iterator entry(inHome(".codex/sessions"), options, error), end;
-         !error && entry != end; entry.increment(error)) {
-        if (entry->path().filename().native().starts_with('.')) {
-            entry.disable_recursion_pending();
-            continue;
+void takeCodexTranscript(const fs::directory_entry &entry, Date cutoff,
+                         QList<DiscoveredSession> &found) {
+    if (const auto written = recentChange(entry, cutoff)) {
+        const QString path = toText(entry.path());
+        if (const auto metadata = fromHead(path, codexMetadata)) {
+            found.append({metadata->id, AgentKind::codex, metadata->cwd, path, *written, {}});
         }
-        if (const auto written = recentChange(*entry, cutoff)) {
-            const QString path = toText(entry->path());
-            if (const auto metadata = fromHead(path, codexMetadata)) {
-                found.append({metadata->id, AgentKind::codex, metadata->cwd, path, *written});
+    }
+}
+
+/// Folders of any depth, but for hidden ones and links. Each is opened by itself, so that one that
+/// can't be read costs no other.
+void scanCodexTranscripts(Date cutoff, QList<DiscoveredSession> &found) {
+    std::vector<fs::path> folders{inHome(".codex/sessions")};
+    while (!folders.empty()) {
+        const fs::path folder = std::move(folders.back());
+        folders.pop_back();
+        std::error_code error;
+        for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+             entry.increment(error)) {
+            std::error_code unknown;
+            if (entry->path().filename().native().starts_with('.') || entry->is_symlink(unknown)) {
+                continue;
+            }
+            if (entry->is_directory(unknown)) {
+                folders.push_back(entry->path());
+            } else {
+                takeCodexTranscript(*entry, cutoff, found);
             }
         }
     }
@@ -125,6 +144,11 @@ QList<DiscoveredSession> scan(Seconds maxAge, Date now) {
     QList<DiscoveredSession> found;
     scanClaudeTranscripts(now - maxAge, found);
     scanCodexTranscripts(now - maxAge, found);
+    // Here and not by whoever takes the result: a folder of long ago may lie on a file system that
+    // answers no more.
+    for (DiscoveredSession &session : found) {
+        session.gitBranch = GitInfo::branch(session.cwd);
+    }
     return found;
 }
 

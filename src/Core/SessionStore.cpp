@@ -52,12 +52,19 @@ void SessionStore::apply(const HookEvent &event) {
 
 void SessionStore::restore(const QList<DiscoveredSession> &discovered) {
     const Date cutoff = m_scheduler.now() - Seconds(60.0 * m_settings.autoClearMinutes());
+    QStringList restored;
     for (const DiscoveredSession &found : discovered) {
         // What hooks have told meanwhile is newer than anything on disk.
         if (found.lastActive >= cutoff && !m_sessions.contains(found.id)) {
-            put(makeRestored(found));
-            enrichRestored(found.id);
+            m_sessions.insert(found.id, makeRestored(found));
+            restored.append(found.id);
         }
+    }
+    if (!restored.isEmpty()) {
+        publishSessions();
+    }
+    for (const QString &id : restored) {
+        enrichRestored(id);
     }
 }
 
@@ -108,6 +115,11 @@ void SessionStore::renameCwd(const QString &cwd, const std::optional<QString> &n
         publishSessions();
     }
     m_history.rename(cwd, effective.value_or(Session::nameOf(cwd)));
+    publishHistory();
+}
+
+void SessionStore::forgetHistory() {
+    m_history.forget();
     publishHistory();
 }
 
@@ -379,7 +391,7 @@ Session SessionStore::makeRestored(const DiscoveredSession &discovered) const {
     session.startedAt = discovered.lastActive;
     session.lastEventAt = discovered.lastActive;
     session.stateChangedAt = discovered.lastActive;
-    session.gitBranch = m_surroundings.gitBranch(session.cwd);
+    session.gitBranch = discovered.gitBranch;
     session.customName = m_surroundings.customName(session.cwd);
     return session;
 }

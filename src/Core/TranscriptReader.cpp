@@ -168,19 +168,9 @@ void takeCodexLine(const HookBody &line, TranscriptInfo &info) {
     }
 }
 
-/// A tail may begin within a character, whose rest is part of a cut line and of no use.
-QByteArrayView fromWholeCharacter(QByteArrayView tail) {
-    constexpr int longestRest = 3;
-    for (int i = 0; i < longestRest && !tail.isEmpty() && (tail.front() & 0xC0) == 0x80; ++i) {
-        tail = tail.sliced(1);
-    }
-    return tail;
-}
-
 template <typename TakeLine>
 TranscriptInfo newestFirst(QByteArrayView lines, TakeLine takeLine) {
     TranscriptInfo info;
-    lines = fromWholeCharacter(lines);
     if (!simdjson::validate_utf8(lines.data(), static_cast<std::size_t>(lines.size()))) {
         return info;
     }
@@ -199,6 +189,19 @@ TranscriptInfo newestFirst(QByteArrayView lines, TakeLine takeLine) {
     return info;
 }
 
+/// The end of the file. Where that begins within a character, the rest of it is left out: it is
+/// part of a cut line, and would make bad UTF-8 of all the others.
+QByteArray tailOf(const QString &path) {
+    constexpr qsizetype longestRest = 3;
+    QByteArray tail = RegularFile::tail(path, tailSize).value_or(QByteArray());
+    if (tail.size() == tailSize) {
+        const auto isRest = [](char byte) { return (byte & 0xC0) == 0x80; };
+        const auto begin = std::find_if_not(tail.cbegin(), tail.cbegin() + longestRest, isRest);
+        tail.remove(0, begin - tail.cbegin());
+    }
+    return tail;
+}
+
 } // namespace
 
 TranscriptInfo claudeInfo(QByteArrayView lines) {
@@ -210,11 +213,11 @@ TranscriptInfo codexInfo(QByteArrayView lines) {
 }
 
 TranscriptInfo readClaude(const QString &path) {
-    return claudeInfo(RegularFile::tail(path, tailSize).value_or(QByteArray()));
+    return claudeInfo(tailOf(path));
 }
 
 TranscriptInfo readCodex(const QString &path) {
-    return codexInfo(RegularFile::tail(path, tailSize).value_or(QByteArray()));
+    return codexInfo(tailOf(path));
 }
 
 std::optional<QString> displayLine(const std::optional<QString> &text) {

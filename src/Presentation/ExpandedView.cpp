@@ -57,25 +57,27 @@ void ExpandedView::refresh() {
     const bool needsAttention = m_store.hasPendingDecision() || m_store.hasExternalPrompt();
     m_width = needsAttention ? attentionWidth : standardWidth;
 
-    QSet<QString> kept;
-    QList<QWidget *> content = takeRows(m_store.activeSessions(), kept);
+    // Apart, since a record may bear the id of a session.
+    QSet<QString> keptSessions;
+    QSet<QString> keptRecords;
+    QList<QWidget *> content = takeRows(m_store.activeSessions(), keptSessions);
     const auto append = [&content](TextLabel *header, const QList<QWidget *> &rows) {
         if (!rows.isEmpty()) {
             content.append(header);
             content.append(rows);
         }
     };
-    append(m_openHeader, takeRows(m_store.openSessions(), kept));
+    append(m_openHeader, takeRows(m_store.openSessions(), keptSessions));
     if (content.isEmpty() && m_store.jumpableCompleted().isEmpty()) {
         content.append(m_emptyText);
     }
     // While somebody waits for an answer, the eye belongs to the question.
     if (!needsAttention) {
-        append(m_recentHeader, takeRows(m_store.recentlyCompleted(), kept));
-        append(m_archiveHeader, takeRows(m_store.archivedCompleted(), kept));
+        append(m_recentHeader, takeRows(m_store.recentlyCompleted(), keptRecords));
+        append(m_archiveHeader, takeRows(m_store.archivedCompleted(), keptRecords));
     }
-    dropRows(m_rows, kept);
-    dropRows(m_completedRows, kept);
+    dropRows(m_rows, keptSessions);
+    dropRows(m_completedRows, keptRecords);
     arrange(content);
     m_viewport->refresh();
 }

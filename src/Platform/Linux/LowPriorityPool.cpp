@@ -1,6 +1,9 @@
 #include "Platform/Linux/LowPriorityPool.h"
 
+#include <chrono>
+#include <cstdlib>
 #include <sys/resource.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace morvane {
@@ -11,16 +14,21 @@ namespace {
 constexpr std::size_t maxThreads = 4;
 
 constexpr int niceness = 10;
+constexpr std::chrono::seconds patience(1);
 
 } // namespace
 
 LowPriorityPool::~LowPriorityPool() {
-    {
-        const std::lock_guard lock(m_mutex);
-        m_ending = true;
-        m_waiting.clear();
-    }
+    std::unique_lock lock(m_mutex);
+    m_ending = true;
+    m_waiting.clear();
     m_changed.notify_all();
+    if (!m_changed.wait_for(lock, patience, [this] { return m_running == 0; })) {
+        // Nothing brings a thread back from a call that doesn't return, and as long as it is there
+        // the program can't be started again.
+        std::_Exit(EXIT_SUCCESS);
+    }
+    lock.unlock();
     for (std::thread &thread : m_threads) {
         thread.join();
     }
@@ -30,9 +38,18 @@ void LowPriorityPool::run(std::function<void()> work) {
     const std::lock_guard lock(m_mutex);
     m_waiting.push_back(std::move(work));
     if (m_waiting.size() > m_idle && m_threads.size() < maxThreads) {
-        m_threads.emplace_back([this] { runThread(); });
+        addThread();
     }
     m_changed.notify_one();
+}
+
+/// Where the system has no thread to give, those that are there have to do, or the work waits for
+/// a better time.
+void LowPriorityPool::addThread() {
+    try {
+        m_threads.emplace_back([this] { runThread(); });
+    } catch (const std::system_error &) {
+    }
 }
 
 void LowPriorityPool::runThread() {
@@ -48,10 +65,13 @@ void LowPriorityPool::runThread() {
         }
         std::function<void()> work = std::move(m_waiting.front());
         m_waiting.pop_front();
+        ++m_running;
         lock.unlock();
         work();
         work = nullptr;
         lock.lock();
+        --m_running;
+        m_changed.notify_all();
     }
 }
 

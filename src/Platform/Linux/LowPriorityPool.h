@@ -11,8 +11,9 @@
 namespace morvane {
 
 /// A few threads that give way to everything else on the machine. Each is started when there is
-/// work that no other thread is free for, and sleeps when there is none. The end of the pool waits
-/// for the work that runs, and drops what has not begun.
+/// work that no other thread is free for, and sleeps when there is none; work that hangs, as on a
+/// file system that answers no more, keeps its thread. The end of the pool, which is the program's,
+/// drops what has not begun and gives what runs a second: then it ends the process as it is.
 class LowPriorityPool : public BackgroundPool {
 public:
     LowPriorityPool() = default;
@@ -21,13 +22,15 @@ public:
     void run(std::function<void()> work) override;
 
 private:
+    void addThread();
     void runThread();
 
     std::mutex m_mutex;
     std::condition_variable m_changed;
     std::deque<std::function<void()>> m_waiting;
     std::vector<std::thread> m_threads;
-    std::size_t m_idle = 0; ///< threads that sleep
+    std::size_t m_idle = 0;    ///< threads that sleep
+    std::size_t m_running = 0; ///< threads at work
     bool m_ending = false;
 };
 
