@@ -1,4 +1,4 @@
-#include "EndToEnd/ModelDialects.h"
+#include "ModelDialects.h"
 
 #include <nlohmann/json.hpp>
 

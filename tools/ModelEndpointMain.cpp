@@ -1,4 +1,4 @@
-#include "EndToEnd/ModelEndpoint.h"
+#include "ModelEndpoint.h"
 
 #include <QCoreApplication>
 

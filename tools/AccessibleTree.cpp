@@ -1,4 +1,4 @@
-#include "EndToEnd/AccessibleTree.h"
+#include "AccessibleTree.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>

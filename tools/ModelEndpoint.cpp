@@ -1,7 +1,7 @@
-#include "EndToEnd/ModelEndpoint.h"
+#include "ModelEndpoint.h"
 
 #include "Core/HttpRequestParser.h"
-#include "EndToEnd/ModelDialects.h"
+#include "ModelDialects.h"
 
 #include <QFile>
 #include <QTcpSocket>
