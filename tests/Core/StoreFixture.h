@@ -1,0 +1,89 @@
+#pragma once
+
+#include "Core/Defaults.h"
+#include "Core/MorvaneSettings.h"
+#include "Core/SessionStore.h"
+#include "Support/EventBuilder.h"
+#include "Support/ManualScheduler.h"
+#include "Support/Printing.h"
+#include "Support/TemporaryHome.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <utility>
+#include <vector>
+
+namespace morvane {
+
+inline QString nameOf(SessionState state) {
+    constexpr std::array names{"working", "needsInput", "done", "failed", "idle"};
+    return names[static_cast<std::size_t>(state)];
+}
+
+inline QString nameOf(const AgentDecision &decision) {
+    constexpr std::array names{"remember", "answer", "allow", "deny", "ask"};
+    QString result = names[static_cast<std::size_t>(decision.kind)];
+    for (auto entry = decision.answers.begin(); entry != decision.answers.end(); ++entry) {
+        result += " " + entry.key() + "=" + entry.value();
+    }
+    return result;
+}
+
+/// A store in surroundings of the test's making, and a record of all that it tells.
+class StoreFixture : public testing::Test {
+protected:
+    using Kind = CanonicalEvent;
+
+    void SetUp() override {
+        store.resolveDecision = [this](const QString &id, const AgentDecision &decision) {
+            resolved.append(id + " " + nameOf(decision));
+            stateAtRelease = store.sessions().value("s");
+        };
+        QObject::connect(&store, &SessionStore::sessionsChanged, &store, [this] { ++published; });
+        QObject::connect(&store, &SessionStore::stateChanges, &store,
+                         [this](SessionState state) { announced.append(nameOf(state)); });
+        store.readTranscript = [this](AgentKind agent, const QString &path,
+                                      SessionStore::UseTranscript use) {
+            reads.append(displayName(agent) + " " + path);
+            running.push_back(std::move(use));
+        };
+    }
+
+    /// The session, which has to be there.
+    Session session(const QString &id = "s") const {
+        EXPECT_TRUE(store.sessions().contains(id));
+        return store.sessions().value(id);
+    }
+
+    void apply(const EventBuilder &event) { store.apply(event); }
+    void apply(Kind kind) { store.apply(EventBuilder(kind)); }
+
+    /// What has been recorded since the last time.
+    template <typename Record>
+    static Record take(Record &record) {
+        return std::exchange(record, Record());
+    }
+
+    TemporaryHome home;
+    Defaults defaults{home.path("defaults"), "test.domain"};
+    MorvaneSettings settings{defaults};
+    ManualScheduler scheduler;
+    SessionStore store{
+        settings,
+        {[](const QString &cwd) {
+             return cwd.isEmpty() ? std::nullopt : std::optional("branch of " + cwd);
+         },
+         [this](const QString &cwd) { return settings.name(cwd); },
+         [](const std::optional<QString> &bundle, const std::optional<QString> &program) {
+             return std::optional(bundle.value_or("-") + "/" + program.value_or("-"));
+         }},
+        scheduler};
+
+    QStringList resolved, announced, reads;
+    std::vector<SessionStore::UseTranscript> running;
+    Session stateAtRelease;
+    int published = 0;
+};
+
+} // namespace morvane
