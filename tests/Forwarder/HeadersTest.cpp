@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <iterator>
 #include <pty.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -22,15 +23,28 @@ struct TerminalCase {
     Headers headers;
 };
 
-const std::vector<TerminalCase> &terminalCases() {
-    static const std::string cursor = "com.todesktop.230313mzl4w4u92";
-    static const std::vector<TerminalCase> cases{
+/// Where the terminal names itself, and nothing else is to be told.
+std::vector<TerminalCase> plainCases() {
+    const std::vector<std::array<const char *, 3>> cases{
+        {"TERM_PROGRAM=iTerm.app", "iTerm.app", "com.googlecode.iterm2"},
+        {"TERM_PROGRAM=ghostty", "ghostty", "com.mitchellh.ghostty"},
+        {"TERM_PROGRAM=WarpTerminal", "WarpTerminal", "dev.warp.Warp-Stable"},
+        {"TERM_PROGRAM=Apple_Terminal", "Apple_Terminal", "com.apple.Terminal"},
+        {"TERM=alacritty", "alacritty", "io.alacritty"},
+        {"GNOME_TERMINAL_SCREEN=/org/gnome/1", "gnome-terminal", "org.gnome.Terminal"},
+        {"KONSOLE_VERSION=221203", "konsole", "org.kde.konsole"},
+    };
+    std::vector<TerminalCase> result;
+    for (const auto &[variable, program, bundle] : cases)
+        result.push_back(
+            {program, {variable}, {{"x-term-program", program}, {"x-host-bundle", bundle}}});
+    return result;
+}
+
+std::vector<TerminalCase> terminalCases() {
+    const std::string cursor = "com.todesktop.230313mzl4w4u92";
+    std::vector<TerminalCase> cases{
         {"nothing known", {}, {}},
-        {"iTerm2",
-         {"TERM_PROGRAM=iTerm.app", "ITERM_SESSION_ID=w0t1p0:AB-1"},
-         {{"x-term-program", "iTerm.app"},
-          {"x-host-bundle", "com.googlecode.iterm2"},
-          {"x-iterm-session", "w0t1p0:AB-1"}}},
         {"tmux inside iTerm2",
          {"TERM_PROGRAM=tmux", "TERM=tmux-256color", "ITERM_SESSION_ID=w0:AB", "TMUX=/t/d,7,0",
           "TMUX_PANE=%3"},
@@ -52,14 +66,6 @@ const std::vector<TerminalCase> &terminalCases() {
           {"x-host-bundle", "net.kovidgoyal.kitty"},
           {"x-tmux-server", "/t/d,7,0"},
           {"x-tmux-pane", "%3"}}},
-        {"tmux that names no terminal",
-         {"TERM_PROGRAM=tmux", "TMUX=/t/d,7,0", "TMUX_PANE=%3"},
-         {{"x-tmux-server", "/t/d,7,0"}, {"x-tmux-pane", "%3"}}},
-        {"kitty",
-         {"TERM=xterm-kitty", "KITTY_WINDOW_ID=12"},
-         {{"x-term-program", "kitty"},
-          {"x-host-bundle", "net.kovidgoyal.kitty"},
-          {"x-kitty-window", "12"}}},
         {"kitty started from WezTerm",
          {"TERM=xterm-kitty", "KITTY_WINDOW_ID=12", "TERM_PROGRAM=WezTerm", "WEZTERM_PANE=4"},
          {{"x-term-program", "kitty"},
@@ -75,31 +81,6 @@ const std::vector<TerminalCase> &terminalCases() {
         {"Cursor by its place",
          {"TERM_PROGRAM=vscode", "VSCODE_GIT_ASKPASS_NODE=/usr/share/cursor/cursor"},
          {{"x-term-program", "vscode"}, {"x-host-bundle", cursor}}},
-        {"Alacritty",
-         {"TERM=alacritty", "ALACRITTY_WINDOW_ID=9"},
-         {{"x-term-program", "alacritty"}, {"x-host-bundle", "io.alacritty"}}},
-        {"Ghostty",
-         {"TERM=xterm-ghostty", "TERM_PROGRAM=ghostty"},
-         {{"x-term-program", "ghostty"}, {"x-host-bundle", "com.mitchellh.ghostty"}}},
-        {"Warp",
-         {"TERM_PROGRAM=WarpTerminal"},
-         {{"x-term-program", "WarpTerminal"}, {"x-host-bundle", "dev.warp.Warp-Stable"}}},
-        {"Terminal",
-         {"TERM_PROGRAM=Apple_Terminal", "__CFBundleIdentifier=com.apple.Terminal"},
-         {{"x-term-program", "Apple_Terminal"}, {"x-host-bundle", "com.apple.Terminal"}}},
-        {"GNOME Terminal",
-         {"TERM=xterm-256color", "GNOME_TERMINAL_SCREEN=/org/gnome/Terminal/screen/1"},
-         {{"x-term-program", "gnome-terminal"}, {"x-host-bundle", "org.gnome.Terminal"}}},
-        {"Konsole with Zellij",
-         {"KONSOLE_VERSION=221203", "ZELLIJ_SESSION_NAME=großer Fuchs"},
-         {{"x-term-program", "konsole"},
-          {"x-host-bundle", "org.kde.konsole"},
-          {"x-zellij-session", "großer Fuchs"}}},
-        {"Orca",
-         {"TERM_PROGRAM=Orca", "ORCA_TERMINAL_HANDLE=term_1"},
-         {{"x-term-program", "Orca"},
-          {"x-host-bundle", "com.stablyai.orca"},
-          {"x-orca-terminal", "term_1"}}},
         {"Orca under another name",
          {"TERM_PROGRAM=vscode", "ORCA_TERM_PROGRAM=Orca", "ORCA_TERMINAL_HANDLE=term_1"},
          {{"x-term-program", "Orca"},
@@ -109,10 +90,6 @@ const std::vector<TerminalCase> &terminalCases() {
          {"TERMINAL_EMULATOR=JetBrains-JediTerm", "TERM_PROGRAM=WezTerm", "WEZTERM_PANE=4",
           "__INTELLIJ_COMMAND_HISTFILE__=/h/.cache/JetBrains/WebStorm2024.1/history"},
          {{"x-term-program", "JetBrains-JediTerm"}, {"x-host-bundle", "com.jetbrains.WebStorm"}}},
-        {"a JetBrains IDE by its entry",
-         {"TERMINAL_EMULATOR=JetBrains-JediTerm",
-          "GIO_LAUNCHED_DESKTOP_FILE=/a/jetbrains-goland.desktop"},
-         {{"x-term-program", "JetBrains-JediTerm"}, {"x-host-bundle", "jetbrains-goland"}}},
         {"another application by its entry",
          {"GIO_LAUNCHED_DESKTOP_FILE=/usr/share/applications/org.gnome.Console.desktop"},
          {{"x-host-bundle", "org.gnome.Console"}}},
@@ -120,12 +97,13 @@ const std::vector<TerminalCase> &terminalCases() {
          {"GIO_LAUNCHED_DESKTOP_FILE=/usr/share/applications/cursor.desktop"},
          {{"x-host-bundle", cursor}}},
         {"line breaks in a variable",
-         {"ZELLIJ_SESSION_NAME=a\r\nx-morvane-decision: 1\n\nb"},
-         {{"x-zellij-session", "ax-morvane-decision: 1b"}}},
+         {"ZELLIJ_SESSION_NAME=großer a\r\nx-morvane-decision: 1\n\nb"},
+         {{"x-zellij-session", "großer ax-morvane-decision: 1b"}}},
         {"another locale and separator",
          {"LC_ALL=C.UTF-8", "IFS=x-", "TERM_PROGRAM=ghostty"},
          {{"x-term-program", "ghostty"}, {"x-host-bundle", "com.mitchellh.ghostty"}}},
     };
+    std::ranges::move(plainCases(), std::back_inserter(cases));
     return cases;
 }
 

@@ -1,11 +1,6 @@
 #include "Platform/Linux/LowPriorityPool.h"
 
-#include "Core/AgentAdapter.h"
-#include "Core/AgentRegistry.h"
-#include "Core/Defaults.h"
-#include "Core/MorvaneSettings.h"
-#include "Core/SessionStore.h"
-#include "Support/EventBuilder.h"
+#include "Core/TranscriptReader.h"
 #include "Support/ManualScheduler.h"
 #include "Support/TemporaryHome.h"
 #include "Support/WaitUntil.h"
@@ -88,19 +83,8 @@ TEST(LowPriorityPool, HandsResultsToAnOwnerThatIsStillThere) {
 /// Reads in the background, of a file that its agent goes on writing, cutting and replacing.
 TEST(LowPriorityPool, ReadsTranscriptsWhileTheyChange) {
     const TemporaryHome home;
-    Defaults defaults(home.path(QStringLiteral("defaults")), QStringLiteral("test"));
-    MorvaneSettings settings(defaults);
     ManualScheduler scheduler;
     LowPriorityPool pool;
-    const auto nothing = [](const auto &...) -> std::optional<QString> { return std::nullopt; };
-    auto store = std::make_unique<SessionStore>(
-        settings, SessionSurroundings{nothing, nothing, nothing}, scheduler);
-    store->readTranscript = [&](AgentKind agent, const QString &path,
-                                SessionStore::UseTranscript use) {
-        pool.compute([agent, path] { return AgentRegistry::adapter(agent).readTranscript(path); },
-                     scheduler, store.get(), std::move(use));
-    };
-
     const QByteArray line =
         R"({"type":"assistant","message":{"model":"claude-a","usage":{"input_tokens":5}}})"
         "\n";
@@ -117,23 +101,21 @@ TEST(LowPriorityPool, ReadsTranscriptsWhileTheyChange) {
     });
 
     // Each read tells the model or, from what was left of the file just then, nothing.
+    QObject owner;
     int reads = 0;
-    const bool enough = waitUntil([&] {
-        for (int session = 0; session < 8; ++session) {
-            store->apply(EventBuilder(CanonicalEvent::toolUse)
-                             .in(QString::number(session))
-                             .with(&HookEvent::transcriptPath, path));
+    const auto use = [&](const TranscriptInfo &info) {
+        EXPECT_EQ(info.model.value_or(QStringLiteral("a")), QLatin1String("a"));
+        EXPECT_EQ(info.contextTokens.value_or(5), 5);
+        reads += info.model ? 1 : 0;
+    };
+    EXPECT_TRUE(waitUntil([&] {
+        for (int read = 0; read < 8; ++read) {
+            pool.compute([path] { return TranscriptReader::readClaude(path); }, scheduler, &owner,
+                         use);
         }
-        scheduler.advance(Seconds(16));
-        for (const Session &session : store->sessions()) {
-            EXPECT_EQ(session.model.value_or(QStringLiteral("a")), QLatin1String("a"));
-            EXPECT_EQ(session.contextTokens.value_or(5), 5);
-            reads += session.model ? 1 : 0;
-        }
-        return reads > 400;
-    });
-    EXPECT_TRUE(enough);
-    store.reset();
+        scheduler.runPosted();
+        return reads > 50;
+    }));
     ending = true;
     agent.join();
     scheduler.runPosted();
