@@ -76,38 +76,25 @@ TEST(HookEvent, DropsWhatNoSessionCouldUse) {
                                  "[]",
                                  "5",
                                  "null",
-                                 "\"s\"",
                                  "{",
                                  "{}",
                                  "not JSON",
                                  R"({"session_id":"s"} trailing)",
-                                 R"({'session_id':'s'})",
                                  R"({"session_id":"s",})",
-                                 R"({"session_id":"s","x":01})",
-                                 R"({"session_id":"s","x":1.})",
-                                 R"({"session_id":"s","x":1e})",
-                                 R"({"session_id":"s","x":-})",
-                                 R"({"session_id":"s","x":1e400-1})",
-                                 R"({"session_id":"s","x":+1e400})",
                                  "{\"session_id\":\"s\",\"x\":\"\xff\"}",
-                                 "{\"session_id\":\"s\",\"x\":\"\n\"}",
                                  QByteArray("{\"session_id\":\"s\"}\0", 19),
                                  R"({"session_id":""})",
                                  R"({"session_id":7})",
-                                 R"({"session_id":null})",
                                  R"({"Session_ID":"s"})"};
     for (const QByteArray &body : bodies) {
         EXPECT_FALSE(decode(body)) << body.constData();
     }
-    const std::pair<QString, QByteArray> events[] = {{"PostToolUse", "null"},
-                                                     {"", "null"},
-                                                     {"Notification", "null"},
-                                                     {"Notification", "\"auth_success\""},
-                                                     {"Notification", "[\"idle_prompt\"]"}};
-    for (const auto &[native, type] : events) {
-        EXPECT_FALSE(decode(R"({"session_id":"s","notification_type":)" + type + "}", native))
-            << type.constData();
+    for (const char *value : {"01", "1.", "1e", "-", "1e400-1", "+1e400", "\"\n\""}) {
+        EXPECT_FALSE(decode(R"({"session_id":"s","x":)" + QByteArray(value) + "}")) << value;
     }
+    EXPECT_FALSE(decode(R"({"session_id":"s"})", "PostToolUse"));
+    EXPECT_FALSE(
+        decode(R"({"session_id":"s","notification_type":["idle_prompt"]})", "Notification"));
 }
 
 TEST(HookEvent, CountsAValueOfTheWrongTypeAsMissing) {
@@ -123,17 +110,15 @@ TEST(HookEvent, CountsAValueOfTheWrongTypeAsMissing) {
 }
 
 TEST(HookEvent, ShowsTheFirstDetailOfTheTool) {
+    const QByteArray all = R"("query":"q","url":"u","pattern":"n","path":"p","file_path":"f")";
     const std::pair<QByteArray, Text> cases[] = {
-        {R"("query":"q","url":"u","pattern":"n","path":"p","file_path":"f","command":"c")", "c"},
-        {R"("query":"q","url":"u","pattern":"n","path":"p","file_path":"f","command":"")", "f"},
+        {all + R"(,"command":"c")", "c"},
+        {all + R"(,"command":"")", "f"},
         {R"("query":"q","url":"u","pattern":"n","path":"p","file_path":7)", "p"},
         {R"("query":"q","url":"u","pattern":"n")", "n"},
-        {R"("query":"q","url":"u")", "u"},
         {R"("query":" q\n")", "q"},
-        {R"("command":"  ","file_path":"f")", {}},
         {R"("command":"{ls;}","file_path":"f")", {}},
-        {R"("Command":"c")", {}},
-        {"", {}}};
+        {R"("Command":"c")", {}}};
     for (const auto &[input, detail] : cases) {
         EXPECT_EQ(withInput(input).toolDetail, detail) << input.constData();
     }
@@ -146,8 +131,7 @@ TEST(HookEvent, TakesTheFirstMessageThereIs) {
         {R"("tool_input":{"prompt":"p","question":"q"},"message":null)", "q"},
         {R"("tool_input":{"prompt":"p"})", "p"},
         {R"("reason":"r","message":"")", {}},
-        {R"("reason":"r","message":"<system>")", {}},
-        {R"("tool_input":"p")", {}}};
+        {R"("reason":"r","message":"<system>")", {}}};
     for (const auto &[members, message] : cases) {
         EXPECT_EQ(withMembers(members).responseMessage, message) << members.constData();
     }
@@ -168,13 +152,10 @@ TEST(HookEvent, ReadsQuestionsWithTheirOptions) {
 
 TEST(HookEvent, OffersAllQuestionsOrNone) {
     const QByteArray good = R"({"question":"Q","options":[{"label":"A"}]})";
-    const QByteArray flaws[] = {"{}",
-                                "5",
-                                R"({"options":[{"label":"A"}]})",
+    const QByteArray flaws[] = {"5",
                                 R"({"question":7,"options":[{"label":"A"}]})",
                                 R"({"question":" \n","options":[{"label":"A"}]})",
                                 R"({"question":"Q"})",
-                                R"({"question":"Q","options":[]})",
                                 R"({"question":"Q","options":{"label":"A"}})",
                                 R"({"question":"Q","options":[{"label":""}]})",
                                 R"({"question":"Q","options":[{"label":"A"},"B"]})"};
@@ -186,8 +167,6 @@ TEST(HookEvent, OffersAllQuestionsOrNone) {
         }
     }
     EXPECT_FALSE(withInput(R"("questions":[])").questions);
-    EXPECT_FALSE(withInput("\"questions\":" + good).questions);
-    EXPECT_FALSE(withMembers("\"questions\":[" + good + "]").questions);
 }
 
 TEST(HookEvent, ListsBackgroundTasksOfAgentsThatReportThem) {
@@ -225,14 +204,8 @@ TEST(HookEvent, KnowsWhereCursorKeepsItsSessionAndFolder) {
 }
 
 TEST(HookEvent, LivesWithNumbersOfAnySize) {
-    const QByteArray numbers[] = {"18446744073709551616",
-                                  "-9223372036854775809",
-                                  "1e400",
-                                  "-1E+400",
-                                  "123456789012345678901234567890.5e-3",
-                                  "0.1e-999",
-                                  "-0"};
-    for (const QByteArray &number : numbers) {
+    for (const QByteArray number :
+         {"18446744073709551616", "-9223372036854775809", "-1E+400", "1234567890.5e-3", "-0"}) {
         const HookEvent event =
             withMembers("\"n\":[" + number + "],\"tool_input\":{\"a\":" + number +
                         R"(,"command":"seq 1e400 \"-2\" \\","b":)" + number + "}");
@@ -263,17 +236,15 @@ TEST(HookEvent, SurvivesWhateverItIsSent) {
 }
 
 TEST(DisplayLine, MakesATextFitForOneLine) {
+    const QString longest(120, 'x');
     const std::pair<Text, Text> cases[] = {{{}, {}},
-                                           {"", {}},
                                            {" \t\r\n ", {}},
                                            {" <system>", {}},
                                            {"\n{\"a\":1}", {}},
                                            {"a < b {c}", "a < b {c}"},
                                            {" one\ntwo\n\nthree\r\nfour\n", "one two  three four"},
-                                           {QString(120, 'x'), QString(120, 'x')},
-                                           {QString(121, 'x'), QString(120, 'x') + u'…'},
-                                           {" " + QString(120, 'x') + "\n", QString(120, 'x')},
-                                           {QString(100'000, 'x'), QString(120, 'x') + u'…'}};
+                                           {" " + longest + "\n", longest},
+                                           {longest + "x", longest + u'…'}};
     for (const auto &[text, line] : cases) {
         EXPECT_EQ(TranscriptReader::displayLine(text), line);
     }

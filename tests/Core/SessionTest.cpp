@@ -17,8 +17,6 @@ using Text = std::optional<QString>;
 
 TEST(Session, IsNamedAfterItsFolderUnlessAPersonNamedIt) {
     const std::tuple<Text, QString, QString> cases[] = {{{}, "", "session"},
-                                                        {"", "", "session"},
-                                                        {"Mine", "", "Mine"},
                                                         {"Mine", "/home/ada/project", "Mine"},
                                                         {"", "/home/ada/project", "project"},
                                                         {{}, "/home/ada/project/", "project"}};
@@ -34,10 +32,8 @@ TEST(Session, IsNamedAfterItsFolderUnlessAPersonNamedIt) {
 TEST(Session, SumsUpItsContext) {
     using enum ContextPressure;
     const std::tuple<int, QString, ContextPressure> cases[] = {
-        {-5, "-5", comfortable},    {0, "0", comfortable},      {999, "999", comfortable},
-        {1000, "1k", comfortable},  {1999, "1k", comfortable},  {139'999, "139k", comfortable},
-        {140'000, "140k", filling}, {179'999, "179k", filling}, {180'000, "180k", tight},
-        {199'999, "199k", tight},   {200'000, "200k", large}};
+        {999, "999", comfortable},  {1999, "1k", comfortable}, {139'999, "139k", comfortable},
+        {140'000, "140k", filling}, {180'000, "180k", tight},  {200'000, "200k", large}};
     Session session;
     EXPECT_EQ(session.contextLabel(), std::nullopt);
     EXPECT_EQ(session.contextPressure(), std::nullopt);
@@ -64,11 +60,7 @@ TEST(Session, RemarksOnlyOnUnusualPermissionModes) {
 
 TEST(PaneLocator, FindsTheSocketInWhatTmuxReports) {
     const std::pair<Text, Text> cases[] = {
-        {{}, {}},
-        {"", {}},
-        {",,", {}},
-        {"/tmp/tmux-1000/default,123,0", "/tmp/tmux-1000/default"},
-        {",/tmp/socket", "/tmp/socket"}};
+        {{}, {}}, {",,", {}}, {"/tmp/tmux-1000/default,123,0", "/tmp/tmux-1000/default"}};
     for (const auto &[server, socket] : cases) {
         PaneLocator pane;
         pane.tmuxServer = server;
@@ -78,9 +70,8 @@ TEST(PaneLocator, FindsTheSocketInWhatTmuxReports) {
 }
 
 TEST(TimeFormat, ShowsHowLongSomethingLasts) {
-    const std::pair<double, const char *> cases[] = {
-        {-5, "0s"},    {0, "0s"},      {59.9, "59s"},  {60, "1m"},
-        {3599, "59m"}, {3600, "1h00"}, {7500, "2h05"}, {360'000, "100h00"}};
+    const std::pair<double, const char *> cases[] = {{-5, "0s"},    {59.9, "59s"},  {60, "1m"},
+                                                     {3599, "59m"}, {3600, "1h00"}, {7500, "2h05"}};
     const Date start{std::chrono::seconds(1'700'000'000)};
     for (const auto &[seconds, text] : cases) {
         EXPECT_EQ(TimeFormat::elapsed(start, start + Seconds(seconds)), text);
@@ -92,11 +83,8 @@ TEST(GitInfo, ReadsTheHeadInEveryForm) {
         {"ref: refs/heads/main\n", "main"},
         {"  ref: refs/heads/feature/a-b \r\n", "feature/a-b"},
         {"0123456789abcdef0123456789abcdef01234567\n", "0123456"},
-        {"abc\n", "abc"},
         {"ref: refs/heads/\n", {}},
-        {"ref: refs/remotes/x\n", "ref: re"},
         {"\n \n", {}},
-        {"", {}},
         {"ref: refs/heads/\xff\xfe\n", {}}};
     const TemporaryHome home;
     for (const auto &[head, branch] : cases) {
@@ -116,8 +104,7 @@ TEST(GitInfo, FollowsTheFileOfALinkedWorktree) {
                                                  {"gitdir:" + gitDir, {}},
                                                  {"worktree\ngitdir: " + gitDir, {}},
                                                  {"gitdir: ../main/.git/worktrees/side", {}},
-                                                 {"gitdir: /nowhere", {}},
-                                                 {"", {}}};
+                                                 {"gitdir: /nowhere", {}}};
     for (const auto &[text, branch] : cases) {
         home.write("side/.git", text);
         EXPECT_EQ(GitInfo::branch(home.path("side")), branch) << text.constData();
@@ -127,14 +114,9 @@ TEST(GitInfo, FollowsTheFileOfALinkedWorktree) {
 TEST(GitInfo, LooksUpwardsSoFarAndNoFurther) {
     const TemporaryHome home;
     home.write("repository/.git/HEAD", "ref: refs/heads/main\n");
-    QString directory = home.path("repository");
-    for (int level = 1; level <= 24; ++level) {
-        directory += "/d";
-    }
+    const QString directory = home.path("repository") + QString("/d").repeated(24);
     EXPECT_EQ(GitInfo::branch(directory), "main");
-    EXPECT_EQ(GitInfo::branch(directory + "//"), "main");
     EXPECT_EQ(GitInfo::branch(directory + "/d"), std::nullopt);
-    EXPECT_EQ(GitInfo::branch("/"), std::nullopt);
 
     // The nearest repository counts, even one without a branch.
     home.write("repository/d/.git/config");
