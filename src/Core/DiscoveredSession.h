@@ -16,7 +16,7 @@ struct DiscoveredSession {
     QString cwd; ///< empty when the transcript doesn't tell
     QString transcriptPath;
     Date lastActive;
-    std::optional<QString> gitBranch;
+    std::optional<QString> gitBranch = std::nullopt;
 
     friend bool operator==(const DiscoveredSession &, const DiscoveredSession &) = default;
 };

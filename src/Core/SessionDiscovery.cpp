@@ -110,7 +110,7 @@ void takeCodexTranscript(const fs::directory_entry &entry, Date cutoff,
     if (const auto written = recentChange(entry, cutoff)) {
         const QString path = toText(entry.path());
         if (const auto metadata = fromHead(path, codexMetadata)) {
-            found.append({metadata->id, AgentKind::codex, metadata->cwd, path, *written, {}});
+            found.append({metadata->id, AgentKind::codex, metadata->cwd, path, *written});
         }
     }
 }

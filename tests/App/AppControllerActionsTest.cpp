@@ -172,9 +172,16 @@ TEST_F(AppControllerActionsTest, RemovesEverythingAndReports) {
     EXPECT_EQ(read(".claude/settings.json"), "{\n  \"model\": \"opus\"\n}\n");
     EXPECT_FALSE(QFile::exists(home.path(QStringLiteral(".morvane"))));
     EXPECT_FALSE(loginItem().enabled);
+
+    // What still happens before the program is quit leaves no trace either.
+    HookEvent late;
+    late.kind = CanonicalEvent::turnEnd;
+    late.sessionID = QStringLiteral("late");
+    controller.store().apply(late);
     Defaults reread(home.path(QStringLiteral("config")), QStringLiteral("test"));
     EXPECT_FALSE(reread.contains(QStringLiteral("soundEnabled")));
     EXPECT_FALSE(reread.contains(QStringLiteral("eventToken")));
+    EXPECT_FALSE(reread.contains(QStringLiteral("completedHistory")));
     EXPECT_TRUE(controller.installedAgents().isEmpty());
 }
 

@@ -276,8 +276,10 @@ TEST_F(SettingsTest, DefaultsAreForTheirOwnerAlone) {
 }
 
 TEST_F(SettingsTest, DefaultsPutAsideWhatTheyCannotRead) {
-    for (const char *broken :
-         {"{\"eventToken\": \"T\"", "[1]", "", "{\"x\":\"\xff\"}", "{\"x\":1e400}"}) {
+    const QByteArray deep = "{\"x\":" + QByteArray(200'000, '[') + QByteArray(200'000, ']') + "}";
+    for (const QByteArray &broken :
+         {QByteArray("{\"eventToken\": \"T\""), QByteArray("[1]"), QByteArray(""),
+          QByteArray("{\"x\":\"\xff\"}"), QByteArray("{\"x\":1e400}"), deep}) {
         home.write(file, broken);
         home.write(file + ".unreadable", "older");
         Defaults defaults = load();

@@ -147,7 +147,7 @@ TEST_F(TranscriptsTest, EntersSessionsThatWereFoundOnDisk) {
     const Date oldest = now - Seconds(600);
     store.restore({{"old", AgentKind::codex, "/p", "/old.jsonl", oldest - Seconds(0.001)},
                    {"live", AgentKind::codex, "/p", "/live.jsonl", now},
-                   {"s", AgentKind::codex, "/p", "/s.jsonl", oldest},
+                   {"s", AgentKind::codex, "/p", "/s.jsonl", oldest, "main"},
                    {"s", AgentKind::claude, "/q", "/twice.jsonl", now},
                    {"later", AgentKind::claude, "", "/later.jsonl", now + Seconds(5)}});
     EXPECT_FALSE(store.sessions().contains("old"));
@@ -158,7 +158,7 @@ TEST_F(TranscriptsTest, EntersSessionsThatWereFoundOnDisk) {
     expected.cwd = "/p";
     expected.transcriptPath = "/s.jsonl";
     expected.startedAt = expected.lastEventAt = expected.stateChangedAt = oldest;
-    expected.gitBranch = "branch of /p";
+    expected.gitBranch = "main";
     expected.customName = "Mine";
     EXPECT_EQ(session(), expected);
     EXPECT_EQ(session("later").displayName(), "session");

@@ -1,6 +1,7 @@
 #include "Presentation/ExpandedView.h"
 
 #include "PanelFixture.h"
+#include "Presentation/CompletedRow.h"
 #include "Presentation/DecideButton.h"
 #include "Presentation/TextLabel.h"
 
@@ -80,6 +81,16 @@ TEST_F(ExpandedViewTest, RowsStayInPlaceWhileTheirOrderAndNeighboursChange) {
     refresh();
     EXPECT_EQ(order(), QStringLiteral("ab"));
     EXPECT_FALSE(showsText(QStringLiteral("OPEN — no activity yet")));
+}
+
+TEST_F(ExpandedViewTest, AFinishedSessionWithoutAFolderIsShownOnce) {
+    store.apply(EventBuilder(Event::promptSubmit).in(QStringLiteral("a")));
+    refresh();
+    EXPECT_EQ(order(), QStringLiteral("a"));
+    store.apply(EventBuilder(Event::turnEnd).in(QStringLiteral("a")));
+    refresh();
+    EXPECT_EQ(order(), QString());
+    EXPECT_EQ(view.findChildren<CompletedRow *>().size(), 1);
 }
 
 TEST_F(ExpandedViewTest, APressOutlivesAChangeOfAnotherSession) {
