@@ -10,27 +10,22 @@
 namespace morvane {
 namespace {
 
-class ForwarderScriptsTest : public testing::Test {
-protected:
-    static ForwarderScripts scripts(std::uint16_t port) {
-        return {QStringLiteral("the-token"), port};
-    }
+ForwarderScripts scripts(std::uint16_t port) {
+    return {QStringLiteral("the-token"), port};
+}
 
-    TemporaryHome home;
-};
-
-TEST_F(ForwarderScriptsTest, PutsPortAndTokenIntoTheScript) {
+TEST(ForwarderScripts, PutsPortAndTokenIntoTheScript) {
+    const TemporaryHome home;
     ASSERT_FALSE(scripts(40123).writeHookScript());
     const QByteArray script = home.read(QStringLiteral(".morvane/hook.sh"));
     EXPECT_TRUE(script.startsWith("#!/bin/sh\n"));
-    EXPECT_TRUE(script.contains("40123"));
-    EXPECT_TRUE(script.contains("the-token"));
+    EXPECT_TRUE(script.contains("40123") && script.contains("the-token"));
     EXPECT_FALSE(script.contains("__PORT__") || script.contains("__TOKEN__"));
     EXPECT_TRUE(home.read(QStringLiteral(".morvane/forwarder"))
                     .startsWith("\x7f"
                                 "ELF"));
 
-    const auto mode = [this](const QString &relative) {
+    const auto mode = [&](const QString &relative) {
         return QFileInfo(home.path(relative)).permissions() & QFile::Permissions(0x0777);
     };
     const QFile::Permissions readable =
@@ -43,7 +38,8 @@ TEST_F(ForwarderScriptsTest, PutsPortAndTokenIntoTheScript) {
               QFile::Permissions());
 }
 
-TEST_F(ForwarderScriptsTest, RewritesTheScriptButNotAClientThatIsTheSame) {
+TEST(ForwarderScripts, RewritesTheScriptButNotAClientThatIsTheSame) {
+    const TemporaryHome home;
     ASSERT_FALSE(scripts(1).writeHookScript());
     QFile client(home.path(QStringLiteral(".morvane/forwarder")));
     const QDateTime old = QDateTime::fromSecsSinceEpoch(1'000'000'000);
@@ -65,9 +61,9 @@ TEST_F(ForwarderScriptsTest, RewritesTheScriptButNotAClientThatIsTheSame) {
     EXPECT_TRUE(QFileInfo(client.fileName()).isExecutable());
 }
 
-TEST_F(ForwarderScriptsTest, SaysWhatKeptItFromWriting) {
-    QFile obstacle(home.path(QStringLiteral(".morvane")));
-    ASSERT_TRUE(obstacle.open(QIODevice::WriteOnly));
+TEST(ForwarderScripts, SaysWhatKeptItFromWriting) {
+    const TemporaryHome home;
+    home.write(QStringLiteral(".morvane"));
     EXPECT_TRUE(scripts(1).writeHookScript());
     const auto missing = scripts(1).renderTemplate(QStringLiteral("other.sh"));
     ASSERT_TRUE(std::holds_alternative<Failure>(missing));

@@ -26,18 +26,10 @@ public:
 TEST(HostApp, FindsTheHostFromItsHints) {
     const std::tuple<Hint, Hint, QString, Hint> cases[] = {
         {{}, {}, "com.googlecode.iterm2", {}},
-        {"", "", "com.googlecode.iterm2", {}},
         {"", "ghostty", "com.mitchellh.ghostty", "Ghostty"},
-        {{}, "Apple_Terminal", "com.apple.Terminal", "Terminal"},
-        {{}, "WarpTerminal", "dev.warp.Warp-Stable", "Warp"},
-        {{}, "kitty", "net.kovidgoyal.kitty", "kitty"},
         {{}, "vscode", "com.microsoft.VSCode", "VS Code"},
-        {{}, "iTerm.app", "com.googlecode.iterm2", "iTerm"},
-        {{}, "WezTerm", "com.github.wez.wezterm", "WezTerm"},
-        {{}, "KITTY", "com.googlecode.iterm2", "iTerm"},
         {{}, "xterm", "com.googlecode.iterm2", "iTerm"},
         {"com.todesktop.230313mzl4w4u92", "vscode", "com.todesktop.230313mzl4w4u92", "Cursor"},
-        {"com.stablyai.orca", {}, "com.stablyai.orca", "Orca"},
         {"org.gnome.Terminal", "kitty", "org.gnome.Terminal", "Terminal"},
         {"plain", {}, "plain", "plain"},
         {"org.example.dotted.", {}, "org.example.dotted.", "dotted"},
@@ -64,12 +56,7 @@ TEST(HostApp, AsksTheMachineOnlyForWhatItDoesNotKnow) {
 }
 
 TEST(HostApp, CountsOnlyTerminalsProperAsTerminals) {
-    EXPECT_EQ(HostApp::terminalBundleIDs().size(), 8);
-    for (const char *program :
-         {"Apple_Terminal", "ghostty", "WarpTerminal", "kitty", "iTerm.app", "WezTerm"}) {
-        EXPECT_TRUE(HostApp::terminalBundleIDs().contains(HostApp::bundleID({}, program)))
-            << program;
-    }
+    EXPECT_TRUE(HostApp::terminalBundleIDs().contains(HostApp::bundleID({}, "kitty")));
     EXPECT_FALSE(HostApp::terminalBundleIDs().contains(HostApp::bundleID({}, "vscode")));
 }
 

