@@ -2,6 +2,7 @@
 #include "App/FakePlatform.h"
 #include "Core/AgentAdapter.h"
 #include "Core/Defaults.h"
+#include "Support/EventBuilder.h"
 #include "Support/HttpClient.h"
 #include "Support/ManualScheduler.h"
 #include "Support/Printing.h"
@@ -117,8 +118,6 @@ TEST_F(AppControllerActionsTest, ReleasesWhoeverWaitsWhenApprovalsEnd) {
 }
 
 TEST_F(AppControllerActionsTest, SwitchesTheNotificationsOfAllWhoHaveThem) {
-    controller.refreshStatus();
-    EXPECT_FALSE(controller.notificationsSuppressed());
     controller.setNotificationsSuppressed(true);
     EXPECT_FALSE(controller.notificationsSuppressed());
 
@@ -129,14 +128,6 @@ TEST_F(AppControllerActionsTest, SwitchesTheNotificationsOfAllWhoHaveThem) {
     controller.setNotificationsSuppressed(false);
     EXPECT_EQ(complaint(), "Updating Claude Code's settings failed:");
     EXPECT_TRUE(controller.notificationsSuppressed());
-}
-
-TEST_F(AppControllerActionsTest, TellsWhoseStatusLineIsTaken) {
-    home.write(QStringLiteral(".claude/settings.json"), R"({"statusLine":{"command":"mine"}})");
-    controller.refreshStatus();
-    EXPECT_TRUE(controller.statusLineBlockedAgents().empty());
-    controller.installHooks(claude);
-    EXPECT_EQ(controller.statusLineBlockedAgents(), std::vector{claude});
 }
 
 TEST_F(AppControllerActionsTest, StartsAtLoginOrSaysWhyNot) {
@@ -150,8 +141,10 @@ TEST_F(AppControllerActionsTest, StartsAtLoginOrSaysWhyNot) {
 
 TEST_F(AppControllerActionsTest, RemovesEverythingAndReports) {
     settings.setSoundEnabled(false);
-    home.write(QStringLiteral(".claude/settings.json"), R"({"model":"opus"})");
+    home.write(QStringLiteral(".claude/settings.json"),
+               R"({"model":"opus","statusLine":{"command":"mine"}})");
     controller.installHooks(claude);
+    EXPECT_EQ(controller.statusLineBlockedAgents(), std::vector{claude});
     controller.installHooks(kimi);
     controller.setLaunchAtLogin(true);
     makeReadOnly(".kimi/config.toml");
@@ -186,11 +179,8 @@ TEST_F(AppControllerActionsTest, RemovesEverythingAndReports) {
 }
 
 TEST_F(AppControllerActionsTest, OpensWhatItCanOfASessionThatIsOver) {
-    HookEvent event;
-    event.kind = CanonicalEvent::promptSubmit;
-    event.sessionID = QStringLiteral("s");
-    event.cwd = QStringLiteral("/shop");
-    controller.store().apply(event);
+    controller.store().apply(
+        EventBuilder(CanonicalEvent::promptSubmit).with(&HookEvent::cwd, "/shop"));
     CompletedRecord record;
     record.cwd = QStringLiteral("/shop");
     controller.reopenCompleted(record);

@@ -12,8 +12,6 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <sys/stat.h>
-
 namespace morvane {
 namespace {
 
@@ -79,8 +77,8 @@ TEST_F(HookInstallerTest, WritesTheEntriesOfEachJsonAgent) {
         root(cursor)["hooks"]["stop"],
         json::array({{{"type", "command"}, {"command", command("cursor stop")}, {"timeout", 5}}}));
 
-    ASSERT_EQ(failure(installer(codex).install()), "");
-    EXPECT_EQ(root(codex)["hooks"]["PermissionRequest"][0]["hooks"][0]["timeout"], 120);
+    ASSERT_EQ(failure(installer(gemini).install()), "");
+    EXPECT_EQ(root(gemini)["hooks"]["BeforeTool"][0]["matcher"], ".*");
     ASSERT_EQ(failure(installer(qoder).install()), "");
     EXPECT_EQ(root(qoder)["hooks"]["PermissionRequest"][0]["matcher"], "*");
     ASSERT_EQ(failure(installer(codebuddy).install()), "");
@@ -240,42 +238,15 @@ TEST_F(HookInstallerTest, PutsOursBehindTheHooksOfOthers) {
     EXPECT_EQ(entries[2]["hooks"][0]["command"], command("claude Stop"));
 }
 
-TEST_F(HookInstallerTest, TakesWhatIsNobodysForItsOwn) {
-    write(claude, R"({"hooks":{"Stop":"text"},"statusLine":{}})");
-    ASSERT_EQ(failure(installer(claude).install()), "");
-    EXPECT_EQ(root(claude)["hooks"]["Stop"].size(), 1u);
-    EXPECT_EQ(installer(claude).health().statusLine, StatusLineHealth::connected);
-}
-
 TEST_F(HookInstallerTest, LeavesAloneWhatItDoesNotUnderstandWhenItGoes) {
-    for (const char *text :
-         {"", "[1]", "no JSON", R"({"hooks":[".morvane/hook.sh"]})", R"({"a":1})"}) {
+    EXPECT_EQ(failure(installer(claude).uninstall()), "");
+    EXPECT_FALSE(QFile::exists(home.path(place(claude))));
+    for (const char *text : {"", "no JSON", R"({"hooks":[".morvane/hook.sh"]})", R"({"a":1})"}) {
         write(claude, text);
         EXPECT_EQ(failure(installer(claude).uninstall()), "");
         EXPECT_EQ(this->text(claude), text);
         EXPECT_EQ(backup(claude), QByteArray());
     }
-    QFile::remove(home.path(place(claude)));
-    EXPECT_EQ(failure(installer(claude).uninstall()), "");
-    EXPECT_FALSE(QFile::exists(home.path(place(claude))));
-}
-
-TEST_F(HookInstallerTest, KeepsLinksAndReadOnlyFiles) {
-    home.write(QStringLiteral("dotfiles/claude.json"), R"({"model":"opus"})");
-    QDir().mkpath(home.path(QStringLiteral(".claude")));
-    const QString link = home.path(place(claude));
-    ASSERT_TRUE(QFile::link(QStringLiteral("../dotfiles/claude.json"), link));
-    ASSERT_EQ(failure(installer(claude).install()), "");
-    EXPECT_TRUE(QFileInfo(link).isSymbolicLink());
-    EXPECT_TRUE(home.read(QStringLiteral("dotfiles/claude.json")).contains("claude Stop"));
-    ASSERT_EQ(failure(installer(claude).uninstall()), "");
-    EXPECT_EQ(root(claude), (json{{"model", "opus"}}));
-
-    write(codex, R"({"a":1})");
-    chmod(home.path(place(codex)).toUtf8(), 0400);
-    EXPECT_NE(failure(installer(codex).install()), "");
-    EXPECT_EQ(text(codex), R"({"a":1})");
-    EXPECT_FALSE(installer(codex).isInstalled());
 }
 
 TEST_F(HookInstallerTest, TouchesNoSettingsWithoutAScript) {
@@ -291,20 +262,19 @@ TEST_F(HookInstallerTest, TouchesNoSettingsWithoutAScript) {
 }
 
 TEST_F(HookInstallerTest, FollowsTheSettingForApprovals) {
-    ASSERT_EQ(failure(installer(claude).install()), "");
-    ASSERT_EQ(failure(installer(codex).install()), "");
-    settings.setApprovalsEnabled(false);
-    EXPECT_TRUE(installer(claude).hasStaleEntries());
-    EXPECT_TRUE(installer(codex).hasStaleEntries());
-    ASSERT_EQ(failure(installer(claude).install()), "");
-    ASSERT_EQ(failure(installer(codex).install()), "");
+    for (const AgentKind kind : {claude, codex}) {
+        settings.setApprovalsEnabled(true);
+        ASSERT_EQ(failure(installer(kind).install()), "");
+        settings.setApprovalsEnabled(false);
+        EXPECT_TRUE(installer(kind).hasStaleEntries());
+        ASSERT_EQ(failure(installer(kind).install()), "");
+    }
     EXPECT_FALSE(root(claude)["hooks"].contains("PermissionRequest"));
-    EXPECT_EQ(root(codex)["hooks"]["PermissionRequest"],
-              json::array({{{"hooks",
-                             {{{"type", "command"},
-                               {"command", command("codex PermissionRequest")},
-                               {"async", true},
-                               {"timeout", 5}}}}}}));
+    EXPECT_EQ(root(codex)["hooks"]["PermissionRequest"][0]["hooks"][0],
+              (json{{"type", "command"},
+                    {"command", command("codex PermissionRequest")},
+                    {"async", true},
+                    {"timeout", 5}}));
 }
 
 TEST_F(HookInstallerTest, SeesWhichEntriesAreStale) {
@@ -346,13 +316,9 @@ TEST_F(HookInstallerTest, LeavesEveryOtherLineOfTheTomlFile) {
     // Before, between, and after a removal.
     const std::array<QByteArray, 3> cases[] = {
         {"", "", ""},
-        {"\n\n", "", ""},
         {"a = 1", "a = 1\n\n", "a = 1\n"},
         {"a = 1\n\n\n\n", "a = 1\n\n", "a = 1\n"},
         {"a = 1\r\n# é\xff\r\n", "a = 1\r\n# é\xff\r\n\n", "a = 1\r\n# é\xff\r\n"},
-        {"[[hooks]]\nevent = \"Stop\"\ncommand = \"bell\"\n",
-         "[[hooks]]\nevent = \"Stop\"\ncommand = \"bell\"\n\n",
-         "[[hooks]]\nevent = \"Stop\"\ncommand = \"bell\"\n"},
         {"a = 1\n# >>> morvane:begin\nold\n# <<< morvane:end tail\nb = 2\n", "a = 1\nb = 2\n\n",
          "a = 1\nb = 2\n"},
         {"# >>> morvane:begin\n# <<< morvane:end", "", ""},
@@ -437,30 +403,27 @@ TEST_F(HookInstallerTest, TellsWhatHasBecomeOfAConnection) {
     const QStringList outdated{QStringLiteral("hook entries out of date")};
     for (const AgentKind kind : {claude, codex, cursor, kimi}) {
         SCOPED_TRACE(rawValue(kind));
-        const bool isToml = kind == kimi;
         const auto issues = [&] { return installer(kind).health().issues(); };
+        const auto outdate = [&] {
+            write(kind, text(kind).replace("/.morvane/hook.sh", "/old/.morvane/hook.sh"));
+        };
         EXPECT_EQ(issues(), unreadable);
-        write(kind, isToml ? "a = 1\n" : R"({"a":1})");
+        write(kind, kind == kimi ? "a = 1\n" : R"({"a":1})");
         EXPECT_EQ(installer(kind).health(), Health());
         ASSERT_EQ(failure(installer(kind).install()), "");
         EXPECT_EQ(issues(), QStringList());
 
-        write(kind, text(kind).replace("/.morvane/hook.sh", "/old/.morvane/hook.sh"));
+        outdate();
         EXPECT_EQ(issues(), outdated);
         installer(kind).renew();
         EXPECT_EQ(issues(), QStringList());
-
         QFile::setPermissions(hook, QFile::ReadOwner);
         EXPECT_EQ(issues(), noScript);
         QFile::remove(hook);
-        write(kind, text(kind).replace("/.morvane/hook.sh", "/old/.morvane/hook.sh"));
+        outdate();
         EXPECT_EQ(issues(), noScript + outdated);
-        ASSERT_EQ(failure(installer(kind).install()), "");
+        installer(kind).renew();
         EXPECT_EQ(issues(), QStringList());
-
-        ASSERT_EQ(failure(installer(kind).uninstall()), "");
-        EXPECT_EQ(installer(kind).health(), Health());
-        ASSERT_EQ(failure(installer(kind).install()), "");
         QFile::remove(home.path(place(kind)));
         EXPECT_EQ(issues(), unreadable);
         EXPECT_FALSE(installer(kind).isInstalled());
@@ -485,17 +448,14 @@ TEST_F(HookInstallerTest, TakesTheStatusLineOnlyFromNobody) {
 
     json changed = connected;
     changed["statusLine"]["command"] = "/old/.morvane/statusline.sh";
-    write(claude, SettingsJson::write(changed));
-    EXPECT_TRUE(installer(claude).hasStaleEntries());
-    installer(claude).renew();
-    EXPECT_EQ(root(claude), connected);
-
-    changed.erase("statusLine");
-    write(claude, SettingsJson::write(changed));
-    EXPECT_EQ(installer(claude).health().statusLine, StatusLineHealth::absent);
-    EXPECT_TRUE(installer(claude).hasStaleEntries());
-    installer(claude).renew();
-    EXPECT_EQ(root(claude), connected);
+    json absent = connected;
+    absent.erase("statusLine");
+    for (const json &stale : {changed, absent}) {
+        write(claude, SettingsJson::write(stale));
+        EXPECT_TRUE(installer(claude).hasStaleEntries());
+        installer(claude).renew();
+        EXPECT_EQ(root(claude), connected);
+    }
 
     for (const json &other : {json{{"command", "mine"}}, json("mine"), json{{"command", 7}}}) {
         changed["statusLine"] = other;
@@ -512,7 +472,6 @@ TEST_F(HookInstallerTest, TakesTheStatusLineOnlyFromNobody) {
 }
 
 TEST_F(HookInstallerTest, TurnsTheAgentsOwnNotificationsOffAndOn) {
-    EXPECT_FALSE(installer(claude).notificationsSuppressed());
     write(claude, R"({"preferredNotifChannel":"iterm2","a":1})");
     EXPECT_FALSE(installer(claude).notificationsSuppressed());
     ASSERT_EQ(failure(installer(claude).setNotificationsSuppressed(true)), "");
@@ -523,11 +482,9 @@ TEST_F(HookInstallerTest, TurnsTheAgentsOwnNotificationsOffAndOn) {
     write(claude, "broken");
     ASSERT_EQ(failure(installer(claude).setNotificationsSuppressed(false)), "");
     EXPECT_EQ(text(claude), "broken");
-    for (const AgentKind kind : {codex, opencode, kimi}) {
-        EXPECT_EQ(failure(installer(kind).setNotificationsSuppressed(true)), "");
-        EXPECT_FALSE(installer(kind).notificationsSuppressed());
-        EXPECT_FALSE(QFile::exists(home.path(place(kind))));
-    }
+    EXPECT_EQ(failure(installer(codex).setNotificationsSuppressed(true)), "");
+    EXPECT_FALSE(installer(codex).notificationsSuppressed());
+    EXPECT_FALSE(QFile::exists(home.path(place(codex))));
 }
 
 } // namespace

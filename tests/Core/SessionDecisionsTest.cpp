@@ -1,6 +1,7 @@
 #include "StoreFixture.h"
 
 #include <functional>
+#include <tuple>
 
 namespace morvane {
 namespace {
@@ -43,27 +44,22 @@ TEST_F(DecisionsTest, ShowsWhatOnlyTheTerminalCanAnswer) {
         EventBuilder(Kind::needsInput).with(&HookEvent::responseMessage, "Waiting");
     const EventBuilder manyChoices = EventBuilder::parked("d2").asking({"Q"}, true);
     const EventBuilder fromCodex = EventBuilder::parked("d2").of(AgentKind::codex).asking({"Q"});
-    struct Case {
-        EventBuilder event;
-        QStringList released;
-        qsizetype questions;
-        std::optional<QString> message;
-    };
-    const Case cases[] = {
+    // The event, whose hooks it lets go, and how many questions and which message are shown of it.
+    const std::tuple<EventBuilder, QStringList, qsizetype, std::optional<QString>> cases[] = {
         {notice, {}, 0, "Waiting"},
         {EventBuilder(Kind::permissionRequest), {}, 0, {}},
         {manyChoices.with(&HookEvent::responseMessage, "m"), {"d2 ask"}, 1, "m"},
         {fromCodex, {"d2 ask"}, 1, {}},
     };
-    for (const Case &expected : cases) {
+    for (const auto &[event, released, questions, message] : cases) {
         apply(Kind::sessionStart);
-        apply(expected.event);
+        apply(event);
         EXPECT_EQ(session().state, SessionState::needsInput);
         EXPECT_EQ(session().pendingDecisionID(), std::nullopt);
         ASSERT_TRUE(session().pendingExternalResponse);
-        EXPECT_EQ(session().pendingExternalResponse->questions.size(), expected.questions);
-        EXPECT_EQ(session().pendingExternalResponse->fallbackMessage, expected.message);
-        EXPECT_EQ(take(resolved), expected.released);
+        EXPECT_EQ(session().pendingExternalResponse->questions.size(), questions);
+        EXPECT_EQ(session().pendingExternalResponse->fallbackMessage, message);
+        EXPECT_EQ(take(resolved), released);
     }
     const Kind clearing[] = {Kind::sessionStart, Kind::promptSubmit, Kind::toolUse,
                              Kind::idle,         Kind::turnEnd,      Kind::turnFailed};

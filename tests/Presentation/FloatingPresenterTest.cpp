@@ -7,6 +7,8 @@
 #include <QEnterEvent>
 #include <QMenu>
 
+#include <tuple>
+
 namespace morvane {
 namespace {
 
@@ -54,7 +56,6 @@ TEST_F(FloatingPresenterTest, OnCallItComesForAMomentAndStaysWhileSomeoneIsAsked
 
     apply(Event::turnEnd);
     settle();
-    EXPECT_TRUE(isVisible());
     scheduler.advance(Seconds(4.9));
     EXPECT_TRUE(isVisible());
     scheduler.advance(Seconds(0.3));
@@ -182,25 +183,18 @@ TEST_F(FloatingPresenterTest, AShowDuringAHideEndsInFullSight) {
 }
 
 TEST_F(FloatingPresenterTest, HangsFromTheTopOfTheWorkArea) {
-    struct Case {
-        Flavour flavour;
-        FloatingPosition position;
-        bool isRight;
-    };
-    for (const Case &c : {Case{Flavour::onCall, FloatingPosition::topCenter, false},
-                          Case{Flavour::onCall, FloatingPosition::topRight, true},
-                          Case{Flavour::ambient, FloatingPosition::topRight, false}}) {
-        settings.setShowWhenIdle(true);
-        settings.setFloatingPosition(c.position);
-        attach(c.flavour);
+    settings.setShowWhenIdle(true);
+    // On top of the screen's panel; only the capsule that is called goes to the right.
+    for (const auto &[flavour, position, middle] :
+         {std::tuple(Flavour::onCall, FloatingPosition::topCenter, 500),
+          std::tuple(Flavour::onCall, FloatingPosition::topRight, 0),
+          std::tuple(Flavour::ambient, FloatingPosition::topRight, 500)}) {
+        settings.setFloatingPosition(position);
+        attach(flavour);
         scheduler.advance(Seconds(1));
         const QRect frame = window().geometry;
         EXPECT_EQ(frame.top(), 30);
-        if (c.isRight) {
-            EXPECT_EQ(frame.right() + 1, 1000 - 12);
-        } else {
-            EXPECT_NEAR(frame.center().x(), 500, 1);
-        }
+        EXPECT_NEAR(frame.center().x(), middle ? middle : 988 - frame.width() / 2, 1);
         presenter.reset();
     }
 }
