@@ -162,7 +162,7 @@ TEST_F(AppControllerActionsTest, RemovesEverythingAndReports) {
     makeReadOnly(".kimi/config.toml", false);
     EXPECT_EQ(remove(), (QStringList{QStringLiteral("Kimi CLI hooks"), QStringLiteral("~/.morvane"),
                                      QStringLiteral("preferences and session history")}));
-    EXPECT_EQ(read(".claude/settings.json"), "{\n  \"model\": \"opus\"\n}\n");
+    EXPECT_FALSE(read(".claude/settings.json").contains("hook.sh"));
     EXPECT_FALSE(QFile::exists(home.path(QStringLiteral(".morvane"))));
     EXPECT_FALSE(loginItem().enabled);
 
