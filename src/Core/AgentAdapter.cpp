@@ -1,8 +1,8 @@
 #include "Core/AgentAdapter.h"
 
 #include "Core/AgentRegistry.h"
-#include "Core/HookBody.h"
 #include "Core/HookTimeout.h"
+#include "Core/JsonObject.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -35,11 +35,11 @@ std::optional<QByteArray> AgentAdapter::encodeDecision(const AgentDecision &,
     return std::nullopt;
 }
 
-std::optional<QString> AgentAdapter::sessionID(const HookBody &body) const {
+std::optional<QString> AgentAdapter::sessionID(const JsonObject &body) const {
     return body.string("session_id");
 }
 
-std::optional<QString> AgentAdapter::cwd(const HookBody &body) const {
+std::optional<QString> AgentAdapter::cwd(const JsonObject &body) const {
     return body.string("cwd");
 }
 

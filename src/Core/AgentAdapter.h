@@ -18,7 +18,7 @@
 
 namespace morvane {
 
-class HookBody;
+class JsonObject;
 
 /// Everything in which one agent differs from the others. Adapters are immutable and owned by
 /// `AgentRegistry`; they are safe from any thread.
@@ -64,8 +64,8 @@ public:
 
     virtual AgentIntegration integration() const = 0;
 
-    virtual std::optional<QString> sessionID(const HookBody &body) const;
-    virtual std::optional<QString> cwd(const HookBody &body) const;
+    virtual std::optional<QString> sessionID(const JsonObject &body) const;
+    virtual std::optional<QString> cwd(const JsonObject &body) const;
 
     /// What the end of the agent's transcript tells; empty for an agent whose transcripts are not
     /// read. Reads a file, so not for the main thread.

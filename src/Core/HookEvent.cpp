@@ -2,7 +2,7 @@
 
 #include "Core/AgentAdapter.h"
 #include "Core/AgentRegistry.h"
-#include "Core/HookBody.h"
+#include "Core/JsonObject.h"
 #include "Core/TranscriptReader.h"
 
 #include <algorithm>
@@ -26,7 +26,7 @@ std::optional<QString> trimmed(const std::optional<QString> &text) {
 std::optional<QString> toolDetail(object input) {
     constexpr std::array keys{"command", "file_path", "path", "pattern", "url", "query"};
     for (const char *key : keys) {
-        if (const auto text = nonEmpty(HookBody::string(input, key))) {
+        if (const auto text = nonEmpty(JsonObject::string(input, key))) {
             return displayLine(text);
         }
     }
@@ -34,7 +34,7 @@ std::optional<QString> toolDetail(object input) {
 }
 
 /// The first text there is, an empty one too: an agent that sends an empty message says nothing.
-std::optional<QString> responseMessage(const HookBody &body, std::optional<object> input) {
+std::optional<QString> responseMessage(const JsonObject &body, std::optional<object> input) {
     for (const char *key : {"message", "reason"}) {
         if (const auto text = body.string(key)) {
             return displayLine(text);
@@ -42,7 +42,7 @@ std::optional<QString> responseMessage(const HookBody &body, std::optional<objec
     }
     if (input) {
         for (const char *key : {"question", "prompt"}) {
-            if (const auto text = HookBody::string(*input, key)) {
+            if (const auto text = JsonObject::string(*input, key)) {
                 return displayLine(text);
             }
         }
@@ -53,20 +53,20 @@ std::optional<QString> responseMessage(const HookBody &body, std::optional<objec
 QList<AgentOption> options(object question) {
     QList<AgentOption> result;
     for (const object option :
-         HookBody::objects(question, "options").value_or(std::vector<object>{})) {
-        if (const auto label = nonEmpty(HookBody::string(option, "label"))) {
-            result.append({*label, trimmed(HookBody::string(option, "description"))});
+         JsonObject::objects(question, "options").value_or(std::vector<object>{})) {
+        if (const auto label = nonEmpty(JsonObject::string(option, "label"))) {
+            result.append({*label, trimmed(JsonObject::string(option, "description"))});
         }
     }
     return result;
 }
 
 std::optional<AgentQuestion> question(object source) {
-    const auto text = trimmed(HookBody::string(source, "question"));
+    const auto text = trimmed(JsonObject::string(source, "question"));
     if (!text) {
         return std::nullopt;
     }
-    AgentQuestion result{*text, HookBody::string(source, "header"), options(source), false};
+    AgentQuestion result{*text, JsonObject::string(source, "header"), options(source), false};
     if (result.options.isEmpty()) {
         return std::nullopt;
     }
@@ -79,7 +79,7 @@ std::optional<AgentQuestion> question(object source) {
 
 /// All the questions or none: a form with a gap in it could not be answered.
 std::optional<QList<AgentQuestion>> questions(object input) {
-    const auto sources = HookBody::objects(input, "questions");
+    const auto sources = JsonObject::objects(input, "questions");
     if (!sources || sources->empty()) {
         return std::nullopt;
     }
@@ -94,12 +94,12 @@ std::optional<QList<AgentQuestion>> questions(object input) {
     return result;
 }
 
-QList<BackgroundTask> backgroundTasks(const HookBody &body) {
+QList<BackgroundTask> backgroundTasks(const JsonObject &body) {
     QList<BackgroundTask> result;
-    const auto tasks = HookBody::objects(body.root(), "background_tasks");
+    const auto tasks = JsonObject::objects(body.root(), "background_tasks");
     for (const object task : tasks.value_or(std::vector<object>{})) {
-        if (const auto type = HookBody::string(task, "type")) {
-            result.append({*type, displayLine(HookBody::string(task, "description"))});
+        if (const auto type = JsonObject::string(task, "type")) {
+            result.append({*type, displayLine(JsonObject::string(task, "description"))});
         }
     }
     return result;
@@ -109,7 +109,7 @@ QList<BackgroundTask> backgroundTasks(const HookBody &body) {
 
 std::optional<HookEvent> HookEvent::decode(AgentKind agent, const QString &nativeName,
                                            QByteArrayView bytes, const HookOrigin &origin) {
-    const auto body = HookBody::parse(bytes);
+    const auto body = JsonObject::parse(bytes);
     if (!body) {
         return std::nullopt;
     }
@@ -127,11 +127,11 @@ std::optional<HookEvent> HookEvent::decode(AgentKind agent, const QString &nativ
     event.cwd = adapter.cwd(*body);
     event.toolName = body->string("tool_name");
     event.toolUseID = body->string("tool_use_id");
-    const auto input = HookBody::object(body->root(), "tool_input");
+    const auto input = JsonObject::object(body->root(), "tool_input");
     if (input) {
         event.toolDetail = morvane::toolDetail(*input);
         event.questions = morvane::questions(*input);
-        event.taskDescription = displayLine(HookBody::string(*input, "description"));
+        event.taskDescription = displayLine(JsonObject::string(*input, "description"));
     }
     event.responseMessage = morvane::responseMessage(*body, input);
     event.prompt = displayLine(body->string("prompt"));

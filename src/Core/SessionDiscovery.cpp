@@ -1,7 +1,7 @@
 #include "Core/SessionDiscovery.h"
 
 #include "Core/GitInfo.h"
-#include "Core/HookBody.h"
+#include "Core/JsonObject.h"
 #include "Core/RegularFile.h"
 
 #include <QDir>
@@ -44,13 +44,13 @@ std::optional<Date> recentChange(const fs::directory_entry &entry, Date cutoff) 
 
 /// What `take` finds in the first line of the file's beginning that holds it.
 template <typename Take>
-auto fromHead(const QString &path, Take take) -> decltype(take(std::declval<HookBody>())) {
+auto fromHead(const QString &path, Take take) -> decltype(take(std::declval<JsonObject>())) {
     const QByteArray head = RegularFile::head(path, headSize).value_or(QByteArray());
     if (!simdjson::validate_utf8(head.constData(), static_cast<std::size_t>(head.size()))) {
         return std::nullopt;
     }
     for (const QByteArray &line : head.split('\n')) {
-        const auto object = line.isEmpty() ? std::nullopt : HookBody::parse(line);
+        const auto object = line.isEmpty() ? std::nullopt : JsonObject::parse(line);
         if (auto found = object ? take(*object) : std::nullopt) {
             return found;
         }
@@ -58,7 +58,7 @@ auto fromHead(const QString &path, Take take) -> decltype(take(std::declval<Hook
     return std::nullopt;
 }
 
-std::optional<QString> workingDirectory(const HookBody &line) {
+std::optional<QString> workingDirectory(const JsonObject &line) {
     auto cwd = line.string("cwd");
     return cwd && !cwd->isEmpty() ? cwd : std::nullopt;
 }
@@ -68,16 +68,16 @@ struct CodexMetadata {
     QString cwd;
 };
 
-std::optional<CodexMetadata> codexMetadata(const HookBody &line) {
-    const auto payload = HookBody::object(line.root(), "payload");
+std::optional<CodexMetadata> codexMetadata(const JsonObject &line) {
+    const auto payload = JsonObject::object(line.root(), "payload");
     if (line.string("type") != QLatin1String("session_meta") || !payload) {
         return std::nullopt;
     }
-    auto id = HookBody::string(*payload, "id");
+    auto id = JsonObject::string(*payload, "id");
     if (!id) {
-        id = HookBody::string(*payload, "session_id");
+        id = JsonObject::string(*payload, "session_id");
     }
-    const auto cwd = HookBody::string(*payload, "cwd");
+    const auto cwd = JsonObject::string(*payload, "cwd");
     if (!id || id->isEmpty() || !cwd) {
         return std::nullopt;
     }

@@ -1,6 +1,6 @@
 #include "Core/TranscriptReader.h"
 
-#include "Core/HookBody.h"
+#include "Core/JsonObject.h"
 #include "Core/RegularFile.h"
 
 #include <QTextBoundaryFinder>
@@ -70,14 +70,14 @@ std::optional<int> positive(std::int64_t count) {
 }
 
 std::vector<object> contentOf(object message) {
-    return HookBody::objects(message, "content").value_or(std::vector<object>());
+    return JsonObject::objects(message, "content").value_or(std::vector<object>());
 }
 
 /// The first text on the way through the blocks that is fit for a person.
 template <typename Block>
 std::optional<QString> firstLine(Block begin, Block end) {
     for (Block block = begin; block != end; ++block) {
-        if (const auto line = displayLine(HookBody::string(*block, "text"))) {
+        if (const auto line = displayLine(JsonObject::string(*block, "text"))) {
             return line;
         }
     }
@@ -102,10 +102,10 @@ std::optional<int> contextTokens(object usage) {
 }
 
 void takeClaudeMessage(object message, TranscriptInfo &info) {
-    if (auto model = HookBody::string(message, "model")) {
+    if (auto model = JsonObject::string(message, "model")) {
         fill(info.model, std::optional(model->remove(QLatin1String("claude-"))));
     }
-    if (const auto usage = HookBody::object(message, "usage")) {
+    if (const auto usage = JsonObject::object(message, "usage")) {
         fill(info.contextTokens, contextTokens(*usage));
     }
     if (!info.lastAssistantText) {
@@ -115,14 +115,14 @@ void takeClaudeMessage(object message, TranscriptInfo &info) {
     }
 }
 
-void takeClaudeLine(const HookBody &line, TranscriptInfo &info) {
+void takeClaudeLine(const JsonObject &line, TranscriptInfo &info) {
     const std::string_view type = word(line.root(), "type");
     if (type == "permission-mode") {
         fill(info.permissionMode, line.string("permissionMode"));
     } else if (type == "ai-title") {
         fill(info.title, displayLine(line.string("aiTitle")));
     } else if (type == "assistant") {
-        if (const auto message = HookBody::object(line.root(), "message")) {
+        if (const auto message = JsonObject::object(line.root(), "message")) {
             takeClaudeMessage(*message, info);
         }
     }
@@ -146,21 +146,21 @@ void takeCodexMessage(object message, TranscriptInfo &info) {
 }
 
 std::optional<int> lastInputTokens(object tokenCount) {
-    const auto counts = HookBody::object(tokenCount, "info");
-    const auto usage = counts ? HookBody::object(*counts, "last_token_usage") : std::nullopt;
+    const auto counts = JsonObject::object(tokenCount, "info");
+    const auto usage = counts ? JsonObject::object(*counts, "last_token_usage") : std::nullopt;
     return usage ? positive(integer(*usage, "input_tokens").value_or(0)) : std::nullopt;
 }
 
-void takeCodexLine(const HookBody &line, TranscriptInfo &info) {
+void takeCodexLine(const JsonObject &line, TranscriptInfo &info) {
     const std::string_view type = word(line.root(), "type");
-    const auto payload = HookBody::object(line.root(), "payload");
+    const auto payload = JsonObject::object(line.root(), "payload");
     if (!payload) {
         return;
     }
     const std::string_view kind = word(*payload, "type");
     if (type == "turn_context") {
-        fill(info.model, HookBody::string(*payload, "model"));
-        fill(info.permissionMode, HookBody::string(*payload, "approval_policy"));
+        fill(info.model, JsonObject::string(*payload, "model"));
+        fill(info.permissionMode, JsonObject::string(*payload, "approval_policy"));
     } else if (type == "event_msg" && kind == "token_count") {
         fill(info.contextTokens, lastInputTokens(*payload));
     } else if (type == "response_item" && kind == "message") {
@@ -182,7 +182,7 @@ TranscriptInfo newestFirst(QByteArrayView lines, TakeLine takeLine) {
             continue;
         }
         // The first line of a tail is usually cut, and no JSON.
-        if (const auto parsed = HookBody::parse(line)) {
+        if (const auto parsed = JsonObject::parse(line)) {
             takeLine(*parsed, info);
         }
     }

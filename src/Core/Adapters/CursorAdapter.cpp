@@ -1,7 +1,7 @@
 #include "Core/Adapters/CursorAdapter.h"
 
-#include "Core/HookBody.h"
 #include "Core/HookTimeout.h"
+#include "Core/JsonObject.h"
 
 #include <QHash>
 #include <nlohmann/json.hpp>
@@ -28,12 +28,12 @@ std::optional<CanonicalEvent> CursorAdapter::canonical(const QString &native,
     return found == events.constEnd() ? std::nullopt : std::optional(*found);
 }
 
-std::optional<QString> CursorAdapter::sessionID(const HookBody &body) const {
+std::optional<QString> CursorAdapter::sessionID(const JsonObject &body) const {
     const auto conversation = body.string("conversation_id");
     return conversation ? conversation : AgentAdapter::sessionID(body);
 }
 
-std::optional<QString> CursorAdapter::cwd(const HookBody &body) const {
+std::optional<QString> CursorAdapter::cwd(const JsonObject &body) const {
     const auto directory = AgentAdapter::cwd(body);
     if (directory && !directory->isEmpty()) {
         return directory;

@@ -14,8 +14,8 @@ public:
 
     /// The conversation's id wherever there is one, even an empty one: such an event belongs to no
     /// session, and the fallback would lay it at another's door.
-    std::optional<QString> sessionID(const HookBody &body) const override;
-    std::optional<QString> cwd(const HookBody &body) const override;
+    std::optional<QString> sessionID(const JsonObject &body) const override;
+    std::optional<QString> cwd(const JsonObject &body) const override;
     nlohmann::json hookEntry(const QString &command, const std::optional<QString> &matcher,
                              bool blocking) const override;
     nlohmann::json extraRootKeys() const override;

@@ -1,4 +1,4 @@
-#include "Core/HookBody.h"
+#include "Core/JsonObject.h"
 
 #include <algorithm>
 #include <string>
@@ -80,7 +80,7 @@ simdjson::dom::parser &threadParser() {
 
 } // namespace
 
-std::optional<HookBody> HookBody::parse(QByteArrayView bytes) {
+std::optional<JsonObject> JsonObject::parse(QByteArrayView bytes) {
     simdjson::dom::object root;
     auto parsed = threadParser().parse(bytes.data(), static_cast<std::size_t>(bytes.size()));
     if (parsed.error() != simdjson::SUCCESS) {
@@ -89,10 +89,10 @@ std::optional<HookBody> HookBody::parse(QByteArrayView bytes) {
     if (parsed.get(root) != simdjson::SUCCESS) {
         return std::nullopt;
     }
-    return HookBody(root);
+    return JsonObject(root);
 }
 
-std::optional<QStringList> HookBody::strings(std::string_view key) const {
+std::optional<QStringList> JsonObject::strings(std::string_view key) const {
     simdjson::dom::array members;
     if (m_root[key].get(members) != simdjson::SUCCESS) {
         return std::nullopt;
@@ -108,7 +108,7 @@ std::optional<QStringList> HookBody::strings(std::string_view key) const {
     return result;
 }
 
-std::optional<QString> HookBody::string(simdjson::dom::object object, std::string_view key) {
+std::optional<QString> JsonObject::string(simdjson::dom::object object, std::string_view key) {
     std::string_view text;
     if (object[key].get(text) != simdjson::SUCCESS) {
         return std::nullopt;
@@ -116,8 +116,8 @@ std::optional<QString> HookBody::string(simdjson::dom::object object, std::strin
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-std::optional<simdjson::dom::object> HookBody::object(simdjson::dom::object parent,
-                                                      std::string_view key) {
+std::optional<simdjson::dom::object> JsonObject::object(simdjson::dom::object parent,
+                                                        std::string_view key) {
     simdjson::dom::object child;
     if (parent[key].get(child) != simdjson::SUCCESS) {
         return std::nullopt;
@@ -125,8 +125,8 @@ std::optional<simdjson::dom::object> HookBody::object(simdjson::dom::object pare
     return child;
 }
 
-std::optional<std::vector<simdjson::dom::object>> HookBody::objects(simdjson::dom::object parent,
-                                                                    std::string_view key) {
+std::optional<std::vector<simdjson::dom::object>> JsonObject::objects(simdjson::dom::object parent,
+                                                                      std::string_view key) {
     simdjson::dom::array members;
     if (parent[key].get(members) != simdjson::SUCCESS) {
         return std::nullopt;

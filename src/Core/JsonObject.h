@@ -14,12 +14,12 @@ namespace morvane {
 /// The JSON object of a hook's payload, or of a line of a transcript, read generically: each reader
 /// asks for a key and a type, and anything else counts as missing.
 ///
-/// The values live in a parser that each thread has one of, so a body is valid only until the
+/// The values live in a parser that each thread has one of, so an object is valid only until the
 /// same thread parses the next one.
-class HookBody {
+class JsonObject {
 public:
     /// None when the bytes aren't JSON with an object at the top.
-    static std::optional<HookBody> parse(QByteArrayView bytes);
+    static std::optional<JsonObject> parse(QByteArrayView bytes);
 
     simdjson::dom::object root() const { return m_root; }
 
@@ -37,7 +37,7 @@ public:
                                                                      std::string_view key);
 
 private:
-    explicit HookBody(simdjson::dom::object root) : m_root(root) {}
+    explicit JsonObject(simdjson::dom::object root) : m_root(root) {}
 
     simdjson::dom::object m_root;
 };
