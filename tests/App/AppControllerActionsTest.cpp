@@ -36,7 +36,7 @@ protected:
     /// The last failure without what the system says of it.
     QString complaint() const {
         const QString error = controller.lastError().value_or(QString());
-        return error.left(error.indexOf(QStringLiteral(": ")) + 1);
+        return error.left(error.indexOf(": ") + 1);
     }
 
     void makeReadOnly(const char *path, bool readOnly = true) const {
@@ -48,15 +48,15 @@ protected:
     FakeLoginItem &loginItem() { return static_cast<FakeLoginItem &>(*platform.loginItem); }
 
     TemporaryHome home;
-    Defaults defaults{home.path(QStringLiteral("config")), QStringLiteral("test")};
+    Defaults defaults{home.path("config"), "test"};
     MorvaneSettings settings{defaults};
     PlatformServices platform = fakePlatform(std::make_unique<ManualScheduler>());
     AppController controller{settings, platform};
 };
 
 TEST_F(AppControllerActionsTest, ConnectsRepairsAndDisconnects) {
-    home.write(QStringLiteral(".claude/settings.json"), "{}");
-    home.write(QStringLiteral(".codex/config.toml"));
+    home.write(".claude/settings.json", "{}");
+    home.write(".codex/config.toml");
     controller.refreshStatus();
     EXPECT_EQ(kinds(controller.offeredAgents()), (QList{claude, codex}));
     EXPECT_FALSE(controller.hasDecidableAgent());
@@ -121,7 +121,7 @@ TEST_F(AppControllerActionsTest, SwitchesTheNotificationsOfAllWhoHaveThem) {
     controller.setNotificationsSuppressed(true);
     EXPECT_FALSE(controller.notificationsSuppressed());
 
-    home.write(QStringLiteral(".claude/settings.json"), "{}");
+    home.write(".claude/settings.json", "{}");
     controller.setNotificationsSuppressed(true);
     EXPECT_TRUE(controller.notificationsSuppressed());
     makeReadOnly(".claude/settings.json");
@@ -133,7 +133,7 @@ TEST_F(AppControllerActionsTest, SwitchesTheNotificationsOfAllWhoHaveThem) {
 TEST_F(AppControllerActionsTest, StartsAtLoginOrSaysWhyNot) {
     controller.setLaunchAtLogin(true);
     EXPECT_TRUE(controller.launchAtLogin());
-    loginItem().failure = QStringLiteral("the disk is full");
+    loginItem().failure = "the disk is full";
     controller.setLaunchAtLogin(false);
     EXPECT_EQ(controller.lastError(), "Launch-at-login change failed: the disk is full");
     EXPECT_TRUE(controller.launchAtLogin());
@@ -141,8 +141,7 @@ TEST_F(AppControllerActionsTest, StartsAtLoginOrSaysWhyNot) {
 
 TEST_F(AppControllerActionsTest, RemovesEverythingAndReports) {
     settings.setSoundEnabled(false);
-    home.write(QStringLiteral(".claude/settings.json"),
-               R"({"model":"opus","statusLine":{"command":"mine"}})");
+    home.write(".claude/settings.json", R"({"model":"opus","statusLine":{"command":"mine"}})");
     controller.installHooks(claude);
     EXPECT_EQ(controller.statusLineBlockedAgents(), std::vector{claude});
     controller.installHooks(kimi);
@@ -163,7 +162,7 @@ TEST_F(AppControllerActionsTest, RemovesEverythingAndReports) {
     EXPECT_EQ(remove(), (QStringList{QStringLiteral("Kimi CLI hooks"), QStringLiteral("~/.morvane"),
                                      QStringLiteral("preferences and session history")}));
     EXPECT_FALSE(read(".claude/settings.json").contains("hook.sh"));
-    EXPECT_FALSE(QFile::exists(home.path(QStringLiteral(".morvane"))));
+    EXPECT_FALSE(QFile::exists(home.path(".morvane")));
     EXPECT_FALSE(loginItem().enabled);
 
     // What still happens before the program is quit leaves no trace either.
@@ -182,7 +181,7 @@ TEST_F(AppControllerActionsTest, OpensWhatItCanOfASessionThatIsOver) {
     controller.store().apply(
         EventBuilder(CanonicalEvent::promptSubmit).with(&HookEvent::cwd, "/shop"));
     CompletedRecord record;
-    record.cwd = QStringLiteral("/shop");
+    record.cwd = "/shop";
     controller.reopenCompleted(record);
     EXPECT_TRUE(controller.store().sessions().isEmpty());
 }

@@ -35,7 +35,7 @@ protected:
                         R"({"session_id":"s","tool_name":"Bash"})");
     }
 
-    QByteArray script() const { return home.read(QStringLiteral(".morvane/hook.sh")); }
+    QByteArray script() const { return home.read(".morvane/hook.sh"); }
 
     /// Takes a port for as long as the result lives; any free one for 0.
     static std::unique_ptr<QTcpServer> taken(std::uint16_t port) {
@@ -45,7 +45,7 @@ protected:
     }
 
     TemporaryHome home;
-    Defaults defaults{home.path(QStringLiteral("config")), QStringLiteral("test")};
+    Defaults defaults{home.path("config"), "test"};
     MorvaneSettings settings{defaults};
     PlatformServices platform;
     ManualScheduler *scheduler = nullptr;
@@ -55,23 +55,22 @@ protected:
 TEST_F(AppControllerTest, MovesToAFreePortAndTellsEverybodyWhoNeedsIt) {
     const auto blocker = taken(0);
     settings.setPort(blocker->serverPort());
-    home.write(QStringLiteral(".codex/hooks.json"),
-               R"({"hooks":{"Stop":[{"command":"/old/.morvane/hook.sh"}]}})");
-    home.write(QStringLiteral(".config/opencode/plugins/morvane.js"), "old");
-    home.write(QStringLiteral(".claude/settings.json"), "{}");
+    home.write(".codex/hooks.json", R"({"hooks":{"Stop":[{"command":"/old/.morvane/hook.sh"}]}})");
+    home.write(".config/opencode/plugins/morvane.js", "old");
+    home.write(".claude/settings.json", "{}");
     AppController controller(settings, platform);
     controller.start();
     ASSERT_TRUE(controller.server());
     const std::uint16_t port = controller.server()->boundPort();
     EXPECT_GT(port, blocker->serverPort());
     EXPECT_EQ(settings.port(), port);
-    Defaults reread(home.path(QStringLiteral("config")), QStringLiteral("test"));
+    Defaults reread(home.path("config"), "test");
     EXPECT_EQ(MorvaneSettings(reread).port(), port);
     EXPECT_TRUE(script().contains("port=" + QByteArray::number(port) + "\n"));
     EXPECT_TRUE(home.read(QStringLiteral(".config/opencode/plugins/morvane.js"))
                     .contains(QByteArray::number(port)));
     EXPECT_TRUE(home.read(QStringLiteral(".codex/hooks.json")).contains("codex SessionEnd"));
-    EXPECT_EQ(home.read(QStringLiteral(".claude/settings.json")), "{}");
+    EXPECT_EQ(home.read(".claude/settings.json"), "{}");
     EXPECT_EQ(controller.installedAgents(), (QSet{AgentKind::codex, AgentKind::opencode}));
     EXPECT_EQ(controller.serverStatus(), QStringLiteral("listening on 127.0.0.1:%1").arg(port));
     EXPECT_FALSE(controller.lastError());
@@ -91,7 +90,7 @@ TEST_F(AppControllerTest, GoesOnWithoutAServerAndSaysWhy) {
 
     HookEvent event;
     event.kind = CanonicalEvent::promptSubmit;
-    event.sessionID = QStringLiteral("s");
+    event.sessionID = "s";
     controller.store().apply(event);
     EXPECT_EQ(controller.store().sessions().size(), 1);
 }
@@ -112,7 +111,7 @@ TEST_F(AppControllerTest, CarriesADecisionBackToTheHook) {
     };
     HttpClient hook(port);
     ASSERT_TRUE(ask(hook));
-    controller.store().decide(QStringLiteral("s"), AgentDecision::deny());
+    controller.store().decide("s", AgentDecision::deny());
     EXPECT_NE(hook.receiveAll().find(R"("behavior":"deny")"), std::string::npos);
 
     HttpClient gone(port);
@@ -129,7 +128,7 @@ TEST_F(AppControllerTest, CarriesADecisionBackToTheHook) {
 
 TEST_F(AppControllerTest, ShowsWhatRanBeforeItStarted) {
     const QByteArray model = R"({"type":"assistant","cwd":"/p","message":{"model":"claude-a"}})";
-    home.write(QStringLiteral(".claude/projects/p/s.jsonl"), model);
+    home.write(".claude/projects/p/s.jsonl", model);
     AppController controller(settings, platform);
     controller.start();
     // The start doesn't wait for the disk.
@@ -137,25 +136,25 @@ TEST_F(AppControllerTest, ShowsWhatRanBeforeItStarted) {
     EXPECT_TRUE(controller.store().sessions().isEmpty());
     background->runAll();
     scheduler->runPosted();
-    EXPECT_EQ(controller.store().sessions().value(QStringLiteral("s")).cwd, QStringLiteral("/p"));
+    EXPECT_EQ(controller.store().sessions().value(QStringLiteral("s")).cwd, "/p");
     background->runAll();
     scheduler->runPosted();
-    EXPECT_EQ(controller.store().sessions().value(QStringLiteral("s")).model, QStringLiteral("a"));
+    EXPECT_EQ(controller.store().sessions().value(QStringLiteral("s")).model, "a");
 }
 
 TEST_F(AppControllerTest, OffersEachNewAgentOnce) {
-    home.write(QStringLiteral(".claude/settings.json"));
+    home.write(".claude/settings.json");
     std::vector<std::vector<AgentKind>> offers;
     AppController controller(settings, platform);
     controller.onNewAgentsDetected = [&](const auto &kinds) { offers.push_back(kinds); };
     settings.setHasCompletedFirstRun(true);
     controller.start();
     // An installation that has no list yet takes what is there for known.
-    EXPECT_EQ(settings.knownAgents(), QStringList{QStringLiteral("claude")});
+    EXPECT_EQ(settings.knownAgents(), QStringList{"claude"});
     EXPECT_TRUE(offers.empty());
 
-    home.write(QStringLiteral(".codex/config.toml"));
-    home.write(QStringLiteral(".kimi/.keep"));
+    home.write(".codex/config.toml");
+    home.write(".kimi/.keep");
     scheduler->advance(Seconds(1801));
     EXPECT_EQ(offers, (std::vector<std::vector<AgentKind>>{{AgentKind::codex}}));
     scheduler->advance(Seconds(3600));
@@ -163,7 +162,7 @@ TEST_F(AppControllerTest, OffersEachNewAgentOnce) {
 }
 
 TEST_F(AppControllerTest, DoesNotLookForAgentsBeforeTheFirstRunIsOver) {
-    home.write(QStringLiteral(".claude/settings.json"));
+    home.write(".claude/settings.json");
     AppController controller(settings, platform);
     controller.start();
     scheduler->advance(Seconds(4000));
@@ -173,7 +172,7 @@ TEST_F(AppControllerTest, DoesNotLookForAgentsBeforeTheFirstRunIsOver) {
 TEST_F(AppControllerTest, KeepsNewAgentsForWhoeverCanOfferThem) {
     settings.setHasCompletedFirstRun(true);
     settings.setKnownAgents(QStringList());
-    home.write(QStringLiteral(".claude/settings.json"));
+    home.write(".claude/settings.json");
     AppController controller(settings, platform);
     controller.start();
     EXPECT_EQ(settings.knownAgents(), QStringList());

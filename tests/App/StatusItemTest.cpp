@@ -39,7 +39,7 @@ protected:
     qint64 picture() const { return shown()->icon().cacheKey(); }
 
     QTemporaryDir folder;
-    Defaults defaults{folder.path(), QStringLiteral("test")};
+    Defaults defaults{folder.path(), "test"};
     MorvaneSettings settings{defaults};
     ManualScheduler scheduler;
     SessionStore store{settings,
@@ -64,8 +64,7 @@ TEST_F(StatusItemTest, IsThereWhileItIsWantedAndHasAPlace) {
     host.setPresent(true);
     EXPECT_FALSE(shown());
     settings.setShowMenuBarIcon(true);
-    ASSERT_TRUE(shown());
-    EXPECT_FALSE(shown()->icon().isNull());
+    EXPECT_TRUE(shown());
     host.setPresent(false);
     EXPECT_FALSE(shown());
 }

@@ -20,10 +20,9 @@ protected:
         QStringList result;
         for (const QAction *action : menu.actions()) {
             if (action->isVisible()) {
-                const QString mark = action->isChecked() ? QStringLiteral("[x] ") : QString();
-                const QString ghost = action->isEnabled() ? QString() : QStringLiteral(" (off)");
-                result.append(action->isSeparator() ? QStringLiteral("-")
-                                                    : mark + action->text() + ghost);
+                const QString mark = action->isChecked() ? "[x] " : QString();
+                const QString ghost = action->isEnabled() ? QString() : " (off)";
+                result.append(action->isSeparator() ? "-" : mark + action->text() + ghost);
             }
         }
         return result.join(QLatin1Char('\n'));
@@ -45,7 +44,7 @@ protected:
     }
 
     TemporaryHome home;
-    Defaults defaults{home.path(QStringLiteral("config")), QStringLiteral("test")};
+    Defaults defaults{home.path("config"), "test"};
     MorvaneSettings settings{defaults};
     PlatformServices platform = fakePlatform(std::make_unique<ManualScheduler>());
     AppController controller{settings, platform};
@@ -64,8 +63,8 @@ TEST_F(StatusMenuTest, ListsWhatCanBeDone) {
 }
 
 TEST_F(StatusMenuTest, ConnectsAndDisconnectsTheAgentsOfThisMachine) {
-    home.write(QStringLiteral(".claude/settings.json"), "{}");
-    home.write(QStringLiteral(".gemini/settings.json"), "{}");
+    home.write(".claude/settings.json", "{}");
+    home.write(".gemini/settings.json", "{}");
     open();
     EXPECT_EQ(agentLines(), "Claude Code\nGemini CLI");
     EXPECT_EQ(agent("Claude Code")->toolTip(), "<qt>~/.claude/settings.json</qt>");
@@ -81,13 +80,13 @@ TEST_F(StatusMenuTest, ConnectsAndDisconnectsTheAgentsOfThisMachine) {
     agent("Gemini CLI")->trigger();
     EXPECT_EQ(agentLines(), "[x] Claude Code\nGemini CLI");
 
-    home.write(QStringLiteral(".codex/config.toml"));
+    home.write(".codex/config.toml");
     open();
     EXPECT_EQ(agentLines(), "[x] Claude Code\nCodex\nGemini CLI");
 }
 
 TEST_F(StatusMenuTest, TellsWhatWentWrongUntilItHasGoneRight) {
-    const QString settingsFile = home.write(QStringLiteral(".claude/settings.json"), "{}");
+    const QString settingsFile = home.write(".claude/settings.json", "{}");
     QFile::setPermissions(settingsFile, QFile::ReadOwner);
     open();
     agent("Claude Code")->trigger();

@@ -110,8 +110,8 @@ TEST_F(EventServerTest, TakesAnUnknownAgentForClaudeButDropsItsUsage) {
 
 TEST_F(EventServerTest, TakesTheUsageOfASenderThatAwaitsNoAnswer) {
     const HttpHeaders headers{{"x-morvane-agent", "claude"}, {"x-morvane-token", token}};
-    const std::string body(200'000, 'x');
-    for (std::size_t count = 1; count <= 20; ++count) {
+    const std::string body(990'000, 'x');
+    for (std::size_t count = 1; count <= 10; ++count) {
         HttpClient client(port());
         client.send(httpPost("/usage", headers, body));
         client.hangUp();
@@ -161,19 +161,6 @@ TEST_F(EventServerTest, ClosesWithoutAWordWhatIsNoRequest) {
     }
     EXPECT_EQ(httpExchange(port(), eventRequest({{"x-hook-event", "Stop"}}, sessionStart)),
               okAnswer);
-}
-
-TEST_F(EventServerTest, TakesACompleteRequestWhateverItsSize) {
-    const std::string body = R"({"session_id":"big","pad":")" + std::string(990'000, 'x') + R"("})";
-    const std::string request = eventRequest({{"x-hook-event", "Stop"}}, body);
-    HttpClient client(port());
-    client.send(request.substr(0, 300));
-    client.send(request.substr(300));
-    client.send("\r\n and some bytes too many");
-    EXPECT_EQ(client.receiveAll(), okAnswer);
-    scheduler.runPosted();
-    ASSERT_EQ(events.size(), 1u);
-    EXPECT_EQ(events.front().sessionID, "big");
 }
 
 TEST_F(EventServerTest, ClosesConnectionsThatNeverGetAnywhere) {

@@ -11,13 +11,13 @@ namespace morvane {
 namespace {
 
 ForwarderScripts scripts(std::uint16_t port) {
-    return {QStringLiteral("the-token"), port};
+    return {"the-token", port};
 }
 
 TEST(ForwarderScripts, PutsPortAndTokenIntoTheScript) {
     const TemporaryHome home;
     ASSERT_FALSE(scripts(40123).writeHookScript());
-    const QByteArray script = home.read(QStringLiteral(".morvane/hook.sh"));
+    const QByteArray script = home.read(".morvane/hook.sh");
     EXPECT_TRUE(script.startsWith("#!/bin/sh\n"));
     EXPECT_TRUE(script.contains("40123") && script.contains("the-token"));
     EXPECT_FALSE(script.contains("__PORT__") || script.contains("__TOKEN__"));
@@ -34,14 +34,14 @@ TEST(ForwarderScripts, PutsPortAndTokenIntoTheScript) {
         EXPECT_EQ(mode(QString::fromLatin1(executable)) & readable, readable) << executable;
         EXPECT_TRUE(QFileInfo(home.path(QString::fromLatin1(executable))).isExecutable());
     }
-    EXPECT_EQ(mode(QStringLiteral(".morvane")) & (readable | QFile::WriteGroup | QFile::WriteOther),
+    EXPECT_EQ(mode(".morvane") & (readable | QFile::WriteGroup | QFile::WriteOther),
               QFile::Permissions());
 }
 
 TEST(ForwarderScripts, RewritesTheScriptButNotAClientThatIsTheSame) {
     const TemporaryHome home;
     ASSERT_FALSE(scripts(1).writeHookScript());
-    QFile client(home.path(QStringLiteral(".morvane/forwarder")));
+    QFile client(home.path(".morvane/forwarder"));
     const QDateTime old = QDateTime::fromSecsSinceEpoch(1'000'000'000);
     ASSERT_TRUE(client.open(QIODevice::ReadWrite));
     ASSERT_TRUE(client.setFileTime(old, QFileDevice::FileModificationTime));
@@ -63,9 +63,9 @@ TEST(ForwarderScripts, RewritesTheScriptButNotAClientThatIsTheSame) {
 
 TEST(ForwarderScripts, SaysWhatKeptItFromWriting) {
     const TemporaryHome home;
-    home.write(QStringLiteral(".morvane"));
+    home.write(".morvane");
     EXPECT_TRUE(scripts(1).writeHookScript());
-    const auto missing = scripts(1).renderTemplate(QStringLiteral("other.sh"));
+    const auto missing = scripts(1).renderTemplate("other.sh");
     ASSERT_TRUE(std::holds_alternative<Failure>(missing));
     EXPECT_EQ(std::get<Failure>(missing).message, "other.sh.template missing from bundle");
 }

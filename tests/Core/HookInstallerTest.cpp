@@ -34,9 +34,7 @@ protected:
     }
 
     QByteArray text(AgentKind kind) const { return home.read(place(kind)); }
-    QByteArray backup(AgentKind kind) const {
-        return home.read(place(kind) + QStringLiteral(".morvane-backup"));
-    }
+    QByteArray backup(AgentKind kind) const { return home.read(place(kind) + ".morvane-backup"); }
     json root(AgentKind kind) const { return SettingsJson::parse(text(kind)).value_or(json()); }
     void write(AgentKind kind, const QByteArray &text) const { home.write(place(kind), text); }
 
@@ -45,7 +43,7 @@ protected:
     }
 
     TemporaryHome home;
-    Defaults defaults{home.path(QStringLiteral("config")), QStringLiteral("test")};
+    Defaults defaults{home.path("config"), "test"};
     MorvaneSettings settings{defaults};
 };
 
@@ -196,7 +194,7 @@ TEST_F(HookInstallerTest, ComesAndGoesWithoutALossOfAnything) {
         for (const SettingsCase &each : settingsCases()) {
             SCOPED_TRACE(std::string(rawValue(kind)) + ": " + each.name);
             QFile::remove(home.path(place(kind)));
-            QFile::remove(home.path(place(kind) + QStringLiteral(".morvane-backup")));
+            QFile::remove(home.path(place(kind) + ".morvane-backup"));
             if (each.text) {
                 write(kind, *each.text);
             }
@@ -250,7 +248,7 @@ TEST_F(HookInstallerTest, LeavesAloneWhatItDoesNotUnderstandWhenItGoes) {
 }
 
 TEST_F(HookInstallerTest, TouchesNoSettingsWithoutAScript) {
-    home.write(QStringLiteral(".morvane"), "in the way");
+    home.write(".morvane", "in the way");
     write(claude, R"({"model":"opus"})");
     write(kimi, "model = 'k2'\n");
     for (const AgentKind kind : {claude, codex, kimi}) {
@@ -366,11 +364,11 @@ TEST_F(HookInstallerTest, KeepsThePristineTomlFileAsTheBackup) {
 }
 
 TEST_F(HookInstallerTest, EscapesWhatTomlWouldMisread) {
-    const QString odd = home.path(QStringLiteral("a\"b\\c"));
+    const QString odd = home.path("a\"b\\c");
     QDir().mkpath(odd);
     qputenv("HOME", odd.toUtf8());
     ASSERT_EQ(failure(installer(kimi).install()), "");
-    QFile file(odd + QStringLiteral("/.kimi/config.toml"));
+    QFile file(odd + "/.kimi/config.toml");
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_TRUE(file.readAll().contains("/a\\\"b\\\\c/.morvane/hook.sh kimi Stop\"\n"));
 }
@@ -397,10 +395,10 @@ TEST_F(HookInstallerTest, WritesAndRemovesThePlugin) {
 // --- Health ---
 
 TEST_F(HookInstallerTest, TellsWhatHasBecomeOfAConnection) {
-    const QString hook = home.path(QStringLiteral(".morvane/hook.sh"));
-    const QStringList unreadable{QStringLiteral("settings file missing or unreadable")};
-    const QStringList noScript{QStringLiteral("forwarder script missing")};
-    const QStringList outdated{QStringLiteral("hook entries out of date")};
+    const QString hook = home.path(".morvane/hook.sh");
+    const QStringList unreadable{"settings file missing or unreadable"};
+    const QStringList noScript{"forwarder script missing"};
+    const QStringList outdated{"hook entries out of date"};
     for (const AgentKind kind : {claude, codex, cursor, kimi}) {
         SCOPED_TRACE(rawValue(kind));
         const auto issues = [&] { return installer(kind).health().issues(); };
@@ -433,15 +431,14 @@ TEST_F(HookInstallerTest, TellsWhatHasBecomeOfAConnection) {
 }
 
 TEST_F(HookInstallerTest, TakesTheStatusLineOnlyFromNobody) {
-    const QString script = home.path(QStringLiteral(".morvane/statusline.sh"));
+    const QString script = home.path(".morvane/statusline.sh");
     ASSERT_EQ(failure(installer(claude).install()), "");
     const json connected = root(claude);
     EXPECT_EQ(installer(claude).health().statusLine, StatusLineHealth::connected);
     EXPECT_TRUE(QFileInfo(script).isExecutable());
 
     QFile::remove(script);
-    EXPECT_EQ(installer(claude).health().issues(),
-              QStringList{QStringLiteral("statusline script missing")});
+    EXPECT_EQ(installer(claude).health().issues(), QStringList{"statusline script missing"});
     EXPECT_FALSE(installer(claude).hasStaleEntries());
     installer(claude).renew();
     EXPECT_EQ(installer(claude).health().statusLine, StatusLineHealth::connected);

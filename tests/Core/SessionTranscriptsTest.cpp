@@ -23,9 +23,7 @@ protected:
 };
 
 TEST_F(TranscriptsTest, ReadsTranscriptsThatHaveSomethingNew) {
-    apply(Kind::toolUse);
     apply(Kind::turnEnd);
-    EXPECT_EQ(take(reads), QStringList());
     apply(withTranscript(Kind::promptSubmit));
     EXPECT_EQ(take(reads), QStringList());
     // As long as no read has told the model, each tool may be the one to bring it.
@@ -68,7 +66,6 @@ TEST_F(TranscriptsTest, ReadsOneTranscriptOfASessionAtATime) {
     // The end of the turn has found a read that ran, which isn't one of a completion.
     finishRead({"opus", "All done.", 5, {}, {}});
     EXPECT_EQ(session().model, "opus");
-    EXPECT_EQ(session().summary, std::nullopt);
     EXPECT_EQ(store.completedHistory().first().summary, std::nullopt);
     apply(Kind::promptSubmit);
     apply(Kind::turnEnd);
@@ -161,14 +158,11 @@ TEST_F(TranscriptsTest, EntersSessionsThatWereFoundOnDisk) {
     expected.gitBranch = "main";
     expected.customName = "Mine";
     EXPECT_EQ(session(), expected);
-    EXPECT_EQ(session("later").displayName(), "session");
     EXPECT_EQ(reads, (QStringList{"Codex /s.jsonl", "Claude Code /later.jsonl"}));
-    EXPECT_EQ(announced, QStringList());
 
     finishRead({"gpt-5", "Asked for more.", 9, "never", "Title"});
     EXPECT_EQ(session().summary, "Asked for more.");
     EXPECT_EQ(session().model, "gpt-5");
-    EXPECT_EQ(session().state, SessionState::idle);
     EXPECT_TRUE(store.completedHistory().isEmpty());
     // A summary that has come meanwhile is newer, and the read hasn't counted as one of a turn's.
     apply(EventBuilder(Kind::toolUse).in("s"));

@@ -26,8 +26,7 @@ protected:
     }
 
     void start() {
-        program = std::make_unique<ChildProcess>(QStringList{QStringLiteral(MORVANE)},
-                                                 home.environment());
+        program = std::make_unique<ChildProcess>(QStringList{MORVANE}, home.environment());
     }
 
     /// One hook from start to end; its output, or none unless its status is 0.
@@ -50,8 +49,8 @@ TEST_F(HeadlessTest, ServesManyHooksAtOnce) {
             const QByteArray payload =
                 QByteArray(R"({"session_id":")") + agent + R"(","cwd":"/","tool_name":"Read"})";
             for (int count = 0; count < 12; ++count) {
-                silent += runHook({QString::fromLatin1(agent), QStringLiteral("PreToolUse")},
-                                  payload) == QByteArray();
+                silent +=
+                    runHook({QString::fromLatin1(agent), "PreToolUse"}, payload) == QByteArray();
             }
         });
     }
@@ -63,29 +62,28 @@ TEST_F(HeadlessTest, ServesManyHooksAtOnce) {
 }
 
 TEST_F(HeadlessTest, AWaitingHookIsSilentWhenTheProgramEnds) {
-    ChildProcess hook(home.hook({QStringLiteral("claude"), QStringLiteral("PermissionRequest"),
-                                 QStringLiteral("decide")}),
-                      home.environment(), permissionRequest);
+    ChildProcess hook(home.hook({"claude", "PermissionRequest", "decide"}), home.environment(),
+                      permissionRequest);
     EXPECT_TRUE(hook.isRunning());
     program->kill();
     EXPECT_EQ(hook.wait(), 0);
     EXPECT_EQ(hook.output(), QByteArray());
-    EXPECT_EQ(runHook({QStringLiteral("claude"), QStringLiteral("Stop")}, "{}"), QByteArray());
+    EXPECT_EQ(runHook({"claude", "Stop"}, "{}"), QByteArray());
 }
 
 TEST_F(HeadlessTest, ASecondLaunchGivesWayAndARestartKeepsPortAndToken) {
-    ChildProcess second({QStringLiteral(MORVANE)}, home.environment());
+    ChildProcess second({MORVANE}, home.environment());
     EXPECT_EQ(second.wait(), 0);
     EXPECT_TRUE(program->isRunning());
 
     const auto script = [this] {
-        QFile file(home.path(QStringLiteral(".morvane/hook.sh")));
+        QFile file(home.path(".morvane/hook.sh"));
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     };
     const QByteArray before = script();
     program->kill();
     program->wait();
-    QFile::remove(home.path(QStringLiteral(".morvane/hook.sh")));
+    QFile::remove(home.path(".morvane/hook.sh"));
     start();
     ASSERT_TRUE(home.waitForHook());
     EXPECT_EQ(script(), before);

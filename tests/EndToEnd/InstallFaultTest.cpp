@@ -25,8 +25,7 @@ void PrintTo(const Target &target, std::ostream *out) {
 class InstallFaultTest : public testing::TestWithParam<Target> {
 protected:
     void SetUp() override {
-        if (ChildProcess({QStringLiteral("strace"), QStringLiteral("-o"),
-                          QStringLiteral("/dev/null"), QStringLiteral("true")},
+        if (ChildProcess({"strace", "-o", "/dev/null", "true"},
                          QProcessEnvironment::systemEnvironment())
                 .wait() != 0) {
             GTEST_SKIP() << "no program may be traced here";
@@ -54,7 +53,7 @@ protected:
         auto home = std::make_unique<Home>();
         home->folder.write(target(), GetParam().before);
         home->folder.write(backup(), "older");
-        home->folder.write(QStringLiteral(".config/morvane/io.morvane.morvane.json"),
+        home->folder.write(".config/morvane/io.morvane.morvane.json",
                            R"({"eventToken":"token","eventServerPort":40123})");
         return home;
     }
@@ -65,25 +64,22 @@ protected:
     /// Runs the install with `fault` at the call of that number; the exit status, or none when it
     /// was ended. Sets `reached` to whether there was such a call.
     std::optional<int> install(const Home &home, const char *call, const char *fault, int number) {
-        const QString log = home.folder.path(QStringLiteral("log"));
+        const QString log = home.folder.path("log");
         QProcessEnvironment environment;
-        environment.insert(QStringLiteral("HOME"), home.folder.path());
-        environment.insert(QStringLiteral("XDG_CONFIG_HOME"),
-                           home.folder.path(QStringLiteral(".config")));
-        environment.insert(QStringLiteral("PATH"), qEnvironmentVariable("PATH"));
+        environment.insert("HOME", home.folder.path());
+        environment.insert("XDG_CONFIG_HOME", home.folder.path(".config"));
+        environment.insert("PATH", qEnvironmentVariable("PATH"));
         // Leaks can't be looked for in a traced process.
-        environment.insert(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("detect_leaks=0"));
-        ChildProcess child({QStringLiteral("strace"), QStringLiteral("-f"), QStringLiteral("-o"),
-                            log, QStringLiteral("-e"),
-                            QStringLiteral("trace=%1").arg(QLatin1String(call)),
-                            QStringLiteral("-e"),
+        environment.insert("ASAN_OPTIONS", "detect_leaks=0");
+        ChildProcess child({"strace", "-f", "-o", log, "-e",
+                            QStringLiteral("trace=%1").arg(QLatin1String(call)), "-e",
                             QStringLiteral("inject=%1:%2:when=%3")
                                 .arg(QLatin1String(call), QLatin1String(fault))
                                 .arg(number),
-                            QStringLiteral(INSTALL_AGENT), QLatin1String(GetParam().agent)},
+                            INSTALL_AGENT, QLatin1String(GetParam().agent)},
                            environment);
         const auto status = child.wait();
-        const QByteArray trace = home.read(QStringLiteral("log"));
+        const QByteArray trace = home.read("log");
         reached = trace.contains("(INJECTED)") || trace.contains("killed by");
         return status;
     }

@@ -28,27 +28,26 @@ ProgramHome::ProgramHome(const QJsonObject &settings) {
                               QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         return path(QLatin1String(name));
     };
-    m_environment.insert(QStringLiteral("HOME"), m_folder.path());
-    m_environment.insert(QStringLiteral("XDG_CONFIG_HOME"), folder(".config"));
-    m_environment.insert(QStringLiteral("XDG_DATA_HOME"), folder(".local/share"));
-    m_environment.insert(QStringLiteral("XDG_CACHE_HOME"), folder(".cache"));
-    m_environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), folder("run"));
-    m_environment.insert(QStringLiteral("PATH"), qEnvironmentVariable("PATH"));
-    m_environment.insert(QStringLiteral("LANG"), QStringLiteral("C.UTF-8"));
+    m_environment.insert("HOME", m_folder.path());
+    m_environment.insert("XDG_CONFIG_HOME", folder(".config"));
+    m_environment.insert("XDG_DATA_HOME", folder(".local/share"));
+    m_environment.insert("XDG_CACHE_HOME", folder(".cache"));
+    m_environment.insert("XDG_RUNTIME_DIR", folder("run"));
+    m_environment.insert("PATH", qEnvironmentVariable("PATH"));
+    m_environment.insert("LANG", "C.UTF-8");
 
-    QJsonObject all{{QStringLiteral("eventServerPort"), freePort()},
-                    {QStringLiteral("hasCompletedFirstRun"), true},
-                    {QStringLiteral("installPingEnabled"), false},
-                    {QStringLiteral("usageEnabled"), false},
-                    {QStringLiteral("SUEnableAutomaticChecks"), false}};
+    QJsonObject all{{"eventServerPort", freePort()},
+                    {"hasCompletedFirstRun", true},
+                    {"installPingEnabled", false},
+                    {"usageEnabled", false},
+                    {"SUEnableAutomaticChecks", false}};
     for (auto entry = settings.begin(); entry != settings.end(); ++entry) {
         all.insert(entry.key(), entry.value());
     }
     // A connection of an older version: at its start the program writes its scripts for those who
     // are connected.
-    write(QStringLiteral(".claude/settings.json"),
-          R"({"hooks":{"Stop":[{"command":".morvane/hook.sh claude"}]}})");
-    write(QStringLiteral(".config/morvane/io.morvane.morvane.json"), QJsonDocument(all).toJson());
+    write(".claude/settings.json", R"({"hooks":{"Stop":[{"command":".morvane/hook.sh claude"}]}})");
+    write(".config/morvane/io.morvane.morvane.json", QJsonDocument(all).toJson());
 }
 
 void ProgramHome::write(const QString &relative, const QByteArray &bytes) const {
@@ -59,11 +58,11 @@ void ProgramHome::write(const QString &relative, const QByteArray &bytes) const 
 }
 
 QStringList ProgramHome::hook(const QStringList &arguments) const {
-    return QStringList{path(QStringLiteral(".morvane/hook.sh"))} + arguments;
+    return QStringList{path(".morvane/hook.sh")} + arguments;
 }
 
 bool ProgramHome::waitForHook() const {
-    return waitUntil([this] { return QFile::exists(path(QStringLiteral(".morvane/hook.sh"))); });
+    return waitUntil([this] { return QFile::exists(path(".morvane/hook.sh")); });
 }
 
 } // namespace morvane

@@ -34,23 +34,20 @@ protected:
             GTEST_SKIP() << "These programs are needed and not installed: "
                          << missing.join(QStringLiteral(", ")).toStdString();
         }
-        home.setVariable(QStringLiteral("QT_LINUX_ACCESSIBILITY_ALWAYS_ON"), QStringLiteral("1"));
+        home.setVariable("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1");
         display = std::make_unique<VirtualDisplay>(home.environment());
         ASSERT_TRUE(display->isUp());
         ASSERT_NO_FATAL_FAILURE(startTerminal());
-        program = start({QStringLiteral(MORVANE)});
+        program = start({MORVANE});
         ASSERT_TRUE(home.waitForHook());
         ASSERT_TRUE(waitUntil([this] { return tab().has_value(); }));
     }
 
     void startTerminal() {
-        terminal =
-            start({QStringLiteral("xterm"), QStringLiteral("-title"), QLatin1String(terminalTitle),
-                   QStringLiteral("-e"), QStringLiteral("sh"), QStringLiteral("-c"),
-                   QStringLiteral("stty raw -echo; printf '\\033[?1000h'; exec cat >\"$0\""),
-                   home.path(QStringLiteral("received"))});
-        ASSERT_TRUE(
-            waitUntil([this] { return QFile::exists(home.path(QStringLiteral("received"))); }));
+        terminal = start({"xterm", "-title", QLatin1String(terminalTitle), "-e", "sh", "-c",
+                          "stty raw -echo; printf '\\033[?1000h'; exec cat >\"$0\"",
+                          home.path("received")});
+        ASSERT_TRUE(waitUntil([this] { return QFile::exists(home.path("received")); }));
         ASSERT_TRUE(waitUntil([this] { return terminalHasKeyboard(); }));
     }
 
@@ -61,17 +58,14 @@ protected:
 
     /// A hook that waits for a decision.
     std::unique_ptr<ChildProcess> ask() const {
-        return start(home.hook({QStringLiteral("claude"), QStringLiteral("PermissionRequest"),
-                                QStringLiteral("decide")}),
-                     permissionRequest);
+        return start(home.hook({"claude", "PermissionRequest", "decide"}), permissionRequest);
     }
 
     /// Where the visible object of this role and name is.
     std::optional<QRect> find(const QString &role, const QString &name,
                               const QStringList &options = {}) const {
         const auto finder =
-            start(QStringList{QStringLiteral(FIND_ACCESSIBLE), QStringLiteral("--extents")} +
-                  options + QStringList{role, name});
+            start(QStringList{FIND_ACCESSIBLE, "--extents"} + options + QStringList{role, name});
         if (finder->wait() != 0) {
             return std::nullopt;
         }
@@ -81,16 +75,12 @@ protected:
     }
 
     /// The capsule, or the panel that it has grown into.
-    std::optional<QRect> tab() const {
-        return find(QStringLiteral("filler"), QStringLiteral("Morvane"));
-    }
+    std::optional<QRect> tab() const { return find("filler", "Morvane"); }
 
-    std::optional<QRect> allowButton() const {
-        return find(QStringLiteral("button"), QStringLiteral("Allow"));
-    }
+    std::optional<QRect> allowButton() const { return find("button", "Allow"); }
 
     std::optional<QRect> menuItem(const char *name, const QStringList &options = {}) const {
-        return find(QStringLiteral("menu item"), QString::fromUtf8(name), options);
+        return find("menu item", QString::fromUtf8(name), options);
     }
 
     /// Clicks an item of a menu once it is there.
@@ -116,12 +106,12 @@ protected:
 
     /// What has reached the terminal so far.
     QByteArray received() const {
-        QFile file(home.path(QStringLiteral("received")));
+        QFile file(home.path("received"));
         file.open(QIODevice::ReadOnly);
         return file.readAll();
     }
 
-    ProgramHome home{{{QStringLiteral("showWhenIdle"), true}}};
+    ProgramHome home{{{"showWhenIdle", true}}};
     std::unique_ptr<VirtualDisplay> display;
     std::unique_ptr<ChildProcess> terminal;
     std::unique_ptr<ChildProcess> program;
@@ -161,7 +151,7 @@ TEST_F(ScreenTest, DropsThePromptOfAHookThatWasKilled) {
 TEST_F(ScreenTest, OpensThePanelWhenStartedAgain) {
     const auto hook = ask();
     EXPECT_FALSE(isOpen());
-    const auto second = start({QStringLiteral(MORVANE)});
+    const auto second = start({MORVANE});
     EXPECT_EQ(second->wait(), 0);
     EXPECT_TRUE(waitUntil([this] { return isOpen() && allowButton(); }));
     EXPECT_TRUE(terminalHasKeyboard());
@@ -169,7 +159,7 @@ TEST_F(ScreenTest, OpensThePanelWhenStartedAgain) {
 }
 
 TEST_F(ScreenTest, ARightClickOpensTheMenuAndTheTerminalKeepsTheFocus) {
-    home.write(QStringLiteral(".claude/settings.json"), "{}");
+    home.write(".claude/settings.json", "{}");
     display->click(tab().value_or(QRect()).center(), 3);
     ASSERT_TRUE(choose("Connected agents — none"));
     ASSERT_TRUE(waitUntil([this] { return menuItem("Claude Code").has_value(); }));
@@ -179,11 +169,10 @@ TEST_F(ScreenTest, ARightClickOpensTheMenuAndTheTerminalKeepsTheFocus) {
 
     display->click(tab().value_or(QRect()).center(), 3);
     ASSERT_TRUE(choose("Connected agents — 1"));
-    EXPECT_TRUE(waitUntil(
-        [this] { return menuItem("Claude Code", {QStringLiteral("--checked")}).has_value(); }));
+    EXPECT_TRUE(waitUntil([this] { return menuItem("Claude Code", {"--checked"}).has_value(); }));
     EXPECT_TRUE(isOpen());
-    display->press(QStringLiteral("Escape"));
-    display->press(QStringLiteral("Escape"));
+    display->press("Escape");
+    display->press("Escape");
     EXPECT_TRUE(waitUntil([this] { return !menuItem("Quit Morvane"); }));
     EXPECT_TRUE(waitUntil([this] { return !isOpen(); }));
 
@@ -191,7 +180,7 @@ TEST_F(ScreenTest, ARightClickOpensTheMenuAndTheTerminalKeepsTheFocus) {
     EXPECT_TRUE(waitUntil([this] { return menuItem("Quit Morvane").has_value(); }));
     display->click({640, 700});
     EXPECT_TRUE(waitUntil([this] { return !menuItem("Quit Morvane"); }));
-    EXPECT_EQ(display->type(QStringLiteral("typed"))->wait(), 0);
+    EXPECT_EQ(display->type("typed")->wait(), 0);
     EXPECT_TRUE(waitUntil([this] { return received().endsWith("typed"); }));
     EXPECT_TRUE(terminalHasKeyboard());
 

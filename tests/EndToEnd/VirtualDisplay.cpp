@@ -34,18 +34,16 @@ VirtualDisplay::VirtualDisplay(QProcessEnvironment environment)
     if (!number || !address) {
         return;
     }
-    m_environment.insert(QStringLiteral("DISPLAY"),
-                         QLatin1Char(':') + QString::fromLatin1(*number));
-    m_environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QString::fromLatin1(*address));
+    m_environment.insert("DISPLAY", QLatin1Char(':') + QString::fromLatin1(*number));
+    m_environment.insert("DBUS_SESSION_BUS_ADDRESS", QString::fromLatin1(*address));
 
-    QFile settings(m_folder.filePath(QStringLiteral("rc.xml")));
+    QFile settings(m_folder.filePath("rc.xml"));
     settings.open(QIODevice::WriteOnly);
     settings.write(windowManagerSettings);
     settings.close();
     m_windowManager = start("openbox --sm-disable --config-file " + settings.fileName().toUtf8());
     // It tells of desktops once it manages windows: one that came earlier would stay without focus.
-    m_isUp =
-        waitUntil([this] { return control({QStringLiteral("get_num_desktops")}).has_value(); });
+    m_isUp = waitUntil([this] { return control({"get_num_desktops"}).has_value(); });
 }
 
 QStringList VirtualDisplay::missingPrograms() {
@@ -59,26 +57,24 @@ QStringList VirtualDisplay::missingPrograms() {
 }
 
 void VirtualDisplay::movePointer(const QPoint &position) const {
-    control(QStringList{QStringLiteral("mousemove")} + coordinates(position));
+    control(QStringList{"mousemove"} + coordinates(position));
 }
 
 void VirtualDisplay::click(const QPoint &position, int button) const {
-    control(QStringList{QStringLiteral("mousemove")} + coordinates(position) +
-            QStringList{QStringLiteral("click"), QString::number(button)});
+    control(QStringList{"mousemove"} + coordinates(position) +
+            QStringList{"click", QString::number(button)});
 }
 
 void VirtualDisplay::press(const QString &key) const {
-    control({QStringLiteral("key"), key});
+    control({"key", key});
 }
 
 std::unique_ptr<ChildProcess> VirtualDisplay::type(const QString &text) const {
-    return std::make_unique<ChildProcess>(
-        QStringList{QStringLiteral("xdotool"), QStringLiteral("type"), text}, m_environment);
+    return std::make_unique<ChildProcess>(QStringList{"xdotool", "type", text}, m_environment);
 }
 
 QByteArray VirtualDisplay::focusedTitle() const {
-    return control({QStringLiteral("getwindowfocus"), QStringLiteral("getwindowname")})
-        .value_or(QByteArray());
+    return control({"getwindowfocus", "getwindowname"}).value_or(QByteArray());
 }
 
 std::unique_ptr<ChildProcess> VirtualDisplay::start(const QByteArray &command) const {
@@ -87,7 +83,7 @@ std::unique_ptr<ChildProcess> VirtualDisplay::start(const QByteArray &command) c
 }
 
 std::optional<QByteArray> VirtualDisplay::control(const QStringList &arguments) const {
-    ChildProcess xdotool(QStringList{QStringLiteral("xdotool")} + arguments, m_environment);
+    ChildProcess xdotool(QStringList{"xdotool"} + arguments, m_environment);
     return xdotool.wait() == 0 ? std::optional(xdotool.output().trimmed()) : std::nullopt;
 }
 

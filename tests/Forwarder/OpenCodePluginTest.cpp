@@ -38,18 +38,17 @@ class OpenCodePlugin : public testing::Test {
 protected:
     std::unique_ptr<ChildProcess> start(std::uint16_t port, const QByteArray &steps,
                                         const QByteArray &sessions = "{}") {
-        QFile text(QStringLiteral(PLUGIN_TEMPLATE));
+        QFile text(PLUGIN_TEMPLATE);
         text.open(QIODevice::ReadOnly);
         QByteArray content = text.readAll();
         content.replace("__PORT__", QByteArray::number(port)).replace("__TOKEN__", "0123-abcd");
-        QFile plugin(folder.filePath(QStringLiteral("morvane.mjs")));
+        QFile plugin(folder.filePath("morvane.mjs"));
         plugin.open(QIODevice::WriteOnly);
         plugin.write(content);
         plugin.close();
         return std::make_unique<ChildProcess>(
-            QStringList{QStringLiteral("sh"), QStringLiteral("-c"),
-                        QStringLiteral("exec node \"$0\" \"$1\" 2>&1"),
-                        QStringLiteral(PLUGIN_DRIVER), plugin.fileName()},
+            QStringList{"sh", "-c", "exec node \"$0\" \"$1\" 2>&1", PLUGIN_DRIVER,
+                        plugin.fileName()},
             environment, R"({"sessions": )" + sessions + R"(, "steps": )" + steps + "}");
     }
 
@@ -86,7 +85,7 @@ protected:
     QTemporaryDir folder;
     QProcessEnvironment environment = [] {
         QProcessEnvironment result;
-        result.insert(QStringLiteral("PATH"), qEnvironmentVariable("PATH"));
+        result.insert("PATH", qEnvironmentVariable("PATH"));
         return result;
     }();
 };
@@ -98,20 +97,20 @@ TEST_F(OpenCodePlugin, TellsOfATurnInOrder) {
     const auto process = start(listener.port(), wholeTurn);
     const HookEvent created = event(listener);
     EXPECT_EQ(created.kind, CanonicalEvent::sessionStart);
-    EXPECT_EQ(created.cwd, QLatin1String("/projects/asteroids"));
+    EXPECT_EQ(created.cwd, "/projects/asteroids");
     const HookEvent prompt = event(listener);
     EXPECT_EQ(prompt.kind, CanonicalEvent::promptSubmit);
-    EXPECT_EQ(prompt.prompt, QLatin1String("Deeper, please"));
+    EXPECT_EQ(prompt.prompt, "Deeper, please");
     const HookEvent tool = event(listener);
     EXPECT_EQ(tool.kind, CanonicalEvent::toolUse);
-    EXPECT_EQ(tool.toolName, QLatin1String("write"));
-    EXPECT_EQ(tool.toolDetail, QLatin1String("engine.ts"));
+    EXPECT_EQ(tool.toolName, "write");
+    EXPECT_EQ(tool.toolDetail, "engine.ts");
     const HookEvent asked = event(listener);
     EXPECT_EQ(asked.kind, CanonicalEvent::needsInput);
-    EXPECT_EQ(asked.responseMessage, QLatin1String("edit: engine.ts"));
+    EXPECT_EQ(asked.responseMessage, "edit: engine.ts");
     const HookEvent goesOn = event(listener);
     EXPECT_EQ(goesOn.kind, CanonicalEvent::toolUse);
-    EXPECT_EQ(goesOn.toolName, QLatin1String("edit"));
+    EXPECT_EQ(goesOn.toolName, "edit");
     EXPECT_EQ(event(listener).kind, CanonicalEvent::turnEnd);
     EXPECT_EQ(event(listener).kind, CanonicalEvent::sessionEnd);
     expectSilence(*process);

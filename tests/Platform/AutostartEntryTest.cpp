@@ -8,8 +8,8 @@
 namespace morvane {
 namespace {
 
-const QString program = QStringLiteral("/opt/Morvane/morvane");
-const QString file = QStringLiteral(".config/autostart/io.morvane.morvane.desktop");
+const QString program = "/opt/Morvane/morvane";
+const QString file = ".config/autostart/io.morvane.morvane.desktop";
 
 class AutostartEntryTest : public testing::Test {
 protected:
@@ -49,24 +49,23 @@ TEST_F(AutostartEntryTest, IsOffWhereTheDesktopSwitchedItOffUntilItIsWantedAgain
 }
 
 TEST_F(AutostartEntryTest, KeepsTheLinkOfWhoKeepsTheirFilesElsewhere) {
-    home.write(QStringLiteral("dotfiles/entry"), "[Desktop Entry]\nHidden=true\n");
-    QDir().mkpath(home.path(QStringLiteral(".config/autostart")));
-    QFile::link(home.path(QStringLiteral("dotfiles/entry")), home.path(file));
+    home.write("dotfiles/entry", "[Desktop Entry]\nHidden=true\n");
+    QDir().mkpath(home.path(".config/autostart"));
+    QFile::link(home.path("dotfiles/entry"), home.path(file));
     ASSERT_EQ(entry.registerItem(), std::nullopt);
     EXPECT_TRUE(home.read(QStringLiteral("dotfiles/entry")).contains("Exec="));
-    QFile::remove(home.path(QStringLiteral("dotfiles/entry")));
+    QFile::remove(home.path("dotfiles/entry"));
     EXPECT_FALSE(entry.isEnabled());
     EXPECT_EQ(entry.unregisterItem(), std::nullopt);
     EXPECT_FALSE(QFileInfo(home.path(file)).isSymLink());
 }
 
 TEST_F(AutostartEntryTest, SaysWhatKeptItFromBeingWrittenOrRemoved) {
-    home.write(QStringLiteral(".config/autostart"));
-    EXPECT_EQ(entry.registerItem(),
-              home.path(QStringLiteral(".config/autostart")) + " could not be created");
+    home.write(".config/autostart");
+    EXPECT_EQ(entry.registerItem(), home.path(".config/autostart") + " could not be created");
 
-    QFile::remove(home.path(QStringLiteral(".config/autostart")));
-    home.write(file + QStringLiteral("/in the way"));
+    QFile::remove(home.path(".config/autostart"));
+    home.write(file + "/in the way");
     EXPECT_FALSE(entry.isEnabled());
     const auto written = entry.registerItem();
     const auto removed = entry.unregisterItem();
@@ -78,11 +77,11 @@ TEST_F(AutostartEntryTest, SaysWhatKeptItFromBeingWrittenOrRemoved) {
 /// The format's own rules: in quotes a backslash goes before ", `, $ and \, every backslash is then
 /// doubled, and a percent sign is doubled so that it begins no field code.
 TEST(DesktopEntry, QuotesAProgramWhateverItsPathIsMadeOf) {
-    EXPECT_EQ(DesktopEntry::execValue(QStringLiteral("/a b/c;d&e")), R"("/a b/c;d&e")");
-    EXPECT_EQ(DesktopEntry::execValue(QStringLiteral("/100%/$HOME")), R"("/100%%/\\$HOME")");
-    EXPECT_EQ(DesktopEntry::execValue(QStringLiteral("/\"x\"/`y`")), R"("/\\"x\\"/\\`y\\`")");
-    EXPECT_EQ(DesktopEntry::execValue(QStringLiteral("/a\\b\nc")), R"("/a\\\\b\nc")");
-    EXPECT_EQ(DesktopEntry::execValue(QStringLiteral("/é")), "\"/é\"");
+    EXPECT_EQ(DesktopEntry::execValue("/a b/c;d&e"), R"("/a b/c;d&e")");
+    EXPECT_EQ(DesktopEntry::execValue("/100%/$HOME"), R"("/100%%/\\$HOME")");
+    EXPECT_EQ(DesktopEntry::execValue("/\"x\"/`y`"), R"("/\\"x\\"/\\`y\\`")");
+    EXPECT_EQ(DesktopEntry::execValue("/a\\b\nc"), R"("/a\\\\b\nc")");
+    EXPECT_EQ(DesktopEntry::execValue("/é"), "\"/é\"");
 }
 
 } // namespace

@@ -12,16 +12,15 @@ TEST(DesktopApplications, NameWhatIsInstalledHere) {
     const TemporaryHome home;
     const QByteArray dataHome = qgetenv("XDG_DATA_HOME");
     qputenv("XDG_DATA_HOME", home.path(QStringLiteral("data")).toUtf8());
-    home.write(QStringLiteral("data/applications/code.desktop"),
+    home.write("data/applications/code.desktop",
                "[Desktop Action new]\nName=New window\n[Desktop Entry]\nName[de]=Der Editor\n"
                "Name=Visual Editor\nName=Second\n");
-    home.write(QStringLiteral("data/applications/org.example.Nameless.desktop"),
-               "[Desktop Entry]\nExec=x\n");
-    home.write(QStringLiteral("outside.desktop"), "[Desktop Entry]\nName=Outside\n");
+    home.write("data/applications/org.example.Nameless.desktop", "[Desktop Entry]\nExec=x\n");
+    home.write("outside.desktop", "[Desktop Entry]\nName=Outside\n");
 
     const DesktopApplications applications;
-    EXPECT_EQ(applications.displayName(QStringLiteral("com.microsoft.VSCode")), "Visual Editor");
-    EXPECT_EQ(applications.displayName(QStringLiteral("code")), "Visual Editor");
+    EXPECT_EQ(applications.displayName("com.microsoft.VSCode"), "Visual Editor");
+    EXPECT_EQ(applications.displayName("code"), "Visual Editor");
     for (const char *unknown :
          {"org.example.Nameless", "org.example.Absent", "", "../../outside"}) {
         EXPECT_EQ(applications.displayName(QString::fromLatin1(unknown)), std::nullopt) << unknown;
@@ -30,9 +29,9 @@ TEST(DesktopApplications, NameWhatIsInstalledHere) {
 }
 
 TEST(KnownApplications, AreFoundByTheClassOfTheirWindows) {
-    EXPECT_EQ(KnownApplications::bundleID(QStringLiteral("kitty")), "net.kovidgoyal.kitty");
-    EXPECT_EQ(KnownApplications::bundleID(QStringLiteral("alacritty")), "io.alacritty");
-    EXPECT_EQ(KnownApplications::bundleID(QStringLiteral("XTerm")), "XTerm");
+    EXPECT_EQ(KnownApplications::bundleID("kitty"), "net.kovidgoyal.kitty");
+    EXPECT_EQ(KnownApplications::bundleID("alacritty"), "io.alacritty");
+    EXPECT_EQ(KnownApplications::bundleID("XTerm"), "XTerm");
 }
 
 } // namespace

@@ -89,7 +89,7 @@ TEST(LowPriorityPool, ReadsTranscriptsWhileTheyChange) {
         R"({"type":"assistant","message":{"model":"claude-a","usage":{"input_tokens":5}}})"
         "\n";
     const QByteArray lines = line.repeated(5000);
-    const QString path = home.write(QStringLiteral("t.jsonl"), lines);
+    const QString path = home.write("t.jsonl", lines);
     std::atomic<bool> ending = false;
     std::thread agent([&] {
         while (!ending) {
@@ -104,7 +104,7 @@ TEST(LowPriorityPool, ReadsTranscriptsWhileTheyChange) {
     QObject owner;
     int reads = 0;
     const auto use = [&](const TranscriptInfo &info) {
-        EXPECT_EQ(info.model.value_or(QStringLiteral("a")), QLatin1String("a"));
+        EXPECT_EQ(info.model.value_or("a"), "a");
         EXPECT_EQ(info.contextTokens.value_or(5), 5);
         reads += info.model ? 1 : 0;
     };

@@ -15,8 +15,8 @@
 namespace morvane {
 namespace {
 
-const QString service = QStringLiteral("org.kde.StatusNotifierWatcher");
-const QString path = QStringLiteral("/StatusNotifierWatcher");
+const QString service = "org.kde.StatusNotifierWatcher";
+const QString path = "/StatusNotifierWatcher";
 
 /// A watcher of status notifiers that has a host when the test says so.
 class Watcher : public QDBusVirtualObject {
@@ -30,16 +30,15 @@ public:
     void go() { m_bus.unregisterService(service); }
     void setHost(bool hasHost) {
         m_hasHost = hasHost;
-        m_bus.send(
-            QDBusMessage::createSignal(path, service,
-                                       hasHost ? QStringLiteral("StatusNotifierHostRegistered")
-                                               : QStringLiteral("StatusNotifierHostUnregistered")));
+        m_bus.send(QDBusMessage::createSignal(path, service,
+                                              hasHost ? "StatusNotifierHostRegistered"
+                                                      : "StatusNotifierHostUnregistered"));
     }
 
     QString introspect(const QString &) const override { return {}; }
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &bus) override {
         const QVariant answer = QVariant::fromValue(QDBusVariant(m_hasHost));
-        return message.arguments().value(1) == QStringLiteral("IsStatusNotifierHostRegistered") &&
+        return message.arguments().value(1) == "IsStatusNotifierHostRegistered" &&
                bus.send(message.createReply(answer));
     }
 
@@ -55,8 +54,7 @@ protected:
             GTEST_SKIP() << "dbus-daemon is needed and not installed";
         }
         daemon = std::make_unique<ChildProcess>(
-            QStringList{QStringLiteral("dbus-daemon"), QStringLiteral("--session"),
-                        QStringLiteral("--nofork"), QStringLiteral("--print-address=1")},
+            QStringList{"dbus-daemon", "--session", "--nofork", "--print-address=1"},
             QProcessEnvironment::systemEnvironment());
         address = QString::fromUtf8(daemon->readLine().value_or(QByteArray()));
         ASSERT_FALSE(address.isEmpty());
@@ -82,8 +80,8 @@ protected:
 };
 
 TEST_F(StatusNotifierHostTest, IsPresentWhileAWatcherHasAHost) {
-    Watcher watcher(connection(QStringLiteral("watcher")));
-    const StatusNotifierHost host(connection(QStringLiteral("program")));
+    Watcher watcher(connection("watcher"));
+    const StatusNotifierHost host(connection("program"));
     watcher.come();
     watcher.setHost(true);
     EXPECT_TRUE(becomes(host, true));
@@ -97,12 +95,12 @@ TEST_F(StatusNotifierHostTest, IsPresentWhileAWatcherHasAHost) {
     watcher.come();
     EXPECT_TRUE(becomes(host, true));
 
-    const StatusNotifierHost later(connection(QStringLiteral("later")));
+    const StatusNotifierHost later(connection("later"));
     EXPECT_TRUE(becomes(later, true));
 }
 
 TEST_F(StatusNotifierHostTest, IsAbsentWithoutABus) {
-    const StatusNotifierHost host(QDBusConnection(QStringLiteral("never connected")));
+    const StatusNotifierHost host(QDBusConnection("never connected"));
     EXPECT_FALSE(host.isPresent());
 }
 

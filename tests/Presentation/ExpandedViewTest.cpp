@@ -59,28 +59,28 @@ protected:
 };
 
 TEST_F(ExpandedViewTest, RowsStayInPlaceWhileTheirOrderAndNeighboursChange) {
-    apply(Event::promptSubmit, QStringLiteral("a"));
+    apply(Event::promptSubmit, "a");
     scheduler.advance(Seconds(1));
-    apply(Event::promptSubmit, QStringLiteral("b"));
+    apply(Event::promptSubmit, "b");
     refresh();
-    EXPECT_EQ(order(), QStringLiteral("ba"));
+    EXPECT_EQ(order(), "ba");
     const QList<SessionRow *> before = rows();
 
     scheduler.advance(Seconds(1));
-    apply(Event::needsInput, QStringLiteral("a"));
-    apply(Event::promptSubmit, QStringLiteral("c"));
-    apply(Event::sessionStart, QStringLiteral("d"));
+    apply(Event::needsInput, "a");
+    apply(Event::promptSubmit, "c");
+    apply(Event::sessionStart, "d");
     refresh();
-    EXPECT_EQ(order(), QStringLiteral("acbd"));
+    EXPECT_EQ(order(), "acbd");
     EXPECT_EQ(rows()[0], before[1]);
     EXPECT_EQ(rows()[2], before[0]);
-    EXPECT_TRUE(showsText(QStringLiteral("OPEN — no activity yet")));
+    EXPECT_TRUE(showsText("OPEN — no activity yet"));
 
-    apply(Event::turnEnd, QStringLiteral("c"));
-    apply(Event::sessionEnd, QStringLiteral("d"));
+    apply(Event::turnEnd, "c");
+    apply(Event::sessionEnd, "d");
     refresh();
-    EXPECT_EQ(order(), QStringLiteral("ab"));
-    EXPECT_FALSE(showsText(QStringLiteral("OPEN — no activity yet")));
+    EXPECT_EQ(order(), "ab");
+    EXPECT_FALSE(showsText("OPEN — no activity yet"));
 }
 
 TEST_F(ExpandedViewTest, AFinishedSessionWithoutAFolderIsShownOnce) {
@@ -98,34 +98,34 @@ TEST_F(ExpandedViewTest, APressOutlivesAChangeOfAnotherSession) {
     store.resolveDecision = [&](const QString &, const AgentDecision &decision) {
         sent.append(decision);
     };
-    apply(EventBuilder::parked(QStringLiteral("d1")));
+    apply(EventBuilder::parked("d1"));
     refresh();
-    DecideButton *const allow = button(QStringLiteral("Allow"));
+    DecideButton *const allow = button("Allow");
     QTest::mousePress(allow, Qt::LeftButton);
-    apply(Event::turnEnd, QStringLiteral("other"));
-    apply(Event::promptSubmit, QStringLiteral("another"));
+    apply(Event::turnEnd, "other");
+    apply(Event::promptSubmit, "another");
     refresh();
     QTest::mouseRelease(allow, Qt::LeftButton);
     EXPECT_EQ(sent, QList<AgentDecision>({AgentDecision::allow()}));
 
     // A press on a call that gives way to the next one must not allow that.
-    apply(EventBuilder::parked(QStringLiteral("d2")));
+    apply(EventBuilder::parked("d2"));
     refresh();
-    QTest::mousePress(button(QStringLiteral("Allow")), Qt::LeftButton);
-    apply(EventBuilder::parked(QStringLiteral("d3")));
+    QTest::mousePress(button("Allow"), Qt::LeftButton);
+    apply(EventBuilder::parked("d3"));
     refresh();
     sent.clear();
-    QTest::mouseRelease(button(QStringLiteral("Allow")), Qt::LeftButton);
+    QTest::mouseRelease(button("Allow"), Qt::LeftButton);
     EXPECT_TRUE(sent.isEmpty());
 }
 
 TEST_F(ExpandedViewTest, TakesTheRoomThatItsContentNeeds) {
     refresh();
-    EXPECT_TRUE(showsText(QStringLiteral("no active agent sessions")));
+    EXPECT_TRUE(showsText("no active agent sessions"));
     EXPECT_EQ(view.width(), 520);
     apply(Event::promptSubmit);
     refresh();
-    EXPECT_FALSE(showsText(QStringLiteral("no active agent sessions")));
+    EXPECT_FALSE(showsText("no active agent sessions"));
     EXPECT_EQ(view.width(), 520);
     EXPECT_LT(view.height(), 120);
     apply(Event::needsInput);

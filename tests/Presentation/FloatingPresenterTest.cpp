@@ -64,7 +64,7 @@ TEST_F(FloatingPresenterTest, OnCallItComesForAMomentAndStaysWhileSomeoneIsAsked
     apply(Event::needsInput);
     scheduler.advance(Seconds(20));
     EXPECT_TRUE(isVisible());
-    store.acknowledge(QStringLiteral("s"));
+    store.acknowledge("s");
     scheduler.advance(Seconds(0.2));
     EXPECT_FALSE(isVisible());
 }
@@ -127,7 +127,7 @@ TEST_F(FloatingPresenterTest, OpensUnderThePointerAndClosesAMomentAfterItHasLeft
 
 TEST_F(FloatingPresenterTest, StaysOpenWhileItsMenuIs) {
     QMenu menu;
-    QAction *item = menu.addAction(QStringLiteral("Open"), [this] { presenter->presentPanel(); });
+    QAction *item = menu.addAction("Open", [this] { presenter->presentPanel(); });
     attach(Flavour::onCall);
     presenter->contextMenu = &menu;
     presenter->presentPanel();
@@ -173,7 +173,7 @@ TEST_F(FloatingPresenterTest, AShowDuringAHideEndsInFullSight) {
     attach(Flavour::onCall);
     apply(Event::needsInput);
     scheduler.advance(Seconds(6));
-    store.acknowledge(QStringLiteral("s"));
+    store.acknowledge("s");
     scheduler.advance(Seconds(0.06));
     EXPECT_LT(window().opacity(), 1);
     apply(Event::needsInput);

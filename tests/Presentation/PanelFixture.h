@@ -20,7 +20,7 @@ protected:
     using Event = CanonicalEvent;
 
     void apply(const HookEvent &event) { store.apply(event); }
-    void apply(CanonicalEvent kind, const QString &sessionID = QStringLiteral("s")) {
+    void apply(CanonicalEvent kind, const QString &sessionID = "s") {
         store.apply(EventBuilder(kind).in(sessionID));
     }
 
@@ -42,7 +42,7 @@ protected:
 
     CountingScheduler scheduler;
     QTemporaryDir folder;
-    Defaults defaults{folder.path(), QStringLiteral("test")};
+    Defaults defaults{folder.path(), "test"};
     MorvaneSettings settings{defaults};
     SessionStore store{settings, noSurroundings(), scheduler};
     FakeDisplays displays;

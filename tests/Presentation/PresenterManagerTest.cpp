@@ -71,15 +71,6 @@ TEST_F(PresenterManagerTest, OpensUnderThePointerOrElseAnywhere) {
     EXPECT_EQ(expansions, QList<bool>({true, false, true}));
 }
 
-TEST_F(PresenterManagerTest, WithoutAWantedDisplayThereIsNothingToOpen) {
-    displays.setDisplays({FakeDisplays::external(1, 0)});
-    settings.setDisplayMode(DisplayTargetMode::builtinOnly);
-    manager.start();
-    manager.presentPanel();
-    EXPECT_EQ(overlays.alive.size(), 0);
-    EXPECT_TRUE(expansions.isEmpty());
-}
-
 TEST_F(PresenterManagerTest, ADisplayThatComesBackStartsAnew) {
     displays.setDisplays({FakeDisplays::external(1, 0)});
     manager.start();

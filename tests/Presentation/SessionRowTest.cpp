@@ -31,7 +31,7 @@ protected:
     }
 
     void show(SessionRow::Details details = {}) {
-        row.setSession(store.sessions().value(QStringLiteral("s")), details);
+        row.setSession(store.sessions().value("s"), details);
         activateLayouts(row);
         row.resize(572, row.layout()->totalHeightForWidth(572));
         row.show();
@@ -69,7 +69,7 @@ protected:
 };
 
 TEST_F(SessionRowTest, RefusesFirstThenAllowsThenAllowsForGood) {
-    apply(EventBuilder::parked(QStringLiteral("d")));
+    apply(EventBuilder::parked("d"));
     show();
     ASSERT_EQ(titles<DecideButton>(), QStringList({"Deny", "Allow", "Always"}));
     for (DecideButton *button : buttons<DecideButton>()) {
@@ -79,7 +79,7 @@ TEST_F(SessionRowTest, RefusesFirstThenAllowsThenAllowsForGood) {
                              {AgentDecision::deny(), AgentDecision::allow(),
                               AgentDecision::allowRemembering(AgentDecision::Scope::session)}));
 
-    Session session = store.sessions().value(QStringLiteral("s"));
+    Session session = store.sessions().value("s");
     session.pendingApproval->allowsRemembering = false;
     row.setSession(session, {});
     EXPECT_EQ(titles<DecideButton>(), QStringList({"Deny", "Allow"}));
@@ -90,7 +90,7 @@ TEST_F(SessionRowTest, AsksOneQuestionAfterTheOther) {
     show();
     ASSERT_EQ(titles<OptionButton>(), QStringList({"Yes", "No"}));
     buttons<OptionButton>()[1]->click();
-    store.answer(QStringLiteral("s"), QStringLiteral("First?"), QStringLiteral("No"));
+    store.answer("s", "First?", "No");
     show();
     ASSERT_EQ(titles<OptionButton>(), QStringList({"Yes", "No"}));
     buttons<OptionButton>()[0]->click();
@@ -98,7 +98,7 @@ TEST_F(SessionRowTest, AsksOneQuestionAfterTheOther) {
 }
 
 TEST_F(SessionRowTest, LeadsToTheSessionButNotFromBesideAButton) {
-    apply(EventBuilder::parked(QStringLiteral("d")));
+    apply(EventBuilder::parked("d"));
     show();
     QTest::mouseClick(&row, Qt::LeftButton, {}, QPoint(300, 12));
     EXPECT_EQ(selections, QStringList({"s"}));
@@ -117,21 +117,21 @@ TEST_F(SessionRowTest, LeadsToTheSessionButNotFromBesideAButton) {
 }
 
 TEST_F(SessionRowTest, CountsDownWhileOnScreenAndWarnsAtTheEnd) {
-    apply(EventBuilder::parked(QStringLiteral("d")));
+    apply(EventBuilder::parked("d"));
     show();
     const auto *countdown = row.findChild<Countdown *>();
-    EXPECT_EQ(countdown->text(), QStringLiteral("60s"));
+    EXPECT_EQ(countdown->text(), "60s");
     scheduler.advance(Seconds(49));
-    EXPECT_EQ(countdown->text(), QStringLiteral("11s"));
+    EXPECT_EQ(countdown->text(), "11s");
     EXPECT_EQ(countdown->color(), Colors::white(0.3));
     scheduler.advance(Seconds(1.1));
-    EXPECT_NE(countdown->text(), QStringLiteral("11s"));
+    EXPECT_NE(countdown->text(), "11s");
     EXPECT_EQ(countdown->color(), Colors::denyAccent);
     row.hide();
     EXPECT_EQ(ticksWithin(Seconds(3)), 0);
     row.show();
     scheduler.advance(Seconds(20));
-    EXPECT_EQ(countdown->text(), QStringLiteral("0s"));
+    EXPECT_EQ(countdown->text(), "0s");
     EXPECT_EQ(ticksWithin(Seconds(8)), 0);
 }
 

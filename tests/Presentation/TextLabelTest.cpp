@@ -24,10 +24,10 @@ TEST(TextLabel, NeverTakesMoreRoomThanThereIs) {
 
 TEST(TextLabel, KeepsLineBreaksWhereItHasRoomForThem) {
     TextLabel label(Typography::text(12), Qt::white, 0, nullptr);
-    label.setText(QStringLiteral("one\ntwo\nthree"));
+    label.setText("one\ntwo\nthree");
     EXPECT_EQ(label.lines(400), QStringList({"one", "two", "three"}));
     TextLabel single(Typography::text(12), Qt::white, 1, nullptr);
-    single.setText(QStringLiteral("one\ntwo"));
+    single.setText("one\ntwo");
     EXPECT_EQ(single.lines(400), QStringList({"one two"}));
 }
 

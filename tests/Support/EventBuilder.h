@@ -9,14 +9,14 @@ class EventBuilder {
 public:
     explicit EventBuilder(CanonicalEvent kind) {
         m_event.kind = kind;
-        m_event.sessionID = QStringLiteral("s");
+        m_event.sessionID = "s";
     }
 
     /// A permission request whose hook waits under this id.
     static EventBuilder parked(const QString &decisionID) {
         return EventBuilder(CanonicalEvent::permissionRequest)
             .with(&HookEvent::decisionID, decisionID)
-            .tool(QStringLiteral("Bash"));
+            .tool("Bash");
     }
 
     EventBuilder in(const QString &sessionID) const {
