@@ -121,13 +121,17 @@ TEST_F(AppControllerActionsTest, SwitchesTheNotificationsOfAllWhoHaveThem) {
     controller.setNotificationsSuppressed(true);
     EXPECT_FALSE(controller.notificationsSuppressed());
 
-    home.write(".claude/settings.json", "{}");
+    home.write(".claude/settings.json", R"({"preferredNotifChannel":"iterm2","a":1})");
     controller.setNotificationsSuppressed(true);
     EXPECT_TRUE(controller.notificationsSuppressed());
+    EXPECT_TRUE(read(".claude/settings.json").contains("notifications_disabled"));
     makeReadOnly(".claude/settings.json");
     controller.setNotificationsSuppressed(false);
     EXPECT_EQ(complaint(), "Updating Claude Code's settings failed:");
     EXPECT_TRUE(controller.notificationsSuppressed());
+    makeReadOnly(".claude/settings.json", false);
+    controller.setNotificationsSuppressed(false);
+    EXPECT_EQ(read(".claude/settings.json"), "{\n  \"a\": 1\n}\n");
 }
 
 TEST_F(AppControllerActionsTest, StartsAtLoginOrSaysWhyNot) {

@@ -172,8 +172,7 @@ TEST(AgentPresence, NeedsAFileThatSomebodyMeantToBeThere) {
     };
     EXPECT_EQ(present(), "");
     EXPECT_FALSE(AgentRegistry::hasRun(home.path("nowhere")));
-    for (const char *name :
-         {".DS_Store", ".localized", "Icon\r", "desktop.ini", ".gitkeep", ".keep", "folder/file"}) {
+    for (const char *name : {".DS_Store", "Icon\r", ".gitkeep", "folder/file"}) {
         home.write(".claude/" + QString(name));
     }
     home.write(".config/opencode/plugins/morvane.js");
@@ -181,10 +180,9 @@ TEST(AgentPresence, NeedsAFileThatSomebodyMeantToBeThere) {
     EXPECT_EQ(present(), "");
 
     home.write(".claude/.hidden");
-    home.write(".factory/settings.json");
     home.write(".codebuddy/history");
     home.write(".config/opencode/opencode.json");
-    EXPECT_EQ(present(), "Claude Code OpenCode CodeBuddy Factory ");
+    EXPECT_EQ(present(), "Claude Code OpenCode CodeBuddy ");
 }
 
 } // namespace

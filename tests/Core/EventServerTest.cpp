@@ -147,8 +147,6 @@ TEST_F(EventServerTest, ClosesWithoutAWordWhatIsNoRequest) {
         {head + "100\r\n\r\n{}", true},
         {"POST /ev", true},
         {"POST /event HTTP/1.1\r\nx: \xff\r\n\r\n", true},
-        {"", true},
-        {std::string(1'200'000, 'x'), false},
         {"POST / HTTP/1.1\r\n" + std::string(1'200'000, 'h'), false},
     };
     for (const auto &[sent, thenEnd] : cases) {

@@ -155,23 +155,5 @@ TEST_F(DiscoveryTest, PassesOverWhatItCannotRead) {
     QFile::setPermissions(closed, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
-/// What has gathered in a year: only its few recent ones are opened.
-TEST_F(DiscoveryTest, DoesNotOpenWhatHasGathered) {
-    const QString archive = home.path(".codex/sessions/2025");
-    ASSERT_TRUE(QDir().mkpath(archive));
-    // Each is a link to one old file, since making them shouldn't take longer than finding them.
-    const QByteArray first = QFile::encodeName(
-        write(".codex/sessions/2025/0.jsonl", meta(R"({"id":"x","cwd":"/"})"), 86'400));
-    for (int file = 1; file < 20'000; ++file) {
-        const QString path = archive + QStringLiteral("/%1.jsonl").arg(file);
-        ASSERT_EQ(::link(first.constData(), QFile::encodeName(path).constData()), 0);
-    }
-    for (int file = 0; file < 10; ++file) {
-        write(QStringLiteral(".codex/sessions/%1.jsonl").arg(file),
-              meta(R"({"id":"r","cwd":"/r"})"));
-    }
-    EXPECT_EQ(found(), QStringList(10, "r /r"));
-}
-
 } // namespace
 } // namespace morvane

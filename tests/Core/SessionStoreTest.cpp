@@ -97,14 +97,13 @@ TEST_F(StoreTest, LearnsFromWhatAnEventTellsAndKeepsTheRest) {
     const EventBuilder start(Kind::sessionStart);
     apply(start.with(&HookEvent::cwd, "/a")
               .with(&HookEvent::hostBundleID, "bundle")
-              .with(&HookEvent::ttyName, "/dev/pts/1")
+
               .with(&HookEvent::pane, tmux)
               .with(&HookEvent::transcriptPath, "/t.jsonl"));
     Session expected;
     expected.id = "s";
     expected.cwd = "/a";
     expected.hostBundleID = "bundle";
-    expected.ttyName = "/dev/pts/1";
     expected.pane = tmux;
     expected.hostAppName = "bundle/-";
     expected.startedAt = expected.lastEventAt = expected.stateChangedAt = scheduler.now();

