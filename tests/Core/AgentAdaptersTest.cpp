@@ -3,6 +3,7 @@
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"
 
+#include <QSet>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -28,8 +29,7 @@ TEST(AgentAdapters, TranslateTheEventsOfEveryAgent) {
     // Each entry is a native name, perhaps with a notification type, and what it means.
     const std::pair<QList<AgentKind>, QString> dialects[] = {
         {{claude, codex, kimi, qoder, codebuddy, factory},
-         "SessionStart=sessionStart UserPromptSubmit=promptSubmit PreToolUse/idle_prompt=toolUse "
-         "Stop=turnEnd StopFailure=turnFailed SubagentStop=subagentStop SessionEnd=sessionEnd "
+         "PreToolUse/idle_prompt=toolUse Stop=turnEnd StopFailure=turnFailed "
          "Notification/permission_prompt=needsInput Notification/agent_needs_input=needsInput "
          "Notification/idle_prompt=idle Notification/agent_completed=idle Notification=none "
          "Notification/=none Notification/ToolPermission=none Notification/SessionStart=none "
@@ -37,16 +37,10 @@ TEST(AgentAdapters, TranslateTheEventsOfEveryAgent) {
         {{claude, codex, qoder}, "PermissionRequest=permissionRequest"},
         {{codebuddy, factory}, "PermissionRequest=needsInput"},
         {{gemini, qwen},
-         "SessionStart=sessionStart BeforeAgent=promptSubmit BeforeTool=toolUse AfterAgent=turnEnd "
-         "SessionEnd=sessionEnd Notification/ToolPermission=needsInput Notification=none "
+         "AfterAgent=turnEnd Notification/ToolPermission=needsInput Notification=none "
          "Notification/idle_prompt=none Stop=none"},
-        {{cursor},
-         "sessionStart=sessionStart beforeSubmitPrompt=promptSubmit preToolUse/x=toolUse "
-         "stop=turnEnd subagentStop=subagentStop sessionEnd=sessionEnd Stop=none "
-         "Notification/permission_prompt=none"},
-        {{opencode},
-         "session.created=sessionStart prompt.submit=promptSubmit tool.execute.before=toolUse "
-         "permission.asked/x=needsInput session.idle=turnEnd session.deleted=sessionEnd Stop=none"},
+        {{cursor}, "stop=turnEnd preToolUse/x=toolUse Notification/permission_prompt=none"},
+        {{opencode}, "session.idle=turnEnd permission.asked/x=needsInput Stop=none"},
         {{gemini, qwen, cursor, opencode, kimi}, "PermissionRequest=none"}};
     for (const auto &[agents, entries] : dialects) {
         for (const QString &entry : entries.split(' ')) {
@@ -62,34 +56,18 @@ TEST(AgentAdapters, TranslateTheEventsOfEveryAgent) {
     }
 }
 
-TEST(AgentAdapters, KeepTheirHooksInPlacesOfTheirOwn) {
-    const std::pair<AgentKind, const char *> cases[] = {
-        {claude, "~/.claude/settings.json"},
-        {codex, "~/.codex/hooks.json"},
-        {gemini, "~/.gemini/settings.json"},
-        {opencode, "~/.config/opencode/plugins/morvane.js"},
-        {cursor, "~/.cursor/hooks.json"},
-        {kimi, "~/.kimi/config.toml"},
-        {qwen, "~/.qwen/settings.json"},
-        {qoder, "~/.qoder/settings.json"},
-        {codebuddy, "~/.codebuddy/settings.json"},
-        {factory, "~/.factory/settings.json"}};
-    const TemporaryHome home;
-    auto shown = AgentRegistry::all().begin();
-    for (const auto &[kind, where] : cases) {
-        SCOPED_TRACE(rawValue(kind));
-        const AgentAdapter &adapter = **shown++;
-        EXPECT_EQ(adapter.kind(), kind);
-        EXPECT_EQ(&adapter, &AgentRegistry::adapter(kind));
-        EXPECT_EQ(adapter.integrationDescription(), where);
-        // Every event that is hooked must mean something.
-        for (const QString &event : adapter.nativeEvents() + adapter.decisionEvents()) {
-            EXPECT_TRUE(adapter.canonical(event, "permission_prompt") ||
-                        adapter.canonical(event, "ToolPermission"))
+TEST(AgentAdapters, HookOnlyEventsThatMeanSomething) {
+    QSet<QString> places;
+    for (const AgentAdapter *adapter : AgentRegistry::all()) {
+        EXPECT_EQ(adapter, &AgentRegistry::adapter(adapter->kind()));
+        places.insert(adapter->integrationDescription());
+        for (const QString &event : adapter->nativeEvents() + adapter->decisionEvents()) {
+            EXPECT_TRUE(adapter->canonical(event, "permission_prompt") ||
+                        adapter->canonical(event, "ToolPermission"))
                 << event.toStdString();
         }
     }
-    EXPECT_EQ(shown, AgentRegistry::all().end());
+    EXPECT_EQ(places.size(), 10);
 }
 
 TEST(AgentAdapters, AreFoundByTheirExactRawValue) {

@@ -2,10 +2,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include <algorithm>
-#include <numeric>
-#include <random>
-
 namespace morvane {
 namespace {
 
@@ -95,31 +91,6 @@ TEST_F(DecisionRelayTest, ReleasesAllWithoutAnAnswerOrAnExpiry) {
     EXPECT_EQ(first.receiveAll(), okAnswer);
     EXPECT_EQ(second.receiveAll(), okAnswer);
     EXPECT_TRUE(expired.empty());
-}
-
-TEST_F(DecisionRelayTest, EachOfTwoHundredGetsItsOwnAnswer) {
-    std::vector<HttpClient> clients;
-    for (int number = 0; number < 200; ++number) {
-        clients.emplace_back(port());
-        clients.back().send(permissionRequest(std::to_string(number)));
-    }
-    ASSERT_TRUE(waitUntil([&] {
-        scheduler.runPosted();
-        return events.size() == 200;
-    }));
-    std::vector<int> order(200);
-    std::iota(order.begin(), order.end(), 0);
-    std::shuffle(order.begin(), order.end(), std::mt19937(1));
-    const auto decisionOf = [](int number) {
-        return number % 2 == 0 ? AgentDecision::allow() : AgentDecision::deny();
-    };
-    for (const int number : order) {
-        server->resolve(QString::number(number), decisionOf(number));
-    }
-    for (std::size_t number = 0; number < clients.size(); ++number) {
-        EXPECT_EQ(decisionIn(clients[number].receiveAll())["behavior"],
-                  number % 2 == 0 ? "allow" : "deny");
-    }
 }
 
 } // namespace

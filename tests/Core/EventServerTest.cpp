@@ -238,11 +238,5 @@ TEST_F(EventServerTest, TakesOneOfTheNextTwentyPortsOrSaysWhyNot) {
     EXPECT_EQ(httpExchange(third->boundPort(), eventRequest({}, "{}")), okAnswer);
 }
 
-TEST_F(EventServerTest, StopsLookingAtTheLastPortThereIs) {
-    const auto last = taken(65535);
-    const auto second = makeServer(65535);
-    EXPECT_TRUE(second->start());
-}
-
 } // namespace
 } // namespace morvane

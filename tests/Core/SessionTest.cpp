@@ -47,9 +47,8 @@ TEST(Session, SumsUpItsContext) {
 TEST(Session, RemarksOnlyOnUnusualPermissionModes) {
     using enum AgentKind;
     const std::tuple<AgentKind, Text, bool> cases[] = {
-        {claude, {}, false},          {claude, "", false},     {claude, "default", false},
-        {qwen, "default", false},     {claude, "plan", true},  {claude, "on-request", true},
-        {codex, "on-request", false}, {codex, "default", true}};
+        {claude, {}, false},          {claude, "default", false},   {claude, "plan", true},
+        {claude, "on-request", true}, {codex, "on-request", false}, {codex, "default", true}};
     for (const auto &[agent, mode, notable] : cases) {
         Session session;
         session.agent = agent;

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
-#include <iterator>
 #include <pty.h>
 #include <sys/wait.h>
 #include <tuple>
@@ -24,27 +23,9 @@ struct TerminalCase {
     Headers headers;
 };
 
-/// Where the terminal names itself, and nothing else is to be told.
-std::vector<TerminalCase> plainCases() {
-    const std::vector<std::array<const char *, 3>> cases{
-        {"TERM_PROGRAM=iTerm.app", "iTerm.app", "com.googlecode.iterm2"},
-        {"TERM_PROGRAM=ghostty", "ghostty", "com.mitchellh.ghostty"},
-        {"TERM_PROGRAM=WarpTerminal", "WarpTerminal", "dev.warp.Warp-Stable"},
-        {"TERM_PROGRAM=Apple_Terminal", "Apple_Terminal", "com.apple.Terminal"},
-        {"TERM=alacritty", "alacritty", "io.alacritty"},
-        {"GNOME_TERMINAL_SCREEN=/org/gnome/1", "gnome-terminal", "org.gnome.Terminal"},
-        {"KONSOLE_VERSION=221203", "konsole", "org.kde.konsole"},
-    };
-    std::vector<TerminalCase> result;
-    for (const auto &[variable, program, bundle] : cases)
-        result.push_back(
-            {program, {variable}, {{"x-term-program", program}, {"x-host-bundle", bundle}}});
-    return result;
-}
-
 std::vector<TerminalCase> terminalCases() {
     const std::string cursor = "com.todesktop.230313mzl4w4u92";
-    std::vector<TerminalCase> cases{
+    return {
         {"nothing known", {}, {}},
         {"tmux inside iTerm2",
          {"TERM_PROGRAM=tmux", "TERM=tmux-256color", "ITERM_SESSION_ID=w0:AB", "TMUX=/t/d,7,0",
@@ -104,8 +85,6 @@ std::vector<TerminalCase> terminalCases() {
          {"LC_ALL=C.UTF-8", "IFS=x-", "TERM_PROGRAM=ghostty"},
          {{"x-term-program", "ghostty"}, {"x-host-bundle", "com.mitchellh.ghostty"}}},
     };
-    std::ranges::move(plainCases(), std::back_inserter(cases));
-    return cases;
 }
 
 /// Those of ours that do not depend on where the tests run.

@@ -122,15 +122,15 @@ TEST_F(ExpandedViewTest, APressOutlivesAChangeOfAnotherSession) {
 TEST_F(ExpandedViewTest, TakesTheRoomThatItsContentNeeds) {
     refresh();
     EXPECT_TRUE(showsText("no active agent sessions"));
-    EXPECT_EQ(view.width(), 520);
+    const int narrow = view.width();
     apply(Event::promptSubmit);
     refresh();
     EXPECT_FALSE(showsText("no active agent sessions"));
-    EXPECT_EQ(view.width(), 520);
+    EXPECT_EQ(view.width(), narrow);
     EXPECT_LT(view.height(), 120);
     apply(Event::needsInput);
     refresh();
-    EXPECT_EQ(view.width(), 600);
+    EXPECT_GT(view.width(), narrow);
 
     for (int index = 0; index < 30; ++index) {
         apply(Event::promptSubmit, QString::number(index));
