@@ -151,20 +151,18 @@ TEST_F(AppControllerActionsTest, RemovesEverythingAndReports) {
     controller.installHooks(kimi);
     controller.setLaunchAtLogin(true);
     makeReadOnly(".kimi/config.toml");
-    const auto remove = [this] {
-        return controller.removeEverything().split(QStringLiteral("\n• "));
-    };
+    const auto remove = [this] { return controller.removeEverything().split("\n• "); };
     const QStringList partly = remove();
     ASSERT_EQ(partly.size(), 5);
     EXPECT_EQ(partly[0], "Claude Code hooks");
-    EXPECT_TRUE(partly[1].startsWith(QStringLiteral("⚠︎ could not remove Kimi CLI hooks: ")));
+    EXPECT_TRUE(partly[1].startsWith("⚠︎ could not remove Kimi CLI hooks: "));
     EXPECT_EQ(partly[2], "⚠︎ could not remove ~/.morvane: hooks that are left call it");
     EXPECT_EQ(partly[3], "login item");
-    EXPECT_TRUE(QFile::exists(home.path(QStringLiteral(".morvane/hook.sh"))));
+    EXPECT_TRUE(QFile::exists(home.path(".morvane/hook.sh")));
 
     makeReadOnly(".kimi/config.toml", false);
-    EXPECT_EQ(remove(), (QStringList{QStringLiteral("Kimi CLI hooks"), QStringLiteral("~/.morvane"),
-                                     QStringLiteral("preferences and session history")}));
+    EXPECT_EQ(remove(),
+              (QStringList{"Kimi CLI hooks", "~/.morvane", "preferences and session history"}));
     EXPECT_FALSE(read(".claude/settings.json").contains("hook.sh"));
     EXPECT_FALSE(QFile::exists(home.path(".morvane")));
     EXPECT_FALSE(loginItem().enabled);
@@ -172,12 +170,12 @@ TEST_F(AppControllerActionsTest, RemovesEverythingAndReports) {
     // What still happens before the program is quit leaves no trace either.
     HookEvent late;
     late.kind = CanonicalEvent::turnEnd;
-    late.sessionID = QStringLiteral("late");
+    late.sessionID = "late";
     controller.store().apply(late);
-    Defaults reread(home.path(QStringLiteral("config")), QStringLiteral("test"));
-    EXPECT_FALSE(reread.contains(QStringLiteral("soundEnabled")));
-    EXPECT_FALSE(reread.contains(QStringLiteral("eventToken")));
-    EXPECT_FALSE(reread.contains(QStringLiteral("completedHistory")));
+    Defaults reread(home.path("config"), "test");
+    EXPECT_FALSE(reread.contains("soundEnabled"));
+    EXPECT_FALSE(reread.contains("eventToken"));
+    EXPECT_FALSE(reread.contains("completedHistory"));
     EXPECT_TRUE(controller.installedAgents().isEmpty());
 }
 

@@ -21,7 +21,7 @@ TEST(ForwarderScripts, PutsPortAndTokenIntoTheScript) {
     EXPECT_TRUE(script.startsWith("#!/bin/sh\n"));
     EXPECT_TRUE(script.contains("40123") && script.contains("the-token"));
     EXPECT_FALSE(script.contains("__PORT__") || script.contains("__TOKEN__"));
-    EXPECT_TRUE(home.read(QStringLiteral(".morvane/forwarder"))
+    EXPECT_TRUE(home.read(".morvane/forwarder")
                     .startsWith("\x7f"
                                 "ELF"));
 
@@ -47,14 +47,14 @@ TEST(ForwarderScripts, RewritesTheScriptButNotAClientThatIsTheSame) {
     ASSERT_TRUE(client.setFileTime(old, QFileDevice::FileModificationTime));
     client.close();
     ASSERT_FALSE(scripts(2).writeHookScript());
-    EXPECT_TRUE(home.read(QStringLiteral(".morvane/hook.sh")).contains("port=2\n"));
+    EXPECT_TRUE(home.read(".morvane/hook.sh").contains("port=2\n"));
     EXPECT_EQ(QFileInfo(client).lastModified(), old);
 
     ASSERT_TRUE(client.open(QIODevice::WriteOnly));
     client.write("an older one");
     client.close();
     ASSERT_FALSE(scripts(2).writeHookScript());
-    EXPECT_NE(home.read(QStringLiteral(".morvane/forwarder")), "an older one");
+    EXPECT_NE(home.read(".morvane/forwarder"), "an older one");
 
     client.setPermissions(QFile::ReadOwner);
     ASSERT_FALSE(scripts(2).writeHookScript());

@@ -23,7 +23,7 @@ protected:
     std::string failure(const SettingsFile &file, const SettingsFile::Edit &edit) const {
         const auto failure = file.rewrite(edit);
         QString message = failure ? failure->message : QString();
-        return message.replace(home.path(), QStringLiteral("~")).toStdString();
+        return message.replace(home.path(), "~").toStdString();
     }
 
     QStringList names(const QString &folder) const {
@@ -48,7 +48,7 @@ TEST_F(SettingsFileTest, MakesTheFileAndItsFolders) {
 
 TEST_F(SettingsFileTest, KeepsTheLastContentAsTheBackupWhereAsked) {
     home.write("agent/settings.json", "1");
-    chmod(home.path(QStringLiteral("agent/settings.json")).toUtf8(), 0640);
+    chmod(home.path("agent/settings.json").toUtf8(), 0640);
     EXPECT_EQ(failure(file, append("2")), "");
     EXPECT_EQ(home.read("agent/settings.json.morvane-backup"), "1");
     EXPECT_EQ(failure(file, append("3")), "");
@@ -63,7 +63,7 @@ TEST_F(SettingsFileTest, KeepsTheLastContentAsTheBackupWhereAsked) {
     EXPECT_EQ(mode("agent/settings.json"), 0640u);
     EXPECT_EQ(mode("agent/settings.json.morvane-backup"), 0640u);
     EXPECT_EQ(failure(file, [](const auto &) { return std::nullopt; }), "");
-    EXPECT_EQ(names(QStringLiteral("agent")).size(), 2);
+    EXPECT_EQ(names("agent").size(), 2);
 }
 
 TEST_F(SettingsFileTest, WritesThroughSymbolicLinks) {
@@ -79,17 +79,15 @@ TEST_F(SettingsFileTest, WritesThroughSymbolicLinks) {
     EXPECT_EQ(home.read("agent/settings.json.morvane-backup"), "1");
 
     // ".." is that of the folder that the link really lies in.
-    ASSERT_TRUE(QFile::link(QStringLiteral("dotfiles/deep"), home.path(QStringLiteral("other"))));
-    QDir().mkpath(home.path(QStringLiteral("dotfiles/deep")));
-    ASSERT_TRUE(QFile::link(QStringLiteral("../agent.json"),
-                            home.path(QStringLiteral("dotfiles/deep/settings.json"))));
-    home.write(QStringLiteral("agent.json"), "another");
-    EXPECT_EQ(failure(SettingsFile(home.path(QStringLiteral("other/settings.json"))), append("!")),
-              "");
-    EXPECT_EQ(home.read(QStringLiteral("dotfiles/agent.json")), "12!");
-    EXPECT_EQ(home.read(QStringLiteral("agent.json")), "another");
+    ASSERT_TRUE(QFile::link("dotfiles/deep", home.path("other")));
+    QDir().mkpath(home.path("dotfiles/deep"));
+    ASSERT_TRUE(QFile::link("../agent.json", home.path("dotfiles/deep/settings.json")));
+    home.write("agent.json", "another");
+    EXPECT_EQ(failure(SettingsFile(home.path("other/settings.json")), append("!")), "");
+    EXPECT_EQ(home.read("dotfiles/agent.json"), "12!");
+    EXPECT_EQ(home.read("agent.json"), "another");
 
-    QFile::remove(home.path(QStringLiteral("dotfiles/agent.json")));
+    QFile::remove(home.path("dotfiles/agent.json"));
     EXPECT_EQ(failure(file, append("3")), "");
     EXPECT_EQ(home.read("dotfiles/agent.json"), "3");
 }
@@ -100,7 +98,7 @@ TEST_F(SettingsFileTest, LeavesAloneWhatItMayNotOrCannotHandle) {
     EXPECT_EQ(failure(file, append("2")), "~/agent/settings.json could not be written: it is "
                                           "read-only");
     EXPECT_EQ(file.read(), "1");
-    EXPECT_EQ(names(QStringLiteral("agent")).size(), 1);
+    EXPECT_EQ(names("agent").size(), 1);
 
     QFile::remove(path);
     QDir().mkpath(path);
@@ -119,7 +117,7 @@ TEST_F(SettingsFileTest, StopsBeforeAnyChangeWithoutABackup) {
     EXPECT_EQ(failure(file, append("2")).find("~/agent/settings.json could not be backed up: "),
               0u);
     EXPECT_EQ(file.read(), "1");
-    EXPECT_EQ(names(QStringLiteral("agent")).size(), 1);
+    EXPECT_EQ(names("agent").size(), 1);
 }
 
 TEST_F(SettingsFileTest, EditsAgainWhatTheAgentChangedMeanwhile) {
@@ -143,11 +141,11 @@ TEST_F(SettingsFileTest, EditsAgainWhatTheAgentChangedMeanwhile) {
               "~/agent/settings.json could not be written: another program keeps changing it");
     EXPECT_EQ(edits, 3);
     EXPECT_EQ(file.read(), "1aabaaa");
-    EXPECT_EQ(names(QStringLiteral("agent")).size(), 2);
+    EXPECT_EQ(names("agent").size(), 2);
 }
 
 TEST_F(SettingsFileTest, EditsAgainAFileThatComesOrGoesMeanwhile) {
-    const QString path = QStringLiteral("agent/settings.json");
+    const QString path = "agent/settings.json";
     int edits = 0;
     EXPECT_EQ(failure(file,
                       [&](const auto &content) {
@@ -171,18 +169,18 @@ TEST_F(SettingsFileTest, EditsAgainAFileThatComesOrGoesMeanwhile) {
 }
 
 TEST_F(SettingsFileTest, KeepsWhatCouldNotBeUnderstood) {
-    home.write(QStringLiteral("agent/settings.json"), "broken");
+    home.write("agent/settings.json", "broken");
     EXPECT_EQ(failure(file,
                       [](const auto &) -> Result<std::optional<SettingsChange>> {
                           return SettingsChange{.content = "new", .replacesUnreadable = true};
                       }),
               "");
     EXPECT_EQ(failure(file, append("er")), "");
-    EXPECT_EQ(home.read(QStringLiteral("agent/settings.json.morvane-backup")), "new");
-    EXPECT_EQ(home.read(QStringLiteral("agent/settings.json.morvane-unreadable")), "broken");
+    EXPECT_EQ(home.read("agent/settings.json.morvane-backup"), "new");
+    EXPECT_EQ(home.read("agent/settings.json.morvane-unreadable"), "broken");
     EXPECT_EQ(failure(file,
                       [](const auto &) -> Result<std::optional<SettingsChange>> {
-                          return Failure{QStringLiteral("no")};
+                          return Failure{"no"};
                       }),
               "no");
     EXPECT_EQ(file.read(), "newer");
