@@ -328,6 +328,8 @@ TEST_F(StoreTest, ListsWhatThereIsNow) {
     store.removeSessions("/d");
     EXPECT_EQ(ids(store.recentlyCompleted()), "");
     EXPECT_EQ(ids(store.archivedCompleted()), "/d");
+    store.renameCwd("/d", {});
+    EXPECT_EQ(store.archivedCompleted().first().name, "d");
     scheduler.advance(Seconds(700));
     EXPECT_EQ(ids(store.sortedSessions()), "s w");
 }
