@@ -53,10 +53,5 @@ TEST(HostApp, AsksTheMachineOnlyForWhatItDoesNotKnow) {
     EXPECT_EQ(HostApp::displayName("net.kovidgoyal.kitty", {}, applications), "kitty");
 }
 
-TEST(HostApp, CountsOnlyTerminalsProperAsTerminals) {
-    EXPECT_TRUE(HostApp::terminalBundleIDs().contains(HostApp::bundleID({}, "kitty")));
-    EXPECT_FALSE(HostApp::terminalBundleIDs().contains(HostApp::bundleID({}, "vscode")));
-}
-
 } // namespace
 } // namespace morvane

@@ -87,27 +87,6 @@ TEST(TranscriptReader, TakesEachFieldFromTheNewestLineThatHasIt) {
     }
 }
 
-TEST(TranscriptReader, ReadsWhatCodexWrites) {
-    const TranscriptInfo info = codexInfo(
-        R"({"type":"session_meta","payload":{"id":"0199","cwd":"/p","model":"no"}}
-{"type":"turn_context","payload":{"cwd":"/p","approval_policy":"never","model":"gpt-5"}}
-{"type":"response_item","payload":{"type":"message","role":"user","content":)"
-        R"([{"type":"input_text","text":"<environment_context>"},)"
-        R"({"type":"input_text","text":" Fix\nthe build "},{"type":"input_text","text":"Last"}]}}
-{"type":"event_msg","payload":{"type":"token_count","info":{"last_token_usage":)"
-        R"({"input_tokens":42000,"output_tokens":5},"total_token_usage":{"input_tokens":99999}}}}
-{"type":"turn_context","payload":{"approval_policy":"on-request","model":"gpt-5-codex"}}
-{"type":"response_item","payload":{"type":"message","role":"assistant","content":)"
-        R"([{"type":"output_text","text":"All is fixed."},{"type":"output_text","text":"<x>"}]}}
-{"type":"response_item","payload":{"type":"message","role":"assistant","phase":"commentary",)"
-        R"("content":[{"type":"output_text","text":"I will look."}]}}
-{"type":"response_item","payload":{"type":"function_call","name":"shell"}}
-{"type":"event_msg","payload":{"type":"token_count","info":null}}
-)");
-    EXPECT_EQ(info, (TranscriptInfo{"gpt-5-codex", "All is fixed.", 42'000, "on-request",
-                                    "Fix the build"}));
-}
-
 TEST(TranscriptReader, PassesOverWhatCodexDoesNotMeanForAPerson) {
     const QByteArray answer = codexMessage(R"("role":"assistant")", R"([{"text":"Older."}])");
     const std::pair<QByteArray, Text> answers[] = {
@@ -124,6 +103,10 @@ TEST(TranscriptReader, PassesOverWhatCodexDoesNotMeanForAPerson) {
     const QByteArray prompt = codexMessage(R"("role":"user")", R"([{"text":"Older"}])");
     EXPECT_EQ(codexInfo(prompt + codexMessage(R"("role":"user")", R"([{"text":"<a>"}])")).title,
               "Older");
+    EXPECT_EQ(codexInfo(R"({"type":"turn_context","payload":{"model":"a","approval_policy":"x"}}
+{"type":"turn_context","payload":{"model":"b"}}
+{"type":"session_meta","payload":{"model":"no"}})"),
+              (TranscriptInfo{"b", {}, {}, "x", {}}));
     for (const char *usage : {"0", "1.5", "\"5\"", "99999999999"}) {
         EXPECT_EQ(codexInfo(R"({"type":"event_msg","payload":{"type":"token_count","info":)"
                             R"({"last_token_usage":{"input_tokens":)" +

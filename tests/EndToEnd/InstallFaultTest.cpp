@@ -40,21 +40,12 @@ protected:
         "?mkdirat",  "?chmod",     "?fchmod", "?fchmodat", "?chown",     "?fchown"};
     static constexpr int never = 65535;
 
-    struct Home {
-        TemporaryHome folder;
-
-        QByteArray read(const QString &path) const { return folder.read(path); }
-        QStringList names(const QString &path) const {
-            return QDir(QFileInfo(folder.path(path)).path()).entryList(QDir::Files | QDir::Hidden);
-        }
-    };
-
-    std::unique_ptr<Home> newHome() const {
-        auto home = std::make_unique<Home>();
-        home->folder.write(target(), GetParam().before);
-        home->folder.write(backup(), "older");
-        home->folder.write(".config/morvane/io.morvane.morvane.json",
-                           R"({"eventToken":"token","eventServerPort":40123})");
+    std::unique_ptr<TemporaryHome> newHome() const {
+        auto home = std::make_unique<TemporaryHome>();
+        home->write(target(), GetParam().before);
+        home->write(backup(), "older");
+        home->write(".config/morvane/io.morvane.morvane.json",
+                    R"({"eventToken":"token","eventServerPort":40123})");
         return home;
     }
 
@@ -63,11 +54,12 @@ protected:
 
     /// Runs the install with `fault` at the call of that number; the exit status, or none when it
     /// was ended. Sets `reached` to whether there was such a call.
-    std::optional<int> install(const Home &home, const char *call, const char *fault, int number) {
-        const QString log = home.folder.path("log");
+    std::optional<int> install(const TemporaryHome &home, const char *call, const char *fault,
+                               int number) {
+        const QString log = home.path("log");
         QProcessEnvironment environment;
-        environment.insert("HOME", home.folder.path());
-        environment.insert("XDG_CONFIG_HOME", home.folder.path(".config"));
+        environment.insert("HOME", home.path());
+        environment.insert("XDG_CONFIG_HOME", home.path(".config"));
         environment.insert("PATH", qEnvironmentVariable("PATH"));
         // Leaks can't be looked for in a traced process.
         environment.insert("ASAN_OPTIONS", "detect_leaks=0");
@@ -89,11 +81,11 @@ protected:
         const auto home = newHome();
         EXPECT_EQ(install(*home, "?write", "error=EIO", never), 0);
         // The home's path stands in the file.
-        return home->read(target()).replace(home->folder.path().toUtf8(), "HOME");
+        return home->read(target()).replace(home->path().toUtf8(), "HOME");
     }
 
-    void expectWhole(const Home &home, const QByteArray &after) const {
-        const QByteArray now = home.read(target()).replace(home.folder.path().toUtf8(), "HOME");
+    void expectWhole(const TemporaryHome &home, const QByteArray &after) const {
+        const QByteArray now = home.read(target()).replace(home.path().toUtf8(), "HOME");
         const QByteArray kept = home.read(backup());
         const bool isOld = now == GetParam().before;
         EXPECT_TRUE(isOld || now == after) << now.toStdString();
@@ -130,17 +122,18 @@ protected:
 };
 
 TEST_P(InstallFaultTest, LeavesTheFileWholeWhereverItIsEnded) {
-    const auto check = [this](const Home &, const std::optional<int> &status) {
+    const auto check = [this](const TemporaryHome &, const std::optional<int> &status) {
         EXPECT_EQ(status.has_value(), !reached);
     };
     EXPECT_GE(disturbEachCall("signal=KILL", check), 4);
 }
 
 TEST_P(InstallFaultTest, LeavesTheFileWholeWhateverFails) {
-    const auto check = [this](const Home &home, const std::optional<int> &status) {
+    const auto check = [this](const TemporaryHome &home, const std::optional<int> &status) {
         const bool isNew = home.read(target()) != GetParam().before;
         EXPECT_EQ(status, isNew ? 0 : 1);
-        EXPECT_LE(home.names(target()).size(), 2);
+        const QDir folder = QFileInfo(home.path(target())).dir();
+        EXPECT_LE(folder.entryList(QDir::Files | QDir::Hidden).size(), 2);
     };
     EXPECT_GE(disturbEachCall("error=ENOSPC", check), 4);
 }

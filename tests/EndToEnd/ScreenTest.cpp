@@ -139,15 +139,6 @@ TEST_F(ScreenTest, TakesNoKeyFromTheTerminalWhileARequestIsAllowed) {
     EXPECT_EQ(received(), text.toUtf8());
 }
 
-TEST_F(ScreenTest, DropsThePromptOfAHookThatWasKilled) {
-    const auto hook = ask();
-    ASSERT_TRUE(hoverUntilAllowIsShown());
-    hook->kill();
-    EXPECT_TRUE(waitUntil([this] { return !allowButton(); }));
-    EXPECT_TRUE(isOpen());
-    EXPECT_EQ(hook->output(), "");
-}
-
 TEST_F(ScreenTest, OpensThePanelWhenStartedAgain) {
     const auto hook = ask();
     EXPECT_FALSE(isOpen());
