@@ -77,15 +77,19 @@ TEST_F(AppControllerTest, MovesToAFreePortAndTellsEverybodyWhoNeedsIt) {
 }
 
 TEST_F(AppControllerTest, GoesOnWithoutAServerAndSaysWhy) {
-    // Not even the last port there is, and none follows.
-    const auto blocker = taken(65535);
-    settings.setPort(65535);
+    std::vector<std::unique_ptr<QTcpServer>> blockers;
+    blockers.push_back(taken(0));
+    const std::uint16_t first = blockers.front()->serverPort();
+    for (unsigned port = first + 1u; port <= first + 20u && port <= 65535u; ++port) {
+        blockers.push_back(taken(static_cast<std::uint16_t>(port)));
+    }
+    settings.setPort(first);
     AppController controller(settings, platform);
     controller.start();
     EXPECT_EQ(controller.server(), nullptr);
     EXPECT_EQ(controller.serverStatus(), "not running");
     EXPECT_EQ(controller.lastError(), "Event server failed to start: Address already in use");
-    EXPECT_EQ(settings.port(), 65535);
+    EXPECT_EQ(settings.port(), first);
     EXPECT_TRUE(script().isEmpty());
 
     HookEvent event;
