@@ -1,7 +1,6 @@
 #pragma once
 
-#include "Core/AgentKind.h"
-#include "Platform/Time.h"
+#include "Core/Session.h"
 
 #include <QString>
 
@@ -17,6 +16,9 @@ struct DiscoveredSession {
     QString transcriptPath;
     Date lastActive;
     std::optional<QString> gitBranch = std::nullopt;
+
+    /// The session as it was left: idle, and seen.
+    Session session() const;
 
     friend bool operator==(const DiscoveredSession &, const DiscoveredSession &) = default;
 };

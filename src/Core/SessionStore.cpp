@@ -56,7 +56,9 @@ void SessionStore::restore(const QList<DiscoveredSession> &discovered) {
     for (const DiscoveredSession &found : discovered) {
         // What hooks have told meanwhile is newer than anything on disk.
         if (found.lastActive >= cutoff && !m_sessions.contains(found.id)) {
-            m_sessions.insert(found.id, makeRestored(found));
+            Session session = found.session();
+            session.customName = m_surroundings.customName(session.cwd);
+            m_sessions.insert(session.id, session);
             restored.append(found.id);
         }
     }
@@ -380,20 +382,6 @@ void SessionStore::clearStaleDoneSessions() {
             removeSession(session.id);
         }
     }
-}
-
-Session SessionStore::makeRestored(const DiscoveredSession &discovered) const {
-    Session session;
-    session.id = discovered.id;
-    session.agent = discovered.agent;
-    session.cwd = discovered.cwd;
-    session.transcriptPath = discovered.transcriptPath;
-    session.startedAt = discovered.lastActive;
-    session.lastEventAt = discovered.lastActive;
-    session.stateChangedAt = discovered.lastActive;
-    session.gitBranch = discovered.gitBranch;
-    session.customName = m_surroundings.customName(session.cwd);
-    return session;
 }
 
 std::optional<Session> SessionStore::stored(const QString &sessionID) const {

@@ -145,7 +145,6 @@ private:
     void removeSession(const QString &sessionID);
     void scheduleCleanup();
     void clearStaleDoneSessions();
-    Session makeRestored(const DiscoveredSession &discovered) const;
     std::optional<Session> stored(const QString &sessionID) const;
 
     MorvaneSettings &m_settings;
