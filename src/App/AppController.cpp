@@ -6,6 +6,7 @@
 #include "Core/HookInstaller.h"
 #include "Core/HostApp.h"
 #include "Core/SessionDiscovery.h"
+#include "Presentation/InlineEditing.h"
 
 #include <QPointer>
 #include <QSet>
@@ -180,9 +181,17 @@ void AppController::markAllPresentAgentsKnown() {
 }
 
 void AppController::createPresenters() {
+    const PanelActions actions{
+        .onSelect = [this](const Session &session) { select(session); },
+        .onRenameCommit = [this](const QString &cwd,
+                                 const QString &name) { m_store.renameCwd(cwd, name); },
+        .onReopen = [this](const CompletedRecord &record) { reopenCompleted(record); },
+        .onReply = {},
+    };
     m_presenterManager = std::make_unique<PresenterManager>(
-        m_store, m_settings, *m_platform.displays, *m_platform.overlays, *m_platform.scheduler);
-    m_presenterManager->onSelect = [this](const Session &session) { select(session); };
+        PanelContext{m_store, m_settings, *m_platform.scheduler, *m_platform.motion,
+                     InlineEditing::shared(), actions},
+        *m_platform.displays, *m_platform.overlays);
     m_presenterManager->onExpandedChanged = [this](bool expanded) { expandedChanged(expanded); };
     m_presenterManager->start();
 }

@@ -3,6 +3,7 @@
 #include "Platform/Linux/ActiveWindow.h"
 #include "Platform/Linux/AutostartEntry.h"
 #include "Platform/Linux/DesktopApplications.h"
+#include "Platform/Linux/DesktopMotion.h"
 #include "Platform/Linux/EventLoopScheduler.h"
 #include "Platform/Linux/LowPriorityPool.h"
 #include "Platform/Linux/ScreenDisplays.h"
@@ -30,6 +31,7 @@ PlatformServices choosePlatform() {
         platform.windows = std::make_unique<X11WindowControl>(*x11);
         platform.statusItemHost =
             std::make_unique<StatusNotifierHost>(QDBusConnection::sessionBus());
+        platform.motion = std::make_unique<DesktopMotion>();
         platform.screenConnection = x11;
     }
     return platform;

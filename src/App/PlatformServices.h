@@ -5,6 +5,7 @@
 #include "Platform/ForegroundApplication.h"
 #include "Platform/InstalledApplications.h"
 #include "Platform/LoginItem.h"
+#include "Platform/MotionPreference.h"
 #include "Platform/OverlayWindows.h"
 #include "Platform/Scheduler.h"
 #include "Platform/StatusItemHost.h"
@@ -30,6 +31,7 @@ struct PlatformServices {
     std::unique_ptr<ForegroundApplication> foreground;
     std::unique_ptr<WindowControl> windows;
     std::unique_ptr<StatusItemHost> statusItemHost;
+    std::unique_ptr<MotionPreference> motion;
 };
 
 } // namespace morvane

@@ -4,8 +4,10 @@
 #include <QObject>
 #include <QPoint>
 #include <QRect>
+#include <QSize>
 
 #include <cstdint>
+#include <optional>
 
 namespace morvane {
 
@@ -16,6 +18,8 @@ struct Display {
     QRect visibleFrame;       ///< without bars and docks
     bool isBuiltin = false;   ///< the machine's own panel
     int topSafeAreaInset = 0; ///< points at the top that a notch takes, 0 without one
+    std::optional<QSize> auxiliaryTopLeftArea = {}; ///< to the left of a notch, where that is known
+    std::optional<QSize> auxiliaryTopRightArea = {}; ///< to the right of it
 
     friend bool operator==(const Display &, const Display &) = default;
 };

@@ -34,6 +34,16 @@ public:
     virtual void setOpacity(double opacity) = 0;
     virtual double opacity() const = 0;
 
+    /// Whether the window gives way to a full-screen program on its display.
+    virtual void setHidesOverFullscreen(bool hides) = 0;
+
+    /// Gives the window the keyboard, without making this program the active one. False where the
+    /// desktop gives it to no window of this kind; then nothing has changed.
+    [[nodiscard]] virtual bool takeKeyboard() = 0;
+
+    /// Gives the keyboard back to whoever had it, unless it has gone elsewhere in the meantime.
+    virtual void releaseKeyboard() = 0;
+
     /// True when what the widget leaves unpainted shows what lies below.
     virtual bool isTranslucent() const = 0;
 };

@@ -3,6 +3,7 @@
 #include "Core/SessionStore.h"
 #include "Core/TimeFormat.h"
 #include "Presentation/Colors.h"
+#include "Presentation/PanelContext.h"
 #include "Presentation/TextLabel.h"
 #include "Presentation/Typography.h"
 
@@ -19,8 +20,8 @@ constexpr double minute = 60;
 
 } // namespace
 
-CompactInfoView::CompactInfoView(SessionStore &store, Scheduler &scheduler, QWidget *parent)
-    : QWidget(parent), m_store(store), m_scheduler(scheduler),
+CompactInfoView::CompactInfoView(const PanelContext &context, QWidget *parent)
+    : QWidget(parent), m_store(context.store), m_scheduler(context.scheduler),
       m_time(new TextLabel(Typography::text(Typography::bodySize, QFont::Medium),
                            Colors::primaryText, 1, this)),
       m_count(new TextLabel(Typography::text(Typography::bodySize, QFont::Medium),

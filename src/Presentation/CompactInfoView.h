@@ -9,6 +9,7 @@
 namespace morvane {
 
 class SessionStore;
+struct PanelContext;
 class TextLabel;
 
 /// In the closed capsule: how long the first session has been in its state, and how many there
@@ -17,7 +18,7 @@ class CompactInfoView : public QWidget {
     Q_OBJECT
 
 public:
-    CompactInfoView(SessionStore &store, Scheduler &scheduler, QWidget *parent);
+    CompactInfoView(const PanelContext &context, QWidget *parent);
 
     void refresh();
 

@@ -1,6 +1,7 @@
 #include "Presentation/CompactStatusView.h"
 
 #include "Core/SessionStore.h"
+#include "Presentation/PanelContext.h"
 #include "Presentation/StateMark.h"
 
 namespace morvane {
@@ -11,8 +12,8 @@ constexpr double pixel = 2;
 
 } // namespace
 
-CompactStatusView::CompactStatusView(SessionStore &store, QWidget *parent)
-    : PixelFrameView(pixel, parent), m_store(store) {}
+CompactStatusView::CompactStatusView(const PanelContext &context, QWidget *parent)
+    : PixelFrameView(pixel, parent), m_store(context.store) {}
 
 void CompactStatusView::refresh() {
     const StateMark mark = StateMark::of(m_store.aggregatedState());

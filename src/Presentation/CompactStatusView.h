@@ -5,13 +5,14 @@
 namespace morvane {
 
 class SessionStore;
+struct PanelContext;
 
 /// The mascot in the closed capsule: the one status of all sessions together.
 class CompactStatusView : public PixelFrameView {
     Q_OBJECT
 
 public:
-    CompactStatusView(SessionStore &store, QWidget *parent);
+    CompactStatusView(const PanelContext &context, QWidget *parent);
 
     void refresh();
 

@@ -8,9 +8,9 @@
 
 namespace morvane {
 
-CompactView::CompactView(SessionStore &store, Scheduler &scheduler, QWidget *parent)
-    : QWidget(parent), m_status(new CompactStatusView(store, this)),
-      m_info(new CompactInfoView(store, scheduler, this)) {
+CompactView::CompactView(const PanelContext &context, QWidget *parent)
+    : QWidget(parent), m_status(new CompactStatusView(context, this)),
+      m_info(new CompactInfoView(context, this)) {
     auto *line = new QHBoxLayout(this);
     line->setContentsMargins(14, 6, 14, 7);
     line->setSpacing(9);

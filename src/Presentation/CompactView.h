@@ -6,15 +6,14 @@ namespace morvane {
 
 class CompactInfoView;
 class CompactStatusView;
-class Scheduler;
-class SessionStore;
+struct PanelContext;
 
 /// What stands in the closed capsule: the mascot, and beside it a time and a count.
 class CompactView : public QWidget {
     Q_OBJECT
 
 public:
-    CompactView(SessionStore &store, Scheduler &scheduler, QWidget *parent);
+    CompactView(const PanelContext &context, QWidget *parent);
 
     /// Takes over what the store has now.
     void refresh();

@@ -24,10 +24,10 @@ constexpr int standardBudget = 480;
 
 } // namespace
 
-ExpandedView::ExpandedView(SessionStore &store, Scheduler &scheduler, QWidget *parent)
-    : QWidget(parent), m_store(store), m_scheduler(scheduler),
-      m_contentHeightBudget(standardBudget), m_width(standardWidth),
-      m_viewport(new ListViewport(this)), m_list(new QVBoxLayout(&m_viewport->content())) {
+ExpandedView::ExpandedView(const PanelContext &context, QWidget *parent)
+    : QWidget(parent), m_context(context), m_contentHeightBudget(standardBudget),
+      m_width(standardWidth), m_viewport(new ListViewport(this)),
+      m_list(new QVBoxLayout(&m_viewport->content())) {
     m_list->setContentsMargins(0, 0, 0, 0);
     m_list->setSpacing(2);
     m_openHeader = header(tr("OPEN — no activity yet"), Colors::secondaryText);
@@ -54,27 +54,28 @@ void ExpandedView::setContentHeightBudget(int budget) {
 }
 
 void ExpandedView::refresh() {
-    const bool needsAttention = m_store.hasPendingDecision() || m_store.hasExternalPrompt();
+    const bool needsAttention =
+        m_context.store.hasPendingDecision() || m_context.store.hasExternalPrompt();
     m_width = needsAttention ? attentionWidth : standardWidth;
 
     // Apart, since a record may bear the id of a session.
     QSet<QString> keptSessions;
     QSet<QString> keptRecords;
-    QList<QWidget *> content = takeRows(m_store.activeSessions(), keptSessions);
+    QList<QWidget *> content = takeRows(m_context.store.activeSessions(), keptSessions);
     const auto append = [&content](TextLabel *header, const QList<QWidget *> &rows) {
         if (!rows.isEmpty()) {
             content.append(header);
             content.append(rows);
         }
     };
-    append(m_openHeader, takeRows(m_store.openSessions(), keptSessions));
-    if (content.isEmpty() && m_store.jumpableCompleted().isEmpty()) {
+    append(m_openHeader, takeRows(m_context.store.openSessions(), keptSessions));
+    if (content.isEmpty() && m_context.store.jumpableCompleted().isEmpty()) {
         content.append(m_emptyText);
     }
     // While somebody waits for an answer, the eye belongs to the question.
     if (!needsAttention) {
-        append(m_recentHeader, takeRows(m_store.recentlyCompleted(), keptRecords));
-        append(m_archiveHeader, takeRows(m_store.archivedCompleted(), keptRecords));
+        append(m_recentHeader, takeRows(m_context.store.recentlyCompleted(), keptRecords));
+        append(m_archiveHeader, takeRows(m_context.store.archivedCompleted(), keptRecords));
     }
     dropRows(m_rows, keptSessions);
     dropRows(m_completedRows, keptRecords);
@@ -103,7 +104,7 @@ QList<QWidget *> ExpandedView::takeRows(const QList<CompletedRecord> &records,
         if (shown == nullptr) {
             shown = new CompletedRow(&m_viewport->content());
         }
-        shown->setRecord(record, m_scheduler.now(), showsAgents());
+        shown->setRecord(record, m_context.scheduler.now(), showsAgents());
         kept.insert(record.id);
         result.append(shown);
     }
@@ -111,20 +112,20 @@ QList<QWidget *> ExpandedView::takeRows(const QList<CompletedRecord> &records,
 }
 
 bool ExpandedView::showsAgents() const {
-    return m_store.showsAgentBadges();
+    return m_context.store.showsAgentBadges();
 }
 
 SessionRow &ExpandedView::row(const QString &sessionID) {
     if (auto *known = m_rows.value(sessionID)) {
         return *known;
     }
-    auto *made = new SessionRow(m_scheduler, &m_viewport->content());
+    auto *made = new SessionRow(m_context.scheduler, &m_viewport->content());
     m_rows.insert(sessionID, made);
-    connect(made, &SessionRow::decided, &m_store, &SessionStore::decide);
-    connect(made, &SessionRow::answered, &m_store, &SessionStore::answer);
+    connect(made, &SessionRow::decided, &m_context.store, &SessionStore::decide);
+    connect(made, &SessionRow::answered, &m_context.store, &SessionStore::answer);
     connect(made, &SessionRow::selected, this, [this](const Session &session) {
-        if (onSelect) {
-            onSelect(session);
+        if (m_context.actions.onSelect) {
+            m_context.actions.onSelect(session);
         }
     });
     return *made;

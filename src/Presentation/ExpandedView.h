@@ -1,14 +1,12 @@
 #pragma once
 
-#include "Core/CompletedRecord.h"
 #include "Core/SessionSlice.h"
+#include "Presentation/PanelContext.h"
 #include "Presentation/SessionRow.h"
 
 #include <QHash>
 #include <QSet>
 #include <QWidget>
-
-#include <functional>
 
 class QVBoxLayout;
 
@@ -16,8 +14,6 @@ namespace morvane {
 
 class CompletedRow;
 class ListViewport;
-class Scheduler;
-class SessionStore;
 class TextLabel;
 
 /// The open panel: the sessions at work first, then the open ones, then those that have finished.
@@ -26,10 +22,7 @@ class ExpandedView : public QWidget {
     Q_OBJECT
 
 public:
-    ExpandedView(SessionStore &store, Scheduler &scheduler, QWidget *parent);
-
-    /// Told when the person picks a session.
-    std::function<void(const Session &)> onSelect;
+    ExpandedView(const PanelContext &context, QWidget *parent);
 
     /// The height that the panel may take, in points.
     void setContentHeightBudget(int budget);
@@ -58,8 +51,7 @@ private:
     void dropRows(QHash<QString, Row *> &rows, const QSet<QString> &kept);
     int maxListHeight() const;
 
-    SessionStore &m_store;
-    Scheduler &m_scheduler;
+    const PanelContext m_context;
     int m_contentHeightBudget;
     int m_width;
     ListViewport *m_viewport;

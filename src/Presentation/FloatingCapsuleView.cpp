@@ -33,9 +33,9 @@ QPainterPath tabPath(const QRectF &tab, double radius) {
 
 } // namespace
 
-FloatingCapsuleView::FloatingCapsuleView(SessionStore &store, Scheduler &scheduler)
-    : m_clip(new QWidget(this)), m_compact(new CompactView(store, scheduler, m_clip)),
-      m_expanded(new ExpandedView(store, scheduler, m_clip)) {
+FloatingCapsuleView::FloatingCapsuleView(const PanelContext &context)
+    : m_clip(new QWidget(this)), m_compact(new CompactView(context, m_clip)),
+      m_expanded(new ExpandedView(context, m_clip)) {
     AccessibleCapsule::install();
     // The window is never the active one, and Qt shows help texts in no other unless told to.
     setAttribute(Qt::WA_AlwaysShowToolTips);
@@ -43,10 +43,6 @@ FloatingCapsuleView::FloatingCapsuleView(SessionStore &store, Scheduler &schedul
     m_expanded->hide();
     connect(m_compact, &CompactView::contentResized, this, &FloatingCapsuleView::contentResized);
     connect(m_expanded, &ExpandedView::contentResized, this, &FloatingCapsuleView::contentResized);
-}
-
-void FloatingCapsuleView::setOnSelect(const std::function<void(const Session &)> &onSelect) {
-    m_expanded->onSelect = onSelect;
 }
 
 void FloatingCapsuleView::setContentHeightBudget(int budget) {

@@ -1,31 +1,26 @@
 #pragma once
 
-#include "Core/Session.h"
+#include "Presentation/KeyablePanel.h"
 
 #include <QMenu>
 #include <QPointer>
-#include <QWidget>
-
-#include <functional>
 
 namespace morvane {
 
 class CompactView;
 class ExpandedView;
-class Scheduler;
-class SessionStore;
+struct PanelContext;
 
 /// The black tab that hangs from the top of the screen, with the closed or the open view in it.
 ///
 /// The widget may be larger than the tab, which grows and shrinks inside of it: a window that
 /// changed its size with every frame would flicker. The owner places the tab.
-class FloatingCapsuleView : public QWidget {
+class FloatingCapsuleView : public KeyablePanel {
     Q_OBJECT
 
 public:
-    FloatingCapsuleView(SessionStore &store, Scheduler &scheduler);
+    explicit FloatingCapsuleView(const PanelContext &context);
 
-    void setOnSelect(const std::function<void(const Session &)> &onSelect);
     void setContentHeightBudget(int budget);
     void setExpanded(bool expanded);
 

@@ -36,12 +36,11 @@ QRect interpolate(const QRect &from, const QRect &to, double share) {
 
 } // namespace
 
-FloatingPresenter::FloatingPresenter(SessionStore &store, MorvaneSettings &settings,
-                                     Displays &displays, OverlayWindows &overlays,
-                                     Scheduler &scheduler, Flavour flavour)
-    : m_store(store), m_settings(settings), m_displays(displays), m_overlays(overlays),
-      m_scheduler(scheduler), m_flavour(flavour), m_capsule(scheduler), m_growth(scheduler),
-      m_fade(scheduler) {}
+FloatingPresenter::FloatingPresenter(const PanelContext &context, Displays &displays,
+                                     OverlayWindows &overlays, Flavour flavour)
+    : m_context(context), m_store(context.store), m_settings(context.settings),
+      m_scheduler(context.scheduler), m_displays(displays), m_overlays(overlays),
+      m_flavour(flavour), m_capsule(m_scheduler), m_growth(m_scheduler), m_fade(m_scheduler) {}
 
 FloatingPresenter::~FloatingPresenter() = default;
 
@@ -62,8 +61,7 @@ void FloatingPresenter::attach(const Display &display) {
 }
 
 void FloatingPresenter::makePanel() {
-    m_view = std::make_unique<FloatingCapsuleView>(m_store, m_scheduler);
-    m_view->setOnSelect(onSelect);
+    m_view = std::make_unique<FloatingCapsuleView>(m_context);
     m_view->refresh();
     m_window = m_overlays.adopt(*m_view);
 }

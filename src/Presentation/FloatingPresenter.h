@@ -1,19 +1,17 @@
 #pragma once
 
-#include "Core/Session.h"
 #include "Platform/OverlayWindow.h"
 #include "Presentation/Animation.h"
 #include "Presentation/CapsuleState.h"
 #include "Presentation/MorvanePresenter.h"
+#include "Presentation/PanelContext.h"
 
 #include <memory>
 
 namespace morvane {
 
 class FloatingCapsuleView;
-class MorvaneSettings;
 class OverlayWindows;
-class SessionStore;
 
 /// Shows Morvane on a display without a notch: a tab hanging from the top of the work area, which
 /// grows into the panel under the pointer. The reasons to be on screen are independent of each
@@ -27,12 +25,9 @@ public:
         onCall,  ///< only when something calls for it; may sit at the top right
     };
 
-    FloatingPresenter(SessionStore &store, MorvaneSettings &settings, Displays &displays,
-                      OverlayWindows &overlays, Scheduler &scheduler, Flavour flavour);
+    FloatingPresenter(const PanelContext &context, Displays &displays, OverlayWindows &overlays,
+                      Flavour flavour);
     ~FloatingPresenter() override;
-
-    /// Told when the person picks a session. Set before the first `attach`.
-    std::function<void(const Session &)> onSelect;
 
     void attach(const Display &display) override;
     void presentPanel() override;
@@ -63,11 +58,12 @@ private:
     void place();
     void updateHover();
 
+    const PanelContext m_context;
     SessionStore &m_store;
     MorvaneSettings &m_settings;
+    Scheduler &m_scheduler;
     Displays &m_displays;
     OverlayWindows &m_overlays;
-    Scheduler &m_scheduler;
     const Flavour m_flavour;
     CapsuleState m_capsule;
     Display m_display;

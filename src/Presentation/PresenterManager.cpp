@@ -1,6 +1,7 @@
 #include "Presentation/PresenterManager.h"
 
 #include "Core/MorvaneSettings.h"
+#include "Platform/Scheduler.h"
 #include "Presentation/FloatingPresenter.h"
 
 #include <algorithm>
@@ -13,21 +14,19 @@ constexpr Seconds reconcileDelay(0.5);
 
 } // namespace
 
-PresenterManager::PresenterManager(SessionStore &store, MorvaneSettings &settings,
-                                   Displays &displays, OverlayWindows &overlays,
-                                   Scheduler &scheduler)
-    : m_store(store), m_settings(settings), m_displays(displays), m_overlays(overlays),
-      m_scheduler(scheduler) {}
+PresenterManager::PresenterManager(PanelContext context, Displays &displays,
+                                   OverlayWindows &overlays)
+    : m_context(std::move(context)), m_displays(displays), m_overlays(overlays) {}
 
 PresenterManager::~PresenterManager() = default;
 
 void PresenterManager::start() {
-    m_displayMode = m_settings.displayMode();
+    m_displayMode = m_context.settings.displayMode();
     reconcile();
     connect(&m_displays, &Displays::changed, this, &PresenterManager::scheduleReconcile);
-    connect(&m_settings, &MorvaneSettings::changed, this, [this] {
-        if (m_settings.displayMode() != m_displayMode) {
-            m_displayMode = m_settings.displayMode();
+    connect(&m_context.settings, &MorvaneSettings::changed, this, [this] {
+        if (m_context.settings.displayMode() != m_displayMode) {
+            m_displayMode = m_context.settings.displayMode();
             scheduleReconcile();
         }
     });
@@ -66,7 +65,7 @@ void PresenterManager::dismissAll() {
 }
 
 void PresenterManager::scheduleReconcile() {
-    m_reconcileWork = m_scheduler.after(reconcileDelay, [this] { reconcile(); });
+    m_reconcileWork = m_context.scheduler.after(reconcileDelay, [this] { reconcile(); });
 }
 
 void PresenterManager::reconcile() {
@@ -105,11 +104,10 @@ bool PresenterManager::isWanted(const Display &display) const {
 }
 
 std::unique_ptr<MorvanePresenter> PresenterManager::makePresenter(const Display &display) {
-    auto presenter = std::make_unique<FloatingPresenter>(
-        m_store, m_settings, m_displays, m_overlays, m_scheduler,
-        display.isBuiltin ? FloatingPresenter::Flavour::ambient
-                          : FloatingPresenter::Flavour::onCall);
-    presenter->onSelect = onSelect;
+    auto presenter =
+        std::make_unique<FloatingPresenter>(m_context, m_displays, m_overlays,
+                                            display.isBuiltin ? FloatingPresenter::Flavour::ambient
+                                                              : FloatingPresenter::Flavour::onCall);
     presenter->onExpandedChanged = onExpandedChanged;
     presenter->contextMenu = m_contextMenu;
     return presenter;

@@ -55,7 +55,7 @@ protected:
         });
     }
 
-    ExpandedView view{store, scheduler, nullptr};
+    ExpandedView view{context, nullptr};
 };
 
 TEST_F(ExpandedViewTest, RowsStayInPlaceWhileTheirOrderAndNeighboursChange) {

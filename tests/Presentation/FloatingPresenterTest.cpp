@@ -17,8 +17,7 @@ protected:
     using Flavour = FloatingPresenter::Flavour;
 
     void attach(Flavour flavour) {
-        presenter = std::make_unique<FloatingPresenter>(store, settings, displays, overlays,
-                                                        scheduler, flavour);
+        presenter = std::make_unique<FloatingPresenter>(context, displays, overlays, flavour);
         presenter->onExpandedChanged = [this](bool isExpanded) { expansions.append(isExpanded); };
         presenter->attach(FakeDisplays::external(1, 0));
     }

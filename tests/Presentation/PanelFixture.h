@@ -4,8 +4,11 @@
 #include "Core/MorvaneSettings.h"
 #include "Core/SessionStore.h"
 #include "CountingScheduler.h"
+#include "Presentation/InlineEditing.h"
+#include "Presentation/PanelContext.h"
 #include "Support/EventBuilder.h"
 #include "Support/FakeDisplays.h"
+#include "Support/FakeMotionPreference.h"
 #include "Support/FakeOverlayWindows.h"
 #include "Support/Printing.h"
 
@@ -45,6 +48,9 @@ protected:
     Defaults defaults{folder.path(), "test"};
     MorvaneSettings settings{defaults};
     SessionStore store{settings, noSurroundings(), scheduler};
+    InlineEditing editing;
+    FakeMotionPreference motion;
+    PanelContext context{store, settings, scheduler, motion, editing, {}};
     FakeDisplays displays;
     FakeOverlayWindows overlays;
 };

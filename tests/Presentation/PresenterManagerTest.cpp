@@ -23,7 +23,7 @@ protected:
     }
 
     QList<bool> expansions;
-    PresenterManager manager{store, settings, displays, overlays, scheduler};
+    PresenterManager manager{context, displays, overlays};
 };
 
 TEST_F(PresenterManagerTest, ABurstOfChangesEndsInOneReconcileHalfASecondAfterTheLast) {

@@ -30,6 +30,9 @@ public:
     bool isVisible() const override { return m_widget.isVisible(); }
     void setOpacity(double opacity) override { m_opacity = opacity; }
     double opacity() const override { return m_opacity; }
+    void setHidesOverFullscreen(bool hides) override { hidesOverFullscreen = hides; }
+    bool takeKeyboard() override { return hasKeyboard = canTakeKeyboard; }
+    void releaseKeyboard() override { hasKeyboard = false; }
     bool isTranslucent() const override { return true; }
 
     QWidget &widget() const { return m_widget; }
@@ -38,6 +41,9 @@ public:
     QRegion shape;
     Anchor lastAnchor = Anchor::topCenter;
     int resizes = 0;
+    bool hidesOverFullscreen = false;
+    bool canTakeKeyboard = true;
+    bool hasKeyboard = false;
 
 private:
     QWidget &m_widget;

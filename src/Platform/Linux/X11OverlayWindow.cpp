@@ -86,6 +86,14 @@ void X11OverlayWindow::setOpacity(double opacity) {
     m_widget.setWindowOpacity(opacity);
 }
 
+void X11OverlayWindow::setHidesOverFullscreen(bool) {}
+
+bool X11OverlayWindow::takeKeyboard() {
+    return false;
+}
+
+void X11OverlayWindow::releaseKeyboard() {}
+
 bool X11OverlayWindow::isTranslucent() const {
     return m_x11.isComposited();
 }

@@ -30,6 +30,9 @@ public:
     bool isVisible() const override;
     void setOpacity(double opacity) override;
     double opacity() const override { return m_opacity; }
+    void setHidesOverFullscreen(bool hides) override;
+    bool takeKeyboard() override;
+    void releaseKeyboard() override;
     bool isTranslucent() const override;
 
 private:

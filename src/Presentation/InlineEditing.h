@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Platform/Time.h"
+
+#include <QObject>
+
+#include <optional>
+
+namespace morvane {
+
+/// Counts the text fields that are open in the panels, so that a panel stays open, and Esc belongs
+/// to the field, while somebody types. A field that is forgotten holds a panel no longer than the
+/// lease. Main thread.
+class InlineEditing : public QObject {
+    Q_OBJECT
+
+public:
+    static constexpr Seconds lease{120};
+
+    /// The one that all panels share; it is made in `main`'s thread and passed to whoever needs it.
+    static InlineEditing &shared();
+
+    int count() const { return m_count; }
+
+    /// When the latest of the open fields was opened; none without one.
+    const std::optional<Date> &openedAt() const { return m_openedAt; }
+
+    bool isActive(Date now) const;
+
+    /// Called once by each field that opens, and then once by each that goes away.
+    void begin(Date now);
+    void end();
+
+signals:
+    void countChanged();
+
+private:
+    int m_count = 0;
+    std::optional<Date> m_openedAt;
+};
+
+} // namespace morvane

@@ -1,0 +1,19 @@
+#include "Presentation/KeyablePanel.h"
+
+namespace morvane {
+
+bool KeyablePanel::makeKey() {
+    if (!onTakeKeyboard || !onTakeKeyboard()) {
+        return false;
+    }
+    ++m_fields;
+    return true;
+}
+
+void KeyablePanel::resignKey() {
+    if (m_fields > 0 && --m_fields == 0 && onReleaseKeyboard) {
+        onReleaseKeyboard();
+    }
+}
+
+} // namespace morvane

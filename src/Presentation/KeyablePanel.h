@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QWidget>
+
+#include <functional>
+
+namespace morvane {
+
+/// The widget of an overlay in which there may be a text field. An overlay never has the keyboard
+/// by itself; while a field of it is open it asks for it.
+class KeyablePanel : public QWidget {
+    Q_OBJECT
+
+public:
+    using QWidget::QWidget;
+
+    // Set by the presenter, which owns the window.
+
+    /// Takes the keyboard; false where that can't be done.
+    std::function<bool()> onTakeKeyboard;
+    std::function<void()> onReleaseKeyboard;
+
+    /// Called by each field that opens. False where keys can't reach the panel.
+    [[nodiscard]] bool makeKey();
+
+    /// Called by each of them when it goes away; the last one gives the keyboard back.
+    void resignKey();
+
+private:
+    int m_fields = 0; ///< that have asked and have been given the keyboard
+};
+
+} // namespace morvane

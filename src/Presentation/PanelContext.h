@@ -1,0 +1,23 @@
+#pragma once
+
+#include "Presentation/PanelActions.h"
+
+namespace morvane {
+
+class InlineEditing;
+class MorvaneSettings;
+class MotionPreference;
+class Scheduler;
+class SessionStore;
+
+/// What every panel on every display is made from. All of it outlives the panels.
+struct PanelContext {
+    SessionStore &store;
+    MorvaneSettings &settings;
+    Scheduler &scheduler;
+    MotionPreference &motion;
+    InlineEditing &editing;
+    PanelActions actions;
+};
+
+} // namespace morvane
