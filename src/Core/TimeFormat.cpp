@@ -42,4 +42,15 @@ QString ago(Date date, Date from) {
     return QStringLiteral("%1d ago").arg(total / 86400);
 }
 
+QString remaining(Date until, Date from) {
+    const std::int64_t total = secondsBetween(from, until);
+    if (total < 3600) {
+        return QStringLiteral("%1m").arg(total / 60);
+    }
+    if (total < 86400) {
+        return QStringLiteral("%1h").arg(total / 3600);
+    }
+    return QStringLiteral("%1d").arg(total / 86400);
+}
+
 } // namespace morvane::TimeFormat

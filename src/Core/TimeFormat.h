@@ -13,4 +13,7 @@ QString elapsed(Date since, Date asOf);
 /// How long ago something was: "just now", "17m ago", "2h ago", "3d ago".
 QString ago(Date date, Date from);
 
+/// How long it is until then: "3d", "2h", "17m", always rounded down. "0m" for what is past.
+QString remaining(Date until, Date from);
+
 } // namespace morvane::TimeFormat

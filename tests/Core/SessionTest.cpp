@@ -76,6 +76,15 @@ TEST(TimeFormat, ShowsHowLongSomethingLasts) {
     }
 }
 
+TEST(TimeFormat, ShowsHowLongSomethingIsAway) {
+    const Date now{std::chrono::seconds(1'700'000'000)};
+    for (const auto &[seconds, text] :
+         {std::pair(-90, "0m"), std::pair(59, "0m"), std::pair(3599, "59m"), std::pair(3600, "1h"),
+          std::pair(86399, "23h"), std::pair(3 * 86400, "3d")}) {
+        EXPECT_EQ(TimeFormat::remaining(now + Seconds(seconds), now), text);
+    }
+}
+
 TEST(GitInfo, ReadsTheHeadInEveryForm) {
     const std::pair<QByteArray, Text> cases[] = {
         {"ref: refs/heads/main\n", "main"},
