@@ -14,7 +14,7 @@ namespace {
 
 constexpr int badgeHeight = 15;
 constexpr int maxTextWidth = 180;
-constexpr double imageSide = 8;
+constexpr double pictureSide = 8;
 constexpr double groundOpacity = 0.14;
 constexpr double cornerRadius = 4;
 
@@ -30,6 +30,7 @@ Badge::Badge(QWidget *parent) : QLabel(parent) {
 void Badge::setContent(const QString &text, const QColor &tint, const QString &help) {
     m_tint = tint;
     setText(text);
+    setAccessibleName(text);
     setHelpText(*this, help);
     setVisible(!text.isEmpty());
     update();
@@ -37,21 +38,21 @@ void Badge::setContent(const QString &text, const QColor &tint, const QString &h
 
 QSize Badge::sizeHint() const {
     const int textWidth = std::min(fontMetrics().horizontalAdvance(text()) + 1, maxTextWidth);
-    return {textWidth + 2 * padding() + imageSpace(), badgeHeight};
+    return {textWidth + 2 * padding() + pictureSpace(), badgeHeight};
 }
 
 void Badge::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    if (m_image) {
-        const double top = (height() - imageSide) / 2;
-        paint(painter, *m_image, QRectF(0, top, imageSide, imageSide), m_tint);
+    if (m_picture) {
+        const double top = (height() - pictureSide) / 2;
+        m_picture(painter, QRectF(0, top, pictureSide, pictureSide), m_tint);
     } else {
         painter.setPen(Qt::NoPen);
         painter.setBrush(Colors::faded(m_tint, groundOpacity));
         painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
     }
-    const QRect inner = rect().adjusted(padding() + imageSpace(), 0, -padding(), 0);
+    const QRect inner = rect().adjusted(padding() + pictureSpace(), 0, -padding(), 0);
     painter.setPen(m_tint);
     painter.drawText(inner, Qt::AlignVCenter | Qt::AlignLeft,
                      fontMetrics().elidedText(text(), Qt::ElideRight, inner.width()));

@@ -1,11 +1,10 @@
 #pragma once
 
-#include "Presentation/SystemImage.h"
-
 #include <QColor>
 #include <QLabel>
 
-#include <optional>
+#include <functional>
+#include <utility>
 
 namespace morvane {
 
@@ -19,8 +18,10 @@ public:
 
     void setContent(const QString &text, const QColor &tint, const QString &help = {});
 
+    using Picture = std::function<void(QPainter &, const QRectF &frame, const QColor &)>;
+
     /// Puts a small picture before the text, and takes the ground away.
-    void setImage(SystemImage image) { m_image = image; }
+    void setPicture(Picture picture) { m_picture = std::move(picture); }
 
     const QColor &tint() const { return m_tint; }
 
@@ -31,11 +32,11 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    int padding() const { return m_image ? 0 : 5; }
-    int imageSpace() const { return m_image ? 12 : 0; }
+    int padding() const { return m_picture ? 0 : 5; }
+    int pictureSpace() const { return m_picture ? 12 : 0; }
 
     QColor m_tint;
-    std::optional<SystemImage> m_image;
+    Picture m_picture;
 };
 
 } // namespace morvane

@@ -27,6 +27,7 @@ void ContextBadge::setSession(const Session &session) {
         setContent(label, Colors::white(0.45),
                    count + tr(" tokens of context in the last request."));
     }
+    setAccessibleName(tr("context %1").arg(label));
 }
 
 } // namespace morvane

@@ -36,6 +36,7 @@ void PermissionModeBadge::setMode(const std::optional<QString> &mode) {
     } else {
         setContent(*mode, otherwise, tr("Permission mode: %1").arg(*mode));
     }
+    setAccessibleName(tr("permission mode %1").arg(text()));
 }
 
 } // namespace morvane

@@ -2,6 +2,8 @@
 
 #include "Presentation/Badge.h"
 
+#include <optional>
+
 namespace morvane {
 
 /// Marks a session whose agent asks more or less often than usual.

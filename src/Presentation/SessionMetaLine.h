@@ -6,6 +6,7 @@ namespace morvane {
 
 class Badge;
 class ContextBadge;
+class HostBadge;
 class PermissionModeBadge;
 struct Session;
 
@@ -20,7 +21,7 @@ public:
     void setSession(const Session &session);
 
 private:
-    Badge *m_host;
+    HostBadge *m_host;
     Badge *m_branch;
     PermissionModeBadge *m_mode;
     ContextBadge *m_context;

@@ -8,12 +8,23 @@ namespace morvane {
 
 /// Our own small set of pictures, sharp at any scale.
 enum class SystemImage {
-    arrowTriangleBranch, ///< "arrow.triangle.branch"
-    arrowUpForward,      ///< "arrow.up.forward"
-    chevronRight,        ///< "chevron.right"
-    chevronDown,         ///< "chevron.down"
+    arrowTriangleBranch,         ///< "arrow.triangle.branch"
+    arrowUpForward,              ///< "arrow.up.forward"
+    arrowClockwise,              ///< "arrow.clockwise"
+    arrowTurnUpLeft,             ///< "arrow.turn.up.left", a reply
+    bellFill,                    ///< "bell.fill"
+    checkmark,                   ///< "checkmark"
+    checkmarkCircleFill,         ///< "checkmark.circle.fill"
+    chevronDown,                 ///< "chevron.down"
+    chevronRight,                ///< "chevron.right"
+    cursorarrowMotionlines,      ///< "cursorarrow.motionlines"
+    exclamationmarkCircle,       ///< "exclamationmark.circle"
+    exclamationmarkTriangleFill, ///< "exclamationmark.triangle.fill"
+    macwindow,                   ///< "macwindow"
+    pencil,                      ///< "pencil"
 };
 
+/// Draws the picture into the largest square in the middle of the frame.
 void paint(QPainter &painter, SystemImage image, const QRectF &frame, const QColor &color);
 
 } // namespace morvane

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QImage>
+#include <QPainter>
+#include <QWidget>
+
+#include <functional>
+
+namespace morvane {
+
+/// What painting puts on nothing, at so many device pixels to the point.
+inline QImage scaledImage(QSize points, double ratio,
+                          const std::function<void(QPainter &)> &painting) {
+    QImage image(QSize(qCeil(points.width() * ratio), qCeil(points.height() * ratio)),
+                 QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(ratio);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painting(painter);
+    return image;
+}
+
+/// The part of an image, in its pixels, that is not empty.
+inline QRect paintedPart(const QImage &image) {
+    QRect result;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (image.pixelColor(x, y).alpha() > 0) {
+                result |= QRect(x, y, 1, 1);
+            }
+        }
+    }
+    return result;
+}
+
+} // namespace morvane
