@@ -188,9 +188,10 @@ void AppController::createPresenters() {
         .onReopen = [this](const CompletedRecord &record) { reopenCompleted(record); },
         .onReply = {},
     };
+    m_timeline = std::make_unique<PixelTimeline>(*m_platform.scheduler);
     m_presenterManager = std::make_unique<PresenterManager>(
         PanelContext{m_store, m_settings, *m_platform.scheduler, *m_platform.motion,
-                     InlineEditing::shared(), actions},
+                     InlineEditing::shared(), *m_timeline, actions},
         *m_platform.displays, *m_platform.overlays);
     m_presenterManager->onExpandedChanged = [this](bool expanded) { expandedChanged(expanded); };
     m_presenterManager->start();

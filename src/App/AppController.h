@@ -5,6 +5,7 @@
 #include "Core/EventServer.h"
 #include "Core/MorvaneSettings.h"
 #include "Core/SessionStore.h"
+#include "Presentation/PixelTimeline.h"
 #include "Presentation/PresenterManager.h"
 
 #include <QObject>
@@ -134,6 +135,7 @@ private:
     const PlatformServices &m_platform;
     SessionStore m_store;
     std::unique_ptr<EventServer> m_server;
+    std::unique_ptr<PixelTimeline> m_timeline; ///< outlives the panels
     std::unique_ptr<PresenterManager> m_presenterManager;
     int m_expandedCount = 0; ///< presenters whose panel is open, never below 0
     std::optional<QString> m_lastError;

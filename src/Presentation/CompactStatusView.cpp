@@ -2,7 +2,6 @@
 
 #include "Core/SessionStore.h"
 #include "Presentation/PanelContext.h"
-#include "Presentation/StateMark.h"
 
 namespace morvane {
 
@@ -13,11 +12,10 @@ constexpr double pixel = 2;
 } // namespace
 
 CompactStatusView::CompactStatusView(const PanelContext &context, QWidget *parent)
-    : PixelFrameView(pixel, parent), m_store(context.store) {}
+    : PixelAnimator(context, pixel, parent), m_store(context.store) {}
 
 void CompactStatusView::refresh() {
-    const StateMark mark = StateMark::of(m_store.aggregatedState());
-    setFrame(mark.frame, mark.color);
+    setMode({m_store.aggregatedState()}, m_store.aggregatedStateSince());
 }
 
 } // namespace morvane

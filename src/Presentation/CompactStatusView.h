@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Presentation/PixelFrameView.h"
+#include "Presentation/PixelAnimator.h"
 
 namespace morvane {
 
@@ -8,12 +8,13 @@ class SessionStore;
 struct PanelContext;
 
 /// The mascot in the closed capsule: the one status of all sessions together.
-class CompactStatusView : public PixelFrameView {
+class CompactStatusView : public PixelAnimator {
     Q_OBJECT
 
 public:
     CompactStatusView(const PanelContext &context, QWidget *parent);
 
+    /// Takes over what the store has now.
     void refresh();
 
 private:

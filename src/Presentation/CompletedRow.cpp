@@ -1,10 +1,10 @@
 #include "Presentation/CompletedRow.h"
 
 #include "Core/TimeFormat.h"
-#include "Presentation/Badge.h"
+#include "Presentation/AgentBadge.h"
 #include "Presentation/Colors.h"
 #include "Presentation/PixelFrameView.h"
-#include "Presentation/StateMark.h"
+#include "Presentation/PixelSequence.h"
 #include "Presentation/TextLabel.h"
 #include "Presentation/Typography.h"
 
@@ -29,7 +29,7 @@ CompletedRow::CompletedRow(QWidget *parent)
     : QWidget(parent), m_mark(new PixelFrameView(markPixel, this)),
       m_name(new TextLabel(Typography::text(Typography::nameSize, QFont::DemiBold),
                            Colors::secondaryText, 1, this)),
-      m_agent(new Badge(this)),
+      m_agent(new AgentBadge(this)),
       m_subtitle(new TextLabel(Typography::text(Typography::secondarySize), Colors::tertiaryText, 1,
                                this)) {
     auto *row = new QHBoxLayout(this);
@@ -49,11 +49,12 @@ CompletedRow::CompletedRow(QWidget *parent)
 }
 
 void CompletedRow::setRecord(const CompletedRecord &record, Date now, bool showsAgent) {
-    const StateMark mark = StateMark::of(record.failed ? SessionState::failed : SessionState::done);
-    m_mark->setFrame(mark.frame, mark.color);
+    const auto mark =
+        PixelSequence::atRest(record.failed ? SessionState::failed : SessionState::done);
+    m_mark->setFrame(mark.frames.first(), mark.color);
     m_name->setText(record.name);
     const AgentKind agent = record.agent.value_or(AgentKind::claude);
-    m_agent->setContent(showsAgent ? displayName(agent) : QString(), Colors::white(0.5));
+    m_agent->setAgent(showsAgent ? std::optional(agent) : std::nullopt);
     m_subtitle->setText(subtitleOf(record, now));
     setAccessibleName(record.name + QStringLiteral(", ") + m_subtitle->text());
 }

@@ -6,7 +6,7 @@
 
 namespace morvane {
 
-class Badge;
+class AgentBadge;
 class PixelFrameView;
 class TextLabel;
 
@@ -22,7 +22,7 @@ public:
 private:
     PixelFrameView *m_mark;
     TextLabel *m_name;
-    Badge *m_agent;
+    AgentBadge *m_agent;
     TextLabel *m_subtitle;
 };
 

@@ -119,7 +119,7 @@ SessionRow &ExpandedView::row(const QString &sessionID) {
     if (auto *known = m_rows.value(sessionID)) {
         return *known;
     }
-    auto *made = new SessionRow(m_context.scheduler, &m_viewport->content());
+    auto *made = new SessionRow(m_context, &m_viewport->content());
     m_rows.insert(sessionID, made);
     connect(made, &SessionRow::decided, &m_context.store, &SessionStore::decide);
     connect(made, &SessionRow::answered, &m_context.store, &SessionStore::answer);

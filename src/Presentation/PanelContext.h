@@ -7,6 +7,7 @@ namespace morvane {
 class InlineEditing;
 class MorvaneSettings;
 class MotionPreference;
+class PixelTimeline;
 class Scheduler;
 class SessionStore;
 
@@ -17,6 +18,7 @@ struct PanelContext {
     Scheduler &scheduler;
     MotionPreference &motion;
     InlineEditing &editing;
+    PixelTimeline &timeline;
     PanelActions actions;
 };
 

@@ -7,8 +7,8 @@
 
 namespace morvane {
 
-/// Draws a pixel frame in one colour, with a thin gap between the pixels. Decoration: the state it
-/// shows is told in words beside it.
+/// Draws a pixel frame in one colour in the middle of its place, with a thin gap between the
+/// pixels. Decoration: the state it shows is told in words beside it.
 class PixelFrameView : public QWidget {
     Q_OBJECT
 
@@ -17,7 +17,11 @@ public:
     PixelFrameView(double pixelSize, QWidget *parent);
 
     void setFrame(const PixelFrame &frame, const QColor &color);
+    const PixelFrame &frame() const { return m_frame; }
     const QColor &color() const { return m_color; }
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
 
 protected:
     void paintEvent(QPaintEvent *event) override;

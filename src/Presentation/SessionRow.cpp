@@ -1,14 +1,14 @@
 #include "Presentation/SessionRow.h"
 
+#include "Presentation/AgentBadge.h"
 #include "Presentation/ApprovalStrip.h"
-#include "Presentation/Badge.h"
 #include "Presentation/Colors.h"
 #include "Presentation/ExternalStrip.h"
-#include "Presentation/PixelFrameView.h"
+#include "Presentation/PanelContext.h"
+#include "Presentation/PixelAnimator.h"
 #include "Presentation/QuestionStrip.h"
 #include "Presentation/SessionMetaLine.h"
 #include "Presentation/SessionSubtitle.h"
-#include "Presentation/StateMark.h"
 #include "Presentation/SubagentList.h"
 #include "Presentation/TextLabel.h"
 #include "Presentation/Typography.h"
@@ -26,12 +26,14 @@ constexpr double cornerRadius = 9;
 
 } // namespace
 
-SessionRow::SessionRow(Scheduler &scheduler, QWidget *parent)
-    : QAbstractButton(parent), m_scheduler(scheduler), m_mark(new PixelFrameView(markPixel, this)),
+SessionRow::SessionRow(const PanelContext &context, QWidget *parent)
+    : QAbstractButton(parent), m_scheduler(context.scheduler),
+      m_mark(new PixelAnimator(context, markPixel, this)),
       m_name(new TextLabel(Typography::text(Typography::nameSize, QFont::DemiBold),
                            Colors::primaryText, 1, this)),
-      m_agent(new Badge(this)), m_status(new TextLabel(Typography::text(Typography::secondarySize),
-                                                       Colors::secondaryText, 1, this)),
+      m_agent(new AgentBadge(this)),
+      m_status(new TextLabel(Typography::text(Typography::secondarySize), Colors::secondaryText, 1,
+                             this)),
       m_detail(new TextLabel(Typography::text(Typography::secondarySize), Colors::tertiaryText, 1,
                              this)),
       m_meta(new SessionMetaLine(this)), m_subagents(new SubagentList(this)) {
@@ -83,12 +85,10 @@ void SessionRow::setSession(const Session &session, Details details) {
 }
 
 void SessionRow::showMain(Details details) {
-    const StateMark mark = StateMark::of(m_session.state);
-    m_mark->setFrame(mark.frame, mark.color);
+    m_mark->setMode({m_session.state}, m_session.stateChangedAt);
     m_name->setText(m_session.displayName());
-    m_agent->setContent(details.testFlag(Detail::showsAgent) ? displayName(m_session.agent)
-                                                             : QString(),
-                        Colors::white(0.5));
+    m_agent->setAgent(details.testFlag(Detail::showsAgent) ? std::optional(m_session.agent)
+                                                           : std::nullopt);
     const SessionSubtitle subtitle = SessionSubtitle::of(m_session);
     m_status->setText(subtitle.status);
     m_detail->setText(subtitle.text().mid(subtitle.status.size()));

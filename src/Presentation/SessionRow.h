@@ -9,10 +9,11 @@ class QVBoxLayout;
 
 namespace morvane {
 
+class AgentBadge;
 class ApprovalStrip;
-class Badge;
 class ExternalStrip;
-class PixelFrameView;
+struct PanelContext;
+class PixelAnimator;
 class QuestionStrip;
 class Scheduler;
 class SessionMetaLine;
@@ -32,7 +33,7 @@ public:
     };
     Q_DECLARE_FLAGS(Details, Detail)
 
-    SessionRow(Scheduler &scheduler, QWidget *parent);
+    SessionRow(const PanelContext &context, QWidget *parent);
 
     void setSession(const Session &session, Details details);
     const Session &session() const { return m_session; }
@@ -60,9 +61,9 @@ private:
     Session m_session;
     Details m_details;
     bool m_isFilled = false;
-    PixelFrameView *m_mark;
+    PixelAnimator *m_mark;
     TextLabel *m_name;
-    Badge *m_agent;
+    AgentBadge *m_agent;
     TextLabel *m_status;
     TextLabel *m_detail;
     SessionMetaLine *m_meta;

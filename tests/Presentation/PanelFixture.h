@@ -6,6 +6,7 @@
 #include "CountingScheduler.h"
 #include "Presentation/InlineEditing.h"
 #include "Presentation/PanelContext.h"
+#include "Presentation/PixelTimeline.h"
 #include "Support/EventBuilder.h"
 #include "Support/FakeDisplays.h"
 #include "Support/FakeMotionPreference.h"
@@ -50,7 +51,8 @@ protected:
     SessionStore store{settings, noSurroundings(), scheduler};
     InlineEditing editing;
     FakeMotionPreference motion;
-    PanelContext context{store, settings, scheduler, motion, editing, {}};
+    PixelTimeline timeline{scheduler};
+    PanelContext context{store, settings, scheduler, motion, editing, timeline, {}};
     FakeDisplays displays;
     FakeOverlayWindows overlays;
 };

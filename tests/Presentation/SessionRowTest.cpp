@@ -65,7 +65,7 @@ protected:
     QStringList selections;
     QList<AgentDecision> decisions;
     QStringList answers;
-    SessionRow row{scheduler, nullptr};
+    SessionRow row{context, nullptr};
 };
 
 TEST_F(SessionRowTest, RefusesFirstThenAllowsThenAllowsForGood) {
@@ -117,6 +117,7 @@ TEST_F(SessionRowTest, LeadsToTheSessionButNotFromBesideAButton) {
 }
 
 TEST_F(SessionRowTest, CountsDownWhileOnScreenAndWarnsAtTheEnd) {
+    motion.setReduced(true); // the mascot would tick as well
     apply(EventBuilder::parked("d"));
     show();
     const auto *countdown = row.findChild<Countdown *>();
