@@ -29,19 +29,31 @@ CompactInfoView::CompactInfoView(const PanelContext &context, QWidget *parent)
     auto *line = new QHBoxLayout(this);
     line->setContentsMargins(0, 0, 0, 0);
     line->setSpacing(6);
+    line->addStretch();
     line->addWidget(m_time);
     line->addWidget(m_count);
+    line->addStretch();
 }
 
 void CompactInfoView::refresh() {
     const auto reportable = m_store.reportableSessions();
     m_since =
         reportable.isEmpty() ? std::nullopt : std::optional(reportable.first().stateChangedAt);
-    m_count->setText(QStringLiteral("×%1").arg(reportable.size()));
-    m_count->setVisible(reportable.size() > 1);
+    const auto count = reportable.size();
+    m_count->setText(QStringLiteral("×%1").arg(count));
+    m_count->setAccessibleName(count == 1 ? tr("1 session") : tr("%1 sessions").arg(count));
+    m_count->setVisible(count > 1);
     setVisible(m_since.has_value());
     showTime();
     scheduleMinute();
+}
+
+QString CompactInfoView::count() const {
+    return m_since ? m_count->accessibleName() : QString();
+}
+
+QString CompactInfoView::time() const {
+    return m_since ? m_time->text() : QString();
 }
 
 void CompactInfoView::showTime() {
@@ -59,7 +71,7 @@ void CompactInfoView::scheduleMinute() {
     m_minute = m_scheduler.after(Seconds(minute - std::fmod(elapsed, minute)), [this] {
         showTime();
         scheduleMinute();
-        emit textChanged();
+        emit timeChanged();
     });
 }
 

@@ -20,11 +20,16 @@ class CompactInfoView : public QWidget {
 public:
     CompactInfoView(const PanelContext &context, QWidget *parent);
 
+    /// Takes over what the store has now.
     void refresh();
 
+    /// What it tells, in words for a screen reader; both empty while there is nothing to tell.
+    QString count() const;
+    QString time() const;
+
 signals:
-    /// A minute has passed, and the text with it.
-    void textChanged();
+    /// A minute has passed, and the view may need another width.
+    void timeChanged();
 
 protected:
     void showEvent(QShowEvent *event) override;

@@ -16,13 +16,23 @@ CompactView::CompactView(const PanelContext &context, QWidget *parent)
     line->setSpacing(9);
     line->addWidget(m_status);
     line->addWidget(m_info);
-    connect(m_info, &CompactInfoView::textChanged, this, &CompactView::contentResized);
+    connect(m_info, &CompactInfoView::timeChanged, this, [this] {
+        describe();
+        emit contentResized();
+    });
 }
 
 void CompactView::refresh() {
     m_status->refresh();
     m_info->refresh();
+    describe();
     activateLayouts(*this);
+}
+
+void CompactView::describe() {
+    QStringList words{m_info->count(), m_status->accessibleName(), m_info->time()};
+    words.removeAll(QString());
+    setAccessibleName(words.join(QStringLiteral(", ")));
 }
 
 QSize CompactView::sizeHint() const {

@@ -24,6 +24,8 @@ signals:
     void contentResized();
 
 private:
+    void describe();
+
     CompactStatusView *m_status;
     CompactInfoView *m_info;
 };
