@@ -12,8 +12,8 @@ namespace morvane {
 
 namespace {
 
-/// What a picture is made of: lines of one width, and filled shapes, where what overlaps
-/// an even number of times stays open.
+/// What a picture is made of: lines of one width, and filled shapes, where what overlaps an even
+/// number of times stays open.
 struct Drawing {
     QPainterPath lines;
     QPainterPath fill;

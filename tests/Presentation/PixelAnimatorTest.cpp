@@ -4,7 +4,7 @@
 #include "Presentation/PixelArt.h"
 
 #include <QCoreApplication>
-#include <QTest>
+#include <QPaintEvent>
 
 #include <cmath>
 #include <memory>

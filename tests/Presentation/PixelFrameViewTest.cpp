@@ -23,7 +23,7 @@ protected:
         view->setFrame(frame, Qt::red);
         const int place = std::get<2>(GetParam());
         view->setGeometry(QRect(QPoint(place, place), view->sizeHint()));
-        window.resize(view->geometry().bottomRight().x() + 10, window.minimumHeight() + 60);
+        window.resize(50, 50);
         return scaledImage(window.size(), ratio(), [&](QPainter &painter) {
             window.render(&painter, {}, {}, QWidget::DrawChildren);
         });
