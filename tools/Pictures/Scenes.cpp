@@ -1,0 +1,286 @@
+#include "Pictures/Scenes.h"
+
+#include "Core/TranscriptInfo.h"
+
+namespace morvane {
+
+namespace {
+
+using Screen = Stage::Screen;
+constexpr auto claude = AgentKind::claude;
+
+// --- What the agents send ---
+
+const QString shop = "/home/ada/webshop";
+const QString api = "/home/ada/payments-api";
+const QString docs = "/home/ada/handbook";
+const QString game = "/home/ada/asteroids";
+const QString infra = "/home/ada/infra";
+
+QByteArray prompt(const QByteArray &text) {
+    return R"("prompt":")" + text + '"';
+}
+
+QByteArray bash(const QByteArray &command) {
+    return R"("tool_name":"Bash","tool_use_id":"toolu_1","tool_input":{"command":")" + command +
+           R"("})";
+}
+
+const QByteArray dueDate =
+    R"("tool_name":"AskUserQuestion","tool_use_id":"toolu_2","tool_input":{"questions":[)"
+    R"({"question":"When is an invoice due?","header":"Due date","multiSelect":false,"options":[)"
+    R"({"label":"14 days","description":"As on the printed invoices"},)"
+    R"({"label":"30 days","description":"What most customers ask for"}]},)"
+    R"({"question":"Who may pay by invoice?","header":"Customers","multiSelect":false,"options":[)"
+    R"({"label":"Everybody"},{"label":"Returning customers"}]}]})";
+
+void settle(Stage &stage) {
+    stage.branches = {{shop, "invoices"}, {api, "main"}, {infra, "backup-bucket"}};
+    const auto kitty = QString("net.kovidgoyal.kitty");
+    stage.terminals[shop].hostBundleID = kitty;
+    stage.terminals[api].hostBundleID = "com.mitchellh.ghostty";
+    stage.terminals[infra].hostBundleID = "org.gnome.Terminal";
+    stage.terminals[docs].termProgram = "vscode";
+    stage.transcripts[shop] = {.model = "claude-opus-5",
+                               .lastAssistantText = "Invoices work, and are tested.",
+                               .contextTokens = 137'000,
+                               .permissionMode = "acceptEdits",
+                               .title = "Pay by invoice"};
+    stage.transcripts[infra] = {.model = "claude-opus-5",
+                                .lastAssistantText = {},
+                                .contextTokens = 181'000,
+                                .permissionMode = "plan",
+                                .title = "Backups to the new bucket"};
+}
+
+void startShop(Stage &stage) {
+    settle(stage);
+    stage.tell(claude, shop, "SessionStart");
+    stage.tell(claude, shop, "UserPromptSubmit", prompt("Let customers pay by invoice"));
+    stage.tell(claude, shop, "PreToolUse", bash("npm test"));
+    stage.pass(Seconds(260));
+}
+
+void startAll(Stage &stage) {
+    settle(stage);
+    stage.tell(AgentKind::opencode, game, "session.created");
+    stage.tell(AgentKind::gemini, docs, "SessionStart");
+    stage.tell(AgentKind::gemini, docs, "BeforeAgent", prompt("Translate the chapter on holidays"));
+    stage.pass(Seconds(70));
+    stage.tell(AgentKind::codex, api, "SessionStart");
+    stage.tell(AgentKind::codex, api, "UserPromptSubmit",
+               prompt("Why are some totals a cent off?"));
+    stage.tell(AgentKind::codex, api, "PreToolUse", bash("pytest tests/test_totals.py"));
+    stage.pass(Seconds(70));
+    stage.tell(claude, infra, "SessionStart");
+    stage.tell(claude, infra, "UserPromptSubmit", prompt("Move the backups to the new bucket"));
+    stage.tell(claude, infra, "PreToolUse", bash("terraform plan"));
+    startShop(stage);
+}
+
+void askToDeploy(Stage &stage) {
+    stage.tell(claude, shop, "PermissionRequest", bash("npm run deploy -- --env staging"), "d1");
+}
+
+void finish(Stage &stage, AgentKind agent, const QString &cwd, const char *event) {
+    stage.tell(agent, cwd, event);
+    stage.pass(Seconds(4));
+}
+
+// --- The closed capsule ---
+
+void compactIdle(Stage &stage) {
+    stage.pass(Seconds(1));
+}
+
+void compactOpen(Stage &stage) {
+    stage.tell(claude, shop, "SessionStart");
+    stage.pass(Seconds(1));
+}
+
+void compactWorking(Stage &stage) {
+    startShop(stage);
+}
+
+void compactNeedsInput(Stage &stage) {
+    startShop(stage);
+    askToDeploy(stage);
+    stage.pass(Seconds(12));
+}
+
+void compactDone(Stage &stage) {
+    startShop(stage);
+    finish(stage, claude, shop, "Stop");
+}
+
+void compactFailed(Stage &stage) {
+    startShop(stage);
+    finish(stage, claude, shop, "StopFailure");
+}
+
+void compactSeveral(Stage &stage) {
+    startAll(stage);
+}
+
+// --- The open panel ---
+
+void panelEmpty(Stage &stage) {
+    stage.openPanel();
+}
+
+void panelWorking(Stage &stage) {
+    startAll(stage);
+    stage.openPanel();
+}
+
+void panelApproval(Stage &stage) {
+    startAll(stage);
+    askToDeploy(stage);
+    stage.openPanel();
+}
+
+void panelApprovalEnding(Stage &stage) {
+    startShop(stage);
+    stage.tell(AgentKind::codex, api, "SessionStart");
+    stage.tell(AgentKind::codex, api, "PermissionRequest", bash("psql -c 'drop table totals'"),
+               "d");
+    stage.pass(Seconds(50));
+    stage.openPanel();
+}
+
+void panelQuestion(Stage &stage) {
+    startAll(stage);
+    stage.tell(claude, shop, "PermissionRequest", dueDate, "d1");
+    stage.openPanel();
+}
+
+void panelExternal(Stage &stage) {
+    startAll(stage);
+    stage.tell(AgentKind::gemini, docs, "Notification",
+               R"("notification_type":"ToolPermission","message":"Allow writing holidays.de.md?")");
+    stage.openPanel();
+}
+
+void panelSubagents(Stage &stage) {
+    startAll(stage);
+    for (const char *task : {"Find every use of PaymentMethod", "Read the tax rules",
+                             "Compare the invoice templates of three accounting programs"}) {
+        stage.tell(claude, shop, "PreToolUse",
+                   R"("tool_name":"Task","tool_use_id":"toolu_)" + QByteArray(task).left(4) +
+                       R"(","tool_input":{"description":")" + task + R"(","prompt":"…"})");
+    }
+    stage.tell(claude, shop, "SubagentStop");
+    stage.openPanel();
+    stage.press("3 subagents");
+}
+
+void endADay(Stage &stage) {
+    startAll(stage);
+    finish(stage, AgentKind::codex, api, "Stop");
+    stage.tell(AgentKind::codex, api, "SessionEnd");
+    stage.pass(Seconds(900));
+    finish(stage, claude, infra, "StopFailure");
+    finish(stage, claude, shop, "Stop");
+}
+
+void panelCompleted(Stage &stage) {
+    endADay(stage);
+    stage.openPanel();
+}
+
+void panelRename(Stage &stage) {
+    startAll(stage);
+    stage.openPanel();
+    stage.press("Rename this session");
+    stage.type("Invoices");
+}
+
+void panelRenameCompleted(Stage &stage) {
+    startShop(stage);
+    finish(stage, claude, shop, "Stop");
+    stage.openPanel();
+    stage.press("Rename this session");
+}
+
+void panelReply(Stage &stage) {
+    settle(stage);
+    stage.terminals[shop].pane.tmux = "%3";
+    startShop(stage);
+    finish(stage, claude, shop, "Stop");
+    stage.openPanel();
+}
+
+void panelLongTexts(Stage &stage) {
+    const QString cwd =
+        "/home/ada/a-project-whose-name-is-so-long-that-no-panel-of-any-width-could-"
+        "ever-hold-the-whole-of-it-in-one-line";
+    settle(stage);
+    stage.branches[cwd] = "feature/the-branch-that-has-a-whole-sentence-for-its-name";
+    stage.terminals[cwd].hostBundleID = "com.mitchellh.ghostty";
+    stage.tell(claude, cwd, "UserPromptSubmit",
+               prompt("Go through every file of the project and tell me about each of them what it "
+                      "is for, who calls it, and whether anybody would miss it if it were gone"));
+    stage.tell(claude, cwd, "PermissionRequest",
+               bash("find . -name '*.cpp' -newer build/stamp -print0 | xargs -0 -n1 clang-tidy "
+                    "--quiet --warnings-as-errors='*' --header-filter='src/.*' -p build/release "
+                    "--extra-arg=-Wno-unknown-warning-option 2>&1 | tee build/tidy.log"),
+               "d1");
+    stage.openPanel();
+}
+
+void panelScripts(Stage &stage) {
+    const QString hebrew = "/home/ada/חנות";
+    const QString japanese = "/home/ada/決済サービス";
+    const QString arabic = "/home/ada/متجر";
+    stage.tell(claude, arabic, "UserPromptSubmit", prompt("أضف الدفع بالفاتورة إلى صفحة الدفع"));
+    stage.tell(claude, japanese, "UserPromptSubmit",
+               prompt("合計が一円ずれる理由を調べて、テストを追加してください "
+                      "🧮"));
+    stage.tell(claude, japanese, "PreToolUse", bash("pytest"));
+    stage.tell(claude, hebrew, "UserPromptSubmit", prompt("תן ללקוחות לשלם בחשבונית (PDF)"));
+    stage.tell(claude, hebrew, "PermissionRequest", bash("echo 'שלום עולם' > שלום.txt"), "d1");
+    stage.openPanel();
+}
+
+void panelMany(Stage &stage) {
+    settle(stage);
+    for (int index = 1; index <= 30; ++index) {
+        const QString cwd = QString("/home/ada/service-%1").arg(index, 2, 10, QChar(u'0'));
+        stage.tell(claude, cwd, "UserPromptSubmit", prompt("Update the dependencies"));
+    }
+    stage.openPanel();
+}
+
+} // namespace
+
+const QList<Scene> &scenes() {
+    static const QList<Scene> all{
+        {"compact-idle", Screen::plain, compactIdle},
+        {"compact-open", Screen::plain, compactOpen},
+        {"compact-working", Screen::plain, compactWorking},
+        {"compact-needs-input", Screen::plain, compactNeedsInput},
+        {"compact-done", Screen::plain, compactDone},
+        {"compact-failed", Screen::plain, compactFailed},
+        {"compact-several", Screen::plain, compactSeveral},
+        {"panel-empty", Screen::plain, panelEmpty},
+        {"panel-working", Screen::plain, panelWorking},
+        {"panel-approval", Screen::plain, panelApproval},
+        {"panel-approval-ending", Screen::plain, panelApprovalEnding},
+        {"panel-question", Screen::plain, panelQuestion},
+        {"panel-external", Screen::plain, panelExternal},
+        {"panel-subagents", Screen::plain, panelSubagents},
+        {"panel-completed", Screen::plain, panelCompleted},
+        {"panel-rename", Screen::plain, panelRename},
+        {"panel-rename-completed", Screen::plain, panelRenameCompleted},
+        {"panel-reply", Screen::plain, panelReply},
+        {"panel-long-texts", Screen::plain, panelLongTexts},
+        {"panel-scripts", Screen::plain, panelScripts},
+        {"panel-many", Screen::plain, panelMany},
+        {"notch-compact", Screen::notched, compactSeveral},
+        {"notch-needs-input", Screen::notched, compactNeedsInput},
+        {"notch-open", Screen::notched, panelApproval},
+    };
+    return all;
+}
+
+} // namespace morvane

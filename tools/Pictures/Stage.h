@@ -1,0 +1,78 @@
+#pragma once
+
+#include "Core/Defaults.h"
+#include "Core/HookOrigin.h"
+#include "Core/MorvaneSettings.h"
+#include "Core/SessionStore.h"
+#include "Presentation/InlineEditing.h"
+#include "Presentation/PresenterManager.h"
+#include "Support/FakeDisplays.h"
+#include "Support/FakeMotionPreference.h"
+#include "Support/FakeOverlayWindows.h"
+#include "Support/ManualScheduler.h"
+
+#include <QAbstractButton>
+#include <QHash>
+#include <QImage>
+#include <QTemporaryDir>
+
+#include <memory>
+
+namespace morvane {
+
+/// The presenters on a display that nobody sees, told by hooks as the agents send them, at a time
+/// that stands still between two steps. Used on the main thread, one stage a picture.
+class Stage {
+public:
+    enum class Screen { plain, notched };
+
+    explicit Stage(Screen screen = Screen::plain);
+    ~Stage();
+
+    // What a session's surroundings would tell, by its working directory; set before it is told of.
+
+    QHash<QString, QString> branches;
+    QHash<QString, TranscriptInfo> transcripts;
+    QHash<QString, HookOrigin> terminals;
+
+    SessionStore &store() { return m_store; }
+
+    /// A hook of an agent in the working directory; the members join the payload's own. With a
+    /// decision id the hook waits for an answer.
+    void tell(AgentKind agent, const QString &cwd, const QString &event,
+              const QByteArray &members = {}, const QString &decisionID = {});
+
+    /// Lets so much time pass, and everything happen that falls into it.
+    void pass(Seconds length);
+
+    void openPanel();
+
+    /// Presses the first visible button with this accessible name.
+    void press(const QString &name);
+
+    /// Types into the field that is open.
+    void type(const QString &text);
+
+    void reduceMotion() { m_motion.setReduced(true); }
+
+    /// What is on the display, cut to what shows and a little around it.
+    QImage picture() const;
+
+private:
+    SessionSurroundings surroundings();
+    FakeOverlayWindow &window() const;
+    QList<QAbstractButton *> buttons(const QString &name) const;
+
+    QTemporaryDir m_folder;
+    Defaults m_defaults{m_folder.path(), "pictures"};
+    MorvaneSettings m_settings{m_defaults};
+    ManualScheduler m_scheduler;
+    SessionStore m_store{m_settings, surroundings(), m_scheduler};
+    InlineEditing m_editing;
+    FakeMotionPreference m_motion;
+    FakeDisplays m_displays;
+    FakeOverlayWindows m_overlays;
+    std::unique_ptr<PresenterManager> m_presenters;
+};
+
+} // namespace morvane
