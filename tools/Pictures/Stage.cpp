@@ -96,7 +96,7 @@ void Stage::pass(Seconds length) {
 }
 
 void Stage::openPanel() {
-    m_presenters->presentPanel();
+    presentPanel();
     pass(Seconds(1));
 }
 

@@ -45,6 +45,10 @@ public:
     /// Lets so much time pass, and everything happen that falls into it.
     void pass(Seconds length);
 
+    /// Asks for the panel; it has not begun to open when this returns.
+    void presentPanel() { m_presenters->presentPanel(); }
+
+    /// Opens the panel, and lets it come to rest.
     void openPanel();
 
     /// Presses the first visible button with this accessible name.
