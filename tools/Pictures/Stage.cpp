@@ -51,8 +51,8 @@ Stage::Stage(Screen screen) {
     actions.onReply = [](const Session &, const QString &) {};
     m_displays.setDisplays({display(screen)});
     m_presenters = std::make_unique<PresenterManager>(
-        PanelContext{m_store, m_settings, m_scheduler, m_motion, m_editing, actions}, m_displays,
-        m_overlays);
+        PanelContext{m_store, m_settings, m_scheduler, m_motion, m_editing, m_timeline, actions},
+        m_displays, m_overlays);
     m_presenters->start();
     pass(Seconds(1));
 }

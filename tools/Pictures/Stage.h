@@ -5,6 +5,7 @@
 #include "Core/MorvaneSettings.h"
 #include "Core/SessionStore.h"
 #include "Presentation/InlineEditing.h"
+#include "Presentation/PixelTimeline.h"
 #include "Presentation/PresenterManager.h"
 #include "Support/FakeDisplays.h"
 #include "Support/FakeMotionPreference.h"
@@ -74,6 +75,7 @@ private:
     SessionStore m_store{m_settings, surroundings(), m_scheduler};
     InlineEditing m_editing;
     FakeMotionPreference m_motion;
+    PixelTimeline m_timeline{m_scheduler};
     FakeDisplays m_displays;
     FakeOverlayWindows m_overlays;
     std::unique_ptr<PresenterManager> m_presenters;
