@@ -1,6 +1,6 @@
 #include "Presentation/AccessibleCapsule.h"
 
-#include "Presentation/FloatingCapsuleView.h"
+#include "Presentation/PanelSurface.h"
 
 #include <QMenu>
 
@@ -9,16 +9,21 @@ namespace morvane {
 namespace {
 
 QAccessibleInterface *makeAccessible(const QString &, QObject *object) {
-    auto *view = qobject_cast<FloatingCapsuleView *>(object);
-    return view != nullptr ? new AccessibleCapsule(*view) : nullptr;
+    auto *surface = qobject_cast<PanelSurface *>(object);
+    return surface != nullptr ? new AccessibleCapsule(*surface) : nullptr;
 }
 
 } // namespace
 
-AccessibleCapsule::AccessibleCapsule(FloatingCapsuleView &view) : QAccessibleWidget(&view) {}
+AccessibleCapsule::AccessibleCapsule(PanelSurface &surface) : QAccessibleWidget(&surface) {}
 
 void AccessibleCapsule::install() {
     QAccessible::installFactory(&makeAccessible);
+}
+
+QRect AccessibleCapsule::rect() const {
+    const QRect visible = surface().visibleRect();
+    return {surface().mapToGlobal(visible.topLeft()), visible.size()};
 }
 
 int AccessibleCapsule::childCount() const {
@@ -35,8 +40,12 @@ int AccessibleCapsule::indexOfChild(const QAccessibleInterface *child) const {
                                                : QAccessibleWidget::indexOfChild(child);
 }
 
+PanelSurface &AccessibleCapsule::surface() const {
+    return *static_cast<PanelSurface *>(widget());
+}
+
 QAccessibleInterface *AccessibleCapsule::menu() const {
-    QMenu *open = static_cast<FloatingCapsuleView *>(widget())->openMenu();
+    QMenu *open = surface().openMenu();
     return open != nullptr ? QAccessible::queryAccessibleInterface(open) : nullptr;
 }
 

@@ -4,22 +4,25 @@
 
 namespace morvane {
 
-class FloatingCapsuleView;
+class PanelSurface;
 
-/// The capsule as a screen reader sees it: with the menu that is open on it, which would otherwise
-/// belong to nothing that can be reached. Made and owned by Qt, for as long as the view lives.
+/// The capsule or the notch as a screen reader sees it: as large as it looks, and with the menu
+/// that is open on it, which would otherwise belong to nothing that can be reached. Made and owned
+/// by Qt, for as long as the widget lives.
 class AccessibleCapsule : public QAccessibleWidget {
 public:
-    explicit AccessibleCapsule(FloatingCapsuleView &view);
+    explicit AccessibleCapsule(PanelSurface &surface);
 
-    /// To be known to Qt before the first view is asked for; once is enough.
+    /// To be known to Qt before the first surface is asked for; once is enough.
     static void install();
 
+    QRect rect() const override;
     int childCount() const override;
     QAccessibleInterface *child(int index) const override;
     int indexOfChild(const QAccessibleInterface *child) const override;
 
 private:
+    PanelSurface &surface() const;
     QAccessibleInterface *menu() const;
 };
 

@@ -1,11 +1,9 @@
 #include "Presentation/FloatingCapsuleView.h"
 
-#include "Presentation/AccessibleCapsule.h"
 #include "Presentation/Colors.h"
 #include "Presentation/CompactView.h"
 #include "Presentation/ExpandedView.h"
 
-#include <QContextMenuEvent>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -36,10 +34,6 @@ QPainterPath tabPath(const QRectF &tab, double radius) {
 FloatingCapsuleView::FloatingCapsuleView(const PanelContext &context)
     : m_clip(new QWidget(this)), m_compact(new CompactView(context, m_clip)),
       m_expanded(new ExpandedView(context, m_clip)) {
-    AccessibleCapsule::install();
-    // The window is never the active one, and Qt shows help texts in no other unless told to.
-    setAttribute(Qt::WA_AlwaysShowToolTips);
-    setAccessibleName(QStringLiteral("Morvane"));
     m_expanded->hide();
     connect(m_compact, &CompactView::contentResized, this, &FloatingCapsuleView::contentResized);
     connect(m_expanded, &ExpandedView::contentResized, this, &FloatingCapsuleView::contentResized);
@@ -82,38 +76,12 @@ void FloatingCapsuleView::setTab(const QRect &present, const QRect &target) {
     }
 }
 
-void FloatingCapsuleView::open(QMenu &menu, const QPoint &position) {
-    m_openMenu = &menu;
-    connect(
-        &menu, &QMenu::aboutToHide, this,
-        [this] {
-            m_openMenu.clear();
-            emit menuClosed();
-        },
-        Qt::SingleShotConnection);
-    menu.popup(position);
-}
-
 QRegion FloatingCapsuleView::shape(const QRect &tab) const {
     return QRegion(tabPath(tab, cornerRadius()).toFillPolygon().toPolygon());
 }
 
 double FloatingCapsuleView::cornerRadius() const {
     return m_isExpanded ? expandedRadius : compactRadius;
-}
-
-void FloatingCapsuleView::enterEvent(QEnterEvent *event) {
-    QWidget::enterEvent(event);
-    emit pointerCrossed();
-}
-
-void FloatingCapsuleView::leaveEvent(QEvent *event) {
-    QWidget::leaveEvent(event);
-    emit pointerCrossed();
-}
-
-void FloatingCapsuleView::contextMenuEvent(QContextMenuEvent *event) {
-    emit contextMenuRequested(event->globalPos());
 }
 
 void FloatingCapsuleView::paintEvent(QPaintEvent *) {

@@ -1,9 +1,6 @@
 #pragma once
 
-#include "Presentation/KeyablePanel.h"
-
-#include <QMenu>
-#include <QPointer>
+#include "Presentation/PanelSurface.h"
 
 namespace morvane {
 
@@ -15,7 +12,7 @@ struct PanelContext;
 ///
 /// The widget may be larger than the tab, which grows and shrinks inside of it: a window that
 /// changed its size with every frame would flicker. The owner places the tab.
-class FloatingCapsuleView : public KeyablePanel {
+class FloatingCapsuleView : public PanelSurface {
     Q_OBJECT
 
 public:
@@ -34,29 +31,14 @@ public:
     /// widget. The content already stands where it will be in the end.
     void setTab(const QRect &present, const QRect &target);
 
-    /// Opens a menu at a point of the desktop. It takes the keyboard for as long as it is open, and
-    /// the focus stays where it is.
-    void open(QMenu &menu, const QPoint &position);
-
-    /// The menu that is open on the capsule, or none.
-    QMenu *openMenu() const { return m_openMenu; }
-
     /// What a tab of this place covers.
     QRegion shape(const QRect &tab) const;
 
 signals:
-    /// The pointer has entered or left the widget's visible part.
-    void pointerCrossed();
-    /// A right click, anywhere on the widget, at this point of the desktop.
-    void contextMenuRequested(const QPoint &position);
-    void menuClosed();
     /// The view on show needs another size.
     void contentResized();
 
 protected:
-    void enterEvent(QEnterEvent *event) override;
-    void leaveEvent(QEvent *event) override;
-    void contextMenuEvent(QContextMenuEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
@@ -67,7 +49,6 @@ private:
     QWidget *m_clip; ///< cuts the content off at the tab's edges while the tab moves
     CompactView *m_compact;
     ExpandedView *m_expanded;
-    QPointer<QMenu> m_openMenu;
 };
 
 } // namespace morvane
