@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QPainterPath>
+#include <QRectF>
+
+namespace morvane {
+
+/// The outline of what grows out of a notch: at the top as wide as its rectangle, from where it
+/// flares inward, round at the bottom. A plain value; in points.
+struct NotchBridgeShape {
+    double topCornerRadius = 0; ///< also how much narrower than its top the body is on either side
+    double bottomCornerRadius = 0;
+
+    QPainterPath path(const QRectF &rect) const;
+};
+
+} // namespace morvane
