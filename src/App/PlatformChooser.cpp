@@ -10,6 +10,7 @@
 #include "Platform/Linux/StatusNotifierHost.h"
 #include "Platform/Linux/X11Connection.h"
 #include "Platform/Linux/X11OverlayWindows.h"
+#include "Platform/Linux/X11PointerMonitor.h"
 #include "Platform/Linux/X11WindowControl.h"
 
 #include <QGuiApplication>
@@ -27,6 +28,7 @@ PlatformServices choosePlatform() {
     if (const std::shared_ptr<X11Connection> x11 = onX11 ? X11Connection::open() : nullptr) {
         platform.displays = std::make_unique<ScreenDisplays>(*x11);
         platform.overlays = std::make_unique<X11OverlayWindows>(*x11);
+        platform.pointer = std::make_unique<X11PointerMonitor>(*x11, *platform.scheduler);
         platform.foreground = std::make_unique<ActiveWindow>(*x11);
         platform.windows = std::make_unique<X11WindowControl>(*x11);
         platform.statusItemHost =

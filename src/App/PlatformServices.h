@@ -7,6 +7,7 @@
 #include "Platform/LoginItem.h"
 #include "Platform/MotionPreference.h"
 #include "Platform/OverlayWindows.h"
+#include "Platform/PointerMonitor.h"
 #include "Platform/Scheduler.h"
 #include "Platform/StatusItemHost.h"
 #include "Platform/WindowControl.h"
@@ -28,6 +29,7 @@ struct PlatformServices {
     std::shared_ptr<QObject> screenConnection; ///< what the others of a screen stand on
     std::unique_ptr<Displays> displays;
     std::unique_ptr<OverlayWindows> overlays;
+    std::unique_ptr<PointerMonitor> pointer;
     std::unique_ptr<ForegroundApplication> foreground;
     std::unique_ptr<WindowControl> windows;
     std::unique_ptr<StatusItemHost> statusItemHost;

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace morvane {
 
@@ -70,11 +71,33 @@ QList<Display> ScreenDisplays::displays() const {
             return display.frame == screen->geometry();
         });
         if (!isInvented(*screen) && !isMirror) {
-            result.append({displayID(screen->name()), screen->geometry(), workArea(*screen),
-                           isBuiltin(screen->name()), 0});
+            result.append(display(*screen));
         }
     }
     return result;
+}
+
+Display ScreenDisplays::display(const QScreen &screen) const {
+    Display result{.id = displayID(screen.name()),
+                   .frame = screen.geometry(),
+                   .visibleFrame = workArea(screen),
+                   .isBuiltin = isBuiltin(screen.name())};
+    if (result.isBuiltin) {
+        addNotch(result, screen);
+    }
+    return result;
+}
+
+void ScreenDisplays::addNotch(Display &display, const QScreen &screen) const {
+    const auto notch = m_notches.notch(deviceRect(screen).size());
+    if (!notch) {
+        return;
+    }
+    const QSizeF points = QSizeF(*notch) / screen.devicePixelRatio();
+    display.topSafeAreaInset = static_cast<int>(std::ceil(points.height()));
+    const int side = static_cast<int>((display.frame.width() - points.width()) / 2);
+    display.auxiliaryTopLeftArea = QSize(side, display.topSafeAreaInset);
+    display.auxiliaryTopRightArea = display.auxiliaryTopLeftArea;
 }
 
 QPoint ScreenDisplays::pointerPosition() const {

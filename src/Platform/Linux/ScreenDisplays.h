@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Displays.h"
+#include "Platform/Linux/KnownNotches.h"
 #include "Platform/Linux/Strut.h"
 
 class QScreen;
@@ -23,9 +24,12 @@ public:
 private:
     void watch(QScreen *screen);
     void readStruts();
+    Display display(const QScreen &screen) const;
+    void addNotch(Display &display, const QScreen &screen) const;
     QRect workArea(const QScreen &screen) const;
 
     X11Connection &m_x11;
+    const KnownNotches m_notches;
     QList<Strut> m_struts;
 };
 

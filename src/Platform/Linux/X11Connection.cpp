@@ -121,6 +121,9 @@ void X11Connection::readEvents() {
             if (notice->window == m_root) {
                 emit rootPropertyChanged(notice->atom);
             }
+        } else if (type == XCB_GE_GENERIC) {
+            const auto *notice = reinterpret_cast<xcb_ge_generic_event_t *>(event.get());
+            emit extensionEvent(notice->extension, notice->event_type);
         } else if (m_selectionEvent != 0 && type == m_selectionEvent) {
             readComposited();
         }

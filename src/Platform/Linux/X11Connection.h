@@ -41,6 +41,8 @@ signals:
     /// A property of the root window has changed.
     void rootPropertyChanged(std::uint32_t atom);
     void compositedChanged();
+    /// A generic event has come, of the extension with this opcode.
+    void extensionEvent(std::uint8_t extension, std::uint16_t type);
 
 private:
     struct Disconnect {

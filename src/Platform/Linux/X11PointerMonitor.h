@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Platform/PointerMonitor.h"
+#include "Platform/Scheduler.h"
+
+#include <QPoint>
+
+#include <cstdint>
+#include <optional>
+
+namespace morvane {
+
+class X11Connection;
+
+/// The pointer of an X server, by the raw motion of all mice. A mouse sends that up to a thousand
+/// times a second, so the first event ends the listening, the pointer is asked for a few times a
+/// second until it rests, and only then listening begins again. Owned by the application; the
+/// connection and the scheduler must outlive it.
+class X11PointerMonitor : public PointerMonitor {
+    Q_OBJECT
+
+public:
+    X11PointerMonitor(X11Connection &x11, Scheduler &scheduler);
+
+    void activate() override;
+    void deactivate() override;
+
+private:
+    enum class Listening { off, on };
+
+    void listen(Listening listening);
+    void follow();
+    void check();
+    std::optional<QPoint> position() const;
+
+    X11Connection &m_x11;
+    Scheduler &m_scheduler;
+    std::uint8_t m_extension = 0; ///< the input extension's opcode, 0 without one
+    int m_users = 0;
+    std::optional<QPoint> m_lastPosition;
+    Task m_check;
+};
+
+} // namespace morvane
