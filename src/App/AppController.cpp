@@ -192,7 +192,7 @@ void AppController::createPresenters() {
     m_presenterManager = std::make_unique<PresenterManager>(
         PanelContext{m_store, m_settings, *m_platform.scheduler, *m_platform.motion,
                      InlineEditing::shared(), *m_timeline, actions},
-        *m_platform.displays, *m_platform.overlays);
+        *m_platform.displays, *m_platform.overlays, *m_platform.pointer);
     m_presenterManager->onExpandedChanged = [this](bool expanded) { expandedChanged(expanded); };
     m_presenterManager->start();
 }

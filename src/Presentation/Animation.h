@@ -6,6 +6,9 @@
 
 namespace morvane {
 
+/// How a change comes on the screen.
+enum class Motion { atOnce, animated };
+
 /// Something that moves for a while: its owner is told how far it has come, as a function of the
 /// time that has passed, about sixty times a second. Nothing ticks while nothing moves. A new
 /// start drops what was under way, its end included.

@@ -3,6 +3,7 @@
 #include "Core/MorvaneSettings.h"
 #include "Platform/Scheduler.h"
 #include "Presentation/FloatingPresenter.h"
+#include "Presentation/NotchPresenter.h"
 
 #include <algorithm>
 
@@ -15,8 +16,9 @@ constexpr Seconds reconcileDelay(0.5);
 } // namespace
 
 PresenterManager::PresenterManager(PanelContext context, Displays &displays,
-                                   OverlayWindows &overlays)
-    : m_context(std::move(context)), m_displays(displays), m_overlays(overlays) {}
+                                   OverlayWindows &overlays, PointerMonitor &pointer)
+    : m_context(std::move(context)), m_displays(displays), m_overlays(overlays),
+      m_pointer(pointer) {}
 
 PresenterManager::~PresenterManager() = default;
 
@@ -104,13 +106,20 @@ bool PresenterManager::isWanted(const Display &display) const {
 }
 
 std::unique_ptr<MorvanePresenter> PresenterManager::makePresenter(const Display &display) {
-    auto presenter =
-        std::make_unique<FloatingPresenter>(m_context, m_displays, m_overlays,
-                                            display.isBuiltin ? FloatingPresenter::Flavour::ambient
-                                                              : FloatingPresenter::Flavour::onCall);
+    auto presenter = makeKind(display);
     presenter->onExpandedChanged = onExpandedChanged;
     presenter->contextMenu = m_contextMenu;
     return presenter;
+}
+
+std::unique_ptr<MorvanePresenter> PresenterManager::makeKind(const Display &display) {
+    if (display.isBuiltin && display.topSafeAreaInset > 0) {
+        return std::make_unique<NotchPresenter>(m_context, m_displays, m_overlays, m_pointer);
+    }
+    return std::make_unique<FloatingPresenter>(m_context, m_displays, m_overlays,
+                                               display.isBuiltin
+                                                   ? FloatingPresenter::Flavour::ambient
+                                                   : FloatingPresenter::Flavour::onCall);
 }
 
 } // namespace morvane

@@ -12,6 +12,7 @@
 namespace morvane {
 
 class OverlayWindows;
+class PointerMonitor;
 
 /// Keeps one presenter on every display that is wanted, and follows the displays as they come and
 /// go. Owned by `AppController`; main thread.
@@ -19,7 +20,8 @@ class PresenterManager : public QObject {
     Q_OBJECT
 
 public:
-    PresenterManager(PanelContext context, Displays &displays, OverlayWindows &overlays);
+    PresenterManager(PanelContext context, Displays &displays, OverlayWindows &overlays,
+                     PointerMonitor &pointer);
     ~PresenterManager() override;
 
     /// Told when a panel opens or closes, on whichever display.
@@ -42,10 +44,12 @@ private:
     void reconcile();
     bool isWanted(const Display &display) const;
     std::unique_ptr<MorvanePresenter> makePresenter(const Display &display);
+    std::unique_ptr<MorvanePresenter> makeKind(const Display &display);
 
     const PanelContext m_context;
     Displays &m_displays;
     OverlayWindows &m_overlays;
+    PointerMonitor &m_pointer;
     DisplayTargetMode m_displayMode{};
     std::map<std::uint32_t, std::unique_ptr<MorvanePresenter>> m_presenters; ///< by display
     QPointer<QMenu> m_contextMenu;

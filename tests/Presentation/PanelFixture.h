@@ -11,6 +11,7 @@
 #include "Support/FakeDisplays.h"
 #include "Support/FakeMotionPreference.h"
 #include "Support/FakeOverlayWindows.h"
+#include "Support/FakePointerMonitor.h"
 #include "Support/Printing.h"
 
 #include <QTemporaryDir>
@@ -55,6 +56,7 @@ protected:
     PanelContext context{store, settings, scheduler, motion, editing, timeline, {}};
     FakeDisplays displays;
     FakeOverlayWindows overlays;
+    FakePointerMonitor pointer;
 };
 
 } // namespace morvane

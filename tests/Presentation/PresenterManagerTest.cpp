@@ -23,7 +23,7 @@ protected:
     }
 
     QList<bool> expansions;
-    PresenterManager manager{context, displays, overlays};
+    PresenterManager manager{context, displays, overlays, pointer};
 };
 
 TEST_F(PresenterManagerTest, ABurstOfChangesEndsInOneReconcileHalfASecondAfterTheLast) {
@@ -51,6 +51,43 @@ TEST_F(PresenterManagerTest, ShowsItselfOnTheDisplaysOfTheModeAlone) {
     EXPECT_EQ(shownOn(), QList<int>({0, 1000}));
     scheduler.advance(Seconds(0.2));
     EXPECT_EQ(shownOn(), QList<int>({1000}));
+}
+
+TEST_F(PresenterManagerTest, EachKindOfDisplayHasItsPresenterForAsLongAsItIsThere) {
+    Display notched = FakeDisplays::notched(1, 0);
+    displays.setDisplays(
+        {notched, FakeDisplays::builtin(2, 1000), FakeDisplays::external(3, 2000)});
+    manager.start();
+    EXPECT_EQ(pointer.users, 1);
+    apply(Event::promptSubmit);
+    scheduler.advance(Seconds(1));
+    // On call only the display without a panel of its own keeps empty.
+    EXPECT_EQ(shownOn(), QList<int>({1000, 0}));
+
+    // What changes its kind keeps its presenter; what has been away gets a new one.
+    notched.topSafeAreaInset = 0;
+    displays.setDisplays({notched});
+    scheduler.advance(Seconds(1));
+    EXPECT_EQ(shownOn(), QList<int>());
+    EXPECT_EQ(pointer.users, 1);
+    displays.setDisplays({});
+    scheduler.advance(Seconds(1));
+    EXPECT_EQ(pointer.users, 0);
+    displays.setDisplays({notched});
+    scheduler.advance(Seconds(1));
+    EXPECT_EQ(shownOn(), QList<int>({0}));
+    EXPECT_EQ(pointer.users, 0);
+}
+
+TEST_F(PresenterManagerTest, WithoutADisplayOfTheModeARequestDoesNothing) {
+    displays.setDisplays({FakeDisplays::external(1, 0)});
+    settings.setDisplayMode(DisplayTargetMode::builtinOnly);
+    manager.start();
+    manager.presentPanel();
+    manager.collapseAllExpanded();
+    manager.dismissAll();
+    EXPECT_EQ(overlays.alive.size(), 0);
+    EXPECT_EQ(expansions, QList<bool>());
 }
 
 TEST_F(PresenterManagerTest, OpensUnderThePointerOrElseAnywhere) {

@@ -26,6 +26,13 @@ public:
         result.isBuiltin = true;
         return result;
     }
+    /// A built-in one with a notch of 200 by 32 points.
+    static Display notched(std::uint32_t id, int x) {
+        Display result = builtin(id, x);
+        result.topSafeAreaInset = 32;
+        result.auxiliaryTopLeftArea = result.auxiliaryTopRightArea = QSize(400, 32);
+        return result;
+    }
 
 private:
     QList<Display> m_displays;
