@@ -1,0 +1,54 @@
+#include "App/Launch.h"
+
+#include "App/AppDelegate.h"
+#include "App/PlatformChooser.h"
+#include "Core/Defaults.h"
+#include "Platform/Linux/SingleInstance.h"
+
+#include <QApplication>
+
+#include <memory>
+
+namespace morvane {
+
+namespace {
+
+/// An application with a screen where one can be reached, and one without where not: Qt ends the
+/// process when it is asked for a screen that isn't there.
+std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv) {
+    if (qEnvironmentVariable("QT_QPA_PLATFORM") != QLatin1String("offscreen")) {
+        if (!hasScreen()) {
+            return std::make_unique<QCoreApplication>(argc, argv);
+        }
+        // Whatever a Wayland desktop has set for its programs: a native window could neither place
+        // itself nor stay above the others, so there it is XWayland.
+        qputenv("QT_QPA_PLATFORM", "xcb");
+    }
+    // A desktop's theme would load its whole toolkit, for windows that use nothing of it.
+    QApplication::setDesktopSettingsAware(false);
+    QApplication::setQuitOnLastWindowClosed(false);
+    return std::make_unique<QApplication>(argc, argv);
+}
+
+} // namespace
+
+int launch(int argc, char **argv, const std::function<void(PlatformServices &)> &adjust) {
+    QCoreApplication::setApplicationName(QStringLiteral("Morvane"));
+    const auto application = makeApplication(argc, argv);
+
+    SingleInstance instance(Defaults::folder());
+    if (!instance.claim()) {
+        return 0;
+    }
+    PlatformServices platform = choosePlatform();
+    if (adjust) {
+        adjust(platform);
+    }
+    AppDelegate delegate(MorvaneSettings::shared(), platform);
+    QObject::connect(&instance, &SingleInstance::reopened, application.get(),
+                     [&delegate] { delegate.applicationShouldHandleReopen(); });
+    platform.scheduler->post([&delegate] { delegate.applicationDidFinishLaunching(); });
+    return QCoreApplication::exec();
+}
+
+} // namespace morvane

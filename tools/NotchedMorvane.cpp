@@ -1,0 +1,25 @@
+#include "App/Launch.h"
+#include "NotchedDisplays.h"
+
+#include <QByteArray>
+
+namespace {
+
+/// As large as "200x32" says; that is also what it is when nothing is said.
+QSize notchSize(int argc, char **argv) {
+    const QList<QByteArray> sides = QByteArray(argc > 1 ? argv[1] : "").split('x');
+    const QSize said(sides.value(0).toInt(), sides.value(1).toInt());
+    return said.isEmpty() ? QSize(200, 32) : said;
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    const QSize notch = notchSize(argc, argv);
+    return morvane::launch(argc, argv, [notch](morvane::PlatformServices &platform) {
+        if (platform.displays) {
+            platform.displays =
+                std::make_unique<morvane::NotchedDisplays>(std::move(platform.displays), notch);
+        }
+    });
+}
