@@ -29,6 +29,9 @@ NotchPresenter::NotchPresenter(const PanelContext &context, Displays &displays,
 
 NotchPresenter::~NotchPresenter() {
     stopHoverMonitoring();
+    // A field that goes with the surface gives back the keyboard, where there still is a window.
+    m_window.reset();
+    m_surface.reset();
 }
 
 void NotchPresenter::attach(const Display &display) {
@@ -266,6 +269,9 @@ bool NotchPresenter::isPointerInside() {
 }
 
 void NotchPresenter::open() {
+    if (!hasNotch()) {
+        return;
+    }
     reportExpanded(true);
     makePanel();
     setMode(BuiltInNotchState::Mode::expanded);

@@ -9,6 +9,7 @@ target_link_libraries(end_to_end_support
   PRIVATE morvane_options Qt6::Network)
 
 add_executable(screen_tests
+  NotchScreenTest.cpp
   ScreenTest.cpp
   VirtualDisplay.cpp VirtualDisplay.h
 )
@@ -16,7 +17,8 @@ target_link_libraries(screen_tests PRIVATE
   morvane_options end_to_end_support GTest::gtest_main)
 target_compile_definitions(screen_tests PRIVATE
   MORVANE="$<TARGET_FILE:morvane>"
+  NOTCHED_MORVANE="$<TARGET_FILE:notched_morvane>"
   FIND_ACCESSIBLE="$<TARGET_FILE:find_accessible>"
 )
-add_dependencies(screen_tests morvane find_accessible)
+add_dependencies(screen_tests morvane notched_morvane find_accessible)
 gtest_discover_tests(screen_tests PROPERTIES TIMEOUT 300 LABELS screen)
