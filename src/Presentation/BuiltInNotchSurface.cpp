@@ -11,13 +11,15 @@
 #include "Presentation/Spring.h"
 
 #include <QGridLayout>
-#include <QPaintEvent>
 #include <QPainter>
+
+#include <cmath>
 
 namespace morvane {
 
 namespace {
 
+constexpr double edgeWidth = 1;
 constexpr NotchBridgeShape compactShape{6, 14};
 constexpr NotchBridgeShape expandedShape{15, 20};
 constexpr Spring openingSpring{Seconds(0.34), 0.86};
@@ -28,6 +30,14 @@ constexpr FadingContent::Timing expandedTiming{Seconds(0.06), Seconds(0.2), Seco
 /// In the middle of a row of the given width; whole points, so that text stays sharp.
 QRect centered(int width, int top, const QSize &size) {
     return {QPoint((width - size.width()) / 2, top), size};
+}
+
+/// The whole points of a shell's body that lie within its edge.
+QRect insideOfEdge(const QRectF &frame, double flare) {
+    const double inset = flare + edgeWidth;
+    return {QPoint(static_cast<int>(std::ceil(frame.left() + inset)), 0),
+            QPoint(static_cast<int>(std::floor(frame.right() - inset)) - 1,
+                   static_cast<int>(std::floor(frame.bottom() - edgeWidth)) - 1)};
 }
 
 } // namespace
@@ -112,16 +122,14 @@ void BuiltInNotchSurface::retargetShell(Motion motion) {
 /// The contents stand where they will be in the end, and the shell uncovers them.
 void BuiltInNotchSurface::placeShell() {
     const QRectF frame = m_shell.frame(width());
-    const double flare = m_shell.shape.topCornerRadius;
-    const QRect body = frame.adjusted(flare, 0, -flare, 0).toAlignedRect();
+    const QRect body = insideOfEdge(frame, m_shell.shape.topCornerRadius);
     m_clip->setGeometry(body);
     const auto place = [&](QWidget &content, int top, const QSize &size) {
         content.setGeometry(centered(width(), top, size).translated(-body.topLeft()));
     };
     place(*m_compact, 0, NotchGeometry::compactShellSize(m_notch));
     place(*m_expanded, m_notch.height(), m_contentSize);
-    const QRectF withoutEdge = frame.adjusted(1, 0, -1, -1);
-    m_veil->setShell(m_shell.shape.path(withoutEdge.translated(-body.topLeft())));
+    m_veil->setShell(m_shell.shape.path(frame.translated(-body.topLeft())));
     update(m_drawn.united(visibleRect()));
     m_drawn = visibleRect();
 }
@@ -145,8 +153,8 @@ void BuiltInNotchSurface::paintEvent(QPaintEvent *) {
     const QRectF frame = m_shell.frame(width());
     painter.fillPath(m_shell.shape.path(frame), Colors::notchFill);
     // Above the screen's edge there is nothing to set the shell off from.
-    const QRectF edge = frame.adjusted(0.5, -1, -0.5, -0.5);
-    painter.strokePath(m_shell.shape.path(edge), QPen(Colors::capsuleEdge, 1));
+    const QRectF edge = frame.adjusted(edgeWidth / 2, -edgeWidth, -edgeWidth / 2, -edgeWidth / 2);
+    painter.strokePath(m_shell.shape.path(edge), QPen(Colors::capsuleEdge, edgeWidth));
 }
 
 } // namespace morvane

@@ -17,7 +17,7 @@ public:
     /// The contents are siblings of the veil, and outlive it.
     NotchVeil(QList<const FadingContent *> contents, QWidget *parent);
 
-    /// What is black of the shell, in the parent's points.
+    /// The shell, in the parent's points: outside of it nothing is black.
     void setShell(const QPainterPath &shell);
 
     /// Follows the contents' opacity.
