@@ -10,6 +10,7 @@
 #include "Support/FakeDisplays.h"
 #include "Support/FakeMotionPreference.h"
 #include "Support/FakeOverlayWindows.h"
+#include "Support/FakePointerMonitor.h"
 #include "Support/ManualScheduler.h"
 
 #include <QAbstractButton>
@@ -78,6 +79,7 @@ private:
     PixelTimeline m_timeline{m_scheduler};
     FakeDisplays m_displays;
     FakeOverlayWindows m_overlays;
+    FakePointerMonitor m_pointer;
     std::unique_ptr<PresenterManager> m_presenters;
 };
 
