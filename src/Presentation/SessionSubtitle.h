@@ -12,6 +12,8 @@ struct SessionSubtitle {
     Q_DECLARE_TR_FUNCTIONS(SessionSubtitle)
 
 public:
+    static inline const QString separator = QStringLiteral(" · ");
+
     QString status;
     QString detail; ///< empty when there is no more to say
 

@@ -8,6 +8,21 @@
 
 namespace morvane {
 
+namespace {
+
+bool isControl(QChar character) {
+    return character.category() == QChar::Other_Control ||
+           character.category() == QChar::Separator_Line ||
+           character.category() == QChar::Separator_Paragraph;
+}
+
+bool turnsDirection(QChar character) {
+    return (character >= u'\u202a' && character <= u'\u202e') ||
+           (character >= u'\u2066' && character <= u'\u2069');
+}
+
+} // namespace
+
 TextLabel::TextLabel(const QFont &font, const QColor &color, int maxLines, QWidget *parent)
     : QLabel(parent), m_color(color), m_maxLines(maxLines) {
     setFont(font);
@@ -24,9 +39,34 @@ void TextLabel::setColor(const QColor &color) {
     }
 }
 
-QStringList TextLabel::lines(int width) const {
-    QString whole = text();
-    whole.replace(u'\n', m_maxLines == 1 ? QChar(u' ') : QChar(QChar::LineSeparator));
+/// Names and prompts come from outside. What would break a line of theirs becomes a space, and
+/// what would turn the direction of all that follows it is left out.
+QString TextLabel::printable() const {
+    QString result = text();
+    const QChar lineBreak = m_maxLines == 1 ? QChar(u' ') : QChar(QChar::LineSeparator);
+    for (QChar &character : result) {
+        if (character == u'\n') {
+            character = lineBreak;
+        } else if (isControl(character)) {
+            character = u' ';
+        }
+    }
+    result.removeIf(&turnsDirection);
+    return result;
+}
+
+const QStringList &TextLabel::lines(int width) const {
+    if (m_broken.width != width || m_broken.text != text()) {
+        m_broken = {text(), width, broken(width)};
+    }
+    return m_broken.lines;
+}
+
+QStringList TextLabel::broken(int width) const {
+    const QString whole = printable();
+    if (m_maxLines == 1) {
+        return {fontMetrics().elidedText(whole, Qt::ElideRight, width)};
+    }
     QTextLayout layout(whole, font());
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
@@ -55,7 +95,8 @@ int TextLabel::heightForWidth(int width) const {
 }
 
 QSize TextLabel::sizeHint() const {
-    const QSize whole(fontMetrics().horizontalAdvance(text()) + 1, fontMetrics().lineSpacing());
+    const QSize whole(fontMetrics().horizontalAdvance(printable()) + 1,
+                      fontMetrics().lineSpacing());
     return whole.grownBy(contentsMargins());
 }
 
@@ -68,11 +109,13 @@ QSize TextLabel::minimumSizeHint() const {
 void TextLabel::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setPen(m_color);
+    painter.setLayoutDirection(Qt::LayoutDirectionAuto);
     QRect line = contentsRect();
     line.setHeight(fontMetrics().lineSpacing());
     const int horizontal = static_cast<int>(alignment() & Qt::AlignHorizontal_Mask);
     for (const QString &text : lines(line.width())) {
-        painter.drawText(line, horizontal | Qt::AlignTop | Qt::TextSingleLine, text);
+        painter.drawText(line, horizontal | Qt::AlignTop | Qt::AlignAbsolute | Qt::TextSingleLine,
+                         text);
         line.translate(0, line.height());
     }
 }

@@ -7,7 +7,8 @@ namespace morvane {
 
 /// Plain text in one colour that never asks for more width than there is: it breaks into at most
 /// `maxLines` lines, inside of a word where it has to, and ends in an ellipsis where that isn't
-/// enough. 0 lines are without a limit.
+/// enough. 0 lines are without a limit. It stands at the left, and reads in the direction of its
+/// own first letter.
 class TextLabel : public QLabel {
     Q_OBJECT
 
@@ -18,7 +19,7 @@ public:
     const QColor &color() const { return m_color; }
 
     /// The text as it is shown at this width.
-    QStringList lines(int width) const;
+    const QStringList &lines(int width) const;
 
     bool hasHeightForWidth() const override { return m_maxLines != 1; }
     int heightForWidth(int width) const override;
@@ -29,8 +30,19 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    /// What `lines` has found last: breaking is dear, and is asked for again and again.
+    struct Broken {
+        QString text;
+        int width = -1;
+        QStringList lines;
+    };
+
+    QString printable() const;
+    QStringList broken(int width) const;
+
     QColor m_color;
     int m_maxLines;
+    mutable Broken m_broken;
 };
 
 } // namespace morvane
