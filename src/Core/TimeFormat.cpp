@@ -1,6 +1,7 @@
 #include "Core/TimeFormat.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 
 namespace morvane::TimeFormat {
@@ -51,6 +52,12 @@ QString remaining(Date until, Date from) {
         return QStringLiteral("%1h").arg(total / 3600);
     }
     return QStringLiteral("%1d").arg(total / 86400);
+}
+
+Seconds untilAgoChanges(Date date, Date from) {
+    const double passed = Seconds(from - date).count();
+    const double unit = passed < 3600 ? 60 : passed < 86400 ? 3600 : 86400;
+    return Seconds(passed < 0 ? unit - passed : unit - std::fmod(passed, unit));
 }
 
 } // namespace morvane::TimeFormat

@@ -16,4 +16,7 @@ QString ago(Date date, Date from);
 /// How long it is until then: "3d", "2h", "17m", always rounded down. "0m" for what is past.
 QString remaining(Date until, Date from);
 
+/// How long it takes until `ago` gives another text.
+Seconds untilAgoChanges(Date date, Date from);
+
 } // namespace morvane::TimeFormat

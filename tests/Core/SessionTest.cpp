@@ -85,6 +85,18 @@ TEST(TimeFormat, ShowsHowLongSomethingIsAway) {
     }
 }
 
+TEST(TimeFormat, KnowsWhenAnAgeBecomesUntrue) {
+    const Date start{std::chrono::seconds(1'700'000'000)};
+    for (const double seconds :
+         {-5.0, 0.0, 59.5, 60.0, 3599.0, 3600.0, 9000.0, 86399.0, 200'000.0}) {
+        const Date now = start + Seconds(seconds);
+        const Seconds change = TimeFormat::untilAgoChanges(start, now);
+        const QString text = TimeFormat::ago(start, now);
+        EXPECT_EQ(TimeFormat::ago(start, now + change - Seconds(0.01)), text);
+        EXPECT_NE(TimeFormat::ago(start, now + change + Seconds(0.01)), text);
+    }
+}
+
 TEST(GitInfo, ReadsTheHeadInEveryForm) {
     const std::pair<QByteArray, Text> cases[] = {
         {"ref: refs/heads/main\n", "main"},
