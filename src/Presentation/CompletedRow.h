@@ -1,8 +1,9 @@
 #pragma once
 
 #include "Core/CompletedRecord.h"
+#include "Presentation/ListRow.h"
 
-#include <QWidget>
+#include <optional>
 
 namespace morvane {
 
@@ -10,19 +11,33 @@ class AgentBadge;
 class PixelFrameView;
 class TextLabel;
 
-/// One finished session in the panel.
-class CompletedRow : public QWidget {
+/// One finished session in the panel. A click opens it again.
+class CompletedRow : public ListRow {
     Q_OBJECT
 
 public:
-    explicit CompletedRow(QWidget *parent);
+    struct Details {
+        bool showsAgent = false;  ///< whose session it was, where there are several agents
+        std::optional<int> badge; ///< the position that a digit key opens, from 0
+    };
 
-    void setRecord(const CompletedRecord &record, Date now, bool showsAgent);
+    /// The context outlives the row, which hands on to it what a person wants.
+    CompletedRow(const PanelContext &context, QWidget *parent);
+
+    /// The record as it is to be told now.
+    void setRecord(const CompletedRecord &record, const Details &details);
+    const CompletedRecord &record() const { return m_record; }
+
+protected:
+    bool hitButton(const QPoint &position) const override;
 
 private:
+    void reopen();
+
+    CompletedRecord m_record;
     PixelFrameView *m_mark;
-    TextLabel *m_name;
-    AgentBadge *m_agent;
+    Badge *m_agent;
+    Badge *m_digit;
     TextLabel *m_subtitle;
 };
 

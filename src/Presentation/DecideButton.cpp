@@ -12,7 +12,8 @@ namespace {
 constexpr int buttonHeight = 26;
 constexpr int buttonPadding = 14;
 constexpr int digitGap = 7;
-constexpr double imageSide = 9;
+constexpr int imageSide = 9;
+constexpr int imageGap = 5;
 constexpr double cornerRadius = 7;
 constexpr double restOpacity = 0.14;
 constexpr double hoverOpacity = 0.24;
@@ -49,7 +50,10 @@ int DecideButton::digitSpace() const {
 }
 
 QSize DecideButton::sizeHint() const {
-    const int content = fontMetrics().horizontalAdvance(text()) + digitSpace() + imageSpace();
+    int content = fontMetrics().horizontalAdvance(text()) + digitSpace();
+    for (const auto &image : {m_leadingImage, m_trailingImage}) {
+        content += image ? imageSide + imageGap : 0;
+    }
     return {content + 2 * buttonPadding, buttonHeight};
 }
 
@@ -66,12 +70,16 @@ void DecideButton::paintEvent(QPaintEvent *) {
         painter.drawText(content, Qt::AlignVCenter | Qt::AlignLeft, QString::number(*m_digit));
         content.setLeft(content.left() + digitSpace());
     }
+    QRectF picture(content.left(), (height() - imageSide) / 2.0, imageSide, imageSide);
+    if (m_leadingImage) {
+        morvane::paint(painter, *m_leadingImage, picture, m_tint);
+        content.setLeft(content.left() + imageSide + imageGap);
+    }
     painter.setPen(m_tint);
     painter.drawText(content, Qt::AlignVCenter | Qt::AlignLeft, text());
-    if (m_image) {
-        const QRectF frame(content.right() + 1 - imageSide, (height() - imageSide) / 2, imageSide,
-                           imageSide);
-        morvane::paint(painter, *m_image, frame, m_tint);
+    if (m_trailingImage) {
+        picture.moveRight(content.right() + 1);
+        morvane::paint(painter, *m_trailingImage, picture, m_tint);
     }
 }
 

@@ -19,8 +19,11 @@ public:
 
     void setTitle(const QString &title);
 
+    /// Puts a small picture before the title.
+    void setLeadingImage(SystemImage image) { m_leadingImage = image; }
+
     /// Puts a small picture behind the title.
-    void setTrailingImage(SystemImage image) { m_image = image; }
+    void setTrailingImage(SystemImage image) { m_trailingImage = image; }
 
     void setShortcutDigit(std::optional<int> digit);
 
@@ -32,11 +35,11 @@ protected:
 
 private:
     int digitSpace() const;
-    int imageSpace() const { return m_image ? 14 : 0; }
 
     QColor m_tint;
     std::optional<int> m_digit;
-    std::optional<SystemImage> m_image;
+    std::optional<SystemImage> m_leadingImage;
+    std::optional<SystemImage> m_trailingImage;
 };
 
 } // namespace morvane

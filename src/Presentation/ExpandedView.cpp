@@ -1,182 +1,210 @@
 #include "Presentation/ExpandedView.h"
 
 #include "Core/SessionStore.h"
+#include "Core/TimeFormat.h"
+#include "Platform/MotionPreference.h"
 #include "Platform/Scheduler.h"
 #include "Presentation/Colors.h"
 #include "Presentation/CompletedRow.h"
 #include "Presentation/ListViewport.h"
+#include "Presentation/SessionRow.h"
 #include "Presentation/TextLabel.h"
 #include "Presentation/Typography.h"
 
-#include <QVBoxLayout>
-
 #include <algorithm>
+#include <utility>
 
 namespace morvane {
 
 namespace {
 
 constexpr int panelPadding = 14;
+constexpr int footerGap = 12;
 constexpr int standardWidth = 520;
 constexpr int attentionWidth = 600;
 constexpr int smallestListLimit = 120;
 constexpr int standardBudget = 480;
+constexpr Seconds contentDuration(0.18);
+constexpr Seconds attentionDuration(0.14);
 
 } // namespace
 
 ExpandedView::ExpandedView(const PanelContext &context, QWidget *parent)
     : QWidget(parent), m_context(context), m_contentHeightBudget(standardBudget),
-      m_width(standardWidth), m_viewport(new ListViewport(this)),
-      m_list(new QVBoxLayout(&m_viewport->content())) {
-    m_list->setContentsMargins(0, 0, 0, 0);
-    m_list->setSpacing(2);
-    m_openHeader = header(tr("OPEN — no activity yet"), Colors::secondaryText);
-    m_recentHeader = header(tr("RECENTLY COMPLETED"), Colors::secondaryText);
-    m_archiveHeader = header(tr("ARCHIVE"), Colors::archiveHeader);
-    m_emptyText = new TextLabel(Typography::text(Typography::bodySize), Colors::secondaryText, 1,
-                                &m_viewport->content());
-    m_emptyText->setText(tr("no active agent sessions"));
-    m_emptyText->setAlignment(Qt::AlignHCenter);
-    m_emptyText->setContentsMargins(0, 8, 0, 8);
+      m_width(standardWidth), m_viewport(new ListViewport(m_context.scheduler, this)) {
     connect(m_viewport, &ListViewport::contentResized, this, &ExpandedView::contentResized);
-}
-
-TextLabel *ExpandedView::header(const QString &text, const QColor &color) {
-    auto *label = new TextLabel(Typography::text(Typography::badgeSize, QFont::DemiBold), color, 1,
-                                &m_viewport->content());
-    label->setText(text);
-    label->setContentsMargins(10, 10, 10, 4);
-    return label;
 }
 
 void ExpandedView::setContentHeightBudget(int budget) {
     m_contentHeightBudget = budget;
 }
 
+int ExpandedView::maxActiveListHeight(int contentHeightBudget, int footerHeight) {
+    const int footer = footerHeight > 0 ? footerHeight + footerGap : 0;
+    return std::max(smallestListLimit, contentHeightBudget - footer - 2 * panelPadding);
+}
+
 void ExpandedView::refresh() {
     const bool needsAttention =
         m_context.store.hasPendingDecision() || m_context.store.hasExternalPrompt();
+    const bool attentionChanges = std::exchange(m_needsAttention, needsAttention) != needsAttention;
     m_width = needsAttention ? attentionWidth : standardWidth;
+    const Entries next = entries();
+    m_viewport->rows().setEntries(next, movement(attentionChanges, next));
+    if (width() == m_width) {
+        m_viewport->refresh();
+    }
+    scheduleAges();
+}
 
-    // Apart, since a record may bear the id of a session.
-    QSet<QString> keptSessions;
-    QSet<QString> keptRecords;
-    QList<QWidget *> content = takeRows(m_context.store.activeSessions(), keptSessions);
-    const auto append = [&content](TextLabel *header, const QList<QWidget *> &rows) {
-        if (!rows.isEmpty()) {
-            content.append(header);
-            content.append(rows);
-        }
-    };
-    append(m_openHeader, takeRows(m_context.store.openSessions(), keptSessions));
-    if (content.isEmpty() && m_context.store.jumpableCompleted().isEmpty()) {
-        content.append(m_emptyText);
+/// What has no place of its own on the screen yet doesn't come from anywhere.
+std::optional<Seconds> ExpandedView::movement(bool attentionChanges, const Entries &next) {
+    QStringList keys;
+    for (const RowList::Entry &entry : next) {
+        keys.append(entry.key);
+    }
+    const bool contentChanges = std::exchange(m_keys, keys) != keys;
+    if (!isVisible() || m_context.motion.isReduced() || !(attentionChanges || contentChanges)) {
+        return std::nullopt;
+    }
+    return attentionChanges ? attentionDuration : contentDuration;
+}
+
+QStringList ExpandedView::visibleSessionIDs() const {
+    QStringList result;
+    for (const Session &session : m_context.store.activeSessions()) {
+        result.append(QStringLiteral("active:") + session.id);
+    }
+    for (const Session &session : m_context.store.openSessions()) {
+        result.append(QStringLiteral("open:") + session.id);
+    }
+    for (const CompletedRecord &record : m_context.store.jumpableCompleted()) {
+        result.append(QStringLiteral("completed:") + record.id);
+    }
+    return result;
+}
+
+ExpandedView::Entries ExpandedView::entries() const {
+    const SessionStore &store = m_context.store;
+    Entries result;
+    appendSessions(result, store.activeSessions());
+    if (const auto open = store.openSessions(); !open.isEmpty()) {
+        result.append(header(tr("OPEN — no activity yet"), Colors::secondaryText));
+        appendSessions(result, open);
+    }
+    if (result.isEmpty() && store.jumpableCompleted().isEmpty()) {
+        result.append(text(tr("no active agent sessions"), Typography::text(Typography::bodySize),
+                           Colors::secondaryText, {0, 8, 0, 8}, Qt::AlignHCenter));
     }
     // While somebody waits for an answer, the eye belongs to the question.
-    if (!needsAttention) {
-        append(m_recentHeader, takeRows(m_context.store.recentlyCompleted(), keptRecords));
-        append(m_archiveHeader, takeRows(m_context.store.archivedCompleted(), keptRecords));
+    if (!m_needsAttention) {
+        appendRecords(result, tr("RECENTLY COMPLETED"), Colors::secondaryText,
+                      store.recentlyCompleted());
+        appendRecords(result, tr("ARCHIVE"), Colors::archiveHeader, store.archivedCompleted());
     }
-    dropRows(m_rows, keptSessions);
-    dropRows(m_completedRows, keptRecords);
-    arrange(content);
-    m_viewport->refresh();
+    return result;
 }
 
-QList<QWidget *> ExpandedView::takeRows(const SessionSlice &sessions, QSet<QString> &kept) {
-    const SessionRow::Details details =
-        showsAgents() ? SessionRow::Detail::showsAgent : SessionRow::Details();
-    QList<QWidget *> result;
+void ExpandedView::appendSessions(Entries &list, const SessionSlice &sessions) const {
+    const auto awaiting =
+        m_context.showsDigitShortcuts ? m_context.store.sessionAwaitingDecision() : std::nullopt;
+    SessionRow::Details common;
+    common.setFlag(SessionRow::Detail::showsAgent, m_context.store.showsAgentBadges());
     for (const Session &session : sessions) {
-        SessionRow &shown = row(session.id);
-        shown.setSession(session, details);
-        kept.insert(session.id);
-        result.append(&shown);
+        SessionRow::Details details = common;
+        details.setFlag(SessionRow::Detail::showsShortcuts, awaiting && awaiting->id == session.id);
+        const auto fill = [this, session, details](QWidget *present) -> QWidget * {
+            auto *row = present != nullptr ? static_cast<SessionRow *>(present)
+                                           : new SessionRow(m_context, &m_viewport->rows());
+            row->setSession(session, details);
+            return row;
+        };
+        list.append({QStringLiteral("session:") + session.id, fill});
     }
-    return result;
 }
 
-QList<QWidget *> ExpandedView::takeRows(const QList<CompletedRecord> &records,
-                                        QSet<QString> &kept) {
-    QList<QWidget *> result;
+void ExpandedView::appendRecords(Entries &list, const QString &title, const QColor &color,
+                                 const QList<CompletedRecord> &records) const {
+    if (records.isEmpty()) {
+        return;
+    }
+    list.append(header(title, color));
+    const QList<CompletedRecord> jumpable = m_context.store.jumpableCompleted();
     for (const CompletedRecord &record : records) {
-        CompletedRow *&shown = m_completedRows[record.id];
-        if (shown == nullptr) {
-            shown = new CompletedRow(&m_viewport->content());
+        CompletedRow::Details details;
+        details.showsAgent = m_context.store.showsAgentBadges();
+        if (m_context.showsDigitShortcuts) {
+            details.badge = static_cast<int>(jumpable.indexOf(record));
         }
-        shown->setRecord(record, m_context.scheduler.now(), showsAgents());
-        kept.insert(record.id);
-        result.append(shown);
-    }
-    return result;
-}
-
-bool ExpandedView::showsAgents() const {
-    return m_context.store.showsAgentBadges();
-}
-
-SessionRow &ExpandedView::row(const QString &sessionID) {
-    if (auto *known = m_rows.value(sessionID)) {
-        return *known;
-    }
-    auto *made = new SessionRow(m_context, &m_viewport->content());
-    m_rows.insert(sessionID, made);
-    connect(made, &SessionRow::decided, &m_context.store, &SessionStore::decide);
-    connect(made, &SessionRow::answered, &m_context.store, &SessionStore::answer);
-    connect(made, &SessionRow::selected, this, [this](const Session &session) {
-        if (m_context.actions.onSelect) {
-            m_context.actions.onSelect(session);
-        }
-    });
-    return *made;
-}
-
-void ExpandedView::arrange(const QList<QWidget *> &content) {
-    for (TextLabel *label : {m_openHeader, m_recentHeader, m_archiveHeader, m_emptyText}) {
-        if (!content.contains(label)) {
-            m_list->removeWidget(label);
-            label->hide();
-        }
-    }
-    for (int index = 0; index < content.size(); ++index) {
-        QWidget *const widget = content[index];
-        const QLayoutItem *present = m_list->itemAt(index);
-        if (present == nullptr || present->widget() != widget) {
-            m_list->removeWidget(widget);
-            m_list->insertWidget(index, widget);
-        }
-        widget->show();
+        const auto fill = [this, record, details](QWidget *present) -> QWidget * {
+            auto *row = present != nullptr ? static_cast<CompletedRow *>(present)
+                                           : new CompletedRow(m_context, &m_viewport->rows());
+            row->setRecord(record, details);
+            return row;
+        };
+        // Apart from the sessions, since a record may bear the id of one.
+        list.append({QStringLiteral("record:") + record.id, fill});
     }
 }
 
-template <typename Row>
-void ExpandedView::dropRows(QHash<QString, Row *> &rows, const QSet<QString> &kept) {
-    for (auto entry = rows.begin(); entry != rows.end();) {
-        if (kept.contains(entry.key())) {
-            ++entry;
-            continue;
+RowList::Entry ExpandedView::text(const QString &text, const QFont &font, const QColor &color,
+                                  const QMargins &margins, Qt::Alignment alignment) const {
+    const auto fill = [=, this](QWidget *present) -> QWidget * {
+        if (present != nullptr) {
+            return present;
         }
-        Row *const gone = entry.value();
-        m_list->removeWidget(gone);
-        gone->hide();
-        // What brought the change may be a click in this very row.
-        gone->deleteLater();
-        entry = rows.erase(entry);
-    }
+        auto *label = new TextLabel(font, color, 1, &m_viewport->rows());
+        label->setText(text);
+        label->setContentsMargins(margins);
+        label->setAlignment(alignment);
+        return label;
+    };
+    return {QStringLiteral("text:") + text, fill};
 }
 
-int ExpandedView::maxListHeight() const {
-    return std::max(smallestListLimit, m_contentHeightBudget - 2 * panelPadding);
+RowList::Entry ExpandedView::header(const QString &title, const QColor &color) const {
+    return text(title, Typography::text(Typography::badgeSize, QFont::DemiBold), color,
+                {10, 10, 10, 4}, Qt::AlignLeft);
+}
+
+/// One timer for all of the records, aimed at the first text that becomes untrue.
+void ExpandedView::scheduleAges() {
+    m_ages.cancel();
+    if (!isVisible() || m_needsAttention) {
+        return;
+    }
+    std::optional<Seconds> next;
+    for (const CompletedRecord &record : m_context.store.jumpableCompleted()) {
+        const Seconds change =
+            TimeFormat::untilAgoChanges(record.finishedAt, m_context.scheduler.now());
+        next = std::min(next.value_or(change), change);
+    }
+    if (next) {
+        m_ages = m_context.scheduler.after(*next, [this] { refresh(); });
+    }
 }
 
 QSize ExpandedView::sizeHint() const {
-    const int whole = m_viewport->contentHeight(m_width - 2 * panelPadding);
-    return {m_width, std::clamp(whole, 1, maxListHeight()) + 2 * panelPadding};
+    const int limit = maxActiveListHeight(m_contentHeightBudget, m_footerHeight);
+    const int whole = m_viewport->contentHeight(m_width - 2 * panelPadding, limit);
+    return {m_width, std::clamp(whole, 1, limit) + 2 * panelPadding};
 }
 
 void ExpandedView::resizeEvent(QResizeEvent *) {
     m_viewport->setGeometry(
         rect().adjusted(panelPadding, panelPadding, -panelPadding, -panelPadding));
+}
+
+void ExpandedView::showEvent(QShowEvent *event) {
+    QWidget::showEvent(event);
+    scheduleAges();
+}
+
+void ExpandedView::hideEvent(QHideEvent *event) {
+    QWidget::hideEvent(event);
+    m_ages.cancel();
+    // A panel opens at its top.
+    m_viewport->scrollToTop();
 }
 
 /// The wheel also scrolls from beside the list, where the pointer rests when the panel has opened.

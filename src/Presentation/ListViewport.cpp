@@ -1,10 +1,8 @@
 #include "Presentation/ListViewport.h"
 
-#include "Presentation/ActivateLayouts.h"
 #include "Presentation/EdgeFade.h"
+#include "Presentation/RowList.h"
 
-#include <QEvent>
-#include <QLayout>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -18,29 +16,46 @@ constexpr int notchHeight = 48;
 
 } // namespace
 
-ListViewport::ListViewport(QWidget *parent)
-    : QWidget(parent), m_content(new QWidget(this)),
+ListViewport::ListViewport(Scheduler &scheduler, QWidget *parent)
+    : QWidget(parent), m_rows(new RowList(scheduler, this)),
       m_topFade(new EdgeFade(EdgeFade::Edge::top, this)),
       m_bottomFade(new EdgeFade(EdgeFade::Edge::bottom, this)) {
-    m_content->installEventFilter(this);
+    connect(m_rows, &RowList::heightsChanged, this, &ListViewport::heightsChanged);
 }
 
-int ListViewport::contentHeight(int width) const {
-    activateLayouts(*m_content);
-    const QLayout *layout = m_content->layout();
-    return layout->hasHeightForWidth() ? layout->totalHeightForWidth(width)
-                                       : layout->totalSizeHint().height();
+int ListViewport::contentHeight(int width, int limit) {
+    return m_rows->layOut(width, 0, limit);
 }
 
 void ListViewport::refresh() {
-    const int whole = std::max(height(), contentHeight(width()));
-    m_offset = std::clamp(m_offset, 0, whole - height());
-    m_content->setGeometry(0, -m_offset, width(), whole);
-    m_content->layout()->activate();
+    layOut(m_rows->anchor(m_offset));
+}
+
+/// The anchor keeps its distance from what is in sight, so that a list that is scrolled stays put
+/// when something changes above of that.
+void ListViewport::layOut(std::optional<qsizetype> anchor) {
+    const int before = anchor ? m_rows->top(*anchor) : 0;
+    m_whole = m_rows->layOut(width(), m_offset, m_offset + height());
+    if (anchor) {
+        const int shift = m_rows->top(*anchor) - before;
+        m_offset += shift;
+        m_rows->shiftStart(shift);
+    }
+    m_offset = std::clamp(m_offset, 0, std::max(0, m_whole - height()));
+    m_whole = m_rows->layOut(width(), m_offset, m_offset + height());
+    m_rows->setGeometry(0, -m_offset, width(), std::max(m_whole, height()));
     m_topFade->setGeometry(0, 0, width(), fadeHeight);
     m_topFade->setVisible(m_offset > 0);
     m_bottomFade->setGeometry(0, height() - fadeHeight, width(), fadeHeight);
-    m_bottomFade->setVisible(m_offset + height() < whole);
+    m_bottomFade->setVisible(m_offset + height() < m_whole);
+}
+
+void ListViewport::heightsChanged() {
+    const int before = m_whole;
+    refresh();
+    if (m_whole != before) {
+        emit contentResized();
+    }
 }
 
 void ListViewport::resizeEvent(QResizeEvent *) {
@@ -49,18 +64,18 @@ void ListViewport::resizeEvent(QResizeEvent *) {
 
 void ListViewport::scroll(QWheelEvent &event) {
     // A notch of a wheel is 120 units.
+    const auto anchor = m_rows->anchor(m_offset);
     const QPoint pixels = event.pixelDelta();
     m_offset -= pixels.isNull() ? event.angleDelta().y() * notchHeight / 120 : pixels.y();
-    refresh();
+    layOut(anchor);
+    m_rows->abandonEditingOutside(m_offset, m_offset + height());
+    m_rows->followPointer();
     event.accept();
 }
 
-bool ListViewport::eventFilter(QObject *watched, QEvent *event) {
-    if (event->type() == QEvent::LayoutRequest) {
-        refresh();
-        emit contentResized();
-    }
-    return QWidget::eventFilter(watched, event);
+void ListViewport::scrollToTop() {
+    m_offset = 0;
+    layOut(std::nullopt);
 }
 
 } // namespace morvane

@@ -2,9 +2,13 @@
 
 #include <QWidget>
 
+#include <optional>
+
 namespace morvane {
 
 class EdgeFade;
+class RowList;
+class Scheduler;
 
 /// Shows as much of a taller list as fits, and scrolls it with the wheel, without any bars: the
 /// list fades out where it goes on. It is laid out at once when its content or the viewport
@@ -13,18 +17,19 @@ class ListViewport : public QWidget {
     Q_OBJECT
 
 public:
-    explicit ListViewport(QWidget *parent);
+    ListViewport(Scheduler &scheduler, QWidget *parent);
 
-    /// The list; its layout decides on the height.
-    QWidget &content() const { return *m_content; }
+    RowList &rows() const { return *m_rows; }
 
-    /// The height at which the list shows whole at this width.
-    int contentHeight(int width) const;
+    /// The height at which the list shows whole at this width; for one that is taller than the
+    /// limit it may be a guess.
+    int contentHeight(int width, int limit);
 
     /// Lays the list out anew.
     void refresh();
 
     void scroll(QWheelEvent &event);
+    void scrollToTop();
 
 signals:
     /// Something in the list has changed its size by itself.
@@ -33,13 +38,16 @@ signals:
 protected:
     void resizeEvent(QResizeEvent *event) override;
     void wheelEvent(QWheelEvent *event) override { scroll(*event); }
-    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    QWidget *m_content;
+    void heightsChanged();
+    void layOut(std::optional<qsizetype> anchor);
+
+    RowList *m_rows;
     EdgeFade *m_topFade;
     EdgeFade *m_bottomFade;
     int m_offset = 0; ///< how far the list is scrolled up
+    int m_whole = 0;  ///< the height of the list
 };
 
 } // namespace morvane

@@ -20,6 +20,7 @@ struct PanelContext {
     InlineEditing &editing;
     PixelTimeline &timeline;
     PanelActions actions;
+    bool showsDigitShortcuts = false; ///< whether the digit keys work, so that the rows name them
 };
 
 } // namespace morvane

@@ -1,56 +1,51 @@
 #include "Presentation/SessionRow.h"
 
-#include "Presentation/AgentBadge.h"
+#include "Core/HostApp.h"
+#include "Core/SessionStore.h"
 #include "Presentation/ApprovalStrip.h"
 #include "Presentation/Colors.h"
 #include "Presentation/ExternalStrip.h"
+#include "Presentation/NameLine.h"
 #include "Presentation/PanelContext.h"
-#include "Presentation/PixelAnimator.h"
+#include "Presentation/PixelFrameView.h"
 #include "Presentation/QuestionStrip.h"
+#include "Presentation/ReplyStrip.h"
 #include "Presentation/SessionMetaLine.h"
 #include "Presentation/SessionSubtitle.h"
 #include "Presentation/SubagentList.h"
 #include "Presentation/TextLabel.h"
 #include "Presentation/Typography.h"
 
-#include <QCursor>
 #include <QHBoxLayout>
-#include <QPainter>
 
 namespace morvane {
 
 namespace {
 
 constexpr double markPixel = 2;
-constexpr double cornerRadius = 9;
 
 } // namespace
 
 SessionRow::SessionRow(const PanelContext &context, QWidget *parent)
-    : QAbstractButton(parent), m_scheduler(context.scheduler),
-      m_mark(new PixelAnimator(context, markPixel, this)),
-      m_name(new TextLabel(Typography::text(Typography::nameSize, QFont::DemiBold),
-                           Colors::primaryText, 1, this)),
-      m_agent(new AgentBadge(this)),
-      m_status(new TextLabel(Typography::text(Typography::secondarySize), Colors::secondaryText, 1,
-                             this)),
+    : ListRow(context, Colors::primaryText, parent), m_mark(new PixelFrameView(markPixel, this)),
+      m_agent(new Badge(this)), m_status(new TextLabel(Typography::text(Typography::secondarySize),
+                                                       Colors::secondaryText, 1, this)),
       m_detail(new TextLabel(Typography::text(Typography::secondarySize), Colors::tertiaryText, 1,
                              this)),
       m_meta(new SessionMetaLine(this)), m_subagents(new SubagentList(this)) {
-    setFocusPolicy(Qt::NoFocus);
-    // A button's own policy is a fixed height, which would cut off text of several lines.
-    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
-    setAttribute(Qt::WA_Hover);
     arrange();
-    connect(this, &SessionRow::clicked, this, [this] { emit selected(m_session); });
+    connect(this, &SessionRow::clicked, this, &SessionRow::select);
+    connect(&nameLine(), &NameLine::renamed, this, [this](const QString &name) {
+        this->context().actions.onRenameCommit(m_session.cwd, name);
+    });
 }
 
 void SessionRow::arrange() {
     auto *row = new QHBoxLayout(this);
-    row->setContentsMargins(10, 8, 10, 8);
+    row->setContentsMargins(10, 6, 10, 8);
     row->setSpacing(11);
     auto *mark = new QVBoxLayout;
-    mark->setContentsMargins(0, 1, 0, 0);
+    mark->setContentsMargins(0, 3, 0, 0);
     mark->addWidget(m_mark);
     mark->addStretch();
     row->addLayout(mark);
@@ -58,12 +53,8 @@ void SessionRow::arrange() {
     m_column = new QVBoxLayout;
     m_column->setSpacing(2);
     row->addLayout(m_column, 1);
-    auto *title = new QHBoxLayout;
-    title->setSpacing(7);
-    title->addWidget(m_name);
-    title->addWidget(m_agent);
-    title->addStretch();
-    m_column->addLayout(title);
+    nameLine().addBadge(*m_agent);
+    m_column->addWidget(&nameLine());
     auto *subtitle = new QHBoxLayout;
     subtitle->setSpacing(0);
     subtitle->addWidget(m_status);
@@ -85,13 +76,18 @@ void SessionRow::setSession(const Session &session, Details details) {
 }
 
 void SessionRow::showMain(Details details) {
-    m_mark->setMode({m_session.state}, m_session.stateChangedAt);
-    m_name->setText(m_session.displayName());
-    m_agent->setAgent(details.testFlag(Detail::showsAgent) ? std::optional(m_session.agent)
-                                                           : std::nullopt);
+    const StateMark mark = StateMark::of(m_session.state);
+    m_mark->setFrame(mark.frame, mark.color);
+    nameLine().setName(m_session.displayName());
+    nameLine().setRenamable(context().actions.onRenameCommit && !m_session.cwd.isEmpty());
+    m_agent->setContent(details.testFlag(Detail::showsAgent) ? displayName(m_session.agent)
+                                                             : QString(),
+                        Colors::white(0.5));
     const SessionSubtitle subtitle = SessionSubtitle::of(m_session);
-    m_status->setText(subtitle.status);
-    m_detail->setText(subtitle.text().mid(subtitle.status.size()));
+    // The separator stays with the status, for the detail may read from right to left.
+    const bool hasDetail = !subtitle.detail.isEmpty();
+    m_status->setText(hasDetail ? subtitle.status + SessionSubtitle::separator : subtitle.status);
+    m_detail->setText(subtitle.detail);
     m_meta->setSession(m_session);
     m_subagents->setSubagents(m_session.subagents);
     setAccessibleName(m_session.displayName() + QStringLiteral(", ") + subtitle.text());
@@ -99,19 +95,7 @@ void SessionRow::showMain(Details details) {
 
 void SessionRow::showStrip(Details details) {
     QWidget *const before = m_strip;
-    const bool showsShortcuts = details.testFlag(Detail::showsShortcuts);
-    if (m_session.pendingApproval) {
-        approvalStrip().setApproval(*m_session.pendingApproval, showsShortcuts);
-        m_strip = m_approval;
-    } else if (m_session.pendingQuestion) {
-        questionStrip().setQuestion(*m_session.pendingQuestion, showsShortcuts);
-        m_strip = m_question;
-    } else if (m_session.pendingExternalResponse) {
-        externalStrip().setSession(m_session);
-        m_strip = m_external;
-    } else {
-        m_strip = nullptr;
-    }
+    m_strip = stripFor(details.testFlag(Detail::showsShortcuts));
     if (before != nullptr && before != m_strip) {
         before->hide();
     }
@@ -120,25 +104,58 @@ void SessionRow::showStrip(Details details) {
     }
 }
 
+QWidget *SessionRow::stripFor(bool showsShortcuts) {
+    if (m_session.pendingApproval) {
+        approvalStrip().setApproval(*m_session.pendingApproval, showsShortcuts);
+        return m_approval;
+    }
+    if (m_session.pendingQuestion) {
+        questionStrip().setQuestion(*m_session.pendingQuestion, showsShortcuts);
+        return m_question;
+    }
+    if (m_session.pendingExternalResponse) {
+        externalStrip().setSession(m_session);
+        return m_external;
+    }
+    return takesReplies() ? &replyStrip() : nullptr;
+}
+
+/// Only into a tmux pane and into iTerm2 can be typed.
+bool SessionRow::takesReplies() const {
+    const bool isFinished =
+        m_session.state == SessionState::done || m_session.state == SessionState::failed;
+    return isFinished && context().actions.onReply &&
+           (m_session.pane.tmux ||
+            HostApp::bundleID(m_session.hostBundleID, m_session.termProgram) ==
+                u"com.googlecode.iterm2");
+}
+
+void SessionRow::select() {
+    if (context().actions.onSelect) {
+        context().actions.onSelect(m_session);
+    }
+}
+
 // A strip is made when it is first called for: most rows never need one.
 
 ApprovalStrip &SessionRow::approvalStrip() {
     if (m_approval == nullptr) {
-        m_approval = new ApprovalStrip(m_scheduler, this);
+        m_approval = new ApprovalStrip(context().scheduler, this);
         m_column->addWidget(m_approval);
-        connect(m_approval, &ApprovalStrip::decided, this,
-                [this](const AgentDecision &decision) { emit decided(m_session.id, decision); });
+        connect(m_approval, &ApprovalStrip::decided, this, [this](const AgentDecision &decision) {
+            context().store.decide(m_session.id, decision);
+        });
     }
     return *m_approval;
 }
 
 QuestionStrip &SessionRow::questionStrip() {
     if (m_question == nullptr) {
-        m_question = new QuestionStrip(m_scheduler, this);
+        m_question = new QuestionStrip(context().scheduler, this);
         m_column->addWidget(m_question);
         connect(m_question, &QuestionStrip::answered, this,
                 [this](const QString &question, const QString &option) {
-                    emit answered(m_session.id, question, option);
+                    context().store.answer(m_session.id, question, option);
                 });
     }
     return *m_question;
@@ -148,43 +165,36 @@ ExternalStrip &SessionRow::externalStrip() {
     if (m_external == nullptr) {
         m_external = new ExternalStrip(this);
         m_column->addWidget(m_external);
-        connect(m_external, &ExternalStrip::answerRequested, this,
-                [this] { emit selected(m_session); });
+        connect(m_external, &ExternalStrip::answerRequested, this, &SessionRow::select);
     }
     return *m_external;
+}
+
+ReplyStrip &SessionRow::replyStrip() {
+    if (m_reply == nullptr) {
+        m_reply = new ReplyStrip(context(), this);
+        m_column->addWidget(m_reply);
+        connect(m_reply, &ReplyStrip::replied, this,
+                [this](const QString &text) { context().actions.onReply(m_session, text); });
+    }
+    return *m_reply;
+}
+
+bool SessionRow::isEditing() const {
+    return ListRow::isEditing() || (m_reply != nullptr && m_reply->isReplying());
+}
+
+void SessionRow::abandonEditing() {
+    ListRow::abandonEditing();
+    if (m_reply != nullptr) {
+        m_reply->abandonReply();
+    }
 }
 
 bool SessionRow::hitButton(const QPoint &position) const {
     // A press that just misses a button of the strip must not take the person to the terminal.
     const bool isInStrip = m_strip != nullptr && position.y() >= m_strip->y();
-    return !isInStrip && QAbstractButton::hitButton(position);
-}
-
-void SessionRow::moveEvent(QMoveEvent *event) {
-    QAbstractButton::moveEvent(event);
-    if (!underMouse()) {
-        return;
-    }
-    // Qt looks for the pointer when that moves, not when a row moves away from under it.
-    const QPoint pointer = QCursor::pos();
-    QList<QAbstractButton *> buttons = findChildren<QAbstractButton *>();
-    buttons.append(this);
-    for (QAbstractButton *button : std::as_const(buttons)) {
-        button->setAttribute(Qt::WA_UnderMouse,
-                             button->rect().contains(button->mapFromGlobal(pointer)));
-        button->update();
-    }
-}
-
-void SessionRow::paintEvent(QPaintEvent *) {
-    if (!underMouse()) {
-        return;
-    }
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(isDown() ? Colors::rowPressed : Colors::rowHover);
-    painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+    return !isInStrip && ListRow::hitButton(position);
 }
 
 } // namespace morvane

@@ -2,8 +2,7 @@
 
 #include "Core/AgentDecision.h"
 #include "Core/Session.h"
-
-#include <QAbstractButton>
+#include "Presentation/ListRow.h"
 
 class QVBoxLayout;
 
@@ -15,7 +14,7 @@ class ExternalStrip;
 struct PanelContext;
 class PixelAnimator;
 class QuestionStrip;
-class Scheduler;
+class ReplyStrip;
 class SessionMetaLine;
 class SubagentList;
 class TextLabel;
@@ -23,7 +22,7 @@ class TextLabel;
 /// One live session in the panel: its state, its name and what it is doing, and below that the
 /// strip for whatever it waits for. A row stays with its session and is brought up to date in
 /// place, so that nothing vanishes under a press because another session has changed.
-class SessionRow : public QAbstractButton {
+class SessionRow : public ListRow {
     Q_OBJECT
 
 public:
@@ -33,37 +32,35 @@ public:
     };
     Q_DECLARE_FLAGS(Details, Detail)
 
+    /// The context outlives the row, which hands on to it what a person wants.
     SessionRow(const PanelContext &context, QWidget *parent);
 
     void setSession(const Session &session, Details details);
     const Session &session() const { return m_session; }
 
-signals:
-    /// The person wants to go to the session.
-    void selected(const morvane::Session &session);
-    void decided(const QString &sessionID, const morvane::AgentDecision &decision);
-    void answered(const QString &sessionID, const QString &question, const QString &option);
+    bool isEditing() const override;
+    void abandonEditing() override;
 
 protected:
-    void moveEvent(QMoveEvent *event) override;
-    void paintEvent(QPaintEvent *event) override;
     bool hitButton(const QPoint &position) const override;
 
 private:
     void arrange();
     void showMain(Details details);
     void showStrip(Details details);
+    QWidget *stripFor(bool showsShortcuts);
+    bool takesReplies() const;
+    void select();
     ApprovalStrip &approvalStrip();
     QuestionStrip &questionStrip();
     ExternalStrip &externalStrip();
+    ReplyStrip &replyStrip();
 
-    Scheduler &m_scheduler;
     Session m_session;
     Details m_details;
     bool m_isFilled = false;
-    PixelAnimator *m_mark;
-    TextLabel *m_name;
-    AgentBadge *m_agent;
+    PixelFrameView *m_mark;
+    Badge *m_agent;
     TextLabel *m_status;
     TextLabel *m_detail;
     SessionMetaLine *m_meta;
@@ -73,6 +70,7 @@ private:
     ApprovalStrip *m_approval = nullptr;
     QuestionStrip *m_question = nullptr;
     ExternalStrip *m_external = nullptr;
+    ReplyStrip *m_reply = nullptr;
 };
 
 Q_DECLARE_OPERATORS_FOR_FLAGS(SessionRow::Details)

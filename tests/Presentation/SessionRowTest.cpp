@@ -5,8 +5,11 @@
 #include "Presentation/Colors.h"
 #include "Presentation/Countdown.h"
 #include "Presentation/DecideButton.h"
+#include "Presentation/InlineNameField.h"
 #include "Presentation/OptionButton.h"
+#include "Presentation/PencilButton.h"
 
+#include <QCoreApplication>
 #include <QLayout>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -19,15 +22,18 @@ namespace {
 class SessionRowTest : public PanelFixture {
 protected:
     SessionRowTest() {
-        QObject::connect(&row, &SessionRow::selected, &row,
-                         [this](const Session &session) { selections.append(session.id); });
-        QObject::connect(
-            &row, &SessionRow::decided, &row,
-            [this](const QString &, const AgentDecision &decision) { decisions.append(decision); });
-        QObject::connect(&row, &SessionRow::answered, &row,
-                         [this](const QString &, const QString &question, const QString &option) {
-                             answers.append(question + QStringLiteral("=") + option);
-                         });
+        context.actions.onSelect = [this](const Session &session) {
+            selections.append(session.id);
+        };
+        context.actions.onRenameCommit = [this](const QString &cwd, const QString &name) {
+            names.append(cwd + QStringLiteral("=") + name);
+        };
+        context.actions.onReply = [this](const Session &, const QString &text) {
+            replies.append(text);
+        };
+        store.resolveDecision = [this](const QString &, const AgentDecision &decision) {
+            decisions.append(decision);
+        };
     }
 
     void show(SessionRow::Details details = {}) {
@@ -62,9 +68,18 @@ protected:
         return result;
     }
 
+    PencilButton &pencil() const { return *row.findChild<PencilButton *>(); }
+
+    /// The text field that is open; none once the event that has closed it is over.
+    InlineNameField *field() const {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return row.findChild<InlineNameField *>();
+    }
+
     QStringList selections;
+    QStringList names;
+    QStringList replies;
     QList<AgentDecision> decisions;
-    QStringList answers;
     SessionRow row{context, nullptr};
 };
 
@@ -74,6 +89,7 @@ TEST_F(SessionRowTest, RefusesFirstThenAllowsThenAllowsForGood) {
     ASSERT_EQ(titles<DecideButton>(), QStringList({"Deny", "Allow", "Always"}));
     for (DecideButton *button : buttons<DecideButton>()) {
         button->click();
+        apply(EventBuilder::parked("d"));
     }
     EXPECT_EQ(decisions, QList<AgentDecision>(
                              {AgentDecision::deny(), AgentDecision::allow(),
@@ -90,11 +106,12 @@ TEST_F(SessionRowTest, AsksOneQuestionAfterTheOther) {
     show();
     ASSERT_EQ(titles<OptionButton>(), QStringList({"Yes", "No"}));
     buttons<OptionButton>()[1]->click();
-    store.answer("s", "First?", "No");
+    EXPECT_TRUE(decisions.isEmpty());
     show();
     ASSERT_EQ(titles<OptionButton>(), QStringList({"Yes", "No"}));
     buttons<OptionButton>()[0]->click();
-    EXPECT_EQ(answers, QStringList({"First?=No", "Second?=Yes"}));
+    EXPECT_EQ(decisions, QList<AgentDecision>(
+                             {AgentDecision::answer({{"First?", "No"}, {"Second?", "Yes"}})}));
 }
 
 TEST_F(SessionRowTest, LeadsToTheSessionButNotFromBesideAButton) {
@@ -134,6 +151,95 @@ TEST_F(SessionRowTest, CountsDownWhileOnScreenAndWarnsAtTheEnd) {
     scheduler.advance(Seconds(20));
     EXPECT_EQ(countdown->text(), "0s");
     EXPECT_EQ(ticksWithin(Seconds(8)), 0);
+}
+
+TEST_F(SessionRowTest, ThePencilTurnsTheNameIntoAFieldThatOutlivesAnUpdate) {
+    apply(EventBuilder(Event::promptSubmit).with(&HookEvent::cwd, QString("/work/folder")));
+    show();
+    const int height = row.sizeHint().height();
+    pencil().click();
+    ASSERT_TRUE(field());
+    EXPECT_EQ(field()->text(), "folder");
+    EXPECT_EQ(row.sizeHint().height(), height);
+    QTest::keyClicks(field(), "mine");
+    apply(EventBuilder(Event::toolUse).tool("Edit"));
+    store.renameCwd("/work/folder", QString("elsewhere"));
+    show();
+    EXPECT_EQ(field()->text(), "mine");
+    QTest::keyClick(field(), Qt::Key_Return);
+    EXPECT_EQ(names, QStringList({"/work/folder=mine"}));
+    EXPECT_FALSE(field());
+    EXPECT_EQ(editing.count(), 0);
+
+    // A click that takes the focus away closes the field and does no more.
+    pencil().click();
+    QTest::mouseClick(&row, Qt::LeftButton, {}, QPoint(300, 35));
+    EXPECT_EQ(names.size(), 2);
+    EXPECT_TRUE(selections.isEmpty());
+    EXPECT_FALSE(field());
+    QTest::mouseClick(&row, Qt::LeftButton, {}, QPoint(300, 35));
+    EXPECT_EQ(selections.size(), 1);
+}
+
+TEST_F(SessionRowTest, OffersNoPencilForWhatHasNoFolder) {
+    apply(Event::promptSubmit);
+    show();
+    EXPECT_FALSE(pencil().isVisible());
+    apply(EventBuilder(Event::promptSubmit).with(&HookEvent::cwd, QString("/work/folder")));
+    show();
+    EXPECT_TRUE(pencil().isVisible());
+}
+
+TEST_F(SessionRowTest, OffersAReplyOnlyWhereItCanBeTyped) {
+    apply(Event::promptSubmit);
+    apply(Event::turnEnd);
+    Session session = store.sessions().value("s");
+    session.hostBundleID = "net.kovidgoyal.kitty";
+    const auto offered = [&] {
+        row.setSession(session, {});
+        row.show();
+        return titles<DecideButton>() == QStringList({" Reply"});
+    };
+    EXPECT_FALSE(offered());
+    session.pane.tmux = "%1";
+    EXPECT_TRUE(offered());
+    session.state = SessionState::working;
+    EXPECT_FALSE(offered());
+    session.state = SessionState::failed;
+    session.pane.tmux = std::nullopt;
+    session.hostBundleID = "com.googlecode.iterm2";
+    EXPECT_TRUE(offered());
+    context.actions.onReply = nullptr;
+    session.state = SessionState::done;
+    EXPECT_FALSE(offered());
+}
+
+TEST_F(SessionRowTest, SendsWhatIsTypedAndNothingElse) {
+    PaneLocator pane;
+    pane.tmux = "%1";
+    apply(EventBuilder(Event::turnEnd).with(&HookEvent::pane, pane));
+    const auto type = [this](const QString &text, Qt::Key key) {
+        show();
+        buttons<DecideButton>().first()->click();
+        QTest::keyClicks(field(), text);
+        QFocusEvent blur(QEvent::FocusOut, Qt::OtherFocusReason);
+        QCoreApplication::sendEvent(field(), &blur);
+        QTest::mouseClick(&row, Qt::LeftButton, {}, QPoint(300, 12));
+        QTest::keyClick(field(), key);
+        EXPECT_FALSE(field());
+    };
+    type("dropped", Qt::Key_Escape);
+    type("  ", Qt::Key_Return);
+    EXPECT_TRUE(replies.isEmpty());
+    type("go on", Qt::Key_Return);
+    EXPECT_EQ(replies, QStringList({"go on"}));
+    EXPECT_TRUE(selections.isEmpty());
+
+    buttons<DecideButton>().first()->click();
+    apply(Event::promptSubmit);
+    show();
+    EXPECT_FALSE(field());
+    EXPECT_EQ(editing.count(), 0);
 }
 
 } // namespace

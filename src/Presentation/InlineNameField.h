@@ -1,0 +1,62 @@
+#pragma once
+
+#include "Platform/Task.h"
+
+#include <QLineEdit>
+
+#include <memory>
+
+namespace morvane {
+
+class InlineEditing;
+class KeyWindowActivator;
+struct PanelContext;
+
+/// A text field that stands in a row for as long as somebody types in it. Return commits, Escape
+/// cancels, and so does whatever takes it off the screen; the first of them settles it, and then
+/// it goes away by itself. While it is open it counts as editing and has the keyboard.
+class InlineNameField : public QLineEdit {
+    Q_OBJECT
+
+public:
+    struct Setup {
+        QString initial;
+        QString placeholder;
+        bool commitsOnBlur = false; ///< whether a loss of the focus commits as well
+    };
+
+    InlineNameField(const Setup &setup, const PanelContext &context, QWidget *parent);
+    ~InlineNameField() override;
+
+    /// Goes away without a commit, unless it is settled.
+    void abandon();
+
+signals:
+    void commit(const QString &text);
+    void cancel();
+
+    /// Keys can't reach the window in which the field stands.
+    void keyboardRefused();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    enum class Outcome { committed, cancelled };
+
+    void settle(Outcome outcome);
+    void leave();
+
+    InlineEditing &m_editing;
+    const bool m_commitsOnBlur;
+    bool m_settled = false;
+    bool m_counts = true; ///< as editing
+    std::unique_ptr<KeyWindowActivator> m_activator;
+    Task m_focus;
+};
+
+} // namespace morvane

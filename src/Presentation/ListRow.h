@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QAbstractButton>
+
+#include <optional>
+
+namespace morvane {
+
+class NameLine;
+struct PanelContext;
+
+/// What the rows of the panel have in common: a click on them, the ground that shows the pointer,
+/// and a name that can be edited.
+class ListRow : public QAbstractButton {
+    Q_OBJECT
+
+public:
+    /// Whether a text field is open in the row.
+    virtual bool isEditing() const;
+
+    /// Closes it; what has been typed is dropped.
+    virtual void abandonEditing();
+
+    /// Tells a row that may have moved where the pointer is on the desktop, or that it is on none
+    /// of the rows. Qt looks for the pointer when that moves, not when a row moves under it.
+    void followPointer(std::optional<QPoint> pointer);
+
+protected:
+    ListRow(const PanelContext &context, const QColor &nameColor, QWidget *parent);
+
+    NameLine &nameLine() const { return *m_nameLine; }
+    const PanelContext &context() const { return m_context; }
+
+    bool hitButton(const QPoint &position) const override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    const PanelContext &m_context;
+    NameLine *m_nameLine;
+};
+
+} // namespace morvane

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+
+class QHBoxLayout;
+
+namespace morvane {
+
+class InlineNameField;
+class PencilButton;
+class TextLabel;
+struct PanelContext;
+
+/// The first line of a row: the name, badges, and the pencil, which turns the name into a text
+/// field. Of the same height with the field as without.
+class NameLine : public QWidget {
+    Q_OBJECT
+
+public:
+    /// The context outlives the line.
+    NameLine(const PanelContext &context, const QColor &color, QWidget &row);
+
+    /// Leaves a field that is open as it is.
+    void setName(const QString &name);
+    void setRenamable(bool isRenamable);
+
+    /// Puts something behind the name.
+    void addBadge(QWidget &badge);
+
+    /// True until the event that has closed the field is over.
+    bool isEditing() const { return !m_field.isNull(); }
+    void abandonEditing();
+
+signals:
+    void renamed(const QString &name);
+
+private:
+    void beginEditing();
+    void endEditing();
+
+    const PanelContext &m_context;
+    TextLabel *m_name;
+    PencilButton *m_pencil;
+    QHBoxLayout *m_line;
+    bool m_isRenamable = false;
+    QPointer<InlineNameField> m_field;
+};
+
+} // namespace morvane

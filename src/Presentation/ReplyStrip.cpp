@@ -1,0 +1,53 @@
+#include "Presentation/ReplyStrip.h"
+
+#include "Presentation/Colors.h"
+#include "Presentation/DecideButton.h"
+#include "Presentation/InlineNameField.h"
+#include "Presentation/Typography.h"
+
+#include <QVBoxLayout>
+
+namespace morvane {
+
+ReplyStrip::ReplyStrip(const PanelContext &context, QWidget *parent)
+    : QWidget(parent), m_context(context),
+      m_affordance(new DecideButton(tr(" Reply"), Colors::white(0.7), this)) {
+    m_affordance->setLeadingImage(SystemImage::arrowTurnUpLeft);
+    connect(m_affordance, &DecideButton::clicked, this, &ReplyStrip::open);
+    auto *strip = new QVBoxLayout(this);
+    strip->setContentsMargins(0, 8, 0, 2);
+    strip->addWidget(m_affordance);
+}
+
+void ReplyStrip::abandonReply() {
+    if (m_field) {
+        m_field->abandon();
+    }
+}
+
+void ReplyStrip::open() {
+    if (m_field) {
+        return;
+    }
+    m_field = new InlineNameField({.initial = {}, .placeholder = tr("Type a follow-up…")},
+                                  m_context, this);
+    m_field->setFont(Typography::text(Typography::bodySize));
+    m_field->setFixedHeight(m_affordance->sizeHint().height());
+    connect(m_field, &InlineNameField::commit, this, [this](const QString &text) {
+        close();
+        if (!text.trimmed().isEmpty()) {
+            emit replied(text);
+        }
+    });
+    connect(m_field, &InlineNameField::cancel, this, &ReplyStrip::close);
+    m_affordance->hide();
+    layout()->addWidget(m_field);
+    m_field->show();
+}
+
+void ReplyStrip::close() {
+    layout()->removeWidget(m_field);
+    m_affordance->show();
+}
+
+} // namespace morvane
