@@ -51,9 +51,8 @@ int DecideButton::digitSpace() const {
 
 QSize DecideButton::sizeHint() const {
     int content = fontMetrics().horizontalAdvance(text()) + digitSpace();
-    for (const auto &image : {m_leadingImage, m_trailingImage}) {
-        content += image ? imageSide + imageGap : 0;
-    }
+    content += m_leadingImage ? imageSide : 0;
+    content += m_trailingImage ? imageSide + imageGap : 0;
     return {content + 2 * buttonPadding, buttonHeight};
 }
 
@@ -73,7 +72,7 @@ void DecideButton::paintEvent(QPaintEvent *) {
     QRectF picture(content.left(), (height() - imageSide) / 2.0, imageSide, imageSide);
     if (m_leadingImage) {
         morvane::paint(painter, *m_leadingImage, picture, m_tint);
-        content.setLeft(content.left() + imageSide + imageGap);
+        content.setLeft(content.left() + imageSide);
     }
     painter.setPen(m_tint);
     painter.drawText(content, Qt::AlignVCenter | Qt::AlignLeft, text());

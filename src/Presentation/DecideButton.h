@@ -19,7 +19,7 @@ public:
 
     void setTitle(const QString &title);
 
-    /// Puts a small picture before the title.
+    /// Puts a small picture right before the title, which may begin with a blank.
     void setLeadingImage(SystemImage image) { m_leadingImage = image; }
 
     /// Puts a small picture behind the title.

@@ -12,6 +12,7 @@ namespace morvane {
 namespace {
 
 constexpr int lineHeight = 20;
+constexpr int fieldWidth = 260;
 
 } // namespace
 
@@ -57,7 +58,7 @@ void NameLine::beginEditing() {
         .initial = m_name->text(), .placeholder = tr("session"), .commitsOnBlur = true};
     m_field = new InlineNameField(setup, m_context, this);
     m_field->setFont(m_name->font());
-    m_field->setFixedHeight(lineHeight);
+    m_field->setFixedSize(fieldWidth, lineHeight);
     connect(m_field, &InlineNameField::commit, this, [this](const QString &name) {
         endEditing();
         emit renamed(name);
@@ -65,7 +66,7 @@ void NameLine::beginEditing() {
     connect(m_field, &InlineNameField::cancel, this, &NameLine::endEditing);
     m_name->hide();
     m_pencil->hide();
-    m_line->insertWidget(0, m_field, 1);
+    m_line->insertWidget(0, m_field);
     m_field->show();
 }
 

@@ -23,6 +23,7 @@ namespace morvane {
 namespace {
 
 constexpr double markPixel = 2;
+constexpr int separatorGap = 3;
 
 } // namespace
 
@@ -56,7 +57,7 @@ void SessionRow::arrange() {
     nameLine().addBadge(*m_agent);
     m_column->addWidget(&nameLine());
     auto *subtitle = new QHBoxLayout;
-    subtitle->setSpacing(0);
+    subtitle->setSpacing(separatorGap);
     subtitle->addWidget(m_status);
     subtitle->addWidget(m_detail, 1);
     m_column->addLayout(subtitle);
@@ -86,7 +87,7 @@ void SessionRow::showMain(Details details) {
     const SessionSubtitle subtitle = SessionSubtitle::of(m_session);
     // The separator stays with the status, for the detail may read from right to left.
     const bool hasDetail = !subtitle.detail.isEmpty();
-    m_status->setText(hasDetail ? subtitle.status + SessionSubtitle::separator : subtitle.status);
+    m_status->setText(hasDetail ? subtitle.status + QStringLiteral(" ·") : subtitle.status);
     m_detail->setText(subtitle.detail);
     m_meta->setSession(m_session);
     m_subagents->setSubagents(m_session.subagents);

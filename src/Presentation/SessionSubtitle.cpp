@@ -54,7 +54,7 @@ SessionSubtitle SessionSubtitle::of(const Session &session) {
 }
 
 QString SessionSubtitle::text() const {
-    return detail.isEmpty() ? status : status + separator + detail;
+    return detail.isEmpty() ? status : status + QStringLiteral(" · ") + detail;
 }
 
 } // namespace morvane

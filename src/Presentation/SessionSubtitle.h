@@ -12,8 +12,6 @@ struct SessionSubtitle {
     Q_DECLARE_TR_FUNCTIONS(SessionSubtitle)
 
 public:
-    static inline const QString separator = QStringLiteral(" · ");
-
     QString status;
     QString detail; ///< empty when there is no more to say
 

@@ -110,13 +110,15 @@ void TextLabel::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setPen(m_color);
     painter.setLayoutDirection(Qt::LayoutDirectionAuto);
-    QRect line = contentsRect();
-    line.setHeight(fontMetrics().lineSpacing());
-    const int horizontal = static_cast<int>(alignment() & Qt::AlignHorizontal_Mask);
-    for (const QString &text : lines(line.width())) {
-        painter.drawText(line, horizontal | Qt::AlignTop | Qt::AlignAbsolute | Qt::TextSingleLine,
-                         text);
-        line.translate(0, line.height());
+    // By the baseline, which would move with the letters of another font in a box of text.
+    const QRect area = contentsRect();
+    QPoint start(area.left(), area.top() + fontMetrics().ascent());
+    for (const QString &text : lines(area.width())) {
+        if (alignment().testFlag(Qt::AlignHCenter)) {
+            start.setX(area.left() + (area.width() - fontMetrics().horizontalAdvance(text)) / 2);
+        }
+        painter.drawText(start, text);
+        start.ry() += fontMetrics().lineSpacing();
     }
 }
 

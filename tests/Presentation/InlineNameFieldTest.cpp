@@ -55,11 +55,12 @@ protected:
         EXPECT_TRUE(field.isNull());
     }
 
-    KeyablePanel panel;
-    QPointer<InlineNameField> field;
     bool givesKeyboard = true;
     bool hasKeyboard = false;
     QStringList outcomes;
+    // Last, since what is open in it is told of its end.
+    KeyablePanel panel;
+    QPointer<InlineNameField> field;
 };
 
 TEST_F(InlineNameFieldTest, ReturnCommitsWhatIsTypedOverTheSelectedName) {
