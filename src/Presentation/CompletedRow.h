@@ -8,6 +8,7 @@
 namespace morvane {
 
 class AgentBadge;
+class Badge;
 class PixelFrameView;
 class TextLabel;
 
@@ -36,7 +37,7 @@ private:
 
     CompletedRecord m_record;
     PixelFrameView *m_mark;
-    Badge *m_agent;
+    AgentBadge *m_agent;
     Badge *m_digit;
     TextLabel *m_subtitle;
 };

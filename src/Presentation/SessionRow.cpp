@@ -2,12 +2,13 @@
 
 #include "Core/HostApp.h"
 #include "Core/SessionStore.h"
+#include "Presentation/AgentBadge.h"
 #include "Presentation/ApprovalStrip.h"
 #include "Presentation/Colors.h"
 #include "Presentation/ExternalStrip.h"
 #include "Presentation/NameLine.h"
 #include "Presentation/PanelContext.h"
-#include "Presentation/PixelFrameView.h"
+#include "Presentation/PixelAnimator.h"
 #include "Presentation/QuestionStrip.h"
 #include "Presentation/ReplyStrip.h"
 #include "Presentation/SessionMetaLine.h"
@@ -28,9 +29,10 @@ constexpr int separatorGap = 3;
 } // namespace
 
 SessionRow::SessionRow(const PanelContext &context, QWidget *parent)
-    : ListRow(context, Colors::primaryText, parent), m_mark(new PixelFrameView(markPixel, this)),
-      m_agent(new Badge(this)), m_status(new TextLabel(Typography::text(Typography::secondarySize),
-                                                       Colors::secondaryText, 1, this)),
+    : ListRow(context, Colors::primaryText, parent),
+      m_mark(new PixelAnimator(context, markPixel, this)), m_agent(new AgentBadge(this)),
+      m_status(new TextLabel(Typography::text(Typography::secondarySize), Colors::secondaryText, 1,
+                             this)),
       m_detail(new TextLabel(Typography::text(Typography::secondarySize), Colors::tertiaryText, 1,
                              this)),
       m_meta(new SessionMetaLine(this)), m_subagents(new SubagentList(this)) {
@@ -77,13 +79,11 @@ void SessionRow::setSession(const Session &session, Details details) {
 }
 
 void SessionRow::showMain(Details details) {
-    const StateMark mark = StateMark::of(m_session.state);
-    m_mark->setFrame(mark.frame, mark.color);
+    m_mark->setMode({m_session.state}, m_session.stateChangedAt);
     nameLine().setName(m_session.displayName());
     nameLine().setRenamable(context().actions.onRenameCommit && !m_session.cwd.isEmpty());
-    m_agent->setContent(details.testFlag(Detail::showsAgent) ? displayName(m_session.agent)
-                                                             : QString(),
-                        Colors::white(0.5));
+    m_agent->setAgent(details.testFlag(Detail::showsAgent) ? std::optional(m_session.agent)
+                                                           : std::nullopt);
     const SessionSubtitle subtitle = SessionSubtitle::of(m_session);
     // The separator stays with the status, for the detail may read from right to left.
     const bool hasDetail = !subtitle.detail.isEmpty();

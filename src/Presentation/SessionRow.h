@@ -11,7 +11,6 @@ namespace morvane {
 class AgentBadge;
 class ApprovalStrip;
 class ExternalStrip;
-struct PanelContext;
 class PixelAnimator;
 class QuestionStrip;
 class ReplyStrip;
@@ -59,8 +58,8 @@ private:
     Session m_session;
     Details m_details;
     bool m_isFilled = false;
-    PixelFrameView *m_mark;
-    Badge *m_agent;
+    PixelAnimator *m_mark;
+    AgentBadge *m_agent;
     TextLabel *m_status;
     TextLabel *m_detail;
     SessionMetaLine *m_meta;
