@@ -41,7 +41,8 @@ void QuestionStrip::setQuestion(const PendingQuestion &pending, bool showsShortc
         return;
     }
     const AgentQuestion &question = pending.questions[position];
-    m_header->setText(question.header.value_or(tr("Choose")));
+    const QString header = question.header.value_or(QString());
+    m_header->setText(header.isEmpty() ? tr("Choose") : header);
     m_position->setText(tr("%1 of %2").arg(position + 1).arg(pending.questions.size()));
     m_text->setText(question.question);
     m_countdown->setExpiresAt(pending.expiresAt);

@@ -13,7 +13,7 @@ ReplyStrip::ReplyStrip(const PanelContext &context, QWidget *parent)
     : QWidget(parent), m_context(context),
       m_affordance(new DecideButton(tr(" Reply"), Colors::white(0.7), this)) {
     m_affordance->setLeadingImage(SystemImage::arrowTurnUpLeft);
-    connect(m_affordance, &DecideButton::clicked, this, &ReplyStrip::open);
+    connect(m_affordance, &DecideButton::clicked, this, &ReplyStrip::openField);
     auto *strip = new QVBoxLayout(this);
     strip->setContentsMargins(0, 8, 0, 2);
     strip->addWidget(m_affordance);
@@ -25,7 +25,7 @@ void ReplyStrip::abandonReply() {
     }
 }
 
-void ReplyStrip::open() {
+void ReplyStrip::openField() {
     if (m_field) {
         return;
     }
@@ -34,18 +34,18 @@ void ReplyStrip::open() {
     m_field->setFont(Typography::text(Typography::bodySize));
     m_field->setFixedHeight(m_affordance->sizeHint().height());
     connect(m_field, &InlineNameField::commit, this, [this](const QString &text) {
-        close();
+        closeField();
         if (!text.trimmed().isEmpty()) {
             emit replied(text);
         }
     });
-    connect(m_field, &InlineNameField::cancel, this, &ReplyStrip::close);
+    connect(m_field, &InlineNameField::cancel, this, &ReplyStrip::closeField);
     m_affordance->hide();
     layout()->addWidget(m_field);
     m_field->show();
 }
 
-void ReplyStrip::close() {
+void ReplyStrip::closeField() {
     layout()->removeWidget(m_field);
     m_affordance->show();
 }

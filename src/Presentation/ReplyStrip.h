@@ -26,8 +26,8 @@ signals:
     void replied(const QString &text);
 
 private:
-    void open();
-    void close();
+    void openField();
+    void closeField();
 
     const PanelContext &m_context;
     DecideButton *m_affordance;
