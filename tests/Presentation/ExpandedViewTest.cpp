@@ -180,7 +180,7 @@ TEST_F(ExpandedViewTest, AnAgeStaysTrueWithOneTimerWhileItIsOnScreen) {
     EXPECT_EQ(ticksWithin(Seconds(300)), ofTheStore + 10);
 }
 
-TEST_F(ExpandedViewTest, RowsComeAndGoInMotionAndThenNothingTicks) {
+TEST_F(ExpandedViewTest, RowsComeAndGoInMotionAndThenOnlyTheMascotsTick) {
     motion.setReduced(false);
     view.hide();
     apply(Event::promptSubmit, "a");
@@ -188,7 +188,7 @@ TEST_F(ExpandedViewTest, RowsComeAndGoInMotionAndThenNothingTicks) {
     view.show();
     // An opening moves as a whole.
     EXPECT_FALSE(isFaded(rows()[0]));
-    EXPECT_EQ(ticksWithin(Seconds(1)), 0);
+    EXPECT_LE(ticksWithin(Seconds(1)), 4);
 
     scheduler.advance(Seconds(1));
     apply(Event::promptSubmit, "b");
@@ -205,7 +205,7 @@ TEST_F(ExpandedViewTest, RowsComeAndGoInMotionAndThenNothingTicks) {
     scheduler.advance(Seconds(0.1));
     EXPECT_FALSE(isFaded(rows()[0]));
     EXPECT_EQ(rows()[0]->y(), 0);
-    EXPECT_EQ(ticksWithin(Seconds(1)), 0);
+    EXPECT_LE(ticksWithin(Seconds(1)), 4);
 
     const QPoint onFirst = rows()[0]->mapTo(&view, QPoint(300, 10));
     store.apply(EventBuilder(Event::sessionEnd).in(QStringLiteral("b")));

@@ -202,14 +202,6 @@ void panelRenameCompleted(Stage &stage) {
     stage.press("Rename this session");
 }
 
-void panelReply(Stage &stage) {
-    settle(stage);
-    stage.terminals[shop].pane.tmux = "%3";
-    startShop(stage);
-    finish(stage, claude, shop, "Stop");
-    stage.openPanel();
-}
-
 void panelLongTexts(Stage &stage) {
     const QString cwd =
         "/home/ada/a-project-whose-name-is-so-long-that-no-panel-of-any-width-could-"
@@ -272,7 +264,6 @@ const QList<Scene> &scenes() {
         {"panel-completed", Screen::plain, panelCompleted},
         {"panel-rename", Screen::plain, panelRename},
         {"panel-rename-completed", Screen::plain, panelRenameCompleted},
-        {"panel-reply", Screen::plain, panelReply},
         {"panel-long-texts", Screen::plain, panelLongTexts},
         {"panel-scripts", Screen::plain, panelScripts},
         {"panel-many", Screen::plain, panelMany},
