@@ -58,6 +58,7 @@ BuiltInNotchSurface::BuiltInNotchSurface(const PanelContext &context)
     row->setColumnStretch(0, 1);
     row->setColumnStretch(2, 1);
     m_compactFade.setShown(true, Motion::atOnce);
+    connect(m_info, &CompactInfoView::timeChanged, this, [this] { activateLayouts(*m_compact); });
     connect(m_expanded, &ExpandedView::contentResized, this, &BuiltInNotchSurface::contentResized);
 }
 

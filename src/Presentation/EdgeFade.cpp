@@ -13,9 +13,12 @@ EdgeFade::EdgeFade(Edge edge, QWidget *parent) : QWidget(parent), m_edge(edge) {
 
 void EdgeFade::paintEvent(QPaintEvent *) {
     QLinearGradient gradient(0, 0, 0, height());
-    gradient.setColorAt(m_edge == Edge::top ? 0 : 1, Colors::capsuleFill);
-    gradient.setColorAt(m_edge == Edge::top ? 1 : 0, Colors::faded(Colors::capsuleFill, 0));
-    QPainter(this).fillRect(rect(), gradient);
+    gradient.setColorAt(m_edge == Edge::top ? 0 : 1, Qt::black);
+    gradient.setColorAt(m_edge == Edge::top ? 1 : 0, Colors::faded(Qt::black, 0));
+    QPainter painter(this);
+    // The panel lets a little of what lies below through, and goes on doing so evenly.
+    painter.setCompositionMode(QPainter::CompositionMode_SourceAtop);
+    painter.fillRect(rect(), gradient);
 }
 
 } // namespace morvane

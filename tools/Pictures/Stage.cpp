@@ -90,6 +90,8 @@ void Stage::tell(AgentKind agent, const QString &cwd, const QString &event,
 }
 
 void Stage::pass(Seconds length) {
+    // What the last step has brought on comes first, and what this one brings on comes at once.
+    QCoreApplication::processEvents();
     m_scheduler.advance(length);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QCoreApplication::processEvents();
@@ -142,7 +144,12 @@ QImage Stage::picture() const {
     sky.setColorAt(0, QColor(74, 109, 124));
     sky.setColorAt(1, QColor(142, 164, 158));
     painter.fillRect(QRect({}, screenSize), sky);
-    widget.render(&painter, window().geometry.topLeft(), {}, QWidget::DrawChildren);
+    // Painted on a ground of its own first, as in a window.
+    QImage surface(widget.size() * scale, QImage::Format_ARGB32_Premultiplied);
+    surface.setDevicePixelRatio(scale);
+    surface.fill(Qt::transparent);
+    widget.render(&surface, {}, {}, QWidget::DrawChildren);
+    painter.drawImage(window().geometry.topLeft(), surface);
     painter.end();
     QRect shown = window().shape.boundingRect().translated(window().geometry.topLeft());
     shown = shown.adjusted(-margin, 0, margin, margin).intersected(QRect({}, screenSize));
