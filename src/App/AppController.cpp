@@ -187,6 +187,7 @@ void AppController::createPresenters() {
                                  const QString &name) { m_store.renameCwd(cwd, name); },
         .onReopen = [this](const CompletedRecord &record) { reopenCompleted(record); },
         .onReply = {},
+        .onOpenSettings = [this] { emit morvaneOpenSettings(); },
     };
     m_timeline = std::make_unique<PixelTimeline>(*m_platform.scheduler);
     m_presenterManager = std::make_unique<PresenterManager>(

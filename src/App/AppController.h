@@ -108,6 +108,9 @@ signals:
     void lastErrorChanged();
     void statusChanged();
 
+    /// A view asks for the settings window.
+    void morvaneOpenSettings();
+
 private:
     SessionSurroundings surroundings();
     std::unique_ptr<EventServer> makeServer();

@@ -1,5 +1,7 @@
 #include "App/AppDelegate.h"
 
+#include <variant>
+
 namespace morvane {
 
 AppDelegate::AppDelegate(MorvaneSettings &settings, const PlatformServices &platform)
@@ -7,39 +9,85 @@ AppDelegate::AppDelegate(MorvaneSettings &settings, const PlatformServices &plat
 
 void AppDelegate::applicationDidFinishLaunching() {
     m_controller = std::make_unique<AppController>(m_settings, m_platform);
-    m_controller->start();
-    if (m_controller->presenterManager()) {
-        makeMenu();
+    if (!hasScreen()) {
+        m_controller->start();
+        return;
     }
+    makeMenu();
+    offerNewAgents();
+    m_controller->start();
+    m_controller->presenterManager()->setContextMenu(&m_menu->menu());
+    makeStatusItem();
+    connect(m_controller.get(), &AppController::morvaneOpenSettings, this,
+            &AppDelegate::openSettings);
     showFirstRunIfNeeded();
+}
+
+void AppDelegate::offerNewAgents() {
+    m_controller->onNewAgentsDetected = [this](const std::vector<AgentKind> &kinds) {
+        if (!m_onboardingWindow) {
+            showOnboarding(OnboardingWindow::NewAgents(kinds));
+        }
+    };
 }
 
 void AppDelegate::makeMenu() {
     m_menu = std::make_unique<StatusMenu>(*m_controller);
-    QObject::connect(m_menu.get(), &StatusMenu::panelRequested, m_menu.get(),
-                     [this] { showPanel(); });
-    m_controller->presenterManager()->setContextMenu(&m_menu->menu());
+    connect(m_menu.get(), &StatusMenu::panelRequested, this, &AppDelegate::showPanel);
+    connect(m_menu.get(), &StatusMenu::settingsRequested, this, &AppDelegate::openSettings);
+}
+
+void AppDelegate::makeStatusItem() {
     m_statusItem = std::make_unique<StatusItem>(m_controller->store(), m_settings,
                                                 *m_platform.statusItemHost, m_menu->menu());
-    QObject::connect(m_statusItem.get(), &StatusItem::activated, m_statusItem.get(),
-                     [this] { showPanel(); });
+    connect(m_statusItem.get(), &StatusItem::activated, this, &AppDelegate::showPanel);
 }
 
+/// Where there is no icon to click on, this is the one way to the panel while nothing runs.
 void AppDelegate::applicationShouldHandleReopen() {
-    showPanel();
-}
-
-/// With no session yet there would be nothing on screen, and a newcomer would look in vain.
-void AppDelegate::showFirstRunIfNeeded() {
-    if (!m_settings.hasCompletedFirstRun()) {
+    if (!m_controller || !hasScreen()) {
+        return;
+    }
+    openSettings();
+    if (!m_statusItem->isShown()) {
         showPanel();
     }
 }
 
-void AppDelegate::showPanel() {
-    if (m_controller && m_controller->presenterManager()) {
-        m_controller->presenterManager()->presentPanel();
+/// Whoever quits in the middle of the welcome has seen it.
+void AppDelegate::showFirstRunIfNeeded() {
+    if (!m_settings.hasCompletedFirstRun()) {
+        m_settings.setHasCompletedFirstRun(true);
+        showOnboarding(OnboardingWindow::FirstRun());
     }
+}
+
+void AppDelegate::showOnboarding(const OnboardingWindow::Mode &mode) {
+    m_onboardingWindow = std::make_unique<OnboardingWindow>(mode);
+    m_onboardingWindow->addActions(m_menu->keyedActions());
+    connect(m_onboardingWindow.get(), &OnboardingWindow::finished, this,
+            [this, mode] { finishOnboarding(mode); });
+    m_onboardingWindow->present();
+}
+
+void AppDelegate::finishOnboarding(const OnboardingWindow::Mode &mode) {
+    if (std::holds_alternative<OnboardingWindow::FirstRun>(mode)) {
+        m_controller->markAllPresentAgentsKnown();
+    }
+    // It is still in the middle of its own closing.
+    m_onboardingWindow.release()->deleteLater();
+}
+
+void AppDelegate::openSettings() {
+    if (!m_settingsWindow) {
+        m_settingsWindow = std::make_unique<SettingsWindow>();
+        m_settingsWindow->addActions(m_menu->keyedActions());
+    }
+    m_settingsWindow->present();
+}
+
+void AppDelegate::showPanel() {
+    m_controller->presenterManager()->presentPanel();
 }
 
 } // namespace morvane

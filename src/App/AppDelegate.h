@@ -3,14 +3,21 @@
 #include "App/AppController.h"
 #include "App/StatusItem.h"
 #include "App/StatusMenu.h"
+#include "Presentation/OnboardingWindow.h"
+#include "Presentation/SettingsWindow.h"
+
+#include <QObject>
 
 #include <memory>
 
 namespace morvane {
 
 /// What belongs to the process rather than to a session: it makes the controller, the status item
-/// and its menu, and answers to a second launch. Owned by `main`; main thread.
-class AppDelegate {
+/// with its menu, and the windows, and answers to a second launch. Without a screen it is the
+/// controller alone. Owned by `main`; main thread.
+class AppDelegate : public QObject {
+    Q_OBJECT
+
 public:
     AppDelegate(MorvaneSettings &settings, const PlatformServices &platform);
 
@@ -21,15 +28,23 @@ public:
     void applicationShouldHandleReopen();
 
 private:
+    bool hasScreen() const { return m_platform.displays != nullptr; }
+    void offerNewAgents();
     void makeMenu();
+    void makeStatusItem();
     void showFirstRunIfNeeded();
+    void showOnboarding(const OnboardingWindow::Mode &mode);
+    void finishOnboarding(const OnboardingWindow::Mode &mode);
+    void openSettings();
     void showPanel();
 
     MorvaneSettings &m_settings;
     const PlatformServices &m_platform;
     std::unique_ptr<AppController> m_controller;
-    std::unique_ptr<StatusMenu> m_menu; ///< none without a screen
+    std::unique_ptr<StatusMenu> m_menu;
     std::unique_ptr<StatusItem> m_statusItem;
+    std::unique_ptr<SettingsWindow> m_settingsWindow;     ///< kept from when it was first asked for
+    std::unique_ptr<OnboardingWindow> m_onboardingWindow; ///< none but while it is shown
 };
 
 } // namespace morvane

@@ -33,7 +33,7 @@ PlatformServices choosePlatform() {
         platform.windows = std::make_unique<X11WindowControl>(*x11);
         platform.statusItemHost =
             std::make_unique<StatusNotifierHost>(QDBusConnection::sessionBus());
-        platform.motion = std::make_unique<DesktopMotion>();
+        platform.motion = std::make_unique<DesktopMotion>(QDBusConnection::sessionBus());
         platform.screenConnection = x11;
     }
     return platform;

@@ -25,6 +25,9 @@ public:
     /// All must outlive the item.
     StatusItem(SessionStore &store, MorvaneSettings &settings, StatusItemHost &host, QMenu &menu);
 
+    /// False while the person doesn't want it, or the desktop has no place for it.
+    bool isShown() const { return m_item != nullptr; }
+
 signals:
     /// The icon itself was clicked, not its menu.
     void activated();

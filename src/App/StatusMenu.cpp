@@ -24,25 +24,39 @@ QString menuText(QString text) {
 } // namespace
 
 StatusMenu::StatusMenu(AppController &controller) : m_controller(controller) {
+    m_menu.setAccessibleName(QStringLiteral("Morvane"));
+    addItems();
+    connect(&m_menu, &QMenu::aboutToShow, this, &StatusMenu::menuNeedsUpdate);
+    connect(&m_controller, &AppController::statusChanged, this, &StatusMenu::update);
+    connect(&m_controller, &AppController::lastErrorChanged, this, &StatusMenu::showFailure);
+    update();
+}
+
+void StatusMenu::addItems() {
     m_menu.addAction(tr("Morvane %1 (build %2)").arg(BuildInfo::version(), BuildInfo::build()))
         ->setEnabled(false);
     m_menu.addSeparator();
     connect(m_menu.addAction(tr("Open Morvane")), &QAction::triggered, this,
             &StatusMenu::panelRequested);
+    m_settings = m_menu.addAction(tr("Settings…"), Qt::CTRL | Qt::Key_Comma, this,
+                                  &StatusMenu::settingsRequested);
     m_menu.addSeparator();
+    addAgents();
+    m_menu.addSeparator();
+    m_quit = m_menu.addAction(tr("Quit Morvane"), Qt::CTRL | Qt::Key_Q,
+                              QCoreApplication::instance(), &QCoreApplication::quit);
+    for (QAction *action : keyedActions()) {
+        action->setShortcutVisibleInContextMenu(true);
+    }
+}
+
+void StatusMenu::addAgents() {
     m_agents = m_menu.addMenu(QString());
+    m_agents->setAccessibleName(tr("Connected agents"));
     m_agents->setToolTipsVisible(true);
     m_failureSeparator = m_agents->addSeparator();
     m_failure = m_agents->addAction(QString());
     m_failure->setEnabled(false);
-    m_menu.addSeparator();
-    connect(m_menu.addAction(tr("Quit Morvane")), &QAction::triggered, QCoreApplication::instance(),
-            &QCoreApplication::quit);
-
-    connect(&m_menu, &QMenu::aboutToShow, this, &StatusMenu::menuNeedsUpdate);
-    connect(&m_controller, &AppController::statusChanged, this, &StatusMenu::update);
-    connect(&m_controller, &AppController::lastErrorChanged, this, &StatusMenu::showFailure);
-    update();
 }
 
 void StatusMenu::menuNeedsUpdate() {

@@ -23,9 +23,15 @@ public:
 
     QMenu &menu() { return m_menu; }
 
+    /// The items that have a key. It works while the menu is open, and in each window that these
+    /// are added to.
+    QList<QAction *> keyedActions() const { return {m_settings, m_quit}; }
+
 signals:
     /// "Open Morvane" was chosen.
     void panelRequested();
+
+    void settingsRequested();
 
 private:
     struct AgentItem {
@@ -33,6 +39,8 @@ private:
         QAction *action;
     };
 
+    void addItems();
+    void addAgents();
     void menuNeedsUpdate();
     void update();
     void list(const std::vector<const AgentAdapter *> &offered);
@@ -42,10 +50,12 @@ private:
 
     AppController &m_controller;
     QMenu m_menu;
-    QMenu *m_agents; ///< "Connected agents"
+    QAction *m_settings = nullptr;
+    QAction *m_quit = nullptr;
+    QMenu *m_agents = nullptr; ///< "Connected agents"
     std::vector<AgentItem> m_agentItems;
-    QAction *m_failureSeparator;
-    QAction *m_failure; ///< what went wrong last, below the agents
+    QAction *m_failureSeparator = nullptr;
+    QAction *m_failure = nullptr; ///< what went wrong last, below the agents
 };
 
 } // namespace morvane

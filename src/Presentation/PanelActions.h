@@ -14,6 +14,7 @@ struct PanelActions {
     std::function<void(const QString &cwd, const QString &name)> onRenameCommit;
     std::function<void(const CompletedRecord &)> onReopen;
     std::function<void(const Session &, const QString &text)> onReply;
+    std::function<void()> onOpenSettings;
 };
 
 } // namespace morvane

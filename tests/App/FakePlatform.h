@@ -1,6 +1,10 @@
 #pragma once
 
+#include "App/FakeStatusItemHost.h"
 #include "App/PlatformServices.h"
+#include "Support/FakeDisplays.h"
+#include "Support/FakeMotionPreference.h"
+#include "Support/FakeOverlayWindows.h"
 #include "Support/ManualPool.h"
 
 namespace morvane {
@@ -30,6 +34,12 @@ private:
     }
 };
 
+/// Lets nobody give the focus away.
+class NoWindowControl : public WindowControl {
+public:
+    bool canFocusWindows() const override { return false; }
+};
+
 /// A machine without a screen, on a scheduler of the test's.
 inline PlatformServices fakePlatform(std::unique_ptr<Scheduler> scheduler) {
     PlatformServices result;
@@ -38,6 +48,18 @@ inline PlatformServices fakePlatform(std::unique_ptr<Scheduler> scheduler) {
     result.applications = std::make_unique<NoApplications>();
     result.loginItem = std::make_unique<FakeLoginItem>();
     return result;
+}
+
+/// Adds a screen with one display.
+inline void addFakeScreen(PlatformServices &platform) {
+    auto displays = std::make_unique<FakeDisplays>();
+    displays->setDisplays({FakeDisplays::builtin(1, 0)});
+    platform.displays = std::move(displays);
+    platform.overlays = std::make_unique<FakeOverlayWindows>();
+    platform.foreground = std::make_unique<ForegroundApplication>();
+    platform.windows = std::make_unique<NoWindowControl>();
+    platform.statusItemHost = std::make_unique<FakeStatusItemHost>();
+    platform.motion = std::make_unique<FakeMotionPreference>();
 }
 
 } // namespace morvane

@@ -1,9 +1,9 @@
 #include "App/StatusItem.h"
 
+#include "App/FakeStatusItemHost.h"
 #include "Core/Defaults.h"
 #include "Core/MorvaneSettings.h"
 #include "Core/SessionStore.h"
-#include "Platform/StatusItemHost.h"
 #include "Support/EventBuilder.h"
 #include "Support/ManualScheduler.h"
 
@@ -15,18 +15,6 @@
 
 namespace morvane {
 namespace {
-
-class FakeStatusItemHost : public StatusItemHost {
-public:
-    bool isPresent() const override { return m_isPresent; }
-    void setPresent(bool isPresent) {
-        m_isPresent = isPresent;
-        emit presenceChanged();
-    }
-
-private:
-    bool m_isPresent = false;
-};
 
 class StatusItemTest : public testing::Test {
 protected:
@@ -92,6 +80,11 @@ TEST_F(StatusItemTest, IsDrawnAnewOnlyForAnotherState) {
     apply(CanonicalEvent::sessionEnd, "a");
     apply(CanonicalEvent::sessionEnd, "b");
     EXPECT_EQ(color(), resting);
+
+    apply(CanonicalEvent::needsInput, "a");
+    settings.setShowMenuBarIcon(false);
+    settings.setShowMenuBarIcon(true);
+    EXPECT_EQ(color(), asking);
 }
 
 } // namespace

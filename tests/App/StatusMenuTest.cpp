@@ -53,7 +53,7 @@ protected:
 
 TEST_F(StatusMenuTest, ListsWhatCanBeDone) {
     EXPECT_EQ(lines(statusMenu.menu()),
-              QStringLiteral("Morvane %1 (build %2) (off)\n-\nOpen Morvane\n-\n"
+              QStringLiteral("Morvane %1 (build %2) (off)\n-\nOpen Morvane\nSettings…\n-\n"
                              "Connected agents — none (off)\n-\nQuit Morvane")
                   .arg(BuildInfo::version(), BuildInfo::build()));
     int requests = 0;

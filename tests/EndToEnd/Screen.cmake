@@ -11,10 +11,12 @@ target_link_libraries(end_to_end_support
 add_executable(screen_tests
   NotchScreenTest.cpp
   ScreenTest.cpp
+  TrayHost.cpp TrayHost.h
+  TrayTest.cpp
   VirtualDisplay.cpp VirtualDisplay.h
 )
 target_link_libraries(screen_tests PRIVATE
-  morvane_options end_to_end_support GTest::gtest_main)
+  morvane_options end_to_end_support GTest::gtest_main Qt6::DBus)
 target_compile_definitions(screen_tests PRIVATE
   MORVANE="$<TARGET_FILE:morvane>"
   NOTCHED_MORVANE="$<TARGET_FILE:notched_morvane>"

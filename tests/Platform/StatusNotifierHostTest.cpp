@@ -1,16 +1,10 @@
 #include "Platform/Linux/StatusNotifierHost.h"
 
-#include "EndToEnd/ChildProcess.h"
-#include "Support/WaitUntil.h"
+#include "Platform/PrivateBusTest.h"
 
-#include <QCoreApplication>
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
-#include <QStandardPaths>
-#include <gtest/gtest.h>
-
-#include <memory>
 
 namespace morvane {
 namespace {
@@ -47,36 +41,11 @@ private:
     bool m_hasHost = false;
 };
 
-class StatusNotifierHostTest : public testing::Test {
+class StatusNotifierHostTest : public PrivateBusTest {
 protected:
-    void SetUp() override {
-        if (QStandardPaths::findExecutable(QStringLiteral("dbus-daemon")).isEmpty()) {
-            GTEST_SKIP() << "dbus-daemon is needed and not installed";
-        }
-        daemon = std::make_unique<ChildProcess>(
-            QStringList{"dbus-daemon", "--session", "--nofork", "--print-address=1"},
-            QProcessEnvironment::systemEnvironment());
-        address = QString::fromUtf8(daemon->readLine().value_or(QByteArray()));
-        ASSERT_FALSE(address.isEmpty());
-    }
-
-    QDBusConnection connection(const QString &name) const {
-        return QDBusConnection::connectToBus(address, name);
-    }
-
     static bool becomes(const StatusNotifierHost &host, bool isPresent) {
-        return waitUntil([&] {
-            QCoreApplication::processEvents();
-            return host.isPresent() == isPresent;
-        });
+        return becomesTrue([&] { return host.isPresent() == isPresent; });
     }
-
-    int count = 1;
-    char name[5] = "test";
-    char *arguments[2] = {name, nullptr};
-    QCoreApplication application{count, arguments};
-    std::unique_ptr<ChildProcess> daemon;
-    QString address;
 };
 
 TEST_F(StatusNotifierHostTest, IsPresentWhileAWatcherHasAHost) {

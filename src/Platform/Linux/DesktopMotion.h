@@ -2,16 +2,38 @@
 
 #include "Platform/MotionPreference.h"
 
+#include <QDBusConnection>
+#include <QDBusServiceWatcher>
+#include <QMap>
+#include <QString>
+#include <QVariantMap>
+
+class QDBusVariant;
+
 namespace morvane {
 
-/// What the desktop's settings portal says about animations. Owned by the application.
+/// What the desktop's settings portal says about motion, which each desktop keeps under a name of
+/// its own. Until it has answered, and where there is no portal, motion is not reduced. Owned by
+/// the application; main thread.
 class DesktopMotion : public MotionPreference {
     Q_OBJECT
 
 public:
+    explicit DesktopMotion(const QDBusConnection &bus);
+
     bool isReduced() const override { return m_isReduced; }
 
+private slots:
+    void settingChanged(const QString &space, const QString &key, const QDBusVariant &value);
+
 private:
+    void ask();
+    void refresh();
+    bool isAskedFor() const;
+
+    QDBusConnection m_bus;
+    QDBusServiceWatcher m_watcher;
+    QMap<QString, QVariantMap> m_settings; ///< by namespace, as the portal has told them
     bool m_isReduced = false;
 };
 

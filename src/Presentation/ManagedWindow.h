@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QWidget>
+
+namespace morvane {
+
+/// An ordinary window of the desktop, which the window manager moves and closes, in the dark
+/// colours of the panel. Main thread.
+class ManagedWindow : public QWidget {
+    Q_OBJECT
+
+public:
+    /// Not shown before `present`.
+    explicit ManagedWindow(const QString &title);
+
+    /// Puts the window in front, with the keyboard; in the middle of the display that has the
+    /// pointer, if it wasn't on the screen before.
+    void present();
+
+protected:
+    static constexpr int margin = 40; ///< between the edge and what is written
+
+private:
+    void centre();
+
+    bool m_wasPresented = false;
+};
+
+} // namespace morvane

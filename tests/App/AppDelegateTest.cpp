@@ -1,0 +1,134 @@
+#include "App/AppDelegate.h"
+
+#include "App/FakePlatform.h"
+#include "Core/Defaults.h"
+#include "Support/ManualScheduler.h"
+#include "Support/TemporaryHome.h"
+
+#include <QApplication>
+#include <QTcpServer>
+#include <gtest/gtest.h>
+
+namespace morvane {
+namespace {
+
+class AppDelegateTest : public testing::Test {
+protected:
+    AppDelegateTest() {
+        QTcpServer probe;
+        probe.listen(QHostAddress::LocalHost);
+        settings.setPort(probe.serverPort());
+        addFakeScreen(platform);
+    }
+
+    /// What a person sees of ordinary windows.
+    static QStringList titles() {
+        QStringList result;
+        for (const QWidget *widget : QApplication::topLevelWidgets()) {
+            if (qobject_cast<const ManagedWindow *>(widget) && widget->isVisible()) {
+                result.append(widget->windowTitle());
+            }
+        }
+        result.sort();
+        return result;
+    }
+
+    static QWidget *window(const char *title) {
+        for (QWidget *widget : QApplication::topLevelWidgets()) {
+            if (widget->windowTitle() == QLatin1String(title)) {
+                return widget;
+            }
+        }
+        return nullptr;
+    }
+
+    static void close(const char *title) {
+        window(title)->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    bool isPanelOpen() {
+        scheduler().advance(Seconds(2));
+        const auto &overlays = static_cast<FakeOverlayWindows &>(*platform.overlays).alive;
+        return !overlays.isEmpty() && overlays.first()->isVisible();
+    }
+
+    FakeStatusItemHost &host() {
+        return static_cast<FakeStatusItemHost &>(*platform.statusItemHost);
+    }
+    ManualScheduler &scheduler() { return static_cast<ManualScheduler &>(*platform.scheduler); }
+
+    TemporaryHome home;
+    Defaults defaults{home.path("config"), "test"};
+    MorvaneSettings settings{defaults};
+    PlatformServices platform = fakePlatform(std::make_unique<ManualScheduler>());
+    AppDelegate delegate{settings, platform};
+};
+
+TEST_F(AppDelegateTest, WelcomesOnceWhateverBecomesOfTheWelcome) {
+    home.write(".claude/settings.json", "{}");
+    delegate.applicationDidFinishLaunching();
+    EXPECT_EQ(titles(), QStringList{"Welcome to Morvane"});
+    EXPECT_EQ(window("Welcome to Morvane")->size(), QSize(540, 540));
+    // Also for whoever quits now.
+    Defaults reread(home.path("config"), "test");
+    EXPECT_TRUE(MorvaneSettings(reread).hasCompletedFirstRun());
+    EXPECT_FALSE(settings.knownAgents());
+
+    close("Welcome to Morvane");
+    EXPECT_EQ(settings.knownAgents(), QStringList{"claude"});
+    EXPECT_EQ(window("Welcome to Morvane"), nullptr);
+    EXPECT_FALSE(isPanelOpen());
+}
+
+TEST_F(AppDelegateTest, OffersNewAgentsButNotOverAnOffer) {
+    constexpr const char *title = "New agent detected";
+    settings.setHasCompletedFirstRun(true);
+    settings.setKnownAgents(QStringList());
+    delegate.applicationDidFinishLaunching();
+    EXPECT_TRUE(titles().isEmpty());
+
+    home.write(".claude/settings.json", "{}");
+    scheduler().advance(Seconds(1801));
+    EXPECT_EQ(titles(), QStringList{title});
+    home.write(".codex/config.toml");
+    scheduler().advance(Seconds(1801));
+    EXPECT_EQ(titles(), QStringList{title});
+    close(title);
+    scheduler().advance(Seconds(1801));
+    EXPECT_TRUE(titles().isEmpty());
+
+    home.write(".gemini/settings.json", "{}");
+    scheduler().advance(Seconds(1801));
+    EXPECT_EQ(titles(), QStringList{title});
+}
+
+TEST_F(AppDelegateTest, ShowsItsSettingsWhenStartedAgainAndThePanelWhereNoIconLeadsToIt) {
+    constexpr const char *title = "Morvane Settings";
+    settings.setHasCompletedFirstRun(true);
+    delegate.applicationDidFinishLaunching();
+    host().setPresent(true);
+    delegate.applicationShouldHandleReopen();
+    EXPECT_EQ(titles(), QStringList{title});
+    EXPECT_FALSE(isPanelOpen());
+
+    window(title)->resize(700, 500);
+    close(title);
+    settings.setShowMenuBarIcon(false);
+    delegate.applicationShouldHandleReopen();
+    EXPECT_EQ(titles(), QStringList{title});
+    EXPECT_EQ(window(title)->size(), QSize(700, 500));
+    EXPECT_TRUE(isPanelOpen());
+}
+
+TEST_F(AppDelegateTest, StartsWithoutAScreen) {
+    platform.displays.reset();
+    delegate.applicationDidFinishLaunching();
+    delegate.applicationShouldHandleReopen();
+    EXPECT_TRUE(titles().isEmpty());
+    // There is a welcome to come, when there is a screen.
+    EXPECT_FALSE(settings.hasCompletedFirstRun());
+}
+
+} // namespace
+} // namespace morvane

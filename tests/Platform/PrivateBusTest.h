@@ -1,0 +1,65 @@
+#pragma once
+
+#include "EndToEnd/ChildProcess.h"
+#include "Support/WaitUntil.h"
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QFile>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace morvane {
+
+/// Knows no service that it could start: what is installed on the machine stays out of the test.
+constexpr const char *busConfiguration = R"(<busconfig><type>session</type>
+<listen>unix:tmpdir=/tmp</listen><auth>EXTERNAL</auth><policy context="default">
+<allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/>
+</policy></busconfig>)";
+
+/// A message bus of the test's own, on which nobody is but the test.
+class PrivateBusTest : public testing::Test {
+protected:
+    void SetUp() override {
+        if (QStandardPaths::findExecutable(QStringLiteral("dbus-daemon")).isEmpty()) {
+            GTEST_SKIP() << "dbus-daemon is needed and not installed";
+        }
+        QFile configuration(m_folder.filePath("bus.conf"));
+        configuration.open(QIODevice::WriteOnly);
+        configuration.write(busConfiguration);
+        configuration.close();
+        m_daemon = std::make_unique<ChildProcess>(
+            QStringList{"dbus-daemon", "--config-file=" + configuration.fileName(), "--nofork",
+                        "--print-address=1"},
+            QProcessEnvironment::systemEnvironment());
+        m_address = QString::fromUtf8(m_daemon->readLine().value_or(QByteArray()));
+        ASSERT_FALSE(m_address.isEmpty());
+    }
+
+    /// Another participant for each name.
+    QDBusConnection connection(const QString &name) const {
+        return QDBusConnection::connectToBus(m_address, m_address + name);
+    }
+
+    template <typename Condition>
+    static bool becomesTrue(Condition condition) {
+        return waitUntil([&] {
+            QCoreApplication::processEvents();
+            return condition();
+        });
+    }
+
+private:
+    QTemporaryDir m_folder;
+    int m_count = 1;
+    char m_name[5] = "test";
+    char *m_arguments[2] = {m_name, nullptr};
+    QCoreApplication m_application{m_count, m_arguments};
+    std::unique_ptr<ChildProcess> m_daemon;
+    QString m_address;
+};
+
+} // namespace morvane
