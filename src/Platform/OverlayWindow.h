@@ -1,7 +1,8 @@
 #pragma once
 
 #include <QRect>
-#include <QRegion>
+
+class QPainterPath;
 
 namespace morvane {
 
@@ -24,10 +25,11 @@ public:
 
     /// The part, in the widget's points, that takes clicks; everywhere else they reach what lies
     /// below. Where nothing can be translucent the rest is cut off as well.
-    virtual void setShape(const QRegion &shape) = 0;
+    virtual void setShape(const QPainterPath &shape) = 0;
 
     virtual void show() = 0;
     virtual void hide() = 0;
+    /// Whether it has been shown, even if a full-screen program hides it for now.
     virtual bool isVisible() const = 0;
 
     /// From 0 to 1; without effect where nothing can be translucent.

@@ -1,10 +1,13 @@
 #include "Presentation/CapsuleState.h"
 
+#include "Presentation/InlineEditing.h"
+
 namespace morvane {
 
 namespace {
 
 constexpr Seconds collapseDelay(0.15);
+constexpr Seconds editingInterval(0.25);
 
 } // namespace
 
@@ -13,12 +16,20 @@ void CapsuleState::setHovering(bool hovering) {
         open();
         return;
     }
-    m_collapseTask = m_scheduler.after(collapseDelay, [this] { setExpanded(false); });
+    m_collapseTask = m_scheduler.after(collapseDelay, [this] { collapseUnlessEditing(); });
 }
 
 void CapsuleState::open() {
     m_collapseTask.cancel();
     setExpanded(true);
+}
+
+void CapsuleState::collapseUnlessEditing() {
+    if (m_editing.isActive(m_scheduler.now())) {
+        m_collapseTask = m_scheduler.after(editingInterval, [this] { collapseUnlessEditing(); });
+    } else {
+        setExpanded(false);
+    }
 }
 
 void CapsuleState::setExpanded(bool expanded) {

@@ -6,13 +6,17 @@
 
 namespace morvane {
 
+class InlineEditing;
+
 /// Whether a capsule is open. It opens at once under the pointer, and closes a moment after the
-/// pointer has left, so that a slip over the edge closes nothing. Owned by its presenter.
+/// pointer has left, so that a slip over the edge closes nothing; while somebody types in a field
+/// it waits. Owned by its presenter.
 class CapsuleState : public QObject {
     Q_OBJECT
 
 public:
-    explicit CapsuleState(Scheduler &scheduler) : m_scheduler(scheduler) {}
+    CapsuleState(Scheduler &scheduler, const InlineEditing &editing)
+        : m_scheduler(scheduler), m_editing(editing) {}
 
     bool isExpanded() const { return m_isExpanded; }
 
@@ -25,9 +29,11 @@ signals:
     void expandedChanged(bool isExpanded);
 
 private:
+    void collapseUnlessEditing();
     void setExpanded(bool expanded);
 
     Scheduler &m_scheduler;
+    const InlineEditing &m_editing;
     bool m_isExpanded = false;
     Task m_collapseTask;
 };

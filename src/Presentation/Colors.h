@@ -18,6 +18,7 @@ constexpr QColor white(double opacity) {
 inline constexpr QColor capsuleFill = sRgb(0, 0, 0, 0.9);
 inline constexpr QColor notchFill = sRgb(0, 0, 0);
 inline constexpr QColor capsuleEdge = white(0.08);
+inline constexpr QColor windowFill = sRgb(0.11, 0.11, 0.12);
 inline constexpr QColor rowHover = white(0.055);
 inline constexpr QColor rowPressed = white(0.09);
 inline constexpr QColor stripFill = white(0.045);

@@ -5,9 +5,9 @@
 #include "Presentation/ExpandedView.h"
 
 #include <QPainter>
-#include <QPainterPath>
 
 #include <algorithm>
+#include <cmath>
 
 namespace morvane {
 
@@ -16,17 +16,31 @@ namespace {
 constexpr double expandedRadius = 18;
 constexpr double compactRadius = 14;
 
-/// Square at the top, where the tab hangs; round at the bottom.
-QPainterPath tabPath(const QRectF &tab, double radius) {
+/// The sides and the bottom of a tab, from the upper left to the upper right: square at the top,
+/// where it hangs, and round at the bottom.
+QPainterPath tabSides(const QRectF &tab, double radius) {
     QPainterPath path(tab.topLeft());
     const double corner = std::min({radius, tab.width() / 2, tab.height()});
+    const double lowerTop = tab.bottom() - 2 * corner;
+    path.lineTo(tab.left(), tab.bottom() - corner);
+    path.arcTo(tab.left(), lowerTop, 2 * corner, 2 * corner, 180, 90);
+    path.lineTo(tab.right() - corner, tab.bottom());
+    path.arcTo(tab.right() - 2 * corner, lowerTop, 2 * corner, 2 * corner, 270, 90);
     path.lineTo(tab.topRight());
-    path.lineTo(tab.right(), tab.bottom() - corner);
-    path.arcTo(tab.right() - 2 * corner, tab.bottom() - 2 * corner, 2 * corner, 2 * corner, 0, -90);
-    path.lineTo(tab.left() + corner, tab.bottom());
-    path.arcTo(tab.left(), tab.bottom() - 2 * corner, 2 * corner, 2 * corner, -90, -90);
+    return path;
+}
+
+QPainterPath tabPath(const QRectF &tab, double radius) {
+    QPainterPath path = tabSides(tab, radius);
     path.closeSubpath();
     return path;
+}
+
+/// Its edges on whole device pixels, without which they would be blurred at a fractional ratio.
+QRectF snapped(const QRectF &rect, double ratio) {
+    const auto snap = [ratio](double value) { return std::round(value * ratio) / ratio; };
+    return {QPointF(snap(rect.left()), snap(rect.top())),
+            QPointF(snap(rect.right()), snap(rect.bottom()))};
 }
 
 } // namespace
@@ -76,20 +90,26 @@ void FloatingCapsuleView::setTab(const QRect &present, const QRect &target) {
     }
 }
 
-QRegion FloatingCapsuleView::shape(const QRect &tab) const {
-    return QRegion(tabPath(tab, cornerRadius()).toFillPolygon().toPolygon());
+QPainterPath FloatingCapsuleView::shape(const QRect &tab) const {
+    return tabPath(tab, cornerRadius());
 }
 
 double FloatingCapsuleView::cornerRadius() const {
     return m_isExpanded ? expandedRadius : compactRadius;
 }
 
+/// The top has no edge line, since there the tab goes on into the edge of the screen.
 void FloatingCapsuleView::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(tabPath(m_tab, cornerRadius()), Colors::capsuleFill);
-    const QRectF edge = QRectF(m_tab).adjusted(0.5, 0.5, -0.5, -0.5);
-    painter.strokePath(tabPath(edge, cornerRadius()), QPen(Colors::capsuleEdge, 1));
+    const double ratio = devicePixelRatioF();
+    const QRectF tab = snapped(m_tab, ratio);
+    painter.fillPath(tabPath(tab, cornerRadius()), Colors::capsuleFill);
+    const double thickness = std::max(1.0, std::floor(ratio)) / ratio;
+    const double inset = thickness / 2;
+    const QRectF edge = tab.adjusted(inset, 0, -inset, -inset);
+    painter.strokePath(tabSides(edge, cornerRadius() - inset),
+                       QPen(Colors::capsuleEdge, thickness, Qt::SolidLine, Qt::FlatCap));
 }
 
 } // namespace morvane

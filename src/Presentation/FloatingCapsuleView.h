@@ -2,6 +2,8 @@
 
 #include "Presentation/PanelSurface.h"
 
+#include <QPainterPath>
+
 namespace morvane {
 
 class CompactView;
@@ -32,7 +34,7 @@ public:
     void setTab(const QRect &present, const QRect &target);
 
     /// What a tab of this place covers.
-    QRegion shape(const QRect &tab) const;
+    QPainterPath shape(const QRect &tab) const;
 
 signals:
     /// The view on show needs another size.

@@ -2,8 +2,10 @@
 
 #include "Core/MorvaneSettings.h"
 #include "Core/SessionStore.h"
+#include "Platform/MotionPreference.h"
 #include "Platform/OverlayWindows.h"
 #include "Presentation/FloatingCapsuleView.h"
+#include "Presentation/InlineEditing.h"
 
 #include <algorithm>
 #include <cmath>
@@ -40,9 +42,12 @@ FloatingPresenter::FloatingPresenter(const PanelContext &context, Displays &disp
                                      OverlayWindows &overlays, Flavour flavour)
     : m_context(context), m_store(context.store), m_settings(context.settings),
       m_scheduler(context.scheduler), m_displays(displays), m_overlays(overlays),
-      m_flavour(flavour), m_capsule(m_scheduler), m_growth(m_scheduler), m_fade(m_scheduler) {}
+      m_flavour(flavour), m_capsule(m_scheduler, context.editing), m_growth(m_scheduler),
+      m_fade(m_scheduler) {}
 
-FloatingPresenter::~FloatingPresenter() = default;
+FloatingPresenter::~FloatingPresenter() {
+    removePanel();
+}
 
 void FloatingPresenter::attach(const Display &display) {
     m_display = display;
@@ -53,9 +58,12 @@ void FloatingPresenter::attach(const Display &display) {
     const double budget = budgetShare * display.visibleFrame.height();
     m_view->setContentHeightBudget(
         std::clamp(static_cast<int>(budget), smallestBudget, largestBudget));
+    m_window->setHidesOverFullscreen(m_settings.hideOverFullscreen());
     if (isFirst) {
         subscribe();
     }
+    // Even at the same place in points its pixels may be others now.
+    m_target = {};
     updateVisibility(Motion::atOnce);
     layout(Motion::atOnce);
 }
@@ -64,13 +72,30 @@ void FloatingPresenter::makePanel() {
     m_view = std::make_unique<FloatingCapsuleView>(m_context);
     m_view->refresh();
     m_window = m_overlays.adopt(*m_view);
+    m_view->onTakeKeyboard = [this] { return m_window->takeKeyboard(); };
+    m_view->onReleaseKeyboard = [this] { m_window->releaseKeyboard(); };
+}
+
+/// A field that goes down with its view must not reach for the window any more.
+void FloatingPresenter::removePanel() {
+    if (m_view) {
+        m_view->onTakeKeyboard = nullptr;
+        m_view->onReleaseKeyboard = nullptr;
+    }
+    m_window.reset();
+    m_view.reset();
 }
 
 void FloatingPresenter::subscribe() {
     connect(&m_store, &SessionStore::sessionsChanged, this, &FloatingPresenter::scheduleUpdate);
     connect(&m_store, &SessionStore::completedHistoryChanged, this,
             &FloatingPresenter::scheduleUpdate);
-    connect(&m_settings, &MorvaneSettings::changed, this, &FloatingPresenter::scheduleUpdate);
+    connect(&m_settings, &MorvaneSettings::changed, this, [this] {
+        m_window->setHidesOverFullscreen(m_settings.hideOverFullscreen());
+        scheduleUpdate();
+    });
+    connect(&m_context.editing, &InlineEditing::countChanged, this,
+            &FloatingPresenter::scheduleUpdate);
     connect(&m_store, &SessionStore::stateChanges, this, &FloatingPresenter::flash);
     connect(&m_capsule, &CapsuleState::expandedChanged, this, &FloatingPresenter::expansionChanged);
     connect(m_view.get(), &FloatingCapsuleView::pointerCrossed, this,
@@ -93,6 +118,7 @@ void FloatingPresenter::scheduleUpdate() {
 void FloatingPresenter::detach() {
     m_store.disconnect(this);
     m_settings.disconnect(this);
+    m_context.editing.disconnect(this);
     m_capsule.disconnect(this);
     m_flashTask.cancel();
     m_autoDismissTask.cancel();
@@ -102,8 +128,7 @@ void FloatingPresenter::detach() {
     if (m_capsule.isExpanded() && onExpandedChanged) {
         onExpandedChanged(false);
     }
-    m_window.reset();
-    m_view.reset();
+    removePanel();
 }
 
 void FloatingPresenter::presentPanel() {
@@ -147,6 +172,10 @@ void FloatingPresenter::flash() {
 }
 
 void FloatingPresenter::expansionChanged(bool isExpanded) {
+    if (!isExpanded) {
+        // A field that was forgotten goes out of sight with the panel.
+        m_window->releaseKeyboard();
+    }
     updateVisibility(Motion::animated);
     if (onExpandedChanged) {
         onExpandedChanged(isExpanded);
@@ -171,6 +200,9 @@ void FloatingPresenter::menuClosed() {
 /// Not a plain question: an ambient capsule forgets that it was dismissed as soon as a session is
 /// active.
 bool FloatingPresenter::shouldBeVisible() {
+    if (m_context.editing.isActive(m_scheduler.now())) {
+        return true;
+    }
     const bool hasActive = !m_store.activeSessions().isEmpty();
     if (!hasActive && m_dismissed) {
         return false;
@@ -210,7 +242,7 @@ void FloatingPresenter::fadeIn(double offset) {
     m_isFadingIn = true;
     const double from = m_window->opacity();
     m_fade.start(
-        showDuration,
+        durationOf(showDuration),
         [this, from, offset](double share) {
             const double eased = Animation::easeOut(share);
             m_window->setOpacity(from + (1 - from) * eased);
@@ -226,7 +258,7 @@ void FloatingPresenter::hidePanel() {
     m_isFadingIn = false;
     const double from = m_window->opacity();
     m_fade.start(
-        hideDuration,
+        durationOf(hideDuration),
         [this, from](double share) { m_window->setOpacity(from * (1 - Animation::easeIn(share))); },
         [this] {
             m_window->hide();
@@ -235,6 +267,11 @@ void FloatingPresenter::hidePanel() {
             m_offset = 0;
             updateHover();
         });
+}
+
+/// With less motion asked for, everything is where it belongs at once.
+Seconds FloatingPresenter::durationOf(Seconds motion) const {
+    return m_context.motion.isReduced() ? Seconds(0) : motion;
 }
 
 /// The view follows the capsule only here: a panel that goes away altogether fades as it is.
@@ -255,7 +292,7 @@ void FloatingPresenter::layout(Motion motion) {
         place();
         return;
     }
-    m_growth.start(growthDuration, [this, from = m_present](double share) {
+    m_growth.start(durationOf(growthDuration), [this, from = m_present](double share) {
         m_present = interpolate(from, m_target, Animation::easeOut(share));
         place();
     });
@@ -288,9 +325,10 @@ void FloatingPresenter::place() {
 /// shape under a resting pointer makes the windowing system report both. An open menu counts as the
 /// pointer, which it leads away.
 void FloatingPresenter::updateHover() {
-    const bool isInside =
-        m_view->openMenu() != nullptr ||
-        (m_window->isVisible() && m_view->shape(m_target).contains(m_displays.pointerPosition()));
+    const QPointF pixelCentre = QPointF(m_displays.pointerPosition()) + QPointF(0.5, 0.5);
+    // The view is not there for the pointer while a full-screen program hides it.
+    const bool isInside = m_view->openMenu() != nullptr ||
+                          (m_view->isVisible() && m_view->shape(m_target).contains(pixelCentre));
     if (isInside != m_isHovering) {
         m_isHovering = isInside;
         m_capsule.setHovering(isInside);

@@ -39,6 +39,7 @@ private:
     enum class Motion { atOnce, animated };
 
     void makePanel();
+    void removePanel();
     void subscribe();
     void scheduleUpdate();
     void flash();
@@ -51,6 +52,7 @@ private:
     void showPanel();
     void hidePanel();
     void fadeIn(double offset);
+    Seconds durationOf(Seconds motion) const;
 
     void layout(Motion motion);
     QRect tabFrame(const QSize &size) const;

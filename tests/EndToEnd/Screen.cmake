@@ -2,6 +2,8 @@
 add_library(end_to_end_support STATIC
   ChildProcess.cpp ChildProcess.h
   ProgramHome.cpp ProgramHome.h
+  VirtualDisplay.cpp VirtualDisplay.h
+  WindowManager.cpp WindowManager.h
 )
 target_include_directories(end_to_end_support PUBLIC ${PROJECT_SOURCE_DIR}/tests)
 target_link_libraries(end_to_end_support
@@ -13,7 +15,6 @@ add_executable(screen_tests
   ScreenTest.cpp
   TrayHost.cpp TrayHost.h
   TrayTest.cpp
-  VirtualDisplay.cpp VirtualDisplay.h
 )
 target_link_libraries(screen_tests PRIVATE
   morvane_options end_to_end_support GTest::gtest_main Qt6::DBus)

@@ -11,20 +11,14 @@ namespace morvane {
 
 namespace {
 
-/// Without decorations a window fills the screen to its edges.
-constexpr const char *windowManagerSettings =
-    R"(<openbox_config xmlns="http://openbox.org/3.4/rc"><applications>
-<application class="*"><decor>no</decor><maximized>yes</maximized></application>
-</applications></openbox_config>)";
-
 QStringList coordinates(const QPoint &position) {
     return {QString::number(position.x()), QString::number(position.y())};
 }
 
 } // namespace
 
-VirtualDisplay::VirtualDisplay(QProcessEnvironment environment)
-    : m_environment(std::move(environment)) {
+VirtualDisplay::VirtualDisplay(QProcessEnvironment environment, const WindowManager &manager)
+    : m_environment(std::move(environment)), m_manager(manager) {
     // Without -noreset it would start over, under the feet of who is just coming, whenever its last
     // client leaves.
     m_server = start("Xvfb -displayfd 1 -screen 0 1280x800x24 -noreset -nolisten tcp");
@@ -37,18 +31,22 @@ VirtualDisplay::VirtualDisplay(QProcessEnvironment environment)
     m_environment.insert("DISPLAY", QLatin1Char(':') + QString::fromLatin1(*number));
     m_environment.insert("DBUS_SESSION_BUS_ADDRESS", QString::fromLatin1(*address));
 
-    QFile settings(m_folder.filePath("rc.xml"));
+    // Otherwise the ones that keep their settings there would start a service for it.
+    m_environment.insert("GSETTINGS_BACKEND", "memory");
+
+    QFile settings(m_folder.filePath("settings"));
     settings.open(QIODevice::WriteOnly);
-    settings.write(windowManagerSettings);
+    settings.write(m_manager.settings);
     settings.close();
-    m_windowManager = start("openbox --sm-disable --config-file " + settings.fileName().toUtf8());
+    m_windowManager =
+        start(QByteArray(m_manager.command).replace("%1", settings.fileName().toUtf8()));
     // It tells of desktops once it manages windows: one that came earlier would stay without focus.
     m_isUp = waitUntil([this] { return control({"get_num_desktops"}).has_value(); });
 }
 
-QStringList VirtualDisplay::missingPrograms() {
+QStringList VirtualDisplay::missingPrograms(const WindowManager &manager) {
     QStringList result;
-    for (const char *name : {"Xvfb", "openbox", "xdotool", "xterm", "dbus-daemon"}) {
+    for (const char *name : {"Xvfb", manager.name, "xdotool", "xrandr", "xterm", "dbus-daemon"}) {
         if (QStandardPaths::findExecutable(QLatin1String(name)).isEmpty()) {
             result.append(QLatin1String(name));
         }
@@ -71,6 +69,34 @@ void VirtualDisplay::press(const QString &key) const {
 
 std::unique_ptr<ChildProcess> VirtualDisplay::type(const QString &text) const {
     return std::make_unique<ChildProcess>(QStringList{"xdotool", "type", text}, m_environment);
+}
+
+void VirtualDisplay::goToDesktop(int index) const {
+    if (QLatin1String(m_manager.name) == QLatin1String("i3")) {
+        // It makes its desktops as they are gone to, which only its own tool can do.
+        run({"i3-msg", "--quiet", "workspace", "number", QString::number(index + 1)});
+    } else {
+        control({"set_desktop", QString::number(index)});
+    }
+}
+
+void VirtualDisplay::setMonitor(const QString &name, const QRect &place) const {
+    const QString geometry = QStringLiteral("%1/300x%2/200+%3+%4")
+                                 .arg(place.width())
+                                 .arg(place.height())
+                                 .arg(place.x())
+                                 .arg(place.y());
+    // Only one of them can have the one output that there is.
+    const bool isFirst = place.topLeft().isNull();
+    run({"xrandr", "--setmonitor", name, geometry, isFirst ? "screen" : "none"});
+}
+
+void VirtualDisplay::removeMonitor(const QString &name) const {
+    run({"xrandr", "--delmonitor", name});
+}
+
+bool VirtualDisplay::run(const QStringList &command) const {
+    return ChildProcess(command, m_environment).wait() == 0;
 }
 
 QByteArray VirtualDisplay::focusedTitle() const {

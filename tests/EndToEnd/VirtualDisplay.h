@@ -1,9 +1,11 @@
 #pragma once
 
 #include "EndToEnd/ChildProcess.h"
+#include "EndToEnd/WindowManager.h"
 
 #include <QPoint>
 #include <QProcessEnvironment>
+#include <QRect>
 #include <QStringList>
 #include <QTemporaryDir>
 
@@ -17,10 +19,11 @@ namespace morvane {
 class VirtualDisplay {
 public:
     /// The environment is that of the person at this display.
-    explicit VirtualDisplay(QProcessEnvironment environment);
+    explicit VirtualDisplay(QProcessEnvironment environment,
+                            const WindowManager &manager = WindowManager::openbox);
 
     /// The programs that it needs and that are not installed.
-    static QStringList missingPrograms();
+    static QStringList missingPrograms(const WindowManager &manager = WindowManager::openbox);
 
     /// False when the display, the bus or the window manager did not come up.
     bool isUp() const { return m_isUp; }
@@ -37,6 +40,16 @@ public:
     /// Begins to type; done when the result has ended.
     std::unique_ptr<ChildProcess> type(const QString &text) const;
 
+    /// Counted from 0; there are at least two.
+    void goToDesktop(int index) const;
+
+    /// Divides the screen, which is 1280 by 800, into monitors. One must be at its upper left.
+    void setMonitor(const QString &name, const QRect &place) const;
+    void removeMonitor(const QString &name) const;
+
+    /// Runs a program to its end; true when it reports success.
+    bool run(const QStringList &command) const;
+
     /// The title of the window that has the keyboard.
     QByteArray focusedTitle() const;
 
@@ -46,6 +59,7 @@ private:
     std::optional<QByteArray> control(const QStringList &arguments) const;
 
     QProcessEnvironment m_environment;
+    const WindowManager m_manager;
     QTemporaryDir m_folder;
     std::unique_ptr<ChildProcess> m_server;
     std::unique_ptr<ChildProcess> m_windowManager;

@@ -3,6 +3,8 @@
 #include "Platform/OverlayWindow.h"
 
 #include <QList>
+#include <QPainterPath>
+#include <QRegion>
 #include <QWidget>
 
 namespace morvane {
@@ -24,7 +26,9 @@ public:
         lastAnchor = anchor;
         m_widget.setGeometry(frame);
     }
-    void setShape(const QRegion &region) override { shape = region; }
+    void setShape(const QPainterPath &path) override {
+        shape = QRegion(path.toFillPolygon().toPolygon());
+    }
     void show() override { m_widget.show(); }
     void hide() override { m_widget.hide(); }
     bool isVisible() const override { return m_widget.isVisible(); }

@@ -15,7 +15,7 @@ constexpr std::uint32_t maxClassWords = 64;
 
 } // namespace
 
-ActiveWindow::ActiveWindow(X11Connection &x11) : m_x11(x11) {
+ActiveWindow::ActiveWindow(X11Connection &x11) : m_x11(x11), m_last(activeWindow()) {
     const std::uint32_t activeWindow = m_x11.atom(activeWindowName);
     connect(&m_x11, &X11Connection::rootPropertyChanged, this, [this, activeWindow](auto atom) {
         if (atom == activeWindow) {
@@ -24,16 +24,27 @@ ActiveWindow::ActiveWindow(X11Connection &x11) : m_x11(x11) {
     });
 }
 
-/// Some window managers go through no window at all on the way from one to the next, and back to
-/// the same one when a window of ours gives the keyboard back; neither is an activation.
+/// When an overlay of ours takes the keyboard and gives it back, some window managers call no window
+/// the active one in between, and some the overlay; neither is an activation, nor is the way back.
 void ActiveWindow::read() {
-    const auto windows = m_x11.property(m_x11.root(), activeWindowName, XCB_ATOM_WINDOW);
-    const std::uint32_t window = windows.value(0);
-    if (window == XCB_WINDOW_NONE || window == m_last) {
+    const std::uint32_t window = activeWindow();
+    if (window == XCB_WINDOW_NONE || window == m_last || isOverlay(window)) {
         return;
     }
     m_last = window;
     emit activated(KnownApplications::bundleID(windowClass(window)));
+}
+
+std::uint32_t ActiveWindow::activeWindow() const {
+    return m_x11.property(m_x11.root(), activeWindowName, XCB_ATOM_WINDOW).value(0);
+}
+
+/// Ours or another's: a window that the window manager has nothing to do with.
+bool ActiveWindow::isOverlay(std::uint32_t window) const {
+    const auto cookie = xcb_get_window_attributes(m_x11.connection(), window);
+    const XcbReply<xcb_get_window_attributes_reply_t> reply(
+        xcb_get_window_attributes_reply(m_x11.connection(), cookie, nullptr));
+    return reply && reply->override_redirect != 0;
 }
 
 QString ActiveWindow::windowClass(std::uint32_t window) const {

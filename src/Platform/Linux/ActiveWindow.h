@@ -18,6 +18,8 @@ public:
 
 private:
     void read();
+    std::uint32_t activeWindow() const;
+    bool isOverlay(std::uint32_t window) const;
     QString windowClass(std::uint32_t window) const;
 
     X11Connection &m_x11;

@@ -137,19 +137,17 @@ void ScreenDisplays::readStruts() {
 
 QRect ScreenDisplays::workArea(const QScreen &screen) const {
     const QRect device = deviceRect(screen);
-    QRect desktop;
-    for (const QScreen *other : QGuiApplication::screens()) {
-        desktop |= deviceRect(*other);
-    }
-    // Struts are counted from the edges of the whole desktop, which begins at the origin.
-    const QSize extent(desktop.right() + 1, desktop.bottom() + 1);
     QRect area = device;
+    // Struts are counted from the edges of the whole desktop, not from those of a screen.
+    const QSize desktop = m_x11.rootSize();
     for (const Strut &strut : m_struts) {
-        area = strut.shrink(area, device, extent);
+        area = strut.shrink(area, device, desktop);
     }
+    // A point that is only in part below a bar counts as free: what hangs there leaves no gap.
     const double scale = screen.devicePixelRatio();
-    const QPointF offset = QPointF(area.topLeft() - device.topLeft()) / scale;
-    return {screen.geometry().topLeft() + offset.toPoint(), (QSizeF(area.size()) / scale).toSize()};
+    const auto points = [&](int pixels) { return static_cast<int>(std::floor(pixels / scale)); };
+    const QPoint offset(points(area.left() - device.left()), points(area.top() - device.top()));
+    return {screen.geometry().topLeft() + offset, (QSizeF(area.size()) / scale).toSize()};
 }
 
 } // namespace morvane

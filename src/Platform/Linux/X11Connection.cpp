@@ -3,9 +3,16 @@
 #include "Platform/Linux/XcbReply.h"
 
 #include <QAbstractEventDispatcher>
+#include <QGuiApplication>
+#include <QScreen>
 #include <QSocketNotifier>
 #include <xcb/xcb.h>
 #include <xcb/xfixes.h>
+#include <xcb/xinput.h>
+
+#include <algorithm>
+#include <optional>
+#include <string_view>
 
 namespace morvane {
 
@@ -20,6 +27,22 @@ const xcb_screen_t *screenAt(xcb_connection_t *connection, int number) {
         --number;
     }
     return screen.data;
+}
+
+/// The window that has been moved, shown, hidden or closed, if the event is about that.
+std::optional<std::uint32_t> restructuredWindow(const xcb_generic_event_t &event) {
+    switch (event.response_type & 0x7f) {
+    case XCB_CONFIGURE_NOTIFY:
+        return reinterpret_cast<const xcb_configure_notify_event_t &>(event).window;
+    case XCB_MAP_NOTIFY:
+        return reinterpret_cast<const xcb_map_notify_event_t &>(event).window;
+    case XCB_UNMAP_NOTIFY:
+        return reinterpret_cast<const xcb_unmap_notify_event_t &>(event).window;
+    case XCB_DESTROY_NOTIFY:
+        return reinterpret_cast<const xcb_destroy_notify_event_t &>(event).window;
+    default:
+        return std::nullopt;
+    }
 }
 
 } // namespace
@@ -44,8 +67,10 @@ bool X11Connection::isReachable() {
 
 X11Connection::X11Connection(Handle connection, int screen)
     : m_connection(std::move(connection)), m_root(screenAt(m_connection.get(), screen)->root) {
+    m_isXwayland = findXwayland();
     watchRoot();
     watchCompositor(screen);
+    findInputExtension();
     const int descriptor = xcb_get_file_descriptor(m_connection.get());
     m_notifier = new QSocketNotifier(descriptor, QSocketNotifier::Read, this);
     connect(m_notifier, &QSocketNotifier::activated, this, &X11Connection::readEvents);
@@ -58,6 +83,13 @@ X11Connection::X11Connection(Handle connection, int screen)
 }
 
 X11Connection::~X11Connection() = default;
+
+QSize X11Connection::rootSize() const {
+    const auto cookie = xcb_get_geometry(connection(), m_root);
+    const XcbReply<xcb_get_geometry_reply_t> reply(
+        xcb_get_geometry_reply(connection(), cookie, nullptr));
+    return reply ? QSize(reply->width, reply->height) : QSize();
+}
 
 std::uint32_t X11Connection::atom(const QByteArray &name) {
     const auto known = m_atoms.constFind(name);
@@ -84,6 +116,31 @@ QList<std::uint32_t> X11Connection::property(std::uint32_t window, const QByteAr
     return QList<std::uint32_t>(items, items + reply->value_len);
 }
 
+void X11Connection::watchWindow(std::uint32_t window) {
+    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    xcb_change_window_attributes(connection(), window, XCB_CW_EVENT_MASK, &events);
+    xcb_flush(connection());
+}
+
+void X11Connection::stopWatching(std::uint32_t window) {
+    const std::uint32_t events = XCB_EVENT_MASK_NO_EVENT;
+    xcb_change_window_attributes(connection(), window, XCB_CW_EVENT_MASK, &events);
+    xcb_flush(connection());
+}
+
+/// Newer servers have an extension that says so; older ones can be told by their outputs.
+bool X11Connection::findXwayland() {
+    constexpr std::string_view name("XWAYLAND");
+    const auto cookie = xcb_query_extension(connection(), name.size(), name.data());
+    const XcbReply<xcb_query_extension_reply_t> reply(
+        xcb_query_extension_reply(connection(), cookie, nullptr));
+    const auto screens = QGuiApplication::screens();
+    return (reply && reply->present != 0) ||
+           std::ranges::any_of(screens, [&](const QScreen *screen) {
+               return screen->name().startsWith(QLatin1String(name.data()));
+           });
+}
+
 void X11Connection::watchRoot() {
     const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_change_window_attributes(connection(), m_root, XCB_CW_EVENT_MASK, &events);
@@ -108,6 +165,53 @@ void X11Connection::watchCompositor(int screen) {
     readComposited();
 }
 
+void X11Connection::findInputExtension() {
+    const auto *extension = xcb_get_extension_data(connection(), &xcb_input_id);
+    if (extension == nullptr || extension->present == 0) {
+        return;
+    }
+    // From 2.2 on raw events come also while another program has grabbed the pointer.
+    const auto cookie = xcb_input_xi_query_version(connection(), 2, 2);
+    const XcbReply<xcb_input_xi_query_version_reply_t> version(
+        xcb_input_xi_query_version_reply(connection(), cookie, nullptr));
+    if (version && version->major_version == 2 && version->minor_version >= 2) {
+        m_inputExtension = extension->major_opcode;
+    }
+}
+
+void X11Connection::watchPresses(bool watch) {
+    selectInput(XCB_INPUT_DEVICE_ALL, watch ? XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS : 0);
+}
+
+void X11Connection::watchMotion(bool watch) {
+    selectInput(XCB_INPUT_DEVICE_ALL_MASTER, watch ? XCB_INPUT_XI_EVENT_MASK_RAW_MOTION : 0);
+}
+
+/// The server keeps what is selected for all devices apart from what is for all masters.
+void X11Connection::selectInput(std::uint16_t devices, std::uint32_t mask) {
+    if (m_inputExtension == 0) {
+        return;
+    }
+    const struct {
+        xcb_input_event_mask_t head;
+        std::uint32_t mask;
+    } request{{devices, 1}, mask};
+    xcb_input_xi_select_events(connection(), m_root, 1, &request.head);
+    xcb_flush(connection());
+}
+
+void X11Connection::readInputEvent(const xcb_generic_event_t &event) {
+    const auto &notice = reinterpret_cast<const xcb_input_raw_button_press_event_t &>(event);
+    if (notice.extension != m_inputExtension) {
+        return;
+    }
+    if (notice.event_type == XCB_INPUT_RAW_BUTTON_PRESS) {
+        emit pressed(notice.detail);
+    } else if (notice.event_type == XCB_INPUT_RAW_MOTION) {
+        emit moved();
+    }
+}
+
 void X11Connection::readEvents() {
     if (xcb_connection_has_error(connection()) != 0) {
         // A broken connection stays readable for ever.
@@ -120,10 +224,13 @@ void X11Connection::readEvents() {
             const auto *notice = reinterpret_cast<xcb_property_notify_event_t *>(event.get());
             if (notice->window == m_root) {
                 emit rootPropertyChanged(notice->atom);
+            } else {
+                emit windowPropertyChanged(notice->window, notice->atom);
             }
         } else if (type == XCB_GE_GENERIC) {
-            const auto *notice = reinterpret_cast<xcb_ge_generic_event_t *>(event.get());
-            emit extensionEvent(notice->extension, notice->event_type);
+            readInputEvent(*event);
+        } else if (const auto window = restructuredWindow(*event)) {
+            emit windowStructureChanged(*window);
         } else if (m_selectionEvent != 0 && type == m_selectionEvent) {
             readComposited();
         }

@@ -4,12 +4,14 @@
 #include <QHash>
 #include <QList>
 #include <QObject>
+#include <QSize>
 
 #include <cstdint>
 #include <memory>
 
 class QSocketNotifier;
 struct xcb_connection_t;
+struct xcb_generic_event_t;
 
 namespace morvane {
 
@@ -29,20 +31,42 @@ public:
 
     xcb_connection_t *connection() const { return m_connection.get(); }
     std::uint32_t root() const { return m_root; }
+    QSize rootSize() const;
     std::uint32_t atom(const QByteArray &name);
 
     /// The 32-bit items of a property; empty when the window is gone or has none of that type.
     QList<std::uint32_t> property(std::uint32_t window, const QByteArray &name, std::uint32_t type);
 
+    /// From now on tells of the window's properties, and of it being moved, shown, hidden or
+    /// closed.
+    void watchWindow(std::uint32_t window);
+    void stopWatching(std::uint32_t window);
+
+    /// Whether to tell of the buttons of all mice, wherever they are pressed.
+    void watchPresses(bool watch);
+
+    /// Whether to tell of the motion of all mice, which may be a thousand times a second.
+    void watchMotion(bool watch);
+
     /// True while a compositing manager runs on our screen.
     bool isComposited() const { return m_composited; }
+
+    /// True when the server is itself a client of a Wayland desktop, which alone gives the
+    /// keyboard.
+    bool isXwayland() const { return m_isXwayland; }
 
 signals:
     /// A property of the root window has changed.
     void rootPropertyChanged(std::uint32_t atom);
+    /// A property of a watched window has changed.
+    void windowPropertyChanged(std::uint32_t window, std::uint32_t atom);
+    /// A watched window has been moved, shown, hidden or closed.
+    void windowStructureChanged(std::uint32_t window);
     void compositedChanged();
-    /// A generic event has come, of the extension with this opcode.
-    void extensionEvent(std::uint8_t extension, std::uint16_t type);
+    /// A mouse button has gone down somewhere on the screen, even where another program sees it.
+    void pressed(std::uint32_t button);
+    /// A mouse has moved.
+    void moved();
 
 private:
     struct Disconnect {
@@ -51,9 +75,13 @@ private:
     using Handle = std::unique_ptr<xcb_connection_t, Disconnect>;
 
     X11Connection(Handle connection, int screen);
+    bool findXwayland();
     void watchRoot();
     void watchCompositor(int screen);
+    void findInputExtension();
+    void selectInput(std::uint16_t devices, std::uint32_t mask);
     void readEvents();
+    void readInputEvent(const xcb_generic_event_t &event);
     void readComposited();
 
     Handle m_connection;
@@ -61,7 +89,9 @@ private:
     std::uint32_t m_root = 0;
     std::uint32_t m_compositorSelection = 0;
     std::uint8_t m_selectionEvent = 0;
+    std::uint8_t m_inputExtension = 0; ///< its opcode, 0 where it is missing or too old
     bool m_composited = false;
+    bool m_isXwayland = false;
     QHash<QByteArray, std::uint32_t> m_atoms;
 };
 

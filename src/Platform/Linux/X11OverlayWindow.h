@@ -3,13 +3,16 @@
 #include "Platform/OverlayWindow.h"
 
 #include <QObject>
+#include <QPainterPath>
 
 #include <cstdint>
+#include <optional>
 
 class QWidget;
 
 namespace morvane {
 
+class FullscreenWindows;
 class X11Connection;
 
 /// An overlay as an override-redirect window, the one kind that every window manager leaves above
@@ -19,15 +22,15 @@ class X11OverlayWindow : public QObject, public OverlayWindow {
     Q_OBJECT
 
 public:
-    /// The widget and the connection must outlive the window.
-    X11OverlayWindow(QWidget &widget, X11Connection &x11);
+    /// What it is given must outlive the window.
+    X11OverlayWindow(QWidget &widget, X11Connection &x11, FullscreenWindows &fullscreen);
     ~X11OverlayWindow() override;
 
     void setGeometry(const QRect &frame, Anchor anchor) override;
-    void setShape(const QRegion &shape) override;
+    void setShape(const QPainterPath &shape) override;
     void show() override;
     void hide() override;
-    bool isVisible() const override;
+    bool isVisible() const override { return m_isShown; }
     void setOpacity(double opacity) override;
     double opacity() const override { return m_opacity; }
     void setHidesOverFullscreen(bool hides) override;
@@ -38,13 +41,22 @@ public:
 private:
     void applyAnchor(Anchor anchor);
     void applyShape();
+    void applyVisibility();
+    void giveUpKeyboardTo(std::uint32_t owner);
+    bool isUnderPointer() const;
+    bool isCovered() const;
     void raise();
 
     QWidget &m_widget;
     X11Connection &m_x11;
+    FullscreenWindows &m_fullscreen;
     std::uint32_t m_window = 0;
-    QRegion m_shape;
+    QPainterPath m_shape;
+    double m_shapeRatio = 0; ///< device pixels to the point when the shape was applied
     double m_opacity = 1;
+    bool m_isShown = false;
+    bool m_hidesOverFullscreen = false;
+    std::optional<std::uint32_t> m_keyboardOwner; ///< who had the keyboard before this window
 };
 
 } // namespace morvane

@@ -26,16 +26,12 @@ public:
     void deactivate() override;
 
 private:
-    enum class Listening { off, on };
-
-    void listen(Listening listening);
     void follow();
     void check();
     std::optional<QPoint> position() const;
 
     X11Connection &m_x11;
     Scheduler &m_scheduler;
-    std::uint8_t m_extension = 0; ///< the input extension's opcode, 0 without one
     int m_users = 0;
     std::optional<QPoint> m_lastPosition;
     Task m_check;

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QWidget>
+
+#include <functional>
+
+class QLineEdit;
+
+namespace morvane {
+
+/// A small window of its own with one text field, for desktops on which no overlay is given the
+/// keyboard. Owned by whoever needs the text, who may delete it from within the closures; main
+/// thread.
+class FieldWindow : public QWidget {
+    Q_OBJECT
+
+public:
+    FieldWindow(const QString &title, const QString &initial, const QString &placeholder);
+
+    /// One of these is called, once: with the text on Return, or when the person gives up.
+    std::function<void(const QString &text)> commit;
+    std::function<void()> cancel;
+
+    /// Shows it where the field would have been on the desktop, as far as the desktop lets it.
+    void openAt(const QRect &field);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void settle(std::function<void()> answer);
+
+    QLineEdit *m_field;
+    bool m_isSettled = false;
+};
+
+} // namespace morvane

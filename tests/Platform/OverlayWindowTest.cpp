@@ -1,0 +1,218 @@
+#include "EndToEnd/ProgramHome.h"
+#include "EndToEnd/VirtualDisplay.h"
+#include "Platform/Linux/ActiveWindow.h"
+#include "Platform/Linux/X11Connection.h"
+#include "Platform/Linux/X11OverlayWindows.h"
+#include "Platform/Linux/XcbReply.h"
+#include "Support/Printing.h"
+#include "Support/WaitUntil.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QLineEdit>
+#include <QPainterPath>
+#include <QScreen>
+#include <gtest/gtest.h>
+#include <xcb/xcb.h>
+
+namespace morvane {
+namespace {
+
+constexpr QRect overlayFrame(490, 0, 300, 100);
+constexpr const char *terminalTitle = "terminal";
+
+/// An overlay with a text field on it, above a terminal that has the keyboard, under a window
+/// manager.
+class OverlayWindowTest : public testing::TestWithParam<WindowManager> {
+protected:
+    void SetUp() override {
+        const QStringList missing = VirtualDisplay::missingPrograms(GetParam());
+        if (!missing.isEmpty()) {
+            GTEST_SKIP() << "These programs are needed and not installed: "
+                         << missing.join(QStringLiteral(", ")).toStdString();
+        }
+        display = std::make_unique<VirtualDisplay>(home.environment(), GetParam());
+        ASSERT_TRUE(display->isUp());
+        terminal = startTerminal(terminalTitle);
+        ASSERT_TRUE(waitUntil([this] { return terminalHasKeyboard(); }));
+        for (const QString &name : display->environment().keys()) {
+            qputenv(name.toUtf8(), display->environment().value(name).toUtf8());
+        }
+        qputenv("QT_QPA_PLATFORM", "xcb");
+        application = std::make_unique<QApplication>(argumentCount, arguments);
+        makeOverlay();
+    }
+
+    void makeOverlay() {
+        x11 = X11Connection::open();
+        active = std::make_unique<ActiveWindow>(*x11);
+        QObject::connect(active.get(), &ForegroundApplication::activated, application.get(),
+                         [this](const QString &name) { activations.append(name); });
+        overlays = std::make_unique<X11OverlayWindows>(*x11);
+        panel = std::make_unique<QWidget>();
+        field = new QLineEdit(panel.get());
+        field->setGeometry(20, 20, 200, 30);
+        overlay = overlays->adopt(*panel);
+        QPainterPath shape;
+        shape.addRoundedRect(QRectF(QPointF(), overlayFrame.size()), 20, 20);
+        overlay->setShape(shape);
+        overlay->setGeometry(overlayFrame, OverlayWindow::Anchor::topCenter);
+        overlay->show();
+        ASSERT_TRUE(eventually([this] { return isOnTop(); }));
+    }
+
+    void TearDown() override {
+        overlay.reset();
+        panel.reset();
+        overlays.reset();
+        active.reset();
+        x11.reset();
+        application.reset();
+    }
+
+    std::unique_ptr<ChildProcess> startTerminal(const char *title) const {
+        return std::make_unique<ChildProcess>(
+            QStringList{"xterm", "-title", title, "-e", "sh", "-c",
+                        "stty raw -echo; exec cat >\"$0\"", home.path(title)},
+            display->environment());
+    }
+
+    /// Waits while our own windows live.
+    template <typename Condition> static bool eventually(Condition condition) {
+        return waitUntil([&] {
+            QCoreApplication::processEvents();
+            return condition();
+        });
+    }
+
+    void type(const char *text) const {
+        const auto typing = display->type(QLatin1String(text));
+        eventually([&] { return !typing->isRunning(); });
+    }
+
+    QByteArray received() const {
+        QFile file(home.path(terminalTitle));
+        file.open(QIODevice::ReadOnly);
+        return file.readAll();
+    }
+
+    bool terminalHasKeyboard() const { return display->focusedTitle() == terminalTitle; }
+
+    /// Nothing that can be seen lies above the overlay.
+    bool isOnTop() const {
+        auto *connection = x11->connection();
+        const XcbReply<xcb_query_tree_reply_t> tree(
+            xcb_query_tree_reply(connection, xcb_query_tree(connection, x11->root()), nullptr));
+        const auto *windows = xcb_query_tree_children(tree.get());
+        for (int index = xcb_query_tree_children_length(tree.get()) - 1; index >= 0; --index) {
+            const XcbReply<xcb_get_window_attributes_reply_t> attributes(
+                xcb_get_window_attributes_reply(
+                    connection, xcb_get_window_attributes(connection, windows[index]), nullptr));
+            if (attributes && attributes->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT &&
+                attributes->map_state == XCB_MAP_STATE_VIEWABLE) {
+                return windows[index] == panel->winId();
+            }
+        }
+        return false;
+    }
+
+    testing::AssertionResult takeKeyboard() const {
+        const bool isTaken = overlay->takeKeyboard();
+        field->setFocus();
+        return isTaken && eventually([this] { return field->hasFocus(); })
+                   ? testing::AssertionSuccess()
+                   : testing::AssertionFailure() << "the field did not get the keyboard";
+    }
+
+    ProgramHome home;
+    std::unique_ptr<VirtualDisplay> display;
+    std::unique_ptr<ChildProcess> terminal;
+    char name[6] = "tests";
+    char *arguments[2] = {name, nullptr};
+    int argumentCount = 1;
+    std::unique_ptr<QApplication> application;
+    std::unique_ptr<X11Connection> x11;
+    std::unique_ptr<ActiveWindow> active;
+    std::unique_ptr<X11OverlayWindows> overlays;
+    std::unique_ptr<QWidget> panel;
+    QLineEdit *field = nullptr;
+    std::unique_ptr<OverlayWindow> overlay;
+    QStringList activations; ///< the programs that were told to have come to the front
+};
+
+TEST_P(OverlayWindowTest, TakesTheKeyboardForAFieldAndGivesItBack) {
+    ASSERT_TRUE(takeKeyboard());
+    type("Name");
+    EXPECT_EQ(field->text(), "Name");
+    EXPECT_EQ(received(), "");
+    overlay->releaseKeyboard();
+    EXPECT_TRUE(eventually([this] { return !field->hasFocus() && terminalHasKeyboard(); }));
+    type("back");
+    EXPECT_TRUE(eventually([this] { return received() == "back"; }));
+    EXPECT_EQ(field->text(), "Name");
+
+    ASSERT_TRUE(takeKeyboard());
+    overlay->hide();
+    EXPECT_TRUE(eventually([this] { return terminalHasKeyboard(); }));
+    // The same terminal is at the front as before.
+    EXPECT_EQ(activations, QStringList());
+}
+
+TEST_P(OverlayWindowTest, LeavesTheKeyboardWhereThePersonHasPutItInTheMeantime) {
+    ASSERT_TRUE(takeKeyboard());
+    display->click({640, 500});
+    EXPECT_TRUE(eventually([this] { return !field->hasFocus() && terminalHasKeyboard(); }));
+
+    ASSERT_TRUE(takeKeyboard());
+    const auto other = startTerminal("other");
+    ASSERT_TRUE(eventually([this] { return QFile::exists(home.path("other")); }));
+    display->run({"xdotool", "search", "--name", "^other$", "windowactivate"});
+    EXPECT_TRUE(eventually([this] { return display->focusedTitle() == "other"; }));
+    EXPECT_TRUE(eventually([this] { return !field->hasFocus(); }));
+    overlay->releaseKeyboard();
+    type("other");
+    EXPECT_EQ(display->focusedTitle(), "other");
+    EXPECT_EQ(field->text(), "");
+}
+
+TEST_P(OverlayWindowTest, StaysAboveOnEveryDesktopAndTakesNoFocus) {
+    const auto other = startTerminal("other");
+    ASSERT_TRUE(eventually([this] { return display->focusedTitle() == "other"; }));
+    EXPECT_TRUE(eventually([this] { return isOnTop(); }));
+    display->press("alt+Return");
+    EXPECT_TRUE(eventually([this] { return isOnTop(); }));
+    EXPECT_EQ(display->focusedTitle(), "other");
+    display->goToDesktop(1);
+    EXPECT_TRUE(eventually([this] { return display->focusedTitle() != "other" && isOnTop(); }));
+}
+
+TEST_P(OverlayWindowTest, GivesWayToAFullscreenProgramWhenToldTo) {
+    overlay->setHidesOverFullscreen(true);
+    EXPECT_TRUE(panel->isVisible());
+    display->press("alt+Return");
+    EXPECT_TRUE(eventually([this] { return !panel->isVisible(); }));
+    EXPECT_TRUE(overlay->isVisible());
+    EXPECT_FALSE(overlay->takeKeyboard());
+    overlay->setHidesOverFullscreen(false);
+    EXPECT_TRUE(panel->isVisible());
+    overlay->setHidesOverFullscreen(true);
+    EXPECT_FALSE(panel->isVisible());
+
+    display->goToDesktop(1);
+    EXPECT_TRUE(eventually([this] { return panel->isVisible(); }));
+    display->goToDesktop(0);
+    EXPECT_TRUE(eventually([this] { return !panel->isVisible(); }));
+    ASSERT_TRUE(eventually([this] { return terminalHasKeyboard(); }));
+    display->press("alt+Return");
+    EXPECT_TRUE(eventually([this] { return panel->isVisible(); }));
+    display->press("alt+Return");
+    EXPECT_TRUE(eventually([this] { return !panel->isVisible(); }));
+    terminal.reset();
+    EXPECT_TRUE(eventually([this] { return panel->isVisible(); }));
+}
+
+INSTANTIATE_TEST_SUITE_P(Under, OverlayWindowTest, testing::ValuesIn(WindowManager::all),
+                         [](const auto &info) { return info.param.name; });
+
+} // namespace
+} // namespace morvane
