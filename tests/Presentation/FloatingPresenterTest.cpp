@@ -1,6 +1,7 @@
 #include "Presentation/FloatingPresenter.h"
 
 #include "PanelFixture.h"
+#include "Presentation/KeyablePanel.h"
 
 #include <QContextMenuEvent>
 #include <QCoreApplication>
@@ -38,6 +39,8 @@ protected:
         QContextMenuEvent click(QContextMenuEvent::Mouse, {}, position);
         QCoreApplication::sendEvent(&window().widget(), &click);
     }
+
+    KeyablePanel &panel() { return dynamic_cast<KeyablePanel &>(window().widget()); }
 
     QList<bool> expansions;
     std::unique_ptr<FloatingPresenter> presenter;
@@ -208,6 +211,84 @@ TEST_F(FloatingPresenterTest, AnOpeningChangesTheWindowsSizeOnceAndThenNothingTi
     EXPECT_EQ(window().resizes, resizes + 1);
     EXPECT_EQ(window().geometry.width(), 520);
     EXPECT_EQ(ticksWithin(Seconds(50)), 0);
+}
+
+TEST_F(FloatingPresenterTest, AFieldHoldsThePanelOpenForTwoMinutes) {
+    attach(Flavour::onCall);
+    presenter->presentPanel();
+    scheduler.advance(Seconds(1));
+    ASSERT_TRUE(panel().makeKey());
+    editing.begin(scheduler.now());
+    EXPECT_TRUE(window().hasKeyboard);
+    scheduler.advance(Seconds(119));
+    EXPECT_EQ(expansions, QList<bool>({true}));
+    EXPECT_TRUE(isVisible());
+    scheduler.advance(Seconds(2));
+    EXPECT_EQ(expansions, QList<bool>({true, false}));
+    EXPECT_FALSE(isVisible());
+    EXPECT_FALSE(window().hasKeyboard);
+}
+
+TEST_F(FloatingPresenterTest, ClosesAMomentAfterTheLastFieldHas) {
+    attach(Flavour::onCall);
+    presenter->presentPanel();
+    scheduler.advance(Seconds(1));
+    editing.begin(scheduler.now());
+    presenter->dismiss();
+    scheduler.advance(Seconds(10));
+    EXPECT_EQ(expansions, QList<bool>({true}));
+    EXPECT_TRUE(isVisible());
+    editing.end();
+    scheduler.advance(Seconds(0.5));
+    EXPECT_EQ(expansions, QList<bool>({true, false}));
+    EXPECT_FALSE(isVisible());
+}
+
+TEST_F(FloatingPresenterTest, AFieldMayGoDownWithThePanel) {
+    attach(Flavour::onCall);
+    presenter->presentPanel();
+    ASSERT_TRUE(panel().makeKey());
+    editing.begin(scheduler.now());
+    QObject::connect(&panel(), &QObject::destroyed, [this] { editing.end(); });
+    presenter->detach();
+    EXPECT_EQ(expansions, QList<bool>({true, false}));
+    EXPECT_TRUE(overlays.alive.isEmpty());
+    scheduler.advance(Seconds(200));
+}
+
+TEST_F(FloatingPresenterTest, GivesWayToFullscreenProgramsAsTheSettingSays) {
+    attach(Flavour::onCall);
+    EXPECT_FALSE(window().hidesOverFullscreen);
+    settings.setHideOverFullscreen(true);
+    EXPECT_TRUE(window().hidesOverFullscreen);
+    presenter.reset();
+    attach(Flavour::onCall);
+    EXPECT_TRUE(window().hidesOverFullscreen);
+}
+
+TEST_F(FloatingPresenterTest, WithLessMotionItIsWhereItBelongsAtOnce) {
+    motion.setReduced(true);
+    attach(Flavour::onCall);
+    presenter->presentPanel();
+    EXPECT_EQ(window().opacity(), 1);
+    EXPECT_EQ(window().geometry.size(), QSize(520, window().geometry.height()));
+    EXPECT_EQ(window().geometry.top(), 30);
+    presenter->dismiss();
+    scheduler.advance(Seconds(0.16));
+    EXPECT_FALSE(isVisible());
+}
+
+TEST_F(FloatingPresenterTest, FollowsItsDisplayAndStaysOpen) {
+    attach(Flavour::onCall);
+    presenter->presentPanel();
+    scheduler.advance(Seconds(1));
+    Display display = FakeDisplays::external(1, 2000);
+    display.visibleFrame.setTop(50);
+    presenter->attach(display);
+    EXPECT_EQ(overlays.alive.size(), 1);
+    EXPECT_EQ(expansions, QList<bool>({true}));
+    EXPECT_EQ(window().geometry.top(), 50);
+    EXPECT_NEAR(window().geometry.center().x(), 2500, 1);
 }
 
 } // namespace
