@@ -7,6 +7,7 @@
 #include <QRect>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 
@@ -28,14 +29,18 @@ constexpr const char *rightPress = "\x1b[M\"";
 /// and notes every key and click that reaches it.
 class ScreenTest : public testing::Test {
 protected:
+    explicit ScreenTest(const WindowManager &manager = WindowManager::openbox,
+                        const QJsonObject &settings = {{"showWhenIdle", true}})
+        : manager(manager), home(settings) {}
+
     void SetUp() override {
-        const QStringList missing = VirtualDisplay::missingPrograms();
+        const QStringList missing = VirtualDisplay::missingPrograms(manager);
         if (!missing.isEmpty()) {
             GTEST_SKIP() << "These programs are needed and not installed: "
                          << missing.join(QStringLiteral(", ")).toStdString();
         }
         home.setVariable("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1");
-        display = std::make_unique<VirtualDisplay>(home.environment());
+        display = std::make_unique<VirtualDisplay>(home.environment(), manager);
         ASSERT_TRUE(display->isUp());
         ASSERT_NO_FATAL_FAILURE(startTerminal());
         program = start({MORVANE});
@@ -44,9 +49,10 @@ protected:
     }
 
     void startTerminal() {
-        terminal = start({"xterm", "-title", QLatin1String(terminalTitle), "-e", "sh", "-c",
-                          "stty raw -echo; printf '\\033[?1000h'; exec cat >\"$0\"",
-                          home.path("received")});
+        terminal = start(QStringList{"xterm"} + terminalOptions +
+                         QStringList{"-title", QLatin1String(terminalTitle), "-e", "sh", "-c",
+                                     "stty raw -echo; printf '\\033[?1000h'; exec cat >\"$0\"",
+                                     home.path("received")});
         ASSERT_TRUE(waitUntil([this] { return QFile::exists(home.path("received")); }));
         ASSERT_TRUE(waitUntil([this] { return terminalHasKeyboard(); }));
     }
@@ -111,13 +117,21 @@ protected:
         return file.readAll();
     }
 
-    ProgramHome home{{{"showWhenIdle", true}}};
+    const WindowManager manager;
+    QStringList terminalOptions{"-fullscreen"};
+    ProgramHome home;
     std::unique_ptr<VirtualDisplay> display;
     std::unique_ptr<ChildProcess> terminal;
     std::unique_ptr<ChildProcess> program;
 };
 
-TEST_F(ScreenTest, TakesNoKeyFromTheTerminalWhileARequestIsAllowed) {
+/// On each window manager that is installed.
+class ManagedScreenTest : public ScreenTest, public testing::WithParamInterface<WindowManager> {
+protected:
+    ManagedScreenTest() : ScreenTest(GetParam()) {}
+};
+
+TEST_P(ManagedScreenTest, TakesNoKeyFromTheTerminalWhileARequestIsAllowed) {
     const QString text = QStringLiteral("the quick brown fox jumps over it ").repeated(8);
     const auto typing = display->type(text);
 
@@ -137,6 +151,11 @@ TEST_F(ScreenTest, TakesNoKeyFromTheTerminalWhileARequestIsAllowed) {
     EXPECT_EQ(typing->wait(), 0);
     EXPECT_TRUE(waitUntil([&] { return received().size() >= text.size(); }));
     EXPECT_EQ(received(), text.toUtf8());
+
+    display->goToDesktop(1);
+    EXPECT_TRUE(waitUntil([this] { return !terminalHasKeyboard(); }));
+    display->movePointer(tab().value_or(QRect()).center());
+    EXPECT_TRUE(waitUntil([this] { return isOpen(); }));
 }
 
 TEST_F(ScreenTest, OpensThePanelWhenStartedAgain) {
@@ -180,7 +199,7 @@ TEST_F(ScreenTest, ARightClickOpensTheMenuAndTheTerminalKeepsTheFocus) {
     EXPECT_EQ(program->wait(), 0);
 }
 
-TEST_F(ScreenTest, LetsClicksBesideItsRoundedCornersThrough) {
+TEST_P(ManagedScreenTest, LetsClicksBesideItsRoundedCornersThrough) {
     const QRect capsule = tab().value_or(QRect());
     display->click(capsule.bottomLeft() + QPoint(1, -1));
     EXPECT_TRUE(waitUntil([this] { return received().contains(leftPress); }));
@@ -189,6 +208,83 @@ TEST_F(ScreenTest, LetsClicksBesideItsRoundedCornersThrough) {
     display->click({640, 700}, 3);
     EXPECT_TRUE(waitUntil([this] { return received().contains(rightPress); }));
     EXPECT_EQ(received().count(leftPress), 1);
+}
+
+/// Told to give way to full-screen programs.
+class YieldingScreenTest : public ScreenTest, public testing::WithParamInterface<WindowManager> {
+protected:
+    YieldingScreenTest()
+        : ScreenTest(GetParam(), {{"showWhenIdle", true}, {"hideOverFullscreen", true}}) {
+        terminalOptions.clear();
+    }
+};
+
+TEST_P(YieldingScreenTest, IsThereOnlyWhileNoProgramFillsTheScreen) {
+    const auto hook = ask();
+    display->press("alt+Return");
+    EXPECT_TRUE(waitUntil([this] { return !tab(); }));
+    const auto second = start({MORVANE});
+    EXPECT_EQ(second->wait(), 0);
+    display->click({640, 10});
+    EXPECT_TRUE(waitUntil([this] { return received().contains(leftPress); }));
+    EXPECT_FALSE(tab());
+    EXPECT_TRUE(terminalHasKeyboard());
+    display->press("alt+Return");
+    EXPECT_TRUE(waitUntil([this] { return allowButton().has_value(); }));
+    EXPECT_TRUE(terminalHasKeyboard());
+}
+
+const auto nameOf = [](const auto &info) { return info.param.name; };
+
+INSTANTIATE_TEST_SUITE_P(Under, ManagedScreenTest, testing::ValuesIn(WindowManager::all), nameOf);
+INSTANTIATE_TEST_SUITE_P(Under, YieldingScreenTest, testing::ValuesIn(WindowManager::all), nameOf);
+
+/// One or more monitors, each with a capsule of its own.
+class MonitorsTest : public ScreenTest {
+protected:
+    MonitorsTest()
+        : ScreenTest(WindowManager::openbox, {{"showWhenIdle", true}, {"displayMode", "all"}}) {}
+
+    /// Waits until there are capsules under exactly these points, from left to right.
+    testing::AssertionResult hangUnder(const QList<QPoint> &points) const {
+        QList<QRect> tabs;
+        const bool isSo = waitUntil([&] {
+            tabs = display->visibleWindows("^[Mm]orvane$");
+            return std::ranges::equal(tabs, points, [](const QRect &tab, const QPoint &point) {
+                return tab.top() == point.y() && std::abs(tab.center().x() - point.x()) <= 1;
+            });
+        });
+        if (isSo) {
+            return testing::AssertionSuccess();
+        }
+        auto failure = testing::AssertionFailure() << "they are at";
+        for (const QRect &tab : tabs) {
+            failure << ' ' << tab.center().x() << ',' << tab.top();
+        }
+        return failure;
+    }
+};
+
+TEST_F(MonitorsTest, EachHasOneCapsuleAsTheyComeGoAndChange) {
+    EXPECT_TRUE(hangUnder({{640, 0}}));
+    display->setMonitor("LEFT", {0, 0, 640, 800});
+    display->setMonitor("RIGHT", {640, 0, 640, 800});
+    EXPECT_TRUE(hangUnder({{320, 0}, {960, 0}}));
+
+    display->movePointer({320, 5});
+    EXPECT_TRUE(waitUntil([this] { return isOpen(); }));
+    display->removeMonitor("RIGHT");
+    display->setMonitor("RIGHT", {640, 200, 400, 600});
+    EXPECT_TRUE(hangUnder({{320, 0}, {840, 200}}));
+    EXPECT_TRUE(isOpen());
+
+    display->removeMonitor("LEFT");
+    display->removeMonitor("RIGHT");
+    EXPECT_TRUE(hangUnder({{640, 0}}));
+    display->setMonitor("LEFT", {0, 0, 500, 800});
+    display->setMonitor("RIGHT", {500, 0, 780, 800});
+    EXPECT_TRUE(hangUnder({{250, 0}, {890, 0}}));
+    EXPECT_TRUE(program->isRunning());
 }
 
 } // namespace

@@ -50,6 +50,9 @@ public:
     /// Runs a program to its end; true when it reports success.
     bool run(const QStringList &command) const;
 
+    /// Where those windows are that are on show and whose class matches, from left to right.
+    QList<QRect> visibleWindows(const QString &windowClass) const;
+
     /// The title of the window that has the keyboard.
     QByteArray focusedTitle() const;
 

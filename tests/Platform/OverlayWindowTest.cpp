@@ -1,6 +1,7 @@
 #include "EndToEnd/ProgramHome.h"
 #include "EndToEnd/VirtualDisplay.h"
 #include "Platform/Linux/ActiveWindow.h"
+#include "Platform/Linux/ScreenDisplays.h"
 #include "Platform/Linux/X11Connection.h"
 #include "Platform/Linux/X11OverlayWindows.h"
 #include "Platform/Linux/XcbReply.h"
@@ -15,6 +16,8 @@
 #include <gtest/gtest.h>
 #include <xcb/xcb.h>
 
+#include <array>
+
 namespace morvane {
 namespace {
 
@@ -23,15 +26,18 @@ constexpr const char *terminalTitle = "terminal";
 
 /// An overlay with a text field on it, above a terminal that has the keyboard, under a window
 /// manager.
-class OverlayWindowTest : public testing::TestWithParam<WindowManager> {
+class OverlayTest : public testing::Test {
 protected:
+    explicit OverlayTest(const WindowManager &manager = WindowManager::openbox)
+        : manager(manager) {}
+
     void SetUp() override {
-        const QStringList missing = VirtualDisplay::missingPrograms(GetParam());
+        const QStringList missing = VirtualDisplay::missingPrograms(manager);
         if (!missing.isEmpty()) {
             GTEST_SKIP() << "These programs are needed and not installed: "
                          << missing.join(QStringLiteral(", ")).toStdString();
         }
-        display = std::make_unique<VirtualDisplay>(home.environment(), GetParam());
+        display = std::make_unique<VirtualDisplay>(home.environment(), manager);
         ASSERT_TRUE(display->isUp());
         terminal = startTerminal(terminalTitle);
         ASSERT_TRUE(waitUntil([this] { return terminalHasKeyboard(); }));
@@ -124,6 +130,7 @@ protected:
                    : testing::AssertionFailure() << "the field did not get the keyboard";
     }
 
+    const WindowManager manager;
     ProgramHome home;
     std::unique_ptr<VirtualDisplay> display;
     std::unique_ptr<ChildProcess> terminal;
@@ -138,6 +145,11 @@ protected:
     QLineEdit *field = nullptr;
     std::unique_ptr<OverlayWindow> overlay;
     QStringList activations; ///< the programs that were told to have come to the front
+};
+
+class OverlayWindowTest : public OverlayTest, public testing::WithParamInterface<WindowManager> {
+protected:
+    OverlayWindowTest() : OverlayTest(GetParam()) {}
 };
 
 TEST_P(OverlayWindowTest, TakesTheKeyboardForAFieldAndGivesItBack) {
@@ -213,6 +225,69 @@ TEST_P(OverlayWindowTest, GivesWayToAFullscreenProgramWhenToldTo) {
 
 INSTANTIATE_TEST_SUITE_P(Under, OverlayWindowTest, testing::ValuesIn(WindowManager::all),
                          [](const auto &info) { return info.param.name; });
+
+TEST_F(OverlayTest, WithoutACompositorItsCornersAreCutOff) {
+    EXPECT_FALSE(overlay->isTranslucent());
+    EXPECT_TRUE(eventually([] {
+        const QImage screen = QGuiApplication::primaryScreen()->grabWindow(0).toImage();
+        const QRgb terminal = screen.pixel(overlayFrame.topLeft() - QPoint(5, -5));
+        return screen.pixel(overlayFrame.topLeft()) == terminal &&
+               screen.pixel(overlayFrame.bottomRight()) == terminal &&
+               screen.pixel(overlayFrame.center()) != terminal;
+    }));
+}
+
+TEST_F(OverlayTest, AFullscreenProgramOnAnotherMonitorHidesNothing) {
+    overlay->setHidesOverFullscreen(true);
+    display->setMonitor("LEFT", {0, 0, 640, 800});
+    display->setMonitor("RIGHT", {640, 0, 640, 800});
+    ASSERT_TRUE(eventually([] { return QGuiApplication::screens().size() == 2; }));
+    // It looks for monitors only when it starts.
+    ASSERT_TRUE(display->run({"openbox", "--restart"}));
+    display->movePointer({900, 700});
+    const auto film = std::make_unique<ChildProcess>(
+        QStringList{"xterm", "-title", "film", "-fullscreen", "-geometry", "+700+100"},
+        display->environment());
+    overlay->setGeometry({800, 0, 300, 100}, OverlayWindow::Anchor::topCenter);
+    EXPECT_TRUE(eventually([this] { return !panel->isVisible(); }));
+    overlay->setGeometry({100, 0, 300, 100}, OverlayWindow::Anchor::topCenter);
+    EXPECT_TRUE(panel->isVisible());
+
+    // The film goes on while the person works on the other monitor.
+    overlay->setGeometry({800, 0, 300, 100}, OverlayWindow::Anchor::topCenter);
+    display->movePointer({300, 700});
+    display->run({"xdotool", "search", "--name", "^terminal$", "windowsize", "600", "700",
+                  "windowmove", "0", "0", "windowactivate"});
+    ASSERT_TRUE(eventually([this] { return terminalHasKeyboard(); }));
+    EXPECT_FALSE(panel->isVisible());
+}
+
+TEST_F(OverlayTest, ABarTakesFromTheWorkAreaOfItsOwnMonitor) {
+    const ScreenDisplays displays(*x11);
+    display->setMonitor("LEFT", {0, 0, 640, 800});
+    display->setMonitor("RIGHT", {640, 0, 640, 800});
+    ASSERT_TRUE(eventually([&] { return displays.displays().size() == 2; }));
+    QWidget bar;
+    const std::array<std::uint32_t, 12> strut{0, 0, 40, 0, 0, 0, 0, 0, 640, 1279, 0, 0};
+    xcb_change_property(x11->connection(), XCB_PROP_MODE_REPLACE,
+                        static_cast<std::uint32_t>(bar.winId()), x11->atom("_NET_WM_STRUT_PARTIAL"),
+                        XCB_ATOM_CARDINAL, 32, strut.size(), strut.data());
+    xcb_flush(x11->connection());
+    bar.show();
+    EXPECT_TRUE(eventually([&] {
+        return displays.displays().value(1).visibleFrame == QRect(640, 40, 640, 760);
+    }));
+    EXPECT_EQ(displays.displays().value(0).visibleFrame, QRect(0, 0, 640, 800));
+}
+
+TEST_F(OverlayTest, WithoutAnOutputThereIsNoDisplay) {
+    const ScreenDisplays displays(*x11);
+    EXPECT_EQ(displays.displays().size(), 1);
+    display->run({"xrandr", "--output", "screen", "--off"});
+    EXPECT_TRUE(eventually([&] { return displays.displays().isEmpty(); }));
+    display->run({"xrandr", "--output", "screen", "--auto"});
+    EXPECT_TRUE(eventually([&] { return displays.displays().size() == 1; }));
+}
 
 } // namespace
 } // namespace morvane
