@@ -26,9 +26,8 @@ void Animation::stop() {
 }
 
 void Animation::advance() {
-    const double share = m_duration > Seconds(0)
-                             ? Seconds(m_scheduler.now() - m_startedAt) / m_duration
-                             : 1;
+    const double share =
+        m_duration > Seconds(0) ? Seconds(m_scheduler.now() - m_startedAt) / m_duration : 1;
     // A clock that is set back would hold the animation up for as long as it was set back by.
     const bool isOver = share >= 1 || share < 0;
     if (!isOver) {

@@ -135,9 +135,8 @@ void BuiltInNotchSurface::placeShell() {
     m_drawn = visibleRect();
 }
 
-QRegion BuiltInNotchSurface::shape() const {
-    const QPainterPath path = m_target.shape.path(m_target.frame(width()));
-    return QRegion(path.toFillPolygon().toPolygon());
+QPainterPath BuiltInNotchSurface::shape() const {
+    return m_target.shape.path(m_target.frame(width()));
 }
 
 QRect BuiltInNotchSurface::visibleRect() const {

@@ -37,7 +37,7 @@ public:
     void layOut(Motion motion);
 
     /// What the shell covers, or will cover once it rests.
-    QRegion shape() const;
+    QPainterPath shape() const;
 
     QRect visibleRect() const override;
 

@@ -43,12 +43,13 @@ FieldWindow::FieldWindow(const QString &title, const QString &initial, const QSt
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(margin, margin, margin, margin);
     layout->addWidget(m_field);
-    connect(m_field, &QLineEdit::returnPressed, this,
-            [this] { settle([this] {
-        if (commit) {
-            commit(m_field->text());
-        }
-    }); });
+    connect(m_field, &QLineEdit::returnPressed, this, [this] {
+        settle([this] {
+            if (commit) {
+                commit(m_field->text());
+            }
+        });
+    });
 }
 
 void FieldWindow::openAt(const QRect &field) {

@@ -22,10 +22,12 @@ font pango:monospace 8
 constexpr WindowManager WindowManager::openbox{"openbox", "openbox --sm-disable --config-file %1",
                                                openboxSettings};
 
+constexpr WindowManager WindowManager::metacity{"metacity", "metacity --compositor=none", ""};
+
 constexpr std::array<WindowManager, 4> WindowManager::all{
     openbox,
     WindowManager{"xfwm4", "xfwm4 --compositor=off", ""},
-    WindowManager{"metacity", "metacity --compositor=none", ""},
+    metacity,
     WindowManager{"i3", "i3 -c %1", i3Settings},
 };
 

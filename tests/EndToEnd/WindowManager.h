@@ -14,6 +14,9 @@ struct WindowManager {
     /// Windows fill the screen from edge to edge on this one.
     static const WindowManager openbox;
 
+    /// Follows the monitors as they come and go.
+    static const WindowManager metacity;
+
     static const std::array<WindowManager, 4> all;
 };
 

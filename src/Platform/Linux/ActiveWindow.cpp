@@ -24,8 +24,9 @@ ActiveWindow::ActiveWindow(X11Connection &x11) : m_x11(x11), m_last(activeWindow
     });
 }
 
-/// When an overlay of ours takes the keyboard and gives it back, some window managers call no window
-/// the active one in between, and some the overlay; neither is an activation, nor is the way back.
+/// When an overlay of ours takes the keyboard and gives it back, some window managers call no
+/// window the active one in between, and some the overlay; neither is an activation, nor is the way
+/// back.
 void ActiveWindow::read() {
     const std::uint32_t window = activeWindow();
     if (window == XCB_WINDOW_NONE || window == m_last || isOverlay(window)) {

@@ -49,8 +49,7 @@ bool isContinued(const QList<QRect> &above, const QList<QRect> &below) {
 } // namespace
 
 QList<QRect> coveredPixels(const QPainterPath &path, double devicePixelRatio) {
-    const QPainterPath device =
-        QTransform::fromScale(devicePixelRatio, devicePixelRatio).map(path);
+    const QPainterPath device = QTransform::fromScale(devicePixelRatio, devicePixelRatio).map(path);
     const QRect bounds = device.boundingRect().toAlignedRect();
     if (bounds.isEmpty()) {
         return {};

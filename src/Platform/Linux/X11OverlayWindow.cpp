@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QWidget>
+#include <QWindow>
 #include <xcb/shape.h>
 #include <xcb/xcb.h>
 
@@ -84,6 +85,10 @@ void X11OverlayWindow::setGeometry(const QRect &frame, Anchor anchor) {
         applyAnchor(anchor);
     }
     m_widget.setGeometry(frame);
+    if (!m_widget.isVisible()) {
+        // Qt puts that off until it shows the widget, which may hang on the new place.
+        m_widget.windowHandle()->setGeometry(frame);
+    }
     applyVisibility();
 }
 
