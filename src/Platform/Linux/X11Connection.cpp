@@ -200,14 +200,10 @@ void X11Connection::selectInput(std::uint16_t devices, std::uint32_t mask) {
     xcb_flush(connection());
 }
 
-void X11Connection::readInputEvent(const xcb_generic_event_t &event) {
-    const auto &notice = reinterpret_cast<const xcb_input_raw_button_press_event_t &>(event);
-    if (notice.extension != m_inputExtension) {
-        return;
-    }
-    if (notice.event_type == XCB_INPUT_RAW_BUTTON_PRESS) {
-        emit pressed(notice.detail);
-    } else if (notice.event_type == XCB_INPUT_RAW_MOTION) {
+void X11Connection::readInputEvent(std::uint16_t type, std::uint32_t detail) {
+    if (type == XCB_INPUT_RAW_BUTTON_PRESS) {
+        emit pressed(detail);
+    } else if (type == XCB_INPUT_RAW_MOTION) {
         emit moved();
     }
 }
@@ -228,7 +224,11 @@ void X11Connection::readEvents() {
                 emit windowPropertyChanged(notice->window, notice->atom);
             }
         } else if (type == XCB_GE_GENERIC) {
-            readInputEvent(*event);
+            const auto *notice =
+                reinterpret_cast<xcb_input_raw_button_press_event_t *>(event.get());
+            if (notice->extension == m_inputExtension) {
+                readInputEvent(notice->event_type, notice->detail);
+            }
         } else if (const auto window = restructuredWindow(*event)) {
             emit windowStructureChanged(*window);
         } else if (m_selectionEvent != 0 && type == m_selectionEvent) {

@@ -11,7 +11,6 @@
 
 class QSocketNotifier;
 struct xcb_connection_t;
-struct xcb_generic_event_t;
 
 namespace morvane {
 
@@ -81,7 +80,7 @@ private:
     void findInputExtension();
     void selectInput(std::uint16_t devices, std::uint32_t mask);
     void readEvents();
-    void readInputEvent(const xcb_generic_event_t &event);
+    void readInputEvent(std::uint16_t type, std::uint32_t detail);
     void readComposited();
 
     Handle m_connection;
