@@ -69,7 +69,7 @@ X11OverlayWindow::X11OverlayWindow(QWidget &widget, X11Connection &x11,
     // To some window managers the window that was active before still has the keyboard, so that a
     // click on it would leave it here.
     connect(&m_x11, &X11Connection::pressed, this, [this](std::uint32_t button) {
-        if (button <= lastClickButton && !isUnderPointer()) {
+        if (m_keyboardOwner && button <= lastClickButton && !isUnderPointer()) {
             releaseKeyboard();
         }
     });
