@@ -2,6 +2,7 @@
 
 #include "Platform/Scheduler.h"
 #include "Presentation/Colors.h"
+#include "Presentation/FieldWindow.h"
 #include "Presentation/InlineEditing.h"
 #include "Presentation/KeyWindowActivator.h"
 #include "Presentation/PanelContext.h"
@@ -33,10 +34,9 @@ QPalette fieldPalette() {
 } // namespace
 
 InlineNameField::InlineNameField(const Setup &setup, const PanelContext &context, QWidget *parent)
-    : QLineEdit(setup.initial, parent), m_editing(context.editing),
-      m_commitsOnBlur(setup.commitsOnBlur),
+    : QLineEdit(setup.initial, parent), m_editing(context.editing), m_setup(setup),
       m_activator(std::make_unique<KeyWindowActivator>(*this, context.scheduler,
-                                                       [this] { emit keyboardRefused(); })),
+                                                       [this] { askInWindow(); })),
       m_focus(context.scheduler.after(Seconds(0), [this] { setFocus(); })) {
     setPlaceholderText(setup.placeholder);
     setAccessibleName(setup.placeholder);
@@ -54,6 +54,17 @@ InlineNameField::~InlineNameField() {
 
 void InlineNameField::abandon() {
     settle(Outcome::cancelled);
+}
+
+void InlineNameField::askInWindow() {
+    setReadOnly(true);
+    m_window = std::make_unique<FieldWindow>(m_setup.title, m_setup.initial, m_setup.placeholder);
+    m_window->commit = [this](const QString &text) {
+        setText(text);
+        settle(Outcome::committed);
+    };
+    m_window->cancel = [this] { abandon(); };
+    m_window->openAt({mapToGlobal(QPoint(0, 0)), size()});
 }
 
 void InlineNameField::settle(Outcome outcome) {
@@ -74,15 +85,20 @@ void InlineNameField::settle(Outcome outcome) {
 void InlineNameField::leave() {
     m_focus.cancel();
     m_activator.reset();
+    m_window.reset();
     if (m_counts) {
         m_counts = false;
         m_editing.end();
     }
 }
 
+bool InlineNameField::commitsOnBlur() const {
+    return m_setup.commitsOnBlur && !m_window;
+}
+
 /// The rows never take the focus, so that a click on one of them wouldn't take it from here.
 bool InlineNameField::eventFilter(QObject *watched, QEvent *event) {
-    if (event->type() == QEvent::MouseButtonPress && m_commitsOnBlur && watched != this &&
+    if (event->type() == QEvent::MouseButtonPress && commitsOnBlur() && watched != this &&
         watched->isWidgetType() && static_cast<QWidget *>(watched)->window() == window()) {
         settle(Outcome::committed);
     }
@@ -106,7 +122,7 @@ void InlineNameField::keyPressEvent(QKeyEvent *event) {
 void InlineNameField::focusOutEvent(QFocusEvent *event) {
     QLineEdit::focusOutEvent(event);
     // The field's own menu takes the focus only for as long as it is open.
-    if (m_commitsOnBlur && event->reason() != Qt::PopupFocusReason) {
+    if (commitsOnBlur() && event->reason() != Qt::PopupFocusReason) {
         settle(Outcome::committed);
     }
 }

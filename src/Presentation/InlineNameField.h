@@ -8,20 +8,23 @@
 
 namespace morvane {
 
+class FieldWindow;
 class InlineEditing;
 class KeyWindowActivator;
 struct PanelContext;
 
 /// A text field that stands in a row for as long as somebody types in it. Return commits, Escape
 /// cancels, and so does whatever takes it off the screen; the first of them settles it, and then
-/// it goes away by itself. While it is open it counts as editing and has the keyboard.
+/// it goes away by itself. While it is open it counts as editing and has the keyboard; where a
+/// panel is given no keyboard, a small window of its own asks for the text instead.
 class InlineNameField : public QLineEdit {
     Q_OBJECT
 
 public:
     struct Setup {
-        QString initial;
-        QString placeholder;
+        QString initial = {};
+        QString placeholder = {};
+        QString title = {};         ///< of the window that asks where a panel can't
         bool commitsOnBlur = false; ///< whether a loss of the focus commits as well
     };
 
@@ -35,9 +38,6 @@ signals:
     void commit(const QString &text);
     void cancel();
 
-    /// Keys can't reach the window in which the field stands.
-    void keyboardRefused();
-
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
@@ -48,14 +48,17 @@ protected:
 private:
     enum class Outcome { committed, cancelled };
 
+    void askInWindow();
+    bool commitsOnBlur() const;
     void settle(Outcome outcome);
     void leave();
 
     InlineEditing &m_editing;
-    const bool m_commitsOnBlur;
+    const Setup m_setup;
     bool m_settled = false;
     bool m_counts = true; ///< as editing
     std::unique_ptr<KeyWindowActivator> m_activator;
+    std::unique_ptr<FieldWindow> m_window;
     Task m_focus;
 };
 

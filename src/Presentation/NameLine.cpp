@@ -54,8 +54,10 @@ void NameLine::beginEditing() {
     if (m_field) {
         return;
     }
-    const InlineNameField::Setup setup{
-        .initial = m_name->text(), .placeholder = tr("session"), .commitsOnBlur = true};
+    const InlineNameField::Setup setup{.initial = m_name->text(),
+                                       .placeholder = tr("session"),
+                                       .title = tr("Rename session"),
+                                       .commitsOnBlur = true};
     m_field = new InlineNameField(setup, m_context, this);
     m_field->setFont(m_name->font());
     m_field->setFixedSize(fieldWidth, lineHeight);

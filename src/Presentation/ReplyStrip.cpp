@@ -29,8 +29,9 @@ void ReplyStrip::openField() {
     if (m_field) {
         return;
     }
-    m_field = new InlineNameField({.initial = {}, .placeholder = tr("Type a follow-up…")},
-                                  m_context, this);
+    const InlineNameField::Setup setup{
+        .initial = {}, .placeholder = tr("Type a follow-up…"), .title = tr("Reply")};
+    m_field = new InlineNameField(setup, m_context, this);
     m_field->setFont(Typography::text(Typography::bodySize));
     m_field->setFixedHeight(m_affordance->sizeHint().height());
     connect(m_field, &InlineNameField::commit, this, [this](const QString &text) {

@@ -158,9 +158,42 @@ TEST_P(ManagedScreenTest, TakesNoKeyFromTheTerminalWhileARequestIsAllowed) {
     EXPECT_TRUE(waitUntil([this] { return isOpen(); }));
 }
 
+TEST_P(ManagedScreenTest, ARenameHasTheKeyboardUntilItEnds) {
+    const auto hook = start(home.hook({"claude", "UserPromptSubmit"}),
+                            R"({"session_id":"s","cwd":"/srv/webshop","prompt":"Pay"})");
+    EXPECT_EQ(hook->wait(), 0);
+    const auto row = [this](const char *name) {
+        return find("button", QString::fromUtf8(name) + QStringLiteral(", working… · Pay"));
+    };
+    const auto openField = [&] {
+        display->movePointer(tab().value_or(QRect()).center());
+        EXPECT_TRUE(waitUntil([&] { return find("button", "Rename this session").has_value(); }));
+        display->click(find("button", "Rename this session").value_or(QRect()).center());
+        EXPECT_TRUE(waitUntil([this] { return !terminalHasKeyboard(); }));
+    };
+    openField();
+    display->movePointer({10, 790});
+    EXPECT_EQ(display->type("Invoices")->wait(), 0);
+    EXPECT_TRUE(isOpen());
+    display->press("Return");
+    EXPECT_TRUE(waitUntil([this] { return terminalHasKeyboard(); }));
+    openField();
+    EXPECT_TRUE(row("Invoices"));
+    EXPECT_EQ(display->type("Receipts")->wait(), 0);
+    display->press("Escape");
+    EXPECT_TRUE(waitUntil([this] { return terminalHasKeyboard(); }));
+    EXPECT_TRUE(row("Invoices"));
+
+    EXPECT_EQ(display->type("typed")->wait(), 0);
+    EXPECT_TRUE(waitUntil([this] { return received().endsWith("typed"); }));
+    EXPECT_EQ(received(), "typed");
+}
+
 TEST_F(ScreenTest, OpensThePanelWhenStartedAgain) {
     const auto hook = ask();
     EXPECT_FALSE(isOpen());
+    // What was last typed, and where, must not keep the window that is asked for in the background.
+    EXPECT_EQ(display->type("morvane")->wait(), 0);
     const auto second = start({MORVANE});
     EXPECT_EQ(second->wait(), 0);
     EXPECT_TRUE(waitUntil([this] { return isOpen() && allowButton(); }));
@@ -223,8 +256,6 @@ TEST_P(YieldingScreenTest, IsThereOnlyWhileNoProgramFillsTheScreen) {
     const auto hook = ask();
     display->press("alt+Return");
     EXPECT_TRUE(waitUntil([this] { return !tab(); }));
-    const auto second = start({MORVANE});
-    EXPECT_EQ(second->wait(), 0);
     display->click({640, 10});
     EXPECT_TRUE(waitUntil([this] { return received().contains(leftPress); }));
     EXPECT_FALSE(tab());

@@ -3,9 +3,11 @@
 #include "PanelFixture.h"
 #include "Presentation/KeyablePanel.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QPointer>
 #include <QTest>
+
+#include <algorithm>
 
 namespace morvane {
 namespace {
@@ -35,13 +37,12 @@ protected:
     }
 
     InlineNameField &open(bool commitsOnBlur = true) {
-        field = new InlineNameField({"old name", "session", commitsOnBlur}, context, &panel);
+        field =
+            new InlineNameField({"old name", "session", "Rename", commitsOnBlur}, context, &panel);
         QObject::connect(field, &InlineNameField::commit, &panel,
                          [this](const QString &text) { outcomes.append("commit " + text); });
         QObject::connect(field, &InlineNameField::cancel, &panel,
                          [this] { outcomes.append("cancel"); });
-        QObject::connect(field, &InlineNameField::keyboardRefused, &panel,
-                         [this] { outcomes.append("refused"); });
         field->show();
         settle();
         return *field;
@@ -119,17 +120,30 @@ TEST_F(InlineNameFieldTest, APanelThatGoesAwayCommitsNothing) {
     EXPECT_FALSE(hasKeyboard);
     auto other = std::make_unique<KeyablePanel>();
     other->onTakeKeyboard = [] { return true; };
-    new InlineNameField({"", ""}, context, other.get());
+    new InlineNameField({}, context, other.get());
     settle();
     other.reset();
     EXPECT_EQ(editing.count(), 0);
 }
 
-TEST_F(InlineNameFieldTest, TellsWhenKeysCantReachIt) {
+TEST_F(InlineNameFieldTest, AsksInAWindowOfItsOwnWhereKeysCantReachThePanel) {
     givesKeyboard = false;
+    const auto window = [] {
+        const auto all = QApplication::topLevelWidgets();
+        const auto found =
+            std::ranges::find_if(all, [](QWidget *one) { return one->windowTitle() == "Rename"; });
+        return found == all.end() ? nullptr : *found;
+    };
     open();
-    EXPECT_EQ(outcomes, QStringList({"refused"}));
-    field->abandon();
+    ASSERT_NE(window(), nullptr);
+    QTest::keyClicks(window()->findChild<QLineEdit *>(), "new");
+    QTest::keyClick(window()->findChild<QLineEdit *>(), Qt::Key_Return);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(outcomes, QStringList({"commit new"}));
+    expectGone();
+
+    open().abandon();
+    EXPECT_EQ(window(), nullptr);
     expectGone();
 }
 
