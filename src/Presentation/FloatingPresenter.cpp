@@ -46,7 +46,10 @@ FloatingPresenter::FloatingPresenter(const PanelContext &context, Displays &disp
       m_fade(m_scheduler) {}
 
 FloatingPresenter::~FloatingPresenter() {
-    removePanel();
+    // What goes with the panel, such as a field that somebody types in, must not call back here.
+    if (m_view) {
+        detach();
+    }
 }
 
 void FloatingPresenter::attach(const Display &display) {

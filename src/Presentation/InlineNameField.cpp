@@ -121,8 +121,9 @@ void InlineNameField::keyPressEvent(QKeyEvent *event) {
 
 void InlineNameField::focusOutEvent(QFocusEvent *event) {
     QLineEdit::focusOutEvent(event);
-    // The field's own menu takes the focus only for as long as it is open.
-    if (commitsOnBlur() && event->reason() != Qt::PopupFocusReason) {
+    // The field's own menu takes the focus only for as long as it is open, and a panel that goes
+    // away has not been confirmed by anybody.
+    if (commitsOnBlur() && event->reason() != Qt::PopupFocusReason && !window()->isHidden()) {
         settle(Outcome::committed);
     }
 }

@@ -28,10 +28,8 @@ NotchPresenter::NotchPresenter(const PanelContext &context, Displays &displays,
       m_fade(context.scheduler) {}
 
 NotchPresenter::~NotchPresenter() {
-    stopHoverMonitoring();
-    // A field that goes with the surface gives back the keyboard, where there still is a window.
-    m_window.reset();
-    m_surface.reset();
+    // What goes with the surface, such as a field that somebody types in, must not call back here.
+    detach();
 }
 
 void NotchPresenter::attach(const Display &display) {

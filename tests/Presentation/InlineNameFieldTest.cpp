@@ -126,6 +126,16 @@ TEST_F(InlineNameFieldTest, APanelThatGoesAwayCommitsNothing) {
     EXPECT_EQ(editing.count(), 0);
 }
 
+TEST_F(InlineNameFieldTest, APanelThatGoesAwayWhileItHasTheFocusCommitsNothing) {
+    panel.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&panel));
+    QTest::keyClicks(&open(), "half a name");
+    ASSERT_TRUE(field->hasFocus());
+    panel.hide();
+    EXPECT_EQ(outcomes, QStringList({"cancel"}));
+    expectGone();
+}
+
 TEST_F(InlineNameFieldTest, AsksInAWindowOfItsOwnWhereKeysCantReachThePanel) {
     givesKeyboard = false;
     const auto window = [] {
