@@ -83,6 +83,8 @@ void AppDelegate::openSettings() {
         m_settingsWindow = std::make_unique<SettingsWindow>();
         m_settingsWindow->addActions(m_menu->keyedActions());
     }
+    // The welcome is above all other windows, and must not cover what is asked for from there.
+    m_settingsWindow->setWindowFlag(Qt::WindowStaysOnTopHint, m_onboardingWindow != nullptr);
     m_settingsWindow->present();
 }
 

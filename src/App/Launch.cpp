@@ -4,6 +4,7 @@
 #include "App/PlatformChooser.h"
 #include "Core/Defaults.h"
 #include "Platform/Linux/SingleInstance.h"
+#include "Presentation/DarkPalette.h"
 
 #include <QApplication>
 
@@ -27,7 +28,9 @@ std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv) {
     // A desktop's theme would load its whole toolkit, for windows that use nothing of it.
     QApplication::setDesktopSettingsAware(false);
     QApplication::setQuitOnLastWindowClosed(false);
-    return std::make_unique<QApplication>(argc, argv);
+    auto application = std::make_unique<QApplication>(argc, argv);
+    QApplication::setPalette(darkPalette());
+    return application;
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 
 #include <QCoreApplication>
 #include <QFontMetrics>
+#include <QKeyEvent>
 
 #include <algorithm>
 
@@ -26,6 +27,8 @@ QString menuText(QString text) {
 StatusMenu::StatusMenu(AppController &controller) : m_controller(controller) {
     m_menu.setAccessibleName(QStringLiteral("Morvane"));
     addItems();
+    m_menu.installEventFilter(this);
+    m_agents->installEventFilter(this);
     connect(&m_menu, &QMenu::aboutToShow, this, &StatusMenu::menuNeedsUpdate);
     connect(&m_controller, &AppController::statusChanged, this, &StatusMenu::update);
     connect(&m_controller, &AppController::lastErrorChanged, this, &StatusMenu::showFailure);
@@ -57,6 +60,21 @@ void StatusMenu::addAgents() {
     m_failureSeparator = m_agents->addSeparator();
     m_failure = m_agents->addAction(QString());
     m_failure->setEnabled(false);
+}
+
+/// A menu that belongs to no window leaves the keys of its items to nobody.
+bool StatusMenu::eventFilter(QObject *watched, QEvent *event) {
+    if (event->type() == QEvent::KeyPress) {
+        const QKeySequence pressed(static_cast<QKeyEvent *>(event)->keyCombination());
+        for (QAction *action : keyedActions()) {
+            if (action->shortcut() == pressed) {
+                m_menu.close();
+                action->trigger();
+                return true;
+            }
+        }
+    }
+    return QObject::eventFilter(watched, event);
 }
 
 void StatusMenu::menuNeedsUpdate() {

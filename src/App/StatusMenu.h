@@ -39,6 +39,7 @@ private:
         QAction *action;
     };
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void addItems();
     void addAgents();
     void menuNeedsUpdate();

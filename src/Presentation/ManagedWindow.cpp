@@ -4,7 +4,6 @@
 
 #include <QCursor>
 #include <QGuiApplication>
-#include <QPalette>
 #include <QScreen>
 
 #include <utility>
@@ -13,16 +12,13 @@ namespace morvane {
 
 namespace {
 
-constexpr QColor background(28, 28, 30);
-constexpr QColor control(58, 58, 60);
-constexpr QColor icon(255, 214, 10);
+constexpr QColor yellow(255, 214, 10);
 
 } // namespace
 
 ManagedWindow::ManagedWindow(const QString &title) {
     setWindowTitle(title);
-    setWindowIcon(MenuBarIcon::icon(icon));
-    setPalette(QPalette(control, background));
+    setWindowIcon(MenuBarIcon::icon(yellow));
 }
 
 void ManagedWindow::present() {
@@ -40,9 +36,11 @@ void ManagedWindow::centre() {
     if (screen == nullptr) {
         screen = QGuiApplication::primaryScreen();
     }
-    QRect frame = rect();
-    frame.moveCenter(screen->geometry().center());
-    move(frame.topLeft());
+    if (screen != nullptr) {
+        QRect frame = rect();
+        frame.moveCenter(screen->geometry().center());
+        move(frame.topLeft());
+    }
 }
 
 } // namespace morvane

@@ -4,8 +4,7 @@
 
 namespace morvane {
 
-/// An ordinary window of the desktop, which the window manager moves and closes, in the dark
-/// colours of the panel. Main thread.
+/// An ordinary window of the desktop, which the window manager moves and closes. Main thread.
 class ManagedWindow : public QWidget {
     Q_OBJECT
 

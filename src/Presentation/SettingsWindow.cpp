@@ -13,8 +13,8 @@ SettingsWindow::SettingsWindow() : ManagedWindow(tr("Morvane Settings")) {
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(margin, margin, margin, margin);
     auto *text = new TextLabel(Typography::text(14), Colors::secondaryText, 0, this);
-    text->setText(tr("Agents are connected and disconnected in Morvane's menu: right-click its "
-                     "icon in the tray, or the capsule at the top of the screen."));
+    text->setText(tr("Agents are connected in Morvane's menu: right-click its icon in the tray, or "
+                     "the capsule at the top of the screen."));
     layout->addWidget(text);
     layout->addStretch();
 }

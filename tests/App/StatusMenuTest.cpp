@@ -8,6 +8,8 @@
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"
 
+#include <QCoreApplication>
+#include <QKeyEvent>
 #include <gtest/gtest.h>
 
 namespace morvane {
@@ -60,6 +62,25 @@ TEST_F(StatusMenuTest, ListsWhatCanBeDone) {
     QObject::connect(&statusMenu, &StatusMenu::panelRequested, &statusMenu, [&] { ++requests; });
     statusMenu.menu().actions()[2]->trigger();
     EXPECT_EQ(requests, 1);
+}
+
+TEST_F(StatusMenuTest, ObeysItsKeysWhileItIsOpen) {
+    home.write(".claude/settings.json", "{}");
+    int requests = 0;
+    QObject::connect(&statusMenu, &StatusMenu::settingsRequested, &statusMenu, [&] { ++requests; });
+    const auto press = [](QMenu &menu, Qt::Key key) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::ControlModifier);
+        QCoreApplication::sendEvent(&menu, &event);
+    };
+    statusMenu.menu().popup({});
+    press(statusMenu.menu(), Qt::Key_Period);
+    EXPECT_EQ(requests, 0);
+    EXPECT_TRUE(statusMenu.menu().isVisible());
+    press(statusMenu.menu(), Qt::Key_Comma);
+    EXPECT_EQ(requests, 1);
+    EXPECT_FALSE(statusMenu.menu().isVisible());
+    press(agents(), Qt::Key_Comma);
+    EXPECT_EQ(requests, 2);
 }
 
 TEST_F(StatusMenuTest, ConnectsAndDisconnectsTheAgentsOfThisMachine) {

@@ -1,8 +1,8 @@
 #include "Platform/Linux/DesktopMotion.h"
 
 #include <QDBusArgument>
+#include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
 #include <QDBusVariant>
 
 #include <optional>
