@@ -39,9 +39,10 @@ DesktopMotion::DesktopMotion(const QDBusConnection &bus)
         return;
     }
     connect(&m_watcher, &QDBusServiceWatcher::serviceRegistered, this, &DesktopMotion::ask);
-    // The bus knows signals by their name alone.
+    // The bus knows signals by their name alone. The message comes whole, since Qt drops a signal
+    // whose arguments are of a type that it has not yet met in this process.
     m_bus.connect(service, path, interface, QStringLiteral("SettingChanged"), this,
-                  SLOT(settingChanged(QString, QString, QDBusVariant)));
+                  SLOT(settingChanged(QDBusMessage)));
     ask();
 }
 
@@ -61,10 +62,14 @@ void DesktopMotion::ask() {
     });
 }
 
-void DesktopMotion::settingChanged(const QString &space, const QString &key,
-                                   const QDBusVariant &value) {
+void DesktopMotion::settingChanged(const QDBusMessage &message) {
+    if (message.signature() != QLatin1String("ssv")) {
+        return;
+    }
+    const QString space = message.arguments()[0].toString();
     if (space == appearance || space == gnome || space == kde) {
-        m_settings[space][key] = value.variant();
+        const auto value = qvariant_cast<QDBusVariant>(message.arguments()[2]);
+        m_settings[space][message.arguments()[1].toString()] = value.variant();
         refresh();
     }
 }

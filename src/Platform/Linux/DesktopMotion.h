@@ -3,12 +3,11 @@
 #include "Platform/MotionPreference.h"
 
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QDBusServiceWatcher>
 #include <QMap>
 #include <QString>
 #include <QVariantMap>
-
-class QDBusVariant;
 
 namespace morvane {
 
@@ -24,7 +23,7 @@ public:
     bool isReduced() const override { return m_isReduced; }
 
 private slots:
-    void settingChanged(const QString &space, const QString &key, const QDBusVariant &value);
+    void settingChanged(const QDBusMessage &message);
 
 private:
     void ask();
