@@ -154,7 +154,7 @@ TEST_F(SessionRowTest, CountsDownWhileOnScreenAndWarnsAtTheEnd) {
 }
 
 TEST_F(SessionRowTest, ThePencilTurnsTheNameIntoAFieldThatOutlivesAnUpdate) {
-    apply(EventBuilder(Event::promptSubmit).with(&HookEvent::cwd, QString("/work/folder")));
+    apply(EventBuilder(Event::promptSubmit).with(&HookEvent::cwd, QString("/srv/folder")));
     show();
     const int height = row.sizeHint().height();
     pencil().click();
@@ -163,11 +163,11 @@ TEST_F(SessionRowTest, ThePencilTurnsTheNameIntoAFieldThatOutlivesAnUpdate) {
     EXPECT_EQ(row.sizeHint().height(), height);
     QTest::keyClicks(field(), "mine");
     apply(EventBuilder(Event::toolUse).tool("Edit"));
-    store.renameCwd("/work/folder", QString("elsewhere"));
+    store.renameCwd("/srv/folder", QString("elsewhere"));
     show();
     EXPECT_EQ(field()->text(), "mine");
     QTest::keyClick(field(), Qt::Key_Return);
-    EXPECT_EQ(names, QStringList({"/work/folder=mine"}));
+    EXPECT_EQ(names, QStringList({"/srv/folder=mine"}));
     EXPECT_FALSE(field());
     EXPECT_EQ(editing.count(), 0);
 
@@ -185,7 +185,7 @@ TEST_F(SessionRowTest, OffersNoPencilForWhatHasNoFolder) {
     apply(Event::promptSubmit);
     show();
     EXPECT_FALSE(pencil().isVisible());
-    apply(EventBuilder(Event::promptSubmit).with(&HookEvent::cwd, QString("/work/folder")));
+    apply(EventBuilder(Event::promptSubmit).with(&HookEvent::cwd, QString("/srv/folder")));
     show();
     EXPECT_TRUE(pencil().isVisible());
 }
