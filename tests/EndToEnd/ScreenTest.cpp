@@ -54,7 +54,7 @@ protected:
                                      "stty raw -echo; printf '\\033[?1000h'; exec cat >\"$0\"",
                                      home.path("received")});
         ASSERT_TRUE(waitUntil([this] { return QFile::exists(home.path("received")); }));
-        ASSERT_TRUE(waitUntil([this] { return terminalHasKeyboard(); }));
+        ASSERT_TRUE(display->bringToFront(terminalTitle));
     }
 
     std::unique_ptr<ChildProcess> start(const QStringList &command,

@@ -118,6 +118,16 @@ bool VirtualDisplay::run(const QStringList &command) const {
     return ChildProcess(command, m_environment).wait() == 0;
 }
 
+bool VirtualDisplay::bringToFront(const QString &title) const {
+    return waitUntil([&] {
+        if (focusedTitle() == title.toUtf8()) {
+            return true;
+        }
+        control({"search", "--onlyvisible", "--name", "^" + title + "$", "windowactivate"});
+        return false;
+    });
+}
+
 QByteArray VirtualDisplay::focusedTitle() const {
     return control({"getwindowfocus", "getwindowname"}).value_or(QByteArray());
 }

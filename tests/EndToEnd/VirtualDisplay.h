@@ -53,6 +53,10 @@ public:
     /// Where those windows are that are on show and whose class matches, from left to right.
     QList<QRect> visibleWindows(const QString &windowClass) const;
 
+    /// Waits until the window of this title has the keyboard, and asks for that where the window
+    /// manager has not given it to a new window. False when it never gets it.
+    bool bringToFront(const QString &title) const;
+
     /// The title of the window that has the keyboard.
     QByteArray focusedTitle() const;
 

@@ -40,7 +40,7 @@ protected:
         display = std::make_unique<VirtualDisplay>(home.environment(), manager);
         ASSERT_TRUE(display->isUp());
         terminal = startTerminal(terminalTitle);
-        ASSERT_TRUE(waitUntil([this] { return terminalHasKeyboard(); }));
+        ASSERT_TRUE(display->bringToFront(terminalTitle));
         for (const QString &name : display->environment().keys()) {
             qputenv(name.toUtf8(), display->environment().value(name).toUtf8());
         }
