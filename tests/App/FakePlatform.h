@@ -5,6 +5,7 @@
 #include "Support/FakeDisplays.h"
 #include "Support/FakeMotionPreference.h"
 #include "Support/FakeOverlayWindows.h"
+#include "Support/FakePointerMonitor.h"
 #include "Support/ManualPool.h"
 
 namespace morvane {
@@ -60,6 +61,7 @@ inline void addFakeScreen(PlatformServices &platform) {
     platform.windows = std::make_unique<NoWindowControl>();
     platform.statusItemHost = std::make_unique<FakeStatusItemHost>();
     platform.motion = std::make_unique<FakeMotionPreference>();
+    platform.pointer = std::make_unique<FakePointerMonitor>();
 }
 
 } // namespace morvane
