@@ -177,6 +177,8 @@ TEST_P(ManagedScreenTest, ARenameHasTheKeyboardUntilItEnds) {
     EXPECT_TRUE(isOpen());
     display->press("Return");
     EXPECT_TRUE(waitUntil([this] { return terminalHasKeyboard(); }));
+    // A pencil of a panel that is about to close is none to aim at.
+    EXPECT_TRUE(waitUntil([this] { return !isOpen(); }));
     openField();
     EXPECT_TRUE(row("Invoices"));
     EXPECT_EQ(display->type("Receipts")->wait(), 0);
