@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QFile>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPainterPath>
 #include <QScreen>
 #include <gtest/gtest.h>
@@ -155,6 +156,15 @@ protected:
 
 TEST_P(OverlayWindowTest, TakesTheKeyboardForAFieldAndGivesItBack) {
     ASSERT_TRUE(takeKeyboard());
+    type("Name");
+    EXPECT_EQ(field->text(), "Name");
+    // The field's own menu is another window, and a click on it no click elsewhere.
+    display->click(field->mapToGlobal(field->rect().center()), 3);
+    ASSERT_TRUE(eventually([] { return QApplication::activePopupWidget() != nullptr; }));
+    auto &menu = *qobject_cast<QMenu *>(QApplication::activePopupWidget());
+    const QRect selectAll = menu.actionGeometry(menu.actions().last());
+    display->click(menu.mapToGlobal(selectAll.center()));
+    ASSERT_TRUE(eventually([this] { return field->hasSelectedText(); }));
     type("Name");
     EXPECT_EQ(field->text(), "Name");
     EXPECT_EQ(received(), "");

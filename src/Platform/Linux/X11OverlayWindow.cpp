@@ -41,6 +41,21 @@ std::uint32_t inputFocus(xcb_connection_t *connection) {
     return reply ? reply->focus : std::uint32_t(XCB_INPUT_FOCUS_POINTER_ROOT);
 }
 
+/// The child of the root that the window lies in; none for what is no window.
+std::uint32_t topLevel(const X11Connection &x11, std::uint32_t window) {
+    std::uint32_t result = XCB_WINDOW_NONE;
+    while (window > XCB_INPUT_FOCUS_POINTER_ROOT && window != x11.root()) {
+        const auto cookie = xcb_query_tree(x11.connection(), window);
+        const XcbReply<xcb_query_tree_reply_t> reply(
+            xcb_query_tree_reply(x11.connection(), cookie, nullptr));
+        if (!reply) {
+            return XCB_WINDOW_NONE;
+        }
+        result = std::exchange(window, reply->parent);
+    }
+    return result;
+}
+
 /// False when the window is gone or can't be seen.
 bool setInputFocus(xcb_connection_t *connection, std::uint32_t window) {
     const auto cookie =
@@ -67,9 +82,10 @@ X11OverlayWindow::X11OverlayWindow(QWidget &widget, X11Connection &x11,
         }
     });
     // To some window managers the window that was active before still has the keyboard, so that a
-    // click on it would leave it here.
+    // click on it would leave it here. Any other window may be the field's own menu, or an input
+    // method's.
     connect(&m_x11, &X11Connection::pressed, this, [this](std::uint32_t button) {
-        if (m_keyboardOwner && button <= lastClickButton && !isUnderPointer()) {
+        if (m_keyboardOwner && button <= lastClickButton && isOwnerUnderPointer()) {
             releaseKeyboard();
         }
     });
@@ -209,11 +225,13 @@ void X11OverlayWindow::applyVisibility() {
     raise();
 }
 
-bool X11OverlayWindow::isUnderPointer() const {
+/// True on its frame as well, and on the bare ground of the desktop.
+bool X11OverlayWindow::isOwnerUnderPointer() const {
     const auto cookie = xcb_query_pointer(m_x11.connection(), m_x11.root());
     const XcbReply<xcb_query_pointer_reply_t> reply(
         xcb_query_pointer_reply(m_x11.connection(), cookie, nullptr));
-    return reply && reply->child == m_window;
+    return reply &&
+           (reply->child == XCB_WINDOW_NONE || reply->child == topLevel(m_x11, *m_keyboardOwner));
 }
 
 /// The server is asked for the place, since only there it is in the same pixels as the others'.

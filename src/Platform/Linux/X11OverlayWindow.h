@@ -43,7 +43,7 @@ private:
     void applyShape();
     void applyVisibility();
     void giveUpKeyboardTo(std::uint32_t owner);
-    bool isUnderPointer() const;
+    bool isOwnerUnderPointer() const;
     bool isCovered() const;
     void raise();
 
