@@ -175,10 +175,6 @@ void FloatingPresenter::flash() {
 }
 
 void FloatingPresenter::expansionChanged(bool isExpanded) {
-    if (!isExpanded) {
-        // A field that was forgotten goes out of sight with the panel.
-        m_window->releaseKeyboard();
-    }
     updateVisibility(Motion::animated);
     if (onExpandedChanged) {
         onExpandedChanged(isExpanded);
@@ -220,7 +216,8 @@ bool FloatingPresenter::shouldBeVisible() {
 
 void FloatingPresenter::updateVisibility(Motion motion) {
     if (shouldBeVisible()) {
-        const bool isSteady = m_window->isVisible() && m_window->opacity() >= 1;
+        const bool isSteady =
+            m_window->isVisible() && m_window->opacity() >= 1 && !m_fade.isRunning();
         layout(isSteady ? motion : Motion::atOnce);
         if (!m_window->isVisible()) {
             showPanel();

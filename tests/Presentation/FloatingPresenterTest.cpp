@@ -1,11 +1,14 @@
 #include "Presentation/FloatingPresenter.h"
 
 #include "PanelFixture.h"
+#include "Presentation/InlineNameField.h"
 #include "Presentation/KeyablePanel.h"
+#include "Presentation/PencilButton.h"
 
 #include <QContextMenuEvent>
 #include <QCoreApplication>
 #include <QEnterEvent>
+#include <QFocusEvent>
 #include <QMenu>
 
 #include <tuple>
@@ -213,20 +216,47 @@ TEST_F(FloatingPresenterTest, AnOpeningChangesTheWindowsSizeOnceAndThenNothingTi
     EXPECT_EQ(ticksWithin(Seconds(50)), 0);
 }
 
-TEST_F(FloatingPresenterTest, AFieldHoldsThePanelOpenForTwoMinutes) {
+TEST_F(FloatingPresenterTest, AForgottenFieldHoldsThePanelForTwoMinutesAndCommitsNothing) {
+    QStringList names;
+    context.actions.onRenameCommit = [&](const QString &, const QString &name) {
+        names.append(name);
+    };
     attach(Flavour::onCall);
+    apply(EventBuilder(Event::promptSubmit).with(&HookEvent::cwd, QString("/srv/shop")));
     presenter->presentPanel();
     scheduler.advance(Seconds(1));
-    ASSERT_TRUE(panel().makeKey());
-    editing.begin(scheduler.now());
+    panel().findChild<PencilButton *>()->click();
+    settle();
+    const QPointer field = panel().findChild<InlineNameField *>();
+    field->setText("half a na");
     EXPECT_TRUE(window().hasKeyboard);
     scheduler.advance(Seconds(119));
     EXPECT_EQ(expansions, QList<bool>({true}));
     EXPECT_TRUE(isVisible());
-    scheduler.advance(Seconds(2));
-    EXPECT_EQ(expansions, QList<bool>({true, false}));
+    while (expansions.size() == 1) {
+        scheduler.advance(Seconds(0.01));
+    }
+    // It is on its way out of sight, and the desktop may take the focus from it at any time.
+    QFocusEvent loss(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
+    if (!window().hasKeyboard && field) {
+        QCoreApplication::sendEvent(field, &loss);
+    }
+    scheduler.advance(Seconds(1));
     EXPECT_FALSE(isVisible());
     EXPECT_FALSE(window().hasKeyboard);
+    EXPECT_EQ(names, QStringList());
+}
+
+TEST_F(FloatingPresenterTest, AShowUndoesAHideThatHasJustBegun) {
+    attach(Flavour::onCall);
+    apply(Event::turnEnd);
+    settle();
+    scheduler.advance(Seconds(5));
+    EXPECT_EQ(window().opacity(), 1);
+    apply(Event::needsInput);
+    scheduler.advance(Seconds(1));
+    EXPECT_TRUE(isVisible());
+    EXPECT_EQ(window().opacity(), 1);
 }
 
 TEST_F(FloatingPresenterTest, ClosesAMomentAfterTheLastFieldHas) {
