@@ -71,11 +71,17 @@ void AppDelegate::showOnboarding(const OnboardingWindow::Mode &mode) {
 }
 
 void AppDelegate::finishOnboarding(const OnboardingWindow::Mode &mode) {
+    if (!m_onboardingWindow) {
+        return;
+    }
     if (std::holds_alternative<OnboardingWindow::FirstRun>(mode)) {
         m_controller->markAllPresentAgentsKnown();
     }
     // It is still in the middle of its own closing.
     m_onboardingWindow.release()->deleteLater();
+    if (m_settingsWindow) {
+        m_settingsWindow->setAboveOthers(false);
+    }
 }
 
 void AppDelegate::openSettings() {
@@ -84,7 +90,7 @@ void AppDelegate::openSettings() {
         m_settingsWindow->addActions(m_menu->keyedActions());
     }
     // The welcome is above all other windows, and must not cover what is asked for from there.
-    m_settingsWindow->setWindowFlag(Qt::WindowStaysOnTopHint, m_onboardingWindow != nullptr);
+    m_settingsWindow->setAboveOthers(m_onboardingWindow != nullptr);
     m_settingsWindow->present();
 }
 

@@ -31,6 +31,16 @@ void ManagedWindow::present() {
     activateWindow();
 }
 
+void ManagedWindow::setAboveOthers(bool isAbove) {
+    if (windowFlags().testFlag(Qt::WindowStaysOnTopHint) == isAbove) {
+        return;
+    }
+    const bool wasVisible = isVisible();
+    // This takes it off the screen.
+    setWindowFlag(Qt::WindowStaysOnTopHint, isAbove);
+    setVisible(wasVisible);
+}
+
 void ManagedWindow::centre() {
     const QScreen *screen = QGuiApplication::screenAt(QCursor::pos());
     if (screen == nullptr) {

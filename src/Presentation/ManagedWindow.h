@@ -16,6 +16,9 @@ public:
     /// pointer, if it wasn't on the screen before.
     void present();
 
+    /// Whether it keeps above ordinary windows, even those that are in front.
+    void setAboveOthers(bool isAbove);
+
 protected:
     static constexpr int margin = 40; ///< between the edge and what is written
 

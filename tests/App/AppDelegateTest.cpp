@@ -6,7 +6,9 @@
 #include "Support/TemporaryHome.h"
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QTcpServer>
+#include <QWindow>
 #include <gtest/gtest.h>
 
 namespace morvane {
@@ -75,7 +77,17 @@ TEST_F(AppDelegateTest, WelcomesOnceWhateverBecomesOfTheWelcome) {
     EXPECT_TRUE(MorvaneSettings(reread).hasCompletedFirstRun());
     EXPECT_FALSE(settings.knownAgents());
 
+    host().setPresent(true);
+    // Above the welcome while that is there, and an ordinary window from then on.
+    delegate.applicationShouldHandleReopen();
+    const QWidget *asked = window("Morvane Settings");
+    EXPECT_TRUE(asked->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+    // A window manager may ask twice before the window is gone.
+    QCloseEvent request;
+    QCoreApplication::sendEvent(window("Welcome to Morvane")->windowHandle(), &request);
     close("Welcome to Morvane");
+    EXPECT_TRUE(asked->isVisible());
+    EXPECT_FALSE(asked->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
     EXPECT_EQ(settings.knownAgents(), QStringList{"claude"});
     EXPECT_EQ(window("Welcome to Morvane"), nullptr);
     EXPECT_FALSE(isPanelOpen());
