@@ -1,5 +1,7 @@
 #include "Presentation/InlineEditing.h"
 
+#include <algorithm>
+
 namespace morvane {
 
 InlineEditing &InlineEditing::shared() {
@@ -7,8 +9,11 @@ InlineEditing &InlineEditing::shared() {
     return instance;
 }
 
-bool InlineEditing::isActive(Date now) const {
-    return m_count >= 1 && m_openedAt && now - *m_openedAt < lease;
+Seconds InlineEditing::rest(Date now) const {
+    if (m_count == 0 || !m_openedAt) {
+        return Seconds(0);
+    }
+    return std::max(Seconds(0), Seconds(lease - (now - *m_openedAt)));
 }
 
 void InlineEditing::begin(Date now) {

@@ -25,7 +25,10 @@ public:
     /// When the latest of the open fields was opened; none without one.
     const std::optional<Date> &openedAt() const { return m_openedAt; }
 
-    bool isActive(Date now) const;
+    bool isActive(Date now) const { return rest(now) > Seconds(0); }
+
+    /// How long the open fields still count, if no other is opened; 0 without one.
+    Seconds rest(Date now) const;
 
     /// Called once by each field that opens, and then once by each that goes away.
     void begin(Date now);

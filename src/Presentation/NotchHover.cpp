@@ -23,9 +23,9 @@ NotchHover::Decision NotchHover::poll(Date now, const Facts &facts) {
         }
         m_lockedUntil.reset();
     }
-    if (facts.isEditing) {
+    if (facts.editing > Seconds(0)) {
         forgetPointer();
-        return {};
+        return {.checkAfter = facts.editing};
     }
     if (m_isRearmPending) {
         m_isRearmPending = facts.isInside;

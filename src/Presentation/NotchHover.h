@@ -27,8 +27,8 @@ public:
 
     /// Where the pointer is, and what keeps the panel as it is.
     struct Facts {
-        bool isInside = false;  ///< on the notch, or on what is shown of the panel
-        bool isEditing = false; ///< a text field of the panel is open
+        bool isInside = false; ///< on the notch, or on what is shown of the panel
+        Seconds editing{0};    ///< how long an open text field still freezes everything
     };
 
     struct Decision {

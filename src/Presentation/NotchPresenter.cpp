@@ -229,8 +229,8 @@ void NotchPresenter::destroyNotch() {
 void NotchPresenter::pollHover() {
     m_hoverDeadlineTimer.cancel();
     const Date now = m_context.scheduler.now();
-    const auto decision = m_hover.poll(
-        now, {.isInside = isPointerInside(), .isEditing = m_context.editing.isActive(now)});
+    const auto decision =
+        m_hover.poll(now, {.isInside = isPointerInside(), .editing = m_context.editing.rest(now)});
     if (decision.checkAfter) {
         scheduleHoverCheck(*decision.checkAfter);
     }
@@ -324,6 +324,8 @@ void NotchPresenter::menuClosed() {
         // It has kept below the menu, and maybe below others.
         m_window->show();
     }
+    // The menu may have been all that kept it on screen.
+    scheduleUpdate();
 }
 
 bool NotchPresenter::isMenuOpen() const {

@@ -71,19 +71,19 @@ const QList<Case> cases{
      {{0, "in", "0.35"},
       {1, "in", "open"},
       {2, "out", "0.40"},
-      {2.2, "out, editing"},
-      {9, "out, editing"},
+      {2.2, "out, editing", "100.00"},
+      {9, "out, editing", "100.00"},
       {10, "out", "0.40"},
       {10.2, "in"}},
      true},
     {"an open field also stops an opening, but lifts neither lock nor the need to leave",
      {{0, "in", "0.35"},
-      {0.3, "in, editing"},
+      {0.3, "in, editing", "100.00"},
       {0.4, "in", "0.35"},
       {0.5, "collapse"},
       {0.5, "lock"},
       {0.6, "out, editing", "0.20"},
-      {1, "out, editing"},
+      {1, "out, editing", "100.00"},
       {2, "in"},
       {3, "in"}},
      false},
@@ -138,8 +138,8 @@ QString take(const Step &step, NotchHover &hover) {
     } else if (what == "end") {
         hover.endPresentation();
     } else {
-        return say(hover.poll(
-            now, {.isInside = what.startsWith("in"), .isEditing = what.endsWith("editing")}));
+        const Seconds editing(what.endsWith("editing") ? 100 : 0);
+        return say(hover.poll(now, {.isInside = what.startsWith("in"), .editing = editing}));
     }
     return "";
 }

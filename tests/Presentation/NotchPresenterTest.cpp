@@ -185,6 +185,18 @@ TEST_F(NotchPresenterTest, AClickMayTakeAwayThePanelThatItWasMadeIn) {
     EXPECT_EQ(expansions, QList<bool>({true, false}));
 }
 
+TEST_F(NotchPresenterTest, AForgottenFieldHoldsItForTwoMinutesUnderAPointerThatRestsElsewhere) {
+    attach();
+    movePointer(onNotch);
+    scheduler.advance(Seconds(1));
+    editing.begin(scheduler.now());
+    movePointer(elsewhere);
+    scheduler.advance(Seconds(119));
+    EXPECT_EQ(expansions, QList<bool>({true}));
+    scheduler.advance(Seconds(2));
+    EXPECT_EQ(expansions, QList<bool>({true, false}));
+}
+
 TEST_F(NotchPresenterTest, StaysOpenWhileItsMenuIs) {
     QMenu menu;
     menu.addAction("Open");
@@ -195,6 +207,18 @@ TEST_F(NotchPresenterTest, StaysOpenWhileItsMenuIs) {
     ASSERT_TRUE(menu.isVisible());
     movePointer(elsewhere);
     scheduler.advance(Seconds(20));
+    EXPECT_TRUE(isVisible());
+    menu.close();
+    scheduler.advance(Seconds(1));
+    EXPECT_FALSE(isVisible());
+
+    // What is left on screen for its menu alone goes with it.
+    apply(Event::promptSubmit);
+    settle();
+    rightClick(onNotch);
+    apply(Event::sessionEnd);
+    displays.setPointer(elsewhere);
+    scheduler.advance(Seconds(0.2));
     EXPECT_TRUE(isVisible());
     menu.close();
     scheduler.advance(Seconds(1));
