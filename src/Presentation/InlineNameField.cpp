@@ -5,6 +5,7 @@
 #include "Presentation/FieldWindow.h"
 #include "Presentation/InlineEditing.h"
 #include "Presentation/KeyWindowActivator.h"
+#include "Presentation/KeyablePanel.h"
 #include "Presentation/PanelContext.h"
 
 #include <QCoreApplication>
@@ -117,6 +118,14 @@ void InlineNameField::keyPressEvent(QKeyEvent *event) {
     default:
         QLineEdit::keyPressEvent(event);
     }
+}
+
+/// A field that a loss of the focus doesn't end stays open without the keyboard.
+void InlineNameField::mousePressEvent(QMouseEvent *event) {
+    if (auto *panel = qobject_cast<KeyablePanel *>(window())) {
+        panel->renewKey();
+    }
+    QLineEdit::mousePressEvent(event);
 }
 
 void InlineNameField::focusOutEvent(QFocusEvent *event) {

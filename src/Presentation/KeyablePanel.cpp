@@ -10,6 +10,12 @@ bool KeyablePanel::makeKey() {
     return true;
 }
 
+void KeyablePanel::renewKey() {
+    if (m_fields > 0 && onTakeKeyboard) {
+        static_cast<void>(onTakeKeyboard());
+    }
+}
+
 void KeyablePanel::resignKey() {
     if (m_fields > 0 && --m_fields == 0 && onReleaseKeyboard) {
         onReleaseKeyboard();

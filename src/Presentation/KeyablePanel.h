@@ -23,6 +23,9 @@ public:
     /// Called by each field that opens. False where keys can't reach the panel.
     [[nodiscard]] bool makeKey();
 
+    /// Called by a field that is open when it is clicked: the keyboard may have gone elsewhere.
+    void renewKey();
+
     /// Called by each of them when it goes away; the last one gives the keyboard back.
     void resignKey();
 

@@ -105,6 +105,15 @@ TEST_F(InlineNameFieldTest, ALossOfTheFocusCommitsWhereThatIsAskedForButNotToIts
     EXPECT_EQ(outcomes, QStringList({"commit old name"}));
 }
 
+TEST_F(InlineNameFieldTest, AClickBringsTheKeyboardBackToAFieldThatHasStayedOpen) {
+    open(false);
+    hasKeyboard = false;
+    QTest::mouseClick(field, Qt::LeftButton);
+    EXPECT_TRUE(hasKeyboard);
+    field->abandon();
+    expectGone();
+}
+
 TEST_F(InlineNameFieldTest, APanelThatGoesAwayCommitsNothing) {
     open();
     QTest::keyClicks(field, "new");
