@@ -1,87 +1,32 @@
-#include "EndToEnd/ChildProcess.h"
-#include "EndToEnd/ProgramHome.h"
-#include "EndToEnd/VirtualDisplay.h"
-#include "Support/WaitUntil.h"
-
-#include <QFile>
-#include <QRect>
-#include <gtest/gtest.h>
+#include "EndToEnd/ProgramOnScreen.h"
 
 #include <algorithm>
-#include <memory>
-#include <optional>
 
 namespace morvane {
 namespace {
 
-constexpr const char *terminalTitle = "terminal";
 constexpr const char *permissionRequest =
     R"({"hook_event_name":"PermissionRequest","session_id":"s","tool_name":"Bash",)"
     R"("tool_use_id":"toolu_1","tool_input":{"command":"make"}})";
 constexpr const char *allowAnswer =
     R"({"hookSpecificOutput":{"decision":{"behavior":"allow"},"hookEventName":"PermissionRequest"}})";
 
-// What a terminal tells the program in it of a button that was pressed.
-constexpr const char *leftPress = "\x1b[M ";
-constexpr const char *rightPress = "\x1b[M\"";
-
-/// The program on a display of its own, above a terminal that fills the screen, has the keyboard
-/// and notes every key and click that reaches it.
-class ScreenTest : public testing::Test {
+/// The program above a terminal that fills the screen.
+class ScreenTest : public ProgramOnScreen {
 protected:
-    explicit ScreenTest(const WindowManager &manager = WindowManager::openbox,
-                        const QJsonObject &settings = {{"showWhenIdle", true}})
-        : manager(manager), home(settings) {}
+    using ProgramOnScreen::ProgramOnScreen;
 
-    void SetUp() override {
-        const QStringList missing = VirtualDisplay::missingPrograms(manager);
-        if (!missing.isEmpty()) {
-            GTEST_SKIP() << "These programs are needed and not installed: "
-                         << missing.join(QStringLiteral(", ")).toStdString();
-        }
-        home.setVariable("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1");
-        display = std::make_unique<VirtualDisplay>(home.environment(), manager);
-        ASSERT_TRUE(display->isUp());
-        ASSERT_NO_FATAL_FAILURE(startTerminal());
+    void startAll() override {
+        ASSERT_NO_FATAL_FAILURE(startTerminal(terminalOptions));
         program = start({MORVANE});
         ASSERT_TRUE(home.waitForHook());
         ASSERT_TRUE(waitUntil([this] { return tab().has_value(); }));
-    }
-
-    void startTerminal() {
-        terminal = start(QStringList{"xterm"} + terminalOptions +
-                         QStringList{"-title", QLatin1String(terminalTitle), "-e", "sh", "-c",
-                                     "stty raw -echo; printf '\\033[?1000h'; exec cat >\"$0\"",
-                                     home.path("received")});
-        ASSERT_TRUE(waitUntil([this] { return QFile::exists(home.path("received")); }));
-        ASSERT_TRUE(display->bringToFront(terminalTitle));
-    }
-
-    std::unique_ptr<ChildProcess> start(const QStringList &command,
-                                        const QByteArray &input = {}) const {
-        return std::make_unique<ChildProcess>(command, display->environment(), input);
     }
 
     /// A hook that waits for a decision.
     std::unique_ptr<ChildProcess> ask() const {
         return start(home.hook({"claude", "PermissionRequest", "decide"}), permissionRequest);
     }
-
-    /// Where the visible object of this role and name is.
-    std::optional<QRect> find(const QString &role, const QString &name,
-                              const QStringList &options = {}) const {
-        const auto finder =
-            start(QStringList{FIND_ACCESSIBLE, "--extents"} + options + QStringList{role, name});
-        if (finder->wait() != 0) {
-            return std::nullopt;
-        }
-        const QList<QByteArray> numbers = finder->output().simplified().split(' ');
-        return QRect(numbers.value(0).toInt(), numbers.value(1).toInt(), numbers.value(2).toInt(),
-                     numbers.value(3).toInt());
-    }
-
-    /// The capsule, or the panel that it has grown into.
-    std::optional<QRect> tab() const { return find("filler", "Morvane"); }
 
     std::optional<QRect> allowButton() const { return find("button", "Allow"); }
 
@@ -108,21 +53,7 @@ protected:
                    : testing::AssertionFailure() << "the panel shows no \"Allow\"";
     }
 
-    bool terminalHasKeyboard() const { return display->focusedTitle() == terminalTitle; }
-
-    /// What has reached the terminal so far.
-    QByteArray received() const {
-        QFile file(home.path("received"));
-        file.open(QIODevice::ReadOnly);
-        return file.readAll();
-    }
-
-    const WindowManager manager;
     QStringList terminalOptions{"-fullscreen"};
-    ProgramHome home;
-    std::unique_ptr<VirtualDisplay> display;
-    std::unique_ptr<ChildProcess> terminal;
-    std::unique_ptr<ChildProcess> program;
 };
 
 /// On each window manager that is installed.

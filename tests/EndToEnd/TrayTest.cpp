@@ -1,9 +1,6 @@
-#include "EndToEnd/ChildProcess.h"
-#include "EndToEnd/ProgramHome.h"
+#include "EndToEnd/ProgramOnScreen.h"
 #include "EndToEnd/TrayHost.h"
-#include "EndToEnd/VirtualDisplay.h"
 #include "Support/Printing.h"
-#include "Support/WaitUntil.h"
 
 #include <QCoreApplication>
 #include <gtest/gtest.h>
@@ -20,23 +17,11 @@ constexpr std::uint32_t green = 0xff30d158;
 constexpr std::uint32_t orange = 0xffff9f0a;
 
 /// The program on a desktop whose tray comes and goes.
-class TrayTest : public testing::Test {
+class TrayTest : public ProgramOnScreen {
 protected:
-    void SetUp() override {
-        const QStringList missing = VirtualDisplay::missingPrograms();
-        if (!missing.isEmpty()) {
-            GTEST_SKIP() << "These programs are needed and not installed: "
-                         << missing.join(QStringLiteral(", ")).toStdString();
-        }
-        display = std::make_unique<VirtualDisplay>(home.environment());
-        ASSERT_TRUE(display->isUp());
+    void startAll() override {
         program = start({MORVANE});
         ASSERT_TRUE(home.waitForHook());
-    }
-
-    std::unique_ptr<ChildProcess> start(const QStringList &command,
-                                        const QByteArray &input = {}) const {
-        return std::make_unique<ChildProcess>(command, display->environment(), input);
     }
 
     void openTray() {
@@ -73,9 +58,6 @@ protected:
     char name[5] = "test";
     char *arguments[2] = {name, nullptr};
     QCoreApplication application{count, arguments};
-    ProgramHome home;
-    std::unique_ptr<VirtualDisplay> display;
-    std::unique_ptr<ChildProcess> program;
     std::unique_ptr<TrayHost> tray;
 };
 
