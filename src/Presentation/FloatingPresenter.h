@@ -36,8 +36,6 @@ public:
     void detach() override;
 
 private:
-    enum class Motion { atOnce, animated };
-
     void makePanel();
     void removePanel();
     void subscribe();
