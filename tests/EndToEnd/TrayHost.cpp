@@ -59,7 +59,9 @@ void TrayHost::RegisterStatusNotifierItem(const QString &service) {
     }
 }
 
+/// Every picture is read to its end, or the rest of the argument would leak.
 std::uint32_t TrayHost::iconColor() const {
+    std::uint32_t result = 0;
     const auto pixmaps = property("IconPixmap").value<QDBusArgument>();
     pixmaps.beginArray();
     while (!pixmaps.atEnd()) {
@@ -69,14 +71,13 @@ std::uint32_t TrayHost::iconColor() const {
         pixmaps.beginStructure();
         pixmaps >> width >> height >> pixels;
         pixmaps.endStructure();
-        for (qsizetype offset = 0; offset + 4 <= pixels.size(); offset += 4) {
+        for (qsizetype offset = 0; result == 0 && offset + 4 <= pixels.size(); offset += 4) {
             const auto pixel = qFromBigEndian<quint32>(pixels.constData() + offset);
-            if (pixel >> 24 == 0xff) {
-                return pixel;
-            }
+            result = pixel >> 24 == 0xff ? pixel : 0;
         }
     }
-    return 0;
+    pixmaps.endArray();
+    return result;
 }
 
 void TrayHost::openMenu() const {
