@@ -1,4 +1,4 @@
-#include "Core/EventServer.h"
+#include "Core/Intake/EventServer.h"
 #include "EpollServer.h"
 #include "Support/HttpClient.h"
 

@@ -1,6 +1,6 @@
-#include "Core/Defaults.h"
-#include "Core/MorvaneSettings.h"
-#include "Core/SessionStore.h"
+#include "Core/Sessions/SessionStore.h"
+#include "Core/Settings/Defaults.h"
+#include "Core/Settings/MorvaneSettings.h"
 #include "Support/ManualScheduler.h"
 
 #include <QHash>

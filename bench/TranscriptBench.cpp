@@ -1,4 +1,4 @@
-#include "Core/TranscriptReader.h"
+#include "Core/Agents/TranscriptReader.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -1,4 +1,4 @@
-#include "Core/DefaultsFormat.h"
+#include "Core/Settings/DefaultsFormat.h"
 
 #include <cstdint>
 #include <cstdlib>

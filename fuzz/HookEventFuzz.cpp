@@ -1,6 +1,6 @@
-#include "Core/AgentAdapter.h"
-#include "Core/AgentRegistry.h"
-#include "Core/HookEvent.h"
+#include "Core/Adapters/AgentRegistry.h"
+#include "Core/Agents/AgentAdapter.h"
+#include "Core/Intake/HookEvent.h"
 
 #include <cstdint>
 

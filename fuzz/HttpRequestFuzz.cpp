@@ -1,4 +1,4 @@
-#include "Core/HttpRequestParser.h"
+#include "Core/Intake/HttpRequestParser.h"
 
 #include <cstdint>
 #include <cstdlib>

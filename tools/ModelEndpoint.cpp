@@ -1,6 +1,6 @@
 #include "ModelEndpoint.h"
 
-#include "Core/HttpRequestParser.h"
+#include "Core/Intake/HttpRequestParser.h"
 #include "ModelDialects.h"
 
 #include <QFile>

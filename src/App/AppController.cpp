@@ -1,12 +1,12 @@
 #include "App/AppController.h"
 
-#include "Core/AgentAdapter.h"
-#include "Core/AgentRegistry.h"
-#include "Core/GitInfo.h"
-#include "Core/HookInstaller.h"
-#include "Core/HostApp.h"
-#include "Core/SessionDiscovery.h"
-#include "Presentation/InlineEditing.h"
+#include "Core/Adapters/AgentRegistry.h"
+#include "Core/Agents/AgentAdapter.h"
+#include "Core/Hooks/HookInstaller.h"
+#include "Core/Navigation/HostApp.h"
+#include "Core/Sessions/GitInfo.h"
+#include "Core/Sessions/SessionDiscovery.h"
+#include "Presentation/Overlay/InlineEditing.h"
 
 #include <QPointer>
 #include <QSet>

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "App/PlatformServices.h"
-#include "Core/AgentKind.h"
-#include "Core/EventServer.h"
-#include "Core/MorvaneSettings.h"
-#include "Core/SessionStore.h"
-#include "Presentation/PixelTimeline.h"
+#include "Core/Agents/AgentKind.h"
+#include "Core/Intake/EventServer.h"
+#include "Core/Sessions/SessionStore.h"
+#include "Core/Settings/MorvaneSettings.h"
+#include "Presentation/Mascot/PixelTimeline.h"
 #include "Presentation/PresenterManager.h"
 
 #include <QObject>

@@ -1,8 +1,8 @@
 #include "App/AppController.h"
-#include "Core/AgentAdapter.h"
-#include "Core/AgentRegistry.h"
-#include "Core/ForwarderScripts.h"
-#include "Core/HookInstaller.h"
+#include "Core/Adapters/AgentRegistry.h"
+#include "Core/Agents/AgentAdapter.h"
+#include "Core/Hooks/ForwarderScripts.h"
+#include "Core/Hooks/HookInstaller.h"
 
 #include <QDir>
 #include <QFileInfo>

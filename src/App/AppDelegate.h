@@ -3,8 +3,8 @@
 #include "App/AppController.h"
 #include "App/StatusItem.h"
 #include "App/StatusMenu.h"
-#include "Presentation/OnboardingWindow.h"
-#include "Presentation/SettingsWindow.h"
+#include "Presentation/Windows/OnboardingWindow.h"
+#include "Presentation/Windows/SettingsWindow.h"
 
 #include <QObject>
 

@@ -2,9 +2,9 @@
 
 #include "App/AppDelegate.h"
 #include "App/PlatformChooser.h"
-#include "Core/Defaults.h"
-#include "Platform/Linux/SingleInstance.h"
-#include "Presentation/DarkPalette.h"
+#include "Core/Settings/Defaults.h"
+#include "Platform/Linux/Desktop/SingleInstance.h"
+#include "Presentation/Style/DarkPalette.h"
 
 #include <QApplication>
 

@@ -1,17 +1,17 @@
 #include "App/PlatformChooser.h"
 
-#include "Platform/Linux/ActiveWindow.h"
-#include "Platform/Linux/AutostartEntry.h"
-#include "Platform/Linux/DesktopApplications.h"
-#include "Platform/Linux/DesktopMotion.h"
+#include "Platform/Linux/Desktop/AutostartEntry.h"
+#include "Platform/Linux/Desktop/DesktopApplications.h"
+#include "Platform/Linux/Desktop/DesktopMotion.h"
+#include "Platform/Linux/Desktop/StatusNotifierHost.h"
 #include "Platform/Linux/EventLoopScheduler.h"
 #include "Platform/Linux/LowPriorityPool.h"
-#include "Platform/Linux/ScreenDisplays.h"
-#include "Platform/Linux/StatusNotifierHost.h"
-#include "Platform/Linux/X11Connection.h"
-#include "Platform/Linux/X11OverlayWindows.h"
-#include "Platform/Linux/X11PointerMonitor.h"
-#include "Platform/Linux/X11WindowControl.h"
+#include "Platform/Linux/X11/ActiveWindow.h"
+#include "Platform/Linux/X11/ScreenDisplays.h"
+#include "Platform/Linux/X11/X11Connection.h"
+#include "Platform/Linux/X11/X11OverlayWindows.h"
+#include "Platform/Linux/X11/X11PointerMonitor.h"
+#include "Platform/Linux/X11/X11WindowControl.h"
 
 #include <QGuiApplication>
 

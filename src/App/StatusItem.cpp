@@ -1,9 +1,9 @@
 #include "App/StatusItem.h"
 
-#include "Core/MorvaneSettings.h"
-#include "Core/SessionStore.h"
+#include "Core/Sessions/SessionStore.h"
+#include "Core/Settings/MorvaneSettings.h"
 #include "Platform/StatusItemHost.h"
-#include "Presentation/MenuBarIcon.h"
+#include "Presentation/Mascot/MenuBarIcon.h"
 
 #include <QColor>
 #include <QSystemTrayIcon>

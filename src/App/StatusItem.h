@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Core/SessionState.h"
+#include "Core/Sessions/SessionState.h"
 
 #include <QObject>
 

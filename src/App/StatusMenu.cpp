@@ -1,9 +1,9 @@
 #include "App/StatusMenu.h"
 
 #include "App/AppController.h"
-#include "Core/AgentAdapter.h"
-#include "Core/BuildInfo.h"
-#include "Presentation/HelpText.h"
+#include "Core/Agents/AgentAdapter.h"
+#include "Core/Shell/BuildInfo.h"
+#include "Presentation/Style/HelpText.h"
 
 #include <QCoreApplication>
 #include <QFontMetrics>

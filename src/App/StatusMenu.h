@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Core/AgentKind.h"
+#include "Core/Agents/AgentKind.h"
 
 #include <QMenu>
 #include <QObject>

@@ -1,9 +1,9 @@
 #include "Presentation/PresenterManager.h"
 
-#include "Core/MorvaneSettings.h"
+#include "Core/Settings/MorvaneSettings.h"
 #include "Platform/Scheduler.h"
-#include "Presentation/FloatingPresenter.h"
-#include "Presentation/NotchPresenter.h"
+#include "Presentation/Floating/FloatingPresenter.h"
+#include "Presentation/Notch/NotchPresenter.h"
 
 #include <algorithm>
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Core/DisplayTargetMode.h"
+#include "Core/Settings/DisplayTargetMode.h"
 #include "Platform/Displays.h"
 #include "Platform/Task.h"
-#include "Presentation/MorvanePresenter.h"
-#include "Presentation/PanelContext.h"
+#include "Presentation/Overlay/MorvanePresenter.h"
+#include "Presentation/Overlay/PanelContext.h"
 
 #include <map>
 #include <memory>

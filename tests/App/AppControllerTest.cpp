@@ -1,7 +1,7 @@
 #include "App/AppController.h"
 
 #include "App/FakePlatform.h"
-#include "Core/Defaults.h"
+#include "Core/Settings/Defaults.h"
 #include "Support/HttpClient.h"
 #include "Support/ManualPool.h"
 #include "Support/ManualScheduler.h"

@@ -1,7 +1,7 @@
 #include "App/AppDelegate.h"
 
 #include "App/FakePlatform.h"
-#include "Core/Defaults.h"
+#include "Core/Settings/Defaults.h"
 #include "Support/ManualScheduler.h"
 #include "Support/TemporaryHome.h"
 

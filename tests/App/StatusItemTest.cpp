@@ -1,9 +1,9 @@
 #include "App/StatusItem.h"
 
 #include "App/FakeStatusItemHost.h"
-#include "Core/Defaults.h"
-#include "Core/MorvaneSettings.h"
-#include "Core/SessionStore.h"
+#include "Core/Sessions/SessionStore.h"
+#include "Core/Settings/Defaults.h"
+#include "Core/Settings/MorvaneSettings.h"
 #include "Support/EventBuilder.h"
 #include "Support/ManualScheduler.h"
 

@@ -2,8 +2,8 @@
 
 #include "App/AppController.h"
 #include "App/FakePlatform.h"
-#include "Core/BuildInfo.h"
-#include "Core/Defaults.h"
+#include "Core/Settings/Defaults.h"
+#include "Core/Shell/BuildInfo.h"
 #include "Support/ManualScheduler.h"
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"

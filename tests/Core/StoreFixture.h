@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Core/Defaults.h"
-#include "Core/MorvaneSettings.h"
-#include "Core/SessionStore.h"
+#include "Core/Sessions/SessionStore.h"
+#include "Core/Settings/Defaults.h"
+#include "Core/Settings/MorvaneSettings.h"
 #include "Support/EventBuilder.h"
 #include "Support/ManualScheduler.h"
 #include "Support/Printing.h"

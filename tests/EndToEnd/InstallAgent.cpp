@@ -1,7 +1,7 @@
-#include "Core/AgentRegistry.h"
-#include "Core/Defaults.h"
-#include "Core/HookInstaller.h"
-#include "Core/MorvaneSettings.h"
+#include "Core/Adapters/AgentRegistry.h"
+#include "Core/Hooks/HookInstaller.h"
+#include "Core/Settings/Defaults.h"
+#include "Core/Settings/MorvaneSettings.h"
 
 #include <QTextStream>
 

@@ -1,6 +1,6 @@
 #include "CapturingListener.h"
 
-#include "Core/HttpRequestParser.h"
+#include "Core/Intake/HttpRequestParser.h"
 
 #include <array>
 #include <chrono>

@@ -1,5 +1,5 @@
 #include "CapturingListener.h"
-#include "Core/HookEvent.h"
+#include "Core/Intake/HookEvent.h"
 #include "EndToEnd/ChildProcess.h"
 
 #include <QFile>

@@ -1,6 +1,6 @@
 #include "Platform/Linux/LowPriorityPool.h"
 
-#include "Core/TranscriptReader.h"
+#include "Core/Agents/TranscriptReader.h"
 #include "Support/ManualScheduler.h"
 #include "Support/TemporaryHome.h"
 #include "Support/WaitUntil.h"

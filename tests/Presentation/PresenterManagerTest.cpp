@@ -1,6 +1,6 @@
 #include "Presentation/PresenterManager.h"
 
-#include "PanelFixture.h"
+#include "Presentation/PanelFixture.h"
 
 namespace morvane {
 namespace {

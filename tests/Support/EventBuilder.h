@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Core/HookEvent.h"
+#include "Core/Intake/HookEvent.h"
 
 namespace morvane {
 

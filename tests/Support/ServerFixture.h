@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Core/EventServer.h"
+#include "Core/Intake/EventServer.h"
 #include "Support/HttpClient.h"
 #include "Support/ManualScheduler.h"
 #include "Support/WaitUntil.h"

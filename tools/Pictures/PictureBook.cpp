@@ -2,7 +2,7 @@
 // Usage: picture_book FOLDER [SCENE]...
 
 #include "Pictures/Scenes.h"
-#include "Presentation/MenuBarIcon.h"
+#include "Presentation/Mascot/MenuBarIcon.h"
 
 #include <QApplication>
 #include <QDir>

@@ -1,6 +1,6 @@
 #include "Pictures/Scenes.h"
 
-#include "Core/TranscriptInfo.h"
+#include "Core/Agents/TranscriptInfo.h"
 
 namespace morvane {
 

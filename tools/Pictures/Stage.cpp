@@ -1,7 +1,7 @@
 #include "Pictures/Stage.h"
 
-#include "Core/HostApp.h"
-#include "Core/TranscriptInfo.h"
+#include "Core/Agents/TranscriptInfo.h"
+#include "Core/Navigation/HostApp.h"
 #include "Platform/InstalledApplications.h"
 
 #include <QApplication>

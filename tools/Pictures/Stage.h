@@ -1,11 +1,11 @@
 #pragma once
 
-#include "Core/Defaults.h"
-#include "Core/HookOrigin.h"
-#include "Core/MorvaneSettings.h"
-#include "Core/SessionStore.h"
-#include "Presentation/InlineEditing.h"
-#include "Presentation/PixelTimeline.h"
+#include "Core/Intake/HookEvent.h"
+#include "Core/Sessions/SessionStore.h"
+#include "Core/Settings/Defaults.h"
+#include "Core/Settings/MorvaneSettings.h"
+#include "Presentation/Mascot/PixelTimeline.h"
+#include "Presentation/Overlay/InlineEditing.h"
 #include "Presentation/PresenterManager.h"
 #include "Support/FakeDisplays.h"
 #include "Support/FakeMotionPreference.h"

@@ -1,6 +1,6 @@
 #include "Core/Adapters/CodexAdapter.h"
 
-#include "Core/TranscriptReader.h"
+#include "Core/Agents/TranscriptReader.h"
 
 #include <nlohmann/json.hpp>
 

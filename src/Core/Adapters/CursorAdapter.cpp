@@ -1,7 +1,7 @@
 #include "Core/Adapters/CursorAdapter.h"
 
-#include "Core/HookTimeout.h"
-#include "Core/JsonObject.h"
+#include "Core/Agents/HookTimeout.h"
+#include "Core/Ground/JsonObject.h"
 
 #include <QHash>
 #include <nlohmann/json.hpp>

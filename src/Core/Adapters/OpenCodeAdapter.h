@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Core/AgentAdapter.h"
+#include "Core/Agents/AgentAdapter.h"
 
 namespace morvane {
 

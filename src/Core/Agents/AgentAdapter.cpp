@@ -1,0 +1,149 @@
+#include "Core/Agents/AgentAdapter.h"
+
+#include "Core/Agents/HookTimeout.h"
+#include "Core/Ground/JsonObject.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFileInfo>
+#include <nlohmann/json.hpp>
+
+namespace morvane {
+
+namespace {
+
+/// The file that stands for the integration, or an empty path.
+QString integrationPath(const AgentIntegration &integration) {
+    struct Path {
+        QString operator()(const JsonHooks &hooks) const { return hooks.settingsPath; }
+        QString operator()(const TomlHooks &hooks) const { return hooks.settingsPath; }
+        QString operator()(const PluginFile &plugin) const { return plugin.filePath; }
+        QString operator()(const Unsupported &) const { return {}; }
+    };
+    return std::visit(Path(), integration);
+}
+
+} // namespace
+
+std::optional<QString> AgentAdapter::matcher(const QString &) const {
+    return std::nullopt;
+}
+
+std::optional<QByteArray> AgentAdapter::encodeDecision(const AgentDecision &,
+                                                       const std::optional<QString> &,
+                                                       QByteArrayView, const QString &) const {
+    return std::nullopt;
+}
+
+std::optional<QString> AgentAdapter::sessionID(const JsonObject &body) const {
+    return body.string("session_id");
+}
+
+std::optional<QString> AgentAdapter::cwd(const JsonObject &body) const {
+    return body.string("cwd");
+}
+
+TranscriptInfo AgentAdapter::readTranscript(const QString &) const {
+    return {};
+}
+
+nlohmann::json AgentAdapter::hookEntry(const QString &command,
+                                       const std::optional<QString> &matcher, bool blocking) const {
+    nlohmann::json handler{{"type", "command"}, {"command", command.toStdString()}};
+    if (blocking) {
+        handler["timeout"] = HookTimeout::decision;
+    } else {
+        handler["async"] = true;
+        handler["timeout"] = HookTimeout::event;
+    }
+    nlohmann::json entry{{"hooks", nlohmann::json::array({handler})}};
+    if (matcher) {
+        entry["matcher"] = matcher->toStdString();
+    }
+    return entry;
+}
+
+nlohmann::json AgentAdapter::extraRootKeys() const {
+    return nlohmann::json::object();
+}
+
+bool AgentAdapter::isPresent() const {
+    const AgentIntegration where = integration();
+    if (std::holds_alternative<Unsupported>(where)) {
+        return false;
+    }
+    QDir directory = QFileInfo(integrationPath(where)).dir();
+    if (std::holds_alternative<PluginFile>(where)) {
+        // A plugin lies in a folder for plugins, within the agent's own.
+        directory.setPath(QFileInfo(directory.path()).path());
+    }
+    return hasRun(directory.path());
+}
+
+bool AgentAdapter::hasRun(const QString &directory) {
+    static const QSet<QString> incidentalFiles{
+        QStringLiteral(".DS_Store"),   QStringLiteral(".localized"), QStringLiteral("Icon\r"),
+        QStringLiteral("desktop.ini"), QStringLiteral(".gitkeep"),   QStringLiteral(".keep"),
+    };
+    QDirIterator entries(directory, QDir::Files | QDir::Hidden | QDir::NoSymLinks);
+    while (entries.hasNext()) {
+        entries.next();
+        if (!incidentalFiles.contains(entries.fileName())) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool AgentAdapter::isInstallable() const {
+    return !std::holds_alternative<Unsupported>(integration());
+}
+
+QString AgentAdapter::integrationDescription() const {
+    const AgentIntegration where = integration();
+    if (const auto *unsupported = std::get_if<Unsupported>(&where)) {
+        return unsupported->reason;
+    }
+    const QString path = integrationPath(where);
+    const QString home = QDir::homePath() + QLatin1Char('/');
+    return path.startsWith(home) ? QLatin1String("~/") + path.mid(home.size()) : path;
+}
+
+std::optional<CanonicalEvent>
+AgentAdapter::claudeCanonical(const QString &native,
+                              const std::optional<QString> &notificationType) {
+    static const QHash<QString, CanonicalEvent> events{
+        {QStringLiteral("SessionStart"), CanonicalEvent::sessionStart},
+        {QStringLiteral("UserPromptSubmit"), CanonicalEvent::promptSubmit},
+        {QStringLiteral("PreToolUse"), CanonicalEvent::toolUse},
+        {QStringLiteral("Stop"), CanonicalEvent::turnEnd},
+        {QStringLiteral("StopFailure"), CanonicalEvent::turnFailed},
+        {QStringLiteral("SubagentStop"), CanonicalEvent::subagentStop},
+        {QStringLiteral("SessionEnd"), CanonicalEvent::sessionEnd},
+    };
+    static const QHash<QString, CanonicalEvent> notifications{
+        {QStringLiteral("permission_prompt"), CanonicalEvent::needsInput},
+        {QStringLiteral("agent_needs_input"), CanonicalEvent::needsInput},
+        {QStringLiteral("idle_prompt"), CanonicalEvent::idle},
+        {QStringLiteral("agent_completed"), CanonicalEvent::idle},
+    };
+    const bool isNotification = native == QLatin1String("Notification");
+    const auto &table = isNotification ? notifications : events;
+    const auto found =
+        table.constFind(isNotification ? notificationType.value_or(QString()) : native);
+    return found == table.constEnd() ? std::nullopt : std::optional(*found);
+}
+
+QString AgentAdapter::inHome(const QString &relativePath) {
+    return QDir::homePath() + QLatin1Char('/') + relativePath;
+}
+
+QByteArray AgentAdapter::decisionEnvelope(const QString &nativeEvent,
+                                          const nlohmann::json &decision) {
+    const nlohmann::json envelope{
+        {"hookSpecificOutput",
+         {{"hookEventName", nativeEvent.toStdString()}, {"decision", decision}}}};
+    return QByteArray::fromStdString(envelope.dump());
+}
+
+} // namespace morvane

@@ -1,0 +1,110 @@
+#pragma once
+
+#include "Core/Agents/AgentDecision.h"
+#include "Core/Agents/AgentIntegration.h"
+#include "Core/Agents/AgentKind.h"
+#include "Core/Agents/CanonicalEvent.h"
+#include "Core/Agents/TranscriptInfo.h"
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QSet>
+#include <QStringList>
+#include <nlohmann/json_fwd.hpp>
+
+#include <optional>
+
+namespace morvane {
+
+class JsonObject;
+
+/// Everything in which one agent differs from the others. Adapters are immutable and owned by
+/// `AgentRegistry`; they are safe from any thread.
+class AgentAdapter {
+public:
+    AgentAdapter() = default;
+    AgentAdapter(const AgentAdapter &) = delete;
+    AgentAdapter &operator=(const AgentAdapter &) = delete;
+    virtual ~AgentAdapter() = default;
+
+    virtual AgentKind kind() const = 0;
+
+    /// The names of the events to hook, in the order in which they are installed.
+    virtual QStringList nativeEvents() const = 0;
+
+    /// What the agent's event means, or none for one that tells us nothing.
+    virtual std::optional<CanonicalEvent>
+    canonical(const QString &native, const std::optional<QString> &notificationType) const = 0;
+
+    /// True when the end of a turn lists what still runs in the background.
+    virtual bool reportsBackgroundTasks() const { return false; }
+
+    /// The matcher of the event's hook entry, in the agent's own pattern language.
+    virtual std::optional<QString> matcher(const QString &native) const;
+
+    virtual bool supportsDecisions() const { return false; }
+
+    /// The native events whose hook can wait for an answer.
+    virtual QStringList decisionEvents() const { return {}; }
+
+    virtual bool supportsRememberedDecisions() const { return false; }
+    virtual bool supportsQuestionAnswers() const { return false; }
+
+    /// The permission modes that are nothing to remark on.
+    virtual QSet<QString> defaultPermissionModes() const { return {QStringLiteral("default")}; }
+
+    /// The answer to a waiting hook in the agent's own JSON. None leaves the agent to what it does
+    /// without a hook. `payload` is the hook's request body as it arrived.
+    virtual std::optional<QByteArray> encodeDecision(const AgentDecision &decision,
+                                                     const std::optional<QString> &tool,
+                                                     QByteArrayView payload,
+                                                     const QString &nativeEvent) const;
+
+    virtual AgentIntegration integration() const = 0;
+
+    virtual std::optional<QString> sessionID(const JsonObject &body) const;
+    virtual std::optional<QString> cwd(const JsonObject &body) const;
+
+    /// What the end of the agent's transcript tells; empty for an agent whose transcripts are not
+    /// read. Reads a file, so not for the main thread.
+    virtual TranscriptInfo readTranscript(const QString &path) const;
+
+    /// One entry of the settings file's hooks. Time limits in it are seconds, the agents' unit.
+    virtual nlohmann::json hookEntry(const QString &command, const std::optional<QString> &matcher,
+                                     bool blocking) const;
+
+    /// Keys to add at the root of the settings file, as an object.
+    virtual nlohmann::json extraRootKeys() const;
+
+    /// True when the agent seems to have been used on this machine. Reads a directory.
+    virtual bool isPresent() const;
+
+    /// False when the adapter was written from documentation alone.
+    virtual bool isVerified() const { return true; }
+
+    virtual std::optional<NotificationMute> notificationMute() const { return std::nullopt; }
+    virtual std::optional<StatusLineFeed> statusLineFeed() const { return std::nullopt; }
+
+    bool isInstallable() const;
+
+    /// True when the directory holds a regular file that a program or person put there on purpose.
+    /// The folder alone says nothing: an installer may have made it.
+    static bool hasRun(const QString &directory);
+
+    /// Where the hooks go, for a person: the file with the home folder as a tilde, or the reason
+    /// why there are none.
+    QString integrationDescription() const;
+
+protected:
+    /// The mapping of Claude Code's event names, which most agents share.
+    static std::optional<CanonicalEvent>
+    claudeCanonical(const QString &native, const std::optional<QString> &notificationType);
+
+    /// The absolute path of a file named relative to the home folder.
+    static QString inHome(const QString &relativePath);
+
+    /// The envelope in which a decision goes back, around the agent's decision object.
+    static QByteArray decisionEnvelope(const QString &nativeEvent, const nlohmann::json &decision);
+};
+
+} // namespace morvane

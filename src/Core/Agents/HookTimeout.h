@@ -1,0 +1,22 @@
+#pragma once
+
+#include "Platform/Time.h"
+
+/// How long an agent lets a hook of ours run, in seconds, the agents' own unit.
+namespace morvane::HookTimeout {
+
+/// A hook that waits for a person. More than `decisionLimit`, so that our answer always comes
+/// first.
+constexpr int decision = 120;
+
+/// Any other hook.
+constexpr int event = 5;
+
+} // namespace morvane::HookTimeout
+
+namespace morvane {
+
+/// How long the server lets a hook wait for a decision.
+inline constexpr Seconds decisionLimit(60);
+
+} // namespace morvane

@@ -1,0 +1,63 @@
+#include "Core/Ground/TimeFormat.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+
+namespace morvane::TimeFormat {
+
+namespace {
+
+/// Whole seconds between the two, at least 0.
+std::int64_t secondsBetween(Date earlier, Date later) {
+    using namespace std::chrono;
+    return std::max<std::int64_t>(duration_cast<seconds>(later - earlier).count(), 0);
+}
+
+} // namespace
+
+QString elapsed(Date since, Date asOf) {
+    const std::int64_t total = secondsBetween(since, asOf);
+    if (total < 60) {
+        return QStringLiteral("%1s").arg(total);
+    }
+    if (total < 3600) {
+        return QStringLiteral("%1m").arg(total / 60);
+    }
+    return QStringLiteral("%1h%2")
+        .arg(total / 3600)
+        .arg(total % 3600 / 60, 2, 10, QLatin1Char('0'));
+}
+
+QString ago(Date date, Date from) {
+    const std::int64_t total = secondsBetween(date, from);
+    if (total < 60) {
+        return QStringLiteral("just now");
+    }
+    if (total < 3600) {
+        return QStringLiteral("%1m ago").arg(total / 60);
+    }
+    if (total < 86400) {
+        return QStringLiteral("%1h ago").arg(total / 3600);
+    }
+    return QStringLiteral("%1d ago").arg(total / 86400);
+}
+
+QString remaining(Date until, Date from) {
+    const std::int64_t total = secondsBetween(from, until);
+    if (total < 3600) {
+        return QStringLiteral("%1m").arg(total / 60);
+    }
+    if (total < 86400) {
+        return QStringLiteral("%1h").arg(total / 3600);
+    }
+    return QStringLiteral("%1d").arg(total / 86400);
+}
+
+Seconds untilAgoChanges(Date date, Date from) {
+    const double passed = Seconds(from - date).count();
+    const double unit = passed < 3600 ? 60 : passed < 86400 ? 3600 : 86400;
+    return Seconds(passed < 0 ? unit - passed : unit - std::fmod(passed, unit));
+}
+
+} // namespace morvane::TimeFormat

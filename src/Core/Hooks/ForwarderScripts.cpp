@@ -1,0 +1,119 @@
+#include "Core/Hooks/ForwarderScripts.h"
+
+#include "Core/Ground/WholeFile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace morvane {
+
+namespace {
+
+constexpr QLatin1String hookScript("hook.sh");
+constexpr QLatin1String statusLineScript("statusline.sh");
+
+constexpr mode_t scriptMode = 0755;
+constexpr QFile::Permissions folderMode = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+
+QString pathOf(const QString &name) {
+    return ForwarderScripts::folder() + QLatin1Char('/') + name;
+}
+
+bool isExecutable(const QString &name) {
+    const QFileInfo script(pathOf(name));
+    return script.isFile() && script.isExecutable();
+}
+
+std::optional<Failure> makeScriptFolder() {
+    const QString folder = ForwarderScripts::folder();
+    if (!QDir().mkpath(folder)) {
+        return Failure{QStringLiteral("%1 could not be created").arg(folder)};
+    }
+    QFile::setPermissions(folder, folderMode);
+    return std::nullopt;
+}
+
+std::optional<Failure> writeExecutable(const QString &path, const QByteArray &content) {
+    WholeFile file(path);
+    file.setMode(scriptMode);
+    const auto failure = file.write(content);
+    return failure ? std::optional(cannotWrite(path, *failure)) : std::nullopt;
+}
+
+std::optional<QByteArray> contentOf(const QString &path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? std::optional(file.readAll()) : std::nullopt;
+}
+
+/// Written only where it differs: every rewrite would throw away what the system keeps of it in
+/// memory.
+std::optional<Failure> writeForwarder() {
+    const auto client = contentOf(QStringLiteral(":/templates/forwarder"));
+    if (!client) {
+        return Failure{QStringLiteral("forwarder missing from bundle")};
+    }
+    const QString name = QStringLiteral("forwarder");
+    const bool isCurrent = isExecutable(name) && contentOf(pathOf(name)) == client;
+    return isCurrent ? std::nullopt : writeExecutable(pathOf(name), *client);
+}
+
+} // namespace
+
+ForwarderScripts::ForwarderScripts(QString token, std::uint16_t port)
+    : m_token(std::move(token)), m_port(port) {}
+
+QString ForwarderScripts::folder() {
+    return QDir::homePath() + QLatin1String("/.morvane");
+}
+
+bool ForwarderScripts::isHookScriptExecutable() {
+    return isExecutable(hookScript);
+}
+
+bool ForwarderScripts::isStatusLineScriptExecutable() {
+    return isExecutable(statusLineScript);
+}
+
+std::optional<Failure> ForwarderScripts::writeHookScript() const {
+    if (const auto failure = makeScriptFolder()) {
+        return failure;
+    }
+    // The client goes first: a script may find a client that is too new, but never one too old.
+    if (const auto failure = writeForwarder()) {
+        return failure;
+    }
+    return writeScript(hookScript);
+}
+
+std::optional<Failure> ForwarderScripts::writeStatusLineScript() const {
+    return writeScript(statusLineScript);
+}
+
+void ForwarderScripts::removeStatusLineScript() {
+    QFile::remove(pathOf(statusLineScript));
+}
+
+Result<QString> ForwarderScripts::renderTemplate(const QString &name) const {
+    const auto content = contentOf(QStringLiteral(":/templates/%1.template").arg(name));
+    if (!content) {
+        return Failure{name + QLatin1String(".template missing from bundle")};
+    }
+    QString text = QString::fromUtf8(*content);
+    text.replace(QLatin1String("__PORT__"), QString::number(m_port));
+    text.replace(QLatin1String("__TOKEN__"), m_token);
+    return text;
+}
+
+std::optional<Failure> ForwarderScripts::writeScript(const QString &name) const {
+    const Result<QString> text = renderTemplate(name);
+    if (const auto *failure = std::get_if<Failure>(&text)) {
+        return *failure;
+    }
+    if (const auto failure = makeScriptFolder()) {
+        return failure;
+    }
+    return writeExecutable(pathOf(name), std::get<QString>(text).toUtf8());
+}
+
+} // namespace morvane

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Core/Ground/Failure.h"
+
+#include <QString>
+
+#include <cstdint>
+#include <optional>
+
+namespace morvane {
+
+/// What the agents run to reach the event server: scripts made of templates, and the client that
+/// they prefer to curl. A value; synchronous, main thread.
+class ForwarderScripts {
+public:
+    /// `port` is the port that the server really has.
+    ForwarderScripts(QString token, std::uint16_t port);
+
+    /// The folder under the home folder that the scripts lie in; only its owner may enter.
+    static QString folder();
+
+    static bool isHookScriptExecutable();
+    static bool isStatusLineScriptExecutable();
+
+    /// Writes `hook.sh`, and the client beside it.
+    [[nodiscard]] std::optional<Failure> writeHookScript() const;
+
+    /// Writes `statusline.sh`.
+    [[nodiscard]] std::optional<Failure> writeStatusLineScript() const;
+
+    /// Removes `statusline.sh`. Best effort.
+    static void removeStatusLineScript();
+
+    /// The text of a template, with the port and the token in it.
+    Result<QString> renderTemplate(const QString &name) const;
+
+private:
+    std::optional<Failure> writeScript(const QString &name) const;
+
+    QString m_token;
+    std::uint16_t m_port;
+};
+
+} // namespace morvane

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QStringList>
+
+namespace morvane {
+
+/// How it stands with the feed from an agent's status line.
+enum class StatusLineHealth {
+    notApplicable, ///< the agent has no such feed
+    connected,
+    scriptMissing, ///< the setting is ours, the script that it names can't be run
+    ownedByOther,  ///< another tool's, which is no fault
+    absent,
+};
+
+/// How it stands with the connection of one agent, as its files were when it was asked for. An
+/// agent that isn't connected is healthy, unless its settings can't be read.
+struct Health {
+    bool settingsReadable = true;
+    bool hooksPresent = false;
+    bool entriesCurrent = true;
+    bool scriptExecutable = true;
+    StatusLineHealth statusLine = StatusLineHealth::notApplicable;
+
+    /// What is wrong, a phrase each, for a person.
+    QStringList issues() const;
+
+    friend bool operator==(const Health &, const Health &) = default;
+};
+
+} // namespace morvane

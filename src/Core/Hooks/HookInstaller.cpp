@@ -1,0 +1,125 @@
+#include "Core/Hooks/HookInstaller.h"
+
+#include "Core/Hooks/JsonHookTarget.h"
+#include "Core/Hooks/PluginTarget.h"
+#include "Core/Hooks/TomlHookTarget.h"
+#include "Core/Settings/MorvaneSettings.h"
+
+#include <nlohmann/json.hpp>
+
+namespace morvane {
+
+namespace {
+
+/// The place in an agent that can't be connected: there is nothing there, and nothing can be put
+/// there.
+class UnsupportedTarget : public HookTarget {
+public:
+    /// `refusal` is what `install` fails with.
+    explicit UnsupportedTarget(QString refusal) : m_refusal(std::move(refusal)) {}
+
+    std::optional<Failure> install() const override { return Failure{m_refusal}; }
+    std::optional<Failure> uninstall() const override { return std::nullopt; }
+    void renew() const override {}
+    bool isInstalled() const override { return false; }
+    bool hasStaleEntries() const override { return false; }
+    Health health() const override { return {}; }
+
+private:
+    QString m_refusal;
+};
+
+using nlohmann::json;
+
+/// Makes the target for each kind of integration.
+struct TargetMaker {
+    const AgentAdapter &adapter;
+    HookPlan plan;
+    ForwarderScripts scripts;
+
+    std::unique_ptr<HookTarget> operator()(const JsonHooks &place) const {
+        return std::make_unique<JsonHookTarget>(place, adapter, plan, scripts);
+    }
+    std::unique_ptr<HookTarget> operator()(const TomlHooks &place) const {
+        return std::make_unique<TomlHookTarget>(place.settingsPath, plan, scripts);
+    }
+    std::unique_ptr<HookTarget> operator()(const PluginFile &place) const {
+        return std::make_unique<PluginTarget>(place.filePath, scripts);
+    }
+    std::unique_ptr<HookTarget> operator()(const Unsupported &place) const {
+        return std::make_unique<UnsupportedTarget>(displayName(adapter.kind()) +
+                                                   QLatin1String(" can't be connected yet: ") +
+                                                   place.reason);
+    }
+};
+
+/// Where the agent's own notifications can be turned off, if they can.
+struct Switch {
+    NotificationMute mute;
+    AgentJsonFile settings;
+};
+
+std::optional<Switch> notificationSwitch(const AgentAdapter &adapter) {
+    const auto mute = adapter.notificationMute();
+    const AgentIntegration integration = adapter.integration();
+    const auto *place = std::get_if<JsonHooks>(&integration);
+    return mute && place ? std::optional(Switch{*mute, AgentJsonFile(place->settingsPath)})
+                         : std::nullopt;
+}
+
+} // namespace
+
+HookInstaller::HookInstaller(const AgentAdapter &adapter, const MorvaneSettings &settings,
+                             std::uint16_t boundPort)
+    : m_adapter(adapter),
+      m_target(std::visit(TargetMaker{adapter, HookPlan(adapter, settings.approvalsEnabled()),
+                                      ForwarderScripts(settings.eventToken(), boundPort)},
+                          adapter.integration())) {}
+
+std::optional<Failure> HookInstaller::install() const {
+    return m_target->install();
+}
+
+std::optional<Failure> HookInstaller::uninstall() const {
+    return m_target->uninstall();
+}
+
+void HookInstaller::renew() const {
+    m_target->renew();
+}
+
+bool HookInstaller::isInstalled() const {
+    return m_target->isInstalled();
+}
+
+bool HookInstaller::hasStaleEntries() const {
+    return m_target->hasStaleEntries();
+}
+
+Health HookInstaller::health() const {
+    return m_target->health();
+}
+
+bool HookInstaller::notificationsSuppressed() const {
+    const auto found = notificationSwitch(m_adapter);
+    const auto root = found ? found->settings.read() : std::nullopt;
+    return root &&
+           root->value(found->mute.key.toStdString(), json()) == found->mute.value.toStdString();
+}
+
+std::optional<Failure> HookInstaller::setNotificationsSuppressed(bool suppressed) const {
+    const auto found = notificationSwitch(m_adapter);
+    if (!found) {
+        return std::nullopt;
+    }
+    const std::string key = found->mute.key.toStdString();
+    if (!suppressed) {
+        return found->settings.edit([&](json &root) { return root.erase(key) > 0; });
+    }
+    return found->settings.editOrCreate([&](json &root) {
+        root[key] = found->mute.value.toStdString();
+        return true;
+    });
+}
+
+} // namespace morvane

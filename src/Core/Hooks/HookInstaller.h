@@ -1,0 +1,54 @@
+#pragma once
+
+#include "Core/Ground/Failure.h"
+#include "Core/Hooks/Health.h"
+#include "Core/Hooks/HookTarget.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+namespace morvane {
+
+class AgentAdapter;
+class MorvaneSettings;
+
+/// Connects one agent with the event server by what it writes into the agent's own configuration,
+/// and takes that out again; everything else there survives. A value made afresh for each
+/// operation; main thread, synchronous. What answers a question never fails, but takes what it
+/// can't read for absent.
+class HookInstaller {
+public:
+    /// `boundPort` is the port that the server really has. The adapter must outlive the installer.
+    HookInstaller(const AgentAdapter &adapter, const MorvaneSettings &settings,
+                  std::uint16_t boundPort);
+
+    /// Writes our hooks, in place of whatever is there of ours.
+    [[nodiscard]] std::optional<Failure> install() const;
+
+    /// Takes our hooks out. Settings that can't be understood are left alone.
+    [[nodiscard]] std::optional<Failure> uninstall() const;
+
+    /// Brings a connected agent up to date with the port, the token and this version. Best effort.
+    void renew() const;
+
+    /// Whether there is anything of ours.
+    bool isInstalled() const;
+
+    /// Whether what is there of ours differs from what `install` would write.
+    bool hasStaleEntries() const;
+
+    Health health() const;
+
+    /// Whether the agent's own desktop notifications are off.
+    bool notificationsSuppressed() const;
+
+    /// Nothing happens where the agent has no such setting. The value that it had isn't kept.
+    [[nodiscard]] std::optional<Failure> setNotificationsSuppressed(bool suppressed) const;
+
+private:
+    const AgentAdapter &m_adapter;
+    std::unique_ptr<HookTarget> m_target;
+};
+
+} // namespace morvane

@@ -1,0 +1,41 @@
+#include "Core/Hooks/HookPlan.h"
+
+#include "Core/Agents/AgentAdapter.h"
+
+#include <QDir>
+#include <nlohmann/json.hpp>
+
+namespace morvane {
+
+HookPlan::HookPlan(const AgentAdapter &adapter, bool approvalsEnabled)
+    : m_adapter(adapter), m_decides(approvalsEnabled && adapter.supportsDecisions()) {}
+
+QStringList HookPlan::installedEvents() const {
+    QStringList events = m_adapter.nativeEvents();
+    if (m_decides) {
+        events += m_adapter.decisionEvents();
+    }
+    events.removeDuplicates();
+    return events;
+}
+
+bool HookPlan::isDecisionEvent(const QString &event) const {
+    return m_decides && m_adapter.decisionEvents().contains(event);
+}
+
+QString HookPlan::command(const QString &event) const {
+    return QStringLiteral("%1/%2 %3 %4%5")
+        .arg(QDir::homePath(), QLatin1String(hookScriptMarker),
+             QString::fromLatin1(rawValue(m_adapter.kind())), event,
+             QLatin1String(isDecisionEvent(event) ? " decide" : ""));
+}
+
+std::optional<QString> HookPlan::matcher(const QString &event) const {
+    return m_adapter.matcher(event);
+}
+
+nlohmann::json HookPlan::entry(const QString &event) const {
+    return m_adapter.hookEntry(command(event), matcher(event), isDecisionEvent(event));
+}
+
+} // namespace morvane

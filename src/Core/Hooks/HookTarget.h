@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Core/Ground/Failure.h"
+#include "Core/Hooks/Health.h"
+
+#include <optional>
+
+namespace morvane {
+
+/// The place in one agent's configuration where our hooks go, of which there are several kinds.
+/// Made by `HookInstaller`, whose operations these are; main thread, synchronous.
+class HookTarget {
+public:
+    HookTarget() = default;
+    HookTarget(const HookTarget &) = delete;
+    HookTarget &operator=(const HookTarget &) = delete;
+    virtual ~HookTarget() = default;
+
+    [[nodiscard]] virtual std::optional<Failure> install() const = 0;
+    [[nodiscard]] virtual std::optional<Failure> uninstall() const = 0;
+    virtual void renew() const = 0;
+    virtual bool isInstalled() const = 0;
+    virtual bool hasStaleEntries() const = 0;
+    virtual Health health() const = 0;
+};
+
+} // namespace morvane

@@ -1,0 +1,131 @@
+#include "Core/Hooks/JsonHooksEditor.h"
+
+#include "Core/Hooks/HookPlan.h"
+
+#include <QStringList>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+
+namespace morvane::JsonHooksEditor {
+
+namespace {
+
+using nlohmann::json;
+
+void collectCommand(const json &holder, QStringList &commands) {
+    const json command = holder.is_object() ? holder.value("command", json()) : json();
+    if (!command.is_string()) {
+        return;
+    }
+    const QString text = QString::fromStdString(command.get_ref<const std::string &>());
+    if (text.contains(QLatin1String(HookPlan::hookScriptMarker))) {
+        commands.append(text);
+    }
+}
+
+/// Our command lines in an entry: in older versions at its top, now in its list of hooks.
+QStringList commands(const json &entry) {
+    QStringList result;
+    collectCommand(entry, result);
+    const json hooks = entry.is_object() ? entry.value("hooks", json()) : json();
+    if (hooks.is_array()) {
+        std::ranges::for_each(hooks, [&](const json &hook) { collectCommand(hook, result); });
+    }
+    return result;
+}
+
+bool isOurs(const json &entry) {
+    return !commands(entry).isEmpty();
+}
+
+const json *hooksMap(const json &root, const std::optional<QString> &hooksKey) {
+    if (!hooksKey) {
+        return &root;
+    }
+    const auto found = root.find(hooksKey->toStdString());
+    return found != root.end() && found->is_object() ? &*found : nullptr;
+}
+
+void setHooksMap(json map, json &root, const std::optional<QString> &hooksKey) {
+    if (!hooksKey) {
+        root = std::move(map);
+    } else if (map.empty()) {
+        root.erase(hooksKey->toStdString());
+    } else {
+        root[hooksKey->toStdString()] = std::move(map);
+    }
+}
+
+void removeOurs(json &map) {
+    for (auto event = map.begin(); event != map.end();) {
+        const bool hadOurs =
+            event->is_array() && std::erase_if(event->get_ref<json::array_t &>(), isOurs) > 0;
+        event = hadOurs && event->empty() ? map.erase(event) : std::next(event);
+    }
+}
+
+} // namespace
+
+bool isInstalled(const json &root, const std::optional<QString> &hooksKey) {
+    const json *map = hooksMap(root, hooksKey);
+    return map && std::ranges::any_of(*map, [](const json &entries) {
+               return entries.is_array() && std::ranges::any_of(entries, isOurs);
+           });
+}
+
+bool hasStaleEntries(const json &root, const std::optional<QString> &hooksKey,
+                     const HookPlan &plan) {
+    const json *map = hooksMap(root, hooksKey);
+    if (!map) {
+        return false;
+    }
+    QStringList found;
+    for (const auto &event : map->items()) {
+        const QString name = QString::fromStdString(event.key());
+        if (!event.value().is_array()) {
+            continue;
+        }
+        for (const json &entry : event.value()) {
+            const QStringList ours = commands(entry);
+            const QString current = plan.command(name);
+            if (std::ranges::any_of(ours, [&](const QString &each) { return each != current; })) {
+                return true;
+            }
+            if (!ours.isEmpty() && !found.contains(name)) {
+                found.append(name);
+            }
+        }
+    }
+    QStringList planned = plan.installedEvents();
+    planned.sort();
+    found.sort();
+    return found != planned;
+}
+
+void install(json &root, const std::optional<QString> &hooksKey, const HookPlan &plan) {
+    const json *present = hooksMap(root, hooksKey);
+    json map = present ? *present : json::object();
+    removeOurs(map);
+    for (const QString &event : plan.installedEvents()) {
+        json &entries = map[event.toStdString()];
+        if (!entries.is_array()) {
+            entries = json::array();
+        }
+        entries.push_back(plan.entry(event));
+    }
+    setHooksMap(std::move(map), root, hooksKey);
+}
+
+bool uninstall(json &root, const std::optional<QString> &hooksKey) {
+    const json *present = hooksMap(root, hooksKey);
+    if (!present) {
+        return false;
+    }
+    json map = *present;
+    removeOurs(map);
+    setHooksMap(std::move(map), root, hooksKey);
+    return true;
+}
+
+} // namespace morvane::JsonHooksEditor

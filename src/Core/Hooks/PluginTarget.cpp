@@ -1,0 +1,48 @@
+#include "Core/Hooks/PluginTarget.h"
+
+#include "Core/Ground/WholeFile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <tuple>
+
+namespace morvane {
+
+PluginTarget::PluginTarget(QString path, ForwarderScripts scripts)
+    : m_path(std::move(path)), m_scripts(std::move(scripts)) {}
+
+std::optional<Failure> PluginTarget::install() const {
+    const Result<QString> text = m_scripts.renderTemplate(QStringLiteral("opencode-plugin.js"));
+    if (const auto *failure = std::get_if<Failure>(&text)) {
+        return *failure;
+    }
+    const QString folder = QFileInfo(m_path).path();
+    if (!QDir().mkpath(folder)) {
+        return Failure{QStringLiteral("%1 could not be created").arg(folder)};
+    }
+    WholeFile file(m_path);
+    file.setMode(0600); // the token is in it
+    const auto failure = file.write(std::get<QString>(text).toUtf8());
+    return failure ? std::optional(cannotWrite(m_path, *failure)) : std::nullopt;
+}
+
+std::optional<Failure> PluginTarget::uninstall() const {
+    QFile::remove(m_path);
+    return std::nullopt;
+}
+
+void PluginTarget::renew() const {
+    std::ignore = install();
+}
+
+bool PluginTarget::isInstalled() const {
+    return QFileInfo::exists(m_path);
+}
+
+Health PluginTarget::health() const {
+    return {.hooksPresent = isInstalled()};
+}
+
+} // namespace morvane

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Core/Hooks/ForwarderScripts.h"
+#include "Core/Hooks/HookTarget.h"
+
+namespace morvane {
+
+/// A plugin file of our own for an agent that loads such. It posts by itself, without a forwarder,
+/// and so holds the token.
+class PluginTarget : public HookTarget {
+public:
+    PluginTarget(QString path, ForwarderScripts scripts);
+
+    std::optional<Failure> install() const override;
+    std::optional<Failure> uninstall() const override;
+    void renew() const override;
+    bool isInstalled() const override;
+    bool hasStaleEntries() const override { return false; }
+    Health health() const override;
+
+private:
+    QString m_path;
+    ForwarderScripts m_scripts;
+};
+
+} // namespace morvane

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Core/Hooks/AgentSettingsFile.h"
+#include "Core/Hooks/ForwarderScripts.h"
+#include "Core/Hooks/HookPlan.h"
+#include "Core/Hooks/HookTarget.h"
+
+namespace morvane {
+
+/// Hooks in a block of ours among the settings of an agent that keeps them in TOML.
+class TomlHookTarget : public HookTarget {
+public:
+    TomlHookTarget(const QString &path, HookPlan plan, ForwarderScripts scripts);
+
+    std::optional<Failure> install() const override;
+    std::optional<Failure> uninstall() const override;
+    void renew() const override;
+    bool isInstalled() const override;
+    bool hasStaleEntries() const override;
+    Health health() const override;
+
+private:
+    std::optional<Failure> write(bool installs) const;
+
+    AgentSettingsFile m_file;
+    HookPlan m_plan;
+    ForwarderScripts m_scripts;
+};
+
+} // namespace morvane

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "Core/Intake/HttpRequestParser.h"
+
+#include <QByteArray>
+#include <asio/io_context.hpp>
+#include <asio/posix/stream_descriptor.hpp>
+#include <asio/strand.hpp>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace morvane {
+
+/// One connection to the event server: it reads one request, and then is answered, or kept open
+/// until somebody decides. Lives as long as anybody holds it or an operation of its is under way.
+///
+/// While it reads, it belongs to the queue that it was made with; once it is parked, to the queue
+/// that it is watched on.
+///
+/// Most requests are there when their connection is, and their answer fits at once. So the socket
+/// is read and written directly, and the context hears of it only when there is something to wait
+/// for, which saves a third of a request's system calls.
+class EventConnection : public std::enable_shared_from_this<EventConnection> {
+public:
+    using Queue = asio::strand<asio::io_context::executor_type>;
+    using Pointer = std::shared_ptr<EventConnection>;
+
+    /// Called once, when the request is there or will never be; in the latter case the connection
+    /// is closed by then and there is no request.
+    using ReadHandler = std::function<void(const Pointer &, const HttpRequest *)>;
+
+    /// Takes over the descriptor of a connected socket that doesn't block.
+    EventConnection(asio::io_context &context, int descriptor, Queue queue, std::uint64_t serial);
+    EventConnection(const EventConnection &) = delete;
+    EventConnection &operator=(const EventConnection &) = delete;
+    ~EventConnection();
+
+    /// Position among all connections in the order of their coming.
+    std::uint64_t serial() const { return m_serial; }
+
+    void read(ReadHandler handler);
+
+    /// Sends the whole answer, then closes, whether or not it could be sent. Without a body there
+    /// is no content type either.
+    void finish(std::string_view status, const std::optional<QByteArray> &body = std::nullopt);
+
+    /// Tells, on the given queue, when the peer has gone. What it still sends is read and dropped.
+    void watchForHangUp(const Queue &queue, std::function<void()> handler);
+
+    /// Closes without an answer. No handler is called any more.
+    void close();
+
+private:
+    enum class Readiness { toRead, toWrite };
+
+    void readAvailable();
+    bool takeBytes();
+    void endRead(const HttpRequest *request);
+    void sendRest();
+    void wait(Readiness readiness, const Queue &queue, std::function<void()> handler);
+
+    asio::io_context &m_context;
+    int m_descriptor; ///< -1 once it is closed
+    /// What waits for the descriptor, which belongs to it then.
+    std::optional<asio::posix::stream_descriptor> m_waiter;
+    Queue m_queue;
+    std::uint64_t m_serial;
+    std::string m_buffer;
+    HttpRequestParser m_parser;
+    ReadHandler m_readHandler;
+    std::string m_reply; ///< what is still to be sent
+};
+
+} // namespace morvane

@@ -1,0 +1,279 @@
+#include "Core/Intake/EventServer.h"
+
+#include "Core/Adapters/AgentRegistry.h"
+#include "Core/Agents/AgentAdapter.h"
+
+#include <QUuid>
+#include <asio/bind_executor.hpp>
+#include <asio/post.hpp>
+
+#include <algorithm>
+#include <cerrno>
+#include <limits>
+#include <sys/socket.h>
+
+namespace morvane {
+
+namespace {
+
+constexpr unsigned candidateCount = 21;
+constexpr std::size_t maxUnfinished = 512;
+constexpr int acceptBatch = 64;
+constexpr Seconds requestLimit(30);
+constexpr Seconds acceptRetryDelay(0.1);
+
+/// Takes the same time for any wrong token of the right length.
+bool sameToken(std::string_view given, std::string_view expected) {
+    if (given.size() != expected.size()) {
+        return false;
+    }
+    unsigned char difference = 0;
+    for (std::size_t position = 0; position < expected.size(); ++position) {
+        difference = static_cast<unsigned char>(difference |
+                                                (static_cast<unsigned char>(given[position]) ^
+                                                 static_cast<unsigned char>(expected[position])));
+    }
+    return difference == 0;
+}
+
+QString headerText(const HttpRequest &request, std::string_view name) {
+    const std::string_view value = request.header(name).value_or(std::string_view());
+    return QString::fromUtf8(value.data(), static_cast<qsizetype>(value.size()));
+}
+
+std::optional<QString> paneHeader(const HttpRequest &request, std::string_view name) {
+    const QString value = headerText(request, name).trimmed();
+    return value.isEmpty() ? std::nullopt : std::optional(value);
+}
+
+HookOrigin originOf(const HttpRequest &request) {
+    HookOrigin origin;
+    origin.itermSessionID = headerText(request, "x-iterm-session");
+    origin.termProgram = headerText(request, "x-term-program");
+    origin.hostBundleID = headerText(request, "x-host-bundle");
+    origin.ttyName = headerText(request, "x-tty");
+    origin.pane.tmux = paneHeader(request, "x-tmux-pane");
+    origin.pane.tmuxServer = paneHeader(request, "x-tmux-server");
+    origin.pane.wezterm = paneHeader(request, "x-wezterm-pane");
+    origin.pane.kitty = paneHeader(request, "x-kitty-window");
+    origin.pane.zellij = paneHeader(request, "x-zellij-session");
+    origin.pane.orca = paneHeader(request, "x-orca-terminal");
+    return origin;
+}
+
+QByteArrayView bytes(std::string_view text) {
+    return QByteArrayView(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+} // namespace
+
+EventServer::EventServer(QString token, std::uint16_t preferredPort, EventHandler onEvent,
+                         Scheduler &main, Scheduler *timers)
+    : m_token(token.toUtf8()), m_preferredPort(preferredPort), m_onEvent(std::move(onEvent)),
+      m_main(main), m_timers(timers ? *timers : m_thread),
+      m_listenerQueue(m_thread.context().get_executor()), m_acceptor(m_thread.context()) {
+    m_relay = std::make_shared<DecisionRelay>(
+        Queue(m_thread.context().get_executor()), m_timers, [this](const QString &id) {
+            if (onDecisionExpired) {
+                m_main.post([handler = onDecisionExpired, id] { handler(id); });
+            }
+        });
+}
+
+EventServer::~EventServer() {
+    m_thread.stop();
+}
+
+std::optional<Failure> EventServer::start() {
+    std::string lastError = "No free port";
+    for (unsigned offset = 0; offset < candidateCount; ++offset) {
+        const unsigned port = m_preferredPort + offset;
+        if (port > std::numeric_limits<std::uint16_t>::max()) {
+            break;
+        }
+        if (const asio::error_code error = bind(static_cast<std::uint16_t>(port))) {
+            lastError = error.message();
+            continue;
+        }
+        asio::error_code ignored;
+        m_boundPort = m_acceptor.local_endpoint(ignored).port();
+        asio::post(m_listenerQueue, [this] { waitForConnections(); });
+        m_thread.start();
+        return std::nullopt;
+    }
+    return Failure{QString::fromStdString(lastError)};
+}
+
+asio::error_code EventServer::bind(std::uint16_t port) {
+    using asio::ip::tcp;
+    const tcp::endpoint endpoint(asio::ip::address_v4::loopback(), port);
+    asio::error_code error;
+    m_acceptor.open(tcp::v4(), error);
+    if (!error) {
+        // On Linux this shares no port that is listened on. It only lets a restart take its port
+        // again while connections of the last run are still winding down.
+        m_acceptor.set_option(tcp::acceptor::reuse_address(true), error);
+    }
+    if (!error) {
+        m_acceptor.bind(endpoint, error);
+    }
+    if (!error) {
+        m_acceptor.listen(asio::socket_base::max_listen_connections, error);
+    }
+    if (!error) {
+        m_acceptor.native_non_blocking(true, error);
+    }
+    if (error) {
+        asio::error_code ignored;
+        m_acceptor.close(ignored);
+    }
+    return error;
+}
+
+void EventServer::waitForConnections() {
+    const auto ready = [this](const asio::error_code &error) {
+        if (!error) {
+            acceptAll();
+        }
+    };
+    m_acceptor.async_wait(asio::ip::tcp::acceptor::wait_read,
+                          asio::bind_executor(m_listenerQueue, ready));
+}
+
+/// No more than a batch at once: callers without end would keep decisions and time limits, which
+/// run on the same thread, from their turn.
+void EventServer::acceptAll() {
+    for (int count = 0; count < acceptBatch; ++count) {
+        const int descriptor =
+            ::accept4(m_acceptor.native_handle(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
+        if (descriptor >= 0) {
+            takeIn(descriptor);
+        } else if (errno == EAGAIN) {
+            waitForConnections();
+            return;
+        } else if (errno != EINTR && errno != ECONNABORTED) {
+            retryAcceptLater();
+            return;
+        }
+    }
+    waitForConnections();
+}
+
+/// Out of descriptors, most likely. The connection stays ready to be accepted, so trying again at
+/// once would spin.
+void EventServer::retryAcceptLater() {
+    m_acceptRetry = m_timers.after(acceptRetryDelay, [this] {
+        asio::post(m_listenerQueue, [this] { waitForConnections(); });
+    });
+}
+
+void EventServer::takeIn(int descriptor) {
+    const std::uint64_t serial = m_nextSerial++;
+    const auto connection =
+        std::make_shared<EventConnection>(m_thread.context(), descriptor, m_listenerQueue, serial);
+    m_unfinished.emplace_hint(m_unfinished.end(), serial,
+                              Unfinished{connection, m_timers.now() + requestLimit});
+    connection->read([this](const Connection &reader, const HttpRequest *request) {
+        m_unfinished.erase(reader->serial());
+        if (request) {
+            respond(reader, *request);
+        }
+    });
+    if (m_unfinished.size() > maxUnfinished) {
+        m_unfinished.begin()->second.connection->close();
+        m_unfinished.erase(m_unfinished.begin());
+    }
+    if (!m_unfinished.empty() && !m_deadlineArmed) {
+        armDeadline();
+    }
+}
+
+/// One timer for all: it waits for the oldest, and by then mostly finds nothing to close.
+void EventServer::armDeadline() {
+    m_deadlineArmed = !m_unfinished.empty();
+    if (m_deadlineArmed) {
+        const Seconds delay = m_unfinished.begin()->second.deadline - m_timers.now();
+        // Bounded on both sides: the clock may be set back while the timer waits.
+        m_deadline = m_timers.after(std::clamp(delay, Seconds(0), requestLimit), [this] {
+            asio::post(m_listenerQueue, [this] { closeOverdue(); });
+        });
+    }
+}
+
+void EventServer::closeOverdue() {
+    const Date now = m_timers.now();
+    while (!m_unfinished.empty() && m_unfinished.begin()->second.deadline <= now) {
+        m_unfinished.begin()->second.connection->close();
+        m_unfinished.erase(m_unfinished.begin());
+    }
+    armDeadline();
+}
+
+void EventServer::respond(const Connection &connection, const HttpRequest &request) {
+    // Before anything else, so that a stranger can't tell one route from another.
+    const auto token = request.header("x-morvane-token");
+    if (!token || !sameToken(*token, std::string_view(m_token.constData(),
+                                                      static_cast<std::size_t>(m_token.size())))) {
+        connection->finish("401 Unauthorized");
+    } else if (request.method == "POST" && request.path == "/usage") {
+        respondToUsage(request);
+        connection->finish("200 OK");
+    } else if (request.method == "POST" && request.path == "/event") {
+        respondToEvent(connection, request);
+    } else {
+        connection->finish("404 Not Found");
+    }
+}
+
+void EventServer::respondToUsage(const HttpRequest &request) {
+    const auto agent = agentKind(request.header("x-morvane-agent").value_or(std::string_view()));
+    if (agent && onUsagePayload) {
+        m_main.post([handler = onUsagePayload, agent = *agent,
+                     body = bytes(request.body).toByteArray()] { handler(agent, body); });
+    }
+}
+
+/// An agent that isn't named, or isn't known, counts as Claude Code here.
+void EventServer::respondToEvent(const Connection &connection, const HttpRequest &request) {
+    const AgentKind agent =
+        agentKind(request.header("x-morvane-agent").value_or(std::string_view()))
+            .value_or(AgentKind::claude);
+    const QString nativeName = headerText(request, "x-hook-event");
+    auto event = HookEvent::decode(agent, nativeName, bytes(request.body), originOf(request));
+    if (event && mayPark(request, agent, nativeName)) {
+        park(connection, std::move(*event), request.body);
+        return;
+    }
+    if (event) {
+        m_main.post([handler = m_onEvent, event = std::move(*event)] { handler(event); });
+    }
+    connection->finish("200 OK");
+}
+
+bool EventServer::mayPark(const HttpRequest &request, AgentKind agent,
+                          const QString &nativeName) const {
+    if (request.header("x-morvane-decision") != "1" || !decisionsEnabled()) {
+        return false;
+    }
+    const AgentAdapter &adapter = AgentRegistry::adapter(agent);
+    return adapter.supportsDecisions() && adapter.decisionEvents().contains(nativeName);
+}
+
+void EventServer::park(const Connection &connection, HookEvent event, std::string_view body) {
+    event.decisionID = event.toolUseID.value_or(QUuid::createUuid().toString(QUuid::WithoutBraces));
+    // In this order, a decision that follows from the event always finds the parked request.
+    m_relay->park(event, connection, bytes(body).toByteArray());
+    m_main.post([handler = m_onEvent, event = std::move(event)] { handler(event); });
+}
+
+void EventServer::resolve(const QString &decisionID, const AgentDecision &decision) {
+    m_relay->resolve(decisionID, decision);
+}
+
+void EventServer::releaseAllDecisions() {
+    if (m_thread.isRunning()) {
+        m_relay->releaseAll();
+    }
+}
+
+} // namespace morvane

@@ -1,0 +1,105 @@
+#pragma once
+
+#include "Core/Agents/AgentDecision.h"
+#include "Core/Agents/AgentKind.h"
+#include "Core/Ground/Failure.h"
+#include "Core/Intake/DecisionRelay.h"
+#include "Core/Intake/EventConnection.h"
+#include "Core/Intake/HookEvent.h"
+#include "Core/Intake/IoThread.h"
+
+#include <QByteArray>
+#include <asio/ip/tcp.hpp>
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+
+namespace morvane {
+
+/// The way into the system from the agents: a minimal HTTP/1.1 server on the IPv4 loopback
+/// address. It takes one POST per hook, checks the shared token, and hands the decoded event to
+/// the main thread. A hook that waits for a person's decision is kept open until `resolve`.
+///
+/// Made and used on the main thread by `AppController`. Connections are worked on by a thread of
+/// its own, reading on `listenerQueue`, so that a busy interface never holds up an agent. No
+/// answer tells an agent of a fault of ours or of its payload's: whatever carries the token gets
+/// "200 OK".
+class EventServer {
+public:
+    using EventHandler = std::function<void(const HookEvent &)>;
+
+    /// Nothing listens yet. `main` takes the callbacks to the main thread. `timers` gives the time
+    /// limits in place of the server's own thread.
+    EventServer(QString token, std::uint16_t preferredPort, EventHandler onEvent, Scheduler &main,
+                Scheduler *timers = nullptr);
+    ~EventServer();
+
+    // To be assigned before `start`, if at all.
+
+    /// On the main thread: nobody can decide this any more, the hook has its answer or is gone.
+    std::function<void(const QString &decisionID)> onDecisionExpired;
+    /// On the main thread: the body of a status line's post.
+    std::function<void(AgentKind, const QByteArray &)> onUsagePayload;
+    /// On the server's thread, for every hook that could wait.
+    std::function<bool()> decisionsEnabled = [] { return false; };
+
+    /// Binds the preferred port, or the next free one of the 20 above it, and begins to serve.
+    /// Returns why the last of them could not be bound, or nothing.
+    [[nodiscard]] std::optional<Failure> start();
+
+    /// The port that was really bound; 0 before.
+    std::uint16_t boundPort() const { return m_boundPort; }
+
+    /// Answers a hook that waits, in its agent's own form; the first answer wins. Safe from any
+    /// thread; returns at once.
+    void resolve(const QString &decisionID, const AgentDecision &decision);
+
+    /// Lets every hook that waits go on without an answer.
+    void releaseAllDecisions();
+
+private:
+    using Queue = EventConnection::Queue;
+    using Connection = EventConnection::Pointer;
+
+    /// A connection whose request isn't there yet.
+    struct Unfinished {
+        Connection connection;
+        Date deadline;
+    };
+
+    asio::error_code bind(std::uint16_t port);
+    void waitForConnections();
+    void acceptAll();
+    void takeIn(int descriptor);
+    void retryAcceptLater();
+    void closeOverdue();
+    void armDeadline();
+    void respond(const Connection &connection, const HttpRequest &request);
+    void respondToUsage(const HttpRequest &request);
+    void respondToEvent(const Connection &connection, const HttpRequest &request);
+    bool mayPark(const HttpRequest &request, AgentKind agent, const QString &nativeName) const;
+    void park(const Connection &connection, HookEvent event, std::string_view body);
+
+    const QByteArray m_token;
+    const std::uint16_t m_preferredPort;
+    std::uint16_t m_boundPort = 0;
+    EventHandler m_onEvent;
+    Scheduler &m_main;
+
+    // The thread is declared before all that its context must outlive.
+    IoThread m_thread;
+    Scheduler &m_timers;
+    Queue m_listenerQueue;
+    asio::ip::tcp::acceptor m_acceptor;
+    std::shared_ptr<DecisionRelay> m_relay;
+    std::map<std::uint64_t, Unfinished> m_unfinished; ///< by age, the oldest first
+    std::uint64_t m_nextSerial = 0;
+    Task m_deadline;
+    bool m_deadlineArmed = false;
+    Task m_acceptRetry;
+};
+
+} // namespace morvane

@@ -1,0 +1,165 @@
+#include "Core/Intake/HookEvent.h"
+
+#include "Core/Adapters/AgentRegistry.h"
+#include "Core/Agents/AgentAdapter.h"
+#include "Core/Agents/TranscriptReader.h"
+#include "Core/Ground/JsonObject.h"
+
+#include <algorithm>
+#include <array>
+
+namespace morvane {
+
+namespace {
+
+using simdjson::dom::object;
+using TranscriptReader::displayLine;
+
+std::optional<QString> nonEmpty(std::optional<QString> text) {
+    return text && !text->isEmpty() ? std::move(text) : std::nullopt;
+}
+
+std::optional<QString> trimmed(const std::optional<QString> &text) {
+    return text ? nonEmpty(text->trimmed()) : std::nullopt;
+}
+
+std::optional<QString> toolDetail(object input) {
+    constexpr std::array keys{"command", "file_path", "path", "pattern", "url", "query"};
+    for (const char *key : keys) {
+        if (const auto text = nonEmpty(JsonObject::string(input, key))) {
+            return displayLine(text);
+        }
+    }
+    return std::nullopt;
+}
+
+/// The first text there is, an empty one too: an agent that sends an empty message says nothing.
+std::optional<QString> responseMessage(const JsonObject &body, std::optional<object> input) {
+    for (const char *key : {"message", "reason"}) {
+        if (const auto text = body.string(key)) {
+            return displayLine(text);
+        }
+    }
+    if (input) {
+        for (const char *key : {"question", "prompt"}) {
+            if (const auto text = JsonObject::string(*input, key)) {
+                return displayLine(text);
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+QList<AgentOption> options(object question) {
+    QList<AgentOption> result;
+    for (const object option :
+         JsonObject::objects(question, "options").value_or(std::vector<object>{})) {
+        if (const auto label = nonEmpty(JsonObject::string(option, "label"))) {
+            result.append({*label, trimmed(JsonObject::string(option, "description"))});
+        }
+    }
+    return result;
+}
+
+std::optional<AgentQuestion> question(object source) {
+    const auto text = trimmed(JsonObject::string(source, "question"));
+    if (!text) {
+        return std::nullopt;
+    }
+    AgentQuestion result{*text, JsonObject::string(source, "header"), options(source), false};
+    if (result.options.isEmpty()) {
+        return std::nullopt;
+    }
+    bool multiSelect = false;
+    if (source["multiSelect"].get(multiSelect) == simdjson::SUCCESS) {
+        result.multiSelect = multiSelect;
+    }
+    return result;
+}
+
+/// All the questions or none: a form with a gap in it could not be answered.
+std::optional<QList<AgentQuestion>> questions(object input) {
+    const auto sources = JsonObject::objects(input, "questions");
+    if (!sources || sources->empty()) {
+        return std::nullopt;
+    }
+    QList<AgentQuestion> result;
+    for (const object source : *sources) {
+        const auto one = question(source);
+        if (!one) {
+            return std::nullopt;
+        }
+        result.append(*one);
+    }
+    return result;
+}
+
+QList<BackgroundTask> backgroundTasks(const JsonObject &body) {
+    QList<BackgroundTask> result;
+    const auto tasks = JsonObject::objects(body.root(), "background_tasks");
+    for (const object task : tasks.value_or(std::vector<object>{})) {
+        if (const auto type = JsonObject::string(task, "type")) {
+            result.append({*type, displayLine(JsonObject::string(task, "description"))});
+        }
+    }
+    return result;
+}
+
+} // namespace
+
+std::optional<HookEvent> HookEvent::decode(AgentKind agent, const QString &nativeName,
+                                           QByteArrayView bytes, const HookOrigin &origin) {
+    const auto body = JsonObject::parse(bytes);
+    if (!body) {
+        return std::nullopt;
+    }
+    const AgentAdapter &adapter = AgentRegistry::adapter(agent);
+    const auto sessionID = nonEmpty(adapter.sessionID(*body));
+    const auto kind = adapter.canonical(nativeName, body->string("notification_type"));
+    if (!sessionID || !kind) {
+        return std::nullopt;
+    }
+    HookEvent event;
+    event.agent = agent;
+    event.kind = *kind;
+    event.nativeName = nativeName;
+    event.sessionID = *sessionID;
+    event.cwd = adapter.cwd(*body);
+    event.toolName = body->string("tool_name");
+    event.toolUseID = body->string("tool_use_id");
+    const auto input = JsonObject::object(body->root(), "tool_input");
+    if (input) {
+        event.toolDetail = morvane::toolDetail(*input);
+        event.questions = morvane::questions(*input);
+        event.taskDescription = displayLine(JsonObject::string(*input, "description"));
+    }
+    event.responseMessage = morvane::responseMessage(*body, input);
+    event.prompt = displayLine(body->string("prompt"));
+    event.transcriptPath = body->string("transcript_path");
+    event.agentID = body->string("agent_id");
+    if (adapter.reportsBackgroundTasks()) {
+        event.backgroundTasks = morvane::backgroundTasks(*body);
+    }
+    event.itermSessionID = nonEmpty(origin.itermSessionID);
+    event.termProgram = nonEmpty(origin.termProgram);
+    event.hostBundleID = nonEmpty(origin.hostBundleID);
+    event.ttyName = nonEmpty(origin.ttyName);
+    event.pane = origin.pane;
+    return event;
+}
+
+QList<BackgroundTask> HookEvent::pendingAgents() const {
+    QList<BackgroundTask> result;
+    std::ranges::copy_if(backgroundTasks, std::back_inserter(result), [](const auto &task) {
+        return task.type == QLatin1String("subagent") || task.type == QLatin1String("workflow");
+    });
+    return result;
+}
+
+bool HookEvent::isSubagentTool(const QString &toolName) {
+    static const std::array subagentToolNames{QLatin1String("Agent"), QLatin1String("Task"),
+                                              QLatin1String("subagent"), QLatin1String("Subagent")};
+    return std::ranges::find(subagentToolNames, toolName) != subagentToolNames.end();
+}
+
+} // namespace morvane

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "Core/Agents/AgentKind.h"
+#include "Core/Agents/AgentQuestion.h"
+#include "Core/Agents/CanonicalEvent.h"
+#include "Core/Agents/PaneLocator.h"
+
+#include <QByteArrayView>
+#include <QString>
+
+#include <optional>
+
+namespace morvane {
+
+/// Where a hook ran, as the forwarder found it in its environment. An empty string tells nothing.
+struct HookOrigin {
+    std::optional<QString> itermSessionID;
+    std::optional<QString> termProgram;
+    std::optional<QString> hostBundleID;
+    std::optional<QString> ttyName;
+    PaneLocator pane;
+
+    friend bool operator==(const HookOrigin &, const HookOrigin &) = default;
+};
+
+/// Something that an agent still has running when its turn ends.
+struct BackgroundTask {
+    QString type; ///< the agent's own word, such as "subagent" or "shell"
+    std::optional<QString> description;
+
+    friend bool operator==(const BackgroundTask &, const BackgroundTask &) = default;
+};
+
+/// One hook of one agent, normalised. A plain value: it is built on the server's thread and
+/// crosses to the main thread by copy.
+///
+/// A text is only taken where the payload holds a JSON string; a value of another type under the
+/// same key counts as missing.
+struct HookEvent {
+    AgentKind agent = AgentKind::claude;
+    CanonicalEvent kind = CanonicalEvent::sessionStart;
+    QString nativeName; ///< the agent's own name of the event
+    QString sessionID;  ///< never empty
+    std::optional<QString> cwd;
+    std::optional<QString> toolName;
+    std::optional<QString> toolUseID;
+    std::optional<QString> toolDetail; ///< what the tool works on, one line
+    std::optional<QList<AgentQuestion>> questions;
+    std::optional<QString> responseMessage; ///< what the agent says to the person, one line
+    std::optional<QString> taskDescription; ///< what a subagent is for, one line
+    std::optional<QString> prompt;          ///< what the person asked, one line
+    std::optional<QString> transcriptPath;
+    std::optional<QString> agentID; ///< set when the event comes from inside a subagent
+    QList<BackgroundTask> backgroundTasks;
+    std::optional<QString> itermSessionID;
+    std::optional<QString> termProgram;
+    std::optional<QString> hostBundleID;
+    std::optional<QString> ttyName;
+    PaneLocator pane;
+    std::optional<QString> decisionID; ///< set by the server when the hook waits for a decision
+
+    /// Reads a hook's payload. None for a body that is no JSON object, has no session id, or
+    /// belongs to an event that the agent's adapter doesn't know. Safe from any thread.
+    static std::optional<HookEvent> decode(AgentKind agent, const QString &nativeName,
+                                           QByteArrayView body, const HookOrigin &origin);
+
+    /// The background tasks that are agents themselves, in their order.
+    QList<BackgroundTask> pendingAgents() const;
+
+    /// True for the tools by which an agent launches a subagent.
+    static bool isSubagentTool(const QString &toolName);
+
+    friend bool operator==(const HookEvent &, const HookEvent &) = default;
+};
+
+} // namespace morvane

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "Core/Sessions/Session.h"
+
+#include <QHash>
+
+namespace morvane {
+
+/// The one status to which all sessions together collapse. A prompt, failure or finish that
+/// nobody has seen outranks running work; running work outranks a result that has been seen.
+struct AggregateStatus {
+    std::optional<SessionState> state; ///< none when there is no session
+    std::optional<Date> since;         ///< when the latest of the sessions behind it changed
+
+    static AggregateStatus of(const QHash<QString, Session> &sessions);
+
+    friend bool operator==(const AggregateStatus &, const AggregateStatus &) = default;
+};
+
+} // namespace morvane

@@ -1,0 +1,18 @@
+#include "Core/Sessions/DiscoveredSession.h"
+
+namespace morvane {
+
+Session DiscoveredSession::session() const {
+    Session session;
+    session.id = id;
+    session.agent = agent;
+    session.cwd = cwd;
+    session.transcriptPath = transcriptPath;
+    session.startedAt = lastActive;
+    session.lastEventAt = lastActive;
+    session.stateChangedAt = lastActive;
+    session.gitBranch = gitBranch;
+    return session;
+}
+
+} // namespace morvane

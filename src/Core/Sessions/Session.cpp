@@ -1,0 +1,58 @@
+#include "Core/Sessions/Session.h"
+
+#include "Core/Adapters/AgentRegistry.h"
+#include "Core/Agents/AgentAdapter.h"
+
+#include <QDir>
+
+namespace morvane {
+
+QString Session::displayName() const {
+    if (customName && !customName->isEmpty()) {
+        return *customName;
+    }
+    return nameOf(cwd);
+}
+
+QString Session::nameOf(const QString &cwd) {
+    const QString folder = QDir(QDir::cleanPath(cwd)).dirName();
+    return cwd.isEmpty() || folder.isEmpty() ? QStringLiteral("session") : folder;
+}
+
+std::optional<QString> Session::contextLabel() const {
+    if (!contextTokens) {
+        return std::nullopt;
+    }
+    return *contextTokens > 999 ? QString::number(*contextTokens / 1000) + QLatin1Char('k')
+                                : QString::number(*contextTokens);
+}
+
+std::optional<ContextPressure> Session::contextPressure() const {
+    if (!contextTokens) {
+        return std::nullopt;
+    }
+    if (*contextTokens < 140'000) {
+        return ContextPressure::comfortable;
+    }
+    if (*contextTokens < 180'000) {
+        return ContextPressure::filling;
+    }
+    return *contextTokens < 200'000 ? ContextPressure::tight : ContextPressure::large;
+}
+
+std::optional<QString> Session::notablePermissionMode() const {
+    if (!permissionMode || permissionMode->isEmpty()) {
+        return std::nullopt;
+    }
+    const auto usual = AgentRegistry::adapter(agent).defaultPermissionModes();
+    return usual.contains(*permissionMode) ? std::nullopt : permissionMode;
+}
+
+std::optional<QString> Session::pendingDecisionID() const {
+    if (pendingApproval) {
+        return pendingApproval->id;
+    }
+    return pendingQuestion ? std::optional(pendingQuestion->id) : std::nullopt;
+}
+
+} // namespace morvane

@@ -1,0 +1,88 @@
+#pragma once
+
+#include "Core/Agents/AgentKind.h"
+#include "Core/Agents/PaneLocator.h"
+#include "Core/Sessions/PendingApproval.h"
+#include "Core/Sessions/PendingExternalResponse.h"
+#include "Core/Sessions/PendingQuestion.h"
+#include "Core/Sessions/SessionState.h"
+#include "Platform/Time.h"
+
+#include <QString>
+#include <QUuid>
+
+namespace morvane {
+
+/// A subagent that a session started in its present turn.
+struct Subagent {
+    QUuid id;
+    QString task;
+    bool done = false;
+
+    friend bool operator==(const Subagent &, const Subagent &) = default;
+};
+
+/// How close a session's context comes to a standard window of 200,000 tokens.
+enum class ContextPressure {
+    comfortable,
+    filling, ///< from 140,000
+    tight,   ///< from 180,000
+    large,   ///< from 200,000: a larger window than the standard one, so nothing to warn of
+};
+
+/// One live session of an agent. `SessionStore` is the only writer; everybody else reads copies.
+///
+/// At most one of `pendingApproval` and `pendingQuestion` is set, and neither together with a
+/// `pendingExternalResponse`.
+struct Session {
+    QString id; ///< the agent's session id; never changes
+    AgentKind agent = AgentKind::claude;
+    SessionState state = SessionState::idle;
+    QString cwd; ///< working directory, empty when unknown
+    std::optional<QString> itermSessionID;
+    std::optional<QString> termProgram;
+    std::optional<QString> hostBundleID;
+    std::optional<QString> ttyName;
+    PaneLocator pane;
+    std::optional<QString> hostAppName; ///< the hosting application's name, for a person
+    std::optional<QString> currentTool;
+    Date startedAt;
+    Date lastEventAt;
+    Date stateChangedAt; ///< when `state` last changed, or a turn last began
+    std::optional<QString> gitBranch;
+    std::optional<QString> customName; ///< the person's own name for the working directory
+    bool acknowledged = true;          ///< false while the state still calls for attention
+    QList<Subagent> subagents;         ///< of this turn, in the order of their start
+    qsizetype pendingAgents = 0;       ///< background agents still running at the turn's end
+    std::optional<QString> lastPrompt;
+    std::optional<QString> transcriptPath;
+    std::optional<QString> model;
+    std::optional<int> contextTokens; ///< of the last request
+    std::optional<QString> permissionMode;
+    std::optional<QString> aiTitle;
+    std::optional<QString> summary; ///< the last assistant line, once a turn has ended
+    std::optional<PendingApproval> pendingApproval;
+    std::optional<PendingQuestion> pendingQuestion;
+    std::optional<PendingExternalResponse> pendingExternalResponse;
+
+    /// The name on the session's row: the person's own, else the folder's, else "session".
+    QString displayName() const;
+
+    /// The name of a working directory that no person named: the folder's, else "session".
+    static QString nameOf(const QString &cwd);
+
+    /// The context's size in whole thousands, such as "137k"; below a thousand, the number.
+    std::optional<QString> contextLabel() const;
+
+    std::optional<ContextPressure> contextPressure() const;
+
+    /// The permission mode, where it isn't the agent's usual one.
+    std::optional<QString> notablePermissionMode() const;
+
+    /// The id of the decision that a hook of this session waits for.
+    std::optional<QString> pendingDecisionID() const;
+
+    friend bool operator==(const Session &, const Session &) = default;
+};
+
+} // namespace morvane

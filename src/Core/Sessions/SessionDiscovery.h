@@ -1,0 +1,16 @@
+#pragma once
+
+#include "Core/Sessions/DiscoveredSession.h"
+
+#include <QList>
+
+/// Finds the sessions that were active before the program started, by the transcripts in the home
+/// folder. Only what is recent is opened, and of that the beginning, so that the work doesn't grow
+/// with what has gathered there. Stateless; reads files, so not for the main thread.
+namespace morvane::SessionDiscovery {
+
+/// The sessions whose transcript was written less than `maxAge` before `now`: Claude Code's, then
+/// Codex's. What can't be read is passed over.
+QList<DiscoveredSession> scan(Seconds maxAge, Date now);
+
+} // namespace morvane::SessionDiscovery

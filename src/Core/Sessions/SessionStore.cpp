@@ -1,0 +1,392 @@
+#include "Core/Sessions/SessionStore.h"
+
+#include "Core/Settings/MorvaneSettings.h"
+
+#include <algorithm>
+
+namespace morvane {
+
+namespace {
+
+constexpr Seconds cleanupInterval(60);
+constexpr Seconds transcriptInterval(15);
+
+bool isFinished(const Session &session) {
+    return session.state == SessionState::done || session.state == SessionState::failed;
+}
+
+} // namespace
+
+SessionStore::SessionStore(MorvaneSettings &settings, SessionSurroundings surroundings,
+                           Scheduler &scheduler)
+    : m_settings(settings), m_surroundings(std::move(surroundings)), m_scheduler(scheduler),
+      m_history(settings.defaults()) {
+    scheduleCleanup();
+}
+
+QList<CompletedRecord> SessionStore::jumpableCompleted() const {
+    return SessionOrder::jumpable(completedHistory());
+}
+
+bool SessionStore::hasWorkingUsageMilestoneSession() const {
+    return summary().hasWorkingUsageMilestoneSession;
+}
+
+void SessionStore::apply(const HookEvent &event) {
+    const bool fromSubagent = event.agentID && event.kind != CanonicalEvent::subagentStop;
+    if (fromSubagent) {
+        // A subagent's own tools and prompts must not disturb the session that launched it.
+        if (event.decisionID) {
+            resolve(*event.decisionID, AgentDecision::ask());
+        }
+        return;
+    }
+    const auto before = stored(event.sessionID);
+    const Date now = m_scheduler.now();
+    if (SessionTransition::endsPendingDecision(event.kind)) {
+        releaseApproval(event.sessionID);
+    }
+    carryOut(SessionTransition::of(stored(event.sessionID), event, now, m_surroundings), now);
+    followUp(event.sessionID, before ? std::optional(before->state) : std::nullopt, now);
+}
+
+void SessionStore::restore(const QList<DiscoveredSession> &discovered) {
+    const Date cutoff = m_scheduler.now() - Seconds(60.0 * m_settings.autoClearMinutes());
+    QStringList restored;
+    for (const DiscoveredSession &found : discovered) {
+        // What hooks have told meanwhile is newer than anything on disk.
+        if (found.lastActive >= cutoff && !m_sessions.contains(found.id)) {
+            Session session = found.session();
+            session.customName = m_surroundings.customName(session.cwd);
+            m_sessions.insert(session.id, session);
+            restored.append(found.id);
+        }
+    }
+    if (!restored.isEmpty()) {
+        publishSessions();
+    }
+    for (const QString &id : restored) {
+        enrichRestored(id);
+    }
+}
+
+void SessionStore::acknowledge(const QString &sessionID) {
+    if (auto session = stored(sessionID); session && !session->acknowledged) {
+        session->acknowledged = true;
+        put(*session);
+    }
+}
+
+void SessionStore::acknowledgeDone() {
+    bool anySeen = false;
+    for (Session &session : m_sessions) {
+        if (isFinished(session) && !session.acknowledged) {
+            session.acknowledged = true;
+            anySeen = true;
+        }
+    }
+    if (anySeen) {
+        publishSessions();
+    }
+}
+
+void SessionStore::removeSessions(const QString &cwd) {
+    const QHash<QString, Session> present = m_sessions;
+    for (const Session &session : present) {
+        if (session.cwd == cwd) {
+            releaseApproval(session.id);
+            removeSession(session.id);
+        }
+    }
+}
+
+void SessionStore::renameCwd(const QString &cwd, const std::optional<QString> &name) {
+    if (cwd.isEmpty()) {
+        return;
+    }
+    m_settings.setName(name, cwd);
+    const auto effective = m_settings.name(cwd);
+    bool anyRenamed = false;
+    for (Session &session : m_sessions) {
+        if (session.cwd == cwd && session.customName != effective) {
+            session.customName = effective;
+            anyRenamed = true;
+        }
+    }
+    if (anyRenamed) {
+        publishSessions();
+    }
+    m_history.rename(cwd, effective.value_or(Session::nameOf(cwd)));
+    publishHistory();
+}
+
+void SessionStore::forgetHistory() {
+    m_history.forget();
+    publishHistory();
+}
+
+void SessionStore::decide(const QString &sessionID, const AgentDecision &decision) {
+    auto session = stored(sessionID);
+    if (!session || !session->pendingApproval) {
+        return;
+    }
+    const QString decisionID = session->pendingApproval->id;
+    session->pendingApproval.reset();
+    session->acknowledged = true;
+    // After `ask` the agent prompts in its own terminal; after anything else, a refusal too, it
+    // carries on.
+    session->state = decision.kind == AgentDecision::Kind::ask ? SessionState::needsInput
+                                                               : SessionState::working;
+    session->stateChangedAt = m_scheduler.now();
+    put(*session);
+    resolve(decisionID, decision);
+}
+
+void SessionStore::answer(const QString &sessionID, const QString &question,
+                          const QString &option) {
+    auto session = stored(sessionID);
+    if (!session || !session->pendingQuestion) {
+        return;
+    }
+    session->pendingQuestion->answers.insert(question, option);
+    if (session->pendingQuestion->firstUnanswered() >= 0) {
+        put(*session);
+        return;
+    }
+    const PendingQuestion answered = *session->pendingQuestion;
+    session->pendingQuestion.reset();
+    session->acknowledged = true;
+    session->state = SessionState::working;
+    session->stateChangedAt = m_scheduler.now();
+    put(*session);
+    resolve(answered.id, AgentDecision::answer(answered.answers));
+}
+
+void SessionStore::chooseByIndex(const QString &sessionID, qsizetype index) {
+    const auto session = stored(sessionID);
+    if (!session || index < 0) {
+        return;
+    }
+    if (session->pendingQuestion) {
+        const qsizetype open = session->pendingQuestion->firstUnanswered();
+        if (open >= 0) {
+            const AgentQuestion question = session->pendingQuestion->questions[open];
+            if (index < question.options.size()) {
+                answer(sessionID, question.question, question.options[index].label);
+            }
+            return;
+        }
+    }
+    if (session->pendingApproval) {
+        QList<AgentDecision> choices{AgentDecision::deny(), AgentDecision::allow()};
+        if (session->pendingApproval->allowsRemembering) {
+            choices.append(AgentDecision::allowRemembering(AgentDecision::Scope::session));
+        }
+        if (index < choices.size()) {
+            decide(sessionID, choices[index]);
+        }
+    }
+}
+
+void SessionStore::approvalExpired(const QString &decisionID) {
+    const auto waiting = std::ranges::find_if(m_sessions, [&](const Session &session) {
+        return session.pendingDecisionID() == decisionID;
+    });
+    if (waiting == m_sessions.end()) {
+        return;
+    }
+    Session session = *waiting;
+    session.pendingApproval.reset();
+    session.pendingQuestion.reset();
+    put(session);
+}
+
+std::optional<Session> SessionStore::sessionAwaitingDecision() const {
+    const SessionSlice active = m_overview.active();
+    const auto waiting = std::ranges::find_if(active, [](const Session &session) {
+        return session.pendingApproval || session.pendingQuestion;
+    });
+    return waiting != active.end() ? std::optional(*waiting) : std::nullopt;
+}
+
+void SessionStore::enrichFromTranscript(const QString &sessionID, bool completion) {
+    const auto session = stored(sessionID);
+    if (!session || !beginRead(*session)) {
+        return;
+    }
+    m_lastEnrichedAt.insert(sessionID, m_scheduler.now());
+    const QString recordID = CompletedRecord::idFor(*session);
+    const auto use = [this, sessionID, completion, recordID](const TranscriptInfo &info) {
+        m_enrichmentsInFlight.remove(sessionID);
+        if (auto present = stored(sessionID)) {
+            if (completion && isFinished(*present) && info.lastAssistantText) {
+                present->summary = info.lastAssistantText;
+            }
+            takeTranscript(*present, info);
+        }
+        // The record outlives its session, which may have gone meanwhile.
+        if (completion && info.lastAssistantText &&
+            m_history.summarize(recordID, *info.lastAssistantText)) {
+            publishHistory();
+        }
+    };
+    readTranscript(session->agent, *session->transcriptPath, use);
+}
+
+void SessionStore::enrichRestored(const QString &sessionID) {
+    const auto session = stored(sessionID);
+    if (!session || !beginRead(*session)) {
+        return;
+    }
+    const auto use = [this, sessionID](const TranscriptInfo &info) {
+        m_enrichmentsInFlight.remove(sessionID);
+        if (auto present = stored(sessionID)) {
+            if (!present->summary) {
+                present->summary = info.lastAssistantText;
+            }
+            takeTranscript(*present, info);
+        }
+    };
+    readTranscript(session->agent, *session->transcriptPath, use);
+}
+
+void SessionStore::carryOut(const SessionTransition &transition, Date now) {
+    for (const QString &decisionID : transition.releases) {
+        resolve(decisionID, AgentDecision::ask());
+    }
+    switch (transition.write) {
+    case SessionTransition::Write::nothing:
+        break;
+    case SessionTransition::Write::store:
+        put(transition.session);
+        break;
+    case SessionTransition::Write::remove:
+        removeSession(transition.session.id);
+        break;
+    }
+    if (transition.readsTranscript) {
+        enrichThrottled(transition.session.id, now);
+    }
+}
+
+void SessionStore::followUp(const QString &sessionID, std::optional<SessionState> previous,
+                            Date now) {
+    const auto session = stored(sessionID);
+    const bool callsForAttention =
+        session && (isFinished(*session) || session->state == SessionState::needsInput);
+    if (!callsForAttention || session->state == previous) {
+        return;
+    }
+    emit stateChanges(session->state);
+    if (isFinished(*session)) {
+        recordCompleted(*session, now);
+        enrichFromTranscript(sessionID, true);
+    }
+}
+
+void SessionStore::enrichThrottled(const QString &sessionID, Date now) {
+    const auto session = stored(sessionID);
+    if (!session) {
+        return;
+    }
+    const auto last = m_lastEnrichedAt.constFind(sessionID);
+    const bool longAgo = last == m_lastEnrichedAt.constEnd() || now - *last > transcriptInterval;
+    if (!session->model || longAgo) {
+        enrichFromTranscript(sessionID, false);
+    }
+}
+
+bool SessionStore::beginRead(const Session &session) {
+    if (!readTranscript || !session.transcriptPath || m_enrichmentsInFlight.contains(session.id)) {
+        return false;
+    }
+    m_enrichmentsInFlight.insert(session.id);
+    return true;
+}
+
+void SessionStore::takeTranscript(Session session, const TranscriptInfo &info) {
+    const auto take = [](auto &field, const auto &told) {
+        if (told) {
+            field = told;
+        }
+    };
+    take(session.model, info.model);
+    take(session.contextTokens, info.contextTokens);
+    take(session.permissionMode, info.permissionMode);
+    take(session.aiTitle, info.title);
+    if (session != m_sessions.value(session.id)) {
+        put(session);
+    }
+}
+
+void SessionStore::recordCompleted(const Session &session, Date now) {
+    m_history.add(CompletedRecord::of(session, now));
+    publishHistory();
+}
+
+void SessionStore::publishSessions() {
+    m_overview.forgetSessions();
+    emit sessionsChanged();
+}
+
+void SessionStore::publishHistory() {
+    m_overview.forgetHistory();
+    emit completedHistoryChanged();
+}
+
+void SessionStore::releaseApproval(const QString &sessionID) {
+    auto session = stored(sessionID);
+    const auto decisionID = session ? session->pendingDecisionID() : std::nullopt;
+    if (!decisionID) {
+        return;
+    }
+    session->pendingApproval.reset();
+    session->pendingQuestion.reset();
+    put(*session);
+    resolve(*decisionID, AgentDecision::ask());
+}
+
+void SessionStore::resolve(const QString &decisionID, const AgentDecision &decision) {
+    if (resolveDecision) {
+        resolveDecision(decisionID, decision);
+    }
+}
+
+void SessionStore::put(const Session &session) {
+    m_sessions.insert(session.id, session);
+    publishSessions();
+}
+
+void SessionStore::removeSession(const QString &sessionID) {
+    m_lastEnrichedAt.remove(sessionID);
+    if (m_sessions.remove(sessionID)) {
+        publishSessions();
+    }
+}
+
+void SessionStore::scheduleCleanup() {
+    m_cleanupTimer = m_scheduler.after(cleanupInterval, [this] {
+        clearStaleDoneSessions();
+        scheduleCleanup();
+    });
+}
+
+void SessionStore::clearStaleDoneSessions() {
+    const Date now = m_scheduler.now();
+    const Seconds limit(60.0 * m_settings.autoClearMinutes());
+    const QHash<QString, Session> present = m_sessions;
+    for (const Session &session : present) {
+        const bool atRest = isFinished(session) || session.state == SessionState::idle;
+        if (atRest && now - session.lastEventAt > limit) {
+            releaseApproval(session.id);
+            removeSession(session.id);
+        }
+    }
+}
+
+std::optional<Session> SessionStore::stored(const QString &sessionID) const {
+    const auto found = m_sessions.constFind(sessionID);
+    return found != m_sessions.constEnd() ? std::optional(*found) : std::nullopt;
+}
+
+} // namespace morvane

@@ -1,0 +1,161 @@
+#pragma once
+
+#include "Core/Agents/AgentDecision.h"
+#include "Core/Agents/TranscriptInfo.h"
+#include "Core/Intake/HookEvent.h"
+#include "Core/Sessions/CompletedHistory.h"
+#include "Core/Sessions/DiscoveredSession.h"
+#include "Core/Sessions/Session.h"
+#include "Core/Sessions/SessionOverview.h"
+#include "Core/Sessions/SessionTransition.h"
+#include "Platform/Scheduler.h"
+
+#include <QHash>
+#include <QObject>
+#include <QSet>
+
+#include <functional>
+
+namespace morvane {
+
+class MorvaneSettings;
+
+/// Every live session and the history of finished ones. Hook events move the sessions through
+/// their states, a person's answers release the hooks that wait.
+///
+/// Owned by `AppController`, used on the main thread only. Unknown ids, absent records and indices
+/// out of range are no-ops. The rules of the states are `SessionTransition`'s; the store carries
+/// out what they say, and publishes.
+class SessionStore : public QObject {
+    Q_OBJECT
+
+public:
+    SessionStore(MorvaneSettings &settings, SessionSurroundings surroundings, Scheduler &scheduler);
+
+    /// Live sessions by id.
+    const QHash<QString, Session> &sessions() const { return m_sessions; }
+
+    /// Finished sessions, newest first.
+    const QList<CompletedRecord> &completedHistory() const { return m_history.records(); }
+
+    // What they come to, worked out once for each change.
+
+    /// The one status of all sessions, and since when; none without a session.
+    std::optional<SessionState> aggregatedState() const { return aggregate().state; }
+    std::optional<Date> aggregatedStateSince() const { return aggregate().since; }
+    /// By state, the one that waits for a person first, then the latest event first.
+    QList<Session> sortedSessions() const { return m_overview.sorted(); }
+    /// Those that are working or wait for a person.
+    SessionSlice activeSessions() const { return m_overview.active(); }
+    /// Those that are anything but idle.
+    SessionSlice reportableSessions() const { return m_overview.reportable(); }
+    /// Those that are idle.
+    SessionSlice openSessions() const { return m_overview.open(); }
+    /// The finished ones that are on offer: the first few of the history.
+    QList<CompletedRecord> jumpableCompleted() const;
+    /// Those of them whose live session is still there.
+    QList<CompletedRecord> recentlyCompleted() const { return m_overview.recentlyCompleted(); }
+    /// The others of them.
+    QList<CompletedRecord> archivedCompleted() const { return m_overview.archived(); }
+    bool hasPendingDecision() const { return summary().hasPendingDecision; }
+    bool hasExternalPrompt() const { return summary().hasExternalPrompt; }
+    bool hasUnacknowledgedNeedsInput() const { return summary().hasUnacknowledgedNeedsInput; }
+    bool hasReportableSessions() const { return summary().hasReportableSessions; }
+    bool hasWorkingUsageMilestoneSession() const;
+    /// True when live and finished sessions are of more than one agent.
+    bool showsAgentBadges() const { return m_overview.showsAgentBadges(); }
+
+    /// Releases a hook that waits, by its decision id. Set by the controller; while it is unset a
+    /// release is dropped.
+    std::function<void(const QString &decisionID, const AgentDecision &)> resolveDecision;
+
+    /// Reads a transcript off the main thread, and hands on what it tells on the main thread. Set
+    /// by the controller; while it is unset nothing is read.
+    using UseTranscript = std::function<void(const TranscriptInfo &)>;
+    std::function<void(AgentKind, const QString &path, UseTranscript)> readTranscript;
+
+    /// The one entry for hooks.
+    void apply(const HookEvent &event);
+
+    /// Enters the sessions that were found on disk, as idle ones; one that is known already stays
+    /// as it is, and one that would be cleared at once isn't entered.
+    void restore(const QList<DiscoveredSession> &discovered);
+
+    /// Marks one session as seen.
+    void acknowledge(const QString &sessionID);
+
+    /// Marks every finished session as seen.
+    void acknowledgeDone();
+
+    /// Forgets the sessions of exactly this working directory, releasing what waits there.
+    void removeSessions(const QString &cwd);
+
+    /// Names a working directory, its sessions and its record; an absent or empty name takes the
+    /// present one away.
+    void renameCwd(const QString &cwd, const std::optional<QString> &name);
+
+    /// Empties the list of finished sessions, here and not in the defaults, which hear of no other
+    /// record either from now on.
+    void forgetHistory();
+
+    /// Answers the tool call that the session waits with.
+    void decide(const QString &sessionID, const AgentDecision &decision);
+
+    /// Chooses one option of one question; the last one to be answered sends all answers.
+    void answer(const QString &sessionID, const QString &question, const QString &option);
+
+    /// Chooses by position, from 0: among the options of the first open question, else among deny,
+    /// allow and allow for the session, which is the order of the buttons.
+    void chooseByIndex(const QString &sessionID, qsizetype index);
+
+    /// The server has given up a hook that waited.
+    void approvalExpired(const QString &decisionID);
+
+    /// The session whose prompt the digit keys belong to.
+    std::optional<Session> sessionAwaitingDecision() const;
+
+    /// Brings the session up to what its transcript tells, as far as it has one; with `completion`
+    /// also its summary and its record's. Nothing happens while one is being read for it.
+    void enrichFromTranscript(const QString &sessionID, bool completion);
+
+    /// The same for a session that was found on disk.
+    void enrichRestored(const QString &sessionID);
+
+signals:
+    /// The sessions have changed.
+    void sessionsChanged();
+    void completedHistoryChanged();
+    /// A session has come to need a person, or has finished or failed; sent for those states only.
+    void stateChanges(morvane::SessionState state);
+
+private:
+    void carryOut(const SessionTransition &transition, Date now);
+    void followUp(const QString &sessionID, std::optional<SessionState> previous, Date now);
+    void enrichThrottled(const QString &sessionID, Date now);
+    bool beginRead(const Session &session);
+    void takeTranscript(Session session, const TranscriptInfo &info);
+    void recordCompleted(const Session &session, Date now);
+    void publishSessions();
+    void publishHistory();
+    const SessionSummary &summary() const { return m_overview.summary(); }
+    const AggregateStatus &aggregate() const { return summary().aggregate; }
+    void releaseApproval(const QString &sessionID);
+    void resolve(const QString &decisionID, const AgentDecision &decision);
+    void put(const Session &session);
+    void removeSession(const QString &sessionID);
+    void scheduleCleanup();
+    void clearStaleDoneSessions();
+    std::optional<Session> stored(const QString &sessionID) const;
+
+    MorvaneSettings &m_settings;
+    SessionSurroundings m_surroundings;
+    Scheduler &m_scheduler;
+    QHash<QString, Session> m_sessions;
+    CompletedHistory m_history;
+    SessionOverview m_overview{m_sessions, m_history.records()};
+    QSet<QString> m_enrichmentsInFlight; ///< sessions whose transcript is being read
+    QHash<QString, Date> m_lastEnrichedAt;
+    Task m_cleanupTimer;
+};
+
+} // namespace morvane

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "Core/Sessions/AggregateStatus.h"
+#include "Core/Sessions/Session.h"
+
+#include <QHash>
+
+namespace morvane {
+
+/// What all sessions together come to.
+struct SessionSummary {
+    AggregateStatus aggregate;
+    bool hasPendingDecision = false;
+    bool hasExternalPrompt = false;
+    bool hasUnacknowledgedNeedsInput = false;
+    bool hasReportableSessions = false; ///< some session isn't idle
+    /// Some session of Claude Code works, so that its usage limits may come near.
+    bool hasWorkingUsageMilestoneSession = false;
+
+    static SessionSummary of(const QHash<QString, Session> &sessions);
+};
+
+} // namespace morvane

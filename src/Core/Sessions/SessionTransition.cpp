@@ -1,0 +1,301 @@
+#include "Core/Sessions/SessionTransition.h"
+
+#include "Core/Adapters/AgentRegistry.h"
+#include "Core/Agents/AgentAdapter.h"
+#include "Core/Agents/HookTimeout.h"
+
+#include <algorithm>
+
+namespace morvane {
+
+namespace {
+
+struct Context {
+    const std::optional<Session> &before;
+    const HookEvent &event;
+    Date now;
+    const SessionSurroundings &surroundings;
+};
+
+Session makeSession(const Context &context, SessionState state) {
+    const HookEvent &event = context.event;
+    Session session;
+    session.id = event.sessionID;
+    session.agent = event.agent;
+    session.state = state;
+    session.cwd = event.cwd.value_or(QString());
+    session.itermSessionID = event.itermSessionID;
+    session.termProgram = event.termProgram;
+    session.hostBundleID = event.hostBundleID;
+    session.ttyName = event.ttyName;
+    session.hostAppName = context.surroundings.hostAppName(event.hostBundleID, event.termProgram);
+    session.startedAt = context.now;
+    session.lastEventAt = context.now;
+    session.stateChangedAt = context.now;
+    session.gitBranch = context.surroundings.gitBranch(session.cwd);
+    session.customName = context.surroundings.customName(session.cwd);
+    return session;
+}
+
+Session lookUpOrMake(const Context &context, SessionState initial) {
+    return context.before ? *context.before : makeSession(context, initial);
+}
+
+void takeWorkingDirectory(Session &session, const Context &context) {
+    const auto &cwd = context.event.cwd;
+    if (cwd && !cwd->isEmpty() && *cwd != session.cwd) {
+        session.cwd = *cwd;
+        session.gitBranch = context.surroundings.gitBranch(*cwd);
+        session.customName = context.surroundings.customName(*cwd);
+    }
+}
+
+/// Takes what the event tells of a field; an event that tells nothing leaves it as it is. Returns
+/// true when the field has changed.
+bool take(std::optional<QString> &field, const std::optional<QString> &told) {
+    if (!told || field == told) {
+        return false;
+    }
+    field = told;
+    return true;
+}
+
+void takeHost(Session &session, const Context &context) {
+    const HookEvent &event = context.event;
+    const bool sessionIDChanged = take(session.itermSessionID, event.itermSessionID);
+    const bool programChanged = take(session.termProgram, event.termProgram);
+    const bool bundleChanged = take(session.hostBundleID, event.hostBundleID);
+    take(session.ttyName, event.ttyName);
+    if (event.pane.locatesPane()) {
+        session.pane = event.pane;
+    }
+    if (sessionIDChanged || programChanged || bundleChanged) {
+        session.hostAppName =
+            context.surroundings.hostAppName(session.hostBundleID, session.termProgram);
+    }
+}
+
+/// The end of nearly every rule: what the event tells besides its kind, and the dates.
+SessionTransition update(Session session, const Context &context) {
+    takeWorkingDirectory(session, context);
+    session.agent = context.event.agent;
+    takeHost(session, context);
+    take(session.transcriptPath, context.event.transcriptPath);
+    if (!context.before || context.before->state != session.state) {
+        session.stateChangedAt = context.now;
+    }
+    session.lastEventAt = context.now;
+    return {SessionTransition::Write::store, std::move(session), {}, false};
+}
+
+SessionTransition sessionStart(const Context &context) {
+    Session session = lookUpOrMake(context, SessionState::idle);
+    session.state = SessionState::idle;
+    session.acknowledged = true;
+    session.pendingExternalResponse.reset();
+    return update(std::move(session), context);
+}
+
+SessionTransition promptSubmit(const Context &context) {
+    Session session = lookUpOrMake(context, SessionState::working);
+    session.state = SessionState::working;
+    session.acknowledged = true;
+    session.currentTool.reset();
+    session.pendingExternalResponse.reset();
+    take(session.lastPrompt, context.event.prompt);
+    session.subagents.clear();
+    session.pendingAgents = 0;
+    session.summary.reset();
+    // A new turn restarts the clock, whether or not the session was working before.
+    session.stateChangedAt = context.now;
+    return update(std::move(session), context);
+}
+
+SessionTransition toolUse(const Context &context) {
+    const HookEvent &event = context.event;
+    Session session = lookUpOrMake(context, SessionState::working);
+    session.state = SessionState::working;
+    session.pendingExternalResponse.reset();
+    session.currentTool = event.toolName;
+    if (event.toolName && HookEvent::isSubagentTool(*event.toolName)) {
+        session.subagents.append({QUuid::createUuid(),
+                                  event.taskDescription.value_or(QStringLiteral("subagent")),
+                                  false});
+    }
+    SessionTransition result = update(std::move(session), context);
+    result.readsTranscript = true;
+    return result;
+}
+
+/// A prompt that has to be answered in the agent's own terminal. `external` is what is known of
+/// it; without, the event is the agent's plain notice that it waits.
+SessionTransition markNeedsInput(const Context &context,
+                                 const std::optional<PendingExternalResponse> &external) {
+    Session session = lookUpOrMake(context, SessionState::needsInput);
+    session.state = SessionState::needsInput;
+    session.acknowledged = false;
+    const auto parked = session.pendingDecisionID();
+    // The plain notice also follows an agent's own permission request, whose answer still waits
+    // here and must not be disturbed.
+    if (parked && !external) {
+        return update(std::move(session), context);
+    }
+    session.pendingApproval.reset();
+    session.pendingQuestion.reset();
+    session.pendingExternalResponse = external.value_or(PendingExternalResponse{
+        context.event.questions.value_or(QList<AgentQuestion>()), context.event.responseMessage});
+    SessionTransition result = update(std::move(session), context);
+    if (parked) {
+        result.releases.append(*parked);
+    }
+    return result;
+}
+
+SessionTransition idle(const Context &context) {
+    if (!context.before) {
+        return update(makeSession(context, SessionState::idle), context);
+    }
+    Session session = *context.before;
+    const bool atWork =
+        session.state == SessionState::working || session.state == SessionState::needsInput;
+    if (!atWork || session.pendingAgents != 0) {
+        return {};
+    }
+    session.state = SessionState::done;
+    session.acknowledged = false;
+    session.currentTool.reset();
+    session.pendingExternalResponse.reset();
+    return update(std::move(session), context);
+}
+
+SessionTransition turnEnd(const Context &context) {
+    Session session = lookUpOrMake(context, SessionState::done);
+    session.currentTool.reset();
+    session.pendingExternalResponse.reset();
+    session.pendingAgents = context.event.pendingAgents().size();
+    const bool finished = session.pendingAgents == 0;
+    session.state = finished ? SessionState::done : SessionState::working;
+    // With agents pending the turn is over for the agent, not for the person.
+    session.acknowledged = !finished;
+    if (finished) {
+        std::ranges::for_each(session.subagents, [](Subagent &subagent) { subagent.done = true; });
+    }
+    return update(std::move(session), context);
+}
+
+SessionTransition turnFailed(const Context &context) {
+    Session session = lookUpOrMake(context, SessionState::failed);
+    session.state = SessionState::failed;
+    session.acknowledged = false;
+    session.currentTool.reset();
+    session.pendingAgents = 0;
+    session.pendingExternalResponse.reset();
+    return update(std::move(session), context);
+}
+
+/// Stores without `update`: what a subagent tells of its surroundings isn't the session's.
+SessionTransition subagentStop(const Context &context) {
+    if (!context.before) {
+        return {};
+    }
+    Session session = *context.before;
+    const auto open = std::ranges::find(session.subagents, false, &Subagent::done);
+    if (open != session.subagents.end()) {
+        open->done = true;
+    }
+    session.lastEventAt = context.now;
+    return {SessionTransition::Write::store, std::move(session), {}, false};
+}
+
+SessionTransition sessionEnd(const Context &context) {
+    if (!context.before) {
+        return {};
+    }
+    return {SessionTransition::Write::remove, *context.before, {}, false};
+}
+
+bool answerableHere(const HookEvent &event) {
+    if (!event.questions) {
+        return true;
+    }
+    return AgentRegistry::adapter(event.agent).supportsQuestionAnswers() &&
+           std::ranges::none_of(*event.questions, &AgentQuestion::multiSelect);
+}
+
+void setPending(Session &session, const Context &context, const QString &decisionID) {
+    const HookEvent &event = context.event;
+    const Date expiresAt = context.now + decisionLimit;
+    session.pendingApproval.reset();
+    session.pendingQuestion.reset();
+    session.pendingExternalResponse.reset();
+    if (event.questions) {
+        session.pendingQuestion = PendingQuestion{decisionID, *event.questions, {}, expiresAt};
+        return;
+    }
+    const AgentAdapter &adapter = AgentRegistry::adapter(event.agent);
+    session.pendingApproval =
+        PendingApproval{decisionID, event.toolName.value_or(QStringLiteral("tool")),
+                        event.toolDetail, expiresAt, adapter.supportsRememberedDecisions()};
+}
+
+SessionTransition permissionRequest(const Context &context) {
+    const HookEvent &event = context.event;
+    if (!event.decisionID) {
+        return markNeedsInput(context, std::nullopt);
+    }
+    if (!answerableHere(event)) {
+        SessionTransition result = markNeedsInput(
+            context, PendingExternalResponse{event.questions.value_or(QList<AgentQuestion>()),
+                                             event.responseMessage});
+        result.releases.prepend(*event.decisionID);
+        return result;
+    }
+    Session session = lookUpOrMake(context, SessionState::needsInput);
+    const auto superseded = session.pendingDecisionID();
+    session.state = SessionState::needsInput;
+    session.acknowledged = false;
+    setPending(session, context, *event.decisionID);
+    SessionTransition result = update(std::move(session), context);
+    if (superseded && superseded != event.decisionID) {
+        result.releases.append(*superseded);
+    }
+    return result;
+}
+
+} // namespace
+
+SessionTransition SessionTransition::of(const std::optional<Session> &before,
+                                        const HookEvent &event, Date now,
+                                        const SessionSurroundings &surroundings) {
+    const Context context{before, event, now, surroundings};
+    switch (event.kind) {
+    case CanonicalEvent::sessionStart:
+        return sessionStart(context);
+    case CanonicalEvent::promptSubmit:
+        return promptSubmit(context);
+    case CanonicalEvent::toolUse:
+        return toolUse(context);
+    case CanonicalEvent::needsInput:
+        return markNeedsInput(context, std::nullopt);
+    case CanonicalEvent::idle:
+        return idle(context);
+    case CanonicalEvent::turnEnd:
+        return turnEnd(context);
+    case CanonicalEvent::turnFailed:
+        return turnFailed(context);
+    case CanonicalEvent::subagentStop:
+        return subagentStop(context);
+    case CanonicalEvent::sessionEnd:
+        return sessionEnd(context);
+    case CanonicalEvent::permissionRequest:
+        return permissionRequest(context);
+    }
+    return {};
+}
+
+bool SessionTransition::endsPendingDecision(CanonicalEvent kind) {
+    return kind == CanonicalEvent::promptSubmit || kind == CanonicalEvent::turnEnd ||
+           kind == CanonicalEvent::turnFailed || kind == CanonicalEvent::sessionEnd;
+}
+
+} // namespace morvane

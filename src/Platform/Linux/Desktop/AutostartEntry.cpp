@@ -1,0 +1,71 @@
+#include "Platform/Linux/Desktop/AutostartEntry.h"
+
+#include "Platform/Linux/Desktop/DesktopEntry.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QStandardPaths>
+
+#include <utility>
+
+namespace morvane {
+
+namespace {
+
+QString entryPath() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QLatin1String("/autostart/io.morvane.morvane.desktop");
+}
+
+QString sentence(const QString &path, const char *what, const QString &reason) {
+    return QStringLiteral("%1 %2: %3").arg(path, QLatin1String(what), reason);
+}
+
+} // namespace
+
+AutostartEntry::AutostartEntry(QString program)
+    : m_program(std::move(program)), m_path(entryPath()) {}
+
+/// Desktops that let a person switch an entry off do it by one of two keys, and leave the file.
+bool AutostartEntry::isEnabled() const {
+    const auto says = [this](const char *key, const char *value) {
+        return DesktopEntry::value(m_path, QLatin1String(key)) == QLatin1String(value);
+    };
+    return QFileInfo(m_path).isFile() && !says("Hidden", "true") &&
+           !says("X-GNOME-Autostart-enabled", "false");
+}
+
+std::optional<QString> AutostartEntry::registerItem() {
+    const QString folder = QFileInfo(m_path).path();
+    if (!QDir().mkpath(folder)) {
+        return QStringLiteral("%1 could not be created").arg(folder);
+    }
+    QSaveFile file(m_path);
+    if (!file.open(QIODevice::WriteOnly)) {
+        return sentence(m_path, "could not be written", file.errorString());
+    }
+    file.write("[Desktop Entry]\n"
+               "Type=Application\n"
+               "Name=Morvane\n"
+               "Exec=" +
+               DesktopEntry::execValue(m_program) +
+               "\n"
+               "StartupNotify=false\n");
+    // The commit alone overlooks a failure to write what is buffered.
+    if (!file.flush() || !file.commit()) {
+        return sentence(m_path, "could not be written", file.errorString());
+    }
+    return std::nullopt;
+}
+
+std::optional<QString> AutostartEntry::unregisterItem() {
+    QFile file(m_path);
+    const QFileInfo info(m_path);
+    if ((!info.exists() && !info.isSymLink()) || file.remove()) {
+        return std::nullopt;
+    }
+    return sentence(m_path, "could not be removed", file.errorString());
+}
+
+} // namespace morvane

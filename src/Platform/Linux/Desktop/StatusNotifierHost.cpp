@@ -1,0 +1,53 @@
+#include "Platform/Linux/Desktop/StatusNotifierHost.h"
+
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
+
+namespace morvane {
+
+namespace {
+
+const QString service = QStringLiteral("org.kde.StatusNotifierWatcher");
+const QString path = QStringLiteral("/StatusNotifierWatcher");
+
+} // namespace
+
+StatusNotifierHost::StatusNotifierHost(const QDBusConnection &bus)
+    : m_bus(bus), m_watcher(service, m_bus, QDBusServiceWatcher::WatchForOwnerChange) {
+    if (!m_bus.isConnected()) {
+        return;
+    }
+    connect(&m_watcher, &QDBusServiceWatcher::serviceRegistered, this, &StatusNotifierHost::ask);
+    connect(&m_watcher, &QDBusServiceWatcher::serviceUnregistered, this,
+            [this] { setPresent(false); });
+    // The bus knows signals by their name alone.
+    for (const char *signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
+        m_bus.connect(service, path, service, QLatin1String(signal), this, SLOT(ask()));
+    }
+    ask();
+}
+
+/// A bus without the watcher answers with an error at once.
+void StatusNotifierHost::ask() {
+    QDBusMessage question = QDBusMessage::createMethodCall(
+        service, path, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+    question.setArguments({service, QStringLiteral("IsStatusNotifierHostRegistered")});
+    // Asking is not a reason to start one.
+    question.setAutoStartService(false);
+    auto *call = new QDBusPendingCallWatcher(m_bus.asyncCall(question), this);
+    connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
+        call->deleteLater();
+        const QDBusPendingReply<QDBusVariant> reply(*call);
+        setPresent(reply.isValid() && reply.value().variant().toBool());
+    });
+}
+
+void StatusNotifierHost::setPresent(bool isPresent) {
+    if (isPresent != m_isPresent) {
+        m_isPresent = isPresent;
+        emit presenceChanged();
+    }
+}
+
+} // namespace morvane

@@ -1,0 +1,65 @@
+#include "Platform/Linux/X11/ActiveWindow.h"
+
+#include "Platform/Linux/Desktop/KnownApplications.h"
+#include "Platform/Linux/X11/X11Connection.h"
+#include "Platform/Linux/X11/XcbReply.h"
+
+#include <xcb/xcb.h>
+
+namespace morvane {
+
+namespace {
+
+const QByteArray activeWindowName("_NET_ACTIVE_WINDOW");
+constexpr std::uint32_t maxClassWords = 64;
+
+} // namespace
+
+ActiveWindow::ActiveWindow(X11Connection &x11) : m_x11(x11), m_last(activeWindow()) {
+    const std::uint32_t activeWindow = m_x11.atom(activeWindowName);
+    connect(&m_x11, &X11Connection::rootPropertyChanged, this, [this, activeWindow](auto atom) {
+        if (atom == activeWindow) {
+            read();
+        }
+    });
+}
+
+/// When an overlay of ours takes the keyboard and gives it back, some window managers call no
+/// window the active one in between, and some the overlay; neither is an activation, nor is the way
+/// back.
+void ActiveWindow::read() {
+    const std::uint32_t window = activeWindow();
+    if (window == XCB_WINDOW_NONE || window == m_last || isOverlay(window)) {
+        return;
+    }
+    m_last = window;
+    emit activated(KnownApplications::bundleID(windowClass(window)));
+}
+
+std::uint32_t ActiveWindow::activeWindow() const {
+    return m_x11.property(m_x11.root(), activeWindowName, XCB_ATOM_WINDOW).value(0);
+}
+
+/// Ours or another's: a window that the window manager has nothing to do with.
+bool ActiveWindow::isOverlay(std::uint32_t window) const {
+    const auto cookie = xcb_get_window_attributes(m_x11.connection(), window);
+    const XcbReply<xcb_get_window_attributes_reply_t> reply(
+        xcb_get_window_attributes_reply(m_x11.connection(), cookie, nullptr));
+    return reply && reply->override_redirect != 0;
+}
+
+QString ActiveWindow::windowClass(std::uint32_t window) const {
+    const auto cookie = xcb_get_property(m_x11.connection(), 0, window, XCB_ATOM_WM_CLASS,
+                                         XCB_ATOM_STRING, 0, maxClassWords);
+    const XcbReply<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(m_x11.connection(), cookie, nullptr));
+    if (!reply) {
+        return {};
+    }
+    // Two names, each with a zero byte at its end: the instance's and the class's.
+    const QByteArray names(static_cast<const char *>(xcb_get_property_value(reply.get())),
+                           xcb_get_property_value_length(reply.get()));
+    return QString::fromUtf8(names.split('\0').value(1));
+}
+
+} // namespace morvane

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "Platform/Displays.h"
+#include "Platform/Linux/KnownNotches.h"
+#include "Platform/Linux/X11/Strut.h"
+
+class QScreen;
+
+namespace morvane {
+
+class X11Connection;
+
+/// The displays as Qt names them, with work areas of our own: Qt lets a bar on one display shorten
+/// all of them. Owned by the application; the connection must outlive it.
+class ScreenDisplays : public Displays {
+    Q_OBJECT
+
+public:
+    explicit ScreenDisplays(X11Connection &x11);
+
+    QList<Display> displays() const override;
+    QPoint pointerPosition() const override;
+
+private:
+    void watch(QScreen *screen);
+    void readStruts();
+    Display display(const QScreen &screen) const;
+    void addNotch(Display &display, const QScreen &screen) const;
+    QRect workArea(const QScreen &screen) const;
+
+    X11Connection &m_x11;
+    const KnownNotches m_notches;
+    QList<Strut> m_struts;
+};
+
+} // namespace morvane

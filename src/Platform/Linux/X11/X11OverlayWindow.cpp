@@ -1,0 +1,259 @@
+#include "Platform/Linux/X11/X11OverlayWindow.h"
+
+#include "Platform/Linux/X11/CoveredPixels.h"
+#include "Platform/Linux/X11/FullscreenWindows.h"
+#include "Platform/Linux/X11/X11Connection.h"
+#include "Platform/Linux/X11/XcbReply.h"
+
+#include <QApplication>
+#include <QWidget>
+#include <QWindow>
+#include <xcb/shape.h>
+#include <xcb/xcb.h>
+
+#include <utility>
+#include <vector>
+
+namespace morvane {
+
+namespace {
+
+xcb_connection_t *qtConnection() {
+    const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    return x11 != nullptr ? x11->connection() : nullptr;
+}
+
+constexpr std::uint32_t lastClickButton = 3; // what follows is the wheel
+
+std::vector<xcb_rectangle_t> toXcb(const QList<QRect> &rects) {
+    std::vector<xcb_rectangle_t> result;
+    for (const QRect &rect : rects) {
+        result.push_back({static_cast<std::int16_t>(rect.x()), static_cast<std::int16_t>(rect.y()),
+                          static_cast<std::uint16_t>(rect.width()),
+                          static_cast<std::uint16_t>(rect.height())});
+    }
+    return result;
+}
+
+std::uint32_t inputFocus(xcb_connection_t *connection) {
+    const XcbReply<xcb_get_input_focus_reply_t> reply(
+        xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+    return reply ? reply->focus : std::uint32_t(XCB_INPUT_FOCUS_POINTER_ROOT);
+}
+
+/// The child of the root that the window lies in; none for what is no window.
+std::uint32_t topLevel(const X11Connection &x11, std::uint32_t window) {
+    std::uint32_t result = XCB_WINDOW_NONE;
+    while (window > XCB_INPUT_FOCUS_POINTER_ROOT && window != x11.root()) {
+        const auto cookie = xcb_query_tree(x11.connection(), window);
+        const XcbReply<xcb_query_tree_reply_t> reply(
+            xcb_query_tree_reply(x11.connection(), cookie, nullptr));
+        if (!reply) {
+            return XCB_WINDOW_NONE;
+        }
+        result = std::exchange(window, reply->parent);
+    }
+    return result;
+}
+
+/// False when the window is gone or can't be seen.
+bool setInputFocus(xcb_connection_t *connection, std::uint32_t window) {
+    const auto cookie =
+        xcb_set_input_focus_checked(connection, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
+    const XcbReply<xcb_generic_error_t> error(xcb_request_check(connection, cookie));
+    return !error;
+}
+
+} // namespace
+
+X11OverlayWindow::X11OverlayWindow(QWidget &widget, X11Connection &x11,
+                                   FullscreenWindows &fullscreen)
+    : m_widget(widget), m_x11(x11), m_fullscreen(fullscreen) {
+    m_widget.setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                            Qt::WindowDoesNotAcceptFocus | Qt::X11BypassWindowManagerHint |
+                            Qt::NoDropShadowWindowHint);
+    m_widget.setAttribute(Qt::WA_ShowWithoutActivating);
+    m_widget.setAttribute(Qt::WA_TranslucentBackground);
+    m_window = static_cast<std::uint32_t>(m_widget.winId());
+    connect(&m_x11, &X11Connection::compositedChanged, this, &X11OverlayWindow::applyShape);
+    connect(&m_x11, &X11Connection::rootPropertyChanged, this, [this](std::uint32_t atom) {
+        if (atom == m_x11.atom("_NET_CLIENT_LIST_STACKING")) {
+            raise();
+        }
+    });
+    // To some window managers the window that was active before still has the keyboard, so that a
+    // click on it would leave it here. Any other window may be the field's own menu, or an input
+    // method's.
+    connect(&m_x11, &X11Connection::pressed, this, [this](std::uint32_t button) {
+        if (m_keyboardOwner && button <= lastClickButton && isOwnerUnderPointer()) {
+            releaseKeyboard();
+        }
+    });
+    connect(&m_fullscreen, &FullscreenWindows::changed, this, &X11OverlayWindow::applyVisibility);
+}
+
+X11OverlayWindow::~X11OverlayWindow() {
+    releaseKeyboard();
+}
+
+void X11OverlayWindow::setGeometry(const QRect &frame, Anchor anchor) {
+    if (frame.size() != m_widget.size()) {
+        applyAnchor(anchor);
+    }
+    m_widget.setGeometry(frame);
+    if (!m_widget.isVisible()) {
+        // Qt puts that off until it shows the widget, which may hang on the new place.
+        m_widget.windowHandle()->setGeometry(frame);
+    }
+    applyVisibility();
+}
+
+void X11OverlayWindow::setShape(const QPainterPath &shape) {
+    if (shape != m_shape || m_widget.devicePixelRatioF() != m_shapeRatio) {
+        m_shape = shape;
+        applyShape();
+    }
+}
+
+void X11OverlayWindow::show() {
+    m_isShown = true;
+    applyVisibility();
+    raise();
+}
+
+void X11OverlayWindow::hide() {
+    m_isShown = false;
+    applyVisibility();
+}
+
+void X11OverlayWindow::setOpacity(double opacity) {
+    m_opacity = opacity;
+    m_widget.setWindowOpacity(opacity);
+}
+
+void X11OverlayWindow::setHidesOverFullscreen(bool hides) {
+    m_hidesOverFullscreen = hides;
+    if (hides) {
+        m_fullscreen.follow();
+    }
+    applyVisibility();
+}
+
+bool X11OverlayWindow::takeKeyboard() {
+    auto *connection = qtConnection();
+    if (connection == nullptr || m_x11.isXwayland() || !m_widget.isVisible()) {
+        return false;
+    }
+    const std::uint32_t owner = inputFocus(connection);
+    if (owner == m_window) {
+        return true;
+    }
+    if (!setInputFocus(connection, m_window)) {
+        return false;
+    }
+    m_keyboardOwner = owner;
+    m_x11.watchPresses(true);
+    return true;
+}
+
+void X11OverlayWindow::releaseKeyboard() {
+    if (const auto owner = std::exchange(m_keyboardOwner, std::nullopt)) {
+        m_x11.watchPresses(false);
+        giveUpKeyboardTo(*owner);
+    }
+}
+
+/// Nobody else gets a word in between the question and what follows from it: the window manager may
+/// be about to give the keyboard to the window that was clicked.
+void X11OverlayWindow::giveUpKeyboardTo(std::uint32_t owner) {
+    auto *connection = qtConnection();
+    if (connection == nullptr) {
+        return;
+    }
+    xcb_grab_server(connection);
+    if (inputFocus(connection) == m_window && !setInputFocus(connection, owner)) {
+        // Its owner has gone; the window manager knows who is next.
+        setInputFocus(connection, XCB_INPUT_FOCUS_POINTER_ROOT);
+    }
+    xcb_ungrab_server(connection);
+    xcb_flush(connection);
+}
+
+bool X11OverlayWindow::isTranslucent() const {
+    return m_x11.isComposited();
+}
+
+void X11OverlayWindow::applyAnchor(Anchor anchor) {
+    const std::uint32_t gravity =
+        anchor == Anchor::topRight ? XCB_GRAVITY_NORTH_EAST : XCB_GRAVITY_NORTH;
+    if (auto *connection = qtConnection()) {
+        xcb_change_window_attributes(connection, m_window, XCB_CW_BIT_GRAVITY, &gravity);
+    }
+}
+
+void X11OverlayWindow::applyShape() {
+    auto *connection = qtConnection();
+    if (connection == nullptr) {
+        return;
+    }
+    m_shapeRatio = m_widget.devicePixelRatioF();
+    const auto rectangles = toXcb(coveredPixels(m_shape, m_shapeRatio));
+    const auto count = static_cast<std::uint32_t>(rectangles.size());
+    xcb_shape_rectangles(connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT,
+                         XCB_CLIP_ORDERING_UNSORTED, m_window, 0, 0, count, rectangles.data());
+    if (isTranslucent()) {
+        xcb_shape_mask(connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, m_window, 0, 0,
+                       XCB_PIXMAP_NONE);
+    } else {
+        // Without a compositor what is unpainted would be black.
+        xcb_shape_rectangles(connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
+                             XCB_CLIP_ORDERING_UNSORTED, m_window, 0, 0, count, rectangles.data());
+    }
+    xcb_flush(connection);
+}
+
+void X11OverlayWindow::applyVisibility() {
+    const bool isVisible = m_isShown && !isCovered();
+    if (isVisible == m_widget.isVisible()) {
+        return;
+    }
+    if (!isVisible) {
+        // A hidden window leaves the keyboard to nobody.
+        releaseKeyboard();
+    }
+    m_widget.setVisible(isVisible);
+    raise();
+}
+
+/// True on its frame as well, and on the bare ground of the desktop.
+bool X11OverlayWindow::isOwnerUnderPointer() const {
+    const auto cookie = xcb_query_pointer(m_x11.connection(), m_x11.root());
+    const XcbReply<xcb_query_pointer_reply_t> reply(
+        xcb_query_pointer_reply(m_x11.connection(), cookie, nullptr));
+    return reply &&
+           (reply->child == XCB_WINDOW_NONE || reply->child == topLevel(m_x11, *m_keyboardOwner));
+}
+
+/// The server is asked for the place, since only there it is in the same pixels as the others'.
+bool X11OverlayWindow::isCovered() const {
+    auto *connection = qtConnection();
+    if (!m_hidesOverFullscreen || m_fullscreen.isEmpty() || connection == nullptr) {
+        return false;
+    }
+    const XcbReply<xcb_get_geometry_reply_t> place(
+        xcb_get_geometry_reply(connection, xcb_get_geometry(connection, m_window), nullptr));
+    return place && m_fullscreen.cover({place->x, place->y, place->width, place->height});
+}
+
+/// Not while a menu of ours is open, which it would cover.
+void X11OverlayWindow::raise() {
+    auto *connection = qtConnection();
+    const bool isBelowMenu = QApplication::activePopupWidget() != nullptr;
+    if (connection != nullptr && m_widget.isVisible() && !isBelowMenu) {
+        const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+        xcb_configure_window(connection, m_window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+        xcb_flush(connection);
+    }
+}
+
+} // namespace morvane

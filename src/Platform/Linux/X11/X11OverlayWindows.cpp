@@ -1,0 +1,11 @@
+#include "Platform/Linux/X11/X11OverlayWindows.h"
+
+#include "Platform/Linux/X11/X11OverlayWindow.h"
+
+namespace morvane {
+
+std::unique_ptr<OverlayWindow> X11OverlayWindows::adopt(QWidget &widget) {
+    return std::make_unique<X11OverlayWindow>(widget, m_x11, m_fullscreen);
+}
+
+} // namespace morvane

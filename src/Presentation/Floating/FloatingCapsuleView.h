@@ -1,0 +1,56 @@
+#pragma once
+
+#include "Presentation/Overlay/PanelSurface.h"
+
+#include <QPainterPath>
+
+namespace morvane {
+
+class CompactView;
+class ExpandedView;
+struct PanelContext;
+
+/// The black tab that hangs from the top of the screen, with the closed or the open view in it.
+///
+/// The widget may be larger than the tab, which grows and shrinks inside of it: a window that
+/// changed its size with every frame would flicker. The owner places the tab.
+class FloatingCapsuleView : public PanelSurface {
+    Q_OBJECT
+
+public:
+    explicit FloatingCapsuleView(const PanelContext &context);
+
+    void setContentHeightBudget(int budget);
+    void setExpanded(bool expanded);
+
+    /// Takes over what the store has now.
+    void refresh();
+
+    /// The size that the view on show needs.
+    QSize fittingSize() const;
+
+    /// Where the tab is at this moment, and where it is on its way to; both in points of the
+    /// widget. The content already stands where it will be in the end.
+    void setTab(const QRect &present, const QRect &target);
+
+    /// What a tab of this place covers.
+    QPainterPath shape(const QRect &tab) const;
+
+signals:
+    /// The view on show needs another size.
+    void contentResized();
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    double cornerRadius() const;
+
+    bool m_isExpanded = false;
+    QRect m_tab;
+    QWidget *m_clip; ///< cuts the content off at the tab's edges while the tab moves
+    CompactView *m_compact;
+    ExpandedView *m_expanded;
+};
+
+} // namespace morvane

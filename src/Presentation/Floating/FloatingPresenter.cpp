@@ -1,0 +1,338 @@
+#include "Presentation/Floating/FloatingPresenter.h"
+
+#include "Core/Sessions/SessionStore.h"
+#include "Core/Settings/MorvaneSettings.h"
+#include "Platform/MotionPreference.h"
+#include "Platform/OverlayWindows.h"
+#include "Presentation/Floating/FloatingCapsuleView.h"
+#include "Presentation/Overlay/InlineEditing.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace morvane {
+
+namespace {
+
+constexpr Seconds flashDuration(5);
+constexpr Seconds presentationDuration(10);
+constexpr Seconds growthDuration(0.12);
+constexpr Seconds showDuration(0.16);
+constexpr Seconds hideDuration(0.12);
+constexpr double showOffset = -8;
+constexpr int rightMargin = 12;
+constexpr int smallestBudget = 280;
+constexpr int largestBudget = 900;
+constexpr double budgetShare = 0.7;
+
+int interpolate(int from, int to, double share) {
+    return static_cast<int>(std::lround(from + (to - from) * share));
+}
+
+QRect interpolate(const QRect &from, const QRect &to, double share) {
+    return {QPoint(interpolate(from.left(), to.left(), share),
+                   interpolate(from.top(), to.top(), share)),
+            QPoint(interpolate(from.right(), to.right(), share),
+                   interpolate(from.bottom(), to.bottom(), share))};
+}
+
+} // namespace
+
+FloatingPresenter::FloatingPresenter(const PanelContext &context, Displays &displays,
+                                     OverlayWindows &overlays, Flavour flavour)
+    : m_context(context), m_store(context.store), m_settings(context.settings),
+      m_scheduler(context.scheduler), m_displays(displays), m_overlays(overlays),
+      m_flavour(flavour), m_capsule(m_scheduler, context.editing), m_growth(m_scheduler),
+      m_fade(m_scheduler) {}
+
+FloatingPresenter::~FloatingPresenter() {
+    // What goes with the panel, such as a field that somebody types in, must not call back here.
+    if (m_view) {
+        detach();
+    }
+}
+
+void FloatingPresenter::attach(const Display &display) {
+    m_display = display;
+    const bool isFirst = !m_view;
+    if (isFirst) {
+        makePanel();
+    }
+    const double budget = budgetShare * display.visibleFrame.height();
+    m_view->setContentHeightBudget(
+        std::clamp(static_cast<int>(budget), smallestBudget, largestBudget));
+    m_window->setHidesOverFullscreen(m_settings.hideOverFullscreen());
+    if (isFirst) {
+        subscribe();
+    }
+    // Even at the same place in points its pixels may be others now.
+    m_target = {};
+    updateVisibility(Motion::atOnce);
+    layout(Motion::atOnce);
+}
+
+void FloatingPresenter::makePanel() {
+    m_view = std::make_unique<FloatingCapsuleView>(m_context);
+    m_view->refresh();
+    m_window = m_overlays.adopt(*m_view);
+    m_view->onTakeKeyboard = [this] { return m_window->takeKeyboard(); };
+    m_view->onReleaseKeyboard = [this] { m_window->releaseKeyboard(); };
+}
+
+/// A field that goes down with its view must not reach for the window any more.
+void FloatingPresenter::removePanel() {
+    if (m_view) {
+        m_view->onTakeKeyboard = nullptr;
+        m_view->onReleaseKeyboard = nullptr;
+    }
+    m_window.reset();
+    m_view.reset();
+}
+
+void FloatingPresenter::subscribe() {
+    connect(&m_store, &SessionStore::sessionsChanged, this, &FloatingPresenter::scheduleUpdate);
+    connect(&m_store, &SessionStore::completedHistoryChanged, this,
+            &FloatingPresenter::scheduleUpdate);
+    connect(&m_settings, &MorvaneSettings::changed, this, [this] {
+        m_window->setHidesOverFullscreen(m_settings.hideOverFullscreen());
+        scheduleUpdate();
+    });
+    connect(&m_context.editing, &InlineEditing::countChanged, this,
+            &FloatingPresenter::scheduleUpdate);
+    connect(&m_store, &SessionStore::stateChanges, this, &FloatingPresenter::flash);
+    connect(&m_capsule, &CapsuleState::expandedChanged, this, &FloatingPresenter::expansionChanged);
+    connect(m_view.get(), &FloatingCapsuleView::pointerCrossed, this,
+            &FloatingPresenter::updateHover);
+    connect(m_view.get(), &FloatingCapsuleView::contextMenuRequested, this,
+            &FloatingPresenter::openMenu);
+    connect(m_view.get(), &FloatingCapsuleView::menuClosed, this, &FloatingPresenter::menuClosed);
+    connect(m_view.get(), &FloatingCapsuleView::contentResized, this,
+            &FloatingPresenter::scheduleUpdate);
+}
+
+/// Whatever happens within one turn of the event loop ends in one update after it.
+void FloatingPresenter::scheduleUpdate() {
+    m_updateTask = m_scheduler.after(Seconds(0), [this] {
+        m_view->refresh();
+        updateVisibility(Motion::animated);
+    });
+}
+
+void FloatingPresenter::detach() {
+    m_store.disconnect(this);
+    m_settings.disconnect(this);
+    m_context.editing.disconnect(this);
+    m_capsule.disconnect(this);
+    m_flashTask.cancel();
+    m_autoDismissTask.cancel();
+    m_updateTask.cancel();
+    m_growth.stop();
+    m_fade.stop();
+    if (m_capsule.isExpanded() && onExpandedChanged) {
+        onExpandedChanged(false);
+    }
+    removePanel();
+}
+
+void FloatingPresenter::presentPanel() {
+    m_dismissed = false;
+    m_presented = true;
+    m_capsule.open();
+    updateVisibility(Motion::atOnce);
+    m_autoDismissTask = m_scheduler.after(presentationDuration, [this] {
+        m_presented = false;
+        if (m_view->openMenu() == nullptr) {
+            m_capsule.setHovering(false);
+        }
+        updateVisibility(Motion::atOnce);
+    });
+}
+
+void FloatingPresenter::collapseExpanded() {
+    m_presented = false;
+    m_autoDismissTask.cancel();
+    m_capsule.setHovering(false);
+    updateVisibility(Motion::animated);
+}
+
+void FloatingPresenter::dismiss() {
+    m_dismissed = true;
+    m_presented = false;
+    m_flashActive = false;
+    m_autoDismissTask.cancel();
+    m_capsule.setHovering(false);
+    updateVisibility(Motion::atOnce);
+}
+
+void FloatingPresenter::flash() {
+    m_dismissed = false;
+    m_flashActive = true;
+    scheduleUpdate();
+    m_flashTask = m_scheduler.after(flashDuration, [this] {
+        m_flashActive = false;
+        updateVisibility(Motion::atOnce);
+    });
+}
+
+void FloatingPresenter::expansionChanged(bool isExpanded) {
+    updateVisibility(Motion::animated);
+    if (onExpandedChanged) {
+        onExpandedChanged(isExpanded);
+    }
+}
+
+void FloatingPresenter::openMenu(const QPoint &position) {
+    if (contextMenu) {
+        m_view->open(*contextMenu, position);
+    }
+}
+
+/// At once, since what was chosen happens next, and may be to open the panel.
+void FloatingPresenter::menuClosed() {
+    updateHover();
+    if (m_window->isVisible()) {
+        // It has kept below the menu, and maybe below others.
+        m_window->show();
+    }
+}
+
+/// Not a plain question: an ambient capsule forgets that it was dismissed as soon as a session is
+/// active.
+bool FloatingPresenter::shouldBeVisible() {
+    if (m_context.editing.isActive(m_scheduler.now())) {
+        return true;
+    }
+    const bool hasActive = !m_store.activeSessions().isEmpty();
+    if (!hasActive && m_dismissed) {
+        return false;
+    }
+    if (hasActive && m_flavour == Flavour::ambient) {
+        m_dismissed = false;
+        return true;
+    }
+    return m_settings.showWhenIdle() || m_presented || m_capsule.isExpanded() || m_flashActive ||
+           m_store.hasUnacknowledgedNeedsInput();
+}
+
+void FloatingPresenter::updateVisibility(Motion motion) {
+    if (shouldBeVisible()) {
+        const bool isSteady =
+            m_window->isVisible() && m_window->opacity() >= 1 && !m_fade.isRunning();
+        layout(isSteady ? motion : Motion::atOnce);
+        if (!m_window->isVisible()) {
+            showPanel();
+        } else if (!isSteady && !m_isFadingIn) {
+            fadeIn(m_offset);
+        }
+    } else if (m_window->isVisible() && (m_isFadingIn || !m_fade.isRunning())) {
+        hidePanel();
+    }
+    updateHover();
+}
+
+void FloatingPresenter::showPanel() {
+    m_window->setOpacity(0);
+    m_offset = showOffset;
+    place();
+    m_window->show();
+    fadeIn(showOffset);
+}
+
+void FloatingPresenter::fadeIn(double offset) {
+    m_isFadingIn = true;
+    const double from = m_window->opacity();
+    m_fade.start(
+        durationOf(showDuration),
+        [this, from, offset](double share) {
+            const double eased = Animation::easeOut(share);
+            m_window->setOpacity(from + (1 - from) * eased);
+            m_offset = offset * (1 - eased);
+            place();
+        },
+        [this] { m_isFadingIn = false; });
+}
+
+/// A show that comes in between drops the fade, and with it the end that would take the window
+/// away.
+void FloatingPresenter::hidePanel() {
+    m_isFadingIn = false;
+    const double from = m_window->opacity();
+    m_fade.start(
+        durationOf(hideDuration),
+        [this, from](double share) { m_window->setOpacity(from * (1 - Animation::easeIn(share))); },
+        [this] {
+            m_window->hide();
+            m_view->setExpanded(m_capsule.isExpanded());
+            m_window->setOpacity(1);
+            m_offset = 0;
+            updateHover();
+        });
+}
+
+/// With less motion asked for, everything is where it belongs at once.
+Seconds FloatingPresenter::durationOf(Seconds motion) const {
+    return m_context.motion.isReduced() ? Seconds(0) : motion;
+}
+
+/// The view follows the capsule only here: a panel that goes away altogether fades as it is.
+void FloatingPresenter::layout(Motion motion) {
+    m_view->setExpanded(m_capsule.isExpanded());
+    const QSize size = m_view->fittingSize();
+    if (size.isEmpty()) {
+        return;
+    }
+    const QRect target = tabFrame(size);
+    if (target == m_target) {
+        return;
+    }
+    m_target = target;
+    if (motion == Motion::atOnce || !m_window->isTranslucent()) {
+        m_growth.stop();
+        m_present = target;
+        place();
+        return;
+    }
+    m_growth.start(durationOf(growthDuration), [this, from = m_present](double share) {
+        m_present = interpolate(from, m_target, Animation::easeOut(share));
+        place();
+    });
+}
+
+QRect FloatingPresenter::tabFrame(const QSize &size) const {
+    const QRect &area = m_display.visibleFrame;
+    const int x = anchor() == OverlayWindow::Anchor::topRight
+                      ? area.right() + 1 - size.width() - rightMargin
+                      : area.left() + (area.width() - size.width()) / 2;
+    return {QPoint(x, area.top()), size};
+}
+
+OverlayWindow::Anchor FloatingPresenter::anchor() const {
+    const bool isRight =
+        m_flavour == Flavour::onCall && m_settings.floatingPosition() == FloatingPosition::topRight;
+    return isRight ? OverlayWindow::Anchor::topRight : OverlayWindow::Anchor::topCenter;
+}
+
+/// While the tab grows or shrinks the window has room for both ends of the way, so that it changes
+/// its size once at the beginning or once at the end.
+void FloatingPresenter::place() {
+    const QRect frame = m_present.united(m_target);
+    m_view->setTab(m_present.translated(-frame.topLeft()), m_target.translated(-frame.topLeft()));
+    m_window->setShape(m_view->shape(m_target.translated(-frame.topLeft())));
+    m_window->setGeometry(frame.translated(0, static_cast<int>(std::lround(m_offset))), anchor());
+}
+
+/// Where the pointer is decides, not whether it has just entered or left: a tab that changes its
+/// shape under a resting pointer makes the windowing system report both. An open menu counts as the
+/// pointer, which it leads away.
+void FloatingPresenter::updateHover() {
+    const QPointF pixelCentre = QPointF(m_displays.pointerPosition()) + QPointF(0.5, 0.5);
+    // The view is not there for the pointer while a full-screen program hides it.
+    const bool isInside = m_view->openMenu() != nullptr ||
+                          (m_view->isVisible() && m_view->shape(m_target).contains(pixelCentre));
+    if (isInside != m_isHovering) {
+        m_isHovering = isInside;
+        m_capsule.setHovering(isInside);
+    }
+}
+
+} // namespace morvane

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Core/Sessions/SessionState.h"
+#include "Presentation/Mascot/PixelFrame.h"
+
+#include <QColor>
+#include <QList>
+
+#include <chrono>
+#include <optional>
+
+namespace morvane {
+
+/// How the mascot shows a state: by its frames, their pace and its colour. A plain value.
+struct PixelSequence {
+    QList<PixelFrame> frames;              ///< one alone stands still
+    std::chrono::milliseconds interval{0}; ///< how long each is shown
+    QColor color;
+
+    /// No state looks like an idle one.
+    static PixelSequence of(std::optional<SessionState> state);
+
+    /// What stays when the mascot has come to rest.
+    static PixelSequence atRest(std::optional<SessionState> state);
+};
+
+} // namespace morvane

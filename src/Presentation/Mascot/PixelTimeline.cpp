@@ -1,0 +1,49 @@
+#include "Presentation/Mascot/PixelTimeline.h"
+
+#include <utility>
+
+namespace morvane {
+
+namespace {
+
+/// How far past the turn of a step a tick is aimed: the clock may be set slower while it waits, and
+/// a tick that came too early would need another one.
+constexpr std::chrono::milliseconds margin(1);
+
+} // namespace
+
+Task PixelTimeline::follow(Interval interval, std::function<void()> action) {
+    Beat &beat = m_beats[interval];
+    const int follower = ++m_lastFollower;
+    beat.followers.emplace(follower, std::move(action));
+    if (beat.followers.size() == 1) {
+        aim(interval);
+    }
+    return Task([this, interval, follower] { leave(interval, follower); });
+}
+
+void PixelTimeline::aim(Interval interval) {
+    const auto left = interval - m_scheduler.now().time_since_epoch() % interval;
+    m_beats[interval].tick =
+        m_scheduler.after(left + margin, [this, interval] { advance(interval); });
+}
+
+void PixelTimeline::advance(Interval interval) {
+    // Aimed first, so that the last follower to leave finds the tick to cancel.
+    aim(interval);
+    auto &followers = m_beats[interval].followers;
+    for (auto next = followers.begin(); next != followers.end();) {
+        const auto action = (next++)->second;
+        action();
+    }
+}
+
+void PixelTimeline::leave(Interval interval, int follower) {
+    Beat &beat = m_beats[interval];
+    beat.followers.erase(follower);
+    if (beat.followers.empty()) {
+        beat.tick.cancel();
+    }
+}
+
+} // namespace morvane

@@ -1,0 +1,84 @@
+#pragma once
+
+#include "Presentation/Notch/FadingContent.h"
+#include "Presentation/Notch/NotchShell.h"
+#include "Presentation/Overlay/PanelSurface.h"
+#include "Presentation/Style/Animation.h"
+
+namespace morvane {
+
+class CompactInfoView;
+class CompactStatusView;
+class ExpandedView;
+class NotchVeil;
+struct PanelContext;
+
+/// What stands in the notch. Kept by the presenter, whose surface shows it.
+struct BuiltInNotchState {
+    enum class Mode {
+        compact,  ///< the notch, a little wider, with the status on either side
+        expanded, ///< the panel
+    };
+    Mode mode = Mode::compact;
+    bool isHovering = false; ///< the pointer was on what the surface shows when last looked for
+};
+
+/// The black shell that grows out of a notch, with the status beside the notch or the panel below
+/// it. The widget is a stage, transparent but for the shell, and keeps its size while that grows
+/// and shrinks. Nothing ticks while the shell rests.
+class BuiltInNotchSurface : public PanelSurface {
+    Q_OBJECT
+
+public:
+    using Mode = BuiltInNotchState::Mode;
+
+    /// Starts out compact.
+    explicit BuiltInNotchSurface(const PanelContext &context);
+
+    void setNotch(const QSize &notch, int contentHeightBudget);
+
+    void setMode(Mode mode, Motion motion);
+
+    /// Takes over what the store has now; to be followed by `layOut`.
+    void refresh();
+
+    /// Gives the shell the size that its content asks for.
+    void layOut(Motion motion);
+
+    /// What the shell covers, or will cover once it rests.
+    QPainterPath shape() const;
+
+    QRect visibleRect() const override;
+
+signals:
+    /// The panel needs another size.
+    void contentResized();
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    bool isExpanded() const { return m_mode == Mode::expanded; }
+    void retargetShell(Motion motion);
+    void placeShell();
+
+    QSize m_notch;
+    QSize m_contentSize; ///< of the panel
+    Mode m_mode = Mode::compact;
+    NotchShell m_target;
+    NotchShell m_shell; ///< at this moment
+    QRect m_drawn;      ///< where the shell was painted last
+    Animation m_growth; ///< of the shell
+
+    QWidget *m_clip; ///< cuts the content off at the shell's edges while the shell moves
+    QWidget *m_compact;
+    CompactStatusView *m_status;
+    CompactInfoView *m_info;
+    ExpandedView *m_expanded;
+    FadingContent m_compactFade;
+    FadingContent m_expandedFade;
+    NotchVeil *m_veil;
+};
+
+} // namespace morvane

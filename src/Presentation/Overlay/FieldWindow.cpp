@@ -1,0 +1,87 @@
+#include "Presentation/Overlay/FieldWindow.h"
+
+#include "Presentation/Style/Colors.h"
+#include "Presentation/Style/Typography.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <utility>
+
+namespace morvane {
+
+namespace {
+
+constexpr int margin = 12;
+constexpr int smallestWidth = 280;
+
+QPalette darkPalette() {
+    QPalette palette;
+    palette.setColor(QPalette::Window, Colors::windowFill);
+    palette.setColor(QPalette::Base, Qt::black);
+    palette.setColor(QPalette::Text, Colors::primaryText);
+    palette.setColor(QPalette::PlaceholderText, Colors::tertiaryText);
+    return palette;
+}
+
+} // namespace
+
+/// A dialog, since desktops that tile their windows leave those where they are.
+FieldWindow::FieldWindow(const QString &title, const QString &initial, const QString &placeholder)
+    : QWidget(nullptr, Qt::Dialog | Qt::WindowStaysOnTopHint | Qt::WindowTitleHint |
+                           Qt::WindowCloseButtonHint),
+      m_field(new QLineEdit(initial, this)) {
+    setWindowTitle(title);
+    setPalette(darkPalette());
+    m_field->setAccessibleName(title);
+    m_field->setPlaceholderText(placeholder);
+    m_field->setFont(Typography::text(Typography::nameSize));
+    m_field->selectAll();
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(margin, margin, margin, margin);
+    layout->addWidget(m_field);
+    connect(m_field, &QLineEdit::returnPressed, this, [this] {
+        settle([this] {
+            if (commit) {
+                commit(m_field->text());
+            }
+        });
+    });
+}
+
+void FieldWindow::openAt(const QRect &field) {
+    const QSize size(std::max(field.width() + 2 * margin, smallestWidth), sizeHint().height());
+    setFixedSize(size);
+    move(field.center() - QRect(QPoint(), size).center());
+    show();
+    raise();
+    activateWindow();
+    m_field->setFocus();
+}
+
+void FieldWindow::keyPressEvent(QKeyEvent *event) {
+    if (event->key() == Qt::Key_Escape) {
+        settle([this] { cancel(); });
+    } else {
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void FieldWindow::closeEvent(QCloseEvent *event) {
+    QWidget::closeEvent(event);
+    settle([this] { cancel(); });
+}
+
+/// In a later turn of the event loop, when nothing of the window is on the stack any more.
+void FieldWindow::settle(std::function<void()> answer) {
+    if (std::exchange(m_isSettled, true)) {
+        return;
+    }
+    hide();
+    QMetaObject::invokeMethod(this, std::move(answer), Qt::QueuedConnection);
+}
+
+} // namespace morvane

@@ -1,0 +1,159 @@
+#include "Presentation/Overlay/InlineNameField.h"
+
+#include "Platform/Scheduler.h"
+#include "Presentation/Overlay/FieldWindow.h"
+#include "Presentation/Overlay/InlineEditing.h"
+#include "Presentation/Overlay/KeyWindowActivator.h"
+#include "Presentation/Overlay/KeyablePanel.h"
+#include "Presentation/Overlay/PanelContext.h"
+#include "Presentation/Style/Colors.h"
+
+#include <QCoreApplication>
+#include <QKeyEvent>
+#include <QPainter>
+
+namespace morvane {
+
+namespace {
+
+constexpr double cornerRadius = 5;
+constexpr int textInset = 3;
+constexpr QColor ground = Colors::white(0.08);
+constexpr QColor edge = Colors::sRgb(0.48, 0.7, 1.0, 0.75);
+constexpr QColor selection = Colors::sRgb(0.48, 0.7, 1.0, 0.45);
+
+QPalette fieldPalette() {
+    QPalette palette;
+    palette.setColor(QPalette::Base, Qt::transparent);
+    palette.setColor(QPalette::Text, Colors::primaryText);
+    palette.setColor(QPalette::PlaceholderText, Colors::tertiaryText);
+    palette.setColor(QPalette::Highlight, selection);
+    palette.setColor(QPalette::HighlightedText, Colors::primaryText);
+    return palette;
+}
+
+} // namespace
+
+InlineNameField::InlineNameField(const Setup &setup, const PanelContext &context, QWidget *parent)
+    : QLineEdit(setup.initial, parent), m_editing(context.editing), m_setup(setup),
+      m_activator(std::make_unique<KeyWindowActivator>(*this, context.scheduler,
+                                                       [this] { askInWindow(); })),
+      m_focus(context.scheduler.after(Seconds(0), [this] { setFocus(); })) {
+    setPlaceholderText(setup.placeholder);
+    setAccessibleName(setup.placeholder);
+    setFrame(false);
+    setPalette(fieldPalette());
+    setTextMargins(textInset, 0, textInset, 0);
+    selectAll();
+    QCoreApplication::instance()->installEventFilter(this);
+    m_editing.begin(context.scheduler.now());
+}
+
+InlineNameField::~InlineNameField() {
+    leave();
+}
+
+void InlineNameField::abandon() {
+    settle(Outcome::cancelled);
+}
+
+void InlineNameField::askInWindow() {
+    setReadOnly(true);
+    m_window = std::make_unique<FieldWindow>(m_setup.title, m_setup.initial, m_setup.placeholder);
+    m_window->commit = [this](const QString &text) {
+        setText(text);
+        settle(Outcome::committed);
+    };
+    m_window->cancel = [this] { abandon(); };
+    m_window->openAt({mapToGlobal(QPoint(0, 0)), size()});
+}
+
+void InlineNameField::settle(Outcome outcome) {
+    if (m_settled) {
+        return;
+    }
+    m_settled = true;
+    leave();
+    if (outcome == Outcome::committed) {
+        emit commit(text());
+    } else {
+        emit cancel();
+    }
+    hide();
+    deleteLater();
+}
+
+void InlineNameField::leave() {
+    m_focus.cancel();
+    m_activator.reset();
+    m_window.reset();
+    if (m_counts) {
+        m_counts = false;
+        m_editing.end();
+    }
+}
+
+bool InlineNameField::commitsOnBlur() const {
+    return m_setup.commitsOnBlur && !m_window;
+}
+
+/// The rows never take the focus, so that a click on one of them wouldn't take it from here.
+bool InlineNameField::eventFilter(QObject *watched, QEvent *event) {
+    if (event->type() == QEvent::MouseButtonPress && commitsOnBlur() && watched != this &&
+        watched->isWidgetType() && static_cast<QWidget *>(watched)->window() == window()) {
+        settle(Outcome::committed);
+    }
+    return QLineEdit::eventFilter(watched, event);
+}
+
+void InlineNameField::keyPressEvent(QKeyEvent *event) {
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        settle(Outcome::committed);
+        break;
+    case Qt::Key_Escape:
+        settle(Outcome::cancelled);
+        break;
+    default:
+        QLineEdit::keyPressEvent(event);
+    }
+}
+
+/// A field that a loss of the focus doesn't end stays open without the keyboard.
+void InlineNameField::mousePressEvent(QMouseEvent *event) {
+    if (auto *panel = qobject_cast<KeyablePanel *>(window())) {
+        panel->renewKey();
+    }
+    QLineEdit::mousePressEvent(event);
+}
+
+void InlineNameField::focusOutEvent(QFocusEvent *event) {
+    QLineEdit::focusOutEvent(event);
+    // The field's own menu takes the focus only for as long as it is open, and a panel that goes
+    // away has not been confirmed by anybody.
+    if (commitsOnBlur() && event->reason() != Qt::PopupFocusReason && !window()->isHidden()) {
+        settle(Outcome::committed);
+    }
+}
+
+void InlineNameField::hideEvent(QHideEvent *event) {
+    QLineEdit::hideEvent(event);
+    if (!event->spontaneous()) {
+        abandon();
+    }
+}
+
+void InlineNameField::paintEvent(QPaintEvent *event) {
+    {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(edge, 1));
+        painter.setBrush(ground);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius,
+                                cornerRadius);
+    }
+    QLineEdit::paintEvent(event);
+}
+
+} // namespace morvane

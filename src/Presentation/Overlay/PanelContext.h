@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Core/Sessions/CompletedRecord.h"
+#include "Core/Sessions/Session.h"
+
+#include <functional>
+
+namespace morvane {
+
+class InlineEditing;
+class MorvaneSettings;
+class MotionPreference;
+class PixelTimeline;
+class Scheduler;
+class SessionStore;
+
+/// What the panel's owner does when a person asks for it. What is unset is not offered. A plain
+/// value, passed down to the rows.
+struct PanelActions {
+    std::function<void(const Session &)> onSelect;
+    std::function<void(const QString &cwd, const QString &name)> onRenameCommit;
+    std::function<void(const CompletedRecord &)> onReopen;
+    std::function<void(const Session &, const QString &text)> onReply;
+    std::function<void()> onOpenSettings;
+};
+
+/// What every panel on every display is made from. All of it outlives the panels.
+struct PanelContext {
+    SessionStore &store;
+    MorvaneSettings &settings;
+    Scheduler &scheduler;
+    MotionPreference &motion;
+    InlineEditing &editing;
+    PixelTimeline &timeline;
+    PanelActions actions;
+    bool showsDigitShortcuts = false; ///< whether the digit keys work, so that the rows name them
+};
+
+} // namespace morvane

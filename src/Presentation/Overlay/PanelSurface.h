@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Presentation/Overlay/KeyablePanel.h"
+
+#include <QMenu>
+#include <QPointer>
+
+namespace morvane {
+
+/// What the widgets of all presenters have in common, whatever they look like: they tell when the
+/// pointer crosses them, and a menu can be open on them.
+class PanelSurface : public KeyablePanel {
+    Q_OBJECT
+
+public:
+    PanelSurface();
+
+    /// Opens a menu at a point of the desktop. It takes the keyboard for as long as it is open, and
+    /// the focus stays where it is.
+    void open(QMenu &menu, const QPoint &position);
+
+    /// The menu that is open on the surface, or none.
+    QMenu *openMenu() const { return m_openMenu; }
+
+    /// The part of the widget that there is something to see in.
+    virtual QRect visibleRect() const { return rect(); }
+
+signals:
+    /// The pointer has entered or left the widget's visible part.
+    void pointerCrossed();
+    /// A right click, anywhere on the widget, at this point of the desktop.
+    void contextMenuRequested(const QPoint &position);
+    void menuClosed();
+
+protected:
+    void enterEvent(QEnterEvent *event) override;
+    void leaveEvent(QEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+
+private:
+    QPointer<QMenu> m_openMenu;
+};
+
+} // namespace morvane

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "Core/Agents/AgentKind.h"
+#include "Presentation/Panel/Badge.h"
+
+#include <optional>
+
+namespace morvane {
+
+/// Tells whose session a row is about, by the agent's mark and its name.
+class AgentBadge : public Badge {
+    Q_OBJECT
+
+public:
+    using Badge::Badge;
+
+    /// None hides the badge.
+    void setAgent(std::optional<AgentKind> agent);
+};
+
+} // namespace morvane

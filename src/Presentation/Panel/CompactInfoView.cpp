@@ -1,0 +1,89 @@
+#include "Presentation/Panel/CompactInfoView.h"
+
+#include "Core/Ground/TimeFormat.h"
+#include "Core/Sessions/SessionStore.h"
+#include "Presentation/Overlay/PanelContext.h"
+#include "Presentation/Style/Colors.h"
+#include "Presentation/Style/TextLabel.h"
+#include "Presentation/Style/Typography.h"
+
+#include <QHBoxLayout>
+
+#include <algorithm>
+#include <cmath>
+
+namespace morvane {
+
+namespace {
+
+constexpr double minute = 60;
+
+} // namespace
+
+CompactInfoView::CompactInfoView(const PanelContext &context, QWidget *parent)
+    : QWidget(parent), m_store(context.store), m_scheduler(context.scheduler),
+      m_time(new TextLabel(Typography::text(Typography::bodySize, QFont::Medium),
+                           Colors::primaryText, 1, this)),
+      m_count(new TextLabel(Typography::text(Typography::bodySize, QFont::Medium),
+                            Colors::secondaryText, 1, this)) {
+    auto *line = new QHBoxLayout(this);
+    line->setContentsMargins(0, 0, 0, 0);
+    line->setSpacing(6);
+    line->addStretch();
+    line->addWidget(m_time);
+    line->addWidget(m_count);
+    line->addStretch();
+}
+
+void CompactInfoView::refresh() {
+    const auto reportable = m_store.reportableSessions();
+    m_since =
+        reportable.isEmpty() ? std::nullopt : std::optional(reportable.first().stateChangedAt);
+    const auto count = reportable.size();
+    m_count->setText(QStringLiteral("×%1").arg(count));
+    m_count->setAccessibleName(count == 1 ? tr("1 session") : tr("%1 sessions").arg(count));
+    m_count->setVisible(count > 1);
+    setVisible(m_since.has_value());
+    showTime();
+    scheduleMinute();
+}
+
+QString CompactInfoView::count() const {
+    return m_since ? m_count->accessibleName() : QString();
+}
+
+QString CompactInfoView::time() const {
+    return m_since ? m_time->text() : QString();
+}
+
+void CompactInfoView::showTime() {
+    if (m_since) {
+        m_time->setText(TimeFormat::elapsed(*m_since, m_scheduler.now()));
+    }
+}
+
+void CompactInfoView::scheduleMinute() {
+    if (!m_since || !isVisible()) {
+        m_minute.cancel();
+        return;
+    }
+    const double elapsed = std::max(0.0, Seconds(m_scheduler.now() - *m_since).count());
+    m_minute = m_scheduler.after(Seconds(minute - std::fmod(elapsed, minute)), [this] {
+        showTime();
+        scheduleMinute();
+        emit timeChanged();
+    });
+}
+
+void CompactInfoView::showEvent(QShowEvent *event) {
+    QWidget::showEvent(event);
+    showTime();
+    scheduleMinute();
+}
+
+void CompactInfoView::hideEvent(QHideEvent *event) {
+    QWidget::hideEvent(event);
+    m_minute.cancel();
+}
+
+} // namespace morvane

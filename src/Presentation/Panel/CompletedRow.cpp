@@ -1,0 +1,86 @@
+#include "Presentation/Panel/CompletedRow.h"
+
+#include "Core/Ground/TimeFormat.h"
+#include "Platform/Scheduler.h"
+#include "Presentation/Mascot/PixelFrameView.h"
+#include "Presentation/Mascot/PixelSequence.h"
+#include "Presentation/Overlay/PanelContext.h"
+#include "Presentation/Panel/AgentBadge.h"
+#include "Presentation/Panel/NameLine.h"
+#include "Presentation/Style/Colors.h"
+#include "Presentation/Style/PlatformWords.h"
+#include "Presentation/Style/TextLabel.h"
+#include "Presentation/Style/Typography.h"
+
+#include <QHBoxLayout>
+
+namespace morvane {
+
+namespace {
+
+constexpr double markPixel = 2;
+
+QString subtitleOf(const CompletedRecord &record, Date now) {
+    QString text = record.failed ? CompletedRow::tr("failed") : CompletedRow::tr("done");
+    text += QLatin1Char(' ') + TimeFormat::ago(record.finishedAt, now);
+    const QString detail = record.summary.value_or(record.lastPrompt.value_or(QString()));
+    return detail.isEmpty() ? text : text + QStringLiteral(" · ") + detail;
+}
+
+} // namespace
+
+CompletedRow::CompletedRow(const PanelContext &context, QWidget *parent)
+    : ListRow(context, Colors::secondaryText, parent), m_mark(new PixelFrameView(markPixel, this)),
+      m_agent(new AgentBadge(this)), m_digit(new Badge(this)),
+      m_subtitle(new TextLabel(Typography::text(Typography::secondarySize), Colors::tertiaryText, 1,
+                               this)) {
+    auto *row = new QHBoxLayout(this);
+    row->setContentsMargins(10, 4, 10, 6);
+    row->setSpacing(11);
+    auto *mark = new QVBoxLayout;
+    mark->setContentsMargins(0, 3, 0, 0);
+    mark->addWidget(m_mark);
+    mark->addStretch();
+    row->addLayout(mark);
+    auto *column = new QVBoxLayout;
+    column->setSpacing(2);
+    row->addLayout(column, 1);
+    nameLine().addBadge(*m_agent);
+    column->addWidget(&nameLine());
+    column->addWidget(m_subtitle);
+    row->addWidget(m_digit, 0, Qt::AlignVCenter);
+
+    connect(this, &CompletedRow::clicked, this, &CompletedRow::reopen);
+    connect(&nameLine(), &NameLine::renamed, this, [this](const QString &name) {
+        this->context().actions.onRenameCommit(m_record.cwd, name);
+    });
+}
+
+void CompletedRow::setRecord(const CompletedRecord &record, const Details &details) {
+    m_record = record;
+    const auto mark =
+        PixelSequence::atRest(record.failed ? SessionState::failed : SessionState::done);
+    m_mark->setFrame(mark.frames.first(), mark.color);
+    nameLine().setName(record.name);
+    nameLine().setRenamable(context().actions.onRenameCommit && !record.cwd.isEmpty());
+    const AgentKind agent = record.agent.value_or(AgentKind::claude);
+    m_agent->setAgent(details.showsAgent ? std::optional(agent) : std::nullopt);
+    m_digit->setContent(details.badge ? PlatformWords::digitShortcut(*details.badge + 1)
+                                      : QString(),
+                        Colors::tertiaryText);
+    m_subtitle->setText(subtitleOf(record, context().scheduler.now()));
+    setAccessibleName(record.name + QStringLiteral(", ") + m_subtitle->text());
+}
+
+bool CompletedRow::hitButton(const QPoint &position) const {
+    return context().actions.onReopen && ListRow::hitButton(position);
+}
+
+void CompletedRow::reopen() {
+    if (context().actions.onReopen) {
+        // What it was made from may go away while it is being opened.
+        context().actions.onReopen(CompletedRecord(m_record));
+    }
+}
+
+} // namespace morvane

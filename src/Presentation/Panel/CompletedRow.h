@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Core/Sessions/CompletedRecord.h"
+#include "Presentation/Panel/ListRow.h"
+
+#include <optional>
+
+namespace morvane {
+
+class AgentBadge;
+class Badge;
+class PixelFrameView;
+class TextLabel;
+
+/// One finished session in the panel. A click opens it again.
+class CompletedRow : public ListRow {
+    Q_OBJECT
+
+public:
+    struct Details {
+        bool showsAgent = false;  ///< whose session it was, where there are several agents
+        std::optional<int> badge; ///< the position that a digit key opens, from 0
+    };
+
+    /// The context outlives the row, which hands on to it what a person wants.
+    CompletedRow(const PanelContext &context, QWidget *parent);
+
+    /// The record as it is to be told now.
+    void setRecord(const CompletedRecord &record, const Details &details);
+    const CompletedRecord &record() const { return m_record; }
+
+protected:
+    bool hitButton(const QPoint &position) const override;
+
+private:
+    void reopen();
+
+    CompletedRecord m_record;
+    PixelFrameView *m_mark;
+    AgentBadge *m_agent;
+    Badge *m_digit;
+    TextLabel *m_subtitle;
+};
+
+} // namespace morvane

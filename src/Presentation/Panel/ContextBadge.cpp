@@ -1,0 +1,33 @@
+#include "Presentation/Panel/ContextBadge.h"
+
+#include "Core/Sessions/Session.h"
+#include "Presentation/Style/Colors.h"
+
+namespace morvane {
+
+namespace {
+
+constexpr QColor tightTint = Colors::sRgb(1.0, 0.5, 0.45);
+constexpr QColor fillingTint = Colors::sRgb(1.0, 0.78, 0.45);
+
+} // namespace
+
+void ContextBadge::setSession(const Session &session) {
+    const QString label = session.contextLabel().value_or(QString());
+    const QString count = QString::number(session.contextTokens.value_or(0));
+    if (session.contextPressure() == ContextPressure::tight) {
+        setContent(label, tightTint,
+                   count + tr(" tokens of context — close to a standard 200k window; a compaction "
+                              "is likely soon."));
+    } else if (session.contextPressure() == ContextPressure::filling) {
+        setContent(label, fillingTint,
+                   count + tr(" tokens of context — filling up if this is a standard 200k "
+                              "window."));
+    } else {
+        setContent(label, Colors::white(0.45),
+                   count + tr(" tokens of context in the last request."));
+    }
+    setAccessibleName(tr("context %1").arg(label));
+}
+
+} // namespace morvane

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Presentation/Style/SystemImage.h"
+
+#include <QAbstractButton>
+#include <QColor>
+
+#include <optional>
+
+namespace morvane {
+
+/// A button of a strip: its title, and the digit that presses it where one does. It never takes
+/// the focus, since its window must not.
+class DecideButton : public QAbstractButton {
+    Q_OBJECT
+
+public:
+    DecideButton(const QString &title, const QColor &tint, QWidget *parent);
+
+    void setTitle(const QString &title);
+
+    /// Puts a small picture right before the title, which may begin with a blank.
+    void setLeadingImage(SystemImage image) { m_leadingImage = image; }
+
+    /// Puts a small picture behind the title.
+    void setTrailingImage(SystemImage image) { m_trailingImage = image; }
+
+    void setShortcutDigit(std::optional<int> digit);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    int digitSpace() const;
+
+    QColor m_tint;
+    std::optional<int> m_digit;
+    std::optional<SystemImage> m_leadingImage;
+    std::optional<SystemImage> m_trailingImage;
+};
+
+} // namespace morvane

@@ -1,0 +1,215 @@
+#include "Presentation/Panel/ExpandedView.h"
+
+#include "Core/Ground/TimeFormat.h"
+#include "Core/Sessions/SessionStore.h"
+#include "Platform/MotionPreference.h"
+#include "Platform/Scheduler.h"
+#include "Presentation/Panel/CompletedRow.h"
+#include "Presentation/Panel/ListViewport.h"
+#include "Presentation/Panel/SessionRow.h"
+#include "Presentation/Style/Colors.h"
+#include "Presentation/Style/TextLabel.h"
+#include "Presentation/Style/Typography.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace morvane {
+
+namespace {
+
+constexpr int panelPadding = 14;
+constexpr int footerGap = 12;
+constexpr int standardWidth = 520;
+constexpr int attentionWidth = 600;
+constexpr int smallestListLimit = 120;
+constexpr int standardBudget = 480;
+constexpr Seconds contentDuration(0.18);
+constexpr Seconds attentionDuration(0.14);
+
+} // namespace
+
+ExpandedView::ExpandedView(const PanelContext &context, QWidget *parent)
+    : QWidget(parent), m_context(context), m_contentHeightBudget(standardBudget),
+      m_width(standardWidth), m_viewport(new ListViewport(m_context.scheduler, this)) {
+    connect(m_viewport, &ListViewport::contentResized, this, &ExpandedView::contentResized);
+}
+
+void ExpandedView::setContentHeightBudget(int budget) {
+    m_contentHeightBudget = budget;
+}
+
+int ExpandedView::maxActiveListHeight(int contentHeightBudget, int footerHeight) {
+    const int footer = footerHeight > 0 ? footerHeight + footerGap : 0;
+    return std::max(smallestListLimit, contentHeightBudget - footer - 2 * panelPadding);
+}
+
+void ExpandedView::refresh() {
+    const bool needsAttention =
+        m_context.store.hasPendingDecision() || m_context.store.hasExternalPrompt();
+    const bool attentionChanges = std::exchange(m_needsAttention, needsAttention) != needsAttention;
+    m_width = needsAttention ? attentionWidth : standardWidth;
+    const Entries next = entries();
+    m_viewport->rows().setEntries(next, movement(attentionChanges, next));
+    if (width() == m_width) {
+        m_viewport->refresh();
+    }
+    scheduleAges();
+}
+
+/// What has no place of its own on the screen yet doesn't come from anywhere.
+std::optional<Seconds> ExpandedView::movement(bool attentionChanges, const Entries &next) {
+    QStringList keys;
+    for (const RowList::Entry &entry : next) {
+        keys.append(entry.key);
+    }
+    const bool contentChanges = std::exchange(m_keys, keys) != keys;
+    if (!isVisible() || m_context.motion.isReduced() || !(attentionChanges || contentChanges)) {
+        return std::nullopt;
+    }
+    return attentionChanges ? attentionDuration : contentDuration;
+}
+
+QStringList ExpandedView::visibleSessionIDs() const {
+    QStringList result;
+    for (const Session &session : m_context.store.activeSessions()) {
+        result.append(QStringLiteral("active:") + session.id);
+    }
+    for (const Session &session : m_context.store.openSessions()) {
+        result.append(QStringLiteral("open:") + session.id);
+    }
+    for (const CompletedRecord &record : m_context.store.jumpableCompleted()) {
+        result.append(QStringLiteral("completed:") + record.id);
+    }
+    return result;
+}
+
+ExpandedView::Entries ExpandedView::entries() const {
+    const SessionStore &store = m_context.store;
+    Entries result;
+    appendSessions(result, store.activeSessions());
+    if (const auto open = store.openSessions(); !open.isEmpty()) {
+        result.append(header(tr("OPEN — no activity yet"), Colors::secondaryText));
+        appendSessions(result, open);
+    }
+    if (result.isEmpty() && store.jumpableCompleted().isEmpty()) {
+        result.append(text(tr("no active agent sessions"), Typography::text(Typography::bodySize),
+                           Colors::secondaryText, {0, 8, 0, 8}, Qt::AlignHCenter));
+    }
+    // While somebody waits for an answer, the eye belongs to the question.
+    if (!m_needsAttention) {
+        appendRecords(result, tr("RECENTLY COMPLETED"), Colors::secondaryText,
+                      store.recentlyCompleted());
+        appendRecords(result, tr("ARCHIVE"), Colors::archiveHeader, store.archivedCompleted());
+    }
+    return result;
+}
+
+void ExpandedView::appendSessions(Entries &list, const SessionSlice &sessions) const {
+    const auto awaiting =
+        m_context.showsDigitShortcuts ? m_context.store.sessionAwaitingDecision() : std::nullopt;
+    SessionRow::Details common;
+    common.setFlag(SessionRow::Detail::showsAgent, m_context.store.showsAgentBadges());
+    for (const Session &session : sessions) {
+        SessionRow::Details details = common;
+        details.setFlag(SessionRow::Detail::showsShortcuts, awaiting && awaiting->id == session.id);
+        const auto fill = [this, session, details](QWidget *present) -> QWidget * {
+            auto *row = present != nullptr ? static_cast<SessionRow *>(present)
+                                           : new SessionRow(m_context, &m_viewport->rows());
+            row->setSession(session, details);
+            return row;
+        };
+        list.append({QStringLiteral("session:") + session.id, fill});
+    }
+}
+
+void ExpandedView::appendRecords(Entries &list, const QString &title, const QColor &color,
+                                 const QList<CompletedRecord> &records) const {
+    if (records.isEmpty()) {
+        return;
+    }
+    list.append(header(title, color));
+    const QList<CompletedRecord> jumpable = m_context.store.jumpableCompleted();
+    for (const CompletedRecord &record : records) {
+        CompletedRow::Details details;
+        details.showsAgent = m_context.store.showsAgentBadges();
+        if (m_context.showsDigitShortcuts) {
+            details.badge = static_cast<int>(jumpable.indexOf(record));
+        }
+        const auto fill = [this, record, details](QWidget *present) -> QWidget * {
+            auto *row = present != nullptr ? static_cast<CompletedRow *>(present)
+                                           : new CompletedRow(m_context, &m_viewport->rows());
+            row->setRecord(record, details);
+            return row;
+        };
+        // Apart from the sessions, since a record may bear the id of one.
+        list.append({QStringLiteral("record:") + record.id, fill});
+    }
+}
+
+RowList::Entry ExpandedView::text(const QString &text, const QFont &font, const QColor &color,
+                                  const QMargins &margins, Qt::Alignment alignment) const {
+    const auto fill = [=, this](QWidget *present) -> QWidget * {
+        if (present != nullptr) {
+            return present;
+        }
+        auto *label = new TextLabel(font, color, 1, &m_viewport->rows());
+        label->setText(text);
+        label->setContentsMargins(margins);
+        label->setAlignment(alignment);
+        return label;
+    };
+    return {QStringLiteral("text:") + text, fill};
+}
+
+RowList::Entry ExpandedView::header(const QString &title, const QColor &color) const {
+    return text(title, Typography::text(Typography::badgeSize, QFont::DemiBold), color,
+                {10, 10, 10, 4}, Qt::AlignLeft);
+}
+
+/// One timer for all of the records, aimed at the first text that becomes untrue.
+void ExpandedView::scheduleAges() {
+    m_ages.cancel();
+    if (!isVisible() || m_needsAttention) {
+        return;
+    }
+    std::optional<Seconds> next;
+    for (const CompletedRecord &record : m_context.store.jumpableCompleted()) {
+        const Seconds change =
+            TimeFormat::untilAgoChanges(record.finishedAt, m_context.scheduler.now());
+        next = std::min(next.value_or(change), change);
+    }
+    if (next) {
+        m_ages = m_context.scheduler.after(*next, [this] { refresh(); });
+    }
+}
+
+QSize ExpandedView::sizeHint() const {
+    const int limit = maxActiveListHeight(m_contentHeightBudget, m_footerHeight);
+    const int whole = m_viewport->contentHeight(m_width - 2 * panelPadding, limit);
+    return {m_width, std::clamp(whole, 1, limit) + 2 * panelPadding};
+}
+
+void ExpandedView::resizeEvent(QResizeEvent *) {
+    m_viewport->setGeometry(
+        rect().adjusted(panelPadding, panelPadding, -panelPadding, -panelPadding));
+}
+
+void ExpandedView::showEvent(QShowEvent *event) {
+    QWidget::showEvent(event);
+    scheduleAges();
+}
+
+void ExpandedView::hideEvent(QHideEvent *event) {
+    QWidget::hideEvent(event);
+    m_ages.cancel();
+    // A panel opens at its top.
+    m_viewport->scrollToTop();
+}
+
+/// The wheel also scrolls from beside the list, where the pointer rests when the panel has opened.
+void ExpandedView::wheelEvent(QWheelEvent *event) {
+    m_viewport->scroll(*event);
+}
+
+} // namespace morvane

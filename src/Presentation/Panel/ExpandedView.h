@@ -1,0 +1,70 @@
+#pragma once
+
+#include "Core/Sessions/SessionSlice.h"
+#include "Platform/Task.h"
+#include "Platform/Time.h"
+#include "Presentation/Overlay/PanelContext.h"
+#include "Presentation/Panel/RowList.h"
+
+#include <optional>
+
+namespace morvane {
+
+class ListViewport;
+
+/// The open panel: the sessions at work first, then the open ones, then those that have finished.
+/// Shown by the presenters, which bring it up to date and then give it the size that it asks for.
+class ExpandedView : public QWidget {
+    Q_OBJECT
+
+public:
+    ExpandedView(const PanelContext &context, QWidget *parent);
+
+    /// The height that the panel may take, in points.
+    void setContentHeightBudget(int budget);
+
+    /// How high the list may be in a panel of this height with a footer of that height; 0 is none.
+    static int maxActiveListHeight(int contentHeightBudget, int footerHeight);
+
+    /// Takes over what the store has now.
+    void refresh();
+
+    /// What there is to see, for whoever wants to notice that it has become something else.
+    QStringList visibleSessionIDs() const;
+
+    QSize sizeHint() const override;
+
+signals:
+    /// A row has changed its height by itself.
+    void contentResized();
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+
+private:
+    using Entries = QList<RowList::Entry>;
+
+    Entries entries() const;
+    void appendSessions(Entries &list, const SessionSlice &sessions) const;
+    void appendRecords(Entries &list, const QString &title, const QColor &color,
+                       const QList<CompletedRecord> &records) const;
+    RowList::Entry text(const QString &text, const QFont &font, const QColor &color,
+                        const QMargins &margins, Qt::Alignment alignment) const;
+    RowList::Entry header(const QString &title, const QColor &color) const;
+    std::optional<Seconds> movement(bool attentionChanges, const Entries &next);
+    void scheduleAges();
+
+    const PanelContext m_context;
+    int m_contentHeightBudget;
+    int m_footerHeight = 0; ///< until there is one to measure
+    int m_width;
+    bool m_needsAttention = false;
+    QStringList m_keys; ///< of the entries on show
+    ListViewport *m_viewport;
+    Task m_ages; ///< brings the ages of the records up to date
+};
+
+} // namespace morvane

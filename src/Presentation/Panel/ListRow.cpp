@@ -1,0 +1,66 @@
+#include "Presentation/Panel/ListRow.h"
+
+#include "Presentation/Panel/NameLine.h"
+#include "Presentation/Style/Colors.h"
+
+#include <QPainter>
+
+namespace morvane {
+
+namespace {
+
+constexpr double cornerRadius = 9;
+
+} // namespace
+
+ListRow::ListRow(const PanelContext &context, const QColor &nameColor, QWidget *parent)
+    : QAbstractButton(parent), m_context(context),
+      m_nameLine(new NameLine(context, nameColor, *this)) {
+    setFocusPolicy(Qt::NoFocus);
+    // A button's own policy is a fixed height, which would cut off text of several lines.
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    setAttribute(Qt::WA_Hover);
+}
+
+bool ListRow::isEditing() const {
+    return m_nameLine->isEditing();
+}
+
+void ListRow::abandonEditing() {
+    m_nameLine->abandonEditing();
+}
+
+void ListRow::followPointer(std::optional<QPoint> pointer) {
+    const auto isUnder = [&pointer](const QWidget &widget) {
+        return pointer && widget.rect().contains(widget.mapFromGlobal(*pointer));
+    };
+    if (!underMouse() && !isUnder(*this)) {
+        return;
+    }
+    QList<QAbstractButton *> buttons = findChildren<QAbstractButton *>();
+    buttons.append(this);
+    for (QAbstractButton *button : std::as_const(buttons)) {
+        if (button->underMouse() != isUnder(*button)) {
+            button->setAttribute(Qt::WA_UnderMouse, !button->underMouse());
+            button->update();
+        }
+    }
+}
+
+/// A click beside the field closes it, and must not take the person to the terminal as well.
+bool ListRow::hitButton(const QPoint &position) const {
+    return !isEditing() && QAbstractButton::hitButton(position);
+}
+
+void ListRow::paintEvent(QPaintEvent *) {
+    if (!underMouse()) {
+        return;
+    }
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(isDown() ? Colors::rowPressed : Colors::rowHover);
+    painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+}
+
+} // namespace morvane

@@ -1,0 +1,81 @@
+#include "Presentation/Panel/ListViewport.h"
+
+#include "Presentation/Panel/EdgeFade.h"
+#include "Presentation/Panel/RowList.h"
+
+#include <QWheelEvent>
+
+#include <algorithm>
+
+namespace morvane {
+
+namespace {
+
+constexpr int fadeHeight = 28;
+constexpr int notchHeight = 48;
+
+} // namespace
+
+ListViewport::ListViewport(Scheduler &scheduler, QWidget *parent)
+    : QWidget(parent), m_rows(new RowList(scheduler, this)),
+      m_topFade(new EdgeFade(EdgeFade::Edge::top, this)),
+      m_bottomFade(new EdgeFade(EdgeFade::Edge::bottom, this)) {
+    connect(m_rows, &RowList::heightsChanged, this, &ListViewport::heightsChanged);
+}
+
+int ListViewport::contentHeight(int width, int limit) {
+    return m_rows->layOut(width, 0, limit);
+}
+
+void ListViewport::refresh() {
+    layOut(m_rows->anchor(m_offset));
+}
+
+/// The anchor keeps its distance from what is in sight, so that a list that is scrolled stays put
+/// when something changes above of that.
+void ListViewport::layOut(std::optional<qsizetype> anchor) {
+    const int before = anchor ? m_rows->top(*anchor) : 0;
+    m_whole = m_rows->layOut(width(), m_offset, m_offset + height());
+    if (anchor) {
+        const int shift = m_rows->top(*anchor) - before;
+        m_offset += shift;
+        m_rows->shiftStart(shift);
+    }
+    m_offset = std::clamp(m_offset, 0, std::max(0, m_whole - height()));
+    m_whole = m_rows->layOut(width(), m_offset, m_offset + height());
+    m_rows->setGeometry(0, -m_offset, width(), std::max(m_whole, height()));
+    m_topFade->setGeometry(0, 0, width(), fadeHeight);
+    m_topFade->setVisible(m_offset > 0);
+    m_bottomFade->setGeometry(0, height() - fadeHeight, width(), fadeHeight);
+    m_bottomFade->setVisible(m_offset + height() < m_whole);
+}
+
+void ListViewport::heightsChanged() {
+    const int before = m_whole;
+    refresh();
+    if (m_whole != before) {
+        emit contentResized();
+    }
+}
+
+void ListViewport::resizeEvent(QResizeEvent *) {
+    refresh();
+}
+
+void ListViewport::scroll(QWheelEvent &event) {
+    // A notch of a wheel is 120 units.
+    const auto anchor = m_rows->anchor(m_offset);
+    const QPoint pixels = event.pixelDelta();
+    m_offset -= pixels.isNull() ? event.angleDelta().y() * notchHeight / 120 : pixels.y();
+    layOut(anchor);
+    m_rows->abandonEditingOutside(m_offset, m_offset + height());
+    m_rows->followPointer();
+    event.accept();
+}
+
+void ListViewport::scrollToTop() {
+    m_offset = 0;
+    layOut(std::nullopt);
+}
+
+} // namespace morvane

@@ -1,0 +1,66 @@
+#include "Presentation/Panel/OptionButton.h"
+
+#include "Presentation/Style/Colors.h"
+#include "Presentation/Style/TextLabel.h"
+#include "Presentation/Style/Typography.h"
+
+#include <QHBoxLayout>
+#include <QPainter>
+
+namespace morvane {
+
+namespace {
+
+constexpr int maxLines = 3;
+constexpr double cornerRadius = 7;
+constexpr double restOpacity = 0.09;
+constexpr double hoverOpacity = 0.18;
+constexpr double pressedOpacity = 0.3;
+
+} // namespace
+
+OptionButton::OptionButton(const AgentOption &option, const QColor &accent,
+                           std::optional<int> shortcutDigit, QWidget *parent)
+    : QAbstractButton(parent), m_accent(accent) {
+    setText(option.label);
+    setAccessibleName(option.label);
+    setAccessibleDescription(option.description.value_or(QString()));
+    setFocusPolicy(Qt::NoFocus);
+    // A button's own policy is a fixed height, which would cut off text of several lines.
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    setAttribute(Qt::WA_Hover);
+    setCursor(Qt::PointingHandCursor);
+
+    auto *line = new QHBoxLayout(this);
+    line->setContentsMargins(11, 6, 11, 6);
+    line->setSpacing(9);
+    const QFont labelFont = Typography::text(Typography::bodySize, QFont::DemiBold);
+    if (shortcutDigit) {
+        auto *digit = new TextLabel(labelFont, Colors::faded(accent, 0.55), 1, this);
+        digit->setText(QString::number(*shortcutDigit));
+        line->addWidget(digit, 0, Qt::AlignTop);
+    }
+    auto *texts = new QVBoxLayout;
+    texts->setSpacing(2);
+    line->addLayout(texts, 1);
+    auto *label = new TextLabel(labelFont, accent, maxLines, this);
+    label->setText(option.label);
+    texts->addWidget(label);
+    if (option.description && !option.description->isEmpty()) {
+        auto *description = new TextLabel(Typography::text(Typography::secondarySize),
+                                          Colors::secondaryText, maxLines, this);
+        description->setText(*option.description);
+        texts->addWidget(description);
+    }
+}
+
+void OptionButton::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const double opacity = isDown() ? pressedOpacity : underMouse() ? hoverOpacity : restOpacity;
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Colors::faded(m_accent, opacity));
+    painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+}
+
+} // namespace morvane

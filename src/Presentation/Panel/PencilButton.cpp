@@ -1,0 +1,45 @@
+#include "Presentation/Panel/PencilButton.h"
+
+#include "Presentation/Style/Colors.h"
+#include "Presentation/Style/HelpText.h"
+#include "Presentation/Style/SystemImage.h"
+
+#include <QPainter>
+
+namespace morvane {
+
+namespace {
+
+constexpr int frameSide = 20;
+constexpr double imageSide = 10;
+constexpr double cornerRadius = 5;
+
+} // namespace
+
+PencilButton::PencilButton(const QWidget &row, QWidget *parent)
+    : QAbstractButton(parent), m_row(row) {
+    setFixedSize(frameSide, frameSide);
+    setFocusPolicy(Qt::NoFocus);
+    setAttribute(Qt::WA_Hover);
+    setCursor(Qt::PointingHandCursor);
+    setAccessibleName(tr("Rename this session"));
+    setHelpText(*this, tr("Rename this session"));
+}
+
+void PencilButton::paintEvent(QPaintEvent *) {
+    if (!m_row.underMouse()) {
+        return;
+    }
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (underMouse()) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(Colors::white(isDown() ? 0.2 : 0.12));
+        painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+    }
+    const double inset = (frameSide - imageSide) / 2;
+    morvane::paint(painter, SystemImage::pencil, QRectF(inset, inset, imageSide, imageSide),
+                   underMouse() ? Colors::primaryText : Colors::secondaryText);
+}
+
+} // namespace morvane

@@ -1,0 +1,80 @@
+#include "Presentation/Panel/QuestionStrip.h"
+
+#include "Presentation/Panel/Countdown.h"
+#include "Presentation/Panel/OptionButton.h"
+#include "Presentation/Style/Colors.h"
+#include "Presentation/Style/Typography.h"
+
+#include <QHBoxLayout>
+
+#include <algorithm>
+
+namespace morvane {
+
+QuestionStrip::QuestionStrip(Scheduler &scheduler, QWidget *parent)
+    : QWidget(parent),
+      m_header(new TextLabel(Typography::text(Typography::secondarySize, QFont::DemiBold),
+                             Colors::questionAccent, 1, this)),
+      m_position(new TextLabel(Typography::text(Typography::secondarySize), Colors::secondaryText,
+                               1, this)),
+      m_text(new TextLabel(Typography::text(Typography::bodySize), Colors::primaryText, 0, this)),
+      m_countdown(new Countdown(scheduler, this)), m_options(new QVBoxLayout) {
+    auto *strip = new QVBoxLayout(this);
+    strip->setContentsMargins(0, 8, 0, 2);
+    strip->setSpacing(5);
+    auto *head = new QHBoxLayout;
+    head->setSpacing(6);
+    head->addWidget(m_header);
+    head->addWidget(m_position);
+    head->addStretch();
+    head->addWidget(m_countdown);
+    strip->addLayout(head);
+    strip->addWidget(m_text);
+    m_options->setContentsMargins(0, 3, 0, 0);
+    m_options->setSpacing(5);
+    strip->addLayout(m_options);
+}
+
+void QuestionStrip::setQuestion(const PendingQuestion &pending, bool showsShortcuts) {
+    const qsizetype position = std::max<qsizetype>(0, pending.firstUnanswered());
+    if (position >= pending.questions.size()) {
+        return;
+    }
+    const AgentQuestion &question = pending.questions[position];
+    const QString header = question.header.value_or(QString());
+    m_header->setText(header.isEmpty() ? tr("Choose") : header);
+    m_position->setText(tr("%1 of %2").arg(position + 1).arg(pending.questions.size()));
+    m_text->setText(question.question);
+    m_countdown->setExpiresAt(pending.expiresAt);
+    const bool isSame =
+        m_question == question && m_pendingID == pending.id && m_showsShortcuts == showsShortcuts;
+    if (!isSame) {
+        m_pendingID = pending.id;
+        showQuestion(question, showsShortcuts);
+    }
+}
+
+void QuestionStrip::showQuestion(const AgentQuestion &question, bool showsShortcuts) {
+    m_question = question;
+    m_showsShortcuts = showsShortcuts;
+    for (OptionButton *button : std::as_const(m_buttons)) {
+        // Its own click may be what has brought the next question.
+        button->hide();
+        button->deleteLater();
+    }
+    m_buttons.clear();
+    int digit = 1;
+    for (const AgentOption &option : question.options) {
+        auto *button = new OptionButton(option, Colors::questionAccent,
+                                        showsShortcuts ? std::optional(digit) : std::nullopt, this);
+        connect(
+            button, &OptionButton::clicked, this,
+            [this, text = question.question, label = option.label] { emit answered(text, label); });
+        m_options->addWidget(button);
+        button->show();
+        m_buttons.append(button);
+        ++digit;
+    }
+}
+
+} // namespace morvane

@@ -1,0 +1,105 @@
+#pragma once
+
+#include "Presentation/Style/Animation.h"
+
+#include <QAccessible>
+#include <QPixmap>
+#include <QWidget>
+
+#include <functional>
+#include <optional>
+
+namespace morvane {
+
+class ListRow;
+
+/// The list of the panel: headers and rows, one below the other. What stands in it is told by
+/// entries; a widget is made when its entry first comes into sight, so that a long list opens as
+/// quickly as a short one, and stays for as long as its entry does.
+///
+/// A change may move: what is new comes in, what is gone leaves as a picture of itself, and the
+/// rest glides to its new place.
+class RowList : public QWidget, private QAccessible::ActivationObserver {
+    Q_OBJECT
+
+public:
+    struct Entry {
+        QString key; ///< says which widget of the list before is this entry's
+        /// Brings the widget up to date, or makes it, as a child of the list, when there is none.
+        std::function<QWidget *(QWidget *present)> fill;
+    };
+
+    RowList(Scheduler &scheduler, QWidget *parent);
+    ~RowList() override;
+
+    /// Takes over what is to be shown. Takes effect with the next `layOut`; with a duration the
+    /// change moves, without one a movement that is under way goes on.
+    void setEntries(const QList<Entry> &entries, std::optional<Seconds> duration);
+
+    /// Places everything at this width, makes what lies between the two heights, and gives the
+    /// height of it all. With a screen reader about everything is made, so that it can be read.
+    int layOut(int width, int from, int to);
+
+    /// The entry that should stay in sight when others change: the one whose text somebody edits,
+    /// else the first in sight of a list that is scrolled this far; none when that is at its top.
+    std::optional<qsizetype> anchor(int offset) const;
+    int top(qsizetype entry) const { return m_slots[entry].top; }
+
+    /// Lets a movement begin so much lower, when the list is scrolled by as much.
+    void shiftStart(int distance);
+
+    /// Closes the text field in a row that has no part between the two heights.
+    void abandonEditingOutside(int from, int to);
+
+    /// Tells the rows where the pointer is.
+    void followPointer();
+
+signals:
+    /// A row has changed its height by itself.
+    void heightsChanged();
+
+protected:
+    bool event(QEvent *event) override;
+    void leaveEvent(QEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    struct Slot {
+        Entry entry;
+        QWidget *widget = nullptr; ///< none while it has not yet been in sight
+        int top = 0;
+        int height = 0;
+        bool isPlaced = false;
+        bool isMeasured = false;
+        bool isEntering = false;
+        int startTop = 0; ///< where the present movement began
+        int startHeight = 0;
+    };
+
+    /// What has left the list, and can no longer be clicked.
+    struct Ghost {
+        QPixmap picture;
+        QPoint position;
+    };
+
+    void accessibilityActiveChanged(bool active) override;
+    void takeOver(const QList<Entry> &entries, bool moves);
+    void dismiss(Slot &slot, bool moves);
+    void start(Seconds duration);
+    void finish();
+    void measure(Slot &slot);
+    void place();
+    void place(Slot &slot) const;
+    void orderForReaders();
+
+    QList<Slot> m_slots;
+    QList<Ghost> m_ghosts;
+    Animation m_movement;
+    double m_share = 1; ///< of the movement, eased
+    int m_width = 0;
+    bool m_isRead = QAccessible::isActive(); ///< by a screen reader
+    int m_usualHeight;                       ///< of a row that hasn't been made
+};
+
+} // namespace morvane

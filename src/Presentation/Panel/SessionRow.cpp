@@ -1,0 +1,203 @@
+#include "Presentation/Panel/SessionRow.h"
+
+#include "Core/Navigation/HostApp.h"
+#include "Core/Sessions/SessionStore.h"
+#include "Presentation/Mascot/PixelAnimator.h"
+#include "Presentation/Overlay/PanelContext.h"
+#include "Presentation/Panel/AgentBadge.h"
+#include "Presentation/Panel/ApprovalStrip.h"
+#include "Presentation/Panel/ExternalStrip.h"
+#include "Presentation/Panel/NameLine.h"
+#include "Presentation/Panel/QuestionStrip.h"
+#include "Presentation/Panel/ReplyStrip.h"
+#include "Presentation/Panel/SessionMetaLine.h"
+#include "Presentation/Panel/SessionSubtitle.h"
+#include "Presentation/Panel/SubagentList.h"
+#include "Presentation/Style/Colors.h"
+#include "Presentation/Style/TextLabel.h"
+#include "Presentation/Style/Typography.h"
+
+#include <QHBoxLayout>
+
+namespace morvane {
+
+namespace {
+
+constexpr double markPixel = 2;
+constexpr int separatorGap = 3;
+
+} // namespace
+
+SessionRow::SessionRow(const PanelContext &context, QWidget *parent)
+    : ListRow(context, Colors::primaryText, parent),
+      m_mark(
+          new PixelAnimator(context.timeline, context.scheduler, context.motion, markPixel, this)),
+      m_agent(new AgentBadge(this)),
+      m_status(new TextLabel(Typography::text(Typography::secondarySize), Colors::secondaryText, 1,
+                             this)),
+      m_detail(new TextLabel(Typography::text(Typography::secondarySize), Colors::tertiaryText, 1,
+                             this)),
+      m_meta(new SessionMetaLine(this)), m_subagents(new SubagentList(this)) {
+    arrange();
+    connect(this, &SessionRow::clicked, this, &SessionRow::select);
+    connect(&nameLine(), &NameLine::renamed, this, [this](const QString &name) {
+        this->context().actions.onRenameCommit(m_session.cwd, name);
+    });
+}
+
+void SessionRow::arrange() {
+    auto *row = new QHBoxLayout(this);
+    row->setContentsMargins(10, 6, 10, 8);
+    row->setSpacing(11);
+    auto *mark = new QVBoxLayout;
+    mark->setContentsMargins(0, 3, 0, 0);
+    mark->addWidget(m_mark);
+    mark->addStretch();
+    row->addLayout(mark);
+
+    m_column = new QVBoxLayout;
+    m_column->setSpacing(2);
+    row->addLayout(m_column, 1);
+    nameLine().addBadge(*m_agent);
+    m_column->addWidget(&nameLine());
+    auto *subtitle = new QHBoxLayout;
+    subtitle->setSpacing(separatorGap);
+    subtitle->addWidget(m_status);
+    subtitle->addWidget(m_detail, 1);
+    m_column->addLayout(subtitle);
+    m_column->addWidget(m_meta);
+    m_column->addWidget(m_subagents);
+}
+
+void SessionRow::setSession(const Session &session, Details details) {
+    if (m_isFilled && session == m_session && details == m_details) {
+        return;
+    }
+    m_isFilled = true;
+    m_session = session;
+    m_details = details;
+    showMain(details);
+    showStrip(details);
+}
+
+void SessionRow::showMain(Details details) {
+    m_mark->setMode({m_session.state}, m_session.stateChangedAt);
+    nameLine().setName(m_session.displayName());
+    nameLine().setRenamable(context().actions.onRenameCommit && !m_session.cwd.isEmpty());
+    m_agent->setAgent(details.testFlag(Detail::showsAgent) ? std::optional(m_session.agent)
+                                                           : std::nullopt);
+    const SessionSubtitle subtitle = SessionSubtitle::of(m_session);
+    // The separator stays with the status, for the detail may read from right to left.
+    const bool hasDetail = !subtitle.detail.isEmpty();
+    m_status->setText(hasDetail ? subtitle.status + QStringLiteral(" ·") : subtitle.status);
+    m_detail->setText(subtitle.detail);
+    m_meta->setSession(m_session);
+    m_subagents->setSubagents(m_session.subagents);
+    setAccessibleName(m_session.displayName() + QStringLiteral(", ") + subtitle.text());
+}
+
+void SessionRow::showStrip(Details details) {
+    QWidget *const before = m_strip;
+    m_strip = stripFor(details.testFlag(Detail::showsShortcuts));
+    if (before != nullptr && before != m_strip) {
+        before->hide();
+    }
+    if (m_strip != nullptr) {
+        m_strip->show();
+    }
+}
+
+QWidget *SessionRow::stripFor(bool showsShortcuts) {
+    if (m_session.pendingApproval) {
+        approvalStrip().setApproval(*m_session.pendingApproval, showsShortcuts);
+        return m_approval;
+    }
+    if (m_session.pendingQuestion) {
+        questionStrip().setQuestion(*m_session.pendingQuestion, showsShortcuts);
+        return m_question;
+    }
+    if (m_session.pendingExternalResponse) {
+        externalStrip().setSession(m_session);
+        return m_external;
+    }
+    return takesReplies() ? &replyStrip() : nullptr;
+}
+
+/// Only into a tmux pane and into iTerm2 can be typed.
+bool SessionRow::takesReplies() const {
+    const bool isFinished =
+        m_session.state == SessionState::done || m_session.state == SessionState::failed;
+    return isFinished && context().actions.onReply &&
+           (m_session.pane.tmux ||
+            HostApp::bundleID(m_session.hostBundleID, m_session.termProgram) ==
+                u"com.googlecode.iterm2");
+}
+
+void SessionRow::select() {
+    if (context().actions.onSelect) {
+        context().actions.onSelect(m_session);
+    }
+}
+
+// A strip is made when it is first called for: most rows never need one.
+
+ApprovalStrip &SessionRow::approvalStrip() {
+    if (m_approval == nullptr) {
+        m_approval = new ApprovalStrip(context().scheduler, this);
+        m_column->addWidget(m_approval);
+        connect(m_approval, &ApprovalStrip::decided, this, [this](const AgentDecision &decision) {
+            context().store.decide(m_session.id, decision);
+        });
+    }
+    return *m_approval;
+}
+
+QuestionStrip &SessionRow::questionStrip() {
+    if (m_question == nullptr) {
+        m_question = new QuestionStrip(context().scheduler, this);
+        m_column->addWidget(m_question);
+        connect(m_question, &QuestionStrip::answered, this,
+                [this](const QString &question, const QString &option) {
+                    context().store.answer(m_session.id, question, option);
+                });
+    }
+    return *m_question;
+}
+
+ExternalStrip &SessionRow::externalStrip() {
+    if (m_external == nullptr) {
+        m_external = new ExternalStrip(this);
+        m_column->addWidget(m_external);
+        connect(m_external, &ExternalStrip::answerRequested, this, &SessionRow::select);
+    }
+    return *m_external;
+}
+
+ReplyStrip &SessionRow::replyStrip() {
+    if (m_reply == nullptr) {
+        m_reply = new ReplyStrip(context(), this);
+        m_column->addWidget(m_reply);
+        connect(m_reply, &ReplyStrip::replied, this,
+                [this](const QString &text) { context().actions.onReply(m_session, text); });
+    }
+    return *m_reply;
+}
+
+bool SessionRow::isEditing() const {
+    return ListRow::isEditing() || (m_reply != nullptr && m_reply->isReplying());
+}
+
+void SessionRow::abandonEditing() {
+    ListRow::abandonEditing();
+    if (m_reply != nullptr) {
+        m_reply->abandonReply();
+    }
+}
+
+bool SessionRow::hitButton(const QPoint &position) const {
+    // A press that just misses a button of the strip must not take the person to the terminal.
+    const bool isInStrip = m_strip != nullptr && position.y() >= m_strip->y();
+    return !isInStrip && ListRow::hitButton(position);
+}
+
+} // namespace morvane

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "Core/Agents/AgentDecision.h"
+#include "Core/Sessions/Session.h"
+#include "Presentation/Panel/ListRow.h"
+
+class QVBoxLayout;
+
+namespace morvane {
+
+class AgentBadge;
+class ApprovalStrip;
+class ExternalStrip;
+class PixelAnimator;
+class QuestionStrip;
+class ReplyStrip;
+class SessionMetaLine;
+class SubagentList;
+class TextLabel;
+
+/// One live session in the panel: its state, its name and what it is doing, and below that the
+/// strip for whatever it waits for. A row stays with its session and is brought up to date in
+/// place, so that nothing vanishes under a press because another session has changed.
+class SessionRow : public ListRow {
+    Q_OBJECT
+
+public:
+    enum class Detail {
+        showsAgent = 1,     ///< whose session it is, where there are several agents
+        showsShortcuts = 2, ///< the digits that press the strip's buttons
+    };
+    Q_DECLARE_FLAGS(Details, Detail)
+
+    /// The context outlives the row, which hands on to it what a person wants.
+    SessionRow(const PanelContext &context, QWidget *parent);
+
+    void setSession(const Session &session, Details details);
+    const Session &session() const { return m_session; }
+
+    bool isEditing() const override;
+    void abandonEditing() override;
+
+protected:
+    bool hitButton(const QPoint &position) const override;
+
+private:
+    void arrange();
+    void showMain(Details details);
+    void showStrip(Details details);
+    QWidget *stripFor(bool showsShortcuts);
+    bool takesReplies() const;
+    void select();
+    ApprovalStrip &approvalStrip();
+    QuestionStrip &questionStrip();
+    ExternalStrip &externalStrip();
+    ReplyStrip &replyStrip();
+
+    Session m_session;
+    Details m_details;
+    bool m_isFilled = false;
+    PixelAnimator *m_mark;
+    AgentBadge *m_agent;
+    TextLabel *m_status;
+    TextLabel *m_detail;
+    SessionMetaLine *m_meta;
+    SubagentList *m_subagents;
+    QVBoxLayout *m_column = nullptr;
+    QWidget *m_strip = nullptr; ///< the one on show
+    ApprovalStrip *m_approval = nullptr;
+    QuestionStrip *m_question = nullptr;
+    ExternalStrip *m_external = nullptr;
+    ReplyStrip *m_reply = nullptr;
+};
+
+Q_DECLARE_OPERATORS_FOR_FLAGS(SessionRow::Details)
+
+} // namespace morvane

@@ -1,0 +1,60 @@
+#include "Presentation/Panel/SessionSubtitle.h"
+
+#include "Core/Sessions/Session.h"
+
+namespace morvane {
+
+namespace {
+
+QString firstOf(std::initializer_list<const std::optional<QString> *> candidates) {
+    for (const auto *candidate : candidates) {
+        if (*candidate) {
+            return **candidate;
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+SessionSubtitle SessionSubtitle::of(const Session &session) {
+    const QString detail = firstOf({&session.aiTitle, &session.lastPrompt});
+    const QString result = firstOf({&session.summary, &session.aiTitle, &session.lastPrompt});
+    switch (session.state) {
+    case SessionState::idle:
+        return {tr("idle"), detail};
+    case SessionState::done:
+        return {tr("done"), result};
+    case SessionState::failed:
+        return {tr("failed"), result};
+    case SessionState::needsInput:
+        if (session.pendingQuestion) {
+            return {tr("asking you"), detail};
+        }
+        if (session.pendingExternalResponse) {
+            return {tr("waiting for your answer"), detail};
+        }
+        if (session.pendingApproval) {
+            return {tr("waiting to run %1").arg(session.pendingApproval->toolName), detail};
+        }
+        return {tr("needs your input"), detail};
+    case SessionState::working:
+        break;
+    }
+    if (session.pendingAgents == 1) {
+        return {tr("waiting for 1 agent…"), detail};
+    }
+    if (session.pendingAgents > 1) {
+        return {tr("waiting for %1 agents…").arg(session.pendingAgents), detail};
+    }
+    if (session.currentTool) {
+        return {tr("running %1").arg(*session.currentTool), detail};
+    }
+    return {tr("working…"), detail};
+}
+
+QString SessionSubtitle::text() const {
+    return detail.isEmpty() ? status : status + QStringLiteral(" · ") + detail;
+}
+
+} // namespace morvane

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Core/Sessions/Session.h"
+
+#include <QAbstractButton>
+#include <QList>
+
+namespace morvane {
+
+class TextLabel;
+
+/// How many subagents a session has started in this turn; a click lists what they are for. Hidden
+/// while there is none.
+class SubagentList : public QAbstractButton {
+    Q_OBJECT
+
+public:
+    explicit SubagentList(QWidget *parent);
+
+    void setSubagents(const QList<Subagent> &subagents);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    TextLabel *m_count;
+    TextLabel *m_tasks;
+};
+
+} // namespace morvane

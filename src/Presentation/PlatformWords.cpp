@@ -1,9 +1,0 @@
-#include "Presentation/PlatformWords.h"
-
-namespace morvane {
-
-QString PlatformWords::digitShortcut(int digit) {
-    return tr("Ctrl %1").arg(digit);
-}
-
-} // namespace morvane

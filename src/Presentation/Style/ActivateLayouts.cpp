@@ -1,0 +1,19 @@
+#include "Presentation/Style/ActivateLayouts.h"
+
+#include <QLayout>
+#include <QWidget>
+
+namespace morvane {
+
+void activateLayouts(QWidget &widget) {
+    for (QObject *child : widget.children()) {
+        if (child->isWidgetType()) {
+            activateLayouts(*static_cast<QWidget *>(child));
+        }
+    }
+    if (widget.layout() != nullptr) {
+        widget.layout()->activate();
+    }
+}
+
+} // namespace morvane

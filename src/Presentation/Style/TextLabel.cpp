@@ -1,0 +1,125 @@
+#include "Presentation/Style/TextLabel.h"
+
+#include <QPainter>
+#include <QTextLayout>
+#include <QTextOption>
+
+#include <algorithm>
+
+namespace morvane {
+
+namespace {
+
+bool isControl(QChar character) {
+    return character.category() == QChar::Other_Control ||
+           character.category() == QChar::Separator_Line ||
+           character.category() == QChar::Separator_Paragraph;
+}
+
+bool turnsDirection(QChar character) {
+    return (character >= u'\u202a' && character <= u'\u202e') ||
+           (character >= u'\u2066' && character <= u'\u2069');
+}
+
+} // namespace
+
+TextLabel::TextLabel(const QFont &font, const QColor &color, int maxLines, QWidget *parent)
+    : QLabel(parent), m_color(color), m_maxLines(maxLines) {
+    setFont(font);
+    setTextFormat(Qt::PlainText);
+    // A fixed height would hold text of several lines down to the one line of the size hint.
+    setSizePolicy(QSizePolicy::Preferred,
+                  maxLines == 1 ? QSizePolicy::Fixed : QSizePolicy::Preferred);
+}
+
+void TextLabel::setColor(const QColor &color) {
+    if (color != m_color) {
+        m_color = color;
+        update();
+    }
+}
+
+/// Names and prompts come from outside. What would break a line of theirs becomes a space, and
+/// what would turn the direction of all that follows it is left out.
+QString TextLabel::printable() const {
+    QString result = text();
+    const QChar lineBreak = m_maxLines == 1 ? QChar(u' ') : QChar(QChar::LineSeparator);
+    for (QChar &character : result) {
+        if (character == u'\n') {
+            character = lineBreak;
+        } else if (isControl(character)) {
+            character = u' ';
+        }
+    }
+    result.removeIf(&turnsDirection);
+    return result;
+}
+
+const QStringList &TextLabel::lines(int width) const {
+    if (m_broken.width != width || m_broken.text != text()) {
+        m_broken = {text(), width, broken(width)};
+    }
+    return m_broken.lines;
+}
+
+QStringList TextLabel::broken(int width) const {
+    const QString whole = printable();
+    if (m_maxLines == 1) {
+        return {fontMetrics().elidedText(whole, Qt::ElideRight, width)};
+    }
+    QTextLayout layout(whole, font());
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(option);
+    QStringList result;
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        const bool isLast = m_maxLines > 0 && result.size() == m_maxLines - 1;
+        if (isLast) {
+            const QString rest = whole.mid(line.textStart()).replace(QChar::LineSeparator, u' ');
+            result.append(fontMetrics().elidedText(rest, Qt::ElideRight, width));
+            break;
+        }
+        result.append(whole.mid(line.textStart(), line.textLength()).trimmed());
+    }
+    layout.endLayout();
+    return result;
+}
+
+int TextLabel::heightForWidth(int width) const {
+    const QMargins margins = contentsMargins();
+    const int inner = std::max(1, width - margins.left() - margins.right());
+    const auto count = static_cast<int>(std::max<qsizetype>(1, lines(inner).size()));
+    return count * fontMetrics().lineSpacing() + margins.top() + margins.bottom();
+}
+
+QSize TextLabel::sizeHint() const {
+    const QSize whole(fontMetrics().horizontalAdvance(printable()) + 1,
+                      fontMetrics().lineSpacing());
+    return whole.grownBy(contentsMargins());
+}
+
+QSize TextLabel::minimumSizeHint() const {
+    const int ellipsis = fontMetrics().horizontalAdvance(QChar(u'…')) + 1;
+    const QSize whole = sizeHint();
+    return {std::min(whole.width(), ellipsis), whole.height()};
+}
+
+void TextLabel::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    painter.setPen(m_color);
+    painter.setLayoutDirection(Qt::LayoutDirectionAuto);
+    // By the baseline, which would move with the letters of another font in a box of text.
+    const QRect area = contentsRect();
+    QPoint start(area.left(), area.top() + fontMetrics().ascent());
+    for (const QString &text : lines(area.width())) {
+        if (alignment().testFlag(Qt::AlignHCenter)) {
+            start.setX(area.left() + (area.width() - fontMetrics().horizontalAdvance(text)) / 2);
+        }
+        painter.drawText(start, text);
+        start.ry() += fontMetrics().lineSpacing();
+    }
+}
+
+} // namespace morvane

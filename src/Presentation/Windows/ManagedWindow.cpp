@@ -1,0 +1,56 @@
+#include "Presentation/Windows/ManagedWindow.h"
+
+#include "Presentation/Mascot/MenuBarIcon.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+
+#include <utility>
+
+namespace morvane {
+
+namespace {
+
+constexpr QColor yellow(255, 214, 10);
+
+} // namespace
+
+ManagedWindow::ManagedWindow(const QString &title) {
+    setWindowTitle(title);
+    setWindowIcon(MenuBarIcon::icon(yellow));
+}
+
+void ManagedWindow::present() {
+    if (!std::exchange(m_wasPresented, true)) {
+        centre();
+    }
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    raise();
+    activateWindow();
+}
+
+void ManagedWindow::setAboveOthers(bool isAbove) {
+    if (windowFlags().testFlag(Qt::WindowStaysOnTopHint) == isAbove) {
+        return;
+    }
+    const bool wasVisible = isVisible();
+    // This takes it off the screen.
+    setWindowFlag(Qt::WindowStaysOnTopHint, isAbove);
+    setVisible(wasVisible);
+}
+
+void ManagedWindow::centre() {
+    const QScreen *screen = QGuiApplication::screenAt(QCursor::pos());
+    if (screen == nullptr) {
+        screen = QGuiApplication::primaryScreen();
+    }
+    if (screen != nullptr) {
+        QRect frame = rect();
+        frame.moveCenter(screen->geometry().center());
+        move(frame.topLeft());
+    }
+}
+
+} // namespace morvane

@@ -1,0 +1,215 @@
+#include "Core/Agents/TranscriptReader.h"
+
+#include "Core/Adapters/AgentRegistry.h"
+#include "Core/Agents/AgentAdapter.h"
+#include "Support/Printing.h"
+#include "Support/TemporaryHome.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <tuple>
+#include <utility>
+
+namespace morvane {
+namespace {
+
+using TranscriptReader::claudeInfo;
+using TranscriptReader::codexInfo;
+using Text = std::optional<QString>;
+
+constexpr qsizetype tailSize = 262'144;
+
+QByteArray claudeText(const QByteArray &text) {
+    return R"({"type":"assistant","message":{"content":[{"type":"text","text":")" + text +
+           "\"}]}}\n";
+}
+
+QByteArray claudeModel(const QByteArray &model) {
+    return R"({"type":"assistant","message":{"model":")" + model + "\"}}\n";
+}
+
+QByteArray claudeUsage(const QByteArray &usage) {
+    return R"({"type":"assistant","message":{"usage":)" + usage + "}}\n";
+}
+
+QByteArray claudeContent(const QByteArray &content) {
+    return R"({"type":"assistant","message":{"content":)" + content + "}}\n";
+}
+
+QByteArray codexMessage(const QByteArray &fields, const QByteArray &content) {
+    return R"({"type":"response_item","payload":{"type":"message",)" + fields + R"(,"content":)" +
+           content + "}}\n";
+}
+
+TEST(TranscriptReader, TakesEachFieldFromTheNewestLineThatHasIt) {
+    const std::pair<QByteArray, TranscriptInfo> cases[] = {
+        {claudeUsage(R"({"input_tokens":50})") + claudeUsage(R"({"input_tokens":0})") +
+             claudeUsage(R"({"input_tokens":-5})") + claudeUsage("{}") + claudeUsage("7"),
+         {{}, {}, 50, {}, {}}},
+        {claudeUsage(R"({"input_tokens":4,"cache_read_input_tokens":130000,)"
+                     R"("cache_creation_input_tokens":7005,"output_tokens":200})"),
+         {{}, {}, 137'009, {}, {}}},
+        {"{\"type\":\"permission-mode\",\"permissionMode\":\"default\"}\n"
+         "{\"type\":\"permission-mode\",\"permissionMode\":\"acceptEdits\"}\n",
+         {{}, {}, {}, "acceptEdits", {}}},
+        {claudeUsage(R"({"input_tokens":"3","cache_read_input_tokens":2.5,)"
+                     R"("cache_creation_input_tokens":8})"),
+         {{}, {}, 8, {}, {}}},
+        {claudeUsage(R"({"input_tokens":2147483647,"cache_read_input_tokens":2147483647})"), {}},
+        {claudeText("Kept.") + claudeText("<system>no</system>") + claudeText("{\\\"a\\\":1}") +
+             claudeText(" \\n "),
+         {{}, "Kept.", {}, {}, {}}},
+        {claudeText("Older.") +
+             claudeContent(R"([{"type":"text","text":"One."},{"type":"text","text":"<two>"}])"),
+         {{}, "One.", {}, {}, {}}},
+        {claudeText("Older.") + claudeContent(R"([{"type":"text","text":"Mixed."},"x"])") +
+             claudeContent("\"x\"") + claudeContent(R"([{"type":"text","text":5}])"),
+         {{}, "Older.", {}, {}, {}}},
+        {claudeModel("claude-claude-haiku") + "{\"type\":\"assistant\",\"message\":{\"model\":7}}",
+         {"haiku", {}, {}, {}, {}}},
+        {claudeModel("gpt-5") + "{\"type\":\"user\",\"message\":{\"model\":\"no\"}}\n",
+         {"gpt-5", {}, {}, {}, {}}},
+        {"{\"type\":\"ai-title\",\"aiTitle\":\" Ti\\ntle "
+         "\"}\n{\"type\":\"ai-title\",\"aiTitle\":\"<"
+         "x\"}",
+         {{}, {}, {}, {}, "Ti tle"}},
+        {claudeModel("claude-a") + "[]\n\n7\n{}\n{\"type\":5}\nnull\n{\"type\":\"assistant\"}\n" +
+             R"({"type":"assistant","message":[]})" + "\r\n{\"type\":\"assistant\",\"mess",
+         {"a", {}, {}, {}, {}}},
+        // Numbers that no 64 bits hold, elsewhere in the line, take nothing from it.
+        {R"({"type":"assistant","n":1e999,"m":123456789012345678901234567890,)"
+         R"("message":{"model":"claude-a","usage":{"input_tokens":12}}})",
+         {"a", {}, 12, {}, {}}},
+        {"\n\n", {}}};
+    for (const auto &[lines, info] : cases) {
+        EXPECT_EQ(claudeInfo(lines), info) << lines.constData();
+    }
+}
+
+TEST(TranscriptReader, PassesOverWhatCodexDoesNotMeanForAPerson) {
+    const QByteArray answer = codexMessage(R"("role":"assistant")", R"([{"text":"Older."}])");
+    const std::pair<QByteArray, Text> answers[] = {
+        {codexMessage(R"("role":"assistant","phase":"final_answer")", R"([{"text":"New."}])"),
+         "New."},
+        {codexMessage(R"("role":"assistant","phase":5)", R"([{"text":"New."}])"), "New."},
+        {codexMessage(R"("role":"assistant","phase":"x")", R"([{"text":"New."}])"), "Older."},
+        {codexMessage(R"("role":"system")", R"([{"text":"New."}])"), "Older."},
+        {codexMessage(R"("role":"assistant")", R"([{"text":"New."},7])"), "Older."},
+        {R"({"type":"response_item","payload":"x"})", "Older."}};
+    for (const auto &[line, text] : answers) {
+        EXPECT_EQ(codexInfo(answer + line).lastAssistantText, text) << line.constData();
+    }
+    const QByteArray prompt = codexMessage(R"("role":"user")", R"([{"text":"Older"}])");
+    EXPECT_EQ(codexInfo(prompt + codexMessage(R"("role":"user")", R"([{"text":"<a>"}])")).title,
+              "Older");
+    EXPECT_EQ(codexInfo(R"({"type":"turn_context","payload":{"model":"a","approval_policy":"x"}}
+{"type":"turn_context","payload":{"model":"b"}}
+{"type":"session_meta","payload":{"model":"no"}})"),
+              (TranscriptInfo{"b", {}, {}, "x", {}}));
+    for (const char *usage : {"0", "1.5", "\"5\"", "99999999999"}) {
+        EXPECT_EQ(codexInfo(R"({"type":"event_msg","payload":{"type":"token_count","info":)"
+                            R"({"last_token_usage":{"input_tokens":)" +
+                            QByteArray(usage) + "}}}}")
+                      .contextTokens,
+                  std::nullopt)
+            << usage;
+    }
+}
+
+/// Transcripts as files.
+class TranscriptFileTest : public testing::Test {
+protected:
+    TranscriptInfo read(const QByteArray &bytes) const {
+        return TranscriptReader::readClaude(home.write("t.jsonl", bytes));
+    }
+
+    /// So many bytes of lines that tell nothing.
+    static QByteArray padding(qsizetype size) {
+        QByteArray result = QByteArray("{\"type\":\"summary\",\"text\":\"ä\"}\n");
+        result = result.repeated(size / result.size());
+        return result + QByteArray(size - result.size(), '\n');
+    }
+
+    TemporaryHome home;
+};
+
+TEST_F(TranscriptFileTest, IsReadFromItsEndOnly) {
+    const QByteArray first = claudeModel("claude-first");
+    EXPECT_EQ(read(first + padding(tailSize - first.size())).model, "first");
+    EXPECT_EQ(read(first + padding(tailSize - first.size() + 1)).model, std::nullopt);
+    EXPECT_EQ(read(padding(3 * tailSize) + first + padding(1000)).model, "first");
+
+    // A line of a quarter megabyte just fits; of one of a megabyte there is only a piece.
+    const auto longLine = [](qsizetype size) {
+        const QByteArray frame = claudeText("Long. ");
+        return claudeText("Long. " + QByteArray(size - frame.size(), 'x'));
+    };
+    EXPECT_TRUE(read(longLine(tailSize)).lastAssistantText);
+    EXPECT_FALSE(read(longLine(tailSize + 1)).lastAssistantText);
+    EXPECT_EQ(read(longLine(1'000'000) + claudeText("Short.")).lastAssistantText, "Short.");
+}
+
+TEST_F(TranscriptFileTest, MayBeCutWithinACharacter) {
+    const QByteArray last = "\n" + claudeModel("claude-last");
+    for (const char *character : {"é", "漢", "🙂"}) {
+        const QByteArray text = QByteArray(character).repeated(tailSize);
+        for (int shift = 0; shift < 4; ++shift) {
+            EXPECT_EQ(read(text + QByteArray(shift, ' ') + last).model, "last") << character;
+        }
+    }
+}
+
+TEST_F(TranscriptFileTest, TellsNothingWhenItIsNotText) {
+    const QByteArray line = claudeModel("claude-a");
+    EXPECT_EQ(read("\xff\n" + line), TranscriptInfo());
+    EXPECT_EQ(read(line + "\xc3"), TranscriptInfo());
+    EXPECT_EQ(read(QByteArray("\0\0\n", 3) + line).model, "a");
+}
+
+TEST_F(TranscriptFileTest, IsReadOnlyWhereItIsAFile) {
+    const QString file = home.write("t.jsonl", claudeModel("claude-a"));
+    const QString link = home.path("link.jsonl");
+    ASSERT_TRUE(QFile::link(file, link));
+    EXPECT_EQ(TranscriptReader::readClaude(link).model, "a");
+
+    const QString pipe = home.path("pipe.jsonl");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    ASSERT_TRUE(QFile::link(home.path("loop"), home.path("loop")));
+    const QStringList none{pipe, home.path(), "/dev/zero", home.path("missing"), home.path("loop")};
+    for (const QString &path : none) {
+        EXPECT_EQ(TranscriptReader::readClaude(path), TranscriptInfo()) << path.toStdString();
+        EXPECT_EQ(TranscriptReader::readCodex(path), TranscriptInfo()) << path.toStdString();
+    }
+}
+
+/// Shortened, but otherwise as the agents wrote them.
+TEST(TranscriptReader, ReadsWhatAgentsHaveWritten) {
+    const QString data = QStringLiteral(TEST_DATA "/");
+    EXPECT_EQ(TranscriptReader::readClaude(data + "claude.jsonl"),
+              (TranscriptInfo{"opus-5-5", "The command is done.", 1000, "default", {}}));
+    EXPECT_EQ(TranscriptReader::readCodex(data + "codex.jsonl"),
+              (TranscriptInfo{"gpt-5", "The command is done.", 1000, "on-request",
+                              "Run `touch denied`"}));
+}
+
+TEST_F(TranscriptFileTest, IsReadTheWayOfItsAgent) {
+    const QString path =
+        home.write("t.jsonl", claudeModel("claude-a") +
+                                  R"({"type":"turn_context","payload":{"model":"gpt"}})");
+    for (const AgentAdapter *adapter : AgentRegistry::all()) {
+        Text model;
+        if (adapter->kind() == AgentKind::codex) {
+            model = "gpt";
+        } else if (QList{AgentKind::claude, AgentKind::qoder, AgentKind::factory,
+                         AgentKind::codebuddy}
+                       .contains(adapter->kind())) {
+            model = "a";
+        }
+        EXPECT_EQ(adapter->readTranscript(path).model, model)
+            << displayName(adapter->kind()).toStdString();
+    }
+}
+
+} // namespace
+} // namespace morvane

@@ -1,0 +1,487 @@
+#include "Core/Hooks/HookInstaller.h"
+
+#include "Core/Adapters/AgentRegistry.h"
+#include "Core/Agents/AgentAdapter.h"
+#include "Core/Hooks/ForwarderScripts.h"
+#include "Core/Hooks/LenientJson.h"
+#include "Core/Settings/Defaults.h"
+#include "Core/Settings/MorvaneSettings.h"
+#include "Support/Printing.h"
+#include "Support/TemporaryHome.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+namespace morvane {
+namespace {
+
+using enum AgentKind;
+using nlohmann::json;
+
+class HookInstallerTest : public testing::Test {
+protected:
+    HookInstaller installer(AgentKind kind) const {
+        return {AgentRegistry::adapter(kind), settings, 40123};
+    }
+
+    static std::string failure(const std::optional<Failure> &result) {
+        return result ? result->message.toStdString() : "";
+    }
+
+    /// Where the agent keeps what we write, under the home folder.
+    QString place(AgentKind kind) const {
+        return AgentRegistry::adapter(kind).integrationDescription().mid(2);
+    }
+
+    QByteArray text(AgentKind kind) const { return home.read(place(kind)); }
+    QByteArray backup(AgentKind kind) const { return home.read(place(kind) + ".morvane-backup"); }
+    json root(AgentKind kind) const { return LenientJson::parse(text(kind)).value_or(json()); }
+    void write(AgentKind kind, const QByteArray &text) const { home.write(place(kind), text); }
+
+    std::string command(const std::string &rest) const {
+        return home.path().toStdString() + "/.morvane/hook.sh " + rest;
+    }
+
+    TemporaryHome home;
+    Defaults defaults{home.path("config"), "test"};
+    MorvaneSettings settings{defaults};
+};
+
+// --- JSON ---
+
+TEST_F(HookInstallerTest, WritesTheEntriesOfEachJsonAgent) {
+    ASSERT_EQ(failure(installer(claude).install()), "");
+    const json ours = root(claude);
+    EXPECT_EQ(ours["hooks"].size(), 9u);
+    EXPECT_EQ(ours["hooks"]["PreToolUse"],
+              json::array({{{"matcher", "*"},
+                            {"hooks",
+                             {{{"type", "command"},
+                               {"command", command("claude PreToolUse")},
+                               {"async", true},
+                               {"timeout", 5}}}}}}));
+    EXPECT_EQ(ours["hooks"]["PermissionRequest"],
+              json::array({{{"hooks",
+                             {{{"type", "command"},
+                               {"command", command("claude PermissionRequest decide")},
+                               {"timeout", 120}}}}}}));
+    EXPECT_EQ(ours["statusLine"],
+              (json{{"type", "command"},
+                    {"command", home.path().toStdString() + "/.morvane/statusline.sh"}}));
+
+    ASSERT_EQ(failure(installer(cursor).install()), "");
+    EXPECT_EQ(root(cursor)["version"], 1);
+    EXPECT_EQ(
+        root(cursor)["hooks"]["stop"],
+        json::array({{{"type", "command"}, {"command", command("cursor stop")}, {"timeout", 5}}}));
+
+    ASSERT_EQ(failure(installer(gemini).install()), "");
+    EXPECT_EQ(root(gemini)["hooks"]["BeforeTool"][0]["matcher"], ".*");
+    ASSERT_EQ(failure(installer(qoder).install()), "");
+    EXPECT_EQ(root(qoder)["hooks"]["PermissionRequest"][0]["matcher"], "*");
+    ASSERT_EQ(failure(installer(codebuddy).install()), "");
+    EXPECT_EQ(root(codebuddy)["hooks"]["PermissionRequest"][0]["hooks"][0]["command"],
+              command("codebuddy PermissionRequest"));
+}
+
+/// A settings file as somebody has it, and what of it is not ours.
+struct SettingsCase {
+    const char *name;
+    std::optional<QByteArray> text;
+    /// The content as it must survive; the text itself where it is left out.
+    QByteArray theirs = {};
+};
+
+QByteArray nested(int levels) {
+    QByteArray text;
+    for (int i = 0; i < levels; ++i) {
+        text += R"({"level":)";
+    }
+    return text + "{}" + QByteArray(levels, '}');
+}
+
+std::vector<SettingsCase> settingsCases() {
+    return {
+        {"missing", std::nullopt, "{}"},
+        {"empty", "", "{}"},
+        {"blank", " \n", "{}"},
+        {"an empty object", "{}"},
+        {"no JSON", "model = opus", "{}"},
+        {"cut off", R"({"model":"opus","hooks":{"Stop":[)", "{}"},
+        {"a list at the root", R"(["a"])", "{}"},
+        {"a string at the root", R"("a")", "{}"},
+        {"a byte order mark", "\xEF\xBB\xBF{\"model\":\"opus\"}", R"({"model":"opus"})"},
+        {"comments", "// mine\n{\"model\":\"opus\", /* or */ \"env\":{\"URL\":\"http://a//b\"}}",
+         R"({"model":"opus","env":{"URL":"http://a//b"}})"},
+        {"trailing commas", R"({"permissions":{"allow":["WebFetch","Read",],},})",
+         R"({"permissions":{"allow":["WebFetch","Read"]
+}
+})"},
+        {"Windows line ends", "{\r\n\"model\":\"opus\"\r\n}\r\n"},
+        {"other keys of every type",
+         R"({"model":"opus","n":null,"t":true,"l":[[],{},[{"a":[]}]],"o":{"hooks":{"Stop":[]}}})"},
+        {"Unicode", "{\"Ключ\":\"漢字 🙂 \\u0041\\u00e9\",\"path\":\"C:\\\\a\\/b\"}"},
+        {"broken Unicode", "{\"half\":\"\\ud83d\",\"latin\":\"caf\xe9\"}"},
+        {"large and odd numbers",
+         R"({"id":9007199254740993,"u":18446744073709551615,"i":-9223372036854775808,)"
+         R"("big":123456789012345678901234567890,"f":0.1,"e":1e400,"z":-0})"},
+        {"a deep tree", R"({"deep":)" + nested(300) + "}"},
+        {"hooks of other tools",
+         R"({"hooks":{"Stop":[{"hooks":[{"type":"command","command":"say done"}]}],)"
+         R"("PreToolUse":[{"matcher":"Bash","hooks":[{"type":"command","command":"guard.sh"},)"
+         R"({"type":"command","command":"log.sh","timeout":3}]}],"PreCompact":[{"command":"x"}]}})"},
+        {"hooks of odd shapes",
+         R"({"hooks":{"Note":"text","Number":7,"Nothing":null,"Map":{"command":"x"},)"
+         R"("Mixed":[1,{"command":"/.morvane/hook.sh a"},{"command":"x"}],"None":[]}})",
+         R"({"hooks":{"Note":"text","Number":7,"Nothing":null,"Map":{"command":"x"},)"
+         R"("Mixed":[1,{"command":"x"}],"None":[]}})"},
+        {"a list in place of the hooks", R"({"hooks":["a"],"model":"opus"})",
+         R"({"model":"opus"})"},
+        {"old entries of ours",
+         R"({"hooks":{"Stop":[{"command":"/old/.morvane/hook.sh claude Stop"},{"command":"bell"}],)"
+         R"("Gone":[{"hooks":[{"command":"~/.morvane/hook.sh claude Gone 1234"}]}]}})",
+         R"({"hooks":{"Stop":[{"command":"bell"}]}})"},
+        {"an entry shared with ours",
+         R"({"hooks":{"Stop":[{"hooks":[{"command":"a"},{"command":"/.morvane/hook.sh"}]}]},"a":1})",
+         R"({"a":1})"},
+        {"another status line", R"({"statusLine":{"type":"command","command":"~/line.sh"}})"},
+        {"a version already", R"({"version":3,"hooks":{}})", R"({"version":3})"},
+        {"a large file", R"({"history":")" + QByteArray(200'000, 'x') + R"("})"},
+    };
+}
+
+/// What of a settings file is not ours, told without the code that is tested.
+json withoutOurs(json root, const std::optional<json> &before) {
+    const auto isOurs = [](const json &value) {
+        return value.is_object() &&
+               value.dump(-1, ' ', false, json::error_handler_t::replace).find("/.morvane/") !=
+                   std::string::npos;
+    };
+    if (root.contains("statusLine") && isOurs(root["statusLine"])) {
+        root.erase("statusLine");
+    }
+    json hooks = root.value("hooks", json());
+    if (hooks.is_object()) {
+        const json all = hooks;
+        for (const auto &event : all.items()) {
+            json &entries = hooks[event.key()];
+            if (!entries.is_array()) {
+                continue;
+            }
+            json others = json::array();
+            std::ranges::copy_if(entries, std::back_inserter(others),
+                                 [&](const json &entry) { return !isOurs(entry); });
+            const bool hadOurs = others != entries;
+            entries = others;
+            if (hadOurs && entries.empty()) {
+                hooks.erase(event.key());
+            }
+        }
+        root["hooks"] = hooks;
+        if (hooks.empty()) {
+            root.erase("hooks");
+        }
+    }
+    // What an agent needs at the root, and didn't have there, stays behind.
+    if (before && !before->contains("version") && root.value("version", json()) == 1) {
+        root.erase("version");
+    }
+    return root;
+}
+
+TEST_F(HookInstallerTest, ComesAndGoesWithoutALossOfAnything) {
+    for (const AgentKind kind : {claude, cursor}) {
+        for (const SettingsCase &each : settingsCases()) {
+            SCOPED_TRACE(std::string(rawValue(kind)) + ": " + each.name);
+            QFile::remove(home.path(place(kind)));
+            QFile::remove(home.path(place(kind) + ".morvane-backup"));
+            if (each.text) {
+                write(kind, *each.text);
+            }
+            const auto theirs = LenientJson::parse(each.theirs.isNull() ? *each.text : each.theirs);
+            ASSERT_TRUE(theirs);
+            const json expected = withoutOurs(*theirs, std::nullopt);
+
+            ASSERT_EQ(failure(installer(kind).install()), "");
+            EXPECT_TRUE(installer(kind).isInstalled());
+            EXPECT_FALSE(installer(kind).hasStaleEntries());
+            EXPECT_EQ(installer(kind).health().issues(), QStringList());
+            EXPECT_EQ(backup(kind), each.text.value_or(QByteArray()));
+            const QByteArray installed = text(kind);
+            EXPECT_EQ(withoutOurs(root(kind), theirs), expected);
+
+            ASSERT_EQ(failure(installer(kind).install()), "");
+            EXPECT_EQ(text(kind), installed);
+
+            ASSERT_EQ(failure(installer(kind).uninstall()), "");
+            EXPECT_FALSE(installer(kind).isInstalled());
+            EXPECT_EQ(backup(kind), installed);
+            EXPECT_EQ(withoutOurs(root(kind), theirs), expected);
+
+            ASSERT_EQ(failure(installer(kind).install()), "");
+            EXPECT_EQ(text(kind), installed);
+        }
+    }
+}
+
+TEST_F(HookInstallerTest, PutsOursBehindTheHooksOfOthers) {
+    write(claude,
+          R"({"hooks":{"Stop":[{"command":"a"},{"command":".morvane/hook.sh"},{"command":"b"}]}})");
+    ASSERT_EQ(failure(installer(claude).install()), "");
+    const json entries = root(claude)["hooks"]["Stop"];
+    ASSERT_EQ(entries.size(), 3u);
+    EXPECT_EQ(entries[0]["command"], "a");
+    EXPECT_EQ(entries[1]["command"], "b");
+    EXPECT_EQ(entries[2]["hooks"][0]["command"], command("claude Stop"));
+}
+
+TEST_F(HookInstallerTest, LeavesAloneWhatItDoesNotUnderstandWhenItGoes) {
+    EXPECT_EQ(failure(installer(claude).uninstall()), "");
+    EXPECT_FALSE(QFile::exists(home.path(place(claude))));
+    for (const char *text : {"", "no JSON", R"({"hooks":[".morvane/hook.sh"]})", R"({"a":1})"}) {
+        write(claude, text);
+        EXPECT_EQ(failure(installer(claude).uninstall()), "");
+        EXPECT_EQ(this->text(claude), text);
+        EXPECT_EQ(backup(claude), QByteArray());
+    }
+}
+
+TEST_F(HookInstallerTest, TouchesNoSettingsWithoutAScript) {
+    home.write(".morvane", "in the way");
+    write(claude, R"({"model":"opus"})");
+    write(kimi, "model = 'k2'\n");
+    for (const AgentKind kind : {claude, codex, kimi}) {
+        EXPECT_NE(failure(installer(kind).install()), "");
+    }
+    EXPECT_EQ(text(claude), R"({"model":"opus"})");
+    EXPECT_EQ(text(kimi), "model = 'k2'\n");
+    EXPECT_EQ(text(codex), "");
+}
+
+TEST_F(HookInstallerTest, FollowsTheSettingForApprovals) {
+    for (const AgentKind kind : {claude, codex}) {
+        settings.setApprovalsEnabled(true);
+        ASSERT_EQ(failure(installer(kind).install()), "");
+        settings.setApprovalsEnabled(false);
+        EXPECT_TRUE(installer(kind).hasStaleEntries());
+        ASSERT_EQ(failure(installer(kind).install()), "");
+    }
+    EXPECT_FALSE(root(claude)["hooks"].contains("PermissionRequest"));
+    EXPECT_EQ(root(codex)["hooks"]["PermissionRequest"][0]["hooks"][0],
+              (json{{"type", "command"},
+                    {"command", command("codex PermissionRequest")},
+                    {"async", true},
+                    {"timeout", 5}}));
+}
+
+TEST_F(HookInstallerTest, SeesWhichEntriesAreStale) {
+    ASSERT_EQ(failure(installer(codex).install()), "");
+    const json current = root(codex);
+    const auto isStale = [&](const std::function<void(json & hooks)> &damage) {
+        json changed = current;
+        damage(changed["hooks"]);
+        write(codex, LenientJson::write(changed));
+        return installer(codex).hasStaleEntries();
+    };
+    EXPECT_TRUE(isStale([](json &hooks) { hooks.erase("Stop"); }));
+    EXPECT_TRUE(isStale([](json &hooks) { hooks["New"] = hooks["Stop"]; }));
+    EXPECT_TRUE(isStale([](json &hooks) { hooks["Stop"] = hooks["SessionEnd"]; }));
+    EXPECT_TRUE(isStale([&](json &hooks) {
+        hooks["Stop"].push_back({{"command", "/other/.morvane/hook.sh codex Stop"}});
+    }));
+    EXPECT_FALSE(isStale([](json &hooks) { hooks["Stop"][0]["hooks"][0]["timeout"] = 9; }));
+    EXPECT_FALSE(isStale([](json &hooks) { hooks["Stop"].push_back({{"command", "other"}}); }));
+}
+
+// --- TOML ---
+
+TEST_F(HookInstallerTest, WritesTheBlockOfKimi) {
+    ASSERT_EQ(failure(installer(kimi).install()), "");
+    const QByteArray block = text(kimi);
+    EXPECT_TRUE(
+        block.startsWith("# >>> morvane:begin\n"
+                         "# Managed by Morvane — edits between these markers are overwritten.\n"
+                         "# Remove the block (or use Morvane's Settings) to disconnect.\n"
+                         "[[hooks]]\nevent = \"SessionStart\"\ncommand = \""));
+    EXPECT_TRUE(block.contains("event = \"PreToolUse\"\nmatcher = \".*\"\ncommand = \"" +
+                               home.path().toUtf8() +
+                               "/.morvane/hook.sh kimi PreToolUse\"\ntimeout = 5\n[[hooks]]\n"));
+    EXPECT_TRUE(block.endsWith("timeout = 5\n# <<< morvane:end\n"));
+}
+
+TEST_F(HookInstallerTest, LeavesEveryOtherLineOfTheTomlFile) {
+    // Before, between, and after a removal.
+    const std::array<QByteArray, 3> cases[] = {
+        {"", "", ""},
+        {"a = 1", "a = 1\n\n", "a = 1\n"},
+        {"a = 1\n\n\n\n", "a = 1\n\n", "a = 1\n"},
+        {"a = 1\r\n# é\xff\r\n", "a = 1\r\n# é\xff\r\n\n", "a = 1\r\n# é\xff\r\n"},
+        {"a = 1\n# >>> morvane:begin\nold\n# <<< morvane:end tail\nb = 2\n", "a = 1\nb = 2\n\n",
+         "a = 1\nb = 2\n"},
+        {"# >>> morvane:begin\n# <<< morvane:end", "", ""},
+    };
+    for (const auto &[before, ahead, after] : cases) {
+        SCOPED_TRACE(before.toStdString());
+        write(kimi, before);
+        ASSERT_EQ(failure(installer(kimi).install()), "");
+        const QByteArray installed = text(kimi);
+        EXPECT_EQ(installed.left(installed.indexOf("# >>>")).toStdString(), ahead.toStdString());
+        EXPECT_FALSE(installer(kimi).hasStaleEntries());
+        ASSERT_EQ(failure(installer(kimi).install()), "");
+        EXPECT_EQ(text(kimi), installed);
+        ASSERT_EQ(failure(installer(kimi).uninstall()), "");
+        EXPECT_EQ(text(kimi).toStdString(), after.toStdString());
+        EXPECT_FALSE(installer(kimi).isInstalled());
+    }
+}
+
+TEST_F(HookInstallerTest, KeepsThePristineTomlFileAsTheBackup) {
+    write(kimi, "a = 1\n");
+    ASSERT_EQ(failure(installer(kimi).install()), "");
+    EXPECT_EQ(backup(kimi), "a = 1\n");
+    write(kimi, text(kimi).replace("timeout = 5", "timeout = 9") + "b = 2\n");
+    EXPECT_TRUE(installer(kimi).hasStaleEntries());
+    ASSERT_EQ(failure(installer(kimi).install()), "");
+    EXPECT_FALSE(installer(kimi).hasStaleEntries());
+    EXPECT_TRUE(text(kimi).startsWith("a = 1\n\nb = 2\n\n# >>>"));
+    ASSERT_EQ(failure(installer(kimi).uninstall()), "");
+    EXPECT_EQ(backup(kimi), "a = 1\n");
+
+    // Without its end there is no telling what of the rest is ours: all of it stays, ours as well.
+    write(kimi, "# >>> morvane:begin\nb = 2\n");
+    EXPECT_TRUE(installer(kimi).isInstalled());
+    EXPECT_TRUE(installer(kimi).hasStaleEntries());
+    EXPECT_EQ(failure(installer(kimi).uninstall()),
+              "config.toml did not contain the expected result after writing");
+    EXPECT_EQ(text(kimi), "# >>> morvane:begin\nb = 2\n");
+    for (int starts = 0; starts < 3; ++starts) {
+        installer(kimi).renew();
+        EXPECT_TRUE(text(kimi).startsWith("# >>> morvane:begin\nb = 2\n\n# >>> morvane:begin\n"));
+        EXPECT_EQ(text(kimi).count("morvane:begin"), 2);
+        EXPECT_EQ(backup(kimi), "# >>> morvane:begin\nb = 2\n");
+    }
+}
+
+TEST_F(HookInstallerTest, EscapesWhatTomlWouldMisread) {
+    const QString odd = home.path("a\"b\\c");
+    QDir().mkpath(odd);
+    qputenv("HOME", odd.toUtf8());
+    ASSERT_EQ(failure(installer(kimi).install()), "");
+    QFile file(odd + "/.kimi/config.toml");
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(file.readAll().contains("/a\\\"b\\\\c/.morvane/hook.sh kimi Stop\"\n"));
+}
+
+// --- Plugin ---
+
+TEST_F(HookInstallerTest, WritesAndRemovesThePlugin) {
+    ASSERT_EQ(failure(installer(opencode).install()), "");
+    EXPECT_TRUE(text(opencode).contains("40123"));
+    EXPECT_TRUE(text(opencode).contains(settings.eventToken().toUtf8()));
+    const auto mode = QFileInfo(home.path(place(opencode))).permissions();
+    EXPECT_FALSE(mode & (QFile::ReadGroup | QFile::ReadOther));
+    EXPECT_EQ(installer(opencode).health(), (Health{.hooksPresent = true}));
+    EXPECT_FALSE(QFile::exists(ForwarderScripts::folder()));
+    write(opencode, "old");
+    installer(opencode).renew();
+    EXPECT_TRUE(text(opencode).contains("40123"));
+    for (int times = 0; times < 2; ++times) {
+        EXPECT_EQ(failure(installer(opencode).uninstall()), "");
+        EXPECT_FALSE(installer(opencode).isInstalled());
+    }
+}
+
+// --- Health ---
+
+TEST_F(HookInstallerTest, TellsWhatHasBecomeOfAConnection) {
+    const QString hook = home.path(".morvane/hook.sh");
+    const QStringList unreadable{"settings file missing or unreadable"};
+    const QStringList noScript{"forwarder script missing"};
+    const QStringList outdated{"hook entries out of date"};
+    for (const AgentKind kind : {claude, codex, cursor, kimi}) {
+        SCOPED_TRACE(rawValue(kind));
+        const auto issues = [&] { return installer(kind).health().issues(); };
+        const auto outdate = [&] {
+            write(kind, text(kind).replace("/.morvane/hook.sh", "/old/.morvane/hook.sh"));
+        };
+        EXPECT_EQ(issues(), unreadable);
+        write(kind, kind == kimi ? "a = 1\n" : R"({"a":1})");
+        EXPECT_EQ(installer(kind).health(), Health());
+        ASSERT_EQ(failure(installer(kind).install()), "");
+        EXPECT_EQ(issues(), QStringList());
+
+        outdate();
+        EXPECT_EQ(issues(), outdated);
+        installer(kind).renew();
+        EXPECT_EQ(issues(), QStringList());
+        QFile::setPermissions(hook, QFile::ReadOwner);
+        EXPECT_EQ(issues(), noScript);
+        QFile::remove(hook);
+        outdate();
+        EXPECT_EQ(issues(), noScript + outdated);
+        installer(kind).renew();
+        EXPECT_EQ(issues(), QStringList());
+        QFile::remove(home.path(place(kind)));
+        EXPECT_EQ(issues(), unreadable);
+        EXPECT_FALSE(installer(kind).isInstalled());
+    }
+    write(claude, "no JSON with .morvane/hook.sh");
+    EXPECT_EQ(installer(claude).health(), (Health{.settingsReadable = false}));
+}
+
+TEST_F(HookInstallerTest, TakesTheStatusLineOnlyFromNobody) {
+    const QString script = home.path(".morvane/statusline.sh");
+    ASSERT_EQ(failure(installer(claude).install()), "");
+    const json connected = root(claude);
+    EXPECT_EQ(installer(claude).health().statusLine, StatusLineHealth::connected);
+    EXPECT_TRUE(QFileInfo(script).isExecutable());
+
+    QFile::remove(script);
+    EXPECT_EQ(installer(claude).health().issues(), QStringList{"statusline script missing"});
+    EXPECT_FALSE(installer(claude).hasStaleEntries());
+    installer(claude).renew();
+    EXPECT_EQ(installer(claude).health().statusLine, StatusLineHealth::connected);
+
+    json changed = connected;
+    changed["statusLine"]["command"] = "/old/.morvane/statusline.sh";
+    json absent = connected;
+    absent.erase("statusLine");
+    for (const json &stale : {changed, absent}) {
+        write(claude, LenientJson::write(stale));
+        EXPECT_TRUE(installer(claude).hasStaleEntries());
+        installer(claude).renew();
+        EXPECT_EQ(root(claude), connected);
+    }
+
+    for (const json &other : {json{{"command", "mine"}}, json("mine"), json{{"command", 7}}}) {
+        changed["statusLine"] = other;
+        write(claude, LenientJson::write(changed));
+        EXPECT_EQ(installer(claude).health().statusLine, StatusLineHealth::ownedByOther);
+        EXPECT_EQ(installer(claude).health().issues(), QStringList());
+        EXPECT_FALSE(installer(claude).hasStaleEntries());
+        ASSERT_EQ(failure(installer(claude).install()), "");
+        ASSERT_EQ(failure(installer(claude).uninstall()), "");
+        EXPECT_EQ(root(claude)["statusLine"], other);
+        EXPECT_FALSE(QFile::exists(script));
+    }
+    EXPECT_EQ(installer(codex).health().statusLine, StatusLineHealth::notApplicable);
+}
+
+TEST_F(HookInstallerTest, TurnsTheAgentsOwnNotificationsOffAndOn) {
+    write(claude, R"({"preferredNotifChannel":"iterm2","a":1})");
+    EXPECT_FALSE(installer(claude).notificationsSuppressed());
+    ASSERT_EQ(failure(installer(claude).setNotificationsSuppressed(true)), "");
+    EXPECT_TRUE(installer(claude).notificationsSuppressed());
+    EXPECT_EQ(root(claude), (json{{"preferredNotifChannel", "notifications_disabled"}, {"a", 1}}));
+    ASSERT_EQ(failure(installer(claude).setNotificationsSuppressed(false)), "");
+    EXPECT_EQ(root(claude), (json{{"a", 1}}));
+    write(claude, "broken");
+    ASSERT_EQ(failure(installer(claude).setNotificationsSuppressed(false)), "");
+    EXPECT_EQ(text(claude), "broken");
+    EXPECT_EQ(failure(installer(codex).setNotificationsSuppressed(true)), "");
+    EXPECT_FALSE(installer(codex).notificationsSuppressed());
+    EXPECT_FALSE(QFile::exists(home.path(place(codex))));
+}
+
+} // namespace
+} // namespace morvane

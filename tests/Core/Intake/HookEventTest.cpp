@@ -1,0 +1,273 @@
+#include "Core/Intake/HookEvent.h"
+
+#include "Core/Agents/TranscriptReader.h"
+#include "Support/Printing.h"
+
+#include <gtest/gtest.h>
+
+#include <tuple>
+
+namespace morvane {
+namespace {
+
+using Text = std::optional<QString>;
+
+std::optional<HookEvent> decode(const QByteArray &body, const QString &native = "PreToolUse",
+                                AgentKind agent = AgentKind::claude) {
+    return HookEvent::decode(agent, native, body, {});
+}
+
+/// The event of a payload that has these members besides its session id.
+HookEvent withMembers(const QByteArray &members, const QString &native = "PreToolUse",
+                      AgentKind agent = AgentKind::claude) {
+    const auto event = decode("{\"session_id\":\"s\"," + members + "}", native, agent);
+    EXPECT_TRUE(event) << members.constData();
+    return event.value_or(HookEvent());
+}
+
+HookEvent withInput(const QByteArray &members) {
+    return withMembers("\"tool_input\":{" + members + "}");
+}
+
+TEST(HookEvent, TakesEverythingThatAPayloadTells) {
+    const HookOrigin origin{"w0t1",
+                            "ghostty",
+                            "com.mitchellh.ghostty",
+                            "/dev/pts/3",
+                            {"%3", "/tmp/tmux,1,2", "4", "5", "z", "o"}};
+    const auto event = HookEvent::decode(
+        AgentKind::claude, "PermissionRequest",
+        R"({"session_id": "abc", "cwd": " /home/ada ", "tool_name": "Bash", "tool_use_id": "t1",
+            "transcript_path": "/t.jsonl", "agent_id": "a1", "prompt": " do\nit ",
+            "message": "May I?", "unknown": [1, {"x": null}],
+            "tool_input": {"command": " ls -l\n", "description": "List", "timeout": 5}})",
+        origin);
+    ASSERT_TRUE(event);
+    HookEvent expected;
+    expected.kind = CanonicalEvent::permissionRequest;
+    expected.nativeName = "PermissionRequest";
+    expected.sessionID = "abc";
+    expected.cwd = " /home/ada ";
+    expected.toolName = "Bash";
+    expected.toolUseID = "t1";
+    expected.toolDetail = "ls -l";
+    expected.responseMessage = "May I?";
+    expected.taskDescription = "List";
+    expected.prompt = "do it";
+    expected.transcriptPath = "/t.jsonl";
+    expected.agentID = "a1";
+    expected.itermSessionID = origin.itermSessionID;
+    expected.termProgram = origin.termProgram;
+    expected.hostBundleID = origin.hostBundleID;
+    expected.ttyName = origin.ttyName;
+    expected.pane = origin.pane;
+    EXPECT_TRUE(*event == expected);
+
+    // Of the hints an empty one tells nothing, a blank one is taken as it stands.
+    const auto other = HookEvent::decode(AgentKind::claude, "Stop", R"({"session_id":"s"})",
+                                         {"", " ", "", "", {}});
+    EXPECT_FALSE(other->itermSessionID || other->hostBundleID || other->ttyName);
+    EXPECT_EQ(other->termProgram, " ");
+}
+
+TEST(HookEvent, DropsWhatNoSessionCouldUse) {
+    const QByteArray bodies[] = {"",
+                                 "   ",
+                                 "[]",
+                                 "5",
+                                 "null",
+                                 "{",
+                                 "{}",
+                                 "not JSON",
+                                 R"({"session_id":"s"} trailing)",
+                                 R"({"session_id":"s",})",
+                                 "{\"session_id\":\"s\",\"x\":\"\xff\"}",
+                                 QByteArray("{\"session_id\":\"s\"}\0", 19),
+                                 R"({"session_id":""})",
+                                 R"({"session_id":7})",
+                                 R"({"Session_ID":"s"})"};
+    for (const QByteArray &body : bodies) {
+        EXPECT_FALSE(decode(body)) << body.constData();
+    }
+    for (const char *value : {"01", "1.", "1e", "-", "1e400-1", "+1e400", "\"\n\""}) {
+        EXPECT_FALSE(decode(R"({"session_id":"s","x":)" + QByteArray(value) + "}")) << value;
+    }
+    EXPECT_FALSE(decode(R"({"session_id":"s"})", "PostToolUse"));
+    EXPECT_FALSE(
+        decode(R"({"session_id":"s","notification_type":["idle_prompt"]})", "Notification"));
+}
+
+TEST(HookEvent, CountsAValueOfTheWrongTypeAsMissing) {
+    const HookEvent event = withMembers(
+        R"("cwd":1,"tool_name":true,"tool_use_id":{},"transcript_path":[],"agent_id":null,
+           "prompt":2.5,"background_tasks":{"type":"subagent"},
+           "tool_input":"{\"command\":\"ls\",\"description\":\"x\"}")");
+    HookEvent expected;
+    expected.kind = CanonicalEvent::toolUse;
+    expected.nativeName = "PreToolUse";
+    expected.sessionID = "s";
+    EXPECT_TRUE(event == expected);
+}
+
+TEST(HookEvent, ShowsTheFirstDetailOfTheTool) {
+    const QByteArray all = R"("query":"q","url":"u","pattern":"n","path":"p","file_path":"f")";
+    const std::pair<QByteArray, Text> cases[] = {
+        {all + R"(,"command":"c")", "c"},
+        {all + R"(,"command":"")", "f"},
+        {R"("query":"q","url":"u","pattern":"n","path":"p","file_path":7)", "p"},
+        {R"("query":"q","url":"u","pattern":"n")", "n"},
+        {R"("query":" q\n")", "q"},
+        {R"("command":"{ls;}","file_path":"f")", {}},
+        {R"("Command":"c")", {}}};
+    for (const auto &[input, detail] : cases) {
+        EXPECT_EQ(withInput(input).toolDetail, detail) << input.constData();
+    }
+}
+
+TEST(HookEvent, TakesTheFirstMessageThereIs) {
+    const std::pair<QByteArray, Text> cases[] = {
+        {R"("tool_input":{"prompt":"p","question":"q"},"reason":"r","message":"m")", "m"},
+        {R"("tool_input":{"prompt":"p","question":"q"},"reason":"r","message":5)", "r"},
+        {R"("tool_input":{"prompt":"p","question":"q"},"message":null)", "q"},
+        {R"("tool_input":{"prompt":"p"})", "p"},
+        {R"("reason":"r","message":"")", {}},
+        {R"("reason":"r","message":"<system>")", {}}};
+    for (const auto &[members, message] : cases) {
+        EXPECT_EQ(withMembers(members).responseMessage, message) << members.constData();
+    }
+}
+
+TEST(HookEvent, ReadsQuestionsWithTheirOptions) {
+    const HookEvent event = withInput(R"("questions":[
+        {"question":" Which?\n","header":" H ","multiSelect":true,"options":[
+            {"label":" A ","description":" first "},{"label":"B","description":"  "},
+            {"label":""},{"label":3},{"description":"no label"},{"label":"C","description":4}]},
+        {"question":"And?","header":5,"multiSelect":1,"options":[{"label":"Yes"}]}])");
+    const QList<AgentQuestion> expected{
+        {"Which?", " H ", {{" A ", "first"}, {"B", {}}, {"C", {}}}, true},
+        {"And?", {}, {{"Yes", {}}}, false}};
+    ASSERT_TRUE(event.questions);
+    EXPECT_TRUE(*event.questions == expected);
+}
+
+TEST(HookEvent, OffersAllQuestionsOrNone) {
+    const QByteArray good = R"({"question":"Q","options":[{"label":"A"}]})";
+    const QByteArray flaws[] = {"5",
+                                R"({"question":7,"options":[{"label":"A"}]})",
+                                R"({"question":" \n","options":[{"label":"A"}]})",
+                                R"({"question":"Q"})",
+                                R"({"question":"Q","options":{"label":"A"}})",
+                                R"({"question":"Q","options":[{"label":""}]})",
+                                R"({"question":"Q","options":[{"label":"A"},"B"]})"};
+    EXPECT_EQ(withInput("\"questions\":[" + good + "]").questions->size(), 1);
+    for (const QByteArray &flaw : flaws) {
+        for (const QByteArray &list : {flaw, good + "," + flaw, flaw + "," + good}) {
+            const HookEvent event = withInput("\"questions\":[" + list + "]");
+            EXPECT_FALSE(event.questions) << list.constData();
+        }
+    }
+    EXPECT_FALSE(withInput(R"("questions":[])").questions);
+}
+
+TEST(HookEvent, ListsBackgroundTasksOfAgentsThatReportThem) {
+    const QByteArray members = R"("background_tasks":[
+        {"type":"shell","description":"make"},{"description":"no type"},{"type":1},
+        {"type":"subagent","description":" a\nb "},{"type":"workflow","description":"<x>"},
+        {"type":"Subagent","description":5}])";
+    const HookEvent event = withMembers(members, "Stop");
+    const QList<BackgroundTask> expected{
+        {"shell", "make"}, {"subagent", "a b"}, {"workflow", {}}, {"Subagent", {}}};
+    EXPECT_TRUE(event.backgroundTasks == expected);
+    EXPECT_TRUE(event.pendingAgents() == expected.mid(1, 2));
+
+    EXPECT_TRUE(withMembers(members, "Stop", AgentKind::codex).backgroundTasks.isEmpty());
+    EXPECT_TRUE(withMembers(R"("background_tasks":[{"type":"subagent"},5])", "Stop")
+                    .backgroundTasks.isEmpty());
+}
+
+TEST(HookEvent, KnowsWhereCursorKeepsItsSessionAndFolder) {
+    const std::tuple<QByteArray, QString, Text> cases[] = {
+        {R"("conversation_id":"c","cwd":"/a","workspace_roots":["/b"])", "c", "/a"},
+        {R"("conversation_id":5,"cwd":"","workspace_roots":["/b","/c"])", "s", "/b"},
+        {R"("cwd":"","workspace_roots":[])", "s", {}}};
+    for (const auto &[members, sessionID, cwd] : cases) {
+        const HookEvent event = withMembers(members, "stop", AgentKind::cursor);
+        EXPECT_EQ(event.sessionID, sessionID) << members.constData();
+        EXPECT_EQ(event.cwd, cwd) << members.constData();
+    }
+    EXPECT_FALSE(decode(R"({"conversation_id":"","session_id":"s"})", "stop", AgentKind::cursor));
+}
+
+TEST(HookEvent, LivesWithNumbersOfAnySize) {
+    for (const QByteArray number :
+         {"18446744073709551616", "-9223372036854775809", "-1E+400", "1234567890.5e-3", "-0"}) {
+        const HookEvent event =
+            withMembers("\"n\":[" + number + "],\"tool_input\":{\"a\":" + number +
+                        R"(,"command":"seq 1e400 \"-2\" \\","b":)" + number + "}");
+        EXPECT_EQ(event.toolDetail, R"(seq 1e400 "-2" \)") << number.constData();
+    }
+}
+
+TEST(HookEvent, SurvivesWhateverItIsSent) {
+    for (const qsizetype depth : {500, 1'000'000}) {
+        decode("{\"session_id\":\"s\",\"x\":" + QByteArray(depth, '[') + QByteArray(depth, ']') +
+               "}");
+        decode("{\"session_id\":\"s\",\"n\":1e400,\"x\":" + QByteArray(depth, '['));
+    }
+    EXPECT_EQ(withMembers(R"("prompt":"a\u0000b")").prompt, QString::fromLatin1("a\0b", 3));
+    decode(R"({"session_id":"\ud800","prompt":"\udc00\ud800"})");
+
+    const QByteArray whole =
+        R"({"session_id":"s","n":-1e400,"tool_input":{"command":"\"\u00e9\\"}})";
+    for (qsizetype size = 0; size < whole.size(); ++size) {
+        EXPECT_FALSE(decode(whole.first(size)));
+        for (const char byte : {'\0', '"', '\\', '{', ']', '\xc3', 'e'}) {
+            QByteArray broken = whole;
+            broken[size] = byte;
+            decode(broken);
+        }
+    }
+    EXPECT_TRUE(decode(whole));
+}
+
+TEST(DisplayLine, MakesATextFitForOneLine) {
+    const QString longest(120, 'x');
+    const std::pair<Text, Text> cases[] = {{{}, {}},
+                                           {" \t\r\n ", {}},
+                                           {" <system>", {}},
+                                           {"\n{\"a\":1}", {}},
+                                           {"a < b {c}", "a < b {c}"},
+                                           {" one\ntwo\n\nthree\r\nfour\n", "one two  three four"},
+                                           {" " + longest + "\n", longest},
+                                           {longest + "x", longest + u'…'}};
+    for (const auto &[text, line] : cases) {
+        EXPECT_EQ(TranscriptReader::displayLine(text), line);
+    }
+}
+
+TEST(DisplayLine, CountsCharactersAsAPersonDoes) {
+    const QString characters[] = {
+        "e\u0301",                                        // a letter with its accent
+        "\U0001F469\U0001F3FD",                           // with a skin tone
+        "\U0001F468\u200D\U0001F469\u200D\U0001F467",     // a family
+        "\U0001F1E9\U0001F1EA",                           // a flag
+        QStringLiteral("a") + QString(30, QChar(0x0301)), // more than a first look sees
+    };
+    for (const QString &character : characters) {
+        const QString fits = character.repeated(120);
+        EXPECT_EQ(TranscriptReader::displayLine(fits), fits);
+        EXPECT_EQ(TranscriptReader::displayLine(fits + character), fits + u'…');
+        EXPECT_EQ(TranscriptReader::displayLine(fits + character.repeated(2000)), fits + u'…');
+    }
+    // Marks so placed that the 120th character's last one lies across the first 1024 units' end.
+    const QString marked = (u'e' + QString(7, QChar(0x0301))).repeated(119) + u'a' +
+                           QString(70, QChar(0x0301)) + "\U0001F3FD";
+    EXPECT_EQ(TranscriptReader::displayLine(marked), marked);
+    EXPECT_EQ(TranscriptReader::displayLine(marked + "more"), marked + u'…');
+    // A mark joins the blank that stands for a line feed.
+    const QString joined = u'a' + QStringLiteral(" \u0301").repeated(119);
+    EXPECT_EQ(TranscriptReader::displayLine(QString(joined).replace(' ', '\n')), joined);
+}
+
+} // namespace
+} // namespace morvane

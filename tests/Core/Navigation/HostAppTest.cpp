@@ -1,0 +1,57 @@
+#include "Core/Navigation/HostApp.h"
+
+#include "Platform/InstalledApplications.h"
+#include "Support/Printing.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <tuple>
+
+namespace morvane {
+namespace {
+
+using Hint = std::optional<QString>;
+
+class FakeApplications : public InstalledApplications {
+public:
+    std::optional<QString> displayName(const QString &bundleID) const override {
+        const auto found = installed.find(bundleID);
+        return found != installed.end() ? std::optional(found->second) : std::nullopt;
+    }
+
+    std::map<QString, QString> installed;
+};
+
+TEST(HostApp, FindsTheHostFromItsHints) {
+    const std::tuple<Hint, Hint, QString, Hint> cases[] = {
+        {{}, {}, "com.googlecode.iterm2", {}},
+        {"", "ghostty", "com.mitchellh.ghostty", "Ghostty"},
+        {{}, "xterm", "com.googlecode.iterm2", "iTerm"},
+        {"com.todesktop.230313mzl4w4u92", "vscode", "com.todesktop.230313mzl4w4u92", "Cursor"},
+        {"org.gnome.Terminal", "kitty", "org.gnome.Terminal", "Terminal"},
+        {"plain", {}, "plain", "plain"},
+        {"org.example.dotted.", {}, "org.example.dotted.", "dotted"},
+        {"...", {}, "...", {}}};
+    const FakeApplications none;
+    for (const auto &[hostBundleID, termProgram, bundleID, name] : cases) {
+        SCOPED_TRACE(bundleID.toStdString());
+        EXPECT_EQ(HostApp::bundleID(hostBundleID, termProgram), bundleID);
+        EXPECT_EQ(HostApp::displayName(hostBundleID, termProgram, none), name);
+    }
+}
+
+TEST(HostApp, AsksTheMachineOnlyForWhatItDoesNotKnow) {
+    FakeApplications applications;
+    applications.installed = {{"org.gnome.Console", "King's Cross"},
+                              {"org.example.Edit.app", "Edit.app"},
+                              {"org.example.Empty", ".app"},
+                              {"net.kovidgoyal.kitty", "Another Name"}};
+    EXPECT_EQ(HostApp::displayName("org.gnome.Console", {}, applications), "King's Cross");
+    EXPECT_EQ(HostApp::displayName("org.example.Edit.app", {}, applications), "Edit");
+    EXPECT_EQ(HostApp::displayName("org.example.Empty", {}, applications), "Empty");
+    EXPECT_EQ(HostApp::displayName("net.kovidgoyal.kitty", {}, applications), "kitty");
+}
+
+} // namespace
+} // namespace morvane

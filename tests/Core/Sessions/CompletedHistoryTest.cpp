@@ -1,0 +1,217 @@
+#include "Core/Sessions/CompletedHistory.h"
+
+#include "Core/Sessions/CompletedHistoryFormat.h"
+#include "Core/Settings/Defaults.h"
+#include "Support/Printing.h"
+#include "Support/TemporaryHome.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <string>
+#include <utility>
+
+namespace morvane {
+namespace {
+
+using nlohmann::json;
+
+constexpr Date finish =
+    std::chrono::sys_days(std::chrono::year(2024) / 2 / 29) + std::chrono::milliseconds(1500);
+
+QByteArray bytes(const json &value) {
+    return QByteArray::fromStdString(value.dump());
+}
+
+/// A stored history of one record with no more than it must have, and what the test adds to it.
+json stored(const json &more = json::object()) {
+    json record{{"id", "/p"}, {"name", "Mine"}, {"cwd", "/p"}, {"finishedAt", 1}};
+    record.update(more);
+    return json::array({record});
+}
+
+CompletedRecord onlyRecord(const json &history) {
+    const auto records = CompletedHistoryFormat::parse(bytes(history));
+    EXPECT_TRUE(records && records->size() == 1) << history;
+    return records.value_or(QList<CompletedRecord>()).value(0);
+}
+
+CompletedRecord fullRecord() {
+    Session session;
+    session.id = "s";
+    session.agent = AgentKind::kimi;
+    session.state = SessionState::failed;
+    session.cwd = "/home/ada/ünïcode 🙂";
+    session.gitBranch = "main";
+    session.itermSessionID = "w0t0p0:1";
+    session.termProgram = "kitty";
+    session.hostBundleID = "net.kovidgoyal.kitty";
+    session.lastPrompt = "Say \"hi\"\n";
+    session.summary = "";
+    session.hostAppName = "kitty";
+    session.pane = {"%1", "/tmp/tmux,1,0", {}, "7", {}, {}};
+    session.ttyName = "/dev/pts/3";
+    return CompletedRecord::of(session, finish);
+}
+
+TEST(CompletedHistoryFormat, WritesEachFieldUnderItsName) {
+    const json expected =
+        json::array({{{"id", "/home/ada/ünïcode 🙂"},
+                      {"name", "ünïcode 🙂"},
+                      {"cwd", "/home/ada/ünïcode 🙂"},
+                      {"gitBranch", "main"},
+                      {"itermSessionID", "w0t0p0:1"},
+                      {"termProgram", "kitty"},
+                      {"hostBundleID", "net.kovidgoyal.kitty"},
+                      {"finishedAt", 730857601.5},
+                      {"lastPrompt", "Say \"hi\"\n"},
+                      {"summary", ""},
+                      {"agent", "kimi"},
+                      {"hostAppName", "kitty"},
+                      {"failed", true},
+                      {"pane", {{"tmux", "%1"}, {"tmuxServer", "/tmp/tmux,1,0"}, {"kitty", "7"}}},
+                      {"ttyName", "/dev/pts/3"}}});
+    EXPECT_EQ(json::parse(CompletedHistoryFormat::write({fullRecord()}).toStdString()), expected);
+
+    CompletedRecord least;
+    least.id = "s";
+    least.finishedAt = finish;
+    EXPECT_EQ(json::parse(CompletedHistoryFormat::write({least}).toStdString()),
+              json::array({{{"id", "s"}, {"name", ""}, {"cwd", ""}, {"finishedAt", 730857601.5}}}));
+}
+
+TEST(CompletedHistoryFormat, ReadsBackWhatItHasWritten) {
+    CompletedRecord least;
+    least.id = "s";
+    least.finishedAt = finish - std::chrono::hours(24 * 365 * 60);
+    const QList<CompletedRecord> history{fullRecord(), least};
+    EXPECT_EQ(CompletedHistoryFormat::parse(CompletedHistoryFormat::write(history)), history);
+
+    // Also where a date has more digits than a date of ours: nothing wanders from save to save.
+    for (const char *date : {"797953274.48131216", "-1.25", "12"}) {
+        const auto once = bytes(stored({{"finishedAt", json::parse(date)}}));
+        const auto read = CompletedHistoryFormat::parse(once);
+        ASSERT_TRUE(read);
+        const json again = json::parse(CompletedHistoryFormat::write(*read).toStdString());
+        EXPECT_EQ(again[0]["finishedAt"], json::parse(date));
+    }
+}
+
+TEST(CompletedHistoryFormat, ForgivesAllButWhatARecordIsMadeOf) {
+    EXPECT_EQ(onlyRecord(stored()).agent, std::nullopt);
+    for (const char *field :
+         {"gitBranch", "itermSessionID", "termProgram", "hostBundleID", "lastPrompt", "summary",
+          "hostAppName", "ttyName", "agent", "failed", "pane", "unheardOf"}) {
+        for (const json &wrong : {json(7), json(nullptr)}) {
+            EXPECT_EQ(onlyRecord(stored({{field, wrong}})), onlyRecord(stored())) << field << wrong;
+        }
+    }
+    for (const char *field : {"agent", "failed", "pane"}) {
+        EXPECT_EQ(onlyRecord(stored({{field, "no such"}})), onlyRecord(stored())) << field;
+    }
+    EXPECT_EQ(onlyRecord(stored({{"pane", {{"tmux", "%1"}, {"tmuxServer", 5}}}})).pane,
+              std::nullopt);
+    EXPECT_EQ(onlyRecord(stored({{"pane", {{"zellij", "z"}, {"orca", nullptr}}}})).pane->zellij,
+              "z");
+
+    for (const char *field : {"id", "name", "cwd", "finishedAt"}) {
+        for (const json &wrong : {json(nullptr), json(true)}) {
+            json history = stored();
+            history.push_back(history[0]);
+            history[1][field] = wrong;
+            EXPECT_EQ(CompletedHistoryFormat::parse(bytes(history)), std::nullopt) << field;
+            history[1].erase(field);
+            EXPECT_EQ(CompletedHistoryFormat::parse(bytes(history)), std::nullopt) << field;
+        }
+    }
+    for (const char *text : {"", "{}", "[1]", "[{}", "[\"\xff\"]"}) {
+        EXPECT_EQ(CompletedHistoryFormat::parse(text), std::nullopt) << text;
+    }
+}
+
+TEST(CompletedHistoryFormat, KeepsADateThatNobodyCanReckonWithWithinReach) {
+    const Date now = std::chrono::system_clock::now();
+    for (const double date : {1e300, -1e300, 1e17}) {
+        const Date read = onlyRecord(stored({{"finishedAt", date}})).finishedAt;
+        EXPECT_EQ(now + (read - now), read);
+        EXPECT_EQ(read > now, date > 0);
+    }
+}
+
+class CompletedHistoryTest : public testing::Test {
+protected:
+    Defaults defaults() const { return {home.path("defaults"), "test"}; }
+
+    void store(const QByteArray &bytes) const { defaults().setValue("completedHistory", bytes); }
+    QByteArray storedBytes() const { return defaults().value("completedHistory").toByteArray(); }
+
+    TemporaryHome home;
+};
+
+TEST_F(CompletedHistoryTest, OutlivesTheProgram) {
+    {
+        Defaults first = defaults();
+        CompletedHistory history(first);
+        EXPECT_TRUE(history.records().isEmpty());
+        history.add(fullRecord());
+    }
+    Defaults second = defaults();
+    CompletedHistory history(second);
+    EXPECT_EQ(history.records(), QList<CompletedRecord>{fullRecord()});
+    EXPECT_FALSE(history.summarize("unknown", "x"));
+    EXPECT_TRUE(history.summarize(fullRecord().id, "Done."));
+    history.rename("/elsewhere", "Other");
+    history.rename(fullRecord().cwd, "Mine");
+
+    Defaults third = defaults();
+    const CompletedRecord record = CompletedHistory(third).records().value(0);
+    EXPECT_EQ(record.summary, "Done.");
+    EXPECT_EQ(record.name, "Mine");
+}
+
+TEST_F(CompletedHistoryTest, LeavesWhatItCannotReadUntilItHasSomethingToSave) {
+    for (const QByteArray &broken :
+         {bytes(json::array({stored()[0], {{"id", "/q"}}})), QByteArray("\xff\x00nonsense", 10)}) {
+        store(broken);
+        Defaults values = defaults();
+        CompletedHistory history(values);
+        EXPECT_TRUE(history.records().isEmpty());
+        EXPECT_EQ(storedBytes(), broken);
+        history.add(fullRecord());
+        EXPECT_EQ(CompletedHistoryFormat::parse(storedBytes()),
+                  QList<CompletedRecord>{fullRecord()});
+    }
+    // The right bytes under the wrong type.
+    Defaults values = defaults();
+    values.setValue("completedHistory", QString::fromUtf8(bytes(stored())));
+    EXPECT_TRUE(CompletedHistory(values).records().isEmpty());
+}
+
+TEST_F(CompletedHistoryTest, KeepsTheTenLatest) {
+    json longer = json::array();
+    for (int record = 0; record < 12; ++record) {
+        longer.push_back(stored({{"id", std::to_string(record)}})[0]);
+    }
+    store(bytes(longer));
+    Defaults values = defaults();
+    CompletedHistory history(values);
+    EXPECT_EQ(history.records().size(), 12);
+    history.add(fullRecord());
+    EXPECT_EQ(history.records().size(), 10);
+    EXPECT_EQ(history.records().first(), fullRecord());
+    EXPECT_EQ(history.records().last().id, "8");
+}
+
+TEST_F(CompletedHistoryTest, LeavesAValueThatIsNoDataAsItIs) {
+    const QByteArray file = "{\"completedHistory\":{\"$data\":\"not base64!\"}}";
+    home.write("defaults/test.json", file);
+    Defaults values = defaults();
+    EXPECT_TRUE(CompletedHistory(values).records().isEmpty());
+    values.setValue("another", 1);
+    json expected = json::parse(file.toStdString());
+    expected["another"] = 1;
+    EXPECT_EQ(json::parse(home.read("defaults/test.json").toStdString()), expected);
+}
+
+} // namespace
+} // namespace morvane

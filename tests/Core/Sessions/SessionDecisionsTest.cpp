@@ -1,0 +1,214 @@
+#include "Core/StoreFixture.h"
+
+#include <functional>
+#include <tuple>
+
+namespace morvane {
+namespace {
+
+class DecisionsTest : public StoreFixture {
+protected:
+    void parkApproval(const QString &decisionID) { apply(EventBuilder::parked(decisionID)); }
+    void parkQuestions(const QString &decisionID, const QStringList &texts) {
+        apply(EventBuilder::parked(decisionID).asking(texts));
+    }
+};
+
+TEST_F(DecisionsTest, ShowsAPermissionRequestThatWaits) {
+    apply(EventBuilder::parked("d1").with(&HookEvent::toolDetail, "make"));
+    const Date limit = scheduler.now() + Seconds(60);
+    EXPECT_EQ(session().pendingApproval, (PendingApproval{"d1", "Bash", "make", limit, true}));
+    EXPECT_FALSE(session().acknowledged);
+
+    // The agent's own notice of the prompt doesn't disturb it.
+    apply(EventBuilder(Kind::needsInput).with(&HookEvent::responseMessage, "Waiting"));
+    apply(EventBuilder(Kind::permissionRequest));
+    EXPECT_EQ(session().pendingApproval->id, "d1");
+    EXPECT_EQ(session().pendingExternalResponse, std::nullopt);
+    EXPECT_EQ(announced, QStringList{"needsInput"});
+
+    // Nor does a tool that starts meanwhile.
+    apply(Kind::toolUse);
+    EXPECT_EQ(session().state, SessionState::working);
+    EXPECT_EQ(session().pendingApproval->id, "d1");
+
+    apply(EventBuilder(Kind::permissionRequest)
+              .of(AgentKind::codex)
+              .with(&HookEvent::decisionID, "d1"));
+    EXPECT_EQ(session().pendingApproval, (PendingApproval{"d1", "tool", {}, limit, false}));
+    EXPECT_EQ(resolved, QStringList());
+}
+
+TEST_F(DecisionsTest, ShowsWhatOnlyTheTerminalCanAnswer) {
+    const EventBuilder notice =
+        EventBuilder(Kind::needsInput).with(&HookEvent::responseMessage, "Waiting");
+    const EventBuilder manyChoices = EventBuilder::parked("d2").asking({"Q"}, true);
+    const EventBuilder fromCodex = EventBuilder::parked("d2").of(AgentKind::codex).asking({"Q"});
+    // The event, whose hooks it lets go, and how many questions and which message are shown of it.
+    const std::tuple<EventBuilder, QStringList, qsizetype, std::optional<QString>> cases[] = {
+        {notice, {}, 0, "Waiting"},
+        {EventBuilder(Kind::permissionRequest), {}, 0, {}},
+        {manyChoices.with(&HookEvent::responseMessage, "m"), {"d2 ask"}, 1, "m"},
+        {fromCodex, {"d2 ask"}, 1, {}},
+    };
+    for (const auto &[event, released, questions, message] : cases) {
+        apply(Kind::sessionStart);
+        apply(event);
+        EXPECT_EQ(session().state, SessionState::needsInput);
+        EXPECT_EQ(session().pendingDecisionID(), std::nullopt);
+        ASSERT_TRUE(session().pendingExternalResponse);
+        EXPECT_EQ(session().pendingExternalResponse->questions.size(), questions);
+        EXPECT_EQ(session().pendingExternalResponse->fallbackMessage, message);
+        EXPECT_EQ(take(resolved), released);
+    }
+    const Kind clearing[] = {Kind::sessionStart, Kind::promptSubmit, Kind::toolUse,
+                             Kind::idle,         Kind::turnEnd,      Kind::turnFailed};
+    for (const Kind kind : clearing) {
+        apply(notice);
+        apply(kind);
+        EXPECT_EQ(session().pendingExternalResponse, std::nullopt);
+    }
+    apply(notice);
+    parkApproval("d3");
+    EXPECT_EQ(session().pendingExternalResponse, std::nullopt);
+}
+
+TEST_F(DecisionsTest, LetsANewerRequestTakeThePlaceOfAnOlder) {
+    parkApproval("d1");
+    parkApproval("d1");
+    EXPECT_EQ(resolved, QStringList());
+    parkQuestions("d2", {"Q"});
+    EXPECT_EQ(take(resolved), QStringList{"d1 ask"});
+    EXPECT_EQ(stateAtRelease.pendingDecisionID(), "d1");
+    EXPECT_EQ(session().pendingApproval, std::nullopt);
+    EXPECT_EQ(session().pendingQuestion->id, "d2");
+    apply(EventBuilder::parked("d3").asking({"Q"}, true));
+    EXPECT_EQ(resolved, (QStringList{"d3 ask", "d2 ask"}));
+    EXPECT_EQ(session().pendingDecisionID(), std::nullopt);
+    EXPECT_TRUE(session().pendingExternalResponse);
+}
+
+TEST_F(DecisionsTest, ReleasesAHookOnceItsReasonIsGone) {
+    const auto expectRelease = [this](bool releases, const std::function<void()> &action) {
+        for (const EventBuilder &waiting :
+             {EventBuilder::parked("d"), EventBuilder::parked("d").asking({"Q"})}) {
+            apply(waiting);
+            action();
+            EXPECT_EQ(take(resolved), releases ? QStringList{"d ask"} : QStringList());
+            const Session left = store.sessions().value("s");
+            EXPECT_EQ(left.pendingDecisionID().has_value(), !releases);
+            EXPECT_FALSE(releases && stateAtRelease.pendingDecisionID());
+            apply(Kind::sessionEnd);
+            take(resolved);
+        }
+    };
+    for (const Kind kind : {Kind::sessionStart, Kind::toolUse, Kind::idle, Kind::subagentStop}) {
+        expectRelease(false, [&] { apply(kind); });
+    }
+    for (const Kind kind :
+         {Kind::promptSubmit, Kind::turnEnd, Kind::turnFailed, Kind::sessionEnd}) {
+        expectRelease(true, [&] { apply(kind); });
+    }
+    expectRelease(true, [&] { store.removeSessions(""); });
+    expectRelease(false, [&] { store.removeSessions("/a"); });
+}
+
+TEST_F(DecisionsTest, CarriesADecisionBackAfterTheSessionHasMoved) {
+    const auto remember = AgentDecision::allowRemembering(AgentDecision::Scope::permanent);
+    for (const AgentDecision &decision :
+         {AgentDecision::allow(), AgentDecision::deny(), remember, AgentDecision::ask()}) {
+        parkApproval("d");
+        const Date asked = scheduler.now();
+        scheduler.advance(Seconds(5));
+        take(announced);
+        store.decide("s", decision);
+        EXPECT_EQ(take(resolved), QStringList{"d " + nameOf(decision)});
+        // Only to ask leaves it to the agent's terminal, where it still waits.
+        const bool waits = decision.kind == AgentDecision::Kind::ask;
+        EXPECT_EQ(session().state, waits ? SessionState::needsInput : SessionState::working);
+        EXPECT_TRUE(session().acknowledged);
+        EXPECT_EQ(session().pendingDecisionID(), std::nullopt);
+        EXPECT_EQ(session().stateChangedAt, scheduler.now());
+        EXPECT_EQ(session().lastEventAt, asked);
+        EXPECT_EQ(stateAtRelease, session());
+        EXPECT_EQ(announced, QStringList());
+        store.decide("s", decision);
+        EXPECT_EQ(resolved, QStringList());
+    }
+    parkQuestions("d", {"Q"});
+    store.decide("s", AgentDecision::deny());
+    EXPECT_EQ(session().pendingQuestion->id, "d");
+    EXPECT_EQ(resolved, QStringList());
+}
+
+TEST_F(DecisionsTest, SendsAnswersOnceAllQuestionsHaveOne) {
+    parkQuestions("d", {"Q1", "Q2"});
+    scheduler.advance(Seconds(5));
+    store.answer("s", "Q2", "Yes");
+    store.answer("s", "Q2", "No");
+    EXPECT_EQ(resolved, QStringList());
+    EXPECT_EQ(session().state, SessionState::needsInput);
+    EXPECT_EQ(session().pendingQuestion->firstUnanswered(), 0);
+    store.answer("s", "Q1", "Yes");
+    EXPECT_EQ(take(resolved), QStringList{"d answer Q1=Yes Q2=No"});
+    EXPECT_EQ(session().state, SessionState::working);
+    EXPECT_TRUE(session().acknowledged);
+    EXPECT_EQ(session().pendingQuestion, std::nullopt);
+    EXPECT_EQ(session().stateChangedAt, scheduler.now());
+    EXPECT_EQ(stateAtRelease, session());
+    store.answer("s", "Q1", "Yes");
+    EXPECT_EQ(resolved, QStringList());
+}
+
+TEST_F(DecisionsTest, ChoosesByTheOrderOfTheButtons) {
+    const std::pair<AgentKind, QList<const char *>> cases[] = {
+        {AgentKind::claude, {"d deny", "d allow", "d remember", nullptr}},
+        {AgentKind::codex, {"d deny", "d allow", nullptr}},
+    };
+    for (const auto &[agent, sent] : cases) {
+        for (qsizetype index = -1; index < sent.size(); ++index) {
+            apply(EventBuilder::parked("d").of(agent));
+            store.chooseByIndex("s", index);
+            const char *expected = index < 0 ? nullptr : sent[index];
+            EXPECT_EQ(take(resolved), expected ? QStringList{expected} : QStringList());
+        }
+    }
+    parkQuestions("q", {"Q1", "Q2"});
+    take(resolved);
+    store.chooseByIndex("s", 2);
+    store.chooseByIndex("s", 1);
+    EXPECT_EQ(resolved, QStringList());
+    store.chooseByIndex("s", 0);
+    EXPECT_EQ(resolved, QStringList{"q answer Q1=No Q2=Yes"});
+}
+
+TEST_F(DecisionsTest, ForgetsADecisionThatHasExpired) {
+    parkQuestions("d2", {"Q"});
+    apply(EventBuilder::parked("d1").in("other"));
+    Session expected = session();
+    const Session other = session("other");
+    scheduler.advance(Seconds(1));
+    store.approvalExpired("d2");
+    expected.pendingQuestion.reset();
+    EXPECT_EQ(session(), expected);
+    EXPECT_EQ(session("other"), other);
+    store.approvalExpired("d1");
+    EXPECT_EQ(session("other").pendingApproval, std::nullopt);
+    EXPECT_EQ(session("other").state, SessionState::needsInput);
+    EXPECT_EQ(resolved, QStringList());
+}
+
+TEST_F(DecisionsTest, OffersTheFirstSessionThatWaitsToTheKeys) {
+    apply(EventBuilder(Kind::needsInput).in("external"));
+    EXPECT_EQ(store.sessionAwaitingDecision(), std::nullopt);
+    apply(EventBuilder::parked("d1").in("older"));
+    scheduler.advance(Seconds(1));
+    apply(EventBuilder::parked("d2").in("newer"));
+    EXPECT_EQ(store.sessionAwaitingDecision()->id, "newer");
+    scheduler.advance(Seconds(1));
+    apply(EventBuilder(Kind::toolUse).in("newer"));
+    EXPECT_EQ(store.sessionAwaitingDecision()->id, "older");
+}
+
+} // namespace
+} // namespace morvane

@@ -1,0 +1,159 @@
+#include "Core/Sessions/SessionDiscovery.h"
+
+#include "Support/Printing.h"
+#include "Support/TemporaryHome.h"
+
+#include <QDateTime>
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace morvane {
+namespace {
+
+constexpr Date now{std::chrono::seconds(1'700'000'000)};
+constexpr Seconds maxAge(600);
+
+class DiscoveryTest : public testing::Test {
+protected:
+    /// A transcript that was written so many seconds ago.
+    QString write(const QString &path, const QByteArray &text, double age = 60) const {
+        const QString file = home.write(path, text);
+        setAge(file, age);
+        return file;
+    }
+
+    static void setAge(const QString &file, double age) {
+        const auto written =
+            std::chrono::duration_cast<std::chrono::nanoseconds>((now - Seconds(age)) - Date());
+        const timespec time{written.count() / 1'000'000'000, written.count() % 1'000'000'000};
+        const timespec times[] = {time, time};
+        ASSERT_EQ(::utimensat(AT_FDCWD, QFile::encodeName(file).constData(), times, 0), 0);
+    }
+
+    static QByteArray meta(const QByteArray &payload) {
+        return R"({"type":"session_meta","payload":)" + payload + "}\n";
+    }
+
+    static QList<DiscoveredSession> scan() { return SessionDiscovery::scan(maxAge, now); }
+
+    /// Id and working directory of each session that is found.
+    static QStringList found() {
+        QStringList result;
+        for (const DiscoveredSession &session : scan()) {
+            result.append(session.id + " " + session.cwd);
+        }
+        result.sort();
+        return result;
+    }
+
+    TemporaryHome home;
+};
+
+TEST_F(DiscoveryTest, FindsWhatClaudeCodeAndCodexHaveWritten) {
+    EXPECT_TRUE(scan().isEmpty());
+    const QString codex =
+        write(".codex/sessions/2026/01/02/rollout-1.jsonl", meta(R"({"id":"c","cwd":"/q"})"), 0.5);
+    // Without a folder of Claude Code's there are still Codex's sessions.
+    EXPECT_EQ(found(), QStringList{"c /q"});
+    const QString claude =
+        write(".claude/projects/-p/s.1.jsonl", "{\"type\":\"summary\"}\n{\"cwd\":\"/p\"}\n", -5);
+    EXPECT_EQ(scan(),
+              (QList<DiscoveredSession>{{"s.1", AgentKind::claude, "/p", claude, now + Seconds(5)},
+                                        {"c", AgentKind::codex, "/q", codex, now - Seconds(0.5)}}));
+}
+
+TEST_F(DiscoveryTest, UnderstandsWhatAgentsHaveWritten) {
+    const auto writeCopy = [this](const QString &path, const char *name) {
+        QFile original(QStringLiteral(TEST_DATA "/") + QLatin1String(name));
+        ASSERT_TRUE(original.open(QIODevice::ReadOnly));
+        write(path, original.readAll());
+    };
+    writeCopy(".claude/projects/-home-ada-workshop/s.jsonl", "claude.jsonl");
+    writeCopy(".codex/sessions/2026/01/01/rollout.jsonl", "codex.jsonl");
+    EXPECT_EQ(found(), (QStringList{"00000000-0000-7000-8000-000000000001 /home/ada/workshop",
+                                    "s /home/ada/workshop"}));
+}
+
+TEST_F(DiscoveryTest, LooksOnlyForTranscriptsInTheirPlaces) {
+    const QByteArray line = "{\"cwd\":\"/p\"}\n";
+    for (const char *path :
+         {"a.jsonl", "p/b.json", "p/c.JSONL", "p/d", "p/.jsonl", "p/q/e.jsonl"}) {
+        write(QLatin1String(".claude/projects/") + path, line);
+    }
+    write(".claude/projects/p/f.jsonl", line);
+    write(".claude/projects/.hidden/g.jsonl", line);
+    home.write(".claude/projects/p/folder.jsonl/h.jsonl", line);
+    const QByteArray codex = meta(R"({"id":"i","cwd":"/q"})");
+    for (const char *path : {".hidden.jsonl", ".hidden/a.jsonl", "b.json"}) {
+        write(QLatin1String(".codex/sessions/") + path, codex);
+    }
+    write(".codex/sessions/1/2/3/4/5/c.jsonl", codex);
+    home.write(".codex/sessions/folder.jsonl/d.jsonl");
+    setAge(home.path(".codex/sessions/folder.jsonl"), 1);
+    EXPECT_EQ(found(), (QStringList{"f /p", "g /p", "i /q"}));
+}
+
+TEST_F(DiscoveryTest, LeavesWhatIsOldUnread) {
+    // Each of them would be a session, were it recent.
+    for (const double age : {600.0, 1e8}) {
+        write(QStringLiteral(".claude/projects/p/%1.jsonl").arg(age), "{}", age);
+    }
+    EXPECT_EQ(found(), QStringList());
+    write(".claude/projects/p/recent.jsonl", "{}", 599.999);
+    EXPECT_EQ(found(), QStringList{"recent "});
+}
+
+TEST_F(DiscoveryTest, ReadsTheBeginningOfATranscript) {
+    const auto lines = [](qsizetype size) { return QByteArray("{}\n").repeated(size / 3); };
+    const QByteArray cwd = "{\"cwd\":\"/p\"}\n";
+    write(".claude/projects/p/near.jsonl", lines(65'000) + cwd + lines(1'000'000));
+    write(".claude/projects/p/far.jsonl", lines(66'000) + cwd);
+    write(".claude/projects/p/first.jsonl",
+          "\n{\"cwd\":7}\n{\"cwd\":\"\"}\n[]\nnonsense\n" + cwd + "{\"cwd\":\"/q\"}\n");
+    write(".claude/projects/p/binary.jsonl", cwd + "\xff");
+    QByteArray cutInCharacter = cwd + QByteArray(65'535 - cwd.size(), ' ');
+    write(".claude/projects/p/cut.jsonl", cutInCharacter + "ä");
+    EXPECT_EQ(found(), (QStringList{"binary ", "cut ", "far ", "first /p", "near /p"}));
+}
+
+TEST_F(DiscoveryTest, TakesACodexSessionOnlyWithItsId) {
+    const QByteArray payloads[] = {R"({"id":"both","session_id":"no","cwd":"/1"})",
+                                   R"({"session_id":"second","cwd":"/2"})",
+                                   R"({"id":"without a folder","cwd":""})",
+                                   R"({"id":7,"session_id":"no id","cwd":"/3"})",
+                                   R"({"id":"","session_id":"no","cwd":"/4"})",
+                                   R"({"id":"no"})",
+                                   R"({"cwd":"/5"})",
+                                   "[]"};
+    int file = 0;
+    for (const QByteArray &payload : payloads) {
+        write(QStringLiteral(".codex/sessions/%1.jsonl").arg(++file),
+              "{\"type\":\"turn_context\",\"payload\":{\"id\":\"no\",\"cwd\":\"/no\"}}\n" +
+                  meta(payload));
+    }
+    write(".codex/sessions/later.jsonl",
+          meta(R"({"id":""})") + meta(R"({"id":"later","cwd":"/6"})"));
+    EXPECT_EQ(found(),
+              (QStringList{"both /1", "later /6", "no id /3", "second /2", "without a folder "}));
+}
+
+TEST_F(DiscoveryTest, PassesOverWhatItCannotRead) {
+    write(".claude/projects/p/a.jsonl", "{\"cwd\":\"/p\"}");
+    const QString closed = home.path(".claude/projects/closed");
+    if (::geteuid() != 0) { // for whom nothing is closed
+        home.write(".claude/projects/closed/b.jsonl", "{}");
+        ASSERT_TRUE(QFile::setPermissions(closed, {}));
+    }
+    ASSERT_TRUE(QFile::link(home.path("nowhere"), home.path(".claude/projects/p/gone.jsonl")));
+    const QString pipe = home.path(".claude/projects/p/pipe.jsonl");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    setAge(pipe, 1);
+    EXPECT_EQ(found(), QStringList{"a /p"});
+    QFile::setPermissions(closed, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+} // namespace
+} // namespace morvane

@@ -1,0 +1,338 @@
+#include "Core/StoreFixture.h"
+
+#include <QSet>
+
+namespace morvane {
+namespace {
+
+using Kind = CanonicalEvent;
+
+class StoreTest : public StoreFixture {
+protected:
+    /// Brings a session into a state by way of one event, unless it is to be none.
+    void bringInto(std::optional<SessionState> state, const QString &id) {
+        constexpr std::array ways{Kind::promptSubmit, Kind::needsInput, Kind::turnEnd,
+                                  Kind::turnFailed, Kind::sessionStart};
+        if (state) {
+            apply(EventBuilder(ways[static_cast<std::size_t>(*state)]).in(id));
+            EXPECT_EQ(session(id).state, *state);
+        }
+    }
+};
+
+/// What an event does after no session, and after one in each state.
+struct TransitionRow {
+    const char *name;
+    EventBuilder event;
+    /// After none, working, needsInput, done, failed and idle. A dash: nothing happens at all.
+    std::array<const char *, 6> after;
+};
+
+std::vector<TransitionRow> transitions() {
+    const auto always = [](const char *state) {
+        return std::array{state, state, state, state, state, state};
+    };
+    const EventBuilder turnEnd(Kind::turnEnd);
+    const auto agents = turnEnd.background({"shell", "workflow"});
+    const EventBuilder stop(Kind::subagentStop);
+    const EventBuilder end(Kind::sessionEnd);
+    return {{"start", EventBuilder(Kind::sessionStart), always("idle")},
+            {"prompt", EventBuilder(Kind::promptSubmit), always("working")},
+            {"tool", EventBuilder(Kind::toolUse), always("working")},
+            {"notice", EventBuilder(Kind::needsInput), always("needsInput")},
+            {"idle", EventBuilder(Kind::idle), {"idle", "done", "done", "-", "-", "-"}},
+            {"turnEnd", turnEnd, always("done")},
+            {"turnEnd with a shell", turnEnd.background({"shell"}), always("done")},
+            {"turnEnd with an agent", agents, always("working")},
+            {"turnFailed", EventBuilder(Kind::turnFailed), always("failed")},
+            {"subagentStop", stop, {"-", "working", "needsInput", "done", "failed", "idle"}},
+            {"sessionEnd", end, {"-", "none", "none", "none", "none", "none"}},
+            {"permission", EventBuilder(Kind::permissionRequest), always("needsInput")},
+            {"parked", EventBuilder::parked("d"), always("needsInput")}};
+}
+
+TEST_F(StoreTest, MovesThroughItsStates) {
+    using enum SessionState;
+    const std::optional<SessionState> starts[] = {{}, working, needsInput, done, failed, idle};
+    const auto stateOf = [this](const QString &id) {
+        return store.sessions().contains(id) ? nameOf(session(id).state) : "none";
+    };
+    for (const TransitionRow &row : transitions()) {
+        for (std::size_t column = 0; column < std::size(starts); ++column) {
+            const QString id = QString(row.name) + QString::number(column);
+            SCOPED_TRACE(id.toStdString());
+            bringInto(starts[column], id);
+            const QString before = stateOf(id);
+            const Session untouched = store.sessions().value(id);
+            take(announced);
+            take(published);
+            scheduler.advance(Seconds(1));
+            apply(row.event.in(id));
+
+            const QString after = stateOf(id);
+            if (row.after[column] == QString("-")) {
+                EXPECT_EQ(after, before);
+                EXPECT_TRUE(store.sessions().value(id) == untouched);
+                EXPECT_EQ(published, 0);
+                continue;
+            }
+            EXPECT_EQ(after, row.after[column]);
+            EXPECT_GT(published, 0);
+            const bool calls =
+                after != before && QStringList{"needsInput", "done", "failed"}.contains(after);
+            EXPECT_EQ(announced, calls ? QStringList{after} : QStringList());
+            if (after != "none") {
+                EXPECT_EQ(session(id).lastEventAt, scheduler.now());
+                const bool restarts = after != before || row.name == QString("prompt");
+                EXPECT_EQ(session(id).stateChangedAt == scheduler.now(), restarts);
+            }
+        }
+    }
+}
+
+TEST_F(StoreTest, LearnsFromWhatAnEventTellsAndKeepsTheRest) {
+    settings.setName("Mine", "/a");
+    const PaneLocator tmux{"%1", "server", {}, {}, {}, {}};
+    const PaneLocator inZellij{{}, {}, {}, {}, "z", {}};
+    const EventBuilder start(Kind::sessionStart);
+    apply(start.with(&HookEvent::cwd, "/a")
+              .with(&HookEvent::hostBundleID, "bundle")
+
+              .with(&HookEvent::pane, tmux)
+              .with(&HookEvent::transcriptPath, "/t.jsonl"));
+    Session expected;
+    expected.id = "s";
+    expected.cwd = "/a";
+    expected.hostBundleID = "bundle";
+    expected.pane = tmux;
+    expected.hostAppName = "bundle/-";
+    expected.startedAt = expected.lastEventAt = expected.stateChangedAt = scheduler.now();
+    expected.gitBranch = "branch of /a";
+    expected.customName = "Mine";
+    expected.transcriptPath = "/t.jsonl";
+    EXPECT_EQ(session(), expected);
+
+    settings.setName("Later", "/a");
+    apply(start.with(&HookEvent::cwd, "")
+              .with(&HookEvent::pane, PaneLocator{{}, "x", {}, {}, {}, {}}));
+    apply(start.with(&HookEvent::cwd, "/a"));
+    EXPECT_EQ(session(), expected);
+
+    apply(start.of(AgentKind::codex)
+              .with(&HookEvent::cwd, "/b")
+              .with(&HookEvent::termProgram, "kitty")
+              .with(&HookEvent::pane, inZellij));
+    expected.agent = AgentKind::codex;
+    expected.cwd = "/b";
+    expected.gitBranch = "branch of /b";
+    expected.customName.reset();
+    expected.termProgram = "kitty";
+    expected.hostAppName = "bundle/kitty";
+    expected.pane = inZellij;
+    EXPECT_EQ(session(), expected);
+}
+
+TEST_F(StoreTest, FollowsATurnFromPromptToEnd) {
+    const auto tasks = [this] {
+        QStringList result;
+        for (const Subagent &subagent : session().subagents) {
+            result.append(subagent.task + (subagent.done ? " done" : ""));
+        }
+        return result.join(' ');
+    };
+    apply(EventBuilder(Kind::promptSubmit).with(&HookEvent::prompt, "Do it"));
+    apply(EventBuilder(Kind::toolUse).tool("Task").with(&HookEvent::taskDescription, "Look"));
+    for (const char *name : {"Agent", "agent"}) {
+        apply(EventBuilder(Kind::toolUse).tool(name));
+    }
+    EXPECT_EQ(session().currentTool, "agent");
+    EXPECT_EQ(tasks(), "Look subagent");
+    EXPECT_NE(session().subagents[0].id, session().subagents[1].id);
+
+    apply(EventBuilder(Kind::subagentStop)
+              .with(&HookEvent::agentID, "a")
+              .with(&HookEvent::cwd, "/of/the/subagent"));
+    EXPECT_EQ(tasks(), "Look done subagent");
+    EXPECT_EQ(session().cwd, "");
+
+    // With agents in the background the turn isn't over for the person.
+    apply(EventBuilder(Kind::turnEnd).background({"subagent", "workflow"}));
+    EXPECT_EQ(session().currentTool, std::nullopt);
+    EXPECT_EQ(session().pendingAgents, 2);
+    EXPECT_TRUE(session().acknowledged);
+    EXPECT_EQ(tasks(), "Look done subagent");
+    take(published);
+    apply(Kind::idle);
+    EXPECT_EQ(published, 0);
+    EXPECT_EQ(announced, QStringList());
+
+    apply(Kind::turnEnd);
+    EXPECT_FALSE(session().acknowledged);
+    EXPECT_EQ(tasks(), "Look done subagent done");
+    EXPECT_EQ(announced, QStringList{"done"});
+    ASSERT_EQ(store.completedHistory().size(), 1);
+    EXPECT_EQ(store.completedHistory().first().lastPrompt, "Do it");
+
+    apply(Kind::promptSubmit);
+    EXPECT_EQ(tasks(), "");
+    EXPECT_TRUE(session().acknowledged);
+    EXPECT_EQ(session().lastPrompt, "Do it");
+}
+
+TEST_F(StoreTest, LeavesASessionAloneWhenItsSubagentSpeaks) {
+    apply(EventBuilder::parked("d1"));
+    const Session before = session();
+    take(published);
+    take(announced);
+    scheduler.advance(Seconds(1));
+    for (const Kind kind : {Kind::sessionStart, Kind::promptSubmit, Kind::toolUse, Kind::needsInput,
+                            Kind::idle, Kind::turnEnd, Kind::turnFailed, Kind::sessionEnd}) {
+        apply(EventBuilder(kind).with(&HookEvent::agentID, "a"));
+        apply(EventBuilder(kind).in("other").with(&HookEvent::agentID, "a"));
+    }
+    apply(EventBuilder::parked("d2").with(&HookEvent::agentID, "a"));
+    EXPECT_EQ(session(), before);
+    EXPECT_EQ(store.sessions().size(), 1);
+    EXPECT_EQ(resolved, QStringList{"d2 ask"});
+    EXPECT_EQ(published, 0);
+    EXPECT_EQ(announced, QStringList());
+}
+
+TEST_F(StoreTest, MarksAsSeenAndTellsOnlyOfChanges) {
+    for (const auto state : {SessionState::done, SessionState::failed, SessionState::needsInput}) {
+        bringInto(state, nameOf(state));
+    }
+    take(published);
+    store.acknowledgeDone();
+    EXPECT_EQ(take(published), 1);
+    EXPECT_TRUE(session("done").acknowledged);
+    EXPECT_TRUE(session("failed").acknowledged);
+    EXPECT_FALSE(session("needsInput").acknowledged);
+    store.acknowledge("needsInput");
+    EXPECT_EQ(take(published), 1);
+    EXPECT_TRUE(session("needsInput").acknowledged);
+
+    store.acknowledgeDone();
+    store.acknowledge("needsInput");
+    store.acknowledge("unknown");
+    store.removeSessions("/nowhere");
+    store.decide("needsInput", AgentDecision::allow());
+    store.answer("needsInput", "Q", "A");
+    store.chooseByIndex("needsInput", 0);
+    store.chooseByIndex("unknown", 0);
+    store.approvalExpired("");
+    EXPECT_EQ(published, 0);
+}
+
+TEST_F(StoreTest, ClearsSessionsThatHaveRestedLongEnough) {
+    settings.setAutoClearMinutes(5);
+    for (const auto state : {SessionState::working, SessionState::needsInput, SessionState::done,
+                             SessionState::failed, SessionState::idle}) {
+        bringInto(state, nameOf(state));
+    }
+    apply(EventBuilder::parked("d"));
+    apply(Kind::sessionStart);
+    scheduler.advance(Seconds(300));
+    EXPECT_EQ(store.sessions().size(), 6);
+    take(published);
+    scheduler.advance(Seconds(59));
+    EXPECT_EQ(published, 0);
+    scheduler.advance(Seconds(1));
+    EXPECT_EQ(resolved, QStringList{"d ask"});
+    EXPECT_EQ(store.completedHistory().size(), 2);
+    scheduler.advance(Seconds(86'400));
+    EXPECT_EQ(QSet<QString>(store.sessions().keyBegin(), store.sessions().keyEnd()),
+              (QSet<QString>{"working", "needsInput"}));
+}
+
+TEST_F(StoreTest, KeepsTheLatestCompletionOfEachFolder) {
+    const auto finish = [this](const QString &id, const QString &cwd, Kind kind) {
+        apply(EventBuilder(Kind::promptSubmit).in(id).with(&HookEvent::cwd, cwd));
+        apply(EventBuilder(kind).in(id));
+    };
+    finish("a", "/p", Kind::turnEnd);
+    finish("b", "/q", Kind::turnEnd);
+    scheduler.advance(Seconds(1));
+    finish("another", "/p", Kind::turnFailed);
+    const Date finishedAt = scheduler.now();
+    // The agent may tell it twice.
+    scheduler.advance(Seconds(1));
+    apply(EventBuilder(Kind::turnFailed).in("another"));
+    ASSERT_EQ(store.completedHistory().size(), 2);
+    EXPECT_EQ(store.completedHistory().first().id, "/p");
+    EXPECT_TRUE(store.completedHistory().first().failed);
+    EXPECT_EQ(store.completedHistory().first().finishedAt, finishedAt);
+}
+
+TEST_F(StoreTest, NamesAFolderForItsSessionsAndItsRecord) {
+    const auto finish = [this](const QString &id, const QString &cwd) {
+        apply(EventBuilder(Kind::turnEnd).in(id).with(&HookEvent::cwd, cwd));
+    };
+    finish("a", "/p");
+    finish("b", "/p");
+    finish("c", "/p/q");
+    store.removeSessions("/p/q");
+    apply(Kind::promptSubmit);
+    take(published);
+    const auto names = [this] {
+        return store.completedHistory()[0].name + " " + store.completedHistory()[1].name;
+    };
+    store.renameCwd("/p", "Mine");
+    EXPECT_EQ(session("a").customName, "Mine");
+    EXPECT_EQ(session("b").customName, "Mine");
+    EXPECT_EQ(session().customName, std::nullopt);
+    EXPECT_EQ(names(), "q Mine");
+    EXPECT_EQ(take(published), 1);
+    store.renameCwd("/p/q", "Archived");
+    EXPECT_EQ(published, 0);
+
+    store.renameCwd("/p", "");
+    EXPECT_EQ(session("a").customName, std::nullopt);
+    EXPECT_EQ(names(), "Archived p");
+    store.renameCwd("", "Nobody's");
+    EXPECT_EQ(session().customName, std::nullopt);
+}
+
+/// Whoever asks, between whichever changes, is told what holds at that moment.
+TEST_F(StoreTest, ListsWhatThereIsNow) {
+    const auto ids = [](const auto &list) {
+        QStringList result;
+        for (const auto &entry : list) {
+            result.append(entry.id);
+        }
+        return result.join(" ");
+    };
+    EXPECT_EQ(store.aggregatedState(), std::nullopt);
+    EXPECT_EQ(ids(store.openSessions()), "");
+    apply(EventBuilder(Kind::sessionStart).in("i"));
+    EXPECT_EQ(store.aggregatedState(), SessionState::idle);
+    EXPECT_EQ(ids(store.openSessions()), "i");
+    apply(EventBuilder(Kind::promptSubmit).in("w").of(AgentKind::codex));
+    EXPECT_TRUE(store.showsAgentBadges());
+    apply(EventBuilder(Kind::turnEnd).in("d").with(&HookEvent::cwd, "/d"));
+    EXPECT_EQ(ids(store.sortedSessions()), "w d i");
+    EXPECT_EQ(ids(store.activeSessions()), "w");
+    EXPECT_EQ(ids(store.reportableSessions()), "w d");
+    EXPECT_EQ(ids(store.recentlyCompleted()), "/d");
+    EXPECT_EQ(store.aggregatedState(), SessionState::done);
+    store.acknowledgeDone();
+    EXPECT_EQ(store.aggregatedState(), SessionState::working);
+    EXPECT_EQ(store.aggregatedStateSince(), scheduler.now());
+
+    apply(EventBuilder::parked("d"));
+    EXPECT_TRUE(store.hasPendingDecision());
+    store.approvalExpired("d");
+    EXPECT_FALSE(store.hasPendingDecision());
+    store.renameCwd("/d", "Mine");
+    EXPECT_EQ(store.recentlyCompleted().first().name, "Mine");
+    store.removeSessions("/d");
+    EXPECT_EQ(ids(store.recentlyCompleted()), "");
+    EXPECT_EQ(ids(store.archivedCompleted()), "/d");
+    store.renameCwd("/d", {});
+    EXPECT_EQ(store.archivedCompleted().first().name, "d");
+    scheduler.advance(Seconds(700));
+    EXPECT_EQ(ids(store.sortedSessions()), "s w");
+}
+
+} // namespace
+} // namespace morvane

@@ -1,0 +1,180 @@
+#include "Core/StoreFixture.h"
+
+namespace morvane {
+namespace {
+
+class TranscriptsTest : public StoreFixture {
+protected:
+    /// Lets the oldest read that still runs end.
+    void finishRead(const TranscriptInfo &info = {}) {
+        ASSERT_FALSE(running.empty());
+        const auto use = running.front();
+        running.erase(running.begin());
+        use(info);
+    }
+
+    void finishRead(const char *lastWords) {
+        finishRead(TranscriptInfo{{}, lastWords, {}, {}, {}});
+    }
+
+    static EventBuilder withTranscript(Kind kind) {
+        return EventBuilder(kind).with(&HookEvent::transcriptPath, "/t.jsonl");
+    }
+};
+
+TEST_F(TranscriptsTest, ReadsTranscriptsThatHaveSomethingNew) {
+    apply(Kind::turnEnd);
+    apply(withTranscript(Kind::promptSubmit));
+    EXPECT_EQ(take(reads), QStringList());
+    // As long as no read has told the model, each tool may be the one to bring it.
+    apply(Kind::toolUse);
+    EXPECT_EQ(take(reads), QStringList{"Claude Code /t.jsonl"});
+    finishRead();
+    apply(EventBuilder(Kind::toolUse).of(AgentKind::codex));
+    EXPECT_EQ(take(reads), QStringList{"Codex /t.jsonl"});
+    finishRead({"opus", {}, {}, {}, {}});
+    // From then on it is enough now and then, but for the end of a turn.
+    scheduler.advance(Seconds(15));
+    apply(Kind::toolUse);
+    EXPECT_EQ(take(reads).size(), 0);
+    scheduler.advance(Seconds(0.1));
+    apply(Kind::toolUse);
+    EXPECT_EQ(take(reads).size(), 1);
+    finishRead();
+    apply(Kind::toolUse);
+    EXPECT_EQ(take(reads).size(), 0);
+    for (const Kind end : {Kind::turnEnd, Kind::turnFailed}) {
+        apply(end);
+        apply(end);
+        EXPECT_EQ(take(reads).size(), 1);
+        finishRead();
+    }
+    // A session that comes again is a new one.
+    apply(Kind::sessionEnd);
+    apply(withTranscript(Kind::toolUse));
+    EXPECT_EQ(take(reads).size(), 1);
+}
+
+TEST_F(TranscriptsTest, ReadsOneTranscriptOfASessionAtATime) {
+    apply(withTranscript(Kind::toolUse));
+    apply(withTranscript(Kind::toolUse).in("other"));
+    EXPECT_EQ(take(reads).size(), 2);
+    scheduler.advance(Seconds(60));
+    apply(Kind::toolUse);
+    apply(Kind::turnEnd);
+    EXPECT_EQ(reads.size(), 0);
+    // The end of the turn has found a read that ran, which isn't one of a completion.
+    finishRead({"opus", "All done.", 5, {}, {}});
+    EXPECT_EQ(session().model, "opus");
+    EXPECT_EQ(store.completedHistory().first().summary, std::nullopt);
+    apply(Kind::promptSubmit);
+    apply(Kind::turnEnd);
+    EXPECT_EQ(take(reads).size(), 1);
+    EXPECT_EQ(running.size(), 2u);
+}
+
+TEST_F(TranscriptsTest, TakesWhatATranscriptTellsAndKeepsTheRest) {
+    apply(withTranscript(Kind::toolUse));
+    finishRead({"opus", "Under way.", 1200, "plan", "Title"});
+    Session expected = session();
+    EXPECT_EQ(expected.model, "opus");
+    EXPECT_EQ(expected.contextTokens, 1200);
+    EXPECT_EQ(expected.permissionMode, "plan");
+    EXPECT_EQ(expected.aiTitle, "Title");
+    EXPECT_EQ(expected.summary, std::nullopt);
+
+    for (const int tokens : {1200, 1300}) {
+        scheduler.advance(Seconds(16));
+        apply(Kind::toolUse);
+        take(published);
+        finishRead({{}, "Still under way.", tokens, "plan", {}});
+        EXPECT_EQ(published, tokens == 1200 ? 0 : 1);
+    }
+    expected.contextTokens = 1300;
+    expected.lastEventAt = scheduler.now();
+    EXPECT_EQ(session(), expected);
+}
+
+TEST_F(TranscriptsTest, SumsUpAFinishedSessionByItsLastWords) {
+    int historyChanges = 0;
+    QObject::connect(&store, &SessionStore::completedHistoryChanged, &store,
+                     [&] { ++historyChanges; });
+    const auto finish = [this](const QString &id, const QString &cwd) {
+        apply(withTranscript(Kind::turnEnd).in(id).with(&HookEvent::cwd, cwd));
+    };
+    const auto summary = [this] { return store.completedHistory().first().summary; };
+    finish("s", "/p");
+    take(historyChanges);
+    finishRead("All done.");
+    EXPECT_EQ(session().summary, "All done.");
+    EXPECT_EQ(summary(), "All done.");
+    EXPECT_EQ(historyChanges, 1);
+
+    // A read without words changes none, and a session that runs again has none yet.
+    apply(Kind::promptSubmit);
+    EXPECT_EQ(session().summary, std::nullopt);
+    apply(Kind::turnEnd);
+    apply(Kind::promptSubmit);
+    finishRead("Late.");
+    EXPECT_EQ(session().summary, std::nullopt);
+    EXPECT_EQ(summary(), "Late.");
+    apply(Kind::turnEnd);
+    finishRead();
+    EXPECT_EQ(session().summary, std::nullopt);
+
+    // The record is found by the folder that the session had when the read began.
+    finish("gone", "/q");
+    apply(EventBuilder(Kind::sessionEnd).in("gone"));
+    finishRead("Gone.");
+    EXPECT_EQ(summary(), "Gone.");
+    EXPECT_FALSE(store.sessions().contains("gone"));
+    finish("moves", "/r");
+    apply(EventBuilder(Kind::toolUse).in("moves").with(&HookEvent::cwd, "/elsewhere"));
+    finishRead("Moved.");
+    EXPECT_EQ(summary(), "Moved.");
+    EXPECT_EQ(store.completedHistory().first().id, "/r");
+}
+
+TEST_F(TranscriptsTest, EntersSessionsThatWereFoundOnDisk) {
+    settings.setAutoClearMinutes(10);
+    settings.setName("Mine", "/p");
+    apply(EventBuilder(Kind::promptSubmit).in("live"));
+    const Session live = session("live");
+    const Date now = scheduler.now();
+    const Date oldest = now - Seconds(600);
+    store.restore({{"old", AgentKind::codex, "/p", "/old.jsonl", oldest - Seconds(0.001)},
+                   {"live", AgentKind::codex, "/p", "/live.jsonl", now},
+                   {"s", AgentKind::codex, "/p", "/s.jsonl", oldest, "main"},
+                   {"s", AgentKind::claude, "/q", "/twice.jsonl", now},
+                   {"later", AgentKind::claude, "", "/later.jsonl", now + Seconds(5)}});
+    EXPECT_FALSE(store.sessions().contains("old"));
+    EXPECT_EQ(session("live"), live);
+    Session expected;
+    expected.id = "s";
+    expected.agent = AgentKind::codex;
+    expected.cwd = "/p";
+    expected.transcriptPath = "/s.jsonl";
+    expected.startedAt = expected.lastEventAt = expected.stateChangedAt = oldest;
+    expected.gitBranch = "main";
+    expected.customName = "Mine";
+    EXPECT_EQ(session(), expected);
+    EXPECT_EQ(reads, (QStringList{"Codex /s.jsonl", "Claude Code /later.jsonl"}));
+
+    finishRead({"gpt-5", "Asked for more.", 9, "never", "Title"});
+    EXPECT_EQ(session().summary, "Asked for more.");
+    EXPECT_EQ(session().model, "gpt-5");
+    EXPECT_TRUE(store.completedHistory().isEmpty());
+    // A summary that has come meanwhile is newer, and the read hasn't counted as one of a turn's.
+    apply(EventBuilder(Kind::toolUse).in("s"));
+    finishRead("Read late.");
+    EXPECT_EQ(session("later").summary, "Read late.");
+    EXPECT_EQ(reads.size(), 3);
+
+    scheduler.advance(Seconds(60));
+    EXPECT_TRUE(store.sessions().contains("later"));
+    scheduler.advance(Seconds(600));
+    EXPECT_FALSE(store.sessions().contains("later"));
+}
+
+} // namespace
+} // namespace morvane

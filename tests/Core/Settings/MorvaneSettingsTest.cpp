@@ -1,0 +1,299 @@
+#include "Core/Settings/MorvaneSettings.h"
+
+#include "Core/Settings/Defaults.h"
+#include "Support/Printing.h"
+#include "Support/TemporaryHome.h"
+
+#include <QRegularExpression>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <limits>
+#include <string>
+#include <vector>
+
+namespace morvane {
+namespace {
+
+using nlohmann::json;
+
+const QString domain = "test.domain";
+const QString legacyDomain = "design.veku.morvane";
+
+class SettingsTest : public testing::Test {
+protected:
+    Defaults load() const { return Defaults(home.path("defaults"), domain); }
+
+    void store(const json &values) { home.write(file, QByteArray::fromStdString(values.dump())); }
+
+    json stored() const {
+        const QByteArray text = home.read(file);
+        return json::parse(text.begin(), text.end(), nullptr, false);
+    }
+
+    TemporaryHome home;
+    const QString file = "defaults/" + domain + ".json";
+};
+
+json textOf(const QString &text) {
+    return text.toStdString();
+}
+
+/// All properties under the keys and in the form in which they are stored.
+json snapshot(const MorvaneSettings &s) {
+    json names = json::object();
+    for (const QString &cwd : s.sessionNames().keys()) {
+        names[cwd.toStdString()] = textOf(s.sessionNames()[cwd]);
+    }
+    json result{{"eventServerPort", s.port()},
+                {"displayMode", textOf(rawValue(s.displayMode()))},
+                {"floatingPosition", textOf(rawValue(s.floatingPosition()))},
+                {"hideOverFullscreen", s.hideOverFullscreen()},
+                {"showWhenIdle", s.showWhenIdle()},
+                {"showMenuBarIcon", s.showMenuBarIcon()},
+                {"soundEnabled", s.soundEnabled()},
+                {"soundOnNeedsInput", s.soundOnNeedsInput()},
+                {"soundOnDone", s.soundOnDone()},
+                {"showFableBar", s.showFableBar()},
+                {"autoClearMinutes", s.autoClearMinutes()},
+                {"sessionNames", names},
+                {"usageEnabled", s.usageEnabled()},
+                {"approvalsEnabled", s.approvalsEnabled()},
+                {"soundOnUsageLimit", s.soundOnUsageLimit()},
+                {"hasCompletedFirstRun", s.hasCompletedFirstRun()},
+                {"installPingEnabled", s.installPingEnabled()},
+                {"installPingSent", s.installPingSent()}};
+    if (s.knownAgents()) {
+        result["knownAgents"] = json::array();
+        for (const QString &agent : *s.knownAgents()) {
+            result["knownAgents"].push_back(textOf(agent));
+        }
+    }
+    return result;
+}
+
+const json standard = json::parse(R"({
+    "eventServerPort": 47615, "displayMode": "all", "floatingPosition": "topCenter",
+    "hideOverFullscreen": false, "showWhenIdle": false, "showMenuBarIcon": true,
+    "soundEnabled": false, "soundOnNeedsInput": true, "soundOnDone": false, "showFableBar": true,
+    "autoClearMinutes": 10, "sessionNames": {}, "usageEnabled": true, "approvalsEnabled": true,
+    "soundOnUsageLimit": true, "hasCompletedFirstRun": false, "installPingEnabled": true,
+    "installPingSent": false})");
+
+const json everyOther = json::parse(R"({
+    "eventServerPort": 65535, "displayMode": "externalOnly", "floatingPosition": "topRight",
+    "hideOverFullscreen": true, "showWhenIdle": true, "showMenuBarIcon": false,
+    "soundEnabled": true, "soundOnNeedsInput": false, "soundOnDone": true, "showFableBar": false,
+    "autoClearMinutes": -3, "sessionNames": {"/a": "A"}, "usageEnabled": false,
+    "approvalsEnabled": false, "soundOnUsageLimit": false, "hasCompletedFirstRun": true,
+    "installPingEnabled": false, "installPingSent": true, "knownAgents": ["claude", "kimi"]})");
+
+void assignEveryOther(MorvaneSettings &settings) {
+    settings.setPort(65535);
+    settings.setDisplayMode(DisplayTargetMode::externalOnly);
+    settings.setFloatingPosition(FloatingPosition::topRight);
+    settings.setHideOverFullscreen(true);
+    settings.setShowWhenIdle(true);
+    settings.setShowMenuBarIcon(false);
+    settings.setSoundEnabled(true);
+    settings.setSoundOnNeedsInput(false);
+    settings.setSoundOnDone(true);
+    settings.setShowFableBar(false);
+    settings.setAutoClearMinutes(-3);
+    settings.setSessionNames({{"/a", "A"}});
+    settings.setUsageEnabled(false);
+    settings.setApprovalsEnabled(false);
+    settings.setSoundOnUsageLimit(false);
+    settings.setHasCompletedFirstRun(true);
+    settings.setInstallPingEnabled(false);
+    settings.setInstallPingSent(true);
+    settings.setKnownAgents(QStringList{"claude", "kimi"});
+}
+
+TEST_F(SettingsTest, StartFromTheStandardAndSurviveARestart) {
+    store({{"eventToken", "T"}});
+    {
+        Defaults defaults = load();
+        MorvaneSettings settings(defaults);
+        EXPECT_EQ(snapshot(settings), standard);
+        assignEveryOther(settings);
+        EXPECT_EQ(snapshot(settings), everyOther);
+    }
+    Defaults defaults = load();
+    EXPECT_EQ(snapshot(MorvaneSettings(defaults)), everyOther);
+    json expected = everyOther;
+    expected["eventToken"] = "T";
+    EXPECT_EQ(stored(), expected);
+    for (const auto &[key, value] : expected.items()) {
+        EXPECT_TRUE(MorvaneSettings::allKeys().contains(QString::fromStdString(key))) << key;
+    }
+}
+
+TEST_F(SettingsTest, TakeNothingOfTheWrongType) {
+    std::vector<std::pair<std::string, json>> wrong{
+        {"eventServerPort", -1},
+        {"eventServerPort", 70000},
+        {"autoClearMinutes", 3'000'000'000},
+        {"autoClearMinutes", std::numeric_limits<quint64>::max()},
+        {"displayMode", "All"},
+        {"floatingPosition", ""},
+        {"sessionNames", {{"/a", 1}}},
+        {"sessionNames", {{"/a", "A"}, {"/b", nullptr}}},
+        {"knownAgents", json::array({"claude", 1})}};
+    const json oneOfEach[] = {nullptr, true, 1, 1.5, "x", json::array({"x"}), {{"x", "x"}}};
+    for (const auto &[key, right] : everyOther.items()) {
+        for (const json &value : oneOfEach) {
+            const bool bothIntegers = value.is_number_integer() && right.is_number_integer();
+            if (value.type() != right.type() && !bothIntegers) {
+                wrong.emplace_back(key, value);
+            }
+        }
+    }
+    for (const auto &[key, value] : wrong) {
+        const json values{{"eventToken", "T"}, {key, value}};
+        store(values);
+        Defaults defaults = load();
+        EXPECT_EQ(snapshot(MorvaneSettings(defaults)), standard) << values;
+        EXPECT_EQ(stored(), values);
+    }
+}
+
+TEST_F(SettingsTest, MakeTheirTokenOnce) {
+    const QString uuid = "[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}";
+    const QRegularExpression pattern("^" + uuid + uuid + "$");
+    for (const json &unusable :
+         {json::object(), json{{"eventToken", 5}}, json{{"eventToken", ""}}}) {
+        store(unusable);
+        Defaults first = load();
+        const QString token = MorvaneSettings(first).eventToken();
+        EXPECT_TRUE(pattern.match(token).hasMatch());
+        EXPECT_EQ(stored(), (json{{"eventToken", token.toStdString()}}));
+        Defaults second = load();
+        EXPECT_EQ(MorvaneSettings(second).eventToken(), token);
+    }
+}
+
+TEST_F(SettingsTest, TakeOverWhatTheFormerIdentifierStored) {
+    const json legacy{{"eventToken", "OLD"}, {"eventServerPort", 50000}, {"other", {{"x", 1.5}}}};
+    const QString legacyFile = "defaults/" + legacyDomain + ".json";
+    home.write(legacyFile, QByteArray::fromStdString(legacy.dump()));
+    store({{"soundEnabled", true}});
+    Defaults defaults = load();
+    const MorvaneSettings settings(defaults);
+    EXPECT_EQ(settings.eventToken(), "OLD");
+    EXPECT_EQ(settings.port(), 50000);
+    json expected = legacy;
+    expected["soundEnabled"] = true;
+    EXPECT_EQ(stored(), expected);
+    EXPECT_EQ(json::parse(home.read(legacyFile).toStdString()), legacy);
+
+    // Not once there is a token, nor when there is nothing to take over.
+    store({{"eventToken", "T"}});
+    Defaults current = load();
+    EXPECT_EQ(snapshot(MorvaneSettings(current)), standard);
+    home.write(legacyFile, "broken");
+    store(json::object());
+    Defaults empty = load();
+    EXPECT_EQ(MorvaneSettings(empty).eventToken().size(), 72);
+}
+
+TEST_F(SettingsTest, NameWorkingDirectories) {
+    Defaults defaults = load();
+    MorvaneSettings settings(defaults);
+    settings.setName("Mine", "/a");
+    settings.setName("Nobody's", "");
+    EXPECT_EQ(settings.name("/a"), "Mine");
+    EXPECT_EQ(settings.name("/a/"), std::nullopt);
+    EXPECT_EQ(stored()["sessionNames"], (json{{"/a", "Mine"}}));
+    settings.setName("", "/a");
+    EXPECT_EQ(settings.name("/a"), std::nullopt);
+    EXPECT_EQ(stored()["sessionNames"], json::object());
+}
+
+TEST_F(SettingsTest, TellANeverMadeListFromAnEmptyOne) {
+    store({{"eventToken", "T"}, {"knownAgents", json::array()}});
+    Defaults defaults = load();
+    MorvaneSettings settings(defaults);
+    EXPECT_EQ(settings.knownAgents(), QStringList());
+    settings.setKnownAgents({});
+    EXPECT_EQ(stored(), (json{{"eventToken", "T"}}));
+}
+
+TEST_F(SettingsTest, AnnounceAChangeBeforeAndAfterIt) {
+    Defaults defaults = load();
+    MorvaneSettings settings(defaults);
+    QStringList seen;
+    const auto note = [&](const char *when) {
+        seen.append(QString(when) + (settings.showWhenIdle() ? " on" : " off"));
+    };
+    QObject::connect(&settings, &MorvaneSettings::willChange, &settings, [&] { note("before"); });
+    QObject::connect(&settings, &MorvaneSettings::changed, &settings, [&] { note("after"); });
+    settings.setShowWhenIdle(true);
+    EXPECT_EQ(seen, (QStringList{"before off", "after on"}));
+}
+
+TEST_F(SettingsTest, DefaultsKeepTypesAcrossARestart) {
+    const QVariantMap values{
+        {"yes", true},
+        {"one", 1},
+        {"least", std::numeric_limits<qint64>::min()},
+        {"greatest", std::numeric_limits<quint64>::max()},
+        {"whole", 2.0},
+        {"fraction", 0.1},
+        {"text", QString("é \U0001F469 \" \n ") + QChar(0)},
+        {"bytes", QByteArray("\0\xff{", 3)},
+        {"list", QVariantList{1, "x", QVariantList(), QVariantMap{{"", false}}}},
+    };
+    {
+        Defaults defaults = load();
+        defaults.setValues(values);
+    }
+    const Defaults defaults = load();
+    for (auto entry = values.begin(); entry != values.end(); ++entry) {
+        EXPECT_EQ(defaults.value(entry.key()), entry.value()) << entry.key().toStdString();
+    }
+    EXPECT_EQ(defaults.value("yes").typeId(), QMetaType::Bool);
+    EXPECT_EQ(defaults.value("whole").typeId(), QMetaType::Double);
+}
+
+TEST_F(SettingsTest, DefaultsAreForTheirOwnerAlone) {
+    EXPECT_EQ(Defaults::folder(), home.path(".config/morvane"));
+    const auto ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
+    home.write(file, "{}");
+    ASSERT_TRUE(QFile::setPermissions(home.path(file), ownerOnly | QFile::ReadOther));
+    for (int times = 0; times < 2; ++times) {
+        load().setValue("key", times);
+        EXPECT_EQ(QFile::permissions(home.path(file)) & QFile::Permissions(0x7077), ownerOnly);
+        QFile::remove(home.path(file));
+    }
+}
+
+TEST_F(SettingsTest, DefaultsPutAsideWhatTheyCannotRead) {
+    const QByteArray deep = "{\"x\":" + QByteArray(200'000, '[') + QByteArray(200'000, ']') + "}";
+    for (const QByteArray &broken :
+         {QByteArray("{\"eventToken\": \"T\""), QByteArray("[1]"), QByteArray(""),
+          QByteArray("{\"x\":\"\xff\"}"), QByteArray("{\"x\":1e400}"), deep}) {
+        home.write(file, broken);
+        home.write(file + ".unreadable", "older");
+        Defaults defaults = load();
+        EXPECT_FALSE(defaults.contains("eventToken"));
+        EXPECT_EQ(home.read(file), broken);
+        defaults.setValue("key", 1);
+        defaults.setValue("key", 2);
+        EXPECT_EQ(home.read(file + ".unreadable"), broken);
+        EXPECT_EQ(stored(), (json{{"key", 2}}));
+    }
+}
+
+TEST_F(SettingsTest, DefaultsBehindALinkStayThere) {
+    home.write("dotfiles/target.json", R"({"key":1})");
+    QDir().mkpath(home.path("defaults"));
+    ASSERT_TRUE(QFile::link("../dotfiles/target.json", home.path(file)));
+    load().setValue("other", 2);
+    EXPECT_TRUE(QFileInfo(home.path(file)).isSymLink());
+    EXPECT_EQ(json::parse(home.read("dotfiles/target.json").toStdString()),
+              (json{{"key", 1}, {"other", 2}}));
+}
+
+} // namespace
+} // namespace morvane

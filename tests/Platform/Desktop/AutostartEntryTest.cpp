@@ -1,0 +1,88 @@
+#include "Platform/Linux/Desktop/AutostartEntry.h"
+
+#include "Platform/Linux/Desktop/DesktopEntry.h"
+#include "Support/TemporaryHome.h"
+
+#include <gtest/gtest.h>
+
+namespace morvane {
+namespace {
+
+const QString program = "/opt/Morvane/morvane";
+const QString file = ".config/autostart/io.morvane.morvane.desktop";
+
+class AutostartEntryTest : public testing::Test {
+protected:
+    TemporaryHome home;
+    AutostartEntry entry{program};
+};
+
+TEST_F(AutostartEntryTest, IsThereAsLongAsItIsWanted) {
+    EXPECT_FALSE(entry.isEnabled());
+    EXPECT_EQ(entry.unregisterItem(), std::nullopt);
+    ASSERT_EQ(entry.registerItem(), std::nullopt);
+    EXPECT_TRUE(entry.isEnabled());
+    EXPECT_EQ(DesktopEntry::value(home.path(file), QLatin1String("Type")), "Application");
+    EXPECT_EQ(DesktopEntry::value(home.path(file), QLatin1String("Exec")),
+              "\"/opt/Morvane/morvane\"");
+    ASSERT_EQ(entry.unregisterItem(), std::nullopt);
+    EXPECT_FALSE(entry.isEnabled());
+    EXPECT_FALSE(QFile::exists(home.path(file)));
+}
+
+TEST_F(AutostartEntryTest, IsOffWhereTheDesktopSwitchedItOffUntilItIsWantedAgain) {
+    struct Case {
+        QByteArray lines;
+        bool isEnabled;
+    };
+    for (const Case &c :
+         {Case{"Hidden=true\n", false}, Case{"Hidden = true\n", false},
+          Case{"X-GNOME-Autostart-enabled=false\n", false},
+          Case{"Hidden=false\nX-GNOME-Autostart-enabled=true\n", true},
+          Case{"#Hidden=true\n", true}, Case{"[Desktop Action a]\nHidden=true\n", true}}) {
+        home.write(file, "[Desktop Entry]\nExec=morvane\n" + c.lines);
+        EXPECT_EQ(entry.isEnabled(), c.isEnabled) << c.lines.toStdString();
+    }
+    home.write(file, "[Desktop Entry]\nHidden=true\n");
+    ASSERT_EQ(entry.registerItem(), std::nullopt);
+    EXPECT_TRUE(entry.isEnabled());
+}
+
+TEST_F(AutostartEntryTest, KeepsTheLinkOfWhoKeepsTheirFilesElsewhere) {
+    home.write("dotfiles/entry", "[Desktop Entry]\nHidden=true\n");
+    QDir().mkpath(home.path(".config/autostart"));
+    QFile::link(home.path("dotfiles/entry"), home.path(file));
+    ASSERT_EQ(entry.registerItem(), std::nullopt);
+    EXPECT_TRUE(home.read(QStringLiteral("dotfiles/entry")).contains("Exec="));
+    QFile::remove(home.path("dotfiles/entry"));
+    EXPECT_FALSE(entry.isEnabled());
+    EXPECT_EQ(entry.unregisterItem(), std::nullopt);
+    EXPECT_FALSE(QFileInfo(home.path(file)).isSymLink());
+}
+
+TEST_F(AutostartEntryTest, SaysWhatKeptItFromBeingWrittenOrRemoved) {
+    home.write(".config/autostart");
+    EXPECT_EQ(entry.registerItem(), home.path(".config/autostart") + " could not be created");
+
+    QFile::remove(home.path(".config/autostart"));
+    home.write(file + "/in the way");
+    EXPECT_FALSE(entry.isEnabled());
+    const auto written = entry.registerItem();
+    const auto removed = entry.unregisterItem();
+    ASSERT_TRUE(written && removed);
+    EXPECT_TRUE(written->startsWith(home.path(file) + " could not be written: "));
+    EXPECT_TRUE(removed->startsWith(home.path(file) + " could not be removed: "));
+}
+
+/// The format's own rules: in quotes a backslash goes before ", `, $ and \, every backslash is then
+/// doubled, and a percent sign is doubled so that it begins no field code.
+TEST(DesktopEntry, QuotesAProgramWhateverItsPathIsMadeOf) {
+    EXPECT_EQ(DesktopEntry::execValue("/a b/c;d&e"), R"("/a b/c;d&e")");
+    EXPECT_EQ(DesktopEntry::execValue("/100%/$HOME"), R"("/100%%/\\$HOME")");
+    EXPECT_EQ(DesktopEntry::execValue("/\"x\"/`y`"), R"("/\\"x\\"/\\`y\\`")");
+    EXPECT_EQ(DesktopEntry::execValue("/a\\b\nc"), R"("/a\\\\b\nc")");
+    EXPECT_EQ(DesktopEntry::execValue("/é"), "\"/é\"");
+}
+
+} // namespace
+} // namespace morvane

@@ -1,0 +1,38 @@
+#include "Platform/Linux/Desktop/DesktopApplications.h"
+
+#include "Platform/Linux/Desktop/KnownApplications.h"
+#include "Support/TemporaryHome.h"
+
+#include <gtest/gtest.h>
+
+namespace morvane {
+namespace {
+
+TEST(DesktopApplications, NameWhatIsInstalledHere) {
+    const TemporaryHome home;
+    const QByteArray dataHome = qgetenv("XDG_DATA_HOME");
+    qputenv("XDG_DATA_HOME", home.path(QStringLiteral("data")).toUtf8());
+    home.write("data/applications/code.desktop",
+               "[Desktop Action new]\nName=New window\n[Desktop Entry]\nName[de]=Der Editor\n"
+               "Name=Visual Editor\nName=Second\n");
+    home.write("data/applications/org.example.Nameless.desktop", "[Desktop Entry]\nExec=x\n");
+    home.write("outside.desktop", "[Desktop Entry]\nName=Outside\n");
+
+    const DesktopApplications applications;
+    EXPECT_EQ(applications.displayName("com.microsoft.VSCode"), "Visual Editor");
+    EXPECT_EQ(applications.displayName("code"), "Visual Editor");
+    for (const char *unknown :
+         {"org.example.Nameless", "org.example.Absent", "", "../../outside"}) {
+        EXPECT_EQ(applications.displayName(QString::fromLatin1(unknown)), std::nullopt) << unknown;
+    }
+    qputenv("XDG_DATA_HOME", dataHome);
+}
+
+TEST(KnownApplications, AreFoundByTheClassOfTheirWindows) {
+    EXPECT_EQ(KnownApplications::bundleID("kitty"), "net.kovidgoyal.kitty");
+    EXPECT_EQ(KnownApplications::bundleID("alacritty"), "io.alacritty");
+    EXPECT_EQ(KnownApplications::bundleID("XTerm"), "XTerm");
+}
+
+} // namespace
+} // namespace morvane

@@ -1,0 +1,122 @@
+#include "Platform/Linux/Desktop/DesktopMotion.h"
+
+#include "Platform/PrivateBusTest.h"
+
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusVariant>
+#include <QDBusVirtualObject>
+
+namespace morvane {
+namespace {
+
+using Settings = QMap<QString, QVariantMap>;
+
+const QString service = "org.freedesktop.portal.Desktop";
+const QString path = "/org/freedesktop/portal/desktop";
+const QString interface = "org.freedesktop.portal.Settings";
+
+const QString appearance = "org.freedesktop.appearance";
+const QString gnome = "org.gnome.desktop.interface";
+const QString kde = "org.kde.kdeglobals.KDE";
+
+/// The settings portal of a desktop that has only these settings.
+class Portal : public QDBusVirtualObject {
+public:
+    Portal(const QDBusConnection &bus, Settings settings)
+        : m_bus(bus), m_settings(std::move(settings)) {
+        qDBusRegisterMetaType<Settings>();
+        m_bus.registerVirtualObject(path, this);
+        m_bus.registerService(service);
+    }
+    ~Portal() override {
+        m_bus.unregisterService(service);
+        m_bus.unregisterObject(path);
+    }
+
+    void set(const QString &space, const QString &key, const QVariant &value) {
+        m_settings[space][key] = value;
+        QDBusMessage signal = QDBusMessage::createSignal(path, interface, "SettingChanged");
+        signal.setArguments({space, key, QVariant::fromValue(QDBusVariant(value))});
+        m_bus.send(signal);
+    }
+
+    QString introspect(const QString &) const override { return {}; }
+    bool handleMessage(const QDBusMessage &message, const QDBusConnection &bus) override {
+        if (message.member() != "ReadAll") {
+            return false;
+        }
+        Settings answer;
+        for (const QString &space : message.arguments().first().toStringList()) {
+            if (m_settings.contains(space)) {
+                answer[space] = m_settings[space];
+            }
+        }
+        return bus.send(message.createReply(QVariant::fromValue(answer)));
+    }
+
+private:
+    QDBusConnection m_bus;
+    Settings m_settings;
+};
+
+class DesktopMotionTest : public PrivateBusTest {
+protected:
+    /// Whether motion is reduced with these settings, once the portal has been heard.
+    bool isReducedWith(Settings settings) {
+        const QString name = QString::number(++m_tries);
+        Portal portal(connection("portal " + name), std::move(settings));
+        const DesktopMotion motion(connection("program " + name));
+        int changes = 0;
+        QObject::connect(&motion, &DesktopMotion::changed, &portal, [&] { ++changes; });
+        const bool first = becomesTrue([&] { return motion.isReduced(); });
+        return first && changes == 1;
+    }
+
+    static bool becomes(const DesktopMotion &motion, bool isReduced) {
+        return becomesTrue([&] { return motion.isReduced() == isReduced; });
+    }
+
+private:
+    int m_tries = 0;
+};
+
+TEST_F(DesktopMotionTest, IsReducedWhereAnyDesktopSaysSo) {
+    EXPECT_TRUE(isReducedWith({{appearance, {{"reduced-motion", 1u}}}}));
+    EXPECT_TRUE(isReducedWith({{gnome, {{"enable-animations", false}}}}));
+    EXPECT_TRUE(isReducedWith(
+        {{gnome, {{"enable-animations", true}}}, {kde, {{"AnimationDurationFactor", "0"}}}}));
+}
+
+TEST_F(DesktopMotionTest, FollowsWhatThePersonChanges) {
+    Portal portal(connection("portal"), {{gnome, {{"enable-animations", false}}}});
+    const DesktopMotion motion(connection("program"));
+    EXPECT_TRUE(becomes(motion, true));
+    portal.set(gnome, "enable-animations", true);
+    EXPECT_TRUE(becomes(motion, false));
+    portal.set(kde, "AnimationDurationFactor", "0");
+    EXPECT_TRUE(becomes(motion, true));
+    portal.set(kde, "AnimationDurationFactor", "0.5");
+    EXPECT_TRUE(becomes(motion, false));
+
+    // What all desktops share is the last word, but only in the form that it is to have.
+    portal.set(gnome, "enable-animations", false);
+    EXPECT_TRUE(becomes(motion, true));
+    portal.set(appearance, "reduced-motion", 0u);
+    EXPECT_TRUE(becomes(motion, false));
+    portal.set(appearance, "reduced-motion", "much");
+    EXPECT_TRUE(becomes(motion, true));
+}
+
+TEST_F(DesktopMotionTest, HearsAPortalThatComesLate) {
+    const DesktopMotion motion(connection("program"));
+    EXPECT_FALSE(motion.isReduced());
+    const Portal portal(connection("portal"), {{appearance, {{"reduced-motion", 1u}}}});
+    EXPECT_TRUE(becomes(motion, true));
+    const DesktopMotion alone(QDBusConnection("never connected"));
+    EXPECT_FALSE(alone.isReduced());
+}
+
+} // namespace
+} // namespace morvane

@@ -1,0 +1,306 @@
+#include "EndToEnd/ProgramHome.h"
+#include "EndToEnd/VirtualDisplay.h"
+#include "Platform/Linux/X11/ActiveWindow.h"
+#include "Platform/Linux/X11/ScreenDisplays.h"
+#include "Platform/Linux/X11/X11Connection.h"
+#include "Platform/Linux/X11/X11OverlayWindows.h"
+#include "Platform/Linux/X11/XcbReply.h"
+#include "Support/Printing.h"
+#include "Support/WaitUntil.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPainterPath>
+#include <QScreen>
+#include <gtest/gtest.h>
+#include <xcb/xcb.h>
+
+#include <array>
+
+namespace morvane {
+namespace {
+
+constexpr QRect overlayFrame(490, 0, 300, 100);
+constexpr const char *terminalTitle = "terminal";
+
+/// An overlay with a text field on it, above a terminal that has the keyboard, under a window
+/// manager.
+class OverlayTest : public testing::Test {
+protected:
+    explicit OverlayTest(const WindowManager &manager = WindowManager::openbox)
+        : manager(manager) {}
+
+    void SetUp() override {
+        const QStringList missing = VirtualDisplay::missingPrograms(manager);
+        if (!missing.isEmpty()) {
+            GTEST_SKIP() << "These programs are needed and not installed: "
+                         << missing.join(QStringLiteral(", ")).toStdString();
+        }
+        display = std::make_unique<VirtualDisplay>(home.environment(), manager);
+        ASSERT_TRUE(display->isUp());
+        terminal = startTerminal(terminalTitle);
+        ASSERT_TRUE(display->bringToFront(terminalTitle));
+        for (const QString &name : display->environment().keys()) {
+            qputenv(name.toUtf8(), display->environment().value(name).toUtf8());
+        }
+        qputenv("QT_QPA_PLATFORM", "xcb");
+        application = std::make_unique<QApplication>(argumentCount, arguments);
+        makeOverlay();
+    }
+
+    void makeOverlay() {
+        x11 = X11Connection::open();
+        active = std::make_unique<ActiveWindow>(*x11);
+        QObject::connect(active.get(), &ForegroundApplication::activated, application.get(),
+                         [this](const QString &name) { activations.append(name); });
+        overlays = std::make_unique<X11OverlayWindows>(*x11);
+        panel = std::make_unique<QWidget>();
+        field = new QLineEdit(panel.get());
+        field->setGeometry(20, 20, 200, 30);
+        overlay = overlays->adopt(*panel);
+        QPainterPath shape;
+        shape.addRoundedRect(QRectF(QPointF(), overlayFrame.size()), 20, 20);
+        overlay->setShape(shape);
+        overlay->setGeometry(overlayFrame, OverlayWindow::Anchor::topCenter);
+        overlay->show();
+        ASSERT_TRUE(eventually([this] { return isOnTop(); }));
+    }
+
+    void TearDown() override {
+        overlay.reset();
+        panel.reset();
+        overlays.reset();
+        active.reset();
+        x11.reset();
+        application.reset();
+    }
+
+    std::unique_ptr<ChildProcess> startTerminal(const char *title) const {
+        return std::make_unique<ChildProcess>(QStringList{"xterm", "-title", title, "-e", "sh",
+                                                          "-c", "stty raw -echo; exec cat >\"$0\"",
+                                                          home.path(title)},
+                                              display->environment());
+    }
+
+    /// Waits while our own windows live.
+    template <typename Condition>
+    static bool eventually(Condition condition) {
+        return waitUntil([&] {
+            QCoreApplication::processEvents();
+            return condition();
+        });
+    }
+
+    void type(const char *text) const {
+        const auto typing = display->type(QLatin1String(text));
+        eventually([&] { return !typing->isRunning(); });
+    }
+
+    QByteArray received() const {
+        QFile file(home.path(terminalTitle));
+        file.open(QIODevice::ReadOnly);
+        return file.readAll();
+    }
+
+    bool terminalHasKeyboard() const { return display->focusedTitle() == terminalTitle; }
+
+    /// Nothing that can be seen lies above the overlay.
+    bool isOnTop() const {
+        auto *connection = x11->connection();
+        const XcbReply<xcb_query_tree_reply_t> tree(
+            xcb_query_tree_reply(connection, xcb_query_tree(connection, x11->root()), nullptr));
+        const auto *windows = xcb_query_tree_children(tree.get());
+        for (int index = xcb_query_tree_children_length(tree.get()) - 1; index >= 0; --index) {
+            const XcbReply<xcb_get_window_attributes_reply_t> attributes(
+                xcb_get_window_attributes_reply(
+                    connection, xcb_get_window_attributes(connection, windows[index]), nullptr));
+            if (attributes && attributes->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT &&
+                attributes->map_state == XCB_MAP_STATE_VIEWABLE) {
+                return windows[index] == panel->winId();
+            }
+        }
+        return false;
+    }
+
+    testing::AssertionResult takeKeyboard() const {
+        const bool isTaken = overlay->takeKeyboard();
+        field->setFocus();
+        return isTaken && eventually([this] { return field->hasFocus(); })
+                   ? testing::AssertionSuccess()
+                   : testing::AssertionFailure() << "the field did not get the keyboard";
+    }
+
+    const WindowManager manager;
+    ProgramHome home;
+    std::unique_ptr<VirtualDisplay> display;
+    std::unique_ptr<ChildProcess> terminal;
+    char name[6] = "tests";
+    char *arguments[2] = {name, nullptr};
+    int argumentCount = 1;
+    std::unique_ptr<QApplication> application;
+    std::unique_ptr<X11Connection> x11;
+    std::unique_ptr<ActiveWindow> active;
+    std::unique_ptr<X11OverlayWindows> overlays;
+    std::unique_ptr<QWidget> panel;
+    QLineEdit *field = nullptr;
+    std::unique_ptr<OverlayWindow> overlay;
+    QStringList activations; ///< the programs that were told to have come to the front
+};
+
+class OverlayWindowTest : public OverlayTest, public testing::WithParamInterface<WindowManager> {
+protected:
+    OverlayWindowTest() : OverlayTest(GetParam()) {}
+};
+
+TEST_P(OverlayWindowTest, TakesTheKeyboardForAFieldAndGivesItBack) {
+    ASSERT_TRUE(takeKeyboard());
+    type("Name");
+    EXPECT_EQ(field->text(), "Name");
+    // The field's own menu is another window, and a click on it no click elsewhere.
+    display->click(field->mapToGlobal(field->rect().center()), 3);
+    ASSERT_TRUE(eventually([] { return QApplication::activePopupWidget() != nullptr; }));
+    auto &menu = *qobject_cast<QMenu *>(QApplication::activePopupWidget());
+    const QRect selectAll = menu.actionGeometry(menu.actions().last());
+    display->click(menu.mapToGlobal(selectAll.center()));
+    ASSERT_TRUE(eventually([this] { return field->hasSelectedText(); }));
+    type("Name");
+    EXPECT_EQ(field->text(), "Name");
+    EXPECT_EQ(received(), "");
+    overlay->releaseKeyboard();
+    EXPECT_TRUE(eventually([this] { return !field->hasFocus() && terminalHasKeyboard(); }));
+    type("back");
+    EXPECT_TRUE(eventually([this] { return received() == "back"; }));
+    EXPECT_EQ(field->text(), "Name");
+
+    ASSERT_TRUE(takeKeyboard());
+    overlay->hide();
+    EXPECT_TRUE(eventually([this] { return terminalHasKeyboard(); }));
+    // The same terminal is at the front as before.
+    EXPECT_EQ(activations, QStringList());
+}
+
+TEST_P(OverlayWindowTest, LeavesTheKeyboardWhereThePersonHasPutItInTheMeantime) {
+    ASSERT_TRUE(takeKeyboard());
+    display->click({640, 500});
+    EXPECT_TRUE(eventually([this] { return !field->hasFocus() && terminalHasKeyboard(); }));
+
+    ASSERT_TRUE(takeKeyboard());
+    const auto other = startTerminal("other");
+    ASSERT_TRUE(eventually([this] { return QFile::exists(home.path("other")); }));
+    display->run({"xdotool", "search", "--name", "^other$", "windowactivate"});
+    EXPECT_TRUE(eventually([this] { return display->focusedTitle() == "other"; }));
+    EXPECT_TRUE(eventually([this] { return !field->hasFocus(); }));
+    overlay->releaseKeyboard();
+    type("other");
+    EXPECT_EQ(display->focusedTitle(), "other");
+    EXPECT_EQ(field->text(), "");
+}
+
+TEST_P(OverlayWindowTest, StaysAboveOnEveryDesktopAndTakesNoFocus) {
+    const auto other = startTerminal("other");
+    ASSERT_TRUE(eventually([this] { return display->focusedTitle() == "other"; }));
+    EXPECT_TRUE(eventually([this] { return isOnTop(); }));
+    display->press("alt+Return");
+    EXPECT_TRUE(eventually([this] { return isOnTop(); }));
+    EXPECT_EQ(display->focusedTitle(), "other");
+    display->goToDesktop(1);
+    EXPECT_TRUE(eventually([this] { return display->focusedTitle() != "other" && isOnTop(); }));
+}
+
+TEST_P(OverlayWindowTest, GivesWayToAFullscreenProgramWhenToldTo) {
+    overlay->setHidesOverFullscreen(true);
+    EXPECT_TRUE(panel->isVisible());
+    display->press("alt+Return");
+    EXPECT_TRUE(eventually([this] { return !panel->isVisible(); }));
+    EXPECT_TRUE(overlay->isVisible());
+    EXPECT_FALSE(overlay->takeKeyboard());
+    overlay->setHidesOverFullscreen(false);
+    EXPECT_TRUE(panel->isVisible());
+    overlay->setHidesOverFullscreen(true);
+    EXPECT_FALSE(panel->isVisible());
+
+    display->goToDesktop(1);
+    EXPECT_TRUE(eventually([this] { return panel->isVisible(); }));
+    display->goToDesktop(0);
+    EXPECT_TRUE(eventually([this] { return !panel->isVisible(); }));
+    ASSERT_TRUE(eventually([this] { return terminalHasKeyboard(); }));
+    display->press("alt+Return");
+    EXPECT_TRUE(eventually([this] { return panel->isVisible(); }));
+    display->press("alt+Return");
+    EXPECT_TRUE(eventually([this] { return !panel->isVisible(); }));
+    terminal.reset();
+    EXPECT_TRUE(eventually([this] { return panel->isVisible(); }));
+}
+
+INSTANTIATE_TEST_SUITE_P(Under, OverlayWindowTest, testing::ValuesIn(WindowManager::all),
+                         [](const auto &info) { return info.param.name; });
+
+TEST_F(OverlayTest, WithoutACompositorItsCornersAreCutOff) {
+    EXPECT_FALSE(overlay->isTranslucent());
+    EXPECT_TRUE(eventually([] {
+        const QImage screen = QGuiApplication::primaryScreen()->grabWindow(0).toImage();
+        const QRgb terminal = screen.pixel(overlayFrame.topLeft() - QPoint(5, -5));
+        return screen.pixel(overlayFrame.topLeft()) == terminal &&
+               screen.pixel(overlayFrame.bottomRight()) == terminal &&
+               screen.pixel(overlayFrame.center()) != terminal;
+    }));
+}
+
+class OverlayOnMonitorsTest : public OverlayTest {
+protected:
+    OverlayOnMonitorsTest() : OverlayTest(WindowManager::metacity) {}
+};
+
+TEST_F(OverlayOnMonitorsTest, AFullscreenProgramOnAnotherMonitorHidesNothing) {
+    overlay->setHidesOverFullscreen(true);
+    display->setMonitor("LEFT", {0, 0, 640, 800});
+    display->setMonitor("RIGHT", {640, 0, 640, 800});
+    ASSERT_TRUE(eventually([] { return QGuiApplication::screens().size() == 2; }));
+    display->movePointer({900, 700});
+    const auto film = std::make_unique<ChildProcess>(
+        QStringList{"xterm", "-title", "film", "-fullscreen", "-geometry", "+700+100"},
+        display->environment());
+    overlay->setGeometry({800, 0, 300, 100}, OverlayWindow::Anchor::topCenter);
+    EXPECT_TRUE(eventually([this] { return !panel->isVisible(); }));
+    overlay->setGeometry({100, 0, 300, 100}, OverlayWindow::Anchor::topCenter);
+    EXPECT_TRUE(eventually([this] { return panel->isVisible(); }));
+
+    // The film goes on while the person works on the other monitor.
+    overlay->setGeometry({800, 0, 300, 100}, OverlayWindow::Anchor::topCenter);
+    display->movePointer({300, 700});
+    display->run(
+        {"xdotool", "search", "--name", "^terminal$", "windowmove", "0", "0", "windowactivate"});
+    ASSERT_TRUE(eventually([this] { return terminalHasKeyboard(); }));
+    EXPECT_FALSE(panel->isVisible());
+}
+
+TEST_F(OverlayTest, ABarTakesFromTheWorkAreaOfItsOwnMonitor) {
+    const ScreenDisplays displays(*x11);
+    display->setMonitor("LEFT", {0, 0, 640, 800});
+    display->setMonitor("RIGHT", {640, 0, 640, 800});
+    ASSERT_TRUE(eventually([&] { return displays.displays().size() == 2; }));
+    QWidget bar;
+    const std::array<std::uint32_t, 12> strut{0, 0, 40, 0, 0, 0, 0, 0, 640, 1279, 0, 0};
+    xcb_change_property(x11->connection(), XCB_PROP_MODE_REPLACE,
+                        static_cast<std::uint32_t>(bar.winId()), x11->atom("_NET_WM_STRUT_PARTIAL"),
+                        XCB_ATOM_CARDINAL, 32, strut.size(), strut.data());
+    xcb_flush(x11->connection());
+    bar.show();
+    EXPECT_TRUE(eventually(
+        [&] { return displays.displays().value(1).visibleFrame == QRect(640, 40, 640, 760); }));
+    EXPECT_EQ(displays.displays().value(0).visibleFrame, QRect(0, 0, 640, 800));
+}
+
+TEST_F(OverlayTest, WithoutAnOutputThereIsNoDisplay) {
+    const ScreenDisplays displays(*x11);
+    EXPECT_EQ(displays.displays().size(), 1);
+    display->run({"xrandr", "--output", "screen", "--off"});
+    EXPECT_TRUE(eventually([&] { return displays.displays().isEmpty(); }));
+    display->run({"xrandr", "--output", "screen", "--auto"});
+    EXPECT_TRUE(eventually([&] { return displays.displays().size() == 1; }));
+}
+
+} // namespace
+} // namespace morvane

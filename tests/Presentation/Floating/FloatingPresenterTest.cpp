@@ -1,0 +1,325 @@
+#include "Presentation/Floating/FloatingPresenter.h"
+
+#include "Presentation/Overlay/InlineNameField.h"
+#include "Presentation/Overlay/KeyablePanel.h"
+#include "Presentation/Panel/PencilButton.h"
+#include "Presentation/PanelFixture.h"
+
+#include <QContextMenuEvent>
+#include <QCoreApplication>
+#include <QEnterEvent>
+#include <QFocusEvent>
+#include <QMenu>
+
+#include <tuple>
+
+namespace morvane {
+namespace {
+
+class FloatingPresenterTest : public PanelFixture {
+protected:
+    using Flavour = FloatingPresenter::Flavour;
+
+    void attach(Flavour flavour) {
+        presenter = std::make_unique<FloatingPresenter>(context, displays, overlays, flavour);
+        presenter->onExpandedChanged = [this](bool isExpanded) { expansions.append(isExpanded); };
+        presenter->attach(FakeDisplays::external(1, 0));
+    }
+
+    FakeOverlayWindow &window() { return *overlays.alive.first(); }
+    bool isVisible() { return window().isVisible(); }
+
+    void movePointer(QPoint position) {
+        displays.setPointer(position);
+        QEnterEvent enter({}, {}, {});
+        QCoreApplication::sendEvent(&window().widget(), &enter);
+        QEvent leave(QEvent::Leave);
+        QCoreApplication::sendEvent(&window().widget(), &leave);
+    }
+
+    void rightClick(QPoint position) {
+        movePointer(position);
+        QContextMenuEvent click(QContextMenuEvent::Mouse, {}, position);
+        QCoreApplication::sendEvent(&window().widget(), &click);
+    }
+
+    KeyablePanel &panel() { return dynamic_cast<KeyablePanel &>(window().widget()); }
+
+    QList<bool> expansions;
+    std::unique_ptr<FloatingPresenter> presenter;
+};
+
+constexpr QPoint onTab(500, 35);
+constexpr QPoint onPanelOnly(300, 50);
+constexpr QPoint elsewhere(500, 700);
+
+TEST_F(FloatingPresenterTest, OnCallItComesForAMomentAndStaysWhileSomeoneIsAskedFor) {
+    attach(Flavour::onCall);
+    apply(Event::promptSubmit);
+    scheduler.advance(Seconds(1));
+    EXPECT_FALSE(isVisible());
+
+    apply(Event::turnEnd);
+    settle();
+    scheduler.advance(Seconds(4.9));
+    EXPECT_TRUE(isVisible());
+    scheduler.advance(Seconds(0.3));
+    EXPECT_FALSE(isVisible());
+
+    apply(Event::needsInput);
+    scheduler.advance(Seconds(20));
+    EXPECT_TRUE(isVisible());
+    store.acknowledge("s");
+    scheduler.advance(Seconds(0.2));
+    EXPECT_FALSE(isVisible());
+}
+
+TEST_F(FloatingPresenterTest, AmbientItStaysWhileSessionsAreAtWork) {
+    attach(Flavour::ambient);
+    EXPECT_FALSE(isVisible());
+    apply(Event::promptSubmit);
+    scheduler.advance(Seconds(30));
+    EXPECT_TRUE(isVisible());
+    presenter->dismiss();
+    scheduler.advance(Seconds(1));
+    EXPECT_TRUE(isVisible());
+    apply(Event::turnEnd);
+    scheduler.advance(Seconds(4));
+    EXPECT_TRUE(isVisible());
+    scheduler.advance(Seconds(2));
+    EXPECT_FALSE(isVisible());
+}
+
+TEST_F(FloatingPresenterTest, ADismissalHoldsUntilSomethingNewHappens) {
+    settings.setShowWhenIdle(true);
+    attach(Flavour::onCall);
+    EXPECT_TRUE(isVisible());
+    presenter->dismiss();
+    scheduler.advance(Seconds(1));
+    EXPECT_FALSE(isVisible());
+    apply(Event::turnFailed);
+    scheduler.advance(Seconds(60));
+    EXPECT_TRUE(isVisible());
+}
+
+TEST_F(FloatingPresenterTest, ThePanelOpensOnRequestForTenSeconds) {
+    attach(Flavour::onCall);
+    presenter->presentPanel();
+    EXPECT_TRUE(isVisible());
+    EXPECT_EQ(window().shape.boundingRect().width(), 520);
+    scheduler.advance(Seconds(9.9));
+    EXPECT_EQ(expansions, QList<bool>({true}));
+    scheduler.advance(Seconds(0.5));
+    EXPECT_EQ(expansions, QList<bool>({true, false}));
+    EXPECT_FALSE(isVisible());
+}
+
+TEST_F(FloatingPresenterTest, OpensUnderThePointerAndClosesAMomentAfterItHasLeft) {
+    settings.setShowWhenIdle(true);
+    attach(Flavour::onCall);
+    scheduler.advance(Seconds(1));
+    movePointer(onTab);
+    EXPECT_EQ(expansions, QList<bool>({true}));
+    movePointer(elsewhere);
+    scheduler.advance(Seconds(0.14));
+    movePointer(onPanelOnly);
+    scheduler.advance(Seconds(1));
+    EXPECT_EQ(expansions, QList<bool>({true}));
+    movePointer(elsewhere);
+    scheduler.advance(Seconds(0.16));
+    EXPECT_EQ(expansions, QList<bool>({true, false}));
+}
+
+TEST_F(FloatingPresenterTest, StaysOpenWhileItsMenuIs) {
+    QMenu menu;
+    QAction *item = menu.addAction("Open", [this] { presenter->presentPanel(); });
+    attach(Flavour::onCall);
+    presenter->contextMenu = &menu;
+    presenter->presentPanel();
+    rightClick(onTab);
+    ASSERT_TRUE(menu.isVisible());
+    movePointer(elsewhere);
+    scheduler.advance(Seconds(20));
+    EXPECT_EQ(expansions, QList<bool>({true}));
+    menu.close();
+    scheduler.advance(Seconds(1));
+    EXPECT_EQ(expansions, QList<bool>({true, false}));
+    EXPECT_FALSE(isVisible());
+
+    presenter->presentPanel();
+    rightClick(onTab);
+    movePointer(elsewhere);
+    menu.setActiveAction(item);
+    QKeyEvent key(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QCoreApplication::sendEvent(&menu, &key);
+    EXPECT_FALSE(menu.isVisible());
+    scheduler.advance(Seconds(9));
+    EXPECT_EQ(expansions, QList<bool>({true, false, true}));
+
+    // A menu that is open when the display goes finds nobody when it closes.
+    rightClick(onTab);
+    presenter->detach();
+    presenter.reset();
+    menu.close();
+}
+
+TEST_F(FloatingPresenterTest, CrossingsThatAChangeOfShapeBringsAboutChangeNothing) {
+    settings.setShowWhenIdle(true);
+    attach(Flavour::onCall);
+    scheduler.advance(Seconds(1));
+    for (int step = 0; step < 40; ++step) {
+        movePointer(onTab);
+        scheduler.advance(Seconds(0.02));
+    }
+    EXPECT_EQ(expansions, QList<bool>({true}));
+}
+
+TEST_F(FloatingPresenterTest, AShowDuringAHideEndsInFullSight) {
+    attach(Flavour::onCall);
+    apply(Event::needsInput);
+    scheduler.advance(Seconds(6));
+    store.acknowledge("s");
+    scheduler.advance(Seconds(0.06));
+    EXPECT_LT(window().opacity(), 1);
+    apply(Event::needsInput);
+    scheduler.advance(Seconds(1));
+    EXPECT_TRUE(isVisible());
+    EXPECT_EQ(window().opacity(), 1);
+}
+
+TEST_F(FloatingPresenterTest, HangsFromTheTopOfTheWorkArea) {
+    settings.setShowWhenIdle(true);
+    // On top of the screen's panel; only the capsule that is called goes to the right.
+    for (const auto &[flavour, position, middle] :
+         {std::tuple(Flavour::onCall, FloatingPosition::topCenter, 500),
+          std::tuple(Flavour::onCall, FloatingPosition::topRight, 0),
+          std::tuple(Flavour::ambient, FloatingPosition::topRight, 500)}) {
+        settings.setFloatingPosition(position);
+        attach(flavour);
+        scheduler.advance(Seconds(1));
+        const QRect frame = window().geometry;
+        EXPECT_EQ(frame.top(), 30);
+        EXPECT_NEAR(frame.center().x(), middle ? middle : 988 - frame.width() / 2, 1);
+        presenter.reset();
+    }
+}
+
+TEST_F(FloatingPresenterTest, AnOpeningChangesTheWindowsSizeOnceAndThenNothingTicks) {
+    settings.setShowWhenIdle(true);
+    attach(Flavour::onCall);
+    scheduler.advance(Seconds(1));
+    const int resizes = window().resizes;
+    movePointer(onTab);
+    scheduler.advance(Seconds(1));
+    EXPECT_EQ(window().resizes, resizes + 1);
+    EXPECT_EQ(window().geometry.width(), 520);
+    EXPECT_EQ(ticksWithin(Seconds(50)), 0);
+}
+
+TEST_F(FloatingPresenterTest, AForgottenFieldHoldsThePanelForTwoMinutesAndCommitsNothing) {
+    QStringList names;
+    context.actions.onRenameCommit = [&](const QString &, const QString &name) {
+        names.append(name);
+    };
+    attach(Flavour::onCall);
+    apply(EventBuilder(Event::promptSubmit).with(&HookEvent::cwd, QString("/srv/shop")));
+    presenter->presentPanel();
+    scheduler.advance(Seconds(1));
+    panel().findChild<PencilButton *>()->click();
+    settle();
+    const QPointer field = panel().findChild<InlineNameField *>();
+    field->setText("half a na");
+    EXPECT_TRUE(window().hasKeyboard);
+    scheduler.advance(Seconds(119));
+    EXPECT_EQ(expansions, QList<bool>({true}));
+    EXPECT_TRUE(isVisible());
+    while (expansions.size() == 1) {
+        scheduler.advance(Seconds(0.01));
+    }
+    // It is on its way out of sight, and the desktop may take the focus from it at any time.
+    QFocusEvent loss(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
+    if (!window().hasKeyboard && field) {
+        QCoreApplication::sendEvent(field, &loss);
+    }
+    scheduler.advance(Seconds(1));
+    EXPECT_FALSE(isVisible());
+    EXPECT_FALSE(window().hasKeyboard);
+    EXPECT_EQ(names, QStringList());
+}
+
+TEST_F(FloatingPresenterTest, AShowUndoesAHideThatHasJustBegun) {
+    attach(Flavour::onCall);
+    apply(Event::turnEnd);
+    settle();
+    scheduler.advance(Seconds(5));
+    EXPECT_EQ(window().opacity(), 1);
+    apply(Event::needsInput);
+    scheduler.advance(Seconds(1));
+    EXPECT_TRUE(isVisible());
+    EXPECT_EQ(window().opacity(), 1);
+}
+
+TEST_F(FloatingPresenterTest, ClosesAMomentAfterTheLastFieldHas) {
+    attach(Flavour::onCall);
+    presenter->presentPanel();
+    scheduler.advance(Seconds(1));
+    editing.begin(scheduler.now());
+    presenter->dismiss();
+    scheduler.advance(Seconds(10));
+    EXPECT_EQ(expansions, QList<bool>({true}));
+    EXPECT_TRUE(isVisible());
+    editing.end();
+    scheduler.advance(Seconds(0.5));
+    EXPECT_EQ(expansions, QList<bool>({true, false}));
+    EXPECT_FALSE(isVisible());
+}
+
+TEST_F(FloatingPresenterTest, AFieldMayGoDownWithThePanel) {
+    attach(Flavour::onCall);
+    presenter->presentPanel();
+    ASSERT_TRUE(panel().makeKey());
+    editing.begin(scheduler.now());
+    QObject::connect(&panel(), &QObject::destroyed, [this] { editing.end(); });
+    presenter->detach();
+    EXPECT_EQ(expansions, QList<bool>({true, false}));
+    EXPECT_TRUE(overlays.alive.isEmpty());
+    scheduler.advance(Seconds(200));
+}
+
+TEST_F(FloatingPresenterTest, GivesWayToFullscreenProgramsAsTheSettingSays) {
+    attach(Flavour::onCall);
+    EXPECT_FALSE(window().hidesOverFullscreen);
+    settings.setHideOverFullscreen(true);
+    EXPECT_TRUE(window().hidesOverFullscreen);
+    presenter.reset();
+    attach(Flavour::onCall);
+    EXPECT_TRUE(window().hidesOverFullscreen);
+}
+
+TEST_F(FloatingPresenterTest, WithLessMotionItIsWhereItBelongsAtOnce) {
+    motion.setReduced(true);
+    attach(Flavour::onCall);
+    presenter->presentPanel();
+    EXPECT_EQ(window().opacity(), 1);
+    EXPECT_EQ(window().geometry.size(), QSize(520, window().geometry.height()));
+    EXPECT_EQ(window().geometry.top(), 30);
+    presenter->dismiss();
+    scheduler.advance(Seconds(0.16));
+    EXPECT_FALSE(isVisible());
+}
+
+TEST_F(FloatingPresenterTest, FollowsItsDisplayAndStaysOpen) {
+    attach(Flavour::onCall);
+    presenter->presentPanel();
+    scheduler.advance(Seconds(1));
+    Display display = FakeDisplays::external(1, 2000);
+    display.visibleFrame.setTop(50);
+    presenter->attach(display);
+    EXPECT_EQ(overlays.alive.size(), 1);
+    EXPECT_EQ(expansions, QList<bool>({true}));
+    EXPECT_EQ(window().geometry.top(), 50);
+    EXPECT_NEAR(window().geometry.center().x(), 2500, 1);
+}
+
+} // namespace
+} // namespace morvane

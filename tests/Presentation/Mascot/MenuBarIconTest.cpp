@@ -1,0 +1,62 @@
+#include "Presentation/Mascot/MenuBarIcon.h"
+
+#include "Support/Printing.h"
+
+#include <QColor>
+#include <QPixmap>
+#include <QString>
+#include <gtest/gtest.h>
+
+namespace morvane {
+namespace {
+
+/// What is drawn, read back as rows of characters from the middle of every square.
+QString read(const QImage &image, double pixelsToASquare) {
+    QString result;
+    for (int row = 0; row < 8; ++row) {
+        for (int column = 0; column < 11; ++column) {
+            const QPoint middle(static_cast<int>((column + 0.5) * pixelsToASquare),
+                                static_cast<int>((row + 0.5) * pixelsToASquare));
+            result +=
+                image.pixelColor(middle) == QColor(Qt::red) ? QLatin1Char('X') : QLatin1Char('.');
+        }
+        result += QLatin1Char('\n');
+    }
+    return result;
+}
+
+constexpr const char *picture = "..X.....X..\n"
+                                "...X...X...\n"
+                                "..XXXXXXX..\n"
+                                ".XX.XXX.XX.\n"
+                                "XXXXXXXXXXX\n"
+                                "X.XXXXXXX.X\n"
+                                "X.X.....X.X\n"
+                                "...XX.XX...\n";
+
+TEST(MenuBarIcon, IsDrawnWithoutGapsAtAnyScale) {
+    EXPECT_EQ(MenuBarIcon::draw(Qt::red).size(), QSize(21, 16));
+    const QImage image = MenuBarIcon::draw(Qt::red, 5);
+    EXPECT_EQ(image.size(), QSize(105, 76));
+    EXPECT_EQ(read(image, 9.5), picture);
+    // The body is one whole: no line shows where two squares meet within a pixel.
+    for (int x = 0; x < 104; ++x) {
+        EXPECT_EQ(image.pixelColor(x, 42), QColor(Qt::red)) << x;
+    }
+}
+
+TEST(MenuBarIcon, HasWholePixelsAtTheSizesOfPanels) {
+    const QIcon icon = MenuBarIcon::icon(Qt::red);
+    for (const QSize size : {QSize(22, 16), QSize(33, 24), QSize(44, 32)}) {
+        ASSERT_TRUE(icon.availableSizes().contains(size));
+        const QImage image = icon.pixmap(size).toImage();
+        EXPECT_EQ(read(image, size.width() / 11), picture);
+        for (int x = 0; x < size.width(); ++x) {
+            const int alpha = image.pixelColor(x, 0).alpha();
+            EXPECT_TRUE(alpha == 0 || alpha == 255) << x;
+        }
+    }
+}
+
+} // namespace
+} // namespace morvane

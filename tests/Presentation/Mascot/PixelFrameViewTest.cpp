@@ -1,0 +1,83 @@
+#include "Presentation/Mascot/PixelFrameView.h"
+
+#include "Presentation/Mascot/PixelArt.h"
+#include "Presentation/ScaledImage.h"
+
+#include <gtest/gtest.h>
+
+#include <tuple>
+
+namespace morvane {
+namespace {
+
+/// The size of a pixel in points, the scale of the screen, and where the view stands.
+class PixelFrameViewTest : public testing::TestWithParam<std::tuple<double, double, int>> {
+protected:
+    double pixelSize() const { return std::get<0>(GetParam()); }
+    double ratio() const { return std::get<1>(GetParam()); }
+
+    /// The view within another one, whose other parts stay empty.
+    QImage draw(const PixelFrame &frame) const {
+        QWidget window;
+        auto *view = new PixelFrameView(pixelSize(), &window);
+        view->setFrame(frame, Qt::red);
+        const int place = std::get<2>(GetParam());
+        view->setGeometry(QRect(QPoint(place, place), view->sizeHint()));
+        window.resize(50, 50);
+        return scaledImage(window.size(), ratio(), [&](QPainter &painter) {
+            window.render(&painter, {}, {}, QWidget::DrawChildren);
+        });
+    }
+};
+
+TEST_P(PixelFrameViewTest, LightsOnlyWholePixels) {
+    const QImage image = draw(PixelArt::alienA());
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const int alpha = image.pixelColor(x, y).alpha();
+            ASSERT_TRUE(alpha == 0 || alpha == 255) << x << ',' << y;
+        }
+    }
+}
+
+TEST_P(PixelFrameViewTest, FillsItsPlaceAndIsItsOwnMirrorImage) {
+    const QImage image = draw(PixelArt::alienA());
+    const QRect painted = paintedPart(image);
+    const double side = 8 * pixelSize() * ratio();
+    EXPECT_LE(painted.width(), side);
+    EXPECT_GE(painted.width(), side - 3);
+    EXPECT_GE(painted.height(), side - 3);
+    const double start = std::get<2>(GetParam()) * ratio();
+    EXPECT_NEAR(painted.left(), start, 1.5);
+    EXPECT_NEAR(painted.top(), start, 1.5);
+    const QImage picture = image.copy(painted);
+    EXPECT_EQ(picture, picture.mirrored(true, false));
+}
+
+INSTANTIATE_TEST_SUITE_P(AtAnyScale, PixelFrameViewTest,
+                         testing::Combine(testing::Values(2, 2.5, 3),
+                                          testing::Values(1, 1.25, 1.5, 2),
+                                          testing::Values(0, 13)));
+
+TEST(PixelFrameView, PartsThePixelsWhereThereIsRoomAndDrawsFaintOnesFaint) {
+    const auto row = [](double pixelSize, double ratio, const QString &cells) {
+        PixelFrameView view(pixelSize, nullptr);
+        view.setFrame({{cells}}, Qt::red);
+        view.resize(view.sizeHint());
+        const QImage image = scaledImage(view.size(), ratio, [&](QPainter &painter) {
+            view.render(&painter, {}, {}, QWidget::DrawChildren);
+        });
+        QList<int> alphas;
+        for (int x = 0; x < static_cast<int>(2 * pixelSize * ratio); ++x) {
+            alphas.append(image.pixelColor(x, 0).alpha());
+        }
+        return alphas;
+    };
+    EXPECT_EQ(row(2, 2, "XX......"), QList<int>({255, 255, 255, 0, 255, 255, 255, 0}));
+    EXPECT_EQ(row(3, 1, "X?......"), QList<int>({255, 255, 0, 255, 255, 0}));
+    EXPECT_EQ(row(2, 1, "Xo......"), QList<int>({255, 255, 89, 89}));
+    EXPECT_EQ(row(2, 1, ".X......"), QList<int>({0, 0, 255, 255}));
+}
+
+} // namespace
+} // namespace morvane

@@ -1,0 +1,103 @@
+#include "Presentation/Notch/BuiltInNotchSurface.h"
+
+#include "Presentation/PanelFixture.h"
+
+#include <QImage>
+
+namespace morvane {
+namespace {
+
+class BuiltInNotchSurfaceTest : public PanelFixture {
+protected:
+    using Mode = BuiltInNotchState::Mode;
+
+    BuiltInNotchSurfaceTest() {
+        surface.setAttribute(Qt::WA_TranslucentBackground);
+        surface.setNotch({200, 32}, 480);
+        surface.resize(670, 567);
+        surface.layOut(Motion::atOnce);
+        surface.show();
+    }
+
+    QImage picture() { return surface.grab().toImage(); }
+
+    BuiltInNotchSurface surface{context};
+};
+
+// A region has no part of a point, and leaves out the tips that are thinner.
+constexpr int flare = 10;
+
+constexpr QRect compactRect(139, 0, 392, 32);
+
+TEST_F(BuiltInNotchSurfaceTest, GrowsOutOfTheNotchAndBackAndThenRests) {
+    EXPECT_EQ(surface.visibleRect(), compactRect);
+    surface.setMode(Mode::expanded, Motion::animated);
+    EXPECT_EQ(surface.visibleRect(), compactRect);
+    EXPECT_NEAR(surface.shape().boundingRect().width(), 550, flare);
+    scheduler.advance(Seconds(0.1));
+    const QRect halfway = surface.visibleRect();
+    EXPECT_GT(halfway.width(), 392);
+    EXPECT_LT(halfway.width(), 550);
+
+    // Turned round, it goes on from there.
+    surface.setMode(Mode::compact, Motion::animated);
+    EXPECT_EQ(surface.visibleRect(), halfway);
+    scheduler.advance(Seconds(1));
+    EXPECT_EQ(surface.visibleRect(), compactRect);
+    EXPECT_EQ(ticksWithin(Seconds(20)), 0);
+
+    surface.setMode(Mode::expanded, Motion::animated);
+    scheduler.advance(Seconds(1));
+    EXPECT_EQ(surface.visibleRect().width(), 550);
+    EXPECT_EQ(ticksWithin(Seconds(20)), 0);
+}
+
+TEST_F(BuiltInNotchSurfaceTest, IsThereAtOnceWhereNothingShallMove) {
+    surface.setMode(Mode::expanded, Motion::atOnce);
+    EXPECT_EQ(surface.visibleRect().width(), 550);
+    EXPECT_EQ(surface.visibleRect().height(), surface.shape().boundingRect().height());
+    EXPECT_EQ(ticksWithin(Seconds(20)), 0);
+}
+
+TEST_F(BuiltInNotchSurfaceTest, IsBlackOnNothing) {
+    EXPECT_EQ(picture().pixelColor(335, 16), QColor(Qt::black));
+    for (const QPoint beside : {QPoint(130, 5), QPoint(141, 20), QPoint(335, 40)}) {
+        EXPECT_EQ(picture().pixelColor(beside).alpha(), 0) << beside.x() << ", " << beside.y();
+        EXPECT_FALSE(surface.shape().contains(beside));
+    }
+}
+
+/// How bright the brightest pixel of a part of a picture is.
+int brightest(const QImage &picture, const QRect &part) {
+    int result = 0;
+    for (int y = part.top(); y <= part.bottom(); ++y) {
+        for (int x = part.left(); x <= part.right(); ++x) {
+            result = std::max(result, qGray(picture.pixel(x, y)));
+        }
+    }
+    return result;
+}
+
+TEST_F(BuiltInNotchSurfaceTest, TheContentsFadeIntoEachOther) {
+    apply(Event::promptSubmit);
+    surface.refresh();
+    surface.layOut(Motion::atOnce);
+    const QRect status(150, 2, 80, 26);
+    const QRect panel(100, 34, 470, 50);
+    const int full = brightest(picture(), status);
+    EXPECT_GT(full, 60);
+
+    surface.setMode(Mode::expanded, Motion::animated);
+    EXPECT_EQ(brightest(picture(), status), full);
+    scheduler.advance(Seconds(0.07));
+    EXPECT_LT(brightest(picture(), status), full);
+    EXPECT_GT(brightest(picture(), status), 5);
+    scheduler.advance(Seconds(0.05));
+    EXPECT_LE(brightest(picture(), status), 5);
+    const int faint = brightest(picture(), panel);
+    scheduler.advance(Seconds(1));
+    EXPECT_GT(brightest(picture(), panel), faint);
+}
+
+} // namespace
+} // namespace morvane

@@ -1,0 +1,170 @@
+#include "Presentation/Overlay/InlineNameField.h"
+
+#include "Presentation/Overlay/KeyablePanel.h"
+#include "Presentation/PanelFixture.h"
+
+#include <QApplication>
+#include <QPointer>
+#include <QTest>
+
+#include <algorithm>
+
+namespace morvane {
+namespace {
+
+TEST(InlineEditing, HoldsForTwoMinutesAfterTheLatestOpening) {
+    const Date start{std::chrono::seconds(1'700'000'000)};
+    InlineEditing editing;
+    editing.end();
+    EXPECT_EQ(editing.count(), 0);
+    editing.begin(start);
+    EXPECT_TRUE(editing.isActive(start + Seconds(119)));
+    EXPECT_FALSE(editing.isActive(start + Seconds(120)));
+    editing.begin(start + Seconds(100));
+    editing.end();
+    EXPECT_EQ(editing.count(), 1);
+    EXPECT_EQ(editing.openedAt(), start + Seconds(100));
+    editing.end();
+    EXPECT_FALSE(editing.openedAt());
+}
+
+class InlineNameFieldTest : public PanelFixture {
+protected:
+    InlineNameFieldTest() {
+        panel.onTakeKeyboard = [this] { return hasKeyboard = givesKeyboard; };
+        panel.onReleaseKeyboard = [this] { hasKeyboard = false; };
+        panel.show();
+    }
+
+    InlineNameField &open(bool commitsOnBlur = true) {
+        field =
+            new InlineNameField({"old name", "session", "Rename", commitsOnBlur}, context, &panel);
+        QObject::connect(field, &InlineNameField::commit, &panel,
+                         [this](const QString &text) { outcomes.append("commit " + text); });
+        QObject::connect(field, &InlineNameField::cancel, &panel,
+                         [this] { outcomes.append("cancel"); });
+        field->show();
+        settle();
+        return *field;
+    }
+
+    /// Nothing of the field is left, once the event that has closed it is over.
+    void expectGone() {
+        EXPECT_EQ(editing.count(), 0);
+        EXPECT_FALSE(hasKeyboard);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        EXPECT_TRUE(field.isNull());
+    }
+
+    bool givesKeyboard = true;
+    bool hasKeyboard = false;
+    QStringList outcomes;
+    // Last, since what is open in it is told of its end.
+    KeyablePanel panel;
+    QPointer<InlineNameField> field;
+};
+
+TEST_F(InlineNameFieldTest, ReturnCommitsWhatIsTypedOverTheSelectedName) {
+    open();
+    EXPECT_EQ(editing.count(), 1);
+    EXPECT_TRUE(hasKeyboard);
+    EXPECT_EQ(panel.focusWidget(), field.data());
+    QTest::keyClicks(field, "new");
+    QTest::keyClick(field, Qt::Key_Return);
+    EXPECT_EQ(outcomes, QStringList({"commit new"}));
+    expectGone();
+}
+
+TEST_F(InlineNameFieldTest, OnlyTheFirstOfCommitAndCancelCounts) {
+    open();
+    QTest::keyClicks(field, "new");
+    QTest::keyClick(field, Qt::Key_Escape);
+    QFocusEvent blur(QEvent::FocusOut, Qt::OtherFocusReason);
+    QCoreApplication::sendEvent(field, &blur);
+    QTest::keyClick(field, Qt::Key_Return);
+    panel.hide();
+    EXPECT_EQ(outcomes, QStringList({"cancel"}));
+    expectGone();
+}
+
+TEST_F(InlineNameFieldTest, ALossOfTheFocusCommitsWhereThatIsAskedForButNotToItsOwnMenu) {
+    for (const bool commits : {true, false}) {
+        outcomes.clear();
+        open(commits);
+        QFocusEvent menu(QEvent::FocusOut, Qt::PopupFocusReason);
+        QCoreApplication::sendEvent(field, &menu);
+        EXPECT_TRUE(outcomes.isEmpty());
+        QFocusEvent blur(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
+        QCoreApplication::sendEvent(field, &blur);
+        EXPECT_EQ(outcomes, commits ? QStringList({"commit old name"}) : QStringList());
+    }
+    // A press beside it takes the focus away, though nothing else in a panel would have it.
+    outcomes.clear();
+    open();
+    QTest::mousePress(&panel, Qt::LeftButton, {}, QPoint(90, 25));
+    EXPECT_EQ(outcomes, QStringList({"commit old name"}));
+}
+
+TEST_F(InlineNameFieldTest, AClickBringsTheKeyboardBackToAFieldThatHasStayedOpen) {
+    open(false);
+    hasKeyboard = false;
+    QTest::mouseClick(field, Qt::LeftButton);
+    EXPECT_TRUE(hasKeyboard);
+    field->abandon();
+    expectGone();
+}
+
+TEST_F(InlineNameFieldTest, APanelThatGoesAwayCommitsNothing) {
+    open();
+    QTest::keyClicks(field, "new");
+    panel.hide();
+    EXPECT_EQ(outcomes, QStringList({"cancel"}));
+    expectGone();
+
+    // It may also be gone before the field's turn has come, or be destroyed around it.
+    panel.show();
+    delete new InlineNameField({"", ""}, context, &panel);
+    settle();
+    EXPECT_EQ(editing.count(), 0);
+    EXPECT_FALSE(hasKeyboard);
+    auto other = std::make_unique<KeyablePanel>();
+    other->onTakeKeyboard = [] { return true; };
+    new InlineNameField({}, context, other.get());
+    settle();
+    other.reset();
+    EXPECT_EQ(editing.count(), 0);
+}
+
+TEST_F(InlineNameFieldTest, APanelThatGoesAwayWhileItHasTheFocusCommitsNothing) {
+    panel.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&panel));
+    QTest::keyClicks(&open(), "half a name");
+    ASSERT_TRUE(field->hasFocus());
+    panel.hide();
+    EXPECT_EQ(outcomes, QStringList({"cancel"}));
+    expectGone();
+}
+
+TEST_F(InlineNameFieldTest, AsksInAWindowOfItsOwnWhereKeysCantReachThePanel) {
+    givesKeyboard = false;
+    const auto window = [] {
+        const auto all = QApplication::topLevelWidgets();
+        const auto found =
+            std::ranges::find_if(all, [](QWidget *one) { return one->windowTitle() == "Rename"; });
+        return found == all.end() ? nullptr : *found;
+    };
+    open();
+    ASSERT_NE(window(), nullptr);
+    QTest::keyClicks(window()->findChild<QLineEdit *>(), "new");
+    QTest::keyClick(window()->findChild<QLineEdit *>(), Qt::Key_Return);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(outcomes, QStringList({"commit new"}));
+    expectGone();
+
+    open().abandon();
+    EXPECT_EQ(window(), nullptr);
+    expectGone();
+}
+
+} // namespace
+} // namespace morvane

@@ -1,0 +1,91 @@
+#include "Presentation/Panel/CompactView.h"
+
+#include "Presentation/Panel/CompactInfoView.h"
+#include "Presentation/Panel/CompactStatusView.h"
+#include "Presentation/PanelFixture.h"
+#include "Presentation/Style/TextLabel.h"
+
+#include <QSignalSpy>
+
+namespace morvane {
+namespace {
+
+class CompactViewTest : public PanelFixture {
+protected:
+    CompactViewTest() {
+        motion.setReduced(true);
+        view.show();
+    }
+
+    /// What stands beside the mascot, as one text.
+    QString shown() {
+        view.refresh();
+        QStringList texts;
+        for (const TextLabel *label : view.findChildren<TextLabel *>()) {
+            if (label->isVisible()) {
+                texts.append(label->text());
+            }
+        }
+        return texts.join(u' ');
+    }
+
+    CompactView view{context, nullptr};
+};
+
+TEST_F(CompactViewTest, TellsHowLongTheFirstSessionIsAtItAndHowManyThereAre) {
+    EXPECT_EQ(shown(), "");
+    EXPECT_EQ(view.accessibleName(), "no sessions");
+    apply(Event::sessionStart, "open");
+    EXPECT_EQ(shown(), "");
+    EXPECT_EQ(view.accessibleName(), "idle");
+
+    apply(Event::promptSubmit, "a");
+    EXPECT_EQ(shown(), "0s");
+    EXPECT_EQ(view.accessibleName(), "1 session, working, 0s");
+    scheduler.advance(Seconds(300));
+    apply(Event::promptSubmit, "b");
+    apply(Event::needsInput, "a");
+    scheduler.advance(Seconds(60));
+    EXPECT_EQ(shown(), "1m ×2");
+    EXPECT_EQ(view.accessibleName(), "2 sessions, needs your input, 1m");
+}
+
+TEST_F(CompactViewTest, RedrawsTheTimeOnceAMinuteAndAsksForRoom) {
+    apply(Event::promptSubmit);
+    scheduler.advance(Seconds(20));
+    view.refresh();
+    QSignalSpy resized(&view, &CompactView::contentResized);
+    EXPECT_LE(ticksWithin(Seconds(39.9)), 1);
+    EXPECT_EQ(resized.count(), 0);
+    scheduler.advance(Seconds(0.2));
+    EXPECT_EQ(resized.count(), 1);
+    EXPECT_EQ(view.accessibleName(), "1 session, working, 1m");
+    scheduler.advance(Seconds(60));
+    EXPECT_EQ(resized.count(), 2);
+    view.hide();
+    scheduler.advance(Seconds(120));
+    EXPECT_EQ(resized.count(), 2);
+}
+
+TEST_F(CompactViewTest, ItsTwoHalvesAlsoStandAlone) {
+    apply(Event::promptSubmit, "a");
+    apply(Event::promptSubmit, "b");
+    QWidget bar;
+    CompactStatusView status(context, &bar);
+    CompactInfoView info(context, &bar);
+    status.refresh();
+    info.refresh();
+    EXPECT_EQ(status.accessibleName(), "working");
+    EXPECT_EQ(info.count(), "2 sessions");
+    // What it shows is in the middle of a slot that is wider than it needs.
+    info.setGeometry(0, 0, 96, 32);
+    bar.show();
+    QRect texts;
+    for (const TextLabel *label : info.findChildren<TextLabel *>()) {
+        texts |= label->geometry();
+    }
+    EXPECT_NEAR(texts.center().x(), 48, 1);
+}
+
+} // namespace
+} // namespace morvane

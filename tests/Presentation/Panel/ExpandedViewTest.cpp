@@ -1,0 +1,386 @@
+#include "Presentation/Panel/ExpandedView.h"
+
+#include "Presentation/Overlay/InlineNameField.h"
+#include "Presentation/Panel/Badge.h"
+#include "Presentation/Panel/CompletedRow.h"
+#include "Presentation/Panel/DecideButton.h"
+#include "Presentation/Panel/PencilButton.h"
+#include "Presentation/Panel/SessionRow.h"
+#include "Presentation/PanelFixture.h"
+#include "Presentation/Style/TextLabel.h"
+
+#include <QAccessible>
+#include <QCoreApplication>
+#include <QPointer>
+#include <QTest>
+#include <QWheelEvent>
+
+#include <algorithm>
+
+namespace morvane {
+namespace {
+
+class ExpandedViewTest : public PanelFixture {
+protected:
+    ExpandedViewTest() {
+        motion.setReduced(true);
+        view.show();
+    }
+
+    void refresh() {
+        view.refresh();
+        view.resize(view.sizeHint());
+    }
+
+    QList<SessionRow *> rows() const {
+        QList<SessionRow *> result;
+        for (SessionRow *row : view.findChildren<SessionRow *>()) {
+            if (row->isVisible()) {
+                result.append(row);
+            }
+        }
+        std::ranges::sort(result, {}, [](const SessionRow *row) { return row->y(); });
+        return result;
+    }
+
+    QString order() const {
+        QString result;
+        for (const SessionRow *row : rows()) {
+            result += row->session().id;
+        }
+        return result;
+    }
+
+    DecideButton *button(const QString &title) const {
+        for (DecideButton *candidate : view.findChildren<DecideButton *>()) {
+            if (candidate->text() == title && candidate->isVisible()) {
+                return candidate;
+            }
+        }
+        return nullptr;
+    }
+
+    QList<CompletedRow *> records() const {
+        QList<CompletedRow *> result = view.findChildren<CompletedRow *>();
+        result.removeIf([](const CompletedRow *row) { return !row->isVisible(); });
+        std::ranges::sort(result, {}, [](const CompletedRow *row) { return row->y(); });
+        return result;
+    }
+
+    void finish(const QString &folder) {
+        apply(EventBuilder(Event::promptSubmit).in(folder).with(&HookEvent::cwd, folder));
+        apply(EventBuilder(Event::turnEnd).in(folder).with(&HookEvent::cwd, folder));
+        scheduler.advance(Seconds(1));
+    }
+
+    static bool isFaded(const QWidget *row) { return row->graphicsEffect() != nullptr; }
+
+    PanelContext withActions() {
+        PanelContext result = context;
+        result.actions.onReopen = [this](const CompletedRecord &record) {
+            reopened.append(record.id);
+        };
+        result.actions.onSelect = [this](const Session &session) { selected.append(session.id); };
+        result.actions.onRenameCommit = [this](const QString &cwd, const QString &name) {
+            store.renameCwd(cwd, name);
+        };
+        result.showsDigitShortcuts = true;
+        return result;
+    }
+
+    bool showsText(const QString &text) const {
+        return std::ranges::any_of(view.findChildren<TextLabel *>(), [&](const TextLabel *label) {
+            return label->isVisible() && label->text() == text;
+        });
+    }
+
+    QStringList reopened;
+    QStringList selected;
+    ExpandedView view{withActions(), nullptr};
+};
+
+TEST_F(ExpandedViewTest, RowsStayInPlaceWhileTheirOrderAndNeighboursChange) {
+    apply(Event::promptSubmit, "a");
+    scheduler.advance(Seconds(1));
+    apply(Event::promptSubmit, "b");
+    refresh();
+    EXPECT_EQ(order(), "ba");
+    const QList<SessionRow *> before = rows();
+
+    scheduler.advance(Seconds(1));
+    apply(Event::needsInput, "a");
+    apply(Event::promptSubmit, "c");
+    apply(Event::sessionStart, "d");
+    refresh();
+    EXPECT_EQ(order(), "acbd");
+    EXPECT_EQ(rows()[0], before[1]);
+    EXPECT_EQ(rows()[2], before[0]);
+    EXPECT_TRUE(showsText("OPEN — no activity yet"));
+
+    apply(Event::turnEnd, "c");
+    apply(Event::sessionEnd, "d");
+    refresh();
+    EXPECT_EQ(order(), "ab");
+    EXPECT_FALSE(showsText("OPEN — no activity yet"));
+}
+
+TEST_F(ExpandedViewTest, AFinishedSessionWithoutAFolderIsShownOnce) {
+    store.apply(EventBuilder(Event::promptSubmit).in(QStringLiteral("a")));
+    refresh();
+    EXPECT_EQ(order(), QStringLiteral("a"));
+    store.apply(EventBuilder(Event::turnEnd).in(QStringLiteral("a")));
+    refresh();
+    EXPECT_EQ(order(), QString());
+    EXPECT_EQ(records().size(), 1);
+}
+
+TEST_F(ExpandedViewTest, ARecordReopensAndGivesWayToAQuestion) {
+    finish("/a");
+    finish("/b");
+    store.removeSessions("/a");
+    refresh();
+    EXPECT_TRUE(showsText("RECENTLY COMPLETED"));
+    EXPECT_TRUE(showsText("ARCHIVE"));
+    ASSERT_EQ(records().size(), 2);
+    QTest::mouseClick(records()[1], Qt::LeftButton, {}, QPoint(200, 10));
+    EXPECT_EQ(reopened, QStringList({"/a"}));
+    QStringList digits;
+    for (const CompletedRow *row : records()) {
+        for (const Badge *badge : row->findChildren<Badge *>()) {
+            digits += badge->isVisible() ? QStringList(badge->text()) : QStringList();
+        }
+    }
+    EXPECT_EQ(digits, QStringList({"Ctrl 1", "Ctrl 2"}));
+    EXPECT_EQ(view.visibleSessionIDs(), QStringList({"completed:/b", "completed:/a"}));
+
+    apply(Event::needsInput, "asking");
+    refresh();
+    EXPECT_TRUE(records().isEmpty());
+    EXPECT_FALSE(showsText("ARCHIVE"));
+    EXPECT_EQ(view.visibleSessionIDs(),
+              QStringList({"active:asking", "completed:/b", "completed:/a"}));
+}
+
+TEST_F(ExpandedViewTest, AnAgeStaysTrueWithOneTimerWhileItIsOnScreen) {
+    finish("/a");
+    finish("/b");
+    refresh();
+    const auto age = [this](int row) {
+        return records()[row]->accessibleName().split(", ").last();
+    };
+    EXPECT_EQ(age(0), "done just now");
+    scheduler.advance(Seconds(58.5));
+    EXPECT_EQ(age(1), "done 1m ago");
+    EXPECT_EQ(age(0), "done just now");
+    scheduler.advance(Seconds(1));
+    EXPECT_EQ(age(0), "done 1m ago");
+    view.hide();
+    const int ofTheStore = ticksWithin(Seconds(300));
+    view.show();
+    EXPECT_EQ(ticksWithin(Seconds(300)), ofTheStore + 10);
+}
+
+TEST_F(ExpandedViewTest, RowsComeAndGoInMotionAndThenOnlyTheMascotsTick) {
+    motion.setReduced(false);
+    view.hide();
+    apply(Event::promptSubmit, "a");
+    refresh();
+    view.show();
+    // An opening moves as a whole.
+    EXPECT_FALSE(isFaded(rows()[0]));
+    EXPECT_LE(ticksWithin(Seconds(1)), 4);
+
+    scheduler.advance(Seconds(1));
+    apply(Event::promptSubmit, "b");
+    refresh();
+    EXPECT_EQ(order(), "ba");
+    EXPECT_TRUE(isFaded(rows()[0]));
+    EXPECT_EQ(rows()[0]->y(), -6);
+    EXPECT_EQ(rows()[1]->y(), 0);
+    scheduler.advance(Seconds(0.1));
+    // What happens in between and moves nothing doesn't stop it.
+    apply(EventBuilder(Event::toolUse).in("b").tool("Edit"));
+    refresh();
+    EXPECT_TRUE(isFaded(rows()[0]));
+    scheduler.advance(Seconds(0.1));
+    EXPECT_FALSE(isFaded(rows()[0]));
+    EXPECT_EQ(rows()[0]->y(), 0);
+    EXPECT_LE(ticksWithin(Seconds(1)), 4);
+
+    const QPoint onFirst = rows()[0]->mapTo(&view, QPoint(300, 10));
+    store.apply(EventBuilder(Event::sessionEnd).in(QStringLiteral("b")));
+    refresh();
+    EXPECT_EQ(order(), "a");
+    QTest::mouseClick(view.childAt(onFirst), Qt::LeftButton);
+    EXPECT_TRUE(selected.isEmpty());
+
+    motion.setReduced(true);
+    scheduler.advance(Seconds(1));
+    apply(Event::promptSubmit, "c");
+    refresh();
+    EXPECT_FALSE(isFaded(rows()[0]));
+    EXPECT_EQ(rows()[0]->y(), 0);
+}
+
+TEST_F(ExpandedViewTest, ALongListMakesItsRowsAsTheyComeIntoSight) {
+    for (int index = 0; index < 200; ++index) {
+        apply(EventBuilder(Event::promptSubmit).in(QString::number(index)));
+    }
+    refresh();
+    EXPECT_LT(rows().size(), 30);
+    const auto scroll = [this](int notches) {
+        QWheelEvent event({200, 100}, view.mapToGlobal(QPointF(200, 100)), {}, {0, 120 * notches},
+                          {}, {}, {}, false);
+        QCoreApplication::sendEvent(&view, &event);
+    };
+    for (int step = 0; step < 400; ++step) {
+        scroll(-1);
+    }
+    QSet<QString> seen;
+    for (const SessionRow *row : rows()) {
+        seen.insert(row->session().id);
+    }
+    EXPECT_EQ(seen.size(), 200);
+    EXPECT_EQ(rows().last()->visibleRegion().boundingRect().height(), rows().last()->height());
+
+    // A reader is told of all of them, in their order on the screen.
+    scroll(400);
+    QAccessible::setActive(true);
+    scheduler.advance(Seconds(1));
+    apply(Event::promptSubmit, "77");
+    for (int index = 200; index < 240; ++index) {
+        apply(EventBuilder(Event::sessionStart).in(QString::number(index)));
+    }
+    refresh();
+    QStringList read;
+    for (const QObject *child : rows().first()->parent()->children()) {
+        const auto *row = qobject_cast<const SessionRow *>(child);
+        read += row != nullptr && row->isVisible() ? QStringList(row->session().id) : QStringList();
+    }
+    EXPECT_EQ(read.join(QString()), order());
+    EXPECT_EQ(read.size(), 240);
+    QAccessible::setActive(false);
+}
+
+TEST_F(ExpandedViewTest, ARenameKeepsItsPlaceAndEndsWithItsRow) {
+    for (int index = 0; index < 20; ++index) {
+        apply(EventBuilder(Event::promptSubmit)
+                  .in(QString::number(index))
+                  .with(&HookEvent::cwd, QString::number(index)));
+        scheduler.advance(Seconds(1));
+    }
+    view.setContentHeightBudget(300);
+    refresh();
+    const auto edit = [this](qsizetype row) {
+        rows()[row]->findChild<PencilButton *>()->click();
+        return QPointer(rows()[row]->findChild<InlineNameField *>());
+    };
+    const auto place = [this](const QWidget *field) { return field->mapTo(&view, QPoint()); };
+    auto field = edit(2);
+    const QPoint before = place(field);
+    QTest::keyClicks(field, "typed");
+    apply(Event::promptSubmit, "0");
+    apply(Event::promptSubmit, "new");
+    refresh();
+    EXPECT_EQ(place(field), before);
+    EXPECT_EQ(field->text(), "typed");
+
+    apply(Event::sessionEnd, "17");
+    refresh();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(field.isNull());
+    EXPECT_EQ(editing.count(), 0);
+
+    field = edit(0);
+    QWheelEvent away({200, 100}, view.mapToGlobal(QPointF(200, 100)), {}, {0, -1200}, {}, {}, {},
+                     false);
+    QCoreApplication::sendEvent(&view, &away);
+    EXPECT_EQ(editing.count(), 0);
+    EXPECT_TRUE(settings.name("0") == std::nullopt && settings.name("17") == std::nullopt);
+}
+
+TEST_F(ExpandedViewTest, LeavesRoomForAFooter) {
+    EXPECT_EQ(ExpandedView::maxActiveListHeight(480, 0), 452);
+    EXPECT_EQ(ExpandedView::maxActiveListHeight(480, 60), 380);
+    EXPECT_EQ(ExpandedView::maxActiveListHeight(100, 60), 120);
+}
+
+TEST_F(ExpandedViewTest, OnlyTheRowThatTheDigitsBelongToShowsThem) {
+    apply(EventBuilder::parked(QStringLiteral("d1")).in(QStringLiteral("a")));
+    apply(EventBuilder::parked(QStringLiteral("d2")).in(QStringLiteral("b")));
+    refresh();
+    const auto widthOfDeny = [](const SessionRow *row) {
+        return row->findChild<DecideButton *>()->width();
+    };
+    EXPECT_EQ(rows()[0]->session().id, store.sessionAwaitingDecision()->id);
+    EXPECT_GT(widthOfDeny(rows()[0]), widthOfDeny(rows()[1]));
+}
+
+TEST_F(ExpandedViewTest, APressOutlivesAChangeOfAnotherSession) {
+    QList<AgentDecision> sent;
+    store.resolveDecision = [&](const QString &, const AgentDecision &decision) {
+        sent.append(decision);
+    };
+    apply(EventBuilder::parked("d1"));
+    refresh();
+    DecideButton *const allow = button("Allow");
+    QTest::mousePress(allow, Qt::LeftButton);
+    apply(Event::turnEnd, "other");
+    apply(Event::promptSubmit, "another");
+    refresh();
+    QTest::mouseRelease(allow, Qt::LeftButton);
+    EXPECT_EQ(sent, QList<AgentDecision>({AgentDecision::allow()}));
+
+    // A press on a call that gives way to the next one must not allow that.
+    apply(EventBuilder::parked("d2"));
+    refresh();
+    QTest::mousePress(button("Allow"), Qt::LeftButton);
+    apply(EventBuilder::parked("d3"));
+    refresh();
+    sent.clear();
+    QTest::mouseRelease(button("Allow"), Qt::LeftButton);
+    EXPECT_TRUE(sent.isEmpty());
+}
+
+TEST_F(ExpandedViewTest, TakesTheRoomThatItsContentNeeds) {
+    refresh();
+    EXPECT_TRUE(showsText("no active agent sessions"));
+    const int narrow = view.width();
+    apply(Event::promptSubmit);
+    refresh();
+    EXPECT_FALSE(showsText("no active agent sessions"));
+    EXPECT_EQ(view.width(), narrow);
+    EXPECT_LT(view.height(), 120);
+    apply(Event::needsInput);
+    refresh();
+    EXPECT_GT(view.width(), narrow);
+
+    for (int index = 0; index < 30; ++index) {
+        apply(Event::promptSubmit, QString::number(index));
+    }
+    view.setContentHeightBudget(480);
+    refresh();
+    EXPECT_EQ(view.height(), 480);
+    view.setContentHeightBudget(100);
+    refresh();
+    EXPECT_EQ(view.height(), 120 + 28);
+}
+
+TEST_F(ExpandedViewTest, NoTextIsCutOffAtItsFoot) {
+    apply(EventBuilder(Event::needsInput)
+              .with(&HookEvent::responseMessage, QString(QStringLiteral("word ")).repeated(90)));
+    apply(EventBuilder::parked(QStringLiteral("d"))
+              .in(QStringLiteral("a"))
+              .with(&HookEvent::toolDetail, QString(QStringLiteral("x")).repeated(300)));
+    view.setContentHeightBudget(900);
+    refresh();
+    for (const TextLabel *label : view.findChildren<TextLabel *>()) {
+        if (label->isVisible() && label->hasHeightForWidth()) {
+            EXPECT_GE(label->height(), label->heightForWidth(label->width()))
+                << label->text().toStdString();
+        }
+    }
+}
+
+} // namespace
+} // namespace morvane

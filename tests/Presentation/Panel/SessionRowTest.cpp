@@ -1,0 +1,246 @@
+#include "Presentation/Panel/SessionRow.h"
+
+#include "Presentation/Overlay/InlineNameField.h"
+#include "Presentation/Panel/Countdown.h"
+#include "Presentation/Panel/DecideButton.h"
+#include "Presentation/Panel/OptionButton.h"
+#include "Presentation/Panel/PencilButton.h"
+#include "Presentation/PanelFixture.h"
+#include "Presentation/Style/ActivateLayouts.h"
+#include "Presentation/Style/Colors.h"
+
+#include <QCoreApplication>
+#include <QLayout>
+#include <QTest>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace morvane {
+namespace {
+
+class SessionRowTest : public PanelFixture {
+protected:
+    SessionRowTest() {
+        context.actions.onSelect = [this](const Session &session) {
+            selections.append(session.id);
+        };
+        context.actions.onRenameCommit = [this](const QString &cwd, const QString &name) {
+            names.append(cwd + QStringLiteral("=") + name);
+        };
+        context.actions.onReply = [this](const Session &, const QString &text) {
+            replies.append(text);
+        };
+        store.resolveDecision = [this](const QString &, const AgentDecision &decision) {
+            decisions.append(decision);
+        };
+    }
+
+    void show(SessionRow::Details details = {}) {
+        row.setSession(store.sessions().value("s"), details);
+        activateLayouts(row);
+        row.resize(572, row.layout()->totalHeightForWidth(572));
+        row.show();
+    }
+
+    /// The visible buttons of a kind, from left to right and from top to bottom.
+    template <typename Button>
+    QList<Button *> buttons() const {
+        QList<Button *> result;
+        for (Button *button : row.findChildren<Button *>()) {
+            if (button->isVisible()) {
+                result.append(button);
+            }
+        }
+        std::ranges::sort(result, {}, [&](const Button *button) {
+            const QPoint place = button->mapTo(&row, QPoint());
+            return std::pair(place.y(), place.x());
+        });
+        return result;
+    }
+
+    template <typename Button>
+    QStringList titles() const {
+        QStringList result;
+        for (const Button *button : buttons<Button>()) {
+            result.append(button->text());
+        }
+        return result;
+    }
+
+    PencilButton &pencil() const { return *row.findChild<PencilButton *>(); }
+
+    /// The text field that is open; none once the event that has closed it is over.
+    InlineNameField *field() const {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return row.findChild<InlineNameField *>();
+    }
+
+    QStringList selections;
+    QStringList names;
+    QStringList replies;
+    QList<AgentDecision> decisions;
+    SessionRow row{context, nullptr};
+};
+
+TEST_F(SessionRowTest, RefusesFirstThenAllowsThenAllowsForGood) {
+    apply(EventBuilder::parked("d"));
+    show();
+    ASSERT_EQ(titles<DecideButton>(), QStringList({"Deny", "Allow", "Always"}));
+    for (DecideButton *button : buttons<DecideButton>()) {
+        button->click();
+        apply(EventBuilder::parked("d"));
+    }
+    EXPECT_EQ(decisions, QList<AgentDecision>(
+                             {AgentDecision::deny(), AgentDecision::allow(),
+                              AgentDecision::allowRemembering(AgentDecision::Scope::session)}));
+
+    Session session = store.sessions().value("s");
+    session.pendingApproval->allowsRemembering = false;
+    row.setSession(session, {});
+    EXPECT_EQ(titles<DecideButton>(), QStringList({"Deny", "Allow"}));
+}
+
+TEST_F(SessionRowTest, AsksOneQuestionAfterTheOther) {
+    apply(EventBuilder::parked(QStringLiteral("d")).asking({"First?", "Second?"}));
+    show();
+    ASSERT_EQ(titles<OptionButton>(), QStringList({"Yes", "No"}));
+    buttons<OptionButton>()[1]->click();
+    EXPECT_TRUE(decisions.isEmpty());
+    show();
+    ASSERT_EQ(titles<OptionButton>(), QStringList({"Yes", "No"}));
+    buttons<OptionButton>()[0]->click();
+    EXPECT_EQ(decisions, QList<AgentDecision>(
+                             {AgentDecision::answer({{"First?", "No"}, {"Second?", "Yes"}})}));
+}
+
+TEST_F(SessionRowTest, LeadsToTheSessionButNotFromBesideAButton) {
+    apply(EventBuilder::parked("d"));
+    show();
+    QTest::mouseClick(&row, Qt::LeftButton, {}, QPoint(300, 12));
+    EXPECT_EQ(selections, QStringList({"s"}));
+    const DecideButton *const deny = buttons<DecideButton>().first();
+    QTest::mouseClick(&row, Qt::LeftButton, {}, deny->mapTo(&row, QPoint(-3, -3)));
+    EXPECT_EQ(selections.size(), 1);
+    EXPECT_TRUE(decisions.isEmpty());
+
+    apply(Event::toolUse);
+    apply(EventBuilder(Event::turnEnd));
+    apply(Event::needsInput);
+    show();
+    ASSERT_EQ(titles<DecideButton>(), QStringList({"Answer in the terminal"}));
+    buttons<DecideButton>().first()->click();
+    EXPECT_EQ(selections, QStringList({"s", "s"}));
+}
+
+TEST_F(SessionRowTest, CountsDownWhileOnScreenAndWarnsAtTheEnd) {
+    motion.setReduced(true); // the mascot would tick as well
+    apply(EventBuilder::parked("d"));
+    show();
+    const auto *countdown = row.findChild<Countdown *>();
+    EXPECT_EQ(countdown->text(), "60s");
+    scheduler.advance(Seconds(49));
+    EXPECT_EQ(countdown->text(), "11s");
+    EXPECT_EQ(countdown->color(), Colors::white(0.3));
+    scheduler.advance(Seconds(1.1));
+    EXPECT_NE(countdown->text(), "11s");
+    EXPECT_EQ(countdown->color(), Colors::denyAccent);
+    row.hide();
+    EXPECT_EQ(ticksWithin(Seconds(3)), 0);
+    row.show();
+    scheduler.advance(Seconds(20));
+    EXPECT_EQ(countdown->text(), "0s");
+    EXPECT_EQ(ticksWithin(Seconds(8)), 0);
+}
+
+TEST_F(SessionRowTest, ThePencilTurnsTheNameIntoAFieldThatOutlivesAnUpdate) {
+    apply(EventBuilder(Event::promptSubmit).with(&HookEvent::cwd, QString("/srv/folder")));
+    show();
+    const int height = row.sizeHint().height();
+    pencil().click();
+    ASSERT_TRUE(field());
+    EXPECT_EQ(field()->text(), "folder");
+    EXPECT_EQ(row.sizeHint().height(), height);
+    QTest::keyClicks(field(), "mine");
+    apply(EventBuilder(Event::toolUse).tool("Edit"));
+    store.renameCwd("/srv/folder", QString("elsewhere"));
+    show();
+    EXPECT_EQ(field()->text(), "mine");
+    QTest::keyClick(field(), Qt::Key_Return);
+    EXPECT_EQ(names, QStringList({"/srv/folder=mine"}));
+    EXPECT_FALSE(field());
+    EXPECT_EQ(editing.count(), 0);
+
+    // A click that takes the focus away closes the field and does no more.
+    pencil().click();
+    QTest::mouseClick(&row, Qt::LeftButton, {}, QPoint(300, 35));
+    EXPECT_EQ(names.size(), 2);
+    EXPECT_TRUE(selections.isEmpty());
+    EXPECT_FALSE(field());
+    QTest::mouseClick(&row, Qt::LeftButton, {}, QPoint(300, 35));
+    EXPECT_EQ(selections.size(), 1);
+}
+
+TEST_F(SessionRowTest, OffersNoPencilForWhatHasNoFolder) {
+    apply(Event::promptSubmit);
+    show();
+    EXPECT_FALSE(pencil().isVisible());
+    apply(EventBuilder(Event::promptSubmit).with(&HookEvent::cwd, QString("/srv/folder")));
+    show();
+    EXPECT_TRUE(pencil().isVisible());
+}
+
+TEST_F(SessionRowTest, OffersAReplyOnlyWhereItCanBeTyped) {
+    apply(Event::promptSubmit);
+    apply(Event::turnEnd);
+    Session session = store.sessions().value("s");
+    session.hostBundleID = "net.kovidgoyal.kitty";
+    const auto offered = [&] {
+        row.setSession(session, {});
+        row.show();
+        return titles<DecideButton>() == QStringList({" Reply"});
+    };
+    EXPECT_FALSE(offered());
+    session.pane.tmux = "%1";
+    EXPECT_TRUE(offered());
+    session.state = SessionState::working;
+    EXPECT_FALSE(offered());
+    session.state = SessionState::failed;
+    session.pane.tmux = std::nullopt;
+    session.hostBundleID = "com.googlecode.iterm2";
+    EXPECT_TRUE(offered());
+    context.actions.onReply = nullptr;
+    session.state = SessionState::done;
+    EXPECT_FALSE(offered());
+}
+
+TEST_F(SessionRowTest, SendsWhatIsTypedAndNothingElse) {
+    PaneLocator pane;
+    pane.tmux = "%1";
+    apply(EventBuilder(Event::turnEnd).with(&HookEvent::pane, pane));
+    const auto type = [this](const QString &text, Qt::Key key) {
+        show();
+        buttons<DecideButton>().first()->click();
+        QTest::keyClicks(field(), text);
+        QFocusEvent blur(QEvent::FocusOut, Qt::OtherFocusReason);
+        QCoreApplication::sendEvent(field(), &blur);
+        QTest::mouseClick(&row, Qt::LeftButton, {}, QPoint(300, 12));
+        QTest::keyClick(field(), key);
+        EXPECT_FALSE(field());
+    };
+    type("dropped", Qt::Key_Escape);
+    type("  ", Qt::Key_Return);
+    EXPECT_TRUE(replies.isEmpty());
+    type("go on", Qt::Key_Return);
+    EXPECT_EQ(replies, QStringList({"go on"}));
+    EXPECT_TRUE(selections.isEmpty());
+
+    buttons<DecideButton>().first()->click();
+    apply(Event::promptSubmit);
+    show();
+    EXPECT_FALSE(field());
+    EXPECT_EQ(editing.count(), 0);
+}
+
+} // namespace
+} // namespace morvane

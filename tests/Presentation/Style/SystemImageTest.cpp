@@ -1,0 +1,78 @@
+#include "Presentation/Style/SystemImage.h"
+
+#include "Presentation/Mascot/AgentMark.h"
+#include "Presentation/ScaledImage.h"
+
+#include <gtest/gtest.h>
+
+namespace morvane {
+namespace {
+
+constexpr int lastImage = static_cast<int>(SystemImage::pencil);
+
+/// Checks that what is painted into a frame of this size stays inside of it and fills it fairly.
+template <typename Painting>
+void expectFramed(double size, double ratio, const Painting &painting) {
+    const QRectF frame(3, 5, size, size);
+    const QImage image = scaledImage({24, 24}, ratio, [&](QPainter &p) { painting(p, frame); });
+    const QRect painted = paintedPart(image);
+    const QRectF place(frame.topLeft() * ratio, frame.size() * ratio);
+    EXPECT_TRUE(place.toAlignedRect().contains(painted)) << size << " at " << ratio;
+    EXPECT_GE(std::max(painted.width(), painted.height()), size * ratio / 2);
+}
+
+TEST(SystemImage, EachStaysInsideOfItsFrameAtAnyScale) {
+    for (int image = 0; image <= lastImage; ++image) {
+        SCOPED_TRACE(image);
+        for (const double size : {8, 9, 11, 14}) {
+            for (const double ratio : {1.0, 1.25, 1.5, 2.0}) {
+                expectFramed(size, ratio, [&](QPainter &painter, const QRectF &frame) {
+                    paint(painter, SystemImage(image), frame, Qt::white);
+                });
+            }
+        }
+    }
+}
+
+TEST(SystemImage, LeavesThePainterAsItWas) {
+    scaledImage({24, 24}, 1.5, [](QPainter &painter) {
+        painter.translate(3, 4);
+        const QTransform before = painter.transform();
+        paint(painter, SystemImage::bellFill, {0, 0, 8, 8}, Qt::white);
+        EXPECT_EQ(painter.transform(), before);
+    });
+}
+
+TEST(SystemImage, StraightLinesLieOnWholePixels) {
+    for (const double ratio : {1.0, 1.25, 1.5, 2.0}) {
+        const QImage image = scaledImage({24, 24}, ratio, [](QPainter &painter) {
+            paint(painter, SystemImage::macwindow, {3, 5, 14, 14}, Qt::white);
+        });
+        const QRect painted = paintedPart(image);
+        const int middle = painted.center().x();
+        for (int y = painted.top(); y <= painted.bottom(); ++y) {
+            const int alpha = image.pixelColor(middle, y).alpha();
+            EXPECT_TRUE(alpha == 0 || alpha == 255) << y << " at " << ratio << ": " << alpha;
+        }
+    }
+}
+
+TEST(AgentMark, EachAgentHasAMarkAndATintOfItsOwn) {
+    QList<QImage> marks;
+    QList<QRgb> tints;
+    for (const AgentKind agent : allAgentKinds) {
+        const QImage mark = scaledImage({8, 8}, 1, [&](QPainter &painter) {
+            AgentMark::paint(painter, agent, {0, 0, 8, 8}, Qt::white);
+        });
+        EXPECT_FALSE(marks.contains(mark)) << rawValue(agent);
+        EXPECT_FALSE(tints.contains(AgentMark::tint(agent).rgb())) << rawValue(agent);
+        marks.append(mark);
+        tints.append(AgentMark::tint(agent).rgb());
+        expectFramed(8, 1.25, [&](QPainter &painter, const QRectF &frame) {
+            AgentMark::paint(painter, agent, frame, Qt::white);
+        });
+    }
+}
+
+} // namespace
+} // namespace morvane
