@@ -2,7 +2,6 @@
 
 #include "Core/Adapters/AgentRegistry.h"
 #include "Core/Agents/AgentAdapter.h"
-#include "Core/Hooks/HookInstaller.h"
 #include "Core/Navigation/HostApp.h"
 #include "Core/Sessions/GitInfo.h"
 #include "Core/Sessions/SessionDiscovery.h"
@@ -15,15 +14,15 @@
 
 namespace morvane {
 
-namespace {
-
-constexpr Seconds newAgentInterval(1800);
-
-} // namespace
-
 AppController::AppController(MorvaneSettings &settings, const PlatformServices &platform)
     : m_settings(settings), m_platform(platform),
-      m_store(settings, surroundings(), *platform.scheduler) {}
+      m_store(settings, surroundings(), *platform.scheduler),
+      m_connections(settings, *platform.scheduler) {
+    connect(&m_connections, &AgentConnections::statusChanged, this, [this] {
+        m_launchAtLogin = m_platform.loginItem->isEnabled();
+        m_canFocusWindows = m_platform.windows && m_platform.windows->canFocusWindows();
+    });
+}
 
 SessionSurroundings AppController::surroundings() {
     return {
@@ -42,18 +41,18 @@ void AppController::start() {
     startServer();
     if (m_server) {
         rememberBoundPort();
-        renewConnections();
+        m_connections.renew();
     }
     readTranscripts();
     restoreSessions();
     if (m_settings.hasCompletedFirstRun()) {
-        watchForNewAgents();
+        m_connections.watchForNewAgents();
     }
     if (m_platform.displays) {
         createPresenters();
         watchTerminals();
     }
-    refreshStatus();
+    m_connections.refreshStatus();
 }
 
 std::unique_ptr<EventServer> AppController::makeServer() {
@@ -84,7 +83,8 @@ std::unique_ptr<EventServer> AppController::makeServer() {
 void AppController::startServer() {
     auto server = makeServer();
     if (const auto failure = server->start()) {
-        setLastError(QLatin1String("Event server failed to start: ") + failure->message);
+        m_connections.setLastError(QLatin1String("Event server failed to start: ") +
+                                   failure->message);
         return;
     }
     m_server = std::move(server);
@@ -94,14 +94,6 @@ void AppController::startServer() {
 void AppController::rememberBoundPort() {
     if (m_server->boundPort() != m_settings.port()) {
         m_settings.setPort(m_server->boundPort());
-    }
-}
-
-/// At every start, since what the agents call carries the port and the token. A failure here is no
-/// reason not to start: agents that reach nobody go on as if there were no hook.
-void AppController::renewConnections() {
-    for (const AgentAdapter *adapter : connectedAgents()) {
-        makeInstaller(*adapter).renew();
     }
 }
 
@@ -126,58 +118,6 @@ void AppController::restoreSessions() {
 QString AppController::serverStatus() const {
     return m_server ? QStringLiteral("listening on 127.0.0.1:%1").arg(m_server->boundPort())
                     : QStringLiteral("not running");
-}
-
-void AppController::watchForNewAgents() {
-    if (!m_settings.knownAgents()) {
-        // The settings are older than this list, and their owner needs no welcome.
-        markAllPresentAgentsKnown();
-    }
-    refreshStatus();
-    checkForNewAgents();
-    scheduleNewAgentCheck();
-}
-
-void AppController::scheduleNewAgentCheck() {
-    m_newAgentTimer = m_platform.scheduler->after(newAgentInterval, [this] {
-        refreshStatus();
-        checkForNewAgents();
-        scheduleNewAgentCheck();
-    });
-}
-
-/// An agent is offered once, whatever the answer; so it only counts as offered when somebody is
-/// there to offer it.
-void AppController::checkForNewAgents() {
-    if (!onNewAgentsDetected) {
-        return;
-    }
-    const QStringList known = m_settings.knownAgents().value_or(QStringList());
-    std::vector<const AgentAdapter *> unseen = AgentRegistry::present();
-    std::erase_if(unseen, [&](const AgentAdapter *adapter) {
-        return !adapter->isInstallable() ||
-               known.contains(QString::fromLatin1(rawValue(adapter->kind())));
-    });
-    if (unseen.empty()) {
-        return;
-    }
-    markAgentsKnown(unseen);
-    std::vector<AgentKind> kinds;
-    std::ranges::transform(unseen, std::back_inserter(kinds), &AgentAdapter::kind);
-    onNewAgentsDetected(kinds);
-}
-
-void AppController::markAgentsKnown(const std::vector<const AgentAdapter *> &adapters) {
-    const QStringList known = m_settings.knownAgents().value_or(QStringList());
-    QSet<QString> merged(known.begin(), known.end());
-    for (const AgentAdapter *adapter : adapters) {
-        merged.insert(QString::fromLatin1(rawValue(adapter->kind())));
-    }
-    m_settings.setKnownAgents(merged.values());
-}
-
-void AppController::markAllPresentAgentsKnown() {
-    markAgentsKnown(AgentRegistry::present());
 }
 
 void AppController::createPresenters() {
@@ -212,9 +152,52 @@ void AppController::watchTerminals() {
             });
 }
 
-void AppController::setLastError(const std::optional<QString> &error) {
-    m_lastError = error;
-    emit lastErrorChanged();
+/// Agents must not wait for a panel that has stopped answering, so what waits is released first.
+void AppController::setApprovalsEnabled(bool enabled) {
+    m_settings.setApprovalsEnabled(enabled);
+    if (!enabled && m_server) {
+        m_server->releaseAllDecisions();
+    }
+    m_connections.renewDecidable();
+}
+
+void AppController::setLaunchAtLogin(bool enabled) {
+    LoginItem &item = *m_platform.loginItem;
+    if (const auto failure = enabled ? item.registerItem() : item.unregisterItem()) {
+        m_connections.setLastError(QLatin1String("Launch-at-login change failed: ") + *failure);
+    }
+    m_connections.refreshStatus();
+}
+
+void AppController::select(const Session &session) {
+    m_store.acknowledge(session.id);
+    dismissPanels();
+}
+
+void AppController::reopenCompleted(const CompletedRecord &record) {
+    dismissPanels();
+    m_store.removeSessions(record.cwd);
+}
+
+void AppController::dismissPanels() {
+    if (m_presenterManager) {
+        m_presenterManager->dismissAll();
+    }
+}
+
+QString AppController::removeEverything() {
+    QStringList report = m_connections.removeAll();
+    if (m_platform.loginItem->isEnabled()) {
+        const QString name = QStringLiteral("login item");
+        const auto failure = m_platform.loginItem->unregisterItem();
+        report << (failure ? QStringLiteral("⚠︎ could not remove %1: %2").arg(name, *failure)
+                           : name);
+    }
+    m_store.forgetHistory();
+    m_settings.removeStored();
+    report << QStringLiteral("preferences and session history");
+    m_connections.refreshStatus();
+    return report.join(QStringLiteral("\n• "));
 }
 
 } // namespace morvane

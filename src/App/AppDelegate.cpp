@@ -24,15 +24,16 @@ void AppDelegate::applicationDidFinishLaunching() {
 }
 
 void AppDelegate::offerNewAgents() {
-    m_controller->onNewAgentsDetected = [this](const std::vector<AgentKind> &kinds) {
-        if (!m_onboardingWindow) {
-            showOnboarding(OnboardingWindow::NewAgents(kinds));
-        }
-    };
+    connect(&m_controller->connections(), &AgentConnections::newAgentsDetected, this,
+            [this](const std::vector<AgentKind> &kinds) {
+                if (!m_onboardingWindow) {
+                    showOnboarding(OnboardingWindow::NewAgents(kinds));
+                }
+            });
 }
 
 void AppDelegate::makeMenu() {
-    m_menu = std::make_unique<StatusMenu>(*m_controller);
+    m_menu = std::make_unique<StatusMenu>(m_controller->connections());
     connect(m_menu.get(), &StatusMenu::panelRequested, this, &AppDelegate::showPanel);
     connect(m_menu.get(), &StatusMenu::settingsRequested, this, &AppDelegate::openSettings);
 }
@@ -75,7 +76,7 @@ void AppDelegate::finishOnboarding(const OnboardingWindow::Mode &mode) {
         return;
     }
     if (std::holds_alternative<OnboardingWindow::FirstRun>(mode)) {
-        m_controller->markAllPresentAgentsKnown();
+        m_controller->connections().markAllPresentAgentsKnown();
     }
     // It is still in the middle of its own closing.
     m_onboardingWindow.release()->deleteLater();

@@ -3,6 +3,7 @@
 #include "App/AppDelegate.h"
 #include "App/PlatformChooser.h"
 #include "Core/Settings/Defaults.h"
+#include "Platform/Linux/DescriptorLimit.h"
 #include "Platform/Linux/Desktop/SingleInstance.h"
 #include "Presentation/Style/DarkPalette.h"
 
@@ -36,6 +37,7 @@ std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv) {
 } // namespace
 
 int launch(int argc, char **argv, const std::function<void(PlatformServices &)> &adjust) {
+    raiseDescriptorLimit();
     QCoreApplication::setApplicationName(QStringLiteral("Morvane"));
     const auto application = makeApplication(argc, argv);
 

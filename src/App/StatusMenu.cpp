@@ -1,7 +1,7 @@
 #include "App/StatusMenu.h"
 
-#include "App/AppController.h"
 #include "Core/Agents/AgentAdapter.h"
+#include "Core/Hooks/AgentConnections.h"
 #include "Core/Shell/BuildInfo.h"
 #include "Presentation/Style/HelpText.h"
 
@@ -24,14 +24,14 @@ QString menuText(QString text) {
 
 } // namespace
 
-StatusMenu::StatusMenu(AppController &controller) : m_controller(controller) {
+StatusMenu::StatusMenu(AgentConnections &connections) : m_connections(connections) {
     m_menu.setAccessibleName(QStringLiteral("Morvane"));
     addItems();
     m_menu.installEventFilter(this);
     m_agents->installEventFilter(this);
     connect(&m_menu, &QMenu::aboutToShow, this, &StatusMenu::menuNeedsUpdate);
-    connect(&m_controller, &AppController::statusChanged, this, &StatusMenu::update);
-    connect(&m_controller, &AppController::lastErrorChanged, this, &StatusMenu::showFailure);
+    connect(&m_connections, &AgentConnections::statusChanged, this, &StatusMenu::update);
+    connect(&m_connections, &AgentConnections::lastErrorChanged, this, &StatusMenu::showFailure);
     update();
 }
 
@@ -78,14 +78,14 @@ bool StatusMenu::eventFilter(QObject *watched, QEvent *event) {
 }
 
 void StatusMenu::menuNeedsUpdate() {
-    m_controller.refreshStatus();
+    m_connections.refreshStatus();
     // Which agents are there may have changed where their status has not.
     update();
 }
 
 void StatusMenu::update() {
-    const auto &installed = m_controller.installedAgents();
-    list(m_controller.offeredAgents());
+    const auto &installed = m_connections.installedAgents();
+    list(m_connections.offeredAgents());
     for (const AgentItem &item : m_agentItems) {
         item.action->setChecked(installed.contains(item.kind));
     }
@@ -123,7 +123,7 @@ QAction *StatusMenu::makeItem(const AgentAdapter &adapter) {
 
 /// The reason stands at the end of a failure, and what failed at its beginning.
 void StatusMenu::showFailure() {
-    const QString text = m_controller.lastError().value_or(QString());
+    const QString text = m_connections.lastError().value_or(QString());
     const QFontMetrics metrics(m_agents->font());
     m_failure->setText(
         menuText(metrics.elidedText(text.simplified(), Qt::ElideMiddle, failureWidth)));
@@ -136,10 +136,10 @@ void StatusMenu::showFailure() {
 /// A menu puts the check mark by itself as soon as an item is chosen, so it is set right whatever
 /// came of it.
 void StatusMenu::toggleAgent(AgentKind kind) {
-    if (m_controller.installedAgents().contains(kind)) {
-        m_controller.uninstallHooks(kind);
+    if (m_connections.installedAgents().contains(kind)) {
+        m_connections.uninstallHooks(kind);
     } else {
-        m_controller.installHooks(kind);
+        m_connections.installHooks(kind);
     }
     update();
 }

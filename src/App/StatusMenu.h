@@ -10,16 +10,16 @@
 namespace morvane {
 
 class AgentAdapter;
-class AppController;
+class AgentConnections;
 
 /// The program's menu, the same behind the status item and on the panel. What it shows is also
 /// right when it opens without telling, as it may where the desktop draws it. Owned by
-/// `AppDelegate`, outlived by the controller; main thread.
+/// `AppDelegate`, outlived by the connections; main thread.
 class StatusMenu : public QObject {
     Q_OBJECT
 
 public:
-    explicit StatusMenu(AppController &controller);
+    explicit StatusMenu(AgentConnections &connections);
 
     QMenu &menu() { return m_menu; }
 
@@ -49,7 +49,7 @@ private:
     void showFailure();
     void toggleAgent(AgentKind kind);
 
-    AppController &m_controller;
+    AgentConnections &m_connections;
     QMenu m_menu;
     QAction *m_settings = nullptr;
     QAction *m_quit = nullptr;

@@ -35,7 +35,7 @@ protected:
 
     /// The last failure without what the system says of it.
     QString complaint() const {
-        const QString error = controller.lastError().value_or(QString());
+        const QString error = connections.lastError().value_or(QString());
         return error.left(error.indexOf(": ") + 1);
     }
 
@@ -52,44 +52,45 @@ protected:
     MorvaneSettings settings{defaults};
     PlatformServices platform = fakePlatform(std::make_unique<ManualScheduler>());
     AppController controller{settings, platform};
+    AgentConnections &connections = controller.connections();
 };
 
 TEST_F(AppControllerActionsTest, ConnectsRepairsAndDisconnects) {
     home.write(".claude/settings.json", "{}");
     home.write(".codex/config.toml");
-    controller.refreshStatus();
-    EXPECT_EQ(kinds(controller.offeredAgents()), (QList{claude, codex}));
-    EXPECT_FALSE(controller.hasDecidableAgent());
+    connections.refreshStatus();
+    EXPECT_EQ(kinds(connections.offeredAgents()), (QList{claude, codex}));
+    EXPECT_FALSE(connections.hasDecidableAgent());
 
-    controller.installHooks(codex);
-    controller.installHooks(opencode);
-    EXPECT_EQ(controller.installedAgents(), (QSet{codex, opencode}));
-    EXPECT_TRUE(controller.hasDecidableAgent());
+    connections.installHooks(codex);
+    connections.installHooks(opencode);
+    EXPECT_EQ(connections.installedAgents(), (QSet{codex, opencode}));
+    EXPECT_TRUE(connections.hasDecidableAgent());
     // What is connected can be disconnected, also when its agent has left no trace.
-    EXPECT_EQ(kinds(controller.offeredAgents()), (QList{claude, codex, opencode}));
-    controller.uninstallHooks(codex);
-    EXPECT_EQ(controller.installedAgents(), QSet{opencode});
-    EXPECT_FALSE(controller.hasDecidableAgent());
+    EXPECT_EQ(kinds(connections.offeredAgents()), (QList{claude, codex, opencode}));
+    connections.uninstallHooks(codex);
+    EXPECT_EQ(connections.installedAgents(), QSet{opencode});
+    EXPECT_FALSE(connections.hasDecidableAgent());
 
     makeReadOnly(".claude/settings.json");
-    controller.installHooks(claude);
+    connections.installHooks(claude);
     EXPECT_EQ(complaint(), "Claude Code connect failed:");
-    controller.repairHooks(claude);
+    connections.repairHooks(claude);
     EXPECT_EQ(complaint(), "Claude Code repair failed:");
     makeReadOnly(".claude/settings.json", false);
-    controller.repairHooks(claude);
-    EXPECT_EQ(controller.lastError(), std::nullopt);
+    connections.repairHooks(claude);
+    EXPECT_EQ(connections.lastError(), std::nullopt);
     makeReadOnly(".claude/settings.json");
-    controller.uninstallHooks(claude);
+    connections.uninstallHooks(claude);
     EXPECT_EQ(complaint(), "Claude Code disconnect failed:");
-    EXPECT_TRUE(controller.installedAgents().contains(claude));
+    EXPECT_TRUE(connections.installedAgents().contains(claude));
 }
 
 TEST_F(AppControllerActionsTest, ReleasesWhoeverWaitsWhenApprovalsEnd) {
     controller.start();
     ASSERT_TRUE(controller.server());
-    controller.installHooks(claude);
-    controller.installHooks(gemini);
+    connections.installHooks(claude);
+    connections.installHooks(gemini);
     const QByteArray gemini = read(".gemini/settings.json");
     const std::uint16_t port = controller.server()->boundPort();
     HttpClient hook(port);
@@ -118,19 +119,19 @@ TEST_F(AppControllerActionsTest, ReleasesWhoeverWaitsWhenApprovalsEnd) {
 }
 
 TEST_F(AppControllerActionsTest, SwitchesTheNotificationsOfAllWhoHaveThem) {
-    controller.setNotificationsSuppressed(true);
-    EXPECT_FALSE(controller.notificationsSuppressed());
+    connections.setNotificationsSuppressed(true);
+    EXPECT_FALSE(connections.notificationsSuppressed());
 
     home.write(".claude/settings.json", R"({"preferredNotifChannel":"iterm2","a":1})");
-    controller.setNotificationsSuppressed(true);
-    EXPECT_TRUE(controller.notificationsSuppressed());
+    connections.setNotificationsSuppressed(true);
+    EXPECT_TRUE(connections.notificationsSuppressed());
     EXPECT_TRUE(read(".claude/settings.json").contains("notifications_disabled"));
     makeReadOnly(".claude/settings.json");
-    controller.setNotificationsSuppressed(false);
+    connections.setNotificationsSuppressed(false);
     EXPECT_EQ(complaint(), "Updating Claude Code's settings failed:");
-    EXPECT_TRUE(controller.notificationsSuppressed());
+    EXPECT_TRUE(connections.notificationsSuppressed());
     makeReadOnly(".claude/settings.json", false);
-    controller.setNotificationsSuppressed(false);
+    connections.setNotificationsSuppressed(false);
     EXPECT_EQ(read(".claude/settings.json"), "{\n  \"a\": 1\n}\n");
 }
 
@@ -139,16 +140,16 @@ TEST_F(AppControllerActionsTest, StartsAtLoginOrSaysWhyNot) {
     EXPECT_TRUE(controller.launchAtLogin());
     loginItem().failure = "the disk is full";
     controller.setLaunchAtLogin(false);
-    EXPECT_EQ(controller.lastError(), "Launch-at-login change failed: the disk is full");
+    EXPECT_EQ(connections.lastError(), "Launch-at-login change failed: the disk is full");
     EXPECT_TRUE(controller.launchAtLogin());
 }
 
 TEST_F(AppControllerActionsTest, RemovesEverythingAndReports) {
     settings.setSoundEnabled(false);
     home.write(".claude/settings.json", R"({"model":"opus","statusLine":{"command":"mine"}})");
-    controller.installHooks(claude);
-    EXPECT_EQ(controller.statusLineBlockedAgents(), std::vector{claude});
-    controller.installHooks(kimi);
+    connections.installHooks(claude);
+    EXPECT_EQ(connections.statusLineBlockedAgents(), std::vector{claude});
+    connections.installHooks(kimi);
     controller.setLaunchAtLogin(true);
     makeReadOnly(".kimi/config.toml");
     const auto remove = [this] { return controller.removeEverything().split("\n• "); };
@@ -176,7 +177,7 @@ TEST_F(AppControllerActionsTest, RemovesEverythingAndReports) {
     EXPECT_FALSE(reread.contains("soundEnabled"));
     EXPECT_FALSE(reread.contains("eventToken"));
     EXPECT_FALSE(reread.contains("completedHistory"));
-    EXPECT_TRUE(controller.installedAgents().isEmpty());
+    EXPECT_TRUE(connections.installedAgents().isEmpty());
 }
 
 TEST_F(AppControllerActionsTest, OpensWhatItCanOfASessionThatIsOver) {

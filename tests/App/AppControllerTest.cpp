@@ -71,9 +71,10 @@ TEST_F(AppControllerTest, MovesToAFreePortAndTellsEverybodyWhoNeedsIt) {
                     .contains(QByteArray::number(port)));
     EXPECT_TRUE(home.read(QStringLiteral(".codex/hooks.json")).contains("codex SessionEnd"));
     EXPECT_EQ(home.read(".claude/settings.json"), "{}");
-    EXPECT_EQ(controller.installedAgents(), (QSet{AgentKind::codex, AgentKind::opencode}));
+    EXPECT_EQ(controller.connections().installedAgents(),
+              (QSet{AgentKind::codex, AgentKind::opencode}));
     EXPECT_EQ(controller.serverStatus(), QStringLiteral("listening on 127.0.0.1:%1").arg(port));
-    EXPECT_FALSE(controller.lastError());
+    EXPECT_FALSE(controller.connections().lastError());
 }
 
 TEST_F(AppControllerTest, GoesOnWithoutAServerAndSaysWhy) {
@@ -88,7 +89,8 @@ TEST_F(AppControllerTest, GoesOnWithoutAServerAndSaysWhy) {
     controller.start();
     EXPECT_EQ(controller.server(), nullptr);
     EXPECT_EQ(controller.serverStatus(), "not running");
-    EXPECT_EQ(controller.lastError(), "Event server failed to start: Address already in use");
+    EXPECT_EQ(controller.connections().lastError(),
+              "Event server failed to start: Address already in use");
     EXPECT_EQ(settings.port(), first);
     EXPECT_TRUE(script().isEmpty());
 
@@ -150,7 +152,8 @@ TEST_F(AppControllerTest, OffersEachNewAgentOnce) {
     home.write(".claude/settings.json");
     std::vector<std::vector<AgentKind>> offers;
     AppController controller(settings, platform);
-    controller.onNewAgentsDetected = [&](const auto &kinds) { offers.push_back(kinds); };
+    QObject::connect(&controller.connections(), &AgentConnections::newAgentsDetected, &controller,
+                     [&](const std::vector<AgentKind> &kinds) { offers.push_back(kinds); });
     settings.setHasCompletedFirstRun(true);
     controller.start();
     // An installation that has no list yet takes what is there for known.
@@ -181,7 +184,8 @@ TEST_F(AppControllerTest, KeepsNewAgentsForWhoeverCanOfferThem) {
     controller.start();
     EXPECT_EQ(settings.knownAgents(), QStringList());
     std::vector<AgentKind> offered;
-    controller.onNewAgentsDetected = [&](const auto &kinds) { offered = kinds; };
+    QObject::connect(&controller.connections(), &AgentConnections::newAgentsDetected, &controller,
+                     [&](const std::vector<AgentKind> &kinds) { offered = kinds; });
     scheduler->advance(Seconds(1801));
     EXPECT_EQ(offered, std::vector{AgentKind::claude});
 }

@@ -50,7 +50,8 @@ protected:
     MorvaneSettings settings{defaults};
     PlatformServices platform = fakePlatform(std::make_unique<ManualScheduler>());
     AppController controller{settings, platform};
-    StatusMenu statusMenu{controller};
+    AgentConnections &connections = controller.connections();
+    StatusMenu statusMenu{connections};
 };
 
 TEST_F(StatusMenuTest, ListsWhatCanBeDone) {
@@ -95,7 +96,7 @@ TEST_F(StatusMenuTest, ConnectsAndDisconnectsTheAgentsOfThisMachine) {
     EXPECT_EQ(agentLines(), "Claude Code\n[x] Gemini CLI");
     EXPECT_EQ(title(), "Connected agents — 1");
     const QAction *item = agent("Claude Code");
-    controller.installHooks(AgentKind::claude);
+    connections.installHooks(AgentKind::claude);
     EXPECT_EQ(title(), "Connected agents — 2");
     EXPECT_TRUE(item->isChecked());
     agent("Gemini CLI")->trigger();
@@ -111,7 +112,7 @@ TEST_F(StatusMenuTest, TellsWhatWentWrongUntilItHasGoneRight) {
     QFile::setPermissions(settingsFile, QFile::ReadOwner);
     open();
     agent("Claude Code")->trigger();
-    ASSERT_TRUE(controller.lastError());
+    ASSERT_TRUE(connections.lastError());
     EXPECT_EQ(title(), "Connected agents — none");
     EXPECT_FALSE(agent("Claude Code")->isChecked());
     // The line may be cut short, but not its beginning.

@@ -6,6 +6,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <sys/stat.h>
+
 namespace morvane {
 
 namespace {
@@ -35,6 +37,10 @@ std::optional<Failure> makeScriptFolder() {
 }
 
 std::optional<Failure> writeExecutable(const QString &path, const QByteArray &content) {
+    // A file that has lost its write bit refuses to make way, but it is ours to replace.
+    if (const QFileInfo present(path); present.isFile() && !present.isSymLink()) {
+        ::chmod(QFile::encodeName(path).constData(), scriptMode);
+    }
     WholeFile file(path);
     file.setMode(scriptMode);
     const auto failure = file.write(content);

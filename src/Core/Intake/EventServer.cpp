@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <limits>
+#include <sys/resource.h>
 #include <sys/socket.h>
 
 namespace morvane {
@@ -17,7 +18,7 @@ namespace morvane {
 namespace {
 
 constexpr unsigned candidateCount = 21;
-constexpr std::size_t maxUnfinished = 512;
+constexpr rlim_t maxUnfinished = 512;
 constexpr int acceptBatch = 64;
 constexpr Seconds requestLimit(30);
 constexpr Seconds acceptRetryDelay(0.1);
@@ -78,6 +79,12 @@ EventServer::EventServer(QString token, std::uint16_t preferredPort, EventHandle
                 m_main.post([handler = onDecisionExpired, id] { handler(id); });
             }
         });
+}
+
+std::size_t EventServer::unfinishedLimit() {
+    rlimit descriptors{};
+    const bool isKnown = ::getrlimit(RLIMIT_NOFILE, &descriptors) == 0;
+    return isKnown ? std::min(descriptors.rlim_cur / 4, maxUnfinished) : maxUnfinished;
 }
 
 EventServer::~EventServer() {
@@ -179,7 +186,7 @@ void EventServer::takeIn(int descriptor) {
             respond(reader, *request);
         }
     });
-    if (m_unfinished.size() > maxUnfinished) {
+    if (m_unfinished.size() > m_unfinishedLimit) {
         m_unfinished.begin()->second.connection->close();
         m_unfinished.erase(m_unfinished.begin());
     }

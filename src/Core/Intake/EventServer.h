@@ -37,6 +37,11 @@ public:
                 Scheduler *timers = nullptr);
     ~EventServer();
 
+    /// How many connections may be without a whole request at one time; another one closes the
+    /// oldest. 512, or fewer where the process may have few descriptors, so that they leave enough
+    /// for those that matter.
+    static std::size_t unfinishedLimit();
+
     // To be assigned before `start`, if at all.
 
     /// On the main thread: nobody can decide this any more, the hook has its answer or is gone.
@@ -95,6 +100,7 @@ private:
     Queue m_listenerQueue;
     asio::ip::tcp::acceptor m_acceptor;
     std::shared_ptr<DecisionRelay> m_relay;
+    const std::size_t m_unfinishedLimit = unfinishedLimit();
     std::map<std::uint64_t, Unfinished> m_unfinished; ///< by age, the oldest first
     std::uint64_t m_nextSerial = 0;
     Task m_deadline;

@@ -175,7 +175,7 @@ TEST_F(EventServerTest, ClosesConnectionsThatNeverGetAnywhere) {
 TEST_F(EventServerTest, ClosesTheOldestOfTooManyUnfinishedOnes) {
     HttpClient oldest(port());
     std::vector<HttpClient> others;
-    for (int count = 0; count < 512; ++count) {
+    for (std::size_t count = 0; count < EventServer::unfinishedLimit(); ++count) {
         others.emplace_back(port());
     }
     EXPECT_EQ(oldest.receiveAll(), "");

@@ -282,6 +282,9 @@ TEST_F(OverlayTest, ABarTakesFromTheWorkAreaOfItsOwnMonitor) {
     display->setMonitor("RIGHT", {640, 0, 640, 800});
     ASSERT_TRUE(eventually([&] { return displays.displays().size() == 2; }));
     QWidget bar;
+    bar.winId();
+    // The property travels on another connection, and must not overtake the window.
+    QGuiApplication::sync();
     const std::array<std::uint32_t, 12> strut{0, 0, 40, 0, 0, 0, 0, 0, 640, 1279, 0, 0};
     xcb_change_property(x11->connection(), XCB_PROP_MODE_REPLACE,
                         static_cast<std::uint32_t>(bar.winId()), x11->atom("_NET_WM_STRUT_PARTIAL"),

@@ -1,19 +1,22 @@
-#include "App/AppController.h"
+#include "Core/Hooks/AgentConnections.h"
+
 #include "Core/Adapters/AgentRegistry.h"
 #include "Core/Agents/AgentAdapter.h"
 #include "Core/Hooks/ForwarderScripts.h"
 #include "Core/Hooks/HookInstaller.h"
+#include "Core/Settings/MorvaneSettings.h"
 
 #include <QDir>
 #include <QFileInfo>
+#include <QMetaMethod>
 
 #include <algorithm>
-
-// What a person can have done to agents and to this program's place on the machine.
 
 namespace morvane {
 
 namespace {
+
+constexpr Seconds newAgentInterval(1800);
 
 std::vector<const AgentAdapter *> agentsWhere(const auto &predicate) {
     std::vector<const AgentAdapter *> result;
@@ -42,16 +45,24 @@ std::optional<QString> removeScriptFolder() {
 
 } // namespace
 
-HookInstaller AppController::makeInstaller(const AgentAdapter &adapter) const {
-    return {adapter, m_settings, m_server ? m_server->boundPort() : m_settings.port()};
+AgentConnections::AgentConnections(MorvaneSettings &settings, Scheduler &scheduler)
+    : m_settings(settings), m_scheduler(scheduler) {}
+
+void AgentConnections::setLastError(const std::optional<QString> &error) {
+    m_lastError = error;
+    emit lastErrorChanged();
 }
 
-std::vector<const AgentAdapter *> AppController::connectedAgents() const {
+HookInstaller AgentConnections::makeInstaller(const AgentAdapter &adapter) const {
+    return {adapter, m_settings, m_settings.port()};
+}
+
+std::vector<const AgentAdapter *> AgentConnections::connectedAgents() const {
     return agentsWhere(
         [this](const AgentAdapter *adapter) { return makeInstaller(*adapter).isInstalled(); });
 }
 
-void AppController::refreshStatus() {
+void AgentConnections::refreshStatus() {
     m_installedAgents.clear();
     for (const AgentAdapter *adapter : connectedAgents()) {
         m_installedAgents.insert(adapter->kind());
@@ -61,8 +72,6 @@ void AppController::refreshStatus() {
         !muted.empty() && std::ranges::all_of(muted, [this](const AgentAdapter *adapter) {
             return makeInstaller(*adapter).notificationsSuppressed();
         });
-    m_launchAtLogin = m_platform.loginItem->isEnabled();
-    m_canFocusWindows = m_platform.windows && m_platform.windows->canFocusWindows();
     m_statusLineBlockedAgents.clear();
     for (const AgentAdapter *adapter : AgentRegistry::all()) {
         if (adapter->statusLineFeed() &&
@@ -74,38 +83,38 @@ void AppController::refreshStatus() {
 }
 
 /// An agent stays listed after its folder is gone, so that it can be disconnected.
-std::vector<const AgentAdapter *> AppController::offeredAgents() const {
+std::vector<const AgentAdapter *> AgentConnections::offeredAgents() const {
     return agentsWhere([this](const AgentAdapter *adapter) {
         return adapter->isPresent() || m_installedAgents.contains(adapter->kind());
     });
 }
 
-std::vector<const AgentAdapter *> AppController::mutableAgents() const {
+std::vector<const AgentAdapter *> AgentConnections::mutableAgents() const {
     return agentsWhere([](const AgentAdapter *adapter) {
         return adapter->notificationMute() && adapter->isPresent();
     });
 }
 
-bool AppController::hasDecidableAgent() const {
+bool AgentConnections::hasDecidableAgent() const {
     return std::ranges::any_of(AgentRegistry::all(), [this](const AgentAdapter *adapter) {
         return adapter->supportsDecisions() && m_installedAgents.contains(adapter->kind());
     });
 }
 
-void AppController::installHooks(AgentKind kind) {
+void AgentConnections::installHooks(AgentKind kind) {
     perform(kind, "connect", &HookInstaller::install);
 }
 
-void AppController::uninstallHooks(AgentKind kind) {
+void AgentConnections::uninstallHooks(AgentKind kind) {
     perform(kind, "disconnect", &HookInstaller::uninstall);
 }
 
-void AppController::repairHooks(AgentKind kind) {
+void AgentConnections::repairHooks(AgentKind kind) {
     perform(kind, "repair", &HookInstaller::install);
 }
 
-void AppController::perform(AgentKind kind, const char *action,
-                            std::optional<Failure> (HookInstaller::*operation)() const) {
+void AgentConnections::perform(AgentKind kind, const char *action,
+                               std::optional<Failure> (HookInstaller::*operation)() const) {
     const HookInstaller installer = makeInstaller(AgentRegistry::adapter(kind));
     if (const auto failure = (installer.*operation)()) {
         setLastError(QStringLiteral("%1 %2 failed: %3")
@@ -116,12 +125,19 @@ void AppController::perform(AgentKind kind, const char *action,
     refreshStatus();
 }
 
-void AppController::setApprovalsEnabled(bool enabled) {
-    m_settings.setApprovalsEnabled(enabled);
-    if (!enabled && m_server) {
-        // Agents must not wait for a panel that has stopped answering.
-        m_server->releaseAllDecisions();
+void AgentConnections::setNotificationsSuppressed(bool suppressed) {
+    m_notificationsSuppressed = suppressed;
+    emit statusChanged();
+    for (const AgentAdapter *adapter : mutableAgents()) {
+        if (const auto failure = makeInstaller(*adapter).setNotificationsSuppressed(suppressed)) {
+            setLastError(QStringLiteral("Updating %1's settings failed: %2")
+                             .arg(displayName(adapter->kind()), failure->message));
+        }
     }
+    refreshStatus();
+}
+
+void AgentConnections::renewDecidable() {
     for (const AgentAdapter *adapter : connectedAgents()) {
         if (!adapter->supportsDecisions()) {
             continue;
@@ -135,43 +151,65 @@ void AppController::setApprovalsEnabled(bool enabled) {
     refreshStatus();
 }
 
-void AppController::setNotificationsSuppressed(bool suppressed) {
-    m_notificationsSuppressed = suppressed;
-    emit statusChanged();
-    for (const AgentAdapter *adapter : mutableAgents()) {
-        if (const auto failure = makeInstaller(*adapter).setNotificationsSuppressed(suppressed)) {
-            setLastError(QStringLiteral("Updating %1's settings failed: %2")
-                             .arg(displayName(adapter->kind()), failure->message));
-        }
+void AgentConnections::renew() {
+    for (const AgentAdapter *adapter : connectedAgents()) {
+        makeInstaller(*adapter).renew();
+    }
+}
+
+void AgentConnections::watchForNewAgents() {
+    if (!m_settings.knownAgents()) {
+        // The settings are older than this list, and their owner needs no welcome.
+        markAllPresentAgentsKnown();
     }
     refreshStatus();
+    checkForNewAgents();
+    scheduleNewAgentCheck();
 }
 
-void AppController::setLaunchAtLogin(bool enabled) {
-    LoginItem &item = *m_platform.loginItem;
-    if (const auto failure = enabled ? item.registerItem() : item.unregisterItem()) {
-        setLastError(QLatin1String("Launch-at-login change failed: ") + *failure);
+void AgentConnections::scheduleNewAgentCheck() {
+    m_newAgentTimer = m_scheduler.after(newAgentInterval, [this] {
+        refreshStatus();
+        checkForNewAgents();
+        scheduleNewAgentCheck();
+    });
+}
+
+/// An agent is offered once, whatever the answer; so it only counts as offered when somebody is
+/// there to offer it.
+void AgentConnections::checkForNewAgents() {
+    if (!isSignalConnected(QMetaMethod::fromSignal(&AgentConnections::newAgentsDetected))) {
+        return;
     }
-    refreshStatus();
-}
-
-void AppController::select(const Session &session) {
-    m_store.acknowledge(session.id);
-    dismissPanels();
-}
-
-void AppController::reopenCompleted(const CompletedRecord &record) {
-    dismissPanels();
-    m_store.removeSessions(record.cwd);
-}
-
-void AppController::dismissPanels() {
-    if (m_presenterManager) {
-        m_presenterManager->dismissAll();
+    const QStringList known = m_settings.knownAgents().value_or(QStringList());
+    std::vector<const AgentAdapter *> unseen = AgentRegistry::present();
+    std::erase_if(unseen, [&](const AgentAdapter *adapter) {
+        return !adapter->isInstallable() ||
+               known.contains(QString::fromLatin1(rawValue(adapter->kind())));
+    });
+    if (unseen.empty()) {
+        return;
     }
+    markAgentsKnown(unseen);
+    std::vector<AgentKind> kinds;
+    std::ranges::transform(unseen, std::back_inserter(kinds), &AgentAdapter::kind);
+    emit newAgentsDetected(kinds);
 }
 
-QString AppController::removeEverything() {
+void AgentConnections::markAgentsKnown(const std::vector<const AgentAdapter *> &adapters) {
+    const QStringList known = m_settings.knownAgents().value_or(QStringList());
+    QSet<QString> merged(known.begin(), known.end());
+    for (const AgentAdapter *adapter : adapters) {
+        merged.insert(QString::fromLatin1(rawValue(adapter->kind())));
+    }
+    m_settings.setKnownAgents(merged.values());
+}
+
+void AgentConnections::markAllPresentAgentsKnown() {
+    markAgentsKnown(AgentRegistry::present());
+}
+
+QStringList AgentConnections::removeAll() {
     QStringList report;
     bool isStillCalled = false;
     for (const AgentAdapter *adapter : connectedAgents()) {
@@ -186,16 +224,8 @@ QString AppController::removeEverything() {
     } else if (const auto item = removeScriptFolder()) {
         report << *item;
     }
-    if (m_platform.loginItem->isEnabled()) {
-        const QString name = QStringLiteral("login item");
-        const auto failure = m_platform.loginItem->unregisterItem();
-        report << (failure ? couldNotRemove(name, *failure) : name);
-    }
-    m_store.forgetHistory();
-    m_settings.removeStored();
-    report << QStringLiteral("preferences and session history");
     refreshStatus();
-    return report.join(QStringLiteral("\n• "));
+    return report;
 }
 
 } // namespace morvane

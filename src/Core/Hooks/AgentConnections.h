@@ -1,0 +1,108 @@
+#pragma once
+
+#include "Core/Agents/AgentKind.h"
+#include "Core/Ground/Failure.h"
+#include "Platform/Scheduler.h"
+
+#include <QObject>
+#include <QSet>
+
+#include <optional>
+#include <vector>
+
+namespace morvane {
+
+class AgentAdapter;
+class HookInstaller;
+class MorvaneSettings;
+
+/// The agents of this machine and our hooks in them: what is connected, what can be, and how that
+/// is changed. Owned by `AppController`; main thread. Reads and writes small files where it is
+/// called.
+class AgentConnections : public QObject {
+    Q_OBJECT
+
+public:
+    /// Both must outlive the connections.
+    AgentConnections(MorvaneSettings &settings, Scheduler &scheduler);
+
+    /// The last failure, in one sentence, until an agent is connected, disconnected or repaired.
+    const std::optional<QString> &lastError() const { return m_lastError; }
+    void setLastError(const std::optional<QString> &error);
+
+    // As of `refreshStatus`.
+
+    const QSet<AgentKind> &installedAgents() const { return m_installedAgents; }
+
+    /// True when each of `mutableAgents`, of which there is one at least, has its own notifications
+    /// turned off.
+    bool notificationsSuppressed() const { return m_notificationsSuppressed; }
+
+    /// The agents whose status line another tool has set.
+    const std::vector<AgentKind> &statusLineBlockedAgents() const {
+        return m_statusLineBlockedAgents;
+    }
+
+    void refreshStatus();
+
+    /// The agents to show to a person: those on this machine, and those that are connected.
+    std::vector<const AgentAdapter *> offeredAgents() const;
+
+    /// The agents on this machine whose own notifications can be turned off.
+    std::vector<const AgentAdapter *> mutableAgents() const;
+
+    /// True when the panel could answer anything at all.
+    bool hasDecidableAgent() const;
+
+    // Actions. What fails goes into `lastError`; each refreshes the status.
+
+    void installHooks(AgentKind kind);
+    void uninstallHooks(AgentKind kind);
+    void repairHooks(AgentKind kind);
+    void setNotificationsSuppressed(bool suppressed);
+
+    /// Hooks that wait and hooks that don't differ, so the hooks of agents that can be answered are
+    /// written anew when approvals are turned on or off. A failure turns them off.
+    void renewDecidable();
+
+    /// At every start, since what the agents call carries the port and the token. A failure here is
+    /// no reason not to start: agents that reach nobody go on as if there were no hook.
+    void renew();
+
+    /// Looks for agents that were never offered before, now and every half an hour.
+    void watchForNewAgents();
+
+    /// Counts every agent on this machine as offered.
+    void markAllPresentAgentsKnown();
+
+    /// Disconnects every agent and removes our scripts. Yields what was removed and what could not
+    /// be, an item each.
+    QStringList removeAll();
+
+signals:
+    void lastErrorChanged();
+    void statusChanged();
+
+    /// Agents have appeared on this machine. Each is told once, and counts as offered then; while
+    /// nobody is connected none is.
+    void newAgentsDetected(const std::vector<morvane::AgentKind> &kinds);
+
+private:
+    HookInstaller makeInstaller(const AgentAdapter &adapter) const;
+    std::vector<const AgentAdapter *> connectedAgents() const;
+    void perform(AgentKind kind, const char *action,
+                 std::optional<Failure> (HookInstaller::*operation)() const);
+    void scheduleNewAgentCheck();
+    void checkForNewAgents();
+    void markAgentsKnown(const std::vector<const AgentAdapter *> &adapters);
+
+    MorvaneSettings &m_settings;
+    Scheduler &m_scheduler;
+    std::optional<QString> m_lastError;
+    QSet<AgentKind> m_installedAgents;
+    bool m_notificationsSuppressed = false;
+    std::vector<AgentKind> m_statusLineBlockedAgents;
+    Task m_newAgentTimer;
+};
+
+} // namespace morvane
