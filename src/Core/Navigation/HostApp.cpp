@@ -1,5 +1,6 @@
 #include "Core/Navigation/HostApp.h"
 
+#include "Core/Sessions/Session.h"
 #include "Platform/InstalledApplications.h"
 
 #include <QHash>
@@ -86,6 +87,11 @@ std::optional<QString> displayName(const std::optional<QString> &hostBundleID,
     }
     const QStringList pieces = bundle.split(QLatin1Char('.'), Qt::SkipEmptyParts);
     return pieces.isEmpty() ? termProgram : std::optional(pieces.last());
+}
+
+bool canBeTypedInto(const Session &session) {
+    return session.pane.tmux ||
+           bundleID(session.hostBundleID, session.termProgram) == u"com.googlecode.iterm2";
 }
 
 } // namespace morvane::HostApp

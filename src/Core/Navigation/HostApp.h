@@ -7,7 +7,8 @@
 
 namespace morvane {
 class InstalledApplications;
-}
+struct Session;
+} // namespace morvane
 
 /// Which application hosts a session, from the two hints that its hooks report. Stateless.
 namespace morvane::HostApp {
@@ -24,5 +25,8 @@ QString bundleID(const std::optional<QString> &hostBundleID,
 std::optional<QString> displayName(const std::optional<QString> &hostBundleID,
                                    const std::optional<QString> &termProgram,
                                    const InstalledApplications &applications);
+
+/// True where text can be typed into the session from outside: in a tmux pane and in iTerm2.
+bool canBeTypedInto(const Session &session);
 
 } // namespace morvane::HostApp

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "Core/Agents/AgentDecision.h"
 #include "Platform/Time.h"
 
+#include <QList>
 #include <QString>
 
 #include <optional>
@@ -15,6 +17,18 @@ struct PendingApproval {
     std::optional<QString> detail;
     Date expiresAt; ///< for display: the expiry itself is told by the server
     bool allowsRemembering = false;
+
+    /// Everything that a person may ever choose, in the order of the buttons and the digit keys.
+    static QList<AgentDecision> allChoices() {
+        return {AgentDecision::deny(), AgentDecision::allow(),
+                AgentDecision::allowRemembering(AgentDecision::Scope::session)};
+    }
+
+    /// Those on offer for this call: the first ones of all, so that each keeps its digit.
+    QList<AgentDecision> choices() const {
+        const auto all = allChoices();
+        return allowsRemembering ? all : all.first(all.size() - 1);
+    }
 
     friend bool operator==(const PendingApproval &, const PendingApproval &) = default;
 };

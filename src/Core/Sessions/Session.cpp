@@ -55,4 +55,8 @@ std::optional<QString> Session::pendingDecisionID() const {
     return pendingQuestion ? std::optional(pendingQuestion->id) : std::nullopt;
 }
 
+bool Session::isFinished() const {
+    return state == SessionState::done || state == SessionState::failed;
+}
+
 } // namespace morvane

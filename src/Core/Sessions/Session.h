@@ -82,6 +82,9 @@ struct Session {
     /// The id of the decision that a hook of this session waits for.
     std::optional<QString> pendingDecisionID() const;
 
+    /// True once a turn has come to its end, well or not.
+    bool isFinished() const;
+
     friend bool operator==(const Session &, const Session &) = default;
 };
 

@@ -56,7 +56,7 @@ QList<CompletedRecord> where(const QList<CompletedRecord> &list, Predicate holds
 QSet<QString> finishedRecordIDs(const Sessions &sessions) {
     QSet<QString> result;
     for (const Session &session : sessions) {
-        if (session.state == SessionState::done || session.state == SessionState::failed) {
+        if (session.isFinished()) {
             result.insert(CompletedRecord::idFor(session));
         }
     }

@@ -11,10 +11,6 @@ namespace {
 constexpr Seconds cleanupInterval(60);
 constexpr Seconds transcriptInterval(15);
 
-bool isFinished(const Session &session) {
-    return session.state == SessionState::done || session.state == SessionState::failed;
-}
-
 } // namespace
 
 SessionStore::SessionStore(MorvaneSettings &settings, SessionSurroundings surroundings,
@@ -51,14 +47,14 @@ void SessionStore::apply(const HookEvent &event) {
 }
 
 void SessionStore::restore(const QList<DiscoveredSession> &discovered) {
-    const Date cutoff = m_scheduler.now() - Seconds(60.0 * m_settings.autoClearMinutes());
+    const Date oldest = m_scheduler.now() - Seconds(60.0 * m_settings.autoClearMinutes());
     QStringList restored;
     for (const DiscoveredSession &found : discovered) {
-        // What hooks have told meanwhile is newer than anything on disk.
-        if (found.lastActive >= cutoff && !m_sessions.contains(found.id)) {
-            Session session = found.session();
-            session.customName = m_surroundings.customName(session.cwd);
-            m_sessions.insert(session.id, session);
+        const auto transition =
+            SessionTransition::restored(stored(found.id), found, oldest, m_surroundings);
+        // Entered without `carryOut`, for all of them are published at once.
+        if (transition.write == SessionTransition::Write::store) {
+            m_sessions.insert(found.id, transition.session);
             restored.append(found.id);
         }
     }
@@ -80,7 +76,7 @@ void SessionStore::acknowledge(const QString &sessionID) {
 void SessionStore::acknowledgeDone() {
     bool anySeen = false;
     for (Session &session : m_sessions) {
-        if (isFinished(session) && !session.acknowledged) {
+        if (session.isFinished() && !session.acknowledged) {
             session.acknowledged = true;
             anySeen = true;
         }
@@ -126,40 +122,18 @@ void SessionStore::forgetHistory() {
 }
 
 void SessionStore::decide(const QString &sessionID, const AgentDecision &decision) {
-    auto session = stored(sessionID);
-    if (!session || !session->pendingApproval) {
-        return;
+    if (const auto session = stored(sessionID)) {
+        const Date now = m_scheduler.now();
+        carryOut(SessionTransition::decided(*session, decision, now), now);
     }
-    const QString decisionID = session->pendingApproval->id;
-    session->pendingApproval.reset();
-    session->acknowledged = true;
-    // After `ask` the agent prompts in its own terminal; after anything else, a refusal too, it
-    // carries on.
-    session->state = decision.kind == AgentDecision::Kind::ask ? SessionState::needsInput
-                                                               : SessionState::working;
-    session->stateChangedAt = m_scheduler.now();
-    put(*session);
-    resolve(decisionID, decision);
 }
 
 void SessionStore::answer(const QString &sessionID, const QString &question,
                           const QString &option) {
-    auto session = stored(sessionID);
-    if (!session || !session->pendingQuestion) {
-        return;
+    if (const auto session = stored(sessionID)) {
+        const Date now = m_scheduler.now();
+        carryOut(SessionTransition::answered(*session, question, option, now), now);
     }
-    session->pendingQuestion->answers.insert(question, option);
-    if (session->pendingQuestion->firstUnanswered() >= 0) {
-        put(*session);
-        return;
-    }
-    const PendingQuestion answered = *session->pendingQuestion;
-    session->pendingQuestion.reset();
-    session->acknowledged = true;
-    session->state = SessionState::working;
-    session->stateChangedAt = m_scheduler.now();
-    put(*session);
-    resolve(answered.id, AgentDecision::answer(answered.answers));
 }
 
 void SessionStore::chooseByIndex(const QString &sessionID, qsizetype index) {
@@ -178,10 +152,7 @@ void SessionStore::chooseByIndex(const QString &sessionID, qsizetype index) {
         }
     }
     if (session->pendingApproval) {
-        QList<AgentDecision> choices{AgentDecision::deny(), AgentDecision::allow()};
-        if (session->pendingApproval->allowsRemembering) {
-            choices.append(AgentDecision::allowRemembering(AgentDecision::Scope::session));
-        }
+        const auto choices = session->pendingApproval->choices();
         if (index < choices.size()) {
             decide(sessionID, choices[index]);
         }
@@ -192,13 +163,9 @@ void SessionStore::approvalExpired(const QString &decisionID) {
     const auto waiting = std::ranges::find_if(m_sessions, [&](const Session &session) {
         return session.pendingDecisionID() == decisionID;
     });
-    if (waiting == m_sessions.end()) {
-        return;
+    if (waiting != m_sessions.end()) {
+        carryOut(SessionTransition::expired(*waiting), m_scheduler.now());
     }
-    Session session = *waiting;
-    session.pendingApproval.reset();
-    session.pendingQuestion.reset();
-    put(session);
 }
 
 std::optional<Session> SessionStore::sessionAwaitingDecision() const {
@@ -219,7 +186,7 @@ void SessionStore::enrichFromTranscript(const QString &sessionID, bool completio
     const auto use = [this, sessionID, completion, recordID](const TranscriptInfo &info) {
         m_enrichmentsInFlight.remove(sessionID);
         if (auto present = stored(sessionID)) {
-            if (completion && isFinished(*present) && info.lastAssistantText) {
+            if (completion && present->isFinished() && info.lastAssistantText) {
                 present->summary = info.lastAssistantText;
             }
             takeTranscript(*present, info);
@@ -264,6 +231,9 @@ void SessionStore::carryOut(const SessionTransition &transition, Date now) {
         removeSession(transition.session.id);
         break;
     }
+    if (transition.resolution) {
+        resolve(transition.resolution->decisionID, transition.resolution->decision);
+    }
     if (transition.readsTranscript) {
         enrichThrottled(transition.session.id, now);
     }
@@ -273,12 +243,12 @@ void SessionStore::followUp(const QString &sessionID, std::optional<SessionState
                             Date now) {
     const auto session = stored(sessionID);
     const bool callsForAttention =
-        session && (isFinished(*session) || session->state == SessionState::needsInput);
+        session && (session->isFinished() || session->state == SessionState::needsInput);
     if (!callsForAttention || session->state == previous) {
         return;
     }
     emit stateChanges(session->state);
-    if (isFinished(*session)) {
+    if (session->isFinished()) {
         recordCompleted(*session, now);
         enrichFromTranscript(sessionID, true);
     }
@@ -335,15 +305,9 @@ void SessionStore::publishHistory() {
 }
 
 void SessionStore::releaseApproval(const QString &sessionID) {
-    auto session = stored(sessionID);
-    const auto decisionID = session ? session->pendingDecisionID() : std::nullopt;
-    if (!decisionID) {
-        return;
+    if (const auto session = stored(sessionID)) {
+        carryOut(SessionTransition::released(*session), m_scheduler.now());
     }
-    session->pendingApproval.reset();
-    session->pendingQuestion.reset();
-    put(*session);
-    resolve(*decisionID, AgentDecision::ask());
 }
 
 void SessionStore::resolve(const QString &decisionID, const AgentDecision &decision) {
@@ -376,7 +340,7 @@ void SessionStore::clearStaleDoneSessions() {
     const Seconds limit(60.0 * m_settings.autoClearMinutes());
     const QHash<QString, Session> present = m_sessions;
     for (const Session &session : present) {
-        const bool atRest = isFinished(session) || session.state == SessionState::idle;
+        const bool atRest = session.isFinished() || session.state == SessionState::idle;
         if (atRest && now - session.lastEventAt > limit) {
             releaseApproval(session.id);
             removeSession(session.id);

@@ -104,8 +104,8 @@ public:
     /// Chooses one option of one question; the last one to be answered sends all answers.
     void answer(const QString &sessionID, const QString &question, const QString &option);
 
-    /// Chooses by position, from 0: among the options of the first open question, else among deny,
-    /// allow and allow for the session, which is the order of the buttons.
+    /// Chooses by position, from 0: among the options of the first open question, else among the
+    /// choices of the tool call that waits, which is the order of the buttons.
     void chooseByIndex(const QString &sessionID, qsizetype index);
 
     /// The server has given up a hook that waited.

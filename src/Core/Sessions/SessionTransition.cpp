@@ -75,7 +75,11 @@ void takeHost(Session &session, const Context &context) {
     }
 }
 
-/// The end of nearly every rule: what the event tells besides its kind, and the dates.
+SessionTransition store(Session session) {
+    return {SessionTransition::Write::store, std::move(session), {}, false};
+}
+
+/// The end of nearly every hook's rule: what the event tells besides its kind, and the dates.
 SessionTransition update(Session session, const Context &context) {
     takeWorkingDirectory(session, context);
     session.agent = context.event.agent;
@@ -85,7 +89,7 @@ SessionTransition update(Session session, const Context &context) {
         session.stateChangedAt = context.now;
     }
     session.lastEventAt = context.now;
-    return {SessionTransition::Write::store, std::move(session), {}, false};
+    return store(std::move(session));
 }
 
 SessionTransition sessionStart(const Context &context) {
@@ -127,6 +131,11 @@ SessionTransition toolUse(const Context &context) {
     return result;
 }
 
+void forgetDecision(Session &session) {
+    session.pendingApproval.reset();
+    session.pendingQuestion.reset();
+}
+
 /// A prompt that has to be answered in the agent's own terminal. `external` is what is known of
 /// it; without, the event is the agent's plain notice that it waits.
 SessionTransition markNeedsInput(const Context &context,
@@ -140,8 +149,7 @@ SessionTransition markNeedsInput(const Context &context,
     if (parked && !external) {
         return update(std::move(session), context);
     }
-    session.pendingApproval.reset();
-    session.pendingQuestion.reset();
+    forgetDecision(session);
     session.pendingExternalResponse = external.value_or(PendingExternalResponse{
         context.event.questions.value_or(QList<AgentQuestion>()), context.event.responseMessage});
     SessionTransition result = update(std::move(session), context);
@@ -204,7 +212,7 @@ SessionTransition subagentStop(const Context &context) {
         open->done = true;
     }
     session.lastEventAt = context.now;
-    return {SessionTransition::Write::store, std::move(session), {}, false};
+    return store(std::move(session));
 }
 
 SessionTransition sessionEnd(const Context &context) {
@@ -225,8 +233,7 @@ bool answerableHere(const HookEvent &event) {
 void setPending(Session &session, const Context &context, const QString &decisionID) {
     const HookEvent &event = context.event;
     const Date expiresAt = context.now + decisionLimit;
-    session.pendingApproval.reset();
-    session.pendingQuestion.reset();
+    forgetDecision(session);
     session.pendingExternalResponse.reset();
     if (event.questions) {
         session.pendingQuestion = PendingQuestion{decisionID, *event.questions, {}, expiresAt};
@@ -259,6 +266,19 @@ SessionTransition permissionRequest(const Context &context) {
     if (superseded && superseded != event.decisionID) {
         result.releases.append(*superseded);
     }
+    return result;
+}
+
+/// A person has dealt with what the session waited for. Nothing has come from the agent, so the
+/// date of its last event stays.
+SessionTransition settle(Session session, SessionState state, Date now,
+                         SessionTransition::Resolution resolution) {
+    forgetDecision(session);
+    session.acknowledged = true;
+    session.state = state;
+    session.stateChangedAt = now;
+    SessionTransition result = store(std::move(session));
+    result.resolution = std::move(resolution);
     return result;
 }
 
@@ -296,6 +316,62 @@ SessionTransition SessionTransition::of(const std::optional<Session> &before,
 bool SessionTransition::endsPendingDecision(CanonicalEvent kind) {
     return kind == CanonicalEvent::promptSubmit || kind == CanonicalEvent::turnEnd ||
            kind == CanonicalEvent::turnFailed || kind == CanonicalEvent::sessionEnd;
+}
+
+SessionTransition SessionTransition::decided(Session session, const AgentDecision &decision,
+                                             Date now) {
+    if (!session.pendingApproval) {
+        return {};
+    }
+    const QString decisionID = session.pendingApproval->id;
+    // After `ask` the agent prompts in its own terminal; after anything else, a refusal too, it
+    // carries on.
+    const auto state = decision.kind == AgentDecision::Kind::ask ? SessionState::needsInput
+                                                                 : SessionState::working;
+    return settle(std::move(session), state, now, {decisionID, decision});
+}
+
+SessionTransition SessionTransition::answered(Session session, const QString &question,
+                                              const QString &option, Date now) {
+    if (!session.pendingQuestion) {
+        return {};
+    }
+    session.pendingQuestion->answers.insert(question, option);
+    if (session.pendingQuestion->firstUnanswered() >= 0) {
+        return store(std::move(session));
+    }
+    const PendingQuestion complete = *session.pendingQuestion;
+    return settle(std::move(session), SessionState::working, now,
+                  {complete.id, AgentDecision::answer(complete.answers)});
+}
+
+SessionTransition SessionTransition::expired(Session session) {
+    if (!session.pendingDecisionID()) {
+        return {};
+    }
+    forgetDecision(session);
+    return store(std::move(session));
+}
+
+SessionTransition SessionTransition::released(Session session) {
+    const auto decisionID = session.pendingDecisionID();
+    SessionTransition result = expired(std::move(session));
+    if (decisionID) {
+        result.resolution = Resolution{*decisionID, AgentDecision::ask()};
+    }
+    return result;
+}
+
+SessionTransition SessionTransition::restored(const std::optional<Session> &before,
+                                              const DiscoveredSession &found, Date oldest,
+                                              const SessionSurroundings &surroundings) {
+    // What hooks have told meanwhile is newer than anything on disk.
+    if (before || found.lastActive < oldest) {
+        return {};
+    }
+    Session session = found.session();
+    session.customName = surroundings.customName(session.cwd);
+    return store(std::move(session));
 }
 
 } // namespace morvane

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "Core/Agents/AgentDecision.h"
 #include "Core/Intake/HookEvent.h"
+#include "Core/Sessions/DiscoveredSession.h"
 #include "Core/Sessions/Session.h"
 
 #include <QString>
@@ -24,8 +26,9 @@ struct SessionSurroundings {
         hostAppName;
 };
 
-/// What one event does to its session: the session as it comes out, and what is to be done about
-/// it. The rules are pure; `SessionStore` carries them out.
+/// What one event does to its session, whether a hook tells it or it happens to the session here:
+/// the session as it comes out, and what is to be done about it. The rules are pure;
+/// `SessionStore` carries them out.
 ///
 /// The state that each event leads to, by the session's state before:
 ///
@@ -41,9 +44,27 @@ struct SessionSurroundings {
 ///     sessionEnd          ignored     removed      removed      removed     removed     removed
 ///     permissionRequest   needsInput  needsInput   needsInput   needsInput  needsInput  needsInput
 ///
+///     decided (3)         ignored     working      working      working     working     working
+///     answered (4)        ignored     working      working      working     working     working
+///     expired (5)         ignored     -            -            -           -           -
+///     released (5)        ignored     -            -            -           -           -
+///     restored            idle (6)    ignored      ignored      ignored     ignored     ignored
+///
 ///     (1) unchanged while background agents are pending
 ///     (2) working while the event lists background agents
+///     (3) needsInput after `ask`; ignored without an approval that waits
+///     (4) unchanged while a question is open; ignored without questions that wait
+///     (5) ignored without a decision that waits
+///     (6) ignored when it was last active too long ago
 struct SessionTransition {
+    /// A decision that goes back to the hook that waits for it.
+    struct Resolution {
+        QString decisionID;
+        AgentDecision decision;
+
+        friend bool operator==(const Resolution &, const Resolution &) = default;
+    };
+
     enum class Write {
         nothing, ///< the session stays exactly as it is, and nobody is told
         store,   ///< the session is stored as it stands here
@@ -54,6 +75,9 @@ struct SessionTransition {
     Session session;
     QStringList releases; ///< decisions that give way, to be resolved with `ask` before the write
     bool readsTranscript = false;
+    /// What lets go the hook that the session waited with, to be resolved after the write: what
+    /// comes of it must find the session moved.
+    std::optional<Resolution> resolution = std::nullopt;
 
     /// The rule for this event. `before` is the stored session, if there is one.
     static SessionTransition of(const std::optional<Session> &before, const HookEvent &event,
@@ -62,6 +86,25 @@ struct SessionTransition {
     /// True for the events that end what a hook was waiting for; such a decision is released
     /// before the event's own rule runs.
     static bool endsPendingDecision(CanonicalEvent kind);
+
+    /// A person has decided about the tool call that the session waits with.
+    static SessionTransition decided(Session session, const AgentDecision &decision, Date now);
+
+    /// A person has chosen an option of one question; the last one to be answered sends them all.
+    static SessionTransition answered(Session session, const QString &question,
+                                      const QString &option, Date now);
+
+    /// The server has given up the hook that the session waits with, which is past any answer.
+    static SessionTransition expired(Session session);
+
+    /// What the hook waits for has lost its reason, so that the agent is to ask by itself.
+    static SessionTransition released(Session session);
+
+    /// A session was found on disk. `before` is the stored session of its id, if there is one;
+    /// what was last active before `oldest` would be cleared at once, and isn't entered.
+    static SessionTransition restored(const std::optional<Session> &before,
+                                      const DiscoveredSession &found, Date oldest,
+                                      const SessionSurroundings &surroundings);
 };
 
 } // namespace morvane

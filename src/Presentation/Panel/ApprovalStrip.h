@@ -3,6 +3,7 @@
 #include "Core/Agents/AgentDecision.h"
 #include "Core/Sessions/PendingApproval.h"
 
+#include <QList>
 #include <QWidget>
 
 namespace morvane {
@@ -13,7 +14,7 @@ class Scheduler;
 class TextLabel;
 
 /// Offers the tool call that a session waits with: refuse it, allow it, or allow it from now on.
-/// The order of the buttons is that of the digit keys, with the refusal first.
+/// The order of the buttons is that of the choices, and so that of the digit keys.
 class ApprovalStrip : public QWidget {
     Q_OBJECT
 
@@ -26,16 +27,13 @@ signals:
     void decided(const morvane::AgentDecision &decision);
 
 private:
-    DecideButton *addButton(const QString &title, const QColor &tint,
-                            const AgentDecision &decision);
+    DecideButton *addButton(const AgentDecision &decision);
 
     QString m_approvalID;
     TextLabel *m_title;
     TextLabel *m_detail;
     Countdown *m_countdown;
-    DecideButton *m_deny;
-    DecideButton *m_allow;
-    DecideButton *m_always;
+    QList<DecideButton *> m_buttons; ///< one for each of all choices, in their order
 };
 
 } // namespace morvane

@@ -123,14 +123,9 @@ QWidget *SessionRow::stripFor(bool showsShortcuts) {
     return takesReplies() ? &replyStrip() : nullptr;
 }
 
-/// Only into a tmux pane and into iTerm2 can be typed.
 bool SessionRow::takesReplies() const {
-    const bool isFinished =
-        m_session.state == SessionState::done || m_session.state == SessionState::failed;
-    return isFinished && context().actions.onReply &&
-           (m_session.pane.tmux ||
-            HostApp::bundleID(m_session.hostBundleID, m_session.termProgram) ==
-                u"com.googlecode.iterm2");
+    return m_session.isFinished() && HostApp::canBeTypedInto(m_session) &&
+           context().actions.onReply;
 }
 
 void SessionRow::select() {

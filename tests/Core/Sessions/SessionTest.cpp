@@ -1,6 +1,7 @@
 #include "Core/Sessions/Session.h"
 
 #include "Core/Ground/TimeFormat.h"
+#include "Core/Navigation/HostApp.h"
 #include "Core/Sessions/GitInfo.h"
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"
@@ -54,6 +55,23 @@ TEST(Session, RemarksOnlyOnUnusualPermissionModes) {
         session.agent = agent;
         session.permissionMode = mode;
         EXPECT_EQ(session.notablePermissionMode(), notable ? mode : std::nullopt);
+    }
+}
+
+TEST(Session, CanBeTypedIntoInATmuxPaneAndInITerm) {
+    const std::tuple<Text, Text, Text, bool> cases[] = {
+        {{}, {}, {}, true},
+        {{}, {}, "iTerm.app", true},
+        {{}, "com.googlecode.iterm2", "ghostty", true},
+        {{}, "com.mitchellh.ghostty", "iTerm.app", false},
+        {{}, "", "ghostty", false},
+        {"%1", "com.mitchellh.ghostty", {}, true}};
+    for (const auto &[tmux, bundle, program, can] : cases) {
+        Session session;
+        session.pane.tmux = tmux;
+        session.hostBundleID = bundle;
+        session.termProgram = program;
+        EXPECT_EQ(HostApp::canBeTypedInto(session), can);
     }
 }
 
