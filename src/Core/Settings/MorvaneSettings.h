@@ -6,7 +6,6 @@
 #include <QMap>
 #include <QObject>
 #include <QStringList>
-#include <QVariant>
 
 #include <atomic>
 #include <cstdint>
@@ -19,6 +18,8 @@ class Defaults;
 /// A person's preferences, and a few facts that must survive a restart. Every property is one key
 /// of the defaults: read once at creation, written back at once on every change, also on an
 /// assignment of the value that it has. Main thread only.
+///
+/// A further one takes its accessors and member here, and a row in the table of keys.
 ///
 /// There is one instance over the standard defaults, `shared`; it is made in `main` and passed to
 /// whoever needs it.
@@ -44,48 +45,48 @@ public:
     const QString &eventToken() const { return m_eventToken; }
 
     std::uint16_t port() const { return m_port; }
-    void setPort(std::uint16_t port);
+    void setPort(std::uint16_t port) { assign(m_port, port); }
     DisplayTargetMode displayMode() const { return m_displayMode; }
-    void setDisplayMode(DisplayTargetMode mode);
+    void setDisplayMode(DisplayTargetMode mode) { assign(m_displayMode, mode); }
     FloatingPosition floatingPosition() const { return m_floatingPosition; }
-    void setFloatingPosition(FloatingPosition position);
+    void setFloatingPosition(FloatingPosition position) { assign(m_floatingPosition, position); }
     bool hideOverFullscreen() const { return m_hideOverFullscreen; }
-    void setHideOverFullscreen(bool hide);
+    void setHideOverFullscreen(bool hide) { assign(m_hideOverFullscreen, hide); }
     bool showWhenIdle() const { return m_showWhenIdle; }
-    void setShowWhenIdle(bool show);
+    void setShowWhenIdle(bool show) { assign(m_showWhenIdle, show); }
     bool showMenuBarIcon() const { return m_showMenuBarIcon; }
-    void setShowMenuBarIcon(bool show);
+    void setShowMenuBarIcon(bool show) { assign(m_showMenuBarIcon, show); }
     bool soundEnabled() const { return m_soundEnabled; }
-    void setSoundEnabled(bool enabled);
+    void setSoundEnabled(bool enabled) { assign(m_soundEnabled, enabled); }
     bool soundOnNeedsInput() const { return m_soundOnNeedsInput; }
-    void setSoundOnNeedsInput(bool enabled);
+    void setSoundOnNeedsInput(bool enabled) { assign(m_soundOnNeedsInput, enabled); }
     bool soundOnDone() const { return m_soundOnDone; }
-    void setSoundOnDone(bool enabled);
+    void setSoundOnDone(bool enabled) { assign(m_soundOnDone, enabled); }
     bool showFableBar() const { return m_showFableBar; }
-    void setShowFableBar(bool show);
+    void setShowFableBar(bool show) { assign(m_showFableBar, show); }
     /// Minutes after which a finished or idle session leaves the list.
     int autoClearMinutes() const { return m_autoClearMinutes; }
-    void setAutoClearMinutes(int minutes);
+    void setAutoClearMinutes(int minutes) { assign(m_autoClearMinutes, minutes); }
     /// Working directory to the person's own name for it.
     const QMap<QString, QString> &sessionNames() const { return m_sessionNames; }
-    void setSessionNames(const QMap<QString, QString> &names);
+    void setSessionNames(const QMap<QString, QString> &names) { assign(m_sessionNames, names); }
     bool usageEnabled() const { return m_usageEnabled; }
-    void setUsageEnabled(bool enabled);
+    void setUsageEnabled(bool enabled) { assign(m_usageEnabled, enabled); }
     /// Safe from any thread: the server asks it for every hook that could wait.
     bool approvalsEnabled() const { return m_approvalsEnabled; }
-    void setApprovalsEnabled(bool enabled);
+    void setApprovalsEnabled(bool enabled) { assign(m_approvalsEnabled, enabled); }
     bool soundOnUsageLimit() const { return m_soundOnUsageLimit; }
-    void setSoundOnUsageLimit(bool enabled);
+    void setSoundOnUsageLimit(bool enabled) { assign(m_soundOnUsageLimit, enabled); }
     bool hasCompletedFirstRun() const { return m_hasCompletedFirstRun; }
-    void setHasCompletedFirstRun(bool completed);
+    void setHasCompletedFirstRun(bool completed) { assign(m_hasCompletedFirstRun, completed); }
     bool installPingEnabled() const { return m_installPingEnabled; }
-    void setInstallPingEnabled(bool enabled);
+    void setInstallPingEnabled(bool enabled) { assign(m_installPingEnabled, enabled); }
     bool installPingSent() const { return m_installPingSent; }
-    void setInstallPingSent(bool sent);
+    void setInstallPingSent(bool sent) { assign(m_installPingSent, sent); }
     /// The raw values of the agents that were offered; none where no list was ever made, which is
     /// not the same as an empty one.
     const std::optional<QStringList> &knownAgents() const { return m_knownAgents; }
-    void setKnownAgents(const std::optional<QStringList> &agents);
+    void setKnownAgents(const std::optional<QStringList> &agents) { assign(m_knownAgents, agents); }
 
     /// The person's own name for a working directory.
     std::optional<QString> name(const QString &cwd) const;
@@ -100,11 +101,23 @@ signals:
     void changed();
 
 private:
+    /// Calls `visit` with each row of the table of keys, in its order.
+    template <typename Visit>
+    static void forEachRow(Visit visit);
+
     void migrateLegacyDefaults();
     void readAll();
 
-    template <typename Field, typename Value>
-    void assign(Field &field, const Value &value, const char *key, const QVariant &stored);
+    template <typename Property, typename Value>
+    void assign(Property &property, const Value &value) {
+        emit willChange();
+        property = value;
+        store(&property);
+        emit changed();
+    }
+
+    /// Writes the property at this address under the key of its row.
+    void store(const void *property);
 
     Defaults &m_defaults;
     QString m_eventToken;

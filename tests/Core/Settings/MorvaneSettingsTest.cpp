@@ -232,6 +232,34 @@ TEST_F(SettingsTest, AnnounceAChangeBeforeAndAfterIt) {
     EXPECT_EQ(seen, (QStringList{"before off", "after on"}));
 }
 
+TEST_F(SettingsTest, AnnounceAnEqualValueToo) {
+    Defaults defaults = load();
+    MorvaneSettings settings(defaults);
+    int announcements = 0;
+    QObject::connect(&settings, &MorvaneSettings::changed, &settings, [&] { ++announcements; });
+    settings.setPort(settings.port());
+    EXPECT_EQ(announcements, 1);
+    EXPECT_EQ(stored()["eventServerPort"], 47615);
+}
+
+TEST_F(SettingsTest, RemoveEveryKeyButThoseOfOthers) {
+    json values{{"other", 1}};
+    for (const QString &key : MorvaneSettings::allKeys()) {
+        values[key.toStdString()] = "x";
+    }
+    EXPECT_EQ(values.size(), 32u);
+    for (const char *unread : {"usageThreshold", "completedHistory", "SUSkippedVersion"}) {
+        EXPECT_TRUE(values.contains(unread)) << unread;
+    }
+    store(values);
+    Defaults defaults = load();
+    MorvaneSettings settings(defaults);
+    settings.setAutoClearMinutes(5);
+    settings.removeStored();
+    EXPECT_EQ(stored(), (json{{"other", 1}}));
+    EXPECT_EQ(settings.autoClearMinutes(), 5);
+}
+
 TEST_F(SettingsTest, DefaultsKeepTypesAcrossARestart) {
     const QVariantMap values{
         {"yes", true},
