@@ -204,7 +204,9 @@ TEST_P(OverlayWindowTest, StaysAboveOnEveryDesktopAndTakesNoFocus) {
     EXPECT_TRUE(eventually([this] { return isOnTop(); }));
     display->press("alt+Return");
     EXPECT_TRUE(eventually([this] { return isOnTop(); }));
-    EXPECT_EQ(display->focusedTitle(), "other");
+    // A window manager may take the focus away for a moment while it fills the screen; one that
+    // we had taken would stay away.
+    EXPECT_TRUE(eventually([this] { return display->focusedTitle() == "other"; }));
     display->goToDesktop(1);
     EXPECT_TRUE(eventually([this] { return display->focusedTitle() != "other" && isOnTop(); }));
 }
