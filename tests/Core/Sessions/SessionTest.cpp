@@ -59,20 +59,19 @@ TEST(Session, RemarksOnlyOnUnusualPermissionModes) {
 }
 
 TEST(Session, CanBeTypedIntoInATmuxPaneAndInITerm) {
-    const std::tuple<Text, Text, Text, bool> cases[] = {
-        {{}, {}, {}, true},
-        {{}, {}, "iTerm.app", true},
-        {{}, "com.googlecode.iterm2", "ghostty", true},
-        {{}, "com.mitchellh.ghostty", "iTerm.app", false},
-        {{}, "", "ghostty", false},
-        {"%1", "com.mitchellh.ghostty", {}, true}};
-    for (const auto &[tmux, bundle, program, can] : cases) {
+    const auto can = [](const Text &tmux, const Text &bundle, const Text &program) {
         Session session;
         session.pane.tmux = tmux;
         session.hostBundleID = bundle;
         session.termProgram = program;
-        EXPECT_EQ(HostApp::canBeTypedInto(session), can);
-    }
+        return HostApp::canBeTypedInto(session);
+    };
+    EXPECT_TRUE(can({}, {}, {}));
+    EXPECT_TRUE(can({}, {}, "iTerm.app"));
+    EXPECT_TRUE(can({}, "com.googlecode.iterm2", "ghostty"));
+    EXPECT_FALSE(can({}, "com.mitchellh.ghostty", "iTerm.app"));
+    EXPECT_FALSE(can({}, "", "ghostty"));
+    EXPECT_TRUE(can("%1", "com.mitchellh.ghostty", {}));
 }
 
 TEST(PaneLocator, FindsTheSocketInWhatTmuxReports) {
