@@ -22,7 +22,7 @@ protected:
         store.apply(EventBuilder(kind).in(QLatin1String(session)));
     }
 
-    const QSystemTrayIcon *shown() const { return item.findChild<QSystemTrayIcon *>(); }
+    QSystemTrayIcon *shown() const { return item.findChild<QSystemTrayIcon *>(); }
 
     QColor color() const { return shown()->icon().pixmap(22, 16).toImage().pixelColor(11, 9); }
     qint64 picture() const { return shown()->icon().cacheKey(); }
@@ -56,6 +56,21 @@ TEST_F(StatusItemTest, IsThereWhileItIsWantedAndHasAPlace) {
     EXPECT_TRUE(shown());
     host.setPresent(false);
     EXPECT_FALSE(shown());
+}
+
+TEST_F(StatusItemTest, IsActivatedByAPlainClickAlone) {
+    int activations = 0;
+    QObject::connect(&item, &StatusItem::activated, [&] { ++activations; });
+    host.setPresent(true);
+    ASSERT_TRUE(shown());
+    // A right click opens the menu; a double click has begun with a plain one.
+    for (const auto reason : {QSystemTrayIcon::Context, QSystemTrayIcon::DoubleClick,
+                              QSystemTrayIcon::MiddleClick, QSystemTrayIcon::Unknown}) {
+        emit shown()->activated(reason);
+        EXPECT_EQ(activations, 0) << reason;
+    }
+    emit shown()->activated(QSystemTrayIcon::Trigger);
+    EXPECT_EQ(activations, 1);
 }
 
 TEST_F(StatusItemTest, IsDrawnAnewOnlyForAnotherState) {

@@ -25,7 +25,8 @@ public:
     /// Tells the peer that nothing more will be sent.
     void endSending();
 
-    /// All that comes until the peer closes.
+    /// All that comes until the peer closes. The test fails when it doesn't close in time, or was
+    /// never there.
     std::string receiveAll();
 
     void hangUp();

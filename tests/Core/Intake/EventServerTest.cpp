@@ -132,10 +132,25 @@ TEST_F(EventServerTest, ParksOnlyWhatCanBeDecided) {
             {"x-morvane-agent", agent}, {"x-hook-event", event}, {"x-morvane-decision", decision}};
         EXPECT_EQ(httpExchange(port(), eventRequest(headers, sessionStart)), okAnswer) << agent;
     }
-    server->decisionsEnabled = [] { return false; };
-    EXPECT_EQ(httpExchange(port(), permissionRequest("id")), okAnswer);
     scheduler.runPosted();
-    EXPECT_EQ(events.size(), std::size(immediate) + 1);
+    EXPECT_EQ(events.size(), std::size(immediate));
+}
+
+TEST_F(EventServerTest, AsksForEachRequestWhetherDecisionsAreWanted) {
+    std::atomic<bool> areWanted = false;
+    server->decisionsEnabled = [&] { return areWanted.load(); };
+    for (const char *id : {"first", "second"}) {
+        areWanted = false;
+        EXPECT_EQ(httpExchange(port(), permissionRequest(id)), okAnswer);
+        scheduler.runPosted();
+        EXPECT_EQ(events.back().decisionID, std::nullopt);
+        areWanted = true;
+        HttpClient client = parked(permissionRequest(id));
+        EXPECT_EQ(events.back().decisionID, id);
+        server->resolve(id, AgentDecision::allow());
+        EXPECT_NE(httpBody(client.receiveAll()), "");
+    }
+    EXPECT_EQ(events.size(), 4u);
 }
 
 TEST_F(EventServerTest, ClosesWithoutAWordWhatIsNoRequest) {

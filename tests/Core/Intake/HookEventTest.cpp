@@ -109,6 +109,15 @@ TEST(HookEvent, CountsAValueOfTheWrongTypeAsMissing) {
     EXPECT_TRUE(event == expected);
 }
 
+TEST(HookEvent, NamesNoToolWhereThePayloadNamesNone) {
+    for (const QByteArray members : {R"("cwd":"/")", R"("tool_name":null)", R"("tool_name":7)",
+                                     R"("Tool_Name":"Bash","tool_input":{"tool_name":"Bash"})"}) {
+        const HookEvent event = withMembers(members);
+        EXPECT_EQ(event.kind, CanonicalEvent::toolUse) << members.constData();
+        EXPECT_EQ(event.toolName, std::nullopt) << members.constData();
+    }
+}
+
 TEST(HookEvent, ShowsTheFirstDetailOfTheTool) {
     const QByteArray all = R"("query":"q","url":"u","pattern":"n","path":"p","file_path":"f")";
     const std::pair<QByteArray, Text> cases[] = {

@@ -10,6 +10,7 @@
 #include "Presentation/Style/Colors.h"
 
 #include <QCoreApplication>
+#include <QLabel>
 #include <QLayout>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -68,6 +69,33 @@ protected:
         return result;
     }
 
+    /// Presses the first button of a kind, brings the row up to date, and lets go at that place.
+    template <typename Button>
+    void pressDuring(const Session &update) {
+        show();
+        QTest::mousePress(buttons<Button>().first(), Qt::LeftButton);
+        row.setSession(update, {});
+        activateLayouts(row);
+        QTest::mouseRelease(buttons<Button>().first(), Qt::LeftButton);
+    }
+
+    /// The texts on show, and the buttons with their widths, which a digit takes part of.
+    static QStringList contents(const SessionRow &row) {
+        QStringList result;
+        for (const QLabel *label : row.findChildren<QLabel *>()) {
+            if (label->isVisible() && !label->text().isEmpty()) {
+                result.append(label->text());
+            }
+        }
+        for (const DecideButton *button : row.findChildren<DecideButton *>()) {
+            if (button->isVisible()) {
+                result.append(button->text() + QString::number(button->sizeHint().width()));
+            }
+        }
+        result.sort();
+        return result;
+    }
+
     PencilButton &pencil() const { return *row.findChild<PencilButton *>(); }
 
     /// The text field that is open; none once the event that has closed it is over.
@@ -112,6 +140,59 @@ TEST_F(SessionRowTest, AsksOneQuestionAfterTheOther) {
     buttons<OptionButton>()[0]->click();
     EXPECT_EQ(decisions, QList<AgentDecision>(
                              {AgentDecision::answer({{"First?", "No"}, {"Second?", "Yes"}})}));
+}
+
+TEST_F(SessionRowTest, APressDecidesOnlyTheRequestThatItBeganOn) {
+    apply(EventBuilder::parked("d"));
+    Session session = store.sessions().value("s");
+    session.gitBranch = "main";
+    const Session changed = session;
+    session.pendingApproval->id = "e";
+    pressDuring<DecideButton>(session);
+    EXPECT_TRUE(decisions.isEmpty());
+    pressDuring<DecideButton>(changed);
+    EXPECT_EQ(decisions, QList<AgentDecision>({AgentDecision::deny()}));
+
+    decisions.clear();
+    apply(EventBuilder::parked(QStringLiteral("d")).asking({"Sure?"}));
+    session = store.sessions().value("s");
+    session.gitBranch = "main";
+    const Session changedQuestion = session;
+    session.pendingQuestion->id = "e"; // which asks the very same
+    pressDuring<OptionButton>(session);
+    EXPECT_TRUE(decisions.isEmpty());
+    pressDuring<OptionButton>(changedQuestion);
+    EXPECT_EQ(decisions, QList<AgentDecision>({AgentDecision::answer({{"Sure?", "Yes"}})}));
+}
+
+TEST_F(SessionRowTest, KeepsNothingOfWhatItNoLongerIsToShow) {
+    const EventBuilder requests[] = {EventBuilder::parked("d"),
+                                     EventBuilder::parked("d").asking({"Sure?"})};
+    for (const EventBuilder &request : requests) {
+        apply(request);
+        const Session plain = store.sessions().value("s");
+        Session rich = plain;
+        rich.hostAppName = "kitty";
+        rich.gitBranch = "main";
+        rich.permissionMode = "plan";
+        rich.contextTokens = 185'000;
+        rich.subagents = {{{}, "look", false}};
+        SessionRow fresh(context, nullptr);
+        fresh.setSession(plain, {});
+        fresh.show();
+        row.show();
+        const std::pair<Session, SessionRow::Details> befores[] = {
+            {rich, {}},
+            {plain, SessionRow::Detail::showsAgent},
+            {plain, SessionRow::Detail::showsShortcuts}};
+        for (const auto &[session, details] : befores) {
+            row.setSession(session, details);
+            EXPECT_NE(contents(row), contents(fresh));
+            row.setSession(plain, {});
+            EXPECT_EQ(contents(row), contents(fresh));
+        }
+        store.decide("s", AgentDecision::deny());
+    }
 }
 
 TEST_F(SessionRowTest, LeadsToTheSessionButNotFromBesideAButton) {
