@@ -36,10 +36,6 @@ public:
     /// What a tab of this place covers.
     QPainterPath shape(const QRect &tab) const;
 
-signals:
-    /// The view on show needs another size.
-    void contentResized();
-
 protected:
     void paintEvent(QPaintEvent *event) override;
 

@@ -3,7 +3,6 @@
 #include "Core/Sessions/SessionStore.h"
 #include "Core/Settings/MorvaneSettings.h"
 #include "Platform/MotionPreference.h"
-#include "Platform/OverlayWindows.h"
 #include "Presentation/Floating/FloatingCapsuleView.h"
 #include "Presentation/Overlay/InlineEditing.h"
 
@@ -15,7 +14,6 @@ namespace morvane {
 namespace {
 
 constexpr Seconds flashDuration(5);
-constexpr Seconds presentationDuration(10);
 constexpr Seconds growthDuration(0.12);
 constexpr Seconds showDuration(0.16);
 constexpr Seconds hideDuration(0.12);
@@ -40,10 +38,9 @@ QRect interpolate(const QRect &from, const QRect &to, double share) {
 
 FloatingPresenter::FloatingPresenter(const PanelContext &context, Displays &displays,
                                      OverlayWindows &overlays, Flavour flavour)
-    : m_context(context), m_store(context.store), m_settings(context.settings),
-      m_scheduler(context.scheduler), m_displays(displays), m_overlays(overlays),
-      m_flavour(flavour), m_capsule(m_scheduler, context.editing), m_growth(m_scheduler),
-      m_fade(m_scheduler) {}
+    : MorvanePresenter(context, displays, overlays), m_store(context.store),
+      m_settings(context.settings), m_scheduler(context.scheduler), m_flavour(flavour),
+      m_capsule(m_scheduler, context.editing), m_growth(m_scheduler) {}
 
 FloatingPresenter::~FloatingPresenter() {
     // What goes with the panel, such as a field that somebody types in, must not call back here.
@@ -61,9 +58,8 @@ void FloatingPresenter::attach(const Display &display) {
     const double budget = budgetShare * display.visibleFrame.height();
     m_view->setContentHeightBudget(
         std::clamp(static_cast<int>(budget), smallestBudget, largestBudget));
-    m_window->setHidesOverFullscreen(m_settings.hideOverFullscreen());
     if (isFirst) {
-        subscribe();
+        follow();
     }
     // Even at the same place in points its pixels may be others now.
     m_target = {};
@@ -72,66 +68,31 @@ void FloatingPresenter::attach(const Display &display) {
 }
 
 void FloatingPresenter::makePanel() {
-    m_view = std::make_unique<FloatingCapsuleView>(m_context);
+    m_view = std::make_unique<FloatingCapsuleView>(context());
     m_view->refresh();
-    m_window = m_overlays.adopt(*m_view);
-    m_view->onTakeKeyboard = [this] { return m_window->takeKeyboard(); };
-    m_view->onReleaseKeyboard = [this] { m_window->releaseKeyboard(); };
+    putUp(*m_view);
 }
 
-/// A field that goes down with its view must not reach for the window any more.
-void FloatingPresenter::removePanel() {
-    if (m_view) {
-        m_view->onTakeKeyboard = nullptr;
-        m_view->onReleaseKeyboard = nullptr;
-    }
-    m_window.reset();
-    m_view.reset();
-}
-
-void FloatingPresenter::subscribe() {
-    connect(&m_store, &SessionStore::sessionsChanged, this, &FloatingPresenter::scheduleUpdate);
-    connect(&m_store, &SessionStore::completedHistoryChanged, this,
-            &FloatingPresenter::scheduleUpdate);
-    connect(&m_settings, &MorvaneSettings::changed, this, [this] {
-        m_window->setHidesOverFullscreen(m_settings.hideOverFullscreen());
-        scheduleUpdate();
-    });
-    connect(&m_context.editing, &InlineEditing::countChanged, this,
-            &FloatingPresenter::scheduleUpdate);
+void FloatingPresenter::follow() {
+    subscribe();
     connect(&m_store, &SessionStore::stateChanges, this, &FloatingPresenter::flash);
     connect(&m_capsule, &CapsuleState::expandedChanged, this, &FloatingPresenter::expansionChanged);
-    connect(m_view.get(), &FloatingCapsuleView::pointerCrossed, this,
-            &FloatingPresenter::updateHover);
-    connect(m_view.get(), &FloatingCapsuleView::contextMenuRequested, this,
-            &FloatingPresenter::openMenu);
-    connect(m_view.get(), &FloatingCapsuleView::menuClosed, this, &FloatingPresenter::menuClosed);
-    connect(m_view.get(), &FloatingCapsuleView::contentResized, this,
-            &FloatingPresenter::scheduleUpdate);
 }
 
-/// Whatever happens within one turn of the event loop ends in one update after it.
-void FloatingPresenter::scheduleUpdate() {
-    m_updateTask = m_scheduler.after(Seconds(0), [this] {
-        m_view->refresh();
-        updateVisibility(Motion::animated);
-    });
+void FloatingPresenter::update() {
+    m_view->refresh();
+    updateVisibility(Motion::animated);
 }
 
 void FloatingPresenter::detach() {
-    m_store.disconnect(this);
-    m_settings.disconnect(this);
-    m_context.editing.disconnect(this);
+    unsubscribe();
     m_capsule.disconnect(this);
     m_flashTask.cancel();
-    m_autoDismissTask.cancel();
-    m_updateTask.cancel();
+    cancelPresentation();
     m_growth.stop();
-    m_fade.stop();
-    if (m_capsule.isExpanded() && onExpandedChanged) {
-        onExpandedChanged(false);
-    }
-    removePanel();
+    reportExpanded(false);
+    takeDown();
+    m_view.reset();
 }
 
 void FloatingPresenter::presentPanel() {
@@ -139,18 +100,20 @@ void FloatingPresenter::presentPanel() {
     m_presented = true;
     m_capsule.open();
     updateVisibility(Motion::atOnce);
-    m_autoDismissTask = m_scheduler.after(presentationDuration, [this] {
-        m_presented = false;
-        if (m_view->openMenu() == nullptr) {
-            m_capsule.setHovering(false);
-        }
-        updateVisibility(Motion::atOnce);
-    });
+    startPresentation();
+}
+
+void FloatingPresenter::endPresentation() {
+    m_presented = false;
+    if (!isMenuOpen()) {
+        m_capsule.setHovering(false);
+    }
+    updateVisibility(Motion::atOnce);
 }
 
 void FloatingPresenter::collapseExpanded() {
     m_presented = false;
-    m_autoDismissTask.cancel();
+    cancelPresentation();
     m_capsule.setHovering(false);
     updateVisibility(Motion::animated);
 }
@@ -159,7 +122,7 @@ void FloatingPresenter::dismiss() {
     m_dismissed = true;
     m_presented = false;
     m_flashActive = false;
-    m_autoDismissTask.cancel();
+    cancelPresentation();
     m_capsule.setHovering(false);
     updateVisibility(Motion::atOnce);
 }
@@ -176,30 +139,13 @@ void FloatingPresenter::flash() {
 
 void FloatingPresenter::expansionChanged(bool isExpanded) {
     updateVisibility(Motion::animated);
-    if (onExpandedChanged) {
-        onExpandedChanged(isExpanded);
-    }
-}
-
-void FloatingPresenter::openMenu(const QPoint &position) {
-    if (contextMenu) {
-        m_view->open(*contextMenu, position);
-    }
-}
-
-/// At once, since what was chosen happens next, and may be to open the panel.
-void FloatingPresenter::menuClosed() {
-    updateHover();
-    if (m_window->isVisible()) {
-        // It has kept below the menu, and maybe below others.
-        m_window->show();
-    }
+    reportExpanded(isExpanded);
 }
 
 /// Not a plain question: an ambient capsule forgets that it was dismissed as soon as a session is
 /// active.
 bool FloatingPresenter::shouldBeVisible() {
-    if (m_context.editing.isActive(m_scheduler.now())) {
+    if (context().editing.isActive(m_scheduler.now())) {
         return true;
     }
     const bool hasActive = !m_store.activeSessions().isEmpty();
@@ -217,35 +163,32 @@ bool FloatingPresenter::shouldBeVisible() {
 void FloatingPresenter::updateVisibility(Motion motion) {
     if (shouldBeVisible()) {
         const bool isSteady =
-            m_window->isVisible() && m_window->opacity() >= 1 && !m_fade.isRunning();
+            window()->isVisible() && window()->opacity() >= 1 && !fade().isRunning();
         layout(isSteady ? motion : Motion::atOnce);
-        if (!m_window->isVisible()) {
+        if (!window()->isVisible()) {
             showPanel();
         } else if (!isSteady && !m_isFadingIn) {
-            fadeIn(m_offset);
+            comeDown(m_offset);
         }
-    } else if (m_window->isVisible() && (m_isFadingIn || !m_fade.isRunning())) {
+    } else if (window()->isVisible() && (m_isFadingIn || !fade().isRunning())) {
         hidePanel();
     }
-    updateHover();
+    followPointer();
 }
 
 void FloatingPresenter::showPanel() {
-    m_window->setOpacity(0);
+    window()->setOpacity(0);
     m_offset = showOffset;
     place();
-    m_window->show();
-    fadeIn(showOffset);
+    window()->show();
+    comeDown(showOffset);
 }
 
-void FloatingPresenter::fadeIn(double offset) {
+void FloatingPresenter::comeDown(double offset) {
     m_isFadingIn = true;
-    const double from = m_window->opacity();
-    m_fade.start(
+    fadeIn(
         durationOf(showDuration),
-        [this, from, offset](double share) {
-            const double eased = Animation::easeOut(share);
-            m_window->setOpacity(from + (1 - from) * eased);
+        [this, offset](double eased) {
             m_offset = offset * (1 - eased);
             place();
         },
@@ -256,22 +199,22 @@ void FloatingPresenter::fadeIn(double offset) {
 /// away.
 void FloatingPresenter::hidePanel() {
     m_isFadingIn = false;
-    const double from = m_window->opacity();
-    m_fade.start(
+    const double from = window()->opacity();
+    fade().start(
         durationOf(hideDuration),
-        [this, from](double share) { m_window->setOpacity(from * (1 - Animation::easeIn(share))); },
+        [this, from](double share) { window()->setOpacity(from * (1 - Animation::easeIn(share))); },
         [this] {
-            m_window->hide();
+            window()->hide();
             m_view->setExpanded(m_capsule.isExpanded());
-            m_window->setOpacity(1);
+            window()->setOpacity(1);
             m_offset = 0;
-            updateHover();
+            followPointer();
         });
 }
 
 /// With less motion asked for, everything is where it belongs at once.
 Seconds FloatingPresenter::durationOf(Seconds motion) const {
-    return m_context.motion.isReduced() ? Seconds(0) : motion;
+    return context().motion.isReduced() ? Seconds(0) : motion;
 }
 
 /// The view follows the capsule only here: a panel that goes away altogether fades as it is.
@@ -286,7 +229,7 @@ void FloatingPresenter::layout(Motion motion) {
         return;
     }
     m_target = target;
-    if (motion == Motion::atOnce || !m_window->isTranslucent()) {
+    if (motion == Motion::atOnce || !window()->isTranslucent()) {
         m_growth.stop();
         m_present = target;
         place();
@@ -317,18 +260,18 @@ OverlayWindow::Anchor FloatingPresenter::anchor() const {
 void FloatingPresenter::place() {
     const QRect frame = m_present.united(m_target);
     m_view->setTab(m_present.translated(-frame.topLeft()), m_target.translated(-frame.topLeft()));
-    m_window->setShape(m_view->shape(m_target.translated(-frame.topLeft())));
-    m_window->setGeometry(frame.translated(0, static_cast<int>(std::lround(m_offset))), anchor());
+    window()->setShape(m_view->shape(m_target.translated(-frame.topLeft())));
+    window()->setGeometry(frame.translated(0, static_cast<int>(std::lround(m_offset))), anchor());
 }
 
 /// Where the pointer is decides, not whether it has just entered or left: a tab that changes its
 /// shape under a resting pointer makes the windowing system report both. An open menu counts as the
 /// pointer, which it leads away.
-void FloatingPresenter::updateHover() {
-    const QPointF pixelCentre = QPointF(m_displays.pointerPosition()) + QPointF(0.5, 0.5);
+void FloatingPresenter::followPointer() {
+    const QPointF pixelCentre = QPointF(pointerPosition()) + QPointF(0.5, 0.5);
     // The view is not there for the pointer while a full-screen program hides it.
-    const bool isInside = m_view->openMenu() != nullptr ||
-                          (m_view->isVisible() && m_view->shape(m_target).contains(pixelCentre));
+    const bool isInside =
+        isMenuOpen() || (m_view->isVisible() && m_view->shape(m_target).contains(pixelCentre));
     if (isInside != m_isHovering) {
         m_isHovering = isInside;
         m_capsule.setHovering(isInside);

@@ -1,9 +1,7 @@
 #pragma once
 
-#include "Platform/OverlayWindow.h"
 #include "Presentation/Floating/CapsuleState.h"
 #include "Presentation/Overlay/MorvanePresenter.h"
-#include "Presentation/Overlay/PanelContext.h"
 #include "Presentation/Style/Animation.h"
 
 #include <memory>
@@ -11,12 +9,11 @@
 namespace morvane {
 
 class FloatingCapsuleView;
-class OverlayWindows;
 
 /// Shows Morvane on a display without a notch: a tab hanging from the top of the work area, which
 /// grows into the panel under the pointer. The reasons to be on screen are independent of each
 /// other; `shouldBeVisible` is their sum.
-class FloatingPresenter : public QObject, public MorvanePresenter {
+class FloatingPresenter : public MorvanePresenter {
     Q_OBJECT
 
 public:
@@ -36,47 +33,40 @@ public:
     void detach() override;
 
 private:
+    void update() override;
+    void followPointer() override;
+    void endPresentation() override;
+
     void makePanel();
-    void removePanel();
-    void subscribe();
-    void scheduleUpdate();
+    void follow();
     void flash();
     void expansionChanged(bool isExpanded);
-    void openMenu(const QPoint &position);
-    void menuClosed();
 
     bool shouldBeVisible();
     void updateVisibility(Motion motion);
     void showPanel();
     void hidePanel();
-    void fadeIn(double offset);
+    void comeDown(double offset);
     Seconds durationOf(Seconds motion) const;
 
     void layout(Motion motion);
     QRect tabFrame(const QSize &size) const;
     OverlayWindow::Anchor anchor() const;
     void place();
-    void updateHover();
 
-    const PanelContext m_context;
     SessionStore &m_store;
     MorvaneSettings &m_settings;
     Scheduler &m_scheduler;
-    Displays &m_displays;
-    OverlayWindows &m_overlays;
     const Flavour m_flavour;
     CapsuleState m_capsule;
     Display m_display;
 
-    // The window is taken down before the view that it shows.
     std::unique_ptr<FloatingCapsuleView> m_view;
-    std::unique_ptr<OverlayWindow> m_window;
 
     QRect m_target;      ///< where the tab is or is on its way to, on the desktop
     QRect m_present;     ///< where the tab is at this moment
     double m_offset = 0; ///< how far above that the window still is while it comes down
     Animation m_growth;  ///< of the tab
-    Animation m_fade;    ///< of the window, in or out
     bool m_isFadingIn = false;
     bool m_isHovering = false;
 
@@ -84,8 +74,6 @@ private:
     bool m_dismissed = false;
     bool m_presented = false; ///< opened by `presentPanel`
     Task m_flashTask;
-    Task m_autoDismissTask;
-    Task m_updateTask;
 };
 
 } // namespace morvane

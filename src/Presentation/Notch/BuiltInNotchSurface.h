@@ -50,10 +50,6 @@ public:
 
     QRect visibleRect() const override;
 
-signals:
-    /// The panel needs another size.
-    void contentResized();
-
 protected:
     void resizeEvent(QResizeEvent *event) override;
     void paintEvent(QPaintEvent *event) override;

@@ -1,23 +1,32 @@
 #pragma once
 
 #include "Platform/Displays.h"
+#include "Platform/OverlayWindow.h"
+#include "Presentation/Overlay/PanelContext.h"
+#include "Presentation/Style/Animation.h"
 
 #include <QMenu>
+#include <QObject>
 #include <QPointer>
 
 #include <functional>
+#include <memory>
 
 namespace morvane {
 
-/// What shows Morvane on one display. Owned by `PresenterManager`; main thread.
-class MorvanePresenter {
-public:
-    MorvanePresenter() = default;
-    MorvanePresenter(const MorvanePresenter &) = delete;
-    MorvanePresenter &operator=(const MorvanePresenter &) = delete;
-    virtual ~MorvanePresenter() = default;
+class OverlayWindows;
+class PanelSurface;
 
-    /// Told when this presenter's panel opens or closes.
+/// What shows Morvane on one display, and what all that do so have in common: the window with its
+/// keyboard and its menu, the coalesced update, the time of a presentation, and the report of being
+/// open. Owned by `PresenterManager`; main thread.
+class MorvanePresenter : public QObject {
+    Q_OBJECT
+
+public:
+    ~MorvanePresenter() override;
+
+    /// Told when this presenter's panel opens or closes, never the same twice in a row.
     std::function<void(bool)> onExpandedChanged;
 
     /// What a right click opens; may be absent.
@@ -37,6 +46,71 @@ public:
 
     /// Ends for good and frees everything.
     virtual void detach() = 0;
+
+protected:
+    MorvanePresenter(const PanelContext &context, Displays &displays, OverlayWindows &overlays);
+
+    const PanelContext &context() const { return m_context; }
+    QPoint pointerPosition() const { return m_displays.pointerPosition(); }
+
+    /// None while nothing is put up.
+    OverlayWindow *window() const { return m_window.get(); }
+
+    /// The fade of the window, in or out.
+    Animation &fade() { return m_fade; }
+
+    /// Follows what is shown: the store, the settings, and fields that open and close.
+    void subscribe();
+
+    /// Also drops an update that is due.
+    void unsubscribe();
+
+    /// Whatever happens within one turn of the event loop ends in one `update` after it.
+    void scheduleUpdate();
+
+    /// Gives the surface a window, which isn't shown yet. The surface must outlive it.
+    void putUp(PanelSurface &surface);
+
+    /// Takes the window away. A field that goes down with its surface later doesn't reach for it.
+    void takeDown();
+
+    /// Brings the opacity from what it is to 1. `step` is told the eased share of the way.
+    void fadeIn(Seconds duration, std::function<void(double)> step = {},
+                std::function<void()> finished = {});
+
+    /// The panel has been opened on request; `endPresentation` follows after ten seconds.
+    void startPresentation();
+    void cancelPresentation() { m_presentation.cancel(); }
+
+    /// Asks again in a moment.
+    void prolongPresentation();
+
+    bool isMenuOpen() const;
+
+    void reportExpanded(bool isExpanded);
+
+    /// Something that is shown has changed.
+    virtual void update() = 0;
+
+    /// The pointer may have come or gone.
+    virtual void followPointer() = 0;
+
+    virtual void endPresentation() = 0;
+
+private:
+    void applyFullscreenSetting();
+    void openMenu(const QPoint &position);
+    void menuClosed();
+
+    const PanelContext m_context;
+    Displays &m_displays;
+    OverlayWindows &m_overlays;
+    QPointer<PanelSurface> m_surface; ///< what the window shows
+    std::unique_ptr<OverlayWindow> m_window;
+    Animation m_fade;
+    bool m_isExpanded = false; ///< what was reported last
+    Task m_presentation;
+    Task m_updateTask;
 };
 
 } // namespace morvane

@@ -31,6 +31,8 @@ signals:
     /// A right click, anywhere on the widget, at this point of the desktop.
     void contextMenuRequested(const QPoint &position);
     void menuClosed();
+    /// What is shown needs another size.
+    void contentResized();
 
 protected:
     void enterEvent(QEnterEvent *event) override;

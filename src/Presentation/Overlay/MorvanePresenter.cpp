@@ -1,0 +1,135 @@
+#include "Presentation/Overlay/MorvanePresenter.h"
+
+#include "Core/Sessions/SessionStore.h"
+#include "Core/Settings/MorvaneSettings.h"
+#include "Platform/OverlayWindows.h"
+#include "Presentation/Overlay/InlineEditing.h"
+#include "Presentation/Overlay/PanelSurface.h"
+
+namespace morvane {
+
+namespace {
+
+constexpr Seconds presentationDuration(10);
+constexpr Seconds prolongation(0.25);
+
+} // namespace
+
+MorvanePresenter::MorvanePresenter(const PanelContext &context, Displays &displays,
+                                   OverlayWindows &overlays)
+    : m_context(context), m_displays(displays), m_overlays(overlays), m_fade(context.scheduler) {}
+
+MorvanePresenter::~MorvanePresenter() = default;
+
+void MorvanePresenter::subscribe() {
+    connect(&m_context.store, &SessionStore::sessionsChanged, this,
+            &MorvanePresenter::scheduleUpdate);
+    connect(&m_context.store, &SessionStore::completedHistoryChanged, this,
+            &MorvanePresenter::scheduleUpdate);
+    connect(&m_context.settings, &MorvaneSettings::changed, this, [this] {
+        applyFullscreenSetting();
+        scheduleUpdate();
+    });
+    connect(&m_context.editing, &InlineEditing::countChanged, this,
+            &MorvanePresenter::scheduleUpdate);
+}
+
+void MorvanePresenter::unsubscribe() {
+    m_context.store.disconnect(this);
+    m_context.settings.disconnect(this);
+    m_context.editing.disconnect(this);
+    m_updateTask.cancel();
+}
+
+void MorvanePresenter::scheduleUpdate() {
+    m_updateTask = m_context.scheduler.after(Seconds(0), [this] { update(); });
+}
+
+void MorvanePresenter::putUp(PanelSurface &surface) {
+    m_surface = &surface;
+    m_window = m_overlays.adopt(surface);
+    applyFullscreenSetting();
+    surface.onTakeKeyboard = [this] { return m_window && m_window->takeKeyboard(); };
+    surface.onReleaseKeyboard = [this] {
+        if (m_window) {
+            m_window->releaseKeyboard();
+        }
+    };
+    connect(&surface, &PanelSurface::pointerCrossed, this, &MorvanePresenter::followPointer);
+    connect(&surface, &PanelSurface::contextMenuRequested, this, &MorvanePresenter::openMenu);
+    connect(&surface, &PanelSurface::menuClosed, this, &MorvanePresenter::menuClosed);
+    connect(&surface, &PanelSurface::contentResized, this, &MorvanePresenter::scheduleUpdate);
+}
+
+void MorvanePresenter::takeDown() {
+    m_fade.stop();
+    if (m_surface) {
+        m_surface->disconnect(this);
+        m_surface->onTakeKeyboard = nullptr;
+        m_surface->onReleaseKeyboard = nullptr;
+    }
+    m_window.reset();
+    m_surface.clear();
+}
+
+void MorvanePresenter::applyFullscreenSetting() {
+    if (m_window) {
+        m_window->setHidesOverFullscreen(m_context.settings.hideOverFullscreen());
+    }
+}
+
+void MorvanePresenter::fadeIn(Seconds duration, std::function<void(double)> step,
+                              std::function<void()> finished) {
+    const double from = m_window->opacity();
+    m_fade.start(
+        duration,
+        [this, from, step = std::move(step)](double share) {
+            const double eased = Animation::easeOut(share);
+            m_window->setOpacity(from + (1 - from) * eased);
+            if (step) {
+                step(eased);
+            }
+        },
+        std::move(finished));
+}
+
+void MorvanePresenter::startPresentation() {
+    m_presentation = m_context.scheduler.after(presentationDuration, [this] { endPresentation(); });
+}
+
+void MorvanePresenter::prolongPresentation() {
+    m_presentation = m_context.scheduler.after(prolongation, [this] { endPresentation(); });
+}
+
+bool MorvanePresenter::isMenuOpen() const {
+    return m_surface && m_surface->openMenu() != nullptr;
+}
+
+void MorvanePresenter::reportExpanded(bool isExpanded) {
+    if (isExpanded == m_isExpanded) {
+        return;
+    }
+    m_isExpanded = isExpanded;
+    if (onExpandedChanged) {
+        onExpandedChanged(isExpanded);
+    }
+}
+
+void MorvanePresenter::openMenu(const QPoint &position) {
+    if (contextMenu) {
+        m_surface->open(*contextMenu, position);
+    }
+}
+
+/// At once, since what was chosen happens next, and may be to open the panel.
+void MorvanePresenter::menuClosed() {
+    followPointer();
+    if (m_window && m_window->isVisible()) {
+        // It has kept below the menu, and maybe below others.
+        m_window->show();
+    }
+    // The menu may have been all that kept it on screen.
+    scheduleUpdate();
+}
+
+} // namespace morvane
