@@ -4,40 +4,13 @@
 #include "Core/Settings/MorvaneSettings.h"
 #include "Platform/StatusItemHost.h"
 #include "Presentation/Mascot/MenuBarIcon.h"
+#include "Presentation/Style/StateLook.h"
 
-#include <QColor>
 #include <QSystemTrayIcon>
 
 #include <utility>
 
 namespace morvane {
-
-namespace {
-
-constexpr QColor blue(10, 132, 255);
-constexpr QColor red(255, 69, 58);
-constexpr QColor green(48, 209, 88);
-constexpr QColor orange(255, 159, 10);
-// No desktop tells whether its panel is light or dark; this can be seen on both.
-constexpr QColor gray(142, 142, 147);
-
-QColor color(std::optional<SessionState> state) {
-    switch (state.value_or(SessionState::idle)) {
-    case SessionState::working:
-        return blue;
-    case SessionState::needsInput:
-        return red;
-    case SessionState::done:
-        return green;
-    case SessionState::failed:
-        return orange;
-    case SessionState::idle:
-        break;
-    }
-    return gray;
-}
-
-} // namespace
 
 StatusItem::StatusItem(SessionStore &store, MorvaneSettings &settings, StatusItemHost &host,
                        QMenu &menu)
@@ -77,7 +50,7 @@ void StatusItem::updateIcon() {
     const auto state = m_store.aggregatedState();
     if (m_item->icon().isNull() || state != m_shownState) {
         m_shownState = state;
-        m_item->setIcon(MenuBarIcon::icon(color(state)));
+        m_item->setIcon(MenuBarIcon::icon(StateLook::of(state).tray));
     }
 }
 

@@ -1,6 +1,7 @@
 #include "Presentation/Panel/SessionSubtitle.h"
 
 #include "Core/Sessions/Session.h"
+#include "Presentation/Style/StateLook.h"
 
 namespace morvane {
 
@@ -20,13 +21,13 @@ QString firstOf(std::initializer_list<const std::optional<QString> *> candidates
 SessionSubtitle SessionSubtitle::of(const Session &session) {
     const QString detail = firstOf({&session.aiTitle, &session.lastPrompt});
     const QString result = firstOf({&session.summary, &session.aiTitle, &session.lastPrompt});
+    const QString word = StateLook::of(session.state).word;
     switch (session.state) {
     case SessionState::idle:
-        return {tr("idle"), detail};
+        return {word, detail};
     case SessionState::done:
-        return {tr("done"), result};
     case SessionState::failed:
-        return {tr("failed"), result};
+        return {word, result};
     case SessionState::needsInput:
         if (session.pendingQuestion) {
             return {tr("asking you"), detail};
@@ -37,7 +38,7 @@ SessionSubtitle SessionSubtitle::of(const Session &session) {
         if (session.pendingApproval) {
             return {tr("waiting to run %1").arg(session.pendingApproval->toolName), detail};
         }
-        return {tr("needs your input"), detail};
+        return {word, detail};
     case SessionState::working:
         break;
     }
