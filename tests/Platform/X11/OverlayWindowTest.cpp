@@ -14,6 +14,7 @@
 #include <QMenu>
 #include <QPainterPath>
 #include <QScreen>
+#include <QTimer>
 #include <gtest/gtest.h>
 #include <xcb/xcb.h>
 
@@ -88,7 +89,10 @@ protected:
     template <typename Condition>
     static bool eventually(Condition condition) {
         return waitUntil([&] {
-            QCoreApplication::processEvents();
+            // The loop as it is in a program: events that came with a reply are read only before it
+            // waits.
+            QTimer::singleShot(1, [] {});
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
             return condition();
         });
     }
