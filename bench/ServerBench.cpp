@@ -95,8 +95,7 @@ double ratio(int rounds, std::array<std::uint16_t, 2> ports, Measure measure) {
 
 int main() {
     NoMainLoop main;
-    EventServer server(
-        QStringLiteral("TOKEN"), 0, [](const HookEvent &) {}, main);
+    EventServer server(QStringLiteral("TOKEN"), 0, {.onEvent = [](const HookEvent &) {}}, main);
     if (server.start()) {
         return 1;
     }

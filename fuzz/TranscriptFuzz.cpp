@@ -1,4 +1,5 @@
-#include "Core/Agents/TranscriptReader.h"
+#include "Core/Adapters/ClaudeTranscript.h"
+#include "Core/Adapters/CodexTranscript.h"
 
 #include <QByteArray>
 
@@ -15,9 +16,11 @@ bool fits(const std::optional<QString> &line) {
     return line == TranscriptReader::displayLine(line) || line->endsWith(QChar(0x2026));
 }
 
-void check(TranscriptInfo (*read)(QByteArrayView), const QByteArray &lines) {
-    const TranscriptInfo info = read(lines);
-    if (read("piece\"}}\n" + lines) != info || !fits(info.title) || !fits(info.lastAssistantText)) {
+void check(TranscriptReader::TakeLine takeLine, const QByteArray &lines) {
+    using TranscriptReader::newestFirst;
+    const TranscriptInfo info = newestFirst(lines, takeLine);
+    if (newestFirst("piece\"}}\n" + lines, takeLine) != info || !fits(info.title) ||
+        !fits(info.lastAssistantText)) {
         std::abort();
     }
 }
@@ -26,7 +29,7 @@ void check(TranscriptInfo (*read)(QByteArrayView), const QByteArray &lines) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     const QByteArray lines(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
-    check(TranscriptReader::claudeInfo, lines);
-    check(TranscriptReader::codexInfo, lines);
+    check(ClaudeTranscript::takeLine, lines);
+    check(CodexTranscript::takeLine, lines);
     return 0;
 }

@@ -17,7 +17,7 @@ QSize notchSize(int argc, char **argv) {
 int main(int argc, char **argv) {
     const QSize notch = notchSize(argc, argv);
     return morvane::launch(argc, argv, [notch](morvane::PlatformServices &platform) {
-        if (platform.displays) {
+        if (platform.hasScreen) {
             platform.displays =
                 std::make_unique<morvane::NotchedDisplays>(std::move(platform.displays), notch);
         }

@@ -20,7 +20,7 @@ AppController::AppController(MorvaneSettings &settings, const PlatformServices &
       m_connections(settings, *platform.scheduler) {
     connect(&m_connections, &AgentConnections::statusChanged, this, [this] {
         m_launchAtLogin = m_platform.loginItem->isEnabled();
-        m_canFocusWindows = m_platform.windows && m_platform.windows->canFocusWindows();
+        m_canFocusWindows = m_platform.windows->canFocusWindows();
     });
 }
 
@@ -48,36 +48,33 @@ void AppController::start() {
     if (m_settings.hasCompletedFirstRun()) {
         m_connections.watchForNewAgents();
     }
-    if (m_platform.displays) {
-        createPresenters();
-        watchTerminals();
-    }
+    createPresenters();
+    watchTerminals();
     m_connections.refreshStatus();
 }
 
 std::unique_ptr<EventServer> AppController::makeServer() {
     // What the server has sent to the main thread may arrive after this object's end.
     const QPointer<AppController> weak(this);
-    auto server = std::make_unique<EventServer>(
-        m_settings.eventToken(), m_settings.port(),
-        [weak](const HookEvent &event) {
-            if (weak) {
-                weak->m_store.apply(event);
-            }
-        },
-        *m_platform.scheduler);
-    server->decisionsEnabled = [&settings = m_settings] { return settings.approvalsEnabled(); };
-    server->onDecisionExpired = [weak](const QString &id) {
+    EventServer::Handlers handlers;
+    handlers.onEvent = [weak](const HookEvent &event) {
+        if (weak) {
+            weak->m_store.apply(event);
+        }
+    };
+    handlers.onDecisionExpired = [weak](const QString &id) {
         if (weak) {
             weak->m_store.approvalExpired(id);
         }
     };
+    handlers.decisionsEnabled = [&settings = m_settings] { return settings.approvalsEnabled(); };
     m_store.resolveDecision = [this](const QString &id, const AgentDecision &decision) {
         if (m_server) {
             m_server->resolve(id, decision);
         }
     };
-    return server;
+    return std::make_unique<EventServer>(m_settings.eventToken(), m_settings.port(), handlers,
+                                         *m_platform.scheduler);
 }
 
 void AppController::startServer() {
@@ -164,7 +161,8 @@ void AppController::setApprovalsEnabled(bool enabled) {
 void AppController::setLaunchAtLogin(bool enabled) {
     LoginItem &item = *m_platform.loginItem;
     if (const auto failure = enabled ? item.registerItem() : item.unregisterItem()) {
-        m_connections.setLastError(QLatin1String("Launch-at-login change failed: ") + *failure);
+        m_connections.setLastError(QLatin1String("Launch-at-login change failed: ") +
+                                   failure->message);
     }
     m_connections.refreshStatus();
 }
@@ -190,8 +188,10 @@ QString AppController::removeEverything() {
     if (m_platform.loginItem->isEnabled()) {
         const QString name = QStringLiteral("login item");
         const auto failure = m_platform.loginItem->unregisterItem();
-        report << (failure ? QStringLiteral("⚠︎ could not remove %1: %2").arg(name, *failure)
-                           : name);
+        report
+            << (failure
+                    ? QStringLiteral("⚠︎ could not remove %1: %2").arg(name, failure->message)
+                    : name);
     }
     m_store.forgetHistory();
     m_settings.removeStored();

@@ -32,7 +32,7 @@ public:
     /// None unless a port could be bound.
     EventServer *server() { return m_server.get(); }
 
-    /// None before `start`, and without a screen.
+    /// None before `start`.
     PresenterManager *presenterManager() { return m_presenterManager.get(); }
 
     /// Called once. A server that can't be started doesn't keep the rest from it.

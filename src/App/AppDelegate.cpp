@@ -9,7 +9,7 @@ AppDelegate::AppDelegate(MorvaneSettings &settings, const PlatformServices &plat
 
 void AppDelegate::applicationDidFinishLaunching() {
     m_controller = std::make_unique<AppController>(m_settings, m_platform);
-    if (!hasScreen()) {
+    if (!m_platform.hasScreen) {
         m_controller->start();
         return;
     }
@@ -46,7 +46,7 @@ void AppDelegate::makeStatusItem() {
 
 /// Where there is no icon to click on, this is the one way to the panel while nothing runs.
 void AppDelegate::applicationShouldHandleReopen() {
-    if (!m_controller || !hasScreen()) {
+    if (!m_controller || !m_platform.hasScreen) {
         return;
     }
     openSettings();

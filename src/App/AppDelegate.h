@@ -28,7 +28,6 @@ public:
     void applicationShouldHandleReopen();
 
 private:
-    bool hasScreen() const { return m_platform.displays != nullptr; }
     void offerNewAgents();
     void makeMenu();
     void makeStatusItem();

@@ -26,6 +26,7 @@ PlatformServices choosePlatform() {
     const auto *gui = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
     const bool onX11 = gui && QGuiApplication::platformName() == QLatin1String("xcb");
     if (const std::shared_ptr<X11Connection> x11 = onX11 ? X11Connection::open() : nullptr) {
+        platform.hasScreen = true;
         platform.displays = std::make_unique<ScreenDisplays>(*x11);
         platform.overlays = std::make_unique<X11OverlayWindows>(*x11);
         platform.pointer = std::make_unique<X11PointerMonitor>(*x11, *platform.scheduler);

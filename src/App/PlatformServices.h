@@ -1,16 +1,11 @@
 #pragma once
 
 #include "Platform/BackgroundPool.h"
-#include "Platform/Displays.h"
 #include "Platform/ForegroundApplication.h"
 #include "Platform/InstalledApplications.h"
 #include "Platform/LoginItem.h"
-#include "Platform/MotionPreference.h"
-#include "Platform/OverlayWindows.h"
-#include "Platform/PointerMonitor.h"
+#include "Platform/NoScreen.h"
 #include "Platform/Scheduler.h"
-#include "Platform/StatusItemHost.h"
-#include "Platform/WindowControl.h"
 
 #include <memory>
 
@@ -24,16 +19,18 @@ struct PlatformServices {
     std::unique_ptr<InstalledApplications> applications;
     std::unique_ptr<LoginItem> loginItem;
 
-    // Of a screen; without one these are absent, and the server runs alone.
+    // Of a screen. Without one no widget can be made, and the server runs alone.
 
-    std::shared_ptr<QObject> screenConnection; ///< what the others of a screen stand on
-    std::unique_ptr<Displays> displays;
-    std::unique_ptr<OverlayWindows> overlays;
-    std::unique_ptr<PointerMonitor> pointer;
-    std::unique_ptr<ForegroundApplication> foreground;
-    std::unique_ptr<WindowControl> windows;
-    std::unique_ptr<StatusItemHost> statusItemHost;
-    std::unique_ptr<MotionPreference> motion;
+    bool hasScreen = false;
+    std::shared_ptr<QObject> screenConnection; ///< what the ports below stand on, if anything
+    std::unique_ptr<Displays> displays = std::make_unique<NoScreen::NullDisplays>();
+    std::unique_ptr<OverlayWindows> overlays = std::make_unique<NoScreen::NullOverlayWindows>();
+    std::unique_ptr<PointerMonitor> pointer = std::make_unique<NoScreen::NullPointerMonitor>();
+    std::unique_ptr<ForegroundApplication> foreground = std::make_unique<ForegroundApplication>();
+    std::unique_ptr<WindowControl> windows = std::make_unique<NoScreen::NullWindowControl>();
+    std::unique_ptr<StatusItemHost> statusItemHost =
+        std::make_unique<NoScreen::NullStatusItemHost>();
+    std::unique_ptr<MotionPreference> motion = std::make_unique<NoScreen::NullMotionPreference>();
 };
 
 } // namespace morvane

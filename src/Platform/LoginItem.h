@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include "Platform/Failure.h"
 
 #include <optional>
 
@@ -18,11 +18,10 @@ public:
     virtual bool isEnabled() const = 0;
 
     /// Has the program started at every login from now on, from where it runs at this moment.
-    /// Yields why not, for a person.
-    [[nodiscard]] virtual std::optional<QString> registerItem() = 0;
+    [[nodiscard]] virtual std::optional<Failure> registerItem() = 0;
 
     /// The reverse; nothing to do is no failure.
-    [[nodiscard]] virtual std::optional<QString> unregisterItem() = 0;
+    [[nodiscard]] virtual std::optional<Failure> unregisterItem() = 0;
 };
 
 } // namespace morvane

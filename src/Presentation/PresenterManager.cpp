@@ -107,7 +107,11 @@ bool PresenterManager::isWanted(const Display &display) const {
 
 std::unique_ptr<MorvanePresenter> PresenterManager::makePresenter(const Display &display) {
     auto presenter = makeKind(display);
-    presenter->onExpandedChanged = onExpandedChanged;
+    presenter->onExpandedChanged = [this](bool isExpanded) {
+        if (onExpandedChanged) {
+            onExpandedChanged(isExpanded);
+        }
+    };
     presenter->contextMenu = m_contextMenu;
     return presenter;
 }

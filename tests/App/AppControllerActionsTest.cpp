@@ -138,7 +138,7 @@ TEST_F(AppControllerActionsTest, SwitchesTheNotificationsOfAllWhoHaveThem) {
 TEST_F(AppControllerActionsTest, StartsAtLoginOrSaysWhyNot) {
     controller.setLaunchAtLogin(true);
     EXPECT_TRUE(controller.launchAtLogin());
-    loginItem().failure = "the disk is full";
+    loginItem().failure = Failure{"the disk is full"};
     controller.setLaunchAtLogin(false);
     EXPECT_EQ(connections.lastError(), "Launch-at-login change failed: the disk is full");
     EXPECT_TRUE(controller.launchAtLogin());

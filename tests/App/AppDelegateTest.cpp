@@ -134,7 +134,8 @@ TEST_F(AppDelegateTest, ShowsItsSettingsWhenStartedAgainAndThePanelWhereNoIconLe
 }
 
 TEST_F(AppDelegateTest, StartsWithoutAScreen) {
-    platform.displays.reset();
+    platform.hasScreen = false;
+    platform.displays = std::make_unique<NoScreen::NullDisplays>();
     delegate.applicationDidFinishLaunching();
     delegate.applicationShouldHandleReopen();
     EXPECT_TRUE(titles().isEmpty());

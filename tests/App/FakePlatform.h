@@ -20,25 +20,19 @@ public:
 class FakeLoginItem : public LoginItem {
 public:
     bool isEnabled() const override { return enabled; }
-    std::optional<QString> registerItem() override { return change(true); }
-    std::optional<QString> unregisterItem() override { return change(false); }
+    std::optional<Failure> registerItem() override { return change(true); }
+    std::optional<Failure> unregisterItem() override { return change(false); }
 
     bool enabled = false;
-    std::optional<QString> failure;
+    std::optional<Failure> failure;
 
 private:
-    std::optional<QString> change(bool wanted) {
+    std::optional<Failure> change(bool wanted) {
         if (!failure) {
             enabled = wanted;
         }
         return failure;
     }
-};
-
-/// Lets nobody give the focus away.
-class NoWindowControl : public WindowControl {
-public:
-    bool canFocusWindows() const override { return false; }
 };
 
 /// A machine without a screen, on a scheduler of the test's.
@@ -55,10 +49,9 @@ inline PlatformServices fakePlatform(std::unique_ptr<Scheduler> scheduler) {
 inline void addFakeScreen(PlatformServices &platform) {
     auto displays = std::make_unique<FakeDisplays>();
     displays->setDisplays({FakeDisplays::builtin(1, 0)});
+    platform.hasScreen = true;
     platform.displays = std::move(displays);
     platform.overlays = std::make_unique<FakeOverlayWindows>();
-    platform.foreground = std::make_unique<ForegroundApplication>();
-    platform.windows = std::make_unique<NoWindowControl>();
     platform.statusItemHost = std::make_unique<FakeStatusItemHost>();
     platform.motion = std::make_unique<FakeMotionPreference>();
     platform.pointer = std::make_unique<FakePointerMonitor>();

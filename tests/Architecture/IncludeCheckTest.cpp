@@ -27,7 +27,7 @@ TEST(IncludeCheck, CatchesAnArrowUpwardAndAFolderOutsideOfTheTable) {
         file.write(content);
     };
     write("Core/Hooks/HookPlan.h", "#include \"Core/Ground/Failure.h\"\n");
-    write("Core/Ground/Failure.h", "#include <optional>\n#include \"Beside.h\"\n");
+    write("Platform/Failure.h", "#include <optional>\n#include \"Beside.h\"\n");
     write("Core/Ground/WholeFile.cpp", "// why\n\n#include \"Core/Hooks/HookPlan.h\"\n");
     write("Core/Attic/Old.h", "");
     EXPECT_EQ(IncludeCheck::ofPage(ARCHITECTURE_PAGE).violations(tree.path()),

@@ -1,6 +1,6 @@
 #include "Platform/Linux/LowPriorityPool.h"
 
-#include "Core/Agents/TranscriptReader.h"
+#include "Core/Adapters/ClaudeTranscript.h"
 #include "Support/ManualScheduler.h"
 #include "Support/TemporaryHome.h"
 #include "Support/WaitUntil.h"
@@ -110,8 +110,9 @@ TEST(LowPriorityPool, ReadsTranscriptsWhileTheyChange) {
     };
     EXPECT_TRUE(waitUntil([&] {
         for (int read = 0; read < 8; ++read) {
-            pool.compute([path] { return TranscriptReader::readClaude(path); }, scheduler, &owner,
-                         use);
+            pool.compute(
+                [path] { return TranscriptReader::readTail(path, ClaudeTranscript::takeLine); },
+                scheduler, &owner, use);
         }
         scheduler.runPosted();
         return reads > 50;

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <memory>
 #include <string>
 #include <vector>
@@ -20,20 +21,19 @@ protected:
 
     void SetUp() override {
         server = makeServer(0);
-        server->decisionsEnabled = [] { return true; };
-        server->onDecisionExpired = [this](const QString &id) {
-            expired.push_back(id.toStdString());
-        };
-        server->onUsagePayload = [this](AgentKind agent, const QByteArray &body) {
-            usage.emplace_back(agent, body.toStdString());
-        };
         ASSERT_FALSE(server->start());
     }
 
     std::unique_ptr<EventServer> makeServer(std::uint16_t port) {
-        return std::make_unique<EventServer>(
-            token, port, [this](const HookEvent &event) { events.push_back(event); }, scheduler,
-            &scheduler);
+        const EventServer::Handlers handlers{
+            .onEvent = [this](const HookEvent &event) { events.push_back(event); },
+            .onDecisionExpired = [this](const QString &id) { expired.push_back(id.toStdString()); },
+            .onUsagePayload =
+                [this](AgentKind agent, const QByteArray &body) {
+                    usage.emplace_back(agent, body.toStdString());
+                },
+            .decisionsEnabled = [this] { return wantsDecisions.load(); }};
+        return std::make_unique<EventServer>(token, port, handlers, scheduler, &scheduler);
     }
 
     std::uint16_t port() const { return server->boundPort(); }
@@ -75,6 +75,7 @@ protected:
     std::vector<HookEvent> events;
     std::vector<std::string> expired;
     std::vector<std::pair<AgentKind, std::string>> usage;
+    std::atomic<bool> wantsDecisions = true;
     std::unique_ptr<EventServer> server;
 };
 

@@ -1,7 +1,8 @@
 #include "Core/Adapters/ClaudeAdapter.h"
 
-#include "Core/Agents/TranscriptReader.h"
+#include "Core/Adapters/ClaudeTranscript.h"
 
+#include <QFileInfo>
 #include <nlohmann/json.hpp>
 
 namespace morvane {
@@ -93,7 +94,19 @@ AgentIntegration ClaudeAdapter::integration() const {
 }
 
 TranscriptInfo ClaudeAdapter::readTranscript(const QString &path) const {
-    return TranscriptReader::readClaude(path);
+    return TranscriptReader::readTail(path, ClaudeTranscript::takeLine);
+}
+
+std::optional<TranscriptFolder> ClaudeAdapter::transcriptFolder() const {
+    return TranscriptFolder{inHome(QStringLiteral(".claude/projects")),
+                            TranscriptFolder::Depth::oneBelow};
+}
+
+std::optional<TranscriptOrigin> ClaudeAdapter::transcriptOrigin(const QString &path) const {
+    auto origin = TranscriptReader::readOrigin(path, ClaudeTranscript::findOrigin)
+                      .value_or(TranscriptOrigin());
+    origin.sessionID = QFileInfo(path).completeBaseName();
+    return origin;
 }
 
 std::optional<NotificationMute> ClaudeAdapter::notificationMute() const {

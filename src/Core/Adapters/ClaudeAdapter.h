@@ -13,7 +13,6 @@ public:
     canonical(const QString &native, const std::optional<QString> &notificationType) const override;
     bool reportsBackgroundTasks() const override { return true; }
     std::optional<QString> matcher(const QString &native) const override;
-    bool supportsDecisions() const override { return true; }
     QStringList decisionEvents() const override;
     bool supportsRememberedDecisions() const override { return true; }
     bool supportsQuestionAnswers() const override { return true; }
@@ -23,6 +22,9 @@ public:
                                              const QString &nativeEvent) const override;
     AgentIntegration integration() const override;
     TranscriptInfo readTranscript(const QString &path) const override;
+    std::optional<TranscriptFolder> transcriptFolder() const override;
+    std::optional<TranscriptOrigin> transcriptOrigin(const QString &path) const override;
+    bool hasUsageMilestones() const override { return true; }
     std::optional<NotificationMute> notificationMute() const override;
     std::optional<StatusLineFeed> statusLineFeed() const override;
 };

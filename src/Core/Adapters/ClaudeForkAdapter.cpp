@@ -1,6 +1,6 @@
 #include "Core/Adapters/ClaudeForkAdapter.h"
 
-#include "Core/Agents/TranscriptReader.h"
+#include "Core/Adapters/ClaudeTranscript.h"
 
 #include <nlohmann/json.hpp>
 
@@ -60,7 +60,7 @@ AgentIntegration ClaudeForkAdapter::integration() const {
 }
 
 TranscriptInfo ClaudeForkAdapter::readTranscript(const QString &path) const {
-    return TranscriptReader::readClaude(path);
+    return TranscriptReader::readTail(path, ClaudeTranscript::takeLine);
 }
 
 } // namespace morvane

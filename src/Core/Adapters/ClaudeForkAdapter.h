@@ -22,7 +22,6 @@ public:
     std::optional<CanonicalEvent>
     canonical(const QString &native, const std::optional<QString> &notificationType) const override;
     std::optional<QString> matcher(const QString &native) const override;
-    bool supportsDecisions() const override { return !m_decisionEvents.isEmpty(); }
     QStringList decisionEvents() const override { return m_decisionEvents; }
     std::optional<QByteArray> encodeDecision(const AgentDecision &decision,
                                              const std::optional<QString> &tool,

@@ -1,6 +1,6 @@
 #include "Core/Adapters/CodexAdapter.h"
 
-#include "Core/Agents/TranscriptReader.h"
+#include "Core/Adapters/CodexTranscript.h"
 
 #include <nlohmann/json.hpp>
 
@@ -57,7 +57,16 @@ AgentIntegration CodexAdapter::integration() const {
 }
 
 TranscriptInfo CodexAdapter::readTranscript(const QString &path) const {
-    return TranscriptReader::readCodex(path);
+    return TranscriptReader::readTail(path, CodexTranscript::takeLine);
+}
+
+std::optional<TranscriptFolder> CodexAdapter::transcriptFolder() const {
+    return TranscriptFolder{inHome(QStringLiteral(".codex/sessions")),
+                            TranscriptFolder::Depth::any};
+}
+
+std::optional<TranscriptOrigin> CodexAdapter::transcriptOrigin(const QString &path) const {
+    return TranscriptReader::readOrigin(path, CodexTranscript::findOrigin);
 }
 
 } // namespace morvane

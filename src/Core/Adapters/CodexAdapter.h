@@ -12,7 +12,6 @@ public:
     std::optional<CanonicalEvent>
     canonical(const QString &native, const std::optional<QString> &notificationType) const override;
     std::optional<QString> matcher(const QString &native) const override;
-    bool supportsDecisions() const override { return true; }
     QStringList decisionEvents() const override;
     QSet<QString> defaultPermissionModes() const override;
     std::optional<QByteArray> encodeDecision(const AgentDecision &decision,
@@ -21,6 +20,8 @@ public:
                                              const QString &nativeEvent) const override;
     AgentIntegration integration() const override;
     TranscriptInfo readTranscript(const QString &path) const override;
+    std::optional<TranscriptFolder> transcriptFolder() const override;
+    std::optional<TranscriptOrigin> transcriptOrigin(const QString &path) const override;
 };
 
 } // namespace morvane

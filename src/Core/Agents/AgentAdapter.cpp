@@ -47,6 +47,10 @@ TranscriptInfo AgentAdapter::readTranscript(const QString &) const {
     return {};
 }
 
+std::optional<TranscriptOrigin> AgentAdapter::transcriptOrigin(const QString &) const {
+    return std::nullopt;
+}
+
 nlohmann::json AgentAdapter::hookEntry(const QString &command,
                                        const std::optional<QString> &matcher, bool blocking) const {
     nlohmann::json handler{{"type", "command"}, {"command", command.toStdString()}};

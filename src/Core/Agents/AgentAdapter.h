@@ -5,6 +5,7 @@
 #include "Core/Agents/AgentKind.h"
 #include "Core/Agents/CanonicalEvent.h"
 #include "Core/Agents/TranscriptInfo.h"
+#include "Core/Agents/TranscriptOrigin.h"
 
 #include <QByteArray>
 #include <QByteArrayView>
@@ -42,10 +43,10 @@ public:
     /// The matcher of the event's hook entry, in the agent's own pattern language.
     virtual std::optional<QString> matcher(const QString &native) const;
 
-    virtual bool supportsDecisions() const { return false; }
-
     /// The native events whose hook can wait for an answer.
     virtual QStringList decisionEvents() const { return {}; }
+
+    bool supportsDecisions() const { return !decisionEvents().isEmpty(); }
 
     virtual bool supportsRememberedDecisions() const { return false; }
     virtual bool supportsQuestionAnswers() const { return false; }
@@ -69,6 +70,14 @@ public:
     /// read. Reads a file, so not for the main thread.
     virtual TranscriptInfo readTranscript(const QString &path) const;
 
+    /// Where sessions can be found that ran before this program did; none for an agent whose
+    /// transcripts are not looked for.
+    virtual std::optional<TranscriptFolder> transcriptFolder() const { return std::nullopt; }
+
+    /// The session of a transcript from that folder; none for a file that is none. Reads a file, so
+    /// not for the main thread.
+    virtual std::optional<TranscriptOrigin> transcriptOrigin(const QString &path) const;
+
     /// One entry of the settings file's hooks. Time limits in it are seconds, the agents' unit.
     virtual nlohmann::json hookEntry(const QString &command, const std::optional<QString> &matcher,
                                      bool blocking) const;
@@ -81,6 +90,9 @@ public:
 
     /// False when the adapter was written from documentation alone.
     virtual bool isVerified() const { return true; }
+
+    /// True when what it does counts against the limits whose milestones are shown while it works.
+    virtual bool hasUsageMilestones() const { return false; }
 
     virtual std::optional<NotificationMute> notificationMute() const { return std::nullopt; }
     virtual std::optional<StatusLineFeed> statusLineFeed() const { return std::nullopt; }

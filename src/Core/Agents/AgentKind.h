@@ -28,6 +28,9 @@ inline constexpr std::array allAgentKinds{
     AgentKind::factory, AgentKind::codebuddy,
 };
 
+/// The agent of what names none.
+inline constexpr AgentKind defaultAgentKind = AgentKind::claude;
+
 /// The agent's name in hook commands, in requests and in everything stored.
 std::string_view rawValue(AgentKind kind);
 

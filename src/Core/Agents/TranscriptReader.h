@@ -1,27 +1,36 @@
 #pragma once
 
 #include "Core/Agents/TranscriptInfo.h"
+#include "Core/Agents/TranscriptOrigin.h"
 
 #include <QByteArrayView>
 #include <QString>
 
 #include <optional>
 
-/// Reads what agents write for people, and what they keep of a conversation: a file of JSON Lines,
-/// of which the end is read, at most 262144 bytes however long it is. Each field comes from the
-/// newest line that has it; what can't be understood is passed over. Stateless; safe from any
-/// thread.
+namespace morvane {
+class JsonObject;
+}
+
+/// Reads what agents keep of a conversation: a file of JSON Lines, which may be of any length and
+/// of which only the end or the beginning is read. What a line says is the agent's own, and known
+/// by its adapter; what can't be understood is passed over. Stateless; safe from any thread.
 namespace morvane::TranscriptReader {
 
-/// Of Claude Code's transcript and its relatives'. Empty for a file that can't be read.
-TranscriptInfo readClaude(const QString &path);
+/// Fills in what a line tells and no newer one has told.
+using TakeLine = void (*)(const JsonObject &line, TranscriptInfo &info);
 
-/// Of Codex's transcript. Empty for a file that can't be read.
-TranscriptInfo readCodex(const QString &path);
+/// What the last 262144 bytes of the file tell. Empty for a file that can't be read.
+TranscriptInfo readTail(const QString &path, TakeLine takeLine);
 
 /// The same of text that has been read already; empty when it isn't UTF-8.
-TranscriptInfo claudeInfo(QByteArrayView lines);
-TranscriptInfo codexInfo(QByteArrayView lines);
+TranscriptInfo newestFirst(QByteArrayView lines, TakeLine takeLine);
+
+/// Whose session a line tells the transcript to be, if it does.
+using FindOrigin = std::optional<TranscriptOrigin> (*)(const JsonObject &line);
+
+/// What the first of the lines says that says it, within the first 65536 bytes of the file.
+std::optional<TranscriptOrigin> readOrigin(const QString &path, FindOrigin findOrigin);
 
 /// The text fit for one line on screen: trimmed, without line feeds, and cut to 120 characters as
 /// a person counts them, with "…" behind. None for an empty text, and for one that begins with

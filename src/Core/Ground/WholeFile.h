@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Core/Ground/Failure.h"
+#include "Platform/Failure.h"
 
 #include <QSaveFile>
 

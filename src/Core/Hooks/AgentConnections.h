@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Core/Agents/AgentKind.h"
-#include "Core/Ground/Failure.h"
+#include "Platform/Failure.h"
 #include "Platform/Scheduler.h"
 
 #include <QObject>

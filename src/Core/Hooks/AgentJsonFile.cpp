@@ -43,9 +43,8 @@ std::optional<Failure> AgentJsonFile::editOrCreate(const Edit &edit) const {
     return m_file.rewrite([&](const auto &content) {
         const auto root = rootOf(content);
         auto result = changed(root.value_or(json::object()), edit);
-        auto *change = std::get_if<std::optional<AgentSettingsChange>>(&result);
-        if (change && *change) {
-            (*change)->replacesUnreadable = content && !content->trimmed().isEmpty() && !root;
+        if (!result.failure() && *result) {
+            (*result)->replacesUnreadable = content && !content->trimmed().isEmpty() && !root;
         }
         return result;
     });

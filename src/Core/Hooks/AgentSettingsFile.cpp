@@ -89,18 +89,18 @@ std::optional<Failure> AgentSettingsFile::rewrite(const Edit &edit) const {
     for (int attempt = 0; attempt < mostAttempts; ++attempt) {
         const std::optional<QByteArray> before = read();
         const Result<std::optional<AgentSettingsChange>> edited = edit(before);
-        if (const auto *failure = std::get_if<Failure>(&edited)) {
+        if (const auto *failure = edited.failure()) {
             return *failure;
         }
-        const auto &change = std::get<std::optional<AgentSettingsChange>>(edited);
+        const std::optional<AgentSettingsChange> &change = *edited;
         if (!change) {
             return std::nullopt;
         }
         const Result<Outcome> outcome = replace(before, *change);
-        if (const auto *failure = std::get_if<Failure>(&outcome)) {
+        if (const auto *failure = outcome.failure()) {
             return *failure;
         }
-        if (std::get<Outcome>(outcome) == Outcome::done) {
+        if (*outcome == Outcome::done) {
             return std::nullopt;
         }
     }

@@ -113,13 +113,13 @@ Result<QString> ForwarderScripts::renderTemplate(const QString &name) const {
 
 std::optional<Failure> ForwarderScripts::writeScript(const QString &name) const {
     const Result<QString> text = renderTemplate(name);
-    if (const auto *failure = std::get_if<Failure>(&text)) {
+    if (const auto *failure = text.failure()) {
         return *failure;
     }
     if (const auto failure = makeScriptFolder()) {
         return failure;
     }
-    return writeExecutable(pathOf(name), std::get<QString>(text).toUtf8());
+    return writeExecutable(pathOf(name), text->toUtf8());
 }
 
 } // namespace morvane

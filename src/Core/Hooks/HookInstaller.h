@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Core/Ground/Failure.h"
 #include "Core/Hooks/Health.h"
 #include "Core/Hooks/HookTarget.h"
+#include "Platform/Failure.h"
 
 #include <cstdint>
 #include <memory>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Core/Ground/Failure.h"
 #include "Core/Hooks/Health.h"
+#include "Platform/Failure.h"
 
 #include <optional>
 

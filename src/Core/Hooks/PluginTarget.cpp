@@ -15,7 +15,7 @@ PluginTarget::PluginTarget(QString path, ForwarderScripts scripts)
 
 std::optional<Failure> PluginTarget::install() const {
     const Result<QString> text = m_scripts.renderTemplate(QStringLiteral("opencode-plugin.js"));
-    if (const auto *failure = std::get_if<Failure>(&text)) {
+    if (const auto *failure = text.failure()) {
         return *failure;
     }
     const QString folder = QFileInfo(m_path).path();
@@ -24,7 +24,7 @@ std::optional<Failure> PluginTarget::install() const {
     }
     WholeFile file(m_path);
     file.setMode(0600); // the token is in it
-    const auto failure = file.write(std::get<QString>(text).toUtf8());
+    const auto failure = file.write(text->toUtf8());
     return failure ? std::optional(cannotWrite(m_path, *failure)) : std::nullopt;
 }
 

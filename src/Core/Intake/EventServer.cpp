@@ -68,16 +68,14 @@ QByteArrayView bytes(std::string_view text) {
 
 } // namespace
 
-EventServer::EventServer(QString token, std::uint16_t preferredPort, EventHandler onEvent,
+EventServer::EventServer(QString token, std::uint16_t preferredPort, Handlers handlers,
                          Scheduler &main, Scheduler *timers)
-    : m_token(token.toUtf8()), m_preferredPort(preferredPort), m_onEvent(std::move(onEvent)),
+    : m_token(token.toUtf8()), m_preferredPort(preferredPort), m_handlers(std::move(handlers)),
       m_main(main), m_timers(timers ? *timers : m_thread),
       m_listenerQueue(m_thread.context().get_executor()), m_acceptor(m_thread.context()) {
     m_relay = std::make_shared<DecisionRelay>(
         Queue(m_thread.context().get_executor()), m_timers, [this](const QString &id) {
-            if (onDecisionExpired) {
-                m_main.post([handler = onDecisionExpired, id] { handler(id); });
-            }
+            m_main.post([handler = m_handlers.onDecisionExpired, id] { handler(id); });
         });
 }
 
@@ -234,8 +232,8 @@ void EventServer::respond(const Connection &connection, const HttpRequest &reque
 
 void EventServer::respondToUsage(const HttpRequest &request) {
     const auto agent = agentKind(request.header("x-morvane-agent").value_or(std::string_view()));
-    if (agent && onUsagePayload) {
-        m_main.post([handler = onUsagePayload, agent = *agent,
+    if (agent) {
+        m_main.post([handler = m_handlers.onUsagePayload, agent = *agent,
                      body = bytes(request.body).toByteArray()] { handler(agent, body); });
     }
 }
@@ -244,7 +242,7 @@ void EventServer::respondToUsage(const HttpRequest &request) {
 void EventServer::respondToEvent(const Connection &connection, const HttpRequest &request) {
     const AgentKind agent =
         agentKind(request.header("x-morvane-agent").value_or(std::string_view()))
-            .value_or(AgentKind::claude);
+            .value_or(defaultAgentKind);
     const QString nativeName = headerText(request, "x-hook-event");
     auto event = HookEvent::decode(agent, nativeName, bytes(request.body), originOf(request));
     if (event && mayPark(request, agent, nativeName)) {
@@ -252,14 +250,14 @@ void EventServer::respondToEvent(const Connection &connection, const HttpRequest
         return;
     }
     if (event) {
-        m_main.post([handler = m_onEvent, event = std::move(*event)] { handler(event); });
+        m_main.post([handler = m_handlers.onEvent, event = std::move(*event)] { handler(event); });
     }
     connection->finish("200 OK");
 }
 
 bool EventServer::mayPark(const HttpRequest &request, AgentKind agent,
                           const QString &nativeName) const {
-    if (request.header("x-morvane-decision") != "1" || !decisionsEnabled()) {
+    if (request.header("x-morvane-decision") != "1" || !m_handlers.decisionsEnabled()) {
         return false;
     }
     const AgentAdapter &adapter = AgentRegistry::adapter(agent);
@@ -270,7 +268,7 @@ void EventServer::park(const Connection &connection, HookEvent event, std::strin
     event.decisionID = event.toolUseID.value_or(QUuid::createUuid().toString(QUuid::WithoutBraces));
     // In this order, a decision that follows from the event always finds the parked request.
     m_relay->park(event, connection, bytes(body).toByteArray());
-    m_main.post([handler = m_onEvent, event = std::move(event)] { handler(event); });
+    m_main.post([handler = m_handlers.onEvent, event = std::move(event)] { handler(event); });
 }
 
 void EventServer::resolve(const QString &decisionID, const AgentDecision &decision) {

@@ -2,11 +2,11 @@
 
 #include "Core/Agents/AgentDecision.h"
 #include "Core/Agents/AgentKind.h"
-#include "Core/Ground/Failure.h"
 #include "Core/Intake/DecisionRelay.h"
 #include "Core/Intake/EventConnection.h"
 #include "Core/Intake/HookEvent.h"
 #include "Core/Intake/IoThread.h"
+#include "Platform/Failure.h"
 
 #include <QByteArray>
 #include <asio/ip/tcp.hpp>
@@ -29,11 +29,22 @@ namespace morvane {
 /// "200 OK".
 class EventServer {
 public:
-    using EventHandler = std::function<void(const HookEvent &)>;
+    /// What the server calls. All but the first may be left as they are.
+    struct Handlers {
+        /// On the main thread: a hook has told something.
+        std::function<void(const HookEvent &)> onEvent;
+        /// On the main thread: nobody can decide this any more, the hook has its answer or is gone.
+        std::function<void(const QString &decisionID)> onDecisionExpired = [](const QString &) {};
+        /// On the main thread: the body of a status line's post.
+        std::function<void(AgentKind, const QByteArray &)> onUsagePayload =
+            [](AgentKind, const QByteArray &) {};
+        /// On the server's thread, for every hook that could wait.
+        std::function<bool()> decisionsEnabled = [] { return false; };
+    };
 
     /// Nothing listens yet. `main` takes the callbacks to the main thread. `timers` gives the time
     /// limits in place of the server's own thread.
-    EventServer(QString token, std::uint16_t preferredPort, EventHandler onEvent, Scheduler &main,
+    EventServer(QString token, std::uint16_t preferredPort, Handlers handlers, Scheduler &main,
                 Scheduler *timers = nullptr);
     ~EventServer();
 
@@ -41,15 +52,6 @@ public:
     /// oldest. 512, or fewer where the process may have few descriptors, so that they leave enough
     /// for those that matter.
     static std::size_t unfinishedLimit();
-
-    // To be assigned before `start`, if at all.
-
-    /// On the main thread: nobody can decide this any more, the hook has its answer or is gone.
-    std::function<void(const QString &decisionID)> onDecisionExpired;
-    /// On the main thread: the body of a status line's post.
-    std::function<void(AgentKind, const QByteArray &)> onUsagePayload;
-    /// On the server's thread, for every hook that could wait.
-    std::function<bool()> decisionsEnabled = [] { return false; };
 
     /// Binds the preferred port, or the next free one of the 20 above it, and begins to serve.
     /// Returns why the last of them could not be bound, or nothing.
@@ -91,7 +93,7 @@ private:
     const QByteArray m_token;
     const std::uint16_t m_preferredPort;
     std::uint16_t m_boundPort = 0;
-    EventHandler m_onEvent;
+    const Handlers m_handlers;
     Scheduler &m_main;
 
     // The thread is declared before all that its context must outlive.

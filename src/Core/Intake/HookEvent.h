@@ -37,7 +37,7 @@ struct BackgroundTask {
 /// A text is only taken where the payload holds a JSON string; a value of another type under the
 /// same key counts as missing.
 struct HookEvent {
-    AgentKind agent = AgentKind::claude;
+    AgentKind agent = defaultAgentKind;
     CanonicalEvent kind = CanonicalEvent::sessionStart;
     QString nativeName; ///< the agent's own name of the event
     QString sessionID;  ///< never empty

@@ -11,7 +11,7 @@ namespace morvane {
 /// A session whose transcript was found on disk.
 struct DiscoveredSession {
     QString id;
-    AgentKind agent = AgentKind::claude;
+    AgentKind agent = defaultAgentKind;
     QString cwd; ///< empty when the transcript doesn't tell
     QString transcriptPath;
     Date lastActive;

@@ -36,7 +36,7 @@ enum class ContextPressure {
 /// `pendingExternalResponse`.
 struct Session {
     QString id; ///< the agent's session id; never changes
-    AgentKind agent = AgentKind::claude;
+    AgentKind agent = defaultAgentKind;
     SessionState state = SessionState::idle;
     QString cwd; ///< working directory, empty when unknown
     std::optional<QString> itermSessionID;

@@ -9,8 +9,8 @@
 /// with what has gathered there. Stateless; reads files, so not for the main thread.
 namespace morvane::SessionDiscovery {
 
-/// The sessions whose transcript was written less than `maxAge` before `now`: Claude Code's, then
-/// Codex's. What can't be read is passed over.
+/// The sessions whose transcript was written less than `maxAge` before `now`, agent by agent. What
+/// can't be read is passed over.
 QList<DiscoveredSession> scan(Seconds maxAge, Date now);
 
 } // namespace morvane::SessionDiscovery

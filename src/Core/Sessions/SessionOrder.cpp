@@ -118,7 +118,7 @@ bool showsAgentBadges(const Sessions &sessions, const QList<CompletedRecord> &hi
         agents.insert(session.agent);
     }
     for (const CompletedRecord &record : history) {
-        agents.insert(record.agent.value_or(AgentKind::claude));
+        agents.insert(record.agent.value_or(defaultAgentKind));
     }
     return agents.size() > 1;
 }

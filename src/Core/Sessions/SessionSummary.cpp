@@ -1,5 +1,8 @@
 #include "Core/Sessions/SessionSummary.h"
 
+#include "Core/Adapters/AgentRegistry.h"
+#include "Core/Agents/AgentAdapter.h"
+
 namespace morvane {
 
 SessionSummary SessionSummary::of(const QHash<QString, Session> &sessions) {
@@ -12,7 +15,8 @@ SessionSummary SessionSummary::of(const QHash<QString, Session> &sessions) {
         result.hasExternalPrompt |= session.pendingExternalResponse.has_value();
         result.hasUnacknowledgedNeedsInput |= waits;
         result.hasReportableSessions |= session.state != SessionState::idle;
-        result.hasWorkingUsageMilestoneSession |= isWorking && session.agent == AgentKind::claude;
+        result.hasWorkingUsageMilestoneSession |=
+            isWorking && AgentRegistry::adapter(session.agent).hasUsageMilestones();
     }
     return result;
 }

@@ -1,6 +1,8 @@
 #include "Core/Agents/TranscriptReader.h"
 
 #include "Core/Adapters/AgentRegistry.h"
+#include "Core/Adapters/ClaudeTranscript.h"
+#include "Core/Adapters/CodexTranscript.h"
 #include "Core/Agents/AgentAdapter.h"
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"
@@ -14,8 +16,21 @@
 namespace morvane {
 namespace {
 
-using TranscriptReader::claudeInfo;
-using TranscriptReader::codexInfo;
+TranscriptInfo claudeInfo(QByteArrayView lines) {
+    return TranscriptReader::newestFirst(lines, ClaudeTranscript::takeLine);
+}
+
+TranscriptInfo codexInfo(QByteArrayView lines) {
+    return TranscriptReader::newestFirst(lines, CodexTranscript::takeLine);
+}
+
+TranscriptInfo readClaude(const QString &path) {
+    return TranscriptReader::readTail(path, ClaudeTranscript::takeLine);
+}
+
+TranscriptInfo readCodex(const QString &path) {
+    return TranscriptReader::readTail(path, CodexTranscript::takeLine);
+}
 using Text = std::optional<QString>;
 
 constexpr qsizetype tailSize = 262'144;
@@ -121,7 +136,7 @@ TEST(TranscriptReader, PassesOverWhatCodexDoesNotMeanForAPerson) {
 class TranscriptFileTest : public testing::Test {
 protected:
     TranscriptInfo read(const QByteArray &bytes) const {
-        return TranscriptReader::readClaude(home.write("t.jsonl", bytes));
+        return readClaude(home.write("t.jsonl", bytes));
     }
 
     /// So many bytes of lines that tell nothing.
@@ -171,24 +186,24 @@ TEST_F(TranscriptFileTest, IsReadOnlyWhereItIsAFile) {
     const QString file = home.write("t.jsonl", claudeModel("claude-a"));
     const QString link = home.path("link.jsonl");
     ASSERT_TRUE(QFile::link(file, link));
-    EXPECT_EQ(TranscriptReader::readClaude(link).model, "a");
+    EXPECT_EQ(readClaude(link).model, "a");
 
     const QString pipe = home.path("pipe.jsonl");
     ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
     ASSERT_TRUE(QFile::link(home.path("loop"), home.path("loop")));
     const QStringList none{pipe, home.path(), "/dev/zero", home.path("missing"), home.path("loop")};
     for (const QString &path : none) {
-        EXPECT_EQ(TranscriptReader::readClaude(path), TranscriptInfo()) << path.toStdString();
-        EXPECT_EQ(TranscriptReader::readCodex(path), TranscriptInfo()) << path.toStdString();
+        EXPECT_EQ(readClaude(path), TranscriptInfo()) << path.toStdString();
+        EXPECT_EQ(readCodex(path), TranscriptInfo()) << path.toStdString();
     }
 }
 
 /// Shortened, but otherwise as the agents wrote them.
 TEST(TranscriptReader, ReadsWhatAgentsHaveWritten) {
     const QString data = QStringLiteral(TEST_DATA "/");
-    EXPECT_EQ(TranscriptReader::readClaude(data + "claude.jsonl"),
+    EXPECT_EQ(readClaude(data + "claude.jsonl"),
               (TranscriptInfo{"opus-5-5", "The command is done.", 1000, "default", {}}));
-    EXPECT_EQ(TranscriptReader::readCodex(data + "codex.jsonl"),
+    EXPECT_EQ(readCodex(data + "codex.jsonl"),
               (TranscriptInfo{"gpt-5", "The command is done.", 1000, "on-request",
                               "Run `touch denied`"}));
 }

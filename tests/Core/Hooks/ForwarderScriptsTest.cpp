@@ -66,8 +66,8 @@ TEST(ForwarderScripts, SaysWhatKeptItFromWriting) {
     home.write(".morvane");
     EXPECT_TRUE(scripts(1).writeHookScript());
     const auto missing = scripts(1).renderTemplate("other.sh");
-    ASSERT_TRUE(std::holds_alternative<Failure>(missing));
-    EXPECT_EQ(std::get<Failure>(missing).message, "other.sh.template missing from bundle");
+    ASSERT_TRUE(missing.failure());
+    EXPECT_EQ(missing.failure()->message, "other.sh.template missing from bundle");
 }
 
 } // namespace

@@ -137,14 +137,12 @@ TEST_F(EventServerTest, ParksOnlyWhatCanBeDecided) {
 }
 
 TEST_F(EventServerTest, AsksForEachRequestWhetherDecisionsAreWanted) {
-    std::atomic<bool> areWanted = false;
-    server->decisionsEnabled = [&] { return areWanted.load(); };
     for (const char *id : {"first", "second"}) {
-        areWanted = false;
+        wantsDecisions = false;
         EXPECT_EQ(httpExchange(port(), permissionRequest(id)), okAnswer);
         scheduler.runPosted();
         EXPECT_EQ(events.back().decisionID, std::nullopt);
-        areWanted = true;
+        wantsDecisions = true;
         HttpClient client = parked(permissionRequest(id));
         EXPECT_EQ(events.back().decisionID, id);
         server->resolve(id, AgentDecision::allow());

@@ -62,7 +62,8 @@ TEST_F(AutostartEntryTest, KeepsTheLinkOfWhoKeepsTheirFilesElsewhere) {
 
 TEST_F(AutostartEntryTest, SaysWhatKeptItFromBeingWrittenOrRemoved) {
     home.write(".config/autostart");
-    EXPECT_EQ(entry.registerItem(), home.path(".config/autostart") + " could not be created");
+    EXPECT_EQ(entry.registerItem(),
+              Failure{home.path(".config/autostart") + " could not be created"});
 
     QFile::remove(home.path(".config/autostart"));
     home.write(file + "/in the way");
@@ -70,8 +71,8 @@ TEST_F(AutostartEntryTest, SaysWhatKeptItFromBeingWrittenOrRemoved) {
     const auto written = entry.registerItem();
     const auto removed = entry.unregisterItem();
     ASSERT_TRUE(written && removed);
-    EXPECT_TRUE(written->startsWith(home.path(file) + " could not be written: "));
-    EXPECT_TRUE(removed->startsWith(home.path(file) + " could not be removed: "));
+    EXPECT_TRUE(written->message.startsWith(home.path(file) + " could not be written: "));
+    EXPECT_TRUE(removed->message.startsWith(home.path(file) + " could not be removed: "));
 }
 
 /// The format's own rules: in quotes a backslash goes before ", `, $ and \, every backslash is then

@@ -18,8 +18,8 @@ QString entryPath() {
            QLatin1String("/autostart/io.morvane.morvane.desktop");
 }
 
-QString sentence(const QString &path, const char *what, const QString &reason) {
-    return QStringLiteral("%1 %2: %3").arg(path, QLatin1String(what), reason);
+Failure cannot(const QString &path, const char *what, const QString &reason) {
+    return {QStringLiteral("%1 could not be %2: %3").arg(path, QLatin1String(what), reason)};
 }
 
 } // namespace
@@ -36,14 +36,14 @@ bool AutostartEntry::isEnabled() const {
            !says("X-GNOME-Autostart-enabled", "false");
 }
 
-std::optional<QString> AutostartEntry::registerItem() {
+std::optional<Failure> AutostartEntry::registerItem() {
     const QString folder = QFileInfo(m_path).path();
     if (!QDir().mkpath(folder)) {
-        return QStringLiteral("%1 could not be created").arg(folder);
+        return Failure{QStringLiteral("%1 could not be created").arg(folder)};
     }
     QSaveFile file(m_path);
     if (!file.open(QIODevice::WriteOnly)) {
-        return sentence(m_path, "could not be written", file.errorString());
+        return cannot(m_path, "written", file.errorString());
     }
     file.write("[Desktop Entry]\n"
                "Type=Application\n"
@@ -54,18 +54,18 @@ std::optional<QString> AutostartEntry::registerItem() {
                "StartupNotify=false\n");
     // The commit alone overlooks a failure to write what is buffered.
     if (!file.flush() || !file.commit()) {
-        return sentence(m_path, "could not be written", file.errorString());
+        return cannot(m_path, "written", file.errorString());
     }
     return std::nullopt;
 }
 
-std::optional<QString> AutostartEntry::unregisterItem() {
+std::optional<Failure> AutostartEntry::unregisterItem() {
     QFile file(m_path);
     const QFileInfo info(m_path);
     if ((!info.exists() && !info.isSymLink()) || file.remove()) {
         return std::nullopt;
     }
-    return sentence(m_path, "could not be removed", file.errorString());
+    return cannot(m_path, "removed", file.errorString());
 }
 
 } // namespace morvane

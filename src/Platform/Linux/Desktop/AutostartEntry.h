@@ -12,8 +12,8 @@ public:
     explicit AutostartEntry(QString program);
 
     bool isEnabled() const override;
-    std::optional<QString> registerItem() override;
-    std::optional<QString> unregisterItem() override;
+    std::optional<Failure> registerItem() override;
+    std::optional<Failure> unregisterItem() override;
 
 private:
     QString m_program;

@@ -1,0 +1,55 @@
+#include "Core/Adapters/ClaudeTranscript.h"
+
+#include "Core/Agents/TranscriptLine.h"
+
+namespace morvane::ClaudeTranscript {
+
+namespace {
+
+using namespace TranscriptLine;
+using simdjson::dom::object;
+
+std::optional<int> contextTokens(object usage) {
+    std::int64_t sum = 0;
+    for (const char *key :
+         {"input_tokens", "cache_read_input_tokens", "cache_creation_input_tokens"}) {
+        sum += integer(usage, key).value_or(0);
+    }
+    return positive(sum);
+}
+
+void takeClaudeMessage(object message, TranscriptInfo &info) {
+    if (auto model = JsonObject::string(message, "model")) {
+        fill(info.model, std::optional(model->remove(QLatin1String("claude-"))));
+    }
+    if (const auto usage = JsonObject::object(message, "usage")) {
+        fill(info.contextTokens, contextTokens(*usage));
+    }
+    if (!info.lastAssistantText) {
+        std::vector<object> blocks = contentOf(message);
+        std::erase_if(blocks, [](object block) { return word(block, "type") != "text"; });
+        info.lastAssistantText = lastText(blocks);
+    }
+}
+
+} // namespace
+
+void takeLine(const JsonObject &line, TranscriptInfo &info) {
+    const std::string_view type = word(line.root(), "type");
+    if (type == "permission-mode") {
+        fill(info.permissionMode, line.string("permissionMode"));
+    } else if (type == "ai-title") {
+        fill(info.title, TranscriptReader::displayLine(line.string("aiTitle")));
+    } else if (type == "assistant") {
+        if (const auto message = JsonObject::object(line.root(), "message")) {
+            takeClaudeMessage(*message, info);
+        }
+    }
+}
+
+std::optional<TranscriptOrigin> findOrigin(const JsonObject &line) {
+    const auto cwd = line.string("cwd");
+    return cwd && !cwd->isEmpty() ? std::optional(TranscriptOrigin{{}, *cwd}) : std::nullopt;
+}
+
+} // namespace morvane::ClaudeTranscript

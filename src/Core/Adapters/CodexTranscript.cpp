@@ -1,0 +1,70 @@
+#include "Core/Adapters/CodexTranscript.h"
+
+#include "Core/Agents/TranscriptLine.h"
+
+namespace morvane::CodexTranscript {
+
+namespace {
+
+using namespace TranscriptLine;
+using simdjson::dom::object;
+
+/// Codex marks what it says on the way to its answer with a phase of its own. The answer has none,
+/// or one whose name depends on the model.
+bool isOnTheWay(object message) {
+    std::string_view phase;
+    return message["phase"].get(phase) == simdjson::SUCCESS && phase != "final" &&
+           phase != "final_answer";
+}
+
+void takeCodexMessage(object message, TranscriptInfo &info) {
+    const std::string_view role = word(message, "role");
+    if (role == "assistant" && !info.lastAssistantText && !isOnTheWay(message)) {
+        info.lastAssistantText = lastText(contentOf(message));
+    } else if (role == "user" && !info.title) {
+        info.title = firstText(contentOf(message));
+    }
+}
+
+std::optional<int> lastInputTokens(object tokenCount) {
+    const auto counts = JsonObject::object(tokenCount, "info");
+    const auto usage = counts ? JsonObject::object(*counts, "last_token_usage") : std::nullopt;
+    return usage ? positive(integer(*usage, "input_tokens").value_or(0)) : std::nullopt;
+}
+
+} // namespace
+
+void takeLine(const JsonObject &line, TranscriptInfo &info) {
+    const std::string_view type = word(line.root(), "type");
+    const auto payload = JsonObject::object(line.root(), "payload");
+    if (!payload) {
+        return;
+    }
+    const std::string_view kind = word(*payload, "type");
+    if (type == "turn_context") {
+        fill(info.model, JsonObject::string(*payload, "model"));
+        fill(info.permissionMode, JsonObject::string(*payload, "approval_policy"));
+    } else if (type == "event_msg" && kind == "token_count") {
+        fill(info.contextTokens, lastInputTokens(*payload));
+    } else if (type == "response_item" && kind == "message") {
+        takeCodexMessage(*payload, info);
+    }
+}
+
+std::optional<TranscriptOrigin> findOrigin(const JsonObject &line) {
+    const auto payload = JsonObject::object(line.root(), "payload");
+    if (line.string("type") != QLatin1String("session_meta") || !payload) {
+        return std::nullopt;
+    }
+    auto id = JsonObject::string(*payload, "id");
+    if (!id) {
+        id = JsonObject::string(*payload, "session_id");
+    }
+    const auto cwd = JsonObject::string(*payload, "cwd");
+    if (!id || id->isEmpty() || !cwd) {
+        return std::nullopt;
+    }
+    return TranscriptOrigin{*id, *cwd};
+}
+
+} // namespace morvane::CodexTranscript

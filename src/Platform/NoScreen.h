@@ -1,0 +1,48 @@
+#pragma once
+
+#include "Platform/Displays.h"
+#include "Platform/MotionPreference.h"
+#include "Platform/OverlayWindow.h"
+#include "Platform/OverlayWindows.h"
+#include "Platform/PointerMonitor.h"
+#include "Platform/StatusItemHost.h"
+#include "Platform/WindowControl.h"
+
+/// What stands behind the ports of a screen where there is none: nothing is there, and nothing
+/// happens. Main thread.
+namespace morvane::NoScreen {
+
+class NullDisplays : public Displays {
+public:
+    QList<Display> displays() const override { return {}; }
+    QPoint pointerPosition() const override { return {}; }
+};
+
+/// Never asked, since without a display nothing is shown.
+class NullOverlayWindows : public OverlayWindows {
+public:
+    std::unique_ptr<OverlayWindow> adopt(QWidget &) override { return nullptr; }
+};
+
+class NullPointerMonitor : public PointerMonitor {
+public:
+    void activate() override {}
+    void deactivate() override {}
+};
+
+class NullWindowControl : public WindowControl {
+public:
+    bool canFocusWindows() const override { return false; }
+};
+
+class NullStatusItemHost : public StatusItemHost {
+public:
+    bool isPresent() const override { return false; }
+};
+
+class NullMotionPreference : public MotionPreference {
+public:
+    bool isReduced() const override { return false; }
+};
+
+} // namespace morvane::NoScreen
