@@ -17,8 +17,6 @@ namespace fs = std::filesystem;
 
 class Decision : public testing::TestWithParam<Carrier> {};
 
-} // namespace
-
 TEST_P(Decision, IsPrintedOnlyWhenACompleteAnswerBringsOne) {
     const std::string body = "{\"decision\":\"größer\\u0000\"}\n\n";
     struct Case {
@@ -75,5 +73,7 @@ INSTANTIATE_TEST_SUITE_P(, Decision, testing::Values(Carrier::Client, Carrier::C
                          [](const auto &info) {
                              return info.param == Carrier::Client ? "client" : "curl";
                          });
+
+} // namespace
 
 } // namespace morvane::tests

@@ -97,8 +97,6 @@ using Way = std::tuple<std::vector<std::string>, Carrier>;
 
 class EveryShell : public testing::TestWithParam<Way> {};
 
-} // namespace
-
 TEST_P(EveryShell, TellsTheTerminalFromItsEnvironment) {
     CapturingListener listener(response("200 OK", ""));
     const auto &[shell, carrier] = GetParam();
@@ -149,5 +147,7 @@ TEST(Terminal, IsThatOfAnAncestorOutsideTheHooksSession) {
         close(terminal);
     }
 }
+
+} // namespace
 
 } // namespace morvane::tests

@@ -90,8 +90,6 @@ protected:
     }();
 };
 
-} // namespace
-
 TEST_F(OpenCodePlugin, TellsOfATurnInOrder) {
     CapturingListener listener(okAnswer);
     const auto process = start(listener.port(), wholeTurn);
@@ -212,5 +210,7 @@ TEST_F(OpenCodePlugin, HoldsNothingUpWhenNobodyListensOrAnswers) {
     EXPECT_TRUE(listener.take());
     EXPECT_EQ(unanswered->readLine(), "over");
 }
+
+} // namespace
 
 } // namespace morvane::tests

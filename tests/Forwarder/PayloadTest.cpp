@@ -32,8 +32,6 @@ void retarget(const fs::path &client) {
     file.put(static_cast<char>(own == x86 ? arm : x86));
 }
 
-} // namespace
-
 TEST_P(Payload, ArrivesByteForByte) {
     CapturingListener listener(response("200 OK", ""));
     HookProcess hook(GetParam(), listener.port());
@@ -103,5 +101,7 @@ TEST(Client, AndCurlBothMissingAreNoFailure) {
     hook.setEnvironment({"PATH=" + hook.folder().string()});
     expectSilence(hook.run({"claude", "Stop"}));
 }
+
+} // namespace
 
 } // namespace morvane::tests

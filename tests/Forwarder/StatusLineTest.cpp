@@ -138,8 +138,6 @@ void expectLine(const HookResult &result, const std::string &line) {
     EXPECT_EQ(result.status, 0);
 }
 
-} // namespace
-
 TEST_P(StatusLine, ShowsWhatTheStatusHoldsAndPostsIt) {
     CapturingListener listener(response("200 OK", "not to be shown"));
     HookProcess script = process(Carrier::Client, listener.port());
@@ -248,5 +246,7 @@ INSTANTIATE_TEST_SUITE_P(, StatusLine, testing::ValuesIn(HookProcess::shells()),
                          [](const auto &info) {
                              return fs::path(info.param.front()).filename().string();
                          });
+
+} // namespace
 
 } // namespace morvane::tests

@@ -24,6 +24,10 @@ class PanelFixture : public testing::Test {
 protected:
     using Event = CanonicalEvent;
 
+    // Places of the pointer, on the display that the tests attach a presenter to.
+    static constexpr QPoint onPanelOnly{300, 50};
+    static constexpr QPoint elsewhere{500, 700};
+
     void apply(const HookEvent &event) { store.apply(event); }
     void apply(CanonicalEvent kind, const QString &sessionID = "s") {
         store.apply(EventBuilder(kind).in(sessionID));

@@ -8,7 +8,7 @@ namespace {
 
 /// How far past the turn of a step a tick is aimed: the clock may be set slower while it waits, and
 /// a tick that came too early would need another one.
-constexpr std::chrono::milliseconds margin(1);
+constexpr std::chrono::milliseconds beatMargin(1);
 
 } // namespace
 
@@ -25,7 +25,7 @@ Task PixelTimeline::follow(Interval interval, std::function<void()> action) {
 void PixelTimeline::aim(Interval interval) {
     const auto left = interval - m_scheduler.now().time_since_epoch() % interval;
     m_beats[interval].tick =
-        m_scheduler.after(left + margin, [this, interval] { advance(interval); });
+        m_scheduler.after(left + beatMargin, [this, interval] { advance(interval); });
 }
 
 void PixelTimeline::advance(Interval interval) {

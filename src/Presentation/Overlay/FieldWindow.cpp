@@ -15,7 +15,7 @@ namespace morvane {
 
 namespace {
 
-constexpr int margin = 12;
+constexpr int fieldMargin = 12;
 constexpr int smallestWidth = 280;
 
 QPalette darkPalette() {
@@ -41,7 +41,7 @@ FieldWindow::FieldWindow(const QString &title, const QString &initial, const QSt
     m_field->setFont(Typography::text(Typography::nameSize));
     m_field->selectAll();
     auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(margin, margin, margin, margin);
+    layout->setContentsMargins(fieldMargin, fieldMargin, fieldMargin, fieldMargin);
     layout->addWidget(m_field);
     connect(m_field, &QLineEdit::returnPressed, this, [this] {
         settle([this] {
@@ -53,7 +53,7 @@ FieldWindow::FieldWindow(const QString &title, const QString &initial, const QSt
 }
 
 void FieldWindow::openAt(const QRect &field) {
-    const QSize size(std::max(field.width() + 2 * margin, smallestWidth), sizeHint().height());
+    const QSize size(std::max(field.width() + 2 * fieldMargin, smallestWidth), sizeHint().height());
     setFixedSize(size);
     move(field.center() - QRect(QPoint(), size).center());
     show();

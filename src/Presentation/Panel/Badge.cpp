@@ -16,7 +16,7 @@ constexpr int badgeHeight = 15;
 constexpr int maxTextWidth = 180;
 constexpr double pictureSide = 8;
 constexpr double groundOpacity = 0.14;
-constexpr double cornerRadius = 4;
+constexpr double badgeRadius = 4;
 
 } // namespace
 
@@ -50,7 +50,7 @@ void Badge::paintEvent(QPaintEvent *) {
     } else {
         painter.setPen(Qt::NoPen);
         painter.setBrush(Colors::faded(m_tint, groundOpacity));
-        painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+        painter.drawRoundedRect(rect(), badgeRadius, badgeRadius);
     }
     const QRect inner = rect().adjusted(padding() + pictureSpace(), 0, -padding(), 0);
     painter.setPen(m_tint);

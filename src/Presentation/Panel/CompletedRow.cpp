@@ -63,7 +63,7 @@ void CompletedRow::setRecord(const CompletedRecord &record, const Details &detai
     m_mark->setFrame(mark.frames.first(), mark.color);
     nameLine().setName(record.name);
     nameLine().setRenamable(context().actions.onRenameCommit && !record.cwd.isEmpty());
-    const AgentKind agent = record.agent.value_or(AgentKind::claude);
+    const AgentKind agent = record.agent.value_or(defaultAgentKind);
     m_agent->setAgent(details.showsAgent ? std::optional(agent) : std::nullopt);
     m_digit->setContent(details.badge ? PlatformWords::digitShortcut(*details.badge + 1)
                                       : QString(),

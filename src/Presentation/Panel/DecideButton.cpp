@@ -14,7 +14,7 @@ constexpr int buttonPadding = 14;
 constexpr int digitGap = 7;
 constexpr int imageSide = 9;
 constexpr int imageGap = 5;
-constexpr double cornerRadius = 7;
+constexpr double decideRadius = 7;
 constexpr double restOpacity = 0.14;
 constexpr double hoverOpacity = 0.24;
 constexpr double pressedOpacity = 0.36;
@@ -62,7 +62,7 @@ void DecideButton::paintEvent(QPaintEvent *) {
     const double opacity = isDown() ? pressedOpacity : underMouse() ? hoverOpacity : restOpacity;
     painter.setPen(Qt::NoPen);
     painter.setBrush(Colors::faded(m_tint, opacity));
-    painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+    painter.drawRoundedRect(rect(), decideRadius, decideRadius);
     QRect content = rect().adjusted(buttonPadding, 0, -buttonPadding, 0);
     if (m_digit) {
         painter.setPen(Colors::faded(m_tint, 0.55));

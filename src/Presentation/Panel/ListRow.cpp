@@ -9,7 +9,7 @@ namespace morvane {
 
 namespace {
 
-constexpr double cornerRadius = 9;
+constexpr double rowRadius = 9;
 
 } // namespace
 
@@ -60,7 +60,7 @@ void ListRow::paintEvent(QPaintEvent *) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(isDown() ? Colors::rowPressed : Colors::rowHover);
-    painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+    painter.drawRoundedRect(rect(), rowRadius, rowRadius);
 }
 
 } // namespace morvane

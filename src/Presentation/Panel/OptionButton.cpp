@@ -12,7 +12,7 @@ namespace morvane {
 namespace {
 
 constexpr int maxLines = 3;
-constexpr double cornerRadius = 7;
+constexpr double optionRadius = 7;
 constexpr double restOpacity = 0.09;
 constexpr double hoverOpacity = 0.18;
 constexpr double pressedOpacity = 0.3;
@@ -60,7 +60,7 @@ void OptionButton::paintEvent(QPaintEvent *) {
     const double opacity = isDown() ? pressedOpacity : underMouse() ? hoverOpacity : restOpacity;
     painter.setPen(Qt::NoPen);
     painter.setBrush(Colors::faded(m_accent, opacity));
-    painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+    painter.drawRoundedRect(rect(), optionRadius, optionRadius);
 }
 
 } // namespace morvane

@@ -12,7 +12,7 @@ namespace {
 
 constexpr int frameSide = 20;
 constexpr double imageSide = 10;
-constexpr double cornerRadius = 5;
+constexpr double pencilRadius = 5;
 
 } // namespace
 
@@ -35,7 +35,7 @@ void PencilButton::paintEvent(QPaintEvent *) {
     if (underMouse()) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(Colors::white(isDown() ? 0.2 : 0.12));
-        painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+        painter.drawRoundedRect(rect(), pencilRadius, pencilRadius);
     }
     const double inset = (frameSide - imageSide) / 2;
     morvane::paint(painter, SystemImage::pencil, QRectF(inset, inset, imageSide, imageSide),

@@ -9,22 +9,22 @@
 namespace morvane {
 namespace {
 
-const QString service = "org.kde.StatusNotifierWatcher";
-const QString path = "/StatusNotifierWatcher";
+const QString watcherService = "org.kde.StatusNotifierWatcher";
+const QString watcherPath = "/StatusNotifierWatcher";
 
 /// A watcher of status notifiers that has a host when the test says so.
 class Watcher : public QDBusVirtualObject {
 public:
     explicit Watcher(const QDBusConnection &bus) : m_bus(bus) {
-        m_bus.registerVirtualObject(path, this);
+        m_bus.registerVirtualObject(watcherPath, this);
     }
-    ~Watcher() override { m_bus.unregisterObject(path); }
+    ~Watcher() override { m_bus.unregisterObject(watcherPath); }
 
-    void come() { m_bus.registerService(service); }
-    void go() { m_bus.unregisterService(service); }
+    void come() { m_bus.registerService(watcherService); }
+    void go() { m_bus.unregisterService(watcherService); }
     void setHost(bool hasHost) {
         m_hasHost = hasHost;
-        m_bus.send(QDBusMessage::createSignal(path, service,
+        m_bus.send(QDBusMessage::createSignal(watcherPath, watcherService,
                                               hasHost ? "StatusNotifierHostRegistered"
                                                       : "StatusNotifierHostUnregistered"));
     }

@@ -50,8 +50,6 @@ protected:
 };
 
 constexpr QPoint onTab(500, 35);
-constexpr QPoint onPanelOnly(300, 50);
-constexpr QPoint elsewhere(500, 700);
 
 TEST_F(FloatingPresenterTest, OnCallItComesForAMomentAndStaysWhileSomeoneIsAskedFor) {
     attach(Flavour::onCall);

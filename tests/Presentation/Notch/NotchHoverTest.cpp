@@ -17,13 +17,13 @@ struct Step {
     const char *says = "";
 };
 
-struct Case {
+struct HoverCase {
     const char *what;
     QList<Step> steps;
     bool endsOpen;
 };
 
-const QList<Case> cases{
+const QList<HoverCase> hoverCases{
     {"resting inside opens, once",
      {{0, "in", "0.35"}, {0.2, "in", "0.15"}, {0.35, "in", "open"}, {9, "in"}},
      true},
@@ -145,7 +145,7 @@ QString take(const Step &step, NotchHover &hover) {
 }
 
 TEST(NotchHover, OpensAndClosesByTheTable) {
-    for (const Case &expected : cases) {
+    for (const HoverCase &expected : hoverCases) {
         SCOPED_TRACE(expected.what);
         NotchHover hover;
         for (const Step &step : expected.steps) {

@@ -38,8 +38,6 @@ protected:
 };
 
 constexpr QPoint onNotch(500, 0);
-constexpr QPoint onPanelOnly(300, 50);
-constexpr QPoint elsewhere(500, 700);
 
 TEST_F(NotchPresenterTest, OpensWhereThePointerRestsAndClosesAfterItHasLeft) {
     settings.setShowWhenIdle(true);
