@@ -119,6 +119,10 @@ QString AppController::serverStatus() const {
 
 void AppController::createPresenters() {
     const PanelActions actions{
+        .onDecide = [this](const QString &sessionID,
+                           const AgentDecision &decision) { m_store.decide(sessionID, decision); },
+        .onAnswer = [this](const QString &sessionID, const QString &question,
+                           const QString &option) { m_store.answer(sessionID, question, option); },
         .onSelect = [this](const Session &session) { select(session); },
         .onRenameCommit = [this](const QString &cwd,
                                  const QString &name) { m_store.renameCwd(cwd, name); },
