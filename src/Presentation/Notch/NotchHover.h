@@ -50,7 +50,7 @@ public:
     /// Closes on request; the pointer opens again only after it has been elsewhere.
     void collapse();
 
-    /// The same, and the surface is not wanted until something new happens.
+    /// Closes as `collapse` does, and the surface is not wanted until something new happens.
     void dismiss();
 
     /// Something new has happened.
