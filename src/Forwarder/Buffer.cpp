@@ -7,7 +7,7 @@
 namespace morvane {
 
 bool Buffer::reserve() {
-    constexpr size_t firstCapacity = 64 * 1024;
+    constexpr size_t firstCapacity = 65536;
     if (m_size < m_capacity)
         return true;
     const size_t capacity = m_capacity == 0 ? firstCapacity : 2 * m_capacity;

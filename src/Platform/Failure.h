@@ -21,10 +21,12 @@ struct Failure {
 template <typename Value>
 class [[nodiscard]] Result {
 public:
+    // What is returned is a value, or whatever becomes one.
     template <typename From>
     requires(std::is_convertible_v<From, Value> &&
-             !std::same_as<std::remove_cvref_t<From>, Failure>)
-        // NOLINTNEXTLINE(google-explicit-constructor): a result is returned as what it holds.
+             !std::same_as<std::remove_cvref_t<From>, Failure> &&
+             !std::same_as<std::remove_cvref_t<From>, Result>)
+        // NOLINTNEXTLINE(bugprone-forwarding-reference-overload): copies and moves are left out.
         Result(From &&value)
         : m_outcome(std::in_place_index<0>, std::forward<From>(value)) {}
     Result(Failure failure) : m_outcome(std::in_place_index<1>, std::move(failure)) {}

@@ -13,8 +13,8 @@ using nlohmann::json;
 
 JsonHookTarget::JsonHookTarget(const JsonHooks &place, const AgentAdapter &adapter, HookPlan plan,
                                ForwarderScripts scripts)
-    : m_hooksKey(place.hooksKey), m_settings(place.settingsPath), m_adapter(adapter),
-      m_plan(std::move(plan)), m_scripts(std::move(scripts)) {}
+    : m_hooksKey(place.hooksKey), m_settings(place.settingsPath), m_adapter(adapter), m_plan(plan),
+      m_scripts(std::move(scripts)) {}
 
 /// The scripts come first: hooks that name nothing would be an error in the agent.
 std::optional<Failure> JsonHookTarget::install() const {

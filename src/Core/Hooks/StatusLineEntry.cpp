@@ -21,7 +21,7 @@ json current() {
 /// The value under the feed's key, or null. An empty value is nobody's, and as good as none.
 json valueIn(const json &root, const StatusLineFeed &feed) {
     const json value = root.value(feed.key.toStdString(), json());
-    return value.empty() || value == "" ? json() : value;
+    return value.empty() || value == json("") ? json() : value;
 }
 
 bool isMorvaneStatusLine(const json &value) {

@@ -7,7 +7,7 @@
 namespace morvane {
 
 TomlHookTarget::TomlHookTarget(const QString &path, HookPlan plan, ForwarderScripts scripts)
-    : m_file(path), m_plan(std::move(plan)), m_scripts(std::move(scripts)) {}
+    : m_file(path), m_plan(plan), m_scripts(std::move(scripts)) {}
 
 std::optional<Failure> TomlHookTarget::install() const {
     if (auto failure = m_scripts.writeHookScript()) {

@@ -68,7 +68,7 @@ QByteArrayView bytes(std::string_view text) {
 
 } // namespace
 
-EventServer::EventServer(QString token, std::uint16_t preferredPort, Handlers handlers,
+EventServer::EventServer(const QString &token, std::uint16_t preferredPort, Handlers handlers,
                          Scheduler &main, Scheduler *timers)
     : m_token(token.toUtf8()), m_preferredPort(preferredPort), m_handlers(std::move(handlers)),
       m_main(main), m_timers(timers ? *timers : m_thread),

@@ -47,8 +47,8 @@ public:
 
     /// Nothing listens yet. `main` takes the callbacks to the main thread. `timers` gives the time
     /// limits in place of the server's own thread.
-    EventServer(QString token, std::uint16_t preferredPort, Handlers handlers, Scheduler &main,
-                Scheduler *timers = nullptr);
+    EventServer(const QString &token, std::uint16_t preferredPort, Handlers handlers,
+                Scheduler &main, Scheduler *timers = nullptr);
     ~EventServer();
 
     /// How many connections may be without a whole request at one time; another one closes the

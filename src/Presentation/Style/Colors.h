@@ -7,7 +7,7 @@
 namespace morvane::Colors {
 
 constexpr QColor sRgb(double red, double green, double blue, double opacity = 1) {
-    const auto channel = [](double value) { return static_cast<int>(value * 255 + 0.5); };
+    const auto channel = [](double value) { return qRound(value * 255); };
     return QColor(channel(red), channel(green), channel(blue), channel(opacity));
 }
 
