@@ -9,8 +9,6 @@
 
 #include <QPointer>
 
-#include <algorithm>
-
 namespace morvane {
 
 AppController::AppController(MorvaneSettings &settings, const PlatformServices &platform)
@@ -133,12 +131,7 @@ void AppController::createPresenters() {
         PanelContext{m_store, m_settings, *m_platform.scheduler, *m_platform.motion,
                      InlineEditing::shared(), *m_timeline, actions},
         *m_platform.displays, *m_platform.overlays, *m_platform.pointer);
-    m_presenterManager->onExpandedChanged = [this](bool expanded) { expandedChanged(expanded); };
     m_presenterManager->start();
-}
-
-void AppController::expandedChanged(bool expanded) {
-    m_expandedCount = std::max(0, m_expandedCount + (expanded ? 1 : -1));
 }
 
 /// Coming back to a terminal counts as having seen what finished there.

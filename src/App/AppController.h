@@ -75,7 +75,6 @@ private:
     void readTranscripts();
     void restoreSessions();
     void createPresenters();
-    void expandedChanged(bool expanded);
     void watchTerminals();
 
     void dismissPanels();
@@ -87,7 +86,6 @@ private:
     std::unique_ptr<EventServer> m_server;
     std::unique_ptr<PixelTimeline> m_timeline; ///< outlives the panels
     std::unique_ptr<PresenterManager> m_presenterManager;
-    int m_expandedCount = 0; ///< presenters whose panel is open, never below 0
     bool m_launchAtLogin = false;
     bool m_canFocusWindows = false;
 };

@@ -29,7 +29,7 @@ StatusMenu::StatusMenu(AgentConnections &connections) : m_connections(connection
     addItems();
     m_menu.installEventFilter(this);
     m_agents->installEventFilter(this);
-    connect(&m_menu, &QMenu::aboutToShow, this, &StatusMenu::menuNeedsUpdate);
+    connect(&m_menu, &QMenu::aboutToShow, &m_connections, &AgentConnections::refreshStatus);
     connect(&m_connections, &AgentConnections::statusChanged, this, &StatusMenu::update);
     connect(&m_connections, &AgentConnections::lastErrorChanged, this, &StatusMenu::showFailure);
     update();
@@ -75,12 +75,6 @@ bool StatusMenu::eventFilter(QObject *watched, QEvent *event) {
         }
     }
     return QObject::eventFilter(watched, event);
-}
-
-void StatusMenu::menuNeedsUpdate() {
-    m_connections.refreshStatus();
-    // Which agents are there may have changed where their status has not.
-    update();
 }
 
 void StatusMenu::update() {
@@ -133,15 +127,14 @@ void StatusMenu::showFailure() {
     m_agents->setEnabled(!text.isEmpty() || !m_agentItems.empty());
 }
 
-/// A menu puts the check mark by itself as soon as an item is chosen, so it is set right whatever
-/// came of it.
+/// A menu puts the check mark by itself as soon as an item is chosen; the change of the status that
+/// follows sets it right whatever came of it.
 void StatusMenu::toggleAgent(AgentKind kind) {
     if (m_connections.installedAgents().contains(kind)) {
         m_connections.uninstallHooks(kind);
     } else {
         m_connections.installHooks(kind);
     }
-    update();
 }
 
 } // namespace morvane

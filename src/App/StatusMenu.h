@@ -42,7 +42,6 @@ private:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void addItems();
     void addAgents();
-    void menuNeedsUpdate();
     void update();
     void list(const std::vector<const AgentAdapter *> &offered);
     QAction *makeItem(const AgentAdapter &adapter);

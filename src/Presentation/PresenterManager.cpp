@@ -34,6 +34,11 @@ void PresenterManager::start() {
     });
 }
 
+bool PresenterManager::isAnyExpanded() const {
+    return std::ranges::any_of(m_presenters,
+                               [](const auto &entry) { return entry.second->isExpanded(); });
+}
+
 void PresenterManager::presentPanel() {
     const QList<Display> displays = m_displays.displays();
     if (displays.isEmpty() || m_presenters.empty()) {

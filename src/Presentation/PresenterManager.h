@@ -27,6 +27,9 @@ public:
     /// Told when a panel opens or closes, on whichever display.
     std::function<void(bool)> onExpandedChanged;
 
+    /// Whether any panel is open.
+    bool isAnyExpanded() const;
+
     /// Puts the presenters up; once.
     void start();
 

@@ -2,6 +2,9 @@
 
 #include "Presentation/PanelFixture.h"
 
+#include <QContextMenuEvent>
+#include <QCoreApplication>
+
 namespace morvane {
 namespace {
 
@@ -57,6 +60,9 @@ TEST_F(PresenterManagerTest, EachKindOfDisplayHasItsPresenterForAsLongAsItIsTher
     Display notched = FakeDisplays::notched(1, 0);
     displays.setDisplays(
         {notched, FakeDisplays::builtin(2, 1000), FakeDisplays::external(3, 2000)});
+    QMenu menu;
+    menu.addAction("Open");
+    manager.setContextMenu(&menu);
     manager.start();
     EXPECT_EQ(pointer.users, 1);
     apply(Event::promptSubmit);
@@ -77,6 +83,12 @@ TEST_F(PresenterManagerTest, EachKindOfDisplayHasItsPresenterForAsLongAsItIsTher
     scheduler.advance(Seconds(1));
     EXPECT_EQ(shownOn(), QList<int>({0}));
     EXPECT_EQ(pointer.users, 0);
+
+    // It has the menu that all have.
+    QContextMenuEvent click(QContextMenuEvent::Mouse, {}, {500, 5});
+    QCoreApplication::sendEvent(&overlays.alive.first()->widget(), &click);
+    EXPECT_TRUE(menu.isVisible());
+    menu.close();
 }
 
 TEST_F(PresenterManagerTest, WithoutADisplayOfTheModeARequestDoesNothing) {
@@ -97,15 +109,23 @@ TEST_F(PresenterManagerTest, OpensUnderThePointerOrElseAnywhere) {
     manager.start();
     manager.presentPanel();
     EXPECT_EQ(shownOn(), QList<int>({1000}));
+    displays.setPointer({500, 700});
+    manager.presentPanel();
+    EXPECT_EQ(shownOn().size(), 2);
+    // One of two that closes leaves the other.
+    displays.setDisplays({FakeDisplays::builtin(1, 0)});
+    scheduler.advance(Seconds(1));
+    EXPECT_TRUE(manager.isAnyExpanded());
     manager.collapseAllExpanded();
     scheduler.advance(Seconds(2));
+    EXPECT_FALSE(manager.isAnyExpanded());
     EXPECT_EQ(shownOn(), QList<int>());
 
     settings.setDisplayMode(DisplayTargetMode::builtinOnly);
     scheduler.advance(Seconds(1));
     manager.presentPanel();
     EXPECT_EQ(shownOn(), QList<int>({0}));
-    EXPECT_EQ(expansions, QList<bool>({true, false, true}));
+    EXPECT_EQ(expansions, QList<bool>({true, true, false, false, true}));
 }
 
 TEST_F(PresenterManagerTest, ADisplayThatComesBackStartsAnew) {

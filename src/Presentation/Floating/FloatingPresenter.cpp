@@ -168,7 +168,7 @@ void FloatingPresenter::updateVisibility(Motion motion) {
         if (!window()->isVisible()) {
             showPanel();
         } else if (!isSteady && !m_isFadingIn) {
-            comeDown(m_offset);
+            comeDown();
         }
     } else if (window()->isVisible() && (m_isFadingIn || !fade().isRunning())) {
         hidePanel();
@@ -181,15 +181,15 @@ void FloatingPresenter::showPanel() {
     m_offset = showOffset;
     place();
     window()->show();
-    comeDown(showOffset);
+    comeDown();
 }
 
-void FloatingPresenter::comeDown(double offset) {
+void FloatingPresenter::comeDown() {
     m_isFadingIn = true;
     fadeIn(
         durationOf(showDuration),
-        [this, offset](double eased) {
-            m_offset = offset * (1 - eased);
+        [this, from = m_offset](double eased) {
+            m_offset = from * (1 - eased);
             place();
         },
         [this] { m_isFadingIn = false; });
@@ -207,7 +207,6 @@ void FloatingPresenter::hidePanel() {
             window()->hide();
             m_view->setExpanded(m_capsule.isExpanded());
             window()->setOpacity(1);
-            m_offset = 0;
             followPointer();
         });
 }

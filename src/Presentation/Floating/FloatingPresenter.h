@@ -46,7 +46,7 @@ private:
     void updateVisibility(Motion motion);
     void showPanel();
     void hidePanel();
-    void comeDown(double offset);
+    void comeDown();
     Seconds durationOf(Seconds motion) const;
 
     void layout(Motion motion);

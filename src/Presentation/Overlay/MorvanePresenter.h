@@ -29,6 +29,9 @@ public:
     /// Told when this presenter's panel opens or closes, never the same twice in a row.
     std::function<void(bool)> onExpandedChanged;
 
+    /// What was told last: whether the panel is open.
+    bool isExpanded() const { return m_isExpanded; }
+
     /// What a right click opens; may be absent.
     QPointer<QMenu> contextMenu;
 
@@ -108,7 +111,7 @@ private:
     QPointer<PanelSurface> m_surface; ///< what the window shows
     std::unique_ptr<OverlayWindow> m_window;
     Animation m_fade;
-    bool m_isExpanded = false; ///< what was reported last
+    bool m_isExpanded = false;
     Task m_presentation;
     Task m_updateTask;
 };
