@@ -24,6 +24,9 @@ inline QString nameOf(SessionState state) {
 inline QString nameOf(const AgentDecision &decision) {
     constexpr std::array names{"remember", "answer", "allow", "deny", "ask"};
     QString result = names[static_cast<std::size_t>(decision.kind)];
+    if (decision.kind == AgentDecision::Kind::allowRemembering) {
+        result += decision.scope == AgentDecision::Scope::session ? " session" : " permanent";
+    }
     for (auto entry = decision.answers.begin(); entry != decision.answers.end(); ++entry) {
         result += " " + entry.key() + "=" + entry.value();
     }

@@ -1,10 +1,14 @@
 #include "EndToEnd/ChildProcess.h"
 #include "Support/TemporaryHome.h"
+#include "Support/WaitUntil.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
+#include <csignal>
 #include <memory>
+#include <regex>
+#include <string>
 
 namespace morvane {
 namespace {
@@ -52,10 +56,9 @@ protected:
     QString target() const { return QLatin1String(GetParam().path); }
     QString backup() const { return target() + QLatin1String(".morvane-backup"); }
 
-    /// Runs the install with `fault` at the call of that number; the exit status, or none when it
-    /// was ended. Sets `reached` to whether there was such a call.
-    std::optional<int> install(const TemporaryHome &home, const char *call, const char *fault,
-                               int number) {
+    /// Starts the install with `fault` at the call of that number.
+    static std::unique_ptr<ChildProcess> start(const TemporaryHome &home, const char *call,
+                                               const char *fault, int number) {
         const QString log = home.path("log");
         QProcessEnvironment environment;
         environment.insert("HOME", home.path());
@@ -63,14 +66,21 @@ protected:
         environment.insert("PATH", qEnvironmentVariable("PATH"));
         // Leaks can't be looked for in a traced process.
         environment.insert("ASAN_OPTIONS", "detect_leaks=0");
-        ChildProcess child({"strace", "-f", "-o", log, "-e",
-                            QStringLiteral("trace=%1").arg(QLatin1String(call)), "-e",
-                            QStringLiteral("inject=%1:%2:when=%3")
-                                .arg(QLatin1String(call), QLatin1String(fault))
-                                .arg(number),
-                            INSTALL_AGENT, QLatin1String(GetParam().agent)},
-                           environment);
-        const auto status = child.wait();
+        return std::make_unique<ChildProcess>(
+            QStringList{"strace", "-f", "-o", log, "-e",
+                        QStringLiteral("trace=%1").arg(QLatin1String(call)), "-e",
+                        QStringLiteral("inject=%1:%2:when=%3")
+                            .arg(QLatin1String(call), QLatin1String(fault))
+                            .arg(number),
+                        INSTALL_AGENT, QLatin1String(GetParam().agent)},
+            environment);
+    }
+
+    /// Runs the install with the fault; the exit status, or none when it was ended. Sets `reached`
+    /// to whether there was such a call.
+    std::optional<int> install(const TemporaryHome &home, const char *call, const char *fault,
+                               int number) {
+        const auto status = start(home, call, fault, number)->wait();
         const QByteArray trace = home.read("log");
         reached = trace.contains("(INJECTED)") || trace.contains("killed by");
         return status;
@@ -136,6 +146,36 @@ TEST_P(InstallFaultTest, LeavesTheFileWholeWhateverFails) {
         EXPECT_LE(folder.entryList(QDir::Files | QDir::Hidden).size(), 2);
     };
     EXPECT_GE(disturbEachCall("error=ENOSPC", check), 4);
+}
+
+/// Whenever the agent writes, be it a moment before the file is replaced.
+TEST_P(InstallFaultTest, KeepsWhatIsWrittenWhileItRuns) {
+    const QByteArray theirs = QByteArray(GetParam().before).replace("o", "oo");
+    int stops = 0;
+    for (int number = 1; !HasFailure(); ++number) {
+        SCOPED_TRACE(number);
+        const auto home = newHome();
+        const auto child = start(*home, "fsync", "signal=STOP", number);
+        std::smatch stopped;
+        std::string log;
+        ASSERT_TRUE(waitUntil([&] {
+            log = home->read("log").toStdString();
+            return std::regex_search(log, stopped, std::regex("(\\d+) +--- stopped by")) ||
+                   !child->isRunning();
+        }));
+        if (stopped.empty()) {
+            break;
+        }
+        ++stops;
+        home->write(target(), theirs);
+        ::kill(std::stoi(stopped[1]), SIGCONT);
+        EXPECT_EQ(child->wait(), 0);
+        const bool isPlugin = target().endsWith(QLatin1String(".js"));
+        const QByteArray now = home->read(target());
+        EXPECT_TRUE(isPlugin || (now.contains("oo") && now.contains("hook.sh")))
+            << now.toStdString();
+    }
+    EXPECT_GE(stops, 2);
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -160,13 +160,13 @@ TEST_F(CompletedHistoryTest, OutlivesTheProgram) {
     EXPECT_EQ(history.records(), QList<CompletedRecord>{fullRecord()});
     EXPECT_FALSE(history.summarize("unknown", "x"));
     EXPECT_TRUE(history.summarize(fullRecord().id, "Done."));
+    Defaults third = defaults();
+    EXPECT_EQ(CompletedHistory(third).records().value(0).summary, "Done.");
+
     history.rename("/elsewhere", "Other");
     history.rename(fullRecord().cwd, "Mine");
-
-    Defaults third = defaults();
-    const CompletedRecord record = CompletedHistory(third).records().value(0);
-    EXPECT_EQ(record.summary, "Done.");
-    EXPECT_EQ(record.name, "Mine");
+    Defaults fourth = defaults();
+    EXPECT_EQ(CompletedHistory(fourth).records().value(0).name, "Mine");
 }
 
 TEST_F(CompletedHistoryTest, LeavesWhatItCannotReadUntilItHasSomethingToSave) {

@@ -195,7 +195,7 @@ TEST(SessionTransition, LeavesASessionAloneThatWaitsForSomethingElse) {
 
 TEST_F(DecisionsTest, ChoosesByTheOrderOfTheButtons) {
     const std::pair<AgentKind, QList<const char *>> cases[] = {
-        {AgentKind::claude, {"d deny", "d allow", "d remember", nullptr}},
+        {AgentKind::claude, {"d deny", "d allow", "d remember session", nullptr}},
         {AgentKind::codex, {"d deny", "d allow", nullptr}},
     };
     for (const auto &[agent, sent] : cases) {

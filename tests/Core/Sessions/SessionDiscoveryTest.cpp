@@ -92,6 +92,8 @@ TEST_F(DiscoveryTest, LooksOnlyForTranscriptsInTheirPlaces) {
     }
     write(".codex/sessions/1/2/3/4/5/c.jsonl", codex);
     home.write(".codex/sessions/folder.jsonl/d.jsonl");
+    write("elsewhere/e.jsonl", codex);
+    ASSERT_TRUE(QFile::link(home.path("elsewhere"), home.path(".codex/sessions/linked")));
     setAge(home.path(".codex/sessions/folder.jsonl"), 1);
     EXPECT_EQ(found(), (QStringList{"f /p", "g /p", "i /q"}));
 }
