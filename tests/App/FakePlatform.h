@@ -7,6 +7,7 @@
 #include "Support/FakeOverlayWindows.h"
 #include "Support/FakePointerMonitor.h"
 #include "Support/ManualPool.h"
+#include "Support/ManualScheduler.h"
 
 namespace morvane {
 
@@ -35,10 +36,10 @@ private:
     }
 };
 
-/// A machine without a screen, on a scheduler of the test's.
-inline PlatformServices fakePlatform(std::unique_ptr<Scheduler> scheduler) {
+/// A machine without a screen.
+inline PlatformServices fakePlatform() {
     PlatformServices result;
-    result.scheduler = std::move(scheduler);
+    result.scheduler = std::make_unique<ManualScheduler>();
     result.background = std::make_unique<ManualPool>();
     result.applications = std::make_unique<NoApplications>();
     result.loginItem = std::make_unique<FakeLoginItem>();

@@ -1,22 +1,17 @@
 #include "App/StatusItem.h"
 
-#include "App/FakeStatusItemHost.h"
-#include "Core/Sessions/SessionStore.h"
-#include "Core/Settings/Defaults.h"
-#include "Core/Settings/MorvaneSettings.h"
+#include "App/AppFixture.h"
 #include "Support/EventBuilder.h"
-#include "Support/ManualScheduler.h"
 
 #include <QMenu>
 #include <QSet>
 #include <QSystemTrayIcon>
-#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 namespace morvane {
 namespace {
 
-class StatusItemTest : public testing::Test {
+class StatusItemTest : public ControllerFixture {
 protected:
     void apply(CanonicalEvent kind, const char *session) {
         store.apply(EventBuilder(kind).in(QLatin1String(session)));
@@ -27,15 +22,6 @@ protected:
     QColor color() const { return shown()->icon().pixmap(22, 16).toImage().pixelColor(11, 9); }
     qint64 picture() const { return shown()->icon().cacheKey(); }
 
-    QTemporaryDir folder;
-    Defaults defaults{folder.path(), "test"};
-    MorvaneSettings settings{defaults};
-    ManualScheduler scheduler;
-    SessionStore store{settings,
-                       {[](const auto &) { return std::nullopt; },
-                        [](const auto &) { return std::nullopt; },
-                        [](const auto &, const auto &) { return std::nullopt; }},
-                       scheduler};
     FakeStatusItemHost host;
     QMenu menu;
     StatusItem item{store, settings, host, menu};

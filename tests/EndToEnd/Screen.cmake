@@ -12,6 +12,7 @@ target_link_libraries(end_to_end_support
 
 add_executable(screen_tests
   NotchScreenTest.cpp
+  OnScreen.h
   ProgramOnScreen.h
   ScreenTest.cpp
   TrayHost.cpp TrayHost.h

@@ -4,7 +4,6 @@
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
-#include <QtEndian>
 
 namespace morvane {
 
@@ -53,31 +52,9 @@ TrayHost::~TrayHost() {
 
 void TrayHost::RegisterStatusNotifierItem(const QString &service) {
     m_item = service;
-    m_bus.connect(m_item, itemPath, itemInterface, "NewIcon", this, SLOT(iconChanged()));
     for (const char *signal : {"LayoutUpdated", "ItemsPropertiesUpdated"}) {
         m_bus.connect(m_item, {}, menuInterface, signal, this, SLOT(menuChanged()));
     }
-}
-
-/// Every picture is read to its end, or the rest of the argument would leak.
-std::uint32_t TrayHost::iconColor() const {
-    std::uint32_t result = 0;
-    const auto pixmaps = property("IconPixmap").value<QDBusArgument>();
-    pixmaps.beginArray();
-    while (!pixmaps.atEnd()) {
-        int width = 0;
-        int height = 0;
-        QByteArray pixels;
-        pixmaps.beginStructure();
-        pixmaps >> width >> height >> pixels;
-        pixmaps.endStructure();
-        for (qsizetype offset = 0; result == 0 && offset + 4 <= pixels.size(); offset += 4) {
-            const auto pixel = qFromBigEndian<quint32>(pixels.constData() + offset);
-            result = pixel >> 24 == 0xff ? pixel : 0;
-        }
-    }
-    pixmaps.endArray();
-    return result;
 }
 
 void TrayHost::openMenu() const {
@@ -112,14 +89,12 @@ QVariant TrayHost::ask(const QString &path, const QString &interface, const QStr
     return m_bus.call(message, QDBus::BlockWithGui).arguments().value(result);
 }
 
-QVariant TrayHost::property(const QString &name) const {
-    return ask(itemPath, "org.freedesktop.DBus.Properties", "Get", {itemInterface, name})
-        .value<QDBusVariant>()
-        .variant();
-}
-
 QString TrayHost::menuPath() const {
-    return property("Menu").value<QDBusObjectPath>().path();
+    return ask(itemPath, "org.freedesktop.DBus.Properties", "Get", {itemInterface, "Menu"})
+        .value<QDBusVariant>()
+        .variant()
+        .value<QDBusObjectPath>()
+        .path();
 }
 
 QList<TrayHost::MenuItem> TrayHost::menuItems() const {

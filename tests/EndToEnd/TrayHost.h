@@ -6,7 +6,6 @@
 #include <QStringList>
 #include <QVariantMap>
 
-#include <cstdint>
 #include <memory>
 #include <optional>
 
@@ -32,12 +31,6 @@ public:
     int protocolVersion() const { return 0; }
     QStringList items() const { return m_item.isEmpty() ? QStringList() : QStringList{m_item}; }
 
-    /// The colour of the icon, opaque; 0 where there is no icon.
-    std::uint32_t iconColor() const;
-
-    /// How often another icon was announced.
-    int iconChanges() const { return m_iconChanges; }
-
     /// Tells the program that its menu opens.
     void openMenu() const;
 
@@ -58,7 +51,6 @@ signals:
     void StatusNotifierHostRegistered(); // NOLINT: the name is the bus's
 
 private slots:
-    void iconChanged() { ++m_iconChanges; }
     void menuChanged() { ++m_menuChanges; }
 
 private:
@@ -73,14 +65,12 @@ private:
 
     QVariant ask(const QString &path, const QString &interface, const QString &method,
                  const QVariantList &arguments, qsizetype result = 0) const;
-    QVariant property(const QString &name) const;
     QString menuPath() const;
     QList<MenuItem> menuItems() const;
     static void read(const QDBusArgument &layout, int depth, QList<MenuItem> &into);
 
     QDBusConnection m_bus;
     QString m_item; ///< the service of the item
-    int m_iconChanges = 0;
     int m_menuChanges = 0;
 };
 

@@ -15,7 +15,11 @@
 #include "Support/Printing.h"
 
 #include <QTemporaryDir>
+#include <QWidget>
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <utility>
 
 namespace morvane {
 
@@ -23,10 +27,6 @@ namespace morvane {
 class PanelFixture : public testing::Test {
 protected:
     using Event = CanonicalEvent;
-
-    // Places of the pointer, on the display that the tests attach a presenter to.
-    static constexpr QPoint onPanelOnly{300, 50};
-    static constexpr QPoint elsewhere{500, 700};
 
     void apply(const HookEvent &event) { store.apply(event); }
     void apply(CanonicalEvent kind, const QString &sessionID = "s") {
@@ -41,6 +41,27 @@ protected:
         const int before = scheduler.timersStarted;
         scheduler.advance(length);
         return scheduler.timersStarted - before;
+    }
+
+    /// The widgets of a kind that are on show in another, from top to bottom and from left to
+    /// right.
+    template <typename Widget>
+    static QList<Widget *> shownIn(const QWidget &parent) {
+        QList<Widget *> result = parent.findChildren<Widget *>();
+        result.removeIf([](const QWidget *widget) { return !widget->isVisible(); });
+        std::ranges::sort(result, {}, [&](const QWidget *widget) {
+            const QPoint place = widget->mapTo(&parent, QPoint());
+            return std::pair(place.y(), place.x());
+        });
+        return result;
+    }
+    template <typename Widget>
+    static QStringList textsIn(const QWidget &parent) {
+        QStringList result;
+        for (const Widget *widget : shownIn<Widget>(parent)) {
+            result.append(widget->text());
+        }
+        return result;
     }
 
     static SessionSurroundings noSurroundings() {

@@ -108,20 +108,5 @@ TEST_F(PresenterManagerTest, OpensUnderThePointerOrElseAnywhere) {
     EXPECT_EQ(expansions, QList<bool>({true, false, true}));
 }
 
-TEST_F(PresenterManagerTest, ADisplayThatComesBackStartsAnew) {
-    displays.setDisplays({FakeDisplays::external(1, 0)});
-    manager.start();
-    manager.presentPanel();
-    displays.setDisplays({});
-    scheduler.advance(Seconds(1));
-    EXPECT_EQ(overlays.alive.size(), 0);
-    EXPECT_EQ(expansions, QList<bool>({true, false}));
-
-    displays.setDisplays({FakeDisplays::external(1, 0)});
-    scheduler.advance(Seconds(1));
-    EXPECT_EQ(overlays.alive.size(), 1);
-    EXPECT_EQ(shownOn(), QList<int>());
-}
-
 } // namespace
 } // namespace morvane

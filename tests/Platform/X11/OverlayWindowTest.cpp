@@ -1,15 +1,12 @@
-#include "EndToEnd/ProgramHome.h"
-#include "EndToEnd/VirtualDisplay.h"
+#include "EndToEnd/OnScreen.h"
 #include "Platform/Linux/X11/ActiveWindow.h"
 #include "Platform/Linux/X11/ScreenDisplays.h"
 #include "Platform/Linux/X11/X11Connection.h"
 #include "Platform/Linux/X11/X11OverlayWindows.h"
 #include "Platform/Linux/X11/XcbReply.h"
 #include "Support/Printing.h"
-#include "Support/WaitUntil.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPainterPath>
@@ -24,25 +21,16 @@ namespace morvane {
 namespace {
 
 constexpr QRect overlayFrame(490, 0, 300, 100);
-constexpr const char *terminalTitle = "terminal";
 
 /// An overlay with a text field on it, above a terminal that has the keyboard, under a window
 /// manager.
-class OverlayTest : public testing::Test {
+class OverlayTest : public OnScreen {
 protected:
     explicit OverlayTest(const WindowManager &manager = WindowManager::openbox)
-        : manager(manager) {}
+        : OnScreen(manager) {}
 
-    void SetUp() override {
-        const QStringList missing = VirtualDisplay::missingPrograms(manager);
-        if (!missing.isEmpty()) {
-            GTEST_SKIP() << "These programs are needed and not installed: "
-                         << missing.join(QStringLiteral(", ")).toStdString();
-        }
-        display = std::make_unique<VirtualDisplay>(home.environment(), manager);
-        ASSERT_TRUE(display->isUp());
-        terminal = startTerminal(terminalTitle);
-        ASSERT_TRUE(display->bringToFront(terminalTitle));
+    void startAll() override {
+        ASSERT_NO_FATAL_FAILURE(startTerminal());
         for (const QString &name : display->environment().keys()) {
             qputenv(name.toUtf8(), display->environment().value(name).toUtf8());
         }
@@ -78,13 +66,6 @@ protected:
         application.reset();
     }
 
-    std::unique_ptr<ChildProcess> startTerminal(const char *title) const {
-        return std::make_unique<ChildProcess>(QStringList{"xterm", "-title", title, "-e", "sh",
-                                                          "-c", "stty raw -echo; exec cat >\"$0\"",
-                                                          home.path(title)},
-                                              display->environment());
-    }
-
     /// Waits while our own windows live.
     template <typename Condition>
     static bool eventually(Condition condition) {
@@ -101,14 +82,6 @@ protected:
         const auto typing = display->type(QLatin1String(text));
         eventually([&] { return !typing->isRunning(); });
     }
-
-    QByteArray received() const {
-        QFile file(home.path(terminalTitle));
-        file.open(QIODevice::ReadOnly);
-        return file.readAll();
-    }
-
-    bool terminalHasKeyboard() const { return display->focusedTitle() == terminalTitle; }
 
     /// Nothing that can be seen lies above the overlay.
     bool isOnTop() const {
@@ -136,10 +109,6 @@ protected:
                    : testing::AssertionFailure() << "the field did not get the keyboard";
     }
 
-    const WindowManager manager;
-    ProgramHome home;
-    std::unique_ptr<VirtualDisplay> display;
-    std::unique_ptr<ChildProcess> terminal;
     char name[6] = "tests";
     char *arguments[2] = {name, nullptr};
     int argumentCount = 1;
@@ -191,7 +160,7 @@ TEST_P(OverlayWindowTest, LeavesTheKeyboardWhereThePersonHasPutItInTheMeantime) 
     EXPECT_TRUE(eventually([this] { return !field->hasFocus() && terminalHasKeyboard(); }));
 
     ASSERT_TRUE(takeKeyboard());
-    const auto other = startTerminal("other");
+    const auto other = openTerminal("other");
     ASSERT_TRUE(eventually([this] { return QFile::exists(home.path("other")); }));
     display->run({"xdotool", "search", "--name", "^other$", "windowactivate"});
     EXPECT_TRUE(eventually([this] { return display->focusedTitle() == "other"; }));
@@ -203,7 +172,7 @@ TEST_P(OverlayWindowTest, LeavesTheKeyboardWhereThePersonHasPutItInTheMeantime) 
 }
 
 TEST_P(OverlayWindowTest, StaysAboveOnEveryDesktopAndTakesNoFocus) {
-    const auto other = startTerminal("other");
+    const auto other = openTerminal("other");
     ASSERT_TRUE(eventually([this] { return display->focusedTitle() == "other"; }));
     EXPECT_TRUE(eventually([this] { return isOnTop(); }));
     display->press("alt+Return");
@@ -265,9 +234,7 @@ TEST_F(OverlayOnMonitorsTest, AFullscreenProgramOnAnotherMonitorHidesNothing) {
     display->setMonitor("RIGHT", {640, 0, 640, 800});
     ASSERT_TRUE(eventually([] { return QGuiApplication::screens().size() == 2; }));
     display->movePointer({900, 700});
-    const auto film = std::make_unique<ChildProcess>(
-        QStringList{"xterm", "-title", "film", "-fullscreen", "-geometry", "+700+100"},
-        display->environment());
+    const auto film = openTerminal("film", {"-fullscreen", "-geometry", "+700+100"});
     overlay->setGeometry({800, 0, 300, 100}, OverlayWindow::Anchor::topCenter);
     EXPECT_TRUE(eventually([this] { return !panel->isVisible(); }));
     overlay->setGeometry({100, 0, 300, 100}, OverlayWindow::Anchor::topCenter);
@@ -282,7 +249,7 @@ TEST_F(OverlayOnMonitorsTest, AFullscreenProgramOnAnotherMonitorHidesNothing) {
     EXPECT_FALSE(panel->isVisible());
 }
 
-TEST_F(OverlayTest, ABarTakesFromTheWorkAreaOfItsOwnMonitor) {
+TEST_F(OverlayTest, ABarTakesFromTheWorkAreaOfItsOwnMonitorWhichMayMove) {
     const ScreenDisplays displays(*x11);
     display->setMonitor("LEFT", {0, 0, 640, 800});
     display->setMonitor("RIGHT", {640, 0, 640, 800});
@@ -300,6 +267,11 @@ TEST_F(OverlayTest, ABarTakesFromTheWorkAreaOfItsOwnMonitor) {
     EXPECT_TRUE(eventually(
         [&] { return displays.displays().value(1).visibleFrame == QRect(640, 40, 640, 760); }));
     EXPECT_EQ(displays.displays().value(0).visibleFrame, QRect(0, 0, 640, 800));
+
+    display->removeMonitor("RIGHT");
+    display->setMonitor("RIGHT", {640, 200, 400, 600});
+    EXPECT_TRUE(eventually(
+        [&] { return displays.displays().value(1).frame == QRect(640, 200, 400, 600); }));
 }
 
 TEST_F(OverlayTest, WithoutAnOutputThereIsNoDisplay) {

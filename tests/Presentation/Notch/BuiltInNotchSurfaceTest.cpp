@@ -52,13 +52,6 @@ TEST_F(BuiltInNotchSurfaceTest, GrowsOutOfTheNotchAndBackAndThenRests) {
     EXPECT_EQ(ticksWithin(Seconds(20)), 0);
 }
 
-TEST_F(BuiltInNotchSurfaceTest, IsThereAtOnceWhereNothingShallMove) {
-    surface.setMode(Mode::expanded, Motion::atOnce);
-    EXPECT_EQ(surface.visibleRect().width(), 550);
-    EXPECT_EQ(surface.visibleRect().height(), surface.shape().boundingRect().height());
-    EXPECT_EQ(ticksWithin(Seconds(20)), 0);
-}
-
 TEST_F(BuiltInNotchSurfaceTest, IsBlackOnNothing) {
     EXPECT_EQ(picture().pixelColor(335, 16), QColor(Qt::black));
     for (const QPoint beside : {QPoint(130, 5), QPoint(141, 20), QPoint(335, 40)}) {
