@@ -8,7 +8,6 @@
 #include "Presentation/Overlay/InlineEditing.h"
 
 #include <QPointer>
-#include <QSet>
 
 #include <algorithm>
 
@@ -80,8 +79,7 @@ std::unique_ptr<EventServer> AppController::makeServer() {
 void AppController::startServer() {
     auto server = makeServer();
     if (const auto failure = server->start()) {
-        m_connections.setLastError(QLatin1String("Event server failed to start: ") +
-                                   failure->message);
+        m_connections.setLastError(tr("Event server failed to start: %1").arg(failure->message));
         return;
     }
     m_server = std::move(server);
@@ -113,12 +111,16 @@ void AppController::restoreSessions() {
 }
 
 QString AppController::serverStatus() const {
-    return m_server ? QStringLiteral("listening on 127.0.0.1:%1").arg(m_server->boundPort())
-                    : QStringLiteral("not running");
+    return m_server ? tr("listening on 127.0.0.1:%1").arg(m_server->boundPort())
+                    : tr("not running");
 }
 
 void AppController::createPresenters() {
     const PanelActions actions{
+        .onDecide = [this](const QString &sessionID,
+                           const AgentDecision &decision) { m_store.decide(sessionID, decision); },
+        .onAnswer = [this](const QString &sessionID, const QString &question,
+                           const QString &option) { m_store.answer(sessionID, question, option); },
         .onSelect = [this](const Session &session) { select(session); },
         .onRenameCommit = [this](const QString &cwd,
                                  const QString &name) { m_store.renameCwd(cwd, name); },
@@ -161,8 +163,7 @@ void AppController::setApprovalsEnabled(bool enabled) {
 void AppController::setLaunchAtLogin(bool enabled) {
     LoginItem &item = *m_platform.loginItem;
     if (const auto failure = enabled ? item.registerItem() : item.unregisterItem()) {
-        m_connections.setLastError(QLatin1String("Launch-at-login change failed: ") +
-                                   failure->message);
+        m_connections.setLastError(tr("Launch-at-login change failed: %1").arg(failure->message));
     }
     m_connections.refreshStatus();
 }
@@ -186,16 +187,14 @@ void AppController::dismissPanels() {
 QString AppController::removeEverything() {
     QStringList report = m_connections.removeAll();
     if (m_platform.loginItem->isEnabled()) {
-        const QString name = QStringLiteral("login item");
+        const QString name = tr("login item");
         const auto failure = m_platform.loginItem->unregisterItem();
-        report
-            << (failure
-                    ? QStringLiteral("⚠︎ could not remove %1: %2").arg(name, failure->message)
-                    : name);
+        report << (failure ? tr("⚠︎ could not remove %1: %2").arg(name, failure->message)
+                           : name);
     }
     m_store.forgetHistory();
     m_settings.removeStored();
-    report << QStringLiteral("preferences and session history");
+    report << tr("preferences and session history");
     m_connections.refreshStatus();
     return report.join(QStringLiteral("\n• "));
 }

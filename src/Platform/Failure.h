@@ -9,7 +9,7 @@
 
 namespace morvane {
 
-/// Why an operation failed, in one English sentence or phrase for a person.
+/// Why an operation failed, in one sentence or phrase for a person.
 struct Failure {
     QString message;
 

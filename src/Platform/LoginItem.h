@@ -20,7 +20,7 @@ public:
     /// Has the program started at every login from now on, from where it runs at this moment.
     [[nodiscard]] virtual std::optional<Failure> registerItem() = 0;
 
-    /// The reverse; nothing to do is no failure.
+    /// Has the program started at no login from now on. Nothing to do is no failure.
     [[nodiscard]] virtual std::optional<Failure> unregisterItem() = 0;
 };
 

@@ -28,6 +28,16 @@ class PanelFixture : public testing::Test {
 protected:
     using Event = CanonicalEvent;
 
+    PanelFixture() {
+        context.actions.onDecide = [this](const QString &sessionID, const AgentDecision &decision) {
+            store.decide(sessionID, decision);
+        };
+        context.actions.onAnswer = [this](const QString &sessionID, const QString &question,
+                                          const QString &option) {
+            store.answer(sessionID, question, option);
+        };
+    }
+
     void apply(const HookEvent &event) { store.apply(event); }
     void apply(CanonicalEvent kind, const QString &sessionID = "s") {
         store.apply(EventBuilder(kind).in(sessionID));

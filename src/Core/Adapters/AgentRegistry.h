@@ -2,8 +2,6 @@
 
 #include "Core/Agents/AgentKind.h"
 
-#include <QString>
-
 #include <span>
 #include <vector>
 

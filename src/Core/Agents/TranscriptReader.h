@@ -23,7 +23,7 @@ using TakeLine = void (*)(const JsonObject &line, TranscriptInfo &info);
 /// What the last 262144 bytes of the file tell. Empty for a file that can't be read.
 TranscriptInfo readTail(const QString &path, TakeLine takeLine);
 
-/// The same of text that has been read already; empty when it isn't UTF-8.
+/// What these lines tell, the newest of which is the last. Empty when they aren't UTF-8.
 TranscriptInfo newestFirst(QByteArrayView lines, TakeLine takeLine);
 
 /// Whose session a line tells the transcript to be, if it does.

@@ -31,7 +31,7 @@ void syncFolder(const QString &path) {
 } // namespace
 
 Failure cannotWrite(const QString &path, const Failure &why) {
-    return {QStringLiteral("%1 could not be written: %2").arg(path, why.message)};
+    return {WholeFile::tr("%1 could not be written: %2").arg(path, why.message)};
 }
 
 /// 0, or the error. Not everyone may give a file away, so it is only tried where it is needed.
@@ -50,7 +50,7 @@ std::optional<Failure> WholeFile::fill(const QByteArray &content) {
         return Failure{m_file.errorString()};
     }
     if (const int error = m_owner ? applyOwner() : 0) {
-        return Failure{QStringLiteral("its owner can't be kept: ") + because(error).message};
+        return Failure{tr("its owner can't be kept: %1").arg(because(error).message)};
     }
     if (m_mode && ::fchmod(m_file.handle(), *m_mode) != 0) {
         return because(errno);

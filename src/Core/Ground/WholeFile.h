@@ -2,6 +2,7 @@
 
 #include "Platform/Failure.h"
 
+#include <QCoreApplication>
 #include <QSaveFile>
 
 #include <optional>
@@ -13,6 +14,8 @@ namespace morvane {
 /// temporary file beside it, synced, renamed. Nothing happens to the file before `commit`. Failures
 /// are the system's reasons, without the file's name. Synchronous; any thread.
 class WholeFile {
+    Q_DECLARE_TR_FUNCTIONS(WholeFile)
+
 public:
     explicit WholeFile(const QString &path) : m_file(path) {}
 

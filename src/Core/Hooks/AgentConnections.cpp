@@ -27,8 +27,8 @@ std::vector<const AgentAdapter *> agentsWhere(const auto &predicate) {
 constexpr QLatin1String scriptFolderName("~/.morvane");
 
 QString couldNotRemove(const QString &what, const QString &why) {
-    const QString item = QStringLiteral("⚠︎ could not remove ") + what;
-    return why.isEmpty() ? item : item + QLatin1String(": ") + why;
+    return why.isEmpty() ? AgentConnections::tr("⚠︎ could not remove %1").arg(what)
+                         : AgentConnections::tr("⚠︎ could not remove %1: %2").arg(what, why);
 }
 
 /// None when there is nothing to remove.
@@ -102,23 +102,22 @@ bool AgentConnections::hasDecidableAgent() const {
 }
 
 void AgentConnections::installHooks(AgentKind kind) {
-    perform(kind, "connect", &HookInstaller::install);
+    perform(kind, tr("%1 connect failed: %2"), &HookInstaller::install);
 }
 
 void AgentConnections::uninstallHooks(AgentKind kind) {
-    perform(kind, "disconnect", &HookInstaller::uninstall);
+    perform(kind, tr("%1 disconnect failed: %2"), &HookInstaller::uninstall);
 }
 
 void AgentConnections::repairHooks(AgentKind kind) {
-    perform(kind, "repair", &HookInstaller::install);
+    perform(kind, tr("%1 repair failed: %2"), &HookInstaller::install);
 }
 
-void AgentConnections::perform(AgentKind kind, const char *action,
+void AgentConnections::perform(AgentKind kind, const QString &failed,
                                std::optional<Failure> (HookInstaller::*operation)() const) {
     const HookInstaller installer = makeInstaller(AgentRegistry::adapter(kind));
     if (const auto failure = (installer.*operation)()) {
-        setLastError(QStringLiteral("%1 %2 failed: %3")
-                         .arg(displayName(kind), QLatin1String(action), failure->message));
+        setLastError(failed.arg(displayName(kind), failure->message));
     } else {
         setLastError(std::nullopt);
     }
@@ -130,7 +129,7 @@ void AgentConnections::setNotificationsSuppressed(bool suppressed) {
     emit statusChanged();
     for (const AgentAdapter *adapter : mutableAgents()) {
         if (const auto failure = makeInstaller(*adapter).setNotificationsSuppressed(suppressed)) {
-            setLastError(QStringLiteral("Updating %1's settings failed: %2")
+            setLastError(tr("Updating %1's settings failed: %2")
                              .arg(displayName(adapter->kind()), failure->message));
         }
     }
@@ -143,7 +142,7 @@ void AgentConnections::renewDecidable() {
             continue;
         }
         if (const auto failure = makeInstaller(*adapter).install()) {
-            setLastError(QStringLiteral("Couldn't update %1's hooks: %2")
+            setLastError(tr("Couldn't update %1's hooks: %2")
                              .arg(displayName(adapter->kind()), failure->message));
             m_settings.setApprovalsEnabled(false);
         }
@@ -213,14 +212,14 @@ QStringList AgentConnections::removeAll() {
     QStringList report;
     bool isStillCalled = false;
     for (const AgentAdapter *adapter : connectedAgents()) {
-        const QString name = displayName(adapter->kind()) + QLatin1String(" hooks");
+        const QString name = tr("%1 hooks").arg(displayName(adapter->kind()));
         const auto failure = makeInstaller(*adapter).uninstall();
         isStillCalled = isStillCalled || failure;
         report << (failure ? couldNotRemove(name, failure->message) : name);
     }
     if (isStillCalled) {
         // Each of the hooks that are left would be an error in its agent.
-        report << couldNotRemove(scriptFolderName, QStringLiteral("hooks that are left call it"));
+        report << couldNotRemove(scriptFolderName, tr("hooks that are left call it"));
     } else if (const auto item = removeScriptFolder()) {
         report << *item;
     }

@@ -90,7 +90,8 @@ signals:
 private:
     HookInstaller makeInstaller(const AgentAdapter &adapter) const;
     std::vector<const AgentAdapter *> connectedAgents() const;
-    void perform(AgentKind kind, const char *action,
+    /// `failed` is the sentence for a failure, of the agent's name and the reason.
+    void perform(AgentKind kind, const QString &failed,
                  std::optional<Failure> (HookInstaller::*operation)() const);
     void scheduleNewAgentCheck();
     void checkForNewAgents();

@@ -21,7 +21,7 @@ Result<std::optional<AgentSettingsChange>> changed(json root, const AgentJsonFil
     }
     const QByteArray text = LenientJson::write(root);
     if (LenientJson::parse(text) != root) {
-        return Failure{QStringLiteral("the settings would not be valid JSON any more")};
+        return Failure{AgentJsonFile::tr("the settings would not be valid JSON any more")};
     }
     return AgentSettingsChange{.content = text};
 }

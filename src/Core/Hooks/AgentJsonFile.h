@@ -2,6 +2,7 @@
 
 #include "Core/Hooks/AgentSettingsFile.h"
 
+#include <QCoreApplication>
 #include <nlohmann/json_fwd.hpp>
 
 #include <functional>
@@ -10,6 +11,8 @@ namespace morvane {
 
 /// An agent's JSON settings file as a tree. Synchronous; any thread, but no two on one file.
 class AgentJsonFile {
+    Q_DECLARE_TR_FUNCTIONS(AgentJsonFile)
+
 public:
     explicit AgentJsonFile(const QString &path) : m_file(path) {}
 

@@ -58,8 +58,8 @@ std::optional<Failure> writeWhole(const QString &path, const QByteArray &content
     return file.write(content);
 }
 
-Failure cannot(const char *what, const QString &path, const QString &why) {
-    return {QStringLiteral("%1 could not be %2: %3").arg(path, QLatin1String(what), why)};
+Failure cannotRead(const QString &path, const QString &why) {
+    return {AgentSettingsFile::tr("%1 could not be read: %2").arg(path, why)};
 }
 
 } // namespace
@@ -104,7 +104,7 @@ std::optional<Failure> AgentSettingsFile::rewrite(const Edit &edit) const {
             return std::nullopt;
         }
     }
-    return cannot("written", m_path, QStringLiteral("another program keeps changing it"));
+    return cannotWrite(m_path, {tr("another program keeps changing it")});
 }
 
 Result<AgentSettingsFile::Outcome>
@@ -116,19 +116,19 @@ AgentSettingsFile::replace(const std::optional<QByteArray> &before,
         return Outcome::overtaken;
     }
     if (QFileInfo(target).isSymbolicLink()) {
-        return cannot("read", m_path, reason(ELOOP));
+        return cannotRead(m_path, reason(ELOOP));
     }
     if (status && !before) {
-        return cannot("read", m_path, reason(S_ISREG(status->st_mode) ? EACCES : EINVAL));
+        return cannotRead(m_path, reason(S_ISREG(status->st_mode) ? EACCES : EINVAL));
     }
     if (status && (status->st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) {
         // Whoever made it so wants it to stay as it is.
-        return cannot("written", m_path, QStringLiteral("it is read-only"));
+        return cannotWrite(m_path, {tr("it is read-only")});
     }
     if (before) {
         for (const QString &copy : copies(change)) {
             if (const auto failure = writeWhole(copy, *before, status)) {
-                return cannot("backed up", m_path, failure->message);
+                return Failure{tr("%1 could not be backed up: %2").arg(m_path, failure->message)};
             }
         }
     }
@@ -143,7 +143,7 @@ AgentSettingsFile::replace(const std::optional<QByteArray> &before,
         failure = file.commit();
     }
     if (failure) {
-        return cannot("written", m_path, failure->message);
+        return cannotWrite(m_path, *failure);
     }
     return readBack(target, before, change.content);
 }
@@ -174,7 +174,7 @@ AgentSettingsFile::readBack(const QString &target, const std::optional<QByteArra
     if (before) {
         std::ignore = writeWhole(target, *before, statusOf(target));
     }
-    return cannot("read", m_path, QStringLiteral("it is not what was written"));
+    return cannotRead(m_path, tr("it is not what was written"));
 }
 
 } // namespace morvane

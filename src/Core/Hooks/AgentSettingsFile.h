@@ -3,6 +3,7 @@
 #include "Platform/Failure.h"
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QStringList>
 
 #include <functional>
@@ -27,6 +28,8 @@ struct AgentSettingsChange {
 /// A symbolic link stays one and its target is rewritten; mode and owner survive. Synchronous; any
 /// thread, but no two on one file.
 class AgentSettingsFile {
+    Q_DECLARE_TR_FUNCTIONS(AgentSettingsFile)
+
 public:
     explicit AgentSettingsFile(QString path);
 

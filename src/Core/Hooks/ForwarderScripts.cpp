@@ -30,7 +30,7 @@ bool isExecutable(const QString &name) {
 std::optional<Failure> makeScriptFolder() {
     const QString folder = ForwarderScripts::folder();
     if (!QDir().mkpath(folder)) {
-        return Failure{QStringLiteral("%1 could not be created").arg(folder)};
+        return Failure{ForwarderScripts::tr("%1 could not be created").arg(folder)};
     }
     QFile::setPermissions(folder, folderMode);
     return std::nullopt;
@@ -57,7 +57,7 @@ std::optional<QByteArray> contentOf(const QString &path) {
 std::optional<Failure> writeForwarder() {
     const auto client = contentOf(QStringLiteral(":/templates/forwarder"));
     if (!client) {
-        return Failure{QStringLiteral("forwarder missing from bundle")};
+        return Failure{ForwarderScripts::tr("forwarder missing from bundle")};
     }
     const QString name = QStringLiteral("forwarder");
     const bool isCurrent = isExecutable(name) && contentOf(pathOf(name)) == client;
@@ -103,7 +103,7 @@ void ForwarderScripts::removeStatusLineScript() {
 Result<QString> ForwarderScripts::renderTemplate(const QString &name) const {
     const auto content = contentOf(QStringLiteral(":/templates/%1.template").arg(name));
     if (!content) {
-        return Failure{name + QLatin1String(".template missing from bundle")};
+        return Failure{tr("%1.template missing from bundle").arg(name)};
     }
     QString text = QString::fromUtf8(*content);
     text.replace(QLatin1String("__PORT__"), QString::number(m_port));

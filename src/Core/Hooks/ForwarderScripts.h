@@ -2,6 +2,7 @@
 
 #include "Platform/Failure.h"
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <cstdint>
@@ -12,6 +13,8 @@ namespace morvane {
 /// What the agents run to reach the event server: scripts made of templates, and the client that
 /// they prefer to curl. A value; synchronous, main thread.
 class ForwarderScripts {
+    Q_DECLARE_TR_FUNCTIONS(ForwarderScripts)
+
 public:
     /// `port` is the port that the server really has.
     ForwarderScripts(QString token, std::uint16_t port);

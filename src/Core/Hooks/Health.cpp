@@ -5,16 +5,16 @@ namespace morvane {
 QStringList Health::issues() const {
     QStringList result;
     if (!settingsReadable) {
-        result << QStringLiteral("settings file missing or unreadable");
+        result << tr("settings file missing or unreadable");
     }
     if (hooksPresent && !scriptExecutable) {
-        result << QStringLiteral("forwarder script missing");
+        result << tr("forwarder script missing");
     }
     if (hooksPresent && !entriesCurrent) {
-        result << QStringLiteral("hook entries out of date");
+        result << tr("hook entries out of date");
     }
     if (statusLine == StatusLineHealth::scriptMissing) {
-        result << QStringLiteral("statusline script missing");
+        result << tr("statusline script missing");
     }
     return result;
 }

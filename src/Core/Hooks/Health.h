@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QStringList>
 
 namespace morvane {
@@ -16,6 +17,9 @@ enum class StatusLineHealth {
 /// How it stands with the connection of one agent, as its files were when it was asked for. An
 /// agent that isn't connected is healthy, unless its settings can't be read.
 struct Health {
+    Q_DECLARE_TR_FUNCTIONS(Health)
+
+public:
     bool settingsReadable = true;
     bool hooksPresent = false;
     bool entriesCurrent = true;

@@ -47,9 +47,9 @@ struct TargetMaker {
         return std::make_unique<PluginTarget>(place.filePath, scripts);
     }
     std::unique_ptr<HookTarget> operator()(const Unsupported &place) const {
-        return std::make_unique<UnsupportedTarget>(displayName(adapter.kind()) +
-                                                   QLatin1String(" can't be connected yet: ") +
-                                                   place.reason);
+        return std::make_unique<UnsupportedTarget>(
+            HookInstaller::tr("%1 can't be connected yet: %2")
+                .arg(displayName(adapter.kind()), place.reason));
     }
 };
 

@@ -4,6 +4,8 @@
 #include "Core/Hooks/HookTarget.h"
 #include "Platform/Failure.h"
 
+#include <QCoreApplication>
+
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -18,6 +20,8 @@ class MorvaneSettings;
 /// operation; main thread, synchronous. What answers a question never fails, but takes what it
 /// can't read for absent.
 class HookInstaller {
+    Q_DECLARE_TR_FUNCTIONS(HookInstaller)
+
 public:
     /// `boundPort` is the port that the server really has. The adapter must outlive the installer.
     HookInstaller(const AgentAdapter &adapter, const MorvaneSettings &settings,

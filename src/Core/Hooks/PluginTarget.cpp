@@ -20,7 +20,7 @@ std::optional<Failure> PluginTarget::install() const {
     }
     const QString folder = QFileInfo(m_path).path();
     if (!QDir().mkpath(folder)) {
-        return Failure{QStringLiteral("%1 could not be created").arg(folder)};
+        return Failure{tr("%1 could not be created").arg(folder)};
     }
     WholeFile file(m_path);
     file.setMode(0600); // the token is in it

@@ -3,11 +3,15 @@
 #include "Core/Hooks/ForwarderScripts.h"
 #include "Core/Hooks/HookTarget.h"
 
+#include <QCoreApplication>
+
 namespace morvane {
 
 /// A plugin file of our own for an agent that loads such. It posts by itself, without a forwarder,
 /// and so holds the token.
 class PluginTarget : public HookTarget {
+    Q_DECLARE_TR_FUNCTIONS(PluginTarget)
+
 public:
     PluginTarget(QString path, ForwarderScripts scripts);
 

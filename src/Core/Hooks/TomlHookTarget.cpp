@@ -32,8 +32,7 @@ std::optional<Failure> TomlHookTarget::write(bool installs) const {
         };
         // A begin without an end stays: there is no telling what of the rest is ours.
         if (change.content.contains(TomlBlock::tomlBeginMarker) != installs) {
-            return Failure{
-                QStringLiteral("config.toml did not contain the expected result after writing")};
+            return Failure{tr("config.toml did not contain the expected result after writing")};
         }
         return change;
     });

@@ -5,10 +5,14 @@
 #include "Core/Hooks/HookPlan.h"
 #include "Core/Hooks/HookTarget.h"
 
+#include <QCoreApplication>
+
 namespace morvane {
 
 /// Hooks in a block of ours among the settings of an agent that keeps them in TOML.
 class TomlHookTarget : public HookTarget {
+    Q_DECLARE_TR_FUNCTIONS(TomlHookTarget)
+
 public:
     TomlHookTarget(const QString &path, HookPlan plan, ForwarderScripts scripts);
 

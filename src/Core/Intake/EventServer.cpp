@@ -90,14 +90,14 @@ EventServer::~EventServer() {
 }
 
 std::optional<Failure> EventServer::start() {
-    std::string lastError = "No free port";
+    QString lastError = tr("No free port");
     for (unsigned offset = 0; offset < candidateCount; ++offset) {
         const unsigned port = m_preferredPort + offset;
         if (port > std::numeric_limits<std::uint16_t>::max()) {
             break;
         }
         if (const asio::error_code error = bind(static_cast<std::uint16_t>(port))) {
-            lastError = error.message();
+            lastError = QString::fromStdString(error.message());
             continue;
         }
         asio::error_code ignored;
@@ -106,7 +106,7 @@ std::optional<Failure> EventServer::start() {
         m_thread.start();
         return std::nullopt;
     }
-    return Failure{QString::fromStdString(lastError)};
+    return Failure{lastError};
 }
 
 asio::error_code EventServer::bind(std::uint16_t port) {

@@ -9,6 +9,7 @@
 #include "Platform/Failure.h"
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <asio/ip/tcp.hpp>
 
 #include <cstdint>
@@ -28,6 +29,8 @@ namespace morvane {
 /// answer tells an agent of a fault of ours or of its payload's: whatever carries the token gets
 /// "200 OK".
 class EventServer {
+    Q_DECLARE_TR_FUNCTIONS(EventServer)
+
 public:
     /// What the server calls. All but the first may be left as they are.
     struct Handlers {

@@ -24,7 +24,7 @@ struct PendingApproval {
                 AgentDecision::allowRemembering(AgentDecision::Scope::session)};
     }
 
-    /// Those on offer for this call: the first ones of all, so that each keeps its digit.
+    /// The choices on offer for this call: the first ones of all, so that each keeps its digit.
     QList<AgentDecision> choices() const {
         const auto all = allChoices();
         return allowsRemembering ? all : all.first(all.size() - 1);

@@ -23,7 +23,7 @@ std::optional<QString> Session::contextLabel() const {
     if (!contextTokens) {
         return std::nullopt;
     }
-    return *contextTokens > 999 ? QString::number(*contextTokens / 1000) + QLatin1Char('k')
+    return *contextTokens > 999 ? tr("%1k").arg(*contextTokens / 1000)
                                 : QString::number(*contextTokens);
 }
 

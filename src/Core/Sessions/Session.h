@@ -8,6 +8,7 @@
 #include "Core/Sessions/SessionState.h"
 #include "Platform/Time.h"
 
+#include <QCoreApplication>
 #include <QString>
 #include <QUuid>
 
@@ -35,6 +36,9 @@ enum class ContextPressure {
 /// At most one of `pendingApproval` and `pendingQuestion` is set, and neither together with a
 /// `pendingExternalResponse`.
 struct Session {
+    Q_DECLARE_TR_FUNCTIONS(Session)
+
+public:
     QString id; ///< the agent's session id; never changes
     AgentKind agent = defaultAgentKind;
     SessionState state = SessionState::idle;

@@ -16,23 +16,23 @@ using Sessions = QHash<QString, Session>;
 /// All sessions: by state, the one that waits for a person first, then the latest event first.
 QList<Session> sorted(const Sessions &sessions);
 
-/// Those that are working or wait for a person.
+/// The sessions that are working or wait for a person.
 SessionSlice active(const QList<Session> &sorted);
 
-/// Those that are anything but idle.
+/// The sessions that are anything but idle.
 SessionSlice reportable(const QList<Session> &sorted);
 
-/// Those that are idle: open, with no activity yet.
+/// The sessions that are idle: open, with no activity yet.
 SessionSlice open(const QList<Session> &sorted);
 
 /// The finished sessions that are on offer: the first few of the history.
 QList<CompletedRecord> jumpable(const QList<CompletedRecord> &history);
 
-/// Those of them whose live session is still there.
+/// The finished sessions on offer whose live session is still there.
 QList<CompletedRecord> recentlyCompleted(const QList<CompletedRecord> &jumpable,
                                          const Sessions &sessions);
 
-/// The others of them.
+/// The finished sessions on offer whose live session is gone.
 QList<CompletedRecord> archived(const QList<CompletedRecord> &jumpable, const Sessions &sessions);
 
 /// True when live and finished sessions are of more than one agent, so that each row has to say

@@ -12,7 +12,7 @@ class SessionSlice {
 public:
     SessionSlice() = default;
 
-    /// Those from one position up to another.
+    /// The sessions of the list from one position up to another.
     SessionSlice(const QList<Session> &list, qsizetype from, qsizetype to)
         : m_list(list), m_from(from), m_to(to) {}
 

@@ -43,19 +43,19 @@ public:
     /// The one status of all sessions, and since when; none without a session.
     std::optional<SessionState> aggregatedState() const { return aggregate().state; }
     std::optional<Date> aggregatedStateSince() const { return aggregate().since; }
-    /// By state, the one that waits for a person first, then the latest event first.
+    /// All sessions: by state, the one that waits for a person first, then the latest event first.
     QList<Session> sortedSessions() const { return m_overview.sorted(); }
-    /// Those that are working or wait for a person.
+    /// The sessions that are working or wait for a person.
     SessionSlice activeSessions() const { return m_overview.active(); }
-    /// Those that are anything but idle.
+    /// The sessions that are anything but idle.
     SessionSlice reportableSessions() const { return m_overview.reportable(); }
-    /// Those that are idle.
+    /// The sessions that are idle.
     SessionSlice openSessions() const { return m_overview.open(); }
-    /// The finished ones that are on offer: the first few of the history.
+    /// The finished sessions that are on offer: the first few of the history.
     QList<CompletedRecord> jumpableCompleted() const;
-    /// Those of them whose live session is still there.
+    /// The finished sessions on offer whose live session is still there.
     QList<CompletedRecord> recentlyCompleted() const { return m_overview.recentlyCompleted(); }
-    /// The others of them.
+    /// The finished sessions on offer whose live session is gone.
     QList<CompletedRecord> archivedCompleted() const { return m_overview.archived(); }
     bool hasPendingDecision() const { return summary().hasPendingDecision; }
     bool hasExternalPrompt() const { return summary().hasExternalPrompt; }
@@ -118,7 +118,8 @@ public:
     /// also its summary and its record's. Nothing happens while one is being read for it.
     void enrichFromTranscript(const QString &sessionID, bool completion);
 
-    /// The same for a session that was found on disk.
+    /// Brings a session that was found on disk up to what its transcript tells, its summary too
+    /// where it has none. Nothing happens while a transcript is being read for it.
     void enrichRestored(const QString &sessionID);
 
 signals:

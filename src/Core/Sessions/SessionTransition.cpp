@@ -123,7 +123,7 @@ SessionTransition toolUse(const Context &context) {
     session.currentTool = event.toolName;
     if (event.toolName && HookEvent::isSubagentTool(*event.toolName)) {
         session.subagents.append({QUuid::createUuid(),
-                                  event.taskDescription.value_or(QStringLiteral("subagent")),
+                                  event.taskDescription.value_or(SessionTransition::tr("subagent")),
                                   false});
     }
     SessionTransition result = update(std::move(session), context);
@@ -241,7 +241,7 @@ void setPending(Session &session, const Context &context, const QString &decisio
     }
     const AgentAdapter &adapter = AgentRegistry::adapter(event.agent);
     session.pendingApproval =
-        PendingApproval{decisionID, event.toolName.value_or(QStringLiteral("tool")),
+        PendingApproval{decisionID, event.toolName.value_or(SessionTransition::tr("tool")),
                         event.toolDetail, expiresAt, adapter.supportsRememberedDecisions()};
 }
 

@@ -5,6 +5,7 @@
 #include "Core/Sessions/DiscoveredSession.h"
 #include "Core/Sessions/Session.h"
 
+#include <QCoreApplication>
 #include <QString>
 #include <QStringList>
 
@@ -57,6 +58,9 @@ struct SessionSurroundings {
 ///     (5) ignored without a decision that waits
 ///     (6) ignored when it was last active too long ago
 struct SessionTransition {
+    Q_DECLARE_TR_FUNCTIONS(SessionTransition)
+
+public:
     /// A decision that goes back to the hook that waits for it.
     struct Resolution {
         QString decisionID;

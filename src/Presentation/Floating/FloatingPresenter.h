@@ -54,7 +54,7 @@ private:
     OverlayWindow::Anchor anchor() const;
     void place();
 
-    SessionStore &m_store;
+    const SessionStore &m_store;
     MorvaneSettings &m_settings;
     Scheduler &m_scheduler;
     const Flavour m_flavour;

@@ -12,7 +12,7 @@ namespace morvane {
 /// closed until the pointer has left. Keeps time and state only: no timer, no window; its owner
 /// polls it whenever the pointer may have moved, and does what it says.
 ///
-/// | State           | isOpen | isPresented | entered by                                          |
+/// | State           | isOpen | presented   | entered by                                          |
 /// |-----------------|--------|-------------|-----------------------------------------------------|
 /// | closed          | false  | false       | the start, and every way of closing                 |
 /// | arming          | false  | false       | the pointer inside, for less than `openDelay`       |
@@ -50,7 +50,7 @@ public:
     /// Closes on request; the pointer opens again only after it has been elsewhere.
     void collapse();
 
-    /// The same, and the surface is not wanted until something new happens.
+    /// Closes as `collapse` does, and the surface is not wanted until something new happens.
     void dismiss();
 
     /// Something new has happened.
@@ -60,7 +60,6 @@ public:
     void lock(Date now);
 
     bool isOpen() const { return m_isOpen; }
-    bool isPresented() const { return m_isPresented; }
     bool isDismissed() const { return m_isDismissed; }
 
 private:

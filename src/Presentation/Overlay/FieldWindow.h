@@ -17,7 +17,8 @@ class FieldWindow : public QWidget {
 public:
     FieldWindow(const QString &title, const QString &initial, const QString &placeholder);
 
-    /// One of these is called, once: with the text on Return, or when the person gives up.
+    /// Either `commit` is called, once, with the text on Return, or `cancel`, once, when the person
+    /// gives up.
     std::function<void(const QString &text)> commit;
     std::function<void()> cancel;
 

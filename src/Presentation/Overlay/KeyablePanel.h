@@ -26,7 +26,8 @@ public:
     /// Called by a field that is open when it is clicked: the keyboard may have gone elsewhere.
     void renewKey();
 
-    /// Called by each of them when it goes away; the last one gives the keyboard back.
+    /// Called by each field that asked for the keyboard, when it goes away; the last one gives it
+    /// back.
     void resignKey();
 
 private:

@@ -62,7 +62,7 @@ protected:
     /// Follows what is shown: the store, the settings, and fields that open and close.
     void subscribe();
 
-    /// Also drops an update that is due.
+    /// Follows none of that any more, and drops an update that is due.
     void unsubscribe();
 
     /// Whatever happens within one turn of the event loop ends in one `update` after it.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/Agents/AgentDecision.h"
 #include "Core/Sessions/CompletedRecord.h"
 #include "Core/Sessions/Session.h"
 
@@ -14,9 +15,12 @@ class PixelTimeline;
 class Scheduler;
 class SessionStore;
 
-/// What the panel's owner does when a person asks for it. What is unset is not offered. A plain
-/// value, passed down to the rows.
+/// The one road by which what a person wants leaves a panel: what its owner does about it. What is
+/// unset is not offered. A plain value, passed down to the rows.
 struct PanelActions {
+    std::function<void(const QString &sessionID, const AgentDecision &)> onDecide;
+    std::function<void(const QString &sessionID, const QString &question, const QString &option)>
+        onAnswer;
     std::function<void(const Session &)> onSelect;
     std::function<void(const QString &cwd, const QString &name)> onRenameCommit;
     std::function<void(const CompletedRecord &)> onReopen;
@@ -26,7 +30,7 @@ struct PanelActions {
 
 /// What every panel on every display is made from. All of it outlives the panels.
 struct PanelContext {
-    SessionStore &store;
+    const SessionStore &store; ///< to be read; what changes it leaves by `actions`
     MorvaneSettings &settings;
     Scheduler &scheduler;
     MotionPreference &motion;

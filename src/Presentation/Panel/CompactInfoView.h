@@ -39,7 +39,7 @@ private:
     void showTime();
     void scheduleMinute();
 
-    SessionStore &m_store;
+    const SessionStore &m_store;
     Scheduler &m_scheduler;
     std::optional<Date> m_since; ///< none while there is nothing to tell
     Task m_minute;

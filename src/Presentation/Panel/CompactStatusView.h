@@ -18,7 +18,7 @@ public:
     void refresh();
 
 private:
-    SessionStore &m_store;
+    const SessionStore &m_store;
 };
 
 } // namespace morvane

@@ -21,8 +21,9 @@ namespace {
 constexpr double markPixel = 2;
 
 QString subtitleOf(const CompletedRecord &record, Date now) {
-    QString text = record.failed ? CompletedRow::tr("failed") : CompletedRow::tr("done");
-    text += QLatin1Char(' ') + TimeFormat::ago(record.finishedAt, now);
+    const QString text =
+        (record.failed ? CompletedRow::tr("failed %1") : CompletedRow::tr("done %1"))
+            .arg(TimeFormat::ago(record.finishedAt, now));
     const QString detail = record.summary.value_or(record.lastPrompt.value_or(QString()));
     return detail.isEmpty() ? text : text + QStringLiteral(" · ") + detail;
 }

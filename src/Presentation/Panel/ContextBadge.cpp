@@ -17,15 +17,16 @@ void ContextBadge::setSession(const Session &session) {
     const QString count = QString::number(session.contextTokens.value_or(0));
     if (session.contextPressure() == ContextPressure::tight) {
         setContent(label, tightTint,
-                   count + tr(" tokens of context — close to a standard 200k window; a compaction "
-                              "is likely soon."));
+                   tr("%1 tokens of context — close to a standard 200k window; a compaction "
+                      "is likely soon.")
+                       .arg(count));
     } else if (session.contextPressure() == ContextPressure::filling) {
-        setContent(label, fillingTint,
-                   count + tr(" tokens of context — filling up if this is a standard 200k "
-                              "window."));
+        setContent(
+            label, fillingTint,
+            tr("%1 tokens of context — filling up if this is a standard 200k window.").arg(count));
     } else {
         setContent(label, Colors::white(0.45),
-                   count + tr(" tokens of context in the last request."));
+                   tr("%1 tokens of context in the last request.").arg(count));
     }
     setAccessibleName(tr("context %1").arg(label));
 }

@@ -141,7 +141,9 @@ ApprovalStrip &SessionRow::approvalStrip() {
         m_approval = new ApprovalStrip(context().scheduler, this);
         m_column->addWidget(m_approval);
         connect(m_approval, &ApprovalStrip::decided, this, [this](const AgentDecision &decision) {
-            context().store.decide(m_session.id, decision);
+            if (const auto &decide = context().actions.onDecide) {
+                decide(m_session.id, decision);
+            }
         });
     }
     return *m_approval;
@@ -153,7 +155,9 @@ QuestionStrip &SessionRow::questionStrip() {
         m_column->addWidget(m_question);
         connect(m_question, &QuestionStrip::answered, this,
                 [this](const QString &question, const QString &option) {
-                    context().store.answer(m_session.id, question, option);
+                    if (const auto &answer = context().actions.onAnswer) {
+                        answer(m_session.id, question, option);
+                    }
                 });
     }
     return *m_question;

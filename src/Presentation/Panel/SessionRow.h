@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Core/Agents/AgentDecision.h"
 #include "Core/Sessions/Session.h"
 #include "Presentation/Panel/ListRow.h"
 

@@ -17,7 +17,7 @@ public:
 
     static SessionSubtitle of(const Session &session);
 
-    /// Both in one line.
+    /// Status and detail in one line.
     QString text() const;
 };
 

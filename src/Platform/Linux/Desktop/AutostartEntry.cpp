@@ -18,8 +18,8 @@ QString entryPath() {
            QLatin1String("/autostart/io.morvane.morvane.desktop");
 }
 
-Failure cannot(const QString &path, const char *what, const QString &reason) {
-    return {QStringLiteral("%1 could not be %2: %3").arg(path, QLatin1String(what), reason)};
+Failure entryNotWritten(const QString &path, const QString &reason) {
+    return {AutostartEntry::tr("%1 could not be written: %2").arg(path, reason)};
 }
 
 } // namespace
@@ -39,11 +39,11 @@ bool AutostartEntry::isEnabled() const {
 std::optional<Failure> AutostartEntry::registerItem() {
     const QString folder = QFileInfo(m_path).path();
     if (!QDir().mkpath(folder)) {
-        return Failure{QStringLiteral("%1 could not be created").arg(folder)};
+        return Failure{tr("%1 could not be created").arg(folder)};
     }
     QSaveFile file(m_path);
     if (!file.open(QIODevice::WriteOnly)) {
-        return cannot(m_path, "written", file.errorString());
+        return entryNotWritten(m_path, file.errorString());
     }
     file.write("[Desktop Entry]\n"
                "Type=Application\n"
@@ -54,7 +54,7 @@ std::optional<Failure> AutostartEntry::registerItem() {
                "StartupNotify=false\n");
     // The commit alone overlooks a failure to write what is buffered.
     if (!file.flush() || !file.commit()) {
-        return cannot(m_path, "written", file.errorString());
+        return entryNotWritten(m_path, file.errorString());
     }
     return std::nullopt;
 }
@@ -65,7 +65,7 @@ std::optional<Failure> AutostartEntry::unregisterItem() {
     if ((!info.exists() && !info.isSymLink()) || file.remove()) {
         return std::nullopt;
     }
-    return cannot(m_path, "removed", file.errorString());
+    return Failure{tr("%1 could not be removed: %2").arg(m_path, file.errorString())};
 }
 
 } // namespace morvane

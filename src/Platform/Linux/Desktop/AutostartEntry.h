@@ -2,11 +2,15 @@
 
 #include "Platform/LoginItem.h"
 
+#include <QCoreApplication>
+
 namespace morvane {
 
 /// The login item as an entry in the person's XDG autostart folder, where desktops look for what
 /// to start, and where their own settings switch entries off.
 class AutostartEntry : public LoginItem {
+    Q_DECLARE_TR_FUNCTIONS(AutostartEntry)
+
 public:
     /// The program is what is to be started: an absolute path.
     explicit AutostartEntry(QString program);

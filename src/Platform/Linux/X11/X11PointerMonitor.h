@@ -5,7 +5,6 @@
 
 #include <QPoint>
 
-#include <cstdint>
 #include <optional>
 
 namespace morvane {
