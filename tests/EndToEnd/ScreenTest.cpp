@@ -137,6 +137,7 @@ TEST_F(ScreenTest, ARightClickOpensTheMenuAndTheTerminalKeepsTheFocus) {
 
     openMenu();
     ASSERT_TRUE(find("menu item", QStringLiteral("Connected agents — 1")));
+    movePointerAway();
     EXPECT_TRUE(isOpen());
     display->press("Escape");
     EXPECT_TRUE(waitUntil([&] { return !hasMenu() && !isOpen(); }));

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <netinet/in.h>
 #include <poll.h>
+#include <set>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -21,9 +22,10 @@ constexpr std::chrono::seconds patience{20};
 
 std::vector<std::string> CapturedRequest::host() const {
     std::vector<std::string> result;
+    const std::set<std::string> others{"x-hook-event", "x-morvane-agent", "x-morvane-token",
+                                       "x-tty"};
     for (const auto &[name, value] : headers) {
-        if (name.starts_with("x-") && !name.starts_with("x-morvane-") && name != "x-hook-event" &&
-            name != "x-tty")
+        if (name.starts_with("x-") && !others.contains(name))
             result.push_back(name + ": " + value);
     }
     return result;

@@ -13,8 +13,8 @@
 namespace morvane::tests {
 
 struct CapturedRequest {
-    /// What tells of the terminal that the sender runs in, sorted; its device, which depends on
-    /// where the tests run, is left out.
+    /// What tells of the terminal that the sender runs in, or that a decision is awaited, sorted;
+    /// the terminal's device, which depends on where the tests run, is left out.
     [[nodiscard]] std::vector<std::string> host() const;
 
     std::string requestLine;

@@ -41,6 +41,7 @@ TEST_P(Hook, SendsItsPayloadByteForByte) {
          {std::string{}, std::string("\n"), std::string("a\0\r\n\r\n\0", 7), large}) {
         expectSilence(hook.run({"claude", "Stop"}, payload));
         const CapturedRequest request = listener.take();
+        EXPECT_EQ(request.requestLine, "POST /event HTTP/1.1");
         EXPECT_TRUE(request.body == payload) << request.body.size();
     }
 }

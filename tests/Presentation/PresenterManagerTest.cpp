@@ -77,6 +77,15 @@ TEST_F(PresenterManagerTest, EachKindOfDisplayHasItsPresenterForAsLongAsItIsTher
     scheduler.advance(Seconds(1));
     EXPECT_EQ(shownOn(), QList<int>({0}));
     EXPECT_EQ(pointer.users, 0);
+
+    // A panel that is open on a display is closed with it.
+    manager.presentPanel();
+    for (const QList<Display> &there : {QList<Display>(), {notched}}) {
+        displays.setDisplays(there);
+        scheduler.advance(Seconds(1));
+        EXPECT_EQ(overlays.alive.size(), there.size());
+        EXPECT_EQ(expansions, QList<bool>({true, false}));
+    }
 }
 
 TEST_F(PresenterManagerTest, WithoutADisplayOfTheModeARequestDoesNothing) {
