@@ -15,7 +15,6 @@ add_executable(screen_tests
   OnScreen.h
   ProgramOnScreen.h
   ScreenTest.cpp
-  TrayHost.cpp TrayHost.h
   TrayTest.cpp
 )
 target_link_libraries(screen_tests PRIVATE
