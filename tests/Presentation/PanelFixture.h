@@ -3,7 +3,6 @@
 #include "Core/Sessions/SessionStore.h"
 #include "Core/Settings/Defaults.h"
 #include "Core/Settings/MorvaneSettings.h"
-#include "Presentation/CountingScheduler.h"
 #include "Presentation/Mascot/PixelTimeline.h"
 #include "Presentation/Overlay/InlineEditing.h"
 #include "Presentation/Overlay/PanelContext.h"
@@ -12,6 +11,7 @@
 #include "Support/FakeMotionPreference.h"
 #include "Support/FakeOverlayWindows.h"
 #include "Support/FakePointerMonitor.h"
+#include "Support/ManualScheduler.h"
 #include "Support/Printing.h"
 
 #include <QTemporaryDir>
@@ -22,6 +22,17 @@
 #include <utility>
 
 namespace morvane {
+
+/// Counts the timers that are started, to tell whether anything ticks.
+class CountingScheduler : public ManualScheduler {
+public:
+    Task after(Seconds delay, std::function<void()> action) override {
+        ++timersStarted;
+        return ManualScheduler::after(delay, std::move(action));
+    }
+
+    int timersStarted = 0;
+};
 
 /// A session store with a clock, displays and overlays of the test's own.
 class PanelFixture : public testing::Test {

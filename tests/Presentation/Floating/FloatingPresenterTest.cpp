@@ -1,14 +1,10 @@
-
 #include "Presentation/Overlay/InlineNameField.h"
 #include "Presentation/Overlay/KeyablePanel.h"
 #include "Presentation/Panel/PencilButton.h"
 #include "Presentation/PresenterFixture.h"
 
-#include <QContextMenuEvent>
 #include <QCoreApplication>
-#include <QEnterEvent>
 #include <QFocusEvent>
-#include <QMenu>
 
 #include <tuple>
 

@@ -8,6 +8,8 @@
 #include <QTest>
 
 #include <algorithm>
+#include <functional>
+#include <utility>
 
 namespace morvane {
 namespace {
@@ -144,13 +146,24 @@ TEST_F(InlineNameFieldTest, AsksInAWindowOfItsOwnWhereKeysCantReachThePanel) {
             std::ranges::find_if(all, [](QWidget *one) { return one->windowTitle() == "Rename"; });
         return found == all.end() ? nullptr : *found;
     };
-    open();
-    ASSERT_NE(window(), nullptr);
-    QTest::keyClicks(window()->findChild<QLineEdit *>(), "new");
-    QTest::keyClick(window()->findChild<QLineEdit *>(), Qt::Key_Return);
-    QCoreApplication::processEvents();
-    EXPECT_EQ(outcomes, QStringList({"commit new"}));
-    expectGone();
+    const std::pair<std::function<void(QWidget *)>, const char *> cases[] = {
+        {[](QWidget *asking) { QTest::keyClick(asking->focusWidget(), Qt::Key_Return); },
+         "commit new"},
+        {[](QWidget *asking) { QTest::keyClick(asking->focusWidget(), Qt::Key_Escape); }, "cancel"},
+        {[](QWidget *asking) { asking->close(); }, "cancel"}};
+    for (const auto &[answer, outcome] : cases) {
+        outcomes.clear();
+        open();
+        ASSERT_NE(window(), nullptr);
+        QTest::keyClicks(window()->findChild<QLineEdit *>(), "new");
+        answer(window());
+        EXPECT_FALSE(window()->isVisible());
+        // What comes too late changes nothing.
+        window()->close();
+        QCoreApplication::processEvents();
+        EXPECT_EQ(outcomes, QStringList({outcome}));
+        expectGone();
+    }
 
     open().abandon();
     EXPECT_EQ(window(), nullptr);
