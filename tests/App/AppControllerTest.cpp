@@ -1,4 +1,5 @@
 #include "App/AppFixture.h"
+#include "Core/Agents/AgentAdapter.h"
 #include "Support/EventBuilder.h"
 #include "Support/HttpClient.h"
 #include "Support/WaitUntil.h"
@@ -7,6 +8,8 @@
 
 namespace morvane {
 namespace {
+
+using enum AgentKind;
 
 class AppControllerTest : public ControllerFixture {
 protected:
@@ -32,6 +35,22 @@ protected:
             return store.sessionAwaitingDecision().has_value() == isAwaited;
         });
     }
+
+    static QList<AgentKind> kinds(const std::vector<const AgentAdapter *> &adapters) {
+        QList<AgentKind> result;
+        for (const AgentAdapter *adapter : adapters) {
+            result << adapter->kind();
+        }
+        return result;
+    }
+
+    /// The last failure without what the system says of it.
+    QString complaint() const {
+        const QString error = connections.lastError().value_or(QString());
+        return error.left(error.indexOf(": ") + 1);
+    }
+
+    FakeLoginItem &loginItem() { return static_cast<FakeLoginItem &>(*platform.loginItem); }
 };
 
 TEST_F(AppControllerTest, MovesToAFreePortAndTellsEverybodyWhoNeedsIt) {
@@ -51,7 +70,7 @@ TEST_F(AppControllerTest, MovesToAFreePortAndTellsEverybodyWhoNeedsIt) {
     EXPECT_TRUE(read(".config/opencode/plugins/morvane.js").contains(QByteArray::number(port)));
     EXPECT_TRUE(read(".codex/hooks.json").contains("codex SessionEnd"));
     EXPECT_EQ(read(".claude/settings.json"), "{}");
-    EXPECT_EQ(connections.installedAgents(), (QSet{AgentKind::codex, AgentKind::opencode}));
+    EXPECT_EQ(connections.installedAgents(), (QSet{codex, opencode}));
     EXPECT_EQ(controller.serverStatus(), QStringLiteral("listening on 127.0.0.1:%1").arg(port));
     EXPECT_FALSE(connections.lastError());
 }
@@ -84,7 +103,7 @@ TEST_F(AppControllerTest, CarriesADecisionBackToTheHook) {
 
 TEST_F(AppControllerTest, ReleasesWhoeverWaitsWhenApprovalsEnd) {
     controller.start();
-    connections.installHooks(AgentKind::claude);
+    connections.installHooks(claude);
     HttpClient hook = ask();
     controller.setApprovalsEnabled(false);
     EXPECT_EQ(httpBody(hook.receiveAll()), "");
@@ -96,8 +115,7 @@ TEST_F(AppControllerTest, ReleasesWhoeverWaitsWhenApprovalsEnd) {
 
     makeReadOnly(".claude/settings.json");
     controller.setApprovalsEnabled(true);
-    EXPECT_TRUE(
-        connections.lastError().value_or("").startsWith("Couldn't update Claude Code's hooks: "));
+    EXPECT_EQ(complaint(), "Couldn't update Claude Code's hooks:");
     EXPECT_FALSE(settings.approvalsEnabled());
 }
 
@@ -130,7 +148,100 @@ TEST_F(AppControllerTest, KeepsEachNewAgentForWhoeverCanOfferItAndTellsOfItOnce)
     QObject::connect(&connections, &AgentConnections::newAgentsDetected, &controller,
                      [&](const std::vector<AgentKind> &kinds) { offers.push_back(kinds); });
     scheduler.advance(Seconds(5400));
-    EXPECT_EQ(offers, (std::vector<std::vector<AgentKind>>{{AgentKind::codex}}));
+    EXPECT_EQ(offers, (std::vector<std::vector<AgentKind>>{{codex}}));
+}
+
+TEST_F(AppControllerTest, ConnectsRepairsAndDisconnects) {
+    home.write(".claude/settings.json", "{}");
+    home.write(".codex/config.toml");
+    connections.refreshStatus();
+    EXPECT_EQ(kinds(connections.offeredAgents()), (QList{claude, codex}));
+    EXPECT_FALSE(connections.hasDecidableAgent());
+
+    connections.installHooks(codex);
+    connections.installHooks(opencode);
+    EXPECT_EQ(connections.installedAgents(), (QSet{codex, opencode}));
+    EXPECT_TRUE(connections.hasDecidableAgent());
+    // What is connected can be disconnected, also when its agent has left no trace.
+    EXPECT_EQ(kinds(connections.offeredAgents()), (QList{claude, codex, opencode}));
+    connections.uninstallHooks(codex);
+    EXPECT_EQ(connections.installedAgents(), QSet{opencode});
+    EXPECT_FALSE(connections.hasDecidableAgent());
+
+    makeReadOnly(".claude/settings.json");
+    connections.installHooks(claude);
+    EXPECT_EQ(complaint(), "Claude Code connect failed:");
+    connections.repairHooks(claude);
+    EXPECT_EQ(complaint(), "Claude Code repair failed:");
+    makeReadOnly(".claude/settings.json", false);
+    connections.repairHooks(claude);
+    EXPECT_EQ(connections.lastError(), std::nullopt);
+    makeReadOnly(".claude/settings.json");
+    connections.uninstallHooks(claude);
+    EXPECT_EQ(complaint(), "Claude Code disconnect failed:");
+    EXPECT_TRUE(connections.installedAgents().contains(claude));
+}
+
+TEST_F(AppControllerTest, SwitchesTheNotificationsOfAllWhoHaveThem) {
+    connections.setNotificationsSuppressed(true);
+    EXPECT_FALSE(connections.notificationsSuppressed());
+
+    home.write(".claude/settings.json", "{}");
+    connections.setNotificationsSuppressed(true);
+    EXPECT_TRUE(connections.notificationsSuppressed());
+    makeReadOnly(".claude/settings.json");
+    connections.setNotificationsSuppressed(false);
+    EXPECT_EQ(complaint(), "Updating Claude Code's settings failed:");
+    EXPECT_TRUE(connections.notificationsSuppressed());
+}
+
+TEST_F(AppControllerTest, StartsAtLoginOrSaysWhyNot) {
+    controller.setLaunchAtLogin(true);
+    EXPECT_TRUE(controller.launchAtLogin());
+    loginItem().failure = Failure{"the disk is full"};
+    controller.setLaunchAtLogin(false);
+    EXPECT_EQ(connections.lastError(), "Launch-at-login change failed: the disk is full");
+    EXPECT_TRUE(controller.launchAtLogin());
+}
+
+TEST_F(AppControllerTest, RemovesEverythingAndReports) {
+    settings.setSoundEnabled(false);
+    home.write(".claude/settings.json", R"({"model":"opus","statusLine":{"command":"mine"}})");
+    connections.installHooks(claude);
+    EXPECT_EQ(connections.statusLineBlockedAgents(), std::vector{claude});
+    connections.installHooks(kimi);
+    controller.setLaunchAtLogin(true);
+    makeReadOnly(".kimi/config.toml");
+    const auto remove = [this] { return controller.removeEverything().split("\n• "); };
+    const QStringList partly = remove();
+    ASSERT_EQ(partly.size(), 5);
+    EXPECT_EQ(partly[0], "Claude Code hooks");
+    EXPECT_TRUE(partly[1].startsWith("⚠︎ could not remove Kimi CLI hooks: "));
+    EXPECT_EQ(partly[2], "⚠︎ could not remove ~/.morvane: hooks that are left call it");
+    EXPECT_EQ(partly[3], "login item");
+    EXPECT_TRUE(QFile::exists(home.path(".morvane/hook.sh")));
+
+    makeReadOnly(".kimi/config.toml", false);
+    EXPECT_EQ(remove(),
+              (QStringList{"Kimi CLI hooks", "~/.morvane", "preferences and session history"}));
+    EXPECT_FALSE(read(".claude/settings.json").contains("hook.sh"));
+    EXPECT_FALSE(QFile::exists(home.path(".morvane")));
+    EXPECT_FALSE(loginItem().enabled);
+
+    // What still happens before the program is quit leaves no trace either.
+    store.apply(EventBuilder(CanonicalEvent::turnEnd));
+    for (const char *key : {"soundEnabled", "eventToken", "completedHistory"}) {
+        EXPECT_FALSE(isStored(key)) << key;
+    }
+    EXPECT_TRUE(connections.installedAgents().isEmpty());
+}
+
+TEST_F(AppControllerTest, OpensWhatItCanOfASessionThatIsOver) {
+    store.apply(EventBuilder(CanonicalEvent::promptSubmit).with(&HookEvent::cwd, "/shop"));
+    CompletedRecord record;
+    record.cwd = "/shop";
+    controller.reopenCompleted(record);
+    EXPECT_TRUE(store.sessions().isEmpty());
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "App/FakeStatusItemHost.h"
 #include "App/PlatformServices.h"
+#include "Platform/StatusItemHost.h"
 #include "Support/FakeDisplays.h"
 #include "Support/FakeMotionPreference.h"
 #include "Support/FakeOverlayWindows.h"
@@ -34,6 +34,19 @@ private:
         }
         return failure;
     }
+};
+
+/// A desktop that has a place for status items when the test says so.
+class FakeStatusItemHost : public StatusItemHost {
+public:
+    bool isPresent() const override { return m_isPresent; }
+    void setPresent(bool isPresent) {
+        m_isPresent = isPresent;
+        emit presenceChanged();
+    }
+
+private:
+    bool m_isPresent = false;
 };
 
 /// A machine without a screen.
