@@ -1,9 +1,8 @@
 #include "CapturingListener.h"
 #include "Core/Intake/HookEvent.h"
 #include "EndToEnd/ChildProcess.h"
+#include "Support/TemporaryHome.h"
 
-#include <QFile>
-#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -42,13 +41,9 @@ protected:
         text.open(QIODevice::ReadOnly);
         QByteArray content = text.readAll();
         content.replace("__PORT__", QByteArray::number(port)).replace("__TOKEN__", "0123-abcd");
-        QFile plugin(folder.filePath("morvane.mjs"));
-        plugin.open(QIODevice::WriteOnly);
-        plugin.write(content);
-        plugin.close();
         return std::make_unique<ChildProcess>(
             QStringList{"sh", "-c", "exec node \"$0\" \"$1\" 2>&1", PLUGIN_DRIVER,
-                        plugin.fileName()},
+                        folder.write("morvane.mjs", content)},
             environment, R"({"sessions": )" + sessions + R"(, "steps": )" + steps + "}");
     }
 
@@ -79,7 +74,7 @@ protected:
         return result;
     }
 
-    QTemporaryDir folder;
+    TemporaryHome folder;
     QProcessEnvironment environment = [] {
         QProcessEnvironment result;
         result.insert("PATH", qEnvironmentVariable("PATH"));

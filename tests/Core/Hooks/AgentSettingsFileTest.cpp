@@ -45,14 +45,10 @@ protected:
     const AgentSettingsFile file{home.path(name)};
 };
 
-TEST_F(AgentSettingsFileTest, MakesTheFileAndItsFolders) {
-    EXPECT_EQ(failure(file, append("new")), "");
-    EXPECT_EQ(file.read(), "new");
+TEST_F(AgentSettingsFileTest, MakesTheFileAndKeepsTheLastContentAsTheBackupWhereAsked) {
+    EXPECT_EQ(failure(file, append("1")), "");
+    EXPECT_EQ(file.read(), "1");
     EXPECT_EQ(names("agent"), QStringList{"settings.json"});
-}
-
-TEST_F(AgentSettingsFileTest, KeepsTheLastContentAsTheBackupWhereAsked) {
-    home.write(name, "1");
     chmod(home.path(name).toUtf8(), 0640);
     EXPECT_EQ(failure(file, append("2")), "");
     EXPECT_EQ(backup(), "1");
