@@ -1,32 +1,18 @@
-#include "App/AppController.h"
-
-#include "App/FakePlatform.h"
-#include "Core/Settings/Defaults.h"
+#include "App/AppFixture.h"
+#include "Core/Agents/AgentAdapter.h"
+#include "Support/EventBuilder.h"
 #include "Support/HttpClient.h"
-#include "Support/ManualPool.h"
-#include "Support/ManualScheduler.h"
-#include "Support/TemporaryHome.h"
 #include "Support/WaitUntil.h"
 
-#include <QDir>
-#include <QFile>
-#include <QTcpServer>
 #include <gtest/gtest.h>
 
 namespace morvane {
 namespace {
 
-class AppControllerTest : public testing::Test {
-protected:
-    AppControllerTest() {
-        auto manual = std::make_unique<ManualScheduler>();
-        scheduler = manual.get();
-        platform = fakePlatform(std::move(manual));
-        auto pool = std::make_unique<ManualPool>();
-        background = pool.get();
-        platform.background = std::move(pool);
-    }
+using enum AgentKind;
 
+class AppControllerTest : public ControllerFixture {
+protected:
     std::string permissionRequest() const {
         return httpPost("/event",
                         {{"x-morvane-token", settings.eventToken().toStdString()},
@@ -35,159 +21,249 @@ protected:
                         R"({"session_id":"s","tool_name":"Bash"})");
     }
 
-    QByteArray script() const { return home.read(".morvane/hook.sh"); }
-
-    /// Takes a port for as long as the result lives; any free one for 0.
-    static std::unique_ptr<QTcpServer> taken(std::uint16_t port) {
-        auto server = std::make_unique<QTcpServer>();
-        server->listen(QHostAddress::LocalHost, port);
-        return server;
+    /// A hook that waits for a decision.
+    HttpClient ask() {
+        HttpClient hook(controller.server()->boundPort());
+        hook.send(permissionRequest());
+        EXPECT_TRUE(becomesAwaited(true));
+        return hook;
     }
 
-    TemporaryHome home;
-    Defaults defaults{home.path("config"), "test"};
-    MorvaneSettings settings{defaults};
-    PlatformServices platform;
-    ManualScheduler *scheduler = nullptr;
-    ManualPool *background = nullptr;
+    bool becomesAwaited(bool isAwaited) {
+        return waitUntil([&] {
+            scheduler.runPosted();
+            return store.sessionAwaitingDecision().has_value() == isAwaited;
+        });
+    }
+
+    static QList<AgentKind> kinds(const std::vector<const AgentAdapter *> &adapters) {
+        QList<AgentKind> result;
+        for (const AgentAdapter *adapter : adapters) {
+            result << adapter->kind();
+        }
+        return result;
+    }
+
+    /// The last failure without what the system says of it.
+    QString complaint() const {
+        const QString error = connections.lastError().value_or(QString());
+        return error.left(error.indexOf(": ") + 1);
+    }
+
+    FakeLoginItem &loginItem() { return static_cast<FakeLoginItem &>(*platform.loginItem); }
 };
 
 TEST_F(AppControllerTest, MovesToAFreePortAndTellsEverybodyWhoNeedsIt) {
-    const auto blocker = taken(0);
-    settings.setPort(blocker->serverPort());
+    // All but the last that are tried.
+    auto blockers = takenPorts(21);
+    while (!blockers.back()->isListening()) {
+        blockers = takenPorts(21);
+    }
+    blockers.pop_back();
+    settings.setPort(blockers.front()->serverPort());
     home.write(".codex/hooks.json", R"({"hooks":{"Stop":[{"command":"/old/.morvane/hook.sh"}]}})");
     home.write(".config/opencode/plugins/morvane.js", "old");
     home.write(".claude/settings.json", "{}");
-    AppController controller(settings, platform);
     controller.start();
     ASSERT_TRUE(controller.server());
     const std::uint16_t port = controller.server()->boundPort();
-    EXPECT_GT(port, blocker->serverPort());
+    EXPECT_EQ(port, blockers.front()->serverPort() + 20);
     EXPECT_EQ(settings.port(), port);
     Defaults reread(home.path("config"), "test");
     EXPECT_EQ(MorvaneSettings(reread).port(), port);
-    EXPECT_TRUE(script().contains("port=" + QByteArray::number(port) + "\n"));
-    EXPECT_TRUE(home.read(QStringLiteral(".config/opencode/plugins/morvane.js"))
-                    .contains(QByteArray::number(port)));
-    EXPECT_TRUE(home.read(QStringLiteral(".codex/hooks.json")).contains("codex SessionEnd"));
-    EXPECT_EQ(home.read(".claude/settings.json"), "{}");
-    EXPECT_EQ(controller.connections().installedAgents(),
-              (QSet{AgentKind::codex, AgentKind::opencode}));
+    EXPECT_TRUE(read(".morvane/hook.sh").contains("port=" + QByteArray::number(port) + "\n"));
+    EXPECT_TRUE(read(".config/opencode/plugins/morvane.js").contains(QByteArray::number(port)));
+    EXPECT_TRUE(read(".codex/hooks.json").contains("codex SessionEnd"));
+    EXPECT_EQ(read(".claude/settings.json"), "{}");
+    EXPECT_EQ(connections.installedAgents(), (QSet{codex, opencode}));
     EXPECT_EQ(controller.serverStatus(), QStringLiteral("listening on 127.0.0.1:%1").arg(port));
-    EXPECT_FALSE(controller.connections().lastError());
+    EXPECT_FALSE(connections.lastError());
 }
 
 TEST_F(AppControllerTest, GoesOnWithoutAServerAndSaysWhy) {
-    std::vector<std::unique_ptr<QTcpServer>> blockers;
-    blockers.push_back(taken(0));
+    const auto blockers = takenPorts(21);
     const std::uint16_t first = blockers.front()->serverPort();
-    for (unsigned port = first + 1u; port <= first + 20u && port <= 65535u; ++port) {
-        blockers.push_back(taken(static_cast<std::uint16_t>(port)));
-    }
     settings.setPort(first);
-    AppController controller(settings, platform);
     controller.start();
     EXPECT_EQ(controller.server(), nullptr);
     EXPECT_EQ(controller.serverStatus(), "not running");
-    EXPECT_EQ(controller.connections().lastError(),
-              "Event server failed to start: Address already in use");
+    EXPECT_EQ(connections.lastError(), "Event server failed to start: Address already in use");
     EXPECT_EQ(settings.port(), first);
-    EXPECT_TRUE(script().isEmpty());
+    EXPECT_EQ(read(".morvane/hook.sh"), "");
 
-    HookEvent event;
-    event.kind = CanonicalEvent::promptSubmit;
-    event.sessionID = "s";
-    controller.store().apply(event);
-    EXPECT_EQ(controller.store().sessions().size(), 1);
+    store.apply(EventBuilder(CanonicalEvent::promptSubmit));
+    EXPECT_EQ(store.sessions().size(), 1);
 }
 
 TEST_F(AppControllerTest, CarriesADecisionBackToTheHook) {
-    const auto free = taken(0);
-    settings.setPort(free->serverPort());
-    free->close();
-    AppController controller(settings, platform);
     controller.start();
-    const std::uint16_t port = controller.server()->boundPort();
-    const auto ask = [&](HttpClient &hook) {
-        hook.send(permissionRequest());
-        return waitUntil([&] {
-            scheduler->runPosted();
-            return controller.store().sessionAwaitingDecision().has_value();
-        });
-    };
-    HttpClient hook(port);
-    ASSERT_TRUE(ask(hook));
-    controller.store().decide("s", AgentDecision::deny());
+    HttpClient hook = ask();
+    store.decide("s", AgentDecision::deny());
     EXPECT_NE(hook.receiveAll().find(R"("behavior":"deny")"), std::string::npos);
 
-    HttpClient gone(port);
-    ASSERT_TRUE(ask(gone));
+    HttpClient gone = ask();
     gone.hangUp();
-    EXPECT_TRUE(waitUntil([&] {
-        scheduler->runPosted();
-        return !controller.store().sessionAwaitingDecision();
-    }));
+    EXPECT_TRUE(becomesAwaited(false));
+}
 
-    settings.setApprovalsEnabled(false);
+TEST_F(AppControllerTest, ReleasesWhoeverWaitsWhenApprovalsEnd) {
+    controller.start();
+    connections.installHooks(claude);
+    HttpClient hook = ask();
+    controller.setApprovalsEnabled(false);
+    EXPECT_EQ(httpBody(hook.receiveAll()), "");
+    const std::uint16_t port = controller.server()->boundPort();
     EXPECT_EQ(httpBody(httpExchange(port, permissionRequest())), "");
+    EXPECT_FALSE(read(".claude/settings.json").contains("decide"));
+    controller.setApprovalsEnabled(true);
+    EXPECT_TRUE(read(".claude/settings.json").contains("PermissionRequest decide"));
+
+    makeReadOnly(".claude/settings.json");
+    controller.setApprovalsEnabled(true);
+    EXPECT_EQ(complaint(), "Couldn't update Claude Code's hooks:");
+    EXPECT_FALSE(settings.approvalsEnabled());
 }
 
 TEST_F(AppControllerTest, ShowsWhatRanBeforeItStarted) {
     const QByteArray model = R"({"type":"assistant","cwd":"/p","message":{"model":"claude-a"}})";
     home.write(".claude/projects/p/s.jsonl", model);
-    AppController controller(settings, platform);
     controller.start();
     // The start doesn't wait for the disk.
-    EXPECT_EQ(background->waiting(), 1u);
-    EXPECT_TRUE(controller.store().sessions().isEmpty());
-    background->runAll();
-    scheduler->runPosted();
-    EXPECT_EQ(controller.store().sessions().value(QStringLiteral("s")).cwd, "/p");
-    background->runAll();
-    scheduler->runPosted();
-    EXPECT_EQ(controller.store().sessions().value(QStringLiteral("s")).model, "a");
+    EXPECT_EQ(background.waiting(), 1u);
+    EXPECT_TRUE(store.sessions().isEmpty());
+    background.runAll();
+    scheduler.runPosted();
+    EXPECT_EQ(store.sessions().value("s").cwd, "/p");
+    background.runAll();
+    scheduler.runPosted();
+    EXPECT_EQ(store.sessions().value("s").model, "a");
 }
 
-TEST_F(AppControllerTest, OffersEachNewAgentOnce) {
+TEST_F(AppControllerTest, KeepsEachNewAgentForWhoeverCanOfferItAndTellsOfItOnce) {
     home.write(".claude/settings.json");
-    std::vector<std::vector<AgentKind>> offers;
-    AppController controller(settings, platform);
-    QObject::connect(&controller.connections(), &AgentConnections::newAgentsDetected, &controller,
-                     [&](const std::vector<AgentKind> &kinds) { offers.push_back(kinds); });
     settings.setHasCompletedFirstRun(true);
     controller.start();
     // An installation that has no list yet takes what is there for known.
     EXPECT_EQ(settings.knownAgents(), QStringList{"claude"});
-    EXPECT_TRUE(offers.empty());
-
     home.write(".codex/config.toml");
-    home.write(".kimi/.keep");
-    scheduler->advance(Seconds(1801));
-    EXPECT_EQ(offers, (std::vector<std::vector<AgentKind>>{{AgentKind::codex}}));
-    scheduler->advance(Seconds(3600));
-    EXPECT_EQ(offers.size(), 1u);
+    scheduler.advance(Seconds(1801));
+    EXPECT_EQ(settings.knownAgents(), QStringList{"claude"});
+
+    std::vector<std::vector<AgentKind>> offers;
+    QObject::connect(&connections, &AgentConnections::newAgentsDetected, &controller,
+                     [&](const std::vector<AgentKind> &kinds) { offers.push_back(kinds); });
+    scheduler.advance(Seconds(5400));
+    EXPECT_EQ(offers, (std::vector<std::vector<AgentKind>>{{codex}}));
 }
 
-TEST_F(AppControllerTest, DoesNotLookForAgentsBeforeTheFirstRunIsOver) {
-    home.write(".claude/settings.json");
-    AppController controller(settings, platform);
-    controller.start();
-    scheduler->advance(Seconds(4000));
-    EXPECT_EQ(settings.knownAgents(), std::nullopt);
+TEST_F(AppControllerTest, ConnectsRepairsAndDisconnects) {
+    home.write(".claude/settings.json", "{}");
+    home.write(".codex/config.toml");
+    connections.refreshStatus();
+    EXPECT_EQ(kinds(connections.offeredAgents()), (QList{claude, codex}));
+    EXPECT_FALSE(connections.hasDecidableAgent());
+
+    connections.installHooks(codex);
+    connections.installHooks(opencode);
+    EXPECT_EQ(connections.installedAgents(), (QSet{codex, opencode}));
+    EXPECT_TRUE(connections.hasDecidableAgent());
+    // What is connected can be disconnected, also when its agent has left no trace.
+    EXPECT_EQ(kinds(connections.offeredAgents()), (QList{claude, codex, opencode}));
+    connections.uninstallHooks(codex);
+    EXPECT_EQ(connections.installedAgents(), QSet{opencode});
+    EXPECT_FALSE(connections.hasDecidableAgent());
+
+    makeReadOnly(".claude/settings.json");
+    connections.installHooks(claude);
+    EXPECT_EQ(complaint(), "Claude Code connect failed:");
+    connections.repairHooks(claude);
+    EXPECT_EQ(complaint(), "Claude Code repair failed:");
+    makeReadOnly(".claude/settings.json", false);
+    connections.repairHooks(claude);
+    EXPECT_EQ(connections.lastError(), std::nullopt);
+    makeReadOnly(".claude/settings.json");
+    connections.uninstallHooks(claude);
+    EXPECT_EQ(complaint(), "Claude Code disconnect failed:");
+    EXPECT_TRUE(connections.installedAgents().contains(claude));
 }
 
-TEST_F(AppControllerTest, KeepsNewAgentsForWhoeverCanOfferThem) {
-    settings.setHasCompletedFirstRun(true);
-    settings.setKnownAgents(QStringList());
-    home.write(".claude/settings.json");
-    AppController controller(settings, platform);
+TEST_F(AppControllerTest, SwitchesTheNotificationsOfAllWhoHaveThem) {
+    connections.setNotificationsSuppressed(true);
+    EXPECT_FALSE(connections.notificationsSuppressed());
+
+    home.write(".claude/settings.json", "{}");
+    connections.setNotificationsSuppressed(true);
+    EXPECT_TRUE(connections.notificationsSuppressed());
+    makeReadOnly(".claude/settings.json");
+    connections.setNotificationsSuppressed(false);
+    EXPECT_EQ(complaint(), "Updating Claude Code's settings failed:");
+    EXPECT_TRUE(connections.notificationsSuppressed());
+}
+
+TEST_F(AppControllerTest, StartsAtLoginOrSaysWhyNot) {
+    controller.setLaunchAtLogin(true);
+    EXPECT_TRUE(controller.launchAtLogin());
+    loginItem().failure = Failure{"the disk is full"};
+    controller.setLaunchAtLogin(false);
+    EXPECT_EQ(connections.lastError(), "Launch-at-login change failed: the disk is full");
+    EXPECT_TRUE(controller.launchAtLogin());
+}
+
+TEST_F(AppControllerTest, RemovesEverythingAndReports) {
+    settings.setSoundEnabled(false);
+    home.write(".claude/settings.json", R"({"model":"opus","statusLine":{"command":"mine"}})");
+    connections.installHooks(claude);
+    EXPECT_EQ(connections.statusLineBlockedAgents(), std::vector{claude});
+    connections.installHooks(kimi);
+    controller.setLaunchAtLogin(true);
+    makeReadOnly(".kimi/config.toml");
+    const auto remove = [this] { return controller.removeEverything().split("\n• "); };
+    const QStringList partly = remove();
+    ASSERT_EQ(partly.size(), 5);
+    EXPECT_EQ(partly[0], "Claude Code hooks");
+    EXPECT_TRUE(partly[1].startsWith("⚠︎ could not remove Kimi CLI hooks: "));
+    EXPECT_EQ(partly[2], "⚠︎ could not remove ~/.morvane: hooks that are left call it");
+    EXPECT_EQ(partly[3], "login item");
+    EXPECT_TRUE(QFile::exists(home.path(".morvane/hook.sh")));
+
+    makeReadOnly(".kimi/config.toml", false);
+    EXPECT_EQ(remove(),
+              (QStringList{"Kimi CLI hooks", "~/.morvane", "preferences and session history"}));
+    EXPECT_FALSE(read(".claude/settings.json").contains("hook.sh"));
+    EXPECT_FALSE(QFile::exists(home.path(".morvane")));
+    EXPECT_FALSE(loginItem().enabled);
+
+    // What still happens before the program is quit leaves no trace either.
+    store.apply(EventBuilder(CanonicalEvent::turnEnd));
+    for (const char *key : {"soundEnabled", "eventToken", "completedHistory"}) {
+        EXPECT_FALSE(isStored(key)) << key;
+    }
+    EXPECT_TRUE(connections.installedAgents().isEmpty());
+}
+
+TEST_F(AppControllerTest, OpensWhatItCanOfASessionThatIsOver) {
+    store.apply(EventBuilder(CanonicalEvent::promptSubmit).with(&HookEvent::cwd, "/shop"));
+    CompletedRecord record;
+    record.cwd = "/shop";
+    controller.reopenCompleted(record);
+    EXPECT_TRUE(store.sessions().isEmpty());
+}
+
+TEST_F(AppControllerTest, CountsAsSeenWhatAPersonGoesTo) {
+    addFakeScreen(platform);
     controller.start();
-    EXPECT_EQ(settings.knownAgents(), QStringList());
-    std::vector<AgentKind> offered;
-    QObject::connect(&controller.connections(), &AgentConnections::newAgentsDetected, &controller,
-                     [&](const std::vector<AgentKind> &kinds) { offered = kinds; });
-    scheduler->advance(Seconds(1801));
-    EXPECT_EQ(offered, std::vector{AgentKind::claude});
+    store.apply(EventBuilder(CanonicalEvent::turnEnd).in("s"));
+    emit platform.foreground->activated("org.mozilla.firefox");
+    EXPECT_FALSE(store.sessions().value("s").acknowledged);
+    emit platform.foreground->activated("net.kovidgoyal.kitty");
+    EXPECT_TRUE(store.sessions().value("s").acknowledged);
+
+    store.apply(EventBuilder(CanonicalEvent::turnEnd).in("other"));
+    controller.presenterManager()->presentPanel();
+    controller.select(store.sessions().value("other"));
+    EXPECT_TRUE(store.sessions().value("other").acknowledged);
+    scheduler.advance(Seconds(1));
+    EXPECT_FALSE(controller.presenterManager()->isAnyExpanded());
 }
 
 } // namespace

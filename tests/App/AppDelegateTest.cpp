@@ -1,27 +1,18 @@
 #include "App/AppDelegate.h"
 
-#include "App/FakePlatform.h"
-#include "Core/Settings/Defaults.h"
-#include "Support/ManualScheduler.h"
-#include "Support/TemporaryHome.h"
+#include "App/AppFixture.h"
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QTcpServer>
 #include <QWindow>
 #include <gtest/gtest.h>
 
 namespace morvane {
 namespace {
 
-class AppDelegateTest : public testing::Test {
+class AppDelegateTest : public AppFixture {
 protected:
-    AppDelegateTest() {
-        QTcpServer probe;
-        probe.listen(QHostAddress::LocalHost);
-        settings.setPort(probe.serverPort());
-        addFakeScreen(platform);
-    }
+    AppDelegateTest() { addFakeScreen(platform); }
 
     /// What a person sees of ordinary windows.
     static QStringList titles() {
@@ -50,7 +41,7 @@ protected:
     }
 
     bool isPanelOpen() {
-        scheduler().advance(Seconds(2));
+        scheduler.advance(Seconds(2));
         const auto &overlays = static_cast<FakeOverlayWindows &>(*platform.overlays).alive;
         return !overlays.isEmpty() && overlays.first()->isVisible();
     }
@@ -58,12 +49,6 @@ protected:
     FakeStatusItemHost &host() {
         return static_cast<FakeStatusItemHost &>(*platform.statusItemHost);
     }
-    ManualScheduler &scheduler() { return static_cast<ManualScheduler &>(*platform.scheduler); }
-
-    TemporaryHome home;
-    Defaults defaults{home.path("config"), "test"};
-    MorvaneSettings settings{defaults};
-    PlatformServices platform = fakePlatform(std::make_unique<ManualScheduler>());
     AppDelegate delegate{settings, platform};
 };
 
@@ -73,8 +58,8 @@ TEST_F(AppDelegateTest, WelcomesOnceWhateverBecomesOfTheWelcome) {
     EXPECT_EQ(titles(), QStringList{"Welcome to Morvane"});
     EXPECT_EQ(window("Welcome to Morvane")->size(), QSize(540, 540));
     // Also for whoever quits now.
-    Defaults reread(home.path("config"), "test");
-    EXPECT_TRUE(MorvaneSettings(reread).hasCompletedFirstRun());
+    EXPECT_TRUE(isStored("hasCompletedFirstRun"));
+    scheduler.advance(Seconds(4000));
     EXPECT_FALSE(settings.knownAgents());
 
     host().setPresent(true);
@@ -101,17 +86,17 @@ TEST_F(AppDelegateTest, OffersNewAgentsButNotOverAnOffer) {
     EXPECT_TRUE(titles().isEmpty());
 
     home.write(".claude/settings.json", "{}");
-    scheduler().advance(Seconds(1801));
+    scheduler.advance(Seconds(1801));
     EXPECT_EQ(titles(), QStringList{title});
     home.write(".codex/config.toml");
-    scheduler().advance(Seconds(1801));
+    scheduler.advance(Seconds(1801));
     EXPECT_EQ(titles(), QStringList{title});
     close(title);
-    scheduler().advance(Seconds(1801));
+    scheduler.advance(Seconds(1801));
     EXPECT_TRUE(titles().isEmpty());
 
     home.write(".gemini/settings.json", "{}");
-    scheduler().advance(Seconds(1801));
+    scheduler.advance(Seconds(1801));
     EXPECT_EQ(titles(), QStringList{title});
 }
 

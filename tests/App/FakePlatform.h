@@ -1,12 +1,13 @@
 #pragma once
 
-#include "App/FakeStatusItemHost.h"
 #include "App/PlatformServices.h"
+#include "Platform/StatusItemHost.h"
 #include "Support/FakeDisplays.h"
 #include "Support/FakeMotionPreference.h"
 #include "Support/FakeOverlayWindows.h"
 #include "Support/FakePointerMonitor.h"
 #include "Support/ManualPool.h"
+#include "Support/ManualScheduler.h"
 
 namespace morvane {
 
@@ -35,10 +36,23 @@ private:
     }
 };
 
-/// A machine without a screen, on a scheduler of the test's.
-inline PlatformServices fakePlatform(std::unique_ptr<Scheduler> scheduler) {
+/// A desktop that has a place for status items when the test says so.
+class FakeStatusItemHost : public StatusItemHost {
+public:
+    bool isPresent() const override { return m_isPresent; }
+    void setPresent(bool isPresent) {
+        m_isPresent = isPresent;
+        emit presenceChanged();
+    }
+
+private:
+    bool m_isPresent = false;
+};
+
+/// A machine without a screen.
+inline PlatformServices fakePlatform() {
     PlatformServices result;
-    result.scheduler = std::move(scheduler);
+    result.scheduler = std::make_unique<ManualScheduler>();
     result.background = std::make_unique<ManualPool>();
     result.applications = std::make_unique<NoApplications>();
     result.loginItem = std::make_unique<FakeLoginItem>();

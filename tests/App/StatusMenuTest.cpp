@@ -1,12 +1,7 @@
 #include "App/StatusMenu.h"
 
-#include "App/AppController.h"
-#include "App/FakePlatform.h"
-#include "Core/Settings/Defaults.h"
+#include "App/AppFixture.h"
 #include "Core/Shell/BuildInfo.h"
-#include "Support/ManualScheduler.h"
-#include "Support/Printing.h"
-#include "Support/TemporaryHome.h"
 
 #include <QCoreApplication>
 #include <QKeyEvent>
@@ -15,7 +10,7 @@
 namespace morvane {
 namespace {
 
-class StatusMenuTest : public testing::Test {
+class StatusMenuTest : public ControllerFixture {
 protected:
     /// What a menu shows, a line for each item.
     static QString lines(const QMenu &menu) {
@@ -45,12 +40,6 @@ protected:
         return nullptr;
     }
 
-    TemporaryHome home;
-    Defaults defaults{home.path("config"), "test"};
-    MorvaneSettings settings{defaults};
-    PlatformServices platform = fakePlatform(std::make_unique<ManualScheduler>());
-    AppController controller{settings, platform};
-    AgentConnections &connections = controller.connections();
     StatusMenu statusMenu{connections};
 };
 
@@ -108,8 +97,8 @@ TEST_F(StatusMenuTest, ConnectsAndDisconnectsTheAgentsOfThisMachine) {
 }
 
 TEST_F(StatusMenuTest, TellsWhatWentWrongUntilItHasGoneRight) {
-    const QString settingsFile = home.write(".claude/settings.json", "{}");
-    QFile::setPermissions(settingsFile, QFile::ReadOwner);
+    home.write(".claude/settings.json", "{}");
+    makeReadOnly(".claude/settings.json");
     open();
     agent("Claude Code")->trigger();
     ASSERT_TRUE(connections.lastError());
@@ -119,7 +108,7 @@ TEST_F(StatusMenuTest, TellsWhatWentWrongUntilItHasGoneRight) {
     EXPECT_TRUE(agentLines().startsWith("Claude Code\n-\nClaude Code connect"));
     EXPECT_TRUE(agentLines().endsWith(" (off)"));
 
-    QFile::setPermissions(settingsFile, QFile::ReadOwner | QFile::WriteOwner);
+    makeReadOnly(".claude/settings.json", false);
     agent("Claude Code")->trigger();
     EXPECT_EQ(agentLines(), "[x] Claude Code");
 }

@@ -25,13 +25,6 @@ protected:
         program = std::make_unique<ChildProcess>(QStringList{MORVANE}, home.environment());
     }
 
-    /// One hook from start to end; its output, or none unless its status is 0.
-    std::optional<QByteArray> runHook(const QStringList &arguments, const QByteArray &payload) {
-        ChildProcess hook(home.hook(arguments), home.environment(), payload);
-        const auto status = hook.wait();
-        return status == 0 ? std::optional(hook.output()) : std::nullopt;
-    }
-
     ProgramHome home;
     std::unique_ptr<ChildProcess> program;
 };
@@ -43,25 +36,24 @@ TEST_F(HeadlessTest, AWaitingHookIsSilentWhenTheProgramEnds) {
     program->kill();
     EXPECT_EQ(hook.wait(), 0);
     EXPECT_EQ(hook.output(), QByteArray());
-    EXPECT_EQ(runHook({"claude", "Stop"}, "{}"), QByteArray());
+    ChildProcess late(home.hook({"claude", "Stop"}), home.environment(), "{}");
+    EXPECT_EQ(late.wait(), 0);
+    EXPECT_EQ(late.output(), QByteArray());
 }
 
 TEST_F(HeadlessTest, ASecondLaunchGivesWayAndARestartKeepsPortAndToken) {
+    const QString script = ".morvane/hook.sh";
     ChildProcess second({MORVANE}, home.environment());
     EXPECT_EQ(second.wait(), 0);
     EXPECT_TRUE(program->isRunning());
 
-    const auto script = [this] {
-        QFile file(home.path(".morvane/hook.sh"));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    };
-    const QByteArray before = script();
+    const QByteArray before = home.read(script);
     program->kill();
     program->wait();
-    QFile::remove(home.path(".morvane/hook.sh"));
+    QFile::remove(home.path(script));
     start();
     ASSERT_TRUE(home.waitForHook());
-    EXPECT_EQ(script(), before);
+    EXPECT_EQ(home.read(script), before);
 }
 
 } // namespace

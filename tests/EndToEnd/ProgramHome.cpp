@@ -4,8 +4,8 @@
 
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QTcpServer>
 
 namespace morvane {
@@ -21,14 +21,14 @@ int freePort() {
 
 } // namespace
 
-ProgramHome::ProgramHome(const QJsonObject &settings) {
+ProgramHome::ProgramHome() {
     const auto folder = [this](const char *name) {
-        QDir().mkpath(path(QLatin1String(name)));
-        QFile::setPermissions(path(QLatin1String(name)),
-                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        return path(QLatin1String(name));
+        const QString result = path(QLatin1String(name));
+        QDir().mkpath(result);
+        QFile::setPermissions(result, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        return result;
     };
-    m_environment.insert("HOME", m_folder.path());
+    m_environment.insert("HOME", path());
     m_environment.insert("XDG_CONFIG_HOME", folder(".config"));
     m_environment.insert("XDG_DATA_HOME", folder(".local/share"));
     m_environment.insert("XDG_CACHE_HOME", folder(".cache"));
@@ -36,25 +36,13 @@ ProgramHome::ProgramHome(const QJsonObject &settings) {
     m_environment.insert("PATH", qEnvironmentVariable("PATH"));
     m_environment.insert("LANG", "C.UTF-8");
 
-    QJsonObject all{{"eventServerPort", freePort()},
-                    {"hasCompletedFirstRun", true},
-                    {"installPingEnabled", false},
-                    {"usageEnabled", false},
-                    {"SUEnableAutomaticChecks", false}};
-    for (auto entry = settings.begin(); entry != settings.end(); ++entry) {
-        all.insert(entry.key(), entry.value());
-    }
+    const QJsonObject settings{{"eventServerPort", freePort()}, {"hasCompletedFirstRun", true},
+                               {"installPingEnabled", false},   {"usageEnabled", false},
+                               {"showWhenIdle", true},          {"SUEnableAutomaticChecks", false}};
     // A connection of an older version: at its start the program writes its scripts for those who
     // are connected.
     write(".claude/settings.json", R"({"hooks":{"Stop":[{"command":".morvane/hook.sh claude"}]}})");
-    write(".config/morvane/io.morvane.morvane.json", QJsonDocument(all).toJson());
-}
-
-void ProgramHome::write(const QString &relative, const QByteArray &bytes) const {
-    QDir().mkpath(QFileInfo(path(relative)).path());
-    QFile file(path(relative));
-    file.open(QIODevice::WriteOnly);
-    file.write(bytes);
+    write(".config/morvane/io.morvane.morvane.json", QJsonDocument(settings).toJson());
 }
 
 QStringList ProgramHome::hook(const QStringList &arguments) const {

@@ -1,26 +1,20 @@
 #pragma once
 
-#include <QByteArray>
-#include <QJsonObject>
+#include "Support/TemporaryHome.h"
+
 #include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
-#include <QTemporaryDir>
 
 namespace morvane {
 
 /// A home folder for one run of the program, for as long as it lives: nothing of the person's own
 /// home, settings or running program is in reach of what is started with its environment.
-class ProgramHome {
+class ProgramHome : public TemporaryHome {
 public:
-    /// The settings are those of a person who has long been through the welcome, with a free port
-    /// and no network beyond the machine; `settings` adds to them.
-    explicit ProgramHome(const QJsonObject &settings = {});
-
-    QString path(const QString &relative) const { return m_folder.filePath(relative); }
-
-    /// Writes a file, with the folders that it needs.
-    void write(const QString &relative, const QByteArray &bytes) const;
+    /// The settings are those of a person who has long been through the welcome, who sees it also
+    /// while nothing happens, with a free port and no network beyond the machine.
+    ProgramHome();
 
     /// Without a display and without a session bus, whatever the test itself has.
     const QProcessEnvironment &environment() const { return m_environment; }
@@ -35,7 +29,6 @@ public:
     bool waitForHook() const;
 
 private:
-    QTemporaryDir m_folder;
     QProcessEnvironment m_environment;
 };
 

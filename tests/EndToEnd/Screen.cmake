@@ -12,9 +12,9 @@ target_link_libraries(end_to_end_support
 
 add_executable(screen_tests
   NotchScreenTest.cpp
+  OnScreen.h
   ProgramOnScreen.h
   ScreenTest.cpp
-  TrayHost.cpp TrayHost.h
   TrayTest.cpp
 )
 target_link_libraries(screen_tests PRIVATE

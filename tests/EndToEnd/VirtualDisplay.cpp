@@ -5,7 +5,6 @@
 #include <QFile>
 #include <QStandardPaths>
 
-#include <algorithm>
 #include <utility>
 
 namespace morvane {
@@ -94,24 +93,6 @@ void VirtualDisplay::setMonitor(const QString &name, const QRect &place) const {
 
 void VirtualDisplay::removeMonitor(const QString &name) const {
     run({"xrandr", "--delmonitor", name});
-}
-
-QList<QRect> VirtualDisplay::visibleWindows(const QString &windowClass) const {
-    const QStringList search{"search", "--onlyvisible", "--class", windowClass};
-    QList<QRect> result;
-    for (const QByteArray &window : control(search).value_or(QByteArray()).split('\n')) {
-        const auto geometry = control({"getwindowgeometry", "--shell", QString::fromUtf8(window)});
-        // "WINDOW=1", "X=2" and so on, a line each.
-        QHash<QByteArray, int> values;
-        for (const QByteArray &line : geometry.value_or(QByteArray()).split('\n')) {
-            values.insert(line.left(line.indexOf('=')), line.mid(line.indexOf('=') + 1).toInt());
-        }
-        if (values.contains("X")) {
-            result.append({values["X"], values["Y"], values["WIDTH"], values["HEIGHT"]});
-        }
-    }
-    std::ranges::sort(result, {}, [](const QRect &place) { return place.left(); });
-    return result;
 }
 
 bool VirtualDisplay::run(const QStringList &command) const {

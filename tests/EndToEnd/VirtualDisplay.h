@@ -50,9 +50,6 @@ public:
     /// Runs a program to its end; true when it reports success.
     bool run(const QStringList &command) const;
 
-    /// Where those windows are that are on show and whose class matches, from left to right.
-    QList<QRect> visibleWindows(const QString &windowClass) const;
-
     /// Waits until the window of this title has the keyboard, and asks for that where the window
     /// manager has not given it to a new window. False when it never gets it.
     bool bringToFront(const QString &title) const;

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <netinet/in.h>
 #include <poll.h>
+#include <set>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -17,19 +18,18 @@ namespace {
 
 constexpr std::chrono::seconds patience{20};
 
-std::optional<CapturedRequest> parsed(const std::string &bytes) {
-    HttpRequestParser parser;
-    if (parser.parse(bytes) != HttpRequestParser::Status::complete)
-        return {};
-    CapturedRequest request;
-    request.requestLine = bytes.substr(0, bytes.find("\r\n"));
-    for (const auto &[name, value] : parser.request().headers)
-        request.headers[name] = value;
-    request.body = parser.request().body;
-    return request;
-}
-
 } // namespace
+
+std::vector<std::string> CapturedRequest::host() const {
+    std::vector<std::string> result;
+    const std::set<std::string> others{"x-hook-event", "x-morvane-agent", "x-morvane-token",
+                                       "x-tty"};
+    for (const auto &[name, value] : headers) {
+        if (name.starts_with("x-") && !others.contains(name))
+            result.push_back(name + ": " + value);
+    }
+    return result;
+}
 
 CapturingListener::CapturingListener(std::optional<std::string> answer)
     : m_answer(std::move(answer)), m_listener(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)),
@@ -52,10 +52,10 @@ CapturingListener::~CapturingListener() {
     close(m_stopped);
 }
 
-std::optional<CapturedRequest> CapturingListener::take() {
+CapturedRequest CapturingListener::take() {
     std::unique_lock lock(m_mutex);
     if (!m_changed.wait_for(lock, patience, [this] { return !m_requests.empty(); }))
-        return std::nullopt;
+        return {};
     CapturedRequest request = std::move(m_requests.front());
     m_requests.pop_front();
     return request;
@@ -84,12 +84,15 @@ void CapturingListener::handle(int connection) {
         if (size <= 0)
             break;
         bytes.append(piece.data(), static_cast<size_t>(size));
-        const std::optional<CapturedRequest> request = parsed(bytes);
-        if (!request)
+        HttpRequestParser parser;
+        if (parser.parse(bytes) != HttpRequestParser::Status::complete)
             continue;
+        const HttpRequest &request = parser.request();
         {
             const std::lock_guard lock(m_mutex);
-            m_requests.push_back(*request);
+            m_requests.push_back({bytes.substr(0, bytes.find("\r\n")),
+                                  {request.headers.begin(), request.headers.end()},
+                                  std::string(request.body)});
         }
         m_changed.notify_all();
         if (m_answer) {

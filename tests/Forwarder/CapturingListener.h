@@ -8,10 +8,15 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <vector>
 
 namespace morvane::tests {
 
 struct CapturedRequest {
+    /// What tells of the terminal that the sender runs in, or that a decision is awaited, sorted;
+    /// the terminal's device, which depends on where the tests run, is left out.
+    [[nodiscard]] std::vector<std::string> host() const;
+
     std::string requestLine;
     /// By lower-case name.
     std::map<std::string, std::string> headers;
@@ -27,8 +32,8 @@ public:
     ~CapturingListener();
 
     [[nodiscard]] std::uint16_t port() const { return m_port; }
-    /// The earliest request not yet taken; none after a generous wait.
-    [[nodiscard]] std::optional<CapturedRequest> take();
+    /// The earliest request not yet taken; an empty one after a generous wait.
+    [[nodiscard]] CapturedRequest take();
     /// Whether the peer of a held request hung up within a generous wait.
     [[nodiscard]] bool awaitHangUp();
 

@@ -1,5 +1,6 @@
 #include "HookProcess.h"
 
+#include <algorithm>
 #include <array>
 #include <csignal>
 #include <cstdlib>
@@ -87,14 +88,12 @@ std::vector<std::vector<std::string>> HookProcess::shells() {
 }
 
 bool HookProcess::standsInSomeArguments(const std::string &text) {
-    for (const fs::directory_entry &process : fs::directory_iterator("/proc")) {
+    return std::ranges::any_of(fs::directory_iterator("/proc"), [&](const auto &process) {
         // The process may end meanwhile; this way of reading makes that an empty text.
         std::ostringstream arguments;
         arguments << std::ifstream(process.path() / "cmdline").rdbuf();
-        if (arguments.str().find(text) != std::string::npos)
-            return true;
-    }
-    return false;
+        return arguments.str().find(text) != std::string::npos;
+    });
 }
 
 void HookProcess::setEnvironment(const std::vector<std::string> &variables) {
@@ -107,19 +106,15 @@ HookResult HookProcess::run(const std::vector<std::string> &arguments, const std
     // A socket, as the agents' own runtime gives its children, and not a pipe.
     std::array<int, 2> input{};
     std::array<int, 2> output{};
-    std::array<int, 2> errors{};
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, input.data()) != 0 ||
-        pipe2(output.data(), O_CLOEXEC) != 0 || pipe2(errors.data(), O_CLOEXEC) != 0)
+        pipe2(output.data(), O_CLOEXEC) != 0)
         std::abort();
-    const pid_t child = spawn(arguments, input[0], output[1], errors[1]);
+    const pid_t child = spawn(arguments, input[0], output[1]);
     close(input[0]);
     close(output[1]);
-    close(errors[1]);
     std::thread writer([&] { writeAll(input[1], payload); });
     HookResult result;
-    std::thread errorReader([&] { result.errors = readAll(errors[0]); });
     result.output = readAll(output[0]);
-    errorReader.join();
     writer.join();
     waitpid(child, &result.status, 0);
     return result;
@@ -127,13 +122,12 @@ HookResult HookProcess::run(const std::vector<std::string> &arguments, const std
 
 pid_t HookProcess::start(const std::vector<std::string> &arguments) {
     const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
-    const pid_t child = spawn(arguments, nothing, nothing, nothing);
+    const pid_t child = spawn(arguments, nothing, nothing);
     close(nothing);
     return child;
 }
 
-pid_t HookProcess::spawn(const std::vector<std::string> &arguments, int input, int output,
-                         int errors) {
+pid_t HookProcess::spawn(const std::vector<std::string> &arguments, int input, int output) {
     std::vector<std::string> command = m_shell;
     command.push_back(script().string());
     command.insert(command.end(), arguments.begin(), arguments.end());
@@ -141,7 +135,7 @@ pid_t HookProcess::spawn(const std::vector<std::string> &arguments, int input, i
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, input, STDIN_FILENO);
     posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, errors, STDERR_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, output, STDERR_FILENO);
     for (const int descriptor : m_closed)
         posix_spawn_file_actions_addclose(&actions, descriptor);
     pid_t child = -1;

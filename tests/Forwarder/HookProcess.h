@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -15,8 +17,8 @@ enum class Carrier {
 };
 
 struct HookResult {
+    /// What it has written, errors included.
     std::string output;
-    std::string errors;
     /// As waitpid tells it.
     int status = -1;
 };
@@ -49,7 +51,7 @@ public:
     [[nodiscard]] pid_t start(const std::vector<std::string> &arguments);
 
 private:
-    pid_t spawn(const std::vector<std::string> &arguments, int input, int output, int errors);
+    pid_t spawn(const std::vector<std::string> &arguments, int input, int output);
 
     std::string m_name;
     std::filesystem::path m_folder;
@@ -57,5 +59,14 @@ private:
     std::vector<std::string> m_environment;
     std::vector<int> m_closed;
 };
+
+/// That a run has ended well, and has written this and no more.
+inline void expectOutput(const HookResult &result, const std::string &output) {
+    EXPECT_EQ(result.output, output);
+    EXPECT_EQ(result.status, 0);
+}
+inline void expectSilence(const HookResult &result) {
+    expectOutput(result, "");
+}
 
 } // namespace morvane::tests

@@ -1,9 +1,8 @@
 #include "CapturingListener.h"
 #include "Core/Intake/HookEvent.h"
 #include "EndToEnd/ChildProcess.h"
+#include "Support/TemporaryHome.h"
 
-#include <QFile>
-#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -42,13 +41,9 @@ protected:
         text.open(QIODevice::ReadOnly);
         QByteArray content = text.readAll();
         content.replace("__PORT__", QByteArray::number(port)).replace("__TOKEN__", "0123-abcd");
-        QFile plugin(folder.filePath("morvane.mjs"));
-        plugin.open(QIODevice::WriteOnly);
-        plugin.write(content);
-        plugin.close();
         return std::make_unique<ChildProcess>(
             QStringList{"sh", "-c", "exec node \"$0\" \"$1\" 2>&1", PLUGIN_DRIVER,
-                        plugin.fileName()},
+                        folder.write("morvane.mjs", content)},
             environment, R"({"sessions": )" + sessions + R"(, "steps": )" + steps + "}");
     }
 
@@ -59,13 +54,10 @@ protected:
 
     /// What Morvane would make of the next request.
     static HookEvent event(CapturingListener &listener) {
-        const auto request = listener.take();
-        if (!request) {
-            return {};
-        }
-        return HookEvent::decode(
-                   AgentKind::opencode, QString::fromStdString(request->headers.at("x-hook-event")),
-                   QByteArrayView(request->body.data(), qsizetype(request->body.size())), {})
+        CapturedRequest request = listener.take();
+        return HookEvent::decode(AgentKind::opencode,
+                                 QString::fromStdString(request.headers["x-hook-event"]),
+                                 QByteArray::fromStdString(request.body), {})
             .value_or(HookEvent());
     }
 
@@ -82,7 +74,7 @@ protected:
         return result;
     }
 
-    QTemporaryDir folder;
+    TemporaryHome folder;
     QProcessEnvironment environment = [] {
         QProcessEnvironment result;
         result.insert("PATH", qEnvironmentVariable("PATH"));
@@ -158,44 +150,30 @@ TEST_F(OpenCodePlugin, PassesOverWhatItDoesNotUnderstand) {
 }
 
 TEST_F(OpenCodePlugin, SaysWhereItRuns) {
-    using Variables = std::vector<std::pair<const char *, const char *>>;
-    const std::vector<std::pair<Variables, std::map<std::string, std::string>>> cases{
-        {{{"TERM", "tmux-256color"},
-          {"TERM_PROGRAM", "tmux"},
-          {"TMUX", "/tmp/tmux,1,0"},
-          {"TMUX_PANE", "%4"},
-          {"WEZTERM_PANE", "7"}},
-         {{"x-term-program", "WezTerm"},
-          {"x-host-bundle", "com.github.wez.wezterm"},
-          {"x-tmux-server", "/tmp/tmux,1,0"},
-          {"x-tmux-pane", "%4"},
-          {"x-wezterm-pane", "7"}}},
+    const std::pair<QStringList, std::vector<std::string>> cases[] = {
+        {{"TERM=tmux-256color", "TERM_PROGRAM=tmux", "TMUX=/tmp/tmux,1,0", "TMUX_PANE=%4",
+          "WEZTERM_PANE=7"},
+         {"x-host-bundle: com.github.wez.wezterm", "x-term-program: WezTerm", "x-tmux-pane: %4",
+          "x-tmux-server: /tmp/tmux,1,0", "x-wezterm-pane: 7"}},
         // A terminal that was started from within tmux, in a pane of kitty.
-        {{{"TERM", "alacritty"}, {"TMUX", "/t,1,0"}, {"TMUX_PANE", "%4"}, {"KITTY_WINDOW_ID", "3"}},
-         {{"x-term-program", "alacritty"}, {"x-host-bundle", "io.alacritty"}}},
-        {{{"TERM_PROGRAM", "a\r\nx-hook-event: b"}, {"ZELLIJ_SESSION_NAME", "main"}},
-         {{"x-term-program", "ax-hook-event: b"}, {"x-zellij-session", "main"}}},
-    };
+        {{"TERM=alacritty", "TMUX=/t,1,0", "TMUX_PANE=%4", "KITTY_WINDOW_ID=3"},
+         {"x-host-bundle: io.alacritty", "x-term-program: alacritty"}},
+        {{"TERM_PROGRAM=a\r\nx-hook-event: b", "ZELLIJ_SESSION_NAME=main"},
+         {"x-term-program: ax-hook-event: b", "x-zellij-session: main"}}};
     const QProcessEnvironment before = environment;
     for (const auto &[variables, expected] : cases) {
         environment = before;
-        for (const auto &[name, value] : variables) {
-            environment.insert(QLatin1String(name), QLatin1String(value));
+        for (const QString &variable : variables) {
+            environment.insert(variable.section('=', 0, 0), variable.section('=', 1));
         }
         CapturingListener listener(okAnswer);
         const auto process = start(listener.port(), wholeTurn);
-        const auto request = listener.take();
-        ASSERT_TRUE(request);
-        EXPECT_EQ(request->requestLine, "POST /event HTTP/1.1");
-        std::map<std::string, std::string> headers = request->headers;
-        EXPECT_EQ(headers["x-morvane-token"], "0123-abcd");
-        EXPECT_EQ(headers["x-morvane-agent"], "opencode");
-        EXPECT_EQ(headers["x-hook-event"], "session.created");
-        std::erase_if(headers, [](const auto &header) {
-            return !header.first.starts_with("x-") || header.first.starts_with("x-morvane-") ||
-                   header.first == "x-hook-event" || header.first == "x-tty";
-        });
-        EXPECT_EQ(headers, expected);
+        CapturedRequest request = listener.take();
+        EXPECT_EQ(request.requestLine, "POST /event HTTP/1.1");
+        EXPECT_EQ(request.headers["x-morvane-token"], "0123-abcd");
+        EXPECT_EQ(request.headers["x-morvane-agent"], "opencode");
+        EXPECT_EQ(request.headers["x-hook-event"], "session.created");
+        EXPECT_EQ(request.host(), expected);
         EXPECT_EQ(process->wait(), 0);
     }
 }
@@ -207,7 +185,7 @@ TEST_F(OpenCodePlugin, HoldsNothingUpWhenNobodyListensOrAnswers) {
     CapturingListener listener(std::nullopt);
     const auto unanswered = start(listener.port(), wholeTurn);
     EXPECT_EQ(unanswered->readLine(), "told");
-    EXPECT_TRUE(listener.take());
+    EXPECT_NE(listener.take().requestLine, "");
     EXPECT_EQ(unanswered->readLine(), "over");
 }
 

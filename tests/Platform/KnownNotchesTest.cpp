@@ -1,8 +1,7 @@
 #include "Platform/Linux/KnownNotches.h"
 
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
+#include "Support/TemporaryHome.h"
+
 #include <gtest/gtest.h>
 
 namespace morvane {
@@ -10,22 +9,14 @@ namespace {
 
 class KnownNotchesTest : public testing::Test {
 protected:
-    void write(const QString &node, const QByteArray &value) {
-        const QString path = tree.filePath(node);
-        QDir().mkpath(QFileInfo(path).path());
-        QFile file(path);
-        file.open(QIODevice::WriteOnly);
-        file.write(value);
-    }
-
     /// The device tree of a machine whose panel has so many rows beside its notch.
     KnownNotches machine(char rows) {
-        write("aliases/dcp", QByteArray("/soc/dcp@38bc00000").append('\0'));
-        write("soc/dcp@38bc00000/apple,notch-height", QByteArray(3, '\0').append(rows));
+        tree.write("aliases/dcp", QByteArray("/soc/dcp@38bc00000").append('\0'));
+        tree.write("soc/dcp@38bc00000/apple,notch-height", QByteArray(3, '\0').append(rows));
         return KnownNotches(tree.path());
     }
 
-    QTemporaryDir tree;
+    TemporaryHome tree;
 };
 
 TEST_F(KnownNotchesTest, AModeThatShowsTheRowsBesideTheNotchHasOne) {
@@ -43,11 +34,11 @@ TEST_F(KnownNotchesTest, AModeThatShowsTheRowsBesideTheNotchHasOne) {
 }
 
 TEST_F(KnownNotchesTest, AMachineThatDoesNotTellOfOneHasNone) {
-    EXPECT_EQ(KnownNotches(tree.filePath("none")).notch({3024, 1964}), std::nullopt);
-    write("apple,notch-height", QByteArray(3, '\0').append('\x4a'));
+    EXPECT_EQ(KnownNotches(tree.path("none")).notch({3024, 1964}), std::nullopt);
+    tree.write("apple,notch-height", QByteArray(3, '\0').append('\x4a'));
     EXPECT_EQ(KnownNotches(tree.path()).notch({3024, 1964}), std::nullopt);
-    write("aliases/dcp", QByteArray("/soc").append('\0'));
-    write("soc/apple,notch-height", "\x4a");
+    tree.write("aliases/dcp", QByteArray("/soc").append('\0'));
+    tree.write("soc/apple,notch-height", "\x4a");
     EXPECT_EQ(KnownNotches(tree.path()).notch({3024, 1964}), std::nullopt);
 }
 

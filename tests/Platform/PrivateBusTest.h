@@ -1,13 +1,12 @@
 #pragma once
 
 #include "EndToEnd/ChildProcess.h"
+#include "Support/TemporaryHome.h"
 #include "Support/WaitUntil.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
-#include <QFile>
 #include <QStandardPaths>
-#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -27,14 +26,11 @@ protected:
         if (QStandardPaths::findExecutable(QStringLiteral("dbus-daemon")).isEmpty()) {
             GTEST_SKIP() << "dbus-daemon is needed and not installed";
         }
-        QFile configuration(m_folder.filePath("bus.conf"));
-        configuration.open(QIODevice::WriteOnly);
-        configuration.write(busConfiguration);
-        configuration.close();
-        m_daemon = std::make_unique<ChildProcess>(
-            QStringList{"dbus-daemon", "--config-file=" + configuration.fileName(), "--nofork",
-                        "--print-address=1"},
-            QProcessEnvironment::systemEnvironment());
+        const QString configuration = m_folder.write("bus.conf", busConfiguration);
+        m_daemon = std::make_unique<ChildProcess>(QStringList{"dbus-daemon",
+                                                              "--config-file=" + configuration,
+                                                              "--nofork", "--print-address=1"},
+                                                  QProcessEnvironment::systemEnvironment());
         m_address = QString::fromUtf8(m_daemon->readLine().value_or(QByteArray()));
         ASSERT_FALSE(m_address.isEmpty());
     }
@@ -44,16 +40,8 @@ protected:
         return QDBusConnection::connectToBus(m_address, m_address + name);
     }
 
-    template <typename Condition>
-    static bool becomesTrue(Condition condition) {
-        return waitUntil([&] {
-            QCoreApplication::processEvents();
-            return condition();
-        });
-    }
-
 private:
-    QTemporaryDir m_folder;
+    TemporaryHome m_folder;
     int m_count = 1;
     char m_name[5] = "test";
     char *m_arguments[2] = {m_name, nullptr};

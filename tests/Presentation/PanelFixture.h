@@ -3,7 +3,6 @@
 #include "Core/Sessions/SessionStore.h"
 #include "Core/Settings/Defaults.h"
 #include "Core/Settings/MorvaneSettings.h"
-#include "Presentation/CountingScheduler.h"
 #include "Presentation/Mascot/PixelTimeline.h"
 #include "Presentation/Overlay/InlineEditing.h"
 #include "Presentation/Overlay/PanelContext.h"
@@ -12,21 +11,33 @@
 #include "Support/FakeMotionPreference.h"
 #include "Support/FakeOverlayWindows.h"
 #include "Support/FakePointerMonitor.h"
+#include "Support/ManualScheduler.h"
 #include "Support/Printing.h"
 
 #include <QTemporaryDir>
+#include <QWidget>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <utility>
+
 namespace morvane {
+
+/// Counts the timers that are started, to tell whether anything ticks.
+class CountingScheduler : public ManualScheduler {
+public:
+    Task after(Seconds delay, std::function<void()> action) override {
+        ++timersStarted;
+        return ManualScheduler::after(delay, std::move(action));
+    }
+
+    int timersStarted = 0;
+};
 
 /// A session store with a clock, displays and overlays of the test's own.
 class PanelFixture : public testing::Test {
 protected:
     using Event = CanonicalEvent;
-
-    // Places of the pointer, on the display that the tests attach a presenter to.
-    static constexpr QPoint onPanelOnly{300, 50};
-    static constexpr QPoint elsewhere{500, 700};
 
     PanelFixture() {
         context.actions.onDecide = [this](const QString &sessionID, const AgentDecision &decision) {
@@ -51,6 +62,27 @@ protected:
         const int before = scheduler.timersStarted;
         scheduler.advance(length);
         return scheduler.timersStarted - before;
+    }
+
+    /// The widgets of a kind that are on show in another, from top to bottom and from left to
+    /// right.
+    template <typename Widget>
+    static QList<Widget *> shownIn(const QWidget &parent) {
+        QList<Widget *> result = parent.findChildren<Widget *>();
+        result.removeIf([](const QWidget *widget) { return !widget->isVisible(); });
+        std::ranges::sort(result, {}, [&](const QWidget *widget) {
+            const QPoint place = widget->mapTo(&parent, QPoint());
+            return std::pair(place.y(), place.x());
+        });
+        return result;
+    }
+    template <typename Widget>
+    static QStringList textsIn(const QWidget &parent) {
+        QStringList result;
+        for (const Widget *widget : shownIn<Widget>(parent)) {
+            result.append(widget->text());
+        }
+        return result;
     }
 
     static SessionSurroundings noSurroundings() {

@@ -89,6 +89,15 @@ TEST_F(PresenterManagerTest, EachKindOfDisplayHasItsPresenterForAsLongAsItIsTher
     QCoreApplication::sendEvent(&overlays.alive.first()->widget(), &click);
     EXPECT_TRUE(menu.isVisible());
     menu.close();
+
+    // A panel that is open on a display is closed with it.
+    manager.presentPanel();
+    for (const QList<Display> &there : {QList<Display>(), {notched}}) {
+        displays.setDisplays(there);
+        scheduler.advance(Seconds(1));
+        EXPECT_EQ(overlays.alive.size(), there.size());
+        EXPECT_EQ(expansions, QList<bool>({true, false}));
+    }
 }
 
 TEST_F(PresenterManagerTest, WithoutADisplayOfTheModeARequestDoesNothing) {
@@ -126,21 +135,6 @@ TEST_F(PresenterManagerTest, OpensUnderThePointerOrElseAnywhere) {
     manager.presentPanel();
     EXPECT_EQ(shownOn(), QList<int>({0}));
     EXPECT_EQ(expansions, QList<bool>({true, true, false, false, true}));
-}
-
-TEST_F(PresenterManagerTest, ADisplayThatComesBackStartsAnew) {
-    displays.setDisplays({FakeDisplays::external(1, 0)});
-    manager.start();
-    manager.presentPanel();
-    displays.setDisplays({});
-    scheduler.advance(Seconds(1));
-    EXPECT_EQ(overlays.alive.size(), 0);
-    EXPECT_EQ(expansions, QList<bool>({true, false}));
-
-    displays.setDisplays({FakeDisplays::external(1, 0)});
-    scheduler.advance(Seconds(1));
-    EXPECT_EQ(overlays.alive.size(), 1);
-    EXPECT_EQ(shownOn(), QList<int>());
 }
 
 } // namespace

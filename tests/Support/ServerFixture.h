@@ -19,22 +19,7 @@ class ServerFixture : public testing::Test {
 protected:
     static constexpr const char *token = "TOKEN-0123456789";
 
-    void SetUp() override {
-        server = makeServer(0);
-        ASSERT_FALSE(server->start());
-    }
-
-    std::unique_ptr<EventServer> makeServer(std::uint16_t port) {
-        const EventServer::Handlers handlers{
-            .onEvent = [this](const HookEvent &event) { events.push_back(event); },
-            .onDecisionExpired = [this](const QString &id) { expired.push_back(id.toStdString()); },
-            .onUsagePayload =
-                [this](AgentKind agent, const QByteArray &body) {
-                    usage.emplace_back(agent, body.toStdString());
-                },
-            .decisionsEnabled = [this] { return wantsDecisions.load(); }};
-        return std::make_unique<EventServer>(token, port, handlers, scheduler, &scheduler);
-    }
+    void SetUp() override { ASSERT_FALSE(server->start()); }
 
     std::uint16_t port() const { return server->boundPort(); }
 
@@ -76,7 +61,17 @@ protected:
     std::vector<std::string> expired;
     std::vector<std::pair<AgentKind, std::string>> usage;
     std::atomic<bool> wantsDecisions = true;
-    std::unique_ptr<EventServer> server;
+    std::unique_ptr<EventServer> server = std::make_unique<EventServer>(
+        token, 0,
+        EventServer::Handlers{
+            .onEvent = [this](const HookEvent &event) { events.push_back(event); },
+            .onDecisionExpired = [this](const QString &id) { expired.push_back(id.toStdString()); },
+            .onUsagePayload =
+                [this](AgentKind agent, const QByteArray &body) {
+                    usage.emplace_back(agent, body.toStdString());
+                },
+            .decisionsEnabled = [this] { return wantsDecisions.load(); }},
+        scheduler, &scheduler);
 };
 
 inline constexpr const char *okAnswer =

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QCoreApplication>
+#include <QTimer>
+
 #include <chrono>
 #include <thread>
 
@@ -17,6 +20,18 @@ bool waitUntil(Condition condition) {
         std::this_thread::sleep_for(std::chrono::milliseconds(2));
     }
     return true;
+}
+
+/// The same, while the test's own windows and buses live.
+template <typename Condition>
+bool becomesTrue(Condition condition) {
+    return waitUntil([&] {
+        // The loop as it is in a program: events that came with a reply are read only before it
+        // waits.
+        QTimer::singleShot(1, [] {});
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        return condition();
+    });
 }
 
 } // namespace morvane

@@ -57,56 +57,44 @@ TEST(AgentAdapters, TranslateTheEventsOfEveryAgent) {
 }
 
 TEST(AgentAdapters, HookExactlyTheseEventsInThisFile) {
-    struct Hooks {
-        const char *place;
-        const char *events;
-        const char *decisions = "";
-    };
-    const std::map<AgentKind, Hooks> hooks{
-        {claude,
-         {"~/.claude/settings.json",
-          "SessionStart UserPromptSubmit PreToolUse Notification Stop StopFailure SubagentStop "
-          "SessionEnd",
-          "PermissionRequest"}},
-        {codex,
-         {"~/.codex/hooks.json",
-          "SessionStart UserPromptSubmit PreToolUse PermissionRequest Stop SubagentStop SessionEnd",
-          "PermissionRequest"}},
-        {gemini,
-         {"~/.gemini/settings.json",
-          "SessionStart BeforeAgent BeforeTool Notification AfterAgent SessionEnd"}},
-        {opencode,
-         {"~/.config/opencode/plugins/morvane.js",
-          "session.created prompt.submit tool.execute.before permission.asked session.idle "
-          "session.deleted"}},
-        {cursor,
-         {"~/.cursor/hooks.json",
-          "sessionStart beforeSubmitPrompt preToolUse stop subagentStop sessionEnd"}},
-        {kimi,
-         {"~/.kimi/config.toml",
-          "SessionStart UserPromptSubmit PreToolUse Notification Stop SessionEnd"}},
-        {qwen,
-         {"~/.qwen/settings.json",
-          "SessionStart BeforeAgent BeforeTool Notification AfterAgent SessionEnd"}},
-        {qoder,
-         {"~/.qoder/settings.json",
-          "SessionStart UserPromptSubmit PreToolUse Notification Stop SubagentStop SessionEnd "
-          "PermissionRequest StopFailure",
-          "PermissionRequest"}},
-        {codebuddy,
-         {"~/.codebuddy/settings.json",
-          "SessionStart UserPromptSubmit PreToolUse Notification Stop SubagentStop SessionEnd "
-          "PermissionRequest StopFailure"}},
-        {factory,
-         {"~/.factory/settings.json",
-          "SessionStart UserPromptSubmit PreToolUse Notification Stop SubagentStop SessionEnd"}}};
-    ASSERT_EQ(hooks.size(), allAgentKinds.size());
+    // Where they are, what they are, and those that may wait for a decision.
+    const std::tuple<AgentKind, const char *, const char *, const char *> hooks[] = {
+        {claude, "~/.claude/settings.json",
+         "SessionStart UserPromptSubmit PreToolUse Notification Stop StopFailure SubagentStop "
+         "SessionEnd",
+         "PermissionRequest"},
+        {codex, "~/.codex/hooks.json",
+         "SessionStart UserPromptSubmit PreToolUse PermissionRequest Stop SubagentStop SessionEnd",
+         "PermissionRequest"},
+        {gemini, "~/.gemini/settings.json",
+         "SessionStart BeforeAgent BeforeTool Notification AfterAgent SessionEnd", ""},
+        {opencode, "~/.config/opencode/plugins/morvane.js",
+         "session.created prompt.submit tool.execute.before permission.asked session.idle "
+         "session.deleted",
+         ""},
+        {cursor, "~/.cursor/hooks.json",
+         "sessionStart beforeSubmitPrompt preToolUse stop subagentStop sessionEnd", ""},
+        {kimi, "~/.kimi/config.toml",
+         "SessionStart UserPromptSubmit PreToolUse Notification Stop SessionEnd", ""},
+        {qwen, "~/.qwen/settings.json",
+         "SessionStart BeforeAgent BeforeTool Notification AfterAgent SessionEnd", ""},
+        {qoder, "~/.qoder/settings.json",
+         "SessionStart UserPromptSubmit PreToolUse Notification Stop SubagentStop SessionEnd "
+         "PermissionRequest StopFailure",
+         "PermissionRequest"},
+        {codebuddy, "~/.codebuddy/settings.json",
+         "SessionStart UserPromptSubmit PreToolUse Notification Stop SubagentStop SessionEnd "
+         "PermissionRequest StopFailure",
+         ""},
+        {factory, "~/.factory/settings.json",
+         "SessionStart UserPromptSubmit PreToolUse Notification Stop SubagentStop SessionEnd", ""}};
+    ASSERT_EQ(std::size(hooks), allAgentKinds.size());
     const TemporaryHome home;
-    for (const auto &[kind, expected] : hooks) {
+    for (const auto &[kind, place, events, decisions] : hooks) {
         const AgentAdapter &adapter = AgentRegistry::adapter(kind);
-        EXPECT_EQ(adapter.integrationDescription(), expected.place);
-        EXPECT_EQ(adapter.nativeEvents().join(' '), expected.events) << rawValue(kind);
-        EXPECT_EQ(adapter.decisionEvents().join(' '), expected.decisions) << rawValue(kind);
+        EXPECT_EQ(adapter.integrationDescription(), place);
+        EXPECT_EQ(adapter.nativeEvents().join(' '), events) << rawValue(kind);
+        EXPECT_EQ(adapter.decisionEvents().join(' '), decisions) << rawValue(kind);
     }
 }
 

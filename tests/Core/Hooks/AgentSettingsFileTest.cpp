@@ -11,14 +11,18 @@ namespace {
 
 class AgentSettingsFileTest : public testing::Test {
 protected:
-    static Result<std::optional<AgentSettingsChange>> change(const QByteArray &content) {
-        return AgentSettingsChange{.content = content};
-    }
+    using Edited = Result<std::optional<AgentSettingsChange>>;
 
     static AgentSettingsFile::Edit append(const QByteArray &text) {
-        return
-            [text](const auto &content) { return change(content.value_or(QByteArray()) + text); };
+        return [text](const auto &content) -> Edited {
+            return AgentSettingsChange{.content = content.value_or(QByteArray()) + text};
+        };
     }
+    /// One that comes to the same whatever there was.
+    static AgentSettingsFile::Edit fixed(const Edited &edited) {
+        return [edited](const auto &) { return edited; };
+    }
+    QByteArray backup() const { return home.read(name + ".morvane-backup"); }
 
     std::string failure(const AgentSettingsFile &file, const AgentSettingsFile::Edit &edit) const {
         const auto failure = file.rewrite(edit);
@@ -30,53 +34,46 @@ protected:
         return QDir(home.path(folder)).entryList(QDir::Files | QDir::System | QDir::Hidden);
     }
 
-    mode_t mode(const QString &name) const {
+    mode_t mode(const QString &path) const {
         struct stat status {};
-        ::stat(home.path(name).toUtf8().constData(), &status);
+        ::stat(home.path(path).toUtf8().constData(), &status);
         return status.st_mode & 07777;
     }
 
     TemporaryHome home;
-    const AgentSettingsFile file{home.path("agent/settings.json")};
+    const QString name = "agent/settings.json";
+    const AgentSettingsFile file{home.path(name)};
 };
 
-TEST_F(AgentSettingsFileTest, MakesTheFileAndItsFolders) {
-    EXPECT_EQ(failure(file, append("new")), "");
-    EXPECT_EQ(file.read(), "new");
+TEST_F(AgentSettingsFileTest, MakesTheFileAndKeepsTheLastContentAsTheBackupWhereAsked) {
+    EXPECT_EQ(failure(file, append("1")), "");
+    EXPECT_EQ(file.read(), "1");
     EXPECT_EQ(names("agent"), QStringList{"settings.json"});
-}
-
-TEST_F(AgentSettingsFileTest, KeepsTheLastContentAsTheBackupWhereAsked) {
-    home.write("agent/settings.json", "1");
-    chmod(home.path("agent/settings.json").toUtf8(), 0640);
+    chmod(home.path(name).toUtf8(), 0640);
     EXPECT_EQ(failure(file, append("2")), "");
-    EXPECT_EQ(home.read("agent/settings.json.morvane-backup"), "1");
+    EXPECT_EQ(backup(), "1");
     EXPECT_EQ(failure(file, append("3")), "");
-    EXPECT_EQ(home.read("agent/settings.json.morvane-backup"), "12");
-    EXPECT_EQ(failure(file,
-                      [](const auto &) -> Result<std::optional<AgentSettingsChange>> {
-                          return AgentSettingsChange{.content = "4", .backsUp = false};
-                      }),
-              "");
-    EXPECT_EQ(home.read("agent/settings.json.morvane-backup"), "12");
+    EXPECT_EQ(backup(), "12");
+    EXPECT_EQ(failure(file, fixed(AgentSettingsChange{.content = "4", .backsUp = false})), "");
+    EXPECT_EQ(backup(), "12");
     EXPECT_EQ(file.read(), "4");
     EXPECT_EQ(mode("agent/settings.json"), 0640u);
     EXPECT_EQ(mode("agent/settings.json.morvane-backup"), 0640u);
-    EXPECT_EQ(failure(file, [](const auto &) { return std::nullopt; }), "");
+    EXPECT_EQ(failure(file, fixed(std::optional<AgentSettingsChange>())), "");
     EXPECT_EQ(names("agent").size(), 2);
 }
 
 TEST_F(AgentSettingsFileTest, WritesThroughSymbolicLinks) {
     home.write("dotfiles/agent.json", "1");
     QDir().mkpath(home.path("agent"));
-    const QString link = home.path("agent/settings.json");
+    const QString link = home.path(name);
     const QString between = home.path("dotfiles/link");
     ASSERT_TRUE(QFile::link("agent.json", between));
     ASSERT_TRUE(QFile::link("../dotfiles/link", link));
     EXPECT_EQ(failure(file, append("2")), "");
     EXPECT_TRUE(QFileInfo(link).isSymbolicLink() && QFileInfo(between).isSymbolicLink());
     EXPECT_EQ(home.read("dotfiles/agent.json"), "12");
-    EXPECT_EQ(home.read("agent/settings.json.morvane-backup"), "1");
+    EXPECT_EQ(backup(), "1");
 
     // ".." is that of the folder that the link really lies in.
     ASSERT_TRUE(QFile::link("dotfiles/deep", home.path("other")));
@@ -93,7 +90,7 @@ TEST_F(AgentSettingsFileTest, WritesThroughSymbolicLinks) {
 }
 
 TEST_F(AgentSettingsFileTest, LeavesAloneWhatItMayNotOrCannotHandle) {
-    const QString path = home.write("agent/settings.json", "1");
+    const QString path = home.write(name, "1");
     chmod(path.toUtf8(), 0444);
     EXPECT_EQ(failure(file, append("2")), "~/agent/settings.json could not be written: it is "
                                           "read-only");
@@ -112,7 +109,7 @@ TEST_F(AgentSettingsFileTest, LeavesAloneWhatItMayNotOrCannotHandle) {
 }
 
 TEST_F(AgentSettingsFileTest, StopsBeforeAnyChangeWithoutABackup) {
-    home.write("agent/settings.json", "1");
+    home.write(name, "1");
     QDir().mkpath(home.path("agent/settings.json.morvane-backup"));
     EXPECT_EQ(failure(file, append("2")).find("~/agent/settings.json could not be backed up: "),
               0u);
@@ -121,20 +118,20 @@ TEST_F(AgentSettingsFileTest, StopsBeforeAnyChangeWithoutABackup) {
 }
 
 TEST_F(AgentSettingsFileTest, EditsAgainWhatTheAgentChangedMeanwhile) {
-    home.write("agent/settings.json", "1");
+    home.write(name, "1");
     int edits = 0;
     const auto overtaken = [&](int times) {
-        return [&, times](const std::optional<QByteArray> &content) {
+        return [&, times](const std::optional<QByteArray> &content) -> Edited {
             if (++edits <= times) {
-                home.write("agent/settings.json", *content + "a");
+                home.write(name, *content + "a");
             }
-            return change(*content + "b");
+            return append("b")(content);
         };
     };
     EXPECT_EQ(failure(file, overtaken(2)), "");
     EXPECT_EQ(edits, 3);
     EXPECT_EQ(file.read(), "1aab");
-    EXPECT_EQ(home.read("agent/settings.json.morvane-backup"), "1aa");
+    EXPECT_EQ(backup(), "1aa");
 
     edits = 0;
     EXPECT_EQ(failure(file, overtaken(100)),
@@ -145,44 +142,33 @@ TEST_F(AgentSettingsFileTest, EditsAgainWhatTheAgentChangedMeanwhile) {
 }
 
 TEST_F(AgentSettingsFileTest, EditsAgainAFileThatComesOrGoesMeanwhile) {
-    const QString path = "agent/settings.json";
-    int edits = 0;
     EXPECT_EQ(failure(file,
-                      [&](const auto &content) {
-                          if (++edits == 1) {
-                              home.write(path, "theirs ");
+                      [this](const auto &content) {
+                          if (!content) {
+                              home.write(name, "theirs ");
                           }
-                          return change(content.value_or(QByteArray()) + "ours");
+                          return append("ours")(content);
                       }),
               "");
     EXPECT_EQ(file.read(), "theirs ours");
-    edits = 0;
+
     EXPECT_EQ(failure(file,
-                      [&](const auto &content) {
-                          if (++edits == 1) {
-                              QFile::remove(home.path(path));
-                          }
-                          return change(content.value_or("none, ") + "ours");
+                      [this](const auto &content) {
+                          QFile::remove(home.path(name));
+                          return append("new")(content);
                       }),
               "");
-    EXPECT_EQ(file.read(), "none, ours");
+    EXPECT_EQ(file.read(), "new");
 }
 
 TEST_F(AgentSettingsFileTest, KeepsWhatCouldNotBeUnderstood) {
-    home.write("agent/settings.json", "broken");
-    EXPECT_EQ(failure(file,
-                      [](const auto &) -> Result<std::optional<AgentSettingsChange>> {
-                          return AgentSettingsChange{.content = "new", .replacesUnreadable = true};
-                      }),
-              "");
+    home.write(name, "broken");
+    const AgentSettingsChange replacing{.content = "new", .replacesUnreadable = true};
+    EXPECT_EQ(failure(file, fixed(replacing)), "");
     EXPECT_EQ(failure(file, append("er")), "");
-    EXPECT_EQ(home.read("agent/settings.json.morvane-backup"), "new");
-    EXPECT_EQ(home.read("agent/settings.json.morvane-unreadable"), "broken");
-    EXPECT_EQ(failure(file,
-                      [](const auto &) -> Result<std::optional<AgentSettingsChange>> {
-                          return Failure{"no"};
-                      }),
-              "no");
+    EXPECT_EQ(backup(), "new");
+    EXPECT_EQ(home.read(name + ".morvane-unreadable"), "broken");
+    EXPECT_EQ(failure(file, fixed(Failure{"no"})), "no");
     EXPECT_EQ(file.read(), "newer");
 }
 

@@ -28,6 +28,9 @@ protected:
         return result ? result->message.toStdString() : "";
     }
 
+    void connect(AgentKind kind) const { EXPECT_EQ(failure(installer(kind).install()), ""); }
+    void disconnect(AgentKind kind) const { EXPECT_EQ(failure(installer(kind).uninstall()), ""); }
+
     /// Where the agent keeps what we write, under the home folder.
     QString place(AgentKind kind) const {
         return AgentRegistry::adapter(kind).integrationDescription().mid(2);
@@ -38,8 +41,13 @@ protected:
     json root(AgentKind kind) const { return LenientJson::parse(text(kind)).value_or(json()); }
     void write(AgentKind kind, const QByteArray &text) const { home.write(place(kind), text); }
 
-    std::string command(const std::string &rest) const {
-        return home.path().toStdString() + "/.morvane/hook.sh " + rest;
+    /// A value in whose text OURS stands for our folder.
+    json value(std::string text) const {
+        const std::string ours = home.path().toStdString() + "/.morvane";
+        for (auto at = text.find("OURS"); at != std::string::npos; at = text.find("OURS")) {
+            text.replace(at, 4, ours);
+        }
+        return json::parse(text);
     }
 
     TemporaryHome home;
@@ -50,82 +58,50 @@ protected:
 // --- JSON ---
 
 TEST_F(HookInstallerTest, WritesTheEntriesOfEachJsonAgent) {
-    ASSERT_EQ(failure(installer(claude).install()), "");
+    connect(claude);
     const json ours = root(claude);
     EXPECT_EQ(ours["hooks"].size(), 9u);
-    EXPECT_EQ(ours["hooks"]["PreToolUse"],
-              json::array({{{"matcher", "*"},
-                            {"hooks",
-                             {{{"type", "command"},
-                               {"command", command("claude PreToolUse")},
-                               {"async", true},
-                               {"timeout", 5}}}}}}));
-    EXPECT_EQ(ours["hooks"]["PermissionRequest"],
-              json::array({{{"hooks",
-                             {{{"type", "command"},
-                               {"command", command("claude PermissionRequest decide")},
-                               {"timeout", 120}}}}}}));
-    EXPECT_EQ(ours["statusLine"],
-              (json{{"type", "command"},
-                    {"command", home.path().toStdString() + "/.morvane/statusline.sh"}}));
+    EXPECT_EQ(ours["hooks"]["PreToolUse"], value(R"([{"matcher":"*","hooks":[{"type":"command",
+        "command":"OURS/hook.sh claude PreToolUse","async":true,"timeout":5}]}])"));
+    EXPECT_EQ(ours["hooks"]["PermissionRequest"], value(R"([{"hooks":[{"type":"command",
+        "command":"OURS/hook.sh claude PermissionRequest decide","timeout":120}]}])"));
+    EXPECT_EQ(ours["statusLine"], value(R"({"type":"command","command":"OURS/statusline.sh"})"));
 
-    ASSERT_EQ(failure(installer(cursor).install()), "");
+    for (const AgentKind kind : {cursor, gemini, qoder, codebuddy}) {
+        connect(kind);
+    }
     EXPECT_EQ(root(cursor)["version"], 1);
-    EXPECT_EQ(
-        root(cursor)["hooks"]["stop"],
-        json::array({{{"type", "command"}, {"command", command("cursor stop")}, {"timeout", 5}}}));
-
-    ASSERT_EQ(failure(installer(gemini).install()), "");
+    EXPECT_EQ(root(cursor)["hooks"]["stop"],
+              value(R"([{"type":"command","command":"OURS/hook.sh cursor stop","timeout":5}])"));
     EXPECT_EQ(root(gemini)["hooks"]["BeforeTool"][0]["matcher"], ".*");
-    ASSERT_EQ(failure(installer(qoder).install()), "");
     EXPECT_EQ(root(qoder)["hooks"]["PermissionRequest"][0]["matcher"], "*");
-    ASSERT_EQ(failure(installer(codebuddy).install()), "");
     EXPECT_EQ(root(codebuddy)["hooks"]["PermissionRequest"][0]["hooks"][0]["command"],
-              command("codebuddy PermissionRequest"));
+              value(R"("OURS/hook.sh codebuddy PermissionRequest")"));
 }
 
 /// A settings file as somebody has it, and what of it is not ours.
 struct SettingsCase {
     const char *name;
     std::optional<QByteArray> text;
-    /// The content as it must survive; the text itself where it is left out.
+    /// The content as it must be left behind; the text itself where it is left out.
     QByteArray theirs = {};
 };
-
-QByteArray nested(int levels) {
-    QByteArray text;
-    for (int i = 0; i < levels; ++i) {
-        text += R"({"level":)";
-    }
-    return text + "{}" + QByteArray(levels, '}');
-}
 
 std::vector<SettingsCase> settingsCases() {
     return {
         {"missing", std::nullopt, "{}"},
         {"empty", "", "{}"},
-        {"blank", " \n", "{}"},
         {"an empty object", "{}"},
         {"no JSON", "model = opus", "{}"},
-        {"cut off", R"({"model":"opus","hooks":{"Stop":[)", "{}"},
         {"a list at the root", R"(["a"])", "{}"},
-        {"a string at the root", R"("a")", "{}"},
-        {"a byte order mark", "\xEF\xBB\xBF{\"model\":\"opus\"}", R"({"model":"opus"})"},
         {"comments", "// mine\n{\"model\":\"opus\", /* or */ \"env\":{\"URL\":\"http://a//b\"}}",
          R"({"model":"opus","env":{"URL":"http://a//b"}})"},
-        {"trailing commas", R"({"permissions":{"allow":["WebFetch","Read",],},})",
-         R"({"permissions":{"allow":["WebFetch","Read"]
-}
-})"},
-        {"Windows line ends", "{\r\n\"model\":\"opus\"\r\n}\r\n"},
         {"other keys of every type",
          R"({"model":"opus","n":null,"t":true,"l":[[],{},[{"a":[]}]],"o":{"hooks":{"Stop":[]}}})"},
-        {"Unicode", "{\"Ключ\":\"漢字 🙂 \\u0041\\u00e9\",\"path\":\"C:\\\\a\\/b\"}"},
         {"broken Unicode", "{\"half\":\"\\ud83d\",\"latin\":\"caf\xe9\"}"},
         {"large and odd numbers",
          R"({"id":9007199254740993,"u":18446744073709551615,"i":-9223372036854775808,)"
          R"("big":123456789012345678901234567890,"f":0.1,"e":1e400,"z":-0})"},
-        {"a deep tree", R"({"deep":)" + nested(300) + "}"},
         {"hooks of other tools",
          R"({"hooks":{"Stop":[{"hooks":[{"type":"command","command":"say done"}]}],)"
          R"("PreToolUse":[{"matcher":"Bash","hooks":[{"type":"command","command":"guard.sh"},)"
@@ -146,47 +122,7 @@ std::vector<SettingsCase> settingsCases() {
          R"({"a":1})"},
         {"another status line", R"({"statusLine":{"type":"command","command":"~/line.sh"}})"},
         {"a version already", R"({"version":3,"hooks":{}})", R"({"version":3})"},
-        {"a large file", R"({"history":")" + QByteArray(200'000, 'x') + R"("})"},
     };
-}
-
-/// What of a settings file is not ours, told without the code that is tested.
-json withoutOurs(json root, const std::optional<json> &before) {
-    const auto isOurs = [](const json &value) {
-        return value.is_object() &&
-               value.dump(-1, ' ', false, json::error_handler_t::replace).find("/.morvane/") !=
-                   std::string::npos;
-    };
-    if (root.contains("statusLine") && isOurs(root["statusLine"])) {
-        root.erase("statusLine");
-    }
-    json hooks = root.value("hooks", json());
-    if (hooks.is_object()) {
-        const json all = hooks;
-        for (const auto &event : all.items()) {
-            json &entries = hooks[event.key()];
-            if (!entries.is_array()) {
-                continue;
-            }
-            json others = json::array();
-            std::ranges::copy_if(entries, std::back_inserter(others),
-                                 [&](const json &entry) { return !isOurs(entry); });
-            const bool hadOurs = others != entries;
-            entries = others;
-            if (hadOurs && entries.empty()) {
-                hooks.erase(event.key());
-            }
-        }
-        root["hooks"] = hooks;
-        if (hooks.empty()) {
-            root.erase("hooks");
-        }
-    }
-    // What an agent needs at the root, and didn't have there, stays behind.
-    if (before && !before->contains("version") && root.value("version", json()) == 1) {
-        root.erase("version");
-    }
-    return root;
 }
 
 TEST_F(HookInstallerTest, ComesAndGoesWithoutALossOfAnything) {
@@ -198,27 +134,26 @@ TEST_F(HookInstallerTest, ComesAndGoesWithoutALossOfAnything) {
             if (each.text) {
                 write(kind, *each.text);
             }
-            const auto theirs = LenientJson::parse(each.theirs.isNull() ? *each.text : each.theirs);
-            ASSERT_TRUE(theirs);
-            const json expected = withoutOurs(*theirs, std::nullopt);
-
-            ASSERT_EQ(failure(installer(kind).install()), "");
+            connect(kind);
             EXPECT_TRUE(installer(kind).isInstalled());
             EXPECT_FALSE(installer(kind).hasStaleEntries());
             EXPECT_EQ(installer(kind).health().issues(), QStringList());
             EXPECT_EQ(backup(kind), each.text.value_or(QByteArray()));
             const QByteArray installed = text(kind);
-            EXPECT_EQ(withoutOurs(root(kind), theirs), expected);
-
-            ASSERT_EQ(failure(installer(kind).install()), "");
+            connect(kind);
             EXPECT_EQ(text(kind), installed);
-
-            ASSERT_EQ(failure(installer(kind).uninstall()), "");
+            disconnect(kind);
             EXPECT_FALSE(installer(kind).isInstalled());
             EXPECT_EQ(backup(kind), installed);
-            EXPECT_EQ(withoutOurs(root(kind), theirs), expected);
-
-            ASSERT_EQ(failure(installer(kind).install()), "");
+            // What has been lost on the way in would not be there now.
+            const auto theirs = LenientJson::parse(each.theirs.isNull() ? *each.text : each.theirs);
+            ASSERT_TRUE(theirs);
+            json expected = *theirs;
+            if (kind == cursor && !expected.contains("version")) {
+                expected["version"] = 1; // which it needs at the root
+            }
+            EXPECT_EQ(root(kind), expected);
+            connect(kind);
             EXPECT_EQ(text(kind), installed);
         }
     }
@@ -227,20 +162,20 @@ TEST_F(HookInstallerTest, ComesAndGoesWithoutALossOfAnything) {
 TEST_F(HookInstallerTest, PutsOursBehindTheHooksOfOthers) {
     write(claude,
           R"({"hooks":{"Stop":[{"command":"a"},{"command":".morvane/hook.sh"},{"command":"b"}]}})");
-    ASSERT_EQ(failure(installer(claude).install()), "");
+    connect(claude);
     const json entries = root(claude)["hooks"]["Stop"];
     ASSERT_EQ(entries.size(), 3u);
     EXPECT_EQ(entries[0]["command"], "a");
     EXPECT_EQ(entries[1]["command"], "b");
-    EXPECT_EQ(entries[2]["hooks"][0]["command"], command("claude Stop"));
+    EXPECT_EQ(entries[2]["hooks"][0]["command"], value(R"("OURS/hook.sh claude Stop")"));
 }
 
 TEST_F(HookInstallerTest, LeavesAloneWhatItDoesNotUnderstandWhenItGoes) {
-    EXPECT_EQ(failure(installer(claude).uninstall()), "");
+    disconnect(claude);
     EXPECT_FALSE(QFile::exists(home.path(place(claude))));
     for (const char *text : {"", "no JSON", R"({"hooks":[".morvane/hook.sh"]})", R"({"a":1})"}) {
         write(claude, text);
-        EXPECT_EQ(failure(installer(claude).uninstall()), "");
+        disconnect(claude);
         EXPECT_EQ(this->text(claude), text);
         EXPECT_EQ(backup(claude), QByteArray());
     }
@@ -261,21 +196,18 @@ TEST_F(HookInstallerTest, TouchesNoSettingsWithoutAScript) {
 TEST_F(HookInstallerTest, FollowsTheSettingForApprovals) {
     for (const AgentKind kind : {claude, codex}) {
         settings.setApprovalsEnabled(true);
-        ASSERT_EQ(failure(installer(kind).install()), "");
+        connect(kind);
         settings.setApprovalsEnabled(false);
         EXPECT_TRUE(installer(kind).hasStaleEntries());
-        ASSERT_EQ(failure(installer(kind).install()), "");
+        connect(kind);
     }
     EXPECT_FALSE(root(claude)["hooks"].contains("PermissionRequest"));
-    EXPECT_EQ(root(codex)["hooks"]["PermissionRequest"][0]["hooks"][0],
-              (json{{"type", "command"},
-                    {"command", command("codex PermissionRequest")},
-                    {"async", true},
-                    {"timeout", 5}}));
+    EXPECT_EQ(root(codex)["hooks"]["PermissionRequest"][0]["hooks"][0], value(R"({"type":"command",
+        "command":"OURS/hook.sh codex PermissionRequest","async":true,"timeout":5})"));
 }
 
 TEST_F(HookInstallerTest, SeesWhichEntriesAreStale) {
-    ASSERT_EQ(failure(installer(codex).install()), "");
+    connect(codex);
     const json current = root(codex);
     const auto isStale = [&](const std::function<void(json & hooks)> &damage) {
         json changed = current;
@@ -295,16 +227,19 @@ TEST_F(HookInstallerTest, SeesWhichEntriesAreStale) {
 
 // --- TOML ---
 
-TEST_F(HookInstallerTest, WritesTheBlockOfKimi) {
-    ASSERT_EQ(failure(installer(kimi).install()), "");
-    const QByteArray block = text(kimi);
+TEST_F(HookInstallerTest, WritesTheBlockOfKimiAndEscapesWhatTomlWouldMisread) {
+    const QString odd = home.path("a\"b\\c");
+    QDir().mkpath(odd);
+    qputenv("HOME", odd.toUtf8());
+    connect(kimi);
+    const QByteArray block = home.read("a\"b\\c/" + place(kimi));
     EXPECT_TRUE(
         block.startsWith("# >>> morvane:begin\n"
                          "# Managed by Morvane — edits between these markers are overwritten.\n"
                          "# Remove the block (or use Morvane's Settings) to disconnect.\n"
                          "[[hooks]]\nevent = \"SessionStart\"\ncommand = \""));
     EXPECT_TRUE(block.contains("event = \"PreToolUse\"\nmatcher = \".*\"\ncommand = \"" +
-                               home.path().toUtf8() +
+                               home.path().toUtf8() + "/a\\\"b\\\\c" +
                                "/.morvane/hook.sh kimi PreToolUse\"\ntimeout = 5\n[[hooks]]\n"));
     EXPECT_TRUE(block.endsWith("timeout = 5\n# <<< morvane:end\n"));
 }
@@ -323,13 +258,13 @@ TEST_F(HookInstallerTest, LeavesEveryOtherLineOfTheTomlFile) {
     for (const auto &[before, ahead, after] : cases) {
         SCOPED_TRACE(before.toStdString());
         write(kimi, before);
-        ASSERT_EQ(failure(installer(kimi).install()), "");
+        connect(kimi);
         const QByteArray installed = text(kimi);
         EXPECT_EQ(installed.left(installed.indexOf("# >>>")).toStdString(), ahead.toStdString());
         EXPECT_FALSE(installer(kimi).hasStaleEntries());
-        ASSERT_EQ(failure(installer(kimi).install()), "");
+        connect(kimi);
         EXPECT_EQ(text(kimi), installed);
-        ASSERT_EQ(failure(installer(kimi).uninstall()), "");
+        disconnect(kimi);
         EXPECT_EQ(text(kimi).toStdString(), after.toStdString());
         EXPECT_FALSE(installer(kimi).isInstalled());
     }
@@ -337,14 +272,14 @@ TEST_F(HookInstallerTest, LeavesEveryOtherLineOfTheTomlFile) {
 
 TEST_F(HookInstallerTest, KeepsThePristineTomlFileAsTheBackup) {
     write(kimi, "a = 1\n");
-    ASSERT_EQ(failure(installer(kimi).install()), "");
+    connect(kimi);
     EXPECT_EQ(backup(kimi), "a = 1\n");
     write(kimi, text(kimi).replace("timeout = 5", "timeout = 9") + "b = 2\n");
     EXPECT_TRUE(installer(kimi).hasStaleEntries());
-    ASSERT_EQ(failure(installer(kimi).install()), "");
+    connect(kimi);
     EXPECT_FALSE(installer(kimi).hasStaleEntries());
     EXPECT_TRUE(text(kimi).startsWith("a = 1\n\nb = 2\n\n# >>>"));
-    ASSERT_EQ(failure(installer(kimi).uninstall()), "");
+    disconnect(kimi);
     EXPECT_EQ(backup(kimi), "a = 1\n");
 
     // Without its end there is no telling what of the rest is ours: all of it stays, ours as well.
@@ -362,20 +297,10 @@ TEST_F(HookInstallerTest, KeepsThePristineTomlFileAsTheBackup) {
     }
 }
 
-TEST_F(HookInstallerTest, EscapesWhatTomlWouldMisread) {
-    const QString odd = home.path("a\"b\\c");
-    QDir().mkpath(odd);
-    qputenv("HOME", odd.toUtf8());
-    ASSERT_EQ(failure(installer(kimi).install()), "");
-    QFile file(odd + "/.kimi/config.toml");
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(file.readAll().contains("/a\\\"b\\\\c/.morvane/hook.sh kimi Stop\"\n"));
-}
-
 // --- Plugin ---
 
 TEST_F(HookInstallerTest, WritesAndRemovesThePlugin) {
-    ASSERT_EQ(failure(installer(opencode).install()), "");
+    connect(opencode);
     EXPECT_TRUE(text(opencode).contains("40123"));
     EXPECT_TRUE(text(opencode).contains(settings.eventToken().toUtf8()));
     const auto mode = QFileInfo(home.path(place(opencode))).permissions();
@@ -386,7 +311,7 @@ TEST_F(HookInstallerTest, WritesAndRemovesThePlugin) {
     installer(opencode).renew();
     EXPECT_TRUE(text(opencode).contains("40123"));
     for (int times = 0; times < 2; ++times) {
-        EXPECT_EQ(failure(installer(opencode).uninstall()), "");
+        disconnect(opencode);
         EXPECT_FALSE(installer(opencode).isInstalled());
     }
 }
@@ -407,7 +332,7 @@ TEST_F(HookInstallerTest, TellsWhatHasBecomeOfAConnection) {
         EXPECT_EQ(issues(), unreadable);
         write(kind, kind == kimi ? "a = 1\n" : R"({"a":1})");
         EXPECT_EQ(installer(kind).health(), Health());
-        ASSERT_EQ(failure(installer(kind).install()), "");
+        connect(kind);
         EXPECT_EQ(issues(), QStringList());
 
         outdate();
@@ -431,7 +356,7 @@ TEST_F(HookInstallerTest, TellsWhatHasBecomeOfAConnection) {
 
 TEST_F(HookInstallerTest, TakesTheStatusLineOnlyFromNobody) {
     const QString script = home.path(".morvane/statusline.sh");
-    ASSERT_EQ(failure(installer(claude).install()), "");
+    connect(claude);
     const json connected = root(claude);
     EXPECT_EQ(installer(claude).health().statusLine, StatusLineHealth::connected);
     EXPECT_TRUE(QFileInfo(script).isExecutable());
@@ -446,7 +371,9 @@ TEST_F(HookInstallerTest, TakesTheStatusLineOnlyFromNobody) {
     changed["statusLine"]["command"] = "/old/.morvane/statusline.sh";
     json absent = connected;
     absent.erase("statusLine");
-    for (const json &stale : {changed, absent}) {
+    json empty = connected;
+    empty["statusLine"] = "";
+    for (const json &stale : {changed, absent, empty}) {
         write(claude, LenientJson::write(stale));
         EXPECT_TRUE(installer(claude).hasStaleEntries());
         installer(claude).renew();
@@ -459,8 +386,8 @@ TEST_F(HookInstallerTest, TakesTheStatusLineOnlyFromNobody) {
         EXPECT_EQ(installer(claude).health().statusLine, StatusLineHealth::ownedByOther);
         EXPECT_EQ(installer(claude).health().issues(), QStringList());
         EXPECT_FALSE(installer(claude).hasStaleEntries());
-        ASSERT_EQ(failure(installer(claude).install()), "");
-        ASSERT_EQ(failure(installer(claude).uninstall()), "");
+        connect(claude);
+        disconnect(claude);
         EXPECT_EQ(root(claude)["statusLine"], other);
         EXPECT_FALSE(QFile::exists(script));
     }

@@ -55,22 +55,11 @@ CompletedRecord fullRecord() {
 }
 
 TEST(CompletedHistoryFormat, WritesEachFieldUnderItsName) {
-    const json expected =
-        json::array({{{"id", "/home/ada/ünïcode 🙂"},
-                      {"name", "ünïcode 🙂"},
-                      {"cwd", "/home/ada/ünïcode 🙂"},
-                      {"gitBranch", "main"},
-                      {"itermSessionID", "w0t0p0:1"},
-                      {"termProgram", "kitty"},
-                      {"hostBundleID", "net.kovidgoyal.kitty"},
-                      {"finishedAt", 730857601.5},
-                      {"lastPrompt", "Say \"hi\"\n"},
-                      {"summary", ""},
-                      {"agent", "kimi"},
-                      {"hostAppName", "kitty"},
-                      {"failed", true},
-                      {"pane", {{"tmux", "%1"}, {"tmuxServer", "/tmp/tmux,1,0"}, {"kitty", "7"}}},
-                      {"ttyName", "/dev/pts/3"}}});
+    const json expected = json::parse(R"([{"id":"/home/ada/ünïcode 🙂","name":"ünïcode 🙂",
+        "cwd":"/home/ada/ünïcode 🙂","gitBranch":"main","itermSessionID":"w0t0p0:1",
+        "termProgram":"kitty","hostBundleID":"net.kovidgoyal.kitty","finishedAt":730857601.5,
+        "lastPrompt":"Say \"hi\"\n","summary":"","agent":"kimi","hostAppName":"kitty","failed":true,
+        "pane":{"tmux":"%1","tmuxServer":"/tmp/tmux,1,0","kitty":"7"},"ttyName":"/dev/pts/3"}])");
     EXPECT_EQ(json::parse(CompletedHistoryFormat::write({fullRecord()}).toStdString()), expected);
 
     CompletedRecord least;

@@ -138,6 +138,10 @@ TEST_F(DecisionsTest, CarriesADecisionBackAfterTheSessionHasMoved) {
     parkQuestions("d", {"Q"});
     store.decide("s", AgentDecision::deny());
     EXPECT_EQ(session().pendingQuestion->id, "d");
+    parkApproval("a");
+    EXPECT_EQ(take(resolved), QStringList{"d ask"});
+    store.answer("s", "Q", "Yes");
+    EXPECT_EQ(session().pendingApproval->id, "a");
     EXPECT_EQ(resolved, QStringList());
 }
 
@@ -158,39 +162,6 @@ TEST_F(DecisionsTest, SendsAnswersOnceAllQuestionsHaveOne) {
     EXPECT_EQ(stateAtRelease, session());
     store.answer("s", "Q1", "Yes");
     EXPECT_EQ(resolved, QStringList());
-}
-
-TEST(SessionTransition, LeavesASessionAloneThatWaitsForSomethingElse) {
-    const Date now{std::chrono::seconds(1'700'000'000)};
-    const auto nothing = SessionTransition::Write::nothing;
-    Session idle;
-    Session asked;
-    asked.pendingQuestion = PendingQuestion{"q", {{"Q", {}, {{"Yes", {}}}, false}}, {}, now};
-    Session requested;
-    requested.pendingApproval = PendingApproval{"a", "Bash", {}, now, true};
-    const SessionTransition ignored[] = {
-        SessionTransition::decided(idle, AgentDecision::allow(), now),
-        SessionTransition::decided(asked, AgentDecision::allow(), now),
-        SessionTransition::answered(idle, "Q", "Yes", now),
-        SessionTransition::answered(requested, "Q", "Yes", now),
-        SessionTransition::expired(idle),
-        SessionTransition::released(idle),
-    };
-    for (const SessionTransition &transition : ignored) {
-        EXPECT_EQ(transition.write, nothing);
-        EXPECT_EQ(transition.resolution, std::nullopt);
-    }
-    // What has expired is past any answer; what is released still has to be given one.
-    for (const Session &waiting : {asked, requested}) {
-        const auto expired = SessionTransition::expired(waiting);
-        EXPECT_EQ(expired.resolution, std::nullopt);
-        const auto released = SessionTransition::released(waiting);
-        ASSERT_TRUE(released.resolution);
-        EXPECT_EQ(released.resolution->decisionID, waiting.pendingDecisionID());
-        EXPECT_EQ(released.resolution->decision, AgentDecision::ask());
-        EXPECT_EQ(released.session, idle);
-        EXPECT_EQ(expired.session, idle);
-    }
 }
 
 TEST_F(DecisionsTest, ChoosesByTheOrderOfTheButtons) {

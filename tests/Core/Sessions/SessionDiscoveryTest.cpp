@@ -122,16 +122,12 @@ TEST_F(DiscoveryTest, ReadsTheBeginningOfATranscript) {
 }
 
 TEST_F(DiscoveryTest, TakesACodexSessionOnlyWithItsId) {
-    const QByteArray payloads[] = {R"({"id":"both","session_id":"no","cwd":"/1"})",
-                                   R"({"session_id":"second","cwd":"/2"})",
-                                   R"({"id":"without a folder","cwd":""})",
-                                   R"({"id":7,"session_id":"no id","cwd":"/3"})",
-                                   R"({"id":"","session_id":"no","cwd":"/4"})",
-                                   R"({"id":"no"})",
-                                   R"({"cwd":"/5"})",
-                                   "[]"};
+    const QByteArray payloads =
+        R"({"id":"both","session_id":"no","cwd":"/1"}|{"session_id":"second","cwd":"/2"}|)"
+        R"({"id":"without a folder","cwd":""}|{"id":7,"session_id":"no id","cwd":"/3"}|)"
+        R"({"id":"","session_id":"no","cwd":"/4"}|{"id":"no"}|{"cwd":"/5"}|[])";
     int file = 0;
-    for (const QByteArray &payload : payloads) {
+    for (const QByteArray &payload : payloads.split('|')) {
         write(QStringLiteral(".codex/sessions/%1.jsonl").arg(++file),
               "{\"type\":\"turn_context\",\"payload\":{\"id\":\"no\",\"cwd\":\"/no\"}}\n" +
                   meta(payload));

@@ -31,17 +31,16 @@ TEST_F(AutostartEntryTest, IsThereAsLongAsItIsWanted) {
 }
 
 TEST_F(AutostartEntryTest, IsOffWhereTheDesktopSwitchedItOffUntilItIsWantedAgain) {
-    struct Case {
-        QByteArray lines;
-        bool isEnabled;
-    };
-    for (const Case &c :
-         {Case{"Hidden=true\n", false}, Case{"Hidden = true\n", false},
-          Case{"X-GNOME-Autostart-enabled=false\n", false},
-          Case{"Hidden=false\nX-GNOME-Autostart-enabled=true\n", true},
-          Case{"#Hidden=true\n", true}, Case{"[Desktop Action a]\nHidden=true\n", true}}) {
-        home.write(file, "[Desktop Entry]\nExec=morvane\n" + c.lines);
-        EXPECT_EQ(entry.isEnabled(), c.isEnabled) << c.lines.toStdString();
+    const std::pair<QByteArray, bool> cases[] = {
+        {"Hidden=true\n", false},
+        {"Hidden = true\n", false},
+        {"#Hidden=true\n", true},
+        {"X-GNOME-Autostart-enabled=false\n", false},
+        {"Hidden=false\nX-GNOME-Autostart-enabled=true\n", true},
+        {"[Desktop Action a]\nHidden=true\n", true}};
+    for (const auto &[lines, isEnabled] : cases) {
+        home.write(file, "[Desktop Entry]\nExec=morvane\n" + lines);
+        EXPECT_EQ(entry.isEnabled(), isEnabled) << lines.toStdString();
     }
     home.write(file, "[Desktop Entry]\nHidden=true\n");
     ASSERT_EQ(entry.registerItem(), std::nullopt);

@@ -1,20 +1,16 @@
-#include "EndToEnd/ProgramHome.h"
-#include "EndToEnd/VirtualDisplay.h"
+#include "EndToEnd/OnScreen.h"
 #include "Platform/Linux/X11/ActiveWindow.h"
 #include "Platform/Linux/X11/ScreenDisplays.h"
 #include "Platform/Linux/X11/X11Connection.h"
 #include "Platform/Linux/X11/X11OverlayWindows.h"
 #include "Platform/Linux/X11/XcbReply.h"
 #include "Support/Printing.h"
-#include "Support/WaitUntil.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPainterPath>
 #include <QScreen>
-#include <QTimer>
 #include <gtest/gtest.h>
 #include <xcb/xcb.h>
 
@@ -24,25 +20,16 @@ namespace morvane {
 namespace {
 
 constexpr QRect overlayFrame(490, 0, 300, 100);
-constexpr const char *terminalTitle = "terminal";
 
 /// An overlay with a text field on it, above a terminal that has the keyboard, under a window
 /// manager.
-class OverlayTest : public testing::Test {
+class OverlayTest : public OnScreen {
 protected:
     explicit OverlayTest(const WindowManager &manager = WindowManager::openbox)
-        : manager(manager) {}
+        : OnScreen(manager) {}
 
-    void SetUp() override {
-        const QStringList missing = VirtualDisplay::missingPrograms(manager);
-        if (!missing.isEmpty()) {
-            GTEST_SKIP() << "These programs are needed and not installed: "
-                         << missing.join(QStringLiteral(", ")).toStdString();
-        }
-        display = std::make_unique<VirtualDisplay>(home.environment(), manager);
-        ASSERT_TRUE(display->isUp());
-        terminal = startTerminal(terminalTitle);
-        ASSERT_TRUE(display->bringToFront(terminalTitle));
+    void startAll() override {
+        ASSERT_NO_FATAL_FAILURE(startTerminal());
         for (const QString &name : display->environment().keys()) {
             qputenv(name.toUtf8(), display->environment().value(name).toUtf8());
         }
@@ -66,7 +53,7 @@ protected:
         overlay->setShape(shape);
         overlay->setGeometry(overlayFrame, OverlayWindow::Anchor::topCenter);
         overlay->show();
-        ASSERT_TRUE(eventually([this] { return isOnTop(); }));
+        ASSERT_TRUE(becomesTrue([this] { return isOnTop(); }));
     }
 
     void TearDown() override {
@@ -78,37 +65,10 @@ protected:
         application.reset();
     }
 
-    std::unique_ptr<ChildProcess> startTerminal(const char *title) const {
-        return std::make_unique<ChildProcess>(QStringList{"xterm", "-title", title, "-e", "sh",
-                                                          "-c", "stty raw -echo; exec cat >\"$0\"",
-                                                          home.path(title)},
-                                              display->environment());
-    }
-
-    /// Waits while our own windows live.
-    template <typename Condition>
-    static bool eventually(Condition condition) {
-        return waitUntil([&] {
-            // The loop as it is in a program: events that came with a reply are read only before it
-            // waits.
-            QTimer::singleShot(1, [] {});
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-            return condition();
-        });
-    }
-
     void type(const char *text) const {
         const auto typing = display->type(QLatin1String(text));
-        eventually([&] { return !typing->isRunning(); });
+        becomesTrue([&] { return !typing->isRunning(); });
     }
-
-    QByteArray received() const {
-        QFile file(home.path(terminalTitle));
-        file.open(QIODevice::ReadOnly);
-        return file.readAll();
-    }
-
-    bool terminalHasKeyboard() const { return display->focusedTitle() == terminalTitle; }
 
     /// Nothing that can be seen lies above the overlay.
     bool isOnTop() const {
@@ -131,15 +91,11 @@ protected:
     testing::AssertionResult takeKeyboard() const {
         const bool isTaken = overlay->takeKeyboard();
         field->setFocus();
-        return isTaken && eventually([this] { return field->hasFocus(); })
+        return isTaken && becomesTrue([this] { return field->hasFocus(); })
                    ? testing::AssertionSuccess()
                    : testing::AssertionFailure() << "the field did not get the keyboard";
     }
 
-    const WindowManager manager;
-    ProgramHome home;
-    std::unique_ptr<VirtualDisplay> display;
-    std::unique_ptr<ChildProcess> terminal;
     char name[6] = "tests";
     char *arguments[2] = {name, nullptr};
     int argumentCount = 1;
@@ -164,23 +120,23 @@ TEST_P(OverlayWindowTest, TakesTheKeyboardForAFieldAndGivesItBack) {
     EXPECT_EQ(field->text(), "Name");
     // The field's own menu is another window, and a click on it no click elsewhere.
     display->click(field->mapToGlobal(field->rect().center()), 3);
-    ASSERT_TRUE(eventually([] { return QApplication::activePopupWidget() != nullptr; }));
+    ASSERT_TRUE(becomesTrue([] { return QApplication::activePopupWidget() != nullptr; }));
     auto &menu = *qobject_cast<QMenu *>(QApplication::activePopupWidget());
     const QRect selectAll = menu.actionGeometry(menu.actions().last());
     display->click(menu.mapToGlobal(selectAll.center()));
-    ASSERT_TRUE(eventually([this] { return field->hasSelectedText(); }));
+    ASSERT_TRUE(becomesTrue([this] { return field->hasSelectedText(); }));
     type("Name");
     EXPECT_EQ(field->text(), "Name");
     EXPECT_EQ(received(), "");
     overlay->releaseKeyboard();
-    EXPECT_TRUE(eventually([this] { return !field->hasFocus() && terminalHasKeyboard(); }));
+    EXPECT_TRUE(becomesTrue([this] { return !field->hasFocus() && terminalHasKeyboard(); }));
     type("back");
-    EXPECT_TRUE(eventually([this] { return received() == "back"; }));
+    EXPECT_TRUE(becomesTrue([this] { return received() == "back"; }));
     EXPECT_EQ(field->text(), "Name");
 
     ASSERT_TRUE(takeKeyboard());
     overlay->hide();
-    EXPECT_TRUE(eventually([this] { return terminalHasKeyboard(); }));
+    EXPECT_TRUE(becomesTrue([this] { return terminalHasKeyboard(); }));
     // The same terminal is at the front as before.
     EXPECT_EQ(activations, QStringList());
 }
@@ -188,14 +144,14 @@ TEST_P(OverlayWindowTest, TakesTheKeyboardForAFieldAndGivesItBack) {
 TEST_P(OverlayWindowTest, LeavesTheKeyboardWhereThePersonHasPutItInTheMeantime) {
     ASSERT_TRUE(takeKeyboard());
     display->click({640, 500});
-    EXPECT_TRUE(eventually([this] { return !field->hasFocus() && terminalHasKeyboard(); }));
+    EXPECT_TRUE(becomesTrue([this] { return !field->hasFocus() && terminalHasKeyboard(); }));
 
     ASSERT_TRUE(takeKeyboard());
-    const auto other = startTerminal("other");
-    ASSERT_TRUE(eventually([this] { return QFile::exists(home.path("other")); }));
+    const auto other = openTerminal("other");
+    ASSERT_TRUE(becomesTrue([this] { return QFile::exists(home.path("other")); }));
     display->run({"xdotool", "search", "--name", "^other$", "windowactivate"});
-    EXPECT_TRUE(eventually([this] { return display->focusedTitle() == "other"; }));
-    EXPECT_TRUE(eventually([this] { return !field->hasFocus(); }));
+    EXPECT_TRUE(becomesTrue([this] { return display->focusedTitle() == "other"; }));
+    EXPECT_TRUE(becomesTrue([this] { return !field->hasFocus(); }));
     overlay->releaseKeyboard();
     type("other");
     EXPECT_EQ(display->focusedTitle(), "other");
@@ -203,23 +159,23 @@ TEST_P(OverlayWindowTest, LeavesTheKeyboardWhereThePersonHasPutItInTheMeantime) 
 }
 
 TEST_P(OverlayWindowTest, StaysAboveOnEveryDesktopAndTakesNoFocus) {
-    const auto other = startTerminal("other");
-    ASSERT_TRUE(eventually([this] { return display->focusedTitle() == "other"; }));
-    EXPECT_TRUE(eventually([this] { return isOnTop(); }));
+    const auto other = openTerminal("other");
+    ASSERT_TRUE(becomesTrue([this] { return display->focusedTitle() == "other"; }));
+    EXPECT_TRUE(becomesTrue([this] { return isOnTop(); }));
     display->press("alt+Return");
-    EXPECT_TRUE(eventually([this] { return isOnTop(); }));
+    EXPECT_TRUE(becomesTrue([this] { return isOnTop(); }));
     // A window manager may take the focus away for a moment while it fills the screen; one that
     // we had taken would stay away.
-    EXPECT_TRUE(eventually([this] { return display->focusedTitle() == "other"; }));
+    EXPECT_TRUE(becomesTrue([this] { return display->focusedTitle() == "other"; }));
     display->goToDesktop(1);
-    EXPECT_TRUE(eventually([this] { return display->focusedTitle() != "other" && isOnTop(); }));
+    EXPECT_TRUE(becomesTrue([this] { return display->focusedTitle() != "other" && isOnTop(); }));
 }
 
 TEST_P(OverlayWindowTest, GivesWayToAFullscreenProgramWhenToldTo) {
     overlay->setHidesOverFullscreen(true);
     EXPECT_TRUE(panel->isVisible());
     display->press("alt+Return");
-    EXPECT_TRUE(eventually([this] { return !panel->isVisible(); }));
+    EXPECT_TRUE(becomesTrue([this] { return !panel->isVisible(); }));
     EXPECT_TRUE(overlay->isVisible());
     EXPECT_FALSE(overlay->takeKeyboard());
     overlay->setHidesOverFullscreen(false);
@@ -228,16 +184,16 @@ TEST_P(OverlayWindowTest, GivesWayToAFullscreenProgramWhenToldTo) {
     EXPECT_FALSE(panel->isVisible());
 
     display->goToDesktop(1);
-    EXPECT_TRUE(eventually([this] { return panel->isVisible(); }));
+    EXPECT_TRUE(becomesTrue([this] { return panel->isVisible(); }));
     display->goToDesktop(0);
-    EXPECT_TRUE(eventually([this] { return !panel->isVisible(); }));
-    ASSERT_TRUE(eventually([this] { return terminalHasKeyboard(); }));
+    EXPECT_TRUE(becomesTrue([this] { return !panel->isVisible(); }));
+    ASSERT_TRUE(becomesTrue([this] { return terminalHasKeyboard(); }));
     display->press("alt+Return");
-    EXPECT_TRUE(eventually([this] { return panel->isVisible(); }));
+    EXPECT_TRUE(becomesTrue([this] { return panel->isVisible(); }));
     display->press("alt+Return");
-    EXPECT_TRUE(eventually([this] { return !panel->isVisible(); }));
+    EXPECT_TRUE(becomesTrue([this] { return !panel->isVisible(); }));
     terminal.reset();
-    EXPECT_TRUE(eventually([this] { return panel->isVisible(); }));
+    EXPECT_TRUE(becomesTrue([this] { return panel->isVisible(); }));
 }
 
 INSTANTIATE_TEST_SUITE_P(Under, OverlayWindowTest, testing::ValuesIn(WindowManager::all),
@@ -245,7 +201,7 @@ INSTANTIATE_TEST_SUITE_P(Under, OverlayWindowTest, testing::ValuesIn(WindowManag
 
 TEST_F(OverlayTest, WithoutACompositorItsCornersAreCutOff) {
     EXPECT_FALSE(overlay->isTranslucent());
-    EXPECT_TRUE(eventually([] {
+    EXPECT_TRUE(becomesTrue([] {
         const QImage screen = QGuiApplication::primaryScreen()->grabWindow(0).toImage();
         const QRgb terminal = screen.pixel(overlayFrame.topLeft() - QPoint(5, -5));
         return screen.pixel(overlayFrame.topLeft()) == terminal &&
@@ -263,30 +219,28 @@ TEST_F(OverlayOnMonitorsTest, AFullscreenProgramOnAnotherMonitorHidesNothing) {
     overlay->setHidesOverFullscreen(true);
     display->setMonitor("LEFT", {0, 0, 640, 800});
     display->setMonitor("RIGHT", {640, 0, 640, 800});
-    ASSERT_TRUE(eventually([] { return QGuiApplication::screens().size() == 2; }));
+    ASSERT_TRUE(becomesTrue([] { return QGuiApplication::screens().size() == 2; }));
     display->movePointer({900, 700});
-    const auto film = std::make_unique<ChildProcess>(
-        QStringList{"xterm", "-title", "film", "-fullscreen", "-geometry", "+700+100"},
-        display->environment());
+    const auto film = openTerminal("film", {"-fullscreen", "-geometry", "+700+100"});
     overlay->setGeometry({800, 0, 300, 100}, OverlayWindow::Anchor::topCenter);
-    EXPECT_TRUE(eventually([this] { return !panel->isVisible(); }));
+    EXPECT_TRUE(becomesTrue([this] { return !panel->isVisible(); }));
     overlay->setGeometry({100, 0, 300, 100}, OverlayWindow::Anchor::topCenter);
-    EXPECT_TRUE(eventually([this] { return panel->isVisible(); }));
+    EXPECT_TRUE(becomesTrue([this] { return panel->isVisible(); }));
 
     // The film goes on while the person works on the other monitor.
     overlay->setGeometry({800, 0, 300, 100}, OverlayWindow::Anchor::topCenter);
     display->movePointer({300, 700});
     display->run(
         {"xdotool", "search", "--name", "^terminal$", "windowmove", "0", "0", "windowactivate"});
-    ASSERT_TRUE(eventually([this] { return terminalHasKeyboard(); }));
+    ASSERT_TRUE(becomesTrue([this] { return terminalHasKeyboard(); }));
     EXPECT_FALSE(panel->isVisible());
 }
 
-TEST_F(OverlayTest, ABarTakesFromTheWorkAreaOfItsOwnMonitor) {
+TEST_F(OverlayTest, ABarTakesFromTheWorkAreaOfItsOwnMonitorWhichMayComeAndGo) {
     const ScreenDisplays displays(*x11);
     display->setMonitor("LEFT", {0, 0, 640, 800});
     display->setMonitor("RIGHT", {640, 0, 640, 800});
-    ASSERT_TRUE(eventually([&] { return displays.displays().size() == 2; }));
+    ASSERT_TRUE(becomesTrue([&] { return displays.displays().size() == 2; }));
     QWidget bar;
     bar.winId();
     // The property travels on another connection, and must not overtake the window.
@@ -297,18 +251,28 @@ TEST_F(OverlayTest, ABarTakesFromTheWorkAreaOfItsOwnMonitor) {
                         XCB_ATOM_CARDINAL, 32, strut.size(), strut.data());
     xcb_flush(x11->connection());
     bar.show();
-    EXPECT_TRUE(eventually(
+    EXPECT_TRUE(becomesTrue(
         [&] { return displays.displays().value(1).visibleFrame == QRect(640, 40, 640, 760); }));
     EXPECT_EQ(displays.displays().value(0).visibleFrame, QRect(0, 0, 640, 800));
+
+    int changes = 0;
+    QObject::connect(&displays, &Displays::changed, [&] { ++changes; });
+    display->removeMonitor("RIGHT");
+    EXPECT_TRUE(becomesTrue([&] { return changes > 0 && displays.displays().size() == 1; }));
+    changes = 0;
+    display->setMonitor("RIGHT", {640, 200, 400, 600});
+    EXPECT_TRUE(becomesTrue([&] {
+        return changes > 0 && displays.displays().value(1).frame == QRect(640, 200, 400, 600);
+    }));
 }
 
 TEST_F(OverlayTest, WithoutAnOutputThereIsNoDisplay) {
     const ScreenDisplays displays(*x11);
     EXPECT_EQ(displays.displays().size(), 1);
     display->run({"xrandr", "--output", "screen", "--off"});
-    EXPECT_TRUE(eventually([&] { return displays.displays().isEmpty(); }));
+    EXPECT_TRUE(becomesTrue([&] { return displays.displays().isEmpty(); }));
     display->run({"xrandr", "--output", "screen", "--auto"});
-    EXPECT_TRUE(eventually([&] { return displays.displays().size() == 1; }));
+    EXPECT_TRUE(becomesTrue([&] { return displays.displays().size() == 1; }));
 }
 
 } // namespace

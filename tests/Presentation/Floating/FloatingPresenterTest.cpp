@@ -1,58 +1,23 @@
-#include "Presentation/Floating/FloatingPresenter.h"
-
 #include "Presentation/Overlay/InlineNameField.h"
 #include "Presentation/Overlay/KeyablePanel.h"
 #include "Presentation/Panel/PencilButton.h"
-#include "Presentation/PanelFixture.h"
+#include "Presentation/PresenterFixture.h"
 
-#include <QContextMenuEvent>
 #include <QCoreApplication>
-#include <QEnterEvent>
 #include <QFocusEvent>
-#include <QMenu>
 
 #include <tuple>
 
 namespace morvane {
 namespace {
 
-class FloatingPresenterTest : public PanelFixture {
+class FloatingPresenterTest : public PresenterFixture {
 protected:
-    using Flavour = FloatingPresenter::Flavour;
-
-    void attach(Flavour flavour) {
-        presenter = std::make_unique<FloatingPresenter>(context, displays, overlays, flavour);
-        presenter->onExpandedChanged = [this](bool isExpanded) { expansions.append(isExpanded); };
-        presenter->attach(FakeDisplays::external(1, 0));
-    }
-
-    FakeOverlayWindow &window() { return *overlays.alive.first(); }
-    bool isVisible() { return window().isVisible(); }
-
-    void movePointer(QPoint position) {
-        displays.setPointer(position);
-        QEnterEvent enter({}, {}, {});
-        QCoreApplication::sendEvent(&window().widget(), &enter);
-        QEvent leave(QEvent::Leave);
-        QCoreApplication::sendEvent(&window().widget(), &leave);
-    }
-
-    void rightClick(QPoint position) {
-        movePointer(position);
-        QContextMenuEvent click(QContextMenuEvent::Mouse, {}, position);
-        QCoreApplication::sendEvent(&window().widget(), &click);
-    }
-
     KeyablePanel &panel() { return dynamic_cast<KeyablePanel &>(window().widget()); }
-
-    QList<bool> expansions;
-    std::unique_ptr<FloatingPresenter> presenter;
 };
 
-constexpr QPoint onTab(500, 35);
-
 TEST_F(FloatingPresenterTest, OnCallItComesForAMomentAndStaysWhileSomeoneIsAskedFor) {
-    attach(Flavour::onCall);
+    attachFloating();
     apply(Event::promptSubmit);
     scheduler.advance(Seconds(1));
     EXPECT_FALSE(isVisible());
@@ -70,10 +35,19 @@ TEST_F(FloatingPresenterTest, OnCallItComesForAMomentAndStaysWhileSomeoneIsAsked
     store.acknowledge("s");
     scheduler.advance(Seconds(0.2));
     EXPECT_FALSE(isVisible());
+
+    // Who is sent away in that moment goes, though another is at work.
+    apply(Event::promptSubmit, "other");
+    apply(Event::turnEnd);
+    settle();
+    EXPECT_TRUE(isVisible());
+    presenter->dismiss();
+    scheduler.advance(Seconds(1));
+    EXPECT_FALSE(isVisible());
 }
 
 TEST_F(FloatingPresenterTest, AmbientItStaysWhileSessionsAreAtWork) {
-    attach(Flavour::ambient);
+    attachFloating(Flavour::ambient);
     EXPECT_FALSE(isVisible());
     apply(Event::promptSubmit);
     scheduler.advance(Seconds(30));
@@ -88,36 +62,19 @@ TEST_F(FloatingPresenterTest, AmbientItStaysWhileSessionsAreAtWork) {
     EXPECT_FALSE(isVisible());
 }
 
-TEST_F(FloatingPresenterTest, ADismissalHoldsUntilSomethingNewHappens) {
-    settings.setShowWhenIdle(true);
-    attach(Flavour::onCall);
-    EXPECT_TRUE(isVisible());
-    presenter->dismiss();
-    scheduler.advance(Seconds(1));
-    EXPECT_FALSE(isVisible());
-    apply(Event::turnFailed);
-    scheduler.advance(Seconds(60));
-    EXPECT_TRUE(isVisible());
-}
-
-TEST_F(FloatingPresenterTest, ThePanelOpensOnRequestForTenSeconds) {
-    attach(Flavour::onCall);
-    presenter->presentPanel();
-    EXPECT_TRUE(isVisible());
-    EXPECT_EQ(window().shape.boundingRect().width(), 520);
-    scheduler.advance(Seconds(9.9));
-    EXPECT_EQ(expansions, QList<bool>({true}));
-    scheduler.advance(Seconds(0.5));
-    EXPECT_EQ(expansions, QList<bool>({true, false}));
-    EXPECT_FALSE(isVisible());
-}
-
 TEST_F(FloatingPresenterTest, OpensUnderThePointerAndClosesAMomentAfterItHasLeft) {
     settings.setShowWhenIdle(true);
-    attach(Flavour::onCall);
+    attachFloating();
     scheduler.advance(Seconds(1));
+    const int resizes = window().resizes;
     movePointer(onTab);
     EXPECT_EQ(expansions, QList<bool>({true}));
+    scheduler.advance(Seconds(1));
+    EXPECT_EQ(window().resizes, resizes + 1);
+    EXPECT_EQ(window().geometry.width(), 520);
+    EXPECT_EQ(window().shape.boundingRect().width(), 520);
+    EXPECT_EQ(ticksWithin(Seconds(50)), 0);
+
     movePointer(elsewhere);
     scheduler.advance(Seconds(0.14));
     movePointer(onPanelOnly);
@@ -128,42 +85,9 @@ TEST_F(FloatingPresenterTest, OpensUnderThePointerAndClosesAMomentAfterItHasLeft
     EXPECT_EQ(expansions, QList<bool>({true, false}));
 }
 
-TEST_F(FloatingPresenterTest, StaysOpenWhileItsMenuIs) {
-    QMenu menu;
-    QAction *item = menu.addAction("Open", [this] { presenter->presentPanel(); });
-    attach(Flavour::onCall);
-    presenter->contextMenu = &menu;
-    presenter->presentPanel();
-    rightClick(onTab);
-    ASSERT_TRUE(menu.isVisible());
-    movePointer(elsewhere);
-    scheduler.advance(Seconds(20));
-    EXPECT_EQ(expansions, QList<bool>({true}));
-    menu.close();
-    scheduler.advance(Seconds(1));
-    EXPECT_EQ(expansions, QList<bool>({true, false}));
-    EXPECT_FALSE(isVisible());
-
-    presenter->presentPanel();
-    rightClick(onTab);
-    movePointer(elsewhere);
-    menu.setActiveAction(item);
-    QKeyEvent key(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
-    QCoreApplication::sendEvent(&menu, &key);
-    EXPECT_FALSE(menu.isVisible());
-    scheduler.advance(Seconds(9));
-    EXPECT_EQ(expansions, QList<bool>({true, false, true}));
-
-    // A menu that is open when the display goes finds nobody when it closes.
-    rightClick(onTab);
-    presenter->detach();
-    presenter.reset();
-    menu.close();
-}
-
 TEST_F(FloatingPresenterTest, CrossingsThatAChangeOfShapeBringsAboutChangeNothing) {
     settings.setShowWhenIdle(true);
-    attach(Flavour::onCall);
+    attachFloating();
     scheduler.advance(Seconds(1));
     for (int step = 0; step < 40; ++step) {
         movePointer(onTab);
@@ -173,16 +97,18 @@ TEST_F(FloatingPresenterTest, CrossingsThatAChangeOfShapeBringsAboutChangeNothin
 }
 
 TEST_F(FloatingPresenterTest, AShowDuringAHideEndsInFullSight) {
-    attach(Flavour::onCall);
-    apply(Event::needsInput);
-    scheduler.advance(Seconds(6));
-    store.acknowledge("s");
-    scheduler.advance(Seconds(0.06));
-    EXPECT_LT(window().opacity(), 1);
-    apply(Event::needsInput);
-    scheduler.advance(Seconds(1));
-    EXPECT_TRUE(isVisible());
-    EXPECT_EQ(window().opacity(), 1);
+    for (const double intoTheHide : {0.0, 0.06}) {
+        attachFloating();
+        apply(Event::turnEnd);
+        settle();
+        scheduler.advance(Seconds(5 + intoTheHide));
+        EXPECT_EQ(window().opacity() < 1, intoTheHide > 0);
+        apply(Event::needsInput);
+        scheduler.advance(Seconds(1));
+        EXPECT_TRUE(isVisible());
+        EXPECT_EQ(window().opacity(), 1);
+        presenter.reset();
+    }
 }
 
 TEST_F(FloatingPresenterTest, HangsFromTheTopOfTheWorkArea) {
@@ -193,7 +119,7 @@ TEST_F(FloatingPresenterTest, HangsFromTheTopOfTheWorkArea) {
           std::tuple(Flavour::onCall, FloatingPosition::topRight, 0),
           std::tuple(Flavour::ambient, FloatingPosition::topRight, 500)}) {
         settings.setFloatingPosition(position);
-        attach(flavour);
+        attachFloating(flavour);
         scheduler.advance(Seconds(1));
         const QRect frame = window().geometry;
         EXPECT_EQ(frame.top(), 30);
@@ -202,24 +128,12 @@ TEST_F(FloatingPresenterTest, HangsFromTheTopOfTheWorkArea) {
     }
 }
 
-TEST_F(FloatingPresenterTest, AnOpeningChangesTheWindowsSizeOnceAndThenNothingTicks) {
-    settings.setShowWhenIdle(true);
-    attach(Flavour::onCall);
-    scheduler.advance(Seconds(1));
-    const int resizes = window().resizes;
-    movePointer(onTab);
-    scheduler.advance(Seconds(1));
-    EXPECT_EQ(window().resizes, resizes + 1);
-    EXPECT_EQ(window().geometry.width(), 520);
-    EXPECT_EQ(ticksWithin(Seconds(50)), 0);
-}
-
 TEST_F(FloatingPresenterTest, AForgottenFieldHoldsThePanelForTwoMinutesAndCommitsNothing) {
     QStringList names;
     context.actions.onRenameCommit = [&](const QString &, const QString &name) {
         names.append(name);
     };
-    attach(Flavour::onCall);
+    attachFloating();
     apply(EventBuilder(Event::promptSubmit).with(&HookEvent::cwd, QString("/srv/shop")));
     presenter->presentPanel();
     scheduler.advance(Seconds(1));
@@ -245,20 +159,8 @@ TEST_F(FloatingPresenterTest, AForgottenFieldHoldsThePanelForTwoMinutesAndCommit
     EXPECT_EQ(names, QStringList());
 }
 
-TEST_F(FloatingPresenterTest, AShowUndoesAHideThatHasJustBegun) {
-    attach(Flavour::onCall);
-    apply(Event::turnEnd);
-    settle();
-    scheduler.advance(Seconds(5));
-    EXPECT_EQ(window().opacity(), 1);
-    apply(Event::needsInput);
-    scheduler.advance(Seconds(1));
-    EXPECT_TRUE(isVisible());
-    EXPECT_EQ(window().opacity(), 1);
-}
-
 TEST_F(FloatingPresenterTest, ClosesAMomentAfterTheLastFieldHas) {
-    attach(Flavour::onCall);
+    attachFloating();
     presenter->presentPanel();
     scheduler.advance(Seconds(1));
     editing.begin(scheduler.now());
@@ -273,7 +175,7 @@ TEST_F(FloatingPresenterTest, ClosesAMomentAfterTheLastFieldHas) {
 }
 
 TEST_F(FloatingPresenterTest, AFieldMayGoDownWithThePanel) {
-    attach(Flavour::onCall);
+    attachFloating();
     presenter->presentPanel();
     ASSERT_TRUE(panel().makeKey());
     editing.begin(scheduler.now());
@@ -284,30 +186,8 @@ TEST_F(FloatingPresenterTest, AFieldMayGoDownWithThePanel) {
     scheduler.advance(Seconds(200));
 }
 
-TEST_F(FloatingPresenterTest, GivesWayToFullscreenProgramsAsTheSettingSays) {
-    attach(Flavour::onCall);
-    EXPECT_FALSE(window().hidesOverFullscreen);
-    settings.setHideOverFullscreen(true);
-    EXPECT_TRUE(window().hidesOverFullscreen);
-    presenter.reset();
-    attach(Flavour::onCall);
-    EXPECT_TRUE(window().hidesOverFullscreen);
-}
-
-TEST_F(FloatingPresenterTest, WithLessMotionItIsWhereItBelongsAtOnce) {
-    motion.setReduced(true);
-    attach(Flavour::onCall);
-    presenter->presentPanel();
-    EXPECT_EQ(window().opacity(), 1);
-    EXPECT_EQ(window().geometry.size(), QSize(520, window().geometry.height()));
-    EXPECT_EQ(window().geometry.top(), 30);
-    presenter->dismiss();
-    scheduler.advance(Seconds(0.16));
-    EXPECT_FALSE(isVisible());
-}
-
 TEST_F(FloatingPresenterTest, FollowsItsDisplayAndStaysOpen) {
-    attach(Flavour::onCall);
+    attachFloating();
     presenter->presentPanel();
     scheduler.advance(Seconds(1));
     Display display = FakeDisplays::external(1, 2000);

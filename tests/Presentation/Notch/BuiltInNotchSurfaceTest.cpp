@@ -50,13 +50,9 @@ TEST_F(BuiltInNotchSurfaceTest, GrowsOutOfTheNotchAndBackAndThenRests) {
     scheduler.advance(Seconds(1));
     EXPECT_EQ(surface.visibleRect().width(), 550);
     EXPECT_EQ(ticksWithin(Seconds(20)), 0);
-}
 
-TEST_F(BuiltInNotchSurfaceTest, IsThereAtOnceWhereNothingShallMove) {
-    surface.setMode(Mode::expanded, Motion::atOnce);
-    EXPECT_EQ(surface.visibleRect().width(), 550);
-    EXPECT_EQ(surface.visibleRect().height(), surface.shape().boundingRect().height());
-    EXPECT_EQ(ticksWithin(Seconds(20)), 0);
+    surface.setMode(Mode::compact, Motion::atOnce);
+    EXPECT_EQ(surface.visibleRect(), compactRect);
 }
 
 TEST_F(BuiltInNotchSurfaceTest, IsBlackOnNothing) {

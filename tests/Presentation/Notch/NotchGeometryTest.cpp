@@ -4,98 +4,45 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
+#include <optional>
+#include <tuple>
 
 namespace morvane {
 namespace {
 
-struct Case {
-    const char *what;
-    QRect frame;
-    int visibleHeight;
-    int inset;
-    std::optional<QSize> left;
-    std::optional<QSize> right;
-    QSize notch;
-    int budget;
-    QRect stage;
-    QRectF zone;
-};
-
-const QList<Case> cases{
-    {"a notch between two areas",
-     {0, 0, 1000, 800},
-     770,
-     32,
-     {{400, 32}},
-     {{400, 32}},
-     {200, 32},
-     492,
-     {165, 0, 670, 579},
-     {388, 0, 224, 36}},
-    {"an area higher than the inset",
-     {0, 0, 1000, 800},
-     770,
-     32,
-     {{400, 38}},
-     {{400, 32}},
-     {200, 38},
-     486,
-     {165, 0, 670, 579},
-     {388, 0, 224, 36}},
-    {"only one area known",
-     {0, 0, 1000, 800},
-     770,
-     32,
-     {{400, 38}},
-     {},
-     {220, 32},
-     492,
-     {165, 0, 670, 579},
-     {378, 0, 244, 36}},
-    {"a tiny notch on a low display",
-     {0, 0, 1000, 400},
-     370,
-     20,
-     {{450, 20}},
-     {{450, 20}},
-     {160, 30},
-     240,
-     {165, 0, 670, 325},
-     {408, 0, 184, 30}},
-    {"a wide notch on a high display",
-     {0, 0, 1400, 1600},
-     1570,
-     40,
-     {{450, 40}},
-     {{450, 40}},
-     {500, 40},
-     820,
-     {334, 0, 732, 915},
-     {438, 0, 524, 44}},
-    {"a display of odd width elsewhere",
-     {1000, -200, 1001, 800},
-     770,
-     32,
-     {{400, 32}},
-     {{400, 32}},
-     {201, 32},
-     492,
-     {1166, -200, 670, 579},
-     {1388, -200, 225, 36}},
-};
+/// A display with a bar of 30 points at its top, and areas of these sizes beside its notch.
+Display display(const QRect &frame, int inset, QSize left, std::optional<QSize> right) {
+    return {1, frame, frame.adjusted(0, 30, 0, 0), true, inset, left, right};
+}
 
 TEST(NotchGeometry, FollowsFromTheDisplay) {
-    for (const Case &expected : cases) {
-        SCOPED_TRACE(expected.what);
-        QRect visible = expected.frame;
-        visible.setTop(visible.bottom() + 1 - expected.visibleHeight);
-        const Display display{
-            1, expected.frame, visible, true, expected.inset, expected.left, expected.right};
-        EXPECT_EQ(NotchGeometry::hardwareNotchSize(display), expected.notch);
-        EXPECT_EQ(NotchGeometry::contentHeightBudget(display), expected.budget);
-        EXPECT_EQ(NotchGeometry::stageFrame(display), expected.stage);
-        EXPECT_EQ(NotchGeometry::hoverZone(display), expected.zone);
+    const QRect usual(0, 0, 1000, 800);
+    const QSize area(400, 32);
+    const QSize higher(400, 38);
+    const QSize wide(450, 20);
+    const QSize wideAndHigh(450, 40);
+    // A display, its notch, the height that the panel's content may have, where the window is, and
+    // where a pointer opens it.
+    const std::tuple<const char *, Display, QSize, int, QRect, QRectF> cases[] = {
+        {"a notch between two areas", display(usual, 32, area, area), QSize(200, 32), 492,
+         QRect(165, 0, 670, 579), QRectF(388, 0, 224, 36)},
+        {"an area higher than the inset", display(usual, 32, higher, area), QSize(200, 38), 486,
+         QRect(165, 0, 670, 579), QRectF(388, 0, 224, 36)},
+        {"only one area known", display(usual, 32, higher, {}), QSize(220, 32), 492,
+         QRect(165, 0, 670, 579), QRectF(378, 0, 244, 36)},
+        {"a tiny notch on a low display", display(QRect(0, 0, 1000, 400), 20, wide, wide),
+         QSize(160, 30), 240, QRect(165, 0, 670, 325), QRectF(408, 0, 184, 30)},
+        {"a wide notch on a high display",
+         display(QRect(0, 0, 1400, 1600), 40, wideAndHigh, wideAndHigh), QSize(500, 40), 820,
+         QRect(334, 0, 732, 915), QRectF(438, 0, 524, 44)},
+        {"a display of odd width elsewhere", display(QRect(1000, -200, 1001, 800), 32, area, area),
+         QSize(201, 32), 492, QRect(1166, -200, 670, 579), QRectF(1388, -200, 225, 36)}};
+    for (const auto &[what, display, notch, budget, stage, zone] : cases) {
+        SCOPED_TRACE(what);
+        EXPECT_EQ(NotchGeometry::hardwareNotchSize(display), notch);
+        EXPECT_EQ(NotchGeometry::contentHeightBudget(display), budget);
+        EXPECT_EQ(NotchGeometry::stageFrame(display), stage);
+        EXPECT_EQ(NotchGeometry::hoverZone(display), zone);
     }
 }
 

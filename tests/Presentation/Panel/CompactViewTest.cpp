@@ -20,13 +20,7 @@ protected:
     /// What stands beside the mascot, as one text.
     QString shown() {
         view.refresh();
-        QStringList texts;
-        for (const TextLabel *label : view.findChildren<TextLabel *>()) {
-            if (label->isVisible()) {
-                texts.append(label->text());
-            }
-        }
-        return texts.join(u' ');
+        return textsIn<TextLabel>(view).join(u' ');
     }
 
     CompactView view{context, nullptr};

@@ -44,31 +44,14 @@ protected:
         row.show();
     }
 
-    /// The visible buttons of a kind, from left to right and from top to bottom.
     template <typename Button>
     QList<Button *> buttons() const {
-        QList<Button *> result;
-        for (Button *button : row.findChildren<Button *>()) {
-            if (button->isVisible()) {
-                result.append(button);
-            }
-        }
-        std::ranges::sort(result, {}, [&](const Button *button) {
-            const QPoint place = button->mapTo(&row, QPoint());
-            return std::pair(place.y(), place.x());
-        });
-        return result;
+        return shownIn<Button>(row);
     }
-
     template <typename Button>
     QStringList titles() const {
-        QStringList result;
-        for (const Button *button : buttons<Button>()) {
-            result.append(button->text());
-        }
-        return result;
+        return textsIn<Button>(row);
     }
-
     /// Presses the first button of a kind, brings the row up to date, and lets go at that place.
     template <typename Button>
     void pressDuring(const Session &update) {
@@ -81,16 +64,10 @@ protected:
 
     /// The texts on show, and the buttons with their widths, which a digit takes part of.
     static QStringList contents(const SessionRow &row) {
-        QStringList result;
-        for (const QLabel *label : row.findChildren<QLabel *>()) {
-            if (label->isVisible() && !label->text().isEmpty()) {
-                result.append(label->text());
-            }
-        }
-        for (const DecideButton *button : row.findChildren<DecideButton *>()) {
-            if (button->isVisible()) {
-                result.append(button->text() + QString::number(button->sizeHint().width()));
-            }
+        QStringList result = textsIn<QLabel>(row);
+        result.removeAll(QString());
+        for (const DecideButton *button : shownIn<DecideButton>(row)) {
+            result.append(button->text() + QString::number(button->sizeHint().width()));
         }
         result.sort();
         return result;
@@ -133,10 +110,12 @@ TEST_F(SessionRowTest, AsksOneQuestionAfterTheOther) {
     apply(EventBuilder::parked(QStringLiteral("d")).asking({"First?", "Second?"}));
     show();
     ASSERT_EQ(titles<OptionButton>(), QStringList({"Yes", "No"}));
+    EXPECT_TRUE(contents(row).contains("1 of 2"));
     buttons<OptionButton>()[1]->click();
     EXPECT_TRUE(decisions.isEmpty());
     show();
     ASSERT_EQ(titles<OptionButton>(), QStringList({"Yes", "No"}));
+    EXPECT_TRUE(contents(row).contains("2 of 2"));
     buttons<OptionButton>()[0]->click();
     EXPECT_EQ(decisions, QList<AgentDecision>(
                              {AgentDecision::answer({{"First?", "No"}, {"Second?", "Yes"}})}));
@@ -235,8 +214,13 @@ TEST_F(SessionRowTest, CountsDownWhileOnScreenAndWarnsAtTheEnd) {
 }
 
 TEST_F(SessionRowTest, ThePencilTurnsTheNameIntoAFieldThatOutlivesAnUpdate) {
+    // What has no folder has no name to change.
+    apply(Event::promptSubmit);
+    show();
+    EXPECT_FALSE(pencil().isVisible());
     apply(EventBuilder(Event::promptSubmit).with(&HookEvent::cwd, QString("/srv/folder")));
     show();
+    EXPECT_TRUE(pencil().isVisible());
     const int height = row.sizeHint().height();
     pencil().click();
     ASSERT_TRUE(field());
@@ -260,15 +244,6 @@ TEST_F(SessionRowTest, ThePencilTurnsTheNameIntoAFieldThatOutlivesAnUpdate) {
     EXPECT_FALSE(field());
     QTest::mouseClick(&row, Qt::LeftButton, {}, QPoint(300, 35));
     EXPECT_EQ(selections.size(), 1);
-}
-
-TEST_F(SessionRowTest, OffersNoPencilForWhatHasNoFolder) {
-    apply(Event::promptSubmit);
-    show();
-    EXPECT_FALSE(pencil().isVisible());
-    apply(EventBuilder(Event::promptSubmit).with(&HookEvent::cwd, QString("/srv/folder")));
-    show();
-    EXPECT_TRUE(pencil().isVisible());
 }
 
 TEST_F(SessionRowTest, OffersAReplyOnlyWhereItCanBeTyped) {

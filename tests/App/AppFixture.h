@@ -1,0 +1,63 @@
+#pragma once
+
+#include "App/AppController.h"
+#include "App/FakePlatform.h"
+#include "Core/Settings/Defaults.h"
+#include "Core/Settings/MorvaneSettings.h"
+#include "Support/ManualScheduler.h"
+#include "Support/Printing.h"
+#include "Support/TemporaryHome.h"
+
+#include <QTcpServer>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+namespace morvane {
+
+/// A home folder, settings with a free port, and a machine without a screen whose time and whose
+/// background work are in the test's hands.
+class AppFixture : public testing::Test {
+protected:
+    AppFixture() { settings.setPort(takenPorts(1).front()->serverPort()); }
+
+    /// Takes a port that was free, and those behind it, for as long as the result lives. One that
+    /// is somebody else's already serves as well.
+    static std::vector<std::unique_ptr<QTcpServer>> takenPorts(int count) {
+        std::vector<std::unique_ptr<QTcpServer>> result;
+        for (int index = 0; index < count; ++index) {
+            const int port = index == 0 ? 0 : result.front()->serverPort() + index;
+            result.push_back(std::make_unique<QTcpServer>());
+            result.back()->listen(QHostAddress::LocalHost, static_cast<quint16>(port));
+        }
+        return result;
+    }
+
+    QByteArray read(const char *path) const { return home.read(QLatin1String(path)); }
+    /// What the next start would find.
+    bool isStored(const char *key) const {
+        return Defaults(home.path("config"), "test").contains(QLatin1String(key));
+    }
+    void makeReadOnly(const char *path, bool readOnly = true) const {
+        QFile::setPermissions(home.path(QLatin1String(path)),
+                              readOnly ? QFile::ReadOwner : QFile::ReadOwner | QFile::WriteOwner);
+    }
+
+    TemporaryHome home;
+    Defaults defaults{home.path("config"), "test"};
+    MorvaneSettings settings{defaults};
+    PlatformServices platform = fakePlatform();
+    ManualScheduler &scheduler = static_cast<ManualScheduler &>(*platform.scheduler);
+    ManualPool &background = static_cast<ManualPool &>(*platform.background);
+};
+
+/// With a controller that has not been started.
+class ControllerFixture : public AppFixture {
+protected:
+    AppController controller{settings, platform};
+    AgentConnections &connections = controller.connections();
+    SessionStore &store = controller.store();
+};
+
+} // namespace morvane

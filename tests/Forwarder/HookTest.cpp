@@ -1,0 +1,142 @@
+#include "CapturingListener.h"
+#include "HookProcess.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace morvane::tests {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Makes the client one for no processor, as far as its header tells.
+void retarget(const fs::path &client) {
+    std::fstream file(client, std::ios::in | std::ios::out | std::ios::binary);
+    file.seekp(18); // where the processor stands
+    file.put('\0');
+}
+
+/// Either way of sending.
+class Hook : public testing::TestWithParam<Carrier> {};
+
+INSTANTIATE_TEST_SUITE_P(, Hook, testing::Values(Carrier::Client, Carrier::Curl),
+                         [](const auto &info) {
+                             return info.param == Carrier::Client ? "client" : "curl";
+                         });
+
+TEST_P(Hook, SendsItsPayloadByteForByte) {
+    CapturingListener listener(response("200 OK", ""));
+    HookProcess hook(GetParam(), listener.port());
+    std::string large;
+    for (int i = 0; i < 3'000'000; ++i)
+        large.push_back(static_cast<char>(i * 7 + i / 256));
+    for (const std::string &payload :
+         {std::string{}, std::string("\n"), std::string("a\0\r\n\r\n\0", 7), large}) {
+        expectSilence(hook.run({"claude", "Stop"}, payload));
+        const CapturedRequest request = listener.take();
+        EXPECT_EQ(request.requestLine, "POST /event HTTP/1.1");
+        EXPECT_TRUE(request.body == payload) << request.body.size();
+    }
+}
+
+TEST_P(Hook, GivesUpSilentlyWithoutAServer) {
+    HookProcess hook(GetParam(), portWithoutServer());
+    const std::string large(2'000'000, 'x');
+    expectSilence(hook.run({"claude", "Stop"}, large));
+    expectSilence(hook.run({"claude", "PreToolUse", "decide"}, large));
+    expectSilence(hook.run({}));
+}
+
+TEST_P(Hook, StaysSilentWithClosedDescriptorsToo) {
+    CapturingListener listener(response("200 OK", "{}"));
+    for (const std::vector<int> &closed :
+         std::vector<std::vector<int>>{{0}, {1}, {2}, {0, 1}, {0, 1, 2}}) {
+        HookProcess hook(GetParam(), listener.port());
+        hook.setClosed(closed);
+        const HookResult result = hook.run({"claude", "PreToolUse", "decide"});
+        EXPECT_TRUE(result.output.empty() || result.output == "{}") << result.output;
+        EXPECT_EQ(result.status, 0);
+    }
+}
+
+TEST_P(Hook, PrintsADecisionOnlyWhenACompleteAnswerBringsOne) {
+    const std::string body = "{\"decision\":\"größer\\u0000\"}\n\n";
+    const std::string complete = response("200 OK", body);
+    const std::string large(300'000, 'x');
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {complete, body},
+        {response("200 OK", large), large},
+        {response("200 OK", ""), ""},
+        {response("401 Unauthorized", "no"), ""},
+        {response("500 Oops", body), ""},
+        {response("204 No Content", ""), ""},
+        {complete.substr(0, complete.size() - 1), ""},
+        {"HTTP/1.1 200 OK\r\nContent-Len", ""},
+        {"200 0", ""},
+        {"", ""}};
+    for (const auto &[answer, printed] : cases) {
+        SCOPED_TRACE(answer.substr(0, 60));
+        CapturingListener listener(answer);
+        HookProcess hook(GetParam(), listener.port());
+        expectOutput(hook.run({"claude", "PreToolUse", "decide"}), printed);
+        EXPECT_EQ(listener.take().headers["x-morvane-decision"], "1");
+        expectSilence(hook.run({"claude", "PreToolUse"}));
+    }
+}
+
+TEST_P(Hook, WaitsWithTheTokenOutOfSightAndEndsWithTheHook) {
+    CapturingListener listener(std::nullopt);
+    HookProcess hook(GetParam(), listener.port());
+    const pid_t waiting = hook.start({"claude", "PreToolUse", "decide"});
+    ASSERT_NE(listener.take().requestLine, "");
+
+    EXPECT_FALSE(HookProcess::standsInSomeArguments(HookProcess::token()));
+    if (GetParam() == Carrier::Client) {
+        const fs::path process = "/proc/" + std::to_string(waiting);
+        EXPECT_TRUE(fs::equivalent(process / "exe", hook.client()));
+        std::ifstream children(process / "task" / std::to_string(waiting) / "children");
+        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(children), {}), "");
+    }
+    kill(waiting, SIGTERM);
+    EXPECT_TRUE(listener.awaitHangUp());
+    waitpid(waiting, nullptr, 0);
+}
+
+TEST(Client, ThatCannotRunHereIsReplacedByCurl) {
+    for (const auto &shell : HookProcess::shells()) {
+        for (const auto &spoil : std::vector<void (*)(const fs::path &)>{
+                 retarget, [](const fs::path &client) { fs::resize_file(client, 0); },
+                 [](const fs::path &client) { fs::permissions(client, fs::perms::owner_read); }}) {
+            CapturingListener listener(response("200 OK", "{}"));
+            HookProcess hook(Carrier::Client, listener.port(), shell);
+            spoil(hook.client());
+            expectOutput(hook.run({"claude", "PreToolUse", "decide"}), "{}");
+            EXPECT_TRUE(listener.take().headers["user-agent"].starts_with("curl/"));
+        }
+    }
+}
+
+TEST(Client, ThatCannotBeStartedAfterAllIsNoFailure) {
+    for (const auto &shell : HookProcess::shells()) {
+        HookProcess hook(Carrier::Client, portWithoutServer(), shell);
+        const std::ofstream busy(hook.client(), std::ios::app); // no program starts meanwhile
+        expectSilence(hook.run({"claude", "Stop"}));
+    }
+}
+
+TEST(Client, AndCurlBothMissingAreNoFailure) {
+    HookProcess hook(Carrier::Curl, portWithoutServer());
+    hook.setEnvironment({"PATH=" + hook.folder().string()});
+    expectSilence(hook.run({"claude", "Stop"}));
+}
+
+} // namespace
+
+} // namespace morvane::tests

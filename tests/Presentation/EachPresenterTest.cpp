@@ -1,0 +1,165 @@
+#include "Presentation/Panel/SessionRow.h"
+#include "Presentation/PresenterFixture.h"
+
+#include <QKeyEvent>
+#include <QMenu>
+#include <QTest>
+
+namespace morvane {
+namespace {
+
+/// What the notch and the capsule do alike.
+class EachPresenterTest : public PresenterFixture, public testing::WithParamInterface<bool> {
+protected:
+    void attach() { GetParam() ? attachNotch() : attachFloating(); }
+};
+
+INSTANTIATE_TEST_SUITE_P(, EachPresenterTest, testing::Bool(),
+                         [](const auto &info) { return info.param ? "notch" : "capsule"; });
+
+TEST_P(EachPresenterTest, OpensOnRequestForTenSecondsOrAsLongAsSomebodyTypes) {
+    attach();
+    presenter->presentPanel();
+    movePointer(elsewhere);
+    scheduler.advance(Seconds(9.9));
+    EXPECT_TRUE(isVisible());
+    presenter->presentPanel();
+    scheduler.advance(Seconds(9.9));
+    EXPECT_EQ(expansions, QList<bool>({true}));
+    scheduler.advance(Seconds(0.5));
+    EXPECT_FALSE(isVisible());
+    EXPECT_EQ(expansions, QList<bool>({true, false}));
+    // At once, also within the lock of the closing before.
+    presenter->presentPanel();
+    EXPECT_TRUE(isVisible());
+    editing.begin(scheduler.now());
+    scheduler.advance(Seconds(119));
+    EXPECT_TRUE(isVisible());
+    scheduler.advance(Seconds(2));
+    EXPECT_FALSE(isVisible());
+}
+
+TEST_P(EachPresenterTest, AnOpenFieldHoldsThePanelUntilItIsClosedOrForgotten) {
+    settings.setShowWhenIdle(true);
+    attach();
+    scheduler.advance(Seconds(1));
+    const auto openAndLeave = [this] {
+        movePointer(onTab);
+        scheduler.advance(Seconds(1));
+        editing.begin(scheduler.now());
+        movePointer(elsewhere);
+        scheduler.advance(Seconds(119));
+    };
+    openAndLeave();
+    EXPECT_EQ(expansions, QList<bool>({true}));
+    editing.end();
+    scheduler.advance(Seconds(0.5));
+    EXPECT_EQ(expansions, QList<bool>({true, false}));
+    openAndLeave();
+    EXPECT_EQ(expansions, QList<bool>({true, false, true}));
+    scheduler.advance(Seconds(2));
+    EXPECT_EQ(expansions, QList<bool>({true, false, true, false}));
+}
+
+TEST_P(EachPresenterTest, ADismissalHoldsUntilSomethingNewHappens) {
+    settings.setShowWhenIdle(true);
+    attach();
+    EXPECT_TRUE(isVisible());
+    presenter->dismiss();
+    scheduler.advance(Seconds(1));
+    EXPECT_FALSE(isVisible());
+    settings.setHideOverFullscreen(true);
+    settle();
+    EXPECT_FALSE(isVisible());
+    apply(GetParam() ? Event::promptSubmit : Event::turnFailed);
+    scheduler.advance(Seconds(60));
+    EXPECT_TRUE(isVisible());
+}
+
+TEST_P(EachPresenterTest, StaysOpenWhileItsMenuIs) {
+    QMenu menu;
+    QAction *item = menu.addAction("Open", [this] { presenter->presentPanel(); });
+    attach();
+    presenter->contextMenu = &menu;
+    presenter->presentPanel();
+    rightClick(onTab);
+    ASSERT_TRUE(menu.isVisible());
+    movePointer(elsewhere);
+    scheduler.advance(Seconds(20));
+    EXPECT_EQ(expansions, QList<bool>({true}));
+    menu.close();
+    scheduler.advance(Seconds(1));
+    EXPECT_EQ(expansions, QList<bool>({true, false}));
+    EXPECT_FALSE(isVisible());
+
+    presenter->presentPanel();
+    rightClick(onTab);
+    movePointer(elsewhere);
+    menu.setActiveAction(item);
+    QKeyEvent key(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QCoreApplication::sendEvent(&menu, &key);
+    EXPECT_FALSE(menu.isVisible());
+    scheduler.advance(Seconds(9));
+    EXPECT_EQ(expansions, QList<bool>({true, false, true}));
+    scheduler.advance(Seconds(2));
+
+    // What is left on screen for its menu alone goes with it.
+    apply(Event::needsInput);
+    scheduler.advance(Seconds(6));
+    rightClick(onTab);
+    apply(Event::sessionEnd);
+    displays.setPointer(elsewhere);
+    scheduler.advance(Seconds(0.2));
+    EXPECT_TRUE(isVisible());
+    menu.close();
+    scheduler.advance(Seconds(1));
+    EXPECT_FALSE(isVisible());
+
+    // A menu that is open when the display goes finds nobody when it closes.
+    presenter->presentPanel();
+    rightClick(onTab);
+    presenter.reset();
+    menu.close();
+    EXPECT_EQ(pointer.users, 0);
+}
+
+TEST_P(EachPresenterTest, AClickMayTakeAwayThePanelThatItWasMadeIn) {
+    context.actions.onSelect = [this](const Session &) { presenter->dismiss(); };
+    attach();
+    apply(Event::sessionStart);
+    presenter->presentPanel();
+    scheduler.advance(Seconds(1));
+    auto *row = window().widget().findChild<SessionRow *>();
+    ASSERT_NE(row, nullptr);
+    QTest::mouseClick(row, Qt::LeftButton);
+    scheduler.advance(Seconds(1));
+    EXPECT_FALSE(isVisible());
+    EXPECT_EQ(expansions, QList<bool>({true, false}));
+}
+
+TEST_P(EachPresenterTest, GivesWayToFullscreenProgramsAsTheSettingSays) {
+    settings.setShowWhenIdle(true);
+    attach();
+    EXPECT_FALSE(window().hidesOverFullscreen);
+    settings.setHideOverFullscreen(true);
+    EXPECT_TRUE(window().hidesOverFullscreen);
+    presenter.reset();
+    attach();
+    EXPECT_TRUE(window().hidesOverFullscreen);
+}
+
+TEST_P(EachPresenterTest, WithLessMotionItIsWhereItBelongsAtOnce) {
+    motion.setReduced(true);
+    attach();
+    presenter->presentPanel();
+    EXPECT_EQ(window().opacity(), 1);
+    const QRect place = window().geometry;
+    EXPECT_EQ(ticksWithin(Seconds(9)), 0);
+    EXPECT_EQ(window().geometry, place);
+    presenter->dismiss();
+    scheduler.advance(Seconds(0.16));
+    EXPECT_FALSE(isVisible());
+}
+
+} // namespace
+} // namespace morvane

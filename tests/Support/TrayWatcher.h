@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <QDBusVirtualObject>
+
+namespace morvane {
+
+/// A desktop's watcher of status notifiers, which comes and goes, and has a host, when the test
+/// says so.
+class TrayWatcher : public QDBusVirtualObject {
+public:
+    explicit TrayWatcher(const QDBusConnection &bus) : m_bus(bus) {
+        m_bus.registerVirtualObject(path, this);
+    }
+    ~TrayWatcher() override {
+        go();
+        m_bus.unregisterObject(path);
+    }
+
+    void come() { m_bus.registerService(service); }
+    void go() { m_bus.unregisterService(service); }
+    void setHost(bool hasHost) {
+        m_hasHost = hasHost;
+        const char *signal =
+            hasHost ? "StatusNotifierHostRegistered" : "StatusNotifierHostUnregistered";
+        m_bus.send(QDBusMessage::createSignal(path, service, signal));
+    }
+
+    QString introspect(const QString &) const override {
+        return "<interface name=\"org.kde.StatusNotifierWatcher\"><property type=\"b\" "
+               "name=\"IsStatusNotifierHostRegistered\" access=\"read\"/></interface>";
+    }
+    bool handleMessage(const QDBusMessage &message, const QDBusConnection &bus) override {
+        if (message.member() == "RegisterStatusNotifierItem") {
+            item = message.arguments().value(0).toString();
+            return bus.send(message.createReply());
+        }
+        const QVariant answer = QVariant::fromValue(QDBusVariant(m_hasHost));
+        return message.arguments().value(1) == "IsStatusNotifierHostRegistered" &&
+               bus.send(message.createReply(answer));
+    }
+
+    /// The service of the program that has put an item here last.
+    QString item;
+
+private:
+    const QString service = "org.kde.StatusNotifierWatcher";
+    const QString path = "/StatusNotifierWatcher";
+    QDBusConnection m_bus;
+    bool m_hasHost = false;
+};
+
+} // namespace morvane
