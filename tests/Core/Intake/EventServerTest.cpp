@@ -4,7 +4,8 @@
 
 #include <array>
 #include <atomic>
-#include <dirent.h>
+#include <filesystem>
+#include <iterator>
 #include <thread>
 
 namespace morvane {
@@ -14,14 +15,8 @@ using EventServerTest = ServerFixture;
 
 constexpr const char *sessionStart = R"({"session_id":"s","cwd":"/home/ada/project"})";
 
-std::size_t openDescriptors() {
-    std::size_t count = 0;
-    DIR *directory = opendir("/proc/self/fd");
-    while (readdir(directory)) {
-        ++count;
-    }
-    closedir(directory);
-    return count;
+std::ptrdiff_t openDescriptors() {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
 }
 
 TEST_F(EventServerTest, AnswersByTokenThenMethodAndPath) {
@@ -190,7 +185,7 @@ TEST_F(EventServerTest, ClosesTheOldestOfTooManyUnfinishedOnes) {
 
 TEST_F(EventServerTest, AnswersAThousandHooksAtOnceAndLeavesNothingOpen) {
     settle();
-    const std::size_t before = openDescriptors();
+    const std::ptrdiff_t before = openDescriptors();
     constexpr const char *agents[] = {"claude",  "codex",     "kimi",   "qoder",
                                       "factory", "codebuddy", "claude", "codex"};
     std::atomic<int> answered = 0;
