@@ -19,7 +19,6 @@ public:
     struct Found {
         QString name;
         QRect extents; ///< in pixels of the screen
-        bool isChecked;
     };
 
     explicit AccessibleTree(QString application);
@@ -38,7 +37,7 @@ private:
     QDBusMessage call(const Object &object, const char *interface, const char *method,
                       const QVariantList &arguments = {}) const;
     QString name(const Object &object) const;
-    bool hasState(const Object &object, unsigned bit) const;
+    bool isShowing(const Object &object) const;
     bool hasRole(const Object &object, const QString &role) const;
     QRect extents(const Object &object) const;
     QList<Object> children(const Object &object) const;

@@ -8,11 +8,11 @@
 namespace {
 
 constexpr const char *usage =
-    R"(Usage: find_accessible [--extents|--name|--checked] ROLE NAME [SECONDS]
+    R"(Usage: find_accessible [--extents|--name] ROLE NAME [SECONDS]
 Prints where on the screen the centre of the largest visible object of Morvane's is that has this
 role and name, as "X Y"; with --extents all of it, as "LEFT TOP WIDTH HEIGHT". With --name the name
-has only to begin so, and all of it is printed. With --checked only one with a check mark counts.
-Waits up to SECONDS for one to appear. The status is 1 when there is none.
+has only to begin so, and all of it is printed. Waits up to SECONDS for one to appear; the status is 1
+when there is none.
 )";
 
 enum class Wanted { centre, extents, name };
@@ -46,7 +46,6 @@ void print(const morvane::AccessibleTree::Found &found, Wanted wanted) {
 int main(int argc, char **argv) {
     const QCoreApplication application(argc, argv);
     QStringList arguments = QCoreApplication::arguments().mid(1);
-    const bool checked = arguments.removeAll(QStringLiteral("--checked")) > 0;
     const Wanted wanted = takeWanted(arguments);
     if (arguments.size() < 2) {
         QTextStream(stderr) << usage;
@@ -60,10 +59,7 @@ int main(int argc, char **argv) {
     QElapsedTimer waited;
     waited.start();
     for (;;) {
-        auto found = tree.find(arguments[0], arguments[1], naming);
-        if (checked) {
-            found.removeIf([](const auto &object) { return !object.isChecked; });
-        }
+        const auto found = tree.find(arguments[0], arguments[1], naming);
         if (!found.isEmpty()) {
             print(found.first(), wanted);
             return 0;

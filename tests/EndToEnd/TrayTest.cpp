@@ -50,7 +50,7 @@ protected:
         return result;
     }
     /// The root is no item of its own.
-    static void read(const QDBusArgument &layout, int depth, Items &into) {
+    static void read(const QDBusArgument &layout, qsizetype depth, Items &into) {
         int id = 0;
         QVariantMap of;
         layout.beginStructure();

@@ -17,18 +17,17 @@ const std::string okAnswer = response("200 OK", "");
 
 /// One session from its beginning to its end; nobody would miss the text that no person has typed.
 const QByteArray wholeTurn = R"([
-    ["event", {"event": {"type": "session.created", "properties": {"info": {"id": "ses_1"}}}}],
+    ["session.created", {"info": {"id": "ses_1"}}],
     ["chat.message", {"sessionID": "ses_1"}, {"parts": [
         {"type": "text", "text": "Deeper,"},
         {"type": "text", "text": "<file>", "synthetic": true},
         {"type": "text", "text": "please"}]}],
     ["tool.execute.before", {"tool": "write", "sessionID": "ses_1"},
         {"args": {"filePath": "engine.ts", "content": "a whole file"}}],
-    ["event", {"event": {"type": "permission.asked", "properties": {"id": "per_1",
-        "sessionID": "ses_1", "permission": "edit", "patterns": ["engine.ts"]}}}],
-    ["event", {"event": {"type": "permission.replied", "properties": {"requestID": "per_1",
-        "sessionID": "ses_1", "reply": "once"}}}],
-    ["event", {"event": {"type": "session.idle", "properties": {"sessionID": "ses_1"}}}]
+    ["permission.asked", {"id": "per_1", "sessionID": "ses_1", "permission": "edit",
+        "patterns": ["engine.ts"]}],
+    ["permission.replied", {"requestID": "per_1", "sessionID": "ses_1", "reply": "once"}],
+    ["session.idle", {"sessionID": "ses_1"}]
 ])";
 
 /// A rendered plugin, and node to run it in: what has been told until the hooks had returned, and
@@ -109,23 +108,19 @@ TEST_F(OpenCodePlugin, TellsOfATurnInOrder) {
 TEST_F(OpenCodePlugin, TellsOfASubagentOnlyWhatThePersonHasToAnswer) {
     const QByteArray steps = R"([
         ["chat.message", {"sessionID": "ses_1"}, {"parts": []}],
-        ["event", {"event": {"type": "session.created",
-            "properties": {"info": {"id": "ses_2", "parentID": "ses_1"}}}}],
+        ["session.created", {"info": {"id": "ses_2", "parentID": "ses_1"}}],
         ["chat.message", {"sessionID": "ses_2"}, {"parts": []}],
         ["tool.execute.before", {"tool": "bash", "sessionID": "ses_2"}, {"args": {}}],
         ["tool.execute.before", {"tool": "bash", "sessionID": "ses_old"}, {"args": {}}],
-        ["event", {"event": {"type": "permission.asked", "properties": {"id": "per_1",
-            "sessionID": "ses_2", "permission": "bash", "patterns": ["make"]}}}],
-        ["event", {"event": {"type": "question.asked", "properties": {"id": "que_1",
-            "sessionID": "ses_old", "questions": [{"question": "Which?", "options": []}]}}}],
-        ["event", {"event": {"type": "permission.replied", "properties": {"requestID": "per_1",
-            "sessionID": "ses_2", "reply": "always"}}}],
-        ["event", {"event": {"type": "question.replied", "properties": {"requestID": "que_1",
-            "sessionID": "ses_old"}}}],
-        ["event", {"event": {"type": "session.idle", "properties": {"sessionID": "ses_2"}}}],
-        ["event", {"event": {"type": "session.deleted",
-            "properties": {"info": {"id": "ses_2", "parentID": "ses_1"}}}}],
-        ["event", {"event": {"type": "session.idle", "properties": {"sessionID": "ses_1"}}}]
+        ["permission.asked", {"id": "per_1", "sessionID": "ses_2", "permission": "bash",
+            "patterns": ["make"]}],
+        ["question.asked", {"id": "que_1", "sessionID": "ses_old",
+            "questions": [{"question": "Which?", "options": []}]}],
+        ["permission.replied", {"requestID": "per_1", "sessionID": "ses_2", "reply": "always"}],
+        ["question.replied", {"requestID": "que_1", "sessionID": "ses_old"}],
+        ["session.idle", {"sessionID": "ses_2"}],
+        ["session.deleted", {"info": {"id": "ses_2", "parentID": "ses_1"}}],
+        ["session.idle", {"sessionID": "ses_1"}]
     ])";
     const QByteArray earlier = R"({"ses_1": {}, "ses_old": {"parentID": "ses_1"}})";
     // Of the two requests one is answered, and the other is on the screen now.
@@ -138,12 +133,12 @@ TEST_F(OpenCodePlugin, TellsOfASubagentOnlyWhatThePersonHasToAnswer) {
 
 TEST_F(OpenCodePlugin, PassesOverWhatItDoesNotUnderstand) {
     const QByteArray steps = R"([
-        ["event", {"event": {"type": "server.connected"}}],
-        ["event", {"event": {"type": "permission.asked", "properties": {}}}],
-        ["event", {"event": {"type": "permission.replied", "properties": {"requestID": "per_9"}}}],
+        ["server.connected"],
+        ["permission.asked", {}],
+        ["permission.replied", {"requestID": "per_9"}],
         ["chat.message", {}, {}],
         ["tool.execute.before", {"tool": "bash", "sessionID": "ses_1"}, {}],
-        ["event", {"event": {"type": "session.deleted", "properties": {"info": {"id": "ses_1"}}}}]
+        ["session.deleted", {"info": {"id": "ses_1"}}]
     ])";
     const QStringList expected{"tool.execute.before ses_1", "session.deleted ses_1"};
     EXPECT_EQ(told(steps, "{}", int(expected.size())), expected);

@@ -1,6 +1,6 @@
 // Loads a plugin as OpenCode does, and takes it through the steps that stand on the standard input:
-// {"sessions": {ID: SESSION}, "steps": [[HOOK, ARGUMENT...]]}. Says whether the hooks
-// have returned at once, and when the plugin is ready to end.
+// {"sessions": {ID: SESSION}, "steps": [[HOOK, ARGUMENT...] or [EVENT, PROPERTIES]]}. Says whether
+// the hooks have returned at once, and when the plugin is ready to end.
 import { readFileSync } from "node:fs";
 
 const { sessions, steps } = JSON.parse(readFileSync(0, "utf8"));
@@ -12,10 +12,11 @@ const hooks = await Morvane({ client, directory: "/projects/asteroids" });
 let waited = false;
 setImmediate(() => (waited = true));
 for (const [hook, ...given] of steps) {
-    const returned = hooks[hook](...given);
     // OpenCode waits for its hooks, but not for those that hear of events.
-    if (hook !== "event") {
-        await returned;
+    if (hook in hooks) {
+        await hooks[hook](...given);
+    } else {
+        hooks.event({ event: { type: hook, properties: given[0] } });
     }
 }
 console.log(waited ? "held up" : "told");

@@ -12,20 +12,20 @@ namespace morvane {
 class TrayWatcher : public QDBusVirtualObject {
 public:
     explicit TrayWatcher(const QDBusConnection &bus) : m_bus(bus) {
-        m_bus.registerVirtualObject(path, this);
+        m_bus.registerVirtualObject(m_path, this);
     }
     ~TrayWatcher() override {
         go();
-        m_bus.unregisterObject(path);
+        m_bus.unregisterObject(m_path);
     }
 
-    void come() { m_bus.registerService(service); }
-    void go() { m_bus.unregisterService(service); }
+    void come() { m_bus.registerService(m_service); }
+    void go() { m_bus.unregisterService(m_service); }
     void setHost(bool hasHost) {
         m_hasHost = hasHost;
         const char *signal =
             hasHost ? "StatusNotifierHostRegistered" : "StatusNotifierHostUnregistered";
-        m_bus.send(QDBusMessage::createSignal(path, service, signal));
+        m_bus.send(QDBusMessage::createSignal(m_path, m_service, signal));
     }
 
     QString introspect(const QString &) const override {
@@ -46,8 +46,8 @@ public:
     QString item;
 
 private:
-    const QString service = "org.kde.StatusNotifierWatcher";
-    const QString path = "/StatusNotifierWatcher";
+    const QString m_service = "org.kde.StatusNotifierWatcher";
+    const QString m_path = "/StatusNotifierWatcher";
     QDBusConnection m_bus;
     bool m_hasHost = false;
 };

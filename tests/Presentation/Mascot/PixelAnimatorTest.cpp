@@ -8,6 +8,7 @@
 
 #include <cmath>
 #include <memory>
+#include <tuple>
 #include <vector>
 
 namespace morvane {
@@ -45,16 +46,10 @@ protected:
 };
 
 TEST_F(PixelAnimatorTest, StepsWithTheWallClockSoThatAllOfAStateAreInStep) {
-    struct Case {
-        SessionState state;
-        double interval;
-        QList<PixelFrame> frames;
-    };
-    const std::vector<Case> cases{
+    const std::tuple<SessionState, double, QList<PixelFrame>> cases[] = {
         {SessionState::working, 0.3, PixelArt::working()},
         {SessionState::needsInput, 0.45, PixelArt::needsInput()},
-        {SessionState::done, 0.25, PixelArt::done()},
-    };
+        {SessionState::done, 0.25, PixelArt::done()}};
     const Date reference{std::chrono::seconds(978'307'200)};
     for (const auto &[state, interval, frames] : cases) {
         mascots.clear();

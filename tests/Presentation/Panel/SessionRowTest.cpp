@@ -44,22 +44,14 @@ protected:
         row.show();
     }
 
-    template <typename Button>
-    QList<Button *> buttons() const {
-        return shownIn<Button>(row);
-    }
-    template <typename Button>
-    QStringList titles() const {
-        return textsIn<Button>(row);
-    }
     /// Presses the first button of a kind, brings the row up to date, and lets go at that place.
     template <typename Button>
     void pressDuring(const Session &update) {
         show();
-        QTest::mousePress(buttons<Button>().first(), Qt::LeftButton);
+        QTest::mousePress(shownIn<Button>(row).first(), Qt::LeftButton);
         row.setSession(update, {});
         activateLayouts(row);
-        QTest::mouseRelease(buttons<Button>().first(), Qt::LeftButton);
+        QTest::mouseRelease(shownIn<Button>(row).first(), Qt::LeftButton);
     }
 
     /// The texts on show, and the buttons with their widths, which a digit takes part of.
@@ -91,8 +83,8 @@ protected:
 TEST_F(SessionRowTest, RefusesFirstThenAllowsThenAllowsForGood) {
     apply(EventBuilder::parked("d"));
     show();
-    ASSERT_EQ(titles<DecideButton>(), QStringList({"Deny", "Allow", "Always"}));
-    for (DecideButton *button : buttons<DecideButton>()) {
+    ASSERT_EQ(textsIn<DecideButton>(row), QStringList({"Deny", "Allow", "Always"}));
+    for (DecideButton *button : shownIn<DecideButton>(row)) {
         button->click();
         apply(EventBuilder::parked("d"));
     }
@@ -103,20 +95,20 @@ TEST_F(SessionRowTest, RefusesFirstThenAllowsThenAllowsForGood) {
     Session session = store.sessions().value("s");
     session.pendingApproval->allowsRemembering = false;
     row.setSession(session, {});
-    EXPECT_EQ(titles<DecideButton>(), QStringList({"Deny", "Allow"}));
+    EXPECT_EQ(textsIn<DecideButton>(row), QStringList({"Deny", "Allow"}));
 }
 
 TEST_F(SessionRowTest, AsksOneQuestionAfterTheOther) {
     apply(EventBuilder::parked(QStringLiteral("d")).asking({"First?", "Second?"}));
     show();
-    ASSERT_EQ(titles<OptionButton>(), QStringList({"Yes", "No"}));
+    ASSERT_EQ(textsIn<OptionButton>(row), QStringList({"Yes", "No"}));
     EXPECT_TRUE(contents(row).contains("1 of 2"));
-    buttons<OptionButton>()[1]->click();
+    shownIn<OptionButton>(row)[1]->click();
     EXPECT_TRUE(decisions.isEmpty());
     show();
-    ASSERT_EQ(titles<OptionButton>(), QStringList({"Yes", "No"}));
+    ASSERT_EQ(textsIn<OptionButton>(row), QStringList({"Yes", "No"}));
     EXPECT_TRUE(contents(row).contains("2 of 2"));
-    buttons<OptionButton>()[0]->click();
+    shownIn<OptionButton>(row)[0]->click();
     EXPECT_EQ(decisions, QList<AgentDecision>(
                              {AgentDecision::answer({{"First?", "No"}, {"Second?", "Yes"}})}));
 }
@@ -179,7 +171,7 @@ TEST_F(SessionRowTest, LeadsToTheSessionButNotFromBesideAButton) {
     show();
     QTest::mouseClick(&row, Qt::LeftButton, {}, QPoint(300, 12));
     EXPECT_EQ(selections, QStringList({"s"}));
-    const DecideButton *const deny = buttons<DecideButton>().first();
+    const DecideButton *const deny = shownIn<DecideButton>(row).first();
     QTest::mouseClick(&row, Qt::LeftButton, {}, deny->mapTo(&row, QPoint(-3, -3)));
     EXPECT_EQ(selections.size(), 1);
     EXPECT_TRUE(decisions.isEmpty());
@@ -188,8 +180,8 @@ TEST_F(SessionRowTest, LeadsToTheSessionButNotFromBesideAButton) {
     apply(EventBuilder(Event::turnEnd));
     apply(Event::needsInput);
     show();
-    ASSERT_EQ(titles<DecideButton>(), QStringList({"Answer in the terminal"}));
-    buttons<DecideButton>().first()->click();
+    ASSERT_EQ(textsIn<DecideButton>(row), QStringList({"Answer in the terminal"}));
+    shownIn<DecideButton>(row).first()->click();
     EXPECT_EQ(selections, QStringList({"s", "s"}));
 }
 
@@ -254,7 +246,7 @@ TEST_F(SessionRowTest, OffersAReplyOnlyWhereItCanBeTyped) {
     const auto offered = [&] {
         row.setSession(session, {});
         row.show();
-        return titles<DecideButton>() == QStringList({" Reply"});
+        return textsIn<DecideButton>(row) == QStringList({" Reply"});
     };
     EXPECT_FALSE(offered());
     session.pane.tmux = "%1";
@@ -276,7 +268,7 @@ TEST_F(SessionRowTest, SendsWhatIsTypedAndNothingElse) {
     apply(EventBuilder(Event::turnEnd).with(&HookEvent::pane, pane));
     const auto type = [this](const QString &text, Qt::Key key) {
         show();
-        buttons<DecideButton>().first()->click();
+        shownIn<DecideButton>(row).first()->click();
         QTest::keyClicks(field(), text);
         QFocusEvent blur(QEvent::FocusOut, Qt::OtherFocusReason);
         QCoreApplication::sendEvent(field(), &blur);
@@ -291,7 +283,7 @@ TEST_F(SessionRowTest, SendsWhatIsTypedAndNothingElse) {
     EXPECT_EQ(replies, QStringList({"go on"}));
     EXPECT_TRUE(selections.isEmpty());
 
-    buttons<DecideButton>().first()->click();
+    shownIn<DecideButton>(row).first()->click();
     apply(Event::promptSubmit);
     show();
     EXPECT_FALSE(field());
