@@ -59,13 +59,24 @@ void InlineNameField::abandon() {
 
 void InlineNameField::askInWindow() {
     setReadOnly(true);
+    setFocusPolicy(Qt::NoFocus);
+    clearFocus();
+    deselect();
+    unsetCursor();
     m_window = std::make_unique<FieldWindow>(m_setup.title, m_setup.initial, m_setup.placeholder);
     m_window->commit = [this](const QString &text) {
         setText(text);
         settle(Outcome::committed);
     };
     m_window->cancel = [this] { abandon(); };
-    m_window->openAt({mapToGlobal(QPoint(0, 0)), size()});
+    m_window->openBelow(panelOnDesktop());
+    update();
+}
+
+QRect InlineNameField::panelOnDesktop() const {
+    const auto *panel = qobject_cast<const KeyablePanel *>(window());
+    const QRect visible = panel != nullptr ? panel->visibleRect() : window()->rect();
+    return {window()->mapToGlobal(visible.topLeft()), visible.size()};
 }
 
 void InlineNameField::settle(Outcome outcome) {
@@ -103,6 +114,10 @@ bool InlineNameField::eventFilter(QObject *watched, QEvent *event) {
         watched->isWidgetType() && static_cast<QWidget *>(watched)->window() == window()) {
         settle(Outcome::committed);
     }
+    if (event->type() == QEvent::Resize && m_window && watched->isWidgetType() &&
+        static_cast<QWidget *>(watched)->window() == window()) {
+        m_window->makeWayFor(panelOnDesktop());
+    }
     return QLineEdit::eventFilter(watched, event);
 }
 
@@ -122,6 +137,10 @@ void InlineNameField::keyPressEvent(QKeyEvent *event) {
 
 /// A field that a loss of the focus doesn't end stays open without the keyboard.
 void InlineNameField::mousePressEvent(QMouseEvent *event) {
+    if (m_window) {
+        m_window->bringToFront();
+        return;
+    }
     if (auto *panel = qobject_cast<KeyablePanel *>(window())) {
         panel->renewKey();
     }
@@ -145,7 +164,7 @@ void InlineNameField::hideEvent(QHideEvent *event) {
 }
 
 void InlineNameField::paintEvent(QPaintEvent *event) {
-    {
+    if (!m_window) {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(QPen(edge, 1));
