@@ -19,6 +19,11 @@ int openLockFile(const QByteArray &path) {
                   ownerOnly);
 }
 
+/// Somebody else's, such as from a start as the administrator, a link to nowhere or a socket.
+bool isInTheWay(int error) {
+    return error == EACCES || error == EPERM || error == ENOENT || error == ELOOP || error == ENXIO;
+}
+
 } // namespace
 
 KernelLock::~KernelLock() {
@@ -33,8 +38,7 @@ KernelLock::Outcome KernelLock::take(const QString &path) {
     }
     const QByteArray name = QFile::encodeName(path);
     int descriptor = openLockFile(name);
-    if (descriptor < 0 && errno != ENOENT) {
-        // Somebody else's, such as from a start as the administrator, or a link to nowhere.
+    if (descriptor < 0 && isInTheWay(errno)) {
         ::unlink(name.constData());
         descriptor = openLockFile(name);
     }

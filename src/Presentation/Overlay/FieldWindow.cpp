@@ -77,12 +77,12 @@ void FieldWindow::bringToFront() {
 
 /// Whole on the screen, whatever the desktop puts around it.
 void FieldWindow::placeBelow(const QRect &panel) {
-    const QScreen *on = QGuiApplication::screenAt(panel.center());
-    const QRect screen = (on != nullptr ? on : this->screen())->geometry();
-    const QPoint lowest(screen.right() - width(), screen.bottom() - height() - titleHeight);
+    const QScreen *display = QGuiApplication::screenAt(panel.center());
+    const QRect bounds = (display != nullptr ? display : screen())->geometry();
+    const QPoint lowest(bounds.right() - width(), bounds.bottom() - height() - titleHeight);
     const QPoint place(panel.center().x() - width() / 2, panel.bottom() + panelDistance);
-    move(std::max(screen.left(), std::min(place.x(), lowest.x())),
-         std::max(screen.top(), std::min(place.y(), lowest.y())));
+    move(std::max(bounds.left(), std::min(place.x(), lowest.x())),
+         std::max(bounds.top(), std::min(place.y(), lowest.y())));
 }
 
 void FieldWindow::keyPressEvent(QKeyEvent *event) {
