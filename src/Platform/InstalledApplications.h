@@ -17,8 +17,8 @@ public:
     /// The application's name for a person, or none when it isn't installed here.
     virtual std::optional<QString> displayName(const QString &bundleID) const = 0;
 
-    /// True for a terminal, as far as the machine or we know it for one. The application is named
-    /// as `ForegroundApplication` does.
+    /// True for a terminal of this kind of machine. The application is named as
+    /// `ForegroundApplication` does.
     virtual bool isTerminal(const QString &foreground) const = 0;
 
     /// True when the application is the one that `ForegroundApplication` calls by this name.

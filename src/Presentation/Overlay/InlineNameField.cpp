@@ -58,12 +58,12 @@ void InlineNameField::abandon() {
 }
 
 void InlineNameField::askInWindow() {
+    m_window = std::make_unique<FieldWindow>(m_setup.title, m_setup.initial, m_setup.placeholder);
     setReadOnly(true);
     setFocusPolicy(Qt::NoFocus);
     clearFocus();
     deselect();
     unsetCursor();
-    m_window = std::make_unique<FieldWindow>(m_setup.title, m_setup.initial, m_setup.placeholder);
     m_window->commit = [this](const QString &text) {
         setText(text);
         settle(Outcome::committed);
@@ -110,12 +110,13 @@ bool InlineNameField::commitsOnBlur() const {
 
 /// The rows never take the focus, so that a click on one of them wouldn't take it from here.
 bool InlineNameField::eventFilter(QObject *watched, QEvent *event) {
+    const auto isInPanel = [&] {
+        return watched->isWidgetType() && static_cast<QWidget *>(watched)->window() == window();
+    };
     if (event->type() == QEvent::MouseButtonPress && commitsOnBlur() && watched != this &&
-        watched->isWidgetType() && static_cast<QWidget *>(watched)->window() == window()) {
+        isInPanel()) {
         settle(Outcome::committed);
-    }
-    if (event->type() == QEvent::Resize && m_window && watched->isWidgetType() &&
-        static_cast<QWidget *>(watched)->window() == window()) {
+    } else if (event->type() == QEvent::Resize && m_window && isInPanel()) {
         m_window->makeWayFor(panelOnDesktop());
     }
     return QLineEdit::eventFilter(watched, event);

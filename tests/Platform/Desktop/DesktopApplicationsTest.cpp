@@ -30,7 +30,7 @@ TEST(DesktopApplications, NameWhatIsInstalledHere) {
          {"org.example.Nameless", "org.example.Absent", "", "../../outside"}) {
         EXPECT_EQ(applications.displayName(QString::fromLatin1(unknown)), std::nullopt) << unknown;
     }
-    for (const char *terminal : {"XTerm", "org.example.Prompt", "net.kovidgoyal.kitty"}) {
+    for (const char *terminal : {"XTerm", "org.example.Prompt", "org.gnome.Terminal"}) {
         EXPECT_TRUE(applications.isTerminal(QString::fromLatin1(terminal))) << terminal;
     }
     for (const char *other : {"VSCodium", "codium", "", "../../outside"}) {
