@@ -16,7 +16,8 @@ constexpr std::uint32_t maxClassWords = 64;
 
 } // namespace
 
-ActiveWindow::ActiveWindow(X11Connection &x11) : m_x11(x11), m_last(activeWindow()) {
+ActiveWindow::ActiveWindow(X11Connection &x11)
+    : m_x11(x11), m_last(activeWindow()), m_desktop(desktop()) {
     const std::uint32_t activeWindow = m_x11.atom(activeWindowName);
     connect(&m_x11, &X11Connection::rootPropertyChanged, this, [this, activeWindow](auto atom) {
         if (atom == activeWindow) {
@@ -37,6 +38,7 @@ void ActiveWindow::read() {
         return;
     }
     m_last = window;
+    m_desktop = desktop();
     emit activated(KnownApplications::bundleID(windowClass(window)));
 }
 
@@ -44,8 +46,16 @@ std::uint32_t ActiveWindow::activeWindow() const {
     return m_x11.property(m_x11.root(), activeWindowName, XCB_ATOM_WINDOW).value(0);
 }
 
-/// True unless the keyboard has only been lent to an overlay of ours, or is back already.
+std::uint32_t ActiveWindow::desktop() const {
+    return m_x11.property(m_x11.root(), "_NET_CURRENT_DESKTOP", XCB_ATOM_CARDINAL).value(0);
+}
+
+/// False when the keyboard has only been lent to an overlay of ours, or is back already. On the way
+/// to another desktop the window may still have it.
 bool ActiveWindow::hasLeft() const {
+    if (desktop() != m_desktop) {
+        return true;
+    }
     const auto cookie = xcb_get_input_focus(m_x11.connection());
     const XcbReply<xcb_get_input_focus_reply_t> reply(
         xcb_get_input_focus_reply(m_x11.connection(), cookie, nullptr));

@@ -19,13 +19,14 @@ public:
 private:
     void read();
     std::uint32_t activeWindow() const;
+    std::uint32_t desktop() const;
     bool hasLeft() const;
     bool isOverlay(std::uint32_t window) const;
     QString windowClass(std::uint32_t window) const;
 
     X11Connection &m_x11;
-    std::uint32_t m_last =
-        0; ///< the window that was active last, until a person leaves it for none
+    std::uint32_t m_last;    ///< the window that was active last, until a person leaves it for none
+    std::uint32_t m_desktop; ///< where that was
 };
 
 } // namespace morvane
