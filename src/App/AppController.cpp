@@ -9,6 +9,8 @@
 
 #include <QPointer>
 
+#include <algorithm>
+
 namespace morvane {
 
 AppController::AppController(MorvaneSettings &settings, const PlatformServices &platform)
@@ -138,10 +140,18 @@ void AppController::createPresenters() {
 void AppController::watchTerminals() {
     connect(m_platform.foreground.get(), &ForegroundApplication::activated, this,
             [this](const QString &bundleID) {
-                if (HostApp::terminalBundleIDs().contains(bundleID)) {
+                if (isWhereSessionsRun(bundleID)) {
                     m_store.acknowledgeDone();
                 }
             });
+}
+
+bool AppController::isWhereSessionsRun(const QString &bundleID) const {
+    const InstalledApplications &applications = *m_platform.applications;
+    return HostApp::terminalBundleIDs().contains(bundleID) || applications.isTerminal(bundleID) ||
+           std::ranges::any_of(m_store.sessions(), [&](const Session &session) {
+               return HostApp::isReportedHost(bundleID, session, applications);
+           });
 }
 
 /// Agents must not wait for a panel that has stopped answering, so what waits is released first.

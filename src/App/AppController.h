@@ -76,6 +76,7 @@ private:
     void restoreSessions();
     void createPresenters();
     void watchTerminals();
+    bool isWhereSessionsRun(const QString &bundleID) const;
 
     void dismissPanels();
 

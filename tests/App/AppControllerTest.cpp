@@ -69,6 +69,7 @@ TEST_F(AppControllerTest, MovesToAFreePortAndTellsEverybodyWhoNeedsIt) {
     const std::uint16_t port = controller.server()->boundPort();
     EXPECT_EQ(port, blockers.front()->serverPort() + 20);
     EXPECT_EQ(settings.port(), port);
+    defaults.flush();
     Defaults reread(home.path("config"), "test");
     EXPECT_EQ(MorvaneSettings(reread).port(), port);
     EXPECT_TRUE(read(".morvane/hook.sh").contains("port=" + QByteArray::number(port) + "\n"));
@@ -257,6 +258,11 @@ TEST_F(AppControllerTest, CountsAsSeenWhatAPersonGoesTo) {
     EXPECT_FALSE(store.sessions().value("s").acknowledged);
     emit platform.foreground->activated("net.kovidgoyal.kitty");
     EXPECT_TRUE(store.sessions().value("s").acknowledged);
+    store.apply(EventBuilder(CanonicalEvent::turnEnd)
+                    .in("editor")
+                    .with(&HookEvent::hostBundleID, "com.microsoft.VSCode"));
+    emit platform.foreground->activated("com.microsoft.VSCode");
+    EXPECT_TRUE(store.sessions().value("editor").acknowledged);
 
     store.apply(EventBuilder(CanonicalEvent::turnEnd).in("other"));
     controller.presenterManager()->presentPanel();

@@ -36,7 +36,8 @@ protected:
 
     QByteArray read(const char *path) const { return home.read(QLatin1String(path)); }
     /// What the next start would find.
-    bool isStored(const char *key) const {
+    bool isStored(const char *key) {
+        defaults.flush();
         return Defaults(home.path("config"), "test").contains(QLatin1String(key));
     }
     void makeReadOnly(const char *path, bool readOnly = true) const {

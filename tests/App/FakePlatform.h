@@ -15,6 +15,10 @@ namespace morvane {
 class NoApplications : public InstalledApplications {
 public:
     std::optional<QString> displayName(const QString &) const override { return std::nullopt; }
+    bool isTerminal(const QString &) const override { return false; }
+    bool isCalled(const QString &bundleID, const QString &foreground) const override {
+        return bundleID == foreground;
+    }
 };
 
 /// Keeps whether the program starts at login, and fails when told to.

@@ -35,6 +35,9 @@ public:
     /// All of the output that hasn't been read. Complete after `wait`.
     QByteArray output();
 
+    /// Asks it to end, and doesn't wait.
+    void terminate() { m_process.terminate(); }
+
     /// Ends it as the system would: without a chance to clean up.
     void kill();
 

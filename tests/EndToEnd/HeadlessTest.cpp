@@ -3,6 +3,8 @@
 #include "Support/WaitUntil.h"
 
 #include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -54,6 +56,17 @@ TEST_F(HeadlessTest, ASecondLaunchGivesWayAndARestartKeepsPortAndToken) {
     start();
     ASSERT_TRUE(home.waitForHook());
     EXPECT_EQ(home.read(script), before);
+}
+
+TEST_F(HeadlessTest, WhatItHasLearnedIsOnTheDiskWhenItIsAskedToEnd) {
+    const QByteArray script = home.read(".morvane/hook.sh");
+    program->terminate();
+    EXPECT_EQ(program->wait(), 0);
+    const auto settings =
+        QJsonDocument::fromJson(home.read(".config/morvane/io.morvane.morvane.json")).object();
+    const QByteArray token = settings["eventToken"].toString().toUtf8();
+    EXPECT_EQ(token.size(), 72);
+    EXPECT_TRUE(script.contains(token));
 }
 
 } // namespace

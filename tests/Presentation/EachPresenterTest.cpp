@@ -161,5 +161,41 @@ TEST_P(EachPresenterTest, WithLessMotionItIsWhereItBelongsAtOnce) {
     EXPECT_FALSE(isVisible());
 }
 
+/// Counts how often anything is painted while it lives.
+class PaintCounter : public QObject {
+public:
+    PaintCounter() { QCoreApplication::instance()->installEventFilter(this); }
+
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override {
+        count += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+};
+
+TEST_P(EachPresenterTest, PaintsOnlyWhatHasChanged) {
+    attach();
+    const auto happen = [this] {
+        apply(EventBuilder(Event::toolUse).tool("Bash"));
+        settle();
+        QCoreApplication::processEvents();
+    };
+    for (int session = 0; session < 5; ++session) {
+        apply(Event::promptSubmit, QString::number(session));
+    }
+    happen();
+    presenter->presentPanel();
+    scheduler.advance(Seconds(5));
+    happen();
+    PaintCounter paints;
+    for (int event = 0; event < 20; ++event) {
+        happen();
+    }
+    RecordProperty("paints", paints.count);
+    EXPECT_LE(paints.count, 40);
+}
+
 } // namespace
 } // namespace morvane

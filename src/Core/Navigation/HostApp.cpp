@@ -6,6 +6,9 @@
 #include <QHash>
 #include <QStringList>
 
+#include <algorithm>
+#include <array>
+
 namespace morvane::HostApp {
 
 namespace {
@@ -87,6 +90,17 @@ std::optional<QString> displayName(const std::optional<QString> &hostBundleID,
     }
     const QStringList pieces = bundle.split(QLatin1Char('.'), Qt::SkipEmptyParts);
     return pieces.isEmpty() ? termProgram : std::optional(pieces.last());
+}
+
+bool isReportedHost(const QString &foreground, const Session &session,
+                    const InstalledApplications &applications) {
+    // What says nothing of use is no reason to take the default for the host.
+    const QString program = session.termProgram.value_or(QString());
+    const std::array hosts{session.hostBundleID.value_or(QString()),
+                           termProgramBundleIDs().value(program), program};
+    return std::ranges::any_of(hosts, [&](const QString &host) {
+        return !host.isEmpty() && applications.isCalled(host, foreground);
+    });
 }
 
 bool canBeTypedInto(const Session &session) {

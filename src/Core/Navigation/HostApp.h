@@ -26,6 +26,11 @@ std::optional<QString> displayName(const std::optional<QString> &hostBundleID,
                                    const std::optional<QString> &termProgram,
                                    const InstalledApplications &applications);
 
+/// True for an application that the session has reported to run in, be it a terminal or not. The
+/// application is named as `ForegroundApplication` does.
+bool isReportedHost(const QString &foreground, const Session &session,
+                    const InstalledApplications &applications);
+
 /// True where text can be typed into the session from outside: in a tmux pane and in iTerm2.
 bool canBeTypedInto(const Session &session);
 

@@ -1,5 +1,7 @@
 #include "Core/Sessions/CompletedHistoryFormat.h"
 
+#include "Core/Ground/Utf8Text.h"
+
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -65,8 +67,7 @@ const json &member(const json &object, const char *key) {
 
 Text text(const json &object, const char *key) {
     const json &value = member(object, key);
-    return value.is_string() ? Text(QString::fromStdString(value.get_ref<const std::string &>()))
-                             : std::nullopt;
+    return value.is_string() ? Text(textOf(value.get_ref<const std::string &>())) : std::nullopt;
 }
 
 std::optional<AgentKind> agent(const json &object) {

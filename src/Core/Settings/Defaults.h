@@ -1,13 +1,16 @@
 #pragma once
 
+#include "Core/Settings/DefaultsFile.h"
+
 #include <QStringList>
 #include <QVariant>
 
 namespace morvane {
 
 /// Typed values that survive a restart, by key: one domain, kept in one JSON file that only its
-/// owner can read. Read once, at creation; each change is written at once and atomically, and a
-/// failed write keeps the value in memory for this run. Main thread only.
+/// owner can read. Read once, at creation; each change is handed over to be written at once, and a
+/// burst of them may be one write. A failed write keeps the value in memory for this run. Main
+/// thread only.
 ///
 /// The types are those that JSON tells apart (bool, integers of 64 bits, double, string, list,
 /// map), and bytes, which are stored as an object whose one key is "$data" with the base64 text.
@@ -15,7 +18,7 @@ class Defaults {
 public:
     /// `folder` holds one file for each domain; it is made at the first write. A file that can't
     /// be understood counts as empty, and is put aside before it would be written over.
-    Defaults(QString folder, QString domain);
+    Defaults(const QString &folder, const QString &domain);
 
     /// The application's own domain in `folder`.
     static Defaults &standard();
@@ -34,17 +37,16 @@ public:
     void remove(const QString &key) { remove(QStringList{key}); }
     void remove(const QStringList &keys);
 
+    /// Waits until all changes are on the disk, as the end of this object does.
+    void flush() { m_file.flush(); }
+
     /// All that another application's domain holds, in the same folder; empty where there is none.
     QVariantMap persistentDomain(const QString &domain) const;
 
 private:
-    QString filePath(const QString &domain) const;
-    void write();
-
-    QString m_folder;
-    QString m_domain;
+    const QString m_folder;
+    DefaultsFile m_file;
     QVariantMap m_values;
-    bool m_unreadable = false;
 };
 
 } // namespace morvane

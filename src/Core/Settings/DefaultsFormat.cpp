@@ -1,5 +1,7 @@
 #include "Core/Settings/DefaultsFormat.h"
 
+#include "Core/Ground/Utf8Text.h"
+
 #include <nlohmann/json.hpp>
 
 namespace morvane::DefaultsFormat {
@@ -19,7 +21,7 @@ QVariant toVariant(const json &value);
 QVariantMap toMap(const json &object) {
     QVariantMap result;
     for (const auto &[key, member] : object.items()) {
-        result.insert(QString::fromStdString(key), toVariant(member));
+        result.insert(textOf(key), toVariant(member));
     }
     return result;
 }
@@ -55,7 +57,7 @@ QVariant toVariant(const json &value) {
     case json::value_t::number_float:
         return value.get<double>();
     case json::value_t::string:
-        return QString::fromStdString(value.get<std::string>());
+        return textOf(value.get_ref<const std::string &>());
     case json::value_t::array:
         return toList(value);
     case json::value_t::object: {

@@ -131,8 +131,12 @@ void BuiltInNotchSurface::placeShell() {
     place(*m_compact, 0, NotchGeometry::compactShellSize(m_notch));
     place(*m_expanded, m_notch.height(), m_contentSize);
     m_veil->setShell(m_shell.shape.path(frame.translated(-body.topLeft())));
-    update(m_drawn.united(visibleRect()));
-    m_drawn = visibleRect();
+    // All that stands in the shell would be painted anew with it.
+    if (m_shell != m_drawnShell) {
+        update(m_drawn.united(visibleRect()));
+        m_drawnShell = m_shell;
+        m_drawn = visibleRect();
+    }
 }
 
 QPainterPath BuiltInNotchSurface::shape() const {

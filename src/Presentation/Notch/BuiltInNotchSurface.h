@@ -63,9 +63,10 @@ private:
     QSize m_contentSize; ///< of the panel
     Mode m_mode = Mode::compact;
     NotchShell m_target;
-    NotchShell m_shell; ///< at this moment
-    QRect m_drawn;      ///< where the shell was painted last
-    Animation m_growth; ///< of the shell
+    NotchShell m_shell;      ///< at this moment
+    NotchShell m_drawnShell; ///< as it was painted last
+    QRect m_drawn;           ///< where that was
+    Animation m_growth;      ///< of the shell
 
     QWidget *m_clip; ///< cuts the content off at the shell's edges while the shell moves
     QWidget *m_compact;

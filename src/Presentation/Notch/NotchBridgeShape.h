@@ -12,6 +12,8 @@ struct NotchBridgeShape {
     double bottomCornerRadius = 0;
 
     QPainterPath path(const QRectF &rect) const;
+
+    friend bool operator==(const NotchBridgeShape &, const NotchBridgeShape &) = default;
 };
 
 } // namespace morvane

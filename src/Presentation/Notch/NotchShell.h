@@ -16,6 +16,8 @@ struct NotchShell {
         return {(stageWidth - size.width()) / 2, 0, size.width(), size.height()};
     }
 
+    friend bool operator==(const NotchShell &, const NotchShell &) = default;
+
     /// The shell that is a share of the way from one to another.
     static NotchShell between(const NotchShell &from, const NotchShell &to, double share) {
         const auto mix = [share](double a, double b) { return a + (b - a) * share; };

@@ -4,8 +4,10 @@
 #include "Presentation/Style/Typography.h"
 
 #include <QCloseEvent>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QScreen>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -16,7 +18,9 @@ namespace morvane {
 namespace {
 
 constexpr int fieldMargin = 12;
-constexpr int smallestWidth = 280;
+constexpr int windowWidth = 300;
+constexpr int panelDistance = 12;
+constexpr int titleHeight = 48; ///< at most, of what the desktop adds
 
 QPalette darkPalette() {
     QPalette palette;
@@ -52,14 +56,33 @@ FieldWindow::FieldWindow(const QString &title, const QString &initial, const QSt
     });
 }
 
-void FieldWindow::openAt(const QRect &field) {
-    const QSize size(std::max(field.width() + 2 * fieldMargin, smallestWidth), sizeHint().height());
-    setFixedSize(size);
-    move(field.center() - QRect(QPoint(), size).center());
+void FieldWindow::openBelow(const QRect &panel) {
+    setFixedSize(windowWidth, sizeHint().height());
+    placeBelow(panel);
     show();
+    bringToFront();
+    m_field->setFocus();
+}
+
+void FieldWindow::makeWayFor(const QRect &panel) {
+    if (frameGeometry().intersects(panel)) {
+        placeBelow(panel);
+    }
+}
+
+void FieldWindow::bringToFront() {
     raise();
     activateWindow();
-    m_field->setFocus();
+}
+
+/// Whole on the screen, whatever the desktop puts around it.
+void FieldWindow::placeBelow(const QRect &panel) {
+    const QScreen *display = QGuiApplication::screenAt(panel.center());
+    const QRect bounds = (display != nullptr ? display : screen())->geometry();
+    const QPoint lowest(bounds.right() - width(), bounds.bottom() - height() - titleHeight);
+    const QPoint place(panel.center().x() - width() / 2, panel.bottom() + panelDistance);
+    move(std::max(bounds.left(), std::min(place.x(), lowest.x())),
+         std::max(bounds.top(), std::min(place.y(), lowest.y())));
 }
 
 void FieldWindow::keyPressEvent(QKeyEvent *event) {

@@ -22,14 +22,22 @@ public:
     std::function<void(const QString &text)> commit;
     std::function<void()> cancel;
 
-    /// Shows it where the field would have been on the desktop, as far as the desktop lets it.
-    void openAt(const QRect &field);
+    /// Shows it below the panel that it asks for, in the desktop's points: an overlay is above
+    /// every window, and what lies under it would be typed blindly.
+    void openBelow(const QRect &panel);
+
+    /// Gives way to a panel that has grown.
+    void makeWayFor(const QRect &panel);
+
+    /// Brings it to the front with the keyboard, as far as the desktop lets it.
+    void bringToFront();
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    void placeBelow(const QRect &panel);
     void settle(std::function<void()> answer);
 
     QLineEdit *m_field;

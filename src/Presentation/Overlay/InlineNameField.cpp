@@ -58,14 +58,25 @@ void InlineNameField::abandon() {
 }
 
 void InlineNameField::askInWindow() {
-    setReadOnly(true);
     m_window = std::make_unique<FieldWindow>(m_setup.title, m_setup.initial, m_setup.placeholder);
+    setReadOnly(true);
+    setFocusPolicy(Qt::NoFocus);
+    clearFocus();
+    deselect();
+    unsetCursor();
     m_window->commit = [this](const QString &text) {
         setText(text);
         settle(Outcome::committed);
     };
     m_window->cancel = [this] { abandon(); };
-    m_window->openAt({mapToGlobal(QPoint(0, 0)), size()});
+    m_window->openBelow(panelOnDesktop());
+    update();
+}
+
+QRect InlineNameField::panelOnDesktop() const {
+    const auto *panel = qobject_cast<const KeyablePanel *>(window());
+    const QRect visible = panel != nullptr ? panel->visibleRect() : window()->rect();
+    return {window()->mapToGlobal(visible.topLeft()), visible.size()};
 }
 
 void InlineNameField::settle(Outcome outcome) {
@@ -99,9 +110,14 @@ bool InlineNameField::commitsOnBlur() const {
 
 /// The rows never take the focus, so that a click on one of them wouldn't take it from here.
 bool InlineNameField::eventFilter(QObject *watched, QEvent *event) {
+    const auto isInPanel = [&] {
+        return watched->isWidgetType() && static_cast<QWidget *>(watched)->window() == window();
+    };
     if (event->type() == QEvent::MouseButtonPress && commitsOnBlur() && watched != this &&
-        watched->isWidgetType() && static_cast<QWidget *>(watched)->window() == window()) {
+        isInPanel()) {
         settle(Outcome::committed);
+    } else if (event->type() == QEvent::Resize && m_window && isInPanel()) {
+        m_window->makeWayFor(panelOnDesktop());
     }
     return QLineEdit::eventFilter(watched, event);
 }
@@ -122,6 +138,10 @@ void InlineNameField::keyPressEvent(QKeyEvent *event) {
 
 /// A field that a loss of the focus doesn't end stays open without the keyboard.
 void InlineNameField::mousePressEvent(QMouseEvent *event) {
+    if (m_window) {
+        m_window->bringToFront();
+        return;
+    }
     if (auto *panel = qobject_cast<KeyablePanel *>(window())) {
         panel->renewKey();
     }
@@ -145,7 +165,7 @@ void InlineNameField::hideEvent(QHideEvent *event) {
 }
 
 void InlineNameField::paintEvent(QPaintEvent *event) {
-    {
+    if (!m_window) {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(QPen(edge, 1));

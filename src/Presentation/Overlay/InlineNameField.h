@@ -16,7 +16,8 @@ struct PanelContext;
 /// A text field that stands in a row for as long as somebody types in it. Return commits, Escape
 /// cancels, and so does whatever takes it off the screen; the first of them settles it, and then
 /// it goes away by itself. While it is open it counts as editing and has the keyboard; where a
-/// panel is given no keyboard, a small window of its own asks for the text instead.
+/// panel is given no keyboard, a small window of its own asks for the text instead, and what stands
+/// in the row is no field to look at.
 class InlineNameField : public QLineEdit {
     Q_OBJECT
 
@@ -50,6 +51,7 @@ private:
     enum class Outcome { committed, cancelled };
 
     void askInWindow();
+    QRect panelOnDesktop() const;
     bool commitsOnBlur() const;
     void settle(Outcome outcome);
     void leave();

@@ -14,6 +14,9 @@ class KeyablePanel : public QWidget {
 public:
     using QWidget::QWidget;
 
+    /// The part of the widget that there is something to see in.
+    virtual QRect visibleRect() const { return rect(); }
+
     // Set by the presenter, which owns the window.
 
     /// Takes the keyboard; false where that can't be done.

@@ -22,9 +22,6 @@ public:
     /// The menu that is open on the surface, or none.
     QMenu *openMenu() const { return m_openMenu; }
 
-    /// The part of the widget that there is something to see in.
-    virtual QRect visibleRect() const { return rect(); }
-
 signals:
     /// The pointer has entered or left the widget's visible part.
     void pointerCrossed();

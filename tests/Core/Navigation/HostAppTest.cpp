@@ -1,5 +1,6 @@
 #include "Core/Navigation/HostApp.h"
 
+#include "Core/Sessions/Session.h"
 #include "Platform/InstalledApplications.h"
 #include "Support/Printing.h"
 
@@ -18,6 +19,11 @@ public:
     std::optional<QString> displayName(const QString &bundleID) const override {
         const auto found = installed.find(bundleID);
         return found != installed.end() ? std::optional(found->second) : std::nullopt;
+    }
+
+    bool isTerminal(const QString &) const override { return false; }
+    bool isCalled(const QString &bundleID, const QString &foreground) const override {
+        return bundleID == foreground;
     }
 
     std::map<QString, QString> installed;
@@ -51,6 +57,24 @@ TEST(HostApp, AsksTheMachineOnlyForWhatItDoesNotKnow) {
     EXPECT_EQ(HostApp::displayName("org.example.Edit.app", {}, applications), "Edit");
     EXPECT_EQ(HostApp::displayName("org.example.Empty", {}, applications), "Empty");
     EXPECT_EQ(HostApp::displayName("net.kovidgoyal.kitty", {}, applications), "kitty");
+}
+
+TEST(HostApp, KnowsTheHostThatASessionHasReported) {
+    const FakeApplications applications;
+    const std::tuple<Hint, Hint, QString, bool> cases[] = {
+        {"com.microsoft.VSCode", {}, "com.microsoft.VSCode", true},
+        {{}, "vscode", "com.microsoft.VSCode", true},
+        {{}, "rio", "rio", true},
+        {"xfce4-terminal", "rio", "com.microsoft.VSCode", false},
+        {{}, "rio", "com.googlecode.iterm2", false},
+        {"", "", "", false}};
+    for (const auto &[hostBundleID, termProgram, foreground, isHost] : cases) {
+        Session session;
+        session.hostBundleID = hostBundleID;
+        session.termProgram = termProgram;
+        EXPECT_EQ(HostApp::isReportedHost(foreground, session, applications), isHost)
+            << foreground.toStdString();
+    }
 }
 
 } // namespace

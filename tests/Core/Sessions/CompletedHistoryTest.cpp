@@ -149,11 +149,13 @@ TEST_F(CompletedHistoryTest, OutlivesTheProgram) {
     EXPECT_EQ(history.records(), QList<CompletedRecord>{fullRecord()});
     EXPECT_FALSE(history.summarize("unknown", "x"));
     EXPECT_TRUE(history.summarize(fullRecord().id, "Done."));
+    second.flush();
     Defaults third = defaults();
     EXPECT_EQ(CompletedHistory(third).records().value(0).summary, "Done.");
 
     history.rename("/elsewhere", "Other");
     history.rename(fullRecord().cwd, "Mine");
+    second.flush();
     Defaults fourth = defaults();
     EXPECT_EQ(CompletedHistory(fourth).records().value(0).name, "Mine");
 }
@@ -167,6 +169,7 @@ TEST_F(CompletedHistoryTest, LeavesWhatItCannotReadUntilItHasSomethingToSave) {
         EXPECT_TRUE(history.records().isEmpty());
         EXPECT_EQ(storedBytes(), broken);
         history.add(fullRecord());
+        values.flush();
         EXPECT_EQ(CompletedHistoryFormat::parse(storedBytes()),
                   QList<CompletedRecord>{fullRecord()});
     }
@@ -197,6 +200,7 @@ TEST_F(CompletedHistoryTest, LeavesAValueThatIsNoDataAsItIs) {
     Defaults values = defaults();
     EXPECT_TRUE(CompletedHistory(values).records().isEmpty());
     values.setValue("another", 1);
+    values.flush();
     json expected = json::parse(file.toStdString());
     expected["another"] = 1;
     EXPECT_EQ(json::parse(home.read("defaults/test.json").toStdString()), expected);

@@ -10,6 +10,9 @@
 
 #include <limits>
 #include <string>
+#include <sys/inotify.h>
+#include <sys/stat.h>
+#include <unistd.h>
 #include <vector>
 
 namespace morvane {
@@ -26,7 +29,8 @@ protected:
 
     void store(const json &values) { home.write(file, QByteArray::fromStdString(values.dump())); }
 
-    json stored() const {
+    json stored(Defaults &defaults) const {
+        defaults.flush();
         const QByteArray text = home.read(file);
         return json::parse(text.begin(), text.end(), nullptr, false);
     }
@@ -123,7 +127,7 @@ TEST_F(SettingsTest, StartFromTheStandardAndSurviveARestart) {
     EXPECT_EQ(snapshot(MorvaneSettings(defaults)), everyOther);
     json expected = everyOther;
     expected["eventToken"] = "T";
-    EXPECT_EQ(stored(), expected);
+    EXPECT_EQ(stored(defaults), expected);
     for (const auto &[key, value] : expected.items()) {
         EXPECT_TRUE(MorvaneSettings::allKeys().contains(QString::fromStdString(key))) << key;
     }
@@ -154,7 +158,7 @@ TEST_F(SettingsTest, TakeNothingOfTheWrongType) {
         store(values);
         Defaults defaults = load();
         EXPECT_EQ(snapshot(MorvaneSettings(defaults)), standard) << values;
-        EXPECT_EQ(stored(), values);
+        EXPECT_EQ(stored(defaults), values);
     }
 }
 
@@ -167,7 +171,7 @@ TEST_F(SettingsTest, MakeTheirTokenOnce) {
         Defaults first = load();
         const QString token = MorvaneSettings(first).eventToken();
         EXPECT_TRUE(pattern.match(token).hasMatch());
-        EXPECT_EQ(stored(), (json{{"eventToken", token.toStdString()}}));
+        EXPECT_EQ(stored(first), (json{{"eventToken", token.toStdString()}}));
         Defaults second = load();
         EXPECT_EQ(MorvaneSettings(second).eventToken(), token);
     }
@@ -184,7 +188,7 @@ TEST_F(SettingsTest, TakeOverWhatTheFormerIdentifierStored) {
     EXPECT_EQ(settings.port(), 50000);
     json expected = legacy;
     expected["soundEnabled"] = true;
-    EXPECT_EQ(stored(), expected);
+    EXPECT_EQ(stored(defaults), expected);
     EXPECT_EQ(json::parse(home.read(legacyFile).toStdString()), legacy);
 
     // Not once there is a token, nor when there is nothing to take over.
@@ -204,10 +208,10 @@ TEST_F(SettingsTest, NameWorkingDirectories) {
     settings.setName("Nobody's", "");
     EXPECT_EQ(settings.name("/a"), "Mine");
     EXPECT_EQ(settings.name("/a/"), std::nullopt);
-    EXPECT_EQ(stored()["sessionNames"], (json{{"/a", "Mine"}}));
+    EXPECT_EQ(stored(defaults)["sessionNames"], (json{{"/a", "Mine"}}));
     settings.setName("", "/a");
     EXPECT_EQ(settings.name("/a"), std::nullopt);
-    EXPECT_EQ(stored()["sessionNames"], json::object());
+    EXPECT_EQ(stored(defaults)["sessionNames"], json::object());
 }
 
 TEST_F(SettingsTest, TellANeverMadeListFromAnEmptyOne) {
@@ -216,7 +220,7 @@ TEST_F(SettingsTest, TellANeverMadeListFromAnEmptyOne) {
     MorvaneSettings settings(defaults);
     EXPECT_EQ(settings.knownAgents(), QStringList());
     settings.setKnownAgents({});
-    EXPECT_EQ(stored(), (json{{"eventToken", "T"}}));
+    EXPECT_EQ(stored(defaults), (json{{"eventToken", "T"}}));
 }
 
 TEST_F(SettingsTest, AnnounceAChangeBeforeAndAfterItAndAnEqualValueToo) {
@@ -233,7 +237,7 @@ TEST_F(SettingsTest, AnnounceAChangeBeforeAndAfterItAndAnEqualValueToo) {
     settings.setPort(settings.port());
     EXPECT_EQ(seen.last(), "after on");
     EXPECT_EQ(seen.size(), 4);
-    EXPECT_EQ(stored()["eventServerPort"], 47615);
+    EXPECT_EQ(stored(defaults)["eventServerPort"], 47615);
 }
 
 TEST_F(SettingsTest, RemoveEveryKeyButThoseOfOthers) {
@@ -250,7 +254,7 @@ TEST_F(SettingsTest, RemoveEveryKeyButThoseOfOthers) {
     MorvaneSettings settings(defaults);
     settings.setAutoClearMinutes(5);
     settings.removeStored();
-    EXPECT_EQ(stored(), (json{{"other", 1}}));
+    EXPECT_EQ(stored(defaults), (json{{"other", 1}}));
     EXPECT_EQ(settings.autoClearMinutes(), 5);
 }
 
@@ -263,6 +267,7 @@ TEST_F(SettingsTest, DefaultsKeepTypesAcrossARestart) {
         {"whole", 2.0},
         {"fraction", 0.1},
         {"text", QString("é \U0001F469 \" \n ") + QChar(0)},
+        {"\uFEFFkey", "\uFEFF\uFEFFtext"},
         {"bytes", QByteArray("\0\xff{", 3)},
         {"list", QVariantList{1, "x", QVariantList(), QVariantMap{{"", false}}}},
     };
@@ -302,9 +307,67 @@ TEST_F(SettingsTest, DefaultsPutAsideWhatTheyCannotRead) {
         EXPECT_EQ(home.read(file), broken);
         defaults.setValue("key", 1);
         defaults.setValue("key", 2);
+        EXPECT_EQ(stored(defaults), (json{{"key", 2}}));
         EXPECT_EQ(home.read(file + ".unreadable"), broken);
-        EXPECT_EQ(stored(), (json{{"key", 2}}));
     }
+}
+
+TEST_F(SettingsTest, DefaultsWaitForNothingThatIsNoRegularFile) {
+    const QString pipe = home.path("pipe");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    QDir().mkpath(home.path("defaults"));
+    for (const QString &endless : {pipe, QString("/dev/zero")}) {
+        for (const QString &name : {file, "defaults/" + legacyDomain + ".json"}) {
+            ASSERT_TRUE(QFile::link(endless, home.path(name)));
+        }
+        Defaults defaults = load();
+        EXPECT_EQ(MorvaneSettings(defaults).port(), 47615);
+        EXPECT_EQ(stored(defaults).size(), 1u);
+        EXPECT_EQ(QFileInfo(home.path(file + ".unreadable")).symLinkTarget(), endless);
+        QDir(home.path("defaults")).removeRecursively();
+        QDir().mkpath(home.path("defaults"));
+    }
+}
+
+/// How often a file has taken its name in the folder while it lives.
+class ArrivalCounter {
+public:
+    explicit ArrivalCounter(const QString &folder) {
+        ::inotify_add_watch(m_descriptor, QFile::encodeName(folder).constData(), IN_MOVED_TO);
+    }
+    ArrivalCounter(const ArrivalCounter &) = delete;
+    ArrivalCounter &operator=(const ArrivalCounter &) = delete;
+    ~ArrivalCounter() { ::close(m_descriptor); }
+
+    int count() const {
+        int result = 0;
+        inotify_event event[64];
+        for (ssize_t size; (size = ::read(m_descriptor, event, sizeof event)) > 0;) {
+            const char *place = reinterpret_cast<const char *>(event);
+            for (const char *end = place + size; place < end; ++result) {
+                place +=
+                    sizeof(inotify_event) + reinterpret_cast<const inotify_event *>(place)->len;
+            }
+        }
+        return result;
+    }
+
+private:
+    const int m_descriptor = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+};
+
+TEST_F(SettingsTest, DefaultsWriteABurstFewTimesAndItsEndForSure) {
+    Defaults defaults = load();
+    defaults.setValue("key", 0);
+    defaults.flush();
+    const ArrivalCounter arrivals(home.path("defaults"));
+    for (int value = 1; value <= 300; ++value) {
+        defaults.setValue("key", value);
+    }
+    defaults.flush();
+    EXPECT_EQ(stored(defaults), (json{{"key", 300}}));
+    EXPECT_LT(arrivals.count(), 100);
+    EXPECT_EQ(QDir(home.path("defaults")).entryList(QDir::Files).size(), 1);
 }
 
 TEST_F(SettingsTest, DefaultsBehindALinkStayThere) {

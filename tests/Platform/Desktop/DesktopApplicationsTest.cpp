@@ -16,7 +16,12 @@ TEST(DesktopApplications, NameWhatIsInstalledHere) {
                "[Desktop Action new]\nName=New window\n[Desktop Entry]\nName[de]=Der Editor\n"
                "Name=Visual Editor\nName=Second\n");
     home.write("data/applications/org.example.Nameless.desktop", "[Desktop Entry]\nExec=x\n");
-    home.write("outside.desktop", "[Desktop Entry]\nName=Outside\n");
+    home.write("data/applications/codium.desktop",
+               "[Desktop Entry]\nName=VSCodium\nStartupWMClass=VSCodium\n"
+               "Categories=Development;IDE;\n");
+    home.write("data/applications/org.example.Prompt.desktop",
+               "[Desktop Entry]\nCategories=System;TerminalEmulator;\n");
+    home.write("outside.desktop", "[Desktop Entry]\nName=Outside\nCategories=TerminalEmulator\n");
 
     const DesktopApplications applications;
     EXPECT_EQ(applications.displayName("com.microsoft.VSCode"), "Visual Editor");
@@ -25,6 +30,16 @@ TEST(DesktopApplications, NameWhatIsInstalledHere) {
          {"org.example.Nameless", "org.example.Absent", "", "../../outside"}) {
         EXPECT_EQ(applications.displayName(QString::fromLatin1(unknown)), std::nullopt) << unknown;
     }
+    for (const char *terminal : {"XTerm", "org.example.Prompt", "org.gnome.Terminal"}) {
+        EXPECT_TRUE(applications.isTerminal(QString::fromLatin1(terminal))) << terminal;
+    }
+    for (const char *other : {"VSCodium", "codium", "", "../../outside"}) {
+        EXPECT_FALSE(applications.isTerminal(QString::fromLatin1(other))) << other;
+    }
+    EXPECT_TRUE(applications.isCalled("codium", "VSCodium"));
+    EXPECT_TRUE(applications.isCalled("xfce4-terminal", "Xfce4-terminal"));
+    EXPECT_FALSE(applications.isCalled("codium", "Emacs"));
+    EXPECT_FALSE(applications.isCalled("../../outside", "Emacs"));
     qputenv("XDG_DATA_HOME", dataHome);
 }
 

@@ -96,6 +96,16 @@ protected:
                    : testing::AssertionFailure() << "the field did not get the keyboard";
     }
 
+    void setNumbers(WId window, const char *property, const QList<std::uint32_t> &items) const {
+        // This travels on another connection, and must not overtake the window.
+        QGuiApplication::sync();
+        xcb_change_property(x11->connection(), XCB_PROP_MODE_REPLACE,
+                            static_cast<std::uint32_t>(window), x11->atom(property),
+                            XCB_ATOM_CARDINAL, 32, static_cast<std::uint32_t>(items.size()),
+                            items.data());
+        xcb_flush(x11->connection());
+    }
+
     char name[6] = "tests";
     char *arguments[2] = {name, nullptr};
     int argumentCount = 1;
@@ -156,6 +166,16 @@ TEST_P(OverlayWindowTest, LeavesTheKeyboardWhereThePersonHasPutItInTheMeantime) 
     type("other");
     EXPECT_EQ(display->focusedTitle(), "other");
     EXPECT_EQ(field->text(), "");
+}
+
+TEST_P(OverlayWindowTest, APersonComesBackToTheSameTerminalFromAnEmptyDesktop) {
+    for (int times = 1; times <= 2; ++times) {
+        display->goToDesktop(1);
+        ASSERT_TRUE(becomesTrue([this] { return !terminalHasKeyboard(); }));
+        display->goToDesktop(0);
+        EXPECT_TRUE(becomesTrue([&] { return activations.size() == times; }));
+    }
+    EXPECT_EQ(activations, QStringList({"XTerm", "XTerm"}));
 }
 
 TEST_P(OverlayWindowTest, StaysAboveOnEveryDesktopAndTakesNoFocus) {
@@ -242,14 +262,7 @@ TEST_F(OverlayTest, ABarTakesFromTheWorkAreaOfItsOwnMonitorWhichMayComeAndGo) {
     display->setMonitor("RIGHT", {640, 0, 640, 800});
     ASSERT_TRUE(becomesTrue([&] { return displays.displays().size() == 2; }));
     QWidget bar;
-    bar.winId();
-    // The property travels on another connection, and must not overtake the window.
-    QGuiApplication::sync();
-    const std::array<std::uint32_t, 12> strut{0, 0, 40, 0, 0, 0, 0, 0, 640, 1279, 0, 0};
-    xcb_change_property(x11->connection(), XCB_PROP_MODE_REPLACE,
-                        static_cast<std::uint32_t>(bar.winId()), x11->atom("_NET_WM_STRUT_PARTIAL"),
-                        XCB_ATOM_CARDINAL, 32, strut.size(), strut.data());
-    xcb_flush(x11->connection());
+    setNumbers(bar.winId(), "_NET_WM_STRUT_PARTIAL", {0, 0, 40, 0, 0, 0, 0, 0, 640, 1279, 0, 0});
     bar.show();
     EXPECT_TRUE(becomesTrue(
         [&] { return displays.displays().value(1).visibleFrame == QRect(640, 40, 640, 760); }));
@@ -264,6 +277,49 @@ TEST_F(OverlayTest, ABarTakesFromTheWorkAreaOfItsOwnMonitorWhichMayComeAndGo) {
     EXPECT_TRUE(becomesTrue([&] {
         return changes > 0 && displays.displays().value(1).frame == QRect(640, 200, 400, 600);
     }));
+}
+
+TEST_F(OverlayTest, ABarThatNobodyManagesCountsWhileItCanBeSeen) {
+    const ScreenDisplays displays(*x11);
+    const auto isTop = [&](int top) {
+        return becomesTrue([&] { return displays.displays().value(0).visibleFrame.top() == top; });
+    };
+    QWidget frame(nullptr, Qt::X11BypassWindowManagerHint);
+    QWidget bar(&frame);
+    bar.setAttribute(Qt::WA_NativeWindow);
+    const QList<std::uint32_t> strut{0, 0, 40, 0, 0, 0, 0, 0, 0, 1279, 0, 0};
+    for (const QWidget *holder : {&frame, &bar}) {
+        setNumbers(holder->winId(), "_NET_WM_STRUT_PARTIAL", strut);
+        EXPECT_TRUE(isTop(0));
+        frame.show();
+        EXPECT_TRUE(isTop(40));
+        frame.hide();
+        EXPECT_TRUE(isTop(0));
+        setNumbers(holder->winId(), "_NET_WM_STRUT_PARTIAL", {});
+    }
+}
+
+TEST_F(OverlayTest, TheAreaThatTheWindowManagerTellsCountsWhereItCanOnlyBeOfOneDisplay) {
+    const ScreenDisplays displays(*x11);
+    const auto isFrame = [&](qsizetype display, const QRect &frame) {
+        return becomesTrue(
+            [&] { return displays.displays().value(display).visibleFrame == frame; });
+    };
+    // On the second desktop it is another.
+    setNumbers(x11->root(), "_NET_WORKAREA", {0, 30, 1280, 770, 0, 60, 1280, 740});
+    EXPECT_TRUE(isFrame(0, {0, 30, 1280, 770}));
+    display->goToDesktop(1);
+    EXPECT_TRUE(isFrame(0, {0, 60, 1280, 740}));
+    const QList<std::uint32_t> useless{0, 0, 0, 0, 0, 0, 0, 0};
+    setNumbers(x11->root(), "_NET_WORKAREA", useless);
+    EXPECT_TRUE(isFrame(0, {0, 0, 1280, 800}));
+
+    setNumbers(x11->root(), "_NET_WORKAREA", {0, 30, 1280, 770, 0, 60, 1280, 740});
+    EXPECT_TRUE(isFrame(0, {0, 60, 1280, 740}));
+    display->setMonitor("LEFT", {0, 0, 640, 800});
+    display->setMonitor("RIGHT", {640, 0, 640, 800});
+    EXPECT_TRUE(isFrame(1, {640, 0, 640, 800}));
+    EXPECT_TRUE(isFrame(0, {0, 0, 640, 800}));
 }
 
 TEST_F(OverlayTest, WithoutAnOutputThereIsNoDisplay) {

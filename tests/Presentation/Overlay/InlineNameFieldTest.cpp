@@ -58,6 +58,14 @@ protected:
         EXPECT_TRUE(field.isNull());
     }
 
+    /// The one that asks where the panel can't.
+    static QWidget *window() {
+        const auto all = QApplication::topLevelWidgets();
+        const auto found =
+            std::ranges::find_if(all, [](QWidget *one) { return one->windowTitle() == "Rename"; });
+        return found == all.end() ? nullptr : *found;
+    }
+
     bool givesKeyboard = true;
     bool hasKeyboard = false;
     QStringList outcomes;
@@ -140,12 +148,6 @@ TEST_F(InlineNameFieldTest, APanelThatGoesAwayCommitsNothing) {
 
 TEST_F(InlineNameFieldTest, AsksInAWindowOfItsOwnWhereKeysCantReachThePanel) {
     givesKeyboard = false;
-    const auto window = [] {
-        const auto all = QApplication::topLevelWidgets();
-        const auto found =
-            std::ranges::find_if(all, [](QWidget *one) { return one->windowTitle() == "Rename"; });
-        return found == all.end() ? nullptr : *found;
-    };
     const std::pair<std::function<void(QWidget *)>, const char *> cases[] = {
         {[](QWidget *asking) { QTest::keyClick(asking->focusWidget(), Qt::Key_Return); },
          "commit new"},
@@ -168,6 +170,26 @@ TEST_F(InlineNameFieldTest, AsksInAWindowOfItsOwnWhereKeysCantReachThePanel) {
     open().abandon();
     EXPECT_EQ(window(), nullptr);
     expectGone();
+}
+
+TEST_F(InlineNameFieldTest, TheWindowThatAsksIsTheOneFieldAndStaysInSight) {
+    givesKeyboard = false;
+    const QRect screen = panel.screen()->geometry();
+    const auto picture = [this] { return panel.grab().toImage(); };
+    panel.setGeometry(200, 0, 400, 300);
+    const QImage without = picture();
+    InlineNameField &row = open();
+    row.setText(" ");
+    EXPECT_EQ(picture(), without);
+    QTest::keyClicks(&row, "typed into the panel");
+    EXPECT_EQ(row.text(), " ");
+
+    for (const QRect &grown : {QRect(200, 0, 400, 300), QRect(150, 0, 500, 500),
+                               QRect(150, 0, 500, 600), QRect(700, 0, 100, 600)}) {
+        panel.setGeometry(grown);
+        EXPECT_FALSE(window()->frameGeometry().intersects(grown));
+        EXPECT_TRUE(screen.contains(window()->frameGeometry()));
+    }
 }
 
 } // namespace

@@ -7,7 +7,10 @@
 
 namespace morvane {
 
-std::optional<QString> DesktopApplications::displayName(const QString &bundleID) const {
+namespace {
+
+/// What the application's desktop entry has for a key.
+std::optional<QString> entryValue(const QString &bundleID, QLatin1String key) {
     for (const QString &id : KnownApplications::desktopEntryIDs(bundleID)) {
         // What hooks report as an application is not to lead out of the data folders.
         if (id.contains(QLatin1Char('/'))) {
@@ -15,13 +18,36 @@ std::optional<QString> DesktopApplications::displayName(const QString &bundleID)
         }
         const QString path = QStandardPaths::locate(QStandardPaths::ApplicationsLocation,
                                                     id + QLatin1String(".desktop"));
-        const auto name =
-            path.isEmpty() ? std::nullopt : DesktopEntry::value(path, QLatin1String("Name"));
-        if (name) {
-            return name;
+        auto value = path.isEmpty() ? std::nullopt : DesktopEntry::value(path, key);
+        if (value) {
+            return value;
         }
     }
     return std::nullopt;
+}
+
+bool isSame(const QString &name, const QString &other) {
+    return name.compare(other, Qt::CaseInsensitive) == 0;
+}
+
+} // namespace
+
+std::optional<QString> DesktopApplications::displayName(const QString &bundleID) const {
+    return entryValue(bundleID, QLatin1String("Name"));
+}
+
+bool DesktopApplications::isTerminal(const QString &foreground) const {
+    const auto categories = entryValue(foreground, QLatin1String("Categories")).value_or(QString());
+    return KnownApplications::isTerminal(foreground) ||
+           categories.split(QLatin1Char(';')).contains(QLatin1String("TerminalEmulator"));
+}
+
+bool DesktopApplications::isCalled(const QString &bundleID, const QString &foreground) const {
+    if (isSame(bundleID, foreground)) {
+        return true;
+    }
+    const auto windowClass = entryValue(bundleID, QLatin1String("StartupWMClass"));
+    return windowClass && isSame(KnownApplications::bundleID(*windowClass), foreground);
 }
 
 } // namespace morvane

@@ -9,6 +9,8 @@ namespace morvane {
 class DesktopApplications : public InstalledApplications {
 public:
     std::optional<QString> displayName(const QString &bundleID) const override;
+    bool isTerminal(const QString &foreground) const override;
+    bool isCalled(const QString &bundleID, const QString &foreground) const override;
 };
 
 } // namespace morvane

@@ -1,5 +1,6 @@
 #include "Platform/Linux/Desktop/KnownApplications.h"
 
+#include <algorithm>
 #include <array>
 
 namespace morvane::KnownApplications {
@@ -33,9 +34,50 @@ constexpr std::array applications{
     Application{"com.jetbrains.pycharm",
                 {"jetbrains-pycharm", "jetbrains-pycharm-ce"},
                 {"jetbrains-pycharm", "jetbrains-pycharm-ce"}},
-    Application{"org.gnome.Terminal", {"org.gnome.Terminal"}, {"Gnome-terminal"}},
+    Application{
+        "org.gnome.Terminal", {"org.gnome.Terminal"}, {"Gnome-terminal", "gnome-terminal-server"}},
     Application{"org.kde.konsole", {"org.kde.konsole"}, {"konsole"}},
 };
+
+/// Those whose desktop entry has the same name, and says what they are, need no place here.
+constexpr std::array terminals{"org.gnome.Terminal",
+                               "org.kde.konsole",
+                               "XTerm",
+                               "UXTerm",
+                               "URxvt",
+                               "Rxvt",
+                               "st",
+                               "st-256color",
+                               "Eterm",
+                               "mlterm",
+                               "kgx",
+                               "org.gnome.Console",
+                               "org.gnome.Ptyxis",
+                               "Xfce4-terminal",
+                               "Mate-terminal",
+                               "Lxterminal",
+                               "qterminal",
+                               "deepin-terminal",
+                               "io.elementary.terminal",
+                               "terminology",
+                               "yakuake",
+                               "Guake",
+                               "Tilda",
+                               "Tilix",
+                               "Terminator",
+                               "Sakura",
+                               "Roxterm",
+                               "cool-retro-term",
+                               "foot",
+                               "footclient",
+                               "contour",
+                               "rio",
+                               "Hyper",
+                               "tabby"};
+
+bool isNamed(const QString &name, const char *known) {
+    return name.compare(QLatin1String(known), Qt::CaseInsensitive) == 0;
+}
 
 } // namespace
 
@@ -57,12 +99,17 @@ QStringList desktopEntryIDs(const QString &bundleID) {
 QString bundleID(const QString &windowClass) {
     for (const Application &application : applications) {
         for (const char *name : application.windowClasses) {
-            if (name && windowClass.compare(QLatin1String(name), Qt::CaseInsensitive) == 0) {
+            if (name && isNamed(windowClass, name)) {
                 return QString::fromLatin1(application.bundleID);
             }
         }
     }
     return windowClass;
+}
+
+bool isTerminal(const QString &bundleID) {
+    return std::ranges::any_of(terminals,
+                               [&](const char *known) { return isNamed(bundleID, known); });
 }
 
 } // namespace morvane::KnownApplications

@@ -14,4 +14,8 @@ QStringList desktopEntryIDs(const QString &bundleID);
 /// WM_CLASS); the class itself for one that we don't know.
 QString bundleID(const QString &windowClass);
 
+/// True for the usual terminals of this desktop that are on no other, each by the name that
+/// `bundleID` gives.
+bool isTerminal(const QString &bundleID);
+
 } // namespace morvane::KnownApplications

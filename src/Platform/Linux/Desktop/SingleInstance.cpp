@@ -3,68 +3,114 @@
 #include <QCryptographicHash>
 #include <QDeadlineTimer>
 #include <QDir>
+#include <QFileInfo>
 #include <QLocalSocket>
+#include <QSysInfo>
 #include <QThread>
+
+#include <unistd.h>
 
 namespace morvane {
 
 namespace {
 
-constexpr int answerLimit = 1000; // milliseconds
-
 constexpr int retryDelay = 20; // milliseconds
 
-/// A socket's path may be no longer than about a hundred bytes, so it doesn't go into a folder of
-/// the person's naming where there is another.
-QString socketPath(const QString &configFolder) {
-    const QByteArray hash =
-        QCryptographicHash::hash(configFolder.toUtf8(), QCryptographicHash::Sha256).toHex();
-    const QString runtimeFolder = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    const bool usable = !runtimeFolder.isEmpty() && QDir(runtimeFolder).exists();
-    return QStringLiteral("%1/morvane-%2.socket")
-        .arg(usable ? runtimeFolder : configFolder, QString::fromLatin1(hash.left(16)));
+/// The folders of this login, which are on this machine and whose paths are short. A program that
+/// was not started from the desktop may not be told of its own.
+QStringList runtimeFolders() {
+    QStringList result{qEnvironmentVariable("XDG_RUNTIME_DIR"),
+                       QStringLiteral("/run/user/%1").arg(::getuid())};
+    result.removeIf([](const QString &folder) {
+        const QFileInfo info(folder);
+        return folder.isEmpty() || !info.isDir() || info.ownerId() != ::getuid();
+    });
+    return result;
+}
+
+/// The machine is part of it, since its configuration folder may be another's as well.
+QString nameFor(const QString &configFolder) {
+    QDir().mkpath(configFolder);
+    const QFileInfo info(configFolder);
+    const QString path = info.exists() ? info.canonicalFilePath() : configFolder;
+    const auto hash = QCryptographicHash::hash(path.toUtf8() + QSysInfo::machineUniqueId(),
+                                               QCryptographicHash::Sha256);
+    return QStringLiteral("/morvane-") + QString::fromLatin1(hash.toHex().left(16));
 }
 
 } // namespace
 
 SingleInstance::SingleInstance(const QString &configFolder)
-    : m_socketPath(socketPath(configFolder)),
-      // Not beside the socket, whose folder depends on how the program was started.
-      m_lock(configFolder + QLatin1String("/running.lock")) {
-    QDir().mkpath(configFolder);
-    // A lock is stale when its process is gone, however long the process has run.
-    m_lock.setStaleLockTime(0);
+    : m_configFolder(configFolder), m_name(nameFor(configFolder)),
+      m_runtimeFolders(runtimeFolders()) {
     m_server.setSocketOptions(QLocalServer::UserAccessOption);
     connect(&m_server, &QLocalServer::newConnection, this, [this] {
         while (QLocalSocket *socket = m_server.nextPendingConnection()) {
+            socket->write("\n");
+            socket->flush();
             socket->deleteLater();
             emit reopened();
         }
     });
 }
 
-bool SingleInstance::claim() {
-    if (!m_lock.tryLock() && m_lock.error() == QLockFile::LockFailedError) {
-        tellTheFirst();
-        return false;
-    }
-    // Where no lock can be had at all, running is better than not.
-    QLocalServer::removeServer(m_socketPath);
-    m_server.listen(m_socketPath);
-    return true;
-}
-
-/// The first may have its lock and not listen yet.
-void SingleInstance::tellTheFirst() const {
-    const QDeadlineTimer deadline(answerLimit);
-    QLocalSocket socket;
-    do {
-        socket.connectToServer(m_socketPath);
-        if (socket.waitForConnected(static_cast<int>(deadline.remainingTime()))) {
-            return;
+/// A first may have its lock and not listen yet, or it may be about to end. And one whose lock's
+/// file was taken away is still there.
+SingleInstance::Outcome SingleInstance::claim(Seconds patience) {
+    const QDeadlineTimer deadline(std::chrono::ceil<std::chrono::milliseconds>(patience));
+    for (;;) {
+        const bool isHeld = takeLock() == KernelLock::Outcome::heldByAnother;
+        const Answer answer = tellTheFirst(deadline);
+        if (answer == Answer::heard) {
+            return Outcome::toldTheFirst;
+        }
+        if (answer == Answer::nobody && !isHeld) {
+            listen();
+            return Outcome::isFirst;
+        }
+        if (deadline.hasExpired()) {
+            return Outcome::firstIsSilent;
         }
         QThread::msleep(retryDelay);
-    } while (!deadline.hasExpired());
+    }
+}
+
+/// In the folder that doesn't depend on how the program was started, where that can be done. Where
+/// no lock can be had at all, running is better than not.
+KernelLock::Outcome SingleInstance::takeLock() {
+    auto result = KernelLock::Outcome::impossible;
+    for (const QString &folder : QStringList{m_configFolder} + m_runtimeFolders) {
+        result = m_lock.take(folder + m_name + QLatin1String(".lock"));
+        if (result != KernelLock::Outcome::impossible) {
+            break;
+        }
+    }
+    return result;
+}
+
+SingleInstance::Answer SingleInstance::tellTheFirst(const QDeadlineTimer &deadline) const {
+    for (const QString &folder : m_runtimeFolders + QStringList{m_configFolder}) {
+        QLocalSocket socket;
+        socket.connectToServer(folder + m_name + QLatin1String(".socket"));
+        if (socket.waitForConnected(0)) {
+            const auto limit = static_cast<int>(deadline.remainingTime());
+            const bool isHeard = socket.waitForReadyRead(limit) && socket.bytesAvailable() > 0;
+            return isHeard ? Answer::heard : Answer::silence;
+        }
+    }
+    return Answer::nobody;
+}
+
+/// A socket's path may be no longer than about a hundred bytes, so it goes into a folder of the
+/// person's naming only where there is no other.
+void SingleInstance::listen() {
+    for (const QString &folder : m_runtimeFolders + QStringList{m_configFolder}) {
+        const QString path = folder + m_name + QLatin1String(".socket");
+        QLocalServer::removeServer(path);
+        if (m_server.listen(path)) {
+            return;
+        }
+    }
 }
 
 } // namespace morvane

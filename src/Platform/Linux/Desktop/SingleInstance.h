@@ -1,13 +1,19 @@
 #pragma once
 
+#include "Platform/Linux/KernelLock.h"
+#include "Platform/Time.h"
+
 #include <QLocalServer>
-#include <QLockFile>
 #include <QObject>
+#include <QStringList>
+
+class QDeadlineTimer;
 
 namespace morvane {
 
-/// Lets one process run for each configuration folder: a second one tells the first that it was
-/// started, and gives way. Owned by `main`; main thread.
+/// Lets one process run for each configuration folder on this machine: a second one tells the first
+/// that it was started, and gives way. Where a home is shared, each machine has a first of its own.
+/// Owned by `main`; main thread.
 class SingleInstance : public QObject {
     Q_OBJECT
 
@@ -15,19 +21,30 @@ public:
     /// Two processes with the same configuration folder are the same program to a person.
     explicit SingleInstance(const QString &configFolder);
 
-    /// True when this process is the first. Otherwise the first has been told by now, unless it
-    /// hasn't listened for a second.
-    bool claim();
+    enum class Outcome {
+        isFirst,
+        toldTheFirst,
+        firstIsSilent, ///< there is a first, which has not answered
+    };
+
+    /// To be called once. A first is waited for as long as told; it answers in its event loop.
+    Outcome claim(Seconds patience);
 
 signals:
     /// The program was started again.
     void reopened();
 
 private:
-    void tellTheFirst() const;
+    enum class Answer { nobody, silence, heard };
 
-    QString m_socketPath;
-    QLockFile m_lock;
+    KernelLock::Outcome takeLock();
+    Answer tellTheFirst(const QDeadlineTimer &deadline) const;
+    void listen();
+
+    const QString m_configFolder;
+    const QString m_name; ///< of the files, without their ending
+    const QStringList m_runtimeFolders;
+    KernelLock m_lock;
     QLocalServer m_server;
 };
 

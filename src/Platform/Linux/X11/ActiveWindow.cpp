@@ -4,6 +4,7 @@
 #include "Platform/Linux/X11/X11Connection.h"
 #include "Platform/Linux/X11/XcbReply.h"
 
+#include <QWidget>
 #include <xcb/xcb.h>
 
 namespace morvane {
@@ -26,9 +27,12 @@ ActiveWindow::ActiveWindow(X11Connection &x11) : m_x11(x11), m_last(activeWindow
 
 /// When an overlay of ours takes the keyboard and gives it back, some window managers call no
 /// window the active one in between, and some the overlay; neither is an activation, nor is the way
-/// back.
+/// back. To leave for an empty desktop is something else, though it looks the same.
 void ActiveWindow::read() {
     const std::uint32_t window = activeWindow();
+    if (window == XCB_WINDOW_NONE && hasLeft()) {
+        m_last = XCB_WINDOW_NONE;
+    }
     if (window == XCB_WINDOW_NONE || window == m_last || isOverlay(window)) {
         return;
     }
@@ -38,6 +42,14 @@ void ActiveWindow::read() {
 
 std::uint32_t ActiveWindow::activeWindow() const {
     return m_x11.property(m_x11.root(), activeWindowName, XCB_ATOM_WINDOW).value(0);
+}
+
+/// True unless the keyboard has only been lent to an overlay of ours, or is back already.
+bool ActiveWindow::hasLeft() const {
+    const auto cookie = xcb_get_input_focus(m_x11.connection());
+    const XcbReply<xcb_get_input_focus_reply_t> reply(
+        xcb_get_input_focus_reply(m_x11.connection(), cookie, nullptr));
+    return reply && reply->focus != m_last && QWidget::find(reply->focus) == nullptr;
 }
 
 /// Ours or another's: a window that the window manager has nothing to do with.

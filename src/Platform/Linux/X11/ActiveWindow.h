@@ -19,11 +19,13 @@ public:
 private:
     void read();
     std::uint32_t activeWindow() const;
+    bool hasLeft() const;
     bool isOverlay(std::uint32_t window) const;
     QString windowClass(std::uint32_t window) const;
 
     X11Connection &m_x11;
-    std::uint32_t m_last = 0; ///< the last window that was active, never none
+    std::uint32_t m_last =
+        0; ///< the window that was active last, until a person leaves it for none
 };
 
 } // namespace morvane

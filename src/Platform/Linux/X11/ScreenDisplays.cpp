@@ -1,12 +1,8 @@
 #include "Platform/Linux/X11/ScreenDisplays.h"
 
-#include "Platform/Linux/X11/X11Connection.h"
-#include "Platform/Linux/X11/XcbReply.h"
-
 #include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
-#include <xcb/xcb.h>
 
 #include <algorithm>
 #include <array>
@@ -45,7 +41,7 @@ QRect deviceRect(const QScreen &screen) {
 
 } // namespace
 
-ScreenDisplays::ScreenDisplays(X11Connection &x11) : m_x11(x11) {
+ScreenDisplays::ScreenDisplays(X11Connection &x11) : m_workArea(x11) {
     for (QScreen *screen : QGuiApplication::screens()) {
         watch(screen);
     }
@@ -55,32 +51,31 @@ ScreenDisplays::ScreenDisplays(X11Connection &x11) : m_x11(x11) {
     });
     connect(qGuiApp, &QGuiApplication::screenRemoved, this, &Displays::changed);
     connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, &Displays::changed);
-    connect(&m_x11, &X11Connection::rootPropertyChanged, this, [this](std::uint32_t atom) {
-        if (atom == m_x11.atom("_NET_CLIENT_LIST") || atom == m_x11.atom("_NET_WORKAREA")) {
-            readStruts();
-        }
-    });
-    readStruts();
+    connect(&m_workArea, &WorkArea::changed, this, &Displays::changed);
 }
 
 QList<Display> ScreenDisplays::displays() const {
-    QList<Display> result;
+    QList<const QScreen *> screens;
     for (const QScreen *screen : QGuiApplication::screens()) {
         // Mirrored outputs are one display to a person, and one place to be at.
-        const bool isMirror = std::ranges::any_of(result, [screen](const Display &display) {
-            return display.frame == screen->geometry();
+        const bool isMirror = std::ranges::any_of(screens, [screen](const QScreen *other) {
+            return other->geometry() == screen->geometry();
         });
         if (!isInvented(*screen) && !isMirror) {
-            result.append(display(*screen));
+            screens.append(screen);
         }
+    }
+    QList<Display> result;
+    for (const QScreen *screen : screens) {
+        result.append(display(*screen, screens.size() == 1));
     }
     return result;
 }
 
-Display ScreenDisplays::display(const QScreen &screen) const {
+Display ScreenDisplays::display(const QScreen &screen, bool isAlone) const {
     Display result{.id = displayID(screen.name()),
                    .frame = screen.geometry(),
-                   .visibleFrame = workArea(screen),
+                   .visibleFrame = workArea(screen, isAlone),
                    .isBuiltin = isBuiltin(screen.name())};
     if (result.isBuiltin) {
         addNotch(result, screen);
@@ -109,40 +104,9 @@ void ScreenDisplays::watch(QScreen *screen) {
     connect(screen, &QScreen::physicalDotsPerInchChanged, this, &Displays::changed);
 }
 
-void ScreenDisplays::readStruts() {
-    const auto windows = m_x11.property(m_x11.root(), "_NET_CLIENT_LIST", XCB_ATOM_WINDOW);
-    // All questions go out before the first answer is read: one round trip for all windows.
-    QList<xcb_get_property_cookie_t> cookies;
-    for (const std::uint32_t window : windows) {
-        cookies.append(xcb_get_property(m_x11.connection(), 0, window,
-                                        m_x11.atom("_NET_WM_STRUT_PARTIAL"), XCB_ATOM_CARDINAL, 0,
-                                        12));
-    }
-    QList<Strut> struts;
-    for (const auto cookie : cookies) {
-        const XcbReply<xcb_get_property_reply_t> reply(
-            xcb_get_property_reply(m_x11.connection(), cookie, nullptr));
-        if (reply && reply->format == 32) {
-            const auto *items =
-                static_cast<const std::uint32_t *>(xcb_get_property_value(reply.get()));
-            struts.append(Strut::of(QList<std::uint32_t>(items, items + reply->value_len)));
-        }
-    }
-    struts.removeIf([](const Strut &strut) { return strut.isEmpty(); });
-    if (struts != m_struts) {
-        m_struts = struts;
-        emit changed();
-    }
-}
-
-QRect ScreenDisplays::workArea(const QScreen &screen) const {
+QRect ScreenDisplays::workArea(const QScreen &screen, bool isAlone) const {
     const QRect device = deviceRect(screen);
-    QRect area = device;
-    // Struts are counted from the edges of the whole desktop, not from those of a screen.
-    const QSize desktop = m_x11.rootSize();
-    for (const Strut &strut : m_struts) {
-        area = strut.shrink(area, device, desktop);
-    }
+    const QRect area = m_workArea.of(device, isAlone);
     // A point that is only in part below a bar counts as free: what hangs there leaves no gap.
     const double scale = screen.devicePixelRatio();
     const auto points = [&](int pixels) { return static_cast<int>(std::floor(pixels / scale)); };

@@ -2,7 +2,7 @@
 
 #include "Platform/Displays.h"
 #include "Platform/Linux/KnownNotches.h"
-#include "Platform/Linux/X11/Strut.h"
+#include "Platform/Linux/X11/WorkArea.h"
 
 class QScreen;
 
@@ -23,14 +23,12 @@ public:
 
 private:
     void watch(QScreen *screen);
-    void readStruts();
-    Display display(const QScreen &screen) const;
+    Display display(const QScreen &screen, bool isAlone) const;
     void addNotch(Display &display, const QScreen &screen) const;
-    QRect workArea(const QScreen &screen) const;
+    QRect workArea(const QScreen &screen, bool isAlone) const;
 
-    X11Connection &m_x11;
     const KnownNotches m_notches;
-    QList<Strut> m_struts;
+    const WorkArea m_workArea;
 };
 
 } // namespace morvane

@@ -29,17 +29,27 @@ const xcb_screen_t *screenAt(xcb_connection_t *connection, int number) {
     return screen.data;
 }
 
-/// The window that has been moved, shown, hidden or closed, if the event is about that.
-std::optional<std::uint32_t> restructuredWindow(const xcb_generic_event_t &event) {
+/// A window that has been moved, shown, hidden or closed, and the one that was watched for that:
+/// itself, or the one it lies in.
+struct Restructuring {
+    std::uint32_t watched;
+    std::uint32_t window;
+};
+
+/// None when the event is about something else.
+std::optional<Restructuring> restructuring(const xcb_generic_event_t &event) {
+    const auto of = [](const auto &notice) { return Restructuring{notice.event, notice.window}; };
     switch (event.response_type & 0x7f) {
     case XCB_CONFIGURE_NOTIFY:
-        return reinterpret_cast<const xcb_configure_notify_event_t &>(event).window;
+        return of(reinterpret_cast<const xcb_configure_notify_event_t &>(event));
     case XCB_MAP_NOTIFY:
-        return reinterpret_cast<const xcb_map_notify_event_t &>(event).window;
+        return of(reinterpret_cast<const xcb_map_notify_event_t &>(event));
     case XCB_UNMAP_NOTIFY:
-        return reinterpret_cast<const xcb_unmap_notify_event_t &>(event).window;
+        return of(reinterpret_cast<const xcb_unmap_notify_event_t &>(event));
+    case XCB_REPARENT_NOTIFY:
+        return of(reinterpret_cast<const xcb_reparent_notify_event_t &>(event));
     case XCB_DESTROY_NOTIFY:
-        return reinterpret_cast<const xcb_destroy_notify_event_t &>(event).window;
+        return of(reinterpret_cast<const xcb_destroy_notify_event_t &>(event));
     default:
         return std::nullopt;
     }
@@ -68,7 +78,7 @@ bool X11Connection::isReachable() {
 X11Connection::X11Connection(Handle connection, int screen)
     : m_connection(std::move(connection)), m_root(screenAt(m_connection.get(), screen)->root) {
     m_isXwayland = findXwayland();
-    watchRoot();
+    watchRoot(XCB_EVENT_MASK_PROPERTY_CHANGE);
     watchCompositor(screen);
     findInputExtension();
     const int descriptor = xcb_get_file_descriptor(m_connection.get());
@@ -141,9 +151,13 @@ bool X11Connection::findXwayland() {
            });
 }
 
-void X11Connection::watchRoot() {
-    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+void X11Connection::watchRoot(std::uint32_t events) {
     xcb_change_window_attributes(connection(), m_root, XCB_CW_EVENT_MASK, &events);
+}
+
+void X11Connection::watchTopLevels() {
+    watchRoot(XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
+    xcb_flush(connection());
 }
 
 void X11Connection::watchCompositor(int screen) {
@@ -214,6 +228,7 @@ void X11Connection::readEvents() {
         m_notifier->setEnabled(false);
         return;
     }
+    bool haveTopLevelsChanged = false;
     while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(connection())}) {
         const auto type = static_cast<std::uint8_t>(event->response_type & 0x7f);
         if (type == XCB_PROPERTY_NOTIFY) {
@@ -229,11 +244,19 @@ void X11Connection::readEvents() {
             if (notice->extension == m_inputExtension) {
                 readInputEvent(notice->event_type, notice->detail);
             }
-        } else if (const auto window = restructuredWindow(*event)) {
-            emit windowStructureChanged(*window);
+        } else if (const auto change = restructuring(*event)) {
+            if (change->watched == m_root) {
+                // Windows that are only moved, maybe by hand, come and go nowhere.
+                haveTopLevelsChanged = haveTopLevelsChanged || type != XCB_CONFIGURE_NOTIFY;
+            } else {
+                emit windowStructureChanged(change->window);
+            }
         } else if (m_selectionEvent != 0 && type == m_selectionEvent) {
             readComposited();
         }
+    }
+    if (haveTopLevelsChanged) {
+        emit topLevelsChanged();
     }
 }
 

@@ -41,6 +41,10 @@ public:
     void watchWindow(std::uint32_t window);
     void stopWatching(std::uint32_t window);
 
+    /// From now on tells when windows come to or go from the desktop, which the window manager need
+    /// not know of.
+    void watchTopLevels();
+
     /// Whether to tell of the buttons of all mice, wherever they are pressed.
     void watchPresses(bool watch);
 
@@ -61,6 +65,8 @@ signals:
     void windowPropertyChanged(std::uint32_t window, std::uint32_t atom);
     /// A watched window has been moved, shown, hidden or closed.
     void windowStructureChanged(std::uint32_t window);
+    /// Windows that lie on the desktop have been shown, hidden or closed, or put into another.
+    void topLevelsChanged();
     void compositedChanged();
     /// A mouse button has gone down somewhere on the screen, even where another program sees it.
     void pressed(std::uint32_t button);
@@ -75,7 +81,7 @@ private:
 
     X11Connection(Handle connection, int screen);
     bool findXwayland();
-    void watchRoot();
+    void watchRoot(std::uint32_t events);
     void watchCompositor(int screen);
     void findInputExtension();
     void selectInput(std::uint16_t devices, std::uint32_t mask);

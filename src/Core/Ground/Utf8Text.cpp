@@ -1,0 +1,12 @@
+#include "Core/Ground/Utf8Text.h"
+
+#include <QStringDecoder>
+
+namespace morvane {
+
+QString textOf(std::string_view utf8) {
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+    return decoder(QByteArrayView(utf8.data(), static_cast<qsizetype>(utf8.size())));
+}
+
+} // namespace morvane

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QString>
+#include <QThreadPool>
+#include <QVariantMap>
+
+#include <atomic>
+#include <cstdint>
+
+namespace morvane {
+
+/// The file of one domain of the defaults. What is to be written is handed to a thread that does
+/// nothing else, so that nobody waits for a disk: in the order in which it was asked for, each time
+/// whole or not at all, and without what a later write has overtaken before its turn came. Owned by
+/// one thread, which calls everything here.
+class DefaultsFile {
+public:
+    explicit DefaultsFile(QString path) : m_path(std::move(path)) { m_writer.setMaxThreadCount(1); }
+
+    /// Waits as `flush` does.
+    ~DefaultsFile() = default;
+    DefaultsFile(const DefaultsFile &) = delete;
+    DefaultsFile &operator=(const DefaultsFile &) = delete;
+
+    /// What it holds, empty where there is no file; called before the first write. What can't be
+    /// understood, or is no regular file, counts as empty, and is put aside before it would be
+    /// written over.
+    QVariantMap read();
+
+    /// Begins to write. A failure leaves the file as it is.
+    void write(const QVariantMap &values);
+
+    /// Waits until the disk has what was last to be written.
+    void flush() { m_writer.waitForDone(); }
+
+private:
+    void replace(const QVariantMap &values);
+
+    const QString m_path;
+    bool m_isUnreadable = false;            ///< the writer's, from the first write on
+    std::atomic<std::uint64_t> m_asked = 0; ///< how many writes there were to be
+    QThreadPool m_writer;                   ///< last, since its end waits for what uses the others
+};
+
+} // namespace morvane

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+
+namespace morvane {
+
+/// A lock on a file, which the kernel gives back when the process is gone, however it ended. What
+/// the file holds, and who has made it, is of no matter. Owned by whoever needs the lock.
+class KernelLock {
+public:
+    KernelLock() = default;
+    KernelLock(const KernelLock &) = delete;
+    KernelLock &operator=(const KernelLock &) = delete;
+    ~KernelLock();
+
+    enum class Outcome {
+        taken,
+        heldByAnother,
+        impossible, ///< the file can't be made or opened, or its file system has no locks
+    };
+
+    /// Doesn't wait. A lock that was taken before stays so.
+    [[nodiscard]] Outcome take(const QString &path);
+
+private:
+    int m_descriptor = -1;
+};
+
+} // namespace morvane

@@ -1,0 +1,119 @@
+#include "Platform/Linux/Desktop/SingleInstance.h"
+
+#include "Support/TemporaryHome.h"
+#include "Support/WaitUntil.h"
+
+#include <QCoreApplication>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <functional>
+#include <sys/stat.h>
+#include <thread>
+
+namespace morvane {
+namespace {
+
+constexpr Seconds noPatience(0);
+constexpr Seconds muchPatience(30);
+
+class SingleInstanceTest : public testing::Test {
+protected:
+    using Outcome = SingleInstance::Outcome;
+
+    SingleInstanceTest() {
+        QDir().mkpath(home.path("run"));
+        qputenv("XDG_RUNTIME_DIR", home.path("run").toUtf8());
+    }
+    ~SingleInstanceTest() override { qputenv("XDG_RUNTIME_DIR", runtimeFolder); }
+
+    Outcome claim(Seconds patience = noPatience) const {
+        return SingleInstance(home.path("config")).claim(patience);
+    }
+
+    /// The name that the lock's file has here.
+    QString lockFile() const {
+        EXPECT_EQ(claim(), Outcome::isFirst);
+        return home.path("config/" + QDir(home.path("config")).entryList({"*.lock"}).value(0));
+    }
+
+    const QByteArray runtimeFolder = qgetenv("XDG_RUNTIME_DIR");
+    TemporaryHome home;
+};
+
+TEST_F(SingleInstanceTest, ASecondTellsTheFirstAndGivesWay) {
+    int argumentCount = 1;
+    char name[] = "tests";
+    char *arguments[] = {name, nullptr};
+    const QCoreApplication application(argumentCount, arguments);
+    const QString lock = lockFile();
+    SingleInstance first(home.path("config"));
+    int reopenings = 0;
+    QObject::connect(&first, &SingleInstance::reopened, [&] { ++reopenings; });
+    ASSERT_EQ(first.claim(noPatience), Outcome::isFirst);
+    // Also when somebody has tidied up in the meantime.
+    for (const bool isTidied : {false, true}) {
+        if (isTidied) {
+            QFile::remove(lock);
+        }
+        std::atomic<bool> isDone = false;
+        Outcome outcome{};
+        std::thread second([&] {
+            outcome = claim(muchPatience);
+            isDone = true;
+        });
+        EXPECT_TRUE(becomesTrue([&] { return isDone.load(); }));
+        second.join();
+        EXPECT_EQ(outcome, Outcome::toldTheFirst);
+    }
+    EXPECT_EQ(reopenings, 2);
+}
+
+TEST_F(SingleInstanceTest, SaysThatTheFirstIsSilent) {
+    const QString lock = lockFile();
+    {
+        // It has come so far and no further.
+        KernelLock first;
+        ASSERT_EQ(first.take(lock), KernelLock::Outcome::taken);
+        EXPECT_EQ(claim(), Outcome::firstIsSilent);
+    }
+    {
+        SingleInstance first(home.path("config"));
+        ASSERT_EQ(first.claim(noPatience), Outcome::isFirst);
+        EXPECT_EQ(claim(), Outcome::firstIsSilent);
+    }
+    EXPECT_EQ(claim(), Outcome::isFirst);
+}
+
+TEST_F(SingleInstanceTest, NothingThatLiesInThePlaceOfItsFilesKeepsItFromStarting) {
+    const QString lock = lockFile();
+    const QByteArray name = QFile::encodeName(lock);
+    const std::function<void()> disturbances[] = {
+        [&] { home.write("config/" + QFileInfo(lock).fileName(), "4242\nmorvane\nelsewhere\n"); },
+        [&] { ::mkfifo(name.constData(), 0600); },
+        [&] { QFile::link("/nowhere/at/all", lock); },
+        [&] { QFile::link(lock, lock); },
+        [&] { QDir().mkpath(lock + "/full"); },
+        [&] { QDir(home.path("config")).removeRecursively(); },
+        [&] {
+            QDir(home.path("config")).removeRecursively();
+            home.write("config", "no folder");
+        }};
+    for (const auto &disturb : disturbances) {
+        SCOPED_TRACE(&disturb - disturbances);
+        QFile::remove(lock);
+        disturb();
+        SingleInstance first(home.path("config"));
+        EXPECT_EQ(first.claim(noPatience), Outcome::isFirst);
+        EXPECT_NE(claim(), Outcome::isFirst);
+    }
+}
+
+TEST_F(SingleInstanceTest, AnotherConfigurationIsAnotherProgram) {
+    SingleInstance first(home.path("config"));
+    ASSERT_EQ(first.claim(noPatience), Outcome::isFirst);
+    EXPECT_EQ(SingleInstance(home.path("other")).claim(noPatience), Outcome::isFirst);
+}
+
+} // namespace
+} // namespace morvane
