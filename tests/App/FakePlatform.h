@@ -8,18 +8,9 @@
 #include "Support/FakePointerMonitor.h"
 #include "Support/ManualPool.h"
 #include "Support/ManualScheduler.h"
+#include "Support/NoApplications.h"
 
 namespace morvane {
-
-/// Knows no application.
-class NoApplications : public InstalledApplications {
-public:
-    std::optional<QString> displayName(const QString &) const override { return std::nullopt; }
-    bool isTerminal(const QString &) const override { return false; }
-    bool isCalled(const QString &bundleID, const QString &foreground) const override {
-        return bundleID == foreground;
-    }
-};
 
 /// Keeps whether the program starts at login, and fails when told to.
 class FakeLoginItem : public LoginItem {

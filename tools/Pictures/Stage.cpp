@@ -2,7 +2,7 @@
 
 #include "Core/Agents/TranscriptInfo.h"
 #include "Core/Navigation/HostApp.h"
-#include "Platform/InstalledApplications.h"
+#include "Support/NoApplications.h"
 
 #include <QApplication>
 #include <QLineEdit>
@@ -16,11 +16,6 @@ namespace {
 
 constexpr QSize screenSize(1280, 800);
 constexpr int margin = 24;
-
-class NoApplications : public InstalledApplications {
-public:
-    std::optional<QString> displayName(const QString &) const override { return std::nullopt; }
-};
 
 Display display(Stage::Screen screen) {
     Display result{.id = 1, .frame = QRect({}, screenSize), .visibleFrame = QRect({}, screenSize)};

@@ -3,6 +3,7 @@
 #include "Support/Printing.h"
 
 #include <QString>
+#include <QStringList>
 #include <gtest/gtest.h>
 
 namespace morvane {
