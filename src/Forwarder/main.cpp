@@ -18,9 +18,9 @@
 //
 // Posts standard input to 127.0.0.1:PORT. MORVANE_HEADERS holds the header lines, one to a line: in
 // the environment, since the token among them must not be seen in a list of processes, and only a
-// server of the same user gets to hear them. With "decide" a complete answer of status 200 goes to standard output, with "copy" the input does, and
-// no answer is awaited. Whatever happens, the exit status is 0 and nothing else is printed: no
-// failure here may disturb the agent.
+// server of the same user gets to hear them. With "decide" a complete answer of status 200 goes to
+// standard output, with "copy" the input does, and no answer is awaited. Whatever happens, the exit
+// status is 0 and nothing else is printed: no failure here may disturb the agent.
 
 namespace morvane {
 

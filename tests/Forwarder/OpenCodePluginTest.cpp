@@ -173,6 +173,18 @@ TEST_F(OpenCodePlugin, SaysWhereItRuns) {
     }
 }
 
+TEST_F(OpenCodePlugin, SaysNothingToAnotherUser) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "needs root";
+    }
+    for (const std::string address : {"127.0.0.1", "0.0.0.0", "::"}) {
+        CapturingListener stranger(okAnswer, {address, 4711});
+        const auto process = start(stranger.port(), wholeTurn);
+        expectSilence(*process);
+        EXPECT_TRUE(stranger.hasHeardNothing()) << address;
+    }
+}
+
 TEST_F(OpenCodePlugin, HoldsNothingUpWhenNobodyListensOrAnswers) {
     const auto unheard = start(CapturingListener(std::nullopt).port(), wholeTurn);
     expectSilence(*unheard);
