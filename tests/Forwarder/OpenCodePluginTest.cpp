@@ -153,6 +153,8 @@ TEST_F(OpenCodePlugin, SaysWhereItRuns) {
         // A terminal that was started from within tmux, in a pane of kitty.
         {{"TERM=alacritty", "TMUX=/t,1,0", "TMUX_PANE=%4", "KITTY_WINDOW_ID=3"},
          {"x-host-bundle: io.alacritty", "x-term-program: alacritty"}},
+        {{"TERM_PROGRAM=" + QString(1025, 'a'), "ZELLIJ_SESSION_NAME=main"},
+         {"x-zellij-session: main"}},
         {{"TERM_PROGRAM=a\r\nx-hook-event: b", "ZELLIJ_SESSION_NAME=main"},
          {"x-term-program: ax-hook-event: b", "x-zellij-session: main"}}};
     const QProcessEnvironment before = environment;
