@@ -96,9 +96,11 @@ int main() {
     morvane::EpollServer server;
     std::thread thread([&server] { server.run(); });
 
+    // The client first: a script trusts none that is newer.
+    fs::create_directories(folder / "client");
+    fs::copy_file(FORWARDER, folder / "client" / "forwarder");
     const fs::path withClient = renderedHook(folder / "client", server.port());
     const fs::path withCurl = renderedHook(folder / "curl", server.port());
-    fs::copy_file(FORWARDER, folder / "client" / "forwarder");
     std::array<Contender, 3> contenders{
         Contender{"an empty shell", {"/bin/sh", "-c", ":"}, {}},
         Contender{"hook.sh", {withClient, "claude", "PreToolUse"}, {}},

@@ -34,7 +34,7 @@ inline long callWithWords(long number, long a, long b, long c, long d, long e, l
                  : "memory");
     return x0;
 #else
-#error "The system call of this processor is not written yet; hook.sh uses curl without a client."
+#error "The system call of this processor is not written yet; CMakeLists.txt leaves the client out."
 #endif
 }
 

@@ -3,6 +3,7 @@
 #include "ControllingTerminal.h"
 #include "Deadline.h"
 #include "Kernel.h"
+#include "Peer.h"
 
 #include <cerrno>
 #include <csignal>
@@ -16,10 +17,10 @@
 // forwarder PORT PATH [decide | copy]
 //
 // Posts standard input to 127.0.0.1:PORT. MORVANE_HEADERS holds the header lines, one to a line: in
-// the environment, since the token among them must not be seen in a list of processes. With
-// "decide" a complete answer of status 200 goes to standard output, with "copy" the input does, and
-// no answer is awaited. Whatever happens, the exit status is 0 and nothing else is printed: no
-// failure here may disturb the agent.
+// the environment, since the token among them must not be seen in a list of processes, and only a
+// server of the same user gets to hear them. With "decide" a complete answer of status 200 goes to
+// standard output, with "copy" the input does, and no answer is awaited. Whatever happens, the exit
+// status is 0 and nothing else is printed: no failure here may disturb the agent.
 
 namespace morvane {
 
@@ -32,6 +33,9 @@ constexpr long decisionSeconds = 90;
 
 /// A status line appears only after this, and each refresh cancels the one before.
 constexpr long copySeconds = 1;
+
+/// Bytes. No event is as long, and an agent gone wild must not fill the memory.
+constexpr size_t longestPayload = 16 << 20;
 
 enum class Mode {
     Tell,   ///< the beginning of any answer is enough
@@ -49,8 +53,10 @@ std::string_view valueOf(std::string_view name, char **environment) {
     return {};
 }
 
-/// False when the payload's end did not come in time: half a payload is of no use to anyone.
+/// False when the payload's end did not come in time or within the limit: half a payload is of no
+/// use to anyone. What is too long is still taken, since the agent may not like a broken pipe.
 bool readPayload(Buffer &payload, const Deadline &deadline) {
+    bool isTooLong = false;
     for (;;) {
         if (!payload.reserve() || !deadline.await(STDIN_FILENO, POLLIN))
             return false;
@@ -58,8 +64,9 @@ bool readPayload(Buffer &payload, const Deadline &deadline) {
         if (size == -EAGAIN || size == -EINTR)
             continue;
         if (size <= 0)
-            return true;
-        payload.grow(static_cast<size_t>(size));
+            return !isTooLong;
+        isTooLong = isTooLong || payload.view().size() + static_cast<size_t>(size) > longestPayload;
+        payload.grow(isTooLong ? 0 : static_cast<size_t>(size));
     }
 }
 
@@ -173,7 +180,8 @@ void forward(std::uint16_t port, std::string_view path, std::string_view headers
     if (!writeHead(head, path, headers, terminal, payload.view().size()))
         return;
     const int connection = connectTo(port, prompt);
-    if (connection < 0 || !send(connection, head.view(), payload.view(), end) || mode == Mode::Copy)
+    if (connection < 0 || !isPeerOurs(connection, port) ||
+        !send(connection, head.view(), payload.view(), end) || mode == Mode::Copy)
         return;
     Buffer answer;
     while (receive(connection, answer, end)) {

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <unistd.h>
 #include <vector>
 
 namespace morvane::tests {
@@ -23,17 +24,25 @@ struct CapturedRequest {
     std::string body;
 };
 
+/// Where a listener stands, and whose it is. Only root can have one that is another user's.
+struct ListenerPlace {
+    std::string address = "127.0.0.1";
+    uid_t owner = geteuid();
+};
+
 /// Stands in for the server on a free port: keeps the requests, answers each with the given bytes
 /// and closes, or holds it until its peer hangs up. A thread of its own does the work.
 class CapturingListener {
 public:
     /// Without an answer every request is held.
-    explicit CapturingListener(std::optional<std::string> answer);
+    explicit CapturingListener(std::optional<std::string> answer, const ListenerPlace &place = {});
     ~CapturingListener();
 
     [[nodiscard]] std::uint16_t port() const { return m_port; }
     /// The earliest request not yet taken; an empty one after a generous wait.
     [[nodiscard]] CapturedRequest take();
+    /// Whether nobody has said a word by now, but for this question itself. Needs an answer.
+    [[nodiscard]] bool hasHeardNothing();
     /// Whether the peer of a held request hung up within a generous wait.
     [[nodiscard]] bool awaitHangUp();
 
@@ -42,6 +51,7 @@ private:
     void handle(int connection);
 
     const std::optional<std::string> m_answer;
+    const uid_t m_owner;
     int m_listener;
     int m_stopped;
     std::uint16_t m_port = 0;

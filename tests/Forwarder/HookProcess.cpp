@@ -66,9 +66,9 @@ HookProcess::HookProcess(Carrier carrier, std::uint16_t port, std::vector<std::s
     : m_name(std::move(name)), m_shell(std::move(shell)) {
     std::string pattern = (fs::temp_directory_path() / "hook-test-XXXXXX").string();
     m_folder = mkdtemp(pattern.data());
-    std::ofstream(script()) << rendered(m_name, port);
     if (carrier == Carrier::Client)
-        fs::copy_file(FORWARDER, client());
+        fs::copy_file(FORWARDER, client()); // first, since a script trusts none that is newer
+    std::ofstream(script()) << rendered(m_name, port);
     setEnvironment({});
 }
 

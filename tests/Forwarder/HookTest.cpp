@@ -3,11 +3,16 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 namespace morvane::tests {
@@ -21,6 +26,12 @@ void retarget(const fs::path &client) {
     std::fstream file(client, std::ios::in | std::ios::out | std::ios::binary);
     file.seekp(18); // where the processor stands
     file.put('\0');
+}
+
+/// As a full disk may leave it.
+void truncate(const fs::path &client) {
+    fs::resize_file(client, 2000);
+    fs::last_write_time(client, fs::last_write_time(client) + std::chrono::seconds(10));
 }
 
 /// Either way of sending.
@@ -112,7 +123,12 @@ TEST_P(Hook, WaitsWithTheTokenOutOfSightAndEndsWithTheHook) {
 TEST(Client, ThatCannotRunHereIsReplacedByCurl) {
     for (const auto &shell : HookProcess::shells()) {
         for (const auto &spoil : std::vector<void (*)(const fs::path &)>{
-                 retarget, [](const fs::path &client) { fs::resize_file(client, 0); },
+                 retarget, truncate, [](const fs::path &client) { fs::resize_file(client, 0); },
+                 [](const fs::path &client) { fs::remove(client) && fs::create_directory(client); },
+                 [](const fs::path &client) {
+                     fs::remove(client);
+                     mkfifo(client.c_str(), 0700);
+                 },
                  [](const fs::path &client) { fs::permissions(client, fs::perms::owner_read); }}) {
             CapturingListener listener(response("200 OK", "{}"));
             HookProcess hook(Carrier::Client, listener.port(), shell);
@@ -123,12 +139,38 @@ TEST(Client, ThatCannotRunHereIsReplacedByCurl) {
     }
 }
 
-TEST(Client, ThatCannotBeStartedAfterAllIsNoFailure) {
+TEST(Client, ThatCannotBeStartedAfterAllIsReplacedByCurl) {
     for (const auto &shell : HookProcess::shells()) {
-        HookProcess hook(Carrier::Client, portWithoutServer(), shell);
+        CapturingListener listener(response("200 OK", "{}"));
+        HookProcess hook(Carrier::Client, listener.port(), shell);
         const std::ofstream busy(hook.client(), std::ios::app); // no program starts meanwhile
-        expectSilence(hook.run({"claude", "Stop"}));
+        expectOutput(hook.run({"claude", "PreToolUse", "decide"}), "{}");
+        EXPECT_TRUE(listener.take().headers["user-agent"].starts_with("curl/"));
     }
+}
+
+// As before Linux 6.1.
+TEST(Client, RunsWhereTheKernelDoesNotNameTheProcessor) {
+    std::thread([] { // of which a part of the file system is its own
+        if (unshare(CLONE_NEWNS) != 0 ||
+            mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+            mount("/dev/null", "/proc/sys/kernel/arch", nullptr, MS_BIND, nullptr) != 0)
+            GTEST_SKIP() << "needs root";
+        for (const auto &shell : HookProcess::shells()) {
+            CapturingListener listener(response("200 OK", ""));
+            HookProcess hook(Carrier::Client, listener.port(), shell);
+            expectSilence(hook.run({"claude", "Stop"}));
+            EXPECT_EQ(listener.take().headers.count("user-agent"), 0U);
+        }
+    })
+        .join();
+}
+
+TEST(Client, KeepsAPayloadWithoutAnEndToItself) {
+    CapturingListener listener(response("200 OK", ""));
+    HookProcess hook(Carrier::Client, listener.port());
+    expectSilence(hook.run({"claude", "Stop"}, std::string(17 << 20, 'x')));
+    EXPECT_TRUE(listener.hasHeardNothing());
 }
 
 TEST(Client, AndCurlBothMissingAreNoFailure) {

@@ -153,6 +153,8 @@ TEST_F(OpenCodePlugin, SaysWhereItRuns) {
         // A terminal that was started from within tmux, in a pane of kitty.
         {{"TERM=alacritty", "TMUX=/t,1,0", "TMUX_PANE=%4", "KITTY_WINDOW_ID=3"},
          {"x-host-bundle: io.alacritty", "x-term-program: alacritty"}},
+        {{"TERM_PROGRAM=" + QString(1025, 'a'), "ZELLIJ_SESSION_NAME=main"},
+         {"x-zellij-session: main"}},
         {{"TERM_PROGRAM=a\r\nx-hook-event: b", "ZELLIJ_SESSION_NAME=main"},
          {"x-term-program: ax-hook-event: b", "x-zellij-session: main"}}};
     const QProcessEnvironment before = environment;
@@ -170,6 +172,18 @@ TEST_F(OpenCodePlugin, SaysWhereItRuns) {
         EXPECT_EQ(request.headers["x-hook-event"], "session.created");
         EXPECT_EQ(request.host(), expected);
         EXPECT_EQ(process->wait(), 0);
+    }
+}
+
+TEST_F(OpenCodePlugin, SaysNothingToAnotherUser) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "needs root";
+    }
+    for (const std::string address : {"127.0.0.1", "0.0.0.0", "::"}) {
+        CapturingListener stranger(okAnswer, {address, 4711});
+        const auto process = start(stranger.port(), wholeTurn);
+        expectSilence(*process);
+        EXPECT_TRUE(stranger.hasHeardNothing()) << address;
     }
 }
 

@@ -154,6 +154,7 @@ TEST_P(StatusLine, NamesTheBranchOfTheNearestRepository) {
     folder.write("shop/.git/modules/part/HEAD", "0123456789abcdef0123456789abcdef01234567\n");
     folder.write("long/.git/HEAD", "ref: refs/heads/" + QByteArray(60, 'b') + "\n");
     folder.write("hostile/.git/HEAD", "ref: refs/heads/a\x1b[31m\u009b2J\x07z\n");
+    folder.write("endless/.git/HEAD", "ref: refs/heads/" + QByteArray(100'000, '\1'));
     folder.write("other/.git/HEAD", "ref: refs/heads/.invalid\n");
     folder.write("broken/.git", "nothing\n");
     folder.write("pipe/.git/config", "");
@@ -166,6 +167,7 @@ TEST_P(StatusLine, NamesTheBranchOfTheNearestRepository) {
                                       {"shop/part", "part (0123456)"},
                                       {"long", "long (" + std::string(37, 'b') + "…)"},
                                       {"hostile", "hostile (a[31m2Jz)"},
+                                      {"endless", "endless"},
                                       {"other", "other"},
                                       {"broken", "broken"},
                                       {"pipe", "pipe"}};
@@ -179,7 +181,8 @@ TEST_P(StatusLine, IsTheSameWithCurl) {
     CapturingListener listener(response("200 OK", "not to be shown"));
     HookProcess script = process(Carrier::Curl, listener.port());
     script.setEnvironment({"http_proxy=http://127.0.0.1:9", "ALL_PROXY=http://127.0.0.1:9",
-                           "LC_ALL=C.UTF-8", "IFS=x-"});
+                           "LC_ALL=C.UTF-8", "IFS=x-", "SHELLOPTS=nounset:xtrace:errexit",
+                           "BASH_XTRACEFD=1"});
     for (const LineCase &testCase : std::vector<LineCase>{
              {usualStatus + "\n\n", usualLine},
              {R"({"x":")" + std::string(2'000'000, 'y') + R"(","cwd":"/ä"})", "ä"},

@@ -57,7 +57,7 @@ std::optional<QByteArray> contentOf(const QString &path) {
 std::optional<Failure> writeForwarder() {
     const auto client = contentOf(QStringLiteral(":/templates/forwarder"));
     if (!client) {
-        return Failure{ForwarderScripts::tr("forwarder missing from bundle")};
+        return std::nullopt; // built for a processor that has none, where the scripts use curl
     }
     const QString name = QStringLiteral("forwarder");
     const bool isCurrent = isExecutable(name) && contentOf(pathOf(name)) == client;
@@ -85,7 +85,8 @@ std::optional<Failure> ForwarderScripts::writeHookScript() const {
     if (const auto failure = makeScriptFolder()) {
         return failure;
     }
-    // The client goes first: a script may find a client that is too new, but never one too old.
+    // The client goes first: a script may find a client that is too new, but never one too old,
+    // and it does not trust one that has been written to after the script.
     if (const auto failure = writeForwarder()) {
         return failure;
     }

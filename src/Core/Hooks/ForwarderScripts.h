@@ -25,7 +25,7 @@ public:
     static bool isHookScriptExecutable();
     static bool isStatusLineScriptExecutable();
 
-    /// Writes `hook.sh`, and the client beside it.
+    /// Writes `hook.sh`, and the client beside it where this machine's processor has one.
     [[nodiscard]] std::optional<Failure> writeHookScript() const;
 
     /// Writes `statusline.sh`.

@@ -10,6 +10,11 @@
 namespace morvane {
 namespace {
 
+/// Only some processors have a client.
+bool hasClient() {
+    return QFile::exists(":/templates/forwarder");
+}
+
 ForwarderScripts scripts(std::uint16_t port) {
     return {"the-token", port};
 }
@@ -21,9 +26,10 @@ TEST(ForwarderScripts, PutsPortAndTokenIntoTheScript) {
     EXPECT_TRUE(script.startsWith("#!/bin/sh\n"));
     EXPECT_TRUE(script.contains("40123") && script.contains("the-token"));
     EXPECT_FALSE(script.contains("__PORT__") || script.contains("__TOKEN__"));
-    EXPECT_TRUE(home.read(".morvane/forwarder")
-                    .startsWith("\x7f"
-                                "ELF"));
+    EXPECT_EQ(home.read(".morvane/forwarder")
+                  .startsWith("\x7f"
+                              "ELF"),
+              hasClient());
 
     const auto mode = [&](const QString &relative) {
         return QFileInfo(home.path(relative)).permissions() & QFile::Permissions(0x0777);
@@ -31,6 +37,9 @@ TEST(ForwarderScripts, PutsPortAndTokenIntoTheScript) {
     const QFile::Permissions readable =
         QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther;
     for (const auto *executable : {".morvane/hook.sh", ".morvane/forwarder"}) {
+        if (!QFile::exists(home.path(QString::fromLatin1(executable))) && !hasClient()) {
+            continue;
+        }
         EXPECT_EQ(mode(QString::fromLatin1(executable)) & readable, readable) << executable;
         EXPECT_TRUE(QFileInfo(home.path(QString::fromLatin1(executable))).isExecutable());
     }
@@ -39,6 +48,9 @@ TEST(ForwarderScripts, PutsPortAndTokenIntoTheScript) {
 }
 
 TEST(ForwarderScripts, RewritesTheScriptButNotAClientThatIsTheSame) {
+    if (!hasClient()) {
+        GTEST_SKIP() << "this processor has none";
+    }
     const TemporaryHome home;
     ASSERT_FALSE(scripts(1).writeHookScript());
     QFile client(home.path(".morvane/forwarder"));

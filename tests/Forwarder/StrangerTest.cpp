@@ -1,0 +1,88 @@
+#include "CapturingListener.h"
+#include "HookProcess.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cerrno>
+#include <cstddef>
+#include <functional>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <thread>
+#include <unistd.h>
+
+// While Morvane is away, whoever is quick gets its port.
+
+namespace morvane::tests {
+
+namespace {
+
+constexpr uid_t anotherUser = 4711;
+
+class Stranger : public testing::TestWithParam<Carrier> {
+protected:
+    void SetUp() override {
+        if (geteuid() != 0)
+            GTEST_SKIP() << "needs root";
+    }
+
+    static void expectNothingSaid() {
+        for (const std::string address : {"127.0.0.1", "0.0.0.0", "::", "::ffff:127.0.0.1"}) {
+            SCOPED_TRACE(address);
+            CapturingListener stranger(response("200 OK", "allow"), {address, anotherUser});
+            for (const auto &shell : HookProcess::shells()) {
+                HookProcess hook(GetParam(), stranger.port(), shell);
+                expectSilence(hook.run({"claude", "Stop"}));
+                expectSilence(hook.run({"claude", "PreToolUse", "decide"}));
+                HookProcess statusLine(GetParam(), stranger.port(), shell, "statusline.sh");
+                expectOutput(statusLine.run({}, R"({"cwd":"/a"})"), "a\n");
+            }
+            EXPECT_TRUE(stranger.hasHeardNothing());
+        }
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(, Stranger, testing::Values(Carrier::Client, Carrier::Curl),
+                         [](const auto &info) {
+                             return info.param == Carrier::Client ? "client" : "curl";
+                         });
+
+/// Does something where the kernel refuses to talk of its sockets, as in many a sandbox.
+void withoutNetlink(const std::function<void()> &action) {
+    std::thread([&] {
+        constexpr auto load = BPF_LD | BPF_W | BPF_ABS;
+        constexpr auto equals = BPF_JMP | BPF_JEQ | BPF_K;
+        std::array<sock_filter, 6> steps{
+            {BPF_STMT(load, offsetof(seccomp_data, nr)), BPF_JUMP(equals, SYS_socket, 0, 3),
+             BPF_STMT(load, offsetof(seccomp_data, args)), BPF_JUMP(equals, AF_NETLINK, 0, 1),
+             BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EACCES),
+             BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW)}};
+        const sock_fprog filter{steps.size(), steps.data()};
+        ASSERT_EQ(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), 0);
+        ASSERT_EQ(prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter), 0);
+        action();
+    }).join();
+}
+
+TEST_P(Stranger, HearsNothingAndIsNotHeard) {
+    expectNothingSaid();
+}
+
+TEST_P(Stranger, IsKnownWhereTheKernelRefusesTheQuestion) {
+    withoutNetlink(expectNothingSaid);
+}
+
+TEST(Server, OfThisUserIsKnownWhereTheKernelRefusesTheQuestion) {
+    CapturingListener listener(response("200 OK", "{}"));
+    HookProcess hook(Carrier::Client, listener.port());
+    withoutNetlink([&] { expectOutput(hook.run({"claude", "PreToolUse", "decide"}), "{}"); });
+    EXPECT_EQ(listener.take().headers["x-morvane-token"], HookProcess::token());
+}
+
+} // namespace
+
+} // namespace morvane::tests
