@@ -72,7 +72,7 @@ void Defaults::write() {
         }
         m_unreadable = false;
     }
-    WholeFile file(path);
+    WholeFile file(linkTarget(path));
     file.setMode(0600); // the token is in it
     std::ignore = file.write(DefaultsFormat::write(m_values));
 }
