@@ -5,8 +5,9 @@
 
 #include <optional>
 
-/// Reads a bounded part, or all, of a file that somebody else writes, and only of a regular one: a pipe or
-/// a device in its place is refused at once instead of waited for. Stateless; safe from any thread.
+/// Reads a bounded part, or all, of a file that somebody else writes, and only of a regular one: a
+/// pipe or a device in its place is refused at once instead of waited for. Stateless; safe from any
+/// thread.
 namespace morvane::RegularFile {
 
 /// What it holds. None when it can't be read.

@@ -27,8 +27,9 @@ public:
     /// byte is written.
     void setMode(mode_t mode) { m_mode = mode; }
 
-    /// Makes the file look like the one at `model`, which must exist: owner, permission bits, access
-    /// list and whatever other attributes it has. They hold before the first byte is written.
+    /// Makes the file look like the one at `model`, which must exist: owner, permission bits,
+    /// access list and whatever other attributes it has. They hold before the first byte is
+    /// written.
     void setModel(const QString &model) { m_model = model; }
 
     [[nodiscard]] std::optional<Failure> fill(const QByteArray &content);

@@ -35,29 +35,29 @@ std::optional<json> AgentJsonFile::root(std::optional<QByteArray> &content) cons
 
 std::optional<Failure> AgentJsonFile::edit(const Edit &edit) const {
     return m_file.rewrite([&](auto content) -> Changed {
-        const auto before = root(content);
-        return before ? changed(content, before, edit) : std::nullopt;
+        auto before = root(content);
+        return before ? changed(content, std::move(before), edit) : std::nullopt;
     });
 }
 
 std::optional<Failure> AgentJsonFile::editOrCreate(const Edit &edit) const {
     return m_file.rewrite([&](auto content) {
-        const auto before = root(content);
-        return changed(content, before, edit);
+        auto before = root(content);
+        return changed(content, std::move(before), edit);
     });
 }
 
 AgentJsonFile::Changed AgentJsonFile::changed(const std::optional<QByteArray> &content,
-                                              const std::optional<json> &root,
-                                              const Edit &edit) const {
-    const json before = root.value_or(json::object());
+                                              std::optional<json> root, const Edit &edit) const {
+    const bool isReadable = root.has_value();
+    const json before = std::move(root).value_or(json::object());
     json after = before;
-    if (!edit(after) || (root && after == before)) {
+    if (!edit(after) || (isReadable && after == before)) {
         return std::nullopt;
     }
     AgentSettingsChange change{
         .content = LenientJson::write(after),
-        .replacesUnreadable = content && !content->trimmed().isEmpty() && !root,
+        .replacesUnreadable = content && !content->trimmed().isEmpty() && !isReadable,
     };
     if (LenientJson::parse(*change.content) != after) {
         return Failure{tr("the settings would not be valid JSON any more")};
@@ -71,10 +71,10 @@ AgentJsonFile::Changed AgentJsonFile::changed(const std::optional<QByteArray> &c
 void AgentJsonFile::setOrigin(AgentSettingsChange &change, const std::optional<QByteArray> &content,
                               const json &before, const json &after) const {
     using enum AgentSettingsChange::Origin;
-    const bool isOurText = content && *content == LenientJson::write(before);
-    const auto origin = isOurText ? m_file.origin() : std::nullopt;
-    const json first = origin ? rootOf(origin->bytes).value_or(json::object()) : json();
-    const bool isOfOrigin = origin && m_ours.others(before) == m_ours.others(first);
+    const auto origin = content ? m_file.origin() : std::nullopt;
+    const bool isOurText = origin && *content == LenientJson::write(before);
+    const json first = isOurText ? rootOf(origin->bytes).value_or(json::object()) : json();
+    const bool isOfOrigin = isOurText && m_ours.others(before) == m_ours.others(first);
     if (isOfOrigin && !m_ours.isInstalled(after) &&
         (after == first || after == m_ours.roundTrip(first))) {
         change = {.content = origin->bytes, .origin = returned};

@@ -20,8 +20,8 @@ struct OurJson {
     std::function<nlohmann::json(nlohmann::json root)> others;
 };
 
-/// An agent's JSON settings file as a tree. What it held before our first write comes back, byte for
-/// byte, with the edit after which nothing of ours is left, if nobody else has changed anything
+/// An agent's JSON settings file as a tree. What it held before our first write comes back, byte
+/// for byte, with the edit after which nothing of ours is left, if nobody else has changed anything
 /// since. A file that can't be understood is looked at a second time, as
 /// `AgentSettingsFile::readAgain` tells. Synchronous; any thread, but no two on one file.
 class AgentJsonFile {
@@ -48,8 +48,8 @@ private:
     using Changed = Result<std::optional<AgentSettingsChange>>;
 
     std::optional<nlohmann::json> root(std::optional<QByteArray> &content) const;
-    Changed changed(const std::optional<QByteArray> &content,
-                    const std::optional<nlohmann::json> &root, const Edit &edit) const;
+    Changed changed(const std::optional<QByteArray> &content, std::optional<nlohmann::json> root,
+                    const Edit &edit) const;
     void setOrigin(AgentSettingsChange &change, const std::optional<QByteArray> &content,
                    const nlohmann::json &before, const nlohmann::json &after) const;
 

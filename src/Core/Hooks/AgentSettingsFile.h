@@ -41,8 +41,8 @@ class AgentSettingsFile {
     Q_DECLARE_TR_FUNCTIONS(AgentSettingsFile)
 
 public:
-    /// Waits a moment: long enough for an agent to write a small file, and too short for a person to
-    /// notice. A blocking wait, since whoever connects an agent is told at once how that went.
+    /// Waits a moment: long enough for an agent to write a small file, and too short for a person
+    /// to notice. A blocking wait, since whoever connects an agent is told at once how that went.
     static void moment();
 
     explicit AgentSettingsFile(QString path, std::function<void()> wait = &moment);
@@ -76,7 +76,8 @@ private:
 
     Result<Outcome> replace(const std::optional<QByteArray> &before,
                             const AgentSettingsChange &change) const;
-    std::optional<Failure> keepCopies(const QString &target, const std::optional<QByteArray> &before,
+    std::optional<Failure> keepCopies(const QString &target,
+                                      const std::optional<QByteArray> &before,
                                       const AgentSettingsChange &change) const;
     Result<Outcome> put(const QString &target, const std::optional<QByteArray> &before,
                         const std::optional<QByteArray> &content) const;

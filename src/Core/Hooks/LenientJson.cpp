@@ -140,7 +140,8 @@ private:
             } else if (next == '"') {
                 length = stringLength();
             } else {
-                length = std::min(m_rest.find_first_not_of("+-.,:0123456789Eaeflnrstu"), m_rest.size());
+                length =
+                    std::min(m_rest.find_first_not_of("+-.,:0123456789Eaeflnrstu"), m_rest.size());
             }
             if (length == 0) {
                 return false;

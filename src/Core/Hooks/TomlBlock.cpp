@@ -75,17 +75,20 @@ QByteArray withListBack(const QByteArray &text) {
     return TomlHookEntries::find(back).failure() ? others.join('\n') : back;
 }
 
+QByteArray withoutLineFeeds(QByteArray text) {
+    while (text.endsWith('\n')) {
+        text.chop(1);
+    }
+    return text;
+}
+
 /// What is not ours, without line feeds at its end.
 QByteArray othersIn(const QByteArray &text) {
     QByteArray others = strippingMorvaneBlock(text);
     if (const auto found = TomlHookEntries::find(others); !found.failure()) {
         others = found->withoutOurs;
     }
-    others = withListBack(others);
-    while (others.endsWith('\n')) {
-        others.chop(1);
-    }
-    return others;
+    return withoutLineFeeds(withListBack(others));
 }
 
 } // namespace
@@ -142,7 +145,8 @@ bool isStale(const QByteArray &text, const HookPlan &plan) {
 
 Result<QByteArray> install(const QByteArray &text, const HookPlan &plan) {
     QByteArray others = othersIn(text);
-    const auto before = TomlHookEntries::find(others);
+    // A line feed may only be the second half of a line's end.
+    const auto before = TomlHookEntries::find(others + '\n');
     if (const auto *failure = before.failure()) {
         return *failure;
     }
@@ -157,7 +161,7 @@ Result<QByteArray> install(const QByteArray &text, const HookPlan &plan) {
             Words::tr("\"hooks\" in config.toml is no list of hooks at line %1").arg(before->line)};
     }
     if (before->form == emptyList) {
-        others = before->withListBehind(tomlListMarker);
+        others = withoutLineFeeds(before->withListBehind(tomlListMarker));
     }
     const QByteArray result = (others.isEmpty() ? others : others + "\n\n") + tomlBlock(plan);
     const auto after = TomlHookEntries::find(result);

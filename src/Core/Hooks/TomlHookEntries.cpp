@@ -4,11 +4,10 @@
 
 #define TOML_HEADER_ONLY 1
 #define TOML_EXCEPTIONS 0
-#include <toml++/toml.h>
-
 #include <algorithm>
 #include <sstream>
 #include <string_view>
+#include <toml++/toml.h>
 
 namespace morvane {
 
@@ -137,8 +136,8 @@ Result<TomlHookEntries> TomlHookEntries::find(const QByteArray &text) {
     toml::parse_result parsed =
         toml::parse(std::string_view(text.constData(), static_cast<std::size_t>(text.size())));
     if (!parsed) {
-        return Failure{tr("config.toml is no valid TOML at line %1")
-                           .arg(parsed.error().source().begin.line)};
+        return Failure{
+            tr("config.toml is no valid TOML at line %1").arg(parsed.error().source().begin.line)};
     }
     toml::table &root = parsed.table();
     TomlHookEntries result;

@@ -11,8 +11,7 @@ TomlHookTarget::TomlHookTarget(AgentSettingsFile file, HookPlan plan, ForwarderS
     : m_file(std::move(file)), m_plan(plan), m_scripts(std::move(scripts)) {}
 
 /// What was read, or what is there a moment later where that isn't whole.
-std::optional<QByteArray>
-TomlHookTarget::settled(std::optional<QByteArray> content) const {
+std::optional<QByteArray> TomlHookTarget::settled(std::optional<QByteArray> content) const {
     const bool isWhole =
         !content || (!content->isEmpty() && !TomlHookEntries::find(*content).failure());
     auto later = isWhole ? std::nullopt : m_file.readAgain();

@@ -67,17 +67,18 @@ TEST(LenientJsonTest, BoundsItsDepth) {
     const auto nested = [](qsizetype levels) {
         return QByteArray(levels, '[') + QByteArray(levels, ']');
     };
-    for (const qsizetype levels : {500, 1001, 1002, 1'000'000}) {
+    for (const qsizetype levels : {500, 1001, 1002, 100'000}) {
         const std::string text = rewritten(nested(levels));
         EXPECT_EQ(std::ranges::count(text, ']'), levels);
         EXPECT_EQ(text, rewritten(text.c_str()));
     }
     const QByteArray deep = R"({"a": "]", /* ] */ "b": [1e9, null]})";
-    EXPECT_NE(rewritten(QByteArray(1001, '[') + deep + QByteArray(1001, ']')).find(deep), std::string::npos);
-    for (const QByteArray &broken : {"", "{]", "[}", "[\"", "[/*", "[#]"}) {
+    EXPECT_NE(rewritten(QByteArray(1001, '[') + deep + QByteArray(1001, ']')).find(deep),
+              std::string::npos);
+    for (const char *broken : {"{]", "[}", "[\"", "[/*", "[#]"}) {
         EXPECT_EQ(LenientJson::parse(QByteArray(1001, '[') + broken + QByteArray(1001, ']')),
                   std::nullopt)
-            << broken.constData();
+            << broken;
     }
     EXPECT_EQ(LenientJson::parse(QByteArray(1'000'000, '[')), std::nullopt);
 }
