@@ -82,13 +82,21 @@ QByteArray withoutLineFeeds(QByteArray text) {
     return text;
 }
 
+/// The text without entries of ours outside the block; as it is where it would say something else
+/// then.
+QByteArray strippingEntries(const QByteArray &text) {
+    const auto found = TomlHookEntries::find(text);
+    if (found.failure() || found->ours == 0) {
+        return text;
+    }
+    const auto left = TomlHookEntries::find(found->withoutOurs);
+    const bool isSame = !left.failure() && left->othersMeaning == found->othersMeaning;
+    return isSame ? found->withoutOurs : text;
+}
+
 /// What is not ours, without line feeds at its end.
 QByteArray othersIn(const QByteArray &text) {
-    QByteArray others = strippingMorvaneBlock(text);
-    if (const auto found = TomlHookEntries::find(others); !found.failure()) {
-        others = found->withoutOurs;
-    }
-    return withoutLineFeeds(withListBack(others));
+    return withoutLineFeeds(withListBack(strippingEntries(strippingMorvaneBlock(text))));
 }
 
 } // namespace

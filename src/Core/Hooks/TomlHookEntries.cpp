@@ -104,6 +104,25 @@ QByteArray withoutTables(const QByteArray &text, const TextPositions &positions,
     return cutter.result();
 }
 
+TomlHookEntries::Form formOf(const toml::node &hooks) {
+    using enum TomlHookEntries::Form;
+    const toml::array *array = hooks.as_array();
+    if (!array) {
+        return other;
+    }
+    if (array->empty()) {
+        return emptyList;
+    }
+    const toml::table *first = array->front().as_table();
+    return first && !first->is_inline() ? tables : list;
+}
+
+void removeOurEntries(toml::array &hooks) {
+    for (auto entry = hooks.begin(); entry != hooks.end();) {
+        entry = isOurTomlEntry(*entry) ? hooks.erase(entry) : std::next(entry);
+    }
+}
+
 /// Each entry with the comma that parts it from its neighbour.
 QByteArray withoutMembers(const QByteArray &text, const TextPositions &positions,
                           const toml::array &hooks) {
@@ -142,37 +161,23 @@ Result<TomlHookEntries> TomlHookEntries::find(const QByteArray &text) {
     toml::table &root = parsed.table();
     TomlHookEntries result;
     result.withoutOurs = text;
-    const auto found = root.find("hooks");
-    if (found == root.end()) {
-        result.othersMeaning = meaning(root);
-        return result;
-    }
-    const toml::node &node = found->second;
-    result.line = found->first.source().begin.line;
-    toml::array *hooks = found->second.as_array();
-    if (!hooks) {
-        result.form = Form::other;
-    } else if (hooks->empty()) {
+    if (const auto found = root.find("hooks"); found != root.end()) {
         const TextPositions positions(text);
-        result.form = Form::emptyList;
-        result.m_list = {positions.line(found->first.source().begin.line),
-                         positions.line(node.source().end.line + 1)};
-    } else {
-        const TextPositions positions(text);
-        const toml::table *first = hooks->front().as_table();
-        const bool isClosed = !first || first->is_inline();
-        result.form = isClosed ? Form::list : Form::tables;
-        result.ours = std::ranges::count_if(*hooks, isOurTomlEntry);
-        if (result.ours > 0) {
-            result.withoutOurs = isClosed ? withoutMembers(text, positions, *hooks)
-                                          : withoutTables(text, positions, *hooks);
+        const std::size_t line = found->first.source().begin.line;
+        result.form = formOf(found->second);
+        result.line = static_cast<qsizetype>(line);
+        result.m_list = {positions.line(line),
+                         positions.line(found->second.source().end.line + 1)};
+        if (toml::array *hooks = found->second.as_array()) {
+            result.ours = std::ranges::count_if(*hooks, isOurTomlEntry);
+            result.withoutOurs = result.form == Form::list
+                                     ? withoutMembers(text, positions, *hooks)
+                                     : withoutTables(text, positions, *hooks);
+            removeOurEntries(*hooks);
+            if (hooks->empty()) {
+                root.erase(found);
+            }
         }
-        for (auto entry = hooks->begin(); entry != hooks->end();) {
-            entry = isOurTomlEntry(*entry) ? hooks->erase(entry) : std::next(entry);
-        }
-    }
-    if (hooks && hooks->empty()) {
-        root.erase(found);
     }
     result.othersMeaning = meaning(root);
     return result;

@@ -21,7 +21,7 @@ using nlohmann::json;
 class HookInstallerTest : public testing::Test {
 protected:
     HookInstaller installer(AgentKind kind) const {
-        return {AgentRegistry::adapter(kind), settings, 40123};
+        return {AgentRegistry::adapter(kind), settings, 40123, [] {}};
     }
 
     static std::string failure(const std::optional<Failure> &result) {
