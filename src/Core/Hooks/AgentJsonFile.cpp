@@ -55,34 +55,37 @@ AgentJsonFile::Changed AgentJsonFile::changed(const std::optional<QByteArray> &c
     if (!edit(after) || (isReadable && after == before)) {
         return std::nullopt;
     }
-    AgentSettingsChange change{
-        .content = LenientJson::write(after),
-        .replacesUnreadable = content && !content->trimmed().isEmpty() && !isReadable,
-    };
-    if (LenientJson::parse(*change.content) != after) {
-        return Failure{tr("the settings would not be valid JSON any more")};
+    AgentSettingsChange change = sinceOrigin(content, before, after);
+    if (change.origin != AgentSettingsChange::Origin::returned) {
+        change.content = LenientJson::write(after);
+        change.replacesUnreadable = content && !content->trimmed().isEmpty() && !isReadable;
+        if (LenientJson::parse(*change.content) != after) {
+            return Failure{tr("the settings would not be valid JSON any more")};
+        }
     }
-    setOrigin(change, content, before, after);
     return change;
 }
 
-/// Comments, order and layout are a person's as well, so only a text that is ours to the last byte
-/// counts as one that nobody else has changed.
-void AgentJsonFile::setOrigin(AgentSettingsChange &change, const std::optional<QByteArray> &content,
-                              const json &before, const json &after) const {
+/// A change with its content still to come, unless it brings the origin back. Comments, order and
+/// layout are a person's as well, so only a text that is ours to the last byte counts as one that
+/// nobody else has changed.
+AgentSettingsChange AgentJsonFile::sinceOrigin(const std::optional<QByteArray> &content,
+                                               const json &before, const json &after) const {
     using enum AgentSettingsChange::Origin;
     const auto origin = content ? m_file.origin() : std::nullopt;
     const bool isOurText = origin && *content == LenientJson::write(before);
     const json first = isOurText ? rootOf(origin->bytes).value_or(json::object()) : json();
     const bool isOfOrigin = isOurText && m_ours.others(before) == m_ours.others(first);
+    // What is nothing but ours needs no backup, which would only keep our folder from going.
+    AgentSettingsChange change{.backsUp = !isOfOrigin || origin->bytes};
     if (isOfOrigin && !m_ours.isInstalled(after) &&
         (after == first || after == m_ours.roundTrip(first))) {
-        change = {.content = origin->bytes, .origin = returned};
+        change.content = origin->bytes;
+        change.origin = returned;
     } else if (!isOfOrigin && !m_ours.isInstalled(before)) {
         change.origin = taken;
     }
-    // What is nothing but ours needs no backup, which would only keep our folder from going.
-    change.backsUp = !isOfOrigin || origin->bytes;
+    return change;
 }
 
 } // namespace morvane

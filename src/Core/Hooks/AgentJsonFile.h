@@ -50,8 +50,9 @@ private:
     std::optional<nlohmann::json> root(std::optional<QByteArray> &content) const;
     Changed changed(const std::optional<QByteArray> &content, std::optional<nlohmann::json> root,
                     const Edit &edit) const;
-    void setOrigin(AgentSettingsChange &change, const std::optional<QByteArray> &content,
-                   const nlohmann::json &before, const nlohmann::json &after) const;
+    AgentSettingsChange sinceOrigin(const std::optional<QByteArray> &content,
+                                    const nlohmann::json &before,
+                                    const nlohmann::json &after) const;
 
     AgentSettingsFile m_file;
     OurJson m_ours;

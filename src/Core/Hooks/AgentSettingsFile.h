@@ -15,7 +15,7 @@ namespace morvane {
 /// What is to become of a settings file.
 struct AgentSettingsChange {
     /// None where the file goes.
-    std::optional<QByteArray> content;
+    std::optional<QByteArray> content = std::nullopt;
 
     /// False where the change touches nothing but what is ours, so that an older backup stays.
     bool backsUp = true;

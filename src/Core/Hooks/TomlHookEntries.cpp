@@ -166,13 +166,11 @@ Result<TomlHookEntries> TomlHookEntries::find(const QByteArray &text) {
         const std::size_t line = found->first.source().begin.line;
         result.form = formOf(found->second);
         result.line = static_cast<qsizetype>(line);
-        result.m_list = {positions.line(line),
-                         positions.line(found->second.source().end.line + 1)};
+        result.m_list = {positions.line(line), positions.line(found->second.source().end.line + 1)};
         if (toml::array *hooks = found->second.as_array()) {
             result.ours = std::ranges::count_if(*hooks, isOurTomlEntry);
-            result.withoutOurs = result.form == Form::list
-                                     ? withoutMembers(text, positions, *hooks)
-                                     : withoutTables(text, positions, *hooks);
+            result.withoutOurs = result.form == Form::list ? withoutMembers(text, positions, *hooks)
+                                                           : withoutTables(text, positions, *hooks);
             removeOurEntries(*hooks);
             if (hooks->empty()) {
                 root.erase(found);
