@@ -5,8 +5,9 @@
 
 #include <QTextStream>
 
-// install_agent AGENT: connects one agent in the home folder of the environment, and says on
-// standard error why it can't. A program of its own, so that it can be ended in the middle.
+// install_agent AGENT [disconnect]: connects or disconnects one agent in the home folder of the
+// environment, and says on standard error why it can't. A program of its own, so that it can be
+// ended in the middle.
 
 int main(int argc, char **argv) {
     using namespace morvane;
@@ -15,8 +16,8 @@ int main(int argc, char **argv) {
         return 2;
     }
     const MorvaneSettings settings(Defaults::standard());
-    const auto failure =
-        HookInstaller(AgentRegistry::adapter(*kind), settings, settings.port()).install();
+    const HookInstaller installer(AgentRegistry::adapter(*kind), settings, settings.port());
+    const auto failure = argc > 2 ? installer.uninstall() : installer.install();
     if (failure) {
         QTextStream(stderr) << failure->message << '\n';
     }

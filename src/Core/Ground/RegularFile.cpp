@@ -60,6 +60,11 @@ private:
 
 } // namespace
 
+std::optional<QByteArray> whole(const QString &path) {
+    const Descriptor file(path);
+    return file.isRegular() ? file.read(0, file.size()) : std::nullopt;
+}
+
 std::optional<QByteArray> head(const QString &path, qsizetype limit) {
     const Descriptor file(path);
     return file.isRegular() ? file.read(0, limit) : std::nullopt;

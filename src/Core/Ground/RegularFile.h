@@ -5,9 +5,13 @@
 
 #include <optional>
 
-/// Reads a bounded part of a file that somebody else writes, and only of a regular one: a pipe or
-/// a device in its place is refused at once instead of waited for. Stateless; safe from any thread.
+/// Reads a bounded part, or all, of a file that somebody else writes, and only of a regular one: a
+/// pipe or a device in its place is refused at once instead of waited for. Stateless; safe from any
+/// thread.
 namespace morvane::RegularFile {
+
+/// What it holds. None when it can't be read.
+std::optional<QByteArray> whole(const QString &path);
 
 /// Up to `limit` bytes from the beginning. None when the file can't be read.
 std::optional<QByteArray> head(const QString &path, qsizetype limit);

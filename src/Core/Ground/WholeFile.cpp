@@ -1,10 +1,14 @@
 #include "Core/Ground/WholeFile.h"
 
+#include "Core/Ground/FileAttributes.h"
+
 #include <QFile>
 #include <QFileInfo>
+#include <QRandomGenerator>
 
 #include <cerrno>
 #include <fcntl.h>
+#include <filesystem>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -12,6 +16,8 @@
 namespace morvane {
 
 namespace {
+
+constexpr int mostLinks = 40;
 
 Failure because(int error) {
     return {QString::fromStdString(std::generic_category().message(error))};
@@ -28,44 +34,101 @@ void syncFolder(const QString &path) {
     }
 }
 
+/// 0, or the error.
+int writeAll(int file, const QByteArray &content) {
+    for (qsizetype written = 0; written < content.size();) {
+        const ssize_t length = ::write(file, content.constData() + written,
+                                       static_cast<std::size_t>(content.size() - written));
+        if (length < 0 && errno != EINTR) {
+            return errno;
+        }
+        written += std::max<qsizetype>(length, 0);
+    }
+    return ::fsync(file) == 0 ? 0 : errno;
+}
+
 } // namespace
+
+/// A relative link starts from the real folder that it lies in, which needn't be the one that its
+/// path names.
+QString linkTarget(const QString &path) {
+    namespace fs = std::filesystem;
+    std::error_code ignored;
+    fs::path file(QFile::encodeName(path).toStdString());
+    for (int links = 0; links < mostLinks && fs::is_symlink(file, ignored); ++links) {
+        const fs::path folder = fs::canonical(file.parent_path(), ignored);
+        file = folder / fs::read_symlink(file, ignored);
+    }
+    return QFile::decodeName(QByteArray::fromStdString(file.string()));
+}
 
 Failure cannotWrite(const QString &path, const Failure &why) {
     return {WholeFile::tr("%1 could not be written: %2").arg(path, why.message)};
 }
 
-/// 0, or the error. Not everyone may give a file away, so it is only tried where it is needed.
-int WholeFile::applyOwner() const {
-    struct stat own {};
-    if (::fstat(m_file.handle(), &own) != 0) {
-        return errno;
+WholeFile::~WholeFile() {
+    if (m_file >= 0) {
+        ::close(m_file);
+        ::unlink(m_temporary.constData());
     }
-    const bool isSame = own.st_uid == m_owner->user && own.st_gid == m_owner->group;
-    return isSame || ::fchown(m_file.handle(), m_owner->user, m_owner->group) == 0 ? 0 : errno;
 }
 
-/// The library's own commit overlooks a failure to write what it has buffered, and one to sync.
-std::optional<Failure> WholeFile::fill(const QByteArray &content) {
-    if (!m_file.open(QIODevice::WriteOnly)) {
-        return Failure{m_file.errorString()};
-    }
-    if (const int error = m_owner ? applyOwner() : 0) {
-        return Failure{tr("its owner can't be kept: %1").arg(because(error).message)};
-    }
-    if (m_mode && ::fchmod(m_file.handle(), *m_mode) != 0) {
+/// 0, or the error.
+int WholeFile::open() {
+    // Nobody may read what is to be closed to them, not even before it is.
+    const mode_t mode = m_mode || m_model ? 0600 : 0666;
+    do {
+        m_temporary = QFile::encodeName(m_path) + '.' +
+                      QByteArray::number(QRandomGenerator::global()->generate(), 36);
+        m_file = ::open(m_temporary.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+    } while (m_file < 0 && errno == EEXIST);
+    return m_file < 0 ? errno : 0;
+}
+
+/// The access list comes last, for the permission bits alone say less than it does. Not everyone
+/// may give a file away, so that is only tried where it is needed.
+std::optional<Failure> WholeFile::resemble(const QByteArray &model) const {
+    struct stat own {};
+    struct stat other {};
+    if (::fstat(m_file, &own) != 0 || ::stat(model.constData(), &other) != 0) {
         return because(errno);
     }
-    if (m_file.write(content) != content.size() || !m_file.flush()) {
-        return Failure{m_file.errorString()};
+    const bool isSame = own.st_uid == other.st_uid && own.st_gid == other.st_gid;
+    if (!isSame && ::fchown(m_file, other.st_uid, other.st_gid) != 0) {
+        return Failure{tr("its owner can't be kept: %1").arg(because(errno).message)};
     }
-    return ::fsync(m_file.handle()) == 0 ? std::nullopt : std::optional(because(errno));
+    if (::fchmod(m_file, other.st_mode & 07777) != 0) {
+        return because(errno);
+    }
+    if (const int error = FileAttributes::copy(model, m_file)) {
+        return Failure{tr("its attributes can't be kept: %1").arg(because(error).message)};
+    }
+    return std::nullopt;
+}
+
+std::optional<Failure> WholeFile::fill(const QByteArray &content) {
+    if (const int error = open()) {
+        return because(error);
+    }
+    if (m_model) {
+        if (auto failure = resemble(QFile::encodeName(*m_model))) {
+            return failure;
+        }
+    }
+    if (m_mode && ::fchmod(m_file, *m_mode) != 0) {
+        return because(errno);
+    }
+    const int error = writeAll(m_file, content);
+    return error == 0 ? std::nullopt : std::optional(because(error));
 }
 
 std::optional<Failure> WholeFile::commit() {
-    if (!m_file.commit()) {
-        return Failure{m_file.errorString()};
+    if (::rename(m_temporary.constData(), QFile::encodeName(m_path).constData()) != 0) {
+        return because(errno);
     }
-    syncFolder(m_file.fileName());
+    ::close(m_file);
+    m_file = -1;
+    syncFolder(m_path);
     return std::nullopt;
 }
 

@@ -2,8 +2,8 @@
 
 #include "Platform/Failure.h"
 
+#include <QByteArray>
 #include <QCoreApplication>
-#include <QSaveFile>
 
 #include <optional>
 #include <sys/types.h>
@@ -11,20 +11,26 @@
 namespace morvane {
 
 /// The new content of a file, which takes the place of the old at once or not at all: written to a
-/// temporary file beside it, synced, renamed. Nothing happens to the file before `commit`. Failures
-/// are the system's reasons, without the file's name. Synchronous; any thread.
+/// temporary file beside it, synced, renamed. Nothing happens to the file before `commit`. A
+/// symbolic link in its place is replaced, never followed. Failures are the system's reasons,
+/// without the file's name. Synchronous; any thread.
 class WholeFile {
     Q_DECLARE_TR_FUNCTIONS(WholeFile)
 
 public:
-    explicit WholeFile(const QString &path) : m_file(path) {}
+    explicit WholeFile(QString path) : m_path(std::move(path)) {}
+    WholeFile(const WholeFile &) = delete;
+    WholeFile &operator=(const WholeFile &) = delete;
+    ~WholeFile();
 
-    /// The permission bits, in place of those of the old file or, without one, the usual ones. They
-    /// hold before the first byte is written.
+    /// The permission bits, in place of the usual ones of a new file. They hold before the first
+    /// byte is written.
     void setMode(mode_t mode) { m_mode = mode; }
 
-    /// In place of whoever runs this program.
-    void setOwner(uid_t user, gid_t group) { m_owner = {user, group}; }
+    /// Makes the file look like the one at `model`, which must exist: owner, permission bits,
+    /// access list and whatever other attributes it has. They hold before the first byte is
+    /// written.
+    void setModel(const QString &model) { m_model = model; }
 
     [[nodiscard]] std::optional<Failure> fill(const QByteArray &content);
     [[nodiscard]] std::optional<Failure> commit();
@@ -33,17 +39,19 @@ public:
     [[nodiscard]] std::optional<Failure> write(const QByteArray &content);
 
 private:
-    struct Owner {
-        uid_t user;
-        gid_t group;
-    };
+    int open();
+    std::optional<Failure> resemble(const QByteArray &model) const;
 
-    int applyOwner() const;
-
-    QSaveFile m_file;
+    QString m_path;
+    QByteArray m_temporary;
+    int m_file = -1;
     std::optional<mode_t> m_mode;
-    std::optional<Owner> m_owner;
+    std::optional<QString> m_model;
 };
+
+/// The file at the end of a chain of symbolic links, whether it exists or not. Of links in a circle
+/// it is one of them.
+QString linkTarget(const QString &path);
 
 /// The failure of a write, with the file's name.
 Failure cannotWrite(const QString &path, const Failure &why);

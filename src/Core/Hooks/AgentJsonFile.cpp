@@ -12,42 +12,80 @@ using nlohmann::json;
 
 std::optional<json> rootOf(const std::optional<QByteArray> &content) {
     auto root = content ? LenientJson::parse(*content) : std::nullopt;
-    return root && root->is_object() ? root : std::nullopt;
-}
-
-Result<std::optional<AgentSettingsChange>> changed(json root, const AgentJsonFile::Edit &edit) {
-    if (!edit(root)) {
-        return std::nullopt;
-    }
-    const QByteArray text = LenientJson::write(root);
-    if (LenientJson::parse(text) != root) {
-        return Failure{AgentJsonFile::tr("the settings would not be valid JSON any more")};
-    }
-    return AgentSettingsChange{.content = text};
+    return root && root->is_object() ? std::move(root) : std::nullopt;
 }
 
 } // namespace
 
 std::optional<json> AgentJsonFile::read() const {
-    return rootOf(m_file.read());
+    auto content = m_file.read();
+    return root(content);
+}
+
+/// The root of what was read, or of what is there a moment later, which `content` is then.
+std::optional<json> AgentJsonFile::root(std::optional<QByteArray> &content) const {
+    auto root = rootOf(content);
+    auto later = content && !root ? m_file.readAgain() : std::nullopt;
+    if (later) {
+        content = std::move(later);
+        root = rootOf(content);
+    }
+    return root;
 }
 
 std::optional<Failure> AgentJsonFile::edit(const Edit &edit) const {
-    return m_file.rewrite([&](const auto &content) -> Result<std::optional<AgentSettingsChange>> {
-        const auto root = rootOf(content);
-        return root ? changed(*root, edit) : std::nullopt;
+    return m_file.rewrite([&](auto content) -> Changed {
+        auto before = root(content);
+        return before ? changed(content, std::move(before), edit) : std::nullopt;
     });
 }
 
 std::optional<Failure> AgentJsonFile::editOrCreate(const Edit &edit) const {
-    return m_file.rewrite([&](const auto &content) {
-        const auto root = rootOf(content);
-        auto result = changed(root.value_or(json::object()), edit);
-        if (!result.failure() && *result) {
-            (*result)->replacesUnreadable = content && !content->trimmed().isEmpty() && !root;
-        }
-        return result;
+    return m_file.rewrite([&](auto content) {
+        auto before = root(content);
+        return changed(content, std::move(before), edit);
     });
+}
+
+AgentJsonFile::Changed AgentJsonFile::changed(const std::optional<QByteArray> &content,
+                                              std::optional<json> root, const Edit &edit) const {
+    const bool isReadable = root.has_value();
+    const json before = std::move(root).value_or(json::object());
+    json after = before;
+    if (!edit(after) || (isReadable && after == before)) {
+        return std::nullopt;
+    }
+    AgentSettingsChange change = sinceOrigin(content, before, after);
+    if (change.origin != AgentSettingsChange::Origin::returned) {
+        change.content = LenientJson::write(after);
+        change.replacesUnreadable = content && !content->trimmed().isEmpty() && !isReadable;
+        if (LenientJson::parse(*change.content) != after) {
+            return Failure{tr("the settings would not be valid JSON any more")};
+        }
+    }
+    return change;
+}
+
+/// A change with its content still to come, unless it brings the origin back. Comments, order and
+/// layout are a person's as well, so only a text that is ours to the last byte counts as one that
+/// nobody else has changed.
+AgentSettingsChange AgentJsonFile::sinceOrigin(const std::optional<QByteArray> &content,
+                                               const json &before, const json &after) const {
+    using enum AgentSettingsChange::Origin;
+    const auto origin = content ? m_file.origin() : std::nullopt;
+    const bool isOurText = origin && *content == LenientJson::write(before);
+    const json first = isOurText ? rootOf(origin->bytes).value_or(json::object()) : json();
+    const bool isOfOrigin = isOurText && m_ours.others(before) == m_ours.others(first);
+    // What is nothing but ours needs no backup, which would only keep our folder from going.
+    AgentSettingsChange change{.backsUp = !isOfOrigin || origin->bytes};
+    if (isOfOrigin && !m_ours.isInstalled(after) &&
+        (after == first || after == m_ours.roundTrip(first))) {
+        change.content = origin->bytes;
+        change.origin = returned;
+    } else if (!isOfOrigin && !m_ours.isInstalled(before)) {
+        change.origin = taken;
+    }
+    return change;
 }
 
 } // namespace morvane

@@ -1,40 +1,29 @@
 #include "Core/Hooks/AgentSettingsFile.h"
 
+#include "Core/Ground/RegularFile.h"
 #include "Core/Ground/WholeFile.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
 #include <cerrno>
-#include <filesystem>
+#include <chrono>
 #include <sys/stat.h>
 #include <system_error>
+#include <thread>
 #include <tuple>
+#include <unistd.h>
 
 namespace morvane {
 
 namespace {
 
 constexpr int mostAttempts = 3;
-constexpr int mostLinks = 40;
 
 QString reason(int error) {
     return QString::fromStdString(std::generic_category().message(error));
-}
-
-/// The file at the end of a chain of symbolic links, whether it exists or not. Of links in a circle
-/// it is one of them. A relative link starts from the real folder that it lies in, which needn't be
-/// the one that its path names.
-QString linkTarget(const QString &path) {
-    namespace fs = std::filesystem;
-    std::error_code ignored;
-    fs::path file(QFile::encodeName(path).toStdString());
-    for (int links = 0; links < mostLinks && fs::is_symlink(file, ignored); ++links) {
-        const fs::path folder = fs::canonical(file.parent_path(), ignored);
-        file = folder / fs::read_symlink(file, ignored);
-    }
-    return QFile::decodeName(QByteArray::fromStdString(file.string()));
 }
 
 std::optional<struct stat> statusOf(const QString &path) {
@@ -43,42 +32,34 @@ std::optional<struct stat> statusOf(const QString &path) {
     return exists ? std::optional(status) : std::nullopt;
 }
 
-/// What is to take the place of `path`, and look like the file of `model`, where there is one.
-void takeOver(WholeFile &file, const std::optional<struct stat> &model) {
-    if (model) {
-        file.setOwner(model->st_uid, model->st_gid);
-        file.setMode(model->st_mode & 07777);
-    }
-}
-
-std::optional<Failure> writeWhole(const QString &path, const QByteArray &content,
-                                  const std::optional<struct stat> &model) {
-    WholeFile file(path);
-    takeOver(file, model);
-    return file.write(content);
-}
-
 Failure cannotRead(const QString &path, const QString &why) {
     return {AgentSettingsFile::tr("%1 could not be read: %2").arg(path, why)};
 }
 
 } // namespace
 
-AgentSettingsFile::AgentSettingsFile(QString path) : m_path(std::move(path)) {}
+void AgentSettingsFile::moment() {
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+}
+
+AgentSettingsFile::AgentSettingsFile(QString path, std::function<void()> wait)
+    : m_path(std::move(path)), m_origin(m_path), m_moment(std::move(wait)) {}
 
 QString AgentSettingsFile::backupPath() const {
     return m_path + QLatin1String(".morvane-backup");
 }
 
 std::optional<QByteArray> AgentSettingsFile::read() const {
-    const auto status = statusOf(m_path);
-    QFile file(m_path);
-    // Anything else that can be opened, such as a pipe, may keep its reader waiting.
-    if (!status || !S_ISREG(status->st_mode) || !file.open(QIODevice::ReadOnly)) {
+    return RegularFile::whole(m_path);
+}
+
+std::optional<QByteArray> AgentSettingsFile::readAgain() const {
+    const qint64 age = QFileInfo(m_path).lastModified().msecsTo(QDateTime::currentDateTime());
+    if (age > 1000) {
         return std::nullopt;
     }
-    QByteArray content = file.readAll();
-    return file.error() == QFile::NoError ? std::optional(std::move(content)) : std::nullopt;
+    m_moment();
+    return read();
 }
 
 bool AgentSettingsFile::exists() const {
@@ -125,45 +106,71 @@ AgentSettingsFile::replace(const std::optional<QByteArray> &before,
         // Whoever made it so wants it to stay as it is.
         return cannotWrite(m_path, {tr("it is read-only")});
     }
-    if (before) {
-        for (const QString &copy : copies(change)) {
-            if (const auto failure = writeWhole(copy, *before, status)) {
-                return Failure{tr("%1 could not be backed up: %2").arg(m_path, failure->message)};
-            }
+    if (const auto failure = keepCopies(target, before, change)) {
+        if (read() != before) {
+            return Outcome::overtaken;
+        }
+        return before ? Failure{tr("%1 could not be backed up: %2").arg(m_path, failure->message)}
+                      : cannotWrite(m_path, *failure);
+    }
+    Result<Outcome> outcome = put(target, before, change.content);
+    const bool isDone = !outcome.failure() && *outcome == Outcome::done;
+    if (isDone && change.origin == AgentSettingsChange::Origin::returned) {
+        m_origin.forget();
+    }
+    return outcome;
+}
+
+/// None may be missing when the file changes.
+std::optional<Failure> AgentSettingsFile::keepCopies(const QString &target,
+                                                     const std::optional<QByteArray> &before,
+                                                     const AgentSettingsChange &change) const {
+    QStringList copies;
+    if (before && change.backsUp) {
+        copies << backupPath();
+    }
+    if (before && change.replacesUnreadable) {
+        copies << m_path + QLatin1String(".morvane-unreadable");
+    }
+    for (const QString &copy : copies) {
+        WholeFile file(copy);
+        file.setModel(target);
+        if (auto failure = file.write(*before)) {
+            return failure;
         }
     }
+    const bool isFirst = change.origin == AgentSettingsChange::Origin::taken;
+    return isFirst ? m_origin.keep(before) : std::nullopt;
+}
+
+Result<AgentSettingsFile::Outcome>
+AgentSettingsFile::put(const QString &target, const std::optional<QByteArray> &before,
+                       const std::optional<QByteArray> &content) const {
     QDir().mkpath(QFileInfo(target).path());
     WholeFile file(target);
-    takeOver(file, status);
-    auto failure = file.fill(change.content);
-    if (!failure && read() != before) {
+    if (before) {
+        file.setModel(target);
+    }
+    auto failure = content ? file.fill(*content) : std::nullopt;
+    if (read() != before) {
         return Outcome::overtaken;
     }
-    if (!failure) {
+    if (!failure && content) {
         failure = file.commit();
+    } else if (!failure && ::unlink(QFile::encodeName(target).constData()) != 0) {
+        failure = Failure{reason(errno)};
     }
     if (failure) {
         return cannotWrite(m_path, *failure);
     }
-    return readBack(target, before, change.content);
-}
-
-QStringList AgentSettingsFile::copies(const AgentSettingsChange &change) const {
-    QStringList result;
-    if (change.backsUp) {
-        result << backupPath();
-    }
-    if (change.replacesUnreadable) {
-        result << m_path + QLatin1String(".morvane-unreadable");
-    }
-    return result;
+    return readBack(target, before, content);
 }
 
 /// What the agent has written in the meantime counts. What can't be read at all makes way for what
 /// was there before.
 Result<AgentSettingsFile::Outcome>
 AgentSettingsFile::readBack(const QString &target, const std::optional<QByteArray> &before,
-                            const QByteArray &content) const {
+                            const std::optional<QByteArray> &content) const {
     const auto written = read();
     if (written == content) {
         return Outcome::done;
@@ -172,7 +179,11 @@ AgentSettingsFile::readBack(const QString &target, const std::optional<QByteArra
         return Outcome::overtaken;
     }
     if (before) {
-        std::ignore = writeWhole(target, *before, statusOf(target));
+        WholeFile file(target);
+        if (statusOf(target)) {
+            file.setModel(target);
+        }
+        std::ignore = file.write(*before);
     }
     return cannotRead(m_path, tr("it is not what was written"));
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/Hooks/SettingsOrigin.h"
 #include "Platform/Failure.h"
 
 #include <QByteArray>
@@ -13,7 +14,8 @@ namespace morvane {
 
 /// What is to become of a settings file.
 struct AgentSettingsChange {
-    QByteArray content;
+    /// None where the file goes.
+    std::optional<QByteArray> content = std::nullopt;
 
     /// False where the change touches nothing but what is ours, so that an older backup stays.
     bool backsUp = true;
@@ -21,20 +23,37 @@ struct AgentSettingsChange {
     /// True where what the file holds couldn't be understood and makes way. It is then kept beside
     /// the backup as well, under a name that no other change writes to.
     bool replacesUnreadable = false;
+
+    enum class Origin {
+        stays,    ///< the write is one more of ours
+        taken,    ///< the write is our first: what the file holds now is kept
+        returned, ///< the content is what was kept
+    };
+    Origin origin = Origin::stays;
 };
 
 /// A settings file that belongs to a person and an agent, and the one way in which we write it: at
-/// every moment it is whole, as it was or as it shall be. What it held lies in a backup beside it.
-/// A symbolic link stays one and its target is rewritten; mode and owner survive. Synchronous; any
-/// thread, but no two on one file.
+/// every moment it is whole, as it was or as it shall be. What it held lies in a backup beside it,
+/// and what it held before we came beside that. A symbolic link stays one and its target is
+/// rewritten; mode, owner and other attributes survive. Synchronous; any thread, but no two on one
+/// file.
 class AgentSettingsFile {
     Q_DECLARE_TR_FUNCTIONS(AgentSettingsFile)
 
 public:
-    explicit AgentSettingsFile(QString path);
+    /// Waits a moment: long enough for an agent to write a small file, and too short for a person
+    /// to notice. A blocking wait, since whoever connects an agent is told at once how that went.
+    static void moment();
+
+    explicit AgentSettingsFile(QString path, std::function<void()> wait = &moment);
 
     /// None where there is no file, or one that can't be read.
     std::optional<QByteArray> read() const;
+
+    /// To be asked when what was read can't be understood: an agent that rewrites its file in place
+    /// leaves it empty or cut short for an instant. What the file holds a moment later; none, at
+    /// once, where nobody has written it within the last second.
+    std::optional<QByteArray> readAgain() const;
 
     bool exists() const;
 
@@ -49,16 +68,25 @@ public:
 
     QString backupPath() const;
 
+    /// What was here before our first write, as far as that is known.
+    std::optional<SettingsOrigin::Content> origin() const { return m_origin.read(); }
+
 private:
     enum class Outcome { done, overtaken };
 
     Result<Outcome> replace(const std::optional<QByteArray> &before,
                             const AgentSettingsChange &change) const;
-    QStringList copies(const AgentSettingsChange &change) const;
+    std::optional<Failure> keepCopies(const QString &target,
+                                      const std::optional<QByteArray> &before,
+                                      const AgentSettingsChange &change) const;
+    Result<Outcome> put(const QString &target, const std::optional<QByteArray> &before,
+                        const std::optional<QByteArray> &content) const;
     Result<Outcome> readBack(const QString &target, const std::optional<QByteArray> &before,
-                             const QByteArray &content) const;
+                             const std::optional<QByteArray> &content) const;
 
     QString m_path;
+    SettingsOrigin m_origin;
+    std::function<void()> m_moment;
 };
 
 } // namespace morvane

@@ -6,7 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <sys/stat.h>
+#include <sys/types.h>
 
 namespace morvane {
 
@@ -37,10 +37,6 @@ std::optional<Failure> makeScriptFolder() {
 }
 
 std::optional<Failure> writeExecutable(const QString &path, const QByteArray &content) {
-    // A file that has lost its write bit refuses to make way, but it is ours to replace.
-    if (const QFileInfo present(path); present.isFile() && !present.isSymLink()) {
-        ::chmod(QFile::encodeName(path).constData(), scriptMode);
-    }
     WholeFile file(path);
     file.setMode(scriptMode);
     const auto failure = file.write(content);
@@ -60,7 +56,8 @@ std::optional<Failure> writeForwarder() {
         return std::nullopt; // built for a processor that has none, where the scripts use curl
     }
     const QString name = QStringLiteral("forwarder");
-    const bool isCurrent = isExecutable(name) && contentOf(pathOf(name)) == client;
+    const bool isCurrent = isExecutable(name) && !QFileInfo(pathOf(name)).isSymbolicLink() &&
+                           contentOf(pathOf(name)) == client;
     return isCurrent ? std::nullopt : writeExecutable(pathOf(name), *client);
 }
 

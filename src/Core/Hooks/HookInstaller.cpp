@@ -5,8 +5,6 @@
 #include "Core/Hooks/TomlHookTarget.h"
 #include "Core/Settings/MorvaneSettings.h"
 
-#include <nlohmann/json.hpp>
-
 namespace morvane {
 
 namespace {
@@ -29,19 +27,19 @@ private:
     QString m_refusal;
 };
 
-using nlohmann::json;
-
 /// Makes the target for each kind of integration.
 struct TargetMaker {
     const AgentAdapter &adapter;
     HookPlan plan;
     ForwarderScripts scripts;
+    std::function<void()> moment;
 
     std::unique_ptr<HookTarget> operator()(const JsonHooks &place) const {
-        return std::make_unique<JsonHookTarget>(place, adapter, plan, scripts);
+        return std::make_unique<JsonHookTarget>(place.hooksKey, file(place.settingsPath), adapter,
+                                                plan, scripts);
     }
     std::unique_ptr<HookTarget> operator()(const TomlHooks &place) const {
-        return std::make_unique<TomlHookTarget>(place.settingsPath, plan, scripts);
+        return std::make_unique<TomlHookTarget>(file(place.settingsPath), plan, scripts);
     }
     std::unique_ptr<HookTarget> operator()(const PluginFile &place) const {
         return std::make_unique<PluginTarget>(place.filePath, scripts);
@@ -51,29 +49,17 @@ struct TargetMaker {
             HookInstaller::tr("%1 can't be connected yet: %2")
                 .arg(displayName(adapter.kind()), place.reason));
     }
-};
 
-/// Where the agent's own notifications can be turned off, if they can.
-struct Switch {
-    NotificationMute mute;
-    AgentJsonFile settings;
+    AgentSettingsFile file(const QString &path) const { return AgentSettingsFile(path, moment); }
 };
-
-std::optional<Switch> notificationSwitch(const AgentAdapter &adapter) {
-    const auto mute = adapter.notificationMute();
-    const AgentIntegration integration = adapter.integration();
-    const auto *place = std::get_if<JsonHooks>(&integration);
-    return mute && place ? std::optional(Switch{*mute, AgentJsonFile(place->settingsPath)})
-                         : std::nullopt;
-}
 
 } // namespace
 
 HookInstaller::HookInstaller(const AgentAdapter &adapter, const MorvaneSettings &settings,
-                             std::uint16_t boundPort)
-    : m_adapter(adapter),
-      m_target(std::visit(TargetMaker{adapter, HookPlan(adapter, settings.approvalsEnabled()),
-                                      ForwarderScripts(settings.eventToken(), boundPort)},
+                             std::uint16_t boundPort, std::function<void()> moment)
+    : m_target(std::visit(TargetMaker{adapter, HookPlan(adapter, settings.approvalsEnabled()),
+                                      ForwarderScripts(settings.eventToken(), boundPort),
+                                      std::move(moment)},
                           adapter.integration())) {}
 
 std::optional<Failure> HookInstaller::install() const {
@@ -101,25 +87,11 @@ Health HookInstaller::health() const {
 }
 
 bool HookInstaller::notificationsSuppressed() const {
-    const auto found = notificationSwitch(m_adapter);
-    const auto root = found ? found->settings.read() : std::nullopt;
-    return root &&
-           root->value(found->mute.key.toStdString(), json()) == found->mute.value.toStdString();
+    return m_target->notificationsSuppressed();
 }
 
 std::optional<Failure> HookInstaller::setNotificationsSuppressed(bool suppressed) const {
-    const auto found = notificationSwitch(m_adapter);
-    if (!found) {
-        return std::nullopt;
-    }
-    const std::string key = found->mute.key.toStdString();
-    if (!suppressed) {
-        return found->settings.edit([&](json &root) { return root.erase(key) > 0; });
-    }
-    return found->settings.editOrCreate([&](json &root) {
-        root[key] = found->mute.value.toStdString();
-        return true;
-    });
+    return m_target->setNotificationsSuppressed(suppressed);
 }
 
 } // namespace morvane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/Hooks/AgentSettingsFile.h"
 #include "Core/Hooks/Health.h"
 #include "Core/Hooks/HookTarget.h"
 #include "Platform/Failure.h"
@@ -7,6 +8,7 @@
 #include <QCoreApplication>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -23,9 +25,11 @@ class HookInstaller {
     Q_DECLARE_TR_FUNCTIONS(HookInstaller)
 
 public:
-    /// `boundPort` is the port that the server really has. The adapter must outlive the installer.
+    /// `boundPort` is the port that the server really has; `moment` waits until settings that are
+    /// found half written may be whole. The adapter must outlive the installer.
     HookInstaller(const AgentAdapter &adapter, const MorvaneSettings &settings,
-                  std::uint16_t boundPort);
+                  std::uint16_t boundPort,
+                  std::function<void()> moment = &AgentSettingsFile::moment);
 
     /// Writes our hooks, in place of whatever is there of ours.
     [[nodiscard]] std::optional<Failure> install() const;
@@ -51,7 +55,6 @@ public:
     [[nodiscard]] std::optional<Failure> setNotificationsSuppressed(bool suppressed) const;
 
 private:
-    const AgentAdapter &m_adapter;
     std::unique_ptr<HookTarget> m_target;
 };
 

@@ -22,6 +22,13 @@ public:
     virtual bool isInstalled() const = 0;
     virtual bool hasStaleEntries() const = 0;
     virtual Health health() const = 0;
+
+    // Most places have no setting for the agent's own notifications.
+
+    virtual bool notificationsSuppressed() const { return false; }
+    [[nodiscard]] virtual std::optional<Failure> setNotificationsSuppressed(bool) const {
+        return std::nullopt;
+    }
 };
 
 } // namespace morvane

@@ -11,45 +11,72 @@ namespace morvane {
 
 using nlohmann::json;
 
-JsonHookTarget::JsonHookTarget(const JsonHooks &place, const AgentAdapter &adapter, HookPlan plan,
-                               ForwarderScripts scripts)
-    : m_hooksKey(place.hooksKey), m_settings(place.settingsPath), m_adapter(adapter), m_plan(plan),
-      m_scripts(std::move(scripts)) {}
+JsonHookTarget::JsonHookTarget(const std::optional<QString> &hooksKey, AgentSettingsFile file,
+                               const AgentAdapter &adapter, HookPlan plan, ForwarderScripts scripts)
+    : m_hooksKey(hooksKey), m_adapter(adapter), m_plan(plan), m_scripts(std::move(scripts)),
+      m_settings(std::move(file), ours()) {}
+
+OurJson JsonHookTarget::ours() const {
+    const auto roundTrip = [this](json root) {
+        putInto(root);
+        takeOutOf(root);
+        return root;
+    };
+    return {
+        .isInstalled =
+            [this](const json &root) { return JsonHooksEditor::isInstalled(root, m_hooksKey); },
+        .roundTrip = roundTrip,
+        .others =
+            [this, roundTrip](json root) {
+                if (const auto mute = m_adapter.notificationMute()) {
+                    root.erase(mute->key.toStdString());
+                }
+                return roundTrip(std::move(root));
+            },
+    };
+}
+
+void JsonHookTarget::putInto(json &root) const {
+    JsonHooksEditor::install(root, m_hooksKey, m_plan);
+    const json extraKeys = m_adapter.extraRootKeys();
+    for (const auto &extra : extraKeys.items()) {
+        root.emplace(extra.key(), extra.value());
+    }
+    if (const auto feed = m_adapter.statusLineFeed()) {
+        StatusLineEntry::install(root, *feed);
+    }
+}
+
+/// False where there is no map of hooks.
+bool JsonHookTarget::takeOutOf(json &root) const {
+    const bool found = JsonHooksEditor::uninstall(root, m_hooksKey);
+    const auto feed = m_adapter.statusLineFeed();
+    if (found && feed) {
+        StatusLineEntry::uninstall(root, *feed);
+    }
+    return found;
+}
 
 /// The scripts come first: hooks that name nothing would be an error in the agent.
 std::optional<Failure> JsonHookTarget::install() const {
-    const auto feed = m_adapter.statusLineFeed();
     if (auto failure = m_scripts.writeHookScript()) {
         return failure;
     }
-    if (auto failure = feed ? m_scripts.writeStatusLineScript() : std::nullopt) {
+    const bool feeds = m_adapter.statusLineFeed().has_value();
+    if (auto failure = feeds ? m_scripts.writeStatusLineScript() : std::nullopt) {
         return failure;
     }
-    const json extraKeys = m_adapter.extraRootKeys();
     return m_settings.editOrCreate([&](json &root) {
-        JsonHooksEditor::install(root, m_hooksKey, m_plan);
-        for (const auto &extra : extraKeys.items()) {
-            root.emplace(extra.key(), extra.value());
-        }
-        if (feed) {
-            StatusLineEntry::install(root, *feed);
-        }
+        putInto(root);
         return true;
     });
 }
 
 /// The forwarder stays, since other agents may use it.
 std::optional<Failure> JsonHookTarget::uninstall() const {
-    const auto feed = m_adapter.statusLineFeed();
     bool found = false;
-    const auto failure = m_settings.edit([&](json &root) {
-        found = JsonHooksEditor::uninstall(root, m_hooksKey);
-        if (found && feed) {
-            StatusLineEntry::uninstall(root, *feed);
-        }
-        return found;
-    });
-    if (found && feed && !failure) {
+    const auto failure = m_settings.edit([&](json &root) { return found = takeOutOf(root); });
+    if (found && m_adapter.statusLineFeed() && !failure) {
         ForwarderScripts::removeStatusLineScript();
     }
     return failure;
@@ -99,6 +126,28 @@ Health JsonHookTarget::health() const {
             StatusLineEntry::health(*root, *feed, ForwarderScripts::isStatusLineScriptExecutable());
     }
     return health;
+}
+
+bool JsonHookTarget::notificationsSuppressed() const {
+    const auto mute = m_adapter.notificationMute();
+    const auto root = mute ? m_settings.read() : std::nullopt;
+    return root && root->value(mute->key.toStdString(), json()) == mute->value.toStdString();
+}
+
+/// Nothing happens where the agent has no such setting.
+std::optional<Failure> JsonHookTarget::setNotificationsSuppressed(bool suppressed) const {
+    const auto mute = m_adapter.notificationMute();
+    if (!mute) {
+        return std::nullopt;
+    }
+    const std::string key = mute->key.toStdString();
+    if (!suppressed) {
+        return m_settings.edit([&](json &root) { return root.erase(key) > 0; });
+    }
+    return m_settings.editOrCreate([&](json &root) {
+        root[key] = mute->value.toStdString();
+        return true;
+    });
 }
 
 } // namespace morvane

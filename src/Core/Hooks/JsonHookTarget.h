@@ -11,8 +11,9 @@ namespace morvane {
 /// Hooks among the settings of an agent that keeps them in JSON, and the status line with them.
 class JsonHookTarget : public HookTarget {
 public:
-    JsonHookTarget(const JsonHooks &place, const AgentAdapter &adapter, HookPlan plan,
-                   ForwarderScripts scripts);
+    /// `hooksKey` is that of `JsonHooks`. The adapter must outlive the target.
+    JsonHookTarget(const std::optional<QString> &hooksKey, AgentSettingsFile file,
+                   const AgentAdapter &adapter, HookPlan plan, ForwarderScripts scripts);
 
     std::optional<Failure> install() const override;
     std::optional<Failure> uninstall() const override;
@@ -20,15 +21,20 @@ public:
     bool isInstalled() const override;
     bool hasStaleEntries() const override;
     Health health() const override;
+    bool notificationsSuppressed() const override;
+    std::optional<Failure> setNotificationsSuppressed(bool suppressed) const override;
 
 private:
+    OurJson ours() const;
+    void putInto(nlohmann::json &root) const;
+    bool takeOutOf(nlohmann::json &root) const;
     bool isStale(const nlohmann::json &root) const;
 
     std::optional<QString> m_hooksKey;
-    AgentJsonFile m_settings;
     const AgentAdapter &m_adapter;
     HookPlan m_plan;
     ForwarderScripts m_scripts;
+    AgentJsonFile m_settings;
 };
 
 } // namespace morvane

@@ -2,7 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include <cctype>
+#include <algorithm>
+#include <charconv>
 #include <string_view>
 
 namespace morvane::LenientJson {
@@ -14,8 +15,17 @@ using nlohmann::json;
 /// Reading and writing recurse, and a file must not be able to exhaust the stack.
 constexpr int deepestLevel = 1000;
 
+/// Stands before the spelling of a key that is no valid Unicode. No key that is begins with it.
+constexpr char oddKey = '\xff';
+
 json spelled(std::string_view token) {
     return json::binary({token.begin(), token.end()});
+}
+
+/// Whether a text stands in JSON as it is, between quotation marks.
+bool isPlain(std::string_view text) {
+    return std::ranges::all_of(
+        text, [](char c) { return c >= ' ' && c <= '~' && c != '"' && c != '\\'; });
 }
 
 /// One pass over a text. An operation that finds something else than it looks for returns false or
@@ -64,8 +74,11 @@ private:
     }
 
     bool value(json &result, int level) {
-        if (level > deepestLevel || !skipBlanks() || m_rest.empty()) {
+        if (!skipBlanks() || m_rest.empty()) {
             return false;
+        }
+        if (level > deepestLevel && (m_rest.front() == '{' || m_rest.front() == '[')) {
+            return unread(result);
         }
         switch (m_rest.front()) {
         case '{':
@@ -99,11 +112,44 @@ private:
 
     bool member(json &object, int level) {
         json key;
-        if (!m_rest.starts_with('"') || !string(key) || !key.is_string() || !skipBlanks() ||
-            !skip(":")) {
+        if (!m_rest.starts_with('"') || !string(key) || !skipBlanks() || !skip(":")) {
             return false;
         }
+        if (key.is_binary()) {
+            const json::binary_t &token = key.get_binary();
+            key = oddKey + std::string(token.begin(), token.end());
+        }
         return value(object[key.get_ref<const std::string &>()], level + 1);
+    }
+
+    /// A list or an object that lies too deep, through its end, as it is spelled. Only its brackets
+    /// and strings are looked at.
+    bool unread(json &result) {
+        const std::string_view all = m_rest;
+        std::string ends;
+        do {
+            if (!skipBlanks() || m_rest.empty()) {
+                return false;
+            }
+            std::size_t length = 1;
+            const char next = m_rest.front();
+            if (next == '{' || next == '[') {
+                ends += next == '{' ? '}' : ']';
+            } else if (next == ends.back()) {
+                ends.pop_back();
+            } else if (next == '"') {
+                length = stringLength();
+            } else {
+                length =
+                    std::min(m_rest.find_first_not_of("+-.,:0123456789Eaeflnrstu"), m_rest.size());
+            }
+            if (length == 0) {
+                return false;
+            }
+            m_rest.remove_prefix(length);
+        } while (!ends.empty());
+        result = spelled(all.substr(0, all.size() - m_rest.size()));
+        return true;
     }
 
     bool string(json &result) {
@@ -112,6 +158,11 @@ private:
             return false;
         }
         m_rest.remove_prefix(token.size());
+        const std::string_view text = token.substr(1, token.size() - 2);
+        if (isPlain(text)) {
+            result = std::string(text);
+            return true;
+        }
         result = json::parse(token, nullptr, false);
         if (result.is_discarded()) {
             // Well formed, but half a surrogate pair or bytes that are no UTF-8.
@@ -195,11 +246,19 @@ private:
         }
         const std::string_view token = m_rest.substr(0, length);
         m_rest.remove_prefix(length);
-        result = json::parse(token, nullptr, false);
-        if (!result.is_number_integer() || token == "-0") {
+        if (!(token.starts_with('-') ? integer<std::int64_t>(token, result)
+                                     : integer<std::uint64_t>(token, result))) {
             result = spelled(token);
         }
         return true;
+    }
+
+    template <typename Integer>
+    static bool integer(std::string_view token, json &result) {
+        Integer value = 0;
+        const auto [end, error] = std::from_chars(token.begin(), token.end(), value);
+        result = value;
+        return error == std::errc() && end == token.end() && token != "-0";
     }
 
     std::string_view m_rest;
@@ -223,9 +282,19 @@ private:
         m_text += scalar.dump(-1, ' ', false, json::error_handler_t::replace);
     }
 
+    void string(const std::string &text) {
+        if (isPlain(text)) {
+            m_text += '"' + text + '"';
+        } else {
+            scalar(text);
+        }
+    }
+
     void value(const json &value, int level) {
         if (value.is_binary()) {
             m_text.append(value.get_binary().begin(), value.get_binary().end());
+        } else if (value.is_string()) {
+            string(value.get_ref<const std::string &>());
         } else if (value.empty() || !value.is_structured()) {
             scalar(value);
         } else if (value.is_object()) {
@@ -244,7 +313,11 @@ private:
             before = ',';
             line(level + 1);
             if (const std::string *name = key(member)) {
-                scalar(*name);
+                if (name->starts_with(oddKey)) {
+                    m_text.append(*name, 1);
+                } else {
+                    string(*name);
+                }
                 m_text += ": ";
             }
             value(member.value(), level + 1);

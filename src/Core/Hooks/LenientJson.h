@@ -12,9 +12,10 @@
 namespace morvane::LenientJson {
 
 /// Comments and trailing commas are passed over; of equal keys the last one holds. A number that no
-/// 64-bit integer is, and a string that is no valid Unicode, stand in the tree as a binary value
-/// with their spelling, so that they come out as they went in. None for what is no JSON, for
-/// a key that is no valid Unicode, and for nesting beyond a thousand levels.
+/// 64-bit integer is, a string that is no valid Unicode, and a list or an object more than a
+/// thousand levels deep, stand in the tree as a binary value with their spelling, so that they come
+/// out as they went in; a key that is no valid Unicode as a key that no other can be. None for what
+/// is no JSON.
 std::optional<nlohmann::json> parse(QByteArrayView text);
 
 /// Indented, with sorted keys and a line feed at the end.

@@ -2,7 +2,6 @@
 
 #include "Core/Ground/WholeFile.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -11,25 +10,26 @@
 namespace morvane {
 
 PluginTarget::PluginTarget(QString path, ForwarderScripts scripts)
-    : m_path(std::move(path)), m_scripts(std::move(scripts)) {}
+    : m_path(std::move(path)), m_origin(m_path), m_scripts(std::move(scripts)) {}
 
 std::optional<Failure> PluginTarget::install() const {
     const Result<QString> text = m_scripts.renderTemplate(QStringLiteral("opencode-plugin.js"));
     if (const auto *failure = text.failure()) {
         return *failure;
     }
-    const QString folder = QFileInfo(m_path).path();
-    if (!QDir().mkpath(folder)) {
-        return Failure{tr("%1 could not be created").arg(folder)};
+    const bool isFirst = !QFileInfo(m_path).isSymbolicLink() && !isInstalled();
+    auto failure = isFirst ? m_origin.keep(std::nullopt) : std::nullopt;
+    if (!failure) {
+        WholeFile file(m_path);
+        file.setMode(0600); // the token is in it
+        failure = file.write(text->toUtf8());
     }
-    WholeFile file(m_path);
-    file.setMode(0600); // the token is in it
-    const auto failure = file.write(text->toUtf8());
     return failure ? std::optional(cannotWrite(m_path, *failure)) : std::nullopt;
 }
 
 std::optional<Failure> PluginTarget::uninstall() const {
     QFile::remove(m_path);
+    m_origin.forget();
     return std::nullopt;
 }
 

@@ -2,6 +2,7 @@
 
 #include "Core/Hooks/ForwarderScripts.h"
 #include "Core/Hooks/HookTarget.h"
+#include "Core/Hooks/SettingsOrigin.h"
 
 #include <QCoreApplication>
 
@@ -24,6 +25,7 @@ public:
 
 private:
     QString m_path;
+    SettingsOrigin m_origin;
     ForwarderScripts m_scripts;
 };
 

@@ -3,6 +3,8 @@
 #include <QDir>
 #include <nlohmann/json.hpp>
 
+#include <optional>
+
 namespace morvane::StatusLineEntry {
 
 namespace {
@@ -18,10 +20,11 @@ json current() {
     return {{"type", "command"}, {"command", script.toStdString()}};
 }
 
-/// The value under the feed's key, or null. An empty value is nobody's, and as good as none.
-json valueIn(const json &root, const StatusLineFeed &feed) {
-    const json value = root.value(feed.key.toStdString(), json());
-    return value.empty() || value == json("") ? json() : value;
+/// The value under the feed's key; none where there is no such key. Null is a value like any other,
+/// and somebody has set it.
+std::optional<json> valueIn(const json &root, const StatusLineFeed &feed) {
+    const auto found = root.find(feed.key.toStdString());
+    return found == root.end() ? std::nullopt : std::optional<json>(*found);
 }
 
 bool isMorvaneStatusLine(const json &value) {
@@ -33,30 +36,31 @@ bool isMorvaneStatusLine(const json &value) {
 } // namespace
 
 bool needsRepair(const json &root, const StatusLineFeed &feed) {
-    const json value = valueIn(root, feed);
-    return value.is_null() ||
-           (isMorvaneStatusLine(value) && value["command"] != current()["command"]);
+    const auto value = valueIn(root, feed);
+    return !value || value->empty() || *value == "" ||
+           (isMorvaneStatusLine(*value) && (*value)["command"] != current()["command"]);
 }
 
 void install(json &root, const StatusLineFeed &feed) {
-    const json value = valueIn(root, feed);
-    if (value.is_null() || isMorvaneStatusLine(value)) {
+    const auto value = valueIn(root, feed);
+    if (!value || isMorvaneStatusLine(*value)) {
         root[feed.key.toStdString()] = current();
     }
 }
 
 void uninstall(json &root, const StatusLineFeed &feed) {
-    if (isMorvaneStatusLine(valueIn(root, feed))) {
+    const auto value = valueIn(root, feed);
+    if (value && isMorvaneStatusLine(*value)) {
         root.erase(feed.key.toStdString());
     }
 }
 
 StatusLineHealth health(const json &root, const StatusLineFeed &feed, bool scriptExecutable) {
-    const json value = valueIn(root, feed);
-    if (value.is_null()) {
+    const auto value = valueIn(root, feed);
+    if (!value) {
         return StatusLineHealth::absent;
     }
-    if (!isMorvaneStatusLine(value)) {
+    if (!isMorvaneStatusLine(*value)) {
         return StatusLineHealth::ownedByOther;
     }
     return scriptExecutable ? StatusLineHealth::connected : StatusLineHealth::scriptMissing;

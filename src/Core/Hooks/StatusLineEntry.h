@@ -10,10 +10,11 @@
 /// Safe from any thread.
 namespace morvane::StatusLineEntry {
 
-/// True when there is no status line, or one of ours that names another place.
+/// True when there is no status line, an empty one, or one of ours that names another place. An
+/// empty one is somebody's all the same, and `install` leaves it.
 bool needsRepair(const nlohmann::json &root, const StatusLineFeed &feed);
 
-/// Sets our status line, unless another tool's is there.
+/// Sets our status line, unless the key is there with anything that isn't ours, be it null.
 void install(nlohmann::json &root, const StatusLineFeed &feed);
 
 /// Takes our status line out, and no other.

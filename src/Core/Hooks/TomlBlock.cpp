@@ -2,6 +2,12 @@
 
 #include "Core/Agents/HookTimeout.h"
 #include "Core/Hooks/HookPlan.h"
+#include "Core/Hooks/TomlHookEntries.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <iterator>
 
 namespace morvane::TomlBlock {
 
@@ -10,6 +16,14 @@ const QByteArray tomlBeginMarker = "# >>> morvane:begin";
 namespace {
 
 const QByteArray tomlEndMarker = "# <<< morvane:end";
+
+/// Stands before the lines of an empty list of hooks.
+const QByteArray tomlListMarker = "# morvane:list ";
+
+/// The context of what a person reads of this.
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(TomlBlock)
+};
 
 QByteArray quoted(const QString &value) {
     QByteArray text = value.toUtf8();
@@ -40,10 +54,49 @@ QByteArray strippingMorvaneBlock(QByteArray text) {
         const qsizetype end = lineEnd < 0 ? extent->end : lineEnd + 1;
         text.remove(extent->begin, end - extent->begin);
     }
+    return text;
+}
+
+/// The empty list of hooks as it was, or nothing of it where there are hooks by now.
+QByteArray withListBack(const QByteArray &text) {
+    if (!text.contains(tomlListMarker)) {
+        return text;
+    }
+    QByteArrayList lines = text.split('\n');
+    const auto isOfList = [](const QByteArray &line) { return line.startsWith(tomlListMarker); };
+    QByteArrayList others;
+    std::ranges::remove_copy_if(lines, std::back_inserter(others), isOfList);
+    for (QByteArray &line : lines) {
+        if (isOfList(line)) {
+            line.remove(0, tomlListMarker.size());
+        }
+    }
+    const QByteArray back = lines.join('\n');
+    return TomlHookEntries::find(back).failure() ? others.join('\n') : back;
+}
+
+QByteArray withoutLineFeeds(QByteArray text) {
     while (text.endsWith('\n')) {
         text.chop(1);
     }
     return text;
+}
+
+/// The text without entries of ours outside the block; as it is where it would say something else
+/// then.
+QByteArray strippingEntries(const QByteArray &text) {
+    const auto found = TomlHookEntries::find(text);
+    if (found.failure() || found->ours == 0) {
+        return text;
+    }
+    const auto left = TomlHookEntries::find(found->withoutOurs);
+    const bool isSame = !left.failure() && left->othersMeaning == found->othersMeaning;
+    return isSame ? found->withoutOurs : text;
+}
+
+/// What is not ours, without line feeds at its end.
+QByteArray othersIn(const QByteArray &text) {
+    return withoutLineFeeds(withListBack(strippingEntries(strippingMorvaneBlock(text))));
 }
 
 } // namespace
@@ -75,13 +128,60 @@ std::optional<QByteArray> installedTOMLBlock(const QByteArray &text) {
                   : std::nullopt;
 }
 
-QByteArray install(const QByteArray &text, const HookPlan &plan) {
-    const QByteArray others = strippingMorvaneBlock(text);
-    return (others.isEmpty() ? others : others + "\n\n") + tomlBlock(plan);
+bool isInstalled(const QByteArray &text) {
+    if (text.contains(tomlBeginMarker)) {
+        return true;
+    }
+    if (!text.contains(HookPlan::hookScriptMarker)) {
+        return false;
+    }
+    const auto found = TomlHookEntries::find(text);
+    return !found.failure() && found->ours > 0;
+}
+
+/// Beside a block that isn't the plan's there may be more of ours than the block, or a block that
+/// was once put where it can't be.
+bool isStale(const QByteArray &text, const HookPlan &plan) {
+    const auto present = installedTOMLBlock(text);
+    if (!present || *present + '\n' != tomlBlock(plan)) {
+        return true;
+    }
+    const auto found = TomlHookEntries::find(text);
+    return found.failure() ? !install(text, plan).failure()
+                           : found->ours != plan.installedEvents().size();
+}
+
+Result<QByteArray> install(const QByteArray &text, const HookPlan &plan) {
+    QByteArray others = othersIn(text);
+    // A line feed may only be the second half of a line's end.
+    const auto before = TomlHookEntries::find(others + '\n');
+    if (const auto *failure = before.failure()) {
+        return *failure;
+    }
+    using enum TomlHookEntries::Form;
+    if (before->form == list) {
+        return Failure{Words::tr("the hooks in config.toml stand in one list at line %1, to which "
+                                 "none can be added. Written as [[hooks]] each they can stay")
+                           .arg(before->line)};
+    }
+    if (before->form == other) {
+        return Failure{
+            Words::tr("\"hooks\" in config.toml is no list of hooks at line %1").arg(before->line)};
+    }
+    if (before->form == emptyList) {
+        others = withoutLineFeeds(before->withListBehind(tomlListMarker));
+    }
+    const QByteArray result = (others.isEmpty() ? others : others + "\n\n") + tomlBlock(plan);
+    const auto after = TomlHookEntries::find(result);
+    if (after.failure() || after->othersMeaning != before->othersMeaning ||
+        after->ours != plan.installedEvents().size()) {
+        return Failure{Words::tr("config.toml would not say the same any more")};
+    }
+    return result;
 }
 
 QByteArray uninstall(const QByteArray &text) {
-    const QByteArray others = strippingMorvaneBlock(text);
+    const QByteArray others = othersIn(text);
     return others.isEmpty() ? others : others + '\n';
 }
 

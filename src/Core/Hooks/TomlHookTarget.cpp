@@ -1,41 +1,77 @@
 #include "Core/Hooks/TomlHookTarget.h"
 
 #include "Core/Hooks/TomlBlock.h"
+#include "Core/Hooks/TomlHookEntries.h"
 
 #include <tuple>
 
 namespace morvane {
 
-TomlHookTarget::TomlHookTarget(const QString &path, HookPlan plan, ForwarderScripts scripts)
-    : m_file(path), m_plan(plan), m_scripts(std::move(scripts)) {}
+TomlHookTarget::TomlHookTarget(AgentSettingsFile file, HookPlan plan, ForwarderScripts scripts)
+    : m_file(std::move(file)), m_plan(plan), m_scripts(std::move(scripts)) {}
 
-std::optional<Failure> TomlHookTarget::install() const {
-    if (auto failure = m_scripts.writeHookScript()) {
-        return failure;
-    }
-    return write(true);
+/// What was read, or what is there a moment later where that isn't whole.
+std::optional<QByteArray> TomlHookTarget::settled(std::optional<QByteArray> content) const {
+    const bool isWhole =
+        !content || (!content->isEmpty() && !TomlHookEntries::find(*content).failure());
+    auto later = isWhole ? std::nullopt : m_file.readAgain();
+    return later ? later : content;
 }
 
-std::optional<Failure> TomlHookTarget::uninstall() const {
-    return write(false);
+QByteArray TomlHookTarget::text() const {
+    return settled(m_file.read()).value_or(QByteArray());
 }
 
 /// The first connection saves the file as its owner wrote it; what changes nothing but our own
 /// lines leaves that backup alone.
-std::optional<Failure> TomlHookTarget::write(bool installs) const {
-    return m_file.rewrite([&](const std::optional<QByteArray> &content)
-                              -> Result<std::optional<AgentSettingsChange>> {
-        const QByteArray text = content.value_or(QByteArray());
-        const AgentSettingsChange change{
-            .content = installs ? TomlBlock::install(text, m_plan) : TomlBlock::uninstall(text),
+std::optional<Failure> TomlHookTarget::install() const {
+    if (auto failure = m_scripts.writeHookScript()) {
+        return failure;
+    }
+    return m_file.rewrite([&](const auto &content) -> Result<std::optional<AgentSettingsChange>> {
+        using enum AgentSettingsChange::Origin;
+        const QByteArray text = settled(content).value_or(QByteArray());
+        const auto installed = TomlBlock::install(text, m_plan);
+        if (const auto *failure = installed.failure()) {
+            return *failure;
+        }
+        if (*installed == text) {
+            return std::nullopt;
+        }
+        return AgentSettingsChange{
+            .content = *installed,
+            .backsUp = !text.isEmpty() && !TomlBlock::installedTOMLBlock(text),
+            .origin = TomlBlock::isInstalled(text) ? stays : taken,
+        };
+    });
+}
+
+/// A file of nothing but our block is left empty, unless we have made it.
+std::optional<Failure> TomlHookTarget::uninstall() const {
+    return m_file.rewrite([&](const auto &content) -> Result<std::optional<AgentSettingsChange>> {
+        const QByteArray text = settled(content).value_or(QByteArray());
+        const QByteArray left = TomlBlock::uninstall(text);
+        // A begin without an end stays: there is no telling what of the rest is ours.
+        if (left.contains(TomlBlock::tomlBeginMarker)) {
+            return Failure{tr("config.toml did not contain the expected result after writing")};
+        }
+        AgentSettingsChange change{
+            .content = left,
             .backsUp = !text.isEmpty() && !TomlBlock::installedTOMLBlock(text),
         };
-        // A begin without an end stays: there is no telling what of the rest is ours.
-        if (change.content.contains(TomlBlock::tomlBeginMarker) != installs) {
-            return Failure{tr("config.toml did not contain the expected result after writing")};
+        const auto origin = m_file.origin();
+        if (content && origin && isOrigin(*origin, left)) {
+            change.content = origin->bytes;
+            change.origin = AgentSettingsChange::Origin::returned;
         }
         return change;
     });
+}
+
+/// Whether a text of which that is left without ours is what we have made of the origin.
+bool TomlHookTarget::isOrigin(const SettingsOrigin::Content &origin, const QByteArray &left) const {
+    const auto ours = TomlBlock::install(origin.bytes.value_or(QByteArray()), m_plan);
+    return !ours.failure() && TomlBlock::uninstall(*ours) == left;
 }
 
 void TomlHookTarget::renew() const {
@@ -46,12 +82,11 @@ void TomlHookTarget::renew() const {
 }
 
 bool TomlHookTarget::isInstalled() const {
-    return m_file.read().value_or(QByteArray()).contains(TomlBlock::tomlBeginMarker);
+    return TomlBlock::isInstalled(text());
 }
 
 bool TomlHookTarget::hasStaleEntries() const {
-    const auto present = TomlBlock::installedTOMLBlock(m_file.read().value_or(QByteArray()));
-    return !present || *present + '\n' != TomlBlock::tomlBlock(m_plan);
+    return TomlBlock::isStale(text(), m_plan);
 }
 
 Health TomlHookTarget::health() const {

@@ -14,7 +14,7 @@ class TomlHookTarget : public HookTarget {
     Q_DECLARE_TR_FUNCTIONS(TomlHookTarget)
 
 public:
-    TomlHookTarget(const QString &path, HookPlan plan, ForwarderScripts scripts);
+    TomlHookTarget(AgentSettingsFile file, HookPlan plan, ForwarderScripts scripts);
 
     std::optional<Failure> install() const override;
     std::optional<Failure> uninstall() const override;
@@ -24,7 +24,9 @@ public:
     Health health() const override;
 
 private:
-    std::optional<Failure> write(bool installs) const;
+    std::optional<QByteArray> settled(std::optional<QByteArray> content) const;
+    QByteArray text() const;
+    bool isOrigin(const SettingsOrigin::Content &origin, const QByteArray &left) const;
 
     AgentSettingsFile m_file;
     HookPlan m_plan;

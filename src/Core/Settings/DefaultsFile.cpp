@@ -48,7 +48,7 @@ void DefaultsFile::replace(const QVariantMap &values) {
         }
         m_isUnreadable = false;
     }
-    WholeFile file(m_path);
+    WholeFile file(linkTarget(m_path));
     file.setMode(0600); // the token is in it
     std::ignore = file.write(DefaultsFormat::write(values));
 }

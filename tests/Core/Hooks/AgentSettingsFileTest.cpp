@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
+#include <sys/xattr.h>
 
 namespace morvane {
 namespace {
@@ -87,6 +88,66 @@ TEST_F(AgentSettingsFileTest, WritesThroughSymbolicLinks) {
     QFile::remove(home.path("dotfiles/agent.json"));
     EXPECT_EQ(failure(file, append("3")), "");
     EXPECT_EQ(home.read("dotfiles/agent.json"), "3");
+}
+
+TEST_F(AgentSettingsFileTest, ReplacesALinkInThePlaceOfACopyInsteadOfFollowingIt) {
+    home.write(name, "1");
+    home.write("elsewhere", "theirs");
+    for (const char *ending : {".morvane-backup", ".morvane-original", ".morvane-unreadable"}) {
+        ASSERT_TRUE(QFile::link(home.path("elsewhere"), home.path(name + ending)));
+    }
+    EXPECT_EQ(
+        failure(file, fixed(AgentSettingsChange{.content = "2",
+                                                .replacesUnreadable = true,
+                                                .origin = AgentSettingsChange::Origin::taken})),
+        "");
+    EXPECT_EQ(home.read("elsewhere"), "theirs");
+    for (const char *ending : {".morvane-backup", ".morvane-original", ".morvane-unreadable"}) {
+        EXPECT_FALSE(QFileInfo(home.path(name + ending)).isSymbolicLink());
+        EXPECT_EQ(home.read(name + ending), "1");
+    }
+}
+
+/// A file that is closed but for one user must not be opened to the group.
+TEST_F(AgentSettingsFileTest, KeepsAccessListAndAttributes) {
+    // Version 2; the owner reads and writes, the user 1234 reads, nobody else does anything.
+    const std::vector<std::uint16_t> list{2,      0,      1,    6, 0xffff, 0xffff, 2,    4,
+                                          1234,   0,      4,    0, 0xffff, 0xffff, 0x10, 4,
+                                          0xffff, 0xffff, 0x20, 0, 0xffff, 0xffff};
+    constexpr char access[] = "system.posix_acl_access";
+    const auto attribute = [this](const QString &path, const char *key) {
+        QByteArray value(100, '\0');
+        const ssize_t size = ::getxattr(home.path(path).toUtf8().constData(), key, value.data(),
+                                        static_cast<std::size_t>(value.size()));
+        return value.left(std::max<ssize_t>(size, 0)).toHex();
+    };
+    const QByteArray path = home.write(name, "1").toUtf8();
+    ::chmod(path, 0600);
+    if (::setxattr(path, "user.note", "mine", 4, 0) != 0 ||
+        ::setxattr(path, access, list.data(), list.size() * sizeof(list[0]), 0) != 0) {
+        GTEST_SKIP() << "the file system has no such attributes";
+    }
+    const QByteArray before = attribute(name, access);
+    const mode_t shown = mode(name);
+    EXPECT_EQ(failure(file, fixed(AgentSettingsChange{
+                                .content = "2", .origin = AgentSettingsChange::Origin::taken})),
+              "");
+    for (const char *ending : {"", ".morvane-backup", ".morvane-original"}) {
+        EXPECT_EQ(attribute(name + ending, access), before) << ending;
+        EXPECT_EQ(attribute(name + ending, "user.note"), QByteArray("mine").toHex()) << ending;
+        EXPECT_EQ(mode(name + ending), shown) << ending;
+    }
+
+    // What the folder hands down to new files is not the file's.
+    ::removexattr(path, access);
+    ::chmod(path, 0640);
+    const QByteArray folder = home.path("agent").toUtf8();
+    ASSERT_EQ(::setxattr(folder, "system.posix_acl_default", list.data(),
+                         list.size() * sizeof(list[0]), 0),
+              0);
+    EXPECT_EQ(failure(file, append("3")), "");
+    EXPECT_EQ(attribute(name, access), "");
+    EXPECT_EQ(mode(name), 0640u);
 }
 
 TEST_F(AgentSettingsFileTest, LeavesAloneWhatItMayNotOrCannotHandle) {

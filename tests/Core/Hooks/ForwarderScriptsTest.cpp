@@ -73,6 +73,20 @@ TEST(ForwarderScripts, RewritesTheScriptButNotAClientThatIsTheSame) {
     EXPECT_TRUE(QFileInfo(client.fileName()).isExecutable());
 }
 
+TEST(ForwarderScripts, ReplacesLinksInsteadOfFollowingThem) {
+    const TemporaryHome home;
+    ASSERT_FALSE(scripts(1).writeHookScript());
+    const QByteArray client = home.read(".morvane/forwarder");
+    for (const char *name : {".morvane/hook.sh", ".morvane/forwarder"}) {
+        const QString other = home.write("other", client);
+        QFile::remove(home.path(name));
+        ASSERT_TRUE(QFile::link(other, home.path(name)));
+        ASSERT_FALSE(scripts(2).writeHookScript());
+        EXPECT_FALSE(QFileInfo(home.path(name)).isSymbolicLink());
+        EXPECT_EQ(home.read("other"), client);
+    }
+}
+
 TEST(ForwarderScripts, SaysWhatKeptItFromWriting) {
     const TemporaryHome home;
     home.write(".morvane");

@@ -1,0 +1,72 @@
+#include "Core/Hooks/SettingsOrigin.h"
+
+#include "Core/Ground/RegularFile.h"
+#include "Core/Ground/WholeFile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <unistd.h>
+
+namespace morvane {
+
+namespace {
+
+/// What is there, unless it is a link: we have never made one, so it leads to somebody else's.
+std::optional<QByteArray> ownContent(const QString &path) {
+    return QFileInfo(path).isSymbolicLink() ? std::nullopt : RegularFile::whole(path);
+}
+
+/// The first folder on the way to a file that isn't there; empty where all of them are.
+QString firstMissingFolder(const QString &path) {
+    QString missing;
+    QString folder = QFileInfo(path).path();
+    while (!QFileInfo::exists(folder)) {
+        missing = folder;
+        folder = QFileInfo(folder).path();
+    }
+    return missing;
+}
+
+/// The file's folder, and those above it up to `top`.
+void removeFolders(const QString &path, const QString &top) {
+    QString folder = QFileInfo(path).path();
+    const auto isWithin = [&] { return folder == top || folder.startsWith(top + u'/'); };
+    while (!top.isEmpty() && isWithin() && ::rmdir(QFile::encodeName(folder).constData()) == 0) {
+        folder = QFileInfo(folder).path();
+    }
+}
+
+} // namespace
+
+std::optional<SettingsOrigin::Content> SettingsOrigin::read() const {
+    if (auto bytes = ownContent(copyPath())) {
+        return Content{std::move(bytes)};
+    }
+    return ownContent(markPath()) ? std::optional(Content{}) : std::nullopt;
+}
+
+std::optional<Failure> SettingsOrigin::keep(const std::optional<QByteArray> &bytes) const {
+    const QString target = linkTarget(m_path);
+    const QString missing = bytes ? QString() : firstMissingFolder(target);
+    QDir().mkpath(QFileInfo(target).path());
+    WholeFile file(bytes ? copyPath() : markPath());
+    if (bytes) {
+        file.setModel(target);
+    }
+    auto failure = file.write(bytes.value_or(QFile::encodeName(missing)));
+    if (!failure) {
+        QFile::remove(bytes ? markPath() : copyPath());
+    }
+    return failure;
+}
+
+void SettingsOrigin::forget() const {
+    const QString made = QFile::decodeName(ownContent(markPath()).value_or(QByteArray()));
+    QFile::remove(copyPath());
+    QFile::remove(markPath());
+    removeFolders(linkTarget(m_path), made);
+}
+
+} // namespace morvane

@@ -1,0 +1,366 @@
+#include "Core/Adapters/AgentRegistry.h"
+#include "Core/Agents/AgentAdapter.h"
+#include "Core/Hooks/HookInstaller.h"
+#include "Core/Hooks/TomlHookEntries.h"
+#include "Core/Settings/Defaults.h"
+#include "Core/Settings/MorvaneSettings.h"
+#include "Support/Printing.h"
+#include "Support/TemporaryHome.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+
+namespace morvane {
+namespace {
+
+using enum AgentKind;
+
+/// A person's settings file: what it holds must be there again, to the last byte, after a
+/// connection in which nobody else has written.
+class SettingsReturnTest : public testing::Test {
+protected:
+    HookInstaller installer(AgentKind kind, std::uint16_t port = 40123) const {
+        return {AgentRegistry::adapter(kind), settings, port, moment};
+    }
+    static std::string failure(const std::optional<Failure> &result) {
+        return result ? result->message.toStdString() : "";
+    }
+    void connect(AgentKind kind) const { EXPECT_EQ(failure(installer(kind).install()), ""); }
+    void disconnect(AgentKind kind) const { EXPECT_EQ(failure(installer(kind).uninstall()), ""); }
+
+    QString place(AgentKind kind) const {
+        return AgentRegistry::adapter(kind).integrationDescription().mid(2);
+    }
+    QByteArray text(AgentKind kind) const { return home.read(place(kind)); }
+    QByteArray original(AgentKind kind) const {
+        return home.read(place(kind) + ".morvane-original");
+    }
+    void write(AgentKind kind, const QByteArray &text) const { home.write(place(kind), text); }
+    bool exists(const QString &path) const { return QFileInfo::exists(home.path(path)); }
+    void clear(AgentKind kind) const {
+        QDir(QFileInfo(home.path(place(kind))).path()).removeRecursively();
+    }
+
+    /// Writes the file, connects and disconnects; what it holds then.
+    std::string returned(AgentKind kind, const QByteArray &before) const {
+        clear(kind);
+        write(kind, before);
+        connect(kind);
+        EXPECT_TRUE(installer(kind).isInstalled());
+        EXPECT_EQ(installer(kind).health().issues(), QStringList());
+        EXPECT_EQ(original(kind).toStdString(), before.toStdString());
+        disconnect(kind);
+        EXPECT_FALSE(exists(place(kind) + ".morvane-original"));
+        return text(kind).toStdString();
+    }
+
+    TemporaryHome home;
+    Defaults defaults{home.path("config"), "test"};
+    MorvaneSettings settings{defaults};
+    std::function<void()> moment = [] {};
+};
+
+QByteArrayList jsonFiles() {
+    return {
+        "",
+        " \n\t\n",
+        "{}",
+        "{ }\n",
+        "{\n}\r\n",
+        "\xEF\xBB\xBF{\"a\":1}",
+        "{\"b\":1,\"a\":2}",
+        "{\n\t\"b\": [1,2],\n\t\"a\": {}\n}",
+        "{\r\n  \"model\": \"opus\"\r\n}\r\n",
+        "// mine\n{\"a\":1}\n// last",
+        "/* a */{/* b */\"a\"/* c */:/* d */1/* e */}/* f */\n\n\n",
+        "{\"a\":[1,2,],}",
+        "{\"a\":1,\"a\":2,\"a\":1}",
+        R"({"f":0.10,"e":1E+3,"z":-0,"i":9007199254740993,"big":123456789012345678901234567890})",
+        R"({"u":"\u00e9\/\ud83d\ude42","half":"\ud83d"})",
+        "{\"latin\":\"caf\xe9\"}",
+        "{\"caf\xe9\":1,\"\\ud800\":2}",
+        QByteArray("{\"a\":") + QByteArray(1500, '[') + QByteArray(1500, ']') + "}",
+        R"({"hooks":{}})",
+        R"({"hooks":[]})",
+        R"({"hooks":null})",
+        R"({"hooks":["a"],"model":"opus"})",
+        R"({"hooks":{"Stop":[]}})",
+        R"({"hooks":{"Stop":null,"stop":"x","PreToolUse":{}}})",
+        R"({"hooks":{"Stop":[{"hooks":[{"type":"command","command":"say done"}]}]}})",
+        R"({"hooks":{"Other":[{"matcher":"*","hooks":[]}],"Stop":[1,{"command":"x"}]}})",
+        R"({"statusLine":null})",
+        R"({"statusLine":{}})",
+        R"({"statusLine":""})",
+        R"({"statusLine":[]})",
+        R"({"statusLine":"mine","z":1,"a":{"z":1,"a":2}})",
+        R"({"statusLine":{"type":"command","command":"~/line.sh","padding":0}})",
+        R"({"version":1})",
+        R"({"version":"3","hooks":{"stop":[{"command":"a"}]}})",
+        R"({"preferredNotifChannel":"iterm2"})",
+        R"({"":{"":""}})",
+        "model = opus",
+        R"(["a"])",
+        "7",
+        "{\"a\":1",
+        QByteArray("{\"a\":\"\0\"}", 9),
+        R"-({"permissions":{"allow":["Bash(ls:*)"],"deny":[]},"env":{"URL":"http://a//b"}})-",
+    };
+}
+
+TEST_F(SettingsReturnTest, BringsEveryJsonFileBackToTheLastByte) {
+    for (const QByteArray &before : jsonFiles()) {
+        SCOPED_TRACE(before.left(80).toStdString());
+        EXPECT_EQ(returned(claude, before), before.toStdString());
+    }
+    // It needs a version at the root, which may be there.
+    for (const char *before : {"{}", R"({"version":1})", R"({"version":"3","a":1})", "no JSON"}) {
+        EXPECT_EQ(returned(cursor, before), before);
+    }
+}
+
+TEST_F(SettingsReturnTest, KeepsTheOriginalThroughWhateverWeWriteMeanwhile) {
+    for (const AgentKind kind : {claude, codex, cursor, kimi}) {
+        const QByteArray before = kind == kimi ? "a = 1 # é" : "// mine\n{\"b\":1,\"a\":2}";
+        write(kind, before);
+        connect(kind);
+        settings.setApprovalsEnabled(!settings.approvalsEnabled());
+        connect(kind);
+        write(kind, text(kind).replace("/.morvane/", "/old/.morvane/"));
+        EXPECT_TRUE(installer(kind).hasStaleEntries());
+        installer(kind, 40124).renew();
+        EXPECT_FALSE(installer(kind).hasStaleEntries());
+        EXPECT_EQ(original(kind), before);
+        disconnect(kind);
+        EXPECT_EQ(text(kind).toStdString(), before.toStdString());
+    }
+}
+
+QByteArrayList tomlFiles() {
+    return {
+        "",
+        "\n\n",
+        "a = 1",
+        "a = 1\n\n\n\n",
+        "a = 1\r\n# é\r\n",
+        "\xEF\xBB\xBF\"a\" = 1\n",
+        "\t# tabs\n\ta\t=\t1\t# one\n",
+        "a.b.c = 1\na.b.d = 2\n",
+        "n = [nan, inf, -inf, 0x1F, 1_000, 1e3, -0.0]\n",
+        "d = 1979-05-27T07:32:00Z\nt = 07:32:00\n",
+        "s = \"\"\"\n[[hooks]]\ncommand = '.morvane/hook.sh'\n# >>> \"\"\"\nr = '''\n'''",
+        QByteArray("a = ") + QByteArray(200, '[') + QByteArray(200, ']'),
+        "[providers.x]\nkey = 'secret'\n[[servers]]\nname = 'a'\n[[servers]]\nname = 'b'\n",
+        "hooks = []",
+        "hooks = [] # none\r\nmodel = 'k2'\r\n",
+        "a = 1\n\"hooks\" = [\n  # none yet\n]\n[b]\nc = 1",
+        "[b]\nhooks = []\n",
+        "[[hooks]]\nevent = \"Stop\"\ncommand = \"say done\"\n",
+        "[[hooks]]\n# bell\nevent = 'Stop'\ncommand = 'bell'\n\n[hooks.more]\na = 1\n[z]\ny = 1\n",
+        "[ [ a ] ]",
+        "a = 1\na = 2\n",
+    };
+}
+
+TEST_F(SettingsReturnTest, BringsEveryTomlFileBackToTheLastByteAndLosesNothingMeanwhile) {
+    for (const QByteArray &before : tomlFiles()) {
+        SCOPED_TRACE(before.left(80).toStdString());
+        const auto theirs = TomlHookEntries::find(before);
+        if (theirs.failure()) {
+            write(kimi, before);
+            EXPECT_NE(failure(installer(kimi).install()), "");
+            EXPECT_EQ(text(kimi).toStdString(), before.toStdString());
+            continue;
+        }
+        EXPECT_EQ(returned(kimi, before), before.toStdString());
+        connect(kimi);
+        const auto both = TomlHookEntries::find(text(kimi));
+        ASSERT_FALSE(both.failure()) << text(kimi).toStdString();
+        EXPECT_GT(both->ours, 0);
+        EXPECT_EQ(both->othersMeaning.toStdString(), theirs->othersMeaning.toStdString());
+    }
+}
+
+TEST_F(SettingsReturnTest, RefusesTomlThatCannotTakeHooks) {
+    const std::array<QByteArray, 2> cases[] = {
+        {"[hooks]\na = 1\n", "\"hooks\" in config.toml is no list of hooks at line 1"},
+        {"a = 1\nhooks = 'none'\n", "\"hooks\" in config.toml is no list of hooks at line 2"},
+        {"\nhooks = [{event = 'Stop', command = 'bell'}]\n",
+         "the hooks in config.toml stand in one list at line 2, to which none can be added. "
+         "Written as [[hooks]] each they can stay"},
+        {"a = 1\nb =\n", "config.toml is no valid TOML at line 2"},
+        {"a = 'caf\xe9'\n", "config.toml is no valid TOML at line 1"},
+    };
+    for (const auto &[before, message] : cases) {
+        write(kimi, before);
+        EXPECT_EQ(failure(installer(kimi).install()), message.toStdString());
+        EXPECT_EQ(text(kimi).toStdString(), before.toStdString());
+        EXPECT_FALSE(installer(kimi).isInstalled());
+    }
+}
+
+/// Kimi's own saver writes the file anew from what it has read.
+TEST_F(SettingsReturnTest, KnowsItsHooksWithoutTheCommentsAroundThem) {
+    write(kimi, "a = 1\nhooks = []\n");
+    connect(kimi);
+    const QByteArray connected = text(kimi);
+    QByteArrayList lines = connected.split('\n');
+    lines.removeIf([](const QByteArray &line) { return line.startsWith('#') || line.isEmpty(); });
+    const QByteArray tables = lines.join('\n') + "\n# theirs\n[[hooks]]\nevent = 'Stop'\n"
+                                                 "command = 'bell'\n[b]\nc = 'é'\n";
+    QByteArray inlined = "hooks = [";
+    for (const char *entry : {"/x/.morvane/hook.sh kimi A", "bell", "/x/.morvane/hook.sh kimi B",
+                              "/x/.morvane/hook.sh kimi C"}) {
+        inlined += "{event = 'é', command = '" + QByteArray(entry) + "'},\n  ";
+    }
+    const std::array<QByteArray, 2> cases[] = {
+        {tables, "a = 1\n# theirs\n[[hooks]]\nevent = 'Stop'\ncommand = 'bell'\n[b]\nc = 'é'\n"},
+        {inlined + "]\n", "hooks = [{event = 'é', command = 'bell'},\n  ]\n"},
+        {"hooks = [{command = '.morvane/hook.sh'}, {command = '.morvane/hook.sh x'}]\n",
+         "hooks = []\n"},
+        // As an older version has left it, which Kimi can't read.
+        {"hooks = []\n\n" + connected.mid(connected.indexOf("# >>>")), "hooks = []\n"},
+    };
+    for (const auto &[saved, theirs] : cases) {
+        SCOPED_TRACE(saved.toStdString());
+        write(kimi, saved);
+        EXPECT_TRUE(installer(kimi).isInstalled());
+        EXPECT_TRUE(installer(kimi).hasStaleEntries());
+        installer(kimi).renew();
+        if (!theirs.contains("hooks = [{")) {
+            EXPECT_FALSE(installer(kimi).hasStaleEntries());
+            EXPECT_EQ(text(kimi).count("kimi Stop"), 1);
+        }
+        disconnect(kimi);
+        EXPECT_EQ(text(kimi).toStdString(), theirs.toStdString());
+    }
+}
+
+TEST_F(SettingsReturnTest, TakesAwayWhatOnlyWeHaveMade) {
+    QDir(home.path()).mkpath(".config/opencode");
+    for (const AgentKind kind : {claude, cursor, kimi, opencode}) {
+        SCOPED_TRACE(rawValue(kind));
+        connect(kind);
+        settings.setApprovalsEnabled(!settings.approvalsEnabled());
+        connect(kind);
+        disconnect(kind);
+        EXPECT_FALSE(exists(QFileInfo(place(kind)).path()));
+        QDir().mkpath(QFileInfo(home.path(place(kind))).path());
+        connect(kind);
+        disconnect(kind);
+        EXPECT_EQ(QDir(QFileInfo(home.path(place(kind))).path())
+                      .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+                  QStringList());
+    }
+    EXPECT_TRUE(exists(".config/opencode"));
+
+    connect(claude);
+    write(claude, text(claude).replace("\"hooks\"", "\"a\": 1, \"hooks\""));
+    home.write(".claude/other");
+    disconnect(claude);
+    EXPECT_EQ(text(claude), "{\n  \"a\": 1\n}\n");
+}
+
+TEST_F(SettingsReturnTest, KeepsTheOriginalBesideAFileThatOthersHaveChanged) {
+    const QByteArray before = "// mine\n{\"b\":1,\"a\":2}";
+    const auto changes = std::to_array<QByteArray (*)(QByteArray)>({
+        [](QByteArray text) { return text.replace("\"b\": 1", "\"b\": 3"); },
+        [](QByteArray text) { return text + "// new\n"; },
+        [](QByteArray text) { return text.simplified(); },
+    });
+    for (const auto &change : changes) {
+        write(claude, before);
+        connect(claude);
+        write(claude, change(text(claude)));
+        connect(claude);
+        disconnect(claude);
+        EXPECT_TRUE(text(claude).startsWith("{\n  \"a\": 2,\n  \"b\": "))
+            << text(claude).toStdString();
+        EXPECT_EQ(original(claude), before);
+    }
+
+    // A copy that somebody has taken away, changed, or put a link in the place of.
+    const QString copy = home.path(place(claude) + ".morvane-original");
+    home.write("elsewhere", "{\"b\":1,\"a\":2}");
+    const auto damages = std::to_array<std::function<void()>>({
+        [&] { QFile::remove(copy); },
+        [&] { home.write(place(claude) + ".morvane-original", "{\"other\":1}"); },
+        [&] { QFile::remove(copy) && QFile::link(home.path("elsewhere"), copy); },
+    });
+    for (const auto &damage : damages) {
+        write(claude, before);
+        connect(claude);
+        damage();
+        disconnect(claude);
+        EXPECT_EQ(text(claude), "{\n  \"a\": 2,\n  \"b\": 1\n}\n");
+    }
+    EXPECT_EQ(home.read("elsewhere"), "{\"b\":1,\"a\":2}");
+    write(claude, before);
+    connect(claude); // replaces the link
+    EXPECT_EQ(home.read("elsewhere"), "{\"b\":1,\"a\":2}");
+    disconnect(claude);
+    EXPECT_EQ(text(claude), before);
+}
+
+TEST_F(SettingsReturnTest, TakesTheSwitchForNotificationsForItsOwn) {
+    const auto mute = [&](bool suppressed) {
+        EXPECT_EQ(failure(installer(claude).setNotificationsSuppressed(suppressed)), "");
+    };
+    const QByteArray before = "// mine\n{\"b\":1,\"a\":2}";
+    write(claude, before);
+    mute(false);
+    EXPECT_EQ(text(claude), before);
+    mute(true);
+    mute(false);
+    EXPECT_EQ(text(claude), before);
+    mute(true);
+    connect(claude);
+    mute(false);
+    disconnect(claude);
+    EXPECT_EQ(text(claude), before);
+    connect(claude);
+    mute(true);
+    disconnect(claude); // is no reason to be noisy again
+    EXPECT_TRUE(installer(claude).notificationsSuppressed());
+    EXPECT_EQ(original(claude), before);
+    mute(false);
+    EXPECT_EQ(text(claude), before);
+}
+
+/// An agent that rewrites its file in place leaves it empty for an instant.
+TEST_F(SettingsReturnTest, LooksAgainAtAFileThatIsBeingWritten) {
+    for (const AgentKind kind : {claude, kimi}) {
+        const QByteArray whole = kind == kimi ? "a = 1\n" : "{\"a\":1}";
+        const auto finishing = [&](const QByteArray &content) {
+            return [this, kind, content] { write(kind, content); };
+        };
+        for (const QByteArray &half : {QByteArray(), whole.left(3)}) {
+            clear(kind);
+            write(kind, half);
+            moment = finishing(whole);
+            connect(kind);
+            EXPECT_TRUE(text(kind).contains(whole.mid(2, 1)));
+            EXPECT_EQ(original(kind), whole);
+            const QByteArray connected = text(kind);
+
+            write(kind, half);
+            moment = finishing(connected);
+            EXPECT_TRUE(installer(kind).isInstalled());
+            write(kind, half);
+            disconnect(kind);
+            EXPECT_EQ(text(kind), whole);
+        }
+        // Nobody is in the middle of writing a file that is hours old.
+        write(kind, "");
+        QFile old(home.path(place(kind)));
+        ASSERT_TRUE(old.open(QIODevice::ReadWrite));
+        old.setFileTime(QDateTime::currentDateTime().addSecs(-7200),
+                        QFileDevice::FileModificationTime);
+        old.close();
+        EXPECT_FALSE(installer(kind).isInstalled());
+        moment = [] {};
+    }
+}
+
+} // namespace
+} // namespace morvane
