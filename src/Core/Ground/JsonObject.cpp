@@ -106,6 +106,9 @@ simdjson::dom::parser &threadParser() {
 } // namespace
 
 std::optional<JsonObject> JsonObject::parse(QByteArrayView bytes) {
+    if (bytes.isEmpty()) {
+        return std::nullopt;
+    }
     std::string_view text(bytes.data(), static_cast<std::size_t>(bytes.size()));
     text.remove_prefix(text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
     simdjson::dom::object root;

@@ -151,7 +151,7 @@ void HttpRequestParser::takeRequestLine(std::string_view line) {
 
 void HttpRequestParser::takeHeader(HttpHeader header, std::string_view value) {
     if (header == HttpHeader::token) {
-        m_request.isAuthorised = sameToken(value, m_token);
+        m_request.isAuthorised = !m_token || sameToken(value, *m_token);
         return;
     }
     auto &place = m_request.headers[static_cast<std::size_t>(header)];

@@ -43,8 +43,11 @@ public:
     /// How many bytes of a head are kept before it has shown the token.
     static constexpr std::size_t strangerRoom = 2048;
 
-    /// The token is what authorises a request; it outlives the parser.
-    explicit HttpRequestParser(std::string_view token) : m_token(token) {}
+    /// The token is what authorises a request, and outlives the parser; without one every request
+    /// is authorised.
+    explicit HttpRequestParser(std::optional<std::string_view> token) : m_token(token) {
+        m_request.isAuthorised = !token;
+    }
 
     /// Takes the bytes that follow those of the last time; to be called no more once the request is
     /// complete. The body may then be a view of these bytes, and is valid as long as they are.
@@ -73,7 +76,7 @@ private:
     void takeLength();
     void takeBody(std::string_view bytes);
 
-    std::string_view m_token;
+    std::optional<std::string_view> m_token;
     HttpRequest m_request;
     Stage m_stage = Stage::requestLine;
     Status m_status = Status::unfinished;
