@@ -1,11 +1,13 @@
 #include "Core/Adapters/AgentRegistry.h"
 #include "Core/Agents/AgentAdapter.h"
+#include "Core/Ground/JsonObject.h"
 #include "Core/Intake/HookEvent.h"
 
 #include <cstdint>
+#include <cstdlib>
 
 // The first byte chooses the agent and its event, the rest is the payload. Whatever the payload,
-// decoding it and answering it must end well.
+// decoding it must end well, and answering it with its own input must give JSON.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     using namespace morvane;
     if (size == 0) {
@@ -16,8 +18,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const QString name = names[data[0] / 16 % names.size()];
     const QByteArrayView body(data + 1, static_cast<qsizetype>(size - 1));
     if (const auto event = HookEvent::decode(adapter.kind(), name, body, HookOrigin())) {
-        adapter.encodeDecision(AgentDecision::answer({{event->sessionID, event->sessionID}}),
-                               event->toolName, body, name);
+        const auto answer =
+            adapter.encodeDecision(AgentDecision::answer({{event->sessionID, event->sessionID}}),
+                                   event->toolName, body, name);
+        if (answer && !JsonObject::parse(*answer)) {
+            std::abort();
+        }
         adapter.encodeDecision(AgentDecision::allowRemembering(AgentDecision::Scope::permanent),
                                event->toolName, body, name);
     }

@@ -15,7 +15,7 @@ namespace {
 using nlohmann::json;
 
 ModelDialects::Answer answerTo(const HttpRequest &request) {
-    const std::string_view path = request.path.substr(0, request.path.find('?'));
+    const std::string path = request.path.substr(0, request.path.find('?'));
     const json body = json::parse(request.body, nullptr, false);
     if (body.is_object()) {
         if (path.ends_with("/messages")) {
@@ -61,8 +61,8 @@ void ModelEndpoint::accept() {
 void ModelEndpoint::read(QTcpSocket *connection) {
     QByteArray &received = m_received[connection];
     received += connection->readAll();
-    HttpRequestParser parser;
-    if (parser.parse(std::string_view(received.constData(), std::size_t(received.size()))) !=
+    HttpRequestParser parser(std::nullopt);
+    if (parser.take(std::string_view(received.constData(), std::size_t(received.size()))) !=
         HttpRequestParser::Status::complete) {
         return;
     }

@@ -2,13 +2,16 @@
 
 #include "Core/Intake/HttpRequestParser.h"
 
+#include <algorithm>
 #include <array>
+#include <cctype>
 #include <chrono>
 #include <cstdlib>
 #include <netdb.h>
 #include <netinet/in.h>
 #include <poll.h>
 #include <set>
+#include <sstream>
 #include <sys/eventfd.h>
 #include <sys/fsuid.h>
 #include <sys/socket.h>
@@ -20,6 +23,20 @@ namespace morvane::tests {
 namespace {
 
 constexpr std::chrono::seconds patience{20};
+
+/// All of them, their names in lower case; the parser tells only those that the server reads.
+std::map<std::string, std::string> headersIn(const std::string &request) {
+    std::map<std::string, std::string> result;
+    std::istringstream head(request.substr(0, request.find("\r\n\r\n")));
+    std::string line;
+    for (std::getline(head, line); std::getline(head, line);) {
+        std::string name = line.substr(0, line.find(": "));
+        std::ranges::transform(name, name.begin(), [](unsigned char c) { return std::tolower(c); });
+        line.erase(0, name.size() + 2);
+        result[name] = line.substr(0, line.find('\r'));
+    }
+    return result;
+}
 
 } // namespace
 
@@ -107,15 +124,13 @@ void CapturingListener::handle(int connection) {
         if (size <= 0)
             break;
         bytes.append(piece.data(), static_cast<size_t>(size));
-        HttpRequestParser parser;
-        if (parser.parse(bytes) != HttpRequestParser::Status::complete)
+        HttpRequestParser parser(std::nullopt);
+        if (parser.take(bytes) != HttpRequestParser::Status::complete)
             continue;
-        const HttpRequest &request = parser.request();
         {
             const std::lock_guard lock(m_mutex);
-            m_requests.push_back({bytes.substr(0, bytes.find("\r\n")),
-                                  {request.headers.begin(), request.headers.end()},
-                                  std::string(request.body)});
+            m_requests.push_back({bytes.substr(0, bytes.find("\r\n")), headersIn(bytes),
+                                  std::string(parser.request().body)});
         }
         m_changed.notify_all();
         if (m_answer) {

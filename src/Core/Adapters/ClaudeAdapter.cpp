@@ -1,6 +1,8 @@
 #include "Core/Adapters/ClaudeAdapter.h"
 
 #include "Core/Adapters/ClaudeTranscript.h"
+#include "Core/Ground/JsonMembers.h"
+#include "Core/Ground/JsonObject.h"
 
 #include <QFileInfo>
 #include <nlohmann/json.hpp>
@@ -22,20 +24,28 @@ json allowing(const AgentDecision &decision, const std::optional<QString> &tool)
     return result;
 }
 
-/// The agent runs the tool with the input that it gets back, so all of it goes back, with the
-/// answers put in. None when there is no input to put them into.
-std::optional<json> answering(const AgentDecision &decision, QByteArrayView payload) {
-    const json body = json::parse(payload.begin(), payload.end(), nullptr, false);
-    if (!body.is_object() || !body.contains("tool_input") || !body["tool_input"].is_object()) {
+/// The agent runs the tool with the input that it gets back, so all of it goes back just as it is
+/// spelled, with the answers put in. None when there is no input to put them into.
+std::optional<std::string> answering(const AgentDecision &decision, QByteArrayView payload) {
+    if (!JsonObject::parse(payload)) {
         return std::nullopt;
     }
-    json input = body["tool_input"];
+    const std::string_view body(payload.data(), static_cast<std::size_t>(payload.size()));
+    const auto input = JsonMembers::find(body, "tool_input");
+    if (!input || !input->starts_with('{')) {
+        return std::nullopt;
+    }
     json answers = json::object();
     for (auto entry = decision.answers.begin(); entry != decision.answers.end(); ++entry) {
         answers[entry.key().toStdString()] = entry.value().toStdString();
     }
-    input["answers"] = std::move(answers);
-    return json{{"behavior", "allow"}, {"updatedInput", std::move(input)}};
+    std::string text(R"({"behavior":"allow","updatedInput":{)");
+    for (const auto &[key, value] : JsonMembers::of(*input)) {
+        if (key != "answers") {
+            text.append("\"").append(key).append("\":").append(value).append(",");
+        }
+    }
+    return text.append(R"("answers":)").append(answers.dump()).append("}}");
 }
 
 } // namespace
@@ -69,16 +79,16 @@ std::optional<QByteArray> ClaudeAdapter::encodeDecision(const AgentDecision &dec
                                                         const std::optional<QString> &tool,
                                                         QByteArrayView payload,
                                                         const QString &nativeEvent) const {
-    std::optional<json> result;
+    std::optional<std::string> result;
     switch (decision.kind) {
     case AgentDecision::Kind::allow:
-        result = json{{"behavior", "allow"}};
+        result = R"({"behavior":"allow"})";
         break;
     case AgentDecision::Kind::deny:
-        result = json{{"behavior", "deny"}};
+        result = R"({"behavior":"deny"})";
         break;
     case AgentDecision::Kind::allowRemembering:
-        result = allowing(decision, tool);
+        result = allowing(decision, tool).dump();
         break;
     case AgentDecision::Kind::answer:
         result = answering(decision, payload);

@@ -2,8 +2,6 @@
 
 #include "Core/Adapters/ClaudeTranscript.h"
 
-#include <nlohmann/json.hpp>
-
 namespace morvane {
 
 ClaudeForkAdapter::ClaudeForkAdapter(AgentKind kind, QString settingsPath, QStringList nativeEvents,
@@ -46,9 +44,9 @@ std::optional<QByteArray> ClaudeForkAdapter::encodeDecision(const AgentDecision 
     case AgentDecision::Kind::allow:
     case AgentDecision::Kind::allowRemembering:
     case AgentDecision::Kind::answer:
-        return decisionEnvelope(nativeEvent, {{"behavior", "allow"}});
+        return decisionEnvelope(nativeEvent, R"({"behavior":"allow"})");
     case AgentDecision::Kind::deny:
-        return decisionEnvelope(nativeEvent, {{"behavior", "deny"}});
+        return decisionEnvelope(nativeEvent, R"({"behavior":"deny"})");
     case AgentDecision::Kind::ask:
         break;
     }

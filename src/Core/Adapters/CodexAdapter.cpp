@@ -2,8 +2,6 @@
 
 #include "Core/Adapters/CodexTranscript.h"
 
-#include <nlohmann/json.hpp>
-
 namespace morvane {
 
 QStringList CodexAdapter::nativeEvents() const {
@@ -42,9 +40,9 @@ std::optional<QByteArray> CodexAdapter::encodeDecision(const AgentDecision &deci
     switch (decision.kind) {
     case AgentDecision::Kind::allow:
     case AgentDecision::Kind::allowRemembering:
-        return decisionEnvelope(nativeEvent, {{"behavior", "allow"}});
+        return decisionEnvelope(nativeEvent, R"({"behavior":"allow"})");
     case AgentDecision::Kind::deny:
-        return decisionEnvelope(nativeEvent, {{"behavior", "deny"}});
+        return decisionEnvelope(nativeEvent, R"({"behavior":"deny"})");
     case AgentDecision::Kind::answer:
     case AgentDecision::Kind::ask:
         break;

@@ -142,12 +142,11 @@ QString AgentAdapter::inHome(const QString &relativePath) {
     return QDir::homePath() + QLatin1Char('/') + relativePath;
 }
 
-QByteArray AgentAdapter::decisionEnvelope(const QString &nativeEvent,
-                                          const nlohmann::json &decision) {
-    const nlohmann::json envelope{
-        {"hookSpecificOutput",
-         {{"hookEventName", nativeEvent.toStdString()}, {"decision", decision}}}};
-    return QByteArray::fromStdString(envelope.dump());
+QByteArray AgentAdapter::decisionEnvelope(const QString &nativeEvent, std::string_view decision) {
+    std::string envelope(R"({"hookSpecificOutput":{"hookEventName":)");
+    envelope.append(nlohmann::json(nativeEvent.toStdString()).dump());
+    envelope.append(R"(,"decision":)").append(decision).append("}}");
+    return QByteArray::fromStdString(envelope);
 }
 
 } // namespace morvane

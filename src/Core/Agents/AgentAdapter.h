@@ -14,6 +14,7 @@
 #include <nlohmann/json_fwd.hpp>
 
 #include <optional>
+#include <string_view>
 
 namespace morvane {
 
@@ -115,8 +116,8 @@ protected:
     /// The absolute path of a file named relative to the home folder.
     static QString inHome(const QString &relativePath);
 
-    /// The envelope in which a decision goes back, around the agent's decision object.
-    static QByteArray decisionEnvelope(const QString &nativeEvent, const nlohmann::json &decision);
+    /// The envelope in which a decision goes back, around the agent's decision object as JSON.
+    static QByteArray decisionEnvelope(const QString &nativeEvent, std::string_view decision);
 };
 
 } // namespace morvane

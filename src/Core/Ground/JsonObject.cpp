@@ -1,11 +1,14 @@
 #include "Core/Ground/JsonObject.h"
 
 #include <algorithm>
+#include <charconv>
 #include <string>
 
 namespace morvane {
 
 namespace {
+
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
@@ -45,30 +48,52 @@ bool isSmall(std::string_view number) {
     return number.size() <= 18 && number.find_first_of(".eE") == number.npos;
 }
 
-/// The same JSON with every well-formed number outside of strings replaced by 0, but for small
-/// integers. simdjson refuses numbers that fit neither 64 bits nor a double, which JSON allows and
-/// which some agents send in tool inputs; no such number is ever read here.
-std::string withoutLargeNumbers(QByteArrayView bytes) {
-    const auto isNumeric = [](char c) {
-        return isDigit(c) || c == '-' || c == '+' || c == '.' || c == 'e' || c == 'E';
-    };
+/// The code unit whose escape the text begins with, or none.
+std::optional<unsigned> escapedUnit(std::string_view text) {
+    unsigned unit = 0;
+    if (text.size() < 6 || !text.starts_with("\\u") ||
+        std::from_chars(text.data() + 2, text.data() + 6, unit, 16).ptr != text.data() + 6) {
+        return std::nullopt;
+    }
+    return unit;
+}
+
+/// How many bytes of an escaped character stand at the start of the text, behind which a string
+/// goes on; 0 for half a surrogate pair, which JSON allows and simdjson refuses.
+std::size_t escapeLength(std::string_view text) {
+    const auto unit = escapedUnit(text);
+    if (!unit || *unit < 0xD800 || *unit > 0xDFFF) {
+        return 2;
+    }
+    const auto low = *unit < 0xDC00 ? escapedUnit(text.substr(6)) : std::nullopt;
+    return low && *low >= 0xDC00 && *low <= 0xDFFF ? 12 : 0;
+}
+
+/// The same JSON as simdjson takes it: it refuses numbers that fit neither 64 bits nor a double,
+/// and half a surrogate pair, which JavaScript writes where it cuts an emoji in two. So every
+/// well-formed number outside of strings becomes 0, but for small integers, since no such number is
+/// ever read here; and half a pair becomes the replacement character.
+std::string acceptable(std::string_view text) {
     std::string result;
-    result.reserve(static_cast<std::size_t>(bytes.size()));
+    result.reserve(text.size());
     bool inString = false;
-    for (auto at = bytes.begin(); at != bytes.end();) {
-        if (!inString && (*at == '-' || isDigit(*at))) {
-            const auto end = std::find_if_not(at, bytes.end(), isNumeric);
-            const std::string_view number(at, static_cast<std::size_t>(end - at));
-            result.append(isNumber(number) && !isSmall(number) ? std::string_view("0") : number);
-            at = end;
-            continue;
+    while (!text.empty()) {
+        std::size_t length = 1;
+        std::string_view piece;
+        if (!inString && (text.front() == '-' || isDigit(text.front()))) {
+            length = std::min(text.find_first_not_of("0123456789+-.eE"), text.size());
+            const std::string_view number = text.substr(0, length);
+            piece = isNumber(number) && !isSmall(number) ? std::string_view("0") : number;
+        } else if (inString && text.front() == '\\') {
+            length = escapeLength(text);
+            piece = length > 0 ? text.substr(0, length) : std::string_view("\\ufffd");
+            length = length > 0 ? length : 6;
+        } else {
+            inString = (text.front() == '"') != inString;
+            piece = text.substr(0, 1);
         }
-        if (*at == '"') {
-            inString = !inString;
-        } else if (inString && *at == '\\' && at + 1 != bytes.end()) {
-            result.push_back(*at++);
-        }
-        result.push_back(*at++);
+        result.append(piece);
+        text.remove_prefix(std::min(length, text.size()));
     }
     return result;
 }
@@ -81,10 +106,15 @@ simdjson::dom::parser &threadParser() {
 } // namespace
 
 std::optional<JsonObject> JsonObject::parse(QByteArrayView bytes) {
+    if (bytes.isEmpty()) {
+        return std::nullopt;
+    }
+    std::string_view text(bytes.data(), static_cast<std::size_t>(bytes.size()));
+    text.remove_prefix(text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
     simdjson::dom::object root;
-    auto parsed = threadParser().parse(bytes.data(), static_cast<std::size_t>(bytes.size()));
+    auto parsed = threadParser().parse(text.data(), text.size());
     if (parsed.error() != simdjson::SUCCESS) {
-        parsed = threadParser().parse(withoutLargeNumbers(bytes));
+        parsed = threadParser().parse(acceptable(text));
     }
     if (parsed.get(root) != simdjson::SUCCESS) {
         return std::nullopt;

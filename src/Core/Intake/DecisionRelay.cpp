@@ -4,98 +4,132 @@
 #include "Core/Agents/AgentAdapter.h"
 #include "Core/Agents/HookTimeout.h"
 
+#include <QUuid>
+#include <asio/dispatch.hpp>
 #include <asio/post.hpp>
 
 #include <future>
+#include <utility>
 #include <vector>
 
 namespace morvane {
 
-DecisionRelay::DecisionRelay(EventConnection::Queue pendingQueue, Scheduler &timers,
-                             std::function<void(const QString &)> onExpired)
-    : m_queue(std::move(pendingQueue)), m_timers(timers), m_onExpired(std::move(onExpired)) {}
+DecisionRelay::DecisionRelay(EventConnection::Queue pendingQueue, Scheduler &main,
+                             Scheduler &timers, Handlers handlers)
+    : m_queue(std::move(pendingQueue)), m_main(main), m_timers(timers),
+      m_handlers(std::move(handlers)) {}
 
-void DecisionRelay::park(const HookEvent &event, EventConnection::Pointer connection,
-                         QByteArray payload) {
-    Pending pending{std::move(connection), event.agent,        event.nativeName,
-                    event.toolName,        std::move(payload), {}};
-    asio::post(m_queue, [self = shared_from_this(), id = *event.decisionID,
-                         pending = std::make_shared<Pending>(std::move(pending))] {
-        self->store(id, std::move(*pending));
+void DecisionRelay::park(HookEvent event, EventConnection::Pointer connection, QByteArray payload) {
+    asio::dispatch(m_queue, [self = shared_from_this(), event = std::move(event),
+                             connection = std::move(connection), payload = std::move(payload)] {
+        self->store(event, connection, payload);
     });
 }
 
-void DecisionRelay::store(const QString &id, Pending pending) {
+/// The event is told once the request is there, so that a decision that follows from it finds the
+/// request, and before the request can be found to be gone.
+void DecisionRelay::store(HookEvent event, EventConnection::Pointer connection,
+                          QByteArray payload) {
+    const QString id = idFor(event);
+    event.decisionID = id;
     if (auto older = take(id)) {
         finish(*older, AgentDecision::ask());
     }
-    const EventConnection *connection = pending.connection.get();
-    pending.connection->watchForHangUp(m_queue, [weak = weak_from_this(), id, connection] {
+    const std::uint64_t serial = ++m_lastSerial;
+    Pending pending{std::move(connection), event.agent,        event.sessionID, event.nativeName,
+                    event.toolName,        std::move(payload), serial,          {}};
+    pending.timer = m_timers.after(decisionLimit, [weak = weak_from_this(), id, serial] {
         if (const auto self = weak.lock()) {
-            self->discard(id, connection);
+            asio::post(self->m_queue, [self, id, serial] { self->expire(id, serial); });
         }
     });
-    pending.timer = m_timers.after(decisionLimit, [weak = weak_from_this(), id, connection] {
+    const auto parked = m_pending.emplace(id, std::move(pending)).first->second.connection;
+    m_main.post([weak = weak_from_this(), event = std::move(event), serial] {
         if (const auto self = weak.lock()) {
-            // A later request under the same id has a limit of its own.
-            self->resolve(id, AgentDecision::ask(), true, connection);
+            self->m_lastTold = serial;
+            self->m_handlers.onParked(event);
         }
     });
-    m_pending.emplace(id, std::move(pending));
+    parked->watchForHangUp(m_queue, [weak = weak_from_this(), id, serial] {
+        if (const auto self = weak.lock()) {
+            self->discard(id, serial);
+        }
+    });
 }
 
-void DecisionRelay::resolve(const QString &id, const AgentDecision &decision, bool expired,
-                            const EventConnection *connection) {
-    asio::post(m_queue, [self = shared_from_this(), id, decision, expired, connection] {
-        auto pending = self->take(id, connection);
-        if (!pending) {
-            return;
+QString DecisionRelay::idFor(const HookEvent &event) const {
+    if (event.toolUseID) {
+        const auto found = m_pending.find(*event.toolUseID);
+        if (found == m_pending.end() || found->second.sessionID == event.sessionID) {
+            return *event.toolUseID;
         }
-        self->finish(*pending, decision);
-        if (expired) {
-            self->m_onExpired(id);
+    }
+    return QUuid::createUuid().toString(QUuid::WithoutBraces);
+}
+
+void DecisionRelay::resolve(const QString &id, const AgentDecision &decision) {
+    const std::uint64_t known = m_lastTold;
+    asio::post(m_queue, [self = shared_from_this(), id, decision, known] {
+        const auto found = self->m_pending.find(id);
+        if (found != self->m_pending.end() && found->second.serial <= known) {
+            self->finish(*self->take(id), decision);
         }
     });
 }
 
 void DecisionRelay::releaseAll() {
-    std::promise<std::vector<QString>> snapshot;
+    std::promise<std::vector<std::pair<QString, std::uint64_t>>> snapshot;
     asio::post(m_queue, [self = shared_from_this(), &snapshot] {
-        std::vector<QString> ids;
+        std::vector<std::pair<QString, std::uint64_t>> waiting;
         for (const auto &[id, pending] : self->m_pending) {
-            ids.push_back(id);
+            waiting.emplace_back(id, pending.serial);
         }
-        snapshot.set_value(std::move(ids));
+        snapshot.set_value(std::move(waiting));
     });
-    for (const QString &id : snapshot.get_future().get()) {
-        resolve(id, AgentDecision::ask());
+    for (const auto &[id, serial] : snapshot.get_future().get()) {
+        asio::post(m_queue, [self = shared_from_this(), id = id, serial = serial] {
+            if (auto pending = self->take(id, serial)) {
+                self->finish(*pending, AgentDecision::ask());
+            }
+        });
     }
 }
 
-void DecisionRelay::finish(Pending &pending, const AgentDecision &decision) {
+void DecisionRelay::finish(const Pending &pending, const AgentDecision &decision) {
     const AgentAdapter &adapter = AgentRegistry::adapter(pending.agent);
     pending.connection->finish(
         "200 OK",
         adapter.encodeDecision(decision, pending.toolName, pending.payload, pending.nativeEvent));
 }
 
-/// The hook is gone. To the rest of the program that is the same as an expiry.
-void DecisionRelay::discard(const QString &id, const EventConnection *connection) {
-    if (auto pending = take(id, connection)) {
-        pending->connection->close();
-        m_onExpired(id);
+void DecisionRelay::expire(const QString &id, std::uint64_t serial) {
+    if (auto pending = take(id, serial)) {
+        finish(*pending, AgentDecision::ask());
+        tellExpired(id);
     }
 }
 
-std::optional<DecisionRelay::Pending> DecisionRelay::take(const QString &id,
-                                                          const EventConnection *connection) {
-    const auto found = m_pending.find(id);
-    if (found == m_pending.end() || (connection && found->second.connection.get() != connection)) {
-        return std::nullopt;
+/// The hook is gone. To the rest of the program that is the same as an expiry.
+void DecisionRelay::discard(const QString &id, std::uint64_t serial) {
+    if (auto pending = take(id, serial)) {
+        pending->connection->close();
+        tellExpired(id);
     }
-    std::optional<Pending> taken(std::move(found->second));
-    m_pending.erase(found);
-    return taken;
+}
+
+void DecisionRelay::tellExpired(const QString &id) {
+    m_main.post([handler = m_handlers.onExpired, id] { handler(id); });
+}
+
+std::optional<DecisionRelay::Pending> DecisionRelay::take(const QString &id) {
+    auto node = m_pending.extract(id);
+    return node ? std::optional(std::move(node.mapped())) : std::nullopt;
+}
+
+std::optional<DecisionRelay::Pending> DecisionRelay::take(const QString &id, std::uint64_t serial) {
+    const auto found = m_pending.find(id);
+    const bool isThis = found != m_pending.end() && found->second.serial == serial;
+    return isThis ? take(id) : std::nullopt;
 }
 
 } // namespace morvane

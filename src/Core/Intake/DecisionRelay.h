@@ -5,6 +5,8 @@
 #include "Core/Intake/HookEvent.h"
 #include "Platform/Scheduler.h"
 
+#include <atomic>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <unordered_map>
@@ -14,21 +16,30 @@ namespace morvane {
 /// Holds the hooks that wait for a person: parks their connections, and answers each exactly once.
 /// Owned by `EventServer`. The parked requests belong to `pendingQueue`; taking one out of their
 /// map is the step that decides who answers it.
+///
+/// Agents choose the ids of their calls, and some give the same one to every call. So an answer
+/// only reaches a request that the main thread had been told of when it was given.
 class DecisionRelay : public std::enable_shared_from_this<DecisionRelay> {
 public:
-    /// The handler for a decision that nobody can make any more takes its id; it runs on
-    /// `pendingQueue`. `timers` gives the time limits, and may call from any thread.
-    DecisionRelay(EventConnection::Queue pendingQueue, Scheduler &timers,
-                  std::function<void(const QString &)> onExpired);
+    /// Both are called on the main thread, which `main` leads to.
+    struct Handlers {
+        /// A hook waits, under the event's decision id.
+        std::function<void(const HookEvent &)> onParked;
+        /// Nobody can make this decision any more.
+        std::function<void(const QString &)> onExpired;
+    };
 
-    /// Keeps the connection open under the event's decision id. An older request under the same id
-    /// is let go without an answer. Safe from any thread.
-    void park(const HookEvent &event, EventConnection::Pointer connection, QByteArray payload);
+    /// `timers` gives the time limits, and may call from any thread.
+    DecisionRelay(EventConnection::Queue pendingQueue, Scheduler &main, Scheduler &timers,
+                  Handlers handlers);
 
-    /// Answers the request, if it still waits, and on this connection where one is given. `expired`
-    /// says that time decided, which is told to the handler. Safe from any thread; returns at once.
-    void resolve(const QString &id, const AgentDecision &decision, bool expired = false,
-                 const EventConnection *connection = nullptr);
+    /// Keeps the connection open, under the id of the tool call where it has one that no other
+    /// session's request waits under. An older request of the same session and id is let go without
+    /// an answer. Safe from any thread.
+    void park(HookEvent event, EventConnection::Pointer connection, QByteArray payload);
+
+    /// Answers the request, if it still waits. Safe from any thread; returns at once.
+    void resolve(const QString &id, const AgentDecision &decision);
 
     /// Lets every request go without an answer. Waits for `pendingQueue`, but not for the answers
     /// to be sent; so never called on it.
@@ -38,21 +49,32 @@ private:
     struct Pending {
         EventConnection::Pointer connection;
         AgentKind agent;
+        QString sessionID;
         QString nativeEvent;
         std::optional<QString> toolName;
         QByteArray payload;
+        std::uint64_t serial; ///< position among all that were ever parked, from 1
         Task timer;
     };
 
-    void store(const QString &id, Pending pending);
-    void finish(Pending &pending, const AgentDecision &decision);
-    void discard(const QString &id, const EventConnection *connection);
-    std::optional<Pending> take(const QString &id, const EventConnection *connection = nullptr);
+    void store(HookEvent event, EventConnection::Pointer connection, QByteArray payload);
+    QString idFor(const HookEvent &event) const;
+    void finish(const Pending &pending, const AgentDecision &decision);
+    void expire(const QString &id, std::uint64_t serial);
+    void discard(const QString &id, std::uint64_t serial);
+    void tellExpired(const QString &id);
+    std::optional<Pending> take(const QString &id);
+
+    /// The same, if it is this very request that waits under the id.
+    std::optional<Pending> take(const QString &id, std::uint64_t serial);
 
     EventConnection::Queue m_queue;
+    Scheduler &m_main;
     Scheduler &m_timers;
-    std::function<void(const QString &)> m_onExpired;
+    const Handlers m_handlers;
     std::unordered_map<QString, Pending> m_pending;
+    std::uint64_t m_lastSerial = 0;
+    std::atomic<std::uint64_t> m_lastTold = 0; ///< the newest that the main thread knows of
 };
 
 } // namespace morvane

@@ -14,6 +14,10 @@ namespace {
 
 constexpr std::size_t maxReadSize = 131072;
 
+/// What is looked at in one go before the token is known: more than a head of ours ever has, and
+/// little enough to let others have their turn soon.
+constexpr std::size_t maxStrangerRead = 16384;
+
 /// A request that is still unfinished beyond this many bytes is given up. A complete one is taken
 /// whatever its size.
 constexpr std::size_t maxUnfinishedSize = 1'000'000;
@@ -40,9 +44,10 @@ std::string replyHead(std::string_view status, const std::optional<QByteArray> &
 
 } // namespace
 
-EventConnection::EventConnection(asio::io_context &context, int descriptor, Queue queue,
+EventConnection::EventConnection(const Surroundings &surroundings, int descriptor,
                                  std::uint64_t serial)
-    : m_context(context), m_descriptor(descriptor), m_queue(std::move(queue)), m_serial(serial) {}
+    : m_surroundings(surroundings), m_descriptor(descriptor), m_serial(serial),
+      m_parser(surroundings.token) {}
 
 EventConnection::~EventConnection() {
     close();
@@ -53,41 +58,56 @@ void EventConnection::read(ReadHandler handler) {
     readAvailable();
 }
 
-/// Reads without waiting first: with most requests all bytes are there when the connection is.
+/// Reads without waiting first: with most requests all bytes are there when the connection is. A
+/// peer that hasn't shown the token has one read a turn.
 void EventConnection::readAvailable() {
-    while (takeBytes()) {
-        switch (m_parser.parse(m_buffer)) {
-        case HttpRequestParser::Status::complete:
-            endRead(&m_parser.request());
-            return;
-        case HttpRequestParser::Status::broken:
-            endRead(nullptr);
-            return;
-        case HttpRequestParser::Status::unfinished:
-        case HttpRequestParser::Status::hopeless:
-            break;
-        }
-        if (m_buffer.size() > maxUnfinishedSize) {
-            endRead(nullptr);
+    do {
+        if (!takeBytes()) {
             return;
         }
-    }
+    } while (m_parser.isAuthorised());
+    waitForMore();
 }
 
-/// True when bytes have come. Otherwise the connection waits for more by now, or has ended.
+/// False once the connection waits for more, or has ended.
 bool EventConnection::takeBytes() {
     auto &room = readRoom();
-    const ssize_t count = ::recv(m_descriptor, room.data(), room.size(), 0);
-    if (count > 0) {
-        m_buffer.append(room.data(), static_cast<std::size_t>(count));
-        return true;
-    }
+    const bool isCheap = m_parser.isAuthorised() || m_parser.isCounting();
+    const ssize_t count = ::recv(m_descriptor, room.data(), isCheap ? room.size() : maxStrangerRead,
+                                 m_parser.isCounting() ? MSG_TRUNC : 0);
     if (count < 0 && wouldBlock(errno)) {
-        wait(Readiness::toRead, m_queue, [this] { readAvailable(); });
-    } else {
+        waitForMore();
+        return false;
+    }
+    if (count <= 0) {
+        endRead(nullptr);
+        return false;
+    }
+    m_received += static_cast<std::size_t>(count);
+    const auto status = m_parser.take({room.data(), static_cast<std::size_t>(count)});
+    if (status == HttpRequestParser::Status::complete) {
+        endRead(&m_parser.request());
+        return false;
+    }
+    if (status == HttpRequestParser::Status::broken || m_received > maxUnfinishedSize) {
+        endRead(nullptr);
+        return false;
+    }
+    return true;
+}
+
+void EventConnection::waitForMore() {
+    const auto ready = [this] {
+        const std::size_t taken = m_parser.isAuthorised() ? 0 : m_received;
+        m_surroundings.turns.await(taken, [self = shared_from_this()] {
+            if (self->m_descriptor >= 0) {
+                self->readAvailable();
+            }
+        });
+    };
+    if (!wait(Readiness::toRead, m_surroundings.queue, ready)) {
         endRead(nullptr);
     }
-    return false;
 }
 
 void EventConnection::endRead(const HttpRequest *request) {
@@ -114,36 +134,37 @@ void EventConnection::sendRest() {
         m_reply.erase(0, static_cast<std::size_t>(count));
     }
     const bool mayGoOn = count > 0 || (count < 0 && wouldBlock(errno));
-    if (m_reply.empty() || !mayGoOn) {
+    const bool hasEnded = m_reply.empty() || !mayGoOn;
+    if (hasEnded || !wait(Readiness::toWrite, m_surroundings.queue, [this] { sendRest(); })) {
         close();
-    } else {
-        wait(Readiness::toWrite, m_queue, [this] { sendRest(); });
     }
 }
 
 void EventConnection::watchForHangUp(const Queue &queue, std::function<void()> handler) {
-    wait(Readiness::toRead, queue, [this, queue, handler = std::move(handler)] {
+    const auto ready = [this, queue, handler] {
         auto &room = readRoom();
-        const ssize_t count = ::recv(m_descriptor, room.data(), room.size(), 0);
+        const ssize_t count = ::recv(m_descriptor, room.data(), room.size(), MSG_TRUNC);
         if (count > 0 || (count < 0 && wouldBlock(errno))) {
             watchForHangUp(queue, handler);
         } else {
             handler();
         }
-    });
+    };
+    if (!wait(Readiness::toRead, queue, ready)) {
+        handler();
+    }
 }
 
 /// The handler isn't called once the connection is closed, and the connection lives until then.
-void EventConnection::wait(Readiness readiness, const Queue &queue, std::function<void()> handler) {
+/// False when the system has no room left to wait for it; the descriptor is still ours then.
+bool EventConnection::wait(Readiness readiness, const Queue &queue, std::function<void()> handler) {
     if (!m_waiter) {
         asio::error_code error;
-        m_waiter.emplace(m_context);
+        m_waiter.emplace(m_surroundings.context);
         m_waiter->assign(m_descriptor, error);
         if (error) {
-            // The system has no room left to wait for it; the descriptor is still ours.
             m_waiter.reset();
-            endRead(nullptr);
-            return;
+            return false;
         }
     }
     const auto ready = [self = shared_from_this(),
@@ -155,6 +176,7 @@ void EventConnection::wait(Readiness readiness, const Queue &queue, std::functio
     m_waiter->async_wait(readiness == Readiness::toRead ? asio::posix::descriptor_base::wait_read
                                                         : asio::posix::descriptor_base::wait_write,
                          asio::bind_executor(queue, ready));
+    return true;
 }
 
 void EventConnection::close() {

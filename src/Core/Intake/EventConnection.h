@@ -1,17 +1,18 @@
 #pragma once
 
 #include "Core/Intake/HttpRequestParser.h"
+#include "Core/Intake/Turns.h"
 
 #include <QByteArray>
 #include <asio/io_context.hpp>
 #include <asio/posix/stream_descriptor.hpp>
-#include <asio/strand.hpp>
 
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace morvane {
 
@@ -26,15 +27,23 @@ namespace morvane {
 /// for, which saves a third of a request's system calls.
 class EventConnection : public std::enable_shared_from_this<EventConnection> {
 public:
-    using Queue = asio::strand<asio::io_context::executor_type>;
+    using Queue = Turns::Queue;
     using Pointer = std::shared_ptr<EventConnection>;
 
     /// Called once, when the request is there or will never be; in the latter case the connection
     /// is closed by then and there is no request.
     using ReadHandler = std::function<void(const Pointer &, const HttpRequest *)>;
 
+    /// What all connections of a server share; it outlives them.
+    struct Surroundings {
+        asio::io_context &context;
+        Queue queue;
+        Turns &turns;
+        std::string_view token;
+    };
+
     /// Takes over the descriptor of a connected socket that doesn't block.
-    EventConnection(asio::io_context &context, int descriptor, Queue queue, std::uint64_t serial);
+    EventConnection(const Surroundings &surroundings, int descriptor, std::uint64_t serial);
     EventConnection(const EventConnection &) = delete;
     EventConnection &operator=(const EventConnection &) = delete;
     ~EventConnection();
@@ -48,7 +57,8 @@ public:
     /// is no content type either.
     void finish(std::string_view status, const std::optional<QByteArray> &body = std::nullopt);
 
-    /// Tells, on the given queue, when the peer has gone. What it still sends is read and dropped.
+    /// Tells, on the given queue, when the peer has gone, or at once when the system won't tell us.
+    /// What the peer still sends is dropped.
     void watchForHangUp(const Queue &queue, std::function<void()> handler);
 
     /// Closes without an answer. No handler is called any more.
@@ -59,17 +69,17 @@ private:
 
     void readAvailable();
     bool takeBytes();
+    void waitForMore();
     void endRead(const HttpRequest *request);
     void sendRest();
-    void wait(Readiness readiness, const Queue &queue, std::function<void()> handler);
+    bool wait(Readiness readiness, const Queue &queue, std::function<void()> handler);
 
-    asio::io_context &m_context;
+    const Surroundings &m_surroundings;
     int m_descriptor; ///< -1 once it is closed
     /// What waits for the descriptor, which belongs to it then.
     std::optional<asio::posix::stream_descriptor> m_waiter;
-    Queue m_queue;
     std::uint64_t m_serial;
-    std::string m_buffer;
+    std::size_t m_received = 0; ///< bytes of the request, kept or not
     HttpRequestParser m_parser;
     ReadHandler m_readHandler;
     std::string m_reply; ///< what is still to be sent

@@ -3,7 +3,6 @@
 #include "Core/Adapters/AgentRegistry.h"
 #include "Core/Agents/AgentAdapter.h"
 
-#include <QUuid>
 #include <asio/bind_executor.hpp>
 #include <asio/post.hpp>
 
@@ -19,46 +18,37 @@ namespace {
 
 constexpr unsigned candidateCount = 21;
 constexpr rlim_t maxUnfinished = 512;
-constexpr int acceptBatch = 64;
+constexpr int acceptBatch = 16;
 constexpr Seconds requestLimit(30);
 constexpr Seconds acceptRetryDelay(0.1);
 
-/// Takes the same time for any wrong token of the right length.
-bool sameToken(std::string_view given, std::string_view expected) {
-    if (given.size() != expected.size()) {
-        return false;
-    }
-    unsigned char difference = 0;
-    for (std::size_t position = 0; position < expected.size(); ++position) {
-        difference = static_cast<unsigned char>(difference |
-                                                (static_cast<unsigned char>(given[position]) ^
-                                                 static_cast<unsigned char>(expected[position])));
-    }
-    return difference == 0;
+std::string_view headerValue(const HttpRequest &request, HttpHeader header) {
+    const auto &value = request.header(header);
+    return value ? std::string_view(*value) : std::string_view();
 }
 
-QString headerText(const HttpRequest &request, std::string_view name) {
-    const std::string_view value = request.header(name).value_or(std::string_view());
+QString headerText(const HttpRequest &request, HttpHeader header) {
+    const std::string_view value = headerValue(request, header);
     return QString::fromUtf8(value.data(), static_cast<qsizetype>(value.size()));
 }
 
-std::optional<QString> paneHeader(const HttpRequest &request, std::string_view name) {
-    const QString value = headerText(request, name).trimmed();
+std::optional<QString> paneHeader(const HttpRequest &request, HttpHeader header) {
+    const QString value = headerText(request, header).trimmed();
     return value.isEmpty() ? std::nullopt : std::optional(value);
 }
 
 HookOrigin originOf(const HttpRequest &request) {
     HookOrigin origin;
-    origin.itermSessionID = headerText(request, "x-iterm-session");
-    origin.termProgram = headerText(request, "x-term-program");
-    origin.hostBundleID = headerText(request, "x-host-bundle");
-    origin.ttyName = headerText(request, "x-tty");
-    origin.pane.tmux = paneHeader(request, "x-tmux-pane");
-    origin.pane.tmuxServer = paneHeader(request, "x-tmux-server");
-    origin.pane.wezterm = paneHeader(request, "x-wezterm-pane");
-    origin.pane.kitty = paneHeader(request, "x-kitty-window");
-    origin.pane.zellij = paneHeader(request, "x-zellij-session");
-    origin.pane.orca = paneHeader(request, "x-orca-terminal");
+    origin.itermSessionID = headerText(request, HttpHeader::itermSession);
+    origin.termProgram = headerText(request, HttpHeader::termProgram);
+    origin.hostBundleID = headerText(request, HttpHeader::hostBundle);
+    origin.ttyName = headerText(request, HttpHeader::tty);
+    origin.pane.tmux = paneHeader(request, HttpHeader::tmuxPane);
+    origin.pane.tmuxServer = paneHeader(request, HttpHeader::tmuxServer);
+    origin.pane.wezterm = paneHeader(request, HttpHeader::weztermPane);
+    origin.pane.kitty = paneHeader(request, HttpHeader::kittyWindow);
+    origin.pane.zellij = paneHeader(request, HttpHeader::zellijSession);
+    origin.pane.orca = paneHeader(request, HttpHeader::orcaTerminal);
     return origin;
 }
 
@@ -72,11 +62,16 @@ EventServer::EventServer(const QString &token, std::uint16_t preferredPort, Hand
                          Scheduler &main, Scheduler *timers)
     : m_token(token.toUtf8()), m_preferredPort(preferredPort), m_handlers(std::move(handlers)),
       m_main(main), m_timers(timers ? *timers : m_thread),
-      m_listenerQueue(m_thread.context().get_executor()), m_acceptor(m_thread.context()) {
+      m_listenerQueue(m_thread.context().get_executor()),
+      m_turns(m_listenerQueue), m_surroundings{m_thread.context(),
+                                               m_listenerQueue,
+                                               m_turns,
+                                               {m_token.constData(),
+                                                static_cast<std::size_t>(m_token.size())}},
+      m_acceptor(m_thread.context()) {
     m_relay = std::make_shared<DecisionRelay>(
-        Queue(m_thread.context().get_executor()), m_timers, [this](const QString &id) {
-            m_main.post([handler = m_handlers.onDecisionExpired, id] { handler(id); });
-        });
+        Queue(m_thread.context().get_executor()), m_main, m_timers,
+        DecisionRelay::Handlers{m_handlers.onEvent, m_handlers.onDecisionExpired});
 }
 
 std::size_t EventServer::unfinishedLimit() {
@@ -174,8 +169,7 @@ void EventServer::retryAcceptLater() {
 
 void EventServer::takeIn(int descriptor) {
     const std::uint64_t serial = m_nextSerial++;
-    const auto connection =
-        std::make_shared<EventConnection>(m_thread.context(), descriptor, m_listenerQueue, serial);
+    const auto connection = std::make_shared<EventConnection>(m_surroundings, descriptor, serial);
     m_unfinished.emplace_hint(m_unfinished.end(), serial,
                               Unfinished{connection, m_timers.now() + requestLimit});
     connection->read([this](const Connection &reader, const HttpRequest *request) {
@@ -216,9 +210,7 @@ void EventServer::closeOverdue() {
 
 void EventServer::respond(const Connection &connection, const HttpRequest &request) {
     // Before anything else, so that a stranger can't tell one route from another.
-    const auto token = request.header("x-morvane-token");
-    if (!token || !sameToken(*token, std::string_view(m_token.constData(),
-                                                      static_cast<std::size_t>(m_token.size())))) {
+    if (!request.isAuthorised) {
         connection->finish("401 Unauthorized");
     } else if (request.method == "POST" && request.path == "/usage") {
         respondToUsage(request);
@@ -231,7 +223,7 @@ void EventServer::respond(const Connection &connection, const HttpRequest &reque
 }
 
 void EventServer::respondToUsage(const HttpRequest &request) {
-    const auto agent = agentKind(request.header("x-morvane-agent").value_or(std::string_view()));
+    const auto agent = agentKind(headerValue(request, HttpHeader::agent));
     if (agent) {
         m_main.post([handler = m_handlers.onUsagePayload, agent = *agent,
                      body = bytes(request.body).toByteArray()] { handler(agent, body); });
@@ -241,12 +233,11 @@ void EventServer::respondToUsage(const HttpRequest &request) {
 /// An agent that isn't named, or isn't known, counts as Claude Code here.
 void EventServer::respondToEvent(const Connection &connection, const HttpRequest &request) {
     const AgentKind agent =
-        agentKind(request.header("x-morvane-agent").value_or(std::string_view()))
-            .value_or(defaultAgentKind);
-    const QString nativeName = headerText(request, "x-hook-event");
+        agentKind(headerValue(request, HttpHeader::agent)).value_or(defaultAgentKind);
+    const QString nativeName = headerText(request, HttpHeader::hookEvent);
     auto event = HookEvent::decode(agent, nativeName, bytes(request.body), originOf(request));
     if (event && mayPark(request, agent, nativeName)) {
-        park(connection, std::move(*event), request.body);
+        m_relay->park(std::move(*event), connection, bytes(request.body).toByteArray());
         return;
     }
     if (event) {
@@ -257,18 +248,11 @@ void EventServer::respondToEvent(const Connection &connection, const HttpRequest
 
 bool EventServer::mayPark(const HttpRequest &request, AgentKind agent,
                           const QString &nativeName) const {
-    if (request.header("x-morvane-decision") != "1" || !m_handlers.decisionsEnabled()) {
+    if (request.header(HttpHeader::decision) != "1" || !m_handlers.decisionsEnabled()) {
         return false;
     }
     const AgentAdapter &adapter = AgentRegistry::adapter(agent);
     return adapter.supportsDecisions() && adapter.decisionEvents().contains(nativeName);
-}
-
-void EventServer::park(const Connection &connection, HookEvent event, std::string_view body) {
-    event.decisionID = event.toolUseID.value_or(QUuid::createUuid().toString(QUuid::WithoutBraces));
-    // In this order, a decision that follows from the event always finds the parked request.
-    m_relay->park(event, connection, bytes(body).toByteArray());
-    m_main.post([handler = m_handlers.onEvent, event = std::move(event)] { handler(event); });
 }
 
 void EventServer::resolve(const QString &decisionID, const AgentDecision &decision) {

@@ -91,7 +91,6 @@ private:
     void respondToUsage(const HttpRequest &request);
     void respondToEvent(const Connection &connection, const HttpRequest &request);
     bool mayPark(const HttpRequest &request, AgentKind agent, const QString &nativeName) const;
-    void park(const Connection &connection, HookEvent event, std::string_view body);
 
     const QByteArray m_token;
     const std::uint16_t m_preferredPort;
@@ -103,6 +102,8 @@ private:
     IoThread m_thread;
     Scheduler &m_timers;
     Queue m_listenerQueue;
+    Turns m_turns;
+    const EventConnection::Surroundings m_surroundings;
     asio::ip::tcp::acceptor m_acceptor;
     std::shared_ptr<DecisionRelay> m_relay;
     const std::size_t m_unfinishedLimit = unfinishedLimit();

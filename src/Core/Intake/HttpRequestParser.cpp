@@ -1,19 +1,21 @@
 #include "Core/Intake/HttpRequestParser.h"
 
+#include <QString>
 #include <simdjson.h>
 
 #include <algorithm>
 #include <charconv>
+#include <utility>
 
 namespace morvane {
 
 namespace {
 
-constexpr std::string_view headEnd = "\r\n\r\n";
-constexpr std::string_view lineEnd = "\r\n";
-
 /// No payload comes near it, and sums with it stay far from overflowing.
 constexpr long long maxLength = 1LL << 40;
+
+/// What is set aside for a body at once, however long it says it is.
+constexpr std::size_t maxReserved = std::size_t(1) << 20;
 
 std::string_view stripped(std::string_view text) {
     const auto first = text.find_first_not_of(" \t");
@@ -23,79 +25,145 @@ std::string_view stripped(std::string_view text) {
     return text.substr(first, text.find_last_not_of(" \t") - first + 1);
 }
 
-std::string lowerCase(std::string_view text) {
-    std::string result(text);
-    std::ranges::transform(result, result.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    });
-    return result;
-}
-
-/// Takes the text up to the separator off the front, with the separator.
-std::string_view takeUpTo(std::string_view &text, std::string_view separator) {
-    const auto end = std::min(text.find(separator), text.size());
-    const std::string_view front = text.substr(0, end);
-    text.remove_prefix(std::min(end + separator.size(), text.size()));
-    return front;
+/// Takes the same time for any wrong token of the right length.
+bool sameToken(std::string_view given, std::string_view expected) {
+    if (given.size() != expected.size()) {
+        return false;
+    }
+    unsigned char difference = 0;
+    for (std::size_t position = 0; position < expected.size(); ++position) {
+        difference = static_cast<unsigned char>(difference |
+                                                (static_cast<unsigned char>(given[position]) ^
+                                                 static_cast<unsigned char>(expected[position])));
+    }
+    return difference == 0;
 }
 
 } // namespace
 
-std::optional<std::string_view> HttpRequest::header(std::string_view name) const {
-    const auto found = std::find_if(headers.rbegin(), headers.rend(),
-                                    [&](const Header &header) { return header.first == name; });
-    return found != headers.rend() ? std::optional(found->second) : std::nullopt;
+HttpRequestParser::Status HttpRequestParser::take(std::string_view bytes) {
+    if (m_status == Status::unfinished && m_stage != Stage::body) {
+        takeHead(bytes);
+    }
+    if (m_status == Status::unfinished && m_stage == Stage::body) {
+        takeBody(bytes);
+    }
+    return m_status;
 }
 
-HttpRequestParser::Status HttpRequestParser::parse(std::string_view buffer) {
-    if (m_bodyStart == unknown) {
-        const auto end = buffer.find(headEnd, m_searched);
-        if (end == buffer.npos) {
-            m_searched = buffer.size() - std::min(buffer.size(), headEnd.size() - 1);
-            return Status::unfinished;
+bool HttpRequestParser::isCounting() const {
+    return m_status == Status::hopeless || (m_stage == Stage::body && !isAuthorised());
+}
+
+void HttpRequestParser::takeHead(std::string_view &bytes) {
+    const std::string_view all = bytes;
+    while (m_stage != Stage::body && m_status == Status::unfinished && !bytes.empty()) {
+        takeLine(bytes);
+    }
+    if (!isUtf8(all.substr(0, all.size() - bytes.size()))) {
+        m_status = Status::hopeless;
+    }
+}
+
+/// A character may lie across two arrivals, which is where the slower decoder takes over.
+bool HttpRequestParser::isUtf8(std::string_view head) {
+    if (!m_utf8 && simdjson::validate_utf8(head.data(), head.size())) {
+        return true;
+    }
+    if (!m_utf8) {
+        m_utf8.emplace(QStringDecoder::Utf8);
+    }
+    static_cast<void>(
+        QString(m_utf8->decode(QByteArrayView(head.data(), static_cast<qsizetype>(head.size())))));
+    return !m_utf8->hasError();
+}
+
+/// Takes a line off the front, or all that has come of it.
+void HttpRequestParser::takeLine(std::string_view &bytes) {
+    const std::size_t end = lineFeed(bytes);
+    std::string_view part = bytes.substr(0, end);
+    bytes.remove_prefix(std::min(part.size() + 1, bytes.size()));
+    const bool endsWithReturn = part.ends_with('\r');
+    // A return at the end of the last arrival has turned out to be one of the line's own.
+    if (m_endsWithReturn && !part.empty()) {
+        hold("\r");
+    }
+    part.remove_suffix(endsWithReturn ? 1 : 0);
+    if (end == bytes.npos) {
+        hold(part);
+        m_isWithinLine = true;
+        m_endsWithReturn = endsWithReturn;
+        return;
+    }
+    if (m_isWithinLine) {
+        hold(part);
+        endLine(std::exchange(m_line, std::string()));
+    } else {
+        endLine(part.substr(0, room()));
+    }
+    m_isWithinLine = false;
+    m_endsWithReturn = false;
+}
+
+/// The position of the line feed that ends the line: one behind a return.
+std::size_t HttpRequestParser::lineFeed(std::string_view bytes) const {
+    for (auto at = bytes.find('\n'); at != bytes.npos; at = bytes.find('\n', at + 1)) {
+        if (at > 0 ? bytes[at - 1] == '\r' : m_endsWithReturn) {
+            return at;
         }
-        m_bodyStart = end + headEnd.size();
-    } else if (m_headStatus != Status::unfinished || buffer.size() - m_bodyStart < m_bodyLength) {
-        return m_headStatus;
     }
-    // The buffer may have moved since the last look, and with it all that the request views.
-    m_request = HttpRequest();
-    m_headStatus = parseHead(buffer.substr(0, m_bodyStart - headEnd.size()));
-    if (m_headStatus != Status::unfinished || buffer.size() - m_bodyStart < m_bodyLength) {
-        return m_headStatus;
-    }
-    m_request.body = buffer.substr(m_bodyStart, m_bodyLength);
-    return Status::complete;
+    return bytes.npos;
 }
 
-HttpRequestParser::Status HttpRequestParser::parseHead(std::string_view head) {
-    if (!simdjson::validate_utf8(head.data(), head.size())) {
-        return Status::hopeless;
-    }
-    std::string_view requestLine = takeUpTo(head, lineEnd);
-    if (requestLine.find(' ') == requestLine.npos) {
-        return Status::hopeless;
-    }
-    m_request.method = takeUpTo(requestLine, " ");
-    m_request.path = takeUpTo(requestLine, " ");
-    m_request.headers.reserve(16);
-    while (!head.empty()) {
-        parseHeaderLine(takeUpTo(head, lineEnd));
-    }
-    return takeLength();
+void HttpRequestParser::hold(std::string_view part) {
+    m_line.append(part.substr(0, room() - std::min(room(), m_line.size())));
 }
 
-void HttpRequestParser::parseHeaderLine(std::string_view line) {
-    const auto colon = line.find(':');
-    if (colon != line.npos) {
-        m_request.headers.emplace_back(lowerCase(stripped(line.substr(0, colon))),
-                                       stripped(line.substr(colon + 1)));
+std::size_t HttpRequestParser::room() const {
+    return isAuthorised() ? std::string_view::npos : strangerRoom;
+}
+
+void HttpRequestParser::endLine(std::string_view line) {
+    if (m_stage == Stage::requestLine) {
+        takeRequestLine(line);
+    } else if (line.empty()) {
+        m_stage = Stage::body;
+        takeLength();
+    } else if (const auto colon = line.find(':'); colon != line.npos) {
+        if (const auto header = httpHeader(stripped(line.substr(0, colon)))) {
+            takeHeader(*header, stripped(line.substr(colon + 1)));
+        }
     }
+}
+
+void HttpRequestParser::takeRequestLine(std::string_view line) {
+    const auto blank = line.find(' ');
+    if (blank == line.npos) {
+        m_status = Status::hopeless;
+        return;
+    }
+    m_request.method = line.substr(0, blank);
+    line.remove_prefix(blank + 1);
+    m_request.path = line.substr(0, line.find(' '));
+    m_kept = m_request.method.size() + m_request.path.size();
+    m_stage = Stage::headers;
+}
+
+void HttpRequestParser::takeHeader(HttpHeader header, std::string_view value) {
+    if (header == HttpHeader::token) {
+        m_request.isAuthorised = !m_token || sameToken(value, *m_token);
+        return;
+    }
+    auto &place = m_request.headers[static_cast<std::size_t>(header)];
+    m_kept -= place ? place->size() : 0;
+    place.emplace(value.substr(0, room() - std::min(room(), m_kept)));
+    m_kept += place->size();
 }
 
 /// What doesn't read as an integer counts as no length at all.
-HttpRequestParser::Status HttpRequestParser::takeLength() {
-    std::string_view text = m_request.header("content-length").value_or("0");
+void HttpRequestParser::takeLength() {
+    const auto &header = m_request.header(HttpHeader::contentLength);
+    std::string_view text = header ? std::string_view(*header) : "0";
     if (text.starts_with('+') && !text.starts_with("+-")) {
         text.remove_prefix(1);
     }
@@ -104,10 +172,26 @@ HttpRequestParser::Status HttpRequestParser::takeLength() {
     if (end != text.data() + text.size() || error == std::errc::invalid_argument) {
         length = 0;
     } else if (error == std::errc::result_out_of_range || length < 0 || length > maxLength) {
-        return Status::broken;
+        m_status = Status::broken;
     }
-    m_bodyLength = static_cast<std::size_t>(length);
-    return Status::unfinished;
+    m_bodyMissing = static_cast<std::size_t>(length);
+}
+
+/// The length of a stranger's body is all that matters of it.
+void HttpRequestParser::takeBody(std::string_view bytes) {
+    const std::string_view part = bytes.substr(0, m_bodyMissing);
+    const bool isWhole = part.size() == m_bodyMissing;
+    m_bodyMissing -= part.size();
+    if (isAuthorised() && (!isWhole || !m_body.empty())) {
+        if (m_body.empty()) {
+            m_body.reserve(std::min(part.size() + m_bodyMissing, maxReserved));
+        }
+        m_body.append(part);
+    }
+    if (isWhole) {
+        m_request.body = m_body.empty() && isAuthorised() ? part : std::string_view(m_body);
+        m_status = Status::complete;
+    }
 }
 
 } // namespace morvane

@@ -1,33 +1,36 @@
 #pragma once
 
+#include "Core/Intake/HttpHeader.h"
+
+#include <QStringDecoder>
+
+#include <array>
 #include <cstddef>
-#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace morvane {
 
-/// One HTTP/1.1 request, as far as the event server reads any. A view: it is valid as long as the
-/// buffer that it was parsed from.
+/// One HTTP/1.1 request, as far as the event server reads any.
 struct HttpRequest {
-    /// Names are in lower case.
-    using Header = std::pair<std::string, std::string_view>;
+    std::string method;
+    std::string path; ///< with the query, if there is one
+    std::array<std::optional<std::string>, httpHeaderCount> headers;
+    bool isAuthorised = false; ///< it carries the token, which isn't among the headers
+    std::string_view body;     ///< empty where the request isn't authorised
 
-    std::string_view method;
-    std::string_view path; ///< with the query, if there is one
-    std::vector<Header> headers;
-    std::string_view body;
-
-    /// The value of the header, whose name is given in lower case. Of several of one name the last
-    /// counts.
-    std::optional<std::string_view> header(std::string_view name) const;
+    /// Of several headers of one name the last counts.
+    const std::optional<std::string> &header(HttpHeader header) const {
+        return headers[static_cast<std::size_t>(header)];
+    }
 };
 
-/// Finds a request in the bytes that have arrived so far. It remembers how far it has looked, so
-/// that a request which trickles in is not read again from its first byte each time. One parser
-/// belongs to one buffer that only grows.
+/// Finds a request in the bytes of a connection as they arrive, each of which it looks at once.
+///
+/// What a peer without the token makes us keep is bounded: a few kilobytes of what its head says of
+/// use, and nothing of its body, which is only counted. Where a head says more than that, its
+/// values are cut.
 class HttpRequestParser {
 public:
     enum class Status {
@@ -37,23 +40,53 @@ public:
         broken,     ///< the length is negative or beyond all measure: not worth waiting for
     };
 
-    /// Looks at the whole buffer. After `complete` the request is a view of it.
-    Status parse(std::string_view buffer);
+    /// How many bytes of a head are kept before it has shown the token.
+    static constexpr std::size_t strangerRoom = 2048;
+
+    /// The token is what authorises a request, and outlives the parser; without one every request
+    /// is authorised.
+    explicit HttpRequestParser(std::optional<std::string_view> token) : m_token(token) {
+        m_request.isAuthorised = !token;
+    }
+
+    /// Takes the bytes that follow those of the last time; to be called no more once the request is
+    /// complete. The body may then be a view of these bytes, and is valid as long as they are.
+    Status take(std::string_view bytes);
+
+    /// True while the bytes to come are only counted, so that it doesn't matter what they are.
+    bool isCounting() const;
+
+    /// True when the head has shown the token so far.
+    bool isAuthorised() const { return m_request.isAuthorised; }
 
     const HttpRequest &request() const { return m_request; }
 
 private:
-    Status parseHead(std::string_view head);
-    void parseHeaderLine(std::string_view line);
-    Status takeLength();
+    enum class Stage { requestLine, headers, body };
 
-    static constexpr std::size_t unknown = std::numeric_limits<std::size_t>::max();
+    void takeHead(std::string_view &bytes);
+    bool isUtf8(std::string_view head);
+    void takeLine(std::string_view &bytes);
+    std::size_t lineFeed(std::string_view bytes) const;
+    void hold(std::string_view part);
+    std::size_t room() const;
+    void endLine(std::string_view line);
+    void takeRequestLine(std::string_view line);
+    void takeHeader(HttpHeader header, std::string_view value);
+    void takeLength();
+    void takeBody(std::string_view bytes);
 
+    std::optional<std::string_view> m_token;
     HttpRequest m_request;
-    std::size_t m_searched = 0; ///< the head's end doesn't begin before this
-    std::size_t m_bodyStart = unknown;
-    std::size_t m_bodyLength = 0;
-    Status m_headStatus = Status::unfinished;
+    Stage m_stage = Stage::requestLine;
+    Status m_status = Status::unfinished;
+    std::optional<QStringDecoder> m_utf8; ///< once a character may have come in pieces
+    std::string m_line;                   ///< what is kept of a line whose end hasn't come yet
+    bool m_isWithinLine = false;          ///< there is such a line
+    bool m_endsWithReturn = false;        ///< and it ends with a return, which isn't in `m_line`
+    std::size_t m_kept = 0;               ///< bytes of the request but for its body
+    std::size_t m_bodyMissing = 0;
+    std::string m_body; ///< where it comes in pieces
 };
 
 } // namespace morvane

@@ -15,8 +15,12 @@ QString Session::displayName() const {
 }
 
 QString Session::nameOf(const QString &cwd) {
-    const QString folder = QDir(QDir::cleanPath(cwd)).dirName();
-    return cwd.isEmpty() || folder.isEmpty() ? QStringLiteral("session") : folder;
+    if (cwd.isEmpty()) {
+        return QStringLiteral("session");
+    }
+    const QString path = QDir::cleanPath(cwd);
+    const QString folder = QDir(path).dirName();
+    return folder.isEmpty() ? path : folder; // the root has no name but its path
 }
 
 std::optional<QString> Session::contextLabel() const {

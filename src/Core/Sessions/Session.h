@@ -72,7 +72,8 @@ public:
     /// The name on the session's row: the person's own, else the folder's, else "session".
     QString displayName() const;
 
-    /// The name of a working directory that no person named: the folder's, else "session".
+    /// The name of a working directory that no person named: the folder's, "/" for the root, and
+    /// "session" without one.
     static QString nameOf(const QString &cwd);
 
     /// The context's size in whole thousands, such as "137k"; below a thousand, the number.

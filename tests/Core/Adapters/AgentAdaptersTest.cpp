@@ -172,6 +172,17 @@ TEST(Decisions, GiveClaudeItsInputBackWithTheAnswersInIt) {
     const json decision = reply(claude, answer, "Ask", R"({"x":1,"tool_input":)" + input + "}");
     EXPECT_EQ(decision, (json{{"behavior", "allow"}, {"updatedInput", expected}}));
 
+    // Whatever no reader holds exactly stands there as it came.
+    const QByteArray exact = R"("n" :[1e400, 12345678901234567890123,1.0,-0 ,1E5],"":"}\"]",)"
+                             R"("cut":"\ud83d","e":{} , "t":true)";
+    const auto bytes = AgentRegistry::adapter(claude).encodeDecision(
+        answer, "Ask", "\xEF\xBB\xBF {\"x\":\"{\", \"tool_input\" : {" + exact + "}\n}", "P");
+    ASSERT_TRUE(bytes);
+    for (const char *part : {"[1e400, 12345678901234567890123,1.0,-0 ,1E5]", R"("":"}\"]")",
+                             R"("cut":"\ud83d")", R"("e":{},)", R"("t":true,)"}) {
+        EXPECT_TRUE(bytes->contains(part)) << bytes->constData();
+    }
+
     for (const char *payload :
          {"", "[]", "{}", R"({"tool_input":"x"})", "{\"tool_input\":{\"x\":\"\xff\"}}"}) {
         EXPECT_EQ(reply(claude, answer, "Ask", payload), nullptr) << payload;

@@ -70,6 +70,59 @@ TEST_F(DecisionRelayTest, ARetryTakesTheOlderRequestsPlace) {
     EXPECT_TRUE(expired.empty());
 }
 
+TEST_F(DecisionRelayTest, AnswersTheSessionThatItWasGivenFor) {
+    const auto request = [](const std::string &session) {
+        return eventRequest({{"x-hook-event", "PermissionRequest"}, {"x-morvane-decision", "1"}},
+                            R"({"session_id":")" + session + R"(","tool_use_id":"call_1"})");
+    };
+    HttpClient harmless = parked(request("one"));
+    HttpClient other = parked(request("two"));
+    EXPECT_EQ(events[0].decisionID, "call_1");
+    EXPECT_NE(events[1].decisionID, "call_1");
+    server->resolve("call_1", AgentDecision::allow());
+    EXPECT_EQ(decisionIn(harmless.receiveAll()), (json{{"behavior", "allow"}}));
+    server->resolve(*events[1].decisionID, AgentDecision::deny());
+    EXPECT_EQ(decisionIn(other.receiveAll()), (json{{"behavior", "deny"}}));
+    settle();
+    EXPECT_TRUE(expired.empty());
+}
+
+TEST_F(DecisionRelayTest, AnswersOnlyWhatThePersonCanHaveSeen) {
+    HttpClient seen = parked(permissionRequest("call_1"));
+    HttpClient unseen(port());
+    unseen.send(permissionRequest("call_1"));
+    EXPECT_EQ(seen.receiveAll(), okAnswer); // the newer one has taken its place
+    server->resolve("call_1", AgentDecision::allow());
+    ASSERT_TRUE(waitUntil([&] {
+        scheduler.runPosted();
+        return events.size() == 2;
+    }));
+    server->resolve("call_1", AgentDecision::deny());
+    EXPECT_EQ(decisionIn(unseen.receiveAll()), (json{{"behavior", "deny"}}));
+}
+
+TEST(DecisionRelay, TellsAtOnceOfAHookThatCannotBeWatched) {
+    IoThread thread;
+    ManualScheduler scheduler;
+    const EventConnection::Queue queue(thread.context().get_executor());
+    Turns turns(queue);
+    const EventConnection::Surroundings surroundings{thread.context(), queue, turns, {}};
+    std::vector<std::string> told;
+    const auto relay = std::make_shared<DecisionRelay>(
+        queue, scheduler, scheduler,
+        DecisionRelay::Handlers{
+            [&](const HookEvent &event) { told.push_back(event.decisionID->toStdString()); },
+            [&](const QString &id) { told.push_back("expired " + id.toStdString()); }});
+    HookEvent event;
+    event.toolUseID = "call_1";
+    // The system waits for no descriptor that isn't open.
+    relay->park(event, std::make_shared<EventConnection>(surroundings, -1, 0), {});
+    thread.context().poll();
+    scheduler.runPosted();
+    EXPECT_EQ(told, (std::vector<std::string>{"call_1", "expired call_1"}));
+    EXPECT_EQ(scheduler.timersDueIn(Seconds(60)), 0u);
+}
+
 TEST_F(DecisionRelayTest, GivesAnEventWithoutAnIdOneOfItsOwn) {
     const std::string request =
         eventRequest({{"x-hook-event", "PermissionRequest"}, {"x-morvane-decision", "1"}},

@@ -77,6 +77,23 @@ TEST(HookEvent, DropsWhatNoSessionCouldUse) {
         decode(R"({"session_id":"s","notification_type":["idle_prompt"]})", "Notification"));
 }
 
+TEST(HookEvent, TakesWhatJavaScriptWrites) {
+    const std::pair<QByteArray, QString> cases[] = {
+        {R"(cut \ud83d)", QStringLiteral(u"cut \ufffd")},
+        {R"(cut \ude00)", QStringLiteral(u"cut \ufffd")},
+        {R"(\ude00\ud83dx\ud83d\ud83d\ude00)", QStringLiteral(u"\ufffd\ufffdx\ufffd\U0001F600")},
+        {R"(\\ud83d \"\ud83d\u0041)", QStringLiteral(u"\\ud83d \"\ufffd"
+                                                     "A")},
+    };
+    for (const auto &[spelled, message] : cases) {
+        const auto event =
+            decode("\xEF\xBB\xBF{\"session_id\":\"s\",\"message\":\"" + spelled + "\"}");
+        ASSERT_TRUE(event) << spelled.constData();
+        EXPECT_EQ(event->responseMessage, message);
+    }
+    EXPECT_FALSE(decode(R"({"session_id":"\ud83"})"));
+}
+
 TEST(HookEvent, CountsAValueOfTheWrongTypeAsMissing) {
     const HookEvent event = withMembers(
         R"("cwd":1,"tool_name":true,"Tool_Name":"Bash","tool_use_id":{},"transcript_path":[],

@@ -9,30 +9,39 @@ namespace {
 
 using Status = HttpRequestParser::Status;
 
+constexpr std::string_view secret = "abc";
+const std::string authorised = "POST / HTTP/1.1\r\nx-morvane-token: abc\r\n";
+
+/// What comes of the text when it arrives in pieces of this size.
+Status feed(HttpRequestParser &parser, std::string_view text, std::size_t step) {
+    Status status = Status::unfinished;
+    while (status == Status::unfinished && !text.empty()) {
+        status = parser.take(text.substr(0, step));
+        text.remove_prefix(std::min(step, text.size()));
+    }
+    return status;
+}
+
 TEST(HttpRequestParser, ReadsARequestHoweverItArrives) {
     const std::string text = "POST /event?x=1 HTTP/1.1 more\r\n"
                              "X-Morvane-Token:\t abc \r\n"
-                             "no colon here\r\n"
-                             "x-two: first\r\n"
-                             "X-TWO: last: with colon\r\n"
+                             "no colon here, \xc3\xa9\r\n"
+                             "x-unknown: \n\r\r\n"
+                             "x-tty: first\r\n"
+                             "X-TTY: last: with\rcolon\xe2\x82\xac\r\n"
                              "Content-Length: 5\r\n\r\nhello, and more";
-    const std::size_t complete = text.size() - std::string(", and more").size();
-    for (std::size_t step : {std::size_t(1), std::size_t(7), text.size()}) {
-        HttpRequestParser parser;
-        std::string buffer;
-        Status status = Status::unfinished;
-        while (status == Status::unfinished && buffer.size() < text.size()) {
-            buffer.append(text.substr(buffer.size(), step));
-            status = parser.parse(buffer);
-            EXPECT_EQ(status == Status::complete, buffer.size() >= complete);
-        }
-        const HttpRequest &request = parser.request();
-        EXPECT_EQ(request.method, "POST");
-        EXPECT_EQ(request.path, "/event?x=1");
-        EXPECT_EQ(request.header("x-morvane-token"), "abc");
-        EXPECT_EQ(request.header("x-two"), "last: with colon");
-        EXPECT_EQ(request.header("X-TWO"), std::nullopt);
-        EXPECT_EQ(request.body, "hello");
+    const std::string_view request(text.data(),
+                                   text.size() - std::string_view(", and more").size());
+    for (std::size_t step = 1; step <= text.size(); ++step) {
+        HttpRequestParser parser(secret);
+        EXPECT_EQ(feed(parser, request.substr(0, request.size() - 1), step), Status::unfinished);
+        EXPECT_EQ(parser.take(text.substr(request.size() - 1)), Status::complete);
+        EXPECT_TRUE(parser.request().isAuthorised);
+        EXPECT_EQ(parser.request().method, "POST");
+        EXPECT_EQ(parser.request().path, "/event?x=1");
+        EXPECT_EQ(parser.request().header(HttpHeader::tty), "last: with\rcolon\xe2\x82\xac");
+        EXPECT_EQ(parser.request().header(HttpHeader::agent), std::nullopt);
+        EXPECT_EQ(parser.request().body.size(), 5u);
     }
 }
 
@@ -50,24 +59,65 @@ TEST(HttpRequestParser, TakesTheLengthOnlyFromAnInteger) {
         {"99999999999999999999999", Status::broken, ""},
     };
     for (const auto &[length, status, body] : cases) {
-        HttpRequestParser parser;
+        HttpRequestParser parser(secret);
         const std::string text =
-            "POST / HTTP/1.1\r\nContent-Length: " + std::string(length) + "\r\n\r\nabc";
-        EXPECT_EQ(parser.parse(text), status) << length;
-        if (status == Status::complete) {
-            EXPECT_EQ(parser.request().body, body) << length;
-        }
+            authorised + "Content-Length: " + std::string(length) + "\r\n\r\nabc";
+        EXPECT_EQ(parser.take(text), status) << length;
+        EXPECT_EQ(parser.request().body, body) << length;
     }
 }
 
 TEST(HttpRequestParser, KnowsAHeadThatNothingCanMend) {
-    for (const char *head : {"GET\r\n\r\n", "\r\n\r\n", "POST / HTTP/1.1\r\nx: \xff\xfe\r\n\r\n"}) {
-        HttpRequestParser parser;
-        std::string buffer(head);
-        EXPECT_EQ(parser.parse(buffer), Status::hopeless) << head;
-        buffer.append("POST /event HTTP/1.1\r\n\r\n");
-        EXPECT_EQ(parser.parse(buffer), Status::hopeless) << head;
+    for (const char *head : {"GET\r\n\r\n", "\r\n\r\n", "POST / HTTP/1.1\r\nx: \xff\xfe\r\n\r\n",
+                             "POST / HTTP/1.1\r\nx: \xe2\x82\r\n\r\n", "POST \xc3\r\n\r\n"}) {
+        for (std::size_t step : {1u, 20u, 100u}) {
+            HttpRequestParser parser(secret);
+            EXPECT_EQ(feed(parser, head, step), Status::hopeless) << head;
+            EXPECT_EQ(parser.take("POST /event HTTP/1.1\r\n\r\n"), Status::hopeless) << head;
+            EXPECT_TRUE(parser.isCounting());
+        }
     }
+}
+
+TEST(HttpRequestParser, KeepsNothingOfAStrangersBody) {
+    for (const char *token : {"abd", "ab", "abcd", "", "abc\r\nx-morvane-token: no"}) {
+        HttpRequestParser parser(secret);
+        const std::string head =
+            "POST / HTTP/1.1\r\nx-morvane-token: " + std::string(token) + "\r\n";
+        EXPECT_EQ(parser.take(head + "Content-Length: 10\r\n\r\n12345"), Status::unfinished);
+        EXPECT_TRUE(parser.isCounting());
+        EXPECT_EQ(parser.take("67890"), Status::complete) << token;
+        EXPECT_FALSE(parser.request().isAuthorised);
+        EXPECT_EQ(parser.request().body, "");
+    }
+}
+
+// Whatever the head is made of, it leaves a request that can be read once the token is there.
+TEST(HttpRequestParser, CutsWhatAStrangersHeadSaysTooMuch) {
+    constexpr std::size_t room = HttpRequestParser::strangerRoom;
+    std::string lines;
+    for (int count = 0; count < 50'000; ++count) {
+        lines += "x-tty: /dev/pts/1\r\na:\r\n";
+    }
+    const std::string longLine = ": " + std::string(900'000, 'h') + "\r\n";
+    for (const std::string &head :
+         {lines, "x-tmux-pane" + longLine + "x-tty" + longLine, "y" + longLine}) {
+        for (std::size_t step : {std::size_t(1'000), head.size() * 2}) {
+            HttpRequestParser parser(secret);
+            const std::string text = "POST /event HTTP/1.1\r\n" + head +
+                                     "x-morvane-token: abc\r\nx-orca-terminal: orc\r\n\r\n";
+            EXPECT_EQ(feed(parser, text, step), Status::complete);
+            EXPECT_TRUE(parser.request().isAuthorised);
+            std::size_t kept = 0;
+            for (const auto &value : parser.request().headers) {
+                kept += value ? value->size() : 0;
+            }
+            EXPECT_LE(kept, room + 3);
+        }
+    }
+    HttpRequestParser ours(secret);
+    ours.take(authorised + "x-tty" + longLine + "\r\n");
+    EXPECT_EQ(ours.request().header(HttpHeader::tty)->size(), 900'000u);
 }
 
 } // namespace

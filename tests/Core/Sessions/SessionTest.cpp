@@ -20,7 +20,9 @@ TEST(Session, IsNamedAfterItsFolderUnlessAPersonNamedIt) {
     const std::tuple<Text, QString, QString> cases[] = {{{}, "", "session"},
                                                         {"Mine", "/home/ada/project", "Mine"},
                                                         {"", "/home/ada/project", "project"},
-                                                        {{}, "/home/ada/project/", "project"}};
+                                                        {{}, "/home/ada/project/", "project"},
+                                                        {{}, "/", "/"},
+                                                        {{}, "//", "/"}};
     for (const auto &[customName, cwd, name] : cases) {
         Session session;
         session.customName = customName;

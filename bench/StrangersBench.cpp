@@ -1,0 +1,237 @@
+#include "Core/Intake/EventServer.h"
+#include "HookProcess.h"
+
+#include <algorithm>
+#include <arpa/inet.h>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <poll.h>
+#include <string>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <tuple>
+#include <unistd.h>
+#include <vector>
+
+// What strangers without the token may cost: the memory that their requests take while they are
+// held open and leave behind afterwards, and how long real hooks take meanwhile, as a multiple of
+// what they take in the calm between. The strangers are a process of their own.
+
+namespace {
+
+using namespace morvane;
+namespace fs = std::filesystem;
+
+constexpr int rounds = 8;
+constexpr int hooksPerRound = 40;
+
+struct Attack {
+    const char *name;
+    std::size_t connections;
+    std::string bytes;       ///< what each sends; no whole request
+    std::size_t trickle = 0; ///< bytes that each sends after them, one by one
+};
+
+std::vector<Attack> attacks() {
+    const std::string start = "POST /event HTTP/1.1\r\n";
+    const std::string end = "Content-Length: 20000\r\n\r\n";
+    std::string lines = start;
+    for (int count = 0; count < 240'000; ++count) {
+        lines += "a:\r\n";
+    }
+    std::string known = start;
+    while (known.size() < 960'000) {
+        known += "x-tty: /dev/pts/1\r\nx-morvane-token: guess\r\n";
+    }
+    return {{"400 heads of 240,000 lines", 400, lines + end, 8},
+            {"400 heads of headers that count", 400, known + end, 8},
+            {"512 heads of long lines", 512,
+             start + "x-tty: " + std::string(2000, 't') +
+                 "\r\nx-tmux-pane: " + std::string(980'000, 'p')},
+            {"512 megabyte bodies without an end", 512,
+             start + "Content-Length: 1048576\r\n\r\n" + std::string(990'000, 'b')}};
+}
+
+int connectTo(std::uint16_t port) {
+    const int descriptor = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    if (connect(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0 &&
+        errno != EINPROGRESS) {
+        std::perror("connect");
+        std::exit(1);
+    }
+    return descriptor;
+}
+
+/// All connections at once, each as fast as the server takes it. What it closes is left.
+std::vector<int> run(const Attack &attack, std::uint16_t port) {
+    std::vector<int> descriptors;
+    std::vector<pollfd> waiting;
+    for (std::size_t count = 0; count < attack.connections; ++count) {
+        descriptors.push_back(connectTo(port));
+        waiting.push_back({descriptors.back(), POLLOUT, 0});
+    }
+    std::vector<std::size_t> sent(attack.connections);
+    for (std::size_t open = attack.connections; open > 0;) {
+        poll(waiting.data(), waiting.size(), -1);
+        for (std::size_t each = 0; each < waiting.size(); ++each) {
+            if (waiting[each].revents == 0) {
+                continue;
+            }
+            const ssize_t count = send(waiting[each].fd, attack.bytes.data() + sent[each],
+                                       attack.bytes.size() - sent[each], MSG_NOSIGNAL);
+            sent[each] += count > 0 ? static_cast<std::size_t>(count) : 0;
+            if (sent[each] == attack.bytes.size() || (count < 0 && errno != EAGAIN)) {
+                waiting[each].fd = -1;
+                --open;
+            }
+        }
+    }
+    for (std::size_t count = 0; count < attack.trickle; ++count) {
+        usleep(5'000);
+        for (const int descriptor : descriptors) {
+            std::ignore = send(descriptor, "b", 1, MSG_NOSIGNAL);
+        }
+    }
+    return descriptors;
+}
+
+/// The strangers: each byte on their input is an attack, or the end of one.
+[[noreturn]] void attackWhenTold(int orders, int reports) {
+    const std::vector<Attack> all = attacks();
+    std::uint16_t port = 0;
+    std::ignore = read(orders, &port, sizeof port);
+    std::vector<int> held;
+    for (char order = 0; read(orders, &order, 1) == 1;) {
+        std::ranges::for_each(held, close);
+        held.clear();
+        if (order != 'e') {
+            held = run(all[static_cast<std::size_t>(order)], port);
+        }
+        std::ignore = write(reports, &order, 1);
+    }
+    std::_Exit(0);
+}
+
+/// Kilobytes, by the name that the kernel gives the figure.
+double memory(const std::string &name) {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with(name + ":")) {
+            return std::atof(line.c_str() + name.size() + 1);
+        }
+    }
+    return 0;
+}
+
+void forgetPeak() {
+    std::ofstream("/proc/self/clear_refs") << '5';
+}
+
+double p95(std::vector<double> times) {
+    std::ranges::sort(times);
+    return times[times.size() * 95 / 100];
+}
+
+/// Takes what the server hands to the main thread, as quickly as a main thread could.
+class NoMainLoop : public Scheduler {
+public:
+    Date now() const override { return std::chrono::system_clock::now(); }
+    Task after(Seconds, std::function<void()>) override { return {}; }
+    void post(std::function<void()> action) override { action(); }
+};
+
+class Strangers {
+public:
+    Strangers() {
+        if (pipe(m_orders) != 0 || pipe(m_reports) != 0) {
+            std::exit(1);
+        }
+        if (fork() == 0) {
+            close(m_orders[1]);
+            attackWhenTold(m_orders[0], m_reports[1]);
+        }
+    }
+    ~Strangers() {
+        close(m_orders[1]);
+        wait(nullptr);
+    }
+    void meet(std::uint16_t port) { std::ignore = write(m_orders[1], &port, sizeof port); }
+    void order(char what) { std::ignore = write(m_orders[1], &what, 1); }
+    void awaitReport() {
+        char what = 0;
+        std::ignore = read(m_reports[0], &what, 1);
+    }
+
+private:
+    int m_orders[2];
+    int m_reports[2];
+};
+
+struct Figures {
+    double peak = 0;
+    double left = 0;
+    std::vector<double> calm;
+    std::vector<double> attacked;
+};
+
+Figures measure(Strangers &strangers, char attack, const std::vector<std::string> &hook) {
+    Figures result;
+    const double before = memory("VmRSS");
+    for (int round = 0; round < rounds; ++round) {
+        for (int count = 0; count < hooksPerRound; ++count) {
+            result.calm.push_back(timeOfProcess(hook));
+        }
+        forgetPeak();
+        strangers.order(attack);
+        for (int count = 0; count < hooksPerRound; ++count) {
+            result.attacked.push_back(timeOfProcess(hook));
+        }
+        strangers.awaitReport();
+        timeOfProcess(hook);
+        result.peak = std::max(result.peak, memory("VmHWM") - before);
+        strangers.order('e');
+        strangers.awaitReport();
+        timeOfProcess(hook);
+    }
+    usleep(200'000);
+    result.left = memory("VmRSS") - before;
+    return result;
+}
+
+} // namespace
+
+int main() {
+    Strangers strangers; // before there is a second thread
+    NoMainLoop main;
+    const std::string token(72, 'A');
+    EventServer server(QString::fromStdString(token), 0, {.onEvent = [](const HookEvent &) {}},
+                       main);
+    if (server.start()) {
+        return 1;
+    }
+    strangers.meet(server.boundPort());
+    std::string pattern = (fs::temp_directory_path() / "strangers-bench-XXXXXX").string();
+    const fs::path folder = mkdtemp(pattern.data());
+    // The client first: a script trusts none that is newer.
+    fs::copy_file(FORWARDER, folder / "forwarder");
+    const fs::path script = renderedHook(folder, server.boundPort(), token);
+    const std::vector<std::string> hook{script, "claude", "PreToolUse"};
+    for (int count = 0; count < hooksPerRound; ++count) {
+        timeOfProcess(hook);
+    }
+    const std::vector<Attack> all = attacks();
+    for (std::size_t attack = 0; attack < all.size(); ++attack) {
+        const Figures figures = measure(strangers, static_cast<char>(attack), hook);
+        std::printf("%s: %.1f MB more at the peak, %.1f MB left; hooks' 95th percentile / their "
+                    "calm one: %.2f\n",
+                    all[attack].name, figures.peak / 1024, figures.left / 1024,
+                    p95(figures.attacked) / p95(figures.calm));
+    }
+    fs::remove_all(folder);
+}

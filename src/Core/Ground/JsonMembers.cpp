@@ -1,0 +1,80 @@
+#include "Core/Ground/JsonMembers.h"
+
+#include <algorithm>
+
+namespace morvane::JsonMembers {
+
+namespace {
+
+constexpr std::string_view blanks = " \t\r\n";
+
+void passBlanks(std::string_view &text) {
+    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
+}
+
+/// Passes over the mark between two tokens, where it is there, and the blanks around it.
+void passOver(std::string_view &text, char mark) {
+    passBlanks(text);
+    text.remove_prefix(text.starts_with(mark) ? 1 : 0);
+    passBlanks(text);
+}
+
+/// With its quotation marks.
+std::size_t stringLength(std::string_view text) {
+    std::size_t end = 1;
+    while (end < text.size() && text[end] != '"') {
+        end += text[end] == '\\' ? 2 : 1;
+    }
+    return std::min(end + 1, text.size());
+}
+
+std::size_t valueLength(std::string_view text) {
+    std::size_t depth = 0;
+    std::size_t at = 0;
+    while (at < text.size()) {
+        const char c = text[at];
+        const bool closes = c == '}' || c == ']';
+        const bool endsScalar = closes || c == ',' || blanks.find(c) != blanks.npos;
+        if (depth == 0 && endsScalar) {
+            return at;
+        }
+        depth += c == '{' || c == '[' ? 1 : 0;
+        depth -= closes ? 1 : 0;
+        at += c == '"' ? stringLength(text.substr(at)) : 1;
+        if (depth == 0 && (closes || c == '"')) {
+            return at;
+        }
+    }
+    return at;
+}
+
+std::string_view takeFront(std::string_view &text, std::size_t length) {
+    const std::string_view front = text.substr(0, length);
+    text.remove_prefix(front.size());
+    return front;
+}
+
+} // namespace
+
+std::vector<Member> of(std::string_view object) {
+    std::vector<Member> result;
+    // Before the brace there may be a byte order mark.
+    object.remove_prefix(std::min(object.find('{'), object.size()));
+    passOver(object, '{');
+    while (object.starts_with('"')) {
+        const std::string_view key = takeFront(object, stringLength(object));
+        passOver(object, ':');
+        const std::string_view value = takeFront(object, valueLength(object));
+        passOver(object, ',');
+        result.push_back({key.substr(1, key.size() - 2), value});
+    }
+    return result;
+}
+
+std::optional<std::string_view> find(std::string_view object, std::string_view key) {
+    const auto members = of(object);
+    const auto found = std::ranges::find(members, key, &Member::key);
+    return found != members.end() ? std::optional(found->value) : std::nullopt;
+}
+
+} // namespace morvane::JsonMembers

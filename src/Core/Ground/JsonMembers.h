@@ -1,0 +1,23 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+#include <vector>
+
+/// The members of a JSON object as they are spelled, for handing values on that no reader holds
+/// exactly: numbers of any size, half surrogate pairs, the order of keys. Safe from any thread.
+namespace morvane::JsonMembers {
+
+struct Member {
+    std::string_view key;   ///< between its quotation marks, escapes as they stand
+    std::string_view value; ///< without blanks around it
+};
+
+/// All of them, in their order. The text has to be one that `JsonObject::parse` takes, or a value
+/// in it that begins with a brace; the members are views of it.
+std::vector<Member> of(std::string_view object);
+
+/// The value of the first member of this key, which is the one that `JsonObject` reads.
+std::optional<std::string_view> find(std::string_view object, std::string_view key);
+
+} // namespace morvane::JsonMembers

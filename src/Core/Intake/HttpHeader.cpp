@@ -1,0 +1,33 @@
+#include "Core/Intake/HttpHeader.h"
+
+#include <algorithm>
+
+namespace morvane {
+
+namespace {
+
+/// In lower case, in the order of the enumeration.
+constexpr std::array<std::string_view, httpHeaderCount> httpHeaderNames{
+    "content-length", "x-morvane-token",  "x-morvane-agent", "x-morvane-decision",
+    "x-hook-event",   "x-iterm-session",  "x-term-program",  "x-host-bundle",
+    "x-tty",          "x-tmux-pane",      "x-tmux-server",   "x-wezterm-pane",
+    "x-kitty-window", "x-zellij-session", "x-orca-terminal",
+};
+
+bool isSameLetter(char given, char lowerCase) {
+    const bool isUpperCase = given >= 'A' && given <= 'Z';
+    return (isUpperCase ? static_cast<char>(given - 'A' + 'a') : given) == lowerCase;
+}
+
+} // namespace
+
+std::optional<HttpHeader> httpHeader(std::string_view name) {
+    const auto found = std::ranges::find_if(httpHeaderNames, [name](std::string_view known) {
+        return known.size() == name.size() && std::ranges::equal(name, known, isSameLetter);
+    });
+    return found != httpHeaderNames.end()
+               ? std::optional(static_cast<HttpHeader>(found - httpHeaderNames.begin()))
+               : std::nullopt;
+}
+
+} // namespace morvane

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string_view>
+
+namespace morvane {
+
+/// The headers of a request that the event server reads. All others are passed over.
+enum class HttpHeader {
+    contentLength,
+    token,
+    agent,
+    decision,
+    hookEvent,
+    itermSession,
+    termProgram,
+    hostBundle,
+    tty,
+    tmuxPane,
+    tmuxServer,
+    weztermPane,
+    kittyWindow,
+    zellijSession,
+    orcaTerminal,
+};
+
+inline constexpr std::size_t httpHeaderCount = 15;
+
+/// The header of this name in any case, or none for one that isn't read.
+std::optional<HttpHeader> httpHeader(std::string_view name);
+
+} // namespace morvane
