@@ -12,15 +12,16 @@ namespace morvane {
 namespace {
 
 const QByteArray activeWindowName("_NET_ACTIVE_WINDOW");
+const QByteArray desktopName("_NET_CURRENT_DESKTOP");
 constexpr std::uint32_t maxClassWords = 64;
 
 } // namespace
 
 ActiveWindow::ActiveWindow(X11Connection &x11)
     : m_x11(x11), m_last(activeWindow()), m_desktop(desktop()) {
-    const std::uint32_t activeWindow = m_x11.atom(activeWindowName);
-    connect(&m_x11, &X11Connection::rootPropertyChanged, this, [this, activeWindow](auto atom) {
-        if (atom == activeWindow) {
+    connect(&m_x11, &X11Connection::rootPropertyChanged, this, [this](std::uint32_t atom) {
+        // Which of the two changes first is up to the window manager.
+        if (atom == m_x11.atom(activeWindowName) || atom == m_x11.atom(desktopName)) {
             read();
         }
     });
@@ -47,7 +48,7 @@ std::uint32_t ActiveWindow::activeWindow() const {
 }
 
 std::uint32_t ActiveWindow::desktop() const {
-    return m_x11.property(m_x11.root(), "_NET_CURRENT_DESKTOP", XCB_ATOM_CARDINAL).value(0);
+    return m_x11.property(m_x11.root(), desktopName, XCB_ATOM_CARDINAL).value(0);
 }
 
 /// False when the keyboard has only been lent to an overlay of ours, or is back already. On the way
