@@ -119,6 +119,7 @@ TEST_F(AppControllerTest, ReleasesWhoeverWaitsWhenApprovalsEnd) {
     controller.setApprovalsEnabled(true);
     EXPECT_TRUE(read(".claude/settings.json").contains("PermissionRequest decide"));
 
+    controller.setApprovalsEnabled(false);
     makeReadOnly(".claude/settings.json");
     controller.setApprovalsEnabled(true);
     EXPECT_EQ(complaint(), "Couldn't update Claude Code's hooks:");

@@ -143,9 +143,9 @@ QString AgentAdapter::inHome(const QString &relativePath) {
 }
 
 QByteArray AgentAdapter::decisionEnvelope(const QString &nativeEvent, std::string_view decision) {
-    std::string envelope(R"({"hookSpecificOutput":{"hookEventName":)");
-    envelope.append(nlohmann::json(nativeEvent.toStdString()).dump());
-    envelope.append(R"(,"decision":)").append(decision).append("}}");
+    std::string envelope(R"({"hookSpecificOutput":{"decision":)");
+    envelope.append(decision).append(R"(,"hookEventName":)");
+    envelope.append(nlohmann::json(nativeEvent.toStdString()).dump()).append("}}");
     return QByteArray::fromStdString(envelope);
 }
 
