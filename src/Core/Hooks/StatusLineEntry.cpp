@@ -37,7 +37,7 @@ bool isMorvaneStatusLine(const json &value) {
 
 bool needsRepair(const json &root, const StatusLineFeed &feed) {
     const auto value = valueIn(root, feed);
-    return !value || value->empty() || *value == "" ||
+    return !value || value->empty() || *value == json("") ||
            (isMorvaneStatusLine(*value) && (*value)["command"] != current()["command"]);
 }
 

@@ -140,7 +140,7 @@ void EventConnection::sendRest() {
     }
 }
 
-void EventConnection::watchForHangUp(const Queue &queue, std::function<void()> handler) {
+void EventConnection::watchForHangUp(const Queue &queue, const std::function<void()> &handler) {
     const auto ready = [this, queue, handler] {
         auto &room = readRoom();
         const ssize_t count = ::recv(m_descriptor, room.data(), room.size(), MSG_TRUNC);

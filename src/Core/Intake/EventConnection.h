@@ -59,7 +59,7 @@ public:
 
     /// Tells, on the given queue, when the peer has gone, or at once when the system won't tell us.
     /// What the peer still sends is dropped.
-    void watchForHangUp(const Queue &queue, std::function<void()> handler);
+    void watchForHangUp(const Queue &queue, const std::function<void()> &handler);
 
     /// Closes without an answer. No handler is called any more.
     void close();
