@@ -14,6 +14,7 @@ namespace morvane {
 namespace {
 
 constexpr int callLimit = 5'000; // milliseconds
+constexpr unsigned sensitiveBit = 24;
 constexpr unsigned showingBit = 25;
 constexpr unsigned screenCoordinates = 0;
 constexpr const char *accessible = "org.a11y.atspi.Accessible";
@@ -74,13 +75,13 @@ QString AccessibleTree::name(const Object &object) const {
                              : QString();
 }
 
-bool AccessibleTree::isShowing(const Object &object) const {
+bool AccessibleTree::hasState(const Object &object, unsigned bit) const {
     const QDBusMessage reply = call(object, accessible, "GetState");
     if (!isAnswered(reply)) {
         return false;
     }
     const auto states = qdbus_cast<QList<uint>>(reply.arguments().first());
-    return !states.isEmpty() && (states.first() & (1U << showingBit)) != 0;
+    return !states.isEmpty() && (states.first() & (1U << bit)) != 0;
 }
 
 bool AccessibleTree::hasRole(const Object &object, const QString &role) const {
@@ -120,12 +121,13 @@ QList<AccessibleTree::Found> AccessibleTree::findBelow(const Object &parent, con
                                                        const QString &name, Naming naming) const {
     QList<Found> result;
     for (const Object &child : children(parent)) {
-        if (!isShowing(child)) {
+        if (!hasState(child, showingBit)) {
             continue;
         }
         const QString actual = this->name(child);
         const bool isNamed = naming == Naming::whole ? actual == name : actual.startsWith(name);
-        if (isNamed && hasRole(child, role)) {
+        const bool isReady = role != QLatin1String("button") || hasState(child, sensitiveBit);
+        if (isNamed && hasRole(child, role) && isReady) {
             result.append({actual, extents(child)});
         }
         result += findBelow(child, role, name, naming);

@@ -24,7 +24,7 @@ public:
     explicit AccessibleTree(QString application);
 
     /// The objects that are showing and have this name and role ("button" stands for every kind of
-    /// button), the largest first.
+    /// button that can be pressed), the largest first.
     QList<Found> find(const QString &role, const QString &name, Naming naming = Naming::whole);
 
 private:
@@ -37,7 +37,7 @@ private:
     QDBusMessage call(const Object &object, const char *interface, const char *method,
                       const QVariantList &arguments = {}) const;
     QString name(const Object &object) const;
-    bool isShowing(const Object &object) const;
+    bool hasState(const Object &object, unsigned bit) const;
     bool hasRole(const Object &object, const QString &role) const;
     QRect extents(const Object &object) const;
     QList<Object> children(const Object &object) const;

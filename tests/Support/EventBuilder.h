@@ -16,7 +16,13 @@ public:
     static EventBuilder parked(const QString &decisionID) {
         return EventBuilder(CanonicalEvent::permissionRequest)
             .with(&HookEvent::decisionID, decisionID)
-            .tool("Bash");
+            .tool("Bash")
+            .given(R"({"command": "make"})");
+    }
+
+    /// What the tool is given, a JSON object.
+    EventBuilder given(std::string_view input) const {
+        return with(&HookEvent::toolInput, ReadableInput::of(input));
     }
 
     EventBuilder in(const QString &sessionID) const {

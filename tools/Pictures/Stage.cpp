@@ -94,7 +94,7 @@ void Stage::pass(Seconds length) {
 
 void Stage::openPanel() {
     presentPanel();
-    pass(Seconds(1));
+    pass(Seconds(1.5));
 }
 
 FakeOverlayWindow &Stage::window() const {

@@ -31,7 +31,7 @@ std::optional<std::string> answering(const AgentDecision &decision, QByteArrayVi
         return std::nullopt;
     }
     const std::string_view body(payload.data(), static_cast<std::size_t>(payload.size()));
-    const auto input = JsonMembers::find(body, "tool_input");
+    const auto input = JsonMembers::find(body, u"tool_input");
     if (!input || !input->starts_with('{')) {
         return std::nullopt;
     }

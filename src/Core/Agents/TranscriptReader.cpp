@@ -1,9 +1,8 @@
 #include "Core/Agents/TranscriptReader.h"
 
+#include "Core/Ground/BoundedText.h"
 #include "Core/Ground/JsonObject.h"
 #include "Core/Ground/RegularFile.h"
-
-#include <QTextBoundaryFinder>
 
 #include <algorithm>
 
@@ -14,31 +13,6 @@ namespace {
 constexpr qsizetype tailSize = 262'144;
 constexpr qsizetype headSize = 65'536;
 constexpr int maxCharacters = 120;
-
-/// Where the text's 121st character begins, or -1 when it has no more than 120. Looks at no more
-/// of a long text than it must, since finding boundaries costs time in proportion.
-qsizetype cutPosition(const QString &text) {
-    for (qsizetype window = 1024; text.size() > maxCharacters; window *= 8) {
-        const QString part = text.left(window);
-        QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, part);
-        qsizetype position = 0;
-        int count = 0;
-        while (count < maxCharacters && position >= 0) {
-            position = finder.toNextBoundary();
-            ++count;
-        }
-        // A boundary at the window's end, or in a pair of surrogates that it splits, may be the
-        // window's and not the text's.
-        const bool isWhole = part.size() == text.size();
-        if (position >= 0 && position < part.size() - (isWhole ? 0 : 1)) {
-            return position;
-        }
-        if (isWhole) {
-            break;
-        }
-    }
-    return -1;
-}
 
 /// The end of the file. Where that begins within a character, the rest of it is left out: it is
 /// part of a cut line, and would make bad UTF-8 of all the others.
@@ -108,11 +82,7 @@ std::optional<QString> displayLine(const std::optional<QString> &text) {
     // Before the count, since a mark that follows a line feed joins the blank.
     line.replace(QLatin1String("\r\n"), QLatin1String(" "));
     line.replace(QLatin1Char('\n'), QLatin1Char(' '));
-    if (const qsizetype cut = cutPosition(line); cut >= 0) {
-        line.truncate(cut);
-        line.append(QChar(0x2026));
-    }
-    return line;
+    return BoundedText::of(line, maxCharacters);
 }
 
 } // namespace morvane::TranscriptReader

@@ -1,6 +1,7 @@
 #include "Core/Ground/JsonMembers.h"
 
 #include <algorithm>
+#include <charconv>
 
 namespace morvane::JsonMembers {
 
@@ -19,7 +20,29 @@ void passOver(std::string_view &text, char mark) {
     passBlanks(text);
 }
 
-/// With its quotation marks.
+std::string_view takeFront(std::string_view &text, std::size_t length) {
+    const std::string_view front = text.substr(0, length);
+    text.remove_prefix(front.size());
+    return front;
+}
+
+/// What an escape stands for; the text begins with the backslash.
+QChar escapedUnit(std::string_view text) {
+    if (text.substr(0, 2) == "\\u") {
+        unsigned unit = 0;
+        std::from_chars(text.data() + 2, text.data() + std::min<std::size_t>(6, text.size()), unit,
+                        16);
+        return QChar(static_cast<char16_t>(unit));
+    }
+    constexpr std::string_view letters = "bfnrt";
+    constexpr std::string_view units = "\b\f\n\r\t";
+    const char letter = text.size() > 1 ? text[1] : '\\';
+    const auto at = letters.find(letter);
+    return QLatin1Char(at != letters.npos ? units[at] : letter);
+}
+
+} // namespace
+
 std::size_t stringLength(std::string_view text) {
     std::size_t end = 1;
     while (end < text.size() && text[end] != '"') {
@@ -48,13 +71,20 @@ std::size_t valueLength(std::string_view text) {
     return at;
 }
 
-std::string_view takeFront(std::string_view &text, std::size_t length) {
-    const std::string_view front = text.substr(0, length);
-    text.remove_prefix(front.size());
-    return front;
+QString decoded(std::string_view spelled) {
+    QString result;
+    while (!spelled.empty()) {
+        const auto plain = std::min(spelled.find('\\'), spelled.size());
+        result += QString::fromUtf8(spelled.data(), static_cast<qsizetype>(plain));
+        spelled.remove_prefix(plain);
+        if (!spelled.empty()) {
+            result += escapedUnit(spelled);
+            const std::size_t length = spelled.substr(0, 2) == "\\u" ? 6 : 2;
+            spelled.remove_prefix(std::min(length, spelled.size()));
+        }
+    }
+    return result;
 }
-
-} // namespace
 
 std::vector<Member> of(std::string_view object) {
     std::vector<Member> result;
@@ -71,9 +101,10 @@ std::vector<Member> of(std::string_view object) {
     return result;
 }
 
-std::optional<std::string_view> find(std::string_view object, std::string_view key) {
+std::optional<std::string_view> find(std::string_view object, QStringView key) {
     const auto members = of(object);
-    const auto found = std::ranges::find(members, key, &Member::key);
+    const auto found = std::ranges::find_if(
+        members, [key](const Member &member) { return decoded(member.key) == key; });
     return found != members.end() ? std::optional(found->value) : std::nullopt;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -18,6 +20,15 @@ struct Member {
 std::vector<Member> of(std::string_view object);
 
 /// The value of the first member of this key, which is the one that `JsonObject` reads.
-std::optional<std::string_view> find(std::string_view object, std::string_view key);
+std::optional<std::string_view> find(std::string_view object, QStringView key);
+
+/// What is spelled between a string's quotation marks. Half of a surrogate pair stays one.
+QString decoded(std::string_view spelled);
+
+/// The length of the string that the text begins with, with its quotation marks.
+std::size_t stringLength(std::string_view text);
+
+/// The length of the value that the text begins with.
+std::size_t valueLength(std::string_view text);
 
 } // namespace morvane::JsonMembers

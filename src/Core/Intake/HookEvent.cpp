@@ -3,6 +3,7 @@
 #include "Core/Adapters/AgentRegistry.h"
 #include "Core/Agents/AgentAdapter.h"
 #include "Core/Agents/TranscriptReader.h"
+#include "Core/Ground/JsonMembers.h"
 #include "Core/Ground/JsonObject.h"
 
 #include <algorithm>
@@ -94,6 +95,12 @@ std::optional<QList<AgentQuestion>> questions(object input) {
     return result;
 }
 
+ReadableInput toolInput(QByteArrayView body) {
+    const std::string_view text(body.data(), static_cast<std::size_t>(body.size()));
+    const auto input = JsonMembers::find(text, u"tool_input");
+    return input && input->starts_with('{') ? ReadableInput::of(*input) : ReadableInput();
+}
+
 QList<BackgroundTask> backgroundTasks(const JsonObject &body) {
     QList<BackgroundTask> result;
     const auto tasks = JsonObject::objects(body.root(), "background_tasks");
@@ -132,6 +139,9 @@ std::optional<HookEvent> HookEvent::decode(AgentKind agent, const QString &nativ
         event.toolDetail = morvane::toolDetail(*input);
         event.questions = morvane::questions(*input);
         event.taskDescription = displayLine(JsonObject::string(*input, "description"));
+    }
+    if (event.kind == CanonicalEvent::permissionRequest) {
+        event.toolInput = morvane::toolInput(bytes);
     }
     event.responseMessage = morvane::responseMessage(*body, input);
     event.prompt = displayLine(body->string("prompt"));

@@ -4,6 +4,7 @@
 #include "Core/Agents/AgentQuestion.h"
 #include "Core/Agents/CanonicalEvent.h"
 #include "Core/Agents/PaneLocator.h"
+#include "Core/Agents/ReadableInput.h"
 
 #include <QByteArrayView>
 #include <QString>
@@ -45,6 +46,7 @@ struct HookEvent {
     std::optional<QString> toolName;
     std::optional<QString> toolUseID;
     std::optional<QString> toolDetail; ///< what the tool works on, one line
+    ReadableInput toolInput;           ///< all that a tool is given which asks for permission
     std::optional<QList<AgentQuestion>> questions;
     std::optional<QString> responseMessage; ///< what the agent says to the person, one line
     std::optional<QString> taskDescription; ///< what a subagent is for, one line

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/Agents/AgentDecision.h"
+#include "Core/Agents/ReadableInput.h"
 #include "Platform/Time.h"
 
 #include <QList>
@@ -14,9 +15,10 @@ namespace morvane {
 struct PendingApproval {
     QString id; ///< the decision id under which the server has parked the hook
     QString toolName;
-    std::optional<QString> detail;
-    Date expiresAt; ///< for display: the expiry itself is told by the server
-    bool allowsRemembering = false;
+    std::optional<QString> detail;  ///< what the tool works on, one line
+    ReadableInput input;            ///< all that the tool is given
+    Date expiresAt;                 ///< for display: the expiry itself is told by the server
+    bool allowsRemembering = false; ///< whether the agent can be told to ask no more
 
     /// Everything that a person may ever choose, in the order of the buttons and the digit keys.
     static QList<AgentDecision> allChoices() {
@@ -24,10 +26,14 @@ struct PendingApproval {
                 AgentDecision::allowRemembering(AgentDecision::Scope::session)};
     }
 
+    /// Whether the agent has said what the tool would do.
+    bool hasDetails() const { return detail.has_value() || !input.lines.isEmpty(); }
+
     /// The choices on offer for this call: the first ones of all, so that each keeps its digit.
+    /// Nobody is asked to allow for good what they haven't been told.
     QList<AgentDecision> choices() const {
         const auto all = allChoices();
-        return allowsRemembering ? all : all.first(all.size() - 1);
+        return allowsRemembering && hasDetails() ? all : all.first(all.size() - 1);
     }
 
     friend bool operator==(const PendingApproval &, const PendingApproval &) = default;

@@ -241,8 +241,9 @@ void setPending(Session &session, const Context &context, const QString &decisio
     }
     const AgentAdapter &adapter = AgentRegistry::adapter(event.agent);
     session.pendingApproval =
-        PendingApproval{decisionID, event.toolName.value_or(SessionTransition::tr("tool")),
-                        event.toolDetail, expiresAt, adapter.supportsRememberedDecisions()};
+        PendingApproval{decisionID,       event.toolName.value_or(SessionTransition::tr("tool")),
+                        event.toolDetail, event.toolInput,
+                        expiresAt,        adapter.supportsRememberedDecisions()};
 }
 
 SessionTransition permissionRequest(const Context &context) {

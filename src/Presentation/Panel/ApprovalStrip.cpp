@@ -1,20 +1,20 @@
 #include "Presentation/Panel/ApprovalStrip.h"
 
+#include "Core/Ground/BoundedText.h"
+#include "Core/Ground/VisibleText.h"
 #include "Presentation/Panel/Countdown.h"
 #include "Presentation/Panel/DecideButton.h"
+#include "Presentation/Panel/InputView.h"
+#include "Presentation/Panel/ReadingTime.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/HelpText.h"
 #include "Presentation/Style/Typography.h"
 
 #include <QHBoxLayout>
 
-#include <utility>
-
 namespace morvane {
 
 namespace {
-
-constexpr int detailLines = 4;
 
 /// How a choice is put to a person.
 struct Wording {
@@ -36,60 +36,117 @@ Wording wordingOf(const AgentDecision &choice, const QString &toolName) {
             ApprovalStrip::tr("Approve every %1 call for the rest of this session.").arg(toolName)};
 }
 
+/// A name with a line break in it would make a line of its own, which could say anything.
+QString shownName(const QString &toolName) {
+    return VisibleText::of(BoundedText::of(toolName, BoundedText::lineLength));
+}
+
+QString wordsFor(const ReadableInput::Rest &rest) {
+    if (rest.lines > 0) {
+        return rest.lines == 1 ? ApprovalStrip::tr("+ 1 line")
+                               : ApprovalStrip::tr("+ %1 lines").arg(rest.lines);
+    }
+    return rest.characters == 1 ? ApprovalStrip::tr("+ 1 character")
+                                : ApprovalStrip::tr("+ %1 characters").arg(rest.characters);
+}
+
 } // namespace
 
 ApprovalStrip::ApprovalStrip(Scheduler &scheduler, QWidget *parent)
     : QWidget(parent),
       m_title(new TextLabel(Typography::text(Typography::bodySize, QFont::DemiBold),
                             Colors::approvalAccent, 2, this)),
-      m_detail(new TextLabel(Typography::code(Typography::secondarySize), Colors::white(0.78),
-                             detailLines, this)),
-      m_countdown(new Countdown(scheduler, this)) {
+      m_input(new InputView(this)), m_more(new DecideButton({}, Colors::white(0.7), this)),
+      m_note(new TextLabel(Typography::text(Typography::secondarySize), Colors::secondaryText, 0,
+                           this)),
+      m_countdown(new Countdown(scheduler, this)), m_choices(makeButtons()),
+      m_reading(new ReadingTime(scheduler, *this)) {
     auto *strip = new QVBoxLayout(this);
     strip->setContentsMargins(0, 8, 0, 2);
     strip->setSpacing(5);
     strip->addWidget(m_title);
-    strip->addWidget(m_detail);
-    auto *buttons = new QHBoxLayout;
-    buttons->setContentsMargins(0, 3, 0, 0);
-    buttons->setSpacing(7);
-    for (const AgentDecision &choice : PendingApproval::allChoices()) {
-        m_buttons.append(addButton(choice));
-        buttons->addWidget(m_buttons.last());
-    }
-    buttons->addStretch();
-    buttons->addWidget(m_countdown);
-    strip->addLayout(buttons);
+    strip->addWidget(m_input);
+    strip->addWidget(m_more, 0, Qt::AlignLeft);
+    strip->addWidget(m_note);
+    strip->addWidget(m_choices);
+    setHelpText(*m_more, tr("Show the whole of the call."));
+    connect(m_more, &DecideButton::clicked, this, [this] {
+        m_showsAll = true;
+        showCall();
+    });
+    connect(m_reading, &ReadingTime::changed, m_choices, &QWidget::setEnabled);
 }
 
-void ApprovalStrip::setApproval(const PendingApproval &approval, bool showsShortcuts) {
-    if (approval.id != m_approvalID) {
-        m_approvalID = approval.id;
-        // A press that began on the call before this one must not decide this one.
-        for (DecideButton *button : std::as_const(m_buttons)) {
-            button->setDown(false);
-        }
+QWidget *ApprovalStrip::makeButtons() {
+    auto *choices = new QWidget(this);
+    choices->setEnabled(false);
+    auto *row = new QHBoxLayout(choices);
+    row->setContentsMargins(0, 3, 0, 0);
+    row->setSpacing(7);
+    for (const AgentDecision &choice : PendingApproval::allChoices()) {
+        m_buttons.append(addButton(choice));
+        row->addWidget(m_buttons.last());
     }
-    m_title->setText(tr("wants to run %1").arg(approval.toolName));
-    m_detail->setText(approval.detail.value_or(QString()));
-    m_detail->setVisible(!m_detail->text().isEmpty());
-    m_countdown->setExpiresAt(approval.expiresAt);
-    const auto all = PendingApproval::allChoices();
-    const auto offered = approval.choices();
-    for (qsizetype position = 0; position < m_buttons.size(); ++position) {
-        DecideButton &button = *m_buttons[position];
-        button.setVisible(position < offered.size());
-        setHelpText(button, wordingOf(all[position], approval.toolName).help);
-        const int digit = static_cast<int>(position) + 1;
-        button.setShortcutDigit(showsShortcuts ? std::optional(digit) : std::nullopt);
-    }
+    row->addStretch();
+    row->addWidget(m_countdown);
+    return choices;
 }
 
 DecideButton *ApprovalStrip::addButton(const AgentDecision &decision) {
     const Wording wording = wordingOf(decision, QString());
     auto *button = new DecideButton(wording.title, wording.tint, this);
-    connect(button, &DecideButton::clicked, this, [this, decision] { emit decided(decision); });
+    connect(button, &DecideButton::clicked, this, [this, decision] {
+        if (m_reading->isOver()) {
+            emit decided(decision);
+        }
+    });
     return button;
+}
+
+void ApprovalStrip::setApproval(const PendingApproval &approval, bool showsShortcuts) {
+    if (m_approval != approval) {
+        m_approval = approval;
+        m_showsAll = false;
+        showCall();
+        m_countdown->setExpiresAt(approval.expiresAt);
+        m_reading->startAnew();
+    }
+    showChoices(showsShortcuts);
+}
+
+void ApprovalStrip::setInputHeightLimit(int limit) {
+    m_input->setHeightLimit(limit);
+}
+
+void ApprovalStrip::showCall() {
+    const ReadableInput &input = m_approval->input;
+    m_title->setText(tr("wants to run %1").arg(shownName(m_approval->toolName)));
+    const QString line = VisibleText::of(m_approval->detail.value_or(QString()));
+    const ReadableInput::Rest rest = input.beyond(line);
+    const bool isWhole = m_showsAll || line.isEmpty() || rest.isEmpty();
+    m_input->setLines(isWhole && !input.lines.isEmpty()
+                          ? input.lines
+                          : QList<ReadableInput::Line>{{ReadableInput::Sign::plain, line}});
+    m_input->setVisible(m_approval->hasDetails());
+    m_more->setTitle(wordsFor(rest));
+    m_more->setVisible(!isWhole);
+    m_note->setText(!m_approval->hasDetails() ? tr("This agent sent no details of the call.")
+                    : input.isCut
+                        ? tr("The call is longer than can be shown here: its end is missing.")
+                        : QString());
+    m_note->setVisible(!m_note->text().isEmpty());
+}
+
+void ApprovalStrip::showChoices(bool showsShortcuts) {
+    const auto all = PendingApproval::allChoices();
+    const auto offered = m_approval->choices();
+    for (qsizetype position = 0; position < m_buttons.size(); ++position) {
+        DecideButton &button = *m_buttons[position];
+        button.setVisible(position < offered.size());
+        setHelpText(button, wordingOf(all[position], shownName(m_approval->toolName)).help);
+        const int digit = static_cast<int>(position) + 1;
+        button.setShortcutDigit(showsShortcuts ? std::optional(digit) : std::nullopt);
+    }
 }
 
 } // namespace morvane

@@ -1,5 +1,6 @@
 #include "Presentation/Panel/Badge.h"
 
+#include "Core/Ground/BoundedText.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/HelpText.h"
 #include "Presentation/Style/Typography.h"
@@ -29,8 +30,8 @@ Badge::Badge(QWidget *parent) : QLabel(parent) {
 
 void Badge::setContent(const QString &text, const QColor &tint, const QString &help) {
     m_tint = tint;
-    setText(text);
-    setAccessibleName(text);
+    setText(BoundedText::of(text, BoundedText::lineLength));
+    setAccessibleName(this->text());
     setHelpText(*this, help);
     setVisible(!text.isEmpty());
     update();

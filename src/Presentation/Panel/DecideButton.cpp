@@ -1,5 +1,6 @@
 #include "Presentation/Panel/DecideButton.h"
 
+#include "Core/Ground/BoundedText.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/Typography.h"
 
@@ -32,8 +33,9 @@ DecideButton::DecideButton(const QString &title, const QColor &tint, QWidget *pa
 }
 
 void DecideButton::setTitle(const QString &title) {
-    setText(title);
-    setAccessibleName(title);
+    setText(BoundedText::of(title, BoundedText::lineLength));
+    setShortcut({}); // an ampersand in a program's name makes no key
+    setAccessibleName(text());
     updateGeometry();
 }
 
@@ -59,6 +61,7 @@ QSize DecideButton::sizeHint() const {
 void DecideButton::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    painter.setOpacity(isEnabled() ? 1 : Colors::waiting);
     const double opacity = isDown() ? pressedOpacity : underMouse() ? hoverOpacity : restOpacity;
     painter.setPen(Qt::NoPen);
     painter.setBrush(Colors::faded(m_tint, opacity));

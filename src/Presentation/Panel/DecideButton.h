@@ -10,7 +10,7 @@
 namespace morvane {
 
 /// A button of a strip: its title, and the digit that presses it where one does. It never takes
-/// the focus, since its window must not.
+/// the focus, since its window must not. While it waits to be read it is disabled, and faint.
 class DecideButton : public QAbstractButton {
     Q_OBJECT
 

@@ -24,6 +24,7 @@ constexpr int standardWidth = 520;
 constexpr int attentionWidth = 600;
 constexpr int smallestListLimit = 120;
 constexpr int standardBudget = 480;
+constexpr int inputShare = 3; ///< of the budget: a call that is longer is scrolled
 constexpr Seconds contentDuration(0.18);
 constexpr Seconds attentionDuration(0.14);
 
@@ -116,6 +117,7 @@ void ExpandedView::appendSessions(Entries &list, const SessionSlice &sessions) c
         const auto fill = [this, session, details](QWidget *present) -> QWidget * {
             auto *row = present != nullptr ? static_cast<SessionRow *>(present)
                                            : new SessionRow(m_context, &m_viewport->rows());
+            row->setInputHeightLimit(m_contentHeightBudget / inputShare);
             row->setSession(session, details);
             return row;
         };

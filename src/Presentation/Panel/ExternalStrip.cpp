@@ -11,11 +11,17 @@
 
 namespace morvane {
 
+namespace {
+
+constexpr int mostLines = 100; ///< the list around it scrolls
+
+} // namespace
+
 ExternalStrip::ExternalStrip(QWidget *parent)
     : QWidget(parent), m_explanation(new TextLabel(Typography::text(Typography::secondarySize),
                                                    Colors::secondaryText, 0, this)),
-      m_content(new TextLabel(Typography::text(Typography::secondarySize), Colors::white(0.78), 12,
-                              this)),
+      m_content(new TextLabel(Typography::text(Typography::secondarySize), Colors::white(0.78),
+                              mostLines, this)),
       m_answer(new DecideButton({}, Colors::questionAccent, this)) {
     auto *heading = new TextLabel(Typography::text(Typography::bodySize, QFont::DemiBold),
                                   Colors::questionAccent, 1, this);
@@ -47,16 +53,17 @@ QString ExternalStrip::contentOf(const PendingExternalResponse &pending) {
     if (pending.questions.isEmpty()) {
         return pending.fallbackMessage.value_or(QString());
     }
-    QStringList lines;
+    QStringList blocks;
     for (qsizetype index = 0; index < pending.questions.size(); ++index) {
         const AgentQuestion &question = pending.questions[index];
-        lines.append(tr("Question %1 of %2").arg(index + 1).arg(pending.questions.size()));
-        lines.append(question.question);
+        QStringList lines{tr("Question %1 of %2").arg(index + 1).arg(pending.questions.size()),
+                          question.question};
         for (const AgentOption &option : question.options) {
             lines.append(QStringLiteral("  •  ") + option.label);
         }
+        blocks.append(lines.join(u'\n'));
     }
-    return lines.join(u'\n');
+    return blocks.join(QStringLiteral("\n\n"));
 }
 
 } // namespace morvane

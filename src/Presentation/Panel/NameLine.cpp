@@ -1,5 +1,6 @@
 #include "Presentation/Panel/NameLine.h"
 
+#include "Core/Ground/BoundedText.h"
 #include "Presentation/Overlay/InlineNameField.h"
 #include "Presentation/Panel/PencilButton.h"
 #include "Presentation/Style/TextLabel.h"
@@ -32,7 +33,7 @@ NameLine::NameLine(const PanelContext &context, const QColor &color, QWidget &ro
 }
 
 void NameLine::setName(const QString &name) {
-    m_name->setText(name);
+    m_name->setText(BoundedText::of(name, BoundedText::lineLength));
 }
 
 void NameLine::setRenamable(bool isRenamable) {

@@ -1,5 +1,6 @@
 #include "Presentation/Panel/OptionButton.h"
 
+#include "Core/Ground/BoundedText.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/TextLabel.h"
 #include "Presentation/Style/Typography.h"
@@ -23,8 +24,10 @@ OptionButton::OptionButton(const AgentOption &option, const QColor &accent,
                            std::optional<int> shortcutDigit, QWidget *parent)
     : QAbstractButton(parent), m_accent(accent) {
     setText(option.label);
-    setAccessibleName(option.label);
-    setAccessibleDescription(option.description.value_or(QString()));
+    setShortcut({}); // an ampersand in what an agent offers makes no key
+    setAccessibleName(BoundedText::of(option.label, BoundedText::paragraphLength));
+    setAccessibleDescription(
+        BoundedText::of(option.description.value_or(QString()), BoundedText::paragraphLength));
     setFocusPolicy(Qt::NoFocus);
     // A button's own policy is a fixed height, which would cut off text of several lines.
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
@@ -57,6 +60,7 @@ OptionButton::OptionButton(const AgentOption &option, const QColor &accent,
 void OptionButton::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    painter.setOpacity(isEnabled() ? 1 : Colors::waiting);
     const double opacity = isDown() ? pressedOpacity : underMouse() ? hoverOpacity : restOpacity;
     painter.setPen(Qt::NoPen);
     painter.setBrush(Colors::faded(m_accent, opacity));

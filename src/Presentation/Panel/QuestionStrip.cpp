@@ -2,6 +2,7 @@
 
 #include "Presentation/Panel/Countdown.h"
 #include "Presentation/Panel/OptionButton.h"
+#include "Presentation/Panel/ReadingTime.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/Typography.h"
 
@@ -18,7 +19,8 @@ QuestionStrip::QuestionStrip(Scheduler &scheduler, QWidget *parent)
       m_position(new TextLabel(Typography::text(Typography::secondarySize), Colors::secondaryText,
                                1, this)),
       m_text(new TextLabel(Typography::text(Typography::bodySize), Colors::primaryText, 0, this)),
-      m_countdown(new Countdown(scheduler, this)), m_options(new QVBoxLayout) {
+      m_countdown(new Countdown(scheduler, this)), m_options(new QWidget(this)),
+      m_reading(new ReadingTime(scheduler, *this)) {
     auto *strip = new QVBoxLayout(this);
     strip->setContentsMargins(0, 8, 0, 2);
     strip->setSpacing(5);
@@ -30,9 +32,12 @@ QuestionStrip::QuestionStrip(Scheduler &scheduler, QWidget *parent)
     head->addWidget(m_countdown);
     strip->addLayout(head);
     strip->addWidget(m_text);
-    m_options->setContentsMargins(0, 3, 0, 0);
-    m_options->setSpacing(5);
-    strip->addLayout(m_options);
+    strip->addWidget(m_options);
+    auto *options = new QVBoxLayout(m_options);
+    options->setContentsMargins(0, 3, 0, 0);
+    options->setSpacing(5);
+    m_options->setEnabled(false);
+    connect(m_reading, &ReadingTime::changed, m_options, &QWidget::setEnabled);
 }
 
 void QuestionStrip::setQuestion(const PendingQuestion &pending, bool showsShortcuts) {
@@ -51,6 +56,7 @@ void QuestionStrip::setQuestion(const PendingQuestion &pending, bool showsShortc
     if (!isSame) {
         m_pendingID = pending.id;
         showQuestion(question, showsShortcuts);
+        m_reading->startAnew();
     }
 }
 
@@ -65,12 +71,16 @@ void QuestionStrip::showQuestion(const AgentQuestion &question, bool showsShortc
     m_buttons.clear();
     int digit = 1;
     for (const AgentOption &option : question.options) {
-        auto *button = new OptionButton(option, Colors::questionAccent,
-                                        showsShortcuts ? std::optional(digit) : std::nullopt, this);
-        connect(
-            button, &OptionButton::clicked, this,
-            [this, text = question.question, label = option.label] { emit answered(text, label); });
-        m_options->addWidget(button);
+        auto *button =
+            new OptionButton(option, Colors::questionAccent,
+                             showsShortcuts ? std::optional(digit) : std::nullopt, m_options);
+        connect(button, &OptionButton::clicked, this,
+                [this, text = question.question, label = option.label] {
+                    if (m_reading->isOver()) {
+                        emit answered(text, label);
+                    }
+                });
+        m_options->layout()->addWidget(button);
         button->show();
         m_buttons.append(button);
         ++digit;

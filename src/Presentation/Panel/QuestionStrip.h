@@ -6,16 +6,16 @@
 
 #include <optional>
 
-class QVBoxLayout;
-
 namespace morvane {
 
 class Countdown;
 class OptionButton;
+class ReadingTime;
 class Scheduler;
 class TextLabel;
 
-/// Asks the first open question of those that a session waits with.
+/// Asks the first open question of those that a session waits with. Its options can be chosen once
+/// it has stood there long enough to be read.
 class QuestionStrip : public QWidget {
     Q_OBJECT
 
@@ -37,8 +37,9 @@ private:
     TextLabel *m_position;
     TextLabel *m_text;
     Countdown *m_countdown;
-    QVBoxLayout *m_options;
+    QWidget *m_options;
     QList<OptionButton *> m_buttons;
+    ReadingTime *m_reading;
 };
 
 } // namespace morvane

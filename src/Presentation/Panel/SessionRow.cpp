@@ -80,6 +80,13 @@ void SessionRow::setSession(const Session &session, Details details) {
     showStrip(details);
 }
 
+void SessionRow::setInputHeightLimit(int limit) {
+    m_inputHeightLimit = limit;
+    if (m_approval != nullptr) {
+        m_approval->setInputHeightLimit(limit);
+    }
+}
+
 void SessionRow::showMain(Details details) {
     m_mark->setMode({m_session.state}, m_session.stateChangedAt);
     nameLine().setName(m_session.displayName());
@@ -139,6 +146,7 @@ void SessionRow::select() {
 ApprovalStrip &SessionRow::approvalStrip() {
     if (m_approval == nullptr) {
         m_approval = new ApprovalStrip(context().scheduler, this);
+        m_approval->setInputHeightLimit(m_inputHeightLimit);
         m_column->addWidget(m_approval);
         connect(m_approval, &ApprovalStrip::decided, this, [this](const AgentDecision &decision) {
             if (const auto &decide = context().actions.onDecide) {

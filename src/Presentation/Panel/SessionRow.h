@@ -36,6 +36,9 @@ public:
     void setSession(const Session &session, Details details);
     const Session &session() const { return m_session; }
 
+    /// How high the view of a call may become, in points.
+    void setInputHeightLimit(int limit);
+
     bool isEditing() const override;
     void abandonEditing() override;
 
@@ -56,6 +59,7 @@ private:
 
     Session m_session;
     Details m_details;
+    int m_inputHeightLimit = 0;
     bool m_isFilled = false;
     PixelAnimator *m_mark;
     AgentBadge *m_agent;

@@ -31,6 +31,13 @@ inline constexpr QColor questionAccent = sRgb(0.48, 0.7, 1.0);
 inline constexpr QColor approvalAccent = sRgb(1.0, 0.72, 0.35);
 inline constexpr QColor denyAccent = sRgb(1.0, 0.48, 0.48);
 
+inline constexpr QColor codeGround = white(0.05);
+inline constexpr QColor removedLine = sRgb(1.0, 0.6, 0.58);
+inline constexpr QColor addedLine = sRgb(0.56, 0.86, 0.6);
+
+/// How much is left of what can't be pressed yet.
+inline constexpr double waiting = 0.4;
+
 /// The same colour, letting what lies below through.
 inline QColor faded(QColor color, double opacity) {
     color.setAlphaF(static_cast<float>(color.alphaF() * opacity));

@@ -1,5 +1,8 @@
 #include "Presentation/Style/TextLabel.h"
 
+#include "Core/Ground/BoundedText.h"
+#include "Presentation/Style/Colors.h"
+
 #include <QPainter>
 #include <QTextLayout>
 #include <QTextOption>
@@ -42,7 +45,8 @@ void TextLabel::setColor(const QColor &color) {
 /// Names and prompts come from outside. What would break a line of theirs becomes a space, and
 /// what would turn the direction of all that follows it is left out.
 QString TextLabel::printable() const {
-    QString result = text();
+    QString result = BoundedText::of(text(), m_maxLines == 1 ? BoundedText::lineLength
+                                                             : BoundedText::paragraphLength);
     const QChar lineBreak = m_maxLines == 1 ? QChar(u' ') : QChar(QChar::LineSeparator);
     for (QChar &character : result) {
         if (character == u'\n') {
@@ -108,7 +112,7 @@ QSize TextLabel::minimumSizeHint() const {
 
 void TextLabel::paintEvent(QPaintEvent *) {
     QPainter painter(this);
-    painter.setPen(m_color);
+    painter.setPen(isEnabled() ? m_color : Colors::faded(m_color, Colors::waiting));
     painter.setLayoutDirection(Qt::LayoutDirectionAuto);
     // By the baseline, which would move with the letters of another font in a box of text.
     const QRect area = contentsRect();

@@ -51,6 +51,8 @@ TEST(HookEvent, TakesEverythingThatAPayloadTells) {
     expected.prompt = "do it";
     expected.transcriptPath = "/t.jsonl";
     expected.agentID = "a1";
+    expected.toolInput =
+        ReadableInput::of(R"({"command": " ls -l\n", "description": "List", "timeout": 5})");
     EXPECT_TRUE(*event == expected);
 
     // Of the hints an empty one tells nothing, a blank one is taken as it stands.

@@ -17,7 +17,9 @@ protected:
 TEST_F(DecisionsTest, ShowsAPermissionRequestThatWaits) {
     apply(EventBuilder::parked("d1").with(&HookEvent::toolDetail, "make"));
     const Date limit = scheduler.now() + Seconds(60);
-    EXPECT_EQ(session().pendingApproval, (PendingApproval{"d1", "Bash", "make", limit, true}));
+    EXPECT_EQ(session().pendingApproval,
+              (PendingApproval{"d1", "Bash", "make", ReadableInput::of(R"({"command":"make"})"),
+                               limit, true}));
     EXPECT_FALSE(session().acknowledged);
 
     // The agent's own notice of the prompt doesn't disturb it.
@@ -35,7 +37,7 @@ TEST_F(DecisionsTest, ShowsAPermissionRequestThatWaits) {
     apply(EventBuilder(Kind::permissionRequest)
               .of(AgentKind::codex)
               .with(&HookEvent::decisionID, "d1"));
-    EXPECT_EQ(session().pendingApproval, (PendingApproval{"d1", "tool", {}, limit, false}));
+    EXPECT_EQ(session().pendingApproval, (PendingApproval{"d1", "tool", {}, {}, limit, false}));
     EXPECT_EQ(resolved, QStringList());
 }
 

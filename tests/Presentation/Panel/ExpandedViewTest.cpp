@@ -271,7 +271,7 @@ TEST_F(ExpandedViewTest, OnlyTheRowThatTheDigitsBelongToShowsThem) {
     apply(EventBuilder::parked(QStringLiteral("d2")).in(QStringLiteral("b")));
     refresh();
     const auto widthOfDeny = [](const SessionRow *row) {
-        return row->findChild<DecideButton *>()->width();
+        return shownIn<DecideButton>(*row).first()->width();
     };
     EXPECT_EQ(rows()[0]->session().id, store.sessionAwaitingDecision()->id);
     EXPECT_GT(widthOfDeny(rows()[0]), widthOfDeny(rows()[1]));
@@ -284,6 +284,7 @@ TEST_F(ExpandedViewTest, APressOutlivesAChangeOfAnotherSession) {
     };
     apply(EventBuilder::parked("d1"));
     refresh();
+    scheduler.advance(Seconds(0.85));
     DecideButton *const allow = button("Allow");
     QTest::mousePress(allow, Qt::LeftButton);
     apply(Event::turnEnd, "other");

@@ -44,10 +44,16 @@ protected:
         row.show();
     }
 
+    /// Shows the row for as long as it takes until its strip can be pressed.
+    void showToRead(SessionRow::Details details = {}) {
+        show(details);
+        scheduler.advance(Seconds(0.85));
+    }
+
     /// Presses the first button of a kind, brings the row up to date, and lets go at that place.
     template <typename Button>
     void pressDuring(const Session &update) {
-        show();
+        showToRead();
         QTest::mousePress(shownIn<Button>(row).first(), Qt::LeftButton);
         row.setSession(update, {});
         activateLayouts(row);
@@ -82,7 +88,7 @@ protected:
 
 TEST_F(SessionRowTest, RefusesFirstThenAllowsThenAllowsForGood) {
     apply(EventBuilder::parked("d"));
-    show();
+    showToRead();
     ASSERT_EQ(textsIn<DecideButton>(row), QStringList({"Deny", "Allow", "Always"}));
     for (DecideButton *button : shownIn<DecideButton>(row)) {
         button->click();
@@ -100,12 +106,12 @@ TEST_F(SessionRowTest, RefusesFirstThenAllowsThenAllowsForGood) {
 
 TEST_F(SessionRowTest, AsksOneQuestionAfterTheOther) {
     apply(EventBuilder::parked(QStringLiteral("d")).asking({"First?", "Second?"}));
-    show();
+    showToRead();
     ASSERT_EQ(textsIn<OptionButton>(row), QStringList({"Yes", "No"}));
     EXPECT_TRUE(contents(row).contains("1 of 2"));
     shownIn<OptionButton>(row)[1]->click();
     EXPECT_TRUE(decisions.isEmpty());
-    show();
+    showToRead();
     ASSERT_EQ(textsIn<OptionButton>(row), QStringList({"Yes", "No"}));
     EXPECT_TRUE(contents(row).contains("2 of 2"));
     shownIn<OptionButton>(row)[0]->click();

@@ -1,0 +1,300 @@
+#include "Core/Agents/ReadableInput.h"
+
+#include "Core/Ground/JsonMembers.h"
+#include "Core/Ground/VisibleText.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+
+namespace morvane {
+
+namespace {
+
+using Sign = ReadableInput::Sign;
+
+struct Member {
+    QString key;
+    std::string_view value;
+    bool isTold = false;
+
+    bool isText() const { return value.starts_with('"'); }
+    QString text() const { return JsonMembers::decoded(value.substr(1, value.size() - 2)); }
+};
+
+using Members = QList<Member>;
+
+Members membersOf(std::string_view object) {
+    Members result;
+    for (const auto &[key, value] : JsonMembers::of(object)) {
+        result.append({JsonMembers::decoded(key), value});
+    }
+    return result;
+}
+
+/// The first member of this key, if it holds a text.
+Member *textOf(Members &members, QLatin1StringView key) {
+    const auto found = std::ranges::find(members, key, &Member::key);
+    return found != members.end() && found->isText() ? &*found : nullptr;
+}
+
+/// Collects lines for as long as there is room for them.
+class Page {
+public:
+    void add(Sign sign, const QString &text) {
+        for (const QStringView line : QStringView(text).split(u'\n')) {
+            addVisible(sign, VisibleText::of(line));
+        }
+    }
+
+    /// A line in which everything can be seen already.
+    void addVisible(Sign sign, QString line) {
+        if (m_page.isCut) {
+            return;
+        }
+        m_page.isCut = line.size() > m_room;
+        line.truncate(m_room);
+        if (m_page.isCut && !line.isEmpty() && line.back().isHighSurrogate()) {
+            line.chop(1);
+        }
+        m_room = std::max<qsizetype>(0, m_room - line.size() - 1);
+        m_page.lines.append({sign, line});
+    }
+
+    /// A JSON value behind `head`, a line for each of its members.
+    void addJson(Sign sign, QString head, std::string_view value);
+
+    void addUntold(const Members &members) {
+        for (const Member &member : members) {
+            if (!member.isTold) {
+                addJson(Sign::aside, VisibleText::quoted(member.key) + QStringLiteral(": "),
+                        member.value);
+            }
+        }
+    }
+
+    ReadableInput take() { return std::move(m_page); }
+
+private:
+    ReadableInput m_page;
+    qsizetype m_room = ReadableInput::limit;
+};
+
+void Page::addJson(Sign sign, QString head, std::string_view value) {
+    constexpr std::string_view blanks = " \t\r\n";
+    qsizetype depth = 0;
+    QString line = std::move(head);
+    const auto breakLine = [&] {
+        addVisible(sign, line);
+        // What is nested deeper than can be shown stays at the edge.
+        line = QString(2 * std::min<qsizetype>(depth, 40), u' ');
+    };
+    while (!value.empty() && !m_page.isCut) {
+        const char token = value.front();
+        std::size_t length = 1;
+        if (token == '"') {
+            length = JsonMembers::stringLength(value);
+            line += VisibleText::quoted(JsonMembers::decoded(value.substr(1, length - 2)));
+        } else if (token == '{' || token == '[') {
+            line += QLatin1Char(token);
+            const auto next = value.find_first_not_of(blanks, 1);
+            const bool isEmpty = next != value.npos && (value[next] == '}' || value[next] == ']');
+            if (isEmpty) {
+                line += QLatin1Char(value[next]);
+                length = next + 1;
+            } else {
+                ++depth;
+                breakLine();
+            }
+        } else if (token == '}' || token == ']') {
+            --depth;
+            breakLine();
+            line += QLatin1Char(token);
+        } else if (token == ',') {
+            line += QLatin1Char(token);
+            breakLine();
+        } else if (token == ':') {
+            line += QStringLiteral(": ");
+        } else if (blanks.find(token) == blanks.npos) {
+            line += QLatin1Char(token);
+        }
+        value.remove_prefix(length);
+    }
+    addVisible(sign, line);
+}
+
+struct KeyPair {
+    QLatin1StringView before;
+    QLatin1StringView after;
+};
+
+constexpr std::array editKeys{
+    KeyPair{QLatin1StringView("old_string"), QLatin1StringView("new_string")},
+    KeyPair{QLatin1StringView("oldString"), QLatin1StringView("newString")},
+    KeyPair{QLatin1StringView("old_str"), QLatin1StringView("new_str")}};
+
+struct Edit {
+    QString before;
+    QString after;
+};
+
+/// The texts of an edit, which then count as told.
+std::optional<Edit> takeEdit(Members &members) {
+    for (const KeyPair &keys : editKeys) {
+        Member *const before = textOf(members, keys.before);
+        Member *const after = textOf(members, keys.after);
+        if (before != nullptr && after != nullptr) {
+            before->isTold = after->isTold = true;
+            return Edit{before->text(), after->text()};
+        }
+    }
+    return std::nullopt;
+}
+
+/// The lines that both begin and end with stand once, as what they are changed between.
+void addEdit(Page &page, const Edit &edit) {
+    const auto linesOf = [](const QString &text) {
+        return text.isEmpty() ? QStringList() : text.split(u'\n');
+    };
+    const QStringList before = linesOf(edit.before);
+    const QStringList after = linesOf(edit.after);
+    const auto head = std::ranges::mismatch(before, after).in1 - before.begin();
+    const auto tailLimit = std::min(before.size(), after.size()) - head;
+    const auto tail =
+        std::min(std::mismatch(before.rbegin(), before.rend(), after.rbegin(), after.rend()).first -
+                     before.rbegin(),
+                 tailLimit);
+    const auto add = [&page](Sign sign, const QStringList &lines) {
+        for (const QString &line : lines) {
+            page.add(sign, line);
+        }
+    };
+    add(Sign::plain, before.first(head));
+    add(Sign::removed, before.sliced(head, before.size() - head - tail));
+    add(Sign::added, after.sliced(head, after.size() - head - tail));
+    add(Sign::plain, before.last(tail));
+}
+
+using Reading = std::optional<ReadableInput> (*)(Members);
+
+std::optional<ReadableInput> readCommand(Members members) {
+    Member *const command = textOf(members, QLatin1StringView("command"));
+    if (command == nullptr || command->text().trimmed().isEmpty()) {
+        return std::nullopt;
+    }
+    command->isTold = true;
+    Page page;
+    page.add(Sign::plain, command->text());
+    page.addUntold(members);
+    return page.take();
+}
+
+std::optional<ReadableInput> readEdit(Members members) {
+    const auto edit = takeEdit(members);
+    if (!edit) {
+        return std::nullopt;
+    }
+    Page page;
+    page.addUntold(members);
+    addEdit(page, *edit);
+    return page.take();
+}
+
+/// The objects of a list, or nothing when it has another member as well.
+QList<Members> objectsOf(std::string_view list) {
+    QList<Members> result;
+    list.remove_prefix(1);
+    while (true) {
+        list.remove_prefix(std::min(list.find_first_not_of(" \t\r\n,"), list.size()));
+        if (!list.starts_with('{')) {
+            return list.starts_with(']') ? result : QList<Members>();
+        }
+        const std::size_t length = JsonMembers::valueLength(list);
+        result.append(membersOf(list.substr(0, length)));
+        list.remove_prefix(length);
+    }
+}
+
+std::optional<ReadableInput> readEdits(Members members) {
+    const auto edits = std::ranges::find(members, QLatin1StringView("edits"), &Member::key);
+    if (edits == members.end() || !edits->value.starts_with('[')) {
+        return std::nullopt;
+    }
+    QList<Members> list = objectsOf(edits->value);
+    if (list.isEmpty()) {
+        return std::nullopt;
+    }
+    edits->isTold = true;
+    Page page;
+    page.addUntold(members);
+    for (Members &one : list) {
+        const auto edit = takeEdit(one);
+        if (!edit) {
+            return std::nullopt;
+        }
+        page.addUntold(one);
+        addEdit(page, *edit);
+    }
+    return page.take();
+}
+
+std::optional<ReadableInput> readWrittenFile(Members members) {
+    Member *const content = textOf(members, QLatin1StringView("content"));
+    const bool hasPath = std::ranges::any_of(
+        std::array{"file_path", "filePath", "path"},
+        [&members](const char *key) { return textOf(members, QLatin1StringView(key)); });
+    if (content == nullptr || !hasPath) {
+        return std::nullopt;
+    }
+    content->isTold = true;
+    Page page;
+    page.addUntold(members);
+    page.add(Sign::added, content->text());
+    return page.take();
+}
+
+/// What is nothing but one of the texts that also make a call's detail needs no braces.
+std::optional<ReadableInput> readSingleText(Members members) {
+    constexpr std::array keys{"file_path", "path", "pattern", "url", "query"};
+    const bool isSingle = members.size() == 1 && members[0].isText() &&
+                          std::ranges::any_of(keys, [&members](const char *key) {
+                              return members[0].key == QLatin1StringView(key);
+                          });
+    if (!isSingle || members[0].text().trimmed().isEmpty()) {
+        return std::nullopt;
+    }
+    Page page;
+    page.add(Sign::plain, members[0].text());
+    return page.take();
+}
+
+} // namespace
+
+ReadableInput ReadableInput::of(std::string_view object) {
+    const Members members = membersOf(object);
+    if (members.isEmpty()) {
+        return {};
+    }
+    for (const Reading read :
+         {&readCommand, &readEdit, &readEdits, &readWrittenFile, &readSingleText}) {
+        if (auto result = read(members)) {
+            return *result;
+        }
+    }
+    Page page;
+    page.addJson(Sign::plain, {}, object);
+    return page.take();
+}
+
+ReadableInput::Rest ReadableInput::beyond(const QString &visibleLine) const {
+    if (lines.size() > 1) {
+        return {lines.size() - 1, 0};
+    }
+    if (lines.isEmpty() || lines[0].text == visibleLine) {
+        return {};
+    }
+    const qsizetype more = lines[0].text.toUcs4().size() - visibleLine.toUcs4().size();
+    return {0, std::max<qsizetype>(1, more)};
+}
+
+} // namespace morvane

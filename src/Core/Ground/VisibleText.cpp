@@ -1,0 +1,116 @@
+#include "Core/Ground/VisibleText.h"
+
+#include <algorithm>
+#include <array>
+
+namespace morvane::VisibleText {
+
+namespace {
+
+constexpr int mostMarks = 3; ///< on one letter; no language needs more
+constexpr char32_t tabSign = U'⇥';
+constexpr char32_t escapeBegin = U'⟨';
+
+struct Range {
+    char32_t first;
+    char32_t last;
+};
+
+/// What leaves nothing to be seen though its category doesn't say so: joiners and fillers, the
+/// empty braille pattern, and the selectors of variants.
+constexpr std::array looksEmpty{
+    Range{0x034F, 0x034F},   Range{0x115F, 0x1160},   Range{0x17B4, 0x17B5}, Range{0x180B, 0x180F},
+    Range{0x2800, 0x2800},   Range{0x3164, 0x3164},   Range{0xFE00, 0xFE0F}, Range{0xFFA0, 0xFFA0},
+    Range{0x1D173, 0x1D17A}, Range{0xE0100, 0xE01EF},
+};
+
+bool isHidden(char32_t character) {
+    switch (QChar::category(character)) {
+    case QChar::Other_Control:
+    case QChar::Other_Format:
+    case QChar::Other_Surrogate:
+    case QChar::Other_PrivateUse:
+    case QChar::Other_NotAssigned:
+    case QChar::Separator_Line:
+    case QChar::Separator_Paragraph:
+        return true;
+    case QChar::Separator_Space:
+        return character != U' ';
+    default:
+        return std::ranges::any_of(looksEmpty, [character](const Range &range) {
+            return character >= range.first && character <= range.last;
+        });
+    }
+}
+
+/// Whether it stands on what comes before it instead of behind.
+bool joins(char32_t character) {
+    const bool isJamo = character >= 0x1100 && character <= 0x11FF;
+    const bool isSkinTone = character >= 0x1F3FB && character <= 0x1F3FF;
+    return QChar::isMark(character) || isJamo || isSkinTone;
+}
+
+QString hex(char32_t number) {
+    return QString::number(static_cast<uint>(number), 16).rightJustified(4, u'0');
+}
+
+QString escapedInText(char32_t character) {
+    return character == U'\t' ? QStringLiteral("⇥   ")
+                              : QStringLiteral("⟨U+%1⟩").arg(hex(character).toUpper());
+}
+
+QString escapedInJson(char32_t character) {
+    constexpr std::string_view plain = "\"\\\b\f\n\r\t";
+    constexpr std::string_view letters = "\"\\bfnrt";
+    if (character < 0x80) {
+        const auto at = plain.find(static_cast<char>(character));
+        if (at != plain.npos) {
+            return QString(u'\\') + QLatin1Char(letters[at]);
+        }
+    }
+    const auto spelledUnit = [](char16_t unit) { return QStringLiteral("\\u") + hex(unit); };
+    if (QChar::requiresSurrogates(character)) {
+        return spelledUnit(QChar::highSurrogate(character)) +
+               spelledUnit(QChar::lowSurrogate(character));
+    }
+    return spelledUnit(static_cast<char16_t>(character));
+}
+
+/// The character that the text begins with; half of a surrogate pair is one by itself.
+char32_t firstOf(QStringView text) {
+    const bool isPair = text.size() > 1 && text[0].isHighSurrogate() && text[1].isLowSurrogate();
+    return isPair ? QChar::surrogateToUcs4(text[0], text[1]) : text[0].unicode();
+}
+
+template <typename IsSpecial, typename Escaped>
+QString spelled(QStringView text, IsSpecial isSpecial, Escaped escaped) {
+    QString result;
+    result.reserve(text.size());
+    int marks = 0;
+    while (!text.isEmpty()) {
+        const char32_t character = firstOf(text);
+        const qsizetype length = QChar::requiresSurrogates(character) ? 2 : 1;
+        marks = joins(character) ? marks + 1 : 0;
+        if (isSpecial(character) || isHidden(character) || marks > mostMarks) {
+            result += escaped(character);
+        } else {
+            result += text.first(length);
+        }
+        text = text.sliced(length);
+    }
+    return result;
+}
+
+} // namespace
+
+QString of(QStringView line) {
+    const auto isSpecial = [](char32_t c) { return c == tabSign || c == escapeBegin; };
+    return spelled(line, isSpecial, &escapedInText);
+}
+
+QString quoted(QStringView text) {
+    const auto isSpecial = [](char32_t c) { return c == U'"' || c == U'\\'; };
+    return u'"' + spelled(text, isSpecial, &escapedInJson) + u'"';
+}
+
+} // namespace morvane::VisibleText

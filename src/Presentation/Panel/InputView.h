@@ -1,0 +1,56 @@
+#pragma once
+
+#include "Core/Agents/ReadableInput.h"
+
+#include <QWidget>
+
+namespace morvane {
+
+/// Shows what a tool call is given as it will be taken: every character as wide as the next, from
+/// left to right whatever its script, with the signs of lines that go and come in a column of
+/// their own. What is too long for a line goes on in the next; what is too high is scrolled.
+class InputView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit InputView(QWidget *parent);
+
+    void setLines(const QList<ReadableInput::Line> &lines);
+
+    /// How high it may become, in points.
+    void setHeightLimit(int limit);
+
+    bool hasHeightForWidth() const override { return true; }
+    int heightForWidth(int width) const override;
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    using Line = ReadableInput::Line;
+
+    /// What of a line fits the width.
+    struct Piece {
+        qsizetype line = 0;
+        qsizetype begin = 0;
+        qsizetype length = 0;
+    };
+
+    const QList<Piece> &pieces(int width) const;
+    void appendPieces(QList<Piece> &list, qsizetype line, int width) const;
+    int contentHeight(int width) const;
+    void paint(QPainter &painter, const Piece &piece, int top) const;
+    void paintThumb(QPainter &painter) const;
+    void scrollTo(int offset);
+
+    QList<Line> m_lines;
+    int m_heightLimit;
+    int m_offset = 0; ///< how far it is scrolled
+    mutable QList<Piece> m_pieces;
+    mutable int m_piecesWidth = -1; ///< at which they were broken; -1 when they have to be anew
+};
+
+} // namespace morvane

@@ -1,0 +1,105 @@
+#include "Presentation/Panel/ReadingTime.h"
+
+#include "Platform/Scheduler.h"
+#include "Presentation/Overlay/KeyablePanel.h"
+
+#include <QEvent>
+
+namespace morvane {
+
+namespace {
+
+constexpr int looksNeeded = 7;
+constexpr Seconds betweenLooks(0.1);
+
+} // namespace
+
+ReadingTime::ReadingTime(Scheduler &scheduler, QWidget &prompt)
+    : QObject(&prompt), m_scheduler(scheduler), m_prompt(prompt) {
+    prompt.installEventFilter(this);
+}
+
+bool ReadingTime::isOver() {
+    if (m_isOver && place() != m_place) {
+        startAnew();
+    }
+    return m_isOver;
+}
+
+void ReadingTime::startAnew() {
+    stop();
+    if (m_prompt.isVisible()) {
+        m_place = place();
+        lookLater();
+    }
+}
+
+void ReadingTime::stop() {
+    m_nextLook.cancel();
+    m_looks = 0;
+    if (std::exchange(m_isOver, false)) {
+        emit changed(false);
+    }
+}
+
+/// Counted in looks and not by the clock, which may be set, and since what uncovers a widget
+/// (a clip, a mask, the shape of the window around it) need not tell it.
+void ReadingTime::look() {
+    const Place now = place();
+    m_looks = now == m_place ? m_looks + 1 : 0;
+    m_place = now;
+    if (m_looks < looksNeeded) {
+        lookLater();
+    } else if (!m_place.visible.isEmpty()) {
+        m_isOver = true;
+        emit changed(true);
+    }
+}
+
+void ReadingTime::lookLater() {
+    m_nextLook = m_scheduler.after(betweenLooks, [this] { look(); });
+}
+
+ReadingTime::Place ReadingTime::place() const {
+    const QPoint origin = m_prompt.mapToGlobal(QPoint());
+    QRect visible = m_prompt.visibleRegion().boundingRect();
+    const QWidget *const window = m_prompt.window();
+    if (const auto *panel = qobject_cast<const KeyablePanel *>(window)) {
+        visible &= panel->visibleRect().translated(-m_prompt.mapTo(window, QPoint()));
+    }
+    return {QRect(origin, m_prompt.size()), visible};
+}
+
+/// A widget is told when it moves within its parent, not when that moves.
+void ReadingTime::watchAncestors() {
+    for (QWidget *widget = &m_prompt; widget != nullptr; widget = widget->parentWidget()) {
+        widget->installEventFilter(this);
+    }
+}
+
+bool ReadingTime::eventFilter(QObject *watched, QEvent *event) {
+    switch (event->type()) {
+    case QEvent::Show:
+        if (watched == &m_prompt) {
+            watchAncestors();
+            startAnew();
+        }
+        break;
+    case QEvent::Hide:
+        if (watched == &m_prompt) {
+            stop();
+        }
+        break;
+    case QEvent::Move:
+    case QEvent::Resize:
+        if (m_prompt.isVisible() && place() != m_place) {
+            startAnew();
+        }
+        break;
+    default:
+        break;
+    }
+    return false;
+}
+
+} // namespace morvane
