@@ -164,9 +164,16 @@ void approvalLongCommand(Stage &stage) {
     ask(stage, "Bash", R"({"command":")" + command + R"("})");
 }
 
+void approvalWaiting(Stage &stage) {
+    startAll(stage);
+    stage.openPanel();
+    askToDeploy(stage);
+    stage.pass(Seconds(0.5));
+}
+
 void approvalWhole(Stage &stage) {
     approvalLongCommand(stage);
-    stage.press("+ 118 characters");
+    stage.press("+ 117 characters");
 }
 
 void approvalScript(Stage &stage) {
@@ -329,6 +336,7 @@ const QList<Scene> &scenes() {
         {"panel-working", Screen::plain, panelWorking},
         {"panel-approval", Screen::plain, panelApproval},
         {"panel-approval-ending", Screen::plain, panelApprovalEnding},
+        {"approval-waiting", Screen::plain, approvalWaiting},
         {"approval-long-command", Screen::plain, approvalLongCommand},
         {"approval-long-command-whole", Screen::plain, approvalWhole},
         {"approval-script", Screen::plain, approvalScript},

@@ -23,7 +23,10 @@ bool isPlain(QStringView text) {
 QString of(const QString &text, qsizetype maxCharacters) {
     // Finding boundaries costs time in proportion, so no more is looked at than may be shown. A
     // text that fills more than this has characters of more than the units that count.
-    const QString part = text.left(maxCharacters * maxUnits + 1);
+    QString part = text.left(maxCharacters * maxUnits + 1);
+    if (part.size() < text.size() && part.back().isHighSurrogate()) {
+        part.chop(1);
+    }
     if (isPlain(part)) {
         return text.size() > maxCharacters ? text.left(maxCharacters) + ellipsis : text;
     }

@@ -6,6 +6,7 @@
 #include "Presentation/Panel/DecideButton.h"
 #include "Presentation/Panel/InputView.h"
 #include "Presentation/Panel/ReadingTime.h"
+#include "Presentation/Style/ActivateLayouts.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/HelpText.h"
 #include "Presentation/Style/Typography.h"
@@ -69,10 +70,12 @@ ApprovalStrip::ApprovalStrip(Scheduler &scheduler, QWidget *parent)
     strip->addWidget(m_more, 0, Qt::AlignLeft);
     strip->addWidget(m_note);
     strip->addWidget(m_choices);
+    m_more->setQuiet();
     setHelpText(*m_more, tr("Show the whole of the call."));
     connect(m_more, &DecideButton::clicked, this, [this] {
         m_showsAll = true;
         showCall();
+        activateLayoutsAround(*this);
     });
     connect(m_reading, &ReadingTime::changed, m_choices, &QWidget::setEnabled);
 }

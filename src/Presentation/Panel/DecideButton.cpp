@@ -12,6 +12,8 @@ namespace {
 
 constexpr int buttonHeight = 26;
 constexpr int buttonPadding = 14;
+constexpr int quietHeight = 20;
+constexpr int quietPadding = 8;
 constexpr int digitGap = 7;
 constexpr int imageSide = 9;
 constexpr int imageGap = 5;
@@ -39,6 +41,11 @@ void DecideButton::setTitle(const QString &title) {
     updateGeometry();
 }
 
+void DecideButton::setQuiet() {
+    m_isQuiet = true;
+    setFont(Typography::text(Typography::secondarySize));
+}
+
 void DecideButton::setShortcutDigit(std::optional<int> digit) {
     if (digit != m_digit) {
         m_digit = digit;
@@ -55,7 +62,8 @@ QSize DecideButton::sizeHint() const {
     int content = fontMetrics().horizontalAdvance(text()) + digitSpace();
     content += m_leadingImage ? imageSide : 0;
     content += m_trailingImage ? imageSide + imageGap : 0;
-    return {content + 2 * buttonPadding, buttonHeight};
+    return m_isQuiet ? QSize(content + 2 * quietPadding, quietHeight)
+                     : QSize(content + 2 * buttonPadding, buttonHeight);
 }
 
 void DecideButton::paintEvent(QPaintEvent *) {
@@ -66,7 +74,8 @@ void DecideButton::paintEvent(QPaintEvent *) {
     painter.setPen(Qt::NoPen);
     painter.setBrush(Colors::faded(m_tint, opacity));
     painter.drawRoundedRect(rect(), decideRadius, decideRadius);
-    QRect content = rect().adjusted(buttonPadding, 0, -buttonPadding, 0);
+    const int padding = m_isQuiet ? quietPadding : buttonPadding;
+    QRect content = rect().adjusted(padding, 0, -padding, 0);
     if (m_digit) {
         painter.setPen(Colors::faded(m_tint, 0.55));
         painter.drawText(content, Qt::AlignVCenter | Qt::AlignLeft, QString::number(*m_digit));

@@ -19,6 +19,9 @@ public:
 
     void setTitle(const QString &title);
 
+    /// Makes it stand back behind the buttons that decide.
+    void setQuiet();
+
     /// Puts a small picture right before the title, which may begin with a blank.
     void setLeadingImage(SystemImage image) { m_leadingImage = image; }
 
@@ -37,6 +40,7 @@ private:
     int digitSpace() const;
 
     QColor m_tint;
+    bool m_isQuiet = false;
     std::optional<int> m_digit;
     std::optional<SystemImage> m_leadingImage;
     std::optional<SystemImage> m_trailingImage;

@@ -18,7 +18,7 @@ using Line = ReadableInput::Line;
 using Sign = ReadableInput::Sign;
 
 constexpr int padding = 7;
-constexpr int gutter = 14; ///< for the signs, where there are any
+constexpr int gutter = 14; ///< for the signs
 constexpr int linesOfANotch = 3;
 constexpr int usualHeightLimit = 160;
 constexpr double groundRadius = 6;
@@ -36,7 +36,7 @@ QColor colorOf(Sign sign) {
     case Sign::added:
         return Colors::addedLine;
     case Sign::aside:
-        return Colors::tertiaryText;
+        return Colors::secondaryText;
     case Sign::plain:
         break;
     }
@@ -81,6 +81,8 @@ void InputView::setLines(const QList<Line> &lines) {
         return;
     }
     m_lines = lines;
+    m_hasSigns =
+        std::ranges::any_of(lines, [](const Line &line) { return mark(line.sign).has_value(); });
     m_piecesWidth = -1;
     m_offset = 0;
     setAccessibleName(accessibleText(lines));
@@ -93,6 +95,10 @@ void InputView::setHeightLimit(int limit) {
         m_heightLimit = limit;
         updateGeometry();
     }
+}
+
+int InputView::textLeft() const {
+    return padding + (m_hasSigns ? gutter : 0);
 }
 
 int InputView::contentHeight(int width) const {
@@ -116,7 +122,7 @@ const QList<InputView::Piece> &InputView::pieces(int width) const {
         m_piecesWidth = width;
         m_pieces.clear();
         for (qsizetype line = 0; line < m_lines.size(); ++line) {
-            appendPieces(m_pieces, line, std::max(1, width - 2 * padding - gutter));
+            appendPieces(m_pieces, line, std::max(1, width - textLeft() - padding));
         }
     }
     return m_pieces;
@@ -182,7 +188,7 @@ void InputView::paint(QPainter &painter, const Piece &piece, int top) const {
     }
     painter.setPen(color);
     const QString text = line.text.mid(piece.begin, piece.length);
-    painter.drawText(padding + gutter, baseline, isPlain(text) ? text : leftToRight + text);
+    painter.drawText(textLeft(), baseline, isPlain(text) ? text : leftToRight + text);
 }
 
 /// Shows that there is more, and where; the wheel is what moves it.

@@ -42,11 +42,13 @@ private:
     const QList<Piece> &pieces(int width) const;
     void appendPieces(QList<Piece> &list, qsizetype line, int width) const;
     int contentHeight(int width) const;
+    int textLeft() const;
     void paint(QPainter &painter, const Piece &piece, int top) const;
     void paintThumb(QPainter &painter) const;
     void scrollTo(int offset);
 
     QList<Line> m_lines;
+    bool m_hasSigns = false;
     int m_heightLimit;
     int m_offset = 0; ///< how far it is scrolled
     mutable QList<Piece> m_pieces;

@@ -63,9 +63,17 @@ void ReadingTime::lookLater() {
 ReadingTime::Place ReadingTime::place() const {
     const QPoint origin = m_prompt.mapToGlobal(QPoint());
     QRect visible = m_prompt.visibleRegion().boundingRect();
-    const QWidget *const window = m_prompt.window();
-    if (const auto *panel = qobject_cast<const KeyablePanel *>(window)) {
-        visible &= panel->visibleRect().translated(-m_prompt.mapTo(window, QPoint()));
+    const auto uncover = [&](const QWidget &around, const QRect &uncovered) {
+        visible &= uncovered.translated(-m_prompt.mapTo(&around, QPoint()));
+    };
+    for (const QWidget *around = &m_prompt; around != nullptr; around = around->parentWidget()) {
+        // Qt leaves masks out of what it takes for visible.
+        if (!around->mask().isEmpty()) {
+            uncover(*around, around->mask().boundingRect());
+        }
+        if (const auto *panel = qobject_cast<const KeyablePanel *>(around)) {
+            uncover(*panel, panel->visibleRect());
+        }
     }
     return {QRect(origin, m_prompt.size()), visible};
 }

@@ -16,4 +16,12 @@ void activateLayouts(QWidget &widget) {
     }
 }
 
+void activateLayoutsAround(QWidget &widget) {
+    for (QWidget *around = &widget; around != nullptr; around = around->parentWidget()) {
+        if (around->layout() != nullptr) {
+            around->layout()->activate();
+        }
+    }
+}
+
 } // namespace morvane

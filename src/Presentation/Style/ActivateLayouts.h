@@ -9,4 +9,7 @@ namespace morvane {
 /// turn of the event loop at a time.
 void activateLayouts(QWidget &widget);
 
+/// Tells the layouts around a widget at once that its content has changed its size.
+void activateLayoutsAround(QWidget &widget);
+
 } // namespace morvane

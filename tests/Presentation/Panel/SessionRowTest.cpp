@@ -1,8 +1,10 @@
 #include "Presentation/Panel/SessionRow.h"
 
 #include "Presentation/Overlay/InlineNameField.h"
+#include "Presentation/Panel/ApprovalStrip.h"
 #include "Presentation/Panel/Countdown.h"
 #include "Presentation/Panel/DecideButton.h"
+#include "Presentation/Panel/InputView.h"
 #include "Presentation/Panel/OptionButton.h"
 #include "Presentation/Panel/PencilButton.h"
 #include "Presentation/PanelFixture.h"
@@ -119,10 +121,81 @@ TEST_F(SessionRowTest, AsksOneQuestionAfterTheOther) {
                              {AgentDecision::answer({{"First?", "No"}, {"Second?", "Yes"}})}));
 }
 
+TEST_F(SessionRowTest, TakesAPressOnlyForWhatHasStoodLongEnoughToBeRead) {
+    const EventBuilder question = EventBuilder::parked("q").asking({"Sure?", "Really?"});
+    apply(EventBuilder::parked("d"));
+    show();
+    const auto pressable = [this](Seconds after) {
+        scheduler.advance(after);
+        return shownIn<DecideButton>(row).first()->isEnabled();
+    };
+    EXPECT_FALSE(pressable(Seconds(0.65)));
+    shownIn<DecideButton>(row)[1]->click();
+    EXPECT_TRUE(decisions.isEmpty());
+    EXPECT_TRUE(pressable(Seconds(0.2)));
+
+    // Another call, another input of the same call, another place, a part that comes to light.
+    apply(EventBuilder::parked("d").given(R"({"command":"rm -rf ~"})"));
+    show();
+    EXPECT_FALSE(pressable(Seconds(0.65)));
+    EXPECT_TRUE(pressable(Seconds(0.2)));
+    row.move(row.pos() + QPoint(0, 20));
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(pressable(Seconds(0.65)));
+    EXPECT_TRUE(pressable(Seconds(0.2)));
+    DecideButton *const deny = shownIn<DecideButton>(row).first();
+    QTest::mousePress(deny, Qt::LeftButton);
+    row.findChild<ApprovalStrip *>()->setMask(QRect(0, 0, 300, 400));
+    QTest::mouseRelease(deny, Qt::LeftButton);
+    EXPECT_TRUE(decisions.isEmpty());
+    EXPECT_FALSE(pressable(Seconds(0.65)));
+    row.hide();
+    EXPECT_EQ(ticksWithin(Seconds(3)), 0);
+
+    apply(question);
+    show();
+    scheduler.advance(Seconds(0.6));
+    EXPECT_FALSE(shownIn<OptionButton>(row).first()->isEnabled());
+    scheduler.advance(Seconds(0.3));
+    shownIn<OptionButton>(row).first()->click();
+    show();
+    EXPECT_FALSE(shownIn<OptionButton>(row).first()->isEnabled());
+}
+
+TEST_F(SessionRowTest, ShowsAllOfACallOrSaysWhatIsMissing) {
+    const EventBuilder call = EventBuilder::parked("d").with(&HookEvent::toolDetail, "a b");
+    row.setInputHeightLimit(160);
+    apply(call.given(R"({"command":"a\nb","timeout":5})"));
+    showToRead();
+    const auto *view = row.findChild<InputView *>();
+    EXPECT_EQ(view->accessibleName(), "a b");
+    ASSERT_EQ(textsIn<DecideButton>(row), QStringList({"+ 2 lines", "Deny", "Allow", "Always"}));
+    shownIn<DecideButton>(row).first()->click();
+    EXPECT_EQ(view->accessibleName(), "a\nb\n\"timeout\": 5");
+    show();
+    EXPECT_EQ(textsIn<DecideButton>(row), QStringList({"Deny", "Allow", "Always"}));
+    scheduler.advance(Seconds(0.5));
+    EXPECT_FALSE(shownIn<DecideButton>(row).first()->isEnabled());
+
+    // No longer than it may be, and scrolled; another call begins with its line.
+    apply(call.given(R"({"command":")" + std::string(60'000, 'x') + R"("})"));
+    show();
+    shownIn<DecideButton>(row).first()->click();
+    show();
+    EXPECT_LE(view->height(), 160);
+
+    apply(EventBuilder::parked("e").given("{}").tool("Deploy\nAll is well"));
+    show();
+    EXPECT_EQ(textsIn<DecideButton>(row), QStringList({"Deny", "Allow"}));
+    EXPECT_TRUE(contents(row).contains("This agent sent no details of the call."));
+    EXPECT_TRUE(contents(row).contains("wants to run Deploy⟨U+000A⟩All is well"));
+    EXPECT_FALSE(view->isVisible());
+}
+
 TEST_F(SessionRowTest, APressDecidesOnlyTheRequestThatItBeganOn) {
     apply(EventBuilder::parked("d"));
     Session session = store.sessions().value("s");
-    session.gitBranch = "main";
+    session.aiTitle = "Make it";
     const Session changed = session;
     session.pendingApproval->id = "e";
     pressDuring<DecideButton>(session);
@@ -133,7 +206,7 @@ TEST_F(SessionRowTest, APressDecidesOnlyTheRequestThatItBeganOn) {
     decisions.clear();
     apply(EventBuilder::parked(QStringLiteral("d")).asking({"Sure?"}));
     session = store.sessions().value("s");
-    session.gitBranch = "main";
+    session.aiTitle = "Make it";
     const Session changedQuestion = session;
     session.pendingQuestion->id = "e"; // which asks the very same
     pressDuring<OptionButton>(session);

@@ -1,0 +1,103 @@
+#include "Core/Agents/ReadableInput.h"
+
+#include "Core/Ground/BoundedText.h"
+#include "Core/Ground/JsonObject.h"
+#include "Core/Ground/VisibleText.h"
+#include "Support/Printing.h"
+
+#include <gtest/gtest.h>
+
+namespace morvane {
+namespace {
+
+/// The lines of an input, each behind its sign.
+QString page(const QByteArray &input) {
+    EXPECT_TRUE(JsonObject::parse(input)) << input.constData();
+    const ReadableInput read = ReadableInput::of({input.data(), std::size_t(input.size())});
+    QStringList result;
+    for (const auto &[sign, text] : read.lines) {
+        result.append(QStringLiteral(" -+#")[static_cast<int>(sign)] + text);
+    }
+    return result.join(u'\n');
+}
+
+qsizetype rest(const QByteArray &input, const QString &line) {
+    const auto found = ReadableInput::of({input.data(), std::size_t(input.size())}).beyond(line);
+    return found.lines > 0 ? found.lines : -found.characters;
+}
+
+TEST(ReadableInput, ShowsWhatRuns) {
+    EXPECT_EQ(page(R"({"command":"{ rm -rf ~; }"})"), " { rm -rf ~; }");
+    EXPECT_EQ(page(R"({"timeout":1e400,"command":"# note\nrm -rf ~\n","more":{"a":[1,{}]}})"),
+              " # note\n rm -rf ~\n \n#\"timeout\": 1e400\n#\"more\": {\n#  \"a\": [\n"
+              "#    1,\n#    {}\n#  ]\n#}");
+    // The reader of the detail takes the first of two members of a key; the other isn't lost.
+    EXPECT_EQ(page(R"({"c\u006fmmand":"ls","command":"rm"})"), " ls\n#\"command\": \"rm\"");
+    EXPECT_EQ(page(R"({"command":" ", "x": "\ud800"})"),
+              " {\n   \"command\": \" \",\n   \"x\": \"\\ud800\"\n }");
+    EXPECT_EQ(page(R"({"command":["ls","-l"]})"),
+              " {\n   \"command\": [\n     \"ls\",\n     \"-l\"\n   ]\n }");
+    EXPECT_EQ(page(R"({"url":"https://a.example"})"), " https://a.example");
+    EXPECT_EQ(page("{}"), "");
+}
+
+TEST(ReadableInput, ShowsWhatChanges) {
+    EXPECT_EQ(page(R"({"file_path":"/f","old_string":"a\nb\nc","new_string":"a\nB\nB\nc"})"),
+              "#\"file_path\": \"/f\"\n a\n-b\n+B\n+B\n c");
+    EXPECT_EQ(page(R"({"oldString":"","newString":"+ a\n- b"})"), "++ a\n+- b");
+    EXPECT_EQ(page(R"({"old_str":"x\nx","new_str":"x"})"), " x\n-x");
+    EXPECT_EQ(page(R"({"file_path":"/f","edits":[{"old_string":"a","new_string":"b"},)"
+                   R"({"old_string":"c","new_string":"","replace_all":true}]})"),
+              "#\"file_path\": \"/f\"\n-a\n+b\n#\"replace_all\": true\n-c");
+    EXPECT_EQ(page(R"({"edits":[{"old_string":"a"}]})").count(u'\n'), 6);
+    EXPECT_EQ(page(R"({"content":"one\ntwo","file_path":"/f"})"),
+              "#\"file_path\": \"/f\"\n+one\n+two");
+}
+
+TEST(ReadableInput, LeavesNothingInvisibleOrOutOfOrder) {
+    EXPECT_EQ(page("{\"command\":\"a\xE2\x80\xAE"
+                   "b\\u0000\\t|\xC2\xA0\xE2\x9F\xA8\\r\"}"),
+              " a⟨U+202E⟩b⟨U+0000⟩⇥   |⟨U+00A0⟩⟨U+27E8⟩⟨U+000D⟩");
+    EXPECT_EQ(page("{\"x\\\"\":\"\\u202e\\\\u0041 \xF3\xA0\x81\x81\\n\"}"),
+              " {\n   \"x\\\"\": \"\\u202e\\\\u0041 \\udb40\\udc41\\n\"\n }");
+    EXPECT_EQ(VisibleText::of(u"e\u0301\u0301\u0301\u0301"), u"e\u0301\u0301\u0301⟨U+0301⟩");
+    EXPECT_EQ(VisibleText::of(u"שלום 🎉 日本"), u"שלום 🎉 日本");
+}
+
+TEST(ReadableInput, TellsWhatALineLeavesOut) {
+    EXPECT_EQ(rest(R"({"command":"make"})", "make"), 0);
+    EXPECT_EQ(rest(R"({"command":"make\u200b"})", VisibleText::of(u"make\u200b")), 0);
+    EXPECT_EQ(rest(R"({"command":" make"})", "make"), -1);
+    EXPECT_EQ(rest("{\"command\":\"" + QByteArray(460, 'x') + "\"}", QString(120, u'x') + u'…'),
+              -339);
+    EXPECT_EQ(rest(R"({"command":"a\nb","timeout":5})", "a b"), 2);
+}
+
+TEST(ReadableInput, KeepsSixtyFourKilobytesAndSaysWhenThereIsMore) {
+    const auto read = [](const QByteArray &command) {
+        const QByteArray input = "{\"command\":\"" + command + "\"}";
+        return ReadableInput::of({input.data(), std::size_t(input.size())});
+    };
+    EXPECT_FALSE(read(QByteArray(ReadableInput::limit, 'x')).isCut);
+    const ReadableInput longLine = read(QByteArray(ReadableInput::limit - 1, 'x') + "🎉 rm");
+    EXPECT_TRUE(longLine.isCut);
+    EXPECT_EQ(longLine.lines.first().text.size(), ReadableInput::limit - 1);
+    const ReadableInput manyLines = read(QByteArray("\\n").repeated(500'000));
+    EXPECT_TRUE(manyLines.isCut);
+    EXPECT_LE(manyLines.lines.size(), ReadableInput::limit + 1);
+}
+
+TEST(BoundedText, CutsCharactersAndWhatTheyAreMadeOf) {
+    EXPECT_EQ(BoundedText::of("abc", 3), "abc");
+    EXPECT_EQ(BoundedText::of("abcd", 3), u"abc…");
+    EXPECT_EQ(BoundedText::of(u"é́x👨‍👩‍👧‍👦y"_qs, 3),
+              u"é́x👨‍👩‍👧‍👦…");
+    const QString tower = u'e' + QString(100'000, QChar(0x301));
+    EXPECT_LE(BoundedText::of(tower, 120).size(), 25);
+    const QString family = QString(u"👨‍"_qs).repeated(50'000);
+    EXPECT_LE(BoundedText::of(family + "x", 120).size(), 25);
+    EXPECT_FALSE(BoundedText::of(family, 1).chopped(1).back().isHighSurrogate());
+}
+
+} // namespace
+} // namespace morvane
