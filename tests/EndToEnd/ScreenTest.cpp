@@ -1,5 +1,7 @@
 #include "EndToEnd/ProgramOnScreen.h"
 
+#include <QElapsedTimer>
+
 namespace morvane {
 namespace {
 
@@ -73,6 +75,28 @@ TEST_P(ManagedScreenTest, TakesNoKeyFromTheTerminalWhileARequestIsAllowed) {
     EXPECT_EQ(typing->wait(), 0);
     EXPECT_TRUE(waitUntil([&] { return received().size() >= text.size(); }));
     EXPECT_EQ(received(), text.toUtf8());
+}
+
+TEST_P(ManagedScreenTest, AClickThatComesTooSoonAllowsNothing) {
+    const auto harmless = ask();
+    movePointerToTab();
+    ASSERT_TRUE(waitUntil([this] { return find("button", "Allow").has_value(); }));
+    const QPoint allow = find("button", "Allow").value_or(QRect()).center();
+
+    // Another call takes its place, under a pointer that goes on clicking.
+    QElapsedTimer time;
+    time.start();
+    QByteArray other(permissionRequest);
+    other.replace("toolu_1", "toolu_2").replace("make", "rm -rf ~");
+    const auto harmful = start(home.hook({"claude", "PermissionRequest", "decide"}), other);
+    EXPECT_EQ(harmless->wait(), 0);
+    EXPECT_EQ(harmless->output(), "");
+    EXPECT_TRUE(waitUntil([&] {
+        display->click(allow);
+        return !harmful->isRunning();
+    }));
+    EXPECT_EQ(harmful->output(), allowAnswer);
+    EXPECT_GE(time.elapsed(), 700);
 }
 
 TEST_P(ManagedScreenTest, ARenameHasTheKeyboardUntilItEnds) {

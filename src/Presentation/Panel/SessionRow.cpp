@@ -141,6 +141,14 @@ void SessionRow::select() {
     }
 }
 
+/// Between a change of the store and the row's next update a press can still come in, and would be
+/// taken for an answer to what nobody has seen yet.
+bool SessionRow::isUpToDate() const {
+    const Session now = context().store.sessions().value(m_session.id);
+    return now.pendingApproval == m_session.pendingApproval &&
+           now.pendingQuestion == m_session.pendingQuestion;
+}
+
 // A strip is made when it is first called for: most rows never need one.
 
 ApprovalStrip &SessionRow::approvalStrip() {
@@ -149,7 +157,7 @@ ApprovalStrip &SessionRow::approvalStrip() {
         m_approval->setInputHeightLimit(m_inputHeightLimit);
         m_column->addWidget(m_approval);
         connect(m_approval, &ApprovalStrip::decided, this, [this](const AgentDecision &decision) {
-            if (const auto &decide = context().actions.onDecide) {
+            if (const auto &decide = context().actions.onDecide; decide && isUpToDate()) {
                 decide(m_session.id, decision);
             }
         });
@@ -163,7 +171,7 @@ QuestionStrip &SessionRow::questionStrip() {
         m_column->addWidget(m_question);
         connect(m_question, &QuestionStrip::answered, this,
                 [this](const QString &question, const QString &option) {
-                    if (const auto &answer = context().actions.onAnswer) {
+                    if (const auto &answer = context().actions.onAnswer; answer && isUpToDate()) {
                         answer(m_session.id, question, option);
                     }
                 });

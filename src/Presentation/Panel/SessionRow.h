@@ -52,6 +52,7 @@ private:
     QWidget *stripFor(bool showsShortcuts);
     bool takesReplies() const;
     void select();
+    bool isUpToDate() const;
     ApprovalStrip &approvalStrip();
     QuestionStrip &questionStrip();
     ExternalStrip &externalStrip();
