@@ -16,7 +16,11 @@ namespace morvane {
 AppController::AppController(MorvaneSettings &settings, const PlatformServices &platform)
     : m_settings(settings), m_platform(platform),
       m_store(settings, surroundings(), *platform.scheduler),
+      m_agentProcesses(*platform.processes,
+                       [this](const QString &sessionID) { m_store.agentEnded(sessionID); }),
       m_connections(settings, *platform.scheduler) {
+    connect(&m_store, &SessionStore::sessionRemoved, this,
+            [this](const QString &sessionID) { m_agentProcesses.forget(sessionID); });
     connect(&m_connections, &AgentConnections::statusChanged, this, [this] {
         m_launchAtLogin = m_platform.loginItem->isEnabled();
         m_canFocusWindows = m_platform.windows->canFocusWindows();
@@ -58,7 +62,7 @@ std::unique_ptr<EventServer> AppController::makeServer() {
     EventServer::Handlers handlers;
     handlers.onEvent = [weak](const HookEvent &event) {
         if (weak) {
-            weak->m_store.apply(event);
+            weak->takeEvent(event);
         }
     };
     handlers.onDecisionExpired = [weak](const QString &id) {
@@ -74,6 +78,13 @@ std::unique_ptr<EventServer> AppController::makeServer() {
     };
     return std::make_unique<EventServer>(m_settings.eventToken(), m_settings.port(), handlers,
                                          *m_platform.scheduler);
+}
+
+void AppController::takeEvent(const HookEvent &event) {
+    m_store.apply(event);
+    if (event.process && m_store.sessions().contains(event.sessionID)) {
+        m_agentProcesses.told(event.sessionID, *event.process);
+    }
 }
 
 void AppController::startServer() {
@@ -105,7 +116,9 @@ void AppController::readTranscripts() {
 void AppController::restoreSessions() {
     const Seconds maxAge(60.0 * m_settings.autoClearMinutes());
     m_platform.background->compute(
-        [maxAge, now = m_platform.scheduler->now()] { return SessionDiscovery::scan(maxAge, now); },
+        [maxAge, now = m_platform.scheduler->now(), &processes = *m_platform.processes] {
+            return SessionDiscovery::scan(maxAge, now, processes);
+        },
         *m_platform.scheduler, this,
         [this](const QList<DiscoveredSession> &found) { m_store.restore(found); });
 }

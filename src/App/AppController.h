@@ -3,6 +3,7 @@
 #include "App/PlatformServices.h"
 #include "Core/Hooks/AgentConnections.h"
 #include "Core/Intake/EventServer.h"
+#include "Core/Sessions/AgentProcesses.h"
 #include "Core/Sessions/SessionStore.h"
 #include "Core/Settings/MorvaneSettings.h"
 #include "Presentation/Mascot/PixelTimeline.h"
@@ -70,6 +71,7 @@ signals:
 private:
     SessionSurroundings surroundings();
     std::unique_ptr<EventServer> makeServer();
+    void takeEvent(const HookEvent &event);
     void startServer();
     void rememberBoundPort();
     void readTranscripts();
@@ -83,6 +85,7 @@ private:
     MorvaneSettings &m_settings;
     const PlatformServices &m_platform;
     SessionStore m_store;
+    AgentProcesses m_agentProcesses;
     AgentConnections m_connections;
     std::unique_ptr<EventServer> m_server;
     std::unique_ptr<PixelTimeline> m_timeline; ///< outlives the panels

@@ -5,6 +5,7 @@
 #include "Platform/Linux/Desktop/DesktopMotion.h"
 #include "Platform/Linux/Desktop/StatusNotifierHost.h"
 #include "Platform/Linux/EventLoopScheduler.h"
+#include "Platform/Linux/LinuxProcesses.h"
 #include "Platform/Linux/LowPriorityPool.h"
 #include "Platform/Linux/X11/ActiveWindow.h"
 #include "Platform/Linux/X11/ScreenDisplays.h"
@@ -23,6 +24,7 @@ PlatformServices choosePlatform() {
     platform.background = std::make_unique<LowPriorityPool>();
     platform.applications = std::make_unique<DesktopApplications>();
     platform.loginItem = std::make_unique<AutostartEntry>(QCoreApplication::applicationFilePath());
+    platform.processes = std::make_unique<LinuxProcesses>(*platform.scheduler);
     const auto *gui = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
     const bool onX11 = gui && QGuiApplication::platformName() == QLatin1String("xcb");
     if (const std::shared_ptr<X11Connection> x11 = onX11 ? X11Connection::open() : nullptr) {

@@ -5,6 +5,7 @@
 #include "Platform/InstalledApplications.h"
 #include "Platform/LoginItem.h"
 #include "Platform/NoScreen.h"
+#include "Platform/Processes.h"
 #include "Platform/Scheduler.h"
 
 #include <memory>
@@ -18,6 +19,7 @@ struct PlatformServices {
     std::unique_ptr<BackgroundPool> background; ///< ends before the scheduler that it reports to
     std::unique_ptr<InstalledApplications> applications;
     std::unique_ptr<LoginItem> loginItem;
+    std::unique_ptr<Processes> processes = std::make_unique<Processes>();
 
     // Of a screen. Without one no widget can be made, and the server runs alone.
 

@@ -37,6 +37,22 @@ std::optional<QString> paneHeader(const HttpRequest &request, HttpHeader header)
     return value.isEmpty() ? std::nullopt : std::optional(value);
 }
 
+/// Three numbers with blanks between them: that of the process, its start and its number space.
+std::optional<ProcessIdentity> processIn(const QString &text) {
+    const QStringList parts = text.split(u' ');
+    bool isIdentity = parts.size() == 3;
+    const auto number = [&](qsizetype part) {
+        bool isNumber = false;
+        const qulonglong result = parts.value(part).toULongLong(&isNumber);
+        isIdentity = isIdentity && isNumber;
+        return result;
+    };
+    const ProcessIdentity process{static_cast<std::int64_t>(number(0)), number(1), number(2)};
+    constexpr std::int64_t highestID = 1 << 22; // the kernel's own bound
+    return isIdentity && process.id > 1 && process.id <= highestID ? std::optional(process)
+                                                                   : std::nullopt;
+}
+
 HookOrigin originOf(const HttpRequest &request) {
     HookOrigin origin;
     origin.itermSessionID = headerText(request, HttpHeader::itermSession);
@@ -49,6 +65,7 @@ HookOrigin originOf(const HttpRequest &request) {
     origin.pane.kitty = paneHeader(request, HttpHeader::kittyWindow);
     origin.pane.zellij = paneHeader(request, HttpHeader::zellijSession);
     origin.pane.orca = paneHeader(request, HttpHeader::orcaTerminal);
+    origin.process = processIn(headerText(request, HttpHeader::process));
     return origin;
 }
 

@@ -155,6 +155,7 @@ std::optional<HookEvent> HookEvent::decode(AgentKind agent, const QString &nativ
     event.hostBundleID = nonEmpty(origin.hostBundleID);
     event.ttyName = nonEmpty(origin.ttyName);
     event.pane = origin.pane;
+    event.process = origin.process;
     return event;
 }
 

@@ -5,6 +5,7 @@
 #include "Core/Agents/CanonicalEvent.h"
 #include "Core/Agents/PaneLocator.h"
 #include "Core/Agents/ReadableInput.h"
+#include "Platform/Processes.h"
 
 #include <QByteArrayView>
 #include <QString>
@@ -20,6 +21,7 @@ struct HookOrigin {
     std::optional<QString> hostBundleID;
     std::optional<QString> ttyName;
     PaneLocator pane;
+    std::optional<ProcessIdentity> process = {}; ///< the agent itself, as far as can be told
 
     friend bool operator==(const HookOrigin &, const HookOrigin &) = default;
 };
@@ -59,6 +61,7 @@ struct HookEvent {
     std::optional<QString> hostBundleID;
     std::optional<QString> ttyName;
     PaneLocator pane;
+    std::optional<ProcessIdentity> process;
     std::optional<QString> decisionID; ///< set by the server when the hook waits for a decision
 
     /// Reads a hook's payload. None for a body that is no JSON object, has no session id, or

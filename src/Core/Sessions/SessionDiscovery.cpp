@@ -3,10 +3,15 @@
 #include "Core/Adapters/AgentRegistry.h"
 #include "Core/Agents/AgentAdapter.h"
 #include "Core/Sessions/GitInfo.h"
+#include "Platform/Processes.h"
 
 #include <QFile>
+#include <QFileInfo>
+#include <QHash>
 
+#include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <system_error>
 #include <vector>
 
@@ -99,13 +104,46 @@ void scan(const AgentAdapter &adapter, Date cutoff, QList<DiscoveredSession> &fo
     }
 }
 
+/// Links resolved where that makes a difference: a process is in a folder, not behind a link to it.
+bool isSameFolder(const QString &one, const QString &other) {
+    return one == other || QFileInfo(one).canonicalFilePath() == other;
+}
+
+/// Leaves those that an agent still runs in the folder of: the latest, and no more of a folder than
+/// agents are there. A session that doesn't tell its folder is nobody's.
+QList<DiscoveredSession> running(QList<DiscoveredSession> found, const Processes &processes) {
+    std::ranges::sort(found, std::greater(), &DiscoveredSession::lastActive);
+    QHash<AgentKind, std::optional<QStringList>> folders;
+    found.removeIf([&](const DiscoveredSession &session) {
+        if (!folders.contains(session.agent)) {
+            // The programs bear the raw names of their agents.
+            const std::string_view name = rawValue(session.agent);
+            const auto program = QLatin1String(name.data(), static_cast<qsizetype>(name.size()));
+            folders.insert(session.agent, processes.workingDirectories(program));
+        }
+        auto &here = folders[session.agent];
+        if (!here) {
+            return false; // the machine doesn't tell
+        }
+        const auto place = std::ranges::find_if(
+            *here, [&](const QString &folder) { return isSameFolder(session.cwd, folder); });
+        if (place == here->end()) {
+            return true;
+        }
+        here->erase(place);
+        return false;
+    });
+    return found;
+}
+
 } // namespace
 
-QList<DiscoveredSession> scan(Seconds maxAge, Date now) {
+QList<DiscoveredSession> scan(Seconds maxAge, Date now, const Processes &processes) {
     QList<DiscoveredSession> found;
     for (const AgentAdapter *adapter : AgentRegistry::all()) {
         scan(*adapter, now - maxAge, found);
     }
+    found = running(std::move(found), processes);
     // Here and not by whoever takes the result: a folder of long ago may lie on a file system that
     // answers no more.
     for (DiscoveredSession &session : found) {

@@ -168,6 +168,11 @@ void SessionStore::approvalExpired(const QString &decisionID) {
     }
 }
 
+void SessionStore::agentEnded(const QString &sessionID) {
+    releaseApproval(sessionID);
+    removeSession(sessionID);
+}
+
 std::optional<Session> SessionStore::sessionAwaitingDecision() const {
     const SessionSlice active = m_overview.active();
     const auto waiting = std::ranges::find_if(active, [](const Session &session) {
@@ -324,6 +329,7 @@ void SessionStore::put(const Session &session) {
 void SessionStore::removeSession(const QString &sessionID) {
     m_lastEnrichedAt.remove(sessionID);
     if (m_sessions.remove(sessionID)) {
+        emit sessionRemoved(sessionID);
         publishSessions();
     }
 }

@@ -111,6 +111,9 @@ public:
     /// The server has given up a hook that waited.
     void approvalExpired(const QString &decisionID);
 
+    /// The session's agent has gone without a word, and the session with it.
+    void agentEnded(const QString &sessionID);
+
     /// The session whose prompt the digit keys belong to.
     std::optional<Session> sessionAwaitingDecision() const;
 
@@ -126,6 +129,8 @@ signals:
     /// The sessions have changed.
     void sessionsChanged();
     void completedHistoryChanged();
+    /// A session has ended or was cleared away.
+    void sessionRemoved(const QString &sessionID);
     /// A session has come to need a person, or has finished or failed; sent for those states only.
     void stateChanges(morvane::SessionState state);
 

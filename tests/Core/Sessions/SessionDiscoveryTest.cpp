@@ -1,5 +1,6 @@
 #include "Core/Sessions/SessionDiscovery.h"
 
+#include "Support/FakeProcesses.h"
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"
 
@@ -37,7 +38,9 @@ protected:
         return R"({"type":"session_meta","payload":)" + payload + "}\n";
     }
 
-    static QList<DiscoveredSession> scan() { return SessionDiscovery::scan(maxAge, now); }
+    static QList<DiscoveredSession> scan(const Processes &processes = Processes()) {
+        return SessionDiscovery::scan(maxAge, now, processes);
+    }
 
     /// Id and working directory of each session that is found.
     static QStringList found() {
@@ -151,6 +154,26 @@ TEST_F(DiscoveryTest, PassesOverWhatItCannotRead) {
     setAge(pipe, 1);
     EXPECT_EQ(found(), QStringList{"a /p"});
     QFile::setPermissions(closed, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+TEST_F(DiscoveryTest, BringsBackNoMoreSessionsOfAFolderThanAgentsRunThere) {
+    const auto session = [this](const char *name, const QByteArray &cwd, double age) {
+        write(QStringLiteral(".claude/projects/-p/%1.jsonl").arg(QLatin1String(name)),
+              "{\"cwd\":\"" + cwd + "\"}\n", age);
+    };
+    session("old", "/srv/a", 300);
+    session("new", "/srv/a", 20);
+    session("dead", "/srv/b", 10);
+    const QString folder = home.path("real");
+    QDir().mkpath(folder);
+    ASSERT_TRUE(QFile::link(folder, home.path("link")));
+    session("linked", QFile::encodeName(home.path("link")), 30);
+    FakeProcesses processes;
+    processes.folders["claude"] = {QFileInfo(folder).canonicalFilePath(), "/srv/a", "/srv/c"};
+    const auto found = scan(processes);
+    ASSERT_EQ(found.size(), 2);
+    EXPECT_EQ(found[0].id, "new");
+    EXPECT_EQ(found[1].id, "linked");
 }
 
 } // namespace

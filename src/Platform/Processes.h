@@ -1,0 +1,52 @@
+#pragma once
+
+#include "Platform/Task.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <compare>
+#include <cstdint>
+#include <functional>
+#include <optional>
+
+namespace morvane {
+
+/// A process of this machine.
+struct ProcessIdentity {
+    std::int64_t id = 0;
+    /// Tells it from a later one of the same number: clock ticks since the machine has started, as
+    /// /proc/ID/stat says.
+    std::uint64_t startedAt = 0;
+    /// In which the number holds: the inode of /proc/ID/ns/pid.
+    std::uint64_t numberSpace = 0;
+
+    friend auto operator<=>(const ProcessIdentity &, const ProcessIdentity &) = default;
+};
+
+/// What runs on this machine. This one doesn't tell anything.
+class Processes {
+public:
+    Processes() = default;
+    Processes(const Processes &) = delete;
+    Processes &operator=(const Processes &) = delete;
+    virtual ~Processes() = default;
+
+    /// Calls `ended` once, on the main thread and never before this has returned, when the process
+    /// has ended or if it has already. Never, where the machine doesn't tell. Main thread.
+    virtual Task whenEnded(const ProcessIdentity &process, std::function<void()> ended) {
+        static_cast<void>(process);
+        static_cast<void>(ended);
+        return {};
+    }
+
+    /// The working directory of each process of this user that runs a program of this name, or
+    /// interprets it as a script; none where the machine doesn't tell. Reads many small files; safe
+    /// from any thread.
+    virtual std::optional<QStringList> workingDirectories(const QString &program) const {
+        static_cast<void>(program);
+        return std::nullopt;
+    }
+};
+
+} // namespace morvane

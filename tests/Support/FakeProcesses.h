@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Platform/Processes.h"
+
+#include <QHash>
+
+#include <map>
+
+namespace morvane {
+
+/// Processes that end when the test says so.
+class FakeProcesses : public Processes {
+public:
+    Task whenEnded(const ProcessIdentity &process, std::function<void()> ended) override {
+        m_watches[process] = std::move(ended);
+        return Task([this, process] { m_watches.erase(process); });
+    }
+
+    std::optional<QStringList> workingDirectories(const QString &program) const override {
+        return folders.value(program);
+    }
+
+    std::size_t watched() const { return m_watches.size(); }
+
+    void end(const ProcessIdentity &process) {
+        if (const auto watch = m_watches.find(process); watch != m_watches.end()) {
+            const auto ended = watch->second;
+            ended();
+        }
+    }
+
+    QHash<QString, QStringList> folders;
+
+private:
+    std::map<ProcessIdentity, std::function<void()>> m_watches;
+};
+
+} // namespace morvane
