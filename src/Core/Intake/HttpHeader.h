@@ -24,9 +24,10 @@ enum class HttpHeader {
     kittyWindow,
     zellijSession,
     orcaTerminal,
+    program,
 };
 
-inline constexpr std::size_t httpHeaderCount = 15;
+inline constexpr std::size_t httpHeaderCount = 16;
 
 /// The header of this name in any case, or none for one that isn't read.
 std::optional<HttpHeader> httpHeader(std::string_view name);
