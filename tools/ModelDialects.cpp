@@ -41,8 +41,11 @@ std::optional<std::string> commandIn(const std::string &text) {
 std::vector<std::string> toolNames(const json &request) {
     std::vector<std::string> names;
     for (const json &tool : request.value("tools", json::array())) {
-        const json &described = tool.contains("function") ? tool["function"] : tool;
-        names.push_back(described.value("name", described.value("type", std::string())));
+        const json several = tool.value("functionDeclarations", json::array({tool}));
+        for (const json &one : several) {
+            const json &described = one.contains("function") ? one["function"] : one;
+            names.push_back(described.value("name", described.value("type", std::string())));
+        }
     }
     return names;
 }
@@ -213,14 +216,15 @@ Answer responses(const json &request) {
 
 Answer chatCompletions(const json &request) {
     const json all = request.value("messages", json::array());
-    const bool isAsked = !all.empty() && all.back().value("role", "") == "user" &&
-                         offered(request, {"bash"}).has_value();
+    const auto shell = offered(request, {"bash", "run_shell_command"});
+    const bool isAsked = !all.empty() && all.back().value("role", "") == "user" && shell;
     const auto command = isAsked ? commandIn(textOf(all.back())) : std::nullopt;
     const json arguments = {{"command", command.value_or("")}, {"description", "Run the command"}};
-    const json call = {{"index", 0},
-                       {"id", numbered("call_", all)},
-                       {"type", "function"},
-                       {"function", {{"name", "bash"}, {"arguments", arguments.dump()}}}};
+    const json call = {
+        {"index", 0},
+        {"id", numbered("call_", all)},
+        {"type", "function"},
+        {"function", {{"name", shell.value_or("")}, {"arguments", arguments.dump()}}}};
     json said = {{"role", "assistant"}};
     if (command) {
         said["tool_calls"] = json::array({call});
@@ -244,6 +248,29 @@ Answer chatCompletions(const json &request) {
         return {"application/json", last.dump()};
     }
     return stream(streamed("", part(said, nullptr)) + streamed("", last) + "data: [DONE]\n\n");
+}
+
+Answer generateContent(const json &request, bool isStream) {
+    const json all = request.value("contents", json::array());
+    const json parts = all.empty() ? json::array() : all.back().value("parts", json::array());
+    std::string asked;
+    for (const json &part : parts) {
+        asked += part.value("text", std::string());
+    }
+    const auto shell = offered(request, {"run_shell_command"});
+    const auto command = shell ? commandIn(asked) : std::nullopt;
+    const json arguments = {{"command", command.value_or("")}, {"description", "Run the command"}};
+    const json part = command ? json{{"functionCall", {{"name", *shell}, {"args", arguments}}}}
+                              : json{{"text", words}};
+    const json answer = {
+        {"candidates",
+         {{{"content", {{"role", "model"}, {"parts", {part}}}},
+           {"finishReason", "STOP"},
+           {"index", 0}}}},
+        {"usageMetadata",
+         {{"promptTokenCount", 1000}, {"candidatesTokenCount", 10}, {"totalTokenCount", 1010}}},
+        {"modelVersion", "model"}};
+    return isStream ? stream(streamed("", answer)) : Answer{"application/json", answer.dump()};
 }
 
 } // namespace morvane::ModelDialects

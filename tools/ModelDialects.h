@@ -24,4 +24,7 @@ Answer responses(const nlohmann::json &request);
 /// OpenAI's chat completions.
 Answer chatCompletions(const nlohmann::json &request);
 
+/// Google's content generation.
+Answer generateContent(const nlohmann::json &request, bool isStream);
+
 } // namespace morvane::ModelDialects

@@ -27,6 +27,9 @@ ModelDialects::Answer answerTo(const HttpRequest &request) {
         if (path.ends_with("/chat/completions")) {
             return ModelDialects::chatCompletions(body);
         }
+        if (path.ends_with(":generateContent") || path.ends_with(":streamGenerateContent")) {
+            return ModelDialects::generateContent(body, path.ends_with(":streamGenerateContent"));
+        }
     }
     // As much of a count of tokens and of a list of models as their readers insist on.
     return {

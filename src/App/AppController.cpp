@@ -107,7 +107,10 @@ void AppController::readTranscripts() {
     m_store.readTranscript = [this](AgentKind agent, const QString &path,
                                     SessionStore::UseTranscript use) {
         m_platform.background->compute(
-            [agent, path] { return AgentRegistry::adapter(agent).readTranscript(path); },
+            [agent, path] {
+                const auto release = AgentRegistry::adapter(agent).transcriptRelease(path);
+                return AgentRegistry::adapter(agent, release).readTranscript(path);
+            },
             *m_platform.scheduler, &m_store, std::move(use));
     };
 }

@@ -82,6 +82,10 @@ void StatusMenu::update() {
     list(m_connections.offeredAgents());
     for (const AgentItem &item : m_agentItems) {
         item.action->setChecked(installed.contains(item.kind));
+        const QString name = displayName(item.kind);
+        item.action->setText(menuText(m_connections.agentsToReview().contains(item.kind)
+                                          ? tr("%1 — review with /hooks").arg(name)
+                                          : name));
     }
     const QString count = installed.isEmpty() ? tr("none") : QString::number(installed.size());
     m_agents->setTitle(tr("Connected agents — %1").arg(count));
@@ -107,7 +111,7 @@ void StatusMenu::list(const std::vector<const AgentAdapter *> &offered) {
 }
 
 QAction *StatusMenu::makeItem(const AgentAdapter &adapter) {
-    auto *item = new QAction(menuText(displayName(adapter.kind())), m_agents);
+    auto *item = new QAction(m_agents);
     item->setCheckable(true);
     item->setEnabled(adapter.isInstallable());
     item->setToolTip(helpMarkup(adapter.integrationDescription()));

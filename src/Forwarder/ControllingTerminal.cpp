@@ -1,86 +1,11 @@
 #include "ControllingTerminal.h"
 
 #include "Kernel.h"
-
-#include <cstddef>
-#include <fcntl.h>
+#include "Process.h"
 
 namespace morvane {
 
 namespace {
-
-struct Process {
-    long parent = 0;
-    long session = 0;
-    long terminal = 0;
-};
-
-/// Text of a fixed room; what does not fit is cut off.
-struct ShortText {
-    char bytes[64];
-    size_t size = 0;
-
-    void add(std::string_view text) {
-        for (const char c : text) {
-            if (size < sizeof bytes)
-                bytes[size++] = c;
-        }
-    }
-
-    void add(long number) {
-        if (number >= 10)
-            add(number / 10);
-        const char digit = static_cast<char>('0' + number % 10);
-        add({&digit, 1});
-    }
-};
-
-long number(std::string_view &text) {
-    long value = 0;
-    while (!text.empty() && text.front() >= '0' && text.front() <= '9') {
-        value = 10 * value + (text.front() - '0');
-        text.remove_prefix(1);
-    }
-    return value;
-}
-
-void skipField(std::string_view &text) {
-    while (!text.empty() && text.front() != ' ')
-        text.remove_prefix(1);
-    if (!text.empty())
-        text.remove_prefix(1);
-}
-
-Process processOf(long id) {
-    ShortText path;
-    path.add("/proc/");
-    path.add(id);
-    path.add({"/stat", sizeof "/stat"});
-    char bytes[1024];
-    const long file = kernel::call(SYS_openat, AT_FDCWD, path.bytes, O_RDONLY | O_CLOEXEC);
-    if (file < 0)
-        return {};
-    const long size = kernel::call(SYS_read, file, bytes, sizeof bytes);
-    kernel::call(SYS_close, file);
-
-    // The program's name may hold blanks and parentheses, so the fields count from the last one.
-    long begin = size;
-    while (begin > 0 && bytes[begin - 1] != ')')
-        --begin;
-    if (begin <= 0)
-        return {};
-    std::string_view fields{bytes + begin, static_cast<size_t>(size - begin)};
-    skipField(fields); // the blank behind the name
-    skipField(fields); // state
-    Process process;
-    process.parent = number(fields);
-    skipField(fields);
-    skipField(fields); // process group
-    process.session = number(fields);
-    skipField(fields);
-    process.terminal = number(fields);
-    return process;
-}
 
 std::string_view deviceOf(long terminal) {
     static ShortText path;

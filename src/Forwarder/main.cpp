@@ -1,3 +1,4 @@
+#include "AgentProgram.h"
 #include "Answer.h"
 #include "Buffer.h"
 #include "ControllingTerminal.h"
@@ -83,14 +84,24 @@ bool appendHeaders(Buffer &head, std::string_view lines) {
     return head.append("\r\n");
 }
 
+bool appendHeader(Buffer &head, std::string_view name, std::string_view value) {
+    return value.empty() ||
+           (head.append(name) && head.append(": ") && head.append(value) && head.append("\r\n"));
+}
+
+/// What the client finds out by itself: who runs it, and where.
+struct Surroundings {
+    std::string_view terminal;
+    std::string_view program;
+};
+
 bool writeHead(Buffer &head, std::string_view path, std::string_view headers,
-               std::string_view terminal, size_t length) {
+               const Surroundings &surroundings, size_t length) {
     return head.append("POST ") && head.append(path) &&
            head.append(" HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Length: ") &&
            appendNumber(head, length) && head.append("\r\n") && appendHeaders(head, headers) &&
-           (terminal.empty() ||
-            (head.append("x-tty: ") && head.append(terminal) && head.append("\r\n"))) &&
-           head.append("\r\n");
+           appendHeader(head, "x-tty", surroundings.terminal) &&
+           appendHeader(head, "x-morvane-program", surroundings.program) && head.append("\r\n");
 }
 
 /// The connected socket, or a value below zero.
@@ -176,8 +187,10 @@ void forward(std::uint16_t port, std::string_view path, std::string_view headers
         return;
     if (mode == Mode::Copy)
         print(payload.view(), prompt);
-    const std::string_view terminal = mode == Mode::Copy ? "" : controllingTerminal();
-    if (!writeHead(head, path, headers, terminal, payload.view().size()))
+    Surroundings surroundings;
+    if (mode != Mode::Copy)
+        surroundings = {controllingTerminal(), agentProgram()};
+    if (!writeHead(head, path, headers, surroundings, payload.view().size()))
         return;
     const int connection = connectTo(port, prompt);
     if (connection < 0 || !isPeerOurs(connection, port) ||

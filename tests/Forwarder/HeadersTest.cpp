@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <fstream>
 #include <pty.h>
 #include <sys/wait.h>
 #include <tuple>
@@ -126,6 +127,42 @@ TEST(Terminal, IsThatOfAnAncestorOutsideTheHooksSession) {
         EXPECT_EQ(listener.take().headers["x-tty"], device.data());
         waitpid(child, nullptr, 0);
         close(terminal);
+    }
+}
+
+// Between the agent and the hook stands a shell. What an agent's runtime is called with is the
+// agent.
+TEST(Program, IsThatOfTheAncestorThatIsNoShellOfTheHook) {
+    namespace fs = std::filesystem;
+    const std::pair<std::string, std::string> cases[] = {{"claude", "claude"},
+                                                         {"größer (a) b", "größer (a) b"},
+                                                         {"node", "cli.js"},
+                                                         {"x\nx-evil: 1", ""},
+                                                         {"gr\xc3", ""}};
+    for (const Carrier carrier : {Carrier::Client, Carrier::Curl}) {
+        CapturingListener listener(response("200 OK", ""));
+        const HookProcess hook(carrier, listener.port());
+        fs::current_path(hook.folder());
+        std::ofstream("cli.js") << "sh -c '" << hook.script().string()
+                                << " claude Stop </dev/null; :'; :";
+        fs::permissions(hook.script(), fs::perms::owner_all);
+        for (const auto &[name, told] : cases) {
+            fs::copy_file("/bin/sh", name);
+            const pid_t child = fork();
+            if (child == 0) {
+                execl(name.c_str(), name.c_str(), "-u", "cli.js", nullptr);
+                _exit(1);
+            }
+            auto headers = listener.take().headers;
+            waitpid(child, nullptr, 0);
+            EXPECT_FALSE(headers.contains("x-evil"));
+            if (!told.empty()) {
+                EXPECT_EQ(headers["x-morvane-program"], fs::current_path() / told);
+            } else if (carrier == Carrier::Client) {
+                EXPECT_FALSE(headers.contains("x-morvane-program"));
+            }
+        }
+        fs::current_path("/");
     }
 }
 

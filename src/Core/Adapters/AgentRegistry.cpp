@@ -1,5 +1,6 @@
 #include "Core/Adapters/AgentRegistry.h"
 
+#include "Core/Adapters/AgentReleases.h"
 #include "Core/Adapters/ClaudeAdapter.h"
 #include "Core/Adapters/ClaudeForkAdapter.h"
 #include "Core/Adapters/CodexAdapter.h"
@@ -9,8 +10,50 @@
 #include "Core/Adapters/OpenCodeAdapter.h"
 
 #include <algorithm>
+#include <memory>
 
 namespace morvane::AgentRegistry {
+
+namespace {
+
+using AgentReleases::Listed;
+
+std::unique_ptr<const AgentAdapter> adapterOf(const Listed &listed) {
+    switch (listed.agent) {
+    case AgentKind::claude:
+        return std::make_unique<ClaudeAdapter>(listed.contract);
+    case AgentKind::codex:
+        return std::make_unique<CodexAdapter>(listed.contract);
+    case AgentKind::gemini:
+        return std::make_unique<GeminiAdapter>(
+            AgentKind::gemini, QStringLiteral(".gemini/settings.json"), listed.contract);
+    case AgentKind::qwen:
+        return std::make_unique<ClaudeForkAdapter>(
+            AgentKind::qwen, QStringLiteral(".qwen/settings.json"),
+            ClaudeForkAdapter::extendedEvents(), QStringList{QStringLiteral("PermissionRequest")},
+            listed.contract);
+    case AgentKind::opencode:
+    case AgentKind::cursor:
+    case AgentKind::kimi:
+    case AgentKind::qoder:
+    case AgentKind::factory:
+    case AgentKind::codebuddy:
+        break;
+    }
+    return nullptr;
+}
+
+/// In the order of `AgentReleases::all`.
+const std::vector<std::unique_ptr<const AgentAdapter>> &listedAdapters() {
+    static const auto adapters = [] {
+        std::vector<std::unique_ptr<const AgentAdapter>> result;
+        std::ranges::transform(AgentReleases::all(), std::back_inserter(result), adapterOf);
+        return result;
+    }();
+    return adapters;
+}
+
+} // namespace
 
 std::span<const AgentAdapter *const> all() {
     static const ClaudeAdapter claude;
@@ -37,6 +80,27 @@ std::span<const AgentAdapter *const> all() {
 const AgentAdapter &adapter(AgentKind kind) {
     return **std::ranges::find(all(), kind,
                                [](const AgentAdapter *entry) { return entry->kind(); });
+}
+
+const AgentAdapter &adapter(AgentKind kind, const std::optional<AgentRelease> &release) {
+    const auto releases = AgentReleases::all();
+    const auto found = std::ranges::find_if(releases, [&](const Listed &listed) {
+        return release && listed.agent == kind && *release >= listed.from &&
+               *release < listed.before;
+    });
+    return found == releases.end()
+               ? adapter(kind)
+               : *listedAdapters()[static_cast<std::size_t>(found - releases.begin())];
+}
+
+std::vector<const AgentAdapter *> forms(AgentKind kind) {
+    std::vector<const AgentAdapter *> result{&adapter(kind)};
+    for (const auto &listed : listedAdapters()) {
+        if (listed->kind() == kind) {
+            result.push_back(listed.get());
+        }
+    }
+    return result;
 }
 
 std::vector<const AgentAdapter *> present() {

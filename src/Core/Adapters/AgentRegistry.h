@@ -1,7 +1,9 @@
 #pragma once
 
 #include "Core/Agents/AgentKind.h"
+#include "Core/Agents/AgentRelease.h"
 
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -12,10 +14,18 @@ class AgentAdapter;
 /// The table of agents. Safe from any thread.
 namespace morvane::AgentRegistry {
 
-/// One adapter for each kind, in the order in which people see them.
+/// One adapter for each kind, in the order in which people see them: that of the releases that are
+/// not known to differ.
 std::span<const AgentAdapter *const> all();
 
 const AgentAdapter &adapter(AgentKind kind);
+
+/// The adapter for this release of the agent; that of `all` for one that is unknown or not listed.
+/// This is the one place where a release makes a difference.
+const AgentAdapter &adapter(AgentKind kind, const std::optional<AgentRelease> &release);
+
+/// Every adapter of the kind, that of `all` first.
+std::vector<const AgentAdapter *> forms(AgentKind kind);
 
 /// The adapters whose agent has left traces on this machine, in order. Reads directories.
 std::vector<const AgentAdapter *> present();

@@ -13,13 +13,27 @@ namespace {
 
 using nlohmann::json;
 
-json allowing(const AgentDecision &decision, const std::optional<QString> &tool) {
+json rememberedRule(const std::string &tool, bool forSession) {
+    return {
+        {"rule", tool}, {"action", "allow"}, {"remembering", forSession ? "session" : "permanent"}};
+}
+
+/// What the agent keeps for good, it keeps for this person in this project.
+json ruleUpdate(const std::string &tool, bool forSession) {
+    return json::array({{{"type", "addRules"},
+                         {"rules", json::array({{{"toolName", tool}}})},
+                         {"behavior", "allow"},
+                         {"destination", forSession ? "session" : "localSettings"}}});
+}
+
+json allowing(const AgentDecision &decision, const std::optional<QString> &tool,
+              AgentContract::Remembering form) {
     json result{{"behavior", "allow"}};
     if (tool && !tool->isEmpty()) {
         const bool forSession = decision.scope == AgentDecision::Scope::session;
-        result["updatedPermissions"] = {{"rule", tool->toStdString()},
-                                        {"action", "allow"},
-                                        {"remembering", forSession ? "session" : "permanent"}};
+        const bool isUpdate = form == AgentContract::Remembering::ruleUpdate;
+        result["updatedPermissions"] =
+            (isUpdate ? ruleUpdate : rememberedRule)(tool->toStdString(), forSession);
     }
     return result;
 }
@@ -88,7 +102,7 @@ std::optional<QByteArray> ClaudeAdapter::encodeDecision(const AgentDecision &dec
         result = R"({"behavior":"deny"})";
         break;
     case AgentDecision::Kind::allowRemembering:
-        result = allowing(decision, tool).dump();
+        result = allowing(decision, tool, contract().remembering).dump();
         break;
     case AgentDecision::Kind::answer:
         result = answering(decision, payload);

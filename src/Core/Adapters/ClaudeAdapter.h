@@ -7,6 +7,8 @@ namespace morvane {
 /// Claude Code: the one agent that takes rules and structured answers with a decision.
 class ClaudeAdapter : public AgentAdapter {
 public:
+    using AgentAdapter::AgentAdapter;
+
     AgentKind kind() const override { return AgentKind::claude; }
     QStringList nativeEvents() const override;
     std::optional<CanonicalEvent>

@@ -5,8 +5,8 @@
 namespace morvane {
 
 ClaudeForkAdapter::ClaudeForkAdapter(AgentKind kind, QString settingsPath, QStringList nativeEvents,
-                                     QStringList decisionEvents)
-    : m_kind(kind), m_settingsPath(std::move(settingsPath)),
+                                     QStringList decisionEvents, const AgentContract &contract)
+    : AgentAdapter(contract), m_kind(kind), m_settingsPath(std::move(settingsPath)),
       m_nativeEvents(std::move(nativeEvents)), m_decisionEvents(std::move(decisionEvents)) {}
 
 QStringList ClaudeForkAdapter::baseEvents() {

@@ -4,13 +4,13 @@
 
 namespace morvane {
 
-/// Qoder, CodeBuddy and Factory: agents with Claude Code's hooks, of which each has its own
-/// selection, and each its own settings file.
+/// Qoder, CodeBuddy, Factory and the Qwen Code of today: agents with Claude Code's hooks, of which
+/// each has its own selection, and each its own settings file.
 class ClaudeForkAdapter : public AgentAdapter {
 public:
     /// The path is relative to the home folder.
     ClaudeForkAdapter(AgentKind kind, QString settingsPath, QStringList nativeEvents,
-                      QStringList decisionEvents);
+                      QStringList decisionEvents, const AgentContract &contract = {});
 
     static QStringList baseEvents();
     static QStringList extendedEvents();

@@ -54,13 +54,25 @@ AgentIntegration CodexAdapter::integration() const {
     return JsonHooks{inHome(QStringLiteral(".codex/hooks.json")), QStringLiteral("hooks")};
 }
 
+std::optional<QString> CodexAdapter::reviewsPath() const {
+    return contract().reviewsHooks ? std::optional(inHome(QStringLiteral(".codex/config.toml")))
+                                   : std::nullopt;
+}
+
 TranscriptInfo CodexAdapter::readTranscript(const QString &path) const {
-    return TranscriptReader::readTail(path, CodexTranscript::takeLine);
+    return TranscriptReader::readTail(path, contract().speaksInPhases
+                                                ? CodexTranscript::takeLineOfAnyPhase
+                                                : CodexTranscript::takeLine);
 }
 
 std::optional<TranscriptFolder> CodexAdapter::transcriptFolder() const {
     return TranscriptFolder{inHome(QStringLiteral(".codex/sessions")),
                             TranscriptFolder::Depth::any};
+}
+
+std::optional<AgentRelease> CodexAdapter::transcriptRelease(const QString &path) const {
+    const auto origin = transcriptOrigin(path);
+    return origin ? origin->release : std::nullopt;
 }
 
 std::optional<TranscriptOrigin> CodexAdapter::transcriptOrigin(const QString &path) const {

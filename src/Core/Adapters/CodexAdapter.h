@@ -7,6 +7,8 @@ namespace morvane {
 /// Codex: takes a yes or a no, and neither rules nor answers to questions.
 class CodexAdapter : public AgentAdapter {
 public:
+    using AgentAdapter::AgentAdapter;
+
     AgentKind kind() const override { return AgentKind::codex; }
     QStringList nativeEvents() const override;
     std::optional<CanonicalEvent>
@@ -19,9 +21,11 @@ public:
                                              QByteArrayView payload,
                                              const QString &nativeEvent) const override;
     AgentIntegration integration() const override;
+    std::optional<QString> reviewsPath() const override;
     TranscriptInfo readTranscript(const QString &path) const override;
     std::optional<TranscriptFolder> transcriptFolder() const override;
     std::optional<TranscriptOrigin> transcriptOrigin(const QString &path) const override;
+    std::optional<AgentRelease> transcriptRelease(const QString &path) const override;
 };
 
 } // namespace morvane

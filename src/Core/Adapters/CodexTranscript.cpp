@@ -17,9 +17,10 @@ bool isOnTheWay(object message) {
            phase != "final_answer";
 }
 
-void takeCodexMessage(object message, TranscriptInfo &info) {
+void takeCodexMessage(object message, bool ofAnyPhase, TranscriptInfo &info) {
     const std::string_view role = word(message, "role");
-    if (role == "assistant" && !info.lastAssistantText && !isOnTheWay(message)) {
+    const bool mayBeLast = ofAnyPhase || !isOnTheWay(message);
+    if (role == "assistant" && !info.lastAssistantText && mayBeLast) {
         info.lastAssistantText = lastText(contentOf(message));
     } else if (role == "user" && !info.title) {
         info.title = firstText(contentOf(message));
@@ -32,9 +33,7 @@ std::optional<int> lastInputTokens(object tokenCount) {
     return usage ? positive(integer(*usage, "input_tokens").value_or(0)) : std::nullopt;
 }
 
-} // namespace
-
-void takeLine(const JsonObject &line, TranscriptInfo &info) {
+void take(const JsonObject &line, bool ofAnyPhase, TranscriptInfo &info) {
     const std::string_view type = word(line.root(), "type");
     const auto payload = JsonObject::object(line.root(), "payload");
     if (!payload) {
@@ -47,8 +46,18 @@ void takeLine(const JsonObject &line, TranscriptInfo &info) {
     } else if (type == "event_msg" && kind == "token_count") {
         fill(info.contextTokens, lastInputTokens(*payload));
     } else if (type == "response_item" && kind == "message") {
-        takeCodexMessage(*payload, info);
+        takeCodexMessage(*payload, ofAnyPhase, info);
     }
+}
+
+} // namespace
+
+void takeLine(const JsonObject &line, TranscriptInfo &info) {
+    take(line, false, info);
+}
+
+void takeLineOfAnyPhase(const JsonObject &line, TranscriptInfo &info) {
+    take(line, true, info);
 }
 
 std::optional<TranscriptOrigin> findOrigin(const JsonObject &line) {
@@ -56,15 +65,18 @@ std::optional<TranscriptOrigin> findOrigin(const JsonObject &line) {
     if (line.string("type") != QLatin1String("session_meta") || !payload) {
         return std::nullopt;
     }
+    const auto session = JsonObject::string(*payload, "session_id");
     auto id = JsonObject::string(*payload, "id");
     if (!id) {
-        id = JsonObject::string(*payload, "session_id");
+        id = session;
     }
     const auto cwd = JsonObject::string(*payload, "cwd");
     if (!id || id->isEmpty() || !cwd) {
         return std::nullopt;
     }
-    return TranscriptOrigin{*id, *cwd};
+    const auto version = JsonObject::string(*payload, "cli_version");
+    return TranscriptOrigin{*id, *cwd, session.value_or(QString()),
+                            version ? AgentRelease::parse(*version) : std::nullopt};
 }
 
 } // namespace morvane::CodexTranscript

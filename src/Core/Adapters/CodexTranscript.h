@@ -7,7 +7,10 @@ namespace morvane::CodexTranscript {
 
 void takeLine(const JsonObject &line, TranscriptInfo &info);
 
-/// Session and working directory, which one line at the beginning tells.
+/// The same, of the releases whose every message is one that a person may read as the last.
+void takeLineOfAnyPhase(const JsonObject &line, TranscriptInfo &info);
+
+/// Session, working directory and release, which one line at the beginning tells.
 std::optional<TranscriptOrigin> findOrigin(const JsonObject &line);
 
 } // namespace morvane::CodexTranscript

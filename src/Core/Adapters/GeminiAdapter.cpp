@@ -4,8 +4,8 @@
 
 namespace morvane {
 
-GeminiAdapter::GeminiAdapter(AgentKind kind, QString settingsPath)
-    : m_kind(kind), m_settingsPath(std::move(settingsPath)) {}
+GeminiAdapter::GeminiAdapter(AgentKind kind, QString settingsPath, const AgentContract &contract)
+    : AgentAdapter(contract), m_kind(kind), m_settingsPath(std::move(settingsPath)) {}
 
 QStringList GeminiAdapter::nativeEvents() const {
     return {QStringLiteral("SessionStart"), QStringLiteral("BeforeAgent"),

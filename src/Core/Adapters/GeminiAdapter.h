@@ -8,7 +8,7 @@ namespace morvane {
 class GeminiAdapter : public AgentAdapter {
 public:
     /// The path is relative to the home folder.
-    GeminiAdapter(AgentKind kind, QString settingsPath);
+    GeminiAdapter(AgentKind kind, QString settingsPath, const AgentContract &contract = {});
 
     AgentKind kind() const override { return m_kind; }
     QStringList nativeEvents() const override;

@@ -51,14 +51,25 @@ std::optional<TranscriptOrigin> AgentAdapter::transcriptOrigin(const QString &) 
     return std::nullopt;
 }
 
+std::optional<AgentRelease> AgentAdapter::transcriptRelease(const QString &) const {
+    return std::nullopt;
+}
+
+bool AgentAdapter::isSession(const TranscriptOrigin &origin) const {
+    return !m_contract.spawnsAgents || origin.root.isEmpty() || origin.root == origin.sessionID;
+}
+
+bool AgentAdapter::launchesSubagent(const QString &toolName) const {
+    return m_contract.spawnsAgents && toolName == QLatin1String("spawn_agent");
+}
+
 nlohmann::json AgentAdapter::hookEntry(const QString &command,
                                        const std::optional<QString> &matcher, bool blocking) const {
     nlohmann::json handler{{"type", "command"}, {"command", command.toStdString()}};
-    if (blocking) {
-        handler["timeout"] = HookTimeout::decision;
-    } else {
+    const int unit = m_contract.hookTimeUnit == AgentContract::TimeUnit::milliseconds ? 1000 : 1;
+    handler["timeout"] = unit * (blocking ? HookTimeout::decision : HookTimeout::event);
+    if (!blocking && m_contract.hasAsyncHooks) {
         handler["async"] = true;
-        handler["timeout"] = HookTimeout::event;
     }
     nlohmann::json entry{{"hooks", nlohmann::json::array({handler})}};
     if (matcher) {

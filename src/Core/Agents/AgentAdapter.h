@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/Agents/AgentContract.h"
 #include "Core/Agents/AgentDecision.h"
 #include "Core/Agents/AgentIntegration.h"
 #include "Core/Agents/AgentKind.h"
@@ -24,12 +25,15 @@ class JsonObject;
 /// `AgentRegistry`; they are safe from any thread.
 class AgentAdapter {
 public:
-    AgentAdapter() = default;
+    explicit AgentAdapter(const AgentContract &contract = {}) : m_contract(contract) {}
     AgentAdapter(const AgentAdapter &) = delete;
     AgentAdapter &operator=(const AgentAdapter &) = delete;
     virtual ~AgentAdapter() = default;
 
     virtual AgentKind kind() const = 0;
+
+    /// What the releases say that this adapter speaks to.
+    const AgentContract &contract() const { return m_contract; }
 
     /// The names of the events to hook, in the order in which they are installed.
     virtual QStringList nativeEvents() const = 0;
@@ -79,7 +83,17 @@ public:
     /// not for the main thread.
     virtual std::optional<TranscriptOrigin> transcriptOrigin(const QString &path) const;
 
-    /// One entry of the settings file's hooks. Time limits in it are seconds, the agents' unit.
+    /// The release that wrote a transcript, where transcripts tell and it makes a difference. Reads
+    /// a file, so not for the main thread.
+    virtual std::optional<AgentRelease> transcriptRelease(const QString &path) const;
+
+    /// False when the transcript is only of what a subagent does for a session that has its own.
+    bool isSession(const TranscriptOrigin &origin) const;
+
+    /// True when the agent launches a subagent with this tool, which the others don't know.
+    bool launchesSubagent(const QString &toolName) const;
+
+    /// One entry of the settings file's hooks.
     virtual nlohmann::json hookEntry(const QString &command, const std::optional<QString> &matcher,
                                      bool blocking) const;
 
@@ -94,6 +108,9 @@ public:
 
     /// True when what it does counts against the limits whose milestones are shown while it works.
     virtual bool hasUsageMilestones() const { return false; }
+
+    /// Where the agent keeps what its person has agreed to, if it runs no hook without that.
+    virtual std::optional<QString> reviewsPath() const { return std::nullopt; }
 
     virtual std::optional<NotificationMute> notificationMute() const { return std::nullopt; }
     virtual std::optional<StatusLineFeed> statusLineFeed() const { return std::nullopt; }
@@ -118,6 +135,9 @@ protected:
 
     /// The envelope in which a decision goes back, around the agent's decision object as JSON.
     static QByteArray decisionEnvelope(const QString &nativeEvent, std::string_view decision);
+
+private:
+    const AgentContract m_contract;
 };
 
 } // namespace morvane

@@ -53,13 +53,18 @@ void AgentConnections::setLastError(const std::optional<QString> &error) {
     emit lastErrorChanged();
 }
 
-HookInstaller AgentConnections::makeInstaller(const AgentAdapter &adapter) const {
-    return {adapter, m_settings, m_settings.port()};
+const AgentAdapter &AgentConnections::installedForm(AgentKind kind) const {
+    return AgentRegistry::adapter(kind, m_programs.installed(kind));
+}
+
+HookInstaller AgentConnections::makeInstaller(AgentKind kind) const {
+    return {installedForm(kind), m_settings, m_settings.port()};
 }
 
 std::vector<const AgentAdapter *> AgentConnections::connectedAgents() const {
-    return agentsWhere(
-        [this](const AgentAdapter *adapter) { return makeInstaller(*adapter).isInstalled(); });
+    return agentsWhere([this](const AgentAdapter *adapter) {
+        return makeInstaller(adapter->kind()).isInstalled();
+    });
 }
 
 void AgentConnections::refreshStatus() {
@@ -70,13 +75,18 @@ void AgentConnections::refreshStatus() {
     const auto muted = mutableAgents();
     m_notificationsSuppressed =
         !muted.empty() && std::ranges::all_of(muted, [this](const AgentAdapter *adapter) {
-            return makeInstaller(*adapter).notificationsSuppressed();
+            return makeInstaller(adapter->kind()).notificationsSuppressed();
         });
     m_statusLineBlockedAgents.clear();
+    m_agentsToReview.clear();
     for (const AgentAdapter *adapter : AgentRegistry::all()) {
-        if (adapter->statusLineFeed() &&
-            makeInstaller(*adapter).health().statusLine == StatusLineHealth::ownedByOther) {
-            m_statusLineBlockedAgents.push_back(adapter->kind());
+        const AgentKind kind = adapter->kind();
+        const Health health = makeInstaller(kind).health();
+        if (health.statusLine == StatusLineHealth::ownedByOther) {
+            m_statusLineBlockedAgents.push_back(kind);
+        }
+        if (health.awaitsReview) {
+            m_agentsToReview.insert(kind);
         }
     }
     emit statusChanged();
@@ -97,7 +107,8 @@ std::vector<const AgentAdapter *> AgentConnections::mutableAgents() const {
 
 bool AgentConnections::hasDecidableAgent() const {
     return std::ranges::any_of(AgentRegistry::all(), [this](const AgentAdapter *adapter) {
-        return adapter->supportsDecisions() && m_installedAgents.contains(adapter->kind());
+        return m_installedAgents.contains(adapter->kind()) &&
+               installedForm(adapter->kind()).supportsDecisions();
     });
 }
 
@@ -115,7 +126,7 @@ void AgentConnections::repairHooks(AgentKind kind) {
 
 void AgentConnections::perform(AgentKind kind, const QString &failed,
                                std::optional<Failure> (HookInstaller::*operation)() const) {
-    const HookInstaller installer = makeInstaller(AgentRegistry::adapter(kind));
+    const HookInstaller installer = makeInstaller(kind);
     if (const auto failure = (installer.*operation)()) {
         setLastError(failed.arg(displayName(kind), failure->message));
     } else {
@@ -128,7 +139,8 @@ void AgentConnections::setNotificationsSuppressed(bool suppressed) {
     m_notificationsSuppressed = suppressed;
     emit statusChanged();
     for (const AgentAdapter *adapter : mutableAgents()) {
-        if (const auto failure = makeInstaller(*adapter).setNotificationsSuppressed(suppressed)) {
+        if (const auto failure =
+                makeInstaller(adapter->kind()).setNotificationsSuppressed(suppressed)) {
             setLastError(tr("Updating %1's settings failed: %2")
                              .arg(displayName(adapter->kind()), failure->message));
         }
@@ -138,10 +150,10 @@ void AgentConnections::setNotificationsSuppressed(bool suppressed) {
 
 void AgentConnections::renewDecidable() {
     for (const AgentAdapter *adapter : connectedAgents()) {
-        if (!adapter->supportsDecisions()) {
+        if (!installedForm(adapter->kind()).supportsDecisions()) {
             continue;
         }
-        if (const auto failure = makeInstaller(*adapter).install()) {
+        if (const auto failure = makeInstaller(adapter->kind()).install()) {
             setLastError(tr("Couldn't update %1's hooks: %2")
                              .arg(displayName(adapter->kind()), failure->message));
             m_settings.setApprovalsEnabled(false);
@@ -152,7 +164,7 @@ void AgentConnections::renewDecidable() {
 
 void AgentConnections::renew() {
     for (const AgentAdapter *adapter : connectedAgents()) {
-        makeInstaller(*adapter).renew();
+        makeInstaller(adapter->kind()).renew();
     }
 }
 
@@ -213,7 +225,7 @@ QStringList AgentConnections::removeAll() {
     bool isStillCalled = false;
     for (const AgentAdapter *adapter : connectedAgents()) {
         const QString name = tr("%1 hooks").arg(displayName(adapter->kind()));
-        const auto failure = makeInstaller(*adapter).uninstall();
+        const auto failure = makeInstaller(adapter->kind()).uninstall();
         isStillCalled = isStillCalled || failure;
         report << (failure ? couldNotRemove(name, failure->message) : name);
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/Adapters/ProgramReleases.h"
 #include "Core/Agents/AgentKind.h"
 #include "Platform/Failure.h"
 #include "Platform/Scheduler.h"
@@ -42,6 +43,9 @@ public:
     const std::vector<AgentKind> &statusLineBlockedAgents() const {
         return m_statusLineBlockedAgents;
     }
+
+    /// The agents that run no hook of ours that is new to them before their person has reviewed it.
+    const QSet<AgentKind> &agentsToReview() const { return m_agentsToReview; }
 
     void refreshStatus();
 
@@ -88,7 +92,9 @@ signals:
     void newAgentsDetected(const std::vector<morvane::AgentKind> &kinds);
 
 private:
-    HookInstaller makeInstaller(const AgentAdapter &adapter) const;
+    /// For the release of the agent that is installed.
+    HookInstaller makeInstaller(AgentKind kind) const;
+    const AgentAdapter &installedForm(AgentKind kind) const;
     std::vector<const AgentAdapter *> connectedAgents() const;
     /// `failed` is the sentence for a failure, of the agent's name and the reason.
     void perform(AgentKind kind, const QString &failed,
@@ -103,6 +109,8 @@ private:
     QSet<AgentKind> m_installedAgents;
     bool m_notificationsSuppressed = false;
     std::vector<AgentKind> m_statusLineBlockedAgents;
+    QSet<AgentKind> m_agentsToReview;
+    mutable ProgramReleases m_programs;
     Task m_newAgentTimer;
 };
 

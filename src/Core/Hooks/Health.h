@@ -26,6 +26,10 @@ public:
     bool scriptExecutable = true;
     StatusLineHealth statusLine = StatusLineHealth::notApplicable;
 
+    /// The agent runs none of our hooks that are new to it before its person has agreed to them.
+    /// Nothing that a repair could mend.
+    bool awaitsReview = false;
+
     /// What is wrong, a phrase each, for a person.
     QStringList issues() const;
 

@@ -1,14 +1,19 @@
 #include "Core/Hooks/HookPlan.h"
 
+#include "Core/Adapters/AgentRegistry.h"
 #include "Core/Agents/AgentAdapter.h"
+#include "Core/Agents/HookTimeout.h"
 
 #include <QDir>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+
 namespace morvane {
 
 HookPlan::HookPlan(const AgentAdapter &adapter, bool approvalsEnabled)
-    : m_adapter(adapter), m_decides(approvalsEnabled && adapter.supportsDecisions()) {}
+    : m_adapter(adapter), m_approvalsEnabled(approvalsEnabled),
+      m_decides(approvalsEnabled && adapter.supportsDecisions()) {}
 
 QStringList HookPlan::installedEvents() const {
     QStringList events = m_adapter.nativeEvents();
@@ -35,7 +40,25 @@ std::optional<QString> HookPlan::matcher(const QString &event) const {
 }
 
 nlohmann::json HookPlan::entry(const QString &event) const {
-    return m_adapter.hookEntry(command(event), matcher(event), isDecisionEvent(event));
+    auto entry = m_adapter.hookEntry(command(event), matcher(event), isDecisionEvent(event));
+    if (m_adapter.contract().waitsAtSessionEnd && event == QLatin1String("SessionEnd")) {
+        nlohmann::json &handler = entry["hooks"][0];
+        handler.erase("async");
+        handler["timeout"] = HookTimeout::sessionEnd;
+    }
+    return entry;
+}
+
+bool HookPlan::isOfAnotherRelease(const QString &event, const nlohmann::json &entry) const {
+    const auto isOf = [&](const AgentAdapter *form) {
+        return HookPlan(*form, m_approvalsEnabled).entry(event) == entry;
+    };
+    return entry != this->entry(event) &&
+           std::ranges::any_of(AgentRegistry::forms(m_adapter.kind()), isOf);
+}
+
+bool HookPlan::keepsEntries() const {
+    return m_adapter.contract().reviewsHooks;
 }
 
 } // namespace morvane

@@ -34,8 +34,16 @@ public:
     /// What stands in a JSON settings file for the event.
     nlohmann::json entry(const QString &event) const;
 
+    /// True for what would stand there for another release of the agent, and not for this one.
+    bool isOfAnotherRelease(const QString &event, const nlohmann::json &entry) const;
+
+    /// True when an entry that is right must stay as and where it is: the agent's person would have
+    /// to review it again.
+    bool keepsEntries() const;
+
 private:
     const AgentAdapter &m_adapter;
+    bool m_approvalsEnabled;
     bool m_decides;
 };
 

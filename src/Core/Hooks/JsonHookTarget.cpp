@@ -1,8 +1,11 @@
 #include "Core/Hooks/JsonHookTarget.h"
 
+#include "Core/Ground/RegularFile.h"
 #include "Core/Hooks/JsonHooksEditor.h"
 #include "Core/Hooks/StatusLineEntry.h"
 
+#include <QDateTime>
+#include <QFileInfo>
 #include <nlohmann/json.hpp>
 
 #include <tuple>
@@ -125,7 +128,22 @@ Health JsonHookTarget::health() const {
         health.statusLine =
             StatusLineEntry::health(*root, *feed, ForwarderScripts::isStatusLineScriptExecutable());
     }
+    health.awaitsReview = awaitsReview();
     return health;
+}
+
+/// The agent writes down what its person has agreed to, under the name of the settings file. When
+/// it has written nothing since that file was, nobody can have agreed to what is new in it.
+bool JsonHookTarget::awaitsReview() const {
+    constexpr qsizetype longestReviews = 1'000'000;
+    const auto reviews = m_adapter.reviewsPath();
+    if (!reviews) {
+        return false;
+    }
+    const QString settings = std::get<JsonHooks>(m_adapter.integration()).settingsPath;
+    const QByteArray text = RegularFile::head(*reviews, longestReviews).value_or(QByteArray());
+    return !text.contains(settings.toUtf8() + ':') ||
+           QFileInfo(*reviews).lastModified() < QFileInfo(settings).lastModified();
 }
 
 bool JsonHookTarget::notificationsSuppressed() const {

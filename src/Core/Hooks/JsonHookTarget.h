@@ -29,6 +29,7 @@ private:
     void putInto(nlohmann::json &root) const;
     bool takeOutOf(nlohmann::json &root) const;
     bool isStale(const nlohmann::json &root) const;
+    bool awaitsReview() const;
 
     std::optional<QString> m_hooksKey;
     const AgentAdapter &m_adapter;

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <utility>
 
 namespace morvane::JsonHooksEditor {
 
@@ -57,10 +58,23 @@ void setHooksMap(json map, json &root, const std::optional<QString> &hooksKey) {
     }
 }
 
-void removeOurs(json &map) {
+json &entriesOf(json &map, const QString &event) {
+    json &entries = map[event.toStdString()];
+    if (!entries.is_array()) {
+        entries = json::array();
+    }
+    return entries;
+}
+
+/// Of the entries of these events the first of ours is left.
+void removeOurs(json &map, const QStringList &events = {}) {
     for (auto event = map.begin(); event != map.end();) {
+        bool keeps = events.contains(QString::fromStdString(event.key()));
+        const auto goes = [&keeps](const json &entry) {
+            return isOurs(entry) && !std::exchange(keeps, false);
+        };
         const bool hadOurs =
-            event->is_array() && std::erase_if(event->get_ref<json::array_t &>(), isOurs) > 0;
+            event->is_array() && std::erase_if(event->get_ref<json::array_t &>(), goes) > 0;
         event = hadOurs && event->empty() ? map.erase(event) : std::next(event);
     }
 }
@@ -89,7 +103,8 @@ bool hasStaleEntries(const json &root, const std::optional<QString> &hooksKey,
         for (const json &entry : event.value()) {
             const QStringList ours = commands(entry);
             const QString current = plan.command(name);
-            if (std::ranges::any_of(ours, [&](const QString &each) { return each != current; })) {
+            if (std::ranges::any_of(ours, [&](const QString &each) { return each != current; }) ||
+                (!ours.isEmpty() && plan.isOfAnotherRelease(name, entry))) {
                 return true;
             }
             if (!ours.isEmpty() && !found.contains(name)) {
@@ -106,13 +121,12 @@ bool hasStaleEntries(const json &root, const std::optional<QString> &hooksKey,
 void install(json &root, const std::optional<QString> &hooksKey, const HookPlan &plan) {
     const json *present = hooksMap(root, hooksKey);
     json map = present ? *present : json::object();
-    removeOurs(map);
-    for (const QString &event : plan.installedEvents()) {
-        json &entries = map[event.toStdString()];
-        if (!entries.is_array()) {
-            entries = json::array();
-        }
-        entries.push_back(plan.entry(event));
+    const QStringList events = plan.installedEvents();
+    removeOurs(map, plan.keepsEntries() ? events : QStringList());
+    for (const QString &event : events) {
+        json &entries = entriesOf(map, event);
+        const auto kept = std::ranges::find_if(entries, isOurs);
+        (kept != entries.end() ? *kept : entries.emplace_back()) = plan.entry(event);
     }
     setHooksMap(std::move(map), root, hooksKey);
 }

@@ -18,12 +18,14 @@ namespace morvane::JsonHooksEditor {
 /// True when there is any entry of ours, of whatever version.
 bool isInstalled(const nlohmann::json &root, const std::optional<QString> &hooksKey);
 
-/// True when our entries are not those that `install` would write. Compares command lines and
-/// events; false where there is no map of hooks.
+/// True when our entries are not those that `install` would write: in command lines or events, or
+/// since another release of the agent wants them otherwise. What somebody has changed of the rest
+/// is not noticed. False where there is no map of hooks.
 bool hasStaleEntries(const nlohmann::json &root, const std::optional<QString> &hooksKey,
                      const HookPlan &plan);
 
-/// Replaces our entries, whatever version they are from, by those of the plan, behind the others.
+/// Replaces our entries, whatever version they are from, by those of the plan, behind the others
+/// or, where the plan keeps entries, in their place.
 void install(nlohmann::json &root, const std::optional<QString> &hooksKey, const HookPlan &plan);
 
 /// Takes our entries out. An entry that holds a command of ours beside another goes as a whole.

@@ -1,6 +1,5 @@
 #include "Core/Intake/DecisionRelay.h"
 
-#include "Core/Adapters/AgentRegistry.h"
 #include "Core/Agents/AgentAdapter.h"
 #include "Core/Agents/HookTimeout.h"
 
@@ -19,25 +18,32 @@ DecisionRelay::DecisionRelay(EventConnection::Queue pendingQueue, Scheduler &mai
     : m_queue(std::move(pendingQueue)), m_main(main), m_timers(timers),
       m_handlers(std::move(handlers)) {}
 
-void DecisionRelay::park(HookEvent event, EventConnection::Pointer connection, QByteArray payload) {
-    asio::dispatch(m_queue, [self = shared_from_this(), event = std::move(event),
+void DecisionRelay::park(HookEvent event, const AgentAdapter &adapter,
+                         EventConnection::Pointer connection, QByteArray payload) {
+    asio::dispatch(m_queue, [self = shared_from_this(), event = std::move(event), &adapter,
                              connection = std::move(connection), payload = std::move(payload)] {
-        self->store(event, connection, payload);
+        self->store(event, adapter, connection, payload);
     });
 }
 
 /// The event is told once the request is there, so that a decision that follows from it finds the
 /// request, and before the request can be found to be gone.
-void DecisionRelay::store(HookEvent event, EventConnection::Pointer connection,
-                          QByteArray payload) {
+void DecisionRelay::store(HookEvent event, const AgentAdapter &adapter,
+                          EventConnection::Pointer connection, QByteArray payload) {
     const QString id = idFor(event);
     event.decisionID = id;
     if (auto older = take(id)) {
         finish(*older, AgentDecision::ask());
     }
     const std::uint64_t serial = ++m_lastSerial;
-    Pending pending{std::move(connection), event.agent,        event.sessionID, event.nativeName,
-                    event.toolName,        std::move(payload), serial,          {}};
+    Pending pending{std::move(connection),
+                    adapter,
+                    event.sessionID,
+                    event.nativeName,
+                    event.toolName,
+                    std::move(payload),
+                    serial,
+                    {}};
     pending.timer = m_timers.after(decisionLimit, [weak = weak_from_this(), id, serial] {
         if (const auto self = weak.lock()) {
             asio::post(self->m_queue, [self, id, serial] { self->expire(id, serial); });
@@ -96,10 +102,9 @@ void DecisionRelay::releaseAll() {
 }
 
 void DecisionRelay::finish(const Pending &pending, const AgentDecision &decision) {
-    const AgentAdapter &adapter = AgentRegistry::adapter(pending.agent);
-    pending.connection->finish(
-        "200 OK",
-        adapter.encodeDecision(decision, pending.toolName, pending.payload, pending.nativeEvent));
+    pending.connection->finish("200 OK", pending.adapter.encodeDecision(decision, pending.toolName,
+                                                                        pending.payload,
+                                                                        pending.nativeEvent));
 }
 
 void DecisionRelay::expire(const QString &id, std::uint64_t serial) {

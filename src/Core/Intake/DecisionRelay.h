@@ -36,7 +36,9 @@ public:
     /// Keeps the connection open, under the id of the tool call where it has one that no other
     /// session's request waits under. An older request of the same session and id is let go without
     /// an answer. Safe from any thread.
-    void park(HookEvent event, EventConnection::Pointer connection, QByteArray payload);
+    /// `adapter` is the one that speaks to the request's release, and outlives the relay.
+    void park(HookEvent event, const AgentAdapter &adapter, EventConnection::Pointer connection,
+              QByteArray payload);
 
     /// Answers the request, if it still waits. Safe from any thread; returns at once.
     void resolve(const QString &id, const AgentDecision &decision);
@@ -48,7 +50,7 @@ public:
 private:
     struct Pending {
         EventConnection::Pointer connection;
-        AgentKind agent;
+        const AgentAdapter &adapter;
         QString sessionID;
         QString nativeEvent;
         std::optional<QString> toolName;
@@ -57,7 +59,8 @@ private:
         Task timer;
     };
 
-    void store(HookEvent event, EventConnection::Pointer connection, QByteArray payload);
+    void store(HookEvent event, const AgentAdapter &adapter, EventConnection::Pointer connection,
+               QByteArray payload);
     QString idFor(const HookEvent &event) const;
     void finish(const Pending &pending, const AgentDecision &decision);
     void expire(const QString &id, std::uint64_t serial);

@@ -247,14 +247,21 @@ void EventServer::respondToUsage(const HttpRequest &request) {
     }
 }
 
-/// An agent that isn't named, or isn't known, counts as Claude Code here.
-void EventServer::respondToEvent(const Connection &connection, const HttpRequest &request) {
+/// The adapter that speaks to the release of the program that calls. An agent that isn't named, or
+/// isn't known, counts as Claude Code here.
+const AgentAdapter &EventServer::adapterFor(const HttpRequest &request) {
     const AgentKind agent =
         agentKind(headerValue(request, HttpHeader::agent)).value_or(defaultAgentKind);
+    return AgentRegistry::adapter(agent,
+                                  m_programs.of(agent, headerText(request, HttpHeader::program)));
+}
+
+void EventServer::respondToEvent(const Connection &connection, const HttpRequest &request) {
+    const AgentAdapter &adapter = adapterFor(request);
     const QString nativeName = headerText(request, HttpHeader::hookEvent);
-    auto event = HookEvent::decode(agent, nativeName, bytes(request.body), originOf(request));
-    if (event && mayPark(request, agent, nativeName)) {
-        m_relay->park(std::move(*event), connection, bytes(request.body).toByteArray());
+    auto event = HookEvent::decode(adapter, nativeName, bytes(request.body), originOf(request));
+    if (event && mayPark(request, adapter, nativeName)) {
+        m_relay->park(std::move(*event), adapter, connection, bytes(request.body).toByteArray());
         return;
     }
     if (event) {
@@ -263,12 +270,11 @@ void EventServer::respondToEvent(const Connection &connection, const HttpRequest
     connection->finish("200 OK");
 }
 
-bool EventServer::mayPark(const HttpRequest &request, AgentKind agent,
+bool EventServer::mayPark(const HttpRequest &request, const AgentAdapter &adapter,
                           const QString &nativeName) const {
     if (request.header(HttpHeader::decision) != "1" || !m_handlers.decisionsEnabled()) {
         return false;
     }
-    const AgentAdapter &adapter = AgentRegistry::adapter(agent);
     return adapter.supportsDecisions() && adapter.decisionEvents().contains(nativeName);
 }
 

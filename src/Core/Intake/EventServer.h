@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/Adapters/ProgramReleases.h"
 #include "Core/Agents/AgentDecision.h"
 #include "Core/Agents/AgentKind.h"
 #include "Core/Intake/DecisionRelay.h"
@@ -90,7 +91,9 @@ private:
     void respond(const Connection &connection, const HttpRequest &request);
     void respondToUsage(const HttpRequest &request);
     void respondToEvent(const Connection &connection, const HttpRequest &request);
-    bool mayPark(const HttpRequest &request, AgentKind agent, const QString &nativeName) const;
+    const AgentAdapter &adapterFor(const HttpRequest &request);
+    bool mayPark(const HttpRequest &request, const AgentAdapter &adapter,
+                 const QString &nativeName) const;
 
     const QByteArray m_token;
     const std::uint16_t m_preferredPort;
@@ -106,6 +109,7 @@ private:
     const EventConnection::Surroundings m_surroundings;
     asio::ip::tcp::acceptor m_acceptor;
     std::shared_ptr<DecisionRelay> m_relay;
+    ProgramReleases m_programs;
     const std::size_t m_unfinishedLimit = unfinishedLimit();
     std::map<std::uint64_t, Unfinished> m_unfinished; ///< by age, the oldest first
     std::uint64_t m_nextSerial = 0;

@@ -51,6 +51,12 @@ std::optional<QString> responseMessage(const JsonObject &body, std::optional<obj
     return std::nullopt;
 }
 
+/// What the agent tells itself, in the form of a person's prompt.
+bool isOfNobody(CanonicalEvent kind, const JsonObject &body, const AgentContract &contract) {
+    return contract.hasPromptsOfItsOwn && kind == CanonicalEvent::promptSubmit &&
+           !nonEmpty(body.string("prompt"));
+}
+
 QList<AgentOption> options(object question) {
     QList<AgentOption> result;
     for (const object option :
@@ -116,23 +122,28 @@ QList<BackgroundTask> backgroundTasks(const JsonObject &body) {
 
 std::optional<HookEvent> HookEvent::decode(AgentKind agent, const QString &nativeName,
                                            QByteArrayView bytes, const HookOrigin &origin) {
+    return decode(AgentRegistry::adapter(agent), nativeName, bytes, origin);
+}
+
+std::optional<HookEvent> HookEvent::decode(const AgentAdapter &adapter, const QString &nativeName,
+                                           QByteArrayView bytes, const HookOrigin &origin) {
     const auto body = JsonObject::parse(bytes);
     if (!body) {
         return std::nullopt;
     }
-    const AgentAdapter &adapter = AgentRegistry::adapter(agent);
     const auto sessionID = nonEmpty(adapter.sessionID(*body));
     const auto kind = adapter.canonical(nativeName, body->string("notification_type"));
-    if (!sessionID || !kind) {
+    if (!sessionID || !kind || isOfNobody(*kind, *body, adapter.contract())) {
         return std::nullopt;
     }
     HookEvent event;
-    event.agent = agent;
+    event.agent = adapter.kind();
     event.kind = *kind;
     event.nativeName = nativeName;
     event.sessionID = *sessionID;
     event.cwd = adapter.cwd(*body);
     event.toolName = body->string("tool_name");
+    event.launchesSubagent = event.toolName && adapter.launchesSubagent(*event.toolName);
     event.toolUseID = body->string("tool_use_id");
     const auto input = JsonObject::object(body->root(), "tool_input");
     if (input) {

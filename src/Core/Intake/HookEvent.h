@@ -14,6 +14,8 @@
 
 namespace morvane {
 
+class AgentAdapter;
+
 /// Where a hook ran, as the forwarder found it in its environment. An empty string tells nothing.
 struct HookOrigin {
     std::optional<QString> itermSessionID;
@@ -55,6 +57,7 @@ struct HookEvent {
     std::optional<QString> prompt;          ///< what the person asked, one line
     std::optional<QString> transcriptPath;
     std::optional<QString> agentID; ///< set when the event comes from inside a subagent
+    bool launchesSubagent = false;  ///< the tool is a release's own for that
     QList<BackgroundTask> backgroundTasks;
     std::optional<QString> itermSessionID;
     std::optional<QString> termProgram;
@@ -66,6 +69,10 @@ struct HookEvent {
 
     /// Reads a hook's payload. None for a body that is no JSON object, has no session id, or
     /// belongs to an event that the agent's adapter doesn't know. Safe from any thread.
+    static std::optional<HookEvent> decode(const AgentAdapter &adapter, const QString &nativeName,
+                                           QByteArrayView body, const HookOrigin &origin);
+
+    /// The same for an agent whose release is unknown.
     static std::optional<HookEvent> decode(AgentKind agent, const QString &nativeName,
                                            QByteArrayView body, const HookOrigin &origin);
 

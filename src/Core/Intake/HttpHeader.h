@@ -25,9 +25,10 @@ enum class HttpHeader {
     zellijSession,
     orcaTerminal,
     process,
+    program,
 };
 
-inline constexpr std::size_t httpHeaderCount = 16;
+inline constexpr std::size_t httpHeaderCount = 17;
 
 /// The header of this name in any case, or none for one that isn't read.
 std::optional<HttpHeader> httpHeader(std::string_view name);

@@ -47,7 +47,8 @@ void take(const fs::directory_entry &entry, const AgentAdapter &adapter, Date cu
           QList<DiscoveredSession> &found) {
     if (const auto written = recentChange(entry, cutoff)) {
         const QString path = toText(entry.path());
-        if (const auto origin = adapter.transcriptOrigin(path)) {
+        const auto origin = adapter.transcriptOrigin(path);
+        if (origin && AgentRegistry::adapter(adapter.kind(), origin->release).isSession(*origin)) {
             found.append({origin->sessionID, adapter.kind(), origin->cwd, path, *written, {}});
         }
     }

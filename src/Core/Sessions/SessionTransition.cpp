@@ -121,7 +121,7 @@ SessionTransition toolUse(const Context &context) {
     session.state = SessionState::working;
     session.pendingExternalResponse.reset();
     session.currentTool = event.toolName;
-    if (event.toolName && HookEvent::isSubagentTool(*event.toolName)) {
+    if (event.launchesSubagent || (event.toolName && HookEvent::isSubagentTool(*event.toolName))) {
         session.subagents.append({QUuid::createUuid(),
                                   event.taskDescription.value_or(SessionTransition::tr("subagent")),
                                   false});

@@ -33,8 +33,8 @@ QByteArray contents(const QString &path) {
 class Watch {
 public:
     Watch(int descriptor, std::function<void()> ended)
-        : m_descriptor(descriptor), m_notifier(new QSocketNotifier(descriptor,
-                                                                   QSocketNotifier::Read)) {
+        : m_descriptor(descriptor),
+          m_notifier(new QSocketNotifier(descriptor, QSocketNotifier::Read)) {
         QObject::connect(m_notifier, &QSocketNotifier::activated, m_notifier,
                          [notifier = m_notifier, ended = std::move(ended)] {
                              notifier->setEnabled(false);

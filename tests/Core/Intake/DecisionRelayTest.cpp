@@ -1,3 +1,4 @@
+#include "Core/Adapters/AgentRegistry.h"
 #include "Support/ServerFixture.h"
 
 #include <nlohmann/json.hpp>
@@ -116,7 +117,8 @@ TEST(DecisionRelay, TellsAtOnceOfAHookThatCannotBeWatched) {
     HookEvent event;
     event.toolUseID = "call_1";
     // The system waits for no descriptor that isn't open.
-    relay->park(event, std::make_shared<EventConnection>(surroundings, -1, 0), {});
+    relay->park(event, AgentRegistry::adapter(event.agent),
+                std::make_shared<EventConnection>(surroundings, -1, 0), {});
     thread.context().poll();
     scheduler.runPosted();
     EXPECT_EQ(told, (std::vector<std::string>{"call_1", "expired call_1"}));

@@ -1,0 +1,54 @@
+#include "Core/Adapters/AgentReleases.h"
+
+#include <array>
+
+namespace morvane::AgentReleases {
+
+std::span<const Listed> all() {
+    static const std::array releases{
+        // Tried: 2.1.197, 2.1.331, 2.1.332.
+        Listed{AgentKind::claude,
+               {2, 1, 197},
+               {3, 0, 0},
+               {.remembering = AgentContract::Remembering::ruleUpdate}},
+        // Tried: 0.169.0.
+        Listed{AgentKind::codex,
+               {0, 169, 0},
+               {1, 0, 0},
+               {.waitsAtSessionEnd = true,
+                .reviewsHooks = true,
+                .speaksInPhases = true,
+                .spawnsAgents = true}},
+        // Tried: 0.61.0.
+        Listed{AgentKind::gemini,
+               {0, 61, 0},
+               {1, 0, 0},
+               {.hookTimeUnit = AgentContract::TimeUnit::milliseconds, .hasAsyncHooks = false}},
+        // Tried: 0.24.4. Its events are Claude Code's, so it has an adapter of another kind too.
+        Listed{AgentKind::qwen, {0, 24, 4}, {1, 0, 0}, {.hasPromptsOfItsOwn = true}},
+    };
+    return releases;
+}
+
+std::optional<Program> program(AgentKind agent) {
+    switch (agent) {
+    case AgentKind::claude:
+        return Program{QStringLiteral("claude"), QStringLiteral("@anthropic-ai/claude-code")};
+    case AgentKind::codex:
+        return Program{QStringLiteral("codex"), QStringLiteral("@openai/codex")};
+    case AgentKind::gemini:
+        return Program{QStringLiteral("gemini"), QStringLiteral("@google/gemini-cli")};
+    case AgentKind::qwen:
+        return Program{QStringLiteral("qwen"), QStringLiteral("@qwen-code/qwen-code")};
+    case AgentKind::opencode:
+    case AgentKind::cursor:
+    case AgentKind::kimi:
+    case AgentKind::qoder:
+    case AgentKind::factory:
+    case AgentKind::codebuddy:
+        break;
+    }
+    return std::nullopt;
+}
+
+} // namespace morvane::AgentReleases

@@ -1,0 +1,153 @@
+#include "Core/Adapters/ProgramReleases.h"
+
+#include "Core/Adapters/AgentReleases.h"
+#include "Core/Ground/JsonObject.h"
+#include "Core/Ground/RegularFile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStringList>
+
+#include <algorithm>
+#include <sys/stat.h>
+
+namespace morvane {
+
+namespace {
+
+using AgentReleases::Program;
+
+constexpr qsizetype longestPackageFile = 262'144;
+constexpr int highestPackage = 6; ///< folders above the program
+
+/// More programs than anybody has; a caller without end makes it begin anew.
+constexpr std::size_t mostKnown = 64;
+
+std::optional<AgentRelease> releaseOfPackage(const QString &file, const QString &package) {
+    const auto text = RegularFile::head(file, longestPackageFile);
+    const auto root = text ? JsonObject::parse(*text) : std::nullopt;
+    const auto name = root ? root->string("name") : std::nullopt;
+    const auto version = root ? root->string("version") : std::nullopt;
+    const bool isThis = name && (*name == package || name->startsWith(package + QLatin1Char('-')));
+    return isThis && version ? AgentRelease::parse(*version) : std::nullopt;
+}
+
+/// Installers without a package have a file or a folder of their own for each release.
+std::optional<AgentRelease> releaseInPath(const QString &path, const QString &command) {
+    const QStringList parts =
+        path.split(QLatin1Char('/')).last(std::min<qsizetype>(path.count(QLatin1Char('/')), 4));
+    if (!parts.contains(command)) {
+        return std::nullopt;
+    }
+    for (auto part = parts.rbegin(); part != parts.rend(); ++part) {
+        if (const auto release = AgentRelease::parse(*part)) {
+            return release;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<AgentRelease> read(const Program &program, const QString &file) {
+    const QString path = QFileInfo(file).canonicalFilePath();
+    QString folder = path.section(QLatin1Char('/'), 0, -2);
+    for (int level = 0; level < highestPackage && !folder.isEmpty(); ++level) {
+        const auto release =
+            releaseOfPackage(folder + QLatin1String("/package.json"), program.package);
+        if (release) {
+            return release;
+        }
+        folder = folder.section(QLatin1Char('/'), 0, -2);
+    }
+    return releaseInPath(path, program.command);
+}
+
+/// The paths that fit the pattern, in which one part may be "*", that of the newest folder first.
+QStringList fitting(const QString &pattern) {
+    const qsizetype star = pattern.indexOf(QLatin1String("/*/"));
+    if (star < 0) {
+        return {pattern};
+    }
+    QStringList result;
+    const QFileInfoList folders =
+        QDir(pattern.first(star)).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Time);
+    for (const QFileInfo &folder : folders) {
+        result << folder.filePath() + pattern.mid(star + 2);
+    }
+    return result;
+}
+
+/// Where a shell would look for the program, in order, and behind it the places that a shell only
+/// knows by what runs when it starts.
+QStringList places(const Program &program) {
+    QStringList result;
+    const QStringList path = qEnvironmentVariable("PATH").split(QLatin1Char(':'));
+    for (const QString &folder : path) {
+        if (folder.startsWith(QLatin1Char('/'))) {
+            result << folder + QLatin1Char('/') + program.command;
+        }
+    }
+    for (const char *folder :
+         {".local/bin", "bin", ".npm-global/bin", ".nvm/versions/node/*/bin",
+          ".local/share/fnm/aliases/default/bin",
+          ".local/share/fnm/node-versions/*/installation/bin", ".fnm/aliases/default/bin",
+          ".fnm/node-versions/*/installation/bin", ".asdf/installs/nodejs/*/bin",
+          ".local/share/mise/installs/node/*/bin", "n/bin", ".bun/bin", ".local/share/pnpm"}) {
+        result << fitting(QStringLiteral("%1/%2/%3")
+                              .arg(QDir::homePath(), QLatin1String(folder), program.command));
+    }
+    // What these put on the PATH is a script of their own.
+    for (const char *folder : {".local/share/pnpm/global/*/node_modules/%1",
+                               ".volta/tools/image/packages/%1/lib/node_modules/%1"}) {
+        result << fitting(
+            QStringLiteral("%1/%2/package.json")
+                .arg(QDir::homePath(), QString::fromLatin1(folder).arg(program.package)));
+    }
+    return result;
+}
+
+} // namespace
+
+std::optional<ProgramReleases::Identity> ProgramReleases::identityOf(const QString &file) {
+    struct stat status {};
+    if (::stat(QFile::encodeName(file).constData(), &status) != 0) {
+        return std::nullopt;
+    }
+    return Identity{status.st_dev, status.st_ino,
+                    status.st_mtim.tv_sec * 1'000'000'000 + status.st_mtim.tv_nsec};
+}
+
+std::optional<AgentRelease> ProgramReleases::of(AgentKind agent, const QString &file) {
+    const auto program = AgentReleases::program(agent);
+    const auto identity =
+        program && file.startsWith(QLatin1Char('/')) ? identityOf(file) : std::nullopt;
+    if (!identity) {
+        return std::nullopt;
+    }
+    const std::pair key(agent, file);
+    const auto known = m_known.find(key);
+    if (known != m_known.end() && known->second.identity == *identity) {
+        return known->second.release;
+    }
+    if (m_known.size() >= mostKnown) {
+        m_known.clear();
+    }
+    const auto release = read(*program, file);
+    m_known.insert_or_assign(key, Known{*identity, release});
+    return release;
+}
+
+std::optional<AgentRelease> ProgramReleases::installed(AgentKind agent) {
+    const auto program = AgentReleases::program(agent);
+    if (!program) {
+        return std::nullopt;
+    }
+    for (const QString &place : places(*program)) {
+        if (const auto release = of(agent, place)) {
+            return release;
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace morvane

@@ -1,0 +1,45 @@
+#pragma once
+
+namespace morvane {
+
+/// Where a release of an agent speaks otherwise than the contract that was written down first. That
+/// one is the value as it is made, and what every release gets that isn't known to differ. A plain
+/// value, fixed with the adapter that it is given to.
+struct AgentContract {
+    /// How a decision is told that the agent shall remember.
+    enum class Remembering {
+        oneRule,    ///< an object of rule, action and duration
+        ruleUpdate, ///< a list of changes of the permission rules
+    };
+
+    /// How long a hook may take stands in its entry, in this unit.
+    enum class TimeUnit { seconds, milliseconds };
+
+    Remembering remembering = Remembering::oneRule;
+
+    TimeUnit hookTimeUnit = TimeUnit::seconds;
+
+    /// The agent takes "async" for what it says, and doesn't wait for a hook that has it.
+    bool hasAsyncHooks = true;
+
+    /// The agent waits for the hooks of a session's end, and for no longer than
+    /// `HookTimeout::sessionEnd`. It warns of an entry that asks for anything else.
+    bool waitsAtSessionEnd = false;
+
+    /// The agent runs no hook that is new or changed before its person has reviewed it.
+    bool reviewsHooks = false;
+
+    /// A prompt without a text tells that a tool has given its result, and nothing of a person.
+    bool hasPromptsOfItsOwn = false;
+
+    /// Every message of the transcript counts as the agent's last words, whatever phase it is of.
+    bool speaksInPhases = false;
+
+    /// Subagents are launched with "spawn_agent", and keep transcripts of their own, which name
+    /// the session that they work for beside their own id.
+    bool spawnsAgents = false;
+
+    friend bool operator==(const AgentContract &, const AgentContract &) = default;
+};
+
+} // namespace morvane

@@ -1,0 +1,120 @@
+#include "AgentProgram.h"
+
+#include "Kernel.h"
+#include "Process.h"
+
+#include <cstddef>
+#include <fcntl.h>
+
+namespace morvane {
+
+namespace {
+
+/// More than stands between an agent and its hooks: a shell, perhaps a wrapper or two.
+constexpr int mostCarriers = 5;
+constexpr size_t longestPath = 1024;
+
+/// What a link under /proc leads to; longer paths are as good as none.
+struct Target {
+    char bytes[longestPath + 1];
+    size_t size = 0;
+
+    Target(long id, std::string_view link) {
+        const long length =
+            kernel::call(SYS_readlinkat, AT_FDCWD, procPath(id, link).bytes, bytes, sizeof bytes);
+        size = length < 0 ? 0 : static_cast<size_t>(length);
+    }
+};
+
+bool isInterpreter(std::string_view name) {
+    name.remove_prefix(name.rfind('/') + 1);
+    return name == "node" || name == "nodejs" || name == "bun" || name == "deno";
+}
+
+/// The first argument that is no option, of arguments that each end with a zero byte.
+std::string_view scriptIn(std::string_view arguments) {
+    for (bool isName = true; !arguments.empty(); isName = false) {
+        const size_t end = arguments.find('\0');
+        if (end == std::string_view::npos)
+            return {}; // cut off
+        const std::string_view argument{arguments.data(), end};
+        if (!isName && !argument.empty() && argument.front() != '-')
+            return argument;
+        arguments.remove_prefix(end + 1);
+    }
+    return {};
+}
+
+/// How many bytes follow the first of a character of UTF-8; a value below zero for none that begins
+/// one. The bounds are those of the second byte.
+int followers(unsigned char first, unsigned char &low, unsigned char &high) {
+    low = first == 0xe0 ? 0xa0 : first == 0xf0 ? 0x90 : 0x80;
+    high = first == 0xed ? 0x9f : first == 0xf4 ? 0x8f : 0xbf;
+    if (first < 0x80)
+        return first < ' ' || first == 0x7f ? -1 : 0;
+    if (first < 0xc2 || first > 0xf4)
+        return -1;
+    return first < 0xe0 ? 1 : first < 0xf0 ? 2 : 3;
+}
+
+/// The server refuses what is no UTF-8, and a line break would begin a header of its own.
+bool fitsInHeader(std::string_view text) {
+    while (!text.empty()) {
+        unsigned char low = 0;
+        unsigned char high = 0;
+        const int count = followers(static_cast<unsigned char>(text.front()), low, high);
+        if (count < 0 || text.size() <= static_cast<size_t>(count))
+            return false;
+        for (int i = 1; i <= count; ++i, low = 0x80, high = 0xbf) {
+            const auto next = static_cast<unsigned char>(text[static_cast<size_t>(i)]);
+            if (next < low || next > high)
+                return false;
+        }
+        text.remove_prefix(static_cast<size_t>(count) + 1);
+    }
+    return true;
+}
+
+/// The folder may be empty, the name may be a path. Static, since the text outlives the call.
+std::string_view kept(std::string_view folder, std::string_view name) {
+    static char bytes[longestPath];
+    size_t size = 0;
+    const std::string_view slash = folder.empty() ? "" : "/";
+    for (const std::string_view part : {folder, slash, name}) {
+        for (const char c : part) {
+            if (size == sizeof bytes)
+                return {};
+            bytes[size++] = c;
+        }
+    }
+    const std::string_view path{bytes, size};
+    return fitsInHeader(path) ? path : std::string_view{};
+}
+
+std::string_view programOf(long id, std::string_view arguments) {
+    const Target program{id, "/exe"};
+    const std::string_view path{program.bytes, program.size};
+    if (!isInterpreter(path))
+        return kept({}, path);
+    const std::string_view script = scriptIn(arguments);
+    if (script.empty() || script.front() == '/')
+        return kept({}, script);
+    const Target folder{id, "/cwd"};
+    return folder.size == 0 ? std::string_view{} : kept({folder.bytes, folder.size}, script);
+}
+
+} // namespace
+
+std::string_view agentProgram() {
+    char bytes[4096];
+    long id = kernel::call(SYS_getppid);
+    for (int i = 0; i < mostCarriers && id > 0; ++i, id = processOf(id).parent) {
+        const size_t size = readFile(procPath(id, "/cmdline").bytes, bytes, sizeof bytes);
+        const std::string_view arguments{bytes, size};
+        if (arguments.find("/hook.sh") == std::string_view::npos)
+            return programOf(id, arguments);
+    }
+    return {};
+}
+
+} // namespace morvane

@@ -1,0 +1,84 @@
+#include "Process.h"
+
+#include "Kernel.h"
+
+#include <fcntl.h>
+
+namespace morvane {
+
+namespace {
+
+long number(std::string_view &text) {
+    long value = 0;
+    while (!text.empty() && text.front() >= '0' && text.front() <= '9') {
+        value = 10 * value + (text.front() - '0');
+        text.remove_prefix(1);
+    }
+    return value;
+}
+
+void skipField(std::string_view &text) {
+    while (!text.empty() && text.front() != ' ')
+        text.remove_prefix(1);
+    if (!text.empty())
+        text.remove_prefix(1);
+}
+
+} // namespace
+
+void ShortText::add(std::string_view text) {
+    for (const char c : text) {
+        if (size < sizeof bytes)
+            bytes[size++] = c;
+    }
+}
+
+void ShortText::add(long number) {
+    if (number >= 10)
+        add(number / 10);
+    const char digit = static_cast<char>('0' + number % 10);
+    add({&digit, 1});
+}
+
+ShortText procPath(long id, std::string_view file) {
+    ShortText path;
+    path.add("/proc/");
+    path.add(id);
+    path.add(file);
+    path.add({"", 1});
+    return path;
+}
+
+size_t readFile(const char *path, char *room, size_t roomSize) {
+    const long file = kernel::call(SYS_openat, AT_FDCWD, path, O_RDONLY | O_CLOEXEC);
+    if (file < 0)
+        return 0;
+    const long size = kernel::call(SYS_read, file, room, roomSize);
+    kernel::call(SYS_close, file);
+    return size < 0 ? 0 : static_cast<size_t>(size);
+}
+
+Process processOf(long id) {
+    char bytes[1024];
+    const size_t size = readFile(procPath(id, "/stat").bytes, bytes, sizeof bytes);
+
+    // The program's name may hold blanks and parentheses, so the fields count from the last one.
+    size_t begin = size;
+    while (begin > 0 && bytes[begin - 1] != ')')
+        --begin;
+    if (begin == 0)
+        return {};
+    std::string_view fields{bytes + begin, size - begin};
+    skipField(fields); // the blank behind the name
+    skipField(fields); // state
+    Process process;
+    process.parent = number(fields);
+    skipField(fields);
+    skipField(fields); // process group
+    process.session = number(fields);
+    skipField(fields);
+    process.terminal = number(fields);
+    return process;
+}
+
+} // namespace morvane

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace morvane {
+
+/// What the kernel tells of a process; all zero where it tells nothing.
+struct Process {
+    long parent = 0;
+    long session = 0;
+    long terminal = 0;
+};
+
+[[nodiscard]] Process processOf(long id);
+
+/// Text of a fixed room; what does not fit is cut off.
+struct ShortText {
+    char bytes[64];
+    size_t size = 0;
+
+    void add(std::string_view text);
+    void add(long number);
+};
+
+/// The path of a process's file under /proc, as the kernel takes it.
+[[nodiscard]] ShortText procPath(long id, std::string_view file);
+
+/// Reads the beginning of a file into the room; 0 where nothing can be read.
+[[nodiscard]] size_t readFile(const char *path, char *room, size_t roomSize);
+
+} // namespace morvane
