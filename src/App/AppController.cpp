@@ -70,6 +70,11 @@ std::unique_ptr<EventServer> AppController::makeServer() {
             weak->m_store.approvalExpired(id);
         }
     };
+    handlers.onDecisionHungUp = [weak](const QString &id) {
+        if (weak) {
+            weak->m_store.approvalHungUp(id);
+        }
+    };
     handlers.decisionsEnabled = [&settings = m_settings] { return settings.approvalsEnabled(); };
     m_store.resolveDecision = [this](const QString &id, const AgentDecision &decision) {
         if (m_server) {

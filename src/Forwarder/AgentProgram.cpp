@@ -91,30 +91,53 @@ std::string_view kept(std::string_view folder, std::string_view name) {
     return fitsInHeader(path) ? path : std::string_view{};
 }
 
-std::string_view programOf(long id, std::string_view arguments) {
-    const Target program{id, "/exe"};
-    const std::string_view path{program.bytes, program.size};
-    if (!isInterpreter(path))
-        return kept({}, path);
-    const std::string_view script = scriptIn(arguments);
-    if (script.empty() || script.front() == '/')
-        return kept({}, script);
-    const Target folder{id, "/cwd"};
-    return folder.size == 0 ? std::string_view{} : kept({folder.bytes, folder.size}, script);
-}
+constexpr size_t mostArguments = 4096;
 
 } // namespace
 
-std::string_view agentProgram() {
-    char bytes[4096];
+long agentProcess() {
+    char bytes[mostArguments];
     long id = kernel::call(SYS_getppid);
     for (int i = 0; i < mostCarriers && id > 0; ++i, id = processOf(id).parent) {
         const size_t size = readFile(procPath(id, "/cmdline").bytes, bytes, sizeof bytes);
         const std::string_view arguments{bytes, size};
         if (arguments.find("/hook.sh") == std::string_view::npos)
-            return programOf(id, arguments);
+            return id;
     }
-    return {};
+    return 0;
+}
+
+std::string_view programOf(long process) {
+    const Target program{process, "/exe"};
+    const std::string_view path{program.bytes, program.size};
+    if (!isInterpreter(path))
+        return kept({}, path);
+    char bytes[mostArguments];
+    const size_t size = readFile(procPath(process, "/cmdline").bytes, bytes, sizeof bytes);
+    const std::string_view script = scriptIn({bytes, size});
+    if (script.empty() || script.front() == '/')
+        return kept({}, script);
+    const Target folder{process, "/cwd"};
+    return folder.size == 0 ? std::string_view{} : kept({folder.bytes, folder.size}, script);
+}
+
+ShortText identityOf(long process) {
+    ShortText identity;
+    const long startedAt = processOf(process).startedAt;
+    // As in "pid:[4026531836]".
+    const Target space{process, "/ns/pid"};
+    std::string_view number{space.bytes, space.size};
+    const size_t begin = number.find('[');
+    if (startedAt == 0 || begin == std::string_view::npos)
+        return identity;
+    number.remove_prefix(begin + 1);
+    number.remove_suffix(1);
+    identity.add(process);
+    identity.add(" ");
+    identity.add(startedAt);
+    identity.add(" ");
+    identity.add(number);
+    return identity;
 }
 
 } // namespace morvane

@@ -1,12 +1,22 @@
 #pragma once
 
+#include "Process.h"
+
 #include <string_view>
 
 namespace morvane {
 
-/// The file of the program that runs this hook: the nearest ancestor's that is not there only to
-/// run hook.sh. Where that is an interpreter, the script that it runs. An absolute path of no more
-/// than 1024 bytes of UTF-8 without control characters; empty where there is no such path.
-[[nodiscard]] std::string_view agentProgram();
+/// The process that runs this hook: the nearest ancestor that is not there only to run hook.sh. 0
+/// where none is found.
+[[nodiscard]] long agentProcess();
+
+/// The file of the program that a process runs. Where that is an interpreter, the script that it
+/// runs. An absolute path of no more than 1024 bytes of UTF-8 without control characters; empty
+/// where there is no such path.
+[[nodiscard]] std::string_view programOf(long process);
+
+/// What tells the process from every other: its number, its start in clock ticks since the
+/// machine's, and the number space, with blanks between them. Empty where the kernel doesn't tell.
+[[nodiscard]] ShortText identityOf(long process);
 
 } // namespace morvane

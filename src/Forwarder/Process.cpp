@@ -78,6 +78,10 @@ Process processOf(long id) {
     process.session = number(fields);
     skipField(fields);
     process.terminal = number(fields);
+    constexpr int untilStart = 15; // what the terminal, the 7th of all, is from the 22nd
+    for (int i = 0; i < untilStart; ++i)
+        skipField(fields);
+    process.startedAt = number(fields);
     return process;
 }
 

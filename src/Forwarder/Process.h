@@ -10,6 +10,7 @@ struct Process {
     long parent = 0;
     long session = 0;
     long terminal = 0;
+    long startedAt = 0; ///< clock ticks since the machine has started
 };
 
 [[nodiscard]] Process processOf(long id);

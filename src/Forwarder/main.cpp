@@ -93,7 +93,14 @@ bool appendHeader(Buffer &head, std::string_view name, std::string_view value) {
 struct Surroundings {
     std::string_view terminal;
     std::string_view program;
+    ShortText process;
 };
+
+Surroundings here() {
+    const long agent = agentProcess();
+    return {controllingTerminal(), agent > 0 ? programOf(agent) : std::string_view{},
+            agent > 0 ? identityOf(agent) : ShortText{}};
+}
 
 bool writeHead(Buffer &head, std::string_view path, std::string_view headers,
                const Surroundings &surroundings, size_t length) {
@@ -101,7 +108,10 @@ bool writeHead(Buffer &head, std::string_view path, std::string_view headers,
            head.append(" HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Length: ") &&
            appendNumber(head, length) && head.append("\r\n") && appendHeaders(head, headers) &&
            appendHeader(head, "x-tty", surroundings.terminal) &&
-           appendHeader(head, "x-morvane-program", surroundings.program) && head.append("\r\n");
+           appendHeader(head, "x-morvane-program", surroundings.program) &&
+           appendHeader(head, "x-morvane-process",
+                        {surroundings.process.bytes, surroundings.process.size}) &&
+           head.append("\r\n");
 }
 
 /// The connected socket, or a value below zero.
@@ -112,10 +122,12 @@ int connectTo(std::uint16_t port, const Deadline &deadline) {
     address.sin_family = AF_INET;
     address.sin_port = __builtin_bswap16(port);
     address.sin_addr.s_addr = __builtin_bswap32(INADDR_LOOPBACK);
-    const long result = kernel::call(SYS_connect, connection, &address, sizeof address);
-    if (result == 0 || (result == -EINPROGRESS && deadline.await(connection, POLLOUT)))
-        return connection;
-    return -1;
+    long result = kernel::call(SYS_connect, connection, &address, sizeof address);
+    if (result == -EINPROGRESS && deadline.await(connection, POLLOUT)) {
+        // Tells how it went: with nobody there, the kernel need not be asked who it is.
+        result = kernel::call(SYS_connect, connection, &address, sizeof address);
+    }
+    return result == 0 || result == -EISCONN ? connection : -1;
 }
 
 /// Both parts in one call, so that a usual event arrives in one piece.
@@ -189,7 +201,7 @@ void forward(std::uint16_t port, std::string_view path, std::string_view headers
         print(payload.view(), prompt);
     Surroundings surroundings;
     if (mode != Mode::Copy)
-        surroundings = {controllingTerminal(), agentProgram()};
+        surroundings = here();
     if (!writeHead(head, path, headers, surroundings, payload.view().size()))
         return;
     const int connection = connectTo(port, prompt);

@@ -156,6 +156,7 @@ TEST(Program, IsThatOfTheAncestorThatIsNoShellOfTheHook) {
             auto headers = listener.take().headers;
             waitpid(child, nullptr, 0);
             EXPECT_FALSE(headers.contains("x-evil"));
+            EXPECT_TRUE(headers["x-morvane-process"].starts_with(std::to_string(child) + " "));
             if (!told.empty()) {
                 EXPECT_EQ(headers["x-morvane-program"], fs::current_path() / told);
             } else if (carrier == Carrier::Client) {

@@ -33,6 +33,21 @@ std::optional<int> lastInputTokens(object tokenCount) {
     return usage ? positive(integer(*usage, "input_tokens").value_or(0)) : std::nullopt;
 }
 
+/// The names of the first two have changed with the releases.
+std::optional<TranscriptInfo::Turn> turnAfter(std::string_view event) {
+    using Turn = TranscriptInfo::Turn;
+    if (event == "task_started" || event == "turn_started") {
+        return Turn::running;
+    }
+    if (event == "task_complete" || event == "turn_complete") {
+        return Turn::ended;
+    }
+    if (event == "turn_aborted") {
+        return Turn::interrupted;
+    }
+    return event == "error" ? std::optional(Turn::failed) : std::nullopt;
+}
+
 void take(const JsonObject &line, bool ofAnyPhase, TranscriptInfo &info) {
     const std::string_view type = word(line.root(), "type");
     const auto payload = JsonObject::object(line.root(), "payload");
@@ -45,6 +60,8 @@ void take(const JsonObject &line, bool ofAnyPhase, TranscriptInfo &info) {
         fill(info.permissionMode, JsonObject::string(*payload, "approval_policy"));
     } else if (type == "event_msg" && kind == "token_count") {
         fill(info.contextTokens, lastInputTokens(*payload));
+    } else if (type == "event_msg") {
+        fill(info.turn, turnAfter(kind));
     } else if (type == "response_item" && kind == "message") {
         takeCodexMessage(*payload, ofAnyPhase, info);
     }

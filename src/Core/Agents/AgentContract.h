@@ -39,6 +39,26 @@ struct AgentContract {
     /// the session that they work for beside their own id.
     bool spawnsAgents = false;
 
+    /// A subagent asks for permission as its session does, and takes an answer.
+    bool subagentsAsk = false;
+
+    /// The hooks of one call start together, so that the announcement of a call may come after its
+    /// own request for permission.
+    bool announcesWhileAsking = false;
+
+    /// The hook of a turn's end brings the agent's last words, or what failed.
+    bool tellsLastWords = false;
+
+    /// A person who interrupts the agent while it asks ends the hook that waits, and the agent says
+    /// nothing of it.
+    bool interruptsByHangUp = false;
+
+    /// A turn that is interrupted or fails ends without a hook; the transcript tells.
+    bool endsTurnsInTranscript = false;
+
+    /// The title in the transcript is that of the turn before, while a turn runs.
+    bool titlesLag = false;
+
     friend bool operator==(const AgentContract &, const AgentContract &) = default;
 };
 

@@ -9,11 +9,15 @@ namespace morvane {
 /// What a transcript tells of its session; each field is absent where the part that was read
 /// doesn't say.
 struct TranscriptInfo {
+    /// How the newest turn stands, where the agent notes that.
+    enum class Turn { running, ended, interrupted, failed };
+
     std::optional<QString> model;
     std::optional<QString> lastAssistantText; ///< one line
     std::optional<int> contextTokens;         ///< of the last request
     std::optional<QString> permissionMode;
     std::optional<QString> title; ///< one line
+    std::optional<Turn> turn;     ///< of no account for `isComplete`
 
     bool isComplete() const {
         return model && lastAssistantText && contextTokens && permissionMode && title;

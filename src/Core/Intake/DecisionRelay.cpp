@@ -114,11 +114,13 @@ void DecisionRelay::expire(const QString &id, std::uint64_t serial) {
     }
 }
 
-/// The hook is gone. To the rest of the program that is the same as an expiry.
+/// The hook is gone. Of most agents that tells no more than an expiry.
 void DecisionRelay::discard(const QString &id, std::uint64_t serial) {
     if (auto pending = take(id, serial)) {
         pending->connection->close();
-        tellExpired(id);
+        const bool tells = pending->adapter.contract().interruptsByHangUp && m_handlers.onHungUp;
+        m_main.post(
+            [handler = tells ? m_handlers.onHungUp : m_handlers.onExpired, id] { handler(id); });
     }
 }
 

@@ -27,6 +27,8 @@ public:
         std::function<void(const HookEvent &)> onParked;
         /// Nobody can make this decision any more.
         std::function<void(const QString &)> onExpired;
+        /// The same, where the end of the hook tells that its agent may have been interrupted.
+        std::function<void(const QString &)> onHungUp = {};
     };
 
     /// `timers` gives the time limits, and may call from any thread.

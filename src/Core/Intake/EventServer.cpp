@@ -88,7 +88,8 @@ EventServer::EventServer(const QString &token, std::uint16_t preferredPort, Hand
       m_acceptor(m_thread.context()) {
     m_relay = std::make_shared<DecisionRelay>(
         Queue(m_thread.context().get_executor()), m_main, m_timers,
-        DecisionRelay::Handlers{m_handlers.onEvent, m_handlers.onDecisionExpired});
+        DecisionRelay::Handlers{m_handlers.onEvent, m_handlers.onDecisionExpired,
+                                m_handlers.onDecisionHungUp});
 }
 
 std::size_t EventServer::unfinishedLimit() {

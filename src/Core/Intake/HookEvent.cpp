@@ -6,6 +6,8 @@
 #include "Core/Ground/JsonMembers.h"
 #include "Core/Ground/JsonObject.h"
 
+#include <QCryptographicHash>
+
 #include <algorithm>
 #include <array>
 
@@ -101,10 +103,46 @@ std::optional<QList<AgentQuestion>> questions(object input) {
     return result;
 }
 
-ReadableInput toolInput(QByteArrayView body) {
+/// The tool's input as it is spelled.
+std::optional<std::string_view> rawInput(QByteArrayView body) {
     const std::string_view text(body.data(), static_cast<std::size_t>(body.size()));
-    const auto input = JsonMembers::find(text, u"tool_input");
-    return input && input->starts_with('{') ? ReadableInput::of(*input) : ReadableInput();
+    return JsonMembers::find(text, u"tool_input");
+}
+
+QByteArray callOf(const HookEvent &event, std::string_view input) {
+    QCryptographicHash hash(QCryptographicHash::Sha1);
+    hash.addData(event.toolName.value_or(QString()).toUtf8().append('\0'));
+    hash.addData(QByteArrayView(input.data(), static_cast<qsizetype>(input.size())));
+    return hash.result();
+}
+
+void takeInput(HookEvent &event, QByteArrayView body, const AgentContract &contract) {
+    const bool asks = event.kind == CanonicalEvent::permissionRequest;
+    const bool announces = contract.announcesWhileAsking && event.kind == CanonicalEvent::toolUse;
+    const auto input = asks || announces ? rawInput(body) : std::nullopt;
+    if (!input || !input->starts_with('{')) {
+        return;
+    }
+    if (asks) {
+        event.toolInput = ReadableInput::of(*input);
+    }
+    if (contract.announcesWhileAsking) {
+        event.call = callOf(event, *input);
+    }
+}
+
+/// What has failed is told in other words, the plainest first.
+std::optional<QString> lastWords(const JsonObject &body, CanonicalEvent kind) {
+    const auto words = displayLine(body.string("last_assistant_message"));
+    if (kind == CanonicalEvent::turnEnd || words) {
+        return words;
+    }
+    for (const char *key : {"error_details", "error"}) {
+        if (const auto failure = displayLine(body.string(key))) {
+            return failure;
+        }
+    }
+    return QString();
 }
 
 QList<BackgroundTask> backgroundTasks(const JsonObject &body) {
@@ -151,13 +189,20 @@ std::optional<HookEvent> HookEvent::decode(const AgentAdapter &adapter, const QS
         event.questions = morvane::questions(*input);
         event.taskDescription = displayLine(JsonObject::string(*input, "description"));
     }
-    if (event.kind == CanonicalEvent::permissionRequest) {
-        event.toolInput = morvane::toolInput(bytes);
-    }
+    takeInput(event, bytes, adapter.contract());
     event.responseMessage = morvane::responseMessage(*body, input);
     event.prompt = displayLine(body->string("prompt"));
     event.transcriptPath = body->string("transcript_path");
     event.agentID = body->string("agent_id");
+    const AgentContract &contract = adapter.contract();
+    event.asksForSubagent = contract.subagentsAsk && event.agentID.has_value() &&
+                            event.kind == CanonicalEvent::permissionRequest;
+    if (contract.tellsLastWords &&
+        (event.kind == CanonicalEvent::turnEnd || event.kind == CanonicalEvent::turnFailed)) {
+        event.lastWords = morvane::lastWords(*body, event.kind);
+    }
+    event.endsTurnsInTranscript = contract.endsTurnsInTranscript;
+    event.titlesLag = contract.titlesLag;
     if (adapter.reportsBackgroundTasks()) {
         event.backgroundTasks = morvane::backgroundTasks(*body);
     }

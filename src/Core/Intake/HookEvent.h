@@ -51,6 +51,9 @@ struct HookEvent {
     std::optional<QString> toolUseID;
     std::optional<QString> toolDetail; ///< what the tool works on, one line
     ReadableInput toolInput;           ///< all that a tool is given which asks for permission
+    /// The same for a call's announcement and its request for permission, where the agent may send
+    /// one after the other; else empty.
+    QByteArray call;
     std::optional<QList<AgentQuestion>> questions;
     std::optional<QString> responseMessage; ///< what the agent says to the person, one line
     std::optional<QString> taskDescription; ///< what a subagent is for, one line
@@ -58,6 +61,12 @@ struct HookEvent {
     std::optional<QString> transcriptPath;
     std::optional<QString> agentID; ///< set when the event comes from inside a subagent
     bool launchesSubagent = false;  ///< the tool is a release's own for that
+    bool asksForSubagent = false;   ///< the request of a subagent can be answered like any other
+    /// The agent's last words of the turn that has ended, one line; an empty text tells that there
+    /// are none. Absent where the transcript has to be asked.
+    std::optional<QString> lastWords;
+    bool endsTurnsInTranscript = false; ///< a turn may end without an event
+    bool titlesLag = false;             ///< while a turn runs its prompt says more than the title
     QList<BackgroundTask> backgroundTasks;
     std::optional<QString> itermSessionID;
     std::optional<QString> termProgram;

@@ -68,6 +68,9 @@ public:
     std::optional<PendingApproval> pendingApproval;
     std::optional<PendingQuestion> pendingQuestion;
     std::optional<PendingExternalResponse> pendingExternalResponse;
+    QByteArray pendingCall; ///< the call that a hook waits with, as `HookEvent::call` has it
+    bool endsTurnsInTranscript = false; ///< a turn may end without an event
+    bool titlesLag = false;             ///< while a turn runs its prompt says more than `aiTitle`
 
     /// The name on the session's row: the person's own, else the folder's, else "session".
     QString displayName() const;

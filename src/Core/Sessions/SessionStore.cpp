@@ -10,6 +10,8 @@ namespace {
 
 constexpr Seconds cleanupInterval(60);
 constexpr Seconds transcriptInterval(15);
+constexpr Seconds answerDelay(2); ///< within which an agent goes on that was answered elsewhere
+constexpr Seconds quietLimit(30); ///< without an event, of a turn that may have ended without one
 
 } // namespace
 
@@ -29,7 +31,8 @@ bool SessionStore::hasWorkingUsageMilestoneSession() const {
 }
 
 void SessionStore::apply(const HookEvent &event) {
-    const bool fromSubagent = event.agentID && event.kind != CanonicalEvent::subagentStop;
+    const bool fromSubagent =
+        event.agentID && event.kind != CanonicalEvent::subagentStop && !event.asksForSubagent;
     if (fromSubagent) {
         // A subagent's own tools and prompts must not disturb the session that launched it.
         if (event.decisionID) {
@@ -43,7 +46,9 @@ void SessionStore::apply(const HookEvent &event) {
         releaseApproval(event.sessionID);
     }
     carryOut(SessionTransition::of(stored(event.sessionID), event, now, m_surroundings), now);
-    followUp(event.sessionID, before ? std::optional(before->state) : std::nullopt, now);
+    const bool readsWords = !event.lastWords.has_value();
+    followUp(event.sessionID, before ? std::optional(before->state) : std::nullopt, now,
+             readsWords);
 }
 
 void SessionStore::restore(const QList<DiscoveredSession> &discovered) {
@@ -159,12 +164,37 @@ void SessionStore::chooseByIndex(const QString &sessionID, qsizetype index) {
     }
 }
 
-void SessionStore::approvalExpired(const QString &decisionID) {
+std::optional<Session> SessionStore::waitingFor(const QString &decisionID) const {
     const auto waiting = std::ranges::find_if(m_sessions, [&](const Session &session) {
         return session.pendingDecisionID() == decisionID;
     });
-    if (waiting != m_sessions.end()) {
-        carryOut(SessionTransition::expired(*waiting), m_scheduler.now());
+    return waiting != m_sessions.end() ? std::optional(*waiting) : std::nullopt;
+}
+
+void SessionStore::approvalExpired(const QString &decisionID) {
+    if (const auto session = waitingFor(decisionID)) {
+        carryOut(SessionTransition::expired(*session), m_scheduler.now());
+    }
+}
+
+void SessionStore::approvalHungUp(const QString &decisionID) {
+    const auto session = waitingFor(decisionID);
+    if (!session) {
+        return;
+    }
+    carryOut(SessionTransition::hungUp(*session), m_scheduler.now());
+    const auto end = [this, id = session->id, lastEventAt = session->lastEventAt] {
+        m_interruptions.remove(id);
+        endQuietly(id, lastEventAt);
+    };
+    m_interruptions.insert_or_assign(session->id, m_scheduler.after(answerDelay, end));
+}
+
+void SessionStore::endQuietly(const QString &sessionID, Date lastEventAt) {
+    const auto session = stored(sessionID);
+    if (session && session->lastEventAt == lastEventAt) {
+        const Date now = m_scheduler.now();
+        carryOut(SessionTransition::turnGone(*session, false, now), now);
     }
 }
 
@@ -245,7 +275,7 @@ void SessionStore::carryOut(const SessionTransition &transition, Date now) {
 }
 
 void SessionStore::followUp(const QString &sessionID, std::optional<SessionState> previous,
-                            Date now) {
+                            Date now, bool readsWords) {
     const auto session = stored(sessionID);
     const bool callsForAttention =
         session && (session->isFinished() || session->state == SessionState::needsInput);
@@ -255,7 +285,7 @@ void SessionStore::followUp(const QString &sessionID, std::optional<SessionState
     emit stateChanges(session->state);
     if (session->isFinished()) {
         recordCompleted(*session, now);
-        enrichFromTranscript(sessionID, true);
+        enrichFromTranscript(sessionID, readsWords);
     }
 }
 
@@ -337,8 +367,38 @@ void SessionStore::removeSession(const QString &sessionID) {
 void SessionStore::scheduleCleanup() {
     m_cleanupTimer = m_scheduler.after(cleanupInterval, [this] {
         clearStaleDoneSessions();
+        lookForEndedTurns();
         scheduleCleanup();
     });
+}
+
+/// What an agent leaves unsaid when a turn of its is interrupted, or fails, its transcript tells.
+void SessionStore::lookForEndedTurns() {
+    const Date now = m_scheduler.now();
+    const QHash<QString, Session> present = m_sessions;
+    for (const Session &session : present) {
+        const bool mayHaveEnded = session.endsTurnsInTranscript && !session.isFinished() &&
+                                  session.state != SessionState::idle &&
+                                  now - session.lastEventAt > quietLimit;
+        if (!mayHaveEnded || !beginRead(session)) {
+            continue;
+        }
+        const auto use = [this, id = session.id,
+                          lastEventAt = session.lastEventAt](const TranscriptInfo &info) {
+            m_enrichmentsInFlight.remove(id);
+            const auto found = stored(id);
+            const bool hasEnded = info.turn == TranscriptInfo::Turn::interrupted ||
+                                  info.turn == TranscriptInfo::Turn::failed;
+            if (found && found->lastEventAt == lastEventAt && hasEnded) {
+                const Date endedAt = m_scheduler.now();
+                carryOut(SessionTransition::turnGone(
+                             *found, info.turn == TranscriptInfo::Turn::failed, endedAt),
+                         endedAt);
+                followUp(id, found->state, endedAt, false);
+            }
+        };
+        readTranscript(session.agent, *session.transcriptPath, use);
+    }
 }
 
 void SessionStore::clearStaleDoneSessions() {

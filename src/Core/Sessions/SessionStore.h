@@ -111,6 +111,10 @@ public:
     /// The server has given up a hook that waited.
     void approvalExpired(const QString &decisionID);
 
+    /// The hook that waited is gone, and so is its reason: where nothing more comes of it, the
+    /// agent was interrupted.
+    void approvalHungUp(const QString &decisionID);
+
     /// The session's agent has gone without a word, and the session with it.
     void agentEnded(const QString &sessionID);
 
@@ -136,7 +140,11 @@ signals:
 
 private:
     void carryOut(const SessionTransition &transition, Date now);
-    void followUp(const QString &sessionID, std::optional<SessionState> previous, Date now);
+    void followUp(const QString &sessionID, std::optional<SessionState> previous, Date now,
+                  bool readsWords);
+    void endQuietly(const QString &sessionID, Date lastEventAt);
+    void lookForEndedTurns();
+    std::optional<Session> waitingFor(const QString &decisionID) const;
     void enrichThrottled(const QString &sessionID, Date now);
     bool beginRead(const Session &session);
     void takeTranscript(Session session, const TranscriptInfo &info);
@@ -162,6 +170,7 @@ private:
     QSet<QString> m_enrichmentsInFlight; ///< sessions whose transcript is being read
     QHash<QString, Date> m_lastEnrichedAt;
     Task m_cleanupTimer;
+    QHash<QString, Task> m_interruptions; ///< by the session that may have been interrupted
 };
 
 } // namespace morvane

@@ -79,17 +79,24 @@ SessionTransition store(Session session) {
     return {SessionTransition::Write::store, std::move(session), {}, false};
 }
 
-/// The end of nearly every hook's rule: what the event tells besides its kind, and the dates.
-SessionTransition update(Session session, const Context &context) {
-    takeWorkingDirectory(session, context);
-    session.agent = context.event.agent;
-    takeHost(session, context);
-    take(session.transcriptPath, context.event.transcriptPath);
+/// The dates alone: what a subagent tells of its surroundings isn't the session's.
+SessionTransition touch(Session session, const Context &context) {
     if (!context.before || context.before->state != session.state) {
         session.stateChangedAt = context.now;
     }
     session.lastEventAt = context.now;
     return store(std::move(session));
+}
+
+/// The end of nearly every hook's rule: what the event tells besides its kind, and the dates.
+SessionTransition update(Session session, const Context &context) {
+    takeWorkingDirectory(session, context);
+    session.agent = context.event.agent;
+    session.endsTurnsInTranscript = context.event.endsTurnsInTranscript;
+    session.titlesLag = context.event.titlesLag;
+    takeHost(session, context);
+    take(session.transcriptPath, context.event.transcriptPath);
+    return touch(std::move(session), context);
 }
 
 SessionTransition sessionStart(const Context &context) {
@@ -118,8 +125,13 @@ SessionTransition promptSubmit(const Context &context) {
 SessionTransition toolUse(const Context &context) {
     const HookEvent &event = context.event;
     Session session = lookUpOrMake(context, SessionState::working);
-    session.state = SessionState::working;
-    session.pendingExternalResponse.reset();
+    // What is told late of the very call that waits has come to pass before it.
+    const bool isLate =
+        session.pendingDecisionID() && !event.call.isEmpty() && event.call == session.pendingCall;
+    if (!isLate) {
+        session.state = SessionState::working;
+        session.pendingExternalResponse.reset();
+    }
     session.currentTool = event.toolName;
     if (event.launchesSubagent || (event.toolName && HookEvent::isSubagentTool(*event.toolName))) {
         session.subagents.append({QUuid::createUuid(),
@@ -134,6 +146,7 @@ SessionTransition toolUse(const Context &context) {
 void forgetDecision(Session &session) {
     session.pendingApproval.reset();
     session.pendingQuestion.reset();
+    session.pendingCall.clear();
 }
 
 /// A prompt that has to be answered in the agent's own terminal. `external` is what is known of
@@ -176,6 +189,13 @@ SessionTransition idle(const Context &context) {
     return update(std::move(session), context);
 }
 
+/// Where the event tells the agent's last words, or that there are none.
+void takeLastWords(Session &session, const HookEvent &event) {
+    if (event.lastWords) {
+        session.summary = event.lastWords->isEmpty() ? std::nullopt : event.lastWords;
+    }
+}
+
 SessionTransition turnEnd(const Context &context) {
     Session session = lookUpOrMake(context, SessionState::done);
     session.currentTool.reset();
@@ -186,6 +206,7 @@ SessionTransition turnEnd(const Context &context) {
     // With agents pending the turn is over for the agent, not for the person.
     session.acknowledged = !finished;
     if (finished) {
+        takeLastWords(session, context.event);
         std::ranges::for_each(session.subagents, [](Subagent &subagent) { subagent.done = true; });
     }
     return update(std::move(session), context);
@@ -198,6 +219,7 @@ SessionTransition turnFailed(const Context &context) {
     session.currentTool.reset();
     session.pendingAgents = 0;
     session.pendingExternalResponse.reset();
+    takeLastWords(session, context.event);
     return update(std::move(session), context);
 }
 
@@ -235,15 +257,20 @@ void setPending(Session &session, const Context &context, const QString &decisio
     const Date expiresAt = context.now + decisionLimit;
     forgetDecision(session);
     session.pendingExternalResponse.reset();
+    session.pendingCall = event.call;
     if (event.questions) {
         session.pendingQuestion = PendingQuestion{decisionID, *event.questions, {}, expiresAt};
         return;
     }
     const AgentAdapter &adapter = AgentRegistry::adapter(event.agent);
     session.pendingApproval =
-        PendingApproval{decisionID,       event.toolName.value_or(SessionTransition::tr("tool")),
-                        event.toolDetail, event.toolInput,
-                        expiresAt,        adapter.supportsRememberedDecisions()};
+        PendingApproval{.id = decisionID,
+                        .toolName = event.toolName.value_or(SessionTransition::tr("tool")),
+                        .detail = event.toolDetail,
+                        .input = event.toolInput,
+                        .expiresAt = expiresAt,
+                        .ofSubagent = event.asksForSubagent,
+                        .allowsRemembering = adapter.supportsRememberedDecisions()};
 }
 
 SessionTransition permissionRequest(const Context &context) {
@@ -263,7 +290,8 @@ SessionTransition permissionRequest(const Context &context) {
     session.state = SessionState::needsInput;
     session.acknowledged = false;
     setPending(session, context, *event.decisionID);
-    SessionTransition result = update(std::move(session), context);
+    SessionTransition result = event.asksForSubagent ? touch(std::move(session), context)
+                                                     : update(std::move(session), context);
     if (superseded && superseded != event.decisionID) {
         result.releases.append(*superseded);
     }
@@ -351,6 +379,29 @@ SessionTransition SessionTransition::expired(Session session) {
         return {};
     }
     forgetDecision(session);
+    return store(std::move(session));
+}
+
+SessionTransition SessionTransition::hungUp(Session session) {
+    if (!session.pendingDecisionID()) {
+        return {};
+    }
+    forgetDecision(session);
+    session.acknowledged = true;
+    return store(std::move(session));
+}
+
+SessionTransition SessionTransition::turnGone(Session session, bool failed, Date now) {
+    const bool runs =
+        session.state == SessionState::working || session.state == SessionState::needsInput;
+    if (!runs || session.pendingDecisionID() || session.pendingExternalResponse) {
+        return {};
+    }
+    session.state = failed ? SessionState::failed : SessionState::idle;
+    session.acknowledged = !failed;
+    session.currentTool.reset();
+    session.pendingAgents = 0;
+    session.stateChangedAt = now;
     return store(std::move(session));
 }
 

@@ -36,7 +36,7 @@ struct SessionSurroundings {
 ///     event               none        working      needsInput   done        failed      idle
 ///     sessionStart        idle        idle         idle         idle        idle        idle
 ///     promptSubmit        working     working      working      working     working     working
-///     toolUse             working     working      working      working     working     working
+///     toolUse             working     working      working (9)  working     working     working
 ///     needsInput          needsInput  needsInput   needsInput   needsInput  needsInput  needsInput
 ///     idle                idle        done (1)     done (1)     -           -           -
 ///     turnEnd             done (2)    done (2)     done (2)     done (2)    done (2)    done (2)
@@ -49,6 +49,8 @@ struct SessionSurroundings {
 ///     answered (4)        ignored     working      working      working     working     working
 ///     expired (5)         ignored     -            -            -           -           -
 ///     released (5)        ignored     -            -            -           -           -
+///     hungUp (5)          ignored     -            -            -           -           -
+///     turnGone (7)        ignored     idle (8)     idle (8)     -           -           -
 ///     restored            idle (6)    ignored      ignored      ignored     ignored     ignored
 ///
 ///     (1) unchanged while background agents are pending
@@ -57,6 +59,9 @@ struct SessionSurroundings {
 ///     (4) unchanged while a question is open; ignored without questions that wait
 ///     (5) ignored without a decision that waits
 ///     (6) ignored when it was last active too long ago
+///     (7) unchanged while anything waits for an answer
+///     (8) failed where that is what ended it
+///     (9) unchanged by the announcement of the very call that waits
 struct SessionTransition {
     Q_DECLARE_TR_FUNCTIONS(SessionTransition)
 
@@ -100,6 +105,13 @@ public:
 
     /// The server has given up the hook that the session waits with, which is past any answer.
     static SessionTransition expired(Session session);
+
+    /// The hook that the session waits with has been ended: the person has interrupted the agent
+    /// or answered it in its terminal, and knows of it.
+    static SessionTransition hungUp(Session session);
+
+    /// The turn has ended without a hook: it was interrupted, or it has failed.
+    static SessionTransition turnGone(Session session, bool failed, Date now);
 
     /// What the hook waits for has lost its reason, so that the agent is to ask by itself.
     static SessionTransition released(Session session);

@@ -123,7 +123,9 @@ void ApprovalStrip::setInputHeightLimit(int limit) {
 
 void ApprovalStrip::showCall() {
     const ReadableInput &input = m_approval->input;
-    m_title->setText(tr("wants to run %1").arg(shownName(m_approval->toolName)));
+    const QString name = shownName(m_approval->toolName);
+    m_title->setText(m_approval->ofSubagent ? tr("a subagent wants to run %1").arg(name)
+                                            : tr("wants to run %1").arg(name));
     const QString line = VisibleText::of(m_approval->detail.value_or(QString()));
     const ReadableInput::Rest rest = input.beyond(line);
     const bool isWhole = m_showsAll || line.isEmpty() || rest.isEmpty();

@@ -19,7 +19,10 @@ QString firstOf(std::initializer_list<const std::optional<QString> *> candidates
 } // namespace
 
 SessionSubtitle SessionSubtitle::of(const Session &session) {
-    const QString detail = firstOf({&session.aiTitle, &session.lastPrompt});
+    const bool runs = !session.isFinished() && session.state != SessionState::idle;
+    const QString detail = session.titlesLag && runs
+                               ? firstOf({&session.lastPrompt, &session.aiTitle})
+                               : firstOf({&session.aiTitle, &session.lastPrompt});
     const QString result = firstOf({&session.summary, &session.aiTitle, &session.lastPrompt});
     const QString word = StateLook::of(session.state).word;
     switch (session.state) {

@@ -19,7 +19,7 @@ TEST_F(DecisionsTest, ShowsAPermissionRequestThatWaits) {
     const Date limit = scheduler.now() + Seconds(60);
     EXPECT_EQ(session().pendingApproval,
               (PendingApproval{"d1", "Bash", "make", ReadableInput::of(R"({"command":"make"})"),
-                               limit, true}));
+                               limit, false, true}));
     EXPECT_FALSE(session().acknowledged);
 
     // The agent's own notice of the prompt doesn't disturb it.
@@ -37,7 +37,8 @@ TEST_F(DecisionsTest, ShowsAPermissionRequestThatWaits) {
     apply(EventBuilder(Kind::permissionRequest)
               .of(AgentKind::codex)
               .with(&HookEvent::decisionID, "d1"));
-    EXPECT_EQ(session().pendingApproval, (PendingApproval{"d1", "tool", {}, {}, limit, false}));
+    EXPECT_EQ(session().pendingApproval,
+              (PendingApproval{"d1", "tool", {}, {}, limit, false, false}));
     EXPECT_EQ(resolved, QStringList());
 }
 
