@@ -16,8 +16,8 @@ struct TranscriptInfo {
     std::optional<QString> lastAssistantText; ///< one line
     std::optional<int> contextTokens;         ///< of the last request
     std::optional<QString> permissionMode;
-    std::optional<QString> title; ///< one line
-    std::optional<Turn> turn;     ///< of no account for `isComplete`
+    std::optional<QString> title;            ///< one line
+    std::optional<Turn> turn = std::nullopt; ///< of no account for `isComplete`
 
     bool isComplete() const {
         return model && lastAssistantText && contextTokens && permissionMode && title;

@@ -184,7 +184,7 @@ void SessionStore::approvalHungUp(const QString &decisionID) {
     }
     carryOut(SessionTransition::hungUp(*session), m_scheduler.now());
     const auto end = [this, id = session->id, lastEventAt = session->lastEventAt] {
-        m_interruptions.remove(id);
+        m_interruptions.erase(id);
         endQuietly(id, lastEventAt);
     };
     m_interruptions.insert_or_assign(session->id, m_scheduler.after(answerDelay, end));

@@ -15,6 +15,7 @@
 #include <QSet>
 
 #include <functional>
+#include <map>
 
 namespace morvane {
 
@@ -170,7 +171,7 @@ private:
     QSet<QString> m_enrichmentsInFlight; ///< sessions whose transcript is being read
     QHash<QString, Date> m_lastEnrichedAt;
     Task m_cleanupTimer;
-    QHash<QString, Task> m_interruptions; ///< by the session that may have been interrupted
+    std::map<QString, Task> m_interruptions; ///< by the session that may have been interrupted
 };
 
 } // namespace morvane

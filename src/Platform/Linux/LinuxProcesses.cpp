@@ -7,7 +7,6 @@
 #include <QSocketNotifier>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <memory>
 #include <sys/stat.h>
@@ -63,13 +62,13 @@ QByteArray baseName(const QByteArray &path) {
 /// Whether a command line runs the program, or has it interpreted. Interpreters are told their
 /// options before the script.
 bool runs(const QByteArray &commandLine, const QByteArray &program) {
-    constexpr std::array interpreters{"node", "nodejs", "bun", "deno"};
+    static const QList<QByteArray> interpreters{"node", "nodejs", "bun", "deno"};
     const QList<QByteArray> arguments = commandLine.split('\0');
     const QByteArray name = baseName(arguments.first());
     if (name == program) {
         return true;
     }
-    if (std::ranges::find(interpreters, name) == interpreters.end()) {
+    if (!interpreters.contains(name)) {
         return false;
     }
     const auto script = std::find_if(arguments.begin() + 1, arguments.end(), [](const auto &text) {
