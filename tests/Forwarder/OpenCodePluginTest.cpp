@@ -131,6 +131,16 @@ TEST_F(OpenCodePlugin, TellsOfASubagentOnlyWhatThePersonHasToAnswer) {
     EXPECT_EQ(told(steps, earlier, int(expected.size())), expected);
 }
 
+TEST_F(OpenCodePlugin, AsksForACommandAsItStands) {
+    CapturingListener listener(okAnswer);
+    const auto process = start(listener.port(), R"([["permission.asked", {"id": "per_1",
+        "sessionID": "ses_1", "permission": "bash", "patterns": ["touch a", "make"],
+        "metadata": {"command": "touch a; make"}}]])");
+    EXPECT_EQ(event(listener).responseMessage, "bash: touch a; make");
+    EXPECT_EQ(event(listener).kind, CanonicalEvent::sessionEnd);
+    expectSilence(*process);
+}
+
 TEST_F(OpenCodePlugin, PassesOverWhatItDoesNotUnderstand) {
     const QByteArray steps = R"([
         ["server.connected"],

@@ -115,6 +115,13 @@ TEST(TranscriptReader, PassesOverWhatCodexDoesNotMeanForAPerson) {
     for (const auto &[line, text] : answers) {
         EXPECT_EQ(codexInfo(answer + line).lastAssistantText, text) << line.constData();
     }
+    for (const QByteArray phase : {"commentary", "partial_answer", "final_answer"}) {
+        const QByteArray line =
+            codexMessage(R"("role":"assistant","phase":")" + phase + '"', R"([{"text":"New."}])");
+        EXPECT_EQ(TranscriptReader::newestFirst(answer + line, CodexTranscript::takeLineOfAnyPhase)
+                      .lastAssistantText,
+                  "New.");
+    }
     const QByteArray prompt = codexMessage(R"("role":"user")", R"([{"text":"Older"}])");
     EXPECT_EQ(codexInfo(prompt + codexMessage(R"("role":"user")", R"([{"text":"<a>"}])")).title,
               "Older");

@@ -9,6 +9,7 @@
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"
 
+#include <QDateTime>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -225,6 +226,72 @@ TEST_F(HookInstallerTest, SeesWhichEntriesAreStale) {
     }));
     EXPECT_FALSE(isStale([](json &hooks) { hooks["Stop"][0]["hooks"][0]["timeout"] = 9; }));
     EXPECT_FALSE(isStale([](json &hooks) { hooks["Stop"].push_back({{"command", "other"}}); }));
+}
+
+// --- Releases ---
+
+class ReleaseHooksTest : public HookInstallerTest {
+protected:
+    /// For a release that is listed.
+    HookInstaller listed(AgentKind kind) const {
+        return {*AgentRegistry::forms(kind).back(), settings, 40123, [] {}};
+    }
+};
+
+TEST_F(ReleaseHooksTest, WantTheEntriesOfTheirOwnForm) {
+    for (const AgentKind kind : {gemini, codex, qwen}) {
+        connect(kind);
+        EXPECT_TRUE(listed(kind).hasStaleEntries());
+        listed(kind).renew();
+        EXPECT_FALSE(listed(kind).hasStaleEntries());
+        EXPECT_TRUE(installer(kind).hasStaleEntries()) << "the older release is back";
+    }
+    EXPECT_EQ(root(gemini)["hooks"]["AfterAgent"], value(R"([{"hooks":[{"type":"command",
+        "command":"OURS/hook.sh gemini AfterAgent","timeout":5000}]}])"));
+    EXPECT_EQ(root(codex)["hooks"]["SessionEnd"], value(R"([{"hooks":[{"type":"command",
+        "command":"OURS/hook.sh codex SessionEnd","timeout":3}]}])"));
+    EXPECT_FALSE(root(qwen)["hooks"].contains("BeforeAgent"));
+    EXPECT_EQ(root(qwen)["hooks"]["PermissionRequest"], value(R"([{"matcher":"*","hooks":[{
+        "type":"command","command":"OURS/hook.sh qwen PermissionRequest decide","timeout":120}]}])"));
+
+    // What a person has set there is not another release's.
+    json changed = root(gemini);
+    changed["hooks"]["AfterAgent"][0]["hooks"][0]["timeout"] = 9000;
+    write(gemini, LenientJson::write(changed));
+    EXPECT_FALSE(listed(gemini).hasStaleEntries());
+}
+
+TEST_F(ReleaseHooksTest, LeaveWhatHasBeenReviewed) {
+    connect(codex);
+    json hooks = root(codex);
+    for (const char *event : {"Stop", "SessionEnd"}) {
+        hooks["hooks"][event].push_back({{"hooks", {{{"command", "bell"}}}}});
+    }
+    hooks["hooks"]["Stop"].push_back(hooks["hooks"]["Stop"][0]);
+    write(codex, LenientJson::write(hooks));
+    EXPECT_EQ(failure(listed(codex).install()), "");
+    hooks["hooks"]["Stop"].erase(2);
+    hooks["hooks"]["SessionEnd"][0] = value(R"({"hooks":[{"type":"command",
+        "command":"OURS/hook.sh codex SessionEnd","timeout":3}]})");
+    EXPECT_EQ(root(codex), hooks);
+
+    EXPECT_TRUE(listed(codex).health().awaitsReview);
+    EXPECT_FALSE(installer(codex).health().awaitsReview);
+    home.write(".codex/config.toml", "model = 'x'\n");
+    EXPECT_TRUE(listed(codex).health().awaitsReview);
+    const QString path = home.path(".codex/hooks.json");
+    const auto review = [&](int age) {
+        QFile config(
+            home.write(".codex/config.toml", "[hooks.state.\"" + path.toUtf8() + ":stop:0:0\"]\n"));
+        ASSERT_TRUE(config.open(QIODevice::ReadWrite));
+        config.setFileTime(QFileInfo(path).lastModified().addSecs(-age),
+                           QFileDevice::FileModificationTime);
+    };
+    review(-1);
+    EXPECT_FALSE(listed(codex).health().awaitsReview);
+    review(1);
+    EXPECT_TRUE(listed(codex).health().awaitsReview);
+    EXPECT_EQ(listed(codex).health().issues(), QStringList());
 }
 
 // --- TOML ---

@@ -1,4 +1,5 @@
 #include "Support/ServerFixture.h"
+#include "Support/TemporaryHome.h"
 
 #include <QSet>
 #include <asio/post.hpp>
@@ -124,6 +125,22 @@ TEST_F(EventServerTest, ParksOnlyWhatCanBeDecided) {
     }
     scheduler.runPosted();
     EXPECT_EQ(events.size(), std::size(immediate));
+}
+
+TEST_F(EventServerTest, AnswersInTheFormOfTheReleaseThatCalls) {
+    const TemporaryHome home;
+    home.write("package.json", R"({"name":"@anthropic-ai/claude-code","version":"2.1.332"})");
+    const std::string body = R"({"session_id":"s","tool_name":"Bash","tool_use_id":"t"})";
+    for (const auto &[program, form] : {std::pair(home.write("claude"), "\"addRules\""),
+                                        {home.path("nothing"), "\"remembering\""}}) {
+        HttpClient hook = parked(eventRequest({{"x-morvane-agent", "claude"},
+                                               {"x-hook-event", "PermissionRequest"},
+                                               {"x-morvane-decision", "1"},
+                                               {"X-Morvane-Program", program.toStdString()}},
+                                              body));
+        server->resolve("t", AgentDecision::allowRemembering(AgentDecision::Scope::session));
+        EXPECT_NE(hook.receiveAll().find(form), std::string::npos);
+    }
 }
 
 TEST_F(EventServerTest, AsksForEachRequestWhetherDecisionsAreWanted) {

@@ -1,5 +1,7 @@
 #include "Core/Intake/HookEvent.h"
 
+#include "Core/Adapters/AgentRegistry.h"
+#include "Core/Agents/AgentAdapter.h"
 #include "Core/Agents/TranscriptReader.h"
 #include "Support/Printing.h"
 
@@ -27,6 +29,23 @@ HookEvent withMembers(const QByteArray &members, const QString &native = "PreToo
 
 HookEvent withInput(const QByteArray &members) {
     return withMembers("\"tool_input\":{" + members + "}");
+}
+
+TEST(HookEvent, IsReadAsTheReleaseMeansIt) {
+    const AgentAdapter &qwen = AgentRegistry::adapter(AgentKind::qwen, AgentRelease{0, 24, 4});
+    const auto prompt = [&](const QByteArray &text) {
+        return HookEvent::decode(qwen, "UserPromptSubmit",
+                                 R"({"session_id":"s","prompt":")" + text + "\"}", {});
+    };
+    EXPECT_FALSE(prompt(""));
+    ASSERT_TRUE(prompt("Go"));
+    EXPECT_EQ(prompt("Go")->agent, AgentKind::qwen);
+    EXPECT_TRUE(decode(R"({"session_id":"s","prompt":""})", "UserPromptSubmit"));
+
+    const QByteArray spawn = R"({"session_id":"s","tool_name":"spawn_agent"})";
+    const AgentAdapter &codex = AgentRegistry::adapter(AgentKind::codex, AgentRelease{0, 169, 0});
+    EXPECT_TRUE(HookEvent::decode(codex, "PreToolUse", spawn, {})->launchesSubagent);
+    EXPECT_FALSE(decode(spawn, "PreToolUse", AgentKind::codex)->launchesSubagent);
 }
 
 TEST(HookEvent, TakesEverythingThatAPayloadTells) {

@@ -80,6 +80,18 @@ TEST_F(DiscoveryTest, UnderstandsWhatAgentsHaveWritten) {
                                     "s /home/ada/workshop"}));
 }
 
+TEST_F(DiscoveryTest, LeavesOutWhatASubagentHasWritten) {
+    const auto put = [this](const char *name, const QByteArray &version, const QByteArray &root) {
+        write(QLatin1String(".codex/sessions/") + QLatin1String(name),
+              meta(R"({"id":")" + QByteArray(name) + R"(","session_id":")" + root +
+                   R"(","cwd":"/p","cli_version":")" + version + "\"}"));
+    };
+    put("root.jsonl", "0.169.0", "root.jsonl");
+    put("child.jsonl", "0.169.0", "root.jsonl");
+    put("other.jsonl", "0.1.0", "root.jsonl");
+    EXPECT_EQ(found(), (QStringList{"other.jsonl /p", "root.jsonl /p"}));
+}
+
 TEST_F(DiscoveryTest, LooksOnlyForTranscriptsInTheirPlaces) {
     const QByteArray line = "{\"cwd\":\"/p\"}\n";
     for (const char *path :

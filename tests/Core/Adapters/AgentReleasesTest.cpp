@@ -1,0 +1,149 @@
+#include "Core/Adapters/AgentReleases.h"
+
+#include "Core/Adapters/AgentRegistry.h"
+#include "Core/Adapters/ProgramReleases.h"
+#include "Core/Agents/AgentAdapter.h"
+#include "Support/Printing.h"
+#include "Support/TemporaryHome.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <sys/stat.h>
+#include <tuple>
+
+namespace morvane {
+namespace {
+
+using enum AgentKind;
+using nlohmann::json;
+using Release = std::optional<AgentRelease>;
+
+std::string text(const Release &release) {
+    return release ? QStringLiteral("%1.%2.%3")
+                         .arg(release->major)
+                         .arg(release->minor)
+                         .arg(release->patch)
+                         .toStdString()
+                   : "none";
+}
+
+QByteArray package(const char *name, const char *version) {
+    return QByteArray(R"({"name":")") + name + R"(","version":")" + version + "\"}";
+}
+
+TEST(AgentReleases, HaveTheFormThatTheyAreListedWith) {
+    for (const auto &listed : AgentReleases::all()) {
+        const AgentAdapter &adapter = AgentRegistry::adapter(listed.agent, listed.from);
+        EXPECT_TRUE(adapter.contract() == listed.contract);
+        EXPECT_EQ(adapter.kind(), listed.agent);
+        EXPECT_TRUE(AgentReleases::program(listed.agent));
+        const AgentAdapter &base = AgentRegistry::adapter(listed.agent);
+        EXPECT_EQ(adapter.integrationDescription(), base.integrationDescription());
+        for (const Release &other : {Release(), Release(listed.before), Release({0, 0, 1})}) {
+            EXPECT_EQ(&AgentRegistry::adapter(listed.agent, other), &base);
+        }
+    }
+    EXPECT_EQ(&AgentRegistry::adapter(kimi, Release({1, 0, 0})), &AgentRegistry::adapter(kimi));
+    for (const AgentAdapter *adapter : AgentRegistry::all()) {
+        EXPECT_TRUE(adapter->contract() == AgentContract());
+    }
+}
+
+TEST(AgentReleases, TakeAnAlwaysAsAChangeOfRules) {
+    using Scope = AgentDecision::Scope;
+    const AgentAdapter &adapter = AgentRegistry::adapter(claude, Release({2, 1, 400}));
+    for (const auto &[scope, destination] :
+         {std::pair(Scope::session, "session"), {Scope::permanent, "localSettings"}}) {
+        const auto answer = adapter.encodeDecision(AgentDecision::allowRemembering(scope), "Bash",
+                                                   {}, "PermissionRequest");
+        ASSERT_TRUE(answer);
+        EXPECT_EQ(json::parse(answer->toStdString())["hookSpecificOutput"]["decision"],
+                  (json{{"behavior", "allow"},
+                        {"updatedPermissions",
+                         {{{"type", "addRules"},
+                           {"rules", {{{"toolName", "Bash"}}}},
+                           {"behavior", "allow"},
+                           {"destination", destination}}}}}));
+    }
+}
+
+TEST(ProgramReleases, AreToldByThePackageOrThePath) {
+    const TemporaryHome home;
+    home.write("npm/@anthropic-ai/claude-code/package.json",
+               package("@anthropic-ai/claude-code", "2.1.332"));
+    home.write("npm/@openai/codex-linux-x64/package.json",
+               package("@openai/codex", "0.169.0-linux-x64"));
+    home.write("npm/other/package.json", package("@openai/codexer", "9.9.9"));
+    home.write("broken/package.json", "{\"name\":\"@openai/codex\",\"version\":7}");
+    QDir().mkpath(home.path("pipe"));
+    ASSERT_EQ(mkfifo(qPrintable(home.path("pipe/package.json")), 0600), 0);
+    const std::tuple<AgentKind, const char *, const char *> cases[] = {
+        {claude, "npm/@anthropic-ai/claude-code/bin/claude.exe", "2.1.332"},
+        {codex, "npm/@anthropic-ai/claude-code/bin/claude.exe", "none"},
+        {kimi, "npm/@anthropic-ai/claude-code/bin/claude.exe", "none"},
+        {codex, "npm/@openai/codex-linux-x64/vendor/x86_64-linux-musl/bin/codex", "0.169.0"},
+        {codex, ".codex/releases/0.169.0-x86_64-unknown-linux-musl/bin/codex", "0.169.0"},
+        {claude, ".local/share/claude/versions/2.1.331", "2.1.331"},
+        {codex, "npm/other/codex", "none"},
+        {codex, ".asdf/installs/nodejs/0.200.1/bin/node", "none"},
+        {codex, "broken/codex", "none"},
+        {codex, "pipe/codex", "none"},
+        {codex, "1.2/codex", "none"},
+        {codex, "1.2.3x/codex", "none"},
+        {codex, "1.99999999999.3/codex", "none"}};
+    ProgramReleases releases;
+    for (const auto &[kind, file, expected] : cases) {
+        EXPECT_EQ(text(releases.of(kind, home.write(file))), expected) << file;
+    }
+    ASSERT_TRUE(QFile::link(home.path("npm/@anthropic-ai/claude-code/bin/claude.exe"),
+                            home.path("claude")));
+    EXPECT_EQ(text(releases.of(claude, home.path("claude"))), "2.1.332");
+    for (const QString &other : {QString(), QStringLiteral("claude"), home.path("nowhere")}) {
+        EXPECT_EQ(text(releases.of(claude, other)), "none");
+    }
+}
+
+TEST(ProgramReleases, AreReadAgainWhenTheFileIsAnother) {
+    const TemporaryHome home;
+    const QString program = home.write("cli/bundle/gemini.js");
+    home.write("cli/package.json", package("@google/gemini-cli", "0.61.0"));
+    ProgramReleases releases;
+    EXPECT_EQ(text(releases.of(gemini, program)), "0.61.0");
+    home.write("cli/package.json", package("@google/gemini-cli", "0.62.0"));
+    EXPECT_EQ(text(releases.of(gemini, program)), "0.61.0");
+    const QString newer = home.write("cli/bundle/new");
+    ASSERT_EQ(rename(qPrintable(newer), qPrintable(program)), 0);
+    EXPECT_EQ(text(releases.of(gemini, program)), "0.62.0");
+}
+
+TEST(ProgramReleases, AreFoundWhereAShellWouldFindThem) {
+    const TemporaryHome home;
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", (home.path("shims") + "::relative:" + home.path("first")).toUtf8());
+    ProgramReleases releases;
+    EXPECT_EQ(text(releases.installed(qwen)), "none");
+    const auto put = [&](const char *folder, const char *version) {
+        home.write(QLatin1String(folder) + QLatin1String("/package.json"),
+                   package("@qwen-code/qwen-code", version));
+    };
+    // From the last place to the first.
+    put(".volta/tools/image/packages/@qwen-code/qwen-code/lib/node_modules/@qwen-code/qwen-code",
+        "0.24.4");
+    EXPECT_EQ(text(releases.installed(qwen)), "0.24.4");
+    put(".nvm/versions/node/v22.1.0/lib/node_modules/qwen", "0.24.5");
+    QDir().mkpath(home.path(".nvm/versions/node/v22.1.0/bin"));
+    home.write(".nvm/versions/node/v22.1.0/lib/node_modules/qwen/cli.js");
+    ASSERT_TRUE(QFile::link("../lib/node_modules/qwen/cli.js",
+                            home.path(".nvm/versions/node/v22.1.0/bin/qwen")));
+    EXPECT_EQ(text(releases.installed(qwen)), "0.24.5");
+    put("first", "0.24.6");
+    home.write("first/qwen");
+    EXPECT_EQ(text(releases.installed(qwen)), "0.24.6");
+    home.write("shims/qwen", "#!/bin/sh\nexec somewhere\n");
+    EXPECT_EQ(text(releases.installed(qwen)), "0.24.6");
+    qputenv("PATH", path);
+}
+
+} // namespace
+} // namespace morvane
