@@ -42,8 +42,8 @@ std::map<std::string, std::string> headersIn(const std::string &request) {
 
 std::vector<std::string> CapturedRequest::host() const {
     std::vector<std::string> result;
-    const std::set<std::string> others{"x-hook-event", "x-morvane-agent", "x-morvane-program",
-                                       "x-morvane-token", "x-tty"};
+    const std::set<std::string> others{"x-hook-event",      "x-morvane-agent", "x-morvane-process",
+                                       "x-morvane-program", "x-morvane-token", "x-tty"};
     for (const auto &[name, value] : headers) {
         if (name.starts_with("x-") && !others.contains(name))
             result.push_back(name + ": " + value);

@@ -15,7 +15,7 @@ namespace morvane::tests {
 
 struct CapturedRequest {
     /// What tells of the terminal that the sender runs in, or that a decision is awaited, sorted;
-    /// the terminal's device and the program, which depend on where the tests run, are left out.
+    /// the terminal's device and the agent, which depend on where the tests run, are left out.
     [[nodiscard]] std::vector<std::string> host() const;
 
     std::string requestLine;

@@ -212,7 +212,7 @@ TEST(TranscriptReader, ReadsWhatAgentsHaveWritten) {
               (TranscriptInfo{"opus-5-5", "The command is done.", 1000, "default", {}}));
     EXPECT_EQ(readCodex(data + "codex.jsonl"),
               (TranscriptInfo{"gpt-5", "The command is done.", 1000, "on-request",
-                              "Run `touch denied`"}));
+                              "Run `touch denied`", TranscriptInfo::Turn::ended}));
 }
 
 TEST_F(TranscriptFileTest, IsReadTheWayOfItsAgent) {
