@@ -142,7 +142,8 @@ std::optional<HookEvent> HookEvent::decode(const AgentAdapter &adapter, const QS
     if (input) {
         event.toolDetail = morvane::toolDetail(*input);
         event.questions = morvane::questions(*input);
-        event.taskDescription = displayLine(JsonObject::string(*input, "description"));
+        event.taskDescription = displayLine(
+            JsonObject::string(*input, event.launchesSubagent ? "message" : "description"));
     }
     event.responseMessage = morvane::responseMessage(*body, input);
     event.prompt = displayLine(body->string("prompt"));
