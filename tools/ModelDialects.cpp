@@ -41,7 +41,8 @@ std::optional<std::string> commandIn(const std::string &text) {
 std::vector<std::string> toolNames(const json &request) {
     std::vector<std::string> names;
     for (const json &tool : request.value("tools", json::array())) {
-        const json several = tool.value("functionDeclarations", json::array({tool}));
+        const json several =
+            tool.value("functionDeclarations", tool.value("tools", json::array({tool})));
         for (const json &one : several) {
             const json &described = one.contains("function") ? one["function"] : one;
             names.push_back(described.value("name", described.value("type", std::string())));
@@ -168,6 +169,19 @@ std::optional<json> shellCall(const json &request, const std::string &command) {
     return functionCall(request, *tool, arguments);
 }
 
+/// Asked to let a subagent do something, Codex is told to launch one.
+std::optional<json> spawnCall(const json &request) {
+    constexpr std::string_view wish = "Let a subagent ";
+    const json said = request.value("input", json::array());
+    const std::string asked = said.empty() ? std::string() : textOf(said.back());
+    if (!asked.starts_with(wish) || !offered(request, {"spawn_agent"})) {
+        return std::nullopt;
+    }
+    json call = functionCall(request, "spawn_agent", {{"message", asked.substr(wish.size())}});
+    call["namespace"] = "multi_agent_v1";
+    return call;
+}
+
 } // namespace
 
 Answer messages(const json &request) {
@@ -196,7 +210,10 @@ Answer responses(const json &request) {
                        {"id", numbered("msg_", said)},
                        {"role", "assistant"},
                        {"content", {{{"type", "output_text"}, {"text", words}}}}};
-    const json item = command ? shellCall(request, *command).value_or(text) : text;
+    json item = command ? shellCall(request, *command).value_or(text) : text;
+    if (const auto spawn = spawnCall(request)) {
+        item = *spawn;
+    }
     const json usage = {{"input_tokens", 1000},
                         {"input_tokens_details", {{"cached_tokens", 0}}},
                         {"output_tokens", 10},

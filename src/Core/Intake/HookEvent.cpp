@@ -187,7 +187,8 @@ std::optional<HookEvent> HookEvent::decode(const AgentAdapter &adapter, const QS
     if (input) {
         event.toolDetail = morvane::toolDetail(*input);
         event.questions = morvane::questions(*input);
-        event.taskDescription = displayLine(JsonObject::string(*input, "description"));
+        event.taskDescription = displayLine(
+            JsonObject::string(*input, event.launchesSubagent ? "message" : "description"));
     }
     takeInput(event, bytes, adapter.contract());
     event.responseMessage = morvane::responseMessage(*body, input);

@@ -42,9 +42,12 @@ TEST(HookEvent, IsReadAsTheReleaseMeansIt) {
     EXPECT_EQ(prompt("Go")->agent, AgentKind::qwen);
     EXPECT_TRUE(decode(R"({"session_id":"s","prompt":""})", "UserPromptSubmit"));
 
-    const QByteArray spawn = R"({"session_id":"s","tool_name":"spawn_agent"})";
+    const QByteArray spawn =
+        R"({"session_id":"s","tool_name":"spawn_agent","tool_input":{"message":"Look around"}})";
     const AgentAdapter &codex = AgentRegistry::adapter(AgentKind::codex, AgentRelease{0, 169, 0});
-    EXPECT_TRUE(HookEvent::decode(codex, "PreToolUse", spawn, {})->launchesSubagent);
+    const auto launch = HookEvent::decode(codex, "PreToolUse", spawn, {});
+    EXPECT_TRUE(launch && launch->launchesSubagent);
+    EXPECT_EQ(launch->taskDescription, "Look around");
     EXPECT_FALSE(decode(spawn, "PreToolUse", AgentKind::codex)->launchesSubagent);
 }
 
