@@ -41,23 +41,29 @@ Member *textOf(Members &members, QLatin1StringView key) {
 /// Collects lines for as long as there is room for them.
 class Page {
 public:
-    void add(Sign sign, const QString &text) {
-        for (const QStringView line : QStringView(text).split(u'\n')) {
-            addVisible(sign, VisibleText::of(line));
+    void add(Sign sign, QStringView text) {
+        for (bool isLast = false; !isLast && !m_page.isCut;) {
+            const qsizetype lineFeed = text.indexOf(u'\n');
+            isLast = lineFeed < 0;
+            const QStringView line = isLast ? text : text.first(lineFeed);
+            // No text becomes shorter by being made visible.
+            addVisible(sign, VisibleText::of(line.first(std::min(line.size(), m_room))));
+            text = isLast ? QStringView() : text.sliced(lineFeed + 1);
         }
     }
 
     /// A line in which everything can be seen already.
     void addVisible(Sign sign, QString line) {
+        m_page.isCut = m_page.isCut || m_room == 0;
         if (m_page.isCut) {
             return;
         }
-        m_page.isCut = line.size() > m_room;
-        line.truncate(m_room);
+        m_page.isCut = line.size() >= m_room;
+        line.truncate(m_room - 1);
         if (m_page.isCut && !line.isEmpty() && line.back().isHighSurrogate()) {
             line.chop(1);
         }
-        m_room = std::max<qsizetype>(0, m_room - line.size() - 1);
+        m_room -= line.size() + 1;
         m_page.lines.append({sign, line});
     }
 
@@ -73,28 +79,38 @@ public:
         }
     }
 
+    void cut() { m_page.isCut = true; }
+
     ReadableInput take() { return std::move(m_page); }
 
 private:
+    /// The longest that a string can be spelled of which all is shown.
+    std::string_view shown(std::string_view spelled) const {
+        constexpr std::size_t longestEscape = 6;
+        return spelled.substr(0, longestEscape * static_cast<std::size_t>(m_room + 1));
+    }
+
     ReadableInput m_page;
-    qsizetype m_room = ReadableInput::limit;
+    qsizetype m_room = ReadableInput::limit + 1; ///< in code units, with a line break for each line
 };
 
 void Page::addJson(Sign sign, QString head, std::string_view value) {
     constexpr std::string_view blanks = " \t\r\n";
+    constexpr qsizetype deepestIndent = 10;
     qsizetype depth = 0;
     QString line = std::move(head);
     const auto breakLine = [&] {
         addVisible(sign, line);
         // What is nested deeper than can be shown stays at the edge.
-        line = QString(2 * std::min<qsizetype>(depth, 40), u' ');
+        line = QString(2 * std::min(depth, deepestIndent), u' ');
     };
     while (!value.empty() && !m_page.isCut) {
         const char token = value.front();
         std::size_t length = 1;
         if (token == '"') {
             length = JsonMembers::stringLength(value);
-            line += VisibleText::quoted(JsonMembers::decoded(value.substr(1, length - 2)));
+            const auto spelled = shown(value.substr(1, length - 2));
+            line += VisibleText::quoted(JsonMembers::decoded(spelled));
         } else if (token == '{' || token == '[') {
             line += QLatin1Char(token);
             const auto next = value.find_first_not_of(blanks, 1);
@@ -154,7 +170,7 @@ std::optional<Edit> takeEdit(Members &members) {
 /// The lines that both begin and end with stand once, as what they are changed between.
 void addEdit(Page &page, const Edit &edit) {
     const auto linesOf = [](const QString &text) {
-        return text.isEmpty() ? QStringList() : text.split(u'\n');
+        return text.isEmpty() ? QStringList() : text.left(ReadableInput::limit).split(u'\n');
     };
     const QStringList before = linesOf(edit.before);
     const QStringList after = linesOf(edit.after);
@@ -173,6 +189,9 @@ void addEdit(Page &page, const Edit &edit) {
     add(Sign::removed, before.sliced(head, before.size() - head - tail));
     add(Sign::added, after.sliced(head, after.size() - head - tail));
     add(Sign::plain, before.last(tail));
+    if (std::max(edit.before.size(), edit.after.size()) > ReadableInput::limit) {
+        page.cut();
+    }
 }
 
 using Reading = std::optional<ReadableInput> (*)(Members);
@@ -227,7 +246,9 @@ std::optional<ReadableInput> readEdits(Members members) {
     edits->isTold = true;
     Page page;
     page.addUntold(members);
-    for (Members &one : list) {
+    for (qsizetype number = 1; Members & one : list) {
+        page.addVisible(Sign::aside,
+                        QStringLiteral("@@ %1 / %2 @@").arg(number++).arg(list.size()));
         const auto edit = takeEdit(one);
         if (!edit) {
             return std::nullopt;
@@ -270,19 +291,31 @@ std::optional<ReadableInput> readSingleText(Members members) {
 
 } // namespace
 
-ReadableInput ReadableInput::of(std::string_view object) {
-    const Members members = membersOf(object);
-    if (members.isEmpty()) {
+ReadableInput ReadableInput::of(std::string_view value) {
+    Page page;
+    if (value.starts_with('"')) {
+        page.add(Sign::plain, JsonMembers::decoded(value.substr(1, value.size() - 2)));
+        return page.take();
+    }
+    const Members members = value.starts_with('{') ? membersOf(value) : Members();
+    if (value.starts_with('{') && members.isEmpty()) {
         return {};
     }
     for (const Reading read :
-         {&readCommand, &readEdit, &readEdits, &readWrittenFile, &readSingleText}) {
-        if (auto result = read(members)) {
+         {&readEdit, &readEdits, &readCommand, &readWrittenFile, &readSingleText}) {
+        if (auto result = read(members); result && !result->lines.isEmpty()) {
             return *result;
         }
     }
+    page.addJson(Sign::plain, {}, value);
+    return page.take();
+}
+
+ReadableInput ReadableInput::beside(std::string_view object, const QStringList &keys) {
+    Members members = membersOf(object);
+    members.removeIf([&keys](const Member &member) { return keys.contains(member.key); });
     Page page;
-    page.addJson(Sign::plain, {}, object);
+    page.addUntold(members);
     return page.take();
 }
 

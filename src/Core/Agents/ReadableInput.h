@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 #include <string_view>
 
@@ -32,9 +33,12 @@ struct ReadableInput {
     QList<Line> lines; ///< none when the agent has sent nothing
     bool isCut = false;
 
-    /// Reads a JSON object as it is spelled, one that `JsonObject::parse` takes. Safe from any
-    /// thread.
-    static ReadableInput of(std::string_view object);
+    /// Reads a JSON value as it is spelled, in what `JsonObject::parse` takes; an empty object says
+    /// nothing. Safe from any thread.
+    static ReadableInput of(std::string_view value);
+
+    /// The members of an object but for those of these keys, all of them aside.
+    static ReadableInput beside(std::string_view object, const QStringList &keys);
 
     /// What there is to read beyond a line that stands for it all, such as the call's detail.
     struct Rest {

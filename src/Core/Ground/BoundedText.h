@@ -12,7 +12,7 @@ namespace morvane::BoundedText {
 QString of(const QString &text, qsizetype maxCharacters);
 
 /// What a line may show, and what a paragraph or a tool tip may.
-inline constexpr qsizetype lineLength = 300;
-inline constexpr qsizetype paragraphLength = 4000;
+inline constexpr qsizetype lineLength = 160;
+inline constexpr qsizetype paragraphLength = 1200;
 
 } // namespace morvane::BoundedText

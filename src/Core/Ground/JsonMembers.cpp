@@ -1,5 +1,7 @@
 #include "Core/Ground/JsonMembers.h"
 
+#include "Core/Ground/Utf8Text.h"
+
 #include <algorithm>
 #include <charconv>
 
@@ -75,7 +77,7 @@ QString decoded(std::string_view spelled) {
     QString result;
     while (!spelled.empty()) {
         const auto plain = std::min(spelled.find('\\'), spelled.size());
-        result += QString::fromUtf8(spelled.data(), static_cast<qsizetype>(plain));
+        result += textOf(spelled.substr(0, plain));
         spelled.remove_prefix(plain);
         if (!spelled.empty()) {
             result += escapedUnit(spelled);

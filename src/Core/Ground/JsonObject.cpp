@@ -1,5 +1,7 @@
 #include "Core/Ground/JsonObject.h"
 
+#include "Core/Ground/Utf8Text.h"
+
 #include <algorithm>
 #include <charconv>
 #include <string>
@@ -133,7 +135,7 @@ std::optional<QStringList> JsonObject::strings(std::string_view key) const {
         if (member.get(text) != simdjson::SUCCESS) {
             return std::nullopt;
         }
-        result.append(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+        result.append(textOf(text));
     }
     return result;
 }
@@ -143,7 +145,7 @@ std::optional<QString> JsonObject::string(simdjson::dom::object object, std::str
     if (object[key].get(text) != simdjson::SUCCESS) {
         return std::nullopt;
     }
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+    return textOf(text);
 }
 
 std::optional<simdjson::dom::object> JsonObject::object(simdjson::dom::object parent,

@@ -19,10 +19,18 @@ struct Range {
 /// What leaves nothing to be seen though its category doesn't say so: joiners and fillers, the
 /// empty braille pattern, and the selectors of variants.
 constexpr std::array looksEmpty{
-    Range{0x034F, 0x034F},   Range{0x115F, 0x1160},   Range{0x17B4, 0x17B5}, Range{0x180B, 0x180F},
-    Range{0x2800, 0x2800},   Range{0x3164, 0x3164},   Range{0xFE00, 0xFE0F}, Range{0xFFA0, 0xFFA0},
-    Range{0x1D173, 0x1D17A}, Range{0xE0100, 0xE01EF},
+    Range{0x034F, 0x034F},   Range{0x115F, 0x1160},   Range{0x17B4, 0x17B5},
+    Range{0x180B, 0x180F},   Range{0x2800, 0x2800},   Range{0x3164, 0x3164},
+    Range{0xFE00, 0xFE0F},   Range{0xFFA0, 0xFFA0},   Range{0x16FE4, 0x16FE4},
+    Range{0x1D159, 0x1D159}, Range{0x1D173, 0x1D17A}, Range{0xE0100, 0xE01EF},
 };
+
+template <std::size_t count>
+bool isIn(const std::array<Range, count> &ranges, char32_t character) {
+    return std::ranges::any_of(ranges, [character](const Range &range) {
+        return character >= range.first && character <= range.last;
+    });
+}
 
 bool isHidden(char32_t character) {
     switch (QChar::category(character)) {
@@ -37,17 +45,17 @@ bool isHidden(char32_t character) {
     case QChar::Separator_Space:
         return character != U' ';
     default:
-        return std::ranges::any_of(looksEmpty, [character](const Range &range) {
-            return character >= range.first && character <= range.last;
-        });
+        return isIn(looksEmpty, character);
     }
 }
 
 /// Whether it stands on what comes before it instead of behind.
 bool joins(char32_t character) {
-    const bool isJamo = character >= 0x1100 && character <= 0x11FF;
-    const bool isSkinTone = character >= 0x1F3FB && character <= 0x1F3FF;
-    return QChar::isMark(character) || isJamo || isSkinTone;
+    constexpr std::array pilesUp{
+        Range{0x1100, 0x11FF}, Range{0xA960, 0xA97C},   Range{0xD7B0, 0xD7FB}, // Hangul's parts
+        Range{0xFF9E, 0xFF9F}, Range{0x1F3FB, 0x1F3FF},                        // and skin tones
+    };
+    return QChar::isMark(character) || isIn(pilesUp, character);
 }
 
 QString hex(char32_t number) {
@@ -105,7 +113,14 @@ QString spelled(QStringView text, IsSpecial isSpecial, Escaped escaped) {
 
 QString of(QStringView line) {
     const auto isSpecial = [](char32_t c) { return c == tabSign || c == escapeBegin; };
-    return spelled(line, isSpecial, &escapedInText);
+    QString result = spelled(line, isSpecial, &escapedInText);
+    // A blank at the end, behind a backslash above all, makes another text of it. Those before it
+    // show by the room that they take.
+    if (line.endsWith(u' ')) {
+        result.chop(1);
+        result += escapedInText(U' ');
+    }
+    return result;
 }
 
 QString quoted(QStringView text) {

@@ -3,13 +3,14 @@
 #include <QString>
 
 /// Texts in which everything can be seen, for whoever has to judge them: what has no picture of its
-/// own, or would change the order of what stands around it, is written out. Two different texts
-/// never look the same by it. Safe from any thread.
+/// own, or would change the order of what stands around it, is written out, so that it can be told
+/// from what is shown what was given. Letters that look alike are left to look alike. Safe from any
+/// thread.
 namespace morvane::VisibleText {
 
 /// One line of text. A tab becomes "⇥" and three blanks; what can't be seen (control, format and
 /// direction characters, blanks that aren't the usual one, half surrogate pairs, marks that pile
-/// up) its number, as in "⟨U+202E⟩"; and so does what these are written with.
+/// up, a blank at the end) its number, as in "⟨U+202E⟩"; and so does what these are written with.
 QString of(QStringView line);
 
 /// The text as a JSON string, between quotation marks, with the escapes of JSON for the same.

@@ -120,11 +120,15 @@ void takeInput(HookEvent &event, QByteArrayView body, const AgentContract &contr
     const bool asks = event.kind == CanonicalEvent::permissionRequest;
     const bool announces = contract.announcesWhileAsking && event.kind == CanonicalEvent::toolUse;
     const auto input = asks || announces ? rawInput(body) : std::nullopt;
-    if (!input || !input->starts_with('{')) {
+    if (!input || *input == "null") {
         return;
     }
     if (asks) {
-        event.toolInput = ReadableInput::of(*input);
+        // With questions only they are shown, and whatever else there is beside them.
+        event.toolInput = event.questions
+                              ? ReadableInput::beside(*input, {QStringLiteral("questions"),
+                                                               QStringLiteral("answers")})
+                              : ReadableInput::of(*input);
     }
     if (contract.announcesWhileAsking) {
         event.call = callOf(event, *input);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/Agents/AgentQuestion.h"
+#include "Core/Agents/ReadableInput.h"
 #include "Platform/Time.h"
 
 #include <QMap>
@@ -11,6 +12,8 @@ namespace morvane {
 struct PendingQuestion {
     QString id; ///< the decision id under which the server has parked the hook
     QList<AgentQuestion> questions;
+    QString toolName;               ///< the tool that any answer allows
+    ReadableInput input;            ///< what it is given besides the questions
     QMap<QString, QString> answers; ///< question text to the label of the chosen option
     Date expiresAt;                 ///< for display: the expiry itself is told by the server
 

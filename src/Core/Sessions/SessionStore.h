@@ -106,7 +106,8 @@ public:
     void answer(const QString &sessionID, const QString &question, const QString &option);
 
     /// Chooses by position, from 0: among the options of the first open question, else among the
-    /// choices of the tool call that waits, which is the order of the buttons.
+    /// choices of the tool call that waits, which is the order of the buttons. Whoever calls this
+    /// for a key asks the strip first whether it has stood there long enough to be read.
     void chooseByIndex(const QString &sessionID, qsizetype index);
 
     /// The server has given up a hook that waited.

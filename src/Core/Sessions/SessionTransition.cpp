@@ -259,7 +259,13 @@ void setPending(Session &session, const Context &context, const QString &decisio
     session.pendingExternalResponse.reset();
     session.pendingCall = event.call;
     if (event.questions) {
-        session.pendingQuestion = PendingQuestion{decisionID, *event.questions, {}, expiresAt};
+        session.pendingQuestion =
+            PendingQuestion{.id = decisionID,
+                            .questions = *event.questions,
+                            .toolName = event.toolName.value_or(SessionTransition::tr("tool")),
+                            .input = event.toolInput,
+                            .answers = {},
+                            .expiresAt = expiresAt};
         return;
     }
     const AgentAdapter &adapter = AgentRegistry::adapter(event.agent);

@@ -75,6 +75,7 @@ ApprovalStrip::ApprovalStrip(Scheduler &scheduler, QWidget *parent)
     connect(m_more, &DecideButton::clicked, this, [this] {
         m_showsAll = true;
         showCall();
+        m_reading->startAnew();
         activateLayoutsAround(*this);
     });
     connect(m_reading, &ReadingTime::changed, m_choices, &QWidget::setEnabled);

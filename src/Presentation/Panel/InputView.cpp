@@ -4,10 +4,10 @@
 #include "Presentation/Style/Typography.h"
 
 #include <QPainter>
-#include <QTextLayout>
 #include <QWheelEvent>
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
 
 namespace morvane {
@@ -19,6 +19,7 @@ using Sign = ReadableInput::Sign;
 
 constexpr int padding = 7;
 constexpr int gutter = 14; ///< for the signs
+constexpr int textLeft = padding + gutter;
 constexpr int linesOfANotch = 3;
 constexpr int usualHeightLimit = 160;
 constexpr double groundRadius = 6;
@@ -49,15 +50,53 @@ std::optional<QChar> mark(Sign sign) {
         return u'\u2212';
     case Sign::added:
         return u'+';
-    default:
-        return std::nullopt;
+    case Sign::aside:
+        return u'\u00b7';
+    case Sign::plain:
+        break;
     }
+    return std::nullopt;
 }
+
+constexpr QChar continuation(u'\u21aa');
 
 /// Whether every character takes one column.
 bool isPlain(QStringView text) {
     return std::ranges::all_of(text,
                                [](QChar unit) { return unit >= u' ' && unit.unicode() < 0x7F; });
+}
+
+/// The character that the text begins with.
+char32_t firstOf(QStringView text) {
+    const bool isPair = text.size() > 1 && text[0].isHighSurrogate() && text[1].isLowSurrogate();
+    return isPair ? QChar::surrogateToUcs4(text[0], text[1]) : text[0].unicode();
+}
+
+/// The length of what takes one cell: a character with what stands on it.
+qsizetype cellLength(QStringView text) {
+    const auto unitsOf = [](char32_t character) {
+        return qsizetype(QChar::requiresSurrogates(character) ? 2 : 1);
+    };
+    qsizetype length = unitsOf(firstOf(text));
+    while (length < text.size()) {
+        const char32_t next = firstOf(text.sliced(length));
+        const bool isSkinTone = next >= 0x1F3FB && next <= 0x1F3FF;
+        if (!QChar::isMark(next) && !isSkinTone) {
+            break;
+        }
+        length += unitsOf(next);
+    }
+    return length;
+}
+
+/// The widest that one of the usual characters is, which are all alike in a font made for this.
+double columnWidth(const QFont &font) {
+    const QFontMetricsF metrics(font);
+    double widest = 0;
+    for (char16_t character = u' '; character < 0x7F; ++character) {
+        widest = std::max(widest, metrics.horizontalAdvance(QChar(character)));
+    }
+    return widest;
 }
 
 QString accessibleText(const QList<Line> &lines) {
@@ -74,6 +113,7 @@ QString accessibleText(const QList<Line> &lines) {
 InputView::InputView(QWidget *parent) : QWidget(parent), m_heightLimit(usualHeightLimit) {
     setFont(Typography::code(Typography::secondarySize));
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    m_columnWidth = columnWidth(font());
 }
 
 void InputView::setLines(const QList<Line> &lines) {
@@ -81,8 +121,6 @@ void InputView::setLines(const QList<Line> &lines) {
         return;
     }
     m_lines = lines;
-    m_hasSigns =
-        std::ranges::any_of(lines, [](const Line &line) { return mark(line.sign).has_value(); });
     m_piecesWidth = -1;
     m_offset = 0;
     setAccessibleName(accessibleText(lines));
@@ -97,10 +135,6 @@ void InputView::setHeightLimit(int limit) {
     }
 }
 
-int InputView::textLeft() const {
-    return padding + (m_hasSigns ? gutter : 0);
-}
-
 int InputView::contentHeight(int width) const {
     return static_cast<int>(pieces(width).size()) * fontMetrics().lineSpacing() + 2 * padding;
 }
@@ -112,47 +146,59 @@ int InputView::heightForWidth(int width) const {
     return std::min(contentHeight(width), fitting);
 }
 
+/// The width is the strip's, and decides about the height.
 QSize InputView::sizeHint() const {
-    const int usualWidth = 400;
-    return {usualWidth, heightForWidth(usualWidth)};
+    return {textLeft + padding, fontMetrics().lineSpacing() + 2 * padding};
 }
 
 const QList<InputView::Piece> &InputView::pieces(int width) const {
     if (width != m_piecesWidth) {
         m_piecesWidth = width;
         m_pieces.clear();
+        const auto columns = static_cast<qsizetype>((width - textLeft - padding) / m_columnWidth);
         for (qsizetype line = 0; line < m_lines.size(); ++line) {
-            appendPieces(m_pieces, line, std::max(1, width - textLeft() - padding));
+            appendPieces(m_pieces, line, std::max<qsizetype>(2, columns));
         }
     }
     return m_pieces;
 }
 
-void InputView::appendPieces(QList<Piece> &list, qsizetype line, int width) const {
+qsizetype InputView::columnsOf(char32_t character) const {
+    if (character >= U' ' && character < 0x7F) {
+        return 1;
+    }
+    auto known = m_columns.constFind(character);
+    if (known == m_columns.constEnd()) {
+        const double advance =
+            QFontMetricsF(font()).horizontalAdvance(QString::fromUcs4(&character, 1));
+        const auto columns = static_cast<qsizetype>(std::ceil(advance / m_columnWidth - 0.1));
+        known = m_columns.insert(character, std::clamp<qsizetype>(columns, 1, 2));
+    }
+    return *known;
+}
+
+void InputView::appendPieces(QList<Piece> &list, qsizetype line, qsizetype columns) const {
     const QString &text = m_lines[line].text;
+    qsizetype begin = 0;
     if (isPlain(text)) {
-        const double advance = QFontMetricsF(font()).horizontalAdvance(u'0');
-        const auto columns = std::max<qsizetype>(1, static_cast<qsizetype>(width / advance));
-        qsizetype begin = 0;
-        do {
-            const qsizetype length = std::min(columns, text.size() - begin);
-            list.append({line, begin, length});
-            begin += length;
-        } while (begin < text.size());
-        return;
+        for (; text.size() - begin > columns; begin += columns) {
+            list.append({line, begin, columns});
+        }
+    } else {
+        qsizetype taken = 0;
+        for (qsizetype at = 0; at < text.size();) {
+            const QStringView rest = QStringView(text).sliced(at);
+            const qsizetype needed = columnsOf(firstOf(rest));
+            if (taken + needed > columns) {
+                list.append({line, begin, at - begin});
+                begin = at;
+                taken = 0;
+            }
+            taken += needed;
+            at += cellLength(rest);
+        }
     }
-    QTextLayout layout(leftToRight + text, font());
-    QTextOption option;
-    option.setWrapMode(QTextOption::WrapAnywhere);
-    option.setTextDirection(Qt::LeftToRight);
-    layout.setTextOption(option);
-    layout.beginLayout();
-    for (QTextLine row = layout.createLine(); row.isValid(); row = layout.createLine()) {
-        row.setLineWidth(width);
-        const qsizetype begin = std::max(0, row.textStart() - 1);
-        list.append({line, begin, row.textStart() + row.textLength() - 1 - begin});
-    }
-    layout.endLayout();
+    list.append({line, begin, text.size() - begin});
 }
 
 void InputView::paintEvent(QPaintEvent *event) {
@@ -178,17 +224,31 @@ void InputView::paint(QPainter &painter, const Piece &piece, int top) const {
     const Line &line = m_lines[piece.line];
     const QColor color = colorOf(line.sign);
     const int baseline = top + fontMetrics().ascent();
-    if (const auto sign = mark(line.sign)) {
+    if (line.sign == Sign::removed || line.sign == Sign::added) {
         painter.fillRect(0, top, width(), fontMetrics().lineSpacing(),
                          Colors::faded(color, changedGround));
-        painter.setPen(color);
-        if (piece.begin == 0) {
-            painter.drawText(padding, baseline, QString(*sign));
-        }
+    }
+    const bool goesOn = piece.begin > 0;
+    if (const auto sign = goesOn ? std::optional(continuation) : mark(line.sign)) {
+        painter.setPen(goesOn ? Colors::tertiaryText : color);
+        painter.drawText(padding, baseline, QString(*sign));
     }
     painter.setPen(color);
-    const QString text = line.text.mid(piece.begin, piece.length);
-    painter.drawText(textLeft(), baseline, isPlain(text) ? text : leftToRight + text);
+    paintText(painter, QStringView(line.text).sliced(piece.begin, piece.length), baseline);
+}
+
+/// Each cell by itself: what stands beside a letter must neither move nor reshape it.
+void InputView::paintText(QPainter &painter, QStringView text, int baseline) const {
+    double column = 0;
+    while (!text.isEmpty()) {
+        const qsizetype length = cellLength(text);
+        if (text[0] != u' ') {
+            painter.drawText(QPointF(textLeft + column * m_columnWidth, baseline),
+                             leftToRight + text.first(length).toString());
+        }
+        column += static_cast<double>(columnsOf(firstOf(text)));
+        text = text.sliced(length);
+    }
 }
 
 /// Shows that there is more, and where; the wheel is what moves it.

@@ -2,13 +2,14 @@
 
 #include "Core/Agents/ReadableInput.h"
 
+#include <QHash>
 #include <QWidget>
 
 namespace morvane {
 
-/// Shows what a tool call is given as it will be taken: every character as wide as the next, from
-/// left to right whatever its script, with the signs of lines that go and come in a column of
-/// their own. What is too long for a line goes on in the next; what is too high is scrolled.
+/// Shows what a tool call is given as it will be taken: in a grid as terminals have it, from left
+/// to right whatever the script, with the signs of lines in a column of their own. What is too long
+/// for a row goes on in the next, which is marked for that; what is too high is scrolled.
 class InputView : public QWidget {
     Q_OBJECT
 
@@ -40,17 +41,19 @@ private:
     };
 
     const QList<Piece> &pieces(int width) const;
-    void appendPieces(QList<Piece> &list, qsizetype line, int width) const;
+    void appendPieces(QList<Piece> &list, qsizetype line, qsizetype columns) const;
+    qsizetype columnsOf(char32_t character) const;
     int contentHeight(int width) const;
-    int textLeft() const;
     void paint(QPainter &painter, const Piece &piece, int top) const;
+    void paintText(QPainter &painter, QStringView text, int baseline) const;
     void paintThumb(QPainter &painter) const;
     void scrollTo(int offset);
 
     QList<Line> m_lines;
-    bool m_hasSigns = false;
+    double m_columnWidth;
     int m_heightLimit;
-    int m_offset = 0; ///< how far it is scrolled
+    int m_offset = 0;                             ///< how far it is scrolled
+    mutable QHash<char32_t, qsizetype> m_columns; ///< what measuring has told, which is dear
     mutable QList<Piece> m_pieces;
     mutable int m_piecesWidth = -1; ///< at which they were broken; -1 when they have to be anew
 };

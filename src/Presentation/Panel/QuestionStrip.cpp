@@ -1,6 +1,9 @@
 #include "Presentation/Panel/QuestionStrip.h"
 
+#include "Core/Ground/BoundedText.h"
+#include "Core/Ground/VisibleText.h"
 #include "Presentation/Panel/Countdown.h"
+#include "Presentation/Panel/InputView.h"
 #include "Presentation/Panel/OptionButton.h"
 #include "Presentation/Panel/ReadingTime.h"
 #include "Presentation/Style/Colors.h"
@@ -19,8 +22,10 @@ QuestionStrip::QuestionStrip(Scheduler &scheduler, QWidget *parent)
       m_position(new TextLabel(Typography::text(Typography::secondarySize), Colors::secondaryText,
                                1, this)),
       m_text(new TextLabel(Typography::text(Typography::bodySize), Colors::primaryText, 0, this)),
-      m_countdown(new Countdown(scheduler, this)), m_options(new QWidget(this)),
-      m_reading(new ReadingTime(scheduler, *this)) {
+      m_tool(new TextLabel(Typography::text(Typography::secondarySize), Colors::approvalAccent, 2,
+                           this)),
+      m_input(new InputView(this)), m_countdown(new Countdown(scheduler, this)),
+      m_options(new QWidget(this)), m_reading(new ReadingTime(scheduler, *this)) {
     auto *strip = new QVBoxLayout(this);
     strip->setContentsMargins(0, 8, 0, 2);
     strip->setSpacing(5);
@@ -32,6 +37,8 @@ QuestionStrip::QuestionStrip(Scheduler &scheduler, QWidget *parent)
     head->addWidget(m_countdown);
     strip->addLayout(head);
     strip->addWidget(m_text);
+    strip->addWidget(m_tool);
+    strip->addWidget(m_input);
     strip->addWidget(m_options);
     auto *options = new QVBoxLayout(m_options);
     options->setContentsMargins(0, 3, 0, 0);
@@ -50,6 +57,13 @@ void QuestionStrip::setQuestion(const PendingQuestion &pending, bool showsShortc
     m_header->setText(header.isEmpty() ? tr("Choose") : header);
     m_position->setText(tr("%1 of %2").arg(position + 1).arg(pending.questions.size()));
     m_text->setText(question.question);
+    const bool allowsMore = !pending.input.lines.isEmpty();
+    m_tool->setText(
+        tr("Any answer also lets %1 run with:")
+            .arg(VisibleText::of(BoundedText::of(pending.toolName, BoundedText::lineLength))));
+    m_tool->setVisible(allowsMore);
+    m_input->setLines(pending.input.lines);
+    m_input->setVisible(allowsMore);
     m_countdown->setExpiresAt(pending.expiresAt);
     const bool isSame =
         m_question == question && m_pendingID == pending.id && m_showsShortcuts == showsShortcuts;
@@ -58,6 +72,10 @@ void QuestionStrip::setQuestion(const PendingQuestion &pending, bool showsShortc
         showQuestion(question, showsShortcuts);
         m_reading->startAnew();
     }
+}
+
+void QuestionStrip::setInputHeightLimit(int limit) {
+    m_input->setHeightLimit(limit);
 }
 
 void QuestionStrip::showQuestion(const AgentQuestion &question, bool showsShortcuts) {

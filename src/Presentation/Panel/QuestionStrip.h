@@ -9,6 +9,7 @@
 namespace morvane {
 
 class Countdown;
+class InputView;
 class OptionButton;
 class ReadingTime;
 class Scheduler;
@@ -24,6 +25,9 @@ public:
 
     void setQuestion(const PendingQuestion &pending, bool showsShortcuts);
 
+    /// How high the view of the rest of the call may become, in points.
+    void setInputHeightLimit(int limit);
+
 signals:
     void answered(const QString &question, const QString &option);
 
@@ -36,6 +40,8 @@ private:
     TextLabel *m_header;
     TextLabel *m_position;
     TextLabel *m_text;
+    TextLabel *m_tool;  ///< which any answer allows, where it is given more than the questions
+    InputView *m_input; ///< what it is given besides
     Countdown *m_countdown;
     QWidget *m_options;
     QList<OptionButton *> m_buttons;

@@ -21,12 +21,17 @@ ReadingTime::ReadingTime(Scheduler &scheduler, QWidget &prompt)
 
 bool ReadingTime::isOver() {
     if (m_isOver && place() != m_place) {
-        startAnew();
+        waitAnew();
     }
     return m_isOver;
 }
 
 void ReadingTime::startAnew() {
+    m_seen = {};
+    waitAnew();
+}
+
+void ReadingTime::waitAnew() {
     stop();
     if (m_prompt.isVisible()) {
         m_place = place();
@@ -48,9 +53,10 @@ void ReadingTime::look() {
     const Place now = place();
     m_looks = now == m_place ? m_looks + 1 : 0;
     m_place = now;
+    m_seen += now.visible;
     if (m_looks < looksNeeded) {
         lookLater();
-    } else if (!m_place.visible.isEmpty()) {
+    } else if (QRegion(m_prompt.rect()).subtracted(m_seen).isEmpty()) {
         m_isOver = true;
         emit changed(true);
     }
@@ -101,7 +107,7 @@ bool ReadingTime::eventFilter(QObject *watched, QEvent *event) {
     case QEvent::Move:
     case QEvent::Resize:
         if (m_prompt.isVisible() && place() != m_place) {
-            startAnew();
+            waitAnew();
         }
         break;
     default:

@@ -4,6 +4,7 @@
 
 #include <QPointer>
 #include <QRect>
+#include <QRegion>
 #include <QWidget>
 
 namespace morvane {
@@ -13,7 +14,8 @@ class Scheduler;
 /// Says whether something that a person is to answer has stood where it stands, as it stands, for
 /// long enough to be read: 0.7 seconds. A click that was meant for what was there before comes
 /// sooner. Whatever moves the widget, uncovers more of it or changes its size begins the time anew,
-/// and so does its owner when the content changes. Nothing ticks once the time is over.
+/// and so does its owner when the content changes. It isn't over either before every part of that
+/// content has been in sight. Nothing ticks once the time is over.
 class ReadingTime : public QObject {
     Q_OBJECT
 
@@ -45,6 +47,7 @@ private:
 
     Place place() const;
     void watchAncestors();
+    void waitAnew();
     void look();
     void lookLater();
     void stop();
@@ -52,6 +55,7 @@ private:
     Scheduler &m_scheduler;
     QWidget &m_prompt;
     Place m_place;
+    QRegion m_seen;  ///< of the widget, since its content has changed
     int m_looks = 0; ///< in a row that have found it as it was
     bool m_isOver = false;
     Task m_nextLook;

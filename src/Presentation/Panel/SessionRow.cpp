@@ -85,6 +85,9 @@ void SessionRow::setInputHeightLimit(int limit) {
     if (m_approval != nullptr) {
         m_approval->setInputHeightLimit(limit);
     }
+    if (m_question != nullptr) {
+        m_question->setInputHeightLimit(limit);
+    }
 }
 
 void SessionRow::showMain(Details details) {
@@ -168,6 +171,7 @@ ApprovalStrip &SessionRow::approvalStrip() {
 QuestionStrip &SessionRow::questionStrip() {
     if (m_question == nullptr) {
         m_question = new QuestionStrip(context().scheduler, this);
+        m_question->setInputHeightLimit(m_inputHeightLimit);
         m_column->addWidget(m_question);
         connect(m_question, &QuestionStrip::answered, this,
                 [this](const QString &question, const QString &option) {

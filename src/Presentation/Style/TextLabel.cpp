@@ -45,8 +45,8 @@ void TextLabel::setColor(const QColor &color) {
 /// Names and prompts come from outside. What would break a line of theirs becomes a space, and
 /// what would turn the direction of all that follows it is left out.
 QString TextLabel::printable() const {
-    QString result = BoundedText::of(text(), m_maxLines == 1 ? BoundedText::lineLength
-                                                             : BoundedText::paragraphLength);
+    QString result = BoundedText::of(text(), m_maxLines > 0 ? m_maxLines * BoundedText::lineLength
+                                                            : BoundedText::paragraphLength);
     const QChar lineBreak = m_maxLines == 1 ? QChar(u' ') : QChar(QChar::LineSeparator);
     for (QChar &character : result) {
         if (character == u'\n') {
@@ -99,8 +99,10 @@ int TextLabel::heightForWidth(int width) const {
 }
 
 QSize TextLabel::sizeHint() const {
-    const QSize whole(fontMetrics().horizontalAdvance(printable()) + 1,
-                      fontMetrics().lineSpacing());
+    if (m_measured.width < 0 || m_measured.text != text()) {
+        m_measured = {text(), fontMetrics().horizontalAdvance(printable()) + 1, {}};
+    }
+    const QSize whole(m_measured.width, fontMetrics().lineSpacing());
     return whole.grownBy(contentsMargins());
 }
 

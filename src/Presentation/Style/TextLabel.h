@@ -43,6 +43,7 @@ private:
     QColor m_color;
     int m_maxLines;
     mutable Broken m_broken;
+    mutable Broken m_measured; ///< as one line
 };
 
 } // namespace morvane

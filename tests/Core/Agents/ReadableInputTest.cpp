@@ -39,16 +39,22 @@ TEST(ReadableInput, ShowsWhatRuns) {
               " {\n   \"command\": [\n     \"ls\",\n     \"-l\"\n   ]\n }");
     EXPECT_EQ(page(R"({"url":"https://a.example"})"), " https://a.example");
     EXPECT_EQ(page("{}"), "");
+    EXPECT_EQ(page(R"({"edits":[{"old_string":"","new_string":""}]})"), "#@@ 1 / 1 @@");
+    EXPECT_EQ(ReadableInput::of(R"(["rm","-rf"])").lines.size(), 4);
+    EXPECT_EQ(ReadableInput::of(R"("rm -rf ~")").lines.first().text, "rm -rf ~");
 }
 
 TEST(ReadableInput, ShowsWhatChanges) {
     EXPECT_EQ(page(R"({"file_path":"/f","old_string":"a\nb\nc","new_string":"a\nB\nB\nc"})"),
               "#\"file_path\": \"/f\"\n a\n-b\n+B\n+B\n c");
     EXPECT_EQ(page(R"({"oldString":"","newString":"+ a\n- b"})"), "++ a\n+- b");
+    EXPECT_EQ(page(R"({"command":"str_replace","path":"/f","old_str":"a","new_str":"b"})"),
+              "#\"command\": \"str_replace\"\n#\"path\": \"/f\"\n-a\n+b");
     EXPECT_EQ(page(R"({"old_str":"x\nx","new_str":"x"})"), " x\n-x");
     EXPECT_EQ(page(R"({"file_path":"/f","edits":[{"old_string":"a","new_string":"b"},)"
                    R"({"old_string":"c","new_string":"","replace_all":true}]})"),
-              "#\"file_path\": \"/f\"\n-a\n+b\n#\"replace_all\": true\n-c");
+              "#\"file_path\": \"/f\"\n#@@ 1 / 2 @@\n-a\n+b\n#@@ 2 / 2 @@\n"
+              "#\"replace_all\": true\n-c");
     EXPECT_EQ(page(R"({"edits":[{"old_string":"a"}]})").count(u'\n'), 6);
     EXPECT_EQ(page(R"({"content":"one\ntwo","file_path":"/f"})"),
               "#\"file_path\": \"/f\"\n+one\n+two");
@@ -61,6 +67,10 @@ TEST(ReadableInput, LeavesNothingInvisibleOrOutOfOrder) {
     EXPECT_EQ(page("{\"x\\\"\":\"\\u202e\\\\u0041 \xF3\xA0\x81\x81\\n\"}"),
               " {\n   \"x\\\"\": \"\\u202e\\\\u0041 \\udb40\\udc41\\n\"\n }");
     EXPECT_EQ(VisibleText::of(u"e\u0301\u0301\u0301\u0301"), u"e\u0301\u0301\u0301⟨U+0301⟩");
+    EXPECT_EQ(page("{\"command\":\"\xEF\xBB\xBFls \\\\ \\n\xEF\xBB\xBFx\"}"),
+              " ⟨U+FEFF⟩ls \\⟨U+0020⟩\n ⟨U+FEFF⟩x");
+    EXPECT_EQ(VisibleText::of(u"\uD7B0\uD7B0\uD7B0\uD7B0\uFF9E"),
+              u"\uD7B0\uD7B0\uD7B0⟨U+D7B0⟩⟨U+FF9E⟩");
     EXPECT_EQ(VisibleText::of(u"שלום 🎉 日本"), u"שלום 🎉 日本");
 }
 
@@ -82,9 +92,10 @@ TEST(ReadableInput, KeepsSixtyFourKilobytesAndSaysWhenThereIsMore) {
     const ReadableInput longLine = read(QByteArray(ReadableInput::limit - 1, 'x') + "🎉 rm");
     EXPECT_TRUE(longLine.isCut);
     EXPECT_EQ(longLine.lines.first().text.size(), ReadableInput::limit - 1);
-    const ReadableInput manyLines = read(QByteArray("\\n").repeated(500'000));
+    const ReadableInput manyLines = read("x" + QByteArray("\\n").repeated(500'000));
     EXPECT_TRUE(manyLines.isCut);
     EXPECT_LE(manyLines.lines.size(), ReadableInput::limit + 1);
+    EXPECT_TRUE(read(QByteArray(1'000'000, '\x7f')).isCut);
 }
 
 TEST(BoundedText, CutsCharactersAndWhatTheyAreMadeOf) {

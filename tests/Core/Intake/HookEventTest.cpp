@@ -84,6 +84,20 @@ TEST(HookEvent, TakesEverythingThatAPayloadTells) {
     EXPECT_EQ(other->termProgram, " ");
 }
 
+TEST(HookEvent, KeepsWhatAQuestionIsAskedBeside) {
+    const auto input = [](const QByteArray &members) {
+        return withMembers("\"tool_name\":\"x\",\"tool_input\":" + members, "PermissionRequest")
+            .toolInput;
+    };
+    const QByteArray question = R"("questions":[{"question":"Go on?","options":[{"label":"No"}]}])";
+    EXPECT_TRUE(input("{" + question + ",\"answers\":{}}").lines.isEmpty());
+    const auto more = input("{\"path\":\"~/.ssh\"," + question + "}").lines;
+    ASSERT_EQ(more.size(), 1);
+    EXPECT_EQ(more.first().text, "\"path\": \"~/.ssh\"");
+    EXPECT_EQ(input("\"rm -rf ~\"").lines.first().text, "rm -rf ~");
+    EXPECT_TRUE(input("null").lines.isEmpty());
+}
+
 TEST(HookEvent, DropsWhatNoSessionCouldUse) {
     const QByteArray bodies =
         R"(|   |[]|5|null|{|{}|not JSON|{"session_id":"s"} trailing|{"session_id":"s",}|)"

@@ -114,6 +114,8 @@ TEST_F(SessionRowTest, AsksOneQuestionAfterTheOther) {
     showToRead();
     ASSERT_EQ(textsIn<OptionButton>(row), QStringList({"Yes", "No"}));
     EXPECT_TRUE(contents(row).contains("1 of 2"));
+    // An answer allows the whole of the call, whatever else is in it.
+    EXPECT_TRUE(contents(row).contains("Any answer also lets Bash run with:"));
     shownIn<OptionButton>(row)[1]->click();
     EXPECT_TRUE(decisions.isEmpty());
     showToRead();
@@ -154,6 +156,16 @@ TEST_F(SessionRowTest, TakesAPressOnlyForWhatHasStoodLongEnoughToBeRead) {
     EXPECT_FALSE(pressable(Seconds(0.65)));
     row.hide();
     EXPECT_EQ(ticksWithin(Seconds(3)), 0);
+
+    // A call of which only the buttons have been in sight.
+    row.findChild<ApprovalStrip *>()->setMask(QRect(0, 60, 600, 400));
+    apply(EventBuilder::parked("f"));
+    show();
+    EXPECT_FALSE(pressable(Seconds(3)));
+    row.findChild<ApprovalStrip *>()->clearMask();
+    row.move(row.pos() + QPoint(0, 20));
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(pressable(Seconds(0.85)));
 
     apply(question);
     show();
