@@ -10,6 +10,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <ranges>
 #include <sys/stat.h>
 
 namespace morvane {
@@ -40,8 +41,8 @@ std::optional<AgentRelease> releaseInPath(const QString &path, const QString &co
     if (!parts.contains(command)) {
         return std::nullopt;
     }
-    for (auto part = parts.rbegin(); part != parts.rend(); ++part) {
-        if (const auto release = AgentRelease::parse(*part)) {
+    for (const QString &part : parts | std::views::reverse) {
+        if (const auto release = AgentRelease::parse(part)) {
             return release;
         }
     }
