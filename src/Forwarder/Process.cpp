@@ -45,7 +45,8 @@ ShortText procPath(long id, std::string_view file) {
     path.add("/proc/");
     path.add(id);
     path.add(file);
-    path.add({"", 1});
+    const char end = '\0';
+    path.add({&end, 1});
     return path;
 }
 

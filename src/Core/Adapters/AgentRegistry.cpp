@@ -85,7 +85,7 @@ const AgentAdapter &adapter(AgentKind kind) {
 const AgentAdapter &adapter(AgentKind kind, const std::optional<AgentRelease> &release) {
     const auto releases = AgentReleases::all();
     const auto found = std::ranges::find_if(releases, [&](const Listed &listed) {
-        return release && listed.agent == kind && *release >= listed.from &&
+        return release && listed.agent == kind && !(*release < listed.from) &&
                *release < listed.before;
     });
     return found == releases.end()

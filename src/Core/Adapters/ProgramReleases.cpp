@@ -35,13 +35,13 @@ std::optional<AgentRelease> releaseOfPackage(const QString &file, const QString 
 
 /// Installers without a package have a file or a folder of their own for each release.
 std::optional<AgentRelease> releaseInPath(const QString &path, const QString &command) {
-    const QStringList parts =
+    QStringList parts =
         path.split(QLatin1Char('/')).last(std::min<qsizetype>(path.count(QLatin1Char('/')), 4));
     if (!parts.contains(command)) {
         return std::nullopt;
     }
-    for (auto part = parts.rbegin(); part != parts.rend(); ++part) {
-        if (const auto release = AgentRelease::parse(*part)) {
+    for (; !parts.isEmpty(); parts.removeLast()) {
+        if (const auto release = AgentRelease::parse(parts.last())) {
             return release;
         }
     }

@@ -2,8 +2,8 @@
 
 #include <QStringView>
 
-#include <compare>
 #include <optional>
+#include <tuple>
 
 namespace morvane {
 
@@ -17,7 +17,11 @@ struct AgentRelease {
     /// a "+", as in "0.169.0-linux-x64". None for any other text.
     static std::optional<AgentRelease> parse(QStringView text);
 
-    friend auto operator<=>(const AgentRelease &, const AgentRelease &) = default;
+    friend bool operator==(const AgentRelease &, const AgentRelease &) = default;
+    friend bool operator<(const AgentRelease &left, const AgentRelease &right) {
+        return std::tie(left.major, left.minor, left.patch) <
+               std::tie(right.major, right.minor, right.patch);
+    }
 };
 
 } // namespace morvane
