@@ -186,7 +186,7 @@ TEST_F(SessionRowTest, ShowsAllOfACallOrSaysWhatIsMissing) {
     EXPECT_EQ(view->accessibleName(), "a b");
     ASSERT_EQ(textsIn<DecideButton>(row), QStringList({"+ 2 lines", "Deny", "Allow", "Always"}));
     shownIn<DecideButton>(row).first()->click();
-    EXPECT_EQ(view->accessibleName(), "a\nb\n\"timeout\": 5");
+    EXPECT_EQ(view->accessibleName(), "a\nb\n· \"timeout\": 5");
     show();
     EXPECT_EQ(textsIn<DecideButton>(row), QStringList({"Deny", "Allow", "Always"}));
     scheduler.advance(Seconds(0.5));
