@@ -20,6 +20,7 @@ using Sign = ReadableInput::Sign;
 constexpr int padding = 7;
 constexpr int gutter = 14; ///< for the signs
 constexpr int textLeft = padding + gutter;
+constexpr double overlap = 0.35; ///< of a column, that a letter of another font may reach out
 constexpr int linesOfANotch = 3;
 constexpr int usualHeightLimit = 160;
 constexpr double groundRadius = 6;
@@ -171,7 +172,7 @@ qsizetype InputView::columnsOf(char32_t character) const {
     if (known == m_columns.constEnd()) {
         const double advance =
             QFontMetricsF(font()).horizontalAdvance(QString::fromUcs4(&character, 1));
-        const auto columns = static_cast<qsizetype>(std::ceil(advance / m_columnWidth - 0.1));
+        const auto columns = static_cast<qsizetype>(std::ceil(advance / m_columnWidth - overlap));
         known = m_columns.insert(character, std::clamp<qsizetype>(columns, 1, 2));
     }
     return *known;
