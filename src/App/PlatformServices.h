@@ -19,7 +19,7 @@ struct PlatformServices {
     std::unique_ptr<BackgroundPool> background; ///< ends before the scheduler that it reports to
     std::unique_ptr<InstalledApplications> applications;
     std::unique_ptr<LoginItem> loginItem;
-    std::unique_ptr<Processes> processes = std::make_unique<Processes>();
+    std::unique_ptr<Processes> processes = std::make_unique<UntoldProcesses>();
 
     // Of a screen. Without one no widget can be made, and the server runs alone.
 

@@ -24,7 +24,7 @@ struct ProcessIdentity {
     friend auto operator<=>(const ProcessIdentity &, const ProcessIdentity &) = default;
 };
 
-/// What runs on this machine. This one doesn't tell anything.
+/// What runs on this machine.
 class Processes {
 public:
     Processes() = default;
@@ -34,17 +34,19 @@ public:
 
     /// Calls `ended` once, on the main thread and never before this has returned, when the process
     /// has ended or if it has already. Never, where the machine doesn't tell. Main thread.
-    virtual Task whenEnded(const ProcessIdentity &process, std::function<void()> ended) {
-        static_cast<void>(process);
-        static_cast<void>(ended);
-        return {};
-    }
+    virtual Task whenEnded(const ProcessIdentity &process, std::function<void()> ended) = 0;
 
     /// The working directory of each process of this user that runs a program of this name, or
     /// interprets it as a script; none where the machine doesn't tell. Reads many small files; safe
     /// from any thread.
-    virtual std::optional<QStringList> workingDirectories(const QString &program) const {
-        static_cast<void>(program);
+    virtual std::optional<QStringList> workingDirectories(const QString &program) const = 0;
+};
+
+/// Those of a machine that doesn't tell.
+class UntoldProcesses final : public Processes {
+public:
+    Task whenEnded(const ProcessIdentity &, std::function<void()>) override { return {}; }
+    std::optional<QStringList> workingDirectories(const QString &) const override {
         return std::nullopt;
     }
 };

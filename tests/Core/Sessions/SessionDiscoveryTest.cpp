@@ -38,7 +38,7 @@ protected:
         return R"({"type":"session_meta","payload":)" + payload + "}\n";
     }
 
-    static QList<DiscoveredSession> scan(const Processes &processes = Processes()) {
+    static QList<DiscoveredSession> scan(const Processes &processes = UntoldProcesses()) {
         return SessionDiscovery::scan(maxAge, now, processes);
     }
 
