@@ -5,10 +5,10 @@
 #include <QString>
 #include <QStringList>
 
-#include <compare>
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <tuple>
 
 namespace morvane {
 
@@ -21,7 +21,11 @@ struct ProcessIdentity {
     /// In which the number holds: the inode of /proc/ID/ns/pid.
     std::uint64_t numberSpace = 0;
 
-    friend auto operator<=>(const ProcessIdentity &, const ProcessIdentity &) = default;
+    friend bool operator==(const ProcessIdentity &, const ProcessIdentity &) = default;
+    friend bool operator<(const ProcessIdentity &left, const ProcessIdentity &right) {
+        return std::tie(left.id, left.startedAt, left.numberSpace) <
+               std::tie(right.id, right.startedAt, right.numberSpace);
+    }
 };
 
 /// What runs on this machine.
