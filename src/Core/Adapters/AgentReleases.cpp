@@ -25,6 +25,7 @@ std::span<const Listed> all() {
                 .subagentsAsk = true,
                 .announcesWhileAsking = true,
                 .endsTurnsInTranscript = true,
+                .hooksRunInServer = true,
                 .titlesLag = true}},
         // Tried: 0.61.0.
         Listed{AgentKind::gemini,

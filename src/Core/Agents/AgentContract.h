@@ -56,6 +56,10 @@ struct AgentContract {
     /// A turn that is interrupted or fails ends without a hook; the transcript tells.
     bool endsTurnsInTranscript = false;
 
+    /// Hooks run in a server that outlives the agent's windows, in the surroundings of whoever
+    /// started it first.
+    bool hooksRunInServer = false;
+
     /// The title in the transcript is that of the turn before, while a turn runs.
     bool titlesLag = false;
 

@@ -135,6 +135,19 @@ void takeInput(HookEvent &event, QByteArrayView body, const AgentContract &contr
     }
 }
 
+void takePlace(HookEvent &event, const HookOrigin &origin, const AgentContract &contract) {
+    event.process = origin.process;
+    event.ttyName = nonEmpty(origin.ttyName);
+    // Without a terminal at any of its ancestors a server's variables name somebody else's place.
+    if (contract.hooksRunInServer && !event.ttyName) {
+        return;
+    }
+    event.itermSessionID = nonEmpty(origin.itermSessionID);
+    event.termProgram = nonEmpty(origin.termProgram);
+    event.hostBundleID = nonEmpty(origin.hostBundleID);
+    event.pane = origin.pane;
+}
+
 /// What has failed is told in other words, the plainest first.
 std::optional<QString> lastWords(const JsonObject &body, CanonicalEvent kind) {
     const auto words = displayLine(body.string("last_assistant_message"));
@@ -211,12 +224,7 @@ std::optional<HookEvent> HookEvent::decode(const AgentAdapter &adapter, const QS
     if (adapter.reportsBackgroundTasks()) {
         event.backgroundTasks = morvane::backgroundTasks(*body);
     }
-    event.itermSessionID = nonEmpty(origin.itermSessionID);
-    event.termProgram = nonEmpty(origin.termProgram);
-    event.hostBundleID = nonEmpty(origin.hostBundleID);
-    event.ttyName = nonEmpty(origin.ttyName);
-    event.pane = origin.pane;
-    event.process = origin.process;
+    takePlace(event, origin, contract);
     return event;
 }
 

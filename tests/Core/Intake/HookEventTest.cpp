@@ -84,6 +84,20 @@ TEST(HookEvent, TakesEverythingThatAPayloadTells) {
     EXPECT_EQ(other->termProgram, " ");
 }
 
+TEST(HookEvent, LeavesOutAPlaceThatIsNotTheSessionsOwn) {
+    HookOrigin origin;
+    origin.termProgram = "kitty";
+    origin.pane.tmux = "%1";
+    const auto decodeOf = [&](const AgentAdapter &adapter) {
+        return HookEvent::decode(adapter, "Stop", R"({"session_id":"s"})", origin).value();
+    };
+    const AgentAdapter &codex = *AgentRegistry::forms(AgentKind::codex).back();
+    EXPECT_FALSE(decodeOf(codex).termProgram || decodeOf(codex).pane.tmux);
+    EXPECT_TRUE(decodeOf(AgentRegistry::adapter(AgentKind::codex)).termProgram);
+    origin.ttyName = "/dev/pts/1";
+    EXPECT_TRUE(decodeOf(codex).termProgram && decodeOf(codex).pane.tmux);
+}
+
 TEST(HookEvent, KeepsWhatAQuestionIsAskedBeside) {
     const auto input = [](const QByteArray &members) {
         return withMembers("\"tool_name\":\"x\",\"tool_input\":" + members, "PermissionRequest")
