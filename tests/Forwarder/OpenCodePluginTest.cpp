@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <sstream>
 #include <utility>
 #include <vector>
 
@@ -181,6 +182,12 @@ TEST_F(OpenCodePlugin, SaysWhereItRuns) {
         EXPECT_EQ(request.headers["x-morvane-agent"], "opencode");
         EXPECT_EQ(request.headers["x-hook-event"], "session.created");
         EXPECT_EQ(request.host(), expected);
+        // OpenCode itself, by its number, its start and the space of its number.
+        int fields = 0;
+        std::istringstream identity(request.headers["x-morvane-process"]);
+        for (std::uint64_t number = 0; identity >> number;)
+            ++fields;
+        EXPECT_EQ(fields, 3);
         EXPECT_EQ(process->wait(), 0);
     }
 }
