@@ -58,17 +58,21 @@ void QuestionStrip::setQuestion(const PendingQuestion &pending, bool showsShortc
     m_position->setText(tr("%1 of %2").arg(position + 1).arg(pending.questions.size()));
     m_text->setText(question.question);
     const bool allowsMore = !pending.input.lines.isEmpty();
+    const QString tool =
+        VisibleText::of(BoundedText::of(pending.toolName, BoundedText::lineLength));
     m_tool->setText(
-        tr("Any answer also lets %1 run with:")
-            .arg(VisibleText::of(BoundedText::of(pending.toolName, BoundedText::lineLength))));
+        pending.input.isCut
+            ? tr("Any answer also lets %1 run with this, the end of which is missing:").arg(tool)
+            : tr("Any answer also lets %1 run with:").arg(tool));
     m_tool->setVisible(allowsMore);
     m_input->setLines(pending.input.lines);
     m_input->setVisible(allowsMore);
     m_countdown->setExpiresAt(pending.expiresAt);
-    const bool isSame =
-        m_question == question && m_pendingID == pending.id && m_showsShortcuts == showsShortcuts;
+    const bool isSame = m_question == question && m_pendingID == pending.id &&
+                        m_rest == pending.input && m_showsShortcuts == showsShortcuts;
     if (!isSame) {
         m_pendingID = pending.id;
+        m_rest = pending.input;
         showQuestion(question, showsShortcuts);
         m_reading->startAnew();
     }

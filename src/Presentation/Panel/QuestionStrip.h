@@ -37,6 +37,7 @@ private:
     std::optional<AgentQuestion> m_question;
     bool m_showsShortcuts = false;
     QString m_pendingID;
+    ReadableInput m_rest; ///< of the call that asks
     TextLabel *m_header;
     TextLabel *m_position;
     TextLabel *m_text;

@@ -5,6 +5,8 @@
 
 #include <QEvent>
 
+#include <utility>
+
 namespace morvane {
 
 namespace {

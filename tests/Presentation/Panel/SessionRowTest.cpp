@@ -172,6 +172,11 @@ TEST_F(SessionRowTest, TakesAPressOnlyForWhatHasStoodLongEnoughToBeRead) {
     scheduler.advance(Seconds(0.6));
     EXPECT_FALSE(shownIn<OptionButton>(row).first()->isEnabled());
     scheduler.advance(Seconds(0.3));
+    // The same question of a call that would do something else.
+    apply(question.given(R"({"command":"rm -rf ~"})"));
+    show();
+    EXPECT_FALSE(shownIn<OptionButton>(row).first()->isEnabled());
+    scheduler.advance(Seconds(0.9));
     shownIn<OptionButton>(row).first()->click();
     show();
     EXPECT_FALSE(shownIn<OptionButton>(row).first()->isEnabled());
