@@ -1,5 +1,7 @@
 #include "Core/Ground/VisibleText.h"
 
+#include "Core/Ground/BoundedText.h"
+
 #include <algorithm>
 #include <array>
 
@@ -84,19 +86,13 @@ QString escapedInJson(char32_t character) {
     return spelledUnit(static_cast<char16_t>(character));
 }
 
-/// The character that the text begins with; half of a surrogate pair is one by itself.
-char32_t firstOf(QStringView text) {
-    const bool isPair = text.size() > 1 && text[0].isHighSurrogate() && text[1].isLowSurrogate();
-    return isPair ? QChar::surrogateToUcs4(text[0], text[1]) : text[0].unicode();
-}
-
 template <typename IsSpecial, typename Escaped>
 QString spelled(QStringView text, IsSpecial isSpecial, Escaped escaped) {
     QString result;
     result.reserve(text.size());
     int marks = 0;
     while (!text.isEmpty()) {
-        const char32_t character = firstOf(text);
+        const char32_t character = firstCharacter(text);
         const qsizetype length = QChar::requiresSurrogates(character) ? 2 : 1;
         marks = joins(character) ? marks + 1 : 0;
         if (isSpecial(character) || isHidden(character) || marks > mostMarks) {
@@ -121,6 +117,15 @@ QString of(QStringView line) {
         result += escapedInText(U' ');
     }
     return result;
+}
+
+QString name(const QString &text) {
+    return of(BoundedText::of(text, BoundedText::lineLength));
+}
+
+char32_t firstCharacter(QStringView text) {
+    const bool isPair = text.size() > 1 && text[0].isHighSurrogate() && text[1].isLowSurrogate();
+    return isPair ? QChar::surrogateToUcs4(text[0], text[1]) : text[0].unicode();
 }
 
 QString quoted(QStringView text) {

@@ -13,7 +13,14 @@ namespace morvane::VisibleText {
 /// up, a blank at the end) its number, as in "⟨U+202E⟩"; and so does what these are written with.
 QString of(QStringView line);
 
+/// A name in a sentence: in one line, whatever it holds, and of no more characters than one takes.
+QString name(const QString &text);
+
 /// The text as a JSON string, between quotation marks, with the escapes of JSON for the same.
 QString quoted(QStringView text);
+
+/// The character that the text, which isn't empty, begins with; half of a surrogate pair is one by
+/// itself.
+char32_t firstCharacter(QStringView text);
 
 } // namespace morvane::VisibleText

@@ -1,6 +1,5 @@
 #include "Presentation/Panel/ApprovalStrip.h"
 
-#include "Core/Ground/BoundedText.h"
 #include "Core/Ground/VisibleText.h"
 #include "Presentation/Panel/Countdown.h"
 #include "Presentation/Panel/DecideButton.h"
@@ -35,11 +34,6 @@ Wording wordingOf(const AgentDecision &choice, const QString &toolName) {
     }
     return {ApprovalStrip::tr("Always"), Colors::white(0.7),
             ApprovalStrip::tr("Approve every %1 call for the rest of this session.").arg(toolName)};
-}
-
-/// A name with a line break in it would make a line of its own, which could say anything.
-QString shownName(const QString &toolName) {
-    return VisibleText::of(BoundedText::of(toolName, BoundedText::lineLength));
 }
 
 QString wordsFor(const ReadableInput::Rest &rest) {
@@ -124,7 +118,7 @@ void ApprovalStrip::setInputHeightLimit(int limit) {
 
 void ApprovalStrip::showCall() {
     const ReadableInput &input = m_approval->input;
-    const QString name = shownName(m_approval->toolName);
+    const QString name = VisibleText::name(m_approval->toolName);
     m_title->setText(m_approval->ofSubagent ? tr("a subagent wants to run %1").arg(name)
                                             : tr("wants to run %1").arg(name));
     const QString line = VisibleText::of(m_approval->detail.value_or(QString()));
@@ -149,7 +143,7 @@ void ApprovalStrip::showChoices(bool showsShortcuts) {
     for (qsizetype position = 0; position < m_buttons.size(); ++position) {
         DecideButton &button = *m_buttons[position];
         button.setVisible(position < offered.size());
-        setHelpText(button, wordingOf(all[position], shownName(m_approval->toolName)).help);
+        setHelpText(button, wordingOf(all[position], VisibleText::name(m_approval->toolName)).help);
         const int digit = static_cast<int>(position) + 1;
         button.setShortcutDigit(showsShortcuts ? std::optional(digit) : std::nullopt);
     }

@@ -1,5 +1,6 @@
 #include "Presentation/Panel/InputView.h"
 
+#include "Core/Ground/VisibleText.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/Typography.h"
 
@@ -16,6 +17,7 @@ namespace {
 
 using Line = ReadableInput::Line;
 using Sign = ReadableInput::Sign;
+using VisibleText::firstCharacter;
 
 constexpr int padding = 7;
 constexpr int gutter = 14; ///< for the signs
@@ -67,20 +69,14 @@ bool isPlain(QStringView text) {
                                [](QChar unit) { return unit >= u' ' && unit.unicode() < 0x7F; });
 }
 
-/// The character that the text begins with.
-char32_t firstOf(QStringView text) {
-    const bool isPair = text.size() > 1 && text[0].isHighSurrogate() && text[1].isLowSurrogate();
-    return isPair ? QChar::surrogateToUcs4(text[0], text[1]) : text[0].unicode();
-}
-
 /// The length of what takes one cell: a character with what stands on it.
 qsizetype cellLength(QStringView text) {
     const auto unitsOf = [](char32_t character) {
         return qsizetype(QChar::requiresSurrogates(character) ? 2 : 1);
     };
-    qsizetype length = unitsOf(firstOf(text));
+    qsizetype length = unitsOf(firstCharacter(text));
     while (length < text.size()) {
-        const char32_t next = firstOf(text.sliced(length));
+        const char32_t next = firstCharacter(text.sliced(length));
         const bool isSkinTone = next >= 0x1F3FB && next <= 0x1F3FF;
         if (!QChar::isMark(next) && !isSkinTone) {
             break;
@@ -189,7 +185,7 @@ void InputView::appendPieces(QList<Piece> &list, qsizetype line, qsizetype colum
         qsizetype taken = 0;
         for (qsizetype at = 0; at < text.size();) {
             const QStringView rest = QStringView(text).sliced(at);
-            const qsizetype needed = columnsOf(firstOf(rest));
+            const qsizetype needed = columnsOf(firstCharacter(rest));
             if (taken + needed > columns) {
                 list.append({line, begin, at - begin});
                 begin = at;
@@ -247,7 +243,7 @@ void InputView::paintText(QPainter &painter, QStringView text, int baseline) con
             painter.drawText(QPointF(textLeft + column * m_columnWidth, baseline),
                              leftToRight + text.first(length).toString());
         }
-        column += static_cast<double>(columnsOf(firstOf(text)));
+        column += static_cast<double>(columnsOf(firstCharacter(text)));
         text = text.sliced(length);
     }
 }

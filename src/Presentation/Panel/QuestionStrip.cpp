@@ -1,6 +1,5 @@
 #include "Presentation/Panel/QuestionStrip.h"
 
-#include "Core/Ground/BoundedText.h"
 #include "Core/Ground/VisibleText.h"
 #include "Presentation/Panel/Countdown.h"
 #include "Presentation/Panel/InputView.h"
@@ -58,8 +57,7 @@ void QuestionStrip::setQuestion(const PendingQuestion &pending, bool showsShortc
     m_position->setText(tr("%1 of %2").arg(position + 1).arg(pending.questions.size()));
     m_text->setText(question.question);
     const bool allowsMore = !pending.input.lines.isEmpty();
-    const QString tool =
-        VisibleText::of(BoundedText::of(pending.toolName, BoundedText::lineLength));
+    const QString tool = VisibleText::name(pending.toolName);
     m_tool->setText(
         pending.input.isCut
             ? tr("Any answer also lets %1 run with this, the end of which is missing:").arg(tool)
