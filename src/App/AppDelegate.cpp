@@ -1,5 +1,7 @@
 #include "App/AppDelegate.h"
 
+#include <QCoreApplication>
+
 #include <variant>
 
 namespace morvane {
@@ -27,7 +29,7 @@ void AppDelegate::offerNewAgents() {
     connect(&m_controller->connections(), &AgentConnections::newAgentsDetected, this,
             [this](const std::vector<AgentKind> &kinds) {
                 if (!m_onboardingWindow) {
-                    showOnboarding(OnboardingWindow::NewAgents(kinds));
+                    showOnboarding(OnboardingView::NewAgents(kinds));
                 }
             });
 }
@@ -59,23 +61,46 @@ void AppDelegate::applicationShouldHandleReopen() {
 void AppDelegate::showFirstRunIfNeeded() {
     if (!m_settings.hasCompletedFirstRun()) {
         m_settings.setHasCompletedFirstRun(true);
-        showOnboarding(OnboardingWindow::FirstRun());
+        showOnboarding(OnboardingView::FirstRun());
     }
 }
 
-void AppDelegate::showOnboarding(const OnboardingWindow::Mode &mode) {
-    m_onboardingWindow = std::make_unique<OnboardingWindow>(mode);
+/// The windows go before the controller does, so it is there for as long as they ask it.
+WindowContext AppDelegate::windowContext() {
+    AppController &controller = *m_controller;
+    return {
+        m_settings,
+        controller.connections(),
+        *m_platform.scheduler,
+        *m_platform.motion,
+        {
+            .serverStatus = [&controller] { return controller.serverStatus(); },
+            .setApprovalsEnabled =
+                [&controller](bool enabled) { controller.setApprovalsEnabled(enabled); },
+            .launchAtLogin = [&controller] { return controller.launchAtLogin(); },
+            .setLaunchAtLogin =
+                [&controller](bool enabled) { controller.setLaunchAtLogin(enabled); },
+            .canFocusWindows = [&controller] { return controller.canFocusWindows(); },
+            .hasTrayIcon = [this] { return m_statusItem && m_statusItem->isShown(); },
+            .removeEverything = [&controller] { return controller.removeEverything(); },
+            .quit = &QCoreApplication::quit,
+        },
+    };
+}
+
+void AppDelegate::showOnboarding(const OnboardingView::Mode &mode) {
+    m_onboardingWindow = std::make_unique<OnboardingWindow>(mode, windowContext());
     m_onboardingWindow->addActions(m_menu->keyedActions());
     connect(m_onboardingWindow.get(), &OnboardingWindow::finished, this,
             [this, mode] { finishOnboarding(mode); });
     m_onboardingWindow->present();
 }
 
-void AppDelegate::finishOnboarding(const OnboardingWindow::Mode &mode) {
+void AppDelegate::finishOnboarding(const OnboardingView::Mode &mode) {
     if (!m_onboardingWindow) {
         return;
     }
-    if (std::holds_alternative<OnboardingWindow::FirstRun>(mode)) {
+    if (std::holds_alternative<OnboardingView::FirstRun>(mode)) {
         m_controller->connections().markAllPresentAgentsKnown();
     }
     // It is still in the middle of its own closing.
@@ -87,7 +112,7 @@ void AppDelegate::finishOnboarding(const OnboardingWindow::Mode &mode) {
 
 void AppDelegate::openSettings() {
     if (!m_settingsWindow) {
-        m_settingsWindow = std::make_unique<SettingsWindow>();
+        m_settingsWindow = std::make_unique<SettingsWindow>(windowContext());
         m_settingsWindow->addActions(m_menu->keyedActions());
     }
     // The welcome is above all other windows, and must not cover what is asked for from there.

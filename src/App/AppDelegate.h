@@ -32,8 +32,9 @@ private:
     void makeMenu();
     void makeStatusItem();
     void showFirstRunIfNeeded();
-    void showOnboarding(const OnboardingWindow::Mode &mode);
-    void finishOnboarding(const OnboardingWindow::Mode &mode);
+    WindowContext windowContext();
+    void showOnboarding(const OnboardingView::Mode &mode);
+    void finishOnboarding(const OnboardingView::Mode &mode);
     void openSettings();
     void showPanel();
 

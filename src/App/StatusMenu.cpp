@@ -83,7 +83,7 @@ void StatusMenu::update() {
     for (const AgentItem &item : m_agentItems) {
         item.action->setChecked(installed.contains(item.kind));
         const QString name = displayName(item.kind);
-        item.action->setText(menuText(m_connections.agentsToReview().contains(item.kind)
+        item.action->setText(menuText(m_connections.health(item.kind).awaitsReview
                                           ? tr("%1 — review with /hooks").arg(name)
                                           : name));
     }

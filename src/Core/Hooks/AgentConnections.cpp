@@ -78,16 +78,14 @@ void AgentConnections::refreshStatus() {
             return makeInstaller(adapter->kind()).notificationsSuppressed();
         });
     m_statusLineBlockedAgents.clear();
-    m_agentsToReview.clear();
+    m_health.clear();
     for (const AgentAdapter *adapter : AgentRegistry::all()) {
         const AgentKind kind = adapter->kind();
         const Health health = makeInstaller(kind).health();
         if (health.statusLine == StatusLineHealth::ownedByOther) {
             m_statusLineBlockedAgents.push_back(kind);
         }
-        if (health.awaitsReview) {
-            m_agentsToReview.insert(kind);
-        }
+        m_health.insert(kind, health);
     }
     emit statusChanged();
 }

@@ -2,9 +2,11 @@
 
 #include "Core/Adapters/ProgramReleases.h"
 #include "Core/Agents/AgentKind.h"
+#include "Core/Hooks/Health.h"
 #include "Platform/Failure.h"
 #include "Platform/Scheduler.h"
 
+#include <QHash>
 #include <QObject>
 #include <QSet>
 
@@ -44,8 +46,7 @@ public:
         return m_statusLineBlockedAgents;
     }
 
-    /// The agents that run no hook of ours that is new to them before their person has reviewed it.
-    const QSet<AgentKind> &agentsToReview() const { return m_agentsToReview; }
+    Health health(AgentKind kind) const { return m_health.value(kind); }
 
     void refreshStatus();
 
@@ -109,7 +110,7 @@ private:
     QSet<AgentKind> m_installedAgents;
     bool m_notificationsSuppressed = false;
     std::vector<AgentKind> m_statusLineBlockedAgents;
-    QSet<AgentKind> m_agentsToReview;
+    QHash<AgentKind, Health> m_health;
     mutable ProgramReleases m_programs;
     Task m_newAgentTimer;
 };

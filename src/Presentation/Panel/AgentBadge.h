@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Core/Agents/AgentKind.h"
-#include "Presentation/Panel/Badge.h"
+#include "Presentation/Style/Badge.h"
 
 #include <optional>
 

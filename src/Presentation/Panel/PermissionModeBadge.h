@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Presentation/Panel/Badge.h"
+#include "Presentation/Style/Badge.h"
 
 #include <optional>
 

@@ -31,6 +31,14 @@ inline constexpr QColor questionAccent = sRgb(0.48, 0.7, 1.0);
 inline constexpr QColor approvalAccent = sRgb(1.0, 0.72, 0.35);
 inline constexpr QColor denyAccent = sRgb(1.0, 0.48, 0.48);
 
+inline constexpr QColor connected = sRgb(0.36, 0.82, 0.48);
+inline constexpr QColor warning = sRgb(1.0, 0.74, 0.3);
+inline constexpr QColor switchOn = sRgb(0.18, 0.52, 0.96);
+inline constexpr QColor mascot = sRgb(1.0, 0.84, 0.04);
+inline constexpr QColor onboardingGlow = sRgb(0.19, 0.2, 0.27);
+inline constexpr QColor formGround = white(0.05);
+inline constexpr QColor hairline = white(0.08);
+
 inline constexpr QColor codeGround = white(0.05);
 inline constexpr QColor removedLine = sRgb(1.0, 0.6, 0.58);
 inline constexpr QColor addedLine = sRgb(0.56, 0.86, 0.6);

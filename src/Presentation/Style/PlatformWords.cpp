@@ -6,4 +6,64 @@ QString PlatformWords::digitShortcut(int digit) {
     return tr("Ctrl %1").arg(digit);
 }
 
+QString PlatformWords::digitShortcuts(int first, int last) {
+    return tr("Ctrl %1–%2").arg(first).arg(last);
+}
+
+QString PlatformWords::panelShortcut() {
+    return tr("Super+Shift+G");
+}
+
+QString PlatformWords::everythingStaysHere() {
+    return tr("Your coding agents' status, at the top of the screen and in the tray. Everything "
+              "stays on this computer.");
+}
+
+QString PlatformWords::whereToLook(bool hasTrayIcon) {
+    return hasTrayIcon ? tr("Look for the alien in the tray.")
+                       : tr("Look for the alien at the top of the screen.");
+}
+
+QString PlatformWords::openThePanel() {
+    return tr("Hover the capsule, or press %1, to open the panel.").arg(panelShortcut());
+}
+
+QString PlatformWords::noNotificationSwitch() {
+    return tr("None of the agents on this computer has a notification switch Morvane can flip.");
+}
+
+QString PlatformWords::windowFocusNeeds() {
+    return tr("Lets a jump raise the right project window. Needs a window manager that lets "
+              "programs raise windows.");
+}
+
+QString PlatformWords::windowFocusFooter() {
+    return tr("Jumping always brings the session's app forward. Where the window manager lets "
+              "programs raise windows, it also raises that project's window, so IDEs like WebStorm "
+              "or PhpStorm with several projects open land on the right one.");
+}
+
+QString PlatformWords::showIcon() {
+    return tr("Show icon in the &tray");
+}
+
+QString PlatformWords::iconIsHidden() {
+    return tr("Morvane is still running. Open the panel with %1, or hover the capsule. To reach "
+              "Settings again, start Morvane once more.")
+        .arg(panelShortcut());
+}
+
+QString PlatformWords::removeTheProgram() {
+    return tr("Remove the program afterwards, as you installed it.");
+}
+
+QString PlatformWords::removeTheProgramToFinish() {
+    return tr("Morvane will quit — remove the program, as you installed it, to finish "
+              "uninstalling.");
+}
+
+QString PlatformWords::acknowledgementsAreMissing() {
+    return tr("THIRD-PARTY.txt is missing from the program.");
+}
+
 } // namespace morvane

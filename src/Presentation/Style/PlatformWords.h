@@ -12,6 +12,27 @@ struct PlatformWords {
 public:
     /// The keys of one of the digit shortcuts: "⌘1" elsewhere.
     static QString digitShortcut(int digit);
+
+    /// The keys of the first and the last digit that jump somewhere: "⌘1–⌘5" elsewhere.
+    static QString digitShortcuts(int first, int last);
+
+    /// The key that opens the panel: "⇧⌘G" elsewhere.
+    static QString panelShortcut();
+
+    // The windows' sentences that name a place of the desktop.
+
+    static QString everythingStaysHere();
+    /// Where a newcomer finds Morvane: beside the clock elsewhere.
+    static QString whereToLook(bool hasTrayIcon);
+    static QString openThePanel();
+    static QString noNotificationSwitch();
+    static QString windowFocusNeeds();
+    static QString windowFocusFooter();
+    static QString showIcon();
+    static QString iconIsHidden();
+    static QString removeTheProgram();
+    static QString removeTheProgramToFinish();
+    static QString acknowledgementsAreMissing();
 };
 
 } // namespace morvane

@@ -149,12 +149,17 @@ double roomAround(double middle, const DeviceCanvas &canvas) {
     return std::min(middle, canvas.scale(16) - middle);
 }
 
-Drawing exclamationCircle(const DeviceCanvas &canvas) {
+Drawing ring(const DeviceCanvas &canvas) {
     Drawing drawing;
-    // The mark is on whole pixels, and the ring has it in its middle.
     const double middle = canvas.line(8);
     const double radius = roomAround(middle, canvas) - canvas.lineWidth() / 2;
     drawing.lines.addEllipse(QPointF(middle, middle), radius, radius);
+    return drawing;
+}
+
+Drawing exclamationCircle(const DeviceCanvas &canvas) {
+    // The mark is on whole pixels, and the ring has it in its middle.
+    Drawing drawing = ring(canvas);
     addExclamation(drawing.fill, canvas, 4.4, 11.8);
     return drawing;
 }
@@ -188,6 +193,32 @@ Drawing window(const DeviceCanvas &canvas) {
     const double bar = canvas.line(5.6);
     drawing.lines.moveTo(frame.left(), bar);
     drawing.lines.lineTo(frame.right(), bar);
+    return drawing;
+}
+
+Drawing prompt(const DeviceCanvas &canvas) {
+    Drawing drawing;
+    const QRectF frame(canvas.linePoint(1.4, 2.6), canvas.linePoint(14, 13));
+    const double radius = canvas.scale(1.8);
+    drawing.lines.addRoundedRect(frame, radius, radius);
+    const double arm = std::round(canvas.scale(2));
+    drawing.lines.addPolygon(chevron(canvas.linePoint(6.6, 7.4), {-arm, -arm}, {-arm, arm}));
+    drawing.lines.addPolygon({canvas.linePoint(8.6, 10), canvas.linePoint(11.4, 10)});
+    return drawing;
+}
+
+/// A square whose sides run on into a loop at each corner.
+Drawing loopedSquare(const DeviceCanvas &canvas) {
+    Drawing drawing;
+    const double near = canvas.line(5.6);
+    const double far = canvas.line(10.4);
+    const double radius = canvas.scale(1.9);
+    drawing.lines.addRect(QRectF(QPointF(near, near), QPointF(far, far)));
+    for (const double x : {near - radius, far + radius}) {
+        for (const double y : {near - radius, far + radius}) {
+            drawing.lines.addEllipse(QPointF(x, y), radius, radius);
+        }
+    }
     return drawing;
 }
 
@@ -255,6 +286,10 @@ Drawing drawingOf(SystemImage image, const DeviceCanvas &canvas) {
         return pointing(canvas, true);
     case SystemImage::chevronRight:
         return pointing(canvas, false);
+    case SystemImage::circle:
+        return ring(canvas);
+    case SystemImage::command:
+        return loopedSquare(canvas);
     case SystemImage::cursorarrowMotionlines:
         return movingCursor(canvas);
     case SystemImage::exclamationmarkCircle:
@@ -265,6 +300,8 @@ Drawing drawingOf(SystemImage image, const DeviceCanvas &canvas) {
         return window(canvas);
     case SystemImage::pencil:
         return pencil(canvas);
+    case SystemImage::terminal:
+        return prompt(canvas);
     }
     return {};
 }

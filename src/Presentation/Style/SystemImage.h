@@ -17,11 +17,14 @@ enum class SystemImage {
     checkmarkCircleFill,         ///< "checkmark.circle.fill"
     chevronDown,                 ///< "chevron.down"
     chevronRight,                ///< "chevron.right"
+    circle,                      ///< "circle"
+    command,                     ///< "command"
     cursorarrowMotionlines,      ///< "cursorarrow.motionlines"
     exclamationmarkCircle,       ///< "exclamationmark.circle"
     exclamationmarkTriangleFill, ///< "exclamationmark.triangle.fill"
     macwindow,                   ///< "macwindow"
     pencil,                      ///< "pencil"
+    terminal,                    ///< "terminal"
 };
 
 /// Draws the picture into the largest square in the middle of the frame.

@@ -1,10 +1,7 @@
 #pragma once
 
-#include "Core/Agents/AgentKind.h"
 #include "Presentation/Windows/ManagedWindow.h"
-
-#include <variant>
-#include <vector>
+#include "Presentation/Windows/OnboardingView.h"
 
 namespace morvane {
 
@@ -15,22 +12,15 @@ class OnboardingWindow : public ManagedWindow {
     Q_OBJECT
 
 public:
-    struct FirstRun {};
-    using NewAgents = std::vector<AgentKind>;
-    using Mode = std::variant<FirstRun, NewAgents>;
-
-    explicit OnboardingWindow(const Mode &mode);
+    OnboardingWindow(const OnboardingView::Mode &mode, const WindowContext &context);
 
 signals:
-    /// The window has been closed.
+    /// The window has been closed, by "Done" or otherwise.
     void finished();
 
 protected:
     void mousePressEvent(QMouseEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
-
-private:
-    void write(const QString &heading, const QString &text);
 };
 
 } // namespace morvane

@@ -1,22 +1,50 @@
 #include "Presentation/Windows/SettingsWindow.h"
 
-#include "Presentation/Style/Colors.h"
-#include "Presentation/Style/TextLabel.h"
-#include "Presentation/Style/Typography.h"
+#include "Core/Hooks/AgentConnections.h"
+#include "Presentation/Windows/SettingsView.h"
 
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QScreen>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace morvane {
 
-SettingsWindow::SettingsWindow() : ManagedWindow(tr("Morvane Settings")) {
-    resize(560, 400);
+namespace {
+
+constexpr QSize usualSize(600, 760);
+constexpr int leastWidth = 440;
+constexpr int leastHeight = 320;
+constexpr double shareOfScreen = 0.85;
+
+} // namespace
+
+SettingsWindow::SettingsWindow(const WindowContext &context)
+    : ManagedWindow(tr("Morvane Settings")), m_connections(context.connections) {
     auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(margin, margin, margin, margin);
-    auto *text = new TextLabel(Typography::text(14), Colors::secondaryText, 0, this);
-    text->setText(tr("Agents are connected in Morvane's menu: right-click its icon in the tray, or "
-                     "the capsule at the top of the screen."));
-    layout->addWidget(text);
-    layout->addStretch();
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(new SettingsView(context, this));
+    setMinimumSize(leastWidth, leastHeight);
+    const double room = screen()->availableGeometry().height() * shareOfScreen;
+    resize(usualSize.width(), std::clamp(qRound(room), leastHeight, usualSize.height()));
+}
+
+/// Whoever comes back to the window may have changed an agent's settings in an editor meanwhile.
+bool SettingsWindow::event(QEvent *event) {
+    if (event->type() == QEvent::WindowActivate) {
+        m_connections.refreshStatus();
+    }
+    return ManagedWindow::event(event);
+}
+
+void SettingsWindow::keyPressEvent(QKeyEvent *event) {
+    if (event->key() == Qt::Key_Escape || event->matches(QKeySequence::Close)) {
+        close();
+        return;
+    }
+    ManagedWindow::keyPressEvent(event);
 }
 
 } // namespace morvane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Presentation/Windows/ManagedWindow.h"
+#include "Presentation/Windows/WindowContext.h"
 
 namespace morvane {
 
@@ -10,7 +11,14 @@ class SettingsWindow : public ManagedWindow {
     Q_OBJECT
 
 public:
-    SettingsWindow();
+    explicit SettingsWindow(const WindowContext &context);
+
+protected:
+    bool event(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    AgentConnections &m_connections;
 };
 
 } // namespace morvane

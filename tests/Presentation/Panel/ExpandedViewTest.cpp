@@ -1,12 +1,12 @@
 #include "Presentation/Panel/ExpandedView.h"
 
 #include "Presentation/Overlay/InlineNameField.h"
-#include "Presentation/Panel/Badge.h"
 #include "Presentation/Panel/CompletedRow.h"
 #include "Presentation/Panel/DecideButton.h"
 #include "Presentation/Panel/PencilButton.h"
 #include "Presentation/Panel/SessionRow.h"
 #include "Presentation/PanelFixture.h"
+#include "Presentation/Style/Badge.h"
 #include "Presentation/Style/TextLabel.h"
 
 #include <QAccessible>

@@ -8,7 +8,7 @@
 namespace morvane {
 namespace {
 
-constexpr int lastImage = static_cast<int>(SystemImage::pencil);
+constexpr int lastImage = static_cast<int>(SystemImage::terminal);
 
 /// Checks that what is painted into a frame of this size stays inside of it and fills it fairly.
 template <typename Painting>

@@ -1,4 +1,4 @@
-#include "Presentation/Panel/Badge.h"
+#include "Presentation/Style/Badge.h"
 
 #include "Core/Ground/BoundedText.h"
 #include "Presentation/Style/Colors.h"

@@ -1,4 +1,4 @@
-#include "Presentation/Panel/BetaTag.h"
+#include "Presentation/Windows/BetaTag.h"
 
 #include "Presentation/Style/Colors.h"
 

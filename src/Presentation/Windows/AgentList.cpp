@@ -1,0 +1,56 @@
+#include "Presentation/Windows/AgentList.h"
+
+#include "Core/Agents/AgentAdapter.h"
+#include "Presentation/Style/Colors.h"
+
+#include <QPainter>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace morvane {
+
+namespace {
+
+constexpr int rowSpace = 14;
+
+} // namespace
+
+AgentList::AgentList(AgentConnections &connections, AgentRow::Detail detail, QWidget *parent)
+    : QWidget(parent), m_connections(connections), m_detail(detail),
+      m_layout(new QVBoxLayout(this)) {
+    m_layout->setContentsMargins(0, 0, 0, 0);
+    m_layout->setSpacing(rowSpace);
+}
+
+void AgentList::show(const std::vector<const AgentAdapter *> &agents) {
+    const auto kinds = [](const AgentAdapter *agent) { return agent->kind(); };
+    if (!std::ranges::equal(agents, m_rows, {}, kinds, &AgentRow::agent)) {
+        for (AgentRow *row : m_rows) {
+            m_layout->removeWidget(row);
+            // It may be the one whose button was just pressed.
+            row->hide();
+            row->deleteLater();
+        }
+        m_rows.clear();
+        for (const AgentAdapter *agent : agents) {
+            m_rows.push_back(new AgentRow(*agent, m_connections, m_detail, this));
+            m_layout->addWidget(m_rows.back());
+        }
+    }
+    for (AgentRow *row : m_rows) {
+        row->refresh();
+    }
+    setVisible(!m_rows.empty());
+    update();
+}
+
+void AgentList::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    for (std::size_t index = 1; index < m_rows.size(); ++index) {
+        const int line = m_rows[index]->y() - rowSpace / 2;
+        painter.fillRect(QRect(0, line, width(), 1), Colors::hairline);
+    }
+}
+
+} // namespace morvane

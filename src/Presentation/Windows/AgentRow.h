@@ -1,0 +1,54 @@
+#pragma once
+
+#include "Core/Agents/AgentKind.h"
+#include "Core/Hooks/Health.h"
+
+#include <QWidget>
+
+namespace morvane {
+
+class AgentAdapter;
+class AgentConnections;
+class FormButton;
+class PictureView;
+class TextLabel;
+
+/// An agent with what it takes to connect it, and to disconnect it again.
+class AgentRow : public QWidget {
+    Q_OBJECT
+
+public:
+    enum class Detail {
+        name,
+        health ///< also where its hooks go, and what is wrong with them
+    };
+
+    /// The connections must outlive the row.
+    AgentRow(const AgentAdapter &adapter, AgentConnections &connections, Detail detail,
+             QWidget *parent);
+
+    AgentKind agent() const { return m_agent; }
+
+    /// Shows how it stands now.
+    void refresh();
+
+private:
+    QWidget *makeTitle(const AgentAdapter &adapter);
+    QWidget *makeStatus();
+    QWidget *makeIssues();
+    void showHealth(bool isConnected);
+    void toggle();
+
+    AgentKind m_agent;
+    AgentConnections &m_connections;
+    Detail m_detail;
+    bool m_isInstallable;
+    PictureView *m_sign = nullptr;
+    TextLabel *m_state = nullptr;
+    FormButton *m_button = nullptr;
+    QWidget *m_issueLine = nullptr;
+    TextLabel *m_issues = nullptr;
+    FormButton *m_repair = nullptr;
+};
+
+} // namespace morvane

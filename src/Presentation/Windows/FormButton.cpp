@@ -1,0 +1,56 @@
+#include "Presentation/Windows/FormButton.h"
+
+#include "Presentation/Style/Colors.h"
+#include "Presentation/Style/Typography.h"
+
+#include <QPainter>
+
+namespace morvane {
+
+namespace {
+
+constexpr int buttonHeight = 26;
+constexpr int padding = 13;
+constexpr double buttonCorner = 6;
+
+} // namespace
+
+FormButton::FormButton(const QString &text, Role role, QWidget *parent)
+    : QPushButton(text, parent), m_role(role) {
+    setFont(Typography::text(Typography::bodySize, QFont::Medium));
+    setAttribute(Qt::WA_Hover);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setAutoDefault(role == Role::primary);
+    setDefault(role == Role::primary);
+}
+
+QSize FormButton::sizeHint() const {
+    const QSize text = fontMetrics().size(Qt::TextShowMnemonic, this->text());
+    return {text.width() + 2 * padding, buttonHeight};
+}
+
+QColor FormButton::ground() const {
+    if (m_role == Role::primary) {
+        return isDown() ? Colors::switchOn.darker(120) : Colors::switchOn;
+    }
+    return Colors::white(isDown() ? 0.22 : underMouse() ? 0.17 : 0.12);
+}
+
+void FormButton::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setOpacity(isEnabled() ? 1 : Colors::waiting);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(ground());
+    painter.drawRoundedRect(rect(), buttonCorner, buttonCorner);
+    if (hasFocus()) {
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(QPen(Colors::primaryText, 1.5));
+        painter.drawRoundedRect(QRectF(rect()).adjusted(0.75, 0.75, -0.75, -0.75), buttonCorner,
+                                buttonCorner);
+    }
+    painter.setPen(m_role == Role::destructive ? Colors::denyAccent : Colors::primaryText);
+    painter.drawText(rect(), Qt::AlignCenter | Qt::TextShowMnemonic, text());
+}
+
+} // namespace morvane

@@ -1,0 +1,173 @@
+#include "Presentation/Windows/FormSection.h"
+
+#include "Presentation/Style/Colors.h"
+#include "Presentation/Style/TextLabel.h"
+#include "Presentation/Style/Typography.h"
+#include "Presentation/Windows/Picker.h"
+#include "Presentation/Windows/PictureView.h"
+#include "Presentation/Windows/ToggleRow.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QVBoxLayout>
+
+namespace morvane {
+
+namespace {
+
+constexpr int inset = 14;       ///< from the ground's edge to the rows
+constexpr int rowSpace = 14;    ///< between two rows, with a line in the middle
+constexpr int captionSpace = 6; ///< between a row and its caption
+constexpr double corner = 9;
+constexpr const char *isCaption = "isCaption";
+
+} // namespace
+
+FormSection::FormSection(const QString &heading, QWidget *parent) : QWidget(parent) {
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(7);
+    if (!heading.isEmpty()) {
+        setAccessibleName(heading);
+        auto *title = new TextLabel(Typography::text(Typography::nameSize, QFont::DemiBold),
+                                    Colors::primaryText, 0, this);
+        title->setText(heading);
+        title->setContentsMargins(inset, 0, inset, 0);
+        layout->addWidget(title);
+    }
+    m_ground = new QWidget(this);
+    m_rows = new QVBoxLayout(m_ground);
+    m_rows->setContentsMargins(inset, inset - 2, inset, inset - 2);
+    m_rows->setSpacing(0);
+    layout->addWidget(m_ground);
+}
+
+void FormSection::onRefresh(std::function<void()> update) {
+    m_updates.push_back(std::move(update));
+}
+
+void FormSection::refresh() {
+    for (const auto &update : m_updates) {
+        update();
+    }
+    this->update();
+}
+
+void FormSection::addWidget(QWidget *row) {
+    if (m_rows->count() > 0) {
+        const bool caption = row->property(isCaption).toBool();
+        row->setContentsMargins(0, caption ? captionSpace : rowSpace, 0, 0);
+    }
+    m_rows->addWidget(row);
+}
+
+QWidget *FormSection::startRow(QHBoxLayout *&layout) {
+    auto *row = new QWidget(m_ground);
+    layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, m_rows->count() > 0 ? rowSpace : 0, 0, 0);
+    layout->setSpacing(8);
+    return row;
+}
+
+QHBoxLayout *FormSection::addRow(QWidget *label) {
+    QHBoxLayout *layout = nullptr;
+    QWidget *row = startRow(layout);
+    layout->addWidget(label, 1);
+    m_rows->addWidget(row);
+    return layout;
+}
+
+QHBoxLayout *FormSection::addRow(const QString &label) {
+    return addRow(makeText(label));
+}
+
+QHBoxLayout *FormSection::addRow(SystemImage image, const QColor &tint, QWidget *label) {
+    QHBoxLayout *layout = addRow(label);
+    const auto paintImage = [image, tint](QPainter &painter, const QRectF &frame) {
+        paint(painter, image, frame, tint);
+    };
+    layout->insertWidget(0, new PictureView(15, paintImage, m_ground), 0, Qt::AlignTop);
+    return layout;
+}
+
+ToggleRow *FormSection::addToggle(const QString &text, Read read, Write write) {
+    auto *toggle = new ToggleRow(text, m_ground);
+    QHBoxLayout *layout = nullptr;
+    QWidget *row = startRow(layout);
+    layout->addWidget(toggle);
+    m_rows->addWidget(row);
+    connect(toggle, &QAbstractButton::clicked, this, std::move(write));
+    onRefresh([toggle, read = std::move(read)] { toggle->setChecked(read()); });
+    return toggle;
+}
+
+QComboBox *FormSection::addPicker(const QString &label, const QStringList &options,
+                                  const std::function<int()> &read,
+                                  const std::function<void(int)> &write) {
+    auto *text = new QLabel(label, m_ground);
+    text->setFont(Typography::text(Typography::nameSize));
+    auto *picker = new Picker(m_ground);
+    picker->addItems(options);
+    text->setBuddy(picker);
+    addRow(text)->addWidget(picker);
+    connect(picker, &QComboBox::activated, this, write);
+    onRefresh([picker, read] { picker->setCurrentIndex(read()); });
+    return picker;
+}
+
+TextLabel *FormSection::addCaption(const QString &text) {
+    auto *caption = new TextLabel(Typography::text(Typography::secondarySize),
+                                  Colors::secondaryText, 0, m_ground);
+    caption->setText(text);
+    caption->setProperty(isCaption, true);
+    addWidget(caption);
+    return caption;
+}
+
+void FormSection::setFooter(const QString &text) {
+    if (m_footer == nullptr) {
+        m_footer = new TextLabel(Typography::text(Typography::secondarySize), Colors::secondaryText,
+                                 0, this);
+        m_footer->setContentsMargins(inset, 0, inset, 0);
+        layout()->addWidget(m_footer);
+    }
+    m_footer->setText(text);
+}
+
+TextLabel *FormSection::makeText(const QString &text) {
+    auto *label =
+        new TextLabel(Typography::text(Typography::nameSize), Colors::primaryText, 0, m_ground);
+    label->setText(text);
+    return label;
+}
+
+FormButton *FormSection::makeButton(const QString &text, const std::function<void()> &pressed,
+                                    FormButton::Role role) {
+    auto *button = new FormButton(text, role, m_ground);
+    connect(button, &QAbstractButton::clicked, this, pressed);
+    return button;
+}
+
+void FormSection::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Colors::formGround);
+    painter.drawRoundedRect(m_ground->geometry(), corner, corner);
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    bool isFirst = true;
+    for (int index = 0; index < m_rows->count(); ++index) {
+        const QWidget *row = m_rows->itemAt(index)->widget();
+        if (row == nullptr || row->isHidden()) {
+            continue;
+        }
+        if (!std::exchange(isFirst, false) && !row->property(isCaption).toBool()) {
+            const int top = row->mapTo(this, QPoint(0, rowSpace / 2)).y();
+            painter.fillRect(QRect(m_ground->x() + inset, top, m_ground->width() - 2 * inset, 1),
+                             Colors::hairline);
+        }
+    }
+}
+
+} // namespace morvane

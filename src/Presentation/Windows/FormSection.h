@@ -1,0 +1,73 @@
+#pragma once
+
+#include "Presentation/Style/SystemImage.h"
+#include "Presentation/Windows/FormButton.h"
+
+#include <QWidget>
+
+#include <functional>
+#include <vector>
+
+class QAbstractButton;
+class QComboBox;
+class QHBoxLayout;
+class QVBoxLayout;
+
+namespace morvane {
+
+class TextLabel;
+class ToggleRow;
+
+/// A group of rows on one ground, with a heading above and a small text below. What it shows is
+/// brought up to date by `refresh`, which its owner calls whenever something has changed.
+class FormSection : public QWidget {
+    Q_OBJECT
+
+public:
+    /// Without a heading for an empty one.
+    FormSection(const QString &heading, QWidget *parent);
+
+    void refresh();
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+    using Read = std::function<bool()>;
+    using Write = std::function<void(bool)>;
+
+    /// Called at each `refresh`.
+    void onRefresh(std::function<void()> update);
+
+    ToggleRow *addToggle(const QString &text, Read read, Write write);
+
+    /// A choice of one of several, by their place in `options`.
+    QComboBox *addPicker(const QString &label, const QStringList &options,
+                         const std::function<int()> &read, const std::function<void(int)> &write);
+
+    /// A small text that explains the row above it, from edge to edge.
+    TextLabel *addCaption(const QString &text = {});
+
+    /// A row with a label at its left; what stands at the right is to be added.
+    QHBoxLayout *addRow(QWidget *label);
+    QHBoxLayout *addRow(const QString &label);
+
+    /// A row of a picture and words.
+    QHBoxLayout *addRow(SystemImage image, const QColor &tint, QWidget *label);
+
+    void addWidget(QWidget *row);
+    void setFooter(const QString &text);
+
+    TextLabel *makeText(const QString &text);
+    FormButton *makeButton(const QString &text, const std::function<void()> &pressed,
+                           FormButton::Role role = FormButton::Role::ordinary);
+
+private:
+    QWidget *startRow(QHBoxLayout *&layout);
+
+    QWidget *m_ground = nullptr; ///< the rows lie on it
+    QVBoxLayout *m_rows = nullptr;
+    TextLabel *m_footer = nullptr;
+    std::vector<std::function<void()>> m_updates;
+};
+
+} // namespace morvane

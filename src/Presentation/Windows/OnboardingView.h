@@ -1,0 +1,63 @@
+#pragma once
+
+#include "Core/Agents/AgentKind.h"
+#include "Presentation/Windows/WindowContext.h"
+
+#include <QWidget>
+
+#include <variant>
+#include <vector>
+
+namespace morvane {
+
+class FormButton;
+class OnboardingPage;
+class PageStack;
+class PictureView;
+
+/// Gets agents connected: in three steps for a newcomer, and in one for agents that have appeared
+/// on the machine since. Connecting one doesn't move on by itself.
+class OnboardingView : public QWidget {
+    Q_OBJECT
+
+public:
+    struct FirstRun {};
+    using NewAgents = std::vector<AgentKind>;
+    using Mode = std::variant<FirstRun, NewAgents>;
+
+    OnboardingView(const Mode &mode, const WindowContext &context, QWidget *parent);
+
+    int step() const { return m_step; }
+
+    /// Whether the last move went on rather than back, by which the pages slide.
+    bool forward() const { return m_forward; }
+
+    void go(int step);
+
+signals:
+    /// "Done" was pressed.
+    void finished();
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    void addPages(const Mode &mode);
+    void addPage(OnboardingPage *page);
+    QWidget *makeFooter();
+    QWidget *makeDots();
+    void goOn();
+    void refresh();
+    int lastStep() const { return static_cast<int>(m_pages.size()) - 1; }
+
+    WindowContext m_context;
+    int m_step = 0;
+    bool m_forward = true;
+    PageStack *m_stack;
+    std::vector<OnboardingPage *> m_pages;
+    std::vector<PictureView *> m_dots;
+    FormButton *m_back = nullptr;
+    FormButton *m_next = nullptr;
+};
+
+} // namespace morvane

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "Presentation/Style/Animation.h"
+
+#include <QWidget>
+
+#include <vector>
+
+namespace morvane {
+
+/// Pages of which one is shown, and a move to another slides from one to the other.
+class PageStack : public QWidget {
+    Q_OBJECT
+
+public:
+    /// The scheduler must outlive the stack.
+    PageStack(Scheduler &scheduler, QWidget *parent) : QWidget(parent), m_slide(scheduler) {}
+
+    /// Takes over a page; the first is shown.
+    void add(QWidget *page);
+
+    /// Further pages come from the right.
+    void show(int index, Motion motion);
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void settle();
+
+    std::vector<QWidget *> m_pages;
+    int m_shown = 0;
+    Animation m_slide;
+};
+
+} // namespace morvane

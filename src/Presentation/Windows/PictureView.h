@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QPainter>
+#include <QWidget>
+
+#include <functional>
+#include <utility>
+
+namespace morvane {
+
+/// A picture of a fixed size, sharp at any scale. Decoration: what it tells stands beside it.
+class PictureView : public QWidget {
+    Q_OBJECT
+
+public:
+    using Paint = std::function<void(QPainter &, const QRectF &frame)>;
+
+    PictureView(int side, Paint paint, QWidget *parent)
+        : QWidget(parent), m_paint(std::move(paint)) {
+        setFixedSize(side, side);
+    }
+
+protected:
+    void paintEvent(QPaintEvent *) override {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        m_paint(painter, rect());
+    }
+
+private:
+    Paint m_paint;
+};
+
+} // namespace morvane

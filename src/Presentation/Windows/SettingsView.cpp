@@ -1,0 +1,92 @@
+#include "Presentation/Windows/SettingsView.h"
+
+#include "Core/Hooks/AgentConnections.h"
+#include "Core/Settings/MorvaneSettings.h"
+#include "Presentation/Style/Colors.h"
+#include "Presentation/Style/TextLabel.h"
+#include "Presentation/Style/Typography.h"
+#include "Presentation/Windows/AboutSection.h"
+#include "Presentation/Windows/AgentsSection.h"
+#include "Presentation/Windows/ApprovalsSection.h"
+#include "Presentation/Windows/BehaviourSection.h"
+#include "Presentation/Windows/DisplaysSection.h"
+#include "Presentation/Windows/PictureView.h"
+#include "Presentation/Windows/RemovalSection.h"
+#include "Presentation/Windows/WindowFocusSection.h"
+
+#include <QHBoxLayout>
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+namespace morvane {
+
+namespace {
+
+constexpr int edge = 22;
+constexpr int sectionSpace = 24;
+
+} // namespace
+
+SettingsView::SettingsView(const WindowContext &context, QWidget *parent)
+    : QWidget(parent), m_connections(context.connections) {
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    m_scroll = new QScrollArea(this);
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->setWidgetResizable(true);
+    m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_scroll->setFocusPolicy(Qt::NoFocus);
+    m_scroll->setWidget(makeForm(context));
+    layout->addWidget(m_scroll, 1);
+    layout->addWidget(makeFailureBar());
+    connect(&context.settings, &MorvaneSettings::changed, this, &SettingsView::refresh);
+    connect(&m_connections, &AgentConnections::statusChanged, this, &SettingsView::refresh);
+    connect(&m_connections, &AgentConnections::lastErrorChanged, this, &SettingsView::refresh);
+    refresh();
+}
+
+QWidget *SettingsView::makeForm(const WindowContext &context) {
+    auto *form = new QWidget(m_scroll);
+    auto *layout = new QVBoxLayout(form);
+    layout->setContentsMargins(edge, edge, edge, edge);
+    layout->setSpacing(sectionSpace);
+    m_sections = {
+        new AgentsSection(context, form),    new WindowFocusSection(context, form),
+        new DisplaysSection(context, form),  new ApprovalsSection(context, form),
+        new BehaviourSection(context, form), new AboutSection(form),
+        new RemovalSection(context, form),
+    };
+    for (FormSection *section : m_sections) {
+        layout->addWidget(section);
+    }
+    layout->addStretch();
+    return form;
+}
+
+QWidget *SettingsView::makeFailureBar() {
+    m_failureBar = new QWidget(this);
+    m_failureBar->setAutoFillBackground(true);
+    m_failureBar->setBackgroundRole(QPalette::Base);
+    auto *layout = new QHBoxLayout(m_failureBar);
+    layout->setContentsMargins(edge, 10, edge, 10);
+    layout->setSpacing(8);
+    const auto paintSign = [](QPainter &painter, const QRectF &frame) {
+        paint(painter, SystemImage::exclamationmarkTriangleFill, frame, Colors::warning);
+    };
+    layout->addWidget(new PictureView(15, paintSign, m_failureBar));
+    m_failure =
+        new TextLabel(Typography::text(Typography::bodySize), Colors::primaryText, 4, m_failureBar);
+    layout->addWidget(m_failure, 1);
+    return m_failureBar;
+}
+
+void SettingsView::refresh() {
+    for (FormSection *section : m_sections) {
+        section->refresh();
+    }
+    m_failure->setText(m_connections.lastError().value_or(QString()));
+    m_failureBar->setVisible(!m_failure->text().isEmpty());
+}
+
+} // namespace morvane

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Presentation/Windows/WindowContext.h"
+
+#include <QWidget>
+
+#include <vector>
+
+class QScrollArea;
+
+namespace morvane {
+
+class FormSection;
+class TextLabel;
+
+/// Everything that a person can set, a section each, in a form that scrolls. It follows the
+/// settings and the connections. Below it stands what went wrong last, if anything.
+class SettingsView : public QWidget {
+    Q_OBJECT
+
+public:
+    SettingsView(const WindowContext &context, QWidget *parent);
+
+    /// Looks anew at what others may have changed.
+    void refresh();
+
+private:
+    QWidget *makeForm(const WindowContext &context);
+    QWidget *makeFailureBar();
+
+    AgentConnections &m_connections;
+    std::vector<FormSection *> m_sections;
+    QScrollArea *m_scroll = nullptr;
+    QWidget *m_failureBar = nullptr;
+    TextLabel *m_failure = nullptr;
+};
+
+} // namespace morvane

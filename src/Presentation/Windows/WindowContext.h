@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+namespace morvane {
+
+class AgentConnections;
+class MorvaneSettings;
+class MotionPreference;
+class Scheduler;
+
+/// What the program's windows ask of those that own it. Each is set. Main thread.
+struct ProgramActions {
+    std::function<QString()> serverStatus;
+    std::function<void(bool)> setApprovalsEnabled;
+    std::function<bool()> launchAtLogin;
+    std::function<void(bool)> setLaunchAtLogin;
+    /// Whether the desktop lets this program raise other programs' windows.
+    std::function<bool()> canFocusWindows;
+    /// Whether there is an icon in a tray.
+    std::function<bool()> hasTrayIcon;
+    /// Takes everything of ours off this machine, and tells what, an item a line.
+    std::function<QString()> removeEverything;
+    std::function<void()> quit;
+};
+
+/// What a window shows, and by what it changes it. Everything outlives the window.
+struct WindowContext {
+    MorvaneSettings &settings;
+    AgentConnections &connections;
+    Scheduler &scheduler;
+    MotionPreference &motion;
+    ProgramActions program;
+};
+
+} // namespace morvane
