@@ -29,7 +29,7 @@ protected:
                                                              "echo " +
                                                              name.toUtf8() + " >>" + folder +
                                                              "/asked\n" + then + "\n");
-        QFile(script).setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+        QFile(script).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
 
     /// A player that plays, waits for another program that never ends, and tells who that is.
