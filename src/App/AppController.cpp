@@ -16,6 +16,7 @@ namespace morvane {
 AppController::AppController(MorvaneSettings &settings, const PlatformServices &platform)
     : m_settings(settings), m_platform(platform),
       m_store(settings, surroundings(), *platform.scheduler),
+      m_sound(settings, *platform.scheduler, *platform.sounds),
       m_agentProcesses(*platform.processes,
                        [this](const QString &sessionID) { m_store.agentEnded(sessionID); }),
       m_connections(settings, *platform.scheduler) {
@@ -46,6 +47,7 @@ void AppController::start() {
         rememberBoundPort();
         m_connections.renew();
     }
+    connectSound();
     readTranscripts();
     restoreSessions();
     if (m_settings.hasCompletedFirstRun()) {
@@ -106,6 +108,11 @@ void AppController::rememberBoundPort() {
     if (m_server->boundPort() != m_settings.port()) {
         m_settings.setPort(m_server->boundPort());
     }
+}
+
+void AppController::connectSound() {
+    connect(&m_store, &SessionStore::stateChanges, this,
+            [this](SessionState state) { m_sound.sessionTransitioned(state); });
 }
 
 void AppController::readTranscripts() {

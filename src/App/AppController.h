@@ -6,6 +6,7 @@
 #include "Core/Sessions/AgentProcesses.h"
 #include "Core/Sessions/SessionStore.h"
 #include "Core/Settings/MorvaneSettings.h"
+#include "Core/Shell/SoundManager.h"
 #include "Presentation/Mascot/PixelTimeline.h"
 #include "Presentation/PresenterManager.h"
 
@@ -29,6 +30,8 @@ public:
 
     /// Which agents are connected, and how to change that.
     AgentConnections &connections() { return m_connections; }
+
+    SoundManager &sound() { return m_sound; }
 
     /// None unless a port could be bound.
     EventServer *server() { return m_server.get(); }
@@ -74,6 +77,7 @@ private:
     void takeEvent(const HookEvent &event);
     void startServer();
     void rememberBoundPort();
+    void connectSound();
     void readTranscripts();
     void restoreSessions();
     void createPresenters();
@@ -85,6 +89,7 @@ private:
     MorvaneSettings &m_settings;
     const PlatformServices &m_platform;
     SessionStore m_store;
+    SoundManager m_sound;
     AgentProcesses m_agentProcesses;
     AgentConnections m_connections;
     std::unique_ptr<EventServer> m_server;

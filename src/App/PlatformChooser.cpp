@@ -3,6 +3,7 @@
 #include "Platform/Linux/Desktop/AutostartEntry.h"
 #include "Platform/Linux/Desktop/DesktopApplications.h"
 #include "Platform/Linux/Desktop/DesktopMotion.h"
+#include "Platform/Linux/Desktop/PlayerPrograms.h"
 #include "Platform/Linux/Desktop/StatusNotifierHost.h"
 #include "Platform/Linux/EventLoopScheduler.h"
 #include "Platform/Linux/LinuxProcesses.h"
@@ -14,9 +15,20 @@
 #include "Platform/Linux/X11/X11PointerMonitor.h"
 #include "Platform/Linux/X11/X11WindowControl.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 
 namespace morvane {
+
+namespace {
+
+/// The bell of the display; without one there is none.
+void ring() {
+    if (qobject_cast<QApplication *>(QCoreApplication::instance()) != nullptr) {
+        QApplication::beep();
+    }
+}
+
+} // namespace
 
 PlatformServices choosePlatform() {
     PlatformServices platform;
@@ -25,6 +37,7 @@ PlatformServices choosePlatform() {
     platform.applications = std::make_unique<DesktopApplications>();
     platform.loginItem = std::make_unique<AutostartEntry>(QCoreApplication::applicationFilePath());
     platform.processes = std::make_unique<LinuxProcesses>(*platform.scheduler);
+    platform.sounds = std::make_unique<PlayerPrograms>(*platform.scheduler, ring);
     const auto *gui = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
     const bool onX11 = gui && QGuiApplication::platformName() == QLatin1String("xcb");
     if (const std::shared_ptr<X11Connection> x11 = onX11 ? X11Connection::open() : nullptr) {

@@ -7,6 +7,7 @@
 #include "Platform/NoScreen.h"
 #include "Platform/Processes.h"
 #include "Platform/Scheduler.h"
+#include "Platform/SoundPlayer.h"
 
 #include <memory>
 
@@ -20,6 +21,7 @@ struct PlatformServices {
     std::unique_ptr<InstalledApplications> applications;
     std::unique_ptr<LoginItem> loginItem;
     std::unique_ptr<Processes> processes = std::make_unique<UntoldProcesses>();
+    std::unique_ptr<SoundPlayer> sounds = std::make_unique<NullSoundPlayer>();
 
     // Of a screen. Without one no widget can be made, and the server runs alone.
 

@@ -141,6 +141,24 @@ TEST_F(AppControllerTest, ShowsWhatRanBeforeItStarted) {
     EXPECT_EQ(store.sessions().value("s").model, "a");
 }
 
+TEST_F(AppControllerTest, LetsEachEventBeHeardOnceAndNothingThatWasThereBefore) {
+    settings.setSoundEnabled(true);
+    home.write(".claude/projects/p/old.jsonl", R"({"type":"user","cwd":"/p"})");
+    const auto &heard = static_cast<FakeSoundPlayer &>(*platform.sounds).played;
+    controller.start();
+    background.runAll();
+    scheduler.runPosted();
+    EXPECT_TRUE(heard.empty());
+
+    // Asked for, and asked again in the terminal.
+    for (const CanonicalEvent event :
+         {CanonicalEvent::permissionRequest, CanonicalEvent::needsInput, CanonicalEvent::idle}) {
+        store.apply(EventBuilder(event));
+        scheduler.advance(Seconds(3));
+    }
+    EXPECT_EQ(heard.size(), 1U);
+}
+
 TEST_F(AppControllerTest, KeepsEachNewAgentForWhoeverCanOfferItAndTellsOfItOnce) {
     home.write(".claude/settings.json");
     settings.setHasCompletedFirstRun(true);

@@ -6,6 +6,7 @@
 #include "Support/FakeMotionPreference.h"
 #include "Support/FakeOverlayWindows.h"
 #include "Support/FakePointerMonitor.h"
+#include "Support/FakeSoundPlayer.h"
 #include "Support/ManualPool.h"
 #include "Support/ManualScheduler.h"
 #include "Support/NoApplications.h"
@@ -51,6 +52,7 @@ inline PlatformServices fakePlatform() {
     result.background = std::make_unique<ManualPool>();
     result.applications = std::make_unique<NoApplications>();
     result.loginItem = std::make_unique<FakeLoginItem>();
+    result.sounds = std::make_unique<FakeSoundPlayer>();
     return result;
 }
 

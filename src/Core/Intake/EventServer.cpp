@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <fcntl.h>
 #include <limits>
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -128,6 +129,8 @@ asio::error_code EventServer::bind(std::uint16_t port) {
     asio::error_code error;
     m_acceptor.open(tcp::v4(), error);
     if (!error) {
+        // A program that we start and that outlives us would keep the port.
+        ::fcntl(m_acceptor.native_handle(), F_SETFD, FD_CLOEXEC);
         // On Linux this shares no port that is listened on. It only lets a restart take its port
         // again while connections of the last run are still winding down.
         m_acceptor.set_option(tcp::acceptor::reuse_address(true), error);

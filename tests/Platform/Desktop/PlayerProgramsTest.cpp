@@ -1,0 +1,116 @@
+#include "Platform/Linux/Desktop/PlayerPrograms.h"
+
+#include "Support/ManualScheduler.h"
+#include "Support/Printing.h"
+#include "Support/TemporaryHome.h"
+#include "Support/WaitUntil.h"
+
+#include <QCoreApplication>
+#include <gtest/gtest.h>
+
+#include <optional>
+
+namespace morvane {
+namespace {
+
+/// A machine whose players are scripts, each of which notes that it was asked and what it was
+/// given.
+class PlayerProgramsTest : public testing::Test {
+protected:
+    PlayerProgramsTest() { qputenv("PATH", home.path("bin").toUtf8()); }
+    ~PlayerProgramsTest() override { qputenv("PATH", path); }
+
+    void install(const QString &name, const QByteArray &then) const {
+        const QByteArray folder = home.path().toUtf8();
+        const QString script = home.write("bin/" + name, "#!/bin/sh\nfor sound; do :; done\n"
+                                                         "/bin/cat \"$sound\" >" +
+                                                             folder +
+                                                             "/heard\n"
+                                                             "echo " +
+                                                             name.toUtf8() + " >>" + folder +
+                                                             "/asked\n" + then + "\n");
+        QFile(script).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    }
+
+    /// A player that plays, waits for another program that never ends, and tells who that is.
+    QByteArray stuck() const {
+        return "/bin/sleep 600 &\necho $! >" + home.path("sleeper").toUtf8() + "\nwait";
+    }
+    bool sleeps() const {
+        QFile commandLine("/proc/" + home.read("sleeper").trimmed() + "/cmdline");
+        return commandLine.open(QIODevice::ReadOnly) && !commandLine.readAll().isEmpty();
+    }
+
+    /// Waits until exactly these have been asked, in their order, since the last time.
+    bool becomeAsked(const QStringList &players) {
+        const bool result = becomesTrue(
+            [&] { return QString(home.read("asked")).split('\n', Qt::SkipEmptyParts) == players; });
+        QFile::remove(home.path("asked"));
+        return result;
+    }
+
+    int argumentCount = 0;
+    QCoreApplication application{argumentCount, nullptr};
+    const QByteArray path = qgetenv("PATH");
+    TemporaryHome home;
+    ManualScheduler scheduler;
+    int bells = 0;
+    std::optional<PlayerPrograms> programs{std::in_place, scheduler, [this] { ++bells; }};
+    const QByteArray header = QByteArray(44, 'h');
+    const QByteArray wave = header + QByteArray::fromHex("64009cff0180");
+};
+
+TEST_F(PlayerProgramsTest, AsksOneAfterAnotherAndBeepsInTheEnd) {
+    install("pw-play", "exit 1");
+    install("paplay", "kill -SEGV $$");
+    install("aplay", "");
+    programs->play(wave, 0.5);
+    EXPECT_TRUE(becomeAsked({"pw-play", "paplay", "aplay"}));
+    EXPECT_EQ(home.read("heard"), header + QByteArray::fromHex("3200ceff01c0"));
+
+    install("paplay", "");
+    QFile::remove(home.path("bin/pw-play"));
+    programs->play(wave, 1);
+    EXPECT_TRUE(becomeAsked({"paplay"}));
+    EXPECT_EQ(home.read("heard"), wave);
+    EXPECT_EQ(bells, 0);
+
+    QFile::remove(home.path("bin/paplay"));
+    QFile::remove(home.path("bin/aplay"));
+    programs->play(wave, 1);
+    EXPECT_TRUE(becomesTrue([&] { return bells == 1; }));
+}
+
+TEST_F(PlayerProgramsTest, EndsAPlayerThatIsStuckAndAsksItLastFromThenOn) {
+    install("pw-play", stuck());
+    install("paplay", "");
+    programs->play(wave, 1);
+    EXPECT_TRUE(becomesTrue([&] { return sleeps(); }));
+    EXPECT_TRUE(becomeAsked({"pw-play"}));
+    scheduler.advance(Seconds(5));
+    EXPECT_TRUE(becomeAsked({"paplay"}));
+    EXPECT_TRUE(becomesTrue([&] { return !sleeps(); }));
+
+    install("paplay", "exit 1");
+    programs->play(wave, 1);
+    EXPECT_TRUE(becomeAsked({"paplay", "pw-play"}));
+    EXPECT_TRUE(becomesTrue([&] { return sleeps(); }));
+    programs.reset();
+    EXPECT_TRUE(becomesTrue([&] { return !sleeps(); }));
+}
+
+TEST_F(PlayerProgramsTest, KeepsNoCrowdOfStuckPlayers) {
+    install("pw-play", "exec /bin/sleep 600");
+    for (int sound = 0; sound < 6; ++sound) {
+        programs->play(wave, 1);
+    }
+    EXPECT_TRUE(becomeAsked({"pw-play", "pw-play", "pw-play", "pw-play"}));
+    // The others are not there.
+    scheduler.advance(Seconds(5));
+    EXPECT_TRUE(becomesTrue([&] { return bells == 4; }));
+    programs->play(wave, 1);
+    EXPECT_TRUE(becomeAsked({"pw-play"}));
+}
+
+} // namespace
+} // namespace morvane
