@@ -82,6 +82,8 @@ WindowContext AppDelegate::windowContext() {
                 [&controller](bool enabled) { controller.setLaunchAtLogin(enabled); },
             .canFocusWindows = [&controller] { return controller.canFocusWindows(); },
             .hasTrayIcon = [this] { return m_statusItem && m_statusItem->isShown(); },
+            .testSound = [&controller] { controller.sound().play(QStringLiteral("needs-input")); },
+            .testLimitChime = [&controller] { controller.sound().playLimitChime(90); },
             .removeEverything = [&controller] { return controller.removeEverything(); },
             .quit = &QCoreApplication::quit,
         },

@@ -19,6 +19,7 @@ namespace {
 constexpr int inset = 14;       ///< from the ground's edge to the rows
 constexpr int rowSpace = 14;    ///< between two rows, with a line in the middle
 constexpr int captionSpace = 6; ///< between a row and its caption
+constexpr int indentation = 16;
 constexpr double corner = 9;
 constexpr const char *isCaption = "isCaption";
 
@@ -91,6 +92,16 @@ QHBoxLayout *FormSection::addRow(SystemImage image, const QColor &tint, QWidget 
     return layout;
 }
 
+void FormSection::addButtons(std::initializer_list<FormButton *> buttons) {
+    QHBoxLayout *layout = nullptr;
+    QWidget *row = startRow(layout);
+    for (FormButton *button : buttons) {
+        layout->addWidget(button);
+    }
+    layout->addStretch();
+    m_rows->addWidget(row);
+}
+
 ToggleRow *FormSection::addToggle(const QString &text, Read read, Write write) {
     auto *toggle = new ToggleRow(text, m_ground);
     QHBoxLayout *layout = nullptr;
@@ -114,6 +125,13 @@ QComboBox *FormSection::addPicker(const QString &label, const QStringList &optio
     connect(picker, &QComboBox::activated, this, write);
     onRefresh([picker, read] { picker->setCurrentIndex(read()); });
     return picker;
+}
+
+void FormSection::indent(QWidget *widget) {
+    QLayout *row = widget->parentWidget()->layout();
+    QMargins margins = row->contentsMargins();
+    margins.setLeft(indentation);
+    row->setContentsMargins(margins);
 }
 
 TextLabel *FormSection::addCaption(const QString &text) {

@@ -6,9 +6,9 @@
 #include <QWidget>
 
 #include <functional>
+#include <initializer_list>
 #include <vector>
 
-class QAbstractButton;
 class QComboBox;
 class QHBoxLayout;
 class QVBoxLayout;
@@ -44,6 +44,9 @@ protected:
     QComboBox *addPicker(const QString &label, const QStringList &options,
                          const std::function<int()> &read, const std::function<void(int)> &write);
 
+    /// Moves the row of this widget in, for it belongs to the one above.
+    static void indent(QWidget *widget);
+
     /// A small text that explains the row above it, from edge to edge.
     TextLabel *addCaption(const QString &text = {});
 
@@ -53,6 +56,8 @@ protected:
 
     /// A row of a picture and words.
     QHBoxLayout *addRow(SystemImage image, const QColor &tint, QWidget *label);
+
+    void addButtons(std::initializer_list<FormButton *> buttons);
 
     void addWidget(QWidget *row);
     void setFooter(const QString &text);

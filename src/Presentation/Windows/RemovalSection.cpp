@@ -1,9 +1,7 @@
 #include "Presentation/Windows/RemovalSection.h"
 
 #include "Presentation/Style/PlatformWords.h"
-#include "Presentation/Style/TextLabel.h"
 
-#include <QHBoxLayout>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -11,10 +9,9 @@ namespace morvane {
 
 RemovalSection::RemovalSection(const WindowContext &context, QWidget *parent)
     : FormSection({}, parent), m_program(context.program) {
-    FormButton *button = makeButton(
-        tr("Remove Morvane"), [this] { confirmRemoveEverything(); }, FormButton::Role::destructive);
-    QHBoxLayout *row = addRow(new QWidget(this));
-    row->insertWidget(0, button);
+    addButtons({makeButton(
+        tr("Remove Morvane"), [this] { confirmRemoveEverything(); },
+        FormButton::Role::destructive)});
     addCaption(tr("Disconnects every agent, deletes ~/.morvane, removes the login item, and clears "
                   "your preferences and session history. %1")
                    .arg(PlatformWords::removeTheProgram()));

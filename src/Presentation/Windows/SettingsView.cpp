@@ -12,6 +12,7 @@
 #include "Presentation/Windows/DisplaysSection.h"
 #include "Presentation/Windows/PictureView.h"
 #include "Presentation/Windows/RemovalSection.h"
+#include "Presentation/Windows/SoundSection.h"
 #include "Presentation/Windows/WindowFocusSection.h"
 
 #include <QHBoxLayout>
@@ -52,9 +53,13 @@ QWidget *SettingsView::makeForm(const WindowContext &context) {
     layout->setContentsMargins(edge, edge, edge, edge);
     layout->setSpacing(sectionSpace);
     m_sections = {
-        new AgentsSection(context, form),    new WindowFocusSection(context, form),
-        new DisplaysSection(context, form),  new ApprovalsSection(context, form),
-        new BehaviourSection(context, form), new AboutSection(form),
+        new AgentsSection(context, form),
+        new WindowFocusSection(context, form),
+        new DisplaysSection(context, form),
+        new SoundSection(context, form),
+        new ApprovalsSection(context, form),
+        new BehaviourSection(context, form),
+        new AboutSection(form),
         new RemovalSection(context, form),
     };
     for (FormSection *section : m_sections) {

@@ -21,6 +21,8 @@ struct ProgramActions {
     std::function<bool()> canFocusWindows;
     /// Whether there is an icon in a tray.
     std::function<bool()> hasTrayIcon;
+    std::function<void()> testSound;
+    std::function<void()> testLimitChime;
     /// Takes everything of ours off this machine, and tells what, an item a line.
     std::function<QString()> removeEverything;
     std::function<void()> quit;

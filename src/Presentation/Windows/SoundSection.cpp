@@ -1,0 +1,79 @@
+#include "Presentation/Windows/SoundSection.h"
+
+#include "Core/Agents/AgentAdapter.h"
+#include "Core/Hooks/AgentConnections.h"
+#include "Core/Settings/MorvaneSettings.h"
+#include "Presentation/Style/PlatformWords.h"
+#include "Presentation/Style/TextLabel.h"
+#include "Presentation/Windows/ToggleRow.h"
+
+namespace morvane {
+
+namespace {
+
+QString whatIsSilenced(const std::vector<const AgentAdapter *> &agents) {
+    QStringList names;
+    for (const AgentAdapter *agent : agents) {
+        names.append(displayName(agent->kind()));
+    }
+    return (agents.size() == 1
+                ? SoundSection::tr("Silences the desktop notifications %1 sends so Morvane is the "
+                                   "only thing alerting you. Session status still updates — hooks "
+                                   "keep firing. Other agents don't send desktop notifications of "
+                                   "their own.")
+                : SoundSection::tr("Silences the desktop notifications %1 send so Morvane is the "
+                                   "only thing alerting you. Session status still updates — hooks "
+                                   "keep firing. Other agents don't send desktop notifications of "
+                                   "their own."))
+        .arg(names.join(QStringLiteral(", ")));
+}
+
+} // namespace
+
+SoundSection::SoundSection(const WindowContext &context, QWidget *parent)
+    : FormSection(tr("Sound & Notifications"), parent) {
+    addSuppression(context.connections);
+    addSounds(context.settings);
+    addTests(context.program);
+}
+
+void SoundSection::addSuppression(AgentConnections &connections) {
+    ToggleRow *toggle = addToggle(
+        tr("Suppress agents' own &notifications"),
+        [&connections] { return connections.notificationsSuppressed(); },
+        [&connections](bool on) { connections.setNotificationsSuppressed(on); });
+    TextLabel *what = addCaption();
+    onRefresh([toggle, what, &connections] {
+        const auto agents = connections.mutableAgents();
+        toggle->parentWidget()->setVisible(!agents.empty());
+        what->setText(agents.empty() ? PlatformWords::noNotificationSwitch()
+                                     : whatIsSilenced(agents));
+    });
+}
+
+void SoundSection::addSounds(MorvaneSettings &settings) {
+    addToggle(
+        tr("&Play Morvane sound"), [&settings] { return settings.soundEnabled(); },
+        [&settings](bool on) { settings.setSoundEnabled(on); });
+    ToggleRow *needsInput = addToggle(
+        tr("…when a session needs &input"), [&settings] { return settings.soundOnNeedsInput(); },
+        [&settings](bool on) { settings.setSoundOnNeedsInput(on); });
+    ToggleRow *done = addToggle(
+        tr("…when a session finis&hes"), [&settings] { return settings.soundOnDone(); },
+        [&settings](bool on) { settings.setSoundOnDone(on); });
+    ToggleRow *limits = addToggle(
+        tr("…at Claude limit &milestones"), [&settings] { return settings.soundOnUsageLimit(); },
+        [&settings](bool on) { settings.setSoundOnUsageLimit(on); });
+    for (ToggleRow *toggle : {needsInput, done, limits}) {
+        indent(toggle);
+        onRefresh(
+            [toggle, &settings] { toggle->parentWidget()->setVisible(settings.soundEnabled()); });
+    }
+}
+
+void SoundSection::addTests(const ProgramActions &program) {
+    addButtons({makeButton(tr("&Test sound"), program.testSound),
+                makeButton(tr("Test limit chim&e"), program.testLimitChime)});
+}
+
+} // namespace morvane

@@ -1,0 +1,220 @@
+#include "App/AppDelegate.h"
+#include "App/AppFixture.h"
+#include "Presentation/Style/TextLabel.h"
+#include "Presentation/Windows/OnboardingView.h"
+#include "Presentation/Windows/Picker.h"
+#include "Presentation/Windows/ToggleRow.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QWheelEvent>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace morvane {
+namespace {
+
+/// The program's windows as a person meets them: by what is written on them.
+class WindowsTest : public AppFixture {
+protected:
+    WindowsTest() { addFakeScreen(platform); }
+
+    void open(const char *title) {
+        delegate.applicationDidFinishLaunching();
+        if (settings.hasCompletedFirstRun()) {
+            delegate.applicationShouldHandleReopen();
+        }
+        for (QWidget *widget : QApplication::topLevelWidgets()) {
+            if (widget->windowTitle() == QLatin1String(title)) {
+                window = widget;
+            }
+        }
+        ASSERT_NE(window, nullptr);
+    }
+
+    void openSettings() {
+        settings.setHasCompletedFirstRun(true);
+        open("Morvane Settings");
+    }
+
+    template <typename Button>
+    static Button *find(const QWidget *parent, const QString &text) {
+        for (Button *button : parent->findChildren<Button *>()) {
+            const QString name = button->accessibleName();
+            const bool isIt = (name.isEmpty() ? button->text().remove(u'&') : name) == text;
+            if (isIt && button->isVisibleTo(parent)) {
+                return button;
+            }
+        }
+        return nullptr;
+    }
+
+    ToggleRow *toggle(const char *text) { return find<ToggleRow>(window, text); }
+    QPushButton *button(const char *text) { return find<QPushButton>(window, text); }
+
+    bool reads(const QString &part) {
+        return std::ranges::any_of(
+            window->findChildren<TextLabel *>(), [&](const TextLabel *label) {
+                return label->isVisibleTo(window) && label->text().contains(part);
+            });
+    }
+
+    static QMessageBox *alert() {
+        for (QWidget *widget : QApplication::topLevelWidgets()) {
+            auto *box = qobject_cast<QMessageBox *>(widget);
+            if (box != nullptr && box->isVisible()) {
+                return box;
+            }
+        }
+        return nullptr;
+    }
+
+    AppDelegate delegate{settings, platform};
+    QWidget *window = nullptr;
+};
+
+TEST_F(WindowsTest, ConnectsRepairsAndDisconnectsAnAgent) {
+    QDir(home.path(".claude/settings.json")).mkpath("in/the/way");
+    openSettings();
+    EXPECT_TRUE(reads("9 more supported agents will appear here once installed."));
+    EXPECT_FALSE(toggle("Answer permission prompts from the notch")->isEnabled());
+
+    button("Connect Claude Code")->click();
+    EXPECT_TRUE(reads("Claude Code connect failed: "));
+
+    QDir(home.path(".claude/settings.json")).removeRecursively();
+    home.write(".claude/settings.json", R"({"model": "opus"})");
+    button("Connect Claude Code")->click();
+    EXPECT_FALSE(reads("connect failed: "));
+    EXPECT_EQ(button("Connect Claude Code"), nullptr);
+    EXPECT_TRUE(reads("Connected"));
+    EXPECT_TRUE(toggle("Answer permission prompts from the notch")->isEnabled());
+
+    // Somebody tidies up while the window isn't looked at.
+    QFile::remove(home.path(".morvane/hook.sh"));
+    QFile::remove(home.path(".morvane/statusline.sh"));
+    QEvent comingBack(QEvent::WindowActivate);
+    QCoreApplication::sendEvent(window, &comingBack);
+    EXPECT_TRUE(reads("forwarder script missing; statusline script missing"));
+    button("Repair Claude Code")->click();
+    EXPECT_EQ(button("Repair Claude Code"), nullptr);
+
+    button("Disconnect Claude Code")->click();
+    EXPECT_EQ(read(".claude/settings.json"), R"({"model": "opus"})");
+}
+
+TEST_F(WindowsTest, ChangesSettingsAndFollowsThem) {
+    openSettings();
+    EXPECT_TRUE(reads("No supported agents detected yet."));
+    EXPECT_EQ(toggle("…when a session finishes"), nullptr);
+    toggle("Play Morvane sound")->click();
+    EXPECT_TRUE(settings.soundEnabled());
+    toggle("…when a session finishes")->click();
+    EXPECT_EQ(settings.soundOnDone(), toggle("…when a session finishes")->isChecked());
+
+    settings.setShowWhenIdle(true);
+    EXPECT_TRUE(toggle("Keep capsule always visible")->isChecked());
+    EXPECT_FALSE(reads("Morvane is still running."));
+    toggle("Show icon in the tray")->click();
+    EXPECT_TRUE(reads("Morvane is still running."));
+    toggle("Launch at login")->click();
+    EXPECT_TRUE(platform.loginItem->isEnabled());
+
+    // A wheel that turns over a choice scrolls the form.
+    const auto pickers = window->findChildren<Picker *>();
+    ASSERT_FALSE(pickers.isEmpty());
+    QWheelEvent wheel({5, 5}, {5, 5}, {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(pickers.first(), &wheel);
+    EXPECT_EQ(settings.displayMode(), DisplayTargetMode::all);
+    emit pickers.first()->activated(2);
+    EXPECT_EQ(settings.displayMode(), DisplayTargetMode::externalOnly);
+}
+
+TEST_F(WindowsTest, SaysWhoseNotificationsItSilences) {
+    openSettings();
+    EXPECT_TRUE(reads("None of the agents on this computer has a notification switch"));
+    EXPECT_EQ(toggle("Suppress agents' own notifications"), nullptr);
+    home.write(".claude/settings.json", "{}");
+    delegate.applicationShouldHandleReopen();
+    QEvent comingBack(QEvent::WindowActivate);
+    QCoreApplication::sendEvent(window, &comingBack);
+    EXPECT_TRUE(reads("Silences the desktop notifications Claude Code sends so Morvane"));
+    toggle("Suppress agents' own notifications")->click();
+    EXPECT_TRUE(toggle("Suppress agents' own notifications")->isChecked());
+    EXPECT_NE(read(".claude/settings.json"), "{}");
+}
+
+TEST_F(WindowsTest, RemovesEverythingOnlyWhenTold) {
+    home.write(".claude/settings.json", "{}");
+    openSettings();
+    button("Connect Claude Code")->click();
+    button("Remove Morvane")->click();
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_EQ(alert()->text(), "Remove Morvane's hooks and data?");
+    // Whoever only presses Return has not been reading.
+    EXPECT_EQ(alert()->defaultButton(), alert()->button(QMessageBox::Cancel));
+    alert()->button(QMessageBox::Cancel)->click();
+    EXPECT_TRUE(QFile::exists(home.path(".morvane")));
+    EXPECT_NE(read(".claude/settings.json"), "{}");
+
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    button("Remove Morvane")->click();
+    find<QPushButton>(alert(), "Remove and Quit")->click();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_EQ(alert()->text(), "Morvane removed");
+    EXPECT_TRUE(alert()->informativeText().startsWith(
+        "Removed:\n• Claude Code hooks\n• ~/.morvane\n• preferences and session history\n\n"))
+        << qPrintable(alert()->informativeText());
+    EXPECT_FALSE(QFile::exists(home.path(".morvane")));
+    EXPECT_EQ(read(".claude/settings.json"), "{}");
+}
+
+TEST_F(WindowsTest, WalksANewcomerThroughToAConnectedAgent) {
+    home.write(".claude/settings.json", "{}");
+    open("Welcome to Morvane");
+    const auto *view = window->findChild<OnboardingView *>();
+    EXPECT_TRUE(reads("Everything stays on this computer."));
+    EXPECT_EQ(button("Back"), nullptr);
+
+    button("Continue →")->click();
+    scheduler.advance(Seconds(1));
+    EXPECT_TRUE(reads("Connect your agents"));
+    EXPECT_FALSE(reads("Everything stays on this computer."));
+    button("Connect Claude Code")->click();
+    EXPECT_NE(button("Disconnect Claude Code"), nullptr);
+    EXPECT_EQ(view->step(), 1);
+
+    button("Continue →")->click();
+    // While the page is still on its way the next press counts too.
+    button("Back")->click();
+    EXPECT_FALSE(view->forward());
+    button("Continue →")->click();
+    EXPECT_TRUE(view->forward());
+    scheduler.advance(Seconds(1));
+    EXPECT_TRUE(reads("You're set"));
+    button("Done")->click();
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_EQ(settings.knownAgents(), QStringList{"claude"});
+}
+
+TEST_F(WindowsTest, OffersEveryAgentThatIsNew) {
+    settings.setHasCompletedFirstRun(true);
+    settings.setKnownAgents(QStringList());
+    home.write(".claude/settings.json", "{}");
+    home.write(".codex/config.toml");
+    open("New agent detected");
+    EXPECT_TRUE(reads("New agents detected"));
+    EXPECT_TRUE(reads("Claude Code and Codex have been installed since Morvane was set up. Connect "
+                      "them to see their sessions in the notch."));
+    EXPECT_EQ(button("Back"), nullptr);
+    EXPECT_NE(button("Connect Codex"), nullptr);
+    EXPECT_NE(button("Done"), nullptr);
+}
+
+} // namespace
+} // namespace morvane
