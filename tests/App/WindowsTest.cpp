@@ -77,6 +77,7 @@ protected:
 };
 
 TEST_F(WindowsTest, ConnectsRepairsAndDisconnectsAnAgent) {
+    home.write(".claude/history.jsonl");
     QDir(home.path(".claude/settings.json")).mkpath("in/the/way");
     openSettings();
     EXPECT_TRUE(reads("9 more supported agents will appear here once installed."));

@@ -155,7 +155,7 @@ void FormSection::setFooter(const QString &text) {
 
 TextLabel *FormSection::makeText(const QString &text) {
     auto *label =
-        new TextLabel(Typography::text(Typography::nameSize), Colors::primaryText, 0, m_ground);
+        new TextLabel(Typography::text(Typography::nameSize), Colors::primaryText, 1, m_ground);
     label->setText(text);
     return label;
 }
