@@ -37,8 +37,10 @@ protected:
         return "/bin/sleep 600 &\necho $! >" + home.path("sleeper").toUtf8() + "\nwait";
     }
     bool sleeps() const {
-        QFile commandLine("/proc/" + home.read("sleeper").trimmed() + "/cmdline");
-        return commandLine.open(QIODevice::ReadOnly) && !commandLine.readAll().isEmpty();
+        const QByteArray sleeper = home.read("sleeper").trimmed();
+        QFile commandLine("/proc/" + sleeper + "/cmdline");
+        return !sleeper.isEmpty() && commandLine.open(QIODevice::ReadOnly) &&
+               !commandLine.readAll().isEmpty();
     }
 
     /// Waits until exactly these have been asked, in their order, since the last time.
