@@ -229,7 +229,7 @@ void SessionStore::carryOut(const SessionTransition &transition, Date now) {
     if (transition.readsTranscript) {
         enrichThrottled(transition.session.id, now);
     }
-    watchTurns();
+    watchTurn(transition.session);
 }
 
 void SessionStore::followUp(const QString &sessionID, std::optional<SessionState> previous,

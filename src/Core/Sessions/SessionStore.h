@@ -145,7 +145,7 @@ private:
     void followUp(const QString &sessionID, std::optional<SessionState> previous, Date now,
                   bool readsWords);
     void endQuietly(const QString &sessionID, Date lastEventAt);
-    void watchTurns();
+    void watchTurn(const Session &session);
     void lookForEndedTurns();
     void endUnsaid(const QString &sessionID, Date lastEventAt,
                    const std::optional<TranscriptInfo::Turn> &turn);

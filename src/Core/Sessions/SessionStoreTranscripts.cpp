@@ -2,8 +2,8 @@
 
 #include "Core/Sessions/SessionStore.h"
 
-#include <algorithm>
 #include <array>
+#include <utility>
 
 namespace morvane {
 
@@ -120,16 +120,17 @@ void SessionStore::takeTranscript(Session session, const TranscriptInfo &info) {
 
 /// What an agent leaves unsaid when a turn of its is interrupted, or fails, its transcript tells.
 /// Nothing is looked at while no such turn runs.
-void SessionStore::watchTurns() {
-    if (!std::ranges::any_of(m_sessions, mayEndUnsaid)) {
-        m_turnWatch.reset();
-    } else if (!m_turnWatch) {
-        m_turnWatch = m_scheduler.after(quietInterval, [this] {
-            m_turnWatch.reset();
-            lookForEndedTurns();
-            watchTurns();
-        });
+void SessionStore::watchTurn(const Session &session) {
+    if (m_turnWatch || !mayEndUnsaid(session)) {
+        return;
     }
+    m_turnWatch = m_scheduler.after(quietInterval, [this] {
+        m_turnWatch.reset();
+        lookForEndedTurns();
+        for (const Session &each : std::as_const(m_sessions)) {
+            watchTurn(each);
+        }
+    });
 }
 
 void SessionStore::lookForEndedTurns() {
