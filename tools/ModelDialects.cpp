@@ -1,9 +1,7 @@
 #include "ModelDialects.h"
 
-#include <nlohmann/json.hpp>
+#include "ModelReply.h"
 
-#include <algorithm>
-#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -13,11 +11,9 @@ namespace {
 
 using nlohmann::json;
 
-constexpr const char *words = "The command is done.";
-
 /// The text of a message, whose content is a string or a list of parts.
 std::string textOf(const json &message) {
-    const json content = message.value("content", json());
+    const json content = message.value("content", message.value("parts", json()));
     if (content.is_string()) {
         return content.get<std::string>();
     }
@@ -28,15 +24,6 @@ std::string textOf(const json &message) {
     return result;
 }
 
-std::optional<std::string> commandIn(const std::string &text) {
-    constexpr std::string_view request = "Run `";
-    const auto begin = text.rfind(request);
-    const auto end = text.find('`', begin == text.npos ? begin : begin + request.size());
-    return end == text.npos
-               ? std::nullopt
-               : std::optional(text.substr(begin + request.size(), end - begin - request.size()));
-}
-
 /// The names of the tools that the agent offers.
 std::vector<std::string> toolNames(const json &request) {
     std::vector<std::string> names;
@@ -45,22 +32,10 @@ std::vector<std::string> toolNames(const json &request) {
             tool.value("functionDeclarations", tool.value("tools", json::array({tool})));
         for (const json &one : several) {
             const json &described = one.contains("function") ? one["function"] : one;
-            names.push_back(described.value("name", described.value("type", std::string())));
+            names.push_back(described.value("name", std::string()));
         }
     }
     return names;
-}
-
-/// The first of these tools that the agent offers.
-std::optional<std::string> offered(const json &request,
-                                   std::initializer_list<const char *> wanted) {
-    const std::vector<std::string> names = toolNames(request);
-    for (const char *name : wanted) {
-        if (std::ranges::find(names, name) != names.end()) {
-            return name;
-        }
-    }
-    return std::nullopt;
 }
 
 /// Agents take two answers of one id for one, so each has a number: that of what was said before.
@@ -81,24 +56,33 @@ Answer stream(std::string body) {
     return {"text/event-stream", std::move(body)};
 }
 
-// --- Anthropic's messages ---
-
-bool isToolResult(const json &part) {
-    return part.value("type", "") == "tool_result";
+/// Each dialect finds in it what it looks for.
+Answer refusal(int status) {
+    const json error = {{"type", "invalid_request_error"},
+                        {"message", "The model refuses."},
+                        {"code", status},
+                        {"status", "INVALID_ARGUMENT"}};
+    return {"application/json", json{{"type", "error"}, {"error", error}}.dump(), status};
 }
 
-std::optional<std::string> commandOfMessages(const json &request) {
-    std::optional<std::string> command;
-    for (const json &message : request.value("messages", json::array())) {
+// --- Anthropic's messages ---
+
+std::string askedInMessages(const json &messages) {
+    std::string asked;
+    for (const json &message : messages) {
         // The agent's own remarks may follow what the person said.
         if (message.value("role", "") != "user") {
             continue;
         }
+        asked = textOf(message);
+        // Of a tool that was interrupted the result comes together with what the person says next.
         const json content = message.value("content", json());
-        const bool isResult = content.is_array() && std::ranges::any_of(content, isToolResult);
-        command = isResult ? std::nullopt : commandIn(textOf(message));
+        for (const json &part : content.is_array() ? content : json::array()) {
+            const bool isResult = part.value("type", "") == "tool_result";
+            asked = isResult ? std::string() : asked + part.value("text", std::string());
+        }
     }
-    return offered(request, {"Bash"}) ? command : std::nullopt;
+    return asked;
 }
 
 json messageOf(const json &request, const json &content, const char *stopReason) {
@@ -129,56 +113,33 @@ std::string streamedMessage(const json &request, const json &block, const json &
 
 // --- OpenAI's responses ---
 
-std::optional<std::string> commandOfResponses(const json &request) {
-    std::optional<std::string> command;
-    for (const json &item : request.value("input", json::array())) {
+std::string askedInResponses(const json &said) {
+    std::string asked;
+    for (const json &item : said) {
         if (item.value("role", "") == "user") {
-            command = commandIn(textOf(item));
+            asked = textOf(item);
         } else if (item.value("type", "").ends_with("_output")) {
-            command = std::nullopt;
+            asked.clear();
         }
     }
-    return command;
+    return asked;
 }
 
-json functionCall(const json &request, const std::string &tool, const json &arguments) {
-    const json said = request.value("input", json::array());
-    return {{"type", "function_call"},
-            {"id", numbered("fc_", said)},
-            {"call_id", numbered("call_", said)},
-            {"name", tool},
-            {"arguments", arguments.dump()}};
-}
-
-/// Each of Codex's shells takes the command in a way of its own. It is to run outside of the
-/// sandbox, so that somebody is asked.
-std::optional<json> shellCall(const json &request, const std::string &command) {
-    const auto tool = offered(request, {"exec_command", "shell_command", "shell"});
-    if (!tool) {
-        return std::nullopt;
+json itemOf(const ModelReply &reply, const json &said) {
+    if (reply.tool.empty()) {
+        return {{"type", "message"},
+                {"id", numbered("msg_", said)},
+                {"role", "assistant"},
+                {"content", {{{"type", "output_text"}, {"text", reply.words}}}}};
     }
-    json arguments = {{"sandbox_permissions", "require_escalated"},
-                      {"justification", "May the command run?"}};
-    if (*tool == "exec_command") {
-        arguments["cmd"] = command;
-    } else if (*tool == "shell_command") {
-        arguments["command"] = command;
-    } else {
-        arguments["command"] = {"sh", "-c", command};
+    json call = {{"type", "function_call"},
+                 {"id", numbered("fc_", said)},
+                 {"call_id", numbered("call_", said)},
+                 {"name", reply.tool},
+                 {"arguments", reply.arguments.dump()}};
+    if (reply.tool == "spawn_agent") {
+        call["namespace"] = "multi_agent_v1";
     }
-    return functionCall(request, *tool, arguments);
-}
-
-/// Asked to let a subagent do something, Codex is told to launch one.
-std::optional<json> spawnCall(const json &request) {
-    constexpr std::string_view wish = "Let a subagent ";
-    const json said = request.value("input", json::array());
-    const std::string asked = said.empty() ? std::string() : textOf(said.back());
-    if (!asked.starts_with(wish) || !offered(request, {"spawn_agent"})) {
-        return std::nullopt;
-    }
-    json call = functionCall(request, "spawn_agent", {{"message", asked.substr(wish.size())}});
-    call["namespace"] = "multi_agent_v1";
     return call;
 }
 
@@ -186,34 +147,34 @@ std::optional<json> spawnCall(const json &request) {
 
 Answer messages(const json &request) {
     const json said = request.value("messages", json::array());
-    const auto command = commandOfMessages(request);
-    const char *stopReason = command ? "tool_use" : "end_turn";
-    const json input = {{"command", command.value_or("")}, {"description", "Run the command"}};
+    const auto reply = ModelReply::to(askedInMessages(said), toolNames(request));
+    if (reply.failure != 0) {
+        return refusal(reply.failure);
+    }
+    const bool isCall = !reply.tool.empty();
+    const char *stopReason = isCall ? "tool_use" : "end_turn";
     json block =
-        command ? json{{"type", "tool_use"}, {"id", numbered("toolu_", said)}, {"name", "Bash"}}
-                : json{{"type", "text"}};
-    block[command ? "input" : "text"] = command ? json::object() : json("");
-    const json delta = command ? json{{"type", "input_json_delta"}, {"partial_json", input.dump()}}
-                               : json{{"type", "text_delta"}, {"text", words}};
+        isCall ? json{{"type", "tool_use"}, {"id", numbered("toolu_", said)}, {"name", reply.tool}}
+               : json{{"type", "text"}};
     if (request.value("stream", false)) {
+        block[isCall ? "input" : "text"] = isCall ? json::object() : json("");
+        const json delta =
+            isCall ? json{{"type", "input_json_delta"}, {"partial_json", reply.arguments.dump()}}
+                   : json{{"type", "text_delta"}, {"text", reply.words}};
         return stream(streamedMessage(request, block, delta, stopReason));
     }
-    block[command ? "input" : "text"] = command ? input : json(words);
+    block[isCall ? "input" : "text"] = isCall ? reply.arguments : json(reply.words);
     return {"application/json", messageOf(request, json::array({block}), stopReason).dump()};
 }
 
 Answer responses(const json &request) {
-    const auto command = commandOfResponses(request);
     const json said = request.value("input", json::array());
-    const std::string id = numbered("resp_", said);
-    const json text = {{"type", "message"},
-                       {"id", numbered("msg_", said)},
-                       {"role", "assistant"},
-                       {"content", {{{"type", "output_text"}, {"text", words}}}}};
-    json item = command ? shellCall(request, *command).value_or(text) : text;
-    if (const auto spawn = spawnCall(request)) {
-        item = *spawn;
+    const auto reply = ModelReply::to(askedInResponses(said), toolNames(request));
+    if (reply.failure != 0) {
+        return refusal(reply.failure);
     }
+    const std::string id = numbered("resp_", said);
+    const json item = itemOf(reply, said);
     const json usage = {{"input_tokens", 1000},
                         {"input_tokens_details", {{"cached_tokens", 0}}},
                         {"output_tokens", 10},
@@ -233,20 +194,22 @@ Answer responses(const json &request) {
 
 Answer chatCompletions(const json &request) {
     const json all = request.value("messages", json::array());
-    const auto shell = offered(request, {"bash", "run_shell_command"});
-    const bool isAsked = !all.empty() && all.back().value("role", "") == "user" && shell;
-    const auto command = isAsked ? commandIn(textOf(all.back())) : std::nullopt;
-    const json arguments = {{"command", command.value_or("")}, {"description", "Run the command"}};
-    const json call = {
-        {"index", 0},
-        {"id", numbered("call_", all)},
-        {"type", "function"},
-        {"function", {{"name", shell.value_or("")}, {"arguments", arguments.dump()}}}};
+    const bool isAsked = !all.empty() && all.back().value("role", "") == "user";
+    const auto reply =
+        ModelReply::to(isAsked ? textOf(all.back()) : std::string(), toolNames(request));
+    if (reply.failure != 0) {
+        return refusal(reply.failure);
+    }
+    const bool isCall = !reply.tool.empty();
     json said = {{"role", "assistant"}};
-    if (command) {
-        said["tool_calls"] = json::array({call});
+    if (isCall) {
+        said["tool_calls"] = {
+            {{"index", 0},
+             {"id", numbered("call_", all)},
+             {"type", "function"},
+             {"function", {{"name", reply.tool}, {"arguments", reply.arguments.dump()}}}}};
     } else {
-        said["content"] = words;
+        said["content"] = reply.words;
     }
     const bool isStream = request.value("stream", false);
     const auto part = [&](const json &message, const json &finish) {
@@ -259,7 +222,7 @@ Answer chatCompletions(const json &request) {
                        {isStream ? "delta" : "message", message},
                        {"finish_reason", finish}}}}};
     };
-    json last = part(isStream ? json::object() : said, command ? "tool_calls" : "stop");
+    json last = part(isStream ? json::object() : said, isCall ? "tool_calls" : "stop");
     last["usage"] = {{"prompt_tokens", 1000}, {"completion_tokens", 10}, {"total_tokens", 1010}};
     if (!isStream) {
         return {"application/json", last.dump()};
@@ -269,16 +232,15 @@ Answer chatCompletions(const json &request) {
 
 Answer generateContent(const json &request, bool isStream) {
     const json all = request.value("contents", json::array());
-    const json parts = all.empty() ? json::array() : all.back().value("parts", json::array());
-    std::string asked;
-    for (const json &part : parts) {
-        asked += part.value("text", std::string());
+    const auto reply =
+        ModelReply::to(all.empty() ? std::string() : textOf(all.back()), toolNames(request));
+    if (reply.failure != 0) {
+        return refusal(reply.failure);
     }
-    const auto shell = offered(request, {"run_shell_command"});
-    const auto command = shell ? commandIn(asked) : std::nullopt;
-    const json arguments = {{"command", command.value_or("")}, {"description", "Run the command"}};
-    const json part = command ? json{{"functionCall", {{"name", *shell}, {"args", arguments}}}}
-                              : json{{"text", words}};
+    const json part =
+        reply.tool.empty()
+            ? json{{"text", reply.words}}
+            : json{{"functionCall", {{"name", reply.tool}, {"args", reply.arguments}}}};
     const json answer = {
         {"candidates",
          {{{"content", {{"role", "model"}, {"parts", {part}}}},

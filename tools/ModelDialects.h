@@ -4,15 +4,14 @@
 
 #include <string>
 
-/// What a model would answer in the dialects that agents speak to theirs. This one does what it is
-/// told: asked to "Run `COMMAND`" it calls the agent's shell with the command, and once it has the
-/// result, or has no shell to call, it says a few words.
+/// The dialects that agents speak to their models. What is said is `ModelReply`'s.
 namespace morvane::ModelDialects {
 
-/// The body of a complete answer; a stream is whole too.
+/// A complete answer; a stream is whole too.
 struct Answer {
     std::string contentType;
     std::string body;
+    int status = 200;
 };
 
 /// Anthropic's messages.

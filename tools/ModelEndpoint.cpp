@@ -38,7 +38,9 @@ ModelDialects::Answer answerTo(const HttpRequest &request) {
 }
 
 QByteArray response(const ModelDialects::Answer &answer, bool isWithBody) {
-    return QByteArray("HTTP/1.1 200 OK\r\nContent-Type: ") + answer.contentType.c_str() +
+    return "HTTP/1.1 " + QByteArray::number(answer.status) +
+           (answer.status == 200 ? " OK" : " Refused") +
+           "\r\nContent-Type: " + answer.contentType.c_str() +
            "\r\nContent-Length: " + QByteArray::number(qulonglong(answer.body.size())) +
            "\r\nConnection: close\r\n\r\n" +
            (isWithBody ? QByteArray::fromStdString(answer.body) : QByteArray());

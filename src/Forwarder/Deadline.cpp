@@ -18,10 +18,11 @@ timespec now() {
 
 } // namespace
 
-Deadline::Deadline(long seconds) {
+Deadline::Deadline(long milliseconds) {
     const timespec start = now();
-    m_seconds = start.tv_sec + seconds;
-    m_nanoseconds = start.tv_nsec;
+    const long nanoseconds = start.tv_nsec + milliseconds % 1000 * 1'000'000;
+    m_seconds = start.tv_sec + milliseconds / 1000 + nanoseconds / 1'000'000'000;
+    m_nanoseconds = nanoseconds % 1'000'000'000;
 }
 
 bool Deadline::await(int descriptor, short events) const {

@@ -5,7 +5,7 @@ namespace morvane {
 /// A moment by which something must have happened, on the clock that nobody sets.
 class Deadline {
 public:
-    explicit Deadline(long seconds);
+    explicit Deadline(long milliseconds);
 
     /// Blocks until the descriptor is ready for the poll events or has failed; false once the
     /// moment has passed.

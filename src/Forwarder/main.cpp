@@ -29,11 +29,15 @@ namespace {
 
 /// The agent gives up on a hook that it does not wait for after 5 seconds, on one that may bring a
 /// decision after 120; the server answers within 60.
-constexpr long promptSeconds = 3;
-constexpr long decisionSeconds = 90;
+constexpr long promptLimit = 3'000; // milliseconds, all of them
+constexpr long decisionLimit = 90'000;
+
+/// An event that is on its way the kernel keeps, for a Morvane that is slow or stopped. So it is
+/// waited for no longer than keeps one event before the next.
+constexpr long eventLimit = 250;
 
 /// A status line appears only after this, and each refresh cancels the one before.
-constexpr long copySeconds = 1;
+constexpr long copyLimit = 1'000;
 
 /// Bytes. No event is as long, and an agent gone wild must not fill the memory.
 constexpr size_t longestPayload = 16 << 20;
@@ -191,8 +195,8 @@ std::uint16_t portIn(const char *digits) {
 }
 
 void forward(std::uint16_t port, std::string_view path, std::string_view headers, Mode mode) {
-    const Deadline prompt{mode == Mode::Copy ? copySeconds : promptSeconds};
-    const Deadline end = mode == Mode::Decide ? Deadline{decisionSeconds} : prompt;
+    const Deadline prompt{mode == Mode::Copy ? copyLimit : promptLimit};
+    const Deadline end = mode == Mode::Decide ? Deadline{decisionLimit} : prompt;
     Buffer payload;
     Buffer head;
     if (!readPayload(payload, prompt))
@@ -209,7 +213,8 @@ void forward(std::uint16_t port, std::string_view path, std::string_view headers
         !send(connection, head.view(), payload.view(), end) || mode == Mode::Copy)
         return;
     Buffer answer;
-    while (receive(connection, answer, end)) {
+    const Deadline heard = mode == Mode::Tell ? Deadline{eventLimit} : end;
+    while (receive(connection, answer, heard)) {
         if (mode == Mode::Tell)
             return;
         const std::string_view body = completeBody(answer.view());

@@ -132,6 +132,47 @@ TEST_F(OpenCodePlugin, TellsOfASubagentOnlyWhatThePersonHasToAnswer) {
     EXPECT_EQ(told(steps, earlier, int(expected.size())), expected);
 }
 
+TEST_F(OpenCodePlugin, KeepsCallingWhileAnotherToolStarts) {
+    const QByteArray steps = R"([
+        ["tool.execute.before", {"tool": "bash", "sessionID": "ses_1"}, {"args": {}}],
+        ["permission.asked", {"id": "per_1", "sessionID": "ses_1", "permission": "bash",
+            "patterns": ["make"]}],
+        ["tool.execute.before", {"tool": "read", "sessionID": "ses_1"}, {"args": {}}],
+        ["permission.replied", {"requestID": "per_1", "sessionID": "ses_1", "reply": "once"}],
+        ["tool.execute.before", {"tool": "read", "sessionID": "ses_1"}, {"args": {}}]
+    ])";
+    const QStringList expected{"tool.execute.before ses_1", "permission.asked ses_1",
+                               "tool.execute.before ses_1", "tool.execute.before ses_1",
+                               "session.deleted ses_1"};
+    EXPECT_EQ(told(steps, R"({"ses_1": {}})", int(expected.size())), expected);
+}
+
+TEST_F(OpenCodePlugin, TellsHowATurnHasEnded) {
+    CapturingListener listener(okAnswer);
+    const auto process = start(listener.port(), R"([
+        ["session.idle", {"sessionID": "ses_1"}],
+        ["session.error", {"sessionID": "ses_1", "error":
+            {"name": "APIError", "data": {"message": "Bad Request"}}}],
+        ["session.idle", {"sessionID": "ses_1"}],
+        ["session.error", {"sessionID": "ses_1", "error": {"name": "MessageAbortedError"}}],
+        ["session.idle", {"sessionID": "ses_1"}],
+        ["session.error", {"sessionID": "ses_1", "error": {"name": "APIError"}}],
+        ["chat.message", {"sessionID": "ses_1"}, {"parts": []}],
+        ["session.idle", {"sessionID": "ses_1"}]
+    ])",
+                               R"({"ses_1": {"said": "All done."}})");
+    const HookEvent done = event(listener);
+    EXPECT_EQ(done.kind, CanonicalEvent::turnEnd);
+    EXPECT_EQ(done.lastWords, "All done.");
+    const HookEvent failed = event(listener);
+    EXPECT_EQ(failed.kind, CanonicalEvent::turnFailed);
+    EXPECT_EQ(failed.lastWords, "Bad Request");
+    EXPECT_EQ(event(listener).kind, CanonicalEvent::sessionStart);
+    EXPECT_EQ(event(listener).kind, CanonicalEvent::promptSubmit);
+    EXPECT_EQ(event(listener).kind, CanonicalEvent::turnEnd);
+    EXPECT_EQ(process->wait(), 0);
+}
+
 TEST_F(OpenCodePlugin, AsksForACommandAsItStands) {
     CapturingListener listener(okAnswer);
     const auto process = start(listener.port(), R"([["permission.asked", {"id": "per_1",

@@ -1,11 +1,18 @@
 // Loads a plugin as OpenCode does, and takes it through the steps that stand on the standard input:
-// {"sessions": {ID: SESSION}, "steps": [[HOOK, ARGUMENT...] or [EVENT, PROPERTIES]]}. Says whether
-// the hooks have returned at once, and when the plugin is ready to end.
+// {"sessions": {ID: SESSION}, "steps": [[HOOK, ARGUMENT...] or [EVENT, PROPERTIES]]}. A session may
+// have "said" something. Says whether the hooks have returned at once, and when the plugin is ready
+// to end.
 import { readFileSync } from "node:fs";
 
 const { sessions, steps } = JSON.parse(readFileSync(0, "utf8"));
 const { Morvane } = await import(process.argv[2]);
-const client = { session: { get: async ({ path }) => ({ data: sessions[path.id] }) } };
+const message = (said) => ({ info: { role: "assistant" }, parts: [{ type: "text", text: said }] });
+const client = {
+    session: {
+        get: async ({ path }) => ({ data: sessions[path.id] }),
+        messages: async ({ path }) => ({ data: [message(sessions[path.id].said)] }),
+    },
+};
 const hooks = await Morvane({ client, directory: "/projects/asteroids" });
 
 // Comes after all that can be done without waiting for the world outside.

@@ -11,9 +11,11 @@ std::span<const Listed> all() {
                {2, 1, 197},
                {3, 0, 0},
                {.remembering = AgentContract::Remembering::ruleUpdate,
+                .subagentsAsk = true,
                 .announcesWhileAsking = true,
                 .tellsLastWords = true,
-                .interruptsByHangUp = true}},
+                .interruptsByHangUp = true,
+                .endsTurnsInTranscript = true}},
         // Tried: 0.169.0.
         Listed{AgentKind::codex,
                {0, 169, 0},
@@ -24,6 +26,7 @@ std::span<const Listed> all() {
                 .spawnsAgents = true,
                 .subagentsAsk = true,
                 .announcesWhileAsking = true,
+                .tellsLastWords = true,
                 .endsTurnsInTranscript = true,
                 .hooksRunInServer = true,
                 .titlesLag = true}},
@@ -31,9 +34,14 @@ std::span<const Listed> all() {
         Listed{AgentKind::gemini,
                {0, 61, 0},
                {1, 0, 0},
-               {.hookTimeUnit = AgentContract::TimeUnit::milliseconds, .hasAsyncHooks = false}},
+               {.hookTimeUnit = AgentContract::TimeUnit::milliseconds,
+                .hasAsyncHooks = false,
+                .tellsLastWords = true}},
         // Tried: 0.24.4. Its events are Claude Code's, so it has an adapter of another kind too.
-        Listed{AgentKind::qwen, {0, 24, 4}, {1, 0, 0}, {.hasPromptsOfItsOwn = true}},
+        Listed{AgentKind::qwen,
+               {0, 24, 4},
+               {1, 0, 0},
+               {.hasPromptsOfItsOwn = true, .tellsLastWords = true}},
     };
     return releases;
 }

@@ -118,7 +118,9 @@ AgentIntegration ClaudeAdapter::integration() const {
 }
 
 TranscriptInfo ClaudeAdapter::readTranscript(const QString &path) const {
-    return TranscriptReader::readTail(path, ClaudeTranscript::takeLine);
+    return TranscriptReader::readTail(path, contract().endsTurnsInTranscript
+                                                ? ClaudeTranscript::takeLineWithTurns
+                                                : ClaudeTranscript::takeLine);
 }
 
 std::optional<TranscriptFolder> ClaudeAdapter::transcriptFolder() const {

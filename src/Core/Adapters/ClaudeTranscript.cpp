@@ -2,6 +2,8 @@
 
 #include "Core/Agents/TranscriptLine.h"
 
+#include <algorithm>
+
 namespace morvane::ClaudeTranscript {
 
 namespace {
@@ -32,6 +34,24 @@ void takeClaudeMessage(object message, TranscriptInfo &info) {
     }
 }
 
+/// The agent notes an interruption in the person's name, in a form that nothing typed has.
+bool isInterruption(object message) {
+    std::vector<object> blocks = contentOf(message);
+    return std::ranges::any_of(blocks, [](object block) {
+        return word(block, "text").starts_with("[Request interrupted by user");
+    });
+}
+
+std::optional<TranscriptInfo::Turn> turnAfter(const JsonObject &line) {
+    using Turn = TranscriptInfo::Turn;
+    const std::string_view type = word(line.root(), "type");
+    const auto message = JsonObject::object(line.root(), "message");
+    if (!message || (type != "user" && type != "assistant")) {
+        return std::nullopt;
+    }
+    return type == "user" && isInterruption(*message) ? Turn::interrupted : Turn::running;
+}
+
 } // namespace
 
 void takeLine(const JsonObject &line, TranscriptInfo &info) {
@@ -45,6 +65,11 @@ void takeLine(const JsonObject &line, TranscriptInfo &info) {
             takeClaudeMessage(*message, info);
         }
     }
+}
+
+void takeLineWithTurns(const JsonObject &line, TranscriptInfo &info) {
+    fill(info.turn, turnAfter(line));
+    takeLine(line, info);
 }
 
 std::optional<TranscriptOrigin> findOrigin(const JsonObject &line) {

@@ -33,14 +33,16 @@ std::optional<int> lastInputTokens(object tokenCount) {
     return usage ? positive(integer(*usage, "input_tokens").value_or(0)) : std::nullopt;
 }
 
-/// The names of the first two have changed with the releases.
-std::optional<TranscriptInfo::Turn> turnAfter(std::string_view event) {
+/// The names of the first two have changed with the releases. For Codex a turn that has failed is
+/// complete too.
+std::optional<TranscriptInfo::Turn> turnAfter(object payload) {
     using Turn = TranscriptInfo::Turn;
+    const std::string_view event = word(payload, "type");
     if (event == "task_started" || event == "turn_started") {
         return Turn::running;
     }
     if (event == "task_complete" || event == "turn_complete") {
-        return Turn::ended;
+        return JsonObject::object(payload, "error") ? Turn::failed : Turn::ended;
     }
     if (event == "turn_aborted") {
         return Turn::interrupted;
@@ -61,7 +63,7 @@ void take(const JsonObject &line, bool ofAnyPhase, TranscriptInfo &info) {
     } else if (type == "event_msg" && kind == "token_count") {
         fill(info.contextTokens, lastInputTokens(*payload));
     } else if (type == "event_msg") {
-        fill(info.turn, turnAfter(kind));
+        fill(info.turn, turnAfter(*payload));
     } else if (type == "response_item" && kind == "message") {
         takeCodexMessage(*payload, ofAnyPhase, info);
     }

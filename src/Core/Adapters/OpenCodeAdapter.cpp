@@ -18,6 +18,7 @@ std::optional<CanonicalEvent> OpenCodeAdapter::canonical(const QString &native,
         {QStringLiteral("tool.execute.before"), CanonicalEvent::toolUse},
         {QStringLiteral("permission.asked"), CanonicalEvent::needsInput},
         {QStringLiteral("session.idle"), CanonicalEvent::turnEnd},
+        {QStringLiteral("session.error"), CanonicalEvent::turnFailed},
         {QStringLiteral("session.deleted"), CanonicalEvent::sessionEnd},
     };
     const auto found = events.constFind(native);

@@ -4,9 +4,11 @@
 
 namespace morvane {
 
-/// OpenCode, whose hooks are a plugin of ours that posts by itself.
+/// OpenCode, whose hooks are a plugin of ours that posts by itself, whichever release loads it.
 class OpenCodeAdapter : public AgentAdapter {
 public:
+    OpenCodeAdapter() : AgentAdapter({.tellsLastWords = true}) {}
+
     AgentKind kind() const override { return AgentKind::opencode; }
     QStringList nativeEvents() const override;
     std::optional<CanonicalEvent>

@@ -109,10 +109,24 @@ std::optional<std::string_view> rawInput(QByteArrayView body) {
     return JsonMembers::find(text, u"tool_input");
 }
 
+/// Why a tool is to run doesn't count: an agent may say that only where it asks.
 QByteArray callOf(const HookEvent &event, std::string_view input) {
     QCryptographicHash hash(QCryptographicHash::Sha1);
-    hash.addData(event.toolName.value_or(QString()).toUtf8().append('\0'));
-    hash.addData(QByteArrayView(input.data(), static_cast<qsizetype>(input.size())));
+    const auto add = [&hash](std::string_view text) {
+        hash.addData(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
+        hash.addData(QByteArrayView("", 1));
+    };
+    add(event.toolName.value_or(QString()).toStdString());
+    if (!input.starts_with('{')) {
+        add(input);
+        return hash.result();
+    }
+    for (const auto &[key, value] : JsonMembers::of(input)) {
+        if (key != "description") {
+            add(key);
+            add(value);
+        }
+    }
     return hash.result();
 }
 
@@ -148,11 +162,16 @@ void takePlace(HookEvent &event, const HookOrigin &origin, const AgentContract &
     event.pane = origin.pane;
 }
 
-/// What has failed is told in other words, the plainest first.
+/// Agents have two names for them. What has failed is told in other words, the plainest first.
 std::optional<QString> lastWords(const JsonObject &body, CanonicalEvent kind) {
-    const auto words = displayLine(body.string("last_assistant_message"));
-    if (kind == CanonicalEvent::turnEnd || words) {
-        return words;
+    for (const char *key : {"last_assistant_message", "prompt_response"}) {
+        if (const auto words = displayLine(body.string(key))) {
+            // What Gemini CLI puts in the place of nothing.
+            return words != QLatin1String("[no response text]") ? words : QString();
+        }
+    }
+    if (kind == CanonicalEvent::turnEnd) {
+        return std::nullopt;
     }
     for (const char *key : {"error_details", "error"}) {
         if (const auto failure = displayLine(body.string(key))) {

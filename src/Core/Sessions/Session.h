@@ -70,6 +70,7 @@ public:
     std::optional<PendingExternalResponse> pendingExternalResponse;
     QByteArray pendingCall; ///< the call that a hook waits with, as `HookEvent::call` has it
     bool endsTurnsInTranscript = false; ///< a turn may end without an event
+    bool subagentGoesOn = false;        ///< has asked, while the session's own turn was over
     bool titlesLag = false;             ///< while a turn runs its prompt says more than `aiTitle`
 
     /// The name on the session's row: the person's own, else the folder's, else "session".

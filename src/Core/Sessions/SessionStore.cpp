@@ -9,9 +9,7 @@ namespace morvane {
 namespace {
 
 constexpr Seconds cleanupInterval(60);
-constexpr Seconds transcriptInterval(15);
 constexpr Seconds answerDelay(2); ///< within which an agent goes on that was answered elsewhere
-constexpr Seconds quietLimit(30); ///< without an event, of a turn that may have ended without one
 
 } // namespace
 
@@ -42,7 +40,7 @@ void SessionStore::apply(const HookEvent &event) {
     }
     const auto before = stored(event.sessionID);
     const Date now = m_scheduler.now();
-    if (SessionTransition::endsPendingDecision(event.kind)) {
+    if (before && SessionTransition::endsPendingDecision(*before, event.kind)) {
         releaseApproval(event.sessionID);
     }
     carryOut(SessionTransition::of(stored(event.sessionID), event, now, m_surroundings), now);
@@ -211,47 +209,6 @@ std::optional<Session> SessionStore::sessionAwaitingDecision() const {
     return waiting != active.end() ? std::optional(*waiting) : std::nullopt;
 }
 
-void SessionStore::enrichFromTranscript(const QString &sessionID, bool completion) {
-    const auto session = stored(sessionID);
-    if (!session || !beginRead(*session)) {
-        return;
-    }
-    m_lastEnrichedAt.insert(sessionID, m_scheduler.now());
-    const QString recordID = CompletedRecord::idFor(*session);
-    const auto use = [this, sessionID, completion, recordID](const TranscriptInfo &info) {
-        m_enrichmentsInFlight.remove(sessionID);
-        if (auto present = stored(sessionID)) {
-            if (completion && present->isFinished() && info.lastAssistantText) {
-                present->summary = info.lastAssistantText;
-            }
-            takeTranscript(*present, info);
-        }
-        // The record outlives its session, which may have gone meanwhile.
-        if (completion && info.lastAssistantText &&
-            m_history.summarize(recordID, *info.lastAssistantText)) {
-            publishHistory();
-        }
-    };
-    readTranscript(session->agent, *session->transcriptPath, use);
-}
-
-void SessionStore::enrichRestored(const QString &sessionID) {
-    const auto session = stored(sessionID);
-    if (!session || !beginRead(*session)) {
-        return;
-    }
-    const auto use = [this, sessionID](const TranscriptInfo &info) {
-        m_enrichmentsInFlight.remove(sessionID);
-        if (auto present = stored(sessionID)) {
-            if (!present->summary) {
-                present->summary = info.lastAssistantText;
-            }
-            takeTranscript(*present, info);
-        }
-    };
-    readTranscript(session->agent, *session->transcriptPath, use);
-}
-
 void SessionStore::carryOut(const SessionTransition &transition, Date now) {
     for (const QString &decisionID : transition.releases) {
         resolve(decisionID, AgentDecision::ask());
@@ -272,6 +229,7 @@ void SessionStore::carryOut(const SessionTransition &transition, Date now) {
     if (transition.readsTranscript) {
         enrichThrottled(transition.session.id, now);
     }
+    watchTurn(transition.session);
 }
 
 void SessionStore::followUp(const QString &sessionID, std::optional<SessionState> previous,
@@ -286,41 +244,9 @@ void SessionStore::followUp(const QString &sessionID, std::optional<SessionState
     if (session->isFinished()) {
         recordCompleted(*session, now);
         enrichFromTranscript(sessionID, readsWords);
-    }
-}
-
-void SessionStore::enrichThrottled(const QString &sessionID, Date now) {
-    const auto session = stored(sessionID);
-    if (!session) {
-        return;
-    }
-    const auto last = m_lastEnrichedAt.constFind(sessionID);
-    const bool longAgo = last == m_lastEnrichedAt.constEnd() || now - *last > transcriptInterval;
-    if (!session->model || longAgo) {
-        enrichFromTranscript(sessionID, false);
-    }
-}
-
-bool SessionStore::beginRead(const Session &session) {
-    if (!readTranscript || !session.transcriptPath || m_enrichmentsInFlight.contains(session.id)) {
-        return false;
-    }
-    m_enrichmentsInFlight.insert(session.id);
-    return true;
-}
-
-void SessionStore::takeTranscript(Session session, const TranscriptInfo &info) {
-    const auto take = [](auto &field, const auto &told) {
-        if (told) {
-            field = told;
+        if (readsWords && session->transcriptPath) {
+            awaitWords(sessionID, session->stateChangedAt, 0);
         }
-    };
-    take(session.model, info.model);
-    take(session.contextTokens, info.contextTokens);
-    take(session.permissionMode, info.permissionMode);
-    take(session.aiTitle, info.title);
-    if (session != m_sessions.value(session.id)) {
-        put(session);
     }
 }
 
@@ -367,38 +293,8 @@ void SessionStore::removeSession(const QString &sessionID) {
 void SessionStore::scheduleCleanup() {
     m_cleanupTimer = m_scheduler.after(cleanupInterval, [this] {
         clearStaleDoneSessions();
-        lookForEndedTurns();
         scheduleCleanup();
     });
-}
-
-/// What an agent leaves unsaid when a turn of its is interrupted, or fails, its transcript tells.
-void SessionStore::lookForEndedTurns() {
-    const Date now = m_scheduler.now();
-    const QHash<QString, Session> present = m_sessions;
-    for (const Session &session : present) {
-        const bool mayHaveEnded = session.endsTurnsInTranscript && !session.isFinished() &&
-                                  session.state != SessionState::idle &&
-                                  now - session.lastEventAt > quietLimit;
-        if (!mayHaveEnded || !beginRead(session)) {
-            continue;
-        }
-        const auto use = [this, id = session.id,
-                          lastEventAt = session.lastEventAt](const TranscriptInfo &info) {
-            m_enrichmentsInFlight.remove(id);
-            const auto found = stored(id);
-            const bool hasEnded = info.turn == TranscriptInfo::Turn::interrupted ||
-                                  info.turn == TranscriptInfo::Turn::failed;
-            if (found && found->lastEventAt == lastEventAt && hasEnded) {
-                const Date endedAt = m_scheduler.now();
-                carryOut(SessionTransition::turnGone(
-                             *found, info.turn == TranscriptInfo::Turn::failed, endedAt),
-                         endedAt);
-                followUp(id, found->state, endedAt, false);
-            }
-        };
-        readTranscript(session.agent, *session.transcriptPath, use);
-    }
 }
 
 void SessionStore::clearStaleDoneSessions() {

@@ -145,8 +145,12 @@ private:
     void followUp(const QString &sessionID, std::optional<SessionState> previous, Date now,
                   bool readsWords);
     void endQuietly(const QString &sessionID, Date lastEventAt);
+    void watchTurn(const Session &session);
     void lookForEndedTurns();
+    void endUnsaid(const QString &sessionID, Date lastEventAt,
+                   const std::optional<TranscriptInfo::Turn> &turn);
     std::optional<Session> waitingFor(const QString &decisionID) const;
+    void awaitWords(const QString &sessionID, Date endedAt, std::size_t looks);
     void enrichThrottled(const QString &sessionID, Date now);
     bool beginRead(const Session &session);
     void takeTranscript(Session session, const TranscriptInfo &info);
@@ -172,7 +176,9 @@ private:
     QSet<QString> m_enrichmentsInFlight; ///< sessions whose transcript is being read
     QHash<QString, Date> m_lastEnrichedAt;
     Task m_cleanupTimer;
+    std::optional<Task> m_turnWatch;         ///< while a turn runs that may end without an event
     std::map<QString, Task> m_interruptions; ///< by the session that may have been interrupted
+    std::map<QString, Task> m_lateWords;     ///< by the session whose turn has just ended
 };
 
 } // namespace morvane

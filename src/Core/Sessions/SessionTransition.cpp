@@ -41,6 +41,10 @@ Session lookUpOrMake(const Context &context, SessionState initial) {
     return context.before ? *context.before : makeSession(context, initial);
 }
 
+bool isAskedBySubagent(const Session &session) {
+    return session.pendingApproval && session.pendingApproval->ofSubagent;
+}
+
 void takeWorkingDirectory(Session &session, const Context &context) {
     const auto &cwd = context.event.cwd;
     if (cwd && !cwd->isEmpty() && *cwd != session.cwd) {
@@ -115,6 +119,7 @@ SessionTransition promptSubmit(const Context &context) {
     session.pendingExternalResponse.reset();
     take(session.lastPrompt, context.event.prompt);
     session.subagents.clear();
+    session.subagentGoesOn = false;
     session.pendingAgents = 0;
     session.summary.reset();
     // A new turn restarts the clock, whether or not the session was working before.
@@ -130,6 +135,7 @@ SessionTransition toolUse(const Context &context) {
         session.pendingDecisionID() && !event.call.isEmpty() && event.call == session.pendingCall;
     if (!isLate) {
         session.state = SessionState::working;
+        session.subagentGoesOn = false;
         session.pendingExternalResponse.reset();
     }
     session.currentTool = event.toolName;
@@ -202,11 +208,17 @@ SessionTransition turnEnd(const Context &context) {
     session.pendingExternalResponse.reset();
     session.pendingAgents = context.event.pendingAgents().size();
     const bool finished = session.pendingAgents == 0;
+    session.subagentGoesOn = isAskedBySubagent(session);
+    if (finished) {
+        takeLastWords(session, context.event);
+    }
+    if (session.subagentGoesOn) {
+        return update(std::move(session), context);
+    }
     session.state = finished ? SessionState::done : SessionState::working;
     // With agents pending the turn is over for the agent, not for the person.
     session.acknowledged = !finished;
     if (finished) {
-        takeLastWords(session, context.event);
         std::ranges::for_each(session.subagents, [](Subagent &subagent) { subagent.done = true; });
     }
     return update(std::move(session), context);
@@ -233,8 +245,13 @@ SessionTransition subagentStop(const Context &context) {
     if (open != session.subagents.end()) {
         open->done = true;
     }
-    session.lastEventAt = context.now;
-    return store(std::move(session));
+    const bool isLast = session.subagentGoesOn && !session.pendingDecisionID();
+    if (isLast && session.state != SessionState::idle) {
+        session.subagentGoesOn = false;
+        session.state = SessionState::done;
+        session.acknowledged = false;
+    }
+    return touch(std::move(session), context);
 }
 
 SessionTransition sessionEnd(const Context &context) {
@@ -293,6 +310,7 @@ SessionTransition permissionRequest(const Context &context) {
     }
     Session session = lookUpOrMake(context, SessionState::needsInput);
     const auto superseded = session.pendingDecisionID();
+    session.subagentGoesOn |= event.asksForSubagent && session.isFinished();
     session.state = SessionState::needsInput;
     session.acknowledged = false;
     setPending(session, context, *event.decisionID);
@@ -348,9 +366,10 @@ SessionTransition SessionTransition::of(const std::optional<Session> &before,
     return {};
 }
 
-bool SessionTransition::endsPendingDecision(CanonicalEvent kind) {
-    return kind == CanonicalEvent::promptSubmit || kind == CanonicalEvent::turnEnd ||
-           kind == CanonicalEvent::turnFailed || kind == CanonicalEvent::sessionEnd;
+bool SessionTransition::endsPendingDecision(const Session &session, CanonicalEvent kind) {
+    return kind == CanonicalEvent::promptSubmit || kind == CanonicalEvent::turnFailed ||
+           kind == CanonicalEvent::sessionEnd ||
+           (kind == CanonicalEvent::turnEnd && !isAskedBySubagent(session));
 }
 
 SessionTransition SessionTransition::decided(Session session, const AgentDecision &decision,

@@ -39,9 +39,9 @@ struct SessionSurroundings {
 ///     toolUse             working     working      working (9)  working     working     working
 ///     needsInput          needsInput  needsInput   needsInput   needsInput  needsInput  needsInput
 ///     idle                idle        done (1)     done (1)     -           -           -
-///     turnEnd             done (2)    done (2)     done (2)     done (2)    done (2)    done (2)
+///     turnEnd             done (2)    done (2)     done (2,10)  done (2)    done (2)    done (2)
 ///     turnFailed          failed      failed       failed       failed      failed      failed
-///     subagentStop        ignored     -            -            -           -           -
+///     subagentStop        ignored     - (11)       - (11)       -           -           -
 ///     sessionEnd          ignored     removed      removed      removed     removed     removed
 ///     permissionRequest   needsInput  needsInput   needsInput   needsInput  needsInput  needsInput
 ///
@@ -62,6 +62,8 @@ struct SessionSurroundings {
 ///     (7) unchanged while anything waits for an answer
 ///     (8) failed where that is what ended it
 ///     (9) unchanged by the announcement of the very call that waits
+///     (10) unchanged while a subagent waits with a call
+///     (11) done where the turn was over before, and only a subagent that had asked went on
 struct SessionTransition {
     Q_DECLARE_TR_FUNCTIONS(SessionTransition)
 
@@ -93,8 +95,8 @@ public:
                                 Date now, const SessionSurroundings &surroundings);
 
     /// True for the events that end what a hook was waiting for; such a decision is released
-    /// before the event's own rule runs.
-    static bool endsPendingDecision(CanonicalEvent kind);
+    /// before the event's own rule runs. What a subagent asks outlives the turn of its session.
+    static bool endsPendingDecision(const Session &session, CanonicalEvent kind);
 
     /// A person has decided about the tool call that the session waits with.
     static SessionTransition decided(Session session, const AgentDecision &decision, Date now);

@@ -156,6 +156,31 @@ protected:
     TemporaryHome home;
 };
 
+TEST(TranscriptReader, KnowsATurnOfCodexThatHasFailed) {
+    const auto turnAfter = [](const QByteArray &members) {
+        return codexInfo(R"({"type":"event_msg","payload":{"type":"task_complete")" + members +
+                         "}}\n")
+            .turn;
+    };
+    EXPECT_EQ(turnAfter(R"(,"last_agent_message":null)"), TranscriptInfo::Turn::ended);
+    EXPECT_EQ(turnAfter(R"(,"error":{"message":"Bad Request"})"), TranscriptInfo::Turn::failed);
+}
+
+TEST(TranscriptReader, FindsAnInterruptionOfClaudeOnlyWhereClaudeHasNotedIt) {
+    const auto turnAfter = [](const QByteArray &content) {
+        const QByteArray line = R"({"type":"user","message":{"content":)" + content + "}}\n";
+        return TranscriptReader::newestFirst(claudeText("Working.") + line,
+                                             ClaudeTranscript::takeLineWithTurns)
+            .turn;
+    };
+    const QByteArray note = "\"[Request interrupted by user for tool use]\"";
+    EXPECT_EQ(turnAfter(R"([{"type":"text","text":)" + note + "}]"),
+              TranscriptInfo::Turn::interrupted);
+    EXPECT_EQ(turnAfter(note), TranscriptInfo::Turn::running);
+    EXPECT_EQ(turnAfter(R"([{"type":"tool_result","content":)" + note + "}]"),
+              TranscriptInfo::Turn::running);
+}
+
 TEST_F(TranscriptFileTest, IsReadFromItsEndOnly) {
     const QByteArray first = claudeModel("claude-first");
     EXPECT_EQ(read(first + padding(tailSize - first.size())).model, "first");

@@ -51,6 +51,26 @@ TEST(HookEvent, IsReadAsTheReleaseMeansIt) {
     EXPECT_FALSE(decode(spawn, "PreToolUse", AgentKind::codex)->launchesSubagent);
 }
 
+TEST(HookEvent, TakesTheLastWordsByTheNameThatTheAgentHasForThem) {
+    const auto words = [](AgentKind agent, const char *event, const QByteArray &members) {
+        const auto decoded = HookEvent::decode(*AgentRegistry::forms(agent).back(), event,
+                                               R"({"session_id":"s",)" + members + "}", {});
+        return decoded ? decoded->lastWords : "no event";
+    };
+    const QByteArray said = R"("last_assistant_message":"Done.")";
+    EXPECT_EQ(words(AgentKind::codex, "Stop", said), "Done.");
+    EXPECT_EQ(words(AgentKind::codex, "Stop", R"("last_assistant_message":null)"), std::nullopt);
+    EXPECT_EQ(words(AgentKind::qwen, "Stop", said), "Done.");
+    EXPECT_EQ(words(AgentKind::opencode, "session.idle", said), "Done.");
+    EXPECT_EQ(words(AgentKind::opencode, "session.error", R"("error":"Refused")"), "Refused");
+    EXPECT_EQ(words(AgentKind::gemini, "AfterAgent", R"("prompt_response":"Done.")"), "Done.");
+    // Gemini CLI's own words for none.
+    EXPECT_EQ(words(AgentKind::gemini, "AfterAgent", R"("prompt_response":"[no response text]")"),
+              "");
+    EXPECT_EQ(decode(R"({"session_id":"s",)" + said + "}", "Stop", AgentKind::codex)->lastWords,
+              std::nullopt);
+}
+
 TEST(HookEvent, TakesEverythingThatAPayloadTells) {
     const auto event = HookEvent::decode(
         AgentKind::claude, "PermissionRequest",

@@ -135,6 +135,36 @@ TEST_F(TranscriptsTest, SumsUpAFinishedSessionByItsLastWords) {
     EXPECT_EQ(store.completedHistory().first().id, "/r");
 }
 
+TEST_F(TranscriptsTest, WaitsALittleForLastWordsThatAreWrittenLate) {
+    const auto summary = [this] { return store.completedHistory().first().summary; };
+    apply(withTranscript(Kind::turnEnd));
+    finishRead("Of the turn before.");
+    take(reads);
+    scheduler.advance(Seconds(0.25));
+    finishRead("All done.");
+    EXPECT_EQ(session().summary, "All done.");
+    EXPECT_EQ(summary(), "All done.");
+    // A read that still runs isn't doubled, and after two seconds no more is awaited.
+    scheduler.advance(Seconds(2));
+    EXPECT_EQ(take(reads).size(), 2);
+    finishRead("All is done.");
+    scheduler.advance(Seconds(50));
+    EXPECT_EQ(reads.size(), 0);
+    EXPECT_EQ(summary(), "All is done.");
+
+    // Neither once the next turn has begun, nor where the hook has told them.
+    apply(Kind::promptSubmit);
+    apply(Kind::turnEnd);
+    scheduler.advance(Seconds(0.1));
+    apply(Kind::promptSubmit);
+    apply(EventBuilder(Kind::turnEnd).with(&HookEvent::lastWords, "Said."));
+    take(reads);
+    running.clear();
+    scheduler.advance(Seconds(2));
+    EXPECT_EQ(reads.size(), 0);
+    EXPECT_EQ(session().summary, "Said.");
+}
+
 TEST_F(TranscriptsTest, EntersSessionsThatWereFoundOnDisk) {
     settings.setAutoClearMinutes(10);
     settings.setName("Mine", "/p");

@@ -29,9 +29,12 @@ protected:
 };
 
 TEST_F(UnsaidTest, AnAnnouncementThatComesLateDoesNotHideItsOwnRequest) {
+    // Codex says only in its request what the call is for.
+    const QByteArray explained =
+        R"("tool_name":"Bash","tool_input":{"command":"make","description":"Build"})";
     for (const AgentKind agent : {AgentKind::claude, AgentKind::codex}) {
         tell(agent, "UserPromptSubmit", R"("prompt":"go")");
-        tell(agent, "PermissionRequest", make, "d");
+        tell(agent, "PermissionRequest", explained, "d");
         tell(agent, "PreToolUse", make);
         EXPECT_EQ(session().state, SessionState::needsInput);
         EXPECT_EQ(session().currentTool, "Bash");
@@ -58,9 +61,26 @@ TEST_F(UnsaidTest, ASubagentOfCodexAsksForItsSession) {
     EXPECT_EQ(session().state, SessionState::needsInput);
     store.decide("s", AgentDecision::allow());
     EXPECT_EQ(resolved, QStringList{"d allow"});
+    EXPECT_EQ(session().state, SessionState::working);
+    tell(AgentKind::codex, "SubagentStop", R"("agent_id":"a")");
+    EXPECT_EQ(session().state, SessionState::done);
+    EXPECT_EQ(take(announced), QStringList{"done"});
+
+    // The session doesn't wait for it, and its own turn may end meanwhile.
+    tell(AgentKind::codex, "UserPromptSubmit", R"("prompt":"go on","cwd":"/srv")");
+    tell(AgentKind::codex, "PermissionRequest", ofSubagent, "e");
+    tell(AgentKind::codex, "Stop", R"("cwd":"/srv","last_assistant_message":"Over.")");
+    EXPECT_EQ(session().state, SessionState::needsInput);
+    EXPECT_EQ(resolved, QStringList{"d allow"});
+    store.decide("s", AgentDecision::deny());
+    EXPECT_EQ(session().state, SessionState::working);
+    tell(AgentKind::codex, "SubagentStop", R"("agent_id":"a")");
+    EXPECT_EQ(session().state, SessionState::done);
+    EXPECT_EQ(store.completedHistory().first().summary, "Over.");
+
     // Of releases that aren't known it is answered by the agent's own prompt.
-    apply(EventBuilder::parked("e").of(AgentKind::codex).with(&HookEvent::agentID, "a"));
-    EXPECT_EQ(resolved.last(), "e ask");
+    apply(EventBuilder::parked("f").of(AgentKind::codex).with(&HookEvent::agentID, "a"));
+    EXPECT_EQ(resolved.last(), "f ask");
 }
 
 TEST_F(UnsaidTest, TheLastWordsAreThoseThatTheHookBrings) {
@@ -109,8 +129,7 @@ TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
                                                    {Turn::failed, SessionState::failed}};
     for (const auto &[turn, state] : cases) {
         tell(AgentKind::codex, "UserPromptSubmit", R"("prompt":"go","transcript_path":"/t")");
-        scheduler.advance(Seconds(60));
-        scheduler.advance(Seconds(60));
+        scheduler.advance(Seconds(10));
         ASSERT_FALSE(running.empty());
         TranscriptInfo info;
         info.turn = turn;
@@ -123,16 +142,32 @@ TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
         }
     }
     EXPECT_EQ(announced, QStringList{"failed"});
+    // Once none runs, nothing is looked at.
+    scheduler.advance(Seconds(120));
+    EXPECT_TRUE(running.empty());
+
+    // What it asks in its terminal goes with the turn.
+    tell(AgentKind::claude, "Notification",
+         R"("notification_type":"permission_prompt","transcript_path":"/t")");
+    scheduler.advance(Seconds(10));
+    for (const auto &use : std::exchange(running, {})) {
+        TranscriptInfo info;
+        info.turn = Turn::interrupted;
+        use(info);
+    }
+    EXPECT_EQ(session().state, SessionState::idle);
+    EXPECT_FALSE(session().pendingExternalResponse);
 
     // Not while it asks, nor for an agent that would say so.
     tell(AgentKind::codex, "PermissionRequest", make, "d");
     scheduler.advance(Seconds(120));
+    EXPECT_TRUE(running.empty());
+    store.decide("s", AgentDecision::allow());
+    scheduler.advance(Seconds(10));
+    ASSERT_FALSE(running.empty());
     for (const auto &use : std::exchange(running, {})) {
-        TranscriptInfo info;
-        info.turn = Turn::failed;
-        use(info);
+        use({});
     }
-    EXPECT_EQ(session().state, SessionState::needsInput);
     apply(EventBuilder(Kind::promptSubmit).with(&HookEvent::transcriptPath, "/t"));
     scheduler.advance(Seconds(120));
     EXPECT_TRUE(running.empty());

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include <string>
+#include <vector>
+
+namespace morvane {
+
+/// What a model answers, whichever dialect it speaks. This one does what it is told. Asked to
+///
+///     Run `COMMAND`           it calls the agent's shell
+///     Delegate `COMMAND`      it has a subagent run the command
+///     Ask `QUESTION`          it has the agent ask the person, who can say red or blue
+///     Fail with `STATUS`      it refuses, with this status of HTTP
+///     Say `WORDS`             it says these words
+///
+/// by the agent's own tools. Where the agent offers none for it, and once a tool has given its
+/// result, it says a few words.
+struct ModelReply {
+    std::string words;
+    std::string tool; ///< to be called instead; none when empty
+    nlohmann::json arguments;
+    int failure = 0; ///< a status of HTTP; 0 for none
+
+    /// `asked` is what the person, or the agent that delegates, has said last; empty when
+    /// something else came after it.
+    static ModelReply to(const std::string &asked, const std::vector<std::string> &tools);
+};
+
+} // namespace morvane
