@@ -4,6 +4,7 @@
 #include "Platform/Time.h"
 
 #include <array>
+#include <array>
 #include <map>
 #include <optional>
 
