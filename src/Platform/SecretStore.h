@@ -31,7 +31,9 @@ public:
 /// That of a machine without any.
 class NoSecretStore final : public SecretStore {
 public:
-    Answer secret(const QString &, Seconds) override { return Failure{}; }
+    Answer secret(const QString &, Seconds) override {
+        return Failure{QStringLiteral("no secret store")};
+    }
 };
 
 } // namespace morvane

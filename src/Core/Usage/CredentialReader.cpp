@@ -49,8 +49,8 @@ std::optional<Credential> CredentialReader::search(SecurityTool &tool) {
     if (const auto credential = bytes ? parse(*bytes) : std::nullopt) {
         return credential;
     }
-    const SecurityTool::Outcome outcome = tool.run(service);
-    const auto *secret = std::get_if<QByteArray>(&outcome);
+    const SecretStore::Answer answer = tool.run(service);
+    const auto *secret = std::get_if<QByteArray>(&answer);
     return secret ? parse(*secret) : std::nullopt;
 }
 

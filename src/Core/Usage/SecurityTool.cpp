@@ -1,5 +1,7 @@
 #include "Core/Usage/SecurityTool.h"
 
+#include <variant>
+
 namespace morvane {
 
 namespace {
@@ -9,20 +11,14 @@ constexpr Seconds answerLimit(2.5);
 
 } // namespace
 
-SecurityTool::Outcome SecurityTool::run(const QString &service) {
+SecretStore::Answer SecurityTool::run(const QString &service) {
     const std::lock_guard lock(m_gate);
     if (m_isBlocked) {
-        return TimedOut{};
+        return SecretStore::Withheld{};
     }
-    const SecretStore::Answer answer = m_store.secret(service, answerLimit);
-    if (std::holds_alternative<SecretStore::Withheld>(answer)) {
-        m_isBlocked = true;
-        return TimedOut{};
-    }
-    if (const auto *failure = std::get_if<Failure>(&answer)) {
-        return *failure;
-    }
-    return std::get<QByteArray>(answer);
+    SecretStore::Answer answer = m_store.secret(service, answerLimit);
+    m_isBlocked = std::holds_alternative<SecretStore::Withheld>(answer);
+    return answer;
 }
 
 } // namespace morvane

@@ -4,7 +4,6 @@
 
 #include <atomic>
 #include <mutex>
-#include <variant>
 
 namespace morvane {
 
@@ -16,12 +15,10 @@ public:
     /// The store must outlive this.
     explicit SecurityTool(SecretStore &store) : m_store(store) {}
 
-    struct TimedOut {};
-    using Outcome = std::variant<QByteArray, TimedOut, Failure>;
-
-    /// The secret of this service. One call after the other; blocks for up to 2.9 seconds once it
-    /// is its turn, so not for the main thread.
-    Outcome run(const QString &service);
+    /// The secret of this service; withheld without asking while the tool is blocked. One call
+    /// after the other; blocks for up to 2.9 seconds once it is its turn, so not for the main
+    /// thread.
+    SecretStore::Answer run(const QString &service);
 
     bool isBlocked() const { return m_isBlocked; }
 
