@@ -21,16 +21,18 @@ std::array<int, 3> percents(const std::optional<Usage> &usage) {
     const auto percent = [](const std::optional<UsageWindow> &window) {
         return window ? static_cast<int>(window->utilization * 100 + 0.5) : -1;
     };
-    return usage ? std::array{percent(usage->session), percent(usage->weekly),
-                              percent(usage->fable)}
-                 : std::array{-2, -2, -2};
+    return usage
+               ? std::array{percent(usage->session), percent(usage->weekly), percent(usage->fable)}
+               : std::array{-2, -2, -2};
 }
 
 using Percents = std::array<int, 3>;
 constexpr Percents unreadable{-2, -2, -2};
 
 TEST(UsageFormat, ReadsWhatTheEndpointTells) {
-    const auto read = [](const QByteArray &body) { return percents(UsageFormat::parse(body, now)); };
+    const auto read = [](const QByteArray &body) {
+        return percents(UsageFormat::parse(body, now));
+    };
     EXPECT_EQ(read(R"({"five_hour":{"utilization":42.4},"seven_day":{"percent":7},"x":[1]})"),
               (Percents{42, 7, -1}));
     EXPECT_EQ(read(R"({"five_hour":{"utilization":"9","used_percentage":140},
@@ -49,7 +51,8 @@ TEST(UsageFormat, ReadsWhatTheEndpointTells) {
         "seven_day_OPUS":{"utilization":4},"seven_day_sonnet":{"utilization":5}})"),
               (Percents{-1, 1, 4}));
     // Half an emoji in a name leaves the figures as they are.
-    EXPECT_EQ(read(R"({"name":"\ud83d","five_hour":{"utilization":42.5}})"), (Percents{43, -1, -1}));
+    EXPECT_EQ(read(R"({"name":"\ud83d","five_hour":{"utilization":42.5}})"),
+              (Percents{43, -1, -1}));
     for (const char *body :
          {"", "[]", "null", "<html>", "{}", R"({"five_hour":{}})", R"({"five_hour":[5]})",
           R"({"five_hour":{"utilization":null}})", R"({"seven_day_opus":{"utilization":4}})"}) {
@@ -115,7 +118,8 @@ TEST(CodexExchange, AsksOnceAndWaitsForItsAnswerAmongAllElse) {
         return std::pair(action.sendsReadRequest, action.isOver);
     };
     constexpr std::pair nothing(false, false);
-    EXPECT_EQ(consume("listening\n{\"method\":\"x\"}\n[1]\n{\"id\":\"1\",\"result\":{}}\n"), nothing);
+    EXPECT_EQ(consume("listening\n{\"method\":\"x\"}\n[1]\n{\"id\":\"1\",\"result\":{}}\n"),
+              nothing);
     EXPECT_EQ(consume("{\"id\":1,\"error\":{}}\n{\"id\":1,\"res"), nothing);
     EXPECT_EQ(consume("ult\":{}}\n{\"id\":2,"), std::pair(true, false));
     EXPECT_EQ(consume(""), nothing);
