@@ -4,7 +4,6 @@
 #include "Platform/Time.h"
 
 #include <array>
-#include <array>
 #include <map>
 #include <optional>
 

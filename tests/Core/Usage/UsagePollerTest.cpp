@@ -45,9 +45,7 @@ protected:
         home.write(credentials, R"({"claudeAiOauth":{"accessToken":")" + token + R"("}})");
         poller.milestoneEligibility = [this] { return isWorking; };
         QObject::connect(&poller, &UsagePoller::milestoneEvents, &poller,
-                         [this](const UsageMilestone &milestone) {
-                             told << UsageMilestone::percent(milestone.threshold);
-                         });
+                         [this](const UsageMilestone &milestone) { told << milestone.percent(); });
     }
 
     void pass(Seconds time) {
