@@ -38,10 +38,12 @@ QByteArray CodexExchange::initializedAndReadRequest() {
 
 CodexExchange::ConsumeAction CodexExchange::consume(const QByteArray &data) {
     ConsumeAction action;
+    qsizetype end = m_buffer.size();
     m_buffer += data;
     qsizetype start = 0;
-    for (qsizetype end = 0; (end = m_buffer.indexOf('\n', start)) >= 0; start = end + 1) {
+    while ((end = m_buffer.indexOf('\n', end)) >= 0) {
         consumeLine(m_buffer.mid(start, end - start), action);
+        start = ++end;
     }
     m_buffer.remove(0, start);
     action.isOver |= m_buffer.size() > longestLine;
