@@ -5,6 +5,7 @@
 #include "Core/Navigation/HostApp.h"
 #include "Core/Sessions/GitInfo.h"
 #include "Core/Sessions/SessionDiscovery.h"
+#include "Core/Shell/BuildInfo.h"
 #include "Presentation/Overlay/InlineEditing.h"
 
 #include <QPointer>
@@ -17,6 +18,10 @@ AppController::AppController(MorvaneSettings &settings, const PlatformServices &
     : m_settings(settings), m_platform(platform),
       m_store(settings, surroundings(), *platform.scheduler),
       m_sound(settings, *platform.scheduler, *platform.sounds),
+      m_usage(settings,
+              {*platform.scheduler, *platform.background, *platform.secrets, *platform.https,
+               *platform.dialogue},
+              BuildInfo::version()),
       m_agentProcesses(*platform.processes,
                        [this](const QString &sessionID) { m_store.agentEnded(sessionID); }),
       m_connections(settings, *platform.scheduler) {
@@ -48,11 +53,13 @@ void AppController::start() {
         m_connections.renew();
     }
     connectSound();
+    tellMilestones();
     readTranscripts();
     restoreSessions();
     if (m_settings.hasCompletedFirstRun()) {
         m_connections.watchForNewAgents();
     }
+    m_usage.setEnabled(m_settings.usageEnabled());
     createPresenters();
     watchTerminals();
     m_connections.refreshStatus();
@@ -75,6 +82,11 @@ std::unique_ptr<EventServer> AppController::makeServer() {
     handlers.onDecisionHungUp = [weak](const QString &id) {
         if (weak) {
             weak->m_store.approvalHungUp(id);
+        }
+    };
+    handlers.onUsagePayload = [weak](AgentKind agent, const QByteArray &body) {
+        if (weak) {
+            weak->m_usage.ingestLive(body, agent);
         }
     };
     handlers.decisionsEnabled = [&settings = m_settings] { return settings.approvalsEnabled(); };
@@ -113,6 +125,16 @@ void AppController::rememberBoundPort() {
 void AppController::connectSound() {
     connect(&m_store, &SessionStore::stateChanges, this,
             [this](SessionState state) { m_sound.sessionTransitioned(state); });
+    connect(&m_usage, &UsagePoller::milestoneEvents, this,
+            [this](const UsageMilestone &milestone) { m_sound.usageReached(milestone); });
+}
+
+/// A milestone is news only for whoever's session works towards it.
+void AppController::tellMilestones() {
+    m_usage.milestoneEligibility = [this] { return m_store.hasWorkingUsageMilestoneSession(); };
+    m_usage.refreshMilestoneEligibility();
+    connect(&m_store, &SessionStore::sessionsChanged, &m_usage,
+            &UsagePoller::refreshMilestoneEligibility);
 }
 
 void AppController::readTranscripts() {

@@ -7,6 +7,7 @@
 #include "Core/Sessions/SessionStore.h"
 #include "Core/Settings/MorvaneSettings.h"
 #include "Core/Shell/SoundManager.h"
+#include "Core/Usage/UsagePoller.h"
 #include "Presentation/Mascot/PixelTimeline.h"
 #include "Presentation/PresenterManager.h"
 
@@ -27,6 +28,9 @@ public:
     AppController(MorvaneSettings &settings, const PlatformServices &platform);
 
     SessionStore &store() { return m_store; }
+
+    /// How much of the limits is used.
+    UsagePoller &usage() { return m_usage; }
 
     /// Which agents are connected, and how to change that.
     AgentConnections &connections() { return m_connections; }
@@ -57,6 +61,9 @@ public:
 
     void setLaunchAtLogin(bool enabled);
 
+    /// The person allows another try at the secret store, and wants the limits now.
+    void retryKeychainAccess() { m_usage.retryKeychainAccess(); }
+
     /// Marks the session as seen, and makes way for its terminal.
     void select(const Session &session);
 
@@ -78,6 +85,7 @@ private:
     void startServer();
     void rememberBoundPort();
     void connectSound();
+    void tellMilestones();
     void readTranscripts();
     void restoreSessions();
     void createPresenters();
@@ -90,6 +98,7 @@ private:
     const PlatformServices &m_platform;
     SessionStore m_store;
     SoundManager m_sound;
+    UsagePoller m_usage;
     AgentProcesses m_agentProcesses;
     AgentConnections m_connections;
     std::unique_ptr<EventServer> m_server;

@@ -4,10 +4,13 @@
 #include "Platform/Linux/Desktop/DesktopApplications.h"
 #include "Platform/Linux/Desktop/DesktopMotion.h"
 #include "Platform/Linux/Desktop/PlayerPrograms.h"
+#include "Platform/Linux/Desktop/SecretService.h"
 #include "Platform/Linux/Desktop/StatusNotifierHost.h"
 #include "Platform/Linux/EventLoopScheduler.h"
 #include "Platform/Linux/LinuxProcesses.h"
 #include "Platform/Linux/LowPriorityPool.h"
+#include "Platform/Linux/NetworkHttpsClient.h"
+#include "Platform/Linux/ProcessDialogue.h"
 #include "Platform/Linux/X11/ActiveWindow.h"
 #include "Platform/Linux/X11/ScreenDisplays.h"
 #include "Platform/Linux/X11/X11Connection.h"
@@ -33,7 +36,11 @@ void ring() {
 PlatformServices choosePlatform() {
     PlatformServices platform;
     platform.scheduler = std::make_unique<EventLoopScheduler>();
+    platform.secrets = std::make_unique<SecretService>(QDBusConnection::sessionBus());
+    platform.dialogue = std::make_unique<ProcessDialogue>();
     platform.background = std::make_unique<LowPriorityPool>();
+    platform.https =
+        std::make_unique<NetworkHttpsClient>(*platform.scheduler, *platform.background);
     platform.applications = std::make_unique<DesktopApplications>();
     platform.loginItem = std::make_unique<AutostartEntry>(QCoreApplication::applicationFilePath());
     platform.processes = std::make_unique<LinuxProcesses>(*platform.scheduler);

@@ -2,12 +2,15 @@
 
 #include "Platform/BackgroundPool.h"
 #include "Platform/ForegroundApplication.h"
+#include "Platform/HttpsClient.h"
 #include "Platform/InstalledApplications.h"
 #include "Platform/LoginItem.h"
 #include "Platform/NoScreen.h"
 #include "Platform/Processes.h"
 #include "Platform/Scheduler.h"
+#include "Platform/SecretStore.h"
 #include "Platform/SoundPlayer.h"
+#include "Platform/ToolDialogue.h"
 
 #include <memory>
 
@@ -17,9 +20,13 @@ namespace morvane {
 /// uses it; main thread.
 struct PlatformServices {
     std::unique_ptr<Scheduler> scheduler;
+    // Before the pool, which calls them until its end.
+    std::unique_ptr<SecretStore> secrets = std::make_unique<NoSecretStore>();
+    std::unique_ptr<ToolDialogue> dialogue = std::make_unique<NoToolDialogue>();
     std::unique_ptr<BackgroundPool> background; ///< ends before the scheduler that it reports to
     std::unique_ptr<InstalledApplications> applications;
     std::unique_ptr<LoginItem> loginItem;
+    std::unique_ptr<HttpsClient> https = std::make_unique<NoHttpsClient>();
     std::unique_ptr<Processes> processes = std::make_unique<UntoldProcesses>();
     std::unique_ptr<SoundPlayer> sounds = std::make_unique<NullSoundPlayer>();
 

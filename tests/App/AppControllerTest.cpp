@@ -53,6 +53,26 @@ protected:
     FakeLoginItem &loginItem() { return static_cast<FakeLoginItem &>(*platform.loginItem); }
 };
 
+TEST_F(AppControllerTest, TakesTheLimitsFromAStatusLineAndTellsAMilestoneToWhomeverWorks) {
+    controller.start();
+    const auto post = [this](const std::string &agent) {
+        httpExchange(controller.server()->boundPort(),
+                     httpPost("/usage",
+                              {{"x-morvane-token", settings.eventToken().toStdString()},
+                               {"x-morvane-agent", agent}},
+                              R"({"rate_limits":{"five_hour":{"used_percentage":91}}})"));
+        scheduler.runPosted();
+    };
+    post("codex");
+    EXPECT_FALSE(controller.usage().usage());
+    post("claude");
+    ASSERT_TRUE(controller.usage().usage());
+    EXPECT_FALSE(controller.usage().activeMilestone());
+    store.apply(EventBuilder(CanonicalEvent::promptSubmit));
+    EXPECT_EQ(controller.usage().activeMilestone(),
+              (UsageMilestone{UsageWindowKind::session, 0.90}));
+}
+
 TEST_F(AppControllerTest, MovesToAFreePortAndTellsEverybodyWhoNeedsIt) {
     // All but the last that are tried.
     auto blockers = takenPorts(21);

@@ -3,6 +3,7 @@
 #include "Core/Adapters/AgentReleases.h"
 #include "Core/Ground/JsonObject.h"
 #include "Core/Ground/RegularFile.h"
+#include "Core/Ground/ToolPaths.h"
 
 #include <QDir>
 #include <QFile>
@@ -62,21 +63,6 @@ std::optional<AgentRelease> read(const Program &program, const QString &file) {
     return releaseInPath(path, program.command);
 }
 
-/// The paths that fit the pattern, in which one part may be "*", that of the newest folder first.
-QStringList fitting(const QString &pattern) {
-    const qsizetype star = pattern.indexOf(QLatin1String("/*/"));
-    if (star < 0) {
-        return {pattern};
-    }
-    QStringList result;
-    const QFileInfoList folders =
-        QDir(pattern.first(star)).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Time);
-    for (const QFileInfo &folder : folders) {
-        result << folder.filePath() + pattern.mid(star + 2);
-    }
-    return result;
-}
-
 /// Where a shell would look for the program, in order, and behind it the places that a shell only
 /// knows by what runs when it starts.
 QStringList places(const Program &program) {
@@ -87,19 +73,11 @@ QStringList places(const Program &program) {
             result << folder + QLatin1Char('/') + program.command;
         }
     }
-    for (const char *folder :
-         {".local/bin", "bin", ".npm-global/bin", ".nvm/versions/node/*/bin",
-          ".local/share/fnm/aliases/default/bin",
-          ".local/share/fnm/node-versions/*/installation/bin", ".fnm/aliases/default/bin",
-          ".fnm/node-versions/*/installation/bin", ".asdf/installs/nodejs/*/bin",
-          ".local/share/mise/installs/node/*/bin", "n/bin", ".bun/bin", ".local/share/pnpm"}) {
-        result << fitting(QStringLiteral("%1/%2/%3")
-                              .arg(QDir::homePath(), QLatin1String(folder), program.command));
-    }
+    result << ToolPaths::inHome(program.command);
     // What these put on the PATH is a script of their own.
     for (const char *folder : {".local/share/pnpm/global/*/node_modules/%1",
                                ".volta/tools/image/packages/%1/lib/node_modules/%1"}) {
-        result << fitting(
+        result << ToolPaths::fitting(
             QStringLiteral("%1/%2/package.json")
                 .arg(QDir::homePath(), QString::fromLatin1(folder).arg(program.package)));
     }

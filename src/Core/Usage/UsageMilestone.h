@@ -1,10 +1,12 @@
 #pragma once
 
+#include <array>
 #include <cmath>
 
 namespace morvane {
 
-/// The limits that Claude counts a person's use against.
+/// The limits that Claude counts a person's use against, in the order in which they go before each
+/// other.
 enum class UsageWindowKind {
     session,
     weekly,
@@ -13,8 +15,10 @@ enum class UsageWindowKind {
 
 /// A limit of which so much is used up that the person is told.
 struct UsageMilestone {
+    static constexpr std::array thresholds{0.85, 0.90, 0.95};
+
     UsageWindowKind kind = UsageWindowKind::session;
-    double threshold = 0; ///< from 0 to 1
+    double threshold = 0; ///< one of `thresholds`: the highest that is reached
 
     int percent() const { return static_cast<int>(std::lround(threshold * 100)); }
 

@@ -1,0 +1,72 @@
+#include "Core/Ground/ToolPaths.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace morvane::ToolPaths {
+
+namespace {
+
+/// The places that only one tool is found at.
+QStringList ownCandidates(const QString &tool) {
+    if (tool == u"codex") {
+        return {QDir::homePath() + QStringLiteral("/.local/bin/codex"),
+                QDir::homePath() + QStringLiteral("/.codex/packages/standalone/current/bin/codex"),
+                QStringLiteral("/Applications/ChatGPT.app/Contents/Resources/codex"),
+                QStringLiteral("/Applications/Codex.app/Contents/Resources/codex")};
+    }
+    return {};
+}
+
+} // namespace
+
+QStringList candidates(const QString &tool) {
+    QStringList result{QStringLiteral("/opt/homebrew/bin/") + tool,
+                       QStringLiteral("/usr/local/bin/") + tool,
+                       QStringLiteral("/usr/bin/") + tool};
+    result += ownCandidates(tool);
+    result += inHome(tool);
+    result.removeDuplicates();
+    return result;
+}
+
+std::optional<QString> find(const QString &tool) {
+    const QStringList places = candidates(tool);
+    for (const QString &place : places) {
+        const QFileInfo file(place);
+        if (file.isFile() && file.isExecutable()) {
+            return place;
+        }
+    }
+    return std::nullopt;
+}
+
+QStringList inHome(const QString &command) {
+    QStringList result;
+    for (const char *folder :
+         {".local/bin", "bin", ".npm-global/bin", ".nvm/versions/node/*/bin",
+          ".local/share/fnm/aliases/default/bin",
+          ".local/share/fnm/node-versions/*/installation/bin", ".fnm/aliases/default/bin",
+          ".fnm/node-versions/*/installation/bin", ".asdf/installs/nodejs/*/bin",
+          ".local/share/mise/installs/node/*/bin", "n/bin", ".bun/bin", ".local/share/pnpm"}) {
+        result << fitting(
+            QStringLiteral("%1/%2/%3").arg(QDir::homePath(), QLatin1String(folder), command));
+    }
+    return result;
+}
+
+QStringList fitting(const QString &pattern) {
+    const qsizetype star = pattern.indexOf(QLatin1String("/*/"));
+    if (star < 0) {
+        return {pattern};
+    }
+    QStringList result;
+    const QFileInfoList folders =
+        QDir(pattern.first(star)).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Time);
+    for (const QFileInfo &folder : folders) {
+        result << folder.filePath() + pattern.mid(star + 2);
+    }
+    return result;
+}
+
+} // namespace morvane::ToolPaths

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Platform/Time.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace morvane {
+
+/// One limit of a subscription, as of when it was read.
+struct UsageWindow {
+    double utilization = 0; ///< the fraction that is used up, 0 to 1
+    std::optional<Date> resetsAt;
+    std::optional<int> durationMinutes; ///< only Codex tells
+
+    /// None once it has passed: then the figure is of a window that is over.
+    std::optional<Date> upcomingReset(Date now) const {
+        return resetsAt && *resetsAt > now ? resetsAt : std::nullopt;
+    }
+
+    friend bool operator==(const UsageWindow &, const UsageWindow &) = default;
+};
+
+/// What is used of Claude's limits.
+struct Usage {
+    std::optional<UsageWindow> session; ///< five hours
+    std::optional<UsageWindow> weekly;  ///< seven days
+    std::optional<UsageWindow> fable;   ///< seven days, of the largest models alone
+    Date fetchedAt;
+
+    friend bool operator==(const Usage &, const Usage &) = default;
+};
+
+/// What is used of Codex's limits.
+struct CodexUsage {
+    std::optional<UsageWindow> primary;   ///< the short window
+    std::optional<UsageWindow> secondary; ///< the long one
+    Date fetchedAt;
+    std::optional<QString> planType; ///< as Codex names it
+
+    friend bool operator==(const CodexUsage &, const CodexUsage &) = default;
+};
+
+} // namespace morvane

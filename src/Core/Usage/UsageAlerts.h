@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Core/Usage/UsageMilestone.h"
+#include "Platform/Time.h"
+
+#include <array>
+#include <map>
+#include <optional>
+
+namespace morvane {
+
+struct Usage;
+
+/// Which milestones are still to be told: each once until its window resets. Forgotten at the end
+/// of the program. Main thread.
+class UsageAlerts {
+public:
+    /// The thresholds for a person.
+    static constexpr std::array percents{85, 90, 95};
+
+    /// The milestone to tell of these figures, which counts as told from now on, as do lower ones
+    /// and those of other windows that were reached with it. While nothing is `eligible` none is
+    /// told, and what is reached waits.
+    std::optional<UsageMilestone> nextMilestone(const Usage &usage, bool eligible);
+
+private:
+    void rearm(const Usage &usage);
+
+    std::map<UsageWindowKind, double> m_announced; ///< the highest threshold told since the reset
+    std::map<UsageWindowKind, Date> m_knownReset;
+};
+
+} // namespace morvane

@@ -1,0 +1,118 @@
+#include "Platform/Linux/NetworkHttpsClient.h"
+
+#include <QNetworkProxyFactory>
+#include <QNetworkReply>
+#include <QPointer>
+
+#include <algorithm>
+#include <utility>
+
+namespace morvane {
+
+namespace {
+
+constexpr qint64 longestBody = 1'048'576;
+
+QNetworkRequest networkRequest(const HttpsRequest &request) {
+    QNetworkRequest result(request.url);
+    for (const auto &[name, value] : request.headers) {
+        result.setRawHeader(name, value);
+    }
+    result.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
+                        QNetworkRequest::ManualRedirectPolicy);
+    for (const auto attribute :
+         {QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::CookieSaveControlAttribute,
+          QNetworkRequest::AuthenticationReuseAttribute}) {
+        result.setAttribute(attribute, QNetworkRequest::Manual);
+    }
+    return result;
+}
+
+/// One request and what comes back. Goes once it has finished, or was cancelled.
+class Transfer : public QObject {
+public:
+    Transfer(const HttpsRequest &request, HttpsClient::Finished finished)
+        : m_request(request), m_finished(std::move(finished)) {}
+
+    void start(QNetworkAccessManager &manager, const QNetworkProxy &proxy) {
+        if (!m_finished) {
+            return;
+        }
+        manager.setProxy(proxy);
+        m_reply = manager.get(networkRequest(m_request));
+        m_reply->setParent(this);
+        m_reply->setReadBufferSize(longestBody);
+        connect(m_reply, &QNetworkReply::readyRead, this, [this] { read(); });
+        connect(m_reply, &QNetworkReply::finished, this, [this] { finish(); });
+    }
+
+    void cancel() {
+        m_finished = nullptr;
+        if (m_reply) {
+            m_reply->abort();
+        }
+        deleteLater();
+    }
+
+private:
+    void read() {
+        m_body += m_reply->read(longestBody - m_body.size());
+        if (m_body.size() == longestBody) {
+            finish();
+        }
+    }
+
+    void finish() {
+        if (const auto finished = std::exchange(m_finished, nullptr)) {
+            m_body += m_reply->read(longestBody - m_body.size());
+            finished(answer());
+            m_reply->abort();
+            deleteLater();
+        }
+    }
+
+    /// An answer with an error's status is one; one that broke off is none.
+    std::optional<HttpsAnswer> answer() const {
+        const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+        if (m_reply->error() != QNetworkReply::NoError && status < 400) {
+            return std::nullopt;
+        }
+        HttpsAnswer result{status, {}, m_body};
+        for (const auto &[name, value] : m_reply->rawHeaderPairs()) {
+            result.headers.append({name, value});
+        }
+        return result;
+    }
+
+    const HttpsRequest m_request;
+    HttpsClient::Finished m_finished; ///< none once it has been called, or nobody waits any more
+    QNetworkReply *m_reply = nullptr;
+    QByteArray m_body;
+};
+
+} // namespace
+
+NetworkHttpsClient::NetworkHttpsClient(Scheduler &scheduler, BackgroundPool &background)
+    : m_scheduler(scheduler), m_background(background) {
+    m_manager.setRedirectPolicy(QNetworkRequest::ManualRedirectPolicy);
+}
+
+Task NetworkHttpsClient::get(const HttpsRequest &request, Finished finished) {
+    auto *transfer = new Transfer(request, std::move(finished));
+    transfer->setParent(&m_manager);
+    m_background.compute(
+        [url = request.url] {
+            return QNetworkProxyFactory::systemProxyForQuery(QNetworkProxyQuery(url));
+        },
+        m_scheduler, transfer,
+        [this, transfer](const QList<QNetworkProxy> &proxies) {
+            transfer->start(m_manager, proxies.value(0, QNetworkProxy::NoProxy));
+        });
+    return Task([pending = QPointer<Transfer>(transfer)] {
+        if (pending) {
+            pending->cancel();
+        }
+    });
+}
+
+} // namespace morvane

@@ -1,0 +1,73 @@
+#include "Core/Usage/CodexUsageReader.h"
+
+#include "Core/Usage/Usage.h"
+#include "Core/Usage/UsageFakes.h"
+#include "Support/ManualScheduler.h"
+#include "Support/Printing.h"
+#include "Support/TemporaryHome.h"
+
+#include <gtest/gtest.h>
+
+namespace morvane {
+namespace {
+
+class CodexUsageReaderTest : public testing::Test {
+protected:
+    void install() {
+        const QString program = home.write(".local/bin/codex", "#!/bin/sh\n");
+        QFile::setPermissions(program, QFile::ReadOwner | QFile::ExeOwner);
+    }
+
+    /// Why there are no figures; empty where there are some.
+    QString reason() {
+        const auto result = CodexUsageReader::read(dialogue, "1.2", clock);
+        return result.failure() != nullptr ? result.failure()->message : QString();
+    }
+
+    TemporaryHome home;
+    ManualScheduler clock;
+    FakeDialogue dialogue;
+};
+
+TEST_F(CodexUsageReaderTest, SaysWhyThereAreNoFigures) {
+    if (QFileInfo("/usr/bin/codex").exists() || QFileInfo("/usr/local/bin/codex").exists()) {
+        GTEST_SKIP() << "the machine's own would be found first";
+    }
+    EXPECT_EQ(reason(), "Codex isn't installed");
+    install();
+    EXPECT_EQ(reason(), "Codex isn't signed in");
+    home.write(".codex/auth.json/in-a-folder");
+    EXPECT_EQ(reason(), "Codex isn't signed in");
+    QDir(home.path(".codex")).removeRecursively();
+    EXPECT_TRUE(dialogue.commands.empty());
+
+    home.write(".codex/auth.json");
+    dialogue.end = ToolDialogue::End::notStarted;
+    EXPECT_EQ(reason(), "couldn't start Codex");
+    dialogue.end = ToolDialogue::End::timedOut;
+    EXPECT_EQ(reason(), "Codex didn't answer in time");
+    dialogue.end = ToolDialogue::End::left;
+    dialogue.says = {"{\"id\":1,\"result\":{}}\n"};
+    EXPECT_EQ(reason(), "Codex rate limits unavailable");
+    dialogue.says = {"{\"id\":2,\"error\":{\"code\":-32600}}\n"};
+    EXPECT_EQ(reason(), "unexpected Codex usage format");
+    dialogue.says = {"{\"id\":2,\"result\":{\"rateLimits\":{\"primary\":{\"usedPercent\":3}}}}\n"};
+    EXPECT_EQ(reason(), "");
+}
+
+TEST_F(CodexUsageReaderTest, StartsAServerThatMayDoNothing) {
+    install();
+    home.write(".codex/auth.json");
+    reason();
+    ASSERT_EQ(dialogue.commands.size(), 1U);
+    const Tools::Command &command = dialogue.commands.front();
+    EXPECT_TRUE(command.program.endsWith("/codex"));
+    EXPECT_EQ(command.arguments, QStringList({"-c", "approval_policy=never", "-s", "read-only",
+                                              "-a", "never", "app-server", "--stdio"}));
+    // The interpreter of a script lies beside it, wherever that is.
+    const QString folder = QFileInfo(command.program).path();
+    EXPECT_TRUE(command.environment.value("PATH").startsWith(folder + ':'));
+}
+
+} // namespace
+} // namespace morvane

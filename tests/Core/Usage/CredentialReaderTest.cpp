@@ -1,0 +1,119 @@
+#include "Core/Usage/CredentialReader.h"
+
+#include "Core/Usage/UsageFakes.h"
+#include "Support/ManualPool.h"
+#include "Support/ManualScheduler.h"
+#include "Support/Printing.h"
+#include "Support/TemporaryHome.h"
+
+#include <gtest/gtest.h>
+
+namespace morvane {
+namespace {
+
+const QString file = ".claude/.credentials.json";
+
+class CredentialReaderTest : public testing::Test {
+protected:
+    QByteArray json(const QByteArray &token, std::optional<Seconds> left = {}) const {
+        const auto expiry = left ? scheduler.now() + *left : Date{};
+        const auto milliseconds =
+            std::chrono::duration_cast<std::chrono::milliseconds>(expiry.time_since_epoch());
+        return R"({"claudeAiOauth":{"accessToken":")" + token + R"(","expiresAt":)" +
+               QByteArray::number(static_cast<qint64>(milliseconds.count())) + "}}";
+    }
+
+    /// What comes of a call: the token, or why there is none.
+    QByteArray read() {
+        QByteArray result = "nothing";
+        reader.read([&](const CredentialReader::Lookup &lookup) {
+            const auto *credential = std::get_if<Credential>(&lookup);
+            result = credential ? credential->accessToken
+                     : std::holds_alternative<CredentialReader::Missing>(lookup) ? "missing"
+                                                                                 : "blocked";
+        });
+        reads = background.waiting();
+        background.runAll();
+        scheduler.runPosted();
+        return result;
+    }
+
+    TemporaryHome home;
+    ManualScheduler scheduler;
+    ManualPool background;
+    FakeSecretStore store;
+    CredentialReader reader{store, scheduler, background};
+    std::size_t reads = 0; ///< that the last call began
+};
+
+TEST_F(CredentialReaderTest, FindsTheFileBeforeTheSecretStore) {
+    store.answer = json("of-store");
+    home.write(file, json("of-file"));
+    EXPECT_EQ(read(), "of-file");
+    EXPECT_TRUE(store.asked.isEmpty());
+    reader.forget();
+    for (const QByteArray &ugly :
+         {QByteArray("{"), QByteArray("[]"), QByteArray(R"({"claudeAiOauth":"x"})"), json(""),
+          QByteArray(R"({"claudeAiOauth":{"accessToken":7}})")}) {
+        home.write(file, ugly);
+        EXPECT_EQ(read(), "of-store") << ugly.constData();
+        reader.forget();
+    }
+    EXPECT_EQ(store.asked.first(), "Claude Code-credentials 2.5");
+    store.answer = QByteArray("not JSON");
+    EXPECT_EQ(read(), "missing");
+    store.answer = Failure{};
+    EXPECT_EQ(read(), "missing");
+}
+
+TEST_F(CredentialReaderTest, ReadsAgainWhenTheTokenEndsWithinTwoMinutes) {
+    home.write(file, json("first", Seconds(240)));
+    EXPECT_EQ(read(), "first");
+    scheduler.advance(Seconds(119));
+    EXPECT_EQ(read(), "first");
+    EXPECT_EQ(reads, 0U);
+    scheduler.advance(Seconds(2));
+    home.write(file, json("second", Seconds(-1)));
+    EXPECT_EQ(read(), "second");
+    EXPECT_EQ(reads, 1U);
+    QFile::remove(home.path(file));
+    EXPECT_EQ(read(), "second"); // the poller sees that it has ended
+    home.write(file, json("endless"));
+    EXPECT_EQ(read(), "endless");
+    scheduler.advance(Seconds(1e7));
+    EXPECT_EQ(read(), "endless");
+    EXPECT_EQ(reads, 0U);
+}
+
+TEST_F(CredentialReaderTest, ReadsOnceForAllWhoAskMeanwhile) {
+    store.answer = json("token");
+    int answers = 0;
+    for (int call = 0; call < 3; ++call) {
+        reader.read([&](const CredentialReader::Lookup &) { ++answers; });
+    }
+    EXPECT_EQ(background.waiting(), 1U);
+    background.runAll();
+    scheduler.runPosted();
+    EXPECT_EQ(answers, 3);
+    EXPECT_EQ(store.asked.size(), 1);
+}
+
+TEST_F(CredentialReaderTest, AsksAStoreThatWithholdsOnceForEachTimeThePersonAllowsIt) {
+    store.answer = SecretStore::Withheld{};
+    EXPECT_EQ(read(), "blocked");
+    EXPECT_EQ(read(), "blocked");
+    EXPECT_EQ(store.asked.size(), 1);
+    reader.unblock();
+    EXPECT_EQ(read(), "blocked");
+    EXPECT_EQ(read(), "blocked");
+    EXPECT_EQ(store.asked.size(), 2);
+    home.write(file, json("of-file", Seconds(1)));
+    EXPECT_EQ(read(), "of-file");
+    QFile::remove(home.path(file));
+    scheduler.advance(Seconds(2));
+    EXPECT_EQ(read(), "of-file"); // even one that has ended is better than none
+    EXPECT_EQ(store.asked.size(), 2);
+}
+
+} // namespace
+} // namespace morvane

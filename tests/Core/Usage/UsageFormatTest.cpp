@@ -1,0 +1,153 @@
+#include "Core/Usage/UsageFormat.h"
+
+#include "Core/Usage/CodexExchange.h"
+#include "Support/Printing.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <gtest/gtest.h>
+
+namespace morvane {
+namespace {
+
+const Date now{std::chrono::seconds(1'700'000'000)};
+
+std::optional<Date> at(double seconds) {
+    return Date{} + Seconds(seconds);
+}
+
+/// Percents of the windows in the order session, weekly, model; -1 for one that is absent.
+std::array<int, 3> percents(const std::optional<Usage> &usage) {
+    const auto percent = [](const std::optional<UsageWindow> &window) {
+        return window ? static_cast<int>(window->utilization * 100 + 0.5) : -1;
+    };
+    return usage
+               ? std::array{percent(usage->session), percent(usage->weekly), percent(usage->fable)}
+               : std::array{-2, -2, -2};
+}
+
+using Percents = std::array<int, 3>;
+constexpr Percents unreadable{-2, -2, -2};
+
+TEST(UsageFormat, ReadsWhatTheEndpointTells) {
+    const auto read = [](const QByteArray &body) {
+        return percents(UsageFormat::parse(body, now));
+    };
+    EXPECT_EQ(read(R"({"five_hour":{"utilization":42.4},"seven_day":{"percent":7},"x":[1]})"),
+              (Percents{42, 7, -1}));
+    EXPECT_EQ(read(R"({"five_hour":{"utilization":"9","used_percentage":140},
+                       "seven_day":{"utilization":-3}})"),
+              (Percents{100, 0, -1}));
+    // Of the list the first that can be read, whatever stands beside it.
+    EXPECT_EQ(read(R"({"five_hour":{"utilization":1},"seven_day_opus":{"utilization":4},"limits":[
+        {"kind":"weekly","scope":{"model":{"display_name":"Opus"}},"utilization":2},
+        {"kind":"weekly_scoped","scope":null,"utilization":2},
+        {"kind":"weekly_scoped","scope":{"model":{"display_name":"Sonnet"}},"utilization":2},
+        {"kind":"weekly_scoped","scope":{"model":{"display_name":"Claude OPUS"}}},
+        {"kind":"weekly_scoped","scope":{"model":{"display_name":"Mythos"}},"percent":3}]})"),
+              (Percents{1, -1, 3}));
+    EXPECT_EQ(read(R"({"seven_day":{"utilization":1},"limits":["x",
+        {"kind":"weekly_scoped","scope":{"model":{"display_name":"Opus"}},"utilization":2}],
+        "seven_day_OPUS":{"utilization":4},"seven_day_sonnet":{"utilization":5}})"),
+              (Percents{-1, 1, 4}));
+    // Half an emoji in a name leaves the figures as they are.
+    EXPECT_EQ(read(R"({"name":"\ud83d","five_hour":{"utilization":42.5}})"),
+              (Percents{43, -1, -1}));
+    for (const char *body :
+         {"", "[]", "null", "<html>", "{}", R"({"five_hour":{}})", R"({"five_hour":[5]})",
+          R"({"five_hour":{"utilization":null}})", R"({"seven_day_opus":{"utilization":4}})"}) {
+        EXPECT_EQ(read(body), unreadable) << body;
+    }
+}
+
+TEST(UsageFormat, ReadsTheLimitsOfAStatusLine) {
+    const auto read = [](const QByteArray &body) {
+        return percents(UsageFormat::parseLive(body, now));
+    };
+    EXPECT_EQ(read(R"({"model":{},"rate_limits":{"five_hour":{"used_percentage":12.5},
+        "seven_day":{"used_percentage":61},"seven_day_opus":{"used_percentage":3}}})"),
+              (Percents{13, 61, -1}));
+    EXPECT_EQ(read(R"({"rate_limits":{"five_hour":{"used_percentage":12}}})"),
+              (Percents{12, -1, -1}));
+    EXPECT_EQ(read(R"({"five_hour":{"used_percentage":12}})"), unreadable);
+    EXPECT_EQ(read(R"({"rate_limits":{"five_hour":{"used_percentage":"12"}}})"), unreadable);
+}
+
+TEST(UsageFormat, ReadsMomentsAndNothingThatCouldBeAnother) {
+    const auto read = [](const QJsonValue &value) { return UsageFormat::date(value); };
+    EXPECT_EQ(read(1'762'232'400), at(1'762'232'400));
+    EXPECT_EQ(read(1'762'232'400'500.0), at(1'762'232'400.5));
+    EXPECT_EQ(read("2025-11-04T05:00:00Z"), at(1'762'232'400));
+    EXPECT_EQ(read("2025-11-04T06:00:00.25+01:00"), at(1'762'232'400.25));
+    EXPECT_EQ(read("2025-11-04T04:59:59.943648+00:00"), at(1'762'232'399.944));
+    for (const QJsonValue &value :
+         {QJsonValue(0), QJsonValue(-5), QJsonValue(1e12), QJsonValue(1e300), QJsonValue(true),
+          QJsonValue(), QJsonValue("1762232400"), QJsonValue("2025-11-04T05:00:00"),
+          QJsonValue("2025-11-04"), QJsonValue("2025-13-04T05:00:00Z"),
+          QJsonValue("9999-12-31T23:59:59Z")}) {
+        EXPECT_EQ(read(value), std::nullopt) << QJsonDocument({{"v", value}}).toJson().data();
+    }
+    const UsageWindow window{0.5, at(1'700'000'001), {}};
+    EXPECT_EQ(window.upcomingReset(now), at(1'700'000'001));
+    EXPECT_EQ(window.upcomingReset(now + Seconds(1)), std::nullopt);
+}
+
+TEST(UsageFormat, ReadsCodexsAnswer) {
+    const auto usage = UsageFormat::parseCodex(
+        R"({"id":2,"result":{"rateLimits":{"primary":{"windowDurationMins":300},
+        "secondary":{"usedPercent":31.5,"windowDurationMins":10080.9,"resetsAt":1762232400},
+        "planType":"plus"}}})",
+        now);
+    ASSERT_TRUE(usage);
+    EXPECT_EQ(*usage, (CodexUsage{{}, UsageWindow{0.315, at(1'762'232'400), 10080}, now, "plus"}));
+    const auto ugly = UsageFormat::parseCodex(
+        R"({"result":{"rateLimits":{"primary":{"usedPercent":1e9,"windowDurationMins":1e300},
+        "planType":7}}})",
+        now);
+    ASSERT_TRUE(ugly);
+    EXPECT_EQ(*ugly, (CodexUsage{UsageWindow{1, {}, {}}, {}, now, {}}));
+    EXPECT_FALSE(UsageFormat::parseCodex(R"({"id":2,"error":{"code":-32600}})", now));
+    EXPECT_FALSE(UsageFormat::parseCodex(
+        R"({"result":{"rateLimits":{"primary":{"usedPercent":"3"},"secondary":null}}})", now));
+}
+
+TEST(CodexExchange, AsksOnceAndWaitsForItsAnswerAmongAllElse) {
+    CodexExchange exchange;
+    const auto consume = [&](const QByteArray &data) {
+        const auto action = exchange.consume(data);
+        return std::pair(action.sendsReadRequest, action.isOver);
+    };
+    constexpr std::pair nothing(false, false);
+    EXPECT_EQ(consume("listening\n{\"method\":\"x\"}\n[1]\n{\"id\":\"1\",\"result\":{}}\n"),
+              nothing);
+    EXPECT_EQ(consume("{\"id\":1,\"error\":{}}\n{\"id\":1,\"res"), nothing);
+    EXPECT_EQ(consume("ult\":{}}\n{\"id\":2,"), std::pair(true, false));
+    EXPECT_EQ(consume(""), nothing);
+    EXPECT_EQ(consume("\"result\":1}\n{\"id\":1,\"result\":{}}\n"), std::pair(false, true));
+    EXPECT_EQ(exchange.response(), "{\"id\":2,\"result\":1}");
+}
+
+TEST(CodexExchange, GivesUpALineThatDoesNotEnd) {
+    CodexExchange exchange;
+    const QByteArray piece(65'536, 'x');
+    int pieces = 1;
+    while (pieces < 100 && !exchange.consume(piece).isOver) {
+        ++pieces;
+    }
+    EXPECT_EQ(pieces, 17);
+    EXPECT_FALSE(exchange.response());
+}
+
+TEST(CodexExchange, SpeaksOneObjectALine) {
+    const QByteArray first = CodexExchange::initializeRequest("1.2");
+    EXPECT_EQ(QJsonDocument::fromJson(first),
+              QJsonDocument::fromJson(R"({"method":"initialize","id":1,"params":{
+                  "clientInfo":{"name":"morvane","title":"Morvane","version":"1.2"},
+                  "capabilities":{"experimentalApi":true}}})"));
+    EXPECT_EQ(first.indexOf('\n'), first.size() - 1);
+    EXPECT_EQ(CodexExchange::initializedAndReadRequest(),
+              "{\"method\":\"initialized\"}\n{\"id\":2,\"method\":\"account/rateLimits/read\"}\n");
+}
+
+} // namespace
+} // namespace morvane

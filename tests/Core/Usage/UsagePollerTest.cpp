@@ -1,0 +1,366 @@
+#include "Core/Usage/UsagePoller.h"
+
+#include "Core/Settings/Defaults.h"
+#include "Core/Settings/MorvaneSettings.h"
+#include "Core/Usage/UsageFakes.h"
+#include "Support/ManualPool.h"
+#include "Support/ManualScheduler.h"
+#include "Support/Printing.h"
+#include "Support/TemporaryHome.h"
+
+#include <QDirIterator>
+#include <gtest/gtest.h>
+
+namespace morvane {
+namespace {
+
+using enum AgentKind;
+
+const QString credentials = ".claude/.credentials.json";
+const QByteArray token = "sk-ant-oat01-hush";
+
+const QString rateLimited = "rate limited — showing cached figures";
+const QString locked = "keychain locked — Morvane won't ask for your password";
+
+HttpsAnswer answer(int status, const QByteArray &body = {}, const QByteArray &retryAfter = {}) {
+    HttpsAnswer result{status, {}, body};
+    if (!retryAfter.isEmpty()) {
+        result.headers = {{"retry-after", retryAfter}};
+    }
+    return result;
+}
+
+QByteArray body(double session, double weekly = 10) {
+    return R"({"five_hour":{"utilization":)" + QByteArray::number(session) +
+           R"(},"seven_day":{"utilization":)" + QByteArray::number(weekly) + "}}";
+}
+
+QByteArray statusLine(const QByteArray &windows) {
+    return R"({"rate_limits":{)" + windows + "}}";
+}
+
+class UsagePollerTest : public testing::Test {
+protected:
+    UsagePollerTest() {
+        home.write(credentials, R"({"claudeAiOauth":{"accessToken":")" + token + R"("}})");
+        poller.milestoneEligibility = [this] { return isWorking; };
+        QObject::connect(&poller, &UsagePoller::milestoneEvents, &poller,
+                         [this](const UsageMilestone &milestone) { told << milestone.percent(); });
+    }
+
+    void pass(Seconds time) {
+        scheduler.advance(time);
+        background.runAll();
+        scheduler.runPosted();
+    }
+
+    void start() {
+        poller.setEnabled(true);
+        pass(Seconds(0));
+    }
+
+    /// Answers the poll that is under way.
+    void reply(const std::optional<HttpsAnswer> &answer) { https.answer(answer); }
+
+    std::size_t requests() const { return https.requests.size(); }
+
+    /// After how long the next request leaves, told by how it fails.
+    double wait() {
+        const std::size_t before = requests();
+        double seconds = 0;
+        for (; requests() == before && seconds < 100'000; seconds += 10) {
+            pass(Seconds(10));
+        }
+        return seconds;
+    }
+
+    QString reason() const { return poller.unavailableReason().value_or(QString()); }
+
+    int sessionPercent() const {
+        return poller.usage() && poller.usage()->session
+                   ? static_cast<int>(poller.usage()->session->utilization * 100 + 0.5)
+                   : -1;
+    }
+
+    TemporaryHome home;
+    Defaults defaults{home.path("config"), "test"};
+    MorvaneSettings settings{defaults};
+    ManualScheduler scheduler;
+    ManualPool background;
+    FakeSecretStore secrets;
+    FakeHttpsClient https;
+    FakeDialogue dialogue;
+    UsagePoller poller{settings, {scheduler, background, secrets, https, dialogue}, "1.2"};
+    bool isWorking = true;
+    QList<int> told;
+};
+
+TEST_F(UsagePollerTest, AsksAsClaudeCodeDoesAndShowsWhatComesBack) {
+    EXPECT_FALSE(poller.usage());
+    start();
+    ASSERT_EQ(requests(), 1U);
+    const HttpsRequest request = https.requests.front().request;
+    EXPECT_EQ(request.url.path(), "/api/oauth/usage");
+    EXPECT_EQ(request.url.scheme(), "https");
+    EXPECT_EQ(request.headers,
+              (QList<std::pair<QByteArray, QByteArray>>{{"Authorization", "Bearer " + token},
+                                                        {"anthropic-beta", "oauth-2025-04-20"},
+                                                        {"User-Agent", "claude-code/2.1.0"}}));
+    reply(answer(200, body(42)));
+    EXPECT_EQ(sessionPercent(), 42);
+    EXPECT_EQ(reason(), "");
+    EXPECT_FALSE(UsagePoller::areOld(poller.usage()->fetchedAt, scheduler.now() + Seconds(600)));
+    EXPECT_TRUE(UsagePoller::areOld(poller.usage()->fetchedAt, scheduler.now() + Seconds(601)));
+    EXPECT_EQ(wait(), 300);
+    reply(answer(200, body(85)));
+    EXPECT_EQ(wait(), 120);
+}
+
+TEST_F(UsagePollerTest, AsksEverMoreSeldomAndKeepsTheFigures) {
+    start();
+    reply(answer(200, body(42)));
+    wait();
+    const std::pair<std::optional<HttpsAnswer>, QString> failures[] = {
+        {std::nullopt, "network error"},
+        {answer(500), "usage endpoint returned 500"},
+        {answer(302), "usage endpoint returned 302"},
+        {answer(200, "<html>"), "unexpected usage format"},
+        {answer(0), "usage endpoint returned 0"}};
+    QList<double> waits;
+    for (const auto &[answer, text] : failures) {
+        reply(answer);
+        EXPECT_EQ(reason(), text);
+        EXPECT_EQ(sessionPercent(), 42);
+        waits << wait();
+    }
+    EXPECT_EQ(waits, QList<double>({600, 1200, 2400, 4800, 4800}));
+    reply(answer(200, body(1)));
+    EXPECT_EQ(reason(), "");
+    EXPECT_EQ(wait(), 300);
+    // An answer that doesn't come counts as one that failed.
+    pass(Seconds(15));
+    EXPECT_EQ(reason(), "network error");
+    reply(answer(200, body(2)));
+    EXPECT_EQ(sessionPercent(), 1);
+}
+
+TEST_F(UsagePollerTest, LeavesAServerAloneThatAsksForIt) {
+    start();
+    const auto waitAfter = [this](const QByteArray &retryAfter) {
+        poller.refreshNow(); // which passes over the wait, and starts the intervals anew
+        pass(Seconds(0));
+        reply(answer(429, {}, retryAfter));
+        EXPECT_EQ(reason(), rateLimited);
+        return wait();
+    };
+    EXPECT_EQ(waitAfter(" 120 "), 600);
+    EXPECT_EQ(waitAfter("3000"), 3000);
+    EXPECT_EQ(waitAfter("999999"), 86'400);
+    EXPECT_EQ(waitAfter("Wed, 21 Oct 2015 07:28:00 GMT"), 600);
+    EXPECT_EQ(waitAfter("nan"), 600);
+    const Date now = scheduler.now();
+    const auto retryAfter = [&](const QByteArray &header) {
+        return UsageEndpoint::retryAfter(header, now).count();
+    };
+    EXPECT_EQ(UsageEndpoint::retryAfter(std::nullopt, now), Seconds(300));
+    EXPECT_EQ(retryAfter("soon"), 300);
+    EXPECT_EQ(retryAfter("-5"), 0);
+    EXPECT_EQ(UsageEndpoint::retryAfter("Tue, 14 Nov 2023 22:23:20 GMT",
+                                        Date(std::chrono::seconds(1'700'000'000))),
+              Seconds(600));
+}
+
+TEST_F(UsagePollerTest, ReadsTheTokenAnewWhenItIsRefused) {
+    start();
+    home.write(credentials, R"({"claudeAiOauth":{"accessToken":"second"}})");
+    reply(answer(500));
+    wait();
+    EXPECT_EQ(https.requests.back().request.headers.front().second, "Bearer " + token);
+    reply(answer(401));
+    EXPECT_EQ(reason(), "usage endpoint returned 401");
+    wait();
+    EXPECT_EQ(https.requests.back().request.headers.front().second, "Bearer second");
+}
+
+TEST_F(UsagePollerTest, DropsTheFiguresWithTheCredential) {
+    start();
+    reply(answer(200, body(42)));
+    wait();
+    reply(answer(401));
+    home.write(credentials, R"({"claudeAiOauth":{"accessToken":"old","expiresAt":1000}})");
+    pass(Seconds(600));
+    EXPECT_EQ(reason(), "token expired — run Claude Code to refresh");
+    EXPECT_FALSE(poller.usage());
+    EXPECT_EQ(requests(), 2U);
+    QFile::remove(home.path(credentials));
+    poller.setEnabled(false); // forgets the old one
+    start();
+    EXPECT_EQ(reason(), "no Claude Code credentials");
+    EXPECT_EQ(requests(), 2U);
+}
+
+TEST_F(UsagePollerTest, StopsAtALockedKeychainUntilThePersonTriesAgain) {
+    QFile::remove(home.path(credentials));
+    secrets.answer = SecretStore::Withheld{};
+    start();
+    EXPECT_EQ(reason(), locked);
+    EXPECT_TRUE(poller.keychainBlocked());
+    pass(Seconds(1e6));
+    EXPECT_EQ(secrets.asked.size(), 1);
+    // The status line still brings figures, but cures nothing.
+    poller.ingestLive(statusLine(R"("five_hour":{"used_percentage":5})"), claude);
+    EXPECT_EQ(sessionPercent(), 5);
+    EXPECT_EQ(reason(), locked);
+
+    secrets.answer = QByteArray(R"({"claudeAiOauth":{"accessToken":"unlocked"}})");
+    poller.refreshNow();
+    pass(Seconds(0));
+    EXPECT_EQ(reason(), locked);
+    EXPECT_EQ(secrets.asked.size(), 1);
+    poller.retryKeychainAccess();
+    pass(Seconds(0));
+    EXPECT_EQ(secrets.asked.size(), 2);
+    reply(answer(200, body(42)));
+    EXPECT_EQ(reason(), "");
+    EXPECT_FALSE(poller.keychainBlocked());
+}
+
+TEST_F(UsagePollerTest, AsksNothingWhileStatusLinesBringTheFigures) {
+    start();
+    reply(answer(200, R"({"five_hour":{"utilization":1},"seven_day":{"utilization":2},
+                          "seven_day_opus":{"utilization":3}})"));
+    for (int minute = 0; minute < 30; ++minute) {
+        poller.ingestLive(statusLine(R"("five_hour":{"used_percentage":42})"), claude);
+        pass(Seconds(60));
+    }
+    EXPECT_EQ(requests(), 1U);
+    EXPECT_EQ(sessionPercent(), 42);
+    EXPECT_FALSE(poller.usage()->weekly);
+    EXPECT_TRUE(poller.usage()->fable);
+    // What is no status line of limits, or comes from elsewhere, changes nothing.
+    const auto before = poller.usage();
+    for (const char *ugly : {"", "{}", "[]", R"({"rate_limits":[]})", R"({"rate_limits":{}})"}) {
+        poller.ingestLive(ugly, claude);
+    }
+    poller.ingestLive(statusLine(R"("five_hour":{"used_percentage":1})"), codex);
+    EXPECT_EQ(poller.usage(), before);
+    pass(Seconds(300));
+    EXPECT_EQ(requests(), 2U);
+}
+
+TEST_F(UsagePollerTest, APersonMayAskAtAnyTime) {
+    start();
+    reply(answer(429, {}, "3000"));
+    poller.ingestLive(statusLine(R"("five_hour":{"used_percentage":42})"), claude);
+    EXPECT_EQ(reason(), "");
+    poller.refreshNow();
+    pass(Seconds(0));
+    ASSERT_EQ(requests(), 2U);
+    reply(std::nullopt);
+    pass(Seconds(2900));
+    EXPECT_EQ(requests(), 2U);
+    settings.setUsageEnabled(false);
+    poller.refreshNow();
+    pass(Seconds(1e5));
+    EXPECT_EQ(requests(), 2U);
+}
+
+TEST_F(UsagePollerTest, TurningItOffEndsAllAtOnce) {
+    start();
+    reply(answer(200, body(96)));
+    wait();
+    ASSERT_TRUE(poller.activeMilestone());
+    settings.setUsageEnabled(false);
+    poller.setEnabled(false);
+    reply(answer(200, body(42)));
+    pass(Seconds(1e5));
+    EXPECT_FALSE(poller.usage() || poller.codexUsage() || poller.activeMilestone());
+    EXPECT_EQ(reason(), "turned off in Settings");
+    EXPECT_EQ(poller.codexUnavailableReason(), "turned off in Settings");
+    EXPECT_EQ(requests(), 2U);
+}
+
+TEST_F(UsagePollerTest, RemembersWhenTheWeekBeganAnew) {
+    const auto take = [this](const QByteArray &percent) {
+        poller.ingestLive(statusLine(R"("seven_day":{"used_percentage":)" + percent + "}"), claude);
+    };
+    take("30");
+    take("21");
+    EXPECT_FALSE(defaults.contains("lastWeeklyResetAt"));
+    EXPECT_EQ(defaults.value("lastWeeklyUtilization"), 0.21);
+    take("2");
+    EXPECT_EQ(defaults.value("lastWeeklyResetAt").toDouble(),
+              Seconds(scheduler.now().time_since_epoch()).count());
+}
+
+TEST_F(UsagePollerTest, ShowsAMilestoneForSixSecondsWhileASessionWorks) {
+    isWorking = false;
+    start();
+    reply(answer(200, body(92)));
+    EXPECT_TRUE(told.isEmpty());
+    isWorking = true;
+    poller.refreshMilestoneEligibility();
+    EXPECT_EQ(told, QList<int>({90}));
+    pass(Seconds(4));
+    poller.ingestLive(statusLine(R"("five_hour":{"used_percentage":95})"), claude);
+    pass(Seconds(5.9));
+    EXPECT_EQ(poller.activeMilestone(), (UsageMilestone{UsageWindowKind::session, 0.95}));
+    pass(Seconds(0.2));
+    EXPECT_FALSE(poller.activeMilestone());
+    EXPECT_EQ(told, QList<int>({90, 95}));
+    poller.ingestLive(statusLine(R"("seven_day":{"used_percentage":86})"), claude);
+    EXPECT_TRUE(poller.activeMilestone());
+    isWorking = false;
+    poller.refreshMilestoneEligibility();
+    EXPECT_FALSE(poller.activeMilestone());
+}
+
+TEST_F(UsagePollerTest, AsksCodexOneAtATimeAndKeepsItsFigures) {
+    const QString program = home.write(".local/bin/codex", "#!/bin/sh\n");
+    QFile::setPermissions(program, QFile::ReadOwner | QFile::ExeOwner);
+    home.write(".codex/auth.json");
+    dialogue.says = {"{\"id\":2,\"result\":{\"rateLimits\":{\"primary\":{\"usedPercent\":90}}}}\n"};
+    QFile::remove(home.path(credentials));
+    start();
+    ASSERT_TRUE(poller.codexUsage());
+    EXPECT_TRUE(poller.approachingCodexLimit());
+    EXPECT_TRUE(told.isEmpty());
+    dialogue.says.clear();
+    scheduler.advance(Seconds(120));
+    poller.refreshNow();
+    scheduler.advance(Seconds(0));
+    pass(Seconds(0));
+    EXPECT_EQ(dialogue.commands.size(), 2U);
+    EXPECT_EQ(poller.codexUnavailableReason(), "Codex rate limits unavailable");
+    EXPECT_TRUE(poller.codexUsage());
+    QList<std::size_t> starts;
+    for (int round = 0; round < 5; ++round) {
+        pass(Seconds(240));
+        starts << dialogue.commands.size();
+    }
+    EXPECT_EQ(starts, QList<std::size_t>({3, 3, 4, 4, 4}));
+}
+
+TEST_F(UsagePollerTest, TellsTheTokenToNobodyButTheEndpoint) {
+    const QString program = home.write(".local/bin/codex", "#!/bin/sh\n");
+    QFile::setPermissions(program, QFile::ReadOwner | QFile::ExeOwner);
+    home.write(".codex/auth.json");
+    start();
+    reply(answer(401, token));
+    wait();
+    reply(answer(200, body(42)));
+    defaults.flush();
+    QDirIterator files(home.path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        const QString path = QDir(home.path()).relativeFilePath(files.next());
+        EXPECT_EQ(home.read(path).contains(token), path == credentials) << path.toStdString();
+    }
+    ASSERT_FALSE(dialogue.commands.empty());
+    const Tools::Command &command = dialogue.commands.front();
+    const QStringList said = command.arguments + command.environment.toStringList() +
+                             QStringList{reason(), poller.codexUnavailableReason().value_or("")};
+    EXPECT_FALSE(said.join(' ').contains(token));
+}
+
+} // namespace
+} // namespace morvane

@@ -1,0 +1,187 @@
+#include "Platform/Linux/Desktop/SecretService.h"
+
+#include "Platform/PrivateBusTest.h"
+#include "Support/Printing.h"
+
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusObjectPath>
+#include <QDBusVariant>
+#include <QDBusVirtualObject>
+
+#include <atomic>
+#include <thread>
+
+namespace morvane {
+namespace {
+
+using Attributes = QMap<QString, QString>;
+using Paths = QList<QDBusObjectPath>;
+
+const QString root = "/org/freedesktop/secrets";
+
+struct Secret {
+    QDBusObjectPath session;
+    QByteArray parameters;
+    QByteArray value;
+    QString contentType;
+};
+
+QDBusArgument &operator<<(QDBusArgument &argument, const Secret &secret) {
+    argument.beginStructure();
+    argument << secret.session << secret.parameters << secret.value << secret.contentType;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument &operator>>(const QDBusArgument &argument, Secret &secret) {
+    argument.beginStructure();
+    argument >> secret.session >> secret.parameters >> secret.value >> secret.contentType;
+    argument.endStructure();
+    return argument;
+}
+
+struct Item {
+    QString service;
+    QByteArray value;
+    bool isLocked = false;
+};
+
+/// A keyring with two collections, the second of which holds the items.
+class Keyring : public QDBusVirtualObject {
+public:
+    Keyring(const QDBusConnection &bus, QList<Item> items) : m_bus(bus), m_items(std::move(items)) {
+        qDBusRegisterMetaType<Attributes>();
+        qDBusRegisterMetaType<Secret>();
+        m_bus.registerVirtualObject(root, this, QDBusConnection::SubPath);
+        m_bus.registerService("org.freedesktop.secrets");
+    }
+    ~Keyring() override {
+        m_bus.unregisterService("org.freedesktop.secrets");
+        m_bus.unregisterObject(root);
+    }
+
+    QString introspect(const QString &) const override { return {}; }
+
+    bool handleMessage(const QDBusMessage &message, const QDBusConnection &bus) override {
+        asked << message.member();
+        if (message.member() == silentAt) {
+            message.setDelayedReply(true);
+            return true;
+        }
+        if (message.member() == "Close") {
+            return true;
+        }
+        const auto answers = answer(message);
+        return bus.send(answers.isEmpty()
+                            ? message.createErrorReply(QDBusError::InvalidArgs, "none of ours")
+                            : message.createReply(answers));
+    }
+
+    QStringList asked;
+    QString silentAt; ///< what is never answered
+
+private:
+    QVariantList answer(const QDBusMessage &message) const {
+        const QString what = message.member();
+        if (what == "SearchItems") {
+            return {QVariant::fromValue(itemsOf(message))};
+        }
+        if (what == "OpenSession") {
+            return {QVariant::fromValue(QDBusVariant("")),
+                    QVariant::fromValue(QDBusObjectPath(root + "/session/s1"))};
+        }
+        if (what == "GetSecret") {
+            const auto session = message.arguments().first().value<QDBusObjectPath>();
+            return {QVariant::fromValue(Secret{session, {}, itemAt(message).value, "text/plain"})};
+        }
+        if (what == "Get" && message.arguments().last() == "Collections") {
+            const Paths paths{QDBusObjectPath(root + "/collection/session"),
+                              QDBusObjectPath(root + "/collection/login")};
+            return {QVariant::fromValue(QDBusVariant(QVariant::fromValue(paths)))};
+        }
+        if (what == "Get" && message.arguments().last() == "Locked") {
+            return {QVariant::fromValue(QDBusVariant(itemAt(message).isLocked))};
+        }
+        return {};
+    }
+
+    Paths itemsOf(const QDBusMessage &message) const {
+        const auto wanted = qdbus_cast<Attributes>(message.arguments().first());
+        Paths result;
+        for (qsizetype index = 0; index < m_items.size(); ++index) {
+            if (message.path().endsWith("/login") &&
+                wanted.value("service") == m_items[index].service) {
+                result << QDBusObjectPath(QStringLiteral("%1/%2").arg(message.path()).arg(index));
+            }
+        }
+        return result;
+    }
+
+    Item itemAt(const QDBusMessage &message) const {
+        return m_items[message.path().section('/', -1).toInt()];
+    }
+
+    QDBusConnection m_bus;
+    QList<Item> m_items;
+};
+
+class SecretServiceTest : public PrivateBusTest {
+protected:
+    /// What the program is told, from a thread of its own as in the program.
+    SecretStore::Answer secret(Seconds limit = Seconds(30)) {
+        SecretStore::Answer result;
+        std::atomic<bool> isDone = false;
+        std::thread asking([&] {
+            result = SecretService(connection("program")).secret("agent", limit);
+            isDone = true;
+        });
+        EXPECT_TRUE(becomesTrue([&] { return isDone.load(); }));
+        asking.join();
+        return result;
+    }
+
+    static bool isWithheld(const SecretStore::Answer &answer) {
+        return std::holds_alternative<SecretStore::Withheld>(answer);
+    }
+    static bool isMissing(const SecretStore::Answer &answer) {
+        return std::holds_alternative<Failure>(answer);
+    }
+};
+
+TEST_F(SecretServiceTest, FindsTheServicesSecretAmongOthers) {
+    Keyring keyring(connection("keyring"), {{"other", "no"},
+                                            {"agent", "locked", true},
+                                            {"agent", "the secret"},
+                                            {"agent", "another"}});
+    const auto answer = secret();
+    ASSERT_TRUE(std::holds_alternative<QByteArray>(answer));
+    EXPECT_EQ(std::get<QByteArray>(answer), "the secret");
+    EXPECT_TRUE(becomesTrue([&] { return keyring.asked.contains("Close"); }));
+}
+
+TEST_F(SecretServiceTest, LeavesLockedWhatIsLocked) {
+    const Keyring keyring(connection("keyring"), {{"agent", "locked", true}});
+    EXPECT_TRUE(isWithheld(secret()));
+    // Nothing that could bring a question before the person, nor what would lead to one.
+    for (const char *dialog : {"Unlock", "Prompt", "OpenSession", "GetSecret"}) {
+        EXPECT_FALSE(keyring.asked.contains(dialog)) << dialog;
+    }
+}
+
+TEST_F(SecretServiceTest, TellsWhatIsMissingFromWhatDoesNotAnswer) {
+    EXPECT_TRUE(isMissing(secret()));
+    {
+        const Keyring empty(connection("keyring"), {{"other", "no"}});
+        EXPECT_TRUE(isMissing(secret()));
+    }
+    for (const char *member : {"SearchItems", "GetSecret"}) {
+        Keyring hanging(connection("keyring"), {{"agent", "secret"}});
+        hanging.silentAt = member;
+        EXPECT_TRUE(isWithheld(secret(Seconds(0.3)))) << member;
+    }
+}
+
+} // namespace
+} // namespace morvane

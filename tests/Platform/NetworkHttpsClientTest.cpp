@@ -1,0 +1,170 @@
+#include "Platform/Linux/NetworkHttpsClient.h"
+
+#include "Core/Usage/UsageEndpoint.h"
+#include "EndToEnd/ChildProcess.h"
+#include "Support/ManualPool.h"
+#include "Support/ManualScheduler.h"
+#include "Support/Printing.h"
+#include "Support/TemporaryHome.h"
+#include "Support/WaitUntil.h"
+
+#include <QSslConfiguration>
+#include <QSslKey>
+#include <QSslServer>
+#include <QStandardPaths>
+#include <QTcpSocket>
+#include <gtest/gtest.h>
+
+namespace morvane {
+namespace {
+
+/// Whoever connects is answered with the same bytes, as soon as the request is there.
+void serve(QTcpServer &server, QByteArray &asked, const QByteArray &answer, bool thenCloses) {
+    server.listen(QHostAddress::LocalHost);
+    QObject::connect(&server, &QTcpServer::pendingConnectionAvailable, &server, [&, answer] {
+        QTcpSocket *socket = server.nextPendingConnection();
+        const auto read = [socket, &asked, answer, thenCloses] {
+            asked += socket->readAll();
+            if (asked.endsWith("\r\n\r\n")) {
+                socket->write(answer);
+                if (thenCloses) {
+                    socket->disconnectFromHost();
+                }
+            }
+        };
+        QObject::connect(socket, &QTcpSocket::readyRead, socket, read);
+        read();
+    });
+}
+
+QByteArray http(const QByteArray &status, const QByteArray &body, const QByteArray &headers = {}) {
+    return "HTTP/1.1 " + status + "\r\nContent-Length: " + QByteArray::number(body.size()) +
+           "\r\n" + headers + "\r\n" + body;
+}
+
+class NetworkHttpsClientTest : public testing::Test {
+protected:
+    /// What comes of a request with the token, in the end; none also where there was no answer.
+    std::optional<HttpsAnswer> ask(const QTcpServer &server, const char *scheme = "http") {
+        UsageEndpoint endpoint(client, scheduler,
+                               QUrl(QStringLiteral("%1://127.0.0.1:%2/api/oauth/usage")
+                                        .arg(QLatin1String(scheme))
+                                        .arg(server.serverPort())));
+        std::optional<HttpsAnswer> result;
+        bool isOver = false;
+        endpoint.ask("token", [&](const auto &answer) {
+            result = answer;
+            isOver = true;
+        });
+        EXPECT_TRUE(becomesTrue([&] {
+            background.runAll();
+            scheduler.runPosted();
+            return isOver;
+        }));
+        return result;
+    }
+
+    /// The same, of a server that gives this answer.
+    std::optional<HttpsAnswer> askFor(const QByteArray &answer, bool thenCloses = false) {
+        QTcpServer server;
+        asked.clear();
+        serve(server, asked, answer, thenCloses);
+        return ask(server);
+    }
+
+    TemporaryHome home;
+    int count = 1;
+    char name[5] = "test";
+    char *arguments[2] = {name, nullptr};
+    QCoreApplication application{count, arguments};
+    ManualScheduler scheduler;
+    ManualPool background;
+    NetworkHttpsClient client{scheduler, background};
+    QByteArray asked;
+};
+
+TEST_F(NetworkHttpsClientTest, SendsWhatItIsGivenAndBringsWhatComesBack) {
+    const auto answer = askFor(http("429 Slow", "later", "RETRY-after: 7\r\nSet-Cookie: a=b\r\n"));
+    ASSERT_TRUE(answer);
+    EXPECT_EQ(answer->status, 429);
+    EXPECT_EQ(answer->body, "later");
+    EXPECT_EQ(answer->header("Retry-After"), "7");
+    EXPECT_TRUE(asked.startsWith("GET /api/oauth/usage HTTP/1.1\r\n"));
+    for (const char *line : {"Authorization: Bearer token", "anthropic-beta: oauth-2025-04-20",
+                             "User-Agent: claude-code/2.1.0"}) {
+        EXPECT_EQ(asked.count(QByteArray("\r\n") + line + "\r\n"), 1) << line;
+    }
+    // The second is like the first: nothing was kept.
+    for (const char *status : {"200 OK", "401 Unauthorized", "500 Oops"}) {
+        const auto next = askFor(http(status, "{}", "WWW-Authenticate: Basic\r\n"));
+        ASSERT_TRUE(next);
+        EXPECT_EQ(next->status, QByteArray(status).first(3).toInt());
+        EXPECT_FALSE(asked.contains("Cookie"));
+    }
+}
+
+TEST_F(NetworkHttpsClientTest, TakesTheTokenToNoOtherServer) {
+    QTcpServer other;
+    QByteArray askedThere;
+    serve(other, askedThere, http("200 OK", "{}"), false);
+    const QByteArray place = "http://localhost:" + QByteArray::number(other.serverPort()) + "/";
+    for (const char *status : {"301 Moved", "302 Found", "307 There", "308 There"}) {
+        const auto answer = askFor(http(status, "", "Location: " + place + "\r\n"));
+        ASSERT_TRUE(answer);
+        EXPECT_EQ(answer->status, QByteArray(status).first(3).toInt());
+    }
+    EXPECT_EQ(askedThere, "");
+    EXPECT_FALSE(other.hasPendingConnections());
+}
+
+TEST_F(NetworkHttpsClientTest, TakesNoHalfAnswerAndNoEndlessOne) {
+    EXPECT_FALSE(askFor("HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\n{\"five_hour\"", true));
+    EXPECT_FALSE(askFor("SSH-2.0-OpenSSH_9.2\r\n\r\n", true));
+    EXPECT_FALSE(askFor("", true));
+    const auto answer = askFor("HTTP/1.1 200 OK\r\n\r\n" + QByteArray(3'000'000, ' '));
+    ASSERT_TRUE(answer);
+    EXPECT_EQ(answer->body.size(), 1'048'576);
+    QTcpServer nobody;
+    nobody.listen(QHostAddress::LocalHost);
+    nobody.pauseAccepting();
+    UsageEndpoint endpoint(client, scheduler,
+                           QUrl(QStringLiteral("http://127.0.0.1:%1/").arg(nobody.serverPort())));
+    int answers = 0;
+    endpoint.ask("token", [&](const auto &none) { answers += none ? 10 : 1; });
+    scheduler.advance(Seconds(15));
+    EXPECT_EQ(answers, 1);
+}
+
+TEST_F(NetworkHttpsClientTest, TrustsOnlyAServerThatTheMachineKnows) {
+    if (QStandardPaths::findExecutable("openssl").isEmpty()) {
+        GTEST_SKIP() << "openssl is needed and not installed";
+    }
+    const QString key = home.path("key.pem");
+    const QString certificate = home.path("certificate.pem");
+    ChildProcess making({"openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt",
+                         "ec_paramgen_curve:prime256v1", "-nodes", "-keyout", key, "-out",
+                         certificate, "-subj", "/CN=stand-in", "-addext",
+                         "subjectAltName=IP:127.0.0.1"},
+                        QProcessEnvironment::systemEnvironment());
+    ASSERT_EQ(making.wait(), 0);
+    const auto authorities = QSslCertificate::fromPath(certificate);
+    QSslConfiguration own = QSslConfiguration::defaultConfiguration();
+    own.setPrivateKey(QSslKey(home.read("key.pem"), QSsl::Ec));
+    own.setLocalCertificate(authorities.first());
+    QSslServer server;
+    server.setSslConfiguration(own);
+    serve(server, asked, http("200 OK", "{}"), false);
+
+    EXPECT_FALSE(ask(server, "https"));
+    EXPECT_EQ(asked, "");
+    const QSslConfiguration before = QSslConfiguration::defaultConfiguration();
+    QSslConfiguration knowing = before;
+    knowing.setCaCertificates(authorities);
+    QSslConfiguration::setDefaultConfiguration(knowing);
+    EXPECT_TRUE(ask(server, "https"));
+    EXPECT_TRUE(asked.contains("Bearer token"));
+    QSslConfiguration::setDefaultConfiguration(before);
+}
+
+} // namespace
+} // namespace morvane

@@ -1,0 +1,84 @@
+#include "Platform/Linux/ProcessDialogue.h"
+
+#include "Support/Printing.h"
+#include "Support/TemporaryHome.h"
+#include "Support/WaitUntil.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+
+namespace morvane {
+namespace {
+
+using End = ToolDialogue::End;
+
+class ProcessDialogueTest : public testing::Test {
+protected:
+    /// Talks to a shell script until it has said "bye".
+    End hold(const QByteArray &script, Seconds patience = Seconds(30)) {
+        return dialogue.hold(
+            {"/bin/sh", {home.write("script.sh", script)}, {}}, "hello\n",
+            [this](const QByteArray &piece) {
+                heard += piece;
+                longestPiece = std::max(longestPiece, piece.size());
+                return ToolDialogue::Reply{std::exchange(words, {}), heard.contains("bye")};
+            },
+            patience);
+    }
+
+    /// Whether the processes whose numbers the script has left in this file are gone.
+    bool areGone(const QString &file) const {
+        const QList<QByteArray> numbers = home.read(file).trimmed().split('\n');
+        EXPECT_EQ(numbers.size(), 2);
+        return waitUntil([&] {
+            return std::ranges::none_of(numbers, [](const QByteArray &number) {
+                return ::kill(static_cast<pid_t>(number.toInt()), 0) == 0;
+            });
+        });
+    }
+
+    TemporaryHome home;
+    ProcessDialogue dialogue;
+    QByteArray words = "how are you\n";
+    QByteArray heard;
+    qsizetype longestPiece = 0;
+};
+
+TEST_F(ProcessDialogueTest, AnswersUntilOneSideEndsIt) {
+    EXPECT_EQ(hold("read -r a; echo $a to you; read -r b; echo $b? bye; sleep 1000"),
+              End::concluded);
+    EXPECT_EQ(heard, "hello to you\nhow are you? bye\n");
+    heard.clear();
+    EXPECT_EQ(hold("echo last words; echo noise >&2; exit 3"), End::left);
+    EXPECT_EQ(heard, "last words\n");
+    EXPECT_EQ(dialogue.hold({home.path("none"), {}, {}}, {}, {}, Seconds(30)), End::notStarted);
+}
+
+TEST_F(ProcessDialogueTest, EndsAProgramThatIgnoresItWithAllThatItHasStarted) {
+    const QByteArray deaf = "trap '' TERM; (trap '' TERM; while :; do sleep 1; done) & "
+                            "printf '%s\\n' $$ $! >$HOME/numbers; ";
+    EXPECT_EQ(hold(deaf + "while :; do sleep 1; done", Seconds(1)), End::timedOut);
+    EXPECT_TRUE(areGone("numbers"));
+    // Also where what it has started stays behind.
+    EXPECT_EQ(hold(deaf + "echo bye", Seconds(30)), End::concluded);
+    EXPECT_TRUE(areGone("numbers"));
+}
+
+TEST_F(ProcessDialogueTest, TakesAStreamWithoutEndInPieces) {
+    std::size_t total = 0;
+    const End end = dialogue.hold(
+        {"/bin/sh", {"-c", "exec cat /dev/zero"}, {}}, {},
+        [&](const QByteArray &piece) {
+            total += static_cast<std::size_t>(piece.size());
+            longestPiece = std::max(longestPiece, piece.size());
+            return ToolDialogue::Reply{{}, total > 50'000'000};
+        },
+        Seconds(30));
+    EXPECT_EQ(end, End::concluded);
+    EXPECT_LE(longestPiece, 1'048'576);
+}
+
+} // namespace
+} // namespace morvane
