@@ -1,5 +1,6 @@
 #include "AgentProgram.h"
 
+#include "HeaderText.h"
 #include "Kernel.h"
 #include "Process.h"
 
@@ -45,36 +46,6 @@ std::string_view scriptIn(std::string_view arguments) {
     return {};
 }
 
-/// How many bytes follow the first of a character of UTF-8; a value below zero for none that begins
-/// one. The bounds are those of the second byte.
-int followers(unsigned char first, unsigned char &low, unsigned char &high) {
-    low = first == 0xe0 ? 0xa0 : first == 0xf0 ? 0x90 : 0x80;
-    high = first == 0xed ? 0x9f : first == 0xf4 ? 0x8f : 0xbf;
-    if (first < 0x80)
-        return first < ' ' || first == 0x7f ? -1 : 0;
-    if (first < 0xc2 || first > 0xf4)
-        return -1;
-    return first < 0xe0 ? 1 : first < 0xf0 ? 2 : 3;
-}
-
-/// The server refuses what is no UTF-8, and a line break would begin a header of its own.
-bool fitsInHeader(std::string_view text) {
-    while (!text.empty()) {
-        unsigned char low = 0;
-        unsigned char high = 0;
-        const int count = followers(static_cast<unsigned char>(text.front()), low, high);
-        if (count < 0 || text.size() <= static_cast<size_t>(count))
-            return false;
-        for (int i = 1; i <= count; ++i, low = 0x80, high = 0xbf) {
-            const auto next = static_cast<unsigned char>(text[static_cast<size_t>(i)]);
-            if (next < low || next > high)
-                return false;
-        }
-        text.remove_prefix(static_cast<size_t>(count) + 1);
-    }
-    return true;
-}
-
 /// The folder may be empty, the name may be a path. Static, since the text outlives the call.
 std::string_view kept(std::string_view folder, std::string_view name) {
     static char bytes[longestPath];
@@ -91,48 +62,44 @@ std::string_view kept(std::string_view folder, std::string_view name) {
     return fitsInHeader(path) ? path : std::string_view{};
 }
 
-constexpr size_t mostArguments = 4096;
-
 } // namespace
 
-long agentProcess() {
-    char bytes[mostArguments];
+Agent agent() {
+    static char bytes[4096];
     long id = kernel::call(SYS_getppid);
     for (int i = 0; i < mostCarriers && id > 0; ++i, id = processOf(id).parent) {
         const size_t size = readFile(procPath(id, "/cmdline").bytes, bytes, sizeof bytes);
         const std::string_view arguments{bytes, size};
         if (arguments.find("/hook.sh") == std::string_view::npos)
-            return id;
+            return {id, arguments};
     }
-    return 0;
+    return {};
 }
 
-std::string_view programOf(long process) {
-    const Target program{process, "/exe"};
+std::string_view programOf(const Agent &agent) {
+    const Target program{agent.process, "/exe"};
     const std::string_view path{program.bytes, program.size};
     if (!isInterpreter(path))
         return kept({}, path);
-    char bytes[mostArguments];
-    const size_t size = readFile(procPath(process, "/cmdline").bytes, bytes, sizeof bytes);
-    const std::string_view script = scriptIn({bytes, size});
+    const std::string_view script = scriptIn(agent.arguments);
     if (script.empty() || script.front() == '/')
         return kept({}, script);
-    const Target folder{process, "/cwd"};
+    const Target folder{agent.process, "/cwd"};
     return folder.size == 0 ? std::string_view{} : kept({folder.bytes, folder.size}, script);
 }
 
-ShortText identityOf(long process) {
+ShortText identityOf(const Agent &agent) {
     ShortText identity;
-    const long startedAt = processOf(process).startedAt;
+    const long startedAt = processOf(agent.process).startedAt;
     // As in "pid:[4026531836]".
-    const Target space{process, "/ns/pid"};
+    const Target space{agent.process, "/ns/pid"};
     std::string_view number{space.bytes, space.size};
     const size_t begin = number.find('[');
     if (startedAt == 0 || begin == std::string_view::npos)
         return identity;
     number.remove_prefix(begin + 1);
     number.remove_suffix(1);
-    identity.add(process);
+    identity.add(agent.process);
     identity.add(" ");
     identity.add(startedAt);
     identity.add(" ");

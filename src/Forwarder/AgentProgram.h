@@ -6,17 +6,21 @@
 
 namespace morvane {
 
-/// The process that runs this hook: the nearest ancestor that is not there only to run hook.sh. 0
-/// where none is found.
-[[nodiscard]] long agentProcess();
+/// The process that runs this hook: the nearest ancestor that is not there only to run hook.sh.
+struct Agent {
+    long process = 0;           ///< 0 where none is found
+    std::string_view arguments; ///< each with a zero byte behind it; only the beginning of many
+};
 
-/// The file of the program that a process runs. Where that is an interpreter, the script that it
+[[nodiscard]] Agent agent();
+
+/// The file of the program that the agent runs. Where that is an interpreter, the script that it
 /// runs. An absolute path of no more than 1024 bytes of UTF-8 without control characters; empty
 /// where there is no such path.
-[[nodiscard]] std::string_view programOf(long process);
+[[nodiscard]] std::string_view programOf(const Agent &agent);
 
-/// What tells the process from every other: its number, its start in clock ticks since the
+/// What tells the agent's process from every other: its number, its start in clock ticks since the
 /// machine's, and the number space, with blanks between them. Empty where the kernel doesn't tell.
-[[nodiscard]] ShortText identityOf(long process);
+[[nodiscard]] ShortText identityOf(const Agent &agent);
 
 } // namespace morvane

@@ -5,14 +5,16 @@
 
 namespace morvane {
 
-/// What the kernel tells of a process; all zero where it tells nothing.
+/// What the kernel tells of a process; all but its number zero where it tells nothing.
 struct Process {
+    long id = 0;
     long parent = 0;
     long session = 0;
     long terminal = 0;
     long startedAt = 0; ///< clock ticks since the machine has started
 };
 
+/// Asks for the same process only once.
 [[nodiscard]] Process processOf(long id);
 
 /// Text of a fixed room; what does not fit is cut off.

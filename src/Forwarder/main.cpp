@@ -3,8 +3,12 @@
 #include "Buffer.h"
 #include "ControllingTerminal.h"
 #include "Deadline.h"
+#include "Environment.h"
+#include "HeaderText.h"
 #include "Kernel.h"
 #include "Peer.h"
+#include "Process.h"
+#include "Terminal.h"
 
 #include <cerrno>
 #include <csignal>
@@ -14,14 +18,17 @@
 #include <string_view>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <utility>
 
-// forwarder PORT PATH [decide | copy]
+// forwarder PORT /event AGENT EVENT [decide]
+// forwarder PORT /usage
 //
-// Posts standard input to 127.0.0.1:PORT. MORVANE_HEADERS holds the header lines, one to a line: in
-// the environment, since the token among them must not be seen in a list of processes, and only a
-// server of the same user gets to hear them. With "decide" a complete answer of status 200 goes to
-// standard output, with "copy" the input does, and no answer is awaited. Whatever happens, the exit
-// status is 0 and nothing else is printed: no failure here may disturb the agent.
+// Posts standard input to 127.0.0.1:PORT. MORVANE_HEADERS holds the header lines that only the
+// script knows, one to a line: in the environment, since the token among them must not be seen in a
+// list of processes, and only a server of the same user gets to hear them. An event is told with
+// where and by whom it was called, and with "decide" a complete answer of status 200 goes to
+// standard output. Of a status line the input does, and no answer is awaited. Whatever happens, the
+// exit status is 0 and nothing else is printed: no failure here may disturb the agent.
 
 namespace morvane {
 
@@ -48,16 +55,6 @@ enum class Mode {
     Copy,   ///< the payload is printed, the answer is the kernel's to drop
 };
 
-std::string_view valueOf(std::string_view name, char **environment) {
-    for (; *environment != nullptr; ++environment) {
-        const std::string_view variable{*environment};
-        if (variable.starts_with(name) && variable.size() > name.size() &&
-            variable[name.size()] == '=')
-            return {variable.data() + name.size() + 1, variable.size() - name.size() - 1};
-    }
-    return {};
-}
-
 /// False when the payload's end did not come in time or within the limit: half a payload is of no
 /// use to anyone. What is too long is still taken, since the agent may not like a broken pipe.
 bool readPayload(Buffer &payload, const Deadline &deadline) {
@@ -80,7 +77,7 @@ bool appendNumber(Buffer &text, size_t number) {
     return (number < 10 || appendNumber(text, number / 10)) && text.append({&digit, 1});
 }
 
-bool appendHeaders(Buffer &head, std::string_view lines) {
+bool appendLines(Buffer &head, std::string_view lines) {
     for (const char &c : lines) {
         if (!head.append(c == '\n' ? std::string_view{"\r\n"} : std::string_view{&c, 1}))
             return false;
@@ -93,29 +90,36 @@ bool appendHeader(Buffer &head, std::string_view name, std::string_view value) {
            (head.append(name) && head.append(": ") && head.append(value) && head.append("\r\n"));
 }
 
-/// What the client finds out by itself: who runs it, and where.
-struct Surroundings {
-    std::string_view terminal;
-    std::string_view program;
-    ShortText process;
-};
-
-Surroundings here() {
-    const long agent = agentProcess();
-    return {controllingTerminal(), agent > 0 ? programOf(agent) : std::string_view{},
-            agent > 0 ? identityOf(agent) : ShortText{}};
-}
-
-bool writeHead(Buffer &head, std::string_view path, std::string_view headers,
-               const Surroundings &surroundings, size_t length) {
-    return head.append("POST ") && head.append(path) &&
-           head.append(" HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Length: ") &&
-           appendNumber(head, length) && head.append("\r\n") && appendHeaders(head, headers) &&
-           appendHeader(head, "x-tty", surroundings.terminal) &&
-           appendHeader(head, "x-morvane-program", surroundings.program) &&
-           appendHeader(head, "x-morvane-process",
-                        {surroundings.process.bytes, surroundings.process.size}) &&
-           head.append("\r\n");
+/// An event: what the script was called with, and what the client finds out by itself.
+bool appendEvent(Buffer &head, std::string_view name, std::string_view event, Mode mode,
+                 const Environment &environment) {
+    const Terminal terminal = terminalIn(environment);
+    const Agent caller = agent();
+    const bool isKnown = caller.process > 0;
+    const ShortText process = isKnown ? identityOf(caller) : ShortText{};
+    const std::pair<std::string_view, std::string_view> headers[] = {
+        {"x-morvane-agent", name},
+        {"x-hook-event", event},
+        {"x-morvane-decision", mode == Mode::Decide ? "1" : ""},
+        {"x-term-program", terminal.program},
+        {"x-host-bundle", terminal.host},
+        {"x-iterm-session", terminal.iterm},
+        {"x-tmux-server", terminal.tmuxServer},
+        {"x-tmux-pane", terminal.tmuxPane},
+        {"x-wezterm-pane", terminal.wezterm},
+        {"x-morvane-wezterm-socket", terminal.weztermSocket},
+        {"x-kitty-window", terminal.kitty},
+        {"x-morvane-kitty-listen-on", terminal.kittyListenOn},
+        {"x-zellij-session", terminal.zellij},
+        {"x-orca-terminal", terminal.orca},
+        {"x-tty", controllingTerminal()},
+        {"x-morvane-program", isKnown ? programOf(caller) : std::string_view{}},
+        {"x-morvane-process", {process.bytes, process.size}}};
+    for (const auto &[header, value] : headers) {
+        if (!appendHeader(head, header, value))
+            return false;
+    }
+    return true;
 }
 
 /// The connected socket, or a value below zero.
@@ -194,19 +198,17 @@ std::uint16_t portIn(const char *digits) {
     return static_cast<std::uint16_t>(port);
 }
 
-void forward(std::uint16_t port, std::string_view path, std::string_view headers, Mode mode) {
+/// Posts what stands on standard input, with the given headers and its length.
+void post(std::uint16_t port, Buffer &head, Mode mode) {
     const Deadline prompt{mode == Mode::Copy ? copyLimit : promptLimit};
     const Deadline end = mode == Mode::Decide ? Deadline{decisionLimit} : prompt;
     Buffer payload;
-    Buffer head;
     if (!readPayload(payload, prompt))
         return;
     if (mode == Mode::Copy)
         print(payload.view(), prompt);
-    Surroundings surroundings;
-    if (mode != Mode::Copy)
-        surroundings = here();
-    if (!writeHead(head, path, headers, surroundings, payload.view().size()))
+    if (!head.append("Content-Length: ") || !appendNumber(head, payload.view().size()) ||
+        !head.append("\r\n\r\n"))
         return;
     const int connection = connectTo(port, prompt);
     if (connection < 0 || !isPeerOurs(connection, port) ||
@@ -227,8 +229,9 @@ void forward(std::uint16_t port, std::string_view path, std::string_view headers
     }
 }
 
-Mode modeCalled(std::string_view name) {
-    return name == "decide" ? Mode::Decide : name == "copy" ? Mode::Copy : Mode::Tell;
+bool appendStart(Buffer &head, std::string_view path, std::string_view headers) {
+    return head.append("POST ") && head.append(path) &&
+           head.append(" HTTP/1.1\r\nHost: 127.0.0.1\r\n") && appendLines(head, headers);
 }
 
 } // namespace
@@ -238,9 +241,20 @@ Mode modeCalled(std::string_view name) {
 int run(int argumentCount, char **arguments, char **environment) {
     using namespace morvane;
     ignoreBrokenPipes();
-    if (argumentCount >= 3) {
-        const Mode mode = argumentCount > 3 ? modeCalled(arguments[3]) : Mode::Tell;
-        forward(portIn(arguments[1]), arguments[2], valueOf("MORVANE_HEADERS", environment), mode);
-    }
+    constexpr int leastArguments = 3; // with the client's own name
+    if (argumentCount < leastArguments)
+        return 0;
+    const std::string_view path{arguments[2]};
+    const Environment variables{environment};
+    const auto argument = [&](int number) {
+        return number < argumentCount ? cleaned(arguments[number]) : std::string_view{};
+    };
+    const Mode mode = path == "/usage"          ? Mode::Copy
+                      : argument(5) == "decide" ? Mode::Decide
+                                                : Mode::Tell;
+    Buffer head;
+    if (appendStart(head, path, variables.raw("MORVANE_HEADERS")) &&
+        (mode == Mode::Copy || appendEvent(head, argument(3), argument(4), mode, variables)))
+        post(portIn(arguments[1]), head, mode);
     return 0;
 }

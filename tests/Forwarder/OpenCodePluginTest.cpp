@@ -199,9 +199,10 @@ TEST_F(OpenCodePlugin, PassesOverWhatItDoesNotUnderstand) {
 TEST_F(OpenCodePlugin, SaysWhereItRuns) {
     const std::pair<QStringList, std::vector<std::string>> cases[] = {
         {{"TERM=tmux-256color", "TERM_PROGRAM=tmux", "TMUX=/tmp/tmux,1,0", "TMUX_PANE=%4",
-          "WEZTERM_PANE=7"},
-         {"x-host-bundle: com.github.wez.wezterm", "x-term-program: WezTerm", "x-tmux-pane: %4",
-          "x-tmux-server: /tmp/tmux,1,0", "x-wezterm-pane: 7"}},
+          "WEZTERM_PANE=7", "WEZTERM_UNIX_SOCKET=/run/w\n", "KITTY_LISTEN_ON=unix:@k"},
+         {"x-host-bundle: com.github.wez.wezterm", "x-morvane-wezterm-socket: /run/w",
+          "x-term-program: WezTerm", "x-tmux-pane: %4", "x-tmux-server: /tmp/tmux,1,0",
+          "x-wezterm-pane: 7"}},
         // A terminal that was started from within tmux, in a pane of kitty.
         {{"TERM=alacritty", "TMUX=/t,1,0", "TMUX_PANE=%4", "KITTY_WINDOW_ID=3"},
          {"x-host-bundle: io.alacritty", "x-term-program: alacritty"}},

@@ -16,7 +16,11 @@ struct PaneLocator {
     std::optional<QString> zellij;     ///< session name
     std::optional<QString> orca;       ///< terminal handle
 
-    /// True when a pane is named. A tmux server alone names none.
+    /// Where a terminal takes orders from outside of it; neither names a pane.
+    std::optional<QString> kittyListenOn; ///< kitty's address, such as "unix:/tmp/kitty-12"
+    std::optional<QString> weztermSocket; ///< path of the socket of WezTerm's instance
+
+    /// True when a pane is named. A server alone names none.
     bool locatesPane() const { return tmux || wezterm || kitty || zellij || orca; }
 
     /// The socket's path out of `tmuxServer`.

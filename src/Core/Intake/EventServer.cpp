@@ -66,6 +66,8 @@ HookOrigin originOf(const HttpRequest &request) {
     origin.pane.kitty = paneHeader(request, HttpHeader::kittyWindow);
     origin.pane.zellij = paneHeader(request, HttpHeader::zellijSession);
     origin.pane.orca = paneHeader(request, HttpHeader::orcaTerminal);
+    origin.pane.kittyListenOn = paneHeader(request, HttpHeader::kittyListenOn);
+    origin.pane.weztermSocket = paneHeader(request, HttpHeader::weztermSocket);
     origin.process = processIn(headerText(request, HttpHeader::process));
     return origin;
 }

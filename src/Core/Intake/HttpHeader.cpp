@@ -8,12 +8,25 @@ namespace {
 
 /// In lower case, in the order of the enumeration.
 constexpr std::array<std::string_view, httpHeaderCount> httpHeaderNames{
-    "content-length",     "x-morvane-token",   "x-morvane-agent",
-    "x-morvane-decision", "x-hook-event",      "x-iterm-session",
-    "x-term-program",     "x-host-bundle",     "x-tty",
-    "x-tmux-pane",        "x-tmux-server",     "x-wezterm-pane",
-    "x-kitty-window",     "x-zellij-session",  "x-orca-terminal",
-    "x-morvane-process",  "x-morvane-program",
+    "content-length",
+    "x-morvane-token",
+    "x-morvane-agent",
+    "x-morvane-decision",
+    "x-hook-event",
+    "x-iterm-session",
+    "x-term-program",
+    "x-host-bundle",
+    "x-tty",
+    "x-tmux-pane",
+    "x-tmux-server",
+    "x-wezterm-pane",
+    "x-kitty-window",
+    "x-zellij-session",
+    "x-orca-terminal",
+    "x-morvane-process",
+    "x-morvane-program",
+    "x-morvane-kitty-listen-on",
+    "x-morvane-wezterm-socket",
 };
 
 bool isSameLetter(char given, char lowerCase) {

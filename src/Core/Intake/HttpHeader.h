@@ -26,9 +26,11 @@ enum class HttpHeader {
     orcaTerminal,
     process,
     program,
+    kittyListenOn,
+    weztermSocket,
 };
 
-inline constexpr std::size_t httpHeaderCount = 17;
+inline constexpr std::size_t httpHeaderCount = 19;
 
 /// The header of this name in any case, or none for one that isn't read.
 std::optional<HttpHeader> httpHeader(std::string_view name);

@@ -30,13 +30,15 @@ constexpr std::array<std::pair<const char *, Text CompletedRecord::*>, 8> option
     {"ttyName", &CompletedRecord::ttyName},
 }};
 
-constexpr std::array<std::pair<const char *, Text PaneLocator::*>, 6> paneTexts{{
+constexpr std::array<std::pair<const char *, Text PaneLocator::*>, 8> paneTexts{{
     {"tmux", &PaneLocator::tmux},
     {"tmuxServer", &PaneLocator::tmuxServer},
     {"wezterm", &PaneLocator::wezterm},
     {"kitty", &PaneLocator::kitty},
     {"zellij", &PaneLocator::zellij},
     {"orca", &PaneLocator::orca},
+    {"kittyListenOn", &PaneLocator::kittyListenOn},
+    {"weztermSocket", &PaneLocator::weztermSocket},
 }};
 
 constexpr Date reference = std::chrono::sys_days(std::chrono::year(2001) / 1 / 1);

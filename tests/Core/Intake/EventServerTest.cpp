@@ -56,7 +56,9 @@ TEST_F(EventServerTest, HandsOverWhatTheHeadersTell) {
                                               {"x-wezterm-pane", "  "},
                                               {"x-kitty-window", "7"},
                                               {"x-zellij-session", "zed"},
-                                              {"x-orca-terminal", "orc"}},
+                                              {"x-orca-terminal", "orc"},
+                                              {"x-morvane-kitty-listen-on", "unix:@k "},
+                                              {"x-morvane-wezterm-socket", "/run/w"}},
                                              R"({"session_id":"g","prompt":"hello"})");
     EXPECT_EQ(httpExchange(port(), request), okAnswer);
     scheduler.runPosted();
@@ -68,7 +70,8 @@ TEST_F(EventServerTest, HandsOverWhatTheHeadersTell) {
     EXPECT_EQ(event.termProgram, "kitty");
     EXPECT_EQ(event.hostBundleID, "net.kovidgoyal.kitty");
     EXPECT_EQ(event.ttyName, "/dev/pts/3");
-    EXPECT_EQ(event.pane, (PaneLocator{"%1", "/tmp/tmux,1,0", std::nullopt, "7", "zed", "orc"}));
+    EXPECT_EQ(event.pane, (PaneLocator{"%1", "/tmp/tmux,1,0", std::nullopt, "7", "zed", "orc",
+                                       "unix:@k", "/run/w"}));
 }
 
 TEST_F(EventServerTest, NeverTellsAnAgentOfAFault) {

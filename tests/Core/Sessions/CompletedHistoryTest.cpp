@@ -49,7 +49,7 @@ CompletedRecord fullRecord() {
     session.lastPrompt = "Say \"hi\"\n";
     session.summary = "";
     session.hostAppName = "kitty";
-    session.pane = {"%1", "/tmp/tmux,1,0", {}, "7", {}, {}};
+    session.pane = {"%1", "/tmp/tmux,1,0", {}, "7", {}, {}, "unix:@k", {}};
     session.ttyName = "/dev/pts/3";
     return CompletedRecord::of(session, finish);
 }
@@ -59,7 +59,8 @@ TEST(CompletedHistoryFormat, WritesEachFieldUnderItsName) {
         "cwd":"/home/ada/ünïcode 🙂","gitBranch":"main","itermSessionID":"w0t0p0:1",
         "termProgram":"kitty","hostBundleID":"net.kovidgoyal.kitty","finishedAt":730857601.5,
         "lastPrompt":"Say \"hi\"\n","summary":"","agent":"kimi","hostAppName":"kitty","failed":true,
-        "pane":{"tmux":"%1","tmuxServer":"/tmp/tmux,1,0","kitty":"7"},"ttyName":"/dev/pts/3"}])");
+        "pane":{"tmux":"%1","tmuxServer":"/tmp/tmux,1,0","kitty":"7",
+        "kittyListenOn":"unix:@k"},"ttyName":"/dev/pts/3"}])");
     EXPECT_EQ(json::parse(CompletedHistoryFormat::write({fullRecord()}).toStdString()), expected);
 
     CompletedRecord least;

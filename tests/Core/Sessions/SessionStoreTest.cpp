@@ -92,8 +92,8 @@ TEST_F(StoreTest, MovesThroughItsStates) {
 
 TEST_F(StoreTest, LearnsFromWhatAnEventTellsAndKeepsTheRest) {
     settings.setName("Mine", "/a");
-    const PaneLocator tmux{"%1", "server", {}, {}, {}, {}};
-    const PaneLocator inZellij{{}, {}, {}, {}, "z", {}};
+    const PaneLocator tmux{"%1", "server", {}, {}, {}, {}, {}, {}};
+    const PaneLocator inZellij{{}, {}, {}, {}, "z", {}, {}, {}};
     const EventBuilder start(Kind::sessionStart);
     apply(start.with(&HookEvent::cwd, "/a")
               .with(&HookEvent::hostBundleID, "bundle")
@@ -114,7 +114,7 @@ TEST_F(StoreTest, LearnsFromWhatAnEventTellsAndKeepsTheRest) {
 
     settings.setName("Later", "/a");
     apply(start.with(&HookEvent::cwd, "")
-              .with(&HookEvent::pane, PaneLocator{{}, "x", {}, {}, {}, {}}));
+              .with(&HookEvent::pane, PaneLocator{{}, "x", {}, {}, {}, {}, {}, {}}));
     apply(start.with(&HookEvent::cwd, "/a"));
     EXPECT_EQ(session(), expected);
 

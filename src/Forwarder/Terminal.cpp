@@ -1,0 +1,207 @@
+#include "Terminal.h"
+
+#include <cstddef>
+
+namespace morvane {
+
+namespace {
+
+struct Names {
+    std::string_view from;
+    std::string_view to;
+};
+
+constexpr std::string_view cursorBundle = "com.todesktop.230313mzl4w4u92";
+
+/// What a terminal leaves for its children, in the order of trust.
+constexpr Names inheritedVariables[] = {{"ORCA_TERMINAL_HANDLE", "Orca"},
+                                        {"VSCODE_GIT_IPC_HANDLE", "vscode"},
+                                        {"KITTY_WINDOW_ID", "kitty"},
+                                        {"WEZTERM_PANE", "WezTerm"},
+                                        {"ALACRITTY_WINDOW_ID", "alacritty"},
+                                        {"GHOSTTY_RESOURCES_DIR", "ghostty"},
+                                        {"ITERM_SESSION_ID", "iTerm.app"},
+                                        {"KONSOLE_VERSION", "konsole"},
+                                        {"GNOME_TERMINAL_SCREEN", "gnome-terminal"}};
+
+constexpr Names hostsOfPrograms[] = {{"Apple_Terminal", "com.apple.Terminal"},
+                                     {"iTerm.app", "com.googlecode.iterm2"},
+                                     {"ghostty", "com.mitchellh.ghostty"},
+                                     {"kitty", "net.kovidgoyal.kitty"},
+                                     {"alacritty", "io.alacritty"},
+                                     {"Alacritty", "io.alacritty"},
+                                     {"WezTerm", "com.github.wez.wezterm"},
+                                     {"WarpTerminal", "dev.warp.Warp-Stable"},
+                                     {"Orca", "com.stablyai.orca"},
+                                     {"konsole", "org.kde.konsole"},
+                                     {"gnome-terminal", "org.gnome.Terminal"},
+                                     {"foot", "foot"}};
+
+constexpr Names hostsOfEntries[] = {{"kitty", "net.kovidgoyal.kitty"},
+                                    {"alacritty", "io.alacritty"},
+                                    {"Alacritty", "io.alacritty"},
+                                    {"org.wezfurlong.wezterm", "com.github.wez.wezterm"},
+                                    {"dev.warp.Warp", "dev.warp.Warp-Stable"},
+                                    {"code", "com.microsoft.VSCode"},
+                                    {"code_code", "com.microsoft.VSCode"},
+                                    {"com.visualstudio.code", "com.microsoft.VSCode"},
+                                    {"cursor", cursorBundle}};
+
+template <size_t count>
+std::string_view named(const Names (&names)[count], std::string_view name) {
+    for (const Names &one : names) {
+        if (one.from == name)
+            return one.to;
+    }
+    return {};
+}
+
+std::string_view firstOf(std::string_view preferred, std::string_view other) {
+    return preferred.empty() ? other : preferred;
+}
+
+/// The place behind a word, which is in lower case, in a text of either; npos where it isn't there.
+size_t endOf(std::string_view word, std::string_view text) {
+    for (size_t begin = 0; begin + word.size() <= text.size(); ++begin) {
+        size_t same = 0;
+        while (same < word.size() && (text[begin + same] | 0x20) == word[same])
+            ++same;
+        if (same == word.size())
+            return begin + same;
+    }
+    return std::string_view::npos;
+}
+
+/// The application that a desktop entry or a JetBrains folder speaks of.
+std::string_view hostNamedBy(std::string_view text) {
+    const std::string_view known = named(hostsOfEntries, text);
+    if (!known.empty())
+        return known;
+    constexpr Names ides[] = {{"webstorm", "com.jetbrains.WebStorm"},
+                              {"phpstorm", "com.jetbrains.PhpStorm"},
+                              {"pycharm", "com.jetbrains.pycharm"}};
+    for (const Names &ide : ides) {
+        if (endOf(ide.from, text) != std::string_view::npos)
+            return ide.to;
+    }
+    bool isIdea = text.starts_with("jetbrains-idea") ||
+                  text.find("/JetBrains/Idea") != std::string_view::npos;
+    if (const size_t end = endOf("intellij", text); !isIdea && end != std::string_view::npos) {
+        text.remove_prefix(end);
+        isIdea = endOf("idea", text) != std::string_view::npos;
+    }
+    return isIdea ? std::string_view{"com.jetbrains.intellij"} : std::string_view{};
+}
+
+struct Program {
+    std::string_view name;
+    bool isCertain = false;
+};
+
+/// TERM, where the name is one terminal's own, or the emulator inside an IDE.
+std::string_view certainProgram(const Environment &environment, std::string_view term) {
+    if (term == "xterm-kitty")
+        return "kitty";
+    if (term == "xterm-ghostty")
+        return "ghostty";
+    if (term.starts_with("alacritty"))
+        return "alacritty";
+    if (term == "foot" || term.starts_with("foot-"))
+        return "foot";
+    const std::string_view emulator = environment.text("TERMINAL_EMULATOR");
+    return emulator.starts_with("JetBrains") ? emulator : std::string_view{};
+}
+
+/// A terminal started from another one's shell inherits the other's variables, so their mere
+/// presence does not tell. What the innermost one surely set itself goes first: TERM; then the
+/// emulator inside an IDE, which is started from a shell far more often than a terminal is started
+/// from it; then TERM_PROGRAM, which most terminals set. Only then the variables that a terminal
+/// leaves for its children, as is needed inside tmux, which puts its own name into TERM_PROGRAM and
+/// itself is no application.
+Program programIn(const Environment &environment, std::string_view term) {
+    // Orca keeps its name here while it shows an agent another one that the agent knows.
+    const std::string_view orca = environment.text("ORCA_TERM_PROGRAM");
+    if (!orca.empty())
+        return {orca, false};
+    const std::string_view certain = certainProgram(environment, term);
+    if (!certain.empty())
+        return {certain, true};
+    const std::string_view name = environment.text("TERM_PROGRAM");
+    if (!name.empty() && name != "tmux")
+        return {name, name == "vscode" && !term.empty()};
+    for (const Names &variable : inheritedVariables) {
+        if (!environment.text(variable.from).empty())
+            return {variable.to, false};
+    }
+    return {};
+}
+
+/// Editors made from VS Code call themselves by its name, but run from a place of their own.
+std::string_view editorHost(const Environment &environment, std::string_view bundle) {
+    const std::string_view place = environment.text("VSCODE_GIT_ASKPASS_NODE");
+    if (!environment.raw("CURSOR_TRACE_ID").empty() || place.ends_with("/cursor") ||
+        place.ends_with("/Cursor") || place.find("/Cursor.app/") != std::string_view::npos)
+        return cursorBundle;
+    return firstOf(bundle, place.ends_with("/codium") ? "codium" : "com.microsoft.VSCode");
+}
+
+/// The emulator is the same in all of them; the folder of its history names the IDE.
+std::string_view ideHost(const Environment &environment, std::string_view entry) {
+    const std::string_view history = environment.text("__INTELLIJ_COMMAND_HISTFILE__");
+    return firstOf(firstOf(hostNamedBy(history), hostNamedBy(entry)),
+                   entry.starts_with("jetbrains-") ? entry : std::string_view{});
+}
+
+std::string_view hostOf(const Environment &environment, std::string_view program) {
+    const std::string_view known = named(hostsOfPrograms, program);
+    if (!known.empty())
+        return known;
+    const std::string_view bundle = environment.text("__CFBundleIdentifier");
+    if (program == "vscode")
+        return editorHost(environment, bundle);
+    std::string_view entry = environment.text("GIO_LAUNCHED_DESKTOP_FILE");
+    entry.remove_prefix(entry.rfind('/') + 1);
+    constexpr std::string_view ending = ".desktop";
+    if (entry.ends_with(ending))
+        entry.remove_suffix(ending.size());
+    if (program.starts_with("JetBrains"))
+        return firstOf(bundle, ideHost(environment, entry));
+    // The entry that the desktop launched is the last to ask: it may be an ancestor of the host.
+    return firstOf(bundle, firstOf(hostNamedBy(entry), entry));
+}
+
+} // namespace
+
+Terminal terminalIn(const Environment &environment) {
+    const std::string_view term = environment.text("TERM");
+    const Program program = programIn(environment, term);
+    Terminal terminal;
+    terminal.program = program.name;
+    terminal.host = hostOf(environment, program.name);
+
+    // A pane of a terminal that is not the innermost one would be the wrong pane to go to, and to
+    // type into.
+    const auto own = [&](std::string_view owner, std::string_view variable) {
+        return program.name.empty() || program.name == owner ? environment.text(variable)
+                                                             : std::string_view{};
+    };
+    terminal.iterm = own("iTerm.app", "ITERM_SESSION_ID");
+    terminal.wezterm = own("WezTerm", "WEZTERM_PANE");
+    terminal.weztermSocket = own("WezTerm", "WEZTERM_UNIX_SOCKET");
+    terminal.kitty = own("kitty", "KITTY_WINDOW_ID");
+    terminal.kittyListenOn = own("kitty", "KITTY_LISTEN_ON");
+    terminal.orca = own("Orca", "ORCA_TERMINAL_HANDLE");
+    terminal.zellij = environment.text("ZELLIJ_SESSION_NAME");
+
+    // tmux names itself in TERM or TERM_PROGRAM; where neither does and the innermost terminal is
+    // certain, that terminal was started from within tmux.
+    if (!program.isCertain || environment.text("TERM_PROGRAM") == "tmux" ||
+        term.starts_with("tmux") || term.starts_with("screen")) {
+        terminal.tmuxServer = environment.text("TMUX");
+        if (!terminal.tmuxServer.empty())
+            terminal.tmuxPane = environment.text("TMUX_PANE");
+    }
+    return terminal;
+}
+
+} // namespace morvane

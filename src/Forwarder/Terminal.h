@@ -1,0 +1,28 @@
+#pragma once
+
+#include "Environment.h"
+
+#include <string_view>
+
+namespace morvane {
+
+/// Where a hook runs, as its environment tells. Each is empty where it is not known, and a pane
+/// that is not the innermost terminal's is left out.
+struct Terminal {
+    std::string_view program;
+    std::string_view host; ///< the application's bundle, or the name of its desktop entry
+    std::string_view iterm;
+    std::string_view tmuxServer;
+    std::string_view tmuxPane;
+    std::string_view wezterm;
+    std::string_view weztermSocket;
+    std::string_view kitty;
+    std::string_view kittyListenOn;
+    std::string_view zellij;
+    std::string_view orca;
+};
+
+/// hook.sh finds out the same for curl.
+[[nodiscard]] Terminal terminalIn(const Environment &environment);
+
+} // namespace morvane
