@@ -41,7 +41,7 @@ std::span<const Listed> all() {
         Listed{AgentKind::qwen,
                {0, 24, 4},
                {1, 0, 0},
-               {.hasPromptsOfItsOwn = true, .tellsLastWords = true}},
+               {.hasPromptsOfItsOwn = true, .tellsLastWords = true, .interruptsByHangUp = true}},
     };
     return releases;
 }
