@@ -147,8 +147,7 @@ TEST_F(UsagePollerTest, AsksEverMoreSeldomAndKeepsTheFigures) {
 TEST_F(UsagePollerTest, LeavesAServerAloneThatAsksForIt) {
     start();
     const auto waitAfter = [this](const QByteArray &retryAfter) {
-        poller.refreshNow(); // which passes over the wait, and starts the intervals anew
-        pass(Seconds(0));
+        poller.refreshNow(); // which starts the intervals anew
         reply(answer(429, {}, retryAfter));
         EXPECT_EQ(reason(), rateLimited);
         return wait();
@@ -268,7 +267,8 @@ TEST_F(UsagePollerTest, APersonMayAskAtAnyTime) {
 TEST_F(UsagePollerTest, TurningItOffEndsAllAtOnce) {
     start();
     reply(answer(200, body(96)));
-    wait();
+    poller.refreshNow();
+    pass(Seconds(0));
     ASSERT_TRUE(poller.activeMilestone());
     settings.setUsageEnabled(false);
     poller.setEnabled(false);
