@@ -21,6 +21,7 @@ inline constexpr QColor capsuleEdge = white(0.08);
 inline constexpr QColor windowFill = sRgb(0.11, 0.11, 0.12);
 inline constexpr QColor rowHover = white(0.055);
 inline constexpr QColor rowPressed = white(0.09);
+inline constexpr QColor focusEdge = white(0.5);
 
 inline constexpr QColor primaryText = white(0.94);
 inline constexpr QColor secondaryText = white(0.6);
@@ -38,6 +39,9 @@ inline constexpr QColor mascot = sRgb(1.0, 0.84, 0.04);
 inline constexpr QColor onboardingGlow = sRgb(0.19, 0.2, 0.27);
 inline constexpr QColor formGround = white(0.05);
 inline constexpr QColor hairline = white(0.08);
+
+inline constexpr QColor fillingContext = sRgb(1.0, 0.78, 0.45);
+inline constexpr QColor tightContext = sRgb(1.0, 0.5, 0.45);
 
 inline constexpr QColor codeGround = white(0.05);
 inline constexpr QColor removedLine = sRgb(1.0, 0.6, 0.58);
