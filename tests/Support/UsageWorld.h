@@ -1,8 +1,7 @@
 #pragma once
 
+#include "Core/Usage/UsageFakes.h"
 #include "Core/Usage/UsagePoller.h"
-#include "Platform/HttpsClient.h"
-#include "Platform/ToolDialogue.h"
 #include "Support/ManualPool.h"
 #include "Support/ManualScheduler.h"
 #include "Support/TemporaryHome.h"
@@ -15,7 +14,7 @@ namespace morvane {
 class UsageWorld {
 public:
     UsageWorld(MorvaneSettings &settings, ManualScheduler &scheduler)
-        : m_scheduler(scheduler), m_https(scheduler),
+        : m_scheduler(scheduler),
           m_poller(settings, {scheduler, m_pool, m_secrets, m_https, m_dialogue}, "1") {}
 
     UsagePoller &poller() { return m_poller; }
@@ -32,12 +31,15 @@ public:
             QFile::setPermissions(home.write(".local/bin/codex"),
                                   QFile::ReadOwner | QFile::ExeOwner);
         }
-        m_https.body = claude;
-        m_dialogue.limits = codex;
+        m_dialogue.says = {"{\"id\":1,\"result\":{}}\n",
+                           R"({"id":2,"result":{"rateLimits":)" + codex + "}}\n"};
         m_poller.refreshNow();
         m_scheduler.advance(Seconds(0));
         m_pool.runAll();
         m_scheduler.advance(Seconds(0));
+        if (!claude.isEmpty()) {
+            m_https.answer(HttpsAnswer{200, {}, claude});
+        }
     }
 
     /// A status line of Claude's tells these percents.
@@ -64,35 +66,11 @@ public:
     }
 
 private:
-    class Https : public HttpsClient {
-    public:
-        explicit Https(Scheduler &scheduler) : m_scheduler(scheduler) {}
-        Task get(const HttpsRequest &, Finished finished) override {
-            m_scheduler.post([answer = HttpsAnswer{200, {}, body}, finished] { finished(answer); });
-            return {};
-        }
-        QByteArray body;
-
-    private:
-        Scheduler &m_scheduler;
-    };
-
-    class Dialogue : public ToolDialogue {
-    public:
-        End hold(const Tools::Command &, const QByteArray &,
-                 const std::function<Reply(const QByteArray &)> &reply, Seconds) override {
-            reply("{\"id\":1,\"result\":{}}\n");
-            reply(R"({"id":2,"result":{"rateLimits":)" + limits + "}}\n");
-            return End::concluded;
-        }
-        QByteArray limits;
-    };
-
     ManualScheduler &m_scheduler;
     ManualPool m_pool;
     NoSecretStore m_secrets;
-    Https m_https;
-    Dialogue m_dialogue;
+    FakeHttpsClient m_https;
+    FakeDialogue m_dialogue;
     UsagePoller m_poller;
 };
 

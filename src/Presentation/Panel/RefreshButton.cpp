@@ -32,8 +32,8 @@ void RefreshButton::paintEvent(QPaintEvent *) {
     painter.setRenderHint(QPainter::Antialiasing);
     const double opacity = isDown() ? refreshPressed : underMouse() ? refreshHover : 0;
     painter.setBrush(Colors::white(isEnabled() ? opacity : 0));
-    painter.setPen(hasFocus() ? QPen(Colors::focusEdge) : QPen(Qt::NoPen));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), refreshRadius,
+    painter.setPen(hasFocus() ? QPen(Colors::primaryText, 1.5) : QPen(Qt::NoPen));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.75, 0.75, -0.75, -0.75), refreshRadius,
                             refreshRadius);
     const double inset = (refreshSide - arrowSide) / 2;
     const QColor color = Colors::faded(Colors::secondaryText, isEnabled() ? 1 : Colors::waiting);

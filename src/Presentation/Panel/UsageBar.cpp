@@ -129,8 +129,8 @@ bool UsageBar::event(QEvent *event) {
         event->ignore();
         return true;
     }
-    const QString text =
-        tr("Alert at %1% while Claude is working").arg(UsageMilestone::percent(*mark));
+    const QString text = tr("Alert at %1% while Claude is working")
+                             .arg(UsageMilestone{.threshold = *mark}.percent());
     QToolTip::showText(help->globalPos(), helpMarkup(text), this);
     return true;
 }

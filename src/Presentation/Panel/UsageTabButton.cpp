@@ -35,11 +35,12 @@ QSize UsageTabButton::sizeHint() const {
 void UsageTabButton::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(hasFocus() ? QPen(Colors::focusEdge) : QPen(Qt::NoPen));
+    painter.setPen(hasFocus() ? QPen(Colors::primaryText, 1.5) : QPen(Qt::NoPen));
     painter.setBrush(isChecked()    ? selectedGround
                      : underMouse() ? Colors::rowHover
                                     : Colors::white(0));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), tabRadius, tabRadius);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.75, 0.75, -0.75, -0.75), tabRadius,
+                            tabRadius);
     painter.setPen(isChecked() ? Colors::primaryText : Colors::secondaryText);
     painter.drawText(rect(), Qt::AlignCenter, text());
 }

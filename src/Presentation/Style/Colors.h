@@ -21,7 +21,6 @@ inline constexpr QColor capsuleEdge = white(0.08);
 inline constexpr QColor windowFill = sRgb(0.11, 0.11, 0.12);
 inline constexpr QColor rowHover = white(0.055);
 inline constexpr QColor rowPressed = white(0.09);
-inline constexpr QColor focusEdge = white(0.5);
 
 inline constexpr QColor primaryText = white(0.94);
 inline constexpr QColor secondaryText = white(0.6);
