@@ -163,7 +163,7 @@ TEST_F(UsageBarsTest, TheColourOfAFillShowsItsLevel) {
     };
     const auto full = track(true, 1);
     EXPECT_EQ(full(970), coral);
-    EXPECT_LT(full(850).lightness(), 60) << "the mark of the first milestone";
+    EXPECT_LT(full(850).lightness(), 110) << "the mark of the first milestone";
     EXPECT_EQ(track(false, 1)(850).hue() / 30, QColor(nominal).hue() / 30);
     const auto empty = track(true, 0);
     EXPECT_GT(empty(2).lightness(), 100) << "nothing used still shows where the bar begins";
