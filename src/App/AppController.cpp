@@ -177,10 +177,11 @@ void AppController::createPresenters() {
         .onReopen = [this](const CompletedRecord &record) { reopenCompleted(record); },
         .onReply = {},
         .onOpenSettings = [this] { emit morvaneOpenSettings(); },
+        .onRefreshUsage = [this] { m_usage.refreshNow(); },
     };
     m_timeline = std::make_unique<PixelTimeline>(*m_platform.scheduler);
     m_presenterManager = std::make_unique<PresenterManager>(
-        PanelContext{m_store, m_settings, *m_platform.scheduler, *m_platform.motion,
+        PanelContext{m_store, m_usage, m_settings, *m_platform.scheduler, *m_platform.motion,
                      InlineEditing::shared(), *m_timeline, actions},
         *m_platform.displays, *m_platform.overlays, *m_platform.pointer);
     m_presenterManager->start();

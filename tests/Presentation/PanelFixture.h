@@ -13,6 +13,7 @@
 #include "Support/FakePointerMonitor.h"
 #include "Support/ManualScheduler.h"
 #include "Support/Printing.h"
+#include "Support/UsageWorld.h"
 
 #include <QTemporaryDir>
 #include <QWidget>
@@ -96,10 +97,11 @@ protected:
     Defaults defaults{folder.path(), "test"};
     MorvaneSettings settings{defaults};
     SessionStore store{settings, noSurroundings(), scheduler};
+    UsageWorld usage{settings, scheduler};
     InlineEditing editing;
     FakeMotionPreference motion;
     PixelTimeline timeline{scheduler};
-    PanelContext context{store, settings, scheduler, motion, editing, timeline, {}};
+    PanelContext context{store, usage.poller(), settings, scheduler, motion, editing, timeline, {}};
     FakeDisplays displays;
     FakeOverlayWindows overlays;
     FakePointerMonitor pointer;

@@ -266,6 +266,63 @@ void panelCompleted(Stage &stage) {
     stage.openPanel();
 }
 
+// --- The limits ---
+
+constexpr Seconds hour(3600);
+
+void readLimits(Stage &stage, int session, int weekly, int fable) {
+    const UsageWorld &usage = stage.usage();
+    stage.usage().poll(R"({"five_hour":)" + usage.window(session, 2.6 * hour) + R"(,"seven_day":)" +
+                           usage.window(weekly, 75 * hour) + R"(,"seven_day_opus":)" +
+                           usage.window(fable, 75 * hour) + '}',
+                       R"({"primary":)" + usage.codexWindow(61, 300, Seconds(2520)) +
+                           R"(,"secondary":)" + usage.codexWindow(3, 10'080, 120 * hour) +
+                           R"(,"planType":"plus"})");
+}
+
+void limitsClaude(Stage &stage) {
+    startAll(stage);
+    readLimits(stage, 42, 88, 97);
+    stage.pass(Seconds(190));
+    stage.openPanel();
+}
+
+void limitsCodex(Stage &stage) {
+    limitsClaude(stage);
+    stage.press("Codex limits");
+}
+
+void limitsSessions(Stage &stage) {
+    limitsClaude(stage);
+    stage.press("Session contexts");
+}
+
+void limitsOld(Stage &stage) {
+    startAll(stage);
+    readLimits(stage, 96, 12, 0);
+    stage.pass(3 * hour);
+    stage.usage().tell(3, 13);
+    stage.pass(Seconds(700));
+    stage.openPanel();
+}
+
+void limitsUnknown(Stage &stage) {
+    stage.usage().poll({});
+    stage.openPanel();
+}
+
+void milestone(Stage &stage) {
+    startAll(stage);
+    stage.usage().tell(95);
+    stage.pass(Seconds(1));
+}
+
+void milestonePanel(Stage &stage) {
+    limitsClaude(stage);
+    stage.usage().tell(91, 88);
+    stage.pass(Seconds(1));
+}
+
 void panelRename(Stage &stage) {
     startAll(stage);
     stage.openPanel();
@@ -356,6 +413,14 @@ const QList<Scene> &scenes() {
         {"panel-long-texts", Screen::plain, panelLongTexts},
         {"panel-scripts", Screen::plain, panelScripts},
         {"panel-many", Screen::plain, panelMany},
+        {"limits-claude", Screen::plain, limitsClaude},
+        {"limits-codex", Screen::plain, limitsCodex},
+        {"limits-sessions", Screen::plain, limitsSessions},
+        {"limits-old", Screen::plain, limitsOld},
+        {"limits-unknown", Screen::plain, limitsUnknown},
+        {"limits-milestone", Screen::plain, milestonePanel},
+        {"compact-milestone", Screen::plain, milestone},
+        {"notch-milestone", Screen::notched, milestone},
         {"notch-compact", Screen::notched, compactSeveral},
         {"notch-needs-input", Screen::notched, compactNeedsInput},
         {"notch-open", Screen::notched, panelApproval},

@@ -44,9 +44,14 @@ Stage::Stage(Screen screen) {
     };
     actions.onReopen = [](const CompletedRecord &) {};
     actions.onReply = [](const Session &, const QString &) {};
+    actions.onRefreshUsage = [] {};
+    m_usage.poller().milestoneEligibility = [this] {
+        return m_store.hasWorkingUsageMilestoneSession();
+    };
     m_displays.setDisplays({display(screen)});
     m_presenters = std::make_unique<PresenterManager>(
-        PanelContext{m_store, m_settings, m_scheduler, m_motion, m_editing, m_timeline, actions},
+        PanelContext{m_store, m_usage.poller(), m_settings, m_scheduler, m_motion, m_editing,
+                     m_timeline, actions},
         m_displays, m_overlays, m_pointer);
     m_presenters->start();
     pass(Seconds(1));

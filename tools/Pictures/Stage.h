@@ -12,6 +12,7 @@
 #include "Support/FakeOverlayWindows.h"
 #include "Support/FakePointerMonitor.h"
 #include "Support/ManualScheduler.h"
+#include "Support/UsageWorld.h"
 
 #include <QAbstractButton>
 #include <QHash>
@@ -38,6 +39,7 @@ public:
     QHash<QString, HookOrigin> terminals;
 
     SessionStore &store() { return m_store; }
+    UsageWorld &usage() { return m_usage; }
 
     /// A hook of an agent in the working directory; the members join the payload's own. With a
     /// decision id the hook waits for an answer.
@@ -74,6 +76,7 @@ private:
     MorvaneSettings m_settings{m_defaults};
     ManualScheduler m_scheduler;
     SessionStore m_store{m_settings, surroundings(), m_scheduler};
+    UsageWorld m_usage{m_settings, m_scheduler};
     InlineEditing m_editing;
     FakeMotionPreference m_motion;
     PixelTimeline m_timeline{m_scheduler};

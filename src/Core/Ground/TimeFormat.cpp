@@ -64,4 +64,9 @@ Seconds untilAgoChanges(Date date, Date from) {
     return Seconds(passed < 0 ? unit - passed : unit - std::fmod(passed, unit));
 }
 
+Seconds untilRemainingChanges(Date until, Date from) {
+    const double left = Seconds(until - from).count();
+    return Seconds(std::fmod(left, left < 3600 ? 60 : left < 86400 ? 3600 : 86400));
+}
+
 } // namespace morvane::TimeFormat

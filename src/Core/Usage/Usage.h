@@ -28,6 +28,7 @@ struct Usage {
     std::optional<UsageWindow> weekly;  ///< seven days
     std::optional<UsageWindow> fable;   ///< seven days, of the largest models alone
     Date fetchedAt;
+    Date fableReadAt{}; ///< of `fable`, which the status line leaves out
 
     friend bool operator==(const Usage &, const Usage &) = default;
 };

@@ -114,6 +114,7 @@ std::optional<Usage> parse(const QByteArray &body, Date now) {
         if (!result->fable) {
             result->fable = namedWindow(root);
         }
+        result->fableReadAt = now;
     }
     return result;
 }

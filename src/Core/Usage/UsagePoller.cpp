@@ -263,7 +263,10 @@ void UsagePoller::ingestLive(const QByteArray &data, AgentKind agent) {
         return;
     }
     // The status line never tells that one.
-    usage->fable = m_usage ? m_usage->fable : std::nullopt;
+    if (m_usage) {
+        usage->fable = m_usage->fable;
+        usage->fableReadAt = m_usage->fableReadAt;
+    }
     m_lastLiveIngest = usage->fetchedAt;
     takeUsage(*usage);
     if (!m_keychainBlocked) {

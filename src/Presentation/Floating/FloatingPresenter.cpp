@@ -2,6 +2,7 @@
 
 #include "Core/Sessions/SessionStore.h"
 #include "Core/Settings/MorvaneSettings.h"
+#include "Core/Usage/UsagePoller.h"
 #include "Platform/MotionPreference.h"
 #include "Presentation/Floating/FloatingCapsuleView.h"
 #include "Presentation/Overlay/InlineEditing.h"
@@ -157,7 +158,8 @@ bool FloatingPresenter::shouldBeVisible() {
         return true;
     }
     return m_settings.showWhenIdle() || m_presented || m_capsule.isExpanded() || m_flashActive ||
-           m_store.hasUnacknowledgedNeedsInput();
+           m_store.hasUnacknowledgedNeedsInput() ||
+           (m_store.hasWorkingUsageMilestoneSession() && context().usage.activeMilestone());
 }
 
 void FloatingPresenter::updateVisibility(Motion motion) {

@@ -2,6 +2,7 @@
 
 #include "Core/Sessions/SessionStore.h"
 #include "Core/Settings/MorvaneSettings.h"
+#include "Core/Usage/UsagePoller.h"
 #include "Platform/OverlayWindows.h"
 #include "Presentation/Overlay/InlineEditing.h"
 #include "Presentation/Overlay/PanelSurface.h"
@@ -26,6 +27,7 @@ void MorvanePresenter::subscribe() {
             &MorvanePresenter::scheduleUpdate);
     connect(&m_context.store, &SessionStore::completedHistoryChanged, this,
             &MorvanePresenter::scheduleUpdate);
+    connect(&m_context.usage, &UsagePoller::changed, this, &MorvanePresenter::scheduleUpdate);
     connect(&m_context.settings, &MorvaneSettings::changed, this, [this] {
         applyFullscreenSetting();
         scheduleUpdate();
@@ -36,6 +38,7 @@ void MorvanePresenter::subscribe() {
 
 void MorvanePresenter::unsubscribe() {
     m_context.store.disconnect(this);
+    m_context.usage.disconnect(this);
     m_context.settings.disconnect(this);
     m_context.editing.disconnect(this);
     m_updateTask.cancel();

@@ -62,7 +62,7 @@ protected:
     /// The fade of the window, in or out.
     Animation &fade() { return m_fade; }
 
-    /// Follows what is shown: the store, the settings, and fields that open and close.
+    /// Follows what is shown: the store, the limits, the settings, and fields that open and close.
     void subscribe();
 
     /// Follows none of that any more, and drops an update that is due.

@@ -14,6 +14,7 @@ class MotionPreference;
 class PixelTimeline;
 class Scheduler;
 class SessionStore;
+class UsagePoller;
 
 /// The one road by which what a person wants leaves a panel: what its owner does about it. What is
 /// unset is not offered. A plain value, passed down to the rows.
@@ -26,11 +27,13 @@ struct PanelActions {
     std::function<void(const CompletedRecord &)> onReopen;
     std::function<void(const Session &, const QString &text)> onReply;
     std::function<void()> onOpenSettings;
+    std::function<void()> onRefreshUsage;
 };
 
 /// What every panel on every display is made from. All of it outlives the panels.
 struct PanelContext {
     const SessionStore &store; ///< to be read; what changes it leaves by `actions`
+    const UsagePoller &usage;  ///< likewise
     MorvaneSettings &settings;
     Scheduler &scheduler;
     MotionPreference &motion;

@@ -2,7 +2,9 @@
 
 #include "Core/Ground/TimeFormat.h"
 #include "Core/Sessions/SessionStore.h"
+#include "Core/Usage/UsagePoller.h"
 #include "Presentation/Overlay/PanelContext.h"
+#include "Presentation/Panel/UsageMilestoneBadge.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/TextLabel.h"
 #include "Presentation/Style/Typography.h"
@@ -21,17 +23,20 @@ constexpr double minute = 60;
 } // namespace
 
 CompactInfoView::CompactInfoView(const PanelContext &context, QWidget *parent)
-    : QWidget(parent), m_store(context.store), m_scheduler(context.scheduler),
+    : QWidget(parent), m_store(context.store), m_usage(context.usage),
+      m_scheduler(context.scheduler),
       m_time(new TextLabel(Typography::text(Typography::bodySize, QFont::Medium),
                            Colors::primaryText, 1, this)),
       m_count(new TextLabel(Typography::text(Typography::bodySize, QFont::Medium),
-                            Colors::secondaryText, 1, this)) {
+                            Colors::secondaryText, 1, this)),
+      m_milestone(new UsageMilestoneBadge(UsageMilestoneBadge::Size::compact, this)) {
     auto *line = new QHBoxLayout(this);
     line->setContentsMargins(0, 0, 0, 0);
     line->setSpacing(6);
     line->addStretch();
     line->addWidget(m_time);
     line->addWidget(m_count);
+    line->addWidget(m_milestone);
     line->addStretch();
 }
 
@@ -42,7 +47,10 @@ void CompactInfoView::refresh() {
     const auto count = reportable.size();
     m_count->setText(QStringLiteral("×%1").arg(count));
     m_count->setAccessibleName(count == 1 ? tr("1 session") : tr("%1 sessions").arg(count));
-    m_count->setVisible(count > 1);
+    m_milestone->setMilestone(m_store.hasWorkingUsageMilestoneSession() ? m_usage.activeMilestone()
+                                                                        : std::nullopt);
+    m_time->setVisible(m_milestone->isHidden());
+    m_count->setVisible(m_milestone->isHidden() && count > 1);
     setVisible(m_since.has_value());
     showTime();
     scheduleMinute();
@@ -54,6 +62,10 @@ QString CompactInfoView::count() const {
 
 QString CompactInfoView::time() const {
     return m_since ? m_time->text() : QString();
+}
+
+QString CompactInfoView::milestone() const {
+    return m_milestone->isHidden() ? QString() : m_milestone->accessibleName();
 }
 
 void CompactInfoView::showTime() {

@@ -11,21 +11,25 @@ namespace morvane {
 class SessionStore;
 struct PanelContext;
 class TextLabel;
+class UsageMilestoneBadge;
+class UsagePoller;
 
 /// In the closed capsule: how long the first session has been in its state, and how many there
-/// are. Drawn anew once a minute, only while it is on screen.
+/// are; for a moment a milestone of Claude's limits in place of both. Drawn anew once a minute,
+/// only while it is on screen.
 class CompactInfoView : public QWidget {
     Q_OBJECT
 
 public:
     CompactInfoView(const PanelContext &context, QWidget *parent);
 
-    /// Takes over what the store has now.
+    /// Takes over what the store and the poller have now.
     void refresh();
 
-    /// What it tells, in words for a screen reader; both empty while there is nothing to tell.
+    /// What it tells, in words for a screen reader; each empty while there is nothing to tell.
     QString count() const;
     QString time() const;
+    QString milestone() const;
 
 signals:
     /// A minute has passed, and the view may need another width.
@@ -40,11 +44,13 @@ private:
     void scheduleMinute();
 
     const SessionStore &m_store;
+    const UsagePoller &m_usage;
     Scheduler &m_scheduler;
     std::optional<Date> m_since; ///< none while there is nothing to tell
     Task m_minute;
     TextLabel *m_time;
     TextLabel *m_count;
+    UsageMilestoneBadge *m_milestone;
 };
 
 } // namespace morvane

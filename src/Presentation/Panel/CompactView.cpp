@@ -30,7 +30,8 @@ void CompactView::refresh() {
 }
 
 void CompactView::describe() {
-    QStringList words{m_info->count(), m_status->accessibleName(), m_info->time()};
+    QStringList words{m_info->count(), m_status->accessibleName(), m_info->time(),
+                      m_info->milestone()};
     words.removeAll(QString());
     setAccessibleName(words.join(QStringLiteral(", ")));
 }

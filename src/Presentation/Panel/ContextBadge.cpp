@@ -5,24 +5,17 @@
 
 namespace morvane {
 
-namespace {
-
-constexpr QColor tightTint = Colors::sRgb(1.0, 0.5, 0.45);
-constexpr QColor fillingTint = Colors::sRgb(1.0, 0.78, 0.45);
-
-} // namespace
-
 void ContextBadge::setSession(const Session &session) {
     const QString label = session.contextLabel().value_or(QString());
     const QString count = QString::number(session.contextTokens.value_or(0));
     if (session.contextPressure() == ContextPressure::tight) {
-        setContent(label, tightTint,
+        setContent(label, Colors::tightContext,
                    tr("%1 tokens of context — close to a standard 200k window; a compaction "
                       "is likely soon.")
                        .arg(count));
     } else if (session.contextPressure() == ContextPressure::filling) {
         setContent(
-            label, fillingTint,
+            label, Colors::fillingContext,
             tr("%1 tokens of context — filling up if this is a standard 200k window.").arg(count));
     } else {
         setContent(label, Colors::white(0.45),

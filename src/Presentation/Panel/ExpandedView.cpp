@@ -7,6 +7,7 @@
 #include "Presentation/Panel/CompletedRow.h"
 #include "Presentation/Panel/ListViewport.h"
 #include "Presentation/Panel/SessionRow.h"
+#include "Presentation/Panel/UsageBars.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/TextLabel.h"
 #include "Presentation/Style/Typography.h"
@@ -32,12 +33,15 @@ constexpr Seconds attentionDuration(0.14);
 
 ExpandedView::ExpandedView(const PanelContext &context, QWidget *parent)
     : QWidget(parent), m_context(context), m_contentHeightBudget(standardBudget),
-      m_width(standardWidth), m_viewport(new ListViewport(m_context.scheduler, this)) {
+      m_width(standardWidth), m_viewport(new ListViewport(m_context.scheduler, this)),
+      m_footer(new UsageBars(m_context, this)) {
     connect(m_viewport, &ListViewport::contentResized, this, &ExpandedView::contentResized);
+    connect(m_footer, &UsageBars::contentResized, this, &ExpandedView::contentResized);
 }
 
 void ExpandedView::setContentHeightBudget(int budget) {
     m_contentHeightBudget = budget;
+    m_footer->setContentHeightBudget(budget);
 }
 
 int ExpandedView::maxActiveListHeight(int contentHeightBudget, int footerHeight) {
@@ -52,7 +56,10 @@ void ExpandedView::refresh() {
     m_width = needsAttention ? attentionWidth : standardWidth;
     const Entries next = entries();
     m_viewport->rows().setEntries(next, movement(attentionChanges, next));
+    m_footer->refresh();
+    m_footerHeight = m_footer->sizeHint().height();
     if (width() == m_width) {
+        place();
         m_viewport->refresh();
     }
     scheduleAges();
@@ -189,12 +196,21 @@ void ExpandedView::scheduleAges() {
 QSize ExpandedView::sizeHint() const {
     const int limit = maxActiveListHeight(m_contentHeightBudget, m_footerHeight);
     const int whole = m_viewport->contentHeight(m_width - 2 * panelPadding, limit);
-    return {m_width, std::clamp(whole, 1, limit) + 2 * panelPadding};
+    return {m_width, std::clamp(whole, 1, limit) + footerGap + m_footerHeight + 2 * panelPadding};
+}
+
+/// The footer stands at the bottom, and the list has the rest.
+void ExpandedView::place() {
+    QRect content = rect().adjusted(panelPadding, panelPadding, -panelPadding, -panelPadding);
+    QRect footer = content;
+    footer.setTop(content.bottom() + 1 - m_footerHeight);
+    m_footer->setGeometry(footer);
+    content.setBottom(footer.top() - 1 - footerGap);
+    m_viewport->setGeometry(content);
 }
 
 void ExpandedView::resizeEvent(QResizeEvent *) {
-    m_viewport->setGeometry(
-        rect().adjusted(panelPadding, panelPadding, -panelPadding, -panelPadding));
+    place();
 }
 
 void ExpandedView::showEvent(QShowEvent *event) {

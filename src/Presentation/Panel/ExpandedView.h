@@ -11,9 +11,11 @@
 namespace morvane {
 
 class ListViewport;
+class UsageBars;
 
-/// The open panel: the sessions at work first, then the open ones, then those that have finished.
-/// Shown by the presenters, which bring it up to date and then give it the size that it asks for.
+/// The open panel: the sessions at work first, then the open ones, then those that have finished;
+/// below them how far the limits are used. Shown by the presenters, which bring it up to date and
+/// then give it the size that it asks for.
 class ExpandedView : public QWidget {
     Q_OBJECT
 
@@ -26,7 +28,7 @@ public:
     /// How high the list may be in a panel of this height with a footer of that height; 0 is none.
     static int maxActiveListHeight(int contentHeightBudget, int footerHeight);
 
-    /// Takes over what the store has now.
+    /// Takes over what there is to show now.
     void refresh();
 
     /// What there is to see, for whoever wants to notice that it has become something else.
@@ -35,7 +37,7 @@ public:
     QSize sizeHint() const override;
 
 signals:
-    /// A row has changed its height by itself.
+    /// A part has changed its height by itself.
     void contentResized();
 
 protected:
@@ -56,14 +58,16 @@ private:
     RowList::Entry header(const QString &title, const QColor &color) const;
     std::optional<Seconds> movement(bool attentionChanges, const Entries &next);
     void scheduleAges();
+    void place();
 
     const PanelContext m_context;
     int m_contentHeightBudget;
-    int m_footerHeight = 0; ///< until there is one to measure
+    int m_footerHeight = 0; ///< until it is measured
     int m_width;
     bool m_needsAttention = false;
     QStringList m_keys; ///< of the entries on show
     ListViewport *m_viewport;
+    UsageBars *m_footer;
     Task m_ages; ///< brings the ages of the records up to date
 };
 

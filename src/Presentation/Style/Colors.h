@@ -39,6 +39,9 @@ inline constexpr QColor onboardingGlow = sRgb(0.19, 0.2, 0.27);
 inline constexpr QColor formGround = white(0.05);
 inline constexpr QColor hairline = white(0.08);
 
+inline constexpr QColor fillingContext = sRgb(1.0, 0.78, 0.45);
+inline constexpr QColor tightContext = sRgb(1.0, 0.5, 0.45);
+
 inline constexpr QColor codeGround = white(0.05);
 inline constexpr QColor removedLine = sRgb(1.0, 0.6, 0.58);
 inline constexpr QColor addedLine = sRgb(0.56, 0.86, 0.6);

@@ -46,6 +46,22 @@ TEST_F(FloatingPresenterTest, OnCallItComesForAMomentAndStaysWhileSomeoneIsAsked
     EXPECT_FALSE(isVisible());
 }
 
+TEST_F(FloatingPresenterTest, OnCallItComesOutForAMilestone) {
+    usage.poller().milestoneEligibility = [this] {
+        return store.hasWorkingUsageMilestoneSession();
+    };
+    attachFloating();
+    usage.tell(95);
+    scheduler.advance(Seconds(1));
+    EXPECT_FALSE(isVisible());
+    apply(Event::promptSubmit);
+    usage.poller().refreshMilestoneEligibility();
+    scheduler.advance(Seconds(5.9));
+    EXPECT_TRUE(isVisible());
+    scheduler.advance(Seconds(0.3));
+    EXPECT_FALSE(isVisible());
+}
+
 TEST_F(FloatingPresenterTest, AmbientItStaysWhileSessionsAreAtWork) {
     attachFloating(Flavour::ambient);
     EXPECT_FALSE(isVisible());

@@ -61,6 +61,20 @@ TEST_F(CompactViewTest, RedrawsTheTimeOnceAMinuteAndAsksForRoom) {
     EXPECT_EQ(resized.count(), 2);
 }
 
+TEST_F(CompactViewTest, AMilestoneTakesTheirPlaceForAMoment) {
+    usage.poller().milestoneEligibility = [this] {
+        return store.hasWorkingUsageMilestoneSession();
+    };
+    apply(Event::promptSubmit, "a");
+    apply(Event::promptSubmit, "b");
+    usage.tell(80, 96);
+    EXPECT_EQ(shown(), "");
+    EXPECT_EQ(view.accessibleName(),
+              "2 sessions, working, 0s, Claude weekly usage reached 95 percent");
+    scheduler.advance(Seconds(6.1));
+    EXPECT_EQ(shown(), "6s ×2");
+}
+
 TEST_F(CompactViewTest, ItsTwoHalvesAlsoStandAlone) {
     apply(Event::promptSubmit, "a");
     apply(Event::promptSubmit, "b");

@@ -5,6 +5,7 @@
 #include "Presentation/Panel/DecideButton.h"
 #include "Presentation/Panel/PencilButton.h"
 #include "Presentation/Panel/SessionRow.h"
+#include "Presentation/Panel/UsageBars.h"
 #include "Presentation/PanelFixture.h"
 #include "Presentation/Style/Badge.h"
 #include "Presentation/Style/TextLabel.h"
@@ -302,7 +303,9 @@ TEST_F(ExpandedViewTest, TakesTheRoomThatItsContentNeeds) {
     refresh();
     EXPECT_FALSE(showsText("no active agent sessions"));
     EXPECT_EQ(view.width(), narrow);
-    EXPECT_LT(view.height(), 120);
+    const int footer = view.findChild<UsageBars *>()->height();
+    EXPECT_GT(footer, 20);
+    EXPECT_LT(view.height(), 120 + 12 + footer);
     apply(Event::needsInput);
     refresh();
     EXPECT_GT(view.width(), narrow);
@@ -315,7 +318,7 @@ TEST_F(ExpandedViewTest, TakesTheRoomThatItsContentNeeds) {
     EXPECT_EQ(view.height(), 480);
     view.setContentHeightBudget(100);
     refresh();
-    EXPECT_EQ(view.height(), 120 + 28);
+    EXPECT_EQ(view.height(), 120 + 28 + 12 + view.findChild<UsageBars *>()->height());
     EXPECT_EQ(ExpandedView::maxActiveListHeight(480, 60), 380);
 }
 

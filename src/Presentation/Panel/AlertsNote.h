@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QWidget>
+
+namespace morvane {
+
+/// The line below Claude's limits: that a working session is told of its milestones, and of which.
+class AlertsNote : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit AlertsNote(QWidget *parent);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+};
+
+} // namespace morvane

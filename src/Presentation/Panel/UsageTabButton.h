@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QAbstractButton>
+
+namespace morvane {
+
+/// Chooses what the panel's footer shows; checked while that is shown.
+class UsageTabButton : public QAbstractButton {
+    Q_OBJECT
+
+public:
+    /// The name says more than the title, for those who hear it alone.
+    UsageTabButton(const QString &title, const QString &name, QWidget *parent);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+};
+
+} // namespace morvane

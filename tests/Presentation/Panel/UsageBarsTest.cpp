@@ -1,0 +1,235 @@
+#include "Presentation/Panel/UsageBars.h"
+
+#include "Presentation/Panel/ExpandedView.h"
+#include "Presentation/Panel/RefreshButton.h"
+#include "Presentation/Panel/SessionContextRow.h"
+#include "Presentation/Panel/UsageMilestoneBadge.h"
+#include "Presentation/Panel/UsageMilestoneStyle.h"
+#include "Presentation/Panel/UsageTabButton.h"
+#include "Presentation/PanelFixture.h"
+#include "Presentation/ScaledImage.h"
+#include "Presentation/Style/TextLabel.h"
+
+namespace morvane {
+namespace {
+
+using Tab = UsageBars::Tab;
+
+constexpr Seconds hour(3600);
+
+class UsageBarsTest : public PanelFixture {
+protected:
+    UsageBarsTest() {
+        motion.setReduced(true);
+        context.actions.onRefreshUsage = [this] { ++refreshes; };
+    }
+
+    UsageBars &bars() {
+        if (!m_bars) {
+            m_bars = std::make_unique<UsageBars>(context, nullptr);
+            m_bars->resize(492, 200);
+            m_bars->show();
+        }
+        m_bars->refresh();
+        return *m_bars;
+    }
+
+    QList<Tab> tabs() { return bars().availableTabs(); }
+    QStringList texts() { return textsIn<TextLabel>(bars()); }
+    QStringList barNames() { return namesIn<UsageBar>(bars(), &QWidget::accessibleName); }
+    QStringList barTimes() { return namesIn<UsageBar>(bars(), &QWidget::accessibleDescription); }
+
+    void press(const QString &name) {
+        for (UsageTabButton *tab : shownIn<UsageTabButton>(bars())) {
+            if (tab->accessibleName() == name) {
+                tab->click();
+            }
+        }
+    }
+
+    QByteArray claude(int session, int weekly, int fable) {
+        return R"({"five_hour":)" + usage.window(session, 2.5 * hour) + R"(,"seven_day":)" +
+               usage.window(weekly, 50 * hour) + R"(,"seven_day_opus":)" +
+               usage.window(fable, 50 * hour) + '}';
+    }
+    QByteArray codex() {
+        return R"({"primary":)" + usage.codexWindow(61, 90, 1 * hour) +
+               R"(,"planType":"pro TEAM"})";
+    }
+
+    int refreshes = 0;
+
+private:
+    template <typename Widget>
+    static QStringList namesIn(const QWidget &parent, QString (QWidget::*name)() const) {
+        QStringList result;
+        for (const Widget *widget : shownIn<Widget>(parent)) {
+            result.append((widget->*name)());
+        }
+        return result;
+    }
+
+    std::unique_ptr<UsageBars> m_bars;
+};
+
+TEST_F(UsageBarsTest, ATabIsThereWhileItHasSomethingToShow) {
+    settings.setUsageEnabled(false);
+    usage.poller().setEnabled(false);
+    EXPECT_EQ(tabs(), QList{Tab::claude});
+    EXPECT_EQ(texts(), QStringList({"CLAUDE LIMITS", "usage n/a — turned off in Settings"}));
+    EXPECT_FALSE(shownIn<RefreshButton>(bars()).first()->isEnabled());
+
+    settings.setUsageEnabled(true);
+    apply(Event::sessionStart);
+    EXPECT_EQ(tabs(), QList{Tab::sessions});
+    EXPECT_EQ(texts().first(), "SESSIONS");
+    EXPECT_TRUE(shownIn<RefreshButton>(bars()).isEmpty());
+
+    usage.poll(claude(42, 7, 3), codex());
+    EXPECT_EQ(tabs(), QList({Tab::claude, Tab::codex, Tab::sessions}));
+    EXPECT_EQ(bars().current(), Tab::claude);
+    press("Codex limits");
+    EXPECT_EQ(bars().current(), Tab::codex);
+    EXPECT_EQ(barNames(), QStringList({"Primary, 90m window, 61 percent used"}));
+    EXPECT_TRUE(texts().contains("ChatGPT Pro Team · official Codex rate limits"));
+    shownIn<RefreshButton>(bars()).first()->click();
+    EXPECT_EQ(refreshes, 1);
+
+    // What has been chosen comes back with its data.
+    usage.poller().setEnabled(false);
+    EXPECT_EQ(bars().current(), Tab::sessions);
+    usage.poll(claude(42, 7, 3), codex());
+    EXPECT_EQ(bars().current(), Tab::codex);
+}
+
+TEST_F(UsageBarsTest, ClaudesLimitsAreToldInWholeAndInWords) {
+    usage.poll(claude(42, 7, 3));
+    EXPECT_EQ(barNames(), QStringList({"Session, 5h window, 42 percent used",
+                                       "Weekly, 7d window, 7 percent used",
+                                       "Model family, Fable window, 3 percent used"}));
+    settings.setShowFableBar(false);
+    EXPECT_EQ(barNames().size(), 2);
+    // The status line of a new session knows nothing of a limit before its first answer.
+    usage.poller().ingestLive(R"({"rate_limits":{"seven_day":{"used_percentage":8}}})",
+                              AgentKind::claude);
+    EXPECT_EQ(barNames(), QStringList({"Weekly, 7d window, 8 percent used"}));
+
+    EXPECT_EQ(UsageBars::scope(300), "5h");
+    EXPECT_EQ(UsageBars::scope(1440), "1d");
+    EXPECT_EQ(UsageBars::scope(10'080), "1w");
+    EXPECT_EQ(UsageBars::scope(90), "90m");
+    EXPECT_EQ(UsageBars::scope(0), "window");
+    EXPECT_EQ(UsageBars::scope(std::nullopt), "window");
+}
+
+TEST_F(UsageBarsTest, FiguresAgeByOneTimerWhileSomebodyCanSeeThem) {
+    settings.setUsageEnabled(true);
+    usage.poll(claude(42, 7, 3));
+    EXPECT_EQ(barTimes(), QStringList({"resets in 2h", "resets in 2d", "resets in 2d"}));
+    EXPECT_EQ(texts().last(), "updated just now");
+    EXPECT_LE(ticksWithin(Seconds(59)), 2);
+    scheduler.advance(Seconds(2));
+    EXPECT_EQ(shownIn<TextLabel>(bars()).last()->text(), "updated 1m ago");
+
+    // The status line tells nothing of the model family, whose figure grows old meanwhile.
+    scheduler.advance(Seconds(700));
+    usage.tell(50, 8);
+    EXPECT_EQ(barTimes(), QStringList({"", "", "resets in 2d · updated 12m ago"}));
+    usage.poll(claude(100, 7, 3));
+    scheduler.advance(3 * hour);
+    EXPECT_EQ(barTimes().first(), "has reset since · updated 3h ago");
+
+    bars().hide();
+    usage.poller().stop();
+    EXPECT_EQ(ticksWithin(hour), 0);
+}
+
+TEST_F(UsageBarsTest, TheColourOfAFillShowsItsLevel) {
+    using namespace UsageMilestoneStyle;
+    EXPECT_EQ(color(0.8499), nominal);
+    EXPECT_EQ(color(0.85), amber);
+    EXPECT_EQ(color(0.9), orange);
+    EXPECT_EQ(color(1), coral);
+
+    const auto track = [](bool showsAlertMarkers, double utilization) {
+        UsageBar bar(showsAlertMarkers, nullptr);
+        bar.resize(1000, bar.sizeHint().height());
+        bar.setLimit({"Session", "5h", {utilization, {}, {}}, {}}, {});
+        const QImage image = scaledImage(bar.size(), 1, [&](QPainter &painter) {
+            painter.fillRect(bar.rect(), Qt::black);
+            bar.render(&painter, {}, {}, QWidget::DrawChildren);
+        });
+        return [image](int x) { return image.pixelColor(x, image.height() - 4); };
+    };
+    const auto full = track(true, 1);
+    EXPECT_EQ(full(970), coral);
+    EXPECT_LT(full(850).lightness(), 110) << "the mark of the first milestone";
+    EXPECT_EQ(track(false, 1)(850).hue() / 30, QColor(nominal).hue() / 30);
+    const auto empty = track(true, 0);
+    EXPECT_GT(empty(2).lightness(), 100) << "nothing used still shows where the bar begins";
+    EXPECT_LT(empty(8).lightness(), 40);
+}
+
+TEST_F(UsageBarsTest, TellsHowFullTheContextsAreAndScrollsWhenThereAreMany) {
+    TranscriptInfo info;
+    store.readTranscript = [&](AgentKind, const QString &, const SessionStore::UseTranscript &use) {
+        use(info);
+    };
+    const auto start = [&](const QString &id, int tokens) {
+        info.contextTokens = tokens;
+        info.model = "claude-opus-5";
+        apply(EventBuilder(Event::promptSubmit)
+                  .in(id)
+                  .with(&HookEvent::cwd, '/' + id)
+                  .with(&HookEvent::transcriptPath, id));
+        store.enrichFromTranscript(id, false);
+        scheduler.advance(Seconds(1));
+    };
+    const auto rows = [&] {
+        QStringList result;
+        for (const SessionContextRow *row : shownIn<SessionContextRow>(bars())) {
+            result << row->accessibleName();
+        }
+        return result;
+    };
+    apply(Event::sessionStart, "new");
+    start("large", 230'000);
+    start("full", 190'000);
+    EXPECT_EQ(rows(), QStringList({"full, claude-opus-5, 190k ctx",
+                                   "large, claude-opus-5, 230k ctx, large window",
+                                   "session, no context data yet"}));
+    EXPECT_EQ(shownIn<SessionContextRow>(bars()).first()->accessibleDescription(),
+              "190000 tokens of context in the last request, against a standard 200k window.");
+
+    ExpandedView view(context, nullptr);
+    view.show();
+    for (int index = 0; index < 30; ++index) {
+        start(QString::number(index), 1000);
+    }
+    for (const int budget : {400, 600, 820}) {
+        view.setContentHeightBudget(budget);
+        view.refresh();
+        view.resize(view.sizeHint());
+        EXPECT_EQ(view.height(), budget);
+        const auto *footer = view.findChild<UsageBars *>();
+        EXPECT_EQ(footer->geometry().bottom() + 1, view.height() - 14);
+        EXPECT_LE(footer->height(), budget / 3 + 50);
+        EXPECT_GT(shownIn<SessionContextRow>(view).size(), 3);
+    }
+}
+
+TEST_F(UsageBarsTest, AMilestoneIsAnnouncedForAMoment) {
+    usage.poller().milestoneEligibility = [this] {
+        return store.hasWorkingUsageMilestoneSession();
+    };
+    apply(Event::promptSubmit);
+    usage.tell(90);
+    const auto badges = shownIn<UsageMilestoneBadge>(bars());
+    ASSERT_EQ(badges.size(), 1);
+    EXPECT_EQ(badges.first()->accessibleName(), "Claude 5-hour session usage reached 90 percent");
+    scheduler.advance(Seconds(6.1));
+    EXPECT_TRUE(shownIn<UsageMilestoneBadge>(bars()).isEmpty());
+}
+
+} // namespace
+} // namespace morvane

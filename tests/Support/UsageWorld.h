@@ -1,0 +1,77 @@
+#pragma once
+
+#include "Core/Usage/UsageFakes.h"
+#include "Core/Usage/UsagePoller.h"
+#include "Support/ManualPool.h"
+#include "Support/ManualScheduler.h"
+#include "Support/TemporaryHome.h"
+
+#include <QFile>
+
+namespace morvane {
+
+/// A poller of limits, and agents that tell it what the test wants.
+class UsageWorld {
+public:
+    UsageWorld(MorvaneSettings &settings, ManualScheduler &scheduler)
+        : m_scheduler(scheduler),
+          m_poller(settings, {scheduler, m_pool, m_secrets, m_https, m_dialogue}, "1") {}
+
+    UsagePoller &poller() { return m_poller; }
+
+    /// Claude's endpoint answers with this body, and Codex with these limits; an empty one says
+    /// nothing.
+    void poll(const QByteArray &claude, const QByteArray &codex = {}) {
+        const TemporaryHome home;
+        if (!claude.isEmpty()) {
+            home.write(".claude/.credentials.json", R"({"claudeAiOauth":{"accessToken":"t"}})");
+        }
+        if (!codex.isEmpty()) {
+            home.write(".codex/auth.json");
+            QFile::setPermissions(home.write(".local/bin/codex"),
+                                  QFile::ReadOwner | QFile::ExeOwner);
+        }
+        m_dialogue.says = {"{\"id\":1,\"result\":{}}\n",
+                           R"({"id":2,"result":{"rateLimits":)" + codex + "}}\n"};
+        m_poller.refreshNow();
+        m_scheduler.advance(Seconds(0));
+        m_pool.runAll();
+        m_scheduler.advance(Seconds(0));
+        if (!claude.isEmpty()) {
+            m_https.answer(HttpsAnswer{200, {}, claude});
+        }
+    }
+
+    /// A status line of Claude's tells these percents.
+    void tell(int session, int weekly = 0) {
+        m_poller.ingestLive(
+            R"({"rate_limits":{"five_hour":{"used_percentage":)" + QByteArray::number(session) +
+                R"(},"seven_day":{"used_percentage":)" + QByteArray::number(weekly) + "}}}",
+            AgentKind::claude);
+    }
+
+    /// A window as the endpoint tells it.
+    QByteArray window(int percent, Seconds untilReset) const {
+        const Seconds reset = m_scheduler.now().time_since_epoch() + untilReset;
+        return R"({"utilization":)" + QByteArray::number(percent) + R"(,"resets_at":)" +
+               QByteArray::number(reset.count(), 'f', 0) + '}';
+    }
+
+    /// A window as Codex tells it.
+    QByteArray codexWindow(int percent, int minutes, Seconds untilReset) const {
+        const Seconds reset = m_scheduler.now().time_since_epoch() + untilReset;
+        return R"({"usedPercent":)" + QByteArray::number(percent) + R"(,"windowDurationMins":)" +
+               QByteArray::number(minutes) + R"(,"resetsAt":)" +
+               QByteArray::number(reset.count(), 'f', 0) + '}';
+    }
+
+private:
+    ManualScheduler &m_scheduler;
+    ManualPool m_pool;
+    NoSecretStore m_secrets;
+    FakeHttpsClient m_https;
+    FakeDialogue m_dialogue;
+    UsagePoller m_poller;
+};
+
+} // namespace morvane
