@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/Desktop/AutostartEntry.h"
 #include "Platform/Linux/Desktop/DesktopApplications.h"
+#include "Platform/Linux/Desktop/DesktopHostWindows.h"
 #include "Platform/Linux/Desktop/DesktopMotion.h"
 #include "Platform/Linux/Desktop/PlayerPrograms.h"
 #include "Platform/Linux/Desktop/SecretService.h"
@@ -17,6 +18,7 @@
 #include "Platform/Linux/X11/X11OverlayWindows.h"
 #include "Platform/Linux/X11/X11PointerMonitor.h"
 #include "Platform/Linux/X11/X11WindowControl.h"
+#include "Platform/Linux/X11/X11WindowSystem.h"
 
 #include <QApplication>
 
@@ -54,6 +56,9 @@ PlatformServices choosePlatform() {
         platform.pointer = std::make_unique<X11PointerMonitor>(*x11, *platform.scheduler);
         platform.foreground = std::make_unique<ActiveWindow>(*x11);
         platform.windows = std::make_unique<X11WindowControl>(*x11);
+        platform.hostWindows = std::make_unique<DesktopHostWindows>(
+            std::make_unique<X11WindowSystem>(*x11), QDBusConnection::sessionBus(),
+            *platform.background, *platform.scheduler);
         platform.statusItemHost =
             std::make_unique<StatusNotifierHost>(QDBusConnection::sessionBus());
         platform.motion = std::make_unique<DesktopMotion>(QDBusConnection::sessionBus());
