@@ -42,6 +42,11 @@ QList<WindowSystem::Window> windowsAround(const TerminalProcesses &processes,
     return result;
 }
 
+/// Some terminals put their own name behind the tab's.
+bool isTitled(const WindowSystem::Window &window, const QString &tab) {
+    return window.title == tab || window.title.startsWith(tab + QStringLiteral(" — "));
+}
+
 /// The one window for which the condition holds.
 template <typename Condition>
 QString onlyOne(const QList<WindowSystem::Window> &windows, Condition condition) {
@@ -102,8 +107,8 @@ void DesktopHostWindows::showWindow(const TerminalProcesses &processes,
         QString id = onlyOne(around, [](const auto &) { return true; });
         if (id.isEmpty()) {
             id = onlyOne(around, [&](const auto &window) {
-                return tab.tabTitle.isEmpty() ? window.id == tab.windowID
-                                              : window.title.startsWith(tab.tabTitle);
+                return tab.title.isEmpty() ? window.id == tab.windowID
+                                           : isTitled(window, tab.title);
             });
         }
         if (!id.isEmpty()) {

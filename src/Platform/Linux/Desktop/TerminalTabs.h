@@ -20,11 +20,11 @@ class TerminalTabs {
 public:
     explicit TerminalTabs(const QDBusConnection &bus) : m_bus(bus) {}
 
-    /// What is known of the window with the tab, which is its window's front one now.
+    /// What is known of the window in which the tab is at the front now.
     struct Outcome {
-        QString windowID;     ///< its number where the desktop is X11; may be out of date
-        QString tabTitle;     ///< which the window's title begins with, where the terminal tells
-        bool isShown = false; ///< the terminal has found it and asked for its window to be shown
+        QString windowID; ///< its number where the desktop is X11, as it was when the shell started
+        QString title;    ///< the tab's, for where that number may be out of date
+        bool isShown = false; ///< the terminal has asked for the window to be shown
     };
 
     /// The answer may come before the call returns.
