@@ -12,6 +12,9 @@
 #include "Platform/Linux/LowPriorityPool.h"
 #include "Platform/Linux/NetworkHttpsClient.h"
 #include "Platform/Linux/ProcessDialogue.h"
+#include "Platform/Linux/Wayland/HyprlandWindowSystem.h"
+#include "Platform/Linux/Wayland/KWinWindowSystem.h"
+#include "Platform/Linux/Wayland/SwayWindowSystem.h"
 #include "Platform/Linux/X11/ActiveWindow.h"
 #include "Platform/Linux/X11/ScreenDisplays.h"
 #include "Platform/Linux/X11/X11Connection.h"
@@ -31,6 +34,27 @@ void ring() {
     if (qobject_cast<QApplication *>(QCoreApplication::instance()) != nullptr) {
         QApplication::beep();
     }
+}
+
+/// A Wayland desktop that has a road of its own to all windows is asked on that; on any other only
+/// those of XWayland are to be seen.
+std::unique_ptr<WindowSystem> windowSystem(X11Connection &x11, Scheduler &scheduler) {
+    if (x11.isXwayland()) {
+        const QString sway = qEnvironmentVariable("SWAYSOCK");
+        const QString hyprland =
+            HyprlandWindowSystem::socketOf(qEnvironmentVariable("HYPRLAND_INSTANCE_SIGNATURE"));
+        const QString desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP");
+        if (!sway.isEmpty()) {
+            return std::make_unique<SwayWindowSystem>(sway);
+        }
+        if (!hyprland.isEmpty()) {
+            return std::make_unique<HyprlandWindowSystem>(hyprland);
+        }
+        if (desktops.split(QLatin1Char(':')).contains(QLatin1String("KDE"))) {
+            return std::make_unique<KWinWindowSystem>(QDBusConnection::sessionBus());
+        }
+    }
+    return std::make_unique<X11WindowSystem>(x11, scheduler);
 }
 
 } // namespace
@@ -57,7 +81,7 @@ PlatformServices choosePlatform() {
         platform.foreground = std::make_unique<ActiveWindow>(*x11);
         platform.windows = std::make_unique<X11WindowControl>(*x11);
         platform.hostWindows = std::make_unique<DesktopHostWindows>(
-            std::make_unique<X11WindowSystem>(*x11), QDBusConnection::sessionBus(),
+            windowSystem(*x11, *platform.scheduler), QDBusConnection::sessionBus(),
             *platform.background, *platform.scheduler);
         platform.statusItemHost =
             std::make_unique<StatusNotifierHost>(QDBusConnection::sessionBus());

@@ -36,9 +36,12 @@ public:
     /// minimised.
     virtual void activate(const QString &id) = 0;
 
-    /// What shows the desktop that a program about to be started is one that a person wants in
-    /// front, for its environment; empty where there is no such thing.
-    virtual void prepareLaunch(std::function<void(const QString &startupID)> prepared) = 0;
+    /// Tells what shows the desktop that a program which is about to be started is one that a
+    /// person waits for, for its environment; empty where there is no such thing. The answer may
+    /// come before the call returns.
+    virtual void prepareLaunch(const std::function<void(const QString &startupID)> &prepared) {
+        prepared({});
+    }
 };
 
 } // namespace morvane

@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/X11/X11Connection.h"
 #include "Platform/Linux/X11/XcbReply.h"
+#include "Platform/Scheduler.h"
 
 #include <QCoreApplication>
 #include <QSysInfo>
@@ -19,7 +20,9 @@ namespace {
 /// Of one text, which another program may have made as long as it likes.
 constexpr std::uint32_t maxTextWords = 256;
 
-constexpr std::uint32_t allDesktops = 0xffffffff;
+constexpr std::uint32_t allDesktops = 0xffffffff; ///< or one that isn't told
+const QByteArray currentDesktopName("_NET_CURRENT_DESKTOP");
+constexpr Seconds desktopLimit(0.5);
 constexpr std::uint32_t fromPerson = 2; ///< the source of a request that isn't the program's own
 
 /// Questions about a window that are all asked before the first is answered.
@@ -92,6 +95,16 @@ private:
 
 } // namespace
 
+X11WindowSystem::X11WindowSystem(X11Connection &x11, Scheduler &scheduler)
+    : m_x11(x11), m_scheduler(scheduler) {
+    QObject::connect(&m_x11, &X11Connection::rootPropertyChanged, &m_context,
+                     [this](std::uint32_t atom) {
+                         if (atom == m_x11.atom(currentDesktopName)) {
+                             bringForward();
+                         }
+                     });
+}
+
 void X11WindowSystem::list(Listed listed) {
     QMetaObject::invokeMethod(
         &m_context, [this, listed = std::move(listed)] { listed(windows()); },
@@ -119,22 +132,37 @@ QList<WindowSystem::Window> X11WindowSystem::windows() const {
 }
 
 void X11WindowSystem::activate(const QString &id) {
-    withTime([this, window = id.toUInt()](std::uint32_t time) { bringForward(window, time); });
+    withTime([this, window = id.toUInt()](std::uint32_t time) { goTo(window, time); });
 }
 
-/// Several window managers don't follow the request to a window of another desktop.
-void X11WindowSystem::bringForward(std::uint32_t window, std::uint32_t time) const {
-    const auto current = m_x11.property(m_x11.root(), "_NET_CURRENT_DESKTOP", XCB_ATOM_CARDINAL);
-    const auto desktop = m_x11.property(window, "_NET_WM_DESKTOP", XCB_ATOM_CARDINAL);
-    if (!desktop.isEmpty() && desktop.first() != allDesktops && desktop != current) {
-        send(m_x11.root(), "_NET_CURRENT_DESKTOP", {desktop.first(), time});
+/// Several window managers don't follow the request to a window of another desktop, and one that
+/// changes the desktop gives the keyboard to the window there that had it last: so the desktop
+/// comes first, and the window when that is there.
+void X11WindowSystem::goTo(std::uint32_t window, std::uint32_t time) {
+    m_window = window;
+    m_time = time;
+    const std::uint32_t desktop = desktopOf(window, "_NET_WM_DESKTOP");
+    if (desktop == allDesktops || desktop == desktopOf(m_x11.root(), currentDesktopName)) {
+        bringForward();
+        return;
     }
-    send(window, "_NET_ACTIVE_WINDOW", {fromPerson, time, XCB_WINDOW_NONE});
-    xcb_flush(m_x11.connection());
+    send(m_x11.root(), currentDesktopName, {desktop, time});
+    m_arrival = m_scheduler.after(desktopLimit, [this] { bringForward(); });
+}
+
+void X11WindowSystem::bringForward() {
+    m_arrival.cancel();
+    if (const auto window = std::exchange(m_window, XCB_WINDOW_NONE); window != XCB_WINDOW_NONE) {
+        send(window, "_NET_ACTIVE_WINDOW", {fromPerson, m_time, XCB_WINDOW_NONE});
+    }
+}
+
+std::uint32_t X11WindowSystem::desktopOf(std::uint32_t window, const QByteArray &property) const {
+    return m_x11.property(window, property, XCB_ATOM_CARDINAL).value(0, allDesktops);
 }
 
 /// To the window manager, which hears what is sent to the root window.
-void X11WindowSystem::send(std::uint32_t window, const char *message,
+void X11WindowSystem::send(std::uint32_t window, const QByteArray &message,
                            const QList<std::uint32_t> &items) const {
     xcb_client_message_event_t event{};
     event.response_type = XCB_CLIENT_MESSAGE;
@@ -145,12 +173,13 @@ void X11WindowSystem::send(std::uint32_t window, const char *message,
     xcb_send_event(m_x11.connection(), 0, m_x11.root(),
                    XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                    reinterpret_cast<const char *>(&event));
+    xcb_flush(m_x11.connection());
 }
 
 /// The form of the id is that of freedesktop.org's startup notification: whatever else it holds,
 /// toolkits and window managers read the time of the person's click from its end.
-void X11WindowSystem::prepareLaunch(std::function<void(const QString &startupID)> prepared) {
-    withTime([this, prepared = std::move(prepared)](std::uint32_t time) {
+void X11WindowSystem::prepareLaunch(const std::function<void(const QString &startupID)> &prepared) {
+    withTime([this, prepared](std::uint32_t time) {
         prepared(QStringLiteral("morvane-%1-%2_TIME%3")
                      .arg(QCoreApplication::applicationPid())
                      .arg(++m_launches)
