@@ -43,6 +43,11 @@ SocketQuestion::SocketQuestion(Length length, Finished finished, QObject *owner)
     QTimer::singleShot(answerLimit, this, [this] { end(std::nullopt); });
 }
 
+/// A socket that goes says that it has been disconnected.
+SocketQuestion::~SocketQuestion() {
+    m_socket.disconnect(this);
+}
+
 void SocketQuestion::read() {
     m_answer += m_socket.read(longestAnswer + 1 - m_answer.size());
     const auto length = m_length(m_answer);

@@ -25,6 +25,7 @@ public:
     /// the answer is longer than 1 MiB, or hasn't come after two seconds.
     static void ask(const QString &path, const QByteArray &question, const Length &length,
                     const Finished &finished, QObject *owner);
+    ~SocketQuestion() override;
 
 private:
     SocketQuestion(Length length, Finished finished, QObject *owner);
