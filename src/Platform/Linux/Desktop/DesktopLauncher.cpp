@@ -9,11 +9,14 @@
 #include <QProcess>
 #include <QStandardPaths>
 
+#include <linux/close_range.h>
 #include <unistd.h>
 
 namespace morvane::DesktopLauncher {
 
 namespace {
+
+constexpr unsigned int firstOwn = 3; ///< the descriptor behind input, output and errors
 
 bool isTrue(const std::optional<QString> &value) {
     return value == QLatin1String("true") || value == QLatin1String("1");
@@ -66,6 +69,8 @@ void detach() {
         ::_exit(0);
     }
     restoreDescriptorLimit();
+    // Whatever this program has been given by the one that has started it.
+    ::close_range(firstOwn, ~0U, CLOSE_RANGE_CLOEXEC);
 }
 
 void start(const QStringList &command, const QString &startupID) {

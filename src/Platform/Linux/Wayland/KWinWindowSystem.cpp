@@ -5,6 +5,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 #include <QTemporaryFile>
 #include <QTimer>
 #include <QUuid>
@@ -57,10 +58,16 @@ for (var i = 0; i < windows.length; ++i) {
 }
 )");
 
+/// KWin numbers the titles of windows that have the same, behind them.
+QString withoutNumber(const QString &title) {
+    static const QRegularExpression number(QStringLiteral(" <[0-9]+>\\x{200E}?$"));
+    return QString(title).remove(number);
+}
+
 WindowSystem::Window windowOf(const QJsonObject &told) {
     WindowSystem::Window result;
     result.id = told[QLatin1String("id")].toString();
-    result.title = told[QLatin1String("title")].toString().left(longestTitle);
+    result.title = withoutNumber(told[QLatin1String("title")].toString().left(longestTitle));
     for (const QJsonValue &name : told[QLatin1String("names")].toArray()) {
         result.names.append(name.toString());
     }
