@@ -13,8 +13,8 @@ namespace morvane {
 
 namespace {
 
-constexpr int patience = 1000; // milliseconds, for each question
-constexpr int shownTitle = 1;  ///< of the titles that Konsole has, the one with its parts filled in
+constexpr int questionLimit = 1000; // milliseconds
+constexpr int shownTitle = 1; ///< of the titles that Konsole has, the one with its parts filled in
 
 /// The objects just below one of the bus.
 QStringList childrenIn(const QString &introspection) {
@@ -119,7 +119,7 @@ void TerminalTabs::ask(const Place &place, const char *method, const QVariantLis
                                                            place.interface, QLatin1String(method));
     question.setArguments(arguments);
     question.setAutoStartService(false);
-    auto *call = new QDBusPendingCallWatcher(m_bus.asyncCall(question, patience), &m_context);
+    auto *call = new QDBusPendingCallWatcher(m_bus.asyncCall(question, questionLimit), &m_context);
     QObject::connect(call, &QDBusPendingCallWatcher::finished, &m_context,
                      [call, answered = std::move(answered)] {
                          call->deleteLater();

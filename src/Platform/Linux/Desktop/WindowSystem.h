@@ -13,6 +13,9 @@ namespace morvane {
 /// returned, unless this object has gone by then.
 class WindowSystem {
 public:
+    /// Of the title that another program gives its window, as far as it is read; in characters.
+    static constexpr qsizetype longestTitle = 1024;
+
     struct Window {
         QString id; ///< good for as long as the window is there
         QString title;

@@ -14,8 +14,6 @@ namespace morvane {
 
 namespace {
 
-constexpr qsizetype longestTitle = 1024;
-
 /// Nothing else goes into a command.
 bool isAddress(const QString &id) {
     static const QRegularExpression address(QStringLiteral("\\A0x[0-9a-fA-F]{1,16}\\z"));
@@ -73,7 +71,7 @@ QList<WindowSystem::Window> HyprlandWindowSystem::windows(const QByteArray &answ
     for (const QJsonObject &client : clients) {
         Window window;
         window.id = client[QLatin1String("address")].toString();
-        window.title = client[QLatin1String("title")].toString().left(longestTitle);
+        window.title = client[QLatin1String("title")].toString().left(WindowSystem::longestTitle);
         window.names = {client[QLatin1String("class")].toString(),
                         client[QLatin1String("initialClass")].toString()};
         window.names.removeAll(QString());

@@ -18,7 +18,6 @@ namespace morvane {
 namespace {
 
 constexpr std::chrono::seconds scriptLimit(2);
-constexpr qsizetype longestTitle = 1024;
 const QString receiverPath = QStringLiteral("/Windows");
 
 /// From the front to the back where the release tells. What lies around every script: "windows"
@@ -67,7 +66,8 @@ QString withoutNumber(const QString &title) {
 WindowSystem::Window windowOf(const QJsonObject &told) {
     WindowSystem::Window result;
     result.id = told[QLatin1String("id")].toString();
-    result.title = withoutNumber(told[QLatin1String("title")].toString().left(longestTitle));
+    result.title =
+        withoutNumber(told[QLatin1String("title")].toString().left(WindowSystem::longestTitle));
     for (const QJsonValue &name : told[QLatin1String("names")].toArray()) {
         result.names.append(name.toString());
     }

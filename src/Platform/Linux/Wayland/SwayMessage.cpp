@@ -13,7 +13,6 @@ namespace {
 
 const QByteArray magic("i3-ipc");
 constexpr qsizetype numberSize = sizeof(std::uint32_t);
-constexpr qsizetype longestTitle = 1024;
 
 /// Both ends are on one machine, so the numbers are in its own order of bytes.
 QByteArray bytesOf(std::uint32_t number) {
@@ -47,7 +46,7 @@ void collect(const QJsonObject &node, QList<WindowSystem::Window> &result) {
         const QJsonObject x11 = node[QLatin1String("window_properties")].toObject();
         WindowSystem::Window window;
         window.id = QString::number(node[QLatin1String("id")].toInteger());
-        window.title = node[QLatin1String("name")].toString().left(longestTitle);
+        window.title = node[QLatin1String("name")].toString().left(WindowSystem::longestTitle);
         window.names = {node[QLatin1String("app_id")].toString(),
                         x11[QLatin1String("class")].toString(),
                         x11[QLatin1String("instance")].toString()};

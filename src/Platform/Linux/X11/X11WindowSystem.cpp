@@ -18,7 +18,7 @@ namespace morvane {
 namespace {
 
 /// Of one text, which another program may have made as long as it likes.
-constexpr std::uint32_t maxTextWords = 256;
+constexpr std::uint32_t maxTextWords = WindowSystem::longestTitle / sizeof(std::uint32_t);
 
 constexpr std::uint32_t allDesktops = 0xffffffff; ///< or one that isn't told
 const QByteArray currentDesktopName("_NET_CURRENT_DESKTOP");
