@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/Desktop/AutostartEntry.h"
 #include "Platform/Linux/Desktop/DesktopApplications.h"
+#include "Platform/Linux/Desktop/DesktopHostWindows.h"
 #include "Platform/Linux/Desktop/DesktopMotion.h"
 #include "Platform/Linux/Desktop/PlayerPrograms.h"
 #include "Platform/Linux/Desktop/SecretService.h"
@@ -11,12 +12,16 @@
 #include "Platform/Linux/LowPriorityPool.h"
 #include "Platform/Linux/NetworkHttpsClient.h"
 #include "Platform/Linux/ProcessDialogue.h"
+#include "Platform/Linux/Wayland/HyprlandWindowSystem.h"
+#include "Platform/Linux/Wayland/KWinWindowSystem.h"
+#include "Platform/Linux/Wayland/SwayWindowSystem.h"
 #include "Platform/Linux/X11/ActiveWindow.h"
 #include "Platform/Linux/X11/ScreenDisplays.h"
 #include "Platform/Linux/X11/X11Connection.h"
 #include "Platform/Linux/X11/X11OverlayWindows.h"
 #include "Platform/Linux/X11/X11PointerMonitor.h"
 #include "Platform/Linux/X11/X11WindowControl.h"
+#include "Platform/Linux/X11/X11WindowSystem.h"
 
 #include <QApplication>
 
@@ -29,6 +34,27 @@ void ring() {
     if (qobject_cast<QApplication *>(QCoreApplication::instance()) != nullptr) {
         QApplication::beep();
     }
+}
+
+/// A Wayland desktop that has a road of its own to all windows is asked on that; on any other only
+/// those of XWayland are to be seen.
+std::unique_ptr<WindowSystem> windowSystem(X11Connection &x11, Scheduler &scheduler) {
+    if (x11.isXwayland()) {
+        const QString sway = qEnvironmentVariable("SWAYSOCK");
+        const QString hyprland =
+            HyprlandWindowSystem::socketOf(qEnvironmentVariable("HYPRLAND_INSTANCE_SIGNATURE"));
+        const QString desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP");
+        if (!sway.isEmpty()) {
+            return std::make_unique<SwayWindowSystem>(sway);
+        }
+        if (!hyprland.isEmpty()) {
+            return std::make_unique<HyprlandWindowSystem>(hyprland);
+        }
+        if (desktops.split(QLatin1Char(':')).contains(QLatin1String("KDE"))) {
+            return std::make_unique<KWinWindowSystem>(QDBusConnection::sessionBus());
+        }
+    }
+    return std::make_unique<X11WindowSystem>(x11, scheduler);
 }
 
 } // namespace
@@ -54,6 +80,9 @@ PlatformServices choosePlatform() {
         platform.pointer = std::make_unique<X11PointerMonitor>(*x11, *platform.scheduler);
         platform.foreground = std::make_unique<ActiveWindow>(*x11);
         platform.windows = std::make_unique<X11WindowControl>(*x11);
+        platform.hostWindows = std::make_unique<DesktopHostWindows>(
+            windowSystem(*x11, *platform.scheduler), QDBusConnection::sessionBus(),
+            *platform.background, *platform.scheduler);
         platform.statusItemHost =
             std::make_unique<StatusNotifierHost>(QDBusConnection::sessionBus());
         platform.motion = std::make_unique<DesktopMotion>(QDBusConnection::sessionBus());

@@ -4,11 +4,24 @@
 
 namespace morvane {
 
+namespace {
+
+rlimit original{}; // empty until the limit has been raised
+
+} // namespace
+
 void raiseDescriptorLimit() {
     rlimit limit{};
     if (::getrlimit(RLIMIT_NOFILE, &limit) == 0) {
+        original = limit;
         limit.rlim_cur = limit.rlim_max;
         ::setrlimit(RLIMIT_NOFILE, &limit);
+    }
+}
+
+void restoreDescriptorLimit() {
+    if (original.rlim_max > 0) {
+        ::setrlimit(RLIMIT_NOFILE, &original);
     }
 }
 

@@ -3,8 +3,6 @@
 #include "Platform/Linux/Desktop/DesktopEntry.h"
 #include "Platform/Linux/Desktop/KnownApplications.h"
 
-#include <QStandardPaths>
-
 namespace morvane {
 
 namespace {
@@ -12,13 +10,8 @@ namespace {
 /// What the application's desktop entry has for a key.
 std::optional<QString> entryValue(const QString &bundleID, QLatin1String key) {
     for (const QString &id : KnownApplications::desktopEntryIDs(bundleID)) {
-        // What hooks report as an application is not to lead out of the data folders.
-        if (id.contains(QLatin1Char('/'))) {
-            continue;
-        }
-        const QString path = QStandardPaths::locate(QStandardPaths::ApplicationsLocation,
-                                                    id + QLatin1String(".desktop"));
-        auto value = path.isEmpty() ? std::nullopt : DesktopEntry::value(path, key);
+        const auto path = DesktopEntry::pathOf(id);
+        auto value = path ? DesktopEntry::value(*path, key) : std::nullopt;
         if (value) {
             return value;
         }

@@ -1,8 +1,112 @@
 #include "Platform/Linux/Desktop/DesktopEntry.h"
 
 #include <QFile>
+#include <QStandardPaths>
+
+#include <utility>
 
 namespace morvane::DesktopEntry {
+
+namespace {
+
+/// Undoes the escapes that a value of any key may have. What follows another backslash stays as it
+/// is, for the next reader.
+QString unescaped(const QString &value) {
+    QString result;
+    for (qsizetype index = 0; index < value.size(); ++index) {
+        const QChar next = index + 1 < value.size() ? value[index + 1] : QChar();
+        constexpr QStringView letters = u"sntr\\";
+        const qsizetype known = value[index] == u'\\' ? letters.indexOf(next) : -1;
+        result += known < 0 ? value[index] : QStringView(u" \n\t\r\\")[known];
+        index += known < 0 ? 0 : 1;
+    }
+    return result;
+}
+
+/// Splits a command line into its words, and takes out what stands for the files to open.
+class CommandReader {
+public:
+    explicit CommandReader(const QString &text) : m_text(text) {}
+
+    std::optional<QStringList> read() {
+        while (m_index < m_text.size()) {
+            if (!readCharacter(m_text[m_index++])) {
+                return std::nullopt;
+            }
+        }
+        endWord();
+        return m_quote.isNull() && !m_words.value(0).isEmpty() ? std::optional(m_words)
+                                                               : std::nullopt;
+    }
+
+private:
+    bool readCharacter(QChar character) {
+        if (m_quote.isNull() && (character == u' ' || character == u'\t' || character == u'\n')) {
+            endWord();
+        } else if (character == m_quote) {
+            m_quote = QChar();
+        } else if (m_quote.isNull() && (character == u'"' || character == u'\'')) {
+            m_quote = character;
+            m_isWord = true;
+        } else if (character == u'\\' && m_quote != u'\'') {
+            return readEscape();
+        } else if (character == u'%') {
+            return readFieldCode();
+        } else {
+            add(character);
+        }
+        return true;
+    }
+
+    /// Between quotes a backslash means itself before most characters.
+    bool readEscape() {
+        if (m_index == m_text.size()) {
+            return false;
+        }
+        if (!m_quote.isNull() && !QStringView(u"\"`$\\").contains(m_text[m_index])) {
+            add(u'\\');
+        }
+        add(m_text[m_index++]);
+        return true;
+    }
+
+    bool readFieldCode() {
+        const QChar code = m_index < m_text.size() ? m_text[m_index++] : QChar();
+        if (code == u'%') {
+            add(code);
+        }
+        return QStringView(u"%fFuUdDnNickvm").contains(code);
+    }
+
+    void add(QChar character) {
+        m_word += character;
+        m_isWord = true;
+    }
+
+    void endWord() {
+        if (std::exchange(m_isWord, false)) {
+            m_words.append(std::exchange(m_word, QString()));
+        }
+    }
+
+    const QString m_text;
+    qsizetype m_index = 0;
+    QChar m_quote; ///< null outside of quotes
+    QString m_word;
+    bool m_isWord = false; ///< quotes alone make an empty one, and a field code none
+    QStringList m_words;
+};
+
+} // namespace
+
+/// What hooks report as an application is not to lead out of the data folders.
+std::optional<QString> pathOf(const QString &id) {
+    const QString path = id.contains(QLatin1Char('/'))
+                             ? QString()
+                             : QStandardPaths::locate(QStandardPaths::ApplicationsLocation,
+                                                      id + QLatin1String(".desktop"));
+    return path.isEmpty() ? std::nullopt : std::optional(path);
+}
 
 std::optional<QString> value(const QString &path, QLatin1String key) {
     QFile file(path);
@@ -36,6 +140,10 @@ QByteArray execValue(const QString &program) {
     text.replace(QLatin1Char('\r'), QLatin1String("\\r"));
     text.replace(QLatin1Char('\t'), QLatin1String("\\t"));
     return text.toUtf8();
+}
+
+std::optional<QStringList> command(const QString &execValue) {
+    return CommandReader(unescaped(execValue)).read();
 }
 
 } // namespace morvane::DesktopEntry

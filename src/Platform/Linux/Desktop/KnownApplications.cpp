@@ -79,21 +79,34 @@ bool isNamed(const QString &name, const char *known) {
     return name.compare(QLatin1String(known), Qt::CaseInsensitive) == 0;
 }
 
+const Application *find(const QString &bundleID) {
+    const auto *const found = std::ranges::find_if(applications, [&](const Application &known) {
+        return bundleID == QLatin1String(known.bundleID);
+    });
+    return found == applications.end() ? nullptr : found;
+}
+
+template <std::size_t size>
+QStringList textsOf(const std::array<const char *, size> &texts) {
+    QStringList result;
+    for (const char *text : texts) {
+        if (text) {
+            result.append(QString::fromLatin1(text));
+        }
+    }
+    return result;
+}
+
 } // namespace
 
 QStringList desktopEntryIDs(const QString &bundleID) {
-    for (const Application &application : applications) {
-        if (bundleID == QLatin1String(application.bundleID)) {
-            QStringList result;
-            for (const char *id : application.desktopEntryIDs) {
-                if (id) {
-                    result.append(QString::fromLatin1(id));
-                }
-            }
-            return result;
-        }
-    }
-    return {bundleID};
+    const Application *application = find(bundleID);
+    return application ? textsOf(application->desktopEntryIDs) : QStringList{bundleID};
+}
+
+QStringList windowClasses(const QString &bundleID) {
+    const Application *application = find(bundleID);
+    return application ? textsOf(application->windowClasses) : QStringList();
 }
 
 QString bundleID(const QString &windowClass) {

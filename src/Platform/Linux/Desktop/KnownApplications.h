@@ -10,6 +10,9 @@ namespace morvane::KnownApplications {
 /// one that we don't know.
 QStringList desktopEntryIDs(const QString &bundleID);
 
+/// The classes that the application's windows are known to have; empty for one that we don't know.
+QStringList windowClasses(const QString &bundleID);
+
 /// The identifier of the application whose window has this class (the second of the two names of
 /// WM_CLASS); the class itself for one that we don't know.
 QString bundleID(const QString &windowClass);

@@ -8,13 +8,13 @@ namespace morvane {
 
 namespace {
 
-const QString service = QStringLiteral("org.kde.StatusNotifierWatcher");
-const QString path = QStringLiteral("/StatusNotifierWatcher");
+const QString watcherService = QStringLiteral("org.kde.StatusNotifierWatcher");
+const QString watcherPath = QStringLiteral("/StatusNotifierWatcher");
 
 } // namespace
 
 StatusNotifierHost::StatusNotifierHost(const QDBusConnection &bus)
-    : m_bus(bus), m_watcher(service, m_bus, QDBusServiceWatcher::WatchForOwnerChange) {
+    : m_bus(bus), m_watcher(watcherService, m_bus, QDBusServiceWatcher::WatchForOwnerChange) {
     if (!m_bus.isConnected()) {
         return;
     }
@@ -23,7 +23,8 @@ StatusNotifierHost::StatusNotifierHost(const QDBusConnection &bus)
             [this] { setPresent(false); });
     // The bus knows signals by their name alone.
     for (const char *signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
-        m_bus.connect(service, path, service, QLatin1String(signal), this, SLOT(ask()));
+        m_bus.connect(watcherService, watcherPath, watcherService, QLatin1String(signal), this,
+                      SLOT(ask()));
     }
     ask();
 }
@@ -31,8 +32,9 @@ StatusNotifierHost::StatusNotifierHost(const QDBusConnection &bus)
 /// A bus without the watcher answers with an error at once.
 void StatusNotifierHost::ask() {
     QDBusMessage question = QDBusMessage::createMethodCall(
-        service, path, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
-    question.setArguments({service, QStringLiteral("IsStatusNotifierHostRegistered")});
+        watcherService, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"),
+        QStringLiteral("Get"));
+    question.setArguments({watcherService, QStringLiteral("IsStatusNotifierHostRegistered")});
     // Asking is not a reason to start one.
     question.setAutoStartService(false);
     auto *call = new QDBusPendingCallWatcher(m_bus.asyncCall(question), this);

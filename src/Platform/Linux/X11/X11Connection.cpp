@@ -222,6 +222,31 @@ void X11Connection::readInputEvent(std::uint16_t type, std::uint32_t detail) {
     }
 }
 
+/// The server says it only with an event, and this change brings one about.
+void X11Connection::askTime() {
+    if (m_clock == XCB_WINDOW_NONE) {
+        const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+        m_clock = xcb_generate_id(connection());
+        xcb_create_window(connection(), XCB_COPY_FROM_PARENT, m_clock, m_root, 0, 0, 1, 1, 0,
+                          XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK,
+                          &events);
+    }
+    xcb_change_property(connection(), XCB_PROP_MODE_APPEND, m_clock, XCB_ATOM_WM_NAME,
+                        XCB_ATOM_STRING, 8, 0, nullptr);
+    xcb_flush(connection());
+}
+
+void X11Connection::readPropertyChange(std::uint32_t window, std::uint32_t atom,
+                                       std::uint32_t time) {
+    if (window == m_root) {
+        emit rootPropertyChanged(atom);
+    } else if (window == m_clock) {
+        emit timeTold(time);
+    } else {
+        emit windowPropertyChanged(window, atom);
+    }
+}
+
 void X11Connection::readEvents() {
     if (xcb_connection_has_error(connection()) != 0) {
         // A broken connection stays readable for ever.
@@ -233,11 +258,7 @@ void X11Connection::readEvents() {
         const auto type = static_cast<std::uint8_t>(event->response_type & 0x7f);
         if (type == XCB_PROPERTY_NOTIFY) {
             const auto *notice = reinterpret_cast<xcb_property_notify_event_t *>(event.get());
-            if (notice->window == m_root) {
-                emit rootPropertyChanged(notice->atom);
-            } else {
-                emit windowPropertyChanged(notice->window, notice->atom);
-            }
+            readPropertyChange(notice->window, notice->atom, notice->time);
         } else if (type == XCB_GE_GENERIC) {
             const auto *notice =
                 reinterpret_cast<xcb_input_raw_button_press_event_t *>(event.get());

@@ -51,6 +51,10 @@ public:
     /// Whether to tell of the motion of all mice, which may be a thousand times a second.
     void watchMotion(bool watch);
 
+    /// Asks for the present time of the server, by which window managers tell what a person wants
+    /// now from what comes late.
+    void askTime();
+
     /// True while a compositing manager runs on our screen.
     bool isComposited() const { return m_composited; }
 
@@ -68,6 +72,8 @@ signals:
     /// Windows that lie on the desktop have been shown, hidden or closed, or put into another.
     void topLevelsChanged();
     void compositedChanged();
+    /// The time that was asked for, in the server's milliseconds.
+    void timeTold(std::uint32_t time);
     /// A mouse button has gone down somewhere on the screen, even where another program sees it.
     void pressed(std::uint32_t button);
     /// A mouse has moved.
@@ -84,6 +90,7 @@ private:
     void watchRoot(std::uint32_t events);
     void watchCompositor(int screen);
     void findInputExtension();
+    void readPropertyChange(std::uint32_t window, std::uint32_t atom, std::uint32_t time);
     void selectInput(std::uint16_t devices, std::uint32_t mask);
     void readEvents();
     void readInputEvent(std::uint16_t type, std::uint32_t detail);
@@ -92,6 +99,7 @@ private:
     Handle m_connection;
     QSocketNotifier *m_notifier = nullptr;
     std::uint32_t m_root = 0;
+    std::uint32_t m_clock = 0; ///< a window that is never shown, made when the time is asked for
     std::uint32_t m_compositorSelection = 0;
     std::uint8_t m_selectionEvent = 0;
     std::uint8_t m_inputExtension = 0; ///< its opcode, 0 where it is missing or too old

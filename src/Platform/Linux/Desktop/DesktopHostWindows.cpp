@@ -1,0 +1,121 @@
+#include "Platform/Linux/Desktop/DesktopHostWindows.h"
+
+#include "Platform/BackgroundPool.h"
+#include "Platform/Linux/Desktop/DesktopEntry.h"
+#include "Platform/Linux/Desktop/DesktopLauncher.h"
+#include "Platform/Linux/Desktop/KnownApplications.h"
+#include "Platform/Linux/TerminalProcesses.h"
+
+#include <algorithm>
+
+namespace morvane {
+
+namespace {
+
+/// What the application's windows may call it.
+QStringList namesOf(const QString &bundleID) {
+    QStringList result = KnownApplications::windowClasses(bundleID);
+    result.append(bundleID);
+    for (const QString &id : KnownApplications::desktopEntryIDs(bundleID)) {
+        result.append(id);
+        const auto entry = DesktopEntry::pathOf(id);
+        if (const auto name = entry ? DesktopEntry::value(*entry, QLatin1String("StartupWMClass"))
+                                    : std::nullopt) {
+            result.append(*name);
+        }
+    }
+    result.removeAll(QString());
+    return result;
+}
+
+/// The windows of the process that is the nearest to the shell of those that have any.
+QList<WindowSystem::Window> windowsAround(const TerminalProcesses &processes,
+                                          const QList<WindowSystem::Window> &windows) {
+    QList<WindowSystem::Window> result;
+    for (const TerminalProcesses::Process &ancestor : processes.ancestors) {
+        std::ranges::copy_if(windows, std::back_inserter(result),
+                             [&](const auto &window) { return window.process == ancestor.id; });
+        if (!result.isEmpty()) {
+            break;
+        }
+    }
+    return result;
+}
+
+/// Some terminals put their own name behind the tab's.
+bool isTitled(const WindowSystem::Window &window, const QString &tab) {
+    return window.title == tab || window.title.startsWith(tab + QStringLiteral(" — "));
+}
+
+/// The one window for which the condition holds.
+template <typename Condition>
+QString onlyOne(const QList<WindowSystem::Window> &windows, Condition condition) {
+    const auto first = std::ranges::find_if(windows, condition);
+    return std::ranges::count_if(windows, condition) == 1 ? first->id : QString();
+}
+
+} // namespace
+
+DesktopHostWindows::DesktopHostWindows(std::unique_ptr<WindowSystem> windows,
+                                       const QDBusConnection &bus, BackgroundPool &pool,
+                                       Scheduler &scheduler)
+    : m_windows(std::move(windows)), m_tabs(bus), m_pool(pool), m_scheduler(scheduler) {}
+
+void DesktopHostWindows::find(const QString &bundleID, Found found) {
+    m_windows->list([bundleID, found = std::move(found)](const auto &windows) {
+        const QStringList names = namesOf(bundleID);
+        RunningHost host;
+        for (const WindowSystem::Window &window : windows) {
+            if (std::ranges::any_of(window.names, [&](const QString &name) {
+                    return names.contains(name, Qt::CaseInsensitive);
+                })) {
+                host.windows.append({window.id, window.title});
+            }
+        }
+        host.id = host.windows.isEmpty() ? QString() : host.windows.first().id;
+        found(host.windows.isEmpty() ? std::nullopt : std::optional(host));
+    });
+}
+
+void DesktopHostWindows::activate(const RunningHost &host) {
+    const bool isRaised = std::ranges::any_of(
+        host.windows, [this](const HostWindow &window) { return window.id == m_raised; });
+    m_windows->activate(isRaised ? m_raised : host.id);
+    m_raised.clear();
+}
+
+void DesktopHostWindows::launch(const QString &bundleID) {
+    m_windows->prepareLaunch(
+        [bundleID](const QString &startupID) { DesktopLauncher::launch(bundleID, startupID); });
+}
+
+void DesktopHostWindows::showTerminal(const QString &tty, Shown shown) {
+    m_pool.compute([tty] { return TerminalProcesses::of(tty); }, m_scheduler, &m_context,
+                   [this, shown = std::move(shown)](const TerminalProcesses &processes) {
+                       m_tabs.select(processes, [this, processes, shown](const auto &tab) {
+                           showWindow(processes, tab, shown);
+                       });
+                   });
+}
+
+/// A program with one window has it there. Of several, the terminal tells which, now or when it
+/// started the shell; else a guess would be as good as none.
+void DesktopHostWindows::showWindow(const TerminalProcesses &processes,
+                                    const TerminalTabs::Outcome &tab, const Shown &shown) {
+    m_windows->list([this, processes, tab, shown](const auto &windows) {
+        const auto around = windowsAround(processes, windows);
+        QString id = onlyOne(around, [](const auto &) { return true; });
+        if (id.isEmpty()) {
+            id = onlyOne(around, [&](const auto &window) {
+                return tab.title.isEmpty() ? window.id == tab.windowID
+                                           : isTitled(window, tab.title);
+            });
+        }
+        if (!id.isEmpty()) {
+            m_windows->activate(id);
+        }
+        shown(!id.isEmpty() || tab.isShown);
+    });
+}
+
+} // namespace morvane

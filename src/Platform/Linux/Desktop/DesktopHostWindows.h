@@ -1,0 +1,46 @@
+#pragma once
+
+#include "Platform/HostWindows.h"
+#include "Platform/Linux/Desktop/TerminalTabs.h"
+#include "Platform/Linux/Desktop/WindowSystem.h"
+
+#include <QObject>
+
+#include <memory>
+
+namespace morvane {
+
+class BackgroundPool;
+class Scheduler;
+struct TerminalProcesses;
+
+/// Programs that host sessions, found by what their windows call them, over the desktop's way to
+/// windows. Owned by the application; the pool and the scheduler must outlive it.
+class DesktopHostWindows : public HostWindows {
+public:
+    DesktopHostWindows(std::unique_ptr<WindowSystem> windows, const QDBusConnection &bus,
+                       BackgroundPool &pool, Scheduler &scheduler);
+
+    void find(const QString &bundleID, Found found) override;
+
+    /// It comes to the top with its program: before that, some desktops would only blink at the
+    /// person.
+    void raise(const HostWindow &window) override { m_raised = window.id; }
+
+    void activate(const RunningHost &host) override;
+    void launch(const QString &bundleID) override;
+    void showTerminal(const QString &tty, Shown shown) override;
+
+private:
+    void showWindow(const TerminalProcesses &processes, const TerminalTabs::Outcome &tab,
+                    const Shown &shown);
+
+    std::unique_ptr<WindowSystem> m_windows;
+    TerminalTabs m_tabs;
+    BackgroundPool &m_pool;
+    Scheduler &m_scheduler;
+    QString m_raised;  ///< the window that is to come to the front of its program
+    QObject m_context; ///< with it go the answers that are still to come
+};
+
+} // namespace morvane

@@ -1,0 +1,103 @@
+#include "Platform/Linux/Desktop/DesktopLauncher.h"
+
+#include "Platform/Linux/DescriptorLimit.h"
+#include "Platform/Linux/Desktop/DesktopEntry.h"
+#include "Platform/Linux/Desktop/KnownApplications.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
+
+#include <linux/close_range.h>
+#include <unistd.h>
+
+namespace morvane::DesktopLauncher {
+
+namespace {
+
+constexpr unsigned int firstOwn = 3; ///< the descriptor behind input, output and errors
+
+bool isTrue(const std::optional<QString> &value) {
+    return value == QLatin1String("true") || value == QLatin1String("1");
+}
+
+/// A program that lies in a folder is to be named by its whole path: ours means nothing to it.
+QString executable(const QString &program) {
+    if (!program.contains(QLatin1Char('/'))) {
+        return QStandardPaths::findExecutable(program);
+    }
+    const QFileInfo info(program);
+    return info.isAbsolute() && info.isFile() && info.isExecutable() ? program : QString();
+}
+
+/// The program's whole path and its arguments; none where the entry can't be started.
+std::optional<QStringList> commandOf(const QString &entry) {
+    if (isTrue(DesktopEntry::value(entry, QLatin1String("Hidden"))) ||
+        isTrue(DesktopEntry::value(entry, QLatin1String("Terminal")))) {
+        return std::nullopt;
+    }
+    auto command = DesktopEntry::command(
+        DesktopEntry::value(entry, QLatin1String("Exec")).value_or(QString()));
+    if (command) {
+        command->first() = executable(command->first());
+    }
+    return command && !command->first().isEmpty() ? command : std::nullopt;
+}
+
+/// Ours, without what was said to this program alone.
+QProcessEnvironment environment(const QString &startupID) {
+    QProcessEnvironment result = QProcessEnvironment::systemEnvironment();
+    for (const char *own :
+         {"QT_QPA_PLATFORM", "GIO_LAUNCHED_DESKTOP_FILE", "GIO_LAUNCHED_DESKTOP_FILE_PID"}) {
+        result.remove(QLatin1String(own));
+    }
+    for (const char *token : {"DESKTOP_STARTUP_ID", "XDG_ACTIVATION_TOKEN"}) {
+        result.remove(QLatin1String(token));
+        if (!startupID.isEmpty()) {
+            result.insert(QLatin1String(token), startupID);
+        }
+    }
+    return result;
+}
+
+/// In the child. Its own child becomes the application, and is nobody's; this one ends at once,
+/// which is what the parent hears. Only what may be called after a fork in a program with threads.
+void detach() {
+    ::setsid();
+    if (::fork() != 0) {
+        ::_exit(0);
+    }
+    restoreDescriptorLimit();
+    // Whatever this program has been given by the one that has started it.
+    ::close_range(firstOwn, ~0U, CLOSE_RANGE_CLOEXEC);
+}
+
+void start(const QStringList &command, const QString &startupID) {
+    auto *process = new QProcess;
+    QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
+    QObject::connect(process, &QProcess::errorOccurred, process, &QObject::deleteLater);
+    process->setProgram(command.first());
+    process->setArguments(command.mid(1));
+    process->setProcessEnvironment(environment(startupID));
+    process->setWorkingDirectory(QDir::homePath());
+    process->setStandardInputFile(QProcess::nullDevice());
+    process->setStandardOutputFile(QProcess::nullDevice());
+    process->setStandardErrorFile(QProcess::nullDevice());
+    process->setChildProcessModifier(&detach);
+    process->start();
+}
+
+} // namespace
+
+void launch(const QString &bundleID, const QString &startupID) {
+    for (const QString &id : KnownApplications::desktopEntryIDs(bundleID)) {
+        const auto entry = DesktopEntry::pathOf(id);
+        if (const auto command = entry ? commandOf(*entry) : std::nullopt) {
+            start(*command, startupID);
+            return;
+        }
+    }
+}
+
+} // namespace morvane::DesktopLauncher

@@ -1,0 +1,100 @@
+#include "Platform/Linux/TerminalProcesses.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <algorithm>
+#include <optional>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+
+namespace morvane {
+
+namespace {
+
+/// Of an environment, which may be as long as a command line.
+constexpr qint64 longestFile = 256 * 1024;
+constexpr qsizetype maxAncestors = 64;
+
+struct Status {
+    TerminalProcesses::Process process;
+    qint64 parent = 0;
+    qint64 session = 0;
+    qint64 terminal = 0;
+};
+
+QByteArray fileText(const QString &path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.read(longestFile) : QByteArray();
+}
+
+/// The name stands in parentheses and may itself hold blanks and parentheses, so the fields behind
+/// it count from the last one.
+std::optional<Status> statusOf(qint64 id, const QString &folder) {
+    const QByteArray text = fileText(QStringLiteral("%1/%2/stat").arg(folder).arg(id));
+    const qsizetype start = text.indexOf('(');
+    const qsizetype end = text.lastIndexOf(')');
+    const QList<QByteArray> fields = text.mid(end + 2).split(' ');
+    if (start < 0 || end < start || fields.size() < 5) {
+        return std::nullopt;
+    }
+    return Status{{id, text.mid(start + 1, end - start - 1)},
+                  fields[1].toLongLong(),
+                  fields[3].toLongLong(),
+                  fields[4].toLongLong()};
+}
+
+/// As the kernel writes it there: the lowest byte of the minor number, the major number, the rest.
+qint64 numberOf(dev_t device) {
+    const unsigned int low = minor(device) & 0xffU;
+    const unsigned int high = minor(device) & ~0xffU;
+    return static_cast<qint32>(low | (major(device) << 8U) | (high << 12U));
+}
+
+std::optional<Status> sessionLeader(qint64 terminal, const QString &folder) {
+    for (const QString &entry : QDir(folder).entryList(QDir::Dirs)) {
+        bool isProcess = false;
+        const qint64 id = entry.toLongLong(&isProcess);
+        const auto status = isProcess ? statusOf(id, folder) : std::nullopt;
+        if (status && status->terminal == terminal && status->session == id) {
+            return status;
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+QString TerminalProcesses::variable(const QByteArray &name) const {
+    const auto found = std::ranges::find_if(
+        environment, [&](const QByteArray &entry) { return entry.startsWith(name + '='); });
+    return found == environment.end() ? QString() : QString::fromUtf8(found->mid(name.size() + 1));
+}
+
+/// Only below /dev: elsewhere a path that somebody has made up may lead to a disk that hangs.
+TerminalProcesses TerminalProcesses::of(const QString &tty) {
+    struct stat info {};
+    if (!tty.startsWith(QLatin1String("/dev/")) || tty.contains(QLatin1String("/../")) ||
+        ::stat(QFile::encodeName(tty).constData(), &info) != 0 || !S_ISCHR(info.st_mode)) {
+        return {};
+    }
+    return of(info.st_rdev, QStringLiteral("/proc"));
+}
+
+TerminalProcesses TerminalProcesses::of(dev_t device, const QString &folder) {
+    const qint64 terminal = numberOf(device);
+    auto status = terminal == 0 ? std::nullopt : sessionLeader(terminal, folder);
+    if (!status) {
+        return {};
+    }
+    TerminalProcesses result;
+    result.environment =
+        fileText(QStringLiteral("%1/%2/environ").arg(folder).arg(status->process.id)).split('\0');
+    while (status && status->process.id > 1 && result.ancestors.size() < maxAncestors) {
+        result.ancestors.append(status->process);
+        status = statusOf(status->parent, folder);
+    }
+    return result;
+}
+
+} // namespace morvane

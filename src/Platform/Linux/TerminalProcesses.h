@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+#include <sys/types.h>
+
+namespace morvane {
+
+/// Who stands behind a terminal device. A plain value.
+struct TerminalProcesses {
+    struct Process {
+        qint64 id = 0;
+        QByteArray name; ///< as the kernel keeps it, cut to 15 bytes
+
+        friend bool operator==(const Process &, const Process &) = default;
+    };
+    /// From the shell (or what else leads the terminal's session) to the one that the system has
+    /// started; one of them has the window, if any has. Without the first process of the system.
+    QList<Process> ancestors;
+
+    /// What the shell was started with, each as NAME=VALUE. May be out of date, or of another
+    /// terminal further out.
+    QList<QByteArray> environment;
+
+    /// The value of a variable of that; empty where it isn't set.
+    QString variable(const QByteArray &name) const;
+
+    /// Of a terminal such as "/dev/pts/3"; empty for what is none, or is nobody's. Reads many small
+    /// files; safe from any thread.
+    static TerminalProcesses of(const QString &tty);
+
+    /// The same for the device, as a folder like /proc shows the processes.
+    static TerminalProcesses of(dev_t device, const QString &folder);
+};
+
+} // namespace morvane

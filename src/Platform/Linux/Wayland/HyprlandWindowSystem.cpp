@@ -1,0 +1,86 @@
+#include "Platform/Linux/Wayland/HyprlandWindowSystem.h"
+
+#include "Platform/Linux/Wayland/SocketQuestion.h"
+
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+
+#include <algorithm>
+
+namespace morvane {
+
+namespace {
+
+/// Nothing else goes into a command.
+bool isAddress(const QString &id) {
+    static const QRegularExpression address(QStringLiteral("\\A0x[0-9a-fA-F]{1,16}\\z"));
+    return address.match(id).hasMatch();
+}
+
+/// It closes when it has said all.
+std::optional<qsizetype> untilItCloses(const QByteArray &) {
+    return std::nullopt;
+}
+
+} // namespace
+
+/// Older releases keep it in the folder for temporary files.
+QString HyprlandWindowSystem::socketOf(const QString &instance) {
+    if (instance.isEmpty() || instance.contains(QLatin1Char('/'))) {
+        return {};
+    }
+    for (const QString &folder :
+         {qEnvironmentVariable("XDG_RUNTIME_DIR"), QStringLiteral("/tmp")}) {
+        const QString path = QStringLiteral("%1/hypr/%2/.socket.sock").arg(folder, instance);
+        if (QFileInfo::exists(path)) {
+            return path;
+        }
+    }
+    return {};
+}
+
+void HyprlandWindowSystem::list(Listed listed) {
+    SocketQuestion::ask(
+        m_socket, "j/clients", &untilItCloses,
+        [listed = std::move(listed)](const std::optional<QByteArray> &answer) {
+            listed(windows(answer.value_or(QByteArray())));
+        },
+        &m_context);
+}
+
+void HyprlandWindowSystem::activate(const QString &id) {
+    if (isAddress(id)) {
+        SocketQuestion::ask(
+            m_socket, "dispatch focuswindow address:" + id.toLatin1(), &untilItCloses,
+            [](const auto &) {}, &m_context);
+    }
+}
+
+QList<WindowSystem::Window> HyprlandWindowSystem::windows(const QByteArray &answer) {
+    QList<QJsonObject> clients;
+    for (const QJsonValue &client : QJsonDocument::fromJson(answer).array()) {
+        clients.append(client.toObject());
+    }
+    std::ranges::stable_sort(clients, {}, [](const QJsonObject &client) {
+        return client[QLatin1String("focusHistoryID")].toInteger();
+    });
+    QList<Window> result;
+    for (const QJsonObject &client : clients) {
+        Window window;
+        window.id = client[QLatin1String("address")].toString();
+        window.title = client[QLatin1String("title")].toString().left(WindowSystem::longestTitle);
+        window.names = {client[QLatin1String("class")].toString(),
+                        client[QLatin1String("initialClass")].toString()};
+        window.names.removeAll(QString());
+        window.process = std::max<qint64>(client[QLatin1String("pid")].toInteger(), 0);
+        if (isAddress(window.id)) {
+            result.append(window);
+        }
+    }
+    return result;
+}
+
+} // namespace morvane

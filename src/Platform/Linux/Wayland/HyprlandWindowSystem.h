@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Platform/Linux/Desktop/WindowSystem.h"
+
+#include <QByteArray>
+#include <QObject>
+
+#include <utility>
+
+namespace morvane {
+
+/// The windows of Hyprland, which tells and moves them on a socket of its own.
+class HyprlandWindowSystem : public WindowSystem {
+public:
+    explicit HyprlandWindowSystem(QString socket) : m_socket(std::move(socket)) {}
+
+    /// Where the instance of this name (HYPRLAND_INSTANCE_SIGNATURE) listens; empty where none
+    /// does.
+    static QString socketOf(const QString &instance);
+
+    void list(Listed listed) override;
+    void activate(const QString &id) override;
+
+    /// The windows of an answer to "j/clients", from the one that had the keyboard last to the one
+    /// that had it first. Their ids are their addresses.
+    static QList<Window> windows(const QByteArray &answer);
+
+private:
+    const QString m_socket; ///< its path
+    QObject m_context;      ///< with it go the answers that are still to come
+};
+
+} // namespace morvane

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QByteArray>
+#include <QLocalSocket>
+#include <QObject>
+
+#include <functional>
+#include <optional>
+
+namespace morvane {
+
+/// One question to a program that listens on a socket of this machine, which takes one at a time.
+/// Ends with its owner, or when it has been answered. Main thread, which doesn't wait for it.
+class SocketQuestion : public QObject {
+    Q_OBJECT
+
+public:
+    using Finished = std::function<void(const std::optional<QByteArray> &answer)>;
+
+    /// The length that an answer which begins so will have in all; none while that can't be told
+    /// yet, or when the other end says it by closing.
+    using Length = std::function<std::optional<qsizetype>(const QByteArray &beginning)>;
+
+    /// Asks at once. `finished` hears the answer, once and later; none when there is nobody, when
+    /// the answer is longer than 1 MiB, or hasn't come after two seconds.
+    static void ask(const QString &path, const QByteArray &question, const Length &length,
+                    const Finished &finished, QObject *owner);
+    ~SocketQuestion() override;
+
+private:
+    SocketQuestion(Length length, Finished finished, QObject *owner);
+    void read();
+    void end(const std::optional<QByteArray> &answer);
+
+    const Length m_length;
+    Finished m_finished; ///< empty once it has been called
+    QLocalSocket m_socket;
+    QByteArray m_answer;
+};
+
+} // namespace morvane

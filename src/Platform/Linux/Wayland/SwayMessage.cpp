@@ -1,0 +1,84 @@
+#include "Platform/Linux/Wayland/SwayMessage.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+#include <cstring>
+
+namespace morvane::SwayMessage {
+
+namespace {
+
+const QByteArray magic("i3-ipc");
+constexpr qsizetype numberSize = sizeof(std::uint32_t);
+
+/// Both ends are on one machine, so the numbers are in its own order of bytes.
+QByteArray bytesOf(std::uint32_t number) {
+    return {reinterpret_cast<const char *>(&number), numberSize};
+}
+
+qsizetype headSize() {
+    return magic.size() + 2 * numberSize;
+}
+
+QList<QJsonObject> childrenOf(const QJsonObject &node) {
+    QList<QJsonObject> result;
+    for (const char *list : {"nodes", "floating_nodes"}) {
+        for (const QJsonValue &child : node[QLatin1String(list)].toArray()) {
+            result.append(child.toObject());
+        }
+    }
+    const QJsonArray focus = node[QLatin1String("focus")].toArray();
+    const auto place = [&](const QJsonObject &child) {
+        const auto found = std::ranges::find(focus, child[QLatin1String("id")]);
+        return found - focus.begin();
+    };
+    std::ranges::stable_sort(result, {}, place);
+    return result;
+}
+
+/// Only windows have a process; those of XWayland have a class instead of an application's id.
+void collect(const QJsonObject &node, QList<WindowSystem::Window> &result) {
+    const qint64 process = node[QLatin1String("pid")].toInteger();
+    if (process > 0) {
+        const QJsonObject x11 = node[QLatin1String("window_properties")].toObject();
+        WindowSystem::Window window;
+        window.id = QString::number(node[QLatin1String("id")].toInteger());
+        window.title = node[QLatin1String("name")].toString().left(WindowSystem::longestTitle);
+        window.names = {node[QLatin1String("app_id")].toString(),
+                        x11[QLatin1String("class")].toString(),
+                        x11[QLatin1String("instance")].toString()};
+        window.names.removeAll(QString());
+        window.process = process;
+        result.append(window);
+    }
+    for (const QJsonObject &child : childrenOf(node)) {
+        collect(child, result);
+    }
+}
+
+} // namespace
+
+QByteArray encode(Type type, const QByteArray &payload) {
+    return magic + bytesOf(static_cast<std::uint32_t>(payload.size())) +
+           bytesOf(static_cast<std::uint32_t>(type)) + payload;
+}
+
+std::optional<qsizetype> length(const QByteArray &beginning) {
+    if (beginning.size() < headSize()) {
+        return std::nullopt;
+    }
+    std::uint32_t size = 0;
+    std::memcpy(&size, beginning.constData() + magic.size(), numberSize);
+    return beginning.startsWith(magic) ? headSize() + static_cast<qsizetype>(size) : 0;
+}
+
+QList<WindowSystem::Window> windows(const QByteArray &answer) {
+    QList<WindowSystem::Window> result;
+    collect(QJsonDocument::fromJson(answer.mid(headSize())).object(), result);
+    return result;
+}
+
+} // namespace morvane::SwayMessage

@@ -1,0 +1,25 @@
+#include "Platform/Linux/Wayland/SwayWindowSystem.h"
+
+#include "Platform/Linux/Wayland/SocketQuestion.h"
+#include "Platform/Linux/Wayland/SwayMessage.h"
+
+namespace morvane {
+
+void SwayWindowSystem::list(Listed listed) {
+    SocketQuestion::ask(
+        m_socket, SwayMessage::encode(SwayMessage::Type::getTree), &SwayMessage::length,
+        [listed = std::move(listed)](const std::optional<QByteArray> &answer) {
+            listed(answer ? SwayMessage::windows(*answer) : QList<Window>());
+        },
+        &m_context);
+}
+
+/// Nothing but a number goes into the command.
+void SwayWindowSystem::activate(const QString &id) {
+    const QByteArray command = "[con_id=" + QByteArray::number(id.toLongLong()) + "] focus";
+    SocketQuestion::ask(
+        m_socket, SwayMessage::encode(SwayMessage::Type::runCommand, command), &SwayMessage::length,
+        [](const auto &) {}, &m_context);
+}
+
+} // namespace morvane

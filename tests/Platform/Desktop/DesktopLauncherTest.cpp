@@ -1,0 +1,104 @@
+#include "Platform/Linux/Desktop/DesktopLauncher.h"
+
+#include "Platform/Linux/DescriptorLimit.h"
+#include "Platform/Linux/Desktop/DesktopEntry.h"
+#include "Support/Printing.h"
+#include "Support/TemporaryHome.h"
+#include "Support/WaitUntil.h"
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace morvane {
+namespace {
+
+TEST(DesktopEntry, ReadsACommandAsItsWriterMeantIt) {
+    const std::pair<const char *, QStringList> commands[] = {
+        {"kitty", {"kitty"}},
+        {"/usr/bin/code --unity-launch %F", {"/usr/bin/code", "--unity-launch"}},
+        {"\"/opt/My Editor/editor\"   --url=%u --", {"/opt/My Editor/editor", "--url=", "--"}},
+        {R"(sh -c "echo \\$HOME \\"100%%\\" ; \\\\x" '')",
+         {"sh", "-c", R"(echo $HOME "100%" ; \x)", ""}},
+        {R"(env WINEPREFIX="/home/a b/.wine" wine C:\\\\windows\\\\x.exe)",
+         {"env", "WINEPREFIX=/home/a b/.wine", "wine", R"(C:\windows\x.exe)"}},
+        {R"(one\stwo 'it is $(touch /tmp/x); `y`' "a\nb")",
+         {"one", "two", "it is $(touch /tmp/x); `y`", "a\nb"}},
+        {"x %f %i %c %k", {"x"}},
+    };
+    for (const auto &[value, words] : commands) {
+        EXPECT_EQ(DesktopEntry::command(QString::fromUtf8(value)), words) << value;
+    }
+    for (const char *broken :
+         {"", "   ", "%U", "x \"open", "x 'open", "x %z", "x %", "x \\", "''"}) {
+        EXPECT_EQ(DesktopEntry::command(QString::fromUtf8(broken)), std::nullopt) << broken;
+    }
+    for (const char *path : {"/opt/a \"b\"/$c`d\\e %f", "/x\t\ny"}) {
+        const auto command =
+            DesktopEntry::command(QString::fromUtf8(DesktopEntry::execValue(path)));
+        EXPECT_EQ(command, QStringList{path}) << path;
+    }
+}
+
+class DesktopLauncherTest : public testing::Test {
+protected:
+    DesktopLauncherTest() {
+        qputenv("XDG_DATA_HOME", home.path("data").toUtf8());
+        home.write("report", "#!/bin/sh\n"
+                             "{ pwd; echo \"$@\"; echo $DESKTOP_STARTUP_ID; ls /proc/$$/fd; "
+                             "ulimit -n; echo \"${QT_QPA_PLATFORM-unset}\"; } >\"$HOME/r\"\n"
+                             "mv \"$HOME/r\" \"$HOME/told\"\n");
+        QFile::setPermissions(home.path("report"), QFile::ReadOwner | QFile::ExeOwner);
+    }
+    ~DesktopLauncherTest() override { qputenv("XDG_DATA_HOME", dataHome); }
+
+    void install(const QString &id, const QByteArray &lines) {
+        home.write("data/applications/" + id + ".desktop", "[Desktop Entry]\n" + lines);
+    }
+
+    const QByteArray dataHome = qgetenv("XDG_DATA_HOME");
+    TemporaryHome home;
+    int argumentCount = 0;
+    QCoreApplication application{argumentCount, nullptr};
+};
+
+TEST_F(DesktopLauncherTest, StartsAnApplicationThatHasNothingOfOurs) {
+    rlimit limit{};
+    ::getrlimit(RLIMIT_NOFILE, &limit);
+    const rlimit low{std::min<rlim_t>(limit.rlim_cur, 512), limit.rlim_max};
+    ::setrlimit(RLIMIT_NOFILE, &low);
+    raiseDescriptorLimit();
+    const int leak = ::open("/dev/null", O_RDONLY);
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    install("kitty", "Exec=\"" + home.path("report").toUtf8() + "\" 'a  b' %U; $HOME\n");
+    DesktopLauncher::launch("net.kovidgoyal.kitty", "click_TIME7");
+    EXPECT_TRUE(becomesTrue([&] { return QFile::exists(home.path("told")); }));
+    // The shell that reports has its script and the report itself open besides.
+    EXPECT_EQ(home.read("told"), home.path().toUtf8() +
+                                     "\na  b ; $HOME\nclick_TIME7\n0\n1\n10\n2\n" +
+                                     QByteArray::number(qulonglong(low.rlim_cur)) + "\nunset\n");
+    qunsetenv("QT_QPA_PLATFORM");
+    ::close(leak);
+}
+
+TEST_F(DesktopLauncherTest, LeavesAloneWhatItCannotStart) {
+    const QByteArray report = "Exec=" + home.path("report").toUtf8() + "\n";
+    install("hidden", "Hidden=true\n" + report);
+    install("prompt", report + "Terminal=true\n");
+    install("relative", "Exec=./report\n");
+    install("absent", "Exec=/absent/program\n");
+    install("broken", "Exec=\"" + home.path("report").toUtf8() + "\n");
+    home.write("data/outside.desktop", "[Desktop Entry]\n" + report);
+    for (const char *id : {"hidden", "prompt", "relative", "absent", "broken", "../outside", ""}) {
+        DesktopLauncher::launch(QString::fromLatin1(id), {});
+    }
+    install("last", "Exec=" + home.path("report").toUtf8() + " last\n");
+    DesktopLauncher::launch("last", {});
+    EXPECT_TRUE(becomesTrue([&] { return QFile::exists(home.path("told")); }));
+    EXPECT_TRUE(home.read("told").contains("\nlast\n"));
+}
+
+} // namespace
+} // namespace morvane
