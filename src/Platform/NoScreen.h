@@ -1,12 +1,17 @@
 #pragma once
 
 #include "Platform/Displays.h"
+#include "Platform/HostWindows.h"
 #include "Platform/MotionPreference.h"
 #include "Platform/OverlayWindow.h"
 #include "Platform/OverlayWindows.h"
 #include "Platform/PointerMonitor.h"
 #include "Platform/StatusItemHost.h"
 #include "Platform/WindowControl.h"
+
+#include <QObject>
+
+#include <utility>
 
 /// What stands behind the ports of a screen where there is none: nothing is there, and nothing
 /// happens. Main thread.
@@ -33,6 +38,26 @@ public:
 class NullWindowControl : public WindowControl {
 public:
     bool canFocusWindows() const override { return false; }
+};
+
+class NullHostWindows : public HostWindows {
+public:
+    void find(const QString &, Found found) override {
+        later([found = std::move(found)] { found(std::nullopt); });
+    }
+    void raise(const HostWindow &) override {}
+    void activate(const RunningHost &) override {}
+    void launch(const QString &) override {}
+    void showTerminal(const QString &, Shown shown) override {
+        later([shown = std::move(shown)] { shown(false); });
+    }
+
+private:
+    void later(std::function<void()> answer) {
+        QMetaObject::invokeMethod(&m_context, std::move(answer), Qt::QueuedConnection);
+    }
+
+    QObject m_context; ///< with it go the answers that are still to come
 };
 
 class NullStatusItemHost : public StatusItemHost {
