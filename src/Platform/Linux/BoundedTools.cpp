@@ -151,7 +151,9 @@ private:
 
 void BoundedTools::run(const Command &command, Finished finished) {
     std::array<int, 2> ends{-1, -1};
-    const bool hasPipe = ::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) == 0;
+    // Only our end doesn't wait: programs don't expect it of theirs.
+    const bool hasPipe =
+        ::pipe2(ends.data(), O_CLOEXEC) == 0 && ::fcntl(ends[0], F_SETFL, O_NONBLOCK) == 0;
     Descriptor output(ends[0]);
     const Descriptor input(ends[1]);
     const pid_t id = hasPipe ? start(command, input.number()) : 0;

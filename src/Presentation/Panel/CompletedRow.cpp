@@ -15,6 +15,8 @@
 
 #include <QHBoxLayout>
 
+#include <utility>
+
 namespace morvane {
 
 namespace {
@@ -81,15 +83,12 @@ void CompletedRow::showReply(const std::optional<Session> &session) {
         return;
     }
     m_session = session;
-    if (m_strip != nullptr) {
-        m_strip->hide();
-        m_strip = nullptr;
-    }
     if (session && ReplyStrip::isOffered(context(), *session)) {
-        ReplyStrip &strip = replyStrip(*m_column);
-        strip.setSession(*session);
-        strip.show();
-        m_strip = &strip;
+        m_strip = &replyStrip(*m_column);
+        m_strip->setSession(*session);
+        m_strip->show();
+    } else if (ReplyStrip *const before = std::exchange(m_strip, nullptr)) {
+        before->hide();
     }
 }
 

@@ -45,7 +45,7 @@ private:
     TextLabel *m_subtitle;
     QBoxLayout *m_column = nullptr;
     std::optional<Session> m_session; ///< that the strip has last been looked up for
-    QWidget *m_strip = nullptr;       ///< the one on show
+    ReplyStrip *m_strip = nullptr;    ///< while it is on show
 };
 
 } // namespace morvane
