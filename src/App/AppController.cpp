@@ -254,7 +254,8 @@ void AppController::reply(const Session &session, const QString &text,
 }
 
 JumpService::Means AppController::means() const {
-    return {*m_platform.tools, *m_platform.processes, *m_platform.scripting, *m_platform.hostWindows};
+    return {*m_platform.tools, *m_platform.processes, *m_platform.scripting,
+            *m_platform.hostWindows};
 }
 
 void AppController::dismissPanels() {

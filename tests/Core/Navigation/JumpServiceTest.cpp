@@ -109,7 +109,7 @@ TEST_F(JumpServiceTest, FindsTheWindowOfAProjectByWhatItsTitleIsMadeOf) {
         {{"vim", "~/Webshop-next", "my webshop"}, "webshop", "~/Webshop-next"},
         {{"ÜBUNG | x"}, "übung", "ÜBUNG | x"},
         {{"", "vim"}, "session", {}},
-        {{}, "webshop", {}}};
+        {QStringList(), "webshop", {}}};
     for (const auto &[titles, project, title] : cases) {
         EXPECT_EQ(chosen(titles, project), title);
     }
