@@ -25,7 +25,8 @@ AppController::AppController(MorvaneSettings &settings, const PlatformServices &
       m_agentProcesses(*platform.processes,
                        [this](const QString &sessionID) { m_store.agentEnded(sessionID); }),
       m_connections(settings, *platform.scheduler),
-      m_terminalReply(*platform.tools, *platform.scripting, *platform.processes) {
+      m_terminalReply(*platform.tools, *platform.scripting, *platform.processes,
+                      *platform.scheduler) {
     connect(&m_store, &SessionStore::sessionRemoved, this,
             [this](const QString &sessionID) { m_agentProcesses.forget(sessionID); });
     connect(&m_connections, &AgentConnections::statusChanged, this, [this] {

@@ -316,6 +316,7 @@ TEST_F(AppControllerTest, TypesAReplyOnlyIntoASessionThatIsStillAtItsEnd) {
     EXPECT_TRUE(store.sessions().value("s").acknowledged);
     while (tools.running() > 0) {
         tools.finish(QByteArray());
+        scheduler.advance(Seconds(1));
     }
     // What asks for a permission by now would take the text's end for a yes.
     store.apply(EventBuilder(CanonicalEvent::needsInput));

@@ -132,7 +132,8 @@ TEST_F(TmuxTest, RepliesArriveAsTheyAreOneAfterTheOther) {
     EXPECT_TRUE(becomesTrue([&] { return QFile::exists(typed); }));
     // Somebody looks back in the pane, where keys mean something else.
     tmux({"copy-mode", "-t", *session.pane.tmux});
-    TerminalReply reply(tools, scripting, processes);
+    ManualScheduler pauses;
+    TerminalReply reply(tools, scripting, processes, pauses);
     const QStringList texts{"Say \"it's\" $HOME `ls` \\n \\",
                             "Enter",
                             "-l",
@@ -153,7 +154,10 @@ TEST_F(TmuxTest, RepliesArriveAsTheyAreOneAfterTheOther) {
                                             : text.toUtf8() + "\r";
         }
     }
-    EXPECT_TRUE(becomesTrue([&] { return sent == 3 * texts.size(); }));
+    EXPECT_TRUE(becomesTrue([&] {
+        pauses.advance(Seconds(1));
+        return sent == 3 * texts.size();
+    }));
     EXPECT_TRUE(becomesTrue([&] { return contents(typed).size() >= expected.size(); }));
     EXPECT_EQ(contents(typed).toStdString(), expected.toStdString());
     EXPECT_EQ(tmux({"list-buffers"}), "");

@@ -3,6 +3,7 @@
 #include "Core/Navigation/HostApp.h"
 #include "Core/Navigation/PaneFocus.h"
 #include "Core/Sessions/Session.h"
+#include "Platform/Scheduler.h"
 #include "Platform/Scripting.h"
 
 #include <QPointer>
@@ -16,11 +17,10 @@ namespace {
 /// In UTF-16 units; tmux takes no command of 16 KiB or more.
 constexpr qsizetype longestArgument = 4096;
 
-const QString buffer = QStringLiteral("morvane-reply");
+/// Codex and Gemini CLI take an Enter that comes with the text for a line feed in it.
+constexpr Seconds beforeEnter(0.3);
 
-bool isKey(QChar character) {
-    return character.category() == QChar::Other_Control;
-}
+const QString buffer = QStringLiteral("morvane-reply");
 
 /// In pieces that tmux takes, whole characters each.
 QStringList pieces(const QString &text) {
@@ -36,7 +36,11 @@ QStringList pieces(const QString &text) {
     return result;
 }
 
-/// The text as an argument, after options that it could be taken for another of.
+bool isControl(QChar character) {
+    return character.category() == QChar::Other_Control;
+}
+
+/// The text as an argument, behind options for one of which it could be taken.
 QStringList literally(QStringList command, const QString &text) {
     if (text.startsWith(QLatin1Char('-'))) {
         command << QStringLiteral("--");
@@ -51,7 +55,8 @@ QString TerminalReply::typable(const QString &text) {
     result.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
     result.replace(QLatin1Char('\r'), QLatin1Char('\n'));
     result.removeIf([](QChar character) {
-        return isKey(character) && character != QLatin1Char('\n') && character != QLatin1Char('\t');
+        return isControl(character) && character != QLatin1Char('\n') &&
+               character != QLatin1Char('\t');
     });
     return result.trimmed();
 }
@@ -61,7 +66,7 @@ QList<QStringList> TerminalReply::typing(const QString &text, const QString &pan
     const QString sendKeys = QStringLiteral("send-keys");
     // While somebody looks back in the pane, its keys mean something else.
     QList<QStringList> result{QStringList{QStringLiteral("copy-mode"), QStringLiteral("-q")} + to};
-    if (std::ranges::none_of(text, &isKey)) {
+    if (std::ranges::none_of(text, &isControl)) {
         for (const QString &piece : pieces(text)) {
             result << literally(QStringList(sendKeys) + to + QStringList(QStringLiteral("-l")),
                                 piece);
@@ -140,8 +145,9 @@ void TerminalReply::runNext() {
 
 /// What hasn't been typed whole is not submitted.
 void TerminalReply::take(bool succeeded) {
-    if (succeeded && !m_replies.front().commands.isEmpty()) {
-        runNext();
+    const qsizetype left = m_replies.front().commands.size();
+    if (succeeded && left > 0) {
+        m_next = m_scheduler.after(left == 1 ? beforeEnter : Seconds(0), [this] { runNext(); });
         return;
     }
     const Told told = m_replies.front().told;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/Agents/PaneLocator.h"
+#include "Platform/Task.h"
 
 #include <QObject>
 #include <QString>
@@ -12,6 +13,7 @@
 namespace morvane {
 
 class Processes;
+class Scheduler;
 class Scripting;
 class Tools;
 struct Session;
@@ -24,8 +26,9 @@ class TerminalReply : public QObject {
 
 public:
     /// All must outlive this.
-    TerminalReply(Tools &tools, Scripting &scripting, const Processes &processes)
-        : m_tools(tools), m_scripting(scripting), m_processes(processes) {}
+    TerminalReply(Tools &tools, Scripting &scripting, const Processes &processes,
+                  Scheduler &scheduler)
+        : m_tools(tools), m_scripting(scripting), m_processes(processes), m_scheduler(scheduler) {}
 
     /// Hears whether the text has gone out, as far as can be told; once.
     using Told = std::function<void(bool isSent)>;
@@ -58,7 +61,9 @@ private:
     Tools &m_tools;
     Scripting &m_scripting;
     const Processes &m_processes;
+    Scheduler &m_scheduler;
     std::deque<Reply> m_replies; ///< the first is being typed
+    Task m_next;
 };
 
 } // namespace morvane

@@ -24,11 +24,20 @@ protected:
         reply.send(text, session, [this](bool isSent) { outcomes << isSent; });
     }
 
+    /// Lets everything happen that doesn't wait for time to pass.
+    void typeAll() {
+        while (tools.running() > 0) {
+            EXPECT_EQ(tools.running(), 1u);
+            tools.finish(QByteArray());
+            scheduler.advance(Seconds(0));
+        }
+    }
+
     FakeTools tools;
     ManualScheduler scheduler;
     NoScripting scripting{scheduler};
     FakeProcesses processes;
-    TerminalReply reply{tools, scripting, processes};
+    TerminalReply reply{tools, scripting, processes, scheduler};
     Session session;
     QList<bool> outcomes;
 };
@@ -36,20 +45,25 @@ protected:
 TEST_F(TerminalReplyTest, SubmitsOnlyWhatHasBeenTypedAndOneTextAfterTheOther) {
     send(QStringLiteral(" go on; \n"));
     send(QStringLiteral("-v"));
-    for (int command = 0; command < 6; ++command) {
-        EXPECT_EQ(tools.running(), 1u);
-        tools.finish(QByteArray());
-    }
-    EXPECT_EQ(
-        tools.lines(),
-        QStringList({"tmux -S /s copy-mode -q -t %1", "tmux -S /s send-keys -t %1 -l go on\\;",
-                     "tmux -S /s send-keys -t %1 Enter", "tmux -S /s copy-mode -q -t %1",
-                     "tmux -S /s send-keys -t %1 -l -- -v", "tmux -S /s send-keys -t %1 Enter"}));
+    const QStringList first{"tmux -S /s copy-mode -q -t %1",
+                            "tmux -S /s send-keys -t %1 -l go on\\;"};
+    typeAll();
+    EXPECT_EQ(tools.lines(), first);
+    const QStringList second{"tmux -S /s send-keys -t %1 Enter", "tmux -S /s copy-mode -q -t %1",
+                             "tmux -S /s send-keys -t %1 -l -- -v"};
+    scheduler.advance(Seconds(0.3));
+    typeAll();
+    EXPECT_EQ(tools.lines(), first + second);
+    scheduler.advance(Seconds(0.3));
+    typeAll();
+    EXPECT_EQ(tools.lines().last(), second.first());
     EXPECT_EQ(outcomes, QList<bool>({true, true}));
 
     send(QStringLiteral("lost"));
     tools.finish(QByteArray());
+    scheduler.advance(Seconds(0));
     tools.finish(std::nullopt);
+    scheduler.advance(Seconds(1));
     EXPECT_EQ(tools.running(), 0u);
     EXPECT_EQ(outcomes.last(), false);
 }
