@@ -24,7 +24,9 @@ AppController::AppController(MorvaneSettings &settings, const PlatformServices &
               BuildInfo::version()),
       m_agentProcesses(*platform.processes,
                        [this](const QString &sessionID) { m_store.agentEnded(sessionID); }),
-      m_connections(settings, *platform.scheduler) {
+      m_connections(settings, *platform.scheduler),
+      m_terminalReply(*platform.tools, *platform.scripting, *platform.processes,
+                      *platform.scheduler) {
     connect(&m_store, &SessionStore::sessionRemoved, this,
             [this](const QString &sessionID) { m_agentProcesses.forget(sessionID); });
     connect(&m_connections, &AgentConnections::statusChanged, this, [this] {
@@ -175,7 +177,13 @@ void AppController::createPresenters() {
         .onRenameCommit = [this](const QString &cwd,
                                  const QString &name) { m_store.renameCwd(cwd, name); },
         .onReopen = [this](const CompletedRecord &record) { reopenCompleted(record); },
-        .onReply = {},
+        .onReply = [this](const Session &session, const QString &text,
+                          const TerminalReply::Told &told) { reply(session, text, told); },
+        .canReply =
+            [this](const Session &session) {
+                return HostApp::canBeTypedInto(session, *m_platform.applications,
+                                               *m_platform.processes);
+            },
         .onOpenSettings = [this] { emit morvaneOpenSettings(); },
         .onRefreshUsage = [this] { m_usage.refreshNow(); },
     };
@@ -224,12 +232,32 @@ void AppController::setLaunchAtLogin(bool enabled) {
 
 void AppController::select(const Session &session) {
     m_store.acknowledge(session.id);
+    if (const auto destination = JumpService::Destination::of(session); destination.isPlace()) {
+        JumpService::jump(destination, means());
+    }
     dismissPanels();
 }
 
 void AppController::reopenCompleted(const CompletedRecord &record) {
+    JumpService::jump(JumpService::Destination::of(record), means());
     dismissPanels();
     m_store.removeSessions(record.cwd);
+}
+
+void AppController::reply(const Session &session, const QString &text,
+                          const TerminalReply::Told &told) {
+    m_store.acknowledge(session.id);
+    const Session now = m_store.sessions().value(session.id);
+    if (now.isFinished()) {
+        m_terminalReply.send(text, now, told);
+    } else {
+        told(false);
+    }
+}
+
+JumpService::Means AppController::means() const {
+    return {*m_platform.tools, *m_platform.processes, *m_platform.scripting,
+            *m_platform.hostWindows};
 }
 
 void AppController::dismissPanels() {

@@ -3,6 +3,8 @@
 #include "App/PlatformServices.h"
 #include "Core/Hooks/AgentConnections.h"
 #include "Core/Intake/EventServer.h"
+#include "Core/Navigation/JumpService.h"
+#include "Core/Navigation/TerminalReply.h"
 #include "Core/Sessions/AgentProcesses.h"
 #include "Core/Sessions/SessionStore.h"
 #include "Core/Settings/MorvaneSettings.h"
@@ -64,11 +66,15 @@ public:
     /// The person allows another try at the secret store, and wants the limits now.
     void retryKeychainAccess() { m_usage.retryKeychainAccess(); }
 
-    /// Marks the session as seen, and makes way for its terminal.
+    /// Marks the session as seen, and goes to where it runs.
     void select(const Session &session);
 
-    /// Makes way for the terminal of a finished session.
+    /// Goes to where a finished session has run, and forgets the sessions of its folder.
     void reopenCompleted(const CompletedRecord &record);
+
+    /// Marks the session as seen, and types the text into its terminal. Not sent to one that has
+    /// gone on meanwhile, where it would answer something else.
+    void reply(const Session &session, const QString &text, const TerminalReply::Told &told);
 
     /// Takes everything of ours off this machine but the program, which goes on running. Yields a
     /// report of what was removed and what could not be, an item a line.
@@ -92,6 +98,7 @@ private:
     void watchTerminals();
     bool isWhereSessionsRun(const QString &bundleID) const;
 
+    JumpService::Means means() const;
     void dismissPanels();
 
     MorvaneSettings &m_settings;
@@ -101,6 +108,7 @@ private:
     UsagePoller m_usage;
     AgentProcesses m_agentProcesses;
     AgentConnections m_connections;
+    TerminalReply m_terminalReply;
     std::unique_ptr<EventServer> m_server;
     std::unique_ptr<PixelTimeline> m_timeline; ///< outlives the panels
     std::unique_ptr<PresenterManager> m_presenterManager;

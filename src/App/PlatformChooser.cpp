@@ -1,5 +1,6 @@
 #include "App/PlatformChooser.h"
 
+#include "Platform/Linux/BoundedTools.h"
 #include "Platform/Linux/Desktop/AutostartEntry.h"
 #include "Platform/Linux/Desktop/DesktopApplications.h"
 #include "Platform/Linux/Desktop/DesktopHostWindows.h"
@@ -22,6 +23,7 @@
 #include "Platform/Linux/X11/X11PointerMonitor.h"
 #include "Platform/Linux/X11/X11WindowControl.h"
 #include "Platform/Linux/X11/X11WindowSystem.h"
+#include "Platform/NoScripting.h"
 
 #include <QApplication>
 
@@ -71,6 +73,8 @@ PlatformServices choosePlatform() {
     platform.loginItem = std::make_unique<AutostartEntry>(QCoreApplication::applicationFilePath());
     platform.processes = std::make_unique<LinuxProcesses>(*platform.scheduler);
     platform.sounds = std::make_unique<PlayerPrograms>(*platform.scheduler, ring);
+    platform.tools = std::make_unique<BoundedTools>(*platform.scheduler);
+    platform.scripting = std::make_unique<NoScripting>(*platform.scheduler);
     const auto *gui = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
     const bool onX11 = gui && QGuiApplication::platformName() == QLatin1String("xcb");
     if (const std::shared_ptr<X11Connection> x11 = onX11 ? X11Connection::open() : nullptr) {

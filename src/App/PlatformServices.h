@@ -8,9 +8,11 @@
 #include "Platform/NoScreen.h"
 #include "Platform/Processes.h"
 #include "Platform/Scheduler.h"
+#include "Platform/Scripting.h"
 #include "Platform/SecretStore.h"
 #include "Platform/SoundPlayer.h"
 #include "Platform/ToolDialogue.h"
+#include "Platform/Tools.h"
 
 #include <memory>
 
@@ -29,6 +31,8 @@ struct PlatformServices {
     std::unique_ptr<HttpsClient> https = std::make_unique<NoHttpsClient>();
     std::unique_ptr<Processes> processes = std::make_unique<UntoldProcesses>();
     std::unique_ptr<SoundPlayer> sounds = std::make_unique<NullSoundPlayer>();
+    std::unique_ptr<Tools> tools;
+    std::unique_ptr<Scripting> scripting;
 
     // Of a screen. Without one no widget can be made, and the server runs alone.
 

@@ -44,6 +44,11 @@ public:
     /// interprets it as a script; none where the machine doesn't tell. Reads many small files; safe
     /// from any thread.
     virtual std::optional<QStringList> workingDirectories(const QString &program) const = 0;
+
+    /// The number of the process of this user that takes connections at this local socket, 0 where
+    /// the machine doesn't tell the number; none when nobody does. Doesn't wait for the process;
+    /// safe from any thread.
+    virtual std::optional<std::int64_t> listenerAt(const QString &socket) const = 0;
 };
 
 /// Those of a machine that doesn't tell.
@@ -53,6 +58,7 @@ public:
     std::optional<QStringList> workingDirectories(const QString &) const override {
         return std::nullopt;
     }
+    std::optional<std::int64_t> listenerAt(const QString &) const override { return std::nullopt; }
 };
 
 } // namespace morvane

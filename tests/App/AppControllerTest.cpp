@@ -281,12 +281,48 @@ TEST_F(AppControllerTest, RemovesEverythingAndReports) {
     EXPECT_TRUE(connections.installedAgents().isEmpty());
 }
 
-TEST_F(AppControllerTest, OpensWhatItCanOfASessionThatIsOver) {
-    store.apply(EventBuilder(CanonicalEvent::promptSubmit).with(&HookEvent::cwd, "/shop"));
+TEST_F(AppControllerTest, GoesToWhereASessionRunsOrHasRun) {
+    const QStringList &deeds = static_cast<FakeHostWindows &>(*platform.hostWindows).deeds;
+    store.apply(EventBuilder(CanonicalEvent::promptSubmit)
+                    .with(&HookEvent::cwd, "/shop")
+                    .with(&HookEvent::ttyName, QString("/dev/pts/1")));
+    controller.select(store.sessions().value("s"));
+    EXPECT_EQ(deeds, QStringList());
+    store.apply(EventBuilder(CanonicalEvent::promptSubmit)
+                    .with(&HookEvent::cwd, "/shop")
+                    .with(&HookEvent::hostBundleID, QString("foot")));
+    controller.select(store.sessions().value("s"));
+    EXPECT_EQ(deeds.last(), "launch foot");
     CompletedRecord record;
     record.cwd = "/shop";
+    record.hostBundleID = "kgx";
     controller.reopenCompleted(record);
+    EXPECT_EQ(deeds.last(), "launch kgx");
     EXPECT_TRUE(store.sessions().isEmpty());
+}
+
+TEST_F(AppControllerTest, TypesAReplyOnlyIntoASessionThatIsStillAtItsEnd) {
+    static_cast<FakeProcesses &>(*platform.processes).listeners["/s"] = 1;
+    FakeTools &tools = static_cast<FakeTools &>(*platform.tools);
+    PaneLocator pane;
+    pane.tmux = "%1";
+    pane.tmuxServer = "/s,1,0";
+    store.apply(EventBuilder(CanonicalEvent::turnEnd).with(&HookEvent::pane, pane));
+    const Session finished = store.sessions().value("s");
+    QList<bool> outcomes;
+    const auto told = [&](bool isSent) { outcomes << isSent; };
+    controller.reply(finished, "go on", told);
+    EXPECT_EQ(tools.running(), 1u);
+    EXPECT_TRUE(store.sessions().value("s").acknowledged);
+    while (tools.running() > 0) {
+        tools.finish(QByteArray());
+        scheduler.advance(Seconds(1));
+    }
+    // What asks for a permission by now would take the text's end for a yes.
+    store.apply(EventBuilder(CanonicalEvent::needsInput));
+    controller.reply(finished, "go on", told);
+    EXPECT_EQ(tools.running(), 0u);
+    EXPECT_EQ(outcomes, QList<bool>({true, false}));
 }
 
 TEST_F(AppControllerTest, CountsAsSeenWhatAPersonGoesTo) {

@@ -1,12 +1,16 @@
 #pragma once
 
 #include "App/PlatformServices.h"
+#include "Platform/NoScripting.h"
 #include "Platform/StatusItemHost.h"
 #include "Support/FakeDisplays.h"
+#include "Support/FakeHostWindows.h"
 #include "Support/FakeMotionPreference.h"
 #include "Support/FakeOverlayWindows.h"
 #include "Support/FakePointerMonitor.h"
+#include "Support/FakeProcesses.h"
 #include "Support/FakeSoundPlayer.h"
+#include "Support/FakeTools.h"
 #include "Support/ManualPool.h"
 #include "Support/ManualScheduler.h"
 #include "Support/NoApplications.h"
@@ -53,6 +57,10 @@ inline PlatformServices fakePlatform() {
     result.applications = std::make_unique<NoApplications>();
     result.loginItem = std::make_unique<FakeLoginItem>();
     result.sounds = std::make_unique<FakeSoundPlayer>();
+    result.processes = std::make_unique<FakeProcesses>();
+    result.tools = std::make_unique<FakeTools>();
+    result.scripting = std::make_unique<NoScripting>(*result.scheduler);
+    result.hostWindows = std::make_unique<FakeHostWindows>();
     return result;
 }
 

@@ -20,6 +20,10 @@ public:
         return folders.value(program);
     }
 
+    std::optional<std::int64_t> listenerAt(const QString &socket) const override {
+        return listeners.contains(socket) ? std::optional(listeners.value(socket)) : std::nullopt;
+    }
+
     std::size_t watched() const { return m_watches.size(); }
 
     void end(const ProcessIdentity &process) {
@@ -30,6 +34,7 @@ public:
     }
 
     QHash<QString, QStringList> folders;
+    QHash<QString, std::int64_t> listeners; ///< by the sockets that they listen at
 
 private:
     std::map<ProcessIdentity, std::function<void()>> m_watches;

@@ -43,11 +43,12 @@ Stage::Stage(Screen screen) {
         m_store.renameCwd(cwd, name);
     };
     actions.onReopen = [](const CompletedRecord &) {};
-    actions.onReply = [](const Session &, const QString &) {};
     actions.onRefreshUsage = [] {};
     m_usage.poller().milestoneEligibility = [this] {
         return m_store.hasWorkingUsageMilestoneSession();
     };
+    actions.onReply = [](const Session &, const QString &, const auto &) {};
+    actions.canReply = [](const Session &session) { return session.pane.tmux.has_value(); };
     m_displays.setDisplays({display(screen)});
     m_presenters = std::make_unique<PresenterManager>(
         PanelContext{m_store, m_usage.poller(), m_settings, m_scheduler, m_motion, m_editing,

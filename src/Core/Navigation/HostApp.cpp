@@ -1,5 +1,6 @@
 #include "Core/Navigation/HostApp.h"
 
+#include "Core/Navigation/PaneFocus.h"
 #include "Core/Sessions/Session.h"
 #include "Platform/InstalledApplications.h"
 
@@ -68,8 +69,7 @@ QString bundleID(const std::optional<QString> &hostBundleID,
     if (!isBlank(hostBundleID)) {
         return *hostBundleID;
     }
-    return termProgramBundleIDs().value(termProgram.value_or(QString()),
-                                        QStringLiteral("com.googlecode.iterm2"));
+    return termProgramBundleIDs().value(termProgram.value_or(QString()), iterm2);
 }
 
 std::optional<QString> displayName(const std::optional<QString> &hostBundleID,
@@ -103,9 +103,19 @@ bool isReportedHost(const QString &foreground, const Session &session,
     });
 }
 
-bool canBeTypedInto(const Session &session) {
-    return session.pane.tmux ||
-           bundleID(session.hostBundleID, session.termProgram) == u"com.googlecode.iterm2";
+std::optional<QString> itermUUID(const std::optional<QString> &itermSessionID) {
+    const QStringList pieces =
+        itermSessionID.value_or(QString()).split(QLatin1Char(':'), Qt::SkipEmptyParts);
+    return pieces.isEmpty() ? std::nullopt : std::optional(pieces.last());
+}
+
+bool canBeTypedInto(const Session &session, const InstalledApplications &applications,
+                    const Processes &processes) {
+    if (session.pane.tmux) {
+        return PaneFocus::hasTmuxPane(session.pane, processes);
+    }
+    const QString host = bundleID(session.hostBundleID, session.termProgram);
+    return host == iterm2 && applications.displayName(host);
 }
 
 } // namespace morvane::HostApp

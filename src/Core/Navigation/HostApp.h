@@ -7,11 +7,15 @@
 
 namespace morvane {
 class InstalledApplications;
+class Processes;
 struct Session;
 } // namespace morvane
 
 /// Which application hosts a session, from the two hints that its hooks report. Stateless.
 namespace morvane::HostApp {
+
+/// Where a session counts as running that tells nothing of use.
+inline constexpr QLatin1String iterm2("com.googlecode.iterm2");
 
 /// The applications that count as terminals, by bundle identifier.
 const QSet<QString> &terminalBundleIDs();
@@ -31,7 +35,12 @@ std::optional<QString> displayName(const std::optional<QString> &hostBundleID,
 bool isReportedHost(const QString &foreground, const Session &session,
                     const InstalledApplications &applications);
 
-/// True where text can be typed into the session from outside: in a tmux pane and in iTerm2.
-bool canBeTypedInto(const Session &session);
+/// The id by which iTerm2 knows a session, out of what it tells its children.
+std::optional<QString> itermUUID(const std::optional<QString> &itermSessionID);
+
+/// True where text can be typed into the session from outside: in a tmux pane, and in iTerm2 on a
+/// machine that has it.
+bool canBeTypedInto(const Session &session, const InstalledApplications &applications,
+                    const Processes &processes);
 
 } // namespace morvane::HostApp

@@ -112,6 +112,20 @@ QList<CompletedRecord> archived(const QList<CompletedRecord> &jumpable, const Se
                  [&](const CompletedRecord &record) { return !finished.contains(record.id); });
 }
 
+std::optional<Session> finishedSession(const CompletedRecord &record, const Sessions &sessions) {
+    std::optional<Session> result;
+    for (const Session &session : sessions) {
+        // Several may have finished in one folder, and a reply must not go to another of them.
+        const auto pane = session.pane.locatesPane() ? std::optional(session.pane) : std::nullopt;
+        const bool isOfRecord = session.isFinished() &&
+                                CompletedRecord::idFor(session) == record.id && pane == record.pane;
+        if (isOfRecord && (!result || session.lastEventAt > result->lastEventAt)) {
+            result = session;
+        }
+    }
+    return result;
+}
+
 bool showsAgentBadges(const Sessions &sessions, const QList<CompletedRecord> &history) {
     QSet<AgentKind> agents;
     for (const Session &session : sessions) {

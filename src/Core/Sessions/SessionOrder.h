@@ -35,6 +35,9 @@ QList<CompletedRecord> recentlyCompleted(const QList<CompletedRecord> &jumpable,
 /// The finished sessions on offer whose live session is gone.
 QList<CompletedRecord> archived(const QList<CompletedRecord> &jumpable, const Sessions &sessions);
 
+/// The session that has finished in the record's folder and pane; the latest of several.
+std::optional<Session> finishedSession(const CompletedRecord &record, const Sessions &sessions);
+
 /// True when live and finished sessions are of more than one agent, so that each row has to say
 /// whose it is. A record that names no agent is Claude Code's.
 bool showsAgentBadges(const Sessions &sessions, const QList<CompletedRecord> &history);

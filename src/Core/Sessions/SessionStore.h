@@ -58,6 +58,10 @@ public:
     QList<CompletedRecord> recentlyCompleted() const { return m_overview.recentlyCompleted(); }
     /// The finished sessions on offer whose live session is gone.
     QList<CompletedRecord> archivedCompleted() const { return m_overview.archived(); }
+    /// The session that the record is of; none once it has gone or goes on.
+    std::optional<Session> finishedSession(const CompletedRecord &record) const {
+        return SessionOrder::finishedSession(record, m_sessions);
+    }
     bool hasPendingDecision() const { return summary().hasPendingDecision; }
     bool hasExternalPrompt() const { return summary().hasExternalPrompt; }
     bool hasUnacknowledgedNeedsInput() const { return summary().hasUnacknowledgedNeedsInput; }

@@ -1,5 +1,6 @@
 #include "Platform/Linux/LinuxProcesses.h"
 
+#include "Platform/Linux/Descriptor.h"
 #include "Platform/Scheduler.h"
 
 #include <QDir>
@@ -9,8 +10,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <memory>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 namespace morvane {
@@ -134,6 +137,23 @@ std::optional<QStringList> LinuxProcesses::workingDirectories(const QString &pro
         }
     }
     return result;
+}
+
+std::optional<std::int64_t> LinuxProcesses::listenerAt(const QString &socket) const {
+    const QByteArray path = QFile::encodeName(socket);
+    sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+    if (path.isEmpty() || path.size() >= qsizetype{sizeof(address.sun_path)}) {
+        return std::nullopt;
+    }
+    std::ranges::copy(path, address.sun_path);
+    const Descriptor end(::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+    ucred peer{};
+    socklen_t size = sizeof(peer);
+    const bool isOurs = ::connect(end.number(), reinterpret_cast<const sockaddr *>(&address),
+                                  sizeof(address)) == 0 &&
+                        ::getsockopt(end.number(), SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 &&
+                        peer.uid == ::getuid();
+    return isOurs ? std::optional<std::int64_t>(peer.pid) : std::nullopt;
 }
 
 } // namespace morvane

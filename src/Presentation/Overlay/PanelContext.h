@@ -25,7 +25,12 @@ struct PanelActions {
     std::function<void(const Session &)> onSelect;
     std::function<void(const QString &cwd, const QString &name)> onRenameCommit;
     std::function<void(const CompletedRecord &)> onReopen;
-    std::function<void(const Session &, const QString &text)> onReply;
+    /// `told` is called once, with whether the text has gone out as far as can be told.
+    std::function<void(const Session &, const QString &text,
+                       const std::function<void(bool isSent)> &told)>
+        onReply;
+    /// Whether there is a way by which a reply would reach the session; unset, there is none.
+    std::function<bool(const Session &)> canReply;
     std::function<void()> onOpenSettings;
     std::function<void()> onRefreshUsage;
 };

@@ -7,12 +7,15 @@
 #include "Presentation/Overlay/PanelContext.h"
 #include "Presentation/Panel/AgentBadge.h"
 #include "Presentation/Panel/NameLine.h"
+#include "Presentation/Panel/ReplyStrip.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/PlatformWords.h"
 #include "Presentation/Style/TextLabel.h"
 #include "Presentation/Style/Typography.h"
 
 #include <QHBoxLayout>
+
+#include <utility>
 
 namespace morvane {
 
@@ -43,12 +46,12 @@ CompletedRow::CompletedRow(const PanelContext &context, QWidget *parent)
     mark->addWidget(m_mark);
     mark->addStretch();
     row->addLayout(mark);
-    auto *column = new QVBoxLayout;
-    column->setSpacing(2);
-    row->addLayout(column, 1);
+    m_column = new QVBoxLayout;
+    m_column->setSpacing(2);
+    row->addLayout(m_column, 1);
     nameLine().addBadge(*m_agent);
-    column->addWidget(&nameLine());
-    column->addWidget(m_subtitle);
+    m_column->addWidget(&nameLine());
+    m_column->addWidget(m_subtitle);
     row->addWidget(m_digit, 0, Qt::AlignVCenter);
 
     connect(this, &CompletedRow::clicked, this, &CompletedRow::reopen);
@@ -70,11 +73,29 @@ void CompletedRow::setRecord(const CompletedRecord &record, const Details &detai
                                       : QString(),
                         Colors::tertiaryText);
     m_subtitle->setText(subtitleOf(record, context().scheduler.now()));
+    showReply(details.session);
     setAccessibleName(record.name + QStringLiteral(", ") + m_subtitle->text());
 }
 
+/// Whether a reply would arrive costs a look at the machine, so it is asked once for each change.
+void CompletedRow::showReply(const std::optional<Session> &session) {
+    if (session == m_session) {
+        return;
+    }
+    m_session = session;
+    if (session && ReplyStrip::isOffered(context(), *session)) {
+        m_strip = &replyStrip(*m_column);
+        m_strip->setSession(*session);
+        m_strip->show();
+    } else if (ReplyStrip *const before = std::exchange(m_strip, nullptr)) {
+        before->hide();
+    }
+}
+
 bool CompletedRow::hitButton(const QPoint &position) const {
-    return context().actions.onReopen && ListRow::hitButton(position);
+    // A press that just misses the strip's button must not take the person to the terminal.
+    const bool isInStrip = m_strip != nullptr && position.y() >= m_strip->y();
+    return !isInStrip && context().actions.onReopen && ListRow::hitButton(position);
 }
 
 void CompletedRow::reopen() {

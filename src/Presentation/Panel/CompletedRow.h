@@ -12,14 +12,16 @@ class Badge;
 class PixelFrameView;
 class TextLabel;
 
-/// One finished session in the panel. A click opens it again.
+/// One finished session in the panel. A click opens it again. While its agent is still there, a
+/// reply can be typed.
 class CompletedRow : public ListRow {
     Q_OBJECT
 
 public:
     struct Details {
-        bool showsAgent = false;  ///< whose session it was, where there are several agents
-        std::optional<int> badge; ///< the position that a digit key opens, from 0
+        bool showsAgent = false;        ///< whose session it was, where there are several agents
+        std::optional<int> badge;       ///< the position that a digit key opens, from 0
+        std::optional<Session> session; ///< that the record is of, while it is there
     };
 
     /// The context outlives the row, which hands on to it what a person wants.
@@ -34,12 +36,16 @@ protected:
 
 private:
     void reopen();
+    void showReply(const std::optional<Session> &session);
 
     CompletedRecord m_record;
     PixelFrameView *m_mark;
     AgentBadge *m_agent;
     Badge *m_digit;
     TextLabel *m_subtitle;
+    QBoxLayout *m_column = nullptr;
+    std::optional<Session> m_session; ///< that the strip has last been looked up for
+    ReplyStrip *m_strip = nullptr;    ///< while it is on show
 };
 
 } // namespace morvane

@@ -151,6 +151,7 @@ void ExpandedView::appendRecords(Entries &list, const QString &title, const QCol
             row->setRecord(record, details);
             return row;
         };
+        details.session = m_context.store.finishedSession(record);
         // Apart from the sessions, since a record may bear the id of one.
         list.append({QStringLiteral("record:") + record.id, fill});
     }

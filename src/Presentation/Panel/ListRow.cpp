@@ -1,8 +1,10 @@
 #include "Presentation/Panel/ListRow.h"
 
 #include "Presentation/Panel/NameLine.h"
+#include "Presentation/Panel/ReplyStrip.h"
 #include "Presentation/Style/Colors.h"
 
+#include <QBoxLayout>
 #include <QPainter>
 
 namespace morvane {
@@ -23,11 +25,22 @@ ListRow::ListRow(const PanelContext &context, const QColor &nameColor, QWidget *
 }
 
 bool ListRow::isEditing() const {
-    return m_nameLine->isEditing();
+    return m_nameLine->isEditing() || (m_reply != nullptr && m_reply->isReplying());
 }
 
 void ListRow::abandonEditing() {
     m_nameLine->abandonEditing();
+    if (m_reply != nullptr) {
+        m_reply->abandonReply();
+    }
+}
+
+ReplyStrip &ListRow::replyStrip(QBoxLayout &column) {
+    if (m_reply == nullptr) {
+        m_reply = new ReplyStrip(m_context, this);
+        column.addWidget(m_reply);
+    }
+    return *m_reply;
 }
 
 void ListRow::followPointer(std::optional<QPoint> pointer) {

@@ -4,9 +4,12 @@
 
 #include <optional>
 
+class QBoxLayout;
+
 namespace morvane {
 
 class NameLine;
+class ReplyStrip;
 struct PanelContext;
 
 /// What the rows of the panel have in common: a click on them, the ground that shows the pointer,
@@ -16,10 +19,10 @@ class ListRow : public QAbstractButton {
 
 public:
     /// Whether a text field is open in the row.
-    virtual bool isEditing() const;
+    bool isEditing() const;
 
     /// Closes it; what has been typed is dropped.
-    virtual void abandonEditing();
+    void abandonEditing();
 
     /// Tells a row that may have moved where the pointer is on the desktop, or that it is on none
     /// of the rows. Qt looks for the pointer when that moves, not when a row moves under it.
@@ -31,12 +34,16 @@ protected:
     NameLine &nameLine() const { return *m_nameLine; }
     const PanelContext &context() const { return m_context; }
 
+    /// The strip that offers a reply; made at the end of the column when it is first called for.
+    ReplyStrip &replyStrip(QBoxLayout &column);
+
     bool hitButton(const QPoint &position) const override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
     const PanelContext &m_context;
     NameLine *m_nameLine;
+    ReplyStrip *m_reply = nullptr;
 };
 
 } // namespace morvane

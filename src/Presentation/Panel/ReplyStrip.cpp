@@ -1,22 +1,40 @@
 #include "Presentation/Panel/ReplyStrip.h"
 
 #include "Presentation/Overlay/InlineNameField.h"
+#include "Presentation/Overlay/PanelContext.h"
 #include "Presentation/Panel/DecideButton.h"
 #include "Presentation/Style/Colors.h"
+#include "Presentation/Style/TextLabel.h"
 #include "Presentation/Style/Typography.h"
 
-#include <QVBoxLayout>
+#include <QHBoxLayout>
 
 namespace morvane {
 
+namespace {
+
+constexpr int outcomeGap = 8;
+
+} // namespace
+
 ReplyStrip::ReplyStrip(const PanelContext &context, QWidget *parent)
     : QWidget(parent), m_context(context),
-      m_affordance(new DecideButton(tr(" Reply"), Colors::white(0.7), this)) {
+      m_affordance(new DecideButton(tr(" Reply"), Colors::white(0.7), this)),
+      m_outcome(new TextLabel(Typography::text(Typography::secondarySize), Colors::tertiaryText, 1,
+                              this)) {
     m_affordance->setLeadingImage(SystemImage::arrowTurnUpLeft);
     connect(m_affordance, &DecideButton::clicked, this, &ReplyStrip::openField);
-    auto *strip = new QVBoxLayout(this);
+    auto *strip = new QHBoxLayout(this);
     strip->setContentsMargins(0, 8, 0, 2);
+    strip->setSpacing(outcomeGap);
     strip->addWidget(m_affordance);
+    strip->addWidget(m_outcome, 1);
+    m_outcome->hide();
+}
+
+bool ReplyStrip::isOffered(const PanelContext &context, const Session &session) {
+    const PanelActions &actions = context.actions;
+    return session.isFinished() && actions.onReply && actions.canReply && actions.canReply(session);
 }
 
 void ReplyStrip::abandonReply() {
@@ -30,18 +48,19 @@ void ReplyStrip::openField() {
         return;
     }
     const InlineNameField::Setup setup{
-        .initial = {}, .placeholder = tr("Type a follow-up…"), .title = tr("Reply")};
+        .initial = m_unsent, .placeholder = tr("Type a follow-up…"), .title = tr("Reply")};
     m_field = new InlineNameField(setup, m_context, this);
     m_field->setFont(Typography::text(Typography::bodySize));
     m_field->setFixedHeight(m_affordance->sizeHint().height());
     connect(m_field, &InlineNameField::commit, this, [this](const QString &text) {
         closeField();
         if (!text.trimmed().isEmpty()) {
-            emit replied(text);
+            send(text);
         }
     });
     connect(m_field, &InlineNameField::cancel, this, &ReplyStrip::closeField);
     m_affordance->hide();
+    m_outcome->hide();
     layout()->addWidget(m_field);
     m_field->show();
 }
@@ -49,6 +68,21 @@ void ReplyStrip::openField() {
 void ReplyStrip::closeField() {
     layout()->removeWidget(m_field);
     m_affordance->show();
+}
+
+void ReplyStrip::send(const QString &text) {
+    m_context.actions.onReply(m_session, text,
+                              [weak = QPointer<ReplyStrip>(this), text](bool isSent) {
+                                  if (weak) {
+                                      weak->m_unsent = isSent ? QString() : text;
+                                      weak->tell(isSent ? tr("sent") : tr("could not be sent"));
+                                  }
+                              });
+}
+
+void ReplyStrip::tell(const QString &outcome) {
+    m_outcome->setText(outcome);
+    m_outcome->setVisible(!isReplying());
 }
 
 } // namespace morvane

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Core/Sessions/Session.h"
+
 #include <QPointer>
 #include <QWidget>
 
@@ -7,10 +9,12 @@ namespace morvane {
 
 class DecideButton;
 class InlineNameField;
+class TextLabel;
 struct PanelContext;
 
 /// Offers to type a line into the terminal of a session that has finished. The field stays open
-/// when it loses the focus: nothing is sent but what somebody has sent.
+/// when it loses the focus: nothing is sent but what somebody has sent. Then it says whether that
+/// went out.
 class ReplyStrip : public QWidget {
     Q_OBJECT
 
@@ -18,20 +22,26 @@ public:
     /// The context outlives the strip.
     ReplyStrip(const PanelContext &context, QWidget *parent);
 
+    /// Whether the session is one that can be replied to.
+    static bool isOffered(const PanelContext &context, const Session &session);
+
+    void setSession(const Session &session) { m_session = session; }
+
     bool isReplying() const { return !m_field.isNull(); }
     void abandonReply();
-
-signals:
-    /// Never with an empty text.
-    void replied(const QString &text);
 
 private:
     void openField();
     void closeField();
+    void send(const QString &text);
+    void tell(const QString &outcome);
 
     const PanelContext &m_context;
+    Session m_session;
     DecideButton *m_affordance;
+    TextLabel *m_outcome; ///< what has become of the last reply
     QPointer<InlineNameField> m_field;
+    QString m_unsent; ///< what could not be sent is offered again
 };
 
 } // namespace morvane

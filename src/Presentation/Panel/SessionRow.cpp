@@ -1,6 +1,5 @@
 #include "Presentation/Panel/SessionRow.h"
 
-#include "Core/Navigation/HostApp.h"
 #include "Core/Sessions/SessionStore.h"
 #include "Presentation/Mascot/PixelAnimator.h"
 #include "Presentation/Overlay/PanelContext.h"
@@ -130,12 +129,11 @@ QWidget *SessionRow::stripFor(bool showsShortcuts) {
         externalStrip().setSession(m_session);
         return m_external;
     }
-    return takesReplies() ? &replyStrip() : nullptr;
-}
-
-bool SessionRow::takesReplies() const {
-    return m_session.isFinished() && HostApp::canBeTypedInto(m_session) &&
-           context().actions.onReply;
+    if (!ReplyStrip::isOffered(context(), m_session)) {
+        return nullptr;
+    }
+    replyStrip(*m_column).setSession(m_session);
+    return &replyStrip(*m_column);
 }
 
 void SessionRow::select() {
@@ -190,27 +188,6 @@ ExternalStrip &SessionRow::externalStrip() {
         connect(m_external, &ExternalStrip::answerRequested, this, &SessionRow::select);
     }
     return *m_external;
-}
-
-ReplyStrip &SessionRow::replyStrip() {
-    if (m_reply == nullptr) {
-        m_reply = new ReplyStrip(context(), this);
-        m_column->addWidget(m_reply);
-        connect(m_reply, &ReplyStrip::replied, this,
-                [this](const QString &text) { context().actions.onReply(m_session, text); });
-    }
-    return *m_reply;
-}
-
-bool SessionRow::isEditing() const {
-    return ListRow::isEditing() || (m_reply != nullptr && m_reply->isReplying());
-}
-
-void SessionRow::abandonEditing() {
-    ListRow::abandonEditing();
-    if (m_reply != nullptr) {
-        m_reply->abandonReply();
-    }
 }
 
 bool SessionRow::hitButton(const QPoint &position) const {

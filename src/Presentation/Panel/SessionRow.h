@@ -12,7 +12,6 @@ class ApprovalStrip;
 class ExternalStrip;
 class PixelAnimator;
 class QuestionStrip;
-class ReplyStrip;
 class SessionMetaLine;
 class SubagentList;
 class TextLabel;
@@ -39,9 +38,6 @@ public:
     /// How high the view of a call may become, in points.
     void setInputHeightLimit(int limit);
 
-    bool isEditing() const override;
-    void abandonEditing() override;
-
 protected:
     bool hitButton(const QPoint &position) const override;
 
@@ -50,13 +46,11 @@ private:
     void showMain(Details details);
     void showStrip(Details details);
     QWidget *stripFor(bool showsShortcuts);
-    bool takesReplies() const;
     void select();
     bool isUpToDate() const;
     ApprovalStrip &approvalStrip();
     QuestionStrip &questionStrip();
     ExternalStrip &externalStrip();
-    ReplyStrip &replyStrip();
 
     Session m_session;
     Details m_details;
@@ -73,7 +67,6 @@ private:
     ApprovalStrip *m_approval = nullptr;
     QuestionStrip *m_question = nullptr;
     ExternalStrip *m_external = nullptr;
-    ReplyStrip *m_reply = nullptr;
 };
 
 Q_DECLARE_OPERATORS_FOR_FLAGS(SessionRow::Details)

@@ -2,6 +2,7 @@
 
 #include "Core/Sessions/Session.h"
 #include "Platform/InstalledApplications.h"
+#include "Support/FakeProcesses.h"
 #include "Support/Printing.h"
 
 #include <gtest/gtest.h>
@@ -75,6 +76,30 @@ TEST(HostApp, KnowsTheHostThatASessionHasReported) {
         EXPECT_EQ(HostApp::isReportedHost(foreground, session, applications), isHost)
             << foreground.toStdString();
     }
+}
+
+TEST(HostApp, OffersToTypeOnlyWhereThatCanBeDone) {
+    FakeApplications applications;
+    FakeProcesses processes;
+    processes.listeners["/s"] = 7;
+    const auto can = [&](const Hint &tmux, const Hint &bundle, const Hint &program) {
+        Session session;
+        session.pane.tmux = tmux;
+        session.pane.tmuxServer = QStringLiteral("/s,7,0");
+        session.hostBundleID = bundle;
+        session.termProgram = program;
+        return HostApp::canBeTypedInto(session, applications, processes);
+    };
+    EXPECT_TRUE(can("%1", "com.mitchellh.ghostty", {}));
+    EXPECT_FALSE(can({}, {}, {}));
+    applications.installed = {{"com.googlecode.iterm2", "iTerm"}};
+    EXPECT_TRUE(can({}, {}, {}));
+    EXPECT_TRUE(can({}, {}, "iTerm.app"));
+    EXPECT_TRUE(can({}, "com.googlecode.iterm2", "ghostty"));
+    EXPECT_FALSE(can({}, "com.mitchellh.ghostty", "iTerm.app"));
+    EXPECT_FALSE(can({}, "", "ghostty"));
+    processes.listeners.clear();
+    EXPECT_FALSE(can("%1", {}, {}));
 }
 
 } // namespace

@@ -1,7 +1,6 @@
 #include "Core/Sessions/Session.h"
 
 #include "Core/Ground/TimeFormat.h"
-#include "Core/Navigation/HostApp.h"
 #include "Core/Sessions/GitInfo.h"
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"
@@ -58,22 +57,6 @@ TEST(Session, RemarksOnlyOnUnusualPermissionModes) {
         session.permissionMode = mode;
         EXPECT_EQ(session.notablePermissionMode(), notable ? mode : std::nullopt);
     }
-}
-
-TEST(Session, CanBeTypedIntoInATmuxPaneAndInITerm) {
-    const auto can = [](const Text &tmux, const Text &bundle, const Text &program) {
-        Session session;
-        session.pane.tmux = tmux;
-        session.hostBundleID = bundle;
-        session.termProgram = program;
-        return HostApp::canBeTypedInto(session);
-    };
-    EXPECT_TRUE(can({}, {}, {}));
-    EXPECT_TRUE(can({}, {}, "iTerm.app"));
-    EXPECT_TRUE(can({}, "com.googlecode.iterm2", "ghostty"));
-    EXPECT_FALSE(can({}, "com.mitchellh.ghostty", "iTerm.app"));
-    EXPECT_FALSE(can({}, "", "ghostty"));
-    EXPECT_TRUE(can("%1", "com.mitchellh.ghostty", {}));
 }
 
 TEST(PaneLocator, FindsTheSocketInWhatTmuxReports) {

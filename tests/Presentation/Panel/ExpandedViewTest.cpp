@@ -136,6 +136,49 @@ TEST_F(ExpandedViewTest, ARecordReopensAndGivesWayToAQuestion) {
               QStringList({"active:asking", "completed:/b", "completed:/a"}));
 }
 
+TEST_F(ExpandedViewTest, ARecordTakesRepliesForTheSessionThatLeftIt) {
+    QList<std::pair<QString, QString>> replies;
+    context.actions.onReply = [&](const Session &session, const QString &text, const auto &) {
+        replies.append({session.id, text});
+    };
+    context.actions.canReply = [](const Session &session) { return session.pane.tmux == "%2"; };
+    int reopened = 0;
+    context.actions.onReopen = [&](const CompletedRecord &) { ++reopened; };
+    ExpandedView offering(context, nullptr);
+    offering.show();
+    const auto finishIn = [this](const QString &id, const QString &target) {
+        PaneLocator pane;
+        pane.tmux = target;
+        apply(EventBuilder(Event::promptSubmit).in(id).with(&HookEvent::cwd, QString("/p")));
+        apply(EventBuilder(Event::turnEnd)
+                  .in(id)
+                  .with(&HookEvent::cwd, QString("/p"))
+                  .with(&HookEvent::pane, pane));
+    };
+    const auto refreshed = [&] {
+        offering.refresh();
+        offering.resize(offering.sizeHint());
+        return textsIn<DecideButton>(offering);
+    };
+    // Two in one folder: the record is of the one that finished last.
+    finishIn("first", "%2");
+    finishIn("other", "%3");
+    EXPECT_EQ(refreshed(), QStringList());
+    finishIn("first", "%2");
+    EXPECT_EQ(refreshed(), QStringList{" Reply"});
+    DecideButton *reply = shownIn<DecideButton>(offering).first();
+    QTest::mouseClick(reply->parentWidget(), Qt::LeftButton, {}, {reply->width() + 40, 12});
+    EXPECT_EQ(reopened, 0);
+    reply->click();
+    auto *field = offering.findChild<InlineNameField *>();
+    ASSERT_TRUE(field);
+    QTest::keyClicks(field, "go on");
+    QTest::keyClick(field, Qt::Key_Return);
+    EXPECT_EQ(replies, (QList<std::pair<QString, QString>>{{"first", "go on"}}));
+    store.removeSessions("/p");
+    EXPECT_EQ(refreshed(), QStringList());
+}
+
 TEST_F(ExpandedViewTest, AnAgeStaysTrueWithOneTimerWhileItIsOnScreen) {
     finish("/a");
     finish("/b");

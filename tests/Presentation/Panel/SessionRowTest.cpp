@@ -31,8 +31,12 @@ protected:
         context.actions.onRenameCommit = [this](const QString &cwd, const QString &name) {
             names.append(cwd + QStringLiteral("=") + name);
         };
-        context.actions.onReply = [this](const Session &, const QString &text) {
+        context.actions.onReply = [this](const Session &, const QString &text, const auto &told) {
             replies.append(text);
+            tellOutcome = told;
+        };
+        context.actions.canReply = [](const Session &session) {
+            return session.pane.tmux.has_value();
         };
         store.resolveDecision = [this](const QString &, const AgentDecision &decision) {
             decisions.append(decision);
@@ -84,6 +88,7 @@ protected:
     QStringList selections;
     QStringList names;
     QStringList replies;
+    std::function<void(bool isSent)> tellOutcome; ///< of the last reply
     QList<AgentDecision> decisions;
     SessionRow row{context, nullptr};
 };
@@ -341,7 +346,6 @@ TEST_F(SessionRowTest, OffersAReplyOnlyWhereItCanBeTyped) {
     apply(Event::promptSubmit);
     apply(Event::turnEnd);
     Session session = store.sessions().value("s");
-    session.hostBundleID = "net.kovidgoyal.kitty";
     const auto offered = [&] {
         row.setSession(session, {});
         row.show();
@@ -353,8 +357,6 @@ TEST_F(SessionRowTest, OffersAReplyOnlyWhereItCanBeTyped) {
     session.state = SessionState::working;
     EXPECT_FALSE(offered());
     session.state = SessionState::failed;
-    session.pane.tmux = std::nullopt;
-    session.hostBundleID = "com.googlecode.iterm2";
     EXPECT_TRUE(offered());
     context.actions.onReply = nullptr;
     session.state = SessionState::done;
@@ -381,8 +383,21 @@ TEST_F(SessionRowTest, SendsWhatIsTypedAndNothingElse) {
     type("go on", Qt::Key_Return);
     EXPECT_EQ(replies, QStringList({"go on"}));
     EXPECT_TRUE(selections.isEmpty());
+    const auto says = [this](const QString &text) {
+        show();
+        return textsIn<QLabel>(row).contains(text);
+    };
+    EXPECT_FALSE(says("sent"));
+    tellOutcome(true);
+    EXPECT_TRUE(says("sent"));
 
+    // What could not be sent needn't be typed again.
+    type("and on", Qt::Key_Return);
+    EXPECT_FALSE(says("sent"));
+    tellOutcome(false);
+    EXPECT_TRUE(says("could not be sent"));
     shownIn<DecideButton>(row).first()->click();
+    EXPECT_EQ(field()->text(), "and on");
     apply(Event::promptSubmit);
     show();
     EXPECT_FALSE(field());

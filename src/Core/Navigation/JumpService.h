@@ -1,0 +1,102 @@
+#pragma once
+
+#include "Core/Agents/PaneLocator.h"
+#include "Platform/Time.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+#include <variant>
+
+namespace morvane {
+class HostWindows;
+class Processes;
+class Scripting;
+class Tools;
+struct CompletedRecord;
+struct HostWindow;
+struct Session;
+} // namespace morvane
+
+/// Goes to where a session runs: selects the pane, the tab and the window, and brings the program
+/// that has them to the front, or starts it. A chain of attempts; what can't be done is passed
+/// over without a word. Stateless; main thread, which never waits.
+///
+/// What is tried is worked out first, as values, by the functions at the top; `jump` does it.
+namespace morvane::JumpService {
+
+/// Where an agent runs, as far as its hooks have told.
+struct Destination {
+    std::optional<QString> itermSessionID;
+    std::optional<QString> termProgram;
+    std::optional<QString> hostBundleID;
+    QString projectName; ///< never empty
+    PaneLocator pane;
+    std::optional<QString> ttyName;
+    Date toldAt; ///< a terminal that was opened later has but the same name
+
+    static Destination of(const Session &session);
+    static Destination of(const CompletedRecord &record);
+
+    /// True when there is anything to go to. A terminal's device alone says too little.
+    bool isPlace() const;
+
+    friend bool operator==(const Destination &, const Destination &) = default;
+};
+
+/// A session of iTerm2, which a script selects.
+struct ITermSession {
+    QString uuid;
+    friend bool operator==(const ITermSession &, const ITermSession &) = default;
+};
+
+/// A tab of Terminal, which a script selects.
+struct TerminalTab {
+    QString tty;
+    friend bool operator==(const TerminalTab &, const TerminalTab &) = default;
+};
+
+/// A pane that its terminal is told to select, if it has any.
+struct TerminalPane {
+    friend bool operator==(const TerminalPane &, const TerminalPane &) = default;
+};
+
+using Step = std::variant<ITermSession, TerminalTab, TerminalPane>;
+
+/// What comes before the host is brought forward. The order is part of the design: the first that
+/// applies.
+Step firstStep(const Destination &destination);
+
+/// The terminal in whose window the session is seen: inside tmux the one of `client`, which shows
+/// the pane. `openedAt` tells when the session's own was.
+std::optional<QString> shownTty(const Destination &destination,
+                                const std::optional<QString> &client, Date openedAt);
+
+/// A window's title, taken apart where programs put a file's, a project's and their own name
+/// together.
+QStringList titleComponents(const QString &title);
+
+/// The window of a project: one whose title has the name as a component, else one whose title
+/// contains it, so that a short name doesn't find a longer one first.
+std::optional<HostWindow> windowOf(const QString &projectName, const QList<HostWindow> &windows);
+
+/// The AppleScript that selects a session of iTerm2 and answers "found".
+QString itermScript(const QString &uuid);
+
+/// The AppleScript that selects a tab of Terminal.
+QString terminalScript(const QString &tty);
+
+/// What a jump asks of the machine; all of it outlives the jump.
+struct Means {
+    Tools &tools;
+    const Processes &processes;
+    Scripting &scripting;
+    HostWindows &windows;
+};
+
+/// Begins a jump, and returns.
+void jump(const Destination &destination, const Means &means);
+
+} // namespace morvane::JumpService

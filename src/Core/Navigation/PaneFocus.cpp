@@ -1,0 +1,190 @@
+#include "Core/Navigation/PaneFocus.h"
+
+#include "Core/Ground/RegularFile.h"
+#include "Platform/Processes.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QRegularExpression>
+
+#include <algorithm>
+
+namespace morvane::PaneFocus {
+
+namespace {
+
+const QString tmux = QStringLiteral("tmux");
+
+/// The places that only one tool is found at.
+QStringList ownCandidates(const QString &tool, const QString &home) {
+    if (tool == u"wezterm") {
+        return {QStringLiteral("/Applications/WezTerm.app/Contents/MacOS/wezterm")};
+    }
+    if (tool == u"kitty") {
+        return {QStringLiteral("/Applications/kitty.app/Contents/MacOS/kitty"),
+                home + QStringLiteral("/.local/kitty.app/bin/kitty")};
+    }
+    if (tool == u"orca") {
+        return {home + QStringLiteral("/.local/bin/orca"),
+                QStringLiteral("/Applications/Orca.app/Contents/Resources/bin/orca")};
+    }
+    if (tool == u"codex") {
+        return {home + QStringLiteral("/.local/bin/codex"),
+                home + QStringLiteral("/.codex/packages/standalone/current/bin/codex"),
+                QStringLiteral("/Applications/ChatGPT.app/Contents/Resources/codex"),
+                QStringLiteral("/Applications/Codex.app/Contents/Resources/codex")};
+    }
+    return {};
+}
+
+/// Flatpak calls what it exports by the application's id.
+QString exportedName(const QString &tool) {
+    return tool == u"wezterm" ? QStringLiteral("org.wezfurlong.wezterm") : tool;
+}
+
+/// GNOME's screen reader has the name of another program's tool, and would begin to speak.
+bool isScreenReader(const QString &path) {
+    return path.endsWith(u"/orca") && RegularFile::head(path, 128)
+                                          .value_or(QByteArray())
+                                          .split('\n')
+                                          .first()
+                                          .contains("python");
+}
+
+bool canBeRun(const QString &path) {
+    const QFileInfo file(path);
+    return file.isFile() && file.isExecutable() && !isScreenReader(path);
+}
+
+/// A tmux server of its own process, which its clients' environment names after the socket.
+std::int64_t serverProcess(const PaneLocator &pane) {
+    return pane.tmuxServer.value_or(QString()).section(QLatin1Char(','), 1, 1).toLongLong();
+}
+
+QProcessEnvironment environmentFor(const QString &tool, const PaneLocator &pane) {
+    QProcessEnvironment result;
+    if (tool == u"kitty" && pane.kittyListenOn) {
+        result.insert(QStringLiteral("KITTY_LISTEN_ON"), *pane.kittyListenOn);
+    } else if (tool == u"wezterm" && pane.weztermSocket) {
+        result.insert(QStringLiteral("WEZTERM_UNIX_SOCKET"), *pane.weztermSocket);
+    }
+    return result;
+}
+
+} // namespace
+
+QStringList toolCandidates(const QString &tool, const QString &home) {
+    QStringList result{QStringLiteral("/opt/homebrew/bin/") + tool,
+                       QStringLiteral("/usr/local/bin/") + tool,
+                       QStringLiteral("/usr/bin/") + tool};
+    result += ownCandidates(tool, home);
+    result += {home + QStringLiteral("/.local/bin/") + tool,
+               home + QStringLiteral("/.cargo/bin/") + tool, QStringLiteral("/snap/bin/") + tool,
+               QStringLiteral("/var/lib/flatpak/exports/bin/") + exportedName(tool),
+               home + QStringLiteral("/.local/share/flatpak/exports/bin/") + exportedName(tool)};
+    result.removeDuplicates();
+    return result;
+}
+
+std::optional<QUrl> toolURL(const QString &tool) {
+    const QStringList candidates = toolCandidates(tool, QDir::homePath());
+    const auto found = std::ranges::find_if(candidates, &canBeRun);
+    return found != candidates.end() ? std::optional(QUrl::fromLocalFile(*found)) : std::nullopt;
+}
+
+void run(const QString &tool, const QStringList &arguments, const PaneLocator &pane, Tools &tools,
+         const Tools::Finished &finished) {
+    if (const auto url = toolURL(tool)) {
+        tools.run({url->toLocalFile(), arguments, environmentFor(tool, pane)}, finished);
+    } else {
+        finished(std::nullopt);
+    }
+}
+
+/// tmux takes a ";" at the end of an argument for the end of a command.
+QStringList tmuxArguments(const PaneLocator &pane, const QStringList &command) {
+    QStringList result;
+    if (const auto socket = pane.tmuxSocket()) {
+        result << QStringLiteral("-S") << *socket;
+    }
+    for (QString argument : command) {
+        if (argument.endsWith(QLatin1Char(';'))) {
+            argument.insert(argument.size() - 1, QLatin1Char('\\'));
+        }
+        result << argument;
+    }
+    return result;
+}
+
+bool hasTmuxPane(const PaneLocator &pane, const Processes &processes) {
+    if (!pane.tmux || !toolURL(tmux)) {
+        return false;
+    }
+    const auto socket = pane.tmuxSocket();
+    if (!socket) {
+        return true;
+    }
+    const auto listener = processes.listenerAt(*socket);
+    const std::int64_t reported = serverProcess(pane);
+    return listener && (*listener == 0 || reported == 0 || *listener == reported);
+}
+
+std::optional<QString> showingClient(const QString &clients, const QString &pane) {
+    std::optional<QString> result;
+    qlonglong latest = -1;
+    for (const QString &line : clients.split(QLatin1Char('\n'))) {
+        const qlonglong activity = line.section(QLatin1Char(' '), 0, 0).toLongLong();
+        const QString tty = line.section(QLatin1Char(' '), 2);
+        if (line.section(QLatin1Char(' '), 1, 1) == pane && !tty.isEmpty() && activity > latest) {
+            latest = activity;
+            result = tty;
+        }
+    }
+    return result;
+}
+
+void focusMultiplexer(const PaneLocator &pane, Tools &tools,
+                      const std::function<void(const std::optional<QString> &tty)> &then) {
+    if (!pane.tmux) {
+        then(std::nullopt);
+        return;
+    }
+    const auto command = [pane, &tools](const QStringList &words, const Tools::Finished &finished) {
+        run(tmux, tmuxArguments(pane, words), pane, tools, finished);
+    };
+    const auto findClient = [=](const std::optional<QByteArray> &selected) {
+        // A server that doesn't answer has been waited for long enough.
+        if (!selected) {
+            then(std::nullopt);
+            return;
+        }
+        command(
+            {QStringLiteral("list-clients"), QStringLiteral("-F"), tmuxClientFormat},
+            [=](const std::optional<QByteArray> &clients) {
+                then(showingClient(QString::fromUtf8(clients.value_or(QByteArray())), *pane.tmux));
+            });
+    };
+    const auto selectPane = [=](const std::optional<QByteArray> &) {
+        command({QStringLiteral("select-pane"), QStringLiteral("-t"), *pane.tmux}, findClient);
+    };
+    command({QStringLiteral("select-window"), QStringLiteral("-t"), *pane.tmux}, selectPane);
+}
+
+void focusTerminal(const PaneLocator &pane, Tools &tools) {
+    const auto start = [&](const QString &tool, const QStringList &arguments) {
+        run(tool, arguments, pane, tools, [](const std::optional<QByteArray> &) {});
+    };
+    if (pane.wezterm) {
+        start(QStringLiteral("wezterm"), {QStringLiteral("cli"), QStringLiteral("activate-pane"),
+                                          QStringLiteral("--pane-id"), *pane.wezterm});
+    } else if (pane.kitty) {
+        start(QStringLiteral("kitty"),
+              {QStringLiteral("@"), QStringLiteral("focus-window"), QStringLiteral("--match"),
+               QStringLiteral("id:") + *pane.kitty});
+    } else if (pane.orca) {
+        start(QStringLiteral("orca"), {QStringLiteral("terminal"), QStringLiteral("switch"),
+                                       QStringLiteral("--terminal"), *pane.orca});
+    }
+}
+
+} // namespace morvane::PaneFocus

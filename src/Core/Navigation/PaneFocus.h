@@ -1,0 +1,52 @@
+#pragma once
+
+#include "Core/Agents/PaneLocator.h"
+#include "Platform/Tools.h"
+
+#include <QString>
+#include <QStringList>
+#include <QUrl>
+
+#include <functional>
+#include <optional>
+
+namespace morvane {
+class Processes;
+}
+
+/// Selects a session's pane by the command line of the program that has it. Best effort: what
+/// isn't installed, hangs or fails is passed over. Stateless; main thread, which never waits.
+namespace morvane::PaneFocus {
+
+/// Where a tool may be, in the order in which it is looked for.
+QStringList toolCandidates(const QString &tool, const QString &home);
+
+/// The first of the candidates that can be run. `PATH` has no say in it.
+std::optional<QUrl> toolURL(const QString &tool);
+
+/// Runs a tool, with what `pane` knows of the way to its program. `finished` hears of one that
+/// isn't installed before this returns.
+void run(const QString &tool, const QStringList &arguments, const PaneLocator &pane, Tools &tools,
+         const Tools::Finished &finished);
+
+/// A command for the tmux server of the pane, which takes no part of it for another command.
+QStringList tmuxArguments(const PaneLocator &pane, const QStringList &command);
+
+/// True for a pane of a tmux server that can still be given commands. A server that has taken the
+/// socket of the one that was reported has other panes of the same names.
+bool hasTmuxPane(const PaneLocator &pane, const Processes &processes);
+
+/// The tty of the client that shows the pane with this id, out of tmux's list in
+/// `tmuxClientFormat`: of several the one that was used last.
+std::optional<QString> showingClient(const QString &clients, const QString &pane);
+inline constexpr QLatin1String tmuxClientFormat("#{client_activity} #{pane_id} #{client_tty}");
+
+/// Selects the tmux pane, if there is one. `then` is always called, with the terminal in which
+/// tmux shows the pane; at once where there is no pane or no tmux, else within six seconds.
+void focusMultiplexer(const PaneLocator &pane, Tools &tools,
+                      const std::function<void(const std::optional<QString> &tty)> &then);
+
+/// Selects the pane of a terminal that has panes of its own.
+void focusTerminal(const PaneLocator &pane, Tools &tools);
+
+} // namespace morvane::PaneFocus

@@ -1,0 +1,161 @@
+#include "Core/Navigation/TerminalReply.h"
+
+#include "Core/Navigation/HostApp.h"
+#include "Core/Navigation/PaneFocus.h"
+#include "Core/Sessions/Session.h"
+#include "Platform/Scheduler.h"
+#include "Platform/Scripting.h"
+
+#include <QPointer>
+
+#include <algorithm>
+
+namespace morvane {
+
+namespace {
+
+/// In UTF-16 units; tmux takes no command of 16 KiB or more.
+constexpr qsizetype longestArgument = 4096;
+
+/// Codex and Gemini CLI take an Enter that comes with the text for a line feed in it.
+constexpr Seconds beforeEnter(0.3);
+
+const QString buffer = QStringLiteral("morvane-reply");
+
+/// In pieces that tmux takes, whole characters each.
+QStringList pieces(const QString &text) {
+    QStringList result;
+    for (qsizetype from = 0; from < text.size();) {
+        qsizetype length = std::min(longestArgument, text.size() - from);
+        if (from + length < text.size() && text[from + length].isLowSurrogate()) {
+            --length;
+        }
+        result << text.mid(from, length);
+        from += length;
+    }
+    return result;
+}
+
+bool isControl(QChar character) {
+    return character.category() == QChar::Other_Control;
+}
+
+/// The text as an argument, behind options for one of which it could be taken.
+QStringList literally(QStringList command, const QString &text) {
+    if (text.startsWith(QLatin1Char('-'))) {
+        command << QStringLiteral("--");
+    }
+    return command << text;
+}
+
+} // namespace
+
+QString TerminalReply::typable(const QString &text) {
+    QString result = text;
+    result.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    result.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    result.removeIf([](QChar character) {
+        return isControl(character) && character != QLatin1Char('\n') &&
+               character != QLatin1Char('\t');
+    });
+    return result.trimmed();
+}
+
+QList<QStringList> TerminalReply::typing(const QString &text, const QString &pane) {
+    const QStringList to{QStringLiteral("-t"), pane};
+    const QString sendKeys = QStringLiteral("send-keys");
+    // While somebody looks back in the pane, its keys mean something else.
+    QList<QStringList> result{QStringList{QStringLiteral("copy-mode"), QStringLiteral("-q")} + to};
+    if (std::ranges::none_of(text, &isControl)) {
+        for (const QString &piece : pieces(text)) {
+            result << literally(QStringList(sendKeys) + to + QStringList(QStringLiteral("-l")),
+                                piece);
+        }
+    } else {
+        // Typed, a line feed would submit the first line; pasted, it is part of the text.
+        QStringList setBuffer{QStringLiteral("set-buffer"), QStringLiteral("-b"), buffer};
+        for (const QString &piece : pieces(text)) {
+            result << literally(setBuffer, piece);
+            setBuffer = {QStringLiteral("set-buffer"), QStringLiteral("-a"), QStringLiteral("-b"),
+                         buffer};
+        }
+        result << QStringList{QStringLiteral("paste-buffer"), QStringLiteral("-d"),
+                              QStringLiteral("-p"),           QStringLiteral("-r"),
+                              QStringLiteral("-b"),           buffer} +
+                      to;
+    }
+    result << QStringList(sendKeys) + to + QStringList(QStringLiteral("Enter"));
+    return result;
+}
+
+QString TerminalReply::script(const QString &text, const QString &uuid) {
+    QString escaped = text;
+    escaped.replace(QLatin1Char('\\'), QStringLiteral("\\\\"));
+    escaped.replace(QLatin1Char('"'), QStringLiteral("\\\""));
+    return QStringLiteral(R"(tell application "iTerm2"
+  repeat with w in windows
+    repeat with t in tabs of w
+      repeat with s in sessions of t
+        if (unique id of s) is "%1" then
+          tell s to write text "%2"
+          return
+        end if
+      end repeat
+    end repeat
+  end repeat
+end tell)")
+        .arg(uuid, escaped);
+}
+
+void TerminalReply::send(const QString &text, const Session &session, const Told &told) {
+    const QString typed = typable(text);
+    const auto &pane = session.pane;
+    if (typed.isEmpty()) {
+        told(false);
+    } else if (PaneFocus::hasTmuxPane(pane, m_processes)) {
+        m_replies.push_back({pane, typing(typed, *pane.tmux), told});
+        if (m_replies.size() == 1) {
+            runNext();
+        }
+    } else if (const auto uuid = HostApp::itermUUID(session.itermSessionID);
+               uuid && !pane.tmux &&
+               HostApp::bundleID(session.hostBundleID, session.termProgram) == HostApp::iterm2) {
+        sendViaITerm(typed, *uuid, told);
+    } else {
+        told(false);
+    }
+}
+
+void TerminalReply::sendViaITerm(const QString &text, const QString &uuid, const Told &told) {
+    m_scripting.run(script(text, uuid), [told](const std::optional<QString> &) { told(true); });
+}
+
+void TerminalReply::runNext() {
+    const QStringList command = m_replies.front().commands.takeFirst();
+    // A copy, since a tool that isn't there ends the reply at once.
+    const PaneLocator pane = m_replies.front().pane;
+    const auto finished = [weak = QPointer<TerminalReply>(this)](const auto &output) {
+        if (weak) {
+            weak->take(output.has_value());
+        }
+    };
+    PaneFocus::run(QStringLiteral("tmux"), PaneFocus::tmuxArguments(pane, command), pane, m_tools,
+                   finished);
+}
+
+/// What hasn't been typed whole is not submitted.
+void TerminalReply::take(bool succeeded) {
+    const qsizetype left = m_replies.front().commands.size();
+    if (succeeded && left > 0) {
+        m_next = m_scheduler.after(left == 1 ? beforeEnter : Seconds(0), [this] { runNext(); });
+        return;
+    }
+    const Told told = m_replies.front().told;
+    m_replies.pop_front();
+    if (!m_replies.empty()) {
+        runNext();
+    }
+    told(succeeded);
+}
+
+} // namespace morvane

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "Core/Agents/PaneLocator.h"
+#include "Platform/Task.h"
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+#include <deque>
+#include <functional>
+
+namespace morvane {
+
+class Processes;
+class Scheduler;
+class Scripting;
+class Tools;
+struct Session;
+
+/// Types a text into a session's terminal, as if it had been typed there, and submits it: through
+/// tmux, or else through iTerm2. One text is through before the next one begins. Owned by
+/// `AppController`; main thread, which never waits.
+class TerminalReply : public QObject {
+    Q_OBJECT
+
+public:
+    /// All must outlive this.
+    TerminalReply(Tools &tools, Scripting &scripting, const Processes &processes,
+                  Scheduler &scheduler)
+        : m_tools(tools), m_scripting(scripting), m_processes(processes), m_scheduler(scheduler) {}
+
+    /// Hears whether the text has gone out, as far as can be told; once.
+    using Told = std::function<void(bool isSent)>;
+
+    /// Sends the text without the blanks around it. Nothing happens with nothing else in it, and
+    /// for a session that cannot be typed into.
+    void send(const QString &text, const Session &session, const Told &told);
+
+    /// What of a text can be typed: its lines end with line feeds, and no other control character
+    /// but tabs is in it, with which it could press keys.
+    static QString typable(const QString &text);
+
+    /// The commands of tmux that type the text into the pane, to be run one after the other.
+    static QList<QStringList> typing(const QString &text, const QString &pane);
+
+    /// The AppleScript that has iTerm2 type a line into one of its sessions.
+    static QString script(const QString &text, const QString &uuid);
+
+private:
+    struct Reply {
+        PaneLocator pane;
+        QList<QStringList> commands; ///< that are still to be run
+        Told told;
+    };
+
+    void sendViaITerm(const QString &text, const QString &uuid, const Told &told);
+    void runNext();
+    void take(bool succeeded);
+
+    Tools &m_tools;
+    Scripting &m_scripting;
+    const Processes &m_processes;
+    Scheduler &m_scheduler;
+    std::deque<Reply> m_replies; ///< the first is being typed
+    Task m_next;
+};
+
+} // namespace morvane

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "Platform/Scheduler.h"
+#include "Platform/Scripting.h"
+
+namespace morvane {
+
+/// That of a machine whose applications can't be told anything by scripts.
+class NoScripting final : public Scripting {
+public:
+    explicit NoScripting(Scheduler &scheduler) : m_scheduler(scheduler) {}
+
+    void run(const QString &,
+             std::function<void(const std::optional<QString> &)> finished) override {
+        m_scheduler.post([finished = std::move(finished)] { finished(std::nullopt); });
+    }
+
+private:
+    Scheduler &m_scheduler;
+};
+
+} // namespace morvane

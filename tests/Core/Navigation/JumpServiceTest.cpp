@@ -1,0 +1,182 @@
+#include "Core/Navigation/JumpService.h"
+
+#include "Core/Sessions/CompletedRecord.h"
+#include "Platform/Scripting.h"
+#include "Support/FakeHostWindows.h"
+#include "Support/FakeProcesses.h"
+#include "Support/FakeTools.h"
+#include "Support/Printing.h"
+
+#include <gtest/gtest.h>
+
+#include <tuple>
+#include <utility>
+
+namespace morvane {
+namespace {
+
+using namespace JumpService;
+using Text = std::optional<QString>;
+
+/// Answers each script as the test wants it.
+class FakeScripting : public Scripting {
+public:
+    void run(const QString &source, std::function<void(const Text &)> finished) override {
+        sources << source;
+        finished(answer);
+    }
+
+    QStringList sources;
+    Text answer;
+};
+
+class JumpServiceTest : public testing::Test {
+protected:
+    JumpServiceTest() {
+        destination.projectName = QStringLiteral("webshop");
+        destination.hostBundleID = QStringLiteral("net.kovidgoyal.kitty");
+    }
+
+    QStringList jumped() {
+        windows.deeds.clear();
+        jump(destination, {tools, processes, scripting, windows});
+        return windows.deeds;
+    }
+
+    static QList<HostWindow> titled(const QStringList &titles) {
+        QList<HostWindow> result;
+        for (const QString &title : titles) {
+            result.append({QString::number(result.size()), title});
+        }
+        return result;
+    }
+
+    static Text chosen(const QStringList &titles, const QString &project) {
+        const auto window = windowOf(project, titled(titles));
+        return window ? Text(window->title) : std::nullopt;
+    }
+
+    Destination destination;
+    FakeTools tools;
+    FakeProcesses processes;
+    FakeScripting scripting;
+    FakeHostWindows windows;
+};
+
+TEST_F(JumpServiceTest, DecidesByTheHostAndWhatItsSessionIsCalled) {
+    const std::tuple<Text, Text, Text, Text, Step> cases[] = {
+        {{}, {}, "w0t1p0:A-1", {}, ITermSession{"A-1"}},
+        {{}, "iTerm.app", "A-1:", {}, ITermSession{"A-1"}},
+        {{}, "iTerm.app", "::", "ttys001", TerminalPane{}},
+        {{}, "ghostty", "w0t1p0:A-1", {}, TerminalPane{}},
+        {"com.apple.Terminal", {}, "A-1", "/dev/ttys001", TerminalTab{"/dev/ttys001"}},
+        {{}, "Apple_Terminal", {}, "", TerminalPane{}},
+        {"com.jetbrains.pycharm", {}, {}, "/dev/pts/1", TerminalPane{}},
+        {{}, {}, {}, {}, TerminalPane{}}};
+    for (const auto &[host, program, iterm, tty, step] : cases) {
+        destination.hostBundleID = host;
+        destination.termProgram = program;
+        destination.itermSessionID = iterm;
+        destination.ttyName = tty;
+        EXPECT_EQ(firstStep(destination), step) << host.value_or("").toStdString();
+    }
+}
+
+TEST_F(JumpServiceTest, TakesAnythingButATerminalAloneForAPlace) {
+    Session session;
+    session.cwd = QStringLiteral("/home/me/webshop/");
+    session.ttyName = QStringLiteral("/dev/pts/3");
+    session.pane.tmuxServer = QStringLiteral("/tmp/tmux-1000/default,1,0");
+    EXPECT_FALSE(Destination::of(session).isPlace());
+    EXPECT_EQ(Destination::of(session).projectName, "webshop");
+    for (auto hint : {&Session::itermSessionID, &Session::termProgram, &Session::hostBundleID}) {
+        Session hinted = session;
+        hinted.*hint = QStringLiteral("x");
+        EXPECT_TRUE(Destination::of(hinted).isPlace());
+    }
+    session.pane.zellij = QStringLiteral("x");
+    EXPECT_TRUE(Destination::of(session).isPlace());
+    session.cwd.clear();
+    EXPECT_EQ(Destination::of(CompletedRecord::of(session, Date())).projectName, "session");
+}
+
+TEST_F(JumpServiceTest, FindsTheWindowOfAProjectByWhatItsTitleIsMadeOf) {
+    EXPECT_EQ(titleComponents(" main.cpp – webshop — Editor - x · y |  | "),
+              QStringList({"main.cpp", "webshop", "Editor", "x", "y", "", ""}));
+    EXPECT_EQ(titleComponents("a-b—c|d"), QStringList{"a-b—c|d"});
+    const std::tuple<QStringList, QString, Text> cases[] = {
+        {{"webshop-next – a.ts", "b.ts - Webshop"}, "webshop", "b.ts - Webshop"},
+        {{"vim", "~/Webshop-next", "my webshop"}, "webshop", "~/Webshop-next"},
+        {{"ÜBUNG | x"}, "übung", "ÜBUNG | x"},
+        {{"", "vim"}, "session", {}},
+        {QStringList(), "webshop", {}}};
+    for (const auto &[titles, project, title] : cases) {
+        EXPECT_EQ(chosen(titles, project), title);
+    }
+}
+
+TEST_F(JumpServiceTest, BringsTheHostForwardOrStartsIt) {
+    EXPECT_EQ(jumped(), QStringList{"launch net.kovidgoyal.kitty"});
+    windows.running["net.kovidgoyal.kitty"] = {"kitty", titled({"vim", "webshop"})};
+    EXPECT_EQ(jumped(), QStringList({"raise 1", "activate kitty"}));
+    destination.projectName = QStringLiteral("infra");
+    EXPECT_EQ(jumped(), QStringList{"activate kitty"});
+}
+
+TEST_F(JumpServiceTest, AsksTheTerminalItselfWhereItsDeviceIsKnown) {
+    destination.ttyName = QStringLiteral("/dev/null");
+    // As one that another terminal has by now.
+    EXPECT_EQ(jumped(), QStringList{"launch net.kovidgoyal.kitty"});
+    destination.toldAt = Date::max();
+    EXPECT_EQ(jumped(), QStringList({"show /dev/null", "launch net.kovidgoyal.kitty"}));
+    windows.terminals << QStringLiteral("/dev/null");
+    EXPECT_EQ(jumped(), QStringList{"show /dev/null"});
+}
+
+TEST_F(JumpServiceTest, GoesToTheTerminalThatShowsTheTmuxPane) {
+    destination.ttyName = QStringLiteral("/dev/null"); // the pane's own
+    destination.toldAt = Date::max();
+    destination.pane.tmux = QStringLiteral("%3");
+    destination.pane.tmuxServer = QStringLiteral("/s,42,0");
+    processes.listeners["/s"] = 42;
+    windows.terminals << QStringLiteral("/dev/pts/8");
+    EXPECT_EQ(jumped(), QStringList());
+    EXPECT_EQ(tools.lines(), QStringList{"tmux -S /s select-window -t %3"});
+    tools.finish(QByteArray());
+    EXPECT_EQ(tools.lines().last(), "tmux -S /s select-pane -t %3");
+    tools.finish(QByteArray());
+    EXPECT_TRUE(tools.lines().last().startsWith("tmux -S /s list-clients -F "));
+    EXPECT_EQ(windows.deeds, QStringList());
+    tools.finish(QByteArray("90 %4 /dev/pts/9\n50 %3 /dev/pts/7\n60 %3 /dev/pts/8\n"));
+    EXPECT_EQ(windows.deeds, QStringList{"show /dev/pts/8"});
+
+    // One whose server hangs, and one whose place another server has taken.
+    jumped();
+    tools.finish(std::nullopt);
+    tools.finish(std::nullopt);
+    EXPECT_EQ(windows.deeds, QStringList{"launch net.kovidgoyal.kitty"});
+    processes.listeners["/s"] = 43;
+    EXPECT_EQ(jumped(), QStringList{"launch net.kovidgoyal.kitty"});
+    EXPECT_EQ(tools.running(), 0u);
+}
+
+TEST_F(JumpServiceTest, LetsAScriptSelectWhatOnlyAScriptCan) {
+    destination.hostBundleID = QStringLiteral("com.googlecode.iterm2");
+    destination.itermSessionID = QStringLiteral("w0t0p0:A-1");
+    scripting.answer = QStringLiteral("found");
+    EXPECT_EQ(jumped(), QStringList());
+    EXPECT_TRUE(scripting.sources.last().startsWith("tell application \"iTerm2\"\n  activate\n"));
+    EXPECT_TRUE(scripting.sources.last().contains("        if (unique id of s) is \"A-1\" then\n"));
+    scripting.answer = QStringLiteral("not found");
+    EXPECT_EQ(jumped(), QStringList{"launch com.googlecode.iterm2"});
+
+    destination.hostBundleID = QStringLiteral("com.apple.Terminal");
+    destination.ttyName = QStringLiteral("/dev/no terminal");
+    scripting.answer = QStringLiteral("found");
+    EXPECT_EQ(jumped().last(), "launch com.apple.Terminal");
+    EXPECT_TRUE(
+        scripting.sources.last().contains("is \"/dev/no terminal\" then\n        set index"));
+}
+
+} // namespace
+} // namespace morvane

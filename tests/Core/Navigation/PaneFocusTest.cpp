@@ -1,0 +1,112 @@
+#include "Core/Navigation/PaneFocus.h"
+
+#include "Support/FakeProcesses.h"
+#include "Support/FakeTools.h"
+#include "Support/Printing.h"
+#include "Support/TemporaryHome.h"
+
+#include <QFile>
+#include <gtest/gtest.h>
+
+#include <tuple>
+
+namespace morvane {
+namespace {
+
+using Text = std::optional<QString>;
+
+class PaneFocusTest : public testing::Test {
+protected:
+    void install(const QString &path, const QByteArray &program = "#!/bin/sh\n") {
+        home.write(path, program);
+        QFile::setPermissions(home.path(path), QFile::ReadOwner | QFile::ExeOwner);
+    }
+
+    TemporaryHome home;
+    FakeTools tools;
+    FakeProcesses processes;
+    PaneLocator pane;
+};
+
+TEST_F(PaneFocusTest, LooksForToolsAtTheirPlacesInOrder) {
+    EXPECT_EQ(
+        PaneFocus::toolCandidates("codex", "/h"),
+        QStringList({"/opt/homebrew/bin/codex", "/usr/local/bin/codex", "/usr/bin/codex",
+                     "/h/.local/bin/codex", "/h/.codex/packages/standalone/current/bin/codex",
+                     "/Applications/ChatGPT.app/Contents/Resources/codex",
+                     "/Applications/Codex.app/Contents/Resources/codex", "/h/.cargo/bin/codex",
+                     "/snap/bin/codex", "/var/lib/flatpak/exports/bin/codex",
+                     "/h/.local/share/flatpak/exports/bin/codex"}));
+    const QStringList wezterm = PaneFocus::toolCandidates("wezterm", "/h");
+    EXPECT_EQ(wezterm[3], "/Applications/WezTerm.app/Contents/MacOS/wezterm");
+    EXPECT_EQ(wezterm.last(), "/h/.local/share/flatpak/exports/bin/org.wezfurlong.wezterm");
+
+    EXPECT_FALSE(PaneFocus::toolURL("a-tool"));
+    home.write(".local/bin/a-tool");
+    install(".cargo/bin/a-tool");
+    EXPECT_EQ(PaneFocus::toolURL("a-tool"), QUrl::fromLocalFile(home.path(".cargo/bin/a-tool")));
+    install(".local/bin/orca", "#!/usr/bin/python3\n");
+    EXPECT_NE(PaneFocus::toolURL("orca"), QUrl::fromLocalFile(home.path(".local/bin/orca")));
+}
+
+TEST_F(PaneFocusTest, TellsOneTerminalToSelectItsPane) {
+    install(".local/bin/wezterm");
+    install(".local/bin/kitty");
+    install(".local/bin/orca");
+    pane.orca = QStringLiteral("term-1");
+    PaneFocus::focusTerminal(pane, tools);
+    pane.kitty = QStringLiteral("3");
+    pane.kittyListenOn = QStringLiteral("unix:@k");
+    PaneFocus::focusTerminal(pane, tools);
+    EXPECT_EQ(tools.commands.last().environment.toStringList(),
+              QStringList{"KITTY_LISTEN_ON=unix:@k"});
+    pane.wezterm = QStringLiteral("0");
+    pane.weztermSocket = QStringLiteral("/w");
+    PaneFocus::focusTerminal(pane, tools);
+    EXPECT_EQ(tools.commands.last().environment.toStringList(),
+              QStringList{"WEZTERM_UNIX_SOCKET=/w"});
+    EXPECT_EQ(tools.lines(), QStringList({"orca terminal switch --terminal term-1",
+                                          "kitty @ focus-window --match id:3",
+                                          "wezterm cli activate-pane --pane-id 0"}));
+    pane = {};
+    pane.zellij = QStringLiteral("s");
+    PaneFocus::focusTerminal(pane, tools);
+    EXPECT_EQ(tools.commands.size(), 3);
+}
+
+TEST_F(PaneFocusTest, NamesTheServerOnlyWhereItIsKnownAndEndsNoCommandEarly) {
+    const QStringList command{"send-keys", "a;", ";", "a\\;", "a;b", "", "-"};
+    const QStringList words{"send-keys", "a\\;", "\\;", "a\\\\;", "a;b", "", "-"};
+    EXPECT_EQ(PaneFocus::tmuxArguments(pane, command), words);
+    pane.tmuxServer = QStringLiteral("/s,1,0");
+    EXPECT_EQ(PaneFocus::tmuxArguments(pane, command), QStringList({"-S", "/s"}) + words);
+}
+
+TEST_F(PaneFocusTest, TakesATmuxPaneForGoneWithItsServer) {
+    processes.listeners = {{"/s", 42}, {"/untold", 0}};
+    const std::tuple<Text, Text, bool> cases[] = {
+        {{}, "/s,42,0", false},       {"%3", "/s,42,0", true}, {"%3", "/s,41,0", false},
+        {"%3", "/gone,42,0", false},  {"%3", "/s", true},      {"%3", "/s,x,y", true},
+        {"%3", "/untold,42,0", true}, {"%3", {}, true},
+    };
+    for (const auto &[target, server, isThere] : cases) {
+        pane.tmux = target;
+        pane.tmuxServer = server;
+        EXPECT_EQ(PaneFocus::hasTmuxPane(pane, processes), isThere)
+            << server.value_or("").toStdString();
+    }
+    bool went = false;
+    PaneFocus::focusMultiplexer({}, tools, [&](const Text &tty) { went = !tty; });
+    EXPECT_TRUE(went);
+    EXPECT_TRUE(tools.commands.isEmpty());
+}
+
+TEST_F(PaneFocusTest, ReadsWhichClientShowsAPane) {
+    EXPECT_EQ(PaneFocus::showingClient("", "%1"), Text());
+    EXPECT_EQ(PaneFocus::showingClient("5 %1 \n7 %11 /dev/pts/1\nx\n", "%1"), Text());
+    EXPECT_EQ(PaneFocus::showingClient("5 %1 /dev/pts/1\n4 %1 /dev/pts/2\n9 %2 /dev/pts/3", "%1"),
+              Text("/dev/pts/1"));
+}
+
+} // namespace
+} // namespace morvane

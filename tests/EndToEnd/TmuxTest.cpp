@@ -1,0 +1,167 @@
+#include "Core/Navigation/JumpService.h"
+#include "Core/Navigation/PaneFocus.h"
+#include "Core/Navigation/TerminalReply.h"
+#include "Core/Sessions/Session.h"
+#include "Platform/Linux/BoundedTools.h"
+#include "Platform/Linux/LinuxProcesses.h"
+#include "Platform/NoScripting.h"
+#include "Support/FakeHostWindows.h"
+#include "Support/ManualScheduler.h"
+#include "Support/Printing.h"
+#include "Support/WaitUntil.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+namespace morvane {
+namespace {
+
+/// A real tmux server at a socket of the test's own. No tool is ended for being slow, since time
+/// stands still.
+class TmuxTest : public testing::Test {
+protected:
+    void SetUp() override {
+        for (const char *program : {"tmux", "script"}) {
+            if (QStandardPaths::findExecutable(program).isEmpty()) {
+                GTEST_SKIP() << program << " is not installed";
+            }
+        }
+    }
+
+    ~TmuxTest() override {
+        tmux({"kill-server"});
+        for (const auto &client : m_clients) {
+            client->waitForFinished();
+        }
+    }
+
+    QString tmux(const QStringList &arguments) const {
+        QProcess process;
+        process.start("tmux", QStringList{"-f", "/dev/null", "-S", m_socket} + arguments);
+        process.waitForFinished();
+        return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+    }
+
+    /// A window with this program in it; its pane.
+    PaneLocator open(const QStringList &command, const QString &program) const {
+        PaneLocator pane;
+        pane.tmux =
+            tmux(command + QStringList{"-P", "-F", "#{pane_id}", "-x", "80", "-y", "24", program});
+        pane.tmuxServer = m_socket + "," + tmux({"display-message", "-p", "#{pid}"}) + ",0";
+        return pane;
+    }
+
+    /// Attaches a terminal to a tmux session; the terminal's device.
+    QString attach(const QString &session) {
+        const QString told = m_folder.filePath(session + ".tty");
+        auto client = std::make_unique<QProcess>();
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("TERM", "xterm");
+        client->setProcessEnvironment(environment);
+        client->start("script",
+                      {"-qfc",
+                       "tty >" + told + "; exec tmux -S " + m_socket + " attach -t " + session,
+                       "/dev/null"});
+        m_clients.push_back(std::move(client));
+        EXPECT_TRUE(becomesTrue([&] {
+            return tmux({"list-clients", "-F", "#{client_session}"}).contains(session);
+        }));
+        return QString::fromUtf8(contents(told)).trimmed();
+    }
+
+    static QByteArray contents(const QString &path) {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    int argumentCount = 0;
+    QCoreApplication application{argumentCount, nullptr};
+    QTemporaryDir m_folder;
+    QString m_socket = m_folder.filePath("socket");
+    std::vector<std::unique_ptr<QProcess>> m_clients;
+    ManualScheduler scheduler;
+    BoundedTools tools{scheduler};
+    NoScripting scripting{scheduler};
+    LinuxProcesses processes{scheduler};
+    FakeHostWindows windows;
+};
+
+TEST_F(TmuxTest, AJumpSelectsThePaneAndComesToTheTerminalThatShowsIt) {
+    open({"new-session", "-d", "-s", "one"}, "sleep 600");
+    const PaneLocator other = open({"new-session", "-d", "-s", "two"}, "sleep 600");
+    tmux({"new-window", "-t", "one", "sleep 600"});
+    JumpService::Destination destination;
+    destination.projectName = "webshop";
+    destination.pane = other;
+    destination.pane.tmux =
+        tmux({"split-window", "-t", "one:0", "-P", "-F", "#{pane_id}", "sleep 600"});
+    tmux({"select-pane", "-t", "one:0.0"});
+    const QString first = attach("one");
+    const QString second = attach("two");
+    windows.terminals = QStringList{first, second};
+    const auto jumped = [&] {
+        windows.deeds.clear();
+        JumpService::jump(destination, {tools, processes, scripting, windows});
+        EXPECT_TRUE(becomesTrue([&] { return !windows.deeds.isEmpty(); }));
+        return windows.deeds;
+    };
+    EXPECT_EQ(jumped(), QStringList{"show " + first});
+    EXPECT_EQ(tmux({"display-message", "-p", "-t", "one", "#{pane_id}"}), *destination.pane.tmux);
+    destination.pane = other;
+    EXPECT_EQ(jumped(), QStringList{"show " + second});
+
+    tmux({"detach-client", "-s", "two"});
+    EXPECT_EQ(jumped(), QStringList{"launch com.googlecode.iterm2"});
+    tmux({"kill-server"});
+    EXPECT_TRUE(becomesTrue([&] { return !PaneFocus::hasTmuxPane(other, processes); }));
+}
+
+/// The program takes keys as agents do: raw, and with pastes marked as such.
+TEST_F(TmuxTest, RepliesArriveAsTheyAreOneAfterTheOther) {
+    const QString typed = m_folder.filePath("typed");
+    Session session;
+    session.pane = open({"new-session", "-d", "-s", "one"},
+                        "stty raw -echo; printf '\\033[?2004h'; exec cat >" + typed);
+    EXPECT_TRUE(becomesTrue([&] { return QFile::exists(typed); }));
+    // Somebody looks back in the pane, where keys mean something else.
+    tmux({"copy-mode", "-t", *session.pane.tmux});
+    ManualScheduler pauses;
+    TerminalReply reply(tools, scripting, processes, pauses);
+    const QStringList texts{"Say \"it's\" $HOME `ls` \\n \\",
+                            "Enter",
+                            "-l",
+                            "done;",
+                            "\\;",
+                            ";",
+                            "🙂 %1 #{pid}",
+                            "C-c",
+                            "two\nlines;",
+                            "- a\n\tb",
+                            "--"};
+    QByteArray expected;
+    int sent = 0;
+    for (int round = 0; round < 3; ++round) {
+        for (const QString &text : texts) {
+            reply.send(text, session, [&](bool isSent) { sent += isSent ? 1 : 0; });
+            expected += text.contains('\n') ? "\x1b[200~" + text.toUtf8() + "\x1b[201~\r"
+                                            : text.toUtf8() + "\r";
+        }
+    }
+    EXPECT_TRUE(becomesTrue([&] {
+        pauses.advance(Seconds(1));
+        return sent == 3 * texts.size();
+    }));
+    EXPECT_TRUE(becomesTrue([&] { return contents(typed).size() >= expected.size(); }));
+    EXPECT_EQ(contents(typed).toStdString(), expected.toStdString());
+    EXPECT_EQ(tmux({"list-buffers"}), "");
+}
+
+} // namespace
+} // namespace morvane

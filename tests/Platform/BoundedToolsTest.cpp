@@ -1,0 +1,89 @@
+#include "Platform/Linux/BoundedTools.h"
+
+#include "Support/ManualScheduler.h"
+#include "Support/WaitUntil.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include <sys/types.h>
+
+namespace morvane {
+namespace {
+
+class BoundedToolsTest : public testing::Test {
+protected:
+    using Output = std::optional<QByteArray>;
+
+    void start(const QString &script) {
+        Tools::Command command{QStringLiteral("/bin/sh"), {"-c", script, "sh", folder.path()}, {}};
+        command.environment.insert("MARK", "a b");
+        tools->run(command, [this](const Output &output) { ends.append(output); });
+    }
+
+    Output outputOf(const QString &script) {
+        start(script);
+        EXPECT_TRUE(ends.isEmpty());
+        EXPECT_TRUE(becomesTrue([this] { return !ends.isEmpty(); }));
+        return ends.isEmpty() ? std::nullopt : ends.takeFirst();
+    }
+
+    /// The number that a stand-in has written down.
+    pid_t written(const char *name) const {
+        QFile file(folder.filePath(QLatin1String(name)));
+        return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed().toInt() : 0;
+    }
+
+    /// Whoever is to take its status may take his time.
+    static bool isGone(pid_t id) {
+        QFile file(QStringLiteral("/proc/%1/stat").arg(id));
+        return !file.open(QIODevice::ReadOnly) || file.readAll().contains(") Z ");
+    }
+
+    int argumentCount = 0;
+    QCoreApplication application{argumentCount, nullptr};
+    QTemporaryDir folder;
+    ManualScheduler scheduler;
+    std::unique_ptr<BoundedTools> tools = std::make_unique<BoundedTools>(scheduler);
+    QList<Output> ends;
+};
+
+TEST_F(BoundedToolsTest, HearsWhatAToolPutsOut) {
+    EXPECT_EQ(outputOf("echo \"$MARK\"; echo no >&2; cat"), "a b\n");
+    EXPECT_EQ(outputOf("yes | head -c 1000000").value_or("").size(), 65536);
+    EXPECT_EQ(outputOf("echo said; exit 1"), std::nullopt);
+    EXPECT_EQ(outputOf("kill -9 $$"), std::nullopt);
+    // Without a terminal to ask at, and without waiting for what it leaves behind.
+    EXPECT_EQ(outputOf("(: </dev/tty) 2>/dev/null || echo none; sleep 600 & echo $! >$1/left"),
+              "none\n");
+    EXPECT_TRUE(becomesTrue([this] { return isGone(written("left")); }));
+    tools->run({QStringLiteral("/no/such tool"), {}, {}},
+               [this](const Output &output) { ends.append(output); });
+    EXPECT_TRUE(ends.isEmpty());
+    EXPECT_TRUE(becomesTrue([this] { return ends == QList<Output>{std::nullopt}; }));
+}
+
+TEST_F(BoundedToolsTest, EndsWhatHangsWithAllThatItHasStarted) {
+    start("trap '' TERM HUP; sh -c 'trap \"\" TERM; echo $$ >$0/inner; sleep 600' $1 & "
+          "echo $$ >$1/outer; yes");
+    ASSERT_TRUE(becomesTrue([this] { return written("inner") != 0 && written("outer") != 0; }));
+    scheduler.advance(Seconds(2.9));
+    EXPECT_TRUE(ends.isEmpty());
+    scheduler.advance(Seconds(0.1));
+    EXPECT_EQ(ends, QList<Output>{std::nullopt});
+    EXPECT_TRUE(
+        becomesTrue([this] { return isGone(written("inner")) && isGone(written("outer")); }));
+    EXPECT_EQ(ends.size(), 1);
+}
+
+TEST_F(BoundedToolsTest, TakesItsToolsAlong) {
+    start("echo $$ >$1/outer; sleep 600");
+    ASSERT_TRUE(becomesTrue([this] { return written("outer") != 0; }));
+    tools.reset();
+    EXPECT_TRUE(waitUntil([this] { return isGone(written("outer")); }));
+    EXPECT_TRUE(ends.isEmpty());
+}
+
+} // namespace
+} // namespace morvane
