@@ -24,7 +24,8 @@ AppController::AppController(MorvaneSettings &settings, const PlatformServices &
               BuildInfo::version()),
       m_agentProcesses(*platform.processes,
                        [this](const QString &sessionID) { m_store.agentEnded(sessionID); }),
-      m_connections(settings, *platform.scheduler) {
+      m_connections(settings, *platform.scheduler),
+      m_panelKeys(*platform.hotKeys, *platform.scheduler, InlineEditing::shared(), keyActions()) {
     connect(&m_store, &SessionStore::sessionRemoved, this,
             [this](const QString &sessionID) { m_agentProcesses.forget(sessionID); });
     connect(&m_connections, &AgentConnections::statusChanged, this, [this] {
@@ -61,6 +62,7 @@ void AppController::start() {
     }
     m_usage.setEnabled(m_settings.usageEnabled());
     createPresenters();
+    m_panelKeys.start();
     watchTerminals();
     m_connections.refreshStatus();
 }
@@ -181,8 +183,11 @@ void AppController::createPresenters() {
     m_timeline = std::make_unique<PixelTimeline>(*m_platform.scheduler);
     m_presenterManager = std::make_unique<PresenterManager>(
         PanelContext{m_store, m_settings, *m_platform.scheduler, *m_platform.motion,
-                     InlineEditing::shared(), *m_timeline, actions},
+                     InlineEditing::shared(), *m_timeline, actions, &m_panelKeys.digitShortcuts()},
         *m_platform.displays, *m_platform.overlays, *m_platform.pointer);
+    m_presenterManager->onExpandedChanged = [this](bool isExpanded) {
+        m_panelKeys.panelExpanded(isExpanded);
+    };
     m_presenterManager->start();
 }
 
@@ -229,6 +234,29 @@ void AppController::select(const Session &session) {
 void AppController::reopenCompleted(const CompletedRecord &record) {
     dismissPanels();
     m_store.removeSessions(record.cwd);
+}
+
+PanelKeys::Actions AppController::keyActions() {
+    return {
+        .present = [this] { m_presenterManager->presentPanel(); },
+        .collapse = [this] { m_presenterManager->collapseAllExpanded(); },
+        .digit = [this](int index) { handleDigit(index); },
+    };
+}
+
+/// The digits belong to the prompt that is showing, once that could be read; without one they open
+/// what has finished.
+void AppController::handleDigit(int index) {
+    if (const auto session = m_store.sessionAwaitingDecision()) {
+        if (m_presenterManager->hasBeenRead(session->id)) {
+            m_store.chooseByIndex(session->id, index);
+        }
+        return;
+    }
+    const QList<CompletedRecord> records = m_store.jumpableCompleted();
+    if (index < records.size()) {
+        reopenCompleted(records[index]);
+    }
 }
 
 void AppController::dismissPanels() {

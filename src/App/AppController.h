@@ -1,5 +1,6 @@
 #pragma once
 
+#include "App/PanelKeys.h"
 #include "App/PlatformServices.h"
 #include "Core/Hooks/AgentConnections.h"
 #include "Core/Intake/EventServer.h"
@@ -39,6 +40,8 @@ public:
 
     /// None unless a port could be bound.
     EventServer *server() { return m_server.get(); }
+
+    PanelKeys &panelKeys() { return m_panelKeys; }
 
     /// None before `start`.
     PresenterManager *presenterManager() { return m_presenterManager.get(); }
@@ -92,6 +95,8 @@ private:
     void watchTerminals();
     bool isWhereSessionsRun(const QString &bundleID) const;
 
+    PanelKeys::Actions keyActions();
+    void handleDigit(int index);
     void dismissPanels();
 
     MorvaneSettings &m_settings;
@@ -103,6 +108,7 @@ private:
     AgentConnections m_connections;
     std::unique_ptr<EventServer> m_server;
     std::unique_ptr<PixelTimeline> m_timeline; ///< outlives the panels
+    PanelKeys m_panelKeys;                     ///< as well, since they tell it when they close
     std::unique_ptr<PresenterManager> m_presenterManager;
     bool m_launchAtLogin = false;
     bool m_canFocusWindows = false;

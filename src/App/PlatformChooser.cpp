@@ -14,6 +14,7 @@
 #include "Platform/Linux/X11/ActiveWindow.h"
 #include "Platform/Linux/X11/ScreenDisplays.h"
 #include "Platform/Linux/X11/X11Connection.h"
+#include "Platform/Linux/X11/X11HotKeys.h"
 #include "Platform/Linux/X11/X11OverlayWindows.h"
 #include "Platform/Linux/X11/X11PointerMonitor.h"
 #include "Platform/Linux/X11/X11WindowControl.h"
@@ -52,6 +53,7 @@ PlatformServices choosePlatform() {
         platform.displays = std::make_unique<ScreenDisplays>(*x11);
         platform.overlays = std::make_unique<X11OverlayWindows>(*x11);
         platform.pointer = std::make_unique<X11PointerMonitor>(*x11, *platform.scheduler);
+        platform.hotKeys = std::make_unique<X11HotKeys>(*x11);
         platform.foreground = std::make_unique<ActiveWindow>(*x11);
         platform.windows = std::make_unique<X11WindowControl>(*x11);
         platform.statusItemHost =

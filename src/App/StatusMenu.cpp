@@ -4,6 +4,7 @@
 #include "Core/Hooks/AgentConnections.h"
 #include "Core/Shell/BuildInfo.h"
 #include "Presentation/Style/HelpText.h"
+#include "Presentation/Style/PlatformWords.h"
 
 #include <QCoreApplication>
 #include <QFontMetrics>
@@ -39,8 +40,10 @@ void StatusMenu::addItems() {
     m_menu.addAction(tr("Morvane %1 (build %2)").arg(BuildInfo::version(), BuildInfo::build()))
         ->setEnabled(false);
     m_menu.addSeparator();
-    connect(m_menu.addAction(tr("Open Morvane")), &QAction::triggered, this,
-            &StatusMenu::panelRequested);
+    m_panel = m_menu.addAction(tr("Open Morvane"), this, &StatusMenu::panelRequested);
+    m_panelKey = m_menu.addAction(QString());
+    m_panelKey->setEnabled(false);
+    m_panelKey->setVisible(false);
     m_settings = m_menu.addAction(tr("Settings…"), Qt::CTRL | Qt::Key_Comma, this,
                                   &StatusMenu::settingsRequested);
     m_menu.addSeparator();
@@ -60,6 +63,14 @@ void StatusMenu::addAgents() {
     m_failureSeparator = m_agents->addSeparator();
     m_failure = m_agents->addAction(QString());
     m_failure->setEnabled(false);
+}
+
+void StatusMenu::showPanelKey(const HotKey &key, HotKeys::State state) {
+    const QString name = PlatformWords::hotKey(key);
+    m_panelKey->setText(state == HotKeys::State::taken
+                            ? tr("%1 is taken by another program").arg(name)
+                            : tr("This desktop has no place for %1").arg(name));
+    m_panelKey->setVisible(state == HotKeys::State::taken || state == HotKeys::State::unavailable);
 }
 
 /// A menu that belongs to no window leaves the keys of its items to nobody.

@@ -2,6 +2,8 @@
 
 #include <QRect>
 
+#include <functional>
+
 class QPainterPath;
 
 namespace morvane {
@@ -31,6 +33,12 @@ public:
     virtual void hide() = 0;
     /// Whether it has been shown, even if a full-screen program hides it for now.
     virtual bool isVisible() const = 0;
+
+    /// Whether a full-screen program hides it for now.
+    virtual bool isCovered() const = 0;
+
+    /// Called when that has changed.
+    std::function<void()> onCoveredChanged;
 
     /// From 0 to 1; without effect where nothing can be translucent.
     virtual void setOpacity(double opacity) = 0;

@@ -39,6 +39,11 @@ bool PresenterManager::isAnyExpanded() const {
                                [](const auto &entry) { return entry.second->isExpanded(); });
 }
 
+bool PresenterManager::hasBeenRead(const QString &sessionID) const {
+    return std::ranges::any_of(
+        m_presenters, [&](const auto &entry) { return entry.second->hasBeenRead(sessionID); });
+}
+
 void PresenterManager::presentPanel() {
     const QList<Display> displays = m_displays.displays();
     if (displays.isEmpty() || m_presenters.empty()) {

@@ -30,6 +30,10 @@ public:
     /// Whether any panel is open.
     bool isAnyExpanded() const;
 
+    /// Whether the prompt of this session is open on a display and has stood there long enough to
+    /// be read.
+    bool hasBeenRead(const QString &sessionID) const;
+
     /// Puts the presenters up; once.
     void start();
 

@@ -75,6 +75,10 @@ void FloatingCapsuleView::refresh() {
     }
 }
 
+bool FloatingCapsuleView::hasBeenRead(const QString &sessionID) {
+    return m_isExpanded && m_expanded->hasBeenRead(sessionID);
+}
+
 QSize FloatingCapsuleView::fittingSize() const {
     return m_isExpanded ? m_expanded->sizeHint() : m_compact->sizeHint();
 }

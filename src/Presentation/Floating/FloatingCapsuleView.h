@@ -26,6 +26,8 @@ public:
     /// Takes over what the store has now.
     void refresh();
 
+    bool hasBeenRead(const QString &sessionID) override;
+
     /// The size that the view on show needs.
     QSize fittingSize() const;
 

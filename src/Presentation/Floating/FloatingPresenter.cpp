@@ -138,8 +138,9 @@ void FloatingPresenter::flash() {
 }
 
 void FloatingPresenter::expansionChanged(bool isExpanded) {
-    updateVisibility(Motion::animated);
+    // First, so that the digits are on the rows by the time that these come on the screen.
     reportExpanded(isExpanded);
+    updateVisibility(Motion::animated);
 }
 
 /// Not a plain question: an ambient capsule forgets that it was dismissed as soon as a session is

@@ -139,6 +139,10 @@ void BuiltInNotchSurface::placeShell() {
     }
 }
 
+bool BuiltInNotchSurface::hasBeenRead(const QString &sessionID) {
+    return isExpanded() && m_expanded->hasBeenRead(sessionID);
+}
+
 QPainterPath BuiltInNotchSurface::shape() const {
     return m_target.shape.path(m_target.frame(width()));
 }

@@ -3,6 +3,7 @@
 #include "Core/Sessions/SessionStore.h"
 #include "Core/Settings/MorvaneSettings.h"
 #include "Platform/OverlayWindows.h"
+#include "Presentation/Overlay/DigitShortcuts.h"
 #include "Presentation/Overlay/InlineEditing.h"
 #include "Presentation/Overlay/PanelSurface.h"
 
@@ -32,12 +33,19 @@ void MorvanePresenter::subscribe() {
     });
     connect(&m_context.editing, &InlineEditing::countChanged, this,
             &MorvanePresenter::scheduleUpdate);
+    if (m_context.digitShortcuts != nullptr) {
+        connect(m_context.digitShortcuts, &DigitShortcuts::changed, this,
+                &MorvanePresenter::scheduleUpdate);
+    }
 }
 
 void MorvanePresenter::unsubscribe() {
     m_context.store.disconnect(this);
     m_context.settings.disconnect(this);
     m_context.editing.disconnect(this);
+    if (m_context.digitShortcuts != nullptr) {
+        m_context.digitShortcuts->disconnect(this);
+    }
     m_updateTask.cancel();
 }
 
@@ -48,6 +56,7 @@ void MorvanePresenter::scheduleUpdate() {
 void MorvanePresenter::putUp(PanelSurface &surface) {
     m_surface = &surface;
     m_window = m_overlays.adopt(surface);
+    m_window->onCoveredChanged = [this] { tellExpanded(); };
     applyFullscreenSetting();
     surface.onTakeKeyboard = [this] { return m_window && m_window->takeKeyboard(); };
     surface.onReleaseKeyboard = [this] {
@@ -106,13 +115,24 @@ bool MorvanePresenter::isMenuOpen() const {
 }
 
 void MorvanePresenter::reportExpanded(bool isExpanded) {
-    if (isExpanded == m_isExpanded) {
+    m_isExpanded = isExpanded;
+    tellExpanded();
+}
+
+/// What nobody sees must not take the keys of the program that is in front of it.
+void MorvanePresenter::tellExpanded() {
+    const bool isExpanded = m_isExpanded && !(m_window && m_window->isCovered());
+    if (isExpanded == m_toldExpanded) {
         return;
     }
-    m_isExpanded = isExpanded;
+    m_toldExpanded = isExpanded;
     if (onExpandedChanged) {
         onExpandedChanged(isExpanded);
     }
+}
+
+bool MorvanePresenter::hasBeenRead(const QString &sessionID) const {
+    return m_surface && m_surface->hasBeenRead(sessionID);
 }
 
 void MorvanePresenter::openMenu(const QPoint &position) {

@@ -29,8 +29,11 @@ public:
     /// Told when this presenter's panel opens or closes, never the same twice in a row.
     std::function<void(bool)> onExpandedChanged;
 
-    /// What was told last: whether the panel is open.
-    bool isExpanded() const { return m_isExpanded; }
+    /// What was told last: whether the panel is open, and not hidden by a full-screen program.
+    bool isExpanded() const { return m_toldExpanded; }
+
+    /// Whether the prompt of this session is open here and has stood there long enough to be read.
+    bool hasBeenRead(const QString &sessionID) const;
 
     /// What a right click opens; may be absent.
     QPointer<QMenu> contextMenu;
@@ -90,6 +93,7 @@ protected:
 
     bool isMenuOpen() const;
 
+    /// Counts for others only while the panel can be seen.
     void reportExpanded(bool isExpanded);
 
     /// Something that is shown has changed.
@@ -102,6 +106,7 @@ protected:
 
 private:
     void applyFullscreenSetting();
+    void tellExpanded();
     void openMenu(const QPoint &position);
     void menuClosed();
 
@@ -112,6 +117,7 @@ private:
     std::unique_ptr<OverlayWindow> m_window;
     Animation m_fade;
     bool m_isExpanded = false;
+    bool m_toldExpanded = false;
     Task m_presentation;
     Task m_updateTask;
 };

@@ -19,6 +19,10 @@ public:
     /// the focus stays where it is.
     void open(QMenu &menu, const QPoint &position);
 
+    /// Whether the prompt of this session is open here, as the store has it, and has stood there
+    /// long enough to be read.
+    virtual bool hasBeenRead(const QString &sessionID) = 0;
+
     /// The menu that is open on the surface, or none.
     QMenu *openMenu() const { return m_openMenu; }
 

@@ -112,6 +112,10 @@ void ApprovalStrip::setApproval(const PendingApproval &approval, bool showsShort
     showChoices(showsShortcuts);
 }
 
+bool ApprovalStrip::hasBeenRead() const {
+    return m_reading->isOver();
+}
+
 void ApprovalStrip::setInputHeightLimit(int limit) {
     m_input->setHeightLimit(limit);
 }

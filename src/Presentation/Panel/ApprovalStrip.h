@@ -28,6 +28,9 @@ public:
 
     void setApproval(const PendingApproval &approval, bool showsShortcuts);
 
+    /// Whether it has stood here long enough to be read.
+    bool hasBeenRead() const;
+
     /// How high the view of the call may become, in points.
     void setInputHeightLimit(int limit);
 

@@ -4,6 +4,7 @@
 #include "Core/Sessions/SessionStore.h"
 #include "Platform/MotionPreference.h"
 #include "Platform/Scheduler.h"
+#include "Presentation/Overlay/DigitShortcuts.h"
 #include "Presentation/Panel/CompletedRow.h"
 #include "Presentation/Panel/ListViewport.h"
 #include "Presentation/Panel/SessionRow.h"
@@ -106,9 +107,19 @@ ExpandedView::Entries ExpandedView::entries() const {
     return result;
 }
 
+bool ExpandedView::hasBeenRead(const QString &sessionID) const {
+    const auto rows = m_viewport->rows().findChildren<SessionRow *>(Qt::FindDirectChildrenOnly);
+    return std::ranges::any_of(rows, [&](const SessionRow *row) {
+        return row->session().id == sessionID && row->hasBeenRead();
+    });
+}
+
+bool ExpandedView::showsDigits() const {
+    return m_context.digitShortcuts != nullptr && m_context.digitShortcuts->areWorking();
+}
+
 void ExpandedView::appendSessions(Entries &list, const SessionSlice &sessions) const {
-    const auto awaiting =
-        m_context.showsDigitShortcuts ? m_context.store.sessionAwaitingDecision() : std::nullopt;
+    const auto awaiting = showsDigits() ? m_context.store.sessionAwaitingDecision() : std::nullopt;
     SessionRow::Details common;
     common.setFlag(SessionRow::Detail::showsAgent, m_context.store.showsAgentBadges());
     for (const Session &session : sessions) {
@@ -135,7 +146,7 @@ void ExpandedView::appendRecords(Entries &list, const QString &title, const QCol
     for (const CompletedRecord &record : records) {
         CompletedRow::Details details;
         details.showsAgent = m_context.store.showsAgentBadges();
-        if (m_context.showsDigitShortcuts) {
+        if (showsDigits()) {
             details.badge = static_cast<int>(jumpable.indexOf(record));
         }
         const auto fill = [this, record, details](QWidget *present) -> QWidget * {

@@ -32,6 +32,10 @@ public:
     /// What there is to see, for whoever wants to notice that it has become something else.
     QStringList visibleSessionIDs() const;
 
+    /// Whether the prompt of this session stands here, as the store has it, and has done so long
+    /// enough to be read.
+    bool hasBeenRead(const QString &sessionID) const;
+
     QSize sizeHint() const override;
 
 signals:
@@ -48,6 +52,7 @@ private:
     using Entries = QList<RowList::Entry>;
 
     Entries entries() const;
+    bool showsDigits() const;
     void appendSessions(Entries &list, const SessionSlice &sessions) const;
     void appendRecords(Entries &list, const QString &title, const QColor &color,
                        const QList<CompletedRecord> &records) const;

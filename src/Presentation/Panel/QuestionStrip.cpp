@@ -76,6 +76,10 @@ void QuestionStrip::setQuestion(const PendingQuestion &pending, bool showsShortc
     }
 }
 
+bool QuestionStrip::hasBeenRead() const {
+    return m_reading->isOver();
+}
+
 void QuestionStrip::setInputHeightLimit(int limit) {
     m_input->setHeightLimit(limit);
 }

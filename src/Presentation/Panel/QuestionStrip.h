@@ -25,6 +25,9 @@ public:
 
     void setQuestion(const PendingQuestion &pending, bool showsShortcuts);
 
+    /// Whether it has stood here long enough to be read.
+    bool hasBeenRead() const;
+
     /// How high the view of the rest of the call may become, in points.
     void setInputHeightLimit(int limit);
 

@@ -152,6 +152,15 @@ bool SessionRow::isUpToDate() const {
            now.pendingQuestion == m_session.pendingQuestion;
 }
 
+bool SessionRow::hasBeenRead() const {
+    if (m_strip == nullptr || !isUpToDate()) {
+        return false;
+    }
+    return m_strip == m_approval   ? m_approval->hasBeenRead()
+           : m_strip == m_question ? m_question->hasBeenRead()
+                                   : false;
+}
+
 // A strip is made when it is first called for: most rows never need one.
 
 ApprovalStrip &SessionRow::approvalStrip() {

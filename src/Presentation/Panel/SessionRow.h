@@ -39,6 +39,10 @@ public:
     /// How high the view of a call may become, in points.
     void setInputHeightLimit(int limit);
 
+    /// Whether the prompt here is still the one that waits, and has stood here long enough to be
+    /// read.
+    bool hasBeenRead() const;
+
     bool isEditing() const override;
     void abandonEditing() override;
 

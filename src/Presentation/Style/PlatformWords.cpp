@@ -2,6 +2,21 @@
 
 namespace morvane {
 
+QString PlatformWords::hotKey(const HotKey &key) {
+    QStringList names;
+    const auto append = [&](bool isHeld, const QString &name) {
+        if (isHeld) {
+            names.append(name);
+        }
+    };
+    append(key.super, tr("Super"));
+    append(key.control, tr("Ctrl"));
+    append(key.alt, tr("Alt"));
+    append(key.shift, tr("Shift"));
+    names.append(key.symbol);
+    return names.join(u'+');
+}
+
 QString PlatformWords::digitShortcut(int digit) {
     return tr("Ctrl %1").arg(digit);
 }
