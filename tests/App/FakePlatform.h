@@ -3,6 +3,7 @@
 #include "App/PlatformServices.h"
 #include "Platform/StatusItemHost.h"
 #include "Support/FakeDisplays.h"
+#include "Support/FakeHotKeys.h"
 #include "Support/FakeMotionPreference.h"
 #include "Support/FakeOverlayWindows.h"
 #include "Support/FakePointerMonitor.h"
@@ -53,6 +54,7 @@ inline PlatformServices fakePlatform() {
     result.applications = std::make_unique<NoApplications>();
     result.loginItem = std::make_unique<FakeLoginItem>();
     result.sounds = std::make_unique<FakeSoundPlayer>();
+    result.hotKeys = std::make_unique<FakeHotKeys>();
     return result;
 }
 
