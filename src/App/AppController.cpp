@@ -238,7 +238,7 @@ void AppController::reopenCompleted(const CompletedRecord &record) {
 
 PanelKeys::Actions AppController::keyActions() {
     return {
-        .present = [this] { m_presenterManager->presentPanel(); },
+        .present = [this] { m_presenterManager->presentPanelToKeys(); },
         .collapse = [this] { m_presenterManager->collapseAllExpanded(); },
         .digit = [this](int index) { handleDigit(index); },
     };

@@ -6,6 +6,7 @@
 #include <QMenu>
 #include <QObject>
 
+#include <memory>
 #include <vector>
 
 namespace morvane {
@@ -22,7 +23,7 @@ class StatusMenu : public QObject {
 public:
     explicit StatusMenu(AgentConnections &connections);
 
-    QMenu &menu() { return m_menu; }
+    QMenu &menu() { return *m_menu; }
 
     /// Tells the key that opens the panel, or why there is none.
     void showPanelKey(const HotKey &key, HotKeys::State state);
@@ -53,7 +54,7 @@ private:
     void toggleAgent(AgentKind kind);
 
     AgentConnections &m_connections;
-    QMenu m_menu;
+    const std::unique_ptr<QMenu> m_menu;
     QAction *m_panel = nullptr;
     QAction *m_panelKey = nullptr; ///< what is wrong with the key for the panel
     QAction *m_settings = nullptr;

@@ -51,6 +51,9 @@ public:
     /// desktop gives it to no window of this kind; then nothing has changed.
     [[nodiscard]] virtual bool takeKeyboard() = 0;
 
+    /// Whether it has the keyboard and nobody has taken that from it.
+    virtual bool holdsKeyboard() const = 0;
+
     /// Gives the keyboard back to whoever had it, unless it has gone elsewhere in the meantime.
     virtual void releaseKeyboard() = 0;
 

@@ -41,6 +41,7 @@ public:
     double opacity() const override { return m_opacity; }
     void setHidesOverFullscreen(bool hides) override { hidesOverFullscreen = hides; }
     bool takeKeyboard() override { return hasKeyboard = canTakeKeyboard; }
+    bool holdsKeyboard() const override { return hasKeyboard; }
     void releaseKeyboard() override { hasKeyboard = false; }
     bool isTranslucent() const override { return true; }
 

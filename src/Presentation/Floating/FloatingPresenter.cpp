@@ -104,6 +104,11 @@ void FloatingPresenter::presentPanel() {
 }
 
 void FloatingPresenter::endPresentation() {
+    if (isUsedByKeys()) {
+        prolongPresentation();
+        return;
+    }
+    endKeyboardUse();
     m_presented = false;
     if (!isMenuOpen()) {
         m_capsule.setHovering(false);
@@ -114,6 +119,7 @@ void FloatingPresenter::endPresentation() {
 void FloatingPresenter::collapseExpanded() {
     m_presented = false;
     cancelPresentation();
+    endKeyboardUse();
     m_capsule.setHovering(false);
     updateVisibility(Motion::animated);
 }
@@ -123,6 +129,7 @@ void FloatingPresenter::dismiss() {
     m_presented = false;
     m_flashActive = false;
     cancelPresentation();
+    endKeyboardUse();
     m_capsule.setHovering(false);
     updateVisibility(Motion::atOnce);
 }
@@ -266,12 +273,12 @@ void FloatingPresenter::place() {
 
 /// Where the pointer is decides, not whether it has just entered or left: a tab that changes its
 /// shape under a resting pointer makes the windowing system report both. An open menu counts as the
-/// pointer, which it leads away.
+/// pointer, which it leads away, and so do the keys.
 void FloatingPresenter::followPointer() {
     const QPointF pixelCentre = QPointF(pointerPosition()) + QPointF(0.5, 0.5);
     // The view is not there for the pointer while a full-screen program hides it.
-    const bool isInside =
-        isMenuOpen() || (m_view->isVisible() && m_view->shape(m_target).contains(pixelCentre));
+    const bool isInside = isMenuOpen() || isUsedByKeys() ||
+                          (m_view->isVisible() && m_view->shape(m_target).contains(pixelCentre));
     if (isInside != m_isHovering) {
         m_isHovering = isInside;
         m_capsule.setHovering(isInside);

@@ -67,6 +67,10 @@ void MorvanePresenter::putUp(PanelSurface &surface) {
     connect(&surface, &PanelSurface::pointerCrossed, this, &MorvanePresenter::followPointer);
     connect(&surface, &PanelSurface::contextMenuRequested, this, &MorvanePresenter::openMenu);
     connect(&surface, &PanelSurface::menuClosed, this, &MorvanePresenter::menuClosed);
+    connect(&surface, &PanelSurface::openRequested, this, &MorvanePresenter::presentPanelToKeys);
+    connect(&surface, &PanelSurface::keyUsed, this,
+            [this] { m_lastKeyAt = m_context.scheduler.now(); });
+    connect(&surface, &PanelSurface::escaped, this, [this] { collapseExpanded(); });
     connect(&surface, &PanelSurface::contentResized, this, &MorvanePresenter::scheduleUpdate);
 }
 
@@ -102,6 +106,31 @@ void MorvanePresenter::fadeIn(Seconds duration, std::function<void(double)> step
         std::move(finished));
 }
 
+void MorvanePresenter::presentPanelToKeys() {
+    presentPanel();
+    m_lastKeyAt.reset();
+    if (m_surface && m_surface->beginKeyboardUse()) {
+        m_surface->takeFocus();
+    }
+}
+
+void MorvanePresenter::announce(const QString &text) {
+    if (m_surface) {
+        m_surface->announce(text);
+    }
+}
+
+bool MorvanePresenter::isUsedByKeys() const {
+    return m_window && m_surface->isUsedByKeys() && m_window->holdsKeyboard() && m_lastKeyAt &&
+           m_context.scheduler.now() - *m_lastKeyAt < InlineEditing::lease;
+}
+
+void MorvanePresenter::endKeyboardUse() {
+    if (m_surface) {
+        m_surface->endKeyboardUse();
+    }
+}
+
 void MorvanePresenter::startPresentation() {
     m_presentation = m_context.scheduler.after(presentationDuration, [this] { endPresentation(); });
 }
@@ -116,6 +145,9 @@ bool MorvanePresenter::isMenuOpen() const {
 
 void MorvanePresenter::reportExpanded(bool isExpanded) {
     m_isExpanded = isExpanded;
+    if (!isExpanded) {
+        endKeyboardUse();
+    }
     tellExpanded();
 }
 

@@ -11,6 +11,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace morvane {
 
@@ -43,6 +44,12 @@ public:
 
     /// Opens the panel on request.
     virtual void presentPanel() = 0;
+
+    /// The same for somebody who works it with the keys from there on, as far as it is given any.
+    void presentPanelToKeys();
+
+    /// To a screen reader, if there is anything on the display.
+    void announce(const QString &text);
 
     /// Closes the panel but stays.
     virtual void collapseExpanded() = 0;
@@ -93,6 +100,12 @@ protected:
 
     bool isMenuOpen() const;
 
+    /// Whether a person works the panel with the keys, and has pressed one not too long ago.
+    bool isUsedByKeys() const;
+
+    /// The keyboard goes back to whoever had it.
+    void endKeyboardUse();
+
     /// Counts for others only while the panel can be seen.
     void reportExpanded(bool isExpanded);
 
@@ -118,6 +131,7 @@ private:
     Animation m_fade;
     bool m_isExpanded = false;
     bool m_toldExpanded = false;
+    std::optional<Date> m_lastKeyAt; ///< since the panel was opened to the keys
     Task m_presentation;
     Task m_updateTask;
 };

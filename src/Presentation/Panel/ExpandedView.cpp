@@ -6,11 +6,16 @@
 #include "Platform/Scheduler.h"
 #include "Presentation/Overlay/DigitShortcuts.h"
 #include "Presentation/Panel/CompletedRow.h"
+#include "Presentation/Panel/FocusOrder.h"
 #include "Presentation/Panel/ListViewport.h"
+#include "Presentation/Panel/PencilButton.h"
 #include "Presentation/Panel/SessionRow.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/TextLabel.h"
 #include "Presentation/Style/Typography.h"
+
+#include <QApplication>
+#include <QKeyEvent>
 
 #include <algorithm>
 #include <utility>
@@ -35,6 +40,7 @@ ExpandedView::ExpandedView(const PanelContext &context, QWidget *parent)
     : QWidget(parent), m_context(context), m_contentHeightBudget(standardBudget),
       m_width(standardWidth), m_viewport(new ListViewport(m_context.scheduler, this)) {
     connect(m_viewport, &ListViewport::contentResized, this, &ExpandedView::contentResized);
+    connect(qApp, &QApplication::focusChanged, this, &ExpandedView::focusMoved);
 }
 
 void ExpandedView::setContentHeightBudget(int budget) {
@@ -218,6 +224,69 @@ void ExpandedView::hideEvent(QHideEvent *event) {
     m_ages.cancel();
     // A panel opens at its top.
     m_viewport->scrollToTop();
+}
+
+void ExpandedView::takeFocus() {
+    m_viewport->rows().makeAll();
+    const auto awaiting = m_context.store.sessionAwaitingDecision();
+    const auto rows = m_viewport->rows().inOrder();
+    const auto isAwaiting = [&](const QWidget *widget) {
+        const auto *row = qobject_cast<const SessionRow *>(widget);
+        return row != nullptr && awaiting && row->session().id == awaiting->id;
+    };
+    const auto isRow = [](const QWidget *widget) {
+        return qobject_cast<const ListRow *>(widget) != nullptr;
+    };
+    auto first = std::ranges::find_if(rows, isAwaiting);
+    first = first != rows.end() ? first : std::ranges::find_if(rows, isRow);
+    (first != rows.end() ? *first : this)->setFocus();
+}
+
+void ExpandedView::keyPressEvent(QKeyEvent *event) {
+    const FocusOrder order(m_viewport->rows());
+    switch (event->key()) {
+    case Qt::Key_Down:
+        order.moveToLine(FocusOrder::Direction::forward);
+        break;
+    case Qt::Key_Up:
+        order.moveToLine(FocusOrder::Direction::back);
+        break;
+    case Qt::Key_Right:
+        order.moveInLine(FocusOrder::Direction::forward);
+        break;
+    case Qt::Key_Left:
+        order.moveInLine(FocusOrder::Direction::back);
+        break;
+    case Qt::Key_PageDown:
+        m_viewport->scrollByPage(1);
+        break;
+    case Qt::Key_PageUp:
+        m_viewport->scrollByPage(-1);
+        break;
+    default:
+        event->ignore();
+    }
+}
+
+bool ExpandedView::focusNextPrevChild(bool next) {
+    return FocusOrder(m_viewport->rows())
+        .move(next ? FocusOrder::Direction::forward : FocusOrder::Direction::back);
+}
+
+/// The row around it shows it as well.
+void ExpandedView::focusMoved(const QWidget *from, const QWidget *to) {
+    RowList &rows = m_viewport->rows();
+    for (QWidget *row : rows.inOrder()) {
+        if (row == from || row == to || row->isAncestorOf(from) || row->isAncestorOf(to)) {
+            row->update();
+            for (auto *pencil : row->findChildren<PencilButton *>()) {
+                pencil->update();
+            }
+        }
+    }
+    if (rows.isAncestorOf(to)) {
+        m_viewport->reveal(*to);
+    }
 }
 
 /// The wheel also scrolls from beside the list, where the pointer rests when the panel has opened.

@@ -36,6 +36,9 @@ public:
     /// enough to be read.
     bool hasBeenRead(const QString &sessionID) const;
 
+    /// Lets the keys begin: at the session that waits for an answer, else at the first row.
+    void takeFocus();
+
     QSize sizeHint() const override;
 
 signals:
@@ -47,12 +50,15 @@ protected:
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
 
 private:
     using Entries = QList<RowList::Entry>;
 
     Entries entries() const;
     bool showsDigits() const;
+    void focusMoved(const QWidget *from, const QWidget *to);
     void appendSessions(Entries &list, const SessionSlice &sessions) const;
     void appendRecords(Entries &list, const QString &title, const QColor &color,
                        const QList<CompletedRecord> &records) const;

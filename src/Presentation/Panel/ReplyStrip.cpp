@@ -49,6 +49,7 @@ void ReplyStrip::openField() {
 void ReplyStrip::closeField() {
     layout()->removeWidget(m_field);
     m_affordance->show();
+    m_affordance->setFocus();
 }
 
 } // namespace morvane

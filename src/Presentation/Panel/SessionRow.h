@@ -54,6 +54,7 @@ private:
     void showMain(Details details);
     void showStrip(Details details);
     QWidget *stripFor(bool showsShortcuts);
+    void retire(QWidget &strip);
     bool takesReplies() const;
     void select();
     bool isUpToDate() const;

@@ -17,6 +17,15 @@ QString PlatformWords::hotKey(const HotKey &key) {
     return names.join(u'+');
 }
 
+QKeySequence PlatformWords::keySequence(const HotKey &key) {
+    QString names = key.symbol;
+    names.prepend(key.shift ? QStringLiteral("Shift+") : QString());
+    names.prepend(key.alt ? QStringLiteral("Alt+") : QString());
+    names.prepend(key.control ? QStringLiteral("Ctrl+") : QString());
+    names.prepend(key.super ? QStringLiteral("Meta+") : QString());
+    return QKeySequence::fromString(names, QKeySequence::PortableText);
+}
+
 QString PlatformWords::digitShortcut(int digit) {
     return tr("Ctrl %1").arg(digit);
 }

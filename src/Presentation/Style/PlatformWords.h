@@ -3,6 +3,7 @@
 #include "Platform/HotKey.h"
 
 #include <QCoreApplication>
+#include <QKeySequence>
 #include <QString>
 
 namespace morvane {
@@ -14,6 +15,9 @@ struct PlatformWords {
 public:
     /// The names of a key and of what is held down with it: "Super+Shift+G".
     static QString hotKey(const HotKey &key);
+
+    /// The same for a menu.
+    static QKeySequence keySequence(const HotKey &key);
 
     /// The keys of one of the digit shortcuts: "⌘1" elsewhere.
     static QString digitShortcut(int digit);

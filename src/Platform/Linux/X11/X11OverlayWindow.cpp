@@ -156,6 +156,12 @@ bool X11OverlayWindow::takeKeyboard() {
     return true;
 }
 
+/// The server is asked, since Qt takes a key that is grabbed from its window for a loss of it.
+bool X11OverlayWindow::holdsKeyboard() const {
+    auto *connection = qtConnection();
+    return connection != nullptr && m_keyboardOwner && inputFocus(connection) == m_window;
+}
+
 void X11OverlayWindow::releaseKeyboard() {
     if (const auto owner = std::exchange(m_keyboardOwner, std::nullopt)) {
         m_x11.watchPresses(false);

@@ -36,6 +36,7 @@ public:
     double opacity() const override { return m_opacity; }
     void setHidesOverFullscreen(bool hides) override;
     bool takeKeyboard() override;
+    bool holdsKeyboard() const override;
     void releaseKeyboard() override;
     bool isTranslucent() const override;
 
