@@ -268,9 +268,11 @@ void ExpandedView::keyPressEvent(QKeyEvent *event) {
     }
 }
 
+/// Not on the way out, when the list is at its top again already.
 bool ExpandedView::focusNextPrevChild(bool next) {
-    return FocusOrder(m_viewport->rows())
-        .move(next ? FocusOrder::Direction::forward : FocusOrder::Direction::back);
+    return isVisible() &&
+           FocusOrder(m_viewport->rows())
+               .move(next ? FocusOrder::Direction::forward : FocusOrder::Direction::back);
 }
 
 /// The row around it shows it as well.
