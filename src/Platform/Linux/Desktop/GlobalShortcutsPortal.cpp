@@ -14,11 +14,11 @@ namespace {
 // https://flatpak.github.io/xdg-desktop-portal/docs/doc-org.freedesktop.portal.GlobalShortcuts.html
 const QString portalService = QStringLiteral("org.freedesktop.portal.Desktop");
 const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
-const QString shortcutsInterface = QStringLiteral("org.freedesktop.portal.GlobalShortcuts");
-const QString requestInterface = QStringLiteral("org.freedesktop.portal.Request");
-const QString sessionInterface = QStringLiteral("org.freedesktop.portal.Session");
-const QString registryInterface = QStringLiteral("org.freedesktop.host.portal.Registry");
-const QString applicationID = QStringLiteral("io.morvane.morvane");
+const QString portalShortcuts = QStringLiteral("org.freedesktop.portal.GlobalShortcuts");
+const QString portalRequest = QStringLiteral("org.freedesktop.portal.Request");
+const QString portalSession = QStringLiteral("org.freedesktop.portal.Session");
+const QString portalRegistry = QStringLiteral("org.freedesktop.host.portal.Registry");
+const QString portalProgram = QStringLiteral("io.morvane.morvane");
 const QString shortcutPrefix = QStringLiteral("shortcut-");
 
 struct Shortcut {
@@ -68,16 +68,16 @@ GlobalShortcutsPortal::GlobalShortcutsPortal(const QDBusConnection &bus)
         m_session.clear();
         setStates([](std::uint32_t) { return State::unavailable; });
     });
-    m_bus.connect(portalService, portalPath, shortcutsInterface, QStringLiteral("Activated"), this,
+    m_bus.connect(portalService, portalPath, portalShortcuts, QStringLiteral("Activated"), this,
                   SLOT(activated(QDBusMessage)));
     introduce();
 }
 
 /// Desktops of today ask every program for its name, and older ones know no such call.
 void GlobalShortcutsPortal::introduce() {
-    QDBusMessage call = QDBusMessage::createMethodCall(portalService, portalPath, registryInterface,
+    QDBusMessage call = QDBusMessage::createMethodCall(portalService, portalPath, portalRegistry,
                                                        QStringLiteral("Register"));
-    call.setArguments({applicationID, QVariantMap()});
+    call.setArguments({portalProgram, QVariantMap()});
     m_bus.asyncCall(call);
 }
 
@@ -121,7 +121,7 @@ void GlobalShortcutsPortal::closeSession() {
     if (!m_session.isEmpty()) {
         m_bus.asyncCall(QDBusMessage::createMethodCall(portalService,
                                                        std::exchange(m_session, QString()),
-                                                       sessionInterface, QStringLiteral("Close")));
+                                                       portalSession, QStringLiteral("Close")));
     }
 }
 
@@ -161,12 +161,12 @@ void GlobalShortcutsPortal::ask(const QString &method, QVariantList arguments, Q
     m_request =
         portalPath + QStringLiteral("/request/") + sender.replace(u'.', u'_') + u'/' + token;
     m_use = std::move(use);
-    m_bus.connect(portalService, m_request, requestInterface, QStringLiteral("Response"), this,
+    m_bus.connect(portalService, m_request, portalRequest, QStringLiteral("Response"), this,
                   SLOT(answered(QDBusMessage)));
     options.insert(QStringLiteral("handle_token"), token);
     arguments.append(options);
     QDBusMessage call =
-        QDBusMessage::createMethodCall(portalService, portalPath, shortcutsInterface, method);
+        QDBusMessage::createMethodCall(portalService, portalPath, portalShortcuts, method);
     call.setArguments(arguments);
     send(call);
 }
@@ -184,7 +184,7 @@ void GlobalShortcutsPortal::send(const QDBusMessage &call) {
 
 void GlobalShortcutsPortal::endRequest() {
     if (!m_request.isEmpty()) {
-        m_bus.disconnect(portalService, std::exchange(m_request, QString()), requestInterface,
+        m_bus.disconnect(portalService, std::exchange(m_request, QString()), portalRequest,
                          QStringLiteral("Response"), this, SLOT(answered(QDBusMessage)));
     }
 }
