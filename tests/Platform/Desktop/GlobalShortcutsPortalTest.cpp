@@ -14,25 +14,25 @@ namespace {
 
 using State = HotKeys::State;
 
-const QString service = "org.freedesktop.portal.Desktop";
-const QString path = "/org/freedesktop/portal/desktop";
-const QString session = path + "/session/s";
+const QString shortcutsService = "org.freedesktop.portal.Desktop";
+const QString shortcutsPath = "/org/freedesktop/portal/desktop";
+const QString shortcutsSession = shortcutsPath + "/session/s";
 
 /// A desktop's portal, behind which a person grants what is asked for, or does not.
-class Portal : public QDBusVirtualObject {
+class ShortcutsPortal : public QDBusVirtualObject {
 public:
-    explicit Portal(const QDBusConnection &bus) : m_bus(bus) {
-        m_bus.registerVirtualObject(path, this, QDBusConnection::SubPath);
-        m_bus.registerService(service);
+    explicit ShortcutsPortal(const QDBusConnection &bus) : m_bus(bus) {
+        m_bus.registerVirtualObject(shortcutsPath, this, QDBusConnection::SubPath);
+        m_bus.registerService(shortcutsService);
     }
-    ~Portal() override {
-        m_bus.unregisterService(service);
-        m_bus.unregisterObject(path);
+    ~ShortcutsPortal() override {
+        m_bus.unregisterService(shortcutsService);
+        m_bus.unregisterObject(shortcutsPath);
     }
 
     void press(const QString &ofSession, const QString &id) {
-        QDBusMessage signal =
-            QDBusMessage::createSignal(path, "org.freedesktop.portal.GlobalShortcuts", "Activated");
+        QDBusMessage signal = QDBusMessage::createSignal(
+            shortcutsPath, "org.freedesktop.portal.GlobalShortcuts", "Activated");
         signal.setArguments(
             {QVariant::fromValue(QDBusObjectPath(ofSession)), id, quint64(1), QVariantMap()});
         m_bus.send(signal);
@@ -44,7 +44,7 @@ public:
         calls.append(message.member());
         const QVariantList arguments = message.arguments();
         if (message.member() == "CreateSession") {
-            answer(message, {{"session_handle", session}});
+            answer(message, {{"session_handle", shortcutsSession}});
             return true;
         }
         if (message.member() == "BindShortcuts") {
@@ -68,7 +68,7 @@ private:
     void answer(const QDBusMessage &call, const QVariantMap &results) {
         const auto options = qdbus_cast<QVariantMap>(call.arguments().last());
         QString sender = call.service().mid(1);
-        const QString request = path + "/request/" + sender.replace('.', '_') + "/" +
+        const QString request = shortcutsPath + "/request/" + sender.replace('.', '_') + "/" +
                                 options["handle_token"].toString();
         m_bus.send(call.createReply(QVariant::fromValue(QDBusObjectPath(request))));
         QDBusMessage signal =
@@ -90,7 +90,7 @@ protected:
 };
 
 TEST_F(GlobalShortcutsPortalTest, AsksThePersonOnceAndHearsOfEachPress) {
-    Portal portal(connection("portal"));
+    ShortcutsPortal portal(connection("portal"));
     GlobalShortcutsPortal keys(connection("program"));
     QList<std::uint32_t> presses;
     QObject::connect(&keys, &HotKeys::pressed, [&](std::uint32_t id) { presses.append(id); });
@@ -102,8 +102,8 @@ TEST_F(GlobalShortcutsPortalTest, AsksThePersonOnceAndHearsOfEachPress) {
     EXPECT_EQ(portal.properties["preferred_trigger"], "SHIFT+LOGO+g");
 
     portal.press("/somebody/elses", portal.id);
-    portal.press(session, "another");
-    portal.press(session, portal.id);
+    portal.press(shortcutsSession, "another");
+    portal.press(shortcutsSession, portal.id);
     EXPECT_TRUE(becomesTrue([&] { return !presses.isEmpty(); }));
     EXPECT_EQ(presses, QList{panel});
 
@@ -118,12 +118,12 @@ TEST_F(GlobalShortcutsPortalTest, TakesANoForANoAndAPortalThatComesLate) {
     GlobalShortcutsPortal keys(connection("program"));
     const std::uint32_t panel = keys.registerKey(panelKey, "Open Morvane");
     EXPECT_TRUE(becomes(keys, panel, State::unavailable));
-    auto portal = std::make_unique<Portal>(connection("portal"));
+    auto portal = std::make_unique<ShortcutsPortal>(connection("portal"));
     EXPECT_TRUE(becomes(keys, panel, State::works));
     portal.reset();
     EXPECT_TRUE(becomes(keys, panel, State::unavailable));
 
-    Portal other(connection("other"));
+    ShortcutsPortal other(connection("other"));
     other.isGranting = false;
     EXPECT_TRUE(becomesTrue([&] { return other.calls.contains("CreateSession"); }));
     EXPECT_TRUE(becomes(keys, panel, State::unavailable));
