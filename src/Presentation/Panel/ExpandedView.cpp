@@ -43,6 +43,11 @@ ExpandedView::ExpandedView(const PanelContext &context, QWidget *parent)
     connect(qApp, &QApplication::focusChanged, this, &ExpandedView::focusMoved);
 }
 
+/// The focus that is in it moves once more while its widgets go.
+ExpandedView::~ExpandedView() {
+    qApp->disconnect(this);
+}
+
 void ExpandedView::setContentHeightBudget(int budget) {
     m_contentHeightBudget = budget;
 }

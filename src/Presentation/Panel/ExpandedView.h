@@ -19,6 +19,7 @@ class ExpandedView : public QWidget {
 
 public:
     ExpandedView(const PanelContext &context, QWidget *parent);
+    ~ExpandedView() override;
 
     /// The height that the panel may take, in points.
     void setContentHeightBudget(int budget);
