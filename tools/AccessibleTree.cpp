@@ -46,6 +46,28 @@ QList<AccessibleTree::Found> AccessibleTree::find(const QString &role, const QSt
     return result;
 }
 
+bool AccessibleTree::act(const Found &found, const QString &action) const {
+    constexpr const char *interface = "org.a11y.atspi.Action";
+    const QDBusMessage reply = call(found.object, interface, "GetActions");
+    if (!isAnswered(reply)) {
+        return false;
+    }
+    const auto list = reply.arguments().first().value<QDBusArgument>();
+    int index = 0;
+    for (list.beginArray(); !list.atEnd(); ++index) {
+        QString name;
+        QString description;
+        QString key;
+        list.beginStructure();
+        list >> name >> description >> key;
+        list.endStructure();
+        if (name == action) {
+            return isAnswered(call(found.object, interface, "DoAction", {index}));
+        }
+    }
+    return false;
+}
+
 bool AccessibleTree::connect() {
     const QDBusMessage question = QDBusMessage::createMethodCall(
         QStringLiteral("org.a11y.Bus"), QStringLiteral("/org/a11y/bus"),
@@ -125,10 +147,12 @@ QList<AccessibleTree::Found> AccessibleTree::findBelow(const Object &parent, con
             continue;
         }
         const QString actual = this->name(child);
-        const bool isNamed = naming == Naming::whole ? actual == name : actual.startsWith(name);
+        const bool isNamed =
+            actual == name || (naming == Naming::beginning && actual.startsWith(name)) ||
+            (naming == Naming::words && actual.startsWith(name + QLatin1Char(' ')));
         const bool isReady = role != QLatin1String("button") || hasState(child, sensitiveBit);
         if (isNamed && hasRole(child, role) && isReady) {
-            result.append({actual, extents(child)});
+            result.append({child, actual, extents(child)});
         }
         result += findBelow(child, role, name, naming);
     }

@@ -13,10 +13,17 @@ class AccessibleTree {
 public:
     enum class Naming {
         whole,
+        words,     ///< the first of a name that goes on with what it belongs to
         beginning, ///< of a name that goes on with what changes
     };
 
+    struct Object {
+        QString service;
+        QString path;
+    };
+
     struct Found {
+        Object object;
         QString name;
         QRect extents; ///< in pixels of the screen
     };
@@ -27,12 +34,11 @@ public:
     /// button that can be pressed), the largest first.
     QList<Found> find(const QString &role, const QString &name, Naming naming = Naming::whole);
 
-private:
-    struct Object {
-        QString service;
-        QString path;
-    };
+    /// Does what a screen reader would have done with an action of the object, such as "Press";
+    /// false where it has none of that name.
+    bool act(const Found &found, const QString &action) const;
 
+private:
     bool connect();
     QDBusMessage call(const Object &object, const char *interface, const char *method,
                       const QVariantList &arguments = {}) const;

@@ -26,7 +26,8 @@ AppController::AppController(MorvaneSettings &settings, const PlatformServices &
                        [this](const QString &sessionID) { m_store.agentEnded(sessionID); }),
       m_connections(settings, *platform.scheduler),
       m_terminalReply(*platform.tools, *platform.scripting, *platform.processes,
-                      *platform.scheduler) {
+                      *platform.scheduler),
+      m_panelKeys(*platform.hotKeys, *platform.scheduler, InlineEditing::shared(), keyActions()) {
     connect(&m_store, &SessionStore::sessionRemoved, this,
             [this](const QString &sessionID) { m_agentProcesses.forget(sessionID); });
     connect(&m_connections, &AgentConnections::statusChanged, this, [this] {
@@ -63,6 +64,7 @@ void AppController::start() {
     }
     m_usage.setEnabled(m_settings.usageEnabled());
     createPresenters();
+    m_panelKeys.start();
     watchTerminals();
     m_connections.refreshStatus();
 }
@@ -190,8 +192,11 @@ void AppController::createPresenters() {
     m_timeline = std::make_unique<PixelTimeline>(*m_platform.scheduler);
     m_presenterManager = std::make_unique<PresenterManager>(
         PanelContext{m_store, m_usage, m_settings, *m_platform.scheduler, *m_platform.motion,
-                     InlineEditing::shared(), *m_timeline, actions},
+                     InlineEditing::shared(), *m_timeline, actions, &m_panelKeys.digitShortcuts()},
         *m_platform.displays, *m_platform.overlays, *m_platform.pointer);
+    m_presenterManager->onExpandedChanged = [this](bool isExpanded) {
+        m_panelKeys.panelExpanded(isExpanded);
+    };
     m_presenterManager->start();
 }
 
@@ -258,6 +263,29 @@ void AppController::reply(const Session &session, const QString &text,
 JumpService::Means AppController::means() const {
     return {*m_platform.tools, *m_platform.processes, *m_platform.scripting,
             *m_platform.hostWindows};
+}
+
+PanelKeys::Actions AppController::keyActions() {
+    return {
+        .present = [this] { m_presenterManager->presentPanelToKeys(); },
+        .collapse = [this] { m_presenterManager->collapseAllExpanded(); },
+        .digit = [this](int index) { handleDigit(index); },
+    };
+}
+
+/// The digits belong to the prompt that is showing, once that could be read; without one they open
+/// what has finished.
+void AppController::handleDigit(int index) {
+    if (const auto session = m_store.sessionAwaitingDecision()) {
+        if (m_presenterManager->hasBeenRead(session->id)) {
+            m_store.chooseByIndex(session->id, index);
+        }
+        return;
+    }
+    const QList<CompletedRecord> records = m_store.jumpableCompleted();
+    if (index < records.size()) {
+        reopenCompleted(records[index]);
+    }
 }
 
 void AppController::dismissPanels() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "App/PanelKeys.h"
 #include "App/PlatformServices.h"
 #include "Core/Hooks/AgentConnections.h"
 #include "Core/Intake/EventServer.h"
@@ -41,6 +42,8 @@ public:
 
     /// None unless a port could be bound.
     EventServer *server() { return m_server.get(); }
+
+    PanelKeys &panelKeys() { return m_panelKeys; }
 
     /// None before `start`.
     PresenterManager *presenterManager() { return m_presenterManager.get(); }
@@ -99,6 +102,8 @@ private:
     bool isWhereSessionsRun(const QString &bundleID) const;
 
     JumpService::Means means() const;
+    PanelKeys::Actions keyActions();
+    void handleDigit(int index);
     void dismissPanels();
 
     MorvaneSettings &m_settings;
@@ -111,6 +116,7 @@ private:
     TerminalReply m_terminalReply;
     std::unique_ptr<EventServer> m_server;
     std::unique_ptr<PixelTimeline> m_timeline; ///< outlives the panels
+    PanelKeys m_panelKeys;                     ///< as well, since they tell it when they close
     std::unique_ptr<PresenterManager> m_presenterManager;
     bool m_launchAtLogin = false;
     bool m_canFocusWindows = false;

@@ -38,6 +38,12 @@ void AppDelegate::makeMenu() {
     m_menu = std::make_unique<StatusMenu>(m_controller->connections());
     connect(m_menu.get(), &StatusMenu::panelRequested, this, &AppDelegate::showPanel);
     connect(m_menu.get(), &StatusMenu::settingsRequested, this, &AppDelegate::openSettings);
+    PanelKeys &keys = m_controller->panelKeys();
+    connect(&m_menu->menu(), &QMenu::aboutToShow, &keys, &PanelKeys::retry);
+    connect(&keys, &PanelKeys::panelKeyStateChanged, m_menu.get(), [this, &keys] {
+        m_menu->showPanelKey(PanelKeys::panelKey,
+                             keys.panelKeyState().value_or(HotKeys::State::pending));
+    });
 }
 
 void AppDelegate::makeStatusItem() {

@@ -5,6 +5,7 @@
 #include "Platform/Linux/Desktop/DesktopApplications.h"
 #include "Platform/Linux/Desktop/DesktopHostWindows.h"
 #include "Platform/Linux/Desktop/DesktopMotion.h"
+#include "Platform/Linux/Desktop/GlobalShortcutsPortal.h"
 #include "Platform/Linux/Desktop/PlayerPrograms.h"
 #include "Platform/Linux/Desktop/SecretService.h"
 #include "Platform/Linux/Desktop/StatusNotifierHost.h"
@@ -19,6 +20,7 @@
 #include "Platform/Linux/X11/ActiveWindow.h"
 #include "Platform/Linux/X11/ScreenDisplays.h"
 #include "Platform/Linux/X11/X11Connection.h"
+#include "Platform/Linux/X11/X11HotKeys.h"
 #include "Platform/Linux/X11/X11OverlayWindows.h"
 #include "Platform/Linux/X11/X11PointerMonitor.h"
 #include "Platform/Linux/X11/X11WindowControl.h"
@@ -82,6 +84,12 @@ PlatformServices choosePlatform() {
         platform.displays = std::make_unique<ScreenDisplays>(*x11);
         platform.overlays = std::make_unique<X11OverlayWindows>(*x11);
         platform.pointer = std::make_unique<X11PointerMonitor>(*x11, *platform.scheduler);
+        if (x11->isXwayland()) {
+            platform.hotKeys = std::make_unique<GlobalShortcutsPortal>(
+                QDBusConnection::connectToBus(QDBusConnection::SessionBus, "hot keys"));
+        } else {
+            platform.hotKeys = std::make_unique<X11HotKeys>(*x11);
+        }
         platform.foreground = std::make_unique<ActiveWindow>(*x11);
         platform.windows = std::make_unique<X11WindowControl>(*x11);
         platform.hostWindows = std::make_unique<DesktopHostWindows>(

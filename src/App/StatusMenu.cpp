@@ -4,10 +4,12 @@
 #include "Core/Hooks/AgentConnections.h"
 #include "Core/Shell/BuildInfo.h"
 #include "Presentation/Style/HelpText.h"
+#include "Presentation/Style/PlatformWords.h"
 
 #include <QCoreApplication>
 #include <QFontMetrics>
 #include <QKeyEvent>
+#include <QStyleOptionMenuItem>
 
 #include <algorithm>
 
@@ -22,44 +24,67 @@ QString menuText(QString text) {
     return text.replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
+/// Calls the key Super, as its neighbours on the desktop do, where Qt says Meta.
+class KeyNamingMenu : public QMenu {
+protected:
+    void initStyleOption(QStyleOptionMenuItem *option, const QAction *action) const override {
+        QMenu::initStyleOption(option, action);
+        option->text.replace(QLatin1String("\tMeta+"), QLatin1String("\tSuper+"));
+    }
+};
+
 } // namespace
 
-StatusMenu::StatusMenu(AgentConnections &connections) : m_connections(connections) {
-    m_menu.setAccessibleName(QStringLiteral("Morvane"));
+StatusMenu::StatusMenu(AgentConnections &connections)
+    : m_connections(connections), m_menu(std::make_unique<KeyNamingMenu>()) {
+    m_menu->setAccessibleName(QStringLiteral("Morvane"));
     addItems();
-    m_menu.installEventFilter(this);
+    m_menu->installEventFilter(this);
     m_agents->installEventFilter(this);
-    connect(&m_menu, &QMenu::aboutToShow, &m_connections, &AgentConnections::refreshStatus);
+    connect(m_menu.get(), &QMenu::aboutToShow, &m_connections, &AgentConnections::refreshStatus);
     connect(&m_connections, &AgentConnections::statusChanged, this, &StatusMenu::update);
     connect(&m_connections, &AgentConnections::lastErrorChanged, this, &StatusMenu::showFailure);
     update();
 }
 
 void StatusMenu::addItems() {
-    m_menu.addAction(tr("Morvane %1 (build %2)").arg(BuildInfo::version(), BuildInfo::build()))
+    m_menu->addAction(tr("Morvane %1 (build %2)").arg(BuildInfo::version(), BuildInfo::build()))
         ->setEnabled(false);
-    m_menu.addSeparator();
-    connect(m_menu.addAction(tr("Open Morvane")), &QAction::triggered, this,
-            &StatusMenu::panelRequested);
-    m_settings = m_menu.addAction(tr("Settings…"), Qt::CTRL | Qt::Key_Comma, this,
-                                  &StatusMenu::settingsRequested);
-    m_menu.addSeparator();
+    m_menu->addSeparator();
+    m_panel = m_menu->addAction(tr("Open Morvane"), this, &StatusMenu::panelRequested);
+    m_panel->setShortcutVisibleInContextMenu(true);
+    m_panelKey = m_menu->addAction(QString());
+    m_panelKey->setEnabled(false);
+    m_panelKey->setVisible(false);
+    m_settings = m_menu->addAction(tr("Settings…"), Qt::CTRL | Qt::Key_Comma, this,
+                                   &StatusMenu::settingsRequested);
+    m_menu->addSeparator();
     addAgents();
-    m_menu.addSeparator();
-    m_quit = m_menu.addAction(tr("Quit Morvane"), Qt::CTRL | Qt::Key_Q,
-                              QCoreApplication::instance(), &QCoreApplication::quit);
+    m_menu->addSeparator();
+    m_quit = m_menu->addAction(tr("Quit Morvane"), Qt::CTRL | Qt::Key_Q,
+                               QCoreApplication::instance(), &QCoreApplication::quit);
     for (QAction *action : keyedActions()) {
         action->setShortcutVisibleInContextMenu(true);
     }
 }
 
 void StatusMenu::addAgents() {
-    m_agents = m_menu.addMenu(QString());
+    m_agents = m_menu->addMenu(QString());
     m_agents->setAccessibleName(tr("Connected agents"));
     m_agents->setToolTipsVisible(true);
     m_failureSeparator = m_agents->addSeparator();
     m_failure = m_agents->addAction(QString());
     m_failure->setEnabled(false);
+}
+
+void StatusMenu::showPanelKey(const HotKey &key, HotKeys::State state) {
+    const QString name = PlatformWords::hotKey(key);
+    m_panelKey->setText(state == HotKeys::State::taken
+                            ? tr("%1 is taken by another program").arg(name)
+                            : tr("%1 doesn't work on this desktop").arg(name));
+    const bool isMissing = state == HotKeys::State::taken || state == HotKeys::State::unavailable;
+    m_panelKey->setVisible(isMissing);
+    m_panel->setShortcut(isMissing ? QKeySequence() : PlatformWords::keySequence(key));
 }
 
 /// A menu that belongs to no window leaves the keys of its items to nobody.
@@ -68,7 +93,7 @@ bool StatusMenu::eventFilter(QObject *watched, QEvent *event) {
         const QKeySequence pressed(static_cast<QKeyEvent *>(event)->keyCombination());
         for (QAction *action : keyedActions()) {
             if (action->shortcut() == pressed) {
-                m_menu.close();
+                m_menu->close();
                 action->trigger();
                 return true;
             }

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "Core/Agents/AgentKind.h"
+#include "Platform/HotKeys.h"
 
 #include <QMenu>
 #include <QObject>
 
+#include <memory>
 #include <vector>
 
 namespace morvane {
@@ -21,7 +23,10 @@ class StatusMenu : public QObject {
 public:
     explicit StatusMenu(AgentConnections &connections);
 
-    QMenu &menu() { return m_menu; }
+    QMenu &menu() { return *m_menu; }
+
+    /// Tells the key that opens the panel, or why there is none.
+    void showPanelKey(const HotKey &key, HotKeys::State state);
 
     /// The items that have a key. It works while the menu is open, and in each window that these
     /// are added to.
@@ -49,7 +54,9 @@ private:
     void toggleAgent(AgentKind kind);
 
     AgentConnections &m_connections;
-    QMenu m_menu;
+    const std::unique_ptr<QMenu> m_menu;
+    QAction *m_panel = nullptr;
+    QAction *m_panelKey = nullptr; ///< what is wrong with the key for the panel
     QAction *m_settings = nullptr;
     QAction *m_quit = nullptr;
     QMenu *m_agents = nullptr; ///< "Connected agents"

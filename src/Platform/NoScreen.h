@@ -2,6 +2,7 @@
 
 #include "Platform/Displays.h"
 #include "Platform/HostWindows.h"
+#include "Platform/HotKeys.h"
 #include "Platform/MotionPreference.h"
 #include "Platform/OverlayWindow.h"
 #include "Platform/OverlayWindows.h"
@@ -33,6 +34,14 @@ class NullPointerMonitor : public PointerMonitor {
 public:
     void activate() override {}
     void deactivate() override {}
+};
+
+class NullHotKeys : public HotKeys {
+public:
+    std::uint32_t registerKey(const HotKey &, const QString &) override { return 0; }
+    void unregisterKey(std::uint32_t) override {}
+    State state(std::uint32_t) const override { return State::unavailable; }
+    void retry() override {}
 };
 
 class NullWindowControl : public WindowControl {

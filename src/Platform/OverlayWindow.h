@@ -2,6 +2,8 @@
 
 #include <QRect>
 
+#include <functional>
+
 class QPainterPath;
 
 namespace morvane {
@@ -32,6 +34,12 @@ public:
     /// Whether it has been shown, even if a full-screen program hides it for now.
     virtual bool isVisible() const = 0;
 
+    /// Whether a full-screen program hides it for now.
+    virtual bool isCovered() const = 0;
+
+    /// Called when that has changed.
+    std::function<void()> onCoveredChanged;
+
     /// From 0 to 1; without effect where nothing can be translucent.
     virtual void setOpacity(double opacity) = 0;
     virtual double opacity() const = 0;
@@ -42,6 +50,9 @@ public:
     /// Gives the window the keyboard, without making this program the active one. False where the
     /// desktop gives it to no window of this kind; then nothing has changed.
     [[nodiscard]] virtual bool takeKeyboard() = 0;
+
+    /// Whether it has the keyboard and nobody has taken that from it.
+    virtual bool holdsKeyboard() const = 0;
 
     /// Gives the keyboard back to whoever had it, unless it has gone elsewhere in the meantime.
     virtual void releaseKeyboard() = 0;

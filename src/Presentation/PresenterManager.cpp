@@ -1,9 +1,11 @@
 #include "Presentation/PresenterManager.h"
 
+#include "Core/Sessions/SessionStore.h"
 #include "Core/Settings/MorvaneSettings.h"
 #include "Platform/Scheduler.h"
 #include "Presentation/Floating/FloatingPresenter.h"
 #include "Presentation/Notch/NotchPresenter.h"
+#include "Presentation/Panel/SessionSubtitle.h"
 
 #include <algorithm>
 
@@ -25,6 +27,11 @@ PresenterManager::~PresenterManager() = default;
 void PresenterManager::start() {
     m_displayMode = m_context.settings.displayMode();
     reconcile();
+    connect(&m_context.store, &SessionStore::stateChanges, this, [this](SessionState state) {
+        if (state == SessionState::needsInput) {
+            announceRequest();
+        }
+    });
     connect(&m_displays, &Displays::changed, this, &PresenterManager::scheduleReconcile);
     connect(&m_context.settings, &MorvaneSettings::changed, this, [this] {
         if (m_context.settings.displayMode() != m_displayMode) {
@@ -39,17 +46,44 @@ bool PresenterManager::isAnyExpanded() const {
                                [](const auto &entry) { return entry.second->isExpanded(); });
 }
 
+bool PresenterManager::hasBeenRead(const QString &sessionID) const {
+    return std::ranges::any_of(
+        m_presenters, [&](const auto &entry) { return entry.second->hasBeenRead(sessionID); });
+}
+
 void PresenterManager::presentPanel() {
+    if (auto *presenter = presenterAtPointer()) {
+        presenter->presentPanel();
+    }
+}
+
+void PresenterManager::presentPanelToKeys() {
+    if (auto *presenter = presenterAtPointer()) {
+        presenter->presentPanelToKeys();
+    }
+}
+
+MorvanePresenter *PresenterManager::presenterAtPointer() const {
     const QList<Display> displays = m_displays.displays();
     if (displays.isEmpty() || m_presenters.empty()) {
-        return;
+        return nullptr;
     }
     const QPoint pointer = m_displays.pointerPosition();
     const auto under = std::ranges::find_if(
         displays, [&](const Display &display) { return display.frame.contains(pointer); });
     const auto target =
         m_presenters.find(under != displays.end() ? under->id : displays.first().id);
-    (target != m_presenters.end() ? target : m_presenters.begin())->second->presentPanel();
+    return (target != m_presenters.end() ? target : m_presenters.begin())->second.get();
+}
+
+/// The one that waits stands first, and the latest of several.
+void PresenterManager::announceRequest() {
+    const QList<Session> sessions = m_context.store.sortedSessions();
+    auto *presenter = presenterAtPointer();
+    if (presenter != nullptr && !sessions.isEmpty()) {
+        presenter->announce(sessions.first().displayName() + QStringLiteral(", ") +
+                            SessionSubtitle::of(sessions.first()).status);
+    }
 }
 
 void PresenterManager::setContextMenu(QMenu *menu) {

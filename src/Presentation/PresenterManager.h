@@ -30,11 +30,18 @@ public:
     /// Whether any panel is open.
     bool isAnyExpanded() const;
 
+    /// Whether the prompt of this session is open on a display and has stood there long enough to
+    /// be read.
+    bool hasBeenRead(const QString &sessionID) const;
+
     /// Puts the presenters up; once.
     void start();
 
     /// Opens the panel on the display that has the pointer, or on another where that has none.
     void presentPanel();
+
+    /// The same for somebody who works it with the keys from there on.
+    void presentPanelToKeys();
 
     /// What a right click on any presenter opens. Not owned.
     void setContextMenu(QMenu *menu);
@@ -43,8 +50,10 @@ public:
     void dismissAll();
 
 private:
+    void announceRequest();
     void scheduleReconcile();
     void reconcile();
+    MorvanePresenter *presenterAtPointer() const;
     bool isWanted(const Display &display) const;
     std::unique_ptr<MorvanePresenter> makePresenter(const Display &display);
     std::unique_ptr<MorvanePresenter> makeKind(const Display &display);

@@ -347,5 +347,60 @@ TEST_F(AppControllerTest, CountsAsSeenWhatAPersonGoesTo) {
     EXPECT_FALSE(controller.presenterManager()->isAnyExpanded());
 }
 
+TEST_F(AppControllerTest, ADigitAnswersThePromptThatCouldBeRead) {
+    addFakeScreen(platform);
+    controller.start();
+    store.apply(EventBuilder(CanonicalEvent::turnEnd).in("over").with(&HookEvent::cwd, "/over"));
+    const auto press = [this](const char *key) {
+        hotKeys.press(QLatin1String(key));
+        scheduler.runPosted();
+    };
+    const auto waiting = [this] {
+        const auto session = store.sessionAwaitingDecision();
+        return session ? session->pendingApproval->id : QString();
+    };
+    press("G");
+    store.apply(EventBuilder::parked("a").given(R"({"command": "make"})"));
+    scheduler.advance(Seconds(0.5));
+    press("2");
+    EXPECT_EQ(waiting(), "a");
+    scheduler.advance(Seconds(0.5));
+    press("4");
+    EXPECT_EQ(waiting(), "a");
+    press("2");
+    EXPECT_EQ(waiting(), "");
+
+    // Another call takes its place; the hand is still on the key.
+    store.apply(EventBuilder::parked("b").given(R"({"command": "make install"})"));
+    press("2");
+    scheduler.advance(Seconds(0.5));
+    press("2");
+    EXPECT_EQ(waiting(), "b");
+    scheduler.advance(Seconds(0.5));
+    press("1");
+    EXPECT_EQ(waiting(), "");
+
+    EXPECT_TRUE(store.sessions().contains("over"));
+    press("5");
+    EXPECT_TRUE(store.sessions().contains("over"));
+    press("1");
+    EXPECT_FALSE(store.sessions().contains("over"));
+    scheduler.advance(Seconds(1));
+    EXPECT_EQ(hotKeys.held(), "G");
+}
+
+TEST_F(AppControllerTest, APanelBehindAFullscreenProgramTakesNoKeys) {
+    addFakeScreen(platform);
+    controller.start();
+    hotKeys.press("G");
+    scheduler.runPosted();
+    EXPECT_EQ(hotKeys.held(), "G12345Esc");
+    auto &overlay = *static_cast<FakeOverlayWindows &>(*platform.overlays).alive.first();
+    overlay.setCovered(true);
+    EXPECT_EQ(hotKeys.held(), "G");
+    overlay.setCovered(false);
+    EXPECT_EQ(hotKeys.held(), "G12345Esc");
+}
+
 } // namespace
 } // namespace morvane

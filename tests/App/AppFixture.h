@@ -50,6 +50,7 @@ protected:
     MorvaneSettings settings{defaults};
     PlatformServices platform = fakePlatform();
     ManualScheduler &scheduler = static_cast<ManualScheduler &>(*platform.scheduler);
+    FakeHotKeys &hotKeys = static_cast<FakeHotKeys &>(*platform.hotKeys);
     ManualPool &background = static_cast<ManualPool &>(*platform.background);
 };
 

@@ -5,6 +5,7 @@
 #include "Platform/StatusItemHost.h"
 #include "Support/FakeDisplays.h"
 #include "Support/FakeHostWindows.h"
+#include "Support/FakeHotKeys.h"
 #include "Support/FakeMotionPreference.h"
 #include "Support/FakeOverlayWindows.h"
 #include "Support/FakePointerMonitor.h"
@@ -61,6 +62,7 @@ inline PlatformServices fakePlatform() {
     result.tools = std::make_unique<FakeTools>();
     result.scripting = std::make_unique<NoScripting>(*result.scheduler);
     result.hostWindows = std::make_unique<FakeHostWindows>();
+    result.hotKeys = std::make_unique<FakeHotKeys>();
     return result;
 }
 

@@ -54,6 +54,15 @@ TEST_F(StatusMenuTest, ListsWhatCanBeDone) {
     EXPECT_EQ(requests, 1);
 }
 
+TEST_F(StatusMenuTest, TellsWhoHasTheKeyForThePanel) {
+    const auto line = [this](HotKeys::State state) {
+        statusMenu.showPanelKey(PanelKeys::panelKey, state);
+        return lines(statusMenu.menu()).split(u'\n')[3];
+    };
+    EXPECT_EQ(line(HotKeys::State::taken), "Super+Shift+G is taken by another program (off)");
+    EXPECT_EQ(line(HotKeys::State::works), "Settings…");
+}
+
 TEST_F(StatusMenuTest, ObeysItsKeysWhileItIsOpen) {
     home.write(".claude/settings.json", "{}");
     int requests = 0;

@@ -11,6 +11,8 @@ constexpr const char *permissionRequest =
 constexpr const char *allowAnswer =
     R"({"hookSpecificOutput":{"decision":{"behavior":"allow"},"hookEventName":"PermissionRequest"}})";
 
+constexpr const char *panelKey = "super+shift+g";
+
 /// The program above a terminal that fills the screen.
 class ScreenTest : public ProgramOnScreen {
 protected:
@@ -104,7 +106,7 @@ TEST_P(ManagedScreenTest, ARenameHasTheKeyboardUntilItEnds) {
                             R"({"session_id":"s","cwd":"/srv/webshop","prompt":"Pay"})");
     EXPECT_EQ(hook->wait(), 0);
     movePointerToTab();
-    ASSERT_TRUE(click("button", "Rename this session"));
+    ASSERT_TRUE(click("button", "Rename"));
     EXPECT_TRUE(waitUntil([this] { return !terminalHasKeyboard(); }));
     movePointerAway();
     EXPECT_EQ(display->type("Invoices")->wait(), 0);
@@ -118,6 +120,55 @@ TEST_P(ManagedScreenTest, ARenameHasTheKeyboardUntilItEnds) {
     movePointerToTab();
     const auto row = QString::fromUtf8("Invoices, working… · Pay");
     EXPECT_TRUE(waitUntil([&] { return find("button", row).has_value(); }));
+}
+
+TEST_P(ManagedScreenTest, AnswersByTheKeyboardAloneWhichTheTerminalHasBackThen) {
+    const auto hook = ask();
+    display->press(panelKey);
+    EXPECT_TRUE(waitUntil([this] { return !terminalHasKeyboard(); }));
+    ASSERT_TRUE(waitUntil([this] { return find("button", "Deny").has_value(); }));
+    // From the row to its buttons.
+    display->press("Down");
+    display->press("Right");
+    display->press("Return");
+    EXPECT_EQ(hook->wait(), 0);
+    EXPECT_EQ(hook->output(), allowAnswer);
+    EXPECT_TRUE(isOpen());
+    display->press("Escape");
+    EXPECT_TRUE(waitUntil([this] { return terminalHasKeyboard(); }));
+    EXPECT_EQ(display->type("typed")->wait(), 0);
+    // With the panel closed these are the terminal's.
+    EXPECT_TRUE(waitUntil([this] { return !isOpen(); }));
+    display->press("Escape");
+    display->press("ctrl+2");
+    EXPECT_TRUE(waitUntil([this] { return received().size() >= 7; }));
+    EXPECT_EQ(received(), QByteArray("typed\x1b\0", 7));
+}
+
+TEST_F(ScreenTest, ADigitAnswersAndTheTerminalGetsNothingOfIt) {
+    const auto hook = ask();
+    display->press(panelKey);
+    ASSERT_TRUE(waitUntil([this] { return find("button", "Allow").has_value(); }));
+    display->press("ctrl+2");
+    EXPECT_EQ(hook->wait(), 0);
+    EXPECT_EQ(hook->output(), allowAnswer);
+    EXPECT_EQ(received(), "");
+}
+
+TEST_F(ScreenTest, AScreenReaderOpensAndAnswersByActionsAlone) {
+    const auto hook = ask();
+    const auto act = [this](const char *action, const char *role, const char *name) {
+        return start({FIND_ACCESSIBLE, "--do", action, role, name, "10"})->wait() == 0;
+    };
+    EXPECT_TRUE(find("notification", "session, waiting to run Bash"));
+    ASSERT_TRUE(act("ShowMenu", "filler", "Morvane"));
+    EXPECT_TRUE(waitUntil([this] { return find("menu item", "Quit Morvane").has_value(); }));
+    display->press("Escape");
+    ASSERT_TRUE(act("Press", "filler", "Morvane"));
+    EXPECT_TRUE(waitUntil([this] { return isOpen(); }));
+    ASSERT_TRUE(act("Press", "button", "Allow Bash in session"));
+    EXPECT_EQ(hook->wait(), 0);
+    EXPECT_EQ(hook->output(), allowAnswer);
 }
 
 TEST_P(ManagedScreenTest, LetsClicksBesideItsRoundedCornersThrough) {

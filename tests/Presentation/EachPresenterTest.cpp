@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QTest>
+#include <QWindow>
 
 namespace morvane {
 namespace {
@@ -37,6 +38,48 @@ TEST_P(EachPresenterTest, OpensOnRequestForTenSecondsOrAsLongAsSomebodyTypes) {
     EXPECT_TRUE(isVisible());
     scheduler.advance(Seconds(2));
     EXPECT_FALSE(isVisible());
+}
+
+TEST_P(EachPresenterTest, LendsTheKeyboardToWhoeverOpensItByKey) {
+    settings.setShowWhenIdle(true);
+    attach();
+    presenter->presentPanel();
+    EXPECT_FALSE(window().hasKeyboard);
+    presenter->presentPanelToKeys();
+    EXPECT_TRUE(window().hasKeyboard);
+    scheduler.advance(Seconds(9.9));
+    EXPECT_TRUE(window().hasKeyboard);
+    scheduler.advance(Seconds(1));
+    EXPECT_FALSE(window().hasKeyboard);
+    EXPECT_EQ(expansions, QList<bool>({true, false}));
+
+    const auto present = [this] {
+        presenter->presentPanelToKeys();
+        window().widget().activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&window().widget()));
+    };
+    present();
+    presenter->collapseExpanded();
+    EXPECT_FALSE(window().hasKeyboard);
+    scheduler.advance(Seconds(1));
+
+    // Whoever presses a key in it has it for as long as a field, wherever the pointer goes.
+    present();
+    QTest::keyClick(window().widget().windowHandle(), Qt::Key_Down);
+    movePointer(onTab);
+    movePointer(elsewhere);
+    scheduler.advance(Seconds(119));
+    EXPECT_TRUE(window().hasKeyboard);
+    EXPECT_TRUE(presenter->isExpanded());
+    scheduler.advance(Seconds(2));
+    EXPECT_FALSE(window().hasKeyboard);
+    EXPECT_FALSE(presenter->isExpanded());
+
+    present();
+    QTest::keyClick(window().widget().windowHandle(), Qt::Key_Escape);
+    EXPECT_FALSE(window().hasKeyboard);
+    scheduler.advance(Seconds(1));
+    EXPECT_FALSE(presenter->isExpanded());
 }
 
 TEST_P(EachPresenterTest, AnOpenFieldHoldsThePanelUntilItIsClosedOrForgotten) {

@@ -32,10 +32,16 @@ public:
     void show() override { m_widget.show(); }
     void hide() override { m_widget.hide(); }
     bool isVisible() const override { return m_widget.isVisible(); }
+    bool isCovered() const override { return m_isCovered; }
+    void setCovered(bool isCovered) {
+        m_isCovered = isCovered;
+        onCoveredChanged();
+    }
     void setOpacity(double opacity) override { m_opacity = opacity; }
     double opacity() const override { return m_opacity; }
     void setHidesOverFullscreen(bool hides) override { hidesOverFullscreen = hides; }
     bool takeKeyboard() override { return hasKeyboard = canTakeKeyboard; }
+    bool holdsKeyboard() const override { return hasKeyboard; }
     void releaseKeyboard() override { hasKeyboard = false; }
     bool isTranslucent() const override { return true; }
 
@@ -53,6 +59,7 @@ private:
     QWidget &m_widget;
     QList<FakeOverlayWindow *> &m_alive;
     double m_opacity = 1;
+    bool m_isCovered = false;
 };
 
 } // namespace morvane

@@ -110,7 +110,9 @@ FakeOverlayWindow &Stage::window() const {
 QList<QAbstractButton *> Stage::buttons(const QString &name) const {
     QList<QAbstractButton *> result;
     for (auto *button : window().widget().findChildren<QAbstractButton *>()) {
-        if (button->accessibleName() == name || button->text() == name) {
+        const QStringList names{button->text(), button->accessibleName(),
+                                button->accessibleDescription()};
+        if (names.contains(name)) {
             result.append(button);
         }
     }

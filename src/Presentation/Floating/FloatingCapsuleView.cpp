@@ -46,8 +46,8 @@ QRectF snapped(const QRectF &rect, double ratio) {
 } // namespace
 
 FloatingCapsuleView::FloatingCapsuleView(const PanelContext &context)
-    : m_clip(new QWidget(this)), m_compact(new CompactView(context, m_clip)),
-      m_expanded(new ExpandedView(context, m_clip)) {
+    : PanelSurface(context.scheduler), m_clip(new QWidget(this)),
+      m_compact(new CompactView(context, m_clip)), m_expanded(new ExpandedView(context, m_clip)) {
     m_expanded->hide();
     connect(m_compact, &CompactView::contentResized, this, &FloatingCapsuleView::contentResized);
     connect(m_expanded, &ExpandedView::contentResized, this, &FloatingCapsuleView::contentResized);
@@ -73,6 +73,14 @@ void FloatingCapsuleView::refresh() {
     } else {
         m_compact->refresh();
     }
+}
+
+void FloatingCapsuleView::takeFocus() {
+    m_expanded->takeFocus();
+}
+
+bool FloatingCapsuleView::hasBeenRead(const QString &sessionID) {
+    return m_isExpanded && m_expanded->hasBeenRead(sessionID);
 }
 
 QSize FloatingCapsuleView::fittingSize() const {

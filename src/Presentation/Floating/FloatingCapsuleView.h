@@ -26,6 +26,9 @@ public:
     /// Takes over what the store has now.
     void refresh();
 
+    void takeFocus() override;
+    bool hasBeenRead(const QString &sessionID) override;
+
     /// The size that the view on show needs.
     QSize fittingSize() const;
 

@@ -105,6 +105,11 @@ void FloatingPresenter::presentPanel() {
 }
 
 void FloatingPresenter::endPresentation() {
+    if (isUsedByKeys()) {
+        prolongPresentation();
+        return;
+    }
+    endKeyboardUse();
     m_presented = false;
     if (!isMenuOpen()) {
         m_capsule.setHovering(false);
@@ -115,6 +120,7 @@ void FloatingPresenter::endPresentation() {
 void FloatingPresenter::collapseExpanded() {
     m_presented = false;
     cancelPresentation();
+    endKeyboardUse();
     m_capsule.setHovering(false);
     updateVisibility(Motion::animated);
 }
@@ -124,6 +130,7 @@ void FloatingPresenter::dismiss() {
     m_presented = false;
     m_flashActive = false;
     cancelPresentation();
+    endKeyboardUse();
     m_capsule.setHovering(false);
     updateVisibility(Motion::atOnce);
 }
@@ -139,8 +146,9 @@ void FloatingPresenter::flash() {
 }
 
 void FloatingPresenter::expansionChanged(bool isExpanded) {
-    updateVisibility(Motion::animated);
+    // First, so that the digits are on the rows by the time that these come on the screen.
     reportExpanded(isExpanded);
+    updateVisibility(Motion::animated);
 }
 
 /// Not a plain question: an ambient capsule forgets that it was dismissed as soon as a session is
@@ -267,12 +275,12 @@ void FloatingPresenter::place() {
 
 /// Where the pointer is decides, not whether it has just entered or left: a tab that changes its
 /// shape under a resting pointer makes the windowing system report both. An open menu counts as the
-/// pointer, which it leads away.
+/// pointer, which it leads away, and so do the keys.
 void FloatingPresenter::followPointer() {
     const QPointF pixelCentre = QPointF(pointerPosition()) + QPointF(0.5, 0.5);
     // The view is not there for the pointer while a full-screen program hides it.
-    const bool isInside =
-        isMenuOpen() || (m_view->isVisible() && m_view->shape(m_target).contains(pixelCentre));
+    const bool isInside = isMenuOpen() || isUsedByKeys() ||
+                          (m_view->isVisible() && m_view->shape(m_target).contains(pixelCentre));
     if (isInside != m_isHovering) {
         m_isHovering = isInside;
         m_capsule.setHovering(isInside);

@@ -43,8 +43,8 @@ QRect insideOfEdge(const QRectF &frame, double flare) {
 } // namespace
 
 BuiltInNotchSurface::BuiltInNotchSurface(const PanelContext &context)
-    : m_growth(context.scheduler), m_clip(new QWidget(this)), m_compact(new QWidget(m_clip)),
-      m_status(new CompactStatusView(context, m_compact)),
+    : PanelSurface(context.scheduler), m_growth(context.scheduler), m_clip(new QWidget(this)),
+      m_compact(new QWidget(m_clip)), m_status(new CompactStatusView(context, m_compact)),
       m_info(new CompactInfoView(context, m_compact)),
       m_expanded(new ExpandedView(context, m_clip)),
       m_compactFade(*m_compact, compactTiming, context.scheduler, [this] { m_veil->refresh(); }),
@@ -137,6 +137,14 @@ void BuiltInNotchSurface::placeShell() {
         m_drawnShell = m_shell;
         m_drawn = visibleRect();
     }
+}
+
+void BuiltInNotchSurface::takeFocus() {
+    m_expanded->takeFocus();
+}
+
+bool BuiltInNotchSurface::hasBeenRead(const QString &sessionID) {
+    return isExpanded() && m_expanded->hasBeenRead(sessionID);
 }
 
 QPainterPath BuiltInNotchSurface::shape() const {

@@ -45,6 +45,9 @@ public:
     /// Gives the shell the size that its content asks for.
     void layOut(Motion motion);
 
+    void takeFocus() override;
+    bool hasBeenRead(const QString &sessionID) override;
+
     /// What the shell covers, or will cover once it rests.
     QPainterPath shape() const;
 

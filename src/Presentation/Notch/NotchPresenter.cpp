@@ -254,9 +254,10 @@ Motion NotchPresenter::motion() const {
                                                                       : Motion::animated;
 }
 
-/// While somebody types in the panel or has its menu open, it doesn't go away.
+/// While somebody types in the panel, works it with the keys or has its menu open, it doesn't go
+/// away.
 bool NotchPresenter::isHeld() const {
-    return isMenuOpen() || context().editing.isActive(context().scheduler.now());
+    return isMenuOpen() || isUsedByKeys() || context().editing.isActive(context().scheduler.now());
 }
 
 } // namespace morvane

@@ -1,5 +1,6 @@
 #include "Presentation/Overlay/AccessibleCapsule.h"
 
+#include "Presentation/Overlay/Announcement.h"
 #include "Presentation/Overlay/PanelSurface.h"
 
 #include <QMenu>
@@ -9,8 +10,12 @@ namespace morvane {
 namespace {
 
 QAccessibleInterface *makeAccessible(const QString &, QObject *object) {
-    auto *surface = qobject_cast<PanelSurface *>(object);
-    return surface != nullptr ? new AccessibleCapsule(*surface) : nullptr;
+    if (auto *surface = qobject_cast<PanelSurface *>(object)) {
+        return new AccessibleCapsule(*surface);
+    }
+    auto *announcement = qobject_cast<Announcement *>(object);
+    return announcement != nullptr ? new QAccessibleWidget(announcement, QAccessible::Notification)
+                                   : nullptr;
 }
 
 } // namespace
@@ -38,6 +43,20 @@ QAccessibleInterface *AccessibleCapsule::child(int index) const {
 int AccessibleCapsule::indexOfChild(const QAccessibleInterface *child) const {
     return child != nullptr && child == menu() ? QAccessibleWidget::childCount()
                                                : QAccessibleWidget::indexOfChild(child);
+}
+
+QStringList AccessibleCapsule::actionNames() const {
+    return QStringList{pressAction(), showMenuAction()} + QAccessibleWidget::actionNames();
+}
+
+void AccessibleCapsule::doAction(const QString &name) {
+    if (name == pressAction()) {
+        emit surface().openRequested();
+    } else if (name == showMenuAction()) {
+        emit surface().contextMenuRequested(rect().center());
+    } else {
+        QAccessibleWidget::doAction(name);
+    }
 }
 
 PanelSurface &AccessibleCapsule::surface() const {

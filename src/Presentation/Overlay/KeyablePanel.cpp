@@ -1,24 +1,41 @@
 #include "Presentation/Overlay/KeyablePanel.h"
 
+#include <utility>
+
 namespace morvane {
 
 bool KeyablePanel::makeKey() {
     if (!onTakeKeyboard || !onTakeKeyboard()) {
         return false;
     }
-    ++m_fields;
+    ++m_users;
     return true;
 }
 
 void KeyablePanel::renewKey() {
-    if (m_fields > 0 && onTakeKeyboard) {
+    if (m_users > 0 && onTakeKeyboard) {
         static_cast<void>(onTakeKeyboard());
     }
 }
 
 void KeyablePanel::resignKey() {
-    if (m_fields > 0 && --m_fields == 0 && onReleaseKeyboard) {
+    if (m_users > 0 && --m_users == 0 && onReleaseKeyboard) {
         onReleaseKeyboard();
+    }
+}
+
+bool KeyablePanel::beginKeyboardUse() {
+    if (m_isUsedByKeys) {
+        renewKey();
+    } else {
+        m_isUsedByKeys = makeKey();
+    }
+    return m_isUsedByKeys;
+}
+
+void KeyablePanel::endKeyboardUse() {
+    if (std::exchange(m_isUsedByKeys, false)) {
+        resignKey();
     }
 }
 

@@ -7,7 +7,8 @@
 namespace morvane {
 
 /// The widget of an overlay in which there may be a text field. An overlay never has the keyboard
-/// by itself; while a field of it is open it asks for it.
+/// by itself; while a field of it is open it asks for it, and while a person works it with the
+/// keys.
 class KeyablePanel : public QWidget {
     Q_OBJECT
 
@@ -33,8 +34,17 @@ public:
     /// back.
     void resignKey();
 
+    /// Takes the keyboard for a person who works the panel with the keys, also where it has gone
+    /// elsewhere meanwhile. False where keys can't reach the panel.
+    [[nodiscard]] bool beginKeyboardUse();
+    void endKeyboardUse();
+
+    /// Whether it was taken for such a person, and not given back since.
+    bool isUsedByKeys() const { return m_isUsedByKeys; }
+
 private:
-    int m_fields = 0; ///< that have asked and have been given the keyboard
+    int m_users = 0; ///< that have asked and have been given the keyboard
+    bool m_isUsedByKeys = false;
 };
 
 } // namespace morvane

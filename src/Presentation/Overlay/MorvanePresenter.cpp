@@ -4,6 +4,7 @@
 #include "Core/Settings/MorvaneSettings.h"
 #include "Core/Usage/UsagePoller.h"
 #include "Platform/OverlayWindows.h"
+#include "Presentation/Overlay/DigitShortcuts.h"
 #include "Presentation/Overlay/InlineEditing.h"
 #include "Presentation/Overlay/PanelSurface.h"
 
@@ -34,6 +35,10 @@ void MorvanePresenter::subscribe() {
     });
     connect(&m_context.editing, &InlineEditing::countChanged, this,
             &MorvanePresenter::scheduleUpdate);
+    if (m_context.digitShortcuts != nullptr) {
+        connect(m_context.digitShortcuts, &DigitShortcuts::changed, this,
+                &MorvanePresenter::scheduleUpdate);
+    }
 }
 
 void MorvanePresenter::unsubscribe() {
@@ -41,6 +46,9 @@ void MorvanePresenter::unsubscribe() {
     m_context.usage.disconnect(this);
     m_context.settings.disconnect(this);
     m_context.editing.disconnect(this);
+    if (m_context.digitShortcuts != nullptr) {
+        m_context.digitShortcuts->disconnect(this);
+    }
     m_updateTask.cancel();
 }
 
@@ -51,6 +59,7 @@ void MorvanePresenter::scheduleUpdate() {
 void MorvanePresenter::putUp(PanelSurface &surface) {
     m_surface = &surface;
     m_window = m_overlays.adopt(surface);
+    m_window->onCoveredChanged = [this] { tellExpanded(); };
     applyFullscreenSetting();
     surface.onTakeKeyboard = [this] { return m_window && m_window->takeKeyboard(); };
     surface.onReleaseKeyboard = [this] {
@@ -61,6 +70,10 @@ void MorvanePresenter::putUp(PanelSurface &surface) {
     connect(&surface, &PanelSurface::pointerCrossed, this, &MorvanePresenter::followPointer);
     connect(&surface, &PanelSurface::contextMenuRequested, this, &MorvanePresenter::openMenu);
     connect(&surface, &PanelSurface::menuClosed, this, &MorvanePresenter::menuClosed);
+    connect(&surface, &PanelSurface::openRequested, this, &MorvanePresenter::presentPanelToKeys);
+    connect(&surface, &PanelSurface::keyUsed, this,
+            [this] { m_lastKeyAt = m_context.scheduler.now(); });
+    connect(&surface, &PanelSurface::escaped, this, [this] { collapseExpanded(); });
     connect(&surface, &PanelSurface::contentResized, this, &MorvanePresenter::scheduleUpdate);
 }
 
@@ -96,6 +109,31 @@ void MorvanePresenter::fadeIn(Seconds duration, std::function<void(double)> step
         std::move(finished));
 }
 
+void MorvanePresenter::presentPanelToKeys() {
+    presentPanel();
+    m_lastKeyAt.reset();
+    if (m_surface && m_surface->beginKeyboardUse()) {
+        m_surface->takeFocus();
+    }
+}
+
+void MorvanePresenter::announce(const QString &text) {
+    if (m_surface) {
+        m_surface->announce(text);
+    }
+}
+
+bool MorvanePresenter::isUsedByKeys() const {
+    return m_window && m_surface->isUsedByKeys() && m_window->holdsKeyboard() && m_lastKeyAt &&
+           m_context.scheduler.now() - *m_lastKeyAt < InlineEditing::lease;
+}
+
+void MorvanePresenter::endKeyboardUse() {
+    if (m_surface) {
+        m_surface->endKeyboardUse();
+    }
+}
+
 void MorvanePresenter::startPresentation() {
     m_presentation = m_context.scheduler.after(presentationDuration, [this] { endPresentation(); });
 }
@@ -109,13 +147,27 @@ bool MorvanePresenter::isMenuOpen() const {
 }
 
 void MorvanePresenter::reportExpanded(bool isExpanded) {
-    if (isExpanded == m_isExpanded) {
+    m_isExpanded = isExpanded;
+    if (!isExpanded) {
+        endKeyboardUse();
+    }
+    tellExpanded();
+}
+
+/// What nobody sees must not take the keys of the program that is in front of it.
+void MorvanePresenter::tellExpanded() {
+    const bool isExpanded = m_isExpanded && !(m_window && m_window->isCovered());
+    if (isExpanded == m_toldExpanded) {
         return;
     }
-    m_isExpanded = isExpanded;
+    m_toldExpanded = isExpanded;
     if (onExpandedChanged) {
         onExpandedChanged(isExpanded);
     }
+}
+
+bool MorvanePresenter::hasBeenRead(const QString &sessionID) const {
+    return m_surface && m_surface->hasBeenRead(sessionID);
 }
 
 void MorvanePresenter::openMenu(const QPoint &position) {

@@ -11,6 +11,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace morvane {
 
@@ -29,8 +30,11 @@ public:
     /// Told when this presenter's panel opens or closes, never the same twice in a row.
     std::function<void(bool)> onExpandedChanged;
 
-    /// What was told last: whether the panel is open.
-    bool isExpanded() const { return m_isExpanded; }
+    /// What was told last: whether the panel is open, and not hidden by a full-screen program.
+    bool isExpanded() const { return m_toldExpanded; }
+
+    /// Whether the prompt of this session is open here and has stood there long enough to be read.
+    bool hasBeenRead(const QString &sessionID) const;
 
     /// What a right click opens; may be absent.
     QPointer<QMenu> contextMenu;
@@ -40,6 +44,12 @@ public:
 
     /// Opens the panel on request.
     virtual void presentPanel() = 0;
+
+    /// The same for somebody who works it with the keys from there on, as far as it is given any.
+    void presentPanelToKeys();
+
+    /// To a screen reader, if there is anything on the display.
+    void announce(const QString &text);
 
     /// Closes the panel but stays.
     virtual void collapseExpanded() = 0;
@@ -90,6 +100,13 @@ protected:
 
     bool isMenuOpen() const;
 
+    /// Whether a person works the panel with the keys, and has pressed one not too long ago.
+    bool isUsedByKeys() const;
+
+    /// The keyboard goes back to whoever had it.
+    void endKeyboardUse();
+
+    /// Counts for others only while the panel can be seen.
     void reportExpanded(bool isExpanded);
 
     /// Something that is shown has changed.
@@ -102,6 +119,7 @@ protected:
 
 private:
     void applyFullscreenSetting();
+    void tellExpanded();
     void openMenu(const QPoint &position);
     void menuClosed();
 
@@ -112,6 +130,8 @@ private:
     std::unique_ptr<OverlayWindow> m_window;
     Animation m_fade;
     bool m_isExpanded = false;
+    bool m_toldExpanded = false;
+    std::optional<Date> m_lastKeyAt; ///< since the panel was opened to the keys
     Task m_presentation;
     Task m_updateTask;
 };

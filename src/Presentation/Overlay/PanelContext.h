@@ -8,6 +8,7 @@
 
 namespace morvane {
 
+class DigitShortcuts;
 class InlineEditing;
 class MorvaneSettings;
 class MotionPreference;
@@ -45,7 +46,7 @@ struct PanelContext {
     InlineEditing &editing;
     PixelTimeline &timeline;
     PanelActions actions;
-    bool showsDigitShortcuts = false; ///< whether the digit keys work, so that the rows name them
+    const DigitShortcuts *digitShortcuts = nullptr; ///< none where there are no such keys
 };
 
 } // namespace morvane

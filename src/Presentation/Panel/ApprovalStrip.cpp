@@ -7,6 +7,7 @@
 #include "Presentation/Panel/ReadingTime.h"
 #include "Presentation/Style/ActivateLayouts.h"
 #include "Presentation/Style/Colors.h"
+#include "Presentation/Style/FocusRing.h"
 #include "Presentation/Style/HelpText.h"
 #include "Presentation/Style/Typography.h"
 
@@ -19,20 +20,22 @@ namespace {
 /// How a choice is put to a person.
 struct Wording {
     QString title;
+    QString name; ///< with places for the tool and the session
     QColor tint;
     QString help;
 };
 
 Wording wordingOf(const AgentDecision &choice, const QString &toolName) {
     if (choice.kind == AgentDecision::Kind::deny) {
-        return {ApprovalStrip::tr("Deny"), Colors::denyAccent,
+        return {ApprovalStrip::tr("Deny"), ApprovalStrip::tr("Deny %1 in %2"), Colors::denyAccent,
                 ApprovalStrip::tr("Refuse this call. The agent is told no and carries on.")};
     }
     if (choice.kind == AgentDecision::Kind::allow) {
-        return {ApprovalStrip::tr("Allow"), Colors::approvalAccent,
-                ApprovalStrip::tr("Approve this one call.")};
+        return {ApprovalStrip::tr("Allow"), ApprovalStrip::tr("Allow %1 in %2"),
+                Colors::approvalAccent, ApprovalStrip::tr("Approve this one call.")};
     }
-    return {ApprovalStrip::tr("Always"), Colors::white(0.7),
+    return {ApprovalStrip::tr("Always"), ApprovalStrip::tr("Always allow %1 in %2"),
+            Colors::white(0.7),
             ApprovalStrip::tr("Approve every %1 call for the rest of this session.").arg(toolName)};
 }
 
@@ -68,11 +71,22 @@ ApprovalStrip::ApprovalStrip(Scheduler &scheduler, QWidget *parent)
     setHelpText(*m_more, tr("Show the whole of the call."));
     connect(m_more, &DecideButton::clicked, this, [this] {
         m_showsAll = true;
+        const bool isByKey = m_more->hasFocus();
         showCall();
+        if (isByKey) {
+            // The button is gone, and what it has shown is to be read.
+            (m_input->focusPolicy() != Qt::NoFocus ? m_input : parentWidget())->setFocus();
+        }
         m_reading->startAnew();
         activateLayoutsAround(*this);
     });
-    connect(m_reading, &ReadingTime::changed, m_choices, &QWidget::setEnabled);
+    connect(m_reading, &ReadingTime::changed, this, [this](bool isOver) {
+        // The keys stay in the row, and don't go on to the next.
+        if (!isOver && containsFocus(*m_choices)) {
+            parentWidget()->setFocus();
+        }
+        m_choices->setEnabled(isOver);
+    });
 }
 
 QWidget *ApprovalStrip::makeButtons() {
@@ -101,7 +115,8 @@ DecideButton *ApprovalStrip::addButton(const AgentDecision &decision) {
     return button;
 }
 
-void ApprovalStrip::setApproval(const PendingApproval &approval, bool showsShortcuts) {
+void ApprovalStrip::setApproval(const PendingApproval &approval, const QString &name,
+                                bool showsShortcuts) {
     if (m_approval != approval) {
         m_approval = approval;
         m_showsAll = false;
@@ -109,7 +124,11 @@ void ApprovalStrip::setApproval(const PendingApproval &approval, bool showsShort
         m_countdown->setExpiresAt(approval.expiresAt);
         m_reading->startAnew();
     }
-    showChoices(showsShortcuts);
+    showChoices(name, showsShortcuts);
+}
+
+bool ApprovalStrip::hasBeenRead() const {
+    return m_reading->isOver();
 }
 
 void ApprovalStrip::setInputHeightLimit(int limit) {
@@ -137,13 +156,16 @@ void ApprovalStrip::showCall() {
     m_note->setVisible(!m_note->text().isEmpty());
 }
 
-void ApprovalStrip::showChoices(bool showsShortcuts) {
+void ApprovalStrip::showChoices(const QString &name, bool showsShortcuts) {
     const auto all = PendingApproval::allChoices();
     const auto offered = m_approval->choices();
     for (qsizetype position = 0; position < m_buttons.size(); ++position) {
         DecideButton &button = *m_buttons[position];
         button.setVisible(position < offered.size());
-        setHelpText(button, wordingOf(all[position], VisibleText::name(m_approval->toolName)).help);
+        const QString tool = VisibleText::name(m_approval->toolName);
+        const Wording wording = wordingOf(all[position], tool);
+        button.setAccessibleName(wording.name.arg(tool, name));
+        setHelpText(button, wording.help);
         const int digit = static_cast<int>(position) + 1;
         button.setShortcutDigit(showsShortcuts ? std::optional(digit) : std::nullopt);
     }

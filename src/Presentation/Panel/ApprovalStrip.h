@@ -26,7 +26,11 @@ class ApprovalStrip : public QWidget {
 public:
     ApprovalStrip(Scheduler &scheduler, QWidget *parent);
 
-    void setApproval(const PendingApproval &approval, bool showsShortcuts);
+    /// The name is the session's, by which a screen reader tells one strip from another.
+    void setApproval(const PendingApproval &approval, const QString &name, bool showsShortcuts);
+
+    /// Whether it has stood here long enough to be read.
+    bool hasBeenRead() const;
 
     /// How high the view of the call may become, in points.
     void setInputHeightLimit(int limit);
@@ -38,7 +42,7 @@ private:
     QWidget *makeButtons();
     DecideButton *addButton(const AgentDecision &decision);
     void showCall();
-    void showChoices(bool showsShortcuts);
+    void showChoices(const QString &name, bool showsShortcuts);
 
     std::optional<PendingApproval> m_approval;
     bool m_showsAll = false; ///< of a call that one line stands for

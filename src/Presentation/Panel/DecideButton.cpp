@@ -25,11 +25,9 @@ constexpr double pressedOpacity = 0.36;
 } // namespace
 
 DecideButton::DecideButton(const QString &title, const QColor &tint, QWidget *parent)
-    : QAbstractButton(parent), m_tint(tint) {
+    : PanelButton(parent), m_tint(tint) {
     setTitle(title);
     setFont(Typography::text(Typography::bodySize, QFont::DemiBold));
-    setFocusPolicy(Qt::NoFocus);
-    setAttribute(Qt::WA_Hover);
     setCursor(Qt::PointingHandCursor);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
@@ -92,6 +90,7 @@ void DecideButton::paintEvent(QPaintEvent *) {
         picture.moveRight(content.right() + 1);
         morvane::paint(painter, *m_trailingImage, picture, m_tint);
     }
+    paintFocus(painter, decideRadius);
 }
 
 } // namespace morvane

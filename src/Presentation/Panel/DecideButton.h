@@ -1,17 +1,17 @@
 #pragma once
 
+#include "Presentation/Panel/PanelButton.h"
 #include "Presentation/Style/SystemImage.h"
 
-#include <QAbstractButton>
 #include <QColor>
 
 #include <optional>
 
 namespace morvane {
 
-/// A button of a strip: its title, and the digit that presses it where one does. It never takes
-/// the focus, since its window must not. While it waits to be read it is disabled, and faint.
-class DecideButton : public QAbstractButton {
+/// A button of a strip: its title, and the digit that presses it where one does. While it waits to
+/// be read it is disabled, and faint.
+class DecideButton : public PanelButton {
     Q_OBJECT
 
 public:

@@ -4,13 +4,19 @@
 #include "Core/Sessions/SessionStore.h"
 #include "Platform/MotionPreference.h"
 #include "Platform/Scheduler.h"
+#include "Presentation/Overlay/DigitShortcuts.h"
 #include "Presentation/Panel/CompletedRow.h"
+#include "Presentation/Panel/FocusOrder.h"
 #include "Presentation/Panel/ListViewport.h"
+#include "Presentation/Panel/PencilButton.h"
 #include "Presentation/Panel/SessionRow.h"
 #include "Presentation/Panel/UsageBars.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/TextLabel.h"
 #include "Presentation/Style/Typography.h"
+
+#include <QApplication>
+#include <QKeyEvent>
 
 #include <algorithm>
 #include <utility>
@@ -37,6 +43,12 @@ ExpandedView::ExpandedView(const PanelContext &context, QWidget *parent)
       m_footer(new UsageBars(m_context, this)) {
     connect(m_viewport, &ListViewport::contentResized, this, &ExpandedView::contentResized);
     connect(m_footer, &UsageBars::contentResized, this, &ExpandedView::contentResized);
+    connect(qApp, &QApplication::focusChanged, this, &ExpandedView::focusMoved);
+}
+
+/// The focus that is in it moves once more while its widgets go.
+ExpandedView::~ExpandedView() {
+    qApp->disconnect(this);
 }
 
 void ExpandedView::setContentHeightBudget(int budget) {
@@ -113,9 +125,19 @@ ExpandedView::Entries ExpandedView::entries() const {
     return result;
 }
 
+bool ExpandedView::hasBeenRead(const QString &sessionID) const {
+    const auto rows = m_viewport->rows().findChildren<SessionRow *>(Qt::FindDirectChildrenOnly);
+    return std::ranges::any_of(rows, [&](const SessionRow *row) {
+        return row->session().id == sessionID && row->hasBeenRead();
+    });
+}
+
+bool ExpandedView::showsDigits() const {
+    return m_context.digitShortcuts != nullptr && m_context.digitShortcuts->areWorking();
+}
+
 void ExpandedView::appendSessions(Entries &list, const SessionSlice &sessions) const {
-    const auto awaiting =
-        m_context.showsDigitShortcuts ? m_context.store.sessionAwaitingDecision() : std::nullopt;
+    const auto awaiting = showsDigits() ? m_context.store.sessionAwaitingDecision() : std::nullopt;
     SessionRow::Details common;
     common.setFlag(SessionRow::Detail::showsAgent, m_context.store.showsAgentBadges());
     for (const Session &session : sessions) {
@@ -142,7 +164,7 @@ void ExpandedView::appendRecords(Entries &list, const QString &title, const QCol
     for (const CompletedRecord &record : records) {
         CompletedRow::Details details;
         details.showsAgent = m_context.store.showsAgentBadges();
-        if (m_context.showsDigitShortcuts) {
+        if (showsDigits()) {
             details.badge = static_cast<int>(jumpable.indexOf(record));
         }
         const auto fill = [this, record, details](QWidget *present) -> QWidget * {
@@ -224,6 +246,71 @@ void ExpandedView::hideEvent(QHideEvent *event) {
     m_ages.cancel();
     // A panel opens at its top.
     m_viewport->scrollToTop();
+}
+
+void ExpandedView::takeFocus() {
+    m_viewport->rows().makeAll();
+    const auto awaiting = m_context.store.sessionAwaitingDecision();
+    const auto rows = m_viewport->rows().inOrder();
+    const auto isAwaiting = [&](const QWidget *widget) {
+        const auto *row = qobject_cast<const SessionRow *>(widget);
+        return row != nullptr && awaiting && row->session().id == awaiting->id;
+    };
+    const auto isRow = [](const QWidget *widget) {
+        return qobject_cast<const ListRow *>(widget) != nullptr;
+    };
+    auto first = std::ranges::find_if(rows, isAwaiting);
+    first = first != rows.end() ? first : std::ranges::find_if(rows, isRow);
+    (first != rows.end() ? *first : this)->setFocus();
+}
+
+void ExpandedView::keyPressEvent(QKeyEvent *event) {
+    const FocusOrder order(m_viewport->rows());
+    switch (event->key()) {
+    case Qt::Key_Down:
+        order.moveToLine(FocusOrder::Direction::forward);
+        break;
+    case Qt::Key_Up:
+        order.moveToLine(FocusOrder::Direction::back);
+        break;
+    case Qt::Key_Right:
+        order.moveInLine(FocusOrder::Direction::forward);
+        break;
+    case Qt::Key_Left:
+        order.moveInLine(FocusOrder::Direction::back);
+        break;
+    case Qt::Key_PageDown:
+        m_viewport->scrollByPage(1);
+        break;
+    case Qt::Key_PageUp:
+        m_viewport->scrollByPage(-1);
+        break;
+    default:
+        event->ignore();
+    }
+}
+
+/// Not on the way out, when the list is at its top again already.
+bool ExpandedView::focusNextPrevChild(bool next) {
+    return isVisible() &&
+           FocusOrder(m_viewport->rows())
+               .move(next ? FocusOrder::Direction::forward : FocusOrder::Direction::back);
+}
+
+/// The row around it shows it as well.
+void ExpandedView::focusMoved(const QWidget *from, const QWidget *to) {
+    RowList &rows = m_viewport->rows();
+    for (QWidget *row : rows.inOrder()) {
+        if (row == from || row == to || row->isAncestorOf(from) || row->isAncestorOf(to)) {
+            row->update();
+            for (auto *pencil : row->findChildren<PencilButton *>()) {
+                pencil->update();
+            }
+        }
+    }
+    if (rows.isAncestorOf(to)) {
+        m_viewport->reveal(*to);
+    }
 }
 
 /// The wheel also scrolls from beside the list, where the pointer rests when the panel has opened.

@@ -21,6 +21,7 @@ class ExpandedView : public QWidget {
 
 public:
     ExpandedView(const PanelContext &context, QWidget *parent);
+    ~ExpandedView() override;
 
     /// The height that the panel may take, in points.
     void setContentHeightBudget(int budget);
@@ -34,6 +35,13 @@ public:
     /// What there is to see, for whoever wants to notice that it has become something else.
     QStringList visibleSessionIDs() const;
 
+    /// Whether the prompt of this session stands here, as the store has it, and has done so long
+    /// enough to be read.
+    bool hasBeenRead(const QString &sessionID) const;
+
+    /// Lets the keys begin: at the session that waits for an answer, else at the first row.
+    void takeFocus();
+
     QSize sizeHint() const override;
 
 signals:
@@ -45,11 +53,15 @@ protected:
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
 
 private:
     using Entries = QList<RowList::Entry>;
 
     Entries entries() const;
+    bool showsDigits() const;
+    void focusMoved(const QWidget *from, const QWidget *to);
     void appendSessions(Entries &list, const SessionSlice &sessions) const;
     void appendRecords(Entries &list, const QString &title, const QColor &color,
                        const QList<CompletedRecord> &records) const;

@@ -46,6 +46,7 @@ void ExternalStrip::setSession(const Session &session) {
     m_content->setText(contentOf(*session.pendingExternalResponse));
     m_content->setVisible(!m_content->text().isEmpty());
     m_answer->setTitle(tr("Answer in %1").arg(host));
+    m_answer->setAccessibleName(tr("Answer in %1 for %2").arg(host, session.displayName()));
     setHelpText(*m_answer, tr("Open the session and answer using %1's native controls").arg(host));
 }
 

@@ -2,8 +2,10 @@
 
 #include "Core/Ground/VisibleText.h"
 #include "Presentation/Style/Colors.h"
+#include "Presentation/Style/FocusRing.h"
 #include "Presentation/Style/Typography.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 #include <QWheelEvent>
 
@@ -122,6 +124,7 @@ void InputView::setLines(const QList<Line> &lines) {
     m_offset = 0;
     setAccessibleName(accessibleText(lines));
     updateGeometry();
+    updateFocusPolicy();
     update();
 }
 
@@ -215,6 +218,10 @@ void InputView::paintEvent(QPaintEvent *event) {
         paint(painter, all[row], padding - m_offset + static_cast<int>(row) * lineHeight);
     }
     paintThumb(painter);
+    if (hasFocus()) {
+        painter.setClipping(false);
+        paintFocusRing(painter, rect(), groundRadius);
+    }
 }
 
 void InputView::paint(QPainter &painter, const Piece &piece, int top) const {
@@ -248,7 +255,7 @@ void InputView::paintText(QPainter &painter, QStringView text, int baseline) con
     }
 }
 
-/// Shows that there is more, and where; the wheel is what moves it.
+/// Shows that there is more, and where; it can't be gripped.
 void InputView::paintThumb(QPainter &painter) const {
     const double whole = contentHeight(width());
     if (whole <= height()) {
@@ -263,19 +270,62 @@ void InputView::paintThumb(QPainter &painter) const {
                             thumbWidth / 2, thumbWidth / 2);
 }
 
-void InputView::scrollTo(int offset) {
+bool InputView::isCut() const {
+    return contentHeight(width()) > height();
+}
+
+/// False at the end of the way.
+bool InputView::scrollTo(int offset) {
     const int furthest = std::max(0, contentHeight(width()) - height());
     const int next = std::clamp(offset, 0, furthest);
-    if (next != m_offset) {
-        m_offset = next;
-        update();
+    if (next == m_offset) {
+        return false;
     }
+    m_offset = next;
+    update();
+    return true;
+}
+
+/// What is seen whole is nothing for the keys to stop at.
+void InputView::updateFocusPolicy() {
+    setFocusPolicy(isCut() ? Qt::TabFocus : Qt::NoFocus);
+}
+
+/// At its ends the arrows lead on to what stands above and below.
+void InputView::keyPressEvent(QKeyEvent *event) {
+    const int line = fontMetrics().lineSpacing();
+    const int page = height() - 2 * padding - line;
+    bool isDone = true;
+    switch (event->key()) {
+    case Qt::Key_Up:
+        isDone = scrollTo(m_offset - line);
+        break;
+    case Qt::Key_Down:
+        isDone = scrollTo(m_offset + line);
+        break;
+    case Qt::Key_PageUp:
+        scrollTo(m_offset - page);
+        break;
+    case Qt::Key_PageDown:
+    case Qt::Key_Space:
+        scrollTo(m_offset + page);
+        break;
+    case Qt::Key_Home:
+        scrollTo(0);
+        break;
+    case Qt::Key_End:
+        scrollTo(contentHeight(width()));
+        break;
+    default:
+        isDone = false;
+    }
+    event->setAccepted(isDone);
 }
 
 /// The list around it does not move as long as there is something to scroll in here, at the ends
 /// neither: somebody reads.
 void InputView::wheelEvent(QWheelEvent *event) {
-    if (contentHeight(width()) <= height()) {
+    if (!isCut()) {
         event->ignore();
         return;
     }
@@ -287,6 +337,7 @@ void InputView::wheelEvent(QWheelEvent *event) {
 
 void InputView::resizeEvent(QResizeEvent *) {
     scrollTo(m_offset);
+    updateFocusPolicy();
 }
 
 } // namespace morvane

@@ -9,7 +9,8 @@ namespace morvane {
 
 /// Shows what a tool call is given as it will be taken: in a grid as terminals have it, from left
 /// to right whatever the script, with the signs of lines in a column of their own. What is too long
-/// for a row goes on in the next, which is marked for that; what is too high is scrolled.
+/// for a row goes on in the next, which is marked for that; what is too high is scrolled, by the
+/// wheel or the keys.
 class InputView : public QWidget {
     Q_OBJECT
 
@@ -29,6 +30,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     using Line = ReadableInput::Line;
@@ -47,7 +49,9 @@ private:
     void paint(QPainter &painter, const Piece &piece, int top) const;
     void paintText(QPainter &painter, QStringView text, int baseline) const;
     void paintThumb(QPainter &painter) const;
-    void scrollTo(int offset);
+    bool isCut() const;
+    bool scrollTo(int offset);
+    void updateFocusPolicy();
 
     QList<Line> m_lines;
     double m_columnWidth;

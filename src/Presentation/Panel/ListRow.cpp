@@ -3,6 +3,7 @@
 #include "Presentation/Panel/NameLine.h"
 #include "Presentation/Panel/ReplyStrip.h"
 #include "Presentation/Style/Colors.h"
+#include "Presentation/Style/FocusRing.h"
 
 #include <QBoxLayout>
 #include <QPainter>
@@ -16,12 +17,9 @@ constexpr double rowRadius = 9;
 } // namespace
 
 ListRow::ListRow(const PanelContext &context, const QColor &nameColor, QWidget *parent)
-    : QAbstractButton(parent), m_context(context),
-      m_nameLine(new NameLine(context, nameColor, *this)) {
-    setFocusPolicy(Qt::NoFocus);
+    : PanelButton(parent), m_context(context), m_nameLine(new NameLine(context, nameColor, *this)) {
     // A button's own policy is a fixed height, which would cut off text of several lines.
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
-    setAttribute(Qt::WA_Hover);
 }
 
 bool ListRow::isEditing() const {
@@ -60,13 +58,17 @@ void ListRow::followPointer(std::optional<QPoint> pointer) {
     }
 }
 
+QPoint ListRow::firstLine() const {
+    return m_nameLine->mapTo(this, m_nameLine->rect().center());
+}
+
 /// A click beside the field closes it, and must not take the person to the terminal as well.
 bool ListRow::hitButton(const QPoint &position) const {
     return !isEditing() && QAbstractButton::hitButton(position);
 }
 
 void ListRow::paintEvent(QPaintEvent *) {
-    if (!underMouse()) {
+    if (!underMouse() && !containsFocus(*this)) {
         return;
     }
     QPainter painter(this);
@@ -74,6 +76,7 @@ void ListRow::paintEvent(QPaintEvent *) {
     painter.setPen(Qt::NoPen);
     painter.setBrush(isDown() ? Colors::rowPressed : Colors::rowHover);
     painter.drawRoundedRect(rect(), rowRadius, rowRadius);
+    paintFocus(painter, rowRadius);
 }
 
 } // namespace morvane

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QAbstractButton>
+#include "Presentation/Panel/PanelButton.h"
 
 #include <optional>
 
@@ -14,7 +14,7 @@ struct PanelContext;
 
 /// What the rows of the panel have in common: a click on them, the ground that shows the pointer,
 /// and a name that can be edited.
-class ListRow : public QAbstractButton {
+class ListRow : public PanelButton {
     Q_OBJECT
 
 public:
@@ -27,6 +27,10 @@ public:
     /// Tells a row that may have moved where the pointer is on the desktop, or that it is on none
     /// of the rows. Qt looks for the pointer when that moves, not when a row moves under it.
     void followPointer(std::optional<QPoint> pointer);
+
+    /// The middle of the row's first line, in its own points: where the row itself is to the keys,
+    /// other than what stands below in it.
+    QPoint firstLine() const;
 
 protected:
     ListRow(const PanelContext &context, const QColor &nameColor, QWidget *parent);

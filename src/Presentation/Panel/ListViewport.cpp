@@ -64,13 +64,40 @@ void ListViewport::resizeEvent(QResizeEvent *) {
 
 void ListViewport::scroll(QWheelEvent &event) {
     // A notch of a wheel is 120 units.
-    const auto anchor = m_rows->anchor(m_offset);
     const QPoint pixels = event.pixelDelta();
-    m_offset -= pixels.isNull() ? event.angleDelta().y() * notchHeight / 120 : pixels.y();
+    scrollTo(m_offset -
+             (pixels.isNull() ? event.angleDelta().y() * notchHeight / 120 : pixels.y()));
+    event.accept();
+}
+
+void ListViewport::scrollTo(int offset) {
+    const auto anchor = m_rows->anchor(m_offset);
+    m_offset = offset;
     layOut(anchor);
     m_rows->abandonEditingOutside(m_offset, m_offset + height());
     m_rows->followPointer();
-    event.accept();
+}
+
+void ListViewport::scrollByPage(int pages) {
+    scrollTo(m_offset + pages * (height() - fadeHeight));
+}
+
+void ListViewport::reveal(const QWidget &widget) {
+    const QWidget *shown = &widget;
+    while (shown->parentWidget() != m_rows) {
+        shown = shown->parentWidget();
+    }
+    if (shown->height() > height()) {
+        shown = &widget;
+    }
+    // Where it has to move at all, out of the shade at the edge as well.
+    const int top = shown->mapTo(m_rows, QPoint()).y();
+    const int bottom = top + shown->height();
+    if (top < m_offset) {
+        scrollTo(top - fadeHeight);
+    } else if (bottom > m_offset + height()) {
+        scrollTo(std::min(top, bottom + fadeHeight - height()));
+    }
 }
 
 void ListViewport::scrollToTop() {

@@ -31,6 +31,13 @@ public:
     void scroll(QWheelEvent &event);
     void scrollToTop();
 
+    /// Up or down by as much as there is in sight.
+    void scrollByPage(int pages);
+
+    /// Scrolls no further than needed to have something of the list in sight: the whole of its row,
+    /// if there is room for that.
+    void reveal(const QWidget &widget);
+
 signals:
     /// Something in the list has changed its size by itself.
     void contentResized();
@@ -42,6 +49,7 @@ protected:
 private:
     void heightsChanged();
     void layOut(std::optional<qsizetype> anchor);
+    void scrollTo(int offset);
 
     RowList *m_rows;
     EdgeFade *m_topFade;

@@ -34,6 +34,7 @@ NameLine::NameLine(const PanelContext &context, const QColor &color, QWidget &ro
 
 void NameLine::setName(const QString &name) {
     m_name->setText(BoundedText::of(name, BoundedText::lineLength));
+    m_pencil->setAccessibleName(tr("Rename %1").arg(m_name->text()));
 }
 
 void NameLine::setRenamable(bool isRenamable) {
@@ -77,6 +78,8 @@ void NameLine::endEditing() {
     m_line->removeWidget(m_field);
     m_name->show();
     m_pencil->setVisible(m_isRenamable);
+    // For whoever goes on with the keys.
+    m_pencil->setFocus();
 }
 
 } // namespace morvane

@@ -22,16 +22,14 @@ constexpr double pressedOpacity = 0.3;
 
 OptionButton::OptionButton(const AgentOption &option, const QColor &accent,
                            std::optional<int> shortcutDigit, QWidget *parent)
-    : QAbstractButton(parent), m_accent(accent) {
+    : PanelButton(parent), m_accent(accent) {
     setText(option.label);
     setShortcut({}); // an ampersand in what an agent offers makes no key
-    setAccessibleName(BoundedText::of(option.label, BoundedText::paragraphLength));
+    setAccessibleName(spokenLabel());
     setAccessibleDescription(
         BoundedText::of(option.description.value_or(QString()), BoundedText::paragraphLength));
-    setFocusPolicy(Qt::NoFocus);
     // A button's own policy is a fixed height, which would cut off text of several lines.
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
-    setAttribute(Qt::WA_Hover);
     setCursor(Qt::PointingHandCursor);
 
     auto *line = new QHBoxLayout(this);
@@ -57,6 +55,10 @@ OptionButton::OptionButton(const AgentOption &option, const QColor &accent,
     }
 }
 
+QString OptionButton::spokenLabel() const {
+    return BoundedText::of(text(), BoundedText::paragraphLength);
+}
+
 void OptionButton::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -65,6 +67,7 @@ void OptionButton::paintEvent(QPaintEvent *) {
     painter.setPen(Qt::NoPen);
     painter.setBrush(Colors::faded(m_accent, opacity));
     painter.drawRoundedRect(rect(), optionRadius, optionRadius);
+    paintFocus(painter, optionRadius);
 }
 
 } // namespace morvane

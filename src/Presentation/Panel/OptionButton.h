@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Core/Agents/AgentQuestion.h"
+#include "Presentation/Panel/PanelButton.h"
 
-#include <QAbstractButton>
 #include <QColor>
 
 #include <optional>
@@ -11,12 +11,15 @@ namespace morvane {
 
 /// One option of an agent's question: its label, with the description below it, over the whole
 /// width of the strip.
-class OptionButton : public QAbstractButton {
+class OptionButton : public PanelButton {
     Q_OBJECT
 
 public:
     OptionButton(const AgentOption &option, const QColor &accent, std::optional<int> shortcutDigit,
                  QWidget *parent);
+
+    /// The label as far as a screen reader is to read it.
+    QString spokenLabel() const;
 
 protected:
     void paintEvent(QPaintEvent *event) override;

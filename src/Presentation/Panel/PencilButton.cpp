@@ -1,6 +1,7 @@
 #include "Presentation/Panel/PencilButton.h"
 
 #include "Presentation/Style/Colors.h"
+#include "Presentation/Style/FocusRing.h"
 #include "Presentation/Style/HelpText.h"
 #include "Presentation/Style/SystemImage.h"
 
@@ -16,18 +17,14 @@ constexpr double pencilRadius = 5;
 
 } // namespace
 
-PencilButton::PencilButton(const QWidget &row, QWidget *parent)
-    : QAbstractButton(parent), m_row(row) {
+PencilButton::PencilButton(const QWidget &row, QWidget *parent) : PanelButton(parent), m_row(row) {
     setFixedSize(frameSide, frameSide);
-    setFocusPolicy(Qt::NoFocus);
-    setAttribute(Qt::WA_Hover);
     setCursor(Qt::PointingHandCursor);
-    setAccessibleName(tr("Rename this session"));
     setHelpText(*this, tr("Rename this session"));
 }
 
 void PencilButton::paintEvent(QPaintEvent *) {
-    if (!m_row.underMouse()) {
+    if (!m_row.underMouse() && !containsFocus(m_row)) {
         return;
     }
     QPainter painter(this);
@@ -39,7 +36,8 @@ void PencilButton::paintEvent(QPaintEvent *) {
     }
     const double inset = (frameSide - imageSide) / 2;
     morvane::paint(painter, SystemImage::pencil, QRectF(inset, inset, imageSide, imageSide),
-                   underMouse() ? Colors::primaryText : Colors::secondaryText);
+                   underMouse() || hasFocus() ? Colors::primaryText : Colors::secondaryText);
+    paintFocus(painter, pencilRadius);
 }
 
 } // namespace morvane

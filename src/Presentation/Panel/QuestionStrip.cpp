@@ -6,6 +6,7 @@
 #include "Presentation/Panel/OptionButton.h"
 #include "Presentation/Panel/ReadingTime.h"
 #include "Presentation/Style/Colors.h"
+#include "Presentation/Style/FocusRing.h"
 #include "Presentation/Style/Typography.h"
 
 #include <QHBoxLayout>
@@ -43,10 +44,17 @@ QuestionStrip::QuestionStrip(Scheduler &scheduler, QWidget *parent)
     options->setContentsMargins(0, 3, 0, 0);
     options->setSpacing(5);
     m_options->setEnabled(false);
-    connect(m_reading, &ReadingTime::changed, m_options, &QWidget::setEnabled);
+    connect(m_reading, &ReadingTime::changed, this, [this](bool isOver) {
+        // The keys stay in the row, and don't go on to the next.
+        if (!isOver && containsFocus(*m_options)) {
+            parentWidget()->setFocus();
+        }
+        m_options->setEnabled(isOver);
+    });
 }
 
-void QuestionStrip::setQuestion(const PendingQuestion &pending, bool showsShortcuts) {
+void QuestionStrip::setQuestion(const PendingQuestion &pending, const QString &name,
+                                bool showsShortcuts) {
     const qsizetype position = std::max<qsizetype>(0, pending.firstUnanswered());
     if (position >= pending.questions.size()) {
         return;
@@ -74,6 +82,13 @@ void QuestionStrip::setQuestion(const PendingQuestion &pending, bool showsShortc
         showQuestion(question, showsShortcuts);
         m_reading->startAnew();
     }
+    for (OptionButton *button : std::as_const(m_buttons)) {
+        button->setAccessibleName(tr("%1 in %2").arg(button->spokenLabel(), name));
+    }
+}
+
+bool QuestionStrip::hasBeenRead() const {
+    return m_reading->isOver();
 }
 
 void QuestionStrip::setInputHeightLimit(int limit) {

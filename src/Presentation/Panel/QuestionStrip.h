@@ -23,7 +23,11 @@ class QuestionStrip : public QWidget {
 public:
     QuestionStrip(Scheduler &scheduler, QWidget *parent);
 
-    void setQuestion(const PendingQuestion &pending, bool showsShortcuts);
+    /// The name is the session's, by which a screen reader tells one strip from another.
+    void setQuestion(const PendingQuestion &pending, const QString &name, bool showsShortcuts);
+
+    /// Whether it has stood here long enough to be read.
+    bool hasBeenRead() const;
 
     /// How high the view of the rest of the call may become, in points.
     void setInputHeightLimit(int limit);

@@ -68,6 +68,7 @@ void ReplyStrip::openField() {
 void ReplyStrip::closeField() {
     layout()->removeWidget(m_field);
     m_affordance->show();
+    m_affordance->setFocus();
 }
 
 void ReplyStrip::send(const QString &text) {

@@ -149,7 +149,7 @@ int RowList::layOut(int width, int from, int to) {
     for (Slot &slot : m_slots) {
         if (slot.widget == nullptr) {
             slot.height = m_usualHeight;
-            if ((top < to && top + slot.height > from) || m_isRead) {
+            if ((top < to && top + slot.height > from) || m_isRead || m_makesAll) {
                 slot.widget = slot.entry.fill(nullptr);
                 slot.widget->show();
             }
@@ -209,20 +209,33 @@ void RowList::place(Slot &slot) const {
     }
 }
 
+void RowList::makeAll() {
+    if (!std::exchange(m_makesAll, true)) {
+        emit heightsChanged();
+    }
+}
+
+QWidgetList RowList::inOrder() const {
+    QWidgetList result;
+    for (const Slot &slot : m_slots) {
+        if (slot.widget != nullptr) {
+            result.append(slot.widget);
+        }
+    }
+    return result;
+}
+
 /// Readers go through a widget's children in the order of their stacking.
 void RowList::orderForReaders() {
-    QWidgetList inOrder;
-    for (const Slot &slot : std::as_const(m_slots)) {
-        inOrder.append(slot.widget);
-    }
+    const QWidgetList wanted = inOrder();
     QWidgetList present;
     for (QWidget *child : findChildren<QWidget *>(Qt::FindDirectChildrenOnly)) {
         if (!child->isHidden()) {
             present.append(child);
         }
     }
-    if (present != inOrder) {
-        for (QWidget *widget : std::as_const(inOrder)) {
+    if (present != wanted) {
+        for (QWidget *widget : wanted) {
             widget->raise();
         }
     }

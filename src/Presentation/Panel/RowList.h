@@ -40,6 +40,12 @@ public:
     /// height of it all. With a screen reader about everything is made, so that it can be read.
     int layOut(int width, int from, int to);
 
+    /// From now on everything is made, in sight or not.
+    void makeAll();
+
+    /// The widgets that are made, from top to bottom.
+    QWidgetList inOrder() const;
+
     /// The entry that should stay in sight when others change: the one whose text somebody edits,
     /// else the first in sight of a list that is scrolled this far; none when that is at its top.
     std::optional<qsizetype> anchor(int offset) const;
@@ -99,7 +105,8 @@ private:
     double m_share = 1; ///< of the movement, eased
     int m_width = 0;
     bool m_isRead = QAccessible::isActive(); ///< by a screen reader
-    int m_usualHeight;                       ///< of a row that hasn't been made
+    bool m_makesAll = false;
+    int m_usualHeight; ///< of a row that hasn't been made
 };
 
 } // namespace morvane

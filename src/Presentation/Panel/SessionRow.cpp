@@ -13,6 +13,7 @@
 #include "Presentation/Panel/SessionSubtitle.h"
 #include "Presentation/Panel/SubagentList.h"
 #include "Presentation/Style/Colors.h"
+#include "Presentation/Style/FocusRing.h"
 #include "Presentation/Style/TextLabel.h"
 #include "Presentation/Style/Typography.h"
 
@@ -109,20 +110,37 @@ void SessionRow::showStrip(Details details) {
     QWidget *const before = m_strip;
     m_strip = stripFor(details.testFlag(Detail::showsShortcuts));
     if (before != nullptr && before != m_strip) {
-        before->hide();
+        if (containsFocus(*before)) {
+            setFocus();
+        }
+        retire(*before);
     }
     if (m_strip != nullptr) {
         m_strip->show();
     }
 }
 
+/// What it said is over, and a screen reader reads what is hidden as well. Its own click may be
+/// what has ended it.
+void SessionRow::retire(QWidget &strip) {
+    strip.hide();
+    strip.deleteLater();
+    m_column->removeWidget(&strip);
+    m_approval = m_approval == &strip ? nullptr : m_approval;
+    m_question = m_question == &strip ? nullptr : m_question;
+    m_external = m_external == &strip ? nullptr : m_external;
+    m_reply = m_reply == &strip ? nullptr : m_reply;
+}
+
 QWidget *SessionRow::stripFor(bool showsShortcuts) {
     if (m_session.pendingApproval) {
-        approvalStrip().setApproval(*m_session.pendingApproval, showsShortcuts);
+        approvalStrip().setApproval(*m_session.pendingApproval, m_session.displayName(),
+                                    showsShortcuts);
         return m_approval;
     }
     if (m_session.pendingQuestion) {
-        questionStrip().setQuestion(*m_session.pendingQuestion, showsShortcuts);
+        questionStrip().setQuestion(*m_session.pendingQuestion, m_session.displayName(),
+                                    showsShortcuts);
         return m_question;
     }
     if (m_session.pendingExternalResponse) {
@@ -148,6 +166,15 @@ bool SessionRow::isUpToDate() const {
     const Session now = context().store.sessions().value(m_session.id);
     return now.pendingApproval == m_session.pendingApproval &&
            now.pendingQuestion == m_session.pendingQuestion;
+}
+
+bool SessionRow::hasBeenRead() const {
+    if (m_strip == nullptr || !isUpToDate()) {
+        return false;
+    }
+    return m_strip == m_approval   ? m_approval->hasBeenRead()
+           : m_strip == m_question ? m_question->hasBeenRead()
+                                   : false;
 }
 
 // A strip is made when it is first called for: most rows never need one.

@@ -38,6 +38,10 @@ public:
     /// How high the view of a call may become, in points.
     void setInputHeightLimit(int limit);
 
+    /// Whether the prompt here is still the one that waits, and has stood here long enough to be
+    /// read.
+    bool hasBeenRead() const;
+
 protected:
     bool hitButton(const QPoint &position) const override;
 
@@ -46,6 +50,7 @@ private:
     void showMain(Details details);
     void showStrip(Details details);
     QWidget *stripFor(bool showsShortcuts);
+    void retire(QWidget &strip);
     void select();
     bool isUpToDate() const;
     ApprovalStrip &approvalStrip();

@@ -14,16 +14,16 @@ namespace {
 
 constexpr int chevronSpace = 13;
 constexpr double chevronSide = 7;
+constexpr double focusRadius = 4;
 
 } // namespace
 
 SubagentList::SubagentList(QWidget *parent)
-    : QAbstractButton(parent), m_count(new TextLabel(Typography::text(Typography::secondarySize),
-                                                     Colors::secondaryText, 1, this)),
+    : PanelButton(parent), m_count(new TextLabel(Typography::text(Typography::secondarySize),
+                                                 Colors::secondaryText, 1, this)),
       m_tasks(new TextLabel(Typography::text(Typography::secondarySize), Colors::tertiaryText, 0,
                             this)) {
     setCheckable(true);
-    setFocusPolicy(Qt::NoFocus);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     setCursor(Qt::PointingHandCursor);
     auto *lines = new QVBoxLayout(this);
@@ -56,6 +56,7 @@ void SubagentList::paintEvent(QPaintEvent *) {
                        chevronSide);
     const SystemImage image = isChecked() ? SystemImage::chevronDown : SystemImage::chevronRight;
     morvane::paint(painter, image, frame, Colors::tertiaryText);
+    paintFocus(painter, focusRadius);
 }
 
 } // namespace morvane

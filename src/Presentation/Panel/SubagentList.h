@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Core/Sessions/Session.h"
+#include "Presentation/Panel/PanelButton.h"
 
-#include <QAbstractButton>
 #include <QList>
 
 namespace morvane {
@@ -11,7 +11,7 @@ class TextLabel;
 
 /// How many subagents a session has started in this turn; a click lists what they are for. Hidden
 /// while there is none.
-class SubagentList : public QAbstractButton {
+class SubagentList : public PanelButton {
     Q_OBJECT
 
 public:

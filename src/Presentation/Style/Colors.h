@@ -38,6 +38,7 @@ inline constexpr QColor mascot = sRgb(1.0, 0.84, 0.04);
 inline constexpr QColor onboardingGlow = sRgb(0.19, 0.2, 0.27);
 inline constexpr QColor formGround = white(0.05);
 inline constexpr QColor hairline = white(0.08);
+inline constexpr QColor focusRing = sRgb(0.48, 0.7, 1.0, 0.9);
 
 inline constexpr QColor fillingContext = sRgb(1.0, 0.78, 0.45);
 inline constexpr QColor tightContext = sRgb(1.0, 0.5, 0.45);

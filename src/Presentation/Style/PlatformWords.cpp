@@ -2,6 +2,30 @@
 
 namespace morvane {
 
+QString PlatformWords::hotKey(const HotKey &key) {
+    QStringList names;
+    const auto append = [&](bool isHeld, const QString &name) {
+        if (isHeld) {
+            names.append(name);
+        }
+    };
+    append(key.super, tr("Super"));
+    append(key.control, tr("Ctrl"));
+    append(key.alt, tr("Alt"));
+    append(key.shift, tr("Shift"));
+    names.append(key.symbol);
+    return names.join(u'+');
+}
+
+QKeySequence PlatformWords::keySequence(const HotKey &key) {
+    QString names = key.symbol;
+    names.prepend(key.shift ? QStringLiteral("Shift+") : QString());
+    names.prepend(key.alt ? QStringLiteral("Alt+") : QString());
+    names.prepend(key.control ? QStringLiteral("Ctrl+") : QString());
+    names.prepend(key.super ? QStringLiteral("Meta+") : QString());
+    return QKeySequence::fromString(names, QKeySequence::PortableText);
+}
+
 QString PlatformWords::digitShortcut(int digit) {
     return tr("Ctrl %1").arg(digit);
 }

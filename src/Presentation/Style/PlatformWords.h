@@ -1,6 +1,9 @@
 #pragma once
 
+#include "Platform/HotKey.h"
+
 #include <QCoreApplication>
+#include <QKeySequence>
 #include <QString>
 
 namespace morvane {
@@ -10,6 +13,12 @@ struct PlatformWords {
     Q_DECLARE_TR_FUNCTIONS(PlatformWords)
 
 public:
+    /// The names of a key and of what is held down with it: "Super+Shift+G".
+    static QString hotKey(const HotKey &key);
+
+    /// The same for a menu.
+    static QKeySequence keySequence(const HotKey &key);
+
     /// The keys of one of the digit shortcuts: "⌘1" elsewhere.
     static QString digitShortcut(int digit);
 

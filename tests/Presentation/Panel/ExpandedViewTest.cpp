@@ -1,5 +1,6 @@
 #include "Presentation/Panel/ExpandedView.h"
 
+#include "Presentation/Overlay/DigitShortcuts.h"
 #include "Presentation/Overlay/InlineNameField.h"
 #include "Presentation/Panel/CompletedRow.h"
 #include "Presentation/Panel/DecideButton.h"
@@ -70,12 +71,14 @@ protected:
         result.actions.onRenameCommit = [this](const QString &cwd, const QString &name) {
             store.renameCwd(cwd, name);
         };
-        result.showsDigitShortcuts = true;
+        digitShortcuts.setWorking(true);
+        result.digitShortcuts = &digitShortcuts;
         return result;
     }
 
     bool showsText(const QString &text) const { return textsIn<TextLabel>(view).contains(text); }
 
+    DigitShortcuts digitShortcuts;
     QStringList reopened;
     QStringList selected;
     ExpandedView view{withActions(), nullptr};

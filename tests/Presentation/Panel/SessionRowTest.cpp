@@ -217,6 +217,16 @@ TEST_F(SessionRowTest, ShowsAllOfACallOrSaysWhatIsMissing) {
     EXPECT_FALSE(view->isVisible());
 }
 
+TEST_F(SessionRowTest, KeepsNothingForAScreenReaderOfWhatHasBeenAnswered) {
+    apply(EventBuilder::parked("d"));
+    show();
+    EXPECT_NE(row.findChild<InputView *>(), nullptr);
+    apply(Event::toolUse);
+    show();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(row.findChild<InputView *>(), nullptr);
+}
+
 TEST_F(SessionRowTest, APressDecidesOnlyTheRequestThatItBeganOn) {
     apply(EventBuilder::parked("d"));
     Session session = store.sessions().value("s");

@@ -247,6 +247,16 @@ void X11Connection::readPropertyChange(std::uint32_t window, std::uint32_t atom,
     }
 }
 
+/// The server tells of a key that is held down as if it were let go and pressed again at once.
+void X11Connection::readKeyEvent(const xcb_key_press_event_t &event) {
+    if ((event.response_type & 0x7f) == XCB_KEY_RELEASE) {
+        m_releasedKey = event.detail;
+        m_lastRelease = event.time;
+    } else if (event.detail != m_releasedKey || event.time != m_lastRelease) {
+        emit keyPressed(event.detail, event.state);
+    }
+}
+
 void X11Connection::readEvents() {
     if (xcb_connection_has_error(connection()) != 0) {
         // A broken connection stays readable for ever.
@@ -254,6 +264,7 @@ void X11Connection::readEvents() {
         return;
     }
     bool haveTopLevelsChanged = false;
+    bool hasKeyboardChanged = false;
     while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(connection())}) {
         const auto type = static_cast<std::uint8_t>(event->response_type & 0x7f);
         if (type == XCB_PROPERTY_NOTIFY) {
@@ -265,6 +276,11 @@ void X11Connection::readEvents() {
             if (notice->extension == m_inputExtension) {
                 readInputEvent(notice->event_type, notice->detail);
             }
+        } else if (type == XCB_KEY_PRESS || type == XCB_KEY_RELEASE) {
+            readKeyEvent(*reinterpret_cast<xcb_key_press_event_t *>(event.get()));
+        } else if (type == XCB_MAPPING_NOTIFY) {
+            // One change is told in several.
+            hasKeyboardChanged = true;
         } else if (const auto change = restructuring(*event)) {
             if (change->watched == m_root) {
                 // Windows that are only moved, maybe by hand, come and go nowhere.
@@ -278,6 +294,9 @@ void X11Connection::readEvents() {
     }
     if (haveTopLevelsChanged) {
         emit topLevelsChanged();
+    }
+    if (hasKeyboardChanged) {
+        emit keyboardChanged();
     }
 }
 

@@ -11,6 +11,7 @@
 
 class QSocketNotifier;
 struct xcb_connection_t;
+struct xcb_key_press_event_t;
 
 namespace morvane {
 
@@ -78,6 +79,11 @@ signals:
     void pressed(std::uint32_t button);
     /// A mouse has moved.
     void moved();
+    /// A key that has been grabbed on this connection has gone down, with this state of the
+    /// modifiers and the buttons. Told once, however long it is held.
+    void keyPressed(std::uint8_t keyCode, std::uint32_t state);
+    /// The meaning of the keys or of the modifiers has changed.
+    void keyboardChanged();
 
 private:
     struct Disconnect {
@@ -94,6 +100,7 @@ private:
     void selectInput(std::uint16_t devices, std::uint32_t mask);
     void readEvents();
     void readInputEvent(std::uint16_t type, std::uint32_t detail);
+    void readKeyEvent(const xcb_key_press_event_t &event);
     void readComposited();
 
     Handle m_connection;
@@ -103,6 +110,8 @@ private:
     std::uint32_t m_compositorSelection = 0;
     std::uint8_t m_selectionEvent = 0;
     std::uint8_t m_inputExtension = 0; ///< its opcode, 0 where it is missing or too old
+    std::uint32_t m_lastRelease = 0;   ///< of a key, in the server's time
+    std::uint8_t m_releasedKey = 0;    ///< which that was
     bool m_composited = false;
     bool m_isXwayland = false;
     QHash<QByteArray, std::uint32_t> m_atoms;

@@ -156,6 +156,12 @@ bool X11OverlayWindow::takeKeyboard() {
     return true;
 }
 
+/// The server is asked, since Qt takes a key that is grabbed from its window for a loss of it.
+bool X11OverlayWindow::holdsKeyboard() const {
+    auto *connection = qtConnection();
+    return connection != nullptr && m_keyboardOwner && inputFocus(connection) == m_window;
+}
+
 void X11OverlayWindow::releaseKeyboard() {
     if (const auto owner = std::exchange(m_keyboardOwner, std::nullopt)) {
         m_x11.watchPresses(false);
@@ -213,16 +219,19 @@ void X11OverlayWindow::applyShape() {
 }
 
 void X11OverlayWindow::applyVisibility() {
-    const bool isVisible = m_isShown && !isCovered();
-    if (isVisible == m_widget.isVisible()) {
-        return;
+    const bool wasCovered = std::exchange(m_isCovered, findCovered());
+    const bool isVisible = m_isShown && !m_isCovered;
+    if (isVisible != m_widget.isVisible()) {
+        if (!isVisible) {
+            // A hidden window leaves the keyboard to nobody.
+            releaseKeyboard();
+        }
+        m_widget.setVisible(isVisible);
+        raise();
     }
-    if (!isVisible) {
-        // A hidden window leaves the keyboard to nobody.
-        releaseKeyboard();
+    if (m_isCovered != wasCovered && onCoveredChanged) {
+        onCoveredChanged();
     }
-    m_widget.setVisible(isVisible);
-    raise();
 }
 
 /// True on its frame as well, and on the bare ground of the desktop.
@@ -235,7 +244,7 @@ bool X11OverlayWindow::isOwnerUnderPointer() const {
 }
 
 /// The server is asked for the place, since only there it is in the same pixels as the others'.
-bool X11OverlayWindow::isCovered() const {
+bool X11OverlayWindow::findCovered() const {
     auto *connection = qtConnection();
     if (!m_hidesOverFullscreen || m_fullscreen.isEmpty() || connection == nullptr) {
         return false;

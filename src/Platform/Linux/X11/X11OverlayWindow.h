@@ -31,10 +31,12 @@ public:
     void show() override;
     void hide() override;
     bool isVisible() const override { return m_isShown; }
+    bool isCovered() const override { return m_isCovered; }
     void setOpacity(double opacity) override;
     double opacity() const override { return m_opacity; }
     void setHidesOverFullscreen(bool hides) override;
     bool takeKeyboard() override;
+    bool holdsKeyboard() const override;
     void releaseKeyboard() override;
     bool isTranslucent() const override;
 
@@ -44,7 +46,7 @@ private:
     void applyVisibility();
     void giveUpKeyboardTo(std::uint32_t owner);
     bool isOwnerUnderPointer() const;
-    bool isCovered() const;
+    bool findCovered() const;
     void raise();
 
     QWidget &m_widget;
@@ -55,6 +57,7 @@ private:
     double m_shapeRatio = 0; ///< device pixels to the point when the shape was applied
     double m_opacity = 1;
     bool m_isShown = false;
+    bool m_isCovered = false;
     bool m_hidesOverFullscreen = false;
     std::optional<std::uint32_t> m_keyboardOwner; ///< who had the keyboard before this window
 };

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "Core/Shell/HotKeyManager.h"
+#include "Presentation/Overlay/DigitShortcuts.h"
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace morvane {
+
+class InlineEditing;
+
+/// The system-wide keys of the panel, and when they are held: the one that opens it for good, Esc
+/// and the digits only while a panel is open, since they are taken from everybody else. Owned by
+/// `AppController`; main thread.
+class PanelKeys : public QObject {
+    Q_OBJECT
+
+public:
+    struct Actions {
+        std::function<void()> present;
+        std::function<void()> collapse;
+        std::function<void(int index)> digit; ///< from 0
+    };
+
+    static const HotKey panelKey;
+
+    /// What it is given must outlive it.
+    PanelKeys(HotKeys &hotKeys, Scheduler &scheduler, InlineEditing &editing, Actions actions);
+
+    /// Takes the panel key, and follows the fields that somebody types in. Called once.
+    void start();
+
+    /// How it stands with the panel key; none before `start`.
+    std::optional<HotKeys::State> panelKeyState() const { return m_hotKey.state(); }
+
+    /// Takes the keys that others have given up in the meantime.
+    void retry() { m_hotKeys.retry(); }
+
+    /// A panel has opened or closed, on whichever display.
+    void panelExpanded(bool isExpanded);
+
+    const DigitShortcuts &digitShortcuts() const { return m_digitShortcuts; }
+
+signals:
+    void panelKeyStateChanged();
+
+private:
+    void armDigitJumpKeys();
+    void disarmDigitJumpKeys();
+    void tellWhetherDigitsWork();
+    void applyEscHotKey();
+
+    HotKeys &m_hotKeys;
+    Scheduler &m_scheduler;
+    InlineEditing &m_editing;
+    const Actions m_actions;
+    HotKeyManager m_hotKey;
+    HotKeyManager m_escHotKey;
+    bool m_escArmed = false;
+    std::vector<std::unique_ptr<HotKeyManager>> m_digitHotKeys;
+    int m_expandedCount = 0; ///< how many panels are open
+    DigitShortcuts m_digitShortcuts;
+};
+
+} // namespace morvane

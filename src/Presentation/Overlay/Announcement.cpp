@@ -1,0 +1,31 @@
+#include "Presentation/Overlay/Announcement.h"
+
+#include "Platform/Scheduler.h"
+
+namespace morvane {
+
+namespace {
+
+constexpr Seconds announcementDuration(5);
+
+} // namespace
+
+Announcement::Announcement(Scheduler &scheduler, QWidget *parent)
+    : QWidget(parent), m_scheduler(scheduler) {
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    setFixedSize(1, 1);
+    hide();
+}
+
+/// It is the coming that is read out.
+void Announcement::say(const QString &text) {
+    hide();
+    setAccessibleName(text);
+    show();
+    m_end = m_scheduler.after(announcementDuration, [this] {
+        hide();
+        setAccessibleName({});
+    });
+}
+
+} // namespace morvane

@@ -1,0 +1,97 @@
+#include "Presentation/Panel/FocusOrder.h"
+
+#include "Presentation/Panel/ListRow.h"
+#include "Presentation/Panel/RowList.h"
+
+#include <QApplication>
+
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+namespace morvane {
+
+namespace {
+
+constexpr int lineTolerance = 3; ///< in points, between the middles of what stands in one line
+
+bool isStop(const QWidget &widget, const QWidget &row) {
+    return (widget.focusPolicy() & Qt::TabFocus) != 0 && widget.isVisibleTo(&row) &&
+           widget.isEnabled();
+}
+
+} // namespace
+
+FocusOrder::FocusOrder(const RowList &rows) : m_rows(rows) {
+    for (QWidget *row : rows.inOrder()) {
+        if (qobject_cast<ListRow *>(row) == nullptr) {
+            continue;
+        }
+        m_stops.append(row);
+        QWidgetList inner = row->findChildren<QWidget *>();
+        inner.removeIf([&](const QWidget *widget) { return !isStop(*widget, *row); });
+        std::ranges::stable_sort(inner, {}, [&](const QWidget *widget) {
+            const QPoint place = widget->mapTo(row, QPoint());
+            return std::pair(place.y(), place.x());
+        });
+        m_stops.append(inner);
+    }
+}
+
+/// What has just gone still has its place in the list.
+qsizetype FocusOrder::current() const {
+    const QWidget *focus = QApplication::focusWidget();
+    const qsizetype known = m_stops.indexOf(focus);
+    if (known >= 0 || !m_rows.isAncestorOf(focus)) {
+        return known;
+    }
+    const int place = focus->mapTo(&m_rows, QPoint()).y();
+    const auto behind = std::ranges::find_if(
+        m_stops, [&](const QWidget *stop) { return stop->mapTo(&m_rows, QPoint()).y() >= place; });
+    return behind - m_stops.begin() - 1;
+}
+
+bool FocusOrder::move(Direction direction) const {
+    const qsizetype next = current() + static_cast<int>(direction);
+    if (m_stops.isEmpty()) {
+        return false;
+    }
+    m_stops[std::clamp<qsizetype>(next, 0, m_stops.size() - 1)]->setFocus(Qt::TabFocusReason);
+    return true;
+}
+
+void FocusOrder::moveToLine(Direction direction) const {
+    const int step = static_cast<int>(direction);
+    const qsizetype from = current();
+    qsizetype next = from + step;
+    while (from >= 0 && next >= 0 && next < m_stops.size() && isSameLine(next, from)) {
+        next += step;
+    }
+    if (next < 0 || next >= m_stops.size()) {
+        return;
+    }
+    while (next > 0 && isSameLine(next - 1, next)) {
+        --next;
+    }
+    m_stops[next]->setFocus(Qt::TabFocusReason);
+}
+
+void FocusOrder::moveInLine(Direction direction) const {
+    const qsizetype from = current();
+    const qsizetype next = from + static_cast<int>(direction);
+    if (from >= 0 && next >= 0 && next < m_stops.size() && isSameLine(next, from)) {
+        m_stops[next]->setFocus(Qt::TabFocusReason);
+    }
+}
+
+int FocusOrder::height(qsizetype stop) const {
+    const QWidget &widget = *m_stops[stop];
+    const auto *row = qobject_cast<const ListRow *>(&widget);
+    return widget.mapTo(&m_rows, row != nullptr ? row->firstLine() : widget.rect().center()).y();
+}
+
+bool FocusOrder::isSameLine(qsizetype stop, qsizetype other) const {
+    return std::abs(height(stop) - height(other)) <= lineTolerance;
+}
+
+} // namespace morvane

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QAbstractButton>
+
+namespace morvane {
+
+/// What can be pressed in the panel, by the pointer or, while the panel has the keyboard, by the
+/// keys. A click doesn't take the focus: only the keys move it.
+class PanelButton : public QAbstractButton {
+    Q_OBJECT
+
+protected:
+    explicit PanelButton(QWidget *parent);
+
+    /// To be called last by whoever paints one; the ring is there only while the keys act on it.
+    void paintFocus(QPainter &painter, double radius) const;
+
+    void keyPressEvent(QKeyEvent *event) override;
+};
+
+} // namespace morvane

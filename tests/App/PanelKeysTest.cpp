@@ -1,0 +1,112 @@
+#include "App/PanelKeys.h"
+
+#include "Presentation/Overlay/InlineEditing.h"
+#include "Support/FakeHotKeys.h"
+#include "Support/ManualScheduler.h"
+#include "Support/Printing.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace morvane {
+namespace {
+
+using State = HotKeys::State;
+
+class PanelKeysTest : public testing::Test {
+protected:
+    /// What a press does.
+    QString press(const QString &symbol) {
+        hotKeys.press(symbol);
+        EXPECT_EQ(done, "");
+        scheduler.runPosted();
+        return std::exchange(done, {});
+    }
+
+    FakeHotKeys hotKeys;
+    ManualScheduler scheduler;
+    InlineEditing editing;
+    QString done;
+    std::unique_ptr<PanelKeys> keys = std::make_unique<PanelKeys>(
+        hotKeys, scheduler, editing,
+        PanelKeys::Actions{[this] { done += "present"; },
+                           [this] {
+                               keys->panelExpanded(false);
+                               done += "collapse";
+                           },
+                           [this](int index) { done += "digit" + QString::number(index); }});
+    const DigitShortcuts &shortcuts = keys->digitShortcuts();
+};
+
+TEST_F(PanelKeysTest, HoldsEscAndTheDigitsOnlyWhileAPanelIsOpen) {
+    EXPECT_EQ(hotKeys.held(), "");
+    keys->start();
+    EXPECT_EQ(hotKeys.held(), "G");
+    EXPECT_EQ(press("G"), "present");
+    keys->panelExpanded(true);
+    EXPECT_EQ(hotKeys.held(), "G12345Esc");
+    EXPECT_EQ(press("1") + press("5"), "digit0digit4");
+    keys->panelExpanded(true);
+    keys->panelExpanded(false);
+    EXPECT_EQ(hotKeys.held(), "G12345Esc");
+    EXPECT_EQ(press("Esc"), "collapse");
+    EXPECT_EQ(hotKeys.held(), "G");
+    // A panel that never opened, to anybody's knowledge.
+    keys->panelExpanded(false);
+    keys->panelExpanded(true);
+    EXPECT_EQ(hotKeys.held(), "G12345Esc");
+    keys.reset();
+    EXPECT_EQ(hotKeys.held(), "");
+}
+
+TEST_F(PanelKeysTest, LeavesEscToAFieldThatSomebodyTypesIn) {
+    keys->start();
+    keys->panelExpanded(true);
+    editing.begin(scheduler.now());
+    EXPECT_EQ(hotKeys.held(), "G12345");
+    editing.begin(scheduler.now());
+    editing.end();
+    EXPECT_EQ(hotKeys.held(), "G12345");
+    editing.end();
+    EXPECT_EQ(hotKeys.held(), "G12345Esc");
+    editing.begin(scheduler.now());
+    keys->panelExpanded(false);
+    editing.end();
+    EXPECT_EQ(hotKeys.held(), "G");
+}
+
+TEST_F(PanelKeysTest, DropsAPressWhoseKeyHasBeenGivenBackMeanwhile) {
+    keys->panelExpanded(true);
+    hotKeys.press("1");
+    keys->panelExpanded(false);
+    keys->panelExpanded(true);
+    scheduler.runPosted();
+    EXPECT_EQ(done, "");
+    hotKeys.press("1");
+    keys.reset();
+    scheduler.runPosted();
+    EXPECT_EQ(done, "");
+}
+
+TEST_F(PanelKeysTest, TellsWhichKeysAreSomebodyElses) {
+    int changes = 0;
+    QObject::connect(keys.get(), &PanelKeys::panelKeyStateChanged, [&] { ++changes; });
+    keys->start();
+    EXPECT_EQ(keys->panelKeyState(), State::works);
+    hotKeys.setTaken({"G"});
+    EXPECT_EQ(keys->panelKeyState(), State::taken);
+    EXPECT_EQ(changes, 2);
+
+    keys->panelExpanded(true);
+    EXPECT_TRUE(shortcuts.areWorking());
+    hotKeys.setTaken({"3"});
+    EXPECT_FALSE(shortcuts.areWorking());
+    hotKeys.setTaken({});
+    EXPECT_TRUE(shortcuts.areWorking());
+    keys->panelExpanded(false);
+    EXPECT_FALSE(shortcuts.areWorking());
+}
+
+} // namespace
+} // namespace morvane

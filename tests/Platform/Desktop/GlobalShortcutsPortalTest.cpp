@@ -1,0 +1,136 @@
+#include "Platform/Linux/Desktop/GlobalShortcutsPortal.h"
+
+#include "Platform/PrivateBusTest.h"
+
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDBusVirtualObject>
+
+#include <optional>
+
+namespace morvane {
+namespace {
+
+using State = HotKeys::State;
+
+const QString shortcutsService = "org.freedesktop.portal.Desktop";
+const QString shortcutsPath = "/org/freedesktop/portal/desktop";
+const QString shortcutsSession = shortcutsPath + "/session/s";
+
+/// A desktop's portal, behind which a person grants what is asked for, or does not.
+class ShortcutsPortal : public QDBusVirtualObject {
+public:
+    explicit ShortcutsPortal(const QDBusConnection &bus) : m_bus(bus) {
+        m_bus.registerVirtualObject(shortcutsPath, this, QDBusConnection::SubPath);
+        m_bus.registerService(shortcutsService);
+    }
+    ~ShortcutsPortal() override {
+        m_bus.unregisterService(shortcutsService);
+        m_bus.unregisterObject(shortcutsPath);
+    }
+
+    void press(const QString &ofSession, const QString &id) {
+        QDBusMessage signal = QDBusMessage::createSignal(
+            shortcutsPath, "org.freedesktop.portal.GlobalShortcuts", "Activated");
+        signal.setArguments(
+            {QVariant::fromValue(QDBusObjectPath(ofSession)), id, quint64(1), QVariantMap()});
+        m_bus.send(signal);
+    }
+
+    QString introspect(const QString &) const override { return {}; }
+
+    bool handleMessage(const QDBusMessage &message, const QDBusConnection &) override {
+        calls.append(message.member());
+        const QVariantList arguments = message.arguments();
+        if (message.member() == "CreateSession") {
+            answer(message, {{"session_handle", shortcutsSession}});
+            return true;
+        }
+        if (message.member() == "BindShortcuts") {
+            const auto list = arguments[1].value<QDBusArgument>();
+            list.beginArray();
+            list.beginStructure();
+            list >> id >> properties;
+            // What was asked for comes back as it was.
+            answer(message, {{"shortcuts", arguments[1]}});
+            return true;
+        }
+        return message.member() == "Close";
+    }
+
+    bool isGranting = true;
+    QStringList calls;
+    QString id;
+    QVariantMap properties;
+
+private:
+    void answer(const QDBusMessage &call, const QVariantMap &results) {
+        const auto options = qdbus_cast<QVariantMap>(call.arguments().last());
+        QString sender = call.service().mid(1);
+        const QString request = shortcutsPath + "/request/" + sender.replace('.', '_') + "/" +
+                                options["handle_token"].toString();
+        m_bus.send(call.createReply(QVariant::fromValue(QDBusObjectPath(request))));
+        QDBusMessage signal =
+            QDBusMessage::createSignal(request, "org.freedesktop.portal.Request", "Response");
+        signal.setArguments({isGranting ? 0U : 1U, isGranting ? results : QVariantMap()});
+        m_bus.send(signal);
+    }
+
+    QDBusConnection m_bus;
+};
+
+class GlobalShortcutsPortalTest : public PrivateBusTest {
+protected:
+    static bool becomes(const HotKeys &keys, std::uint32_t id, State state) {
+        return becomesTrue([&] { return keys.state(id) == state; });
+    }
+
+    const HotKey panelKey{.keyCode = 34, .symbol = "G", .super = true, .shift = true};
+};
+
+TEST_F(GlobalShortcutsPortalTest, AsksThePersonOnceAndHearsOfEachPress) {
+    ShortcutsPortal portal(connection("portal"));
+    GlobalShortcutsPortal keys(connection("program"));
+    QList<std::uint32_t> presses;
+    QObject::connect(&keys, &HotKeys::pressed, [&](std::uint32_t id) { presses.append(id); });
+    const std::uint32_t panel = keys.registerKey(panelKey, "Open Morvane");
+    EXPECT_EQ(keys.state(panel), State::pending);
+    EXPECT_TRUE(becomes(keys, panel, State::works));
+    EXPECT_EQ(portal.calls, (QStringList{"Register", "CreateSession", "BindShortcuts"}));
+    EXPECT_EQ(portal.properties["description"], "Open Morvane");
+    EXPECT_EQ(portal.properties["preferred_trigger"], "SHIFT+LOGO+g");
+
+    portal.press("/somebody/elses", portal.id);
+    portal.press(shortcutsSession, "another");
+    portal.press(shortcutsSession, portal.id);
+    EXPECT_TRUE(becomesTrue([&] { return !presses.isEmpty(); }));
+    EXPECT_EQ(presses, QList{panel});
+
+    // What is only lent for a moment can't be had here.
+    EXPECT_EQ(keys.state(keys.registerKey({.keyCode = 1}, {})), State::unavailable);
+    EXPECT_EQ(portal.calls.size(), 3);
+    keys.unregisterKey(panel);
+    EXPECT_TRUE(becomesTrue([&] { return portal.calls.last() == "Close"; }));
+}
+
+TEST_F(GlobalShortcutsPortalTest, TakesANoForANoAndAPortalThatComesLate) {
+    GlobalShortcutsPortal keys(connection("program"));
+    const std::uint32_t panel = keys.registerKey(panelKey, "Open Morvane");
+    EXPECT_TRUE(becomes(keys, panel, State::unavailable));
+    auto portal = std::make_unique<ShortcutsPortal>(connection("portal"));
+    EXPECT_TRUE(becomes(keys, panel, State::works));
+    portal.reset();
+    EXPECT_TRUE(becomes(keys, panel, State::unavailable));
+
+    ShortcutsPortal other(connection("other"));
+    other.isGranting = false;
+    EXPECT_TRUE(becomesTrue([&] { return other.calls.contains("CreateSession"); }));
+    EXPECT_TRUE(becomes(keys, panel, State::unavailable));
+
+    GlobalShortcutsPortal nowhere(QDBusConnection("never connected"));
+    EXPECT_EQ(nowhere.state(nowhere.registerKey(panelKey, "Open Morvane")), State::unavailable);
+}
+
+} // namespace
+} // namespace morvane

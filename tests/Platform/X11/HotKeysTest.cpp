@@ -1,0 +1,127 @@
+#include "EndToEnd/OnScreen.h"
+#include "Platform/Linux/X11/X11Connection.h"
+#include "Platform/Linux/X11/X11HotKeys.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace morvane {
+namespace {
+
+using State = HotKeys::State;
+
+const HotKey panelKey{.keyCode = 34, .symbol = "G", .super = true, .shift = true};
+const HotKey escape{.keyCode = 1, .symbol = "Esc"};
+
+// By their places: a keyboard need not have these letters.
+constexpr const char *pressPanelKey = "super+shift+42";
+constexpr const char *pressEscape = "Escape";
+
+/// Grabbed keys above a terminal that has the keyboard.
+class HotKeysTest : public OnScreen {
+protected:
+    HotKeysTest() : OnScreen(WindowManager::openbox) {}
+
+    void startAll() override {
+        ASSERT_NO_FATAL_FAILURE(startTerminal());
+        qputenv("DISPLAY", display->environment().value("DISPLAY").toUtf8());
+        application = std::make_unique<QCoreApplication>(argumentCount, arguments);
+        x11 = X11Connection::open();
+        ASSERT_TRUE(x11);
+        hotKeys = std::make_unique<X11HotKeys>(*x11);
+        QObject::connect(hotKeys.get(), &HotKeys::pressed,
+                         [this](std::uint32_t id) { presses.append(id); });
+    }
+
+    void TearDown() override {
+        hotKeys.reset();
+        x11.reset();
+        application.reset();
+    }
+
+    /// Whether a press comes in, once, and doesn't reach the terminal.
+    testing::AssertionResult works(const char *key, std::uint32_t id) {
+        presses.clear();
+        const QByteArray before = received();
+        display->press(key);
+        // What is typed behind it is there once that has been.
+        display->press("x");
+        if (!becomesTrue([&] { return received().size() > before.size(); })) {
+            return testing::AssertionFailure() << "the terminal has no keyboard";
+        }
+        return received() == before + typedX &&
+                       becomesTrue([this] { return !presses.isEmpty(); }) && presses == QList{id}
+                   ? testing::AssertionSuccess()
+                   : testing::AssertionFailure()
+                         << presses.size() << " presses; typed: " << received().toHex().data();
+    }
+
+    char name[6] = "tests";
+    char *arguments[2] = {name, nullptr};
+    int argumentCount = 1;
+    std::unique_ptr<QCoreApplication> application;
+    std::unique_ptr<X11Connection> x11;
+    std::unique_ptr<X11HotKeys> hotKeys;
+    QList<std::uint32_t> presses;
+    QByteArray typedX = "x";
+};
+
+TEST_F(HotKeysTest, WorkWhateverTheLocksAndTheLayout) {
+    const std::uint32_t panel = hotKeys->registerKey(panelKey, {});
+    EXPECT_EQ(hotKeys->state(panel), State::works);
+    EXPECT_TRUE(works(pressPanelKey, panel));
+    display->press("Num_Lock");
+    EXPECT_TRUE(works(pressPanelKey, panel));
+    display->press("Caps_Lock");
+    typedX = "X";
+    EXPECT_TRUE(works(pressPanelKey, panel));
+    display->press("Num_Lock");
+    EXPECT_TRUE(works(pressPanelKey, panel));
+    display->press("Caps_Lock");
+    typedX = "x";
+    ASSERT_TRUE(display->run({"setxkbmap", "ru"}));
+    EXPECT_TRUE(works(pressPanelKey, panel));
+}
+
+TEST_F(HotKeysTest, FollowTheirModifiersWhenTheKeyboardChanges) {
+    const std::uint32_t panel = hotKeys->registerKey(panelKey, {});
+    ASSERT_TRUE(display->run({"xmodmap", "-e", "clear mod4"}));
+    EXPECT_TRUE(becomesTrue([&] { return hotKeys->state(panel) == State::unavailable; }));
+    ASSERT_TRUE(display->run({"xmodmap", "-e", "clear mod3", "-e", "add mod3 = Super_L"}));
+    EXPECT_TRUE(becomesTrue([&] { return hotKeys->state(panel) == State::works; }));
+    EXPECT_TRUE(works(pressPanelKey, panel));
+}
+
+TEST_F(HotKeysTest, ReachTheProgramInFrontAgainOnceTheyAreGivenBack) {
+    const std::uint32_t held = hotKeys->registerKey(escape, {});
+    EXPECT_TRUE(works(pressEscape, held));
+    hotKeys->unregisterKey(held);
+    display->press("Num_Lock");
+    display->press(pressEscape);
+    EXPECT_TRUE(becomesTrue([this] { return received().endsWith("\x1b"); }));
+    EXPECT_EQ(presses.size(), 1);
+}
+
+TEST_F(HotKeysTest, AreLeftToTheProgramThatHasThem) {
+    const auto other = X11Connection::open();
+    auto others = std::make_unique<X11HotKeys>(*other);
+    others->registerKey(panelKey, {});
+    const std::uint32_t panel = hotKeys->registerKey(panelKey, {});
+    EXPECT_EQ(hotKeys->state(panel), State::taken);
+    hotKeys->retry();
+    EXPECT_EQ(hotKeys->state(panel), State::taken);
+    others.reset();
+    QList<std::uint32_t> changes;
+    QObject::connect(hotKeys.get(), &HotKeys::stateChanged,
+                     [&](std::uint32_t id) { changes.append(id); });
+    EXPECT_TRUE(becomesTrue([&] {
+        hotKeys->retry();
+        return hotKeys->state(panel) == State::works;
+    }));
+    EXPECT_EQ(changes, QList{panel});
+    EXPECT_TRUE(works(pressPanelKey, panel));
+}
+
+} // namespace
+} // namespace morvane

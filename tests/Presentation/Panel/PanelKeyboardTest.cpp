@@ -1,0 +1,218 @@
+#include "Presentation/Overlay/InlineNameField.h"
+#include "Presentation/Panel/CompletedRow.h"
+#include "Presentation/Panel/DecideButton.h"
+#include "Presentation/Panel/ExpandedView.h"
+#include "Presentation/Panel/InputView.h"
+#include "Presentation/Panel/OptionButton.h"
+#include "Presentation/Panel/PencilButton.h"
+#include "Presentation/Panel/SessionRow.h"
+#include "Presentation/PanelFixture.h"
+
+#include <QApplication>
+#include <QTest>
+#include <QWindow>
+
+namespace morvane {
+namespace {
+
+/// A panel whose window has the keyboard.
+class PanelKeyboardTest : public PanelFixture {
+protected:
+    PanelKeyboardTest() {
+        motion.setReduced(true);
+        view.show();
+        view.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&view));
+    }
+
+    PanelContext withActions() {
+        PanelContext result = context;
+        result.actions.onSelect = [this](const Session &session) { done = "go " + session.id; };
+        result.actions.onReopen = [this](const CompletedRecord &record) {
+            done = "reopen " + record.cwd;
+        };
+        result.actions.onRenameCommit = [this](const QString &cwd, const QString &name) {
+            done = "rename " + cwd + " " + name;
+        };
+        return result;
+    }
+
+    void refresh() {
+        view.refresh();
+        view.resize(view.sizeHint());
+    }
+    /// A turn that has finished, so that there is a record.
+    void finish(const QString &folder) {
+        apply(EventBuilder(Event::turnEnd).in(folder).with(&HookEvent::cwd, folder));
+    }
+
+    void press(const QList<Qt::Key> &keys) {
+        for (const Qt::Key key : keys) {
+            QTest::keyClick(view.windowHandle(), key);
+        }
+    }
+
+    /// What the keys act on.
+    static QString focus() {
+        const QWidget *widget = QApplication::focusWidget();
+        if (const auto *row = qobject_cast<const SessionRow *>(widget)) {
+            return "row " + row->session().id;
+        }
+        if (const auto *row = qobject_cast<const CompletedRow *>(widget)) {
+            return "record " + row->record().cwd;
+        }
+        if (qobject_cast<const InputView *>(widget) != nullptr) {
+            return "input";
+        }
+        return widget != nullptr ? widget->accessibleName() : "nothing";
+    }
+
+    bool isInSight(const QWidget &widget) const {
+        return QRegion(widget.rect()).subtracted(widget.visibleRegion()).isEmpty();
+    }
+
+    QString done;
+    ExpandedView view{withActions(), nullptr};
+};
+
+TEST_F(PanelKeyboardTest, BeginsAtTheSessionThatWaitsAndGoesThroughAllThatCanBePressed) {
+    apply(EventBuilder(Event::promptSubmit).in("a").with(&HookEvent::cwd, "/a"));
+    scheduler.advance(Seconds(1));
+    apply(EventBuilder::parked("d").in("b").with(&HookEvent::cwd, "/b"));
+    scheduler.advance(Seconds(1));
+    apply(EventBuilder::parked("e").in("c").with(&HookEvent::cwd, "/c"));
+    refresh();
+    view.takeFocus();
+    EXPECT_EQ(focus(), "row " + store.sessionAwaitingDecision()->id);
+    const QString first = store.sessionAwaitingDecision()->id;
+    // What can't be pressed yet is no stop.
+    press({Qt::Key_Tab, Qt::Key_Tab});
+    EXPECT_NE(focus(), "Deny Bash in " + first);
+    scheduler.advance(Seconds(0.8));
+    view.takeFocus();
+    press({Qt::Key_Tab});
+    EXPECT_EQ(focus(), "Rename " + first);
+    press({Qt::Key_Tab});
+    EXPECT_EQ(focus(), "Deny Bash in " + first);
+    press({Qt::Key_Right});
+    EXPECT_EQ(focus(), "Allow Bash in " + first);
+    press({Qt::Key_Right, Qt::Key_Right});
+    EXPECT_EQ(focus(), "Always allow Bash in " + first);
+    press({Qt::Key_Down});
+    EXPECT_EQ(focus(), first == "b" ? "row c" : "row b");
+    press({Qt::Key_Up});
+    EXPECT_EQ(focus(), "Deny Bash in " + first);
+    press({Qt::Key_Up, Qt::Key_Up, Qt::Key_Left});
+    EXPECT_EQ(focus(), "row " + first);
+    press({Qt::Key_Return});
+    EXPECT_EQ(done, "go " + first);
+}
+
+TEST_F(PanelKeyboardTest, AnswersOnlyWhatHasBeenReadAndStaysInTheRow) {
+    QStringList sent;
+    store.resolveDecision = [&](const QString &id, const AgentDecision &decision) {
+        sent.append(id + (decision == AgentDecision::allow() ? " allow" : " other"));
+    };
+    apply(EventBuilder::parked("d").with(&HookEvent::cwd, "/a"));
+    refresh();
+    scheduler.advance(Seconds(0.8));
+    view.takeFocus();
+    press({Qt::Key_Down, Qt::Key_Right});
+    ASSERT_EQ(focus(), "Allow Bash in a");
+    // Another call in its place takes the button from under the finger.
+    apply(EventBuilder::parked("e").with(&HookEvent::cwd, "/a").given(R"({"command":"rm"})"));
+    refresh();
+    EXPECT_EQ(focus(), "row s");
+    EXPECT_EQ(sent, QStringList{"d other"});
+    scheduler.advance(Seconds(0.8));
+    press({Qt::Key_Down, Qt::Key_Right, Qt::Key_Return});
+    EXPECT_EQ(sent, (QStringList{"d other", "e allow"}));
+    refresh();
+    EXPECT_EQ(focus(), "row s");
+
+    apply(EventBuilder::parked("f").with(&HookEvent::cwd, "/a").asking({"Which?"}));
+    refresh();
+    scheduler.advance(Seconds(0.8));
+    press({Qt::Key_Down});
+    EXPECT_EQ(focus(), "Yes in a");
+    press({Qt::Key_Down, Qt::Key_Space});
+    EXPECT_EQ(sent.size(), 3);
+}
+
+TEST_F(PanelKeyboardTest, ReadsTheWholeOfACall) {
+    QByteArray lines;
+    for (int line = 0; line < 60; ++line) {
+        lines += QByteArray::number(line) + "\\n";
+    }
+    apply(EventBuilder::parked("d")
+              .with(&HookEvent::toolDetail, "0 1 2")
+              .given(R"({"command":")" + lines.toStdString() + R"("})"));
+    refresh();
+    view.takeFocus();
+    press({Qt::Key_Down});
+    ASSERT_TRUE(focus().startsWith("+ "));
+    press({Qt::Key_Return});
+    refresh();
+    ASSERT_EQ(focus(), "input");
+    // Down to its end, and on from there.
+    press({Qt::Key_PageDown});
+    EXPECT_EQ(focus(), "input");
+    press({Qt::Key_End});
+    scheduler.advance(Seconds(0.8));
+    press({Qt::Key_Down});
+    EXPECT_TRUE(focus().startsWith("Deny")) << focus().toStdString();
+    press({Qt::Key_Up});
+    EXPECT_EQ(focus(), "input");
+    press({Qt::Key_Up});
+    EXPECT_EQ(focus(), "input");
+    press({Qt::Key_Home, Qt::Key_Up});
+    EXPECT_EQ(focus(), "row s");
+}
+
+TEST_F(PanelKeyboardTest, RenamesAndGoesOnFromThere) {
+    apply(EventBuilder(Event::promptSubmit).with(&HookEvent::cwd, "/shop"));
+    refresh();
+    view.takeFocus();
+    press({Qt::Key_Right, Qt::Key_Return});
+    settle();
+    ASSERT_NE(qobject_cast<InlineNameField *>(QApplication::focusWidget()), nullptr);
+    press({Qt::Key_X, Qt::Key_Return});
+    EXPECT_EQ(done, "rename /shop x");
+    refresh();
+    EXPECT_EQ(focus(), "Rename shop");
+    press({Qt::Key_Left});
+    EXPECT_EQ(focus(), "row s");
+}
+
+TEST_F(PanelKeyboardTest, BringsWhatItMovesToIntoSight) {
+    for (int index = 0; index < 30; ++index) {
+        apply(EventBuilder(Event::promptSubmit).in(QString::number(index)));
+    }
+    view.setContentHeightBudget(300);
+    refresh();
+    view.takeFocus();
+    for (int step = 0; step < 29; ++step) {
+        press({Qt::Key_Down});
+        EXPECT_TRUE(isInSight(*QApplication::focusWidget()));
+    }
+    const QString last = focus();
+    press({Qt::Key_Down});
+    EXPECT_EQ(focus(), last);
+    // The row goes away under the keys, which stay where they are.
+    apply(Event::sessionEnd, last.mid(4));
+    refresh();
+    EXPECT_TRUE(focus().startsWith("row ")) << focus().toStdString();
+    EXPECT_TRUE(isInSight(*QApplication::focusWidget()));
+}
+
+TEST_F(PanelKeyboardTest, OpensWhatHasFinished) {
+    finish("/over");
+    refresh();
+    view.takeFocus();
+    EXPECT_EQ(focus(), "record /over");
+    press({Qt::Key_Return});
+    EXPECT_EQ(done, "reopen /over");
+}
+
+} // namespace
+} // namespace morvane

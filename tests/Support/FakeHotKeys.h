@@ -1,0 +1,61 @@
+#pragma once
+
+#include "Platform/HotKeys.h"
+
+#include <QList>
+
+#include <algorithm>
+#include <map>
+
+namespace morvane {
+
+/// A keyboard on which the test presses, and some keys of which may be somebody else's.
+class FakeHotKeys : public HotKeys {
+public:
+    std::uint32_t registerKey(const HotKey &key, const QString &) override {
+        m_keys[++m_lastID] = key;
+        return m_lastID;
+    }
+    void unregisterKey(std::uint32_t id) override { m_keys.erase(id); }
+    State state(std::uint32_t id) const override {
+        const auto known = m_keys.find(id);
+        const bool isTaken = known != m_keys.end() && m_taken.contains(known->second.symbol);
+        return isTaken ? State::taken : State::works;
+    }
+    void retry() override { ++retries; }
+
+    /// What is held, by what stands on the keys, in the order of the registrations.
+    QString held() const {
+        QString result;
+        for (const auto &[id, key] : m_keys) {
+            result += key.symbol;
+        }
+        return result;
+    }
+
+    void press(const QString &symbol) {
+        const auto held = m_keys;
+        for (const auto &[id, key] : held) {
+            if (key.symbol == symbol) {
+                emit pressed(id);
+            }
+        }
+    }
+
+    void setTaken(const QStringList &symbols) {
+        m_taken = symbols;
+        const auto held = m_keys;
+        for (const auto &[id, key] : held) {
+            emit stateChanged(id);
+        }
+    }
+
+    int retries = 0;
+
+private:
+    std::map<std::uint32_t, HotKey> m_keys;
+    std::uint32_t m_lastID = 0;
+    QStringList m_taken;
+};
+
+} // namespace morvane
