@@ -41,6 +41,9 @@ protected:
     /// The strip that offers a reply; made at the end of the column when it is first called for.
     ReplyStrip &replyStrip(QBoxLayout &column);
 
+    /// The strip is on its way out; the next one is a new one.
+    void forgetReplyStrip() { m_reply = nullptr; }
+
     bool hitButton(const QPoint &position) const override;
     void paintEvent(QPaintEvent *event) override;
 

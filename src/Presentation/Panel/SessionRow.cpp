@@ -129,7 +129,9 @@ void SessionRow::retire(QWidget &strip) {
     m_approval = m_approval == &strip ? nullptr : m_approval;
     m_question = m_question == &strip ? nullptr : m_question;
     m_external = m_external == &strip ? nullptr : m_external;
-    m_reply = m_reply == &strip ? nullptr : m_reply;
+    if (qobject_cast<ReplyStrip *>(&strip) != nullptr) {
+        forgetReplyStrip();
+    }
 }
 
 QWidget *SessionRow::stripFor(bool showsShortcuts) {
