@@ -1,5 +1,7 @@
 #include "Core/Ground/ToolPaths.h"
 
+#include "Core/Ground/RegularFile.h"
+
 #include <QDir>
 #include <QFileInfo>
 
@@ -9,6 +11,17 @@ namespace {
 
 /// The places that only one tool is found at.
 QStringList ownCandidates(const QString &tool) {
+    if (tool == u"wezterm") {
+        return {QStringLiteral("/Applications/WezTerm.app/Contents/MacOS/wezterm")};
+    }
+    if (tool == u"kitty") {
+        return {QStringLiteral("/Applications/kitty.app/Contents/MacOS/kitty"),
+                QDir::homePath() + QStringLiteral("/.local/kitty.app/bin/kitty")};
+    }
+    if (tool == u"orca") {
+        return {QDir::homePath() + QStringLiteral("/.local/bin/orca"),
+                QStringLiteral("/Applications/Orca.app/Contents/Resources/bin/orca")};
+    }
     if (tool == u"codex") {
         return {QDir::homePath() + QStringLiteral("/.local/bin/codex"),
                 QDir::homePath() + QStringLiteral("/.codex/packages/standalone/current/bin/codex"),
@@ -16,6 +29,26 @@ QStringList ownCandidates(const QString &tool) {
                 QStringLiteral("/Applications/Codex.app/Contents/Resources/codex")};
     }
     return {};
+}
+
+/// Where whole systems of packages put what they install.
+QStringList packaged(const QString &tool) {
+    // Flatpak calls what it exports by the application's id.
+    const QString exported = QStringLiteral("flatpak/exports/bin/") +
+                             (tool == u"wezterm" ? QStringLiteral("org.wezfurlong.wezterm") : tool);
+    return {QDir::homePath() + QStringLiteral("/.cargo/bin/") + tool,
+            QStringLiteral("/snap/bin/") + tool, QStringLiteral("/var/lib/") + exported,
+            QDir::homePath() + QStringLiteral("/.local/share/") + exported};
+}
+
+/// GNOME's screen reader has the name of another program's tool, and would begin to speak.
+bool isScreenReader(const QString &path) {
+    constexpr qsizetype firstLine = 128;
+    return path.endsWith(u"/orca") && RegularFile::head(path, firstLine)
+                                          .value_or(QByteArray())
+                                          .split('\n')
+                                          .first()
+                                          .contains("python");
 }
 
 } // namespace
@@ -26,6 +59,7 @@ QStringList candidates(const QString &tool) {
                        QStringLiteral("/usr/bin/") + tool};
     result += ownCandidates(tool);
     result += inHome(tool);
+    result += packaged(tool);
     result.removeDuplicates();
     return result;
 }
@@ -34,7 +68,7 @@ std::optional<QString> find(const QString &tool) {
     const QStringList places = candidates(tool);
     for (const QString &place : places) {
         const QFileInfo file(place);
-        if (file.isFile() && file.isExecutable()) {
+        if (file.isFile() && file.isExecutable() && !isScreenReader(place)) {
             return place;
         }
     }

@@ -1,60 +1,13 @@
 #include "Core/Navigation/PaneFocus.h"
 
-#include "Core/Ground/RegularFile.h"
+#include "Core/Ground/ToolPaths.h"
 #include "Platform/Processes.h"
-
-#include <QDir>
-#include <QFileInfo>
-#include <QRegularExpression>
-
-#include <algorithm>
 
 namespace morvane::PaneFocus {
 
 namespace {
 
 const QString tmux = QStringLiteral("tmux");
-
-/// The places that only one tool is found at.
-QStringList ownCandidates(const QString &tool, const QString &home) {
-    if (tool == u"wezterm") {
-        return {QStringLiteral("/Applications/WezTerm.app/Contents/MacOS/wezterm")};
-    }
-    if (tool == u"kitty") {
-        return {QStringLiteral("/Applications/kitty.app/Contents/MacOS/kitty"),
-                home + QStringLiteral("/.local/kitty.app/bin/kitty")};
-    }
-    if (tool == u"orca") {
-        return {home + QStringLiteral("/.local/bin/orca"),
-                QStringLiteral("/Applications/Orca.app/Contents/Resources/bin/orca")};
-    }
-    if (tool == u"codex") {
-        return {home + QStringLiteral("/.local/bin/codex"),
-                home + QStringLiteral("/.codex/packages/standalone/current/bin/codex"),
-                QStringLiteral("/Applications/ChatGPT.app/Contents/Resources/codex"),
-                QStringLiteral("/Applications/Codex.app/Contents/Resources/codex")};
-    }
-    return {};
-}
-
-/// Flatpak calls what it exports by the application's id.
-QString exportedName(const QString &tool) {
-    return tool == u"wezterm" ? QStringLiteral("org.wezfurlong.wezterm") : tool;
-}
-
-/// GNOME's screen reader has the name of another program's tool, and would begin to speak.
-bool isScreenReader(const QString &path) {
-    return path.endsWith(u"/orca") && RegularFile::head(path, 128)
-                                          .value_or(QByteArray())
-                                          .split('\n')
-                                          .first()
-                                          .contains("python");
-}
-
-bool canBeRun(const QString &path) {
-    const QFileInfo file(path);
-    return file.isFile() && file.isExecutable() && !isScreenReader(path);
-}
 
 /// A tmux server of its own process, which its clients' environment names after the socket.
 std::int64_t serverProcess(const PaneLocator &pane) {
@@ -73,29 +26,10 @@ QProcessEnvironment environmentFor(const QString &tool, const PaneLocator &pane)
 
 } // namespace
 
-QStringList toolCandidates(const QString &tool, const QString &home) {
-    QStringList result{QStringLiteral("/opt/homebrew/bin/") + tool,
-                       QStringLiteral("/usr/local/bin/") + tool,
-                       QStringLiteral("/usr/bin/") + tool};
-    result += ownCandidates(tool, home);
-    result += {home + QStringLiteral("/.local/bin/") + tool,
-               home + QStringLiteral("/.cargo/bin/") + tool, QStringLiteral("/snap/bin/") + tool,
-               QStringLiteral("/var/lib/flatpak/exports/bin/") + exportedName(tool),
-               home + QStringLiteral("/.local/share/flatpak/exports/bin/") + exportedName(tool)};
-    result.removeDuplicates();
-    return result;
-}
-
-std::optional<QUrl> toolURL(const QString &tool) {
-    const QStringList candidates = toolCandidates(tool, QDir::homePath());
-    const auto found = std::ranges::find_if(candidates, &canBeRun);
-    return found != candidates.end() ? std::optional(QUrl::fromLocalFile(*found)) : std::nullopt;
-}
-
 void run(const QString &tool, const QStringList &arguments, const PaneLocator &pane, Tools &tools,
          const Tools::Finished &finished) {
-    if (const auto url = toolURL(tool)) {
-        tools.run({url->toLocalFile(), arguments, environmentFor(tool, pane)}, finished);
+    if (const auto program = ToolPaths::find(tool)) {
+        tools.run({*program, arguments, environmentFor(tool, pane)}, finished);
     } else {
         finished(std::nullopt);
     }
@@ -117,7 +51,7 @@ QStringList tmuxArguments(const PaneLocator &pane, const QStringList &command) {
 }
 
 bool hasTmuxPane(const PaneLocator &pane, const Processes &processes) {
-    if (!pane.tmux || !toolURL(tmux)) {
+    if (!pane.tmux || !ToolPaths::find(tmux)) {
         return false;
     }
     const auto socket = pane.tmuxSocket();

@@ -5,7 +5,6 @@
 
 #include <QString>
 #include <QStringList>
-#include <QUrl>
 
 #include <functional>
 #include <optional>
@@ -17,12 +16,6 @@ class Processes;
 /// Selects a session's pane by the command line of the program that has it. Best effort: what
 /// isn't installed, hangs or fails is passed over. Stateless; main thread, which never waits.
 namespace morvane::PaneFocus {
-
-/// Where a tool may be, in the order in which it is looked for.
-QStringList toolCandidates(const QString &tool, const QString &home);
-
-/// The first of the candidates that can be run. `PATH` has no say in it.
-std::optional<QUrl> toolURL(const QString &tool);
 
 /// Runs a tool, with what `pane` knows of the way to its program. `finished` hears of one that
 /// isn't installed before this returns.

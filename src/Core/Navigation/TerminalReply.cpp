@@ -110,15 +110,13 @@ end tell)")
 void TerminalReply::send(const QString &text, const Session &session, const Told &told) {
     const QString typed = typable(text);
     const auto &pane = session.pane;
-    if (typed.isEmpty()) {
-        told(false);
-    } else if (PaneFocus::hasTmuxPane(pane, m_processes)) {
+    const auto uuid = HostApp::itermUUID(session.itermSessionID);
+    if (!typed.isEmpty() && PaneFocus::hasTmuxPane(pane, m_processes)) {
         m_replies.push_back({pane, typing(typed, *pane.tmux), told});
         if (m_replies.size() == 1) {
             runNext();
         }
-    } else if (const auto uuid = HostApp::itermUUID(session.itermSessionID);
-               uuid && !pane.tmux &&
+    } else if (!typed.isEmpty() && !pane.tmux && uuid &&
                HostApp::bundleID(session.hostBundleID, session.termProgram) == HostApp::iterm2) {
         sendViaITerm(typed, *uuid, told);
     } else {

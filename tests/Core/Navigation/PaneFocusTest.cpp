@@ -1,5 +1,6 @@
 #include "Core/Navigation/PaneFocus.h"
 
+#include "Core/Ground/ToolPaths.h"
 #include "Support/FakeProcesses.h"
 #include "Support/FakeTools.h"
 #include "Support/Printing.h"
@@ -29,24 +30,21 @@ protected:
 };
 
 TEST_F(PaneFocusTest, LooksForToolsAtTheirPlacesInOrder) {
-    EXPECT_EQ(
-        PaneFocus::toolCandidates("codex", "/h"),
-        QStringList({"/opt/homebrew/bin/codex", "/usr/local/bin/codex", "/usr/bin/codex",
-                     "/h/.local/bin/codex", "/h/.codex/packages/standalone/current/bin/codex",
-                     "/Applications/ChatGPT.app/Contents/Resources/codex",
-                     "/Applications/Codex.app/Contents/Resources/codex", "/h/.cargo/bin/codex",
-                     "/snap/bin/codex", "/var/lib/flatpak/exports/bin/codex",
-                     "/h/.local/share/flatpak/exports/bin/codex"}));
-    const QStringList wezterm = PaneFocus::toolCandidates("wezterm", "/h");
-    EXPECT_EQ(wezterm[3], "/Applications/WezTerm.app/Contents/MacOS/wezterm");
-    EXPECT_EQ(wezterm.last(), "/h/.local/share/flatpak/exports/bin/org.wezfurlong.wezterm");
+    const QStringList kitty = ToolPaths::candidates("kitty");
+    EXPECT_EQ(kitty.first(5),
+              QStringList({"/opt/homebrew/bin/kitty", "/usr/local/bin/kitty", "/usr/bin/kitty",
+                           "/Applications/kitty.app/Contents/MacOS/kitty",
+                           home.path(".local/kitty.app/bin/kitty")}));
+    EXPECT_TRUE(kitty.contains("/snap/bin/kitty"));
+    EXPECT_EQ(ToolPaths::candidates("wezterm").last(),
+              home.path(".local/share/flatpak/exports/bin/org.wezfurlong.wezterm"));
 
-    EXPECT_FALSE(PaneFocus::toolURL("a-tool"));
+    EXPECT_FALSE(ToolPaths::find("a-tool"));
     home.write(".local/bin/a-tool");
     install(".cargo/bin/a-tool");
-    EXPECT_EQ(PaneFocus::toolURL("a-tool"), QUrl::fromLocalFile(home.path(".cargo/bin/a-tool")));
+    EXPECT_EQ(ToolPaths::find("a-tool"), home.path(".cargo/bin/a-tool"));
     install(".local/bin/orca", "#!/usr/bin/python3\n");
-    EXPECT_NE(PaneFocus::toolURL("orca"), QUrl::fromLocalFile(home.path(".local/bin/orca")));
+    EXPECT_NE(ToolPaths::find("orca"), home.path(".local/bin/orca"));
 }
 
 TEST_F(PaneFocusTest, TellsOneTerminalToSelectItsPane) {
