@@ -13,7 +13,7 @@ namespace morvane {
 namespace {
 
 /// Of an environment, which may be as long as a command line.
-constexpr qint64 longestFile = 256 * 1024;
+constexpr qint64 longestFile = 262144;
 constexpr qsizetype maxAncestors = 64;
 
 struct Status {

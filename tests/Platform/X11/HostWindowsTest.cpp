@@ -27,7 +27,7 @@ protected:
         windows = std::make_unique<DesktopHostWindows>(
             std::make_unique<X11WindowSystem>(*x11, *scheduler),
             QDBusConnection(QStringLiteral("none")), pool, *scheduler);
-        for (const char *title : {"shop", "shop – api"}) {
+        for (const char *title : {"shop", "shop-api"}) {
             terminals.push_back(
                 start({"xterm", "-title", title, "-e", "sh", "-c",
                        "tty >\"$0\".new; mv \"$0\".new \"$0\"; sleep 600", home.path(title)}));
@@ -84,7 +84,7 @@ TEST_P(HostWindowsTest, TheWindowThatIsMeantComesForwardFromWhereverItIs) {
     EXPECT_EQ(find("io.alacritty"), std::nullopt);
     const bool isFirst = host->windows[0].title == "shop";
     const HostWindow shop = host->windows[isFirst ? 0 : 1];
-    EXPECT_EQ(host->windows[isFirst ? 1 : 0].title, "shop – api");
+    EXPECT_EQ(host->windows[isFirst ? 1 : 0].title, "shop-api");
 
     windows->raise(shop);
     windows->activate(*host);
@@ -104,7 +104,7 @@ TEST_P(HostWindowsTest, TheWindowThatIsMeantComesForwardFromWhereverItIs) {
 }
 
 TEST_P(HostWindowsTest, TheTerminalWithTheShellComesForward) {
-    for (const char *title : {"shop", "shop – api", "shop"}) {
+    for (const char *title : {"shop", "shop-api", "shop"}) {
         display->goToDesktop(1);
         EXPECT_TRUE(show(QString::fromUtf8(home.read(title).trimmed())));
         EXPECT_TRUE(isInFront(title));

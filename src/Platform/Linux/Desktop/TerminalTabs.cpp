@@ -34,7 +34,7 @@ QStringList childrenIn(const QString &introspection) {
 
 /// What the shell was told it may have inherited from a terminal further out, in which another was
 /// started: so each answer is held against the processes.
-void TerminalTabs::select(const TerminalProcesses &processes, Selected selected) {
+void TerminalTabs::select(const TerminalProcesses &processes, const Selected &selected) {
     if (processes.ancestors.isEmpty()) {
         selected({});
     } else if (!processes.variable("KONSOLE_DBUS_SERVICE").isEmpty()) {

@@ -27,11 +27,12 @@ public:
         bool isShown = false; ///< the terminal has asked for the window to be shown
     };
 
+    using Selected = std::function<void(const Outcome &)>;
+
     /// The answer may come before the call returns.
-    void select(const TerminalProcesses &processes, std::function<void(const Outcome &)> selected);
+    void select(const TerminalProcesses &processes, const Selected &selected);
 
 private:
-    using Selected = std::function<void(const Outcome &)>;
     using Answered = std::function<void(const QVariantList &)>;
     struct Place {
         QString service;
