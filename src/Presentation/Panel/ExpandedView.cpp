@@ -70,8 +70,11 @@ void ExpandedView::refresh() {
     m_viewport->rows().setEntries(next, movement(attentionChanges, next));
     m_footer->refresh();
     m_footerHeight = m_footer->sizeHint().height();
-    if (width() == m_width) {
+    // A new size comes in a moment, and until then what is in sight stays there.
+    if (size() == sizeHint()) {
         place();
+    }
+    if (width() == m_width) {
         m_viewport->refresh();
     }
     scheduleAges();
