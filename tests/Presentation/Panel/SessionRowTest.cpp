@@ -221,7 +221,7 @@ TEST_F(SessionRowTest, KeepsNothingForAScreenReaderOfWhatHasBeenAnswered) {
     apply(EventBuilder::parked("d"));
     show();
     EXPECT_NE(row.findChild<InputView *>(), nullptr);
-    apply(Event::toolUse);
+    store.decide("s", AgentDecision::allow());
     show();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_EQ(row.findChild<InputView *>(), nullptr);
