@@ -6,6 +6,7 @@
 #include <xcb/xcb.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 #include <vector>
 
@@ -93,7 +94,7 @@ X11HotKeys::Masks X11HotKeys::readMasks() const {
             continue;
         }
         const std::uint32_t bit = 1U << (position / codesOfAModifier);
-        const xcb_keysym_t *key = all + (code - first) * symbolsOfAKey;
+        const xcb_keysym_t *key = all + std::ptrdiff_t(code - first) * symbolsOfAKey;
         const auto has = [&](xcb_keysym_t symbol) {
             return std::find(key, key + symbolsOfAKey, symbol) != key + symbolsOfAKey;
         };
