@@ -149,6 +149,7 @@ TEST_F(AppControllerTest, ReleasesWhoeverWaitsWhenApprovalsEnd) {
 TEST_F(AppControllerTest, ShowsWhatRanBeforeItStarted) {
     const QByteArray model = R"({"type":"assistant","cwd":"/p","message":{"model":"claude-a"}})";
     home.write(".claude/projects/p/s.jsonl", model);
+    static_cast<FakeProcesses &>(*platform.processes).folders["claude"] = QStringList{"/p"};
     controller.start();
     // The start doesn't wait for the disk.
     EXPECT_EQ(background.waiting(), 1u);

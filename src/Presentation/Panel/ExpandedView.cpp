@@ -70,12 +70,13 @@ void ExpandedView::refresh() {
     m_viewport->rows().setEntries(next, movement(attentionChanges, next));
     m_footer->refresh();
     m_footerHeight = m_footer->sizeHint().height();
-    // A new size comes in a moment, and until then what is in sight stays there.
-    if (size() == sizeHint()) {
-        place();
-    }
     if (width() == m_width) {
         m_viewport->refresh();
+    }
+    // A new size comes in a moment, and until then what is in sight stays there. Asked after the
+    // list has kept its place, for it lays the list out.
+    if (size() == sizeHint()) {
+        place();
     }
     scheduleAges();
 }
@@ -170,13 +171,13 @@ void ExpandedView::appendRecords(Entries &list, const QString &title, const QCol
         if (showsDigits()) {
             details.badge = static_cast<int>(jumpable.indexOf(record));
         }
+        details.session = m_context.store.finishedSession(record);
         const auto fill = [this, record, details](QWidget *present) -> QWidget * {
             auto *row = present != nullptr ? static_cast<CompletedRow *>(present)
                                            : new CompletedRow(m_context, &m_viewport->rows());
             row->setRecord(record, details);
             return row;
         };
-        details.session = m_context.store.finishedSession(record);
         // Apart from the sessions, since a record may bear the id of one.
         list.append({QStringLiteral("record:") + record.id, fill});
     }
