@@ -95,7 +95,7 @@ TEST_P(HostWindowsTest, TheWindowThatIsMeantComesForwardFromWhereverItIs) {
     windows->activate(*host);
     EXPECT_TRUE(isInFront("shop"));
     if (QLatin1String(manager.name) != QLatin1String("i3")) { // which has no minimised windows
-        display->run({"xdotool", "getactivewindow", "windowminimize"});
+        display->run({"xdotool", "windowminimize", shop.id});
         ASSERT_TRUE(becomesTrue([this] { return display->focusedTitle() != "shop"; }));
         windows->raise(shop);
         windows->activate(*host);
