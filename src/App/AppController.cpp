@@ -235,6 +235,11 @@ void AppController::setLaunchAtLogin(bool enabled) {
     m_connections.refreshStatus();
 }
 
+void AppController::setUsageEnabled(bool enabled) {
+    m_settings.setUsageEnabled(enabled);
+    m_usage.setEnabled(enabled);
+}
+
 void AppController::select(const Session &session) {
     m_store.acknowledge(session.id);
     if (const auto destination = JumpService::Destination::of(session); destination.isPlace()) {

@@ -66,6 +66,9 @@ public:
 
     void setLaunchAtLogin(bool enabled);
 
+    /// Turned off, nobody is asked for limits any more, and what was read is forgotten.
+    void setUsageEnabled(bool enabled);
+
     /// The person allows another try at the secret store, and wants the limits now.
     void retryKeychainAccess() { m_usage.retryKeychainAccess(); }
 

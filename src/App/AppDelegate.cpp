@@ -77,12 +77,15 @@ WindowContext AppDelegate::windowContext() {
     return {
         m_settings,
         controller.connections(),
+        controller.usage(),
         *m_platform.scheduler,
         *m_platform.motion,
         {
             .serverStatus = [&controller] { return controller.serverStatus(); },
             .setApprovalsEnabled =
                 [&controller](bool enabled) { controller.setApprovalsEnabled(enabled); },
+            .setUsageEnabled = [&controller](bool enabled) { controller.setUsageEnabled(enabled); },
+            .retryKeychainAccess = [&controller] { controller.retryKeychainAccess(); },
             .launchAtLogin = [&controller] { return controller.launchAtLogin(); },
             .setLaunchAtLogin =
                 [&controller](bool enabled) { controller.setLaunchAtLogin(enabled); },

@@ -124,6 +124,12 @@ TEST_F(WindowsTest, ChangesSettingsAndFollowsThem) {
     toggle("Launch at login")->click();
     EXPECT_TRUE(platform.loginItem->isEnabled());
 
+    // Nobody is asked any more, and nothing stands there of what was.
+    EXPECT_TRUE(reads("85% · 90% · 95%"));
+    toggle("Show Claude Code and Codex usage limits")->click();
+    EXPECT_FALSE(settings.usageEnabled());
+    EXPECT_FALSE(reads("85% · 90% · 95%"));
+
     // A wheel that turns over a choice scrolls the form.
     const auto pickers = window->findChildren<Picker *>();
     ASSERT_FALSE(pickers.isEmpty());

@@ -101,9 +101,9 @@ TEST_F(TrayTest, ComesBackWithATrayAndKeepsItsMenuTrueWhileThatIsOpen) {
     tray.reset();
     ASSERT_NO_FATAL_FAILURE(openTray());
     openMenu();
-    EXPECT_EQ(menu().mid(1),
-              (QStringList{"Open Morvane <Super+Shift+G>", "Settings… <Control+,>", "Connected agents — 1",
-                           "  [x] Claude Code", "Quit Morvane <Control+Q>"}));
+    EXPECT_EQ(menu().mid(1), (QStringList{"Open Morvane <Super+Shift+G>", "Settings… <Control+,>",
+                                          "Connected agents — 1", "  [x] Claude Code",
+                                          "Quit Morvane <Control+Q>"}));
 
     // Only a slot can be told of a signal; this one is called when the menu is not as it was.
     QTimer change;

@@ -2,6 +2,7 @@
 
 #include "Core/Hooks/AgentConnections.h"
 #include "Core/Settings/MorvaneSettings.h"
+#include "Core/Usage/UsagePoller.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/TextLabel.h"
 #include "Presentation/Style/Typography.h"
@@ -13,6 +14,7 @@
 #include "Presentation/Windows/PictureView.h"
 #include "Presentation/Windows/RemovalSection.h"
 #include "Presentation/Windows/SoundSection.h"
+#include "Presentation/Windows/UsageSection.h"
 #include "Presentation/Windows/WindowFocusSection.h"
 
 #include <QHBoxLayout>
@@ -44,6 +46,7 @@ SettingsView::SettingsView(const WindowContext &context, QWidget *parent)
     connect(&context.settings, &MorvaneSettings::changed, this, &SettingsView::refresh);
     connect(&m_connections, &AgentConnections::statusChanged, this, &SettingsView::refresh);
     connect(&m_connections, &AgentConnections::lastErrorChanged, this, &SettingsView::refresh);
+    connect(&context.usage, &UsagePoller::changed, this, &SettingsView::refresh);
     refresh();
 }
 
@@ -53,13 +56,10 @@ QWidget *SettingsView::makeForm(const WindowContext &context) {
     layout->setContentsMargins(edge, edge, edge, edge);
     layout->setSpacing(sectionSpace);
     m_sections = {
-        new AgentsSection(context, form),
-        new WindowFocusSection(context, form),
-        new DisplaysSection(context, form),
-        new SoundSection(context, form),
-        new ApprovalsSection(context, form),
-        new BehaviourSection(context, form),
-        new AboutSection(form),
+        new AgentsSection(context, form),    new WindowFocusSection(context, form),
+        new DisplaysSection(context, form),  new SoundSection(context, form),
+        new ApprovalsSection(context, form), new UsageSection(context, form),
+        new BehaviourSection(context, form), new AboutSection(form),
         new RemovalSection(context, form),
     };
     for (FormSection *section : m_sections) {

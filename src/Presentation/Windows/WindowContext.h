@@ -10,11 +10,16 @@ class AgentConnections;
 class MorvaneSettings;
 class MotionPreference;
 class Scheduler;
+class UsagePoller;
 
 /// What the program's windows ask of those that own it. Each is set. Main thread.
 struct ProgramActions {
     std::function<QString()> serverStatus;
     std::function<void(bool)> setApprovalsEnabled;
+    /// Starts or ends asking for the limits.
+    std::function<void(bool)> setUsageEnabled;
+    /// Allows another try at the secret store.
+    std::function<void()> retryKeychainAccess;
     std::function<bool()> launchAtLogin;
     std::function<void(bool)> setLaunchAtLogin;
     /// Whether the desktop lets this program raise other programs' windows.
@@ -32,6 +37,7 @@ struct ProgramActions {
 struct WindowContext {
     MorvaneSettings &settings;
     AgentConnections &connections;
+    const UsagePoller &usage;
     Scheduler &scheduler;
     MotionPreference &motion;
     ProgramActions program;
