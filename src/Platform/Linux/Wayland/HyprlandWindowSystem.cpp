@@ -61,7 +61,8 @@ void HyprlandWindowSystem::activate(const QString &id) {
 
 QList<WindowSystem::Window> HyprlandWindowSystem::windows(const QByteArray &answer) {
     QList<QJsonObject> clients;
-    for (const QJsonValue &client : QJsonDocument::fromJson(answer).array()) {
+    const QJsonArray told = QJsonDocument::fromJson(answer).array();
+    for (const auto &client : told) {
         clients.append(client.toObject());
     }
     std::ranges::stable_sort(clients, {}, [](const QJsonObject &client) {

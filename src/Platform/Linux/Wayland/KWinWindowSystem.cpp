@@ -68,7 +68,8 @@ WindowSystem::Window windowOf(const QJsonObject &told) {
     result.id = told[QLatin1String("id")].toString();
     result.title =
         withoutNumber(told[QLatin1String("title")].toString().left(WindowSystem::longestTitle));
-    for (const QJsonValue &name : told[QLatin1String("names")].toArray()) {
+    const QJsonArray names = told[QLatin1String("names")].toArray();
+    for (const auto &name : names) {
         result.names.append(name.toString());
     }
     result.names.removeAll(QString());
@@ -85,8 +86,9 @@ KWinWindowSystem::KWinWindowSystem(const QDBusConnection &bus) : m_bus(bus) {
 void KWinWindowSystem::list(Listed listed) {
     run(listing, [listed = std::move(listed)](const QString &answer) {
         QList<Window> result;
-        for (const QJsonValue &told : QJsonDocument::fromJson(answer.toUtf8()).array()) {
-            result.append(windowOf(told.toObject()));
+        const QJsonArray told = QJsonDocument::fromJson(answer.toUtf8()).array();
+        for (const auto &window : told) {
+            result.append(windowOf(window.toObject()));
         }
         listed(result);
     });

@@ -10,7 +10,7 @@ namespace morvane {
 namespace {
 
 constexpr std::chrono::seconds answerLimit(2);
-constexpr qsizetype longestAnswer = 1024 * 1024;
+constexpr qsizetype longestAnswer = 1048576;
 
 } // namespace
 

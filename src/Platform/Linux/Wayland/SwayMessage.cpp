@@ -26,14 +26,14 @@ qsizetype headSize() {
 QList<QJsonObject> childrenOf(const QJsonObject &node) {
     QList<QJsonObject> result;
     for (const char *list : {"nodes", "floating_nodes"}) {
-        for (const QJsonValue &child : node[QLatin1String(list)].toArray()) {
+        const QJsonArray children = node[QLatin1String(list)].toArray();
+        for (const auto &child : children) {
             result.append(child.toObject());
         }
     }
     const QJsonArray focus = node[QLatin1String("focus")].toArray();
     const auto place = [&](const QJsonObject &child) {
-        const auto found = std::ranges::find(focus, child[QLatin1String("id")]);
-        return found - focus.begin();
+        return std::find(focus.begin(), focus.end(), child[QLatin1String("id")]) - focus.begin();
     };
     std::ranges::stable_sort(result, {}, place);
     return result;
