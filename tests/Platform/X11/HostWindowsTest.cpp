@@ -108,6 +108,7 @@ TEST_P(HostWindowsTest, TheWindowThatIsMeantComesForwardFromWhereverItIs) {
 TEST_P(HostWindowsTest, TheTerminalWithTheShellComesForward) {
     for (const char *title : {"shop", "shop-api", "shop"}) {
         display->goToDesktop(1);
+        ASSERT_TRUE(becomesTrue([this] { return !display->focusedTitle().startsWith("shop"); }));
         EXPECT_TRUE(show(QString::fromUtf8(home.read(title).trimmed())));
         EXPECT_TRUE(isInFront(title));
     }
