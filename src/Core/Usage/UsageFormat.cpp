@@ -60,7 +60,7 @@ std::optional<UsageWindow> scopedWindow(const QJsonValue &limits) {
     if (!std::ranges::all_of(entries, [](const QJsonValue &entry) { return entry.isObject(); })) {
         return std::nullopt;
     }
-    for (const QJsonValue &entry : entries) {
+    for (const QJsonValue entry : entries) {
         const QString model = entry[u"scope"][u"model"][u"display_name"].toString();
         if (entry[u"kind"].toString() == u"weekly_scoped" && namesLargeModel(model)) {
             if (const auto result = window(entry)) {

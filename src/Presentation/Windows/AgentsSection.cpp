@@ -24,7 +24,7 @@ void AgentsSection::addAgents(AgentConnections &connections) {
     auto *list = new AgentList(connections, AgentRow::Detail::health, this);
     addWidget(list);
     TextLabel *rest = addCaption();
-    onRefresh([this, list, rest, &connections] {
+    onRefresh([list, rest, &connections] {
         const auto offered = connections.offeredAgents();
         const auto left = static_cast<int>(AgentRegistry::all().size() - offered.size());
         list->show(offered);

@@ -215,7 +215,7 @@ void OnboardingPage::addHint(SystemImage image, const QString &text) {
 }
 
 void OnboardingPage::addWindowFocus() {
-    const auto text = [this](const QString &words) {
+    const auto text = [](const QString &words) {
         auto *label =
             new TextLabel(Typography::text(Typography::nameSize), Colors::primaryText, 0, nullptr);
         label->setText(words);
