@@ -35,6 +35,7 @@ ProgramHome::ProgramHome() {
     m_environment.insert("XDG_RUNTIME_DIR", folder("run"));
     m_environment.insert("PATH", qEnvironmentVariable("PATH"));
     m_environment.insert("LANG", "C.UTF-8");
+    m_environment.insert("LSAN_OPTIONS", qEnvironmentVariable("LSAN_OPTIONS"));
 
     const QJsonObject settings{{"eventServerPort", freePort()}, {"hasCompletedFirstRun", true},
                                {"installPingEnabled", false},   {"usageEnabled", false},

@@ -21,20 +21,21 @@ namespace {
 /// Whoever connects is answered with the same bytes, as soon as the request is there.
 void serve(QTcpServer &server, QByteArray &asked, const QByteArray &answer, bool thenCloses) {
     server.listen(QHostAddress::LocalHost);
-    QObject::connect(&server, &QTcpServer::pendingConnectionAvailable, &server, [&, answer] {
-        QTcpSocket *socket = server.nextPendingConnection();
-        const auto read = [socket, &asked, answer, thenCloses] {
-            asked += socket->readAll();
-            if (asked.endsWith("\r\n\r\n")) {
-                socket->write(answer);
-                if (thenCloses) {
-                    socket->disconnectFromHost();
-                }
-            }
-        };
-        QObject::connect(socket, &QTcpSocket::readyRead, socket, read);
-        read();
-    });
+    QObject::connect(&server, &QTcpServer::pendingConnectionAvailable, &server,
+                     [&server, &asked, answer, thenCloses] {
+                         QTcpSocket *socket = server.nextPendingConnection();
+                         const auto read = [socket, &asked, answer, thenCloses] {
+                             asked += socket->readAll();
+                             if (asked.endsWith("\r\n\r\n")) {
+                                 socket->write(answer);
+                                 if (thenCloses) {
+                                     socket->disconnectFromHost();
+                                 }
+                             }
+                         };
+                         QObject::connect(socket, &QTcpSocket::readyRead, socket, read);
+                         read();
+                     });
 }
 
 QByteArray http(const QByteArray &status, const QByteArray &body, const QByteArray &headers = {}) {
