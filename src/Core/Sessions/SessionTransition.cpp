@@ -79,17 +79,13 @@ void takeHost(Session &session, const Context &context) {
     }
 }
 
-SessionTransition store(Session session) {
-    return {SessionTransition::Write::store, std::move(session), {}, false};
-}
-
 /// The dates alone: what a subagent tells of its surroundings isn't the session's.
 SessionTransition touch(Session session, const Context &context) {
     if (!context.before || context.before->state != session.state) {
         session.stateChangedAt = context.now;
     }
     session.lastEventAt = context.now;
-    return store(std::move(session));
+    return SessionTransition::store(std::move(session));
 }
 
 /// The end of nearly every hook's rule: what the event tells besides its kind, and the dates.
@@ -149,12 +145,6 @@ SessionTransition toolUse(const Context &context) {
     return result;
 }
 
-void forgetDecision(Session &session) {
-    session.pendingApproval.reset();
-    session.pendingQuestion.reset();
-    session.pendingCall.clear();
-}
-
 /// A prompt that has to be answered in the agent's own terminal. `external` is what is known of
 /// it; without, the event is the agent's plain notice that it waits.
 SessionTransition markNeedsInput(const Context &context,
@@ -168,7 +158,7 @@ SessionTransition markNeedsInput(const Context &context,
     if (parked && !external) {
         return update(std::move(session), context);
     }
-    forgetDecision(session);
+    SessionTransition::forgetDecision(session);
     session.pendingExternalResponse = external.value_or(PendingExternalResponse{
         context.event.questions.value_or(QList<AgentQuestion>()), context.event.responseMessage});
     SessionTransition result = update(std::move(session), context);
@@ -272,7 +262,7 @@ bool answerableHere(const HookEvent &event) {
 void setPending(Session &session, const Context &context, const QString &decisionID) {
     const HookEvent &event = context.event;
     const Date expiresAt = context.now + decisionLimit;
-    forgetDecision(session);
+    SessionTransition::forgetDecision(session);
     session.pendingExternalResponse.reset();
     session.pendingCall = event.call;
     if (event.questions) {
@@ -322,19 +312,6 @@ SessionTransition permissionRequest(const Context &context) {
     return result;
 }
 
-/// A person has dealt with what the session waited for. Nothing has come from the agent, so the
-/// date of its last event stays.
-SessionTransition settle(Session session, SessionState state, Date now,
-                         SessionTransition::Resolution resolution) {
-    forgetDecision(session);
-    session.acknowledged = true;
-    session.state = state;
-    session.stateChangedAt = now;
-    SessionTransition result = store(std::move(session));
-    result.resolution = std::move(resolution);
-    return result;
-}
-
 } // namespace
 
 SessionTransition SessionTransition::of(const std::optional<Session> &before,
@@ -370,85 +347,6 @@ bool SessionTransition::endsPendingDecision(const Session &session, CanonicalEve
     return kind == CanonicalEvent::promptSubmit || kind == CanonicalEvent::turnFailed ||
            kind == CanonicalEvent::sessionEnd ||
            (kind == CanonicalEvent::turnEnd && !isAskedBySubagent(session));
-}
-
-SessionTransition SessionTransition::decided(Session session, const AgentDecision &decision,
-                                             Date now) {
-    if (!session.pendingApproval) {
-        return {};
-    }
-    const QString decisionID = session.pendingApproval->id;
-    // After `ask` the agent prompts in its own terminal; after anything else, a refusal too, it
-    // carries on.
-    const auto state = decision.kind == AgentDecision::Kind::ask ? SessionState::needsInput
-                                                                 : SessionState::working;
-    return settle(std::move(session), state, now, {decisionID, decision});
-}
-
-SessionTransition SessionTransition::answered(Session session, const QString &question,
-                                              const QString &option, Date now) {
-    if (!session.pendingQuestion) {
-        return {};
-    }
-    session.pendingQuestion->answers.insert(question, option);
-    if (session.pendingQuestion->firstUnanswered() >= 0) {
-        return store(std::move(session));
-    }
-    const PendingQuestion complete = *session.pendingQuestion;
-    return settle(std::move(session), SessionState::working, now,
-                  {complete.id, AgentDecision::answer(complete.answers)});
-}
-
-SessionTransition SessionTransition::expired(Session session) {
-    if (!session.pendingDecisionID()) {
-        return {};
-    }
-    forgetDecision(session);
-    return store(std::move(session));
-}
-
-SessionTransition SessionTransition::hungUp(Session session) {
-    if (!session.pendingDecisionID()) {
-        return {};
-    }
-    forgetDecision(session);
-    session.acknowledged = true;
-    return store(std::move(session));
-}
-
-SessionTransition SessionTransition::turnGone(Session session, bool failed, Date now) {
-    const bool runs =
-        session.state == SessionState::working || session.state == SessionState::needsInput;
-    if (!runs || session.pendingDecisionID() || session.pendingExternalResponse) {
-        return {};
-    }
-    session.state = failed ? SessionState::failed : SessionState::idle;
-    session.acknowledged = !failed;
-    session.currentTool.reset();
-    session.pendingAgents = 0;
-    session.stateChangedAt = now;
-    return store(std::move(session));
-}
-
-SessionTransition SessionTransition::released(Session session) {
-    const auto decisionID = session.pendingDecisionID();
-    SessionTransition result = expired(std::move(session));
-    if (decisionID) {
-        result.resolution = Resolution{*decisionID, AgentDecision::ask()};
-    }
-    return result;
-}
-
-SessionTransition SessionTransition::restored(const std::optional<Session> &before,
-                                              const DiscoveredSession &found, Date oldest,
-                                              const SessionSurroundings &surroundings) {
-    // What hooks have told meanwhile is newer than anything on disk.
-    if (before || found.lastActive < oldest) {
-        return {};
-    }
-    Session session = found.session();
-    session.customName = surroundings.customName(session.cwd);
-    return store(std::move(session));
 }
 
 } // namespace morvane

@@ -90,6 +90,12 @@ public:
     /// comes of it must find the session moved.
     std::optional<Resolution> resolution = std::nullopt;
 
+    /// The session is stored as it stands here, and that is all.
+    static SessionTransition store(Session session);
+
+    /// Takes from the session what it waits with, whoever has dealt with it.
+    static void forgetDecision(Session &session);
+
     /// The rule for this event. `before` is the stored session, if there is one.
     static SessionTransition of(const std::optional<Session> &before, const HookEvent &event,
                                 Date now, const SessionSurroundings &surroundings);

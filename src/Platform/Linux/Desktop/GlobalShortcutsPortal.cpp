@@ -40,7 +40,7 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, Shortcut &shortcu
     return argument;
 }
 
-/// As the desktops' common specification of shortcuts spells a key.
+/// As the portal wants a key spelled: its modifiers in capitals, and the name of its symbol.
 QString triggerOf(const HotKey &key) {
     QString result;
     result += key.control ? QStringLiteral("CTRL+") : QString();
