@@ -90,7 +90,7 @@ QWidget *AgentRow::makeStatus() {
     m_button->setVisible(m_isInstallable);
     connect(m_button, &FormButton::clicked, this, &AgentRow::toggle);
     layout->addWidget(m_sign);
-    layout->addWidget(m_state);
+    layout->addWidget(m_state, 0, Qt::AlignVCenter);
     layout->addSpacing(5);
     layout->addWidget(m_button);
     return status;
