@@ -43,7 +43,7 @@ int main() {
 
     // The client first: a script trusts none that is newer.
     fs::create_directories(folder / "client");
-    fs::copy_file(FORWARDER, folder / "client" / "forwarder");
+    fs::copy_file(FORWARDER, folder / "client" / CLIENT_NAME);
     const fs::path withClient = renderedHook(folder / "client", server.port(), token);
     const fs::path withCurl = renderedHook(folder / "curl", server.port(), token);
     std::array<Contender, 3> contenders{

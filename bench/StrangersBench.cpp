@@ -219,7 +219,7 @@ int main() {
     std::string pattern = (fs::temp_directory_path() / "strangers-bench-XXXXXX").string();
     const fs::path folder = mkdtemp(pattern.data());
     // The client first: a script trusts none that is newer.
-    fs::copy_file(FORWARDER, folder / "forwarder");
+    fs::copy_file(FORWARDER, folder / CLIENT_NAME);
     const fs::path script = renderedHook(folder, server.boundPort(), token);
     const std::vector<std::string> hook{script, "claude", "PreToolUse"};
     for (int count = 0; count < hooksPerRound; ++count) {

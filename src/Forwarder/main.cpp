@@ -39,8 +39,10 @@ namespace {
 constexpr long promptLimit = 3'000; // milliseconds, all of them
 constexpr long decisionLimit = 90'000;
 
-/// An event that is on its way the kernel keeps, for a Morvane that is slow or stopped. So it is
-/// waited for no longer than keeps one event before the next.
+/// An event that is on its way the kernel keeps, for a Morvane that is slow or stopped. A usual one
+/// is all there for the server's first look at it, so that no later event overtakes it. A longer one
+/// is waited for as long as keeps it before the next.
+constexpr size_t mostAtOnce = 32 << 10;
 constexpr long eventLimit = 250;
 
 /// A status line appears only after this, and each refresh cancels the one before.
@@ -50,7 +52,7 @@ constexpr long copyLimit = 1'000;
 constexpr size_t longestPayload = 16 << 20;
 
 enum class Mode {
-    Tell,   ///< the beginning of any answer is enough
+    Tell,   ///< no more than the beginning of an answer is awaited
     Decide, ///< the answer is printed
     Copy,   ///< the payload is printed, the answer is the kernel's to drop
 };
@@ -213,6 +215,8 @@ void post(std::uint16_t port, Buffer &head, Mode mode) {
     const int connection = connectTo(port, prompt);
     if (connection < 0 || !isPeerOurs(connection, port) ||
         !send(connection, head.view(), payload.view(), end) || mode == Mode::Copy)
+        return;
+    if (mode == Mode::Tell && head.view().size() + payload.view().size() <= mostAtOnce)
         return;
     Buffer answer;
     const Deadline heard = mode == Mode::Tell ? Deadline{eventLimit} : end;

@@ -40,7 +40,7 @@ public:
     [[nodiscard]] static bool standsInSomeArguments(const std::string &text);
     [[nodiscard]] std::filesystem::path folder() const { return m_folder; }
     [[nodiscard]] std::filesystem::path script() const { return m_folder / m_name; }
-    [[nodiscard]] std::filesystem::path client() const { return m_folder / "forwarder"; }
+    [[nodiscard]] std::filesystem::path client() const { return m_folder / CLIENT_NAME; }
     void setEnvironment(const std::vector<std::string> &variables);
     /// Closes these descriptors in the process instead of connecting them.
     void setClosed(std::vector<int> descriptors) { m_closed = std::move(descriptors); }

@@ -21,16 +21,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Makes the client one for no processor, as far as its header tells.
+/// As in a home that a machine of another processor has connected.
 void retarget(const fs::path &client) {
-    std::fstream file(client, std::ios::in | std::ios::out | std::ios::binary);
-    file.seekp(18); // where the processor stands
-    file.put('\0');
+    fs::rename(client, client.parent_path() / "forwarder-of-another-machine");
 }
 
 /// As a full disk may leave it.
+template <std::uintmax_t size>
 void truncate(const fs::path &client) {
-    fs::resize_file(client, 2000);
+    fs::resize_file(client, size);
     fs::last_write_time(client, fs::last_write_time(client) + std::chrono::seconds(10));
 }
 
@@ -123,7 +122,7 @@ TEST_P(Hook, WaitsWithTheTokenOutOfSightAndEndsWithTheHook) {
 TEST(Client, ThatCannotRunHereIsReplacedByCurl) {
     for (const auto &shell : HookProcess::shells()) {
         for (const auto &spoil : std::vector<void (*)(const fs::path &)>{
-                 retarget, truncate, [](const fs::path &client) { fs::resize_file(client, 0); },
+                 retarget, truncate<2000>, truncate<0>,
                  [](const fs::path &client) { fs::remove(client) && fs::create_directory(client); },
                  [](const fs::path &client) {
                      fs::remove(client);

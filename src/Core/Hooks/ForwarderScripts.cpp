@@ -14,6 +14,7 @@ namespace {
 
 constexpr QLatin1String hookScript("hook.sh");
 constexpr QLatin1String statusLineScript("statusline.sh");
+constexpr QLatin1String templates(":/templates");
 
 constexpr mode_t scriptMode = 0755;
 constexpr QFile::Permissions folderMode = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
@@ -48,17 +49,22 @@ std::optional<QByteArray> contentOf(const QString &path) {
     return file.open(QIODevice::ReadOnly) ? std::optional(file.readAll()) : std::nullopt;
 }
 
-/// Written only where it differs: every rewrite would throw away what the system keeps of it in
-/// memory.
-std::optional<Failure> writeForwarder() {
-    const auto client = contentOf(QStringLiteral(":/templates/forwarder"));
-    if (!client) {
-        return std::nullopt; // built for a processor that has none, where the scripts use curl
+/// Each with its processor's name. Written only where it differs: every rewrite would throw away
+/// what the system keeps of it in memory. A program for a processor that has none brings none.
+std::optional<Failure> writeClients() {
+    const QDir clients(templates, QStringLiteral("forwarder-*"));
+    for (const QString &name : clients.entryList()) {
+        const auto client = contentOf(clients.filePath(name));
+        const bool isCurrent = isExecutable(name) && !QFileInfo(pathOf(name)).isSymbolicLink() &&
+                               contentOf(pathOf(name)) == client;
+        if (isCurrent) {
+            continue;
+        }
+        if (const auto failure = writeExecutable(pathOf(name), client.value_or(QByteArray()))) {
+            return failure;
+        }
     }
-    const QString name = QStringLiteral("forwarder");
-    const bool isCurrent = isExecutable(name) && !QFileInfo(pathOf(name)).isSymbolicLink() &&
-                           contentOf(pathOf(name)) == client;
-    return isCurrent ? std::nullopt : writeExecutable(pathOf(name), *client);
+    return std::nullopt;
 }
 
 } // namespace
@@ -84,7 +90,7 @@ std::optional<Failure> ForwarderScripts::writeHookScript() const {
     }
     // The client goes first: a script may find a client that is too new, but never one too old,
     // and it does not trust one that has been written to after the script.
-    if (const auto failure = writeForwarder()) {
+    if (const auto failure = writeClients()) {
         return failure;
     }
     return writeScript(hookScript);
@@ -99,7 +105,7 @@ void ForwarderScripts::removeStatusLineScript() {
 }
 
 Result<QString> ForwarderScripts::renderTemplate(const QString &name) const {
-    const auto content = contentOf(QStringLiteral(":/templates/%1.template").arg(name));
+    const auto content = contentOf(QStringLiteral("%1/%2.template").arg(templates, name));
     if (!content) {
         return Failure{tr("%1.template missing from bundle").arg(name)};
     }

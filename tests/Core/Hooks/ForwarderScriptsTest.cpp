@@ -10,9 +10,13 @@
 namespace morvane {
 namespace {
 
-/// Only some processors have a client.
+/// Its place in the home; only some processors have one.
+QString client() {
+    return ".morvane/" + QDir(":/templates", "forwarder-*").entryList().value(0, "forwarder-none");
+}
+
 bool hasClient() {
-    return QFile::exists(":/templates/forwarder");
+    return !client().endsWith("-none");
 }
 
 ForwarderScripts scripts(std::uint16_t port) {
@@ -26,7 +30,7 @@ TEST(ForwarderScripts, PutsPortAndTokenIntoTheScript) {
     EXPECT_TRUE(script.startsWith("#!/bin/sh\n"));
     EXPECT_TRUE(script.contains("40123") && script.contains("the-token"));
     EXPECT_FALSE(script.contains("__PORT__") || script.contains("__TOKEN__"));
-    EXPECT_EQ(home.read(".morvane/forwarder")
+    EXPECT_EQ(home.read(client())
                   .startsWith("\x7f"
                               "ELF"),
               hasClient());
@@ -36,12 +40,12 @@ TEST(ForwarderScripts, PutsPortAndTokenIntoTheScript) {
     };
     const QFile::Permissions readable =
         QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther;
-    for (const auto *executable : {".morvane/hook.sh", ".morvane/forwarder"}) {
-        if (!QFile::exists(home.path(QString::fromLatin1(executable))) && !hasClient()) {
+    for (const QString &executable : {QString(".morvane/hook.sh"), client()}) {
+        if (!QFile::exists(home.path(executable)) && !hasClient()) {
             continue;
         }
-        EXPECT_EQ(mode(QString::fromLatin1(executable)) & readable, readable) << executable;
-        EXPECT_TRUE(QFileInfo(home.path(QString::fromLatin1(executable))).isExecutable());
+        EXPECT_EQ(mode(executable) & readable, readable) << qPrintable(executable);
+        EXPECT_TRUE(QFileInfo(home.path(executable)).isExecutable());
     }
     EXPECT_EQ(mode(".morvane") & (readable | QFile::WriteGroup | QFile::WriteOther),
               QFile::Permissions());
@@ -53,37 +57,37 @@ TEST(ForwarderScripts, RewritesTheScriptButNotAClientThatIsTheSame) {
     }
     const TemporaryHome home;
     ASSERT_FALSE(scripts(1).writeHookScript());
-    QFile client(home.path(".morvane/forwarder"));
+    QFile file(home.path(client()));
     const QDateTime old = QDateTime::fromSecsSinceEpoch(1'000'000'000);
-    ASSERT_TRUE(client.open(QIODevice::ReadWrite));
-    ASSERT_TRUE(client.setFileTime(old, QFileDevice::FileModificationTime));
-    client.close();
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(file.setFileTime(old, QFileDevice::FileModificationTime));
+    file.close();
     ASSERT_FALSE(scripts(2).writeHookScript());
     EXPECT_TRUE(home.read(".morvane/hook.sh").contains("port=2\n"));
-    EXPECT_EQ(QFileInfo(client).lastModified(), old);
+    EXPECT_EQ(QFileInfo(file).lastModified(), old);
 
-    ASSERT_TRUE(client.open(QIODevice::WriteOnly));
-    client.write("an older one");
-    client.close();
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("an older one");
+    file.close();
     ASSERT_FALSE(scripts(2).writeHookScript());
-    EXPECT_NE(home.read(".morvane/forwarder"), "an older one");
+    EXPECT_NE(home.read(client()), "an older one");
 
-    client.setPermissions(QFile::ReadOwner);
+    file.setPermissions(QFile::ReadOwner);
     ASSERT_FALSE(scripts(2).writeHookScript());
-    EXPECT_TRUE(QFileInfo(client.fileName()).isExecutable());
+    EXPECT_TRUE(QFileInfo(file.fileName()).isExecutable());
 }
 
 TEST(ForwarderScripts, ReplacesLinksInsteadOfFollowingThem) {
     const TemporaryHome home;
     ASSERT_FALSE(scripts(1).writeHookScript());
-    const QByteArray client = home.read(".morvane/forwarder");
-    for (const char *name : {".morvane/hook.sh", ".morvane/forwarder"}) {
-        const QString other = home.write("other", client);
+    const QByteArray content = home.read(client());
+    for (const QString &name : {QString(".morvane/hook.sh"), client()}) {
+        const QString other = home.write("other", content);
         QFile::remove(home.path(name));
         ASSERT_TRUE(QFile::link(other, home.path(name)));
         ASSERT_FALSE(scripts(2).writeHookScript());
         EXPECT_FALSE(QFileInfo(home.path(name)).isSymbolicLink());
-        EXPECT_EQ(home.read("other"), client);
+        EXPECT_EQ(home.read("other"), content);
     }
 }
 
