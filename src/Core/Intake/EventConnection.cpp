@@ -16,7 +16,7 @@ constexpr std::size_t maxReadSize = 131072;
 
 /// What is looked at in one go before the token is known: more than a head of ours ever has, and
 /// little enough to let others have their turn soon.
-constexpr std::size_t maxStrangerRead = 16384;
+constexpr std::size_t maxStrangerRead = 4096;
 
 /// A request that is still unfinished beyond this many bytes is given up. A complete one is taken
 /// whatever its size.
@@ -66,7 +66,7 @@ void EventConnection::readAvailable() {
             return;
         }
     } while (m_parser.isAuthorised());
-    waitForMore();
+    awaitTurn();
 }
 
 /// False once the connection waits for more, or has ended.
@@ -98,16 +98,32 @@ bool EventConnection::takeBytes() {
 
 void EventConnection::waitForMore() {
     const auto ready = [this] {
-        const std::size_t taken = m_parser.isAuthorised() ? 0 : m_received;
-        m_surroundings.turns.await(taken, [self = shared_from_this()] {
-            if (self->m_descriptor >= 0) {
-                self->readAvailable();
-            }
-        });
+        // What comes first is looked at in the order of its coming: clients that don't wait for
+        // their answer count on it.
+        if (m_received == 0 || m_parser.isAuthorised()) {
+            readAvailable();
+        } else {
+            awaitTurn();
+        }
     };
     if (!wait(Readiness::toRead, m_surroundings.queue, ready)) {
         endRead(nullptr);
     }
+}
+
+/// Meanwhile nothing that comes wakes the thread.
+void EventConnection::awaitTurn() {
+    if (m_waiter) {
+        m_waiter->release();
+        m_waiter.reset();
+    }
+    m_awaitsTurn = true;
+    m_surroundings.turns.await({m_received, m_serial}, [weak = weak_from_this()] {
+        if (const Pointer self = weak.lock()) {
+            self->m_awaitsTurn = false;
+            self->readAvailable();
+        }
+    });
 }
 
 void EventConnection::endRead(const HttpRequest *request) {
@@ -182,6 +198,9 @@ bool EventConnection::wait(Readiness readiness, const Queue &queue, std::functio
 void EventConnection::close() {
     const int descriptor = std::exchange(m_descriptor, -1);
     m_readHandler = nullptr;
+    if (std::exchange(m_awaitsTurn, false)) {
+        m_surroundings.turns.leave({m_received, m_serial});
+    }
     if (m_waiter) {
         asio::error_code ignored;
         m_waiter->close(ignored);

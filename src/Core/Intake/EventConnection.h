@@ -70,6 +70,7 @@ private:
     void readAvailable();
     bool takeBytes();
     void waitForMore();
+    void awaitTurn();
     void endRead(const HttpRequest *request);
     void sendRest();
     bool wait(Readiness readiness, const Queue &queue, std::function<void()> handler);
@@ -80,6 +81,7 @@ private:
     std::optional<asio::posix::stream_descriptor> m_waiter;
     std::uint64_t m_serial;
     std::size_t m_received = 0; ///< bytes of the request, kept or not
+    bool m_awaitsTurn = false;
     HttpRequestParser m_parser;
     ReadHandler m_readHandler;
     std::string m_reply; ///< what is still to be sent

@@ -2,26 +2,36 @@
 
 #include <asio/post.hpp>
 
+#include <chrono>
 #include <utility>
 
 namespace morvane {
 
-void Turns::await(std::size_t taken, std::function<void()> action) {
-    m_waiting.emplace(taken, std::move(action));
-    arrangeNext();
+namespace {
+
+constexpr std::chrono::milliseconds pause(1);
+
+} // namespace
+
+void Turns::await(Place place, std::function<void()> action) {
+    m_waiting.insert_or_assign(place, std::move(action));
+    if (!std::exchange(m_isUnderWay, true)) {
+        asio::post(m_queue, [this] { takeNext(); });
+    }
 }
 
-void Turns::arrangeNext() {
-    if (m_isArranged || m_waiting.empty()) {
+void Turns::takeNext() {
+    m_isUnderWay = !m_waiting.empty();
+    if (!m_isUnderWay) {
         return;
     }
-    m_isArranged = true;
-    asio::post(m_queue, [this] {
-        m_isArranged = false;
-        const auto next = m_waiting.extract(m_waiting.begin());
-        arrangeNext();
-        next.mapped()();
+    m_pause.expires_after(pause);
+    m_pause.async_wait([this](const asio::error_code &error) {
+        if (!error) {
+            takeNext();
+        }
     });
+    m_waiting.extract(m_waiting.begin()).mapped()();
 }
 
 } // namespace morvane

@@ -224,12 +224,14 @@ TEST(Turns, GoToWhoeverHasTakenLeast) {
     Turns turns(queue);
     std::string order;
     const auto await = [&](std::size_t taken, char name) {
-        turns.await(taken, [&order, name] { order += name; });
+        turns.await({taken, std::uint64_t(name)}, [&order, name] { order += name; });
     };
     asio::post(queue, [&] {
         await(300, 'c');
         await(100, 'a');
         await(200, 'b');
+        await(200, 'x');
+        turns.leave({200, 'x'});
         asio::post(queue, [&] {
             order += '|'; // what has come meanwhile needn't wait for them all
             await(0, 'z');
