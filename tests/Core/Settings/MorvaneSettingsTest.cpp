@@ -341,9 +341,9 @@ public:
 
     int count() const {
         int result = 0;
-        inotify_event event[64];
-        for (ssize_t size; (size = ::read(m_descriptor, event, sizeof event)) > 0;) {
-            const char *place = reinterpret_cast<const char *>(event);
+        alignas(inotify_event) char events[4096];
+        for (ssize_t size; (size = ::read(m_descriptor, events, sizeof events)) > 0;) {
+            const char *place = events;
             for (const char *end = place + size; place < end; ++result) {
                 place +=
                     sizeof(inotify_event) + reinterpret_cast<const inotify_event *>(place)->len;
