@@ -21,6 +21,8 @@ constexpr Seconds packageLimit(1800);
 constexpr Seconds day(86'400);
 /// A machine that sleeps at night has days of its own, and one that was offline may be back.
 constexpr Seconds lookInterval(3600);
+/// Whoever has just installed the program has other things on the screen, and may not want this.
+constexpr Seconds firstLook(600);
 
 const QString automaticKey = QStringLiteral("SUEnableAutomaticChecks");
 const QString lastCheckKey = QStringLiteral("SULastCheckTime");
@@ -66,9 +68,16 @@ void UpdateManager::start() {
     } else {
         m_isStarted = true;
         removeKept();
-        checkDaily();
+        lookAgainIn(lastUpdateCheckDate() ? Seconds(0) : firstLook);
     }
     emit changed();
+}
+
+void UpdateManager::lookAgainIn(Seconds time) {
+    m_nextLook = m_means.scheduler.after(time, [this] {
+        checkDaily();
+        lookAgainIn(lookInterval);
+    });
 }
 
 bool UpdateManager::canCheck() const {
@@ -109,7 +118,6 @@ void UpdateManager::checkDaily() {
     if (isFree && automaticChecks() && isDue()) {
         askFeed();
     }
-    m_nextLook = m_means.scheduler.after(lookInterval, [this] { checkDaily(); });
 }
 
 void UpdateManager::checkForUpdates() {

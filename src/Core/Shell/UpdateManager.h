@@ -113,6 +113,7 @@ signals:
     void updateFound();
 
 private:
+    void lookAgainIn(Seconds time);
     void checkDaily();
     bool isDue() const;
     void askFeed();

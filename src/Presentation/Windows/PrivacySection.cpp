@@ -14,7 +14,8 @@ PrivacySection::PrivacySection(const WindowContext &context, QWidget *parent)
         tr("C&ount this install"), [&settings] { return settings.installPingEnabled(); },
         [&settings](bool on) { settings.setInstallPingEnabled(on); });
     addCaption(tr("Once, on first launch, Morvane sends a single “+1” to Morvane's server. It "
-                  "carries the version number and nothing else: no device identifier, no account, "
+                  "carries the version number, with its build, and nothing else: no device "
+                  "identifier, no account, "
                   "nothing that could be joined to you or to any later request. Turn this off and "
                   "nothing is sent."));
     if (!BuildInfo::installCounter()) {

@@ -45,7 +45,6 @@ QPlainTextEdit *UpdateWindow::makeDetails() {
     m_details = new QPlainTextEdit(this);
     m_details->setReadOnly(true);
     m_details->setTabChangesFocus(true);
-    m_details->setFont(Typography::text(Typography::bodySize));
     m_details->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     return m_details;
 }
@@ -68,14 +67,6 @@ QLayout *UpdateWindow::makeButtons() {
     return layout;
 }
 
-void UpdateWindow::presentQuietly() {
-    if (!isVisible()) {
-        setAttribute(Qt::WA_ShowWithoutActivating);
-        present();
-        setAttribute(Qt::WA_ShowWithoutActivating, false);
-    }
-}
-
 /// An idle manager has nothing to say: the window is on its way out then, and keeps its words.
 void UpdateWindow::refresh() {
     const Phase phase = m_updates.phase();
@@ -89,7 +80,10 @@ void UpdateWindow::refresh() {
         m_details->setPlainText(text);
     }
     m_details->setVisible(!details().isEmpty());
-    m_details->setAccessibleName(phase == Phase::handedOver ? tr("Command") : tr("Release notes"));
+    const bool isCommand = phase == Phase::handedOver;
+    m_details->setFont(isCommand ? Typography::code(Typography::bodySize)
+                                 : Typography::text(Typography::bodySize));
+    m_details->setAccessibleName(isCommand ? tr("Command") : tr("Release notes"));
     const bool isOffer = phase == Phase::offered;
     const bool isUnderWay = phase == Phase::checking || phase == Phase::downloading;
     m_skip->setVisible(isOffer);

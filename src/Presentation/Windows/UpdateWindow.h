@@ -19,9 +19,6 @@ public:
     /// The manager must outlive the window.
     explicit UpdateWindow(UpdateManager &updates);
 
-    /// Shows the window without taking the keyboard from whoever is typing.
-    void presentQuietly();
-
 protected:
     void closeEvent(QCloseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;

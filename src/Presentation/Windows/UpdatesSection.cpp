@@ -16,8 +16,8 @@ UpdatesSection::UpdatesSection(const WindowContext &context, QWidget *parent)
         tr("Check for up&dates automatically"),
         [&updates = context.updates] { return updates.automaticChecks(); },
         [&updates = context.updates](bool on) { updates.setAutomaticChecks(on); });
-    addCaption(tr("Once a day Morvane asks Morvane's server for a newer version, and it always "
-                  "asks you before it installs anything. An update is verified against the signing "
+    addCaption(tr("Once a day Morvane's server is asked for a newer version, and you are always "
+                  "asked before anything is installed. An update is verified against the signing "
                   "key first, and is otherwise discarded."));
     TextLabel *reason = addCaption();
     onRefresh([reason, &updates = m_updates] {

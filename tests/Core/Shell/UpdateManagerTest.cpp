@@ -80,6 +80,9 @@ TEST_F(UpdateManagerTest, SaysWhatABuildLacksAndAsksNobody) {
 TEST_F(UpdateManagerTest, AsksOnceADayUnlessItIsNotTo) {
     updates.start();
     EXPECT_TRUE(updates.canCheck());
+    pass(Seconds(599));
+    EXPECT_TRUE(https.requests.empty());
+    pass(Seconds(1));
     ASSERT_EQ(https.requests.size(), 1U);
     const HttpsRequest &request = https.requests.front().request;
     EXPECT_EQ(request.url, feedURL);
@@ -97,7 +100,7 @@ TEST_F(UpdateManagerTest, AsksOnceADayUnlessItIsNotTo) {
     EXPECT_EQ(updates.phase(), Phase::idle);
     pass(Seconds(23 * 3600));
     EXPECT_EQ(https.requests.size(), 2U);
-    pass(Seconds(2 * 3600));
+    pass(Seconds(3600));
     ASSERT_EQ(https.requests.size(), 3U);
 
     updates.setAutomaticChecks(false);
