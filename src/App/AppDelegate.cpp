@@ -121,8 +121,11 @@ void AppDelegate::finishOnboarding(const OnboardingView::Mode &mode) {
     }
     // It is still in the middle of its own closing.
     m_onboardingWindow.release()->deleteLater();
-    if (m_settingsWindow) {
-        m_settingsWindow->setAboveOthers(false);
+    for (ManagedWindow *window :
+         std::initializer_list<ManagedWindow *>{m_settingsWindow.get(), m_updateWindow.get()}) {
+        if (window != nullptr) {
+            window->setAboveOthers(false);
+        }
     }
 }
 
@@ -131,14 +134,18 @@ void AppDelegate::openSettings() {
         m_settingsWindow = std::make_unique<SettingsWindow>(windowContext());
         m_settingsWindow->addActions(m_menu->keyedActions());
     }
-    // The welcome is above all other windows, and must not cover what is asked for from there.
-    m_settingsWindow->setAboveOthers(m_onboardingWindow != nullptr);
-    m_settingsWindow->present();
+    presentAskedFor(*m_settingsWindow);
+}
+
+/// The welcome is above all other windows, and must not cover what is asked for from there.
+void AppDelegate::presentAskedFor(ManagedWindow &window) {
+    window.setAboveOthers(m_onboardingWindow != nullptr);
+    window.present();
 }
 
 void AppDelegate::checkForUpdates() {
     m_controller->updates().checkForUpdates();
-    updateWindow().present();
+    presentAskedFor(updateWindow());
 }
 
 UpdateWindow &AppDelegate::updateWindow() {

@@ -37,6 +37,7 @@ private:
     void showOnboarding(const OnboardingView::Mode &mode);
     void finishOnboarding(const OnboardingView::Mode &mode);
     void openSettings();
+    void presentAskedFor(ManagedWindow &window);
     void checkForUpdates();
     UpdateWindow &updateWindow();
     void showPanel();

@@ -16,7 +16,9 @@ namespace {
 
 using Phase = UpdateManager::Phase;
 
-constexpr QSize startingSize(480, 340);
+constexpr int startingWidth = 480;
+constexpr int heightOfWords = 160; ///< alone
+constexpr int heightWithDetails = 340;
 constexpr int border = 22;
 constexpr int titleSize = 16;
 
@@ -36,7 +38,7 @@ UpdateWindow::UpdateWindow(UpdateManager &updates)
     layout->addWidget(makeDetails(), 1);
     layout->addStretch();
     layout->addLayout(makeButtons());
-    resize(startingSize);
+    resize(startingWidth, heightOfWords);
     connect(&m_updates, &UpdateManager::changed, this, &UpdateWindow::refresh);
     refresh();
 }
@@ -76,19 +78,27 @@ void UpdateWindow::refresh() {
     m_title->setText(title());
     m_explanation->setText(explanation());
     m_explanation->setVisible(!m_explanation->text().isEmpty());
-    if (const QString text = details(); text != m_details->toPlainText()) {
-        m_details->setPlainText(text);
-    }
-    m_details->setVisible(!details().isEmpty());
-    const bool isCommand = phase == Phase::handedOver;
-    m_details->setFont(isCommand ? Typography::code(Typography::bodySize)
-                                 : Typography::text(Typography::bodySize));
-    m_details->setAccessibleName(isCommand ? tr("Command") : tr("Release notes"));
+    showDetails(details());
     const bool isOffer = phase == Phase::offered;
     const bool isUnderWay = phase == Phase::checking || phase == Phase::downloading;
     m_skip->setVisible(isOffer);
     m_download->setVisible(isOffer);
     m_close->setText(isOffer ? tr("&Later") : isUnderWay ? tr("&Cancel") : tr("&Close"));
+}
+
+void UpdateWindow::showDetails(const QString &text) {
+    const bool isCommand = m_updates.phase() == Phase::handedOver;
+    m_details->setFont(isCommand ? Typography::code(Typography::bodySize)
+                                 : Typography::text(Typography::bodySize));
+    m_details->setAccessibleName(isCommand ? tr("Command") : tr("Release notes"));
+    // Set again, it would lose where it was scrolled to, and what was selected in it.
+    if (text != m_details->toPlainText()) {
+        m_details->setPlainText(text);
+    }
+    if (m_details->isHidden() != text.isEmpty()) {
+        m_details->setVisible(!text.isEmpty());
+        resize(width(), text.isEmpty() ? heightOfWords : heightWithDetails);
+    }
 }
 
 QString UpdateWindow::title() const {

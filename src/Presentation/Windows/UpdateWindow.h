@@ -27,6 +27,7 @@ private:
     QLayout *makeButtons();
     QPlainTextEdit *makeDetails();
     void refresh();
+    void showDetails(const QString &text);
     QString title() const;
     QString explanation() const;
     QString details() const;
