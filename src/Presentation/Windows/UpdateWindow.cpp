@@ -48,6 +48,7 @@ QPlainTextEdit *UpdateWindow::makeDetails() {
     m_details->setReadOnly(true);
     m_details->setTabChangesFocus(true);
     m_details->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    m_details->hide();
     return m_details;
 }
 
