@@ -151,9 +151,6 @@ TEST_F(UpdateServerTest, HandsOverWhatTheMakerHasSignedAndThePersonWanted) {
     updates->dismiss();
     pass(Seconds(0));
     EXPECT_TRUE(QFile::exists(path)) << "the installer still needs it";
-    updates->start();
-    pass(Seconds(0));
-    EXPECT_FALSE(QFile::exists(home.path(".cache/morvane")));
 }
 
 TEST_F(UpdateServerTest, DiscardsWhatIsNotTheMakers) {
@@ -202,28 +199,19 @@ TEST_F(UpdateServerTest, GoesNowhereElse) {
     QTcpServer other;
     QByteArray askedThere;
     serve(other, askedThere, [this](const QByteArray &) { return packageAnswer; });
-    const QByteArray port = QByteArray::number(other.serverPort());
+    const QByteArray there = "127.0.0.1:" + QByteArray::number(other.serverPort()) + "/morvane.deb";
     const QString elsewhere =
         "Morvane's server points to another place, and Morvane doesn't go there.";
     const QByteArray good = feedAnswer;
-    for (const QByteArray &place : {"http://127.0.0.1:" + port + "/morvane.deb",
-                                    "https://localhost:" + port + "/", QByteArray("/other")}) {
-        const QByteArray redirection = http("302 Found", "", "Location: " + place + "\r\n");
-        feedAnswer = redirection;
+    for (const QByteArray &place : {"http://" + there, "https://" + there, QByteArray("/other")}) {
+        packageAnswer = http("302 Found", "", "Location: " + place + "\r\n");
+        feedAnswer = packageAnswer;
         EXPECT_EQ(check(), Phase::failed);
         EXPECT_EQ(updates->failure(), elsewhere);
         feedAnswer = good;
-        packageAnswer = redirection;
         EXPECT_EQ(refusal(), elsewhere);
     }
     EXPECT_EQ(askedThere, "");
-    feedAnswer = http("404 Not Found", "");
-    check();
-    EXPECT_EQ(updates->failure(), "Morvane's server answers with an error (404).");
-    server.close();
-    https.emplace(scheduler, background);
-    check();
-    EXPECT_EQ(updates->failure(), "Morvane's server can't be reached.");
 }
 
 TEST_F(UpdateServerTest, LeavesNothingToWhoeverChangesTheirMind) {

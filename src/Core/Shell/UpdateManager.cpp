@@ -255,6 +255,7 @@ void UpdateManager::dismiss() {
 }
 
 void UpdateManager::discard() {
+    m_nextLook.cancel();
     dismiss();
     removeKept();
 }

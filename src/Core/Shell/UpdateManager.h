@@ -58,7 +58,7 @@ public:
     void start();
 
     /// Whether a check is possible at this moment: never before `start`, or in a build without
-    /// feed or key, and not while one is under way.
+    /// feed or key, and not while the person waits for one, or for a package.
     bool canCheck() const;
 
     /// Why this build can't look for updates; none where it can, and before `start`.
@@ -102,7 +102,7 @@ public:
     /// until the next start.
     void dismiss();
 
-    /// The same, and nothing that was downloaded is left.
+    /// The same, for good: nothing that was downloaded is left, and no day's check comes any more.
     void discard();
 
 signals:

@@ -10,7 +10,7 @@
 #include <cstring>
 #include <sys/stat.h>
 
-namespace morvane {
+namespace morvane::UpdatePackage {
 
 namespace {
 
@@ -39,7 +39,7 @@ QByteArray field(const QByteArray &fields, const QByteArray &name) {
 
 } // namespace
 
-Result<QString> UpdatePackage::keep(const QByteArray &package, const QString &version) {
+Result<QString> keep(const QByteArray &package, const QString &version) {
     discard();
     const QString place = folder();
     QDir().mkpath(ownFolder());
@@ -56,17 +56,20 @@ Result<QString> UpdatePackage::keep(const QByteArray &package, const QString &ve
     return path;
 }
 
-void UpdatePackage::discard() {
-    QDir(folder()).removeRecursively();
+void discard() {
+    // A link that somebody has put there is no way to what it leads to.
+    if (!QFile::remove(folder())) {
+        QDir(folder()).removeRecursively();
+    }
     QDir().rmdir(ownFolder());
 }
 
-QStringList UpdatePackage::question(const QString &path) {
+QStringList question(const QString &path) {
     return {QStringLiteral("--field"), path, QStringLiteral("Package"), QStringLiteral("Version")};
 }
 
 /// A Debian version is [epoch:]version[-revision].
-bool UpdatePackage::isMorvane(const QByteArray &fields, const QString &version) {
+bool isMorvane(const QByteArray &fields, const QString &version) {
     QByteArray told = field(fields, "Version");
     told = told.mid(told.indexOf(':') + 1);
     const qsizetype revision = told.lastIndexOf('-');
@@ -74,4 +77,4 @@ bool UpdatePackage::isMorvane(const QByteArray &fields, const QString &version) 
            (revision < 0 ? told : told.first(revision)) == version.toLatin1();
 }
 
-} // namespace morvane
+} // namespace morvane::UpdatePackage

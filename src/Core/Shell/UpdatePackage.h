@@ -3,31 +3,25 @@
 #include "Platform/Failure.h"
 
 #include <QByteArray>
-#include <QCoreApplication>
 #include <QString>
-
-namespace morvane {
+#include <QStringList>
 
 /// A downloaded package, from when it is known to be ours until the system's installer has had it.
-/// One at a time lies in a folder of this user's own. Stateless; any thread, but for the files
-/// rather none that must not wait.
-class UpdatePackage {
-    Q_DECLARE_TR_FUNCTIONS(UpdatePackage)
+/// One at a time lies in a folder of this user's own.
+namespace morvane::UpdatePackage {
 
-public:
-    /// Puts these bytes where only this user can reach them, in place of what was there, and says
-    /// where that is. The version is one that `UpdateFeed` lets through.
-    static Result<QString> keep(const QByteArray &package, const QString &version);
+/// Puts these bytes where only this user can reach them, in place of what was there, and says where
+/// that is. The version is one that `UpdateFeed` lets through. Writes; not for the main thread.
+Result<QString> keep(const QByteArray &package, const QString &version);
 
-    /// Removes what was kept, and the folder.
-    static void discard();
+/// Removes what was kept, and the folder. Not for the main thread either.
+void discard();
 
-    /// Asks dpkg-deb for what `isMorvane` needs to know of a package.
-    static QStringList question(const QString &path);
+/// What to ask dpkg-deb, so that `isMorvane` can tell.
+QStringList question(const QString &path);
 
-    /// Whether a package that dpkg-deb says this of is this program in this very version. A server
-    /// that hands out an old package, which is signed as well, can lie about everything but that.
-    static bool isMorvane(const QByteArray &fields, const QString &version);
-};
+/// Whether a package that dpkg-deb says this of is this program, in this very version. A server
+/// that hands out an old package, which is signed as well, can lie about everything but that.
+bool isMorvane(const QByteArray &fields, const QString &version);
 
-} // namespace morvane
+} // namespace morvane::UpdatePackage

@@ -15,8 +15,7 @@ inline constexpr qsizetype length = 64;
 /// So many bytes, in base64; none for anything else.
 std::optional<QByteArray> decode(const QString &base64, qsizetype count);
 
-/// Whether the owner of the public key has signed exactly these bytes. Takes about a second for a
-/// hundred MiB.
+/// Whether the owner of the public key has signed exactly these bytes, all of which are read.
 bool isRight(const QByteArray &signature, const QByteArray &signedBytes, const QByteArray &key);
 
 } // namespace morvane::UpdateSignature
