@@ -157,7 +157,8 @@ TEST_F(UpdateManagerTest, MakesNothingOfAFeedThatIsNoFriends) {
                                       "\"notes\":" + QByteArray(5'000, '['),
                                       "\"signature\":\"" + QByteArray(88, '!') + "\",",
                                       QByteArray("["),
-                                      QByteArray("\0", 1)}) {
+                                      QByteArray("\0", 1)};
+    for (const QByteArray &members : spoilt) {
         EXPECT_EQ(phaseAfter(feed(members)), Phase::failed) << members.left(80).constData();
         EXPECT_EQ(updates.failure(),
                   "Morvane can't make sense of what its server says about updates.");
