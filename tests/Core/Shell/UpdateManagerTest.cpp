@@ -127,39 +127,21 @@ TEST_F(UpdateManagerTest, OffersOnlyWhatIsNewer) {
 
 TEST_F(UpdateManagerTest, MakesNothingOfAFeedThatIsNoFriends) {
     updates.start();
-    for (const QByteArray &members : {R"("version":2,)",
-                                      R"("version":"",)",
-                                      R"("version":"9.9-1",)",
-                                      R"("version":"9\n",)",
-                                      R"("version":"../../9",)",
-                                      R"("version":"9.\u202e1",)",
-                                      R"("version":null,)",
-                                      R"("version":"99999999999999999999",)",
-                                      R"("version":"9.9.9.9.9",)",
-                                      R"("package":"",)",
-                                      R"("package":[],)",
-                                      R"("package":"http://updates.example/m.deb",)",
-                                      R"("package":"https://elsewhere.example/m.deb",)",
-                                      R"("package":"//elsewhere.example/",)",
-                                      R"("package":"https://updates.example:444/m.deb",)",
-                                      R"("package":"file:///etc/shadow",)",
-                                      R"("package":"https://me:pw@updates.example/m.deb",)",
-                                      R"("size":0,)",
-                                      R"("size":-1,)",
-                                      R"("size":1e3,)",
-                                      R"("size":"3",)",
-                                      R"("size":67108865,)",
-                                      R"("signature":"",)",
-                                      R"("size":18446744073709551615,)",
-                                      R"("signature":"c2hvcnQ=",)",
-                                      R"("notes":{},)",
-                                      R"("notes":")" + QByteArray(70'000, 'n') + "\",",
-                                      "\"notes\":" + QByteArray(5'000, '['),
-                                      "\"signature\":\"" + QByteArray(88, '!') + "\",",
-                                      QByteArray("["),
-                                      QByteArray("\0", 1)};
-    for (const QByteArray &members : spoilt) {
-        EXPECT_EQ(phaseAfter(feed(members)), Phase::failed) << members.left(80).constData();
+    QByteArrayList spoilt = QByteArray(R"(
+        "version":2 | "version":"" | "version":"9.9-1" | "version":"9\n" | "version":"../../9" |
+        "version":"9.\u202e1" | "version":null | "version":"9.9.9.9.9" | "version":"9999999999" |
+        "package":"" | "package":[] | "package":"http://updates.example/m.deb" |
+        "package":"https://elsewhere.example/m.deb" | "package":"//elsewhere.example/m.deb" |
+        "package":"https://updates.example:444/m.deb" | "package":"file:///etc/shadow" |
+        "package":"https://me:pw@updates.example/m.deb" | "size":0 | "size":-1 | "size":1e3 |
+        "size":"3" | "size":67108865 | "size":18446744073709551615 | "signature":"" |
+        "signature":"c2hvcnQ=" | "signature":null | "notes":{} | [ | }{)")
+                                .split('|');
+    spoilt << R"("notes":")" + QByteArray(70'000, 'n') + '"'
+           << "\"notes\":" + QByteArray(5'000, '[')
+           << R"("signature":")" + QByteArray(88, '!') + '"';
+    for (const QByteArray &member : spoilt) {
+        EXPECT_EQ(phaseAfter(feed(member + ',')), Phase::failed) << member.left(80).constData();
         EXPECT_EQ(updates.failure(),
                   "Morvane can't make sense of what its server says about updates.");
     }
