@@ -121,11 +121,11 @@ void AppDelegate::finishOnboarding(const OnboardingView::Mode &mode) {
     }
     // It is still in the middle of its own closing.
     m_onboardingWindow.release()->deleteLater();
-    for (ManagedWindow *window :
-         std::initializer_list<ManagedWindow *>{m_settingsWindow.get(), m_updateWindow.get()}) {
-        if (window != nullptr) {
-            window->setAboveOthers(false);
-        }
+    if (m_settingsWindow) {
+        m_settingsWindow->setAboveOthers(false);
+    }
+    if (m_updateWindow) {
+        m_updateWindow->setAboveOthers(false);
     }
 }
 

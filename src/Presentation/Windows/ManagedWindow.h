@@ -26,7 +26,7 @@ protected:
     static constexpr int margin = 40; ///< between the edge and what is written
 
 private:
-    /// Not where it was moved to since.
+    /// Later on the window comes back where it was.
     void centreAtFirst();
 
     bool m_wasPresented = false;
