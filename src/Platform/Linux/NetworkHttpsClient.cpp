@@ -72,7 +72,11 @@ private:
         }
     }
 
-    void readOn() { m_body += m_reply->read(m_request.longestAnswer - m_body.size()); }
+    /// Qt makes room for as much as it is asked for, whether it is there or not.
+    void readOn() {
+        m_body += m_reply->read(
+            std::min<qint64>(m_request.longestAnswer - m_body.size(), m_reply->bytesAvailable()));
+    }
 
     /// An answer with an error's status is one; one that broke off is none.
     std::optional<HttpsAnswer> answer() const {
