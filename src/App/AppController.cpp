@@ -6,6 +6,7 @@
 #include "Core/Sessions/GitInfo.h"
 #include "Core/Sessions/SessionDiscovery.h"
 #include "Core/Shell/BuildInfo.h"
+#include "Core/Shell/InstallPing.h"
 #include "Presentation/Overlay/InlineEditing.h"
 
 #include <QPointer>
@@ -22,6 +23,8 @@ AppController::AppController(MorvaneSettings &settings, const PlatformServices &
               {*platform.scheduler, *platform.background, *platform.secrets, *platform.https,
                *platform.dialogue},
               BuildInfo::version()),
+      m_updates(settings.defaults(), {*platform.https, *platform.scheduler, *platform.background,
+                                      *platform.tools, *platform.installer}),
       m_agentProcesses(*platform.processes,
                        [this](const QString &sessionID) { m_store.agentEnded(sessionID); }),
       m_connections(settings, *platform.scheduler),
@@ -58,6 +61,8 @@ void AppController::start() {
     connectSound();
     tellMilestones();
     readTranscripts();
+    m_updates.start();
+    m_installPing = InstallPing::sendIfNeeded(m_settings, *m_platform.https, *m_platform.scheduler);
     restoreSessions();
     if (m_settings.hasCompletedFirstRun()) {
         m_connections.watchForNewAgents();
@@ -308,6 +313,8 @@ QString AppController::removeEverything() {
                            : name);
     }
     m_store.forgetHistory();
+    m_updates.discard();
+    m_installPing.cancel();
     m_settings.removeStored();
     report << tr("preferences and session history");
     m_connections.refreshStatus();

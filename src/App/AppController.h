@@ -10,6 +10,7 @@
 #include "Core/Sessions/SessionStore.h"
 #include "Core/Settings/MorvaneSettings.h"
 #include "Core/Shell/SoundManager.h"
+#include "Core/Shell/UpdateManager.h"
 #include "Core/Usage/UsagePoller.h"
 #include "Presentation/Mascot/PixelTimeline.h"
 #include "Presentation/PresenterManager.h"
@@ -39,6 +40,8 @@ public:
     AgentConnections &connections() { return m_connections; }
 
     SoundManager &sound() { return m_sound; }
+
+    UpdateManager &updates() { return m_updates; }
 
     /// None unless a port could be bound.
     EventServer *server() { return m_server.get(); }
@@ -114,6 +117,8 @@ private:
     SessionStore m_store;
     SoundManager m_sound;
     UsagePoller m_usage;
+    UpdateManager m_updates;
+    Task m_installPing;
     AgentProcesses m_agentProcesses;
     AgentConnections m_connections;
     TerminalReply m_terminalReply;

@@ -17,6 +17,8 @@ void AppDelegate::applicationDidFinishLaunching() {
     }
     makeMenu();
     offerNewAgents();
+    connect(&m_controller->updates(), &UpdateManager::updateFound, this,
+            [this] { updateWindow().presentQuietly(); });
     m_controller->start();
     m_controller->presenterManager()->setContextMenu(&m_menu->menu());
     makeStatusItem();
@@ -35,9 +37,10 @@ void AppDelegate::offerNewAgents() {
 }
 
 void AppDelegate::makeMenu() {
-    m_menu = std::make_unique<StatusMenu>(m_controller->connections());
+    m_menu = std::make_unique<StatusMenu>(m_controller->connections(), m_controller->updates());
     connect(m_menu.get(), &StatusMenu::panelRequested, this, &AppDelegate::showPanel);
     connect(m_menu.get(), &StatusMenu::settingsRequested, this, &AppDelegate::openSettings);
+    connect(m_menu.get(), &StatusMenu::updateCheckRequested, this, &AppDelegate::checkForUpdates);
     PanelKeys &keys = m_controller->panelKeys();
     connect(&m_menu->menu(), &QMenu::aboutToShow, &keys, &PanelKeys::retry);
     connect(&keys, &PanelKeys::panelKeyStateChanged, m_menu.get(), [this, &keys] {
@@ -78,6 +81,7 @@ WindowContext AppDelegate::windowContext() {
         m_settings,
         controller.connections(),
         controller.usage(),
+        controller.updates(),
         *m_platform.scheduler,
         *m_platform.motion,
         {
@@ -91,6 +95,7 @@ WindowContext AppDelegate::windowContext() {
                 [&controller](bool enabled) { controller.setLaunchAtLogin(enabled); },
             .canFocusWindows = [&controller] { return controller.canFocusWindows(); },
             .hasTrayIcon = [this] { return m_statusItem && m_statusItem->isShown(); },
+            .checkForUpdates = [this] { checkForUpdates(); },
             .testSound = [&controller] { controller.sound().play(QStringLiteral("needs-input")); },
             .testLimitChime = [&controller] { controller.sound().playLimitChime(90); },
             .removeEverything = [&controller] { return controller.removeEverything(); },
@@ -119,6 +124,9 @@ void AppDelegate::finishOnboarding(const OnboardingView::Mode &mode) {
     if (m_settingsWindow) {
         m_settingsWindow->setAboveOthers(false);
     }
+    if (m_updateWindow) {
+        m_updateWindow->setAboveOthers(false);
+    }
 }
 
 void AppDelegate::openSettings() {
@@ -126,9 +134,26 @@ void AppDelegate::openSettings() {
         m_settingsWindow = std::make_unique<SettingsWindow>(windowContext());
         m_settingsWindow->addActions(m_menu->keyedActions());
     }
-    // The welcome is above all other windows, and must not cover what is asked for from there.
-    m_settingsWindow->setAboveOthers(m_onboardingWindow != nullptr);
-    m_settingsWindow->present();
+    presentAskedFor(*m_settingsWindow);
+}
+
+/// The welcome is above all other windows, and must not cover what is asked for from there.
+void AppDelegate::presentAskedFor(ManagedWindow &window) {
+    window.setAboveOthers(m_onboardingWindow != nullptr);
+    window.present();
+}
+
+void AppDelegate::checkForUpdates() {
+    m_controller->updates().checkForUpdates();
+    presentAskedFor(updateWindow());
+}
+
+UpdateWindow &AppDelegate::updateWindow() {
+    if (!m_updateWindow) {
+        m_updateWindow = std::make_unique<UpdateWindow>(m_controller->updates());
+        m_updateWindow->addActions(m_menu->keyedActions());
+    }
+    return *m_updateWindow;
 }
 
 void AppDelegate::showPanel() {

@@ -5,6 +5,7 @@
 #include "App/StatusMenu.h"
 #include "Presentation/Windows/OnboardingWindow.h"
 #include "Presentation/Windows/SettingsWindow.h"
+#include "Presentation/Windows/UpdateWindow.h"
 
 #include <QObject>
 
@@ -36,6 +37,9 @@ private:
     void showOnboarding(const OnboardingView::Mode &mode);
     void finishOnboarding(const OnboardingView::Mode &mode);
     void openSettings();
+    void presentAskedFor(ManagedWindow &window);
+    void checkForUpdates();
+    UpdateWindow &updateWindow();
     void showPanel();
 
     MorvaneSettings &m_settings;
@@ -44,6 +48,7 @@ private:
     std::unique_ptr<StatusMenu> m_menu;
     std::unique_ptr<StatusItem> m_statusItem;
     std::unique_ptr<SettingsWindow> m_settingsWindow;     ///< kept from when it was first asked for
+    std::unique_ptr<UpdateWindow> m_updateWindow;         ///< the same
     std::unique_ptr<OnboardingWindow> m_onboardingWindow; ///< none but while it is shown
 };
 

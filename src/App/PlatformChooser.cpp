@@ -4,6 +4,7 @@
 #include "Platform/Linux/Desktop/AutostartEntry.h"
 #include "Platform/Linux/Desktop/DesktopApplications.h"
 #include "Platform/Linux/Desktop/DesktopHostWindows.h"
+#include "Platform/Linux/Desktop/DesktopInstaller.h"
 #include "Platform/Linux/Desktop/DesktopMotion.h"
 #include "Platform/Linux/Desktop/GlobalShortcutsPortal.h"
 #include "Platform/Linux/Desktop/PlayerPrograms.h"
@@ -73,6 +74,7 @@ PlatformServices choosePlatform() {
         std::make_unique<NetworkHttpsClient>(*platform.scheduler, *platform.background);
     platform.applications = std::make_unique<DesktopApplications>();
     platform.loginItem = std::make_unique<AutostartEntry>(QCoreApplication::applicationFilePath());
+    platform.installer = std::make_unique<DesktopInstaller>();
     platform.processes = std::make_unique<LinuxProcesses>(*platform.scheduler);
     platform.sounds = std::make_unique<PlayerPrograms>(*platform.scheduler, ring);
     platform.tools = std::make_unique<BoundedTools>(*platform.scheduler);

@@ -6,6 +6,7 @@
 #include "Platform/InstalledApplications.h"
 #include "Platform/LoginItem.h"
 #include "Platform/NoScreen.h"
+#include "Platform/PackageInstaller.h"
 #include "Platform/Processes.h"
 #include "Platform/Scheduler.h"
 #include "Platform/Scripting.h"
@@ -29,6 +30,7 @@ struct PlatformServices {
     std::unique_ptr<InstalledApplications> applications;
     std::unique_ptr<LoginItem> loginItem;
     std::unique_ptr<HttpsClient> https = std::make_unique<NoHttpsClient>();
+    std::unique_ptr<PackageInstaller> installer = std::make_unique<NoPackageInstaller>();
     std::unique_ptr<Processes> processes = std::make_unique<UntoldProcesses>();
     std::unique_ptr<SoundPlayer> sounds = std::make_unique<NullSoundPlayer>();
     std::unique_ptr<Tools> tools;

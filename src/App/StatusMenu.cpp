@@ -3,6 +3,7 @@
 #include "Core/Agents/AgentAdapter.h"
 #include "Core/Hooks/AgentConnections.h"
 #include "Core/Shell/BuildInfo.h"
+#include "Core/Shell/UpdateManager.h"
 #include "Presentation/Style/HelpText.h"
 #include "Presentation/Style/PlatformWords.h"
 
@@ -35,10 +36,10 @@ protected:
 
 } // namespace
 
-StatusMenu::StatusMenu(AgentConnections &connections)
+StatusMenu::StatusMenu(AgentConnections &connections, const UpdateManager &updates)
     : m_connections(connections), m_menu(std::make_unique<KeyNamingMenu>()) {
     m_menu->setAccessibleName(QStringLiteral("Morvane"));
-    addItems();
+    addItems(updates);
     m_menu->installEventFilter(this);
     m_agents->installEventFilter(this);
     connect(m_menu.get(), &QMenu::aboutToShow, &m_connections, &AgentConnections::refreshStatus);
@@ -47,7 +48,7 @@ StatusMenu::StatusMenu(AgentConnections &connections)
     update();
 }
 
-void StatusMenu::addItems() {
+void StatusMenu::addItems(const UpdateManager &updates) {
     m_menu->addAction(tr("Morvane %1 (build %2)").arg(BuildInfo::version(), BuildInfo::build()))
         ->setEnabled(false);
     m_menu->addSeparator();
@@ -58,6 +59,9 @@ void StatusMenu::addItems() {
     m_panelKey->setVisible(false);
     m_settings = m_menu->addAction(tr("Settings…"), Qt::CTRL | Qt::Key_Comma, this,
                                    &StatusMenu::settingsRequested);
+    if (updates.isConfigured()) {
+        m_menu->addAction(tr("Check for Updates…"), this, &StatusMenu::updateCheckRequested);
+    }
     m_menu->addSeparator();
     addAgents();
     m_menu->addSeparator();

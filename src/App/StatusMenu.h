@@ -13,6 +13,7 @@ namespace morvane {
 
 class AgentAdapter;
 class AgentConnections;
+class UpdateManager;
 
 /// The program's menu, the same behind the status item and on the panel. What it shows is also
 /// right when it opens without telling, as it may where the desktop draws it. Owned by
@@ -21,7 +22,7 @@ class StatusMenu : public QObject {
     Q_OBJECT
 
 public:
-    explicit StatusMenu(AgentConnections &connections);
+    StatusMenu(AgentConnections &connections, const UpdateManager &updates);
 
     QMenu &menu() { return *m_menu; }
 
@@ -38,6 +39,9 @@ signals:
 
     void settingsRequested();
 
+    /// "Check for Updates…", which is there only where a check is possible at all.
+    void updateCheckRequested();
+
 private:
     struct AgentItem {
         AgentKind kind;
@@ -45,7 +49,7 @@ private:
     };
 
     bool eventFilter(QObject *watched, QEvent *event) override;
-    void addItems();
+    void addItems(const UpdateManager &updates);
     void addAgents();
     void update();
     void list(const std::vector<const AgentAdapter *> &offered);

@@ -52,8 +52,7 @@ std::string_view controllingTerminal() {
     while (process.terminal == 0 && process.parent > 1) {
         // A session has one terminal or none, so the next to ask is whoever started its leader;
         // where the leader is gone, the parent.
-        const Process leader =
-            process.session == process.id ? process : processOf(process.session);
+        const Process leader = process.session == process.id ? process : processOf(process.session);
         if (leader.terminal != 0)
             return deviceOf(leader.terminal);
         process = processOf(leader.parent > 1 ? leader.parent : process.parent);

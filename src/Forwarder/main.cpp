@@ -40,8 +40,8 @@ constexpr long promptLimit = 3'000; // milliseconds, all of them
 constexpr long decisionLimit = 90'000;
 
 /// An event that is on its way the kernel keeps, for a Morvane that is slow or stopped. A usual one
-/// is all there for the server's first look at it, so that no later event overtakes it. A longer one
-/// is waited for as long as keeps it before the next.
+/// is all there for the server's first look at it, so that no later event overtakes it. A longer
+/// one is waited for as long as keeps it before the next.
 constexpr size_t mostAtOnce = 32 << 10;
 constexpr long eventLimit = 250;
 

@@ -15,12 +15,14 @@ namespace morvane {
 struct HttpsRequest {
     QUrl url;
     QList<std::pair<QByteArray, QByteArray>> headers;
+    std::optional<QByteArray> body = std::nullopt; ///< posted; without one the request is a GET
+    qsizetype longestAnswer = 1'048'576;           ///< bytes of the answer's body that are read
 };
 
 struct HttpsAnswer {
     int status = 0; ///< 0 for an answer that is not HTTP
     QList<std::pair<QByteArray, QByteArray>> headers;
-    QByteArray body; ///< its first MiB
+    QByteArray body; ///< as much of it as the request wants
 
     /// The first of this name, whatever its case.
     std::optional<QByteArray> header(const QByteArray &name) const {
@@ -47,13 +49,13 @@ public:
     /// answer like any other. Nothing is stored, of cookies either. `finished` is called once, on
     /// the main thread and never before this has returned, with none when there was no answer that
     /// could be trusted; there is no limit of time. The end of the task ends the transfer.
-    [[nodiscard]] virtual Task get(const HttpsRequest &request, Finished finished) = 0;
+    [[nodiscard]] virtual Task send(const HttpsRequest &request, Finished finished) = 0;
 };
 
 /// That of a machine without a network, which has no answer ever.
 class NoHttpsClient final : public HttpsClient {
 public:
-    Task get(const HttpsRequest &, Finished) override { return {}; }
+    Task send(const HttpsRequest &, Finished) override { return {}; }
 };
 
 } // namespace morvane

@@ -40,7 +40,7 @@ protected:
         return nullptr;
     }
 
-    StatusMenu statusMenu{connections};
+    StatusMenu statusMenu{connections, controller.updates()};
 };
 
 TEST_F(StatusMenuTest, ListsWhatCanBeDone) {

@@ -141,6 +141,19 @@ TEST_F(WindowsTest, ChangesSettingsAndFollowsThem) {
     EXPECT_EQ(settings.displayMode(), DisplayTargetMode::externalOnly);
 }
 
+TEST_F(WindowsTest, SaysThatABuildWithoutAddressesSendsNothing) {
+    openSettings();
+    EXPECT_TRUE(reads("This build has no update signing key"));
+    EXPECT_TRUE(reads("so nothing is sent either way"));
+    EXPECT_TRUE(reads("never checked"));
+    EXPECT_FALSE(button("Check now")->isEnabled());
+    toggle("Count this install")->click();
+    EXPECT_FALSE(settings.installPingEnabled());
+    toggle("Check for updates automatically")->click();
+    EXPECT_FALSE(toggle("Check for updates automatically")->isChecked());
+    EXPECT_TRUE(isStored("SUEnableAutomaticChecks"));
+}
+
 TEST_F(WindowsTest, SaysWhoseNotificationsItSilences) {
     openSettings();
     EXPECT_TRUE(reads("None of the agents on this computer has a notification switch"));

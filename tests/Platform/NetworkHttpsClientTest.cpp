@@ -1,47 +1,17 @@
 #include "Platform/Linux/NetworkHttpsClient.h"
 
 #include "Core/Usage/UsageEndpoint.h"
-#include "EndToEnd/ChildProcess.h"
+#include "Platform/LoopbackServer.h"
 #include "Support/ManualPool.h"
 #include "Support/ManualScheduler.h"
 #include "Support/Printing.h"
-#include "Support/TemporaryHome.h"
 #include "Support/WaitUntil.h"
 
-#include <QSslConfiguration>
-#include <QSslKey>
 #include <QSslServer>
-#include <QStandardPaths>
-#include <QTcpSocket>
 #include <gtest/gtest.h>
 
 namespace morvane {
 namespace {
-
-/// Whoever connects is answered with the same bytes, as soon as the request is there.
-void serve(QTcpServer &server, QByteArray &asked, const QByteArray &answer, bool thenCloses) {
-    server.listen(QHostAddress::LocalHost);
-    QObject::connect(&server, &QTcpServer::pendingConnectionAvailable, &server,
-                     [&server, &asked, answer, thenCloses] {
-                         QTcpSocket *socket = server.nextPendingConnection();
-                         const auto read = [socket, &asked, answer, thenCloses] {
-                             asked += socket->readAll();
-                             if (asked.endsWith("\r\n\r\n")) {
-                                 socket->write(answer);
-                                 if (thenCloses) {
-                                     socket->disconnectFromHost();
-                                 }
-                             }
-                         };
-                         QObject::connect(socket, &QTcpSocket::readyRead, socket, read);
-                         read();
-                     });
-}
-
-QByteArray http(const QByteArray &status, const QByteArray &body, const QByteArray &headers = {}) {
-    return "HTTP/1.1 " + status + "\r\nContent-Length: " + QByteArray::number(body.size()) +
-           "\r\n" + headers + "\r\n" + body;
-}
 
 class NetworkHttpsClientTest : public testing::Test {
 protected:
@@ -69,7 +39,8 @@ protected:
     std::optional<HttpsAnswer> askFor(const QByteArray &answer, bool thenCloses = false) {
         QTcpServer server;
         asked.clear();
-        serve(server, asked, answer, thenCloses);
+        serve(
+            server, asked, [answer](const QByteArray &) { return answer; }, thenCloses);
         return ask(server);
     }
 
@@ -107,7 +78,7 @@ TEST_F(NetworkHttpsClientTest, SendsWhatItIsGivenAndBringsWhatComesBack) {
 TEST_F(NetworkHttpsClientTest, TakesTheTokenToNoOtherServer) {
     QTcpServer other;
     QByteArray askedThere;
-    serve(other, askedThere, http("200 OK", "{}"), false);
+    serve(other, askedThere, [](const QByteArray &) { return http("200 OK", "{}"); });
     const QByteArray place = "http://localhost:" + QByteArray::number(other.serverPort()) + "/";
     for (const char *status : {"301 Moved", "302 Found", "307 There", "308 There"}) {
         const auto answer = askFor(http(status, "", "Location: " + place + "\r\n"));
@@ -137,35 +108,20 @@ TEST_F(NetworkHttpsClientTest, TakesNoHalfAnswerAndNoEndlessOne) {
 }
 
 TEST_F(NetworkHttpsClientTest, TrustsOnlyAServerThatTheMachineKnows) {
-    if (QStandardPaths::findExecutable("openssl").isEmpty()) {
+    if (!LoopbackCertificate::canBeMade()) {
         GTEST_SKIP() << "openssl is needed and not installed";
     }
-    const QString key = home.path("key.pem");
-    const QString certificate = home.path("certificate.pem");
-    ChildProcess making({"openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt",
-                         "ec_paramgen_curve:prime256v1", "-nodes", "-keyout", key, "-out",
-                         certificate, "-subj", "/CN=stand-in", "-addext",
-                         "subjectAltName=IP:127.0.0.1"},
-                        QProcessEnvironment::systemEnvironment());
-    ASSERT_EQ(making.wait(), 0);
-    const auto authorities = QSslCertificate::fromPath(certificate);
-    QSslConfiguration own = QSslConfiguration::defaultConfiguration();
-    own.setPrivateKey(QSslKey(home.read("key.pem"), QSsl::Ec));
-    own.setLocalCertificate(authorities.first());
+    const LoopbackCertificate certificate(home);
     QSslServer server;
-    server.setSslConfiguration(own);
-    serve(server, asked, http("200 OK", "{}"), false);
+    certificate.giveTo(server);
+    serve(server, asked, [](const QByteArray &) { return http("200 OK", "{}"); });
 
     EXPECT_FALSE(ask(server, "https"));
     EXPECT_EQ(asked, "");
-    const QSslConfiguration before = QSslConfiguration::defaultConfiguration();
-    QSslConfiguration knowing = before;
-    knowing.setCaCertificates(authorities);
-    QSslConfiguration::setDefaultConfiguration(knowing);
+    certificate.trust();
     client.emplace(scheduler, background); // the first has kept what it had of the server
     EXPECT_TRUE(ask(server, "https"));
     EXPECT_TRUE(asked.contains("Bearer token"));
-    QSslConfiguration::setDefaultConfiguration(before);
 }
 
 } // namespace

@@ -14,12 +14,14 @@ public:
     TemporaryHome() {
         qputenv("HOME", path().toUtf8());
         qputenv("XDG_CONFIG_HOME", path(".config").toUtf8());
+        qputenv("XDG_CACHE_HOME", path(".cache").toUtf8());
     }
     TemporaryHome(const TemporaryHome &) = delete;
     TemporaryHome &operator=(const TemporaryHome &) = delete;
     ~TemporaryHome() {
         restore("HOME", m_home);
         restore("XDG_CONFIG_HOME", m_config);
+        restore("XDG_CACHE_HOME", m_cache);
     }
 
     QString path(const QString &relativePath = {}) const {
@@ -53,6 +55,7 @@ private:
 
     QByteArray m_home = qgetenv("HOME");
     QByteArray m_config = qgetenv("XDG_CONFIG_HOME");
+    QByteArray m_cache = qgetenv("XDG_CACHE_HOME");
     QTemporaryDir m_folder;
 };
 

@@ -22,8 +22,8 @@ public:
 
     explicit Turns(Queue queue) : m_queue(std::move(queue)), m_pause(m_queue) {}
 
-    /// Of two that have taken as much, the one with the lower serial number goes first. Nobody waits
-    /// twice at once.
+    /// Of two that have taken as much, the one with the lower serial number goes first. Nobody
+    /// waits twice at once.
     struct Place {
         std::size_t taken = 0; ///< so far, in any unit that all share
         std::uint64_t serial = 0;

@@ -6,7 +6,7 @@
 
 #include <optional>
 
-/// Which program this is, for a person.
+/// Which program this is, for a person and for the servers of its maker.
 namespace morvane::BuildInfo {
 
 QString version();
@@ -22,5 +22,20 @@ QString builtAtDescription();
 
 /// Where people who use Morvane meet; none for a build that was given no such place.
 std::optional<QUrl> communityURL();
+
+// What this program is to the maker's own server. Each is none for a build that was given none, or
+// none that could be trusted.
+
+/// Where newer versions are told of.
+std::optional<QUrl> updateFeed();
+
+/// The Ed25519 key by which updates are known to be the maker's, 32 bytes.
+std::optional<QByteArray> updateKey();
+
+/// Where installations are counted.
+std::optional<QUrl> installCounter();
+
+/// How this program names itself to it: "Morvane/1.2".
+QByteArray userAgent();
 
 } // namespace morvane::BuildInfo

@@ -1,5 +1,7 @@
 #include "Core/Usage/UsageEndpoint.h"
 
+#include "Core/Ground/AskWithin.h"
+
 #include <QDateTime>
 #include <QLocale>
 #include <QString>
@@ -45,7 +47,6 @@ QUrl UsageEndpoint::url() {
 void UsageEndpoint::ask(const QByteArray &token, HttpsClient::Finished use) {
     const std::uint64_t number = ++m_lastNumber;
     const auto finish = [this, number, use = std::move(use)](const auto &answer) {
-        // Ends transfer and deadline, of which one has called this.
         const auto ended = m_pending.extract(number);
         use(answer);
     };
@@ -53,9 +54,7 @@ void UsageEndpoint::ask(const QByteArray &token, HttpsClient::Finished use) {
                                {{"Authorization", "Bearer " + token},
                                 {"anthropic-beta", "oauth-2025-04-20"},
                                 {"User-Agent", "claude-code/2.1.0"}}};
-    m_pending.emplace(number,
-                      Pending{m_client.get(request, finish),
-                              m_scheduler.after(answerLimit, [finish] { finish(std::nullopt); })});
+    m_pending.emplace(number, askWithin(answerLimit, m_client, m_scheduler, request, finish));
 }
 
 Seconds UsageEndpoint::retryAfter(const std::optional<QByteArray> &header, Date now) {

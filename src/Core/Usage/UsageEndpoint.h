@@ -35,17 +35,11 @@ public:
     static constexpr Seconds longestRetry{86'400};
 
 private:
-    /// A request that has no answer yet.
-    struct Pending {
-        Task transfer;
-        Task deadline;
-    };
-
     HttpsClient &m_client;
     Scheduler &m_scheduler;
     const QUrl m_url;
     std::uint64_t m_lastNumber = 0;
-    std::map<std::uint64_t, Pending> m_pending;
+    std::map<std::uint64_t, Task> m_pending; ///< the requests that have no answer yet
 };
 
 } // namespace morvane

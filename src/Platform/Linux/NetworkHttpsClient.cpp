@@ -11,7 +11,7 @@ namespace morvane {
 
 namespace {
 
-constexpr qint64 longestBody = 1'048'576;
+constexpr qint64 bufferSize = 1'048'576;
 
 QNetworkRequest networkRequest(const HttpsRequest &request) {
     QNetworkRequest result(request.url);
@@ -39,9 +39,10 @@ public:
             return;
         }
         manager.setProxy(proxy);
-        m_reply = manager.get(networkRequest(m_request));
+        const QNetworkRequest request = networkRequest(m_request);
+        m_reply = m_request.body ? manager.post(request, *m_request.body) : manager.get(request);
         m_reply->setParent(this);
-        m_reply->setReadBufferSize(longestBody);
+        m_reply->setReadBufferSize(bufferSize);
         connect(m_reply, &QNetworkReply::readyRead, this, [this] { read(); });
         connect(m_reply, &QNetworkReply::finished, this, [this] { finish(); });
     }
@@ -56,19 +57,25 @@ public:
 
 private:
     void read() {
-        m_body += m_reply->read(longestBody - m_body.size());
-        if (m_body.size() == longestBody) {
+        readOn();
+        if (m_body.size() == m_request.longestAnswer) {
             finish();
         }
     }
 
     void finish() {
         if (const auto finished = std::exchange(m_finished, nullptr)) {
-            m_body += m_reply->read(longestBody - m_body.size());
+            readOn();
             finished(answer());
             m_reply->abort();
             deleteLater();
         }
+    }
+
+    /// Qt makes room for as much as it is asked for, whether it is there or not.
+    void readOn() {
+        m_body += m_reply->read(
+            std::min<qint64>(m_request.longestAnswer - m_body.size(), m_reply->bytesAvailable()));
     }
 
     /// An answer with an error's status is one; one that broke off is none.
@@ -97,7 +104,7 @@ NetworkHttpsClient::NetworkHttpsClient(Scheduler &scheduler, BackgroundPool &bac
     m_manager.setRedirectPolicy(QNetworkRequest::ManualRedirectPolicy);
 }
 
-Task NetworkHttpsClient::get(const HttpsRequest &request, Finished finished) {
+Task NetworkHttpsClient::send(const HttpsRequest &request, Finished finished) {
     auto *transfer = new Transfer(request, std::move(finished));
     transfer->setParent(&m_manager);
     m_background.compute(

@@ -15,7 +15,7 @@ public:
     /// Both must outlive the client.
     NetworkHttpsClient(Scheduler &scheduler, BackgroundPool &background);
 
-    [[nodiscard]] Task get(const HttpsRequest &request, Finished finished) override;
+    [[nodiscard]] Task send(const HttpsRequest &request, Finished finished) override;
 
 private:
     Scheduler &m_scheduler;

@@ -22,13 +22,21 @@ ManagedWindow::ManagedWindow(const QString &title) {
 }
 
 void ManagedWindow::present() {
-    if (!std::exchange(m_wasPresented, true)) {
-        centre();
-    }
+    centreAtFirst();
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
     raise();
     activateWindow();
+}
+
+void ManagedWindow::presentQuietly() {
+    if (isVisible()) {
+        return;
+    }
+    centreAtFirst();
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    show();
+    setAttribute(Qt::WA_ShowWithoutActivating, false);
 }
 
 void ManagedWindow::setAboveOthers(bool isAbove) {
@@ -41,7 +49,10 @@ void ManagedWindow::setAboveOthers(bool isAbove) {
     setVisible(wasVisible);
 }
 
-void ManagedWindow::centre() {
+void ManagedWindow::centreAtFirst() {
+    if (std::exchange(m_wasPresented, true)) {
+        return;
+    }
     const QScreen *screen = QGuiApplication::screenAt(QCursor::pos());
     if (screen == nullptr) {
         screen = QGuiApplication::primaryScreen();

@@ -16,6 +16,9 @@ public:
     /// pointer, if it wasn't on the screen before.
     void present();
 
+    /// Shows the window, if it isn't there already, and leaves the keyboard to whoever has it.
+    void presentQuietly();
+
     /// Whether it keeps above ordinary windows, even those that are in front.
     void setAboveOthers(bool isAbove);
 
@@ -23,7 +26,8 @@ protected:
     static constexpr int margin = 40; ///< between the edge and what is written
 
 private:
-    void centre();
+    /// Later on the window comes back where it was.
+    void centreAtFirst();
 
     bool m_wasPresented = false;
 };

@@ -2,6 +2,7 @@
 
 #include "Core/Hooks/AgentConnections.h"
 #include "Core/Settings/MorvaneSettings.h"
+#include "Core/Shell/UpdateManager.h"
 #include "Core/Usage/UsagePoller.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/TextLabel.h"
@@ -12,8 +13,10 @@
 #include "Presentation/Windows/BehaviourSection.h"
 #include "Presentation/Windows/DisplaysSection.h"
 #include "Presentation/Windows/PictureView.h"
+#include "Presentation/Windows/PrivacySection.h"
 #include "Presentation/Windows/RemovalSection.h"
 #include "Presentation/Windows/SoundSection.h"
+#include "Presentation/Windows/UpdatesSection.h"
 #include "Presentation/Windows/UsageSection.h"
 #include "Presentation/Windows/WindowFocusSection.h"
 
@@ -47,6 +50,7 @@ SettingsView::SettingsView(const WindowContext &context, QWidget *parent)
     connect(&m_connections, &AgentConnections::statusChanged, this, &SettingsView::refresh);
     connect(&m_connections, &AgentConnections::lastErrorChanged, this, &SettingsView::refresh);
     connect(&context.usage, &UsagePoller::changed, this, &SettingsView::refresh);
+    connect(&context.updates, &UpdateManager::changed, this, &SettingsView::refresh);
     refresh();
 }
 
@@ -59,7 +63,8 @@ QWidget *SettingsView::makeForm(const WindowContext &context) {
         new AgentsSection(context, form),    new WindowFocusSection(context, form),
         new DisplaysSection(context, form),  new SoundSection(context, form),
         new ApprovalsSection(context, form), new UsageSection(context, form),
-        new BehaviourSection(context, form), new AboutSection(form),
+        new BehaviourSection(context, form), new PrivacySection(context, form),
+        new UpdatesSection(context, form),   new AboutSection(form),
         new RemovalSection(context, form),
     };
     for (FormSection *section : m_sections) {

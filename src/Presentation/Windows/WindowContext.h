@@ -10,6 +10,7 @@ class AgentConnections;
 class MorvaneSettings;
 class MotionPreference;
 class Scheduler;
+class UpdateManager;
 class UsagePoller;
 
 /// What the program's windows ask of those that own it. Each is set. Main thread.
@@ -26,6 +27,8 @@ struct ProgramActions {
     std::function<bool()> canFocusWindows;
     /// Whether there is an icon in a tray.
     std::function<bool()> hasTrayIcon;
+    /// Looks for a newer version, and shows what comes of it.
+    std::function<void()> checkForUpdates;
     std::function<void()> testSound;
     std::function<void()> testLimitChime;
     /// Takes everything of ours off this machine, and tells what, an item a line.
@@ -38,6 +41,7 @@ struct WindowContext {
     MorvaneSettings &settings;
     AgentConnections &connections;
     const UsagePoller &usage;
+    UpdateManager &updates;
     Scheduler &scheduler;
     MotionPreference &motion;
     ProgramActions program;

@@ -30,9 +30,8 @@ TEST(ForwarderScripts, PutsPortAndTokenIntoTheScript) {
     EXPECT_TRUE(script.startsWith("#!/bin/sh\n"));
     EXPECT_TRUE(script.contains("40123") && script.contains("the-token"));
     EXPECT_FALSE(script.contains("__PORT__") || script.contains("__TOKEN__"));
-    EXPECT_EQ(home.read(client())
-                  .startsWith("\x7f"
-                              "ELF"),
+    EXPECT_EQ(home.read(client()).startsWith("\x7f"
+                                             "ELF"),
               hasClient());
 
     const auto mode = [&](const QString &relative) {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Platform/HttpsClient.h"
 #include "Platform/SecretStore.h"
 #include "Platform/ToolDialogue.h"
+#include "Support/FakeHttpsClient.h"
 
 #include <QStringList>
 
@@ -20,28 +20,6 @@ public:
 
     Answer answer = Failure{};
     QStringList asked;
-};
-
-/// A network on which the test answers.
-class FakeHttpsClient : public HttpsClient {
-public:
-    Task get(const HttpsRequest &request, Finished finished) override {
-        requests.push_back({request, std::move(finished)});
-        return Task([this, index = requests.size() - 1] { requests[index].finished = nullptr; });
-    }
-
-    /// Answers the last request, unless nobody waits for that any more.
-    void answer(const std::optional<HttpsAnswer> &answer) {
-        if (const auto finished = requests.back().finished) {
-            finished(answer);
-        }
-    }
-
-    struct Asked {
-        HttpsRequest request;
-        Finished finished;
-    };
-    std::vector<Asked> requests;
 };
 
 /// A program that says what the test has it say, one piece after each thing that is said to it.

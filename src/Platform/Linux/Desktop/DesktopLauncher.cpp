@@ -73,7 +73,7 @@ void detach() {
     ::close_range(firstOwn, ~0U, CLOSE_RANGE_CLOEXEC);
 }
 
-void start(const QStringList &command, const QString &startupID) {
+void startProcess(const QStringList &command, const QString &startupID) {
     auto *process = new QProcess;
     QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
     QObject::connect(process, &QProcess::errorOccurred, process, &QObject::deleteLater);
@@ -94,10 +94,19 @@ void launch(const QString &bundleID, const QString &startupID) {
     for (const QString &id : KnownApplications::desktopEntryIDs(bundleID)) {
         const auto entry = DesktopEntry::pathOf(id);
         if (const auto command = entry ? commandOf(*entry) : std::nullopt) {
-            start(*command, startupID);
+            startProcess(*command, startupID);
             return;
         }
     }
+}
+
+bool start(QStringList command, const QString &startupID) {
+    command.first() = executable(command.first());
+    if (command.first().isEmpty()) {
+        return false;
+    }
+    startProcess(command, startupID);
+    return true;
 }
 
 } // namespace morvane::DesktopLauncher

@@ -1,8 +1,9 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
-/// Starts applications by their desktop entries. Main thread.
+/// Starts applications, mostly by their desktop entries. Main thread.
 namespace morvane::DesktopLauncher {
 
 /// Starts the application on its own, in the person's home folder: it outlives this program, and
@@ -10,5 +11,8 @@ namespace morvane::DesktopLauncher {
 /// Nothing happens for an application that isn't installed, whose entry is malformed, or that needs
 /// a terminal around it.
 void launch(const QString &bundleID, const QString &startupID);
+
+/// Starts a program and its arguments in the same way. False where it isn't installed.
+bool start(QStringList command, const QString &startupID);
 
 } // namespace morvane::DesktopLauncher

@@ -1,0 +1,281 @@
+#include "Core/Shell/UpdateManager.h"
+
+#include "Core/Ground/AskWithin.h"
+#include "Core/Settings/Defaults.h"
+#include "Core/Shell/UpdatePackage.h"
+#include "Core/Shell/UpdateSignature.h"
+#include "Platform/BackgroundPool.h"
+#include "Platform/PackageInstaller.h"
+#include "Platform/Tools.h"
+
+#include <QStandardPaths>
+
+#include <utility>
+
+namespace morvane {
+
+namespace {
+
+constexpr Seconds feedLimit(30);
+constexpr Seconds packageLimit(1800);
+constexpr Seconds day(86'400);
+/// A machine that sleeps at night has days of its own, and one that was offline may be back.
+constexpr Seconds lookInterval(3600);
+/// Whoever has just installed the program has other things on the screen, and may not want this.
+constexpr Seconds firstLook(600);
+
+const QString automaticKey = QStringLiteral("SUEnableAutomaticChecks");
+const QString lastCheckKey = QStringLiteral("SULastCheckTime");
+const QString skippedKey = QStringLiteral("SUSkippedVersion");
+
+/// Nothing about the person but that this version runs, and the bytes as they lie there.
+HttpsRequest request(const QUrl &url, qsizetype longestAnswer) {
+    return {url,
+            {{"User-Agent", BuildInfo::userAgent()},
+             {"Accept-Language", "*"},
+             {"Accept-Encoding", "identity"}},
+            std::nullopt,
+            longestAnswer};
+}
+
+/// Why an answer is none that can be used, if so.
+std::optional<Failure> refusal(const std::optional<HttpsAnswer> &answer) {
+    if (!answer) {
+        return Failure{UpdateManager::tr("Morvane's server can't be reached.")};
+    }
+    if (answer->status >= 300 && answer->status <= 399) {
+        return Failure{UpdateManager::tr("Morvane's server points to another place, and Morvane "
+                                         "doesn't go there.")};
+    }
+    if (answer->status != 200) {
+        return Failure{
+            UpdateManager::tr("Morvane's server answers with an error (%1).").arg(answer->status)};
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+UpdateManager::UpdateManager(Defaults &defaults, const Means &means, UpdateSource source)
+    : m_defaults(defaults), m_means(means), m_source(std::move(source)) {}
+
+void UpdateManager::start() {
+    if (!m_source.publicKey) {
+        m_unavailableReason = tr("This build has no update signing key, so Morvane won't check for "
+                                 "updates.");
+    } else if (!m_source.feed) {
+        m_unavailableReason = tr("This build has no update feed configured.");
+    } else {
+        m_isStarted = true;
+        removeKept();
+        lookAgainIn(lastUpdateCheckDate() ? Seconds(0) : firstLook);
+    }
+    emit changed();
+}
+
+void UpdateManager::lookAgainIn(Seconds time) {
+    m_nextLook = m_means.scheduler.after(time, [this] {
+        checkDaily();
+        lookAgainIn(lookInterval);
+    });
+}
+
+bool UpdateManager::canCheck() const {
+    return m_isStarted && !m_isExamining && m_phase != Phase::checking &&
+           m_phase != Phase::downloading;
+}
+
+bool UpdateManager::automaticChecks() const {
+    const QVariant stored = m_defaults.value(automaticKey);
+    return stored.typeId() != QMetaType::Bool || stored.toBool();
+}
+
+void UpdateManager::setAutomaticChecks(bool enabled) {
+    m_defaults.setValue(automaticKey, enabled);
+    if (!enabled && m_phase != Phase::checking && m_phase != Phase::downloading) {
+        m_request.cancel();
+    }
+    emit changed();
+}
+
+std::optional<Date> UpdateManager::lastUpdateCheckDate() const {
+    bool isNumber = false;
+    const double stored = m_defaults.value(lastCheckKey).toDouble(&isNumber);
+    return isNumber && stored > 0 && stored < 1e10 ? std::optional(Date{} + Seconds(stored))
+                                                   : std::nullopt;
+}
+
+/// A date to come is one that a wrong clock has left behind.
+bool UpdateManager::isDue() const {
+    const auto last = lastUpdateCheckDate();
+    const Date now = m_means.scheduler.now();
+    return !last || *last > now || now - *last >= day;
+}
+
+/// Stays out of sight: what the person looks at, or hasn't answered yet, is left as it is.
+void UpdateManager::checkDaily() {
+    const bool isFree = canCheck() && m_phase != Phase::offered && m_phase != Phase::handedOver;
+    if (isFree && automaticChecks() && isDue()) {
+        askFeed();
+    }
+}
+
+void UpdateManager::checkForUpdates() {
+    if (canCheck()) {
+        enter(Phase::checking);
+        askFeed();
+    }
+}
+
+void UpdateManager::askFeed() {
+    m_request = askWithin(feedLimit, m_means.https, m_means.scheduler,
+                          request(*m_source.feed, UpdateFeed::longestFeed + 1),
+                          [this](const auto &answer) { takeFeed(answer); });
+}
+
+void UpdateManager::takeFeed(const std::optional<HttpsAnswer> &answer) {
+    if (answer) {
+        const Seconds now = m_means.scheduler.now().time_since_epoch();
+        m_defaults.setValue(lastCheckKey, now.count());
+    }
+    const bool isAwaited = m_phase == Phase::checking;
+    const auto why = read(answer);
+    const bool isNews = !why && UpdateFeed::isLater(m_offer.version, m_source.version);
+    if (isAwaited && why) {
+        fail(why->message);
+    } else if (isAwaited) {
+        enter(isNews ? Phase::offered : Phase::upToDate);
+    } else if (isNews && m_defaults.value(skippedKey) != m_offer.version) {
+        enter(Phase::offered);
+        emit updateFound();
+    } else {
+        emit changed();
+    }
+}
+
+std::optional<Failure> UpdateManager::read(const std::optional<HttpsAnswer> &answer) {
+    if (auto why = refusal(answer)) {
+        return why;
+    }
+    const auto offer = UpdateFeed::parse(answer->body, *m_source.feed);
+    if (!offer) {
+        return Failure{tr("Morvane can't make sense of what its server says about updates.")};
+    }
+    m_offer = *offer;
+    return std::nullopt;
+}
+
+void UpdateManager::download() {
+    if (m_phase != Phase::offered) {
+        return;
+    }
+    // One byte more tells a package that goes on.
+    m_request = askWithin(packageLimit, m_means.https, m_means.scheduler,
+                          request(m_offer.package, m_offer.size + 1),
+                          [this](const auto &answer) { takePackage(answer); });
+    enter(Phase::downloading);
+}
+
+/// Before the signature is known to be right for all of the package, not a byte of it gets onto the
+/// disk.
+void UpdateManager::takePackage(const std::optional<HttpsAnswer> &answer) {
+    if (const auto why = refusal(answer)) {
+        fail(why->message);
+        return;
+    }
+    if (answer->body.size() != m_offer.size) {
+        fail(tr("The update isn't as long as it should be. It was discarded."));
+        return;
+    }
+    m_isExamining = true;
+    m_means.background.compute(
+        [package = answer->body, offer = m_offer, key = *m_source.publicKey]() -> Result<QString> {
+            if (!UpdateSignature::isRight(offer.signature, package, key)) {
+                return Failure{tr("The update isn't signed with Morvane's key. It was discarded.")};
+            }
+            return UpdatePackage::keep(package, offer.version);
+        },
+        m_means.scheduler, this,
+        [this](const Result<QString> &kept) {
+            if (const Failure *why = kept.failure()) {
+                m_isExamining = false;
+                fail(why->message);
+            } else {
+                lookInto(*kept);
+            }
+        });
+}
+
+void UpdateManager::lookInto(const QString &path) {
+    const QString tool = QStandardPaths::findExecutable(QStringLiteral("dpkg-deb"));
+    if (tool.isEmpty()) {
+        reject(
+            tr("The update is a Debian package, and there is no dpkg-deb here to look into it."));
+        return;
+    }
+    m_means.tools.run({tool, UpdatePackage::question(path), {}},
+                      [self = QPointer<UpdateManager>(this), path](const auto &fields) {
+                          if (self && fields &&
+                              UpdatePackage::isMorvane(*fields, self->m_offer.version)) {
+                              self->handOver(path);
+                          } else if (self) {
+                              self->reject(tr("The package isn't the version of Morvane that it "
+                                              "was said to be. It was discarded."));
+                          }
+                      });
+}
+
+void UpdateManager::reject(const QString &why) {
+    m_isExamining = false;
+    removeKept();
+    fail(why);
+}
+
+void UpdateManager::handOver(const QString &path) {
+    if (m_phase != Phase::downloading) {
+        reject({}); // the person has changed their mind meanwhile
+        return;
+    }
+    m_isExamining = false;
+    m_packagePath = path;
+    m_installerOpened = m_means.installer.open(path);
+    enter(Phase::handedOver);
+}
+
+void UpdateManager::skip() {
+    if (m_phase == Phase::offered) {
+        m_defaults.setValue(skippedKey, m_offer.version);
+        dismiss();
+    }
+}
+
+void UpdateManager::dismiss() {
+    m_request.cancel();
+    enter(Phase::idle);
+}
+
+void UpdateManager::discard() {
+    m_nextLook.cancel();
+    dismiss();
+    removeKept();
+}
+
+void UpdateManager::removeKept() {
+    m_means.background.run(&UpdatePackage::discard);
+}
+
+void UpdateManager::enter(Phase phase) {
+    m_phase = phase;
+    emit changed();
+}
+
+/// What nobody waits for any more fails in silence.
+void UpdateManager::fail(const QString &why) {
+    if (m_phase == Phase::checking || m_phase == Phase::downloading) {
+        m_failure = why;
+        m_phase = Phase::failed;
+    }
+    emit changed();
+}
+
+} // namespace morvane

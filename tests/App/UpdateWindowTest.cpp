@@ -1,0 +1,69 @@
+#include "Presentation/Windows/UpdateWindow.h"
+
+#include "Support/FakeHttpsClient.h"
+#include "Support/FakeTools.h"
+#include "Support/Printing.h"
+#include "Support/UpdateWorld.h"
+
+#include <QPlainTextEdit>
+#include <gtest/gtest.h>
+
+namespace morvane {
+namespace {
+
+using Phase = UpdateManager::Phase;
+
+class UpdateWindowTest : public testing::Test, protected UpdateWorld {
+protected:
+    UpdateWindowTest() { updates.start(); }
+
+    void offer() {
+        updates.checkForUpdates();
+        window.present();
+        https.answer(HttpsAnswer{
+            200,
+            {},
+            R"({"version":"1.1","package":"m.deb","size":3,"notes":"<b>Bold</b>","signature":")" +
+                QByteArray(64, 's').toBase64() + "\"}"});
+    }
+
+    FormButton *button(const QString &text) {
+        for (FormButton *button : window.findChildren<FormButton *>()) {
+            if (button->isVisible() && button->text().remove(u'&') == text) {
+                return button;
+            }
+        }
+        return nullptr;
+    }
+
+    FakeHttpsClient https;
+    FakeTools tools;
+    UpdateManager updates{defaults,
+                          means(https, tools),
+                          {QUrl("https://updates.example/feed.json"), QByteArray(32, 'k'), "1.0"}};
+    UpdateWindow window{updates};
+};
+
+TEST_F(UpdateWindowTest, AsksBeforeItDownloads) {
+    offer();
+    const auto *notes = window.findChild<QPlainTextEdit *>();
+    EXPECT_EQ(notes->toPlainText(), "<b>Bold</b>");
+    EXPECT_EQ(notes->accessibleName(), "Release notes");
+    EXPECT_NE(button("Later"), nullptr);
+    const std::size_t before = https.requests.size();
+    button("Download")->click();
+    EXPECT_EQ(https.requests.size(), before + 1);
+    EXPECT_EQ(button("Download"), nullptr);
+    button("Cancel")->click();
+    EXPECT_FALSE(window.isVisible());
+    EXPECT_EQ(updates.phase(), Phase::idle);
+    EXPECT_EQ(https.requests.back().finished, nullptr);
+
+    offer();
+    button("Skip this version")->click();
+    EXPECT_FALSE(window.isVisible());
+    EXPECT_EQ(defaults.value("SUSkippedVersion"), "1.1");
+}
+
+} // namespace
+} // namespace morvane

@@ -1,0 +1,238 @@
+#include "Core/Shell/UpdateManager.h"
+#include "Core/Shell/UpdateSignature.h"
+#include "Platform/Linux/BoundedTools.h"
+#include "Platform/Linux/NetworkHttpsClient.h"
+#include "Platform/LoopbackServer.h"
+#include "Support/Printing.h"
+#include "Support/UpdateWorld.h"
+#include "Support/WaitUntil.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+namespace morvane {
+namespace {
+
+using Phase = UpdateManager::Phase;
+
+mode_t modeOf(const QString &path) {
+    struct stat status {};
+    return ::stat(path.toUtf8().constData(), &status) == 0 ? status.st_mode & 07777 : 0;
+}
+
+/// A server of updates on this machine that can be made to err or to lie, and real packages, signed
+/// as the maker signs them.
+class UpdateServerTest : public testing::Test, protected UpdateWorld {
+protected:
+    void SetUp() override {
+        if (!LoopbackCertificate::canBeMade() ||
+            QStandardPaths::findExecutable("dpkg-deb").isEmpty()) {
+            GTEST_SKIP() << "openssl and dpkg-deb are needed";
+        }
+        certificate.emplace(home);
+        certificate->giveTo(server);
+        certificate->trust();
+        serve(server, asked, [this](const QByteArray &line) {
+            return line.contains("feed.json") ? feedAnswer : packageAnswer;
+        });
+        run({"openssl", "genpkey", "-algorithm", "ed25519", "-out", home.path("maker.pem")});
+        const QByteArray told =
+            run({"openssl", "pkey", "-in", home.path("maker.pem"), "-pubout", "-outform", "DER"});
+        https.emplace(scheduler, background);
+        updates.emplace(defaults, means(*https, tools),
+                        UpdateSource{url("feed.json"), told.right(32), "1.0"});
+        updates->setAutomaticChecks(false);
+        updates->start();
+        offer("1.1");
+    }
+
+    static QByteArray run(const QStringList &command) {
+        ChildProcess child(command, QProcessEnvironment::systemEnvironment());
+        EXPECT_EQ(child.wait(), 0) << qPrintable(command.join(' '));
+        return child.output();
+    }
+
+    QUrl url(const char *file) const {
+        return QUrl(QStringLiteral("https://127.0.0.1:%1/deb/%2")
+                        .arg(server.serverPort())
+                        .arg(QLatin1String(file)));
+    }
+
+    QString makePackage(const QByteArray &version, const QByteArray &name = "morvane") const {
+        home.write("tree/DEBIAN/control", "Package: " + name + "\nVersion: 1:" + version +
+                                              "-1\nArchitecture: all\nMaintainer: Me "
+                                              "<me@example.org>\nDescription: Test\n");
+        const QString path = home.path("morvane_" + version + ".deb");
+        run({"dpkg-deb", "--build", home.path("tree"), path});
+        return path;
+    }
+
+    /// What the maker's script says of a package.
+    QJsonObject sign(const QString &package) const {
+        const QString notes = home.write("notes.txt", "Says \"more\".\n\tC:\\ too\n");
+        return QJsonDocument::fromJson(
+                   run({SCRIPTS "/sign-release", home.path("maker.pem"), package, notes}))
+            .object();
+    }
+
+    void tell(const QJsonObject &feed) {
+        feedAnswer = http("200 OK", QJsonDocument(feed).toJson());
+    }
+
+    /// The server has this version, and is honest about it.
+    void offer(const QByteArray &version) {
+        const QString path = makePackage(version);
+        package = home.read("morvane_" + version + ".deb");
+        feed = sign(path);
+        tell(feed);
+        packageAnswer = http("200 OK", package);
+    }
+
+    bool settles() {
+        return becomesTrue([&] {
+            pass(Seconds(0));
+            return updates->phase() != Phase::checking && updates->phase() != Phase::downloading;
+        });
+    }
+
+    Phase check() {
+        updates->checkForUpdates();
+        EXPECT_TRUE(settles());
+        return updates->phase();
+    }
+
+    /// Checks, wants what is offered, and yields why nothing comes of it.
+    QString refusal() {
+        EXPECT_EQ(check(), Phase::offered);
+        updates->download();
+        EXPECT_TRUE(settles());
+        EXPECT_EQ(updates->phase(), Phase::failed);
+        pass(Seconds(0));
+        EXPECT_FALSE(QFile::exists(home.path(".cache/morvane")));
+        return updates->failure();
+    }
+
+    int count = 1;
+    char name[5] = "test";
+    char *arguments[2] = {name, nullptr};
+    QCoreApplication application{count, arguments};
+    QSslServer server;
+    QByteArray asked;
+    QByteArray feedAnswer;
+    QByteArray packageAnswer;
+    QByteArray package;
+    QJsonObject feed;
+    std::optional<LoopbackCertificate> certificate;
+    BoundedTools tools{scheduler};
+    std::optional<NetworkHttpsClient> https;
+    std::optional<UpdateManager> updates;
+};
+
+TEST_F(UpdateServerTest, HandsOverWhatTheMakerHasSignedAndThePersonWanted) {
+    EXPECT_EQ(check(), Phase::offered);
+    EXPECT_EQ(updates->offer().version, "1.1");
+    EXPECT_EQ(updates->offer().notes, "Says \"more\".\n⇥   C:\\ too");
+    EXPECT_FALSE(asked.contains(".deb"));
+    EXPECT_TRUE(asked.contains("Accept-Language: *\r\n"));
+    EXPECT_TRUE(installer.opened.isEmpty());
+
+    updates->download();
+    EXPECT_FALSE(updates->canCheck());
+    ASSERT_TRUE(settles());
+    ASSERT_EQ(updates->phase(), Phase::handedOver) << qPrintable(updates->failure());
+    const QString path = home.path(".cache/morvane/update/morvane_1.1.deb");
+    EXPECT_EQ(installer.opened, QStringList{path});
+    EXPECT_EQ(home.read(".cache/morvane/update/morvane_1.1.deb"), package);
+    EXPECT_EQ(modeOf(path), 0600U);
+    EXPECT_EQ(modeOf(home.path(".cache/morvane/update")), 0700U);
+    updates->dismiss();
+    pass(Seconds(0));
+    EXPECT_TRUE(QFile::exists(path)) << "the installer still needs it";
+}
+
+TEST_F(UpdateServerTest, DiscardsWhatIsNotTheMakers) {
+    const QString notSigned = "The update isn't signed with Morvane's key. It was discarded.";
+    const QString notWhole = "The update isn't as long as it should be. It was discarded.";
+    const QJsonObject right = feed;
+
+    feed["signature"] = QString::fromLatin1(QByteArray(64, '\1').toBase64());
+    tell(feed);
+    EXPECT_EQ(refusal(), notSigned);
+    feed["signature"] = sign(makePackage("1.2"))["signature"];
+    tell(feed);
+    EXPECT_EQ(refusal(), notSigned);
+    tell(right);
+    packageAnswer[packageAnswer.size() - 9] ^= 1;
+    EXPECT_EQ(refusal(), notSigned);
+
+    packageAnswer = http("200 OK", package.chopped(1));
+    EXPECT_EQ(refusal(), notWhole);
+    packageAnswer = http("200 OK", {});
+    EXPECT_EQ(refusal(), notWhole);
+    packageAnswer = "HTTP/1.1 200 OK\r\n\r\n" + package + QByteArray(300'000, ' ');
+    EXPECT_EQ(refusal(), notWhole); // it never ends
+}
+
+TEST_F(UpdateServerTest, GoesBackToNoOlderVersion) {
+    offer("0.9");
+    EXPECT_EQ(check(), Phase::upToDate);
+    offer("1.0");
+    EXPECT_EQ(check(), Phase::upToDate);
+
+    // Rightly signed, and not what it is said to be.
+    const QString notIt =
+        "The package isn't the version of Morvane that it was said to be. It was discarded.";
+    feed["version"] = "1.1";
+    tell(feed);
+    EXPECT_EQ(refusal(), notIt);
+    const QString other = makePackage("1.1", "other");
+    tell(sign(other));
+    packageAnswer = http("200 OK", home.read("morvane_1.1.deb"));
+    EXPECT_EQ(refusal(), notIt);
+    EXPECT_TRUE(installer.opened.isEmpty());
+}
+
+TEST_F(UpdateServerTest, GoesNowhereElse) {
+    QTcpServer other;
+    QByteArray askedThere;
+    serve(other, askedThere, [this](const QByteArray &) { return packageAnswer; });
+    const QByteArray there = "127.0.0.1:" + QByteArray::number(other.serverPort()) + "/morvane.deb";
+    const QString elsewhere =
+        "Morvane's server points to another place, and Morvane doesn't go there.";
+    const QByteArray good = feedAnswer;
+    for (const QByteArray &place : {"http://" + there, "https://" + there, QByteArray("/other")}) {
+        packageAnswer = http("302 Found", "", "Location: " + place + "\r\n");
+        feedAnswer = packageAnswer;
+        EXPECT_EQ(check(), Phase::failed);
+        EXPECT_EQ(updates->failure(), elsewhere);
+        feedAnswer = good;
+        EXPECT_EQ(refusal(), elsewhere);
+    }
+    EXPECT_EQ(askedThere, "");
+}
+
+TEST_F(UpdateServerTest, LeavesNothingToWhoeverChangesTheirMind) {
+    check();
+    updates->download();
+    updates->dismiss();
+    EXPECT_TRUE(updates->canCheck());
+    check();
+    updates->download();
+    pass(Seconds(0)); // the way to the server is found in the background, too
+    EXPECT_TRUE(becomesTrue([&] { return background.waiting() > 0; })) << "it is there";
+    updates->dismiss();
+    EXPECT_TRUE(becomesTrue([&] {
+        pass(Seconds(0));
+        return updates->canCheck();
+    }));
+    pass(Seconds(0));
+    EXPECT_EQ(updates->phase(), Phase::idle);
+    EXPECT_FALSE(QFile::exists(home.path(".cache/morvane")));
+    EXPECT_TRUE(installer.opened.isEmpty());
+}
+
+} // namespace
+} // namespace morvane
