@@ -14,6 +14,7 @@
 #include "Platform/Linux/LowPriorityPool.h"
 #include "Platform/Linux/NetworkHttpsClient.h"
 #include "Platform/Linux/ProcessDialogue.h"
+#include "Platform/Linux/WatchedProgramFile.h"
 #include "Platform/Linux/Wayland/HyprlandWindowSystem.h"
 #include "Platform/Linux/Wayland/KWinWindowSystem.h"
 #include "Platform/Linux/Wayland/SwayWindowSystem.h"
@@ -73,6 +74,8 @@ PlatformServices choosePlatform() {
         std::make_unique<NetworkHttpsClient>(*platform.scheduler, *platform.background);
     platform.applications = std::make_unique<DesktopApplications>();
     platform.loginItem = std::make_unique<AutostartEntry>(QCoreApplication::applicationFilePath());
+    platform.programFile =
+        std::make_unique<WatchedProgramFile>(QCoreApplication::applicationFilePath());
     platform.processes = std::make_unique<LinuxProcesses>(*platform.scheduler);
     platform.sounds = std::make_unique<PlayerPrograms>(*platform.scheduler, ring);
     platform.tools = std::make_unique<BoundedTools>(*platform.scheduler);

@@ -7,6 +7,7 @@
 #include "Platform/LoginItem.h"
 #include "Platform/NoScreen.h"
 #include "Platform/Processes.h"
+#include "Platform/ProgramFile.h"
 #include "Platform/Scheduler.h"
 #include "Platform/Scripting.h"
 #include "Platform/SecretStore.h"
@@ -28,6 +29,7 @@ struct PlatformServices {
     std::unique_ptr<BackgroundPool> background; ///< ends before the scheduler that it reports to
     std::unique_ptr<InstalledApplications> applications;
     std::unique_ptr<LoginItem> loginItem;
+    std::unique_ptr<ProgramFile> programFile = std::make_unique<ProgramFile>();
     std::unique_ptr<HttpsClient> https = std::make_unique<NoHttpsClient>();
     std::unique_ptr<Processes> processes = std::make_unique<UntoldProcesses>();
     std::unique_ptr<SoundPlayer> sounds = std::make_unique<NullSoundPlayer>();

@@ -28,6 +28,9 @@ public:
     /// Tells the key that opens the panel, or why there is none.
     void showPanelKey(const HotKey &key, HotKeys::State state);
 
+    /// A new version has been put into this one's place, and runs from the next start on.
+    void offerRestart();
+
     /// The items that have a key. It works while the menu is open, and in each window that these
     /// are added to.
     QList<QAction *> keyedActions() const { return {m_settings, m_quit}; }
@@ -37,6 +40,9 @@ signals:
     void panelRequested();
 
     void settingsRequested();
+
+    /// The person wants the new version to take over.
+    void restartRequested();
 
 private:
     struct AgentItem {
@@ -55,6 +61,7 @@ private:
 
     AgentConnections &m_connections;
     const std::unique_ptr<QMenu> m_menu;
+    QAction *m_restart = nullptr;
     QAction *m_panel = nullptr;
     QAction *m_panelKey = nullptr; ///< what is wrong with the key for the panel
     QAction *m_settings = nullptr;
