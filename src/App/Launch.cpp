@@ -14,6 +14,7 @@
 #include <QMessageBox>
 #include <QSessionManager>
 #include <QTextStream>
+#include <QToolTip>
 
 #include <array>
 #include <cstdlib>
@@ -54,6 +55,7 @@ std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv) {
     QApplication::setQuitOnLastWindowClosed(false);
     auto application = std::make_unique<QApplication>(argc, argv);
     QApplication::setPalette(darkPalette());
+    QToolTip::setPalette(darkPalette()); // which have one of their own
     obeySessionManager(*application);
     return application;
 }
