@@ -47,6 +47,14 @@ void AppDelegate::makeMenu() {
         m_menu->showPanelKey(PanelKeys::panelKey,
                              keys.panelKeyState().value_or(HotKeys::State::pending));
     });
+    watchForNewVersion();
+}
+
+void AppDelegate::watchForNewVersion() {
+    ProgramFile &file = *m_platform.programFile;
+    connect(&file, &ProgramFile::replaced, m_menu.get(), &StatusMenu::offerRestart);
+    connect(&m_menu->menu(), &QMenu::aboutToShow, &file, &ProgramFile::look);
+    connect(m_menu.get(), &StatusMenu::restartRequested, this, &AppDelegate::restartRequested);
 }
 
 void AppDelegate::makeStatusItem() {

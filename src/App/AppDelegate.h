@@ -28,9 +28,14 @@ public:
     /// The program was started again while it ran: the person is looking for it.
     void applicationShouldHandleReopen();
 
+signals:
+    /// The program is to end, and the one that has been installed over it to start in its place.
+    void restartRequested();
+
 private:
     void offerNewAgents();
     void makeMenu();
+    void watchForNewVersion();
     void makeStatusItem();
     void showFirstRunIfNeeded();
     WindowContext windowContext();

@@ -1,6 +1,7 @@
 #include "App/Launch.h"
 
 #include "App/AppDelegate.h"
+#include "App/CommandLine.h"
 #include "App/PlatformChooser.h"
 #include "Core/Settings/Defaults.h"
 #include "Platform/Linux/DescriptorLimit.h"
@@ -9,11 +10,17 @@
 #include "Presentation/Style/DarkPalette.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QMessageBox>
+#include <QSessionManager>
 #include <QTextStream>
+#include <QToolTip>
 
+#include <array>
 #include <cstdlib>
 #include <memory>
+#include <optional>
+#include <unistd.h>
 
 namespace morvane {
 
@@ -21,6 +28,16 @@ namespace {
 
 /// Time for one that is just starting up, or busy.
 constexpr Seconds answerLimit(5);
+
+/// A session that is saved asks for what is unwritten. Whether the program starts with the next one
+/// is the login item's to say, and the session is not to start it besides.
+void obeySessionManager(QGuiApplication &application) {
+    QObject::connect(&application, &QGuiApplication::commitDataRequest, &application,
+                     [] { Defaults::standard().flush(); });
+    QObject::connect(
+        &application, &QGuiApplication::saveStateRequest, &application,
+        [](QSessionManager &session) { session.setRestartHint(QSessionManager::RestartNever); });
+}
 
 /// An application with a screen where one can be reached, and one without where not: Qt ends the
 /// process when it is asked for a screen that isn't there.
@@ -38,6 +55,8 @@ std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv) {
     QApplication::setQuitOnLastWindowClosed(false);
     auto application = std::make_unique<QApplication>(argc, argv);
     QApplication::setPalette(darkPalette());
+    QToolTip::setPalette(darkPalette()); // which have one of their own
+    obeySessionManager(*application);
     return application;
 }
 
@@ -50,11 +69,13 @@ int giveUp(const QString &why) {
     return EXIT_FAILURE;
 }
 
-} // namespace
+/// How a run of the program ended.
+struct End {
+    int status = EXIT_SUCCESS;
+    std::optional<QString> next; ///< the file of the program that is to follow
+};
 
-int launch(int argc, char **argv, const std::function<void(PlatformServices &)> &adjust) {
-    raiseDescriptorLimit();
-    QCoreApplication::setApplicationName(QStringLiteral("Morvane"));
+End run(int argc, char **argv, const std::function<void(PlatformServices &)> &adjust) {
     const auto application = makeApplication(argc, argv);
     endOnTerminationSignals(*application);
 
@@ -63,24 +84,55 @@ int launch(int argc, char **argv, const std::function<void(PlatformServices &)> 
     case SingleInstance::Outcome::isFirst:
         break;
     case SingleInstance::Outcome::toldTheFirst:
-        return EXIT_SUCCESS;
+        return {};
     case SingleInstance::Outcome::firstIsSilent:
-        return giveUp(QCoreApplication::translate(
-            "Launch",
-            "Morvane is already running, but doesn't answer. End it, and start it again."));
+        return {giveUp(QCoreApplication::translate(
+                    "Launch",
+                    "Morvane is already running, but doesn't answer. End it, and start it again.")),
+                {}};
     }
     PlatformServices platform = choosePlatform();
     if (adjust) {
         adjust(platform);
     }
+    End end;
     AppDelegate delegate(MorvaneSettings::shared(), platform);
     QObject::connect(&instance, &SingleInstance::reopened, application.get(),
                      [&delegate] { delegate.applicationShouldHandleReopen(); });
+    QObject::connect(&delegate, &AppDelegate::restartRequested, application.get(), [&end] {
+        end.next = QCoreApplication::applicationFilePath();
+        QCoreApplication::exit();
+    });
     platform.scheduler->post([&delegate] { delegate.applicationDidFinishLaunching(); });
-    const int status = QCoreApplication::exec();
+    end.status = QCoreApplication::exec();
     // Before the pool ends, which may end the process where it stands.
     Defaults::standard().flush();
-    return status;
+    return end;
+}
+
+/// Becomes the program of this file. Returns only where that fails.
+int become(const QString &path) {
+    QByteArray file = QFile::encodeName(path);
+    const std::array<char *, 2> arguments{file.data(), nullptr};
+    restoreDescriptorLimit();
+    ::execv(file.constData(), arguments.data());
+    QTextStream(stderr) << QCoreApplication::translate("Launch", "%1 could not be started: %2")
+                               .arg(path, qt_error_string())
+                        << Qt::endl;
+    return EXIT_FAILURE;
+}
+
+} // namespace
+
+int launch(int argc, char **argv, const std::function<void(PlatformServices &)> &adjust) {
+    if (const auto status = CommandLine::answer(argc, argv)) {
+        return *status;
+    }
+    raiseDescriptorLimit();
+    QCoreApplication::setApplicationName(QStringLiteral("Morvane"));
+    const End end = run(argc, argv, adjust);
+    // Once everything is closed: the port, the lock and the display are the next one's.
+    return end.next ? become(*end.next) : end.status;
 }
 
 } // namespace morvane

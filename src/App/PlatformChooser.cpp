@@ -15,6 +15,7 @@
 #include "Platform/Linux/LowPriorityPool.h"
 #include "Platform/Linux/NetworkHttpsClient.h"
 #include "Platform/Linux/ProcessDialogue.h"
+#include "Platform/Linux/WatchedProgramFile.h"
 #include "Platform/Linux/Wayland/HyprlandWindowSystem.h"
 #include "Platform/Linux/Wayland/KWinWindowSystem.h"
 #include "Platform/Linux/Wayland/SwayWindowSystem.h"
@@ -75,6 +76,8 @@ PlatformServices choosePlatform() {
     platform.applications = std::make_unique<DesktopApplications>();
     platform.loginItem = std::make_unique<AutostartEntry>(QCoreApplication::applicationFilePath());
     platform.installer = std::make_unique<DesktopInstaller>();
+    platform.programFile =
+        std::make_unique<WatchedProgramFile>(QCoreApplication::applicationFilePath());
     platform.processes = std::make_unique<LinuxProcesses>(*platform.scheduler);
     platform.sounds = std::make_unique<PlayerPrograms>(*platform.scheduler, ring);
     platform.tools = std::make_unique<BoundedTools>(*platform.scheduler);

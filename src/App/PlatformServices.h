@@ -8,6 +8,7 @@
 #include "Platform/NoScreen.h"
 #include "Platform/PackageInstaller.h"
 #include "Platform/Processes.h"
+#include "Platform/ProgramFile.h"
 #include "Platform/Scheduler.h"
 #include "Platform/Scripting.h"
 #include "Platform/SecretStore.h"
@@ -29,6 +30,7 @@ struct PlatformServices {
     std::unique_ptr<BackgroundPool> background; ///< ends before the scheduler that it reports to
     std::unique_ptr<InstalledApplications> applications;
     std::unique_ptr<LoginItem> loginItem;
+    std::unique_ptr<ProgramFile> programFile = std::make_unique<ProgramFile>();
     std::unique_ptr<HttpsClient> https = std::make_unique<NoHttpsClient>();
     std::unique_ptr<PackageInstaller> installer = std::make_unique<NoPackageInstaller>();
     std::unique_ptr<Processes> processes = std::make_unique<UntoldProcesses>();

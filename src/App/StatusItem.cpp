@@ -6,6 +6,8 @@
 #include "Presentation/Mascot/MenuBarIcon.h"
 #include "Presentation/Style/StateLook.h"
 
+#include <QCursor>
+#include <QMenu>
 #include <QSystemTrayIcon>
 
 #include <utility>
@@ -36,6 +38,9 @@ void StatusItem::build() {
     connect(m_item, &QSystemTrayIcon::activated, this, [this](auto reason) {
         if (reason == QSystemTrayIcon::Trigger) {
             emit activated();
+        } else if (reason == QSystemTrayIcon::Context) {
+            // By a host that draws no menus itself.
+            m_menu.popup(QCursor::pos());
         }
     });
     updateIcon();

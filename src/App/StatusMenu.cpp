@@ -51,6 +51,9 @@ StatusMenu::StatusMenu(AgentConnections &connections, const UpdateManager &updat
 void StatusMenu::addItems(const UpdateManager &updates) {
     m_menu->addAction(tr("Morvane %1 (build %2)").arg(BuildInfo::version(), BuildInfo::build()))
         ->setEnabled(false);
+    m_restart = m_menu->addAction(tr("A new Morvane is installed: restart"), this,
+                                  &StatusMenu::restartRequested);
+    m_restart->setVisible(false);
     m_menu->addSeparator();
     m_panel = m_menu->addAction(tr("Open Morvane"), this, &StatusMenu::panelRequested);
     m_panel->setShortcutVisibleInContextMenu(true);
@@ -79,6 +82,10 @@ void StatusMenu::addAgents() {
     m_failureSeparator = m_agents->addSeparator();
     m_failure = m_agents->addAction(QString());
     m_failure->setEnabled(false);
+}
+
+void StatusMenu::offerRestart() {
+    m_restart->setVisible(true);
 }
 
 void StatusMenu::showPanelKey(const HotKey &key, HotKeys::State state) {

@@ -29,6 +29,9 @@ public:
     /// Tells the key that opens the panel, or why there is none.
     void showPanelKey(const HotKey &key, HotKeys::State state);
 
+    /// A new version has been put into this one's place, and runs from the next start on.
+    void offerRestart();
+
     /// The items that have a key. It works while the menu is open, and in each window that these
     /// are added to.
     QList<QAction *> keyedActions() const { return {m_settings, m_quit}; }
@@ -41,6 +44,9 @@ signals:
 
     /// "Check for Updates…", which is there only where a check is possible at all.
     void updateCheckRequested();
+
+    /// The person wants the new version to take over.
+    void restartRequested();
 
 private:
     struct AgentItem {
@@ -59,6 +65,7 @@ private:
 
     AgentConnections &m_connections;
     const std::unique_ptr<QMenu> m_menu;
+    QAction *m_restart = nullptr;
     QAction *m_panel = nullptr;
     QAction *m_panelKey = nullptr; ///< what is wrong with the key for the panel
     QAction *m_settings = nullptr;

@@ -57,6 +57,9 @@ public:
     /// Gives the keyboard back to whoever had it, unless it has gone elsewhere in the meantime.
     virtual void releaseKeyboard() = 0;
 
+    /// Whether a menu that is open on it hears of clicks on other programs' windows.
+    virtual bool hearsOtherClicks() const { return true; }
+
     /// True when what the widget leaves unpainted shows what lies below.
     virtual bool isTranslucent() const = 0;
 };

@@ -50,7 +50,18 @@ TEST_F(StatusMenuTest, ListsWhatCanBeDone) {
                   .arg(BuildInfo::version(), BuildInfo::build()));
     int requests = 0;
     QObject::connect(&statusMenu, &StatusMenu::panelRequested, &statusMenu, [&] { ++requests; });
-    statusMenu.menu().actions()[2]->trigger();
+    statusMenu.menu().actions()[3]->trigger();
+    EXPECT_EQ(requests, 1);
+}
+
+TEST_F(StatusMenuTest, OffersToRestartOnceThereIsSomethingNew) {
+    int requests = 0;
+    QObject::connect(&statusMenu, &StatusMenu::restartRequested, &statusMenu, [&] { ++requests; });
+    QAction *restart = statusMenu.menu().actions()[1];
+    EXPECT_FALSE(restart->isVisible());
+    statusMenu.offerRestart();
+    EXPECT_TRUE(restart->isVisible());
+    restart->trigger();
     EXPECT_EQ(requests, 1);
 }
 

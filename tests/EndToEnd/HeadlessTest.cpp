@@ -2,12 +2,15 @@
 #include "EndToEnd/ProgramHome.h"
 #include "Support/WaitUntil.h"
 
+#include <QDir>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <optional>
+#include <utility>
 
 namespace morvane {
 namespace {
@@ -41,6 +44,34 @@ TEST_F(HeadlessTest, AWaitingHookIsSilentWhenTheProgramEnds) {
     ChildProcess late(home.hook({"claude", "Stop"}), home.environment(), "{}");
     EXPECT_EQ(late.wait(), 0);
     EXPECT_EQ(late.output(), QByteArray());
+}
+
+TEST(CommandLineTest, IsAnsweredWithoutTouchingAnything) {
+    TemporaryHome home;
+    QProcessEnvironment environment;
+    environment.insert("HOME", home.path());
+    const auto run = [&](const QStringList &arguments) {
+        ChildProcess program(QStringList{MORVANE} + arguments, environment);
+        const auto status = program.wait();
+        return std::pair(status, program.output());
+    };
+    const auto [status, version] = run({"--version"});
+    EXPECT_EQ(status, 0);
+    EXPECT_TRUE(version.startsWith("Morvane ")) << version.constData();
+    EXPECT_TRUE(run({"--help"}).second.contains("--version"));
+    for (const char *unknown : {"--displays", "-platform", "", "--help\n"}) {
+        EXPECT_EQ(run({unknown}), std::pair(std::optional(2), QByteArray())) << unknown;
+    }
+    EXPECT_TRUE(QDir(home.path()).isEmpty(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden));
+}
+
+TEST_F(HeadlessTest, AWaitingHookIsSilentWhenTheProgramIsAskedToEnd) {
+    ChildProcess hook(home.hook({"claude", "PermissionRequest", "decide"}), home.environment(),
+                      permissionRequest);
+    program->terminate();
+    EXPECT_EQ(program->wait(), 0);
+    EXPECT_EQ(hook.wait(), 0);
+    EXPECT_EQ(hook.output(), QByteArray());
 }
 
 TEST_F(HeadlessTest, ASecondLaunchGivesWayAndARestartKeepsPortAndToken) {

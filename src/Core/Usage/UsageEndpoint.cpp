@@ -5,6 +5,7 @@
 #include <QDateTime>
 #include <QLocale>
 #include <QString>
+#include <QTimeZone>
 
 #include <algorithm>
 #include <cmath>
@@ -24,7 +25,7 @@ std::optional<double> secondsUntil(const QString &text, Date now) {
     }
     QDateTime moment =
         QLocale::c().toDateTime(text.chopped(4), QStringLiteral("ddd, dd MMM yyyy HH:mm:ss"));
-    moment.setTimeSpec(Qt::UTC);
+    moment.setTimeZone(QTimeZone::utc());
     if (!moment.isValid()) {
         return std::nullopt;
     }

@@ -47,13 +47,7 @@ FieldWindow::FieldWindow(const QString &title, const QString &initial, const QSt
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(fieldMargin, fieldMargin, fieldMargin, fieldMargin);
     layout->addWidget(m_field);
-    connect(m_field, &QLineEdit::returnPressed, this, [this] {
-        settle([this] {
-            if (commit) {
-                commit(m_field->text());
-            }
-        });
-    });
+    connect(m_field, &QLineEdit::returnPressed, this, &FieldWindow::commitText);
 }
 
 void FieldWindow::openBelow(const QRect &panel) {
@@ -93,9 +87,31 @@ void FieldWindow::keyPressEvent(QKeyEvent *event) {
     }
 }
 
+/// The field's own menu takes the keyboard only for as long as it is open, and leaves the window
+/// active.
+void FieldWindow::changeEvent(QEvent *event) {
+    QWidget::changeEvent(event);
+    if (event->type() != QEvent::ActivationChange) {
+        return;
+    }
+    if (isActiveWindow()) {
+        m_hadKeyboard = true;
+    } else if (m_hadKeyboard && commitsOnBlur && isVisible()) {
+        commitText();
+    }
+}
+
 void FieldWindow::closeEvent(QCloseEvent *event) {
     QWidget::closeEvent(event);
     settle([this] { cancel(); });
+}
+
+void FieldWindow::commitText() {
+    settle([this] {
+        if (commit) {
+            commit(m_field->text());
+        }
+    });
 }
 
 /// In a later turn of the event loop, when nothing of the window is on the stack any more.

@@ -22,6 +22,9 @@ public:
     std::function<void(const QString &text)> commit;
     std::function<void()> cancel;
 
+    /// Whether the text counts as it stands once the person has gone on to another window.
+    bool commitsOnBlur = false;
+
     /// Shows it below the panel that it asks for, in the desktop's points: an overlay is above
     /// every window, and what lies under it would be typed blindly.
     void openBelow(const QRect &panel);
@@ -34,13 +37,16 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
 
 private:
     void placeBelow(const QRect &panel);
+    void commitText();
     void settle(std::function<void()> answer);
 
     QLineEdit *m_field;
+    bool m_hadKeyboard = false;
     bool m_isSettled = false;
 };
 

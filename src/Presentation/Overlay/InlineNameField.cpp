@@ -68,6 +68,7 @@ void InlineNameField::askInWindow() {
         setText(text);
         settle(Outcome::committed);
     };
+    m_window->commitsOnBlur = m_setup.commitsOnBlur;
     m_window->cancel = [this] { abandon(); };
     m_window->openBelow(panelOnDesktop());
     update();

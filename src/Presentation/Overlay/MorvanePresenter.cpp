@@ -79,6 +79,7 @@ void MorvanePresenter::putUp(PanelSurface &surface) {
 
 void MorvanePresenter::takeDown() {
     m_fade.stop();
+    m_abandonedMenu.reset();
     if (m_surface) {
         m_surface->disconnect(this);
         m_surface->onTakeKeyboard = nullptr;
@@ -173,11 +174,16 @@ bool MorvanePresenter::hasBeenRead(const QString &sessionID) const {
 void MorvanePresenter::openMenu(const QPoint &position) {
     if (contextMenu) {
         m_surface->open(*contextMenu, position);
+        if (!m_window->hearsOtherClicks()) {
+            m_abandonedMenu =
+                std::make_unique<AbandonedMenu>(*contextMenu, *m_surface, m_context.scheduler);
+        }
     }
 }
 
 /// At once, since what was chosen happens next, and may be to open the panel.
 void MorvanePresenter::menuClosed() {
+    m_abandonedMenu.reset();
     followPointer();
     if (m_window && m_window->isVisible()) {
         // It has kept below the menu, and maybe below others.

@@ -2,6 +2,7 @@
 
 #include "Platform/Displays.h"
 #include "Platform/OverlayWindow.h"
+#include "Presentation/Overlay/AbandonedMenu.h"
 #include "Presentation/Overlay/PanelContext.h"
 #include "Presentation/Style/Animation.h"
 
@@ -133,6 +134,7 @@ private:
     bool m_toldExpanded = false;
     std::optional<Date> m_lastKeyAt; ///< since the panel was opened to the keys
     Task m_presentation;
+    std::unique_ptr<AbandonedMenu> m_abandonedMenu; ///< none but while a menu is open
     Task m_updateTask;
 };
 

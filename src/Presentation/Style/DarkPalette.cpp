@@ -15,6 +15,8 @@ constexpr QColor button(58, 58, 60);
 QPalette darkPalette() {
     QPalette result(button, window);
     result.setColor(QPalette::Base, field);
+    result.setColor(QPalette::ToolTipBase, field);
+    result.setColor(QPalette::ToolTipText, Colors::primaryText);
     // Text that is off would be embossed.
     result.setColor(QPalette::Disabled, QPalette::Light, Qt::transparent);
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {

@@ -148,7 +148,15 @@ TEST_F(InlineNameFieldTest, APanelThatGoesAwayCommitsNothing) {
 
 TEST_F(InlineNameFieldTest, AsksInAWindowOfItsOwnWhereKeysCantReachThePanel) {
     givesKeyboard = false;
+    QWidget another;
     const std::pair<std::function<void(QWidget *)>, const char *> cases[] = {
+        {[&](QWidget *asking) {
+             EXPECT_TRUE(QTest::qWaitForWindowActive(asking));
+             another.show();
+             another.activateWindow();
+             EXPECT_TRUE(QTest::qWaitForWindowActive(&another));
+         },
+         "commit new"},
         {[](QWidget *asking) { QTest::keyClick(asking->focusWidget(), Qt::Key_Return); },
          "commit new"},
         {[](QWidget *asking) { QTest::keyClick(asking->focusWidget(), Qt::Key_Escape); }, "cancel"},

@@ -185,6 +185,11 @@ void X11OverlayWindow::giveUpKeyboardTo(std::uint32_t owner) {
     xcb_flush(connection);
 }
 
+/// XWayland is told of no click on a native window, whatever is grabbed.
+bool X11OverlayWindow::hearsOtherClicks() const {
+    return !m_x11.isXwayland();
+}
+
 bool X11OverlayWindow::isTranslucent() const {
     return m_x11.isComposited();
 }

@@ -38,6 +38,7 @@ public:
     bool takeKeyboard() override;
     bool holdsKeyboard() const override;
     void releaseKeyboard() override;
+    bool hearsOtherClicks() const override;
     bool isTranslucent() const override;
 
 private:

@@ -1,0 +1,59 @@
+#include "App/CommandLine.h"
+
+#include "Core/Ground/VisibleText.h"
+#include "Core/Shell/BuildInfo.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace morvane::CommandLine {
+
+namespace {
+
+constexpr int misunderstood = 2;
+
+QString version() {
+    return QCoreApplication::translate("CommandLine", "Morvane %1 (build %2)")
+        .arg(BuildInfo::version(), BuildInfo::build());
+}
+
+QString help() {
+    return QCoreApplication::translate(
+        "CommandLine",
+        "Usage: morvane [--help | --version]\n"
+        "\n"
+        "Shows at the top of the screen what your command-line coding agents do, and lets\n"
+        "you answer them there. Started while it runs, it opens its settings.\n"
+        "\n"
+        "  --help     print this, and end\n"
+        "  --version  print which Morvane this is, and end");
+}
+
+bool print(std::FILE *stream, const QString &text) {
+    return std::fputs((text + QLatin1Char('\n')).toLocal8Bit().constData(), stream) >= 0 &&
+           std::fflush(stream) == 0;
+}
+
+} // namespace
+
+std::optional<int> answer(int argc, const char *const *argv) {
+    if (argc < 2) {
+        return std::nullopt;
+    }
+    for (int i = 1; i < argc; ++i) {
+        const QString argument = QFile::decodeName(argv[i]);
+        if (argument != QLatin1String("--help") && argument != QLatin1String("--version")) {
+            print(stderr, QCoreApplication::translate(
+                              "CommandLine", "morvane: unknown argument \"%1\"; see morvane --help")
+                              .arg(VisibleText::name(argument)));
+            return misunderstood;
+        }
+    }
+    const bool isHelp = qstrcmp(argv[1], "--help") == 0;
+    return print(stdout, isHelp ? help() : version()) ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+} // namespace morvane::CommandLine

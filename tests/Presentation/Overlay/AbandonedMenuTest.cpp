@@ -1,0 +1,39 @@
+#include "Presentation/Overlay/AbandonedMenu.h"
+
+#include "Support/ManualScheduler.h"
+
+#include <QCoreApplication>
+#include <QEnterEvent>
+#include <gtest/gtest.h>
+
+namespace morvane {
+namespace {
+
+TEST(AbandonedMenuTest, ClosesOnceThePointerHasLeftAllOfIt) {
+    ManualScheduler scheduler;
+    QWidget origin;
+    QMenu menu;
+    QMenu *submenu = menu.addMenu("more");
+    menu.popup({});
+    const AbandonedMenu watch(menu, origin, scheduler);
+    const auto crosses = [](QWidget &widget, QEvent::Type type) {
+        QEvent event(type);
+        QCoreApplication::sendEvent(&widget, &event);
+    };
+    QEnterEvent enters({}, {}, {});
+
+    crosses(menu, QEvent::Leave);
+    QCoreApplication::sendEvent(submenu, &enters);
+    scheduler.advance(Seconds(60));
+    EXPECT_TRUE(menu.isVisible());
+    crosses(*submenu, QEvent::Leave);
+    QCoreApplication::sendEvent(&origin, &enters);
+    scheduler.advance(Seconds(60));
+    EXPECT_TRUE(menu.isVisible());
+    crosses(origin, QEvent::Leave);
+    scheduler.advance(Seconds(2));
+    EXPECT_FALSE(menu.isVisible());
+}
+
+} // namespace
+} // namespace morvane
