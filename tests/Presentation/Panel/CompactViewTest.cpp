@@ -35,7 +35,7 @@ TEST_F(CompactViewTest, TellsHowLongTheFirstSessionIsAtItAndHowManyThereAre) {
 
     apply(Event::promptSubmit, "a");
     EXPECT_EQ(shown(), "0s");
-    EXPECT_EQ(view.accessibleName(), "1 session, working, 0s");
+    EXPECT_EQ(view.accessibleName(), "1 session, working, <1m");
     scheduler.advance(Seconds(300));
     apply(Event::promptSubmit, "b");
     apply(Event::needsInput, "a");
@@ -49,7 +49,10 @@ TEST_F(CompactViewTest, RedrawsTheTimeOnceAMinuteAndAsksForRoom) {
     scheduler.advance(Seconds(20));
     view.refresh();
     QSignalSpy resized(&view, &CompactView::contentResized);
-    EXPECT_LE(ticksWithin(Seconds(39.9)), 1);
+    // The mascot's own steps tell the seconds.
+    EXPECT_LE(ticksWithin(Seconds(10)), 35);
+    EXPECT_NEAR(shown().chopped(1).toInt(), 30, 1);
+    scheduler.advance(Seconds(29.9));
     EXPECT_EQ(resized.count(), 0);
     scheduler.advance(Seconds(0.2));
     EXPECT_EQ(resized.count(), 1);
@@ -61,6 +64,19 @@ TEST_F(CompactViewTest, RedrawsTheTimeOnceAMinuteAndAsksForRoom) {
     EXPECT_EQ(resized.count(), 2);
 }
 
+TEST_F(CompactViewTest, TellsNoSecondsThatWouldStandStill) {
+    apply(Event::promptSubmit);
+    apply(Event::turnFailed);
+    EXPECT_EQ(shown(), "<1m");
+    EXPECT_LE(ticksWithin(Seconds(50)), 1);
+    EXPECT_EQ(shown(), "<1m");
+    motion.setReduced(true);
+    apply(Event::promptSubmit);
+    EXPECT_EQ(shown(), "<1m");
+    motion.setReduced(false);
+    EXPECT_EQ(shown(), "0s");
+}
+
 TEST_F(CompactViewTest, AMilestoneTakesTheirPlaceForAMoment) {
     usage.poller().milestoneEligibility = [this] {
         return store.hasWorkingUsageMilestoneSession();
@@ -70,7 +86,7 @@ TEST_F(CompactViewTest, AMilestoneTakesTheirPlaceForAMoment) {
     usage.tell(80, 96);
     EXPECT_EQ(shown(), "");
     EXPECT_EQ(view.accessibleName(),
-              "2 sessions, working, 0s, Claude weekly usage reached 95 percent");
+              "2 sessions, working, <1m, Claude weekly usage reached 95 percent");
     scheduler.advance(Seconds(6.1));
     EXPECT_EQ(shown(), "6s ×2");
 }
@@ -80,7 +96,7 @@ TEST_F(CompactViewTest, ItsTwoHalvesAlsoStandAlone) {
     apply(Event::promptSubmit, "b");
     QWidget bar;
     CompactStatusView status(context, &bar);
-    CompactInfoView info(context, &bar);
+    CompactInfoView info(context, status.mascot(), &bar);
     status.refresh();
     info.refresh();
     EXPECT_EQ(status.accessibleName(), "working");
