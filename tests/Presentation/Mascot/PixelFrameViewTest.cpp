@@ -91,9 +91,9 @@ TEST(PixelFrameView, PartsThePixelsWhereThereIsRoomAndDrawsFaintOnesFaint) {
         return alphas;
     };
     EXPECT_EQ(row(2, 2, "XX......"), QList<int>({255, 255, 255, 0, 255, 255, 255, 0}));
-    EXPECT_EQ(row(3, 1, "X?......"), QList<int>({255, 255, 128, 255, 255, 128}));
-    EXPECT_EQ(row(2, 1, "Xo......"), QList<int>({255, 128, 89, 44}));
-    EXPECT_EQ(row(2, 1, ".X......"), QList<int>({0, 0, 255, 128}));
+    EXPECT_EQ(row(3, 1, "X?......"), QList<int>({255, 255, 127, 255, 255, 127}));
+    EXPECT_EQ(row(2, 1, "Xo......"), QList<int>({255, 127, 89, 44}));
+    EXPECT_EQ(row(2, 1, ".X......"), QList<int>({0, 0, 255, 127}));
 }
 
 } // namespace
