@@ -15,6 +15,12 @@
 
 namespace morvane {
 
+namespace {
+
+constexpr Seconds trayPatience(1);
+
+} // namespace
+
 AppController::AppController(MorvaneSettings &settings, const PlatformServices &platform)
     : m_settings(settings), m_platform(platform),
       m_store(settings, surroundings(), *platform.scheduler),
@@ -69,6 +75,7 @@ void AppController::start() {
     }
     m_usage.setEnabled(m_settings.usageEnabled());
     createPresenters();
+    standInForTray();
     m_panelKeys.start();
     watchTerminals();
     m_connections.refreshStatus();
@@ -203,6 +210,20 @@ void AppController::createPresenters() {
         m_panelKeys.panelExpanded(isExpanded);
     };
     m_presenterManager->start();
+}
+
+/// Not at once: at the start nobody knows yet whether there is a tray, and the desktop's panel that
+/// is only restarted is back before anything has moved.
+void AppController::standInForTray() {
+    const auto schedule = [this] {
+        m_standInTask = m_platform.scheduler->after(trayPatience, [this] {
+            m_presenterManager->setStandIn(standIn(m_platform.statusItemHost->isPresent(),
+                                                   !m_connections.installedAgents().isEmpty()));
+        });
+    };
+    connect(m_platform.statusItemHost.get(), &StatusItemHost::presenceChanged, this, schedule);
+    connect(&m_connections, &AgentConnections::statusChanged, this, schedule);
+    schedule();
 }
 
 /// Coming back to a terminal counts as having seen what finished there.

@@ -104,6 +104,7 @@ private:
     void readTranscripts();
     void restoreSessions();
     void createPresenters();
+    void standInForTray();
     void watchTerminals();
     bool isWhereSessionsRun(const QString &bundleID) const;
 
@@ -126,6 +127,7 @@ private:
     std::unique_ptr<PixelTimeline> m_timeline; ///< outlives the panels
     PanelKeys m_panelKeys;                     ///< as well, since they tell it when they close
     std::unique_ptr<PresenterManager> m_presenterManager;
+    Task m_standInTask;
     bool m_launchAtLogin = false;
     bool m_canFocusWindows = false;
 };

@@ -55,7 +55,7 @@ void StatusItem::updateIcon() {
     const auto state = m_store.aggregatedState();
     if (m_item->icon().isNull() || state != m_shownState) {
         m_shownState = state;
-        m_item->setIcon(MenuBarIcon::icon(StateLook::of(state).tray));
+        m_item->setIcon(MenuBarIcon::icon(StateLook::of(state).tray, state));
     }
 }
 

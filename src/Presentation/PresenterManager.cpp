@@ -93,6 +93,13 @@ void PresenterManager::setContextMenu(QMenu *menu) {
     }
 }
 
+void PresenterManager::setStandIn(StandIn standIn) {
+    m_standIn = standIn;
+    for (const auto &[display, presenter] : m_presenters) {
+        presenter->setStandIn(standIn);
+    }
+}
+
 void PresenterManager::collapseAllExpanded() {
     for (const auto &[display, presenter] : m_presenters) {
         presenter->collapseExpanded();
@@ -152,6 +159,7 @@ std::unique_ptr<MorvanePresenter> PresenterManager::makePresenter(const Display 
         }
     };
     presenter->contextMenu = m_contextMenu;
+    presenter->setStandIn(m_standIn);
     return presenter;
 }
 

@@ -46,6 +46,9 @@ public:
     /// What a right click on any presenter opens. Not owned.
     void setContextMenu(QMenu *menu);
 
+    /// How far all capsules, also later ones, make up for a tray.
+    void setStandIn(StandIn standIn);
+
     void collapseAllExpanded();
     void dismissAll();
 
@@ -65,6 +68,7 @@ private:
     DisplayTargetMode m_displayMode{};
     std::map<std::uint32_t, std::unique_ptr<MorvanePresenter>> m_presenters; ///< by display
     QPointer<QMenu> m_contextMenu;
+    StandIn m_standIn = StandIn::none;
     Task m_reconcileWork;
 };
 

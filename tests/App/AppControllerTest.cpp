@@ -403,5 +403,32 @@ TEST_F(AppControllerTest, APanelBehindAFullscreenProgramTakesNoKeys) {
     EXPECT_EQ(hotKeys.held(), "G12345Esc");
 }
 
+TEST_F(AppControllerTest, TheCapsuleStandsInForATrayUntilOneComesAndAgainOnceItHasGone) {
+    home.write(".claude/settings.json", "{}");
+    addFakeScreen(platform);
+    controller.start();
+    const auto isShown = [&] {
+        scheduler.advance(Seconds(2));
+        return static_cast<FakeOverlayWindows &>(*platform.overlays).alive.first()->isVisible();
+    };
+    auto &host = static_cast<FakeStatusItemHost &>(*platform.statusItemHost);
+    EXPECT_TRUE(isShown());
+    host.setPresent(true);
+    EXPECT_FALSE(isShown());
+    host.setPresent(false);
+    EXPECT_TRUE(isShown());
+    // A desktop whose panel is restarted.
+    host.setPresent(true);
+    EXPECT_FALSE(isShown());
+    host.setPresent(false);
+    scheduler.advance(Seconds(0.5));
+    host.setPresent(true);
+    EXPECT_FALSE(isShown());
+    host.setPresent(false);
+    EXPECT_TRUE(isShown());
+    connections.installHooks(claude);
+    EXPECT_FALSE(isShown());
+}
+
 } // namespace
 } // namespace morvane

@@ -18,7 +18,7 @@ protected:
 
     QSystemTrayIcon *shown() const { return item.findChild<QSystemTrayIcon *>(); }
 
-    QRgb color() const { return shown()->icon().pixmap(22, 16).toImage().pixel(11, 9); }
+    QRgb color() const { return shown()->icon().pixmap(22, 22).toImage().pixel(4, 11); }
     qint64 picture() const { return shown()->icon().cacheKey(); }
 
     FakeStatusItemHost host;

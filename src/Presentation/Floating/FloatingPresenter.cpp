@@ -68,6 +68,13 @@ void FloatingPresenter::attach(const Display &display) {
     layout(Motion::atOnce);
 }
 
+void FloatingPresenter::setStandIn(StandIn standIn) {
+    if (standIn != m_standIn) {
+        m_standIn = standIn;
+        scheduleUpdate();
+    }
+}
+
 void FloatingPresenter::makePanel() {
     m_view = std::make_unique<FloatingCapsuleView>(context());
     m_view->refresh();
@@ -151,17 +158,21 @@ void FloatingPresenter::expansionChanged(bool isExpanded) {
     updateVisibility(Motion::animated);
 }
 
-/// Not a plain question: an ambient capsule forgets that it was dismissed as soon as a session is
-/// active.
+bool FloatingPresenter::staysWhileActive() const {
+    return m_flavour == Flavour::ambient || m_standIn != StandIn::none;
+}
+
+/// Not a plain question: a capsule that stays while sessions are active forgets that it was
+/// dismissed as soon as one is.
 bool FloatingPresenter::shouldBeVisible() {
-    if (context().editing.isActive(m_scheduler.now())) {
+    if (context().editing.isActive(m_scheduler.now()) || m_standIn == StandIn::always) {
         return true;
     }
     const bool hasActive = !m_store.activeSessions().isEmpty();
     if (!hasActive && m_dismissed) {
         return false;
     }
-    if (hasActive && m_flavour == Flavour::ambient) {
+    if (hasActive && staysWhileActive()) {
         m_dismissed = false;
         return true;
     }

@@ -27,6 +27,7 @@ public:
     ~FloatingPresenter() override;
 
     void attach(const Display &display) override;
+    void setStandIn(StandIn standIn) override;
     void presentPanel() override;
     void collapseExpanded() override;
     void dismiss() override;
@@ -43,6 +44,7 @@ private:
     void expansionChanged(bool isExpanded);
 
     bool shouldBeVisible();
+    bool staysWhileActive() const;
     void updateVisibility(Motion motion);
     void showPanel();
     void hidePanel();
@@ -70,6 +72,7 @@ private:
     bool m_isFadingIn = false;
     bool m_isHovering = false;
 
+    StandIn m_standIn = StandIn::none;
     bool m_flashActive = false; ///< a session has changed its state a moment ago
     bool m_dismissed = false;
     bool m_presented = false; ///< opened by `presentPanel`

@@ -1,10 +1,10 @@
 #include "Presentation/Mascot/MenuBarIcon.h"
 
 #include "Presentation/Mascot/PixelFrame.h"
+#include "Presentation/Mascot/StateMark.h"
 
 #include <QColor>
 #include <QPainter>
-#include <QPainterPath>
 #include <QPixmap>
 
 #include <cmath>
@@ -29,21 +29,6 @@ const PixelFrame &frame() {
     return frame;
 }
 
-/// All squares as one shape, so that there is no seam between two that share a pixel.
-QPainterPath shape() {
-    QPainterPath result;
-    result.setFillRule(Qt::WindingFill);
-    for (qsizetype row = 0; row < frame().rows.size(); ++row) {
-        const QString &cells = frame().rows[row];
-        for (qsizetype column = 0; column < cells.size(); ++column) {
-            if (cells[column] == u'X') {
-                result.addRect(static_cast<double>(column), static_cast<double>(row), 1, 1);
-            }
-        }
-    }
-    return result;
-}
-
 QImage paint(const QColor &color, double pixelsToASquare) {
     const QSizeF squares(static_cast<double>(frame().rows.first().size()),
                          static_cast<double>(frame().rows.size()));
@@ -56,7 +41,30 @@ QImage paint(const QColor &color, double pixelsToASquare) {
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.scale(pixelsToASquare, pixelsToASquare);
-    painter.fillPath(shape(), color);
+    painter.fillPath(StateMark::shape(frame().rows), color);
+    return image;
+}
+
+/// As wide as high, as the places for icons are.
+QImage paintSquare(const QColor &color, std::optional<SessionState> state, int pixelsToASquare) {
+    const QImage mascot = paint(color, pixelsToASquare);
+    QImage image(mascot.width(), mascot.width(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.drawImage(0, (image.height() - mascot.height()) / 2, mascot);
+    const QStringList mark = StateMark::rows(state);
+    if (!mark.isEmpty()) {
+        const int corner = image.width() - StateMark::side * pixelsToASquare;
+        // The mascot makes room for it.
+        const QRect room(QPoint(corner, corner) - QPoint(pixelsToASquare, pixelsToASquare),
+                         image.size());
+        painter.setCompositionMode(QPainter::CompositionMode_Clear);
+        painter.fillRect(room, Qt::transparent);
+        painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+        painter.translate(corner, corner);
+        painter.scale(pixelsToASquare, pixelsToASquare);
+        painter.fillPath(StateMark::shape(mark), color);
+    }
     return image;
 }
 
@@ -68,10 +76,10 @@ QImage draw(const QColor &color, double scale) {
     return image;
 }
 
-QIcon icon(const QColor &color) {
+QIcon icon(const QColor &color, std::optional<SessionState> state) {
     QIcon result;
     for (const int pixelsToASquare : {2, 3, 4, 5}) {
-        result.addPixmap(QPixmap::fromImage(paint(color, pixelsToASquare)));
+        result.addPixmap(QPixmap::fromImage(paintSquare(color, state, pixelsToASquare)));
     }
     return result;
 }

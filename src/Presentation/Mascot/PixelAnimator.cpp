@@ -78,6 +78,8 @@ void PixelAnimator::showStep() {
     const auto &frames = m_sequence.frames;
     const qsizetype shown = isAnimated() ? m_timeline.step(m_sequence.interval) % frames.size() : 0;
     setFrame(frames[shown], m_sequence.color);
+    setOutlined(!isAnimated());
+    emit stepped();
 }
 
 void PixelAnimator::showEvent(QShowEvent *event) {
@@ -89,6 +91,7 @@ void PixelAnimator::hideEvent(QHideEvent *event) {
     PixelFrameView::hideEvent(event);
     m_settling.cancel();
     m_beat.reset();
+    emit stepped();
 }
 
 void PixelAnimator::paintEvent(QPaintEvent *event) {

@@ -32,6 +32,13 @@ public:
     /// `stateSince` is when the shown state began, where that is known.
     void setMode(Mode mode, std::optional<Date> stateSince);
 
+    /// Whether it wakes the program up again and again at this moment.
+    bool isMoving() const { return m_beat.has_value(); }
+
+signals:
+    /// It has moved on, or come to rest.
+    void stepped();
+
 protected:
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;

@@ -4,7 +4,6 @@
 
 #include <QPainter>
 
-#include <algorithm>
 #include <cmath>
 
 namespace morvane {
@@ -15,25 +14,20 @@ constexpr int frameSide = 8;
 constexpr double gap = 0.5; // points
 constexpr double faintOpacity = 0.35;
 
-/// The cells in device pixels. Every edge lies on one, or the picture would be a blur of half lit
-/// pixels; a place that no whole number of pixels fills is shared out alike to both sides.
+/// The cells in device pixels. Each begins on one, so that the picture isn't blurred; a place that
+/// no whole number of pixels fills is shared out alike to both sides. What a gap takes of a cell is
+/// the same share at every scale, if need be of one pixel's light: the mascot has one weight.
 class DeviceGrid {
 public:
-    /// The side of a cell, gap included, and the gap that is wished for.
-    DeviceGrid(double pitch, double gap)
-        : m_pitch(pitch), m_gap(std::max(1, static_cast<int>(std::lround(gap)))) {
-        // A gap as wide as what it parts would leave a sieve.
-        if (std::floor(pitch) < 2 * m_gap + 1) {
-            m_gap = 0;
-        }
-    }
+    /// The side of a cell, gap included, and which share of that is filled.
+    DeviceGrid(double pitch, double share) : m_pitch(pitch), m_share(share) {}
 
     int side() const { return 2 * offset(frameSide / 2); }
 
-    QRect cell(int row, int column) const {
-        const QPoint topLeft(edge(column), edge(row));
-        const QPoint end(edge(column + 1) - m_gap, edge(row + 1) - m_gap);
-        return {topLeft, end - QPoint(1, 1)};
+    QRectF filled(int row, int column) const {
+        const QRect cell(QPoint(edge(column), edge(row)),
+                         QPoint(edge(column + 1) - 1, edge(row + 1) - 1));
+        return {cell.topLeft(), QSizeF(cell.size()) * m_share};
     }
 
 private:
@@ -45,7 +39,7 @@ private:
     }
 
     double m_pitch;
-    int m_gap;
+    double m_share;
 };
 
 } // namespace
@@ -68,23 +62,56 @@ void PixelFrameView::setFrame(const PixelFrame &frame, const QColor &color) {
     }
 }
 
+void PixelFrameView::setOutlined(bool outlined) {
+    if (outlined != m_outlined) {
+        m_outlined = outlined;
+        update();
+    }
+}
+
+bool PixelFrameView::isLit(int row, int column) const {
+    return row >= 0 && row < m_frame.rows.size() && column >= 0 &&
+           column < m_frame.rows[row].size() && m_frame.rows[row][column] != u'.';
+}
+
+/// One device pixel wide, within the cell, where no other cell is beside it.
+void PixelFrameView::paintEdges(QPainter &painter, int row, int column,
+                                const QRectF &filled) const {
+    const auto edge = [&](bool isOpen, const QRectF &line) {
+        if (isOpen) {
+            painter.fillRect(line, m_color);
+        }
+    };
+    const QSizeF across(filled.width(), 1);
+    const QSizeF along(1, filled.height());
+    edge(!isLit(row - 1, column), {filled.topLeft(), across});
+    edge(!isLit(row + 1, column), {filled.bottomLeft() - QPointF(0, 1), across});
+    edge(!isLit(row, column - 1), {filled.topLeft(), along});
+    edge(!isLit(row, column + 1), {filled.topRight() - QPointF(1, 0), along});
+}
+
 void PixelFrameView::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     const QTransform toDevice = painter.deviceTransform();
-    const DeviceGrid grid(m_pixelSize * toDevice.m11(), gap * toDevice.m11());
+    const DeviceGrid grid(m_pixelSize * toDevice.m11(), (m_pixelSize - gap) / m_pixelSize);
     const QRectF place = toDevice.mapRect(QRectF(rect()));
     const QPoint origin(qRound(place.center().x() - grid.side() / 2.0),
                         qRound(place.center().y() - grid.side() / 2.0));
     painter.setTransform(toDevice.inverted(), true);
     painter.translate(origin);
+    painter.setRenderHint(QPainter::Antialiasing);
     for (int row = 0; row < m_frame.rows.size(); ++row) {
         const QString &cells = m_frame.rows[row];
         for (int column = 0; column < cells.size(); ++column) {
             if (cells[column] == u'.') {
                 continue;
             }
-            const double opacity = cells[column] == u'o' ? faintOpacity : 1;
-            painter.fillRect(grid.cell(row, column), Colors::faded(m_color, opacity));
+            const bool isFaint = cells[column] == u'o';
+            const QRectF filled = grid.filled(row, column);
+            painter.fillRect(filled, Colors::faded(m_color, isFaint ? faintOpacity : 1));
+            if (isFaint && m_outlined) {
+                paintEdges(painter, row, column, filled);
+            }
         }
     }
 }

@@ -20,6 +20,10 @@ public:
     const PixelFrame &frame() const { return m_frame; }
     const QColor &color() const { return m_color; }
 
+    /// Whether what is faint has an edge in the full colour, by which a picture is found that
+    /// doesn't move.
+    void setOutlined(bool outlined);
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 
@@ -27,9 +31,13 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    bool isLit(int row, int column) const;
+    void paintEdges(QPainter &painter, int row, int column, const QRectF &filled) const;
+
     PixelFrame m_frame;
     QColor m_color;
     double m_pixelSize;
+    bool m_outlined = false;
 };
 
 } // namespace morvane

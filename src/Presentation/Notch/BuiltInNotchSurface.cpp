@@ -45,7 +45,7 @@ QRect insideOfEdge(const QRectF &frame, double flare) {
 BuiltInNotchSurface::BuiltInNotchSurface(const PanelContext &context)
     : PanelSurface(context.scheduler), m_growth(context.scheduler), m_clip(new QWidget(this)),
       m_compact(new QWidget(m_clip)), m_status(new CompactStatusView(context, m_compact)),
-      m_info(new CompactInfoView(context, m_compact)),
+      m_info(new CompactInfoView(context, m_status->mascot(), m_compact)),
       m_expanded(new ExpandedView(context, m_clip)),
       m_compactFade(*m_compact, compactTiming, context.scheduler, [this] { m_veil->refresh(); }),
       m_expandedFade(*m_expanded, expandedTiming, context.scheduler, [this] { m_veil->refresh(); }),

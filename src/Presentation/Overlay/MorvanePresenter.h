@@ -4,6 +4,7 @@
 #include "Platform/OverlayWindow.h"
 #include "Presentation/Overlay/AbandonedMenu.h"
 #include "Presentation/Overlay/PanelContext.h"
+#include "Presentation/Overlay/StandIn.h"
 #include "Presentation/Style/Animation.h"
 
 #include <QMenu>
@@ -42,6 +43,9 @@ public:
 
     /// Takes the display up; called again whenever its geometry may have changed.
     virtual void attach(const Display &display) = 0;
+
+    /// A notch is there anyway, so that only capsules stand in for anything.
+    virtual void setStandIn(StandIn) {}
 
     /// Opens the panel on request.
     virtual void presentPanel() = 0;

@@ -3,12 +3,14 @@
 #include "Core/Ground/TimeFormat.h"
 #include "Core/Sessions/SessionStore.h"
 #include "Core/Usage/UsagePoller.h"
+#include "Presentation/Mascot/PixelAnimator.h"
 #include "Presentation/Overlay/PanelContext.h"
 #include "Presentation/Panel/UsageMilestoneBadge.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/TextLabel.h"
 #include "Presentation/Style/Typography.h"
 
+#include <QFontMetrics>
 #include <QHBoxLayout>
 
 #include <algorithm>
@@ -22,9 +24,10 @@ constexpr double minute = 60;
 
 } // namespace
 
-CompactInfoView::CompactInfoView(const PanelContext &context, QWidget *parent)
+CompactInfoView::CompactInfoView(const PanelContext &context, const PixelAnimator &mascot,
+                                 QWidget *parent)
     : QWidget(parent), m_store(context.store), m_usage(context.usage),
-      m_scheduler(context.scheduler),
+      m_scheduler(context.scheduler), m_mascot(mascot),
       m_time(new TextLabel(Typography::text(Typography::bodySize, QFont::Medium),
                            Colors::primaryText, 1, this)),
       m_count(new TextLabel(Typography::text(Typography::bodySize, QFont::Medium),
@@ -33,6 +36,9 @@ CompactInfoView::CompactInfoView(const PanelContext &context, QWidget *parent)
     auto *line = new QHBoxLayout(this);
     line->setContentsMargins(0, 0, 0, 0);
     line->setSpacing(6);
+    // So that the capsule keeps its width while the seconds run.
+    m_time->setMinimumWidth(QFontMetrics(m_time->font()).horizontalAdvance(tr("<1m")) + 2);
+    connect(&m_mascot, &PixelAnimator::stepped, this, &CompactInfoView::showTime);
     line->addStretch();
     line->addWidget(m_time);
     line->addWidget(m_count);
@@ -61,16 +67,24 @@ QString CompactInfoView::count() const {
 }
 
 QString CompactInfoView::time() const {
-    return m_since ? m_time->text() : QString();
+    return m_since ? timeInMinutes() : QString();
 }
 
 QString CompactInfoView::milestone() const {
     return m_milestone->isHidden() ? QString() : m_milestone->accessibleName();
 }
 
+/// True until the next minute.
+QString CompactInfoView::timeInMinutes() const {
+    const Date now = m_scheduler.now();
+    return Seconds(now - *m_since).count() < minute ? tr("<1m")
+                                                    : TimeFormat::elapsed(*m_since, now);
+}
+
 void CompactInfoView::showTime() {
     if (m_since) {
-        m_time->setText(TimeFormat::elapsed(*m_since, m_scheduler.now()));
+        m_time->setText(m_mascot.isMoving() ? TimeFormat::elapsed(*m_since, m_scheduler.now())
+                                            : timeInMinutes());
     }
 }
 

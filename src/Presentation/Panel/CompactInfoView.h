@@ -8,6 +8,7 @@
 
 namespace morvane {
 
+class PixelAnimator;
 class SessionStore;
 struct PanelContext;
 class TextLabel;
@@ -15,13 +16,15 @@ class UsageMilestoneBadge;
 class UsagePoller;
 
 /// In the closed capsule: how long the first session has been in its state, and how many there
-/// are; for a moment a milestone of Claude's limits in place of both. Drawn anew once a minute,
+/// are; for a moment a milestone of Claude's limits in place of both. Seconds are told only while
+/// the mascot moves, by whose steps they are counted; otherwise it is drawn anew once a minute, and
 /// only while it is on screen.
 class CompactInfoView : public QWidget {
     Q_OBJECT
 
 public:
-    CompactInfoView(const PanelContext &context, QWidget *parent);
+    /// The mascot must outlive it.
+    CompactInfoView(const PanelContext &context, const PixelAnimator &mascot, QWidget *parent);
 
     /// Takes over what the store and the poller have now.
     void refresh();
@@ -40,12 +43,14 @@ protected:
     void hideEvent(QHideEvent *event) override;
 
 private:
+    QString timeInMinutes() const;
     void showTime();
     void scheduleMinute();
 
     const SessionStore &m_store;
     const UsagePoller &m_usage;
     Scheduler &m_scheduler;
+    const PixelAnimator &m_mascot;
     std::optional<Date> m_since; ///< none while there is nothing to tell
     Task m_minute;
     TextLabel *m_time;

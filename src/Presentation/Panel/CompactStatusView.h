@@ -1,14 +1,17 @@
 #pragma once
 
-#include "Presentation/Mascot/PixelAnimator.h"
+#include <QWidget>
 
 namespace morvane {
 
+class PixelAnimator;
 class SessionStore;
+class StateMarkView;
 struct PanelContext;
 
-/// The mascot in the closed capsule: the one status of all sessions together.
-class CompactStatusView : public PixelAnimator {
+/// In the closed capsule: the mascot with the one status of all sessions together, and the mark of
+/// that status.
+class CompactStatusView : public QWidget {
     Q_OBJECT
 
 public:
@@ -17,8 +20,12 @@ public:
     /// Takes over what the store has now.
     void refresh();
 
+    const PixelAnimator &mascot() const { return *m_mascot; }
+
 private:
     const SessionStore &m_store;
+    PixelAnimator *m_mascot;
+    StateMarkView *m_mark;
 };
 
 } // namespace morvane

@@ -10,7 +10,7 @@ namespace morvane {
 
 CompactView::CompactView(const PanelContext &context, QWidget *parent)
     : QWidget(parent), m_status(new CompactStatusView(context, this)),
-      m_info(new CompactInfoView(context, this)) {
+      m_info(new CompactInfoView(context, m_status->mascot(), this)) {
     auto *line = new QHBoxLayout(this);
     line->setContentsMargins(14, 6, 14, 7);
     line->setSpacing(9);

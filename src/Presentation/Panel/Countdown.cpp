@@ -11,7 +11,7 @@ namespace morvane {
 namespace {
 
 constexpr int urgentSeconds = 10;
-constexpr QColor calmColor = Colors::white(0.3);
+constexpr QColor calmColor = Colors::tertiaryText;
 constexpr Seconds tick(1);
 
 } // namespace

@@ -24,7 +24,7 @@ inline constexpr QColor rowPressed = white(0.09);
 
 inline constexpr QColor primaryText = white(0.94);
 inline constexpr QColor secondaryText = white(0.6);
-inline constexpr QColor tertiaryText = white(0.42);
+inline constexpr QColor tertiaryText = white(0.5);
 inline constexpr QColor archiveHeader = white(0.35);
 
 inline constexpr QColor questionAccent = sRgb(0.48, 0.7, 1.0);

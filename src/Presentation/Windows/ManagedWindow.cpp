@@ -18,7 +18,7 @@ constexpr QColor yellow(255, 214, 10);
 
 ManagedWindow::ManagedWindow(const QString &title) {
     setWindowTitle(title);
-    setWindowIcon(MenuBarIcon::icon(yellow));
+    setWindowIcon(MenuBarIcon::icon(yellow, {}));
 }
 
 void ManagedWindow::present() {

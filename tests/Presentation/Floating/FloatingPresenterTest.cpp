@@ -78,6 +78,30 @@ TEST_F(FloatingPresenterTest, AmbientItStaysWhileSessionsAreAtWork) {
     EXPECT_FALSE(isVisible());
 }
 
+TEST_F(FloatingPresenterTest, OnCallItStandsInForATrayAsFarAsItIsTold) {
+    attachFloating();
+    presenter->setStandIn(StandIn::always);
+    scheduler.advance(Seconds(1));
+    EXPECT_TRUE(isVisible());
+    presenter->dismiss();
+    scheduler.advance(Seconds(1));
+    EXPECT_TRUE(isVisible());
+
+    presenter->setStandIn(StandIn::whileActive);
+    scheduler.advance(Seconds(1));
+    EXPECT_FALSE(isVisible());
+    apply(Event::promptSubmit);
+    scheduler.advance(Seconds(30));
+    EXPECT_TRUE(isVisible());
+    presenter->dismiss();
+    scheduler.advance(Seconds(1));
+    EXPECT_TRUE(isVisible());
+
+    presenter->setStandIn(StandIn::none);
+    scheduler.advance(Seconds(1));
+    EXPECT_FALSE(isVisible());
+}
+
 TEST_F(FloatingPresenterTest, OpensUnderThePointerAndClosesAMomentAfterItHasLeft) {
     settings.setShowWhenIdle(true);
     attachFloating();

@@ -34,8 +34,8 @@ TEST_F(CompactViewTest, TellsHowLongTheFirstSessionIsAtItAndHowManyThereAre) {
     EXPECT_EQ(view.accessibleName(), "idle");
 
     apply(Event::promptSubmit, "a");
-    EXPECT_EQ(shown(), "0s");
-    EXPECT_EQ(view.accessibleName(), "1 session, working, 0s");
+    EXPECT_EQ(shown(), "<1m");
+    EXPECT_EQ(view.accessibleName(), "1 session, working, <1m");
     scheduler.advance(Seconds(300));
     apply(Event::promptSubmit, "b");
     apply(Event::needsInput, "a");
@@ -61,6 +61,20 @@ TEST_F(CompactViewTest, RedrawsTheTimeOnceAMinuteAndAsksForRoom) {
     EXPECT_EQ(resized.count(), 2);
 }
 
+TEST_F(CompactViewTest, CountsTheSecondsByTheMascotsStepsAloneAndElseTellsNone) {
+    motion.setReduced(false);
+    apply(Event::promptSubmit);
+    EXPECT_EQ(shown(), "0s");
+    const int width = view.sizeHint().width();
+    EXPECT_LE(ticksWithin(Seconds(30.4)), 103);
+    EXPECT_EQ(textsIn<TextLabel>(view), QStringList{"30s"});
+    EXPECT_EQ(view.sizeHint().width(), width);
+    apply(Event::turnFailed);
+    EXPECT_EQ(shown(), "<1m");
+    EXPECT_LE(ticksWithin(Seconds(50)), 1);
+    EXPECT_EQ(shown(), "<1m");
+}
+
 TEST_F(CompactViewTest, AMilestoneTakesTheirPlaceForAMoment) {
     usage.poller().milestoneEligibility = [this] {
         return store.hasWorkingUsageMilestoneSession();
@@ -70,9 +84,9 @@ TEST_F(CompactViewTest, AMilestoneTakesTheirPlaceForAMoment) {
     usage.tell(80, 96);
     EXPECT_EQ(shown(), "");
     EXPECT_EQ(view.accessibleName(),
-              "2 sessions, working, 0s, Claude weekly usage reached 95 percent");
+              "2 sessions, working, <1m, Claude weekly usage reached 95 percent");
     scheduler.advance(Seconds(6.1));
-    EXPECT_EQ(shown(), "6s ×2");
+    EXPECT_EQ(shown(), "<1m ×2");
 }
 
 TEST_F(CompactViewTest, ItsTwoHalvesAlsoStandAlone) {
@@ -80,7 +94,7 @@ TEST_F(CompactViewTest, ItsTwoHalvesAlsoStandAlone) {
     apply(Event::promptSubmit, "b");
     QWidget bar;
     CompactStatusView status(context, &bar);
-    CompactInfoView info(context, &bar);
+    CompactInfoView info(context, status.mascot(), &bar);
     status.refresh();
     info.refresh();
     EXPECT_EQ(status.accessibleName(), "working");

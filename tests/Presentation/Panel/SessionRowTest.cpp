@@ -307,7 +307,7 @@ TEST_F(SessionRowTest, CountsDownWhileOnScreenAndWarnsAtTheEnd) {
     EXPECT_EQ(countdown->text(), "60s");
     scheduler.advance(Seconds(49));
     EXPECT_EQ(countdown->text(), "11s");
-    EXPECT_EQ(countdown->color(), Colors::white(0.3));
+    EXPECT_EQ(countdown->color(), Colors::tertiaryText);
     scheduler.advance(Seconds(1.1));
     EXPECT_NE(countdown->text(), "11s");
     EXPECT_EQ(countdown->color(), Colors::denyAccent);

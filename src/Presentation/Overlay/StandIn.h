@@ -1,0 +1,20 @@
+#pragma once
+
+namespace morvane {
+
+/// How far the capsules make up for a tray that isn't there. Without one, nothing else at the top
+/// of the screen tells that Morvane runs.
+enum class StandIn {
+    none,        ///< each capsule has reasons of its own to be on screen
+    whileActive, ///< one on call also stays while sessions are active
+    always,      ///< as long as no agent is connected, nothing would ever call for it
+};
+
+constexpr StandIn standIn(bool hasTray, bool isAnyAgentConnected) {
+    if (hasTray) {
+        return StandIn::none;
+    }
+    return isAnyAgentConnected ? StandIn::whileActive : StandIn::always;
+}
+
+} // namespace morvane
