@@ -124,7 +124,7 @@ TEST_F(TrayTest, ComesBackWithATrayAndKeepsItsMenuTrueWhileThatIsOpen) {
                                                 "org.kde.StatusNotifierItem", "ContextMenu");
     asked.setArguments({0, 0});
     bus.call(asked, QDBus::BlockWithGui);
-    EXPECT_TRUE(becomesTrue([this] { return find("popup menu", "Morvane").has_value(); }));
+    EXPECT_TRUE(becomesTrue([this] { return find("menu item", "Quit Morvane").has_value(); }));
     click("Quit Morvane <Control+Q>");
     EXPECT_EQ(program->wait(), 0);
 }
