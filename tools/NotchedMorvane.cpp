@@ -16,7 +16,8 @@ QSize notchSize(int argc, char **argv) {
 
 int main(int argc, char **argv) {
     const QSize notch = notchSize(argc, argv);
-    return morvane::launch(argc, argv, [notch](morvane::PlatformServices &platform) {
+    int others = 1; // the program takes no size
+    return morvane::launch(others, argv, [notch](morvane::PlatformServices &platform) {
         if (platform.hasScreen) {
             platform.displays =
                 std::make_unique<morvane::NotchedDisplays>(std::move(platform.displays), notch);
