@@ -9,7 +9,7 @@ namespace morvane::GeminiTranscript {
 /// Takes as the last words what has failed.
 void takeLine(const JsonObject &line, TranscriptInfo &info);
 
-/// Qwen Code tells an interruption only: after an error it tries again.
+/// Takes an interruption only, since after an error Qwen Code may try again.
 void takeLineOfQwen(const JsonObject &line, TranscriptInfo &info);
 
 } // namespace morvane::GeminiTranscript
