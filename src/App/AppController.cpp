@@ -336,6 +336,7 @@ QString AppController::removeEverything() {
     m_store.forgetHistory();
     m_updates.discard();
     m_installPing.cancel();
+    m_usage.removeStored();
     m_settings.removeStored();
     report << tr("preferences and session history");
     m_connections.refreshStatus();

@@ -22,7 +22,8 @@ constexpr Names inheritedVariables[] = {{"ORCA_TERMINAL_HANDLE", "Orca"},
                                         {"GHOSTTY_RESOURCES_DIR", "ghostty"},
                                         {"ITERM_SESSION_ID", "iTerm.app"},
                                         {"KONSOLE_VERSION", "konsole"},
-                                        {"GNOME_TERMINAL_SCREEN", "gnome-terminal"}};
+                                        {"GNOME_TERMINAL_SCREEN", "gnome-terminal"},
+                                        {"XTERM_VERSION", "xterm"}};
 
 constexpr Names hostsOfPrograms[] = {{"Apple_Terminal", "com.apple.Terminal"},
                                      {"iTerm.app", "com.googlecode.iterm2"},
@@ -35,7 +36,8 @@ constexpr Names hostsOfPrograms[] = {{"Apple_Terminal", "com.apple.Terminal"},
                                      {"Orca", "com.stablyai.orca"},
                                      {"konsole", "org.kde.konsole"},
                                      {"gnome-terminal", "org.gnome.Terminal"},
-                                     {"foot", "foot"}};
+                                     {"foot", "foot"},
+                                     {"xterm", "XTerm"}};
 
 constexpr Names hostsOfEntries[] = {{"kitty", "net.kovidgoyal.kitty"},
                                     {"alacritty", "io.alacritty"},

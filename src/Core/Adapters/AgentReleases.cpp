@@ -36,12 +36,16 @@ std::span<const Listed> all() {
                {1, 0, 0},
                {.hookTimeUnit = AgentContract::TimeUnit::milliseconds,
                 .hasAsyncHooks = false,
-                .tellsLastWords = true}},
+                .tellsLastWords = true,
+                .endsTurnsInTranscript = true}},
         // Tried: 0.24.4. Its events are Claude Code's, so it has an adapter of another kind too.
         Listed{AgentKind::qwen,
                {0, 24, 4},
                {1, 0, 0},
-               {.hasPromptsOfItsOwn = true, .tellsLastWords = true, .interruptsByHangUp = true}},
+               {.hasPromptsOfItsOwn = true,
+                .tellsLastWords = true,
+                .interruptsByHangUp = true,
+                .endsTurnsInTranscript = true}},
     };
     return releases;
 }

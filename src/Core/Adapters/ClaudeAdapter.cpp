@@ -117,10 +117,10 @@ AgentIntegration ClaudeAdapter::integration() const {
     return JsonHooks{inHome(QStringLiteral(".claude/settings.json")), QStringLiteral("hooks")};
 }
 
+/// The transcript doesn't say at its beginning which release it is of. Whether how a turn stands
+/// counts for anything is known from the release whose hooks call.
 TranscriptInfo ClaudeAdapter::readTranscript(const QString &path) const {
-    return TranscriptReader::readTail(path, contract().endsTurnsInTranscript
-                                                ? ClaudeTranscript::takeLineWithTurns
-                                                : ClaudeTranscript::takeLine);
+    return TranscriptReader::readTail(path, ClaudeTranscript::takeLineWithTurns);
 }
 
 std::optional<TranscriptFolder> ClaudeAdapter::transcriptFolder() const {

@@ -1,5 +1,7 @@
 #include "Core/Adapters/GeminiAdapter.h"
 
+#include "Core/Adapters/GeminiTranscript.h"
+
 #include <QHash>
 
 namespace morvane {
@@ -39,6 +41,12 @@ std::optional<QString> GeminiAdapter::matcher(const QString &native) const {
 
 AgentIntegration GeminiAdapter::integration() const {
     return JsonHooks{inHome(m_settingsPath), QStringLiteral("hooks")};
+}
+
+TranscriptInfo GeminiAdapter::readTranscript(const QString &path) const {
+    return TranscriptReader::readTail(path, m_kind == AgentKind::qwen
+                                                ? GeminiTranscript::takeLineOfQwen
+                                                : GeminiTranscript::takeLine);
 }
 
 } // namespace morvane

@@ -16,6 +16,8 @@ public:
     canonical(const QString &native, const std::optional<QString> &notificationType) const override;
     std::optional<QString> matcher(const QString &native) const override;
     AgentIntegration integration() const override;
+    /// Only how the newest turn stands, and what has failed.
+    TranscriptInfo readTranscript(const QString &path) const override;
 
 private:
     AgentKind m_kind;

@@ -44,7 +44,8 @@ void SessionStore::apply(const HookEvent &event) {
         releaseApproval(event.sessionID);
     }
     carryOut(SessionTransition::of(stored(event.sessionID), event, now, m_surroundings), now);
-    const bool readsWords = !event.lastWords.has_value();
+    // One that says there were none may have failed.
+    const bool readsWords = !event.lastWords || event.lastWords->isEmpty();
     followUp(event.sessionID, before ? std::optional(before->state) : std::nullopt, now,
              readsWords);
 }

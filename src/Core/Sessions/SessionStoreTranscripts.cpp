@@ -39,6 +39,11 @@ void SessionStore::enrichFromTranscript(const QString &sessionID, bool completio
                 present->summary = info.lastAssistantText;
             }
             takeTranscript(*present, info);
+            // The hook has told that the turn is over, but not how.
+            if (completion && present->state == SessionState::done &&
+                present->endsTurnsInTranscript && info.turn == TranscriptInfo::Turn::failed) {
+                endUnsaid(sessionID, present->lastEventAt, info.turn);
+            }
         }
         // The record outlives its session, which may have gone meanwhile.
         if (completion && info.lastAssistantText &&
@@ -163,7 +168,11 @@ void SessionStore::endUnsaid(const QString &sessionID, Date lastEventAt,
     const SessionState before = session->state;
     const Date now = m_scheduler.now();
     carryOut(SessionTransition::turnGone(*session, failed, now), now);
-    followUp(sessionID, before, now, false);
+    if (const auto ended = stored(sessionID); ended && before == SessionState::done) {
+        recordCompleted(*ended, now); // and nothing is heard of its end once more
+    } else {
+        followUp(sessionID, before, now, false);
+    }
 }
 
 } // namespace morvane

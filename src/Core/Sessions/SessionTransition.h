@@ -50,7 +50,7 @@ struct SessionSurroundings {
 ///     expired (5)         ignored     -            -            -           -           -
 ///     released (5)        ignored     -            -            -           -           -
 ///     hungUp (5)          ignored     -            -            -           -           -
-///     turnGone (7)        ignored     idle (8)     idle (8)     -           -           -
+///     turnGone (7)        ignored     idle (8)     idle (8)     - (12)      -           -
 ///     restored            idle (6)    ignored      ignored      ignored     ignored     ignored
 ///
 ///     (1) unchanged while background agents are pending
@@ -64,6 +64,7 @@ struct SessionSurroundings {
 ///     (9) unchanged by the announcement of the very call that waits
 ///     (10) unchanged while a subagent waits with a call
 ///     (11) done where the turn was over before, and only a subagent that had asked went on
+///     (12) failed where that is how it ended
 struct SessionTransition {
     Q_DECLARE_TR_FUNCTIONS(SessionTransition)
 
@@ -118,7 +119,8 @@ public:
     /// or answered it in its terminal, and knows of it.
     static SessionTransition hungUp(Session session);
 
-    /// The turn has ended without a hook: it was interrupted, or it has failed.
+    /// The turn has ended without a hook, or with one that doesn't say how: it was interrupted, or
+    /// it has failed.
     static SessionTransition turnGone(Session session, bool failed, Date now);
 
     /// What the hook waits for has lost its reason, so that the agent is to ask by itself.

@@ -79,7 +79,8 @@ SessionTransition SessionTransition::hungUp(Session session) {
 SessionTransition SessionTransition::turnGone(Session session, bool failed, Date now) {
     const bool runs =
         session.state == SessionState::working || session.state == SessionState::needsInput;
-    if (!runs || session.pendingDecisionID() || session.pendingExternalResponse) {
+    const bool seemsDone = failed && session.state == SessionState::done;
+    if ((!runs && !seemsDone) || session.pendingDecisionID() || session.pendingExternalResponse) {
         return {};
     }
     session.state = failed ? SessionState::failed : SessionState::idle;

@@ -40,7 +40,7 @@ InlineNameField::InlineNameField(const Setup &setup, const PanelContext &context
                                                        [this] { askInWindow(); })),
       m_focus(context.scheduler.after(Seconds(0), [this] { setFocus(); })) {
     setPlaceholderText(setup.placeholder);
-    setAccessibleName(setup.placeholder);
+    setAccessibleName(setup.title);
     setFrame(false);
     setPalette(fieldPalette());
     setTextMargins(textInset, 0, textInset, 0);

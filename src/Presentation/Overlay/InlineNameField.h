@@ -25,7 +25,8 @@ public:
     struct Setup {
         QString initial = {};
         QString placeholder = {};
-        QString title = {};         ///< of the window that asks where a panel can't
+        QString title = {};         ///< what it is for: to a screen reader, and above the window
+                                    ///< that asks where a panel can't
         bool commitsOnBlur = false; ///< whether a loss of the focus commits as well
     };
 

@@ -35,6 +35,11 @@ constexpr int inputShare = 3; ///< of the budget: a call that is longer is scrol
 constexpr Seconds contentDuration(0.18);
 constexpr Seconds attentionDuration(0.14);
 
+/// Apart from the sessions, since a record may bear the id of one.
+QString keyOf(const CompletedRecord &record) {
+    return QStringLiteral("record:") + record.id;
+}
+
 } // namespace
 
 ExpandedView::ExpandedView(const PanelContext &context, QWidget *parent)
@@ -120,12 +125,19 @@ ExpandedView::Entries ExpandedView::entries() const {
         result.append(text(tr("no active agent sessions"), Typography::text(Typography::bodySize),
                            Colors::secondaryText, {0, 8, 0, 8}, Qt::AlignHCenter));
     }
-    // While somebody waits for an answer, the eye belongs to the question.
-    if (!m_needsAttention) {
-        appendRecords(result, tr("RECENTLY COMPLETED"), Colors::secondaryText,
-                      store.recentlyCompleted());
-        appendRecords(result, tr("ARCHIVE"), Colors::archiveHeader, store.archivedCompleted());
-    }
+    // While somebody waits for an answer, the eye belongs to the question. But a text that is being
+    // typed into a row stays there.
+    const auto shown = [this](QList<CompletedRecord> records) {
+        if (m_needsAttention) {
+            records.removeIf([this](const CompletedRecord &record) {
+                return !m_viewport->rows().holdsText(keyOf(record));
+            });
+        }
+        return records;
+    };
+    appendRecords(result, tr("RECENTLY COMPLETED"), Colors::secondaryText,
+                  shown(store.recentlyCompleted()));
+    appendRecords(result, tr("ARCHIVE"), Colors::archiveHeader, shown(store.archivedCompleted()));
     return result;
 }
 
@@ -168,7 +180,7 @@ void ExpandedView::appendRecords(Entries &list, const QString &title, const QCol
     for (const CompletedRecord &record : records) {
         CompletedRow::Details details;
         details.showsAgent = m_context.store.showsAgentBadges();
-        if (showsDigits()) {
+        if (showsDigits() && !m_needsAttention) {
             details.badge = static_cast<int>(jumpable.indexOf(record));
         }
         details.session = m_context.store.finishedSession(record);
@@ -178,8 +190,7 @@ void ExpandedView::appendRecords(Entries &list, const QString &title, const QCol
             row->setRecord(record, details);
             return row;
         };
-        // Apart from the sessions, since a record may bear the id of one.
-        list.append({QStringLiteral("record:") + record.id, fill});
+        list.append({keyOf(record), fill});
     }
 }
 

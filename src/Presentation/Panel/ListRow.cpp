@@ -26,6 +26,10 @@ bool ListRow::isEditing() const {
     return m_nameLine->isEditing() || (m_reply != nullptr && m_reply->isReplying());
 }
 
+bool ListRow::holdsText() const {
+    return isEditing() || (m_reply != nullptr && m_reply->holdsText());
+}
+
 void ListRow::abandonEditing() {
     m_nameLine->abandonEditing();
     if (m_reply != nullptr) {

@@ -21,7 +21,10 @@ public:
     /// Whether a text field is open in the row.
     bool isEditing() const;
 
-    /// Closes it; what has been typed is dropped.
+    /// Whether a text would be lost with the row.
+    bool holdsText() const;
+
+    /// Closes the field; what has been typed is dropped.
     void abandonEditing();
 
     /// Tells a row that may have moved where the pointer is on the desktop, or that it is on none

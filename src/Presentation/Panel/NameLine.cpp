@@ -58,7 +58,7 @@ void NameLine::beginEditing() {
     }
     const InlineNameField::Setup setup{.initial = m_name->text(),
                                        .placeholder = tr("session"),
-                                       .title = tr("Rename session"),
+                                       .title = tr("Rename %1").arg(m_name->text()),
                                        .commitsOnBlur = true};
     m_field = new InlineNameField(setup, m_context, this);
     m_field->setFont(m_name->font());

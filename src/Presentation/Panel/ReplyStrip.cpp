@@ -37,6 +37,11 @@ bool ReplyStrip::isOffered(const PanelContext &context, const Session &session) 
     return session.isFinished() && actions.onReply && actions.canReply && actions.canReply(session);
 }
 
+void ReplyStrip::setSession(const Session &session) {
+    m_session = session;
+    m_affordance->setAccessibleName(tr("Reply to %1").arg(session.displayName()));
+}
+
 void ReplyStrip::abandonReply() {
     if (m_field) {
         m_field->abandon();
@@ -47,8 +52,9 @@ void ReplyStrip::openField() {
     if (m_field) {
         return;
     }
-    const InlineNameField::Setup setup{
-        .initial = m_unsent, .placeholder = tr("Type a follow-up…"), .title = tr("Reply")};
+    const InlineNameField::Setup setup{.initial = m_unsent,
+                                       .placeholder = tr("Type a follow-up…"),
+                                       .title = m_affordance->accessibleName()};
     m_field = new InlineNameField(setup, m_context, this);
     m_field->setFont(Typography::text(Typography::bodySize));
     m_field->setFixedHeight(m_affordance->sizeHint().height());
@@ -72,9 +78,11 @@ void ReplyStrip::closeField() {
 }
 
 void ReplyStrip::send(const QString &text) {
+    m_isSending = true;
     m_context.actions.onReply(m_session, text,
                               [weak = QPointer<ReplyStrip>(this), text](bool isSent) {
                                   if (weak) {
+                                      weak->m_isSending = false;
                                       weak->m_unsent = isSent ? QString() : text;
                                       weak->tell(isSent ? tr("sent") : tr("could not be sent"));
                                   }

@@ -25,9 +25,13 @@ public:
     /// Whether the session is one that can be replied to.
     static bool isOffered(const PanelContext &context, const Session &session);
 
-    void setSession(const Session &session) { m_session = session; }
+    void setSession(const Session &session);
 
     bool isReplying() const { return !m_field.isNull(); }
+
+    /// Whether a text would be lost with the strip: one that is being typed, or hasn't gone out.
+    bool holdsText() const { return isReplying() || m_isSending || !m_unsent.isEmpty(); }
+
     void abandonReply();
 
 private:
@@ -41,6 +45,7 @@ private:
     DecideButton *m_affordance;
     TextLabel *m_outcome; ///< what has become of the last reply
     QPointer<InlineNameField> m_field;
+    bool m_isSending = false;
     QString m_unsent; ///< what could not be sent is offered again
 };
 

@@ -256,6 +256,13 @@ std::optional<qsizetype> RowList::anchor(int offset) const {
     return offset > 0 ? firstInSight : std::nullopt;
 }
 
+bool RowList::holdsText(const QString &key) const {
+    return std::ranges::any_of(m_slots, [&](const Slot &slot) {
+        const auto *row = qobject_cast<ListRow *>(slot.widget);
+        return row != nullptr && slot.entry.key == key && row->holdsText();
+    });
+}
+
 void RowList::shiftStart(int distance) {
     for (Slot &slot : m_slots) {
         slot.startTop += distance;

@@ -51,6 +51,9 @@ public:
     std::optional<qsizetype> anchor(int offset) const;
     int top(qsizetype entry) const { return m_slots[entry].top; }
 
+    /// Whether the row of this entry has a text in it that would be lost with it.
+    bool holdsText(const QString &key) const;
+
     /// Lets a movement begin so much lower, when the list is scrolled by as much.
     void shiftStart(int distance);
 

@@ -166,12 +166,11 @@ TEST(TranscriptReader, KnowsATurnOfCodexThatHasFailed) {
     EXPECT_EQ(turnAfter(R"(,"error":{"message":"Bad Request"})"), TranscriptInfo::Turn::failed);
 }
 
-TEST(TranscriptReader, FindsAnInterruptionOfClaudeOnlyWhereClaudeHasNotedIt) {
-    const auto turnAfter = [](const QByteArray &content) {
+TEST_F(TranscriptFileTest, FindsAnInterruptionOfClaudeOnlyWhereClaudeHasNotedIt) {
+    const auto turnAfter = [this](const QByteArray &content) {
         const QByteArray line = R"({"type":"user","message":{"content":)" + content + "}}\n";
-        return TranscriptReader::newestFirst(claudeText("Working.") + line,
-                                             ClaudeTranscript::takeLineWithTurns)
-            .turn;
+        const QString path = home.write("turns.jsonl", claudeText("Working.") + line);
+        return AgentRegistry::adapter(AgentKind::claude).readTranscript(path).turn;
     };
     const QByteArray note = "\"[Request interrupted by user for tool use]\"";
     EXPECT_EQ(turnAfter(R"([{"type":"text","text":)" + note + "}]"),
@@ -179,6 +178,46 @@ TEST(TranscriptReader, FindsAnInterruptionOfClaudeOnlyWhereClaudeHasNotedIt) {
     EXPECT_EQ(turnAfter(note), TranscriptInfo::Turn::running);
     EXPECT_EQ(turnAfter(R"([{"type":"tool_result","content":)" + note + "}]"),
               TranscriptInfo::Turn::running);
+}
+
+TEST_F(TranscriptFileTest, KnowsHowATurnOfGeminisStands) {
+    const auto after = [this](const QByteArray &lines) {
+        const QByteArray typed = R"({"type":"user","content":[{"text":"Run it"}]})"
+                                 "\n";
+        const QString path = home.write("chat.jsonl", typed + lines);
+        return AgentRegistry::adapter(AgentKind::gemini).readTranscript(path);
+    };
+    using Turn = TranscriptInfo::Turn;
+    const QByteArray cancelled = R"({"type":"info","content":"Request cancelled."})"
+                                 "\n";
+    const QByteArray result = R"({"type":"user","content":[{"functionResponse":{}}]})"
+                              "\n";
+    const QByteArray copy = R"({"$set":{"messages":[{"type":"error","content":"x"}]}})"
+                            "\n";
+    EXPECT_EQ(after(copy).turn, Turn::running);
+    EXPECT_EQ(after(cancelled + result + copy).turn, Turn::interrupted);
+    EXPECT_EQ(after(cancelled + R"({"type":"user","content":[{"text":"<go on>"}]})").turn,
+              Turn::running);
+    const TranscriptInfo failed = after(R"({"type":"error","content":"[API Error: 400]"})"
+                                        "\n"
+                                        R"({"type":"info","content":"This request failed."})");
+    EXPECT_EQ(failed.turn, Turn::failed);
+    EXPECT_EQ(failed.lastAssistantText, "[API Error: 400]");
+}
+
+TEST_F(TranscriptFileTest, KnowsWhereATurnOfQwensWasInterrupted) {
+    const auto after = [this](const QByteArray &line) {
+        const QByteArray cancelled =
+            R"({"type":"system","systemPayload":{"uiEvent":{"event.name":"qwen-code.tool_call",)"
+            R"("status":"cancelled"}}})"
+            "\n";
+        const QString path = home.write("chat.jsonl", cancelled + line);
+        return AgentRegistry::adapter(AgentKind::qwen).readTranscript(path).turn;
+    };
+    EXPECT_EQ(after(R"({"type":"tool_result","provenance":"tool_result"})"),
+              TranscriptInfo::Turn::interrupted);
+    EXPECT_EQ(after(R"({"type":"user","provenance":"real_user"})"), TranscriptInfo::Turn::running);
+    EXPECT_EQ(after(R"({"type":"assistant"})"), TranscriptInfo::Turn::running);
 }
 
 TEST_F(TranscriptFileTest, IsReadFromItsEndOnly) {

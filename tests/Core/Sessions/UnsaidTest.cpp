@@ -173,6 +173,23 @@ TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
     EXPECT_TRUE(running.empty());
 }
 
+TEST_F(UnsaidTest, AnEndThatWasAFailureIsHeardOnce) {
+    tell(AgentKind::gemini, "AfterAgent",
+         R"("prompt_response":"[no response text]","transcript_path":"/t")");
+    EXPECT_EQ(session().state, SessionState::done);
+    TranscriptInfo info;
+    info.turn = TranscriptInfo::Turn::failed;
+    info.lastAssistantText = "API Error: 400";
+    ASSERT_FALSE(running.empty());
+    for (const auto &use : std::exchange(running, {})) {
+        use(info);
+    }
+    EXPECT_EQ(session().state, SessionState::failed);
+    EXPECT_TRUE(store.completedHistory().first().failed);
+    EXPECT_EQ(store.completedHistory().first().summary, "API Error: 400");
+    EXPECT_EQ(announced, QStringList{"done"});
+}
+
 TEST_F(UnsaidTest, AnAgentThatIsGoneTakesItsSessionAlong) {
     apply(EventBuilder::parked("d"));
     store.agentEnded("s");

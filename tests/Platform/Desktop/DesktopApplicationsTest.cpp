@@ -46,7 +46,7 @@ TEST(DesktopApplications, NameWhatIsInstalledHere) {
 TEST(KnownApplications, AreFoundByTheClassOfTheirWindows) {
     EXPECT_EQ(KnownApplications::bundleID("kitty"), "net.kovidgoyal.kitty");
     EXPECT_EQ(KnownApplications::bundleID("alacritty"), "io.alacritty");
-    EXPECT_EQ(KnownApplications::bundleID("XTerm"), "XTerm");
+    EXPECT_EQ(KnownApplications::bundleID("UXTerm"), "XTerm");
 }
 
 } // namespace

@@ -175,7 +175,16 @@ TEST_F(ExpandedViewTest, ARecordTakesRepliesForTheSessionThatLeftIt) {
     reply->click();
     auto *field = offering.findChild<InlineNameField *>();
     ASSERT_TRUE(field);
-    QTest::keyClicks(field, "go on");
+    EXPECT_EQ(field->accessibleName(), "Reply to p");
+    QTest::keyClicks(field, "go");
+    // Another session's request neither takes the field away nor leaves other records beside it.
+    finish("/q");
+    apply(Event::needsInput, "asking");
+    offering.refresh();
+    offering.resize(offering.sizeHint());
+    EXPECT_EQ(shownIn<CompletedRow>(offering).size(), 1);
+    apply(Event::promptSubmit, "asking");
+    QTest::keyClicks(field, " on");
     QTest::keyClick(field, Qt::Key_Return);
     EXPECT_EQ(replies, (QList<std::pair<QString, QString>>{{"first", "go on"}}));
     store.removeSessions("/p");

@@ -37,6 +37,7 @@ constexpr std::array applications{
     Application{
         "org.gnome.Terminal", {"org.gnome.Terminal"}, {"Gnome-terminal", "gnome-terminal-server"}},
     Application{"org.kde.konsole", {"org.kde.konsole"}, {"konsole"}},
+    Application{"XTerm", {"debian-xterm", "xterm"}, {"XTerm", "UXTerm"}},
 };
 
 /// Those whose desktop entry has the same name, and says what they are, need no place here.

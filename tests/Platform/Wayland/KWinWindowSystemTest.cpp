@@ -1,0 +1,98 @@
+#include "Platform/Linux/Wayland/KWinWindowSystem.h"
+
+#include "Platform/PrivateBusTest.h"
+
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
+#include <QFile>
+#include <QRegularExpression>
+
+namespace morvane {
+namespace {
+
+/// KWin's scripting, which doesn't run the scripts, but answers in their place.
+class Compositor : public QDBusVirtualObject {
+public:
+    explicit Compositor(const QDBusConnection &bus) : m_bus(bus) {
+        m_bus.registerVirtualObject("/Scripting", this);
+        m_bus.registerService("org.kde.KWin");
+    }
+
+    QString introspect(const QString &) const override { return {}; }
+
+    bool handleMessage(const QDBusMessage &message, const QDBusConnection &bus) override {
+        asked += message.member();
+        if (message.member() == "loadScript") {
+            if (isClosed) {
+                return bus.send(message.createErrorReply(QDBusError::AccessDenied, "no scripts"));
+            }
+            QFile file(message.arguments().first().toString());
+            EXPECT_TRUE(file.open(QFile::ReadOnly));
+            script = QString::fromUtf8(file.readAll());
+        }
+        bus.send(message.createReply(1));
+        if (message.member() == "start") {
+            tell("morvane-guessed", R"([{"id":"forged"}])");
+            static const QRegularExpression name("\"(morvane-[^\"]+)\"");
+            tell(name.match(script).captured(1), answer);
+        }
+        return true;
+    }
+
+    QString answer;
+    bool isClosed = false;
+    QString script; ///< the last one
+    QStringList asked;
+
+private:
+    /// Calls as the script says at its end.
+    void tell(const QString &name, const QString &text) {
+        static const QRegularExpression callee(
+            R"-(callDBus\("([^"]*)", "([^"]*)", "([^"]*)", "told")-");
+        const auto match = callee.match(script);
+        QDBusMessage call = QDBusMessage::createMethodCall(match.captured(1), match.captured(2),
+                                                           match.captured(3), "told");
+        call.setArguments({name, text});
+        m_bus.send(call);
+    }
+
+    QDBusConnection m_bus;
+};
+
+TEST_F(PrivateBusTest, KWinTellsItsWindowsByAScriptThatIsTakenBack) {
+    Compositor compositor(connection("compositor"));
+    compositor.answer = R"([{"id":"{1}","title":"shop <2>","process":7,"names":["kitty","","k"]}])";
+    KWinWindowSystem system(connection("program"));
+    const auto list = [&] {
+        std::optional<QStringList> result;
+        system.list([&](const auto &windows) {
+            result.emplace();
+            for (const auto &window : windows) {
+                *result += window.id + " " + window.title + " " + window.names.join(u',');
+            }
+        });
+        EXPECT_TRUE(becomesTrue([&] { return result.has_value(); }));
+        return *result;
+    };
+    EXPECT_EQ(list(), QStringList("{1} shop kitty,k"));
+    EXPECT_TRUE(becomesTrue([&] { return compositor.asked.contains("unloadScript"); }));
+
+    compositor.answer = "not what it should be";
+    EXPECT_EQ(list(), QStringList());
+    compositor.isClosed = true;
+    EXPECT_EQ(list(), QStringList());
+}
+
+TEST_F(PrivateBusTest, NothingButAWindowsIdentifierGoesIntoAScriptOfKWins) {
+    Compositor compositor(connection("compositor"));
+    KWinWindowSystem system(connection("program"));
+    system.activate(R"("; workspace.slotWindowClose(); ")");
+    const QString window = "{6c0a5f5e-57a3-4f0f-9b39-0a8a8d9a2f11}";
+    system.activate(window);
+    EXPECT_TRUE(becomesTrue([&] { return compositor.asked.contains("unloadScript"); }));
+    EXPECT_EQ(compositor.asked.count("loadScript"), 1);
+    EXPECT_TRUE(compositor.script.contains("=== \"" + window + "\""));
+}
+
+} // namespace
+} // namespace morvane
