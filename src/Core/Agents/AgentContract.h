@@ -53,8 +53,8 @@ struct AgentContract {
     /// nothing of it.
     bool interruptsByHangUp = false;
 
-    /// A turn that is interrupted or fails ends without a hook, or with one that doesn't say so; the
-    /// transcript tells.
+    /// A turn that is interrupted or fails ends without a hook, or with one that doesn't say so;
+    /// the transcript tells.
     bool endsTurnsInTranscript = false;
 
     /// Hooks run in a server that outlives the agent's windows, in the surroundings of whoever
