@@ -44,8 +44,10 @@ void SessionStore::apply(const HookEvent &event) {
         releaseApproval(event.sessionID);
     }
     carryOut(SessionTransition::of(stored(event.sessionID), event, now, m_surroundings), now);
-    // One that says there were none may have failed.
-    const bool readsWords = !event.lastWords || event.lastWords->isEmpty();
+    // A turn that has ended without any may have failed; one that is known to have has none.
+    const auto after = stored(event.sessionID);
+    const bool isDone = after && after->state == SessionState::done;
+    const bool readsWords = !event.lastWords || (event.lastWords->isEmpty() && isDone);
     followUp(event.sessionID, before ? std::optional(before->state) : std::nullopt, now,
              readsWords);
 }
