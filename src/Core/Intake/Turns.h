@@ -4,7 +4,6 @@
 #include <asio/steady_timer.hpp>
 #include <asio/strand.hpp>
 
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -28,7 +27,9 @@ public:
         std::size_t taken = 0; ///< so far, in any unit that all share
         std::uint64_t serial = 0;
 
-        auto operator<=>(const Place &) const = default;
+        bool operator<(const Place &other) const {
+            return taken < other.taken || (taken == other.taken && serial < other.serial);
+        }
     };
 
     /// Calls the action soon, and never from in here.
