@@ -119,6 +119,18 @@ TEST_F(TrayTest, ComesBackWithATrayAndKeepsItsMenuTrueWhileThatIsOpen) {
     home.write(".codex/config.toml", "");
     openMenu();
     EXPECT_TRUE(becomesTrue([this] { return menu().contains("  Codex"); }));
+    // A host that draws no menus asks for it.
+    const auto windows = [this] {
+        const auto search = start({"xdotool", "search", "--onlyvisible", "--class", "^morvane$"});
+        search->wait();
+        return search->output().count('\n');
+    };
+    const auto before = windows();
+    auto asked = QDBusMessage::createMethodCall(tray->item, "/StatusNotifierItem",
+                                                "org.kde.StatusNotifierItem", "ContextMenu");
+    asked.setArguments({0, 0});
+    bus.call(asked, QDBus::BlockWithGui);
+    EXPECT_TRUE(becomesTrue([&] { return windows() > before; }));
     click("Quit Morvane <Control+Q>");
     EXPECT_EQ(program->wait(), 0);
 }
