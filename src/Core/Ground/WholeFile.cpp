@@ -12,6 +12,7 @@
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace morvane {
 
@@ -123,11 +124,14 @@ std::optional<Failure> WholeFile::fill(const QByteArray &content) {
 }
 
 std::optional<Failure> WholeFile::commit() {
+    // Before it has its name: what is open for writing can't be started, and it may be a script
+    // that an agent is just about to run.
+    ::close(std::exchange(m_file, -1));
     if (::rename(m_temporary.constData(), QFile::encodeName(m_path).constData()) != 0) {
-        return because(errno);
+        const int error = errno;
+        ::unlink(m_temporary.constData());
+        return because(error);
     }
-    ::close(m_file);
-    m_file = -1;
     syncFolder(m_path);
     return std::nullopt;
 }

@@ -39,8 +39,9 @@ QString PlatformWords::panelShortcut() {
 }
 
 QString PlatformWords::everythingStaysHere() {
-    return tr("Your coding agents' status, at the top of the screen and in the tray. Everything "
-              "stays on this computer.");
+    // Not every desktop has a tray.
+    return tr("Your coding agents' status, at the top of the screen. Everything stays on this "
+              "computer.");
 }
 
 QString PlatformWords::whereToLook(bool hasTrayIcon) {

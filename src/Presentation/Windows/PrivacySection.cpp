@@ -15,9 +15,8 @@ PrivacySection::PrivacySection(const WindowContext &context, QWidget *parent)
         [&settings](bool on) { settings.setInstallPingEnabled(on); });
     addCaption(tr("Once, on first launch, Morvane sends a single “+1” to Morvane's server. It "
                   "carries the version number, with its build, and nothing else: no device "
-                  "identifier, no account, "
-                  "nothing that could be joined to you or to any later request. Turn this off and "
-                  "nothing is sent."));
+                  "identifier, no account, nothing that could be joined to you or to any later "
+                  "request. Turn this off and nothing is sent."));
     if (!BuildInfo::installCounter()) {
         addCaption(tr("This build has no server to count at, so nothing is sent either way."));
     }

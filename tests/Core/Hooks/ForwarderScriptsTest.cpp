@@ -7,6 +7,10 @@
 #include <QFileInfo>
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <sys/inotify.h>
+#include <unistd.h>
+
 namespace morvane {
 namespace {
 
@@ -88,6 +92,31 @@ TEST(ForwarderScripts, ReplacesLinksInsteadOfFollowingThem) {
         EXPECT_FALSE(QFileInfo(home.path(name)).isSymbolicLink());
         EXPECT_EQ(home.read("other"), content);
     }
+}
+
+/// An agent may run it at any moment, and what is open for writing can't be started.
+TEST(ForwarderScripts, AreClosedBeforeTheyHaveTheirNames) {
+    const TemporaryHome home;
+    ASSERT_TRUE(QDir(home.path()).mkdir(".morvane"));
+    const int watch = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    ::inotify_add_watch(watch, QFile::encodeName(home.path(".morvane")).constData(),
+                        IN_CLOSE_WRITE | IN_MOVED_TO);
+    ASSERT_FALSE(scripts(1).writeHookScript());
+    alignas(inotify_event) char events[4096];
+    const char *const end = events + ::read(watch, events, sizeof events);
+    ::close(watch);
+    int moved = 0;
+    std::uint32_t last = 0;
+    for (const char *place = events; place < end;) {
+        const auto *event = reinterpret_cast<const inotify_event *>(place);
+        if ((event->mask & IN_MOVED_TO) != 0) {
+            ++moved;
+            EXPECT_EQ(last, std::uint32_t(IN_CLOSE_WRITE)) << event->name;
+        }
+        last = event->mask;
+        place += sizeof(inotify_event) + event->len;
+    }
+    EXPECT_GE(moved, 1);
 }
 
 TEST(ForwarderScripts, SaysWhatKeptItFromWriting) {

@@ -79,27 +79,27 @@ TEST_F(FloatingPresenterTest, AmbientItStaysWhileSessionsAreAtWork) {
 }
 
 TEST_F(FloatingPresenterTest, OnCallItStandsInForATrayAsFarAsItIsTold) {
+    const auto isVisibleAfter = [this](Seconds time) {
+        scheduler.advance(time);
+        return isVisible();
+    };
+    const auto staysThoughDismissed = [&] {
+        presenter->dismiss();
+        return isVisibleAfter(Seconds(1));
+    };
     attachFloating();
     presenter->setStandIn(StandIn::always);
-    scheduler.advance(Seconds(1));
-    EXPECT_TRUE(isVisible());
-    presenter->dismiss();
-    scheduler.advance(Seconds(1));
-    EXPECT_TRUE(isVisible());
+    EXPECT_TRUE(isVisibleAfter(Seconds(1)));
+    EXPECT_TRUE(staysThoughDismissed());
 
     presenter->setStandIn(StandIn::whileActive);
-    scheduler.advance(Seconds(1));
-    EXPECT_FALSE(isVisible());
+    EXPECT_FALSE(isVisibleAfter(Seconds(1)));
     apply(Event::promptSubmit);
-    scheduler.advance(Seconds(30));
-    EXPECT_TRUE(isVisible());
-    presenter->dismiss();
-    scheduler.advance(Seconds(1));
-    EXPECT_TRUE(isVisible());
+    EXPECT_TRUE(isVisibleAfter(Seconds(30)));
+    EXPECT_TRUE(staysThoughDismissed());
 
     presenter->setStandIn(StandIn::none);
-    scheduler.advance(Seconds(1));
-    EXPECT_FALSE(isVisible());
+    EXPECT_FALSE(isVisibleAfter(Seconds(1)));
 }
 
 TEST_F(FloatingPresenterTest, OpensUnderThePointerAndClosesAMomentAfterItHasLeft) {
