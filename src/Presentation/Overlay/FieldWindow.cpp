@@ -22,7 +22,7 @@ constexpr int windowWidth = 300;
 constexpr int panelDistance = 12;
 constexpr int titleHeight = 48; ///< at most, of what the desktop adds
 
-QPalette darkPalette() {
+QPalette dialogPalette() {
     QPalette palette;
     palette.setColor(QPalette::Window, Colors::windowFill);
     palette.setColor(QPalette::Base, Qt::black);
@@ -39,7 +39,7 @@ FieldWindow::FieldWindow(const QString &title, const QString &initial, const QSt
                            Qt::WindowCloseButtonHint),
       m_field(new QLineEdit(initial, this)) {
     setWindowTitle(title);
-    setPalette(darkPalette());
+    setPalette(dialogPalette());
     m_field->setAccessibleName(title);
     m_field->setPlaceholderText(placeholder);
     m_field->setFont(Typography::text(Typography::nameSize));

@@ -14,9 +14,9 @@ namespace {
 
 constexpr int maxLines = 3;
 constexpr double optionRadius = 7;
-constexpr double restOpacity = 0.09;
-constexpr double hoverOpacity = 0.18;
-constexpr double pressedOpacity = 0.3;
+constexpr double restFill = 0.09;
+constexpr double hoverFill = 0.18;
+constexpr double pressedFill = 0.3;
 
 } // namespace
 
@@ -63,7 +63,7 @@ void OptionButton::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setOpacity(isEnabled() ? 1 : Colors::waiting);
-    const double opacity = isDown() ? pressedOpacity : underMouse() ? hoverOpacity : restOpacity;
+    const double opacity = isDown() ? pressedFill : underMouse() ? hoverFill : restFill;
     painter.setPen(Qt::NoPen);
     painter.setBrush(Colors::faded(m_accent, opacity));
     painter.drawRoundedRect(rect(), optionRadius, optionRadius);

@@ -12,7 +12,7 @@ namespace morvane {
 namespace {
 
 constexpr int frameSide = 20;
-constexpr double imageSide = 10;
+constexpr double pencilSide = 10;
 constexpr double pencilRadius = 5;
 
 } // namespace
@@ -34,8 +34,8 @@ void PencilButton::paintEvent(QPaintEvent *) {
         painter.setBrush(Colors::white(isDown() ? 0.2 : 0.12));
         painter.drawRoundedRect(rect(), pencilRadius, pencilRadius);
     }
-    const double inset = (frameSide - imageSide) / 2;
-    morvane::paint(painter, SystemImage::pencil, QRectF(inset, inset, imageSide, imageSide),
+    const double inset = (frameSide - pencilSide) / 2;
+    morvane::paint(painter, SystemImage::pencil, QRectF(inset, inset, pencilSide, pencilSide),
                    underMouse() || hasFocus() ? Colors::primaryText : Colors::secondaryText);
     paintFocus(painter, pencilRadius);
 }

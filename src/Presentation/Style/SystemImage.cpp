@@ -184,7 +184,7 @@ Drawing exclamationTriangle(const DeviceCanvas &canvas) {
     return drawing;
 }
 
-Drawing window(const DeviceCanvas &canvas) {
+Drawing titledFrame(const DeviceCanvas &canvas) {
     Drawing drawing;
     drawing.isStraight = true;
     const QRectF frame(canvas.linePoint(1.4, 2.6), canvas.linePoint(14, 13));
@@ -297,7 +297,7 @@ Drawing drawingOf(SystemImage image, const DeviceCanvas &canvas) {
     case SystemImage::exclamationmarkTriangleFill:
         return exclamationTriangle(canvas);
     case SystemImage::macwindow:
-        return window(canvas);
+        return titledFrame(canvas);
     case SystemImage::pencil:
         return pencil(canvas);
     case SystemImage::terminal:

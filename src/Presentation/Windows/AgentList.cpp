@@ -12,7 +12,7 @@ namespace morvane {
 
 namespace {
 
-constexpr int rowSpace = 14;
+constexpr int agentSpace = 14;
 
 } // namespace
 
@@ -20,7 +20,7 @@ AgentList::AgentList(AgentConnections &connections, AgentRow::Detail detail, QWi
     : QWidget(parent), m_connections(connections), m_detail(detail),
       m_layout(new QVBoxLayout(this)) {
     m_layout->setContentsMargins(0, 0, 0, 0);
-    m_layout->setSpacing(rowSpace);
+    m_layout->setSpacing(agentSpace);
 }
 
 void AgentList::show(const std::vector<const AgentAdapter *> &agents) {
@@ -48,7 +48,7 @@ void AgentList::show(const std::vector<const AgentAdapter *> &agents) {
 void AgentList::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     for (std::size_t index = 1; index < m_rows.size(); ++index) {
-        const int line = m_rows[index]->y() - rowSpace / 2;
+        const int line = m_rows[index]->y() - agentSpace / 2;
         painter.fillRect(QRect(0, line, width(), 1), Colors::hairline);
     }
 }

@@ -24,7 +24,7 @@ namespace morvane {
 namespace {
 
 constexpr int sideMargin = 44;
-constexpr int imageSide = 20;
+constexpr int rowImageSide = 20;
 
 QWidget *rowOf(SystemImage image, const QColor &tint, QWidget *text, QWidget *parent) {
     auto *row = new QWidget(parent);
@@ -35,7 +35,7 @@ QWidget *rowOf(SystemImage image, const QColor &tint, QWidget *text, QWidget *pa
         paint(painter, image, frame, tint);
     };
     text->setParent(row);
-    layout->addWidget(new PictureView(imageSide, paintImage, row), 0, Qt::AlignTop);
+    layout->addWidget(new PictureView(rowImageSide, paintImage, row), 0, Qt::AlignTop);
     layout->addWidget(text, 1);
     return row;
 }

@@ -10,7 +10,7 @@
 namespace morvane {
 namespace {
 
-const Date now{std::chrono::seconds(1'700'000'000)};
+const Date readAt{std::chrono::seconds(1'700'000'000)};
 
 std::optional<Date> at(double seconds) {
     return Date{} + Seconds(seconds);
@@ -31,7 +31,7 @@ constexpr Percents unreadable{-2, -2, -2};
 
 TEST(UsageFormat, ReadsWhatTheEndpointTells) {
     const auto read = [](const QByteArray &body) {
-        return percents(UsageFormat::parse(body, now));
+        return percents(UsageFormat::parse(body, readAt));
     };
     EXPECT_EQ(read(R"({"five_hour":{"utilization":42.4},"seven_day":{"percent":7},"x":[1]})"),
               (Percents{42, 7, -1}));
@@ -62,7 +62,7 @@ TEST(UsageFormat, ReadsWhatTheEndpointTells) {
 
 TEST(UsageFormat, ReadsTheLimitsOfAStatusLine) {
     const auto read = [](const QByteArray &body) {
-        return percents(UsageFormat::parseLive(body, now));
+        return percents(UsageFormat::parseLive(body, readAt));
     };
     EXPECT_EQ(read(R"({"model":{},"rate_limits":{"five_hour":{"used_percentage":12.5},
         "seven_day":{"used_percentage":61},"seven_day_opus":{"used_percentage":3}}})"),
@@ -88,8 +88,8 @@ TEST(UsageFormat, ReadsMomentsAndNothingThatCouldBeAnother) {
         EXPECT_EQ(read(value), std::nullopt) << QJsonDocument({{"v", value}}).toJson().data();
     }
     const UsageWindow window{0.5, at(1'700'000'001), {}};
-    EXPECT_EQ(window.upcomingReset(now), at(1'700'000'001));
-    EXPECT_EQ(window.upcomingReset(now + Seconds(1)), std::nullopt);
+    EXPECT_EQ(window.upcomingReset(readAt), at(1'700'000'001));
+    EXPECT_EQ(window.upcomingReset(readAt + Seconds(1)), std::nullopt);
 }
 
 TEST(UsageFormat, ReadsCodexsAnswer) {
@@ -97,18 +97,19 @@ TEST(UsageFormat, ReadsCodexsAnswer) {
         R"({"id":2,"result":{"rateLimits":{"primary":{"windowDurationMins":300},
         "secondary":{"usedPercent":31.5,"windowDurationMins":10080.9,"resetsAt":1762232400},
         "planType":"plus"}}})",
-        now);
+        readAt);
     ASSERT_TRUE(usage);
-    EXPECT_EQ(*usage, (CodexUsage{{}, UsageWindow{0.315, at(1'762'232'400), 10080}, now, "plus"}));
+    EXPECT_EQ(*usage,
+              (CodexUsage{{}, UsageWindow{0.315, at(1'762'232'400), 10080}, readAt, "plus"}));
     const auto ugly = UsageFormat::parseCodex(
         R"({"result":{"rateLimits":{"primary":{"usedPercent":1e9,"windowDurationMins":1e300},
         "planType":7}}})",
-        now);
+        readAt);
     ASSERT_TRUE(ugly);
-    EXPECT_EQ(*ugly, (CodexUsage{UsageWindow{1, {}, {}}, {}, now, {}}));
-    EXPECT_FALSE(UsageFormat::parseCodex(R"({"id":2,"error":{"code":-32600}})", now));
+    EXPECT_EQ(*ugly, (CodexUsage{UsageWindow{1, {}, {}}, {}, readAt, {}}));
+    EXPECT_FALSE(UsageFormat::parseCodex(R"({"id":2,"error":{"code":-32600}})", readAt));
     EXPECT_FALSE(UsageFormat::parseCodex(
-        R"({"result":{"rateLimits":{"primary":{"usedPercent":"3"},"secondary":null}}})", now));
+        R"({"result":{"rateLimits":{"primary":{"usedPercent":"3"},"secondary":null}}})", readAt));
 }
 
 TEST(CodexExchange, AsksOnceAndWaitsForItsAnswerAmongAllElse) {
