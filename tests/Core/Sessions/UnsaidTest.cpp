@@ -132,11 +132,14 @@ TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
         scheduler.advance(Seconds(10));
         ASSERT_FALSE(running.empty());
         TranscriptInfo info;
+        info.lastAssistantText = "of the turn before";
         info.turn = turn;
+        info.failure = "Refused.";
         for (const auto &use : std::exchange(running, {})) {
             use(info);
         }
         EXPECT_EQ(session().state, state);
+        EXPECT_EQ(session().summary == "Refused.", state == SessionState::failed);
         for (const auto &use : std::exchange(running, {})) {
             use({});
         }
@@ -179,7 +182,7 @@ TEST_F(UnsaidTest, AnEndThatWasAFailureIsHeardOnce) {
     EXPECT_EQ(session().state, SessionState::done);
     TranscriptInfo info;
     info.turn = TranscriptInfo::Turn::failed;
-    info.lastAssistantText = "API Error: 400";
+    info.failure = "API Error: 400";
     ASSERT_FALSE(running.empty());
     for (const auto &use : std::exchange(running, {})) {
         use(info);
