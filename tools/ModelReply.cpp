@@ -18,8 +18,8 @@ struct Wish {
 
 /// The last one that stands in the text.
 Wish wishIn(std::string_view text) {
-    constexpr std::array<std::string_view, 5> verbs{"Run `", "Delegate `", "Ask `", "Fail with `",
-                                                    "Say `"};
+    constexpr std::array<std::string_view, 6> verbs{"Run `",       "Delegate `", "Ask `",
+                                                    "Fail with `", "Say `",      "Use up `"};
     Wish wish;
     std::size_t latest = 0;
     for (const std::string_view verb : verbs) {
@@ -99,7 +99,7 @@ json argumentsFor(const Wish &wish, std::string_view tool) {
 
 ModelReply ModelReply::to(const std::string &asked, const std::vector<std::string> &tools) {
     const Wish wish = wishIn(asked);
-    ModelReply reply{"The command is done.", {}, {}, 0};
+    ModelReply reply{"The command is done.", {}, {}, 0, 0};
     // Without tools it is an errand of the agent's own, such as a title for the session.
     if (tools.empty()) {
         return reply;
@@ -115,6 +115,9 @@ ModelReply ModelReply::to(const std::string &asked, const std::vector<std::strin
         reply.words = wish.object;
     } else if (wish.verb == "Fail with `") {
         reply.failure = std::atoi(wish.object.c_str());
+    } else if (wish.verb == "Use up `") {
+        reply.words = wish.object + " percent are used up.";
+        reply.used = std::atoi(wish.object.c_str());
     }
     return reply;
 }

@@ -14,6 +14,7 @@ namespace morvane {
 ///     Ask `QUESTION`          it has the agent ask the person, who can say red or blue
 ///     Fail with `STATUS`      it refuses, with this status of HTTP
 ///     Say `WORDS`             it says these words
+///     Use up `PERCENT`        it says how much of the person's limits is used up
 ///
 /// by the agent's own tools. Where the agent offers none for it, and once a tool has given its
 /// result, it says a few words.
@@ -22,6 +23,7 @@ struct ModelReply {
     std::string tool; ///< to be called instead; none when empty
     nlohmann::json arguments;
     int failure = 0; ///< a status of HTTP; 0 for none
+    int used = 0;    ///< percent of the person's limits; 0 where that isn't told
 
     /// `asked` is what the person, or the agent that delegates, has said last; empty when
     /// something else came after it.
