@@ -221,11 +221,16 @@ Answer chatCompletions(const json &request) {
     const bool isCall = !reply.tool.empty();
     json said = {{"role", "assistant"}};
     if (isCall) {
-        said["tool_calls"] = {
-            {{"index", 0},
-             {"id", numbered("call_", all)},
-             {"type", "function"},
-             {"function", {{"name", reply.tool}, {"arguments", reply.arguments.dump()}}}}};
+        json call = {{"index", 0},
+                     {"id", numbered("call_", all)},
+                     {"type", "function"},
+                     {"function", {{"name", reply.tool}, {"arguments", reply.arguments.dump()}}}};
+        said["tool_calls"] = json::array({call});
+        if (reply.callsTwice) {
+            call["index"] = 1;
+            call["id"] = numbered("call_again_", all);
+            said["tool_calls"].push_back(call);
+        }
     } else {
         said["content"] = reply.words;
     }
