@@ -27,6 +27,7 @@ std::span<const Listed> all() {
                 .subagentsAsk = true,
                 .announcesWhileAsking = true,
                 .tellsLastWords = true,
+                .tellsInterruptions = true,
                 .endsTurnsInTranscript = true,
                 .hooksRunInServer = true,
                 .titlesLag = true}},

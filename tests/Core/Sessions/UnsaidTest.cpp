@@ -121,6 +121,21 @@ TEST_F(UnsaidTest, AnInterruptedRequestLeavesNobodyCalling) {
     EXPECT_EQ(resolved, QStringList());
 }
 
+TEST_F(UnsaidTest, CodexSaysThatItsTurnWasInterrupted) {
+    tell(AgentKind::codex, "UserPromptSubmit", R"("prompt":"go")");
+    tell(AgentKind::codex, "PreToolUse", make);
+    tell(AgentKind::codex, "Interrupt", R"("turn_id":"t")");
+    EXPECT_EQ(session().state, SessionState::idle);
+    // Its hook that waits is ended before or after that.
+    tell(AgentKind::codex, "PermissionRequest", make, "d");
+    tell(AgentKind::codex, "Interrupt", R"("turn_id":"t")");
+    store.approvalHungUp("d");
+    scheduler.advance(Seconds(2.1));
+    EXPECT_EQ(session().state, SessionState::idle);
+    EXPECT_FALSE(session().pendingApproval);
+    EXPECT_FALSE(HookEvent::decode(AgentKind::codex, "Interrupt", R"({"session_id":"s"})", {}));
+}
+
 TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
     using Turn = TranscriptInfo::Turn;
     const std::pair<Turn, SessionState> cases[] = {{Turn::running, SessionState::working},
