@@ -2,6 +2,7 @@
 
 #include "ModelReply.h"
 
+#include <ctime>
 #include <string_view>
 #include <vector>
 
@@ -85,6 +86,19 @@ std::string askedInMessages(const json &messages) {
     return asked;
 }
 
+/// How much of a subscription is used up of the session, and half as much of the week.
+std::string limits(int percent) {
+    const std::string name = "anthropic-ratelimit-unified-";
+    const auto limit = [&name](const char *window, double used, int hours) {
+        const std::time_t reset = std::time(nullptr) + std::time_t(hours) * 3600;
+        return name + window + "-utilization: " + std::to_string(used) + "\r\n" + name + window +
+               "-reset: " + std::to_string(reset) + "\r\n";
+    };
+    return percent == 0 ? std::string()
+                        : name + "status: allowed\r\n" + limit("5h", percent / 100.0, 3) +
+                              limit("7d", percent / 200.0, 50);
+}
+
 json messageOf(const json &request, const json &content, const char *stopReason) {
     return {{"id", numbered("msg_", request.value("messages", json::array()))},
             {"type", "message"},
@@ -156,15 +170,19 @@ Answer messages(const json &request) {
     json block =
         isCall ? json{{"type", "tool_use"}, {"id", numbered("toolu_", said)}, {"name", reply.tool}}
                : json{{"type", "text"}};
+    Answer answer{"application/json", {}, 200, limits(reply.used)};
     if (request.value("stream", false)) {
         block[isCall ? "input" : "text"] = isCall ? json::object() : json("");
         const json delta =
             isCall ? json{{"type", "input_json_delta"}, {"partial_json", reply.arguments.dump()}}
                    : json{{"type", "text_delta"}, {"text", reply.words}};
-        return stream(streamedMessage(request, block, delta, stopReason));
+        answer.contentType = "text/event-stream";
+        answer.body = streamedMessage(request, block, delta, stopReason);
+        return answer;
     }
     block[isCall ? "input" : "text"] = isCall ? reply.arguments : json(reply.words);
-    return {"application/json", messageOf(request, json::array({block}), stopReason).dump()};
+    answer.body = messageOf(request, json::array({block}), stopReason).dump();
+    return answer;
 }
 
 Answer responses(const json &request) {
@@ -203,11 +221,16 @@ Answer chatCompletions(const json &request) {
     const bool isCall = !reply.tool.empty();
     json said = {{"role", "assistant"}};
     if (isCall) {
-        said["tool_calls"] = {
-            {{"index", 0},
-             {"id", numbered("call_", all)},
-             {"type", "function"},
-             {"function", {{"name", reply.tool}, {"arguments", reply.arguments.dump()}}}}};
+        json call = {{"index", 0},
+                     {"id", numbered("call_", all)},
+                     {"type", "function"},
+                     {"function", {{"name", reply.tool}, {"arguments", reply.arguments.dump()}}}};
+        said["tool_calls"] = json::array({call});
+        if (reply.callsTwice) {
+            call["index"] = 1;
+            call["id"] = numbered("call_again_", all);
+            said["tool_calls"].push_back(call);
+        }
     } else {
         said["content"] = reply.words;
     }

@@ -12,6 +12,7 @@ struct Answer {
     std::string contentType;
     std::string body;
     int status = 200;
+    std::string headers = {}; ///< further ones, each with its line's end
 };
 
 /// Anthropic's messages.

@@ -39,8 +39,8 @@ ModelDialects::Answer answerTo(const HttpRequest &request) {
 
 QByteArray response(const ModelDialects::Answer &answer, bool isWithBody) {
     return "HTTP/1.1 " + QByteArray::number(answer.status) +
-           (answer.status == 200 ? " OK" : " Refused") +
-           "\r\nContent-Type: " + answer.contentType.c_str() +
+           (answer.status == 200 ? " OK" : " Refused") + "\r\n" + answer.headers.c_str() +
+           "Content-Type: " + answer.contentType.c_str() +
            "\r\nContent-Length: " + QByteArray::number(qulonglong(answer.body.size())) +
            "\r\nConnection: close\r\n\r\n" +
            (isWithBody ? QByteArray::fromStdString(answer.body) : QByteArray());

@@ -18,8 +18,8 @@ struct Wish {
 
 /// The last one that stands in the text.
 Wish wishIn(std::string_view text) {
-    constexpr std::array<std::string_view, 5> verbs{"Run `", "Delegate `", "Ask `", "Fail with `",
-                                                    "Say `"};
+    constexpr std::array<std::string_view, 7> verbs{
+        "Run `", "Run twice `", "Delegate `", "Ask `", "Fail with `", "Say `", "Use up `"};
     Wish wish;
     std::size_t latest = 0;
     for (const std::string_view verb : verbs) {
@@ -86,7 +86,7 @@ json toAsk(const std::string &text, std::string_view tool) {
 }
 
 json argumentsFor(const Wish &wish, std::string_view tool) {
-    if (wish.verb == "Run `") {
+    if (wish.verb.starts_with("Run")) {
         return toRun(wish.object, tool);
     }
     if (wish.verb == "Delegate `") {
@@ -99,7 +99,8 @@ json argumentsFor(const Wish &wish, std::string_view tool) {
 
 ModelReply ModelReply::to(const std::string &asked, const std::vector<std::string> &tools) {
     const Wish wish = wishIn(asked);
-    ModelReply reply{"The command is done.", {}, {}, 0};
+    ModelReply reply;
+    reply.words = "The command is done.";
     // Without tools it is an errand of the agent's own, such as a title for the session.
     if (tools.empty()) {
         return reply;
@@ -108,6 +109,7 @@ ModelReply ModelReply::to(const std::string &asked, const std::vector<std::strin
         if (json arguments = argumentsFor(wish, tool); arguments.is_object()) {
             reply.tool = tool;
             reply.arguments = std::move(arguments);
+            reply.callsTwice = wish.verb == "Run twice `";
             return reply;
         }
     }
@@ -115,6 +117,9 @@ ModelReply ModelReply::to(const std::string &asked, const std::vector<std::strin
         reply.words = wish.object;
     } else if (wish.verb == "Fail with `") {
         reply.failure = std::atoi(wish.object.c_str());
+    } else if (wish.verb == "Use up `") {
+        reply.words = wish.object + " percent are used up.";
+        reply.used = std::atoi(wish.object.c_str());
     }
     return reply;
 }

@@ -32,18 +32,36 @@ bool isInterpreter(std::string_view name) {
     return name == "node" || name == "nodejs" || name == "bun" || name == "deno";
 }
 
-/// The first argument that is no option, of arguments that each end with a zero byte.
+/// Takes the first away from arguments that each end with a zero byte; empty where it is cut off.
+std::string_view takeArgument(std::string_view &arguments) {
+    const size_t end = arguments.find('\0');
+    const bool isWhole = end != std::string_view::npos;
+    const std::string_view argument{arguments.data(), isWhole ? end : 0};
+    arguments.remove_prefix(isWhole ? end + 1 : arguments.size());
+    return argument;
+}
+
+/// The first argument that is no option.
 std::string_view scriptIn(std::string_view arguments) {
-    for (bool isName = true; !arguments.empty(); isName = false) {
-        const size_t end = arguments.find('\0');
-        if (end == std::string_view::npos)
-            return {}; // cut off
-        const std::string_view argument{arguments.data(), end};
-        if (!isName && !argument.empty() && argument.front() != '-')
+    takeArgument(arguments);
+    while (!arguments.empty()) {
+        const std::string_view argument = takeArgument(arguments);
+        if (!argument.empty() && argument.front() != '-')
             return argument;
-        arguments.remove_prefix(end + 1);
     }
     return {};
+}
+
+/// An interpreter that is given a text instead of a program does something for its parent.
+bool isErrand(std::string_view arguments) {
+    if (!isInterpreter(takeArgument(arguments)))
+        return false;
+    while (!arguments.empty() && arguments.front() == '-') {
+        const std::string_view option = takeArgument(arguments);
+        if (option == "-e" || option == "--eval")
+            return true;
+    }
+    return false;
 }
 
 /// The folder may be empty, the name may be a path. Static, since the text outlives the call.
@@ -70,7 +88,7 @@ Agent agent() {
     for (int i = 0; i < mostCarriers && id > 0; ++i, id = processOf(id).parent) {
         const size_t size = readFile(procPath(id, "/cmdline").bytes, bytes, sizeof bytes);
         const std::string_view arguments{bytes, size};
-        if (arguments.find("/hook.sh") == std::string_view::npos)
+        if (arguments.find("/hook.sh") == std::string_view::npos && !isErrand(arguments))
             return {id, arguments};
     }
     return {};

@@ -282,6 +282,37 @@ TEST_F(AppControllerTest, RemovesEverythingAndReports) {
     EXPECT_TRUE(connections.installedAgents().isEmpty());
 }
 
+TEST_F(AppControllerTest, LeavesPeopleWhatWasTheirsInEachAgentsFiles) {
+    const std::map<AgentKind, std::pair<const char *, QByteArray>> files{
+        {claude, {".claude/settings.json", "{\n  // mine\n  \"model\": \"opus\",\n}\n"}},
+        {codex, {".codex/hooks.json", R"({"hooks":{"Stop":[{"hooks":[{"command":"ls"}]}]}})"}},
+        {gemini, {".gemini/settings.json", "{\"b\":1e400,\t\"a\":\"ä\"}"}},
+        {qwen, {".qwen/settings.json", "{}"}},
+        {opencode, {".config/opencode/plugins/mine.js", "export const Mine = 1;\n"}}};
+    std::map<AgentKind, QByteArray> connected;
+    for (const auto &[kind, file] : files) {
+        home.write(QLatin1String(file.first), file.second);
+        connections.installHooks(kind);
+        connected[kind] = read(file.first);
+    }
+    ASSERT_EQ(connections.installedAgents().size(), 5U);
+    makeReadOnly(".qwen/settings.json");
+    EXPECT_EQ(controller.removeEverything(),
+              "Claude Code hooks\n• Codex hooks\n• Gemini CLI hooks\n• OpenCode hooks\n"
+              "• ⚠︎ could not remove Qwen Code hooks: " +
+                  home.path(".qwen/settings.json") +
+                  " could not be written: it is read-only\n"
+                  "• ⚠︎ could not remove ~/.morvane: hooks that are left call it\n"
+                  "• preferences and session history");
+    for (const auto &[kind, file] : files) {
+        EXPECT_EQ(read(file.first), kind == qwen ? connected[kind] : file.second) << file.first;
+        if (kind != qwen && kind != opencode) {
+            EXPECT_EQ(read((std::string(file.first) + ".morvane-backup").c_str()), connected[kind]);
+        }
+    }
+    EXPECT_FALSE(QFile::exists(home.path(".config/opencode/plugins/morvane.js")));
+}
+
 TEST_F(AppControllerTest, GoesToWhereASessionRunsOrHasRun) {
     const QStringList &deeds = static_cast<FakeHostWindows &>(*platform.hostWindows).deeds;
     store.apply(EventBuilder(CanonicalEvent::promptSubmit)

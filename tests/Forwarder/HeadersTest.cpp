@@ -159,27 +159,27 @@ TEST(Terminal, IsThatOfAnAncestorOutsideTheHooksSession) {
     }
 }
 
-// Between the agent and the hook stands a shell. What an agent's runtime is called with is the
-// agent.
+// Between the agent and the hook stands a shell, or a runtime that is given a text. What an agent's
+// runtime is called with is the agent.
 TEST(Program, IsThatOfTheAncestorThatIsNoShellOfTheHook) {
     namespace fs = std::filesystem;
-    const std::pair<std::string, std::string> cases[] = {{"claude", "claude"},
-                                                         {"größer (a) b", "größer (a) b"},
-                                                         {"node", "cli.js"},
-                                                         {"x\nx-evil: 1", ""},
-                                                         {"gr\xc3", ""}};
+    const std::tuple<std::string, std::string, std::string> cases[] = {
+        {"claude", "cli.js", "claude"}, {"größer (a) b", "cli.js", "größer (a) b"},
+        {"node", "cli.js", "cli.js"},   {"node", "errand.js", "errand.js"},
+        {"x\nx-evil: 1", "cli.js", ""}, {"gr\xc3", "cli.js", ""}};
     for (const Carrier carrier : {Carrier::Client, Carrier::Curl}) {
         CapturingListener listener(response("200 OK", ""));
         const HookProcess hook(carrier, listener.port());
         fs::current_path(hook.folder());
         std::ofstream("cli.js") << "sh -c '" << hook.script().string()
                                 << " claude Stop </dev/null; :'; :";
+        std::ofstream("errand.js") << "./node -e cli.js; :";
         fs::permissions(hook.script(), fs::perms::owner_all);
-        for (const auto &[name, told] : cases) {
-            fs::copy_file("/bin/sh", name);
+        for (const auto &[name, script, told] : cases) {
+            fs::copy_file("/bin/sh", name, fs::copy_options::skip_existing);
             const pid_t child = fork();
             if (child == 0) {
-                execl(name.c_str(), name.c_str(), "-u", "cli.js", nullptr);
+                execl(name.c_str(), name.c_str(), "-u", script.c_str(), nullptr);
                 _exit(1);
             }
             auto headers = listener.take().headers;

@@ -154,7 +154,9 @@ TEST_F(OpenCodePlugin, TellsHowATurnHasEnded) {
         ["session.error", {"sessionID": "ses_1", "error":
             {"name": "APIError", "data": {"message": "Bad Request"}}}],
         ["session.idle", {"sessionID": "ses_1"}],
+        ["session.idle", {"sessionID": "ses_1"}],
         ["session.error", {"sessionID": "ses_1", "error": {"name": "MessageAbortedError"}}],
+        ["session.idle", {"sessionID": "ses_1"}],
         ["session.idle", {"sessionID": "ses_1"}],
         ["session.error", {"sessionID": "ses_1", "error": {"name": "APIError"}}],
         ["chat.message", {"sessionID": "ses_1"}, {"parts": []}],

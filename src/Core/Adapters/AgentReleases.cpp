@@ -16,7 +16,7 @@ std::span<const Listed> all() {
                 .tellsLastWords = true,
                 .interruptsByHangUp = true,
                 .endsTurnsInTranscript = true}},
-        // Tried: 0.169.0.
+        // Tried: 0.169.0, 0.171.0.
         Listed{AgentKind::codex,
                {0, 169, 0},
                {1, 0, 0},
@@ -27,6 +27,7 @@ std::span<const Listed> all() {
                 .subagentsAsk = true,
                 .announcesWhileAsking = true,
                 .tellsLastWords = true,
+                .tellsInterruptions = true,
                 .endsTurnsInTranscript = true,
                 .hooksRunInServer = true,
                 .titlesLag = true}},

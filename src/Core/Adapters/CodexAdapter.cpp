@@ -5,10 +5,14 @@
 namespace morvane {
 
 QStringList CodexAdapter::nativeEvents() const {
-    return {QStringLiteral("SessionStart"), QStringLiteral("UserPromptSubmit"),
-            QStringLiteral("PreToolUse"),   QStringLiteral("PermissionRequest"),
-            QStringLiteral("Stop"),         QStringLiteral("SubagentStop"),
-            QStringLiteral("SessionEnd")};
+    QStringList events{QStringLiteral("SessionStart"), QStringLiteral("UserPromptSubmit"),
+                       QStringLiteral("PreToolUse"),   QStringLiteral("PermissionRequest"),
+                       QStringLiteral("Stop"),         QStringLiteral("SubagentStop"),
+                       QStringLiteral("SessionEnd")};
+    if (contract().tellsInterruptions) {
+        events << QStringLiteral("Interrupt");
+    }
+    return events;
 }
 
 std::optional<CanonicalEvent>
@@ -16,6 +20,9 @@ CodexAdapter::canonical(const QString &native,
                         const std::optional<QString> &notificationType) const {
     if (native == QLatin1String("PermissionRequest")) {
         return CanonicalEvent::permissionRequest;
+    }
+    if (native == QLatin1String("Interrupt") && contract().tellsInterruptions) {
+        return CanonicalEvent::sessionStart; // open again, as at its beginning, and calling nobody
     }
     return claudeCanonical(native, notificationType);
 }

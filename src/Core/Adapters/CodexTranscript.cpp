@@ -50,6 +50,19 @@ std::optional<TranscriptInfo::Turn> turnAfter(object payload) {
     return event == "error" ? std::optional(Turn::failed) : std::nullopt;
 }
 
+/// What a model's refusal says, which Codex hands on as it came.
+std::optional<QString> failureOf(object payload) {
+    const auto error = JsonObject::object(payload, "error");
+    const auto message = JsonObject::string(error.value_or(payload), "message");
+    if (auto words = TranscriptReader::displayLine(message)) {
+        return words;
+    }
+    const auto refusal = JsonObject::parse(message.value_or(QString()).toUtf8());
+    const auto reason = refusal ? JsonObject::object(refusal->root(), "error") : std::nullopt;
+    return reason ? TranscriptReader::displayLine(JsonObject::string(*reason, "message"))
+                  : std::nullopt;
+}
+
 void take(const JsonObject &line, bool ofAnyPhase, TranscriptInfo &info) {
     const std::string_view type = word(line.root(), "type");
     const auto payload = JsonObject::object(line.root(), "payload");
@@ -63,7 +76,11 @@ void take(const JsonObject &line, bool ofAnyPhase, TranscriptInfo &info) {
     } else if (type == "event_msg" && kind == "token_count") {
         fill(info.contextTokens, lastInputTokens(*payload));
     } else if (type == "event_msg") {
-        fill(info.turn, turnAfter(*payload));
+        const auto turn = turnAfter(*payload);
+        if (!info.turn && turn == TranscriptInfo::Turn::failed) {
+            info.failure = failureOf(*payload); // reading on, so the line is no more
+        }
+        fill(info.turn, turn);
     } else if (type == "response_item" && kind == "message") {
         takeCodexMessage(*payload, ofAnyPhase, info);
     }

@@ -44,9 +44,10 @@ AgentIntegration GeminiAdapter::integration() const {
 }
 
 TranscriptInfo GeminiAdapter::readTranscript(const QString &path) const {
-    return TranscriptReader::readTail(path, m_kind == AgentKind::qwen
-                                                ? GeminiTranscript::takeLineOfQwen
-                                                : GeminiTranscript::takeLine);
+    if (m_kind == AgentKind::qwen) {
+        return TranscriptReader::readTail(path, GeminiTranscript::takeLineOfQwen);
+    }
+    return TranscriptReader::readTail(path, GeminiTranscript::takeLine, GeminiTranscript::tailSize);
 }
 
 } // namespace morvane

@@ -2,7 +2,10 @@
 
 #include "Core/Agents/TranscriptLine.h"
 
+#include <QDateTime>
+
 #include <algorithm>
+#include <chrono>
 
 namespace morvane::GeminiTranscript {
 
@@ -18,21 +21,39 @@ bool isTyped(const JsonObject &line) {
     });
 }
 
+std::optional<Date> timeOf(const JsonObject &line) {
+    const QDateTime time =
+        QDateTime::fromString(line.string("timestamp").value_or(QString()), Qt::ISODateWithMs);
+    return time.isValid() ? std::optional(Date(std::chrono::milliseconds(time.toMSecsSinceEpoch())))
+                          : std::nullopt;
+}
+
+/// Where a question was interrupted, Gemini CLI at once writes down all that was said before, as if
+/// it were said now. No person types so quickly.
+bool isFollowedByCopies(const JsonObject &interruption, const TranscriptInfo &info) {
+    constexpr std::chrono::seconds quick(1);
+    const auto at = timeOf(interruption);
+    return at && info.promptedAt && *info.promptedAt - *at < quick;
+}
+
 } // namespace
 
 /// A line of another kind may repeat what was there before.
 void takeLine(const JsonObject &line, TranscriptInfo &info) {
-    if (info.turn) {
-        return;
-    }
     const std::string_view type = word(line.root(), "type");
-    if (type == "error") {
+    if (type == "info" && word(line.root(), "content") == "Request cancelled.") {
+        if (!info.turn || isFollowedByCopies(line, info)) {
+            info.turn = Turn::interrupted;
+            info.promptedAt.reset();
+        }
+    } else if (info.turn) {
+        return;
+    } else if (type == "error") {
         info.turn = Turn::failed;
-        info.lastAssistantText = TranscriptReader::displayLine(line.string("content"));
-    } else if (type == "info" && word(line.root(), "content") == "Request cancelled.") {
-        info.turn = Turn::interrupted;
+        info.failure = TranscriptReader::displayLine(line.string("content"));
     } else if (type == "user" && isTyped(line)) {
         info.turn = Turn::running;
+        info.promptedAt = timeOf(line);
     }
 }
 

@@ -6,7 +6,10 @@
 /// stands. Safe from any thread.
 namespace morvane::GeminiTranscript {
 
-/// Takes as the last words what has failed.
+/// How much of the end may follow on an interruption, after which Gemini CLI writes the whole chat
+/// down twice.
+constexpr qsizetype tailSize = 4'194'304;
+
 void takeLine(const JsonObject &line, TranscriptInfo &info);
 
 /// Takes an interruption only, since after an error Qwen Code may try again.

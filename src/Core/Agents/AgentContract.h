@@ -53,6 +53,9 @@ struct AgentContract {
     /// nothing of it.
     bool interruptsByHangUp = false;
 
+    /// The agent has a hook of its own for a turn that its person interrupts.
+    bool tellsInterruptions = false;
+
     /// A turn that is interrupted or fails ends without a hook, or with one that doesn't say so;
     /// the transcript tells.
     bool endsTurnsInTranscript = false;

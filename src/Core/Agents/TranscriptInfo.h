@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Time.h"
+
 #include <QString>
 
 #include <optional>
@@ -16,8 +18,11 @@ struct TranscriptInfo {
     std::optional<QString> lastAssistantText; ///< one line
     std::optional<int> contextTokens;         ///< of the last request
     std::optional<QString> permissionMode;
-    std::optional<QString> title;            ///< one line
-    std::optional<Turn> turn = std::nullopt; ///< of no account for `isComplete`
+    std::optional<QString> title; ///< one line
+    // Of no account for `isComplete`.
+    std::optional<Turn> turn = std::nullopt;
+    std::optional<QString> failure = std::nullopt; ///< one line, of a turn that has failed
+    std::optional<Date> promptedAt = std::nullopt; ///< of a turn that runs
 
     bool isComplete() const {
         return model && lastAssistantText && contextTokens && permissionMode && title;

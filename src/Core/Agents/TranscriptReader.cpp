@@ -10,16 +10,15 @@ namespace morvane::TranscriptReader {
 
 namespace {
 
-constexpr qsizetype tailSize = 262'144;
 constexpr qsizetype headSize = 65'536;
 constexpr int maxCharacters = 120;
 
 /// The end of the file. Where that begins within a character, the rest of it is left out: it is
 /// part of a cut line, and would make bad UTF-8 of all the others.
-QByteArray tailOf(const QString &path) {
+QByteArray tailOf(const QString &path, qsizetype size) {
     constexpr qsizetype longestRest = 3;
-    QByteArray tail = RegularFile::tail(path, tailSize).value_or(QByteArray());
-    if (tail.size() == tailSize) {
+    QByteArray tail = RegularFile::tail(path, size).value_or(QByteArray());
+    if (tail.size() == size) {
         const auto isRest = [](char byte) { return (byte & 0xC0) == 0x80; };
         const auto begin = std::find_if_not(tail.cbegin(), tail.cbegin() + longestRest, isRest);
         tail.remove(0, begin - tail.cbegin());
@@ -53,8 +52,8 @@ TranscriptInfo newestFirst(QByteArrayView lines, TakeLine takeLine) {
     return info;
 }
 
-TranscriptInfo readTail(const QString &path, TakeLine takeLine) {
-    return newestFirst(tailOf(path), takeLine);
+TranscriptInfo readTail(const QString &path, TakeLine takeLine, qsizetype size) {
+    return newestFirst(tailOf(path, size), takeLine);
 }
 
 std::optional<TranscriptOrigin> readOrigin(const QString &path, FindOrigin findOrigin) {

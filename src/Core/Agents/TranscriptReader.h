@@ -20,8 +20,8 @@ namespace morvane::TranscriptReader {
 /// Fills in what a line tells and no newer one has told.
 using TakeLine = void (*)(const JsonObject &line, TranscriptInfo &info);
 
-/// What the last 262144 bytes of the file tell. Empty for a file that can't be read.
-TranscriptInfo readTail(const QString &path, TakeLine takeLine);
+/// What the end of the file tells. Empty for a file that can't be read.
+TranscriptInfo readTail(const QString &path, TakeLine takeLine, qsizetype size = 262'144);
 
 /// What these lines tell, the newest of which is the last. Empty when they aren't UTF-8.
 TranscriptInfo newestFirst(QByteArrayView lines, TakeLine takeLine);

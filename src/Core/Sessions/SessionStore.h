@@ -151,8 +151,7 @@ private:
     void endQuietly(const QString &sessionID, Date lastEventAt);
     void watchTurn(const Session &session);
     void lookForEndedTurns();
-    void endUnsaid(const QString &sessionID, Date lastEventAt,
-                   const std::optional<TranscriptInfo::Turn> &turn);
+    void endUnsaid(const QString &sessionID, Date lastEventAt, const TranscriptInfo &info);
     std::optional<Session> waitingFor(const QString &decisionID) const;
     void awaitWords(const QString &sessionID, Date endedAt, std::size_t looks);
     void enrichThrottled(const QString &sessionID, Date now);

@@ -42,7 +42,7 @@ void SessionStore::enrichFromTranscript(const QString &sessionID, bool completio
             // The hook has told that the turn is over, but not how.
             if (completion && present->state == SessionState::done &&
                 present->endsTurnsInTranscript && info.turn == TranscriptInfo::Turn::failed) {
-                endUnsaid(sessionID, present->lastEventAt, info.turn);
+                endUnsaid(sessionID, present->lastEventAt, info);
             }
         }
         // The record outlives its session, which may have gone meanwhile.
@@ -149,19 +149,22 @@ void SessionStore::lookForEndedTurns() {
         const auto use = [this, id = session.id,
                           lastEventAt = session.lastEventAt](const TranscriptInfo &info) {
             m_enrichmentsInFlight.remove(id);
-            endUnsaid(id, lastEventAt, info.turn);
+            endUnsaid(id, lastEventAt, info);
         };
         readTranscript(session.agent, *session.transcriptPath, use);
     }
 }
 
 void SessionStore::endUnsaid(const QString &sessionID, Date lastEventAt,
-                             const std::optional<TranscriptInfo::Turn> &turn) {
-    const bool failed = turn == TranscriptInfo::Turn::failed;
+                             const TranscriptInfo &info) {
+    const bool failed = info.turn == TranscriptInfo::Turn::failed;
     auto session = stored(sessionID);
     if (!session || session->lastEventAt != lastEventAt ||
-        (!failed && turn != TranscriptInfo::Turn::interrupted)) {
+        (!failed && info.turn != TranscriptInfo::Turn::interrupted)) {
         return;
+    }
+    if (failed) {
+        session->summary = info.failure;
     }
     // The agent asks in its terminal no more either.
     session->pendingExternalResponse.reset();

@@ -157,13 +157,21 @@ protected:
 };
 
 TEST(TranscriptReader, KnowsATurnOfCodexThatHasFailed) {
-    const auto turnAfter = [](const QByteArray &members) {
-        return codexInfo(R"({"type":"event_msg","payload":{"type":"task_complete")" + members +
-                         "}}\n")
-            .turn;
+    const auto after = [](const QByteArray &members) {
+        return codexInfo(R"({"type":"event_msg","payload":{)" + members + "}}\n");
     };
-    EXPECT_EQ(turnAfter(R"(,"last_agent_message":null)"), TranscriptInfo::Turn::ended);
-    EXPECT_EQ(turnAfter(R"(,"error":{"message":"Bad Request"})"), TranscriptInfo::Turn::failed);
+    EXPECT_EQ(after(R"("type":"task_complete","last_agent_message":null)").turn,
+              TranscriptInfo::Turn::ended);
+    const std::pair<const char *, std::optional<QString>> cases[] = {
+        {R"("type":"error","message":"No answer")", "No answer"},
+        {R"("type":"task_complete","error":{"message":"Bad Request"})", "Bad Request"},
+        {R"("type":"task_complete","error":{"message":"{\"error\":{\"message\":\"Too long\"}}"})",
+         "Too long"},
+        {R"("type":"task_complete","error":{"message":"{\"error\":7}"})", std::nullopt}};
+    for (const auto &[members, failure] : cases) {
+        EXPECT_EQ(after(members).turn, TranscriptInfo::Turn::failed) << members;
+        EXPECT_EQ(after(members).failure, failure) << members;
+    }
 }
 
 TEST_F(TranscriptFileTest, FindsAnInterruptionOfClaudeOnlyWhereClaudeHasNotedIt) {
@@ -202,7 +210,30 @@ TEST_F(TranscriptFileTest, KnowsHowATurnOfGeminisStands) {
                                         "\n"
                                         R"({"type":"info","content":"This request failed."})");
     EXPECT_EQ(failed.turn, Turn::failed);
-    EXPECT_EQ(failed.lastAssistantText, "[API Error: 400]");
+    EXPECT_EQ(failed.failure, "[API Error: 400]");
+}
+
+TEST_F(TranscriptFileTest, IsNotMisledByWhatGeminiWritesDownOnceMore) {
+    const auto line = [](const char *time, const QByteArray &members) {
+        return QByteArray(R"({"timestamp":"2026-11-26T13:57:)") + time + "Z\"," + members + "}\n";
+    };
+    const auto typed = [&](const char *time, const QByteArray &text) {
+        return line(time, R"("type":"user","content":[{"text":")" + text + "\"}]");
+    };
+    const auto turnAfter = [&](const QByteArray &lines) {
+        const QByteArray cancelled =
+            line("29.900", R"("type":"info","content":"Request cancelled.")");
+        const QString path =
+            home.write("chat.jsonl", typed("27.740", "Run it") + cancelled + lines);
+        return AgentRegistry::adapter(AgentKind::gemini).readTranscript(path).turn;
+    };
+    using Turn = TranscriptInfo::Turn;
+    const QByteArray copies = typed("29.901", "<session_context>") + typed("30.100", "Begin");
+    EXPECT_EQ(turnAfter(copies), Turn::interrupted);
+    EXPECT_EQ(turnAfter(copies + typed("32.000", "Go on")), Turn::running);
+    EXPECT_EQ(turnAfter(copies + R"({"$set":{"messages":[")" + QByteArray(300'000, 'x') + "\"]}}"),
+              Turn::interrupted);
+    EXPECT_EQ(turnAfter(typed("?", "Begin")), Turn::running);
 }
 
 TEST_F(TranscriptFileTest, KnowsWhereATurnOfQwensWasInterrupted) {

@@ -250,6 +250,8 @@ TEST_F(ReleaseHooksTest, WantTheEntriesOfTheirOwnForm) {
         "command":"OURS/hook.sh gemini AfterAgent","timeout":5000}]}])"));
     EXPECT_EQ(root(codex)["hooks"]["SessionEnd"], value(R"([{"hooks":[{"type":"command",
         "command":"OURS/hook.sh codex SessionEnd","timeout":3}]}])"));
+    EXPECT_EQ(root(codex)["hooks"]["Interrupt"], value(R"([{"hooks":[{"type":"command",
+        "command":"OURS/hook.sh codex Interrupt","async":true,"timeout":5}]}])"));
     EXPECT_FALSE(root(qwen)["hooks"].contains("BeforeAgent"));
     EXPECT_EQ(root(qwen)["hooks"]["PermissionRequest"], value(R"([{"matcher":"*","hooks":[{
         "type":"command","command":"OURS/hook.sh qwen PermissionRequest decide","timeout":120}]}])"));
@@ -273,6 +275,7 @@ TEST_F(ReleaseHooksTest, LeaveWhatHasBeenReviewed) {
     hooks["hooks"]["Stop"].erase(2);
     hooks["hooks"]["SessionEnd"][0] = value(R"({"hooks":[{"type":"command",
         "command":"OURS/hook.sh codex SessionEnd","timeout":3}]})");
+    hooks["hooks"]["Interrupt"] = root(codex)["hooks"]["Interrupt"];
     EXPECT_EQ(root(codex), hooks);
 
     EXPECT_TRUE(listed(codex).health().awaitsReview);

@@ -121,6 +121,21 @@ TEST_F(UnsaidTest, AnInterruptedRequestLeavesNobodyCalling) {
     EXPECT_EQ(resolved, QStringList());
 }
 
+TEST_F(UnsaidTest, CodexSaysThatItsTurnWasInterrupted) {
+    tell(AgentKind::codex, "UserPromptSubmit", R"("prompt":"go")");
+    tell(AgentKind::codex, "PreToolUse", make);
+    tell(AgentKind::codex, "Interrupt", R"("turn_id":"t")");
+    EXPECT_EQ(session().state, SessionState::idle);
+    // Its hook that waits is ended before or after that.
+    tell(AgentKind::codex, "PermissionRequest", make, "d");
+    tell(AgentKind::codex, "Interrupt", R"("turn_id":"t")");
+    store.approvalHungUp("d");
+    scheduler.advance(Seconds(2.1));
+    EXPECT_EQ(session().state, SessionState::idle);
+    EXPECT_FALSE(session().pendingApproval);
+    EXPECT_FALSE(HookEvent::decode(AgentKind::codex, "Interrupt", R"({"session_id":"s"})", {}));
+}
+
 TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
     using Turn = TranscriptInfo::Turn;
     const std::pair<Turn, SessionState> cases[] = {{Turn::running, SessionState::working},
@@ -132,11 +147,14 @@ TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
         scheduler.advance(Seconds(10));
         ASSERT_FALSE(running.empty());
         TranscriptInfo info;
+        info.lastAssistantText = "of the turn before";
         info.turn = turn;
+        info.failure = "Refused.";
         for (const auto &use : std::exchange(running, {})) {
             use(info);
         }
         EXPECT_EQ(session().state, state);
+        EXPECT_EQ(session().summary == "Refused.", state == SessionState::failed);
         for (const auto &use : std::exchange(running, {})) {
             use({});
         }
@@ -179,7 +197,7 @@ TEST_F(UnsaidTest, AnEndThatWasAFailureIsHeardOnce) {
     EXPECT_EQ(session().state, SessionState::done);
     TranscriptInfo info;
     info.turn = TranscriptInfo::Turn::failed;
-    info.lastAssistantText = "API Error: 400";
+    info.failure = "API Error: 400";
     ASSERT_FALSE(running.empty());
     for (const auto &use : std::exchange(running, {})) {
         use(info);
