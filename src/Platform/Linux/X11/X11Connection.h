@@ -106,7 +106,6 @@ private:
     Handle m_connection;
     QSocketNotifier *m_notifier = nullptr;
     std::uint32_t m_root = 0;
-    std::uint32_t m_clock = 0; ///< a window that is never shown, made when the time is asked for
     std::uint32_t m_compositorSelection = 0;
     std::uint8_t m_selectionEvent = 0;
     std::uint8_t m_inputExtension = 0; ///< its opcode, 0 where it is missing or too old
