@@ -40,6 +40,20 @@ TEST_P(EachPresenterTest, OpensOnRequestForTenSecondsOrAsLongAsSomebodyTypes) {
     EXPECT_FALSE(isVisible());
 }
 
+TEST_P(EachPresenterTest, ClosesWhenThePointerHasGoneWhereNobodyTellsOfIt) {
+    settings.setShowWhenIdle(true);
+    attach();
+    scheduler.advance(Seconds(1));
+    movePointer(onTab);
+    scheduler.advance(Seconds(1));
+    EXPECT_TRUE(presenter->isExpanded());
+    // XWayland goes on telling the place where it has lost sight of it.
+    displays.isTold = false;
+    movePointer(onTab);
+    scheduler.advance(Seconds(1));
+    EXPECT_FALSE(presenter->isExpanded());
+}
+
 TEST_P(EachPresenterTest, LendsTheKeyboardToWhoeverOpensItByKey) {
     settings.setShowWhenIdle(true);
     attach();

@@ -124,6 +124,10 @@ void MorvanePresenter::announce(const QString &text) {
     }
 }
 
+std::optional<QPoint> MorvanePresenter::pointerPosition() const {
+    return m_displays.isPointerTold() ? std::optional(m_displays.pointerPosition()) : std::nullopt;
+}
+
 bool MorvanePresenter::isUsedByKeys() const {
     return m_window && m_surface->isUsedByKeys() && m_window->holdsKeyboard() && m_lastKeyAt &&
            m_context.scheduler.now() - *m_lastKeyAt < InlineEditing::lease;

@@ -69,7 +69,8 @@ protected:
     MorvanePresenter(const PanelContext &context, Displays &displays, OverlayWindows &overlays);
 
     const PanelContext &context() const { return m_context; }
-    QPoint pointerPosition() const { return m_displays.pointerPosition(); }
+    /// None where it isn't told, and so is not on anything of ours.
+    std::optional<QPoint> pointerPosition() const;
 
     /// None while nothing is put up.
     OverlayWindow *window() const { return m_window.get(); }

@@ -223,6 +223,12 @@ void X11Connection::readInputEvent(std::uint16_t type, std::uint32_t detail) {
     }
 }
 
+std::uint32_t X11Connection::windowUnderPointer() const {
+    const XcbReply<xcb_query_pointer_reply_t> reply(xcb_query_pointer_reply(
+        connection(), xcb_query_pointer(connection(), m_root), nullptr));
+    return reply ? reply->child : std::uint32_t(XCB_WINDOW_NONE);
+}
+
 /// The server says it only with an event, and this change brings one about. It is the root
 /// window's, so that the window manager hears the time as well: xfwm4 gives the keyboard as of the
 /// last event it has had, which counts for nothing when we have given it back since.

@@ -42,6 +42,9 @@ public:
     void watchWindow(std::uint32_t window);
     void stopWatching(std::uint32_t window);
 
+    /// The child of the root window that the pointer is over; none over the bare ground.
+    std::uint32_t windowUnderPointer() const;
+
     /// From now on tells when windows come to or go from the desktop, which the window manager need
     /// not know of.
     void watchTopLevels();
