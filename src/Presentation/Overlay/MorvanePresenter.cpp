@@ -124,8 +124,12 @@ void MorvanePresenter::announce(const QString &text) {
     }
 }
 
+/// A menu that was left for another program's window goes with the pointer known to be elsewhere,
+/// and XWayland takes it for being back on the panel behind.
 std::optional<QPoint> MorvanePresenter::pointerPosition() const {
-    return m_displays.isPointerTold() ? std::optional(m_displays.pointerPosition()) : std::nullopt;
+    const QPoint position = m_displays.pointerPosition();
+    return m_displays.isPointerTold() && position != m_pointerLostAt ? std::optional(position)
+                                                                     : std::nullopt;
 }
 
 bool MorvanePresenter::isUsedByKeys() const {
@@ -187,6 +191,9 @@ void MorvanePresenter::openMenu(const QPoint &position) {
 
 /// At once, since what was chosen happens next, and may be to open the panel.
 void MorvanePresenter::menuClosed() {
+    m_pointerLostAt = m_abandonedMenu && m_abandonedMenu->hasClosed()
+                          ? std::optional(m_displays.pointerPosition())
+                          : std::nullopt;
     m_abandonedMenu.reset();
     followPointer();
     if (m_window && m_window->isVisible()) {
