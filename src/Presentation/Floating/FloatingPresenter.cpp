@@ -290,10 +290,9 @@ void FloatingPresenter::place() {
 void FloatingPresenter::followPointer() {
     const auto pointer = pointerPosition();
     // The view is not there for the pointer while a full-screen program hides it.
-    const bool isInside =
-        isMenuOpen() || isUsedByKeys() ||
-        (pointer && m_view->isVisible() &&
-         m_view->shape(m_target).contains(QPointF(*pointer) + QPointF(0.5, 0.5)));
+    const bool isInside = isMenuOpen() || isUsedByKeys() ||
+                          (pointer && m_view->isVisible() &&
+                           m_view->shape(m_target).contains(QPointF(*pointer) + QPointF(0.5, 0.5)));
     if (isInside != m_isHovering) {
         m_isHovering = isInside;
         m_capsule.setHovering(isInside);

@@ -25,10 +25,7 @@ AbandonedMenu::AbandonedMenu(QMenu &menu, QWidget &origin, Scheduler &scheduler)
 bool AbandonedMenu::eventFilter(QObject *watched, QEvent *event) {
     switch (event->type()) {
     case QEvent::Leave:
-        m_closing = m_scheduler.after(patience, [this] {
-            m_hasClosed = true;
-            m_menu.close();
-        });
+        m_closing = m_scheduler.after(patience, [this] { m_menu.close(); });
         break;
     case QEvent::Enter:
     case QEvent::MouseMove:

@@ -19,16 +19,12 @@ public:
     /// All three outlive it.
     AbandonedMenu(QMenu &menu, QWidget &origin, Scheduler &scheduler);
 
-    /// Whether it has closed the menu, rather than the person.
-    bool hasClosed() const { return m_hasClosed; }
-
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     QMenu &m_menu;
     Scheduler &m_scheduler;
-    bool m_hasClosed = false;
     Task m_closing;
 };
 

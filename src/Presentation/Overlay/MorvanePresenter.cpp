@@ -124,8 +124,8 @@ void MorvanePresenter::announce(const QString &text) {
     }
 }
 
-/// A menu that was left for another program's window goes with the pointer known to be elsewhere,
-/// and XWayland takes it for being back on the panel behind.
+/// Where a menu may have been left unheard for another program's window, the pointer counts as gone
+/// with it until it moves: XWayland says that it is back on the panel behind.
 std::optional<QPoint> MorvanePresenter::pointerPosition() const {
     const QPoint position = m_displays.pointerPosition();
     return m_displays.isPointerTold() && position != m_pointerLostAt ? std::optional(position)
@@ -191,9 +191,7 @@ void MorvanePresenter::openMenu(const QPoint &position) {
 
 /// At once, since what was chosen happens next, and may be to open the panel.
 void MorvanePresenter::menuClosed() {
-    m_pointerLostAt = m_abandonedMenu && m_abandonedMenu->hasClosed()
-                          ? std::optional(m_displays.pointerPosition())
-                          : std::nullopt;
+    m_pointerLostAt = m_abandonedMenu ? std::optional(m_displays.pointerPosition()) : std::nullopt;
     m_abandonedMenu.reset();
     followPointer();
     if (m_window && m_window->isVisible()) {

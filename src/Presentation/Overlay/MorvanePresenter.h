@@ -140,7 +140,7 @@ private:
     std::optional<Date> m_lastKeyAt; ///< since the panel was opened to the keys
     Task m_presentation;
     std::unique_ptr<AbandonedMenu> m_abandonedMenu; ///< none but while a menu is open
-    std::optional<QPoint> m_pointerLostAt; ///< where it was last seen when it had left a menu
+    std::optional<QPoint> m_pointerLostAt;          ///< where it was when a menu closed
     Task m_updateTask;
 };
 

@@ -108,9 +108,8 @@ OnboardingPage *OnboardingPage::ready(const WindowContext &context, QWidget *par
     page->addTitle(tr("You're set"), 30);
     page->m_layout->addSpacing(10);
     TextLabel *opening = page->addHint(SystemImage::cursorarrowMotionlines, {});
-    page->m_updates.push_back([page, opening] {
-        opening->setText(PlatformWords::openThePanel(page->hasTrayIcon()));
-    });
+    page->m_updates.push_back(
+        [page, opening] { opening->setText(PlatformWords::openThePanel(page->hasTrayIcon())); });
     page->addHint(
         SystemImage::command,
         tr("%1 jump to recently completed sessions.").arg(PlatformWords::digitShortcuts(1, 5)));

@@ -224,8 +224,8 @@ void X11Connection::readInputEvent(std::uint16_t type, std::uint32_t detail) {
 }
 
 std::uint32_t X11Connection::windowUnderPointer() const {
-    const XcbReply<xcb_query_pointer_reply_t> reply(xcb_query_pointer_reply(
-        connection(), xcb_query_pointer(connection(), m_root), nullptr));
+    const XcbReply<xcb_query_pointer_reply_t> reply(
+        xcb_query_pointer_reply(connection(), xcb_query_pointer(connection(), m_root), nullptr));
     return reply ? reply->child : std::uint32_t(XCB_WINDOW_NONE);
 }
 
