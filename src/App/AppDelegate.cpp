@@ -92,6 +92,7 @@ WindowContext AppDelegate::windowContext() {
         controller.updates(),
         *m_platform.scheduler,
         *m_platform.motion,
+        *m_platform.statusItemHost,
         {
             .serverStatus = [&controller] { return controller.serverStatus(); },
             .setApprovalsEnabled =
@@ -102,7 +103,6 @@ WindowContext AppDelegate::windowContext() {
             .setLaunchAtLogin =
                 [&controller](bool enabled) { controller.setLaunchAtLogin(enabled); },
             .canFocusWindows = [&controller] { return controller.canFocusWindows(); },
-            .hasTrayIcon = [this] { return m_statusItem && m_statusItem->isShown(); },
             .checkForUpdates = [this] { checkForUpdates(); },
             .testSound = [&controller] { controller.sound().play(QStringLiteral("needs-input")); },
             .testLimitChime = [&controller] { controller.sound().playLimitChime(90); },

@@ -34,6 +34,10 @@ public:
 
     virtual QPoint pointerPosition() const = 0;
 
+    /// False while the pointer is over something of which this program isn't told, such as a native
+    /// window of Wayland. Its position is then the last that was told.
+    virtual bool isPointerTold() const { return true; }
+
 signals:
     /// A display has come, gone or changed; may come in bursts.
     void changed();

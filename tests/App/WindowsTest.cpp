@@ -217,6 +217,10 @@ TEST_F(WindowsTest, WalksANewcomerThroughToAConnectedAgent) {
     EXPECT_TRUE(view->forward());
     scheduler.advance(Seconds(1));
     EXPECT_TRUE(reads("You're set"));
+    EXPECT_TRUE(reads("Hover the capsule, or press"));
+    // The desktop says that it has a tray when the welcome has long been there.
+    static_cast<FakeStatusItemHost &>(*platform.statusItemHost).setPresent(true);
+    EXPECT_TRUE(reads("Click the alien in the tray, or press"));
     button("Done")->click();
     EXPECT_FALSE(window->isVisible());
     EXPECT_EQ(settings.knownAgents(), QStringList{"claude"});

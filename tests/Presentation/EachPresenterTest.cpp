@@ -40,6 +40,20 @@ TEST_P(EachPresenterTest, OpensOnRequestForTenSecondsOrAsLongAsSomebodyTypes) {
     EXPECT_FALSE(isVisible());
 }
 
+TEST_P(EachPresenterTest, ClosesWhenThePointerHasGoneWhereNobodyTellsOfIt) {
+    settings.setShowWhenIdle(true);
+    attach();
+    scheduler.advance(Seconds(1));
+    movePointer(onTab);
+    scheduler.advance(Seconds(1));
+    EXPECT_TRUE(presenter->isExpanded());
+    // XWayland goes on telling the place where it has lost sight of it.
+    displays.isTold = false;
+    movePointer(onTab);
+    scheduler.advance(Seconds(1));
+    EXPECT_FALSE(presenter->isExpanded());
+}
+
 TEST_P(EachPresenterTest, LendsTheKeyboardToWhoeverOpensItByKey) {
     settings.setShowWhenIdle(true);
     attach();
@@ -117,6 +131,29 @@ TEST_P(EachPresenterTest, ADismissalHoldsUntilSomethingNewHappens) {
     apply(GetParam() ? Event::promptSubmit : Event::turnFailed);
     scheduler.advance(Seconds(60));
     EXPECT_TRUE(isVisible());
+}
+
+TEST_P(EachPresenterTest, GoesWithAMenuThatWasLeftForAnotherProgramsWindow) {
+    QMenu menu;
+    settings.setShowWhenIdle(true);
+    attach();
+    scheduler.advance(Seconds(1));
+    presenter->contextMenu = &menu;
+    window().hearsClicks = false;
+    rightClick(onTab);
+    scheduler.advance(Seconds(1));
+    ASSERT_TRUE(presenter->isExpanded() && menu.isVisible());
+    QEvent leave(QEvent::Leave);
+    QCoreApplication::sendEvent(&menu, &leave);
+    scheduler.advance(Seconds(2));
+    EXPECT_FALSE(menu.isVisible());
+    // The last place that was told is on the panel, and the desktop says it has come back there.
+    movePointer(onTab);
+    scheduler.advance(Seconds(1));
+    EXPECT_FALSE(presenter->isExpanded());
+    movePointer(onTab + QPoint(1, 0));
+    scheduler.advance(Seconds(1));
+    EXPECT_TRUE(presenter->isExpanded());
 }
 
 TEST_P(EachPresenterTest, StaysOpenWhileItsMenuIs) {

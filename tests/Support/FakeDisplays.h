@@ -9,6 +9,7 @@ class FakeDisplays : public Displays {
 public:
     QList<Display> displays() const override { return m_displays; }
     QPoint pointerPosition() const override { return m_pointer; }
+    bool isPointerTold() const override { return isTold; }
 
     void setDisplays(const QList<Display> &displays) {
         m_displays = displays;
@@ -33,6 +34,8 @@ public:
         result.auxiliaryTopLeftArea = result.auxiliaryTopRightArea = QSize(400, 32);
         return result;
     }
+
+    bool isTold = true;
 
 private:
     QList<Display> m_displays;

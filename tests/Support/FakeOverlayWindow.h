@@ -43,6 +43,7 @@ public:
     bool takeKeyboard() override { return hasKeyboard = canTakeKeyboard; }
     bool holdsKeyboard() const override { return hasKeyboard; }
     void releaseKeyboard() override { hasKeyboard = false; }
+    bool hearsOtherClicks() const override { return hearsClicks; }
     bool isTranslucent() const override { return true; }
 
     QWidget &widget() const { return m_widget; }
@@ -54,6 +55,7 @@ public:
     bool hidesOverFullscreen = false;
     bool canTakeKeyboard = true;
     bool hasKeyboard = false;
+    bool hearsClicks = true;
 
 private:
     QWidget &m_widget;

@@ -288,10 +288,11 @@ void FloatingPresenter::place() {
 /// shape under a resting pointer makes the windowing system report both. An open menu counts as the
 /// pointer, which it leads away, and so do the keys.
 void FloatingPresenter::followPointer() {
-    const QPointF pixelCentre = QPointF(pointerPosition()) + QPointF(0.5, 0.5);
+    const auto pointer = pointerPosition();
     // The view is not there for the pointer while a full-screen program hides it.
     const bool isInside = isMenuOpen() || isUsedByKeys() ||
-                          (m_view->isVisible() && m_view->shape(m_target).contains(pixelCentre));
+                          (pointer && m_view->isVisible() &&
+                           m_view->shape(m_target).contains(QPointF(*pointer) + QPointF(0.5, 0.5)));
     if (isInside != m_isHovering) {
         m_isHovering = isInside;
         m_capsule.setHovering(isInside);

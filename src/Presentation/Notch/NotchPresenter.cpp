@@ -211,12 +211,12 @@ bool NotchPresenter::isPointerInside() {
     if (!m_display) {
         return false;
     }
-    const QPoint pointer = pointerPosition();
+    const auto pointer = pointerPosition();
     m_surfaceState.isHovering =
-        window() && window()->isVisible() &&
-        m_surface->shape().contains(pointer - NotchGeometry::stageFrame(*m_display).topLeft());
+        pointer && window() && window()->isVisible() &&
+        m_surface->shape().contains(*pointer - NotchGeometry::stageFrame(*m_display).topLeft());
     return m_surfaceState.isHovering || isMenuOpen() ||
-           NotchGeometry::hoverZone(*m_display).contains(pointer);
+           (pointer && NotchGeometry::hoverZone(*m_display).contains(*pointer));
 }
 
 void NotchPresenter::open() {

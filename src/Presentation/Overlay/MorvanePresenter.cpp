@@ -124,6 +124,14 @@ void MorvanePresenter::announce(const QString &text) {
     }
 }
 
+/// Where a menu may have been left unheard for another program's window, the pointer counts as gone
+/// with it until it moves: XWayland says that it is back on the panel behind.
+std::optional<QPoint> MorvanePresenter::pointerPosition() const {
+    const QPoint position = m_displays.pointerPosition();
+    return m_displays.isPointerTold() && position != m_pointerLostAt ? std::optional(position)
+                                                                     : std::nullopt;
+}
+
 bool MorvanePresenter::isUsedByKeys() const {
     return m_window && m_surface->isUsedByKeys() && m_window->holdsKeyboard() && m_lastKeyAt &&
            m_context.scheduler.now() - *m_lastKeyAt < InlineEditing::lease;
@@ -183,6 +191,7 @@ void MorvanePresenter::openMenu(const QPoint &position) {
 
 /// At once, since what was chosen happens next, and may be to open the panel.
 void MorvanePresenter::menuClosed() {
+    m_pointerLostAt = m_abandonedMenu ? std::optional(m_displays.pointerPosition()) : std::nullopt;
     m_abandonedMenu.reset();
     followPointer();
     if (m_window && m_window->isVisible()) {

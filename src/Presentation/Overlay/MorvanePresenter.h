@@ -69,7 +69,8 @@ protected:
     MorvanePresenter(const PanelContext &context, Displays &displays, OverlayWindows &overlays);
 
     const PanelContext &context() const { return m_context; }
-    QPoint pointerPosition() const { return m_displays.pointerPosition(); }
+    /// None where it isn't told, and so is not on anything of ours.
+    std::optional<QPoint> pointerPosition() const;
 
     /// None while nothing is put up.
     OverlayWindow *window() const { return m_window.get(); }
@@ -139,6 +140,7 @@ private:
     std::optional<Date> m_lastKeyAt; ///< since the panel was opened to the keys
     Task m_presentation;
     std::unique_ptr<AbandonedMenu> m_abandonedMenu; ///< none but while a menu is open
+    std::optional<QPoint> m_pointerLostAt;          ///< where it was when a menu closed
     Task m_updateTask;
 };
 

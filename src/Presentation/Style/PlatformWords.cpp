@@ -49,8 +49,10 @@ QString PlatformWords::whereToLook(bool hasTrayIcon) {
                        : tr("Look for the alien at the top of the screen.");
 }
 
-QString PlatformWords::openThePanel() {
-    return tr("Hover the capsule, or press %1, to open the panel.").arg(panelShortcut());
+QString PlatformWords::openThePanel(bool hasTrayIcon) {
+    return (hasTrayIcon ? tr("Click the alien in the tray, or press %1, to open the panel.")
+                        : tr("Hover the capsule, or press %1, to open the panel."))
+        .arg(panelShortcut());
 }
 
 QString PlatformWords::noNotificationSwitch() {

@@ -33,7 +33,7 @@ public:
     static QString everythingStaysHere();
     /// Where a newcomer finds Morvane: beside the clock elsewhere.
     static QString whereToLook(bool hasTrayIcon);
-    static QString openThePanel();
+    static QString openThePanel(bool hasTrayIcon);
     static QString noNotificationSwitch();
     static QString windowFocusNeeds();
     static QString windowFocusFooter();

@@ -2,6 +2,8 @@
 
 #include "Core/Agents/AgentAdapter.h"
 #include "Core/Hooks/AgentConnections.h"
+#include "Core/Settings/MorvaneSettings.h"
+#include "Platform/StatusItemHost.h"
 #include "Presentation/Mascot/PixelArt.h"
 #include "Presentation/Mascot/PixelFrameView.h"
 #include "Presentation/Style/Colors.h"
@@ -78,9 +80,7 @@ OnboardingPage *OnboardingPage::welcome(const WindowContext &context, QWidget *p
     page->addTitle(tr("Welcome to Morvane"), 30);
     page->addText(PlatformWords::everythingStaysHere());
     page->m_layout->addSpacing(10);
-    page->addPill([hasTrayIcon = context.program.hasTrayIcon] {
-        return PlatformWords::whereToLook(hasTrayIcon());
-    });
+    page->addPill([page] { return PlatformWords::whereToLook(page->hasTrayIcon()); });
     page->m_layout->addStretch(4);
     return page;
 }
@@ -107,7 +107,9 @@ OnboardingPage *OnboardingPage::ready(const WindowContext &context, QWidget *par
     page->m_layout->addSpacing(10);
     page->addTitle(tr("You're set"), 30);
     page->m_layout->addSpacing(10);
-    page->addHint(SystemImage::cursorarrowMotionlines, PlatformWords::openThePanel());
+    TextLabel *opening = page->addHint(SystemImage::cursorarrowMotionlines, {});
+    page->m_updates.push_back(
+        [page, opening] { opening->setText(PlatformWords::openThePanel(page->hasTrayIcon())); });
     page->addHint(
         SystemImage::command,
         tr("%1 jump to recently completed sessions.").arg(PlatformWords::digitShortcuts(1, 5)));
@@ -143,6 +145,10 @@ void OnboardingPage::refresh() {
     for (const auto &update : m_updates) {
         update();
     }
+}
+
+bool OnboardingPage::hasTrayIcon() const {
+    return m_context.settings.showMenuBarIcon() && m_context.statusItemHost.isPresent();
 }
 
 void OnboardingPage::addMascot(int side) {
@@ -208,10 +214,11 @@ void OnboardingPage::addAgents(const std::function<Agents()> &listed, const QStr
     });
 }
 
-void OnboardingPage::addHint(SystemImage image, const QString &text) {
+TextLabel *OnboardingPage::addHint(SystemImage image, const QString &text) {
     auto *label = new TextLabel(Typography::text(14), Colors::primaryText, 0, nullptr);
     label->setText(text);
     m_layout->addWidget(rowOf(image, Colors::questionAccent, label, this));
+    return label;
 }
 
 void OnboardingPage::addWindowFocus() {

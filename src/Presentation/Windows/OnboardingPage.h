@@ -14,6 +14,7 @@ class QVBoxLayout;
 namespace morvane {
 
 class AgentAdapter;
+class TextLabel;
 
 /// One step of the welcome: the mascot, a title and a text, and below them what the step is about.
 class OnboardingPage : public QWidget {
@@ -34,6 +35,7 @@ private:
 
     OnboardingPage(const WindowContext &context, QWidget *parent);
 
+    bool hasTrayIcon() const;
     void addMascot(int side);
     void addTitle(const QString &title, int size);
     void addText(const QString &text);
@@ -42,7 +44,7 @@ private:
     /// `without` stands there while there is nothing to list.
     void addAgents(const std::function<Agents()> &listed, const QString &footnote,
                    const QString &without);
-    void addHint(SystemImage image, const QString &text);
+    TextLabel *addHint(SystemImage image, const QString &text);
     void addWindowFocus();
     void addLaunchAtLogin();
 

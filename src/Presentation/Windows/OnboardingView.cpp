@@ -3,6 +3,7 @@
 #include "Core/Hooks/AgentConnections.h"
 #include "Core/Settings/MorvaneSettings.h"
 #include "Platform/MotionPreference.h"
+#include "Platform/StatusItemHost.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Windows/FormButton.h"
 #include "Presentation/Windows/OnboardingPage.h"
@@ -33,6 +34,8 @@ OnboardingView::OnboardingView(const Mode &mode, const WindowContext &context, Q
     layout->addWidget(makeFooter());
     connect(&context.connections, &AgentConnections::statusChanged, this, &OnboardingView::refresh);
     connect(&context.settings, &MorvaneSettings::changed, this, &OnboardingView::refresh);
+    connect(&context.statusItemHost, &StatusItemHost::presenceChanged, this,
+            &OnboardingView::refresh);
     refresh();
 }
 

@@ -10,6 +10,7 @@ class AgentConnections;
 class MorvaneSettings;
 class MotionPreference;
 class Scheduler;
+class StatusItemHost;
 class UpdateManager;
 class UsagePoller;
 
@@ -25,8 +26,6 @@ struct ProgramActions {
     std::function<void(bool)> setLaunchAtLogin;
     /// Whether the desktop lets this program raise other programs' windows.
     std::function<bool()> canFocusWindows;
-    /// Whether there is an icon in a tray.
-    std::function<bool()> hasTrayIcon;
     /// Looks for a newer version, and shows what comes of it.
     std::function<void()> checkForUpdates;
     std::function<void()> testSound;
@@ -44,6 +43,7 @@ struct WindowContext {
     UpdateManager &updates;
     Scheduler &scheduler;
     MotionPreference &motion;
+    const StatusItemHost &statusItemHost;
     ProgramActions program;
 };
 

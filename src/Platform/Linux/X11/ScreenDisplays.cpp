@@ -1,8 +1,11 @@
 #include "Platform/Linux/X11/ScreenDisplays.h"
 
+#include "Platform/Linux/X11/X11Connection.h"
+
 #include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
+#include <xcb/xcb.h>
 
 #include <algorithm>
 #include <array>
@@ -41,7 +44,7 @@ QRect deviceRect(const QScreen &screen) {
 
 } // namespace
 
-ScreenDisplays::ScreenDisplays(X11Connection &x11) : m_workArea(x11) {
+ScreenDisplays::ScreenDisplays(X11Connection &x11) : m_x11(x11), m_workArea(x11) {
     for (QScreen *screen : QGuiApplication::screens()) {
         watch(screen);
     }
@@ -97,6 +100,11 @@ void ScreenDisplays::addNotch(Display &display, const QScreen &screen) const {
 
 QPoint ScreenDisplays::pointerPosition() const {
     return QCursor::pos();
+}
+
+/// To XWayland the pointer is over none of its windows then, and stands still.
+bool ScreenDisplays::isPointerTold() const {
+    return !m_x11.isXwayland() || m_x11.windowUnderPointer() != XCB_WINDOW_NONE;
 }
 
 void ScreenDisplays::watch(QScreen *screen) {

@@ -20,6 +20,7 @@ public:
 
     QList<Display> displays() const override;
     QPoint pointerPosition() const override;
+    bool isPointerTold() const override;
 
 private:
     void watch(QScreen *screen);
@@ -27,6 +28,7 @@ private:
     void addNotch(Display &display, const QScreen &screen) const;
     QRect workArea(const QScreen &screen, bool isAlone) const;
 
+    X11Connection &m_x11;
     const KnownNotches m_notches;
     const WorkArea m_workArea;
 };

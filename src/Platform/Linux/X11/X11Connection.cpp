@@ -19,6 +19,7 @@ namespace morvane {
 namespace {
 
 constexpr std::uint32_t maxPropertyWords = 4096;
+const QByteArray clockName("_MORVANE_CLOCK");
 
 const xcb_screen_t *screenAt(xcb_connection_t *connection, int number) {
     auto screen = xcb_setup_roots_iterator(xcb_get_setup(connection));
@@ -222,26 +223,27 @@ void X11Connection::readInputEvent(std::uint16_t type, std::uint32_t detail) {
     }
 }
 
-/// The server says it only with an event, and this change brings one about.
+std::uint32_t X11Connection::windowUnderPointer() const {
+    const XcbReply<xcb_query_pointer_reply_t> reply(
+        xcb_query_pointer_reply(connection(), xcb_query_pointer(connection(), m_root), nullptr));
+    return reply ? reply->child : std::uint32_t(XCB_WINDOW_NONE);
+}
+
+/// The server says it only with an event, and this change brings one about. It is the root
+/// window's, so that the window manager hears the time as well: xfwm4 gives the keyboard as of the
+/// last event it has had, which counts for nothing when we have given it back since.
 void X11Connection::askTime() {
-    if (m_clock == XCB_WINDOW_NONE) {
-        const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
-        m_clock = xcb_generate_id(connection());
-        xcb_create_window(connection(), XCB_COPY_FROM_PARENT, m_clock, m_root, 0, 0, 1, 1, 0,
-                          XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK,
-                          &events);
-    }
-    xcb_change_property(connection(), XCB_PROP_MODE_APPEND, m_clock, XCB_ATOM_WM_NAME,
+    xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, m_root, atom(clockName),
                         XCB_ATOM_STRING, 8, 0, nullptr);
     xcb_flush(connection());
 }
 
 void X11Connection::readPropertyChange(std::uint32_t window, std::uint32_t atom,
                                        std::uint32_t time) {
-    if (window == m_root) {
-        emit rootPropertyChanged(atom);
-    } else if (window == m_clock) {
+    if (window == m_root && atom == this->atom(clockName)) {
         emit timeTold(time);
+    } else if (window == m_root) {
+        emit rootPropertyChanged(atom);
     } else {
         emit windowPropertyChanged(window, atom);
     }

@@ -42,6 +42,9 @@ public:
     void watchWindow(std::uint32_t window);
     void stopWatching(std::uint32_t window);
 
+    /// The child of the root window that the pointer is over; none over the bare ground.
+    std::uint32_t windowUnderPointer() const;
+
     /// From now on tells when windows come to or go from the desktop, which the window manager need
     /// not know of.
     void watchTopLevels();
@@ -106,7 +109,6 @@ private:
     Handle m_connection;
     QSocketNotifier *m_notifier = nullptr;
     std::uint32_t m_root = 0;
-    std::uint32_t m_clock = 0; ///< a window that is never shown, made when the time is asked for
     std::uint32_t m_compositorSelection = 0;
     std::uint8_t m_selectionEvent = 0;
     std::uint8_t m_inputExtension = 0; ///< its opcode, 0 where it is missing or too old

@@ -241,11 +241,8 @@ void X11OverlayWindow::applyVisibility() {
 
 /// True on its frame as well, and on the bare ground of the desktop.
 bool X11OverlayWindow::isOwnerUnderPointer() const {
-    const auto cookie = xcb_query_pointer(m_x11.connection(), m_x11.root());
-    const XcbReply<xcb_query_pointer_reply_t> reply(
-        xcb_query_pointer_reply(m_x11.connection(), cookie, nullptr));
-    return reply &&
-           (reply->child == XCB_WINDOW_NONE || reply->child == topLevel(m_x11, *m_keyboardOwner));
+    const std::uint32_t window = m_x11.windowUnderPointer();
+    return window == XCB_WINDOW_NONE || window == topLevel(m_x11, *m_keyboardOwner);
 }
 
 /// The server is asked for the place, since only there it is in the same pixels as the others'.
