@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <dirent.h>
 #include <fcntl.h>
+#include <malloc.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -70,6 +71,7 @@ qsizetype discovered() {
 }
 
 double megabytesToDiscover() {
+    malloc_trim(0);
     forgetPeak();
     const double before = memory("VmRSS");
     discovered();
