@@ -131,6 +131,6 @@ int main(int argc, char **argv) {
         {"from the start to listening", "an empty Qt window on the screen", 1.5}, {.turns = 3},
         [&] { return secondsToListen(program, port); }, least);
     compare(
-        {"from the start to the first pixel", "an empty Qt window on the screen", 1.5}, {.turns = 3},
-        [&] { return secondsToShow(program, edge); }, least);
+        {"from the start to the first pixel", "an empty Qt window on the screen", 1.5},
+        {.turns = 3}, [&] { return secondsToShow(program, edge); }, least);
 }
