@@ -1,67 +1,41 @@
 #include "EpollServer.h"
 #include "HookProcess.h"
+#include "Row.h"
 
-#include <algorithm>
-#include <array>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <thread>
-#include <vector>
 
-// What a hook costs the agent: the forwarder's time as a multiple of an empty shell's, with the
-// client and with curl. The runs take turns, so that a busy moment meets all alike.
-
-namespace {
+// What the agents wait for at each hook and each status line, as a multiple of an empty shell.
 
 namespace fs = std::filesystem;
-using morvane::renderedHook;
-
-struct Contender {
-    std::string name;
-    std::vector<std::string> arguments;
-    std::vector<double> times;
-};
-
-double median(std::vector<double> times) {
-    std::sort(times.begin(), times.end());
-    return times[times.size() / 2];
-}
-
-} // namespace
+using namespace morvane;
 
 int main() {
-    constexpr int warmUps = 30;
-    constexpr int runs = 300;
-
     const std::string token(72, 'A');
     std::string pattern = (fs::temp_directory_path() / "forwarder-bench-XXXXXX").string();
     const fs::path folder = mkdtemp(pattern.data());
-    morvane::EpollServer server;
+    EpollServer server;
     std::thread thread([&server] { server.run(); });
 
     // The client first: a script trusts none that is newer.
     fs::create_directories(folder / "client");
     fs::copy_file(FORWARDER, folder / "client" / CLIENT_NAME);
-    const fs::path withClient = renderedHook(folder / "client", server.port(), token);
-    const fs::path withCurl = renderedHook(folder / "curl", server.port(), token);
-    std::array<Contender, 3> contenders{
-        Contender{"an empty shell", {"/bin/sh", "-c", ":"}, {}},
-        Contender{"hook.sh", {withClient, "claude", "PreToolUse"}, {}},
-        Contender{"hook.sh with curl", {withCurl, "claude", "PreToolUse"}, {}}};
-    for (int i = -warmUps; i < runs; ++i) {
-        for (Contender &contender : contenders) {
-            const double time = morvane::timeOfProcess(contender.arguments);
-            if (i >= 0)
-                contender.times.push_back(time);
-        }
-    }
+    const auto timeOf = [&](const char *place, Script script) {
+        const auto file = rendered(script, folder / place, server.port(), token);
+        return [file, input = usualInput(script)] {
+            return timeOfProcess({file, "claude", "PreToolUse"}, input);
+        };
+    };
+    const auto shell = [] { return timeOfProcess({"/bin/sh", "-c", ":"}, {}); };
+    compare({"`hook.sh`", "`sh -c :`", 1.5}, {.turns = 40}, timeOf("client", Script::hook), shell);
+    compare({"`statusline.sh`", "`sh -c :`", 5}, {.turns = 40},
+            timeOf("client", Script::statusLine), shell);
+    compare({"`hook.sh` by way of curl", "`sh -c :`"}, {.turns = 6}, timeOf("curl", Script::hook),
+            shell);
 
     server.stop();
     thread.join();
     fs::remove_all(folder);
-    for (size_t i = 1; i < contenders.size(); ++i)
-        std::printf("%s / %s: %.2f\n", contenders[i].name.c_str(), contenders[0].name.c_str(),
-                    median(contenders[i].times) / median(contenders[0].times));
 }

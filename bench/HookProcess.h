@@ -6,13 +6,19 @@
 
 namespace morvane {
 
-/// Writes hook.sh into the folder, for a server on this port. It uses the client where one lies
-/// beside it, and curl otherwise.
-std::filesystem::path renderedHook(const std::filesystem::path &folder, int port,
-                                   const std::string &token);
+/// What agents run of ours.
+enum class Script { hook, statusLine };
 
-/// Microseconds from the start of the process to its end, with a usual payload on its input. A
-/// process that fails ends the measurement.
-double timeOfProcess(const std::vector<std::string> &arguments);
+/// Writes the script into the folder, for a server on this port. It uses the client where one lies
+/// beside it, and curl otherwise.
+std::filesystem::path rendered(Script script, const std::filesystem::path &folder, int port,
+                               const std::string &token);
+
+/// What an agent usually gives to it.
+std::string usualInput(Script script);
+
+/// Seconds from the start of the process to its end. What it prints is lost; a process that fails
+/// ends the measurement.
+double timeOfProcess(const std::vector<std::string> &arguments, const std::string &input);
 
 } // namespace morvane

@@ -2,30 +2,19 @@
 // and all of it up to the first frame with more sessions than anybody has.
 
 #include "Pictures/Stage.h"
+#include "Row.h"
 
 #include <QApplication>
 
 #include <algorithm>
-#include <chrono>
-#include <cstdio>
+#include <string>
 
 using namespace morvane;
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-using Milliseconds = std::chrono::duration<double, std::milli>;
-
 constexpr Seconds frame(1.0 / 60);
 constexpr int framesOfAnOpening = 30;
-constexpr int runs = 7;
-
-template <typename Action>
-Milliseconds timeOf(const Action &action) {
-    const auto start = Clock::now();
-    action();
-    return Clock::now() - start;
-}
 
 void fill(Stage &stage, int sessions) {
     for (int index = 0; index < sessions; ++index) {
@@ -38,44 +27,39 @@ void fill(Stage &stage, int sessions) {
     }
 }
 
-struct Opening {
-    Milliseconds first{}; ///< until the first frame is painted
-    Milliseconds slowestFrame{};
-};
-
-Opening open(int sessions) {
-    Stage stage;
-    fill(stage, sessions);
-    Opening result;
-    result.first = timeOf([&] {
+/// Seconds until the first frame of an opening panel is painted.
+double firstFrame(Stage &stage) {
+    return secondsOf([&] {
         stage.presentPanel();
         stage.pass(frame);
     });
-    result.slowestFrame = result.first;
-    for (int count = 1; count < framesOfAnOpening; ++count) {
-        result.slowestFrame = std::max(result.slowestFrame, timeOf([&] { stage.pass(frame); }));
-    }
-    return result;
 }
 
-/// What else the machine does only ever adds time.
-Opening best(int sessions) {
-    Opening result = open(sessions);
-    for (int run = 1; run < runs; ++run) {
-        const Opening next = open(sessions);
-        result.first = std::min(result.first, next.first);
-        result.slowestFrame = std::min(result.slowestFrame, next.slowestFrame);
+/// Seconds that the slowest frame of an opening takes.
+double slowestFrame() {
+    Stage stage;
+    fill(stage, 30);
+    double slowest = firstFrame(stage);
+    for (int count = 1; count < framesOfAnOpening; ++count) {
+        slowest = std::max(slowest, secondsOf([&] { stage.pass(frame); }));
     }
-    return result;
+    return slowest;
 }
 
 } // namespace
 
 int main(int argc, char **argv) {
     QApplication application(argc, argv);
-    std::printf("the slowest frame of an opening with 30 rows: %.2f of 16 ms\n",
-                best(30).slowestFrame.count() / 16);
-    std::printf("the first frame of an opening with 500 sessions: %.2f of 100 ms\n",
-                best(500).first.count() / 100);
-    return 0;
+    const std::string scale = " at " + std::to_string(int(application.devicePixelRatio())) + "x";
+    compare({("the slowest frame of an opening panel with 30 rows" + scale).c_str(), "4 ms", 1}, {},
+            slowestFrame, [] { return 0.004; });
+    compare(
+        {("the first frame of an opening panel with 500 sessions" + scale).c_str(), "100 ms", 1},
+        {},
+        [] {
+            Stage stage;
+            fill(stage, 500);
+            return firstFrame(stage);
+        },
+        [] { return 0.1; });
 }

@@ -1,23 +1,20 @@
 #include "Core/Intake/EventServer.h"
 #include "EpollServer.h"
+#include "Row.h"
 #include "Support/HttpClient.h"
 
-#include <algorithm>
-#include <array>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <thread>
 #include <vector>
 
 // What a request costs: the event server, which checks the token, decodes the event and hands it
-// on, as a multiple of a bare epoll loop that does none of this. One connection a request, with a
-// payload of 2 KB; the two take turns, so that a busy moment meets both.
+// on, as a multiple of servers that do none of this. One connection a request, with a payload of
+// 2 KB.
 
 namespace {
 
 using namespace morvane;
-using Clock = std::chrono::steady_clock;
 
 /// Takes what the server hands to the main thread, as quickly as a main thread could.
 class NoMainLoop : public Scheduler {
@@ -42,54 +39,41 @@ std::string request() {
                     body);
 }
 
-void exchange(std::uint16_t port, const std::string &text) {
+void ask(std::uint16_t port, const std::string &text) {
     if (httpExchange(port, text).find("200 OK") == std::string::npos) {
         std::abort();
     }
 }
 
-double timeOf(std::uint16_t port, const std::string &text) {
-    const auto start = Clock::now();
-    exchange(port, text);
-    return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
 /// How long four clients take for their requests together.
 double timeOfMany(std::uint16_t port, const std::string &text) {
-    const auto start = Clock::now();
-    std::vector<std::thread> clients;
-    for (int client = 0; client < 4; ++client) {
-        clients.emplace_back([&] {
-            for (int count = 0; count < 500; ++count) {
-                exchange(port, text);
-            }
-        });
-    }
-    for (std::thread &client : clients) {
-        client.join();
-    }
-    return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
-double median(std::vector<double> values) {
-    std::ranges::sort(values);
-    return values[values.size() / 2];
-}
-
-/// The median of one measurement's times at the first port over that at the second.
-template <typename Measure>
-double ratio(int rounds, std::array<std::uint16_t, 2> ports, Measure measure) {
-    std::array<std::vector<double>, 2> times;
-    for (int round = -rounds / 10; round < rounds; ++round) {
-        for (std::size_t side = 0; side < ports.size(); ++side) {
-            const double time = measure(ports[side]);
-            if (round >= 0) {
-                times[side].push_back(time);
-            }
+    return secondsOf([&] {
+        std::vector<std::thread> clients;
+        for (int client = 0; client < 4; ++client) {
+            clients.emplace_back([&] {
+                for (int count = 0; count < 500; ++count) {
+                    ask(port, text);
+                }
+            });
         }
-    }
-    return median(times[0]) / median(times[1]);
+        for (std::thread &client : clients) {
+            client.join();
+        }
+    });
 }
+
+/// A server as a few lines of script would be one. It prints its port, and ends when it is asked
+/// for "/quit", or in any case soon.
+constexpr const char *nodeServer = R"(exec timeout 120 node -e '
+    const server = require("http").createServer((request, response) => {
+        request.resume().on("end", () => {
+            response.setHeader("Connection", "close");
+            response.end("200 OK");
+            if (request.url === "/quit") server.close();
+        });
+    });
+    server.listen(0, "127.0.0.1", () => console.log(server.address().port));
+' 2>/dev/null)";
 
 } // namespace
 
@@ -101,13 +85,23 @@ int main() {
     }
     EpollServer bare;
     std::thread bareThread([&bare] { bare.run(); });
-    const std::array ports{server.boundPort(), bare.port()};
     const std::string text = request();
-    const double time = ratio(4000, ports, [&](std::uint16_t port) { return timeOf(port, text); });
-    const double together =
-        ratio(15, ports, [&](std::uint16_t port) { return timeOfMany(port, text); });
-    std::printf("a request / a bare epoll server's, median time: %.2f\n", time);
-    std::printf("requests per second / a bare epoll server's: %.2f\n", 1 / together);
+    const auto ours = [&] { return secondsOf([&] { ask(server.boundPort(), text); }); };
+    compare({"a request", "a bare epoll server", 1.1}, {.turns = 300}, ours,
+            [&] { return secondsOf([&] { ask(bare.port(), text); }); });
+    compare(
+        {"2,000 requests of four clients at once", "a bare epoll server", 1.2}, {},
+        [&] { return timeOfMany(server.boundPort(), text); },
+        [&] { return timeOfMany(bare.port(), text); });
     bare.stop();
     bareThread.join();
+
+    std::FILE *node = popen(nodeServer, "r");
+    std::uint16_t port = 0;
+    if (std::fscanf(node, "%hu", &port) == 1) {
+        compare({"a request", "node's http server", 1}, {.turns = 100}, ours,
+                [&] { return secondsOf([&] { ask(port, text); }); });
+        ask(port, httpPost("/quit", {{"Host", "127.0.0.1"}}, {}));
+    }
+    pclose(node);
 }

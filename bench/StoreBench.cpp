@@ -1,16 +1,14 @@
 #include "Core/Sessions/SessionStore.h"
 #include "Core/Settings/Defaults.h"
 #include "Core/Settings/MorvaneSettings.h"
+#include "Row.h"
 #include "Support/ManualScheduler.h"
 
 #include <QHash>
 #include <QTemporaryDir>
-#include <benchmark/benchmark.h>
 
-#include <algorithm>
-#include <cstdio>
-#include <map>
 #include <string>
+#include <tuple>
 #include <vector>
 
 // What one event costs the main thread with many sessions in the store: by itself, and with all
@@ -65,89 +63,85 @@ struct FullStore {
         settings, {nothing, nothing, [](const auto &...) { return std::nullopt; }}, scheduler};
 };
 
-void applyToHundredSessions(benchmark::State &state) {
-    FullStore full(100);
-    const std::vector<HookEvent> events = toolUses(100);
-    std::size_t next = 0;
-    for (auto _ : state) {
-        full.store.apply(events[next++ % events.size()]);
-    }
-}
-BENCHMARK(applyToHundredSessions);
-
 /// One pass of three screens' views, each of which asks for itself.
 void askForAllLists(SessionStore &store) {
     for (int screen = 0; screen < 3; ++screen) {
-        benchmark::DoNotOptimize(store.aggregatedState());
-        benchmark::DoNotOptimize(store.aggregatedStateSince());
-        benchmark::DoNotOptimize(store.sortedSessions());
-        benchmark::DoNotOptimize(store.activeSessions());
-        benchmark::DoNotOptimize(store.reportableSessions());
-        benchmark::DoNotOptimize(store.openSessions());
-        benchmark::DoNotOptimize(store.jumpableCompleted());
-        benchmark::DoNotOptimize(store.recentlyCompleted());
-        benchmark::DoNotOptimize(store.archivedCompleted());
-        benchmark::DoNotOptimize(store.hasPendingDecision());
-        benchmark::DoNotOptimize(store.hasExternalPrompt());
-        benchmark::DoNotOptimize(store.hasUnacknowledgedNeedsInput());
-        benchmark::DoNotOptimize(store.hasReportableSessions());
-        benchmark::DoNotOptimize(store.hasWorkingUsageMilestoneSession());
-        benchmark::DoNotOptimize(store.showsAgentBadges());
+        std::ignore = store.aggregatedState();
+        std::ignore = store.aggregatedStateSince();
+        std::ignore = store.sortedSessions();
+        std::ignore = store.activeSessions();
+        std::ignore = store.reportableSessions();
+        std::ignore = store.openSessions();
+        std::ignore = store.jumpableCompleted();
+        std::ignore = store.recentlyCompleted();
+        std::ignore = store.archivedCompleted();
+        std::ignore = store.hasPendingDecision();
+        std::ignore = store.hasExternalPrompt();
+        std::ignore = store.hasUnacknowledgedNeedsInput();
+        std::ignore = store.hasReportableSessions();
+        std::ignore = store.hasWorkingUsageMilestoneSession();
+        std::ignore = store.showsAgentBadges();
     }
 }
 
-void applyToFiveHundredAndList(benchmark::State &state) {
-    FullStore full(500);
-    const std::vector<HookEvent> events = toolUses(500, 3); // of those that work already
-    std::size_t next = 0;
-    for (auto _ : state) {
-        full.store.apply(events[next++ % events.size()]);
-        askForAllLists(full.store);
-    }
+/// Seconds that one of many takes.
+double secondsOfEach(auto action) {
+    constexpr int count = 3000;
+    return secondsOf([&] {
+               for (int index = 0; index < count; ++index) {
+                   action();
+               }
+           }) /
+           count;
 }
-BENCHMARK(applyToFiveHundredAndList);
 
-/// The measure: the least that a store of values can do with an event.
-void copyAndPutBack(benchmark::State &state) {
-    QHash<QString, Session> sessions;
-    const std::vector<HookEvent> events = toolUses(100);
-    for (const HookEvent &event : events) {
-        sessions[event.sessionID].id = event.sessionID;
-    }
-    std::size_t next = 0;
-    for (auto _ : state) {
-        Session session = sessions.value(events[next++ % events.size()].sessionID);
-        session.acknowledged = !session.acknowledged;
-        sessions.insert(session.id, session);
-    }
-}
-BENCHMARK(copyAndPutBack);
-
-/// Keeps each benchmark's time instead of printing it.
-class Times : public benchmark::BenchmarkReporter {
+/// The least that a store of values can do with an event.
+class LeastStore {
 public:
-    bool ReportContext(const Context &) override { return true; }
-    void ReportRuns(const std::vector<Run> &runs) override {
-        for (const Run &run : runs) {
-            nanoseconds[run.benchmark_name()] = run.GetAdjustedCPUTime();
+    explicit LeastStore(int sessions) : m_events(toolUses(sessions)) {
+        for (const HookEvent &event : m_events) {
+            m_sessions[event.sessionID].id = event.sessionID;
         }
     }
 
-    std::map<std::string, double> nanoseconds;
+    void apply() {
+        Session session = m_sessions.value(m_events[m_next++ % m_events.size()].sessionID);
+        session.acknowledged = !session.acknowledged;
+        m_sessions.insert(session.id, session);
+    }
+
+private:
+    std::vector<HookEvent> m_events;
+    QHash<QString, Session> m_sessions;
+    std::size_t m_next = 0;
 };
+
+void measure(int sessions) {
+    FullStore full(sessions);
+    LeastStore least(sessions);
+    const std::vector<HookEvent> events = toolUses(sessions, 3); // of those that work already
+    std::size_t next = 0;
+    const auto apply = [&] { full.store.apply(events[next++ % events.size()]); };
+    const auto timeOfEvent = [&] { return secondsOfEach(apply); };
+    const auto eventAndLists = [&] {
+        apply();
+        askForAllLists(full.store);
+    };
+    const std::string with =
+        " with " + std::to_string(sessions) + (sessions == 1 ? " session" : " sessions");
+    const std::string event = "an event" + with;
+    compare({event.c_str(), "a session copied and put back into a hash"}, {}, timeOfEvent,
+            [&] { return secondsOfEach([&] { least.apply(); }); });
+    compare({event.c_str(), "1 µs", 1}, {}, timeOfEvent, [] { return 1e-6; });
+    compare(
+        {(event + " and the lists of three screens").c_str(), "1 ms", 1}, {.rounds = 7},
+        [&] { return secondsOfEach(eventAndLists); }, [] { return 1e-3; });
+}
 
 } // namespace
 
-int main(int argc, char **argv) {
-    constexpr double limit = 20'000;
-    constexpr double listsLimit = 1'000'000;
-    benchmark::Initialize(&argc, argv);
-    Times times;
-    benchmark::RunSpecifiedBenchmarks(&times);
-    const double apply = times.nanoseconds["applyToHundredSessions"];
-    std::printf("an event on 100 sessions / a copy put back: %.2f\n",
-                apply / times.nanoseconds["copyAndPutBack"]);
-    std::printf("an event on 100 sessions / its limit of 20 us: %.3f\n", apply / limit);
-    std::printf("an event on 500 sessions and all lists of it / its limit of 1 ms: %.3f\n",
-                times.nanoseconds["applyToFiveHundredAndList"] / listsLimit);
+int main() {
+    measure(1);
+    measure(100);
+    measure(500);
 }

@@ -1,12 +1,14 @@
 #include "Core/Intake/EventServer.h"
 #include "HookProcess.h"
+#include "Memory.h"
+#include "Row.h"
 
 #include <algorithm>
 #include <arpa/inet.h>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
+#include <functional>
 #include <poll.h>
 #include <string>
 #include <sys/socket.h>
@@ -15,9 +17,9 @@
 #include <unistd.h>
 #include <vector>
 
-// What strangers without the token may cost: the memory that their requests take while they are
-// held open and leave behind afterwards, and how long real hooks take meanwhile, as a multiple of
-// what they take in the calm between. The strangers are a process of their own.
+// What strangers without the token may cost: how long real hooks take meanwhile, as a multiple of
+// what they take in the calm before, and the memory that such requests take while they are held
+// open. The strangers are a process of their own.
 
 namespace {
 
@@ -118,26 +120,6 @@ std::vector<int> run(const Attack &attack, std::uint16_t port) {
     std::_Exit(0);
 }
 
-/// Kilobytes, by the name that the kernel gives the figure.
-double memory(const std::string &name) {
-    std::ifstream status("/proc/self/status");
-    for (std::string line; std::getline(status, line);) {
-        if (line.starts_with(name + ":")) {
-            return std::atof(line.c_str() + name.size() + 1);
-        }
-    }
-    return 0;
-}
-
-void forgetPeak() {
-    std::ofstream("/proc/self/clear_refs") << '5';
-}
-
-double p95(std::vector<double> times) {
-    std::ranges::sort(times);
-    return times[times.size() * 95 / 100];
-}
-
 /// Takes what the server hands to the main thread, as quickly as a main thread could.
 class NoMainLoop : public Scheduler {
 public:
@@ -173,36 +155,45 @@ private:
     int m_reports[2];
 };
 
-struct Figures {
-    double peak = 0;
-    double left = 0;
-    std::vector<double> calm;
-    std::vector<double> attacked;
-};
+class Measurement {
+public:
+    Measurement(Strangers &strangers, std::function<double()> timeOfHook)
+        : m_strangers(strangers), m_timeOfHook(std::move(timeOfHook)) {}
 
-Figures measure(Strangers &strangers, char attack, const std::vector<std::string> &hook) {
-    Figures result;
-    const double before = memory("VmRSS");
-    for (int round = 0; round < rounds; ++round) {
-        for (int count = 0; count < hooksPerRound; ++count) {
-            result.calm.push_back(timeOfProcess(hook));
+    /// The 95th percentile of hooks under attack over that of hooks in the calm before, a round
+    /// each.
+    std::vector<double> delays(char attack) {
+        const double before = memory("VmRSS");
+        std::vector<double> result;
+        for (int round = 0; round < rounds; ++round) {
+            const double calm = p95();
+            forgetPeak();
+            m_strangers.order(attack);
+            result.push_back(p95() / calm);
+            m_strangers.awaitReport();
+            m_timeOfHook();
+            m_peaks.push_back((memory("VmHWM") - before) / 32'768);
+            m_strangers.order('e');
+            m_strangers.awaitReport();
+            m_timeOfHook();
         }
-        forgetPeak();
-        strangers.order(attack);
-        for (int count = 0; count < hooksPerRound; ++count) {
-            result.attacked.push_back(timeOfProcess(hook));
-        }
-        strangers.awaitReport();
-        timeOfProcess(hook);
-        result.peak = std::max(result.peak, memory("VmHWM") - before);
-        strangers.order('e');
-        strangers.awaitReport();
-        timeOfProcess(hook);
+        return result;
     }
-    usleep(200'000);
-    result.left = memory("VmRSS") - before;
-    return result;
-}
+
+    /// What each of all the attacks took at most, as a part of 32 MB.
+    const std::vector<double> &peaks() const { return m_peaks; }
+
+private:
+    double p95() const {
+        std::vector<double> times(hooksPerRound);
+        std::ranges::generate(times, m_timeOfHook);
+        return quantile(times, 0.95);
+    }
+
+    Strangers &m_strangers;
+    std::function<double()> m_timeOfHook;
+    std::vector<double> m_peaks;
+};
 
 } // namespace
 
@@ -220,18 +211,17 @@ int main() {
     const fs::path folder = mkdtemp(pattern.data());
     // The client first: a script trusts none that is newer.
     fs::copy_file(FORWARDER, folder / CLIENT_NAME);
-    const fs::path script = renderedHook(folder, server.boundPort(), token);
-    const std::vector<std::string> hook{script, "claude", "PreToolUse"};
-    for (int count = 0; count < hooksPerRound; ++count) {
-        timeOfProcess(hook);
-    }
+    const fs::path script = rendered(Script::hook, folder, server.boundPort(), token);
+    Measurement measurement(strangers, [&, input = usualInput(Script::hook)] {
+        return timeOfProcess({script, "claude", "PreToolUse"}, input);
+    });
     const std::vector<Attack> all = attacks();
     for (std::size_t attack = 0; attack < all.size(); ++attack) {
-        const Figures figures = measure(strangers, static_cast<char>(attack), hook);
-        std::printf("%s: %.1f MB more at the peak, %.1f MB left; hooks' 95th percentile / their "
-                    "calm one: %.2f\n",
-                    all[attack].name, figures.peak / 1024, figures.left / 1024,
-                    p95(figures.attacked) / p95(figures.calm));
+        const std::string what =
+            std::string("95th percentile of `hook.sh` during ") + all[attack].name;
+        print({what.c_str(), "the same in the calm before"},
+              measurement.delays(static_cast<char>(attack)));
     }
+    print({"memory that these attacks take at their peak", "32 MB", 1}, measurement.peaks());
     fs::remove_all(folder);
 }

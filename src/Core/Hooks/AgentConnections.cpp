@@ -69,24 +69,24 @@ std::vector<const AgentAdapter *> AgentConnections::connectedAgents() const {
 
 void AgentConnections::refreshStatus() {
     m_installedAgents.clear();
-    for (const AgentAdapter *adapter : connectedAgents()) {
-        m_installedAgents.insert(adapter->kind());
+    m_statusLineBlockedAgents.clear();
+    m_health.clear();
+    for (const AgentAdapter *adapter : AgentRegistry::all()) {
+        const AgentKind kind = adapter->kind();
+        const Health health = makeInstaller(kind).health();
+        if (health.hooksPresent) {
+            m_installedAgents.insert(kind);
+        }
+        if (health.statusLine == StatusLineHealth::ownedByOther) {
+            m_statusLineBlockedAgents.push_back(kind);
+        }
+        m_health.insert(kind, health);
     }
     const auto muted = mutableAgents();
     m_notificationsSuppressed =
         !muted.empty() && std::ranges::all_of(muted, [this](const AgentAdapter *adapter) {
             return makeInstaller(adapter->kind()).notificationsSuppressed();
         });
-    m_statusLineBlockedAgents.clear();
-    m_health.clear();
-    for (const AgentAdapter *adapter : AgentRegistry::all()) {
-        const AgentKind kind = adapter->kind();
-        const Health health = makeInstaller(kind).health();
-        if (health.statusLine == StatusLineHealth::ownedByOther) {
-            m_statusLineBlockedAgents.push_back(kind);
-        }
-        m_health.insert(kind, health);
-    }
     emit statusChanged();
 }
 

@@ -23,10 +23,12 @@ constexpr std::size_t maxStrangerRead = 4096;
 constexpr std::size_t maxUnfinishedSize = 1'000'000;
 
 /// Every connection of a thread reads through the same room, one after the other, so that none
-/// has to hold a buffer of the largest size.
+/// has to hold a buffer of the largest size. It is made by the first: of what is merely local to
+/// threads, each thread of the program would have its own from its start.
 std::array<char, maxReadSize> &readRoom() {
-    static thread_local std::array<char, maxReadSize> room;
-    return room;
+    using Room = std::array<char, maxReadSize>;
+    static thread_local const auto room = std::make_unique_for_overwrite<Room>();
+    return *room;
 }
 
 bool wouldBlock(int error) {

@@ -10,7 +10,6 @@
 #include "Presentation/Style/TextLabel.h"
 #include "Presentation/Style/Typography.h"
 
-#include <QFontMetrics>
 #include <QHBoxLayout>
 
 #include <algorithm>
@@ -36,8 +35,6 @@ CompactInfoView::CompactInfoView(const PanelContext &context, const PixelAnimato
     auto *line = new QHBoxLayout(this);
     line->setContentsMargins(0, 0, 0, 0);
     line->setSpacing(6);
-    // So that the capsule keeps its width while the seconds run.
-    m_time->setMinimumWidth(QFontMetrics(m_time->font()).horizontalAdvance(tr("<1m")) + 2);
     connect(&m_mascot, &PixelAnimator::stepped, this, &CompactInfoView::showTime);
     line->addStretch();
     line->addWidget(m_time);
@@ -57,6 +54,11 @@ void CompactInfoView::refresh() {
                                                                         : std::nullopt);
     m_time->setVisible(m_milestone->isHidden());
     m_count->setVisible(m_milestone->isHidden() && count > 1);
+    if (m_since) {
+        // So that the capsule keeps its width while the seconds run. Not before there is a time:
+        // the first question about a font is what loads all fonts, and costs more than a window.
+        m_time->setMinimumWidth(m_time->fontMetrics().horizontalAdvance(tr("<1m")) + 2);
+    }
     setVisible(m_since.has_value());
     showTime();
     scheduleMinute();

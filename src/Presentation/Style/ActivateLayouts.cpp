@@ -5,10 +5,20 @@
 
 namespace morvane {
 
+namespace {
+
+/// A widget that has only not been shown yet takes room as well.
+bool takesRoom(const QWidget &widget) {
+    return !widget.isHidden() || !widget.testAttribute(Qt::WA_WState_ExplicitShowHide);
+}
+
+} // namespace
+
 void activateLayouts(QWidget &widget) {
     for (QObject *child : widget.children()) {
-        if (child->isWidgetType()) {
-            activateLayouts(*static_cast<QWidget *>(child));
+        auto *inner = qobject_cast<QWidget *>(child);
+        if (inner != nullptr && takesRoom(*inner)) {
+            activateLayouts(*inner);
         }
     }
     if (widget.layout() != nullptr) {
