@@ -11,8 +11,9 @@ namespace morvane {
 std::filesystem::path renderedHook(const std::filesystem::path &folder, int port,
                                    const std::string &token);
 
-/// Microseconds from the start of the process to its end, with a usual payload on its input. A
-/// process that fails ends the measurement.
+/// Microseconds from the start of the process to its end, with the payload on its input, or a usual
+/// one. A process that fails ends the measurement.
+double timeOfProcess(const std::vector<std::string> &arguments, const std::string &payload);
 double timeOfProcess(const std::vector<std::string> &arguments);
 
 } // namespace morvane

@@ -24,7 +24,7 @@ from clang.cindex import CursorKind as Kind, Index, TranslationUnit
 ROOMS = ("Core/Sessions", "Core/Adapters", "Core/Hooks", "Core/Intake",
          "Presentation/Notch", "Presentation/Overlay")
 PROGRAMS = ("Core/core_tests", "Core/server_tests", "Presentation/presentation_tests",
-            "App/app_tests", "EndToEnd/install_fault_tests", "EndToEnd/headless_tests")
+            "App/app_tests", "EndToEnd/writer_fault_tests", "EndToEnd/headless_tests")
 
 SWAPPED = {"==": "!=", "!=": "==", "<": "<=", "<=": "<", ">": ">=", ">=": ">",
            "&&": "||", "||": "&&", "+": "-", "-": "+", "*": "/", "/": "*"}
@@ -134,15 +134,15 @@ class Reader:
             if sign in LOGICAL or kind == Kind.BINARY_OPERATOR or in_chrono:
                 other = SWAPPED[sign]
                 self.add(cursor, f"{sign} becomes {other}",
-                         f"(NEW ? ({ours} {other} {theirs}) : ({whole}))")
+                         f"(NEW ? (({ours}) {other} ({theirs})) : ({whole}))")
         elif kind == Kind.UNARY_OPERATOR and whole.startswith("!"):
             self.add(cursor, "! is dropped",
-                     f"(NEW == !static_cast<bool>({whole[1:]}))")
+                     f"(NEW != !static_cast<bool>({whole[1:]}))")
         elif kind == Kind.INTEGER_LITERAL and whole.isdigit():
-            self.add(cursor, f"{whole} becomes {int(whole) + 1}",
+            self.add(cursor, f"becomes {int(whole) + 1}",
                      f"(NEW ? {int(whole) + 1} : {whole})")
         elif kind == Kind.CXX_BOOL_LITERAL_EXPR:
-            self.add(cursor, f"{whole} is turned", f"(NEW != {whole})")
+            self.add(cursor, "is turned", f"(NEW != {whole})")
         elif kind == Kind.CALL_EXPR and whole.startswith(("std::min(", "std::max(")):
             other = {"i": "std::max", "a": "std::min"}[whole[6]]
             self.add(cursor, f"{whole[:8]} becomes {other}",
@@ -266,8 +266,9 @@ def write(tree, commands, count, seed):
             for place, number in here:
                 line = reader.text.count(b"\n", 0, place.start)
                 name = f"{path.relative_to(tree)}:{line + 1}"
-                code = reader.of(place.start, place.end)
-                listed.append((number, f"{name}: `{' '.join(code.split())}` {place.what}"))
+                code = " ".join(reader.of(place.start, place.end).split())
+                around = reader.text.splitlines()[line].decode().strip()
+                listed.append((number, f"{name}: `{code}` {place.what}, in: {around}"))
             path.write_bytes(rewritten(reader.text, here))
     (tree / "mutants").mkdir(exist_ok=True)
     (tree / "mutants/places.json").write_text(json.dumps(sorted(listed), indent=1))
