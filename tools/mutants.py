@@ -1,7 +1,7 @@
 """Puts small faults into the code, each behind a switch, and sees which of them the tests catch.
 
 Usage: mutants.py write TREE COMPILE_COMMANDS COUNT SEED   into the sources of TREE
-       mutants.py run TREE BUILD                           once these are built
+       mutants.py run TREE BUILD [NUMBER...]               once these are built; all, or some
 
 What is a place for a fault the compiler's own reading of the code tells, so that `a < b` in a
 comment is none. All faults of a run are in one build; `mutant(n)` is true in the process whose
@@ -304,7 +304,7 @@ def passes(program, tests, seconds):
         child.wait()
 
 
-def run(tree, build):
+def run(tree, build, numbers):
     os.environ["QT_QPA_PLATFORM"] = "offscreen"
     chosen, reached = tree / "mutants/chosen", tree / "mutants/reached"
     places = json.loads((tree / "mutants/places.json").read_text())
@@ -323,6 +323,8 @@ def run(tree, build):
             for number in set(reached.read_text().split()):
                 visits[int(number)][path].append(test)
 
+    if numbers:
+        places = [place for place in places if place[0] in numbers]
     survivors = []
     for number, what in places:
         chosen.write_text(str(number))
@@ -342,4 +344,4 @@ if __name__ == "__main__":
         write(pathlib.Path(sys.argv[2]), pathlib.Path(sys.argv[3]),
               int(sys.argv[4]), int(sys.argv[5]))
     else:
-        run(pathlib.Path(sys.argv[2]), pathlib.Path(sys.argv[3]))
+        run(pathlib.Path(sys.argv[2]), pathlib.Path(sys.argv[3]), [int(n) for n in sys.argv[4:]])

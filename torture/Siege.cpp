@@ -1,7 +1,6 @@
 #include "HookProcess.h"
 
 #include <QFile>
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -11,9 +10,11 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <netinet/in.h>
+#include <numeric>
 #include <poll.h>
 #include <string>
 #include <sys/socket.h>
@@ -21,6 +22,7 @@
 #include <thread>
 #include <tuple>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 // siege PID: besieges the running program of this process and of the home folder in the
@@ -348,10 +350,13 @@ int liveADay(const Program &program) {
 } // namespace
 
 int main(int argc, char **argv) {
-    if (argc != 2) {
+    const char *home = std::getenv("HOME");
+    if (argc != 4 || home == nullptr) {
         return 2;
     }
-    const Program program = besieged(std::atoi(argv[1]));
+    const Program program{std::atoi(argv[1]), static_cast<std::uint16_t>(std::atoi(argv[2])),
+                          argv[3], std::string(home) + "/.config/morvane/io.morvane.morvane.json",
+                          std::string(home) + "/.morvane/hook.sh"};
     int round = 0;
     Figures warming;
     while (round < calmRounds / 4) {

@@ -55,11 +55,16 @@ protected:
         "?renameat", "?renameat2", "?link",   "?linkat",   "?unlink",    "?unlinkat",  "?mkdir",
         "?mkdirat",  "?chmod",     "?fchmod", "?fchmodat", "?chown",     "?fchown"};
 
+    static constexpr QFile::Permissions mode = QFile::ReadOwner | QFile::WriteOwner |
+                                               QFile::ReadUser | QFile::WriteUser |
+                                               QFile::ReadGroup;
+
     std::unique_ptr<TemporaryHome> newHome() const {
         auto home = std::make_unique<TemporaryHome>();
         home->write(defaults, ownSettings);
         if (GetParam().original != nullptr) {
             home->write(target(), GetParam().original);
+            QFile::setPermissions(home->path(target()), mode);
         }
         if (GetParam().disconnects()) {
             ChildProcess({WRITE_ONCE, "connect", GetParam().agent}, environmentOf(*home)).wait();
@@ -91,20 +96,23 @@ protected:
 
     static QStringList writer() { return {WRITE_ONCE, GetParam().writer, GetParam().agent}; }
 
-    /// Starts the writer with `fault` at these calls.
+    /// Starts the writer with `fault` at these calls, or at those of them that are for one file.
     static std::unique_ptr<ChildProcess> start(const TemporaryHome &home, const QString &which,
-                                               const QString &fault, const QString &when) {
+                                               const QString &fault, const QString &when,
+                                               const QString &file = {}) {
         const QString inject = QStringLiteral("inject=%1:%2:when=%3").arg(which, fault, when);
         const QStringList command{"strace",         "-f", "-o",  home.path("log"), "-e",
                                   "trace=" + which, "-e", inject};
-        return std::make_unique<ChildProcess>(command + writer(), environmentOf(home));
+        const QStringList only =
+            file.isEmpty() ? QStringList() : QStringList{"-P", home.path(file)};
+        return std::make_unique<ChildProcess>(command + only + writer(), environmentOf(home));
     }
 
     /// Runs the writer with the fault; the exit status, or none when it was ended. Sets `reached`
     /// to whether there was such a call.
     std::optional<int> write(const TemporaryHome &home, const QString &which, const QString &fault,
-                             const QString &when) {
-        const auto status = start(home, which, fault, when)->wait();
+                             const QString &when, const QString &file = {}) {
+        const auto status = start(home, which, fault, when, file)->wait();
         const QByteArray trace = home.read("log");
         reached = trace.contains("(INJECTED)") || trace.contains("killed by");
         return status;
@@ -127,6 +135,7 @@ protected:
         if (!GetParam().isAnothers) {
             return;
         }
+        EXPECT_EQ(QFile::permissions(home.path(target())), mode);
         const QByteArray kept = content(home, backup());
         if (now != before || kept != "older") {
             // What changes nothing but our own lines in a TOML file leaves the backup alone.
@@ -212,6 +221,25 @@ TEST_P(WriterFaultTest, LeavesTheFileWholeOnAFileSystemThatCannot) {
 }
 
 class SharedFileFaultTest : public WriterFaultTest {};
+
+/// What can't be read once it is written makes way for what was there before.
+TEST_P(SharedFileFaultTest, LeavesTheFileWholeWhereItCannotBeRead) {
+    learn();
+    int faults = 0;
+    for (int number = 1; !HasFailure(); ++number) {
+        SCOPED_TRACE(number);
+        const auto home = newHome();
+        const QString error = QStringLiteral("error=EIO");
+        const auto status = write(*home, "?open,?openat", error, QString::number(number), target());
+        if (!reached) {
+            break;
+        }
+        ++faults;
+        expectWhole(*home);
+        EXPECT_EQ(status, content(*home, target()) == before ? 1 : 0);
+    }
+    EXPECT_GE(faults, 3);
+}
 
 /// Whenever the agent writes, be it a moment before the file is replaced.
 TEST_P(SharedFileFaultTest, KeepsWhatIsWrittenWhileItRuns) {

@@ -1,5 +1,8 @@
 #include "Presentation/Notch/BuiltInNotchSurface.h"
 
+#include "Presentation/Panel/CompactInfoView.h"
+#include "Presentation/Panel/CompactStatusView.h"
+#include "Presentation/Panel/ExpandedView.h"
 #include "Presentation/PanelFixture.h"
 
 #include <QImage>
@@ -60,6 +63,27 @@ TEST_F(BuiltInNotchSurfaceTest, IsBlackOnNothing) {
     for (const QPoint beside : {QPoint(130, 5), QPoint(141, 20), QPoint(335, 40)}) {
         EXPECT_EQ(picture().pixelColor(beside).alpha(), 0) << beside.x() << ", " << beside.y();
         EXPECT_FALSE(surface.shape().contains(beside));
+    }
+}
+
+TEST_F(BuiltInNotchSurfaceTest, TellsWhatThereIsBesideTheNotch) {
+    auto &status = *surface.findChild<CompactStatusView *>();
+    auto &info = *surface.findChild<CompactInfoView *>();
+    const auto place = [this](const QWidget &view) {
+        return QRect(view.mapTo(&surface, QPoint()), view.size());
+    };
+    EXPECT_TRUE(surface.findChild<ExpandedView *>()->isHidden());
+    apply(Event::promptSubmit);
+    scheduler.advance(Seconds(59));
+    surface.refresh();
+    for (const char *time : {"59s", "1m"}) {
+        EXPECT_EQ(info.time(), time);
+        EXPECT_LT(place(status).right(), 235);
+        EXPECT_GT(place(info).left(), 434);
+        EXPECT_NEAR(place(status).center().y(), 16, 1);
+        EXPECT_NEAR(place(info).center().y(), 16, 1);
+        EXPECT_EQ(info.width(), info.sizeHint().width());
+        scheduler.advance(Seconds(1));
     }
 }
 
