@@ -43,24 +43,26 @@ HEADER = """#pragma once
 #include <fcntl.h>
 #include <unistd.h>
 
-/// Whether the fault of this number is switched on, by a file, since the tests hand on to the
-/// programs they start only what they want to of their environment.
+/// The number of the fault that is switched on, by a file, since the tests hand on to the programs
+/// they start only what they want to of their environment. Below zero the places are looked for.
+inline const int mutantChosen = [] {
+    std::array<char, 16> text{};
+    const int file = ::open(MUTANTS "/chosen", O_RDONLY | O_CLOEXEC);
+    const bool isRead = file >= 0 && ::read(file, text.data(), text.size() - 1) > 0;
+    ::close(file);
+    return isRead ? std::atoi(text.data()) : 0;
+}();
+/// Opened at the start: a test may leave no descriptor.
+inline const int mutantsReached =
+    mutantChosen < 0 ? ::open(MUTANTS "/reached", O_WRONLY | O_APPEND | O_CLOEXEC) : -1;
+
 inline bool mutant(int number) {
-    static const int chosen = [] {
-        std::array<char, 16> text{};
-        const int file = ::open(MUTANTS "/chosen", O_RDONLY | O_CLOEXEC);
-        const bool isRead = file >= 0 && ::read(file, text.data(), text.size() - 1) > 0;
-        ::close(file);
-        return isRead ? std::atoi(text.data()) : 0;
-    }();
     static std::array<std::atomic<bool>, COUNT + 1> isTold;
-    if (chosen < 0 && !isTold.at(static_cast<std::size_t>(number)).exchange(true)) {
-        const int file = ::open(MUTANTS "/reached", O_WRONLY | O_APPEND | O_CLOEXEC);
+    if (mutantsReached >= 0 && !isTold.at(static_cast<std::size_t>(number)).exchange(true)) {
         const std::string line = std::to_string(number) + '\\n';
-        [[maybe_unused]] const auto written = ::write(file, line.data(), line.size());
-        ::close(file);
+        [[maybe_unused]] const auto written = ::write(mutantsReached, line.data(), line.size());
     }
-    return chosen == number;
+    return mutantChosen == number;
 }
 """
 

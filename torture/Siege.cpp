@@ -39,6 +39,8 @@ constexpr std::size_t strangers = 10'000;
 constexpr std::size_t atOnce = 400;
 constexpr int calmRounds = 60;
 constexpr auto patience = std::chrono::seconds(10);
+/// After which the server closes what hasn't become a whole request.
+constexpr auto requestLimit = std::chrono::seconds(35);
 
 // --- The program from outside ---
 
@@ -98,6 +100,20 @@ void print(const char *when, const Holdings &held) {
     std::printf("%s: %.1f MB of its own (peak of all %.1f MB), %ld descriptors, %ld threads\n",
                 when, static_cast<double>(held.memory) / 1024,
                 static_cast<double>(held.peak) / 1024, held.descriptors, held.threads);
+}
+
+/// What it holds once it has had the time that a request may take.
+Holdings settled(const Program &program, const Holdings &before) {
+    const auto start = Clock::now();
+    Holdings result = holdings(program);
+    while (result.descriptors > before.descriptors && Clock::now() < start + requestLimit) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+        result = holdings(program);
+    }
+    std::this_thread::sleep_for(std::chrono::seconds(2)); // last words are looked for so long
+    std::printf("its descriptors were back after %.1f s\n",
+                std::chrono::duration<double>(Clock::now() - start).count() - 2);
+    return holdings(program);
 }
 
 // --- Strangers ---
@@ -241,15 +257,17 @@ pid_t besiege(const Program &program) {
 
 struct Agent {
     const char *name;
-    const char *prompt;
-    const char *end;
+    std::array<const char *, 3> turn; ///< its beginning, its end, and that of the session
 };
 
-constexpr std::array agents{
-    Agent{"claude", "UserPromptSubmit", "Stop"},  Agent{"codex", "UserPromptSubmit", "Stop"},
-    Agent{"gemini", "BeforeAgent", "AfterAgent"}, Agent{"cursor", "beforeSubmitPrompt", "stop"},
-    Agent{"kimi", "UserPromptSubmit", "Stop"},    Agent{"qwen", "BeforeAgent", "AfterAgent"},
-    Agent{"qoder", "UserPromptSubmit", "Stop"},   Agent{"factory", "UserPromptSubmit", "Stop"}};
+constexpr std::array agents{Agent{"claude", {"UserPromptSubmit", "Stop", "SessionEnd"}},
+                            Agent{"codex", {"UserPromptSubmit", "Stop", "SessionEnd"}},
+                            Agent{"gemini", {"BeforeAgent", "AfterAgent", "SessionEnd"}},
+                            Agent{"cursor", {"beforeSubmitPrompt", "stop", "sessionEnd"}},
+                            Agent{"kimi", {"UserPromptSubmit", "Stop", "SessionEnd"}},
+                            Agent{"qwen", {"BeforeAgent", "AfterAgent", "SessionEnd"}},
+                            Agent{"qoder", {"UserPromptSubmit", "Stop", "SessionEnd"}},
+                            Agent{"factory", {"UserPromptSubmit", "Stop", "SessionEnd"}}};
 
 struct Figures {
     std::vector<double> times; ///< of each hook, in milliseconds
@@ -265,13 +283,13 @@ bool areWrittenDown(const Program &program, int round) {
     });
 }
 
-/// Each agent begins a turn and ends it, in a folder of its own.
+/// Each agent begins a turn and ends it, in a session and a folder of its own.
 void oneRound(const Program &program, int round, Figures &figures) {
     for (const Agent &agent : agents) {
         const std::string id = "turn-" + std::to_string(round) + '-' + agent.name;
         const std::string payload = R"({"session_id":")" + id + R"(","conversation_id":")" + id +
                                     R"(","cwd":"/tmp/)" + id + R"(","prompt":"Go"})";
-        for (const char *event : {agent.prompt, agent.end}) {
+        for (const char *event : agent.turn) {
             figures.times.push_back(timeOfProcess({program.hook, agent.name, event}, payload) /
                                     1000);
         }
@@ -292,7 +310,7 @@ double percentile(std::vector<double> times, std::size_t percent) {
 }
 
 void print(const char *when, const Figures &figures) {
-    std::printf("%s: %zu hooks, median %.2f ms, 99th percentile %.2f ms, %d rounds of 16 with a "
+    std::printf("%s: %zu hooks, median %.2f ms, 99th percentile %.2f ms, %d rounds of 24 with a "
                 "hook lost\n",
                 when, figures.times.size(), percentile(figures.times, 50),
                 percentile(figures.times, 99), figures.lost);
@@ -357,6 +375,7 @@ int main(int argc, char **argv) {
     const Program program{std::atoi(argv[1]), static_cast<std::uint16_t>(std::atoi(argv[2])),
                           argv[3], std::string(home) + "/.config/morvane/io.morvane.morvane.json",
                           std::string(home) + "/.morvane/hook.sh"};
+    std::setvbuf(stdout, nullptr, _IOLBF, 0);
     int round = 0;
     Figures warming;
     while (round < calmRounds / 4) {
@@ -380,15 +399,13 @@ int main(int argc, char **argv) {
     std::printf("99th percentile besieged / calm: %.2f, median: %.2f\n",
                 percentile(besiegedBy.times, 99) / percentile(calm.times, 99),
                 percentile(besiegedBy.times, 50) / percentile(calm.times, 50));
-    std::this_thread::sleep_for(std::chrono::seconds(6));
-    const Holdings after = holdings(program);
+    const Holdings after = settled(program, before);
     print("afterwards", after);
 
     const int refused = liveADay(program);
     Figures last;
     oneRound(program, round++, last);
-    std::this_thread::sleep_for(std::chrono::seconds(6));
-    const Holdings end = holdings(program);
+    const Holdings end = settled(program, before);
     print("after the day", end);
 
     const auto isBack = [&](const Holdings &held) {

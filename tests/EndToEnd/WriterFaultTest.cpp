@@ -239,6 +239,7 @@ TEST_P(SharedFileFaultTest, LeavesTheFileWholeWhereItCannotBeRead) {
         EXPECT_EQ(status, content(*home, target()) == before ? 1 : 0);
     }
     EXPECT_GE(faults, 3);
+    RecordProperty("faults", faults);
 }
 
 /// Whenever the agent writes, be it a moment before the file is replaced.

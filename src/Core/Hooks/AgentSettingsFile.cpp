@@ -66,9 +66,18 @@ bool AgentSettingsFile::exists() const {
     return statusOf(m_path).has_value();
 }
 
+/// What is in it then may be ours as well, so there not being anything to change can't be told.
+bool AgentSettingsFile::isUnreadable() const {
+    const std::optional<struct stat> status = statusOf(m_path);
+    return status && S_ISREG(status->st_mode) && !read();
+}
+
 std::optional<Failure> AgentSettingsFile::rewrite(const Edit &edit) const {
     for (int attempt = 0; attempt < mostAttempts; ++attempt) {
         const std::optional<QByteArray> before = read();
+        if (!before && isUnreadable()) {
+            return cannotRead(m_path, reason(EACCES));
+        }
         const Result<std::optional<AgentSettingsChange>> edited = edit(before);
         if (const auto *failure = edited.failure()) {
             return *failure;

@@ -297,7 +297,8 @@ TEST_F(EventServerTest, LeavesNothingOpenWhenItEndsInTheMiddle) {
     const std::ptrdiff_t before = openDescriptors();
     const HttpClient silent(port());
     HttpClient stranger(port());
-    stranger.send("POST /event HTTP/1.1\r\nContent-Length: 990000\r\n\r\nb");
+    stranger.send("POST /event HTTP/1.1\r\nContent-Length: 990000\r\n\r\n" +
+                  std::string(980'000, 'b'));
     HttpClient hook(port());
     hook.send(eventRequest({{"x-hook-event", "Stop"}}, sessionStart).substr(0, 80));
     const HttpClient waiting = parked(permissionRequest("parked"));
