@@ -74,7 +74,7 @@ public:
 private:
     enum class Outcome { done, overtaken };
 
-    bool isUnreadable() const;
+    bool isFile() const;
     Result<Outcome> replace(const std::optional<QByteArray> &before,
                             const AgentSettingsChange &change) const;
     std::optional<Failure> keepCopies(const QString &target,
