@@ -410,7 +410,7 @@ int main(int argc, char **argv) {
 
     const auto isBack = [&](const Holdings &held) {
         return held.descriptors <= before.descriptors && held.threads <= before.threads &&
-               held.memory <= before.memory + 8 * 1024;
+               held.memory <= before.memory + 4 * 1024;
     };
     const bool isWhole = calm.lost + besiegedBy.lost + last.lost + refused == 0;
     return isWhole && isBack(after) && isBack(end) ? 0 : 1;
