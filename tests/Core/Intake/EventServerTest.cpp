@@ -292,21 +292,6 @@ TEST_F(EventServerTest, TakesInLaterWhatCameWhileNoDescriptorWasLeft) {
     EXPECT_EQ(client.receiveAll(), okAnswer);
 }
 
-TEST_F(EventServerTest, LeavesNothingOpenWhenItEndsInTheMiddle) {
-    settle();
-    const std::ptrdiff_t before = openDescriptors();
-    const HttpClient silent(port());
-    HttpClient stranger(port());
-    stranger.send("POST /event HTTP/1.1\r\nContent-Length: 990000\r\n\r\n" +
-                  std::string(980'000, 'b'));
-    HttpClient hook(port());
-    hook.send(eventRequest({{"x-hook-event", "Stop"}}, sessionStart).substr(0, 80));
-    const HttpClient waiting = parked(permissionRequest("parked"));
-    EXPECT_TRUE(waitUntil([&] { return openDescriptors() >= before + 8; }));
-    server.reset();
-    EXPECT_LE(openDescriptors(), before + 4);
-}
-
 TEST_F(EventServerTest, AnswersAThousandHooksAtOnceAndLeavesNothingOpen) {
     settle();
     const std::ptrdiff_t before = openDescriptors();
