@@ -215,8 +215,12 @@ TEST_F(AppControllerTest, ConnectsRepairsAndDisconnects) {
     EXPECT_FALSE(connections.hasDecidableAgent());
 
     makeReadOnly(".claude/settings.json");
+    QStringList told;
+    QObject::connect(&connections, &AgentConnections::lastErrorChanged, &connections,
+                     [&] { told.append(complaint()); });
     connections.installHooks(claude);
     EXPECT_EQ(complaint(), "Claude Code connect failed:");
+    EXPECT_EQ(told.value(told.size() - 1), complaint());
     connections.repairHooks(claude);
     EXPECT_EQ(complaint(), "Claude Code repair failed:");
     makeReadOnly(".claude/settings.json", false);

@@ -55,6 +55,21 @@ void ManualScheduler::runPosted() {
     }
 }
 
+void ManualScheduler::setClock(Seconds forward) {
+    const std::lock_guard lock(m_state->mutex);
+    m_state->now = m_state->now + forward;
+    std::multimap<Date, std::shared_ptr<std::function<void()>>> moved;
+    for (const auto &[date, action] : m_state->timers) {
+        moved.emplace_hint(moved.end(), date + forward, action);
+    }
+    m_state->timers = std::move(moved);
+}
+
+std::size_t ManualScheduler::timers() const {
+    const std::lock_guard lock(m_state->mutex);
+    return m_state->timers.size();
+}
+
 std::size_t ManualScheduler::timersDueIn(Seconds delay) const {
     const std::lock_guard lock(m_state->mutex);
     return m_state->timers.count(m_state->now + delay);

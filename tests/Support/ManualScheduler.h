@@ -25,6 +25,12 @@ public:
     /// Runs what has been posted, and what that posts in turn.
     void runPosted();
 
+    /// Sets the clock forward, or back, as a person does: no time passes, and what was to happen in
+    /// a minute still does.
+    void setClock(Seconds forward);
+
+    std::size_t timers() const;
+
     /// How many timers fire in exactly this time from now.
     std::size_t timersDueIn(Seconds delay) const;
 

@@ -66,9 +66,21 @@ bool AgentSettingsFile::exists() const {
     return statusOf(m_path).has_value();
 }
 
+bool AgentSettingsFile::isFile() const {
+    const std::optional<struct stat> status = statusOf(m_path);
+    return status && S_ISREG(status->st_mode);
+}
+
+/// What is in a file that can't be read may be ours as well: it is not one without any of it.
 std::optional<Failure> AgentSettingsFile::rewrite(const Edit &edit) const {
     for (int attempt = 0; attempt < mostAttempts; ++attempt) {
         const std::optional<QByteArray> before = read();
+        if (!before && isFile()) {
+            if (read()) {
+                continue; // it has come just now
+            }
+            return cannotRead(m_path, reason(EACCES));
+        }
         const Result<std::optional<AgentSettingsChange>> edited = edit(before);
         if (const auto *failure = edited.failure()) {
             return *failure;

@@ -74,6 +74,7 @@ public:
 private:
     enum class Outcome { done, overtaken };
 
+    bool isFile() const;
     Result<Outcome> replace(const std::optional<QByteArray> &before,
                             const AgentSettingsChange &change) const;
     std::optional<Failure> keepCopies(const QString &target,

@@ -370,6 +370,26 @@ TEST_F(HookInstallerTest, KeepsThePristineTomlFileAsTheBackup) {
     }
 }
 
+TEST_F(HookInstallerTest, TakesTheFoldersAwayThatItHasMade) {
+    for (const AgentKind kind : {claude, kimi}) {
+        QDir().mkpath(QFileInfo(home.path(place(kind))).path());
+        QFile::link(home.path("dots/agents/settings"), home.path(place(kind)));
+        connect(kind);
+        EXPECT_TRUE(QFileInfo::exists(home.path("dots/agents/settings")));
+        disconnect(kind);
+        EXPECT_FALSE(QFileInfo::exists(home.path("dots")));
+    }
+}
+
+TEST_F(HookInstallerTest, WritesTheScriptsAnewWithEachRenewal) {
+    for (const AgentKind kind : {claude, kimi, cursor}) {
+        connect(kind);
+        home.write(".morvane/hook.sh", "older");
+        installer(kind).renew();
+        EXPECT_TRUE(home.read(".morvane/hook.sh").startsWith("#!/bin/sh")) << rawValue(kind);
+    }
+}
+
 // --- Plugin ---
 
 TEST_F(HookInstallerTest, WritesAndRemovesThePlugin) {

@@ -75,6 +75,8 @@ TEST(LenientJsonTest, BoundsItsDepth) {
     const QByteArray deep = R"({"a": "]", /* ] */ "b": [1e9, null]})";
     EXPECT_NE(rewritten(QByteArray(1001, '[') + deep + QByteArray(1001, ']')).find(deep),
               std::string::npos);
+    EXPECT_EQ(rewritten(QByteArray(1000, '[') + deep + QByteArray(1000, ']')).find(deep),
+              std::string::npos);
     for (const char *broken : {"{]", "[}", "[\"", "[/*", "[#]"}) {
         EXPECT_EQ(LenientJson::parse(QByteArray(1001, '[') + broken + QByteArray(1001, ']')),
                   std::nullopt)

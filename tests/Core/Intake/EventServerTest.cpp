@@ -6,9 +6,11 @@
 
 #include <array>
 #include <atomic>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sys/resource.h>
 #include <thread>
 #include <unistd.h>
 
@@ -268,6 +270,26 @@ TEST_F(EventServerTest, ClosesTheOldestOfTooManyUnfinishedOnes) {
     EXPECT_EQ(oldest.receiveAll(), "");
     EXPECT_TRUE(others.back().send(eventRequest({{"x-hook-event", "Stop"}}, sessionStart)));
     EXPECT_EQ(others.back().receiveAll(), okAnswer);
+}
+
+TEST_F(EventServerTest, TakesInLaterWhatCameWhileNoDescriptorWasLeft) {
+    rlimit usual{};
+    getrlimit(RLIMIT_NOFILE, &usual);
+    const rlimit low{256, usual.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &low);
+    std::vector<int> taken;
+    for (int file = 0; (file = ::open("/dev/null", O_RDONLY | O_CLOEXEC)) >= 0;) {
+        taken.push_back(file);
+    }
+    ::close(taken.back());
+    taken.pop_back();
+    HttpClient client(port()); // has the last one
+    EXPECT_TRUE(waitUntil([&] { return scheduler.timers() == 1; }));
+    std::ranges::for_each(taken, ::close);
+    setrlimit(RLIMIT_NOFILE, &usual);
+    scheduler.advance(Seconds(1));
+    client.send(eventRequest({}, sessionStart));
+    EXPECT_EQ(client.receiveAll(), okAnswer);
 }
 
 TEST_F(EventServerTest, AnswersAThousandHooksAtOnceAndLeavesNothingOpen) {

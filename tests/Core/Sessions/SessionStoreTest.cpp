@@ -224,6 +224,24 @@ TEST_F(StoreTest, MarksAsSeenAndTellsOnlyOfChanges) {
     EXPECT_EQ(published, 0);
 }
 
+/// By a person, or by a night's sleep.
+TEST_F(StoreTest, GoesOnWhereverTheClockIsSet) {
+    constexpr Seconds day(24 * 3600);
+    for (const Seconds forward : {day, -day}) {
+        apply(Kind::promptSubmit);
+        apply(EventBuilder::parked("d").in("waits"));
+        scheduler.setClock(forward);
+        scheduler.advance(Seconds(600));
+        EXPECT_EQ(session().state, SessionState::working);
+        EXPECT_EQ(session("waits").pendingDecisionID(), "d");
+        store.decide("waits", AgentDecision::allow());
+        EXPECT_EQ(take(resolved), QStringList{"d allow"});
+        apply(Kind::turnEnd);
+        EXPECT_EQ(session().stateChangedAt, scheduler.now());
+        EXPECT_EQ(store.completedHistory().first().finishedAt, scheduler.now());
+    }
+}
+
 TEST_F(StoreTest, ClearsSessionsThatHaveRestedLongEnough) {
     settings.setAutoClearMinutes(5);
     for (const auto state : {SessionState::working, SessionState::needsInput, SessionState::done,

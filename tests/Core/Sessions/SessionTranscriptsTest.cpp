@@ -172,11 +172,15 @@ TEST_F(TranscriptsTest, EntersSessionsThatWereFoundOnDisk) {
     const Session live = session("live");
     const Date now = scheduler.now();
     const Date oldest = now - Seconds(600);
+    take(published);
+    store.restore({});
+    EXPECT_EQ(published, 0);
     store.restore({{"old", AgentKind::codex, "/p", "/old.jsonl", oldest - Seconds(0.001)},
                    {"live", AgentKind::codex, "/p", "/live.jsonl", now},
                    {"s", AgentKind::codex, "/p", "/s.jsonl", oldest, "main"},
                    {"s", AgentKind::claude, "/q", "/twice.jsonl", now},
                    {"later", AgentKind::claude, "", "/later.jsonl", now + Seconds(5)}});
+    EXPECT_EQ(published, 1);
     EXPECT_FALSE(store.sessions().contains("old"));
     EXPECT_EQ(session("live"), live);
     Session expected;

@@ -1,8 +1,12 @@
 #include "Presentation/Notch/BuiltInNotchSurface.h"
 
+#include "Presentation/Panel/CompactInfoView.h"
+#include "Presentation/Panel/CompactStatusView.h"
+#include "Presentation/Panel/ExpandedView.h"
 #include "Presentation/PanelFixture.h"
 
 #include <QImage>
+#include <QSet>
 
 namespace morvane {
 namespace {
@@ -60,6 +64,35 @@ TEST_F(BuiltInNotchSurfaceTest, IsBlackOnNothing) {
     for (const QPoint beside : {QPoint(130, 5), QPoint(141, 20), QPoint(335, 40)}) {
         EXPECT_EQ(picture().pixelColor(beside).alpha(), 0) << beside.x() << ", " << beside.y();
         EXPECT_FALSE(surface.shape().contains(beside));
+    }
+    const QImage drawn = picture();
+    QSet<int> shades; // of a curve without steps
+    for (int x = 139; x < 153; ++x) {
+        for (int y = 0; y < 32; ++y) {
+            shades.insert(drawn.pixelColor(x, y).alpha());
+        }
+    }
+    EXPECT_GT(shades.size(), 8);
+}
+
+TEST_F(BuiltInNotchSurfaceTest, TellsWhatThereIsBesideTheNotch) {
+    auto &status = *surface.findChild<CompactStatusView *>();
+    auto &info = *surface.findChild<CompactInfoView *>();
+    const auto place = [this](const QWidget &view) {
+        return QRect(view.mapTo(&surface, QPoint()), view.size());
+    };
+    EXPECT_TRUE(surface.findChild<ExpandedView *>()->isHidden());
+    apply(Event::promptSubmit);
+    scheduler.advance(Seconds(59));
+    surface.refresh();
+    for (const char *time : {"<1m", "1m"}) {
+        EXPECT_EQ(info.time(), QString(time));
+        EXPECT_LT(place(status).right(), 235);
+        EXPECT_GT(place(info).left(), 434);
+        EXPECT_NEAR(place(status).center().y(), 16, 1);
+        EXPECT_NEAR(place(info).center().y(), 16, 1);
+        EXPECT_EQ(info.width(), info.sizeHint().width());
+        scheduler.advance(Seconds(1));
     }
 }
 

@@ -42,6 +42,32 @@ TEST_F(NotchPresenterTest, OpensWhereThePointerRestsAndClosesAfterItHasLeft) {
     EXPECT_EQ(ticksWithin(Seconds(50)), 0);
 }
 
+TEST_F(NotchPresenterTest, JustClosedItLetsThePointerPass) {
+    settings.setShowWhenIdle(true);
+    attachNotch();
+    movePointer(onTab);
+    scheduler.advance(Seconds(1));
+    movePointer(elsewhere);
+    scheduler.advance(Seconds(0.41));
+    EXPECT_EQ(expansions, QList<bool>({true, false}));
+    movePointer(onTab);
+    scheduler.advance(Seconds(0.6));
+    EXPECT_EQ(expansions, QList<bool>({true, false}));
+    scheduler.advance(Seconds(0.1));
+    EXPECT_EQ(expansions, QList<bool>({true, false, true}));
+}
+
+TEST_F(NotchPresenterTest, WaitsForNothingOnceThePointerHasPassed) {
+    settings.setShowWhenIdle(true);
+    attachNotch();
+    scheduler.advance(Seconds(1));
+    const std::size_t before = scheduler.timers();
+    movePointer(onTab);
+    EXPECT_GT(scheduler.timers(), before);
+    movePointer(elsewhere);
+    EXPECT_EQ(scheduler.timers(), before);
+}
+
 TEST_F(NotchPresenterTest, IsThereWhileThereIsSomethingToTell) {
     attachNotch();
     EXPECT_FALSE(isVisible());

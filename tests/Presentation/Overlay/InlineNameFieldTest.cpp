@@ -30,6 +30,25 @@ TEST(InlineEditing, HoldsForTwoMinutesAfterTheLatestOpening) {
     EXPECT_FALSE(editing.openedAt());
 }
 
+TEST(KeyablePanel, GivesTheKeyboardBackOnceNobodyUsesItAnyMore) {
+    KeyablePanel panel;
+    int taken = 0;
+    int released = 0;
+    panel.onTakeKeyboard = [&] { return ++taken > 0; };
+    panel.onReleaseKeyboard = [&] { ++released; };
+    panel.renewKey();
+    panel.resignKey();
+    panel.endKeyboardUse();
+    EXPECT_EQ(taken, 0);
+    ASSERT_TRUE(panel.makeKey());
+    ASSERT_TRUE(panel.beginKeyboardUse());
+    panel.resignKey();
+    EXPECT_EQ(released, 0);
+    panel.endKeyboardUse();
+    panel.endKeyboardUse();
+    EXPECT_EQ(released, 1);
+}
+
 class InlineNameFieldTest : public PanelFixture {
 protected:
     InlineNameFieldTest() {

@@ -1,0 +1,294 @@
+#include "EndToEnd/ChildProcess.h"
+#include "Support/TemporaryHome.h"
+#include "Support/WaitUntil.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <csignal>
+#include <memory>
+#include <regex>
+#include <string>
+
+namespace morvane {
+namespace {
+
+const char *const defaults = ".config/morvane/io.morvane.morvane.json";
+const char *const autostart = ".config/autostart/io.morvane.morvane.desktop";
+const char *const ownSettings = R"({"eventToken":"token","eventServerPort":40123})";
+const char *const claude = ".claude/settings.json";
+const char *const kimi = ".kimi/config.toml";
+
+/// A file that a writer changes, and what is in it before.
+struct Target {
+    const char *name;
+    const char *writer;
+    const char *agent;
+    const char *path;
+    const char *original; ///< null for no file
+    /// Of another program's file, what it held before is kept beside it.
+    bool isAnothers = false;
+
+    bool disconnects() const { return std::string_view(writer) == "disconnect"; }
+};
+
+void PrintTo(const Target &target, std::ostream *out) {
+    *out << target.name;
+}
+
+/// One writer in a home of its own, in a program that strace lets fail, or ends, at one of its
+/// system calls.
+class WriterFaultTest : public testing::TestWithParam<Target> {
+protected:
+    void SetUp() override {
+        if (ChildProcess({"strace", "-o", "/dev/null", "true"},
+                         QProcessEnvironment::systemEnvironment())
+                .wait() != 0) {
+            GTEST_SKIP() << "no program may be traced here";
+        }
+    }
+
+    /// The calls that change something on the disk. Not every processor has each of them, hence the
+    /// question marks; strace counts each by itself.
+    static constexpr std::array calls{
+        "?write",    "?pwrite64",  "?writev", "?fsync",    "?fdatasync", "?ftruncate", "?rename",
+        "?renameat", "?renameat2", "?link",   "?linkat",   "?unlink",    "?unlinkat",  "?mkdir",
+        "?mkdirat",  "?chmod",     "?fchmod", "?fchmodat", "?chown",     "?fchown"};
+
+    static constexpr QFile::Permissions mode = QFile::ReadOwner | QFile::WriteOwner |
+                                               QFile::ReadUser | QFile::WriteUser |
+                                               QFile::ReadGroup;
+
+    std::unique_ptr<TemporaryHome> newHome() const {
+        auto home = std::make_unique<TemporaryHome>();
+        home->write(defaults, ownSettings);
+        if (GetParam().original != nullptr) {
+            home->write(target(), GetParam().original);
+            QFile::setPermissions(home->path(target()), mode);
+        }
+        if (GetParam().disconnects()) {
+            ChildProcess({WRITE_ONCE, "connect", GetParam().agent}, environmentOf(*home)).wait();
+        }
+        if (GetParam().isAnothers) {
+            home->write(backup(), "older");
+        }
+        return home;
+    }
+
+    static QByteArray content(const TemporaryHome &home, const QString &path) {
+        // The home's path stands in the file.
+        return home.read(path).replace(home.path().toUtf8(), "HOME");
+    }
+
+    static QProcessEnvironment environmentOf(const TemporaryHome &home) {
+        QProcessEnvironment environment;
+        environment.insert("HOME", home.path());
+        environment.insert("XDG_CONFIG_HOME", home.path(".config"));
+        environment.insert("XDG_CACHE_HOME", home.path(".cache"));
+        environment.insert("PATH", qEnvironmentVariable("PATH"));
+        // Leaks can't be looked for in a traced process.
+        environment.insert("ASAN_OPTIONS", "detect_leaks=0");
+        return environment;
+    }
+
+    QString target() const { return QLatin1String(GetParam().path); }
+    QString backup() const { return target() + QLatin1String(".morvane-backup"); }
+
+    static QStringList writer() { return {WRITE_ONCE, GetParam().writer, GetParam().agent}; }
+
+    /// Starts the writer with `fault` at these calls, or at those of them that are for one file.
+    static std::unique_ptr<ChildProcess> start(const TemporaryHome &home, const QString &which,
+                                               const QString &fault, const QString &when,
+                                               const QString &file = {}) {
+        const QString inject = QStringLiteral("inject=%1:%2:when=%3").arg(which, fault, when);
+        const QStringList command{"strace",         "-f", "-o",  home.path("log"), "-e",
+                                  "trace=" + which, "-e", inject};
+        const QStringList only =
+            file.isEmpty() ? QStringList() : QStringList{"-P", home.path(file)};
+        return std::make_unique<ChildProcess>(command + only + writer(), environmentOf(home));
+    }
+
+    /// Runs the writer with the fault; the exit status, or none when it was ended. Sets `reached`
+    /// to whether there was such a call.
+    std::optional<int> write(const TemporaryHome &home, const QString &which, const QString &fault,
+                             const QString &when, const QString &file = {}) {
+        const auto status = start(home, which, fault, when, file)->wait();
+        const QByteArray trace = home.read("log");
+        reached = trace.contains("(INJECTED)") || trace.contains("killed by");
+        return status;
+    }
+
+    /// Sets what stands in the file before and after a writer that nothing disturbs.
+    void learn() {
+        const auto home = newHome();
+        before = content(*home, target());
+        ASSERT_EQ(ChildProcess(writer(), environmentOf(*home)).wait(), 0);
+        after = content(*home, target());
+        ASSERT_NE(before, after);
+    }
+
+    /// The file must be as it was or as it shall be, and what it held before, and what its owner
+    /// had in it, must be there.
+    void expectWhole(const TemporaryHome &home) const {
+        const QByteArray now = content(home, target());
+        EXPECT_TRUE(now == before || now == after) << now.toStdString();
+        if (!GetParam().isAnothers) {
+            return;
+        }
+        EXPECT_EQ(QFile::permissions(home.path(target())), mode);
+        const QByteArray kept = content(home, backup());
+        if (now != before || kept != "older") {
+            // What changes nothing but our own lines in a TOML file leaves the backup alone.
+            EXPECT_TRUE(kept == before || (before.contains("# >>>") && kept == "older"))
+                << kept.toStdString();
+        }
+        EXPECT_TRUE(now == GetParam().original ||
+                    home.read(target() + ".morvane-original") == GetParam().original);
+    }
+
+    /// Whatever a fault has left behind, the next try gets there.
+    void expectNextTryWrites(const TemporaryHome &home) const {
+        EXPECT_EQ(ChildProcess(writer(), environmentOf(home)).wait(), 0);
+        EXPECT_EQ(content(home, target()), after);
+    }
+
+    /// Writes once for each call of each kind, with the fault there, and says how many there were.
+    template <typename Check>
+    int disturbEachCall(const char *fault, const Check &check) {
+        learn();
+        int faults = 0;
+        for (const char *call : calls) {
+            for (int number = 1; !HasFailure(); ++number) {
+                SCOPED_TRACE(std::string(call) + " " + std::to_string(number));
+                const auto home = newHome();
+                const auto status = write(*home, call, fault, QString::number(number));
+                if (!reached) {
+                    break;
+                }
+                ++faults;
+                expectWhole(*home);
+                check(*home, status);
+                expectNextTryWrites(*home);
+            }
+        }
+        RecordProperty("faults", faults);
+        return faults;
+    }
+
+    bool reached = false;
+    QByteArray before;
+    QByteArray after;
+};
+
+TEST_P(WriterFaultTest, LeavesTheFileWholeWhereverItIsEnded) {
+    const auto check = [](const TemporaryHome &, const std::optional<int> &status) {
+        EXPECT_EQ(status, std::nullopt);
+    };
+    EXPECT_GE(disturbEachCall("signal=KILL", check), 1);
+}
+
+TEST_P(WriterFaultTest, LeavesTheFileWholeWhateverFails) {
+    const auto check = [this](const TemporaryHome &home, const std::optional<int> &status) {
+        const bool isNew = content(home, target()) != before;
+        EXPECT_EQ(status, isNew ? 0 : 1);
+        const QDir folder = QFileInfo(home.path(target())).dir();
+        EXPECT_LE(folder.entryList(QDir::Files | QDir::Hidden).size(), 3);
+    };
+    EXPECT_GE(disturbEachCall("error=ENOSPC", check), 1);
+}
+
+/// A file system on which one kind of change is never possible: nothing at all when it is read-only
+/// or full, no rename over a file, no owner.
+TEST_P(WriterFaultTest, LeavesTheFileWholeOnAFileSystemThatCannot) {
+    learn();
+    QStringList all;
+    for (const char *call : calls) {
+        all << call;
+    }
+    for (const auto &[which, error] :
+         {std::pair(all.join(','), "error=EROFS"), std::pair(all.join(','), "error=EDQUOT"),
+          std::pair(QStringLiteral("?rename,?renameat,?renameat2"), "error=EEXIST"),
+          std::pair(QStringLiteral("?link,?linkat"), "error=EPERM"),
+          std::pair(QStringLiteral("?fsync,?fdatasync"), "error=EINVAL"),
+          std::pair(QStringLiteral("?chmod,?fchmod,?fchmodat,?chown,?fchown"), "error=EPERM")}) {
+        SCOPED_TRACE(which.toStdString() + error);
+        const auto home = newHome();
+        const auto status = write(*home, which, error, "1+");
+        expectWhole(*home);
+        EXPECT_EQ(status, content(*home, target()) == before ? 1 : 0);
+        expectNextTryWrites(*home);
+    }
+}
+
+class SharedFileFaultTest : public WriterFaultTest {};
+
+/// What can't be read once it is written makes way for what was there before.
+TEST_P(SharedFileFaultTest, LeavesTheFileWholeWhereItCannotBeRead) {
+    learn();
+    int faults = 0;
+    for (int number = 1; !HasFailure(); ++number) {
+        SCOPED_TRACE(number);
+        const auto home = newHome();
+        const QString error = QStringLiteral("error=EIO");
+        const auto status = write(*home, "?open,?openat", error, QString::number(number), target());
+        if (!reached) {
+            break;
+        }
+        ++faults;
+        expectWhole(*home);
+        EXPECT_EQ(status, content(*home, target()) == before ? 1 : 0);
+    }
+    EXPECT_GE(faults, 3);
+    RecordProperty("faults", faults);
+}
+
+/// Whenever the agent writes, be it a moment before the file is replaced.
+TEST_P(SharedFileFaultTest, KeepsWhatIsWrittenWhileItRuns) {
+    int stops = 0;
+    for (int number = 1; !HasFailure(); ++number) {
+        SCOPED_TRACE(number);
+        const auto home = newHome();
+        const auto child = start(*home, "fsync", "signal=STOP", QString::number(number));
+        std::smatch stopped;
+        std::string log;
+        ASSERT_TRUE(waitUntil([&] {
+            log = home->read("log").toStdString();
+            return std::regex_search(log, stopped, std::regex("(\\d+) +--- stopped by")) ||
+                   !child->isRunning();
+        }));
+        if (stopped.empty()) {
+            break;
+        }
+        ++stops;
+        home->write(target(), home->read(target()).replace("model", "moodel"));
+        ::kill(std::stoi(stopped[1]), SIGCONT);
+        EXPECT_EQ(child->wait(), 0);
+        const QByteArray now = home->read(target());
+        EXPECT_TRUE(now.contains("moodel") && now.contains("hook.sh") != GetParam().disconnects())
+            << now.toStdString();
+    }
+    EXPECT_GE(stops, 2);
+}
+
+const auto sharedFiles = testing::Values(
+    Target{"claude", "connect", "claude", claude, R"({"model":"opus"})", true},
+    Target{"kimi", "connect", "kimi", kimi, "model = \"k2\"\n", true},
+    Target{"claudeDisconnects", "disconnect", "claude", claude, R"({"model":"opus"})", true},
+    Target{"kimiDisconnects", "disconnect", "kimi", kimi, "model = \"k2\"\n", true});
+
+const auto ownFiles = testing::Values(
+    Target{"opencode", "connect", "opencode", ".config/opencode/plugins/morvane.js", "// older\n"},
+    Target{"defaults", "defaults", "", defaults, ownSettings},
+    Target{"history", "history", "", defaults, ownSettings},
+    Target{"scripts", "scripts", "", ".morvane/hook.sh", "#!/bin/sh\n"},
+    Target{"autostart", "autostart", "", autostart, "[Desktop Entry]\nHidden=true\n"},
+    Target{"noAutostart", "no-autostart", "", autostart, "[Desktop Entry]\n"},
+    Target{"update", "update", "", ".cache/morvane/update/morvane_2.0.deb", nullptr});
+
+INSTANTIATE_TEST_SUITE_P(Shared, WriterFaultTest, sharedFiles, testing::PrintToStringParamName());
+INSTANTIATE_TEST_SUITE_P(Own, WriterFaultTest, ownFiles, testing::PrintToStringParamName());
+INSTANTIATE_TEST_SUITE_P(Shared, SharedFileFaultTest, sharedFiles,
+                         testing::PrintToStringParamName());
+
+} // namespace
+} // namespace morvane
