@@ -14,6 +14,7 @@ class QVBoxLayout;
 namespace morvane {
 
 class AgentAdapter;
+class TextLabel;
 
 /// One step of the welcome: the mascot, a title and a text, and below them what the step is about.
 class OnboardingPage : public QWidget {
@@ -42,7 +43,7 @@ private:
     /// `without` stands there while there is nothing to list.
     void addAgents(const std::function<Agents()> &listed, const QString &footnote,
                    const QString &without);
-    void addHint(SystemImage image, const QString &text);
+    TextLabel *addHint(SystemImage image);
     void addWindowFocus();
     void addLaunchAtLogin();
 
