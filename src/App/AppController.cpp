@@ -42,7 +42,10 @@ AppController::AppController(MorvaneSettings &settings, const PlatformServices &
     connect(&m_connections, &AgentConnections::statusChanged, this, [this] {
         m_launchAtLogin = m_platform.loginItem->isEnabled();
         m_canFocusWindows = m_platform.windows->canFocusWindows();
+        m_panelKeys.retry();
     });
+    connect(&m_settings, &MorvaneSettings::changed, this,
+            [this] { m_panelKeys.setPanelKey(m_settings.panelKey()); });
 }
 
 SessionSurroundings AppController::surroundings() {
@@ -75,8 +78,11 @@ void AppController::start() {
     }
     m_usage.setEnabled(m_settings.usageEnabled());
     createPresenters();
+    connect(m_platform.statusItemHost.get(), &StatusItemHost::presenceChanged, this,
+            &AppController::standInForTray);
+    connect(&m_connections, &AgentConnections::statusChanged, this, &AppController::standInForTray);
     standInForTray();
-    m_panelKeys.start();
+    m_panelKeys.start(m_settings.panelKey());
     watchTerminals();
     m_connections.refreshStatus();
 }
@@ -215,15 +221,16 @@ void AppController::createPresenters() {
 /// Not at once: at the start nobody knows yet whether there is a tray, and the desktop's panel that
 /// is only restarted is back before anything has moved.
 void AppController::standInForTray() {
-    const auto schedule = [this] {
-        m_standInTask = m_platform.scheduler->after(trayPatience, [this] {
-            m_presenterManager->setStandIn(standIn(m_platform.statusItemHost->isPresent(),
-                                                   !m_connections.installedAgents().isEmpty()));
-        });
-    };
-    connect(m_platform.statusItemHost.get(), &StatusItemHost::presenceChanged, this, schedule);
-    connect(&m_connections, &AgentConnections::statusChanged, this, schedule);
-    schedule();
+    m_standInTask = m_platform.scheduler->after(trayPatience, [this] {
+        const bool isIntroduced = !m_isWelcoming && !m_connections.installedAgents().isEmpty();
+        m_presenterManager->setStandIn(
+            standIn(m_platform.statusItemHost->isPresent(), isIntroduced));
+    });
+}
+
+void AppController::setWelcoming(bool isWelcoming) {
+    m_isWelcoming = isWelcoming;
+    standInForTray();
 }
 
 /// Coming back to a terminal counts as having seen what finished there.

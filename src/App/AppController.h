@@ -64,6 +64,9 @@ public:
 
     // Actions. What fails goes into the connections' `lastError`; each refreshes their status.
 
+    /// While the welcome is on the screen, what it tells a newcomer to look for is there as well.
+    void setWelcoming(bool isWelcoming);
+
     /// Turning them off releases what waits; the connected agents' hooks are written anew.
     void setApprovalsEnabled(bool enabled);
 
@@ -128,6 +131,7 @@ private:
     PanelKeys m_panelKeys;                     ///< as well, since they tell it when they close
     std::unique_ptr<PresenterManager> m_presenterManager;
     Task m_standInTask;
+    bool m_isWelcoming = false;
     bool m_launchAtLogin = false;
     bool m_canFocusWindows = false;
 };

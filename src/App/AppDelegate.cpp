@@ -41,13 +41,20 @@ void AppDelegate::makeMenu() {
     connect(m_menu.get(), &StatusMenu::panelRequested, this, &AppDelegate::showPanel);
     connect(m_menu.get(), &StatusMenu::settingsRequested, this, &AppDelegate::openSettings);
     connect(m_menu.get(), &StatusMenu::updateCheckRequested, this, &AppDelegate::checkForUpdates);
-    PanelKeys &keys = m_controller->panelKeys();
-    connect(&m_menu->menu(), &QMenu::aboutToShow, &keys, &PanelKeys::retry);
-    connect(&keys, &PanelKeys::panelKeyStateChanged, m_menu.get(), [this, &keys] {
-        m_menu->showPanelKey(PanelKeys::panelKey,
-                             keys.panelKeyState().value_or(HotKeys::State::pending));
-    });
+    connect(&m_controller->panelKeys(), &PanelKeys::panelKeyStateChanged, m_menu.get(),
+            [this] { showPanelKey(); });
     watchForNewVersion();
+}
+
+void AppDelegate::showPanelKey() {
+    m_menu->showPanelKey(m_settings.panelKey(), panelKeyState());
+    if (m_settingsWindow) {
+        m_settingsWindow->refresh();
+    }
+}
+
+HotKeys::State AppDelegate::panelKeyState() const {
+    return m_controller->panelKeys().panelKeyState().value_or(HotKeys::State::pending);
 }
 
 void AppDelegate::watchForNewVersion() {
@@ -103,6 +110,8 @@ WindowContext AppDelegate::windowContext() {
             .setLaunchAtLogin =
                 [&controller](bool enabled) { controller.setLaunchAtLogin(enabled); },
             .canFocusWindows = [&controller] { return controller.canFocusWindows(); },
+            .panelKeyState = [this] { return panelKeyState(); },
+            .desktopGivesKeys = [&controller] { return controller.panelKeys().areDesktops(); },
             .checkForUpdates = [this] { checkForUpdates(); },
             .testSound = [&controller] { controller.sound().play(QStringLiteral("needs-input")); },
             .testLimitChime = [&controller] { controller.sound().playLimitChime(90); },
@@ -118,6 +127,7 @@ void AppDelegate::showOnboarding(const OnboardingView::Mode &mode) {
     connect(m_onboardingWindow.get(), &OnboardingWindow::finished, this,
             [this, mode] { finishOnboarding(mode); });
     m_onboardingWindow->present();
+    m_controller->setWelcoming(true);
 }
 
 void AppDelegate::finishOnboarding(const OnboardingView::Mode &mode) {
@@ -129,6 +139,7 @@ void AppDelegate::finishOnboarding(const OnboardingView::Mode &mode) {
     }
     // It is still in the middle of its own closing.
     m_onboardingWindow.release()->deleteLater();
+    m_controller->setWelcoming(false);
     if (m_settingsWindow) {
         m_settingsWindow->setAboveOthers(false);
     }

@@ -35,6 +35,8 @@ signals:
 private:
     void offerNewAgents();
     void makeMenu();
+    void showPanelKey();
+    HotKeys::State panelKeyState() const;
     void watchForNewVersion();
     void makeStatusItem();
     void showFirstRunIfNeeded();

@@ -1,5 +1,6 @@
 #include "App/PanelKeys.h"
 
+#include "Core/Settings/PanelKey.h"
 #include "Platform/Scheduler.h"
 #include "Presentation/Overlay/InlineEditing.h"
 
@@ -11,14 +12,8 @@ namespace morvane {
 namespace {
 
 constexpr std::uint32_t escapeKeyCode = 1;
-constexpr std::uint32_t firstDigitKeyCode = 2; ///< the others follow
-constexpr std::uint32_t gKeyCode = 34;
-constexpr int digitCount = 5;
 
 } // namespace
-
-const HotKey PanelKeys::panelKey{
-    .keyCode = gKeyCode, .symbol = QStringLiteral("G"), .super = true, .shift = true};
 
 PanelKeys::PanelKeys(HotKeys &hotKeys, Scheduler &scheduler, InlineEditing &editing,
                      Actions actions)
@@ -30,9 +25,21 @@ PanelKeys::PanelKeys(HotKeys &hotKeys, Scheduler &scheduler, InlineEditing &edit
     });
 }
 
-void PanelKeys::start() {
+void PanelKeys::start(const HotKey &panelKey) {
     connect(&m_editing, &InlineEditing::countChanged, this, &PanelKeys::applyEscHotKey);
-    m_hotKey.registerKey(panelKey, m_actions.present, tr("Open Morvane"));
+    m_panelKey = panelKey;
+    registerPanelKey();
+}
+
+void PanelKeys::setPanelKey(const HotKey &key) {
+    if (m_hotKey.state() && key != m_panelKey) {
+        m_panelKey = key;
+        registerPanelKey();
+    }
+}
+
+void PanelKeys::registerPanelKey() {
+    m_hotKey.registerKey(m_panelKey, m_actions.present, tr("Open Morvane"));
     emit panelKeyStateChanged();
 }
 
@@ -49,12 +56,9 @@ void PanelKeys::panelExpanded(bool isExpanded) {
 
 void PanelKeys::armDigitJumpKeys() {
     disarmDigitJumpKeys();
-    for (int index = 0; index < digitCount; ++index) {
-        const auto keyCode = firstDigitKeyCode + static_cast<std::uint32_t>(index);
+    for (int index = 0; index < PanelKey::digitCount; ++index) {
         auto key = std::make_unique<HotKeyManager>(m_hotKeys, m_scheduler);
-        key->registerKey(
-            {.keyCode = keyCode, .symbol = QString::number(index + 1), .control = true},
-            [this, index] { m_actions.digit(index); });
+        key->registerKey(PanelKey::ofDigit(index), [this, index] { m_actions.digit(index); });
         m_digitHotKeys.push_back(std::move(key));
     }
     tellWhetherDigitsWork();

@@ -24,16 +24,21 @@ public:
         std::function<void(int index)> digit; ///< from 0
     };
 
-    static const HotKey panelKey;
-
     /// What it is given must outlive it.
     PanelKeys(HotKeys &hotKeys, Scheduler &scheduler, InlineEditing &editing, Actions actions);
 
     /// Takes the panel key, and follows the fields that somebody types in. Called once.
-    void start();
+    void start(const HotKey &panelKey);
+
+    /// Gives the panel key back and takes this one. Does nothing before `start`, and for the key
+    /// that it is.
+    void setPanelKey(const HotKey &key);
 
     /// How it stands with the panel key; none before `start`.
     std::optional<HotKeys::State> panelKeyState() const { return m_hotKey.state(); }
+
+    /// Whether it is the desktop that says which key it is.
+    bool areDesktops() const { return m_hotKeys.areDesktops(); }
 
     /// Takes the keys that others have given up in the meantime.
     void retry() { m_hotKeys.retry(); }
@@ -50,12 +55,14 @@ private:
     void armDigitJumpKeys();
     void disarmDigitJumpKeys();
     void tellWhetherDigitsWork();
+    void registerPanelKey();
     void applyEscHotKey();
 
     HotKeys &m_hotKeys;
     Scheduler &m_scheduler;
     InlineEditing &m_editing;
     const Actions m_actions;
+    HotKey m_panelKey;
     HotKeyManager m_hotKey;
     HotKeyManager m_escHotKey;
     bool m_escArmed = false;

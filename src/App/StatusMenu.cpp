@@ -89,11 +89,9 @@ void StatusMenu::offerRestart() {
 }
 
 void StatusMenu::showPanelKey(const HotKey &key, HotKeys::State state) {
-    const QString name = PlatformWords::hotKey(key);
-    m_panelKey->setText(state == HotKeys::State::taken
-                            ? tr("%1 is taken by another program").arg(name)
-                            : tr("%1 doesn't work on this desktop").arg(name));
-    const bool isMissing = state == HotKeys::State::taken || state == HotKeys::State::unavailable;
+    const QString problem = PlatformWords::hotKeyProblem(key, state);
+    const bool isMissing = !problem.isEmpty();
+    m_panelKey->setText(menuText(problem));
     m_panelKey->setVisible(isMissing);
     m_panel->setShortcut(isMissing ? QKeySequence() : PlatformWords::keySequence(key));
 }

@@ -1,5 +1,6 @@
 #include "App/PanelKeys.h"
 
+#include "Core/Settings/PanelKey.h"
 #include "Presentation/Overlay/InlineEditing.h"
 #include "Support/FakeHotKeys.h"
 #include "Support/ManualScheduler.h"
@@ -41,7 +42,7 @@ protected:
 
 TEST_F(PanelKeysTest, HoldsEscAndTheDigitsOnlyWhileAPanelIsOpen) {
     EXPECT_EQ(hotKeys.held(), "");
-    keys->start();
+    keys->start(PanelKey::usual());
     EXPECT_EQ(hotKeys.held(), "G");
     EXPECT_EQ(press("G"), "present");
     keys->panelExpanded(true);
@@ -61,7 +62,7 @@ TEST_F(PanelKeysTest, HoldsEscAndTheDigitsOnlyWhileAPanelIsOpen) {
 }
 
 TEST_F(PanelKeysTest, LeavesEscToAFieldThatSomebodyTypesIn) {
-    keys->start();
+    keys->start(PanelKey::usual());
     keys->panelExpanded(true);
     editing.begin(scheduler.now());
     EXPECT_EQ(hotKeys.held(), "G12345");
@@ -89,10 +90,29 @@ TEST_F(PanelKeysTest, DropsAPressWhoseKeyHasBeenGivenBackMeanwhile) {
     EXPECT_EQ(done, "");
 }
 
+TEST_F(PanelKeysTest, GivesTheOldKeyBackForAnother) {
+    HotKey other{.keyCode = 37, .symbol = "K", .super = true};
+    keys->setPanelKey(other);
+    EXPECT_EQ(hotKeys.held(), "");
+    keys->start(PanelKey::usual());
+    keys->panelExpanded(true);
+    hotKeys.press("G");
+    keys->setPanelKey(other);
+    // What was pressed before is no press of the new one.
+    scheduler.runPosted();
+    EXPECT_EQ(done, "");
+    EXPECT_EQ(hotKeys.held(), "12345EscK");
+    EXPECT_EQ(press("G"), "");
+    EXPECT_EQ(press("K"), "present");
+    const std::uint32_t registrations = hotKeys.registrations();
+    keys->setPanelKey(other);
+    EXPECT_EQ(hotKeys.registrations(), registrations);
+}
+
 TEST_F(PanelKeysTest, TellsWhichKeysAreSomebodyElses) {
     int changes = 0;
     QObject::connect(keys.get(), &PanelKeys::panelKeyStateChanged, [&] { ++changes; });
-    keys->start();
+    keys->start(PanelKey::usual());
     EXPECT_EQ(keys->panelKeyState(), State::works);
     hotKeys.setTaken({"G"});
     EXPECT_EQ(keys->panelKeyState(), State::taken);

@@ -67,7 +67,7 @@ TEST_F(StatusMenuTest, OffersToRestartOnceThereIsSomethingNew) {
 
 TEST_F(StatusMenuTest, TellsWhoHasTheKeyForThePanel) {
     const auto line = [this](HotKeys::State state) {
-        statusMenu.showPanelKey(PanelKeys::panelKey, state);
+        statusMenu.showPanelKey(settings.panelKey(), state);
         return lines(statusMenu.menu()).split(u'\n')[3];
     };
     EXPECT_EQ(line(HotKeys::State::taken), "Super+Shift+G is taken by another program (off)");

@@ -1,5 +1,6 @@
 #include "Presentation/Windows/UpdateWindow.h"
 
+#include "Support/AccessibleControls.h"
 #include "Support/FakeHttpsClient.h"
 #include "Support/FakeTools.h"
 #include "Support/Printing.h"
@@ -50,6 +51,7 @@ TEST_F(UpdateWindowTest, AsksBeforeItDownloads) {
     EXPECT_EQ(notes->toPlainText(), "<b>Bold</b>");
     EXPECT_EQ(notes->accessibleName(), "Release notes");
     EXPECT_NE(button("Later"), nullptr);
+    EXPECT_EQ(AccessibleControls(window).faults(), QStringList());
     const std::size_t before = https.requests.size();
     button("Download")->click();
     EXPECT_EQ(https.requests.size(), before + 1);

@@ -1,12 +1,16 @@
 #include "App/AppDelegate.h"
 #include "App/AppFixture.h"
+#include "Core/Settings/PanelKey.h"
 #include "Presentation/Style/TextLabel.h"
+#include "Presentation/Windows/KeyField.h"
 #include "Presentation/Windows/OnboardingView.h"
 #include "Presentation/Windows/Picker.h"
 #include "Presentation/Windows/ToggleRow.h"
+#include "Support/AccessibleControls.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QKeyEvent>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QWheelEvent>
@@ -23,8 +27,9 @@ protected:
     WindowsTest() { addFakeScreen(platform); }
 
     void open(const char *title) {
+        const bool isNewcomer = !settings.hasCompletedFirstRun();
         delegate.applicationDidFinishLaunching();
-        if (settings.hasCompletedFirstRun()) {
+        if (!isNewcomer) {
             delegate.applicationShouldHandleReopen();
         }
         for (QWidget *widget : QApplication::topLevelWidgets()) {
@@ -61,6 +66,19 @@ protected:
                 return label->isVisibleTo(window) && label->text().contains(part);
             });
     }
+
+    /// A press as the display tells it: by its place, counted from 8 on.
+    void press(int key, Qt::KeyboardModifiers held, quint32 place) {
+        QWidget *target = window->focusWidget();
+        QKeyEvent shortcut(QEvent::ShortcutOverride, key, held, place + 8, 0, 0);
+        shortcut.ignore();
+        QCoreApplication::sendEvent(target, &shortcut);
+        EXPECT_TRUE(shortcut.isAccepted());
+        QKeyEvent event(QEvent::KeyPress, key, held, place + 8, 0, 0);
+        QCoreApplication::sendEvent(target, &event);
+    }
+
+    QString keyName() const { return window->findChild<KeyField *>()->accessibleName(); }
 
     static QMessageBox *alert() {
         for (QWidget *widget : QApplication::topLevelWidgets()) {
@@ -141,6 +159,107 @@ TEST_F(WindowsTest, ChangesSettingsAndFollowsThem) {
     EXPECT_EQ(settings.displayMode(), DisplayTargetMode::externalOnly);
 }
 
+TEST_F(WindowsTest, NamesEveryControlOfTheSettings) {
+    home.write(".claude/settings.json", R"({"statusLine": {"command": "mine"}})");
+    home.write(".codex/config.toml");
+    settings.setSoundEnabled(true);
+    settings.setShowMenuBarIcon(false);
+    settings.setPanelKey({.keyCode = 37, .symbol = "K", .super = true});
+    openSettings();
+    button("Connect Claude Code")->click();
+    button("Connect Codex")->click();
+    QFile::remove(home.path(".morvane/hook.sh"));
+    delegate.applicationShouldHandleReopen();
+    QEvent comingBack(QEvent::WindowActivate);
+    QCoreApplication::sendEvent(window, &comingBack);
+    ASSERT_NE(button("Repair Claude Code"), nullptr);
+    const AccessibleControls controls(*window);
+    EXPECT_EQ(controls.faults(), QStringList());
+    EXPECT_GE(controls.count(), 25);
+    button("Remove Morvane")->click();
+    EXPECT_EQ(AccessibleControls(*alert()).faults(), QStringList());
+}
+
+TEST_F(WindowsTest, NamesEveryControlOfTheWelcome) {
+    home.write(".claude/settings.json", "{}");
+    open("Welcome to Morvane");
+    const QList<int> counts{1, 3, 3};
+    for (int page = 0; page < counts.size(); ++page) {
+        window->findChild<OnboardingView *>()->go(page);
+        scheduler.advance(Seconds(1));
+        const AccessibleControls controls(*window);
+        EXPECT_EQ(controls.faults(), QStringList());
+        EXPECT_EQ(controls.count(), counts[page]);
+    }
+}
+
+TEST_F(WindowsTest, TakesTheKeyThatIsPressedForThePanel) {
+    constexpr quint32 kPlace = 37;
+    openSettings();
+    auto *field = window->findChild<KeyField *>();
+    EXPECT_EQ(keyName(), "Key that opens the panel: Super+Shift+G");
+    EXPECT_EQ(button("Use Super+Shift+G"), nullptr);
+    field->setFocus();
+    field->click();
+    EXPECT_EQ(keyName(), "Key that opens the panel: press it");
+    press(Qt::Key_Meta, Qt::NoModifier, 125);
+    press(Qt::Key_K, Qt::ShiftModifier, kPlace);
+    EXPECT_TRUE(reads("Hold Super, Ctrl or Alt together with the key."));
+    press(Qt::Key_Tab, Qt::NoModifier, 15);
+    EXPECT_EQ(window->focusWidget(), field);
+    // On another layout something else stands there.
+    press(Qt::Key_Ampersand, Qt::ControlModifier, 2);
+    EXPECT_TRUE(reads("The open panel needs Ctrl 1–5 for its answers."));
+    press(Qt::Key_Q, Qt::MetaModifier, 0);
+    EXPECT_TRUE(reads("That key can't be used."));
+    EXPECT_EQ(settings.panelKey(), PanelKey::usual());
+    press(Qt::Key_Q, Qt::ControlModifier, 16);
+    EXPECT_EQ(keyName(), "Key that opens the panel: Ctrl+Q");
+    EXPECT_FALSE(reads("That key can't be used."));
+
+    field->click();
+    press(Qt::Key_K, Qt::MetaModifier, kPlace);
+    EXPECT_EQ(settings.panelKey(), (HotKey{.keyCode = kPlace, .symbol = "K", .super = true}));
+    EXPECT_FALSE(hotKeys.held().contains(u'G'));
+    toggle("Show icon in the tray")->click();
+    EXPECT_TRUE(reads("Open the panel with Super+K, or hover the capsule."));
+    hotKeys.setTaken({"K"});
+    EXPECT_TRUE(reads("Super+K is taken by another program"));
+    button("Use Super+Shift+G")->click();
+    EXPECT_FALSE(reads("is taken by another program"));
+    EXPECT_FALSE(hotKeys.held().contains(u'K'));
+    EXPECT_EQ(settings.panelKey(), PanelKey::usual());
+}
+
+TEST_F(WindowsTest, LeavesTheKeyAsItWasUnlessOneIsChosen) {
+    openSettings();
+    auto *field = window->findChild<KeyField *>();
+    const auto isListening = [this] { return keyName().endsWith("press it"); };
+    field->setFocus();
+    field->click();
+    press(Qt::Key_Escape, Qt::NoModifier, 1);
+    EXPECT_FALSE(isListening());
+    EXPECT_TRUE(window->isVisible());
+    field->click();
+    field->click();
+    EXPECT_FALSE(isListening());
+    field->click();
+    QFocusEvent elsewhere(QEvent::FocusOut);
+    QCoreApplication::sendEvent(field, &elsewhere);
+    EXPECT_FALSE(isListening());
+    field->click();
+    window->close();
+    EXPECT_FALSE(isListening());
+    EXPECT_EQ(settings.panelKey(), PanelKey::usual());
+}
+
+TEST_F(WindowsTest, LeavesTheKeyToADesktopThatGivesIt) {
+    hotKeys.desktopGivesThem = true;
+    openSettings();
+    EXPECT_EQ(window->findChild<KeyField *>(), nullptr);
+    EXPECT_TRUE(reads("set by the desktop"));
+}
+
 TEST_F(WindowsTest, SaysThatABuildWithoutAddressesSendsNothing) {
     openSettings();
     EXPECT_TRUE(reads("This build has no update signing key"));
@@ -208,6 +327,12 @@ TEST_F(WindowsTest, WalksANewcomerThroughToAConnectedAgent) {
     button("Connect Claude Code")->click();
     EXPECT_NE(button("Disconnect Claude Code"), nullptr);
     EXPECT_EQ(view->step(), 1);
+    // What the welcome speaks of stays to be seen.
+    const auto isCapsuleShown = [this] {
+        scheduler.advance(Seconds(2));
+        return static_cast<FakeOverlayWindows &>(*platform.overlays).alive.first()->isVisible();
+    };
+    EXPECT_TRUE(isCapsuleShown());
 
     button("Continue →")->click();
     // While the page is still on its way the next press counts too.
@@ -223,6 +348,7 @@ TEST_F(WindowsTest, WalksANewcomerThroughToAConnectedAgent) {
     EXPECT_TRUE(reads("Click the alien in the tray, or press"));
     button("Done")->click();
     EXPECT_FALSE(window->isVisible());
+    EXPECT_FALSE(isCapsuleShown());
     EXPECT_EQ(settings.knownAgents(), QStringList{"claude"});
 }
 
@@ -238,6 +364,7 @@ TEST_F(WindowsTest, OffersEveryAgentThatIsNew) {
     EXPECT_EQ(button("Back"), nullptr);
     EXPECT_NE(button("Connect Codex"), nullptr);
     EXPECT_NE(button("Done"), nullptr);
+    EXPECT_EQ(AccessibleControls(*window).faults(), QStringList());
 }
 
 } // namespace

@@ -22,6 +22,7 @@ public:
         const bool isTaken = known != m_keys.end() && m_taken.contains(known->second.symbol);
         return isTaken ? State::taken : State::works;
     }
+    bool areDesktops() const override { return desktopGivesThem; }
     void retry() override { ++retries; }
 
     /// What is held, by what stands on the keys, in the order of the registrations.
@@ -32,6 +33,8 @@ public:
         }
         return result;
     }
+
+    std::uint32_t registrations() const { return m_lastID; }
 
     void press(const QString &symbol) {
         const auto held = m_keys;
@@ -51,6 +54,7 @@ public:
     }
 
     int retries = 0;
+    bool desktopGivesThem = false;
 
 private:
     std::map<std::uint32_t, HotKey> m_keys;

@@ -1,6 +1,7 @@
 #include "Core/Settings/MorvaneSettings.h"
 
 #include "Core/Settings/Defaults.h"
+#include "Core/Settings/PanelKey.h"
 #include "Core/Settings/SettingValue.h"
 
 #include <QUuid>
@@ -90,6 +91,7 @@ void MorvaneSettings::forEachRow(Visit visit) {
     visit(Setting{"installPingEnabled", &S::m_installPingEnabled, true});
     visit(Setting{"installPingSent", &S::m_installPingSent, false});
     visit(Setting{"knownAgents", &S::m_knownAgents, std::optional<QStringList>()});
+    visit(Setting{"panelKey", &S::m_panelKey, PanelKey::usual()});
     visit(Key{"SUEnableAutomaticChecks"});
     visit(Key{"SUAutomaticallyUpdate"});
     visit(Key{"SULastCheckTime"});

@@ -2,6 +2,7 @@
 
 #include "Core/Settings/DisplayTargetMode.h"
 #include "Core/Settings/FloatingPosition.h"
+#include "Platform/HotKey.h"
 
 #include <QMap>
 #include <QObject>
@@ -87,6 +88,9 @@ public:
     /// not the same as an empty one.
     const std::optional<QStringList> &knownAgents() const { return m_knownAgents; }
     void setKnownAgents(const std::optional<QStringList> &agents) { assign(m_knownAgents, agents); }
+    /// The key that opens the panel.
+    const HotKey &panelKey() const { return m_panelKey; }
+    void setPanelKey(const HotKey &key) { assign(m_panelKey, key); }
 
     /// The person's own name for a working directory.
     std::optional<QString> name(const QString &cwd) const;
@@ -140,6 +144,7 @@ private:
     bool m_installPingEnabled;
     bool m_installPingSent;
     std::optional<QStringList> m_knownAgents;
+    HotKey m_panelKey;
 };
 
 } // namespace morvane

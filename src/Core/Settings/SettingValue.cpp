@@ -1,5 +1,7 @@
 #include "Core/Settings/SettingValue.h"
 
+#include "Core/Settings/PanelKey.h"
+
 #include <utility>
 
 namespace morvane::SettingValue {
@@ -64,6 +66,10 @@ void read(const QVariant &stored, FloatingPosition &value) {
     value = floatingPosition(text(stored)).value_or(value);
 }
 
+void read(const QVariant &stored, HotKey &value) {
+    value = PanelKey::panelKey(text(stored)).value_or(value);
+}
+
 void read(const QVariant &stored, QMap<QString, QString> &value) {
     if (stored.typeId() != QMetaType::QVariantMap) {
         return;
@@ -114,6 +120,10 @@ QVariant stored(DisplayTargetMode value) {
 
 QVariant stored(FloatingPosition value) {
     return rawValue(value);
+}
+
+QVariant stored(const HotKey &value) {
+    return PanelKey::rawValue(value);
 }
 
 QVariant stored(const QMap<QString, QString> &value) {

@@ -2,6 +2,7 @@
 
 #include "Core/Settings/DisplayTargetMode.h"
 #include "Core/Settings/FloatingPosition.h"
+#include "Platform/HotKey.h"
 
 #include <QMap>
 #include <QStringList>
@@ -21,6 +22,7 @@ void read(const QVariant &stored, std::uint16_t &value);
 void read(const QVariant &stored, QString &value);
 void read(const QVariant &stored, DisplayTargetMode &value);
 void read(const QVariant &stored, FloatingPosition &value);
+void read(const QVariant &stored, HotKey &value);
 void read(const QVariant &stored, QMap<QString, QString> &value);
 void read(const QVariant &stored, std::optional<QStringList> &value);
 
@@ -30,6 +32,7 @@ QVariant stored(int value);
 QVariant stored(std::uint16_t value);
 QVariant stored(DisplayTargetMode value);
 QVariant stored(FloatingPosition value);
+QVariant stored(const HotKey &value);
 QVariant stored(const QMap<QString, QString> &value);
 QVariant stored(const std::optional<QStringList> &value);
 

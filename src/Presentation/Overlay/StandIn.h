@@ -7,14 +7,15 @@ namespace morvane {
 enum class StandIn {
     none,        ///< each capsule has reasons of its own to be on screen
     whileActive, ///< one on call also stays while sessions are active
-    always,      ///< as long as no agent is connected, nothing would ever call for it
+    always,      ///< for a newcomer, to whom nothing would ever call it as yet
 };
 
-constexpr StandIn standIn(bool hasTray, bool isAnyAgentConnected) {
+/// A person is introduced once an agent is connected and the welcome is over.
+constexpr StandIn standIn(bool hasTray, bool isIntroduced) {
     if (hasTray) {
         return StandIn::none;
     }
-    return isAnyAgentConnected ? StandIn::whileActive : StandIn::always;
+    return isIntroduced ? StandIn::whileActive : StandIn::always;
 }
 
 } // namespace morvane

@@ -35,7 +35,7 @@ Wording wordingOf(const AgentDecision &choice, const QString &toolName) {
                 Colors::approvalAccent, ApprovalStrip::tr("Approve this one call.")};
     }
     return {ApprovalStrip::tr("Always"), ApprovalStrip::tr("Always allow %1 in %2"),
-            Colors::white(0.7),
+            Colors::quietAccent,
             ApprovalStrip::tr("Approve every %1 call for the rest of this session.").arg(toolName)};
 }
 
@@ -54,7 +54,7 @@ ApprovalStrip::ApprovalStrip(Scheduler &scheduler, QWidget *parent)
     : QWidget(parent),
       m_title(new TextLabel(Typography::text(Typography::bodySize, QFont::DemiBold),
                             Colors::approvalAccent, 2, this)),
-      m_input(new InputView(this)), m_more(new DecideButton({}, Colors::white(0.7), this)),
+      m_input(new InputView(this)), m_more(new DecideButton({}, Colors::quietAccent, this)),
       m_note(new TextLabel(Typography::text(Typography::secondarySize), Colors::secondaryText, 0,
                            this)),
       m_countdown(new Countdown(scheduler, this)), m_choices(makeButtons()),

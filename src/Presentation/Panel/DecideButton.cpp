@@ -18,7 +18,6 @@ constexpr int digitGap = 7;
 constexpr int imageSide = 9;
 constexpr int imageGap = 5;
 constexpr double decideRadius = 7;
-constexpr double restOpacity = 0.14;
 constexpr double hoverOpacity = 0.24;
 constexpr double pressedOpacity = 0.36;
 
@@ -68,14 +67,16 @@ void DecideButton::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setOpacity(isEnabled() ? 1 : Colors::waiting);
-    const double opacity = isDown() ? pressedOpacity : underMouse() ? hoverOpacity : restOpacity;
+    const double opacity = isDown()       ? pressedOpacity
+                           : underMouse() ? hoverOpacity
+                                          : Colors::tintedGround;
     painter.setPen(Qt::NoPen);
     painter.setBrush(Colors::faded(m_tint, opacity));
     painter.drawRoundedRect(rect(), decideRadius, decideRadius);
     const int padding = m_isQuiet ? quietPadding : buttonPadding;
     QRect content = rect().adjusted(padding, 0, -padding, 0);
     if (m_digit) {
-        painter.setPen(Colors::faded(m_tint, 0.55));
+        painter.setPen(Colors::faded(m_tint, Colors::shortcut));
         painter.drawText(content, Qt::AlignVCenter | Qt::AlignLeft, QString::number(*m_digit));
         content.setLeft(content.left() + digitSpace());
     }

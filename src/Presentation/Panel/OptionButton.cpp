@@ -37,7 +37,7 @@ OptionButton::OptionButton(const AgentOption &option, const QColor &accent,
     line->setSpacing(9);
     const QFont labelFont = Typography::text(Typography::bodySize, QFont::DemiBold);
     if (shortcutDigit) {
-        auto *digit = new TextLabel(labelFont, Colors::faded(accent, 0.55), 1, this);
+        auto *digit = new TextLabel(labelFont, Colors::faded(accent, Colors::shortcut), 1, this);
         digit->setText(QString::number(*shortcutDigit));
         line->addWidget(digit, 0, Qt::AlignTop);
     }

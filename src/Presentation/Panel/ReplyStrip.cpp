@@ -19,7 +19,7 @@ constexpr int outcomeGap = 8;
 
 ReplyStrip::ReplyStrip(const PanelContext &context, QWidget *parent)
     : QWidget(parent), m_context(context),
-      m_affordance(new DecideButton(tr(" Reply"), Colors::white(0.7), this)),
+      m_affordance(new DecideButton(tr(" Reply"), Colors::quietAccent, this)),
       m_outcome(new TextLabel(Typography::text(Typography::secondarySize), Colors::tertiaryText, 1,
                               this)) {
     m_affordance->setLeadingImage(SystemImage::arrowTurnUpLeft);

@@ -17,20 +17,19 @@ namespace {
 
 constexpr int modelSize = 9;
 constexpr int noteSize = 10;
-constexpr QColor quietColor = Colors::white(0.45);
 
 QColor colorOf(ContextPressure pressure) {
     switch (pressure) {
     case ContextPressure::comfortable:
-        return Colors::white(0.7);
+        return Colors::quietAccent;
     case ContextPressure::filling:
         return Colors::fillingContext;
     case ContextPressure::tight:
         return Colors::tightContext;
     case ContextPressure::large:
-        return quietColor;
+        return Colors::tertiaryText;
     }
-    return quietColor;
+    return Colors::tertiaryText;
 }
 
 } // namespace
@@ -38,9 +37,10 @@ QColor colorOf(ContextPressure pressure) {
 SessionContextRow::SessionContextRow(QWidget *parent)
     : QWidget(parent), m_agent(new AgentBadge(this)),
       m_name(new TextLabel(Typography::text(Typography::bodySize), Colors::primaryText, 1, this)),
-      m_model(new TextLabel(Typography::text(modelSize), quietColor, 1, this)),
-      m_context(new TextLabel(Typography::text(Typography::bodySize), quietColor, 1, this)),
-      m_note(new TextLabel(Typography::text(noteSize), quietColor, 1, this)),
+      m_model(new TextLabel(Typography::text(modelSize), Colors::tertiaryText, 1, this)),
+      m_context(
+          new TextLabel(Typography::text(Typography::bodySize), Colors::tertiaryText, 1, this)),
+      m_note(new TextLabel(Typography::text(noteSize), Colors::tertiaryText, 1, this)),
       m_gauge(new ContextGauge(this)) {
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(0, 2, 0, 2);

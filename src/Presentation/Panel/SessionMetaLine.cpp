@@ -28,7 +28,7 @@ SessionMetaLine::SessionMetaLine(QWidget *parent)
 void SessionMetaLine::setSession(const Session &session) {
     m_host->setContent(session.hostAppName.value_or(QString()), Colors::secondaryText);
     m_host->setAccessibleName(tr("in %1").arg(m_host->text()));
-    m_branch->setContent(session.gitBranch.value_or(QString()), Colors::white(0.5));
+    m_branch->setContent(session.gitBranch.value_or(QString()), Colors::tertiaryText);
     m_branch->setAccessibleName(tr("branch %1").arg(m_branch->text()));
     m_mode->setMode(session.notablePermissionMode());
     m_context->setSession(session);

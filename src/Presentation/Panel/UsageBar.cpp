@@ -23,7 +23,6 @@ constexpr int textGap = 6;
 constexpr int percentWidth = 42;
 constexpr int scopeSize = 8;
 constexpr int timesSize = 10;
-constexpr QColor scopeColor = Colors::white(0.35);
 
 constexpr double trackHeight = 8;
 constexpr QColor trackColor = Colors::white(0.1);
@@ -152,7 +151,7 @@ void UsageBar::paintTexts(QPainter &painter) const {
         left += QFontMetrics(font).horizontalAdvance(text) + textGap;
     };
     draw(m_limit.label, labelFont(), Colors::primaryText);
-    draw(m_limit.scope, Typography::text(scopeSize, QFont::Bold), scopeColor);
+    draw(m_limit.scope, Typography::text(scopeSize, QFont::Bold), Colors::tertiaryText);
 
     const QFont timesFont = Typography::text(timesSize);
     left = width() - percentWidth - QFontMetrics(timesFont).horizontalAdvance(m_times);

@@ -16,7 +16,6 @@ namespace {
 constexpr int badgeHeight = 15;
 constexpr int maxTextWidth = 180;
 constexpr double pictureSide = 8;
-constexpr double groundOpacity = 0.14;
 constexpr double badgeRadius = 4;
 
 } // namespace
@@ -50,7 +49,7 @@ void Badge::paintEvent(QPaintEvent *) {
         m_picture(painter, QRectF(0, top, pictureSide, pictureSide), m_tint);
     } else {
         painter.setPen(Qt::NoPen);
-        painter.setBrush(Colors::faded(m_tint, groundOpacity));
+        painter.setBrush(Colors::faded(m_tint, Colors::tintedGround));
         painter.drawRoundedRect(rect(), badgeRadius, badgeRadius);
     }
     const QRect inner = rect().adjusted(padding() + pictureSpace(), 0, -padding(), 0);

@@ -25,15 +25,15 @@ inline constexpr QColor rowPressed = white(0.09);
 inline constexpr QColor primaryText = white(0.94);
 inline constexpr QColor secondaryText = white(0.6);
 inline constexpr QColor tertiaryText = white(0.5);
-inline constexpr QColor archiveHeader = white(0.35);
 
 inline constexpr QColor questionAccent = sRgb(0.48, 0.7, 1.0);
 inline constexpr QColor approvalAccent = sRgb(1.0, 0.72, 0.35);
 inline constexpr QColor denyAccent = sRgb(1.0, 0.48, 0.48);
+inline constexpr QColor quietAccent = white(0.7);
 
 inline constexpr QColor connected = sRgb(0.36, 0.82, 0.48);
 inline constexpr QColor warning = sRgb(1.0, 0.74, 0.3);
-inline constexpr QColor switchOn = sRgb(0.18, 0.52, 0.96);
+inline constexpr QColor switchOn = sRgb(0.12, 0.43, 0.86);
 inline constexpr QColor mascot = sRgb(1.0, 0.84, 0.04);
 inline constexpr QColor onboardingGlow = sRgb(0.19, 0.2, 0.27);
 inline constexpr QColor formGround = white(0.05);
@@ -43,9 +43,20 @@ inline constexpr QColor focusRing = sRgb(0.48, 0.7, 1.0, 0.9);
 inline constexpr QColor fillingContext = sRgb(1.0, 0.78, 0.45);
 inline constexpr QColor tightContext = sRgb(1.0, 0.5, 0.45);
 
+// How much a session asks.
+inline constexpr QColor neverAsks = sRgb(1.0, 0.45, 0.45);
+inline constexpr QColor asksLess = sRgb(1.0, 0.75, 0.42);
+inline constexpr QColor asksAsUsual = sRgb(0.55, 0.75, 1.0);
+
 inline constexpr QColor codeGround = white(0.05);
 inline constexpr QColor removedLine = sRgb(1.0, 0.6, 0.58);
 inline constexpr QColor addedLine = sRgb(0.56, 0.86, 0.6);
+
+/// How much of its colour lies below a badge or a button at rest.
+inline constexpr double tintedGround = 0.14;
+
+/// How much of its colour a key has beside what it presses.
+inline constexpr double shortcut = 0.9;
 
 /// How much is left of what can't be pressed yet.
 inline constexpr double waiting = 0.4;

@@ -26,16 +26,25 @@ QKeySequence PlatformWords::keySequence(const HotKey &key) {
     return QKeySequence::fromString(names, QKeySequence::PortableText);
 }
 
+QString PlatformWords::hotKeyProblem(const HotKey &key, HotKeys::State state) {
+    switch (state) {
+    case HotKeys::State::taken:
+        return tr("%1 is taken by another program").arg(hotKey(key));
+    case HotKeys::State::unavailable:
+        return tr("%1 doesn't work on this desktop").arg(hotKey(key));
+    case HotKeys::State::pending:
+    case HotKeys::State::works:
+        break;
+    }
+    return {};
+}
+
 QString PlatformWords::digitShortcut(int digit) {
     return tr("Ctrl %1").arg(digit);
 }
 
 QString PlatformWords::digitShortcuts(int first, int last) {
     return tr("Ctrl %1–%2").arg(first).arg(last);
-}
-
-QString PlatformWords::panelShortcut() {
-    return tr("Super+Shift+G");
 }
 
 QString PlatformWords::everythingStaysHere() {
@@ -49,10 +58,10 @@ QString PlatformWords::whereToLook(bool hasTrayIcon) {
                        : tr("Look for the alien at the top of the screen.");
 }
 
-QString PlatformWords::openThePanel(bool hasTrayIcon) {
+QString PlatformWords::openThePanel(const HotKey &key, bool hasTrayIcon) {
     return (hasTrayIcon ? tr("Click the alien in the tray, or press %1, to open the panel.")
                         : tr("Hover the capsule, or press %1, to open the panel."))
-        .arg(panelShortcut());
+        .arg(hotKey(key));
 }
 
 QString PlatformWords::noNotificationSwitch() {
@@ -71,13 +80,13 @@ QString PlatformWords::windowFocusFooter() {
 }
 
 QString PlatformWords::showIcon() {
-    return tr("Show icon in the &tray");
+    return tr("Show icon in the t&ray");
 }
 
-QString PlatformWords::iconIsHidden() {
+QString PlatformWords::iconIsHidden(const HotKey &panelKey) {
     return tr("Morvane is still running. Open the panel with %1, or hover the capsule. To reach "
               "Settings again, start Morvane once more.")
-        .arg(panelShortcut());
+        .arg(hotKey(panelKey));
 }
 
 QString PlatformWords::removeTheProgram() {

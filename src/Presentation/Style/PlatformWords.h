@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/HotKey.h"
+#include "Platform/HotKeys.h"
 
 #include <QCoreApplication>
 #include <QKeySequence>
@@ -19,26 +19,26 @@ public:
     /// The same for a menu.
     static QKeySequence keySequence(const HotKey &key);
 
+    /// Why a key doesn't work; empty where it does, or may yet.
+    static QString hotKeyProblem(const HotKey &key, HotKeys::State state);
+
     /// The keys of one of the digit shortcuts: "⌘1" elsewhere.
     static QString digitShortcut(int digit);
 
     /// The keys of the first and the last digit that jump somewhere: "⌘1–⌘5" elsewhere.
     static QString digitShortcuts(int first, int last);
 
-    /// The key that opens the panel: "⇧⌘G" elsewhere.
-    static QString panelShortcut();
-
     // The windows' sentences that name a place of the desktop.
 
     static QString everythingStaysHere();
     /// Where a newcomer finds Morvane: beside the clock elsewhere.
     static QString whereToLook(bool hasTrayIcon);
-    static QString openThePanel(bool hasTrayIcon);
+    static QString openThePanel(const HotKey &key, bool hasTrayIcon);
     static QString noNotificationSwitch();
     static QString windowFocusNeeds();
     static QString windowFocusFooter();
     static QString showIcon();
-    static QString iconIsHidden();
+    static QString iconIsHidden(const HotKey &panelKey);
     static QString removeTheProgram();
     static QString removeTheProgramToFinish();
     static QString acknowledgementsAreMissing();

@@ -207,18 +207,20 @@ Drawing prompt(const DeviceCanvas &canvas) {
     return drawing;
 }
 
-/// A square whose sides run on into a loop at each corner.
-Drawing loopedSquare(const DeviceCanvas &canvas) {
+/// A frame with a row of keys and the long one below them.
+Drawing keyboard(const DeviceCanvas &canvas) {
     Drawing drawing;
-    const double near = canvas.line(5.6);
-    const double far = canvas.line(10.4);
-    const double radius = canvas.scale(1.9);
-    drawing.lines.addRect(QRectF(QPointF(near, near), QPointF(far, far)));
-    for (const double x : {near - radius, far + radius}) {
-        for (const double y : {near - radius, far + radius}) {
-            drawing.lines.addEllipse(QPointF(x, y), radius, radius);
-        }
+    drawing.isStraight = true;
+    const QRectF frame(canvas.linePoint(1.4, 3.4), canvas.linePoint(14.6, 12.6));
+    const double radius = canvas.scale(1.8);
+    drawing.lines.addRoundedRect(frame, radius, radius);
+    const double side = std::max(1.0, std::round(canvas.scale(1.6)));
+    const double upper = canvas.line(6.6);
+    for (const double key : {4.6, 8.0, 11.4}) {
+        drawing.fill.addRect(canvas.line(key) - side / 2, upper - side / 2, side, side);
     }
+    drawing.lines.moveTo(canvas.linePoint(5.4, 9.8));
+    drawing.lines.lineTo(canvas.linePoint(10.6, 9.8));
     return drawing;
 }
 
@@ -288,14 +290,14 @@ Drawing drawingOf(SystemImage image, const DeviceCanvas &canvas) {
         return pointing(canvas, false);
     case SystemImage::circle:
         return ring(canvas);
-    case SystemImage::command:
-        return loopedSquare(canvas);
     case SystemImage::cursorarrowMotionlines:
         return movingCursor(canvas);
     case SystemImage::exclamationmarkCircle:
         return exclamationCircle(canvas);
     case SystemImage::exclamationmarkTriangleFill:
         return exclamationTriangle(canvas);
+    case SystemImage::keyboard:
+        return keyboard(canvas);
     case SystemImage::macwindow:
         return titledFrame(canvas);
     case SystemImage::pencil:

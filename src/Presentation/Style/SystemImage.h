@@ -18,10 +18,10 @@ enum class SystemImage {
     chevronDown,                 ///< "chevron.down"
     chevronRight,                ///< "chevron.right"
     circle,                      ///< "circle"
-    command,                     ///< "command"
     cursorarrowMotionlines,      ///< "cursorarrow.motionlines"
     exclamationmarkCircle,       ///< "exclamationmark.circle"
     exclamationmarkTriangleFill, ///< "exclamationmark.triangle.fill"
+    keyboard,                    ///< "command" elsewhere
     macwindow,                   ///< "macwindow"
     pencil,                      ///< "pencil"
     terminal,                    ///< "terminal"

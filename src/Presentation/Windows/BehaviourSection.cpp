@@ -1,9 +1,11 @@
 #include "Presentation/Windows/BehaviourSection.h"
 
 #include "Core/Settings/MorvaneSettings.h"
+#include "Core/Settings/PanelKey.h"
 #include "Presentation/Style/PlatformWords.h"
 #include "Presentation/Style/TextLabel.h"
 #include "Presentation/Style/Typography.h"
+#include "Presentation/Windows/KeyField.h"
 #include "Presentation/Windows/Stepper.h"
 
 #include <QHBoxLayout>
@@ -15,13 +17,17 @@ BehaviourSection::BehaviourSection(const WindowContext &context, QWidget *parent
     : FormSection(tr("Behaviour"), parent) {
     MorvaneSettings &settings = context.settings;
     addAutoClear(settings);
+    addPanelKey(context);
     addToggle(tr("&Launch at login"), context.program.launchAtLogin,
               context.program.setLaunchAtLogin);
     addToggle(
         PlatformWords::showIcon(), [&settings] { return settings.showMenuBarIcon(); },
         [&settings](bool on) { settings.setShowMenuBarIcon(on); });
-    TextLabel *hidden = addCaption(PlatformWords::iconIsHidden());
-    onRefresh([hidden, &settings] { hidden->setVisible(!settings.showMenuBarIcon()); });
+    TextLabel *hidden = addCaption();
+    onRefresh([hidden, &settings] {
+        hidden->setText(PlatformWords::iconIsHidden(settings.panelKey()));
+        hidden->setVisible(!settings.showMenuBarIcon());
+    });
 }
 
 /// The number stands in the field, so that the row reads as one sentence.
@@ -40,6 +46,41 @@ void BehaviourSection::addAutoClear(MorvaneSettings &settings) {
         }
     });
     onRefresh([minutes, &settings] { minutes->setValue(settings.autoClearMinutes()); });
+}
+
+void BehaviourSection::addPanelKey(const WindowContext &context) {
+    if (context.program.desktopGivesKeys()) {
+        addRow(tr("Key that opens the panel"))->addWidget(makeText(tr("set by the desktop")));
+        addCaption(tr("The desktop's own keyboard settings say which key that is."));
+    } else {
+        addKeyField(context.settings);
+    }
+    TextLabel *caption = addCaption();
+    onRefresh([this, caption, &settings = context.settings, state = context.program.panelKeyState] {
+        const QString problem = PlatformWords::hotKeyProblem(settings.panelKey(), state());
+        const QString refusal = m_panelKey ? m_panelKey->refusal() : QString();
+        caption->setText(refusal.isEmpty() ? problem : refusal);
+        caption->setVisible(!caption->text().isEmpty());
+    });
+}
+
+void BehaviourSection::addKeyField(MorvaneSettings &settings) {
+    auto *label = new QLabel(tr("Ke&y that opens the panel"), this);
+    label->setFont(Typography::text(Typography::nameSize));
+    FormButton *usual = makeButton(tr("Use %1").arg(PlatformWords::hotKey(PanelKey::usual())),
+                                   [&settings] { settings.setPanelKey(PanelKey::usual()); });
+    m_panelKey = new KeyField(this);
+    label->setBuddy(m_panelKey);
+    QHBoxLayout *row = addRow(label);
+    row->addWidget(usual);
+    row->addWidget(m_panelKey);
+    connect(m_panelKey, &KeyField::chosen, this,
+            [&settings](const HotKey &key) { settings.setPanelKey(key); });
+    connect(m_panelKey, &KeyField::refusalChanged, this, &FormSection::refresh);
+    onRefresh([usual, field = m_panelKey, &settings] {
+        field->setKey(settings.panelKey());
+        usual->setVisible(settings.panelKey() != PanelKey::usual());
+    });
 }
 
 } // namespace morvane

@@ -5,7 +5,9 @@
 
 namespace morvane {
 
-/// "Behaviour": how long sessions stay, and where the program itself is found.
+class KeyField;
+
+/// "Behaviour": how long sessions stay, where the program itself is found, and by which key.
 class BehaviourSection : public FormSection {
     Q_OBJECT
 
@@ -14,6 +16,10 @@ public:
 
 private:
     void addAutoClear(MorvaneSettings &settings);
+    void addPanelKey(const WindowContext &context);
+    void addKeyField(MorvaneSettings &settings);
+
+    KeyField *m_panelKey = nullptr; ///< none where the desktop says which key it is
 };
 
 } // namespace morvane

@@ -8,7 +8,7 @@ DisplaysSection::DisplaysSection(const WindowContext &context, QWidget *parent)
     : FormSection(tr("Displays"), parent) {
     MorvaneSettings &settings = context.settings;
     addPicker(
-        tr("Show &Morvane on"), {tr("All displays"), tr("Built-in only"), tr("External only")},
+        tr("Show Mor&vane on"), {tr("All displays"), tr("Built-in only"), tr("External only")},
         [&settings] { return static_cast<int>(settings.displayMode()); },
         [&settings](int index) { settings.setDisplayMode(static_cast<DisplayTargetMode>(index)); });
     addPicker(

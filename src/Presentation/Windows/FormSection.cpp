@@ -12,6 +12,8 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace morvane {
 
 namespace {
@@ -52,21 +54,32 @@ void FormSection::refresh() {
     for (const auto &update : m_updates) {
         update();
     }
+    spaceRows();
     this->update();
 }
 
-void FormSection::addWidget(QWidget *row) {
-    if (m_rows->count() > 0) {
-        const bool caption = row->property(isCaption).toBool();
-        row->setContentsMargins(0, caption ? captionSpace : rowSpace, 0, 0);
+/// A space above each row that is there but the first.
+void FormSection::spaceRows() {
+    bool isFirst = true;
+    for (int index = 0; index < m_rows->count(); ++index) {
+        QWidget *row = m_rows->itemAt(index)->widget();
+        if (!row->isHidden()) {
+            const int space = row->property(isCaption).toBool() ? captionSpace : rowSpace;
+            row->setContentsMargins(0, std::exchange(isFirst, false) ? 0 : space, 0, 0);
+            // A row's own layout tells that of the section only some time later.
+            row->updateGeometry();
+        }
     }
+}
+
+void FormSection::addWidget(QWidget *row) {
     m_rows->addWidget(row);
 }
 
 QWidget *FormSection::startRow(QHBoxLayout *&layout) {
     auto *row = new QWidget(m_ground);
     layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, m_rows->count() > 0 ? rowSpace : 0, 0, 0);
+    layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(8);
     return row;
 }
@@ -177,7 +190,7 @@ void FormSection::paintEvent(QPaintEvent *) {
     bool isFirst = true;
     for (int index = 0; index < m_rows->count(); ++index) {
         const QWidget *row = m_rows->itemAt(index)->widget();
-        if (row == nullptr || row->isHidden()) {
+        if (row->isHidden()) {
             continue;
         }
         if (!std::exchange(isFirst, false) && !row->property(isCaption).toBool()) {

@@ -67,6 +67,7 @@ protected:
                            FormButton::Role role = FormButton::Role::ordinary);
 
 private:
+    void spaceRows();
     QWidget *startRow(QHBoxLayout *&layout);
 
     QWidget *m_ground = nullptr; ///< the rows lie on it

@@ -107,13 +107,15 @@ OnboardingPage *OnboardingPage::ready(const WindowContext &context, QWidget *par
     page->m_layout->addSpacing(10);
     page->addTitle(tr("You're set"), 30);
     page->m_layout->addSpacing(10);
-    TextLabel *opening = page->addHint(SystemImage::cursorarrowMotionlines, {});
-    page->m_updates.push_back(
-        [page, opening] { opening->setText(PlatformWords::openThePanel(page->hasTrayIcon())); });
-    page->addHint(
-        SystemImage::command,
-        tr("%1 jump to recently completed sessions.").arg(PlatformWords::digitShortcuts(1, 5)));
-    page->addHint(SystemImage::terminal, tr("Click a session to jump to its terminal."));
+    TextLabel *open = page->addHint(SystemImage::cursorarrowMotionlines);
+    page->m_updates.push_back([page, open] {
+        open->setText(PlatformWords::openThePanel(page->m_context.settings.panelKey(),
+                                                  page->hasTrayIcon()));
+    });
+    page->addHint(SystemImage::keyboard)
+        ->setText(
+            tr("%1 jump to recently completed sessions.").arg(PlatformWords::digitShortcuts(1, 5)));
+    page->addHint(SystemImage::terminal)->setText(tr("Click a session to jump to its terminal."));
     page->m_layout->addSpacing(14);
     page->addWindowFocus();
     page->addLaunchAtLogin();
@@ -214,9 +216,8 @@ void OnboardingPage::addAgents(const std::function<Agents()> &listed, const QStr
     });
 }
 
-TextLabel *OnboardingPage::addHint(SystemImage image, const QString &text) {
+TextLabel *OnboardingPage::addHint(SystemImage image) {
     auto *label = new TextLabel(Typography::text(14), Colors::primaryText, 0, nullptr);
-    label->setText(text);
     m_layout->addWidget(rowOf(image, Colors::questionAccent, label, this));
     return label;
 }

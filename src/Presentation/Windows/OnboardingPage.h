@@ -44,7 +44,7 @@ private:
     /// `without` stands there while there is nothing to list.
     void addAgents(const std::function<Agents()> &listed, const QString &footnote,
                    const QString &without);
-    TextLabel *addHint(SystemImage image, const QString &text);
+    TextLabel *addHint(SystemImage image);
     void addWindowFocus();
     void addLaunchAtLogin();
 

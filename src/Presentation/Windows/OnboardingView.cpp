@@ -11,6 +11,7 @@
 #include "Presentation/Windows/PictureView.h"
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QVBoxLayout>
 
@@ -109,6 +110,15 @@ void OnboardingView::goOn() {
         emit finished();
     } else {
         go(m_step + 1);
+    }
+}
+
+/// Return goes on from wherever it has no other use.
+void OnboardingView::keyPressEvent(QKeyEvent *event) {
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        m_next->click();
+    } else {
+        QWidget::keyPressEvent(event);
     }
 }
 

@@ -27,6 +27,7 @@ public:
 private:
     QWidget *makeForm(const WindowContext &context);
     QWidget *makeFailureBar();
+    void showFocus(const QWidget *before, QWidget *now);
 
     AgentConnections &m_connections;
     std::vector<FormSection *> m_sections;

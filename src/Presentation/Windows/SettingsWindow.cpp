@@ -22,13 +22,18 @@ constexpr double shareOfScreen = 0.85;
 } // namespace
 
 SettingsWindow::SettingsWindow(const WindowContext &context)
-    : ManagedWindow(tr("Morvane Settings")), m_connections(context.connections) {
+    : ManagedWindow(tr("Morvane Settings")), m_connections(context.connections),
+      m_view(new SettingsView(context, this)) {
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(new SettingsView(context, this));
+    layout->addWidget(m_view);
     setMinimumSize(leastWidth, leastHeight);
     const double room = screen()->availableGeometry().height() * shareOfScreen;
     resize(usualSize.width(), std::clamp(qRound(room), leastHeight, usualSize.height()));
+}
+
+void SettingsWindow::refresh() {
+    m_view->refresh();
 }
 
 /// Whoever comes back to the window may have changed an agent's settings in an editor meanwhile.

@@ -5,6 +5,8 @@
 
 namespace morvane {
 
+class SettingsView;
+
 /// "Morvane Settings". Only hidden when it is closed, so that it comes back as it was left. Owned
 /// by `AppDelegate`.
 class SettingsWindow : public ManagedWindow {
@@ -13,12 +15,16 @@ class SettingsWindow : public ManagedWindow {
 public:
     explicit SettingsWindow(const WindowContext &context);
 
+    /// Something has changed that the view doesn't follow by itself.
+    void refresh();
+
 protected:
     bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
     AgentConnections &m_connections;
+    SettingsView *m_view;
 };
 
 } // namespace morvane

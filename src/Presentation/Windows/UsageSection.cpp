@@ -90,7 +90,7 @@ void UsageSection::addSources(const UsagePoller &usage) {
 void UsageSection::addKeychain(const WindowContext &context) {
     QHBoxLayout *row = addRow(tr("Keychain"));
     row->addWidget(makeText(tr("paused — it asked for your password")));
-    row->addWidget(makeButton(tr("Try &again"), context.program.retryKeychainAccess));
+    row->addWidget(makeButton(tr("Try a&gain"), context.program.retryKeychainAccess));
     onRefresh([line = row->parentWidget(), &usage = context.usage, &settings = m_settings] {
         line->setVisible(settings.usageEnabled() && usage.keychainBlocked());
     });

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/HotKeys.h"
+
 #include <QString>
 
 #include <functional>
@@ -26,6 +28,10 @@ struct ProgramActions {
     std::function<void(bool)> setLaunchAtLogin;
     /// Whether the desktop lets this program raise other programs' windows.
     std::function<bool()> canFocusWindows;
+    /// How it stands with the key that opens the panel.
+    std::function<HotKeys::State()> panelKeyState;
+    /// Whether the desktop alone says which key that is.
+    std::function<bool()> desktopGivesKeys;
     /// Looks for a newer version, and shows what comes of it.
     std::function<void()> checkForUpdates;
     std::function<void()> testSound;

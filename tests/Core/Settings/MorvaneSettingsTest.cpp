@@ -1,6 +1,7 @@
 #include "Core/Settings/MorvaneSettings.h"
 
 #include "Core/Settings/Defaults.h"
+#include "Core/Settings/PanelKey.h"
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"
 
@@ -66,7 +67,8 @@ json snapshot(const MorvaneSettings &s) {
                 {"soundOnUsageLimit", s.soundOnUsageLimit()},
                 {"hasCompletedFirstRun", s.hasCompletedFirstRun()},
                 {"installPingEnabled", s.installPingEnabled()},
-                {"installPingSent", s.installPingSent()}};
+                {"installPingSent", s.installPingSent()},
+                {"panelKey", textOf(PanelKey::rawValue(s.panelKey()))}};
     if (s.knownAgents()) {
         result["knownAgents"] = json::array();
         for (const QString &agent : *s.knownAgents()) {
@@ -82,7 +84,7 @@ const json standard = json::parse(R"({
     "soundEnabled": false, "soundOnNeedsInput": true, "soundOnDone": false, "showFableBar": true,
     "autoClearMinutes": 10, "sessionNames": {}, "usageEnabled": true, "approvalsEnabled": true,
     "soundOnUsageLimit": true, "hasCompletedFirstRun": false, "installPingEnabled": true,
-    "installPingSent": false})");
+    "installPingSent": false, "panelKey": "Super+Shift+34:G"})");
 
 const json everyOther = json::parse(R"({
     "eventServerPort": 65535, "displayMode": "externalOnly", "floatingPosition": "topRight",
@@ -90,7 +92,8 @@ const json everyOther = json::parse(R"({
     "soundEnabled": true, "soundOnNeedsInput": false, "soundOnDone": true, "showFableBar": false,
     "autoClearMinutes": -3, "sessionNames": {"/a": "A"}, "usageEnabled": false,
     "approvalsEnabled": false, "soundOnUsageLimit": false, "hasCompletedFirstRun": true,
-    "installPingEnabled": false, "installPingSent": true, "knownAgents": ["claude", "kimi"]})");
+    "installPingEnabled": false, "installPingSent": true, "knownAgents": ["claude", "kimi"],
+    "panelKey": "Ctrl+Alt+3:+"})");
 
 void assignEveryOther(MorvaneSettings &settings) {
     settings.setPort(65535);
@@ -112,6 +115,7 @@ void assignEveryOther(MorvaneSettings &settings) {
     settings.setInstallPingEnabled(false);
     settings.setInstallPingSent(true);
     settings.setKnownAgents(QStringList{"claude", "kimi"});
+    settings.setPanelKey({.keyCode = 3, .symbol = "+", .control = true, .alt = true});
 }
 
 TEST_F(SettingsTest, StartFromTheStandardAndSurviveARestart) {
@@ -143,7 +147,18 @@ TEST_F(SettingsTest, TakeNothingOfTheWrongType) {
         {"floatingPosition", ""},
         {"sessionNames", {{"/a", 1}}},
         {"sessionNames", {{"/a", "A"}, {"/b", nullptr}}},
-        {"knownAgents", json::array({"claude", 1})}};
+        {"knownAgents", json::array({"claude", 1})},
+        {"panelKey", "Super+G"},
+        {"panelKey", "Shift+34:G"},
+        {"panelKey", "Shift+Super+34:G"},
+        {"panelKey", "Super+0:G"},
+        {"panelKey", "Super+248:G"},
+        {"panelKey", "Super+34:"},
+        {"panelKey", "Super+34:G\n"},
+        {"panelKey", "Super+34:\u202eG"},
+        {"panelKey", "Super+34:" + std::string(17, 'G')},
+        {"panelKey", "Ctrl+6:"},
+        {"panelKey", "Ctrl+6:%"}};
     const json oneOfEach[] = {nullptr, true, 1, 1.5, "x", json::array({"x"}), {{"x", "x"}}};
     for (const auto &[key, right] : everyOther.items()) {
         for (const json &value : oneOfEach) {
@@ -245,7 +260,7 @@ TEST_F(SettingsTest, RemoveEveryKeyButThoseOfOthers) {
     for (const QString &key : MorvaneSettings::allKeys()) {
         values[key.toStdString()] = "x";
     }
-    EXPECT_EQ(values.size(), 32u);
+    EXPECT_EQ(values.size(), 33u);
     for (const char *unread : {"usageThreshold", "completedHistory", "SUSkippedVersion"}) {
         EXPECT_TRUE(values.contains(unread)) << unread;
     }

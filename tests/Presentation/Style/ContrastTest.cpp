@@ -44,10 +44,14 @@ QColor over(const QColor &top, const QColor &ground) {
                             mix(top.blueF(), ground.blueF()));
 }
 
-/// What lies below texts, over the brightest and the darkest that can shine through.
-QList<QColor> grounds() {
+/// What lies below the panel's texts, over the brightest and the darkest that can shine through.
+QList<QColor> panelGrounds() {
     return {over(Colors::capsuleFill, Qt::black), over(Colors::capsuleFill, Qt::white),
-            Colors::notchFill, Colors::windowFill, over(Colors::formGround, Colors::windowFill)};
+            Colors::notchFill};
+}
+
+QList<QColor> grounds() {
+    return panelGrounds() << Colors::windowFill << over(Colors::formGround, Colors::windowFill);
 }
 
 TEST(Contrast, TextsThatMatterCanBeReadOnEveryGround) {
@@ -62,7 +66,28 @@ TEST(Contrast, TextsThatMatterCanBeReadOnEveryGround) {
                 << ground.name().toStdString();
         }
     }
-    EXPECT_GE(contrast(linear(Qt::white), linear(Colors::switchOn)), 3);
+    const QColor primary = over(Colors::primaryText, Colors::switchOn);
+    EXPECT_GE(contrast(linear(primary), linear(Colors::switchOn)), 4.5);
+}
+
+TEST(Contrast, BadgesAndButtonsCanBeReadOnAGroundOfTheirColor) {
+    const auto expectReadable = [](const QColor &text, const QColor &tint) {
+        for (const QColor &below : panelGrounds()) {
+            const QColor ground = over(Colors::faded(tint, Colors::tintedGround), below);
+            EXPECT_GE(contrast(linear(over(text, ground)), linear(ground)), 4.5)
+                << text.name(QColor::HexArgb).toStdString() << " on " << below.name().toStdString();
+        }
+    };
+    for (const QColor &badge :
+         {Colors::secondaryText, Colors::tertiaryText, Colors::fillingContext, Colors::tightContext,
+          Colors::neverAsks, Colors::asksLess, Colors::asksAsUsual}) {
+        expectReadable(badge, badge);
+    }
+    for (const QColor &button : {Colors::questionAccent, Colors::approvalAccent, Colors::denyAccent,
+                                 Colors::quietAccent}) {
+        expectReadable(button, button);
+        expectReadable(Colors::faded(button, Colors::shortcut), button);
+    }
 }
 
 TEST(Contrast, WhatCallsForAPersonIsSeenOnBlack) {

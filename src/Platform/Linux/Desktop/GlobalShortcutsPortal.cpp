@@ -47,7 +47,7 @@ QString triggerOf(const HotKey &key) {
     result += key.alt ? QStringLiteral("ALT+") : QString();
     result += key.shift ? QStringLiteral("SHIFT+") : QString();
     result += key.super ? QStringLiteral("LOGO+") : QString();
-    return result + key.symbol.toLower();
+    return result + (key.symbol.size() == 1 ? key.symbol.toLower() : key.symbol);
 }
 
 } // namespace

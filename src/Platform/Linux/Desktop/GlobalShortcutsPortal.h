@@ -27,6 +27,8 @@ public:
     void unregisterKey(std::uint32_t id) override;
     State state(std::uint32_t id) const override;
 
+    bool areDesktops() const override { return true; }
+
     /// The desktop has given the last word, and tells when that changes.
     void retry() override {}
 
