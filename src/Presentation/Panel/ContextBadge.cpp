@@ -18,7 +18,7 @@ void ContextBadge::setSession(const Session &session) {
             label, Colors::fillingContext,
             tr("%1 tokens of context — filling up if this is a standard 200k window.").arg(count));
     } else {
-        setContent(label, Colors::tertiaryText,
+        setContent(label, Colors::quietText,
                    tr("%1 tokens of context in the last request.").arg(count));
     }
     setAccessibleName(tr("context %1").arg(label));

@@ -137,7 +137,7 @@ ExpandedView::Entries ExpandedView::entries() const {
     };
     appendRecords(result, tr("RECENTLY COMPLETED"), Colors::secondaryText,
                   shown(store.recentlyCompleted()));
-    appendRecords(result, tr("ARCHIVE"), Colors::tertiaryText, shown(store.archivedCompleted()));
+    appendRecords(result, tr("ARCHIVE"), Colors::faintText, shown(store.archivedCompleted()));
     return result;
 }
 

@@ -27,9 +27,9 @@ QColor colorOf(ContextPressure pressure) {
     case ContextPressure::tight:
         return Colors::tightContext;
     case ContextPressure::large:
-        return Colors::tertiaryText;
+        return Colors::quietText;
     }
-    return Colors::tertiaryText;
+    return Colors::quietText;
 }
 
 } // namespace
@@ -37,10 +37,9 @@ QColor colorOf(ContextPressure pressure) {
 SessionContextRow::SessionContextRow(QWidget *parent)
     : QWidget(parent), m_agent(new AgentBadge(this)),
       m_name(new TextLabel(Typography::text(Typography::bodySize), Colors::primaryText, 1, this)),
-      m_model(new TextLabel(Typography::text(modelSize), Colors::tertiaryText, 1, this)),
-      m_context(
-          new TextLabel(Typography::text(Typography::bodySize), Colors::tertiaryText, 1, this)),
-      m_note(new TextLabel(Typography::text(noteSize), Colors::tertiaryText, 1, this)),
+      m_model(new TextLabel(Typography::text(modelSize), Colors::quietText, 1, this)),
+      m_context(new TextLabel(Typography::text(Typography::bodySize), Colors::quietText, 1, this)),
+      m_note(new TextLabel(Typography::text(noteSize), Colors::quietText, 1, this)),
       m_gauge(new ContextGauge(this)) {
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(0, 2, 0, 2);

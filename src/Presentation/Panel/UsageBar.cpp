@@ -151,7 +151,7 @@ void UsageBar::paintTexts(QPainter &painter) const {
         left += QFontMetrics(font).horizontalAdvance(text) + textGap;
     };
     draw(m_limit.label, labelFont(), Colors::primaryText);
-    draw(m_limit.scope, Typography::text(scopeSize, QFont::Bold), Colors::tertiaryText);
+    draw(m_limit.scope, Typography::text(scopeSize, QFont::Bold), Colors::faintText);
 
     const QFont timesFont = Typography::text(timesSize);
     left = width() - percentWidth - QFontMetrics(timesFont).horizontalAdvance(m_times);

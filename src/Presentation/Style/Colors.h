@@ -25,6 +25,8 @@ inline constexpr QColor rowPressed = white(0.09);
 inline constexpr QColor primaryText = white(0.94);
 inline constexpr QColor secondaryText = white(0.6);
 inline constexpr QColor tertiaryText = white(0.5);
+inline constexpr QColor quietText = white(0.45);
+inline constexpr QColor faintText = white(0.35);
 
 inline constexpr QColor questionAccent = sRgb(0.48, 0.7, 1.0);
 inline constexpr QColor approvalAccent = sRgb(1.0, 0.72, 0.35);
