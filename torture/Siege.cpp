@@ -58,19 +58,6 @@ QJsonObject settingsOf(const Program &program) {
                                           : QJsonObject();
 }
 
-Program besieged(int process) {
-    const std::string home = std::getenv("HOME");
-    Program result{process,
-                   0,
-                   {},
-                   home + "/.config/morvane/io.morvane.morvane.json",
-                   home + "/.morvane/hook.sh"};
-    const QJsonObject settings = settingsOf(result);
-    result.port = static_cast<std::uint16_t>(settings["eventServerPort"].toInt());
-    result.token = settings["eventToken"].toString().toStdString();
-    return result;
-}
-
 struct Holdings {
     long memory = 0; ///< kilobytes of its own
     long peak = 0;
@@ -290,7 +277,7 @@ void oneRound(const Program &program, int round, Figures &figures) {
         const std::string payload = R"({"session_id":")" + id + R"(","conversation_id":")" + id +
                                     R"(","cwd":"/tmp/)" + id + R"(","prompt":"Go"})";
         for (const char *event : agent.turn) {
-            figures.times.push_back(timeOfProcess({program.hook, agent.name, event}, payload) /
+            figures.times.push_back(timeOfProcess({program.hook, agent.name, event}, payload) *
                                     1000);
         }
     }

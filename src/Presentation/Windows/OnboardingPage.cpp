@@ -109,8 +109,8 @@ OnboardingPage *OnboardingPage::ready(const WindowContext &context, QWidget *par
     page->m_layout->addSpacing(10);
     TextLabel *open = page->addHint(SystemImage::cursorarrowMotionlines);
     page->m_updates.push_back([page, open] {
-        open->setText(PlatformWords::openThePanel(page->m_context.settings.panelKey(),
-                                                  page->hasTrayIcon()));
+        open->setText(
+            PlatformWords::openThePanel(page->m_context.settings.panelKey(), page->hasTrayIcon()));
     });
     page->addHint(SystemImage::keyboard)
         ->setText(
