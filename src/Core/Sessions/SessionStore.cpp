@@ -287,6 +287,7 @@ void SessionStore::put(const Session &session) {
 
 void SessionStore::removeSession(const QString &sessionID) {
     m_lastEnrichedAt.remove(sessionID);
+    m_looks.remove(sessionID);
     if (m_sessions.remove(sessionID)) {
         emit sessionRemoved(sessionID);
         publishSessions();

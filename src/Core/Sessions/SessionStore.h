@@ -10,6 +10,7 @@
 #include "Core/Sessions/SessionTransition.h"
 #include "Platform/Scheduler.h"
 
+#include <QDateTime>
 #include <QHash>
 #include <QObject>
 #include <QSet>
@@ -170,6 +171,16 @@ private:
     void clearStaleDoneSessions();
     std::optional<Session> stored(const QString &sessionID) const;
 
+    /// When a transcript was last looked at for the end of a turn; it has no more to tell while
+    /// nothing of this changes.
+    struct Look {
+        Date lastEventAt;
+        QDateTime writtenAt;
+        qint64 size = 0;
+
+        friend bool operator==(const Look &, const Look &) = default;
+    };
+
     MorvaneSettings &m_settings;
     SessionSurroundings m_surroundings;
     Scheduler &m_scheduler;
@@ -178,6 +189,7 @@ private:
     SessionOverview m_overview{m_sessions, m_history.records()};
     QSet<QString> m_enrichmentsInFlight; ///< sessions whose transcript is being read
     QHash<QString, Date> m_lastEnrichedAt;
+    QHash<QString, Look> m_looks; ///< by the session whose turn is quiet
     Task m_cleanupTimer;
     std::optional<Task> m_turnWatch;         ///< while a turn runs that may end without an event
     std::map<QString, Task> m_interruptions; ///< by the session that may have been interrupted

@@ -2,6 +2,8 @@
 
 #include "Core/Sessions/SessionStore.h"
 
+#include <QFileInfo>
+
 #include <array>
 #include <utility>
 
@@ -10,7 +12,7 @@ namespace morvane {
 namespace {
 
 constexpr Seconds transcriptInterval(15);
-constexpr Seconds quietInterval(5); ///< without an event, of a turn that may have ended without one
+constexpr Seconds quietInterval(1); ///< without an event, of a turn that may have ended without one
 
 /// Agents may write their last words down only after they have told that the turn has ended: so
 /// the transcript is read again, each time so long after the time before.
@@ -143,9 +145,15 @@ void SessionStore::lookForEndedTurns() {
     const QHash<QString, Session> present = m_sessions;
     for (const Session &session : present) {
         const bool isQuiet = now - session.lastEventAt >= quietInterval;
-        if (!mayEndUnsaid(session) || !isQuiet || !beginRead(session)) {
+        if (!mayEndUnsaid(session) || !isQuiet) {
             continue;
         }
+        const QFileInfo file(*session.transcriptPath);
+        const Look look{session.lastEventAt, file.lastModified(), file.size()};
+        if (m_looks.value(session.id) == look || !beginRead(session)) {
+            continue;
+        }
+        m_looks.insert(session.id, look);
         const auto use = [this, id = session.id,
                           lastEventAt = session.lastEventAt](const TranscriptInfo &info) {
             m_enrichmentsInFlight.remove(id);

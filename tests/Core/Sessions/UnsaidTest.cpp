@@ -158,6 +158,8 @@ TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
         for (const auto &use : std::exchange(running, {})) {
             use({});
         }
+        scheduler.advance(Seconds(10));
+        EXPECT_TRUE(running.empty()) << "nothing has been written";
     }
     EXPECT_EQ(announced, QStringList{"failed"});
     // Once none runs, nothing is looked at.
