@@ -78,6 +78,20 @@ protected:
         QCoreApplication::sendEvent(target, &event);
     }
 
+    /// What Tab goes through, by name.
+    QStringList tabOrder() const {
+        QStringList result;
+        for (const QWidget *next = window->nextInFocusChain(); next != window;
+             next = next->nextInFocusChain()) {
+            const auto *button = qobject_cast<const QAbstractButton *>(next);
+            if (button != nullptr && button->isVisible() && button->focusPolicy() != Qt::NoFocus) {
+                result << (button->accessibleName().isEmpty() ? button->text().remove(u'&')
+                                                              : button->accessibleName());
+            }
+        }
+        return result;
+    }
+
     QString keyName() const { return window->findChild<KeyField *>()->accessibleName(); }
 
     static QMessageBox *alert() {
@@ -173,6 +187,10 @@ TEST_F(WindowsTest, NamesEveryControlOfTheSettings) {
     QEvent comingBack(QEvent::WindowActivate);
     QCoreApplication::sendEvent(window, &comingBack);
     ASSERT_NE(button("Repair Claude Code"), nullptr);
+    EXPECT_EQ(tabOrder().mid(0, 5),
+              (QStringList{"Disconnect Claude Code", "Repair Claude Code", "Disconnect Codex",
+                           "Repair Codex", "Hide over fullscreen apps"}));
+    EXPECT_EQ(tabOrder().last(), "Remove Morvane");
     const AccessibleControls controls(*window);
     EXPECT_EQ(controls.faults(), QStringList());
     EXPECT_GE(controls.count(), 25);
@@ -327,6 +345,7 @@ TEST_F(WindowsTest, WalksANewcomerThroughToAConnectedAgent) {
     button("Connect Claude Code")->click();
     EXPECT_NE(button("Disconnect Claude Code"), nullptr);
     EXPECT_EQ(view->step(), 1);
+    EXPECT_EQ(tabOrder(), (QStringList{"Disconnect Claude Code", "Back", "Continue →"}));
     // What the welcome speaks of stays to be seen.
     const auto isCapsuleShown = [this] {
         scheduler.advance(Seconds(2));

@@ -37,12 +37,29 @@ void AgentList::show(const std::vector<const AgentAdapter *> &agents) {
             m_rows.push_back(new AgentRow(*agent, m_connections, m_detail, this));
             m_layout->addWidget(m_rows.back());
         }
+        takePlaceInTabOrder();
     }
     for (AgentRow *row : m_rows) {
         row->refresh();
     }
     setVisible(!m_rows.empty());
     update();
+}
+
+/// What is made later would come behind everything that is there already. The list has been in its
+/// place all the time, so the rows follow it, which takes part for that moment alone.
+void AgentList::takePlaceInTabOrder() {
+    setFocusPolicy(Qt::TabFocus);
+    QWidget *before = this;
+    for (const AgentRow *row : m_rows) {
+        for (QWidget *control : row->findChildren<QWidget *>()) {
+            if (control->focusPolicy() & Qt::TabFocus) {
+                setTabOrder(before, control);
+                before = control;
+            }
+        }
+    }
+    setFocusPolicy(Qt::NoFocus);
 }
 
 void AgentList::paintEvent(QPaintEvent *) {

@@ -26,6 +26,8 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void takePlaceInTabOrder();
+
     AgentConnections &m_connections;
     AgentRow::Detail m_detail;
     QVBoxLayout *m_layout;
