@@ -114,7 +114,7 @@ private:
         for (const AgentKind kind : allAgentKinds) {
             const QString id = QStringLiteral("%1-%2-%3").arg(number).arg(session).arg(int(kind));
             const QString body =
-                QStringLiteral(R"({"session_id":"%1","conversation_id":"%1","cwd":"/work/%1",)"
+                QStringLiteral(R"({"session_id":"%1","conversation_id":"%1","cwd":"/projects/%1",)"
                                R"("prompt":"Turn %2 of %1","tool_name":"Bash",)"
                                R"("notification_type":"permission_prompt",)"
                                R"("tool_input":{"command":"make %1"}})")
