@@ -49,7 +49,7 @@ Outcome writeDefaults(const char *) {
 
 Outcome writeHistory(const char *) {
     CompletedRecord record;
-    record.id = record.cwd = QStringLiteral("/work/project");
+    record.id = record.cwd = QStringLiteral("/projects/one");
     record.name = QStringLiteral("project");
     CompletedHistory(Defaults::standard()).add(record);
     return afterWriting(QStringLiteral("completedHistory"));
