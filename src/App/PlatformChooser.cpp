@@ -18,10 +18,12 @@
 #include "Platform/Linux/WatchedProgramFile.h"
 #include "Platform/Linux/Wayland/HyprlandWindowSystem.h"
 #include "Platform/Linux/Wayland/KWinWindowSystem.h"
+#include "Platform/Linux/Wayland/SwayFullscreenWindows.h"
 #include "Platform/Linux/Wayland/SwayWindowSystem.h"
 #include "Platform/Linux/X11/ActiveWindow.h"
 #include "Platform/Linux/X11/ScreenDisplays.h"
 #include "Platform/Linux/X11/X11Connection.h"
+#include "Platform/Linux/X11/X11FullscreenWindows.h"
 #include "Platform/Linux/X11/X11HotKeys.h"
 #include "Platform/Linux/X11/X11OverlayWindows.h"
 #include "Platform/Linux/X11/X11PointerMonitor.h"
@@ -63,6 +65,15 @@ std::unique_ptr<WindowSystem> windowSystem(X11Connection &x11, Scheduler &schedu
     return std::make_unique<X11WindowSystem>(x11, scheduler);
 }
 
+/// Sway tells of those of XWayland as well.
+std::unique_ptr<FullscreenWindows> fullscreenWindows(X11Connection &x11) {
+    const QString sway = qEnvironmentVariable("SWAYSOCK");
+    if (x11.isXwayland() && !sway.isEmpty()) {
+        return std::make_unique<SwayFullscreenWindows>(sway);
+    }
+    return std::make_unique<X11FullscreenWindows>(x11);
+}
+
 } // namespace
 
 PlatformServices choosePlatform() {
@@ -87,7 +98,7 @@ PlatformServices choosePlatform() {
     if (const std::shared_ptr<X11Connection> x11 = onX11 ? X11Connection::open() : nullptr) {
         platform.hasScreen = true;
         platform.displays = std::make_unique<ScreenDisplays>(*x11);
-        platform.overlays = std::make_unique<X11OverlayWindows>(*x11);
+        platform.overlays = std::make_unique<X11OverlayWindows>(*x11, fullscreenWindows(*x11));
         platform.pointer = std::make_unique<X11PointerMonitor>(*x11, *platform.scheduler);
         if (x11->isXwayland()) {
             platform.hotKeys = std::make_unique<GlobalShortcutsPortal>(

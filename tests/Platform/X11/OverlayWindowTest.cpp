@@ -2,6 +2,7 @@
 #include "Platform/Linux/X11/ActiveWindow.h"
 #include "Platform/Linux/X11/ScreenDisplays.h"
 #include "Platform/Linux/X11/X11Connection.h"
+#include "Platform/Linux/X11/X11FullscreenWindows.h"
 #include "Platform/Linux/X11/X11OverlayWindows.h"
 #include "Platform/Linux/X11/XcbReply.h"
 #include "Support/Printing.h"
@@ -43,7 +44,8 @@ protected:
         active = std::make_unique<ActiveWindow>(*x11);
         QObject::connect(active.get(), &ForegroundApplication::activated, application.get(),
                          [this](const QString &name) { activations.append(name); });
-        overlays = std::make_unique<X11OverlayWindows>(*x11);
+        overlays =
+            std::make_unique<X11OverlayWindows>(*x11, std::make_unique<X11FullscreenWindows>(*x11));
         panel = std::make_unique<QWidget>();
         field = new QLineEdit(panel.get());
         field->setGeometry(20, 20, 200, 30);

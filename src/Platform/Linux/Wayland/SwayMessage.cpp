@@ -39,6 +39,10 @@ QList<QJsonObject> childrenOf(const QJsonObject &node) {
     return result;
 }
 
+QJsonObject contentOf(const QByteArray &message) {
+    return QJsonDocument::fromJson(message.mid(headSize())).object();
+}
+
 /// Only windows have a process; those of XWayland have a class instead of an application's id.
 void collect(const QJsonObject &node, QList<WindowSystem::Window> &result) {
     const qint64 process = node[QLatin1String("pid")].toInteger();
@@ -56,6 +60,33 @@ void collect(const QJsonObject &node, QList<WindowSystem::Window> &result) {
     }
     for (const QJsonObject &child : childrenOf(node)) {
         collect(child, result);
+    }
+}
+
+/// As an X server's, they are of 16 bits.
+QRect rectOf(const QJsonObject &node) {
+    const QJsonObject rect = node[QLatin1String("rect")].toObject();
+    const auto number = [&rect](const char *key) {
+        return std::clamp(rect[QLatin1String(key)].toInt(), -32768, 32767);
+    };
+    return {number("x"), number("y"), number("width"), number("height")};
+}
+
+/// Workspaces say of themselves that they are full-screen, too.
+void collectFullscreen(const QJsonObject &node, bool isInView, QList<QRect> &result) {
+    constexpr int ofDisplay = 1;
+    constexpr int ofAllDisplays = 2;
+    const QLatin1String workspace("workspace");
+    const QLatin1String type("type");
+    const int mode = node[QLatin1String("fullscreen_mode")].toInt();
+    if (node[type] != workspace && (mode == ofAllDisplays || (mode == ofDisplay && isInView))) {
+        result.append(rectOf(node));
+    }
+    for (const QJsonObject &child : childrenOf(node)) {
+        const bool isHidden =
+            child[type] == workspace &&
+            child[QLatin1String("name")] != node[QLatin1String("current_workspace")];
+        collectFullscreen(child, isInView && !isHidden, result);
     }
 }
 
@@ -77,8 +108,22 @@ std::optional<qsizetype> length(const QByteArray &beginning) {
 
 QList<WindowSystem::Window> windows(const QByteArray &answer) {
     QList<WindowSystem::Window> result;
-    collect(QJsonDocument::fromJson(answer.mid(headSize())).object(), result);
+    collect(contentOf(answer), result);
     return result;
+}
+
+QList<QRect> fullscreenAreas(const QByteArray &answer) {
+    QList<QRect> result;
+    collectFullscreen(contentOf(answer), true, result);
+    return result;
+}
+
+bool isRefusal(const QByteArray &answer) {
+    return contentOf(answer)[QLatin1String("success")] == false;
+}
+
+bool isOfTitle(const QByteArray &event) {
+    return contentOf(event)[QLatin1String("change")] == QLatin1String("title");
 }
 
 } // namespace morvane::SwayMessage

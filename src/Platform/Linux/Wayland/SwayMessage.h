@@ -3,6 +3,7 @@
 #include "Platform/Linux/Desktop/WindowSystem.h"
 
 #include <QByteArray>
+#include <QRect>
 
 #include <cstdint>
 #include <optional>
@@ -10,7 +11,7 @@
 /// What is said on sway's socket, in the form that sway-ipc(7) describes. Pure functions.
 namespace morvane::SwayMessage {
 
-enum class Type : std::uint32_t { runCommand = 0, getTree = 4 };
+enum class Type : std::uint32_t { runCommand = 0, subscribe = 2, getTree = 4 };
 
 QByteArray encode(Type type, const QByteArray &payload = {});
 
@@ -21,5 +22,15 @@ std::optional<qsizetype> length(const QByteArray &beginning);
 /// The windows of a whole answer to `getTree`, from the one that had the keyboard last to the one
 /// that had it first. Their ids are the numbers of their containers.
 QList<WindowSystem::Window> windows(const QByteArray &answer);
+
+/// Where a whole answer to `getTree` has full-screen windows in view, in pixels of the layout.
+QList<QRect> fullscreenAreas(const QByteArray &answer);
+
+/// True of the answer to a subscription that isn't to be had.
+bool isRefusal(const QByteArray &answer);
+
+/// True of an event that tells of nothing but a window's title, as some programs change it all the
+/// time.
+bool isOfTitle(const QByteArray &event);
 
 } // namespace morvane::SwayMessage

@@ -1,7 +1,7 @@
 #include "Platform/Linux/X11/X11OverlayWindow.h"
 
+#include "Platform/Linux/Desktop/FullscreenWindows.h"
 #include "Platform/Linux/X11/CoveredPixels.h"
-#include "Platform/Linux/X11/FullscreenWindows.h"
 #include "Platform/Linux/X11/X11Connection.h"
 #include "Platform/Linux/X11/XcbReply.h"
 
@@ -11,6 +11,7 @@
 #include <xcb/shape.h>
 #include <xcb/xcb.h>
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -248,12 +249,15 @@ bool X11OverlayWindow::isOwnerUnderPointer() const {
 /// The server is asked for the place, since only there it is in the same pixels as the others'.
 bool X11OverlayWindow::findCovered() const {
     auto *connection = qtConnection();
-    if (!m_hidesOverFullscreen || m_fullscreen.isEmpty() || connection == nullptr) {
+    const QList<QRect> areas = m_hidesOverFullscreen ? m_fullscreen.areas() : QList<QRect>();
+    if (areas.isEmpty() || connection == nullptr) {
         return false;
     }
     const XcbReply<xcb_get_geometry_reply_t> place(
         xcb_get_geometry_reply(connection, xcb_get_geometry(connection, m_window), nullptr));
-    return place && m_fullscreen.cover({place->x, place->y, place->width, place->height});
+    return place && std::ranges::any_of(areas, [&place](const QRect &area) {
+               return area.intersects({place->x, place->y, place->width, place->height});
+           });
 }
 
 /// Not while a menu of ours is open, which it would cover.

@@ -5,7 +5,7 @@
 namespace morvane {
 
 std::unique_ptr<OverlayWindow> X11OverlayWindows::adopt(QWidget &widget) {
-    return std::make_unique<X11OverlayWindow>(widget, m_x11, m_fullscreen);
+    return std::make_unique<X11OverlayWindow>(widget, m_x11, *m_fullscreen);
 }
 
 } // namespace morvane

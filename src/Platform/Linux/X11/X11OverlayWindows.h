@@ -1,7 +1,10 @@
 #pragma once
 
-#include "Platform/Linux/X11/FullscreenWindows.h"
+#include "Platform/Linux/Desktop/FullscreenWindows.h"
 #include "Platform/OverlayWindows.h"
+
+#include <memory>
+#include <utility>
 
 namespace morvane {
 
@@ -11,13 +14,14 @@ class X11Connection;
 /// connection must outlive it.
 class X11OverlayWindows : public OverlayWindows {
 public:
-    explicit X11OverlayWindows(X11Connection &x11) : m_x11(x11), m_fullscreen(x11) {}
+    X11OverlayWindows(X11Connection &x11, std::unique_ptr<FullscreenWindows> fullscreen)
+        : m_x11(x11), m_fullscreen(std::move(fullscreen)) {}
 
     std::unique_ptr<OverlayWindow> adopt(QWidget &widget) override;
 
 private:
     X11Connection &m_x11;
-    FullscreenWindows m_fullscreen;
+    const std::unique_ptr<FullscreenWindows> m_fullscreen;
 };
 
 } // namespace morvane

@@ -1,11 +1,10 @@
-#include "Platform/Linux/X11/FullscreenWindows.h"
+#include "Platform/Linux/X11/X11FullscreenWindows.h"
 
 #include "Platform/Linux/X11/X11Connection.h"
 #include "Platform/Linux/X11/XcbReply.h"
 
 #include <xcb/xcb.h>
 
-#include <algorithm>
 #include <utility>
 
 namespace morvane {
@@ -16,7 +15,7 @@ constexpr std::uint32_t onAllDesktops = 0xFFFFFFFF;
 
 } // namespace
 
-void FullscreenWindows::follow() {
+void X11FullscreenWindows::follow() {
     if (m_isFollowing) {
         return;
     }
@@ -41,14 +40,9 @@ void FullscreenWindows::follow() {
     refresh();
 }
 
-bool FullscreenWindows::cover(const QRect &frame) const {
-    return std::ranges::any_of(m_covering,
-                               [&](const QRect &covering) { return covering.intersects(frame); });
-}
-
 /// A window that is active on one display leaves those on the others as they are: a film goes on
 /// there. No window at all is active for a moment on the way from one to the next.
-void FullscreenWindows::refresh() {
+void X11FullscreenWindows::refresh() {
     const auto windows = m_x11.property(m_x11.root(), "_NET_ACTIVE_WINDOW", XCB_ATOM_WINDOW);
     const std::uint32_t active = windows.value(0);
     QHash<std::uint32_t, QRect> covering;
@@ -76,7 +70,7 @@ void FullscreenWindows::refresh() {
 }
 
 /// None when the window is gone.
-std::optional<FullscreenWindows::Window> FullscreenWindows::read(std::uint32_t window) const {
+std::optional<X11FullscreenWindows::Window> X11FullscreenWindows::read(std::uint32_t window) const {
     auto *connection = m_x11.connection();
     const auto attributesCookie = xcb_get_window_attributes(connection, window);
     const auto sizeCookie = xcb_get_geometry(connection, window);
@@ -99,13 +93,14 @@ std::optional<FullscreenWindows::Window> FullscreenWindows::read(std::uint32_t w
 }
 
 /// Some compositors keep windows of other desktops in view, as it were.
-bool FullscreenWindows::isOnOtherDesktop(std::uint32_t window) const {
+bool X11FullscreenWindows::isOnOtherDesktop(std::uint32_t window) const {
     const auto own = m_x11.property(window, "_NET_WM_DESKTOP", XCB_ATOM_CARDINAL);
     const auto current = m_x11.property(m_x11.root(), "_NET_CURRENT_DESKTOP", XCB_ATOM_CARDINAL);
     return !own.isEmpty() && !current.isEmpty() && own.first() != onAllDesktops && own != current;
 }
 
-void FullscreenWindows::watch(const QHash<std::uint32_t, QRect> &covering, std::uint32_t active) {
+void X11FullscreenWindows::watch(const QHash<std::uint32_t, QRect> &covering,
+                                 std::uint32_t active) {
     QList<std::uint32_t> wanted = covering.keys();
     if (active != XCB_WINDOW_NONE && !wanted.contains(active)) {
         wanted.append(active);

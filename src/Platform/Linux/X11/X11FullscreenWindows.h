@@ -1,8 +1,8 @@
 #pragma once
 
+#include "Platform/Linux/Desktop/FullscreenWindows.h"
+
 #include <QHash>
-#include <QObject>
-#include <QRect>
 
 #include <cstdint>
 #include <optional>
@@ -11,26 +11,17 @@ namespace morvane {
 
 class X11Connection;
 
-/// Where on the screen a full-screen program is in front: on each display the window that was the
-/// active one there last, if it is full-screen. Owned by `X11OverlayWindows`; main thread.
-class FullscreenWindows : public QObject {
+/// Those of an X server: on each display the window that was the active one there last, if it is
+/// full-screen.
+class X11FullscreenWindows : public FullscreenWindows {
     Q_OBJECT
 
 public:
     /// The connection must outlive it.
-    explicit FullscreenWindows(X11Connection &x11) : m_x11(x11) {}
+    explicit X11FullscreenWindows(X11Connection &x11) : m_x11(x11) {}
 
-    /// Begins to look. Not before somebody needs it, since every window that changes its title
-    /// wakes the program up from then on.
-    void follow();
-
-    bool isEmpty() const { return m_covering.isEmpty(); }
-
-    /// True when one of them covers some of this place, in the X screen's own pixels.
-    bool cover(const QRect &frame) const;
-
-signals:
-    void changed();
+    void follow() override;
+    QList<QRect> areas() const override { return m_covering.values(); }
 
 private:
     struct Window {

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QRect>
+
+namespace morvane {
+
+/// Where on the screen a full-screen program is in front, in the way of one kind of desktop. Best
+/// effort; main thread.
+class FullscreenWindows : public QObject {
+    Q_OBJECT
+
+public:
+    /// Begins to look. Not before somebody needs it, since what windows do wakes the program up
+    /// from then on.
+    virtual void follow() = 0;
+
+    /// The places of those windows, in the X screen's own pixels. None before `follow`.
+    virtual QList<QRect> areas() const = 0;
+
+signals:
+    void changed();
+};
+
+} // namespace morvane
