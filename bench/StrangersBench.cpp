@@ -1,10 +1,10 @@
 #include "Core/Intake/EventServer.h"
 #include "HookProcess.h"
+#include "Loopback.h"
 #include "Memory.h"
 #include "Row.h"
 
 #include <algorithm>
-#include <arpa/inet.h>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -56,26 +56,12 @@ std::vector<Attack> attacks() {
              start + "Content-Length: 1048576\r\n\r\n" + std::string(990'000, 'b')}};
 }
 
-int connectTo(std::uint16_t port) {
-    const int descriptor = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    if (connect(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0 &&
-        errno != EINPROGRESS) {
-        std::perror("connect");
-        std::exit(1);
-    }
-    return descriptor;
-}
-
 /// All connections at once, each as fast as the server takes it. What it closes is left.
 std::vector<int> run(const Attack &attack, std::uint16_t port) {
     std::vector<int> descriptors;
     std::vector<pollfd> waiting;
     for (std::size_t count = 0; count < attack.connections; ++count) {
-        descriptors.push_back(connectTo(port));
+        descriptors.push_back(connectToLoopback(port));
         waiting.push_back({descriptors.back(), POLLOUT, 0});
     }
     std::vector<std::size_t> sent(attack.connections);

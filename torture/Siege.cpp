@@ -1,11 +1,11 @@
 #include "HookProcess.h"
+#include "Loopback.h"
 
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 
 #include <algorithm>
-#include <arpa/inet.h>
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -13,7 +13,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
-#include <netinet/in.h>
 #include <numeric>
 #include <poll.h>
 #include <string>
@@ -164,22 +163,13 @@ Stranger stranger(Manner manner) {
     return {};
 }
 
-int connectTo(std::uint16_t port) {
-    const int result = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    std::ignore = connect(result, reinterpret_cast<const sockaddr *>(&address), sizeof address);
-    return result;
-}
-
 /// One connection under way.
 class Visit {
 public:
     Visit(const Program &program, std::size_t number)
         : m_manner(stranger(static_cast<Manner>(number % manners))),
-          m_socket(connectTo(program.port)), m_end(Clock::now() + std::chrono::seconds(3)) {}
+          m_socket(connectToLoopback(program.port)), m_end(Clock::now() + std::chrono::seconds(3)) {
+    }
     Visit(Visit &&other) noexcept
         : m_manner(std::move(other.m_manner)), m_sent(other.m_sent),
           m_socket(std::exchange(other.m_socket, -1)), m_end(other.m_end) {}
@@ -317,7 +307,7 @@ bool post(const Program &program, int number) {
                                 "\r\nx-morvane-agent: claude\r\nx-hook-event: PreToolUse\r\n"
                                 "Content-Length: " +
                                 std::to_string(body.size()) + "\r\n\r\n" + body;
-    const int connection = connectTo(program.port);
+    const int connection = connectToLoopback(program.port);
     pollfd ready{connection, POLLOUT, 0};
     poll(&ready, 1, 10'000);
     std::array<char, 64> answer{};

@@ -3,6 +3,7 @@
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/Typography.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 
 namespace morvane {
@@ -27,6 +28,14 @@ FormButton::FormButton(const QString &text, Role role, QWidget *parent)
 QSize FormButton::sizeHint() const {
     const QSize text = fontMetrics().size(Qt::TextShowMnemonic, this->text());
     return {text.width() + 2 * padding, buttonHeight};
+}
+
+/// Held down, Return presses once, like Space.
+void FormButton::keyPressEvent(QKeyEvent *event) {
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!isReturn || !event->isAutoRepeat()) {
+        QPushButton::keyPressEvent(event);
+    }
 }
 
 QColor FormButton::ground() const {

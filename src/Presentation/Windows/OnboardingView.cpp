@@ -113,10 +113,12 @@ void OnboardingView::goOn() {
     }
 }
 
-/// Return goes on from wherever it has no other use.
+/// Return goes on from wherever it has no other use; one that is held down goes on once.
 void OnboardingView::keyPressEvent(QKeyEvent *event) {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        m_next->click();
+        if (!event->isAutoRepeat()) {
+            m_next->click();
+        }
     } else {
         QWidget::keyPressEvent(event);
     }
