@@ -82,7 +82,7 @@ const AgentAdapter &adapter(AgentKind kind) {
                                [](const AgentAdapter *entry) { return entry->kind(); });
 }
 
-const AgentAdapter &adapter(AgentKind kind, const std::optional<AgentRelease> &release) {
+const AgentAdapter &adapter(AgentKind kind, std::optional<AgentRelease> release) {
     const auto releases = AgentReleases::all();
     const auto found = std::ranges::find_if(releases, [&](const Listed &listed) {
         return release && listed.agent == kind && !(*release < listed.from) &&

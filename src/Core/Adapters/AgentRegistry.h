@@ -22,7 +22,7 @@ const AgentAdapter &adapter(AgentKind kind);
 
 /// The adapter for this release of the agent; that of `all` for one that is unknown or not listed.
 /// This is the one place where a release makes a difference.
-const AgentAdapter &adapter(AgentKind kind, const std::optional<AgentRelease> &release);
+const AgentAdapter &adapter(AgentKind kind, std::optional<AgentRelease> release);
 
 /// Every adapter of the kind, that of `all` first.
 std::vector<const AgentAdapter *> forms(AgentKind kind);
