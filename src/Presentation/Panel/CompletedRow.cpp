@@ -21,8 +21,6 @@ namespace morvane {
 
 namespace {
 
-constexpr double markPixel = 2;
-
 QString subtitleOf(const CompletedRecord &record, Date now) {
     const QString text =
         (record.failed ? CompletedRow::tr("failed %1") : CompletedRow::tr("done %1"))

@@ -36,6 +36,8 @@ public:
     QPoint firstLine() const;
 
 protected:
+    static constexpr double markPixel = 2; ///< a pixel of the row's mascot, in points
+
     ListRow(const PanelContext &context, const QColor &nameColor, QWidget *parent);
 
     NameLine &nameLine() const { return *m_nameLine; }

@@ -23,7 +23,6 @@ namespace morvane {
 
 namespace {
 
-constexpr double markPixel = 2;
 constexpr int separatorGap = 3;
 
 } // namespace
