@@ -351,3 +351,5 @@ QString AppController::removeEverything() {
 }
 
 } // namespace morvane
+
+#include "moc_AppController.cpp"

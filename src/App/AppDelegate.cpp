@@ -1,5 +1,9 @@
 #include "App/AppDelegate.h"
 
+#include "App/AppController.h"
+#include "App/StatusItem.h"
+#include "App/StatusMenu.h"
+
 #include <QCoreApplication>
 
 #include <variant>
@@ -8,6 +12,8 @@ namespace morvane {
 
 AppDelegate::AppDelegate(MorvaneSettings &settings, const PlatformServices &platform)
     : m_settings(settings), m_platform(platform) {}
+
+AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching() {
     m_controller = std::make_unique<AppController>(m_settings, m_platform);
@@ -180,3 +186,5 @@ void AppDelegate::showPanel() {
 }
 
 } // namespace morvane
+
+#include "moc_AppDelegate.cpp"

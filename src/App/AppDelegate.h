@@ -1,8 +1,6 @@
 #pragma once
 
-#include "App/AppController.h"
-#include "App/StatusItem.h"
-#include "App/StatusMenu.h"
+#include "Platform/HotKeys.h"
 #include "Presentation/Windows/OnboardingWindow.h"
 #include "Presentation/Windows/SettingsWindow.h"
 #include "Presentation/Windows/UpdateWindow.h"
@@ -13,6 +11,11 @@
 
 namespace morvane {
 
+class AppController;
+class StatusItem;
+class StatusMenu;
+struct PlatformServices;
+
 /// What belongs to the process rather than to a session: it makes the controller, the status item
 /// with its menu, and the windows, and answers to a second launch. Without a screen it is the
 /// controller alone. Owned by `main`; main thread.
@@ -21,6 +24,7 @@ class AppDelegate : public QObject {
 
 public:
     AppDelegate(MorvaneSettings &settings, const PlatformServices &platform);
+    ~AppDelegate() override;
 
     /// Called once, when the main loop is about to run.
     void applicationDidFinishLaunching();

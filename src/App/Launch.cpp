@@ -4,6 +4,7 @@
 #include "App/CommandLine.h"
 #include "App/PlatformChooser.h"
 #include "Core/Settings/Defaults.h"
+#include "Core/Settings/MorvaneSettings.h"
 #include "Platform/Linux/DescriptorLimit.h"
 #include "Platform/Linux/Desktop/SingleInstance.h"
 #include "Platform/Linux/TerminationSignals.h"

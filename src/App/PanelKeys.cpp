@@ -92,3 +92,5 @@ void PanelKeys::applyEscHotKey() {
 }
 
 } // namespace morvane
+
+#include "moc_PanelKeys.cpp"

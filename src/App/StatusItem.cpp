@@ -60,3 +60,5 @@ void StatusItem::updateIcon() {
 }
 
 } // namespace morvane
+
+#include "moc_StatusItem.cpp"

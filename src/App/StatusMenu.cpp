@@ -176,3 +176,5 @@ void StatusMenu::toggleAgent(AgentKind kind) {
 }
 
 } // namespace morvane
+
+#include "moc_StatusMenu.cpp"

@@ -174,3 +174,5 @@ std::unique_ptr<MorvanePresenter> PresenterManager::makeKind(const Display &disp
 }
 
 } // namespace morvane
+
+#include "moc_PresenterManager.cpp"

@@ -238,3 +238,5 @@ QStringList AgentConnections::removeAll() {
 }
 
 } // namespace morvane
+
+#include "moc_AgentConnections.cpp"

@@ -3,6 +3,7 @@
 #include "Core/Navigation/HostApp.h"
 #include "Core/Navigation/PaneFocus.h"
 #include "Core/Sessions/CompletedRecord.h"
+#include "Core/Sessions/Session.h"
 #include "Platform/HostWindows.h"
 #include "Platform/Scripting.h"
 

@@ -157,3 +157,5 @@ void TerminalReply::take(bool succeeded) {
 }
 
 } // namespace morvane
+
+#include "moc_TerminalReply.cpp"

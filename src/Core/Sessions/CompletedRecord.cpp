@@ -1,5 +1,7 @@
 #include "Core/Sessions/CompletedRecord.h"
 
+#include "Core/Sessions/Session.h"
+
 namespace morvane {
 
 QString CompletedRecord::idFor(const Session &session) {

@@ -1,8 +1,16 @@
 #pragma once
 
-#include "Core/Sessions/Session.h"
+#include "Core/Agents/AgentKind.h"
+#include "Core/Agents/PaneLocator.h"
+#include "Platform/Time.h"
+
+#include <QString>
+
+#include <optional>
 
 namespace morvane {
+
+struct Session;
 
 /// A small snapshot of a session at its completion, one per working directory. It outlives the
 /// session, and carries what is needed to show it and to find its terminal again.

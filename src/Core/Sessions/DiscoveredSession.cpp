@@ -1,5 +1,7 @@
 #include "Core/Sessions/DiscoveredSession.h"
 
+#include "Core/Sessions/Session.h"
+
 namespace morvane {
 
 Session DiscoveredSession::session() const {

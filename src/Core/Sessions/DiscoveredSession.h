@@ -1,12 +1,15 @@
 #pragma once
 
-#include "Core/Sessions/Session.h"
+#include "Core/Agents/AgentKind.h"
+#include "Platform/Time.h"
 
 #include <QString>
 
 #include <optional>
 
 namespace morvane {
+
+struct Session;
 
 /// A session whose transcript was found on disk.
 struct DiscoveredSession {

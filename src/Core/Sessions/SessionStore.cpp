@@ -320,3 +320,5 @@ std::optional<Session> SessionStore::stored(const QString &sessionID) const {
 }
 
 } // namespace morvane
+
+#include "moc_SessionStore.cpp"

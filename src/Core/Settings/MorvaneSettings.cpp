@@ -171,3 +171,5 @@ void MorvaneSettings::setName(const std::optional<QString> &name, const QString 
 }
 
 } // namespace morvane
+
+#include "moc_MorvaneSettings.cpp"

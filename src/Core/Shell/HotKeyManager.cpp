@@ -48,3 +48,5 @@ void HotKeyManager::dispatch(std::uint32_t id) {
 }
 
 } // namespace morvane
+
+#include "moc_HotKeyManager.cpp"

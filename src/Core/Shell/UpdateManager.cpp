@@ -279,3 +279,5 @@ void UpdateManager::fail(const QString &why) {
 }
 
 } // namespace morvane
+
+#include "moc_UpdateManager.cpp"

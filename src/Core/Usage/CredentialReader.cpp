@@ -85,3 +85,5 @@ std::optional<Credential> CredentialReader::parse(const QByteArray &bytes) {
 }
 
 } // namespace morvane
+
+#include "moc_CredentialReader.cpp"

@@ -335,3 +335,5 @@ void UsagePoller::clearMilestone() {
 }
 
 } // namespace morvane
+
+#include "moc_UsagePoller.cpp"

@@ -167,3 +167,5 @@ void BoundedTools::run(const Command &command, Finished finished) {
 }
 
 } // namespace morvane
+
+#include "moc_BoundedTools.cpp"

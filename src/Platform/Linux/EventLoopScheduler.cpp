@@ -36,3 +36,5 @@ void EventLoopScheduler::post(std::function<void()> action) {
 }
 
 } // namespace morvane
+
+#include "moc_EventLoopScheduler.cpp"

@@ -30,3 +30,5 @@ std::optional<WatchedProgramFile::Identity> WatchedProgramFile::identityOf(const
 }
 
 } // namespace morvane
+
+#include "moc_WatchedProgramFile.cpp"

@@ -40,3 +40,5 @@ void CapsuleState::setExpanded(bool expanded) {
 }
 
 } // namespace morvane
+
+#include "moc_CapsuleState.cpp"

@@ -121,3 +121,5 @@ void FloatingCapsuleView::paintEvent(QPaintEvent *) {
 }
 
 } // namespace morvane
+
+#include "moc_FloatingCapsuleView.cpp"

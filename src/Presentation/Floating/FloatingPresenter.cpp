@@ -300,3 +300,5 @@ void FloatingPresenter::followPointer() {
 }
 
 } // namespace morvane
+
+#include "moc_FloatingPresenter.cpp"

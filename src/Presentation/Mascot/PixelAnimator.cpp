@@ -102,3 +102,5 @@ void PixelAnimator::paintEvent(QPaintEvent *event) {
 }
 
 } // namespace morvane
+
+#include "moc_PixelAnimator.cpp"

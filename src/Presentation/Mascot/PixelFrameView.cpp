@@ -117,3 +117,5 @@ void PixelFrameView::paintEvent(QPaintEvent *) {
 }
 
 } // namespace morvane
+
+#include "moc_PixelFrameView.cpp"

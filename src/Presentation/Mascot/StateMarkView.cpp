@@ -47,3 +47,5 @@ void StateMarkView::paintEvent(QPaintEvent *) {
 }
 
 } // namespace morvane
+
+#include "moc_StateMarkView.cpp"

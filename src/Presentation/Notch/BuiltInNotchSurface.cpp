@@ -170,3 +170,5 @@ void BuiltInNotchSurface::paintEvent(QPaintEvent *) {
 }
 
 } // namespace morvane
+
+#include "moc_BuiltInNotchSurface.cpp"

@@ -261,3 +261,5 @@ bool NotchPresenter::isHeld() const {
 }
 
 } // namespace morvane
+
+#include "moc_NotchPresenter.cpp"

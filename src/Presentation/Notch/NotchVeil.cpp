@@ -39,3 +39,5 @@ void NotchVeil::paintEvent(QPaintEvent *) {
 }
 
 } // namespace morvane
+
+#include "moc_NotchVeil.cpp"

@@ -38,3 +38,5 @@ bool AbandonedMenu::eventFilter(QObject *watched, QEvent *event) {
 }
 
 } // namespace morvane
+
+#include "moc_AbandonedMenu.cpp"

@@ -29,3 +29,5 @@ void Announcement::say(const QString &text) {
 }
 
 } // namespace morvane
+
+#include "moc_Announcement.cpp"

@@ -124,3 +124,5 @@ void FieldWindow::settle(std::function<void()> answer) {
 }
 
 } // namespace morvane
+
+#include "moc_FieldWindow.cpp"

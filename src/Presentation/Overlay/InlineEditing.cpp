@@ -34,3 +34,5 @@ void InlineEditing::end() {
 }
 
 } // namespace morvane
+
+#include "moc_InlineEditing.cpp"

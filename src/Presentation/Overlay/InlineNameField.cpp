@@ -178,3 +178,5 @@ void InlineNameField::paintEvent(QPaintEvent *event) {
 }
 
 } // namespace morvane
+
+#include "moc_InlineNameField.cpp"

@@ -40,3 +40,5 @@ void KeyablePanel::endKeyboardUse() {
 }
 
 } // namespace morvane
+
+#include "moc_KeyablePanel.cpp"

@@ -203,3 +203,5 @@ void MorvanePresenter::menuClosed() {
 }
 
 } // namespace morvane
+
+#include "moc_MorvanePresenter.cpp"

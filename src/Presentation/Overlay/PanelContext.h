@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Core/Agents/AgentDecision.h"
-#include "Core/Sessions/CompletedRecord.h"
-#include "Core/Sessions/Session.h"
+
+#include <QString>
 
 #include <functional>
 
@@ -16,6 +16,8 @@ class PixelTimeline;
 class Scheduler;
 class SessionStore;
 class UsagePoller;
+struct CompletedRecord;
+struct Session;
 
 /// The one road by which what a person wants leaves a panel: what its owner does about it. What is
 /// unset is not offered. A plain value, passed down to the rows.

@@ -69,3 +69,5 @@ void PanelSurface::contextMenuEvent(QContextMenuEvent *event) {
 }
 
 } // namespace morvane
+
+#include "moc_PanelSurface.cpp"

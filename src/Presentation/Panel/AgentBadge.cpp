@@ -16,3 +16,5 @@ void AgentBadge::setAgent(std::optional<AgentKind> agent) {
 }
 
 } // namespace morvane
+
+#include "moc_AgentBadge.cpp"

@@ -49,3 +49,5 @@ void AlertsNote::paintEvent(QPaintEvent *) {
 }
 
 } // namespace morvane
+
+#include "moc_AlertsNote.cpp"

@@ -172,3 +172,5 @@ void ApprovalStrip::showChoices(const QString &name, bool showsShortcuts) {
 }
 
 } // namespace morvane
+
+#include "moc_ApprovalStrip.cpp"

@@ -115,3 +115,5 @@ void CompactInfoView::hideEvent(QHideEvent *event) {
 }
 
 } // namespace morvane
+
+#include "moc_CompactInfoView.cpp"

@@ -35,3 +35,5 @@ void CompactStatusView::refresh() {
 }
 
 } // namespace morvane
+
+#include "moc_CompactStatusView.cpp"

@@ -41,3 +41,5 @@ QSize CompactView::sizeHint() const {
 }
 
 } // namespace morvane
+
+#include "moc_CompactView.cpp"

@@ -104,3 +104,5 @@ void CompletedRow::reopen() {
 }
 
 } // namespace morvane
+
+#include "moc_CompletedRow.cpp"

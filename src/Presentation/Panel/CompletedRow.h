@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/Sessions/CompletedRecord.h"
+#include "Core/Sessions/Session.h"
 #include "Presentation/Panel/ListRow.h"
 
 #include <optional>

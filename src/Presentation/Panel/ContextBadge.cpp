@@ -25,3 +25,5 @@ void ContextBadge::setSession(const Session &session) {
 }
 
 } // namespace morvane
+
+#include "moc_ContextBadge.cpp"

@@ -40,3 +40,5 @@ void ContextGauge::paintEvent(QPaintEvent *) {
 }
 
 } // namespace morvane
+
+#include "moc_ContextGauge.cpp"

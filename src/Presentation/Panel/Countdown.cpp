@@ -53,3 +53,5 @@ void Countdown::refresh() {
 }
 
 } // namespace morvane
+
+#include "moc_Countdown.cpp"

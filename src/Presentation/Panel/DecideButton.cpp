@@ -95,3 +95,5 @@ void DecideButton::paintEvent(QPaintEvent *) {
 }
 
 } // namespace morvane
+
+#include "moc_DecideButton.cpp"

@@ -22,3 +22,5 @@ void EdgeFade::paintEvent(QPaintEvent *) {
 }
 
 } // namespace morvane
+
+#include "moc_EdgeFade.cpp"

@@ -334,3 +334,5 @@ void ExpandedView::wheelEvent(QWheelEvent *event) {
 }
 
 } // namespace morvane
+
+#include "moc_ExpandedView.cpp"

@@ -68,3 +68,5 @@ QString ExternalStrip::contentOf(const PendingExternalResponse &pending) {
 }
 
 } // namespace morvane
+
+#include "moc_ExternalStrip.cpp"

@@ -341,3 +341,5 @@ void InputView::resizeEvent(QResizeEvent *) {
 }
 
 } // namespace morvane
+
+#include "moc_InputView.cpp"

@@ -66,3 +66,5 @@ std::optional<Seconds> LimitsPage::untilTextsChange(Date now) const {
 }
 
 } // namespace morvane
+
+#include "moc_LimitsPage.cpp"

@@ -84,3 +84,5 @@ void ListRow::paintEvent(QPaintEvent *) {
 }
 
 } // namespace morvane
+
+#include "moc_ListRow.cpp"

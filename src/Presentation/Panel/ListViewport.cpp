@@ -106,3 +106,5 @@ void ListViewport::scrollToTop() {
 }
 
 } // namespace morvane
+
+#include "moc_ListViewport.cpp"

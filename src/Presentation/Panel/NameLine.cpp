@@ -83,3 +83,5 @@ void NameLine::endEditing() {
 }
 
 } // namespace morvane
+
+#include "moc_NameLine.cpp"

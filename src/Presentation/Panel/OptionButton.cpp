@@ -71,3 +71,5 @@ void OptionButton::paintEvent(QPaintEvent *) {
 }
 
 } // namespace morvane
+
+#include "moc_OptionButton.cpp"

@@ -36,3 +36,5 @@ void PanelButton::keyPressEvent(QKeyEvent *event) {
 }
 
 } // namespace morvane
+
+#include "moc_PanelButton.cpp"

@@ -41,3 +41,5 @@ void PencilButton::paintEvent(QPaintEvent *) {
 }
 
 } // namespace morvane
+
+#include "moc_PencilButton.cpp"

@@ -34,3 +34,5 @@ void PermissionModeBadge::setMode(const std::optional<QString> &mode) {
 }
 
 } // namespace morvane
+
+#include "moc_PermissionModeBadge.cpp"

@@ -123,3 +123,5 @@ void QuestionStrip::showQuestion(const AgentQuestion &question, bool showsShortc
 }
 
 } // namespace morvane
+
+#include "moc_QuestionStrip.cpp"

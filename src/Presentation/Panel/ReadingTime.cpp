@@ -119,3 +119,5 @@ bool ReadingTime::eventFilter(QObject *watched, QEvent *event) {
 }
 
 } // namespace morvane
+
+#include "moc_ReadingTime.cpp"

@@ -42,3 +42,5 @@ void RefreshButton::paintEvent(QPaintEvent *) {
 }
 
 } // namespace morvane
+
+#include "moc_RefreshButton.cpp"

@@ -95,3 +95,5 @@ void ReplyStrip::tell(const QString &outcome) {
 }
 
 } // namespace morvane
+
+#include "moc_ReplyStrip.cpp"

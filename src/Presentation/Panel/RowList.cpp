@@ -326,3 +326,5 @@ void RowList::paintEvent(QPaintEvent *) {
 }
 
 } // namespace morvane
+
+#include "moc_RowList.cpp"

@@ -35,3 +35,5 @@ void SessionContextList::showSessions() {
 }
 
 } // namespace morvane
+
+#include "moc_SessionContextList.cpp"

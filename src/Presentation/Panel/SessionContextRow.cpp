@@ -103,3 +103,5 @@ void SessionContextRow::showContext(const Session &session) {
 }
 
 } // namespace morvane
+
+#include "moc_SessionContextRow.cpp"

@@ -37,3 +37,5 @@ void SessionMetaLine::setSession(const Session &session) {
 }
 
 } // namespace morvane
+
+#include "moc_SessionMetaLine.cpp"

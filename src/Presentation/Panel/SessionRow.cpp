@@ -225,3 +225,5 @@ bool SessionRow::hitButton(const QPoint &position) const {
 }
 
 } // namespace morvane
+
+#include "moc_SessionRow.cpp"

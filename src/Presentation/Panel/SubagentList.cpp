@@ -60,3 +60,5 @@ void SubagentList::paintEvent(QPaintEvent *) {
 }
 
 } // namespace morvane
+
+#include "moc_SubagentList.cpp"

@@ -182,3 +182,5 @@ void UsageBar::paintTrack(QPainter &painter) const {
 }
 
 } // namespace morvane
+
+#include "moc_UsageBar.cpp"

@@ -272,3 +272,5 @@ void UsageBars::paintEvent(QPaintEvent *) {
 }
 
 } // namespace morvane
+
+#include "moc_UsageBars.cpp"

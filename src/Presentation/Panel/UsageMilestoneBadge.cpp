@@ -79,3 +79,5 @@ void UsageMilestoneBadge::paintEvent(QPaintEvent *) {
 }
 
 } // namespace morvane
+
+#include "moc_UsageMilestoneBadge.cpp"

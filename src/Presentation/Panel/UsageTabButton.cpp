@@ -46,3 +46,5 @@ void UsageTabButton::paintEvent(QPaintEvent *) {
 }
 
 } // namespace morvane
+
+#include "moc_UsageTabButton.cpp"

@@ -59,3 +59,5 @@ void Badge::paintEvent(QPaintEvent *) {
 }
 
 } // namespace morvane
+
+#include "moc_Badge.cpp"

@@ -129,3 +129,5 @@ void TextLabel::paintEvent(QPaintEvent *) {
 }
 
 } // namespace morvane
+
+#include "moc_TextLabel.cpp"

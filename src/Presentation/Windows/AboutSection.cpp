@@ -38,3 +38,5 @@ void AboutSection::showAcknowledgements() {
 }
 
 } // namespace morvane
+
+#include "moc_AboutSection.cpp"

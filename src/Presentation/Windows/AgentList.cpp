@@ -71,3 +71,5 @@ void AgentList::paintEvent(QPaintEvent *) {
 }
 
 } // namespace morvane
+
+#include "moc_AgentList.cpp"

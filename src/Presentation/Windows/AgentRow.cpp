@@ -144,3 +144,5 @@ void AgentRow::toggle() {
 }
 
 } // namespace morvane
+
+#include "moc_AgentRow.cpp"

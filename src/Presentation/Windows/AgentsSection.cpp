@@ -42,3 +42,5 @@ void AgentsSection::addAgents(AgentConnections &connections) {
 }
 
 } // namespace morvane
+
+#include "moc_AgentsSection.cpp"

@@ -34,3 +34,5 @@ ApprovalsSection::ApprovalsSection(const WindowContext &context, QWidget *parent
 }
 
 } // namespace morvane
+
+#include "moc_ApprovalsSection.cpp"

@@ -84,3 +84,5 @@ void BehaviourSection::addKeyField(MorvaneSettings &settings) {
 }
 
 } // namespace morvane
+
+#include "moc_BehaviourSection.cpp"

@@ -10,3 +10,5 @@ BetaTag::BetaTag(QWidget *parent) : Badge(parent) {
 }
 
 } // namespace morvane
+
+#include "moc_BetaTag.cpp"

@@ -26,3 +26,5 @@ DisplaysSection::DisplaysSection(const WindowContext &context, QWidget *parent)
 }
 
 } // namespace morvane
+
+#include "moc_DisplaysSection.cpp"

@@ -63,3 +63,5 @@ void FormButton::paintEvent(QPaintEvent *) {
 }
 
 } // namespace morvane
+
+#include "moc_FormButton.cpp"

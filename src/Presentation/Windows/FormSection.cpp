@@ -202,3 +202,5 @@ void FormSection::paintEvent(QPaintEvent *) {
 }
 
 } // namespace morvane
+
+#include "moc_FormSection.cpp"

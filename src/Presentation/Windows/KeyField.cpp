@@ -144,3 +144,5 @@ void KeyField::hideEvent(QHideEvent *event) {
 }
 
 } // namespace morvane
+
+#include "moc_KeyField.cpp"

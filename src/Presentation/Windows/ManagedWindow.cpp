@@ -65,3 +65,5 @@ void ManagedWindow::centreAtFirst() {
 }
 
 } // namespace morvane
+
+#include "moc_ManagedWindow.cpp"

@@ -251,3 +251,5 @@ void OnboardingPage::addLaunchAtLogin() {
 }
 
 } // namespace morvane
+
+#include "moc_OnboardingPage.cpp"

@@ -144,3 +144,5 @@ void OnboardingView::paintEvent(QPaintEvent *) {
 }
 
 } // namespace morvane
+
+#include "moc_OnboardingView.cpp"

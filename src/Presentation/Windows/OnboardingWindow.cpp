@@ -39,3 +39,5 @@ void OnboardingWindow::closeEvent(QCloseEvent *event) {
 }
 
 } // namespace morvane
+
+#include "moc_OnboardingWindow.cpp"

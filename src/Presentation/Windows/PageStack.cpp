@@ -54,3 +54,5 @@ void PageStack::resizeEvent(QResizeEvent *) {
 }
 
 } // namespace morvane
+
+#include "moc_PageStack.cpp"

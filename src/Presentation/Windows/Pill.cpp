@@ -24,3 +24,5 @@ void Pill::paintEvent(QPaintEvent *event) {
 }
 
 } // namespace morvane
+
+#include "moc_Pill.cpp"

@@ -29,3 +29,5 @@ PrivacySection::PrivacySection(const WindowContext &context, QWidget *parent)
 }
 
 } // namespace morvane
+
+#include "moc_PrivacySection.cpp"

@@ -62,3 +62,5 @@ void RemovalSection::removeEverything() {
 }
 
 } // namespace morvane
+
+#include "moc_RemovalSection.cpp"

@@ -110,3 +110,5 @@ void SettingsView::refresh() {
 }
 
 } // namespace morvane
+
+#include "moc_SettingsView.cpp"

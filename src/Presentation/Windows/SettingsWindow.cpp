@@ -53,3 +53,5 @@ void SettingsWindow::keyPressEvent(QKeyEvent *event) {
 }
 
 } // namespace morvane
+
+#include "moc_SettingsWindow.cpp"

@@ -77,3 +77,5 @@ void SoundSection::addTests(const ProgramActions &program) {
 }
 
 } // namespace morvane
+
+#include "moc_SoundSection.cpp"

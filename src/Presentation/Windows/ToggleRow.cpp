@@ -74,3 +74,5 @@ void ToggleRow::paintSwitch(QPainter &painter) const {
 }
 
 } // namespace morvane
+
+#include "moc_ToggleRow.cpp"

@@ -174,3 +174,5 @@ void UpdateWindow::keyPressEvent(QKeyEvent *event) {
 }
 
 } // namespace morvane
+
+#include "moc_UpdateWindow.cpp"

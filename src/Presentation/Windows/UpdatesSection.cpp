@@ -58,3 +58,5 @@ void UpdatesSection::showEvent(QShowEvent *event) {
 }
 
 } // namespace morvane
+
+#include "moc_UpdatesSection.cpp"

@@ -111,3 +111,5 @@ void UsageSection::addBlockedStatusLines(const AgentConnections &connections) {
 }
 
 } // namespace morvane
+
+#include "moc_UsageSection.cpp"

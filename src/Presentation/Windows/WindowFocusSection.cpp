@@ -24,3 +24,5 @@ WindowFocusSection::WindowFocusSection(const WindowContext &context, QWidget *pa
 }
 
 } // namespace morvane
+
+#include "moc_WindowFocusSection.cpp"

@@ -1,6 +1,7 @@
 #include "Core/Navigation/JumpService.h"
 
 #include "Core/Sessions/CompletedRecord.h"
+#include "Core/Sessions/Session.h"
 #include "Platform/Scripting.h"
 #include "Support/FakeHostWindows.h"
 #include "Support/FakeProcesses.h"

@@ -1,6 +1,7 @@
 #include "Core/Sessions/CompletedHistory.h"
 
 #include "Core/Sessions/CompletedHistoryFormat.h"
+#include "Core/Sessions/Session.h"
 #include "Core/Settings/Defaults.h"
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"

@@ -95,3 +95,5 @@ bool DesktopMotion::isAskedFor() const {
 }
 
 } // namespace morvane
+
+#include "moc_DesktopMotion.cpp"

@@ -228,3 +228,5 @@ void GlobalShortcutsPortal::setStates(const std::function<State(std::uint32_t)> 
 }
 
 } // namespace morvane
+
+#include "moc_GlobalShortcutsPortal.cpp"

@@ -143,3 +143,5 @@ void PlayerPrograms::giveUp(Playing playback, const QStringList &player) {
 }
 
 } // namespace morvane
+
+#include "moc_PlayerPrograms.cpp"

@@ -114,3 +114,5 @@ void SingleInstance::listen() {
 }
 
 } // namespace morvane
+
+#include "moc_SingleInstance.cpp"

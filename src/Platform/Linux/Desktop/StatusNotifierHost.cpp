@@ -53,3 +53,5 @@ void StatusNotifierHost::setPresent(bool isPresent) {
 }
 
 } // namespace morvane
+
+#include "moc_StatusNotifierHost.cpp"

@@ -152,3 +152,5 @@ void KWinWindowSystem::call(const QString &method, const QVariantList &arguments
 }
 
 } // namespace morvane
+
+#include "moc_KWinWindowSystem.cpp"

@@ -66,3 +66,5 @@ void SocketQuestion::end(const std::optional<QByteArray> &answer) {
 }
 
 } // namespace morvane
+
+#include "moc_SocketQuestion.cpp"

@@ -87,3 +87,5 @@ void SwayFullscreenWindows::setAreas(const QList<QRect> &areas) {
 }
 
 } // namespace morvane
+
+#include "moc_SwayFullscreenWindows.cpp"

@@ -86,3 +86,5 @@ QString ActiveWindow::windowClass(std::uint32_t window) const {
 }
 
 } // namespace morvane
+
+#include "moc_ActiveWindow.cpp"

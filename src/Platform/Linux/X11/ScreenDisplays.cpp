@@ -123,3 +123,5 @@ QRect ScreenDisplays::workArea(const QScreen &screen, bool isAlone) const {
 }
 
 } // namespace morvane
+
+#include "moc_ScreenDisplays.cpp"

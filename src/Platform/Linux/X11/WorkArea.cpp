@@ -129,3 +129,5 @@ QRect WorkArea::toldArea() const {
 }
 
 } // namespace morvane
+
+#include "moc_WorkArea.cpp"

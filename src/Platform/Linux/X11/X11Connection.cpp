@@ -314,3 +314,5 @@ void X11Connection::readComposited() {
 }
 
 } // namespace morvane
+
+#include "moc_X11Connection.cpp"

@@ -119,3 +119,5 @@ void X11FullscreenWindows::watch(const QHash<std::uint32_t, QRect> &covering,
 }
 
 } // namespace morvane
+
+#include "moc_X11FullscreenWindows.cpp"

@@ -188,3 +188,5 @@ void X11HotKeys::keyPressed(std::uint8_t keyCode, std::uint32_t state) {
 }
 
 } // namespace morvane
+
+#include "moc_X11HotKeys.cpp"

@@ -272,3 +272,5 @@ void X11OverlayWindow::raise() {
 }
 
 } // namespace morvane
+
+#include "moc_X11OverlayWindow.cpp"

@@ -66,3 +66,5 @@ std::optional<QPoint> X11PointerMonitor::position() const {
 }
 
 } // namespace morvane
+
+#include "moc_X11PointerMonitor.cpp"
