@@ -62,16 +62,17 @@ TEST_F(NetworkHttpsClientTest, SendsWhatItIsGivenAndBringsWhatComesBack) {
     EXPECT_EQ(answer->body, "later");
     EXPECT_EQ(answer->header("Retry-After"), "7");
     EXPECT_TRUE(asked.startsWith("GET /api/oauth/usage HTTP/1.1\r\n"));
-    for (const char *line : {"Authorization: Bearer token", "anthropic-beta: oauth-2025-04-20",
-                             "User-Agent: claude-code/2.1.0"}) {
-        EXPECT_EQ(asked.count(QByteArray("\r\n") + line + "\r\n"), 1) << line;
+    // Newer versions of Qt write names in small letters.
+    for (const char *line : {"authorization: bearer token", "anthropic-beta: oauth-2025-04-20",
+                             "user-agent: claude-code/2.1.0"}) {
+        EXPECT_EQ(asked.toLower().count(QByteArray("\r\n") + line + "\r\n"), 1) << line;
     }
     // The second is like the first: nothing was kept.
     for (const char *status : {"200 OK", "401 Unauthorized", "500 Oops"}) {
         const auto next = askFor(http(status, "{}", "WWW-Authenticate: Basic\r\n"));
         ASSERT_TRUE(next);
         EXPECT_EQ(next->status, QByteArray(status).first(3).toInt());
-        EXPECT_FALSE(asked.contains("Cookie"));
+        EXPECT_FALSE(asked.toLower().contains("cookie"));
     }
 }
 

@@ -135,6 +135,7 @@ TEST_P(EachPresenterTest, ADismissalHoldsUntilSomethingNewHappens) {
 
 TEST_P(EachPresenterTest, GoesWithAMenuThatWasLeftForAnotherProgramsWindow) {
     QMenu menu;
+    menu.addAction("Quit");
     settings.setShowWhenIdle(true);
     attach();
     scheduler.advance(Seconds(1));
