@@ -100,20 +100,26 @@ private:
 } // namespace
 
 NetworkHttpsClient::NetworkHttpsClient(Scheduler &scheduler, BackgroundPool &background)
-    : m_scheduler(scheduler), m_background(background) {
-    m_manager.setRedirectPolicy(QNetworkRequest::ManualRedirectPolicy);
+    : m_scheduler(scheduler), m_background(background) {}
+
+QNetworkAccessManager &NetworkHttpsClient::manager() {
+    if (!m_manager) {
+        m_manager.emplace();
+        m_manager->setRedirectPolicy(QNetworkRequest::ManualRedirectPolicy);
+    }
+    return *m_manager;
 }
 
 Task NetworkHttpsClient::send(const HttpsRequest &request, Finished finished) {
     auto *transfer = new Transfer(request, std::move(finished));
-    transfer->setParent(&m_manager);
+    transfer->setParent(&m_transfers);
     m_background.compute(
         [url = request.url] {
             return QNetworkProxyFactory::systemProxyForQuery(QNetworkProxyQuery(url));
         },
         m_scheduler, transfer,
         [this, transfer](const QList<QNetworkProxy> &proxies) {
-            transfer->start(m_manager, proxies.value(0, QNetworkProxy::NoProxy));
+            transfer->start(manager(), proxies.value(0, QNetworkProxy::NoProxy));
         });
     return Task([pending = QPointer<Transfer>(transfer)] {
         if (pending) {

@@ -5,6 +5,8 @@
 
 #include <QNetworkAccessManager>
 
+#include <optional>
+
 namespace morvane {
 
 /// Over Qt's network access, by the proxy of the desktop, which the pool finds out, as that may
@@ -18,9 +20,12 @@ public:
     [[nodiscard]] Task send(const HttpsRequest &request, Finished finished) override;
 
 private:
+    QNetworkAccessManager &manager();
+
     Scheduler &m_scheduler;
     BackgroundPool &m_background;
-    QNetworkAccessManager m_manager;
+    std::optional<QNetworkAccessManager> m_manager; ///< none before a request: it takes a megabyte
+    QObject m_transfers;                            ///< owns them while they are under way
 };
 
 } // namespace morvane
