@@ -220,17 +220,13 @@ void AgentConnections::markAllPresentAgentsKnown() {
 
 QStringList AgentConnections::removeAll() {
     QStringList report;
-    bool isStillCalled = false;
     for (const AgentAdapter *adapter : connectedAgents()) {
         const QString name = tr("%1 hooks").arg(displayName(adapter->kind()));
         const auto failure = makeInstaller(adapter->kind()).uninstall();
-        isStillCalled = isStillCalled || failure;
         report << (failure ? couldNotRemove(name, failure->message) : name);
     }
-    if (isStillCalled) {
-        // Each of the hooks that are left would be an error in its agent.
-        report << couldNotRemove(scriptFolderName, tr("hooks that are left call it"));
-    } else if (const auto item = removeScriptFolder()) {
+    // Hooks that had to stay find no script then, and their agent goes on without it.
+    if (const auto item = removeScriptFolder()) {
         report << *item;
     }
     refreshStatus();
