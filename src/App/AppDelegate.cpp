@@ -53,9 +53,13 @@ void AppDelegate::makeMenu() {
 }
 
 void AppDelegate::showPanelKey() {
-    m_menu->showPanelKey(m_settings.panelKey(), panelKeyState());
+    m_menu->showPanelKey(m_settings.panelKey(), panelKeyState(),
+                         m_controller->panelKeys().areDesktops());
     if (m_settingsWindow) {
         m_settingsWindow->refresh();
+    }
+    if (m_onboardingWindow) {
+        m_onboardingWindow->refresh();
     }
 }
 

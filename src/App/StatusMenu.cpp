@@ -88,12 +88,12 @@ void StatusMenu::offerRestart() {
     m_restart->setVisible(true);
 }
 
-void StatusMenu::showPanelKey(const HotKey &key, HotKeys::State state) {
+void StatusMenu::showPanelKey(const HotKey &key, HotKeys::State state, bool isDesktops) {
     const QString problem = PlatformWords::hotKeyProblem(key, state);
-    const bool isMissing = !problem.isEmpty();
     m_panelKey->setText(menuText(problem));
-    m_panelKey->setVisible(isMissing);
-    m_panel->setShortcut(isMissing ? QKeySequence() : PlatformWords::keySequence(key));
+    m_panelKey->setVisible(!problem.isEmpty());
+    m_panel->setShortcut(problem.isEmpty() && !isDesktops ? PlatformWords::keySequence(key)
+                                                          : QKeySequence());
 }
 
 /// A menu that belongs to no window leaves the keys of its items to nobody.

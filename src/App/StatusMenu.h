@@ -26,8 +26,9 @@ public:
 
     QMenu &menu() { return *m_menu; }
 
-    /// Tells the key that opens the panel, or why there is none.
-    void showPanelKey(const HotKey &key, HotKeys::State state);
+    /// Tells the key that opens the panel, or why there is none. Which key a desktop has chosen for
+    /// it isn't known.
+    void showPanelKey(const HotKey &key, HotKeys::State state, bool isDesktops);
 
     /// A new version has been put into this one's place, and runs from the next start on.
     void offerRestart();

@@ -66,12 +66,17 @@ TEST_F(StatusMenuTest, OffersToRestartOnceThereIsSomethingNew) {
 }
 
 TEST_F(StatusMenuTest, TellsWhoHasTheKeyForThePanel) {
-    const auto line = [this](HotKeys::State state) {
-        statusMenu.showPanelKey(settings.panelKey(), state);
+    const auto line = [this](HotKeys::State state, bool isDesktops = false) {
+        statusMenu.showPanelKey(settings.panelKey(), state, isDesktops);
         return lines(statusMenu.menu()).split(u'\n')[3];
     };
+    const auto key = [this] { return statusMenu.menu().actions()[3]->shortcut().toString(); };
     EXPECT_EQ(line(HotKeys::State::taken), "Super+Shift+G is taken by another program (off)");
+    EXPECT_EQ(key(), "");
     EXPECT_EQ(line(HotKeys::State::works), "Settings…");
+    EXPECT_EQ(key(), "Meta+Shift+G");
+    line(HotKeys::State::works, true);
+    EXPECT_EQ(key(), "");
 }
 
 TEST_F(StatusMenuTest, ObeysItsKeysWhileItIsOpen) {

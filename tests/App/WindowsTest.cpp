@@ -273,9 +273,33 @@ TEST_F(WindowsTest, LeavesTheKeyAsItWasUnlessOneIsChosen) {
 
 TEST_F(WindowsTest, LeavesTheKeyToADesktopThatGivesIt) {
     hotKeys.desktopGivesThem = true;
+    hotKeys.setUsual(HotKeys::State::pending);
+    settings.setShowMenuBarIcon(false);
     openSettings();
     EXPECT_EQ(window->findChild<KeyField *>(), nullptr);
     EXPECT_TRUE(reads("set by the desktop"));
+    EXPECT_TRUE(reads("Hover the capsule to open the panel."));
+    hotKeys.setUsual(HotKeys::State::works);
+    EXPECT_TRUE(reads("Open the panel with the key that the desktop has for it, or hover"));
+    hotKeys.setUsual(HotKeys::State::unavailable);
+    EXPECT_FALSE(reads("desktop's own keyboard settings"));
+    EXPECT_TRUE(reads("none"));
+    EXPECT_TRUE(reads("Super+Shift+G doesn't work on this desktop"));
+}
+
+TEST_F(WindowsTest, OffersANewcomerNoKeyThatDoesNothing) {
+    hotKeys.desktopGivesThem = true;
+    hotKeys.setUsual(HotKeys::State::unavailable);
+    open("Welcome to Morvane");
+    window->findChild<OnboardingView *>()->go(2);
+    scheduler.advance(Seconds(1));
+    EXPECT_TRUE(reads("Hover the capsule to open the panel."));
+    EXPECT_FALSE(reads("Ctrl 1–5"));
+    static_cast<FakeStatusItemHost &>(*platform.statusItemHost).setPresent(true);
+    EXPECT_TRUE(reads("Click the alien in the tray to open the panel."));
+    // The person answers the desktop's question only now.
+    hotKeys.setUsual(HotKeys::State::works);
+    EXPECT_TRUE(reads("or press the key that the desktop has for it, to open the panel."));
 }
 
 TEST_F(WindowsTest, SaysThatABuildWithoutAddressesSendsNothing) {

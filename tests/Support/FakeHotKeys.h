@@ -20,7 +20,7 @@ public:
     State state(std::uint32_t id) const override {
         const auto known = m_keys.find(id);
         const bool isTaken = known != m_keys.end() && m_taken.contains(known->second.symbol);
-        return isTaken ? State::taken : State::works;
+        return isTaken ? State::taken : m_usual;
     }
     bool areDesktops() const override { return desktopGivesThem; }
     void retry() override { ++retries; }
@@ -53,6 +53,12 @@ public:
         }
     }
 
+    /// How it stands with the keys that nobody else has.
+    void setUsual(State state) {
+        m_usual = state;
+        setTaken({});
+    }
+
     int retries = 0;
     bool desktopGivesThem = false;
 
@@ -60,6 +66,7 @@ private:
     std::map<std::uint32_t, HotKey> m_keys;
     std::uint32_t m_lastID = 0;
     QStringList m_taken;
+    State m_usual = State::works;
 };
 
 } // namespace morvane

@@ -39,6 +39,13 @@ QString PlatformWords::hotKeyProblem(const HotKey &key, HotKeys::State state) {
     return {};
 }
 
+QString PlatformWords::panelKey(const HotKey &key, HotKeys::State state, bool isDesktops) {
+    if (state != HotKeys::State::works) {
+        return {};
+    }
+    return isDesktops ? tr("the key that the desktop has for it") : hotKey(key);
+}
+
 QString PlatformWords::digitShortcut(int digit) {
     return tr("Ctrl %1").arg(digit);
 }
@@ -58,10 +65,14 @@ QString PlatformWords::whereToLook(bool hasTrayIcon) {
                        : tr("Look for the alien at the top of the screen.");
 }
 
-QString PlatformWords::openThePanel(const HotKey &key, bool hasTrayIcon) {
+QString PlatformWords::openThePanel(const QString &panelKey, bool hasTrayIcon) {
+    if (panelKey.isEmpty()) {
+        return hasTrayIcon ? tr("Click the alien in the tray to open the panel.")
+                           : tr("Hover the capsule to open the panel.");
+    }
     return (hasTrayIcon ? tr("Click the alien in the tray, or press %1, to open the panel.")
                         : tr("Hover the capsule, or press %1, to open the panel."))
-        .arg(hotKey(key));
+        .arg(panelKey);
 }
 
 QString PlatformWords::noNotificationSwitch() {
@@ -83,10 +94,12 @@ QString PlatformWords::showIcon() {
     return tr("Show icon in the t&ray");
 }
 
-QString PlatformWords::iconIsHidden(const HotKey &panelKey) {
-    return tr("Morvane is still running. Open the panel with %1, or hover the capsule. To reach "
-              "Settings again, start Morvane once more.")
-        .arg(hotKey(panelKey));
+QString PlatformWords::iconIsHidden(const QString &panelKey) {
+    const QString way = panelKey.isEmpty()
+                            ? tr("Hover the capsule to open the panel.")
+                            : tr("Open the panel with %1, or hover the capsule.").arg(panelKey);
+    return tr("Morvane is still running. %1 To reach Settings again, start Morvane once more.")
+        .arg(way);
 }
 
 QString PlatformWords::removeTheProgram() {

@@ -22,6 +22,10 @@ public:
     /// Why a key doesn't work; empty where it does, or may yet.
     static QString hotKeyProblem(const HotKey &key, HotKeys::State state);
 
+    /// What to press for the panel, as a sentence has it; empty where no key works. A desktop that
+    /// gives keys away may have given another one.
+    static QString panelKey(const HotKey &key, HotKeys::State state, bool isDesktops);
+
     /// The keys of one of the digit shortcuts: "⌘1" elsewhere.
     static QString digitShortcut(int digit);
 
@@ -33,12 +37,13 @@ public:
     static QString everythingStaysHere();
     /// Where a newcomer finds Morvane: beside the clock elsewhere.
     static QString whereToLook(bool hasTrayIcon);
-    static QString openThePanel(const HotKey &key, bool hasTrayIcon);
+    /// `panelKey` may be empty.
+    static QString openThePanel(const QString &panelKey, bool hasTrayIcon);
     static QString noNotificationSwitch();
     static QString windowFocusNeeds();
     static QString windowFocusFooter();
     static QString showIcon();
-    static QString iconIsHidden(const HotKey &panelKey);
+    static QString iconIsHidden(const QString &panelKey);
     static QString removeTheProgram();
     static QString removeTheProgramToFinish();
     static QString acknowledgementsAreMissing();

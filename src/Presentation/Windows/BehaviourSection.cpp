@@ -24,8 +24,9 @@ BehaviourSection::BehaviourSection(const WindowContext &context, QWidget *parent
         PlatformWords::showIcon(), [&settings] { return settings.showMenuBarIcon(); },
         [&settings](bool on) { settings.setShowMenuBarIcon(on); });
     TextLabel *hidden = addCaption();
-    onRefresh([hidden, &settings] {
-        hidden->setText(PlatformWords::iconIsHidden(settings.panelKey()));
+    onRefresh([hidden, &settings, program = context.program] {
+        hidden->setText(PlatformWords::iconIsHidden(PlatformWords::panelKey(
+            settings.panelKey(), program.panelKeyState(), program.desktopGivesKeys())));
         hidden->setVisible(!settings.showMenuBarIcon());
     });
 }
@@ -50,8 +51,7 @@ void BehaviourSection::addAutoClear(MorvaneSettings &settings) {
 
 void BehaviourSection::addPanelKey(const WindowContext &context) {
     if (context.program.desktopGivesKeys()) {
-        addRow(tr("Key that opens the panel"))->addWidget(makeText(tr("set by the desktop")));
-        addCaption(tr("The desktop's own keyboard settings say which key that is."));
+        addDesktopsKey(context.program.panelKeyState);
     } else {
         addKeyField(context.settings);
     }
@@ -61,6 +61,17 @@ void BehaviourSection::addPanelKey(const WindowContext &context) {
         const QString refusal = m_panelKey ? m_panelKey->refusal() : QString();
         caption->setText(refusal.isEmpty() ? problem : refusal);
         caption->setVisible(!caption->text().isEmpty());
+    });
+}
+
+void BehaviourSection::addDesktopsKey(const std::function<HotKeys::State()> &state) {
+    TextLabel *whose = makeText({});
+    addRow(tr("Key that opens the panel"))->addWidget(whose);
+    TextLabel *which = addCaption(tr("The desktop's own keyboard settings say which key that is."));
+    onRefresh([whose, which, state] {
+        const bool isGiven = state() != HotKeys::State::unavailable;
+        whose->setText(isGiven ? tr("set by the desktop") : tr("none"));
+        which->setVisible(isGiven);
     });
 }
 

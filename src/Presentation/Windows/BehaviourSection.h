@@ -17,6 +17,7 @@ public:
 private:
     void addAutoClear(MorvaneSettings &settings);
     void addPanelKey(const WindowContext &context);
+    void addDesktopsKey(const std::function<HotKeys::State()> &state);
     void addKeyField(MorvaneSettings &settings);
 
     KeyField *m_panelKey = nullptr; ///< none where the desktop says which key it is

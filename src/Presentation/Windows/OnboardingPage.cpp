@@ -109,12 +109,14 @@ OnboardingPage *OnboardingPage::ready(const WindowContext &context, QWidget *par
     page->m_layout->addSpacing(10);
     TextLabel *open = page->addHint(SystemImage::cursorarrowMotionlines);
     page->m_updates.push_back([page, open] {
-        open->setText(
-            PlatformWords::openThePanel(page->m_context.settings.panelKey(), page->hasTrayIcon()));
+        open->setText(PlatformWords::openThePanel(page->panelKey(), page->hasTrayIcon()));
     });
-    page->addHint(SystemImage::keyboard)
-        ->setText(
-            tr("%1 jump to recently completed sessions.").arg(PlatformWords::digitShortcuts(1, 5)));
+    if (!context.program.desktopGivesKeys()) {
+        // Desktops that do give none for a moment.
+        page->addHint(SystemImage::keyboard)
+            ->setText(tr("%1 jump to recently completed sessions.")
+                          .arg(PlatformWords::digitShortcuts(1, 5)));
+    }
     page->addHint(SystemImage::terminal)->setText(tr("Click a session to jump to its terminal."));
     page->m_layout->addSpacing(14);
     page->addWindowFocus();
@@ -151,6 +153,12 @@ void OnboardingPage::refresh() {
 
 bool OnboardingPage::hasTrayIcon() const {
     return m_context.settings.showMenuBarIcon() && m_context.statusItemHost.isPresent();
+}
+
+QString OnboardingPage::panelKey() const {
+    const ProgramActions &program = m_context.program;
+    return PlatformWords::panelKey(m_context.settings.panelKey(), program.panelKeyState(),
+                                   program.desktopGivesKeys());
 }
 
 void OnboardingPage::addMascot(int side) {

@@ -34,6 +34,9 @@ public:
 
     void go(int step);
 
+    /// Shows how everything stands now.
+    void refresh();
+
 signals:
     /// "Done" was pressed.
     void finished();
@@ -48,7 +51,6 @@ private:
     QWidget *makeFooter();
     QWidget *makeDots();
     void goOn();
-    void refresh();
     int lastStep() const { return static_cast<int>(m_pages.size()) - 1; }
 
     WindowContext m_context;

@@ -16,14 +16,18 @@ constexpr QSize windowSize(540, 540);
 OnboardingWindow::OnboardingWindow(const OnboardingView::Mode &mode, const WindowContext &context)
     : ManagedWindow(std::holds_alternative<OnboardingView::FirstRun>(mode)
                         ? tr("Welcome to Morvane")
-                        : tr("New agent detected")) {
+                        : tr("New agent detected")),
+      m_view(new OnboardingView(mode, context, this)) {
     setWindowFlag(Qt::WindowStaysOnTopHint);
     setFixedSize(windowSize);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    auto *view = new OnboardingView(mode, context, this);
-    layout->addWidget(view);
-    connect(view, &OnboardingView::finished, this, &QWidget::close);
+    layout->addWidget(m_view);
+    connect(m_view, &OnboardingView::finished, this, &QWidget::close);
+}
+
+void OnboardingWindow::refresh() {
+    m_view->refresh();
 }
 
 /// The window can be moved by any place on it that does nothing else.

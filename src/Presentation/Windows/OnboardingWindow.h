@@ -14,6 +14,9 @@ class OnboardingWindow : public ManagedWindow {
 public:
     OnboardingWindow(const OnboardingView::Mode &mode, const WindowContext &context);
 
+    /// Something has changed that the view doesn't follow by itself.
+    void refresh();
+
 signals:
     /// The window has been closed, by "Done" or otherwise.
     void finished();
@@ -21,6 +24,9 @@ signals:
 protected:
     void mousePressEvent(QMouseEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
+
+private:
+    OnboardingView *m_view;
 };
 
 } // namespace morvane
