@@ -144,12 +144,15 @@ void StatusMenu::list(const std::vector<const AgentAdapter *> &offered) {
     }
 }
 
+/// A menu puts the check mark by itself as soon as an item is chosen; the change of the status that
+/// follows sets it right whatever came of it.
 QAction *StatusMenu::makeItem(const AgentAdapter &adapter) {
     auto *item = new QAction(m_agents);
     item->setCheckable(true);
     item->setEnabled(adapter.isInstallable());
     item->setToolTip(helpMarkup(adapter.integrationDescription()));
-    connect(item, &QAction::triggered, this, [this, kind = adapter.kind()] { toggleAgent(kind); });
+    connect(item, &QAction::triggered, this,
+            [this, kind = adapter.kind()] { m_connections.toggleHooks(kind); });
     return item;
 }
 
@@ -163,16 +166,6 @@ void StatusMenu::showFailure() {
     m_failure->setVisible(!text.isEmpty());
     m_failureSeparator->setVisible(!text.isEmpty() && !m_agentItems.empty());
     m_agents->setEnabled(!text.isEmpty() || !m_agentItems.empty());
-}
-
-/// A menu puts the check mark by itself as soon as an item is chosen; the change of the status that
-/// follows sets it right whatever came of it.
-void StatusMenu::toggleAgent(AgentKind kind) {
-    if (m_connections.installedAgents().contains(kind)) {
-        m_connections.uninstallHooks(kind);
-    } else {
-        m_connections.installHooks(kind);
-    }
 }
 
 } // namespace morvane

@@ -62,7 +62,6 @@ private:
     void list(const std::vector<const AgentAdapter *> &offered);
     QAction *makeItem(const AgentAdapter &adapter);
     void showFailure();
-    void toggleAgent(AgentKind kind);
 
     AgentConnections &m_connections;
     const std::unique_ptr<QMenu> m_menu;

@@ -118,6 +118,10 @@ void AgentConnections::uninstallHooks(AgentKind kind) {
     perform(kind, tr("%1 disconnect failed: %2"), &HookInstaller::uninstall);
 }
 
+void AgentConnections::toggleHooks(AgentKind kind) {
+    m_installedAgents.contains(kind) ? uninstallHooks(kind) : installHooks(kind);
+}
+
 void AgentConnections::repairHooks(AgentKind kind) {
     perform(kind, tr("%1 repair failed: %2"), &HookInstaller::install);
 }

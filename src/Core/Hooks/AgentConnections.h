@@ -63,6 +63,8 @@ public:
 
     void installHooks(AgentKind kind);
     void uninstallHooks(AgentKind kind);
+    /// Whichever of the two changes something.
+    void toggleHooks(AgentKind kind);
     void repairHooks(AgentKind kind);
     void setNotificationsSuppressed(bool suppressed);
 

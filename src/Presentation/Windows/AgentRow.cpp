@@ -76,19 +76,15 @@ QWidget *AgentRow::makeStatus() {
     auto *layout = new QHBoxLayout(status);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(5);
-    const auto paintSign = [this](QPainter &painter, const QRectF &frame) {
-        if (m_isInstallable) {
-            paint(painter, SystemImage::checkmarkCircleFill, frame, Colors::connected);
-        } else {
-            paint(painter, SystemImage::circle, frame, Colors::secondaryText);
-        }
-    };
-    m_sign = new PictureView(signSide, paintSign, status);
+    m_sign =
+        m_isInstallable
+            ? new PictureView(signSide, SystemImage::checkmarkCircleFill, Colors::connected, status)
+            : new PictureView(signSide, SystemImage::circle, Colors::secondaryText, status);
     m_state = smallText(Colors::secondaryText, status);
     m_state->setText(m_isInstallable ? tr("Connected") : tr("unavailable"));
     m_button = new FormButton({}, FormButton::Role::ordinary, status);
     m_button->setVisible(m_isInstallable);
-    connect(m_button, &FormButton::clicked, this, &AgentRow::toggle);
+    connect(m_button, &FormButton::clicked, this, [this] { m_connections.toggleHooks(m_agent); });
     layout->addWidget(m_sign);
     layout->addWidget(m_state, 0, Qt::AlignVCenter);
     layout->addSpacing(5);
@@ -100,10 +96,8 @@ QWidget *AgentRow::makeIssues() {
     m_issueLine = new QWidget(this);
     auto *layout = new QHBoxLayout(m_issueLine);
     layout->setContentsMargins(markSide + 8, 0, 0, 0);
-    const auto paintSign = [](QPainter &painter, const QRectF &frame) {
-        paint(painter, SystemImage::exclamationmarkTriangleFill, frame, Colors::warning);
-    };
-    layout->addWidget(new PictureView(signSide, paintSign, m_issueLine));
+    layout->addWidget(new PictureView(signSide, SystemImage::exclamationmarkTriangleFill,
+                                      Colors::warning, m_issueLine));
     m_issues = smallText(Colors::primaryText, m_issueLine);
     layout->addWidget(m_issues, 1);
     m_repair = new FormButton(tr("Repair"), FormButton::Role::ordinary, m_issueLine);
@@ -133,14 +127,6 @@ void AgentRow::showHealth(bool isConnected) {
     m_repair->setVisible(hasIssues);
     m_issueLine->setVisible(m_detail == Detail::health && isConnected &&
                             (hasIssues || health.awaitsReview));
-}
-
-void AgentRow::toggle() {
-    if (m_connections.installedAgents().contains(m_agent)) {
-        m_connections.uninstallHooks(m_agent);
-    } else {
-        m_connections.installHooks(m_agent);
-    }
 }
 
 } // namespace morvane

@@ -37,7 +37,6 @@ private:
     QWidget *makeStatus();
     QWidget *makeIssues();
     void showHealth(bool isConnected);
-    void toggle();
 
     AgentKind m_agent;
     AgentConnections &m_connections;

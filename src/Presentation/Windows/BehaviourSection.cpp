@@ -20,9 +20,8 @@ BehaviourSection::BehaviourSection(const WindowContext &context, QWidget *parent
     addPanelKey(context);
     addToggle(tr("&Launch at login"), context.program.launchAtLogin,
               context.program.setLaunchAtLogin);
-    addToggle(
-        PlatformWords::showIcon(), [&settings] { return settings.showMenuBarIcon(); },
-        [&settings](bool on) { settings.setShowMenuBarIcon(on); });
+    addToggle(PlatformWords::showIcon(), settings, &MorvaneSettings::showMenuBarIcon,
+              &MorvaneSettings::setShowMenuBarIcon);
     TextLabel *hidden = addCaption();
     onRefresh([hidden, &settings, program = context.program] {
         hidden->setText(PlatformWords::iconIsHidden(PlatformWords::panelKey(

@@ -17,12 +17,10 @@ DisplaysSection::DisplaysSection(const WindowContext &context, QWidget *parent)
         [&settings](int index) {
             settings.setFloatingPosition(static_cast<FloatingPosition>(index));
         });
-    addToggle(
-        tr("Hide over &fullscreen apps"), [&settings] { return settings.hideOverFullscreen(); },
-        [&settings](bool on) { settings.setHideOverFullscreen(on); });
-    addToggle(
-        tr("&Keep capsule always visible"), [&settings] { return settings.showWhenIdle(); },
-        [&settings](bool on) { settings.setShowWhenIdle(on); });
+    addToggle(tr("Hide over &fullscreen apps"), settings, &MorvaneSettings::hideOverFullscreen,
+              &MorvaneSettings::setHideOverFullscreen);
+    addToggle(tr("&Keep capsule always visible"), settings, &MorvaneSettings::showWhenIdle,
+              &MorvaneSettings::setShowWhenIdle);
 }
 
 } // namespace morvane

@@ -76,19 +76,18 @@ void FormSection::addWidget(QWidget *row) {
     m_rows->addWidget(row);
 }
 
-QWidget *FormSection::startRow(QHBoxLayout *&layout) {
+QHBoxLayout *FormSection::startRow() {
     auto *row = new QWidget(m_ground);
-    layout = new QHBoxLayout(row);
+    auto *layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(8);
-    return row;
+    m_rows->addWidget(row);
+    return layout;
 }
 
 QHBoxLayout *FormSection::addRow(QWidget *label) {
-    QHBoxLayout *layout = nullptr;
-    QWidget *row = startRow(layout);
+    QHBoxLayout *layout = startRow();
     layout->addWidget(label, 1);
-    m_rows->addWidget(row);
     return layout;
 }
 
@@ -98,32 +97,32 @@ QHBoxLayout *FormSection::addRow(const QString &label) {
 
 QHBoxLayout *FormSection::addRow(SystemImage image, const QColor &tint, QWidget *label) {
     QHBoxLayout *layout = addRow(label);
-    const auto paintImage = [image, tint](QPainter &painter, const QRectF &frame) {
-        paint(painter, image, frame, tint);
-    };
-    layout->insertWidget(0, new PictureView(15, paintImage, m_ground), 0, Qt::AlignTop);
+    layout->insertWidget(0, new PictureView(15, image, tint, m_ground), 0, Qt::AlignTop);
     return layout;
 }
 
 void FormSection::addButtons(std::initializer_list<FormButton *> buttons) {
-    QHBoxLayout *layout = nullptr;
-    QWidget *row = startRow(layout);
+    QHBoxLayout *layout = startRow();
     for (FormButton *button : buttons) {
         layout->addWidget(button);
     }
     layout->addStretch();
-    m_rows->addWidget(row);
 }
 
 ToggleRow *FormSection::addToggle(const QString &text, Read read, Write write) {
     auto *toggle = new ToggleRow(text, m_ground);
-    QHBoxLayout *layout = nullptr;
-    QWidget *row = startRow(layout);
-    layout->addWidget(toggle);
-    m_rows->addWidget(row);
+    startRow()->addWidget(toggle);
     connect(toggle, &QAbstractButton::clicked, this, std::move(write));
     onRefresh([toggle, read = std::move(read)] { toggle->setChecked(read()); });
     return toggle;
+}
+
+ToggleRow *FormSection::addToggle(const QString &text, MorvaneSettings &settings,
+                                  bool (MorvaneSettings::*read)() const,
+                                  void (MorvaneSettings::*write)(bool)) {
+    return addToggle(
+        text, [&settings, read] { return (settings.*read)(); },
+        [&settings, write](bool on) { (settings.*write)(on); });
 }
 
 QComboBox *FormSection::addPicker(const QString &label, const QStringList &options,

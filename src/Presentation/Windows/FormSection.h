@@ -15,6 +15,7 @@ class QVBoxLayout;
 
 namespace morvane {
 
+class MorvaneSettings;
 class TextLabel;
 class ToggleRow;
 
@@ -39,6 +40,11 @@ protected:
     void onRefresh(std::function<void()> update);
 
     ToggleRow *addToggle(const QString &text, Read read, Write write);
+
+    /// One of the settings.
+    ToggleRow *addToggle(const QString &text, MorvaneSettings &settings,
+                         bool (MorvaneSettings::*read)() const,
+                         void (MorvaneSettings::*write)(bool));
 
     /// A choice of one of several, by their place in `options`.
     QComboBox *addPicker(const QString &label, const QStringList &options,
@@ -68,7 +74,7 @@ protected:
 
 private:
     void spaceRows();
-    QWidget *startRow(QHBoxLayout *&layout);
+    QHBoxLayout *startRow();
 
     QWidget *m_ground = nullptr; ///< the rows lie on it
     QVBoxLayout *m_rows = nullptr;

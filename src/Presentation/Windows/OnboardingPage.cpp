@@ -33,11 +33,8 @@ QWidget *rowOf(SystemImage image, const QColor &tint, QWidget *text, QWidget *pa
     auto *layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(12);
-    const auto paintImage = [image, tint](QPainter &painter, const QRectF &frame) {
-        paint(painter, image, frame, tint);
-    };
     text->setParent(row);
-    layout->addWidget(new PictureView(rowImageSide, paintImage, row), 0, Qt::AlignTop);
+    layout->addWidget(new PictureView(rowImageSide, image, tint, row), 0, Qt::AlignTop);
     layout->addWidget(text, 1);
     return row;
 }

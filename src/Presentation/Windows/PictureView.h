@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Presentation/Style/SystemImage.h"
+
 #include <QPainter>
 #include <QWidget>
 
@@ -19,6 +21,14 @@ public:
         : QWidget(parent), m_paint(std::move(paint)) {
         setFixedSize(side, side);
     }
+
+    PictureView(int side, SystemImage image, const QColor &tint, QWidget *parent)
+        : PictureView(
+              side,
+              [image, tint](QPainter &painter, const QRectF &frame) {
+                  paint(painter, image, frame, tint);
+              },
+              parent) {}
 
 protected:
     void paintEvent(QPaintEvent *) override {

@@ -10,9 +10,8 @@ namespace morvane {
 PrivacySection::PrivacySection(const WindowContext &context, QWidget *parent)
     : FormSection(tr("Privacy"), parent) {
     MorvaneSettings &settings = context.settings;
-    addToggle(
-        tr("C&ount this install"), [&settings] { return settings.installPingEnabled(); },
-        [&settings](bool on) { settings.setInstallPingEnabled(on); });
+    addToggle(tr("C&ount this install"), settings, &MorvaneSettings::installPingEnabled,
+              &MorvaneSettings::setInstallPingEnabled);
     addCaption(tr("Once, on first launch, Morvane sends a single “+1” to Morvane's server. It "
                   "carries the version number, with its build, and nothing else: no device "
                   "identifier, no account, nothing that could be joined to you or to any later "

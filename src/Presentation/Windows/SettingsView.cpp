@@ -83,10 +83,8 @@ QWidget *SettingsView::makeFailureBar() {
     auto *layout = new QHBoxLayout(m_failureBar);
     layout->setContentsMargins(edge, 10, edge, 10);
     layout->setSpacing(8);
-    const auto paintSign = [](QPainter &painter, const QRectF &frame) {
-        paint(painter, SystemImage::exclamationmarkTriangleFill, frame, Colors::warning);
-    };
-    layout->addWidget(new PictureView(15, paintSign, m_failureBar));
+    layout->addWidget(new PictureView(15, SystemImage::exclamationmarkTriangleFill, Colors::warning,
+                                      m_failureBar));
     m_failure =
         new TextLabel(Typography::text(Typography::bodySize), Colors::primaryText, 4, m_failureBar);
     layout->addWidget(m_failure, 1);

@@ -52,18 +52,16 @@ void SoundSection::addSuppression(AgentConnections &connections) {
 }
 
 void SoundSection::addSounds(MorvaneSettings &settings) {
-    addToggle(
-        tr("&Play Morvane sound"), [&settings] { return settings.soundEnabled(); },
-        [&settings](bool on) { settings.setSoundEnabled(on); });
-    ToggleRow *needsInput = addToggle(
-        tr("…when a session needs &input"), [&settings] { return settings.soundOnNeedsInput(); },
-        [&settings](bool on) { settings.setSoundOnNeedsInput(on); });
-    ToggleRow *done = addToggle(
-        tr("…when a session finis&hes"), [&settings] { return settings.soundOnDone(); },
-        [&settings](bool on) { settings.setSoundOnDone(on); });
-    ToggleRow *limits = addToggle(
-        tr("…at Claude limit &milestones"), [&settings] { return settings.soundOnUsageLimit(); },
-        [&settings](bool on) { settings.setSoundOnUsageLimit(on); });
+    addToggle(tr("&Play Morvane sound"), settings, &MorvaneSettings::soundEnabled,
+              &MorvaneSettings::setSoundEnabled);
+    ToggleRow *needsInput =
+        addToggle(tr("…when a session needs &input"), settings, &MorvaneSettings::soundOnNeedsInput,
+                  &MorvaneSettings::setSoundOnNeedsInput);
+    ToggleRow *done = addToggle(tr("…when a session finis&hes"), settings,
+                                &MorvaneSettings::soundOnDone, &MorvaneSettings::setSoundOnDone);
+    ToggleRow *limits =
+        addToggle(tr("…at Claude limit &milestones"), settings, &MorvaneSettings::soundOnUsageLimit,
+                  &MorvaneSettings::setSoundOnUsageLimit);
     for (ToggleRow *toggle : {needsInput, done, limits}) {
         indent(toggle);
         onRefresh(

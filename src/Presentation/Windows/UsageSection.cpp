@@ -48,10 +48,8 @@ void UsageSection::showWhileEnabled(QWidget *row) {
 }
 
 void UsageSection::addDetails(const WindowContext &context) {
-    ToggleRow *fable = addToggle(
-        tr("Show Fable / model-family &bar (when reported)"),
-        [&settings = m_settings] { return settings.showFableBar(); },
-        [&settings = m_settings](bool on) { settings.setShowFableBar(on); });
+    ToggleRow *fable = addToggle(tr("Show Fable / model-family &bar (when reported)"), m_settings,
+                                 &MorvaneSettings::showFableBar, &MorvaneSettings::setShowFableBar);
     showWhileEnabled(fable->parentWidget());
     addMilestones();
     addSources(context.usage);
