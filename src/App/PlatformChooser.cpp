@@ -16,7 +16,9 @@
 #include "Platform/Linux/NetworkHttpsClient.h"
 #include "Platform/Linux/ProcessDialogue.h"
 #include "Platform/Linux/WatchedProgramFile.h"
+#include "Platform/Linux/Wayland/HyprlandFullscreenWindows.h"
 #include "Platform/Linux/Wayland/HyprlandWindowSystem.h"
+#include "Platform/Linux/Wayland/KWinFullscreenWindows.h"
 #include "Platform/Linux/Wayland/KWinWindowSystem.h"
 #include "Platform/Linux/Wayland/SwayFullscreenWindows.h"
 #include "Platform/Linux/Wayland/SwayWindowSystem.h"
@@ -44,32 +46,49 @@ void ring() {
     }
 }
 
-/// A Wayland desktop that has a road of its own to all windows is asked on that; on any other only
-/// those of XWayland are to be seen.
+/// The road of its own that a Wayland desktop has to all windows. On any other only those of
+/// XWayland are to be seen.
+struct OwnRoad {
+    QString sway;
+    QString hyprland;
+    bool isKWin = false;
+};
+
+OwnRoad ownRoad(const X11Connection &x11) {
+    if (!x11.isXwayland()) {
+        return {};
+    }
+    const QString desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP");
+    return {qEnvironmentVariable("SWAYSOCK"),
+            HyprlandWindowSystem::socketOf(qEnvironmentVariable("HYPRLAND_INSTANCE_SIGNATURE")),
+            desktops.split(QLatin1Char(':')).contains(QLatin1String("KDE"))};
+}
+
 std::unique_ptr<WindowSystem> windowSystem(X11Connection &x11, Scheduler &scheduler) {
-    if (x11.isXwayland()) {
-        const QString sway = qEnvironmentVariable("SWAYSOCK");
-        const QString hyprland =
-            HyprlandWindowSystem::socketOf(qEnvironmentVariable("HYPRLAND_INSTANCE_SIGNATURE"));
-        const QString desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP");
-        if (!sway.isEmpty()) {
-            return std::make_unique<SwayWindowSystem>(sway);
-        }
-        if (!hyprland.isEmpty()) {
-            return std::make_unique<HyprlandWindowSystem>(hyprland);
-        }
-        if (desktops.split(QLatin1Char(':')).contains(QLatin1String("KDE"))) {
-            return std::make_unique<KWinWindowSystem>(QDBusConnection::sessionBus());
-        }
+    const OwnRoad road = ownRoad(x11);
+    if (!road.sway.isEmpty()) {
+        return std::make_unique<SwayWindowSystem>(road.sway);
+    }
+    if (!road.hyprland.isEmpty()) {
+        return std::make_unique<HyprlandWindowSystem>(road.hyprland);
+    }
+    if (road.isKWin) {
+        return std::make_unique<KWinWindowSystem>(QDBusConnection::sessionBus());
     }
     return std::make_unique<X11WindowSystem>(x11, scheduler);
 }
 
-/// Sway tells of those of XWayland as well.
+/// These desktops tell of XWayland's windows as well.
 std::unique_ptr<FullscreenWindows> fullscreenWindows(X11Connection &x11) {
-    const QString sway = qEnvironmentVariable("SWAYSOCK");
-    if (x11.isXwayland() && !sway.isEmpty()) {
-        return std::make_unique<SwayFullscreenWindows>(sway);
+    const OwnRoad road = ownRoad(x11);
+    if (!road.sway.isEmpty()) {
+        return std::make_unique<SwayFullscreenWindows>(road.sway);
+    }
+    if (!road.hyprland.isEmpty()) {
+        return std::make_unique<HyprlandFullscreenWindows>(road.hyprland);
+    }
+    if (road.isKWin) {
+        return std::make_unique<KWinFullscreenWindows>(QDBusConnection::sessionBus());
     }
     return std::make_unique<X11FullscreenWindows>(x11);
 }

@@ -20,11 +20,6 @@ bool isAddress(const QString &id) {
     return address.match(id).hasMatch();
 }
 
-/// It closes when it has said all.
-std::optional<qsizetype> untilItCloses(const QByteArray &) {
-    return std::nullopt;
-}
-
 } // namespace
 
 /// Older releases keep it in the folder for temporary files.
@@ -44,7 +39,7 @@ QString HyprlandWindowSystem::socketOf(const QString &instance) {
 
 void HyprlandWindowSystem::list(Listed listed) {
     SocketQuestion::ask(
-        m_socket, "j/clients", &untilItCloses,
+        m_socket, "j/clients", &SocketQuestion::untilItCloses,
         [listed = std::move(listed)](const std::optional<QByteArray> &answer) {
             listed(windows(answer.value_or(QByteArray())));
         },
@@ -54,8 +49,8 @@ void HyprlandWindowSystem::list(Listed listed) {
 void HyprlandWindowSystem::activate(const QString &id) {
     if (isAddress(id)) {
         SocketQuestion::ask(
-            m_socket, "dispatch focuswindow address:" + id.toLatin1(), &untilItCloses,
-            [](const auto &) {}, &m_context);
+            m_socket, "dispatch focuswindow address:" + id.toLatin1(),
+            &SocketQuestion::untilItCloses, [](const auto &) {}, &m_context);
     }
 }
 

@@ -21,6 +21,9 @@ public:
     /// yet, or when the other end says it by closing.
     using Length = std::function<std::optional<qsizetype>(const QByteArray &beginning)>;
 
+    /// The other end closes when it has said all.
+    static std::optional<qsizetype> untilItCloses(const QByteArray &) { return std::nullopt; }
+
     /// Asks at once. `finished` hears the answer, once and later; none when there is nobody, when
     /// the answer is longer than 1 MiB, or hasn't come after two seconds.
     static void ask(const QString &path, const QByteArray &question, const Length &length,

@@ -1,38 +1,25 @@
 #pragma once
 
-#include "Platform/Linux/Desktop/FullscreenWindows.h"
-
-#include <QByteArray>
-#include <QLocalSocket>
-#include <QString>
+#include "Platform/Linux/Wayland/FollowedFullscreenWindows.h"
 
 namespace morvane {
 
-/// Those of sway, native ones and XWayland's. Its events say that something may have changed, its
-/// tree what. One that has gone, or talks nonsense, has none.
-class SwayFullscreenWindows : public FullscreenWindows {
+/// Those of sway, native ones and XWayland's, as its tree has them.
+class SwayFullscreenWindows : public FollowedFullscreenWindows {
     Q_OBJECT
 
 public:
     /// Takes the path of sway's socket.
-    explicit SwayFullscreenWindows(QString socket);
-    ~SwayFullscreenWindows() override;
+    explicit SwayFullscreenWindows(const QString &socket)
+        : FollowedFullscreenWindows(socket), m_socket(socket) {}
 
-    void follow() override;
-    QList<QRect> areas() const override { return m_areas; }
+protected:
+    void begin(QLocalSocket &events) override;
+    std::optional<bool> take(QByteArray &heard) override;
+    void ask(const Told &told) override;
 
 private:
-    void read();
-    void hear(const QByteArray &message);
-    void refresh();
-    void setAreas(const QList<QRect> &areas);
-
     const QString m_socket;
-    QLocalSocket m_events;
-    QByteArray m_heard; ///< of a message that isn't whole yet
-    bool m_isAsking = false;
-    bool m_isStale = false; ///< something happened since the question that is on its way
-    QList<QRect> m_areas;
 };
 
 } // namespace morvane

@@ -1,5 +1,5 @@
+#include "Platform/Linux/Wayland/KWinFullscreenWindows.h"
 #include "Platform/Linux/Wayland/KWinWindowSystem.h"
-
 #include "Platform/PrivateBusTest.h"
 
 #include <QDBusMessage>
@@ -33,10 +33,15 @@ public:
         bus.send(message.createReply(1));
         if (message.member() == "start") {
             tell("morvane-guessed", R"([{"id":"forged"}])");
-            static const QRegularExpression name("\"(morvane-[^\"]+)\"");
-            tell(name.match(script).captured(1), answer);
+            tell(answer);
         }
         return true;
+    }
+
+    /// What the last script says.
+    void tell(const QString &text) {
+        static const QRegularExpression name("\"(morvane-[^\"]+)\"");
+        tell(name.match(script).captured(1), text);
     }
 
     QString answer;
@@ -92,6 +97,31 @@ TEST_F(PrivateBusTest, NothingButAWindowsIdentifierGoesIntoAScriptOfKWins) {
     EXPECT_TRUE(becomesTrue([&] { return compositor.asked.contains("unloadScript"); }));
     EXPECT_EQ(compositor.asked.count("loadScript"), 1);
     EXPECT_TRUE(compositor.script.contains("=== \"" + window + "\""));
+}
+
+TEST_F(PrivateBusTest, KWinTellsOfFullscreenWindowsForAsLongAsSomebodyListens) {
+    Compositor compositor(connection("compositor"));
+    compositor.answer = "[[800,0,1280,720]]";
+    auto windows = std::make_unique<KWinFullscreenWindows>(connection("program"));
+    int changes = 0;
+    QObject::connect(windows.get(), &FullscreenWindows::changed, [&] { ++changes; });
+    const auto has = [&](const QList<QRect> &areas) {
+        return becomesTrue([&] { return windows->areas() == areas; });
+    };
+    EXPECT_TRUE(compositor.asked.isEmpty());
+    windows->follow();
+    windows->follow();
+    EXPECT_TRUE(has({{800, 0, 1280, 720}}));
+    EXPECT_EQ(compositor.asked, (QStringList{"loadScript", "start"}));
+    compositor.tell("[]");
+    EXPECT_TRUE(has({}));
+    compositor.tell("[[1e300,-1e300,0.9,\"x\"],7]");
+    EXPECT_TRUE(has({{32767, -32768, 0, 0}, {0, 0, 0, 0}}));
+    compositor.tell("[[[[");
+    EXPECT_TRUE(has({}));
+    EXPECT_EQ(changes, 4);
+    windows.reset();
+    EXPECT_TRUE(becomesTrue([&] { return compositor.asked.last() == "unloadScript"; }));
 }
 
 } // namespace

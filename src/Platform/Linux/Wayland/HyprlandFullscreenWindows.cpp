@@ -1,0 +1,100 @@
+#include "Platform/Linux/Wayland/HyprlandFullscreenWindows.h"
+
+#include "Platform/Linux/Wayland/SocketQuestion.h"
+
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSet>
+
+#include <algorithm>
+
+namespace morvane {
+
+namespace {
+
+using Answer = std::optional<QByteArray>;
+
+/// Not those of the active window, which come with each new title of it as well.
+bool mayMove(const QByteArray &event) {
+    static const QSet<QByteArray> known{
+        "fullscreen",  "workspace",  "focusedmon",   "activespecial",  "openwindow",
+        "closewindow", "movewindow", "monitoradded", "monitorremoved", "moveworkspace"};
+    return known.contains(event.left(event.indexOf(">>")));
+}
+
+QList<QJsonObject> listOf(const Answer &answer) {
+    QList<QJsonObject> result;
+    const QJsonArray told = QJsonDocument::fromJson(answer.value_or(QByteArray())).array();
+    for (const auto &item : told) {
+        result.append(item.toObject());
+    }
+    return result;
+}
+
+int workspaceOf(const QJsonObject &object, const char *key) {
+    return object[QLatin1String(key)].toObject()[QLatin1String("id")].toInt();
+}
+
+/// A window that is only maximised leaves room for bars. Older releases tell that apart elsewhere.
+bool isFullscreen(const QJsonObject &client) {
+    constexpr int full = 2;
+    const QJsonValue state = client[QLatin1String("fullscreen")];
+    return state.isBool() ? state.toBool() && client[QLatin1String("fullscreenMode")].toInt() == 0
+                          : (state.toInt() & full) != 0;
+}
+
+/// As an X server's, they are of 16 bits.
+QRect rectOf(const QJsonObject &client) {
+    const auto number = [&client](const char *key, int index) {
+        return std::clamp(client[QLatin1String(key)][index].toInt(), -32768, 32767);
+    };
+    return {number("at", 0), number("at", 1), number("size", 0), number("size", 1)};
+}
+
+QList<QRect> areasOf(const Answer &monitors, const Answer &clients) {
+    QSet<int> shown;
+    for (const QJsonObject &monitor : listOf(monitors)) {
+        shown << workspaceOf(monitor, "activeWorkspace")
+              << workspaceOf(monitor, "specialWorkspace");
+    }
+    QList<QRect> result;
+    for (const QJsonObject &client : listOf(clients)) {
+        if (isFullscreen(client) && shown.contains(workspaceOf(client, "workspace"))) {
+            result.append(rectOf(client));
+        }
+    }
+    return result;
+}
+
+} // namespace
+
+HyprlandFullscreenWindows::HyprlandFullscreenWindows(const QString &socket)
+    : FollowedFullscreenWindows(QFileInfo(socket).path() + QStringLiteral("/.socket2.sock")),
+      m_socket(socket) {}
+
+void HyprlandFullscreenWindows::begin(QLocalSocket &) {
+    refresh();
+}
+
+std::optional<bool> HyprlandFullscreenWindows::take(QByteArray &heard) {
+    const qsizetype end = heard.lastIndexOf('\n') + 1;
+    const QList<QByteArray> events = heard.left(end).split('\n');
+    heard.remove(0, end);
+    return std::ranges::any_of(events, &mayMove);
+}
+
+void HyprlandFullscreenWindows::ask(const Told &told) {
+    SocketQuestion::ask(
+        m_socket, "j/monitors", &SocketQuestion::untilItCloses,
+        [this, told](const Answer &monitors) {
+            SocketQuestion::ask(
+                m_socket, "j/clients", &SocketQuestion::untilItCloses,
+                [told, monitors](const Answer &clients) { told(areasOf(monitors, clients)); },
+                this);
+        },
+        this);
+}
+
+} // namespace morvane

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "Platform/Linux/Desktop/FullscreenWindows.h"
+#include "Platform/Linux/Wayland/KWinScripts.h"
+
+namespace morvane {
+
+/// Those of KWin on Wayland, native ones and XWayland's, over which no other window lies. A script
+/// of ours tells them when they change.
+class KWinFullscreenWindows : public FullscreenWindows {
+    Q_OBJECT
+
+public:
+    explicit KWinFullscreenWindows(const QDBusConnection &bus)
+        : m_scripts(bus, QStringLiteral("/FullscreenWindows")) {}
+
+    void follow() override;
+    QList<QRect> areas() const override { return m_areas; }
+
+private:
+    void take(const QString &told);
+
+    KWinScripts m_scripts;
+    bool m_isFollowing = false;
+    QList<QRect> m_areas;
+};
+
+} // namespace morvane

@@ -1,0 +1,99 @@
+#include "Platform/Linux/Wayland/KWinScripts.h"
+
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QTemporaryFile>
+#include <QTimer>
+#include <QUuid>
+
+#include <chrono>
+
+namespace morvane {
+
+namespace {
+
+constexpr std::chrono::seconds scriptLimit(2);
+
+/// What lies before every script.
+const QString beginning = QStringLiteral(R"(
+function windows() {
+    return workspace.stackingOrder ? Array.prototype.slice.call(workspace.stackingOrder)
+         : workspace.windowList ? workspace.windowList() : workspace.clientList();
+}
+function tell(text) {
+    callDBus("%1", "%2", "io.morvane.Windows", "told", "%3", text);
+}
+)");
+
+} // namespace
+
+KWinScripts::KWinScripts(const QDBusConnection &bus, const QString &path)
+    : m_bus(bus), m_path(path) {
+    m_bus.registerObject(m_path, this, QDBusConnection::ExportAllSlots);
+}
+
+KWinScripts::~KWinScripts() {
+    for (auto script = m_scripts.keyBegin(); script != m_scripts.keyEnd(); ++script) {
+        unload(*script);
+    }
+}
+
+void KWinScripts::ask(const QString &body, const Told &told) {
+    const QString script = run(body, told, true);
+    QTimer::singleShot(scriptLimit, this, [this, script] { this->told(script, {}); });
+}
+
+void KWinScripts::follow(const QString &body, const Told &told) {
+    run(body, told, false);
+}
+
+/// The name is one that nobody can guess, since anybody on the bus may answer.
+QString KWinScripts::run(const QString &body, const Told &told, bool tellsOnce) {
+    const QString name =
+        QStringLiteral("morvane-") + QUuid::createUuid().toString(QUuid::WithoutBraces);
+    auto file = std::make_shared<QTemporaryFile>();
+    if (file->open()) {
+        file->write((beginning.arg(m_bus.baseService(), m_path, name) + body).toUtf8());
+        file->close();
+    }
+    m_scripts.insert(name, {file, told, tellsOnce});
+    const auto load = call(QStringLiteral("loadScript"), {file->fileName(), name});
+    auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(load), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, name] {
+        watcher->deleteLater();
+        if (watcher->isError()) {
+            this->told(name, {});
+        } else {
+            m_bus.send(call(QStringLiteral("start"), {}));
+        }
+    });
+    return name;
+}
+
+void KWinScripts::told(const QString &script, const QString &text) {
+    const auto known = m_scripts.constFind(script);
+    if (known == m_scripts.cend()) {
+        return;
+    }
+    const Told told = known->told;
+    if (known->tellsOnce) {
+        m_scripts.erase(known);
+        unload(script);
+    }
+    told(text);
+}
+
+void KWinScripts::unload(const QString &script) {
+    m_bus.send(call(QStringLiteral("unloadScript"), {script}));
+}
+
+QDBusMessage KWinScripts::call(const QString &method, const QVariantList &arguments) const {
+    QDBusMessage result =
+        QDBusMessage::createMethodCall(QStringLiteral("org.kde.KWin"), QStringLiteral("/Scripting"),
+                                       QStringLiteral("org.kde.kwin.Scripting"), method);
+    result.setArguments(arguments);
+    result.setAutoStartService(false);
+    return result;
+}
+
+} // namespace morvane

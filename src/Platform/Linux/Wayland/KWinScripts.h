@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QHash>
+#include <QObject>
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+class QTemporaryFile;
+
+namespace morvane {
+
+/// Scripts that KWin is given over the message bus, for what it tells in no other way. In each
+/// `windows()` lists the windows, from the back to the front where the release tells, and
+/// `tell(text)` sends a text here. Works with the scripts of its releases 5 and 6. Main thread.
+class KWinScripts : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "io.morvane.Windows")
+
+public:
+    using Told = std::function<void(const QString &text)>;
+
+    /// No other object of this connection may have the path.
+    KWinScripts(const QDBusConnection &bus, const QString &path);
+    ~KWinScripts() override;
+
+    /// Runs a script that tells once. `told` hears that, or an empty text where nothing comes
+    /// within two seconds.
+    void ask(const QString &body, const Told &told);
+
+    /// Runs a script that may tell again and again, for as long as this object lives.
+    void follow(const QString &body, const Told &told);
+
+public slots:
+    /// What a script of ours says, by its name, over the bus.
+    void told(const QString &script, const QString &text);
+
+private:
+    struct Script {
+        std::shared_ptr<QTemporaryFile> file;
+        Told told;
+        bool tellsOnce = false;
+    };
+
+    QString run(const QString &body, const Told &told, bool tellsOnce);
+    void unload(const QString &script);
+    QDBusMessage call(const QString &method, const QVariantList &arguments) const;
+
+    QDBusConnection m_bus;
+    const QString m_path;
+    QHash<QString, Script> m_scripts; ///< that run, by their names
+};
+
+} // namespace morvane

@@ -1,0 +1,123 @@
+#include "Platform/Linux/Wayland/HyprlandFullscreenWindows.h"
+
+#include "Support/TemporaryHome.h"
+#include "Support/WaitUntil.h"
+
+#include <QCoreApplication>
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <QPointer>
+#include <gtest/gtest.h>
+
+namespace morvane {
+namespace {
+
+/// A stand-in for Hyprland with two displays, which show the workspaces 1 and 2.
+class HyprlandFullscreenWindowsTest : public testing::Test {
+protected:
+    HyprlandFullscreenWindowsTest() {
+        questions.listen(folder.path(".socket.sock"));
+        events.listen(folder.path(".socket2.sock"));
+        QObject::connect(&questions, &QLocalServer::newConnection, [this] {
+            QLocalSocket *socket = questions.nextPendingConnection();
+            QObject::connect(socket, &QLocalSocket::readyRead, socket, [this, socket] {
+                const QByteArray question = socket->readAll();
+                asked += question;
+                socket->write(question == "j/monitors" ? monitors : clients);
+                socket->disconnectFromServer();
+            });
+        });
+        QObject::connect(&events, &QLocalServer::newConnection,
+                         [this] { listener = events.nextPendingConnection(); });
+    }
+
+    /// Says so in two pieces.
+    void tell(const QByteArray &event) const {
+        listener->write(event.left(4));
+        listener->flush();
+        listener->write(event.mid(4) + "\n");
+    }
+
+    void change(const QByteArray &client, const QByteArray &event = "fullscreen>>1") {
+        clients = "[" + client + "]";
+        tell(event);
+    }
+
+    bool has(const QList<QRect> &areas) {
+        return becomesTrue([&] { return windows.areas() == areas; });
+    }
+
+    /// A window of the right display.
+    static QByteArray window(const QByteArray &state, int workspace = 2) {
+        return R"({"at":[800,0],"size":[1280,720],"workspace":{"id":)" +
+               QByteArray::number(workspace) + R"(},"fullscreen":)" + state + "}";
+    }
+
+    void followFilm() {
+        clients = "[" + window("2") + "]";
+        windows.follow();
+        ASSERT_TRUE(has(right));
+    }
+
+    const QList<QRect> right{{800, 0, 1280, 720}};
+    int argumentCount = 0;
+    QCoreApplication application{argumentCount, nullptr};
+    TemporaryHome folder;
+    QLocalServer questions;
+    QLocalServer events;
+    QPointer<QLocalSocket> listener;
+    QByteArray monitors = R"([{"activeWorkspace":{"id":1},"specialWorkspace":{"id":0}},
+                              {"activeWorkspace":{"id":2},"specialWorkspace":{"id":-99}}])";
+    QByteArray clients = "[]";
+    QList<QByteArray> asked;
+    HyprlandFullscreenWindows windows{folder.path(".socket.sock")};
+};
+
+TEST_F(HyprlandFullscreenWindowsTest, FollowsAFilmInTheFormOfEachRelease) {
+    followFilm();
+    for (const char *none : {"0", "1", "false", R"(true,"fullscreenMode":1)"}) {
+        change(window(none));
+        EXPECT_TRUE(has({})) << none;
+        change(window("3"), "workspace>>2");
+        EXPECT_TRUE(has(right));
+    }
+    change(window("2", 3), "movewindow>>5a,3");
+    EXPECT_TRUE(has({}));
+    change(window(R"(true,"fullscreenMode":0)", -99), "activespecial>>special,right");
+    EXPECT_TRUE(has(right));
+}
+
+TEST_F(HyprlandFullscreenWindowsTest, AsksNothingForTitles) {
+    followFilm();
+    asked.clear();
+    for (int i = 0; i < 1000; ++i) {
+        tell("activewindow>>foot,>>fullscreen>>1");
+        tell("windowtitle>>5a");
+    }
+    change(window("0"), "closewindow>>5a");
+    EXPECT_TRUE(has({}));
+    EXPECT_EQ(asked, (QList<QByteArray>{"j/monitors", "j/clients"}));
+}
+
+TEST_F(HyprlandFullscreenWindowsTest, AHyprlandThatGoesOrTalksNonsenseHasNone) {
+    HyprlandFullscreenWindows gone(folder.path("nowhere/.socket.sock"));
+    gone.follow();
+    EXPECT_EQ(gone.areas(), QList<QRect>());
+    for (const char *nonsense : {"", "5", R"({"fullscreen":"2"})", "{\"at\":[[["}) {
+        followFilm();
+        change(nonsense);
+        EXPECT_TRUE(has({})) << nonsense;
+        change(window("2"));
+        EXPECT_TRUE(has(right));
+    }
+    change(R"({"at":[1e300,-2147483648],"size":7,"workspace":{"id":1},"fullscreen":2})");
+    EXPECT_TRUE(has({{0, -32768, 0, 0}}));
+    listener->write(QByteArray(2 << 20, 'x'));
+    EXPECT_TRUE(has({}));
+    followFilm();
+    listener->abort();
+    EXPECT_TRUE(has({}));
+}
+
+} // namespace
+} // namespace morvane
