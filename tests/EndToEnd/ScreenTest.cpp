@@ -160,7 +160,8 @@ TEST_F(ScreenTest, AScreenReaderOpensAndAnswersByActionsAlone) {
     const auto act = [this](const char *action, const char *role, const char *name) {
         return start({FIND_ACCESSIBLE, "--do", action, role, name, "10"})->wait() == 0;
     };
-    EXPECT_TRUE(find("notification", "session, waiting to run Bash"));
+    EXPECT_TRUE(waitUntil(
+        [this] { return find("notification", "session, waiting to run Bash").has_value(); }));
     ASSERT_TRUE(act("ShowMenu", "filler", "Morvane"));
     EXPECT_TRUE(waitUntil([this] { return find("menu item", "Quit Morvane").has_value(); }));
     display->press("Escape");
