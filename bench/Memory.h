@@ -6,9 +6,9 @@
 
 namespace morvane {
 
-/// Kilobytes of this process, by the name that the kernel gives the figure.
-inline double memory(const std::string &name) {
-    std::ifstream status("/proc/self/status");
+/// Kilobytes of a process, by the name that the kernel gives the figure.
+inline double memory(const std::string &name, const std::string &process = "self") {
+    std::ifstream status("/proc/" + process + "/status");
     for (std::string line; std::getline(status, line);) {
         if (line.starts_with(name + ":")) {
             return std::atof(line.c_str() + name.size() + 1);
@@ -18,8 +18,8 @@ inline double memory(const std::string &name) {
 }
 
 /// From here on the peak, "VmHWM", is what comes.
-inline void forgetPeak() {
-    std::ofstream("/proc/self/clear_refs") << '5';
+inline void forgetPeak(const std::string &process = "self") {
+    std::ofstream("/proc/" + process + "/clear_refs") << '5';
 }
 
 } // namespace morvane

@@ -56,7 +56,8 @@ std::vector<Attack> attacks() {
              start + "Content-Length: 1048576\r\n\r\n" + std::string(990'000, 'b')}};
 }
 
-/// All connections at once, each as fast as the server takes it. What it closes is left.
+/// All connections at once, each as fast as the server takes it, and until nothing more has been
+/// taken for a tenth of a second. What the server closes is left.
 std::vector<int> run(const Attack &attack, std::uint16_t port) {
     std::vector<int> descriptors;
     std::vector<pollfd> waiting;
@@ -66,7 +67,9 @@ std::vector<int> run(const Attack &attack, std::uint16_t port) {
     }
     std::vector<std::size_t> sent(attack.connections);
     for (std::size_t open = attack.connections; open > 0;) {
-        poll(waiting.data(), waiting.size(), -1);
+        if (poll(waiting.data(), waiting.size(), 100) == 0) {
+            break;
+        }
         for (std::size_t each = 0; each < waiting.size(); ++each) {
             if (waiting[each].revents == 0) {
                 continue;
@@ -89,19 +92,22 @@ std::vector<int> run(const Attack &attack, std::uint16_t port) {
     return descriptors;
 }
 
-/// The strangers: each byte on their input is an attack, or the end of one.
+/// An attack, or the end of one where there is no port.
+struct Order {
+    std::size_t attack = 0;
+    std::uint16_t port = 0;
+};
+
 [[noreturn]] void attackWhenTold(int orders, int reports) {
     const std::vector<Attack> all = attacks();
-    std::uint16_t port = 0;
-    std::ignore = read(orders, &port, sizeof port);
     std::vector<int> held;
-    for (char order = 0; read(orders, &order, 1) == 1;) {
+    for (Order order; read(orders, &order, sizeof order) == sizeof order;) {
         std::ranges::for_each(held, close);
         held.clear();
-        if (order != 'e') {
-            held = run(all[static_cast<std::size_t>(order)], port);
+        if (order.port != 0) {
+            held = run(all[order.attack], order.port);
         }
-        std::ignore = write(reports, &order, 1);
+        std::ignore = write(reports, "", 1);
     }
     std::_Exit(0);
 }
@@ -120,17 +126,17 @@ public:
         if (pipe(m_orders) != 0 || pipe(m_reports) != 0) {
             std::exit(1);
         }
-        if (fork() == 0) {
+        m_process = fork();
+        if (m_process == 0) {
             close(m_orders[1]);
             attackWhenTold(m_orders[0], m_reports[1]);
         }
     }
     ~Strangers() {
         close(m_orders[1]);
-        wait(nullptr);
+        waitpid(m_process, nullptr, 0);
     }
-    void meet(std::uint16_t port) { std::ignore = write(m_orders[1], &port, sizeof port); }
-    void order(char what) { std::ignore = write(m_orders[1], &what, 1); }
+    void order(Order what) { std::ignore = write(m_orders[1], &what, sizeof what); }
     void awaitReport() {
         char what = 0;
         std::ignore = read(m_reports[0], &what, 1);
@@ -139,37 +145,119 @@ public:
 private:
     int m_orders[2];
     int m_reports[2];
+    pid_t m_process = 0;
+};
+
+/// The server, in a process of its own as well: what is measured here starts hooks, and what they
+/// would inherit and close of the server's connections no hook of an agent has.
+class ServerProcess {
+public:
+    explicit ServerProcess(const std::string &token) {
+        if (pipe(m_end) != 0 || pipe(m_reports) != 0) {
+            std::exit(1);
+        }
+        m_process = fork();
+        if (m_process == 0) {
+            close(m_end[1]);
+            serve(token);
+        }
+        std::ignore = read(m_reports[0], &m_port, sizeof m_port);
+    }
+    ~ServerProcess() {
+        close(m_end[1]);
+        waitpid(m_process, nullptr, 0);
+    }
+    std::uint16_t port() const { return m_port; }
+    std::string process() const { return std::to_string(m_process); }
+
+private:
+    [[noreturn]] void serve(const std::string &token) {
+        NoMainLoop main;
+        EventServer server(QString::fromStdString(token), 0,
+                           {.onEvent = [](const HookEvent &) {}}, main);
+        if (server.start()) {
+            std::_Exit(1);
+        }
+        const std::uint16_t port = server.boundPort();
+        std::ignore = write(m_reports[1], &port, sizeof port);
+        char end = 0;
+        std::ignore = read(m_end[0], &end, 1);
+        std::_Exit(0);
+    }
+
+    int m_end[2];
+    int m_reports[2];
+    pid_t m_process = 0;
+    std::uint16_t m_port = 0;
+};
+
+/// Has strangers connect and send, and never looks at any of them.
+class DeafListener {
+public:
+    DeafListener() {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        auto *generic = reinterpret_cast<sockaddr *>(&address);
+        socklen_t size = sizeof address;
+        if (bind(m_descriptor, generic, size) != 0 || listen(m_descriptor, SOMAXCONN) != 0 ||
+            getsockname(m_descriptor, generic, &size) != 0) {
+            std::exit(1);
+        }
+        m_port = ntohs(address.sin_port);
+    }
+    ~DeafListener() { close(m_descriptor); }
+    DeafListener(const DeafListener &) = delete;
+    DeafListener &operator=(const DeafListener &) = delete;
+
+    std::uint16_t port() const { return m_port; }
+
+private:
+    const int m_descriptor = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    std::uint16_t m_port = 0;
 };
 
 class Measurement {
 public:
-    Measurement(Strangers &strangers, std::function<double()> timeOfHook)
-        : m_strangers(strangers), m_timeOfHook(std::move(timeOfHook)) {}
+    Measurement(Strangers &strangers, const ServerProcess &server,
+                std::function<double()> timeOfHook)
+        : m_strangers(strangers), m_server(server), m_timeOfHook(std::move(timeOfHook)) {}
 
-    /// The 95th percentile of hooks under attack over that of hooks in the calm before, a round
-    /// each.
-    std::vector<double> delays(char attack) {
-        const double before = memory("VmRSS");
-        std::vector<double> result;
+    /// The 95th percentile of hooks while strangers do this to the server, and while they do it to
+    /// nobody, over that of hooks in the calm before, a round each.
+    void delays(std::size_t attack, const std::string &name) {
+        const double before = memory("VmRSS", m_server.process());
+        std::vector<double> attacked;
+        std::vector<double> unread;
         for (int round = 0; round < rounds; ++round) {
-            const double calm = p95();
-            forgetPeak();
-            m_strangers.order(attack);
-            result.push_back(p95() / calm);
-            m_strangers.awaitReport();
-            m_timeOfHook();
-            m_peaks.push_back((memory("VmHWM") - before) / 32'768);
-            m_strangers.order('e');
-            m_strangers.awaitReport();
-            m_timeOfHook();
+            unread.push_back(delay({attack, DeafListener().port()}));
+            forgetPeak(m_server.process());
+            attacked.push_back(delay({attack, m_server.port()}));
+            m_peaks.push_back((memory("VmHWM", m_server.process()) - before) / 32'768);
         }
-        return result;
+        print({("95th percentile of `hook.sh` during " + name).c_str(),
+               "the same in the calm before"},
+              attacked);
+        print({("95th percentile of `hook.sh` during " + name + " that nobody takes").c_str(),
+               "the same in the calm before"},
+              unread);
     }
 
     /// What each of all the attacks took at most, as a part of 32 MB.
     const std::vector<double> &peaks() const { return m_peaks; }
 
 private:
+    double delay(Order order) {
+        const double calm = p95();
+        m_strangers.order(order);
+        const double result = p95() / calm;
+        m_strangers.awaitReport();
+        m_timeOfHook();
+        m_strangers.order({});
+        m_strangers.awaitReport();
+        m_timeOfHook();
+        return result;
+    }
     double p95() const {
         std::vector<double> times(hooksPerRound);
         std::ranges::generate(times, m_timeOfHook);
@@ -177,6 +265,7 @@ private:
     }
 
     Strangers &m_strangers;
+    const ServerProcess &m_server;
     std::function<double()> m_timeOfHook;
     std::vector<double> m_peaks;
 };
@@ -184,29 +273,20 @@ private:
 } // namespace
 
 int main() {
-    Strangers strangers; // before there is a second thread
-    NoMainLoop main;
+    Strangers strangers;
     const std::string token(72, 'A');
-    EventServer server(QString::fromStdString(token), 0, {.onEvent = [](const HookEvent &) {}},
-                       main);
-    if (server.start()) {
-        return 1;
-    }
-    strangers.meet(server.boundPort());
+    const ServerProcess server(token);
     std::string pattern = (fs::temp_directory_path() / "strangers-bench-XXXXXX").string();
     const fs::path folder = mkdtemp(pattern.data());
     // The client first: a script trusts none that is newer.
     fs::copy_file(FORWARDER, folder / CLIENT_NAME);
-    const fs::path script = rendered(Script::hook, folder, server.boundPort(), token);
-    Measurement measurement(strangers, [&, input = usualInput(Script::hook)] {
+    const fs::path script = rendered(Script::hook, folder, server.port(), token);
+    Measurement measurement(strangers, server, [&, input = usualInput(Script::hook)] {
         return timeOfProcess({script, "claude", "PreToolUse"}, input);
     });
     const std::vector<Attack> all = attacks();
     for (std::size_t attack = 0; attack < all.size(); ++attack) {
-        const std::string what =
-            std::string("95th percentile of `hook.sh` during ") + all[attack].name;
-        print({what.c_str(), "the same in the calm before"},
-              measurement.delays(static_cast<char>(attack)));
+        measurement.delays(attack, all[attack].name);
     }
     print({"memory that these attacks take at their peak", "32 MB", 1}, measurement.peaks());
     fs::remove_all(folder);
