@@ -202,8 +202,7 @@ void EventServer::takeIn(int descriptor) {
         }
     });
     if (m_unfinished.size() > m_unfinishedLimit) {
-        m_unfinished.begin()->second.connection->close();
-        m_unfinished.erase(m_unfinished.begin());
+        giveUpOldest();
     }
     if (!m_unfinished.empty() && !m_deadlineArmed) {
         armDeadline();
@@ -225,10 +224,25 @@ void EventServer::armDeadline() {
 void EventServer::closeOverdue() {
     const Date now = m_timers.now();
     while (!m_unfinished.empty() && m_unfinished.begin()->second.deadline <= now) {
-        m_unfinished.begin()->second.connection->close();
-        m_unfinished.erase(m_unfinished.begin());
+        giveUpOldest();
     }
     armDeadline();
+}
+
+/// Where a peer has sent what nobody reads, the kernel frees all of that while we close: a megabyte
+/// takes as long as a few hooks. So each waits for a turn to be closed, ahead of those that wait to
+/// be read, unless there are too many to wait.
+void EventServer::giveUpOldest() {
+    const auto oldest = m_unfinished.begin();
+    const std::uint64_t serial = oldest->first;
+    const Connection connection = oldest->second.connection;
+    m_unfinished.erase(oldest);
+    if (m_givenUp.size() == m_unfinishedLimit) {
+        connection->close();
+        return;
+    }
+    m_givenUp.emplace(serial, connection);
+    m_turns.await({0, serial}, [this, serial] { m_givenUp.extract(serial).mapped()->close(); });
 }
 
 void EventServer::respond(const Connection &connection, const HttpRequest &request) {

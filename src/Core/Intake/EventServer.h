@@ -57,7 +57,7 @@ public:
 
     /// How many connections may be without a whole request at one time; another one closes the
     /// oldest. 512, or fewer where the process may have few descriptors, so that they leave enough
-    /// for those that matter.
+    /// for those that matter; of those given up as many may still be open.
     static std::size_t unfinishedLimit();
 
     /// Binds the preferred port, or the next free one of the 20 above it, and begins to serve.
@@ -90,6 +90,7 @@ private:
     void takeIn(int descriptor);
     void retryAcceptLater();
     void closeOverdue();
+    void giveUpOldest();
     void armDeadline();
     void respond(const Connection &connection, const HttpRequest &request);
     void respondToUsage(const HttpRequest &request);
@@ -115,6 +116,7 @@ private:
     ProgramReleases m_programs;
     const std::size_t m_unfinishedLimit = unfinishedLimit();
     std::map<std::uint64_t, Unfinished> m_unfinished; ///< by age, the oldest first
+    std::map<std::uint64_t, Connection> m_givenUp; ///< those to be closed in their turn
     std::uint64_t m_nextSerial = 0;
     Task m_deadline;
     bool m_deadlineArmed = false;
