@@ -173,8 +173,8 @@ public:
 private:
     [[noreturn]] void serve(const std::string &token) {
         NoMainLoop main;
-        EventServer server(QString::fromStdString(token), 0,
-                           {.onEvent = [](const HookEvent &) {}}, main);
+        EventServer server(QString::fromStdString(token), 0, {.onEvent = [](const HookEvent &) {}},
+                           main);
         if (server.start()) {
             std::_Exit(1);
         }

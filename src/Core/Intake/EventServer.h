@@ -116,7 +116,7 @@ private:
     ProgramReleases m_programs;
     const std::size_t m_unfinishedLimit = unfinishedLimit();
     std::map<std::uint64_t, Unfinished> m_unfinished; ///< by age, the oldest first
-    std::map<std::uint64_t, Connection> m_givenUp; ///< those to be closed in their turn
+    std::map<std::uint64_t, Connection> m_givenUp;    ///< those to be closed in their turn
     std::uint64_t m_nextSerial = 0;
     Task m_deadline;
     bool m_deadlineArmed = false;

@@ -25,6 +25,22 @@ std::ptrdiff_t openDescriptors() {
     return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
 }
 
+/// While it lives the process may have so many descriptors only.
+class FewDescriptors {
+public:
+    explicit FewDescriptors(rlim_t count) {
+        getrlimit(RLIMIT_NOFILE, &m_usual);
+        const rlimit low{count, m_usual.rlim_max};
+        setrlimit(RLIMIT_NOFILE, &low);
+    }
+    ~FewDescriptors() { setrlimit(RLIMIT_NOFILE, &m_usual); }
+    FewDescriptors(const FewDescriptors &) = delete;
+    FewDescriptors &operator=(const FewDescriptors &) = delete;
+
+private:
+    rlimit m_usual{};
+};
+
 TEST_F(EventServerTest, AnswersByTokenThenMethodAndPath) {
     const std::string head = " HTTP/1.1\r\nX-MORVANE-TOKEN: " + std::string(token) + "\r\n\r\n";
     const std::pair<std::string, std::string> cases[] = {
@@ -272,11 +288,19 @@ TEST_F(EventServerTest, ClosesTheOldestOfTooManyUnfinishedOnes) {
     EXPECT_EQ(others.back().receiveAll(), okAnswer);
 }
 
+TEST_F(EventServerTest, KeepsFewOpenOfManyThatAreGivenUpUnread) {
+    const FewDescriptors few(64);
+    EventServer small(token, 0, {.onEvent = [](const HookEvent &) {}}, scheduler, &scheduler);
+    ASSERT_FALSE(small.start());
+    const std::string unread(10'000, 'h');
+    for (int count = 0; count < 300; ++count) {
+        HttpClient(small.boundPort()).send(unread);
+    }
+    EXPECT_EQ(httpExchange(small.boundPort(), eventRequest({}, sessionStart)), okAnswer);
+}
+
 TEST_F(EventServerTest, TakesInLaterWhatCameWhileNoDescriptorWasLeft) {
-    rlimit usual{};
-    getrlimit(RLIMIT_NOFILE, &usual);
-    const rlimit low{256, usual.rlim_max};
-    setrlimit(RLIMIT_NOFILE, &low);
+    const FewDescriptors few(256);
     std::vector<int> taken;
     for (int file = 0; (file = ::open("/dev/null", O_RDONLY | O_CLOEXEC)) >= 0;) {
         taken.push_back(file);
@@ -286,7 +310,6 @@ TEST_F(EventServerTest, TakesInLaterWhatCameWhileNoDescriptorWasLeft) {
     HttpClient client(port()); // has the last one
     EXPECT_TRUE(waitUntil([&] { return scheduler.timers() == 1; }));
     std::ranges::for_each(taken, ::close);
-    setrlimit(RLIMIT_NOFILE, &usual);
     scheduler.advance(Seconds(1));
     client.send(eventRequest({}, sessionStart));
     EXPECT_EQ(client.receiveAll(), okAnswer);
