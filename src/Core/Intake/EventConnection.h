@@ -53,6 +53,9 @@ public:
 
     void read(ReadHandler handler);
 
+    /// Whatever still comes is nobody's request; the connection only waits to be closed.
+    void abandon() { m_readHandler = nullptr; }
+
     /// Sends the whole answer, then closes, whether or not it could be sent. Without a body there
     /// is no content type either.
     void finish(std::string_view status, const std::optional<QByteArray> &body = std::nullopt);

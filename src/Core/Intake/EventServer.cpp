@@ -20,6 +20,7 @@ namespace {
 constexpr unsigned candidateCount = 21;
 constexpr rlim_t maxUnfinished = 512;
 constexpr int acceptBatch = 16;
+constexpr int closeBatch = 4;
 constexpr Seconds requestLimit(30);
 constexpr Seconds acceptRetryDelay(0.1);
 
@@ -230,19 +231,28 @@ void EventServer::closeOverdue() {
 }
 
 /// Where a peer has sent what nobody reads, the kernel frees all of that while we close: a megabyte
-/// takes as long as a few hooks. So each waits for a turn to be closed, ahead of those that wait to
-/// be read, unless there are too many to wait.
+/// takes as long as a request or two. So they wait for a turn to be closed, ahead of those that
+/// wait to be read, unless there are too many to wait.
 void EventServer::giveUpOldest() {
     const auto oldest = m_unfinished.begin();
-    const std::uint64_t serial = oldest->first;
-    const Connection connection = oldest->second.connection;
-    m_unfinished.erase(oldest);
     if (m_givenUp.size() == m_unfinishedLimit) {
-        connection->close();
-        return;
+        oldest->second.connection->close();
+    } else {
+        oldest->second.connection->abandon();
+        m_givenUp.push_back(oldest->second.connection);
+        m_turns.await({}, [this] { closeGivenUp(); });
     }
-    m_givenUp.emplace(serial, connection);
-    m_turns.await({0, serial}, [this, serial] { m_givenUp.extract(serial).mapped()->close(); });
+    m_unfinished.erase(oldest);
+}
+
+void EventServer::closeGivenUp() {
+    for (int count = 0; count < closeBatch && !m_givenUp.empty(); ++count) {
+        m_givenUp.front()->close();
+        m_givenUp.pop_front();
+    }
+    if (!m_givenUp.empty()) {
+        m_turns.await({}, [this] { closeGivenUp(); });
+    }
 }
 
 void EventServer::respond(const Connection &connection, const HttpRequest &request) {

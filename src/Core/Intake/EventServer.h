@@ -14,6 +14,7 @@
 #include <asio/ip/tcp.hpp>
 
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -91,6 +92,7 @@ private:
     void retryAcceptLater();
     void closeOverdue();
     void giveUpOldest();
+    void closeGivenUp();
     void armDeadline();
     void respond(const Connection &connection, const HttpRequest &request);
     void respondToUsage(const HttpRequest &request);
@@ -116,7 +118,7 @@ private:
     ProgramReleases m_programs;
     const std::size_t m_unfinishedLimit = unfinishedLimit();
     std::map<std::uint64_t, Unfinished> m_unfinished; ///< by age, the oldest first
-    std::map<std::uint64_t, Connection> m_givenUp;    ///< those to be closed in their turn
+    std::deque<Connection> m_givenUp;                 ///< to be closed, the oldest first
     std::uint64_t m_nextSerial = 0;
     Task m_deadline;
     bool m_deadlineArmed = false;
