@@ -30,8 +30,6 @@ Session makeSession(const Context &context, SessionState state) {
     session.ttyName = event.ttyName;
     session.hostAppName = context.surroundings.hostAppName(event.hostBundleID, event.termProgram);
     session.startedAt = context.now;
-    session.lastEventAt = context.now;
-    session.stateChangedAt = context.now;
     session.gitBranch = context.surroundings.gitBranch(session.cwd);
     session.customName = context.surroundings.customName(session.cwd);
     return session;

@@ -44,7 +44,10 @@ TEST(AgentReleases, HaveTheFormThatTheyAreListedWith) {
             EXPECT_EQ(&AgentRegistry::adapter(listed.agent, other), &base);
         }
     }
-    EXPECT_EQ(&AgentRegistry::adapter(kimi, Release({1, 0, 0})), &AgentRegistry::adapter(kimi));
+    for (const AgentKind untried : {kimi, gemini}) {
+        EXPECT_EQ(&AgentRegistry::adapter(untried, Release({1, 0, 0})),
+                  &AgentRegistry::adapter(untried));
+    }
     for (const AgentAdapter *adapter : AgentRegistry::all()) {
         // OpenCode's plugin is of our own release, whatever OpenCode's is.
         const AgentContract expected{.tellsLastWords = adapter->kind() == opencode};

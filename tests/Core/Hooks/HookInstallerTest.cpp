@@ -76,6 +76,8 @@ TEST_F(HookInstallerTest, WritesTheEntriesOfEachJsonAgent) {
               value(R"([{"type":"command","command":"OURS/hook.sh cursor stop","timeout":5}])"));
     EXPECT_EQ(root(gemini)["hooks"]["BeforeTool"][0]["matcher"], ".*");
     EXPECT_EQ(root(qoder)["hooks"]["PermissionRequest"][0]["matcher"], "*");
+    EXPECT_EQ(root(qoder)["hooks"]["PreToolUse"][0]["matcher"], "*");
+    EXPECT_FALSE(root(qoder)["hooks"]["Stop"][0].contains("matcher"));
     EXPECT_EQ(root(codebuddy)["hooks"]["PermissionRequest"][0]["hooks"][0]["command"],
               value(R"("OURS/hook.sh codebuddy PermissionRequest")"));
 }

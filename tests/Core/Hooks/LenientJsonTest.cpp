@@ -32,7 +32,7 @@ TEST(LenientJsonTest, ReadsWhatPeopleAndAgentsWrite) {
 TEST(LenientJsonTest, RefusesWhatIsNoJson) {
     const QByteArray texts =
         R"({ [1 {"a"} {"a":} {a:1} {'a':1} {"a":1,"b"2} [,] [1,,] {,} [01] [+1] [.5] [1.]
-        [1e] [-] [NaN] [tru] [1]x [1]/*noend ["a] ["\x"] ["\u12g4"] {1:2} #a{} [1]] {])";
+        [1e] [-] [NaN] [tru] [1]x [1]/*noend {}/* ["a] ["\x"] ["\u12g4"] {1:2} #a{} [1]] {])";
     for (const QByteArray &text : texts.simplified().split(' ')) {
         EXPECT_EQ(LenientJson::parse(text), std::nullopt) << text.constData();
     }

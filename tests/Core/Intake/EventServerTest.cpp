@@ -92,6 +92,29 @@ TEST_F(EventServerTest, HandsOverWhatTheHeadersTell) {
                                        "unix:@k", "/run/w"}));
 }
 
+TEST_F(EventServerTest, BelievesOnlyAProcessThatThereCanBe) {
+    const std::pair<const char *, std::int64_t> told[] = {
+        {"12 34 56", 12}, {"4194304 1 1", 4194304}, {"4194305 1 1", 0}, {"1 2 3", 0},
+        {"0 1 1", 0},     {"-12 34 56", 0},         {"12 34", 0},       {"12 34 56 78", 0}};
+    for (const auto &[text, id] : told) {
+        events.clear();
+        httpExchange(port(), eventRequest({{"x-hook-event", "Stop"}, {"x-morvane-process", text}},
+                                          R"({"session_id":"s"})"));
+        scheduler.runPosted();
+        ASSERT_EQ(events.size(), 1u);
+        EXPECT_EQ(events.front().process.value_or(ProcessIdentity{}).id, id) << text;
+    }
+}
+
+TEST_F(EventServerTest, TakesItsPortAgainWhileConnectionsWindDown) {
+    const std::uint16_t before = port();
+    EXPECT_EQ(httpExchange(before, eventRequest({}, "{}")), okAnswer);
+    server.reset();
+    EventServer next(token, before, {}, scheduler, &scheduler);
+    EXPECT_FALSE(next.start());
+    EXPECT_EQ(next.boundPort(), before);
+}
+
 TEST_F(EventServerTest, NeverTellsAnAgentOfAFault) {
     for (const char *body : {"", "[]", R"({"session_id":7})", "\xff\xfe"}) {
         const HttpHeaders headers{{"x-hook-event", "PermissionRequest"},

@@ -153,5 +153,23 @@ TEST(SessionOrder, ARecordIsRecentWhileItsSessionIsThere) {
     EXPECT_EQ(ids(SessionOrder::archived(jumpable, sessions)), "ade");
 }
 
+TEST(SessionOrder, TheSessionOfARecordIsTheLatestThatHasFinishedInItsPlace) {
+    CompletedRecord record;
+    record.id = "/srv";
+    const auto found = [&record](QList<Session> list) {
+        for (Session &entry : list) {
+            entry.cwd = entry.id == "elsewhere" ? "/home" : "/srv";
+        }
+        const auto result = SessionOrder::finishedSession(record, table(list));
+        return result ? result->id : QString();
+    };
+    EXPECT_EQ(found({session("early", done, true, 0, 1), session("late", failed, true, 0, 2),
+                     session("between", done, true, 0, 1), session("busy", working, true, 0, 9),
+                     session("elsewhere", done, true, 0, 9)}),
+              "late");
+    EXPECT_EQ(found({session("busy", working, true, 0)}), "");
+    EXPECT_EQ(found({session("elsewhere", done, true, 0)}), "");
+}
+
 } // namespace
 } // namespace morvane

@@ -66,12 +66,25 @@ TEST_F(UnsaidTest, ASubagentOfCodexAsksForItsSession) {
     EXPECT_EQ(session().state, SessionState::done);
     EXPECT_EQ(take(announced), QStringList{"done"});
 
+    // It has had its say: what ends later is no end of the session's own work.
+    apply(EventBuilder(Kind::needsInput).of(AgentKind::codex));
+    tell(AgentKind::codex, "SubagentStop", R"("agent_id":"b")");
+    EXPECT_EQ(session().state, SessionState::needsInput);
+    tell(AgentKind::codex, "Stop", R"("cwd":"/srv")");
+    tell(AgentKind::codex, "PermissionRequest", ofSubagent, "c");
+    store.decide("s", AgentDecision::allow());
+    tell(AgentKind::codex, "UserPromptSubmit", R"("prompt":"on","cwd":"/srv")");
+    tell(AgentKind::codex, "SubagentStop", R"("agent_id":"a")");
+    EXPECT_EQ(session().state, SessionState::working);
+    take(announced);
+    take(resolved);
+
     // The session doesn't wait for it, and its own turn may end meanwhile.
     tell(AgentKind::codex, "UserPromptSubmit", R"("prompt":"go on","cwd":"/srv")");
     tell(AgentKind::codex, "PermissionRequest", ofSubagent, "e");
     tell(AgentKind::codex, "Stop", R"("cwd":"/srv","last_assistant_message":"Over.")");
     EXPECT_EQ(session().state, SessionState::needsInput);
-    EXPECT_EQ(resolved, QStringList{"d allow"});
+    EXPECT_EQ(resolved, QStringList());
     store.decide("s", AgentDecision::deny());
     EXPECT_EQ(session().state, SessionState::working);
     tell(AgentKind::codex, "SubagentStop", R"("agent_id":"a")");
@@ -81,6 +94,14 @@ TEST_F(UnsaidTest, ASubagentOfCodexAsksForItsSession) {
     // Of releases that aren't known it is answered by the agent's own prompt.
     apply(EventBuilder::parked("f").of(AgentKind::codex).with(&HookEvent::agentID, "a"));
     EXPECT_EQ(resolved.last(), "f ask");
+}
+
+TEST_F(UnsaidTest, ASubagentOfCodexMayBeTheFirstToSpeak) {
+    tell(AgentKind::codex, "PermissionRequest", QByteArray(make) + R"(,"agent_id":"a")", "d");
+    EXPECT_EQ(session().agent, AgentKind::codex);
+    EXPECT_EQ(session().lastEventAt, scheduler.now());
+    EXPECT_EQ(session().stateChangedAt, scheduler.now());
+    EXPECT_TRUE(session().pendingApproval);
 }
 
 TEST_F(UnsaidTest, TheLastWordsAreThoseThatTheHookBrings) {

@@ -5,7 +5,9 @@
 #include "Presentation/Panel/ExpandedView.h"
 #include "Presentation/PanelFixture.h"
 
+#include <QAccessible>
 #include <QImage>
+#include <QMenu>
 #include <QSet>
 
 namespace morvane {
@@ -126,6 +128,23 @@ TEST_F(BuiltInNotchSurfaceTest, TheContentsFadeIntoEachOther) {
     const int faint = brightest(picture(), panel);
     scheduler.advance(Seconds(1));
     EXPECT_GT(brightest(picture(), panel), faint);
+}
+
+TEST_F(BuiltInNotchSurfaceTest, AReaderFindsTheOpenMenuInIt) {
+    QMenu menu;
+    menu.addAction("Quit");
+    const QAccessibleInterface *notch = QAccessible::queryAccessibleInterface(&surface);
+    ASSERT_TRUE(notch);
+    const int others = notch->childCount();
+    surface.open(menu, {});
+    ASSERT_EQ(notch->childCount(), others + 1);
+    const QAccessibleInterface *last = notch->child(others);
+    ASSERT_TRUE(last);
+    EXPECT_EQ(last->object(), &menu);
+    EXPECT_EQ(notch->indexOfChild(last), others);
+    EXPECT_NE(notch->child(0)->object(), &menu);
+    menu.close();
+    EXPECT_EQ(notch->childCount(), others);
 }
 
 } // namespace

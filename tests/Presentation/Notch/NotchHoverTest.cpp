@@ -34,15 +34,17 @@ const HoverCase hoverCases[] = {
      true},
     {"a dismissal does, too", "0 present, 1 dismiss, 2 in, 3 out, 4 in 0.35", false},
     {"an open field freezes the panel as it is",
-     "0 in 0.35, 1 in open, 2 out 0.40, 2.2 out+editing 100.00, 9 out+editing 100.00, "
+     "0 in 0.35, 1 in open, 2 out 0.40, 2.2 out+editing 0.50, 9 out+editing 0.50, "
      "10 out 0.40, 10.2 in",
      true},
     {"an open field also stops an opening, but lifts neither lock nor the need to leave",
-     "0 in 0.35, 0.3 in+editing 100.00, 0.4 in 0.35, 0.5 collapse, 0.5 lock, "
-     "0.6 out+editing 0.20, 1 out+editing 100.00, 2 in, 3 in",
+     "0 in 0.35, 0.3 in+editing 0.50, 0.4 in 0.35, 0.5 collapse, 0.5 lock, "
+     "0.6 out+editing 0.20, 1 out+editing 0.50, 2 in, 3 in",
      false},
     {"a request opens at once, and the pointer doesn't close it",
      "0 collapse, 0 lock, 0.1 present, 0.2 in, 0.3 out, 5 out", true},
+    {"a request forgets how long the pointer has been there",
+     "0 in 0.35, 0.1 present, 0.2 end, 0.5 in 0.35, 0.6 out", false},
     {"after a request the pointer decides again",
      "0 present, 1 in, 10 end, 10 lock, 10.1 in 0.20, 10.3 in 0.35, 10.65 in open, "
      "11 out 0.40, 11.4 out close",
@@ -78,7 +80,7 @@ void take(const QString &steps, NotchHover &hover) {
         } else if (what == "end") {
             hover.endPresentation();
         } else {
-            const Seconds editing(what.endsWith("editing") ? 100 : 0);
+            const Seconds editing(what.endsWith("editing") ? 0.5 : 0);
             said = say(hover.poll(now, {.isInside = what.startsWith("in"), .editing = editing}));
         }
         EXPECT_EQ(said, step.section(' ', 2)) << step.toStdString();
