@@ -65,3 +65,5 @@ void FollowedFullscreenWindows::setAreas(const QList<QRect> &areas) {
 }
 
 } // namespace morvane
+
+#include "moc_FollowedFullscreenWindows.cpp"

@@ -98,3 +98,5 @@ void HyprlandFullscreenWindows::ask(const Told &told) {
 }
 
 } // namespace morvane
+
+#include "moc_HyprlandFullscreenWindows.cpp"

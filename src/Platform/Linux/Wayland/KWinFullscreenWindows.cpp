@@ -111,3 +111,5 @@ void KWinFullscreenWindows::take(const QString &told) {
 }
 
 } // namespace morvane
+
+#include "moc_KWinFullscreenWindows.cpp"

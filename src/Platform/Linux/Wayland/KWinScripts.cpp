@@ -97,3 +97,5 @@ QDBusMessage KWinScripts::call(const QString &method, const QVariantList &argume
 }
 
 } // namespace morvane
+
+#include "moc_KWinScripts.cpp"
