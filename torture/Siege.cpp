@@ -92,12 +92,15 @@ void print(const char *when, const Holdings &held) {
 Holdings settled(const Program &program, const Holdings &before) {
     const auto start = Clock::now();
     Holdings result = holdings(program);
-    while (result.descriptors > before.descriptors && Clock::now() < start + requestLimit) {
+    const auto isBack = [&] {
+        return result.descriptors <= before.descriptors && result.threads <= before.threads;
+    };
+    while (!isBack() && Clock::now() < start + requestLimit) {
         std::this_thread::sleep_for(std::chrono::milliseconds(200));
         result = holdings(program);
     }
     std::this_thread::sleep_for(std::chrono::seconds(2)); // last words are looked for so long
-    std::printf("its descriptors were back after %.1f s\n",
+    std::printf("its descriptors and threads were back after %.1f s\n",
                 std::chrono::duration<double>(Clock::now() - start).count() - 2);
     return holdings(program);
 }
