@@ -119,7 +119,11 @@ void AgentConnections::uninstallHooks(AgentKind kind) {
 }
 
 void AgentConnections::toggleHooks(AgentKind kind) {
-    m_installedAgents.contains(kind) ? uninstallHooks(kind) : installHooks(kind);
+    if (m_installedAgents.contains(kind)) {
+        uninstallHooks(kind);
+    } else {
+        installHooks(kind);
+    }
 }
 
 void AgentConnections::repairHooks(AgentKind kind) {

@@ -21,6 +21,7 @@ constexpr unsigned candidateCount = 21;
 constexpr rlim_t maxUnfinished = 512;
 constexpr int acceptBatch = 16;
 constexpr int closeBatch = 4;
+constexpr std::size_t closeCost = 4096; ///< what a batch counts for, in bytes read
 constexpr Seconds requestLimit(30);
 constexpr Seconds acceptRetryDelay(0.1);
 
@@ -231,8 +232,8 @@ void EventServer::closeOverdue() {
 }
 
 /// Where a peer has sent what nobody reads, the kernel frees all of that while we close: a megabyte
-/// takes as long as a request or two. So they wait for a turn to be closed, ahead of those that
-/// wait to be read, unless there are too many to wait.
+/// takes as long as a request or two. So they wait for a turn to be closed, unless there are too
+/// many to wait.
 void EventServer::giveUpOldest() {
     const auto oldest = m_unfinished.begin();
     if (m_givenUp.size() == m_unfinishedLimit) {
@@ -240,18 +241,21 @@ void EventServer::giveUpOldest() {
     } else {
         oldest->second.connection->abandon();
         m_givenUp.push_back(oldest->second.connection);
-        m_turns.await({}, [this] { closeGivenUp(); });
+        m_turns.await({m_closed, 0}, [this] { closeGivenUp(); });
     }
     m_unfinished.erase(oldest);
 }
 
+/// Each batch lets those go first that have taken less, so that a hook whose head comes in parts
+/// has its turn however many are given up meanwhile.
 void EventServer::closeGivenUp() {
     for (int count = 0; count < closeBatch && !m_givenUp.empty(); ++count) {
         m_givenUp.front()->close();
         m_givenUp.pop_front();
     }
+    m_closed = m_givenUp.empty() ? 0 : m_closed + closeCost;
     if (!m_givenUp.empty()) {
-        m_turns.await({}, [this] { closeGivenUp(); });
+        m_turns.await({m_closed, 0}, [this] { closeGivenUp(); });
     }
 }
 

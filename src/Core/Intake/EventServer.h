@@ -119,7 +119,8 @@ private:
     const std::size_t m_unfinishedLimit = unfinishedLimit();
     std::map<std::uint64_t, Unfinished> m_unfinished; ///< by age, the oldest first
     std::deque<Connection> m_givenUp;                 ///< to be closed, the oldest first
-    std::uint64_t m_nextSerial = 0;
+    std::size_t m_closed = 0; ///< what those have counted for that were closed in a row, in bytes
+    std::uint64_t m_nextSerial = 1; ///< 0 stands for those given up
     Task m_deadline;
     bool m_deadlineArmed = false;
     Task m_acceptRetry;

@@ -24,7 +24,7 @@ private:
 
     Scheduler &m_scheduler;
     BackgroundPool &m_background;
-    std::optional<QNetworkAccessManager> m_manager; ///< none before a request: it takes a megabyte
+    std::optional<QNetworkAccessManager> m_manager; ///< made for the first: it takes 270 KB
     QObject m_transfers;                            ///< owns them while they are under way
 };
 
