@@ -7,6 +7,7 @@
 #include "Core/Settings/MorvaneSettings.h"
 #include "Platform/Linux/DescriptorLimit.h"
 #include "Platform/Linux/Desktop/SingleInstance.h"
+#include "Platform/Linux/SharedHeap.h"
 #include "Platform/Linux/TerminationSignals.h"
 #include "Presentation/Style/DarkPalette.h"
 
@@ -129,6 +130,7 @@ int launch(int argc, char **argv, const std::function<void(PlatformServices &)> 
     if (const auto status = CommandLine::answer(argc, argv)) {
         return *status;
     }
+    shareOneHeap();
     raiseDescriptorLimit();
     QCoreApplication::setApplicationName(QStringLiteral("Morvane"));
     const End end = run(argc, argv, adjust);
