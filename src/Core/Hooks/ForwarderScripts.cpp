@@ -50,10 +50,14 @@ std::optional<QByteArray> contentOf(const QString &path) {
 }
 
 /// Each with its processor's name. Written only where it differs: every rewrite would throw away
-/// what the system keeps of it in memory. A program for a processor that has none brings none.
+/// what the system keeps of it in memory. A program for a processor that has none brings none. Qt
+/// would filter names by regular expressions, the first of which takes half a megabyte.
 std::optional<Failure> writeClients() {
-    const QDir clients(templates, QStringLiteral("forwarder-*"));
+    const QDir clients(templates);
     for (const QString &name : clients.entryList()) {
+        if (!name.startsWith(QLatin1String("forwarder-"))) {
+            continue;
+        }
         const auto client = contentOf(clients.filePath(name));
         const bool isCurrent = isExecutable(name) && !QFileInfo(pathOf(name)).isSymbolicLink() &&
                                contentOf(pathOf(name)) == client;

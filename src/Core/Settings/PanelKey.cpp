@@ -1,6 +1,8 @@
 #include "Core/Settings/PanelKey.h"
 
-#include <QRegularExpression>
+#include <QStringView>
+
+#include <algorithm>
 
 namespace morvane::PanelKey {
 
@@ -11,6 +13,16 @@ constexpr std::uint32_t gKeyCode = 34;
 constexpr std::uint32_t firstDigitKeyCode = 2;
 
 constexpr std::uint32_t lastKeyCode = 247; ///< an X server counts no further
+constexpr qsizetype mostDigits = 3;
+constexpr qsizetype longestSymbol = 16;
+
+bool canBeSeen(QStringView symbol) {
+    const auto isOther = [](uint character) {
+        const auto category = QChar::category(character);
+        return category >= QChar::Other_Control && category <= QChar::Other_NotAssigned;
+    };
+    return symbol.isValidUtf16() && std::ranges::none_of(symbol.toUcs4(), isOther);
+}
 
 } // namespace
 
@@ -51,20 +63,29 @@ QString rawValue(const HotKey &key) {
     return result + QString::number(key.keyCode) + u':' + key.symbol;
 }
 
+/// Read by hand, as every start does so, and the first regular expression takes half a megabyte.
 std::optional<HotKey> panelKey(const QString &rawValue) {
-    static const QRegularExpression form(
-        QStringLiteral(R"(\A(Super\+)?(Ctrl\+)?(Alt\+)?(Shift\+)?(\d{1,3}):([^\p{C}]{1,16})\z)"));
-    const QRegularExpressionMatch match = form.match(rawValue);
-    if (!match.hasMatch()) {
+    QStringView rest(rawValue);
+    const auto isHeld = [&](QLatin1String modifier) {
+        const bool result = rest.startsWith(modifier);
+        rest = rest.mid(result ? modifier.size() : 0);
+        return result;
+    };
+    HotKey key;
+    key.super = isHeld(QLatin1String("Super+"));
+    key.control = isHeld(QLatin1String("Ctrl+"));
+    key.alt = isHeld(QLatin1String("Alt+"));
+    key.shift = isHeld(QLatin1String("Shift+"));
+    const qsizetype colon = std::max<qsizetype>(rest.indexOf(u':'), 0);
+    const QStringView number = rest.left(colon);
+    const QStringView symbol = rest.mid(colon + 1);
+    const auto isDigit = [](QChar character) { return character >= u'0' && character <= u'9'; };
+    if (number.size() > mostDigits || !std::ranges::all_of(number, isDigit) ||
+        symbol.size() > longestSymbol || !canBeSeen(symbol)) {
         return std::nullopt;
     }
-    const auto isHeld = [&](int group) { return match.capturedLength(group) > 0; };
-    const HotKey key{.keyCode = match.captured(5).toUInt(),
-                     .symbol = match.captured(6),
-                     .super = isHeld(1),
-                     .control = isHeld(2),
-                     .alt = isHeld(3),
-                     .shift = isHeld(4)};
+    key.keyCode = number.toUInt();
+    key.symbol = symbol.toString();
     return fault(key) ? std::nullopt : std::optional(key);
 }
 
