@@ -12,8 +12,8 @@
 #include "Platform/Linux/Desktop/StatusNotifierHost.h"
 #include "Platform/Linux/EventLoopScheduler.h"
 #include "Platform/Linux/LinuxProcesses.h"
+#include "Platform/Linux/LoadedHttpsClient.h"
 #include "Platform/Linux/LowPriorityPool.h"
-#include "Platform/Linux/NetworkHttpsClient.h"
 #include "Platform/Linux/ProcessDialogue.h"
 #include "Platform/Linux/WatchedProgramFile.h"
 #include "Platform/Linux/Wayland/HyprlandFullscreenWindows.h"
@@ -101,8 +101,8 @@ PlatformServices choosePlatform() {
     platform.secrets = std::make_unique<SecretService>(QDBusConnection::sessionBus());
     platform.dialogue = std::make_unique<ProcessDialogue>();
     platform.background = std::make_unique<LowPriorityPool>();
-    platform.https =
-        std::make_unique<NetworkHttpsClient>(*platform.scheduler, *platform.background);
+    platform.https = std::make_unique<LoadedHttpsClient>(LoadedHttpsClient::libraryOfProgram(),
+                                                         *platform.scheduler, *platform.background);
     platform.applications = std::make_unique<DesktopApplications>();
     platform.loginItem = std::make_unique<AutostartEntry>(QCoreApplication::applicationFilePath());
     platform.installer = std::make_unique<DesktopInstaller>();

@@ -1,6 +1,5 @@
-#include "Platform/Linux/NetworkHttpsClient.h"
-
 #include "Core/Usage/UsageEndpoint.h"
+#include "Platform/Linux/LoadedHttpsClient.h"
 #include "Platform/LoopbackServer.h"
 #include "Support/ManualPool.h"
 #include "Support/ManualScheduler.h"
@@ -51,7 +50,7 @@ protected:
     QCoreApplication application{count, arguments};
     ManualScheduler scheduler;
     ManualPool background;
-    std::optional<NetworkHttpsClient> client{std::in_place, scheduler, background};
+    std::optional<LoadedHttpsClient> client{std::in_place, NETWORK_LIBRARY, scheduler, background};
     QByteArray asked;
 };
 
@@ -120,9 +119,19 @@ TEST_F(NetworkHttpsClientTest, TrustsOnlyAServerThatTheMachineKnows) {
     EXPECT_FALSE(ask(server, "https"));
     EXPECT_EQ(asked, "");
     certificate.trust();
-    client.emplace(scheduler, background); // the first has kept what it had of the server
+    client.emplace(NETWORK_LIBRARY, scheduler,
+                   background); // the first has kept what it had of the server
     EXPECT_TRUE(ask(server, "https"));
     EXPECT_TRUE(asked.contains("Bearer token"));
+}
+
+/// An upgrade has put another one in its place, or taken it away.
+TEST_F(NetworkHttpsClientTest, HasNoAnswerWithoutTheLibraryOfItsBuild) {
+    for (const char *library : {"/nowhere/network.so", "libc.so.6"}) {
+        client.emplace(library, scheduler, background);
+        EXPECT_EQ(askFor(http("200 OK", "{}")), std::nullopt) << library;
+        EXPECT_EQ(asked, "");
+    }
 }
 
 } // namespace

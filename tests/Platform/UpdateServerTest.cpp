@@ -1,7 +1,7 @@
 #include "Core/Shell/UpdateManager.h"
 #include "Core/Shell/UpdateSignature.h"
 #include "Platform/Linux/BoundedTools.h"
-#include "Platform/Linux/NetworkHttpsClient.h"
+#include "Platform/Linux/LoadedHttpsClient.h"
 #include "Platform/LoopbackServer.h"
 #include "Support/Printing.h"
 #include "Support/UpdateWorld.h"
@@ -41,7 +41,7 @@ protected:
         run({"openssl", "genpkey", "-algorithm", "ed25519", "-out", home.path("maker.pem")});
         const QByteArray told =
             run({"openssl", "pkey", "-in", home.path("maker.pem"), "-pubout", "-outform", "DER"});
-        https.emplace(scheduler, background);
+        https.emplace(NETWORK_LIBRARY, scheduler, background);
         updates.emplace(defaults, means(*https, tools),
                         UpdateSource{url("feed.json"), told.right(32), "1.0"});
         updates->setAutomaticChecks(false);
@@ -127,7 +127,7 @@ protected:
     QJsonObject feed;
     std::optional<LoopbackCertificate> certificate;
     BoundedTools tools{scheduler};
-    std::optional<NetworkHttpsClient> https;
+    std::optional<LoadedHttpsClient> https;
     std::optional<UpdateManager> updates;
 };
 

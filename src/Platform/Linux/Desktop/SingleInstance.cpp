@@ -1,13 +1,21 @@
 #include "Platform/Linux/Desktop/SingleInstance.h"
 
+#include "Platform/Linux/UnixSockets.h"
+
 #include <QCryptographicHash>
 #include <QDeadlineTimer>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
-#include <QLocalSocket>
 #include <QSysInfo>
 #include <QThread>
+#include <QTimer>
 
+#include <cerrno>
+#include <chrono>
+#include <poll.h>
+#include <sys/socket.h>
+#include <tuple>
 #include <unistd.h>
 
 namespace morvane {
@@ -15,6 +23,7 @@ namespace morvane {
 namespace {
 
 constexpr int retryDelay = 20; // milliseconds
+constexpr std::chrono::seconds pause(1);
 
 /// The folders of this login, which are on this machine and whose paths are short. A program that
 /// was not started from the desktop may not be told of its own.
@@ -42,16 +51,12 @@ QString nameFor(const QString &configFolder) {
 
 SingleInstance::SingleInstance(const QString &configFolder)
     : m_configFolder(configFolder), m_name(nameFor(configFolder)),
-      m_runtimeFolders(runtimeFolders()) {
-    m_server.setSocketOptions(QLocalServer::UserAccessOption);
-    connect(&m_server, &QLocalServer::newConnection, this, [this] {
-        while (QLocalSocket *socket = m_server.nextPendingConnection()) {
-            socket->write("\n");
-            socket->flush();
-            socket->deleteLater();
-            emit reopened();
-        }
-    });
+      m_runtimeFolders(runtimeFolders()) {}
+
+SingleInstance::~SingleInstance() {
+    if (m_knocks) {
+        ::unlink(QFile::encodeName(m_socketPath).constData());
+    }
 }
 
 /// A first may have its lock and not listen yet, or it may be about to end. And one whose lock's
@@ -90,12 +95,18 @@ KernelLock::Outcome SingleInstance::takeLock() {
 
 SingleInstance::Answer SingleInstance::tellTheFirst(const QDeadlineTimer &deadline) const {
     for (const QString &folder : m_runtimeFolders + QStringList{m_configFolder}) {
-        QLocalSocket socket;
-        socket.connectToServer(folder + m_name + QLatin1String(".socket"));
-        if (socket.waitForConnected(0)) {
-            const auto limit = static_cast<int>(deadline.remainingTime());
-            const bool isHeard = socket.waitForReadyRead(limit) && socket.bytesAvailable() > 0;
+        const Descriptor socket =
+            UnixSockets::connectTo(folder + m_name + QLatin1String(".socket"));
+        if (socket.number() >= 0) {
+            pollfd answer{.fd = socket.number(), .events = POLLIN, .revents = 0};
+            char byte = 0;
+            const bool isHeard =
+                ::poll(&answer, 1, static_cast<int>(deadline.remainingTime())) == 1 &&
+                ::recv(socket.number(), &byte, 1, 0) == 1;
             return isHeard ? Answer::heard : Answer::silence;
+        }
+        if (errno == EAGAIN) {
+            return Answer::silence; // many have come already
         }
     }
     return Answer::nobody;
@@ -106,10 +117,26 @@ SingleInstance::Answer SingleInstance::tellTheFirst(const QDeadlineTimer &deadli
 void SingleInstance::listen() {
     for (const QString &folder : m_runtimeFolders + QStringList{m_configFolder}) {
         const QString path = folder + m_name + QLatin1String(".socket");
-        QLocalServer::removeServer(path);
-        if (m_server.listen(path)) {
+        m_socket.emplace(UnixSockets::listenAt(path));
+        if (m_socket->number() >= 0) {
+            m_socketPath = path;
+            m_knocks.emplace(m_socket->number(), QSocketNotifier::Read);
+            connect(&*m_knocks, &QSocketNotifier::activated, this, &SingleInstance::answer);
             return;
         }
+    }
+}
+
+/// A second takes any byte for the answer.
+void SingleInstance::answer() {
+    const Descriptor second(::accept4(m_socket->number(), nullptr, nullptr, SOCK_CLOEXEC));
+    if (second.number() >= 0) {
+        std::ignore = ::send(second.number(), "\n", 1, MSG_NOSIGNAL | MSG_DONTWAIT);
+        emit reopened();
+    } else if (errno != EAGAIN) {
+        // Whoever knocks goes on knocking while there is no descriptor to let it in by.
+        m_knocks->setEnabled(false);
+        QTimer::singleShot(pause, this, [this] { m_knocks->setEnabled(true); });
     }
 }
 

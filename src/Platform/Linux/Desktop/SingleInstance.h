@@ -1,11 +1,14 @@
 #pragma once
 
+#include "Platform/Linux/Descriptor.h"
 #include "Platform/Linux/KernelLock.h"
 #include "Platform/Time.h"
 
-#include <QLocalServer>
 #include <QObject>
+#include <QSocketNotifier>
 #include <QStringList>
+
+#include <optional>
 
 class QDeadlineTimer;
 
@@ -20,6 +23,7 @@ class SingleInstance : public QObject {
 public:
     /// Two processes with the same configuration folder are the same program to a person.
     explicit SingleInstance(const QString &configFolder);
+    ~SingleInstance() override;
 
     enum class Outcome {
         isFirst,
@@ -40,12 +44,15 @@ private:
     KernelLock::Outcome takeLock();
     Answer tellTheFirst(const QDeadlineTimer &deadline) const;
     void listen();
+    void answer();
 
     const QString m_configFolder;
     const QString m_name; ///< of the files, without their ending
     const QStringList m_runtimeFolders;
     KernelLock m_lock;
-    QLocalServer m_server;
+    QString m_socketPath; ///< where it listens
+    std::optional<Descriptor> m_socket;
+    std::optional<QSocketNotifier> m_knocks; ///< at the socket
 };
 
 } // namespace morvane

@@ -7,40 +7,35 @@ namespace morvane {
 namespace {
 
 constexpr qsizetype longestEvent = 1048576;
-constexpr qint64 readAtOnce = 65536;
 
 } // namespace
 
 FollowedFullscreenWindows::FollowedFullscreenWindows(QString socket)
     : m_eventsPath(std::move(socket)) {
-    m_events.setReadBufferSize(readAtOnce);
-    connect(&m_events, &QLocalSocket::connected, this, [this] { begin(m_events); });
-    connect(&m_events, &QLocalSocket::readyRead, this, &FollowedFullscreenWindows::read);
-    connect(&m_events, &QLocalSocket::disconnected, this, [this] {
-        m_heard.clear();
-        setAreas({});
-    });
-}
-
-/// A socket that goes says that it has been disconnected.
-FollowedFullscreenWindows::~FollowedFullscreenWindows() {
-    m_events.disconnect(this);
+    connect(&m_events, &CompositorSocket::received, this, &FollowedFullscreenWindows::read);
+    connect(&m_events, &CompositorSocket::closed, this, &FollowedFullscreenWindows::lose);
 }
 
 void FollowedFullscreenWindows::follow() {
-    if (m_events.state() == QLocalSocket::UnconnectedState) {
-        m_events.connectToServer(m_eventsPath);
+    if (!m_events.isOpen() && m_events.open(m_eventsPath)) {
+        begin(m_events);
     }
 }
 
-void FollowedFullscreenWindows::read() {
-    m_heard += m_events.readAll();
+void FollowedFullscreenWindows::read(const QByteArray &bytes) {
+    m_heard += bytes;
     const auto mayHaveChanged = take(m_heard);
     if (!mayHaveChanged || m_heard.size() > longestEvent) {
-        m_events.abort();
+        lose();
     } else if (*mayHaveChanged) {
         refresh();
     }
+}
+
+void FollowedFullscreenWindows::lose() {
+    m_events.close();
+    m_heard.clear();
+    setAreas({});
 }
 
 void FollowedFullscreenWindows::refresh() {
@@ -51,7 +46,7 @@ void FollowedFullscreenWindows::refresh() {
     m_isAsking = true;
     ask([this](const QList<QRect> &areas) {
         m_isAsking = false;
-        setAreas(m_events.state() == QLocalSocket::ConnectedState ? areas : QList<QRect>());
+        setAreas(m_events.isOpen() ? areas : QList<QRect>());
         if (m_isStale) {
             refresh();
         }

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "Platform/Linux/Desktop/FullscreenWindows.h"
+#include "Platform/Linux/Wayland/CompositorSocket.h"
 
 #include <QByteArray>
-#include <QLocalSocket>
 #include <QString>
 
 #include <functional>
@@ -17,8 +17,6 @@ class FollowedFullscreenWindows : public FullscreenWindows {
     Q_OBJECT
 
 public:
-    ~FollowedFullscreenWindows() override;
-
     void follow() override;
     QList<QRect> areas() const override { return m_areas; }
 
@@ -29,7 +27,7 @@ protected:
     explicit FollowedFullscreenWindows(QString socket);
 
     /// The events' socket has been reached.
-    virtual void begin(QLocalSocket &events) = 0;
+    virtual void begin(CompositorSocket &events) = 0;
 
     /// Takes the whole events off the beginning of what was heard. Says whether windows may have
     /// changed; none where it is nonsense.
@@ -41,11 +39,12 @@ protected:
     void refresh();
 
 private:
-    void read();
+    void read(const QByteArray &bytes);
+    void lose();
     void setAreas(const QList<QRect> &areas);
 
     const QString m_eventsPath;
-    QLocalSocket m_events;
+    CompositorSocket m_events;
     QByteArray m_heard; ///< of an event that isn't whole yet
     bool m_isAsking = false;
     bool m_isStale = false; ///< something happened since the question that is on its way

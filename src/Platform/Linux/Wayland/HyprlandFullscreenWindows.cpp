@@ -74,7 +74,7 @@ HyprlandFullscreenWindows::HyprlandFullscreenWindows(const QString &socket)
     : FollowedFullscreenWindows(QFileInfo(socket).path() + QStringLiteral("/.socket2.sock")),
       m_socket(socket) {}
 
-void HyprlandFullscreenWindows::begin(QLocalSocket &) {
+void HyprlandFullscreenWindows::begin(CompositorSocket &) {
     refresh();
 }
 

@@ -13,7 +13,7 @@ public:
     explicit HyprlandFullscreenWindows(const QString &socket);
 
 protected:
-    void begin(QLocalSocket &events) override;
+    void begin(CompositorSocket &events) override;
     std::optional<bool> take(QByteArray &heard) override;
     void ask(const Told &told) override;
 

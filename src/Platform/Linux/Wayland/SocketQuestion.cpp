@@ -21,35 +21,23 @@ void SocketQuestion::ask(const QString &path, const QByteArray &question, const 
     QMetaObject::invokeMethod(
         self,
         [self, path, question] {
-            connect(&self->m_socket, &QLocalSocket::connected, self,
-                    [self, question] { self->m_socket.write(question); });
-            self->m_socket.connectToServer(path);
+            if (!self->m_socket.open(path) || !self->m_socket.send(question)) {
+                self->end(std::nullopt);
+            }
         },
         Qt::QueuedConnection);
 }
 
 SocketQuestion::SocketQuestion(Length length, Finished finished, QObject *owner)
     : QObject(owner), m_length(std::move(length)), m_finished(std::move(finished)) {
-    connect(&m_socket, &QLocalSocket::readyRead, this, &SocketQuestion::read);
-    connect(&m_socket, &QLocalSocket::disconnected, this, [this] {
-        read();
-        end(m_length(m_answer) ? std::nullopt : std::optional(m_answer));
-    });
-    connect(&m_socket, &QLocalSocket::errorOccurred, this, [this](auto error) {
-        if (error != QLocalSocket::PeerClosedError) {
-            end(std::nullopt);
-        }
-    });
+    connect(&m_socket, &CompositorSocket::received, this, &SocketQuestion::add);
+    connect(&m_socket, &CompositorSocket::closed, this,
+            [this] { end(m_length(m_answer) ? std::nullopt : std::optional(m_answer)); });
     QTimer::singleShot(answerLimit, this, [this] { end(std::nullopt); });
 }
 
-/// A socket that goes says that it has been disconnected.
-SocketQuestion::~SocketQuestion() {
-    m_socket.disconnect(this);
-}
-
-void SocketQuestion::read() {
-    m_answer += m_socket.read(longestAnswer + 1 - m_answer.size());
+void SocketQuestion::add(const QByteArray &bytes) {
+    m_answer += bytes;
     const auto length = m_length(m_answer);
     if (m_answer.size() > longestAnswer || length.value_or(0) > longestAnswer) {
         end(std::nullopt);
@@ -60,6 +48,7 @@ void SocketQuestion::read() {
 
 void SocketQuestion::end(const std::optional<QByteArray> &answer) {
     if (const auto finished = std::exchange(m_finished, nullptr)) {
+        m_socket.close();
         deleteLater();
         finished(answer);
     }

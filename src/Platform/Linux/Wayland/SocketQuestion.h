@@ -1,7 +1,8 @@
 #pragma once
 
+#include "Platform/Linux/Wayland/CompositorSocket.h"
+
 #include <QByteArray>
-#include <QLocalSocket>
 #include <QObject>
 
 #include <functional>
@@ -28,16 +29,15 @@ public:
     /// the answer is longer than 1 MiB, or hasn't come after two seconds.
     static void ask(const QString &path, const QByteArray &question, const Length &length,
                     const Finished &finished, QObject *owner);
-    ~SocketQuestion() override;
 
 private:
     SocketQuestion(Length length, Finished finished, QObject *owner);
-    void read();
+    void add(const QByteArray &bytes);
     void end(const std::optional<QByteArray> &answer);
 
     const Length m_length;
     Finished m_finished; ///< empty once it has been called
-    QLocalSocket m_socket;
+    CompositorSocket m_socket;
     QByteArray m_answer;
 };
 

@@ -12,8 +12,8 @@ constexpr qsizetype longestMessage = 1048576;
 } // namespace
 
 /// Those that sway 1.7 knows; it refuses all where one is unknown.
-void SwayFullscreenWindows::begin(QLocalSocket &events) {
-    events.write(SwayMessage::encode(SwayMessage::Type::subscribe, R"(["window","workspace"])"));
+void SwayFullscreenWindows::begin(CompositorSocket &events) {
+    events.send(SwayMessage::encode(SwayMessage::Type::subscribe, R"(["window","workspace"])"));
 }
 
 std::optional<bool> SwayFullscreenWindows::take(QByteArray &heard) {

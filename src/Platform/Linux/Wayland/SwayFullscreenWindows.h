@@ -14,7 +14,7 @@ public:
         : FollowedFullscreenWindows(socket), m_socket(socket) {}
 
 protected:
-    void begin(QLocalSocket &events) override;
+    void begin(CompositorSocket &events) override;
     std::optional<bool> take(QByteArray &heard) override;
     void ask(const Told &told) override;
 

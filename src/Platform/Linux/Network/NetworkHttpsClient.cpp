@@ -1,4 +1,4 @@
-#include "Platform/Linux/NetworkHttpsClient.h"
+#include "Platform/Linux/Network/NetworkHttpsClient.h"
 
 #include <QNetworkProxyFactory>
 #include <QNetworkReply>

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "Platform/Linux/Descriptor.h"
+
+#include <QByteArray>
+#include <QObject>
+#include <QSocketNotifier>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+namespace morvane {
+
+/// A connection to the socket of a compositor. Main thread, which doesn't wait for it.
+class CompositorSocket : public QObject {
+    Q_OBJECT
+
+public:
+    /// False where nobody listens.
+    bool open(const QString &path);
+
+    bool isOpen() const { return m_notifier != nullptr; }
+
+    /// Says whether all of it went out; what little there is to send always has room, unless the
+    /// other end doesn't read.
+    bool send(const QByteArray &bytes) const;
+
+    /// Nothing is heard of it afterwards.
+    void close();
+
+signals:
+    /// Up to 64 KiB at once.
+    void received(const QByteArray &bytes);
+
+    /// The other end has closed it.
+    void closed();
+
+private:
+    void read();
+
+    std::optional<Descriptor> m_socket;
+    std::unique_ptr<QSocketNotifier> m_notifier; ///< of what comes, while it is open
+};
+
+} // namespace morvane
