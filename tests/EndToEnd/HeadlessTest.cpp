@@ -65,6 +65,15 @@ TEST(CommandLineTest, IsAnsweredWithoutTouchingAnything) {
     EXPECT_TRUE(QDir(home.path()).isEmpty(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden));
 }
 
+TEST(CommandLineTest, IsAnsweredByNoLibraryOfTheFolderThatTheProgramIsStartedIn) {
+    TemporaryHome home;
+    home.write("libQt6Core.so.6", "not ours");
+    ChildProcess program(
+        {"sh", "-c", "cd \"$1\" && exec \"$2\" --version", "sh", home.path(), MORVANE},
+        QProcessEnvironment::systemEnvironment());
+    EXPECT_EQ(program.wait(), 0);
+}
+
 TEST_F(HeadlessTest, AWaitingHookIsSilentWhenTheProgramIsAskedToEnd) {
     ChildProcess hook(home.hook({"claude", "PermissionRequest", "decide"}), home.environment(),
                       permissionRequest);
