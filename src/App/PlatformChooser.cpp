@@ -35,6 +35,8 @@
 
 #include <QApplication>
 
+#include <utility>
+
 namespace morvane {
 
 namespace {
@@ -46,51 +48,32 @@ void ring() {
     }
 }
 
-/// The road of its own that a Wayland desktop has to all windows. On any other only those of
-/// XWayland are to be seen.
-struct OwnRoad {
-    QString sway;
-    QString hyprland;
-    bool isKWin = false;
+struct Windows {
+    std::unique_ptr<WindowSystem> all;
+    std::unique_ptr<FullscreenWindows> fullscreen;
 };
 
-OwnRoad ownRoad(const X11Connection &x11) {
-    if (!x11.isXwayland()) {
-        return {};
+/// By the road of its own that a Wayland desktop has to all windows, XWayland's as well. On any
+/// other only those of XWayland are to be seen.
+Windows chooseWindows(X11Connection &x11, Scheduler &scheduler) {
+    if (x11.isXwayland()) {
+        if (const QString sway = qEnvironmentVariable("SWAYSOCK"); !sway.isEmpty()) {
+            return {std::make_unique<SwayWindowSystem>(sway),
+                    std::make_unique<SwayFullscreenWindows>(sway)};
+        }
+        const QString hyprland =
+            HyprlandWindowSystem::socketOf(qEnvironmentVariable("HYPRLAND_INSTANCE_SIGNATURE"));
+        if (!hyprland.isEmpty()) {
+            return {std::make_unique<HyprlandWindowSystem>(hyprland),
+                    std::make_unique<HyprlandFullscreenWindows>(hyprland)};
+        }
+        if (qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains(QLatin1String("KDE"))) {
+            return {std::make_unique<KWinWindowSystem>(QDBusConnection::sessionBus()),
+                    std::make_unique<KWinFullscreenWindows>(QDBusConnection::sessionBus())};
+        }
     }
-    const QString desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP");
-    return {qEnvironmentVariable("SWAYSOCK"),
-            HyprlandWindowSystem::socketOf(qEnvironmentVariable("HYPRLAND_INSTANCE_SIGNATURE")),
-            desktops.split(QLatin1Char(':')).contains(QLatin1String("KDE"))};
-}
-
-std::unique_ptr<WindowSystem> windowSystem(X11Connection &x11, Scheduler &scheduler) {
-    const OwnRoad road = ownRoad(x11);
-    if (!road.sway.isEmpty()) {
-        return std::make_unique<SwayWindowSystem>(road.sway);
-    }
-    if (!road.hyprland.isEmpty()) {
-        return std::make_unique<HyprlandWindowSystem>(road.hyprland);
-    }
-    if (road.isKWin) {
-        return std::make_unique<KWinWindowSystem>(QDBusConnection::sessionBus());
-    }
-    return std::make_unique<X11WindowSystem>(x11, scheduler);
-}
-
-/// These desktops tell of XWayland's windows as well.
-std::unique_ptr<FullscreenWindows> fullscreenWindows(X11Connection &x11) {
-    const OwnRoad road = ownRoad(x11);
-    if (!road.sway.isEmpty()) {
-        return std::make_unique<SwayFullscreenWindows>(road.sway);
-    }
-    if (!road.hyprland.isEmpty()) {
-        return std::make_unique<HyprlandFullscreenWindows>(road.hyprland);
-    }
-    if (road.isKWin) {
-        return std::make_unique<KWinFullscreenWindows>(QDBusConnection::sessionBus());
-    }
-    return std::make_unique<X11FullscreenWindows>(x11);
+    return {std::make_unique<X11WindowSystem>(x11, scheduler),
+            std::make_unique<X11FullscreenWindows>(x11)};
 }
 
 } // namespace
@@ -116,8 +99,10 @@ PlatformServices choosePlatform() {
     const bool onX11 = gui && QGuiApplication::platformName() == QLatin1String("xcb");
     if (const std::shared_ptr<X11Connection> x11 = onX11 ? X11Connection::open() : nullptr) {
         platform.hasScreen = true;
+        Windows windows = chooseWindows(*x11, *platform.scheduler);
         platform.displays = std::make_unique<ScreenDisplays>(*x11);
-        platform.overlays = std::make_unique<X11OverlayWindows>(*x11, fullscreenWindows(*x11));
+        platform.overlays =
+            std::make_unique<X11OverlayWindows>(*x11, std::move(windows.fullscreen));
         platform.pointer = std::make_unique<X11PointerMonitor>(*x11, *platform.scheduler);
         if (x11->isXwayland()) {
             platform.hotKeys = std::make_unique<GlobalShortcutsPortal>(
@@ -128,8 +113,8 @@ PlatformServices choosePlatform() {
         platform.foreground = std::make_unique<ActiveWindow>(*x11);
         platform.windows = std::make_unique<X11WindowControl>(*x11);
         platform.hostWindows = std::make_unique<DesktopHostWindows>(
-            windowSystem(*x11, *platform.scheduler), QDBusConnection::sessionBus(),
-            *platform.background, *platform.scheduler);
+            std::move(windows.all), QDBusConnection::sessionBus(), *platform.background,
+            *platform.scheduler);
         platform.statusItemHost =
             std::make_unique<StatusNotifierHost>(QDBusConnection::sessionBus());
         platform.motion = std::make_unique<DesktopMotion>(QDBusConnection::sessionBus());

@@ -39,11 +39,12 @@ Descriptor connectTo(const QString &path) {
 
 Descriptor listenAt(const QString &path) {
     return socketFor(path, [](int number, const sockaddr *address, socklen_t size) {
-        // The file that the name is given to has the rights of the socket.
-        const bool isOurs = ::fchmod(number, S_IRUSR | S_IWUSR) == 0;
-        const auto &name = reinterpret_cast<const sockaddr_un *>(address)->sun_path;
-        ::unlink(name);
-        return isOurs && ::bind(number, address, size) == 0 ? ::listen(number, mostWaiting) : -1;
+        // The file that gets the name has the rights of the socket.
+        if (::fchmod(number, S_IRUSR | S_IWUSR) != 0) {
+            return -1;
+        }
+        ::unlink(reinterpret_cast<const sockaddr_un *>(address)->sun_path);
+        return ::bind(number, address, size) == 0 ? ::listen(number, mostWaiting) : -1;
     });
 }
 
