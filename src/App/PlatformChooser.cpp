@@ -67,7 +67,9 @@ Windows chooseWindows(X11Connection &x11, Scheduler &scheduler) {
             return {std::make_unique<HyprlandWindowSystem>(hyprland),
                     std::make_unique<HyprlandFullscreenWindows>(hyprland)};
         }
-        if (qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains(QLatin1String("KDE"))) {
+        if (qEnvironmentVariable("XDG_CURRENT_DESKTOP")
+                .split(u':')
+                .contains(QLatin1String("KDE"))) {
             return {std::make_unique<KWinWindowSystem>(QDBusConnection::sessionBus()),
                     std::make_unique<KWinFullscreenWindows>(QDBusConnection::sessionBus())};
         }

@@ -156,13 +156,16 @@ QAction *StatusMenu::makeItem(const AgentAdapter &adapter) {
     return item;
 }
 
-/// The reason stands at the end of a failure, and what failed at its beginning.
+/// The reason stands at the end of a failure, and what failed at its beginning. Nothing is measured
+/// where there is none: Qt's text engine takes a quarter of a megabyte.
 void StatusMenu::showFailure() {
     const QString text = m_connections.lastError().value_or(QString());
-    const QFontMetrics metrics(m_agents->font());
-    m_failure->setText(
-        menuText(metrics.elidedText(text.simplified(), Qt::ElideMiddle, failureWidth)));
-    m_failure->setToolTip(helpMarkup(text));
+    if (!text.isEmpty()) {
+        const QFontMetrics metrics(m_agents->font());
+        m_failure->setText(
+            menuText(metrics.elidedText(text.simplified(), Qt::ElideMiddle, failureWidth)));
+        m_failure->setToolTip(helpMarkup(text));
+    }
     m_failure->setVisible(!text.isEmpty());
     m_failureSeparator->setVisible(!text.isEmpty() && !m_agentItems.empty());
     m_agents->setEnabled(!text.isEmpty() || !m_agentItems.empty());

@@ -1,10 +1,12 @@
 #include "Core/Hooks/ForwarderScripts.h"
 
+#include "Core/Ground/RegularFile.h"
 #include "Core/Ground/WholeFile.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QResource>
 
 #include <sys/types.h>
 
@@ -44,9 +46,9 @@ std::optional<Failure> writeExecutable(const QString &path, const QByteArray &co
     return failure ? std::optional(cannotWrite(path, *failure)) : std::nullopt;
 }
 
-std::optional<QByteArray> contentOf(const QString &path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? std::optional(file.readAll()) : std::nullopt;
+std::optional<QByteArray> builtIn(const QString &path) {
+    const QResource resource(path);
+    return resource.isValid() ? std::optional(resource.uncompressedData()) : std::nullopt;
 }
 
 /// Each with its processor's name. Written only where it differs: every rewrite would throw away
@@ -58,9 +60,9 @@ std::optional<Failure> writeClients() {
         if (!name.startsWith(QLatin1String("forwarder-"))) {
             continue;
         }
-        const auto client = contentOf(clients.filePath(name));
+        const auto client = builtIn(clients.filePath(name));
         const bool isCurrent = isExecutable(name) && !QFileInfo(pathOf(name)).isSymbolicLink() &&
-                               contentOf(pathOf(name)) == client;
+                               RegularFile::whole(pathOf(name)) == client;
         if (isCurrent) {
             continue;
         }
@@ -109,7 +111,7 @@ void ForwarderScripts::removeStatusLineScript() {
 }
 
 Result<QString> ForwarderScripts::renderTemplate(const QString &name) const {
-    const auto content = contentOf(QStringLiteral("%1/%2.template").arg(templates, name));
+    const auto content = builtIn(QStringLiteral("%1/%2.template").arg(templates, name));
     if (!content) {
         return Failure{tr("%1.template missing from bundle").arg(name)};
     }

@@ -18,7 +18,8 @@ LoadedHttpsClient::LoadedHttpsClient(QString library, Scheduler &scheduler,
     : m_library(std::move(library)), m_scheduler(scheduler), m_background(background) {}
 
 QString LoadedHttpsClient::libraryOfProgram() {
-    return QCoreApplication::applicationDirPath() + QStringLiteral("/../lib/morvane/plugins/network.so");
+    return QCoreApplication::applicationDirPath() +
+           QStringLiteral("/../lib/morvane/plugins/network.so");
 }
 
 Task LoadedHttpsClient::send(const HttpsRequest &request, Finished finished) {

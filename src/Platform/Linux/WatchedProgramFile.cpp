@@ -2,15 +2,30 @@
 
 #include <QFile>
 
+#include <array>
+#include <sys/inotify.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace morvane {
 
 WatchedProgramFile::WatchedProgramFile(QString path)
-    : m_path(std::move(path)), m_identity(identityOf(m_path)) {
-    // What is renamed over the file takes its name away, which counts as a change of it.
-    m_watcher.addPath(m_path);
-    connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, &WatchedProgramFile::look);
+    : m_path(std::move(path)), m_identity(identityOf(m_path)),
+      m_changes(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)),
+      m_notifier(m_changes.number(), QSocketNotifier::Read) {
+    // What is renamed over the file takes a name away from it, which counts as a change of it.
+    const QByteArray file = QFile::encodeName(m_path);
+    const bool isWatched =
+        ::inotify_add_watch(m_changes.number(), file.constData(), IN_ATTRIB | IN_MOVE_SELF) >= 0;
+    m_notifier.setEnabled(isWatched);
+    connect(&m_notifier, &QSocketNotifier::activated, this, &WatchedProgramFile::hear);
+}
+
+void WatchedProgramFile::hear() {
+    std::array<char, 1024> events{};
+    while (::read(m_changes.number(), events.data(), events.size()) > 0) {
+    }
+    look();
 }
 
 /// A file that is gone hasn't been replaced: the program may have been removed.

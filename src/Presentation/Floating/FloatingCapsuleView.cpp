@@ -46,20 +46,30 @@ QRectF snapped(const QRectF &rect, double ratio) {
 } // namespace
 
 FloatingCapsuleView::FloatingCapsuleView(const PanelContext &context)
-    : PanelSurface(context.scheduler), m_clip(new QWidget(this)),
-      m_compact(new CompactView(context, m_clip)), m_expanded(new ExpandedView(context, m_clip)) {
-    m_expanded->hide();
+    : PanelSurface(context.scheduler), m_context(context), m_clip(new QWidget(this)),
+      m_compact(new CompactView(context, m_clip)) {
     connect(m_compact, &CompactView::contentResized, this, &FloatingCapsuleView::contentResized);
+}
+
+void FloatingCapsuleView::makeExpanded() {
+    m_expanded = new ExpandedView(m_context, m_clip);
+    m_expanded->setContentHeightBudget(m_contentHeightBudget);
     connect(m_expanded, &ExpandedView::contentResized, this, &FloatingCapsuleView::contentResized);
 }
 
 void FloatingCapsuleView::setContentHeightBudget(int budget) {
-    m_expanded->setContentHeightBudget(budget);
+    m_contentHeightBudget = budget;
+    if (m_expanded) {
+        m_expanded->setContentHeightBudget(budget);
+    }
 }
 
 void FloatingCapsuleView::setExpanded(bool expanded) {
     if (expanded == m_isExpanded) {
         return;
+    }
+    if (!m_expanded) {
+        makeExpanded();
     }
     m_isExpanded = expanded;
     refresh();
@@ -76,7 +86,9 @@ void FloatingCapsuleView::refresh() {
 }
 
 void FloatingCapsuleView::takeFocus() {
-    m_expanded->takeFocus();
+    if (m_isExpanded) {
+        m_expanded->takeFocus();
+    }
 }
 
 bool FloatingCapsuleView::hasBeenRead(const QString &sessionID) {
@@ -91,7 +103,9 @@ void FloatingCapsuleView::setTab(const QRect &present, const QRect &target) {
     const QRect content = target.translated(-present.topLeft());
     m_clip->setGeometry(present);
     m_compact->setGeometry(content);
-    m_expanded->setGeometry(content);
+    if (m_expanded) {
+        m_expanded->setGeometry(content);
+    }
     if (present != m_tab) {
         m_tab = present;
         update();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Presentation/Overlay/PanelContext.h"
 #include "Presentation/Overlay/PanelSurface.h"
 
 #include <QPainterPath>
@@ -8,7 +9,6 @@ namespace morvane {
 
 class CompactView;
 class ExpandedView;
-struct PanelContext;
 
 /// The black tab that hangs from the top of the screen, with the closed or the open view in it.
 ///
@@ -44,12 +44,15 @@ protected:
 
 private:
     double cornerRadius() const;
+    void makeExpanded();
 
+    const PanelContext m_context;
+    int m_contentHeightBudget = 0;
     bool m_isExpanded = false;
     QRect m_tab;
     QWidget *m_clip; ///< cuts the content off at the tab's edges while the tab moves
     CompactView *m_compact;
-    ExpandedView *m_expanded;
+    ExpandedView *m_expanded = nullptr; ///< made when it is first opened
 };
 
 } // namespace morvane
