@@ -14,14 +14,16 @@ constexpr std::uint32_t firstDigitKeyCode = 2;
 
 constexpr std::uint32_t lastKeyCode = 247; ///< an X server counts no further
 constexpr qsizetype mostDigits = 3;
-constexpr qsizetype longestSymbol = 16;
+constexpr qsizetype longestSymbol = 16; // characters
 
-bool canBeSeen(QStringView symbol) {
+bool canBeShown(QStringView symbol) {
+    const QList<uint> characters = symbol.toUcs4();
     const auto isOther = [](uint character) {
         const auto category = QChar::category(character);
         return category >= QChar::Other_Control && category <= QChar::Other_NotAssigned;
     };
-    return symbol.isValidUtf16() && std::ranges::none_of(symbol.toUcs4(), isOther);
+    return symbol.isValidUtf16() && characters.size() <= longestSymbol &&
+           std::ranges::none_of(characters, isOther);
 }
 
 } // namespace
@@ -81,7 +83,7 @@ std::optional<HotKey> panelKey(const QString &rawValue) {
     const QStringView symbol = rest.mid(colon + 1);
     const auto isDigit = [](QChar character) { return character >= u'0' && character <= u'9'; };
     if (number.size() > mostDigits || !std::ranges::all_of(number, isDigit) ||
-        symbol.size() > longestSymbol || !canBeSeen(symbol)) {
+        !canBeShown(symbol)) {
         return std::nullopt;
     }
     key.keyCode = number.toUInt();

@@ -1,7 +1,5 @@
 #include "Platform/Linux/LoadedHttpsClient.h"
 
-#include "Platform/Linux/MakeHttpsClient.h"
-
 #include <QCoreApplication>
 #include <QLibrary>
 
@@ -13,6 +11,12 @@
 
 namespace morvane {
 
+struct LoadedHttpsClient::Waiting {
+    HttpsRequest request;
+    Finished finished; ///< none once nobody waits any more
+    Task transfer;
+};
+
 LoadedHttpsClient::LoadedHttpsClient(QString library, Scheduler &scheduler,
                                      BackgroundPool &background)
     : m_library(std::move(library)), m_scheduler(scheduler), m_background(background) {}
@@ -23,28 +27,30 @@ QString LoadedHttpsClient::libraryOfProgram() {
 }
 
 Task LoadedHttpsClient::send(const HttpsRequest &request, Finished finished) {
-    // None once nobody waits any more.
-    const auto transfer = std::make_shared<std::optional<Task>>(Task());
+    // Whatever becomes of it on other threads, what is in it comes and goes on this one.
+    const auto waiting = std::make_shared<Waiting>(Waiting{request, std::move(finished), {}});
     m_background.compute(
         [library = m_library] {
             return reinterpret_cast<MakeHttpsClient *>(
                 QLibrary::resolve(library, ENTRY_TEXT(NETWORK_LIBRARY_ENTRY)));
         },
-        m_scheduler, &m_loading,
-        [this, transfer, request, finished = std::move(finished)](MakeHttpsClient *make) {
-            if (!*transfer) {
-                return;
-            }
-            if (make && !m_client) {
-                m_client.reset(make(m_scheduler, m_background));
-            }
-            if (m_client) {
-                **transfer = m_client->send(request, finished);
-            } else {
-                finished(std::nullopt);
-            }
-        });
-    return Task([transfer] { transfer->reset(); });
+        m_scheduler, &m_loading, [this, waiting](MakeHttpsClient *make) { begin(*waiting, make); });
+    return Task([waiting] { *waiting = {}; });
+}
+
+void LoadedHttpsClient::begin(Waiting &waiting, MakeHttpsClient *make) {
+    const Finished finished = std::exchange(waiting.finished, nullptr);
+    if (!finished) {
+        return;
+    }
+    if (make && !m_client) {
+        m_client.reset(make(m_scheduler, m_background));
+    }
+    if (m_client) {
+        waiting.transfer = m_client->send(std::exchange(waiting.request, {}), finished);
+    } else {
+        finished(std::nullopt);
+    }
 }
 
 } // namespace morvane

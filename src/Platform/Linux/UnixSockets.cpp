@@ -25,7 +25,8 @@ Descriptor socketFor(const QString &path, Use use) {
     }
     std::ranges::copy(name, address.sun_path);
     Descriptor result(::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
-    if (use(result.number(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0) {
+    if (result.number() < 0 ||
+        use(result.number(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0) {
         return Descriptor(-1);
     }
     return result;

@@ -11,14 +11,13 @@ namespace morvane {
 
 WatchedProgramFile::WatchedProgramFile(QString path)
     : m_path(std::move(path)), m_identity(identityOf(m_path)),
-      m_changes(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)),
-      m_notifier(m_changes.number(), QSocketNotifier::Read) {
+      m_changes(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
     // What is renamed over the file takes a name away from it, which counts as a change of it.
     const QByteArray file = QFile::encodeName(m_path);
-    const bool isWatched =
-        ::inotify_add_watch(m_changes.number(), file.constData(), IN_ATTRIB | IN_MOVE_SELF) >= 0;
-    m_notifier.setEnabled(isWatched);
-    connect(&m_notifier, &QSocketNotifier::activated, this, &WatchedProgramFile::hear);
+    if (::inotify_add_watch(m_changes.number(), file.constData(), IN_ATTRIB | IN_MOVE_SELF) >= 0) {
+        m_notifier.emplace(m_changes.number(), QSocketNotifier::Read);
+        connect(&*m_notifier, &QSocketNotifier::activated, this, &WatchedProgramFile::hear);
+    }
 }
 
 void WatchedProgramFile::hear() {

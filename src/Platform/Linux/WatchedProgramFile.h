@@ -32,7 +32,7 @@ private:
     const QString m_path;
     const std::optional<Identity> m_identity;
     const Descriptor m_changes;
-    QSocketNotifier m_notifier;
+    std::optional<QSocketNotifier> m_notifier; ///< of them, where they are told
 };
 
 } // namespace morvane

@@ -1,3 +1,4 @@
+#include "Platform/Linux/UnixSockets.h"
 #include "Platform/Linux/Wayland/HyprlandWindowSystem.h"
 #include "Platform/Linux/Wayland/SwayMessage.h"
 #include "Platform/Linux/Wayland/SwayWindowSystem.h"
@@ -8,6 +9,9 @@
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <gtest/gtest.h>
+
+#include <cerrno>
+#include <vector>
 
 namespace morvane {
 namespace {
@@ -64,6 +68,20 @@ constexpr const char *tree = R"({"id":1,"type":"root","focus":[3,2],"nodes":[
 {"id":3,"focus":[9,8],"nodes":[{"id":8,"name":"shop","pid":80,"app_id":null,
   "window_properties":{"class":"XTerm","instance":"xterm","title":"shop"}}],
  "floating_nodes":[{"id":9,"name":null,"app_id":"kitty","pid":90}, 5, {"pid":"x"}]}]})";
+
+TEST_F(WindowSystemsTest, AsksAgainWhereTooManyWaitForTheCompositor) {
+    server.close();
+    server.setListenBacklogSize(1);
+    ASSERT_TRUE(server.listen(folder.path("socket")));
+    std::vector<Descriptor> others;
+    do {
+        others.push_back(UnixSockets::connectTo(folder.path("socket")));
+    } while (others.back().number() >= 0);
+    EXPECT_EQ(errno, EAGAIN);
+    SwayWindowSystem sway(folder.path("socket"));
+    answer = SwayMessage::encode(SwayMessage::Type::getTree, tree);
+    EXPECT_EQ(list(sway).value().size(), 3);
+}
 
 TEST_F(WindowSystemsTest, SwayTellsItsWindowsAndBringsOneForward) {
     SwayWindowSystem sway(folder.path("socket"));

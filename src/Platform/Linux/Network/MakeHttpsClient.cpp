@@ -2,7 +2,25 @@
 
 #include "Platform/Linux/Network/NetworkHttpsClient.h"
 
+#include <QFileInfo>
+
+#include <dlfcn.h>
+
+namespace {
+
+/// Qt ends a program whose parts of it are of different patches, and the file of each has its
+/// version in its name.
+bool isOfOneQt() {
+    Dl_info network{};
+    return ::dladdr(&QNetworkAccessManager::staticMetaObject, &network) != 0 &&
+           QFileInfo(QString::fromLocal8Bit(network.dli_fname))
+               .canonicalFilePath()
+               .endsWith(QLatin1String(qVersion()));
+}
+
+} // namespace
+
 extern "C" Q_DECL_EXPORT morvane::HttpsClient *
 NETWORK_LIBRARY_ENTRY(morvane::Scheduler &scheduler, morvane::BackgroundPool &background) {
-    return new morvane::NetworkHttpsClient(scheduler, background);
+    return isOfOneQt() ? new morvane::NetworkHttpsClient(scheduler, background) : nullptr;
 }

@@ -11,7 +11,7 @@ namespace morvane {
 
 /// Over Qt's network access, by the proxy of the desktop, which the pool finds out, as that may
 /// take a script from the network. Certificates are checked as the machine's list says. Owned by
-/// the application; main thread.
+/// `LoadedHttpsClient`; main thread.
 class NetworkHttpsClient : public HttpsClient {
 public:
     /// Both must outlive the client.

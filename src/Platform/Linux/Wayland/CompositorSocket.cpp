@@ -3,6 +3,7 @@
 #include "Platform/Linux/UnixSockets.h"
 
 #include <cerrno>
+#include <chrono>
 #include <sys/socket.h>
 
 namespace morvane {
@@ -10,18 +11,33 @@ namespace morvane {
 namespace {
 
 constexpr qsizetype readAtOnce = 65536;
+constexpr std::chrono::milliseconds retryDelay(50);
 
 } // namespace
 
-bool CompositorSocket::open(const QString &path) {
+CompositorSocket::CompositorSocket() {
+    m_retry.setSingleShot(true);
+    m_retry.setInterval(retryDelay);
+    connect(&m_retry, &QTimer::timeout, this, &CompositorSocket::tryToOpen);
+}
+
+void CompositorSocket::open(const QString &path) {
     close();
-    m_socket.emplace(UnixSockets::connectTo(path));
-    if (m_socket->number() < 0) {
-        return false;
+    m_path = path;
+    tryToOpen();
+}
+
+void CompositorSocket::tryToOpen() {
+    m_socket.emplace(UnixSockets::connectTo(m_path));
+    if (m_socket->number() >= 0) {
+        m_notifier = std::make_unique<QSocketNotifier>(m_socket->number(), QSocketNotifier::Read);
+        connect(m_notifier.get(), &QSocketNotifier::activated, this, &CompositorSocket::read);
+        emit opened();
+    } else if (errno == EAGAIN) {
+        m_retry.start();
+    } else {
+        emit refused();
     }
-    m_notifier = std::make_unique<QSocketNotifier>(m_socket->number(), QSocketNotifier::Read);
-    connect(m_notifier.get(), &QSocketNotifier::activated, this, &CompositorSocket::read);
-    return true;
 }
 
 bool CompositorSocket::send(const QByteArray &bytes) const {
@@ -31,6 +47,7 @@ bool CompositorSocket::send(const QByteArray &bytes) const {
 
 /// The notifier may be the one that has just told.
 void CompositorSocket::close() {
+    m_retry.stop();
     if (m_notifier) {
         m_notifier->setEnabled(false);
         m_notifier.release()->deleteLater();

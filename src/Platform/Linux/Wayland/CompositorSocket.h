@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QSocketNotifier>
 #include <QString>
+#include <QTimer>
 
 #include <memory>
 #include <optional>
@@ -17,8 +18,11 @@ class CompositorSocket : public QObject {
     Q_OBJECT
 
 public:
-    /// False where nobody listens.
-    bool open(const QString &path);
+    CompositorSocket();
+
+    /// `opened` or `refused` follows, as a rule at once. Where too many wait for the compositor
+    /// already it is tried again until it is closed.
+    void open(const QString &path);
 
     bool isOpen() const { return m_notifier != nullptr; }
 
@@ -30,6 +34,11 @@ public:
     void close();
 
 signals:
+    void opened();
+
+    /// Nobody listens.
+    void refused();
+
     /// Up to 64 KiB at once.
     void received(const QByteArray &bytes);
 
@@ -37,8 +46,11 @@ signals:
     void closed();
 
 private:
+    void tryToOpen();
     void read();
 
+    QString m_path;
+    QTimer m_retry;
     std::optional<Descriptor> m_socket;
     std::unique_ptr<QSocketNotifier> m_notifier; ///< of what comes, while it is open
 };

@@ -12,13 +12,14 @@ constexpr qsizetype longestEvent = 1048576;
 
 FollowedFullscreenWindows::FollowedFullscreenWindows(QString socket)
     : m_eventsPath(std::move(socket)) {
+    connect(&m_events, &CompositorSocket::opened, this, [this] { begin(m_events); });
     connect(&m_events, &CompositorSocket::received, this, &FollowedFullscreenWindows::read);
     connect(&m_events, &CompositorSocket::closed, this, &FollowedFullscreenWindows::lose);
 }
 
 void FollowedFullscreenWindows::follow() {
-    if (!m_events.isOpen() && m_events.open(m_eventsPath)) {
-        begin(m_events);
+    if (!m_events.isOpen()) {
+        m_events.open(m_eventsPath);
     }
 }
 

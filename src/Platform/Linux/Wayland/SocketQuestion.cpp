@@ -21,9 +21,12 @@ void SocketQuestion::ask(const QString &path, const QByteArray &question, const 
     QMetaObject::invokeMethod(
         self,
         [self, path, question] {
-            if (!self->m_socket.open(path) || !self->m_socket.send(question)) {
-                self->end(std::nullopt);
-            }
+            connect(&self->m_socket, &CompositorSocket::opened, self, [self, question] {
+                if (!self->m_socket.send(question)) {
+                    self->end(std::nullopt);
+                }
+            });
+            self->m_socket.open(path);
         },
         Qt::QueuedConnection);
 }
@@ -31,6 +34,7 @@ void SocketQuestion::ask(const QString &path, const QByteArray &question, const 
 SocketQuestion::SocketQuestion(Length length, Finished finished, QObject *owner)
     : QObject(owner), m_length(std::move(length)), m_finished(std::move(finished)) {
     connect(&m_socket, &CompositorSocket::received, this, &SocketQuestion::add);
+    connect(&m_socket, &CompositorSocket::refused, this, [this] { end(std::nullopt); });
     connect(&m_socket, &CompositorSocket::closed, this,
             [this] { end(m_length(m_answer) ? std::nullopt : std::optional(m_answer)); });
     QTimer::singleShot(answerLimit, this, [this] { end(std::nullopt); });
