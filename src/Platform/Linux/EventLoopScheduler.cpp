@@ -1,9 +1,20 @@
 #include "Platform/Linux/EventLoopScheduler.h"
 
+#include "Platform/Linux/SharedHeap.h"
+
 #include <QPointer>
 #include <QTimer>
 
+#include <algorithm>
+#include <utility>
+
 namespace morvane {
+
+namespace {
+
+constexpr int burst = 1000; // actions that wait at once
+
+} // namespace
 
 Date EventLoopScheduler::now() const {
     return std::chrono::system_clock::now();
@@ -32,7 +43,23 @@ Task EventLoopScheduler::after(Seconds delay, std::function<void()> action) {
 }
 
 void EventLoopScheduler::post(std::function<void()> action) {
-    QMetaObject::invokeMethod(this, std::move(action), Qt::QueuedConnection);
+    ++m_posted;
+    QMetaObject::invokeMethod(
+        this,
+        [this, action = std::move(action)] {
+            action();
+            countDown();
+        },
+        Qt::QueuedConnection);
+}
+
+/// What has waited in a burst of events took megabytes, and lies about in pieces afterwards.
+void EventLoopScheduler::countDown() {
+    const int waiting = --m_posted;
+    m_mostPosted = std::max(m_mostPosted, waiting);
+    if (waiting == 0 && std::exchange(m_mostPosted, 0) >= burst) {
+        giveBackFreeMemory();
+    }
 }
 
 } // namespace morvane

@@ -4,6 +4,8 @@
 
 #include <QObject>
 
+#include <atomic>
+
 namespace morvane {
 
 /// The scheduler of the main thread, over its Qt event loop. Made on that thread and owned by
@@ -15,6 +17,12 @@ public:
     Date now() const override;
     Task after(Seconds delay, std::function<void()> action) override;
     void post(std::function<void()> action) override;
+
+private:
+    void countDown();
+
+    std::atomic<int> m_posted = 0; ///< that haven't run yet
+    int m_mostPosted = 0;          ///< since there were none; of the main thread
 };
 
 } // namespace morvane

@@ -10,4 +10,10 @@ void shareOneHeap() {
 #endif
 }
 
+void giveBackFreeMemory() {
+#ifdef M_ARENA_MAX
+    ::malloc_trim(0);
+#endif
+}
+
 } // namespace morvane

@@ -8,4 +8,8 @@ namespace morvane {
 /// once, before there is a second thread; a refusal changes nothing.
 void shareOneHeap();
 
+/// Gives the system back what is free in it, in whole pages. Takes a millisecond or a few; safe
+/// from any thread.
+void giveBackFreeMemory();
+
 } // namespace morvane
