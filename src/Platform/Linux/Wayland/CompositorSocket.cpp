@@ -11,13 +11,13 @@ namespace morvane {
 namespace {
 
 constexpr qsizetype readAtOnce = 65536;
-constexpr std::chrono::milliseconds retryDelay(50);
+constexpr std::chrono::milliseconds reconnectDelay(50);
 
 } // namespace
 
 CompositorSocket::CompositorSocket() {
     m_retry.setSingleShot(true);
-    m_retry.setInterval(retryDelay);
+    m_retry.setInterval(reconnectDelay);
     connect(&m_retry, &QTimer::timeout, this, &CompositorSocket::tryToOpen);
 }
 
