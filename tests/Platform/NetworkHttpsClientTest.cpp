@@ -119,8 +119,8 @@ TEST_F(NetworkHttpsClientTest, TrustsOnlyAServerThatTheMachineKnows) {
     EXPECT_FALSE(ask(server, "https"));
     EXPECT_EQ(asked, "");
     certificate.trust();
-    client.emplace(NETWORK_LIBRARY, scheduler,
-                   background); // the first has kept what it had of the server
+    // The first has kept what it had of the server.
+    client.emplace(NETWORK_LIBRARY, scheduler, background);
     EXPECT_TRUE(ask(server, "https"));
     EXPECT_TRUE(asked.contains("Bearer token"));
 }

@@ -47,7 +47,7 @@ private:
     void makeExpanded();
 
     const PanelContext m_context;
-    int m_contentHeightBudget = 0;
+    int m_contentHeightBudget = 0; ///< in points; the owner sets it before it opens the view
     bool m_isExpanded = false;
     QRect m_tab;
     QWidget *m_clip; ///< cuts the content off at the tab's edges while the tab moves
