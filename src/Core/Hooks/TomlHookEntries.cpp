@@ -8,10 +8,12 @@
 
 #define TOML_HEADER_ONLY 1
 #define TOML_EXCEPTIONS 0
-#if __has_include(<toml++/impl/preprocessor.h>)
+#if __has_include(<toml++/impl/preprocessor.hpp>)
+#include <toml++/impl/preprocessor.hpp>
+#else
 // Up to 3.3 a letter such as "é" outside of quotes takes the library to where it believes it never
 // comes, having found out that the letter is none of those that it looks for. Since then it says
-// so, and its headers have other names.
+// so.
 #include <toml++/impl/preprocessor.h>
 #undef TOML_UNREACHABLE
 #define TOML_UNREACHABLE return false
@@ -19,6 +21,10 @@
 #undef TOML_UNREACHABLE
 #define TOML_UNREACHABLE __builtin_unreachable()
 #endif
+// It also asserts, or tells the compiler, what doesn't hold of every text ("[=") and what it looks
+// at afterwards all the same.
+#undef TOML_ASSERT_ASSUME
+#define TOML_ASSERT_ASSUME(expression) static_assert(true)
 #include <toml++/toml.h>
 
 namespace morvane {
