@@ -4,8 +4,6 @@
 #include "Support/HttpClient.h"
 #include "Support/WaitUntil.h"
 
-#include <gtest/gtest.h>
-
 namespace morvane {
 namespace {
 
@@ -254,39 +252,12 @@ TEST_F(AppControllerTest, StartsAtLoginOrSaysWhyNot) {
     EXPECT_TRUE(controller.launchAtLogin());
 }
 
-TEST_F(AppControllerTest, RemovesEverythingAndReports) {
+TEST_F(AppControllerTest, RemovesEverythingButWhatIsPeoplesOwnAndReports) {
     settings.setSoundEnabled(false);
-    home.write(".claude/settings.json", R"({"model":"opus","statusLine":{"command":"mine"}})");
-    connections.installHooks(claude);
-    EXPECT_EQ(connections.statusLineBlockedAgents(), std::vector{claude});
-    connections.installHooks(kimi);
     controller.setLaunchAtLogin(true);
-    makeReadOnly(".kimi/config.toml");
-    const auto remove = [this] { return controller.removeEverything().split("\n• "); };
-    const QStringList partly = remove();
-    ASSERT_EQ(partly.size(), 5);
-    EXPECT_EQ(partly[0], "Claude Code hooks");
-    EXPECT_TRUE(partly[1].startsWith("⚠︎ could not remove Kimi CLI hooks: "));
-    EXPECT_EQ(partly.mid(2),
-              (QStringList{"~/.morvane", "login item", "preferences and session history"}));
-    EXPECT_FALSE(read(".claude/settings.json").contains("hook.sh"));
-    EXPECT_FALSE(QFile::exists(home.path(".morvane")));
-
-    makeReadOnly(".kimi/config.toml", false);
-    EXPECT_EQ(remove(), (QStringList{"Kimi CLI hooks", "preferences and session history"}));
-    EXPECT_FALSE(loginItem().enabled);
-
-    // What still happens before the program is quit leaves no trace either.
-    store.apply(EventBuilder(CanonicalEvent::turnEnd));
-    for (const char *key : {"soundEnabled", "eventToken", "completedHistory"}) {
-        EXPECT_FALSE(isStored(key)) << key;
-    }
-    EXPECT_TRUE(connections.installedAgents().isEmpty());
-}
-
-TEST_F(AppControllerTest, LeavesPeopleWhatWasTheirsInEachAgentsFiles) {
     const std::map<AgentKind, std::pair<const char *, QByteArray>> files{
-        {claude, {".claude/settings.json", "{\n  // mine\n  \"model\": \"opus\",\n}\n"}},
+        {claude,
+         {".claude/settings.json", "{\n // my\n \"statusLine\": {\"command\": \"own\"},\n}\n"}},
         {codex, {".codex/hooks.json", R"({"hooks":{"Stop":[{"hooks":[{"command":"ls"}]}]}})"}},
         {gemini, {".gemini/settings.json", "{\"b\":1e400,\t\"a\":\"ä\"}"}},
         {qwen, {".qwen/settings.json", "{}"}},
@@ -298,14 +269,14 @@ TEST_F(AppControllerTest, LeavesPeopleWhatWasTheirsInEachAgentsFiles) {
         connected[kind] = read(file.first);
     }
     ASSERT_EQ(connections.installedAgents().size(), 5U);
+    EXPECT_EQ(connections.statusLineBlockedAgents(), std::vector{claude});
     makeReadOnly(".qwen/settings.json");
     EXPECT_EQ(controller.removeEverything(),
               "Claude Code hooks\n• Codex hooks\n• Gemini CLI hooks\n• OpenCode hooks\n"
               "• ⚠︎ could not remove Qwen Code hooks: " +
                   home.path(".qwen/settings.json") +
                   " could not be written: it is read-only\n"
-                  "• ~/.morvane\n"
-                  "• preferences and session history");
+                  "• ~/.morvane\n• login item\n• preferences and session history");
     for (const auto &[kind, file] : files) {
         EXPECT_EQ(read(file.first), kind == qwen ? connected[kind] : file.second) << file.first;
         if (kind != qwen && kind != opencode) {
@@ -313,18 +284,26 @@ TEST_F(AppControllerTest, LeavesPeopleWhatWasTheirsInEachAgentsFiles) {
         }
     }
     EXPECT_FALSE(QFile::exists(home.path(".config/opencode/plugins/morvane.js")));
+    EXPECT_FALSE(QFile::exists(home.path(".morvane")));
+    EXPECT_FALSE(loginItem().enabled);
+
+    makeReadOnly(".qwen/settings.json", false);
+    EXPECT_EQ(controller.removeEverything(), "Qwen Code hooks\n• preferences and session history");
+    // What still happens before the program is quit leaves no trace either.
+    store.apply(EventBuilder(CanonicalEvent::turnEnd));
+    for (const char *key : {"soundEnabled", "eventToken", "completedHistory"}) {
+        EXPECT_FALSE(isStored(key)) << key;
+    }
+    EXPECT_TRUE(connections.installedAgents().isEmpty());
 }
 
 TEST_F(AppControllerTest, GoesToWhereASessionRunsOrHasRun) {
     const QStringList &deeds = static_cast<FakeHostWindows &>(*platform.hostWindows).deeds;
-    store.apply(EventBuilder(CanonicalEvent::promptSubmit)
-                    .with(&HookEvent::cwd, "/shop")
-                    .with(&HookEvent::ttyName, QString("/dev/pts/1")));
+    const auto prompt = EventBuilder(CanonicalEvent::promptSubmit).with(&HookEvent::cwd, "/shop");
+    store.apply(prompt.with(&HookEvent::ttyName, QString("/dev/pts/1")));
     controller.select(store.sessions().value("s"));
     EXPECT_EQ(deeds, QStringList());
-    store.apply(EventBuilder(CanonicalEvent::promptSubmit)
-                    .with(&HookEvent::cwd, "/shop")
-                    .with(&HookEvent::hostBundleID, QString("foot")));
+    store.apply(prompt.with(&HookEvent::hostBundleID, QString("foot")));
     controller.select(store.sessions().value("s"));
     EXPECT_EQ(deeds.last(), "launch foot");
     CompletedRecord record;
@@ -394,6 +373,12 @@ TEST_F(AppControllerTest, ADigitAnswersThePromptThatCouldBeRead) {
         return session ? session->pendingApproval->id : QString();
     };
     press("G");
+    // Behind a fullscreen program nothing can be read, and the keys are that program's.
+    auto &overlay = *static_cast<FakeOverlayWindows &>(*platform.overlays).alive.first();
+    overlay.setCovered(true);
+    EXPECT_EQ(hotKeys.held(), "G");
+    overlay.setCovered(false);
+    EXPECT_EQ(hotKeys.held(), "G12345Esc");
     store.apply(EventBuilder::parked("a").given(R"({"command": "make"})"));
     scheduler.advance(Seconds(0.5));
     press("2");
@@ -423,44 +408,26 @@ TEST_F(AppControllerTest, ADigitAnswersThePromptThatCouldBeRead) {
     EXPECT_EQ(hotKeys.held(), "G");
 }
 
-TEST_F(AppControllerTest, APanelBehindAFullscreenProgramTakesNoKeys) {
-    addFakeScreen(platform);
-    controller.start();
-    hotKeys.press("G");
-    scheduler.runPosted();
-    EXPECT_EQ(hotKeys.held(), "G12345Esc");
-    auto &overlay = *static_cast<FakeOverlayWindows &>(*platform.overlays).alive.first();
-    overlay.setCovered(true);
-    EXPECT_EQ(hotKeys.held(), "G");
-    overlay.setCovered(false);
-    EXPECT_EQ(hotKeys.held(), "G12345Esc");
-}
-
 TEST_F(AppControllerTest, TheCapsuleStandsInForATrayUntilOneComesAndAgainOnceItHasGone) {
     home.write(".claude/settings.json", "{}");
     addFakeScreen(platform);
     controller.start();
-    const auto isShown = [&] {
-        scheduler.advance(Seconds(2));
-        return static_cast<FakeOverlayWindows &>(*platform.overlays).alive.first()->isVisible();
-    };
-    auto &host = static_cast<FakeStatusItemHost &>(*platform.statusItemHost);
-    EXPECT_TRUE(isShown());
-    host.setPresent(true);
-    EXPECT_FALSE(isShown());
-    host.setPresent(false);
-    EXPECT_TRUE(isShown());
+    EXPECT_TRUE(isOverlayShown());
+    statusItemHost().setPresent(true);
+    EXPECT_FALSE(isOverlayShown());
+    statusItemHost().setPresent(false);
+    EXPECT_TRUE(isOverlayShown());
     // A desktop whose panel is restarted.
-    host.setPresent(true);
-    EXPECT_FALSE(isShown());
-    host.setPresent(false);
+    statusItemHost().setPresent(true);
+    EXPECT_FALSE(isOverlayShown());
+    statusItemHost().setPresent(false);
     scheduler.advance(Seconds(0.5));
-    host.setPresent(true);
-    EXPECT_FALSE(isShown());
-    host.setPresent(false);
-    EXPECT_TRUE(isShown());
+    statusItemHost().setPresent(true);
+    EXPECT_FALSE(isOverlayShown());
+    statusItemHost().setPresent(false);
+    EXPECT_TRUE(isOverlayShown());
     connections.installHooks(claude);
-    EXPECT_FALSE(isShown());
+    EXPECT_FALSE(isOverlayShown());
 }
 
 } // namespace

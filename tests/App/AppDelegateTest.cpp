@@ -5,7 +5,6 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QWindow>
-#include <gtest/gtest.h>
 
 namespace morvane {
 namespace {
@@ -26,29 +25,11 @@ protected:
         return result;
     }
 
-    static QWidget *window(const char *title) {
-        for (QWidget *widget : QApplication::topLevelWidgets()) {
-            if (widget->windowTitle() == QLatin1String(title)) {
-                return widget;
-            }
-        }
-        return nullptr;
-    }
-
     static void close(const char *title) {
-        window(title)->close();
+        windowTitled(title)->close();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
-    bool isPanelOpen() {
-        scheduler.advance(Seconds(2));
-        const auto &overlays = static_cast<FakeOverlayWindows &>(*platform.overlays).alive;
-        return !overlays.isEmpty() && overlays.first()->isVisible();
-    }
-
-    FakeStatusItemHost &host() {
-        return static_cast<FakeStatusItemHost &>(*platform.statusItemHost);
-    }
     AppDelegate delegate{settings, platform};
 };
 
@@ -56,26 +37,26 @@ TEST_F(AppDelegateTest, WelcomesOnceWhateverBecomesOfTheWelcome) {
     home.write(".claude/settings.json", "{}");
     delegate.applicationDidFinishLaunching();
     EXPECT_EQ(titles(), QStringList{"Welcome to Morvane"});
-    EXPECT_EQ(window("Welcome to Morvane")->size(), QSize(540, 540));
+    EXPECT_EQ(windowTitled("Welcome to Morvane")->size(), QSize(540, 540));
     // Also for whoever quits now.
     EXPECT_TRUE(isStored("hasCompletedFirstRun"));
     scheduler.advance(Seconds(4000));
     EXPECT_FALSE(settings.knownAgents());
 
-    host().setPresent(true);
+    statusItemHost().setPresent(true);
     // Above the welcome while that is there, and an ordinary window from then on.
     delegate.applicationShouldHandleReopen();
-    const QWidget *asked = window("Morvane Settings");
+    const QWidget *asked = windowTitled("Morvane Settings");
     EXPECT_TRUE(asked->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
     // A window manager may ask twice before the window is gone.
     QCloseEvent request;
-    QCoreApplication::sendEvent(window("Welcome to Morvane")->windowHandle(), &request);
+    QCoreApplication::sendEvent(windowTitled("Welcome to Morvane")->windowHandle(), &request);
     close("Welcome to Morvane");
     EXPECT_TRUE(asked->isVisible());
     EXPECT_FALSE(asked->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
     EXPECT_EQ(settings.knownAgents(), QStringList{"claude"});
-    EXPECT_EQ(window("Welcome to Morvane"), nullptr);
-    EXPECT_FALSE(isPanelOpen());
+    EXPECT_EQ(windowTitled("Welcome to Morvane"), nullptr);
+    EXPECT_FALSE(isOverlayShown());
 }
 
 TEST_F(AppDelegateTest, OffersNewAgentsButNotOverAnOffer) {
@@ -104,18 +85,18 @@ TEST_F(AppDelegateTest, ShowsItsSettingsWhenStartedAgainAndThePanelWhereNoIconLe
     constexpr const char *title = "Morvane Settings";
     settings.setHasCompletedFirstRun(true);
     delegate.applicationDidFinishLaunching();
-    host().setPresent(true);
+    statusItemHost().setPresent(true);
     delegate.applicationShouldHandleReopen();
     EXPECT_EQ(titles(), QStringList{title});
-    EXPECT_FALSE(isPanelOpen());
+    EXPECT_FALSE(isOverlayShown());
 
-    window(title)->resize(700, 500);
+    windowTitled(title)->resize(700, 500);
     close(title);
     settings.setShowMenuBarIcon(false);
     delegate.applicationShouldHandleReopen();
     EXPECT_EQ(titles(), QStringList{title});
-    EXPECT_EQ(window(title)->size(), QSize(700, 500));
-    EXPECT_TRUE(isPanelOpen());
+    EXPECT_EQ(windowTitled(title)->size(), QSize(700, 500));
+    EXPECT_TRUE(isOverlayShown());
 }
 
 TEST_F(AppDelegateTest, StartsWithoutAScreen) {

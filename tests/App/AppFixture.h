@@ -4,6 +4,7 @@
 #include "App/FakePlatform.h"
 #include "Core/Settings/Defaults.h"
 #include "Core/Settings/MorvaneSettings.h"
+#include "Support/AccessibleControls.h"
 #include "Support/ManualScheduler.h"
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"
@@ -43,6 +44,16 @@ protected:
     void makeReadOnly(const char *path, bool readOnly = true) const {
         QFile::setPermissions(home.path(QLatin1String(path)),
                               readOnly ? QFile::ReadOwner : QFile::ReadOwner | QFile::WriteOwner);
+    }
+
+    FakeStatusItemHost &statusItemHost() {
+        return static_cast<FakeStatusItemHost &>(*platform.statusItemHost);
+    }
+    /// Whether the capsule or its panel is in sight once it has had the time to come or go.
+    bool isOverlayShown() {
+        scheduler.advance(Seconds(2));
+        const auto &overlays = static_cast<FakeOverlayWindows &>(*platform.overlays).alive;
+        return !overlays.isEmpty() && overlays.first()->isVisible();
     }
 
     TemporaryHome home;

@@ -5,7 +5,6 @@
 
 #include <QMenu>
 #include <QSystemTrayIcon>
-#include <gtest/gtest.h>
 
 namespace morvane {
 namespace {

@@ -28,14 +28,7 @@ protected:
                 QByteArray(64, 's').toBase64() + "\"}"});
     }
 
-    FormButton *button(const QString &text) {
-        for (FormButton *button : window.findChildren<FormButton *>()) {
-            if (button->isVisible() && button->text().remove(u'&') == text) {
-                return button;
-            }
-        }
-        return nullptr;
-    }
+    FormButton *button(const char *text) { return shownControl<FormButton>(window, text); }
 
     FakeHttpsClient https;
     FakeTools tools;

@@ -14,7 +14,6 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QWheelEvent>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 
@@ -32,11 +31,7 @@ protected:
         if (!isNewcomer) {
             delegate.applicationShouldHandleReopen();
         }
-        for (QWidget *widget : QApplication::topLevelWidgets()) {
-            if (widget->windowTitle() == QLatin1String(title)) {
-                window = widget;
-            }
-        }
+        window = windowTitled(title);
         ASSERT_NE(window, nullptr);
     }
 
@@ -45,20 +40,8 @@ protected:
         open("Morvane Settings");
     }
 
-    template <typename Button>
-    static Button *find(const QWidget *parent, const QString &text) {
-        for (Button *button : parent->findChildren<Button *>()) {
-            const QString name = button->accessibleName();
-            const bool isIt = (name.isEmpty() ? button->text().remove(u'&') : name) == text;
-            if (isIt && button->isVisibleTo(parent)) {
-                return button;
-            }
-        }
-        return nullptr;
-    }
-
-    ToggleRow *toggle(const char *text) { return find<ToggleRow>(window, text); }
-    QPushButton *button(const char *text) { return find<QPushButton>(window, text); }
+    ToggleRow *toggle(const char *text) { return shownControl<ToggleRow>(*window, text); }
+    QPushButton *button(const char *text) { return shownControl<QPushButton>(*window, text); }
 
     bool reads(const QString &part) {
         return std::ranges::any_of(
@@ -95,13 +78,7 @@ protected:
     QString keyName() const { return window->findChild<KeyField *>()->accessibleName(); }
 
     static QMessageBox *alert() {
-        for (QWidget *widget : QApplication::topLevelWidgets()) {
-            auto *box = qobject_cast<QMessageBox *>(widget);
-            if (box != nullptr && box->isVisible()) {
-                return box;
-            }
-        }
-        return nullptr;
+        return qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
     }
 
     AppDelegate delegate{settings, platform};
@@ -198,19 +175,6 @@ TEST_F(WindowsTest, NamesEveryControlOfTheSettings) {
     EXPECT_EQ(AccessibleControls(*alert()).faults(), QStringList());
 }
 
-TEST_F(WindowsTest, NamesEveryControlOfTheWelcome) {
-    home.write(".claude/settings.json", "{}");
-    open("Welcome to Morvane");
-    const QList<int> counts{1, 3, 3};
-    for (int page = 0; page < counts.size(); ++page) {
-        window->findChild<OnboardingView *>()->go(page);
-        scheduler.advance(Seconds(1));
-        const AccessibleControls controls(*window);
-        EXPECT_EQ(controls.faults(), QStringList());
-        EXPECT_EQ(controls.count(), counts[page]);
-    }
-}
-
 TEST_F(WindowsTest, TakesTheKeyThatIsPressedForThePanel) {
     constexpr quint32 kPlace = 37;
     openSettings();
@@ -295,7 +259,7 @@ TEST_F(WindowsTest, OffersANewcomerNoKeyThatDoesNothing) {
     scheduler.advance(Seconds(1));
     EXPECT_TRUE(reads("Hover the capsule to open the panel."));
     EXPECT_FALSE(reads("Ctrl 1–5"));
-    static_cast<FakeStatusItemHost &>(*platform.statusItemHost).setPresent(true);
+    statusItemHost().setPresent(true);
     EXPECT_TRUE(reads("Click the alien in the tray to open the panel."));
     // The person answers the desktop's question only now.
     hotKeys.setUsual(HotKeys::State::works);
@@ -344,7 +308,7 @@ TEST_F(WindowsTest, RemovesEverythingOnlyWhenTold) {
 
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     button("Remove Morvane")->click();
-    find<QPushButton>(alert(), "Remove and Quit")->click();
+    shownControl<QPushButton>(*alert(), "Remove and Quit")->click();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     ASSERT_NE(alert(), nullptr);
     EXPECT_EQ(alert()->text(), "Morvane removed");
@@ -359,7 +323,13 @@ TEST_F(WindowsTest, WalksANewcomerThroughToAConnectedAgent) {
     home.write(".claude/settings.json", "{}");
     open("Welcome to Morvane");
     const auto *view = window->findChild<OnboardingView *>();
+    const auto namedControls = [this] {
+        const AccessibleControls controls(*window);
+        EXPECT_EQ(controls.faults(), QStringList());
+        return controls.count();
+    };
     EXPECT_TRUE(reads("Everything stays on this computer."));
+    EXPECT_EQ(namedControls(), 1);
     EXPECT_EQ(button("Back"), nullptr);
 
     // Held down, it goes on once.
@@ -369,17 +339,14 @@ TEST_F(WindowsTest, WalksANewcomerThroughToAConnectedAgent) {
     }
     scheduler.advance(Seconds(1));
     EXPECT_TRUE(reads("Connect your agents"));
+    EXPECT_EQ(namedControls(), 3);
     EXPECT_FALSE(reads("Everything stays on this computer."));
     button("Connect Claude Code")->click();
     EXPECT_NE(button("Disconnect Claude Code"), nullptr);
     EXPECT_EQ(view->step(), 1);
     EXPECT_EQ(tabOrder(), (QStringList{"Disconnect Claude Code", "Back", "Continue →"}));
     // What the welcome speaks of stays to be seen.
-    const auto isCapsuleShown = [this] {
-        scheduler.advance(Seconds(2));
-        return static_cast<FakeOverlayWindows &>(*platform.overlays).alive.first()->isVisible();
-    };
-    EXPECT_TRUE(isCapsuleShown());
+    EXPECT_TRUE(isOverlayShown());
 
     button("Continue →")->click();
     // While the page is still on its way the next press counts too.
@@ -389,13 +356,14 @@ TEST_F(WindowsTest, WalksANewcomerThroughToAConnectedAgent) {
     EXPECT_TRUE(view->forward());
     scheduler.advance(Seconds(1));
     EXPECT_TRUE(reads("You're set"));
+    EXPECT_EQ(namedControls(), 3);
     EXPECT_TRUE(reads("Hover the capsule, or press"));
     // The desktop says that it has a tray when the welcome has long been there.
-    static_cast<FakeStatusItemHost &>(*platform.statusItemHost).setPresent(true);
+    statusItemHost().setPresent(true);
     EXPECT_TRUE(reads("Click the alien in the tray, or press"));
     button("Done")->click();
     EXPECT_FALSE(window->isVisible());
-    EXPECT_FALSE(isCapsuleShown());
+    EXPECT_FALSE(isOverlayShown());
     EXPECT_EQ(settings.knownAgents(), QStringList{"claude"});
 }
 

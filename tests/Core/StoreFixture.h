@@ -1,12 +1,9 @@
 #pragma once
 
 #include "Core/Sessions/SessionStore.h"
-#include "Core/Settings/Defaults.h"
-#include "Core/Settings/MorvaneSettings.h"
+#include "Support/CoreWorld.h"
 #include "Support/EventBuilder.h"
-#include "Support/ManualScheduler.h"
 #include "Support/Printing.h"
-#include "Support/TemporaryHome.h"
 
 #include <gtest/gtest.h>
 
@@ -33,8 +30,17 @@ inline QString nameOf(const AgentDecision &decision) {
     return result;
 }
 
+/// The ids of what is listed, one behind the other.
+QString ids(const auto &list) {
+    QString result;
+    for (const auto &entry : list) {
+        result += entry.id;
+    }
+    return result;
+}
+
 /// A store in surroundings of the test's making, and a record of all that it tells.
-class StoreFixture : public testing::Test {
+class StoreFixture : public testing::Test, protected CoreWorld {
 protected:
     using Kind = CanonicalEvent;
 
@@ -62,16 +68,21 @@ protected:
     void apply(const EventBuilder &event) { store.apply(event); }
     void apply(Kind kind) { store.apply(EventBuilder(kind)); }
 
+    /// Lets the oldest read of a transcript that still runs end.
+    void finishRead(const TranscriptInfo &info = {}) {
+        ASSERT_FALSE(running.empty());
+        const auto use = running.front();
+        running.erase(running.begin());
+        use(info);
+    }
+    void finishRead(const char *words) { finishRead({{}, words, {}, {}, {}}); }
+
     /// What has been recorded since the last time.
     template <typename Record>
     static Record take(Record &record) {
         return std::exchange(record, Record());
     }
 
-    TemporaryHome home;
-    Defaults defaults{home.path("defaults"), "test.domain"};
-    MorvaneSettings settings{defaults};
-    ManualScheduler scheduler;
     SessionStore store{
         settings,
         {[](const QString &cwd) {

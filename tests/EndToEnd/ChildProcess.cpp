@@ -63,6 +63,10 @@ QByteArray ChildProcess::output() {
     return m_process.readAllStandardOutput();
 }
 
+std::optional<QByteArray> ChildProcess::outputAtEnd() {
+    return wait() == 0 ? std::optional(output()) : std::nullopt;
+}
+
 void ChildProcess::kill() {
     m_process.kill();
     m_process.waitForFinished(patience);

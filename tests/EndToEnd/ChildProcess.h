@@ -35,6 +35,9 @@ public:
     /// All of the output that hasn't been read. Complete after `wait`.
     QByteArray output();
 
+    /// The same, once it has ended well; none when it hasn't.
+    std::optional<QByteArray> outputAtEnd();
+
     /// Asks it to end, and doesn't wait.
     void terminate() { m_process.terminate(); }
 

@@ -16,11 +16,11 @@ protected:
 
     /// Where the visible object of this role and name is.
     std::optional<QRect> find(const QString &role, const QString &name) const {
-        const auto finder = start(QStringList{FIND_ACCESSIBLE, "--extents", role, name});
-        if (finder->wait() != 0) {
+        const auto told = start({FIND_ACCESSIBLE, "--extents", role, name})->outputAtEnd();
+        if (!told) {
             return std::nullopt;
         }
-        const QList<QByteArray> numbers = finder->output().simplified().split(' ');
+        const QList<QByteArray> numbers = told->simplified().split(' ');
         return QRect(numbers.value(0).toInt(), numbers.value(1).toInt(), numbers.value(2).toInt(),
                      numbers.value(3).toInt());
     }

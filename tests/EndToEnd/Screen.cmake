@@ -3,7 +3,7 @@ add_library(end_to_end_support STATIC
   ChildProcess.cpp ChildProcess.h
   ProgramHome.cpp ProgramHome.h
   VirtualDisplay.cpp VirtualDisplay.h
-  WindowManager.cpp WindowManager.h
+  WindowManager.h
 )
 target_include_directories(end_to_end_support PUBLIC ${PROJECT_SOURCE_DIR}/tests)
 target_link_libraries(end_to_end_support
@@ -18,7 +18,7 @@ add_executable(screen_tests
   TrayTest.cpp
 )
 target_link_libraries(screen_tests PRIVATE
-  morvane_options end_to_end_support GTest::gtest_main Qt6::DBus)
+  morvane_options end_to_end_support loop_test_main Qt6::DBus)
 target_compile_definitions(screen_tests PRIVATE
   MORVANE="$<TARGET_FILE:morvane>"
   NOTCHED_MORVANE="$<TARGET_FILE:notched_morvane>"

@@ -35,13 +35,12 @@ protected:
     void movePointerAway() const { display->movePointer({10, 790}); }
 
     /// Clicks an object once it is there.
-    testing::AssertionResult click(const char *role, const char *name) const {
-        const QString text = QString::fromUtf8(name);
-        if (!waitUntil([&] { return find(role, text).has_value(); })) {
-            return testing::AssertionFailure() << "there is no " << role << " \"" << name << "\"";
+    bool click(const QString &role, const QString &name) const {
+        std::optional<QRect> place;
+        if (waitUntil([&] { return (place = find(role, name)).has_value(); })) {
+            display->click(place->center());
         }
-        display->click(find(role, text).value_or(QRect()).center());
-        return testing::AssertionSuccess();
+        return place.has_value();
     }
 };
 
@@ -66,8 +65,7 @@ TEST_P(ManagedScreenTest, TakesNoKeyFromTheTerminalWhileARequestIsAllowed) {
     EXPECT_TRUE(terminalHasKeyboard());
 
     ASSERT_TRUE(click("button", "Allow"));
-    EXPECT_EQ(hook->wait(), 0);
-    EXPECT_EQ(hook->output(), allowAnswer);
+    EXPECT_EQ(hook->outputAtEnd(), allowAnswer);
     EXPECT_TRUE(terminalHasKeyboard());
 
     movePointerAway();
@@ -91,8 +89,7 @@ TEST_P(ManagedScreenTest, AClickThatComesTooSoonAllowsNothing) {
     QByteArray other(permissionRequest);
     other.replace("toolu_1", "toolu_2").replace("make", "rm -rf ~");
     const auto harmful = start(home.hook({"claude", "PermissionRequest", "decide"}), other);
-    EXPECT_EQ(harmless->wait(), 0);
-    EXPECT_EQ(harmless->output(), "");
+    EXPECT_EQ(harmless->outputAtEnd(), "");
     EXPECT_TRUE(waitUntil([&] {
         display->click(allow);
         return !harmful->isRunning();
@@ -102,9 +99,8 @@ TEST_P(ManagedScreenTest, AClickThatComesTooSoonAllowsNothing) {
 }
 
 TEST_P(ManagedScreenTest, ARenameHasTheKeyboardUntilItEnds) {
-    const auto hook = start(home.hook({"claude", "UserPromptSubmit"}),
-                            R"({"session_id":"s","cwd":"/srv/webshop","prompt":"Pay"})");
-    EXPECT_EQ(hook->wait(), 0);
+    const QByteArray prompt = R"({"session_id":"s","cwd":"/srv/webshop","prompt":"Pay"})";
+    EXPECT_EQ(start(home.hook({"claude", "UserPromptSubmit"}), prompt)->wait(), 0);
     movePointerToTab();
     ASSERT_TRUE(click("button", "Rename"));
     EXPECT_TRUE(waitUntil([this] { return !terminalHasKeyboard(); }));
@@ -118,8 +114,8 @@ TEST_P(ManagedScreenTest, ARenameHasTheKeyboardUntilItEnds) {
     EXPECT_EQ(received(), "typed");
     EXPECT_TRUE(waitUntil([this] { return !isOpen(); }));
     movePointerToTab();
-    const auto row = QString::fromUtf8("Invoices, working… · Pay");
-    EXPECT_TRUE(waitUntil([&] { return find("button", row).has_value(); }));
+    EXPECT_TRUE(
+        waitUntil([this] { return find("button", "Invoices, working… · Pay").has_value(); }));
 }
 
 TEST_P(ManagedScreenTest, AnswersByTheKeyboardAloneWhichTheTerminalHasBackThen) {
@@ -131,8 +127,7 @@ TEST_P(ManagedScreenTest, AnswersByTheKeyboardAloneWhichTheTerminalHasBackThen) 
     display->press("Down");
     display->press("Right");
     display->press("Return");
-    EXPECT_EQ(hook->wait(), 0);
-    EXPECT_EQ(hook->output(), allowAnswer);
+    EXPECT_EQ(hook->outputAtEnd(), allowAnswer);
     EXPECT_TRUE(isOpen());
     display->press("Escape");
     EXPECT_TRUE(waitUntil([this] { return terminalHasKeyboard(); }));
@@ -150,8 +145,7 @@ TEST_F(ScreenTest, ADigitAnswersAndTheTerminalGetsNothingOfIt) {
     display->press(panelKey);
     ASSERT_TRUE(waitUntil([this] { return find("button", "Allow").has_value(); }));
     display->press("ctrl+2");
-    EXPECT_EQ(hook->wait(), 0);
-    EXPECT_EQ(hook->output(), allowAnswer);
+    EXPECT_EQ(hook->outputAtEnd(), allowAnswer);
     EXPECT_EQ(received(), "");
 }
 
@@ -168,8 +162,7 @@ TEST_F(ScreenTest, AScreenReaderOpensAndAnswersByActionsAlone) {
     ASSERT_TRUE(act("Press", "filler", "Morvane"));
     EXPECT_TRUE(waitUntil([this] { return isOpen(); }));
     ASSERT_TRUE(act("Press", "button", "Allow Bash in session"));
-    EXPECT_EQ(hook->wait(), 0);
-    EXPECT_EQ(hook->output(), allowAnswer);
+    EXPECT_EQ(hook->outputAtEnd(), allowAnswer);
 }
 
 TEST_P(ManagedScreenTest, LetsClicksBesideItsRoundedCornersThrough) {
@@ -191,8 +184,7 @@ TEST_F(ScreenTest, OpensThePanelWhenStartedAgain) {
     EXPECT_FALSE(isOpen());
     // What was last typed, and where, must not keep the window that is asked for in the background.
     EXPECT_EQ(display->type("morvane")->wait(), 0);
-    const auto second = start({MORVANE});
-    EXPECT_EQ(second->wait(), 0);
+    EXPECT_EQ(start({MORVANE})->wait(), 0);
     EXPECT_TRUE(waitUntil([this] { return isOpen() && find("button", "Allow"); }));
     EXPECT_TRUE(waitUntil([this] { return display->focusedTitle() == "Morvane Settings"; }));
     EXPECT_TRUE(program->isRunning());

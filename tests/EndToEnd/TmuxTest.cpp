@@ -8,13 +8,11 @@
 #include "Support/FakeHostWindows.h"
 #include "Support/ManualScheduler.h"
 #include "Support/Printing.h"
+#include "Support/TemporaryHome.h"
 #include "Support/WaitUntil.h"
 
-#include <QCoreApplication>
-#include <QFile>
 #include <QProcess>
 #include <QStandardPaths>
-#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -60,7 +58,7 @@ protected:
 
     /// Attaches a terminal to a tmux session; the terminal's device.
     QString attach(const QString &session) {
-        const QString told = m_folder.filePath(session + ".tty");
+        const QString told = m_folder.path(session + ".tty");
         auto client = std::make_unique<QProcess>();
         auto environment = QProcessEnvironment::systemEnvironment();
         environment.insert("TERM", "xterm");
@@ -73,18 +71,11 @@ protected:
         EXPECT_TRUE(becomesTrue([&] {
             return tmux({"list-clients", "-F", "#{client_session}"}).contains(session);
         }));
-        return QString::fromUtf8(contents(told)).trimmed();
+        return QString::fromUtf8(m_folder.read(session + ".tty")).trimmed();
     }
 
-    static QByteArray contents(const QString &path) {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-
-    int argumentCount = 0;
-    QCoreApplication application{argumentCount, nullptr};
-    QTemporaryDir m_folder;
-    QString m_socket = m_folder.filePath("socket");
+    TemporaryHome m_folder;
+    QString m_socket = m_folder.path("socket");
     std::vector<std::unique_ptr<QProcess>> m_clients;
     ManualScheduler scheduler;
     BoundedTools tools{scheduler};
@@ -125,11 +116,11 @@ TEST_F(TmuxTest, AJumpSelectsThePaneAndComesToTheTerminalThatShowsIt) {
 
 /// The program takes keys as agents do: raw, and with pastes marked as such.
 TEST_F(TmuxTest, RepliesArriveAsTheyAreOneAfterTheOther) {
-    const QString typed = m_folder.filePath("typed");
     Session session;
-    session.pane = open({"new-session", "-d", "-s", "one"},
-                        "stty raw -echo; printf '\\033[?2004h'; exec cat >" + typed);
-    EXPECT_TRUE(becomesTrue([&] { return QFile::exists(typed); }));
+    session.pane =
+        open({"new-session", "-d", "-s", "one"},
+             "stty raw -echo; printf '\\033[?2004h'; exec cat >" + m_folder.path("typed"));
+    EXPECT_TRUE(becomesTrue([&] { return QFile::exists(m_folder.path("typed")); }));
     // Somebody looks back in the pane, where keys mean something else.
     tmux({"copy-mode", "-t", *session.pane.tmux});
     ManualScheduler pauses;
@@ -158,8 +149,8 @@ TEST_F(TmuxTest, RepliesArriveAsTheyAreOneAfterTheOther) {
         pauses.advance(Seconds(1));
         return sent == 3 * texts.size();
     }));
-    EXPECT_TRUE(becomesTrue([&] { return contents(typed).size() >= expected.size(); }));
-    EXPECT_EQ(contents(typed).toStdString(), expected.toStdString());
+    EXPECT_TRUE(becomesTrue([&] { return m_folder.read("typed").size() >= expected.size(); }));
+    EXPECT_EQ(m_folder.read("typed").toStdString(), expected.toStdString());
     EXPECT_EQ(tmux({"list-buffers"}), "");
 }
 

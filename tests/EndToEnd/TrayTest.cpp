@@ -2,12 +2,8 @@
 #include "Support/Printing.h"
 #include "Support/TrayWatcher.h"
 
-#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QTimer>
-#include <gtest/gtest.h>
-
-#include <utility>
 
 namespace morvane {
 namespace {
@@ -17,8 +13,11 @@ constexpr const char *menuInterface = "com.canonical.dbusmenu";
 /// The program on a desktop whose tray comes and goes, and what a person would see of its menu.
 class TrayTest : public ProgramOnScreen {
 protected:
-    /// Each with its check mark, its text and its key, and with its number.
-    using Items = QList<std::pair<QString, int>>;
+    /// Its items: the check mark, the text and the key of each, and the number.
+    struct Menu {
+        QStringList lines;
+        QList<int> ids;
+    };
 
     void startAll() override {
         program = start({MORVANE});
@@ -41,8 +40,8 @@ protected:
         message.setArguments(arguments);
         return bus.call(message, QDBus::BlockWithGui).arguments().value(result);
     }
-    Items items() const {
-        Items result;
+    Menu menu() const {
+        Menu result;
         const QVariant layout = ask("GetLayout", {0, -1, QStringList()}, 1);
         if (layout.canConvert<QDBusArgument>()) {
             read(layout.value<QDBusArgument>(), -1, result);
@@ -50,7 +49,7 @@ protected:
         return result;
     }
     /// The root is no item of its own.
-    static void read(const QDBusArgument &layout, qsizetype depth, Items &into) {
+    static void read(const QDBusArgument &layout, qsizetype depth, Menu &into) {
         int id = 0;
         QVariantMap of;
         layout.beginStructure();
@@ -58,9 +57,9 @@ protected:
         if (depth >= 0 && of["type"] != "separator" && of.value("visible", true).toBool()) {
             const QString mark = of["toggle-state"].toInt() == 1 ? "[x] " : "";
             const QString keys = qdbus_cast<QList<QStringList>>(of["shortcut"]).value(0).join('+');
-            into.append({QString(2 * depth, ' ') + mark + of["label"].toString().remove('_') +
-                             (keys.isEmpty() ? "" : " <" + keys + ">"),
-                         id});
+            into.lines << QString(2 * depth, ' ') + mark + of["label"].toString().remove('_') +
+                              (keys.isEmpty() ? "" : " <" + keys + ">");
+            into.ids << id;
         }
         layout.beginArray();
         while (!layout.atEnd()) {
@@ -73,25 +72,12 @@ protected:
     }
 
     void openMenu() const { ask("AboutToShow", {0}); }
-    QStringList menu() const {
-        QStringList result;
-        for (const auto &[line, id] : items()) {
-            result.append(line);
-        }
-        return result;
-    }
-    void click(const QString &wanted) const {
-        for (const auto &[line, id] : items()) {
-            if (line == wanted) {
-                ask("Event", {id, "clicked", QVariant::fromValue(QDBusVariant(0)), 0u});
-            }
-        }
+    void click(const QString &line) const {
+        const Menu now = menu();
+        const int id = now.ids.value(now.lines.indexOf(line), -1);
+        ask("Event", {id, "clicked", QVariant::fromValue(QDBusVariant(0)), 0u});
     }
 
-    int count = 1;
-    char name[5] = "test";
-    char *arguments[2] = {name, nullptr};
-    QCoreApplication application{count, arguments};
     QDBusConnection bus{"none yet"};
     std::unique_ptr<TrayWatcher> tray;
 };
@@ -101,9 +87,9 @@ TEST_F(TrayTest, ComesBackWithATrayAndKeepsItsMenuTrueWhileThatIsOpen) {
     tray.reset();
     ASSERT_NO_FATAL_FAILURE(openTray());
     openMenu();
-    EXPECT_EQ(menu().mid(1), (QStringList{"Open Morvane <Super+Shift+G>", "Settings… <Control+,>",
-                                          "Connected agents — 1", "  [x] Claude Code",
-                                          "Quit Morvane <Control+Q>"}));
+    EXPECT_EQ(menu().lines.mid(1), (QStringList{"Open Morvane <Super+Shift+G>",
+                                                "Settings… <Control+,>", "Connected agents — 1",
+                                                "  [x] Claude Code", "Quit Morvane <Control+Q>"}));
 
     // Only a slot can be told of a signal; this one is called when the menu is not as it was.
     QTimer change;
@@ -113,12 +99,12 @@ TEST_F(TrayTest, ComesBackWithATrayAndKeepsItsMenuTrueWhileThatIsOpen) {
     click("  [x] Claude Code");
     EXPECT_TRUE(becomesTrue([&] { return change.isActive(); }));
     EXPECT_TRUE(becomesTrue([this] {
-        return menu().mid(3, 2) == QStringList{"Connected agents — none", "  Claude Code"};
+        return menu().lines.mid(3, 2) == QStringList{"Connected agents — none", "  Claude Code"};
     }));
 
     home.write(".codex/config.toml", "");
     openMenu();
-    EXPECT_TRUE(becomesTrue([this] { return menu().contains("  Codex"); }));
+    EXPECT_TRUE(becomesTrue([this] { return menu().lines.contains("  Codex"); }));
     // A host that draws no menus asks for it.
     const auto windows = [this] {
         const auto search = start({"xdotool", "search", "--onlyvisible", "--class", "^morvane$"});

@@ -9,14 +9,6 @@
 
 namespace morvane {
 
-namespace {
-
-QStringList coordinates(const QPoint &position) {
-    return {QString::number(position.x()), QString::number(position.y())};
-}
-
-} // namespace
-
 VirtualDisplay::VirtualDisplay(QProcessEnvironment environment, const WindowManager &manager)
     : m_environment(std::move(environment)), m_manager(manager) {
     // Without -noreset it would start over, under the feet of who is just coming, whenever its last
@@ -55,12 +47,12 @@ QStringList VirtualDisplay::missingPrograms(const WindowManager &manager) {
 }
 
 void VirtualDisplay::movePointer(const QPoint &position) const {
-    control(QStringList{"mousemove"} + coordinates(position));
+    control({"mousemove", QString::number(position.x()), QString::number(position.y())});
 }
 
 void VirtualDisplay::click(const QPoint &position, int button) const {
-    control(QStringList{"mousemove"} + coordinates(position) +
-            QStringList{"click", QString::number(button)});
+    control({"mousemove", QString::number(position.x()), QString::number(position.y()), "click",
+             QString::number(button)});
 }
 
 void VirtualDisplay::press(const QString &key) const {
@@ -81,18 +73,11 @@ void VirtualDisplay::goToDesktop(int index) const {
 }
 
 void VirtualDisplay::setMonitor(const QString &name, const QRect &place) const {
-    const QString geometry = QStringLiteral("%1/300x%2/200+%3+%4")
-                                 .arg(place.width())
-                                 .arg(place.height())
-                                 .arg(place.x())
-                                 .arg(place.y());
+    const QString geometry = QString::asprintf("%d/300x%d/200+%d+%d", place.width(), place.height(),
+                                               place.x(), place.y());
     // Only one of them can have the one output that there is.
     const bool isFirst = place.topLeft().isNull();
     run({"xrandr", "--setmonitor", name, geometry, isFirst ? "screen" : "none"});
-}
-
-void VirtualDisplay::removeMonitor(const QString &name) const {
-    run({"xrandr", "--delmonitor", name});
 }
 
 bool VirtualDisplay::run(const QStringList &command) const {
@@ -110,7 +95,7 @@ bool VirtualDisplay::bringToFront(const QString &title) const {
 }
 
 QByteArray VirtualDisplay::focusedTitle() const {
-    return control({"getwindowfocus", "getwindowname"}).value_or(QByteArray());
+    return control({"getwindowfocus", "getwindowname"}).value_or(QByteArray()).trimmed();
 }
 
 std::unique_ptr<ChildProcess> VirtualDisplay::start(const QByteArray &command) const {
@@ -119,8 +104,7 @@ std::unique_ptr<ChildProcess> VirtualDisplay::start(const QByteArray &command) c
 }
 
 std::optional<QByteArray> VirtualDisplay::control(const QStringList &arguments) const {
-    ChildProcess xdotool(QStringList{"xdotool"} + arguments, m_environment);
-    return xdotool.wait() == 0 ? std::optional(xdotool.output().trimmed()) : std::nullopt;
+    return ChildProcess(QStringList{"xdotool"} + arguments, m_environment).outputAtEnd();
 }
 
 } // namespace morvane

@@ -45,7 +45,6 @@ public:
 
     /// Divides the screen, which is 1280 by 800, into monitors. One must be at its upper left.
     void setMonitor(const QString &name, const QRect &place) const;
-    void removeMonitor(const QString &name) const;
 
     /// Runs a program to its end; true when it reports success.
     bool run(const QStringList &command) const;

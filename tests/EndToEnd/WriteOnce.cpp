@@ -9,7 +9,8 @@
 
 #include <QTextStream>
 
-#include <array>
+#include <map>
+#include <string_view>
 
 // write_once WRITER [AGENT]: writes one thing in the home folder of the environment. The status
 // tells whether it is written; standard error may say why it isn't. A program of its own, so that
@@ -34,14 +35,6 @@ Outcome afterWriting(const QString &key) {
     return isStored ? std::nullopt : std::optional(Failure{QStringLiteral("not stored")});
 }
 
-Outcome connectAgent(const char *agent) {
-    return installer(agent).install();
-}
-
-Outcome disconnectAgent(const char *agent) {
-    return installer(agent).uninstall();
-}
-
 Outcome writeDefaults(const char *) {
     Defaults::standard().setValue(QStringLiteral("soundVolume"), 0.5);
     return afterWriting(QStringLiteral("soundVolume"));
@@ -55,43 +48,34 @@ Outcome writeHistory(const char *) {
     return afterWriting(QStringLiteral("completedHistory"));
 }
 
-Outcome writeScripts(const char *) {
-    return ForwarderScripts(QStringLiteral("token"), 40123).writeHookScript();
-}
-
-Outcome startAtLogin(const char *) {
-    return AutostartEntry(QStringLiteral("/usr/bin/morvane")).registerItem();
-}
-
-Outcome dontStartAtLogin(const char *) {
-    return AutostartEntry(QStringLiteral("/usr/bin/morvane")).unregisterItem();
-}
-
 Outcome keepUpdate(const char *) {
     const auto kept = UpdatePackage::keep(QByteArray(200'000, 'd'), QStringLiteral("2.0"));
     const auto *failure = kept.failure();
     return failure ? std::optional(*failure) : std::nullopt;
 }
 
-struct Writer {
-    std::string_view name;
-    Outcome (*write)(const char *agent);
-};
+AutostartEntry autostart() {
+    return AutostartEntry(QStringLiteral("/usr/bin/morvane"));
+}
 
-constexpr std::array writers{
-    Writer{"connect", connectAgent},          Writer{"disconnect", disconnectAgent},
-    Writer{"defaults", writeDefaults},        Writer{"history", writeHistory},
-    Writer{"scripts", writeScripts},          Writer{"autostart", startAtLogin},
-    Writer{"no-autostart", dontStartAtLogin}, Writer{"update", keepUpdate}};
+const std::map<std::string_view, Outcome (*)(const char *agent)> writers{
+    {"connect", [](const char *agent) { return installer(agent).install(); }},
+    {"disconnect", [](const char *agent) { return installer(agent).uninstall(); }},
+    {"defaults", writeDefaults},
+    {"history", writeHistory},
+    {"scripts", [](const char *) { return ForwarderScripts("token", 40123).writeHookScript(); }},
+    {"autostart", [](const char *) { return autostart().registerItem(); }},
+    {"no-autostart", [](const char *) { return autostart().unregisterItem(); }},
+    {"update", keepUpdate}};
 
 } // namespace
 
 int main(int argc, char **argv) {
-    const auto *const writer = std::ranges::find(writers, argc > 1 ? argv[1] : "", &Writer::name);
+    const auto writer = writers.find(argc > 1 ? argv[1] : "");
     if (writer == writers.end()) {
         return 2;
     }
-    const auto failure = writer->write(argc > 2 ? argv[2] : "");
+    const auto failure = writer->second(argc > 2 ? argv[2] : "");
     if (failure) {
         QTextStream(stderr) << failure->message << '\n';
     }

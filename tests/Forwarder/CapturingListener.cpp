@@ -1,17 +1,17 @@
 #include "CapturingListener.h"
 
 #include "Core/Intake/HttpRequestParser.h"
+#include "Support/HttpClient.h"
 
-#include <algorithm>
+#include <QByteArrayList>
+
 #include <array>
-#include <cctype>
 #include <chrono>
 #include <cstdlib>
 #include <netdb.h>
 #include <netinet/in.h>
 #include <poll.h>
 #include <set>
-#include <sstream>
 #include <sys/eventfd.h>
 #include <sys/fsuid.h>
 #include <sys/socket.h>
@@ -27,13 +27,11 @@ constexpr std::chrono::seconds patience{20};
 /// All of them, their names in lower case; the parser tells only those that the server reads.
 std::map<std::string, std::string> headersIn(const std::string &request) {
     std::map<std::string, std::string> result;
-    std::istringstream head(request.substr(0, request.find("\r\n\r\n")));
-    std::string line;
-    for (std::getline(head, line); std::getline(head, line);) {
-        std::string name = line.substr(0, line.find(": "));
-        std::ranges::transform(name, name.begin(), [](unsigned char c) { return std::tolower(c); });
-        line.erase(0, name.size() + 2);
-        result[name] = line.substr(0, line.find('\r'));
+    const auto head = QByteArray::fromStdString(request.substr(0, request.find("\r\n\r\n")));
+    for (const QByteArray &line : head.split('\n').mid(1)) {
+        const QByteArray name = line.left(line.indexOf(": "));
+        const QByteArray value = line.mid(name.size() + 2).split('\r').first();
+        result[name.toLower().toStdString()] = value.toStdString();
     }
     return result;
 }
@@ -90,14 +88,8 @@ CapturedRequest CapturingListener::take() {
 
 bool CapturingListener::hasHeardNothing() {
     const std::string question = "GET /heard HTTP/1.1";
-    sockaddr_in address{AF_INET, htons(m_port), {htonl(INADDR_LOOPBACK)}, {}};
-    const int connection = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (connect(connection, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0)
-        return false;
-    send(connection, (question + "\r\n\r\n").data(), question.size() + 4, MSG_NOSIGNAL);
-    const bool isFirst = take().requestLine == question;
-    close(connection);
-    return isFirst;
+    HttpClient client(m_port);
+    return client.send(question + "\r\n\r\n") && take().requestLine == question;
 }
 
 bool CapturingListener::awaitHangUp() {
@@ -138,10 +130,8 @@ void CapturingListener::handle(int connection) {
             return;
         }
     }
-    {
-        const std::lock_guard lock(m_mutex);
-        m_hungUp = true;
-    }
+    const std::lock_guard lock(m_mutex);
+    m_hungUp = true;
     m_changed.notify_all();
 }
 

@@ -1,9 +1,6 @@
 #include "CapturingListener.h"
 #include "HookProcess.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <fstream>
@@ -16,11 +13,8 @@ namespace morvane::tests {
 
 namespace {
 
-struct TerminalCase {
-    std::string name;
-    std::vector<std::string> environment;
-    std::vector<std::string> headers; ///< sorted
-};
+/// What it is, the environment, and the headers, sorted.
+using TerminalCase = std::tuple<std::string, std::vector<std::string>, std::vector<std::string>>;
 
 std::vector<TerminalCase> terminalCases() {
     const std::string cursor = "x-host-bundle: com.todesktop.230313mzl4w4u92";
@@ -118,16 +112,16 @@ TEST_P(EveryShell, TellsTheTerminalFromItsEnvironment) {
     CapturingListener listener(response("200 OK", ""));
     const auto &[shell, carrier] = GetParam();
     HookProcess hook(carrier, listener.port(), shell);
-    for (const TerminalCase &terminal : terminalCases()) {
-        SCOPED_TRACE(terminal.name);
-        hook.setEnvironment(terminal.environment);
+    for (const auto &[name, environment, headers] : terminalCases()) {
+        SCOPED_TRACE(name);
+        hook.setEnvironment(environment);
         expectSilence(hook.run({"claude", "Stop\r\nx-evil: 1"}));
         CapturedRequest request = listener.take();
         EXPECT_EQ(request.requestLine, "POST /event HTTP/1.1");
         EXPECT_EQ(request.headers["x-morvane-token"], HookProcess::token());
         EXPECT_EQ(request.headers["x-morvane-agent"], "claude");
         EXPECT_EQ(request.headers["x-hook-event"], "Stopx-evil: 1");
-        EXPECT_EQ(request.host(), terminal.headers);
+        EXPECT_EQ(request.host(), headers);
     }
 }
 

@@ -1,12 +1,13 @@
 #include "HookProcess.h"
 
+#include "Core/Hooks/ForwarderScripts.h"
+
 #include <algorithm>
 #include <array>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
 #include <fstream>
-#include <iterator>
 #include <spawn.h>
 #include <sstream>
 #include <sys/socket.h>
@@ -19,18 +20,6 @@ namespace morvane::tests {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string rendered(const std::string &name, std::uint16_t port) {
-    std::ifstream source(fs::path(TEMPLATES) / (name + ".template"));
-    std::string text{std::istreambuf_iterator<char>(source), {}};
-    const auto fill = [&text](const std::string &mark, const std::string &value) {
-        for (size_t at = text.find(mark); at != std::string::npos; at = text.find(mark))
-            text.replace(at, mark.size(), value);
-    };
-    fill("__PORT__", std::to_string(port));
-    fill("__TOKEN__", HookProcess::token());
-    return text;
-}
 
 std::vector<char *> pointersTo(std::vector<std::string> &texts) {
     std::vector<char *> pointers;
@@ -64,16 +53,12 @@ void writeAll(int descriptor, const std::string &text) {
 HookProcess::HookProcess(Carrier carrier, std::uint16_t port, std::vector<std::string> shell,
                          std::string name)
     : m_name(std::move(name)), m_shell(std::move(shell)) {
-    std::string pattern = (fs::temp_directory_path() / "hook-test-XXXXXX").string();
-    m_folder = mkdtemp(pattern.data());
     if (carrier == Carrier::Client)
         fs::copy_file(FORWARDER, client()); // first, since a script trusts none that is newer
-    std::ofstream(script()) << rendered(m_name, port);
+    const ForwarderScripts scripts(QString::fromStdString(token()), port);
+    const auto text = scripts.renderTemplate(QString::fromStdString(m_name));
+    std::ofstream(script()) << text->toStdString();
     setEnvironment({});
-}
-
-HookProcess::~HookProcess() {
-    fs::remove_all(m_folder);
 }
 
 std::string HookProcess::token() {
@@ -136,8 +121,6 @@ pid_t HookProcess::spawn(const std::vector<std::string> &arguments, int input, i
     posix_spawn_file_actions_adddup2(&actions, input, STDIN_FILENO);
     posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
     posix_spawn_file_actions_adddup2(&actions, output, STDERR_FILENO);
-    for (const int descriptor : m_closed)
-        posix_spawn_file_actions_addclose(&actions, descriptor);
     pid_t child = -1;
     posix_spawn(&child, command[0].c_str(), &actions, nullptr, pointersTo(command).data(),
                 pointersTo(m_environment).data());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -29,21 +30,16 @@ class HookProcess {
 public:
     HookProcess(Carrier carrier, std::uint16_t port, std::vector<std::string> shell = {"/bin/sh"},
                 std::string name = "hook.sh");
-    ~HookProcess();
-    HookProcess(const HookProcess &) = delete;
-    HookProcess &operator=(const HookProcess &) = delete;
 
     [[nodiscard]] static std::string token();
     /// The shells of this machine that the scripts are written for.
     [[nodiscard]] static std::vector<std::vector<std::string>> shells();
     /// Whether everyone could see the text among the arguments of a process.
     [[nodiscard]] static bool standsInSomeArguments(const std::string &text);
-    [[nodiscard]] std::filesystem::path folder() const { return m_folder; }
-    [[nodiscard]] std::filesystem::path script() const { return m_folder / m_name; }
-    [[nodiscard]] std::filesystem::path client() const { return m_folder / CLIENT_NAME; }
+    [[nodiscard]] std::filesystem::path folder() const { return m_folder.path().toStdString(); }
+    [[nodiscard]] std::filesystem::path script() const { return folder() / m_name; }
+    [[nodiscard]] std::filesystem::path client() const { return folder() / CLIENT_NAME; }
     void setEnvironment(const std::vector<std::string> &variables);
-    /// Closes these descriptors in the process instead of connecting them.
-    void setClosed(std::vector<int> descriptors) { m_closed = std::move(descriptors); }
 
     [[nodiscard]] HookResult run(const std::vector<std::string> &arguments,
                                  const std::string &payload = "{}");
@@ -54,10 +50,9 @@ private:
     pid_t spawn(const std::vector<std::string> &arguments, int input, int output);
 
     std::string m_name;
-    std::filesystem::path m_folder;
+    QTemporaryDir m_folder;
     std::vector<std::string> m_shell;
     std::vector<std::string> m_environment;
-    std::vector<int> m_closed;
 };
 
 /// That a run has ended well, and has written this and no more.

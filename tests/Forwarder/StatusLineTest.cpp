@@ -18,10 +18,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct LineCase {
-    std::string status;
-    std::string line;
-};
+/// A status, and the line that is made of it.
+using LineCase = std::pair<std::string, std::string>;
 
 std::string repeated(const char *text, int count) {
     return QByteArray(text).repeated(count).toStdString();
@@ -136,10 +134,10 @@ TEST_P(StatusLine, ShowsWhatTheStatusHoldsIfItIsOneAndPostsItAnyway) {
     std::vector<LineCase> cases = lineCases();
     for (const std::string &status : hopelessStatuses())
         cases.push_back({status, ""});
-    for (const LineCase &testCase : cases) {
-        SCOPED_TRACE(testCase.status.substr(0, 120));
-        expectLine(script.run({}, testCase.status), testCase.line);
-        expectPosted(listener, testCase.status);
+    for (const auto &[status, line] : cases) {
+        SCOPED_TRACE(status.substr(0, 120));
+        expectLine(script.run({}, status), line);
+        expectPosted(listener, status);
     }
 }
 
@@ -161,19 +159,20 @@ TEST_P(StatusLine, NamesTheBranchOfTheNearestRepository) {
     ASSERT_EQ(mkfifo(folder.path("pipe/.git/HEAD").toUtf8().constData(), 0600), 0);
 
     HookProcess script = process(Carrier::Client, portWithoutServer());
-    const std::vector<LineCase> cases{{"shop", "shop (feature/checkout)"},
-                                      {"shop/src/deep", "deep (feature/checkout)"},
-                                      {"linked", "linked (fix)"},
-                                      {"shop/part", "part (0123456)"},
-                                      {"long", "long (" + std::string(37, 'b') + "…)"},
-                                      {"hostile", "hostile (a[31m2Jz)"},
-                                      {"endless", "endless"},
-                                      {"other", "other"},
-                                      {"broken", "broken"},
-                                      {"pipe", "pipe"}};
-    for (const LineCase &testCase : cases) {
-        const QString path = folder.path(QString::fromStdString(testCase.status));
-        expectLine(script.run({}, statusOf("M", path.toStdString())), "M · " + testCase.line);
+    const std::pair<const char *, std::string> cases[] = {
+        {"shop", "shop (feature/checkout)"},
+        {"shop/src/deep", "deep (feature/checkout)"},
+        {"linked", "linked (fix)"},
+        {"shop/part", "part (0123456)"},
+        {"long", "long (" + std::string(37, 'b') + "…)"},
+        {"hostile", "hostile (a[31m2Jz)"},
+        {"endless", "endless"},
+        {"other", "other"},
+        {"broken", "broken"},
+        {"pipe", "pipe"}};
+    for (const auto &[place, line] : cases) {
+        const auto path = folder.path(place).toStdString();
+        expectLine(script.run({}, statusOf("M", path)), "M · " + line);
     }
 }
 
@@ -183,12 +182,12 @@ TEST_P(StatusLine, IsTheSameWithCurl) {
     script.setEnvironment({"http_proxy=http://127.0.0.1:9", "ALL_PROXY=http://127.0.0.1:9",
                            "LC_ALL=C.UTF-8", "IFS=x-", "SHELLOPTS=nounset:xtrace:errexit",
                            "BASH_XTRACEFD=1"});
-    for (const LineCase &testCase : std::vector<LineCase>{
+    for (const auto &[status, line] : std::vector<LineCase>{
              {usualStatus + "\n\n", usualLine},
              {R"({"x":")" + std::string(2'000'000, 'y') + R"(","cwd":"/ä"})", "ä"},
              {"nothing\n", ""}}) {
-        expectLine(script.run({}, testCase.status), testCase.line);
-        expectPosted(listener, testCase.status);
+        expectLine(script.run({}, status), line);
+        expectPosted(listener, status);
     }
     script.setEnvironment({"PATH=" + script.folder().string()});
     expectLine(script.run({}, usualStatus), "");

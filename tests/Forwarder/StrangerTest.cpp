@@ -1,8 +1,6 @@
 #include "CapturingListener.h"
 #include "HookProcess.h"
 
-#include <gtest/gtest.h>
-
 #include <array>
 #include <cerrno>
 #include <cstddef>

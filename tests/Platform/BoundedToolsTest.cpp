@@ -1,10 +1,9 @@
 #include "Platform/Linux/BoundedTools.h"
 
 #include "Support/ManualScheduler.h"
+#include "Support/TemporaryHome.h"
 #include "Support/WaitUntil.h"
 
-#include <QFile>
-#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 #include <sys/types.h>
@@ -30,10 +29,7 @@ protected:
     }
 
     /// The number that a stand-in has written down.
-    pid_t written(const char *name) const {
-        QFile file(folder.filePath(QLatin1String(name)));
-        return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed().toInt() : 0;
-    }
+    pid_t written(const char *name) const { return folder.read(name).trimmed().toInt(); }
 
     /// Whoever is to take its status may take his time.
     static bool isGone(pid_t id) {
@@ -41,9 +37,7 @@ protected:
         return !file.open(QIODevice::ReadOnly) || file.readAll().contains(") Z ");
     }
 
-    int argumentCount = 0;
-    QCoreApplication application{argumentCount, nullptr};
-    QTemporaryDir folder;
+    TemporaryHome folder;
     ManualScheduler scheduler;
     std::unique_ptr<BoundedTools> tools = std::make_unique<BoundedTools>(scheduler);
     QList<Output> ends;

@@ -4,7 +4,6 @@
 #include "Support/Printing.h"
 #include "Support/WaitUntil.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
@@ -27,8 +26,6 @@ protected:
         sleeper.waitForFinished();
     }
 
-    int argumentCount = 0;
-    QCoreApplication application{argumentCount, nullptr};
     EventLoopScheduler scheduler;
     LinuxProcesses processes{scheduler};
     QTemporaryDir folder;

@@ -8,6 +8,7 @@
 #include <QSslServer>
 #include <QStandardPaths>
 #include <QTcpSocket>
+#include <QUrl>
 
 #include <functional>
 #include <memory>
@@ -39,6 +40,10 @@ inline void serve(QTcpServer &server, QByteArray &asked,
                          QObject::connect(socket, &QTcpSocket::readyRead, socket, read);
                          read();
                      });
+}
+
+inline QUrl urlOf(const QTcpServer &server, const QString &path, const QString &scheme = "https") {
+    return QUrl(scheme + "://127.0.0.1:" + QString::number(server.serverPort()) + path);
 }
 
 inline QByteArray http(const QByteArray &status, const QByteArray &body,

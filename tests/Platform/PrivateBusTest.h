@@ -4,8 +4,9 @@
 #include "Support/TemporaryHome.h"
 #include "Support/WaitUntil.h"
 
-#include <QCoreApplication>
 #include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
 #include <QStandardPaths>
 #include <gtest/gtest.h>
 
@@ -18,6 +19,37 @@ constexpr const char *busConfiguration = R"(<busconfig><type>session</type>
 <listen>unix:tmpdir=/tmp</listen><auth>EXTERNAL</auth><policy context="default">
 <allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/>
 </policy></busconfig>)";
+
+/// A stand-in for a service on a bus, for as long as it lives: it answers at this path and at those
+/// below it.
+class BusService : public QDBusVirtualObject {
+public:
+    BusService(const QDBusConnection &bus, const QString &path, const QString &name)
+        : m_bus(bus), m_path(path), m_name(name) {
+        m_bus.registerVirtualObject(m_path, this, QDBusConnection::SubPath);
+        m_bus.registerService(m_name);
+    }
+    ~BusService() override {
+        m_bus.unregisterService(m_name);
+        m_bus.unregisterObject(m_path);
+    }
+
+    QString introspect(const QString &) const override { return {}; }
+
+protected:
+    void signal(const QString &path, const QString &interface, const QString &name,
+                const QVariantList &arguments) const {
+        QDBusMessage signal = QDBusMessage::createSignal(path, interface, name);
+        signal.setArguments(arguments);
+        m_bus.send(signal);
+    }
+
+    QDBusConnection m_bus;
+
+private:
+    const QString m_path;
+    const QString m_name;
+};
 
 /// A message bus of the test's own, on which nobody is but the test.
 class PrivateBusTest : public testing::Test {
@@ -42,10 +74,6 @@ protected:
 
 private:
     TemporaryHome m_folder;
-    int m_count = 1;
-    char m_name[5] = "test";
-    char *m_arguments[2] = {m_name, nullptr};
-    QCoreApplication m_application{m_count, m_arguments};
     std::unique_ptr<ChildProcess> m_daemon;
     QString m_address;
 };

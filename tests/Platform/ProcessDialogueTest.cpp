@@ -22,7 +22,6 @@ protected:
             {"/bin/sh", {home.write("script.sh", script)}, {}}, "hello\n",
             [this](const QByteArray &piece) {
                 heard += piece;
-                longestPiece = std::max(longestPiece, piece.size());
                 return ToolDialogue::Reply{std::exchange(words, {}), heard.contains("bye")};
             },
             patience);
@@ -45,7 +44,6 @@ protected:
     ProcessDialogue dialogue;
     QByteArray words = "how are you\n";
     QByteArray heard;
-    qsizetype longestPiece = 0;
 };
 
 TEST_F(ProcessDialogueTest, AnswersUntilOneSideEndsIt) {
@@ -72,11 +70,12 @@ TEST_F(ProcessDialogueTest, EndsAProgramThatIgnoresItWithAllThatItHasStarted) {
 }
 
 TEST_F(ProcessDialogueTest, TakesAStreamWithoutEndInPieces) {
-    std::size_t total = 0;
+    qsizetype total = 0;
+    qsizetype longestPiece = 0;
     const End end = dialogue.hold(
         {"/bin/sh", {"-c", "exec cat /dev/zero"}, {}}, {},
         [&](const QByteArray &piece) {
-            total += static_cast<std::size_t>(piece.size());
+            total += piece.size();
             longestPiece = std::max(longestPiece, piece.size());
             return ToolDialogue::Reply{{}, total > 50'000'000};
         },

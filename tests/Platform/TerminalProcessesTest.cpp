@@ -11,12 +11,10 @@ namespace {
 
 TEST(TerminalProcesses, AreTheShellAndAllThatHaveStartedIt) {
     const TemporaryHome folder;
-    const auto add = [&](int id, const QByteArray &name, int parent, int session, int terminal) {
-        const QByteArray number = QByteArray::number(id);
-        folder.write(QString::fromLatin1(number + "/stat"),
-                     number + " (" + name + ") S " + QByteArray::number(parent) + ' ' + number +
-                         ' ' + QByteArray::number(session) + ' ' + QByteArray::number(terminal) +
-                         " -1 4194304 0 0\n");
+    const auto add = [&](int id, const char *name, int parent, int session, int terminal) {
+        const auto status = QString::asprintf("%d (%s) S %d %d %d %d -1 4194304 0 0\n", id, name,
+                                              parent, id, session, terminal);
+        folder.write(QString::number(id) + "/stat", status.toUtf8());
     };
     constexpr int third = 0x8803;    // as the kernel writes 136:3
     constexpr int beyond = 0x10882c; // and 136:300

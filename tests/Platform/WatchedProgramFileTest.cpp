@@ -3,7 +3,6 @@
 #include "Support/TemporaryHome.h"
 #include "Support/WaitUntil.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <gtest/gtest.h>
 
@@ -13,8 +12,6 @@ namespace morvane {
 namespace {
 
 TEST(WatchedProgramFileTest, TellsThatAnotherFileStandsInItsPlace) {
-    int argc = 0;
-    const QCoreApplication application(argc, nullptr);
     const TemporaryHome home;
     const QString path = home.write("morvane", "old");
     WatchedProgramFile file(path);

@@ -13,6 +13,11 @@ namespace {
 class EachPresenterTest : public PresenterFixture, public testing::WithParamInterface<bool> {
 protected:
     void attach() { GetParam() ? attachNotch() : attachFloating(); }
+    void attachForGood() {
+        settings.setShowWhenIdle(true);
+        attach();
+        scheduler.advance(Seconds(1));
+    }
 };
 
 INSTANTIATE_TEST_SUITE_P(, EachPresenterTest, testing::Bool(),
@@ -22,28 +27,21 @@ TEST_P(EachPresenterTest, OpensOnRequestForTenSecondsOrAsLongAsSomebodyTypes) {
     attach();
     presenter->presentPanel();
     movePointer(elsewhere);
-    scheduler.advance(Seconds(9.9));
-    EXPECT_TRUE(isVisible());
+    EXPECT_TRUE(isVisibleAfter(Seconds(9.9)));
     presenter->presentPanel();
-    scheduler.advance(Seconds(9.9));
-    EXPECT_EQ(expansions, QList<bool>({true}));
-    scheduler.advance(Seconds(0.5));
-    EXPECT_FALSE(isVisible());
+    EXPECT_EQ(expansionsAfter(Seconds(9.9)), QList<bool>({true}));
+    EXPECT_FALSE(isVisibleAfter(Seconds(0.5)));
     EXPECT_EQ(expansions, QList<bool>({true, false}));
     // At once, also within the lock of the closing before.
     presenter->presentPanel();
     EXPECT_TRUE(isVisible());
     editing.begin(scheduler.now());
-    scheduler.advance(Seconds(119));
-    EXPECT_TRUE(isVisible());
-    scheduler.advance(Seconds(2));
-    EXPECT_FALSE(isVisible());
+    EXPECT_TRUE(isVisibleAfter(Seconds(119)));
+    EXPECT_FALSE(isVisibleAfter(Seconds(2)));
 }
 
 TEST_P(EachPresenterTest, ClosesWhenThePointerHasGoneWhereNobodyTellsOfIt) {
-    settings.setShowWhenIdle(true);
-    attach();
-    scheduler.advance(Seconds(1));
+    attachForGood();
     movePointer(onTab);
     scheduler.advance(Seconds(1));
     EXPECT_TRUE(presenter->isExpanded());
@@ -55,8 +53,7 @@ TEST_P(EachPresenterTest, ClosesWhenThePointerHasGoneWhereNobodyTellsOfIt) {
 }
 
 TEST_P(EachPresenterTest, LendsTheKeyboardToWhoeverOpensItByKey) {
-    settings.setShowWhenIdle(true);
-    attach();
+    attachForGood();
     presenter->presentPanel();
     EXPECT_FALSE(window().hasKeyboard);
     presenter->presentPanelToKeys();
@@ -97,9 +94,7 @@ TEST_P(EachPresenterTest, LendsTheKeyboardToWhoeverOpensItByKey) {
 }
 
 TEST_P(EachPresenterTest, AnOpenFieldHoldsThePanelUntilItIsClosedOrForgotten) {
-    settings.setShowWhenIdle(true);
-    attach();
-    scheduler.advance(Seconds(1));
+    attachForGood();
     const auto openAndLeave = [this] {
         movePointer(onTab);
         scheduler.advance(Seconds(1));
@@ -110,35 +105,27 @@ TEST_P(EachPresenterTest, AnOpenFieldHoldsThePanelUntilItIsClosedOrForgotten) {
     openAndLeave();
     EXPECT_EQ(expansions, QList<bool>({true}));
     editing.end();
-    scheduler.advance(Seconds(0.5));
-    EXPECT_EQ(expansions, QList<bool>({true, false}));
+    EXPECT_EQ(expansionsAfter(Seconds(0.5)), QList<bool>({true, false}));
     openAndLeave();
     EXPECT_EQ(expansions, QList<bool>({true, false, true}));
-    scheduler.advance(Seconds(2));
-    EXPECT_EQ(expansions, QList<bool>({true, false, true, false}));
+    EXPECT_EQ(expansionsAfter(Seconds(2)), QList<bool>({true, false, true, false}));
 }
 
 TEST_P(EachPresenterTest, ADismissalHoldsUntilSomethingNewHappens) {
-    settings.setShowWhenIdle(true);
-    attach();
+    attachForGood();
     EXPECT_TRUE(isVisible());
     presenter->dismiss();
-    scheduler.advance(Seconds(1));
-    EXPECT_FALSE(isVisible());
+    EXPECT_FALSE(isVisibleAfter(Seconds(1)));
     settings.setHideOverFullscreen(true);
-    settle();
-    EXPECT_FALSE(isVisible());
+    EXPECT_FALSE(isVisibleAfter(Seconds(0)));
     apply(GetParam() ? Event::promptSubmit : Event::turnFailed);
-    scheduler.advance(Seconds(60));
-    EXPECT_TRUE(isVisible());
+    EXPECT_TRUE(isVisibleAfter(Seconds(60)));
 }
 
 TEST_P(EachPresenterTest, GoesWithAMenuThatWasLeftForAnotherProgramsWindow) {
     QMenu menu;
     menu.addAction("Quit");
-    settings.setShowWhenIdle(true);
-    attach();
-    scheduler.advance(Seconds(1));
+    attachForGood();
     presenter->contextMenu = &menu;
     window().hearsClicks = false;
     rightClick(onTab);
@@ -166,11 +153,9 @@ TEST_P(EachPresenterTest, StaysOpenWhileItsMenuIs) {
     rightClick(onTab);
     ASSERT_TRUE(menu.isVisible());
     movePointer(elsewhere);
-    scheduler.advance(Seconds(20));
-    EXPECT_EQ(expansions, QList<bool>({true}));
+    EXPECT_EQ(expansionsAfter(Seconds(20)), QList<bool>({true}));
     menu.close();
-    scheduler.advance(Seconds(1));
-    EXPECT_EQ(expansions, QList<bool>({true, false}));
+    EXPECT_EQ(expansionsAfter(Seconds(1)), QList<bool>({true, false}));
     EXPECT_FALSE(isVisible());
 
     presenter->presentPanel();
@@ -180,8 +165,7 @@ TEST_P(EachPresenterTest, StaysOpenWhileItsMenuIs) {
     QKeyEvent key(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
     QCoreApplication::sendEvent(&menu, &key);
     EXPECT_FALSE(menu.isVisible());
-    scheduler.advance(Seconds(9));
-    EXPECT_EQ(expansions, QList<bool>({true, false, true}));
+    EXPECT_EQ(expansionsAfter(Seconds(9)), QList<bool>({true, false, true}));
     scheduler.advance(Seconds(2));
 
     // What is left on screen for its menu alone goes with it.
@@ -190,11 +174,9 @@ TEST_P(EachPresenterTest, StaysOpenWhileItsMenuIs) {
     rightClick(onTab);
     apply(Event::sessionEnd);
     displays.setPointer(elsewhere);
-    scheduler.advance(Seconds(0.2));
-    EXPECT_TRUE(isVisible());
+    EXPECT_TRUE(isVisibleAfter(Seconds(0.2)));
     menu.close();
-    scheduler.advance(Seconds(1));
-    EXPECT_FALSE(isVisible());
+    EXPECT_FALSE(isVisibleAfter(Seconds(1)));
 
     // A menu that is open when the display goes finds nobody when it closes.
     presenter->presentPanel();
@@ -213,14 +195,12 @@ TEST_P(EachPresenterTest, AClickMayTakeAwayThePanelThatItWasMadeIn) {
     auto *row = window().widget().findChild<SessionRow *>();
     ASSERT_NE(row, nullptr);
     QTest::mouseClick(row, Qt::LeftButton);
-    scheduler.advance(Seconds(1));
-    EXPECT_FALSE(isVisible());
+    EXPECT_FALSE(isVisibleAfter(Seconds(1)));
     EXPECT_EQ(expansions, QList<bool>({true, false}));
 }
 
 TEST_P(EachPresenterTest, GivesWayToFullscreenProgramsAsTheSettingSays) {
-    settings.setShowWhenIdle(true);
-    attach();
+    attachForGood();
     EXPECT_FALSE(window().hidesOverFullscreen);
     settings.setHideOverFullscreen(true);
     EXPECT_TRUE(window().hidesOverFullscreen);
@@ -238,23 +218,8 @@ TEST_P(EachPresenterTest, WithLessMotionItIsWhereItBelongsAtOnce) {
     EXPECT_EQ(ticksWithin(Seconds(9)), 0);
     EXPECT_EQ(window().geometry, place);
     presenter->dismiss();
-    scheduler.advance(Seconds(0.16));
-    EXPECT_FALSE(isVisible());
+    EXPECT_FALSE(isVisibleAfter(Seconds(0.16)));
 }
-
-/// Counts how often anything is painted while it lives.
-class PaintCounter : public QObject {
-public:
-    PaintCounter() { QCoreApplication::instance()->installEventFilter(this); }
-
-    int count = 0;
-
-protected:
-    bool eventFilter(QObject *, QEvent *event) override {
-        count += event->type() == QEvent::Paint ? 1 : 0;
-        return false;
-    }
-};
 
 TEST_P(EachPresenterTest, PaintsOnlyWhatHasChanged) {
     attach();
@@ -270,7 +235,7 @@ TEST_P(EachPresenterTest, PaintsOnlyWhatHasChanged) {
     presenter->presentPanel();
     scheduler.advance(Seconds(5));
     happen();
-    PaintCounter paints;
+    const PaintWatch paints(*QCoreApplication::instance());
     for (int event = 0; event < 20; ++event) {
         happen();
     }

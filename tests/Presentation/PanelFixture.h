@@ -15,6 +15,7 @@
 #include "Support/Printing.h"
 #include "Support/UsageWorld.h"
 
+#include <QPaintEvent>
 #include <QTemporaryDir>
 #include <QWidget>
 #include <gtest/gtest.h>
@@ -35,6 +36,23 @@ public:
     int timersStarted = 0;
 };
 
+/// Notes what is painted of a widget, or of all when it watches the application.
+class PaintWatch : public QObject {
+public:
+    explicit PaintWatch(QObject &watched) { watched.installEventFilter(this); }
+
+    bool eventFilter(QObject *, QEvent *event) override {
+        if (event->type() == QEvent::Paint) {
+            ++count;
+            painted += static_cast<QPaintEvent *>(event)->region();
+        }
+        return false;
+    }
+
+    int count = 0;
+    QRegion painted;
+};
+
 /// A session store with a clock, displays and overlays of the test's own.
 class PanelFixture : public testing::Test {
 protected:
@@ -47,6 +65,27 @@ protected:
         context.actions.onAnswer = [this](const QString &sessionID, const QString &question,
                                           const QString &option) {
             store.answer(sessionID, question, option);
+        };
+        store.resolveDecision = [this](const QString &, const AgentDecision &decision) {
+            decisions += decision;
+        };
+        context.actions.onSelect = [this](const Session &session) { selected += session.id; };
+        context.actions.onReopen = [this](const CompletedRecord &record) {
+            reopened += record.cwd;
+        };
+        context.actions.onRenameCommit = [this](const QString &cwd, const QString &name) {
+            renamed += cwd + "=" + name;
+        };
+        context.actions.canReply = [](const Session &session) {
+            return session.pane.tmux.has_value();
+        };
+        context.actions.onReply = [this](const Session &session, const QString &text,
+                                         const auto &told) {
+            replies += session.id + ": " + text;
+            tellOutcome = told;
+        };
+        usage.poller().milestoneEligibility = [this] {
+            return store.hasWorkingUsageMilestoneSession();
         };
     }
 
@@ -86,17 +125,15 @@ protected:
         return result;
     }
 
-    static SessionSurroundings noSurroundings() {
-        return {[](const auto &) { return std::nullopt; },
-                [](const auto &) { return std::nullopt; },
-                [](const auto &, const auto &) { return std::nullopt; }};
-    }
-
     CountingScheduler scheduler;
     QTemporaryDir folder;
     Defaults defaults{folder.path(), "test"};
     MorvaneSettings settings{defaults};
-    SessionStore store{settings, noSurroundings(), scheduler};
+    SessionStore store{settings,
+                       {[](const auto &) { return std::nullopt; },
+                        [](const auto &) { return std::nullopt; },
+                        [](const auto &, const auto &) { return std::nullopt; }},
+                       scheduler};
     UsageWorld usage{settings, scheduler};
     InlineEditing editing;
     FakeMotionPreference motion;
@@ -105,6 +142,13 @@ protected:
     FakeDisplays displays;
     FakeOverlayWindows overlays;
     FakePointerMonitor pointer;
+    // What a person has asked for, and what the hooks have been told.
+    QStringList selected;
+    QStringList reopened;
+    QStringList renamed;
+    QStringList replies;
+    std::function<void(bool isSent)> tellOutcome; ///< of the last reply
+    QList<AgentDecision> decisions;
 };
 
 } // namespace morvane

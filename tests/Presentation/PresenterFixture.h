@@ -34,6 +34,15 @@ protected:
 
     FakeOverlayWindow &window() { return *overlays.alive.first(); }
     bool isVisible() { return !overlays.alive.isEmpty() && window().isVisible(); }
+    bool isVisibleAfter(Seconds time) {
+        scheduler.advance(time);
+        return isVisible();
+    }
+    /// How it has opened and closed by then.
+    QList<bool> expansionsAfter(Seconds time) {
+        scheduler.advance(time);
+        return expansions;
+    }
 
     /// Only a notch follows the pointer everywhere; a capsule is told of it as any window is.
     void movePointer(QPoint position) {

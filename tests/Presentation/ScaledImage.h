@@ -20,6 +20,13 @@ inline QImage scaledImage(QSize points, double ratio,
     return image;
 }
 
+/// A widget without what is behind it.
+inline QImage scaledImage(QWidget &widget, double ratio) {
+    return scaledImage(widget.size(), ratio, [&](QPainter &painter) {
+        widget.render(&painter, {}, {}, QWidget::DrawChildren);
+    });
+}
+
 /// The part of an image, in its pixels, that is not empty.
 inline QRect paintedPart(const QImage &image) {
     QRect result;

@@ -1,11 +1,35 @@
 #pragma once
 
 #include <QAccessible>
+#include <QApplication>
 #include <QLabel>
 #include <QStringList>
 #include <QWidget>
 
 namespace morvane {
+
+/// None where there is no window of this title.
+inline QWidget *windowTitled(const QString &title) {
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (widget->windowTitle() == title) {
+            return widget;
+        }
+    }
+    return nullptr;
+}
+
+/// What is shown in a window and has this name for a screen reader, if anything has.
+template <typename Control>
+Control *shownControl(const QWidget &window, const QString &name) {
+    for (Control *control : window.findChildren<Control *>()) {
+        const QString own = control->accessibleName();
+        const bool isIt = (own.isEmpty() ? control->text().remove(u'&') : own) == name;
+        if (isIt && control->isVisibleTo(&window)) {
+            return control;
+        }
+    }
+    return nullptr;
+}
 
 /// What a screen reader, or a keyboard, would find wanting in what is shown of a window.
 class AccessibleControls {

@@ -13,22 +13,17 @@ public:
     void find(const QString &bundleID, Found found) override {
         found(running.contains(bundleID) ? std::optional(running.value(bundleID)) : std::nullopt);
     }
-    void raise(const HostWindow &window) override { note("raise", window.id); }
-    void activate(const RunningHost &host) override { note("activate", host.id); }
-    void launch(const QString &bundleID) override { note("launch", bundleID); }
+    void raise(const HostWindow &window) override { deeds << "raise " + window.id; }
+    void activate(const RunningHost &host) override { deeds << "activate " + host.id; }
+    void launch(const QString &bundleID) override { deeds << "launch " + bundleID; }
     void showTerminal(const QString &tty, Shown shown) override {
-        note("show", tty);
+        deeds << "show " + tty;
         shown(terminals.contains(tty));
     }
 
     QStringList deeds;
     QMap<QString, RunningHost> running; ///< by their bundle identifiers
     QStringList terminals;              ///< those that can be shown
-
-private:
-    void note(const char *deed, const QString &object) {
-        deeds << QLatin1String(deed) + QLatin1Char(' ') + object;
-    }
 };
 
 } // namespace morvane

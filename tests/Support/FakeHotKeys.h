@@ -2,9 +2,8 @@
 
 #include "Platform/HotKeys.h"
 
-#include <QList>
+#include <QStringList>
 
-#include <algorithm>
 #include <map>
 
 namespace morvane {

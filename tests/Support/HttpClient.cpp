@@ -8,31 +8,26 @@
 #include <cstring>
 #include <sys/socket.h>
 #include <sys/time.h>
-#include <unistd.h>
 
 namespace morvane {
 
 HttpClient::HttpClient(std::uint16_t port)
-    : m_descriptor(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    : m_connection(std::in_place, socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
     const timeval limit{30, 0};
-    setsockopt(m_descriptor, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
-    setsockopt(m_descriptor, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
+    setsockopt(descriptor(), SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
+    setsockopt(descriptor(), SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    if (connect(m_descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0) {
+    if (connect(descriptor(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0) {
         hangUp();
     }
 }
 
-HttpClient::~HttpClient() {
-    hangUp();
-}
-
 bool HttpClient::send(std::string_view bytes) {
     while (!bytes.empty()) {
-        const ssize_t count = ::send(m_descriptor, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+        const ssize_t count = ::send(descriptor(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
         if (count < 0 && errno != EINTR) {
             return false;
         }
@@ -42,14 +37,14 @@ bool HttpClient::send(std::string_view bytes) {
 }
 
 void HttpClient::endSending() {
-    shutdown(m_descriptor, SHUT_WR);
+    shutdown(descriptor(), SHUT_WR);
 }
 
 std::string HttpClient::receiveAll() {
     std::string result;
     std::array<char, 4096> room;
     for (;;) {
-        const ssize_t count = recv(m_descriptor, room.data(), room.size(), 0);
+        const ssize_t count = recv(descriptor(), room.data(), room.size(), 0);
         if (count > 0) {
             result.append(room.data(), static_cast<std::size_t>(count));
         } else if (count == 0 || errno == ECONNRESET) {
@@ -62,12 +57,6 @@ std::string HttpClient::receiveAll() {
                           << ", after \"" << result << '"';
             return result;
         }
-    }
-}
-
-void HttpClient::hangUp() {
-    if (m_descriptor >= 0) {
-        close(std::exchange(m_descriptor, -1));
     }
 }
 

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "Platform/Linux/Descriptor.h"
+
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace morvane {
@@ -13,11 +15,6 @@ namespace morvane {
 class HttpClient {
 public:
     explicit HttpClient(std::uint16_t port);
-    HttpClient(HttpClient &&other) noexcept : m_descriptor(std::exchange(other.m_descriptor, -1)) {}
-    HttpClient &operator=(HttpClient &&) = delete;
-    HttpClient(const HttpClient &) = delete;
-    HttpClient &operator=(const HttpClient &) = delete;
-    ~HttpClient();
 
     /// True when all bytes were taken; a peer that has closed takes none.
     bool send(std::string_view bytes);
@@ -29,10 +26,12 @@ public:
     /// never there.
     std::string receiveAll();
 
-    void hangUp();
+    void hangUp() { m_connection.reset(); }
 
 private:
-    int m_descriptor;
+    int descriptor() const { return m_connection ? m_connection->number() : -1; }
+
+    std::optional<Descriptor> m_connection;
 };
 
 using HttpHeaders = std::vector<std::pair<std::string, std::string>>;

@@ -4,7 +4,10 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QList>
 #include <QTemporaryDir>
+
+#include <utility>
 
 namespace morvane {
 
@@ -12,16 +15,26 @@ namespace morvane {
 class TemporaryHome {
 public:
     TemporaryHome() {
-        qputenv("HOME", path().toUtf8());
-        qputenv("XDG_CONFIG_HOME", path(".config").toUtf8());
-        qputenv("XDG_CACHE_HOME", path(".cache").toUtf8());
+        set("HOME", path());
+        set("XDG_CONFIG_HOME", path(".config"));
+        set("XDG_CACHE_HOME", path(".cache"));
     }
     TemporaryHome(const TemporaryHome &) = delete;
     TemporaryHome &operator=(const TemporaryHome &) = delete;
     ~TemporaryHome() {
-        restore("HOME", m_home);
-        restore("XDG_CONFIG_HOME", m_config);
-        restore("XDG_CACHE_HOME", m_cache);
+        for (const auto &[name, value] : m_before) {
+            if (value.isNull()) {
+                qunsetenv(name);
+            } else {
+                qputenv(name, value);
+            }
+        }
+    }
+
+    /// Sets one more variable of the environment, which is as it was once this goes.
+    void set(const char *name, const QString &value) {
+        m_before.prepend({name, qgetenv(name)});
+        qputenv(name, value.toUtf8());
     }
 
     QString path(const QString &relativePath = {}) const {
@@ -39,23 +52,21 @@ public:
         return file;
     }
 
+    /// The same for a program, which its owner may start.
+    QString writeProgram(const QString &relativePath,
+                         const QByteArray &script = "#!/bin/sh\n") const {
+        QString file = write(relativePath, script);
+        QFile::setPermissions(file, QFile::ReadOwner | QFile::ExeOwner);
+        return file;
+    }
+
     QByteArray read(const QString &relativePath) const {
         QFile reader(path(relativePath));
         return reader.open(QIODevice::ReadOnly) ? reader.readAll() : QByteArray();
     }
 
 private:
-    static void restore(const char *name, const QByteArray &value) {
-        if (value.isNull()) {
-            qunsetenv(name);
-        } else {
-            qputenv(name, value);
-        }
-    }
-
-    QByteArray m_home = qgetenv("HOME");
-    QByteArray m_config = qgetenv("XDG_CONFIG_HOME");
-    QByteArray m_cache = qgetenv("XDG_CACHE_HOME");
+    QList<std::pair<const char *, QByteArray>> m_before; ///< the newest first
     QTemporaryDir m_folder;
 };
 

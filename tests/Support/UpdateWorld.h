@@ -1,11 +1,8 @@
 #pragma once
 
-#include "Core/Settings/Defaults.h"
 #include "Core/Shell/UpdateManager.h"
 #include "Platform/PackageInstaller.h"
-#include "Support/ManualPool.h"
-#include "Support/ManualScheduler.h"
-#include "Support/TemporaryHome.h"
+#include "Support/CoreWorld.h"
 
 #include <QStringList>
 
@@ -23,22 +20,11 @@ public:
 };
 
 /// What updates are made of but for the network and the tools, which each test has of its own.
-struct UpdateWorld {
+struct UpdateWorld : CoreWorld {
     UpdateManager::Means means(HttpsClient &https, Tools &tools) {
         return {https, scheduler, background, tools, installer};
     }
 
-    /// Lets time pass, and the pool do its work.
-    void pass(Seconds time) {
-        scheduler.advance(time);
-        background.runAll();
-        scheduler.runPosted();
-    }
-
-    TemporaryHome home;
-    Defaults defaults{home.path("config"), "test"};
-    ManualScheduler scheduler;
-    ManualPool background;
     FakePackageInstaller installer;
 };
 

@@ -6,8 +6,6 @@
 #include "Support/ManualScheduler.h"
 #include "Support/TemporaryHome.h"
 
-#include <QFile>
-
 namespace morvane {
 
 /// A poller of limits, and agents that tell it what the test wants.
@@ -28,8 +26,7 @@ public:
         }
         if (!codex.isEmpty()) {
             home.write(".codex/auth.json");
-            QFile::setPermissions(home.write(".local/bin/codex"),
-                                  QFile::ReadOwner | QFile::ExeOwner);
+            home.writeProgram(".local/bin/codex");
         }
         m_dialogue.says = {"{\"id\":1,\"result\":{}}\n",
                            R"({"id":2,"result":{"rateLimits":)" + codex + "}}\n"};

@@ -4,6 +4,7 @@
 #include <QTimer>
 
 #include <chrono>
+#include <future>
 #include <thread>
 
 namespace morvane {
@@ -32,6 +33,15 @@ bool becomesTrue(Condition condition) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         return condition();
     });
+}
+
+/// What a call comes to that waits on a thread of its own, while the test's windows and buses live.
+template <typename Call>
+auto onAnotherThread(const Call &call) {
+    auto result = std::async(std::launch::async, call);
+    becomesTrue(
+        [&] { return result.wait_for(std::chrono::seconds(0)) == std::future_status::ready; });
+    return result.get();
 }
 
 } // namespace morvane

@@ -10,7 +10,6 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
-#include <tuple>
 #include <utility>
 
 namespace morvane {
@@ -28,9 +27,6 @@ TranscriptInfo readClaude(const QString &path) {
     return TranscriptReader::readTail(path, ClaudeTranscript::takeLine);
 }
 
-TranscriptInfo readCodex(const QString &path) {
-    return TranscriptReader::readTail(path, CodexTranscript::takeLine);
-}
 using Text = std::optional<QString>;
 
 constexpr qsizetype tailSize = 262'144;
@@ -142,6 +138,14 @@ TEST(TranscriptReader, PassesOverWhatCodexDoesNotMeanForAPerson) {
 /// Transcripts as files.
 class TranscriptFileTest : public testing::Test {
 protected:
+    using Turn = TranscriptInfo::Turn;
+
+    /// What the agent itself would be asked for.
+    TranscriptInfo readBy(AgentKind agent, const QByteArrayList &lines) const {
+        const QString path = home.write("t.jsonl", lines.join('\n'));
+        return AgentRegistry::adapter(agent).readTranscript(path);
+    }
+
     TranscriptInfo read(const QByteArray &bytes) const {
         return readClaude(home.write("t.jsonl", bytes));
     }
@@ -176,39 +180,29 @@ TEST(TranscriptReader, KnowsATurnOfCodexThatHasFailed) {
 
 TEST_F(TranscriptFileTest, FindsAnInterruptionOfClaudeOnlyWhereClaudeHasNotedIt) {
     const auto turnAfter = [this](const QByteArray &content) {
-        const QByteArray line = R"({"type":"user","message":{"content":)" + content + "}}\n";
-        const QString path = home.write("turns.jsonl", claudeText("Working.") + line);
-        return AgentRegistry::adapter(AgentKind::claude).readTranscript(path).turn;
+        const QByteArray line = R"({"type":"user","message":{"content":)" + content + "}}";
+        return readBy(AgentKind::claude, {claudeText("Working."), line}).turn;
     };
     const QByteArray note = "\"[Request interrupted by user for tool use]\"";
-    EXPECT_EQ(turnAfter(R"([{"type":"text","text":)" + note + "}]"),
-              TranscriptInfo::Turn::interrupted);
-    EXPECT_EQ(turnAfter(note), TranscriptInfo::Turn::running);
-    EXPECT_EQ(turnAfter(R"([{"type":"tool_result","content":)" + note + "}]"),
-              TranscriptInfo::Turn::running);
+    EXPECT_EQ(turnAfter(R"([{"type":"text","text":)" + note + "}]"), Turn::interrupted);
+    EXPECT_EQ(turnAfter(note), Turn::running);
+    EXPECT_EQ(turnAfter(R"([{"type":"tool_result","content":)" + note + "}]"), Turn::running);
 }
 
 TEST_F(TranscriptFileTest, KnowsHowATurnOfGeminisStands) {
-    const auto after = [this](const QByteArray &lines) {
-        const QByteArray typed = R"({"type":"user","content":[{"text":"Run it"}]})"
-                                 "\n";
-        const QString path = home.write("chat.jsonl", typed + lines);
-        return AgentRegistry::adapter(AgentKind::gemini).readTranscript(path);
+    const auto after = [this](const QByteArrayList &lines) {
+        const QByteArray typed = R"({"type":"user","content":[{"text":"Run it"}]})";
+        return readBy(AgentKind::gemini, QByteArrayList{typed} + lines);
     };
-    using Turn = TranscriptInfo::Turn;
-    const QByteArray cancelled = R"({"type":"info","content":"Request cancelled."})"
-                                 "\n";
-    const QByteArray result = R"({"type":"user","content":[{"functionResponse":{}}]})"
-                              "\n";
-    const QByteArray copy = R"({"$set":{"messages":[{"type":"error","content":"x"}]}})"
-                            "\n";
-    EXPECT_EQ(after(copy).turn, Turn::running);
-    EXPECT_EQ(after(cancelled + result + copy).turn, Turn::interrupted);
-    EXPECT_EQ(after(cancelled + R"({"type":"user","content":[{"text":"<go on>"}]})").turn,
-              Turn::running);
-    const TranscriptInfo failed = after(R"({"type":"error","content":"[API Error: 400]"})"
-                                        "\n"
-                                        R"({"type":"info","content":"This request failed."})");
+    const QByteArray cancelled = R"({"type":"info","content":"Request cancelled."})";
+    const QByteArray result = R"({"type":"user","content":[{"functionResponse":{}}]})";
+    const QByteArray more = R"({"type":"user","content":[{"text":"<go on>"}]})";
+    const QByteArray copy = R"({"$set":{"messages":[{"type":"error","content":"x"}]}})";
+    EXPECT_EQ(after({copy}).turn, Turn::running);
+    EXPECT_EQ(after({cancelled, result, copy}).turn, Turn::interrupted);
+    EXPECT_EQ(after({cancelled, more}).turn, Turn::running);
+    const TranscriptInfo failed = after({R"({"type":"error","content":"[API Error: 400]"})",
+                                         R"({"type":"info","content":"This request failed."})"});
     EXPECT_EQ(failed.turn, Turn::failed);
     EXPECT_EQ(failed.failure, "[API Error: 400]");
 }
@@ -223,11 +217,8 @@ TEST_F(TranscriptFileTest, IsNotMisledByWhatGeminiWritesDownOnceMore) {
     const auto turnAfter = [&](const QByteArray &lines) {
         const QByteArray cancelled =
             line("29.900", R"("type":"info","content":"Request cancelled.")");
-        const QString path =
-            home.write("chat.jsonl", typed("27.740", "Run it") + cancelled + lines);
-        return AgentRegistry::adapter(AgentKind::gemini).readTranscript(path).turn;
+        return readBy(AgentKind::gemini, {typed("27.740", "Run it") + cancelled + lines}).turn;
     };
-    using Turn = TranscriptInfo::Turn;
     const QByteArray copies = typed("29.901", "<session_context>") + typed("30.100", "Begin");
     EXPECT_EQ(turnAfter(copies), Turn::interrupted);
     EXPECT_EQ(turnAfter(copies + typed("32.000", "Go on")), Turn::running);
@@ -240,15 +231,12 @@ TEST_F(TranscriptFileTest, KnowsWhereATurnOfQwensWasInterrupted) {
     const auto after = [this](const QByteArray &line) {
         const QByteArray cancelled =
             R"({"type":"system","systemPayload":{"uiEvent":{"event.name":"qwen-code.tool_call",)"
-            R"("status":"cancelled"}}})"
-            "\n";
-        const QString path = home.write("chat.jsonl", cancelled + line);
-        return AgentRegistry::adapter(AgentKind::qwen).readTranscript(path).turn;
+            R"("status":"cancelled"}}})";
+        return readBy(AgentKind::qwen, {cancelled, line}).turn;
     };
-    EXPECT_EQ(after(R"({"type":"tool_result","provenance":"tool_result"})"),
-              TranscriptInfo::Turn::interrupted);
-    EXPECT_EQ(after(R"({"type":"user","provenance":"real_user"})"), TranscriptInfo::Turn::running);
-    EXPECT_EQ(after(R"({"type":"assistant"})"), TranscriptInfo::Turn::running);
+    EXPECT_EQ(after(R"({"type":"tool_result","provenance":"tool_result"})"), Turn::interrupted);
+    EXPECT_EQ(after(R"({"type":"user","provenance":"real_user"})"), Turn::running);
+    EXPECT_EQ(after(R"({"type":"assistant"})"), Turn::running);
 }
 
 TEST_F(TranscriptFileTest, IsReadFromItsEndOnly) {
@@ -296,7 +284,6 @@ TEST_F(TranscriptFileTest, IsReadOnlyWhereItIsAFile) {
     const QStringList none{pipe, home.path(), "/dev/zero", home.path("missing"), home.path("loop")};
     for (const QString &path : none) {
         EXPECT_EQ(readClaude(path), TranscriptInfo()) << path.toStdString();
-        EXPECT_EQ(readCodex(path), TranscriptInfo()) << path.toStdString();
     }
 }
 
@@ -305,15 +292,13 @@ TEST(TranscriptReader, ReadsWhatAgentsHaveWritten) {
     const QString data = QStringLiteral(TEST_DATA "/");
     EXPECT_EQ(readClaude(data + "claude.jsonl"),
               (TranscriptInfo{"opus-5-5", "The command is done.", 1000, "default", {}}));
-    EXPECT_EQ(readCodex(data + "codex.jsonl"),
+    EXPECT_EQ(TranscriptReader::readTail(data + "codex.jsonl", CodexTranscript::takeLine),
               (TranscriptInfo{"gpt-5", "The command is done.", 1000, "on-request",
                               "Run `touch denied`", TranscriptInfo::Turn::ended}));
 }
 
 TEST_F(TranscriptFileTest, IsReadTheWayOfItsAgent) {
-    const QString path =
-        home.write("t.jsonl", claudeModel("claude-a") +
-                                  R"({"type":"turn_context","payload":{"model":"gpt"}})");
+    const QByteArray codexModel = R"({"type":"turn_context","payload":{"model":"gpt"}})";
     for (const AgentAdapter *adapter : AgentRegistry::all()) {
         Text model;
         if (adapter->kind() == AgentKind::codex) {
@@ -323,8 +308,8 @@ TEST_F(TranscriptFileTest, IsReadTheWayOfItsAgent) {
                        .contains(adapter->kind())) {
             model = "a";
         }
-        EXPECT_EQ(adapter->readTranscript(path).model, model)
-            << displayName(adapter->kind()).toStdString();
+        EXPECT_EQ(readBy(adapter->kind(), {claudeModel("claude-a"), codexModel}).model, model)
+            << rawValue(adapter->kind());
     }
 }
 

@@ -12,27 +12,31 @@ namespace {
 
 class AgentSettingsFileTest : public testing::Test {
 protected:
+    using Edit = AgentSettingsFile::Edit;
     using Edited = Result<std::optional<AgentSettingsChange>>;
+    using Origin = AgentSettingsChange::Origin;
 
-    static AgentSettingsFile::Edit append(const QByteArray &text) {
+    static Edit append(const QByteArray &text) {
         return [text](const auto &content) -> Edited {
             return AgentSettingsChange{.content = content.value_or(QByteArray()) + text};
         };
     }
     /// One that comes to the same whatever there was.
-    static AgentSettingsFile::Edit fixed(const Edited &edited) {
+    static Edit fixed(const Edited &edited) {
         return [edited](const auto &) { return edited; };
     }
     QByteArray backup() const { return home.read(name + ".morvane-backup"); }
 
-    std::string failure(const AgentSettingsFile &file, const AgentSettingsFile::Edit &edit) const {
+    std::string failure(const Edit &edit) const {
         const auto failure = file.rewrite(edit);
         QString message = failure ? failure->message : QString();
         return message.replace(home.path(), "~").toStdString();
     }
+    void rewrite(const Edit &edit) const { EXPECT_EQ(failure(edit), ""); }
 
-    QStringList names(const QString &folder) const {
-        return QDir(home.path(folder)).entryList(QDir::Files | QDir::System | QDir::Hidden);
+    /// What lies in the agent's folder.
+    QStringList names() const {
+        return QDir(home.path("agent")).entryList(QDir::Files | QDir::System | QDir::Hidden);
     }
 
     mode_t mode(const QString &path) const {
@@ -47,21 +51,21 @@ protected:
 };
 
 TEST_F(AgentSettingsFileTest, MakesTheFileAndKeepsTheLastContentAsTheBackupWhereAsked) {
-    EXPECT_EQ(failure(file, append("1")), "");
+    rewrite(append("1"));
     EXPECT_EQ(file.read(), "1");
-    EXPECT_EQ(names("agent"), QStringList{"settings.json"});
+    EXPECT_EQ(names(), QStringList{"settings.json"});
     chmod(home.path(name).toUtf8(), 0640);
-    EXPECT_EQ(failure(file, append("2")), "");
+    rewrite(append("2"));
     EXPECT_EQ(backup(), "1");
-    EXPECT_EQ(failure(file, append("3")), "");
+    rewrite(append("3"));
     EXPECT_EQ(backup(), "12");
-    EXPECT_EQ(failure(file, fixed(AgentSettingsChange{.content = "4", .backsUp = false})), "");
+    rewrite(fixed(AgentSettingsChange{.content = "4", .backsUp = false}));
     EXPECT_EQ(backup(), "12");
     EXPECT_EQ(file.read(), "4");
     EXPECT_EQ(mode("agent/settings.json"), 0640u);
     EXPECT_EQ(mode("agent/settings.json.morvane-backup"), 0640u);
-    EXPECT_EQ(failure(file, fixed(std::optional<AgentSettingsChange>())), "");
-    EXPECT_EQ(names("agent").size(), 2);
+    rewrite(fixed(std::optional<AgentSettingsChange>()));
+    EXPECT_EQ(names().size(), 2);
 }
 
 TEST_F(AgentSettingsFileTest, WritesThroughSymbolicLinks) {
@@ -71,7 +75,7 @@ TEST_F(AgentSettingsFileTest, WritesThroughSymbolicLinks) {
     const QString between = home.path("dotfiles/link");
     ASSERT_TRUE(QFile::link("agent.json", between));
     ASSERT_TRUE(QFile::link("../dotfiles/link", link));
-    EXPECT_EQ(failure(file, append("2")), "");
+    rewrite(append("2"));
     EXPECT_TRUE(QFileInfo(link).isSymbolicLink() && QFileInfo(between).isSymbolicLink());
     EXPECT_EQ(home.read("dotfiles/agent.json"), "12");
     EXPECT_EQ(backup(), "1");
@@ -81,12 +85,12 @@ TEST_F(AgentSettingsFileTest, WritesThroughSymbolicLinks) {
     QDir().mkpath(home.path("dotfiles/deep"));
     ASSERT_TRUE(QFile::link("../agent.json", home.path("dotfiles/deep/settings.json")));
     home.write("agent.json", "another");
-    EXPECT_EQ(failure(AgentSettingsFile(home.path("other/settings.json")), append("!")), "");
+    EXPECT_FALSE(AgentSettingsFile(home.path("other/settings.json")).rewrite(append("!")));
     EXPECT_EQ(home.read("dotfiles/agent.json"), "12!");
     EXPECT_EQ(home.read("agent.json"), "another");
 
     QFile::remove(home.path("dotfiles/agent.json"));
-    EXPECT_EQ(failure(file, append("3")), "");
+    rewrite(append("3"));
     EXPECT_EQ(home.read("dotfiles/agent.json"), "3");
 }
 
@@ -96,11 +100,9 @@ TEST_F(AgentSettingsFileTest, ReplacesALinkInThePlaceOfACopyInsteadOfFollowingIt
     for (const char *ending : {".morvane-backup", ".morvane-original", ".morvane-unreadable"}) {
         ASSERT_TRUE(QFile::link(home.path("elsewhere"), home.path(name + ending)));
     }
-    EXPECT_EQ(
-        failure(file, fixed(AgentSettingsChange{.content = "2",
-                                                .replacesUnreadable = true,
-                                                .origin = AgentSettingsChange::Origin::taken})),
-        "");
+    const AgentSettingsChange first{
+        .content = "2", .replacesUnreadable = true, .origin = Origin::taken};
+    rewrite(fixed(first));
     EXPECT_EQ(home.read("elsewhere"), "theirs");
     for (const char *ending : {".morvane-backup", ".morvane-original", ".morvane-unreadable"}) {
         EXPECT_FALSE(QFileInfo(home.path(name + ending)).isSymbolicLink());
@@ -129,9 +131,7 @@ TEST_F(AgentSettingsFileTest, KeepsAccessListAndAttributes) {
     }
     const QByteArray before = attribute(name, access);
     const mode_t shown = mode(name);
-    EXPECT_EQ(failure(file, fixed(AgentSettingsChange{
-                                .content = "2", .origin = AgentSettingsChange::Origin::taken})),
-              "");
+    rewrite(fixed(AgentSettingsChange{.content = "2", .origin = Origin::taken}));
     for (const char *ending : {"", ".morvane-backup", ".morvane-original"}) {
         EXPECT_EQ(attribute(name + ending, access), before) << ending;
         EXPECT_EQ(attribute(name + ending, "user.note"), QByteArray("mine").toHex()) << ending;
@@ -145,7 +145,7 @@ TEST_F(AgentSettingsFileTest, KeepsAccessListAndAttributes) {
     ASSERT_EQ(::setxattr(folder, "system.posix_acl_default", list.data(),
                          list.size() * sizeof(list[0]), 0),
               0);
-    EXPECT_EQ(failure(file, append("3")), "");
+    rewrite(append("3"));
     EXPECT_EQ(attribute(name, access), "");
     EXPECT_EQ(mode(name), 0640u);
 }
@@ -153,29 +153,26 @@ TEST_F(AgentSettingsFileTest, KeepsAccessListAndAttributes) {
 TEST_F(AgentSettingsFileTest, LeavesAloneWhatItMayNotOrCannotHandle) {
     const QString path = home.write(name, "1");
     chmod(path.toUtf8(), 0444);
-    EXPECT_EQ(failure(file, append("2")), "~/agent/settings.json could not be written: it is "
-                                          "read-only");
+    EXPECT_EQ(failure(append("2")), "~/agent/settings.json could not be written: it is read-only");
     EXPECT_EQ(file.read(), "1");
-    EXPECT_EQ(names("agent").size(), 1);
+    EXPECT_EQ(names().size(), 1);
 
     QFile::remove(path);
     QDir().mkpath(path);
-    EXPECT_EQ(failure(file, append("2")),
-              "~/agent/settings.json could not be read: Invalid argument");
+    EXPECT_EQ(failure(append("2")), "~/agent/settings.json could not be read: Invalid argument");
     QDir().rmdir(path);
     // To open it would wait for a writer that never comes.
     ASSERT_EQ(mkfifo(path.toUtf8(), 0600), 0);
     EXPECT_EQ(file.read(), std::nullopt);
-    EXPECT_NE(failure(file, append("2")), "");
+    EXPECT_NE(failure(append("2")), "");
 }
 
 TEST_F(AgentSettingsFileTest, StopsBeforeAnyChangeWithoutABackup) {
     home.write(name, "1");
     QDir().mkpath(home.path("agent/settings.json.morvane-backup"));
-    EXPECT_EQ(failure(file, append("2")).find("~/agent/settings.json could not be backed up: "),
-              0u);
+    EXPECT_EQ(failure(append("2")).find("~/agent/settings.json could not be backed up: "), 0u);
     EXPECT_EQ(file.read(), "1");
-    EXPECT_EQ(names("agent").size(), 1);
+    EXPECT_EQ(names().size(), 1);
 }
 
 TEST_F(AgentSettingsFileTest, EditsAgainWhatTheAgentChangedMeanwhile) {
@@ -189,47 +186,42 @@ TEST_F(AgentSettingsFileTest, EditsAgainWhatTheAgentChangedMeanwhile) {
             return append("b")(content);
         };
     };
-    EXPECT_EQ(failure(file, overtaken(2)), "");
+    rewrite(overtaken(2));
     EXPECT_EQ(edits, 3);
     EXPECT_EQ(file.read(), "1aab");
     EXPECT_EQ(backup(), "1aa");
 
     edits = 0;
-    EXPECT_EQ(failure(file, overtaken(100)),
+    EXPECT_EQ(failure(overtaken(100)),
               "~/agent/settings.json could not be written: another program keeps changing it");
     EXPECT_EQ(edits, 3);
     EXPECT_EQ(file.read(), "1aabaaa");
-    EXPECT_EQ(names("agent").size(), 2);
+    EXPECT_EQ(names().size(), 2);
 }
 
 TEST_F(AgentSettingsFileTest, EditsAgainAFileThatComesOrGoesMeanwhile) {
-    EXPECT_EQ(failure(file,
-                      [this](const auto &content) {
-                          if (!content) {
-                              home.write(name, "theirs ");
-                          }
-                          return append("ours")(content);
-                      }),
-              "");
+    rewrite([this](const auto &content) {
+        if (!content) {
+            home.write(name, "theirs ");
+        }
+        return append("ours")(content);
+    });
     EXPECT_EQ(file.read(), "theirs ours");
-
-    EXPECT_EQ(failure(file,
-                      [this](const auto &content) {
-                          QFile::remove(home.path(name));
-                          return append("new")(content);
-                      }),
-              "");
+    rewrite([this](const auto &content) {
+        QFile::remove(home.path(name));
+        return append("new")(content);
+    });
     EXPECT_EQ(file.read(), "new");
 }
 
 TEST_F(AgentSettingsFileTest, KeepsWhatCouldNotBeUnderstood) {
     home.write(name, "broken");
     const AgentSettingsChange replacing{.content = "new", .replacesUnreadable = true};
-    EXPECT_EQ(failure(file, fixed(replacing)), "");
-    EXPECT_EQ(failure(file, append("er")), "");
+    rewrite(fixed(replacing));
+    rewrite(append("er"));
     EXPECT_EQ(backup(), "new");
     EXPECT_EQ(home.read(name + ".morvane-unreadable"), "broken");
-    EXPECT_EQ(failure(file, fixed(Failure{"no"})), "no");
+    EXPECT_EQ(failure(fixed(Failure{"no"})), "no");
     EXPECT_EQ(file.read(), "newer");
 }
 

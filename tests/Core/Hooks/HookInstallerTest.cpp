@@ -1,16 +1,8 @@
-#include "Core/Hooks/HookInstaller.h"
-
-#include "Core/Adapters/AgentRegistry.h"
-#include "Core/Agents/AgentAdapter.h"
 #include "Core/Hooks/ForwarderScripts.h"
+#include "Core/Hooks/InstallerFixture.h"
 #include "Core/Hooks/LenientJson.h"
-#include "Core/Settings/Defaults.h"
-#include "Core/Settings/MorvaneSettings.h"
-#include "Support/Printing.h"
-#include "Support/TemporaryHome.h"
 
 #include <QDateTime>
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 namespace morvane {
@@ -19,28 +11,9 @@ namespace {
 using enum AgentKind;
 using nlohmann::json;
 
-class HookInstallerTest : public testing::Test {
+class HookInstallerTest : public InstallerFixture {
 protected:
-    HookInstaller installer(AgentKind kind) const {
-        return {AgentRegistry::adapter(kind), settings, 40123, [] {}};
-    }
-
-    static std::string failure(const std::optional<Failure> &result) {
-        return result ? result->message.toStdString() : "";
-    }
-
-    void connect(AgentKind kind) const { EXPECT_EQ(failure(installer(kind).install()), ""); }
-    void disconnect(AgentKind kind) const { EXPECT_EQ(failure(installer(kind).uninstall()), ""); }
-
-    /// Where the agent keeps what we write, under the home folder.
-    QString place(AgentKind kind) const {
-        return AgentRegistry::adapter(kind).integrationDescription().mid(2);
-    }
-
-    QByteArray text(AgentKind kind) const { return home.read(place(kind)); }
-    QByteArray backup(AgentKind kind) const { return home.read(place(kind) + ".morvane-backup"); }
     json root(AgentKind kind) const { return LenientJson::parse(text(kind)).value_or(json()); }
-    void write(AgentKind kind, const QByteArray &text) const { home.write(place(kind), text); }
 
     /// A value in whose text OURS stands for our folder.
     json value(std::string text) const {
@@ -50,10 +23,6 @@ protected:
         }
         return json::parse(text);
     }
-
-    TemporaryHome home;
-    Defaults defaults{home.path("config"), "test"};
-    MorvaneSettings settings{defaults};
 };
 
 // --- JSON ---
@@ -140,7 +109,7 @@ TEST_F(HookInstallerTest, ComesAndGoesWithoutALossOfAnything) {
             connect(kind);
             EXPECT_TRUE(installer(kind).isInstalled());
             EXPECT_FALSE(installer(kind).hasStaleEntries());
-            EXPECT_EQ(installer(kind).health().issues(), QStringList());
+            EXPECT_EQ(issues(kind), QStringList());
             EXPECT_EQ(backup(kind), each.text.value_or(QByteArray()));
             const QByteArray installed = text(kind);
             connect(kind);
@@ -181,6 +150,7 @@ TEST_F(HookInstallerTest, LeavesAloneWhatItDoesNotUnderstandWhenItGoes) {
     for (const char *text : {"", "no JSON", R"({"hooks":[".morvane/hook.sh"]})", R"({"a":1})"}) {
         write(claude, text);
         disconnect(claude);
+        EXPECT_EQ(failure(installer(claude).setNotificationsSuppressed(false)), "");
         EXPECT_EQ(this->text(claude), text);
         EXPECT_EQ(backup(claude), QByteArray());
     }
@@ -383,15 +353,6 @@ TEST_F(HookInstallerTest, TakesTheFoldersAwayThatItHasMade) {
     }
 }
 
-TEST_F(HookInstallerTest, WritesTheScriptsAnewWithEachRenewal) {
-    for (const AgentKind kind : {claude, kimi, cursor}) {
-        connect(kind);
-        home.write(".morvane/hook.sh", "older");
-        installer(kind).renew();
-        EXPECT_TRUE(home.read(".morvane/hook.sh").startsWith("#!/bin/sh")) << rawValue(kind);
-    }
-}
-
 // --- Plugin ---
 
 TEST_F(HookInstallerTest, WritesAndRemovesThePlugin) {
@@ -420,29 +381,31 @@ TEST_F(HookInstallerTest, TellsWhatHasBecomeOfAConnection) {
     const QStringList outdated{"hook entries out of date"};
     for (const AgentKind kind : {claude, codex, cursor, kimi}) {
         SCOPED_TRACE(rawValue(kind));
-        const auto issues = [&] { return installer(kind).health().issues(); };
         const auto outdate = [&] {
             write(kind, text(kind).replace("/.morvane/hook.sh", "/old/.morvane/hook.sh"));
         };
-        EXPECT_EQ(issues(), unreadable);
+        EXPECT_EQ(issues(kind), unreadable);
         write(kind, kind == kimi ? "a = 1\n" : R"({"a":1})");
         EXPECT_EQ(installer(kind).health(), Health());
         connect(kind);
-        EXPECT_EQ(issues(), QStringList());
+        EXPECT_EQ(issues(kind), QStringList());
+        home.write(".morvane/hook.sh", "older");
+        installer(kind).renew();
+        EXPECT_TRUE(home.read(".morvane/hook.sh").startsWith("#!/bin/sh"));
 
         outdate();
-        EXPECT_EQ(issues(), outdated);
+        EXPECT_EQ(issues(kind), outdated);
         installer(kind).renew();
-        EXPECT_EQ(issues(), QStringList());
+        EXPECT_EQ(issues(kind), QStringList());
         QFile::setPermissions(hook, QFile::ReadOwner);
-        EXPECT_EQ(issues(), noScript);
+        EXPECT_EQ(issues(kind), noScript);
         QFile::remove(hook);
         outdate();
-        EXPECT_EQ(issues(), noScript + outdated);
+        EXPECT_EQ(issues(kind), noScript + outdated);
         installer(kind).renew();
-        EXPECT_EQ(issues(), QStringList());
+        EXPECT_EQ(issues(kind), QStringList());
         QFile::remove(home.path(place(kind)));
-        EXPECT_EQ(issues(), unreadable);
+        EXPECT_EQ(issues(kind), unreadable);
         EXPECT_FALSE(installer(kind).isInstalled());
     }
     write(claude, "no JSON with .morvane/hook.sh");
@@ -457,7 +420,7 @@ TEST_F(HookInstallerTest, TakesTheStatusLineOnlyFromNobody) {
     EXPECT_TRUE(QFileInfo(script).isExecutable());
 
     QFile::remove(script);
-    EXPECT_EQ(installer(claude).health().issues(), QStringList{"statusline script missing"});
+    EXPECT_EQ(issues(claude), QStringList{"statusline script missing"});
     EXPECT_FALSE(installer(claude).hasStaleEntries());
     installer(claude).renew();
     EXPECT_EQ(installer(claude).health().statusLine, StatusLineHealth::connected);
@@ -478,7 +441,7 @@ TEST_F(HookInstallerTest, TakesTheStatusLineOnlyFromNobody) {
         changed["statusLine"] = other;
         write(claude, LenientJson::write(changed));
         EXPECT_EQ(installer(claude).health().statusLine, StatusLineHealth::ownedByOther);
-        EXPECT_EQ(installer(claude).health().issues(), QStringList());
+        EXPECT_EQ(issues(claude), QStringList());
         EXPECT_EQ(installer(claude).hasStaleEntries(), other.empty() || other == "");
         connect(claude);
         disconnect(claude);
@@ -496,9 +459,6 @@ TEST_F(HookInstallerTest, TurnsTheAgentsOwnNotificationsOffAndOn) {
     EXPECT_EQ(root(claude), (json{{"preferredNotifChannel", "notifications_disabled"}, {"a", 1}}));
     ASSERT_EQ(failure(installer(claude).setNotificationsSuppressed(false)), "");
     EXPECT_EQ(root(claude), (json{{"a", 1}}));
-    write(claude, "broken");
-    ASSERT_EQ(failure(installer(claude).setNotificationsSuppressed(false)), "");
-    EXPECT_EQ(text(claude), "broken");
     EXPECT_EQ(failure(installer(codex).setNotificationsSuppressed(true)), "");
     EXPECT_FALSE(installer(codex).notificationsSuppressed());
     EXPECT_FALSE(QFile::exists(home.path(place(codex))));

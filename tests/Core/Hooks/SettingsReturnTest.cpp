@@ -1,13 +1,5 @@
-#include "Core/Adapters/AgentRegistry.h"
-#include "Core/Agents/AgentAdapter.h"
-#include "Core/Hooks/HookInstaller.h"
+#include "Core/Hooks/InstallerFixture.h"
 #include "Core/Hooks/TomlHookEntries.h"
-#include "Core/Settings/Defaults.h"
-#include "Core/Settings/MorvaneSettings.h"
-#include "Support/Printing.h"
-#include "Support/TemporaryHome.h"
-
-#include <gtest/gtest.h>
 
 #include <array>
 
@@ -18,25 +10,8 @@ using enum AgentKind;
 
 /// A person's settings file: what it holds must be there again, to the last byte, after a
 /// connection in which nobody else has written.
-class SettingsReturnTest : public testing::Test {
+class SettingsReturnTest : public InstallerFixture {
 protected:
-    HookInstaller installer(AgentKind kind, std::uint16_t port = 40123) const {
-        return {AgentRegistry::adapter(kind), settings, port, moment};
-    }
-    static std::string failure(const std::optional<Failure> &result) {
-        return result ? result->message.toStdString() : "";
-    }
-    void connect(AgentKind kind) const { EXPECT_EQ(failure(installer(kind).install()), ""); }
-    void disconnect(AgentKind kind) const { EXPECT_EQ(failure(installer(kind).uninstall()), ""); }
-
-    QString place(AgentKind kind) const {
-        return AgentRegistry::adapter(kind).integrationDescription().mid(2);
-    }
-    QByteArray text(AgentKind kind) const { return home.read(place(kind)); }
-    QByteArray original(AgentKind kind) const {
-        return home.read(place(kind) + ".morvane-original");
-    }
-    void write(AgentKind kind, const QByteArray &text) const { home.write(place(kind), text); }
     bool exists(const QString &path) const { return QFileInfo::exists(home.path(path)); }
     void clear(AgentKind kind) const {
         QDir(QFileInfo(home.path(place(kind))).path()).removeRecursively();
@@ -48,17 +23,12 @@ protected:
         write(kind, before);
         connect(kind);
         EXPECT_TRUE(installer(kind).isInstalled());
-        EXPECT_EQ(installer(kind).health().issues(), QStringList());
+        EXPECT_EQ(issues(kind), QStringList());
         EXPECT_EQ(original(kind).toStdString(), before.toStdString());
         disconnect(kind);
         EXPECT_FALSE(exists(place(kind) + ".morvane-original"));
         return text(kind).toStdString();
     }
-
-    TemporaryHome home;
-    Defaults defaults{home.path("config"), "test"};
-    MorvaneSettings settings{defaults};
-    std::function<void()> moment = [] {};
 };
 
 QByteArrayList jsonFiles() {
@@ -69,7 +39,6 @@ QByteArrayList jsonFiles() {
         "{ }\n",
         "{\n}\r\n",
         "\xEF\xBB\xBF{\"a\":1}",
-        "{\"b\":1,\"a\":2}",
         "{\n\t\"b\": [1,2],\n\t\"a\": {}\n}",
         "{\r\n  \"model\": \"opus\"\r\n}\r\n",
         "// mine\n{\"a\":1}\n// last",
@@ -95,7 +64,6 @@ QByteArrayList jsonFiles() {
         R"({"statusLine":[]})",
         R"({"statusLine":"mine","z":1,"a":{"z":1,"a":2}})",
         R"({"statusLine":{"type":"command","command":"~/line.sh","padding":0}})",
-        R"({"version":1})",
         R"({"version":"3","hooks":{"stop":[{"command":"a"}]}})",
         R"({"preferredNotifChannel":"iterm2"})",
         R"({"":{"":""}})",
@@ -104,7 +72,6 @@ QByteArrayList jsonFiles() {
         "7",
         "{\"a\":1",
         QByteArray("{\"a\":\"\0\"}", 9),
-        R"-({"permissions":{"allow":["Bash(ls:*)"],"deny":[]},"env":{"URL":"http://a//b"}})-",
     };
 }
 
@@ -190,6 +157,7 @@ TEST_F(SettingsReturnTest, RefusesTomlThatCannotTakeHooks) {
          "Written as [[hooks]] each they can stay"},
         {"a = 1\nb =\n", "config.toml is no valid TOML at line 2"},
         {"a = 1\ncaf\xc3\xa9 = 2\n", "config.toml is no valid TOML at line 2"},
+        {"[= 1\n", "config.toml is no valid TOML at line 1"},
         {"a = 'caf\xe9'\n", "config.toml is no valid TOML at line 1"},
     };
     for (const auto &[before, message] : cases) {

@@ -72,18 +72,23 @@ TEST_F(DecisionRelayTest, ARetryTakesTheOlderRequestsPlace) {
 }
 
 TEST_F(DecisionRelayTest, AnswersTheSessionThatItWasGivenFor) {
-    const auto request = [](const std::string &session) {
-        return eventRequest({{"x-hook-event", "PermissionRequest"}, {"x-morvane-decision", "1"}},
-                            R"({"session_id":")" + session + R"(","tool_use_id":"call_1"})");
-    };
-    HttpClient harmless = parked(request("one"));
-    HttpClient other = parked(request("two"));
-    EXPECT_EQ(events[0].decisionID, "call_1");
-    EXPECT_NE(events[1].decisionID, "call_1");
-    server->resolve("call_1", AgentDecision::allow());
-    EXPECT_EQ(decisionIn(harmless.receiveAll()), (json{{"behavior", "allow"}}));
-    server->resolve(*events[1].decisionID, AgentDecision::deny());
-    EXPECT_EQ(decisionIn(other.receiveAll()), (json{{"behavior", "deny"}}));
+    // Calls of one name in two sessions, and such as have none.
+    const std::pair<const char *, const char *> calls[] = {
+        {R"({"session_id":"one","tool_use_id":"call_1"})",
+         R"({"session_id":"two","tool_use_id":"call_1"})"},
+        {R"({"session_id":"s","tool_name":"Bash"})", R"({"session_id":"s","tool_name":"Bash"})"}};
+    const HttpHeaders headers{{"x-hook-event", "PermissionRequest"}, {"x-morvane-decision", "1"}};
+    for (const auto &[harmless, other] : calls) {
+        events.clear();
+        HttpClient first = parked(eventRequest(headers, harmless));
+        HttpClient second = parked(eventRequest(headers, other));
+        ASSERT_EQ(events.size(), 2u);
+        EXPECT_NE(events[0].decisionID, events[1].decisionID);
+        server->resolve(*events[0].decisionID, AgentDecision::allow());
+        EXPECT_EQ(decisionIn(first.receiveAll()), (json{{"behavior", "allow"}}));
+        server->resolve(*events[1].decisionID, AgentDecision::deny());
+        EXPECT_EQ(decisionIn(second.receiveAll()), (json{{"behavior", "deny"}}));
+    }
     settle();
     EXPECT_TRUE(expired.empty());
 }
@@ -123,20 +128,6 @@ TEST(DecisionRelay, TellsAtOnceOfAHookThatCannotBeWatched) {
     scheduler.runPosted();
     EXPECT_EQ(told, (std::vector<std::string>{"call_1", "expired call_1"}));
     EXPECT_EQ(scheduler.timersDueIn(Seconds(60)), 0u);
-}
-
-TEST_F(DecisionRelayTest, GivesAnEventWithoutAnIdOneOfItsOwn) {
-    const std::string request =
-        eventRequest({{"x-hook-event", "PermissionRequest"}, {"x-morvane-decision", "1"}},
-                     R"({"session_id":"s","tool_name":"Bash"})");
-    HttpClient first = parked(request);
-    HttpClient second = parked(request);
-    ASSERT_EQ(events.size(), 2u);
-    EXPECT_NE(events[0].decisionID, events[1].decisionID);
-    server->resolve(*events[1].decisionID, AgentDecision::deny());
-    EXPECT_EQ(decisionIn(second.receiveAll()), (json{{"behavior", "deny"}}));
-    server->resolve(*events[0].decisionID, AgentDecision::allow());
-    EXPECT_EQ(decisionIn(first.receiveAll()), (json{{"behavior", "allow"}}));
 }
 
 TEST_F(DecisionRelayTest, ReleasesAllWithoutAnAnswerOrAnExpiry) {

@@ -23,19 +23,17 @@ Status feed(HttpRequestParser &parser, std::string_view text, std::size_t step) 
 }
 
 TEST(HttpRequestParser, ReadsARequestHoweverItArrives) {
-    const std::string text = "POST /event?x=1 HTTP/1.1 more\r\n"
-                             "X-Morvane-Token:\t abc \r\n"
-                             "no colon here, \xc3\xa9\r\n"
-                             "x-unknown: \n\r\r\n"
-                             "x-tty: first\r\n"
-                             "X-TTY: last: with\rcolon\xe2\x82\xac\r\n"
-                             "Content-Length: 5\r\n\r\nhello, and more";
-    const std::string_view request(text.data(),
-                                   text.size() - std::string_view(", and more").size());
-    for (std::size_t step = 1; step <= text.size(); ++step) {
+    constexpr std::string_view allButTheEnd = "POST /event?x=1 HTTP/1.1 more\r\n"
+                                              "X-Morvane-Token:\t abc \r\n"
+                                              "no colon here, \xc3\xa9\r\n"
+                                              "x-unknown: \n\r\r\n"
+                                              "x-tty: first\r\n"
+                                              "X-TTY: last: with\rcolon\xe2\x82\xac\r\n"
+                                              "Content-Length: 5\r\n\r\nhell";
+    for (std::size_t step = 1; step <= allButTheEnd.size(); ++step) {
         HttpRequestParser parser(secret);
-        EXPECT_EQ(feed(parser, request.substr(0, request.size() - 1), step), Status::unfinished);
-        EXPECT_EQ(parser.take(text.substr(request.size() - 1)), Status::complete);
+        EXPECT_EQ(feed(parser, allButTheEnd, step), Status::unfinished);
+        EXPECT_EQ(parser.take("o, and more"), Status::complete);
         EXPECT_TRUE(parser.request().isAuthorised);
         EXPECT_EQ(parser.request().method, "POST");
         EXPECT_EQ(parser.request().path, "/event?x=1");

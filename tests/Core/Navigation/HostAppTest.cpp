@@ -1,8 +1,8 @@
 #include "Core/Navigation/HostApp.h"
 
 #include "Core/Sessions/Session.h"
-#include "Platform/InstalledApplications.h"
 #include "Support/FakeProcesses.h"
+#include "Support/NoApplications.h"
 #include "Support/Printing.h"
 
 #include <gtest/gtest.h>
@@ -15,16 +15,11 @@ namespace {
 
 using Hint = std::optional<QString>;
 
-class FakeApplications : public InstalledApplications {
+class FakeApplications : public NoApplications {
 public:
     std::optional<QString> displayName(const QString &bundleID) const override {
         const auto found = installed.find(bundleID);
         return found != installed.end() ? std::optional(found->second) : std::nullopt;
-    }
-
-    bool isTerminal(const QString &) const override { return false; }
-    bool isCalled(const QString &bundleID, const QString &foreground) const override {
-        return bundleID == foreground;
     }
 
     std::map<QString, QString> installed;
@@ -40,7 +35,7 @@ TEST(HostApp, FindsTheHostFromItsHints) {
         {"plain", {}, "plain", "plain"},
         {"org.example.dotted.", {}, "org.example.dotted.", "dotted"},
         {"...", {}, "...", {}}};
-    const FakeApplications none;
+    const NoApplications none;
     for (const auto &[hostBundleID, termProgram, bundleID, name] : cases) {
         SCOPED_TRACE(bundleID.toStdString());
         EXPECT_EQ(HostApp::bundleID(hostBundleID, termProgram), bundleID);
@@ -61,7 +56,7 @@ TEST(HostApp, AsksTheMachineOnlyForWhatItDoesNotKnow) {
 }
 
 TEST(HostApp, KnowsTheHostThatASessionHasReported) {
-    const FakeApplications applications;
+    const NoApplications applications;
     const std::tuple<Hint, Hint, QString, bool> cases[] = {
         {"com.microsoft.VSCode", {}, "com.microsoft.VSCode", true},
         {{}, "vscode", "com.microsoft.VSCode", true},

@@ -11,7 +11,6 @@
 #include <gtest/gtest.h>
 
 #include <tuple>
-#include <utility>
 
 namespace morvane {
 namespace {
@@ -52,11 +51,6 @@ protected:
         return result;
     }
 
-    static Text chosen(const QStringList &titles, const QString &project) {
-        const auto window = windowOf(project, titled(titles));
-        return window ? Text(window->title) : std::nullopt;
-    }
-
     Destination destination;
     FakeTools tools;
     FakeProcesses processes;
@@ -75,11 +69,8 @@ TEST_F(JumpServiceTest, DecidesByTheHostAndWhatItsSessionIsCalled) {
         {"com.jetbrains.pycharm", {}, {}, "/dev/pts/1", TerminalPane{}},
         {{}, {}, {}, {}, TerminalPane{}}};
     for (const auto &[host, program, iterm, tty, step] : cases) {
-        destination.hostBundleID = host;
-        destination.termProgram = program;
-        destination.itermSessionID = iterm;
-        destination.ttyName = tty;
-        EXPECT_EQ(firstStep(destination), step) << host.value_or("").toStdString();
+        EXPECT_EQ(firstStep({iterm, program, host, {}, {}, tty, {}}), step)
+            << host.value_or("").toStdString();
     }
 }
 
@@ -112,7 +103,8 @@ TEST_F(JumpServiceTest, FindsTheWindowOfAProjectByWhatItsTitleIsMadeOf) {
         {{"", "vim"}, "session", {}},
         {QStringList(), "webshop", {}}};
     for (const auto &[titles, project, title] : cases) {
-        EXPECT_EQ(chosen(titles, project), title);
+        const auto window = windowOf(project, titled(titles));
+        EXPECT_EQ(window ? Text(window->title) : std::nullopt, title);
     }
 }
 

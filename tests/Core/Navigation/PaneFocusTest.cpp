@@ -6,7 +6,6 @@
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"
 
-#include <QFile>
 #include <gtest/gtest.h>
 
 #include <tuple>
@@ -18,11 +17,6 @@ using Text = std::optional<QString>;
 
 class PaneFocusTest : public testing::Test {
 protected:
-    void install(const QString &path, const QByteArray &program = "#!/bin/sh\n") {
-        home.write(path, program);
-        QFile::setPermissions(home.path(path), QFile::ReadOwner | QFile::ExeOwner);
-    }
-
     TemporaryHome home;
     FakeTools tools;
     FakeProcesses processes;
@@ -41,16 +35,16 @@ TEST_F(PaneFocusTest, LooksForToolsAtTheirPlacesInOrder) {
 
     EXPECT_FALSE(ToolPaths::find("a-tool"));
     home.write(".local/bin/a-tool");
-    install(".cargo/bin/a-tool");
+    home.writeProgram(".cargo/bin/a-tool");
     EXPECT_EQ(ToolPaths::find("a-tool"), home.path(".cargo/bin/a-tool"));
-    install(".local/bin/orca", "#!/usr/bin/python3\n");
+    home.writeProgram(".local/bin/orca", "#!/usr/bin/python3\n");
     EXPECT_NE(ToolPaths::find("orca"), home.path(".local/bin/orca"));
 }
 
 TEST_F(PaneFocusTest, TellsOneTerminalToSelectItsPane) {
-    install(".local/bin/wezterm");
-    install(".local/bin/kitty");
-    install(".local/bin/orca");
+    for (const char *tool : {"wezterm", "kitty", "orca"}) {
+        home.writeProgram(QStringLiteral(".local/bin/") + tool);
+    }
     pane.orca = QStringLiteral("term-1");
     PaneFocus::focusTerminal(pane, tools);
     pane.kitty = QStringLiteral("3");
@@ -85,7 +79,7 @@ TEST_F(PaneFocusTest, TakesATmuxPaneForGoneWithItsServer) {
     const std::tuple<Text, Text, bool> cases[] = {
         {{}, "/s,42,0", false},       {"%3", "/s,42,0", true}, {"%3", "/s,41,0", false},
         {"%3", "/gone,42,0", false},  {"%3", "/s", true},      {"%3", "/s,x,y", true},
-        {"%3", "/untold,42,0", true}, {"%3", {}, true},
+        {"%3", "/untold,42,0", true}, {"%3", {}, true},        {"%3", ",,", true},
     };
     for (const auto &[target, server, isThere] : cases) {
         pane.tmux = target;

@@ -10,7 +10,6 @@
 #include <nlohmann/json.hpp>
 
 #include <string>
-#include <utility>
 
 namespace morvane {
 namespace {
@@ -80,10 +79,8 @@ TEST(CompletedHistoryFormat, ReadsBackWhatItHasWritten) {
 
     // Also where a date has more digits than a date of ours: nothing wanders from save to save.
     for (const char *date : {"797953274.48131216", "-1.25", "12"}) {
-        const auto once = bytes(stored({{"finishedAt", json::parse(date)}}));
-        const auto read = CompletedHistoryFormat::parse(once);
-        ASSERT_TRUE(read);
-        const json again = json::parse(CompletedHistoryFormat::write(*read).toStdString());
+        const auto read = onlyRecord(stored({{"finishedAt", json::parse(date)}}));
+        const json again = json::parse(CompletedHistoryFormat::write({read}).toStdString());
         EXPECT_EQ(again[0]["finishedAt"], json::parse(date));
     }
 }
@@ -131,53 +128,44 @@ TEST(CompletedHistoryFormat, KeepsADateThatNobodyCanReckonWithWithinReach) {
 
 class CompletedHistoryTest : public testing::Test {
 protected:
-    Defaults defaults() const { return {home.path("defaults"), "test"}; }
+    /// What a program that starts now has to show.
+    QList<CompletedRecord> kept() {
+        values.flush();
+        Defaults later{home.path("defaults"), "test"};
+        return CompletedHistory(later).records();
+    }
 
-    void store(const QByteArray &bytes) const { defaults().setValue("completedHistory", bytes); }
-    QByteArray storedBytes() const { return defaults().value("completedHistory").toByteArray(); }
+    static constexpr const char *place = "completedHistory";
 
     TemporaryHome home;
+    Defaults values{home.path("defaults"), "test"};
 };
 
 TEST_F(CompletedHistoryTest, OutlivesTheProgram) {
-    {
-        Defaults first = defaults();
-        CompletedHistory history(first);
-        EXPECT_TRUE(history.records().isEmpty());
-        history.add(fullRecord());
-    }
-    Defaults second = defaults();
-    CompletedHistory history(second);
-    EXPECT_EQ(history.records(), QList<CompletedRecord>{fullRecord()});
+    CompletedHistory history(values);
+    EXPECT_TRUE(history.records().isEmpty());
+    history.add(fullRecord());
+    EXPECT_EQ(kept(), QList<CompletedRecord>{fullRecord()});
     EXPECT_FALSE(history.summarize("unknown", "x"));
     EXPECT_TRUE(history.summarize(fullRecord().id, "Done."));
-    second.flush();
-    Defaults third = defaults();
-    EXPECT_EQ(CompletedHistory(third).records().value(0).summary, "Done.");
-
+    EXPECT_EQ(kept().value(0).summary, "Done.");
     history.rename("/elsewhere", "Other");
     history.rename(fullRecord().cwd, "Mine");
-    second.flush();
-    Defaults fourth = defaults();
-    EXPECT_EQ(CompletedHistory(fourth).records().value(0).name, "Mine");
+    EXPECT_EQ(kept().value(0).name, "Mine");
 }
 
 TEST_F(CompletedHistoryTest, LeavesWhatItCannotReadUntilItHasSomethingToSave) {
     for (const QByteArray &broken :
          {bytes(json::array({stored()[0], {{"id", "/q"}}})), QByteArray("\xff\x00nonsense", 10)}) {
-        store(broken);
-        Defaults values = defaults();
+        values.setValue(place, broken);
         CompletedHistory history(values);
         EXPECT_TRUE(history.records().isEmpty());
-        EXPECT_EQ(storedBytes(), broken);
+        EXPECT_EQ(values.value(place).toByteArray(), broken);
         history.add(fullRecord());
-        values.flush();
-        EXPECT_EQ(CompletedHistoryFormat::parse(storedBytes()),
-                  QList<CompletedRecord>{fullRecord()});
+        EXPECT_EQ(kept(), QList<CompletedRecord>{fullRecord()});
     }
     // The right bytes under the wrong type.
-    Defaults values = defaults();
-    values.setValue("completedHistory", QString::fromUtf8(bytes(stored())));
+    values.setValue(place, QString::fromUtf8(bytes(stored())));
     EXPECT_TRUE(CompletedHistory(values).records().isEmpty());
 }
 
@@ -186,8 +174,7 @@ TEST_F(CompletedHistoryTest, KeepsTheTenLatest) {
     for (int record = 0; record < 12; ++record) {
         longer.push_back(stored({{"id", std::to_string(record)}})[0]);
     }
-    store(bytes(longer));
-    Defaults values = defaults();
+    values.setValue(place, bytes(longer));
     CompletedHistory history(values);
     EXPECT_EQ(history.records().size(), 12);
     history.add(fullRecord());
@@ -197,15 +184,14 @@ TEST_F(CompletedHistoryTest, KeepsTheTenLatest) {
 }
 
 TEST_F(CompletedHistoryTest, LeavesAValueThatIsNoDataAsItIs) {
-    const QByteArray file = "{\"completedHistory\":{\"$data\":\"not base64!\"}}";
-    home.write("defaults/test.json", file);
-    Defaults values = defaults();
-    EXPECT_TRUE(CompletedHistory(values).records().isEmpty());
-    values.setValue("another", 1);
-    values.flush();
-    json expected = json::parse(file.toStdString());
-    expected["another"] = 1;
-    EXPECT_EQ(json::parse(home.read("defaults/test.json").toStdString()), expected);
+    json file = json::parse(R"({"completedHistory":{"$data":"not base64!"}})");
+    home.write("defaults/test.json", bytes(file));
+    Defaults later{home.path("defaults"), "test"};
+    EXPECT_TRUE(CompletedHistory(later).records().isEmpty());
+    later.setValue("another", 1);
+    later.flush();
+    file["another"] = 1;
+    EXPECT_EQ(json::parse(home.read("defaults/test.json").toStdString()), file);
 }
 
 } // namespace

@@ -6,13 +6,7 @@
 namespace morvane {
 namespace {
 
-class DecisionsTest : public StoreFixture {
-protected:
-    void parkApproval(const QString &decisionID) { apply(EventBuilder::parked(decisionID)); }
-    void parkQuestions(const QString &decisionID, const QStringList &texts) {
-        apply(EventBuilder::parked(decisionID).asking(texts));
-    }
-};
+class DecisionsTest : public StoreFixture {};
 
 TEST_F(DecisionsTest, ShowsAPermissionRequestThatWaits) {
     apply(EventBuilder::parked("d1").with(&HookEvent::toolDetail, "make"));
@@ -64,23 +58,22 @@ TEST_F(DecisionsTest, ShowsWhatOnlyTheTerminalCanAnswer) {
         EXPECT_EQ(session().pendingExternalResponse->fallbackMessage, message);
         EXPECT_EQ(take(resolved), released);
     }
-    const Kind clearing[] = {Kind::sessionStart, Kind::promptSubmit, Kind::toolUse,
-                             Kind::idle,         Kind::turnEnd,      Kind::turnFailed};
-    for (const Kind kind : clearing) {
+    for (const Kind kind : {Kind::sessionStart, Kind::promptSubmit, Kind::toolUse, Kind::idle,
+                            Kind::turnEnd, Kind::turnFailed}) {
         apply(notice);
         apply(kind);
         EXPECT_EQ(session().pendingExternalResponse, std::nullopt);
     }
     apply(notice);
-    parkApproval("d3");
+    apply(EventBuilder::parked("d3"));
     EXPECT_EQ(session().pendingExternalResponse, std::nullopt);
 }
 
 TEST_F(DecisionsTest, LetsANewerRequestTakeThePlaceOfAnOlder) {
-    parkApproval("d1");
-    parkApproval("d1");
+    apply(EventBuilder::parked("d1"));
+    apply(EventBuilder::parked("d1"));
     EXPECT_EQ(resolved, QStringList());
-    parkQuestions("d2", {"Q"});
+    apply(EventBuilder::parked("d2").asking({"Q"}));
     EXPECT_EQ(take(resolved), QStringList{"d1 ask"});
     EXPECT_EQ(stateAtRelease.pendingDecisionID(), "d1");
     EXPECT_EQ(session().pendingApproval, std::nullopt);
@@ -98,8 +91,7 @@ TEST_F(DecisionsTest, ReleasesAHookOnceItsReasonIsGone) {
             apply(waiting);
             action();
             EXPECT_EQ(take(resolved), releases ? QStringList{"d ask"} : QStringList());
-            const Session left = store.sessions().value("s");
-            EXPECT_EQ(left.pendingDecisionID().has_value(), !releases);
+            EXPECT_EQ(store.sessions().value("s").pendingDecisionID().has_value(), !releases);
             EXPECT_FALSE(releases && stateAtRelease.pendingDecisionID());
             apply(Kind::sessionEnd);
             take(resolved);
@@ -120,7 +112,7 @@ TEST_F(DecisionsTest, CarriesADecisionBackAfterTheSessionHasMoved) {
     const auto remember = AgentDecision::allowRemembering(AgentDecision::Scope::permanent);
     for (const AgentDecision &decision :
          {AgentDecision::allow(), AgentDecision::deny(), remember, AgentDecision::ask()}) {
-        parkApproval("d");
+        apply(EventBuilder::parked("d"));
         const Date asked = scheduler.now();
         scheduler.advance(Seconds(5));
         take(announced);
@@ -138,10 +130,10 @@ TEST_F(DecisionsTest, CarriesADecisionBackAfterTheSessionHasMoved) {
         store.decide("s", decision);
         EXPECT_EQ(resolved, QStringList());
     }
-    parkQuestions("d", {"Q"});
+    apply(EventBuilder::parked("d").asking({"Q"}));
     store.decide("s", AgentDecision::deny());
     EXPECT_EQ(session().pendingQuestion->id, "d");
-    parkApproval("a");
+    apply(EventBuilder::parked("a"));
     EXPECT_EQ(take(resolved), QStringList{"d ask"});
     store.answer("s", "Q", "Yes");
     EXPECT_EQ(session().pendingApproval->id, "a");
@@ -149,7 +141,7 @@ TEST_F(DecisionsTest, CarriesADecisionBackAfterTheSessionHasMoved) {
 }
 
 TEST_F(DecisionsTest, SendsAnswersOnceAllQuestionsHaveOne) {
-    parkQuestions("d", {"Q1", "Q2"});
+    apply(EventBuilder::parked("d").asking({"Q1", "Q2"}));
     scheduler.advance(Seconds(5));
     store.answer("s", "Q2", "Yes");
     store.answer("s", "Q2", "No");
@@ -180,7 +172,7 @@ TEST_F(DecisionsTest, ChoosesByTheOrderOfTheButtons) {
             EXPECT_EQ(take(resolved), expected ? QStringList{expected} : QStringList());
         }
     }
-    parkQuestions("q", {"Q1", "Q2"});
+    apply(EventBuilder::parked("q").asking({"Q1", "Q2"}));
     take(resolved);
     store.chooseByIndex("s", 2);
     store.chooseByIndex("s", 1);
@@ -190,7 +182,7 @@ TEST_F(DecisionsTest, ChoosesByTheOrderOfTheButtons) {
 }
 
 TEST_F(DecisionsTest, ForgetsADecisionThatHasExpired) {
-    parkQuestions("d2", {"Q"});
+    apply(EventBuilder::parked("d2").asking({"Q"}));
     apply(EventBuilder::parked("d1").in("other"));
     Session expected = session();
     const Session other = session("other");

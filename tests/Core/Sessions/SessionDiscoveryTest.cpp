@@ -4,10 +4,9 @@
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"
 
-#include <QDateTime>
 #include <gtest/gtest.h>
 
-#include <fcntl.h>
+#include <filesystem>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -27,11 +26,8 @@ protected:
     }
 
     static void setAge(const QString &file, double age) {
-        const auto written =
-            std::chrono::duration_cast<std::chrono::nanoseconds>((now - Seconds(age)) - Date());
-        const timespec time{written.count() / 1'000'000'000, written.count() % 1'000'000'000};
-        const timespec times[] = {time, time};
-        ASSERT_EQ(::utimensat(AT_FDCWD, QFile::encodeName(file).constData(), times, 0), 0);
+        const auto written = std::chrono::file_clock::from_sys(now - Seconds(age));
+        std::filesystem::last_write_time(file.toStdString(), written);
     }
 
     static QByteArray meta(const QByteArray &payload) {
@@ -43,9 +39,9 @@ protected:
     }
 
     /// Id and working directory of each session that is found.
-    static QStringList found() {
+    static QStringList found(const Processes &processes = UntoldProcesses()) {
         QStringList result;
-        for (const DiscoveredSession &session : scan()) {
+        for (const DiscoveredSession &session : scan(processes)) {
             result.append(session.id + " " + session.cwd);
         }
         result.sort();
@@ -182,10 +178,7 @@ TEST_F(DiscoveryTest, BringsBackNoMoreSessionsOfAFolderThanAgentsRunThere) {
     session("linked", QFile::encodeName(home.path("link")), 30);
     FakeProcesses processes;
     processes.folders["claude"] = {QFileInfo(folder).canonicalFilePath(), "/srv/a", "/srv/c"};
-    const auto found = scan(processes);
-    ASSERT_EQ(found.size(), 2);
-    EXPECT_EQ(found[0].id, "new");
-    EXPECT_EQ(found[1].id, "linked");
+    EXPECT_EQ(found(processes), (QStringList{"linked " + home.path("link"), "new /srv/a"}));
 }
 
 } // namespace

@@ -59,27 +59,12 @@ TEST(Session, RemarksOnlyOnUnusualPermissionModes) {
     }
 }
 
-TEST(PaneLocator, FindsTheSocketInWhatTmuxReports) {
-    const std::pair<Text, Text> cases[] = {
-        {{}, {}}, {",,", {}}, {"/tmp/tmux-1000/default,123,0", "/tmp/tmux-1000/default"}};
-    for (const auto &[server, socket] : cases) {
-        PaneLocator pane;
-        pane.tmuxServer = server;
-        EXPECT_EQ(pane.tmuxSocket(), socket);
-        EXPECT_FALSE(pane.locatesPane());
-    }
-}
-
-TEST(TimeFormat, ShowsHowLongSomethingLasts) {
-    const Date start{std::chrono::seconds(1'700'000'000)};
+TEST(TimeFormat, ShowsHowLongSomethingLastsAndHowLongItIsAway) {
+    const Date now{std::chrono::seconds(1'700'000'000)};
     for (const auto &[seconds, text] : {std::pair(-5, "0s"), std::pair(59, "59s"),
                                         std::pair(60, "1m"), std::pair(7500, "2h05")}) {
-        EXPECT_EQ(TimeFormat::elapsed(start, start + Seconds(seconds)), text);
+        EXPECT_EQ(TimeFormat::elapsed(now, now + Seconds(seconds)), text);
     }
-}
-
-TEST(TimeFormat, ShowsHowLongSomethingIsAway) {
-    const Date now{std::chrono::seconds(1'700'000'000)};
     for (const auto &[seconds, text] :
          {std::pair(-90, "0m"), std::pair(59, "0m"), std::pair(3599, "59m"), std::pair(3600, "1h"),
           std::pair(86399, "23h"), std::pair(3 * 86400, "3d")}) {

@@ -5,17 +5,8 @@ namespace {
 
 class TranscriptsTest : public StoreFixture {
 protected:
-    /// Lets the oldest read that still runs end.
-    void finishRead(const TranscriptInfo &info = {}) {
-        ASSERT_FALSE(running.empty());
-        const auto use = running.front();
-        running.erase(running.begin());
-        use(info);
-    }
-
-    void finishRead(const char *lastWords) {
-        finishRead(TranscriptInfo{{}, lastWords, {}, {}, {}});
-    }
+    /// Of the latest record.
+    auto summary() const { return store.completedHistory().first().summary; }
 
     static EventBuilder withTranscript(Kind kind) {
         return EventBuilder(kind).with(&HookEvent::transcriptPath, "/t.jsonl");
@@ -66,7 +57,7 @@ TEST_F(TranscriptsTest, ReadsOneTranscriptOfASessionAtATime) {
     // The end of the turn has found a read that ran, which isn't one of a completion.
     finishRead({"opus", "All done.", 5, {}, {}});
     EXPECT_EQ(session().model, "opus");
-    EXPECT_EQ(store.completedHistory().first().summary, std::nullopt);
+    EXPECT_EQ(summary(), std::nullopt);
     apply(Kind::promptSubmit);
     apply(Kind::turnEnd);
     EXPECT_EQ(take(reads).size(), 1);
@@ -75,14 +66,8 @@ TEST_F(TranscriptsTest, ReadsOneTranscriptOfASessionAtATime) {
 
 TEST_F(TranscriptsTest, TakesWhatATranscriptTellsAndKeepsTheRest) {
     apply(withTranscript(Kind::toolUse));
-    finishRead({"opus", "Under way.", 1200, "plan", "Title"});
     Session expected = session();
-    EXPECT_EQ(expected.model, "opus");
-    EXPECT_EQ(expected.contextTokens, 1200);
-    EXPECT_EQ(expected.permissionMode, "plan");
-    EXPECT_EQ(expected.aiTitle, "Title");
-    EXPECT_EQ(expected.summary, std::nullopt);
-
+    finishRead({"opus", "Under way.", 1200, "plan", "Title"});
     for (const int tokens : {1200, 1300}) {
         scheduler.advance(Seconds(16));
         apply(Kind::toolUse);
@@ -90,7 +75,10 @@ TEST_F(TranscriptsTest, TakesWhatATranscriptTellsAndKeepsTheRest) {
         finishRead({{}, "Still under way.", tokens, "plan", {}});
         EXPECT_EQ(published, tokens == 1200 ? 0 : 1);
     }
+    expected.model = "opus";
     expected.contextTokens = 1300;
+    expected.permissionMode = "plan";
+    expected.aiTitle = "Title";
     expected.lastEventAt = scheduler.now();
     EXPECT_EQ(session(), expected);
 }
@@ -102,7 +90,6 @@ TEST_F(TranscriptsTest, SumsUpAFinishedSessionByItsLastWords) {
     const auto finish = [this](const QString &id, const QString &cwd) {
         apply(withTranscript(Kind::turnEnd).in(id).with(&HookEvent::cwd, cwd));
     };
-    const auto summary = [this] { return store.completedHistory().first().summary; };
     finish("s", "/p");
     take(historyChanges);
     finishRead("All done.");
@@ -136,7 +123,6 @@ TEST_F(TranscriptsTest, SumsUpAFinishedSessionByItsLastWords) {
 }
 
 TEST_F(TranscriptsTest, WaitsALittleForLastWordsThatAreWrittenLate) {
-    const auto summary = [this] { return store.completedHistory().first().summary; };
     apply(withTranscript(Kind::turnEnd));
     finishRead("Of the turn before.");
     take(reads);

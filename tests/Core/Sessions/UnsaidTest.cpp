@@ -5,24 +5,22 @@
 namespace morvane {
 namespace {
 
+using enum AgentKind;
+using enum SessionState;
+
 /// What agents of listed releases say late, or not at all.
 class UnsaidTest : public StoreFixture {
 protected:
-    /// A hook of the newest release that is listed.
-    HookEvent hook(AgentKind agent, const QString &name, const QByteArray &members,
-                   const QString &decisionID = {}) {
+    /// Tells a hook of the newest release that is listed. Returns the state that it leads to.
+    SessionState tell(AgentKind agent, const QString &name, const QByteArray &members,
+                      const std::optional<QString> &decisionID = {}) {
         const auto event = HookEvent::decode(*AgentRegistry::forms(agent).back(), name,
                                              "{\"session_id\":\"s\"," + members + "}", {});
         EXPECT_TRUE(event) << members.constData();
-        HookEvent result = event.value_or(HookEvent());
-        if (!decisionID.isEmpty()) {
-            result.decisionID = decisionID;
-        }
-        return result;
-    }
-    void tell(AgentKind agent, const QString &name, const QByteArray &members,
-              const QString &decisionID = {}) {
-        store.apply(hook(agent, name, members, decisionID));
+        HookEvent hook = event.value_or(HookEvent());
+        hook.decisionID = decisionID;
+        store.apply(hook);
+        return session().state;
     }
 
     static constexpr const char *make = R"("tool_name":"Bash","tool_input":{"command":"make"})";
@@ -32,73 +30,63 @@ TEST_F(UnsaidTest, AnAnnouncementThatComesLateDoesNotHideItsOwnRequest) {
     // Codex says only in its request what the call is for.
     const QByteArray explained =
         R"("tool_name":"Bash","tool_input":{"command":"make","description":"Build"})";
-    for (const AgentKind agent : {AgentKind::claude, AgentKind::codex}) {
+    const QByteArray another = R"("tool_name":"Bash","tool_input":{"command":"ls"})";
+    for (const AgentKind agent : {claude, codex}) {
         tell(agent, "UserPromptSubmit", R"("prompt":"go")");
         tell(agent, "PermissionRequest", explained, "d");
-        tell(agent, "PreToolUse", make);
-        EXPECT_EQ(session().state, SessionState::needsInput);
+        EXPECT_EQ(tell(agent, "PreToolUse", make), needsInput);
         EXPECT_EQ(session().currentTool, "Bash");
-        tell(agent, "PreToolUse", R"("tool_name":"Bash","tool_input":{"command":"ls"})");
-        EXPECT_EQ(session().state, SessionState::working);
+        EXPECT_EQ(tell(agent, "PreToolUse", another), working);
         tell(agent, "PermissionRequest", make, "e");
         store.decide("s", AgentDecision::allow());
-        tell(agent, "PreToolUse", make);
-        EXPECT_EQ(session().state, SessionState::working);
+        EXPECT_EQ(tell(agent, "PreToolUse", make), working);
     }
 }
 
 TEST_F(UnsaidTest, ASubagentOfCodexAsksForItsSession) {
     const QByteArray ofSubagent = QByteArray(make) + R"(,"agent_id":"a","cwd":"/elsewhere")";
-    tell(AgentKind::codex, "UserPromptSubmit", R"("prompt":"go","cwd":"/srv")");
-    tell(AgentKind::codex, "Stop", R"("cwd":"/srv")");
-    tell(AgentKind::codex, "PermissionRequest", ofSubagent, "d");
+    tell(codex, "UserPromptSubmit", R"("prompt":"go","cwd":"/srv")");
+    tell(codex, "Stop", R"("cwd":"/srv")");
+    EXPECT_EQ(tell(codex, "PermissionRequest", ofSubagent, "d"), needsInput);
     ASSERT_TRUE(session().pendingApproval);
     EXPECT_TRUE(session().pendingApproval->ofSubagent);
-    EXPECT_EQ(session().state, SessionState::needsInput);
     EXPECT_EQ(session().cwd, "/srv");
     EXPECT_EQ(take(announced), (QStringList{"done", "needsInput"}));
-    tell(AgentKind::codex, "PreToolUse", ofSubagent);
-    EXPECT_EQ(session().state, SessionState::needsInput);
+    EXPECT_EQ(tell(codex, "PreToolUse", ofSubagent), needsInput);
     store.decide("s", AgentDecision::allow());
     EXPECT_EQ(resolved, QStringList{"d allow"});
-    EXPECT_EQ(session().state, SessionState::working);
-    tell(AgentKind::codex, "SubagentStop", R"("agent_id":"a")");
-    EXPECT_EQ(session().state, SessionState::done);
+    EXPECT_EQ(session().state, working);
+    EXPECT_EQ(tell(codex, "SubagentStop", R"("agent_id":"a")"), done);
     EXPECT_EQ(take(announced), QStringList{"done"});
 
     // It has had its say: what ends later is no end of the session's own work.
-    apply(EventBuilder(Kind::needsInput).of(AgentKind::codex));
-    tell(AgentKind::codex, "SubagentStop", R"("agent_id":"b")");
-    EXPECT_EQ(session().state, SessionState::needsInput);
-    tell(AgentKind::codex, "Stop", R"("cwd":"/srv")");
-    tell(AgentKind::codex, "PermissionRequest", ofSubagent, "c");
+    apply(EventBuilder(Kind::needsInput).of(codex));
+    EXPECT_EQ(tell(codex, "SubagentStop", R"("agent_id":"b")"), needsInput);
+    tell(codex, "Stop", R"("cwd":"/srv")");
+    tell(codex, "PermissionRequest", ofSubagent, "c");
     store.decide("s", AgentDecision::allow());
-    tell(AgentKind::codex, "UserPromptSubmit", R"("prompt":"on","cwd":"/srv")");
-    tell(AgentKind::codex, "SubagentStop", R"("agent_id":"a")");
-    EXPECT_EQ(session().state, SessionState::working);
-    take(announced);
+    tell(codex, "UserPromptSubmit", R"("prompt":"on","cwd":"/srv")");
+    EXPECT_EQ(tell(codex, "SubagentStop", R"("agent_id":"a")"), working);
     take(resolved);
 
     // The session doesn't wait for it, and its own turn may end meanwhile.
-    tell(AgentKind::codex, "UserPromptSubmit", R"("prompt":"go on","cwd":"/srv")");
-    tell(AgentKind::codex, "PermissionRequest", ofSubagent, "e");
-    tell(AgentKind::codex, "Stop", R"("cwd":"/srv","last_assistant_message":"Over.")");
-    EXPECT_EQ(session().state, SessionState::needsInput);
+    tell(codex, "UserPromptSubmit", R"("prompt":"go on","cwd":"/srv")");
+    tell(codex, "PermissionRequest", ofSubagent, "e");
+    EXPECT_EQ(tell(codex, "Stop", R"("cwd":"/srv","last_assistant_message":"Over.")"), needsInput);
     EXPECT_EQ(resolved, QStringList());
     store.decide("s", AgentDecision::deny());
-    EXPECT_EQ(session().state, SessionState::working);
-    tell(AgentKind::codex, "SubagentStop", R"("agent_id":"a")");
-    EXPECT_EQ(session().state, SessionState::done);
+    EXPECT_EQ(session().state, working);
+    EXPECT_EQ(tell(codex, "SubagentStop", R"("agent_id":"a")"), done);
     EXPECT_EQ(store.completedHistory().first().summary, "Over.");
 
     // Of releases that aren't known it is answered by the agent's own prompt.
-    apply(EventBuilder::parked("f").of(AgentKind::codex).with(&HookEvent::agentID, "a"));
+    apply(EventBuilder::parked("f").of(codex).with(&HookEvent::agentID, "a"));
     EXPECT_EQ(resolved.last(), "f ask");
 }
 
 TEST_F(UnsaidTest, ASubagentOfCodexMayBeTheFirstToSpeak) {
-    tell(AgentKind::codex, "PermissionRequest", QByteArray(make) + R"(,"agent_id":"a")", "d");
-    EXPECT_EQ(session().agent, AgentKind::codex);
+    tell(codex, "PermissionRequest", QByteArray(make) + R"(,"agent_id":"a")", "d");
+    EXPECT_EQ(session().agent, codex);
     EXPECT_EQ(session().lastEventAt, scheduler.now());
     EXPECT_EQ(session().stateChangedAt, scheduler.now());
     EXPECT_TRUE(session().pendingApproval);
@@ -106,13 +94,11 @@ TEST_F(UnsaidTest, ASubagentOfCodexMayBeTheFirstToSpeak) {
 
 TEST_F(UnsaidTest, TheLastWordsAreThoseThatTheHookBrings) {
     const auto finish = [this](const QString &event, const QByteArray &members) {
-        tell(AgentKind::claude, event, members + R"(,"transcript_path":"/t")");
-        for (const auto &use : std::exchange(running, {})) {
-            use({{}, "of the turn before", {}, {}, {}});
-        }
-        EXPECT_EQ(session().summary, store.completedHistory().first().summary);
+        tell(claude, event, members + R"(,"transcript_path":"/t")");
+        finishRead("of the turn before");
         const auto summary = session().summary;
-        tell(AgentKind::claude, "UserPromptSubmit", R"("prompt":"go on")");
+        EXPECT_EQ(summary, store.completedHistory().first().summary);
+        tell(claude, "UserPromptSubmit", R"("prompt":"go on")");
         return summary;
     };
     EXPECT_EQ(finish("Stop", R"("last_assistant_message":"Done.")"), "Done.");
@@ -124,60 +110,52 @@ TEST_F(UnsaidTest, TheLastWordsAreThoseThatTheHookBrings) {
 
 TEST_F(UnsaidTest, AnInterruptedRequestLeavesNobodyCalling) {
     const auto ask = [this] {
-        tell(AgentKind::claude, "PermissionRequest", make, "d");
+        tell(claude, "PermissionRequest", make, "d");
         store.approvalHungUp("d");
         EXPECT_FALSE(session().pendingApproval);
         EXPECT_TRUE(session().acknowledged);
-        EXPECT_EQ(session().state, SessionState::needsInput);
+        EXPECT_EQ(session().state, needsInput);
     };
     ask();
     scheduler.advance(Seconds(2.1));
-    EXPECT_EQ(session().state, SessionState::idle);
+    EXPECT_EQ(session().state, idle);
     // Somebody has answered in the terminal, and the agent goes on.
     ask();
     scheduler.advance(Seconds(0.5));
-    tell(AgentKind::claude, "PreToolUse", make);
+    tell(claude, "PreToolUse", make);
     scheduler.advance(Seconds(5));
-    EXPECT_EQ(session().state, SessionState::working);
+    EXPECT_EQ(session().state, working);
     EXPECT_EQ(resolved, QStringList());
 }
 
 TEST_F(UnsaidTest, CodexSaysThatItsTurnWasInterrupted) {
-    tell(AgentKind::codex, "UserPromptSubmit", R"("prompt":"go")");
-    tell(AgentKind::codex, "PreToolUse", make);
-    tell(AgentKind::codex, "Interrupt", R"("turn_id":"t")");
-    EXPECT_EQ(session().state, SessionState::idle);
+    tell(codex, "UserPromptSubmit", R"("prompt":"go")");
+    tell(codex, "PreToolUse", make);
+    EXPECT_EQ(tell(codex, "Interrupt", R"("turn_id":"t")"), idle);
     // Its hook that waits is ended before or after that.
-    tell(AgentKind::codex, "PermissionRequest", make, "d");
-    tell(AgentKind::codex, "Interrupt", R"("turn_id":"t")");
+    tell(codex, "PermissionRequest", make, "d");
+    tell(codex, "Interrupt", R"("turn_id":"t")");
     store.approvalHungUp("d");
     scheduler.advance(Seconds(2.1));
-    EXPECT_EQ(session().state, SessionState::idle);
+    EXPECT_EQ(session().state, idle);
     EXPECT_FALSE(session().pendingApproval);
-    EXPECT_FALSE(HookEvent::decode(AgentKind::codex, "Interrupt", R"({"session_id":"s"})", {}));
+    EXPECT_FALSE(HookEvent::decode(codex, "Interrupt", R"({"session_id":"s"})", {}));
 }
 
 TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
     using Turn = TranscriptInfo::Turn;
-    const std::pair<Turn, SessionState> cases[] = {{Turn::running, SessionState::working},
-                                                   {Turn::ended, SessionState::working},
-                                                   {Turn::interrupted, SessionState::idle},
-                                                   {Turn::failed, SessionState::failed}};
+    const std::pair<Turn, SessionState> cases[] = {{Turn::running, working},
+                                                   {Turn::ended, working},
+                                                   {Turn::interrupted, idle},
+                                                   {Turn::failed, failed}};
     for (const auto &[turn, state] : cases) {
-        tell(AgentKind::codex, "UserPromptSubmit", R"("prompt":"go","transcript_path":"/t")");
+        tell(codex, "UserPromptSubmit", R"("prompt":"go","transcript_path":"/t")");
         scheduler.advance(Seconds(10));
-        ASSERT_FALSE(running.empty());
-        TranscriptInfo info;
-        info.lastAssistantText = "of the turn before";
-        info.turn = turn;
-        info.failure = "Refused.";
-        for (const auto &use : std::exchange(running, {})) {
-            use(info);
-        }
+        finishRead({{}, "of the turn before", {}, {}, {}, turn, "Refused."});
         EXPECT_EQ(session().state, state);
-        EXPECT_EQ(session().summary == "Refused.", state == SessionState::failed);
-        for (const auto &use : std::exchange(running, {})) {
-            use({});
+        EXPECT_EQ(session().summary == "Refused.", state == failed);
+        if (state == failed) {
+            finishRead(); // of a turn that has ended
         }
         scheduler.advance(Seconds(10));
         EXPECT_TRUE(running.empty()) << "nothing has been written";
@@ -188,44 +166,31 @@ TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
     EXPECT_TRUE(running.empty());
 
     // What it asks in its terminal goes with the turn.
-    tell(AgentKind::claude, "Notification",
+    tell(claude, "Notification",
          R"("notification_type":"permission_prompt","transcript_path":"/t")");
     scheduler.advance(Seconds(10));
-    for (const auto &use : std::exchange(running, {})) {
-        TranscriptInfo info;
-        info.turn = Turn::interrupted;
-        use(info);
-    }
-    EXPECT_EQ(session().state, SessionState::idle);
+    finishRead({{}, {}, {}, {}, {}, Turn::interrupted});
+    EXPECT_EQ(session().state, idle);
     EXPECT_FALSE(session().pendingExternalResponse);
 
     // Not while it asks, nor for an agent that would say so.
-    tell(AgentKind::codex, "PermissionRequest", make, "d");
+    tell(codex, "PermissionRequest", make, "d");
     scheduler.advance(Seconds(120));
     EXPECT_TRUE(running.empty());
     store.decide("s", AgentDecision::allow());
     scheduler.advance(Seconds(10));
-    ASSERT_FALSE(running.empty());
-    for (const auto &use : std::exchange(running, {})) {
-        use({});
-    }
+    finishRead();
     apply(EventBuilder(Kind::promptSubmit).with(&HookEvent::transcriptPath, "/t"));
     scheduler.advance(Seconds(120));
     EXPECT_TRUE(running.empty());
 }
 
 TEST_F(UnsaidTest, AnEndThatWasAFailureIsHeardOnce) {
-    tell(AgentKind::gemini, "AfterAgent",
-         R"("prompt_response":"[no response text]","transcript_path":"/t")");
-    EXPECT_EQ(session().state, SessionState::done);
-    TranscriptInfo info;
-    info.turn = TranscriptInfo::Turn::failed;
-    info.failure = "API Error: 400";
-    ASSERT_FALSE(running.empty());
-    for (const auto &use : std::exchange(running, {})) {
-        use(info);
-    }
-    EXPECT_EQ(session().state, SessionState::failed);
+    EXPECT_EQ(tell(gemini, "AfterAgent",
+                   R"("prompt_response":"[no response text]","transcript_path":"/t")"),
+              done);
+    finishRead({{}, {}, {}, {}, {}, TranscriptInfo::Turn::failed, "API Error: 400"});
+    EXPECT_EQ(session().state, failed);
     EXPECT_TRUE(store.completedHistory().first().failed);
     EXPECT_EQ(store.completedHistory().first().summary, "API Error: 400");
     EXPECT_EQ(announced, QStringList{"done"});

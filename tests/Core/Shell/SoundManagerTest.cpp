@@ -1,12 +1,9 @@
 #include "Core/Shell/SoundManager.h"
 
-#include "Core/Settings/Defaults.h"
-#include "Core/Settings/MorvaneSettings.h"
 #include "Core/Usage/UsageMilestone.h"
+#include "Support/CoreWorld.h"
 #include "Support/FakeSoundPlayer.h"
-#include "Support/ManualScheduler.h"
 #include "Support/Printing.h"
-#include "Support/TemporaryHome.h"
 
 #include <QFile>
 #include <QtEndian>
@@ -41,7 +38,7 @@ double strength(std::span<const double> samples, double frequency) {
     return std::sqrt(last * last + beforeLast * beforeLast - turn * last * beforeLast);
 }
 
-class SoundManagerTest : public testing::Test {
+class SoundManagerTest : public testing::Test, protected CoreWorld {
 protected:
     SoundManagerTest() { settings.setSoundEnabled(true); }
 
@@ -62,10 +59,6 @@ protected:
         return result;
     }
 
-    TemporaryHome home;
-    Defaults defaults{home.path("defaults"), "test"};
-    MorvaneSettings settings{defaults};
-    ManualScheduler scheduler;
     FakeSoundPlayer player;
     SoundManager manager{settings, scheduler, player};
 };
@@ -122,11 +115,10 @@ TEST_F(SoundManagerTest, MakesTheChimeByItsTable) {
                               "100064617461087c0000";
     struct Case {
         int percent;
-        double frequency;
         double rising, falling; ///< samples 300 and 4410
     };
-    for (const auto &[percent, frequency, rising, falling] :
-         {Case{84, 784, 9300, 1220}, {90, 880, -1483, 0}, {100, 988, -9888, -2518}}) {
+    for (const auto &[percent, rising, falling] :
+         {Case{84, 9300, 1220}, {90, -1483, 0}, {100, -9888, -2518}}) {
         scheduler.advance(Seconds(2));
         manager.playLimitChime(percent);
         const auto &[wave, volume] = player.played.back();
@@ -137,10 +129,6 @@ TEST_F(SoundManagerTest, MakesTheChimeByItsTable) {
         EXPECT_EQ(samples[0], 0);
         EXPECT_EQ(samples[300], rising);
         EXPECT_EQ(samples[4410], falling);
-        const double root = strength(samples, frequency);
-        EXPECT_NEAR(strength(samples, 1.5 * frequency) / root, 0.22, 0.02);
-        EXPECT_NEAR(strength(samples, 2 * frequency) / root, 0.08, 0.02);
-        EXPECT_LT(strength(samples, 1.25 * frequency) / root, 0.05) << "between the tones";
     }
 }
 

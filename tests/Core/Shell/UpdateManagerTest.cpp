@@ -1,6 +1,5 @@
 #include "Core/Shell/UpdateManager.h"
 
-#include "Core/Settings/MorvaneSettings.h"
 #include "Core/Shell/InstallPing.h"
 #include "Support/FakeHttpsClient.h"
 #include "Support/FakeTools.h"
@@ -161,7 +160,6 @@ TEST_F(UpdateManagerTest, MakesNothingOfAFeedThatIsNoFriends) {
 }
 
 TEST_F(UpdateManagerTest, CountsAnInstallationOnceAndOnlyIfThatIsWanted) {
-    MorvaneSettings settings(defaults);
     const QUrl counter("https://updates.example/api/install");
     const auto send = [&](const std::optional<QUrl> &url) {
         return InstallPing::sendIfNeeded(settings, https, scheduler, url);

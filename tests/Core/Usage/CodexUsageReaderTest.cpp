@@ -2,30 +2,22 @@
 
 #include "Core/Usage/Usage.h"
 #include "Core/Usage/UsageFakes.h"
-#include "Support/ManualScheduler.h"
+#include "Support/CoreWorld.h"
 #include "Support/Printing.h"
-#include "Support/TemporaryHome.h"
 
 #include <gtest/gtest.h>
 
 namespace morvane {
 namespace {
 
-class CodexUsageReaderTest : public testing::Test {
+class CodexUsageReaderTest : public testing::Test, protected CoreWorld {
 protected:
-    void install() {
-        const QString program = home.write(".local/bin/codex", "#!/bin/sh\n");
-        QFile::setPermissions(program, QFile::ReadOwner | QFile::ExeOwner);
-    }
-
     /// Why there are no figures; empty where there are some.
     QString reason() {
-        const auto result = CodexUsageReader::read(dialogue, "1.2", clock);
+        const auto result = CodexUsageReader::read(dialogue, "1.2", scheduler);
         return result.failure() != nullptr ? result.failure()->message : QString();
     }
 
-    TemporaryHome home;
-    ManualScheduler clock;
     FakeDialogue dialogue;
 };
 
@@ -34,7 +26,7 @@ TEST_F(CodexUsageReaderTest, SaysWhyThereAreNoFigures) {
         GTEST_SKIP() << "the machine's own would be found first";
     }
     EXPECT_EQ(reason(), "Codex isn't installed");
-    install();
+    home.writeProgram(".local/bin/codex");
     EXPECT_EQ(reason(), "Codex isn't signed in");
     home.write(".codex/auth.json/in-a-folder");
     EXPECT_EQ(reason(), "Codex isn't signed in");
@@ -56,7 +48,7 @@ TEST_F(CodexUsageReaderTest, SaysWhyThereAreNoFigures) {
 }
 
 TEST_F(CodexUsageReaderTest, StartsAServerThatMayDoNothing) {
-    install();
+    home.writeProgram(".local/bin/codex");
     home.write(".codex/auth.json");
     reason();
     ASSERT_EQ(dialogue.commands.size(), 1U);

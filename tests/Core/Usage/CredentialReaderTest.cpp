@@ -1,10 +1,8 @@
 #include "Core/Usage/CredentialReader.h"
 
 #include "Core/Usage/UsageFakes.h"
-#include "Support/ManualPool.h"
-#include "Support/ManualScheduler.h"
+#include "Support/CoreWorld.h"
 #include "Support/Printing.h"
-#include "Support/TemporaryHome.h"
 
 #include <gtest/gtest.h>
 
@@ -13,14 +11,13 @@ namespace {
 
 const QString file = ".claude/.credentials.json";
 
-class CredentialReaderTest : public testing::Test {
+class CredentialReaderTest : public testing::Test, protected CoreWorld {
 protected:
     QByteArray json(const QByteArray &token, std::optional<Seconds> left = {}) const {
-        const auto expiry = left ? scheduler.now() + *left : Date{};
-        const auto milliseconds =
-            std::chrono::duration_cast<std::chrono::milliseconds>(expiry.time_since_epoch());
+        const Seconds expiry =
+            left ? Seconds(scheduler.now().time_since_epoch()) + *left : Seconds(0);
         return R"({"claudeAiOauth":{"accessToken":")" + token + R"(","expiresAt":)" +
-               QByteArray::number(static_cast<qint64>(milliseconds.count())) + "}}";
+               QByteArray::number(expiry.count() * 1000, 'f', 0) + "}}";
     }
 
     /// What comes of a call: the token, or why there is none.
@@ -33,14 +30,10 @@ protected:
                                                                                  : "blocked";
         });
         reads = background.waiting();
-        background.runAll();
-        scheduler.runPosted();
+        pass(Seconds(0));
         return result;
     }
 
-    TemporaryHome home;
-    ManualScheduler scheduler;
-    ManualPool background;
     FakeSecretStore store;
     CredentialReader reader{store, scheduler, background};
     std::size_t reads = 0; ///< that the last call began
@@ -91,9 +84,7 @@ TEST_F(CredentialReaderTest, ReadsOnceForAllWhoAskMeanwhile) {
     for (int call = 0; call < 3; ++call) {
         reader.read([&](const CredentialReader::Lookup &) { ++answers; });
     }
-    EXPECT_EQ(background.waiting(), 1U);
-    background.runAll();
-    scheduler.runPosted();
+    pass(Seconds(0));
     EXPECT_EQ(answers, 3);
     EXPECT_EQ(store.asked.size(), 1);
 }

@@ -140,12 +140,10 @@ TEST(CodexExchange, GivesUpALineThatDoesNotEnd) {
 }
 
 TEST(CodexExchange, SpeaksOneObjectALine) {
-    const QByteArray first = CodexExchange::initializeRequest("1.2");
-    EXPECT_EQ(QJsonDocument::fromJson(first),
-              QJsonDocument::fromJson(R"({"method":"initialize","id":1,"params":{
-                  "clientInfo":{"name":"morvane","title":"Morvane","version":"1.2"},
-                  "capabilities":{"experimentalApi":true}}})"));
-    EXPECT_EQ(first.indexOf('\n'), first.size() - 1);
+    EXPECT_EQ(CodexExchange::initializeRequest("1.2"),
+              R"({"id":1,"method":"initialize","params":{"capabilities":{"experimentalApi":true},)"
+              R"("clientInfo":{"name":"morvane","title":"Morvane","version":"1.2"}}})"
+              "\n");
     EXPECT_EQ(CodexExchange::initializedAndReadRequest(),
               "{\"method\":\"initialized\"}\n{\"id\":2,\"method\":\"account/rateLimits/read\"}\n");
 }

@@ -1,12 +1,8 @@
 #include "Core/Usage/UsagePoller.h"
 
-#include "Core/Settings/Defaults.h"
-#include "Core/Settings/MorvaneSettings.h"
 #include "Core/Usage/UsageFakes.h"
-#include "Support/ManualPool.h"
-#include "Support/ManualScheduler.h"
+#include "Support/CoreWorld.h"
 #include "Support/Printing.h"
-#include "Support/TemporaryHome.h"
 
 #include <QDirIterator>
 #include <gtest/gtest.h>
@@ -19,15 +15,10 @@ using enum AgentKind;
 const QString credentials = ".claude/.credentials.json";
 const QByteArray token = "sk-ant-oat01-hush";
 
-const QString rateLimited = "rate limited — showing cached figures";
 const QString locked = "keychain locked — Morvane won't ask for your password";
 
 HttpsAnswer answer(int status, const QByteArray &body = {}, const QByteArray &retryAfter = {}) {
-    HttpsAnswer result{status, {}, body};
-    if (!retryAfter.isEmpty()) {
-        result.headers = {{"retry-after", retryAfter}};
-    }
-    return result;
+    return {status, {{"retry-after", retryAfter}}, body};
 }
 
 QByteArray body(double session, double weekly = 10) {
@@ -39,19 +30,13 @@ QByteArray statusLine(const QByteArray &windows) {
     return R"({"rate_limits":{)" + windows + "}}";
 }
 
-class UsagePollerTest : public testing::Test {
+class UsagePollerTest : public testing::Test, protected CoreWorld {
 protected:
     UsagePollerTest() {
         home.write(credentials, R"({"claudeAiOauth":{"accessToken":")" + token + R"("}})");
         poller.milestoneEligibility = [this] { return isWorking; };
         QObject::connect(&poller, &UsagePoller::milestoneEvents, &poller,
                          [this](const UsageMilestone &milestone) { told << milestone.percent(); });
-    }
-
-    void pass(Seconds time) {
-        scheduler.advance(time);
-        background.runAll();
-        scheduler.runPosted();
     }
 
     void start() {
@@ -82,11 +67,6 @@ protected:
                    : -1;
     }
 
-    TemporaryHome home;
-    Defaults defaults{home.path("config"), "test"};
-    MorvaneSettings settings{defaults};
-    ManualScheduler scheduler;
-    ManualPool background;
     FakeSecretStore secrets;
     FakeHttpsClient https;
     FakeDialogue dialogue;
@@ -149,7 +129,7 @@ TEST_F(UsagePollerTest, LeavesAServerAloneThatAsksForIt) {
     const auto waitAfter = [this](const QByteArray &retryAfter) {
         poller.refreshNow(); // which starts the intervals anew
         reply(answer(429, {}, retryAfter));
-        EXPECT_EQ(reason(), rateLimited);
+        EXPECT_EQ(reason(), "rate limited — showing cached figures");
         return wait();
     };
     EXPECT_EQ(waitAfter(" 120 "), 600);
@@ -157,16 +137,13 @@ TEST_F(UsagePollerTest, LeavesAServerAloneThatAsksForIt) {
     EXPECT_EQ(waitAfter("999999"), 86'400);
     EXPECT_EQ(waitAfter("Wed, 21 Oct 2015 07:28:00 GMT"), 600);
     EXPECT_EQ(waitAfter("nan"), 600);
-    const Date now = scheduler.now();
-    const auto retryAfter = [&](const QByteArray &header) {
-        return UsageEndpoint::retryAfter(header, now).count();
+    const auto retryAfter = [](const std::optional<QByteArray> &header) {
+        return UsageEndpoint::retryAfter(header, Date(std::chrono::seconds(1'700'000'000))).count();
     };
-    EXPECT_EQ(UsageEndpoint::retryAfter(std::nullopt, now), Seconds(300));
+    EXPECT_EQ(retryAfter(std::nullopt), 300);
     EXPECT_EQ(retryAfter("soon"), 300);
     EXPECT_EQ(retryAfter("-5"), 0);
-    EXPECT_EQ(UsageEndpoint::retryAfter("Tue, 14 Nov 2023 22:23:20 GMT",
-                                        Date(std::chrono::seconds(1'700'000'000))),
-              Seconds(600));
+    EXPECT_EQ(retryAfter("Tue, 14 Nov 2023 22:23:20 GMT"), 600);
 }
 
 TEST_F(UsagePollerTest, ReadsTheTokenAnewWhenItIsRefused) {
@@ -312,15 +289,14 @@ TEST_F(UsagePollerTest, ShowsAMilestoneForSixSecondsWhileASessionWorks) {
     EXPECT_FALSE(poller.activeMilestone());
     EXPECT_EQ(told, QList<int>({90, 95}));
     poller.ingestLive(statusLine(R"("seven_day":{"used_percentage":86})"), claude);
-    EXPECT_TRUE(poller.activeMilestone());
+    EXPECT_EQ(poller.activeMilestone(), (UsageMilestone{UsageWindowKind::weekly, 0.85}));
     isWorking = false;
     poller.refreshMilestoneEligibility();
     EXPECT_FALSE(poller.activeMilestone());
 }
 
 TEST_F(UsagePollerTest, AsksCodexOneAtATimeAndKeepsItsFigures) {
-    const QString program = home.write(".local/bin/codex", "#!/bin/sh\n");
-    QFile::setPermissions(program, QFile::ReadOwner | QFile::ExeOwner);
+    home.writeProgram(".local/bin/codex");
     home.write(".codex/auth.json");
     dialogue.says = {"{\"id\":2,\"result\":{\"rateLimits\":{\"primary\":{\"usedPercent\":90}}}}\n"};
     QFile::remove(home.path(credentials));
@@ -345,8 +321,7 @@ TEST_F(UsagePollerTest, AsksCodexOneAtATimeAndKeepsItsFigures) {
 }
 
 TEST_F(UsagePollerTest, TellsTheTokenToNobodyButTheEndpoint) {
-    const QString program = home.write(".local/bin/codex", "#!/bin/sh\n");
-    QFile::setPermissions(program, QFile::ReadOwner | QFile::ExeOwner);
+    home.writeProgram(".local/bin/codex");
     home.write(".codex/auth.json");
     start();
     reply(answer(401, token));

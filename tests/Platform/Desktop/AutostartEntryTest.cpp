@@ -8,13 +8,12 @@
 namespace morvane {
 namespace {
 
-const QString program = "/opt/Morvane/morvane";
 const QString file = ".config/autostart/io.morvane.morvane.desktop";
 
 class AutostartEntryTest : public testing::Test {
 protected:
     TemporaryHome home;
-    AutostartEntry entry{program};
+    AutostartEntry entry{"/opt/Morvane/morvane"};
 };
 
 TEST_F(AutostartEntryTest, IsThereAsLongAsItIsWanted) {

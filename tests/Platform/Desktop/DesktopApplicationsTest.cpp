@@ -9,9 +9,8 @@ namespace morvane {
 namespace {
 
 TEST(DesktopApplications, NameWhatIsInstalledHere) {
-    const TemporaryHome home;
-    const QByteArray dataHome = qgetenv("XDG_DATA_HOME");
-    qputenv("XDG_DATA_HOME", home.path(QStringLiteral("data")).toUtf8());
+    TemporaryHome home;
+    home.set("XDG_DATA_HOME", home.path("data"));
     home.write("data/applications/code.desktop",
                "[Desktop Action new]\nName=New window\n[Desktop Entry]\nName[de]=Der Editor\n"
                "Name=Visual Editor\nName=Second\n");
@@ -40,7 +39,6 @@ TEST(DesktopApplications, NameWhatIsInstalledHere) {
     EXPECT_TRUE(applications.isCalled("xfce4-terminal", "Xfce4-terminal"));
     EXPECT_FALSE(applications.isCalled("codium", "Emacs"));
     EXPECT_FALSE(applications.isCalled("../../outside", "Emacs"));
-    qputenv("XDG_DATA_HOME", dataHome);
 }
 
 TEST(KnownApplications, AreFoundByTheClassOfTheirWindows) {

@@ -44,7 +44,7 @@ TEST(DesktopEntry, ReadsACommandAsItsWriterMeantIt) {
 class DesktopLauncherTest : public testing::Test {
 protected:
     DesktopLauncherTest() {
-        qputenv("XDG_DATA_HOME", home.path("data").toUtf8());
+        home.set("XDG_DATA_HOME", home.path("data"));
         home.write("report",
                    "#!/bin/sh\n"
                    "{ pwd; echo \"$@\"; echo $DESKTOP_STARTUP_ID; ls /proc/$$/fd | grep 77; "
@@ -52,16 +52,12 @@ protected:
                    "mv \"$HOME/r\" \"$HOME/told\"\n");
         QFile::setPermissions(home.path("report"), QFile::ReadOwner | QFile::ExeOwner);
     }
-    ~DesktopLauncherTest() override { qputenv("XDG_DATA_HOME", dataHome); }
 
     void install(const QString &id, const QByteArray &lines) {
         home.write("data/applications/" + id + ".desktop", "[Desktop Entry]\n" + lines);
     }
 
-    const QByteArray dataHome = qgetenv("XDG_DATA_HOME");
     TemporaryHome home;
-    int argumentCount = 0;
-    QCoreApplication application{argumentCount, nullptr};
 };
 
 TEST_F(DesktopLauncherTest, StartsAnApplicationThatHasNothingOfOurs) {
@@ -72,7 +68,7 @@ TEST_F(DesktopLauncherTest, StartsAnApplicationThatHasNothingOfOurs) {
     raiseDescriptorLimit();
     constexpr int leak = 77;
     ::dup2(STDIN_FILENO, leak);
-    qputenv("QT_QPA_PLATFORM", "xcb");
+    home.set("QT_QPA_PLATFORM", "xcb");
     install("kitty", "Exec=\"" + home.path("report").toUtf8() + "\" 'a  b' %U; $HOME\n");
     DesktopLauncher::launch("net.kovidgoyal.kitty", "click_TIME7");
     EXPECT_TRUE(becomesTrue([&] { return QFile::exists(home.path("told")); }));
@@ -80,7 +76,6 @@ TEST_F(DesktopLauncherTest, StartsAnApplicationThatHasNothingOfOurs) {
               (home.path() + "\na  b ; $HOME\nclick_TIME7\n" +
                QString::number(qulonglong(low.rlim_cur)) + "\nunset\n")
                   .toStdString());
-    qunsetenv("QT_QPA_PLATFORM");
     ::close(leak);
 }
 

@@ -3,46 +3,34 @@
 #include "Platform/PrivateBusTest.h"
 
 #include <QDBusArgument>
-#include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusVariant>
-#include <QDBusVirtualObject>
 
 namespace morvane {
 namespace {
 
 using Settings = QMap<QString, QVariantMap>;
 
-const QString service = "org.freedesktop.portal.Desktop";
 const QString path = "/org/freedesktop/portal/desktop";
-const QString interface = "org.freedesktop.portal.Settings";
 
 const QString appearance = "org.freedesktop.appearance";
 const QString gnome = "org.gnome.desktop.interface";
 const QString kde = "org.kde.kdeglobals.KDE";
 
 /// The settings portal of a desktop that has only these settings.
-class Portal : public QDBusVirtualObject {
+class Portal : public BusService {
 public:
     Portal(const QDBusConnection &bus, Settings settings)
-        : m_bus(bus), m_settings(std::move(settings)) {
+        : BusService(bus, path, "org.freedesktop.portal.Desktop"), m_settings(std::move(settings)) {
         qDBusRegisterMetaType<Settings>();
-        m_bus.registerVirtualObject(path, this);
-        m_bus.registerService(service);
-    }
-    ~Portal() override {
-        m_bus.unregisterService(service);
-        m_bus.unregisterObject(path);
     }
 
     void set(const QString &space, const QString &key, const QVariant &value) {
         m_settings[space][key] = value;
-        QDBusMessage signal = QDBusMessage::createSignal(path, interface, "SettingChanged");
-        signal.setArguments({space, key, QVariant::fromValue(QDBusVariant(value))});
-        m_bus.send(signal);
+        signal(path, "org.freedesktop.portal.Settings", "SettingChanged",
+               {space, key, QVariant::fromValue(QDBusVariant(value))});
     }
 
-    QString introspect(const QString &) const override { return {}; }
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &bus) override {
         if (message.member() != "ReadAll") {
             return false;
@@ -57,7 +45,6 @@ public:
     }
 
 private:
-    QDBusConnection m_bus;
     Settings m_settings;
 };
 

@@ -3,42 +3,26 @@
 #include "Platform/PrivateBusTest.h"
 
 #include <QDBusArgument>
-#include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QDBusVirtualObject>
-
-#include <optional>
 
 namespace morvane {
 namespace {
 
 using State = HotKeys::State;
 
-const QString shortcutsService = "org.freedesktop.portal.Desktop";
 const QString shortcutsPath = "/org/freedesktop/portal/desktop";
 const QString shortcutsSession = shortcutsPath + "/session/s";
 
 /// A desktop's portal, behind which a person grants what is asked for, or does not.
-class ShortcutsPortal : public QDBusVirtualObject {
+class ShortcutsPortal : public BusService {
 public:
-    explicit ShortcutsPortal(const QDBusConnection &bus) : m_bus(bus) {
-        m_bus.registerVirtualObject(shortcutsPath, this, QDBusConnection::SubPath);
-        m_bus.registerService(shortcutsService);
-    }
-    ~ShortcutsPortal() override {
-        m_bus.unregisterService(shortcutsService);
-        m_bus.unregisterObject(shortcutsPath);
-    }
+    explicit ShortcutsPortal(const QDBusConnection &bus)
+        : BusService(bus, shortcutsPath, "org.freedesktop.portal.Desktop") {}
 
-    void press(const QString &ofSession, const QString &id) {
-        QDBusMessage signal = QDBusMessage::createSignal(
-            shortcutsPath, "org.freedesktop.portal.GlobalShortcuts", "Activated");
-        signal.setArguments(
-            {QVariant::fromValue(QDBusObjectPath(ofSession)), id, quint64(1), QVariantMap()});
-        m_bus.send(signal);
+    void press(const QString &ofSession, const QString &id) const {
+        signal(shortcutsPath, "org.freedesktop.portal.GlobalShortcuts", "Activated",
+               {QVariant::fromValue(QDBusObjectPath(ofSession)), id, quint64(1), QVariantMap()});
     }
-
-    QString introspect(const QString &) const override { return {}; }
 
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &) override {
         calls.append(message.member());
@@ -71,13 +55,9 @@ private:
         const QString request = shortcutsPath + "/request/" + sender.replace('.', '_') + "/" +
                                 options["handle_token"].toString();
         m_bus.send(call.createReply(QVariant::fromValue(QDBusObjectPath(request))));
-        QDBusMessage signal =
-            QDBusMessage::createSignal(request, "org.freedesktop.portal.Request", "Response");
-        signal.setArguments({isGranting ? 0U : 1U, isGranting ? results : QVariantMap()});
-        m_bus.send(signal);
+        signal(request, "org.freedesktop.portal.Request", "Response",
+               {isGranting ? 0U : 1U, isGranting ? results : QVariantMap()});
     }
-
-    QDBusConnection m_bus;
 };
 
 class GlobalShortcutsPortalTest : public PrivateBusTest {

@@ -5,7 +5,6 @@
 #include "Support/TemporaryHome.h"
 #include "Support/WaitUntil.h"
 
-#include <QCoreApplication>
 #include <gtest/gtest.h>
 
 #include <optional>
@@ -17,25 +16,17 @@ namespace {
 /// given.
 class PlayerProgramsTest : public testing::Test {
 protected:
-    PlayerProgramsTest() { qputenv("PATH", home.path("bin").toUtf8()); }
-    ~PlayerProgramsTest() override { qputenv("PATH", path); }
+    PlayerProgramsTest() { home.set("PATH", home.path("bin")); }
 
     void install(const QString &name, const QByteArray &then) const {
-        const QByteArray folder = home.path().toUtf8();
         const QString script = home.write("bin/" + name, "#!/bin/sh\nfor sound; do :; done\n"
-                                                         "/bin/cat \"$sound\" >" +
-                                                             folder +
-                                                             "/heard\n"
-                                                             "echo " +
-                                                             name.toUtf8() + " >>" + folder +
-                                                             "/asked\n" + then + "\n");
+                                                         "/bin/cat \"$sound\" >\"$HOME/heard\"\n"
+                                                         "echo ${0##*/} >>\"$HOME/asked\"\n" +
+                                                             then + "\n");
         QFile(script).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
 
-    /// A player that plays, waits for another program that never ends, and tells who that is.
-    QByteArray stuck() const {
-        return "/bin/sleep 600 &\necho $! >" + home.path("sleeper").toUtf8() + "\nwait";
-    }
+    /// Whether the program is there that a player waits for.
     bool sleeps() const {
         const QByteArray sleeper = home.read("sleeper").trimmed();
         QFile commandLine("/proc/" + sleeper + "/cmdline");
@@ -51,9 +42,6 @@ protected:
         return result;
     }
 
-    int argumentCount = 0;
-    QCoreApplication application{argumentCount, nullptr};
-    const QByteArray path = qgetenv("PATH");
     TemporaryHome home;
     ManualScheduler scheduler;
     int bells = 0;
@@ -84,7 +72,8 @@ TEST_F(PlayerProgramsTest, AsksOneAfterAnotherAndBeepsInTheEnd) {
 }
 
 TEST_F(PlayerProgramsTest, EndsAPlayerThatIsStuckAndAsksItLastFromThenOn) {
-    install("pw-play", stuck());
+    // It plays, waits for another program that never ends, and tells who that is.
+    install("pw-play", "/bin/sleep 600 &\necho $! >\"$HOME/sleeper\"\nwait");
     install("paplay", "");
     programs->play(wave, 1);
     EXPECT_TRUE(becomesTrue([&] { return sleeps(); }));

@@ -4,14 +4,9 @@
 #include "Support/Printing.h"
 
 #include <QDBusArgument>
-#include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
-#include <QDBusVirtualObject>
-
-#include <atomic>
-#include <thread>
 
 namespace morvane {
 namespace {
@@ -49,20 +44,13 @@ struct Item {
 };
 
 /// A keyring with two collections, the second of which holds the items.
-class Keyring : public QDBusVirtualObject {
+class Keyring : public BusService {
 public:
-    Keyring(const QDBusConnection &bus, QList<Item> items) : m_bus(bus), m_items(std::move(items)) {
+    Keyring(const QDBusConnection &bus, QList<Item> items)
+        : BusService(bus, root, "org.freedesktop.secrets"), m_items(std::move(items)) {
         qDBusRegisterMetaType<Attributes>();
         qDBusRegisterMetaType<Secret>();
-        m_bus.registerVirtualObject(root, this, QDBusConnection::SubPath);
-        m_bus.registerService("org.freedesktop.secrets");
     }
-    ~Keyring() override {
-        m_bus.unregisterService("org.freedesktop.secrets");
-        m_bus.unregisterObject(root);
-    }
-
-    QString introspect(const QString &) const override { return {}; }
 
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &bus) override {
         asked << message.member();
@@ -123,7 +111,6 @@ private:
         return m_items[message.path().section('/', -1).toInt()];
     }
 
-    QDBusConnection m_bus;
     QList<Item> m_items;
 };
 
@@ -131,15 +118,8 @@ class SecretServiceTest : public PrivateBusTest {
 protected:
     /// What the program is told, from a thread of its own as in the program.
     SecretStore::Answer secret(Seconds limit = Seconds(30)) {
-        SecretStore::Answer result;
-        std::atomic<bool> isDone = false;
-        std::thread asking([&] {
-            result = SecretService(connection("program")).secret("agent", limit);
-            isDone = true;
-        });
-        EXPECT_TRUE(becomesTrue([&] { return isDone.load(); }));
-        asking.join();
-        return result;
+        return onAnotherThread(
+            [&] { return SecretService(connection("program")).secret("agent", limit); });
     }
 
     static bool isWithheld(const SecretStore::Answer &answer) {

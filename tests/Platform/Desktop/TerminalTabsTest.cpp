@@ -3,22 +3,15 @@
 #include "Platform/Linux/TerminalProcesses.h"
 #include "Platform/PrivateBusTest.h"
 
-#include <QDBusMessage>
 #include <QDBusMetaType>
-#include <QDBusVirtualObject>
 
 namespace morvane {
 namespace {
 
 /// A terminal with everything that it was asked, as "PATH METHOD(ARGUMENTS)".
-class Terminal : public QDBusVirtualObject {
+class Terminal : public BusService {
 public:
-    explicit Terminal(const QDBusConnection &bus) : m_bus(bus) {
-        m_bus.registerVirtualObject("/", this, QDBusConnection::SubPath);
-    }
-    ~Terminal() override { m_bus.unregisterObject("/"); }
-
-    QString introspect(const QString &) const override { return {}; }
+    explicit Terminal(const QDBusConnection &bus) : BusService(bus, "/", "org.example.Terminal") {}
 
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &bus) override {
         QStringList arguments;
@@ -37,9 +30,6 @@ public:
 
     QHash<QString, QVariant> answers;
     QStringList asked;
-
-private:
-    QDBusConnection m_bus;
 };
 
 class TerminalTabsTest : public PrivateBusTest {

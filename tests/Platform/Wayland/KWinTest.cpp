@@ -1,9 +1,8 @@
 #include "Platform/Linux/Wayland/KWinFullscreenWindows.h"
 #include "Platform/Linux/Wayland/KWinWindowSystem.h"
 #include "Platform/PrivateBusTest.h"
+#include "Platform/Wayland/ListedWindows.h"
 
-#include <QDBusMessage>
-#include <QDBusVirtualObject>
 #include <QFile>
 #include <QRegularExpression>
 
@@ -11,14 +10,10 @@ namespace morvane {
 namespace {
 
 /// KWin's scripting, which doesn't run the scripts, but answers in their place.
-class Compositor : public QDBusVirtualObject {
+class Compositor : public BusService {
 public:
-    explicit Compositor(const QDBusConnection &bus) : m_bus(bus) {
-        m_bus.registerVirtualObject("/Scripting", this);
-        m_bus.registerService("org.kde.KWin");
-    }
-
-    QString introspect(const QString &) const override { return {}; }
+    explicit Compositor(const QDBusConnection &bus)
+        : BusService(bus, "/Scripting", "org.kde.KWin") {}
 
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &bus) override {
         asked += message.member();
@@ -60,32 +55,19 @@ private:
         call.setArguments({name, text});
         m_bus.send(call);
     }
-
-    QDBusConnection m_bus;
 };
 
 TEST_F(PrivateBusTest, KWinTellsItsWindowsByAScriptThatIsTakenBack) {
     Compositor compositor(connection("compositor"));
     compositor.answer = R"([{"id":"{1}","title":"shop <2>","process":7,"names":["kitty","","k"]}])";
     KWinWindowSystem system(connection("program"));
-    const auto list = [&] {
-        std::optional<QStringList> result;
-        system.list([&](const auto &windows) {
-            result.emplace();
-            for (const auto &window : windows) {
-                *result += window.id + " " + window.title + " " + window.names.join(u',');
-            }
-        });
-        EXPECT_TRUE(becomesTrue([&] { return result.has_value(); }));
-        return *result;
-    };
-    EXPECT_EQ(list(), QStringList("{1} shop kitty,k"));
+    EXPECT_EQ(listed(system), QStringList("{1} shop kitty,k 7"));
     EXPECT_TRUE(becomesTrue([&] { return compositor.asked.contains("unloadScript"); }));
 
     compositor.answer = "not what it should be";
-    EXPECT_EQ(list(), QStringList());
+    EXPECT_EQ(listed(system), QStringList());
     compositor.isClosed = true;
-    EXPECT_EQ(list(), QStringList());
+    EXPECT_EQ(listed(system), QStringList());
 }
 
 TEST_F(PrivateBusTest, NothingButAWindowsIdentifierGoesIntoAScriptOfKWins) {

@@ -1,12 +1,10 @@
 #include "Platform/Linux/Wayland/SwayFullscreenWindows.h"
 
 #include "Platform/Linux/Wayland/SwayMessage.h"
+#include "Platform/Wayland/StandInSocket.h"
 #include "Support/TemporaryHome.h"
 #include "Support/WaitUntil.h"
 
-#include <QCoreApplication>
-#include <QLocalServer>
-#include <QLocalSocket>
 #include <QPointer>
 #include <gtest/gtest.h>
 
@@ -36,19 +34,6 @@ const QList<QRect> right{{800, 0, 1280, 720}};
 class SwayFullscreenWindowsTest : public testing::Test {
 protected:
     SwayFullscreenWindowsTest() {
-        server.listen(folder.path("socket"));
-        QObject::connect(&server, &QLocalServer::newConnection, [this] {
-            QLocalSocket *socket = server.nextPendingConnection();
-            QObject::connect(socket, &QLocalSocket::readyRead, socket, [this, socket] {
-                if (socket->readAll() == SwayMessage::encode(Type::getTree)) {
-                    ++questions;
-                    socket->write(SwayMessage::encode(Type::getTree, answer));
-                } else {
-                    events = socket;
-                    tell(R"({"success":true})");
-                }
-            });
-        });
         QObject::connect(&windows, &FullscreenWindows::changed, [this] { ++changes; });
     }
 
@@ -72,10 +57,17 @@ protected:
         ASSERT_TRUE(has(right));
     }
 
-    int argumentCount = 0;
-    QCoreApplication application{argumentCount, nullptr};
     TemporaryHome folder;
-    QLocalServer server;
+    StandInSocket server{folder.path("socket"),
+                         [this](QLocalSocket *socket, const QByteArray &question) {
+                             if (question == SwayMessage::encode(Type::getTree)) {
+                                 ++questions;
+                                 socket->write(SwayMessage::encode(Type::getTree, answer));
+                             } else {
+                                 events = socket;
+                                 tell(R"({"success":true})");
+                             }
+                         }};
     QPointer<QLocalSocket> events;
     QByteArray answer = layout("");
     int questions = 0;

@@ -2,13 +2,9 @@
 #include "Platform/Linux/Wayland/HyprlandWindowSystem.h"
 #include "Platform/Linux/Wayland/SwayMessage.h"
 #include "Platform/Linux/Wayland/SwayWindowSystem.h"
+#include "Platform/Wayland/ListedWindows.h"
+#include "Platform/Wayland/StandInSocket.h"
 #include "Support/TemporaryHome.h"
-#include "Support/WaitUntil.h"
-
-#include <QCoreApplication>
-#include <QLocalServer>
-#include <QLocalSocket>
-#include <gtest/gtest.h>
 
 #include <cerrno>
 #include <vector>
@@ -19,49 +15,22 @@ namespace {
 /// A stand-in for the compositor, which answers in pieces.
 class WindowSystemsTest : public testing::Test {
 protected:
-    WindowSystemsTest() {
-        server.listen(folder.path("socket"));
-        QObject::connect(&server, &QLocalServer::newConnection, [this] {
-            QLocalSocket *socket = server.nextPendingConnection();
-            QObject::connect(socket, &QLocalSocket::readyRead, socket, [this, socket] {
-                asked.append(socket->readAll());
-                for (const char byte : answer) {
-                    socket->write(&byte, 1);
-                    socket->flush();
-                }
-                if (closes) {
-                    socket->disconnectFromServer();
-                }
-            });
-        });
-    }
-
-    std::optional<QList<WindowSystem::Window>> list(WindowSystem &system) {
-        std::optional<QList<WindowSystem::Window>> result;
-        system.list([&](const auto &windows) { result = windows; });
-        EXPECT_EQ(result, std::nullopt);
-        EXPECT_TRUE(becomesTrue([&] { return result.has_value(); }));
-        return result;
-    }
-
-    int argumentCount = 0;
-    QCoreApplication application{argumentCount, nullptr};
     TemporaryHome folder;
-    QLocalServer server;
+    StandInSocket server{folder.path("socket"),
+                         [this](QLocalSocket *socket, const QByteArray &question) {
+                             asked.append(question);
+                             for (const char byte : answer) {
+                                 socket->write(&byte, 1);
+                                 socket->flush();
+                             }
+                             if (closes) {
+                                 socket->disconnectFromServer();
+                             }
+                         }};
     QList<QByteArray> asked;
     QByteArray answer;
     bool closes = false;
 };
-
-QString summary(const QList<WindowSystem::Window> &windows) {
-    QStringList result;
-    for (const auto &window : windows) {
-        result.append(QStringLiteral("%1 %2 %3 %4")
-                          .arg(window.id, window.title, window.names.join(u','))
-                          .arg(window.process));
-    }
-    return result.join(u'\n');
-}
 
 constexpr const char *tree = R"({"id":1,"type":"root","focus":[3,2],"nodes":[
 {"id":2,"nodes":[{"id":7,"name":"a] kill","app_id":"foot","pid":70,"focus":[]}]},
@@ -80,13 +49,14 @@ TEST_F(WindowSystemsTest, AsksAgainWhereTooManyWaitForTheCompositor) {
     EXPECT_EQ(errno, EAGAIN);
     SwayWindowSystem sway(folder.path("socket"));
     answer = SwayMessage::encode(SwayMessage::Type::getTree, tree);
-    EXPECT_EQ(list(sway).value().size(), 3);
+    EXPECT_EQ(listed(sway).size(), 3);
 }
 
 TEST_F(WindowSystemsTest, SwayTellsItsWindowsAndBringsOneForward) {
     SwayWindowSystem sway(folder.path("socket"));
     answer = SwayMessage::encode(SwayMessage::Type::getTree, tree);
-    EXPECT_EQ(summary(list(sway).value()), "9  kitty 90\n8 shop XTerm,xterm 80\n7 a] kill foot 70");
+    EXPECT_EQ(listed(sway),
+              (QStringList{"9  kitty 90", "8 shop XTerm,xterm 80", "7 a] kill foot 70"}));
     sway.activate("9");
     sway.activate("1] kill; [con_id=8");
     EXPECT_TRUE(becomesTrue([this] { return asked.size() == 3; }));
@@ -102,7 +72,7 @@ TEST_F(WindowSystemsTest, HyprlandTellsItsWindowsAndBringsOneForward) {
     answer = R"([{"address":"0x5a","title":"old","class":"kitty","initialClass":"kitty","pid":5,
 "focusHistoryID":1},{"address":"0x5b","title":"new","class":"foot","pid":6,"focusHistoryID":0},
 {"address":"0x1;exec rm","title":"x","class":"x","pid":7},{"pid":-1},7])";
-    EXPECT_EQ(summary(list(hyprland).value()), "0x5b new foot 6\n0x5a old kitty,kitty 5");
+    EXPECT_EQ(listed(hyprland), (QStringList{"0x5b new foot 6", "0x5a old kitty,kitty 5"}));
     hyprland.activate("0x5b");
     hyprland.activate("0x5b;exec rm");
     EXPECT_TRUE(becomesTrue([this] { return asked.size() == 2; }));
@@ -113,15 +83,15 @@ TEST_F(WindowSystemsTest, ACompositorThatTalksNonsenseHasNoWindows) {
     SwayWindowSystem sway(folder.path("socket"));
     HyprlandWindowSystem hyprland(folder.path("socket"));
     SwayWindowSystem gone(folder.path("nobody"));
-    EXPECT_EQ(list(gone)->size(), 0);
+    EXPECT_EQ(listed(gone), QStringList());
     closes = true;
     for (const QByteArray &nonsense :
          {QByteArray(), QByteArray("no"), QByteArray("HTTP/1.1 400 Bad\r\n\r\n"),
           QByteArray("i3-ipc\xff\xff\xff\xff\4\0\0\0{}", 16),
           SwayMessage::encode(SwayMessage::Type::getTree, "[[[[")}) {
         answer = nonsense;
-        EXPECT_EQ(list(sway)->size(), 0) << nonsense.toStdString();
-        EXPECT_EQ(list(hyprland)->size(), 0) << nonsense.toStdString();
+        EXPECT_EQ(listed(sway), QStringList()) << nonsense.toStdString();
+        EXPECT_EQ(listed(hyprland), QStringList()) << nonsense.toStdString();
     }
 }
 

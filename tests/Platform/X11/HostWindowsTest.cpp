@@ -1,29 +1,23 @@
-#include "EndToEnd/OnScreen.h"
 #include "Platform/Linux/Desktop/DesktopHostWindows.h"
 #include "Platform/Linux/EventLoopScheduler.h"
-#include "Platform/Linux/X11/X11Connection.h"
 #include "Platform/Linux/X11/X11WindowSystem.h"
+#include "Platform/X11/OnX11.h"
 #include "Support/ManualPool.h"
 
 #include <QGuiApplication>
-#include <gtest/gtest.h>
 
 namespace morvane {
 namespace {
 
 /// Two terminals of one application on the first desktop, the second of them in front.
-class HostWindowsTest : public OnScreen, public testing::WithParamInterface<WindowManager> {
+class HostWindowsTest : public OnX11<QGuiApplication>,
+                        public testing::WithParamInterface<WindowManager> {
 protected:
-    HostWindowsTest() : OnScreen(GetParam()) {}
+    HostWindowsTest() : OnX11(GetParam()) {}
 
     void startAll() override {
-        for (const QString &name : display->environment().keys()) {
-            qputenv(name.toUtf8(), display->environment().value(name).toUtf8());
-        }
-        qputenv("QT_QPA_PLATFORM", "xcb");
-        application = std::make_unique<QGuiApplication>(argumentCount, arguments);
+        ASSERT_NO_FATAL_FAILURE(startApplication());
         scheduler = std::make_unique<EventLoopScheduler>();
-        x11 = X11Connection::open();
         windows = std::make_unique<DesktopHostWindows>(
             std::make_unique<X11WindowSystem>(*x11, *scheduler),
             QDBusConnection(QStringLiteral("none")), pool, *scheduler);
@@ -36,23 +30,12 @@ protected:
         }
     }
 
-    void TearDown() override {
-        windows.reset();
-        x11.reset();
-        scheduler.reset();
-        application.reset();
-    }
-
     std::optional<RunningHost> find(const QString &bundleID) {
-        std::optional<RunningHost> result;
-        bool isTold = false;
-        windows->find(bundleID, [&](const auto &host) {
-            result = host;
-            isTold = true;
-        });
-        EXPECT_FALSE(isTold);
-        EXPECT_TRUE(becomesTrue([&] { return isTold; }));
-        return result;
+        QList<std::optional<RunningHost>> found;
+        windows->find(bundleID, [&](const auto &host) { found.append(host); });
+        EXPECT_TRUE(found.isEmpty());
+        EXPECT_TRUE(becomesTrue([&] { return !found.isEmpty(); }));
+        return found.value(0);
     }
 
     bool show(const QString &tty) {
@@ -67,13 +50,8 @@ protected:
         return becomesTrue([&] { return display->focusedTitle() == title; });
     }
 
-    char name[6] = "tests";
-    char *arguments[2] = {name, nullptr};
-    int argumentCount = 1;
-    std::unique_ptr<QGuiApplication> application;
     std::unique_ptr<EventLoopScheduler> scheduler;
     ManualPool pool;
-    std::unique_ptr<X11Connection> x11;
     std::unique_ptr<DesktopHostWindows> windows;
     std::vector<std::unique_ptr<ChildProcess>> terminals;
 };

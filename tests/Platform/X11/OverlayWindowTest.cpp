@@ -1,10 +1,9 @@
-#include "EndToEnd/OnScreen.h"
 #include "Platform/Linux/X11/ActiveWindow.h"
 #include "Platform/Linux/X11/ScreenDisplays.h"
-#include "Platform/Linux/X11/X11Connection.h"
 #include "Platform/Linux/X11/X11FullscreenWindows.h"
 #include "Platform/Linux/X11/X11OverlayWindows.h"
 #include "Platform/Linux/X11/XcbReply.h"
+#include "Platform/X11/OnX11.h"
 #include "Support/Printing.h"
 
 #include <QApplication>
@@ -12,10 +11,7 @@
 #include <QMenu>
 #include <QPainterPath>
 #include <QScreen>
-#include <gtest/gtest.h>
 #include <xcb/xcb.h>
-
-#include <array>
 
 namespace morvane {
 namespace {
@@ -24,23 +20,13 @@ constexpr QRect overlayFrame(490, 0, 300, 100);
 
 /// An overlay with a text field on it, above a terminal that has the keyboard, under a window
 /// manager.
-class OverlayTest : public OnScreen {
+class OverlayTest : public OnX11<QApplication> {
 protected:
-    explicit OverlayTest(const WindowManager &manager = WindowManager::openbox)
-        : OnScreen(manager) {}
+    explicit OverlayTest(const WindowManager &manager = WindowManager::openbox) : OnX11(manager) {}
 
     void startAll() override {
         ASSERT_NO_FATAL_FAILURE(startTerminal());
-        for (const QString &name : display->environment().keys()) {
-            qputenv(name.toUtf8(), display->environment().value(name).toUtf8());
-        }
-        qputenv("QT_QPA_PLATFORM", "xcb");
-        application = std::make_unique<QApplication>(argumentCount, arguments);
-        makeOverlay();
-    }
-
-    void makeOverlay() {
-        x11 = X11Connection::open();
+        ASSERT_NO_FATAL_FAILURE(startApplication());
         active = std::make_unique<ActiveWindow>(*x11);
         QObject::connect(active.get(), &ForegroundApplication::activated, application.get(),
                          [this](const QString &name) { activations.append(name); });
@@ -56,15 +42,6 @@ protected:
         overlay->setGeometry(overlayFrame, OverlayWindow::Anchor::topCenter);
         overlay->show();
         ASSERT_TRUE(becomesTrue([this] { return isOnTop(); }));
-    }
-
-    void TearDown() override {
-        overlay.reset();
-        panel.reset();
-        overlays.reset();
-        active.reset();
-        x11.reset();
-        application.reset();
     }
 
     void type(const char *text) const {
@@ -90,12 +67,15 @@ protected:
         return false;
     }
 
-    testing::AssertionResult takeKeyboard() const {
+    /// Whether the field gets it.
+    bool takeKeyboard() const {
         const bool isTaken = overlay->takeKeyboard();
         field->setFocus();
-        return isTaken && becomesTrue([this] { return field->hasFocus(); })
-                   ? testing::AssertionSuccess()
-                   : testing::AssertionFailure() << "the field did not get the keyboard";
+        return isTaken && becomesTrue([this] { return field->hasFocus(); });
+    }
+
+    static bool becomesFree(const ScreenDisplays &displays, qsizetype index, const QRect &frame) {
+        return becomesTrue([&] { return displays.displays().value(index).visibleFrame == frame; });
     }
 
     void setNumbers(WId window, const char *property, const QList<std::uint32_t> &items) const {
@@ -108,17 +88,12 @@ protected:
         xcb_flush(x11->connection());
     }
 
-    char name[6] = "tests";
-    char *arguments[2] = {name, nullptr};
-    int argumentCount = 1;
-    std::unique_ptr<QApplication> application;
-    std::unique_ptr<X11Connection> x11;
+    QStringList activations; ///< the programs that were told to have come to the front
     std::unique_ptr<ActiveWindow> active;
     std::unique_ptr<X11OverlayWindows> overlays;
     std::unique_ptr<QWidget> panel;
     QLineEdit *field = nullptr;
     std::unique_ptr<OverlayWindow> overlay;
-    QStringList activations; ///< the programs that were told to have come to the front
 };
 
 class OverlayWindowTest : public OverlayTest, public testing::WithParamInterface<WindowManager> {
@@ -270,13 +245,12 @@ TEST_F(OverlayTest, ABarTakesFromTheWorkAreaOfItsOwnMonitorWhichMayComeAndGo) {
     QWidget bar;
     setNumbers(bar.winId(), "_NET_WM_STRUT_PARTIAL", {0, 0, 40, 0, 0, 0, 0, 0, 640, 1279, 0, 0});
     bar.show();
-    EXPECT_TRUE(becomesTrue(
-        [&] { return displays.displays().value(1).visibleFrame == QRect(640, 40, 640, 760); }));
+    EXPECT_TRUE(becomesFree(displays, 1, {640, 40, 640, 760}));
     EXPECT_EQ(displays.displays().value(0).visibleFrame, QRect(0, 0, 640, 800));
 
     int changes = 0;
     QObject::connect(&displays, &Displays::changed, [&] { ++changes; });
-    display->removeMonitor("RIGHT");
+    display->run({"xrandr", "--delmonitor", "RIGHT"});
     EXPECT_TRUE(becomesTrue([&] { return changes > 0 && displays.displays().size() == 1; }));
     changes = 0;
     display->setMonitor("RIGHT", {640, 200, 400, 600});
@@ -287,45 +261,38 @@ TEST_F(OverlayTest, ABarTakesFromTheWorkAreaOfItsOwnMonitorWhichMayComeAndGo) {
 
 TEST_F(OverlayTest, ABarThatNobodyManagesCountsWhileItCanBeSeen) {
     const ScreenDisplays displays(*x11);
-    const auto isTop = [&](int top) {
-        return becomesTrue([&] { return displays.displays().value(0).visibleFrame.top() == top; });
-    };
+    const QRect whole(0, 0, 1280, 800);
     QWidget frame(nullptr, Qt::X11BypassWindowManagerHint);
     QWidget bar(&frame);
     bar.setAttribute(Qt::WA_NativeWindow);
     const QList<std::uint32_t> strut{0, 0, 40, 0, 0, 0, 0, 0, 0, 1279, 0, 0};
     for (const QWidget *holder : {&frame, &bar}) {
         setNumbers(holder->winId(), "_NET_WM_STRUT_PARTIAL", strut);
-        EXPECT_TRUE(isTop(0));
+        EXPECT_TRUE(becomesFree(displays, 0, whole));
         frame.show();
-        EXPECT_TRUE(isTop(40));
+        EXPECT_TRUE(becomesFree(displays, 0, {0, 40, 1280, 760}));
         frame.hide();
-        EXPECT_TRUE(isTop(0));
+        EXPECT_TRUE(becomesFree(displays, 0, whole));
         setNumbers(holder->winId(), "_NET_WM_STRUT_PARTIAL", {});
     }
 }
 
 TEST_F(OverlayTest, TheAreaThatTheWindowManagerTellsCountsWhereItCanOnlyBeOfOneDisplay) {
     const ScreenDisplays displays(*x11);
-    const auto isFrame = [&](qsizetype display, const QRect &frame) {
-        return becomesTrue(
-            [&] { return displays.displays().value(display).visibleFrame == frame; });
-    };
     // On the second desktop it is another.
     setNumbers(x11->root(), "_NET_WORKAREA", {0, 30, 1280, 770, 0, 60, 1280, 740});
-    EXPECT_TRUE(isFrame(0, {0, 30, 1280, 770}));
+    EXPECT_TRUE(becomesFree(displays, 0, {0, 30, 1280, 770}));
     display->goToDesktop(1);
-    EXPECT_TRUE(isFrame(0, {0, 60, 1280, 740}));
-    const QList<std::uint32_t> useless{0, 0, 0, 0, 0, 0, 0, 0};
-    setNumbers(x11->root(), "_NET_WORKAREA", useless);
-    EXPECT_TRUE(isFrame(0, {0, 0, 1280, 800}));
+    EXPECT_TRUE(becomesFree(displays, 0, {0, 60, 1280, 740}));
+    setNumbers(x11->root(), "_NET_WORKAREA", {0, 0, 0, 0, 0, 0, 0, 0}); // useless
+    EXPECT_TRUE(becomesFree(displays, 0, {0, 0, 1280, 800}));
 
     setNumbers(x11->root(), "_NET_WORKAREA", {0, 30, 1280, 770, 0, 60, 1280, 740});
-    EXPECT_TRUE(isFrame(0, {0, 60, 1280, 740}));
+    EXPECT_TRUE(becomesFree(displays, 0, {0, 60, 1280, 740}));
     display->setMonitor("LEFT", {0, 0, 640, 800});
     display->setMonitor("RIGHT", {640, 0, 640, 800});
-    EXPECT_TRUE(isFrame(1, {640, 0, 640, 800}));
-    EXPECT_TRUE(isFrame(0, {0, 0, 640, 800}));
+    EXPECT_TRUE(becomesFree(displays, 1, {640, 0, 640, 800}));
+    EXPECT_TRUE(becomesFree(displays, 0, {0, 0, 640, 800}));
 }
 
 TEST_F(OverlayTest, WithoutAnOutputThereIsNoDisplay) {

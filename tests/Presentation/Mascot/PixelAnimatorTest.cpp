@@ -4,7 +4,6 @@
 #include "Presentation/PanelFixture.h"
 
 #include <QCoreApplication>
-#include <QPaintEvent>
 
 #include <cmath>
 #include <memory>
@@ -22,6 +21,7 @@ protected:
         mascots.push_back(std::make_unique<PixelAnimator>(timeline, scheduler, motion, 2, &window));
         mascots.back()->resize(mascots.back()->sizeHint());
         mascots.back()->setMode({state}, since);
+        mascots.back()->show();
         return *mascots.back();
     }
 
@@ -55,10 +55,8 @@ TEST_F(PixelAnimatorTest, StepsWithTheWallClockSoThatAllOfAStateAreInStep) {
         mascots.clear();
         show();
         const PixelAnimator &first = mascot(state, scheduler.now());
-        mascots.back()->show();
         scheduler.advance(Seconds(0.11));
         const PixelAnimator &second = mascot(state, scheduler.now());
-        mascots.back()->show();
         for (int sample = 0; sample < 50; ++sample) {
             scheduler.advance(Seconds(0.05));
             const double steps = Seconds(scheduler.now() - reference).count() / interval;
@@ -75,7 +73,6 @@ TEST_F(PixelAnimatorTest, StepsWithTheWallClockSoThatAllOfAStateAreInStep) {
 TEST_F(PixelAnimatorTest, AFinishBlinksForAMomentAndThenRests) {
     show();
     PixelAnimator &shown = mascot(SessionState::done, scheduler.now());
-    shown.show();
     scheduler.advance(Seconds(2.4));
     EXPECT_TRUE(changesWithin(shown, Seconds(0.5)));
     scheduler.advance(Seconds(0.6));
@@ -114,7 +111,7 @@ TEST_F(PixelAnimatorTest, TicksOnceForAllAndOnlyWhileSomethingMovesInSight) {
     EXPECT_EQ(ticksWithin(Seconds(3)), 0);
 
     for (int count = 0; count < 30; ++count) {
-        mascot(SessionState::working).show();
+        mascot(SessionState::working);
     }
     EXPECT_LE(ticksWithin(Seconds(10)), 40);
     EXPECT_GE(ticksWithin(Seconds(3)), 9);
@@ -155,21 +152,6 @@ TEST_F(PixelAnimatorTest, StandsStillWhereLessMotionIsWanted) {
     motion.setReduced(true);
     EXPECT_EQ(ticksWithin(Seconds(2)), 0);
 }
-
-/// Notes how much of a widget has been painted.
-class PaintWatch : public QObject {
-public:
-    explicit PaintWatch(QWidget &watched) { watched.installEventFilter(this); }
-
-    bool eventFilter(QObject *, QEvent *event) override {
-        if (event->type() == QEvent::Paint) {
-            painted += static_cast<QPaintEvent *>(event)->region();
-        }
-        return false;
-    }
-
-    QRegion painted;
-};
 
 TEST_F(PixelAnimatorTest, RepaintsNothingButItself) {
     const PixelAnimator &shown = mascot(SessionState::working);

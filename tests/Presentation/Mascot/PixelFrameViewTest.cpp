@@ -25,9 +25,7 @@ protected:
         const int place = std::get<2>(GetParam());
         view->setGeometry(QRect(QPoint(place, place), view->sizeHint()));
         window.resize(50, 50);
-        return scaledImage(window.size(), ratio(), [&](QPainter &painter) {
-            window.render(&painter, {}, {}, QWidget::DrawChildren);
-        });
+        return scaledImage(window, ratio());
     }
 };
 
@@ -57,15 +55,17 @@ INSTANTIATE_TEST_SUITE_P(AtAnyScale, PixelFrameViewTest,
                                           testing::Values(1, 1.25, 1.5, 2),
                                           testing::Values(0, 13)));
 
+QImage drawn(const PixelFrame &frame, double pixelSize, double ratio) {
+    PixelFrameView view(pixelSize, nullptr);
+    view.setFrame(frame, Qt::red);
+    view.resize(view.sizeHint());
+    return scaledImage(view, ratio);
+}
+
 TEST(PixelFrameView, HasOneWeightAtEveryScale) {
     for (const double ratio : {1.0, 1.25, 1.5, 1.75, 2.0, 3.0}) {
-        PixelFrameView view(2, nullptr);
         const QString row(8, u'X');
-        view.setFrame({QStringList(8, row)}, Qt::red);
-        view.resize(view.sizeHint());
-        const QImage image = scaledImage(view.size(), ratio, [&](QPainter &painter) {
-            view.render(&painter, {}, {}, QWidget::DrawChildren);
-        });
+        const QImage image = drawn({QStringList(8, row)}, 2, ratio);
         double lit = 0;
         for (int y = 0; y < image.height(); ++y) {
             for (int x = 0; x < image.width(); ++x) {
@@ -78,12 +78,7 @@ TEST(PixelFrameView, HasOneWeightAtEveryScale) {
 
 TEST(PixelFrameView, PartsThePixelsWhereThereIsRoomAndDrawsFaintOnesFaint) {
     const auto row = [](double pixelSize, double ratio, const QString &cells) {
-        PixelFrameView view(pixelSize, nullptr);
-        view.setFrame({{cells}}, Qt::red);
-        view.resize(view.sizeHint());
-        const QImage image = scaledImage(view.size(), ratio, [&](QPainter &painter) {
-            view.render(&painter, {}, {}, QWidget::DrawChildren);
-        });
+        const QImage image = drawn({{cells}}, pixelSize, ratio);
         QList<int> alphas;
         for (int x = 0; x < static_cast<int>(2 * pixelSize * ratio); ++x) {
             alphas.append(image.pixelColor(x, 0).alpha());

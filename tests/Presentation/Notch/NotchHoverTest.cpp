@@ -33,6 +33,10 @@ const HoverCase hoverCases[] = {
      "12 in open",
      true},
     {"a dismissal does, too", "0 present, 1 dismiss, 2 in, 3 out, 4 in 0.35", false},
+    {"a dismissal ends with the next opening",
+     "0 dismiss, 0 asked dismissed, 0 present, 0 asked, 0 dismiss, 0 out, 1 in 0.35, "
+     "1 asked dismissed, 2 in open, 2 asked",
+     true},
     {"an open field freezes the panel as it is",
      "0 in 0.35, 1 in open, 2 out 0.40, 2.2 out+editing 0.50, 9 out+editing 0.50, "
      "10 out 0.40, 10.2 in",
@@ -79,6 +83,8 @@ void take(const QString &steps, NotchHover &hover) {
             hover.present();
         } else if (what == "end") {
             hover.endPresentation();
+        } else if (what == "asked") {
+            said = hover.isDismissed() ? "dismissed" : "";
         } else {
             const Seconds editing(what.endsWith("editing") ? 0.5 : 0);
             said = say(hover.poll(now, {.isInside = what.startsWith("in"), .editing = editing}));
@@ -94,20 +100,6 @@ TEST(NotchHover, OpensAndClosesByTheTable) {
         take(expected.steps, hover);
         EXPECT_EQ(hover.isOpen(), expected.endsOpen);
     }
-}
-
-TEST(NotchHover, ADismissalEndsWithTheNextOpening) {
-    NotchHover hover;
-    hover.dismiss();
-    EXPECT_TRUE(hover.isDismissed());
-    hover.present();
-    EXPECT_FALSE(hover.isDismissed());
-
-    hover.dismiss();
-    take("0 out, 1 in 0.35", hover);
-    EXPECT_TRUE(hover.isDismissed());
-    take("2 in open", hover);
-    EXPECT_FALSE(hover.isDismissed());
 }
 
 } // namespace

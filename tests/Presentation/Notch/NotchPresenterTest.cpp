@@ -1,12 +1,12 @@
 #include "Presentation/PresenterFixture.h"
 
-#include <gtest/gtest.h>
-
 namespace morvane {
 namespace {
 
 class NotchPresenterTest : public PresenterFixture {
 protected:
+    NotchPresenterTest() { settings.setShowWhenIdle(true); }
+
     bool isCompact() {
         const QRect shape = window().shape.boundingRect();
         return shape.height() == 32 && QRect(139, 0, 392, 32).contains(shape);
@@ -14,97 +14,62 @@ protected:
 };
 
 TEST_F(NotchPresenterTest, OpensWhereThePointerRestsAndClosesAfterItHasLeft) {
-    settings.setShowWhenIdle(true);
     attachNotch();
     scheduler.advance(Seconds(1));
     EXPECT_EQ(window().geometry, QRect(165, 0, 670, 579));
     EXPECT_EQ(window().opacity(), 1);
     EXPECT_TRUE(isCompact());
 
+    // Nothing is waited for once the pointer has passed.
+    const std::size_t before = scheduler.timers();
     movePointer(onTab);
-    scheduler.advance(Seconds(0.34));
-    EXPECT_EQ(expansions, QList<bool>());
-    scheduler.advance(Seconds(0.02));
-    EXPECT_EQ(expansions, QList<bool>({true}));
+    EXPECT_GT(scheduler.timers(), before);
+    movePointer(elsewhere);
+    EXPECT_EQ(scheduler.timers(), before);
+
+    movePointer(onTab);
+    EXPECT_EQ(expansionsAfter(Seconds(0.34)), QList<bool>());
+    EXPECT_EQ(expansionsAfter(Seconds(0.02)), QList<bool>({true}));
     EXPECT_FALSE(isCompact());
     movePointer(onPanelOnly);
-    scheduler.advance(Seconds(5));
-    EXPECT_EQ(expansions, QList<bool>({true}));
+    EXPECT_EQ(expansionsAfter(Seconds(5)), QList<bool>({true}));
 
     movePointer(elsewhere);
-    scheduler.advance(Seconds(0.39));
-    EXPECT_EQ(expansions, QList<bool>({true}));
-    scheduler.advance(Seconds(0.02));
-    EXPECT_EQ(expansions, QList<bool>({true, false}));
+    EXPECT_EQ(expansionsAfter(Seconds(0.39)), QList<bool>({true}));
+    EXPECT_EQ(expansionsAfter(Seconds(0.02)), QList<bool>({true, false}));
     EXPECT_TRUE(isCompact());
     scheduler.advance(Seconds(1));
     EXPECT_EQ(window().resizes, 1);
     EXPECT_EQ(ticksWithin(Seconds(50)), 0);
 }
 
-TEST_F(NotchPresenterTest, JustClosedItLetsThePointerPass) {
-    settings.setShowWhenIdle(true);
-    attachNotch();
-    movePointer(onTab);
-    scheduler.advance(Seconds(1));
-    movePointer(elsewhere);
-    scheduler.advance(Seconds(0.41));
-    EXPECT_EQ(expansions, QList<bool>({true, false}));
-    movePointer(onTab);
-    scheduler.advance(Seconds(0.6));
-    EXPECT_EQ(expansions, QList<bool>({true, false}));
-    scheduler.advance(Seconds(0.1));
-    EXPECT_EQ(expansions, QList<bool>({true, false, true}));
-}
-
-TEST_F(NotchPresenterTest, WaitsForNothingOnceThePointerHasPassed) {
-    settings.setShowWhenIdle(true);
-    attachNotch();
-    scheduler.advance(Seconds(1));
-    const std::size_t before = scheduler.timers();
-    movePointer(onTab);
-    EXPECT_GT(scheduler.timers(), before);
-    movePointer(elsewhere);
-    EXPECT_EQ(scheduler.timers(), before);
-}
-
 TEST_F(NotchPresenterTest, IsThereWhileThereIsSomethingToTell) {
+    settings.setShowWhenIdle(false);
     attachNotch();
     EXPECT_FALSE(isVisible());
     apply(Event::promptSubmit);
-    settle();
-    EXPECT_TRUE(isVisible());
+    EXPECT_TRUE(isVisibleAfter(Seconds(0)));
     apply(Event::sessionEnd);
-    settle();
-    EXPECT_FALSE(isVisible());
+    EXPECT_FALSE(isVisibleAfter(Seconds(0)));
 
     // The zone is there without a window, and what it opened goes with the pointer.
     movePointer(onTab);
-    scheduler.advance(Seconds(0.7));
-    EXPECT_TRUE(isVisible());
+    EXPECT_TRUE(isVisibleAfter(Seconds(0.7)));
     apply(Event::sessionStart);
-    scheduler.advance(Seconds(1));
-    EXPECT_TRUE(isVisible());
+    EXPECT_TRUE(isVisibleAfter(Seconds(1)));
     movePointer(elsewhere);
-    scheduler.advance(Seconds(0.5));
-    EXPECT_FALSE(isVisible());
+    EXPECT_FALSE(isVisibleAfter(Seconds(0.5)));
     EXPECT_EQ(expansions, QList<bool>({true, false}));
-}
 
-TEST_F(NotchPresenterTest, ADismissalEndsWhereThePointerComesBackAndRests) {
-    settings.setShowWhenIdle(true);
-    attachNotch();
+    // A dismissal ends where the pointer comes back and rests.
     presenter->dismiss();
-    movePointer(elsewhere);
     scheduler.advance(Seconds(1));
     movePointer(elsewhere);
     movePointer(onTab);
-    scheduler.advance(Seconds(0.4));
-    EXPECT_TRUE(isVisible());
+    EXPECT_TRUE(isVisibleAfter(Seconds(0.4)));
 }
 
-TEST_F(NotchPresenterTest, CollapsedUnderThePointerItStaysClosedUntilThatComesBack) {
-    settings.setShowWhenIdle(true);
+TEST_F(NotchPresenterTest, OnceClosedItOpensOnlyUnderAPointerThatComesBackAndRests) {
     attachNotch();
     movePointer(onTab);
     scheduler.advance(Seconds(1));
@@ -118,12 +83,17 @@ TEST_F(NotchPresenterTest, CollapsedUnderThePointerItStaysClosedUntilThatComesBa
     EXPECT_TRUE(isVisible());
     movePointer(elsewhere);
     movePointer(onTab);
-    scheduler.advance(Seconds(1));
-    EXPECT_EQ(expansions, QList<bool>({true, false, true}));
+    EXPECT_EQ(expansionsAfter(Seconds(1)), QList<bool>({true, false, true}));
+
+    // Just closed because the pointer has left, it lets that pass.
+    movePointer(elsewhere);
+    EXPECT_EQ(expansionsAfter(Seconds(0.41)), QList<bool>({true, false, true, false}));
+    movePointer(onTab);
+    EXPECT_EQ(expansionsAfter(Seconds(0.6)), QList<bool>({true, false, true, false}));
+    EXPECT_EQ(expansionsAfter(Seconds(0.1)), QList<bool>({true, false, true, false, true}));
 }
 
 TEST_F(NotchPresenterTest, FollowsItsDisplayAndEndsWithIt) {
-    settings.setShowWhenIdle(true);
     attachNotch();
     EXPECT_EQ(pointer.users, 1);
     presenter->presentPanel();

@@ -2,12 +2,11 @@
 
 #include "Presentation/Overlay/KeyablePanel.h"
 #include "Presentation/PanelFixture.h"
+#include "Support/AccessibleControls.h"
 
-#include <QApplication>
 #include <QPointer>
 #include <QTest>
 
-#include <algorithm>
 #include <functional>
 #include <utility>
 
@@ -78,12 +77,7 @@ protected:
     }
 
     /// The one that asks where the panel can't.
-    static QWidget *window() {
-        const auto all = QApplication::topLevelWidgets();
-        const auto found =
-            std::ranges::find_if(all, [](QWidget *one) { return one->windowTitle() == "Rename"; });
-        return found == all.end() ? nullptr : *found;
-    }
+    static QWidget *window() { return windowTitled("Rename"); }
 
     bool givesKeyboard = true;
     bool hasKeyboard = false;

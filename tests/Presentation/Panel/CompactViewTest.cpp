@@ -76,9 +76,6 @@ TEST_F(CompactViewTest, CountsTheSecondsByTheMascotsStepsAloneAndElseTellsNone) 
 }
 
 TEST_F(CompactViewTest, AMilestoneTakesTheirPlaceForAMoment) {
-    usage.poller().milestoneEligibility = [this] {
-        return store.hasWorkingUsageMilestoneSession();
-    };
     apply(Event::promptSubmit, "a");
     apply(Event::promptSubmit, "b");
     usage.tell(80, 96);

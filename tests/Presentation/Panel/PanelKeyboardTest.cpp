@@ -1,10 +1,7 @@
 #include "Presentation/Overlay/InlineNameField.h"
 #include "Presentation/Panel/CompletedRow.h"
-#include "Presentation/Panel/DecideButton.h"
 #include "Presentation/Panel/ExpandedView.h"
 #include "Presentation/Panel/InputView.h"
-#include "Presentation/Panel/OptionButton.h"
-#include "Presentation/Panel/PencilButton.h"
 #include "Presentation/Panel/SessionRow.h"
 #include "Presentation/PanelFixture.h"
 
@@ -25,25 +22,9 @@ protected:
         EXPECT_TRUE(QTest::qWaitForWindowActive(&view));
     }
 
-    PanelContext withActions() {
-        PanelContext result = context;
-        result.actions.onSelect = [this](const Session &session) { done = "go " + session.id; };
-        result.actions.onReopen = [this](const CompletedRecord &record) {
-            done = "reopen " + record.cwd;
-        };
-        result.actions.onRenameCommit = [this](const QString &cwd, const QString &name) {
-            done = "rename " + cwd + " " + name;
-        };
-        return result;
-    }
-
     void refresh() {
         view.refresh();
         view.resize(view.sizeHint());
-    }
-    /// A turn that has finished, so that there is a record.
-    void finish(const QString &folder) {
-        apply(EventBuilder(Event::turnEnd).in(folder).with(&HookEvent::cwd, folder));
     }
 
     void press(const QList<Qt::Key> &keys) {
@@ -66,13 +47,16 @@ protected:
         }
         return widget != nullptr ? widget->accessibleName() : "nothing";
     }
+    QString focusAfter(const QList<Qt::Key> &keys) {
+        press(keys);
+        return focus();
+    }
 
     bool isInSight(const QWidget &widget) const {
         return QRegion(widget.rect()).subtracted(widget.visibleRegion()).isEmpty();
     }
 
-    QString done;
-    ExpandedView view{withActions(), nullptr};
+    ExpandedView view{context, nullptr};
 };
 
 TEST_F(PanelKeyboardTest, BeginsAtTheSessionThatWaitsAndGoesThroughAllThatCanBePressed) {
@@ -86,26 +70,18 @@ TEST_F(PanelKeyboardTest, BeginsAtTheSessionThatWaitsAndGoesThroughAllThatCanBeP
     EXPECT_EQ(focus(), "row " + store.sessionAwaitingDecision()->id);
     const QString first = store.sessionAwaitingDecision()->id;
     // What can't be pressed yet is no stop.
-    press({Qt::Key_Tab, Qt::Key_Tab});
-    EXPECT_NE(focus(), "Deny Bash in " + first);
+    EXPECT_NE(focusAfter({Qt::Key_Tab, Qt::Key_Tab}), "Deny Bash in " + first);
     scheduler.advance(Seconds(0.8));
     view.takeFocus();
-    press({Qt::Key_Tab});
-    EXPECT_EQ(focus(), "Rename " + first);
-    press({Qt::Key_Tab});
-    EXPECT_EQ(focus(), "Deny Bash in " + first);
-    press({Qt::Key_Right});
-    EXPECT_EQ(focus(), "Allow Bash in " + first);
-    press({Qt::Key_Right, Qt::Key_Right});
-    EXPECT_EQ(focus(), "Always allow Bash in " + first);
-    press({Qt::Key_Down});
-    EXPECT_EQ(focus(), first == "b" ? "row c" : "row b");
-    press({Qt::Key_Up});
-    EXPECT_EQ(focus(), "Deny Bash in " + first);
-    press({Qt::Key_Up, Qt::Key_Up, Qt::Key_Left});
-    EXPECT_EQ(focus(), "row " + first);
+    EXPECT_EQ(focusAfter({Qt::Key_Tab}), "Rename " + first);
+    EXPECT_EQ(focusAfter({Qt::Key_Tab}), "Deny Bash in " + first);
+    EXPECT_EQ(focusAfter({Qt::Key_Right}), "Allow Bash in " + first);
+    EXPECT_EQ(focusAfter({Qt::Key_Right, Qt::Key_Right}), "Always allow Bash in " + first);
+    EXPECT_EQ(focusAfter({Qt::Key_Down}), first == "b" ? "row c" : "row b");
+    EXPECT_EQ(focusAfter({Qt::Key_Up}), "Deny Bash in " + first);
+    EXPECT_EQ(focusAfter({Qt::Key_Up, Qt::Key_Up, Qt::Key_Left}), "row " + first);
     press({Qt::Key_Return});
-    EXPECT_EQ(done, "go " + first);
+    EXPECT_EQ(selected, QStringList{first});
 }
 
 TEST_F(PanelKeyboardTest, AnswersOnlyWhatHasBeenReadAndStaysInTheRow) {
@@ -117,8 +93,7 @@ TEST_F(PanelKeyboardTest, AnswersOnlyWhatHasBeenReadAndStaysInTheRow) {
     refresh();
     scheduler.advance(Seconds(0.8));
     view.takeFocus();
-    press({Qt::Key_Down, Qt::Key_Right});
-    ASSERT_EQ(focus(), "Allow Bash in a");
+    ASSERT_EQ(focusAfter({Qt::Key_Down, Qt::Key_Right}), "Allow Bash in a");
     // Another call in its place takes the button from under the finger.
     apply(EventBuilder::parked("e").with(&HookEvent::cwd, "/a").given(R"({"command":"rm"})"));
     refresh();
@@ -133,8 +108,7 @@ TEST_F(PanelKeyboardTest, AnswersOnlyWhatHasBeenReadAndStaysInTheRow) {
     apply(EventBuilder::parked("f").with(&HookEvent::cwd, "/a").asking({"Which?"}));
     refresh();
     scheduler.advance(Seconds(0.8));
-    press({Qt::Key_Down});
-    EXPECT_EQ(focus(), "Yes in a");
+    EXPECT_EQ(focusAfter({Qt::Key_Down}), "Yes in a");
     press({Qt::Key_Down, Qt::Key_Space});
     EXPECT_EQ(sent.size(), 3);
 }
@@ -149,24 +123,19 @@ TEST_F(PanelKeyboardTest, ReadsTheWholeOfACall) {
               .given(R"({"command":")" + lines.toStdString() + R"("})"));
     refresh();
     view.takeFocus();
-    press({Qt::Key_Down});
-    ASSERT_TRUE(focus().startsWith("+ "));
+    ASSERT_TRUE(focusAfter({Qt::Key_Down}).startsWith("+ "));
     press({Qt::Key_Return});
     refresh();
     ASSERT_EQ(focus(), "input");
     // Down to its end, and on from there.
-    press({Qt::Key_PageDown});
-    EXPECT_EQ(focus(), "input");
+    EXPECT_EQ(focusAfter({Qt::Key_PageDown}), "input");
     press({Qt::Key_End});
     scheduler.advance(Seconds(0.8));
     press({Qt::Key_Down});
     EXPECT_TRUE(focus().startsWith("Deny")) << focus().toStdString();
-    press({Qt::Key_Up});
-    EXPECT_EQ(focus(), "input");
-    press({Qt::Key_Up});
-    EXPECT_EQ(focus(), "input");
-    press({Qt::Key_Home, Qt::Key_Up});
-    EXPECT_EQ(focus(), "row s");
+    EXPECT_EQ(focusAfter({Qt::Key_Up}), "input");
+    EXPECT_EQ(focusAfter({Qt::Key_Up}), "input");
+    EXPECT_EQ(focusAfter({Qt::Key_Home, Qt::Key_Up}), "row s");
 }
 
 TEST_F(PanelKeyboardTest, RenamesAndGoesOnFromThere) {
@@ -177,11 +146,10 @@ TEST_F(PanelKeyboardTest, RenamesAndGoesOnFromThere) {
     settle();
     ASSERT_NE(qobject_cast<InlineNameField *>(QApplication::focusWidget()), nullptr);
     press({Qt::Key_X, Qt::Key_Return});
-    EXPECT_EQ(done, "rename /shop x");
+    EXPECT_EQ(renamed, QStringList{"/shop=x"});
     refresh();
     EXPECT_EQ(focus(), "Rename shop");
-    press({Qt::Key_Left});
-    EXPECT_EQ(focus(), "row s");
+    EXPECT_EQ(focusAfter({Qt::Key_Left}), "row s");
 }
 
 TEST_F(PanelKeyboardTest, BringsWhatItMovesToIntoSight) {
@@ -196,8 +164,7 @@ TEST_F(PanelKeyboardTest, BringsWhatItMovesToIntoSight) {
         EXPECT_TRUE(isInSight(*QApplication::focusWidget()));
     }
     const QString last = focus();
-    press({Qt::Key_Down});
-    EXPECT_EQ(focus(), last);
+    EXPECT_EQ(focusAfter({Qt::Key_Down}), last);
     // The row goes away under the keys, which stay where they are.
     apply(Event::sessionEnd, last.mid(4));
     refresh();
@@ -206,12 +173,12 @@ TEST_F(PanelKeyboardTest, BringsWhatItMovesToIntoSight) {
 }
 
 TEST_F(PanelKeyboardTest, OpensWhatHasFinished) {
-    finish("/over");
+    apply(EventBuilder(Event::turnEnd).with(&HookEvent::cwd, "/over"));
     refresh();
     view.takeFocus();
     EXPECT_EQ(focus(), "record /over");
     press({Qt::Key_Return});
-    EXPECT_EQ(done, "reopen /over");
+    EXPECT_EQ(reopened, QStringList{"/over"});
 }
 
 } // namespace

@@ -15,44 +15,27 @@
 #include <QLabel>
 #include <QLayout>
 #include <QTest>
-#include <gtest/gtest.h>
-
-#include <algorithm>
 
 namespace morvane {
 namespace {
 
 class SessionRowTest : public PanelFixture {
 protected:
-    SessionRowTest() {
-        context.actions.onSelect = [this](const Session &session) {
-            selections.append(session.id);
-        };
-        context.actions.onRenameCommit = [this](const QString &cwd, const QString &name) {
-            names.append(cwd + QStringLiteral("=") + name);
-        };
-        context.actions.onReply = [this](const Session &, const QString &text, const auto &told) {
-            replies.append(text);
-            tellOutcome = told;
-        };
-        context.actions.canReply = [](const Session &session) {
-            return session.pane.tmux.has_value();
-        };
-        store.resolveDecision = [this](const QString &, const AgentDecision &decision) {
-            decisions.append(decision);
-        };
-    }
-
-    void show(SessionRow::Details details = {}) {
-        row.setSession(store.sessions().value("s"), details);
+    void show() {
+        row.setSession(store.sessions().value("s"), {});
         activateLayouts(row);
         row.resize(572, row.layout()->totalHeightForWidth(572));
         row.show();
     }
 
+    void show(const HookEvent &latest) {
+        apply(latest);
+        show();
+    }
+
     /// Shows the row for as long as it takes until its strip can be pressed.
-    void showToRead(SessionRow::Details details = {}) {
-        show(details);
+    void showToRead() {
+        show();
         scheduler.advance(Seconds(0.85));
     }
 
@@ -85,11 +68,6 @@ protected:
         return row.findChild<InlineNameField *>();
     }
 
-    QStringList selections;
-    QStringList names;
-    QStringList replies;
-    std::function<void(bool isSent)> tellOutcome; ///< of the last reply
-    QList<AgentDecision> decisions;
     SessionRow row{context, nullptr};
 };
 
@@ -115,7 +93,7 @@ TEST_F(SessionRowTest, RefusesFirstThenAllowsThenAllowsForGood) {
 }
 
 TEST_F(SessionRowTest, AsksOneQuestionAfterTheOther) {
-    apply(EventBuilder::parked(QStringLiteral("d")).asking({"First?", "Second?"}));
+    apply(EventBuilder::parked("d").asking({"First?", "Second?"}));
     showToRead();
     ASSERT_EQ(textsIn<OptionButton>(row), QStringList({"Yes", "No"}));
     EXPECT_TRUE(contents(row).contains("1 of 2"));
@@ -133,8 +111,7 @@ TEST_F(SessionRowTest, AsksOneQuestionAfterTheOther) {
 
 TEST_F(SessionRowTest, TakesAPressOnlyForWhatHasStoodLongEnoughToBeRead) {
     const EventBuilder question = EventBuilder::parked("q").asking({"Sure?", "Really?"});
-    apply(EventBuilder::parked("d"));
-    show();
+    show(EventBuilder::parked("d"));
     const auto pressable = [this](Seconds after) {
         scheduler.advance(after);
         return shownIn<DecideButton>(row).first()->isEnabled();
@@ -145,8 +122,7 @@ TEST_F(SessionRowTest, TakesAPressOnlyForWhatHasStoodLongEnoughToBeRead) {
     EXPECT_TRUE(pressable(Seconds(0.2)));
 
     // Another call, another input of the same call, another place, a part that comes to light.
-    apply(EventBuilder::parked("d").given(R"({"command":"rm -rf ~"})"));
-    show();
+    show(EventBuilder::parked("d").given(R"({"command":"rm -rf ~"})"));
     EXPECT_FALSE(pressable(Seconds(0.65)));
     EXPECT_TRUE(pressable(Seconds(0.2)));
     row.move(row.pos() + QPoint(0, 20));
@@ -164,22 +140,19 @@ TEST_F(SessionRowTest, TakesAPressOnlyForWhatHasStoodLongEnoughToBeRead) {
 
     // A call of which only the buttons have been in sight.
     row.findChild<ApprovalStrip *>()->setMask(QRect(0, 60, 600, 400));
-    apply(EventBuilder::parked("f"));
-    show();
+    show(EventBuilder::parked("f"));
     EXPECT_FALSE(pressable(Seconds(3)));
     row.findChild<ApprovalStrip *>()->clearMask();
     row.move(row.pos() + QPoint(0, 20));
     QCoreApplication::processEvents();
     EXPECT_TRUE(pressable(Seconds(0.85)));
 
-    apply(question);
-    show();
+    show(question);
     scheduler.advance(Seconds(0.6));
     EXPECT_FALSE(shownIn<OptionButton>(row).first()->isEnabled());
     scheduler.advance(Seconds(0.3));
     // The same question of a call that would do something else.
-    apply(question.given(R"({"command":"rm -rf ~"})"));
-    show();
+    show(question.given(R"({"command":"rm -rf ~"})"));
     EXPECT_FALSE(shownIn<OptionButton>(row).first()->isEnabled());
     scheduler.advance(Seconds(0.9));
     shownIn<OptionButton>(row).first()->click();
@@ -203,24 +176,18 @@ TEST_F(SessionRowTest, ShowsAllOfACallOrSaysWhatIsMissing) {
     EXPECT_FALSE(shownIn<DecideButton>(row).first()->isEnabled());
 
     // No longer than it may be, and scrolled; another call begins with its line.
-    apply(call.given(R"({"command":")" + std::string(60'000, 'x') + R"("})"));
-    show();
+    show(call.given(R"({"command":")" + std::string(60'000, 'x') + R"("})"));
     shownIn<DecideButton>(row).first()->click();
     show();
     EXPECT_LE(view->height(), 160);
 
-    apply(EventBuilder::parked("e").given("{}").tool("Deploy\nAll is well"));
-    show();
+    show(EventBuilder::parked("e").given("{}").tool("Deploy\nAll is well"));
     EXPECT_EQ(textsIn<DecideButton>(row), QStringList({"Deny", "Allow"}));
     EXPECT_TRUE(contents(row).contains("This agent sent no details of the call."));
     EXPECT_TRUE(contents(row).contains("wants to run Deploy⟨U+000A⟩All is well"));
     EXPECT_FALSE(view->isVisible());
-}
 
-TEST_F(SessionRowTest, KeepsNothingForAScreenReaderOfWhatHasBeenAnswered) {
-    apply(EventBuilder::parked("d"));
-    show();
-    EXPECT_NE(row.findChild<InputView *>(), nullptr);
+    // A screen reader finds nothing of what has been answered.
     store.decide("s", AgentDecision::allow());
     show();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -239,7 +206,7 @@ TEST_F(SessionRowTest, APressDecidesOnlyTheRequestThatItBeganOn) {
     EXPECT_EQ(decisions, QList<AgentDecision>({AgentDecision::deny()}));
 
     decisions.clear();
-    apply(EventBuilder::parked(QStringLiteral("d")).asking({"Sure?"}));
+    apply(EventBuilder::parked("d").asking({"Sure?"}));
     session = store.sessions().value("s");
     session.aiTitle = "Make it";
     const Session changedQuestion = session;
@@ -281,13 +248,12 @@ TEST_F(SessionRowTest, KeepsNothingOfWhatItNoLongerIsToShow) {
 }
 
 TEST_F(SessionRowTest, LeadsToTheSessionButNotFromBesideAButton) {
-    apply(EventBuilder::parked("d"));
-    show();
+    show(EventBuilder::parked("d"));
     QTest::mouseClick(&row, Qt::LeftButton, {}, QPoint(300, 12));
-    EXPECT_EQ(selections, QStringList({"s"}));
+    EXPECT_EQ(selected, QStringList({"s"}));
     const DecideButton *const deny = shownIn<DecideButton>(row).first();
     QTest::mouseClick(&row, Qt::LeftButton, {}, deny->mapTo(&row, QPoint(-3, -3)));
-    EXPECT_EQ(selections.size(), 1);
+    EXPECT_EQ(selected.size(), 1);
     EXPECT_TRUE(decisions.isEmpty());
 
     apply(Event::toolUse);
@@ -296,13 +262,12 @@ TEST_F(SessionRowTest, LeadsToTheSessionButNotFromBesideAButton) {
     show();
     ASSERT_EQ(textsIn<DecideButton>(row), QStringList({"Answer in the terminal"}));
     shownIn<DecideButton>(row).first()->click();
-    EXPECT_EQ(selections, QStringList({"s", "s"}));
+    EXPECT_EQ(selected, QStringList({"s", "s"}));
 }
 
 TEST_F(SessionRowTest, CountsDownWhileOnScreenAndWarnsAtTheEnd) {
     motion.setReduced(true); // the mascot would tick as well
-    apply(EventBuilder::parked("d"));
-    show();
+    show(EventBuilder::parked("d"));
     const auto *countdown = row.findChild<Countdown *>();
     EXPECT_EQ(countdown->text(), "60s");
     scheduler.advance(Seconds(49));
@@ -324,8 +289,7 @@ TEST_F(SessionRowTest, ThePencilTurnsTheNameIntoAFieldThatOutlivesAnUpdate) {
     apply(Event::promptSubmit);
     show();
     EXPECT_FALSE(pencil().isVisible());
-    apply(EventBuilder(Event::promptSubmit).with(&HookEvent::cwd, QString("/srv/folder")));
-    show();
+    show(EventBuilder(Event::promptSubmit).with(&HookEvent::cwd, QString("/srv/folder")));
     EXPECT_TRUE(pencil().isVisible());
     const int height = row.sizeHint().height();
     pencil().click();
@@ -338,18 +302,18 @@ TEST_F(SessionRowTest, ThePencilTurnsTheNameIntoAFieldThatOutlivesAnUpdate) {
     show();
     EXPECT_EQ(field()->text(), "mine");
     QTest::keyClick(field(), Qt::Key_Return);
-    EXPECT_EQ(names, QStringList({"/srv/folder=mine"}));
+    EXPECT_EQ(renamed, QStringList({"/srv/folder=mine"}));
     EXPECT_FALSE(field());
     EXPECT_EQ(editing.count(), 0);
 
     // A click that takes the focus away closes the field and does no more.
     pencil().click();
     QTest::mouseClick(&row, Qt::LeftButton, {}, QPoint(300, 35));
-    EXPECT_EQ(names.size(), 2);
-    EXPECT_TRUE(selections.isEmpty());
+    EXPECT_EQ(renamed.size(), 2);
+    EXPECT_TRUE(selected.isEmpty());
     EXPECT_FALSE(field());
     QTest::mouseClick(&row, Qt::LeftButton, {}, QPoint(300, 35));
-    EXPECT_EQ(selections.size(), 1);
+    EXPECT_EQ(selected.size(), 1);
 }
 
 TEST_F(SessionRowTest, OffersAReplyOnlyWhereItCanBeTyped) {
@@ -391,8 +355,8 @@ TEST_F(SessionRowTest, SendsWhatIsTypedAndNothingElse) {
     type("  ", Qt::Key_Return);
     EXPECT_TRUE(replies.isEmpty());
     type("go on", Qt::Key_Return);
-    EXPECT_EQ(replies, QStringList({"go on"}));
-    EXPECT_TRUE(selections.isEmpty());
+    EXPECT_EQ(replies, QStringList({"s: go on"}));
+    EXPECT_TRUE(selected.isEmpty());
     const auto says = [this](const QString &text) {
         show();
         return textsIn<QLabel>(row).contains(text);

@@ -10,45 +10,34 @@ namespace {
 
 using enum SessionState;
 
-Session inState(SessionState state) {
-    Session session;
-    session.state = state;
-    return session;
-}
-
 TEST(SessionSubtitle, SaysWhatTheSessionIsDoing) {
-    Session asking = inState(needsInput);
-    asking.pendingQuestion = PendingQuestion();
-    Session external = inState(needsInput);
-    external.pendingExternalResponse = PendingExternalResponse();
-    Session approval = inState(needsInput);
-    approval.pendingApproval = PendingApproval();
-    approval.pendingApproval->toolName = "Bash";
-    Session tool = inState(working);
-    tool.currentTool = "Edit";
-    Session oneAgent = tool;
-    oneAgent.pendingAgents = 1;
-    Session twoAgents = tool;
-    twoAgents.pendingAgents = 2;
-    const std::pair<Session, const char *> cases[] = {
-        {asking, "asking you"},
-        {external, "waiting for your answer"},
-        {approval, "waiting to run Bash"},
-        {inState(needsInput), "needs your input"},
-        {twoAgents, "waiting for 2 agents…"},
-        {oneAgent, "waiting for 1 agent…"},
-        {tool, "running Edit"},
-        {inState(working), "working…"},
-    };
-    for (const auto &[session, text] : cases) {
-        EXPECT_EQ(SessionSubtitle::of(session).text(), QString::fromUtf8(text));
-    }
+    Session session;
+    const auto says = [&session] { return SessionSubtitle::of(session).text(); };
+    session.state = needsInput;
+    EXPECT_EQ(says(), "needs your input");
+    session.pendingApproval = PendingApproval();
+    session.pendingApproval->toolName = "Bash";
+    EXPECT_EQ(says(), "waiting to run Bash");
+    session.pendingExternalResponse = PendingExternalResponse();
+    EXPECT_EQ(says(), "waiting for your answer");
+    session.pendingQuestion = PendingQuestion();
+    EXPECT_EQ(says(), "asking you");
+
+    session.state = working;
+    EXPECT_EQ(says(), "working…");
+    session.currentTool = "Edit";
+    EXPECT_EQ(says(), "running Edit");
+    session.pendingAgents = 1;
+    EXPECT_EQ(says(), "waiting for 1 agent…");
+    session.pendingAgents = 2;
+    EXPECT_EQ(says(), "waiting for 2 agents…");
 }
 
 TEST(SessionSubtitle, SaysOnWhatAsFarAsItIsKnown) {
     for (const SessionState state : {working, needsInput, idle, done, failed}) {
         const bool isFinished = state == done || state == failed;
-        Session session = inState(state);
+        Session session;
+        session.state = state;
         EXPECT_EQ(SessionSubtitle::of(session).detail, QString());
         session.lastPrompt = "prompt";
         EXPECT_EQ(SessionSubtitle::of(session).detail, "prompt");

@@ -9,6 +9,7 @@
 #include "Presentation/PanelFixture.h"
 #include "Presentation/ScaledImage.h"
 #include "Presentation/Style/TextLabel.h"
+#include "Support/AccessibleControls.h"
 
 namespace morvane {
 namespace {
@@ -34,18 +35,18 @@ protected:
         return *m_bars;
     }
 
+    template <typename Widget>
+    static QStringList namesIn(const QWidget &parent, QString (QWidget::*name)() const) {
+        QStringList result;
+        for (const Widget *widget : shownIn<Widget>(parent)) {
+            result.append((widget->*name)());
+        }
+        return result;
+    }
     QList<Tab> tabs() { return bars().availableTabs(); }
     QStringList texts() { return textsIn<TextLabel>(bars()); }
     QStringList barNames() { return namesIn<UsageBar>(bars(), &QWidget::accessibleName); }
     QStringList barTimes() { return namesIn<UsageBar>(bars(), &QWidget::accessibleDescription); }
-
-    void press(const QString &name) {
-        for (UsageTabButton *tab : shownIn<UsageTabButton>(bars())) {
-            if (tab->accessibleName() == name) {
-                tab->click();
-            }
-        }
-    }
 
     QByteArray claude(int session, int weekly, int fable) {
         return R"({"five_hour":)" + usage.window(session, 2.5 * hour) + R"(,"seven_day":)" +
@@ -60,15 +61,6 @@ protected:
     int refreshes = 0;
 
 private:
-    template <typename Widget>
-    static QStringList namesIn(const QWidget &parent, QString (QWidget::*name)() const) {
-        QStringList result;
-        for (const Widget *widget : shownIn<Widget>(parent)) {
-            result.append((widget->*name)());
-        }
-        return result;
-    }
-
     std::unique_ptr<UsageBars> m_bars;
 };
 
@@ -88,7 +80,7 @@ TEST_F(UsageBarsTest, ATabIsThereWhileItHasSomethingToShow) {
     usage.poll(claude(42, 7, 3), codex());
     EXPECT_EQ(tabs(), QList({Tab::claude, Tab::codex, Tab::sessions}));
     EXPECT_EQ(bars().current(), Tab::claude);
-    press("Codex limits");
+    shownControl<UsageTabButton>(bars(), "Codex limits")->click();
     EXPECT_EQ(bars().current(), Tab::codex);
     EXPECT_EQ(barNames(), QStringList({"Primary, 90m window, 61 percent used"}));
     EXPECT_TRUE(texts().contains("ChatGPT Pro Team · official Codex rate limits"));
@@ -185,19 +177,13 @@ TEST_F(UsageBarsTest, TellsHowFullTheContextsAreAndScrollsWhenThereAreMany) {
         store.enrichFromTranscript(id, false);
         scheduler.advance(Seconds(1));
     };
-    const auto rows = [&] {
-        QStringList result;
-        for (const SessionContextRow *row : shownIn<SessionContextRow>(bars())) {
-            result << row->accessibleName();
-        }
-        return result;
-    };
     apply(Event::sessionStart, "new");
     start("large", 230'000);
     start("full", 190'000);
-    EXPECT_EQ(rows(), QStringList({"full, claude-opus-5, 190k ctx",
-                                   "large, claude-opus-5, 230k ctx, large window",
-                                   "session, no context data yet"}));
+    EXPECT_EQ(namesIn<SessionContextRow>(bars(), &QWidget::accessibleName),
+              QStringList({"full, claude-opus-5, 190k ctx",
+                           "large, claude-opus-5, 230k ctx, large window",
+                           "session, no context data yet"}));
     EXPECT_EQ(shownIn<SessionContextRow>(bars()).first()->accessibleDescription(),
               "190000 tokens of context in the last request, against a standard 200k window.");
 
@@ -219,9 +205,6 @@ TEST_F(UsageBarsTest, TellsHowFullTheContextsAreAndScrollsWhenThereAreMany) {
 }
 
 TEST_F(UsageBarsTest, AMilestoneIsAnnouncedForAMoment) {
-    usage.poller().milestoneEligibility = [this] {
-        return store.hasWorkingUsageMilestoneSession();
-    };
     apply(Event::promptSubmit);
     usage.tell(90);
     const auto badges = shownIn<UsageMilestoneBadge>(bars());

@@ -1,8 +1,6 @@
 #include "Presentation/Mascot/MenuBarIcon.h"
-#include "Presentation/Mascot/StateMark.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/StateLook.h"
-#include "Support/Printing.h"
 
 #include <QIcon>
 #include <QImage>
@@ -54,6 +52,11 @@ QList<QColor> grounds() {
     return panelGrounds() << Colors::windowFill << over(Colors::formGround, Colors::windowFill);
 }
 
+void expectReadable(const QColor &text, const QColor &ground) {
+    EXPECT_GE(contrast(linear(over(text, ground)), linear(ground)), 4.5)
+        << text.name(QColor::HexArgb).toStdString() << " on " << ground.name().toStdString();
+}
+
 TEST(Contrast, TextsThatMatterCanBeReadOnEveryGround) {
     const QList<QColor> texts{
         Colors::primaryText,    Colors::secondaryText, Colors::tertiaryText, Colors::questionAccent,
@@ -61,40 +64,34 @@ TEST(Contrast, TextsThatMatterCanBeReadOnEveryGround) {
         Colors::fillingContext, Colors::tightContext,  Colors::removedLine,  Colors::addedLine};
     for (const QColor &ground : grounds()) {
         for (const QColor &text : texts) {
-            EXPECT_GE(contrast(linear(over(text, ground)), linear(ground)), 4.5)
-                << text.name(QColor::HexArgb).toStdString() << " on "
-                << ground.name().toStdString();
+            expectReadable(text, ground);
         }
     }
-    const QColor primary = over(Colors::primaryText, Colors::switchOn);
-    EXPECT_GE(contrast(linear(primary), linear(Colors::switchOn)), 4.5);
+    expectReadable(Colors::primaryText, Colors::switchOn);
 }
 
 TEST(Contrast, BadgesAndButtonsCanBeReadOnAGroundOfTheirColor) {
-    const auto expectReadable = [](const QColor &text, const QColor &tint) {
+    const auto expectReadableOn = [](const QColor &tint, const QColor &text) {
         for (const QColor &below : panelGrounds()) {
-            const QColor ground = over(Colors::faded(tint, Colors::tintedGround), below);
-            EXPECT_GE(contrast(linear(over(text, ground)), linear(ground)), 4.5)
-                << text.name(QColor::HexArgb).toStdString() << " on " << below.name().toStdString();
+            expectReadable(text, over(Colors::faded(tint, Colors::tintedGround), below));
         }
     };
     for (const QColor &badge :
          {Colors::secondaryText, Colors::tertiaryText, Colors::fillingContext, Colors::tightContext,
           Colors::neverAsks, Colors::asksLess, Colors::asksAsUsual}) {
-        expectReadable(badge, badge);
+        expectReadableOn(badge, badge);
     }
     for (const QColor &button : {Colors::questionAccent, Colors::approvalAccent, Colors::denyAccent,
                                  Colors::quietAccent}) {
-        expectReadable(button, button);
-        expectReadable(Colors::faded(button, Colors::shortcut), button);
+        expectReadableOn(button, button);
+        expectReadableOn(button, Colors::faded(button, Colors::shortcut));
     }
 }
 
 TEST(Contrast, WhatCallsForAPersonIsSeenOnBlack) {
     for (const auto state : {SessionState::working, SessionState::needsInput, SessionState::done,
                              SessionState::failed, SessionState::idle}) {
-        const QColor ground = over(Colors::capsuleFill, Qt::white);
-        EXPECT_GE(contrast(linear(StateLook::of(state).mascot), linear(ground)), 4.5);
+        expectReadable(StateLook::of(state).mascot, over(Colors::capsuleFill, Qt::white));
     }
 }
 

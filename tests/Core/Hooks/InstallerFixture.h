@@ -1,0 +1,49 @@
+#pragma once
+
+#include "Core/Adapters/AgentRegistry.h"
+#include "Core/Agents/AgentAdapter.h"
+#include "Core/Hooks/HookInstaller.h"
+#include "Core/Settings/Defaults.h"
+#include "Core/Settings/MorvaneSettings.h"
+#include "Support/Printing.h"
+#include "Support/TemporaryHome.h"
+
+#include <gtest/gtest.h>
+
+namespace morvane {
+
+/// Connects agents in a home folder of the test's own.
+class InstallerFixture : public testing::Test {
+protected:
+    HookInstaller installer(AgentKind kind, std::uint16_t port = 40123) const {
+        return {AgentRegistry::adapter(kind), settings, port, moment};
+    }
+
+    static std::string failure(const std::optional<Failure> &result) {
+        return result ? result->message.toStdString() : "";
+    }
+
+    void connect(AgentKind kind) const { EXPECT_EQ(failure(installer(kind).install()), ""); }
+    void disconnect(AgentKind kind) const { EXPECT_EQ(failure(installer(kind).uninstall()), ""); }
+
+    QStringList issues(AgentKind kind) const { return installer(kind).health().issues(); }
+
+    /// Where the agent keeps what we write, under the home folder.
+    QString place(AgentKind kind) const {
+        return AgentRegistry::adapter(kind).integrationDescription().mid(2);
+    }
+
+    QByteArray text(AgentKind kind) const { return home.read(place(kind)); }
+    QByteArray backup(AgentKind kind) const { return home.read(place(kind) + ".morvane-backup"); }
+    QByteArray original(AgentKind kind) const {
+        return home.read(place(kind) + ".morvane-original");
+    }
+    void write(AgentKind kind, const QByteArray &text) const { home.write(place(kind), text); }
+
+    TemporaryHome home;
+    Defaults defaults{home.path("config"), "test"};
+    MorvaneSettings settings{defaults};
+    std::function<void()> moment = [] {}; ///< what happens while the installer looks again
+};
+
+} // namespace morvane
