@@ -38,7 +38,10 @@ TEST(AgentAdapters, TranslateTheEventsOfEveryAgent) {
          "AfterAgent=turnEnd Notification/ToolPermission=needsInput Notification=none "
          "Notification/idle_prompt=none Stop=none"},
         {{cursor}, "stop=turnEnd preToolUse/x=toolUse Notification/permission_prompt=none"},
-        {{opencode}, "session.idle=turnEnd permission.asked/x=needsInput Stop=none"},
+        {{opencode},
+         "session.created=sessionStart prompt.submit=promptSubmit tool.execute.before=toolUse "
+         "permission.asked/x=needsInput session.idle=turnEnd session.error=turnFailed "
+         "session.deleted=sessionEnd Stop=none"},
         {{gemini, qwen, cursor, opencode, kimi}, "PermissionRequest=none"}};
     for (const auto &[agents, entries] : dialects) {
         for (const QString &entry : entries.split(' ')) {
