@@ -260,7 +260,9 @@ TEST_F(AppControllerTest, RemovesEverythingButWhatIsPeoplesOwnAndReports) {
          {".claude/settings.json", "{\n // my\n \"statusLine\": {\"command\": \"own\"},\n}\n"}},
         {codex, {".codex/hooks.json", R"({"hooks":{"Stop":[{"hooks":[{"command":"ls"}]}]}})"}},
         {gemini, {".gemini/settings.json", "{\"b\":1e400,\t\"a\":\"ä\"}"}},
+        {kimi, {".kimi/config.toml", "a = 1 # mine\n"}},
         {qwen, {".qwen/settings.json", "{}"}},
+        {qoder, {".qoder/settings.json", "{\n // my\n \"model\": \"x\",\n}\n"}},
         {opencode, {".config/opencode/plugins/mine.js", "export const Mine = 1;\n"}}};
     std::map<AgentKind, QByteArray> connected;
     for (const auto &[kind, file] : files) {
@@ -268,18 +270,19 @@ TEST_F(AppControllerTest, RemovesEverythingButWhatIsPeoplesOwnAndReports) {
         connections.installHooks(kind);
         connected[kind] = read(file.first);
     }
-    ASSERT_EQ(connections.installedAgents().size(), 5U);
+    ASSERT_EQ(connections.installedAgents().size(), 7U);
     EXPECT_EQ(connections.statusLineBlockedAgents(), std::vector{claude});
     makeReadOnly(".qwen/settings.json");
     EXPECT_EQ(controller.removeEverything(),
               "Claude Code hooks\n• Codex hooks\n• Gemini CLI hooks\n• OpenCode hooks\n"
+              "• Kimi CLI hooks\n"
               "• ⚠︎ could not remove Qwen Code hooks: " +
                   home.path(".qwen/settings.json") +
-                  " could not be written: it is read-only\n"
+                  " could not be written: it is read-only\n• Qoder hooks\n"
                   "• ~/.morvane\n• login item\n• preferences and session history");
     for (const auto &[kind, file] : files) {
         EXPECT_EQ(read(file.first), kind == qwen ? connected[kind] : file.second) << file.first;
-        if (kind != qwen && kind != opencode) {
+        if (kind != qwen && QByteArray(file.first).endsWith(".json")) {
             EXPECT_EQ(read((std::string(file.first) + ".morvane-backup").c_str()), connected[kind]);
         }
     }

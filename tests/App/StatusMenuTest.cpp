@@ -42,7 +42,7 @@ protected:
     StatusMenu statusMenu{connections, controller.updates()};
 };
 
-TEST_F(StatusMenuTest, ListsWhatCanBeDone) {
+TEST_F(StatusMenuTest, ListsWhatCanBeDoneAndARestartOnceThereIsSomethingNew) {
     EXPECT_EQ(lines(statusMenu.menu()),
               QStringLiteral("Morvane %1 (build %2) (off)\n-\nOpen Morvane\nSettings…\n-\n"
                              "Connected agents — none (off)\n-\nQuit Morvane")
@@ -53,12 +53,14 @@ TEST_F(StatusMenuTest, ListsWhatCanBeDone) {
     EXPECT_EQ(requests, 1);
 
     // Something new is installed.
-    QObject::connect(&statusMenu, &StatusMenu::restartRequested, &statusMenu, [&] { ++requests; });
+    int restarts = 0;
+    QObject::connect(&statusMenu, &StatusMenu::restartRequested, &statusMenu, [&] { ++restarts; });
     QAction *restart = statusMenu.menu().actions()[1];
     statusMenu.offerRestart();
     EXPECT_TRUE(restart->isVisible());
     restart->trigger();
-    EXPECT_EQ(requests, 2);
+    EXPECT_EQ(restarts, 1);
+    EXPECT_EQ(requests, 1);
 }
 
 TEST_F(StatusMenuTest, TellsWhoHasTheKeyForThePanel) {

@@ -40,6 +40,7 @@ protected:
 
 TEST_F(UpdateWindowTest, AsksBeforeItDownloads) {
     offer();
+    EXPECT_TRUE(window.isVisible());
     const auto *notes = window.findChild<QPlainTextEdit *>();
     EXPECT_EQ(notes->toPlainText(), "<b>Bold</b>");
     EXPECT_EQ(notes->accessibleName(), "Release notes");
@@ -55,6 +56,7 @@ TEST_F(UpdateWindowTest, AsksBeforeItDownloads) {
     EXPECT_EQ(https.requests.back().finished, nullptr);
 
     offer();
+    EXPECT_TRUE(window.isVisible());
     button("Skip this version")->click();
     EXPECT_FALSE(window.isVisible());
     EXPECT_EQ(defaults.value("SUSkippedVersion"), "1.1");

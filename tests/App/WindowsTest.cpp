@@ -319,7 +319,7 @@ TEST_F(WindowsTest, RemovesEverythingOnlyWhenTold) {
     EXPECT_EQ(read(".claude/settings.json"), "{}");
 }
 
-TEST_F(WindowsTest, WalksANewcomerThroughToAConnectedAgent) {
+TEST_F(WindowsTest, WalksANewcomerThroughNamedControlsToAConnectedAgent) {
     home.write(".claude/settings.json", "{}");
     open("Welcome to Morvane");
     const auto *view = window->findChild<OnboardingView *>();

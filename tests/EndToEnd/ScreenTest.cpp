@@ -35,12 +35,13 @@ protected:
     void movePointerAway() const { display->movePointer({10, 790}); }
 
     /// Clicks an object once it is there.
-    bool click(const QString &role, const QString &name) const {
-        std::optional<QRect> place;
-        if (waitUntil([&] { return (place = find(role, name)).has_value(); })) {
-            display->click(place->center());
+    testing::AssertionResult click(const QString &role, const QString &name) const {
+        if (!waitUntil([&] { return find(role, name).has_value(); })) {
+            return testing::AssertionFailure() << "no " << qPrintable(role + ' ' + name);
         }
-        return place.has_value();
+        // Asked again: when it was first seen it may have been on its way.
+        display->click(find(role, name).value_or(QRect()).center());
+        return testing::AssertionSuccess();
     }
 };
 

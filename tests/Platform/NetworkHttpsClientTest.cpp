@@ -84,6 +84,15 @@ TEST_F(NetworkHttpsClientTest, TakesNoHalfAnswerAndNoEndlessOne) {
     const auto answer = askFor("HTTP/1.1 200 OK\r\n\r\n" + QByteArray(3'000'000, ' '));
     ASSERT_TRUE(answer);
     EXPECT_EQ(answer->body.size(), 1'048'576);
+
+    QTcpServer nobody;
+    nobody.listen(QHostAddress::LocalHost);
+    nobody.pauseAccepting();
+    UsageEndpoint endpoint(*client, scheduler, urlOf(nobody, "/", "http"));
+    QList<bool> answered;
+    endpoint.ask("token", [&](const auto &late) { answered << late.has_value(); });
+    scheduler.advance(Seconds(15));
+    EXPECT_EQ(answered, QList<bool>{false});
 }
 
 TEST_F(NetworkHttpsClientTest, TrustsOnlyAServerThatTheMachineKnows) {

@@ -20,13 +20,14 @@ constexpr const char *busConfiguration = R"(<busconfig><type>session</type>
 <allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/>
 </policy></busconfig>)";
 
-/// A stand-in for a service on a bus, for as long as it lives: it answers at this path and at those
-/// below it.
+/// A stand-in for a service on a bus, for as long as it lives: it answers at this path, and with
+/// `SubPath` at those below it.
 class BusService : public QDBusVirtualObject {
 public:
-    BusService(const QDBusConnection &bus, const QString &path, const QString &name)
+    BusService(const QDBusConnection &bus, const QString &path, const QString &name,
+               QDBusConnection::VirtualObjectRegisterOption where = QDBusConnection::SubPath)
         : m_bus(bus), m_path(path), m_name(name) {
-        m_bus.registerVirtualObject(m_path, this, QDBusConnection::SubPath);
+        m_bus.registerVirtualObject(m_path, this, where);
         m_bus.registerService(m_name);
     }
     ~BusService() override {

@@ -235,7 +235,7 @@ TEST_P(EachPresenterTest, PaintsOnlyWhatHasChanged) {
     presenter->presentPanel();
     scheduler.advance(Seconds(5));
     happen();
-    const PaintWatch paints(*QCoreApplication::instance());
+    PaintWatch paints(*QCoreApplication::instance());
     for (int event = 0; event < 20; ++event) {
         happen();
     }

@@ -36,7 +36,8 @@ public:
     int timersStarted = 0;
 };
 
-/// Notes what is painted of a widget, or of all when it watches the application.
+/// Notes what is painted of a widget. Where it watches the application it only counts how often
+/// something is.
 class PaintWatch : public QObject {
 public:
     explicit PaintWatch(QObject &watched) { watched.installEventFilter(this); }

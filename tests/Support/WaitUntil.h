@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QTimer>
+#include <gtest/gtest.h>
 
 #include <chrono>
 #include <future>
@@ -39,8 +40,8 @@ bool becomesTrue(Condition condition) {
 template <typename Call>
 auto onAnotherThread(const Call &call) {
     auto result = std::async(std::launch::async, call);
-    becomesTrue(
-        [&] { return result.wait_for(std::chrono::seconds(0)) == std::future_status::ready; });
+    EXPECT_TRUE(becomesTrue(
+        [&] { return result.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
     return result.get();
 }
 

@@ -58,6 +58,7 @@ QByteArrayList jsonFiles() {
         R"({"hooks":{"Stop":null,"stop":"x","PreToolUse":{}}})",
         R"({"hooks":{"Stop":[{"hooks":[{"type":"command","command":"say done"}]}]}})",
         R"({"hooks":{"Other":[{"matcher":"*","hooks":[]}],"Stop":[1,{"command":"x"}]}})",
+        R"-({"permissions":{"allow":["Bash(ls:*)"],"deny":[]},"env":{"URL":"http://a//b"}})-",
         R"({"statusLine":null})",
         R"({"statusLine":{}})",
         R"({"statusLine":""})",

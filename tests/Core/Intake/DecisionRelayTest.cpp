@@ -84,10 +84,11 @@ TEST_F(DecisionRelayTest, AnswersTheSessionThatItWasGivenFor) {
         HttpClient second = parked(eventRequest(headers, other));
         ASSERT_EQ(events.size(), 2u);
         EXPECT_NE(events[0].decisionID, events[1].decisionID);
-        server->resolve(*events[0].decisionID, AgentDecision::allow());
-        EXPECT_EQ(decisionIn(first.receiveAll()), (json{{"behavior", "allow"}}));
+        // Not in the order in which they came.
         server->resolve(*events[1].decisionID, AgentDecision::deny());
         EXPECT_EQ(decisionIn(second.receiveAll()), (json{{"behavior", "deny"}}));
+        server->resolve(*events[0].decisionID, AgentDecision::allow());
+        EXPECT_EQ(decisionIn(first.receiveAll()), (json{{"behavior", "allow"}}));
     }
     settle();
     EXPECT_TRUE(expired.empty());

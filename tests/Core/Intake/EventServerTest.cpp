@@ -63,7 +63,6 @@ TEST_F(EventServerTest, AnswersByTokenThenMethodAndPath) {
 }
 
 TEST_F(EventServerTest, HandsOverWhatTheHeadersTell) {
-    constexpr const char *body = R"({"session_id":"g","prompt":"hello"})";
     const std::string request = eventRequest({{"x-morvane-agent", "gemini"},
                                               {"X-Hook-Event", "BeforeAgent"},
                                               {"x-iterm-session", "w0t0p0:ABC"},
@@ -78,15 +77,20 @@ TEST_F(EventServerTest, HandsOverWhatTheHeadersTell) {
                                               {"x-orca-terminal", "orc"},
                                               {"x-morvane-kitty-listen-on", "unix:@k "},
                                               {"x-morvane-wezterm-socket", "/run/w"}},
-                                             body);
+                                             R"({"session_id":"g","prompt":"hello"})");
     EXPECT_EQ(httpExchange(port(), request), okAnswer);
     scheduler.runPosted();
     ASSERT_EQ(events.size(), 1u);
-    const PaneLocator pane{"%1",  "/tmp/tmux,1,0", std::nullopt, "7",
-                           "zed", "orc",           "unix:@k",    "/run/w"};
-    const HookOrigin origin{"w0t0p0:ABC", "kitty", "net.kovidgoyal.kitty", "/dev/pts/3", pane};
-    EXPECT_TRUE(events.front() ==
-                HookEvent::decode(AgentKind::gemini, "BeforeAgent", body, origin));
+    const HookEvent &event = events.front();
+    EXPECT_EQ(event.agent, AgentKind::gemini);
+    EXPECT_EQ(event.kind, CanonicalEvent::promptSubmit);
+    EXPECT_EQ(event.sessionID, "g");
+    EXPECT_EQ(event.itermSessionID, "w0t0p0:ABC");
+    EXPECT_EQ(event.termProgram, "kitty");
+    EXPECT_EQ(event.hostBundleID, "net.kovidgoyal.kitty");
+    EXPECT_EQ(event.ttyName, "/dev/pts/3");
+    EXPECT_EQ(event.pane, (PaneLocator{"%1", "/tmp/tmux,1,0", std::nullopt, "7", "zed", "orc",
+                                       "unix:@k", "/run/w"}));
 }
 
 TEST_F(EventServerTest, BelievesOnlyAProcessThatThereCanBe) {

@@ -129,8 +129,8 @@ TEST(CompletedHistoryFormat, KeepsADateThatNobodyCanReckonWithWithinReach) {
 class CompletedHistoryTest : public testing::Test {
 protected:
     /// What a program that starts now has to show.
-    QList<CompletedRecord> kept() {
-        values.flush();
+    QList<CompletedRecord> keptBy(Defaults &defaults) const {
+        defaults.flush();
         Defaults later{home.path("defaults"), "test"};
         return CompletedHistory(later).records();
     }
@@ -142,16 +142,21 @@ protected:
 };
 
 TEST_F(CompletedHistoryTest, OutlivesTheProgram) {
-    CompletedHistory history(values);
-    EXPECT_TRUE(history.records().isEmpty());
-    history.add(fullRecord());
-    EXPECT_EQ(kept(), QList<CompletedRecord>{fullRecord()});
+    {
+        Defaults first{home.path("defaults"), "test"};
+        CompletedHistory history(first);
+        EXPECT_TRUE(history.records().isEmpty());
+        history.add(fullRecord());
+    }
+    Defaults second{home.path("defaults"), "test"};
+    CompletedHistory history(second);
+    EXPECT_EQ(history.records(), QList<CompletedRecord>{fullRecord()});
     EXPECT_FALSE(history.summarize("unknown", "x"));
     EXPECT_TRUE(history.summarize(fullRecord().id, "Done."));
-    EXPECT_EQ(kept().value(0).summary, "Done.");
+    EXPECT_EQ(keptBy(second).value(0).summary, "Done.");
     history.rename("/elsewhere", "Other");
     history.rename(fullRecord().cwd, "Mine");
-    EXPECT_EQ(kept().value(0).name, "Mine");
+    EXPECT_EQ(keptBy(second).value(0).name, "Mine");
 }
 
 TEST_F(CompletedHistoryTest, LeavesWhatItCannotReadUntilItHasSomethingToSave) {
@@ -162,7 +167,7 @@ TEST_F(CompletedHistoryTest, LeavesWhatItCannotReadUntilItHasSomethingToSave) {
         EXPECT_TRUE(history.records().isEmpty());
         EXPECT_EQ(values.value(place).toByteArray(), broken);
         history.add(fullRecord());
-        EXPECT_EQ(kept(), QList<CompletedRecord>{fullRecord()});
+        EXPECT_EQ(keptBy(values), QList<CompletedRecord>{fullRecord()});
     }
     // The right bytes under the wrong type.
     values.setValue(place, QString::fromUtf8(bytes(stored())));

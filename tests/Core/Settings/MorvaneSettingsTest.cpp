@@ -24,35 +24,35 @@ using nlohmann::json;
 const QString domain = "test.domain";
 const QString legacyDomain = "design.veku.morvane";
 
-/// What assigns to a property the value that it has.
-constexpr auto again = [](auto get, auto set) {
-    return [=](MorvaneSettings &settings) { (settings.*set)((settings.*get)()); };
+/// What gives a property the value that it has in other settings.
+constexpr auto taking = [](auto get, auto set) {
+    return [=](const MorvaneSettings &from, MorvaneSettings &to) { (to.*set)((from.*get)()); };
 };
 
 /// All properties by the keys under which they are stored.
-const std::map<std::string, std::function<void(MorvaneSettings &)>> &properties() {
+const auto &properties() {
     using S = MorvaneSettings;
-    static const std::map<std::string, std::function<void(S &)>> result{
-        {"eventServerPort", again(&S::port, &S::setPort)},
-        {"displayMode", again(&S::displayMode, &S::setDisplayMode)},
-        {"floatingPosition", again(&S::floatingPosition, &S::setFloatingPosition)},
-        {"hideOverFullscreen", again(&S::hideOverFullscreen, &S::setHideOverFullscreen)},
-        {"showWhenIdle", again(&S::showWhenIdle, &S::setShowWhenIdle)},
-        {"showMenuBarIcon", again(&S::showMenuBarIcon, &S::setShowMenuBarIcon)},
-        {"soundEnabled", again(&S::soundEnabled, &S::setSoundEnabled)},
-        {"soundOnNeedsInput", again(&S::soundOnNeedsInput, &S::setSoundOnNeedsInput)},
-        {"soundOnDone", again(&S::soundOnDone, &S::setSoundOnDone)},
-        {"showFableBar", again(&S::showFableBar, &S::setShowFableBar)},
-        {"autoClearMinutes", again(&S::autoClearMinutes, &S::setAutoClearMinutes)},
-        {"sessionNames", again(&S::sessionNames, &S::setSessionNames)},
-        {"usageEnabled", again(&S::usageEnabled, &S::setUsageEnabled)},
-        {"approvalsEnabled", again(&S::approvalsEnabled, &S::setApprovalsEnabled)},
-        {"soundOnUsageLimit", again(&S::soundOnUsageLimit, &S::setSoundOnUsageLimit)},
-        {"hasCompletedFirstRun", again(&S::hasCompletedFirstRun, &S::setHasCompletedFirstRun)},
-        {"installPingEnabled", again(&S::installPingEnabled, &S::setInstallPingEnabled)},
-        {"installPingSent", again(&S::installPingSent, &S::setInstallPingSent)},
-        {"knownAgents", again(&S::knownAgents, &S::setKnownAgents)},
-        {"panelKey", again(&S::panelKey, &S::setPanelKey)},
+    static const std::map<std::string, std::function<void(const S &, S &)>> result{
+        {"eventServerPort", taking(&S::port, &S::setPort)},
+        {"displayMode", taking(&S::displayMode, &S::setDisplayMode)},
+        {"floatingPosition", taking(&S::floatingPosition, &S::setFloatingPosition)},
+        {"hideOverFullscreen", taking(&S::hideOverFullscreen, &S::setHideOverFullscreen)},
+        {"showWhenIdle", taking(&S::showWhenIdle, &S::setShowWhenIdle)},
+        {"showMenuBarIcon", taking(&S::showMenuBarIcon, &S::setShowMenuBarIcon)},
+        {"soundEnabled", taking(&S::soundEnabled, &S::setSoundEnabled)},
+        {"soundOnNeedsInput", taking(&S::soundOnNeedsInput, &S::setSoundOnNeedsInput)},
+        {"soundOnDone", taking(&S::soundOnDone, &S::setSoundOnDone)},
+        {"showFableBar", taking(&S::showFableBar, &S::setShowFableBar)},
+        {"autoClearMinutes", taking(&S::autoClearMinutes, &S::setAutoClearMinutes)},
+        {"sessionNames", taking(&S::sessionNames, &S::setSessionNames)},
+        {"usageEnabled", taking(&S::usageEnabled, &S::setUsageEnabled)},
+        {"approvalsEnabled", taking(&S::approvalsEnabled, &S::setApprovalsEnabled)},
+        {"soundOnUsageLimit", taking(&S::soundOnUsageLimit, &S::setSoundOnUsageLimit)},
+        {"hasCompletedFirstRun", taking(&S::hasCompletedFirstRun, &S::setHasCompletedFirstRun)},
+        {"installPingEnabled", taking(&S::installPingEnabled, &S::setInstallPingEnabled)},
+        {"installPingSent", taking(&S::installPingSent, &S::setInstallPingSent)},
+        {"knownAgents", taking(&S::knownAgents, &S::setKnownAgents)},
+        {"panelKey", taking(&S::panelKey, &S::setPanelKey)},
     };
     return result;
 }
@@ -69,11 +69,12 @@ protected:
         return json::parse(text.begin(), text.end(), nullptr, false);
     }
 
-    /// What is stored once every property has been assigned the value that it has.
-    json storedAgain(Defaults &defaults) const {
-        MorvaneSettings settings(defaults);
-        for (const auto &[key, assign] : properties()) {
-            assign(settings);
+    /// What is stored once every property has been given the value that it has in the former.
+    json storedFrom(Defaults &others, Defaults &defaults) const {
+        const MorvaneSettings from(others);
+        MorvaneSettings to(defaults);
+        for (const auto &[key, give] : properties()) {
+            give(from, to);
         }
         return stored(defaults);
     }
@@ -100,21 +101,23 @@ const json everyOther = json::parse(R"({
     "panelKey": "Ctrl+Alt+3:+", "eventToken": "T"})");
 
 TEST_F(SettingsTest, StartFromTheStandardAndSurviveARestart) {
-    for (const auto &[key, assign] : properties()) {
+    for (const auto &[key, give] : properties()) {
         json expected{{"eventToken", "T"}};
         store(expected);
         Defaults defaults = load();
         MorvaneSettings settings(defaults);
-        assign(settings);
+        give(settings, settings);
         if (standard.contains(key)) {
             expected[key] = standard[key];
         }
         EXPECT_EQ(stored(defaults), expected) << key;
     }
     store(everyOther);
+    Defaults others = load();
+    store({{"eventToken", "T"}});
     for (int starts = 0; starts < 2; ++starts) {
         Defaults defaults = load();
-        EXPECT_EQ(storedAgain(defaults), everyOther);
+        EXPECT_EQ(storedFrom(others, defaults), everyOther);
     }
 }
 
@@ -125,7 +128,7 @@ TEST_F(SettingsTest, TakeNothingOfTheWrongType) {
         Defaults defaults = load();
         const MorvaneSettings settings(defaults);
         EXPECT_EQ(stored(defaults), values);
-        EXPECT_EQ(storedAgain(defaults), standard) << values;
+        EXPECT_EQ(storedFrom(defaults, defaults), standard) << values;
     };
     const std::pair<std::string, json> wrong[] = {
         {"eventServerPort", -1},
@@ -149,7 +152,7 @@ TEST_F(SettingsTest, TakeNothingOfTheWrongType) {
     const json oneOfEach[] = {nullptr, true, 1, 1.5, "x", json::array({"x"}), {{"x", "x"}}};
     for (const json &value : oneOfEach) {
         json values = json::object();
-        for (const auto &[key, assign] : properties()) {
+        for (const auto &[key, give] : properties()) {
             const json &right = everyOther[key];
             const bool bothIntegers = value.is_number_integer() && right.is_number_integer();
             if (value.type() != right.type() && !bothIntegers) {

@@ -21,7 +21,8 @@ const QString kde = "org.kde.kdeglobals.KDE";
 class Portal : public BusService {
 public:
     Portal(const QDBusConnection &bus, Settings settings)
-        : BusService(bus, path, "org.freedesktop.portal.Desktop"), m_settings(std::move(settings)) {
+        : BusService(bus, path, "org.freedesktop.portal.Desktop", QDBusConnection::SingleNode),
+          m_settings(std::move(settings)) {
         qDBusRegisterMetaType<Settings>();
     }
 

@@ -13,7 +13,7 @@ namespace {
 class Compositor : public BusService {
 public:
     explicit Compositor(const QDBusConnection &bus)
-        : BusService(bus, "/Scripting", "org.kde.KWin") {}
+        : BusService(bus, "/Scripting", "org.kde.KWin", QDBusConnection::SingleNode) {}
 
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &bus) override {
         asked += message.member();

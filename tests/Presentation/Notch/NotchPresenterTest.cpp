@@ -62,8 +62,10 @@ TEST_F(NotchPresenterTest, IsThereWhileThereIsSomethingToTell) {
     EXPECT_EQ(expansions, QList<bool>({true, false}));
 
     // A dismissal ends where the pointer comes back and rests.
+    settings.setShowWhenIdle(true);
+    EXPECT_TRUE(isVisibleAfter(Seconds(0)));
     presenter->dismiss();
-    scheduler.advance(Seconds(1));
+    EXPECT_FALSE(isVisibleAfter(Seconds(1)));
     movePointer(elsewhere);
     movePointer(onTab);
     EXPECT_TRUE(isVisibleAfter(Seconds(0.4)));
