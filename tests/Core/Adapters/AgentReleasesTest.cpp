@@ -44,7 +44,7 @@ TEST(AgentReleases, HaveTheFormThatTheyAreListedWith) {
             EXPECT_EQ(&AgentRegistry::adapter(listed.agent, other), &base);
         }
     }
-    for (const AgentKind untried : {kimi, gemini}) {
+    for (const AgentKind untried : {kimi, gemini, qwen}) {
         EXPECT_EQ(&AgentRegistry::adapter(untried, Release({1, 0, 0})),
                   &AgentRegistry::adapter(untried));
     }

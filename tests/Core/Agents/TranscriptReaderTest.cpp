@@ -74,7 +74,9 @@ TEST(TranscriptReader, TakesEachFieldFromTheNewestLineThatHasIt) {
         {claudeText("Older.") +
              claudeContent(R"([{"type":"text","text":"One."},{"type":"text","text":"<two>"}])"),
          {{}, "One.", {}, {}, {}}},
-        {claudeText("Older.") + claudeContent(R"([{"type":"text","text":"Mixed."},"x"])") +
+        {claudeText("Older.") +
+             claudeContent(
+                 R"([{"type":"text","text":"Mixed."},{"type":"thinking","text":"Hm."},"x"])") +
              claudeContent("\"x\"") + claudeContent(R"([{"type":"text","text":5}])"),
          {{}, "Older.", {}, {}, {}}},
         {claudeModel("claude-claude-haiku") + "{\"type\":\"assistant\",\"message\":{\"model\":7}}",
