@@ -49,10 +49,13 @@ TEST(HttpRequestParser, TakesTheLengthOnlyFromAnInteger) {
         {"0", Status::complete, ""},
         {"", Status::complete, ""},
         {"three", Status::complete, ""},
+        {"+3", Status::complete, "abc"},
         {"+-3", Status::complete, ""},
         {"0x3", Status::complete, ""},
         {"4", Status::unfinished, ""},
         {"-1", Status::broken, ""},
+        {"1099511627776", Status::unfinished, ""},
+        {"1099511627777", Status::broken, ""},
         {"9223372036854775807", Status::broken, ""},
         {"99999999999999999999999", Status::broken, ""},
     };
@@ -113,6 +116,10 @@ TEST(HttpRequestParser, CutsWhatAStrangersHeadSaysTooMuch) {
             EXPECT_LE(kept, room + 3);
         }
     }
+    HttpRequestParser oftenSaid(secret); // is kept once
+    oftenSaid.take("POST / HTTP/1.1\r\n" + lines + "\r\n");
+    EXPECT_EQ(oftenSaid.request().header(HttpHeader::tty), "/dev/pts/1");
+
     HttpRequestParser ours(secret);
     ours.take(authorised + "x-tty" + longLine + "\r\n");
     EXPECT_EQ(ours.request().header(HttpHeader::tty)->size(), 900'000u);

@@ -10,10 +10,10 @@ class StoreTest : public StoreFixture {
 protected:
     /// Brings a session into a state by way of one event, unless it is to be none.
     void bringInto(std::optional<SessionState> state, const QString &id) {
-        constexpr std::array ways{Kind::promptSubmit, Kind::needsInput, Kind::turnEnd,
-                                  Kind::turnFailed, Kind::sessionStart};
+        constexpr std::array ways{Kind::toolUse, Kind::needsInput, Kind::turnEnd, Kind::turnFailed,
+                                  Kind::sessionStart};
         if (state) {
-            apply(EventBuilder(ways[static_cast<std::size_t>(*state)]).in(id));
+            apply(EventBuilder(ways[static_cast<std::size_t>(*state)]).tool("Bash").in(id));
             EXPECT_EQ(session(id).state, *state);
         }
     }
@@ -87,6 +87,7 @@ TEST_F(StoreTest, MovesThroughItsStates) {
                 EXPECT_EQ(session(id).lastEventAt, scheduler.now());
                 const bool restarts = after != before || row.name == QString("prompt");
                 EXPECT_EQ(session(id).stateChangedAt == scheduler.now(), restarts);
+                EXPECT_FALSE(session(id).isFinished() && session(id).currentTool);
             }
         }
     }

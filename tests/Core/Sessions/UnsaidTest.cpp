@@ -67,6 +67,9 @@ TEST_F(UnsaidTest, ASubagentOfCodexAsksForItsSession) {
     store.decide("s", AgentDecision::allow());
     tell(codex, "UserPromptSubmit", R"("prompt":"on","cwd":"/srv")");
     EXPECT_EQ(tell(codex, "SubagentStop", R"("agent_id":"a")"), working);
+    tell(codex, "PermissionRequest", ofSubagent, "d");
+    store.decide("s", AgentDecision::allow());
+    EXPECT_EQ(tell(codex, "SubagentStop", R"("agent_id":"a")"), working);
     take(resolved);
 
     // The session doesn't wait for it, and its own turn may end meanwhile.
@@ -186,14 +189,18 @@ TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
 }
 
 TEST_F(UnsaidTest, AnEndThatWasAFailureIsHeardOnce) {
-    EXPECT_EQ(tell(gemini, "AfterAgent",
-                   R"("prompt_response":"[no response text]","transcript_path":"/t")"),
-              done);
-    finishRead({{}, {}, {}, {}, {}, TranscriptInfo::Turn::failed, "API Error: 400"});
-    EXPECT_EQ(session().state, failed);
+    using Turn = TranscriptInfo::Turn;
+    for (const auto &[turn, state] : {std::pair(Turn::interrupted, done), {Turn::failed, failed}}) {
+        tell(gemini, "BeforeAgent", R"("prompt":"go")");
+        EXPECT_EQ(tell(gemini, "AfterAgent",
+                       R"("prompt_response":"[no response text]","transcript_path":"/t")"),
+                  done);
+        finishRead({{}, {}, {}, {}, {}, turn, "API Error: 400"});
+        EXPECT_EQ(session().state, state);
+    }
     EXPECT_TRUE(store.completedHistory().first().failed);
     EXPECT_EQ(store.completedHistory().first().summary, "API Error: 400");
-    EXPECT_EQ(announced, QStringList{"done"});
+    EXPECT_EQ(announced, (QStringList{"done", "done"}));
 }
 
 TEST_F(UnsaidTest, AnAgentThatIsGoneTakesItsSessionAlong) {
