@@ -72,11 +72,10 @@ TEST(TranscriptReader, TakesEachFieldFromTheNewestLineThatHasIt) {
              claudeText(" \\n "),
          {{}, "Kept.", {}, {}, {}}},
         {claudeText("Older.") +
-             claudeContent(R"([{"type":"text","text":"One."},{"type":"text","text":"<two>"}])"),
+             claudeContent(R"([{"type":"text","text":"One."},{"type":"text","text":"<two>"},)"
+                           R"({"type":"thinking","text":"Hm."}])"),
          {{}, "One.", {}, {}, {}}},
-        {claudeText("Older.") +
-             claudeContent(
-                 R"([{"type":"text","text":"Mixed."},{"type":"thinking","text":"Hm."},"x"])") +
+        {claudeText("Older.") + claudeContent(R"([{"type":"text","text":"Mixed."},"x"])") +
              claudeContent("\"x\"") + claudeContent(R"([{"type":"text","text":5}])"),
          {{}, "Older.", {}, {}, {}}},
         {claudeModel("claude-claude-haiku") + "{\"type\":\"assistant\",\"message\":{\"model\":7}}",
