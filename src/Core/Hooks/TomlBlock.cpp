@@ -153,8 +153,8 @@ bool isStale(const QByteArray &text, const HookPlan &plan) {
 
 Result<QByteArray> install(const QByteArray &text, const HookPlan &plan) {
     QByteArray others = othersIn(text);
-    // A line feed may only be the second half of a line's end.
-    const auto before = TomlHookEntries::find(others + '\n');
+    // A line feed may only be the second half of a line's end; the first alone ends none.
+    const auto before = TomlHookEntries::find(text.endsWith('\r') ? text : others + '\n');
     if (const auto *failure = before.failure()) {
         return *failure;
     }

@@ -159,6 +159,7 @@ TEST_F(SettingsReturnTest, RefusesTomlThatCannotTakeHooks) {
         {"a = 1\nb =\n", "config.toml is no valid TOML at line 2"},
         {"a = 1\ncaf\xc3\xa9 = 2\n", "config.toml is no valid TOML at line 2"},
         {"[= 1\n", "config.toml is no valid TOML at line 1"},
+        {"# a\r", "config.toml is no valid TOML at line 1"},
         {"a = 'caf\xe9'\n", "config.toml is no valid TOML at line 1"},
     };
     for (const auto &[before, message] : cases) {
