@@ -82,7 +82,9 @@ AgentSettingsChange AgentJsonFile::sinceOrigin(const std::optional<QByteArray> &
         (after == first || after == m_ours.roundTrip(first))) {
         change.content = origin->bytes;
         change.origin = returned;
-    } else if (!isOfOrigin && !m_ours.isInstalled(before)) {
+    } else if (!isOfOrigin && !m_ours.isInstalled(before) &&
+               !(isOurText && m_ours.roundTrip(before) == before)) {
+        // What we would leave just so needs no origin, and the one there may hold comments.
         change.origin = taken;
     }
     return change;

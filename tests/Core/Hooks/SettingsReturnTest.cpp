@@ -248,6 +248,14 @@ TEST_F(SettingsReturnTest, KeepsTheOriginalBesideAFileThatOthersHaveChanged) {
         EXPECT_TRUE(text(claude).startsWith("{\n  \"a\": 2,\n  \"b\": "))
             << text(claude).toStdString();
         EXPECT_EQ(original(claude), before);
+        connect(claude); // what we have written is nobody's original
+        EXPECT_EQ(original(claude), before);
+        disconnect(claude);
+        EXPECT_TRUE(original(claude) == before || text(claude) == before);
+        write(claude, "{\"a\":3}");
+        connect(claude);
+        EXPECT_EQ(original(claude), "{\"a\":3}");
+        disconnect(claude);
     }
 
     // A copy that somebody has taken away, changed, or put a link in the place of.
