@@ -49,7 +49,7 @@ std::optional<Extent> extentIn(const QByteArray &text) {
 }
 
 QByteArray strippingMorvaneBlock(QByteArray text) {
-    if (const auto extent = extentIn(text)) {
+    while (const auto extent = extentIn(text)) {
         const qsizetype lineEnd = text.indexOf('\n', extent->end);
         const qsizetype end = lineEnd < 0 ? extent->end : lineEnd + 1;
         text.remove(extent->begin, end - extent->begin);

@@ -207,6 +207,23 @@ TEST_F(SettingsReturnTest, KnowsItsHooksWithoutTheCommentsAroundThem) {
     }
 }
 
+TEST_F(SettingsReturnTest, MendsAndTakesOutEveryBlockThatThereIs) {
+    write(kimi, "a = 1");
+    connect(kimi);
+    const QByteArray once = text(kimi);
+    for (const bool repairs : {true, false}) {
+        write(kimi, once + once.mid(once.indexOf("# >>>")));
+        EXPECT_TRUE(installer(kimi).hasStaleEntries());
+        if (repairs) {
+            installer(kimi).renew();
+            EXPECT_EQ(text(kimi).toStdString(), once.toStdString());
+        } else {
+            disconnect(kimi);
+            EXPECT_EQ(text(kimi), "a = 1");
+        }
+    }
+}
+
 TEST_F(SettingsReturnTest, TakesAwayWhatOnlyWeHaveMade) {
     QDir(home.path()).mkpath(".config/opencode");
     for (const AgentKind kind : {claude, cursor, kimi, opencode}) {
