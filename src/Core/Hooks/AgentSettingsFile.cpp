@@ -55,7 +55,7 @@ std::optional<QByteArray> AgentSettingsFile::read() const {
 
 std::optional<QByteArray> AgentSettingsFile::readAgain() const {
     const qint64 age = QFileInfo(m_path).lastModified().msecsTo(QDateTime::currentDateTime());
-    if (age > 1000) {
+    if (age < 0 || age > 1000) {
         return std::nullopt;
     }
     m_moment();

@@ -346,14 +346,17 @@ TEST_F(SettingsReturnTest, LooksAgainAtAFileThatIsBeingWritten) {
             disconnect(kind);
             EXPECT_EQ(text(kind), whole);
         }
-        // Nobody is in the middle of writing a file that is hours old.
-        write(kind, "");
-        QFile old(home.path(place(kind)));
-        ASSERT_TRUE(old.open(QIODevice::ReadWrite));
-        old.setFileTime(QDateTime::currentDateTime().addSecs(-7200),
-                        QFileDevice::FileModificationTime);
-        old.close();
-        EXPECT_FALSE(installer(kind).isInstalled());
+        // Nobody is in the middle of writing a file that is hours old, or from a clock that was
+        // ahead.
+        for (const int seconds : {-7200, 7200}) {
+            write(kind, "");
+            QFile old(home.path(place(kind)));
+            ASSERT_TRUE(old.open(QIODevice::ReadWrite));
+            old.setFileTime(QDateTime::currentDateTime().addSecs(seconds),
+                            QFileDevice::FileModificationTime);
+            old.close();
+            EXPECT_FALSE(installer(kind).isInstalled());
+        }
         moment = [] {};
     }
 }
