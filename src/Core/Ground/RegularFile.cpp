@@ -12,6 +12,9 @@ namespace morvane::RegularFile {
 
 namespace {
 
+/// Far more than anybody's settings hold; a sparse file may claim a terabyte.
+constexpr qsizetype longestWhole = 33'554'432;
+
 /// An open regular file, or nothing.
 class Descriptor {
 public:
@@ -62,6 +65,10 @@ private:
 
 std::optional<QByteArray> whole(const QString &path) {
     const Descriptor file(path);
+    if (file.isRegular() && file.size() > longestWhole) {
+        errno = EFBIG;
+        return std::nullopt;
+    }
     return file.isRegular() ? file.read(0, file.size()) : std::nullopt;
 }
 

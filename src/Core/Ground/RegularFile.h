@@ -10,7 +10,8 @@
 /// thread.
 namespace morvane::RegularFile {
 
-/// What it holds. None when it can't be read.
+/// What it holds. None when it can't be read or is longer than 32 MiB; of a regular file errno says
+/// why.
 std::optional<QByteArray> whole(const QString &path);
 
 /// Up to `limit` bytes from the beginning. None when the file can't be read.

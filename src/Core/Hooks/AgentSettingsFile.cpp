@@ -79,7 +79,7 @@ std::optional<Failure> AgentSettingsFile::rewrite(const Edit &edit) const {
             if (read()) {
                 continue; // it has come just now
             }
-            return cannotRead(m_path, reason(EACCES));
+            return cannotRead(m_path, reason(errno));
         }
         const Result<std::optional<AgentSettingsChange>> edited = edit(before);
         if (const auto *failure = edited.failure()) {
@@ -111,8 +111,11 @@ AgentSettingsFile::replace(const std::optional<QByteArray> &before,
     if (QFileInfo(target).isSymbolicLink()) {
         return cannotRead(m_path, reason(ELOOP));
     }
+    if (status && !before && S_ISREG(status->st_mode)) {
+        return Outcome::overtaken;
+    }
     if (status && !before) {
-        return cannotRead(m_path, reason(S_ISREG(status->st_mode) ? EACCES : EINVAL));
+        return cannotRead(m_path, reason(EINVAL));
     }
     if (status && (status->st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) {
         // Whoever made it so wants it to stay as it is.
