@@ -3,6 +3,7 @@
 #include "Core/Ground/RegularFile.h"
 #include "Core/Ground/WholeFile.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -61,7 +62,10 @@ std::optional<Failure> writeClients() {
             continue;
         }
         const auto client = builtIn(clients.filePath(name));
-        const bool isCurrent = isExecutable(name) && !QFileInfo(pathOf(name)).isSymbolicLink() &&
+        const QFileInfo present(pathOf(name));
+        // A clock that was set back since would make every script newer than its client.
+        const bool isCurrent = isExecutable(name) && !present.isSymbolicLink() &&
+                               present.lastModified() <= QDateTime::currentDateTime() &&
                                RegularFile::whole(pathOf(name)) == client;
         if (isCurrent) {
             continue;

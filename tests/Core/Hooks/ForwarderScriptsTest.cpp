@@ -69,6 +69,14 @@ TEST(ForwarderScripts, RewritesTheScriptButNotAClientThatIsTheSame) {
     EXPECT_TRUE(home.read(".morvane/hook.sh").contains("port=2\n"));
     EXPECT_EQ(QFileInfo(file).lastModified(), old);
 
+    // As before the clock was set back: the script would not trust it.
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    const QDateTime ahead = QDateTime::currentDateTime().addDays(1);
+    ASSERT_TRUE(file.setFileTime(ahead, QFileDevice::FileModificationTime));
+    file.close();
+    ASSERT_FALSE(scripts(2).writeHookScript());
+    EXPECT_LT(QFileInfo(file.fileName()).lastModified(), ahead);
+
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write("an older one");
     file.close();
