@@ -91,9 +91,10 @@ bool TomlHookTarget::hasStaleEntries() const {
 
 Health TomlHookTarget::health() const {
     Health health{.settingsReadable = m_file.exists()};
-    if (isInstalled()) {
+    const QByteArray present = text();
+    if (TomlBlock::isInstalled(present)) {
         health.hooksPresent = true;
-        health.entriesCurrent = !hasStaleEntries();
+        health.entriesCurrent = !TomlBlock::isStale(present, m_plan);
         health.scriptExecutable = ForwarderScripts::isHookScriptExecutable();
     }
     return health;
