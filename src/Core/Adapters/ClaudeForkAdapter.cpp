@@ -1,6 +1,7 @@
 #include "Core/Adapters/ClaudeForkAdapter.h"
 
 #include "Core/Adapters/ClaudeTranscript.h"
+#include "Core/Adapters/GeminiTranscript.h"
 
 namespace morvane {
 
@@ -57,7 +58,11 @@ AgentIntegration ClaudeForkAdapter::integration() const {
     return JsonHooks{inHome(m_settingsPath), QStringLiteral("hooks")};
 }
 
+/// Qwen Code keeps its chats in the form that its releases without Claude Code's hooks had.
 TranscriptInfo ClaudeForkAdapter::readTranscript(const QString &path) const {
+    if (m_kind == AgentKind::qwen) {
+        return TranscriptReader::readTail(path, GeminiTranscript::takeLineOfQwen);
+    }
     return TranscriptReader::readTail(path, ClaudeTranscript::takeLine);
 }
 

@@ -141,10 +141,14 @@ class TranscriptFileTest : public testing::Test {
 protected:
     using Turn = TranscriptInfo::Turn;
 
-    /// What the agent itself would be asked for.
+    /// What the agent itself would be asked for, whatever its release.
     TranscriptInfo readBy(AgentKind agent, const QByteArrayList &lines) const {
         const QString path = home.write("t.jsonl", lines.join('\n'));
-        return AgentRegistry::adapter(agent).readTranscript(path);
+        const TranscriptInfo info = AgentRegistry::adapter(agent).readTranscript(path);
+        for (const AgentAdapter *form : AgentRegistry::forms(agent)) {
+            EXPECT_EQ(form->readTranscript(path), info);
+        }
+        return info;
     }
 
     TranscriptInfo read(const QByteArray &bytes) const {
