@@ -216,8 +216,7 @@ void EventServer::armDeadline() {
     m_deadlineArmed = !m_unfinished.empty();
     if (m_deadlineArmed) {
         const Seconds delay = m_unfinished.begin()->second.deadline - m_timers.now();
-        // Bounded on both sides: the clock may be set back while the timer waits.
-        m_deadline = m_timers.after(std::clamp(delay, Seconds(0), requestLimit), [this] {
+        m_deadline = m_timers.after(std::max(delay, Seconds(0)), [this] {
             asio::post(m_listenerQueue, [this] { closeOverdue(); });
         });
     }

@@ -39,7 +39,8 @@ void IoThread::start() {
 }
 
 Date IoThread::now() const {
-    return std::chrono::system_clock::now();
+    return m_madeAt + std::chrono::duration_cast<Date::duration>(std::chrono::steady_clock::now() -
+                                                                 m_madeAtSteady);
 }
 
 Task IoThread::after(Seconds delay, std::function<void()> action) {

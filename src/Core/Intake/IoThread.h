@@ -5,6 +5,7 @@
 #include <asio/executor_work_guard.hpp>
 #include <asio/io_context.hpp>
 
+#include <chrono>
 #include <thread>
 
 namespace morvane {
@@ -24,11 +25,14 @@ public:
     void stop();
     bool isRunning() const { return m_thread.joinable(); }
 
+    /// By a clock that nobody sets, once the thread is made.
     Date now() const override;
     Task after(Seconds delay, std::function<void()> action) override;
     void post(std::function<void()> action) override;
 
 private:
+    const Date m_madeAt = std::chrono::system_clock::now();
+    const std::chrono::steady_clock::time_point m_madeAtSteady = std::chrono::steady_clock::now();
     asio::io_context m_context;
     asio::executor_work_guard<asio::io_context::executor_type> m_work;
     std::thread m_thread;
