@@ -22,7 +22,8 @@ using AgentReleases::Program;
 constexpr qsizetype longestPackageFile = 262'144;
 constexpr int highestPackage = 6; ///< folders above the program
 
-/// More programs than anybody has; a caller without end makes it begin anew.
+/// More programs than anybody has; a caller without end makes it begin anew. More agents than run
+/// at one time.
 constexpr std::size_t mostKnown = 64;
 
 std::optional<AgentRelease> releaseOfPackage(const QString &file, const QString &package) {
@@ -107,12 +108,36 @@ std::optional<AgentRelease> ProgramReleases::of(AgentKind agent, const QString &
     if (known != m_known.end() && known->second.identity == *identity) {
         return known->second.release;
     }
-    if (m_known.size() >= mostKnown) {
-        m_known.clear();
-    }
     const auto release = read(*program, file);
-    m_known.insert_or_assign(key, Known{*identity, release});
+    if (release) { // else its package may still be on its way
+        if (m_known.size() >= mostKnown) {
+            m_known.clear();
+        }
+        m_known.insert_or_assign(key, Known{*identity, *release});
+    }
     return release;
+}
+
+std::optional<AgentRelease> ProgramReleases::of(AgentKind agent, const QString &file,
+                                                const ProcessIdentity &process) {
+    const auto known = std::ranges::find_if(m_running, [&](const Running &running) {
+        return running.agent == agent && running.process == process;
+    });
+    if (known != m_running.end()) {
+        std::rotate(known, known + 1, m_running.end());
+    } else {
+        if (m_running.size() >= mostKnown) {
+            m_running.erase(m_running.begin());
+        }
+        m_running.push_back({agent, process});
+    }
+    Running &running = m_running.back();
+    const auto release = running.file == file ? std::nullopt : of(agent, file);
+    if (release) {
+        running.file = file;
+        running.release = release;
+    }
+    return running.release;
 }
 
 std::optional<AgentRelease> ProgramReleases::installed(AgentKind agent) {

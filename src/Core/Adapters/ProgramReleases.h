@@ -2,6 +2,7 @@
 
 #include "Core/Agents/AgentKind.h"
 #include "Core/Agents/AgentRelease.h"
+#include "Platform/Processes.h"
 
 #include <QString>
 
@@ -9,6 +10,7 @@
 #include <map>
 #include <optional>
 #include <utility>
+#include <vector>
 
 namespace morvane {
 
@@ -20,6 +22,11 @@ public:
     /// The release of the agent that this file, or the script that it is a link to, belongs to.
     /// None where that doesn't tell, and for an agent of whose releases none is listed.
     std::optional<AgentRelease> of(AgentKind agent, const QString &file);
+
+    /// The same for the file that this process runs. What the process once was it stays, though an
+    /// update replaces the file or takes it away.
+    std::optional<AgentRelease> of(AgentKind agent, const QString &file,
+                                   const ProcessIdentity &process);
 
     /// The release that a person's shell would start: the first that is found on the PATH or, as a
     /// program of the desktop's may not have that of the shell, where the usual installers and
@@ -37,12 +44,20 @@ private:
     };
     struct Known {
         Identity identity;
-        std::optional<AgentRelease> release;
+        AgentRelease release;
+    };
+
+    struct Running {
+        AgentKind agent;
+        ProcessIdentity process;
+        QString file = {}; ///< that told the release; empty while none has
+        std::optional<AgentRelease> release = {};
     };
 
     static std::optional<Identity> identityOf(const QString &file);
 
     std::map<std::pair<AgentKind, QString>, Known> m_known;
+    std::vector<Running> m_running; ///< the last one asked for is the last
 };
 
 } // namespace morvane

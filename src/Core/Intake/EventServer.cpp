@@ -282,17 +282,20 @@ void EventServer::respondToUsage(const HttpRequest &request) {
 
 /// The adapter that speaks to the release of the program that calls. An agent that isn't named, or
 /// isn't known, counts as Claude Code here.
-const AgentAdapter &EventServer::adapterFor(const HttpRequest &request) {
+const AgentAdapter &EventServer::adapterFor(const HttpRequest &request, const HookOrigin &origin) {
     const AgentKind agent =
         agentKind(headerValue(request, HttpHeader::agent)).value_or(defaultAgentKind);
-    return AgentRegistry::adapter(agent,
-                                  m_programs.of(agent, headerText(request, HttpHeader::program)));
+    const QString program = headerText(request, HttpHeader::program);
+    return AgentRegistry::adapter(agent, origin.process
+                                             ? m_programs.of(agent, program, *origin.process)
+                                             : m_programs.of(agent, program));
 }
 
 void EventServer::respondToEvent(const Connection &connection, const HttpRequest &request) {
-    const AgentAdapter &adapter = adapterFor(request);
+    const HookOrigin origin = originOf(request);
+    const AgentAdapter &adapter = adapterFor(request, origin);
     const QString nativeName = headerText(request, HttpHeader::hookEvent);
-    auto event = HookEvent::decode(adapter, nativeName, bytes(request.body), originOf(request));
+    auto event = HookEvent::decode(adapter, nativeName, bytes(request.body), origin);
     if (event && mayPark(request, adapter, nativeName)) {
         m_relay->park(std::move(*event), adapter, connection, bytes(request.body).toByteArray());
         return;

@@ -97,7 +97,7 @@ private:
     void respond(const Connection &connection, const HttpRequest &request);
     void respondToUsage(const HttpRequest &request);
     void respondToEvent(const Connection &connection, const HttpRequest &request);
-    const AgentAdapter &adapterFor(const HttpRequest &request);
+    const AgentAdapter &adapterFor(const HttpRequest &request, const HookOrigin &origin);
     bool mayPark(const HttpRequest &request, const AgentAdapter &adapter,
                  const QString &nativeName) const;
 

@@ -122,6 +122,38 @@ TEST(ProgramReleases, AreReadAgainWhenTheFileIsAnother) {
     EXPECT_EQ(text(releases.of(gemini, program)), "0.62.0");
 }
 
+TEST(ProgramReleases, AreThoseThatRunningProgramsOnceWere) {
+    const TemporaryHome home;
+    const QString program = home.write("cli/cli.js");
+    const QString other = home.write("later/codex/1.2.3/codex");
+    const ProcessIdentity process{.id = 12, .startedAt = 34, .numberSpace = 56};
+    const ProcessIdentity later{.id = 12, .startedAt = 35, .numberSpace = 56};
+    const auto put = [&](const char *version) {
+        home.write("cli/package.json", package("@openai/codex", version));
+    };
+    ProgramReleases releases;
+    EXPECT_EQ(text(releases.of(codex, program, process)), "none");
+    put("0.169.0"); // as while it is being installed
+    EXPECT_EQ(text(releases.of(codex, program, process)), "0.169.0");
+    for (const bool isUpdated : {true, false}) {
+        QFile::remove(program);
+        put("0.171.0");
+        if (isUpdated) {
+            home.write("cli/cli.js", "new");
+        }
+        EXPECT_EQ(text(releases.of(codex, program, process)), "0.169.0");
+        EXPECT_EQ(text(releases.of(codex, "", process)), "0.169.0");
+        EXPECT_EQ(text(releases.of(claude, program, process)), "none");
+        EXPECT_EQ(text(releases.of(codex, program, later)), "0.171.0");
+    }
+    EXPECT_EQ(text(releases.of(codex, other, process)), "1.2.3");
+    for (int id = 100; id < 200; ++id) {
+        releases.of(codex, program, {.id = id, .startedAt = 1, .numberSpace = 56});
+        EXPECT_EQ(text(releases.of(codex, "", process)), "1.2.3");
+    }
+    EXPECT_EQ(text(releases.of(codex, program, later)), "none");
+}
+
 TEST(ProgramReleases, AreFoundWhereAShellWouldFindThem) {
     const TemporaryHome home;
     const QByteArray path = qgetenv("PATH");
