@@ -64,6 +64,29 @@ bool isErrand(std::string_view arguments) {
     return false;
 }
 
+/// Takes away the word and the blank, or the end of an argument, before it.
+bool takeWord(std::string_view &text, std::string_view word) {
+    if (text.empty() || (text.front() != ' ' && text.front() != '\0'))
+        return false;
+    text.remove_prefix(1);
+    const bool isNext = text.starts_with(word);
+    text.remove_prefix(isNext ? word.size() : 0);
+    return isNext;
+}
+
+/// Whether these arguments call hook.sh with what it was called with, be it in a text for a shell.
+/// An agent's own may speak of the script as well.
+bool callsHook(std::string_view arguments, std::string_view name, std::string_view event) {
+    const size_t script = arguments.find("/hook.sh");
+    arguments.remove_prefix(script == std::string_view::npos ? arguments.size() : script);
+    for (; !arguments.empty(); arguments.remove_prefix(1)) {
+        std::string_view rest = arguments;
+        if (takeWord(rest, name) && takeWord(rest, event))
+            return true;
+    }
+    return false;
+}
+
 /// The folder may be empty, the name may be a path. Static, since the text outlives the call.
 std::string_view kept(std::string_view folder, std::string_view name) {
     static char bytes[longestPath];
@@ -82,13 +105,13 @@ std::string_view kept(std::string_view folder, std::string_view name) {
 
 } // namespace
 
-Agent agent() {
+Agent agent(std::string_view name, std::string_view event) {
     static char bytes[4096];
     long id = kernel::call(SYS_getppid);
     for (int i = 0; i < mostCarriers && id > 0; ++i, id = processOf(id).parent) {
         const size_t size = readFile(procPath(id, "/cmdline").bytes, bytes, sizeof bytes);
         const std::string_view arguments{bytes, size};
-        if (arguments.find("/hook.sh") == std::string_view::npos && !isErrand(arguments))
+        if (!callsHook(arguments, name, event) && !isErrand(arguments))
             return {id, arguments};
     }
     return {};
@@ -96,7 +119,10 @@ Agent agent() {
 
 std::string_view programOf(const Agent &agent) {
     const Target program{agent.process, "/exe"};
-    const std::string_view path{program.bytes, program.size};
+    std::string_view path{program.bytes, program.size};
+    constexpr std::string_view replaced = " (deleted)"; // by an update
+    if (path.ends_with(replaced))
+        path.remove_suffix(replaced.size());
     if (!isInterpreter(path))
         return kept({}, path);
     const std::string_view script = scriptIn(agent.arguments);

@@ -12,11 +12,12 @@ struct Agent {
     std::string_view arguments; ///< each with a zero byte behind it; only the beginning of many
 };
 
-[[nodiscard]] Agent agent();
+/// The words are those that hook.sh was called with.
+[[nodiscard]] Agent agent(std::string_view name, std::string_view event);
 
-/// The file of the program that the agent runs. Where that is an interpreter, the script that it
-/// runs. An absolute path of no more than 1024 bytes of UTF-8 without control characters; empty
-/// where there is no such path.
+/// The file of the program that the agent runs, also where it is no longer there. Where that is an
+/// interpreter, the script that it runs. An absolute path of no more than 1024 bytes of UTF-8
+/// without control characters; empty where there is no such path.
 [[nodiscard]] std::string_view programOf(const Agent &agent);
 
 /// What tells the agent's process from every other: its number, its start in clock ticks since the

@@ -96,7 +96,7 @@ bool appendHeader(Buffer &head, std::string_view name, std::string_view value) {
 bool appendEvent(Buffer &head, std::string_view name, std::string_view event, Mode mode,
                  const Environment &environment) {
     const Terminal terminal = terminalIn(environment);
-    const Agent caller = agent();
+    const Agent caller = agent(name, event);
     const bool isKnown = caller.process > 0;
     const ShortText process = isKnown ? identityOf(caller) : ShortText{};
     const std::pair<std::string_view, std::string_view> headers[] = {

@@ -154,13 +154,14 @@ TEST(Terminal, IsThatOfAnAncestorOutsideTheHooksSession) {
 }
 
 // Between the agent and the hook stands a shell, or a runtime that is given a text. What an agent's
-// runtime is called with is the agent.
+// runtime is called with is the agent, whatever its arguments speak of and an update has replaced.
 TEST(Program, IsThatOfTheAncestorThatIsNoShellOfTheHook) {
     namespace fs = std::filesystem;
     const std::tuple<std::string, std::string, std::string> cases[] = {
-        {"claude", "cli.js", "claude"}, {"größer (a) b", "cli.js", "größer (a) b"},
-        {"node", "cli.js", "cli.js"},   {"node", "errand.js", "errand.js"},
-        {"x\nx-evil: 1", "cli.js", ""}, {"gr\xc3", "cli.js", ""}};
+        {"claude", "cli.js", "claude"},  {"größer (a) b", "cli.js", "größer (a) b"},
+        {"node", "cli.js", "cli.js"},    {"node", "errand.js", "errand.js"},
+        {"claude", "gone.js", "claude"}, {"node", "gone.js", "gone.js"},
+        {"x\nx-evil: 1", "cli.js", ""},  {"gr\xc3", "cli.js", ""}};
     for (const Carrier carrier : {Carrier::Client, Carrier::Curl}) {
         CapturingListener listener(response("200 OK", ""));
         const HookProcess hook(carrier, listener.port());
@@ -168,12 +169,14 @@ TEST(Program, IsThatOfTheAncestorThatIsNoShellOfTheHook) {
         std::ofstream("cli.js") << "sh -c '" << hook.script().string()
                                 << " claude Stop </dev/null; :'; :";
         std::ofstream("errand.js") << "./node -e cli.js; :";
+        std::ofstream("gone.js") << "rm \"$(readlink /proc/$$/exe)\"; . ./cli.js";
         fs::permissions(hook.script(), fs::perms::owner_all);
         for (const auto &[name, script, told] : cases) {
             fs::copy_file("/bin/sh", name, fs::copy_options::skip_existing);
             const pid_t child = fork();
             if (child == 0) {
-                execl(name.c_str(), name.c_str(), "-u", script.c_str(), nullptr);
+                execl(name.c_str(), name.c_str(), "-u", script.c_str(), "Why fails ./hook.sh Stop?",
+                      nullptr);
                 _exit(1);
             }
             auto headers = listener.take().headers;
