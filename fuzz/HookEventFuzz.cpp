@@ -17,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const QStringList names = adapter.nativeEvents() + adapter.decisionEvents();
     const QString name = names[data[0] / 16 % names.size()];
     const QByteArrayView body(data + 1, static_cast<qsizetype>(size - 1));
-    if (const auto event = HookEvent::decode(adapter.kind(), name, body, HookOrigin())) {
+    if (const auto event = HookEvent::decode(adapter, name, body, HookOrigin())) {
         const auto answer =
             adapter.encodeDecision(AgentDecision::answer({{event->sessionID, event->sessionID}}),
                                    event->toolName, body, name);

@@ -121,7 +121,8 @@ private:
                     .arg(id)
                     .arg(turn);
             for (const QString &native : namesFor(kind, name)) {
-                if (const auto event = HookEvent::decode(kind, native, body.toUtf8(), {})) {
+                if (const auto event = HookEvent::decode(AgentRegistry::adapter(kind), native,
+                                                         body.toUtf8(), {})) {
                     m_controller.store().apply(*event);
                     ++m_events;
                 }

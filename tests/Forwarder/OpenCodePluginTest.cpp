@@ -1,4 +1,5 @@
 #include "CapturingListener.h"
+#include "Core/Adapters/AgentRegistry.h"
 #include "Core/Hooks/ForwarderScripts.h"
 #include "Core/Intake/HookEvent.h"
 #include "EndToEnd/ChildProcess.h"
@@ -55,7 +56,7 @@ protected:
     /// What Morvane would make of the next request.
     static HookEvent event(CapturingListener &listener) {
         CapturedRequest request = listener.take();
-        return HookEvent::decode(AgentKind::opencode,
+        return HookEvent::decode(AgentRegistry::adapter(AgentKind::opencode),
                                  QString::fromStdString(request.headers["x-hook-event"]),
                                  QByteArray::fromStdString(request.body), {})
             .value_or(HookEvent());

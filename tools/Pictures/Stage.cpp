@@ -1,5 +1,6 @@
 #include "Pictures/Stage.h"
 
+#include "Core/Adapters/AgentRegistry.h"
 #include "Core/Agents/TranscriptInfo.h"
 #include "Core/Navigation/HostApp.h"
 #include "Support/NoApplications.h"
@@ -79,7 +80,8 @@ void Stage::tell(AgentKind agent, const QString &cwd, const QString &event,
     if (!members.isEmpty()) {
         body += ',' + members;
     }
-    auto decoded = HookEvent::decode(agent, event, body + '}', terminals.value(cwd));
+    auto decoded =
+        HookEvent::decode(AgentRegistry::adapter(agent), event, body + '}', terminals.value(cwd));
     if (!decoded) {
         qFatal("%s is no event of this agent", qPrintable(event));
     }

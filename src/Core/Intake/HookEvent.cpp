@@ -1,6 +1,5 @@
 #include "Core/Intake/HookEvent.h"
 
-#include "Core/Adapters/AgentRegistry.h"
 #include "Core/Agents/AgentAdapter.h"
 #include "Core/Agents/TranscriptReader.h"
 #include "Core/Ground/JsonMembers.h"
@@ -193,11 +192,6 @@ QList<BackgroundTask> backgroundTasks(const JsonObject &body) {
 }
 
 } // namespace
-
-std::optional<HookEvent> HookEvent::decode(AgentKind agent, const QString &nativeName,
-                                           QByteArrayView bytes, const HookOrigin &origin) {
-    return decode(AgentRegistry::adapter(agent), nativeName, bytes, origin);
-}
 
 std::optional<HookEvent> HookEvent::decode(const AgentAdapter &adapter, const QString &nativeName,
                                            QByteArrayView bytes, const HookOrigin &origin) {

@@ -81,10 +81,6 @@ struct HookEvent {
     static std::optional<HookEvent> decode(const AgentAdapter &adapter, const QString &nativeName,
                                            QByteArrayView body, const HookOrigin &origin);
 
-    /// The same for an agent whose release is unknown.
-    static std::optional<HookEvent> decode(AgentKind agent, const QString &nativeName,
-                                           QByteArrayView body, const HookOrigin &origin);
-
     /// The background tasks that are agents themselves, in their order.
     QList<BackgroundTask> pendingAgents() const;
 

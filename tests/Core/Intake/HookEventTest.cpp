@@ -16,7 +16,7 @@ using Text = std::optional<QString>;
 
 std::optional<HookEvent> decode(const QByteArray &body, const QString &native = "PreToolUse",
                                 AgentKind agent = AgentKind::claude) {
-    return HookEvent::decode(agent, native, body, {});
+    return HookEvent::decode(AgentRegistry::adapter(agent), native, body, {});
 }
 
 /// The event of a payload that has these members besides its session id.
@@ -72,13 +72,12 @@ TEST(HookEvent, TakesTheLastWordsByTheNameThatTheAgentHasForThem) {
 }
 
 TEST(HookEvent, TakesEverythingThatAPayloadTells) {
-    const auto event = HookEvent::decode(
-        AgentKind::claude, "PermissionRequest",
+    const auto event = decode(
         R"({"session_id": "abc", "cwd": " /home/ada ", "tool_name": "Bash", "tool_use_id": "t1",
             "transcript_path": "/t.jsonl", "agent_id": "a1", "prompt": " do\nit ",
             "message": "May I?", "unknown": [1, {"x": null}],
             "tool_input": {"command": " ls -l\n", "description": "List", "timeout": 5}})",
-        {});
+        "PermissionRequest");
     ASSERT_TRUE(event);
     HookEvent expected;
     expected.kind = CanonicalEvent::permissionRequest;
@@ -98,8 +97,8 @@ TEST(HookEvent, TakesEverythingThatAPayloadTells) {
     EXPECT_TRUE(*event == expected);
 
     // Of the hints an empty one tells nothing, a blank one is taken as it stands.
-    const auto other = HookEvent::decode(AgentKind::claude, "Stop", R"({"session_id":"s"})",
-                                         {"", " ", "", "", {}});
+    const auto other = HookEvent::decode(AgentRegistry::adapter(AgentKind::claude), "Stop",
+                                         R"({"session_id":"s"})", {"", " ", "", "", {}});
     EXPECT_FALSE(other->itermSessionID || other->hostBundleID || other->ttyName);
     EXPECT_EQ(other->termProgram, " ");
 }

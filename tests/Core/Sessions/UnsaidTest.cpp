@@ -142,7 +142,8 @@ TEST_F(UnsaidTest, CodexSaysThatItsTurnWasInterrupted) {
     scheduler.advance(Seconds(2.1));
     EXPECT_EQ(session().state, idle);
     EXPECT_FALSE(session().pendingApproval);
-    EXPECT_FALSE(HookEvent::decode(codex, "Interrupt", R"({"session_id":"s"})", {}));
+    EXPECT_FALSE(
+        HookEvent::decode(AgentRegistry::adapter(codex), "Interrupt", R"({"session_id":"s"})", {}));
 }
 
 TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
