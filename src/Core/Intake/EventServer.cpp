@@ -308,10 +308,8 @@ void EventServer::respondToEvent(const Connection &connection, const HttpRequest
 
 bool EventServer::mayPark(const HttpRequest &request, const AgentAdapter &adapter,
                           const QString &nativeName) const {
-    if (request.header(HttpHeader::decision) != "1" || !m_handlers.decisionsEnabled()) {
-        return false;
-    }
-    return adapter.supportsDecisions() && adapter.decisionEvents().contains(nativeName);
+    return request.header(HttpHeader::decision) == "1" && m_handlers.decisionsEnabled() &&
+           adapter.decisionEvents().contains(nativeName);
 }
 
 void EventServer::resolve(const QString &decisionID, const AgentDecision &decision) {

@@ -28,8 +28,8 @@ namespace morvane {
 ///
 /// Made and used on the main thread by `AppController`. Connections are worked on by a thread of
 /// its own, reading on `listenerQueue`, so that a busy interface never holds up an agent. No
-/// answer tells an agent of a fault of ours or of its payload's: whatever carries the token gets
-/// "200 OK".
+/// answer tells an agent of a fault of ours or of its payload's: whatever is posted with the token
+/// to one of the two paths gets "200 OK".
 class EventServer {
     Q_DECLARE_TR_FUNCTIONS(EventServer)
 

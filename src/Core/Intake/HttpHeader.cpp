@@ -1,13 +1,14 @@
 #include "Core/Intake/HttpHeader.h"
 
 #include <algorithm>
+#include <array>
 
 namespace morvane {
 
 namespace {
 
 /// In lower case, in the order of the enumeration.
-constexpr std::array<std::string_view, httpHeaderCount> httpHeaderNames{
+constexpr auto httpHeaderNames = std::to_array<std::string_view>({
     "content-length",
     "x-morvane-token",
     "x-morvane-agent",
@@ -27,7 +28,8 @@ constexpr std::array<std::string_view, httpHeaderCount> httpHeaderNames{
     "x-morvane-program",
     "x-morvane-kitty-listen-on",
     "x-morvane-wezterm-socket",
-};
+});
+static_assert(httpHeaderNames.size() == httpHeaderCount);
 
 bool isSameLetter(char given, char lowerCase) {
     const bool isUpperCase = given >= 'A' && given <= 'Z';

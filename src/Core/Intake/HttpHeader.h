@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <optional>
 #include <string_view>
@@ -28,9 +27,10 @@ enum class HttpHeader {
     program,
     kittyListenOn,
     weztermSocket,
+    count, ///< how many there are
 };
 
-inline constexpr std::size_t httpHeaderCount = 19;
+inline constexpr auto httpHeaderCount = static_cast<std::size_t>(HttpHeader::count);
 
 /// The header of this name in any case, or none for one that isn't read.
 std::optional<HttpHeader> httpHeader(std::string_view name);
