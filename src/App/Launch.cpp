@@ -71,47 +71,6 @@ int giveUp(const QString &why) {
     return EXIT_FAILURE;
 }
 
-/// How a run of the program ended.
-struct End {
-    int status = EXIT_SUCCESS;
-    std::optional<QString> next; ///< the file of the program that is to follow
-};
-
-End run(int argc, char **argv, const std::function<void(PlatformServices &)> &adjust) {
-    const auto application = makeApplication(argc, argv);
-    endOnTerminationSignals(*application);
-
-    SingleInstance instance(Defaults::folder());
-    switch (instance.claim(answerLimit)) {
-    case SingleInstance::Outcome::isFirst:
-        break;
-    case SingleInstance::Outcome::toldTheFirst:
-        return {};
-    case SingleInstance::Outcome::firstIsSilent:
-        return {giveUp(QCoreApplication::translate(
-                    "Launch",
-                    "Morvane is already running, but doesn't answer. End it, and start it again.")),
-                {}};
-    }
-    PlatformServices platform = choosePlatform();
-    if (adjust) {
-        adjust(platform);
-    }
-    End end;
-    AppDelegate delegate(MorvaneSettings::shared(), platform);
-    QObject::connect(&instance, &SingleInstance::reopened, application.get(),
-                     [&delegate] { delegate.applicationShouldHandleReopen(); });
-    QObject::connect(&delegate, &AppDelegate::restartRequested, application.get(), [&end] {
-        end.next = QCoreApplication::applicationFilePath();
-        QCoreApplication::exit();
-    });
-    platform.scheduler->post([&delegate] { delegate.applicationDidFinishLaunching(); });
-    end.status = QCoreApplication::exec();
-    // Before the pool ends, which may end the process where it stands.
-    Defaults::standard().flush();
-    return end;
-}
-
 /// Becomes the program of this file. Returns only where that fails.
 int become(const QString &path) {
     QByteArray file = QFile::encodeName(path);
@@ -124,6 +83,43 @@ int become(const QString &path) {
     return EXIT_FAILURE;
 }
 
+/// Yields the exit status. `next` becomes the file of the program that is to follow, if any.
+int run(int argc, char **argv, const std::function<void(PlatformServices &)> &adjust,
+        std::optional<QString> &next) {
+    const auto application = makeApplication(argc, argv);
+    endOnTerminationSignals(*application);
+
+    SingleInstance instance(Defaults::folder());
+    switch (instance.claim(answerLimit)) {
+    case SingleInstance::Outcome::isFirst:
+        break;
+    case SingleInstance::Outcome::toldTheFirst:
+        return EXIT_SUCCESS;
+    case SingleInstance::Outcome::firstIsSilent:
+        return giveUp(QCoreApplication::translate(
+            "Launch",
+            "Morvane is already running, but doesn't answer. End it, and start it again."));
+    }
+    // What is to follow does so all the same: it ends the threads that can't be waited for.
+    PlatformServices platform =
+        choosePlatform([&next] { std::_Exit(next ? become(*next) : EXIT_SUCCESS); });
+    if (adjust) {
+        adjust(platform);
+    }
+    AppDelegate delegate(MorvaneSettings::shared(), platform);
+    QObject::connect(&instance, &SingleInstance::reopened, application.get(),
+                     [&delegate] { delegate.applicationShouldHandleReopen(); });
+    QObject::connect(&delegate, &AppDelegate::restartRequested, application.get(), [&next] {
+        next = QCoreApplication::applicationFilePath();
+        QCoreApplication::exit();
+    });
+    platform.scheduler->post([&delegate] { delegate.applicationDidFinishLaunching(); });
+    const int status = QCoreApplication::exec();
+    // Before the pool ends, which may end the process where it stands.
+    Defaults::standard().flush();
+    return status;
+}
+
 } // namespace
 
 int launch(int argc, char **argv, const std::function<void(PlatformServices &)> &adjust) {
@@ -133,9 +129,10 @@ int launch(int argc, char **argv, const std::function<void(PlatformServices &)> 
     shareOneHeap();
     raiseDescriptorLimit();
     QCoreApplication::setApplicationName(QStringLiteral("Morvane"));
-    const End end = run(argc, argv, adjust);
+    std::optional<QString> next;
+    const int status = run(argc, argv, adjust, next);
     // Once everything is closed: the port, the lock and the display are the next one's.
-    return end.next ? become(*end.next) : end.status;
+    return next ? become(*next) : status;
 }
 
 } // namespace morvane

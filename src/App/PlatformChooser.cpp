@@ -35,6 +35,7 @@
 
 #include <QApplication>
 
+#include <functional>
 #include <utility>
 
 namespace morvane {
@@ -80,12 +81,12 @@ Windows chooseWindows(X11Connection &x11, Scheduler &scheduler) {
 
 } // namespace
 
-PlatformServices choosePlatform() {
+PlatformServices choosePlatform(std::function<void()> endAsItIs) {
     PlatformServices platform;
     platform.scheduler = std::make_unique<EventLoopScheduler>();
     platform.secrets = std::make_unique<SecretService>(QDBusConnection::sessionBus());
     platform.dialogue = std::make_unique<ProcessDialogue>();
-    platform.background = std::make_unique<LowPriorityPool>();
+    platform.background = std::make_unique<LowPriorityPool>(std::move(endAsItIs));
     platform.https = std::make_unique<LoadedHttpsClient>(LoadedHttpsClient::libraryOfProgram(),
                                                          *platform.scheduler, *platform.background);
     platform.applications = std::make_unique<DesktopApplications>();

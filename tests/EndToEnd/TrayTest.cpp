@@ -5,6 +5,8 @@
 #include <QDBusArgument>
 #include <QTimer>
 
+#include <cstdio>
+
 namespace morvane {
 namespace {
 
@@ -20,10 +22,10 @@ protected:
     };
 
     void startAll() override {
-        program = start({MORVANE});
+        program = start({executable});
         ASSERT_TRUE(home.waitForHook());
-        bus = QDBusConnection::connectToBus(
-            display->environment().value("DBUS_SESSION_BUS_ADDRESS"), "tray");
+        const QString address = display->environment().value("DBUS_SESSION_BUS_ADDRESS");
+        bus = QDBusConnection::connectToBus(address, address);
     }
 
     void openTray() {
@@ -78,8 +80,23 @@ protected:
         ask("Event", {id, "clicked", QVariant::fromValue(QDBusVariant(0)), 0u});
     }
 
+    QString executable = MORVANE;
     QDBusConnection bus{"none yet"};
     std::unique_ptr<TrayWatcher> tray;
+};
+
+/// An installed program that has asked an agent for its limits, which doesn't answer.
+class RestartTest : public TrayTest {
+protected:
+    RestartTest() {
+        executable = home.path("morvane");
+        QFile::copy(MORVANE, executable);
+        home.writeProgram(".local/bin/codex", "#!/bin/sh\ntouch ~/asked\nexec cat >/dev/null\n");
+        home.write(".codex/auth.json");
+        const QString settings = ".config/morvane/io.morvane.morvane.json";
+        home.write(settings, home.read(settings).replace(R"("usageEnabled": false)",
+                                                         R"("usageEnabled": true)"));
+    }
 };
 
 TEST_F(TrayTest, ComesBackWithATrayAndKeepsItsMenuTrueWhileThatIsOpen) {
@@ -119,6 +136,18 @@ TEST_F(TrayTest, ComesBackWithATrayAndKeepsItsMenuTrueWhileThatIsOpen) {
     EXPECT_TRUE(becomesTrue([&] { return windows() > before; }));
     click("Quit Morvane <Control+Q>");
     EXPECT_EQ(program->wait(), 0);
+}
+
+TEST_F(RestartTest, BecomesWhatIsInstalledWhileItStillWaitsForSomething) {
+    ASSERT_NO_FATAL_FAILURE(openTray());
+    ASSERT_TRUE(waitUntil([this] { return QFile::exists(home.path("asked")); }));
+    ASSERT_TRUE(QFile::copy(MORVANE, home.path("new")));
+    ASSERT_EQ(std::rename(qPrintable(home.path("new")), qPrintable(executable)), 0);
+    openMenu();
+    click("A new Morvane is installed: restart");
+    tray->item.clear();
+    EXPECT_TRUE(becomesTrue([this] { return !tray->item.isEmpty(); }));
+    EXPECT_TRUE(program->isRunning());
 }
 
 } // namespace

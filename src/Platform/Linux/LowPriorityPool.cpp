@@ -1,7 +1,6 @@
 #include "Platform/Linux/LowPriorityPool.h"
 
 #include <chrono>
-#include <cstdlib>
 #include <sys/resource.h>
 #include <system_error>
 #include <unistd.h>
@@ -26,7 +25,7 @@ LowPriorityPool::~LowPriorityPool() {
     if (!m_changed.wait_for(lock, patience, [this] { return m_running == 0; })) {
         // Nothing brings a thread back from a call that doesn't return, and as long as it is there
         // the program can't be started again.
-        std::_Exit(EXIT_SUCCESS);
+        m_giveUp();
     }
     lock.unlock();
     for (std::thread &thread : m_threads) {

@@ -3,9 +3,12 @@
 #include "Platform/BackgroundPool.h"
 
 #include <condition_variable>
+#include <cstdlib>
 #include <deque>
+#include <functional>
 #include <mutex>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace morvane {
@@ -13,10 +16,13 @@ namespace morvane {
 /// A few threads that give way to everything else on the machine. Each is started when there is
 /// work that no other thread is free for, and sleeps when there is none; work that hangs, as on a
 /// file system that answers no more, keeps its thread. The end of the pool, which is the program's,
-/// drops what has not begun and gives what runs a second: then it ends the process as it is.
+/// drops what has not begun and gives what runs a second.
 class LowPriorityPool : public BackgroundPool {
 public:
-    LowPriorityPool() = default;
+    /// Where something still runs after that second, `giveUp` is called, which is to end the
+    /// process as it is. When it returns, what runs is waited for.
+    explicit LowPriorityPool(std::function<void()> giveUp = [] { std::_Exit(EXIT_SUCCESS); })
+        : m_giveUp(std::move(giveUp)) {}
     ~LowPriorityPool() override;
 
     void run(std::function<void()> work) override;
@@ -25,6 +31,7 @@ private:
     void addThread();
     void runThread();
 
+    const std::function<void()> m_giveUp;
     std::mutex m_mutex;
     std::condition_variable m_changed;
     std::deque<std::function<void()>> m_waiting;
