@@ -14,9 +14,12 @@ struct UsageWindow {
     std::optional<Date> resetsAt;
     std::optional<int> durationMinutes; ///< only Codex tells
 
-    /// None once it has passed: then the figure is of a window that is over.
+    /// True once its reset has passed: then the figure tells nothing of the window that has begun.
+    bool isOver(Date now) const { return resetsAt && *resetsAt <= now; }
+
+    /// None where no reset is known, and once it has passed.
     std::optional<Date> upcomingReset(Date now) const {
-        return resetsAt && *resetsAt > now ? resetsAt : std::nullopt;
+        return isOver(now) ? std::nullopt : resetsAt;
     }
 
     friend bool operator==(const UsageWindow &, const UsageWindow &) = default;

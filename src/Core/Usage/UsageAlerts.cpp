@@ -11,15 +11,15 @@ namespace {
 
 constexpr double lowestThreshold = UsageMilestone::thresholds.front();
 
-/// Calls `visit` with each window that there is, in the order of their kinds.
+/// Calls `visit` with each window that there is and that still runs, in the order of their kinds.
 template <typename Visit>
-void forEachWindow(const Usage &usage, Visit visit) {
+void forEachWindow(const Usage &usage, Date now, Visit visit) {
     const std::array<std::pair<UsageWindowKind, const std::optional<UsageWindow> &>, 3> windows{
         {{UsageWindowKind::session, usage.session},
          {UsageWindowKind::weekly, usage.weekly},
          {UsageWindowKind::model, usage.fable}}};
     for (const auto &[kind, window] : windows) {
-        if (window) {
+        if (window && !window->isOver(now)) {
             visit(kind, *window);
         }
     }
@@ -39,8 +39,8 @@ std::optional<double> highestReached(double utilization) {
 
 /// A window begins anew when it names another reset, and where none is known when its figure has
 /// fallen.
-void UsageAlerts::rearm(const Usage &usage) {
-    forEachWindow(usage, [this](UsageWindowKind kind, const UsageWindow &window) {
+void UsageAlerts::rearm(const Usage &usage, Date now) {
+    forEachWindow(usage, now, [this](UsageWindowKind kind, const UsageWindow &window) {
         const auto known = m_knownReset.find(kind);
         if (window.resetsAt && (known == m_knownReset.end() || known->second != *window.resetsAt)) {
             m_knownReset.insert_or_assign(kind, *window.resetsAt);
@@ -51,13 +51,14 @@ void UsageAlerts::rearm(const Usage &usage) {
     });
 }
 
-std::optional<UsageMilestone> UsageAlerts::nextMilestone(const Usage &usage, bool eligible) {
-    rearm(usage);
+std::optional<UsageMilestone> UsageAlerts::nextMilestone(const Usage &usage, Date now,
+                                                         bool eligible) {
+    rearm(usage, now);
     std::optional<UsageMilestone> winner;
     if (!eligible) {
         return winner;
     }
-    forEachWindow(usage, [&](UsageWindowKind kind, const UsageWindow &window) {
+    forEachWindow(usage, now, [&](UsageWindowKind kind, const UsageWindow &window) {
         const auto threshold = highestReached(window.utilization);
         const auto announced = m_announced.find(kind);
         if (!threshold || (announced != m_announced.end() && announced->second >= *threshold)) {

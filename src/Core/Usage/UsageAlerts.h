@@ -20,11 +20,11 @@ public:
 
     /// The milestone to tell of these figures, which counts as told from now on, as do lower ones
     /// and those of other windows that were reached with it. While nothing is `eligible` none is
-    /// told, and what is reached waits.
-    std::optional<UsageMilestone> nextMilestone(const Usage &usage, bool eligible);
+    /// told, and what is reached waits. Windows that are over count as absent.
+    std::optional<UsageMilestone> nextMilestone(const Usage &usage, Date now, bool eligible);
 
 private:
-    void rearm(const Usage &usage);
+    void rearm(const Usage &usage, Date now);
 
     std::map<UsageWindowKind, double> m_announced; ///< the highest threshold told since the reset
     std::map<UsageWindowKind, Date> m_knownReset;

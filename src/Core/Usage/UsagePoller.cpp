@@ -34,6 +34,10 @@ bool isNearLimit(const std::optional<UsageWindow> &window) {
     return window && window->utilization >= nearLimit;
 }
 
+bool isOver(const std::optional<UsageWindow> &window, Date now) {
+    return window && window->isOver(now);
+}
+
 } // namespace
 
 UsagePoller::UsagePoller(MorvaneSettings &settings, const UsagePorts &ports, const QString &version,
@@ -136,8 +140,12 @@ void UsagePoller::pollClaude() {
         return;
     }
     const bool isForced = std::exchange(m_forceNextClaudePoll, false);
-    if (!isForced && (isFedLive() || retryLeft() > Seconds(0))) {
+    if (!isForced && isFedLive()) {
         endClaudePoll();
+        return;
+    }
+    if (!isForced && retryLeft() > Seconds(0)) {
+        scheduleClaude(retryLeft()); // a long timer may be a moment early
         return;
     }
     m_credentials.read([this](const CredentialReader::Lookup &lookup) { takeCredential(lookup); });
@@ -262,8 +270,10 @@ void UsagePoller::ingestLive(const QByteArray &data, AgentKind agent) {
     if (!AgentRegistry::adapter(agent).statusLineFeed() || !m_settings.usageEnabled()) {
         return;
     }
-    auto usage = UsageFormat::parseLive(data, m_ports.scheduler.now());
-    if (!usage) {
+    const Date now = m_ports.scheduler.now();
+    auto usage = UsageFormat::parseLive(data, now);
+    // A session that rests may draw its status line anew, with the figures of its last turn.
+    if (!usage || isOver(usage->session, now) || isOver(usage->weekly, now)) {
         return;
     }
     // The status line never tells that one.
@@ -304,8 +314,8 @@ void UsagePoller::detectWeeklyReset(const Usage &usage) {
 }
 
 void UsagePoller::evaluateMilestones(const Usage &usage) {
-    const auto milestone =
-        m_alerts.nextMilestone(usage, milestoneEligibility && milestoneEligibility());
+    const auto milestone = m_alerts.nextMilestone(usage, m_ports.scheduler.now(),
+                                                  milestoneEligibility && milestoneEligibility());
     if (!milestone) {
         return;
     }

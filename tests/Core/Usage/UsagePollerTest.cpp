@@ -137,6 +137,10 @@ TEST_F(UsagePollerTest, LeavesAServerAloneThatAsksForIt) {
     EXPECT_EQ(waitAfter("999999"), 86'400);
     EXPECT_EQ(waitAfter("Wed, 21 Oct 2015 07:28:00 GMT"), 600);
     EXPECT_EQ(waitAfter("nan"), 600);
+    // A timer that fires too early, by the clock.
+    reply(answer(429, {}, "3000"));
+    scheduler.setClock(Seconds(-5));
+    EXPECT_EQ(wait(), 3010);
     const auto retryAfter = [](const std::optional<QByteArray> &header) {
         return UsageEndpoint::retryAfter(header, Date(std::chrono::seconds(1'700'000'000))).count();
     };
@@ -219,6 +223,13 @@ TEST_F(UsagePollerTest, AsksNothingWhileStatusLinesBringTheFigures) {
         poller.ingestLive(ugly, claude);
     }
     poller.ingestLive(statusLine(R"("five_hour":{"used_percentage":1})"), codex);
+    // Nor does what a session that has long been at rest still shows.
+    const auto now = static_cast<qint64>(Seconds(scheduler.now().time_since_epoch()).count());
+    const QByteArray over =
+        R"(:{"used_percentage":99,"resets_at":)" + QByteArray::number(now) + '}';
+    for (const char *window : {R"("five_hour")", R"("seven_day")"}) {
+        poller.ingestLive(statusLine(window + over), claude);
+    }
     EXPECT_EQ(poller.usage(), before);
     pass(Seconds(300));
     EXPECT_EQ(requests(), 2U);
