@@ -16,7 +16,7 @@ public:
     explicit SecurityTool(SecretStore &store) : m_store(store) {}
 
     /// The secret of this service; withheld without asking while the tool is blocked. One call
-    /// after the other; blocks for up to 2.9 seconds once it is its turn, so not for the main
+    /// after the other; blocks for up to 2.5 seconds once it is its turn, so not for the main
     /// thread.
     SecretStore::Answer run(const QString &service);
 

@@ -2,7 +2,9 @@
 
 #include "Core/Usage/Usage.h"
 
-#include <algorithm>
+#include <QStringList>
+
+#include <array>
 #include <utility>
 
 namespace morvane {
@@ -36,6 +38,14 @@ std::optional<double> highestReached(double utilization) {
 }
 
 } // namespace
+
+QString UsageAlerts::percents(const QString &separator, const QString &unit) {
+    QStringList result;
+    for (const double threshold : UsageMilestone::thresholds) {
+        result << QString::number(UsageMilestone{.threshold = threshold}.percent()) + unit;
+    }
+    return result.join(separator);
+}
 
 /// A window begins anew when it names another reset, and where none is known when its figure has
 /// fallen.

@@ -3,7 +3,8 @@
 #include "Core/Usage/UsageMilestone.h"
 #include "Platform/Time.h"
 
-#include <array>
+#include <QString>
+
 #include <map>
 #include <optional>
 
@@ -15,8 +16,8 @@ struct Usage;
 /// of the program. Main thread.
 class UsageAlerts {
 public:
-    /// The thresholds for a person.
-    static constexpr std::array percents{85, 90, 95};
+    /// The thresholds for a person, each with the unit behind it.
+    static QString percents(const QString &separator, const QString &unit = {});
 
     /// The milestone to tell of these figures, which counts as told from now on, as do lower ones
     /// and those of other windows that were reached with it. While nothing is `eligible` none is

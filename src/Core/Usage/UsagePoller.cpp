@@ -16,7 +16,7 @@ namespace {
 
 constexpr Seconds ordinaryInterval(300);
 constexpr Seconds intervalNearLimit(120);
-constexpr double nearLimit = 0.85;
+constexpr double nearLimit = UsageMilestone::thresholds.front();
 
 constexpr double mostBackoff = 16;
 /// The person's next turn brings a new token.

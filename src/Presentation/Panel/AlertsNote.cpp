@@ -15,21 +15,13 @@ constexpr int textSize = 9;
 constexpr double noteImageSide = 8;
 constexpr int noteImageSpace = 13;
 
-QString percents(const QString &separator) {
-    QStringList result;
-    for (const int percent : UsageAlerts::percents) {
-        result << QString::number(percent);
-    }
-    return result.join(separator);
-}
-
 } // namespace
 
 AlertsNote::AlertsNote(QWidget *parent) : QWidget(parent) {
     setFont(Typography::text(textSize));
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    setAccessibleName(
-        tr("Claude working-session alerts at %1 percent").arg(percents(QStringLiteral(", "))));
+    setAccessibleName(tr("Claude working-session alerts at %1 percent")
+                          .arg(UsageAlerts::percents(QStringLiteral(", "))));
 }
 
 QSize AlertsNote::sizeHint() const {
@@ -45,7 +37,8 @@ void AlertsNote::paintEvent(QPaintEvent *) {
     painter.drawText(rect().adjusted(noteImageSpace, 0, 0, 0), Qt::AlignVCenter | Qt::AlignLeft,
                      tr("working-session chimes"));
     painter.setFont(Typography::text(textSize, QFont::DemiBold));
-    painter.drawText(rect(), Qt::AlignVCenter | Qt::AlignRight, percents(QStringLiteral("  ·  ")));
+    painter.drawText(rect(), Qt::AlignVCenter | Qt::AlignRight,
+                     UsageAlerts::percents(QStringLiteral("  ·  ")));
 }
 
 } // namespace morvane

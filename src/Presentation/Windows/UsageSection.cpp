@@ -14,14 +14,6 @@ namespace morvane {
 
 namespace {
 
-QString milestones(const QString &separator, const QString &unit) {
-    QStringList result;
-    for (const int percent : UsageAlerts::percents) {
-        result.append(QString::number(percent) + unit);
-    }
-    return result.join(separator);
-}
-
 QString stateOf(bool hasFigures, const std::optional<QString> &reason) {
     return reason ? *reason : hasFigures ? UsageSection::tr("ok") : UsageSection::tr("waiting");
 }
@@ -56,7 +48,7 @@ void UsageSection::addDetails(const WindowContext &context) {
     showWhileEnabled(addCaption(
         tr("The %1 capsule milestones and chimes remain Claude-only. Codex limits appear in the "
            "expanded panel and never make an idle or working-only capsule appear.")
-            .arg(milestones(QStringLiteral(" / "), QStringLiteral("%")))));
+            .arg(UsageAlerts::percents(QStringLiteral(" / "), QStringLiteral("%")))));
     addKeychain(context);
 }
 
@@ -66,7 +58,8 @@ void UsageSection::addMilestones() {
            "external capsule, with one custom chime when sounds are enabled. It appears "
            "only while a Claude Code turn is working — never for idle Claude sessions or "
            "another agent such as Codex.")));
-    TextLabel *thresholds = makeText(milestones(QStringLiteral(" · "), QStringLiteral("%")));
+    TextLabel *thresholds =
+        makeText(UsageAlerts::percents(QStringLiteral(" · "), QStringLiteral("%")));
     showWhileEnabled(
         addRow(SystemImage::bellFill, Colors::secondaryText, thresholds)->parentWidget());
 }
