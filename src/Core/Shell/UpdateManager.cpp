@@ -81,8 +81,7 @@ void UpdateManager::lookAgainIn(Seconds time) {
 }
 
 bool UpdateManager::canCheck() const {
-    return m_isStarted && !m_isExamining && m_phase != Phase::checking &&
-           m_phase != Phase::downloading;
+    return m_isStarted && m_phase != Phase::checking && m_phase != Phase::downloading;
 }
 
 bool UpdateManager::automaticChecks() const {
@@ -114,7 +113,8 @@ bool UpdateManager::isDue() const {
 
 /// Stays out of sight: what the person looks at, or hasn't answered yet, is left as it is.
 void UpdateManager::checkDaily() {
-    const bool isFree = canCheck() && m_phase != Phase::offered && m_phase != Phase::handedOver;
+    const bool isFree =
+        canCheck() && !m_isExamining && m_phase != Phase::offered && m_phase != Phase::handedOver;
     if (isFree && automaticChecks() && isDue()) {
         askFeed();
     }
@@ -123,7 +123,9 @@ void UpdateManager::checkDaily() {
 void UpdateManager::checkForUpdates() {
     if (canCheck()) {
         enter(Phase::checking);
-        askFeed();
+        if (!m_isExamining) {
+            askFeed();
+        }
     }
 }
 
@@ -198,8 +200,7 @@ void UpdateManager::takePackage(const std::optional<HttpsAnswer> &answer) {
         m_means.scheduler, this,
         [this](const Result<QString> &kept) {
             if (const Failure *why = kept.failure()) {
-                m_isExamining = false;
-                fail(why->message);
+                reject(why->message);
             } else {
                 lookInto(*kept);
             }
@@ -225,10 +226,15 @@ void UpdateManager::lookInto(const QString &path) {
                       });
 }
 
+/// Whoever has changed their mind, and asked for a check since, has waited for this.
 void UpdateManager::reject(const QString &why) {
     m_isExamining = false;
     removeKept();
-    fail(why);
+    if (m_phase == Phase::checking) {
+        askFeed();
+    } else {
+        fail(why);
+    }
 }
 
 void UpdateManager::handOver(const QString &path) {
