@@ -15,6 +15,7 @@ public:
     LoginItem &operator=(const LoginItem &) = delete;
     virtual ~LoginItem() = default;
 
+    /// False as well where what would be started isn't there any more.
     virtual bool isEnabled() const = 0;
 
     /// Has the program started at every login from now on, from where it runs at this moment.

@@ -13,7 +13,8 @@ const QString file = ".config/autostart/io.morvane.morvane.desktop";
 class AutostartEntryTest : public testing::Test {
 protected:
     TemporaryHome home;
-    AutostartEntry entry{"/opt/Morvane/morvane"};
+    const QString program = home.writeProgram("opt/Morvane/morvane");
+    AutostartEntry entry{program};
 };
 
 TEST_F(AutostartEntryTest, IsThereAsLongAsItIsWanted) {
@@ -22,8 +23,9 @@ TEST_F(AutostartEntryTest, IsThereAsLongAsItIsWanted) {
     ASSERT_EQ(entry.registerItem(), std::nullopt);
     EXPECT_TRUE(entry.isEnabled());
     EXPECT_EQ(DesktopEntry::value(home.path(file), QLatin1String("Type")), "Application");
-    EXPECT_EQ(DesktopEntry::value(home.path(file), QLatin1String("Exec")),
-              "\"/opt/Morvane/morvane\"");
+    EXPECT_EQ(DesktopEntry::value(home.path(file), QLatin1String("Exec")), '"' + program + '"');
+    QFile::rename(program, home.path("moved"));
+    EXPECT_FALSE(entry.isEnabled());
     ASSERT_EQ(entry.unregisterItem(), std::nullopt);
     EXPECT_FALSE(entry.isEnabled());
     EXPECT_FALSE(QFile::exists(home.path(file)));
@@ -38,7 +40,7 @@ TEST_F(AutostartEntryTest, IsOffWhereTheDesktopSwitchedItOffUntilItIsWantedAgain
         {"Hidden=false\nX-GNOME-Autostart-enabled=true\n", true},
         {"[Desktop Action a]\nHidden=true\n", true}};
     for (const auto &[lines, isEnabled] : cases) {
-        home.write(file, "[Desktop Entry]\nExec=morvane\n" + lines);
+        home.write(file, "[Desktop Entry]\nExec=sh -c morvane\n" + lines);
         EXPECT_EQ(entry.isEnabled(), isEnabled) << lines.toStdString();
     }
     home.write(file, "[Desktop Entry]\nHidden=true\n");

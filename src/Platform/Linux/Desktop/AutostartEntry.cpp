@@ -33,7 +33,14 @@ bool AutostartEntry::isEnabled() const {
         return DesktopEntry::value(m_path, QLatin1String(key)) == QLatin1String(value);
     };
     return QFileInfo(m_path).isFile() && !says("Hidden", "true") &&
-           !says("X-GNOME-Autostart-enabled", "false");
+           !says("X-GNOME-Autostart-enabled", "false") && startsAProgram();
+}
+
+/// The program of the entry may have moved, or have been removed, since that was written.
+bool AutostartEntry::startsAProgram() const {
+    const auto command = DesktopEntry::command(
+        DesktopEntry::value(m_path, QLatin1String("Exec")).value_or(QString()));
+    return command && !QStandardPaths::findExecutable(command->first()).isEmpty();
 }
 
 std::optional<Failure> AutostartEntry::registerItem() {

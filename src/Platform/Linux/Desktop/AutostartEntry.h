@@ -20,6 +20,8 @@ public:
     std::optional<Failure> unregisterItem() override;
 
 private:
+    bool startsAProgram() const;
+
     QString m_program;
     QString m_path;
 };
