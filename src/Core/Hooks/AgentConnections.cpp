@@ -2,8 +2,10 @@
 
 #include "Core/Adapters/AgentRegistry.h"
 #include "Core/Agents/AgentAdapter.h"
+#include "Core/Ground/RegularFile.h"
 #include "Core/Hooks/ForwarderScripts.h"
 #include "Core/Hooks/HookInstaller.h"
+#include "Core/Hooks/HookPlan.h"
 #include "Core/Settings/MorvaneSettings.h"
 
 #include <QDir>
@@ -29,6 +31,24 @@ constexpr QLatin1String scriptFolderName("~/.morvane");
 QString couldNotRemove(const QString &what, const QString &why) {
     return why.isEmpty() ? AgentConnections::tr("⚠︎ could not remove %1").arg(what)
                          : AgentConnections::tr("⚠︎ could not remove %1: %2").arg(what, why);
+}
+
+/// Why nobody can tell whether ours is in the settings of an agent that doesn't look connected;
+/// none where it can be told.
+std::optional<QString> whyUnknown(const AgentIntegration &where, const Health &health) {
+    const auto *json = std::get_if<JsonHooks>(&where);
+    const auto *toml = std::get_if<TomlHooks>(&where);
+    const QString path = json ? json->settingsPath : toml ? toml->settingsPath : QString();
+    if (!QFileInfo::exists(path)) {
+        return std::nullopt;
+    }
+    const auto content = RegularFile::whole(path);
+    if (!content) {
+        return AgentConnections::tr("%1 could not be read").arg(path);
+    }
+    return !health.settingsReadable && content->contains(HookPlan::hookScriptMarker)
+               ? std::optional(AgentConnections::tr("%1 could not be understood").arg(path))
+               : std::nullopt;
 }
 
 /// None when there is nothing to remove.
@@ -228,10 +248,15 @@ void AgentConnections::markAllPresentAgentsKnown() {
 
 QStringList AgentConnections::removeAll() {
     QStringList report;
-    for (const AgentAdapter *adapter : connectedAgents()) {
+    for (const AgentAdapter *adapter : AgentRegistry::all()) {
+        const HookInstaller installer = makeInstaller(adapter->kind());
         const QString name = tr("%1 hooks").arg(displayName(adapter->kind()));
-        const auto failure = makeInstaller(adapter->kind()).uninstall();
-        report << (failure ? couldNotRemove(name, failure->message) : name);
+        if (installer.isInstalled()) {
+            const auto failure = installer.uninstall();
+            report << (failure ? couldNotRemove(name, failure->message) : name);
+        } else if (const auto why = whyUnknown(adapter->integration(), installer.health())) {
+            report << couldNotRemove(name, *why);
+        }
     }
     // Hooks that had to stay find no script then, and their agent goes on without it.
     if (const auto item = removeScriptFolder()) {
