@@ -334,15 +334,17 @@ void AppController::dismissPanels() {
 
 QString AppController::removeEverything() {
     QStringList report = m_connections.removeAll();
-    if (m_platform.loginItem->isEnabled()) {
+    // An entry that starts nothing any more goes with the others.
+    const bool wasAtLogin = m_platform.loginItem->isEnabled();
+    const auto failure = m_platform.loginItem->unregisterItem();
+    if (failure || wasAtLogin) {
         const QString name = tr("login item");
-        const auto failure = m_platform.loginItem->unregisterItem();
         report << (failure ? tr("⚠︎ could not remove %1: %2").arg(name, failure->message)
                            : name);
     }
-    m_store.forgetHistory();
+    // What may go on until the program is quit: nobody is asked for anything any more.
     m_updates.discard();
-    m_installPing.cancel();
+    setUsageEnabled(false);
     m_usage.removeStored();
     m_settings.removeStored();
     report << tr("preferences and session history");

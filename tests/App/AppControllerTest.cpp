@@ -290,13 +290,26 @@ TEST_F(AppControllerTest, RemovesEverythingButWhatIsPeoplesOwnAndReports) {
     EXPECT_FALSE(QFile::exists(home.path(".morvane")));
     EXPECT_FALSE(loginItem().enabled);
 
+    // What can't be told to be without a hook of ours.
     makeReadOnly(".qwen/settings.json", false);
-    EXPECT_EQ(controller.removeEverything(), "Qwen Code hooks\n• preferences and session history");
+    home.write(".claude/settings.json", R"({"hooks":{"Stop":[{"command":"~/.morvane/hook.sh"}]})");
+    home.write(".qoder/settings.json", R"({"hooks":)");
+    QFile::remove(home.path(".gemini/settings.json"));
+    home.write(".gemini/settings.json/in the way");
+    const QString unknown = "⚠︎ could not remove %1 hooks: " + home.path("%2/settings.json");
+    EXPECT_EQ(controller.removeEverything(),
+              unknown.arg("Claude Code", ".claude") + " could not be understood\n• " +
+                  unknown.arg("Gemini CLI", ".gemini") +
+                  " could not be read\n• Qwen Code hooks\n• preferences and session history");
     // What still happens before the program is quit leaves no trace either.
     store.apply(EventBuilder(CanonicalEvent::turnEnd));
-    for (const char *key : {"soundEnabled", "eventToken", "completedHistory"}) {
+    store.renameCwd("/p", "Mine");
+    connections.markAllPresentAgentsKnown();
+    for (const char *key :
+         {"soundEnabled", "eventToken", "completedHistory", "sessionNames", "knownAgents"}) {
         EXPECT_FALSE(isStored(key)) << key;
     }
+    EXPECT_EQ(controller.usage().unavailableReason(), "turned off in Settings");
     EXPECT_TRUE(connections.installedAgents().isEmpty());
 }
 

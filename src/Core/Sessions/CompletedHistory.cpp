@@ -53,15 +53,8 @@ bool CompletedHistory::summarize(const QString &id, const QString &summary) {
     return true;
 }
 
-void CompletedHistory::forget() {
-    m_records.clear();
-    m_saves = false;
-}
-
 void CompletedHistory::save() {
-    if (m_saves) {
-        m_defaults.setValue(key(), CompletedHistoryFormat::write(m_records));
-    }
+    m_defaults.setValue(key(), CompletedHistoryFormat::write(m_records));
 }
 
 } // namespace morvane

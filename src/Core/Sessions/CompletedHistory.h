@@ -27,15 +27,11 @@ public:
     /// Sets the summary of the record with this id. False when there is none.
     bool summarize(const QString &id, const QString &summary);
 
-    /// Lets go of all records, and leaves the defaults alone from now on.
-    void forget();
-
 private:
     void save();
 
     Defaults &m_defaults;
     QList<CompletedRecord> m_records;
-    bool m_saves = true;
 };
 
 } // namespace morvane

@@ -122,11 +122,6 @@ void SessionStore::renameCwd(const QString &cwd, const std::optional<QString> &n
     publishHistory();
 }
 
-void SessionStore::forgetHistory() {
-    m_history.forget();
-    publishHistory();
-}
-
 void SessionStore::decide(const QString &sessionID, const AgentDecision &decision) {
     if (const auto session = stored(sessionID)) {
         const Date now = m_scheduler.now();

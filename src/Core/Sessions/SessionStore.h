@@ -100,10 +100,6 @@ public:
     /// present one away.
     void renameCwd(const QString &cwd, const std::optional<QString> &name);
 
-    /// Empties the list of finished sessions, here and not in the defaults, which hear of no other
-    /// record either from now on.
-    void forgetHistory();
-
     /// Answers the tool call that the session waits with.
     void decide(const QString &sessionID, const AgentDecision &decision);
 

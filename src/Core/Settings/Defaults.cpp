@@ -27,16 +27,27 @@ QString Defaults::folder() {
 
 void Defaults::setValue(const QString &key, const QVariant &value) {
     m_values.insert(key, value);
-    m_file.write(m_values);
+    write();
 }
 
 void Defaults::setValues(const QVariantMap &values) {
     m_values.insert(values);
-    m_file.write(m_values);
+    write();
 }
 
 void Defaults::remove(const QStringList &keys) {
     if (m_values.removeIf([&](const auto &entry) { return keys.contains(entry.key()); }) > 0) {
+        write();
+    }
+}
+
+void Defaults::removeForGood(const QStringList &keys) {
+    remove(keys);
+    m_isOver = true;
+}
+
+void Defaults::write() {
+    if (!m_isOver) {
         m_file.write(m_values);
     }
 }

@@ -37,6 +37,9 @@ public:
     void remove(const QString &key) { remove(QStringList{key}); }
     void remove(const QStringList &keys);
 
+    /// The last that is written: what changes from then on is forgotten with this object.
+    void removeForGood(const QStringList &keys);
+
     /// Waits until all changes are on the disk, as the end of this object does.
     void flush() { m_file.flush(); }
 
@@ -44,9 +47,12 @@ public:
     QVariantMap persistentDomain(const QString &domain) const;
 
 private:
+    void write();
+
     const QString m_folder;
     DefaultsFile m_file;
     QVariantMap m_values;
+    bool m_isOver = false; ///< nothing is written any more
 };
 
 } // namespace morvane

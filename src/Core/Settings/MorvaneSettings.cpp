@@ -128,7 +128,7 @@ const QStringList &MorvaneSettings::allKeys() {
 }
 
 void MorvaneSettings::removeStored() {
-    m_defaults.remove(allKeys());
+    m_defaults.removeForGood(allKeys());
 }
 
 void MorvaneSettings::migrateLegacyDefaults() {

@@ -37,7 +37,8 @@ public:
     /// Every key that the application may have written, retired ones too.
     static const QStringList &allKeys();
 
-    /// Removes every key from the defaults. The properties keep their values for this run.
+    /// Removes every key from the defaults, which write nothing any more then. The properties keep
+    /// their values for this run.
     void removeStored();
 
     Defaults &defaults() const { return m_defaults; }

@@ -257,6 +257,8 @@ TEST_F(SettingsTest, RemoveEveryKeyButThoseOfOthers) {
     settings.removeStored();
     EXPECT_EQ(stored(defaults), (json{{"other", 1}}));
     EXPECT_EQ(settings.autoClearMinutes(), 5);
+    settings.setAutoClearMinutes(6);
+    EXPECT_EQ(stored(defaults), (json{{"other", 1}}));
 }
 
 TEST_F(SettingsTest, DefaultsKeepTypesAcrossARestart) {
