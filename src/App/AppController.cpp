@@ -81,6 +81,7 @@ void AppController::start() {
     connect(m_platform.statusItemHost.get(), &StatusItemHost::presenceChanged, this,
             &AppController::standInForTray);
     connect(&m_connections, &AgentConnections::statusChanged, this, &AppController::standInForTray);
+    connect(&m_settings, &MorvaneSettings::changed, this, &AppController::standInForTray);
     standInForTray();
     m_panelKeys.start(m_settings.panelKey());
     watchTerminals();
@@ -218,13 +219,18 @@ void AppController::createPresenters() {
     m_presenterManager->start();
 }
 
+bool AppController::hasTrayIcon() const {
+    return m_settings.showMenuBarIcon() && m_platform.statusItemHost->isPresent();
+}
+
 /// Not at once: at the start nobody knows yet whether there is a tray, and the desktop's panel that
-/// is only restarted is back before anything has moved.
+/// is only restarted is back before anything has moved. Whoever has switched the icon off is told
+/// where Morvane is to be found then, but a newcomer is told to look for the capsule.
 void AppController::standInForTray() {
     m_standInTask = m_platform.scheduler->after(trayPatience, [this] {
         const bool isIntroduced = !m_isWelcoming && !m_connections.installedAgents().isEmpty();
-        m_presenterManager->setStandIn(
-            standIn(m_platform.statusItemHost->isPresent(), isIntroduced));
+        const bool hasTray = isIntroduced ? m_platform.statusItemHost->isPresent() : hasTrayIcon();
+        m_presenterManager->setStandIn(standIn(hasTray, isIntroduced));
     });
 }
 

@@ -62,6 +62,10 @@ public:
     bool launchAtLogin() const { return m_launchAtLogin; }
     bool canFocusWindows() const { return m_canFocusWindows; }
 
+    /// Whether there is an icon to click on: the desktop has a place for it, and the person wants
+    /// it.
+    bool hasTrayIcon() const;
+
     // Actions. What fails goes into the connections' `lastError`; each refreshes their status.
 
     /// While the welcome is on the screen, what it tells a newcomer to look for is there as well.

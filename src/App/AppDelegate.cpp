@@ -121,6 +121,7 @@ WindowContext AppDelegate::windowContext() {
                 [&controller](bool enabled) { controller.setLaunchAtLogin(enabled); },
             .canFocusWindows = [&controller] { return controller.canFocusWindows(); },
             .panelKeyState = [this] { return panelKeyState(); },
+            .hasTrayIcon = [&controller] { return controller.hasTrayIcon(); },
             .desktopGivesKeys = [&controller] { return controller.panelKeys().areDesktops(); },
             .checkForUpdates = [this] { checkForUpdates(); },
             .testSound = [&controller] { controller.sound().play(QStringLiteral("needs-input")); },

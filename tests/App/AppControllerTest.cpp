@@ -442,6 +442,11 @@ TEST_F(AppControllerTest, TheCapsuleStandsInForATrayUntilOneComesAndAgainOnceItH
     EXPECT_FALSE(isOverlayShown());
     statusItemHost().setPresent(false);
     EXPECT_TRUE(isOverlayShown());
+    // A newcomer is told to look for it, too, who doesn't want the icon.
+    statusItemHost().setPresent(true);
+    settings.setShowMenuBarIcon(false);
+    EXPECT_TRUE(isOverlayShown());
+    statusItemHost().setPresent(false);
     connections.installHooks(claude);
     EXPECT_FALSE(isOverlayShown());
 }

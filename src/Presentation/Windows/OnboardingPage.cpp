@@ -3,7 +3,6 @@
 #include "Core/Agents/AgentAdapter.h"
 #include "Core/Hooks/AgentConnections.h"
 #include "Core/Settings/MorvaneSettings.h"
-#include "Platform/StatusItemHost.h"
 #include "Presentation/Mascot/PixelArt.h"
 #include "Presentation/Mascot/PixelFrameView.h"
 #include "Presentation/Style/Colors.h"
@@ -77,7 +76,8 @@ OnboardingPage *OnboardingPage::welcome(const WindowContext &context, QWidget *p
     page->addTitle(tr("Welcome to Morvane"), 30);
     page->addText(PlatformWords::everythingStaysHere());
     page->m_layout->addSpacing(10);
-    page->addPill([page] { return PlatformWords::whereToLook(page->hasTrayIcon()); });
+    page->addPill(
+        [page] { return PlatformWords::whereToLook(page->m_context.program.hasTrayIcon()); });
     page->m_layout->addStretch(4);
     return page;
 }
@@ -106,7 +106,8 @@ OnboardingPage *OnboardingPage::ready(const WindowContext &context, QWidget *par
     page->m_layout->addSpacing(10);
     TextLabel *open = page->addHint(SystemImage::cursorarrowMotionlines);
     page->m_updates.push_back([page, open] {
-        open->setText(PlatformWords::openThePanel(page->panelKey(), page->hasTrayIcon()));
+        open->setText(
+            PlatformWords::openThePanel(page->panelKey(), page->m_context.program.hasTrayIcon()));
     });
     if (!context.program.desktopGivesKeys()) {
         // Desktops that do give none for a moment.
@@ -146,10 +147,6 @@ void OnboardingPage::refresh() {
     for (const auto &update : m_updates) {
         update();
     }
-}
-
-bool OnboardingPage::hasTrayIcon() const {
-    return m_context.settings.showMenuBarIcon() && m_context.statusItemHost.isPresent();
 }
 
 QString OnboardingPage::panelKey() const {

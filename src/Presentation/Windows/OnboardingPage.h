@@ -35,7 +35,6 @@ private:
 
     OnboardingPage(const WindowContext &context, QWidget *parent);
 
-    bool hasTrayIcon() const;
     QString panelKey() const;
     void addMascot(int side);
     void addTitle(const QString &title, int size);

@@ -30,6 +30,7 @@ struct ProgramActions {
     std::function<bool()> canFocusWindows;
     /// How it stands with the key that opens the panel.
     std::function<HotKeys::State()> panelKeyState;
+    std::function<bool()> hasTrayIcon;
     /// Whether the desktop alone says which key that is.
     std::function<bool()> desktopGivesKeys;
     /// Looks for a newer version, and shows what comes of it.
