@@ -59,6 +59,10 @@ std::optional<QString> Session::pendingDecisionID() const {
     return pendingQuestion ? std::optional(pendingQuestion->id) : std::nullopt;
 }
 
+bool Session::isAtWork() const {
+    return state == SessionState::working || state == SessionState::needsInput;
+}
+
 bool Session::isFinished() const {
     return state == SessionState::done || state == SessionState::failed;
 }

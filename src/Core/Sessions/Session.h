@@ -91,6 +91,9 @@ public:
     /// The id of the decision that a hook of this session waits for.
     std::optional<QString> pendingDecisionID() const;
 
+    /// True while a turn runs, or waits for a person.
+    bool isAtWork() const;
+
     /// True once a turn has come to its end, well or not.
     bool isFinished() const;
 

@@ -2,8 +2,7 @@
 
 namespace morvane {
 
-/// What a session is doing. The order matters: the states before `done` are those of a session
-/// that is still at work.
+/// What a session is doing.
 enum class SessionState {
     working,
     needsInput, ///< waits for a person

@@ -216,6 +216,7 @@ void SessionStore::carryOut(const SessionTransition &transition, Date now) {
         break;
     case SessionTransition::Write::store:
         put(transition.session);
+        watchTurn(transition.session);
         break;
     case SessionTransition::Write::remove:
         removeSession(transition.session.id);
@@ -227,7 +228,6 @@ void SessionStore::carryOut(const SessionTransition &transition, Date now) {
     if (transition.readsTranscript) {
         enrichThrottled(transition.session.id, now);
     }
-    watchTurn(transition.session);
 }
 
 void SessionStore::followUp(const QString &sessionID, std::optional<SessionState> previous,

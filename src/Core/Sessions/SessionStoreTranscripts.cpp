@@ -19,9 +19,7 @@ constexpr Seconds quietInterval(1); ///< without an event, of a turn that may ha
 constexpr std::array wordsDelays{Seconds(0.25), Seconds(0.75), Seconds(1)};
 
 bool mayEndUnsaid(const Session &session) {
-    const bool runs =
-        session.state == SessionState::working || session.state == SessionState::needsInput;
-    return runs && session.endsTurnsInTranscript && session.transcriptPath &&
+    return session.isAtWork() && session.endsTurnsInTranscript && session.transcriptPath &&
            !session.pendingDecisionID();
 }
 

@@ -77,10 +77,9 @@ SessionTransition SessionTransition::hungUp(Session session) {
 }
 
 SessionTransition SessionTransition::turnGone(Session session, bool failed, Date now) {
-    const bool runs =
-        session.state == SessionState::working || session.state == SessionState::needsInput;
     const bool seemsDone = failed && session.state == SessionState::done;
-    if ((!runs && !seemsDone) || session.pendingDecisionID() || session.pendingExternalResponse) {
+    if ((!session.isAtWork() && !seemsDone) || session.pendingDecisionID() ||
+        session.pendingExternalResponse) {
         return {};
     }
     session.state = failed ? SessionState::failed : SessionState::idle;

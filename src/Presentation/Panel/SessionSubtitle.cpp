@@ -19,8 +19,7 @@ QString firstOf(std::initializer_list<const std::optional<QString> *> candidates
 } // namespace
 
 SessionSubtitle SessionSubtitle::of(const Session &session) {
-    const bool runs = !session.isFinished() && session.state != SessionState::idle;
-    const QString detail = session.titlesLag && runs
+    const QString detail = session.titlesLag && session.isAtWork()
                                ? firstOf({&session.lastPrompt, &session.aiTitle})
                                : firstOf({&session.aiTitle, &session.lastPrompt});
     const QString result = firstOf({&session.summary, &session.aiTitle, &session.lastPrompt});
