@@ -124,6 +124,10 @@ std::unique_ptr<EventServer> AppController::makeServer() {
 
 void AppController::takeEvent(const HookEvent &event) {
     m_store.apply(event);
+    // A hook that was on its way when approvals were switched off.
+    if (event.decisionID && !m_settings.approvalsEnabled()) {
+        m_store.releaseApprovals();
+    }
     if (event.process && m_store.sessions().contains(event.sessionID)) {
         m_agentProcesses.told(event.sessionID, *event.process);
     }
@@ -262,6 +266,7 @@ void AppController::setApprovalsEnabled(bool enabled) {
     m_settings.setApprovalsEnabled(enabled);
     if (!enabled && m_server) {
         m_server->releaseAllDecisions();
+        m_store.releaseApprovals();
     }
     m_connections.renewDecidable();
 }

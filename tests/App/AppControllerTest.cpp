@@ -131,12 +131,25 @@ TEST_F(AppControllerTest, ReleasesWhoeverWaitsWhenApprovalsEnd) {
     HttpClient hook = ask();
     controller.setApprovalsEnabled(false);
     EXPECT_EQ(httpBody(hook.receiveAll()), "");
+    EXPECT_FALSE(store.sessionAwaitingDecision());
     const std::uint16_t port = controller.server()->boundPort();
     EXPECT_EQ(httpBody(httpExchange(port, permissionRequest())), "");
     EXPECT_FALSE(read(".claude/settings.json").contains("decide"));
     controller.setApprovalsEnabled(true);
     EXPECT_TRUE(read(".claude/settings.json").contains("PermissionRequest decide"));
 
+    // One that was on its way by then.
+    scheduler.runPosted();
+    HttpClient late(port);
+    late.send(permissionRequest());
+    ASSERT_TRUE(waitUntil([&] { return scheduler.posted() > 0; }));
+    settings.setApprovalsEnabled(false);
+    scheduler.runPosted();
+    EXPECT_EQ(httpBody(late.receiveAll()), "");
+    EXPECT_EQ(store.sessions().value("s").state, SessionState::needsInput);
+    EXPECT_FALSE(store.sessionAwaitingDecision());
+
+    controller.setApprovalsEnabled(true);
     controller.setApprovalsEnabled(false);
     makeReadOnly(".claude/settings.json");
     controller.setApprovalsEnabled(true);

@@ -70,6 +70,11 @@ std::size_t ManualScheduler::timers() const {
     return m_state->timers.size();
 }
 
+std::size_t ManualScheduler::posted() const {
+    const std::lock_guard lock(m_state->mutex);
+    return m_state->posted.size();
+}
+
 std::size_t ManualScheduler::timersDueIn(Seconds delay) const {
     const std::lock_guard lock(m_state->mutex);
     return m_state->timers.count(m_state->now + delay);

@@ -30,6 +30,7 @@ public:
     void setClock(Seconds forward);
 
     std::size_t timers() const;
+    std::size_t posted() const;
 
     /// How many timers fire in exactly this time from now.
     std::size_t timersDueIn(Seconds delay) const;

@@ -263,6 +263,13 @@ void SessionStore::publishHistory() {
     emit completedHistoryChanged();
 }
 
+void SessionStore::releaseApprovals() {
+    const QHash<QString, Session> present = m_sessions;
+    for (const Session &session : present) {
+        releaseApproval(session.id);
+    }
+}
+
 void SessionStore::releaseApproval(const QString &sessionID) {
     if (const auto session = stored(sessionID)) {
         carryOut(SessionTransition::released(*session), m_scheduler.now());

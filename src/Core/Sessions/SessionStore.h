@@ -114,6 +114,9 @@ public:
     /// The server has given up a hook that waited.
     void approvalExpired(const QString &decisionID);
 
+    /// Leaves everything that waits to the agents' own prompts.
+    void releaseApprovals();
+
     /// The hook that waited is gone, and so is its reason: where nothing more comes of it, the
     /// agent was interrupted.
     void approvalHungUp(const QString &decisionID);

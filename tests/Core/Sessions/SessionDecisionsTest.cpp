@@ -104,8 +104,7 @@ TEST_F(DecisionsTest, ReleasesAHookOnceItsReasonIsGone) {
          {Kind::promptSubmit, Kind::turnEnd, Kind::turnFailed, Kind::sessionEnd}) {
         expectRelease(true, [&] { apply(kind); });
     }
-    expectRelease(true, [&] { store.removeSessions(""); });
-    expectRelease(false, [&] { store.removeSessions("/a"); });
+    expectRelease(true, [&] { store.releaseApprovals(); });
 }
 
 TEST_F(DecisionsTest, CarriesADecisionBackAfterTheSessionHasMoved) {
