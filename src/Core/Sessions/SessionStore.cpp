@@ -29,9 +29,8 @@ bool SessionStore::hasWorkingUsageMilestoneSession() const {
 }
 
 void SessionStore::apply(const HookEvent &event) {
-    const bool fromSubagent =
-        event.agentID && event.kind != CanonicalEvent::subagentStop && !event.asksForSubagent;
-    if (fromSubagent) {
+    const bool asksHere = event.asksForSubagent && event.decisionID;
+    if (event.agentID && event.kind != CanonicalEvent::subagentStop && !asksHere) {
         // A subagent's own tools and prompts must not disturb the session that launched it.
         if (event.decisionID) {
             resolve(*event.decisionID, AgentDecision::ask());

@@ -77,7 +77,7 @@ void takeHost(Session &session, const Context &context) {
     }
 }
 
-/// The dates alone: what a subagent tells of its surroundings isn't the session's.
+/// The dates alone.
 SessionTransition touch(Session session, const Context &context) {
     if (!context.before || context.before->state != session.state) {
         session.stateChangedAt = context.now;
@@ -86,8 +86,12 @@ SessionTransition touch(Session session, const Context &context) {
     return SessionTransition::store(std::move(session));
 }
 
-/// The end of nearly every hook's rule: what the event tells besides its kind, and the dates.
+/// The end of nearly every hook's rule: what the event tells besides its kind, and the dates. What
+/// a subagent tells of its surroundings isn't the session's.
 SessionTransition update(Session session, const Context &context) {
+    if (context.event.asksForSubagent) {
+        return touch(std::move(session), context);
+    }
     takeWorkingDirectory(session, context);
     session.agent = context.event.agent;
     session.endsTurnsInTranscript = context.event.endsTurnsInTranscript;
@@ -302,8 +306,7 @@ SessionTransition permissionRequest(const Context &context) {
     session.state = SessionState::needsInput;
     session.acknowledged = false;
     setPending(session, context, *event.decisionID);
-    SessionTransition result = event.asksForSubagent ? touch(std::move(session), context)
-                                                     : update(std::move(session), context);
+    SessionTransition result = update(std::move(session), context);
     if (superseded && superseded != event.decisionID) {
         result.releases.append(*superseded);
     }

@@ -87,6 +87,21 @@ TEST_F(UnsaidTest, ASubagentOfCodexAsksForItsSession) {
     EXPECT_EQ(resolved.last(), "f ask");
 }
 
+TEST_F(UnsaidTest, WhatASubagentAsksElsewhereIsNotItsSessionsOwn) {
+    const QByteArray place = R"(,"agent_id":"a","cwd":"/elsewhere","transcript_path":"/other")";
+    tell(claude, "UserPromptSubmit", R"("prompt":"go","cwd":"/srv","transcript_path":"/t")");
+    const Session before = session();
+    tell(claude, "PermissionRequest", make + place);
+    EXPECT_EQ(session(), before);
+    const QByteArray asking =
+        R"("tool_name":"A","tool_input":{"questions":[{"question":"Q","options":[{"label":"Y"}],)"
+        R"("multiSelect":true}]})";
+    EXPECT_EQ(tell(claude, "PermissionRequest", asking + place, "d"), needsInput);
+    EXPECT_EQ(resolved, QStringList{"d ask"});
+    EXPECT_EQ(session().cwd, "/srv");
+    EXPECT_EQ(session().transcriptPath, "/t");
+}
+
 TEST_F(UnsaidTest, ASubagentOfCodexMayBeTheFirstToSpeak) {
     tell(codex, "PermissionRequest", QByteArray(make) + R"(,"agent_id":"a")", "d");
     EXPECT_EQ(session().agent, codex);
