@@ -175,9 +175,8 @@ SessionTransition idle(const Context &context) {
         return update(makeSession(context, SessionState::idle), context);
     }
     Session session = *context.before;
-    const bool atWork =
-        session.state == SessionState::working || session.state == SessionState::needsInput;
-    if (!atWork || session.pendingAgents != 0) {
+    // It may be a background agent that has ended, while the session waits for a person.
+    if (!session.isAtWork() || session.pendingAgents != 0 || session.pendingDecisionID()) {
         return {};
     }
     session.state = SessionState::done;

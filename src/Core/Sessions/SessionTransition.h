@@ -53,7 +53,7 @@ struct SessionSurroundings {
 ///     turnGone (7)        ignored     idle (8)     idle (8)     - (12)      -           -
 ///     restored            idle (6)    ignored      ignored      ignored     ignored     ignored
 ///
-///     (1) unchanged while background agents are pending
+///     (1) unchanged while background agents are pending, or a decision
 ///     (2) working while the event lists background agents
 ///     (3) needsInput after `ask`; ignored without an approval that waits
 ///     (4) unchanged while a question is open; ignored without questions that wait

@@ -23,6 +23,10 @@ TEST_F(DecisionsTest, ShowsAPermissionRequestThatWaits) {
     EXPECT_EQ(session().pendingExternalResponse, std::nullopt);
     EXPECT_EQ(announced, QStringList{"needsInput"});
 
+    // Nor does the end of an agent in the background.
+    apply(Kind::idle);
+    EXPECT_EQ(session().state, SessionState::needsInput);
+
     // Nor does a tool that starts meanwhile.
     apply(Kind::toolUse);
     EXPECT_EQ(session().state, SessionState::working);
