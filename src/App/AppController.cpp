@@ -2,6 +2,7 @@
 
 #include "Core/Adapters/AgentRegistry.h"
 #include "Core/Agents/AgentAdapter.h"
+#include "Core/Agents/HookTimeout.h"
 #include "Core/Navigation/HostApp.h"
 #include "Core/Sessions/GitInfo.h"
 #include "Core/Sessions/SessionDiscovery.h"
@@ -31,7 +32,7 @@ AppController::AppController(MorvaneSettings &settings, const PlatformServices &
               BuildInfo::version()),
       m_updates(settings.defaults(), {*platform.https, *platform.scheduler, *platform.background,
                                       *platform.tools, *platform.installer}),
-      m_agentProcesses(*platform.processes,
+      m_agentProcesses(*platform.processes, *platform.scheduler,
                        [this](const QString &sessionID) { m_store.agentEnded(sessionID); }),
       m_connections(settings, *platform.scheduler),
       m_terminalReply(*platform.tools, *platform.scripting, *platform.processes,
@@ -129,7 +130,8 @@ void AppController::takeEvent(const HookEvent &event) {
         m_store.releaseApprovals();
     }
     if (event.process && m_store.sessions().contains(event.sessionID)) {
-        m_agentProcesses.told(event.sessionID, *event.process);
+        const Seconds limit(event.decisionID ? HookTimeout::decision : HookTimeout::event);
+        m_agentProcesses.told(event.sessionID, *event.process, limit);
     }
 }
 

@@ -2,16 +2,25 @@
 
 namespace morvane {
 
-void AgentProcesses::told(const QString &sessionID, const ProcessIdentity &process) {
+namespace {
+
+constexpr std::size_t maxAgents = 64; ///< that are kept without a session; not all ends are told
+
+} // namespace
+
+void AgentProcesses::told(const QString &sessionID, const ProcessIdentity &process,
+                          Seconds hookLimit) {
     if (const auto known = m_processOf.constFind(sessionID);
         known != m_processOf.constEnd() && *known != process) {
         forget(sessionID);
     }
     m_processOf.insert(sessionID, process);
-    Agent &agent = m_agents[process];
+    const auto [entry, isNew] = m_agents.try_emplace(process);
+    Agent &agent = entry->second;
     agent.sessions.insert(sessionID);
-    ++agent.hooks;
-    if (agent.hooks == 2) {
+    agent.isProven = !isNew;
+    if (isNew) {
+        agent.proof = m_scheduler.after(hookLimit, [&agent] { agent.isProven = true; });
         agent.watch = m_processes.whenEnded(process, [this, process] { end(process); });
     }
 }
@@ -24,17 +33,19 @@ void AgentProcesses::forget(const QString &sessionID) {
     const auto agent = m_agents.find(*process);
     m_processOf.erase(process);
     agent->second.sessions.remove(sessionID);
-    if (agent->second.sessions.isEmpty()) {
+    if (agent->second.sessions.isEmpty() && m_agents.size() > maxAgents) {
         m_agents.erase(agent);
     }
 }
 
 void AgentProcesses::end(const ProcessIdentity &process) {
-    const auto agent = m_agents.find(process);
-    const QSet<QString> sessions = agent->second.sessions;
-    for (const QString &sessionID : sessions) {
-        forget(sessionID);
-        m_ended(sessionID);
+    const auto gone = m_agents.extract(process);
+    const Agent &agent = gone.mapped();
+    for (const QString &sessionID : agent.sessions) {
+        m_processOf.remove(sessionID);
+        if (agent.isProven) {
+            m_ended(sessionID);
+        }
     }
 }
 

@@ -1,6 +1,7 @@
 #include "Core/Sessions/AgentProcesses.h"
 
 #include "Support/FakeProcesses.h"
+#include "Support/ManualScheduler.h"
 #include "Support/Printing.h"
 
 #include <gtest/gtest.h>
@@ -8,30 +9,56 @@
 namespace morvane {
 namespace {
 
-TEST(AgentProcesses, EndsTheSessionsOfAnAgentThatIsGone) {
+class AgentProcessesTest : public testing::Test {
+protected:
+    void tell(const QString &sessionID, const ProcessIdentity &process) {
+        agents.told(sessionID, process, Seconds(5));
+    }
+
     FakeProcesses processes;
+    ManualScheduler scheduler;
     QStringList ended;
-    AgentProcesses agents(processes, [&](const QString &sessionID) { ended.append(sessionID); });
+    AgentProcesses agents{processes, scheduler,
+                          [this](const QString &sessionID) { ended.append(sessionID); }};
+};
+
+TEST_F(AgentProcessesTest, EndsTheSessionsOfAnAgentThatIsGone) {
     const ProcessIdentity agent{100, 1, 7};
     const ProcessIdentity other{100, 2, 7}; // of the same number, later
-
-    // What an agent starts for a single hook is no agent.
-    agents.told("a", {200, 1, 7});
-    agents.told("a", {201, 1, 7});
-    EXPECT_EQ(processes.watched(), 0U);
-
-    agents.told("a", agent);
-    agents.told("b", agent);
-    agents.told("c", other);
-    agents.told("c", other);
+    tell("a", agent);
+    tell("b", agent);
+    tell("c", other);
+    tell("c", other);
     EXPECT_EQ(processes.watched(), 2U);
-    agents.told("b", other);
+    tell("b", other);
     processes.end(agent);
     EXPECT_EQ(ended, QStringList{"a"});
     agents.forget("c");
     processes.end(other);
     EXPECT_EQ(ended, (QStringList{"a", "b"}));
     EXPECT_EQ(processes.watched(), 0U);
+}
+
+TEST_F(AgentProcessesTest, KnowsAnAgentThatHasToldOnlyOnce) {
+    const ProcessIdentity agent{100, 1, 7};
+    // What an agent starts for a single hook is no agent.
+    tell("a", {200, 1, 7});
+    scheduler.advance(Seconds(4.9));
+    processes.end({200, 1, 7});
+    EXPECT_EQ(ended, QStringList());
+    tell("a", agent);
+    scheduler.advance(Seconds(5));
+    agents.forget("a");
+    // Known by now, whatever becomes of its sessions.
+    tell("b", agent);
+    processes.end(agent);
+    EXPECT_EQ(ended, QStringList{"b"});
+
+    // But not without end: there are machines that don't tell.
+    for (int id = 200; id < 300; ++id) {
+        tell("a", {id, 1, 7});
+    }
+    EXPECT_LT(processes.watched(), 70U);
 }
 
 } // namespace
