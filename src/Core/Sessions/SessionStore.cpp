@@ -308,7 +308,7 @@ void SessionStore::clearStaleDoneSessions() {
     const QHash<QString, Session> present = m_sessions;
     for (const Session &session : present) {
         const bool atRest = session.isFinished() || session.state == SessionState::idle;
-        if (atRest && now - session.lastEventAt > limit) {
+        if (atRest && std::chrono::abs(now - session.lastEventAt) > limit) {
             releaseApproval(session.id);
             removeSession(session.id);
         }

@@ -94,7 +94,8 @@ void SessionStore::enrichThrottled(const QString &sessionID, Date now) {
         return;
     }
     const auto last = m_lastEnrichedAt.constFind(sessionID);
-    const bool longAgo = last == m_lastEnrichedAt.constEnd() || now - *last > transcriptInterval;
+    const bool longAgo =
+        last == m_lastEnrichedAt.constEnd() || std::chrono::abs(now - *last) > transcriptInterval;
     if (!session->model || longAgo) {
         enrichFromTranscript(sessionID, false);
     }
@@ -142,7 +143,7 @@ void SessionStore::lookForEndedTurns() {
     const Date now = m_scheduler.now();
     const QHash<QString, Session> present = m_sessions;
     for (const Session &session : present) {
-        const bool isQuiet = now - session.lastEventAt >= quietInterval;
+        const bool isQuiet = std::chrono::abs(now - session.lastEventAt) >= quietInterval;
         if (!mayEndUnsaid(session) || !isQuiet) {
             continue;
         }

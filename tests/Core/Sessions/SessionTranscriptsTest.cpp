@@ -40,6 +40,13 @@ TEST_F(TranscriptsTest, ReadsTranscriptsThatHaveSomethingNew) {
         EXPECT_EQ(take(reads).size(), 1);
         finishRead();
     }
+    // Nor does it wait for a clock that was set back.
+    apply(Kind::toolUse);
+    EXPECT_EQ(take(reads).size(), 0);
+    scheduler.setClock(Seconds(-60));
+    apply(Kind::toolUse);
+    EXPECT_EQ(take(reads).size(), 1);
+    finishRead();
     // A session that comes again is a new one.
     apply(Kind::sessionEnd);
     apply(withTranscript(Kind::toolUse));
