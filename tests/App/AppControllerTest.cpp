@@ -335,6 +335,7 @@ TEST_F(AppControllerTest, GoesToWhereASessionRunsOrHasRun) {
     store.apply(prompt.with(&HookEvent::hostBundleID, QString("foot")));
     controller.select(store.sessions().value("s"));
     EXPECT_EQ(deeds.last(), "launch foot");
+    store.apply(EventBuilder(CanonicalEvent::turnEnd));
     CompletedRecord record;
     record.cwd = "/shop";
     record.hostBundleID = "kgx";

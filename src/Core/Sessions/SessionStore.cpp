@@ -94,7 +94,7 @@ void SessionStore::acknowledgeDone() {
 void SessionStore::removeSessions(const QString &cwd) {
     const QHash<QString, Session> present = m_sessions;
     for (const Session &session : present) {
-        if (session.cwd == cwd) {
+        if (session.cwd == cwd && !cwd.isEmpty() && !session.isAtWork()) {
             releaseApproval(session.id);
             removeSession(session.id);
         }

@@ -93,7 +93,8 @@ public:
     /// Marks every finished session as seen.
     void acknowledgeDone();
 
-    /// Forgets the sessions of exactly this working directory, releasing what waits there.
+    /// Forgets the sessions of exactly this working directory that aren't at work; none without
+    /// one.
     void removeSessions(const QString &cwd);
 
     /// Names a working directory, its sessions and its record; an absent or empty name takes the

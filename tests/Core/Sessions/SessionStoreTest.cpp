@@ -261,6 +261,33 @@ TEST_F(StoreTest, ClearsSessionsThatHaveRestedLongEnough) {
     EXPECT_EQ(store.completedHistory().size(), 2);
     scheduler.advance(Seconds(86'400));
     EXPECT_EQ(ids(store.sortedSessions()), "needsInputworking");
+    // Nobody knows how long, once the clock was set back.
+    apply(Kind::turnEnd);
+    scheduler.setClock(Seconds(-100));
+    scheduler.advance(Seconds(60));
+    EXPECT_TRUE(store.sessions().contains("s"));
+    scheduler.setClock(Seconds(-86'400));
+    scheduler.advance(Seconds(60));
+    EXPECT_FALSE(store.sessions().contains("s"));
+}
+
+TEST_F(StoreTest, ForgetsThoseOfAFolderThatAreNotAtWork) {
+    for (const Kind kind : {Kind::promptSubmit, Kind::needsInput, Kind::turnEnd, Kind::turnFailed,
+                            Kind::sessionStart}) {
+        finish(QString::number(static_cast<int>(kind)), "/p", kind);
+    }
+    apply(Kind::turnEnd);
+    const auto states = [this] {
+        QStringList result;
+        for (const Session &session : store.sortedSessions()) {
+            result.append(nameOf(session.state));
+        }
+        return result.join(' ');
+    };
+    store.removeSessions("");
+    EXPECT_EQ(states(), "needsInput working failed done done idle");
+    store.removeSessions("/p");
+    EXPECT_EQ(states(), "needsInput working done");
 }
 
 TEST_F(StoreTest, KeepsTheLatestCompletionOfEachFolder) {
