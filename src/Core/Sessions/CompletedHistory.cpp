@@ -43,9 +43,10 @@ void CompletedHistory::rename(const QString &cwd, const QString &name) {
     save();
 }
 
-bool CompletedHistory::summarize(const QString &id, const QString &summary) {
+bool CompletedHistory::summarize(const QString &id, Date finishedAt, const QString &summary) {
     const auto record = std::ranges::find(m_records, id, &CompletedRecord::id);
-    if (record == m_records.end()) {
+    if (record == m_records.end() || record->finishedAt != finishedAt ||
+        record->summary == summary) {
         return false;
     }
     record->summary = summary;

@@ -24,8 +24,9 @@ public:
     /// Names the records of exactly this working directory.
     void rename(const QString &cwd, const QString &name);
 
-    /// Sets the summary of the record with this id. False when there is none.
-    bool summarize(const QString &id, const QString &summary);
+    /// Sets the summary of the record with this id and time. False when there is none, or when it
+    /// says so already.
+    bool summarize(const QString &id, Date finishedAt, const QString &summary);
 
 private:
     void save();

@@ -32,7 +32,9 @@ void SessionStore::enrichFromTranscript(const QString &sessionID, bool completio
     }
     m_lastEnrichedAt.insert(sessionID, m_scheduler.now());
     const QString recordID = CompletedRecord::idFor(*session);
-    const auto use = [this, sessionID, completion, recordID](const TranscriptInfo &info) {
+    const Date finishedAt = session->stateChangedAt;
+    const auto use = [this, sessionID, completion, recordID,
+                      finishedAt](const TranscriptInfo &info) {
         m_enrichmentsInFlight.remove(sessionID);
         if (auto present = stored(sessionID)) {
             if (completion && present->isFinished() && info.lastAssistantText) {
@@ -47,7 +49,7 @@ void SessionStore::enrichFromTranscript(const QString &sessionID, bool completio
         }
         // The record outlives its session, which may have gone meanwhile.
         if (completion && info.lastAssistantText &&
-            m_history.summarize(recordID, *info.lastAssistantText)) {
+            m_history.summarize(recordID, finishedAt, *info.lastAssistantText)) {
             publishHistory();
         }
     };

@@ -151,8 +151,10 @@ TEST_F(CompletedHistoryTest, OutlivesTheProgram) {
     Defaults second{home.path("defaults"), "test"};
     CompletedHistory history(second);
     EXPECT_EQ(history.records(), QList<CompletedRecord>{fullRecord()});
-    EXPECT_FALSE(history.summarize("unknown", "x"));
-    EXPECT_TRUE(history.summarize(fullRecord().id, "Done."));
+    EXPECT_FALSE(history.summarize("unknown", finish, "x"));
+    EXPECT_FALSE(history.summarize(fullRecord().id, finish - std::chrono::seconds(1), "x"));
+    EXPECT_TRUE(history.summarize(fullRecord().id, finish, "Done."));
+    EXPECT_FALSE(history.summarize(fullRecord().id, finish, "Done."));
     EXPECT_EQ(keptBy(second).value(0).summary, "Done.");
     history.rename("/elsewhere", "Other");
     history.rename(fullRecord().cwd, "Mine");

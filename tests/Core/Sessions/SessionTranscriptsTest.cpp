@@ -127,6 +127,14 @@ TEST_F(TranscriptsTest, SumsUpAFinishedSessionByItsLastWords) {
     finishRead("Moved.");
     EXPECT_EQ(summary(), "Moved.");
     EXPECT_EQ(store.completedHistory().first().id, "/r");
+
+    // Nor are they another session's, which has finished there since.
+    finish("first", "/p");
+    scheduler.advance(Seconds(0.1));
+    finish("second", "/p");
+    finishRead("Of the first.");
+    EXPECT_EQ(session("first").summary, "Of the first.");
+    EXPECT_EQ(summary(), std::nullopt);
 }
 
 TEST_F(TranscriptsTest, WaitsALittleForLastWordsThatAreWrittenLate) {
