@@ -4,6 +4,8 @@
 #include "Core/Agents/AgentAdapter.h"
 #include "Core/Agents/HookTimeout.h"
 
+#include <QSet>
+
 #include <algorithm>
 
 namespace morvane {
@@ -256,7 +258,12 @@ bool answerableHere(const HookEvent &event) {
     if (!event.questions) {
         return true;
     }
+    QSet<QString> texts; // by which the answers are told apart
+    for (const AgentQuestion &question : *event.questions) {
+        texts.insert(question.question);
+    }
     return AgentRegistry::adapter(event.agent).supportsQuestionAnswers() &&
+           texts.size() == event.questions->size() &&
            std::ranges::none_of(*event.questions, &AgentQuestion::multiSelect);
 }
 

@@ -50,6 +50,7 @@ TEST_F(DecisionsTest, ShowsWhatOnlyTheTerminalCanAnswer) {
         {notice, {}, 0, "Waiting"},
         {EventBuilder(Kind::permissionRequest), {}, 0, {}},
         {manyChoices.with(&HookEvent::responseMessage, "m"), {"d2 ask"}, 1, "m"},
+        {EventBuilder::parked("d2").asking({"Q", "Q"}), {"d2 ask"}, 2, {}},
         {fromCodex, {"d2 ask"}, 1, {}},
     };
     for (const auto &[event, released, questions, message] : cases) {
