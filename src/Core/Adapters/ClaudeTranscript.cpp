@@ -21,7 +21,8 @@ std::optional<int> contextTokens(object usage) {
 }
 
 void takeClaudeMessage(object message, TranscriptInfo &info) {
-    if (auto model = JsonObject::string(message, "model")) {
+    // What the agent says in its model's place is of no model.
+    if (auto model = JsonObject::string(message, "model"); model && !model->startsWith(u'<')) {
         fill(info.model, std::optional(model->remove(QLatin1String("claude-"))));
     }
     if (const auto usage = JsonObject::object(message, "usage")) {

@@ -80,6 +80,7 @@ TEST(TranscriptReader, TakesEachFieldFromTheNewestLineThatHasIt) {
          {{}, "Older.", {}, {}, {}}},
         {claudeModel("claude-claude-haiku") + "{\"type\":\"assistant\",\"message\":{\"model\":7}}",
          {"haiku", {}, {}, {}, {}}},
+        {claudeModel("claude-a") + claudeModel("<synthetic>"), {"a", {}, {}, {}, {}}},
         {claudeModel("gpt-5") + "{\"type\":\"user\",\"message\":{\"model\":\"no\"}}\n",
          {"gpt-5", {}, {}, {}, {}}},
         {"{\"type\":\"ai-title\",\"aiTitle\":\" Ti\\ntle "
