@@ -69,7 +69,7 @@ void takeLine(const JsonObject &line, TranscriptInfo &info) {
 }
 
 void takeLineWithTurns(const JsonObject &line, TranscriptInfo &info) {
-    fill(info.turn, turnAfter(line));
+    fillTurn(line, turnAfter(line), info);
     takeLine(line, info);
 }
 

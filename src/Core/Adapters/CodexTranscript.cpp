@@ -76,11 +76,11 @@ void take(const JsonObject &line, bool ofAnyPhase, TranscriptInfo &info) {
     } else if (type == "event_msg" && kind == "token_count") {
         fill(info.contextTokens, lastInputTokens(*payload));
     } else if (type == "event_msg") {
-        const auto turn = turnAfter(*payload);
-        if (!info.turn && turn == TranscriptInfo::Turn::failed) {
+        const bool isNewest = !info.turn;
+        fillTurn(line, turnAfter(*payload), info);
+        if (isNewest && info.turn == TranscriptInfo::Turn::failed) {
             info.failure = failureOf(*payload); // reading on, so the line is no more
         }
-        fill(info.turn, turn);
     } else if (type == "response_item" && kind == "message") {
         takeCodexMessage(*payload, ofAnyPhase, info);
     }

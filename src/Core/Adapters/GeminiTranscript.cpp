@@ -2,8 +2,6 @@
 
 #include "Core/Agents/TranscriptLine.h"
 
-#include <QDateTime>
-
 #include <algorithm>
 #include <chrono>
 
@@ -21,19 +19,12 @@ bool isTyped(const JsonObject &line) {
     });
 }
 
-std::optional<Date> timeOf(const JsonObject &line) {
-    const QDateTime time =
-        QDateTime::fromString(line.string("timestamp").value_or(QString()), Qt::ISODateWithMs);
-    return time.isValid() ? std::optional(Date(std::chrono::milliseconds(time.toMSecsSinceEpoch())))
-                          : std::nullopt;
-}
-
 /// Where a question was interrupted, Gemini CLI at once writes down all that was said before, as if
 /// it were said now. No person types so quickly.
 bool isFollowedByCopies(const JsonObject &interruption, const TranscriptInfo &info) {
     constexpr std::chrono::seconds quick(1);
     const auto at = timeOf(interruption);
-    return at && info.promptedAt && *info.promptedAt - *at < quick;
+    return info.turn == Turn::running && at && info.turnAt && *info.turnAt - *at < quick;
 }
 
 } // namespace
@@ -43,17 +34,16 @@ void takeLine(const JsonObject &line, TranscriptInfo &info) {
     const std::string_view type = word(line.root(), "type");
     if (type == "info" && word(line.root(), "content") == "Request cancelled.") {
         if (!info.turn || isFollowedByCopies(line, info)) {
-            info.turn = Turn::interrupted;
-            info.promptedAt.reset();
+            info.turn.reset();
+            fillTurn(line, Turn::interrupted, info);
         }
     } else if (info.turn) {
         return;
     } else if (type == "error") {
-        info.turn = Turn::failed;
+        fillTurn(line, Turn::failed, info);
         info.failure = TranscriptReader::displayLine(line.string("content"));
     } else if (type == "user" && isTyped(line)) {
-        info.turn = Turn::running;
-        info.promptedAt = timeOf(line);
+        fillTurn(line, Turn::running, info);
     }
 }
 
@@ -61,14 +51,14 @@ void takeLine(const JsonObject &line, TranscriptInfo &info) {
 void takeLineOfQwen(const JsonObject &line, TranscriptInfo &info) {
     if (word(line.root(), "type") == "assistant" ||
         word(line.root(), "provenance") == "real_user") {
-        fill(info.turn, std::optional(Turn::running));
+        fillTurn(line, Turn::running, info);
         return;
     }
     const auto payload = JsonObject::object(line.root(), "systemPayload");
     const auto event = payload ? JsonObject::object(*payload, "uiEvent") : std::nullopt;
     if (event && word(*event, "event.name") == "qwen-code.tool_call" &&
         word(*event, "status") == "cancelled" && word(*event, "subagent_name").empty()) {
-        fill(info.turn, std::optional(Turn::interrupted));
+        fillTurn(line, Turn::interrupted, info);
     }
 }
 

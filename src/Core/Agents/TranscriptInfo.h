@@ -22,7 +22,7 @@ struct TranscriptInfo {
     // Of no account for `isComplete`.
     std::optional<Turn> turn = std::nullopt;
     std::optional<QString> failure = std::nullopt; ///< one line, of a turn that has failed
-    std::optional<Date> promptedAt = std::nullopt; ///< of a turn that runs
+    std::optional<Date> turnAt = std::nullopt;     ///< when it came to stand so
 
     bool isComplete() const {
         return model && lastAssistantText && contextTokens && permissionMode && title;

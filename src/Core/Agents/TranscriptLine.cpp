@@ -2,6 +2,9 @@
 
 #include "Core/Agents/TranscriptReader.h"
 
+#include <QDateTime>
+
+#include <chrono>
 #include <utility>
 
 namespace morvane::TranscriptLine {
@@ -50,6 +53,21 @@ std::optional<QString> firstText(const std::vector<object> &blocks) {
 
 std::optional<QString> lastText(const std::vector<object> &blocks) {
     return firstOf(blocks.rbegin(), blocks.rend());
+}
+
+std::optional<Date> timeOf(const JsonObject &line) {
+    const QDateTime time =
+        QDateTime::fromString(line.string("timestamp").value_or(QString()), Qt::ISODateWithMs);
+    return time.isValid() ? std::optional(Date(std::chrono::milliseconds(time.toMSecsSinceEpoch())))
+                          : std::nullopt;
+}
+
+void fillTurn(const JsonObject &line, std::optional<TranscriptInfo::Turn> turn,
+              TranscriptInfo &info) {
+    if (turn && !info.turn) {
+        info.turn = turn;
+        info.turnAt = timeOf(line);
+    }
 }
 
 } // namespace morvane::TranscriptLine

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/Agents/TranscriptInfo.h"
 #include "Core/Ground/JsonObject.h"
 
 #include <QString>
@@ -27,6 +28,13 @@ std::vector<simdjson::dom::object> contentOf(simdjson::dom::object message);
 /// The first and the last text of the blocks that is fit for a person, as one line.
 std::optional<QString> firstText(const std::vector<simdjson::dom::object> &blocks);
 std::optional<QString> lastText(const std::vector<simdjson::dom::object> &blocks);
+
+/// When the line was written, as far as it says so.
+std::optional<Date> timeOf(const JsonObject &line);
+
+/// How the line leaves its turn, unless a newer one has told.
+void fillTurn(const JsonObject &line, std::optional<TranscriptInfo::Turn> turn,
+              TranscriptInfo &info);
 
 /// Lines come newest first, so what is there stays.
 template <typename Value>

@@ -18,6 +18,9 @@ constexpr Seconds quietInterval(1); ///< without an event, of a turn that may ha
 /// the transcript is read again, each time so long after the time before.
 constexpr std::array wordsDelays{Seconds(0.25), Seconds(0.75), Seconds(1)};
 
+/// Within which the hook of a prompt is told, so that what was written before was of an older turn.
+constexpr Seconds promptDelay(2);
+
 bool mayEndUnsaid(const Session &session) {
     return session.isAtWork() && session.endsTurnsInTranscript && session.transcriptPath &&
            !session.pendingDecisionID();
@@ -169,7 +172,8 @@ void SessionStore::endUnsaid(const QString &sessionID, Date lastEventAt,
     const bool failed = info.turn == TranscriptInfo::Turn::failed;
     auto session = stored(sessionID);
     if (!session || session->lastEventAt != lastEventAt ||
-        (!failed && info.turn != TranscriptInfo::Turn::interrupted)) {
+        (!failed && info.turn != TranscriptInfo::Turn::interrupted) ||
+        (info.turnAt && session->promptedAt && *session->promptedAt - *info.turnAt > promptDelay)) {
         return;
     }
     if (failed) {

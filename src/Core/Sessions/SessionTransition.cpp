@@ -118,6 +118,7 @@ SessionTransition promptSubmit(const Context &context) {
     session.currentTool.reset();
     session.pendingExternalResponse.reset();
     take(session.lastPrompt, context.event.prompt);
+    session.promptedAt = context.now;
     session.subagents.clear();
     session.subagentGoesOn = false;
     session.pendingAgents = 0;

@@ -195,6 +195,21 @@ TEST_F(TranscriptFileTest, FindsAnInterruptionOfClaudeOnlyWhereClaudeHasNotedIt)
     EXPECT_EQ(turnAfter(R"([{"type":"tool_result","content":)" + note + "}]"), Turn::running);
 }
 
+TEST_F(TranscriptFileTest, KnowsSinceWhenATurnStandsSo) {
+    const Date second(std::chrono::milliseconds(1'700'000'001'500));
+    const QByteArray line = R"("timestamp":"2023-11-14T22:13:21.500Z","type":)";
+    const std::tuple<AgentKind, QByteArray, std::optional<Date>> cases[] = {
+        {AgentKind::claude, "{" + line + R"("user","message":{}})", second},
+        {AgentKind::claude, R"({"type":"user","message":{}})", std::nullopt},
+        {AgentKind::codex, "{" + line + R"("event_msg","payload":{"type":"error","message":"{}"}})",
+         second},
+        {AgentKind::gemini, "{" + line + R"("error"})", second},
+        {AgentKind::qwen, "{" + line + R"("assistant"})", second}};
+    for (const auto &[agent, last, at] : cases) {
+        EXPECT_EQ(readBy(agent, {claudeText("Older."), last}).turnAt, at) << last.constData();
+    }
+}
+
 TEST_F(TranscriptFileTest, KnowsHowATurnOfGeminisStands) {
     const auto after = [this](const QByteArrayList &lines) {
         const QByteArray typed = R"({"type":"user","content":[{"text":"Run it"}]})";
@@ -300,7 +315,8 @@ TEST(TranscriptReader, ReadsWhatAgentsHaveWritten) {
               (TranscriptInfo{"opus-5-5", "The command is done.", 1000, "default", {}}));
     EXPECT_EQ(TranscriptReader::readTail(data + "codex.jsonl", CodexTranscript::takeLine),
               (TranscriptInfo{"gpt-5", "The command is done.", 1000, "on-request",
-                              "Run `touch denied`", TranscriptInfo::Turn::ended}));
+                              "Run `touch denied`", TranscriptInfo::Turn::ended, std::nullopt,
+                              Date(std::chrono::milliseconds(1'767'298'434'917))}));
 }
 
 TEST_F(TranscriptFileTest, IsReadTheWayOfItsAgent) {

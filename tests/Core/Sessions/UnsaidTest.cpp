@@ -192,6 +192,14 @@ TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
     EXPECT_EQ(session().state, idle);
     EXPECT_FALSE(session().pendingExternalResponse);
 
+    // An end that was written before the prompt was of an older turn.
+    for (const auto &[before, state] : {std::pair(Seconds(2.1), working), {Seconds(1.9), idle}}) {
+        tell(claude, "UserPromptSubmit", R"("prompt":"go")");
+        scheduler.advance(Seconds(1));
+        finishRead({{}, {}, {}, {}, {}, Turn::interrupted, {}, *session().promptedAt - before});
+        EXPECT_EQ(session().state, state);
+    }
+
     // Not while it asks, nor for an agent that would say so.
     tell(codex, "PermissionRequest", make, "d");
     scheduler.advance(Seconds(120));
