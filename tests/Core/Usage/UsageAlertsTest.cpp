@@ -8,7 +8,7 @@ namespace morvane {
 namespace {
 
 const Date firstReset{std::chrono::seconds(2'000'000'000)};
-const Date now = firstReset - Seconds(60);
+const Date before = firstReset - Seconds(60);
 
 UsageWindow window(double utilization, std::optional<Date> resetsAt = firstReset) {
     return {utilization, resetsAt, {}};
@@ -18,7 +18,7 @@ TEST(UsageAlerts, TellEachThresholdOnceUntilTheWindowBeginsAnew) {
     UsageAlerts alerts;
     const auto next = [&](double utilization, std::optional<Date> resetsAt = firstReset) {
         const auto told =
-            alerts.nextMilestone({window(utilization, resetsAt), {}, {}, {}}, now, true);
+            alerts.nextMilestone({window(utilization, resetsAt), {}, {}, {}}, before, true);
         return told ? told->threshold : 0;
     };
     EXPECT_EQ(next(0.8499), 0);
@@ -35,7 +35,7 @@ TEST(UsageAlerts, TellEachThresholdOnceUntilTheWindowBeginsAnew) {
 TEST(UsageAlerts, TellTheHighestOfWhatIsReachedAtOnceAndSwallowTheRest) {
     UsageAlerts alerts;
     const auto next = [&](std::optional<UsageWindow> session, double weekly, double model) {
-        return alerts.nextMilestone({session, window(weekly), window(model), {}}, now, true);
+        return alerts.nextMilestone({session, window(weekly), window(model), {}}, before, true);
     };
     EXPECT_EQ(next(window(0.86), 0.86, 0.5), (UsageMilestone{UsageWindowKind::session, 0.85}));
     EXPECT_EQ(next(window(0.86), 0.86, 0.5), std::nullopt);
@@ -46,11 +46,12 @@ TEST(UsageAlerts, TellTheHighestOfWhatIsReachedAtOnceAndSwallowTheRest) {
 TEST(UsageAlerts, SayNothingOfAWindowThatIsOver) {
     UsageAlerts alerts;
     const auto next = [&](double session, Date resetsAt) {
-        return alerts.nextMilestone({window(session, resetsAt), window(0.86), {}, {}}, now, true);
+        return alerts.nextMilestone({window(session, resetsAt), window(0.86), {}, {}}, before,
+                                    true);
     };
-    EXPECT_EQ(next(0.96, now), (UsageMilestone{UsageWindowKind::weekly, 0.85}));
+    EXPECT_EQ(next(0.96, before), (UsageMilestone{UsageWindowKind::weekly, 0.85}));
     EXPECT_EQ(next(0.96, firstReset), (UsageMilestone{UsageWindowKind::session, 0.95}));
-    EXPECT_EQ(next(0.96, now), std::nullopt);
+    EXPECT_EQ(next(0.96, before), std::nullopt);
     EXPECT_EQ(next(0.96, firstReset), std::nullopt);
 }
 
