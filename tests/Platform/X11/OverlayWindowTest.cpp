@@ -145,6 +145,26 @@ TEST_P(OverlayWindowTest, LeavesTheKeyboardWhereThePersonHasPutItInTheMeantime) 
     EXPECT_EQ(field->text(), "");
 }
 
+TEST_P(OverlayWindowTest, PassesTheKeyboardOnAndGivesItToWhoeverHadItBeforeBoth) {
+    QWidget second;
+    const auto next = overlays->adopt(second);
+    next->setGeometry({0, 700, 100, 50}, OverlayWindow::Anchor::topCenter);
+    next->show();
+    for (const bool isClicked : {false, true}) {
+        ASSERT_TRUE(takeKeyboard());
+        ASSERT_TRUE(becomesTrue([&] { return next->takeKeyboard() && next->holdsKeyboard(); }));
+        overlay->releaseKeyboard();
+        EXPECT_TRUE(next->holdsKeyboard());
+        if (isClicked) {
+            display->click({640, 500});
+        } else {
+            next->releaseKeyboard();
+        }
+        EXPECT_TRUE(becomesTrue([&] { return terminalHasKeyboard() && !next->holdsKeyboard(); }));
+    }
+    EXPECT_EQ(activations, QStringList());
+}
+
 TEST_P(OverlayWindowTest, APersonComesBackToTheSameTerminalFromAnEmptyDesktop) {
     for (int times = 1; times <= 2; ++times) {
         display->goToDesktop(1);

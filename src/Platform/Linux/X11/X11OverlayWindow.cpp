@@ -68,8 +68,8 @@ bool setInputFocus(xcb_connection_t *connection, std::uint32_t window) {
 } // namespace
 
 X11OverlayWindow::X11OverlayWindow(QWidget &widget, X11Connection &x11,
-                                   FullscreenWindows &fullscreen)
-    : m_widget(widget), m_x11(x11), m_fullscreen(fullscreen) {
+                                   FullscreenWindows &fullscreen, KeyboardOwners &owners)
+    : m_widget(widget), m_x11(x11), m_fullscreen(fullscreen), m_owners(owners) {
     m_widget.setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
                             Qt::WindowDoesNotAcceptFocus | Qt::X11BypassWindowManagerHint |
                             Qt::NoDropShadowWindowHint);
@@ -86,7 +86,7 @@ X11OverlayWindow::X11OverlayWindow(QWidget &widget, X11Connection &x11,
     // click on it would leave it here. Any other window may be the field's own menu, or an input
     // method's.
     connect(&m_x11, &X11Connection::pressed, this, [this](std::uint32_t button) {
-        if (m_keyboardOwner && button <= lastClickButton && isOwnerUnderPointer()) {
+        if (m_owners.contains(m_window) && button <= lastClickButton && isOwnerUnderPointer()) {
             releaseKeyboard();
         }
     });
@@ -152,7 +152,8 @@ bool X11OverlayWindow::takeKeyboard() {
     if (!setInputFocus(connection, m_window)) {
         return false;
     }
-    m_keyboardOwner = owner;
+    // What another overlay has is only lent to it.
+    m_owners.insert(m_window, m_owners.value(owner, owner));
     m_x11.watchPresses(true);
     return true;
 }
@@ -160,13 +161,15 @@ bool X11OverlayWindow::takeKeyboard() {
 /// The server is asked, since Qt takes a key that is grabbed from its window for a loss of it.
 bool X11OverlayWindow::holdsKeyboard() const {
     auto *connection = qtConnection();
-    return connection != nullptr && m_keyboardOwner && inputFocus(connection) == m_window;
+    return connection != nullptr && m_owners.contains(m_window) &&
+           inputFocus(connection) == m_window;
 }
 
 void X11OverlayWindow::releaseKeyboard() {
-    if (const auto owner = std::exchange(m_keyboardOwner, std::nullopt)) {
-        m_x11.watchPresses(false);
-        giveUpKeyboardTo(*owner);
+    if (m_owners.contains(m_window)) {
+        const std::uint32_t owner = m_owners.take(m_window);
+        m_x11.watchPresses(!m_owners.isEmpty());
+        giveUpKeyboardTo(owner);
     }
 }
 
@@ -243,7 +246,7 @@ void X11OverlayWindow::applyVisibility() {
 /// True on its frame as well, and on the bare ground of the desktop.
 bool X11OverlayWindow::isOwnerUnderPointer() const {
     const std::uint32_t window = m_x11.windowUnderPointer();
-    return window == XCB_WINDOW_NONE || window == topLevel(m_x11, *m_keyboardOwner);
+    return window == XCB_WINDOW_NONE || window == topLevel(m_x11, m_owners.value(m_window));
 }
 
 /// The server is asked for the place, since only there it is in the same pixels as the others'.

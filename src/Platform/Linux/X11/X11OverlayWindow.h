@@ -2,11 +2,11 @@
 
 #include "Platform/OverlayWindow.h"
 
+#include <QHash>
 #include <QObject>
 #include <QPainterPath>
 
 #include <cstdint>
-#include <optional>
 
 class QWidget;
 
@@ -22,8 +22,12 @@ class X11OverlayWindow : public QObject, public OverlayWindow {
     Q_OBJECT
 
 public:
-    /// What it is given must outlive the window.
-    X11OverlayWindow(QWidget &widget, X11Connection &x11, FullscreenWindows &fullscreen);
+    /// The overlays that have taken the keyboard, and the windows that had it before all of them.
+    using KeyboardOwners = QHash<std::uint32_t, std::uint32_t>;
+
+    /// What it is given must outlive the window; all overlays share the owners.
+    X11OverlayWindow(QWidget &widget, X11Connection &x11, FullscreenWindows &fullscreen,
+                     KeyboardOwners &owners);
     ~X11OverlayWindow() override;
 
     void setGeometry(const QRect &frame, Anchor anchor) override;
@@ -53,6 +57,7 @@ private:
     QWidget &m_widget;
     X11Connection &m_x11;
     FullscreenWindows &m_fullscreen;
+    KeyboardOwners &m_owners;
     std::uint32_t m_window = 0;
     QPainterPath m_shape;
     double m_shapeRatio = 0; ///< device pixels to the point when the shape was applied
@@ -60,7 +65,6 @@ private:
     bool m_isShown = false;
     bool m_isCovered = false;
     bool m_hidesOverFullscreen = false;
-    std::optional<std::uint32_t> m_keyboardOwner; ///< who had the keyboard before this window
 };
 
 } // namespace morvane

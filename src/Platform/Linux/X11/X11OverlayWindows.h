@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Linux/Desktop/FullscreenWindows.h"
+#include "Platform/Linux/X11/X11OverlayWindow.h"
 #include "Platform/OverlayWindows.h"
 
 #include <memory>
@@ -22,6 +23,7 @@ public:
 private:
     X11Connection &m_x11;
     const std::unique_ptr<FullscreenWindows> m_fullscreen;
+    X11OverlayWindow::KeyboardOwners m_owners;
 };
 
 } // namespace morvane
