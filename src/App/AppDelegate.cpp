@@ -137,7 +137,12 @@ void AppDelegate::showOnboarding(const OnboardingView::Mode &mode) {
     m_onboardingWindow->addActions(m_menu->keyedActions());
     connect(m_onboardingWindow.get(), &OnboardingWindow::finished, this,
             [this, mode] { finishOnboarding(mode); });
-    m_onboardingWindow->present();
+    if (std::holds_alternative<OnboardingView::FirstRun>(mode)) {
+        m_onboardingWindow->present();
+    } else {
+        // It comes at any time, and its first button connects an agent.
+        m_onboardingWindow->presentQuietly();
+    }
     m_controller->setWelcoming(true);
 }
 

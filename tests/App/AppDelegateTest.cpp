@@ -37,7 +37,9 @@ TEST_F(AppDelegateTest, WelcomesOnceWhateverBecomesOfTheWelcome) {
     home.write(".claude/settings.json", "{}");
     delegate.applicationDidFinishLaunching();
     EXPECT_EQ(titles(), QStringList{"Welcome to Morvane"});
-    EXPECT_EQ(windowTitled("Welcome to Morvane")->size(), QSize(540, 540));
+    const QWidget *welcome = windowTitled("Welcome to Morvane");
+    EXPECT_EQ(welcome->size(), QSize(540, 540));
+    EXPECT_FALSE(welcome->windowHandle()->property("_q_showWithoutActivating").toBool());
     // Also for whoever quits now.
     EXPECT_TRUE(isStored("hasCompletedFirstRun"));
     scheduler.advance(Seconds(4000));
@@ -69,6 +71,8 @@ TEST_F(AppDelegateTest, OffersNewAgentsButNotOverAnOffer) {
     home.write(".claude/settings.json", "{}");
     scheduler.advance(Seconds(1801));
     EXPECT_EQ(titles(), QStringList{title});
+    // Nobody has asked for it, and the keys stay where they are.
+    EXPECT_TRUE(windowTitled(title)->windowHandle()->property("_q_showWithoutActivating").toBool());
     home.write(".codex/config.toml");
     scheduler.advance(Seconds(1801));
     EXPECT_EQ(titles(), QStringList{title});
