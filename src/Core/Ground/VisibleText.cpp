@@ -119,6 +119,14 @@ QString of(QStringView line) {
     return result;
 }
 
+QString paragraph(const QString &text) {
+    QStringList lines = text.split(u'\n');
+    for (QString &line : lines) {
+        line = of(line);
+    }
+    return lines.join(u'\n');
+}
+
 QString name(const QString &text) {
     return of(BoundedText::of(text, BoundedText::lineLength));
 }

@@ -13,6 +13,9 @@ namespace morvane::VisibleText {
 /// up, a blank at the end) its number, as in "⟨U+202E⟩"; and so does what these are written with.
 QString of(QStringView line);
 
+/// A text of several lines, each as `of` has it.
+QString paragraph(const QString &text);
+
 /// A name in a sentence: in one line, whatever it holds, and of no more characters than one takes.
 QString name(const QString &text);
 

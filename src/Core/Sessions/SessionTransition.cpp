@@ -3,6 +3,8 @@
 #include "Core/Adapters/AgentRegistry.h"
 #include "Core/Agents/AgentAdapter.h"
 #include "Core/Agents/HookTimeout.h"
+#include "Core/Ground/BoundedText.h"
+#include "Core/Ground/VisibleText.h"
 
 #include <QSet>
 
@@ -11,6 +13,8 @@
 namespace morvane {
 
 namespace {
+
+constexpr qsizetype mostOptions = 20; ///< of a question that the panel asks
 
 struct Context {
     const std::optional<Session> &before;
@@ -255,6 +259,19 @@ SessionTransition sessionEnd(const Context &context) {
     return {SessionTransition::Write::remove, *context.before, {}, false};
 }
 
+/// Whether the panel shows it whole.
+bool canBeRead(const QString &text) {
+    return text.size() <= BoundedText::paragraphLength &&
+           VisibleText::paragraph(text).size() <= BoundedText::paragraphLength;
+}
+
+bool canBeRead(const AgentQuestion &question) {
+    return canBeRead(question.question) && question.options.size() <= mostOptions &&
+           std::ranges::all_of(question.options, [](const AgentOption &option) {
+               return canBeRead(option.label) && canBeRead(option.description.value_or(QString()));
+           });
+}
+
 bool answerableHere(const HookEvent &event) {
     if (!event.questions) {
         return true;
@@ -265,7 +282,9 @@ bool answerableHere(const HookEvent &event) {
     }
     return AgentRegistry::adapter(event.agent).supportsQuestionAnswers() &&
            texts.size() == event.questions->size() &&
-           std::ranges::none_of(*event.questions, &AgentQuestion::multiSelect);
+           std::ranges::all_of(*event.questions, [](const AgentQuestion &question) {
+               return !question.multiSelect && canBeRead(question);
+           });
 }
 
 void setPending(Session &session, const Context &context, const QString &decisionID) {

@@ -1,6 +1,7 @@
 #include "Presentation/Panel/OptionButton.h"
 
 #include "Core/Ground/BoundedText.h"
+#include "Core/Ground/VisibleText.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/TextLabel.h"
 #include "Presentation/Style/Typography.h"
@@ -12,7 +13,6 @@ namespace morvane {
 
 namespace {
 
-constexpr int maxLines = 3;
 constexpr double optionRadius = 7;
 constexpr double restFill = 0.09;
 constexpr double hoverFill = 0.18;
@@ -23,11 +23,11 @@ constexpr double pressedFill = 0.3;
 OptionButton::OptionButton(const AgentOption &option, const QColor &accent,
                            std::optional<int> shortcutDigit, QWidget *parent)
     : PanelButton(parent), m_accent(accent) {
-    setText(option.label);
+    setText(VisibleText::paragraph(option.label));
     setShortcut({}); // an ampersand in what an agent offers makes no key
     setAccessibleName(spokenLabel());
-    setAccessibleDescription(
-        BoundedText::of(option.description.value_or(QString()), BoundedText::paragraphLength));
+    const QString details = VisibleText::paragraph(option.description.value_or(QString()));
+    setAccessibleDescription(BoundedText::of(details, BoundedText::paragraphLength));
     // A button's own policy is a fixed height, which would cut off text of several lines.
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     setCursor(Qt::PointingHandCursor);
@@ -44,13 +44,13 @@ OptionButton::OptionButton(const AgentOption &option, const QColor &accent,
     auto *texts = new QVBoxLayout;
     texts->setSpacing(2);
     line->addLayout(texts, 1);
-    auto *label = new TextLabel(labelFont, accent, maxLines, this);
-    label->setText(option.label);
+    auto *label = new TextLabel(labelFont, accent, 0, this);
+    label->setText(text());
     texts->addWidget(label);
-    if (option.description && !option.description->isEmpty()) {
+    if (!details.isEmpty()) {
         auto *description = new TextLabel(Typography::text(Typography::secondarySize),
-                                          Colors::secondaryText, maxLines, this);
-        description->setText(*option.description);
+                                          Colors::secondaryText, 0, this);
+        description->setText(details);
         texts->addWidget(description);
     }
 }

@@ -1,6 +1,7 @@
 #include "Presentation/Panel/QuestionStrip.h"
 
 #include "Core/Ground/VisibleText.h"
+#include "Core/Settings/PanelKey.h"
 #include "Presentation/Panel/Countdown.h"
 #include "Presentation/Panel/InputView.h"
 #include "Presentation/Panel/OptionButton.h"
@@ -60,10 +61,10 @@ void QuestionStrip::setQuestion(const PendingQuestion &pending, const QString &n
         return;
     }
     const AgentQuestion &question = pending.questions[position];
-    const QString header = question.header.value_or(QString());
+    const QString header = VisibleText::name(question.header.value_or(QString()));
     m_header->setText(header.isEmpty() ? tr("Choose") : header);
     m_position->setText(tr("%1 of %2").arg(position + 1).arg(pending.questions.size()));
-    m_text->setText(question.question);
+    m_text->setText(VisibleText::paragraph(question.question));
     const bool allowsMore = !pending.input.lines.isEmpty();
     const QString tool = VisibleText::name(pending.toolName);
     m_tool->setText(
@@ -106,9 +107,9 @@ void QuestionStrip::showQuestion(const AgentQuestion &question, bool showsShortc
     m_buttons.clear();
     int digit = 1;
     for (const AgentOption &option : question.options) {
-        auto *button =
-            new OptionButton(option, Colors::questionAccent,
-                             showsShortcuts ? std::optional(digit) : std::nullopt, m_options);
+        const bool hasKey = showsShortcuts && digit <= PanelKey::digitCount;
+        auto *button = new OptionButton(option, Colors::questionAccent,
+                                        hasKey ? std::optional(digit) : std::nullopt, m_options);
         connect(button, &OptionButton::clicked, this,
                 [this, text = question.question, label = option.label] {
                     if (m_reading->isOver()) {

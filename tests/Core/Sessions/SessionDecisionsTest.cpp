@@ -45,6 +45,12 @@ TEST_F(DecisionsTest, ShowsWhatOnlyTheTerminalCanAnswer) {
         EventBuilder(Kind::needsInput).with(&HookEvent::responseMessage, "Waiting");
     const EventBuilder manyChoices = EventBuilder::parked("d2").asking({"Q"}, true);
     const EventBuilder fromCodex = EventBuilder::parked("d2").of(AgentKind::codex).asking({"Q"});
+    // Nor what a panel doesn't show whole.
+    const auto longOption = [](const QString &label, const QString &description) {
+        return QList<AgentQuestion>{{"Q", {}, {{label, description}}, false}};
+    };
+    const EventBuilder parked = EventBuilder::parked("d2");
+    const QString tooLong(1201, u'x');
     // The event, whose hooks it lets go, and how many questions and which message are shown of it.
     const std::tuple<EventBuilder, QStringList, qsizetype, std::optional<QString>> cases[] = {
         {notice, {}, 0, "Waiting"},
@@ -52,6 +58,15 @@ TEST_F(DecisionsTest, ShowsWhatOnlyTheTerminalCanAnswer) {
         {manyChoices.with(&HookEvent::responseMessage, "m"), {"d2 ask"}, 1, "m"},
         {EventBuilder::parked("d2").asking({"Q", "Q"}), {"d2 ask"}, 2, {}},
         {fromCodex, {"d2 ask"}, 1, {}},
+        {parked.asking({tooLong}), {"d2 ask"}, 1, {}},
+        {parked.asking({QString(200, QChar(0x200b))}), {"d2 ask"}, 1, {}},
+        {parked.with(&HookEvent::questions, longOption(tooLong, {})), {"d2 ask"}, 1, {}},
+        {parked.with(&HookEvent::questions, longOption("a", tooLong)), {"d2 ask"}, 1, {}},
+        {parked.with(&HookEvent::questions,
+                     QList<AgentQuestion>{{"Q", {}, QList<AgentOption>(21, {"a", {}}), false}}),
+         {"d2 ask"},
+         1,
+         {}},
     };
     for (const auto &[event, released, questions, message] : cases) {
         apply(Kind::sessionStart);
