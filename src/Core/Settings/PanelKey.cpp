@@ -14,7 +14,7 @@ constexpr std::uint32_t firstDigitKeyCode = 2;
 
 constexpr std::uint32_t lastKeyCode = 247; ///< an X server counts no further
 constexpr qsizetype mostDigits = 3;
-constexpr qsizetype longestSymbol = 16; // characters
+constexpr qsizetype longestSymbol = 32; // characters
 
 bool canBeShown(QStringView symbol) {
     const QList<uint> characters = symbol.toUcs4();
@@ -42,7 +42,8 @@ std::optional<Fault> fault(const HotKey &key) {
     if (!key.super && !key.control && !key.alt) {
         return Fault::needsModifier;
     }
-    if (key.keyCode == 0 || key.keyCode > lastKeyCode || key.symbol.isEmpty()) {
+    if (key.keyCode == 0 || key.keyCode > lastKeyCode || key.symbol.isEmpty() ||
+        !canBeShown(key.symbol)) {
         return Fault::isNoKey;
     }
     for (int index = 0; index < digitCount; ++index) {
@@ -82,8 +83,7 @@ std::optional<HotKey> panelKey(const QString &rawValue) {
     const QStringView number = rest.left(colon);
     const QStringView symbol = rest.mid(colon + 1);
     const auto isDigit = [](QChar character) { return character >= u'0' && character <= u'9'; };
-    if (number.size() > mostDigits || !std::ranges::all_of(number, isDigit) ||
-        !canBeShown(symbol)) {
+    if (number.size() > mostDigits || !std::ranges::all_of(number, isDigit)) {
         return std::nullopt;
     }
     key.keyCode = number.toUInt();
