@@ -47,6 +47,7 @@ FieldWindow::FieldWindow(const QString &title, const QString &initial, const QSt
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(fieldMargin, fieldMargin, fieldMargin, fieldMargin);
     layout->addWidget(m_field);
+    connect(m_field, &QLineEdit::textEdited, this, [this](const QString &text) { edited(text); });
     connect(m_field, &QLineEdit::returnPressed, this, &FieldWindow::commitText);
 }
 
@@ -107,11 +108,7 @@ void FieldWindow::closeEvent(QCloseEvent *event) {
 }
 
 void FieldWindow::commitText() {
-    settle([this] {
-        if (commit) {
-            commit(m_field->text());
-        }
-    });
+    settle([this] { commit(); });
 }
 
 /// In a later turn of the event loop, when nothing of the window is on the stack any more.

@@ -17,9 +17,11 @@ class FieldWindow : public QWidget {
 public:
     FieldWindow(const QString &title, const QString &initial, const QString &placeholder);
 
-    /// Either `commit` is called, once, with the text on Return, or `cancel`, once, when the person
-    /// gives up.
-    std::function<void(const QString &text)> commit;
+    /// Called whenever the person changes the text.
+    std::function<void(const QString &text)> edited;
+
+    /// Either `commit` is called, once, on Return, or `cancel`, once, when the person gives up.
+    std::function<void()> commit;
     std::function<void()> cancel;
 
     /// Whether the text counts as it stands once the person has gone on to another window.

@@ -9,11 +9,12 @@ InlineEditing &InlineEditing::shared() {
     return instance;
 }
 
-Seconds InlineEditing::rest(Date now) const {
-    if (m_count == 0 || !m_openedAt) {
+Seconds InlineEditing::restOfLease(std::optional<Date> &since, Date now) {
+    if (!since) {
         return Seconds(0);
     }
-    return std::max(Seconds(0), Seconds(lease - (now - *m_openedAt)));
+    since = std::min(*since, now);
+    return std::max(Seconds(0), Seconds(lease - (now - *since)));
 }
 
 void InlineEditing::begin(Date now) {
@@ -31,6 +32,12 @@ void InlineEditing::end() {
         m_openedAt.reset();
     }
     emit countChanged();
+}
+
+void InlineEditing::renew(Date now) {
+    if (m_openedAt) {
+        m_openedAt = now;
+    }
 }
 
 } // namespace morvane

@@ -10,7 +10,7 @@ namespace morvane {
 
 /// Counts the text fields that are open in the panels, so that a panel stays open, and Esc belongs
 /// to the field, while somebody types. A field that is forgotten holds a panel no longer than the
-/// lease. Main thread.
+/// lease, which begins anew with each change of a text. Main thread.
 class InlineEditing : public QObject {
     Q_OBJECT
 
@@ -22,24 +22,32 @@ public:
 
     int count() const { return m_count; }
 
-    /// When the latest of the open fields was opened; none without one.
+    /// When the latest of the open fields was opened, or a text was changed since; none without
+    /// one.
     const std::optional<Date> &openedAt() const { return m_openedAt; }
 
     bool isActive(Date now) const { return rest(now) > Seconds(0); }
 
-    /// How long the open fields still count, if no other is opened; 0 without one.
-    Seconds rest(Date now) const;
+    /// How long the open fields still count, if no other is opened and nobody types; 0 without one.
+    Seconds rest(Date now) const { return restOfLease(m_openedAt, now); }
+
+    /// What is left of a lease that began at `since`; 0 without that. A clock that was set back
+    /// starts it over, and doesn't prolong it.
+    static Seconds restOfLease(std::optional<Date> &since, Date now);
 
     /// Called once by each field that opens, and then once by each that goes away.
     void begin(Date now);
     void end();
+
+    /// Called by an open field whose text somebody changes.
+    void renew(Date now);
 
 signals:
     void countChanged();
 
 private:
     int m_count = 0;
-    std::optional<Date> m_openedAt;
+    mutable std::optional<Date> m_openedAt; ///< none without an open field
 };
 
 } // namespace morvane

@@ -35,9 +35,9 @@ QPalette fieldPalette() {
 } // namespace
 
 InlineNameField::InlineNameField(const Setup &setup, const PanelContext &context, QWidget *parent)
-    : QLineEdit(setup.initial, parent), m_editing(context.editing), m_setup(setup),
-      m_activator(std::make_unique<KeyWindowActivator>(*this, context.scheduler,
-                                                       [this] { askInWindow(); })),
+    : QLineEdit(setup.initial, parent), m_editing(context.editing), m_scheduler(context.scheduler),
+      m_setup(setup), m_activator(std::make_unique<KeyWindowActivator>(*this, context.scheduler,
+                                                                       [this] { askInWindow(); })),
       m_focus(context.scheduler.after(Seconds(0), [this] { setFocus(); })) {
     setPlaceholderText(setup.placeholder);
     setAccessibleName(setup.title);
@@ -45,6 +45,8 @@ InlineNameField::InlineNameField(const Setup &setup, const PanelContext &context
     setPalette(fieldPalette());
     setTextMargins(textInset, 0, textInset, 0);
     selectAll();
+    connect(this, &InlineNameField::textEdited, this,
+            [this] { m_editing.renew(m_scheduler.now()); });
     QCoreApplication::instance()->installEventFilter(this);
     m_editing.begin(context.scheduler.now());
 }
@@ -57,6 +59,11 @@ void InlineNameField::abandon() {
     settle(Outcome::cancelled);
 }
 
+void InlineNameField::giveUp() {
+    clear();
+    settle(Outcome::cancelled);
+}
+
 void InlineNameField::askInWindow() {
     m_window = std::make_unique<FieldWindow>(m_setup.title, m_setup.initial, m_setup.placeholder);
     setReadOnly(true);
@@ -64,12 +71,13 @@ void InlineNameField::askInWindow() {
     clearFocus();
     deselect();
     unsetCursor();
-    m_window->commit = [this](const QString &text) {
+    m_window->edited = [this](const QString &text) {
         setText(text);
-        settle(Outcome::committed);
+        m_editing.renew(m_scheduler.now());
     };
+    m_window->commit = [this] { settle(Outcome::committed); };
     m_window->commitsOnBlur = m_setup.commitsOnBlur;
-    m_window->cancel = [this] { abandon(); };
+    m_window->cancel = [this] { giveUp(); };
     m_window->openBelow(panelOnDesktop());
     update();
 }
@@ -130,7 +138,7 @@ void InlineNameField::keyPressEvent(QKeyEvent *event) {
         settle(Outcome::committed);
         break;
     case Qt::Key_Escape:
-        settle(Outcome::cancelled);
+        giveUp();
         break;
     default:
         QLineEdit::keyPressEvent(event);

@@ -11,13 +11,14 @@ namespace morvane {
 class FieldWindow;
 class InlineEditing;
 class KeyWindowActivator;
+class Scheduler;
 struct PanelContext;
 
 /// A text field that stands in a row for as long as somebody types in it. Return commits, Escape
-/// cancels, and so does whatever takes it off the screen; the first of them settles it, and then
-/// it goes away by itself. While it is open it counts as editing and has the keyboard; where a
-/// panel is given no keyboard, a small window of its own asks for the text instead, and what stands
-/// in the row is no field to look at.
+/// empties and cancels it, and whatever takes it off the screen cancels it; the first of them
+/// settles it, and then it goes away by itself. While it is open it counts as editing and has the
+/// keyboard; where a panel is given no keyboard, a small window of its own asks for the text
+/// instead, and what stands in the row is no field to look at.
 class InlineNameField : public QLineEdit {
     Q_OBJECT
 
@@ -38,6 +39,7 @@ public:
 
 signals:
     void commit(const QString &text);
+    /// The text is what has been typed, unless the person has given it up.
     void cancel();
 
 protected:
@@ -52,12 +54,14 @@ private:
     enum class Outcome { committed, cancelled };
 
     void askInWindow();
+    void giveUp();
     QRect panelOnDesktop() const;
     bool commitsOnBlur() const;
     void settle(Outcome outcome);
     void leave();
 
     InlineEditing &m_editing;
+    Scheduler &m_scheduler;
     const Setup m_setup;
     bool m_settled = false;
     bool m_counts = true; ///< as editing

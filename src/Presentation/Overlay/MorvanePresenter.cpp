@@ -133,8 +133,8 @@ std::optional<QPoint> MorvanePresenter::pointerPosition() const {
 }
 
 bool MorvanePresenter::isUsedByKeys() const {
-    return m_window && m_surface->isUsedByKeys() && m_window->holdsKeyboard() && m_lastKeyAt &&
-           m_context.scheduler.now() - *m_lastKeyAt < InlineEditing::lease;
+    return m_window && m_surface->isUsedByKeys() && m_window->holdsKeyboard() &&
+           InlineEditing::restOfLease(m_lastKeyAt, m_context.scheduler.now()) > Seconds(0);
 }
 
 void MorvanePresenter::endKeyboardUse() {

@@ -137,7 +137,7 @@ private:
     Animation m_fade;
     bool m_isExpanded = false;
     bool m_toldExpanded = false;
-    std::optional<Date> m_lastKeyAt; ///< since the panel was opened to the keys
+    mutable std::optional<Date> m_lastKeyAt; ///< since the panel was opened to the keys
     Task m_presentation;
     std::unique_ptr<AbandonedMenu> m_abandonedMenu; ///< none but while a menu is open
     std::optional<QPoint> m_pointerLostAt;          ///< where it was when a menu closed

@@ -67,21 +67,35 @@ void CompletedRow::setRecord(const CompletedRecord &record, const Details &detai
     nameLine().setRenamable(context().actions.onRenameCommit && !record.cwd.isEmpty());
     const AgentKind agent = record.agent.value_or(defaultAgentKind);
     m_agent->setAgent(details.showsAgent ? std::optional(agent) : std::nullopt);
-    m_digit->setContent(details.badge ? PlatformWords::digitShortcut(*details.badge + 1)
-                                      : QString(),
-                        Colors::tertiaryText);
+    showBadge(details.badge);
     m_subtitle->setText(subtitleOf(record, context().scheduler.now()));
     showReply(details.session);
     setAccessibleName(record.name + QStringLiteral(", ") + m_subtitle->text());
 }
 
-/// Whether a reply would arrive costs a look at the machine, so it is asked once for each change.
+void CompletedRow::showBadge(std::optional<int> badge) {
+    m_badge = badge;
+    m_digit->setContent(badge ? PlatformWords::digitShortcut(*badge + 1) : QString(),
+                        Colors::tertiaryText);
+}
+
+void CompletedRow::outliveEntry() {
+    showBadge(std::nullopt);
+}
+
+/// Whether a reply would arrive costs a look at the machine, so it is asked once for each change. A
+/// text in the strip stays there, and with the session that it was typed for.
 void CompletedRow::showReply(const std::optional<Session> &session) {
     if (session == m_session) {
         return;
     }
+    const bool isOffered = session && ReplyStrip::isOffered(context(), *session);
+    const bool isTheSame = isOffered && m_session && session->id == m_session->id;
+    if (m_strip != nullptr && m_strip->holdsText() && !isTheSame) {
+        return;
+    }
     m_session = session;
-    if (session && ReplyStrip::isOffered(context(), *session)) {
+    if (isOffered) {
         m_strip = &replyStrip(*m_column);
         m_strip->setSession(*session);
         m_strip->show();

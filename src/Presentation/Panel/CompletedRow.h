@@ -31,15 +31,22 @@ public:
     /// The record as it is to be told now.
     void setRecord(const CompletedRecord &record, const Details &details);
     const CompletedRecord &record() const { return m_record; }
+    /// The position of the digit on show.
+    const std::optional<int> &badge() const { return m_badge; }
+
+    /// No digit opens it any more.
+    void outliveEntry() override;
 
 protected:
     bool hitButton(const QPoint &position) const override;
 
 private:
+    void showBadge(std::optional<int> badge);
     void reopen();
     void showReply(const std::optional<Session> &session);
 
     CompletedRecord m_record;
+    std::optional<int> m_badge;
     PixelFrameView *m_mark;
     AgentBadge *m_agent;
     Badge *m_digit;

@@ -24,8 +24,11 @@ public:
     /// Whether a text would be lost with the row.
     bool holdsText() const;
 
-    /// Closes the field; what has been typed is dropped.
+    /// Closes the field; nothing is committed.
     void abandonEditing();
+
+    /// The row is no longer on the list and stays only for its text: it may have changed since.
+    virtual void outliveEntry() = 0;
 
     /// Tells a row that may have moved where the pointer is on the desktop, or that it is on none
     /// of the rows. Qt looks for the pointer when that moves, not when a row moves under it.
@@ -45,9 +48,6 @@ protected:
 
     /// The strip that offers a reply; made at the end of the column when it is first called for.
     ReplyStrip &replyStrip(QBoxLayout &column);
-
-    /// The strip is on its way out; the next one is a new one.
-    void forgetReplyStrip() { m_reply = nullptr; }
 
     bool hitButton(const QPoint &position) const override;
     void paintEvent(QPaintEvent *event) override;

@@ -60,11 +60,18 @@ void ReplyStrip::openField() {
     m_field->setFixedHeight(m_affordance->sizeHint().height());
     connect(m_field, &InlineNameField::commit, this, [this](const QString &text) {
         closeField();
+        m_unsent.clear();
         if (!text.trimmed().isEmpty()) {
             send(text);
         }
     });
-    connect(m_field, &InlineNameField::cancel, this, &ReplyStrip::closeField);
+    connect(m_field, &InlineNameField::cancel, this, [this] {
+        m_unsent = m_field->text().trimmed();
+        closeField();
+        if (!m_unsent.isEmpty()) {
+            tell(tr("not sent"));
+        }
+    });
     m_affordance->hide();
     m_outcome->hide();
     layout()->addWidget(m_field);
@@ -73,6 +80,7 @@ void ReplyStrip::openField() {
 
 void ReplyStrip::closeField() {
     layout()->removeWidget(m_field);
+    m_field.clear();
     m_affordance->show();
     m_affordance->setFocus();
 }

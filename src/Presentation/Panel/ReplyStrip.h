@@ -14,7 +14,7 @@ struct PanelContext;
 
 /// Offers to type a line into the terminal of a session that has finished. The field stays open
 /// when it loses the focus: nothing is sent but what somebody has sent. Then it says whether that
-/// went out.
+/// went out. What hasn't been sent is offered again, unless somebody has given it up.
 class ReplyStrip : public QWidget {
     Q_OBJECT
 
@@ -46,7 +46,7 @@ private:
     TextLabel *m_outcome; ///< what has become of the last reply
     QPointer<InlineNameField> m_field;
     bool m_isSending = false;
-    QString m_unsent; ///< what could not be sent is offered again
+    QString m_unsent;
 };
 
 } // namespace morvane

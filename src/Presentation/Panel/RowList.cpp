@@ -68,11 +68,11 @@ void RowList::setEntries(const QList<Entry> &entries, std::optional<Seconds> dur
 }
 
 void RowList::takeOver(const QList<Entry> &entries, bool moves) {
+    QList<Slot> gone = std::exchange(m_slots, {});
     QHash<QString, Slot> before;
-    for (Slot &slot : m_slots) {
+    for (const Slot &slot : std::as_const(gone)) {
         before.insert(slot.entry.key, slot);
     }
-    m_slots.clear();
     m_slots.reserve(entries.size());
     for (const Entry &entry : entries) {
         const auto known = before.constFind(entry.key);
@@ -90,17 +90,23 @@ void RowList::takeOver(const QList<Entry> &entries, bool moves) {
         }
         m_slots.append(slot);
     }
-    for (Slot &slot : before) {
-        dismiss(slot, moves);
+    for (qsizetype index = 0; index < gone.size(); ++index) {
+        if (!before.contains(gone[index].entry.key)) {
+            continue;
+        }
+        if (holdsText(gone[index])) {
+            static_cast<ListRow *>(gone[index].widget)->outliveEntry();
+            gone[index].isMeasured = false;
+            m_slots.insert(std::min(index, m_slots.size()), gone[index]);
+        } else {
+            dismiss(gone[index], moves);
+        }
     }
 }
 
 void RowList::dismiss(Slot &slot, bool moves) {
     if (slot.widget == nullptr) {
         return;
-    }
-    if (auto *row = qobject_cast<ListRow *>(slot.widget)) {
-        row->abandonEditing();
     }
     if (moves && !slot.widget->visibleRegion().isEmpty()) {
         m_ghosts.append({pictureOf(*slot.widget), slot.widget->pos()});
@@ -256,11 +262,14 @@ std::optional<qsizetype> RowList::anchor(int offset) const {
     return offset > 0 ? firstInSight : std::nullopt;
 }
 
+bool RowList::holdsText(const Slot &slot) {
+    const auto *row = qobject_cast<ListRow *>(slot.widget);
+    return row != nullptr && row->holdsText();
+}
+
 bool RowList::holdsText(const QString &key) const {
-    return std::ranges::any_of(m_slots, [&](const Slot &slot) {
-        const auto *row = qobject_cast<ListRow *>(slot.widget);
-        return row != nullptr && slot.entry.key == key && row->holdsText();
-    });
+    return std::ranges::any_of(
+        m_slots, [&](const Slot &slot) { return slot.entry.key == key && holdsText(slot); });
 }
 
 void RowList::shiftStart(int distance) {

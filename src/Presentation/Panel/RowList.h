@@ -32,8 +32,9 @@ public:
     RowList(Scheduler &scheduler, QWidget *parent);
     ~RowList() override;
 
-    /// Takes over what is to be shown. Takes effect with the next `layOut`; with a duration the
-    /// change moves, without one a movement that is under way goes on.
+    /// Takes over what is to be shown, and keeps a row besides for as long as it has a text in it
+    /// that would be lost with it. Takes effect with the next `layOut`; with a duration the change
+    /// moves, without one a movement that is under way goes on.
     void setEntries(const QList<Entry> &entries, std::optional<Seconds> duration);
 
     /// Places everything at this width, makes what lies between the two heights, and gives the
@@ -94,6 +95,7 @@ private:
 
     void accessibilityActiveChanged(bool active) override;
     void takeOver(const QList<Entry> &entries, bool moves);
+    static bool holdsText(const Slot &slot);
     void dismiss(Slot &slot, bool moves);
     void start(Seconds duration);
     void finish();

@@ -8,7 +8,6 @@
 #include "Presentation/Panel/ExternalStrip.h"
 #include "Presentation/Panel/NameLine.h"
 #include "Presentation/Panel/QuestionStrip.h"
-#include "Presentation/Panel/ReplyStrip.h"
 #include "Presentation/Panel/SessionMetaLine.h"
 #include "Presentation/Panel/SessionSubtitle.h"
 #include "Presentation/Panel/SubagentList.h"
@@ -79,6 +78,13 @@ void SessionRow::setSession(const Session &session, Details details) {
     showStrip(details);
 }
 
+void SessionRow::outliveEntry() {
+    Session ended;
+    ended.id = m_session.id;
+    ended.cwd = m_session.cwd;
+    setSession(context().store.sessions().value(m_session.id, ended), {});
+}
+
 void SessionRow::setInputHeightLimit(int limit) {
     m_inputHeightLimit = limit;
     if (m_approval != nullptr) {
@@ -128,9 +134,6 @@ void SessionRow::retire(QWidget &strip) {
     m_approval = m_approval == &strip ? nullptr : m_approval;
     m_question = m_question == &strip ? nullptr : m_question;
     m_external = m_external == &strip ? nullptr : m_external;
-    if (qobject_cast<ReplyStrip *>(&strip) != nullptr) {
-        forgetReplyStrip();
-    }
 }
 
 QWidget *SessionRow::stripFor(bool showsShortcuts) {
@@ -148,11 +151,7 @@ QWidget *SessionRow::stripFor(bool showsShortcuts) {
         externalStrip().setSession(m_session);
         return m_external;
     }
-    if (!ReplyStrip::isOffered(context(), m_session)) {
-        return nullptr;
-    }
-    replyStrip(*m_column).setSession(m_session);
-    return &replyStrip(*m_column);
+    return nullptr;
 }
 
 void SessionRow::select() {
@@ -170,7 +169,7 @@ bool SessionRow::isUpToDate() const {
 }
 
 bool SessionRow::hasBeenRead() const {
-    if (m_strip == nullptr || !isUpToDate()) {
+    if (m_strip == nullptr || !m_details.testFlag(Detail::showsShortcuts) || !isUpToDate()) {
         return false;
     }
     return m_strip == m_approval   ? m_approval->hasBeenRead()

@@ -35,11 +35,14 @@ public:
     void setSession(const Session &session, Details details);
     const Session &session() const { return m_session; }
 
+    /// It waits for nothing any more.
+    void outliveEntry() override;
+
     /// How high the view of a call may become, in points.
     void setInputHeightLimit(int limit);
 
-    /// Whether the prompt here is still the one that waits, and has stood here long enough to be
-    /// read.
+    /// Whether the prompt here is still the one that waits, shows the digits that answer it, and
+    /// has stood here long enough to be read.
     bool hasBeenRead() const;
 
 protected:

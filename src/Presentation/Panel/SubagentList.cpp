@@ -1,5 +1,6 @@
 #include "Presentation/Panel/SubagentList.h"
 
+#include "Core/Ground/BoundedText.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/SystemImage.h"
 #include "Presentation/Style/TextLabel.h"
@@ -12,6 +13,7 @@ namespace morvane {
 
 namespace {
 
+constexpr int mostTaskLines = 100; ///< the list around it scrolls
 constexpr int chevronSpace = 13;
 constexpr double chevronSide = 7;
 constexpr double focusRadius = 4;
@@ -21,8 +23,8 @@ constexpr double focusRadius = 4;
 SubagentList::SubagentList(QWidget *parent)
     : PanelButton(parent), m_count(new TextLabel(Typography::text(Typography::secondarySize),
                                                  Colors::secondaryText, 1, this)),
-      m_tasks(new TextLabel(Typography::text(Typography::secondarySize), Colors::tertiaryText, 0,
-                            this)) {
+      m_tasks(new TextLabel(Typography::text(Typography::secondarySize), Colors::tertiaryText,
+                            mostTaskLines, this)) {
     setCheckable(true);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     setCursor(Qt::PointingHandCursor);
@@ -42,7 +44,7 @@ void SubagentList::setSubagents(const QList<Subagent> &subagents) {
     QStringList tasks;
     for (const Subagent &subagent : subagents) {
         tasks.append((subagent.done ? QStringLiteral("✓  ") : QStringLiteral("·  ")) +
-                     subagent.task);
+                     BoundedText::of(subagent.task, BoundedText::lineLength));
     }
     m_count->setText(count);
     setAccessibleName(count);

@@ -27,6 +27,13 @@ TEST(InlineEditing, HoldsForTwoMinutesAfterTheLatestOpening) {
     EXPECT_EQ(editing.openedAt(), start + Seconds(100));
     editing.end();
     EXPECT_FALSE(editing.openedAt());
+    editing.renew(start);
+    EXPECT_FALSE(editing.isActive(start));
+
+    // A clock that is set back prolongs nothing, and takes nothing away from whoever types.
+    editing.begin(start);
+    EXPECT_TRUE(editing.isActive(start - Seconds(3600)));
+    EXPECT_FALSE(editing.isActive(start - Seconds(3480)));
 }
 
 TEST(KeyablePanel, GivesTheKeyboardBackOnceNobodyUsesItAnyMore) {
@@ -92,7 +99,10 @@ TEST_F(InlineNameFieldTest, ReturnCommitsWhatIsTypedOverTheSelectedName) {
     EXPECT_EQ(editing.count(), 1);
     EXPECT_TRUE(hasKeyboard);
     EXPECT_EQ(panel.focusWidget(), field.data());
+    scheduler.advance(Seconds(119));
     QTest::keyClicks(field, "new");
+    scheduler.advance(Seconds(119));
+    EXPECT_TRUE(editing.isActive(scheduler.now()));
     QTest::keyClick(field, Qt::Key_Return);
     EXPECT_EQ(outcomes, QStringList({"commit new"}));
     expectGone();
@@ -178,7 +188,9 @@ TEST_F(InlineNameFieldTest, AsksInAWindowOfItsOwnWhereKeysCantReachThePanel) {
         outcomes.clear();
         open();
         ASSERT_NE(window(), nullptr);
+        scheduler.advance(Seconds(119));
         QTest::keyClicks(window()->findChild<QLineEdit *>(), "new");
+        EXPECT_EQ(editing.openedAt(), scheduler.now());
         answer(window());
         EXPECT_FALSE(window()->isVisible());
         // What comes too late changes nothing.
@@ -188,7 +200,10 @@ TEST_F(InlineNameFieldTest, AsksInAWindowOfItsOwnWhereKeysCantReachThePanel) {
         expectGone();
     }
 
-    open().abandon();
+    open();
+    QTest::keyClicks(window()->findChild<QLineEdit *>(), "new");
+    field->abandon();
+    EXPECT_EQ(field->text(), "new");
     EXPECT_EQ(window(), nullptr);
     expectGone();
 }

@@ -7,9 +7,11 @@
 #include "Presentation/Panel/InputView.h"
 #include "Presentation/Panel/OptionButton.h"
 #include "Presentation/Panel/PencilButton.h"
+#include "Presentation/Panel/SubagentList.h"
 #include "Presentation/PanelFixture.h"
 #include "Presentation/Style/ActivateLayouts.h"
 #include "Presentation/Style/Colors.h"
+#include "Presentation/Style/TextLabel.h"
 
 #include <QCoreApplication>
 #include <QLabel>
@@ -107,6 +109,29 @@ TEST_F(SessionRowTest, AsksOneQuestionAfterTheOther) {
     shownIn<OptionButton>(row)[0]->click();
     EXPECT_EQ(decisions, QList<AgentDecision>(
                              {AgentDecision::answer({{"First?", "No"}, {"Second?", "Yes"}})}));
+}
+
+TEST_F(SessionRowTest, ShowsAQuestionWholeWithADigitForEachKeyThatThereIs) {
+    const QString text = QString("word ").repeated(230) + "end\u202e";
+    QList<AgentOption> options{{"a\u200b\n" + text, text}};
+    for (int index = 1; index < 7; ++index) {
+        options.append({QString::number(index) + ".", {}});
+    }
+    apply(EventBuilder::parked("d").with(&HookEvent::questions,
+                                         QList<AgentQuestion>{{text, {}, options, false}}));
+    row.setSession(store.sessions().value("s"), SessionRow::Detail::showsShortcuts);
+    row.resize(572, 400);
+    row.show();
+    int whole = 0;
+    QStringList digits;
+    for (const TextLabel *label : shownIn<TextLabel>(row)) {
+        whole += label->lines(400).last().endsWith("end⟨U+202E⟩") ? 1 : 0;
+        digits += label->text().size() == 1 ? label->text() : QString();
+    }
+    EXPECT_EQ(whole, 3);
+    digits.removeAll(QString());
+    EXPECT_EQ(digits, QStringList({"1", "2", "3", "4", "5"}));
+    EXPECT_TRUE(shownIn<OptionButton>(row).first()->text().startsWith("a⟨U+200B⟩\nword"));
 }
 
 TEST_F(SessionRowTest, TakesAPressOnlyForWhatHasStoodLongEnoughToBeRead) {
@@ -265,6 +290,17 @@ TEST_F(SessionRowTest, LeadsToTheSessionButNotFromBesideAButton) {
     EXPECT_EQ(selected, QStringList({"s", "s"}));
 }
 
+TEST_F(SessionRowTest, ALongTaskTakesNoRoomFromTheOthers) {
+    apply(Event::promptSubmit);
+    Session session = store.sessions().value("s");
+    session.subagents = {{{}, QString(3000, u'x'), false}, {{}, "look", true}};
+    row.setSession(session, {});
+    row.show();
+    shownIn<SubagentList>(row).first()->click();
+    const TextLabel *tasks = shownIn<TextLabel>(*shownIn<SubagentList>(row).first()).last();
+    EXPECT_EQ(tasks->lines(400).last(), "✓  look");
+}
+
 TEST_F(SessionRowTest, CountsDownWhileOnScreenAndWarnsAtTheEnd) {
     motion.setReduced(true); // the mascot would tick as well
     show(EventBuilder::parked("d"));
@@ -314,68 +350,6 @@ TEST_F(SessionRowTest, ThePencilTurnsTheNameIntoAFieldThatOutlivesAnUpdate) {
     EXPECT_FALSE(field());
     QTest::mouseClick(&row, Qt::LeftButton, {}, QPoint(300, 35));
     EXPECT_EQ(selected.size(), 1);
-}
-
-TEST_F(SessionRowTest, OffersAReplyOnlyWhereItCanBeTyped) {
-    apply(Event::promptSubmit);
-    apply(Event::turnEnd);
-    Session session = store.sessions().value("s");
-    const auto offered = [&] {
-        row.setSession(session, {});
-        row.show();
-        return textsIn<DecideButton>(row) == QStringList({" Reply"});
-    };
-    EXPECT_FALSE(offered());
-    session.pane.tmux = "%1";
-    EXPECT_TRUE(offered());
-    session.state = SessionState::working;
-    EXPECT_FALSE(offered());
-    session.state = SessionState::failed;
-    EXPECT_TRUE(offered());
-    context.actions.onReply = nullptr;
-    session.state = SessionState::done;
-    EXPECT_FALSE(offered());
-}
-
-TEST_F(SessionRowTest, SendsWhatIsTypedAndNothingElse) {
-    PaneLocator pane;
-    pane.tmux = "%1";
-    apply(EventBuilder(Event::turnEnd).with(&HookEvent::pane, pane));
-    const auto type = [this](const QString &text, Qt::Key key) {
-        show();
-        shownIn<DecideButton>(row).first()->click();
-        QTest::keyClicks(field(), text);
-        QFocusEvent blur(QEvent::FocusOut, Qt::OtherFocusReason);
-        QCoreApplication::sendEvent(field(), &blur);
-        QTest::mouseClick(&row, Qt::LeftButton, {}, QPoint(300, 12));
-        QTest::keyClick(field(), key);
-        EXPECT_FALSE(field());
-    };
-    type("dropped", Qt::Key_Escape);
-    type("  ", Qt::Key_Return);
-    EXPECT_TRUE(replies.isEmpty());
-    type("go on", Qt::Key_Return);
-    EXPECT_EQ(replies, QStringList({"s: go on"}));
-    EXPECT_TRUE(selected.isEmpty());
-    const auto says = [this](const QString &text) {
-        show();
-        return textsIn<QLabel>(row).contains(text);
-    };
-    EXPECT_FALSE(says("sent"));
-    tellOutcome(true);
-    EXPECT_TRUE(says("sent"));
-
-    // What could not be sent needn't be typed again.
-    type("and on", Qt::Key_Return);
-    EXPECT_FALSE(says("sent"));
-    tellOutcome(false);
-    EXPECT_TRUE(says("could not be sent"));
-    shownIn<DecideButton>(row).first()->click();
-    EXPECT_EQ(field()->text(), "and on");
-    apply(Event::promptSubmit);
-    show();
-    EXPECT_FALSE(field());
-    EXPECT_EQ(editing.count(), 0);
 }
 
 } // namespace

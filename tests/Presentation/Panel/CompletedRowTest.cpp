@@ -1,0 +1,147 @@
+#include "Presentation/Panel/CompletedRow.h"
+
+#include "Presentation/Overlay/InlineNameField.h"
+#include "Presentation/Panel/DecideButton.h"
+#include "Presentation/PanelFixture.h"
+#include "Presentation/Style/ActivateLayouts.h"
+
+#include <QCoreApplication>
+#include <QLabel>
+#include <QLayout>
+#include <QTest>
+
+namespace morvane {
+namespace {
+
+class CompletedRowTest : public PanelFixture {
+protected:
+    /// Lets a session finish where it can be typed into.
+    void finish(const QString &sessionID = "s") {
+        PaneLocator pane;
+        pane.tmux = "%1";
+        apply(EventBuilder(Event::turnEnd)
+                  .in(sessionID)
+                  .with(&HookEvent::cwd, "/p")
+                  .with(&HookEvent::pane, pane));
+    }
+
+    void show(const std::optional<Session> &session) {
+        CompletedRow::Details details;
+        details.session = session;
+        row.setRecord(store.completedHistory().first(), details);
+        activateLayouts(row);
+        row.resize(572, row.layout()->totalHeightForWidth(572));
+        row.show();
+    }
+    void show() { show(store.finishedSession(store.completedHistory().first())); }
+
+    bool offersReply() {
+        show();
+        return textsIn<DecideButton>(row) == QStringList({" Reply"});
+    }
+    bool says(const QString &text) {
+        show();
+        return textsIn<QLabel>(row).contains(text);
+    }
+
+    /// The text field that is open; none once the event that has closed it is over.
+    InlineNameField *field() const {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return row.findChild<InlineNameField *>();
+    }
+    InlineNameField &open() {
+        show();
+        shownIn<DecideButton>(row).first()->click();
+        return *field();
+    }
+    void type(const QString &text, Qt::Key key) {
+        QTest::keyClicks(&open(), text);
+        QFocusEvent blur(QEvent::FocusOut, Qt::OtherFocusReason);
+        QCoreApplication::sendEvent(field(), &blur);
+        QTest::mouseClick(&row, Qt::LeftButton, {}, QPoint(300, 12));
+        QTest::keyClick(field(), key);
+        EXPECT_FALSE(field());
+    }
+
+    CompletedRow row{context, nullptr};
+};
+
+TEST_F(CompletedRowTest, OffersAReplyOnlyWhereItCanBeTyped) {
+    finish();
+    Session session = store.sessions().value("s");
+    const auto offered = [&] {
+        show(session);
+        return textsIn<DecideButton>(row) == QStringList({" Reply"});
+    };
+    EXPECT_TRUE(offered());
+    session.pane.tmux.reset();
+    EXPECT_FALSE(offered());
+    session.pane.tmux = "%1";
+    session.state = SessionState::working;
+    EXPECT_FALSE(offered());
+    session.state = SessionState::failed;
+    EXPECT_TRUE(offered());
+    context.actions.onReply = nullptr;
+    session.state = SessionState::done;
+    EXPECT_FALSE(offered());
+}
+
+TEST_F(CompletedRowTest, SendsWhatIsTypedAndNothingElse) {
+    finish();
+    type("dropped", Qt::Key_Escape);
+    type("  ", Qt::Key_Return);
+    EXPECT_TRUE(replies.isEmpty());
+    type("go on", Qt::Key_Return);
+    EXPECT_EQ(replies, QStringList({"s: go on"}));
+    EXPECT_TRUE(reopened.isEmpty());
+    EXPECT_FALSE(says("sent"));
+    tellOutcome(true);
+    EXPECT_TRUE(says("sent"));
+
+    // What could not be sent needn't be typed again.
+    type("and on", Qt::Key_Return);
+    EXPECT_FALSE(says("sent"));
+    tellOutcome(false);
+    EXPECT_TRUE(says("could not be sent"));
+    EXPECT_EQ(open().text(), "and on");
+    row.hide();
+    EXPECT_TRUE(says("not sent"));
+    EXPECT_EQ(open().text(), "and on");
+    QTest::keyClick(field(), Qt::Key_Escape);
+    EXPECT_EQ(open().text(), "");
+    row.hide();
+    EXPECT_FALSE(says("not sent"));
+    EXPECT_EQ(editing.count(), 0);
+}
+
+TEST_F(CompletedRowTest, ATextStaysWithTheSessionThatItWasTypedFor) {
+    // Whoever refuses says so at once.
+    context.actions.onReply = [this](const Session &session, const QString &text,
+                                     const auto &told) {
+        replies += session.id + ": " + text;
+        told(false);
+    };
+    const std::function<void()> changes[] = {
+        [this] { apply(Event::promptSubmit); },
+        [this] { store.removeSessions("/p"); },
+        [this] { finish("other"); },
+    };
+    for (const auto &change : changes) {
+        finish();
+        QTest::keyClicks(&open(), "go");
+        change();
+        show();
+        ASSERT_TRUE(field());
+        QTest::keyClicks(field(), " on");
+        QTest::keyClick(field(), Qt::Key_Return);
+        EXPECT_EQ(std::exchange(replies, {}), QStringList({"s: go on"}));
+        EXPECT_TRUE(says("could not be sent"));
+        EXPECT_EQ(open().text(), "go on");
+        QTest::keyClick(field(), Qt::Key_Escape);
+        EXPECT_EQ(offersReply(), store.sessions().contains("other"));
+        store.removeSessions("/p");
+    }
+}
+
+} // namespace
+} // namespace morvane
