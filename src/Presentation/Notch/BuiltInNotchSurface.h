@@ -13,16 +13,6 @@ class ExpandedView;
 class NotchVeil;
 struct PanelContext;
 
-/// What stands in the notch. Kept by the presenter, whose surface shows it.
-struct BuiltInNotchState {
-    enum class Mode {
-        compact,  ///< the notch, a little wider, with the status on either side
-        expanded, ///< the panel
-    };
-    Mode mode = Mode::compact;
-    bool isHovering = false; ///< the pointer was on what the surface shows when last looked for
-};
-
 /// The black shell that grows out of a notch, with the status beside the notch or the panel below
 /// it. The widget is a stage, transparent but for the shell, and keeps its size while that grows
 /// and shrinks. Nothing ticks while the shell rests.
@@ -30,7 +20,10 @@ class BuiltInNotchSurface : public PanelSurface {
     Q_OBJECT
 
 public:
-    using Mode = BuiltInNotchState::Mode;
+    enum class Mode {
+        compact,  ///< the notch, a little wider, with the status on either side
+        expanded, ///< the panel
+    };
 
     /// Starts out compact.
     explicit BuiltInNotchSurface(const PanelContext &context);

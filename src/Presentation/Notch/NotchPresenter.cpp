@@ -131,7 +131,6 @@ void NotchPresenter::makePanel() {
     if (window() || !hasNotch()) {
         return;
     }
-    m_surfaceState = {};
     m_surface = std::make_unique<BuiltInNotchSurface>(context());
     m_surface->refresh();
     putUp(*m_surface);
@@ -168,7 +167,6 @@ void NotchPresenter::show() {
 void NotchPresenter::destroyNotch() {
     m_hover.lock(context().scheduler.now());
     reportExpanded(false);
-    m_surfaceState = {};
     if (!window()) {
         return;
     }
@@ -212,10 +210,10 @@ bool NotchPresenter::isPointerInside() {
         return false;
     }
     const auto pointer = pointerPosition();
-    m_surfaceState.isHovering =
+    const bool isOnSurface =
         pointer && window() && window()->isVisible() &&
         m_surface->shape().contains(*pointer - NotchGeometry::stageFrame(*m_display).topLeft());
-    return m_surfaceState.isHovering || isMenuOpen() ||
+    return isOnSurface || isMenuOpen() ||
            (pointer && NotchGeometry::hoverZone(*m_display).contains(*pointer));
 }
 
@@ -225,7 +223,7 @@ void NotchPresenter::open() {
     }
     reportExpanded(true);
     makePanel();
-    setMode(BuiltInNotchState::Mode::expanded);
+    setMode(BuiltInNotchSurface::Mode::expanded);
 }
 
 void NotchPresenter::close() {
@@ -236,16 +234,14 @@ void NotchPresenter::close() {
     m_hover.lock(context().scheduler.now());
     reportExpanded(false);
     makePanel();
-    setMode(BuiltInNotchState::Mode::compact);
+    setMode(BuiltInNotchSurface::Mode::compact);
 }
 
-void NotchPresenter::setMode(BuiltInNotchState::Mode mode) {
-    if (!window() || m_surfaceState.mode == mode) {
-        return;
+void NotchPresenter::setMode(BuiltInNotchSurface::Mode mode) {
+    if (window()) {
+        m_surface->setMode(mode, motion());
+        window()->setShape(m_surface->shape());
     }
-    m_surfaceState.mode = mode;
-    m_surface->setMode(mode, motion());
-    window()->setShape(m_surface->shape());
 }
 
 /// Without a compositor a shell that is still growing would show the black that is around it.

@@ -50,14 +50,13 @@ private:
     bool isPointerInside();
     void open();
     void close();
-    void setMode(BuiltInNotchState::Mode mode);
+    void setMode(BuiltInNotchSurface::Mode mode);
     Motion motion() const;
 
     bool isHeld() const;
 
     PointerMonitor &m_pointer;
     std::optional<Display> m_display;
-    BuiltInNotchState m_surfaceState;
 
     std::unique_ptr<BuiltInNotchSurface> m_surface;
     std::unique_ptr<BuiltInNotchSurface>

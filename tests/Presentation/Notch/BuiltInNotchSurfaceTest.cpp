@@ -15,7 +15,7 @@ namespace {
 
 class BuiltInNotchSurfaceTest : public PanelFixture {
 protected:
-    using Mode = BuiltInNotchState::Mode;
+    using Mode = BuiltInNotchSurface::Mode;
 
     BuiltInNotchSurfaceTest() {
         surface.setAttribute(Qt::WA_TranslucentBackground);
