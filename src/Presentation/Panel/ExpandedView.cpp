@@ -280,7 +280,7 @@ void ExpandedView::takeFocus() {
 }
 
 void ExpandedView::keyPressEvent(QKeyEvent *event) {
-    const FocusOrder order(m_viewport->rows());
+    const FocusOrder order(m_viewport->rows(), *m_footer);
     switch (event->key()) {
     case Qt::Key_Down:
         order.moveToLine(FocusOrder::Direction::forward);
@@ -308,7 +308,7 @@ void ExpandedView::keyPressEvent(QKeyEvent *event) {
 /// Not on the way out, when the list is at its top again already.
 bool ExpandedView::focusNextPrevChild(bool next) {
     return isVisible() &&
-           FocusOrder(m_viewport->rows())
+           FocusOrder(m_viewport->rows(), *m_footer)
                .move(next ? FocusOrder::Direction::forward : FocusOrder::Direction::back);
 }
 

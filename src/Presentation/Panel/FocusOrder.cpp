@@ -15,27 +15,33 @@ namespace {
 
 constexpr int lineTolerance = 3; ///< in points, between the middles of what stands in one line
 
-bool isStop(const QWidget &widget, const QWidget &row) {
-    return (widget.focusPolicy() & Qt::TabFocus) != 0 && widget.isVisibleTo(&row) &&
+bool isStop(const QWidget &widget, const QWidget &parent) {
+    return (widget.focusPolicy() & Qt::TabFocus) != 0 && widget.isVisibleTo(&parent) &&
            widget.isEnabled();
 }
 
 } // namespace
 
-FocusOrder::FocusOrder(const RowList &rows) : m_rows(rows) {
+FocusOrder::FocusOrder(const RowList &rows, const QWidget &footer)
+    : m_rows(rows), m_footer(footer) {
     for (QWidget *row : rows.inOrder()) {
-        if (qobject_cast<ListRow *>(row) == nullptr) {
-            continue;
+        if (qobject_cast<ListRow *>(row) != nullptr) {
+            m_stops.append(row);
+            append(*row);
         }
-        m_stops.append(row);
-        QWidgetList inner = row->findChildren<QWidget *>();
-        inner.removeIf([&](const QWidget *widget) { return !isStop(*widget, *row); });
-        std::ranges::stable_sort(inner, {}, [&](const QWidget *widget) {
-            const QPoint place = widget->mapTo(row, QPoint());
-            return std::pair(place.y(), place.x());
-        });
-        m_stops.append(inner);
     }
+    append(footer);
+}
+
+/// What stands in it, from top to bottom and from left to right.
+void FocusOrder::append(const QWidget &parent) {
+    QWidgetList inner = parent.findChildren<QWidget *>();
+    inner.removeIf([&](const QWidget *widget) { return !isStop(*widget, parent); });
+    std::ranges::stable_sort(inner, {}, [&](const QWidget *widget) {
+        const QPoint place = widget->mapTo(&parent, QPoint());
+        return std::pair(place.y(), place.x());
+    });
+    m_stops.append(inner);
 }
 
 /// What has just gone still has its place in the list.
@@ -45,9 +51,9 @@ qsizetype FocusOrder::current() const {
     if (known >= 0 || !m_rows.isAncestorOf(focus)) {
         return known;
     }
-    const int place = focus->mapTo(&m_rows, QPoint()).y();
+    const int place = height(*focus, {});
     const auto behind = std::ranges::find_if(
-        m_stops, [&](const QWidget *stop) { return stop->mapTo(&m_rows, QPoint()).y() >= place; });
+        m_stops, [&](const QWidget *stop) { return height(*stop, {}) >= place; });
     return behind - m_stops.begin() - 1;
 }
 
@@ -84,14 +90,20 @@ void FocusOrder::moveInLine(Direction direction) const {
     }
 }
 
-int FocusOrder::height(qsizetype stop) const {
+/// As if the whole of the list were in sight above the footer.
+int FocusOrder::height(const QWidget &widget, const QPoint &point) const {
+    return m_rows.isAncestorOf(&widget) ? widget.mapTo(&m_rows, point).y()
+                                        : m_rows.height() + widget.mapTo(&m_footer, point).y();
+}
+
+int FocusOrder::lineHeight(qsizetype stop) const {
     const QWidget &widget = *m_stops[stop];
     const auto *row = qobject_cast<const ListRow *>(&widget);
-    return widget.mapTo(&m_rows, row != nullptr ? row->firstLine() : widget.rect().center()).y();
+    return height(widget, row != nullptr ? row->firstLine() : widget.rect().center());
 }
 
 bool FocusOrder::isSameLine(qsizetype stop, qsizetype other) const {
-    return std::abs(height(stop) - height(other)) <= lineTolerance;
+    return std::abs(lineHeight(stop) - lineHeight(other)) <= lineTolerance;
 }
 
 } // namespace morvane

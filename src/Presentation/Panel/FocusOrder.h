@@ -6,13 +6,13 @@ namespace morvane {
 
 class RowList;
 
-/// In which order the keys go through what can be pressed in a list: from row to row, and in each
-/// from the row itself through what stands in it. Made for one step.
+/// In which order the keys go through what can be pressed in a list and the footer below it: from
+/// row to row, and in each from the row itself through what stands in it. Made for one step.
 class FocusOrder {
 public:
     enum class Direction { back = -1, forward = 1 };
 
-    explicit FocusOrder(const RowList &rows);
+    FocusOrder(const RowList &rows, const QWidget &footer);
 
     /// Moves the focus to the next; false when there is none.
     bool move(Direction direction) const;
@@ -24,11 +24,14 @@ public:
     void moveInLine(Direction direction) const;
 
 private:
+    void append(const QWidget &parent);
     qsizetype current() const;
-    int height(qsizetype stop) const;
+    int height(const QWidget &widget, const QPoint &point) const;
+    int lineHeight(qsizetype stop) const;
     bool isSameLine(qsizetype stop, qsizetype other) const;
 
     const RowList &m_rows;
+    const QWidget &m_footer;
     QWidgetList m_stops;
 };
 

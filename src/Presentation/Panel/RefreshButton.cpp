@@ -18,10 +18,8 @@ constexpr double refreshPressed = 0.2;
 
 } // namespace
 
-RefreshButton::RefreshButton(QWidget *parent) : QAbstractButton(parent) {
+RefreshButton::RefreshButton(QWidget *parent) : PanelButton(parent) {
     setFixedSize(refreshSide, refreshSide);
-    setFocusPolicy(Qt::TabFocus);
-    setAttribute(Qt::WA_Hover);
     setCursor(Qt::PointingHandCursor);
     setAccessibleName(tr("Refresh usage now"));
     setHelpText(*this, tr("Refresh usage now"));
@@ -32,13 +30,13 @@ void RefreshButton::paintEvent(QPaintEvent *) {
     painter.setRenderHint(QPainter::Antialiasing);
     const double opacity = isDown() ? refreshPressed : underMouse() ? refreshHover : 0;
     painter.setBrush(Colors::white(isEnabled() ? opacity : 0));
-    painter.setPen(hasFocus() ? QPen(Colors::primaryText, 1.5) : QPen(Qt::NoPen));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.75, 0.75, -0.75, -0.75), refreshRadius,
-                            refreshRadius);
+    painter.setPen(Qt::NoPen);
+    painter.drawRoundedRect(rect(), refreshRadius, refreshRadius);
     const double inset = (refreshSide - arrowSide) / 2;
     const QColor color = Colors::faded(Colors::secondaryText, isEnabled() ? 1 : Colors::waiting);
     morvane::paint(painter, SystemImage::arrowClockwise, {inset, inset, arrowSide, arrowSide},
                    color);
+    paintFocus(painter, refreshRadius);
 }
 
 } // namespace morvane

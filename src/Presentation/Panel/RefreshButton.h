@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QAbstractButton>
+#include "Presentation/Panel/PanelButton.h"
 
 namespace morvane {
 
 /// Asks for the limits now.
-class RefreshButton : public QAbstractButton {
+class RefreshButton : public PanelButton {
     Q_OBJECT
 
 public:

@@ -17,13 +17,11 @@ constexpr QColor selectedGround = Colors::white(0.12);
 } // namespace
 
 UsageTabButton::UsageTabButton(const QString &title, const QString &name, QWidget *parent)
-    : QAbstractButton(parent) {
+    : PanelButton(parent) {
     setText(title);
     setAccessibleName(name);
     setFont(Typography::text(Typography::secondarySize, QFont::Medium));
     setCheckable(true);
-    setFocusPolicy(Qt::TabFocus);
-    setAttribute(Qt::WA_Hover);
     setCursor(Qt::PointingHandCursor);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
@@ -35,14 +33,14 @@ QSize UsageTabButton::sizeHint() const {
 void UsageTabButton::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(hasFocus() ? QPen(Colors::primaryText, 1.5) : QPen(Qt::NoPen));
+    painter.setPen(Qt::NoPen);
     painter.setBrush(isChecked()    ? selectedGround
                      : underMouse() ? Colors::rowHover
                                     : Colors::white(0));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.75, 0.75, -0.75, -0.75), tabRadius,
-                            tabRadius);
+    painter.drawRoundedRect(rect(), tabRadius, tabRadius);
     painter.setPen(isChecked() ? Colors::primaryText : Colors::secondaryText);
     painter.drawText(rect(), Qt::AlignCenter, text());
+    paintFocus(painter, tabRadius);
 }
 
 } // namespace morvane

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QAbstractButton>
+#include "Presentation/Panel/PanelButton.h"
 
 namespace morvane {
 
 /// Chooses what the panel's footer shows; checked while that is shown.
-class UsageTabButton : public QAbstractButton {
+class UsageTabButton : public PanelButton {
     Q_OBJECT
 
 public:

@@ -3,6 +3,7 @@
 #include "Presentation/Panel/ExpandedView.h"
 #include "Presentation/Panel/InputView.h"
 #include "Presentation/Panel/SessionRow.h"
+#include "Presentation/Panel/UsageBars.h"
 #include "Presentation/PanelFixture.h"
 
 #include <QApplication>
@@ -136,6 +137,33 @@ TEST_F(PanelKeyboardTest, ReadsTheWholeOfACall) {
     EXPECT_EQ(focusAfter({Qt::Key_Up}), "input");
     EXPECT_EQ(focusAfter({Qt::Key_Up}), "input");
     EXPECT_EQ(focusAfter({Qt::Key_Home, Qt::Key_Up}), "row s");
+}
+
+TEST_F(PanelKeyboardTest, ReachesTheFooterFromTheEndOfTheList) {
+    int refreshes = 0;
+    PanelContext refreshing = context;
+    refreshing.actions.onRefreshUsage = [&] { ++refreshes; };
+    ExpandedView other(refreshing, &view);
+    settings.setUsageEnabled(true);
+    usage.tell(40);
+    for (int index = 0; index < 30; ++index) {
+        apply(Event::promptSubmit, QString::number(index));
+    }
+    other.setContentHeightBudget(300);
+    other.refresh();
+    other.resize(other.sizeHint());
+    other.show();
+    other.takeFocus();
+    press(QList<Qt::Key>(29, Qt::Key_Down));
+    const QString last = focus();
+    EXPECT_TRUE(last.startsWith("row "));
+    EXPECT_EQ(focusAfter({Qt::Key_Down}), "Claude limits");
+    EXPECT_EQ(focusAfter({Qt::Key_Right, Qt::Key_Right}), "Refresh usage now");
+    press({Qt::Key_Return, Qt::Key_Space});
+    EXPECT_EQ(refreshes, 2);
+    EXPECT_EQ(focusAfter({Qt::Key_Left, Qt::Key_Return}), "Session contexts");
+    EXPECT_EQ(other.findChild<UsageBars *>()->current(), UsageBars::Tab::sessions);
+    EXPECT_EQ(focusAfter({Qt::Key_Up}), last);
 }
 
 TEST_F(PanelKeyboardTest, RenamesAndGoesOnFromThere) {
