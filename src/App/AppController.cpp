@@ -324,8 +324,8 @@ PanelKeys::Actions AppController::keyActions() {
     };
 }
 
-/// The digits belong to the prompt that is showing, once that could be read; without one they open
-/// what has finished.
+/// The digits belong to the prompt that is showing, once that could be read; without any they open
+/// what has finished, as far as that could.
 void AppController::handleDigit(int index) {
     if (const auto session = m_store.sessionAwaitingDecision()) {
         if (m_presenterManager->hasBeenRead(session->id)) {
@@ -333,9 +333,11 @@ void AppController::handleDigit(int index) {
         }
         return;
     }
-    const QList<CompletedRecord> records = m_store.jumpableCompleted();
-    if (index < records.size()) {
-        reopenCompleted(records[index]);
+    if (m_store.hasPendingDecision() || m_store.hasExternalPrompt()) {
+        return;
+    }
+    if (const auto record = m_presenterManager->readRecord(index)) {
+        reopenCompleted(*record);
     }
 }
 

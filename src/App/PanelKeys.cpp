@@ -21,6 +21,8 @@ PanelKeys::PanelKeys(HotKeys &hotKeys, Scheduler &scheduler, InlineEditing &edit
       m_hotKey(hotKeys, scheduler), m_escHotKey(hotKeys, scheduler) {
     connect(&m_hotKeys, &HotKeys::stateChanged, this, [this] {
         tellWhetherDigitsWork();
+        // The port is in the middle of its keys.
+        m_digitCheck = m_scheduler.after(Seconds(0), [this] { giveBackDigitsUnlessAllWork(); });
         emit panelKeyStateChanged();
     });
 }
@@ -54,6 +56,13 @@ void PanelKeys::panelExpanded(bool isExpanded) {
     applyEscHotKey();
 }
 
+void PanelKeys::retry() {
+    m_hotKeys.retry();
+    if (m_expandedCount > 0 && m_digitHotKeys.empty()) {
+        armDigitJumpKeys();
+    }
+}
+
 void PanelKeys::armDigitJumpKeys() {
     disarmDigitJumpKeys();
     for (int index = 0; index < PanelKey::digitCount; ++index) {
@@ -62,6 +71,14 @@ void PanelKeys::armDigitJumpKeys() {
         m_digitHotKeys.push_back(std::move(key));
     }
     tellWhetherDigitsWork();
+    giveBackDigitsUnlessAllWork();
+}
+
+/// The rows name all of them or none, and what they don't name does nothing.
+void PanelKeys::giveBackDigitsUnlessAllWork() {
+    if (!m_digitShortcuts.areWorking()) {
+        disarmDigitJumpKeys();
+    }
 }
 
 void PanelKeys::disarmDigitJumpKeys() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/Shell/HotKeyManager.h"
+#include "Platform/Task.h"
 #include "Presentation/Overlay/DigitShortcuts.h"
 
 #include <functional>
@@ -12,8 +13,8 @@ namespace morvane {
 class InlineEditing;
 
 /// The system-wide keys of the panel, and when they are held: the one that opens it for good, Esc
-/// and the digits only while a panel is open, since they are taken from everybody else. Owned by
-/// `AppController`; main thread.
+/// and the digits only while a panel is open, since they are taken from everybody else, and the
+/// digits only where all of them are to be had. Owned by `AppController`; main thread.
 class PanelKeys : public QObject {
     Q_OBJECT
 
@@ -41,7 +42,7 @@ public:
     bool areDesktops() const { return m_hotKeys.areDesktops(); }
 
     /// Takes the keys that others have given up in the meantime.
-    void retry() { m_hotKeys.retry(); }
+    void retry();
 
     /// A panel has opened or closed, on whichever display.
     void panelExpanded(bool isExpanded);
@@ -54,6 +55,7 @@ signals:
 private:
     void armDigitJumpKeys();
     void disarmDigitJumpKeys();
+    void giveBackDigitsUnlessAllWork();
     void tellWhetherDigitsWork();
     void registerPanelKey();
     void applyEscHotKey();
@@ -66,7 +68,8 @@ private:
     HotKeyManager m_hotKey;
     HotKeyManager m_escHotKey;
     bool m_escArmed = false;
-    std::vector<std::unique_ptr<HotKeyManager>> m_digitHotKeys;
+    std::vector<std::unique_ptr<HotKeyManager>> m_digitHotKeys; ///< all or none
+    Task m_digitCheck;
     int m_expandedCount = 0; ///< how many panels are open
     DigitShortcuts m_digitShortcuts;
 };

@@ -51,6 +51,15 @@ bool PresenterManager::hasBeenRead(const QString &sessionID) const {
         m_presenters, [&](const auto &entry) { return entry.second->hasBeenRead(sessionID); });
 }
 
+std::optional<CompletedRecord> PresenterManager::readRecord(int digit) const {
+    for (const auto &[display, presenter] : m_presenters) {
+        if (const auto record = presenter->readRecord(digit)) {
+            return record;
+        }
+    }
+    return std::nullopt;
+}
+
 void PresenterManager::presentPanel() {
     if (auto *presenter = presenterAtPointer()) {
         presenter->presentPanel();

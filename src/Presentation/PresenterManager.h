@@ -34,6 +34,10 @@ public:
     /// be read.
     bool hasBeenRead(const QString &sessionID) const;
 
+    /// The record that shows the digit at this position, from 0, in a panel that is open and has
+    /// been long enough for it to be read.
+    std::optional<CompletedRecord> readRecord(int digit) const;
+
     /// Puts the presenters up; once.
     void start();
 

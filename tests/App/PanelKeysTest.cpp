@@ -122,7 +122,14 @@ TEST_F(PanelKeysTest, TellsWhichKeysAreSomebodyElses) {
     EXPECT_TRUE(shortcuts.areWorking());
     hotKeys.setTaken({"3"});
     EXPECT_FALSE(shortcuts.areWorking());
+    // A digit that no row names belongs to whoever is in front.
+    scheduler.advance(Seconds(0));
+    EXPECT_EQ(hotKeys.held(), "GEsc");
+    keys->retry();
+    EXPECT_EQ(hotKeys.held(), "GEsc");
     hotKeys.setTaken({});
+    keys->retry();
+    EXPECT_EQ(hotKeys.held(), "GEsc12345");
     EXPECT_TRUE(shortcuts.areWorking());
     keys->panelExpanded(false);
     EXPECT_FALSE(shortcuts.areWorking());

@@ -91,6 +91,10 @@ void FloatingCapsuleView::takeFocus() {
     }
 }
 
+std::optional<CompletedRecord> FloatingCapsuleView::readRecord(int digit) {
+    return m_isExpanded ? m_expanded->readRecord(digit) : std::nullopt;
+}
+
 bool FloatingCapsuleView::hasBeenRead(const QString &sessionID) {
     return m_isExpanded && m_expanded->hasBeenRead(sessionID);
 }

@@ -28,6 +28,7 @@ public:
 
     void takeFocus() override;
     bool hasBeenRead(const QString &sessionID) override;
+    std::optional<CompletedRecord> readRecord(int digit) override;
 
     /// The size that the view on show needs.
     QSize fittingSize() const;

@@ -143,6 +143,10 @@ void BuiltInNotchSurface::takeFocus() {
     m_expanded->takeFocus();
 }
 
+std::optional<CompletedRecord> BuiltInNotchSurface::readRecord(int digit) {
+    return isExpanded() ? m_expanded->readRecord(digit) : std::nullopt;
+}
+
 bool BuiltInNotchSurface::hasBeenRead(const QString &sessionID) {
     return isExpanded() && m_expanded->hasBeenRead(sessionID);
 }

@@ -40,6 +40,7 @@ public:
 
     void takeFocus() override;
     bool hasBeenRead(const QString &sessionID) override;
+    std::optional<CompletedRecord> readRecord(int digit) override;
 
     /// What the shell covers, or will cover once it rests.
     QPainterPath shape() const;

@@ -179,6 +179,10 @@ bool MorvanePresenter::hasBeenRead(const QString &sessionID) const {
     return m_surface && m_surface->hasBeenRead(sessionID);
 }
 
+std::optional<CompletedRecord> MorvanePresenter::readRecord(int digit) const {
+    return m_surface ? m_surface->readRecord(digit) : std::nullopt;
+}
+
 void MorvanePresenter::openMenu(const QPoint &position) {
     if (contextMenu) {
         m_surface->open(*contextMenu, position);

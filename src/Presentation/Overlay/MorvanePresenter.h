@@ -38,6 +38,10 @@ public:
     /// Whether the prompt of this session is open here and has stood there long enough to be read.
     bool hasBeenRead(const QString &sessionID) const;
 
+    /// The record that shows the digit at this position, from 0, and has been open here long enough
+    /// to be read.
+    std::optional<CompletedRecord> readRecord(int digit) const;
+
     /// What a right click opens; may be absent.
     QPointer<QMenu> contextMenu;
 

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "Core/Sessions/CompletedRecord.h"
 #include "Presentation/Overlay/KeyablePanel.h"
 
 #include <QMenu>
 #include <QPointer>
+
+#include <optional>
 
 namespace morvane {
 
@@ -31,6 +34,10 @@ public:
     /// Whether the prompt of this session is open here, as the store has it, and has stood there
     /// long enough to be read.
     virtual bool hasBeenRead(const QString &sessionID) = 0;
+
+    /// The record that shows the digit at this position, from 0, and has been open here long enough
+    /// to be read.
+    virtual std::optional<CompletedRecord> readRecord(int digit) = 0;
 
     /// The menu that is open on the surface, or none.
     QMenu *openMenu() const { return m_openMenu; }

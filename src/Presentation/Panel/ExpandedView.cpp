@@ -9,6 +9,7 @@
 #include "Presentation/Panel/FocusOrder.h"
 #include "Presentation/Panel/ListViewport.h"
 #include "Presentation/Panel/PencilButton.h"
+#include "Presentation/Panel/ReadingTime.h"
 #include "Presentation/Panel/SessionRow.h"
 #include "Presentation/Panel/UsageBars.h"
 #include "Presentation/Style/Colors.h"
@@ -72,7 +73,11 @@ void ExpandedView::refresh() {
     const bool attentionChanges = std::exchange(m_needsAttention, needsAttention) != needsAttention;
     m_width = needsAttention ? attentionWidth : standardWidth;
     const Entries next = entries();
-    m_viewport->rows().setEntries(next, movement(attentionChanges, next));
+    const bool contentChanges = takeKeys(next);
+    m_viewport->rows().setEntries(next, movement(attentionChanges, contentChanges));
+    if (attentionChanges || contentChanges) {
+        startReading();
+    }
     m_footer->refresh();
     m_footerHeight = m_footer->sizeHint().height();
     if (width() == m_width) {
@@ -86,31 +91,21 @@ void ExpandedView::refresh() {
     scheduleAges();
 }
 
-/// What has no place of its own on the screen yet doesn't come from anywhere.
-std::optional<Seconds> ExpandedView::movement(bool attentionChanges, const Entries &next) {
+/// Whether other entries are on show, or in another order, than before.
+bool ExpandedView::takeKeys(const Entries &next) {
     QStringList keys;
     for (const RowList::Entry &entry : next) {
         keys.append(entry.key);
     }
-    const bool contentChanges = std::exchange(m_keys, keys) != keys;
+    return std::exchange(m_keys, keys) != keys;
+}
+
+/// What has no place of its own on the screen yet doesn't come from anywhere.
+std::optional<Seconds> ExpandedView::movement(bool attentionChanges, bool contentChanges) const {
     if (!isVisible() || m_context.motion.isReduced() || !(attentionChanges || contentChanges)) {
         return std::nullopt;
     }
     return attentionChanges ? attentionDuration : contentDuration;
-}
-
-QStringList ExpandedView::visibleSessionIDs() const {
-    QStringList result;
-    for (const Session &session : m_context.store.activeSessions()) {
-        result.append(QStringLiteral("active:") + session.id);
-    }
-    for (const Session &session : m_context.store.openSessions()) {
-        result.append(QStringLiteral("open:") + session.id);
-    }
-    for (const CompletedRecord &record : m_context.store.jumpableCompleted()) {
-        result.append(QStringLiteral("completed:") + record.id);
-    }
-    return result;
 }
 
 ExpandedView::Entries ExpandedView::entries() const {
@@ -146,6 +141,24 @@ bool ExpandedView::hasBeenRead(const QString &sessionID) const {
     return std::ranges::any_of(rows, [&](const SessionRow *row) {
         return row->session().id == sessionID && row->hasBeenRead();
     });
+}
+
+/// A digit that was meant for what stood here before opens none of them.
+void ExpandedView::startReading() {
+    m_areRecordsRead = false;
+    m_reading.cancel();
+    if (isVisible()) {
+        m_reading =
+            m_context.scheduler.after(ReadingTime::length, [this] { m_areRecordsRead = true; });
+    }
+}
+
+std::optional<CompletedRecord> ExpandedView::readRecord(int digit) const {
+    const auto rows = m_viewport->rows().findChildren<CompletedRow *>(Qt::FindDirectChildrenOnly);
+    const auto row = std::ranges::find_if(rows, [digit](const CompletedRow *candidate) {
+        return candidate->badge() == digit && !candidate->visibleRegion().isEmpty();
+    });
+    return m_areRecordsRead && row != rows.end() ? std::optional((*row)->record()) : std::nullopt;
 }
 
 bool ExpandedView::showsDigits() const {
@@ -254,11 +267,13 @@ void ExpandedView::resizeEvent(QResizeEvent *) {
 void ExpandedView::showEvent(QShowEvent *event) {
     QWidget::showEvent(event);
     scheduleAges();
+    startReading();
 }
 
 void ExpandedView::hideEvent(QHideEvent *event) {
     QWidget::hideEvent(event);
     m_ages.cancel();
+    startReading();
     // A panel opens at its top.
     m_viewport->scrollToTop();
 }

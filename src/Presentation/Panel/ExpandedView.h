@@ -32,12 +32,13 @@ public:
     /// Takes over what there is to show now.
     void refresh();
 
-    /// What there is to see, for whoever wants to notice that it has become something else.
-    QStringList visibleSessionIDs() const;
-
     /// Whether the prompt of this session stands here, as the store has it, and has done so long
     /// enough to be read.
     bool hasBeenRead(const QString &sessionID) const;
+
+    /// The record that shows the digit at this position, from 0; none before everything has stood
+    /// here, in this order, long enough to be read.
+    std::optional<CompletedRecord> readRecord(int digit) const;
 
     /// Lets the keys begin: at the session that waits for an answer, else at the first row.
     void takeFocus();
@@ -68,7 +69,9 @@ private:
     RowList::Entry text(const QString &text, const QFont &font, const QColor &color,
                         const QMargins &margins, Qt::Alignment alignment) const;
     RowList::Entry header(const QString &title, const QColor &color) const;
-    std::optional<Seconds> movement(bool attentionChanges, const Entries &next);
+    bool takeKeys(const Entries &next);
+    std::optional<Seconds> movement(bool attentionChanges, bool contentChanges) const;
+    void startReading();
     void scheduleAges();
     void place();
 
@@ -80,7 +83,9 @@ private:
     QStringList m_keys; ///< of the entries on show
     ListViewport *m_viewport;
     UsageBars *m_footer;
-    Task m_ages; ///< brings the ages of the records up to date
+    Task m_ages;    ///< brings the ages of the records up to date
+    Task m_reading; ///< of the records
+    bool m_areRecordsRead = false;
 };
 
 } // namespace morvane

@@ -12,7 +12,7 @@ namespace morvane {
 namespace {
 
 constexpr int looksNeeded = 7;
-constexpr Seconds betweenLooks(0.1);
+constexpr Seconds betweenLooks = ReadingTime::length / looksNeeded;
 
 } // namespace
 

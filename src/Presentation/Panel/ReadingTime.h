@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Task.h"
+#include "Platform/Time.h"
 
 #include <QPointer>
 #include <QRect>
@@ -20,6 +21,8 @@ class ReadingTime : public QObject {
     Q_OBJECT
 
 public:
+    static constexpr Seconds length{0.7};
+
     /// Watches the widget, which owns it.
     ReadingTime(Scheduler &scheduler, QWidget &prompt);
 
