@@ -4,15 +4,17 @@
 #include "Presentation/Style/TextLabel.h"
 #include "Presentation/Windows/KeyField.h"
 #include "Presentation/Windows/OnboardingView.h"
-#include "Presentation/Windows/Picker.h"
 #include "Presentation/Windows/ToggleRow.h"
 #include "Support/AccessibleControls.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QKeyEvent>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QSpinBox>
+#include <QTest>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -97,7 +99,11 @@ TEST_F(WindowsTest, ConnectsRepairsAndDisconnectsAnAgent) {
 
     QDir(home.path(".claude/settings.json")).removeRecursively();
     home.write(".claude/settings.json", R"({"model": "opus"})");
-    button("Connect Claude Code")->click();
+    // What is pressed twice in haste is meant once.
+    QPushButton *connecting = button("Connect Claude Code");
+    QTest::mouseClick(connecting, Qt::LeftButton);
+    QTest::mouseDClick(connecting, Qt::LeftButton);
+    QTest::mouseRelease(connecting, Qt::LeftButton);
     EXPECT_FALSE(reads("connect failed: "));
     EXPECT_EQ(button("Connect Claude Code"), nullptr);
     EXPECT_TRUE(reads("Connected"));
@@ -139,8 +145,21 @@ TEST_F(WindowsTest, ChangesSettingsAndFollowsThem) {
     EXPECT_FALSE(settings.usageEnabled());
     EXPECT_FALSE(reads("85% · 90% · 95%"));
 
+    // A number counts once it has been typed, and nothing takes it away meanwhile.
+    settings.setAutoClearMinutes(7);
+    auto *minutes = window->findChild<QSpinBox *>();
+    EXPECT_EQ(minutes->value(), 7);
+    minutes->setFocus();
+    minutes->selectAll();
+    QTest::keyClicks(minutes, "12");
+    settings.setShowWhenIdle(false);
+    EXPECT_EQ(minutes->cleanText(), "12");
+    EXPECT_EQ(settings.autoClearMinutes(), 7);
+    QTest::keyClick(minutes, Qt::Key_Return);
+    EXPECT_EQ(settings.autoClearMinutes(), 12);
+
     // A wheel that turns over a choice scrolls the form.
-    const auto pickers = window->findChildren<Picker *>();
+    const auto pickers = window->findChildren<QComboBox *>();
     ASSERT_FALSE(pickers.isEmpty());
     QWheelEvent wheel({5, 5}, {5, 5}, {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
                       Qt::NoScrollPhase, false);
@@ -148,6 +167,19 @@ TEST_F(WindowsTest, ChangesSettingsAndFollowsThem) {
     EXPECT_EQ(settings.displayMode(), DisplayTargetMode::all);
     emit pickers.first()->activated(2);
     EXPECT_EQ(settings.displayMode(), DisplayTargetMode::externalOnly);
+}
+
+TEST_F(WindowsTest, ChangesNothingByBeingOpened) {
+    settings.setAutoClearMinutes(500);
+    openSettings();
+    EXPECT_EQ(settings.autoClearMinutes(), 500);
+    EXPECT_EQ(window->findChild<QSpinBox *>()->value(), 500);
+    // While it is closed it isn't kept up to date, and then it is at once.
+    window->close();
+    settings.setAutoClearMinutes(5);
+    EXPECT_EQ(window->findChild<QSpinBox *>()->value(), 500);
+    delegate.applicationShouldHandleReopen();
+    EXPECT_EQ(window->findChild<QSpinBox *>()->value(), 5);
 }
 
 TEST_F(WindowsTest, NamesEveryControlOfTheSettings) {
@@ -341,19 +373,31 @@ TEST_F(WindowsTest, WalksANewcomerThroughNamedControlsToAConnectedAgent) {
     EXPECT_TRUE(reads("Connect your agents"));
     EXPECT_EQ(namedControls(), 3);
     EXPECT_FALSE(reads("Everything stays on this computer."));
+    makeReadOnly(".claude/settings.json");
     button("Connect Claude Code")->click();
+    EXPECT_TRUE(reads("Claude Code connect failed: "));
+    EXPECT_FALSE(reads("A hook entry goes into each agent's settings file"));
+    makeReadOnly(".claude/settings.json", false);
+    // Installed while nobody looks.
+    home.write(".codex/config.toml");
+    QEvent comingBack(QEvent::WindowActivate);
+    QCoreApplication::sendEvent(window, &comingBack);
+    QCoreApplication::processEvents();
+    ASSERT_NE(button("Connect Codex"), nullptr);
+    button("Connect Claude Code")->click();
+    EXPECT_TRUE(reads("A hook entry goes into each agent's settings file"));
     EXPECT_NE(button("Disconnect Claude Code"), nullptr);
     EXPECT_EQ(view->step(), 1);
-    EXPECT_EQ(tabOrder(), (QStringList{"Disconnect Claude Code", "Back", "Continue →"}));
+    EXPECT_EQ(tabOrder(),
+              (QStringList{"Disconnect Claude Code", "Connect Codex", "Back", "Continue →"}));
     // What the welcome speaks of stays to be seen.
     EXPECT_TRUE(isOverlayShown());
 
     button("Continue →")->click();
     // While the page is still on its way the next press counts too.
     button("Back")->click();
-    EXPECT_FALSE(view->forward());
+    EXPECT_EQ(view->step(), 1);
     button("Continue →")->click();
-    EXPECT_TRUE(view->forward());
     scheduler.advance(Seconds(1));
     EXPECT_TRUE(reads("You're set"));
     EXPECT_EQ(namedControls(), 3);
@@ -364,7 +408,7 @@ TEST_F(WindowsTest, WalksANewcomerThroughNamedControlsToAConnectedAgent) {
     button("Done")->click();
     EXPECT_FALSE(window->isVisible());
     EXPECT_FALSE(isOverlayShown());
-    EXPECT_EQ(settings.knownAgents(), QStringList{"claude"});
+    EXPECT_EQ(settings.knownAgents().value_or(QStringList()).size(), 2);
 }
 
 TEST_F(WindowsTest, OffersEveryAgentThatIsNew) {

@@ -5,13 +5,22 @@
 #include "Presentation/Style/PlatformWords.h"
 #include "Presentation/Style/TextLabel.h"
 #include "Presentation/Style/Typography.h"
+#include "Presentation/Windows/InForm.h"
 #include "Presentation/Windows/KeyField.h"
-#include "Presentation/Windows/Stepper.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QSignalBlocker>
+
+#include <algorithm>
 
 namespace morvane {
+
+namespace {
+
+constexpr int mostMinutes = 120;
+
+} // namespace
 
 BehaviourSection::BehaviourSection(const WindowContext &context, QWidget *parent)
     : FormSection(tr("Behaviour"), parent) {
@@ -35,7 +44,8 @@ void BehaviourSection::addAutoClear(MorvaneSettings &settings) {
     auto *label = new QLabel(tr("Auto-clear finished &sessions after"), this);
     label->setFont(Typography::text(Typography::nameSize));
     auto *minutes = new Stepper(this);
-    minutes->setRange(1, 120);
+    minutes->setRange(1, mostMinutes);
+    minutes->setKeyboardTracking(false);
     minutes->setSuffix(tr(" min"));
     minutes->setAccessibleName(tr("Minutes after which finished sessions are cleared"));
     label->setBuddy(minutes);
@@ -45,7 +55,15 @@ void BehaviourSection::addAutoClear(MorvaneSettings &settings) {
             settings.setAutoClearMinutes(value);
         }
     });
-    onRefresh([minutes, &settings] { minutes->setValue(settings.autoClearMinutes()); });
+    onRefresh([minutes, &settings] {
+        const QSignalBlocker blocker(minutes);
+        const int stored = settings.autoClearMinutes();
+        minutes->setRange(std::min(1, stored), std::max(mostMinutes, stored));
+        // Set again, it would take away what is being typed.
+        if (stored != minutes->value()) {
+            minutes->setValue(stored);
+        }
+    });
 }
 
 void BehaviourSection::addPanelKey(const WindowContext &context) {

@@ -4,6 +4,7 @@
 #include "Presentation/Style/Typography.h"
 
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 
 namespace morvane {
@@ -36,6 +37,12 @@ void FormButton::keyPressEvent(QKeyEvent *event) {
     if (!isReturn || !event->isAutoRepeat()) {
         QPushButton::keyPressEvent(event);
     }
+}
+
+/// The second press of a double click was not meant for what the first has made of the button, or
+/// has brought in its place.
+void FormButton::mouseDoubleClickEvent(QMouseEvent *event) {
+    event->accept();
 }
 
 QColor FormButton::ground() const {

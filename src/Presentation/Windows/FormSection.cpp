@@ -3,7 +3,7 @@
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/TextLabel.h"
 #include "Presentation/Style/Typography.h"
-#include "Presentation/Windows/Picker.h"
+#include "Presentation/Windows/InForm.h"
 #include "Presentation/Windows/PictureView.h"
 #include "Presentation/Windows/ToggleRow.h"
 

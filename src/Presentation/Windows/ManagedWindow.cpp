@@ -4,6 +4,7 @@
 
 #include <QCursor>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QScreen>
 
 #include <utility>
@@ -47,6 +48,14 @@ void ManagedWindow::setAboveOthers(bool isAbove) {
     // This takes it off the screen.
     setWindowFlag(Qt::WindowStaysOnTopHint, isAbove);
     setVisible(wasVisible);
+}
+
+void ManagedWindow::keyPressEvent(QKeyEvent *event) {
+    if (event->key() == Qt::Key_Escape || event->matches(QKeySequence::Close)) {
+        close();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
 }
 
 void ManagedWindow::centreAtFirst() {

@@ -4,7 +4,8 @@
 
 namespace morvane {
 
-/// An ordinary window of the desktop, which the window manager moves and closes. Main thread.
+/// An ordinary window of the desktop, which the window manager moves and closes, as Esc does. Main
+/// thread.
 class ManagedWindow : public QWidget {
     Q_OBJECT
 
@@ -24,6 +25,8 @@ public:
 
 protected:
     static constexpr int margin = 40; ///< between the edge and what is written
+
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     /// Later on the window comes back where it was.

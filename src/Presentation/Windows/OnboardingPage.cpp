@@ -176,12 +176,12 @@ void OnboardingPage::addText(const QString &text) {
     m_layout->addWidget(label);
 }
 
-void OnboardingPage::addFootnote(const QString &text) {
+TextLabel *OnboardingPage::addFootnote() {
     auto *label =
         new TextLabel(Typography::text(Typography::secondarySize), Colors::secondaryText, 0, this);
-    label->setText(text);
     label->setAlignment(Qt::AlignHCenter);
     m_layout->addWidget(label);
+    return label;
 }
 
 void OnboardingPage::addPill(const std::function<QString()> &text) {
@@ -210,11 +210,14 @@ void OnboardingPage::addAgents(const std::function<Agents()> &listed, const QStr
     scroll->viewport()->setAutoFillBackground(false);
     content->setAutoFillBackground(false);
     m_layout->addWidget(scroll, 1);
-    addFootnote(footnote);
-    m_updates.push_back([list, none, listed] {
+    TextLabel *foot = addFootnote();
+    m_updates.push_back([=, &connections = m_context.connections] {
         const Agents agents = listed();
         list->show(agents);
         none->setVisible(agents.empty());
+        const auto failure = connections.lastError();
+        foot->setText(failure.value_or(footnote));
+        foot->setColor(failure ? Colors::warning : Colors::secondaryText);
     });
 }
 

@@ -39,9 +39,10 @@ private:
     void addMascot(int side);
     void addTitle(const QString &title, int size);
     void addText(const QString &text);
-    void addFootnote(const QString &text);
+    TextLabel *addFootnote();
     void addPill(const std::function<QString()> &text);
-    /// `without` stands there while there is nothing to list.
+    /// `without` stands there while there is nothing to list, and what went wrong last instead of
+    /// the footnote.
     void addAgents(const std::function<Agents()> &listed, const QString &footnote,
                    const QString &without);
     TextLabel *addHint(SystemImage image);

@@ -34,6 +34,8 @@ OnboardingView::OnboardingView(const Mode &mode, const WindowContext &context, Q
     layout->addWidget(m_stack, 1);
     layout->addWidget(makeFooter());
     connect(&context.connections, &AgentConnections::statusChanged, this, &OnboardingView::refresh);
+    connect(&context.connections, &AgentConnections::lastErrorChanged, this,
+            &OnboardingView::refresh);
     connect(&context.settings, &MorvaneSettings::changed, this, &OnboardingView::refresh);
     connect(&context.statusItemHost, &StatusItemHost::presenceChanged, this,
             &OnboardingView::refresh);
@@ -98,7 +100,6 @@ QWidget *OnboardingView::makeDots() {
 }
 
 void OnboardingView::go(int step) {
-    m_forward = step > m_step;
     m_step = step;
     m_stack->show(step, m_context.motion.isReduced() ? Motion::atOnce : Motion::animated);
     m_next->setFocus();

@@ -29,9 +29,6 @@ public:
 
     int step() const { return m_step; }
 
-    /// Whether the last move went on rather than back, by which the pages slide.
-    bool forward() const { return m_forward; }
-
     void go(int step);
 
     /// Shows how everything stands now.
@@ -55,7 +52,6 @@ private:
 
     WindowContext m_context;
     int m_step = 0;
-    bool m_forward = true;
     PageStack *m_stack;
     std::vector<OnboardingPage *> m_pages;
     std::vector<PictureView *> m_dots;

@@ -1,5 +1,7 @@
 #include "Presentation/Windows/OnboardingWindow.h"
 
+#include "Core/Hooks/AgentConnections.h"
+
 #include <QCloseEvent>
 #include <QMouseEvent>
 #include <QVBoxLayout>
@@ -17,7 +19,7 @@ OnboardingWindow::OnboardingWindow(const OnboardingView::Mode &mode, const Windo
     : ManagedWindow(std::holds_alternative<OnboardingView::FirstRun>(mode)
                         ? tr("Welcome to Morvane")
                         : tr("New agent detected")),
-      m_view(new OnboardingView(mode, context, this)) {
+      m_connections(context.connections), m_view(new OnboardingView(mode, context, this)) {
     setWindowFlag(Qt::WindowStaysOnTopHint);
     setFixedSize(windowSize);
     auto *layout = new QVBoxLayout(this);
@@ -28,6 +30,19 @@ OnboardingWindow::OnboardingWindow(const OnboardingView::Mode &mode, const Windo
 
 void OnboardingWindow::refresh() {
     m_view->refresh();
+}
+
+/// Whoever comes back to it may have installed an agent meanwhile.
+bool OnboardingWindow::event(QEvent *event) {
+    if (event->type() == QEvent::WindowActivate) {
+        m_connections.refreshStatus();
+    }
+    return ManagedWindow::event(event);
+}
+
+/// A welcome comes only once, and doesn't go by a slip.
+void OnboardingWindow::keyPressEvent(QKeyEvent *event) {
+    QWidget::keyPressEvent(event);
 }
 
 /// The window can be moved by any place on it that does nothing else.

@@ -53,7 +53,7 @@ SettingsView::SettingsView(const WindowContext &context, QWidget *parent)
     connect(&m_connections, &AgentConnections::lastErrorChanged, this, &SettingsView::refresh);
     connect(&context.usage, &UsagePoller::changed, this, &SettingsView::refresh);
     connect(&context.updates, &UpdateManager::changed, this, &SettingsView::refresh);
-    refresh();
+    look();
 }
 
 QWidget *SettingsView::makeForm(const WindowContext &context) {
@@ -99,7 +99,18 @@ void SettingsView::showFocus(const QWidget *before, QWidget *now) {
     }
 }
 
+void SettingsView::showEvent(QShowEvent *event) {
+    QWidget::showEvent(event);
+    look();
+}
+
 void SettingsView::refresh() {
+    if (isVisible()) {
+        look();
+    }
+}
+
+void SettingsView::look() {
     for (FormSection *section : m_sections) {
         section->refresh();
     }

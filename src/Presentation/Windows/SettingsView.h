@@ -21,10 +21,14 @@ class SettingsView : public QWidget {
 public:
     SettingsView(const WindowContext &context, QWidget *parent);
 
-    /// Looks anew at what others may have changed.
+    /// Looks anew at what others may have changed; not while nobody can see it.
     void refresh();
 
+protected:
+    void showEvent(QShowEvent *event) override;
+
 private:
+    void look();
     QWidget *makeForm(const WindowContext &context);
     QWidget *makeFailureBar();
     void showFocus(const QWidget *before, QWidget *now);

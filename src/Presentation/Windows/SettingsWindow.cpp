@@ -4,7 +4,6 @@
 #include "Presentation/Windows/SettingsView.h"
 
 #include <QGuiApplication>
-#include <QKeyEvent>
 #include <QScreen>
 #include <QVBoxLayout>
 
@@ -42,14 +41,6 @@ bool SettingsWindow::event(QEvent *event) {
         m_connections.refreshStatus();
     }
     return ManagedWindow::event(event);
-}
-
-void SettingsWindow::keyPressEvent(QKeyEvent *event) {
-    if (event->key() == Qt::Key_Escape || event->matches(QKeySequence::Close)) {
-        close();
-        return;
-    }
-    ManagedWindow::keyPressEvent(event);
 }
 
 } // namespace morvane

@@ -6,7 +6,6 @@
 
 #include <QCloseEvent>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QPlainTextEdit>
 #include <QVBoxLayout>
 
@@ -163,14 +162,6 @@ QString UpdateWindow::details() const {
 void UpdateWindow::closeEvent(QCloseEvent *event) {
     event->accept();
     m_updates.dismiss();
-}
-
-void UpdateWindow::keyPressEvent(QKeyEvent *event) {
-    if (event->key() == Qt::Key_Escape || event->matches(QKeySequence::Close)) {
-        close();
-        return;
-    }
-    ManagedWindow::keyPressEvent(event);
 }
 
 } // namespace morvane
