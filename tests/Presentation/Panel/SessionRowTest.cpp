@@ -293,7 +293,7 @@ TEST_F(SessionRowTest, LeadsToTheSessionButNotFromBesideAButton) {
 TEST_F(SessionRowTest, ALongTaskTakesNoRoomFromTheOthers) {
     apply(Event::promptSubmit);
     Session session = store.sessions().value("s");
-    session.subagents = {{{}, QString(3000, u'x'), false}, {{}, "look", true}};
+    session.subagents = {{{}, QString(20'000, u'x'), false}, {{}, "look", true}};
     row.setSession(session, {});
     row.show();
     shownIn<SubagentList>(row).first()->click();
