@@ -24,6 +24,15 @@ public:
                {QVariant::fromValue(QDBusObjectPath(ofSession)), id, quint64(1), QVariantMap()});
     }
 
+    void change(const QString &ofSession, const QVariant &list) const {
+        signal(shortcutsPath, "org.freedesktop.portal.GlobalShortcuts", "ShortcutsChanged",
+               {QVariant::fromValue(QDBusObjectPath(ofSession)), list});
+    }
+
+    void close(const QString &session) const {
+        signal(session, "org.freedesktop.portal.Session", "Closed", {QVariantMap()});
+    }
+
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &) override {
         calls.append(message.member());
         const QVariantList arguments = message.arguments();
@@ -36,6 +45,7 @@ public:
             list.beginArray();
             list.beginStructure();
             list >> id >> properties;
+            bound = arguments[1];
             // What was asked for comes back as it was.
             answer(message, {{"shortcuts", arguments[1]}});
             return true;
@@ -47,6 +57,7 @@ public:
     QStringList calls;
     QString id;
     QVariantMap properties;
+    QVariant bound;
 
 private:
     void answer(const QDBusMessage &call, const QVariantMap &results) {
@@ -92,6 +103,24 @@ TEST_F(GlobalShortcutsPortalTest, AsksThePersonOnceAndHearsOfEachPress) {
     EXPECT_EQ(portal.calls.size(), 3);
     keys.unregisterKey(panel);
     EXPECT_TRUE(becomesTrue([&] { return portal.calls.last() == "Close"; }));
+}
+
+TEST_F(GlobalShortcutsPortalTest, HearsWhatTheDesktopTakesBack) {
+    ShortcutsPortal portal(connection("portal"));
+    GlobalShortcutsPortal keys(connection("program"));
+    const std::uint32_t panel = keys.registerKey(panelKey, "Open Morvane");
+    EXPECT_TRUE(becomes(keys, panel, State::works));
+    const QVariant panelAlone = portal.bound;
+    const std::uint32_t other = keys.registerKey({.keyCode = 35, .symbol = "H"}, "Close Morvane");
+    EXPECT_TRUE(becomes(keys, other, State::works));
+    portal.change(shortcutsSession, panelAlone);
+    EXPECT_TRUE(becomes(keys, other, State::unavailable));
+    portal.close("/somebody/elses");
+    portal.change(shortcutsSession, portal.bound);
+    EXPECT_TRUE(becomes(keys, other, State::works));
+    EXPECT_EQ(keys.state(panel), State::works);
+    portal.close(shortcutsSession);
+    EXPECT_TRUE(becomes(keys, panel, State::unavailable));
 }
 
 TEST_F(GlobalShortcutsPortalTest, TakesANoForANoAndAPortalThatComesLate) {

@@ -70,6 +70,10 @@ GlobalShortcutsPortal::GlobalShortcutsPortal(const QDBusConnection &bus)
     });
     m_bus.connect(portalService, portalPath, portalShortcuts, QStringLiteral("Activated"), this,
                   SLOT(activated(QDBusMessage)));
+    m_bus.connect(portalService, portalPath, portalShortcuts, QStringLiteral("ShortcutsChanged"),
+                  this, SLOT(changed(QDBusMessage)));
+    m_bus.connect(portalService, QString(), portalSession, QStringLiteral("Closed"), this,
+                  SLOT(closed(QDBusMessage)));
     introduce();
 }
 
@@ -136,12 +140,14 @@ void GlobalShortcutsPortal::bindShortcuts() {
     ask(QStringLiteral("BindShortcuts"),
         {QVariant::fromValue(QDBusObjectPath(m_session)), QVariant::fromValue(shortcuts),
          QString()},
-        {}, [this](const QVariantMap &results) { takeShortcuts(results); });
+        {}, [this](const QVariantMap &results) {
+            takeShortcuts(results.value(QStringLiteral("shortcuts")));
+        });
 }
 
 /// A person may have left some of them out.
-void GlobalShortcutsPortal::takeShortcuts(const QVariantMap &results) {
-    const auto bound = qdbus_cast<QList<Shortcut>>(results.value(QStringLiteral("shortcuts")));
+void GlobalShortcutsPortal::takeShortcuts(const QVariant &list) {
+    const auto bound = qdbus_cast<QList<Shortcut>>(list);
     QStringList ids;
     for (const Shortcut &shortcut : bound) {
         ids.append(shortcut.id);
@@ -215,6 +221,23 @@ void GlobalShortcutsPortal::activated(const QDBusMessage &message) {
             emit pressed(id);
             return;
         }
+    }
+}
+
+void GlobalShortcutsPortal::changed(const QDBusMessage &message) {
+    const QVariantList arguments = message.arguments();
+    if (message.signature() == QLatin1String("oa(sa{sv})") &&
+        arguments[0].value<QDBusObjectPath>().path() == m_session) {
+        takeShortcuts(arguments[1]);
+    }
+}
+
+/// The desktop has taken back what it gave.
+void GlobalShortcutsPortal::closed(const QDBusMessage &message) {
+    if (!m_session.isEmpty() && message.path() == m_session) {
+        endRequest();
+        m_session.clear();
+        setStates([](std::uint32_t) { return State::unavailable; });
     }
 }
 

@@ -35,6 +35,8 @@ public:
 private slots:
     void answered(const QDBusMessage &message);
     void activated(const QDBusMessage &message);
+    void changed(const QDBusMessage &message);
+    void closed(const QDBusMessage &message);
 
 private:
     struct Key {
@@ -48,7 +50,7 @@ private:
     void startAnew();
     void closeSession();
     void bindShortcuts();
-    void takeShortcuts(const QVariantMap &results);
+    void takeShortcuts(const QVariant &list);
     void ask(const QString &method, QVariantList arguments, QVariantMap options, Use use);
     void send(const QDBusMessage &call);
     void endRequest();
