@@ -193,6 +193,14 @@ TEST_F(OpenCodePlugin, SaysWhereItRuns) {
         // A terminal that was started from within tmux, in a pane of kitty.
         {{"TERM=alacritty", "TMUX=/t,1,0", "TMUX_PANE=%4", "KITTY_WINDOW_ID=3"},
          {"x-host-bundle: io.alacritty", "x-term-program: alacritty"}},
+        // IDEs that were, too.
+        {{"TERM=xterm-256color", "TERM_PROGRAM=vscode", "TMUX=/t,1,0", "TMUX_PANE=%4",
+          "KITTY_WINDOW_ID=3"},
+         {"x-host-bundle: com.microsoft.VSCode", "x-term-program: vscode"}},
+        {{"TERMINAL_EMULATOR=JetBrains-JediTerm", "TERM=xterm-256color", "TERM_PROGRAM=WezTerm",
+          "WEZTERM_PANE=7", "TMUX=/t,1,0", "TMUX_PANE=%4",
+          "__INTELLIJ_COMMAND_HISTFILE__=/h/.cache/JetBrains/IdeaIC2024.1/history"},
+         {"x-host-bundle: com.jetbrains.intellij", "x-term-program: JetBrains-JediTerm"}},
         {{"TERM_PROGRAM=" + QString(1025, 'a'), "ZELLIJ_SESSION_NAME=main"},
          {"x-zellij-session: main"}},
         {{"TERM_PROGRAM=a\r\nx-hook-event: b", "ZELLIJ_SESSION_NAME=main"},
