@@ -4,16 +4,23 @@
 
 #include <gtest/gtest.h>
 
+#include <ctime>
 #include <sys/sysmacros.h>
+#include <unistd.h>
 
 namespace morvane {
 namespace {
 
 TEST(TerminalProcesses, AreTheShellAndAllThatHaveStartedIt) {
     const TemporaryHome folder;
+    timespec sinceBoot{};
+    ::clock_gettime(CLOCK_BOOTTIME, &sinceBoot);
+    const Date began = Date::clock::now() - Seconds(60);
+    const long startedAt = (sinceBoot.tv_sec - 60) * ::sysconf(_SC_CLK_TCK);
     const auto add = [&](int id, const char *name, int parent, int session, int terminal) {
-        const auto status = QString::asprintf("%d (%s) S %d %d %d %d -1 4194304 0 0\n", id, name,
-                                              parent, id, session, terminal);
+        const auto status =
+            QString::asprintf("%d (%s) S %d %d %d %d -1 4194304 0 0 0 0 0 0 0 0 20 0 1 0 %ld 0 0\n",
+                              id, name, parent, id, session, terminal, startedAt);
         folder.write(QString::number(id) + "/stat", status.toUtf8());
     };
     constexpr int third = 0x8803;    // as the kernel writes 136:3
@@ -35,6 +42,7 @@ TEST(TerminalProcesses, AreTheShellAndAllThatHaveStartedIt) {
     };
     const TerminalProcesses found = of(136, 3);
     EXPECT_EQ(found.ancestors, (QList<TerminalProcesses::Process>{{30, "bash"}, {20, "x (1) 2"}}));
+    EXPECT_LT(std::chrono::abs(found.openedAt - began), std::chrono::seconds(10));
     EXPECT_EQ(found.variable("WINDOWID"), "42");
     EXPECT_EQ(found.variable("B"), "");
     EXPECT_EQ(of(136, 300).ancestors.value(0).id, 40);

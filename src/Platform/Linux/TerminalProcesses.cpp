@@ -4,9 +4,11 @@
 #include <QFile>
 
 #include <algorithm>
+#include <ctime>
 #include <optional>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
+#include <unistd.h>
 
 namespace morvane {
 
@@ -21,6 +23,7 @@ struct Status {
     qint64 parent = 0;
     qint64 session = 0;
     qint64 terminal = 0;
+    qint64 startedAt = 0; ///< clock ticks since the machine has started
 };
 
 QByteArray fileText(const QString &path) {
@@ -41,7 +44,16 @@ std::optional<Status> statusOf(qint64 id, const QString &folder) {
     return Status{{id, text.mid(start + 1, end - start - 1)},
                   fields[1].toLongLong(),
                   fields[3].toLongLong(),
-                  fields[4].toLongLong()};
+                  fields[4].toLongLong(),
+                  fields.value(19).toLongLong()};
+}
+
+Date beginningOf(const Status &status) {
+    timespec now{};
+    ::clock_gettime(CLOCK_BOOTTIME, &now);
+    const Seconds before(static_cast<double>(status.startedAt) /
+                         static_cast<double>(::sysconf(_SC_CLK_TCK)));
+    return std::chrono::system_clock::now() - (std::chrono::seconds(now.tv_sec) - before);
 }
 
 /// As the kernel writes it there: the lowest byte of the minor number, the major number, the rest.
@@ -78,7 +90,9 @@ TerminalProcesses TerminalProcesses::of(const QString &tty) {
         ::stat(QFile::encodeName(tty).constData(), &info) != 0 || !S_ISCHR(info.st_mode)) {
         return {};
     }
-    return of(info.st_rdev, QStringLiteral("/proc"));
+    TerminalProcesses result = of(info.st_rdev, QStringLiteral("/proc"));
+    result.openedAt = std::min(result.openedAt, Date(std::chrono::seconds(info.st_ctim.tv_sec)));
+    return result;
 }
 
 TerminalProcesses TerminalProcesses::of(dev_t device, const QString &folder) {
@@ -88,6 +102,7 @@ TerminalProcesses TerminalProcesses::of(dev_t device, const QString &folder) {
         return {};
     }
     TerminalProcesses result;
+    result.openedAt = beginningOf(*status);
     result.environment =
         fileText(QStringLiteral("%1/%2/environ").arg(folder).arg(status->process.id)).split('\0');
     while (status && status->process.id > 1 && result.ancestors.size() < maxAncestors) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Time.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QString>
@@ -23,6 +25,10 @@ struct TerminalProcesses {
     /// What the shell was started with, each as NAME=VALUE. May be out of date, or of another
     /// terminal further out.
     QList<QByteArray> environment;
+
+    /// When the terminal was opened. By its device, as the clock was set then, or by the shell, as
+    /// it is set now, whichever is earlier: the clock may be set, and some programs touch devices.
+    Date openedAt = {};
 
     /// The value of a variable of that; empty where it isn't set.
     QString variable(const QByteArray &name) const;
