@@ -6,6 +6,7 @@
 #include "Core/Navigation/HostApp.h"
 #include "Core/Sessions/GitInfo.h"
 #include "Core/Sessions/SessionDiscovery.h"
+#include "Core/Sessions/SessionOrder.h"
 #include "Core/Shell/BuildInfo.h"
 #include "Core/Shell/InstallPing.h"
 #include "Presentation/Overlay/InlineEditing.h"
@@ -208,7 +209,8 @@ void AppController::createPresenters() {
                           const TerminalReply::Told &told) { reply(session, text, told); },
         .canReply =
             [this](const Session &session) {
-                return HostApp::canBeTypedInto(session, *m_platform.applications,
+                return SessionOrder::hasItsPane(session, m_store.sessions()) &&
+                       HostApp::canBeTypedInto(session, *m_platform.applications,
                                                *m_platform.processes);
             },
         .onOpenSettings = [this] { emit morvaneOpenSettings(); },
@@ -303,9 +305,12 @@ void AppController::reopenCompleted(const CompletedRecord &record) {
 void AppController::reply(const Session &session, const QString &text,
                           const TerminalReply::Told &told) {
     m_store.acknowledge(session.id);
-    const Session now = m_store.sessions().value(session.id);
-    if (now.isFinished()) {
-        m_terminalReply.send(text, now, told);
+    const auto isWanted = [this, id = session.id] {
+        const Session now = m_store.sessions().value(id);
+        return now.isFinished() && SessionOrder::hasItsPane(now, m_store.sessions());
+    };
+    if (isWanted()) {
+        m_terminalReply.send(text, m_store.sessions().value(session.id), isWanted, told);
     } else {
         told(false);
     }

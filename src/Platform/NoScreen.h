@@ -53,12 +53,11 @@ public:
 class NullHostWindows : public HostWindows {
 public:
     void find(const QString &, Found found) override {
-        later([found = std::move(found)] { found(std::nullopt); });
+        later([found = std::move(found)] { found({}); });
     }
-    void raise(const HostWindow &) override {}
-    void activate(const RunningHost &) override {}
+    void activate(const HostWindow &) override {}
     void launch(const QString &) override {}
-    void showTerminal(const QString &, Shown shown) override {
+    void showTerminal(const QString &, Date, Shown shown) override {
         later([shown = std::move(shown)] { shown(false); });
     }
 

@@ -2,6 +2,7 @@
 
 #include "Platform/Task.h"
 
+#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 
@@ -49,6 +50,15 @@ public:
     /// the machine doesn't tell the number; none when nobody does. Doesn't wait for the process;
     /// safe from any thread.
     virtual std::optional<std::int64_t> listenerAt(const QString &socket) const = 0;
+
+    /// Whether the process hears what is typed into its terminal: true in the terminal's
+    /// foreground, false while it is stopped; none where the machine doesn't tell, as of a process
+    /// that works for another one. Reads small files of the kernel's; safe from any thread.
+    virtual std::optional<bool> hearsKeys(const ProcessIdentity &process) const = 0;
+
+    /// What the process of this number was started with; empty where the machine doesn't tell.
+    /// Reads a file of the kernel's, 256 KiB at most; safe from any thread.
+    virtual QProcessEnvironment environment(std::int64_t process) const = 0;
 };
 
 /// Those of a machine that doesn't tell.
@@ -59,6 +69,8 @@ public:
         return std::nullopt;
     }
     std::optional<std::int64_t> listenerAt(const QString &) const override { return std::nullopt; }
+    std::optional<bool> hearsKeys(const ProcessIdentity &) const override { return std::nullopt; }
+    QProcessEnvironment environment(std::int64_t) const override { return {}; }
 };
 
 } // namespace morvane

@@ -350,22 +350,39 @@ TEST_F(AppControllerTest, TypesAReplyOnlyIntoASessionThatIsStillAtItsEnd) {
     PaneLocator pane;
     pane.tmux = "%1";
     pane.tmuxServer = "/s,1,0";
-    store.apply(EventBuilder(CanonicalEvent::turnEnd).with(&HookEvent::pane, pane));
+    const auto end = EventBuilder(CanonicalEvent::turnEnd)
+                         .with(&HookEvent::pane, pane)
+                         .with(&HookEvent::ttyName, QString("/dev/pts/5"));
+    store.apply(end);
     const Session finished = store.sessions().value("s");
     QList<bool> outcomes;
     const auto told = [&](bool isSent) { outcomes << isSent; };
     controller.reply(finished, "go on", told);
     EXPECT_EQ(tools.running(), 1u);
     EXPECT_TRUE(store.sessions().value("s").acknowledged);
-    while (tools.running() > 0) {
-        tools.finish(QByteArray());
-        scheduler.advance(Seconds(1));
-    }
+    const auto typeAll = [&] {
+        while (tools.running() > 0) {
+            tools.finish("/dev/pts/5 claude");
+            scheduler.advance(Seconds(1));
+        }
+    };
+    typeAll();
     // What asks for a permission by now would take the text's end for a yes.
     store.apply(EventBuilder(CanonicalEvent::needsInput));
     controller.reply(finished, "go on", told);
     EXPECT_EQ(tools.running(), 0u);
     EXPECT_EQ(outcomes, QList<bool>({true, false}));
+    // Stopped, for another one that was started in the same pane.
+    store.apply(end);
+    controller.reply(finished, "go on", told);
+    EXPECT_EQ(tools.running(), 1u);
+    scheduler.advance(Seconds(1));
+    store.apply(EventBuilder(end).in("other"));
+    typeAll();
+    controller.reply(finished, "go on", told);
+    controller.reply(store.sessions().value("other"), "go on", told);
+    typeAll();
+    EXPECT_EQ(outcomes, QList<bool>({true, false, false, false, true}));
 }
 
 TEST_F(AppControllerTest, CountsAsSeenWhatAPersonGoesTo) {

@@ -47,6 +47,10 @@ protected:
         return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
     }
 
+    QString ttyOf(const PaneLocator &pane) const {
+        return tmux({"display-message", "-p", "-t", *pane.tmux, "#{pane_tty}"});
+    }
+
     /// A window with this program in it; its pane.
     PaneLocator open(const QStringList &command, const QString &program) const {
         PaneLocator pane;
@@ -108,7 +112,14 @@ TEST_F(TmuxTest, AJumpSelectsThePaneAndComesToTheTerminalThatShowsIt) {
     destination.pane = other;
     EXPECT_EQ(jumped(), QStringList{"show " + second});
 
+    // What no terminal shows comes into the only one there is.
     tmux({"detach-client", "-s", "two"});
+    EXPECT_EQ(jumped(), QStringList{"show " + first});
+    EXPECT_EQ(tmux({"list-clients", "-F", "#{pane_id}"}), *other.tmux);
+    destination.ttyName = first; // which the pane hasn't
+    EXPECT_EQ(jumped(), QStringList{"show " + first});
+    tmux({"detach-client", "-s", "two"});
+    destination.ttyName = ttyOf(other);
     EXPECT_EQ(jumped(), QStringList{"launch com.googlecode.iterm2"});
     tmux({"kill-server"});
     EXPECT_TRUE(becomesTrue([&] { return !PaneFocus::hasTmuxPane(other, processes); }));
@@ -120,6 +131,7 @@ TEST_F(TmuxTest, RepliesArriveAsTheyAreOneAfterTheOther) {
     session.pane =
         open({"new-session", "-d", "-s", "one"},
              "stty raw -echo; printf '\\033[?2004h'; exec cat >" + m_folder.path("typed"));
+    session.ttyName = ttyOf(session.pane);
     EXPECT_TRUE(becomesTrue([&] { return QFile::exists(m_folder.path("typed")); }));
     // Somebody looks back in the pane, where keys mean something else.
     tmux({"copy-mode", "-t", *session.pane.tmux});
@@ -140,7 +152,8 @@ TEST_F(TmuxTest, RepliesArriveAsTheyAreOneAfterTheOther) {
     int sent = 0;
     for (int round = 0; round < 3; ++round) {
         for (const QString &text : texts) {
-            reply.send(text, session, [&](bool isSent) { sent += isSent ? 1 : 0; });
+            reply.send(
+                text, session, [] { return true; }, [&](bool isSent) { sent += isSent ? 1 : 0; });
             expected += text.contains('\n') ? "\x1b[200~" + text.toUtf8() + "\x1b[201~\r"
                                             : text.toUtf8() + "\r";
         }
@@ -152,6 +165,41 @@ TEST_F(TmuxTest, RepliesArriveAsTheyAreOneAfterTheOther) {
     EXPECT_TRUE(becomesTrue([&] { return m_folder.read("typed").size() >= expected.size(); }));
     EXPECT_EQ(m_folder.read("typed").toStdString(), expected.toStdString());
     EXPECT_EQ(tmux({"list-buffers"}), "");
+}
+
+/// The agent is a child of a shell that waits for it.
+TEST_F(TmuxTest, RepliesGoToNobodyButTheAgent) {
+    Session session;
+    session.pane = open({"new-session", "-d", "-s", "one"},
+                        "sh -c 'echo $$ >" + m_folder.path("id") + "; exec cat >" +
+                            m_folder.path("typed") + "'; exec sh");
+    session.ttyName = ttyOf(session.pane);
+    EXPECT_TRUE(becomesTrue([&] { return QFile::exists(m_folder.path("typed")); }));
+    session.process = LinuxProcesses::identityOf(m_folder.read("id").trimmed().toLongLong());
+    ASSERT_TRUE(session.process);
+    ManualScheduler pauses;
+    TerminalReply reply(tools, scripting, processes, pauses);
+    const auto isSent = [&] {
+        std::optional<bool> result;
+        reply.send(
+            "touch " + m_folder.path("harm"), session, [] { return true; },
+            [&](bool outcome) { result = outcome; });
+        EXPECT_TRUE(becomesTrue([&] {
+            pauses.advance(Seconds(1));
+            return result.has_value();
+        }));
+        return result == true;
+    };
+    EXPECT_TRUE(isSent());
+    session.ttyName = attach("one");
+    EXPECT_FALSE(isSent());
+    session.ttyName = ttyOf(session.pane);
+    // Control-D at the line's beginning ends it, and the shell is there.
+    tmux({"send-keys", "-t", *session.pane.tmux, "C-d"});
+    EXPECT_TRUE(becomesTrue([&] { return !processes.hearsKeys(*session.process); }));
+    EXPECT_FALSE(isSent());
+    EXPECT_TRUE(m_folder.read("typed").startsWith("touch "));
+    EXPECT_FALSE(QFile::exists(m_folder.path("harm")));
 }
 
 } // namespace

@@ -10,6 +10,8 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+#include <csignal>
+
 namespace morvane {
 namespace {
 
@@ -56,6 +58,19 @@ TEST_F(LinuxProcessesTest, TellsOfTheEndOfExactlyThatProcess) {
     EXPECT_EQ(ends, 1);
     EXPECT_TRUE(becomesTrue([&] { return ends == 2; }));
     EXPECT_EQ(others, 0);
+}
+
+TEST_F(LinuxProcessesTest, TellsWhatItWasStartedWithAndThatItIsStopped) {
+    const std::int64_t id = sleeper.processId();
+    EXPECT_EQ(processes.environment(id).value("PATH"), qEnvironmentVariable("PATH"));
+    const auto self = LinuxProcesses::identityOf(id);
+    ASSERT_TRUE(self);
+    ProcessIdentity earlier = *self;
+    --earlier.startedAt;
+    EXPECT_NE(processes.hearsKeys(*self), false);
+    ::kill(static_cast<pid_t>(id), SIGSTOP);
+    EXPECT_TRUE(becomesTrue([&] { return processes.hearsKeys(*self) == false; }));
+    EXPECT_EQ(processes.hearsKeys(earlier), std::nullopt);
 }
 
 TEST_F(LinuxProcessesTest, FindsWhereAProgramRuns) {

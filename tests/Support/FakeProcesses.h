@@ -24,6 +24,15 @@ public:
         return listeners.contains(socket) ? std::optional(listeners.value(socket)) : std::nullopt;
     }
 
+    std::optional<bool> hearsKeys(const ProcessIdentity &process) const override {
+        return hearing.contains(process.id) ? std::optional(hearing.value(process.id))
+                                            : std::nullopt;
+    }
+
+    QProcessEnvironment environment(std::int64_t process) const override {
+        return environments.value(process);
+    }
+
     std::size_t watched() const { return m_watches.size(); }
 
     void end(const ProcessIdentity &process) {
@@ -34,7 +43,9 @@ public:
     }
 
     QHash<QString, QStringList> folders;
-    QHash<QString, std::int64_t> listeners; ///< by the sockets that they listen at
+    QHash<QString, std::int64_t> listeners;                ///< by the sockets that they listen at
+    QHash<std::int64_t, bool> hearing;                     ///< what is typed, by their numbers
+    QHash<std::int64_t, QProcessEnvironment> environments; ///< by their numbers
 
 private:
     std::map<ProcessIdentity, std::function<void()>> m_watches;

@@ -38,8 +38,8 @@ bool isReportedHost(const QString &foreground, const Session &session,
 /// The id by which iTerm2 knows a session, out of what it tells its children.
 std::optional<QString> itermUUID(const std::optional<QString> &itermSessionID);
 
-/// True where text can be typed into the session from outside: in a tmux pane, and in iTerm2 on a
-/// machine that has it.
+/// True where text can be typed into the session from outside: in a tmux pane, whose terminal every
+/// agent in it has, and in iTerm2 on a machine that has it.
 bool canBeTypedInto(const Session &session, const InstalledApplications &applications,
                     const Processes &processes);
 

@@ -7,9 +7,6 @@
 #include "Platform/HostWindows.h"
 #include "Platform/Scripting.h"
 
-#include <QDateTime>
-#include <QFileInfo>
-
 #include <algorithm>
 
 namespace morvane::JumpService {
@@ -21,36 +18,27 @@ struct Arrival {
     QString bundleID;
     QString projectName;
     PaneLocator pane;
-    std::optional<QString> tty; ///< that a window shows
+    QString tty; ///< that a window shows; empty where none is known
+    Date ttyKnownAt;
 };
 
-/// When the device of a terminal was made, which nothing that goes on in it changes.
-Date openedAt(const std::optional<QString> &tty) {
-    const QDateTime time = QFileInfo(tty.value_or(QString())).metadataChangeTime();
-    return Date(std::chrono::milliseconds(time.toMSecsSinceEpoch()));
-}
-
 void launchOrRaise(const Arrival &arrival, HostWindows &windows) {
-    windows.find(arrival.bundleID, [arrival, &windows](const std::optional<RunningHost> &host) {
-        if (!host) {
+    windows.find(arrival.bundleID, [arrival, &windows](const QList<HostWindow> &found) {
+        if (found.isEmpty()) {
             windows.launch(arrival.bundleID);
-            return;
+        } else {
+            windows.activate(windowOf(arrival.projectName, found).value_or(found.first()));
         }
-        // First, so that the program comes forward with the right window on top.
-        if (const auto window = windowOf(arrival.projectName, host->windows)) {
-            windows.raise(*window);
-        }
-        windows.activate(*host);
     });
 }
 
 /// A terminal that knows which of its windows is meant needs no guess by the titles.
 void bringForward(const Arrival &arrival, HostWindows &windows) {
-    if (!arrival.tty) {
+    if (arrival.tty.isEmpty()) {
         launchOrRaise(arrival, windows);
         return;
     }
-    windows.showTerminal(*arrival.tty, [arrival, &windows](bool shown) {
+    windows.showTerminal(arrival.tty, arrival.ttyKnownAt, [arrival, &windows](bool shown) {
         if (!shown) {
             launchOrRaise(arrival, windows);
         }
@@ -77,6 +65,25 @@ void take(const TerminalTab &tab, const Arrival &arrival, const Means &means) {
 void take(const TerminalPane &, const Arrival &arrival, const Means &means) {
     PaneFocus::focusTerminal(arrival.pane, means.tools);
     bringForward(arrival, means.windows);
+}
+
+/// Inside tmux the terminal is the one of the client that shows the pane. What the session knows of
+/// other panes is left from whoever started the server.
+void arrive(const Destination &destination, const std::optional<PaneFocus::Client> &client,
+            const Means &means) {
+    Arrival arrival{HostApp::bundleID(destination.hostBundleID, destination.termProgram),
+                    destination.projectName,
+                    destination.pane,
+                    {},
+                    destination.toldAt};
+    if (client) {
+        arrival.pane = PaneFocus::paneOf(*client, means.processes);
+        arrival.tty = client->tty;
+        arrival.ttyKnownAt = Date::max();
+    } else if (!destination.pane.tmux) {
+        arrival.tty = destination.ttyName.value_or(QString());
+    }
+    std::visit([&](const auto &step) { take(step, arrival, means); }, firstStep(destination));
 }
 
 } // namespace
@@ -113,15 +120,6 @@ Step firstStep(const Destination &destination) {
         return TerminalTab{tty};
     }
     return TerminalPane{};
-}
-
-std::optional<QString> shownTty(const Destination &destination,
-                                const std::optional<QString> &client, Date openedAt) {
-    if (destination.pane.tmux) {
-        return client;
-    }
-    const bool isTold = destination.ttyName && !destination.ttyName->isEmpty();
-    return isTold && openedAt <= destination.toldAt ? destination.ttyName : std::nullopt;
 }
 
 QStringList titleComponents(const QString &title) {
@@ -189,17 +187,23 @@ end tell)")
 }
 
 void jump(const Destination &destination, const Means &means) {
-    const auto arrive = [destination, means](const std::optional<QString> &client) {
-        const Arrival arrival{HostApp::bundleID(destination.hostBundleID, destination.termProgram),
-                              destination.projectName, destination.pane,
-                              shownTty(destination, client, openedAt(destination.ttyName))};
-        std::visit([&](const auto &step) { take(step, arrival, means); }, firstStep(destination));
-    };
-    if (PaneFocus::hasTmuxPane(destination.pane, means.processes)) {
-        PaneFocus::focusMultiplexer(destination.pane, means.tools, arrive);
-    } else {
-        arrive(std::nullopt);
+    if (!PaneFocus::hasTmuxPane(destination.pane, means.processes)) {
+        arrive(destination, std::nullopt, means);
+        return;
     }
+    PaneFocus::look(destination.pane, means.tools,
+                    [destination, means](const QString &tty, auto &) {
+                        if (destination.ttyName && tty != destination.ttyName) {
+                            Destination elsewhere = destination;
+                            elsewhere.pane.tmux.reset();
+                            arrive(elsewhere, std::nullopt, means);
+                            return;
+                        }
+                        PaneFocus::focusMultiplexer(destination.pane, means.tools,
+                                                    [destination, means](const auto &client) {
+                                                        arrive(destination, client, means);
+                                                    });
+                    });
 }
 
 } // namespace morvane::JumpService

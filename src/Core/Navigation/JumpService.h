@@ -69,11 +69,6 @@ using Step = std::variant<ITermSession, TerminalTab, TerminalPane>;
 /// applies.
 Step firstStep(const Destination &destination);
 
-/// The terminal in whose window the session is seen: inside tmux the one of `client`, which shows
-/// the pane. `openedAt` tells when the session's own was.
-std::optional<QString> shownTty(const Destination &destination,
-                                const std::optional<QString> &client, Date openedAt);
-
 /// A window's title, taken apart where programs put a file's, a project's and their own name
 /// together.
 QStringList titleComponents(const QString &title);

@@ -63,28 +63,50 @@ bool hasTmuxPane(const PaneLocator &pane, const Processes &processes) {
     return listener && (*listener == 0 || reported == 0 || *listener == reported);
 }
 
-std::optional<QString> showingClient(const QString &clients, const QString &pane) {
-    std::optional<QString> result;
+void look(const PaneLocator &pane, Tools &tools,
+          const std::function<void(const QString &tty, const QString &program)> &then) {
+    const QStringList question{QStringLiteral("display-message"), QStringLiteral("-p"),
+                               QStringLiteral("-t"), pane.tmux.value_or(QString()),
+                               QStringLiteral("#{pane_tty} #{pane_current_command}")};
+    run(tmux, tmuxArguments(pane, question), pane, tools,
+        [then](const std::optional<QByteArray> &output) {
+            const QString line = QString::fromUtf8(output.value_or(QByteArray())).trimmed();
+            then(line.section(QLatin1Char(' '), 0, 0), line.section(QLatin1Char(' '), 1));
+        });
+}
+
+std::optional<Client> showingClient(const QString &clients, const QString &pane) {
+    std::optional<Client> result;
     qlonglong latest = -1;
     for (const QString &line : clients.split(QLatin1Char('\n'))) {
         const qlonglong activity = line.section(QLatin1Char(' '), 0, 0).toLongLong();
-        const QString tty = line.section(QLatin1Char(' '), 2);
+        const QString tty = line.section(QLatin1Char(' '), 3);
         if (line.section(QLatin1Char(' '), 1, 1) == pane && !tty.isEmpty() && activity > latest) {
             latest = activity;
-            result = tty;
+            result = Client{tty, line.section(QLatin1Char(' '), 2, 2).toLongLong()};
         }
     }
     return result;
 }
 
 void focusMultiplexer(const PaneLocator &pane, Tools &tools,
-                      const std::function<void(const std::optional<QString> &tty)> &then) {
-    if (!pane.tmux) {
-        then(std::nullopt);
-        return;
-    }
+                      const std::function<void(const std::optional<Client> &)> &then) {
     const auto command = [pane, &tools](const QStringList &words, const Tools::Finished &finished) {
         run(tmux, tmuxArguments(pane, words), pane, tools, finished);
+    };
+    const auto takeClients = [=](const std::optional<QByteArray> &output) {
+        const QString clients = QString::fromUtf8(output.value_or(QByteArray())).trimmed();
+        const auto showing = showingClient(clients, *pane.tmux);
+        const auto first = showingClient(clients, clients.section(QLatin1Char(' '), 1, 1));
+        if (showing || !first || clients.contains(QLatin1Char('\n'))) {
+            then(showing);
+            return;
+        }
+        command({QStringLiteral("switch-client"), QStringLiteral("-c"), first->tty,
+                 QStringLiteral("-t"), *pane.tmux},
+                [=](const std::optional<QByteArray> &switched) {
+                    then(switched ? first : std::nullopt);
+                });
     };
     const auto findClient = [=](const std::optional<QByteArray> &selected) {
         // A server that doesn't answer has been waited for long enough.
@@ -92,16 +114,28 @@ void focusMultiplexer(const PaneLocator &pane, Tools &tools,
             then(std::nullopt);
             return;
         }
-        command(
-            {QStringLiteral("list-clients"), QStringLiteral("-F"), tmuxClientFormat},
-            [=](const std::optional<QByteArray> &clients) {
-                then(showingClient(QString::fromUtf8(clients.value_or(QByteArray())), *pane.tmux));
-            });
+        command({QStringLiteral("list-clients"), QStringLiteral("-F"), tmuxClientFormat},
+                takeClients);
     };
     const auto selectPane = [=](const std::optional<QByteArray> &) {
         command({QStringLiteral("select-pane"), QStringLiteral("-t"), *pane.tmux}, findClient);
     };
     command({QStringLiteral("select-window"), QStringLiteral("-t"), *pane.tmux}, selectPane);
+}
+
+PaneLocator paneOf(const Client &client, const Processes &processes) {
+    const QProcessEnvironment environment = processes.environment(client.process);
+    const auto told = [&](const char *name) {
+        const QString value = environment.value(QLatin1String(name));
+        return value.isEmpty() ? std::nullopt : std::optional(value);
+    };
+    PaneLocator result;
+    result.wezterm = told("WEZTERM_PANE");
+    result.weztermSocket = told("WEZTERM_UNIX_SOCKET");
+    result.kitty = told("KITTY_WINDOW_ID");
+    result.kittyListenOn = told("KITTY_LISTEN_ON");
+    result.orca = told("ORCA_TERMINAL_HANDLE");
+    return result;
 }
 
 void focusTerminal(const PaneLocator &pane, Tools &tools) {

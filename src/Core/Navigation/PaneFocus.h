@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 
@@ -29,15 +30,35 @@ QStringList tmuxArguments(const PaneLocator &pane, const QStringList &command);
 /// socket of the one that was reported has other panes of the same names.
 bool hasTmuxPane(const PaneLocator &pane, const Processes &processes);
 
-/// The tty of the client that shows the pane with this id, out of tmux's list in
-/// `tmuxClientFormat`: of several the one that was used last.
-std::optional<QString> showingClient(const QString &clients, const QString &pane);
-inline constexpr QLatin1String tmuxClientFormat("#{client_activity} #{pane_id} #{client_tty}");
+/// Asks tmux for the device of the pane's terminal, and for the program in its foreground. Whatever
+/// is started from a pane, another terminal too, calls itself by the pane's name; the device alone
+/// tells what runs in it. `then` is always called, with nothing where tmux doesn't tell; at once
+/// where there is no tmux, else within three seconds.
+void look(const PaneLocator &pane, Tools &tools,
+          const std::function<void(const QString &tty, const QString &program)> &then);
 
-/// Selects the tmux pane, if there is one. `then` is always called, with the terminal in which
-/// tmux shows the pane; at once where there is no pane or no tmux, else within six seconds.
+/// A terminal that shows what is in a tmux server.
+struct Client {
+    QString tty;
+    std::int64_t process = 0;
+
+    friend bool operator==(const Client &, const Client &) = default;
+};
+
+/// The client that shows the pane with this id, out of tmux's list in `tmuxClientFormat`: of
+/// several the one that was used last.
+std::optional<Client> showingClient(const QString &clients, const QString &pane);
+inline constexpr QLatin1String
+    tmuxClientFormat("#{client_activity} #{pane_id} #{client_pid} #{client_tty}");
+
+/// Selects the tmux pane, and brings it into the server's only terminal if none shows it. `then` is
+/// always called, with the terminal in which tmux shows the pane; at once where there is no tmux,
+/// else within twelve seconds.
 void focusMultiplexer(const PaneLocator &pane, Tools &tools,
-                      const std::function<void(const std::optional<QString> &tty)> &then);
+                      const std::function<void(const std::optional<Client> &)> &then);
+
+/// The pane of a terminal with panes of its own in which the client runs.
+PaneLocator paneOf(const Client &client, const Processes &processes);
 
 /// Selects the pane of a terminal that has panes of its own.
 void focusTerminal(const PaneLocator &pane, Tools &tools);

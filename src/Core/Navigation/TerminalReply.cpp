@@ -7,6 +7,7 @@
 #include "Platform/Scripting.h"
 
 #include <QPointer>
+#include <QSet>
 
 #include <algorithm>
 
@@ -46,6 +47,18 @@ QStringList literally(QStringList command, const QString &text) {
         command << QStringLiteral("--");
     }
     return command << text;
+}
+
+/// As tmux names it, by its first argument.
+bool isShell(const QString &program) {
+    static const QSet<QString> shells{
+        QStringLiteral("sh"),   QStringLiteral("ash"),  QStringLiteral("bash"),
+        QStringLiteral("csh"),  QStringLiteral("dash"), QStringLiteral("elvish"),
+        QStringLiteral("fish"), QStringLiteral("ksh"),  QStringLiteral("mksh"),
+        QStringLiteral("nu"),   QStringLiteral("pwsh"), QStringLiteral("rbash"),
+        QStringLiteral("tcsh"), QStringLiteral("zsh"),
+    };
+    return shells.contains(program);
 }
 
 } // namespace
@@ -107,14 +120,16 @@ end tell)")
         .arg(uuid, escaped);
 }
 
-void TerminalReply::send(const QString &text, const Session &session, const Told &told) {
+void TerminalReply::send(const QString &text, const Session &session, const IsWanted &isWanted,
+                         const Told &told) {
     const QString typed = typable(text);
     const auto &pane = session.pane;
     const auto uuid = HostApp::itermUUID(session.itermSessionID);
-    if (!typed.isEmpty() && PaneFocus::hasTmuxPane(pane, m_processes)) {
-        m_replies.push_back({pane, typing(typed, *pane.tmux), told});
+    if (!typed.isEmpty() && session.ttyName && PaneFocus::hasTmuxPane(pane, m_processes)) {
+        m_replies.push_back(
+            {pane, *session.ttyName, session.process, typing(typed, *pane.tmux), isWanted, told});
         if (m_replies.size() == 1) {
-            runNext();
+            begin();
         }
     } else if (!typed.isEmpty() && !pane.tmux && uuid &&
                HostApp::bundleID(session.hostBundleID, session.termProgram) == HostApp::iterm2) {
@@ -128,9 +143,28 @@ void TerminalReply::sendViaITerm(const QString &text, const QString &uuid, const
     m_scripting.run(script(text, uuid), [told](const std::optional<QString> &) { told(true); });
 }
 
-void TerminalReply::runNext() {
-    const QStringList command = m_replies.front().commands.takeFirst();
+/// A shell in the foreground may be the agent's own, which has started it and waits.
+void TerminalReply::begin() {
+    const auto seen = [weak = QPointer<TerminalReply>(this)](const QString &tty,
+                                                             const QString &program) {
+        if (weak) {
+            const Reply &reply = weak->m_replies.front();
+            const auto hears =
+                reply.agent ? weak->m_processes.hearsKeys(*reply.agent) : std::nullopt;
+            weak->take(tty == reply.tty && hears.value_or(!isShell(program)));
+        }
+    };
     // A copy, since a tool that isn't there ends the reply at once.
+    const PaneLocator pane = m_replies.front().pane;
+    PaneFocus::look(pane, m_tools, seen);
+}
+
+void TerminalReply::runNext() {
+    if (!m_replies.front().isWanted()) {
+        take(false);
+        return;
+    }
+    const QStringList command = m_replies.front().commands.takeFirst();
     const PaneLocator pane = m_replies.front().pane;
     const auto finished = [weak = QPointer<TerminalReply>(this)](const auto &output) {
         if (weak) {
@@ -151,7 +185,7 @@ void TerminalReply::take(bool succeeded) {
     const Told told = m_replies.front().told;
     m_replies.pop_front();
     if (!m_replies.empty()) {
-        runNext();
+        begin();
     }
     told(succeeded);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/Agents/PaneLocator.h"
+#include "Platform/Processes.h"
 #include "Platform/Task.h"
 
 #include <QObject>
@@ -12,7 +13,6 @@
 
 namespace morvane {
 
-class Processes;
 class Scheduler;
 class Scripting;
 class Tools;
@@ -33,9 +33,14 @@ public:
     /// Hears whether the text has gone out, as far as can be told; once.
     using Told = std::function<void(bool isSent)>;
 
+    /// Asked before each step, since earlier texts may take their time.
+    using IsWanted = std::function<bool()>;
+
     /// Sends the text without the blanks around it. Nothing happens with nothing else in it, and
-    /// for a session that cannot be typed into.
-    void send(const QString &text, const Session &session, const Told &told);
+    /// for a session that cannot be typed into. A tmux pane must be the one of the session's
+    /// terminal, with the agent in its foreground and not a shell, which would run the text.
+    void send(const QString &text, const Session &session, const IsWanted &isWanted,
+              const Told &told);
 
     /// What of a text can be typed: its lines end with line feeds, and no other control character
     /// but tabs is in it, with which it could press keys.
@@ -50,11 +55,15 @@ public:
 private:
     struct Reply {
         PaneLocator pane;
+        QString tty;
+        std::optional<ProcessIdentity> agent;
         QList<QStringList> commands; ///< that are still to be run
+        IsWanted isWanted;
         Told told;
     };
 
     void sendViaITerm(const QString &text, const QString &uuid, const Told &told);
+    void begin();
     void runNext();
     void take(bool succeeded);
 

@@ -6,6 +6,7 @@
 #include "Core/Sessions/PendingExternalResponse.h"
 #include "Core/Sessions/PendingQuestion.h"
 #include "Core/Sessions/SessionState.h"
+#include "Platform/Processes.h"
 #include "Platform/Time.h"
 
 #include <QCoreApplication>
@@ -47,6 +48,7 @@ public:
     std::optional<QString> termProgram;
     std::optional<QString> hostBundleID;
     std::optional<QString> ttyName;
+    std::optional<ProcessIdentity> process; ///< that ran the last hook, most often the agent
     PaneLocator pane;
     std::optional<QString> hostAppName; ///< the hosting application's name, for a person
     std::optional<QString> currentTool;

@@ -126,6 +126,13 @@ std::optional<Session> finishedSession(const CompletedRecord &record, const Sess
     return result;
 }
 
+bool hasItsPane(const Session &session, const Sessions &sessions) {
+    return !session.pane.tmux || std::ranges::none_of(sessions, [&](const Session &other) {
+        return other.pane.tmux == session.pane.tmux && other.ttyName == session.ttyName &&
+               other.lastEventAt > session.lastEventAt;
+    });
+}
+
 bool showsAgentBadges(const Sessions &sessions, const QList<CompletedRecord> &history) {
     QSet<AgentKind> agents;
     for (const Session &session : sessions) {

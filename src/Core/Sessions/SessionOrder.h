@@ -38,6 +38,10 @@ QList<CompletedRecord> archived(const QList<CompletedRecord> &jumpable, const Se
 /// The session that has finished in the record's folder and pane; the latest of several.
 std::optional<Session> finishedSession(const CompletedRecord &record, const Sessions &sessions);
 
+/// False for a session in whose tmux pane another one has been heard of since: what is typed there
+/// goes to the other.
+bool hasItsPane(const Session &session, const Sessions &sessions);
+
 /// True when live and finished sessions are of more than one agent, so that each row has to say
 /// whose it is. A record that names no agent is Claude Code's.
 bool showsAgentBadges(const Sessions &sessions, const QList<CompletedRecord> &history);

@@ -60,7 +60,8 @@ void takeWorkingDirectory(Session &session, const Context &context) {
 
 /// Takes what the event tells of a field; an event that tells nothing leaves it as it is. Returns
 /// true when the field has changed.
-bool take(std::optional<QString> &field, const std::optional<QString> &told) {
+template <typename Value>
+bool take(std::optional<Value> &field, const std::optional<Value> &told) {
     if (!told || field == told) {
         return false;
     }
@@ -74,6 +75,7 @@ void takeHost(Session &session, const Context &context) {
     const bool programChanged = take(session.termProgram, event.termProgram);
     const bool bundleChanged = take(session.hostBundleID, event.hostBundleID);
     take(session.ttyName, event.ttyName);
+    take(session.process, event.process);
     if (event.pane.locatesPane()) {
         session.pane = event.pane;
     }

@@ -1,6 +1,7 @@
 #include "Platform/Linux/LinuxProcesses.h"
 
 #include "Platform/Linux/Descriptor.h"
+#include "Platform/Linux/UnixSockets.h"
 #include "Platform/Scheduler.h"
 
 #include <QDir>
@@ -13,7 +14,6 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 namespace morvane {
@@ -21,14 +21,22 @@ namespace morvane {
 namespace {
 
 constexpr qint64 longestCommandLine = 4096;
+constexpr qint64 longestEnvironment = 262144;
 
 QString procPath(std::int64_t id, const char *entry) {
     return QStringLiteral("/proc/%1/%2").arg(id).arg(QLatin1String(entry));
 }
 
-QByteArray contents(const QString &path) {
+QByteArray contents(const QString &path, qint64 longest = longestCommandLine) {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.read(longestCommandLine) : QByteArray();
+    return file.open(QIODevice::ReadOnly) ? file.read(longest) : QByteArray();
+}
+
+/// From the state on. The program's name before it may hold blanks and parentheses, so they count
+/// from the last one.
+QList<QByteArray> statusFields(std::int64_t id) {
+    const QByteArray status = contents(procPath(id, "stat"));
+    return status.mid(status.lastIndexOf(')') + 2).split(' ');
 }
 
 /// Waits for a pidfd, which becomes readable when its process has ended.
@@ -83,9 +91,7 @@ bool runs(const QByteArray &commandLine, const QByteArray &program) {
 } // namespace
 
 std::optional<ProcessIdentity> LinuxProcesses::identityOf(std::int64_t id) {
-    const QByteArray status = contents(procPath(id, "stat"));
-    // The program's name may hold blanks and parentheses, so the fields count from the last one.
-    const QList<QByteArray> fields = status.mid(status.lastIndexOf(')') + 2).split(' ');
+    const QList<QByteArray> fields = statusFields(id);
     constexpr qsizetype startTime = 19; // the 22nd field of all
     struct stat space {};
     const QByteArray link = QFile::encodeName(procPath(id, "ns/pid"));
@@ -140,20 +146,37 @@ std::optional<QStringList> LinuxProcesses::workingDirectories(const QString &pro
 }
 
 std::optional<std::int64_t> LinuxProcesses::listenerAt(const QString &socket) const {
-    const QByteArray path = QFile::encodeName(socket);
-    sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
-    if (path.isEmpty() || path.size() >= qsizetype{sizeof(address.sun_path)}) {
-        return std::nullopt;
-    }
-    std::ranges::copy(path, address.sun_path);
-    const Descriptor end(::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+    const Descriptor end = UnixSockets::connectTo(socket);
     ucred peer{};
     socklen_t size = sizeof(peer);
-    const bool isOurs = ::connect(end.number(), reinterpret_cast<const sockaddr *>(&address),
-                                  sizeof(address)) == 0 &&
-                        ::getsockopt(end.number(), SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 &&
+    const bool isOurs = ::getsockopt(end.number(), SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 &&
                         peer.uid == ::getuid();
     return isOurs ? std::optional<std::int64_t>(peer.pid) : std::nullopt;
+}
+
+std::optional<bool> LinuxProcesses::hearsKeys(const ProcessIdentity &process) const {
+    const QList<QByteArray> fields = statusFields(process.id);
+    constexpr qsizetype group = 2;
+    constexpr qsizetype foregroundGroup = 5; // of its terminal
+    if (fields.size() <= foregroundGroup || identityOf(process.id) != process) {
+        return std::nullopt;
+    }
+    if (fields[0] == "T") {
+        return false;
+    }
+    return fields[group] == fields[foregroundGroup] ? std::optional(true) : std::nullopt;
+}
+
+QProcessEnvironment LinuxProcesses::environment(std::int64_t process) const {
+    QProcessEnvironment result;
+    const QByteArray text = contents(procPath(process, "environ"), longestEnvironment);
+    for (const QByteArray &entry : text.split('\0')) {
+        if (const qsizetype end = entry.indexOf('='); end > 0) {
+            result.insert(QString::fromUtf8(entry.left(end)),
+                          QString::fromUtf8(entry.mid(end + 1)));
+        }
+    }
+    return result;
 }
 
 } // namespace morvane

@@ -14,6 +14,8 @@ public:
     Task whenEnded(const ProcessIdentity &process, std::function<void()> ended) override;
     std::optional<QStringList> workingDirectories(const QString &program) const override;
     std::optional<std::int64_t> listenerAt(const QString &socket) const override;
+    std::optional<bool> hearsKeys(const ProcessIdentity &process) const override;
+    QProcessEnvironment environment(std::int64_t process) const override;
 
     /// None for a process that isn't there.
     static std::optional<ProcessIdentity> identityOf(std::int64_t id);

@@ -77,10 +77,12 @@ TEST(HostApp, OffersToTypeOnlyWhereThatCanBeDone) {
     FakeApplications applications;
     FakeProcesses processes;
     processes.listeners["/s"] = 7;
+    Hint tty = QStringLiteral("/dev/pts/5");
     const auto can = [&](const Hint &tmux, const Hint &bundle, const Hint &program) {
         Session session;
         session.pane.tmux = tmux;
         session.pane.tmuxServer = QStringLiteral("/s,7,0");
+        session.ttyName = tty;
         session.hostBundleID = bundle;
         session.termProgram = program;
         return HostApp::canBeTypedInto(session, applications, processes);
@@ -93,6 +95,9 @@ TEST(HostApp, OffersToTypeOnlyWhereThatCanBeDone) {
     EXPECT_TRUE(can({}, "com.googlecode.iterm2", "ghostty"));
     EXPECT_FALSE(can({}, "com.mitchellh.ghostty", "iTerm.app"));
     EXPECT_FALSE(can({}, "", "ghostty"));
+    tty.reset(); // as of one that has no terminal, but whose ancestor had one
+    EXPECT_FALSE(can("%1", {}, {}));
+    tty = QStringLiteral("/dev/pts/5");
     processes.listeners.clear();
     EXPECT_FALSE(can("%1", {}, {}));
 }

@@ -7,6 +7,7 @@
 #include "Support/FakeProcesses.h"
 #include "Support/FakeTools.h"
 #include "Support/Printing.h"
+#include "Support/TemporaryHome.h"
 
 #include <gtest/gtest.h>
 
@@ -51,6 +52,7 @@ protected:
         return result;
     }
 
+    TemporaryHome home;
     Destination destination;
     FakeTools tools;
     FakeProcesses processes;
@@ -110,47 +112,67 @@ TEST_F(JumpServiceTest, FindsTheWindowOfAProjectByWhatItsTitleIsMadeOf) {
 
 TEST_F(JumpServiceTest, BringsTheHostForwardOrStartsIt) {
     EXPECT_EQ(jumped(), QStringList{"launch net.kovidgoyal.kitty"});
-    windows.running["net.kovidgoyal.kitty"] = {"kitty", titled({"vim", "webshop"})};
-    EXPECT_EQ(jumped(), QStringList({"raise 1", "activate kitty"}));
+    windows.running["net.kovidgoyal.kitty"] = titled({"vim", "webshop"});
+    EXPECT_EQ(jumped(), QStringList{"activate 1"});
     destination.projectName = QStringLiteral("infra");
-    EXPECT_EQ(jumped(), QStringList{"activate kitty"});
+    EXPECT_EQ(jumped(), QStringList{"activate 0"});
 }
 
 TEST_F(JumpServiceTest, AsksTheTerminalItselfWhereItsDeviceIsKnown) {
-    destination.ttyName = QStringLiteral("/dev/null");
-    // As one that another terminal has by now.
-    EXPECT_EQ(jumped(), QStringList{"launch net.kovidgoyal.kitty"});
-    destination.toldAt = Date::max();
-    EXPECT_EQ(jumped(), QStringList({"show /dev/null", "launch net.kovidgoyal.kitty"}));
-    windows.terminals << QStringLiteral("/dev/null");
-    EXPECT_EQ(jumped(), QStringList{"show /dev/null"});
+    destination.ttyName = QStringLiteral("/dev/pts/5");
+    EXPECT_EQ(jumped(), QStringList({"show /dev/pts/5", "launch net.kovidgoyal.kitty"}));
+    windows.terminals << QStringLiteral("/dev/pts/5");
+    EXPECT_EQ(jumped(), QStringList{"show /dev/pts/5"});
+    windows.openedAt = destination.toldAt + Seconds(1); // another terminal that has the name by now
+    EXPECT_EQ(jumped(), QStringList({"show /dev/pts/5", "launch net.kovidgoyal.kitty"}));
 }
 
 TEST_F(JumpServiceTest, GoesToTheTerminalThatShowsTheTmuxPane) {
-    destination.ttyName = QStringLiteral("/dev/null"); // the pane's own
-    destination.toldAt = Date::max();
+    destination.ttyName = QStringLiteral("/dev/pts/5"); // the pane's own
+    destination.pane.kitty = QStringLiteral("1");       // in which the server was started
     destination.pane.tmux = QStringLiteral("%3");
     destination.pane.tmuxServer = QStringLiteral("/s,42,0");
     processes.listeners["/s"] = 42;
     windows.terminals << QStringLiteral("/dev/pts/8");
+    processes.environments[80].insert("KITTY_WINDOW_ID", "2");
+    home.writeProgram(".local/bin/kitty");
     EXPECT_EQ(jumped(), QStringList());
-    EXPECT_EQ(tools.lines(), QStringList{"tmux -S /s select-window -t %3"});
+    EXPECT_TRUE(tools.lines().last().startsWith("tmux -S /s display-message -p -t %3 "));
+    tools.finish(QByteArray("/dev/pts/5 vim\n"));
+    EXPECT_EQ(tools.lines().last(), "tmux -S /s select-window -t %3");
     tools.finish(QByteArray());
     EXPECT_EQ(tools.lines().last(), "tmux -S /s select-pane -t %3");
     tools.finish(QByteArray());
     EXPECT_TRUE(tools.lines().last().startsWith("tmux -S /s list-clients -F "));
     EXPECT_EQ(windows.deeds, QStringList());
-    tools.finish(QByteArray("90 %4 /dev/pts/9\n50 %3 /dev/pts/7\n60 %3 /dev/pts/8\n"));
+    windows.openedAt = destination.toldAt + Seconds(1); // as a client may be
+    tools.finish(QByteArray("90 %4 90 /dev/pts/9\n50 %3 70 /dev/pts/7\n60 %3 80 /dev/pts/8\n"));
+    EXPECT_EQ(tools.lines().last(), "kitty @ focus-window --match id:2");
+    tools.finish(QByteArray());
     EXPECT_EQ(windows.deeds, QStringList{"show /dev/pts/8"});
 
-    // One whose server hangs, and one whose place another server has taken.
+    // One that hangs in between, and one whose place another server has taken.
+    destination.pane.kitty.reset();
     jumped();
+    tools.finish(QByteArray("/dev/pts/5 vim\n"));
     tools.finish(std::nullopt);
     tools.finish(std::nullopt);
     EXPECT_EQ(windows.deeds, QStringList{"launch net.kovidgoyal.kitty"});
     processes.listeners["/s"] = 43;
     EXPECT_EQ(jumped(), QStringList{"launch net.kovidgoyal.kitty"});
     EXPECT_EQ(tools.running(), 0u);
+}
+
+TEST_F(JumpServiceTest, PassesOverATmuxPaneThatIsOfAnotherTerminal) {
+    destination.ttyName = QStringLiteral("/dev/pts/5");
+    destination.pane.tmux = QStringLiteral("%3"); // from which the session's terminal was started
+    for (const std::optional<QByteArray> &told :
+         {std::optional<QByteArray>("/dev/pts/4 bash\n"), std::optional<QByteArray>("\n"), {}}) {
+        jumped();
+        tools.finish(told);
+        EXPECT_EQ(tools.running(), 0u);
+        EXPECT_EQ(windows.deeds, QStringList({"show /dev/pts/5", "launch net.kovidgoyal.kitty"}));
+    }
 }
 
 TEST_F(JumpServiceTest, LetsAScriptSelectWhatOnlyAScriptCan) {

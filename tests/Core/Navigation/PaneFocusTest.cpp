@@ -87,17 +87,14 @@ TEST_F(PaneFocusTest, TakesATmuxPaneForGoneWithItsServer) {
         EXPECT_EQ(PaneFocus::hasTmuxPane(pane, processes), isThere)
             << server.value_or("").toStdString();
     }
-    bool went = false;
-    PaneFocus::focusMultiplexer({}, tools, [&](const Text &tty) { went = !tty; });
-    EXPECT_TRUE(went);
-    EXPECT_TRUE(tools.commands.isEmpty());
 }
 
 TEST_F(PaneFocusTest, ReadsWhichClientShowsAPane) {
-    EXPECT_EQ(PaneFocus::showingClient("", "%1"), Text());
-    EXPECT_EQ(PaneFocus::showingClient("5 %1 \n7 %11 /dev/pts/1\nx\n", "%1"), Text());
-    EXPECT_EQ(PaneFocus::showingClient("5 %1 /dev/pts/1\n4 %1 /dev/pts/2\n9 %2 /dev/pts/3", "%1"),
-              Text("/dev/pts/1"));
+    EXPECT_EQ(PaneFocus::showingClient("", "%1"), std::nullopt);
+    EXPECT_EQ(PaneFocus::showingClient("5 %1 8 \n7 %11 8 /dev/pts/1\nx\n", "%1"), std::nullopt);
+    EXPECT_EQ(
+        PaneFocus::showingClient("5 %1 8 /dev/pts/1\n4 %1 7 /dev/pts/2\n9 %2 6 /dev/pts/3", "%1"),
+        (PaneFocus::Client{"/dev/pts/1", 8}));
 }
 
 } // namespace

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace morvane {
 namespace {
 
@@ -18,17 +20,21 @@ protected:
         processes.listeners["/s"] = 7;
         session.pane.tmux = QStringLiteral("%1");
         session.pane.tmuxServer = QStringLiteral("/s,7,0");
+        session.ttyName = QStringLiteral("/dev/pts/5");
+        session.process = ProcessIdentity{42, 1, 1};
     }
 
     void send(const QString &text) {
-        reply.send(text, session, [this](bool isSent) { outcomes << isSent; });
+        reply.send(
+            text, session, [this] { return isWanted; },
+            [this](bool isSent) { outcomes << isSent; });
     }
 
     /// Lets everything happen that doesn't wait for time to pass.
     void typeAll() {
         while (tools.running() > 0) {
             EXPECT_EQ(tools.running(), 1u);
-            tools.finish(QByteArray());
+            tools.finish(tools.lines().last().contains("display-message") ? pane : QByteArray());
             scheduler.advance(Seconds(0));
         }
     }
@@ -39,17 +45,21 @@ protected:
     FakeProcesses processes;
     TerminalReply reply{tools, scripting, processes, scheduler};
     Session session;
+    QByteArray pane = "/dev/pts/5 node\n";
+    bool isWanted = true;
     QList<bool> outcomes;
 };
 
 TEST_F(TerminalReplyTest, SubmitsOnlyWhatHasBeenTypedAndOneTextAfterTheOther) {
     send(QStringLiteral(" go on; \n"));
     send(QStringLiteral("-v"));
-    const QStringList first{"tmux -S /s copy-mode -q -t %1",
+    const QString look = "tmux -S /s display-message -p -t %1 #{pane_tty} #{pane_current_command}";
+    const QStringList first{look, "tmux -S /s copy-mode -q -t %1",
                             "tmux -S /s send-keys -t %1 -l go on\\;"};
     typeAll();
     EXPECT_EQ(tools.lines(), first);
-    const QStringList second{"tmux -S /s send-keys -t %1 Enter", "tmux -S /s copy-mode -q -t %1",
+    const QStringList second{"tmux -S /s send-keys -t %1 Enter", look,
+                             "tmux -S /s copy-mode -q -t %1",
                              "tmux -S /s send-keys -t %1 -l -- -v"};
     scheduler.advance(Seconds(0.3));
     typeAll();
@@ -60,7 +70,7 @@ TEST_F(TerminalReplyTest, SubmitsOnlyWhatHasBeenTypedAndOneTextAfterTheOther) {
     EXPECT_EQ(outcomes, QList<bool>({true, true}));
 
     send(QStringLiteral("lost"));
-    tools.finish(QByteArray());
+    tools.finish(pane);
     scheduler.advance(Seconds(0));
     tools.finish(std::nullopt);
     scheduler.advance(Seconds(1));
@@ -82,6 +92,44 @@ TEST_F(TerminalReplyTest, SendsNothingWhereNothingWouldArrive) {
     send(QStringLiteral("by a script"));
     scheduler.runPosted();
     EXPECT_EQ(outcomes.last(), true);
+}
+
+TEST_F(TerminalReplyTest, TypesOnlyWhereTheAgentIsThatWaits) {
+    const std::tuple<QByteArray, std::optional<bool>, bool> cases[] = {
+        {"/dev/pts/5 node\n", {}, true},       {"/dev/pts/5 a b\n", true, true},
+        {"/dev/pts/4 node\n", true, false},    {"\n", true, false},
+        {"/dev/pts/5 zsh\n", {}, false},       {"/dev/pts/5 bash\n", true, true},
+        {"/dev/pts/5 python3\n", false, false}};
+    for (const auto &[answer, hears, isTyped] : cases) {
+        processes.hearing.clear();
+        if (hears) {
+            processes.hearing[42] = *hears;
+        }
+        pane = answer;
+        tools.commands.clear();
+        send(QStringLiteral("go `on`"));
+        typeAll();
+        EXPECT_EQ(tools.commands.size(), isTyped ? 3 : 1) << answer.toStdString();
+        scheduler.advance(Seconds(0.3));
+        typeAll();
+        EXPECT_EQ(outcomes.last(), isTyped) << answer.toStdString();
+    }
+    session.ttyName.reset();
+    send(QStringLiteral("go on"));
+    EXPECT_EQ(outcomes.last(), false);
+    EXPECT_EQ(tools.running(), 0u);
+}
+
+TEST_F(TerminalReplyTest, AsksBeforeEachStepWhetherItIsStillWanted) {
+    send(QStringLiteral("first"));
+    send(QStringLiteral("second"));
+    typeAll();
+    isWanted = false;
+    scheduler.advance(Seconds(0.3));
+    EXPECT_EQ(outcomes, QList<bool>{false});
+    typeAll();
+    EXPECT_EQ(outcomes, QList<bool>({false, false}));
+    EXPECT_EQ(tools.commands.size(), 4); // neither Enter nor any of the second
 }
 
 TEST_F(TerminalReplyTest, PastesLinesAndPressesNoKeys) {

@@ -64,24 +64,20 @@ DesktopHostWindows::DesktopHostWindows(std::unique_ptr<WindowSystem> windows,
 void DesktopHostWindows::find(const QString &bundleID, Found found) {
     m_windows->list([bundleID, found = std::move(found)](const auto &windows) {
         const QStringList names = namesOf(bundleID);
-        RunningHost host;
+        QList<HostWindow> result;
         for (const WindowSystem::Window &window : windows) {
             if (std::ranges::any_of(window.names, [&](const QString &name) {
                     return names.contains(name, Qt::CaseInsensitive);
                 })) {
-                host.windows.append({window.id, window.title});
+                result.append({window.id, window.title});
             }
         }
-        host.id = host.windows.isEmpty() ? QString() : host.windows.first().id;
-        found(host.windows.isEmpty() ? std::nullopt : std::optional(host));
+        found(result);
     });
 }
 
-void DesktopHostWindows::activate(const RunningHost &host) {
-    const bool isRaised = std::ranges::any_of(
-        host.windows, [this](const HostWindow &window) { return window.id == m_raised; });
-    m_windows->activate(isRaised ? m_raised : host.id);
-    m_raised.clear();
+void DesktopHostWindows::activate(const HostWindow &window) {
+    m_windows->activate(window.id);
 }
 
 void DesktopHostWindows::launch(const QString &bundleID) {
@@ -89,9 +85,13 @@ void DesktopHostWindows::launch(const QString &bundleID) {
         [bundleID](const QString &startupID) { DesktopLauncher::launch(bundleID, startupID); });
 }
 
-void DesktopHostWindows::showTerminal(const QString &tty, Shown shown) {
+void DesktopHostWindows::showTerminal(const QString &tty, Date knownAt, Shown shown) {
     m_pool.compute([tty] { return TerminalProcesses::of(tty); }, m_scheduler, &m_context,
-                   [this, shown = std::move(shown)](const TerminalProcesses &processes) {
+                   [this, knownAt, shown = std::move(shown)](const TerminalProcesses &processes) {
+                       if (processes.openedAt > knownAt) {
+                           shown(false);
+                           return;
+                       }
                        m_tabs.select(processes, [this, processes, shown](const auto &tab) {
                            showWindow(processes, tab, shown);
                        });

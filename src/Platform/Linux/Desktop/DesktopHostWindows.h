@@ -22,14 +22,9 @@ public:
                        BackgroundPool &pool, Scheduler &scheduler);
 
     void find(const QString &bundleID, Found found) override;
-
-    /// It comes to the top with its program: before that, some desktops would only blink at the
-    /// person.
-    void raise(const HostWindow &window) override { m_raised = window.id; }
-
-    void activate(const RunningHost &host) override;
+    void activate(const HostWindow &window) override;
     void launch(const QString &bundleID) override;
-    void showTerminal(const QString &tty, Shown shown) override;
+    void showTerminal(const QString &tty, Date knownAt, Shown shown) override;
 
 private:
     void showWindow(const TerminalProcesses &processes, const TerminalTabs::Outcome &tab,
@@ -39,7 +34,6 @@ private:
     TerminalTabs m_tabs;
     BackgroundPool &m_pool;
     Scheduler &m_scheduler;
-    QString m_raised;  ///< the window that is to come to the front of its program
     QObject m_context; ///< with it go the answers that are still to come
 };
 
