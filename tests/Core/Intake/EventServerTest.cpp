@@ -107,6 +107,26 @@ TEST_F(EventServerTest, BelievesOnlyAProcessThatThereCanBe) {
     }
 }
 
+/// Codex's base doesn't know the event.
+TEST_F(EventServerTest, SpeaksToTheReleaseThatRunsThoughItsProgramIsGone) {
+    const TemporaryHome home;
+    const QString program = home.write("codex/0.169.0/codex");
+    const auto tell = [&](const char *process) {
+        const HttpHeaders headers{{"x-morvane-agent", "codex"},
+                                  {"x-hook-event", "Interrupt"},
+                                  {"x-morvane-program", program.toStdString()},
+                                  {"x-morvane-process", process}};
+        events.clear();
+        EXPECT_EQ(httpExchange(port(), eventRequest(headers, sessionStart)), okAnswer);
+        scheduler.runPosted();
+        return events.size();
+    };
+    EXPECT_EQ(tell("12 34 56"), 1u);
+    QFile::remove(program);
+    EXPECT_EQ(tell("12 34 56"), 1u);
+    EXPECT_EQ(tell("12 35 56"), 0u);
+}
+
 TEST_F(EventServerTest, TakesItsPortAgainWhileConnectionsWindDown) {
     const std::uint16_t before = port();
     EXPECT_EQ(httpExchange(before, eventRequest({}, "{}")), okAnswer);
