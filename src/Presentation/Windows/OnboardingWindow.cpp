@@ -42,7 +42,7 @@ bool OnboardingWindow::event(QEvent *event) {
 
 /// A welcome comes only once, and doesn't go by a slip.
 void OnboardingWindow::keyPressEvent(QKeyEvent *event) {
-    QWidget::keyPressEvent(event);
+    event->ignore();
 }
 
 /// The window can be moved by any place on it that does nothing else.
