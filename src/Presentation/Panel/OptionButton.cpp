@@ -2,10 +2,12 @@
 
 #include "Core/Ground/BoundedText.h"
 #include "Core/Ground/VisibleText.h"
+#include "Core/Settings/PanelKey.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/TextLabel.h"
 #include "Presentation/Style/Typography.h"
 
+#include <QFontMetrics>
 #include <QHBoxLayout>
 #include <QPainter>
 
@@ -38,7 +40,9 @@ OptionButton::OptionButton(const AgentOption &option, const QColor &accent,
     const QFont labelFont = Typography::text(Typography::bodySize, QFont::DemiBold);
     if (shortcutDigit) {
         auto *digit = new TextLabel(labelFont, Colors::faded(accent, Colors::shortcut), 1, this);
-        digit->setText(QString::number(*shortcutDigit));
+        digit->setText(*shortcutDigit <= PanelKey::digitCount ? QString::number(*shortcutDigit)
+                                                              : QString());
+        digit->setMinimumWidth(QFontMetrics(labelFont).horizontalAdvance(u'0'));
         line->addWidget(digit, 0, Qt::AlignTop);
     }
     auto *texts = new QVBoxLayout;

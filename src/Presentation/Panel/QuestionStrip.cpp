@@ -1,7 +1,6 @@
 #include "Presentation/Panel/QuestionStrip.h"
 
 #include "Core/Ground/VisibleText.h"
-#include "Core/Settings/PanelKey.h"
 #include "Presentation/Panel/Countdown.h"
 #include "Presentation/Panel/InputView.h"
 #include "Presentation/Panel/OptionButton.h"
@@ -107,9 +106,9 @@ void QuestionStrip::showQuestion(const AgentQuestion &question, bool showsShortc
     m_buttons.clear();
     int digit = 1;
     for (const AgentOption &option : question.options) {
-        const bool hasKey = showsShortcuts && digit <= PanelKey::digitCount;
-        auto *button = new OptionButton(option, Colors::questionAccent,
-                                        hasKey ? std::optional(digit) : std::nullopt, m_options);
+        auto *button =
+            new OptionButton(option, Colors::questionAccent,
+                             showsShortcuts ? std::optional(digit) : std::nullopt, m_options);
         connect(button, &OptionButton::clicked, this,
                 [this, text = question.question, label = option.label] {
                     if (m_reading->isOver()) {

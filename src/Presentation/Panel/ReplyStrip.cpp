@@ -27,7 +27,7 @@ ReplyStrip::ReplyStrip(const PanelContext &context, QWidget *parent)
     auto *strip = new QHBoxLayout(this);
     strip->setContentsMargins(0, 8, 0, 2);
     strip->setSpacing(outcomeGap);
-    strip->addWidget(m_affordance);
+    strip->addWidget(m_affordance, 0, Qt::AlignLeft);
     strip->addWidget(m_outcome, 1);
     m_outcome->hide();
 }
