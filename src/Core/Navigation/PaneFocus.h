@@ -51,9 +51,9 @@ std::optional<Client> showingClient(const QString &clients, const QString &pane)
 inline constexpr QLatin1String
     tmuxClientFormat("#{client_activity} #{pane_id} #{client_pid} #{client_tty}");
 
-/// Selects the tmux pane, and brings it into the server's only terminal if none shows it. `then` is
-/// always called, with the terminal in which tmux shows the pane; at once where there is no tmux,
-/// else within twelve seconds.
+/// Selects the tmux pane, which must be named, and brings it into the server's only terminal if
+/// none shows it. `then` is always called, with the terminal in which tmux shows the pane; at once
+/// where there is no tmux, else within twelve seconds.
 void focusMultiplexer(const PaneLocator &pane, Tools &tools,
                       const std::function<void(const std::optional<Client> &)> &then);
 
