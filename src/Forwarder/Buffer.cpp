@@ -7,18 +7,25 @@
 namespace morvane {
 
 bool Buffer::reserve() {
-    constexpr size_t firstCapacity = 65536;
     if (m_size < m_capacity)
         return true;
-    const size_t capacity = m_capacity == 0 ? firstCapacity : 2 * m_capacity;
+    if (m_capacity == 0) {
+        m_bytes = m_first;
+        m_capacity = sizeof m_first;
+        return true;
+    }
+    const size_t capacity = 2 * m_capacity;
+    const bool isMapped = m_bytes != m_first;
     const long address =
-        m_capacity == 0 ? kernel::call(SYS_mmap, nullptr, capacity, PROT_READ | PROT_WRITE,
-                                       MAP_PRIVATE | MAP_ANONYMOUS, -1, 0)
-                        : kernel::call(SYS_mremap, m_bytes, m_capacity, capacity, MREMAP_MAYMOVE);
+        isMapped ? kernel::call(SYS_mremap, m_bytes, m_capacity, capacity, MREMAP_MAYMOVE)
+                 : kernel::call(SYS_mmap, nullptr, capacity, PROT_READ | PROT_WRITE,
+                                MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (address < 0)
         return false;
     m_bytes = reinterpret_cast<char *>(address);
     m_capacity = capacity;
+    if (!isMapped)
+        __builtin_memcpy(m_bytes, m_first, m_size);
     return true;
 }
 

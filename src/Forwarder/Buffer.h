@@ -5,7 +5,9 @@
 
 namespace morvane {
 
-/// Bytes that grow at their end, straight from the kernel's pages; the process's end frees them.
+/// Bytes that grow at their end; the process's end frees them. To be made as a constant, since the
+/// first of them have their room among the program's own pages: the first page of a mapping costs
+/// the kernel's tables that lead to it as well, which made a hook by a thirtieth slower.
 class Buffer {
 public:
     /// Makes sure that room() is not empty; false when there is no memory.
@@ -17,9 +19,10 @@ public:
     [[nodiscard]] std::string_view view() const { return {m_bytes, m_size}; }
 
 private:
-    char *m_bytes = nullptr;
+    char *m_bytes = nullptr; ///< none yet, m_first, or a mapping once there are more
     size_t m_size = 0;
     size_t m_capacity = 0;
+    char m_first[65536] = {};
 };
 
 } // namespace morvane

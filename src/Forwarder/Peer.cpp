@@ -112,7 +112,7 @@ bool isListenerOurs(std::uint16_t port) {
     constexpr size_t digitsEnd = 14;
     for (size_t i = 1; i <= 4; ++i, port = static_cast<std::uint16_t>(port >> 4U))
         place[digitsEnd - i] = "0123456789ABCDEF"[port & 0xfU];
-    Buffer list;
+    static constinit Buffer list;
     if (!readSockets(list))
         return false;
     const size_t found = list.view().find(place);

@@ -204,7 +204,7 @@ std::uint16_t portIn(const char *digits) {
 void post(std::uint16_t port, Buffer &head, Mode mode) {
     const Deadline prompt{mode == Mode::Copy ? copyLimit : promptLimit};
     const Deadline end = mode == Mode::Decide ? Deadline{decisionLimit} : prompt;
-    Buffer payload;
+    static constinit Buffer payload;
     if (!readPayload(payload, prompt))
         return;
     if (mode == Mode::Copy)
@@ -218,7 +218,7 @@ void post(std::uint16_t port, Buffer &head, Mode mode) {
         return;
     if (mode == Mode::Tell && head.view().size() + payload.view().size() <= mostAtOnce)
         return;
-    Buffer answer;
+    static constinit Buffer answer;
     const Deadline heard = mode == Mode::Tell ? Deadline{eventLimit} : end;
     while (receive(connection, answer, heard)) {
         if (mode == Mode::Tell)
@@ -256,7 +256,7 @@ int run(int argumentCount, char **arguments, char **environment) {
     const Mode mode = path == "/usage"          ? Mode::Copy
                       : argument(5) == "decide" ? Mode::Decide
                                                 : Mode::Tell;
-    Buffer head;
+    static constinit Buffer head;
     if (appendStart(head, path, variables.raw("MORVANE_HEADERS")) &&
         (mode == Mode::Copy || appendEvent(head, argument(3), argument(4), mode, variables)))
         post(portIn(arguments[1]), head, mode);
