@@ -346,6 +346,19 @@ TEST_F(EventServerTest, KeepsFewOpenOfManyThatAreGivenUpUnread) {
     EXPECT_EQ(httpExchange(small.boundPort(), eventRequest({}, sessionStart)), okAnswer);
 }
 
+TEST_F(EventServerTest, LeavesNothingOpenWhenItEndsBeforeStrangersWereRead) {
+    const std::ptrdiff_t before = openDescriptors();
+    {
+        std::vector<HttpClient> strangers;
+        EventServer ending(token, 0, {.onEvent = [](const HookEvent &) {}}, scheduler, &scheduler);
+        ASSERT_FALSE(ending.start());
+        for (int count = 0; count < 60; ++count) {
+            strangers.emplace_back(ending.boundPort()).send(std::string(200'000, 'h'));
+        }
+    }
+    EXPECT_EQ(openDescriptors(), before);
+}
+
 TEST_F(EventServerTest, TakesInLaterWhatCameWhileNoDescriptorWasLeft) {
     const FewDescriptors few(256);
     std::vector<int> taken;
