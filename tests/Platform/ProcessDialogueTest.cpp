@@ -8,6 +8,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace morvane {
 namespace {
@@ -67,6 +71,18 @@ TEST_F(ProcessDialogueTest, EndsAProgramThatIgnoresItWithAllThatItHasStarted) {
     EXPECT_TRUE(areGone("numbers"));
     heard.clear();
     EXPECT_EQ(hold("exec sleep 1000", Seconds(0.1)), End::timedOut);
+}
+
+TEST_F(ProcessDialogueTest, LeavesNobodyBehindWhenTheProgramEndsWhileItTalks) {
+    const pid_t program = fork();
+    if (program == 0) {
+        hold("(exec sleep 1000) & trap 'kill $!' TERM; printf '%s\\n' $$ $! >$HOME/numbers; wait");
+        std::_Exit(1);
+    }
+    EXPECT_TRUE(waitUntil([&] { return home.read("numbers").count('\n') == 2; }));
+    ::kill(program, SIGKILL);
+    ::waitpid(program, nullptr, 0);
+    EXPECT_TRUE(areGone("numbers"));
 }
 
 TEST_F(ProcessDialogueTest, TakesAStreamWithoutEndInPieces) {

@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <sys/prctl.h>
 #include <unistd.h>
 
 namespace morvane {
@@ -25,7 +26,11 @@ void start(QProcess &process, const Tools::Command &command) {
     environment.insert(command.environment);
     process.setProcessEnvironment(environment);
     process.setStandardErrorFile(QProcess::nullDevice());
-    process.setChildProcessModifier([] { ::setpgid(0, 0); });
+    process.setChildProcessModifier([] {
+        ::setpgid(0, 0);
+        // Morvane may end without waiting for the thread that talks. A launcher passes this one on.
+        ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+    });
     process.start(command.program, command.arguments);
 }
 
