@@ -14,6 +14,8 @@
 #include <QPointer>
 
 #include <algorithm>
+#include <optional>
+#include <system_error>
 
 namespace morvane {
 
@@ -137,12 +139,17 @@ void AppController::takeEvent(const HookEvent &event) {
 }
 
 void AppController::startServer() {
-    auto server = makeServer();
-    if (const auto failure = server->start()) {
-        m_connections.setLastError(tr("Event server failed to start: %1").arg(failure->message));
-        return;
+    std::optional<Failure> failure;
+    try {
+        m_server = makeServer();
+        failure = m_server->start();
+    } catch (const std::system_error &error) { // no descriptor or no thread is left for it
+        failure = Failure{QString::fromLocal8Bit(error.what())};
     }
-    m_server = std::move(server);
+    if (failure) {
+        m_server.reset();
+        m_connections.setLastError(tr("Event server failed to start: %1").arg(failure->message));
+    }
 }
 
 /// The next start begins at the port that last worked.
