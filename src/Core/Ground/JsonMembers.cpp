@@ -29,7 +29,7 @@ std::string_view takeFront(std::string_view &text, std::size_t length) {
 }
 
 /// What an escape stands for; the text begins with the backslash.
-QChar escapedUnit(std::string_view text) {
+QChar unescaped(std::string_view text) {
     if (text.substr(0, 2) == "\\u") {
         unsigned unit = 0;
         std::from_chars(text.data() + 2, text.data() + std::min<std::size_t>(6, text.size()), unit,
@@ -51,6 +51,34 @@ std::size_t stringLength(std::string_view text) {
         end += text[end] == '\\' ? 2 : 1;
     }
     return std::min(end + 1, text.size());
+}
+
+std::size_t numberLength(std::string_view text) {
+    std::string_view rest = text;
+    const auto take = [&rest](std::string_view anyOf) {
+        const bool found = !rest.empty() && anyOf.find(rest.front()) != anyOf.npos;
+        rest.remove_prefix(found ? 1 : 0);
+        return found;
+    };
+    const auto takeDigits = [&rest] {
+        const auto digits = std::min(rest.find_first_not_of("0123456789"), rest.size());
+        rest.remove_prefix(digits);
+        return digits > 0;
+    };
+    take("-");
+    if (!take("0") && !takeDigits()) {
+        return 0;
+    }
+    if (take(".") && !takeDigits()) {
+        return 0;
+    }
+    if (take("eE")) {
+        take("+-");
+        if (!takeDigits()) {
+            return 0;
+        }
+    }
+    return text.size() - rest.size();
 }
 
 std::size_t valueLength(std::string_view text) {
@@ -80,7 +108,7 @@ QString decoded(std::string_view spelled) {
         result += textOf(spelled.substr(0, plain));
         spelled.remove_prefix(plain);
         if (!spelled.empty()) {
-            result += escapedUnit(spelled);
+            result += unescaped(spelled);
             const std::size_t length = spelled.substr(0, 2) == "\\u" ? 6 : 2;
             spelled.remove_prefix(std::min(length, spelled.size()));
         }

@@ -28,6 +28,9 @@ QString decoded(std::string_view spelled);
 /// The length of the string that the text begins with, with its quotation marks.
 std::size_t stringLength(std::string_view text);
 
+/// The length of the number that the text begins with; 0 where JSON's grammar finds none.
+std::size_t numberLength(std::string_view text);
+
 /// The length of the value that the text begins with.
 std::size_t valueLength(std::string_view text);
 

@@ -1,5 +1,6 @@
 #include "Core/Ground/JsonObject.h"
 
+#include "Core/Ground/JsonMembers.h"
 #include "Core/Ground/Utf8Text.h"
 
 #include <algorithm>
@@ -14,35 +15,6 @@ constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
-}
-
-/// Whether the whole text is one number by JSON's grammar.
-bool isNumber(std::string_view text) {
-    const auto take = [&text](std::string_view anyOf) {
-        const bool found = !text.empty() && anyOf.find(text.front()) != anyOf.npos;
-        text.remove_prefix(found ? 1 : 0);
-        return found;
-    };
-    const auto takeDigits = [&text] {
-        const auto end = std::find_if_not(text.begin(), text.end(), isDigit);
-        const bool found = end != text.begin();
-        text.remove_prefix(static_cast<std::size_t>(end - text.begin()));
-        return found;
-    };
-    take("-");
-    if (!take("0") && !takeDigits()) {
-        return false;
-    }
-    if (take(".") && !takeDigits()) {
-        return false;
-    }
-    if (take("eE")) {
-        take("+-");
-        if (!takeDigits()) {
-            return false;
-        }
-    }
-    return text.empty();
 }
 
 /// Whether the number surely fits 64 bits.
@@ -85,7 +57,8 @@ std::string acceptable(std::string_view text) {
         if (!inString && (text.front() == '-' || isDigit(text.front()))) {
             length = std::min(text.find_first_not_of("0123456789+-.eE"), text.size());
             const std::string_view number = text.substr(0, length);
-            piece = isNumber(number) && !isSmall(number) ? std::string_view("0") : number;
+            const bool isWhole = JsonMembers::numberLength(number) == length;
+            piece = isWhole && !isSmall(number) ? std::string_view("0") : number;
         } else if (inString && text.front() == '\\') {
             length = escapeLength(text);
             piece = length > 0 ? text.substr(0, length) : std::string_view("\\ufffd");

@@ -1,5 +1,7 @@
 #include "Core/Hooks/LenientJson.h"
 
+#include "Core/Ground/JsonMembers.h"
+
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -214,38 +216,12 @@ private:
         return skip("false");
     }
 
-    std::size_t digits(std::size_t from) const {
-        const std::size_t end = m_rest.find_first_not_of("0123456789", from);
-        return std::min(end, m_rest.size()) - from;
-    }
-
     bool number(json &result) {
-        std::size_t length = m_rest.starts_with('-') ? 1 : 0;
-        const std::size_t whole = digits(length);
-        if (whole == 0 || (whole > 1 && m_rest[length] == '0')) {
+        const std::string_view token = m_rest.substr(0, JsonMembers::numberLength(m_rest));
+        if (token.empty()) {
             return false;
         }
-        length += whole;
-        if (m_rest.substr(length).starts_with('.')) {
-            const std::size_t fraction = digits(length + 1);
-            length += 1 + fraction;
-            if (fraction == 0) {
-                return false;
-            }
-        }
-        if (m_rest.substr(length, 1).find_first_of("eE") == 0) {
-            ++length;
-            if (m_rest.substr(length, 1).find_first_of("+-") == 0) {
-                ++length;
-            }
-            const std::size_t exponent = digits(length);
-            length += exponent;
-            if (exponent == 0) {
-                return false;
-            }
-        }
-        const std::string_view token = m_rest.substr(0, length);
-        m_rest.remove_prefix(length);
+        m_rest.remove_prefix(token.size());
         if (!(token.starts_with('-') ? integer<std::int64_t>(token, result)
                                      : integer<std::uint64_t>(token, result))) {
             result = spelled(token);
