@@ -18,6 +18,9 @@ namespace {
 
 using AgentReleases::Listed;
 
+constexpr QLatin1String geminiSettings(".gemini/settings.json");
+constexpr QLatin1String qwenSettings(".qwen/settings.json");
+
 std::unique_ptr<const AgentAdapter> adapterOf(const Listed &listed) {
     switch (listed.agent) {
     case AgentKind::claude:
@@ -25,13 +28,11 @@ std::unique_ptr<const AgentAdapter> adapterOf(const Listed &listed) {
     case AgentKind::codex:
         return std::make_unique<CodexAdapter>(listed.contract);
     case AgentKind::gemini:
-        return std::make_unique<GeminiAdapter>(
-            AgentKind::gemini, QStringLiteral(".gemini/settings.json"), listed.contract);
+        return std::make_unique<GeminiAdapter>(AgentKind::gemini, geminiSettings, listed.contract);
     case AgentKind::qwen:
         return std::make_unique<ClaudeForkAdapter>(
-            AgentKind::qwen, QStringLiteral(".qwen/settings.json"),
-            ClaudeForkAdapter::extendedEvents(), QStringList{QStringLiteral("PermissionRequest")},
-            listed.contract);
+            AgentKind::qwen, qwenSettings, ClaudeForkAdapter::extendedEvents(),
+            QStringList{QStringLiteral("PermissionRequest")}, listed.contract);
     case AgentKind::opencode:
     case AgentKind::cursor:
     case AgentKind::kimi:
@@ -58,11 +59,11 @@ const std::vector<std::unique_ptr<const AgentAdapter>> &listedAdapters() {
 std::span<const AgentAdapter *const> all() {
     static const ClaudeAdapter claude;
     static const CodexAdapter codex;
-    static const GeminiAdapter gemini(AgentKind::gemini, QStringLiteral(".gemini/settings.json"));
+    static const GeminiAdapter gemini(AgentKind::gemini, geminiSettings);
     static const OpenCodeAdapter openCode;
     static const CursorAdapter cursor;
     static const KimiAdapter kimi;
-    static const GeminiAdapter qwen(AgentKind::qwen, QStringLiteral(".qwen/settings.json"));
+    static const GeminiAdapter qwen(AgentKind::qwen, qwenSettings);
     static const ClaudeForkAdapter qoder(AgentKind::qoder, QStringLiteral(".qoder/settings.json"),
                                          ClaudeForkAdapter::extendedEvents(),
                                          {QStringLiteral("PermissionRequest")});

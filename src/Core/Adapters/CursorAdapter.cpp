@@ -3,7 +3,6 @@
 #include "Core/Agents/HookTimeout.h"
 #include "Core/Ground/JsonObject.h"
 
-#include <QHash>
 #include <nlohmann/json.hpp>
 
 namespace morvane {
@@ -24,8 +23,7 @@ std::optional<CanonicalEvent> CursorAdapter::canonical(const QString &native,
         {QStringLiteral("subagentStop"), CanonicalEvent::subagentStop},
         {QStringLiteral("sessionEnd"), CanonicalEvent::sessionEnd},
     };
-    const auto found = events.constFind(native);
-    return found == events.constEnd() ? std::nullopt : std::optional(*found);
+    return lookUp(events, native);
 }
 
 std::optional<QString> CursorAdapter::sessionID(const JsonObject &body) const {

@@ -2,8 +2,6 @@
 
 #include "Core/Adapters/GeminiTranscript.h"
 
-#include <QHash>
-
 namespace morvane {
 
 GeminiAdapter::GeminiAdapter(AgentKind kind, QString settingsPath, const AgentContract &contract)
@@ -30,8 +28,7 @@ GeminiAdapter::canonical(const QString &native,
                    ? std::optional(CanonicalEvent::needsInput)
                    : std::nullopt;
     }
-    const auto found = events.constFind(native);
-    return found == events.constEnd() ? std::nullopt : std::optional(*found);
+    return lookUp(events, native);
 }
 
 std::optional<QString> GeminiAdapter::matcher(const QString &native) const {

@@ -1,7 +1,5 @@
 #include "Core/Adapters/OpenCodeAdapter.h"
 
-#include <QHash>
-
 namespace morvane {
 
 QStringList OpenCodeAdapter::nativeEvents() const {
@@ -21,8 +19,7 @@ std::optional<CanonicalEvent> OpenCodeAdapter::canonical(const QString &native,
         {QStringLiteral("session.error"), CanonicalEvent::turnFailed},
         {QStringLiteral("session.deleted"), CanonicalEvent::sessionEnd},
     };
-    const auto found = events.constFind(native);
-    return found == events.constEnd() ? std::nullopt : std::optional(*found);
+    return lookUp(events, native);
 }
 
 AgentIntegration OpenCodeAdapter::integration() const {

@@ -142,11 +142,15 @@ AgentAdapter::claudeCanonical(const QString &native,
         {QStringLiteral("idle_prompt"), CanonicalEvent::idle},
         {QStringLiteral("agent_completed"), CanonicalEvent::idle},
     };
-    const bool isNotification = native == QLatin1String("Notification");
-    const auto &table = isNotification ? notifications : events;
-    const auto found =
-        table.constFind(isNotification ? notificationType.value_or(QString()) : native);
-    return found == table.constEnd() ? std::nullopt : std::optional(*found);
+    return native == QLatin1String("Notification")
+               ? lookUp(notifications, notificationType.value_or(QString()))
+               : lookUp(events, native);
+}
+
+std::optional<CanonicalEvent> AgentAdapter::lookUp(const QHash<QString, CanonicalEvent> &events,
+                                                   const QString &name) {
+    const auto found = events.constFind(name);
+    return found == events.constEnd() ? std::nullopt : std::optional(*found);
 }
 
 QString AgentAdapter::inHome(const QString &relativePath) {

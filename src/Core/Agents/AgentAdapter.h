@@ -10,6 +10,7 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
+#include <QHash>
 #include <QSet>
 #include <QStringList>
 #include <nlohmann/json_fwd.hpp>
@@ -129,6 +130,10 @@ protected:
     /// The mapping of Claude Code's event names, which most agents share.
     static std::optional<CanonicalEvent>
     claudeCanonical(const QString &native, const std::optional<QString> &notificationType);
+
+    /// What a table says of a name, if it has it.
+    static std::optional<CanonicalEvent> lookUp(const QHash<QString, CanonicalEvent> &events,
+                                                const QString &name);
 
     /// The absolute path of a file named relative to the home folder.
     static QString inHome(const QString &relativePath);
