@@ -1,6 +1,5 @@
 #include "Core/Adapters/CursorAdapter.h"
 
-#include "Core/Agents/HookTimeout.h"
 #include "Core/Ground/JsonObject.h"
 
 #include <nlohmann/json.hpp>
@@ -41,9 +40,10 @@ std::optional<QString> CursorAdapter::cwd(const JsonObject &body) const {
 }
 
 nlohmann::json CursorAdapter::hookEntry(const QString &command,
-                                        const std::optional<QString> &matcher, bool) const {
+                                        const std::optional<QString> &matcher,
+                                        const HookWait &wait) const {
     nlohmann::json entry{
-        {"type", "command"}, {"command", command.toStdString()}, {"timeout", HookTimeout::event}};
+        {"type", "command"}, {"command", command.toStdString()}, {"timeout", wait.seconds}};
     if (matcher) {
         entry["matcher"] = matcher->toStdString();
     }

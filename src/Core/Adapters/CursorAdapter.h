@@ -17,7 +17,7 @@ public:
     std::optional<QString> sessionID(const JsonObject &body) const override;
     std::optional<QString> cwd(const JsonObject &body) const override;
     nlohmann::json hookEntry(const QString &command, const std::optional<QString> &matcher,
-                             bool blocking) const override;
+                             const HookWait &wait) const override;
     nlohmann::json extraRootKeys() const override;
     AgentIntegration integration() const override;
 };

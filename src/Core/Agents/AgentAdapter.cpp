@@ -1,6 +1,5 @@
 #include "Core/Agents/AgentAdapter.h"
 
-#include "Core/Agents/HookTimeout.h"
 #include "Core/Ground/JsonObject.h"
 
 #include <QDir>
@@ -64,11 +63,12 @@ bool AgentAdapter::launchesSubagent(const QString &toolName) const {
 }
 
 nlohmann::json AgentAdapter::hookEntry(const QString &command,
-                                       const std::optional<QString> &matcher, bool blocking) const {
+                                       const std::optional<QString> &matcher,
+                                       const HookWait &wait) const {
     nlohmann::json handler{{"type", "command"}, {"command", command.toStdString()}};
     const int unit = m_contract.hookTimeUnit == AgentContract::TimeUnit::milliseconds ? 1000 : 1;
-    handler["timeout"] = unit * (blocking ? HookTimeout::decision : HookTimeout::event);
-    if (!blocking && m_contract.hasAsyncHooks) {
+    handler["timeout"] = unit * wait.seconds;
+    if (!wait.isAwaited && m_contract.hasAsyncHooks) {
         handler["async"] = true;
     }
     nlohmann::json entry{{"hooks", nlohmann::json::array({handler})}};

@@ -5,6 +5,7 @@
 #include "Core/Agents/AgentIntegration.h"
 #include "Core/Agents/AgentKind.h"
 #include "Core/Agents/CanonicalEvent.h"
+#include "Core/Agents/HookWait.h"
 #include "Core/Agents/TranscriptInfo.h"
 #include "Core/Agents/TranscriptOrigin.h"
 
@@ -96,7 +97,7 @@ public:
 
     /// One entry of the settings file's hooks.
     virtual nlohmann::json hookEntry(const QString &command, const std::optional<QString> &matcher,
-                                     bool blocking) const;
+                                     const HookWait &wait) const;
 
     /// Keys to add at the root of the settings file, as an object.
     virtual nlohmann::json extraRootKeys() const;

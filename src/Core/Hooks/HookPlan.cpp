@@ -39,14 +39,18 @@ std::optional<QString> HookPlan::matcher(const QString &event) const {
     return m_adapter.matcher(event);
 }
 
-nlohmann::json HookPlan::entry(const QString &event) const {
-    auto entry = m_adapter.hookEntry(command(event), matcher(event), isDecisionEvent(event));
-    if (m_adapter.contract().waitsAtSessionEnd && event == QLatin1String("SessionEnd")) {
-        nlohmann::json &handler = entry["hooks"][0];
-        handler.erase("async");
-        handler["timeout"] = HookTimeout::sessionEnd;
+HookWait HookPlan::wait(const QString &event) const {
+    if (isDecisionEvent(event)) {
+        return {HookTimeout::decision, true};
     }
-    return entry;
+    if (m_adapter.contract().waitsAtSessionEnd && event == QLatin1String("SessionEnd")) {
+        return {HookTimeout::sessionEnd, true};
+    }
+    return {HookTimeout::event, false};
+}
+
+nlohmann::json HookPlan::entry(const QString &event) const {
+    return m_adapter.hookEntry(command(event), matcher(event), wait(event));
 }
 
 bool HookPlan::isOfAnotherRelease(const QString &event, const nlohmann::json &entry) const {

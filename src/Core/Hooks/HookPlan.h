@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Core/Agents/HookWait.h"
+
 #include <QString>
 #include <QStringList>
 #include <nlohmann/json_fwd.hpp>
@@ -23,13 +25,13 @@ public:
     /// The native events to hook, in the order in which they are installed.
     QStringList installedEvents() const;
 
-    bool isDecisionEvent(const QString &event) const;
-
     /// The command line of the event's hook. The event stands in it, since an agent's payload may
     /// not name it.
     QString command(const QString &event) const;
 
     std::optional<QString> matcher(const QString &event) const;
+
+    HookWait wait(const QString &event) const;
 
     /// What stands in a JSON settings file for the event.
     nlohmann::json entry(const QString &event) const;
@@ -42,6 +44,8 @@ public:
     bool keepsEntries() const;
 
 private:
+    bool isDecisionEvent(const QString &event) const;
+
     const AgentAdapter &m_adapter;
     bool m_approvalsEnabled;
     bool m_decides;

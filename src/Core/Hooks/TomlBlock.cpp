@@ -1,6 +1,5 @@
 #include "Core/Hooks/TomlBlock.h"
 
-#include "Core/Agents/HookTimeout.h"
 #include "Core/Hooks/HookPlan.h"
 #include "Core/Hooks/TomlHookEntries.h"
 
@@ -113,10 +112,8 @@ QByteArray tomlBlock(const HookPlan &plan) {
         if (const auto matcher = plan.matcher(event)) {
             lines << "matcher = " + quoted(*matcher);
         }
-        const int timeout =
-            plan.isDecisionEvent(event) ? HookTimeout::decision : HookTimeout::event;
         lines << "command = " + quoted(plan.command(event))
-              << "timeout = " + QByteArray::number(timeout);
+              << "timeout = " + QByteArray::number(plan.wait(event).seconds);
     }
     lines << tomlEndMarker;
     return lines.join('\n') + '\n';
