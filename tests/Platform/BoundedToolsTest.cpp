@@ -1,5 +1,6 @@
 #include "Platform/Linux/BoundedTools.h"
 
+#include "Support/IsGone.h"
 #include "Support/ManualScheduler.h"
 #include "Support/TemporaryHome.h"
 #include "Support/WaitUntil.h"
@@ -30,12 +31,6 @@ protected:
 
     /// The number that a stand-in has written down.
     pid_t written(const char *name) const { return folder.read(name).trimmed().toInt(); }
-
-    /// Whoever is to take its status may take his time.
-    static bool isGone(pid_t id) {
-        QFile file(QStringLiteral("/proc/%1/stat").arg(id));
-        return !file.open(QIODevice::ReadOnly) || file.readAll().contains(") Z ");
-    }
 
     TemporaryHome folder;
     ManualScheduler scheduler;

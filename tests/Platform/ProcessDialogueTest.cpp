@@ -1,10 +1,10 @@
 #include "Platform/Linux/ProcessDialogue.h"
 
+#include "Support/IsGone.h"
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"
 #include "Support/WaitUntil.h"
 
-#include <QFile>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -36,11 +36,8 @@ protected:
         const QList<QByteArray> numbers = home.read(file).trimmed().split('\n');
         EXPECT_EQ(numbers.size(), 2);
         return waitUntil([&] {
-            return std::ranges::none_of(numbers, [](const QByteArray &number) {
-                // One that nobody has asked for its status is gone all the same.
-                QFile state("/proc/" + number + "/stat");
-                return state.open(QIODevice::ReadOnly) && !state.readAll().contains(") Z ");
-            });
+            return std::ranges::all_of(
+                numbers, [](const QByteArray &number) { return isGone(number.toLongLong()); });
         });
     }
 

@@ -1,6 +1,7 @@
 #include "Platform/Linux/LinuxProcesses.h"
 
 #include "Platform/Linux/Descriptor.h"
+#include "Platform/Linux/ProcessStatus.h"
 #include "Platform/Linux/UnixSockets.h"
 #include "Platform/Scheduler.h"
 
@@ -27,16 +28,9 @@ QString procPath(std::int64_t id, const char *entry) {
     return QStringLiteral("/proc/%1/%2").arg(id).arg(QLatin1String(entry));
 }
 
-QByteArray contents(const QString &path, qint64 longest = longestCommandLine) {
+QByteArray contents(const QString &path, qint64 longest) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.read(longest) : QByteArray();
-}
-
-/// From the state on. The program's name before it may hold blanks and parentheses, so they count
-/// from the last one.
-QList<QByteArray> statusFields(std::int64_t id) {
-    const QByteArray status = contents(procPath(id, "stat"));
-    return status.mid(status.lastIndexOf(')') + 2).split(' ');
 }
 
 /// Waits for a pidfd, which becomes readable when its process has ended.
@@ -91,14 +85,13 @@ bool runs(const QByteArray &commandLine, const QByteArray &program) {
 } // namespace
 
 std::optional<ProcessIdentity> LinuxProcesses::identityOf(std::int64_t id) {
-    const QList<QByteArray> fields = statusFields(id);
-    constexpr qsizetype startTime = 19; // the 22nd field of all
+    const auto status = ProcessStatus::of(id);
     struct stat space {};
     const QByteArray link = QFile::encodeName(procPath(id, "ns/pid"));
-    if (fields.size() <= startTime || ::stat(link.constData(), &space) != 0) {
+    if (!status || ::stat(link.constData(), &space) != 0) {
         return std::nullopt;
     }
-    return ProcessIdentity{id, fields[startTime].toULongLong(), space.st_ino};
+    return ProcessIdentity{id, status->startedAt, space.st_ino};
 }
 
 Task LinuxProcesses::whenEnded(const ProcessIdentity &process, std::function<void()> ended) {
@@ -134,7 +127,7 @@ std::optional<QStringList> LinuxProcesses::workingDirectories(const QString &pro
         struct stat owner {};
         if (!isProcess || ::stat(QFile::encodeName(procPath(id, "")).constData(), &owner) != 0 ||
             owner.st_uid != ::getuid() ||
-            !runs(contents(procPath(id, "cmdline")), program.toUtf8())) {
+            !runs(contents(procPath(id, "cmdline"), longestCommandLine), program.toUtf8())) {
             continue;
         }
         const QString folder = QFile::symLinkTarget(procPath(id, "cwd"));
@@ -155,16 +148,14 @@ std::optional<std::int64_t> LinuxProcesses::listenerAt(const QString &socket) co
 }
 
 std::optional<bool> LinuxProcesses::hearsKeys(const ProcessIdentity &process) const {
-    const QList<QByteArray> fields = statusFields(process.id);
-    constexpr qsizetype group = 2;
-    constexpr qsizetype foregroundGroup = 5; // of its terminal
-    if (fields.size() <= foregroundGroup || identityOf(process.id) != process) {
+    const auto status = ProcessStatus::of(process.id);
+    if (!status || identityOf(process.id) != process) {
         return std::nullopt;
     }
-    if (fields[0] == "T") {
+    if (status->state == "T") {
         return false;
     }
-    return fields[group] == fields[foregroundGroup] ? std::optional(true) : std::nullopt;
+    return status->group == status->foregroundGroup ? std::optional(true) : std::nullopt;
 }
 
 QProcessEnvironment LinuxProcesses::environment(std::int64_t process) const {

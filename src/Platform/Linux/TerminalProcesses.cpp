@@ -1,5 +1,7 @@
 #include "Platform/Linux/TerminalProcesses.h"
 
+#include "Platform/Linux/ProcessStatus.h"
+
 #include <QDir>
 #include <QFile>
 
@@ -14,41 +16,16 @@ namespace morvane {
 
 namespace {
 
-/// Of an environment, which may be as long as a command line.
-constexpr qint64 longestFile = 262144;
 constexpr qsizetype maxAncestors = 64;
 
-struct Status {
-    TerminalProcesses::Process process;
-    qint64 parent = 0;
-    qint64 session = 0;
-    qint64 terminal = 0;
-    qint64 startedAt = 0; ///< clock ticks since the machine has started
-};
-
-QByteArray fileText(const QString &path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.read(longestFile) : QByteArray();
+QList<QByteArray> environmentOf(qint64 id, const QString &folder) {
+    constexpr qint64 longest = 262144;
+    QFile file(QStringLiteral("%1/%2/environ").arg(folder).arg(id));
+    const QByteArray text = file.open(QIODevice::ReadOnly) ? file.read(longest) : QByteArray();
+    return text.split('\0');
 }
 
-/// The name stands in parentheses and may itself hold blanks and parentheses, so the fields behind
-/// it count from the last one.
-std::optional<Status> statusOf(qint64 id, const QString &folder) {
-    const QByteArray text = fileText(QStringLiteral("%1/%2/stat").arg(folder).arg(id));
-    const qsizetype start = text.indexOf('(');
-    const qsizetype end = text.lastIndexOf(')');
-    const QList<QByteArray> fields = text.mid(end + 2).split(' ');
-    if (start < 0 || end < start || fields.size() < 5) {
-        return std::nullopt;
-    }
-    return Status{{id, text.mid(start + 1, end - start - 1)},
-                  fields[1].toLongLong(),
-                  fields[3].toLongLong(),
-                  fields[4].toLongLong(),
-                  fields.value(19).toLongLong()};
-}
-
-Date beginningOf(const Status &status) {
+Date beginningOf(const ProcessStatus &status) {
     timespec now{};
     ::clock_gettime(CLOCK_BOOTTIME, &now);
     const Seconds before(static_cast<double>(status.startedAt) /
@@ -63,11 +40,11 @@ qint64 numberOf(dev_t device) {
     return static_cast<qint32>(low | (major(device) << 8U) | (high << 12U));
 }
 
-std::optional<Status> sessionLeader(qint64 terminal, const QString &folder) {
+std::optional<ProcessStatus> sessionLeader(qint64 terminal, const QString &folder) {
     for (const QString &entry : QDir(folder).entryList(QDir::Dirs)) {
         bool isProcess = false;
         const qint64 id = entry.toLongLong(&isProcess);
-        const auto status = isProcess ? statusOf(id, folder) : std::nullopt;
+        const auto status = isProcess ? ProcessStatus::of(id, folder) : std::nullopt;
         if (status && status->terminal == terminal && status->session == id) {
             return status;
         }
@@ -103,11 +80,10 @@ TerminalProcesses TerminalProcesses::of(dev_t device, const QString &folder) {
     }
     TerminalProcesses result;
     result.openedAt = beginningOf(*status);
-    result.environment =
-        fileText(QStringLiteral("%1/%2/environ").arg(folder).arg(status->process.id)).split('\0');
-    while (status && status->process.id > 1 && result.ancestors.size() < maxAncestors) {
-        result.ancestors.append(status->process);
-        status = statusOf(status->parent, folder);
+    result.environment = environmentOf(status->id, folder);
+    while (status && status->id > 1 && result.ancestors.size() < maxAncestors) {
+        result.ancestors.append({status->id, status->name});
+        status = ProcessStatus::of(status->parent, folder);
     }
     return result;
 }
