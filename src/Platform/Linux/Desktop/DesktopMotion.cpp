@@ -1,8 +1,9 @@
 #include "Platform/Linux/Desktop/DesktopMotion.h"
 
+#include "Platform/Linux/Desktop/BusQuestion.h"
+
 #include <QDBusArgument>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 
 #include <optional>
@@ -50,10 +51,7 @@ void DesktopMotion::ask() {
     QDBusMessage question =
         QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("ReadAll"));
     question.setArguments({QStringList{appearance, gnome, kde}});
-    auto *call = new QDBusPendingCallWatcher(m_bus.asyncCall(question), this);
-    connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
-        call->deleteLater();
-        const QDBusMessage reply = call->reply();
+    BusQuestion::ask(m_bus, question, this, [this](const QDBusMessage &reply) {
         if (reply.type() == QDBusMessage::ReplyMessage &&
             reply.signature() == QLatin1String("a{sa{sv}}")) {
             m_settings = qdbus_cast<QMap<QString, QVariantMap>>(reply.arguments().first());

@@ -1,9 +1,10 @@
 #include "Platform/Linux/Desktop/GlobalShortcutsPortal.h"
 
+#include "Platform/Linux/Desktop/BusQuestion.h"
+
 #include <QDBusArgument>
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
-#include <QDBusPendingCallWatcher>
 
 #include <utility>
 
@@ -178,10 +179,8 @@ void GlobalShortcutsPortal::ask(const QString &method, QVariantList arguments, Q
 }
 
 void GlobalShortcutsPortal::send(const QDBusMessage &call) {
-    auto *reply = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
-    connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply, request = m_request] {
-        reply->deleteLater();
-        if (reply->isError() && m_request == request) {
+    BusQuestion::ask(m_bus, call, this, [this, request = m_request](const QDBusMessage &reply) {
+        if (reply.type() == QDBusMessage::ErrorMessage && m_request == request) {
             endRequest();
             setStates([](std::uint32_t) { return State::unavailable; });
         }

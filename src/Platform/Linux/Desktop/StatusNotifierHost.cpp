@@ -1,7 +1,8 @@
 #include "Platform/Linux/Desktop/StatusNotifierHost.h"
 
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
+#include "Platform/Linux/Desktop/BusQuestion.h"
+
+#include <QDBusReply>
 #include <QDBusVariant>
 
 namespace morvane {
@@ -37,10 +38,7 @@ void StatusNotifierHost::ask() {
     question.setArguments({watcherService, QStringLiteral("IsStatusNotifierHostRegistered")});
     // Asking is not a reason to start one.
     question.setAutoStartService(false);
-    auto *call = new QDBusPendingCallWatcher(m_bus.asyncCall(question), this);
-    connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
-        call->deleteLater();
-        const QDBusPendingReply<QDBusVariant> reply(*call);
+    BusQuestion::ask(m_bus, question, this, [this](const QDBusReply<QDBusVariant> &reply) {
         setPresent(reply.isValid() && reply.value().variant().toBool());
     });
 }

@@ -1,10 +1,10 @@
 #include "Platform/Linux/Desktop/TerminalTabs.h"
 
+#include "Platform/Linux/Desktop/BusQuestion.h"
 #include "Platform/Linux/TerminalProcesses.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QXmlStreamReader>
 
 #include <utility>
@@ -119,14 +119,13 @@ void TerminalTabs::ask(const Place &place, const char *method, const QVariantLis
                                                            place.interface, QLatin1String(method));
     question.setArguments(arguments);
     question.setAutoStartService(false);
-    auto *call = new QDBusPendingCallWatcher(m_bus.asyncCall(question, questionLimit), &m_context);
-    QObject::connect(call, &QDBusPendingCallWatcher::finished, &m_context,
-                     [call, answered = std::move(answered)] {
-                         call->deleteLater();
-                         const QDBusMessage reply = call->reply();
-                         answered(reply.type() == QDBusMessage::ReplyMessage ? reply.arguments()
-                                                                             : QVariantList());
-                     });
+    BusQuestion::ask(
+        m_bus, question, &m_context,
+        [answered = std::move(answered)](const QDBusMessage &reply) {
+            answered(reply.type() == QDBusMessage::ReplyMessage ? reply.arguments()
+                                                                : QVariantList());
+        },
+        questionLimit);
 }
 
 } // namespace morvane

@@ -1,7 +1,8 @@
 #include "Platform/Linux/Wayland/KWinScripts.h"
 
+#include "Platform/Linux/Desktop/BusQuestion.h"
+
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QTemporaryFile>
 #include <QTimer>
 #include <QUuid>
@@ -58,10 +59,8 @@ QString KWinScripts::run(const QString &body, const Told &told, bool tellsOnce) 
     }
     m_scripts.insert(name, {file, told, tellsOnce});
     const auto load = call(QStringLiteral("loadScript"), {file->fileName(), name});
-    auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(load), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, name] {
-        watcher->deleteLater();
-        if (watcher->isError()) {
+    BusQuestion::ask(m_bus, load, this, [this, name](const QDBusMessage &reply) {
+        if (reply.type() == QDBusMessage::ErrorMessage) {
             this->told(name, {});
         } else {
             m_bus.send(call(QStringLiteral("start"), {}));
