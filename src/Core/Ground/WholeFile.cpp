@@ -20,10 +20,6 @@ namespace {
 
 constexpr int mostLinks = 40;
 
-Failure because(int error) {
-    return {QString::fromStdString(std::generic_category().message(error))};
-}
-
 /// The rename itself reaches the disk with its folder. Not every file system can do that, and the
 /// file is whole either way.
 void syncFolder(const QString &path) {
@@ -63,6 +59,10 @@ QString linkTarget(const QString &path) {
     return QFile::decodeName(QByteArray::fromStdString(file.string()));
 }
 
+Failure systemFailure(int error) {
+    return {QString::fromStdString(std::generic_category().message(error))};
+}
+
 Failure cannotWrite(const QString &path, const Failure &why) {
     return {WholeFile::tr("%1 could not be written: %2").arg(path, why.message)};
 }
@@ -92,24 +92,24 @@ std::optional<Failure> WholeFile::resemble(const QByteArray &model) const {
     struct stat own {};
     struct stat other {};
     if (::fstat(m_file, &own) != 0 || ::stat(model.constData(), &other) != 0) {
-        return because(errno);
+        return systemFailure(errno);
     }
     const bool isSame = own.st_uid == other.st_uid && own.st_gid == other.st_gid;
     if (!isSame && ::fchown(m_file, other.st_uid, other.st_gid) != 0) {
-        return Failure{tr("its owner can't be kept: %1").arg(because(errno).message)};
+        return Failure{tr("its owner can't be kept: %1").arg(systemFailure(errno).message)};
     }
     if (::fchmod(m_file, other.st_mode & 07777) != 0) {
-        return because(errno);
+        return systemFailure(errno);
     }
     if (const int error = FileAttributes::copy(model, m_file)) {
-        return Failure{tr("its attributes can't be kept: %1").arg(because(error).message)};
+        return Failure{tr("its attributes can't be kept: %1").arg(systemFailure(error).message)};
     }
     return std::nullopt;
 }
 
 std::optional<Failure> WholeFile::fill(const QByteArray &content) {
     if (const int error = open()) {
-        return because(error);
+        return systemFailure(error);
     }
     if (m_model) {
         if (auto failure = resemble(QFile::encodeName(*m_model))) {
@@ -117,10 +117,10 @@ std::optional<Failure> WholeFile::fill(const QByteArray &content) {
         }
     }
     if (m_mode && ::fchmod(m_file, *m_mode) != 0) {
-        return because(errno);
+        return systemFailure(errno);
     }
     const int error = writeAll(m_file, content);
-    return error == 0 ? std::nullopt : std::optional(because(error));
+    return error == 0 ? std::nullopt : std::optional(systemFailure(error));
 }
 
 std::optional<Failure> WholeFile::commit() {
@@ -130,7 +130,7 @@ std::optional<Failure> WholeFile::commit() {
     if (::rename(m_temporary.constData(), QFile::encodeName(m_path).constData()) != 0) {
         const int error = errno;
         ::unlink(m_temporary.constData());
-        return because(error);
+        return systemFailure(error);
     }
     syncFolder(m_path);
     return std::nullopt;

@@ -53,6 +53,9 @@ private:
 /// it is one of them.
 QString linkTarget(const QString &path);
 
+/// What the system says of an error of its own.
+Failure systemFailure(int error);
+
 /// The failure of a write, with the file's name.
 Failure cannotWrite(const QString &path, const Failure &why);
 

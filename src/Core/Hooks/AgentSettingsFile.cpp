@@ -11,7 +11,6 @@
 #include <cerrno>
 #include <chrono>
 #include <sys/stat.h>
-#include <system_error>
 #include <thread>
 #include <tuple>
 #include <unistd.h>
@@ -22,18 +21,15 @@ namespace {
 
 constexpr int mostAttempts = 3;
 
-QString reason(int error) {
-    return QString::fromStdString(std::generic_category().message(error));
-}
-
 std::optional<struct stat> statusOf(const QString &path) {
     struct stat status {};
     const bool exists = ::stat(QFile::encodeName(path).constData(), &status) == 0;
     return exists ? std::optional(status) : std::nullopt;
 }
 
-Failure cannotRead(const QString &path, const QString &why) {
-    return {AgentSettingsFile::tr("%1 could not be read: %2").arg(path, why)};
+Failure cannotRead(const QString &path, int error) {
+    return {
+        AgentSettingsFile::tr("%1 could not be read: %2").arg(path, systemFailure(error).message)};
 }
 
 } // namespace
@@ -79,7 +75,7 @@ std::optional<Failure> AgentSettingsFile::rewrite(const Edit &edit) const {
             if (read()) {
                 continue; // it has come just now
             }
-            return cannotRead(m_path, reason(errno));
+            return cannotRead(m_path, errno);
         }
         const Result<std::optional<AgentSettingsChange>> edited = edit(before);
         if (const auto *failure = edited.failure()) {
@@ -109,13 +105,13 @@ AgentSettingsFile::replace(const std::optional<QByteArray> &before,
         return Outcome::overtaken;
     }
     if (QFileInfo(target).isSymbolicLink()) {
-        return cannotRead(m_path, reason(ELOOP));
+        return cannotRead(m_path, ELOOP);
     }
     if (status && !before && S_ISREG(status->st_mode)) {
         return Outcome::overtaken;
     }
     if (status && !before) {
-        return cannotRead(m_path, reason(EINVAL));
+        return cannotRead(m_path, EINVAL);
     }
     if (status && (status->st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) {
         // Whoever made it so wants it to stay as it is.
@@ -173,7 +169,7 @@ AgentSettingsFile::put(const QString &target, const std::optional<QByteArray> &b
     if (!failure && content) {
         failure = file.commit();
     } else if (!failure && ::unlink(QFile::encodeName(target).constData()) != 0) {
-        failure = Failure{reason(errno)};
+        failure = systemFailure(errno);
     }
     if (failure) {
         return cannotWrite(m_path, *failure);

@@ -7,7 +7,6 @@
 #include <QStandardPaths>
 
 #include <cerrno>
-#include <cstring>
 #include <sys/stat.h>
 
 namespace morvane::UpdatePackage {
@@ -44,7 +43,7 @@ Result<QString> keep(const QByteArray &package, const QString &version) {
     const QString place = folder();
     QDir().mkpath(ownFolder());
     if (::mkdir(QFile::encodeName(place).constData(), folderMode) != 0) {
-        return cannotWrite(place, {QString::fromLocal8Bit(std::strerror(errno))});
+        return cannotWrite(place, systemFailure(errno));
     }
     QString path = place + QStringLiteral("/morvane_%1.deb").arg(version);
     WholeFile file(path);
