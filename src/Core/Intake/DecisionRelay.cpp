@@ -118,7 +118,7 @@ void DecisionRelay::expire(const QString &id, std::uint64_t serial) {
 void DecisionRelay::discard(const QString &id, std::uint64_t serial) {
     if (auto pending = take(id, serial)) {
         pending->connection->close();
-        const bool tells = pending->adapter.contract().interruptsByHangUp && m_handlers.onHungUp;
+        const bool tells = pending->adapter.contract().interruptsByHangUp;
         m_main.post(
             [handler = tells ? m_handlers.onHungUp : m_handlers.onExpired, id] { handler(id); });
     }

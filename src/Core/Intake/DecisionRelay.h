@@ -21,14 +21,14 @@ namespace morvane {
 /// only reaches a request that the main thread had been told of when it was given.
 class DecisionRelay : public std::enable_shared_from_this<DecisionRelay> {
 public:
-    /// Both are called on the main thread, which `main` leads to.
+    /// All are called on the main thread, which `main` leads to.
     struct Handlers {
         /// A hook waits, under the event's decision id.
         std::function<void(const HookEvent &)> onParked;
         /// Nobody can make this decision any more.
         std::function<void(const QString &)> onExpired;
         /// The same, where the end of the hook tells that its agent may have been interrupted.
-        std::function<void(const QString &)> onHungUp = {};
+        std::function<void(const QString &)> onHungUp = [](const QString &) {};
     };
 
     /// `timers` gives the time limits, and may call from any thread.

@@ -40,9 +40,8 @@ public:
         std::function<void(const HookEvent &)> onEvent;
         /// On the main thread: nobody can decide this any more, the hook has its answer or is gone.
         std::function<void(const QString &decisionID)> onDecisionExpired = [](const QString &) {};
-        /// On the main thread: the same, and the agent may have been interrupted. Unset, it counts
-        /// as the former.
-        std::function<void(const QString &decisionID)> onDecisionHungUp = {};
+        /// On the main thread: the same, and the agent may have been interrupted.
+        std::function<void(const QString &decisionID)> onDecisionHungUp = [](const QString &) {};
         /// On the main thread: the body of a status line's post.
         std::function<void(AgentKind, const QByteArray &)> onUsagePayload =
             [](AgentKind, const QByteArray &) {};
