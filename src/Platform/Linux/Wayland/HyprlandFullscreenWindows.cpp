@@ -1,11 +1,9 @@
 #include "Platform/Linux/Wayland/HyprlandFullscreenWindows.h"
 
+#include "Platform/Linux/Wayland/CompositorJson.h"
 #include "Platform/Linux/Wayland/SocketQuestion.h"
 
 #include <QFileInfo>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QSet>
 
 #include <algorithm>
@@ -25,12 +23,7 @@ bool mayMove(const QByteArray &event) {
 }
 
 QList<QJsonObject> listOf(const Answer &answer) {
-    QList<QJsonObject> result;
-    const QJsonArray told = QJsonDocument::fromJson(answer.value_or(QByteArray())).array();
-    for (const auto &item : told) {
-        result.append(item.toObject());
-    }
-    return result;
+    return CompositorJson::objectsOf(answer.value_or(QByteArray()));
 }
 
 int workspaceOf(const QJsonObject &object, const char *key) {
@@ -45,12 +38,11 @@ bool isFullscreen(const QJsonObject &client) {
                           : (state.toInt() & full) != 0;
 }
 
-/// As an X server's, they are of 16 bits.
 QRect rectOf(const QJsonObject &client) {
-    const auto number = [&client](const char *key, int index) {
-        return std::clamp(client[QLatin1String(key)][index].toInt(), -32768, 32767);
-    };
-    return {number("at", 0), number("at", 1), number("size", 0), number("size", 1)};
+    const QJsonValue at = client[QLatin1String("at")];
+    const QJsonValue size = client[QLatin1String("size")];
+    return CompositorJson::layoutRect(at[0].toInt(), at[1].toInt(), size[0].toInt(),
+                                      size[1].toInt());
 }
 
 QList<QRect> areasOf(const Answer &monitors, const Answer &clients) {

@@ -1,11 +1,9 @@
 #include "Platform/Linux/Wayland/HyprlandWindowSystem.h"
 
+#include "Platform/Linux/Wayland/CompositorJson.h"
 #include "Platform/Linux/Wayland/SocketQuestion.h"
 
 #include <QFileInfo>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -55,11 +53,7 @@ void HyprlandWindowSystem::activate(const QString &id) {
 }
 
 QList<WindowSystem::Window> HyprlandWindowSystem::windows(const QByteArray &answer) {
-    QList<QJsonObject> clients;
-    const QJsonArray told = QJsonDocument::fromJson(answer).array();
-    for (const auto &client : told) {
-        clients.append(client.toObject());
-    }
+    QList<QJsonObject> clients = CompositorJson::objectsOf(answer);
     std::ranges::stable_sort(clients, {}, [](const QJsonObject &client) {
         return client[QLatin1String("focusHistoryID")].toInteger();
     });

@@ -1,9 +1,10 @@
 #include "Platform/Linux/Wayland/KWinFullscreenWindows.h"
 
+#include "Platform/Linux/Wayland/CompositorJson.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 
-#include <algorithm>
 #include <utility>
 
 namespace morvane {
@@ -83,14 +84,6 @@ on(workspace, ["currentDesktopChanged", "currentActivityChanged"], look);
 come(workspace.activeWindow || workspace.activeClient);
 )");
 
-/// As an X server's, they are of 16 bits.
-QRect rectOf(const QJsonArray &told) {
-    const auto number = [&told](qsizetype index) {
-        return static_cast<int>(std::clamp(told[index].toDouble(), -32768.0, 32767.0));
-    };
-    return {number(0), number(1), number(2), number(3)};
-}
-
 } // namespace
 
 void KWinFullscreenWindows::follow() {
@@ -103,7 +96,8 @@ void KWinFullscreenWindows::take(const QString &told) {
     QList<QRect> areas;
     const QJsonArray list = QJsonDocument::fromJson(told.toUtf8()).array();
     for (const auto &area : list) {
-        areas.append(rectOf(area.toArray()));
+        areas.append(CompositorJson::layoutRect(area[0].toDouble(), area[1].toDouble(),
+                                                area[2].toDouble(), area[3].toDouble()));
     }
     if (std::exchange(m_areas, areas) != areas) {
         emit changed();

@@ -1,8 +1,8 @@
 #include "Platform/Linux/Wayland/KWinWindowSystem.h"
 
+#include "Platform/Linux/Wayland/CompositorJson.h"
+
 #include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QRegularExpression>
 #include <QUuid>
 
@@ -66,9 +66,8 @@ WindowSystem::Window windowOf(const QJsonObject &told) {
 void KWinWindowSystem::list(Listed listed) {
     m_scripts.ask(listing, [listed = std::move(listed)](const QString &answer) {
         QList<Window> result;
-        const QJsonArray told = QJsonDocument::fromJson(answer.toUtf8()).array();
-        for (const auto &window : told) {
-            result.append(windowOf(window.toObject()));
+        for (const QJsonObject &window : CompositorJson::objectsOf(answer.toUtf8())) {
+            result.append(windowOf(window));
         }
         listed(result);
     });

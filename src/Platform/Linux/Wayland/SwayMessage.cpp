@@ -1,5 +1,7 @@
 #include "Platform/Linux/Wayland/SwayMessage.h"
 
+#include "Platform/Linux/Wayland/CompositorJson.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -63,13 +65,10 @@ void collect(const QJsonObject &node, QList<WindowSystem::Window> &result) {
     }
 }
 
-/// As an X server's, they are of 16 bits.
 QRect rectOf(const QJsonObject &node) {
     const QJsonObject rect = node[QLatin1String("rect")].toObject();
-    const auto number = [&rect](const char *key) {
-        return std::clamp(rect[QLatin1String(key)].toInt(), -32768, 32767);
-    };
-    return {number("x"), number("y"), number("width"), number("height")};
+    const auto number = [&rect](const char *key) { return rect[QLatin1String(key)].toInt(); };
+    return CompositorJson::layoutRect(number("x"), number("y"), number("width"), number("height"));
 }
 
 /// Workspaces say of themselves that they are full-screen, too.
