@@ -3,6 +3,7 @@
 #include "Core/Agents/AgentAdapter.h"
 #include "Core/Hooks/AgentConnections.h"
 #include "Core/Settings/MorvaneSettings.h"
+#include "Core/Settings/PanelKey.h"
 #include "Presentation/Mascot/PixelArt.h"
 #include "Presentation/Mascot/PixelFrameView.h"
 #include "Presentation/Style/Colors.h"
@@ -113,7 +114,7 @@ OnboardingPage *OnboardingPage::ready(const WindowContext &context, QWidget *par
         // Desktops that do give none for a moment.
         page->addHint(SystemImage::keyboard)
             ->setText(tr("%1 jump to recently completed sessions.")
-                          .arg(PlatformWords::digitShortcuts(1, 5)));
+                          .arg(PlatformWords::digitShortcuts(1, PanelKey::digitCount)));
     }
     page->addHint(SystemImage::terminal)->setText(tr("Click a session to jump to its terminal."));
     page->m_layout->addSpacing(14);
