@@ -45,7 +45,7 @@ void bringForward(const Arrival &arrival, HostWindows &windows) {
     });
 }
 
-void take(const ITermSession &session, const Arrival &arrival, const Means &means) {
+void perform(const ITermSession &session, const Arrival &arrival, const Means &means) {
     means.scripting.run(itermScript(session.uuid),
                         [arrival, &windows = means.windows](const std::optional<QString> &result) {
                             if (result != QStringLiteral("found")) {
@@ -55,14 +55,14 @@ void take(const ITermSession &session, const Arrival &arrival, const Means &mean
 }
 
 /// The script doesn't activate the program.
-void take(const TerminalTab &tab, const Arrival &arrival, const Means &means) {
+void perform(const TerminalTab &tab, const Arrival &arrival, const Means &means) {
     means.scripting.run(terminalScript(tab.tty),
                         [arrival, &windows = means.windows](const std::optional<QString> &) {
                             bringForward(arrival, windows);
                         });
 }
 
-void take(const TerminalPane &, const Arrival &arrival, const Means &means) {
+void perform(const TerminalPane &, const Arrival &arrival, const Means &means) {
     PaneFocus::focusTerminal(arrival.pane, means.tools);
     bringForward(arrival, means.windows);
 }
@@ -83,7 +83,7 @@ void arrive(const Destination &destination, const std::optional<PaneFocus::Clien
     } else if (!destination.pane.tmux) {
         arrival.tty = destination.ttyName.value_or(QString());
     }
-    std::visit([&](const auto &step) { take(step, arrival, means); }, firstStep(destination));
+    std::visit([&](const auto &step) { perform(step, arrival, means); }, firstStep(destination));
 }
 
 } // namespace

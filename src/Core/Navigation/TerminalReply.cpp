@@ -151,7 +151,7 @@ void TerminalReply::begin() {
             const Reply &reply = weak->m_replies.front();
             const auto hears =
                 reply.agent ? weak->m_processes.hearsKeys(*reply.agent) : std::nullopt;
-            weak->take(tty == reply.tty && hears.value_or(!isShell(program)));
+            weak->stepDone(tty == reply.tty && hears.value_or(!isShell(program)));
         }
     };
     // A copy, since a tool that isn't there ends the reply at once.
@@ -161,14 +161,14 @@ void TerminalReply::begin() {
 
 void TerminalReply::runNext() {
     if (!m_replies.front().isWanted()) {
-        take(false);
+        stepDone(false);
         return;
     }
     const QStringList command = m_replies.front().commands.takeFirst();
     const PaneLocator pane = m_replies.front().pane;
     const auto finished = [weak = QPointer<TerminalReply>(this)](const auto &output) {
         if (weak) {
-            weak->take(output.has_value());
+            weak->stepDone(output.has_value());
         }
     };
     PaneFocus::run(QStringLiteral("tmux"), PaneFocus::tmuxArguments(pane, command), pane, m_tools,
@@ -176,7 +176,7 @@ void TerminalReply::runNext() {
 }
 
 /// What hasn't been typed whole is not submitted.
-void TerminalReply::take(bool succeeded) {
+void TerminalReply::stepDone(bool succeeded) {
     const qsizetype left = m_replies.front().commands.size();
     if (succeeded && left > 0) {
         m_next = m_scheduler.after(left == 1 ? beforeEnter : Seconds(0), [this] { runNext(); });

@@ -65,7 +65,7 @@ private:
     void sendViaITerm(const QString &text, const QString &uuid, const Told &told);
     void begin();
     void runNext();
-    void take(bool succeeded);
+    void stepDone(bool succeeded);
 
     Tools &m_tools;
     Scripting &m_scripting;

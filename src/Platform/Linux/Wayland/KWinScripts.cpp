@@ -39,17 +39,17 @@ KWinScripts::~KWinScripts() {
     }
 }
 
-void KWinScripts::ask(const QString &body, const Told &told) {
-    const QString script = run(body, told, true);
-    QTimer::singleShot(scriptLimit, this, [this, script] { this->told(script, {}); });
+void KWinScripts::ask(const QString &body, const Heard &heard) {
+    const QString script = run(body, heard, true);
+    QTimer::singleShot(scriptLimit, this, [this, script] { told(script, {}); });
 }
 
-void KWinScripts::follow(const QString &body, const Told &told) {
-    run(body, told, false);
+void KWinScripts::follow(const QString &body, const Heard &heard) {
+    run(body, heard, false);
 }
 
 /// The name is one that nobody can guess, since anybody on the bus may answer.
-QString KWinScripts::run(const QString &body, const Told &told, bool tellsOnce) {
+QString KWinScripts::run(const QString &body, const Heard &heard, bool tellsOnce) {
     const QString name =
         QStringLiteral("morvane-") + QUuid::createUuid().toString(QUuid::WithoutBraces);
     auto file = std::make_shared<QTemporaryFile>();
@@ -57,11 +57,11 @@ QString KWinScripts::run(const QString &body, const Told &told, bool tellsOnce) 
         file->write((beginning.arg(m_bus.baseService(), m_path, name) + body).toUtf8());
         file->close();
     }
-    m_scripts.insert(name, {file, told, tellsOnce});
+    m_scripts.insert(name, {file, heard, tellsOnce});
     const auto load = call(QStringLiteral("loadScript"), {file->fileName(), name});
     BusQuestion::ask(m_bus, load, this, [this, name](const QDBusMessage &reply) {
         if (reply.type() == QDBusMessage::ErrorMessage) {
-            this->told(name, {});
+            told(name, {});
         } else {
             m_bus.send(call(QStringLiteral("start"), {}));
         }
@@ -74,12 +74,12 @@ void KWinScripts::told(const QString &script, const QString &text) {
     if (known == m_scripts.cend()) {
         return;
     }
-    const Told told = known->told;
+    const Heard heard = known->heard;
     if (known->tellsOnce) {
         m_scripts.erase(known);
         unload(script);
     }
-    told(text);
+    heard(text);
 }
 
 void KWinScripts::unload(const QString &script) {

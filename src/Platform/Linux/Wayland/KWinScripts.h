@@ -20,18 +20,18 @@ class KWinScripts : public QObject {
     Q_CLASSINFO("D-Bus Interface", "io.morvane.Windows")
 
 public:
-    using Told = std::function<void(const QString &text)>;
+    using Heard = std::function<void(const QString &text)>;
 
     /// No other object of this connection may have the path.
     KWinScripts(const QDBusConnection &bus, const QString &path);
     ~KWinScripts() override;
 
-    /// Runs a script that tells once. `told` hears that, or an empty text where nothing comes
-    /// within two seconds.
-    void ask(const QString &body, const Told &told);
+    /// Runs a script that tells once. `heard` is called with that, or an empty text where nothing
+    /// comes within two seconds.
+    void ask(const QString &body, const Heard &heard);
 
     /// Runs a script that may tell again and again, for as long as this object lives.
-    void follow(const QString &body, const Told &told);
+    void follow(const QString &body, const Heard &heard);
 
 public slots:
     /// What a script of ours says, by its name, over the bus.
@@ -40,11 +40,11 @@ public slots:
 private:
     struct Script {
         std::shared_ptr<QTemporaryFile> file;
-        Told told;
+        Heard heard;
         bool tellsOnce = false;
     };
 
-    QString run(const QString &body, const Told &told, bool tellsOnce);
+    QString run(const QString &body, const Heard &heard, bool tellsOnce);
     void unload(const QString &script);
     QDBusMessage call(const QString &method, const QVariantList &arguments) const;
 
