@@ -226,20 +226,26 @@ void UpdateManager::lookInto(const QString &path) {
                       });
 }
 
-/// Whoever has changed their mind, and asked for a check since, has waited for this.
 void UpdateManager::reject(const QString &why) {
+    const bool isAwaited = m_phase == Phase::downloading;
+    dropKept();
+    if (isAwaited) {
+        fail(why);
+    }
+}
+
+/// Whoever has changed their mind, and asked for a check since, has waited for this.
+void UpdateManager::dropKept() {
     m_isExamining = false;
     removeKept();
     if (m_phase == Phase::checking) {
         askFeed();
-    } else {
-        fail(why);
     }
 }
 
 void UpdateManager::handOver(const QString &path) {
     if (m_phase != Phase::downloading) {
-        reject({}); // the person has changed their mind meanwhile
+        dropKept(); // the person has changed their mind meanwhile
         return;
     }
     m_isExamining = false;

@@ -122,6 +122,7 @@ private:
     void takePackage(const std::optional<HttpsAnswer> &answer);
     void lookInto(const QString &path);
     void reject(const QString &why);
+    void dropKept();
     void handOver(const QString &path);
     void enter(Phase phase);
     void fail(const QString &why);
