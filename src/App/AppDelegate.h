@@ -18,7 +18,7 @@ struct PlatformServices;
 
 /// What belongs to the process rather than to a session: it makes the controller, the status item
 /// with its menu, and the windows, and answers to a second launch. Without a screen it is the
-/// controller alone. Owned by `main`; main thread.
+/// controller alone. Owned by `launch`; main thread.
 class AppDelegate : public QObject {
     Q_OBJECT
 

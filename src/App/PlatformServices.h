@@ -20,7 +20,7 @@
 
 namespace morvane {
 
-/// What stands behind the ports in this run. Made once, in `main`, and outlives everything that
+/// What stands behind the ports in this run. Made once, in `launch`, and outlives everything that
 /// uses it; main thread.
 struct PlatformServices {
     std::unique_ptr<Scheduler> scheduler;

@@ -22,7 +22,7 @@ class Defaults;
 ///
 /// A further one takes its accessors and member here, and a row in the table of keys.
 ///
-/// There is one instance over the standard defaults, `shared`; it is made in `main` and passed to
+/// There is one instance over the standard defaults, `shared`; `launch` takes it and passes it to
 /// whoever needs it.
 class MorvaneSettings : public QObject {
     Q_OBJECT

@@ -16,7 +16,7 @@ namespace morvane {
 
 /// Lets one process run for each configuration folder on this machine: a second one tells the first
 /// that it was started, and gives way. Where a home is shared, each machine has a first of its own.
-/// Owned by `main`; main thread.
+/// Owned by `launch`; main thread.
 class SingleInstance : public QObject {
     Q_OBJECT
 
