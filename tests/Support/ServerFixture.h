@@ -50,8 +50,8 @@ protected:
         return client;
     }
 
-    /// Makes sure that what was asked of the server before has been done.
-    void settle() {
+    /// Lets every hook go, once all is done that was asked of the server before.
+    void releaseAll() {
         server->releaseAllDecisions();
         scheduler.runPosted();
     }

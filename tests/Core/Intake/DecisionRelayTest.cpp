@@ -22,7 +22,7 @@ TEST_F(DecisionRelayTest, AnswersInTheAgentsOwnForm) {
               json::parse(R"({"hookSpecificOutput":{"decision":{"behavior":"allow"},
                               "hookEventName":"PermissionRequest"}})"));
     EXPECT_NE(answer.find("Content-Type: application/json\r\n"), std::string::npos);
-    settle();
+    releaseAll();
     EXPECT_TRUE(expired.empty());
 }
 
@@ -33,7 +33,7 @@ TEST_F(DecisionRelayTest, LetsTheHookGoAfterAMinuteOfSilence) {
     EXPECT_EQ(scheduler.timersDueIn(Seconds(1)), 1u);
     scheduler.advance(Seconds(1));
     EXPECT_EQ(client.receiveAll(), okAnswer);
-    settle();
+    releaseAll();
     EXPECT_EQ(expired, std::vector<std::string>{"late"});
 }
 
@@ -45,7 +45,7 @@ TEST_F(DecisionRelayTest, TheFirstAnswerWins) {
     scheduler.advance(Seconds(60));
     server->resolve("unknown", AgentDecision::allow());
     EXPECT_EQ(decisionIn(client.receiveAll()), (json{{"behavior", "deny"}}));
-    settle();
+    releaseAll();
     EXPECT_TRUE(expired.empty());
 }
 
@@ -67,7 +67,7 @@ TEST_F(DecisionRelayTest, ARetryTakesTheOlderRequestsPlace) {
     older.hangUp();
     server->resolve("same", AgentDecision::allow());
     EXPECT_EQ(decisionIn(newer.receiveAll()), (json{{"behavior", "allow"}}));
-    settle();
+    releaseAll();
     EXPECT_TRUE(expired.empty());
 }
 
@@ -90,7 +90,7 @@ TEST_F(DecisionRelayTest, AnswersTheSessionThatItWasGivenFor) {
         server->resolve(*events[0].decisionID, AgentDecision::allow());
         EXPECT_EQ(decisionIn(first.receiveAll()), (json{{"behavior", "allow"}}));
     }
-    settle();
+    releaseAll();
     EXPECT_TRUE(expired.empty());
 }
 
@@ -134,7 +134,7 @@ TEST(DecisionRelay, TellsAtOnceOfAHookThatCannotBeWatched) {
 TEST_F(DecisionRelayTest, ReleasesAllWithoutAnAnswerOrAnExpiry) {
     HttpClient first = parked(permissionRequest("a"));
     HttpClient second = parked(permissionRequest("b", "codex"));
-    settle();
+    releaseAll();
     EXPECT_EQ(first.receiveAll(), okAnswer);
     EXPECT_EQ(second.receiveAll(), okAnswer);
     EXPECT_TRUE(expired.empty());
