@@ -9,7 +9,6 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QDir>
 #include <QKeyEvent>
 #include <QMessageBox>
 #include <QPushButton>
@@ -63,6 +62,12 @@ protected:
         QCoreApplication::sendEvent(target, &event);
     }
 
+    /// As a person does who has been at another window.
+    void comeBack() {
+        QEvent activation(QEvent::WindowActivate);
+        QCoreApplication::sendEvent(window, &activation);
+    }
+
     /// What Tab goes through, by name.
     QStringList tabOrder() const {
         QStringList result;
@@ -88,8 +93,8 @@ protected:
 };
 
 TEST_F(WindowsTest, ConnectsRepairsAndDisconnectsAnAgent) {
-    home.write(".claude/history.jsonl");
-    QDir(home.path(".claude/settings.json")).mkpath("in/the/way");
+    home.write(".claude/settings.json", R"({"model": "opus"})");
+    makeReadOnly(".claude/settings.json");
     openSettings();
     EXPECT_TRUE(reads("9 more supported agents will appear here once installed."));
     EXPECT_FALSE(toggle("Answer permission prompts from the notch")->isEnabled());
@@ -97,8 +102,7 @@ TEST_F(WindowsTest, ConnectsRepairsAndDisconnectsAnAgent) {
     button("Connect Claude Code")->click();
     EXPECT_TRUE(reads("Claude Code connect failed: "));
 
-    QDir(home.path(".claude/settings.json")).removeRecursively();
-    home.write(".claude/settings.json", R"({"model": "opus"})");
+    makeReadOnly(".claude/settings.json", false);
     // What is pressed twice in haste is meant once.
     QPushButton *connecting = button("Connect Claude Code");
     QTest::mouseClick(connecting, Qt::LeftButton);
@@ -112,8 +116,7 @@ TEST_F(WindowsTest, ConnectsRepairsAndDisconnectsAnAgent) {
     // Somebody tidies up while the window isn't looked at.
     QFile::remove(home.path(".morvane/hook.sh"));
     QFile::remove(home.path(".morvane/statusline.sh"));
-    QEvent comingBack(QEvent::WindowActivate);
-    QCoreApplication::sendEvent(window, &comingBack);
+    comeBack();
     EXPECT_TRUE(reads("forwarder script missing; statusline script missing"));
     button("Repair Claude Code")->click();
     EXPECT_EQ(button("Repair Claude Code"), nullptr);
@@ -193,8 +196,7 @@ TEST_F(WindowsTest, NamesEveryControlOfTheSettings) {
     button("Connect Codex")->click();
     QFile::remove(home.path(".morvane/hook.sh"));
     delegate.applicationShouldHandleReopen();
-    QEvent comingBack(QEvent::WindowActivate);
-    QCoreApplication::sendEvent(window, &comingBack);
+    comeBack();
     ASSERT_NE(button("Repair Claude Code"), nullptr);
     EXPECT_EQ(tabOrder().mid(0, 5),
               (QStringList{"Disconnect Claude Code", "Repair Claude Code", "Disconnect Codex",
@@ -317,8 +319,7 @@ TEST_F(WindowsTest, SaysWhoseNotificationsItSilences) {
     EXPECT_EQ(toggle("Suppress agents' own notifications"), nullptr);
     home.write(".claude/settings.json", "{}");
     delegate.applicationShouldHandleReopen();
-    QEvent comingBack(QEvent::WindowActivate);
-    QCoreApplication::sendEvent(window, &comingBack);
+    comeBack();
     EXPECT_TRUE(reads("Silences the desktop notifications Claude Code sends so Morvane"));
     toggle("Suppress agents' own notifications")->click();
     EXPECT_TRUE(toggle("Suppress agents' own notifications")->isChecked());
@@ -380,8 +381,7 @@ TEST_F(WindowsTest, WalksANewcomerThroughNamedControlsToAConnectedAgent) {
     makeReadOnly(".claude/settings.json", false);
     // Installed while nobody looks.
     home.write(".codex/config.toml");
-    QEvent comingBack(QEvent::WindowActivate);
-    QCoreApplication::sendEvent(window, &comingBack);
+    comeBack();
     QCoreApplication::processEvents();
     ASSERT_NE(button("Connect Codex"), nullptr);
     button("Connect Claude Code")->click();

@@ -7,8 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/types.h>
-
 namespace morvane {
 namespace {
 

@@ -11,17 +11,10 @@
 #include <QJsonObject>
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
-
 namespace morvane {
 namespace {
 
 using Phase = UpdateManager::Phase;
-
-mode_t modeOf(const QString &path) {
-    struct stat status {};
-    return ::stat(path.toUtf8().constData(), &status) == 0 ? status.st_mode & 07777 : 0;
-}
 
 /// A server of updates on this machine that can be made to err or to lie, and real packages, signed
 /// as the maker signs them.
@@ -136,8 +129,8 @@ TEST_F(UpdateServerTest, HandsOverWhatTheMakerHasSignedAndThePersonWanted) {
     const QString path = home.path(".cache/morvane/update/morvane_1.1.deb");
     EXPECT_EQ(installer.opened, QStringList{path});
     EXPECT_EQ(home.read(".cache/morvane/update/morvane_1.1.deb"), package);
-    EXPECT_EQ(modeOf(path), 0600U);
-    EXPECT_EQ(modeOf(home.path(".cache/morvane/update")), 0700U);
+    EXPECT_EQ(home.mode(".cache/morvane/update/morvane_1.1.deb"), 0600U);
+    EXPECT_EQ(home.mode(".cache/morvane/update"), 0700U);
     updates->dismiss();
     pass(Seconds(0));
     EXPECT_TRUE(QFile::exists(path)) << "the installer still needs it";

@@ -1,12 +1,14 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QList>
 #include <QTemporaryDir>
 
+#include <sys/stat.h>
 #include <utility>
 
 namespace morvane {
@@ -60,9 +62,22 @@ public:
         return file;
     }
 
+    /// As if the file had last been written at this moment.
+    void setWritten(const QString &relativePath, const QDateTime &at) const {
+        QFile file(path(relativePath));
+        file.open(QIODevice::ReadWrite) && file.setFileTime(at, QFile::FileModificationTime);
+    }
+
     QByteArray read(const QString &relativePath) const {
         QFile reader(path(relativePath));
         return reader.open(QIODevice::ReadOnly) ? reader.readAll() : QByteArray();
+    }
+
+    /// Its access bits; none of a file that isn't there.
+    mode_t mode(const QString &relativePath) const {
+        struct stat status {};
+        ::stat(QFile::encodeName(path(relativePath)).constData(), &status);
+        return status.st_mode & 07777;
     }
 
 private:

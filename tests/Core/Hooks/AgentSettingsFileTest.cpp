@@ -39,12 +39,6 @@ protected:
         return QDir(home.path("agent")).entryList(QDir::Files | QDir::System | QDir::Hidden);
     }
 
-    mode_t mode(const QString &path) const {
-        struct stat status {};
-        ::stat(home.path(path).toUtf8().constData(), &status);
-        return status.st_mode & 07777;
-    }
-
     TemporaryHome home;
     const QString name = "agent/settings.json";
     const AgentSettingsFile file{home.path(name)};
@@ -62,8 +56,8 @@ TEST_F(AgentSettingsFileTest, MakesTheFileAndKeepsTheLastContentAsTheBackupWhere
     rewrite(fixed(AgentSettingsChange{.content = "4", .backsUp = false}));
     EXPECT_EQ(backup(), "12");
     EXPECT_EQ(file.read(), "4");
-    EXPECT_EQ(mode("agent/settings.json"), 0640u);
-    EXPECT_EQ(mode("agent/settings.json.morvane-backup"), 0640u);
+    EXPECT_EQ(home.mode("agent/settings.json"), 0640u);
+    EXPECT_EQ(home.mode("agent/settings.json.morvane-backup"), 0640u);
     rewrite(fixed(std::optional<AgentSettingsChange>()));
     EXPECT_EQ(names().size(), 2);
 }
@@ -130,12 +124,12 @@ TEST_F(AgentSettingsFileTest, KeepsAccessListAndAttributes) {
         GTEST_SKIP() << "the file system has no such attributes";
     }
     const QByteArray before = attribute(name, access);
-    const mode_t shown = mode(name);
+    const mode_t shown = home.mode(name);
     rewrite(fixed(AgentSettingsChange{.content = "2", .origin = Origin::taken}));
     for (const char *ending : {"", ".morvane-backup", ".morvane-original"}) {
         EXPECT_EQ(attribute(name + ending, access), before) << ending;
         EXPECT_EQ(attribute(name + ending, "user.note"), QByteArray("mine").toHex()) << ending;
-        EXPECT_EQ(mode(name + ending), shown) << ending;
+        EXPECT_EQ(home.mode(name + ending), shown) << ending;
     }
 
     // What the folder hands down to new files is not the file's.
@@ -147,7 +141,7 @@ TEST_F(AgentSettingsFileTest, KeepsAccessListAndAttributes) {
               0);
     rewrite(append("3"));
     EXPECT_EQ(attribute(name, access), "");
-    EXPECT_EQ(mode(name), 0640u);
+    EXPECT_EQ(home.mode(name), 0640u);
 }
 
 TEST_F(AgentSettingsFileTest, LeavesAloneWhatItMayNotOrCannotHandle) {

@@ -38,20 +38,13 @@ TEST(ForwarderScripts, PutsPortAndTokenIntoTheScript) {
                                              "ELF"),
               hasClient());
 
-    const auto mode = [&](const QString &relative) {
-        return QFileInfo(home.path(relative)).permissions() & QFile::Permissions(0x0777);
-    };
-    const QFile::Permissions readable =
-        QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther;
     for (const QString &executable : {QString(".morvane/hook.sh"), client()}) {
         if (!QFile::exists(home.path(executable)) && !hasClient()) {
             continue;
         }
-        EXPECT_EQ(mode(executable) & readable, readable) << qPrintable(executable);
-        EXPECT_TRUE(QFileInfo(home.path(executable)).isExecutable());
+        EXPECT_EQ(home.mode(executable) & 0555, 0555U) << qPrintable(executable);
     }
-    EXPECT_EQ(mode(".morvane") & (readable | QFile::WriteGroup | QFile::WriteOther),
-              QFile::Permissions());
+    EXPECT_EQ(home.mode(".morvane"), 0700U);
 }
 
 TEST(ForwarderScripts, RewritesTheScriptButNotAClientThatIsTheSame) {
@@ -60,32 +53,26 @@ TEST(ForwarderScripts, RewritesTheScriptButNotAClientThatIsTheSame) {
     }
     const TemporaryHome home;
     ASSERT_FALSE(scripts(1).writeHookScript());
-    QFile file(home.path(client()));
+    const QString file = home.path(client());
     const QDateTime old = QDateTime::fromSecsSinceEpoch(1'000'000'000);
-    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-    ASSERT_TRUE(file.setFileTime(old, QFileDevice::FileModificationTime));
-    file.close();
+    home.setWritten(client(), old);
     ASSERT_FALSE(scripts(2).writeHookScript());
     EXPECT_TRUE(home.read(".morvane/hook.sh").contains("port=2\n"));
     EXPECT_EQ(QFileInfo(file).lastModified(), old);
 
     // As before the clock was set back: the script would not trust it.
-    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
     const QDateTime ahead = QDateTime::currentDateTime().addDays(1);
-    ASSERT_TRUE(file.setFileTime(ahead, QFileDevice::FileModificationTime));
-    file.close();
+    home.setWritten(client(), ahead);
     ASSERT_FALSE(scripts(2).writeHookScript());
-    EXPECT_LT(QFileInfo(file.fileName()).lastModified(), ahead);
+    EXPECT_LT(QFileInfo(file).lastModified(), ahead);
 
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("an older one");
-    file.close();
+    home.write(client(), "an older one");
     ASSERT_FALSE(scripts(2).writeHookScript());
     EXPECT_NE(home.read(client()), "an older one");
 
-    file.setPermissions(QFile::ReadOwner);
+    QFile::setPermissions(file, QFile::ReadOwner);
     ASSERT_FALSE(scripts(2).writeHookScript());
-    EXPECT_TRUE(QFileInfo(file.fileName()).isExecutable());
+    EXPECT_TRUE(QFileInfo(file).isExecutable());
 }
 
 TEST(ForwarderScripts, ReplacesLinksInsteadOfFollowingThem) {

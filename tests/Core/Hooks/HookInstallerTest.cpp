@@ -66,14 +66,8 @@ std::vector<SettingsCase> settingsCases() {
         {"an empty object", "{}"},
         {"no JSON", "model = opus", "{}"},
         {"a list at the root", R"(["a"])", "{}"},
-        {"comments", "// mine\n{\"model\":\"opus\", /* or */ \"env\":{\"URL\":\"http://a//b\"}}",
-         R"({"model":"opus","env":{"URL":"http://a//b"}})"},
         {"other keys of every type",
          R"({"model":"opus","n":null,"t":true,"l":[[],{},[{"a":[]}]],"o":{"hooks":{"Stop":[]}}})"},
-        {"broken Unicode", "{\"half\":\"\\ud83d\",\"latin\":\"caf\xe9\"}"},
-        {"large and odd numbers",
-         R"({"id":9007199254740993,"u":18446744073709551615,"i":-9223372036854775808,)"
-         R"("big":123456789012345678901234567890,"f":0.1,"e":1e400,"z":-0})"},
         {"hooks of other tools",
          R"({"hooks":{"Stop":[{"hooks":[{"type":"command","command":"say done"}]}],)"
          R"("PreToolUse":[{"matcher":"Bash","hooks":[{"type":"command","command":"guard.sh"},)"
@@ -256,11 +250,9 @@ TEST_F(ReleaseHooksTest, LeaveWhatHasBeenReviewed) {
     EXPECT_TRUE(listed(codex).health().awaitsReview);
     const QString path = home.path(".codex/hooks.json");
     const auto review = [&](int age) {
-        QFile config(
-            home.write(".codex/config.toml", "[hooks.state.\"" + path.toUtf8() + ":stop:0:0\"]\n"));
-        ASSERT_TRUE(config.open(QIODevice::ReadWrite));
-        config.setFileTime(QFileInfo(path).lastModified().addSecs(-age),
-                           QFileDevice::FileModificationTime);
+        const QString config = ".codex/config.toml";
+        home.write(config, "[hooks.state.\"" + path.toUtf8() + ":stop:0:0\"]\n");
+        home.setWritten(config, QFileInfo(path).lastModified().addSecs(-age));
     };
     review(-1);
     EXPECT_FALSE(listed(codex).health().awaitsReview);
@@ -359,8 +351,7 @@ TEST_F(HookInstallerTest, WritesAndRemovesThePlugin) {
     connect(opencode);
     EXPECT_TRUE(text(opencode).contains("40123"));
     EXPECT_TRUE(text(opencode).contains(settings.eventToken().toUtf8()));
-    const auto mode = QFileInfo(home.path(place(opencode))).permissions();
-    EXPECT_FALSE(mode & (QFile::ReadGroup | QFile::ReadOther));
+    EXPECT_EQ(home.mode(place(opencode)), 0600U);
     EXPECT_EQ(installer(opencode).health(), (Health{.hooksPresent = true}));
     EXPECT_FALSE(QFile::exists(ForwarderScripts::folder()));
     write(opencode, "old");

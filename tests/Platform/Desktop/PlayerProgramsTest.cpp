@@ -2,6 +2,7 @@
 
 #include "Support/ManualScheduler.h"
 #include "Support/Printing.h"
+#include "Support/Processes.h"
 #include "Support/TemporaryHome.h"
 #include "Support/WaitUntil.h"
 
@@ -28,10 +29,8 @@ protected:
 
     /// Whether the program is there that a player waits for.
     bool sleeps() const {
-        const QByteArray sleeper = home.read("sleeper").trimmed();
-        QFile commandLine("/proc/" + sleeper + "/cmdline");
-        return !sleeper.isEmpty() && commandLine.open(QIODevice::ReadOnly) &&
-               !commandLine.readAll().isEmpty();
+        const qint64 sleeper = home.read("sleeper").trimmed().toLongLong();
+        return sleeper > 0 && !isGone(sleeper);
     }
 
     /// Waits until exactly these have been asked, in their order, since the last time.

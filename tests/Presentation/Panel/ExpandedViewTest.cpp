@@ -312,6 +312,24 @@ TEST_F(ExpandedViewTest, OnlyTheRowThatTheDigitsBelongToShowsThem) {
     EXPECT_FALSE(view.hasBeenRead(rows()[1]->session().id));
 }
 
+TEST_F(ExpandedViewTest, ADigitOpensARecordOnceAllCouldBeReadAndWhileNobodyWaits) {
+    finish("/over");
+    refresh();
+    const auto opens = [this](Seconds pause, int digit) {
+        scheduler.advance(pause);
+        return view.readRecord(digit).has_value();
+    };
+    EXPECT_TRUE(opens(Seconds(1), 0));
+    EXPECT_FALSE(opens(Seconds(0), 4));
+    apply(Event::needsInput, "asking");
+    refresh();
+    EXPECT_FALSE(opens(Seconds(1), 0));
+    apply(Event::promptSubmit, "asking");
+    refresh();
+    EXPECT_FALSE(opens(Seconds(0.6), 0));
+    EXPECT_TRUE(opens(Seconds(0.2), 0));
+}
+
 TEST_F(ExpandedViewTest, APressOutlivesAChangeOfAnotherSession) {
     apply(EventBuilder::parked("d1"));
     refresh();
