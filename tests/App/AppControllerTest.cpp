@@ -1,5 +1,4 @@
 #include "App/AppFixture.h"
-#include "Core/Agents/AgentAdapter.h"
 #include "Support/EventBuilder.h"
 #include "Support/HttpClient.h"
 #include "Support/WaitUntil.h"
@@ -32,20 +31,6 @@ protected:
             scheduler.runPosted();
             return store.sessionAwaitingDecision().has_value() == isAwaited;
         });
-    }
-
-    static QList<AgentKind> kinds(const std::vector<const AgentAdapter *> &adapters) {
-        QList<AgentKind> result;
-        for (const AgentAdapter *adapter : adapters) {
-            result << adapter->kind();
-        }
-        return result;
-    }
-
-    /// The last failure without what the system says of it.
-    QString complaint() const {
-        const QString error = connections.lastError().value_or(QString());
-        return error.left(error.indexOf(": ") + 1);
     }
 
     FakeLoginItem &loginItem() { return static_cast<FakeLoginItem &>(*platform.loginItem); }
@@ -151,9 +136,9 @@ TEST_F(AppControllerTest, ReleasesWhoeverWaitsWhenApprovalsEnd) {
 
     controller.setApprovalsEnabled(true);
     controller.setApprovalsEnabled(false);
-    makeReadOnly(".claude/settings.json");
+    home.makeReadOnly(".claude/settings.json");
     controller.setApprovalsEnabled(true);
-    EXPECT_EQ(complaint(), "Couldn't update Claude Code's hooks:");
+    EXPECT_TRUE(connections.lastError()->startsWith("Couldn't update Claude Code's hooks: "));
     EXPECT_FALSE(settings.approvalsEnabled());
 }
 
@@ -191,71 +176,6 @@ TEST_F(AppControllerTest, LetsEachEventBeHeardOnceAndNothingThatWasThereBefore) 
     EXPECT_EQ(heard.size(), 1U);
 }
 
-TEST_F(AppControllerTest, KeepsEachNewAgentForWhoeverCanOfferItAndTellsOfItOnce) {
-    home.write(".claude/settings.json");
-    settings.setHasCompletedFirstRun(true);
-    controller.start();
-    // An installation that has no list yet takes what is there for known.
-    EXPECT_EQ(settings.knownAgents(), QStringList{"claude"});
-    home.write(".codex/config.toml");
-    scheduler.advance(Seconds(1801));
-    EXPECT_EQ(settings.knownAgents(), QStringList{"claude"});
-
-    std::vector<std::vector<AgentKind>> offers;
-    QObject::connect(&connections, &AgentConnections::newAgentsDetected, &controller,
-                     [&](const std::vector<AgentKind> &kinds) { offers.push_back(kinds); });
-    scheduler.advance(Seconds(5400));
-    EXPECT_EQ(offers, (std::vector<std::vector<AgentKind>>{{codex}}));
-}
-
-TEST_F(AppControllerTest, ConnectsRepairsAndDisconnects) {
-    home.write(".claude/settings.json", "{}");
-    home.write(".codex/config.toml");
-    connections.refreshStatus();
-    EXPECT_EQ(kinds(connections.offeredAgents()), (QList{claude, codex}));
-    EXPECT_FALSE(connections.hasDecidableAgent());
-
-    connections.installHooks(codex);
-    connections.installHooks(opencode);
-    EXPECT_EQ(connections.installedAgents(), (QSet{codex, opencode}));
-    EXPECT_TRUE(connections.hasDecidableAgent());
-    // What is connected can be disconnected, also when its agent has left no trace.
-    EXPECT_EQ(kinds(connections.offeredAgents()), (QList{claude, codex, opencode}));
-    connections.uninstallHooks(codex);
-    EXPECT_EQ(connections.installedAgents(), QSet{opencode});
-    EXPECT_FALSE(connections.hasDecidableAgent());
-
-    makeReadOnly(".claude/settings.json");
-    QStringList told;
-    QObject::connect(&connections, &AgentConnections::lastErrorChanged, &connections,
-                     [&] { told.append(complaint()); });
-    connections.installHooks(claude);
-    EXPECT_EQ(complaint(), "Claude Code connect failed:");
-    EXPECT_EQ(told.value(told.size() - 1), complaint());
-    connections.repairHooks(claude);
-    EXPECT_EQ(complaint(), "Claude Code repair failed:");
-    makeReadOnly(".claude/settings.json", false);
-    connections.repairHooks(claude);
-    EXPECT_EQ(connections.lastError(), std::nullopt);
-    makeReadOnly(".claude/settings.json");
-    connections.uninstallHooks(claude);
-    EXPECT_EQ(complaint(), "Claude Code disconnect failed:");
-    EXPECT_TRUE(connections.installedAgents().contains(claude));
-}
-
-TEST_F(AppControllerTest, SwitchesTheNotificationsOfAllWhoHaveThem) {
-    connections.setNotificationsSuppressed(true);
-    EXPECT_FALSE(connections.notificationsSuppressed());
-
-    home.write(".claude/settings.json", "{}");
-    connections.setNotificationsSuppressed(true);
-    EXPECT_TRUE(connections.notificationsSuppressed());
-    makeReadOnly(".claude/settings.json");
-    connections.setNotificationsSuppressed(false);
-    EXPECT_EQ(complaint(), "Updating Claude Code's settings failed:");
-    EXPECT_TRUE(connections.notificationsSuppressed());
-}
-
 TEST_F(AppControllerTest, StartsAtLoginOrSaysWhyNot) {
     controller.setLaunchAtLogin(true);
     EXPECT_TRUE(controller.launchAtLogin());
@@ -274,7 +194,7 @@ TEST_F(AppControllerTest, RemovesEverythingButWhatIsPeoplesOwnAndReports) {
         connections.installHooks(kind);
     }
     EXPECT_EQ(connections.statusLineBlockedAgents(), std::vector{claude});
-    makeReadOnly(".qwen/settings.json");
+    home.makeReadOnly(".qwen/settings.json");
     EXPECT_EQ(controller.removeEverything(),
               "Claude Code hooks\n• Gemini CLI hooks\n"
               "• ⚠︎ could not remove Qwen Code hooks: " +
@@ -287,7 +207,7 @@ TEST_F(AppControllerTest, RemovesEverythingButWhatIsPeoplesOwnAndReports) {
     EXPECT_FALSE(loginItem().enabled);
 
     // What can't be told to be without a hook of ours.
-    makeReadOnly(".qwen/settings.json", false);
+    home.makeReadOnly(".qwen/settings.json", false);
     home.write(".claude/settings.json", R"({"hooks":{"Stop":[{"command":"~/.morvane/hook.sh"}]})");
     home.write(".qoder/settings.json", R"({"hooks":)");
     QFile::remove(home.path(".gemini/settings.json"));
@@ -431,20 +351,19 @@ TEST_F(AppControllerTest, TheCapsuleStandsInForATrayUntilOneComesAndAgainOnceItH
     home.write(".claude/settings.json", "{}");
     addFakeScreen(platform);
     controller.start();
+    const auto isShownBeside = [this](bool tray) {
+        statusItemHost().setPresent(tray);
+        return isOverlayShown();
+    };
     EXPECT_TRUE(isOverlayShown());
-    statusItemHost().setPresent(true);
-    EXPECT_FALSE(isOverlayShown());
-    statusItemHost().setPresent(false);
-    EXPECT_TRUE(isOverlayShown());
+    EXPECT_FALSE(isShownBeside(true));
+    EXPECT_TRUE(isShownBeside(false));
     // A desktop whose panel is restarted.
-    statusItemHost().setPresent(true);
-    EXPECT_FALSE(isOverlayShown());
+    EXPECT_FALSE(isShownBeside(true));
     statusItemHost().setPresent(false);
     scheduler.advance(Seconds(0.5));
-    statusItemHost().setPresent(true);
-    EXPECT_FALSE(isOverlayShown());
-    statusItemHost().setPresent(false);
-    EXPECT_TRUE(isOverlayShown());
+    EXPECT_FALSE(isShownBeside(true));
+    EXPECT_TRUE(isShownBeside(false));
     // A newcomer is told to look for it, too, who doesn't want the icon.
     statusItemHost().setPresent(true);
     settings.setShowMenuBarIcon(false);

@@ -41,10 +41,6 @@ protected:
         defaults.flush();
         return Defaults(home.path("config"), "test").contains(QLatin1String(key));
     }
-    void makeReadOnly(const char *path, bool readOnly = true) const {
-        QFile::setPermissions(home.path(QLatin1String(path)),
-                              readOnly ? QFile::ReadOwner : QFile::ReadOwner | QFile::WriteOwner);
-    }
 
     FakeStatusItemHost &statusItemHost() {
         return static_cast<FakeStatusItemHost &>(*platform.statusItemHost);

@@ -103,7 +103,7 @@ TEST_F(StatusMenuTest, ConnectsAndDisconnectsTheAgentsOfThisMachineOrTellsWhatWe
     EXPECT_EQ(agentLines(), "Claude Code\nGemini CLI");
     EXPECT_EQ(agent("Claude Code")->toolTip(), "<qt>~/.claude/settings.json</qt>");
 
-    makeReadOnly(".claude/settings.json");
+    home.makeReadOnly(".claude/settings.json");
     agent("Claude Code")->trigger();
     ASSERT_TRUE(connections.lastError());
     EXPECT_EQ(title(), "Connected agents — none");
@@ -112,7 +112,7 @@ TEST_F(StatusMenuTest, ConnectsAndDisconnectsTheAgentsOfThisMachineOrTellsWhatWe
     EXPECT_TRUE(agentLines().startsWith("Claude Code\nGemini CLI\n-\nClaude Code connect"));
     EXPECT_TRUE(agentLines().endsWith(" (off)"));
 
-    makeReadOnly(".claude/settings.json", false);
+    home.makeReadOnly(".claude/settings.json", false);
     agent("Claude Code")->trigger();
     EXPECT_EQ(agentLines(), "[x] Claude Code\nGemini CLI");
     EXPECT_EQ(title(), "Connected agents — 1");

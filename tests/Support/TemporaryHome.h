@@ -73,6 +73,11 @@ public:
         return reader.open(QIODevice::ReadOnly) ? reader.readAll() : QByteArray();
     }
 
+    void makeReadOnly(const QString &relativePath, bool readOnly = true) const {
+        QFile::setPermissions(path(relativePath),
+                              readOnly ? QFile::ReadOwner : QFile::ReadOwner | QFile::WriteOwner);
+    }
+
     /// Its access bits; none of a file that isn't there.
     mode_t mode(const QString &relativePath) const {
         struct stat status {};

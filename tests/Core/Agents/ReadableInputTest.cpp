@@ -1,6 +1,5 @@
 #include "Core/Agents/ReadableInput.h"
 
-#include "Core/Ground/BoundedText.h"
 #include "Core/Ground/JsonObject.h"
 #include "Core/Ground/VisibleText.h"
 #include "Support/Printing.h"
@@ -96,18 +95,6 @@ TEST(ReadableInput, KeepsSixtyFourKilobytesAndSaysWhenThereIsMore) {
     EXPECT_TRUE(manyLines.isCut);
     EXPECT_LE(manyLines.lines.size(), ReadableInput::limit + 1);
     EXPECT_TRUE(read(QByteArray(1'000'000, '\x7f')).isCut);
-}
-
-TEST(BoundedText, CutsCharactersAndWhatTheyAreMadeOf) {
-    EXPECT_EQ(BoundedText::of("abc", 3), "abc");
-    EXPECT_EQ(BoundedText::of("abcd", 3), u"abc…");
-    EXPECT_EQ(BoundedText::of(QStringLiteral("é́x👨‍👩‍👧‍👦y"), 3),
-              u"é́x👨‍👩‍👧‍👦…");
-    const QString tower = u'e' + QString(100'000, QChar(0x301));
-    EXPECT_LE(BoundedText::of(tower, 120).size(), 25);
-    const QString family = QStringLiteral("👨‍").repeated(50'000);
-    EXPECT_LE(BoundedText::of(family + "x", 120).size(), 25);
-    EXPECT_FALSE(BoundedText::of(family, 1).chopped(1).back().isHighSurrogate());
 }
 
 } // namespace

@@ -137,6 +137,24 @@ TEST(TranscriptReader, PassesOverWhatCodexDoesNotMeanForAPerson) {
     }
 }
 
+TEST(TranscriptReader, MakesATextFitForOneLine) {
+    const QString longest(120, 'x');
+    const std::pair<Text, Text> cases[] = {{{}, {}},
+                                           {" \t\r\n ", {}},
+                                           {" <system>", {}},
+                                           {"\n{\"a\":1}", {}},
+                                           {"a < b {c}", "a < b {c}"},
+                                           {" one\ntwo\n\nthree\r\nfour\n", "one two  three four"},
+                                           {" " + longest + "\n", longest},
+                                           {longest + "x", longest + u'…'}};
+    for (const auto &[text, line] : cases) {
+        EXPECT_EQ(TranscriptReader::displayLine(text), line);
+    }
+    // A mark joins the blank that stands for a line feed.
+    const QString joined = u'a' + QStringLiteral(" \u0301").repeated(119);
+    EXPECT_EQ(TranscriptReader::displayLine(QString(joined).replace(' ', '\n')), joined);
+}
+
 /// Transcripts as files.
 class TranscriptFileTest : public testing::Test {
 protected:

@@ -1,31 +1,12 @@
 #include "Core/Hooks/ForwarderScripts.h"
 #include "Core/Hooks/InstallerFixture.h"
-#include "Core/Hooks/LenientJson.h"
-
-#include <QDateTime>
-#include <nlohmann/json.hpp>
 
 namespace morvane {
 namespace {
 
 using enum AgentKind;
 using nlohmann::json;
-
-class HookInstallerTest : public InstallerFixture {
-protected:
-    json root(AgentKind kind) const { return LenientJson::parse(text(kind)).value_or(json()); }
-
-    /// A value in whose text OURS stands for our folder.
-    json value(std::string text) const {
-        const std::string ours = home.path().toStdString() + "/.morvane";
-        for (auto at = text.find("OURS"); at != std::string::npos; at = text.find("OURS")) {
-            text.replace(at, 4, ours);
-        }
-        return json::parse(text);
-    }
-};
-
-// --- JSON ---
+using HookInstallerTest = InstallerFixture;
 
 TEST_F(HookInstallerTest, WritesTheEntriesOfEachJsonAgent) {
     connect(claude);
@@ -194,146 +175,6 @@ TEST_F(HookInstallerTest, SeesWhichEntriesAreStale) {
     EXPECT_FALSE(isStale([](json &hooks) { hooks["Stop"].push_back({{"command", "other"}}); }));
 }
 
-// --- Releases ---
-
-class ReleaseHooksTest : public HookInstallerTest {
-protected:
-    /// For a release that is listed.
-    HookInstaller listed(AgentKind kind) const {
-        return {*AgentRegistry::forms(kind).back(), settings, 40123, [] {}};
-    }
-};
-
-TEST_F(ReleaseHooksTest, WantTheEntriesOfTheirOwnForm) {
-    for (const AgentKind kind : {gemini, codex, qwen}) {
-        connect(kind);
-        EXPECT_TRUE(listed(kind).hasStaleEntries());
-        listed(kind).renew();
-        EXPECT_FALSE(listed(kind).hasStaleEntries());
-        EXPECT_TRUE(installer(kind).hasStaleEntries()) << "the older release is back";
-    }
-    EXPECT_EQ(root(gemini)["hooks"]["AfterAgent"], value(R"([{"hooks":[{"type":"command",
-        "command":"OURS/hook.sh gemini AfterAgent","timeout":5000}]}])"));
-    EXPECT_EQ(root(codex)["hooks"]["SessionEnd"], value(R"([{"hooks":[{"type":"command",
-        "command":"OURS/hook.sh codex SessionEnd","timeout":3}]}])"));
-    EXPECT_EQ(root(codex)["hooks"]["Interrupt"], value(R"([{"hooks":[{"type":"command",
-        "command":"OURS/hook.sh codex Interrupt","async":true,"timeout":5}]}])"));
-    EXPECT_FALSE(root(qwen)["hooks"].contains("BeforeAgent"));
-    EXPECT_EQ(root(qwen)["hooks"]["PermissionRequest"], value(R"([{"matcher":"*","hooks":[{
-        "type":"command","command":"OURS/hook.sh qwen PermissionRequest decide","timeout":120}]}])"));
-
-    // What a person has set there is not another release's.
-    json changed = root(gemini);
-    changed["hooks"]["AfterAgent"][0]["hooks"][0]["timeout"] = 9000;
-    write(gemini, LenientJson::write(changed));
-    EXPECT_FALSE(listed(gemini).hasStaleEntries());
-}
-
-TEST_F(ReleaseHooksTest, LeaveWhatHasBeenReviewed) {
-    connect(codex);
-    json hooks = root(codex);
-    for (const char *event : {"Stop", "SessionEnd"}) {
-        hooks["hooks"][event].push_back({{"hooks", {{{"command", "bell"}}}}});
-    }
-    hooks["hooks"]["Stop"].push_back(hooks["hooks"]["Stop"][0]);
-    write(codex, LenientJson::write(hooks));
-    EXPECT_EQ(failure(listed(codex).install()), "");
-    hooks["hooks"]["Stop"].erase(2);
-    hooks["hooks"]["SessionEnd"][0] = value(R"({"hooks":[{"type":"command",
-        "command":"OURS/hook.sh codex SessionEnd","timeout":3}]})");
-    hooks["hooks"]["Interrupt"] = root(codex)["hooks"]["Interrupt"];
-    EXPECT_EQ(root(codex), hooks);
-
-    EXPECT_TRUE(listed(codex).health().awaitsReview);
-    EXPECT_FALSE(installer(codex).health().awaitsReview);
-    home.write(".codex/config.toml", "model = 'x'\n");
-    EXPECT_TRUE(listed(codex).health().awaitsReview);
-    const QString path = home.path(".codex/hooks.json");
-    const auto review = [&](int age) {
-        const QString config = ".codex/config.toml";
-        home.write(config, "[hooks.state.\"" + path.toUtf8() + ":stop:0:0\"]\n");
-        home.setWritten(config, QFileInfo(path).lastModified().addSecs(-age));
-    };
-    review(-1);
-    EXPECT_FALSE(listed(codex).health().awaitsReview);
-    review(1);
-    EXPECT_TRUE(listed(codex).health().awaitsReview);
-    EXPECT_EQ(listed(codex).health().issues(), QStringList());
-}
-
-// --- TOML ---
-
-TEST_F(HookInstallerTest, WritesTheBlockOfKimiAndEscapesWhatTomlWouldMisread) {
-    const QString odd = home.path("a\"b\\c");
-    QDir().mkpath(odd);
-    qputenv("HOME", odd.toUtf8());
-    connect(kimi);
-    const QByteArray block = home.read("a\"b\\c/" + place(kimi));
-    EXPECT_TRUE(
-        block.startsWith("# >>> morvane:begin\n"
-                         "# Managed by Morvane — edits between these markers are overwritten.\n"
-                         "# Remove the block (or use Morvane's Settings) to disconnect.\n"
-                         "[[hooks]]\nevent = \"SessionStart\"\ncommand = \""));
-    EXPECT_TRUE(block.contains("event = \"PreToolUse\"\nmatcher = \".*\"\ncommand = \"" +
-                               home.path().toUtf8() + "/a\\\"b\\\\c" +
-                               "/.morvane/hook.sh kimi PreToolUse\"\ntimeout = 5\n[[hooks]]\n"));
-    EXPECT_TRUE(block.endsWith("timeout = 5\n# <<< morvane:end\n"));
-}
-
-TEST_F(HookInstallerTest, LeavesEveryOtherLineOfTheTomlFile) {
-    // Before, between, and after a removal.
-    const std::array<QByteArray, 3> cases[] = {
-        {"", "", ""},
-        {"a = 1", "a = 1\n\n", "a = 1\n"},
-        {"a = 1\n\n\n\n", "a = 1\n\n", "a = 1\n"},
-        {"a = 1\r\n# é\r\n", "a = 1\r\n# é\r\n\n", "a = 1\r\n# é\r\n"},
-        {"a = 1\n# >>> morvane:begin\nold\n# <<< morvane:end tail\nb = 2\n", "a = 1\nb = 2\n\n",
-         "a = 1\nb = 2\n"},
-        {"# >>> morvane:begin\n# <<< morvane:end", "", ""},
-    };
-    for (const auto &[before, ahead, after] : cases) {
-        SCOPED_TRACE(before.toStdString());
-        write(kimi, before);
-        connect(kimi);
-        const QByteArray installed = text(kimi);
-        EXPECT_EQ(installed.left(installed.indexOf("# >>>")).toStdString(), ahead.toStdString());
-        EXPECT_FALSE(installer(kimi).hasStaleEntries());
-        connect(kimi);
-        EXPECT_EQ(text(kimi), installed);
-        QFile::remove(home.path(place(kimi) + ".morvane-original"));
-        disconnect(kimi);
-        EXPECT_EQ(text(kimi).toStdString(), after.toStdString());
-        EXPECT_FALSE(installer(kimi).isInstalled());
-    }
-}
-
-TEST_F(HookInstallerTest, KeepsThePristineTomlFileAsTheBackup) {
-    write(kimi, "a = 1\n");
-    connect(kimi);
-    EXPECT_EQ(backup(kimi), "a = 1\n");
-    write(kimi, text(kimi).replace("timeout = 5", "timeout = 9") + "b = 2\n");
-    EXPECT_TRUE(installer(kimi).hasStaleEntries());
-    connect(kimi);
-    EXPECT_FALSE(installer(kimi).hasStaleEntries());
-    EXPECT_TRUE(text(kimi).startsWith("a = 1\n\nb = 2\n\n# >>>"));
-    disconnect(kimi);
-    EXPECT_EQ(backup(kimi), "a = 1\n");
-
-    // Without its end there is no telling what of the rest is ours: all of it stays, ours as well.
-    write(kimi, "# >>> morvane:begin\nb = 2\n");
-    EXPECT_TRUE(installer(kimi).isInstalled());
-    EXPECT_TRUE(installer(kimi).hasStaleEntries());
-    EXPECT_EQ(failure(installer(kimi).uninstall()),
-              "config.toml did not contain the expected result after writing");
-    EXPECT_EQ(text(kimi), "# >>> morvane:begin\nb = 2\n");
-    for (int starts = 0; starts < 3; ++starts) {
-        installer(kimi).renew();
-        EXPECT_TRUE(text(kimi).startsWith("# >>> morvane:begin\nb = 2\n\n# >>> morvane:begin\n"));
-        EXPECT_EQ(text(kimi).count("morvane:begin"), 2);
-        EXPECT_EQ(backup(kimi), "# >>> morvane:begin\nb = 2\n");
-    }
-}
-
 TEST_F(HookInstallerTest, TakesTheFoldersAwayThatItHasMade) {
     for (const AgentKind kind : {claude, kimi}) {
         QDir().mkpath(QFileInfo(home.path(place(kind))).path());
@@ -344,8 +185,6 @@ TEST_F(HookInstallerTest, TakesTheFoldersAwayThatItHasMade) {
         EXPECT_FALSE(QFileInfo::exists(home.path("dots")));
     }
 }
-
-// --- Plugin ---
 
 TEST_F(HookInstallerTest, WritesAndRemovesThePlugin) {
     connect(opencode);
@@ -362,8 +201,6 @@ TEST_F(HookInstallerTest, WritesAndRemovesThePlugin) {
         EXPECT_FALSE(installer(opencode).isInstalled());
     }
 }
-
-// --- Health ---
 
 TEST_F(HookInstallerTest, TellsWhatHasBecomeOfAConnection) {
     const QString hook = home.path(".morvane/hook.sh");

@@ -3,18 +3,24 @@
 #include "Core/Adapters/AgentRegistry.h"
 #include "Core/Agents/AgentAdapter.h"
 #include "Core/Hooks/HookInstaller.h"
+#include "Core/Hooks/LenientJson.h"
 #include "Core/Settings/Defaults.h"
 #include "Core/Settings/MorvaneSettings.h"
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <string>
 
 namespace morvane {
 
 /// Connects agents in a home folder of the test's own.
 class InstallerFixture : public testing::Test {
 protected:
+    using json = nlohmann::json;
+
     HookInstaller installer(AgentKind kind, std::uint16_t port = 40123) const {
         return {AgentRegistry::adapter(kind), settings, port, moment};
     }
@@ -39,6 +45,17 @@ protected:
         return home.read(place(kind) + ".morvane-original");
     }
     void write(AgentKind kind, const QByteArray &text) const { home.write(place(kind), text); }
+
+    json root(AgentKind kind) const { return LenientJson::parse(text(kind)).value_or(json()); }
+
+    /// A value in whose text OURS stands for our folder.
+    json value(std::string text) const {
+        const std::string ours = home.path().toStdString() + "/.morvane";
+        for (auto at = text.find("OURS"); at != std::string::npos; at = text.find("OURS")) {
+            text.replace(at, 4, ours);
+        }
+        return json::parse(text);
+    }
 
     TemporaryHome home;
     Defaults defaults{home.path("config"), "test"};

@@ -2,7 +2,6 @@
 #include "Support/TemporaryHome.h"
 
 #include <QSet>
-#include <asio/post.hpp>
 
 #include <array>
 #include <atomic>
@@ -279,29 +278,6 @@ TEST_F(EventServerTest, KeepsNothingOfStrangersBodies) {
     }
     EXPECT_EQ(httpExchange(port(), eventRequest({}, sessionStart)), okAnswer);
     EXPECT_LT((residentPages() - before) * sysconf(_SC_PAGESIZE), 20'000'000);
-}
-
-TEST(Turns, GoToWhoeverHasTakenLeast) {
-    asio::io_context context;
-    const Turns::Queue queue(context.get_executor());
-    Turns turns(queue);
-    std::string order;
-    const auto await = [&](std::size_t taken, char name) {
-        turns.await({taken, std::uint64_t(name)}, [&order, name] { order += name; });
-    };
-    asio::post(queue, [&] {
-        await(300, 'c');
-        await(100, 'a');
-        await(200, 'b');
-        await(200, 'x');
-        turns.leave({200, 'x'});
-        asio::post(queue, [&] {
-            order += '|'; // what has come meanwhile needn't wait for them all
-            await(0, 'z');
-        });
-    });
-    context.run();
-    EXPECT_EQ(order, "a|zbc");
 }
 
 TEST_F(EventServerTest, ClosesConnectionsThatNeverGetAnywhere) {

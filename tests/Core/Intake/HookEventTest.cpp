@@ -2,7 +2,6 @@
 
 #include "Core/Adapters/AgentRegistry.h"
 #include "Core/Agents/AgentAdapter.h"
-#include "Core/Agents/TranscriptReader.h"
 #include "Support/Printing.h"
 
 #include <gtest/gtest.h>
@@ -295,40 +294,6 @@ TEST(HookEvent, SurvivesWhateverItIsSent) {
         }
     }
     EXPECT_TRUE(decode(whole));
-}
-
-TEST(DisplayLine, MakesATextFitForOneLine) {
-    const QString longest(120, 'x');
-    const std::pair<Text, Text> cases[] = {{{}, {}},
-                                           {" \t\r\n ", {}},
-                                           {" <system>", {}},
-                                           {"\n{\"a\":1}", {}},
-                                           {"a < b {c}", "a < b {c}"},
-                                           {" one\ntwo\n\nthree\r\nfour\n", "one two  three four"},
-                                           {" " + longest + "\n", longest},
-                                           {longest + "x", longest + u'…'}};
-    for (const auto &[text, line] : cases) {
-        EXPECT_EQ(TranscriptReader::displayLine(text), line);
-    }
-}
-
-TEST(DisplayLine, CountsCharactersAsAPersonDoes) {
-    const QString characters[] = {
-        "e\u0301",                                        // a letter with its accent
-        "\U0001F469\U0001F3FD",                           // with a skin tone
-        "\U0001F468\u200D\U0001F469\u200D\U0001F467",     // a family
-        "\U0001F1E9\U0001F1EA",                           // a flag
-        QStringLiteral("a") + QString(23, QChar(0x0301)), // as much as one may be made of
-    };
-    for (const QString &character : characters) {
-        const QString fits = character.repeated(120);
-        EXPECT_EQ(TranscriptReader::displayLine(fits), fits);
-        EXPECT_EQ(TranscriptReader::displayLine(fits + character), fits + u'…');
-        EXPECT_EQ(TranscriptReader::displayLine(fits + character.repeated(2000)), fits + u'…');
-    }
-    // A mark joins the blank that stands for a line feed.
-    const QString joined = u'a' + QStringLiteral(" \u0301").repeated(119);
-    EXPECT_EQ(TranscriptReader::displayLine(QString(joined).replace(' ', '\n')), joined);
 }
 
 } // namespace

@@ -1,29 +1,19 @@
 #include "Core/Settings/MorvaneSettings.h"
 
-#include "Core/Settings/Defaults.h"
+#include "Core/Settings/DefaultsFixture.h"
 #include "Core/Settings/PanelKey.h"
-#include "Support/Printing.h"
-#include "Support/TemporaryHome.h"
 
 #include <QRegularExpression>
-#include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <functional>
 #include <limits>
 #include <map>
 #include <string>
-#include <sys/inotify.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace morvane {
 namespace {
 
 using nlohmann::json;
-
-const QString domain = "test.domain";
-const QString legacyDomain = "design.veku.morvane";
 
 /// What gives a property the value that it has in other settings.
 constexpr auto taking = [](auto get, auto set) {
@@ -58,18 +48,8 @@ const auto &properties() {
     return result;
 }
 
-class SettingsTest : public testing::Test {
+class SettingsTest : public DefaultsFixture {
 protected:
-    Defaults load() const { return Defaults(home.path("defaults"), domain); }
-
-    void store(const json &values) { home.write(file, QByteArray::fromStdString(values.dump())); }
-
-    json stored(Defaults &defaults) const {
-        defaults.flush();
-        const QByteArray text = home.read(file);
-        return json::parse(text.begin(), text.end(), nullptr, false);
-    }
-
     /// What is stored once every property has been given the value that it has in the former.
     json storedFrom(Defaults &others, Defaults &defaults) const {
         const MorvaneSettings from(others);
@@ -79,9 +59,6 @@ protected:
         }
         return stored(defaults);
     }
-
-    TemporaryHome home;
-    const QString file = "defaults/" + domain + ".json";
 };
 
 const json standard = json::parse(R"({
@@ -187,7 +164,6 @@ TEST_F(SettingsTest, MakeTheirTokenOnce) {
 
 TEST_F(SettingsTest, TakeOverWhatTheFormerIdentifierStored) {
     const json legacy{{"eventToken", "OLD"}, {"eventServerPort", 50000}, {"other", {{"x", 1.5}}}};
-    const QString legacyFile = "defaults/" + legacyDomain + ".json";
     home.write(legacyFile, QByteArray::fromStdString(legacy.dump()));
     store({{"soundEnabled", true}});
     Defaults defaults = load();
@@ -266,126 +242,6 @@ TEST_F(SettingsTest, RemoveEveryKeyButThoseOfOthers) {
     EXPECT_EQ(settings.autoClearMinutes(), 5);
     settings.setAutoClearMinutes(6);
     EXPECT_EQ(stored(defaults), (json{{"other", 1}}));
-}
-
-TEST_F(SettingsTest, DefaultsKeepTypesAcrossARestart) {
-    const QVariantMap values{
-        {"yes", true},
-        {"one", 1},
-        {"least", std::numeric_limits<qint64>::min()},
-        {"greatest", std::numeric_limits<quint64>::max()},
-        {"whole", 2.0},
-        {"fraction", 0.1},
-        {"text", QString("é \U0001F469 \" \n ") + QChar(0)},
-        {"\uFEFFkey", "\uFEFF\uFEFFtext"},
-        {"bytes", QByteArray("\0\xff{", 3)},
-        {"list", QVariantList{1, "x", QVariantList(), QVariantMap{{"", false}}}},
-    };
-    {
-        Defaults defaults = load();
-        defaults.setValues(values);
-    }
-    const Defaults defaults = load();
-    for (auto entry = values.begin(); entry != values.end(); ++entry) {
-        EXPECT_EQ(defaults.value(entry.key()), entry.value()) << entry.key().toStdString();
-    }
-    EXPECT_EQ(defaults.value("yes").typeId(), QMetaType::Bool);
-    EXPECT_EQ(defaults.value("whole").typeId(), QMetaType::Double);
-}
-
-TEST_F(SettingsTest, DefaultsAreForTheirOwnerAlone) {
-    EXPECT_EQ(Defaults::folder(), home.path(".config/morvane"));
-    ASSERT_EQ(::chmod(QFile::encodeName(home.write(file, "{}")).constData(), 0604), 0);
-    for (int times = 0; times < 2; ++times) {
-        load().setValue("key", times);
-        EXPECT_EQ(home.mode(file), 0600U);
-        QFile::remove(home.path(file));
-    }
-}
-
-TEST_F(SettingsTest, DefaultsPutAsideWhatTheyCannotRead) {
-    const QByteArray deep = "{\"x\":" + QByteArray(200'000, '[') + QByteArray(200'000, ']') + "}";
-    for (const QByteArray &broken :
-         {QByteArray("{\"eventToken\": \"T\""), QByteArray("[1]"), QByteArray(""),
-          QByteArray("{\"x\":\"\xff\"}"), QByteArray("{\"x\":1e400}"), deep}) {
-        home.write(file, broken);
-        home.write(file + ".unreadable", "older");
-        Defaults defaults = load();
-        EXPECT_FALSE(defaults.contains("eventToken"));
-        EXPECT_EQ(home.read(file), broken);
-        defaults.setValue("key", 1);
-        defaults.setValue("key", 2);
-        EXPECT_EQ(stored(defaults), (json{{"key", 2}}));
-        EXPECT_EQ(home.read(file + ".unreadable"), broken);
-    }
-}
-
-TEST_F(SettingsTest, DefaultsWaitForNothingThatIsNoRegularFile) {
-    const QString pipe = home.path("pipe");
-    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
-    QDir().mkpath(home.path("defaults"));
-    for (const QString &endless : {pipe, QString("/dev/zero")}) {
-        for (const QString &name : {file, "defaults/" + legacyDomain + ".json"}) {
-            ASSERT_TRUE(QFile::link(endless, home.path(name)));
-        }
-        Defaults defaults = load();
-        EXPECT_EQ(MorvaneSettings(defaults).port(), 47615);
-        EXPECT_EQ(stored(defaults).size(), 1u);
-        EXPECT_EQ(QFileInfo(home.path(file + ".unreadable")).symLinkTarget(), endless);
-        QDir(home.path("defaults")).removeRecursively();
-        QDir().mkpath(home.path("defaults"));
-    }
-}
-
-/// How often a file has taken its name in the folder while it lives.
-class ArrivalCounter {
-public:
-    explicit ArrivalCounter(const QString &folder) {
-        ::inotify_add_watch(m_descriptor, QFile::encodeName(folder).constData(), IN_MOVED_TO);
-    }
-    ArrivalCounter(const ArrivalCounter &) = delete;
-    ArrivalCounter &operator=(const ArrivalCounter &) = delete;
-    ~ArrivalCounter() { ::close(m_descriptor); }
-
-    int count() const {
-        int result = 0;
-        alignas(inotify_event) char events[4096];
-        for (ssize_t size; (size = ::read(m_descriptor, events, sizeof events)) > 0;) {
-            const char *place = events;
-            for (const char *end = place + size; place < end; ++result) {
-                place +=
-                    sizeof(inotify_event) + reinterpret_cast<const inotify_event *>(place)->len;
-            }
-        }
-        return result;
-    }
-
-private:
-    const int m_descriptor = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-};
-
-TEST_F(SettingsTest, DefaultsWriteABurstFewTimesAndItsEndForSure) {
-    Defaults defaults = load();
-    defaults.setValue("key", 0);
-    defaults.flush();
-    const ArrivalCounter arrivals(home.path("defaults"));
-    for (int value = 1; value <= 300; ++value) {
-        defaults.setValue("key", value);
-    }
-    defaults.flush();
-    EXPECT_EQ(stored(defaults), (json{{"key", 300}}));
-    EXPECT_LT(arrivals.count(), 100);
-    EXPECT_EQ(QDir(home.path("defaults")).entryList(QDir::Files).size(), 1);
-}
-
-TEST_F(SettingsTest, DefaultsBehindALinkStayThere) {
-    home.write("dotfiles/target.json", R"({"key":1})");
-    QDir().mkpath(home.path("defaults"));
-    ASSERT_TRUE(QFile::link("../dotfiles/target.json", home.path(file)));
-    load().setValue("other", 2);
-    EXPECT_TRUE(QFileInfo(home.path(file)).isSymLink());
-    EXPECT_EQ(json::parse(home.read("dotfiles/target.json").toStdString()),
-              (json{{"key", 1}, {"other", 2}}));
 }
 
 } // namespace

@@ -1,55 +1,27 @@
-#include "App/AppDelegate.h"
-#include "App/AppFixture.h"
+#include "App/WindowsFixture.h"
 #include "Core/Settings/PanelKey.h"
-#include "Presentation/Style/TextLabel.h"
 #include "Presentation/Windows/KeyField.h"
-#include "Presentation/Windows/OnboardingView.h"
 #include "Presentation/Windows/ToggleRow.h"
-#include "Support/AccessibleControls.h"
 
 #include <QApplication>
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QSpinBox>
 #include <QTest>
 #include <QWheelEvent>
 
-#include <algorithm>
-
 namespace morvane {
 namespace {
 
-/// The program's windows as a person meets them: by what is written on them.
-class WindowsTest : public AppFixture {
+class SettingsWindowTest : public WindowsFixture {
 protected:
-    WindowsTest() { addFakeScreen(platform); }
-
-    void open(const char *title) {
-        const bool isNewcomer = !settings.hasCompletedFirstRun();
-        delegate.applicationDidFinishLaunching();
-        if (!isNewcomer) {
-            delegate.applicationShouldHandleReopen();
-        }
-        window = windowTitled(title);
-        ASSERT_NE(window, nullptr);
-    }
-
     void openSettings() {
         settings.setHasCompletedFirstRun(true);
         open("Morvane Settings");
     }
 
     ToggleRow *toggle(const char *text) { return shownControl<ToggleRow>(*window, text); }
-    QPushButton *button(const char *text) { return shownControl<QPushButton>(*window, text); }
-
-    bool reads(const QString &part) {
-        return std::ranges::any_of(
-            window->findChildren<TextLabel *>(), [&](const TextLabel *label) {
-                return label->isVisibleTo(window) && label->text().contains(part);
-            });
-    }
 
     /// A press as the display tells it: by its place, counted from 8 on.
     void press(int key, Qt::KeyboardModifiers held, quint32 place) {
@@ -62,39 +34,16 @@ protected:
         QCoreApplication::sendEvent(target, &event);
     }
 
-    /// As a person does who has been at another window.
-    void comeBack() {
-        QEvent activation(QEvent::WindowActivate);
-        QCoreApplication::sendEvent(window, &activation);
-    }
-
-    /// What Tab goes through, by name.
-    QStringList tabOrder() const {
-        QStringList result;
-        for (const QWidget *next = window->nextInFocusChain(); next != window;
-             next = next->nextInFocusChain()) {
-            const auto *button = qobject_cast<const QAbstractButton *>(next);
-            if (button != nullptr && button->isVisible() && button->focusPolicy() != Qt::NoFocus) {
-                result << (button->accessibleName().isEmpty() ? button->text().remove(u'&')
-                                                              : button->accessibleName());
-            }
-        }
-        return result;
-    }
-
     QString keyName() const { return window->findChild<KeyField *>()->accessibleName(); }
 
     static QMessageBox *alert() {
         return qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
     }
-
-    AppDelegate delegate{settings, platform};
-    QWidget *window = nullptr;
 };
 
-TEST_F(WindowsTest, ConnectsRepairsAndDisconnectsAnAgent) {
+TEST_F(SettingsWindowTest, ConnectsRepairsAndDisconnectsAnAgent) {
     home.write(".claude/settings.json", R"({"model": "opus"})");
-    makeReadOnly(".claude/settings.json");
+    home.makeReadOnly(".claude/settings.json");
     openSettings();
     EXPECT_TRUE(reads("9 more supported agents will appear here once installed."));
     EXPECT_FALSE(toggle("Answer permission prompts from the notch")->isEnabled());
@@ -102,7 +51,7 @@ TEST_F(WindowsTest, ConnectsRepairsAndDisconnectsAnAgent) {
     button("Connect Claude Code")->click();
     EXPECT_TRUE(reads("Claude Code connect failed: "));
 
-    makeReadOnly(".claude/settings.json", false);
+    home.makeReadOnly(".claude/settings.json", false);
     // What is pressed twice in haste is meant once.
     QPushButton *connecting = button("Connect Claude Code");
     QTest::mouseClick(connecting, Qt::LeftButton);
@@ -125,7 +74,7 @@ TEST_F(WindowsTest, ConnectsRepairsAndDisconnectsAnAgent) {
     EXPECT_EQ(read(".claude/settings.json"), R"({"model": "opus"})");
 }
 
-TEST_F(WindowsTest, ChangesSettingsAndFollowsThem) {
+TEST_F(SettingsWindowTest, ChangesSettingsAndFollowsThem) {
     openSettings();
     EXPECT_TRUE(reads("No supported agents detected yet."));
     EXPECT_EQ(toggle("…when a session finishes"), nullptr);
@@ -172,7 +121,7 @@ TEST_F(WindowsTest, ChangesSettingsAndFollowsThem) {
     EXPECT_EQ(settings.displayMode(), DisplayTargetMode::externalOnly);
 }
 
-TEST_F(WindowsTest, ChangesNothingByBeingOpened) {
+TEST_F(SettingsWindowTest, ChangesNothingByBeingOpened) {
     settings.setAutoClearMinutes(500);
     openSettings();
     EXPECT_EQ(settings.autoClearMinutes(), 500);
@@ -185,7 +134,7 @@ TEST_F(WindowsTest, ChangesNothingByBeingOpened) {
     EXPECT_EQ(window->findChild<QSpinBox *>()->value(), 5);
 }
 
-TEST_F(WindowsTest, NamesEveryControlOfTheSettings) {
+TEST_F(SettingsWindowTest, NamesEveryControlOfTheSettings) {
     home.write(".claude/settings.json", R"({"statusLine": {"command": "mine"}})");
     home.write(".codex/config.toml");
     settings.setSoundEnabled(true);
@@ -209,7 +158,7 @@ TEST_F(WindowsTest, NamesEveryControlOfTheSettings) {
     EXPECT_EQ(AccessibleControls(*alert()).faults(), QStringList());
 }
 
-TEST_F(WindowsTest, TakesTheKeyThatIsPressedForThePanel) {
+TEST_F(SettingsWindowTest, TakesTheKeyThatIsPressedForThePanel) {
     constexpr quint32 kPlace = 37;
     openSettings();
     auto *field = window->findChild<KeyField *>();
@@ -247,7 +196,7 @@ TEST_F(WindowsTest, TakesTheKeyThatIsPressedForThePanel) {
     EXPECT_EQ(settings.panelKey(), PanelKey::usual());
 }
 
-TEST_F(WindowsTest, LeavesTheKeyAsItWasUnlessOneIsChosen) {
+TEST_F(SettingsWindowTest, LeavesTheKeyAsItWasUnlessOneIsChosen) {
     openSettings();
     auto *field = window->findChild<KeyField *>();
     const auto isListening = [this] { return keyName().endsWith("press it"); };
@@ -269,7 +218,7 @@ TEST_F(WindowsTest, LeavesTheKeyAsItWasUnlessOneIsChosen) {
     EXPECT_EQ(settings.panelKey(), PanelKey::usual());
 }
 
-TEST_F(WindowsTest, LeavesTheKeyToADesktopThatGivesIt) {
+TEST_F(SettingsWindowTest, LeavesTheKeyToADesktopThatGivesIt) {
     hotKeys.desktopGivesThem = true;
     hotKeys.setUsual(HotKeys::State::pending);
     settings.setShowMenuBarIcon(false);
@@ -285,22 +234,7 @@ TEST_F(WindowsTest, LeavesTheKeyToADesktopThatGivesIt) {
     EXPECT_TRUE(reads("Super+Shift+G doesn't work on this desktop"));
 }
 
-TEST_F(WindowsTest, OffersANewcomerNoKeyThatDoesNothing) {
-    hotKeys.desktopGivesThem = true;
-    hotKeys.setUsual(HotKeys::State::unavailable);
-    open("Welcome to Morvane");
-    window->findChild<OnboardingView *>()->go(2);
-    scheduler.advance(Seconds(1));
-    EXPECT_TRUE(reads("Hover the capsule to open the panel."));
-    EXPECT_FALSE(reads("Ctrl 1–5"));
-    statusItemHost().setPresent(true);
-    EXPECT_TRUE(reads("Click the alien in the tray to open the panel."));
-    // The person answers the desktop's question only now.
-    hotKeys.setUsual(HotKeys::State::works);
-    EXPECT_TRUE(reads("or press the key that the desktop has for it, to open the panel."));
-}
-
-TEST_F(WindowsTest, SaysThatABuildWithoutAddressesSendsNothing) {
+TEST_F(SettingsWindowTest, SaysThatABuildWithoutAddressesSendsNothing) {
     openSettings();
     EXPECT_TRUE(reads("This build has no update signing key"));
     EXPECT_TRUE(reads("so nothing is sent either way"));
@@ -313,7 +247,7 @@ TEST_F(WindowsTest, SaysThatABuildWithoutAddressesSendsNothing) {
     EXPECT_TRUE(isStored("SUEnableAutomaticChecks"));
 }
 
-TEST_F(WindowsTest, SaysWhoseNotificationsItSilences) {
+TEST_F(SettingsWindowTest, SaysWhoseNotificationsItSilences) {
     openSettings();
     EXPECT_TRUE(reads("None of the agents on this computer has a notification switch"));
     EXPECT_EQ(toggle("Suppress agents' own notifications"), nullptr);
@@ -326,7 +260,7 @@ TEST_F(WindowsTest, SaysWhoseNotificationsItSilences) {
     EXPECT_NE(read(".claude/settings.json"), "{}");
 }
 
-TEST_F(WindowsTest, RemovesEverythingOnlyWhenTold) {
+TEST_F(SettingsWindowTest, RemovesEverythingOnlyWhenTold) {
     home.write(".claude/settings.json", "{}");
     openSettings();
     button("Connect Claude Code")->click();
@@ -350,80 +284,6 @@ TEST_F(WindowsTest, RemovesEverythingOnlyWhenTold) {
         << qPrintable(alert()->informativeText());
     EXPECT_FALSE(QFile::exists(home.path(".morvane")));
     EXPECT_EQ(read(".claude/settings.json"), "{}");
-}
-
-TEST_F(WindowsTest, WalksANewcomerThroughNamedControlsToAConnectedAgent) {
-    home.write(".claude/settings.json", "{}");
-    open("Welcome to Morvane");
-    const auto *view = window->findChild<OnboardingView *>();
-    const auto namedControls = [this] {
-        const AccessibleControls controls(*window);
-        EXPECT_EQ(controls.faults(), QStringList());
-        return controls.count();
-    };
-    EXPECT_TRUE(reads("Everything stays on this computer."));
-    EXPECT_EQ(namedControls(), 1);
-    EXPECT_EQ(button("Back"), nullptr);
-
-    // Held down, it goes on once.
-    for (const bool isRepeated : {false, true, true}) {
-        QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, {}, isRepeated);
-        QCoreApplication::sendEvent(button("Continue →"), &enter);
-    }
-    scheduler.advance(Seconds(1));
-    EXPECT_TRUE(reads("Connect your agents"));
-    EXPECT_EQ(namedControls(), 3);
-    EXPECT_FALSE(reads("Everything stays on this computer."));
-    makeReadOnly(".claude/settings.json");
-    button("Connect Claude Code")->click();
-    EXPECT_TRUE(reads("Claude Code connect failed: "));
-    EXPECT_FALSE(reads("A hook entry goes into each agent's settings file"));
-    makeReadOnly(".claude/settings.json", false);
-    // Installed while nobody looks.
-    home.write(".codex/config.toml");
-    comeBack();
-    QCoreApplication::processEvents();
-    ASSERT_NE(button("Connect Codex"), nullptr);
-    button("Connect Claude Code")->click();
-    EXPECT_TRUE(reads("A hook entry goes into each agent's settings file"));
-    EXPECT_NE(button("Disconnect Claude Code"), nullptr);
-    EXPECT_EQ(view->step(), 1);
-    EXPECT_EQ(tabOrder(),
-              (QStringList{"Disconnect Claude Code", "Connect Codex", "Back", "Continue →"}));
-    // What the welcome speaks of stays to be seen.
-    EXPECT_TRUE(isOverlayShown());
-
-    button("Continue →")->click();
-    // While the page is still on its way the next press counts too.
-    button("Back")->click();
-    EXPECT_EQ(view->step(), 1);
-    button("Continue →")->click();
-    scheduler.advance(Seconds(1));
-    EXPECT_TRUE(reads("You're set"));
-    EXPECT_EQ(namedControls(), 3);
-    EXPECT_TRUE(reads("Hover the capsule, or press"));
-    // The desktop says that it has a tray when the welcome has long been there.
-    statusItemHost().setPresent(true);
-    EXPECT_TRUE(reads("Click the alien in the tray, or press"));
-    button("Done")->click();
-    EXPECT_FALSE(window->isVisible());
-    EXPECT_FALSE(isOverlayShown());
-    EXPECT_EQ(settings.knownAgents().value_or(QStringList()).size(), 2);
-}
-
-TEST_F(WindowsTest, OffersEveryAgentThatIsNew) {
-    settings.setHasCompletedFirstRun(true);
-    settings.setKnownAgents(QStringList());
-    home.write(".claude/settings.json", "{}");
-    home.write(".codex/config.toml");
-    open("New agent detected");
-    EXPECT_TRUE(reads("New agents detected"));
-    EXPECT_TRUE(reads("Claude Code and Codex have been installed since Morvane was set up. Connect "
-                      "them to see their sessions in the notch."));
-    EXPECT_EQ(button("Back"), nullptr);
-    EXPECT_NE(button("Connect Codex"), nullptr);
-    EXPECT_NE(button("Done"), nullptr);
-    EXPECT_EQ(AccessibleControls(*window).faults(), QStringList());
 }
 
 } // namespace

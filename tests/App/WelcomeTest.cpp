@@ -1,0 +1,101 @@
+#include "App/WindowsFixture.h"
+#include "Presentation/Windows/OnboardingView.h"
+
+#include <QKeyEvent>
+
+namespace morvane {
+namespace {
+
+using WelcomeTest = WindowsFixture;
+
+TEST_F(WelcomeTest, OffersANewcomerNoKeyThatDoesNothing) {
+    hotKeys.desktopGivesThem = true;
+    hotKeys.setUsual(HotKeys::State::unavailable);
+    open("Welcome to Morvane");
+    window->findChild<OnboardingView *>()->go(2);
+    scheduler.advance(Seconds(1));
+    EXPECT_TRUE(reads("Hover the capsule to open the panel."));
+    EXPECT_FALSE(reads("Ctrl 1–5"));
+    statusItemHost().setPresent(true);
+    EXPECT_TRUE(reads("Click the alien in the tray to open the panel."));
+    // The person answers the desktop's question only now.
+    hotKeys.setUsual(HotKeys::State::works);
+    EXPECT_TRUE(reads("or press the key that the desktop has for it, to open the panel."));
+}
+
+TEST_F(WelcomeTest, WalksANewcomerThroughNamedControlsToAConnectedAgent) {
+    home.write(".claude/settings.json", "{}");
+    open("Welcome to Morvane");
+    const auto *view = window->findChild<OnboardingView *>();
+    const auto namedControls = [this] {
+        const AccessibleControls controls(*window);
+        EXPECT_EQ(controls.faults(), QStringList());
+        return controls.count();
+    };
+    EXPECT_TRUE(reads("Everything stays on this computer."));
+    EXPECT_EQ(namedControls(), 1);
+    EXPECT_EQ(button("Back"), nullptr);
+
+    // Held down, it goes on once.
+    for (const bool isRepeated : {false, true, true}) {
+        QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, {}, isRepeated);
+        QCoreApplication::sendEvent(button("Continue →"), &enter);
+    }
+    scheduler.advance(Seconds(1));
+    EXPECT_TRUE(reads("Connect your agents"));
+    EXPECT_EQ(namedControls(), 3);
+    EXPECT_FALSE(reads("Everything stays on this computer."));
+    home.makeReadOnly(".claude/settings.json");
+    button("Connect Claude Code")->click();
+    EXPECT_TRUE(reads("Claude Code connect failed: "));
+    EXPECT_FALSE(reads("A hook entry goes into each agent's settings file"));
+    home.makeReadOnly(".claude/settings.json", false);
+    // Installed while nobody looks.
+    home.write(".codex/config.toml");
+    comeBack();
+    QCoreApplication::processEvents();
+    ASSERT_NE(button("Connect Codex"), nullptr);
+    button("Connect Claude Code")->click();
+    EXPECT_TRUE(reads("A hook entry goes into each agent's settings file"));
+    EXPECT_NE(button("Disconnect Claude Code"), nullptr);
+    EXPECT_EQ(view->step(), 1);
+    EXPECT_EQ(tabOrder(),
+              (QStringList{"Disconnect Claude Code", "Connect Codex", "Back", "Continue →"}));
+    // What the welcome speaks of stays to be seen.
+    EXPECT_TRUE(isOverlayShown());
+
+    button("Continue →")->click();
+    // While the page is still on its way the next press counts too.
+    button("Back")->click();
+    EXPECT_EQ(view->step(), 1);
+    button("Continue →")->click();
+    scheduler.advance(Seconds(1));
+    EXPECT_TRUE(reads("You're set"));
+    EXPECT_EQ(namedControls(), 3);
+    EXPECT_TRUE(reads("Hover the capsule, or press"));
+    // The desktop says that it has a tray when the welcome has long been there.
+    statusItemHost().setPresent(true);
+    EXPECT_TRUE(reads("Click the alien in the tray, or press"));
+    button("Done")->click();
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_FALSE(isOverlayShown());
+    EXPECT_EQ(settings.knownAgents().value_or(QStringList()).size(), 2);
+}
+
+TEST_F(WelcomeTest, OffersEveryAgentThatIsNew) {
+    settings.setHasCompletedFirstRun(true);
+    settings.setKnownAgents(QStringList());
+    home.write(".claude/settings.json", "{}");
+    home.write(".codex/config.toml");
+    open("New agent detected");
+    EXPECT_TRUE(reads("New agents detected"));
+    EXPECT_TRUE(reads("Claude Code and Codex have been installed since Morvane was set up. Connect "
+                      "them to see their sessions in the notch."));
+    EXPECT_EQ(button("Back"), nullptr);
+    EXPECT_NE(button("Connect Codex"), nullptr);
+    EXPECT_NE(button("Done"), nullptr);
+    EXPECT_EQ(AccessibleControls(*window).faults(), QStringList());
+}
+
+} // namespace
+} // namespace morvane

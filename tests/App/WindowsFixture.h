@@ -1,0 +1,62 @@
+#pragma once
+
+#include "App/AppDelegate.h"
+#include "App/AppFixture.h"
+#include "Presentation/Style/TextLabel.h"
+#include "Support/AccessibleControls.h"
+
+#include <QPushButton>
+
+#include <algorithm>
+
+namespace morvane {
+
+/// The program's windows as a person meets them: by what is written on them.
+class WindowsFixture : public AppFixture {
+protected:
+    WindowsFixture() { addFakeScreen(platform); }
+
+    void open(const char *title) {
+        const bool isNewcomer = !settings.hasCompletedFirstRun();
+        delegate.applicationDidFinishLaunching();
+        if (!isNewcomer) {
+            delegate.applicationShouldHandleReopen();
+        }
+        window = windowTitled(title);
+        ASSERT_NE(window, nullptr);
+    }
+
+    QPushButton *button(const char *text) { return shownControl<QPushButton>(*window, text); }
+
+    bool reads(const QString &part) {
+        return std::ranges::any_of(
+            window->findChildren<TextLabel *>(), [&](const TextLabel *label) {
+                return label->isVisibleTo(window) && label->text().contains(part);
+            });
+    }
+
+    /// As a person does who has been at another window.
+    void comeBack() {
+        QEvent activation(QEvent::WindowActivate);
+        QCoreApplication::sendEvent(window, &activation);
+    }
+
+    /// What Tab goes through, by name.
+    QStringList tabOrder() const {
+        QStringList result;
+        for (const QWidget *next = window->nextInFocusChain(); next != window;
+             next = next->nextInFocusChain()) {
+            const auto *button = qobject_cast<const QAbstractButton *>(next);
+            if (button != nullptr && button->isVisible() && button->focusPolicy() != Qt::NoFocus) {
+                result << (button->accessibleName().isEmpty() ? button->text().remove(u'&')
+                                                              : button->accessibleName());
+            }
+        }
+        return result;
+    }
+
+    AppDelegate delegate{settings, platform};
+    QWidget *window = nullptr;
+};
+
+} // namespace morvane

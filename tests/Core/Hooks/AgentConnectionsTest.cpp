@@ -1,0 +1,99 @@
+#include "Core/Hooks/AgentConnections.h"
+
+#include "Core/Agents/AgentAdapter.h"
+#include "Support/CoreWorld.h"
+#include "Support/Printing.h"
+
+#include <gtest/gtest.h>
+
+namespace morvane {
+namespace {
+
+using enum AgentKind;
+
+class AgentConnectionsTest : public testing::Test, protected CoreWorld {
+protected:
+    static QList<AgentKind> kinds(const std::vector<const AgentAdapter *> &adapters) {
+        QList<AgentKind> result;
+        for (const AgentAdapter *adapter : adapters) {
+            result << adapter->kind();
+        }
+        return result;
+    }
+
+    /// The last failure without what the system says of it.
+    QString complaint() const {
+        const QString error = connections.lastError().value_or(QString());
+        return error.left(error.indexOf(": ") + 1);
+    }
+
+    AgentConnections connections{settings, scheduler};
+};
+
+TEST_F(AgentConnectionsTest, KeepsEachNewAgentForWhoeverCanOfferItAndTellsOfItOnce) {
+    home.write(".claude/settings.json");
+    settings.setHasCompletedFirstRun(true);
+    connections.watchForNewAgents();
+    // An installation that has no list yet takes what is there for known.
+    EXPECT_EQ(settings.knownAgents(), QStringList{"claude"});
+    home.write(".codex/config.toml");
+    scheduler.advance(Seconds(1801));
+    EXPECT_EQ(settings.knownAgents(), QStringList{"claude"});
+
+    std::vector<std::vector<AgentKind>> offers;
+    QObject::connect(&connections, &AgentConnections::newAgentsDetected, &connections,
+                     [&](const std::vector<AgentKind> &kinds) { offers.push_back(kinds); });
+    scheduler.advance(Seconds(5400));
+    EXPECT_EQ(offers, (std::vector<std::vector<AgentKind>>{{codex}}));
+}
+
+TEST_F(AgentConnectionsTest, ConnectsRepairsAndDisconnects) {
+    home.write(".claude/settings.json", "{}");
+    home.write(".codex/config.toml");
+    connections.refreshStatus();
+    EXPECT_EQ(kinds(connections.offeredAgents()), (QList{claude, codex}));
+    EXPECT_FALSE(connections.hasDecidableAgent());
+
+    connections.installHooks(codex);
+    connections.installHooks(opencode);
+    EXPECT_EQ(connections.installedAgents(), (QSet{codex, opencode}));
+    EXPECT_TRUE(connections.hasDecidableAgent());
+    // What is connected can be disconnected, also when its agent has left no trace.
+    EXPECT_EQ(kinds(connections.offeredAgents()), (QList{claude, codex, opencode}));
+    connections.uninstallHooks(codex);
+    EXPECT_EQ(connections.installedAgents(), QSet{opencode});
+    EXPECT_FALSE(connections.hasDecidableAgent());
+
+    home.makeReadOnly(".claude/settings.json");
+    QStringList told;
+    QObject::connect(&connections, &AgentConnections::lastErrorChanged, &connections,
+                     [&] { told.append(complaint()); });
+    connections.installHooks(claude);
+    EXPECT_EQ(complaint(), "Claude Code connect failed:");
+    EXPECT_EQ(told.value(told.size() - 1), complaint());
+    connections.repairHooks(claude);
+    EXPECT_EQ(complaint(), "Claude Code repair failed:");
+    home.makeReadOnly(".claude/settings.json", false);
+    connections.repairHooks(claude);
+    EXPECT_EQ(connections.lastError(), std::nullopt);
+    home.makeReadOnly(".claude/settings.json");
+    connections.uninstallHooks(claude);
+    EXPECT_EQ(complaint(), "Claude Code disconnect failed:");
+    EXPECT_TRUE(connections.installedAgents().contains(claude));
+}
+
+TEST_F(AgentConnectionsTest, SwitchesTheNotificationsOfAllWhoHaveThem) {
+    connections.setNotificationsSuppressed(true);
+    EXPECT_FALSE(connections.notificationsSuppressed());
+
+    home.write(".claude/settings.json", "{}");
+    connections.setNotificationsSuppressed(true);
+    EXPECT_TRUE(connections.notificationsSuppressed());
+    home.makeReadOnly(".claude/settings.json");
+    connections.setNotificationsSuppressed(false);
+    EXPECT_EQ(complaint(), "Updating Claude Code's settings failed:");
+    EXPECT_TRUE(connections.notificationsSuppressed());
+}
+
+} // namespace
+} // namespace morvane

@@ -1,0 +1,137 @@
+#include "Core/Settings/Defaults.h"
+
+#include "Core/Settings/DefaultsFixture.h"
+#include "Core/Settings/MorvaneSettings.h"
+
+#include <limits>
+#include <sys/inotify.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace morvane {
+namespace {
+
+using DefaultsTest = DefaultsFixture;
+
+TEST_F(DefaultsTest, KeepTypesAcrossARestart) {
+    const QVariantMap values{
+        {"yes", true},
+        {"one", 1},
+        {"least", std::numeric_limits<qint64>::min()},
+        {"greatest", std::numeric_limits<quint64>::max()},
+        {"whole", 2.0},
+        {"fraction", 0.1},
+        {"text", QString("é \U0001F469 \" \n ") + QChar(0)},
+        {"\uFEFFkey", "\uFEFF\uFEFFtext"},
+        {"bytes", QByteArray("\0\xff{", 3)},
+        {"list", QVariantList{1, "x", QVariantList(), QVariantMap{{"", false}}}},
+    };
+    {
+        Defaults defaults = load();
+        defaults.setValues(values);
+    }
+    const Defaults defaults = load();
+    for (auto entry = values.begin(); entry != values.end(); ++entry) {
+        EXPECT_EQ(defaults.value(entry.key()), entry.value()) << entry.key().toStdString();
+    }
+    EXPECT_EQ(defaults.value("yes").typeId(), QMetaType::Bool);
+    EXPECT_EQ(defaults.value("whole").typeId(), QMetaType::Double);
+}
+
+TEST_F(DefaultsTest, AreForTheirOwnerAlone) {
+    EXPECT_EQ(Defaults::folder(), home.path(".config/morvane"));
+    ASSERT_EQ(::chmod(QFile::encodeName(home.write(file, "{}")).constData(), 0604), 0);
+    for (int times = 0; times < 2; ++times) {
+        load().setValue("key", times);
+        EXPECT_EQ(home.mode(file), 0600U);
+        QFile::remove(home.path(file));
+    }
+}
+
+TEST_F(DefaultsTest, PutAsideWhatTheyCannotRead) {
+    const QByteArray deep = "{\"x\":" + QByteArray(200'000, '[') + QByteArray(200'000, ']') + "}";
+    for (const QByteArray &broken :
+         {QByteArray("{\"eventToken\": \"T\""), QByteArray("[1]"), QByteArray(""),
+          QByteArray("{\"x\":\"\xff\"}"), QByteArray("{\"x\":1e400}"), deep}) {
+        home.write(file, broken);
+        home.write(file + ".unreadable", "older");
+        Defaults defaults = load();
+        EXPECT_FALSE(defaults.contains("eventToken"));
+        EXPECT_EQ(home.read(file), broken);
+        defaults.setValue("key", 1);
+        defaults.setValue("key", 2);
+        EXPECT_EQ(stored(defaults), (json{{"key", 2}}));
+        EXPECT_EQ(home.read(file + ".unreadable"), broken);
+    }
+}
+
+TEST_F(DefaultsTest, WaitForNothingThatIsNoRegularFile) {
+    const QString pipe = home.path("pipe");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    QDir().mkpath(home.path("defaults"));
+    for (const QString &endless : {pipe, QString("/dev/zero")}) {
+        for (const QString &name : {file, legacyFile}) {
+            ASSERT_TRUE(QFile::link(endless, home.path(name)));
+        }
+        Defaults defaults = load();
+        EXPECT_EQ(MorvaneSettings(defaults).port(), 47615);
+        EXPECT_EQ(stored(defaults).size(), 1u);
+        EXPECT_EQ(QFileInfo(home.path(file + ".unreadable")).symLinkTarget(), endless);
+        QDir(home.path("defaults")).removeRecursively();
+        QDir().mkpath(home.path("defaults"));
+    }
+}
+
+/// How often a file has taken its name in the folder while it lives.
+class ArrivalCounter {
+public:
+    explicit ArrivalCounter(const QString &folder) {
+        ::inotify_add_watch(m_descriptor, QFile::encodeName(folder).constData(), IN_MOVED_TO);
+    }
+    ArrivalCounter(const ArrivalCounter &) = delete;
+    ArrivalCounter &operator=(const ArrivalCounter &) = delete;
+    ~ArrivalCounter() { ::close(m_descriptor); }
+
+    int count() const {
+        int result = 0;
+        alignas(inotify_event) char events[4096];
+        for (ssize_t size; (size = ::read(m_descriptor, events, sizeof events)) > 0;) {
+            const char *place = events;
+            for (const char *end = place + size; place < end; ++result) {
+                place +=
+                    sizeof(inotify_event) + reinterpret_cast<const inotify_event *>(place)->len;
+            }
+        }
+        return result;
+    }
+
+private:
+    const int m_descriptor = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+};
+
+TEST_F(DefaultsTest, WriteABurstFewTimesAndItsEndForSure) {
+    Defaults defaults = load();
+    defaults.setValue("key", 0);
+    defaults.flush();
+    const ArrivalCounter arrivals(home.path("defaults"));
+    for (int value = 1; value <= 300; ++value) {
+        defaults.setValue("key", value);
+    }
+    defaults.flush();
+    EXPECT_EQ(stored(defaults), (json{{"key", 300}}));
+    EXPECT_LT(arrivals.count(), 100);
+    EXPECT_EQ(QDir(home.path("defaults")).entryList(QDir::Files).size(), 1);
+}
+
+TEST_F(DefaultsTest, BehindALinkStayThere) {
+    home.write("dotfiles/target.json", R"({"key":1})");
+    QDir().mkpath(home.path("defaults"));
+    ASSERT_TRUE(QFile::link("../dotfiles/target.json", home.path(file)));
+    load().setValue("other", 2);
+    EXPECT_TRUE(QFileInfo(home.path(file)).isSymLink());
+    EXPECT_EQ(json::parse(home.read("dotfiles/target.json").toStdString()),
+              (json{{"key", 1}, {"other", 2}}));
+}
+
+} // namespace
+} // namespace morvane
