@@ -1,6 +1,5 @@
 #include "EndToEnd/ChildProcess.h"
 #include "EndToEnd/ProgramHome.h"
-#include "Support/WaitUntil.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,5 +1,4 @@
 #include "Core/Shell/UpdateManager.h"
-#include "Core/Shell/UpdateSignature.h"
 #include "Platform/Linux/BoundedTools.h"
 #include "Platform/Linux/LoadedHttpsClient.h"
 #include "Platform/LoopbackServer.h"

@@ -155,9 +155,8 @@ TEST(ProgramReleases, AreThoseThatRunningProgramsOnceWere) {
 }
 
 TEST(ProgramReleases, AreFoundWhereAShellWouldFindThem) {
-    const TemporaryHome home;
-    const QByteArray path = qgetenv("PATH");
-    qputenv("PATH", (home.path("shims") + "::relative:" + home.path("first")).toUtf8());
+    TemporaryHome home;
+    home.set("PATH", home.path("shims") + "::relative:" + home.path("first"));
     ProgramReleases releases;
     EXPECT_EQ(text(releases.installed(qwen)), "none");
     const auto put = [&](const char *folder, const char *version) {
@@ -179,7 +178,6 @@ TEST(ProgramReleases, AreFoundWhereAShellWouldFindThem) {
     EXPECT_EQ(text(releases.installed(qwen)), "0.24.6");
     home.write("shims/qwen", "#!/bin/sh\nexec somewhere\n");
     EXPECT_EQ(text(releases.installed(qwen)), "0.24.6");
-    qputenv("PATH", path);
 }
 
 } // namespace

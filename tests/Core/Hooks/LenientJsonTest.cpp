@@ -1,6 +1,5 @@
 #include "Core/Hooks/LenientJson.h"
 
-#include <QList>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 

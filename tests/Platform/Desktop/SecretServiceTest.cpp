@@ -16,25 +16,13 @@ using Paths = QList<QDBusObjectPath>;
 
 const QString root = "/org/freedesktop/secrets";
 
-struct Secret {
-    QDBusObjectPath session;
-    QByteArray parameters;
-    QByteArray value;
-    QString contentType;
-};
-
-QDBusArgument &operator<<(QDBusArgument &argument, const Secret &secret) {
-    argument.beginStructure();
-    argument << secret.session << secret.parameters << secret.value << secret.contentType;
-    argument.endStructure();
-    return argument;
-}
-
-const QDBusArgument &operator>>(const QDBusArgument &argument, Secret &secret) {
-    argument.beginStructure();
-    argument >> secret.session >> secret.parameters >> secret.value >> secret.contentType;
-    argument.endStructure();
-    return argument;
+/// As the service hands it out.
+QVariant secretOf(const QDBusObjectPath &session, const QByteArray &value) {
+    QDBusArgument result;
+    result.beginStructure();
+    result << session << QByteArray() << value << QStringLiteral("text/plain");
+    result.endStructure();
+    return QVariant::fromValue(result);
 }
 
 struct Item {
@@ -49,7 +37,6 @@ public:
     Keyring(const QDBusConnection &bus, QList<Item> items)
         : BusService(bus, root, "org.freedesktop.secrets"), m_items(std::move(items)) {
         qDBusRegisterMetaType<Attributes>();
-        qDBusRegisterMetaType<Secret>();
     }
 
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &bus) override {
@@ -82,7 +69,7 @@ private:
         }
         if (what == "GetSecret") {
             const auto session = message.arguments().first().value<QDBusObjectPath>();
-            return {QVariant::fromValue(Secret{session, {}, itemAt(message).value, "text/plain"})};
+            return {secretOf(session, itemAt(message).value)};
         }
         if (what == "Get" && message.arguments().last() == "Collections") {
             const Paths paths{QDBusObjectPath(root + "/collection/session"),
