@@ -27,9 +27,6 @@ TEST(TextLabel, KeepsLineBreaksWhereItHasRoomForThem) {
     TextLabel label(Typography::text(12), Qt::white, 0, nullptr);
     label.setText("one\ntwo\nthree");
     EXPECT_EQ(label.lines(400), QStringList({"one", "two", "three"}));
-    TextLabel single(Typography::text(12), Qt::white, 1, nullptr);
-    single.setText("one\ntwo");
-    EXPECT_EQ(single.lines(400), QStringList({"one two"}));
 }
 
 TEST(TextLabel, OutsideTextNeitherBreaksItsLineNorTurnsIt) {
