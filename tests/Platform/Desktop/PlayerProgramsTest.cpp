@@ -1,8 +1,8 @@
 #include "Platform/Linux/Desktop/PlayerPrograms.h"
 
+#include "Support/IsGone.h"
 #include "Support/ManualScheduler.h"
 #include "Support/Printing.h"
-#include "Support/Processes.h"
 #include "Support/TemporaryHome.h"
 #include "Support/WaitUntil.h"
 
