@@ -20,6 +20,7 @@ namespace morvane {
 namespace {
 
 constexpr int mostAttempts = 3;
+constexpr int mostUnreadable = 9;
 
 std::optional<struct stat> statusOf(const QString &path) {
     struct stat status {};
@@ -39,7 +40,7 @@ void AgentSettingsFile::moment() {
 }
 
 AgentSettingsFile::AgentSettingsFile(QString path, std::function<void()> wait)
-    : m_path(std::move(path)), m_origin(m_path), m_moment(std::move(wait)) {}
+    : m_path(std::move(path)), m_origin(m_path), m_comments(m_path), m_moment(std::move(wait)) {}
 
 QString AgentSettingsFile::backupPath() const {
     return m_path + QLatin1String(".morvane-backup");
@@ -132,16 +133,53 @@ AgentSettingsFile::replace(const std::optional<QByteArray> &before,
     return outcome;
 }
 
+/// Where what can't be understood is kept, once however often it comes; none where there is no
+/// place left.
+std::optional<QString> AgentSettingsFile::unreadablePath(const QByteArray &content) const {
+    for (int number = 1; number <= mostUnreadable; ++number) {
+        const QString path = m_path + QLatin1String(".morvane-unreadable") +
+                             (number > 1 ? QString::number(-number) : QString());
+        const QFileInfo present(path);
+        if (present.isSymbolicLink() || !present.exists() ||
+            SettingsOrigin::ownContent(path) == content) {
+            return path;
+        }
+    }
+    return std::nullopt;
+}
+
+/// For each copy that makes way.
+std::optional<Failure> AgentSettingsFile::rescueComments(const std::optional<QByteArray> &before,
+                                                         const AgentSettingsChange &change) const {
+    const bool isFirst = change.origin == AgentSettingsChange::Origin::taken;
+    QByteArrayList staying{before.value_or(QByteArray())};
+    if (!isFirst) {
+        staying << SettingsOrigin::ownContent(m_origin.copyPath()).value_or(QByteArray());
+    }
+    auto failure = isFirst ? m_comments.rescue(m_origin.copyPath(), staying) : std::nullopt;
+    if (!failure && before && change.backsUp) {
+        failure = m_comments.rescue(backupPath(), staying);
+    }
+    return failure;
+}
+
 /// None may be missing when the file changes.
 std::optional<Failure> AgentSettingsFile::keepCopies(const QString &target,
                                                      const std::optional<QByteArray> &before,
                                                      const AgentSettingsChange &change) const {
+    if (auto failure = rescueComments(before, change)) {
+        return failure;
+    }
     QStringList copies;
     if (before && change.backsUp) {
         copies << backupPath();
     }
     if (before && change.replacesUnreadable) {
-        copies << m_path + QLatin1String(".morvane-unreadable");
+        const auto path = unreadablePath(*before);
+        if (!path) {
+            return Failure{tr("nine that could not be understood lie beside it already")};
+        }
+        copies << *path;
     }
     for (const QString &copy : copies) {
         WholeFile file(copy);

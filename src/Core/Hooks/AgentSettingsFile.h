@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/Hooks/SettingsComments.h"
 #include "Core/Hooks/SettingsOrigin.h"
 #include "Platform/Failure.h"
 
@@ -21,7 +22,8 @@ struct AgentSettingsChange {
     bool backsUp = true;
 
     /// True where what the file holds couldn't be understood and makes way. It is then kept beside
-    /// the backup as well, under a name that no other change writes to.
+    /// the backup as well, under a name that no other content ever takes: the first that is free of
+    /// nine. Where none is, the write fails.
     bool replacesUnreadable = false;
 
     enum class Origin {
@@ -34,7 +36,8 @@ struct AgentSettingsChange {
 
 /// A settings file that belongs to a person and an agent, and the one way in which we write it: at
 /// every moment it is whole, as it was or as it shall be. What it held lies in a backup beside it,
-/// and what it held before we came beside that. A symbolic link stays one and its target is
+/// and what it held before we came beside that. No copy makes way before its comments are safe in
+/// another (`SettingsComments`). A symbolic link stays one and its target is
 /// rewritten; mode, owner and other attributes survive. Synchronous; any thread, but no two on one
 /// file.
 class AgentSettingsFile {
@@ -77,6 +80,9 @@ private:
     bool isFile() const;
     Result<Outcome> replace(const std::optional<QByteArray> &before,
                             const AgentSettingsChange &change) const;
+    std::optional<QString> unreadablePath(const QByteArray &content) const;
+    std::optional<Failure> rescueComments(const std::optional<QByteArray> &before,
+                                          const AgentSettingsChange &change) const;
     std::optional<Failure> keepCopies(const QString &target,
                                       const std::optional<QByteArray> &before,
                                       const AgentSettingsChange &change) const;
@@ -87,6 +93,7 @@ private:
 
     QString m_path;
     SettingsOrigin m_origin;
+    SettingsComments m_comments;
     std::function<void()> m_moment;
 };
 

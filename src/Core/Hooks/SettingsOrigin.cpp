@@ -13,11 +13,6 @@ namespace morvane {
 
 namespace {
 
-/// What is there, unless it is a link: we have never made one, so it leads to somebody else's.
-std::optional<QByteArray> ownContent(const QString &path) {
-    return QFileInfo(path).isSymbolicLink() ? std::nullopt : RegularFile::whole(path);
-}
-
 /// The first folder on the way to a file that isn't there; empty where all of them are.
 QString firstMissingFolder(const QString &path) {
     QString missing;
@@ -39,6 +34,10 @@ void removeFolders(const QString &path, const QString &top) {
 }
 
 } // namespace
+
+std::optional<QByteArray> SettingsOrigin::ownContent(const QString &path) {
+    return QFileInfo(path).isSymbolicLink() ? std::nullopt : RegularFile::whole(path);
+}
 
 std::optional<SettingsOrigin::Content> SettingsOrigin::read() const {
     if (auto bytes = ownContent(copyPath())) {

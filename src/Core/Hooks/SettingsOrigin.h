@@ -16,6 +16,10 @@ class SettingsOrigin {
 public:
     explicit SettingsOrigin(const QString &path) : m_path(path) {}
 
+    /// What a copy beside a settings file holds. None for a link: we have never made one, so it
+    /// leads to somebody else's.
+    static std::optional<QByteArray> ownContent(const QString &path);
+
     struct Content {
         /// None where there was no file.
         std::optional<QByteArray> bytes;
@@ -32,7 +36,6 @@ public:
     /// has come into them.
     void forget() const;
 
-private:
     QString copyPath() const { return m_path + QLatin1String(".morvane-original"); }
     QString markPath() const { return m_path + QLatin1String(".morvane-created"); }
 

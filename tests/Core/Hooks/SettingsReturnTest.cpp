@@ -294,6 +294,75 @@ TEST_F(SettingsReturnTest, KeepsTheOriginalBesideAFileThatOthersHaveChanged) {
     EXPECT_EQ(text(claude), before);
 }
 
+TEST_F(SettingsReturnTest, LosesNoCommentWithACopyThatMakesWay) {
+    const auto rescued = [this](AgentKind kind) {
+        return home.read(place(kind) + ".morvane-comments");
+    };
+    const auto switchApprovals = [this] {
+        settings.setApprovalsEnabled(!settings.approvalsEnabled());
+        connect(claude);
+    };
+    const QByteArray first = "// mine\n{\"url\":\"//a\",\"b\":1}";
+    write(claude, first);
+    connect(claude);
+    switchApprovals();
+    // Written while it is connected: the next write leaves it out, the one behind that takes the
+    // backup.
+    write(claude, text(claude).replace("{\n  \"b\"", "{ /* \" */ \"b\""));
+    switchApprovals();
+    EXPECT_FALSE(exists(place(claude) + ".morvane-comments"));
+    switchApprovals();
+    EXPECT_TRUE(rescued(claude).contains("/* \" */"));
+    disconnect(claude);
+    EXPECT_EQ(text(claude), first);
+
+    // The original makes way for a file that was written anew, or for none.
+    for (const bool isThere : {true, false}) {
+        const QByteArray comment = isThere ? "// one\n" : "// two\n";
+        write(claude, comment + "{\"b\":1}");
+        connect(claude);
+        write(claude, text(claude).replace("\"b\": 1", "\"b\": 3"));
+        disconnect(claude);
+        EXPECT_FALSE(rescued(claude).contains(comment));
+        QFile::remove(home.path(place(claude)));
+        if (isThere) {
+            write(claude, "{\"a\":3}");
+        }
+        connect(claude);
+        EXPECT_TRUE(rescued(claude).contains(comment));
+    }
+    EXPECT_TRUE(rescued(claude).contains("/* \" */"));
+    EXPECT_FALSE(QFileInfo(home.path(place(claude) + ".morvane-comments")).permissions() &
+                 (QFile::ReadGroup | QFile::ReadOther));
+    const QByteArray all = rescued(claude);
+    switchApprovals();
+    switchApprovals();
+    EXPECT_EQ(rescued(claude), all);
+
+    // Kimi's own saver leaves comments out.
+    write(kimi, "a = '#no' # one\nb = \"\"\"\n# none\n\"\"\"\n");
+    connect(kimi);
+    write(kimi, "a = '#no'\n");
+    connect(kimi);
+    EXPECT_TRUE(rescued(kimi).startsWith("a = '#no' # one\n"));
+}
+
+TEST_F(SettingsReturnTest, KeepsEachFileThatCannotBeUnderstoodUntilThereAreNine) {
+    const auto broken = [](int number) { return "{\"a\":" + QByteArray::number(number); };
+    for (int number = 1; number <= 9; ++number) {
+        for (int times = 0; times < 2; ++times) {
+            write(claude, broken(number));
+            connect(claude);
+        }
+        const QString ending = number > 1 ? QString::number(-number) : QString();
+        EXPECT_EQ(home.read(place(claude) + ".morvane-unreadable" + ending), broken(number));
+    }
+    write(claude, broken(10));
+    EXPECT_TRUE(QByteArray::fromStdString(failure(installer(claude).install()))
+                    .endsWith("nine that could not be understood lie beside it already"));
+    EXPECT_EQ(text(claude), broken(10));
+}
+
 TEST_F(SettingsReturnTest, TakesTheSwitchForNotificationsForItsOwn) {
     const auto mute = [&](bool suppressed) {
         EXPECT_EQ(failure(installer(claude).setNotificationsSuppressed(suppressed)), "");

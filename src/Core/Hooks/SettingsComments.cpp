@@ -1,0 +1,97 @@
+#include "Core/Hooks/SettingsComments.h"
+
+#include "Core/Ground/RegularFile.h"
+#include "Core/Ground/WholeFile.h"
+#include "Core/Hooks/SettingsOrigin.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+#include <cerrno>
+#include <span>
+#include <string_view>
+#include <system_error>
+
+namespace morvane {
+
+namespace {
+
+/// A part of a text in which nothing else begins.
+struct Stretch {
+    std::string_view begin;
+    std::string_view end;
+    bool isComment = false;
+    bool hasEscapes = false;
+};
+
+constexpr Stretch jsonStretches[] = {
+    {.begin = "//", .end = "\n", .isComment = true},
+    {.begin = "/*", .end = "*/", .isComment = true},
+    {.begin = "\"", .end = "\"", .hasEscapes = true},
+};
+constexpr Stretch tomlStretches[] = {
+    {.begin = "#", .end = "\n", .isComment = true},
+    {.begin = R"(""")", .end = R"(""")", .hasEscapes = true},
+    {.begin = "'''", .end = "'''"},
+    {.begin = "\"", .end = "\"", .hasEscapes = true},
+    {.begin = "'", .end = "'"},
+};
+
+/// The length of a stretch at the front of a text, with its beginning and its end.
+std::size_t lengthOf(const Stretch &stretch, std::string_view text) {
+    const bool isInLine = !stretch.isComment && stretch.begin.size() == 1;
+    std::size_t at = stretch.begin.size();
+    while (at < text.size() && !text.substr(at).starts_with(stretch.end) &&
+           !(isInLine && text[at] == '\n')) {
+        at += stretch.hasEscapes && text[at] == '\\' ? 2 : 1;
+    }
+    return std::min(at + stretch.end.size(), text.size());
+}
+
+} // namespace
+
+QByteArrayList SettingsComments::commentsIn(const QByteArray &text) const {
+    const bool isToml = m_settingsPath.endsWith(QLatin1String(".toml"));
+    const std::span<const Stretch> stretches =
+        isToml ? std::span<const Stretch>(tomlStretches) : std::span<const Stretch>(jsonStretches);
+    QByteArrayList result;
+    std::string_view rest(text.constData(), static_cast<std::size_t>(text.size()));
+    while (!rest.empty()) {
+        const auto found = std::ranges::find_if(
+            stretches, [&](const Stretch &each) { return rest.starts_with(each.begin); });
+        const std::size_t length = found == stretches.end() ? 1 : lengthOf(*found, rest);
+        if (found != stretches.end() && found->isComment) {
+            result << QByteArray(rest.data(), static_cast<qsizetype>(length)).trimmed();
+        }
+        rest.remove_prefix(length);
+    }
+    return result;
+}
+
+std::optional<Failure> SettingsComments::rescue(const QString &copyPath,
+                                                const QByteArrayList &staying) const {
+    const auto copy = SettingsOrigin::ownContent(copyPath);
+    if (!copy || staying.contains(*copy)) {
+        return std::nullopt;
+    }
+    const QString path = m_settingsPath + QLatin1String(".morvane-comments");
+    const auto rescued = SettingsOrigin::ownContent(path);
+    const QFileInfo present(path);
+    if (!rescued && present.isFile() && !present.isSymbolicLink()) {
+        return Failure{QString::fromStdString(std::generic_category().message(errno))};
+    }
+    const QByteArrayList held = staying + QByteArrayList{rescued.value_or(QByteArray())};
+    const auto isHeld = [&](const QByteArray &comment) {
+        return std::ranges::any_of(held,
+                                   [&](const QByteArray &text) { return text.contains(comment); });
+    };
+    if (std::ranges::all_of(commentsIn(*copy), isHeld)) {
+        return std::nullopt;
+    }
+    WholeFile file(path);
+    file.setModel(copyPath);
+    file.setMode(0600); // what was closed by the time of another copy stays closed
+    return file.write(rescued ? *rescued + '\n' + *copy : *copy);
+}
+
+} // namespace morvane
