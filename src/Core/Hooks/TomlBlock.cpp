@@ -16,6 +16,15 @@ namespace {
 
 const QByteArray tomlEndMarker = "# <<< morvane:end";
 
+/// The lines before the first hook.
+QByteArrayList blockHead() {
+    return {
+        tomlBeginMarker,
+        "# Managed by Morvane — edits between these markers are overwritten.",
+        "# Remove the block (or use Morvane's Settings) to disconnect.",
+    };
+}
+
 /// Stands before the lines of an empty list of hooks.
 const QByteArray tomlListMarker = "# morvane:list ";
 
@@ -93,6 +102,21 @@ QByteArray strippingEntries(const QByteArray &text) {
     return isSame ? found->withoutOurs : text;
 }
 
+/// The text without the beginnings of blocks that have lost their end, where a parser has found
+/// what of them is ours: whoever wrote the lines below keeps them. As it is where it would say
+/// something else then, such as where a string has such a line.
+QByteArray strippingBeginnings(const QByteArray &text) {
+    const auto before = TomlHookEntries::find(text);
+    if (before.failure() || before->ours > 0) {
+        return text;
+    }
+    QByteArrayList lines = text.split('\n');
+    lines.removeIf([](const QByteArray &line) { return blockHead().contains(line.trimmed()); });
+    const QByteArray result = lines.join('\n');
+    const auto after = TomlHookEntries::find(result);
+    return !after.failure() && after->othersMeaning == before->othersMeaning ? result : text;
+}
+
 /// What is not ours, without line feeds at its end.
 QByteArray othersIn(const QByteArray &text) {
     return withoutLineFeeds(withListBack(strippingEntries(strippingMorvaneBlock(text))));
@@ -101,11 +125,7 @@ QByteArray othersIn(const QByteArray &text) {
 } // namespace
 
 QByteArray tomlBlock(const HookPlan &plan) {
-    QByteArrayList lines{
-        tomlBeginMarker,
-        "# Managed by Morvane — edits between these markers are overwritten.",
-        "# Remove the block (or use Morvane's Settings) to disconnect.",
-    };
+    QByteArrayList lines = blockHead();
     for (const QString &event : plan.installedEvents()) {
         lines << "[[hooks]]"
               << "event = " + quoted(event);
@@ -178,7 +198,9 @@ Result<QByteArray> install(const QByteArray &text, const HookPlan &plan) {
 }
 
 QByteArray uninstall(const QByteArray &text) {
-    const QByteArray others = othersIn(text);
+    const QByteArray stripped = strippingEntries(strippingMorvaneBlock(text));
+    const QByteArray others =
+        withoutLineFeeds(withListBack(stripped == text ? stripped : strippingBeginnings(stripped)));
     return others.isEmpty() ? others : others + '\n';
 }
 

@@ -77,6 +77,30 @@ TEST_F(TomlHooksTest, KeepsThePristineTomlFileAsTheBackup) {
         EXPECT_EQ(text(kimi).count("morvane:begin"), 2);
         EXPECT_EQ(backup(kimi), "# >>> morvane:begin\nb = 2\n");
     }
+    disconnect(kimi);
+    EXPECT_EQ(text(kimi), "b = 2\n");
+}
+
+TEST_F(TomlHooksTest, TakesOutABlockThatHasLostItsEnd) {
+    write(kimi, "a = 1");
+    connect(kimi);
+    const QByteArray endless = text(kimi).replace("# <<< morvane:end\n", "# theirs\nb = 2\n");
+    for (const bool repairs : {true, false}) {
+        // What is behind the block belongs to its last hook, and goes with it.
+        write(kimi, endless + "[c]\r\nd = 3\n");
+        EXPECT_TRUE(installer(kimi).hasStaleEntries());
+        if (repairs) {
+            installer(kimi).renew();
+            EXPECT_EQ(issues(kimi), QStringList());
+        }
+        disconnect(kimi);
+        EXPECT_EQ(text(kimi).toStdString(), "a = 1\n\n# theirs\n[c]\r\nd = 3\n");
+    }
+    // In a string it is no beginning.
+    const QByteArray quoted = "s = '''\n# >>> morvane:begin\n'''\n";
+    write(kimi, quoted + endless);
+    EXPECT_NE(failure(installer(kimi).uninstall()), "");
+    EXPECT_EQ(text(kimi), quoted + endless);
 }
 
 } // namespace
