@@ -217,6 +217,19 @@ TEST_F(AppControllerTest, RemovesEverythingButWhatIsPeoplesOwnAndReports) {
               unknown.arg("Claude Code", ".claude") + " could not be understood\n• " +
                   unknown.arg("Gemini CLI", ".gemini") +
                   " could not be read\n• Qwen Code hooks\n• preferences and session history");
+    // What is left where there is no connection, and what wouldn't go.
+    home.write(".claude/settings.json", R"({"statusLine":{"command":"/.morvane/statusline.sh"}})");
+    home.write(".config/opencode/plugins/morvane.js/in the way");
+    home.write(".kimi/config.toml", "[[hooks]]\ncommand = '/.morvane/hook.sh'\nb = \n");
+    EXPECT_EQ(
+        controller.removeEverything(),
+        "Claude Code hooks\n• " + unknown.arg("Gemini CLI", ".gemini") +
+            " could not be read\n• ⚠︎ could not remove OpenCode hooks\n• ⚠︎ could not "
+            "remove Kimi CLI hooks: " +
+            home.path(".kimi/config.toml") +
+            " could not be understood\n• preferences and session history");
+    EXPECT_EQ(read(".claude/settings.json"), "{}\n");
+    QDir(home.path(".config/opencode")).removeRecursively();
     // What still happens before the program is quit leaves no trace either.
     store.apply(EventBuilder(CanonicalEvent::turnEnd));
     store.renameCwd("/p", "Mine");

@@ -6,6 +6,7 @@
 #include "Core/Hooks/ForwarderScripts.h"
 #include "Core/Hooks/HookInstaller.h"
 #include "Core/Hooks/HookPlan.h"
+#include "Core/Hooks/TomlHookEntries.h"
 #include "Core/Settings/MorvaneSettings.h"
 
 #include <QDir>
@@ -46,7 +47,9 @@ std::optional<QString> whyUnknown(const AgentIntegration &where, const Health &h
     if (!content) {
         return AgentConnections::tr("%1 could not be read").arg(path);
     }
-    return !health.settingsReadable && content->contains(HookPlan::hookScriptMarker)
+    const bool isUnderstood =
+        toml ? !TomlHookEntries::find(*content).failure() : health.settingsReadable;
+    return !isUnderstood && content->contains(HookPlan::hookScriptMarker)
                ? std::optional(AgentConnections::tr("%1 could not be understood").arg(path))
                : std::nullopt;
 }
@@ -251,9 +254,10 @@ QStringList AgentConnections::removeAll() {
     for (const AgentAdapter *adapter : AgentRegistry::all()) {
         const HookInstaller installer = makeInstaller(adapter->kind());
         const QString name = tr("%1 hooks").arg(displayName(adapter->kind()));
-        if (installer.isInstalled()) {
-            const auto failure = installer.uninstall();
-            report << (failure ? couldNotRemove(name, failure->message) : name);
+        if (installer.hasTraces()) {
+            const auto failure = installer.removeTraces();
+            const bool isGone = !failure && !installer.hasTraces();
+            report << (isGone ? name : couldNotRemove(name, failure.value_or(Failure()).message));
         } else if (const auto why = whyUnknown(adapter->integration(), installer.health())) {
             report << couldNotRemove(name, *why);
         }

@@ -78,6 +78,14 @@ bool HookInstaller::isInstalled() const {
     return m_target->isInstalled();
 }
 
+bool HookInstaller::hasTraces() const {
+    return m_target->hasTraces();
+}
+
+std::optional<Failure> HookInstaller::removeTraces() const {
+    return m_target->removeTraces();
+}
+
 bool HookInstaller::hasStaleEntries() const {
     return m_target->hasStaleEntries();
 }

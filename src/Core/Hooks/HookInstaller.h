@@ -40,8 +40,15 @@ public:
     /// Brings a connected agent up to date with the port, the token and this version. Best effort.
     void renew() const;
 
-    /// Whether there is anything of ours.
+    /// Whether there are any hooks of ours.
     bool isInstalled() const;
+
+    /// Whether there is anything of ours, be it what makes no connection, such as a status line
+    /// whose hooks somebody has taken out.
+    bool hasTraces() const;
+
+    /// Takes all of that out.
+    [[nodiscard]] std::optional<Failure> removeTraces() const;
 
     /// Whether what is there of ours differs from what `install` would write.
     bool hasStaleEntries() const;

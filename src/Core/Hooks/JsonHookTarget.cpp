@@ -26,8 +26,7 @@ OurJson JsonHookTarget::ours() const {
         return root;
     };
     return {
-        .isInstalled =
-            [this](const json &root) { return JsonHooksEditor::isInstalled(root, m_hooksKey); },
+        .isInstalled = [this](const json &root) { return hasTracesIn(root); },
         .roundTrip = roundTrip,
         .others =
             [this, roundTrip](json root) {
@@ -53,8 +52,7 @@ void JsonHookTarget::putInto(json &root) const {
 /// False where there is no map of hooks.
 bool JsonHookTarget::takeOutOf(json &root) const {
     const bool found = JsonHooksEditor::uninstall(root, m_hooksKey);
-    const auto feed = m_adapter.statusLineFeed();
-    if (found && feed) {
+    if (const auto feed = m_adapter.statusLineFeed()) {
         StatusLineEntry::uninstall(root, *feed);
     }
     return found;
@@ -98,6 +96,25 @@ void JsonHookTarget::renew() const {
 bool JsonHookTarget::isInstalled() const {
     const auto root = m_settings.read();
     return root && JsonHooksEditor::isInstalled(*root, m_hooksKey);
+}
+
+bool JsonHookTarget::hasTraces() const {
+    const auto root = m_settings.read();
+    return root && hasTracesIn(*root);
+}
+
+bool JsonHookTarget::hasTracesIn(const json &root) const {
+    const auto feed = m_adapter.statusLineFeed();
+    return JsonHooksEditor::isInstalled(root, m_hooksKey) ||
+           (feed && StatusLineEntry::isInstalled(root, *feed));
+}
+
+/// The status line goes as well where there is no map of hooks.
+std::optional<Failure> JsonHookTarget::removeTraces() const {
+    return m_settings.edit([&](json &root) {
+        takeOutOf(root);
+        return true;
+    });
 }
 
 bool JsonHookTarget::hasStaleEntries() const {

@@ -19,6 +19,8 @@ public:
     std::optional<Failure> uninstall() const override;
     void renew() const override;
     bool isInstalled() const override;
+    bool hasTraces() const override;
+    std::optional<Failure> removeTraces() const override;
     bool hasStaleEntries() const override;
     Health health() const override;
     bool notificationsSuppressed() const override;
@@ -28,6 +30,7 @@ private:
     OurJson ours() const;
     void putInto(nlohmann::json &root) const;
     bool takeOutOf(nlohmann::json &root) const;
+    bool hasTracesIn(const nlohmann::json &root) const;
     bool isStale(const nlohmann::json &root) const;
     bool awaitsReview() const;
 

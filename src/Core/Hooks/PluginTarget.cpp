@@ -29,7 +29,9 @@ std::optional<Failure> PluginTarget::install() const {
 
 std::optional<Failure> PluginTarget::uninstall() const {
     QFile::remove(m_path);
-    m_origin.forget();
+    if (!QFileInfo(m_path).isSymbolicLink() && !isInstalled()) {
+        m_origin.forget();
+    }
     return std::nullopt;
 }
 

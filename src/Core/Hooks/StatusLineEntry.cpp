@@ -41,6 +41,11 @@ bool needsRepair(const json &root, const StatusLineFeed &feed) {
            (isMorvaneStatusLine(*value) && (*value)["command"] != current()["command"]);
 }
 
+bool isInstalled(const json &root, const StatusLineFeed &feed) {
+    const auto value = valueIn(root, feed);
+    return value && isMorvaneStatusLine(*value);
+}
+
 void install(json &root, const StatusLineFeed &feed) {
     const auto value = valueIn(root, feed);
     if (!value || isMorvaneStatusLine(*value)) {
@@ -49,8 +54,7 @@ void install(json &root, const StatusLineFeed &feed) {
 }
 
 void uninstall(json &root, const StatusLineFeed &feed) {
-    const auto value = valueIn(root, feed);
-    if (value && isMorvaneStatusLine(*value)) {
+    if (isInstalled(root, feed)) {
         root.erase(feed.key.toStdString());
     }
 }

@@ -14,6 +14,9 @@ namespace morvane::StatusLineEntry {
 /// empty one is somebody's all the same, and `install` leaves it.
 bool needsRepair(const nlohmann::json &root, const StatusLineFeed &feed);
 
+/// Whether there is a status line of ours, wherever it points.
+bool isInstalled(const nlohmann::json &root, const StatusLineFeed &feed);
+
 /// Sets our status line, unless the key is there with anything that isn't ours, be it null.
 void install(nlohmann::json &root, const StatusLineFeed &feed);
 
