@@ -43,7 +43,16 @@ std::optional<SettingsOrigin::Content> SettingsOrigin::read() const {
     if (auto bytes = ownContent(copyPath())) {
         return Content{std::move(bytes)};
     }
-    return ownContent(markPath()) ? std::optional(Content{}) : std::nullopt;
+    return madeFolder() ? std::optional(Content{}) : std::nullopt;
+}
+
+/// The first folder that had to be made for a file of our making, empty where all of them were
+/// there. None for any other file: one that somebody keeps elsewhere since, behind a link, is
+/// theirs.
+std::optional<QString> SettingsOrigin::madeFolder() const {
+    const QByteArrayList mark = ownContent(markPath()).value_or(QByteArray()).split('\0');
+    const bool isOurs = mark.size() == 2 && QFile::decodeName(mark[1]) == linkTarget(m_path);
+    return isOurs ? std::optional(QFile::decodeName(mark[0])) : std::nullopt;
 }
 
 std::optional<Failure> SettingsOrigin::keep(const std::optional<QByteArray> &bytes) const {
@@ -54,7 +63,8 @@ std::optional<Failure> SettingsOrigin::keep(const std::optional<QByteArray> &byt
     if (bytes) {
         file.setModel(target);
     }
-    auto failure = file.write(bytes.value_or(QFile::encodeName(missing)));
+    auto failure =
+        file.write(bytes.value_or(QFile::encodeName(missing) + '\0' + QFile::encodeName(target)));
     if (!failure) {
         QFile::remove(bytes ? markPath() : copyPath());
     }
@@ -62,7 +72,7 @@ std::optional<Failure> SettingsOrigin::keep(const std::optional<QByteArray> &byt
 }
 
 void SettingsOrigin::forget() const {
-    const QString made = QFile::decodeName(ownContent(markPath()).value_or(QByteArray()));
+    const QString made = madeFolder().value_or(QString());
     QFile::remove(copyPath());
     QFile::remove(markPath());
     removeFolders(linkTarget(m_path), made);

@@ -10,8 +10,8 @@
 namespace morvane {
 
 /// What stood in the place of a settings file before our first write: a copy beside it, whatever
-/// else is written there, until it has come back. Where there was no file a mark says so, and which
-/// folders had to be made. Synchronous; any thread, but no two on one file.
+/// else is written there, until it has come back. Where there was no file a mark says so, where we
+/// have made it, and which folders had to be made. Synchronous; any thread, but no two on one file.
 class SettingsOrigin {
 public:
     explicit SettingsOrigin(const QString &path) : m_path(path) {}
@@ -37,6 +37,9 @@ public:
     void forget() const;
 
     QString copyPath() const { return m_path + QLatin1String(".morvane-original"); }
+
+private:
+    std::optional<QString> madeFolder() const;
     QString markPath() const { return m_path + QLatin1String(".morvane-created"); }
 
     QString m_path;

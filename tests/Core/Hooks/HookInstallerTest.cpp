@@ -183,6 +183,16 @@ TEST_F(HookInstallerTest, TakesTheFoldersAwayThatItHasMade) {
         EXPECT_TRUE(QFileInfo::exists(home.path("dots/agents/settings")));
         disconnect(kind);
         EXPECT_FALSE(QFileInfo::exists(home.path("dots")));
+        QDir(QFileInfo(home.path(place(kind))).path()).removeRecursively();
+
+        // A file that its owner has put elsewhere since is theirs, and so is the folder there.
+        connect(kind);
+        QDir().mkpath(home.path("dots"));
+        QFile::rename(home.path(place(kind)), home.path("dots/settings"));
+        QFile::link("../dots/settings", home.path(place(kind)));
+        disconnect(kind);
+        EXPECT_EQ(home.read("dots/settings"), kind == kimi ? "" : "{}\n");
+        QDir(home.path("dots")).removeRecursively();
     }
 }
 
