@@ -26,18 +26,17 @@ QString Defaults::folder() {
 }
 
 void Defaults::setValue(const QString &key, const QVariant &value) {
-    m_values.insert(key, value);
-    write();
+    setValues({{key, value}});
 }
 
 void Defaults::setValues(const QVariantMap &values) {
     m_values.insert(values);
-    write();
+    write(values.keys());
 }
 
 void Defaults::remove(const QStringList &keys) {
     if (m_values.removeIf([&](const auto &entry) { return keys.contains(entry.key()); }) > 0) {
-        write();
+        write(keys);
     }
 }
 
@@ -46,9 +45,9 @@ void Defaults::removeForGood(const QStringList &keys) {
     m_isOver = true;
 }
 
-void Defaults::write() {
+void Defaults::write(const QStringList &changed) {
     if (!m_isOver) {
-        m_file.write(m_values);
+        m_file.write(m_values, changed);
     }
 }
 

@@ -9,8 +9,9 @@ namespace morvane {
 
 /// Typed values that survive a restart, by key: one domain, kept in one JSON file that only its
 /// owner can read. Read once, at creation; each change is handed over to be written at once, and a
-/// burst of them may be one write. A failed write keeps the value in memory for this run. Main
-/// thread only.
+/// burst of them may be one write. A failed write keeps the value in memory for this run. Other
+/// keys stay as they are in the file by then: on another machine with the same home the program may
+/// run as well. Main thread only.
 ///
 /// The types are those that JSON tells apart (bool, integers of 64 bits, double, string, list,
 /// map), and bytes, which are stored as an object whose one key is "$data" with the base64 text.
@@ -47,7 +48,7 @@ public:
     QVariantMap persistentDomain(const QString &domain) const;
 
 private:
-    void write();
+    void write(const QStringList &changed);
 
     const QString m_folder;
     DefaultsFile m_file;

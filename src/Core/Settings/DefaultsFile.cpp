@@ -9,7 +9,7 @@
 #include <QFileInfo>
 
 #include <optional>
-#include <tuple>
+#include <utility>
 
 namespace morvane {
 
@@ -20,17 +20,21 @@ constexpr qsizetype largestFile = 16 << 20;
 
 } // namespace
 
-QVariantMap DefaultsFile::read() {
+std::optional<QVariantMap> DefaultsFile::present() const {
     const auto text = RegularFile::head(m_path, largestFile);
-    const auto values =
-        text && text->size() < largestFile ? DefaultsFormat::parse(*text) : std::nullopt;
+    return text && text->size() < largestFile ? DefaultsFormat::parse(*text) : std::nullopt;
+}
+
+QVariantMap DefaultsFile::read() {
+    const auto values = present();
     m_isUnreadable = !values && QFileInfo::exists(m_path);
     return values.value_or(QVariantMap());
 }
 
-void DefaultsFile::write(const QVariantMap &values) {
+void DefaultsFile::write(const QVariantMap &values, const QStringList &changed) {
     const std::uint64_t number = ++m_asked;
-    m_writer.start([this, number, values] {
+    m_writer.start([this, number, values, changed] {
+        m_changed.unite({changed.begin(), changed.end()});
         if (number == m_asked) {
             replace(values);
         }
@@ -48,9 +52,19 @@ void DefaultsFile::replace(const QVariantMap &values) {
         }
         m_isUnreadable = false;
     }
+    QVariantMap merged = present().value_or(values);
+    for (const QString &key : std::as_const(m_changed)) {
+        if (values.contains(key)) {
+            merged.insert(key, values[key]);
+        } else {
+            merged.remove(key);
+        }
+    }
     WholeFile file(linkTarget(m_path));
     file.setMode(0600); // the token is in it
-    std::ignore = file.write(DefaultsFormat::write(values));
+    if (!file.write(DefaultsFormat::write(merged))) {
+        m_changed.clear();
+    }
 }
 
 } // namespace morvane

@@ -1,11 +1,14 @@
 #pragma once
 
+#include <QSet>
 #include <QString>
+#include <QStringList>
 #include <QThreadPool>
 #include <QVariantMap>
 
 #include <atomic>
 #include <cstdint>
+#include <optional>
 
 namespace morvane {
 
@@ -27,17 +30,21 @@ public:
     /// written over.
     QVariantMap read();
 
-    /// Begins to write. A failure leaves the file as it is.
-    void write(const QVariantMap &values);
+    /// Begins to write the keys that were changed, over what the file holds by then; where it holds
+    /// nothing that can be understood, all of the values. A failure leaves the file as it is, and
+    /// the next write makes up for it.
+    void write(const QVariantMap &values, const QStringList &changed);
 
     /// Waits until the disk has what was last to be written.
     void flush() { m_writer.waitForDone(); }
 
 private:
+    std::optional<QVariantMap> present() const;
     void replace(const QVariantMap &values);
 
     const QString m_path;
     bool m_isUnreadable = false;            ///< the writer's, from the first write on
+    QSet<QString> m_changed;                ///< not written yet; the writer's
     std::atomic<std::uint64_t> m_asked = 0; ///< how many writes there were to be
     QThreadPool m_writer;                   ///< last, since its end waits for what uses the others
 };

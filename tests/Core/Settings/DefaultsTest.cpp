@@ -123,6 +123,27 @@ TEST_F(DefaultsTest, WriteABurstFewTimesAndItsEndForSure) {
     EXPECT_EQ(QDir(home.path("defaults")).entryList(QDir::Files).size(), 1);
 }
 
+TEST_F(DefaultsTest, OfTwoMachinesWithOneHomeKeepEachOthersKeys) {
+    Defaults one = load();
+    one.setValues({{"a", 1}, {"b", 1}, {"c", 1}});
+    one.flush();
+    Defaults other = load();
+    other.setValue("b", 2);
+    other.setValue("d", 2);
+    other.remove("c");
+    other.flush();
+    one.setValue("a", 3);
+    EXPECT_EQ(stored(one), (json{{"a", 3}, {"b", 2}, {"d", 2}}));
+    one.remove(QStringList{"a", "d"});
+    EXPECT_EQ(stored(one), (json{{"b", 2}}));
+    // What was known is not lost with the file.
+    for (const char *damage : {"", "{"}) {
+        home.write(file, damage);
+        one.setValue("a", 4);
+        EXPECT_EQ(stored(one), (json{{"a", 4}, {"b", 1}, {"c", 1}}));
+    }
+}
+
 TEST_F(DefaultsTest, BehindALinkStayThere) {
     home.write("dotfiles/target.json", R"({"key":1})");
     QDir().mkpath(home.path("defaults"));
