@@ -33,10 +33,11 @@ struct TargetMaker {
     HookPlan plan;
     ForwarderScripts scripts;
     std::function<void()> moment;
+    Defaults &defaults;
 
     std::unique_ptr<HookTarget> operator()(const JsonHooks &place) const {
-        return std::make_unique<JsonHookTarget>(place.hooksKey, file(place.settingsPath), adapter,
-                                                plan, scripts);
+        return std::make_unique<JsonHookTarget>(place, file(place.settingsPath), adapter, plan,
+                                                scripts, defaults);
     }
     std::unique_ptr<HookTarget> operator()(const TomlHooks &place) const {
         return std::make_unique<TomlHookTarget>(file(place.settingsPath), plan, scripts);
@@ -59,7 +60,7 @@ HookInstaller::HookInstaller(const AgentAdapter &adapter, const MorvaneSettings 
                              std::uint16_t boundPort, std::function<void()> moment)
     : m_target(std::visit(TargetMaker{adapter, HookPlan(adapter, settings.approvalsEnabled()),
                                       ForwarderScripts(settings.eventToken(), boundPort),
-                                      std::move(moment)},
+                                      std::move(moment), settings.defaults()},
                           adapter.integration())) {}
 
 std::optional<Failure> HookInstaller::install() const {

@@ -3,6 +3,7 @@
 #include "Core/Ground/RegularFile.h"
 #include "Core/Hooks/JsonHooksEditor.h"
 #include "Core/Hooks/StatusLineEntry.h"
+#include "Core/Settings/Defaults.h"
 
 #include <QDateTime>
 #include <QFileInfo>
@@ -14,10 +15,18 @@ namespace morvane {
 
 using nlohmann::json;
 
-JsonHookTarget::JsonHookTarget(const std::optional<QString> &hooksKey, AgentSettingsFile file,
-                               const AgentAdapter &adapter, HookPlan plan, ForwarderScripts scripts)
-    : m_hooksKey(hooksKey), m_adapter(adapter), m_plan(plan), m_scripts(std::move(scripts)),
-      m_settings(std::move(file), ours()) {}
+namespace {
+
+/// The key of a map of agents to when we last changed their hooks, in milliseconds.
+constexpr QLatin1String changesKey("hooksChanged");
+
+} // namespace
+
+JsonHookTarget::JsonHookTarget(const JsonHooks &place, AgentSettingsFile file,
+                               const AgentAdapter &adapter, HookPlan plan, ForwarderScripts scripts,
+                               Defaults &defaults)
+    : m_path(place.settingsPath), m_hooksKey(place.hooksKey), m_adapter(adapter), m_plan(plan),
+      m_scripts(std::move(scripts)), m_settings(std::move(file), ours()), m_defaults(defaults) {}
 
 OurJson JsonHookTarget::ours() const {
     const auto roundTrip = [this](json root) {
@@ -67,10 +76,33 @@ std::optional<Failure> JsonHookTarget::install() const {
     if (auto failure = feeds ? m_scripts.writeStatusLineScript() : std::nullopt) {
         return failure;
     }
-    return m_settings.editOrCreate([&](json &root) {
+    bool changes = false;
+    auto failure = m_settings.editOrCreate([&](json &root) {
+        const json before = root;
         putInto(root);
+        changes = changes || root != before;
         return true;
     });
+    if (!failure && changes && m_adapter.reviewsPath()) {
+        noteChange();
+    }
+    return failure;
+}
+
+/// The time that the file has from us: others may write it anew without changing a hook.
+void JsonHookTarget::noteChange() const {
+    QVariantMap changes = m_defaults.value(changesKey).toMap();
+    changes.insert(QString::fromLatin1(rawValue(m_adapter.kind())),
+                   QFileInfo(m_path).lastModified().toMSecsSinceEpoch());
+    m_defaults.setValue(changesKey, changes);
+}
+
+/// The time of the file, where none was noted.
+QDateTime JsonHookTarget::lastChange() const {
+    const QVariantMap changes = m_defaults.value(changesKey).toMap();
+    const QVariant noted = changes.value(QString::fromLatin1(rawValue(m_adapter.kind())));
+    return noted.isValid() ? QDateTime::fromMSecsSinceEpoch(noted.toLongLong())
+                           : QFileInfo(m_path).lastModified();
 }
 
 /// The forwarder stays, since other agents may use it.
@@ -150,17 +182,16 @@ Health JsonHookTarget::health() const {
 }
 
 /// The agent writes down what its person has agreed to, under the name of the settings file. When
-/// it has written nothing since that file was, nobody can have agreed to what is new in it.
+/// it has written nothing since we changed that, nobody can have agreed to what is new in it.
 bool JsonHookTarget::awaitsReview() const {
     constexpr qsizetype longestReviews = 1'000'000;
     const auto reviews = m_adapter.reviewsPath();
     if (!reviews) {
         return false;
     }
-    const QString settings = std::get<JsonHooks>(m_adapter.integration()).settingsPath;
     const QByteArray text = RegularFile::head(*reviews, longestReviews).value_or(QByteArray());
-    return !text.contains(settings.toUtf8() + ':') ||
-           QFileInfo(*reviews).lastModified() < QFileInfo(settings).lastModified();
+    return !text.contains(m_path.toUtf8() + ':') ||
+           QFileInfo(*reviews).lastModified() < lastChange();
 }
 
 bool JsonHookTarget::notificationsSuppressed() const {

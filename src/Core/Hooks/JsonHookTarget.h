@@ -6,14 +6,18 @@
 #include "Core/Hooks/HookPlan.h"
 #include "Core/Hooks/HookTarget.h"
 
+class QDateTime;
+
 namespace morvane {
+
+class Defaults;
 
 /// Hooks among the settings of an agent that keeps them in JSON, and the status line with them.
 class JsonHookTarget : public HookTarget {
 public:
-    /// `hooksKey` is that of `JsonHooks`. The adapter must outlive the target.
-    JsonHookTarget(const std::optional<QString> &hooksKey, AgentSettingsFile file,
-                   const AgentAdapter &adapter, HookPlan plan, ForwarderScripts scripts);
+    /// The adapter and the defaults must outlive the target.
+    JsonHookTarget(const JsonHooks &place, AgentSettingsFile file, const AgentAdapter &adapter,
+                   HookPlan plan, ForwarderScripts scripts, Defaults &defaults);
 
     std::optional<Failure> install() const override;
     std::optional<Failure> uninstall() const override;
@@ -33,12 +37,16 @@ private:
     bool hasTracesIn(const nlohmann::json &root) const;
     bool isStale(const nlohmann::json &root) const;
     bool awaitsReview() const;
+    void noteChange() const;
+    QDateTime lastChange() const;
 
+    QString m_path;
     std::optional<QString> m_hooksKey;
     const AgentAdapter &m_adapter;
     HookPlan m_plan;
     ForwarderScripts m_scripts;
     AgentJsonFile m_settings;
+    Defaults &m_defaults;
 };
 
 } // namespace morvane

@@ -92,6 +92,7 @@ void MorvaneSettings::forEachRow(Visit visit) {
     visit(Setting{"installPingSent", &S::m_installPingSent, false});
     visit(Setting{"knownAgents", &S::m_knownAgents, std::optional<QStringList>()});
     visit(Setting{"panelKey", &S::m_panelKey, PanelKey::usual()});
+    visit(Key{"hooksChanged"});
     visit(Key{"SUEnableAutomaticChecks"});
     visit(Key{"SUAutomaticallyUpdate"});
     visit(Key{"SULastCheckTime"});

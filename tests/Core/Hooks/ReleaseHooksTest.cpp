@@ -68,6 +68,23 @@ TEST_F(ReleaseHooksTest, LeaveWhatHasBeenReviewed) {
     review(1);
     EXPECT_TRUE(listed(codex).health().awaitsReview);
     EXPECT_EQ(listed(codex).health().issues(), QStringList());
+
+    // Nothing new for anybody to review, though the file is.
+    const auto rewrittenAfter = [&](int seconds) {
+        home.write(".codex/hooks.json", text(codex));
+        QFile hooks(path);
+        ASSERT_TRUE(hooks.open(QIODevice::ReadWrite));
+        hooks.setFileTime(QDateTime::currentDateTime().addSecs(seconds),
+                          QFileDevice::FileModificationTime);
+    };
+    rewrittenAfter(0);
+    review(0);
+    rewrittenAfter(100);
+    EXPECT_FALSE(listed(codex).health().awaitsReview);
+    EXPECT_EQ(failure(listed(codex).install()), "");
+    EXPECT_FALSE(listed(codex).health().awaitsReview);
+    defaults.remove("hooksChanged");
+    EXPECT_TRUE(listed(codex).health().awaitsReview);
 }
 
 } // namespace

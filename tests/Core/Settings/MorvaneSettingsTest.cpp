@@ -229,7 +229,7 @@ TEST_F(SettingsTest, RemoveEveryKeyButThoseOfOthers) {
     for (const QString &key : MorvaneSettings::allKeys()) {
         values[key.toStdString()] = "x";
     }
-    EXPECT_EQ(values.size(), 33u);
+    EXPECT_EQ(values.size(), 34u);
     for (const char *unread : {"usageThreshold", "completedHistory", "SUSkippedVersion"}) {
         EXPECT_TRUE(values.contains(unread)) << unread;
     }
