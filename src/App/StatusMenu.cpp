@@ -116,14 +116,21 @@ void StatusMenu::update() {
     list(m_connections.offeredAgents());
     for (const AgentItem &item : m_agentItems) {
         item.action->setChecked(installed.contains(item.kind));
-        const QString name = displayName(item.kind);
-        item.action->setText(menuText(m_connections.health(item.kind).awaitsReview
-                                          ? tr("%1 — review with /hooks").arg(name)
-                                          : name));
+        item.action->setText(menuText(agentText(item.kind)));
     }
     const QString count = installed.isEmpty() ? tr("none") : QString::number(installed.size());
     m_agents->setTitle(tr("Connected agents — %1").arg(count));
     showFailure();
+}
+
+/// The agent's name, and what keeps it from running our hooks.
+QString StatusMenu::agentText(AgentKind kind) const {
+    const QString name = displayName(kind);
+    const Health health = m_connections.health(kind);
+    if (health.hooksSwitchedOff) {
+        return tr("%1 — hooks are switched off in its settings").arg(name);
+    }
+    return health.awaitsReview ? tr("%1 — review with /hooks").arg(name) : name;
 }
 
 /// Items stay as long as the list does: a desktop that draws the menu knows them by what it was

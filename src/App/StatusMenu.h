@@ -59,6 +59,7 @@ private:
     void addItems(const UpdateManager &updates);
     void addAgents();
     void update();
+    QString agentText(AgentKind kind) const;
     void list(const std::vector<const AgentAdapter *> &offered);
     QAction *makeItem(const AgentAdapter &adapter);
     void showFailure();

@@ -70,6 +70,13 @@ TEST_F(SettingsWindowTest, ConnectsRepairsAndDisconnectsAnAgent) {
     button("Repair Claude Code")->click();
     EXPECT_EQ(button("Repair Claude Code"), nullptr);
 
+    const QByteArray connected = read(".claude/settings.json");
+    home.write(".claude/settings.json", R"({"disableAllHooks":true,)" + connected.mid(1));
+    QCoreApplication::sendEvent(window, &comingBack);
+    EXPECT_TRUE(reads("All hooks of Claude Code are switched off in its settings"));
+    EXPECT_EQ(button("Repair Claude Code"), nullptr);
+    home.write(".claude/settings.json", connected);
+
     button("Disconnect Claude Code")->click();
     EXPECT_EQ(read(".claude/settings.json"), R"({"model": "opus"})");
 }

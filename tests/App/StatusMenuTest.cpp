@@ -126,6 +126,10 @@ TEST_F(StatusMenuTest, ConnectsAndDisconnectsTheAgentsOfThisMachineOrTellsWhatWe
     home.write(".codex/config.toml");
     open();
     EXPECT_EQ(agentLines(), "Claude Code\nCodex\n[x] Gemini CLI");
+    home.write(".gemini/settings.json",
+               R"({"hooksConfig":{"enabled":false},)" + home.read(".gemini/settings.json").mid(1));
+    open();
+    EXPECT_TRUE(agentLines().endsWith("[x] Gemini CLI — hooks are switched off in its settings"));
 }
 
 } // namespace

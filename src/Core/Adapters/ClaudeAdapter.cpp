@@ -135,6 +135,10 @@ std::optional<TranscriptOrigin> ClaudeAdapter::transcriptOrigin(const QString &p
     return origin;
 }
 
+std::vector<HooksSwitch> ClaudeAdapter::hooksSwitches() const {
+    return {{{QStringLiteral("disableAllHooks")}, true}};
+}
+
 std::optional<NotificationMute> ClaudeAdapter::notificationMute() const {
     return NotificationMute{QStringLiteral("preferredNotifChannel"),
                             QStringLiteral("notifications_disabled")};

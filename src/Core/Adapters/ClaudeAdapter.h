@@ -27,6 +27,7 @@ public:
     std::optional<TranscriptFolder> transcriptFolder() const override;
     std::optional<TranscriptOrigin> transcriptOrigin(const QString &path) const override;
     bool hasUsageMilestones() const override { return true; }
+    std::vector<HooksSwitch> hooksSwitches() const override;
     std::optional<NotificationMute> notificationMute() const override;
     std::optional<StatusLineFeed> statusLineFeed() const override;
 };

@@ -66,4 +66,17 @@ TranscriptInfo ClaudeForkAdapter::readTranscript(const QString &path) const {
     return TranscriptReader::readTail(path, ClaudeTranscript::takeLine);
 }
 
+/// Those that were seen in an agent's own code; whether CodeBuddy and Factory have any isn't known.
+std::vector<HooksSwitch> ClaudeForkAdapter::hooksSwitches() const {
+    const HooksSwitch all{{QStringLiteral("disableAllHooks")}, true};
+    switch (m_kind) {
+    case AgentKind::qwen:
+        return {all};
+    case AgentKind::qoder:
+        return {all, {{QStringLiteral("hooksConfig"), QStringLiteral("enabled")}, false}};
+    default:
+        return {};
+    }
+}
+
 } // namespace morvane

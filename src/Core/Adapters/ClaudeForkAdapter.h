@@ -29,6 +29,7 @@ public:
                                              const QString &nativeEvent) const override;
     AgentIntegration integration() const override;
     TranscriptInfo readTranscript(const QString &path) const override;
+    std::vector<HooksSwitch> hooksSwitches() const override;
 
 private:
     AgentKind m_kind;

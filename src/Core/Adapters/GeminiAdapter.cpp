@@ -47,4 +47,11 @@ TranscriptInfo GeminiAdapter::readTranscript(const QString &path) const {
     return TranscriptReader::readTail(path, GeminiTranscript::takeLine, GeminiTranscript::tailSize);
 }
 
+std::vector<HooksSwitch> GeminiAdapter::hooksSwitches() const {
+    if (m_kind == AgentKind::qwen) {
+        return {{{QStringLiteral("disableAllHooks")}, true}};
+    }
+    return {{{QStringLiteral("hooksConfig"), QStringLiteral("enabled")}, false}};
+}
+
 } // namespace morvane

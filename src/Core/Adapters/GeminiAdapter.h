@@ -18,6 +18,7 @@ public:
     AgentIntegration integration() const override;
     /// Only how the newest turn stands, and what has failed.
     TranscriptInfo readTranscript(const QString &path) const override;
+    std::vector<HooksSwitch> hooksSwitches() const override;
 
 private:
     AgentKind m_kind;

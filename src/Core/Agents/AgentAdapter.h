@@ -18,6 +18,7 @@
 
 #include <optional>
 #include <string_view>
+#include <vector>
 
 namespace morvane {
 
@@ -113,6 +114,9 @@ public:
 
     /// Where the agent keeps what its person has agreed to, if it runs no hook without that.
     virtual std::optional<QString> reviewsPath() const { return std::nullopt; }
+
+    /// What keeps the agent from running any hook; one of them is enough.
+    virtual std::vector<HooksSwitch> hooksSwitches() const { return {}; }
 
     virtual std::optional<NotificationMute> notificationMute() const { return std::nullopt; }
     virtual std::optional<StatusLineFeed> statusLineFeed() const { return std::nullopt; }

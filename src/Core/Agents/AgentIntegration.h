@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 #include <variant>
@@ -20,6 +21,15 @@ struct NotificationMute {
     QString value;
 
     friend bool operator==(const NotificationMute &, const NotificationMute &) = default;
+};
+
+/// A setting of an agent that keeps it from running any hook, in the file that has them: the keys
+/// that lead to it from the root, and the value at which no hook runs.
+struct HooksSwitch {
+    QStringList keys;
+    bool off;
+
+    friend bool operator==(const HooksSwitch &, const HooksSwitch &) = default;
 };
 
 /// A JSON settings file of the agent, with an object of hooks under `hooksKey`, or at the root

@@ -30,6 +30,10 @@ public:
     /// Nothing that a repair could mend.
     bool awaitsReview = false;
 
+    /// The agent runs no hooks at all, since its person has switched them off in the settings that
+    /// they stand in. Nothing that a repair would touch.
+    bool hooksSwitchedOff = false;
+
     /// What is wrong, a phrase each, for a person.
     QStringList issues() const;
 

@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <tuple>
 
 namespace morvane {
@@ -178,7 +179,23 @@ Health JsonHookTarget::health() const {
             StatusLineEntry::health(*root, *feed, ForwarderScripts::isStatusLineScriptExecutable());
     }
     health.awaitsReview = awaitsReview();
+    health.hooksSwitchedOff = areHooksOff(*root);
     return health;
+}
+
+bool JsonHookTarget::areHooksOff(const json &root) const {
+    const auto isOff = [&](const HooksSwitch &each) {
+        const json *value = &root;
+        for (const QString &key : each.keys) {
+            const auto found = value->find(key.toStdString());
+            if (found == value->end()) {
+                return false;
+            }
+            value = &*found;
+        }
+        return *value == each.off;
+    };
+    return std::ranges::any_of(m_adapter.hooksSwitches(), isOff);
 }
 
 /// The agent writes down what its person has agreed to, under the name of the settings file. When

@@ -36,6 +36,7 @@ private:
     bool takeOutOf(nlohmann::json &root) const;
     bool hasTracesIn(const nlohmann::json &root) const;
     bool isStale(const nlohmann::json &root) const;
+    bool areHooksOff(const nlohmann::json &root) const;
     bool awaitsReview() const;
     void noteChange() const;
     QDateTime lastChange() const;

@@ -121,12 +121,14 @@ void AgentRow::showHealth(bool isConnected) {
     const Health health = m_connections.health(m_agent);
     const QStringList issues = health.issues();
     const bool hasIssues = !issues.isEmpty();
-    m_issues->setText(hasIssues ? issues.join(QStringLiteral("; "))
-                                : tr("Before its new hooks run, %1 wants them reviewed: /hooks")
-                                      .arg(displayName(m_agent)));
+    const QString obstacle =
+        (health.hooksSwitchedOff ? tr("All hooks of %1 are switched off in its settings")
+                                 : tr("Before its new hooks run, %1 wants them reviewed: /hooks"))
+            .arg(displayName(m_agent));
+    m_issues->setText(hasIssues ? issues.join(QStringLiteral("; ")) : obstacle);
     m_repair->setVisible(hasIssues);
     m_issueLine->setVisible(m_detail == Detail::health && isConnected &&
-                            (hasIssues || health.awaitsReview));
+                            (hasIssues || health.hooksSwitchedOff || health.awaitsReview));
 }
 
 } // namespace morvane

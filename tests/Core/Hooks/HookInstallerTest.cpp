@@ -289,6 +289,30 @@ TEST_F(HookInstallerTest, TakesTheStatusLineOnlyFromNobody) {
     EXPECT_EQ(installer(codex).health().statusLine, StatusLineHealth::notApplicable);
 }
 
+TEST_F(HookInstallerTest, SeesThatAnAgentRunsNoHooks) {
+    const std::tuple<AgentKind, const char *, bool> cases[] = {
+        {claude, R"({"disableAllHooks":true})", true},
+        {claude, R"({"disableAllHooks":false})", false},
+        {claude, R"({"disableAllHooks":"true","hooksConfig":{"enabled":false}})", false},
+        {qwen, R"({"disableAllHooks":true})", true},
+        {qoder, R"({"disableAllHooks":true})", true},
+        {qoder, R"({"hooksConfig":{"enabled":false}})", true},
+        {gemini, R"({"hooksConfig":{"enabled":false}})", true},
+        {gemini, R"({"hooksConfig":{"enabled":null}})", false},
+        {gemini, R"({"hooksConfig":["enabled"]})", false},
+        {codebuddy, R"({"disableAllHooks":true})", false},
+    };
+    for (const auto &[kind, before, isOff] : cases) {
+        SCOPED_TRACE(before);
+        write(kind, before);
+        EXPECT_FALSE(installer(kind).health().hooksSwitchedOff) << "nobody is connected";
+        connect(kind);
+        EXPECT_EQ(installer(kind).health().hooksSwitchedOff, isOff);
+        EXPECT_EQ(issues(kind), QStringList());
+        disconnect(kind);
+    }
+}
+
 TEST_F(HookInstallerTest, TurnsTheAgentsOwnNotificationsOffAndOn) {
     write(claude, R"({"preferredNotifChannel":"iterm2","a":1})");
     EXPECT_FALSE(installer(claude).notificationsSuppressed());
