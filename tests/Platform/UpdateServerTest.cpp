@@ -168,11 +168,34 @@ TEST_F(UpdateServerTest, GoesBackToNoOlderVersion) {
     feed["version"] = "1.1";
     tell(feed);
     EXPECT_EQ(refusal(), notIt);
-    const QString other = makePackage("1.1", "other");
-    tell(sign(other));
-    packageAnswer = http("200 OK", home.read("morvane_1.1.deb"));
+    const QString path = makePackage("1.1", "other");
+    const QByteArray other = home.read("morvane_1.1.deb");
+    feed["size"] = other.size();
+    feed["signature"] = QString::fromLatin1(run({"openssl", "pkeyutl", "-sign", "-rawin", "-inkey",
+                                                 home.path("maker.pem"), "-in", path})
+                                                .toBase64());
+    tell(feed);
+    packageAnswer = http("200 OK", other);
     EXPECT_EQ(refusal(), notIt);
     EXPECT_TRUE(installer.opened.isEmpty());
+}
+
+TEST_F(UpdateServerTest, TheMakersScriptSignsNothingThatNoBuildTakes) {
+    const QString key = home.path("maker.pem");
+    const QString good = makePackage("1.2");
+    const QString otherKey = home.path("other.pem");
+    run({"openssl", "genpkey", "-algorithm", "ed448", "-out", otherKey});
+    for (const QStringList &arguments :
+         {QStringList{otherKey, good}, QStringList{key, makePackage("1.2~rc1")},
+          QStringList{key, makePackage("1.3", "other")},
+          QStringList{key, good, home.path("nowhere.txt")},
+          QStringList{key, good, home.write("latin1.txt", "gr\xfc\xdf")},
+          QStringList{key, good, home.write("long.txt", QByteArray(1 << 16, 'x'))}}) {
+        ChildProcess script(QStringList{SCRIPTS "/sign-release"} + arguments,
+                            QProcessEnvironment::systemEnvironment());
+        EXPECT_EQ(script.wait(), 1) << qPrintable(arguments.join(' '));
+        EXPECT_EQ(script.output(), "") << qPrintable(arguments.join(' '));
+    }
 }
 
 TEST_F(UpdateServerTest, GoesNowhereElse) {
