@@ -62,9 +62,14 @@ std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv) {
     return application;
 }
 
+/// In a terminal, or in the journal of a desktop's session.
+void say(const QString &what) {
+    QTextStream(stderr) << what << Qt::endl;
+}
+
 /// Somebody waits for the program to appear, in a terminal or before a screen.
 int giveUp(const QString &why) {
-    QTextStream(stderr) << why << Qt::endl;
+    say(why);
     if (qobject_cast<QApplication *>(QCoreApplication::instance()) != nullptr) {
         QMessageBox(QMessageBox::Warning, QStringLiteral("Morvane"), why).exec();
     }
@@ -77,9 +82,8 @@ int become(const QString &path) {
     const std::array<char *, 2> arguments{file.data(), nullptr};
     restoreDescriptorLimit();
     ::execv(file.constData(), arguments.data());
-    QTextStream(stderr) << QCoreApplication::translate("Launch", "%1 could not be started: %2")
-                               .arg(path, qt_error_string())
-                        << Qt::endl;
+    say(QCoreApplication::translate("Launch", "%1 could not be started: %2")
+            .arg(path, qt_error_string()));
     return EXIT_FAILURE;
 }
 
@@ -89,7 +93,8 @@ int run(int argc, char **argv, const std::function<void(PlatformServices &)> &ad
     const auto application = makeApplication(argc, argv);
     endOnTerminationSignals(*application);
 
-    SingleInstance instance(Defaults::folder());
+    SingleInstance instance(Defaults::folder(), isOnScreen() ? SingleInstance::Screen::reached
+                                                             : SingleInstance::Screen::none);
     switch (instance.claim(answerLimit)) {
     case SingleInstance::Outcome::isFirst:
         break;
@@ -100,6 +105,10 @@ int run(int argc, char **argv, const std::function<void(PlatformServices &)> &ad
             "Launch",
             "Morvane is already running, but doesn't answer. End it, and start it again."));
     }
+    if (qobject_cast<QGuiApplication *>(application.get()) == nullptr) {
+        say(QCoreApplication::translate(
+            "Launch", "Morvane reaches no X display: its server runs alone, and shows nothing."));
+    }
     // What is to follow does so all the same: it ends the threads that can't be waited for.
     PlatformServices platform =
         choosePlatform([&next] { std::_Exit(next ? become(*next) : EXIT_SUCCESS); });
@@ -109,6 +118,11 @@ int run(int argc, char **argv, const std::function<void(PlatformServices &)> &ad
     AppDelegate delegate(MorvaneSettings::shared(), platform);
     QObject::connect(&instance, &SingleInstance::reopened, application.get(),
                      [&delegate] { delegate.applicationShouldHandleReopen(); });
+    QObject::connect(&instance, &SingleInstance::placeWanted, application.get(), [] {
+        say(QCoreApplication::translate("Launch",
+                                        "Morvane was started on a display, and goes on there."));
+        QCoreApplication::exit();
+    });
     QObject::connect(&delegate, &AppDelegate::restartRequested, application.get(), [&next] {
         next = QCoreApplication::applicationFilePath();
         QCoreApplication::exit();

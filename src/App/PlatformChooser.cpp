@@ -98,9 +98,7 @@ PlatformServices choosePlatform(std::function<void()> endAsItIs) {
     platform.sounds = std::make_unique<PlayerPrograms>(*platform.scheduler, ring);
     platform.tools = std::make_unique<BoundedTools>(*platform.scheduler);
     platform.scripting = std::make_unique<NoScripting>(*platform.scheduler);
-    const auto *gui = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
-    const bool onX11 = gui && QGuiApplication::platformName() == QLatin1String("xcb");
-    if (const std::shared_ptr<X11Connection> x11 = onX11 ? X11Connection::open() : nullptr) {
+    if (const std::shared_ptr<X11Connection> x11 = isOnScreen() ? X11Connection::open() : nullptr) {
         platform.hasScreen = true;
         Windows windows = chooseWindows(*x11, *platform.scheduler);
         platform.displays = std::make_unique<ScreenDisplays>(*x11);
@@ -128,6 +126,11 @@ PlatformServices choosePlatform(std::function<void()> endAsItIs) {
 
 bool hasScreen() {
     return X11Connection::isReachable();
+}
+
+bool isOnScreen() {
+    const auto *gui = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
+    return gui && QGuiApplication::platformName() == QLatin1String("xcb");
 }
 
 } // namespace morvane

@@ -15,4 +15,7 @@ PlatformServices choosePlatform(std::function<void()> endAsItIs);
 /// would end the process where there is none.
 bool hasScreen();
 
+/// True when the application object shows what it shows on one.
+bool isOnScreen();
+
 } // namespace morvane

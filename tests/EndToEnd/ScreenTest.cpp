@@ -191,6 +191,23 @@ TEST_F(ScreenTest, OpensThePanelWhenStartedAgain) {
     EXPECT_TRUE(program->isRunning());
 }
 
+TEST_F(ScreenTest, TakesThePlaceOfOneThatHasNoScreen) {
+    program->terminate();
+    EXPECT_EQ(program->wait(), 0);
+    QFile::remove(home.path(".morvane/hook.sh"));
+    ChildProcess unseen({MORVANE}, home.environment());
+    ASSERT_TRUE(home.waitForHook());
+    for (const char *event : {"UserPromptSubmit", "Stop"}) {
+        const auto hook = start(home.hook({"claude", event}), R"({"session_id":"s","cwd":"/p"})");
+        EXPECT_EQ(hook->wait(), 0);
+    }
+
+    program = start({MORVANE});
+    EXPECT_EQ(unseen.wait(), 0);
+    EXPECT_TRUE(waitUntil([this] { return !tab().isNull(); }));
+    EXPECT_TRUE(home.read(".config/morvane/io.morvane.morvane.json").contains("completedHistory"));
+}
+
 TEST_F(ScreenTest, ARightClickOpensTheMenuAndTheTerminalKeepsTheFocus) {
     home.write(".claude/settings.json", "{}");
     const auto hasMenu = [this] { return find("menu item", "Quit Morvane").has_value(); };

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
 #include <sys/stat.h>
 
 namespace morvane {
@@ -16,14 +17,15 @@ constexpr Seconds noPatience(0);
 class SingleInstanceTest : public testing::Test {
 protected:
     using Outcome = SingleInstance::Outcome;
+    using Screen = SingleInstance::Screen;
 
     SingleInstanceTest() {
         QDir().mkpath(home.path("run"));
         home.set("XDG_RUNTIME_DIR", home.path("run"));
     }
 
-    Outcome claim(Seconds patience = noPatience) const {
-        return SingleInstance(home.path("config")).claim(patience);
+    Outcome claim(Seconds patience = noPatience, Screen screen = Screen::reached) const {
+        return SingleInstance(home.path("config"), screen).claim(patience);
     }
 
     /// The name that the lock's file has here.
@@ -37,7 +39,7 @@ protected:
 
 TEST_F(SingleInstanceTest, ASecondTellsTheFirstAndGivesWay) {
     const QString lock = lockFile();
-    SingleInstance first(home.path("config"));
+    SingleInstance first(home.path("config"), Screen::reached);
     int reopenings = 0;
     QObject::connect(&first, &SingleInstance::reopened, [&] { ++reopenings; });
     ASSERT_EQ(first.claim(noPatience), Outcome::isFirst);
@@ -50,7 +52,21 @@ TEST_F(SingleInstanceTest, ASecondTellsTheFirstAndGivesWay) {
     }
     EXPECT_EQ(reopenings, 2);
     // With another configuration it is another program.
-    EXPECT_EQ(SingleInstance(home.path("other")).claim(noPatience), Outcome::isFirst);
+    EXPECT_EQ(SingleInstance(home.path("other"), Screen::reached).claim(noPatience),
+              Outcome::isFirst);
+}
+
+TEST_F(SingleInstanceTest, OneWithAScreenTakesThePlaceOfOneWithout) {
+    auto first = std::make_unique<SingleInstance>(home.path("config"), Screen::none);
+    QObject::connect(
+        first.get(), &SingleInstance::placeWanted, qApp, [&] { first.reset(); },
+        Qt::QueuedConnection);
+    ASSERT_EQ(first->claim(noPatience), Outcome::isFirst);
+    EXPECT_EQ(onAnotherThread([&] { return claim(Seconds(30), Screen::none); }),
+              Outcome::toldTheFirst);
+    EXPECT_NE(first, nullptr);
+    EXPECT_EQ(onAnotherThread([&] { return claim(Seconds(30)); }), Outcome::isFirst);
+    EXPECT_EQ(first, nullptr);
 }
 
 TEST_F(SingleInstanceTest, SaysThatTheFirstIsSilent) {
@@ -62,7 +78,7 @@ TEST_F(SingleInstanceTest, SaysThatTheFirstIsSilent) {
         EXPECT_EQ(claim(), Outcome::firstIsSilent);
     }
     {
-        SingleInstance first(home.path("config"));
+        SingleInstance first(home.path("config"), Screen::reached);
         ASSERT_EQ(first.claim(noPatience), Outcome::isFirst);
         EXPECT_EQ(claim(), Outcome::firstIsSilent);
     }
@@ -87,7 +103,7 @@ TEST_F(SingleInstanceTest, NothingThatLiesInThePlaceOfItsFilesKeepsItFromStartin
         SCOPED_TRACE(&disturb - disturbances);
         QFile::remove(lock);
         disturb();
-        SingleInstance first(home.path("config"));
+        SingleInstance first(home.path("config"), Screen::reached);
         EXPECT_EQ(first.claim(noPatience), Outcome::isFirst);
         EXPECT_NE(claim(), Outcome::isFirst);
     }

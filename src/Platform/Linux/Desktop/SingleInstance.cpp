@@ -17,6 +17,7 @@
 #include <sys/socket.h>
 #include <tuple>
 #include <unistd.h>
+#include <utility>
 
 namespace morvane {
 
@@ -24,6 +25,12 @@ namespace {
 
 constexpr int retryDelay = 20; // milliseconds
 constexpr std::chrono::seconds pause(1);
+
+// What is said at the socket, a byte each. A second takes any other answer for the one of a first
+// that it gives way to.
+constexpr char heardOnScreen = '\n';
+constexpr char heardWithoutScreen = '-';
+constexpr char giveMeYourPlace = '+';
 
 /// The folders of this login, which are on this machine and whose paths are short. A program that
 /// was not started from the desktop may not be told of its own.
@@ -49,8 +56,8 @@ QString nameFor(const QString &configFolder) {
 
 } // namespace
 
-SingleInstance::SingleInstance(const QString &configFolder)
-    : m_configFolder(configFolder), m_name(nameFor(configFolder)),
+SingleInstance::SingleInstance(const QString &configFolder, Screen screen)
+    : m_configFolder(configFolder), m_screen(screen), m_name(nameFor(configFolder)),
       m_runtimeFolders(runtimeFolders()) {}
 
 SingleInstance::~SingleInstance() {
@@ -59,8 +66,8 @@ SingleInstance::~SingleInstance() {
     }
 }
 
-/// A first may have its lock and not listen yet, or it may be about to end. And one whose lock's
-/// file was taken away is still there.
+/// A first may have its lock and not listen yet, or it may be about to end, also at a word of this.
+/// And one whose lock's file was taken away is still there.
 SingleInstance::Outcome SingleInstance::claim(Seconds patience) {
     const QDeadlineTimer deadline(std::chrono::ceil<std::chrono::milliseconds>(patience));
     for (;;) {
@@ -103,6 +110,10 @@ SingleInstance::Answer SingleInstance::tellTheFirst(const QDeadlineTimer &deadli
             const bool isHeard =
                 ::poll(&answer, 1, static_cast<int>(deadline.remainingTime())) == 1 &&
                 ::recv(socket.number(), &byte, 1, 0) == 1;
+            if (isHeard && byte == heardWithoutScreen && m_screen == Screen::reached) {
+                std::ignore = ::send(socket.number(), &giveMeYourPlace, 1, MSG_NOSIGNAL);
+                return Answer::silence;
+            }
             return isHeard ? Answer::heard : Answer::silence;
         }
         if (errno == EAGAIN) {
@@ -127,16 +138,33 @@ void SingleInstance::listen() {
     }
 }
 
-/// A second takes any byte for the answer.
 void SingleInstance::answer() {
-    const Descriptor second(::accept4(m_socket->number(), nullptr, nullptr, SOCK_CLOEXEC));
+    Descriptor second(
+        ::accept4(m_socket->number(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
     if (second.number() >= 0) {
-        std::ignore = ::send(second.number(), "\n", 1, MSG_NOSIGNAL | MSG_DONTWAIT);
+        const bool isOnScreen = m_screen == Screen::reached;
+        std::ignore = ::send(second.number(), isOnScreen ? &heardOnScreen : &heardWithoutScreen, 1,
+                             MSG_NOSIGNAL);
+        if (!isOnScreen) {
+            m_word.reset();
+            m_second.emplace(std::move(second));
+            m_word.emplace(m_second->number(), QSocketNotifier::Read);
+            connect(&*m_word, &QSocketNotifier::activated, this, &SingleInstance::hear);
+        }
         emit reopened();
     } else if (errno != EAGAIN) {
         // Whoever knocks goes on knocking while there is no descriptor to let it in by.
         m_knocks->setEnabled(false);
         QTimer::singleShot(pause, this, [this] { m_knocks->setEnabled(true); });
+    }
+}
+
+/// One that gives way says nothing, and one that was overtaken by another knocks again.
+void SingleInstance::hear() {
+    m_word->setEnabled(false);
+    char byte = 0;
+    if (::recv(m_second->number(), &byte, 1, 0) == 1 && byte == giveMeYourPlace) {
+        emit placeWanted();
     }
 }
 

@@ -15,14 +15,17 @@ class QDeadlineTimer;
 namespace morvane {
 
 /// Lets one process run for each configuration folder on this machine: a second one tells the first
-/// that it was started, and gives way. Where a home is shared, each machine has a first of its own.
+/// that it was started, and gives way; a first without a screen gives way to a second with one.
+/// Where a home is shared, each machine has a first of its own.
 /// Owned by `launch`; main thread.
 class SingleInstance : public QObject {
     Q_OBJECT
 
 public:
+    enum class Screen { none, reached };
+
     /// Two processes with the same configuration folder are the same program to a person.
-    explicit SingleInstance(const QString &configFolder);
+    SingleInstance(const QString &configFolder, Screen screen);
     ~SingleInstance() override;
 
     enum class Outcome {
@@ -38,6 +41,9 @@ signals:
     /// The program was started again.
     void reopened();
 
+    /// It was started where there is a screen, and waits for this one, which has none, to end.
+    void placeWanted();
+
 private:
     enum class Answer { nobody, silence, heard };
 
@@ -45,14 +51,18 @@ private:
     Answer tellTheFirst(const QDeadlineTimer &deadline) const;
     void listen();
     void answer();
+    void hear();
 
     const QString m_configFolder;
+    const Screen m_screen;
     const QString m_name; ///< of the files, without their ending
     const QStringList m_runtimeFolders;
     KernelLock m_lock;
     QString m_socketPath; ///< where it listens
     std::optional<Descriptor> m_socket;
     std::optional<QSocketNotifier> m_knocks; ///< at the socket
+    std::optional<Descriptor> m_second;      ///< the last that has come, if this has no screen
+    std::optional<QSocketNotifier> m_word;   ///< from there
 };
 
 } // namespace morvane
