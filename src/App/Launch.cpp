@@ -131,6 +131,9 @@ int run(int argc, char **argv, const std::function<void(PlatformServices &)> &ad
     const int status = QCoreApplication::exec();
     // Before the pool ends, which may end the process where it stands.
     Defaults::standard().flush();
+    if (Defaults::standard().isRemovedForGood()) {
+        instance.leaveNothing();
+    }
     return status;
 }
 

@@ -42,6 +42,9 @@ void Defaults::remove(const QStringList &keys) {
 
 void Defaults::removeForGood(const QStringList &keys) {
     remove(keys);
+    if (m_values.isEmpty()) {
+        m_file.remove();
+    }
     m_isOver = true;
 }
 

@@ -38,8 +38,10 @@ public:
     void remove(const QString &key) { remove(QStringList{key}); }
     void remove(const QStringList &keys);
 
-    /// The last that is written: what changes from then on is forgotten with this object.
+    /// The last that is written: what changes from then on is forgotten with this object. Where no
+    /// other key is left, the file goes, and so does what was put aside.
     void removeForGood(const QStringList &keys);
+    bool isRemovedForGood() const { return m_isOver; }
 
     /// Waits until all changes are on the disk, as the end of this object does.
     void flush() { m_file.flush(); }

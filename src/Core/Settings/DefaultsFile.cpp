@@ -41,13 +41,24 @@ void DefaultsFile::write(const QVariantMap &values, const QStringList &changed) 
     });
 }
 
+void DefaultsFile::remove() {
+    ++m_asked; // which overtakes what waits to be written
+    m_writer.start([this] {
+        if (QFileInfo(m_path).isSymLink()) {
+            replace({});
+        } else {
+            QFile::remove(m_path);
+        }
+        QFile::remove(m_aside);
+    });
+}
+
 void DefaultsFile::replace(const QVariantMap &values) {
     QDir().mkpath(QFileInfo(m_path).path());
     if (m_isUnreadable) {
         // Whatever it is, it is the person's: it is kept under another name.
-        const QString aside = m_path + QLatin1String(".unreadable");
-        QFile::remove(aside);
-        if (!QFile::rename(m_path, aside)) {
+        QFile::remove(m_aside);
+        if (!QFile::rename(m_path, m_aside)) {
             return;
         }
         m_isUnreadable = false;

@@ -18,7 +18,10 @@ namespace morvane {
 /// one thread, which calls everything here.
 class DefaultsFile {
 public:
-    explicit DefaultsFile(QString path) : m_path(std::move(path)) { m_writer.setMaxThreadCount(1); }
+    explicit DefaultsFile(const QString &path)
+        : m_path(path), m_aside(path + QLatin1String(".unreadable")) {
+        m_writer.setMaxThreadCount(1);
+    }
 
     /// Waits as `flush` does.
     ~DefaultsFile() = default;
@@ -35,6 +38,10 @@ public:
     /// the next write makes up for it.
     void write(const QVariantMap &values, const QStringList &changed);
 
+    /// Begins to remove it, and what was put aside; nothing is written after that. A link is the
+    /// person's, and stays, with nothing behind it.
+    void remove();
+
     /// Waits until the disk has what was last to be written.
     void flush() { m_writer.waitForDone(); }
 
@@ -43,6 +50,7 @@ private:
     void replace(const QVariantMap &values);
 
     const QString m_path;
+    const QString m_aside;                  ///< where it is put that can't be understood
     bool m_isUnreadable = false;            ///< the writer's, from the first write on
     QSet<QString> m_changed;                ///< not written yet; the writer's
     std::atomic<std::uint64_t> m_asked = 0; ///< how many writes there were to be

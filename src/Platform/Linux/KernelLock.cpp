@@ -50,8 +50,15 @@ KernelLock::Outcome KernelLock::take(const QString &path) {
         ::close(descriptor);
         return outcome;
     }
+    m_name = name;
     m_descriptor = descriptor;
     return Outcome::taken;
+}
+
+void KernelLock::removeFile() {
+    if (m_descriptor >= 0) {
+        ::unlink(m_name.constData());
+    }
 }
 
 } // namespace morvane

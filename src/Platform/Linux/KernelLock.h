@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 namespace morvane {
@@ -22,7 +23,11 @@ public:
     /// Doesn't wait. A lock that was taken before stays so.
     [[nodiscard]] Outcome take(const QString &path);
 
+    /// Of a lock that was taken, which stays so; whoever comes after that finds none.
+    void removeFile();
+
 private:
+    QByteArray m_name; ///< of the file
     int m_descriptor = -1;
 };
 

@@ -244,5 +244,24 @@ TEST_F(SettingsTest, RemoveEveryKeyButThoseOfOthers) {
     EXPECT_EQ(stored(defaults), (json{{"other", 1}}));
 }
 
+TEST_F(SettingsTest, LeaveNoFileWhereNothingIsOthers) {
+    for (const bool isLink : {false, true}) {
+        store({{"eventToken", "T"}});
+        home.write(file + ".unreadable", "older");
+        if (isLink) {
+            QFile::rename(home.path(file), home.path("target"));
+            QFile::link(home.path("target"), home.path(file));
+        }
+        Defaults defaults = load();
+        MorvaneSettings settings(defaults);
+        settings.setSoundEnabled(false);
+        settings.removeStored();
+        settings.setSoundEnabled(true);
+        defaults.flush();
+        EXPECT_EQ(QDir(home.path("defaults")).entryList(QDir::Files).size(), isLink ? 1 : 0);
+    }
+    EXPECT_EQ(home.read("target").simplified(), "{}");
+}
+
 } // namespace
 } // namespace morvane

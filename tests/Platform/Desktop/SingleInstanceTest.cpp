@@ -69,6 +69,21 @@ TEST_F(SingleInstanceTest, OneWithAScreenTakesThePlaceOfOneWithout) {
     EXPECT_EQ(first, nullptr);
 }
 
+TEST_F(SingleInstanceTest, LeavesNothingOfItsOwnWhereThatIsWanted) {
+    const QDir folder(home.path("config"));
+    const auto comeAndGo = [&] {
+        SingleInstance first(folder.path(), Screen::reached);
+        EXPECT_EQ(first.claim(noPatience), Outcome::isFirst);
+        first.leaveNothing();
+    };
+    const QString other = home.write("config/other");
+    comeAndGo();
+    EXPECT_EQ(folder.entryList(QDir::Files), QStringList("other"));
+    QFile::remove(other);
+    comeAndGo();
+    EXPECT_FALSE(folder.exists());
+}
+
 TEST_F(SingleInstanceTest, SaysThatTheFirstIsSilent) {
     const QString lock = lockFile();
     {

@@ -64,6 +64,10 @@ SingleInstance::~SingleInstance() {
     if (m_knocks) {
         ::unlink(QFile::encodeName(m_socketPath).constData());
     }
+    if (m_leavesNothing) {
+        m_lock.removeFile();
+        QDir().rmdir(m_configFolder);
+    }
 }
 
 /// A first may have its lock and not listen yet, or it may be about to end, also at a word of this.

@@ -37,6 +37,9 @@ public:
     /// To be called once. A first is waited for as long as told; it answers in its event loop.
     Outcome claim(Seconds patience);
 
+    /// Its end is to take the lock's file away, and the folder where nothing else lies in it.
+    void leaveNothing() { m_leavesNothing = true; }
+
 signals:
     /// The program was started again.
     void reopened();
@@ -63,6 +66,7 @@ private:
     std::optional<QSocketNotifier> m_knocks; ///< at the socket
     std::optional<Descriptor> m_second;      ///< the last that has come, if this has no screen
     std::optional<QSocketNotifier> m_word;   ///< from there
+    bool m_leavesNothing = false;
 };
 
 } // namespace morvane
