@@ -41,6 +41,17 @@ void obeySessionManager(QGuiApplication &application) {
         [](QSessionManager &session) { session.setRestartHint(QSessionManager::RestartNever); });
 }
 
+/// Folders that are not named from the root on count as not named. To each folder that the program
+/// is started in they would be others, and so would its settings be, and its lock.
+void dropRelativeFolders() {
+    for (const char *name :
+         {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"}) {
+        if (!qgetenv(name).startsWith('/')) {
+            qunsetenv(name);
+        }
+    }
+}
+
 /// An application with a screen where one can be reached, and one without where not: Qt ends the
 /// process when it is asked for a screen that isn't there.
 std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv) {
@@ -143,8 +154,10 @@ int launch(int argc, char **argv, const std::function<void(PlatformServices &)> 
     if (const auto status = CommandLine::answer(argc, argv)) {
         return *status;
     }
+    dropRelativeFolders();
     shareOneHeap();
     raiseDescriptorLimit();
+    failWritesPastLimit();
     QCoreApplication::setApplicationName(QStringLiteral("Morvane"));
     std::optional<QString> next;
     const int status = run(argc, argv, adjust, next);

@@ -99,5 +99,29 @@ TEST_F(HeadlessTest, ASecondLaunchGivesWayAndARestartKeepsPortAndToken) {
     EXPECT_EQ(home.read(script), before);
 }
 
+TEST(StartTest, TakesNoFolderThatIsNotNamedFromTheRootOn) {
+    ProgramHome home;
+    for (const char *name : {"XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME"}) {
+        home.setVariable(name, "relative");
+    }
+    ChildProcess program({"sh", "-c", "cd && exec \"$0\"", MORVANE}, home.environment());
+    EXPECT_TRUE(home.waitForHook());
+    program.terminate();
+    EXPECT_EQ(program.wait(), 0);
+    EXPECT_FALSE(QFile::exists(home.path("relative")));
+}
+
+TEST(StartTest, OutlivesALimitOfWhatAFileMayHold) {
+    ProgramHome home;
+    ChildProcess program({"sh", "-c", "ulimit -f 0 && exec \"$0\"", MORVANE}, home.environment());
+    EXPECT_TRUE(waitUntil(
+        [&] { return !QDir(home.path("run")).entryList({"*.socket"}, QDir::System).isEmpty(); }));
+    // Answered once it has begun to write.
+    ChildProcess second({MORVANE}, home.environment());
+    EXPECT_EQ(second.wait(), 0);
+    program.terminate();
+    EXPECT_EQ(program.wait(), 0);
+}
+
 } // namespace
 } // namespace morvane

@@ -25,14 +25,14 @@ void note(int) {
     errno = error;
 }
 
-void catchSignal(int signal) {
+void catchSignal(int signal, void (*handler)(int), unsigned flags) {
     struct sigaction action {};
     if (::sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) {
         return;
     }
     action = {};
-    action.sa_handler = &note;
-    action.sa_flags = static_cast<int>(SA_RESETHAND | SA_RESTART);
+    action.sa_handler = handler;
+    action.sa_flags = static_cast<int>(flags | SA_RESTART);
     ::sigaction(signal, &action, nullptr);
 }
 
@@ -50,8 +50,14 @@ void endOnTerminationSignals(QCoreApplication &application) {
         QCoreApplication::exit();
     });
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
-        catchSignal(signal);
+        catchSignal(signal, &note, SA_RESETHAND);
     }
+}
+
+/// A signal that is ignored would be so in every program that is started.
+void failWritesPastLimit() {
+    catchSignal(
+        SIGXFSZ, [](int) {}, 0);
 }
 
 } // namespace morvane

@@ -10,4 +10,8 @@ namespace morvane {
 /// called once, on the application's thread.
 void endOnTerminationSignals(QCoreApplication &application);
 
+/// Lets a write past the limit of a file's size fail, as one to a full disk does, where the signal
+/// would end the process. Programs that are started from here find the signal as it usually is.
+void failWritesPastLimit();
+
 } // namespace morvane
