@@ -10,6 +10,7 @@
 #include "Platform/Time.h"
 
 #include <QCoreApplication>
+#include <QSet>
 #include <QString>
 #include <QUuid>
 
@@ -71,7 +72,11 @@ public:
     std::optional<PendingApproval> pendingApproval;
     std::optional<PendingQuestion> pendingQuestion;
     std::optional<PendingExternalResponse> pendingExternalResponse;
-    QByteArray pendingCall; ///< the call that a hook waits with, as `HookEvent::call` has it
+    QByteArray pendingCall;  ///< the call that a hook waits with, as `HookEvent::call` has it
+    QString pendingSubagent; ///< whose call that is; empty for the session's own
+    /// Who has asked and not been heard of since, so that it waits for a person, here or in the
+    /// terminal: subagents by their ids, the session itself by an empty one. None at rest.
+    QSet<QString> askers;
     bool endsTurnsInTranscript = false; ///< a turn may end without an event
     bool subagentGoesOn = false;        ///< has asked, while the session's own turn was over
     bool titlesLag = false;             ///< while a turn runs its prompt says more than `aiTitle`

@@ -29,17 +29,15 @@ bool SessionStore::hasWorkingUsageMilestoneSession() const {
 }
 
 void SessionStore::apply(const HookEvent &event) {
-    const bool asksHere = event.asksForSubagent && event.decisionID;
-    if (event.agentID && event.kind != CanonicalEvent::subagentStop && !asksHere) {
-        // A subagent's own tools and prompts must not disturb the session that launched it.
+    const auto before = stored(event.sessionID);
+    if (event.agentID && !SessionTransition::concernsSession(before, event)) {
         if (event.decisionID) {
             resolve(*event.decisionID, AgentDecision::ask());
         }
         return;
     }
-    const auto before = stored(event.sessionID);
     const Date now = m_scheduler.now();
-    if (before && SessionTransition::endsPendingDecision(*before, event.kind)) {
+    if (before && SessionTransition::endsPendingDecision(*before, event)) {
         releaseApproval(event.sessionID);
     }
     carryOut(SessionTransition::of(stored(event.sessionID), event, now, m_surroundings), now);
@@ -177,7 +175,12 @@ void SessionStore::approvalHungUp(const QString &decisionID) {
     if (!session) {
         return;
     }
-    carryOut(SessionTransition::hungUp(*session), m_scheduler.now());
+    const Date now = m_scheduler.now();
+    carryOut(SessionTransition::hungUp(*session, now), now);
+    if (!session->pendingSubagent.isEmpty()) {
+        followUp(session->id, session->state, now, true);
+        return;
+    }
     const auto end = [this, id = session->id, lastEventAt = session->lastEventAt] {
         m_interruptions.erase(id);
         endQuietly(id, lastEventAt);

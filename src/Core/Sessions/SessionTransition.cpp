@@ -49,6 +49,12 @@ bool isAskedBySubagent(const Session &session) {
     return session.pendingApproval && session.pendingApproval->ofSubagent;
 }
 
+/// What is told late of the very call that waits has come to pass before it.
+bool isLate(const Session &session, const HookEvent &event) {
+    return session.pendingDecisionID() && !event.call.isEmpty() &&
+           event.call == session.pendingCall;
+}
+
 void takeWorkingDirectory(Session &session, const Context &context) {
     const auto &cwd = context.event.cwd;
     if (cwd && !cwd->isEmpty() && *cwd != session.cwd) {
@@ -122,6 +128,7 @@ SessionTransition promptSubmit(const Context &context) {
     session.state = SessionState::working;
     session.acknowledged = true;
     session.currentTool.reset();
+    session.askers.remove(QString());
     session.pendingExternalResponse.reset();
     take(session.lastPrompt, context.event.prompt);
     session.promptedAt = context.now;
@@ -137,11 +144,9 @@ SessionTransition promptSubmit(const Context &context) {
 SessionTransition toolUse(const Context &context) {
     const HookEvent &event = context.event;
     Session session = lookUpOrMake(context, SessionState::working);
-    // What is told late of the very call that waits has come to pass before it.
-    const bool isLate =
-        session.pendingDecisionID() && !event.call.isEmpty() && event.call == session.pendingCall;
-    if (!isLate) {
+    if (!isLate(session, event)) {
         session.state = SessionState::working;
+        session.askers.remove(QString());
         session.subagentGoesOn = false;
         session.pendingExternalResponse.reset();
     }
@@ -154,6 +159,17 @@ SessionTransition toolUse(const Context &context) {
     SessionTransition result = update(std::move(session), context);
     result.readsTranscript = true;
     return result;
+}
+
+/// A subagent that has asked goes on, so it has been answered in its terminal. Like the session's
+/// own, its decision stays: the tool may have been called beside the one that waits.
+SessionTransition subagentToolUse(const Context &context) {
+    if (!context.before || isLate(*context.before, context.event)) {
+        return {};
+    }
+    Session session = *context.before;
+    SessionTransition::settle(session, *context.event.agentID);
+    return touch(std::move(session), context);
 }
 
 /// A prompt that has to be answered in the agent's own terminal. `external` is what is known of
@@ -205,20 +221,25 @@ void takeLastWords(Session &session, const HookEvent &event) {
 SessionTransition turnEnd(const Context &context) {
     Session session = lookUpOrMake(context, SessionState::done);
     session.currentTool.reset();
+    session.askers.remove(QString());
     session.pendingExternalResponse.reset();
     session.pendingAgents = context.event.pendingAgents().size();
     const bool finished = session.pendingAgents == 0;
-    session.subagentGoesOn = isAskedBySubagent(session);
+    // An agent that lists what is pending says itself when all of it is over.
+    session.subagentGoesOn = finished && isAskedBySubagent(session);
     if (finished) {
         takeLastWords(session, context.event);
     }
-    if (session.subagentGoesOn) {
+    if (isAskedBySubagent(session)) {
         return update(std::move(session), context);
     }
-    session.state = finished ? SessionState::done : SessionState::working;
-    // With agents pending the turn is over for the agent, not for the person.
-    session.acknowledged = !finished;
-    if (finished) {
+    if (!finished) {
+        // The turn is over for the agent, not for the person.
+        session.state = session.askers.isEmpty() ? SessionState::working : SessionState::needsInput;
+        session.acknowledged = session.askers.isEmpty();
+    } else {
+        session.state = SessionState::done;
+        session.acknowledged = false;
         std::ranges::for_each(session.subagents, [](Subagent &subagent) { subagent.done = true; });
     }
     return update(std::move(session), context);
@@ -245,12 +266,7 @@ SessionTransition subagentStop(const Context &context) {
     if (open != session.subagents.end()) {
         open->done = true;
     }
-    const bool isLast = session.subagentGoesOn && !session.pendingDecisionID();
-    if (isLast && session.state != SessionState::idle) {
-        session.subagentGoesOn = false;
-        session.state = SessionState::done;
-        session.acknowledged = false;
-    }
+    SessionTransition::endSubagent(session, context.event.agentID.value_or(QString()));
     return touch(std::move(session), context);
 }
 
@@ -295,6 +311,7 @@ void setPending(Session &session, const Context &context, const QString &decisio
     SessionTransition::forgetDecision(session);
     session.pendingExternalResponse.reset();
     session.pendingCall = event.call;
+    session.pendingSubagent = event.agentID.value_or(QString());
     if (event.questions) {
         session.pendingQuestion =
             PendingQuestion{.id = decisionID,
@@ -316,7 +333,7 @@ void setPending(Session &session, const Context &context, const QString &decisio
                         .allowsRemembering = adapter.supportsRememberedDecisions()};
 }
 
-SessionTransition permissionRequest(const Context &context) {
+SessionTransition ask(const Context &context) {
     const HookEvent &event = context.event;
     if (!event.decisionID) {
         return markNeedsInput(context, std::nullopt);
@@ -341,6 +358,13 @@ SessionTransition permissionRequest(const Context &context) {
     return result;
 }
 
+/// Whoever asked before, and has given way to this, waits on in the terminal.
+SessionTransition permissionRequest(const Context &context) {
+    SessionTransition result = ask(context);
+    result.session.askers.insert(context.event.agentID.value_or(QString()));
+    return result;
+}
+
 } // namespace
 
 SessionTransition SessionTransition::of(const std::optional<Session> &before,
@@ -353,7 +377,7 @@ SessionTransition SessionTransition::of(const std::optional<Session> &before,
     case CanonicalEvent::promptSubmit:
         return promptSubmit(context);
     case CanonicalEvent::toolUse:
-        return toolUse(context);
+        return event.agentID ? subagentToolUse(context) : toolUse(context);
     case CanonicalEvent::needsInput:
         return markNeedsInput(context, std::nullopt);
     case CanonicalEvent::idle:
@@ -372,10 +396,33 @@ SessionTransition SessionTransition::of(const std::optional<Session> &before,
     return {};
 }
 
-bool SessionTransition::endsPendingDecision(const Session &session, CanonicalEvent kind) {
-    return kind == CanonicalEvent::promptSubmit || kind == CanonicalEvent::turnFailed ||
-           kind == CanonicalEvent::sessionEnd ||
-           (kind == CanonicalEvent::turnEnd && !isAskedBySubagent(session));
+bool SessionTransition::endsPendingDecision(const Session &session, const HookEvent &event) {
+    switch (event.kind) {
+    case CanonicalEvent::promptSubmit:
+    case CanonicalEvent::turnFailed:
+    case CanonicalEvent::sessionEnd:
+        return true;
+    case CanonicalEvent::turnEnd:
+        return !isAskedBySubagent(session);
+    case CanonicalEvent::subagentStop:
+        return !session.pendingSubagent.isEmpty() && event.agentID == session.pendingSubagent;
+    default:
+        return false;
+    }
+}
+
+bool SessionTransition::concernsSession(const std::optional<Session> &before,
+                                        const HookEvent &event) {
+    switch (event.kind) {
+    case CanonicalEvent::subagentStop:
+        return true;
+    case CanonicalEvent::permissionRequest:
+        return event.asksForSubagent && event.decisionID;
+    case CanonicalEvent::toolUse:
+        return before && before->askers.contains(event.agentID.value_or(QString()));
+    default:
+        return false;
+    }
 }
 
 } // namespace morvane

@@ -41,20 +41,21 @@ struct SessionSurroundings {
 ///     idle                idle        done (1)     done (1)     -           -           -
 ///     turnEnd             done (2)    done (2)     done (2,10)  done (2)    done (2)    done (2)
 ///     turnFailed          failed      failed       failed       failed      failed      failed
-///     subagentStop        ignored     - (11)       - (11)       -           -           -
+///     subagent's toolUse  ignored     -            - (13)       -           -           -
+///     subagentStop        ignored     - (11)       - (11,13)    -           -           -
 ///     sessionEnd          ignored     removed      removed      removed     removed     removed
 ///     permissionRequest   needsInput  needsInput   needsInput   needsInput  needsInput  needsInput
 ///
-///     decided (3)         ignored     working      working      working     working     working
-///     answered (4)        ignored     working      working      working     working     working
+///     decided (3)         ignored     working      working (14) working     working     working
+///     answered (4)        ignored     working      working (14) working     working     working
 ///     expired (5)         ignored     -            -            -           -           -
 ///     released (5)        ignored     -            -            -           -           -
-///     hungUp (5)          ignored     -            -            -           -           -
+///     hungUp (5)          ignored     - (11)       - (11,13)    -           -           -
 ///     turnGone (7)        ignored     idle (8)     idle (8)     - (12)      -           -
 ///     restored            idle (6)    ignored      ignored      ignored     ignored     ignored
 ///
 ///     (1) unchanged while background agents are pending, or a decision
-///     (2) working while the event lists background agents
+///     (2) working while the event lists background agents, needsInput where one of these asks
 ///     (3) needsInput after `ask`; ignored without an approval that waits
 ///     (4) unchanged while a question is open; ignored without questions that wait
 ///     (5) ignored without a decision that waits
@@ -65,6 +66,8 @@ struct SessionSurroundings {
 ///     (10) unchanged while a subagent waits with a call
 ///     (11) done where the turn was over before, and only a subagent that had asked went on
 ///     (12) failed where that is how it ended
+///     (13) working where the subagent was the last one that asked
+///     (14) unchanged while somebody else asks, in the terminal
 struct SessionTransition {
     Q_DECLARE_TR_FUNCTIONS(SessionTransition)
 
@@ -97,13 +100,24 @@ public:
     /// Takes from the session what it waits with, whoever has dealt with it.
     static void forgetDecision(Session &session);
 
+    /// Whoever has asked waits no more; the session works on once nobody does.
+    static void settle(Session &session, const QString &asker);
+
+    /// A subagent is at its end, and so is what it asked. Where the session's own turn was over
+    /// before, the session is done with the last one that went on.
+    static void endSubagent(Session &session, const QString &subagent);
+
     /// The rule for this event. `before` is the stored session, if there is one.
     static SessionTransition of(const std::optional<Session> &before, const HookEvent &event,
                                 Date now, const SessionSurroundings &surroundings);
 
     /// True for the events that end what a hook was waiting for; such a decision is released
     /// before the event's own rule runs. What a subagent asks outlives the turn of its session.
-    static bool endsPendingDecision(const Session &session, CanonicalEvent kind);
+    static bool endsPendingDecision(const Session &session, const HookEvent &event);
+
+    /// True for what a subagent tells that its session has to hear: most of it must not disturb
+    /// the session that launched it.
+    static bool concernsSession(const std::optional<Session> &before, const HookEvent &event);
 
     /// A person has decided about the tool call that the session waits with.
     static SessionTransition decided(Session session, const AgentDecision &decision, Date now);
@@ -116,8 +130,9 @@ public:
     static SessionTransition expired(Session session);
 
     /// The hook that the session waits with has been ended: the person has interrupted the agent
-    /// or answered it in its terminal, and knows of it.
-    static SessionTransition hungUp(Session session);
+    /// or answered it in its terminal, and knows of it. A subagent's says nothing of the session's
+    /// own turn.
+    static SessionTransition hungUp(Session session, Date now);
 
     /// The turn has ended without a hook, or with one that doesn't say how: it was interrupted, or
     /// it has failed.

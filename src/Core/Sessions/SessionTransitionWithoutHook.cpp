@@ -9,11 +9,17 @@ namespace {
 
 /// A person has dealt with what the session waited for. Nothing has come from the agent, so the
 /// date of its last event stays.
-SessionTransition settle(Session session, SessionState state, Date now,
-                         SessionTransition::Resolution resolution) {
+SessionTransition resolve(Session session, Date now, SessionTransition::Resolution resolution) {
+    // After `ask` whoever asked does so in the terminal; after anything else, a refusal too, it
+    // carries on.
+    if (resolution.decision.kind == AgentDecision::Kind::ask) {
+        session.askers.insert(session.pendingSubagent);
+    } else {
+        session.askers.remove(session.pendingSubagent);
+    }
+    session.state = session.askers.isEmpty() ? SessionState::working : SessionState::needsInput;
     SessionTransition::forgetDecision(session);
     session.acknowledged = true;
-    session.state = state;
     session.stateChangedAt = now;
     SessionTransition result = SessionTransition::store(std::move(session));
     result.resolution = std::move(resolution);
@@ -23,6 +29,9 @@ SessionTransition settle(Session session, SessionState state, Date now,
 } // namespace
 
 SessionTransition SessionTransition::store(Session session) {
+    if (!session.isAtWork()) {
+        session.askers.clear();
+    }
     return {Write::store, std::move(session), {}, false};
 }
 
@@ -30,6 +39,27 @@ void SessionTransition::forgetDecision(Session &session) {
     session.pendingApproval.reset();
     session.pendingQuestion.reset();
     session.pendingCall.clear();
+    session.pendingSubagent.clear();
+}
+
+void SessionTransition::settle(Session &session, const QString &asker) {
+    const bool wasLast = session.askers.remove(asker) && session.askers.isEmpty();
+    if (wasLast && session.state == SessionState::needsInput) {
+        session.state = SessionState::working;
+        session.pendingExternalResponse.reset();
+    }
+}
+
+void SessionTransition::endSubagent(Session &session, const QString &subagent) {
+    if (!subagent.isEmpty()) {
+        settle(session, subagent);
+    }
+    const bool anyWaits = session.pendingDecisionID() || !session.askers.isEmpty();
+    if (session.subagentGoesOn && !anyWaits && session.state != SessionState::idle) {
+        session.subagentGoesOn = false;
+        session.state = SessionState::done;
+        session.acknowledged = false;
+    }
 }
 
 SessionTransition SessionTransition::decided(Session session, const AgentDecision &decision,
@@ -38,11 +68,7 @@ SessionTransition SessionTransition::decided(Session session, const AgentDecisio
         return {};
     }
     const QString decisionID = session.pendingApproval->id;
-    // After `ask` the agent prompts in its own terminal; after anything else, a refusal too, it
-    // carries on.
-    const auto state = decision.kind == AgentDecision::Kind::ask ? SessionState::needsInput
-                                                                 : SessionState::working;
-    return settle(std::move(session), state, now, {decisionID, decision});
+    return resolve(std::move(session), now, {decisionID, decision});
 }
 
 SessionTransition SessionTransition::answered(Session session, const QString &question,
@@ -55,8 +81,7 @@ SessionTransition SessionTransition::answered(Session session, const QString &qu
         return store(std::move(session));
     }
     const PendingQuestion complete = *session.pendingQuestion;
-    return settle(std::move(session), SessionState::working, now,
-                  {complete.id, AgentDecision::answer(complete.answers)});
+    return resolve(std::move(session), now, {complete.id, AgentDecision::answer(complete.answers)});
 }
 
 SessionTransition SessionTransition::expired(Session session) {
@@ -67,12 +92,20 @@ SessionTransition SessionTransition::expired(Session session) {
     return store(std::move(session));
 }
 
-SessionTransition SessionTransition::hungUp(Session session) {
+SessionTransition SessionTransition::hungUp(Session session, Date now) {
     if (!session.pendingDecisionID()) {
         return {};
     }
+    const QString subagent = session.pendingSubagent;
+    const SessionState before = session.state;
     forgetDecision(session);
+    if (!subagent.isEmpty()) {
+        endSubagent(session, subagent);
+    }
     session.acknowledged = true;
+    if (session.state != before) {
+        session.stateChangedAt = now;
+    }
     return store(std::move(session));
 }
 

@@ -102,6 +102,67 @@ TEST_F(UnsaidTest, WhatASubagentAsksElsewhereIsNotItsSessionsOwn) {
     EXPECT_EQ(session().transcriptPath, "/t");
 }
 
+TEST_F(UnsaidTest, ASubagentThatWasAnsweredElsewhereGoesOn) {
+    const QByteArray ofA = R"(,"agent_id":"a")";
+    const QByteArray another = R"("tool_name":"Bash","tool_input":{"command":"ls"})";
+    for (const AgentKind agent : {claude, codex}) {
+        tell(agent, "UserPromptSubmit", R"("prompt":"go")");
+        tell(agent, "PermissionRequest", make + ofA, "d");
+        store.approvalExpired("d");
+        EXPECT_EQ(tell(agent, "PreToolUse", another + R"(,"agent_id":"b")"), needsInput);
+        EXPECT_EQ(tell(agent, "PreToolUse", make + ofA), working);
+        // As with the session's own, another call may have run beside the one that waits.
+        tell(agent, "PermissionRequest", make + ofA, "e");
+        EXPECT_EQ(tell(agent, "PreToolUse", another + ofA), working);
+        EXPECT_TRUE(session().pendingApproval);
+        // With its end what it has asked is over.
+        tell(agent, "PermissionRequest", make + ofA, "f");
+        EXPECT_EQ(take(resolved), QStringList{"e ask"});
+        EXPECT_EQ(tell(agent, "SubagentStop", R"("agent_id":"b")"), needsInput);
+        EXPECT_EQ(tell(agent, "SubagentStop", R"("agent_id":"a")"), working);
+        EXPECT_EQ(take(resolved), QStringList{"f ask"});
+        tell(agent, "Stop", R"("x":1)");
+        tell(agent, "PermissionRequest", make + ofA, "g");
+        store.approvalExpired("g");
+        EXPECT_EQ(tell(agent, "SubagentStop", R"("agent_id":"b")"), needsInput);
+        EXPECT_EQ(tell(agent, "SubagentStop", R"("agent_id":"a")"), done);
+    }
+}
+
+TEST_F(UnsaidTest, WhoeverHasGivenWayToAnotherStillAsks) {
+    const QByteArray pending = R"("background_tasks":[{"type":"subagent"}])";
+    const auto askTwice = [&](const QByteArray &first) {
+        tell(claude, "UserPromptSubmit", R"("prompt":"go")");
+        tell(claude, "PermissionRequest", make + first, "d");
+        tell(claude, "PermissionRequest", QByteArray(make) + R"(,"agent_id":"b")", "e");
+        store.decide("s", AgentDecision::allow());
+        EXPECT_EQ(take(resolved), (QStringList{"d ask", "e allow"}));
+        EXPECT_EQ(session().state, needsInput);
+    };
+    askTwice({});
+    EXPECT_EQ(tell(claude, "PreToolUse", make), working);
+
+    const QByteArray ofA = R"(,"agent_id":"a")";
+    askTwice(ofA);
+    EXPECT_EQ(tell(claude, "SubagentStop", R"("agent_id":"b")"), needsInput);
+    // The agent prompts itself with what the other one has found.
+    EXPECT_EQ(tell(claude, "UserPromptSubmit", R"("prompt":"found")"), working);
+    EXPECT_EQ(tell(claude, "Stop", pending), needsInput);
+    EXPECT_FALSE(session().acknowledged);
+    EXPECT_EQ(tell(claude, "PreToolUse", make + ofA), working);
+    EXPECT_EQ(tell(claude, "Stop", R"("x":1)"), done);
+
+    // Nobody asks once no agent is left.
+    askTwice(ofA);
+    EXPECT_EQ(tell(claude, "Stop", R"("x":1)"), done);
+    EXPECT_EQ(tell(claude, "Stop", pending), working);
+    // What is still pending keeps the session from its end.
+    tell(claude, "PermissionRequest", make + ofA, "f");
+    EXPECT_EQ(tell(claude, "Stop", pending), needsInput);
+    store.decide("s", AgentDecision::allow());
+    EXPECT_EQ(tell(claude, "SubagentStop", R"("agent_id":"a")"), working);
+}
+
 TEST_F(UnsaidTest, ASubagentOfCodexMayBeTheFirstToSpeak) {
     tell(codex, "PermissionRequest", QByteArray(make) + R"(,"agent_id":"a")", "d");
     EXPECT_EQ(session().agent, codex);
@@ -144,6 +205,26 @@ TEST_F(UnsaidTest, AnInterruptedRequestLeavesNobodyCalling) {
     scheduler.advance(Seconds(5));
     EXPECT_EQ(session().state, working);
     EXPECT_EQ(resolved, QStringList());
+}
+
+TEST_F(UnsaidTest, TheEndOfASubagentsRequestIsNoneOfItsSessionsTurn) {
+    const QByteArray ofSubagent = QByteArray(make) + R"(,"agent_id":"a")";
+    tell(claude, "UserPromptSubmit", R"("prompt":"go")");
+    tell(claude, "PermissionRequest", ofSubagent, "d");
+    store.approvalHungUp("d");
+    EXPECT_EQ(session().state, working);
+    EXPECT_TRUE(session().acknowledged);
+    scheduler.advance(Seconds(5));
+    EXPECT_EQ(session().state, working);
+    tell(claude, "PermissionRequest", ofSubagent, "e");
+    tell(claude, "Stop", R"("last_assistant_message":"Over.")");
+    take(announced);
+    scheduler.advance(Seconds(5));
+    store.approvalHungUp("e");
+    EXPECT_EQ(session().state, done);
+    EXPECT_EQ(session().stateChangedAt, scheduler.now());
+    EXPECT_EQ(announced, QStringList{"done"});
+    EXPECT_EQ(store.completedHistory().first().summary, "Over.");
 }
 
 TEST_F(UnsaidTest, CodexSaysThatItsTurnWasInterrupted) {
