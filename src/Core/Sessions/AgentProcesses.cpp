@@ -1,15 +1,24 @@
 #include "Core/Sessions/AgentProcesses.h"
 
+#include <algorithm>
+
 namespace morvane {
 
 namespace {
 
-constexpr std::size_t maxAgents = 64; ///< that are kept without a session; not all ends are told
+/// That are kept without a session, since not all ends are told, and that are known to have ended.
+constexpr std::size_t maxAgents = 64;
 
 } // namespace
 
 void AgentProcesses::told(const QString &sessionID, const ProcessIdentity &process,
                           Seconds hookLimit) {
+    if (std::ranges::find(m_gone, process) != m_gone.end()) {
+        if (!m_processOf.contains(sessionID)) {
+            m_ended(sessionID);
+        }
+        return;
+    }
     if (const auto known = m_processOf.constFind(sessionID);
         known != m_processOf.constEnd() && *known != process) {
         forget(sessionID);
@@ -41,6 +50,12 @@ void AgentProcesses::forget(const QString &sessionID) {
 void AgentProcesses::end(const ProcessIdentity &process) {
     const auto gone = m_agents.extract(process);
     const Agent &agent = gone.mapped();
+    if (agent.isProven) {
+        m_gone.push_back(process);
+        if (m_gone.size() > maxAgents) {
+            m_gone.pop_front();
+        }
+    }
     for (const QString &sessionID : agent.sessions) {
         m_processOf.remove(sessionID);
         if (agent.isProven) {

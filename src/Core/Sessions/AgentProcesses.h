@@ -6,6 +6,7 @@
 #include <QHash>
 #include <QSet>
 
+#include <deque>
 #include <functional>
 #include <map>
 
@@ -23,7 +24,8 @@ public:
 
     /// A hook of the session, which may take no longer than this, was started by this process. One
     /// that an agent has started for a single hook ends with that, so it counts as the agent from
-    /// its second hook on, or once it has outlived the first.
+    /// its second hook on, or once it has outlived the first. A hook may be told after the end of
+    /// its agent; then the session has ended with it, unless another agent has taken it up.
     void told(const QString &sessionID, const ProcessIdentity &process, Seconds hookLimit);
 
     /// The session has ended.
@@ -42,6 +44,7 @@ private:
     Scheduler &m_scheduler;
     std::function<void(const QString &)> m_ended;
     std::map<ProcessIdentity, Agent> m_agents;
+    std::deque<ProcessIdentity> m_gone;          ///< the last agents to end; none comes back
     QHash<QString, ProcessIdentity> m_processOf; ///< by session
 };
 

@@ -15,6 +15,8 @@ protected:
         agents.told(sessionID, process, Seconds(5));
     }
 
+    static QStringList take(QStringList &list) { return std::exchange(list, {}); }
+
     FakeProcesses processes;
     ManualScheduler scheduler;
     QStringList ended;
@@ -35,8 +37,19 @@ TEST_F(AgentProcessesTest, EndsTheSessionsOfAnAgentThatIsGone) {
     EXPECT_EQ(ended, QStringList{"a"});
     agents.forget("c");
     processes.end(other);
-    EXPECT_EQ(ended, (QStringList{"a", "b"}));
+    EXPECT_EQ(take(ended), (QStringList{"a", "b"}));
     EXPECT_EQ(processes.watched(), 0U);
+
+    // A hook of its may be told late.
+    tell("a", agent);
+    EXPECT_EQ(take(ended), QStringList{"a"});
+    const ProcessIdentity next{100, 3, 7};
+    tell("a", next);
+    tell("a", next);
+    tell("a", agent);
+    EXPECT_EQ(ended, QStringList()) << "another one has taken the session up";
+    processes.end(next);
+    EXPECT_EQ(ended, QStringList{"a"});
 }
 
 TEST_F(AgentProcessesTest, KnowsAnAgentThatHasToldOnlyOnce) {
