@@ -38,6 +38,12 @@ bool isOver(const std::optional<UsageWindow> &window, Date now) {
     return window && window->isOver(now);
 }
 
+/// What is used of one window never falls, so the lower figure is the older one.
+bool isOlder(const std::optional<UsageWindow> &told, const std::optional<UsageWindow> &known) {
+    return told && known && told->resetsAt && told->resetsAt == known->resetsAt &&
+           told->utilization < known->utilization;
+}
+
 } // namespace
 
 UsagePoller::UsagePoller(MorvaneSettings &settings, const UsagePorts &ports, const QString &version,
@@ -274,6 +280,10 @@ void UsagePoller::ingestLive(const QByteArray &data, AgentKind agent) {
     auto usage = UsageFormat::parseLive(data, now);
     // A session that rests may draw its status line anew, with the figures of its last turn.
     if (!usage || isOver(usage->session, now) || isOver(usage->weekly, now)) {
+        return;
+    }
+    if (m_usage &&
+        (isOlder(usage->session, m_usage->session) || isOlder(usage->weekly, m_usage->weekly))) {
         return;
     }
     // The status line never tells that one.

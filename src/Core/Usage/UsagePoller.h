@@ -80,8 +80,8 @@ public:
     /// The person allows another try at the secret store.
     void retryKeychainAccess();
 
-    /// What an agent has handed its status line. What is not understood is dropped,
-    /// as is what names a window that is over.
+    /// What an agent has handed its status line. What is not understood is dropped, as is what
+    /// names a window that is over, or less of one than is known to be used.
     void ingestLive(const QByteArray &data, AgentKind agent);
 
     /// Asks no more, until it is enabled or refreshed.

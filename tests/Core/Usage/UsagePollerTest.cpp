@@ -232,6 +232,32 @@ TEST_F(UsagePollerTest, AsksNothingWhileStatusLinesBringTheFigures) {
     EXPECT_EQ(requests(), 2U);
 }
 
+TEST_F(UsagePollerTest, AStatusLineTellsNoLessOfAWindowThanIsKnown) {
+    start();
+    const auto tell = [this](int session, int weekly, Seconds resetsIn) {
+        const Seconds reset = scheduler.now().time_since_epoch() + resetsIn;
+        const QByteArray at = ",\"resets_at\":" + QByteArray::number(qint64(reset.count())) + '}';
+        poller.ingestLive(
+            statusLine(R"("five_hour":{"used_percentage":)" + QByteArray::number(session) + at +
+                       R"(,"seven_day":{"used_percentage":)" + QByteArray::number(weekly) + at),
+            claude);
+    };
+    tell(86, 41, Seconds(1000));
+    const auto before = poller.usage();
+    pass(Seconds(10));
+    tell(20, 41, Seconds(990));
+    tell(86, 22, Seconds(990));
+    EXPECT_EQ(poller.usage(), before);
+    EXPECT_FALSE(settings.defaults().value("lastWeeklyResetAt").isValid());
+    tell(86, 41, Seconds(990));
+    EXPECT_EQ(poller.usage()->fetchedAt, scheduler.now());
+    // But of one that has begun anew, and the endpoint may.
+    tell(2, 41, Seconds(2000));
+    EXPECT_EQ(sessionPercent(), 2);
+    reply(answer(200, body(1)));
+    EXPECT_EQ(sessionPercent(), 1);
+}
+
 TEST_F(UsagePollerTest, APersonMayAskAtAnyTime) {
     start();
     reply(answer(429, {}, "3000"));
