@@ -232,6 +232,8 @@ std::optional<HookEvent> HookEvent::decode(const AgentAdapter &adapter, const QS
         (event.kind == CanonicalEvent::turnEnd || event.kind == CanonicalEvent::turnFailed)) {
         event.lastWords = morvane::lastWords(*body, event.kind);
     }
+    event.isCompaction = event.kind == CanonicalEvent::sessionStart &&
+                         body->string("source") == QLatin1String("compact");
     event.endsTurnsInTranscript = contract.endsTurnsInTranscript;
     event.titlesLag = contract.titlesLag;
     if (adapter.reportsBackgroundTasks()) {

@@ -65,6 +65,7 @@ struct HookEvent {
     /// The agent's last words of the turn that has ended, one line; an empty text tells that there
     /// are none. Absent where the transcript has to be asked.
     std::optional<QString> lastWords;
+    bool isCompaction = false;          ///< the context has been compacted, and the session goes on
     bool endsTurnsInTranscript = false; ///< a turn may end without an event
     bool titlesLag = false;             ///< while a turn runs its prompt says more than the title
     QList<BackgroundTask> backgroundTasks;

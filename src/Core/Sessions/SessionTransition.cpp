@@ -117,6 +117,9 @@ SessionTransition update(Session session, const Context &context) {
 
 SessionTransition sessionStart(const Context &context) {
     Session session = lookUpOrMake(context, SessionState::idle);
+    if (context.event.isCompaction && session.isAtWork()) {
+        return update(std::move(session), context);
+    }
     session.state = SessionState::idle;
     session.acknowledged = true;
     session.pendingExternalResponse.reset();

@@ -34,7 +34,7 @@ struct SessionSurroundings {
 /// The state that each event leads to, by the session's state before:
 ///
 ///     event               none        working      needsInput   done        failed      idle
-///     sessionStart        idle        idle         idle         idle        idle        idle
+///     sessionStart        idle        idle (15)    idle (15)    idle        idle        idle
 ///     promptSubmit        working     working      working      working     working     working
 ///     toolUse             working     working      working (9)  working     working     working
 ///     needsInput          needsInput  needsInput   needsInput   needsInput  needsInput  needsInput
@@ -68,6 +68,7 @@ struct SessionSurroundings {
 ///     (12) failed where that is how it ended
 ///     (13) working where the subagent was the last one that asked
 ///     (14) unchanged while somebody else asks, in the terminal
+///     (15) unchanged by a compaction of the context
 struct SessionTransition {
     Q_DECLARE_TR_FUNCTIONS(SessionTransition)
 

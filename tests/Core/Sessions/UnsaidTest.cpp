@@ -227,6 +227,25 @@ TEST_F(UnsaidTest, TheEndOfASubagentsRequestIsNoneOfItsSessionsTurn) {
     EXPECT_EQ(store.completedHistory().first().summary, "Over.");
 }
 
+TEST_F(UnsaidTest, ACompactionIsNoStart) {
+    const char *compaction = R"("source":"compact")";
+    for (const AgentKind agent : {claude, codex, qwen}) {
+        tell(agent, "UserPromptSubmit", R"("prompt":"go")");
+        const Date began = session().stateChangedAt;
+        scheduler.advance(Seconds(1));
+        EXPECT_EQ(tell(agent, "SessionStart", compaction), working);
+        EXPECT_EQ(session().stateChangedAt, began);
+        EXPECT_EQ(session().lastEventAt, scheduler.now());
+        tell(agent, "PermissionRequest", make, "d");
+        EXPECT_EQ(tell(agent, "SessionStart", compaction), needsInput);
+        EXPECT_FALSE(session().acknowledged);
+        tell(agent, "Stop", R"("x":1)");
+        EXPECT_EQ(tell(agent, "SessionStart", compaction), idle);
+        tell(agent, "UserPromptSubmit", R"("prompt":"go")");
+        EXPECT_EQ(tell(agent, "SessionStart", R"("source":"resume")"), idle);
+    }
+}
+
 TEST_F(UnsaidTest, CodexSaysThatItsTurnWasInterrupted) {
     tell(codex, "UserPromptSubmit", R"("prompt":"go")");
     tell(codex, "PreToolUse", make);
