@@ -28,9 +28,8 @@ std::optional<struct stat> statusOf(const QString &path) {
     return exists ? std::optional(status) : std::nullopt;
 }
 
-Failure cannotRead(const QString &path, int error) {
-    return {
-        AgentSettingsFile::tr("%1 could not be read: %2").arg(path, systemFailure(error).message)};
+Failure cannotRead(const QString &path, const Failure &why) {
+    return {AgentSettingsFile::tr("%1 could not be read: %2").arg(path, why.message)};
 }
 
 } // namespace
@@ -76,7 +75,7 @@ std::optional<Failure> AgentSettingsFile::rewrite(const Edit &edit) const {
             if (read()) {
                 continue; // it has come just now
             }
-            return cannotRead(m_path, errno);
+            return cannotRead(m_path, systemFailure(errno));
         }
         const Result<std::optional<AgentSettingsChange>> edited = edit(before);
         if (const auto *failure = edited.failure()) {
@@ -106,13 +105,13 @@ AgentSettingsFile::replace(const std::optional<QByteArray> &before,
         return Outcome::overtaken;
     }
     if (QFileInfo(target).isSymbolicLink()) {
-        return cannotRead(m_path, ELOOP);
+        return cannotRead(m_path, systemFailure(ELOOP));
     }
     if (status && !before && S_ISREG(status->st_mode)) {
         return Outcome::overtaken;
     }
     if (status && !before) {
-        return cannotRead(m_path, EINVAL);
+        return cannotRead(m_path, systemFailure(EINVAL));
     }
     if (status && (status->st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) {
         // Whoever made it so wants it to stay as it is.
@@ -234,7 +233,7 @@ AgentSettingsFile::readBack(const QString &target, const std::optional<QByteArra
         }
         std::ignore = file.write(*before);
     }
-    return cannotRead(m_path, tr("it is not what was written"));
+    return cannotRead(m_path, {tr("it is not what was written")});
 }
 
 } // namespace morvane
