@@ -18,6 +18,9 @@ public:
     QStringList decisionEvents() const override;
     bool supportsRememberedDecisions() const override { return true; }
     bool supportsQuestionAnswers() const override { return true; }
+    std::optional<QString> questionTool() const override {
+        return QStringLiteral("AskUserQuestion");
+    }
     std::optional<QByteArray> encodeDecision(const AgentDecision &decision,
                                              const std::optional<QString> &tool,
                                              QByteArrayView payload,

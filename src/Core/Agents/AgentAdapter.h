@@ -59,6 +59,9 @@ public:
     virtual bool supportsRememberedDecisions() const { return false; }
     virtual bool supportsQuestionAnswers() const { return false; }
 
+    /// The agent's own tool for asking its person, which does nothing else.
+    virtual std::optional<QString> questionTool() const { return std::nullopt; }
+
     /// The permission modes that are nothing to remark on.
     virtual QSet<QString> defaultPermissionModes() const { return {QStringLiteral("default")}; }
 

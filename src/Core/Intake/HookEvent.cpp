@@ -58,15 +58,15 @@ bool isOfNobody(CanonicalEvent kind, const JsonObject &body, const AgentContract
            !nonEmpty(body.string("prompt"));
 }
 
-QList<AgentOption> options(object question) {
-    QList<AgentOption> result;
-    for (const object option :
-         JsonObject::objects(question, "options").value_or(std::vector<object>{})) {
-        if (const auto label = nonEmpty(JsonObject::string(option, "label"))) {
-            result.append({*label, trimmed(JsonObject::string(option, "description"))});
-        }
+/// The option of an object, and whether that has nothing else in it.
+std::pair<std::optional<AgentOption>, bool> option(object source) {
+    const auto label = nonEmpty(JsonObject::string(source, "label"));
+    if (!label) {
+        return {std::nullopt, false};
     }
-    return result;
+    const auto description = JsonObject::string(source, "description");
+    const std::size_t taken = description ? 2 : 1;
+    return {AgentOption{*label, trimmed(description)}, source.size() == taken};
 }
 
 std::optional<AgentQuestion> question(object source) {
@@ -74,14 +74,25 @@ std::optional<AgentQuestion> question(object source) {
     if (!text) {
         return std::nullopt;
     }
-    AgentQuestion result{*text, JsonObject::string(source, "header"), options(source), false};
+    AgentQuestion result{*text, JsonObject::string(source, "header"), {}};
+    std::size_t taken = result.header ? 3 : 2;
+    for (const object choice :
+         JsonObject::objects(source, "options").value_or(std::vector<object>{})) {
+        const auto [known, isWhole] = option(choice);
+        result.isWhole &= isWhole;
+        if (known) {
+            result.options.append(*known);
+        }
+    }
     if (result.options.isEmpty()) {
         return std::nullopt;
     }
     bool multiSelect = false;
     if (source["multiSelect"].get(multiSelect) == simdjson::SUCCESS) {
         result.multiSelect = multiSelect;
+        ++taken;
     }
+    result.isWhole &= source.size() == taken;
     return result;
 }
 

@@ -13,6 +13,7 @@ struct PendingQuestion {
     QString id; ///< the decision id under which the server has parked the hook
     QList<AgentQuestion> questions;
     QString toolName;               ///< the tool that any answer allows
+    bool onlyAsks = false;          ///< the tool does nothing else
     ReadableInput input;            ///< what it is given besides the questions
     QMap<QString, QString> answers; ///< question text to the label of the chosen option
     Date expiresAt;                 ///< for display: the expiry itself is told by the server

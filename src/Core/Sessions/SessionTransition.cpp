@@ -14,7 +14,9 @@ namespace morvane {
 
 namespace {
 
-constexpr qsizetype mostOptions = 20; ///< of a question that the panel asks
+// Of a question that the panel asks.
+constexpr qsizetype mostOptions = 20;
+constexpr qsizetype longestHeader = 24; ///< which shares a line
 
 struct Context {
     const std::optional<Session> &before;
@@ -287,7 +289,9 @@ bool canBeRead(const QString &text) {
 }
 
 bool canBeRead(const AgentQuestion &question) {
-    return canBeRead(question.question) && question.options.size() <= mostOptions &&
+    return question.isWhole && canBeRead(question.question) &&
+           VisibleText::of(question.header.value_or(QString())).size() <= longestHeader &&
+           question.options.size() <= mostOptions &&
            std::ranges::all_of(question.options, [](const AgentOption &option) {
                return canBeRead(option.label) && canBeRead(option.description.value_or(QString()));
            });
@@ -310,6 +314,7 @@ bool answerableHere(const HookEvent &event) {
 
 void setPending(Session &session, const Context &context, const QString &decisionID) {
     const HookEvent &event = context.event;
+    const AgentAdapter &adapter = AgentRegistry::adapter(event.agent);
     const Date expiresAt = context.now + decisionLimit;
     SessionTransition::forgetDecision(session);
     session.pendingExternalResponse.reset();
@@ -320,12 +325,12 @@ void setPending(Session &session, const Context &context, const QString &decisio
             PendingQuestion{.id = decisionID,
                             .questions = *event.questions,
                             .toolName = event.toolName.value_or(SessionTransition::tr("tool")),
+                            .onlyAsks = event.toolName && event.toolName == adapter.questionTool(),
                             .input = event.toolInput,
                             .answers = {},
                             .expiresAt = expiresAt};
         return;
     }
-    const AgentAdapter &adapter = AgentRegistry::adapter(event.agent);
     session.pendingApproval =
         PendingApproval{.id = decisionID,
                         .toolName = event.toolName.value_or(SessionTransition::tr("tool")),

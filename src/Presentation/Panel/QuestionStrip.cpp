@@ -64,15 +64,16 @@ void QuestionStrip::setQuestion(const PendingQuestion &pending, const QString &n
     m_header->setText(header.isEmpty() ? tr("Choose") : header);
     m_position->setText(tr("%1 of %2").arg(position + 1).arg(pending.questions.size()));
     m_text->setText(VisibleText::paragraph(question.question));
-    const bool allowsMore = !pending.input.lines.isEmpty();
+    const bool hasInput = !pending.input.lines.isEmpty();
     const QString tool = VisibleText::name(pending.toolName);
     m_tool->setText(
         pending.input.isCut
             ? tr("Any answer also lets %1 run with this, the end of which is missing:").arg(tool)
-            : tr("Any answer also lets %1 run with:").arg(tool));
-    m_tool->setVisible(allowsMore);
+        : hasInput ? tr("Any answer also lets %1 run with:").arg(tool)
+                   : tr("Any answer also lets %1 run.").arg(tool));
+    m_tool->setVisible(hasInput || !pending.onlyAsks);
     m_input->setLines(pending.input.lines);
-    m_input->setVisible(allowsMore);
+    m_input->setVisible(hasInput);
     m_countdown->setExpiresAt(pending.expiresAt);
     const bool isSame = m_question == question && m_pendingID == pending.id &&
                         m_rest == pending.input && m_showsShortcuts == showsShortcuts;

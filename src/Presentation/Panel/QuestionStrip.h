@@ -45,7 +45,7 @@ private:
     TextLabel *m_header;
     TextLabel *m_position;
     TextLabel *m_text;
-    TextLabel *m_tool;  ///< which any answer allows, where it is given more than the questions
+    TextLabel *m_tool;  ///< which any answer allows, where that is more than to ask
     InputView *m_input; ///< what it is given besides
     Countdown *m_countdown;
     QWidget *m_options;

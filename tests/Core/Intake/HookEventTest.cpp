@@ -212,10 +212,32 @@ TEST(HookEvent, ReadsQuestionsWithTheirOptions) {
             {"label":""},{"label":3},{"description":"no label"},{"label":"C","description":4}]},
         {"question":"And?","header":5,"multiSelect":1,"options":[{"label":"Yes"}]}])");
     const QList<AgentQuestion> expected{
-        {"Which?", " H ", {{" A ", "first"}, {"B", {}}, {"C", {}}}, true},
-        {"And?", {}, {{"Yes", {}}}, false}};
+        {"Which?", " H ", {{" A ", "first"}, {"B", {}}, {"C", {}}}, true, false},
+        {"And?", {}, {{"Yes", {}}}, false, false}};
     ASSERT_TRUE(event.questions);
     EXPECT_TRUE(*event.questions == expected);
+}
+
+TEST(HookEvent, TellsWhetherAQuestionHasMoreInIt) {
+    const auto isWhole = [](const QByteArray &members, const QByteArray &option) {
+        return withInput(R"("questions":[{"question":"Q",)" + members +
+                         R"("options":[{"label":"A"},)" + option + "]}]")
+            .questions->first()
+            .isWhole;
+    };
+    const QByteArray plain = R"({"label":"B"})";
+    const QByteArray usual = R"("header":"H","multiSelect":false,)";
+    EXPECT_TRUE(isWhole({}, plain));
+    EXPECT_TRUE(isWhole(usual, R"({"label":"B","description":" "})"));
+    for (const char *option :
+         {R"({"label":"B","preview":"+--+"})", R"({"label":"B","description":{"run":"rm"}})",
+          R"({"label":"B","label":"C"})", R"({"label":"","run":"rm"})", "{}"}) {
+        EXPECT_FALSE(isWhole(usual, option)) << option;
+    }
+    for (const char *members : {R"("run":"rm",)", R"("header":{"run":"rm"},)",
+                                R"("multiSelect":"rm",)", R"("header":"H","question":"rm?",)"}) {
+        EXPECT_FALSE(isWhole(members, plain)) << members;
+    }
 }
 
 TEST(HookEvent, OffersAllQuestionsOrNone) {

@@ -49,6 +49,7 @@ TEST_F(DecisionsTest, ShowsWhatOnlyTheTerminalCanAnswer) {
     const auto longOption = [](const QString &label, const QString &description) {
         return QList<AgentQuestion>{{"Q", {}, {{label, description}}, false}};
     };
+    const QList<AgentOption> options{{"Yes", {}}};
     const EventBuilder parked = EventBuilder::parked("d2");
     const QString tooLong(1201, u'x');
     // The event, whose hooks it lets go, and how many questions and which message are shown of it.
@@ -62,6 +63,15 @@ TEST_F(DecisionsTest, ShowsWhatOnlyTheTerminalCanAnswer) {
         {parked.asking({QString(200, QChar(0x200b))}), {"d2 ask"}, 1, {}},
         {parked.with(&HookEvent::questions, longOption(tooLong, {})), {"d2 ask"}, 1, {}},
         {parked.with(&HookEvent::questions, longOption("a", tooLong)), {"d2 ask"}, 1, {}},
+        {parked.with(&HookEvent::questions, QList<AgentQuestion>{{"Q", {}, options, false, false}}),
+         {"d2 ask"},
+         1,
+         {}},
+        {parked.with(&HookEvent::questions,
+                     QList<AgentQuestion>{{"Q", QString(25, u'x'), options, false}}),
+         {"d2 ask"},
+         1,
+         {}},
         {parked.with(&HookEvent::questions,
                      QList<AgentQuestion>{{"Q", {}, QList<AgentOption>(21, {"a", {}}), false}}),
          {"d2 ask"},

@@ -109,6 +109,13 @@ TEST_F(SessionRowTest, AsksOneQuestionAfterTheOther) {
     shownIn<OptionButton>(row)[0]->click();
     EXPECT_EQ(decisions, QList<AgentDecision>(
                              {AgentDecision::answer({{"First?", "No"}, {"Second?", "Yes"}})}));
+
+    // Whatever does more than to ask is named, with or without anything else to tell of it.
+    const EventBuilder bare = EventBuilder::parked("e").asking({"Sure?"}).given("{}");
+    show(bare.tool("mcp__forms__publish"));
+    EXPECT_TRUE(contents(row).contains("Any answer also lets mcp__forms__publish run."));
+    show(bare.tool("AskUserQuestion"));
+    EXPECT_FALSE(contents(row).join(u'\n').contains("Any answer"));
 }
 
 TEST_F(SessionRowTest, ShowsAQuestionWholeWithADigitForEachKeyThatThereIs) {
