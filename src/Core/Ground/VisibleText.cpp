@@ -19,12 +19,13 @@ struct Range {
 };
 
 /// What leaves nothing to be seen though its category doesn't say so: joiners and fillers, the
-/// empty braille pattern, and the selectors of variants.
+/// empty braille pattern, the selectors of variants, and what Qt keeps for an object in a text.
 constexpr std::array looksEmpty{
     Range{0x034F, 0x034F},   Range{0x115F, 0x1160},   Range{0x17B4, 0x17B5},
     Range{0x180B, 0x180F},   Range{0x2800, 0x2800},   Range{0x3164, 0x3164},
-    Range{0xFE00, 0xFE0F},   Range{0xFFA0, 0xFFA0},   Range{0x16FE4, 0x16FE4},
-    Range{0x1D159, 0x1D159}, Range{0x1D173, 0x1D17A}, Range{0xE0100, 0xE01EF},
+    Range{0xFE00, 0xFE0F},   Range{0xFFA0, 0xFFA0},   Range{0xFFFC, 0xFFFC},
+    Range{0x16FE4, 0x16FE4}, Range{0x1D159, 0x1D159}, Range{0x1D173, 0x1D17A},
+    Range{0xE0100, 0xE01EF},
 };
 
 template <std::size_t count>
@@ -51,13 +52,16 @@ bool isHidden(char32_t character) {
     }
 }
 
-/// Whether it stands on what comes before it instead of behind.
+/// Whether it is drawn on what comes before it: a mark, or a skin tone.
+bool standsOn(char32_t character) {
+    return QChar::isMark(character) || (character >= 0x1F3FB && character <= 0x1F3FF);
+}
+
+/// Whether it makes one character with what comes before it, as Hangul's parts do.
 bool joins(char32_t character) {
-    constexpr std::array pilesUp{
-        Range{0x1100, 0x11FF}, Range{0xA960, 0xA97C},   Range{0xD7B0, 0xD7FB}, // Hangul's parts
-        Range{0xFF9E, 0xFF9F}, Range{0x1F3FB, 0x1F3FF},                        // and skin tones
-    };
-    return QChar::isMark(character) || isIn(pilesUp, character);
+    constexpr std::array pilesUp{Range{0x1100, 0x11FF}, Range{0xA960, 0xA97C},
+                                 Range{0xD7B0, 0xD7FB}, Range{0xFF9E, 0xFF9F}};
+    return standsOn(character) || isIn(pilesUp, character);
 }
 
 QString hex(char32_t number) {
@@ -91,11 +95,15 @@ QString spelled(QStringView text, IsSpecial isSpecial, Escaped escaped) {
     QString result;
     result.reserve(text.size());
     int marks = 0;
+    bool hasGround = false; // a mark on a blank is as little to be seen as the blank
     while (!text.isEmpty()) {
         const char32_t character = firstCharacter(text);
         const qsizetype length = QChar::requiresSurrogates(character) ? 2 : 1;
         marks = joins(character) ? marks + 1 : 0;
-        if (isSpecial(character) || isHidden(character) || marks > mostMarks) {
+        const bool isMark = standsOn(character);
+        hasGround = isMark ? hasGround : character != U' ' && character != U'\t';
+        if (isSpecial(character) || isHidden(character) || marks > mostMarks ||
+            (isMark && !hasGround)) {
             result += escaped(character);
         } else {
             result += text.first(length);

@@ -10,7 +10,8 @@ namespace morvane::VisibleText {
 
 /// One line of text. A tab becomes "⇥" and three blanks; what can't be seen (control, format and
 /// direction characters, blanks that aren't the usual one, half surrogate pairs, marks that pile
-/// up, a blank at the end) its number, as in "⟨U+202E⟩"; and so does what these are written with.
+/// up or stand on a blank, a blank at the end) its number, as in "⟨U+202E⟩"; and so does what these
+/// are written with.
 QString of(QStringView line);
 
 /// A text of several lines, each as `of` has it.

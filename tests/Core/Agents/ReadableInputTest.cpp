@@ -70,6 +70,13 @@ TEST(ReadableInput, LeavesNothingInvisibleOrOutOfOrder) {
               " ⟨U+FEFF⟩ls \\⟨U+0020⟩\n ⟨U+FEFF⟩x");
     EXPECT_EQ(VisibleText::of(u"\uD7B0\uD7B0\uD7B0\uD7B0\uFF9E"),
               u"\uD7B0\uD7B0\uD7B0⟨U+D7B0⟩⟨U+FF9E⟩");
+    EXPECT_EQ(VisibleText::of(u"gradlew\uFFFCtest"), u"gradlew⟨U+FFFC⟩test");
+    // What stands on a blank is drawn as one.
+    EXPECT_EQ(VisibleText::of(u"\u0301rm \u0301\u0338/home\t\u20DD"),
+              u"⟨U+0301⟩rm ⟨U+0301⟩⟨U+0338⟩/home⇥   ⟨U+20DD⟩");
+    EXPECT_EQ(VisibleText::of(u"a 🏽 👍🏽 \u1112\u1161\u11AB"),
+              u"a ⟨U+1F3FD⟩ 👍🏽 \u1112\u1161\u11AB");
+    EXPECT_EQ(VisibleText::quoted(u"run \u0301tests\t\u0301"), R"("run \u0301tests\t\u0301")");
     EXPECT_EQ(VisibleText::of(u"שלום 🎉 日本"), u"שלום 🎉 日本");
 }
 
