@@ -8,6 +8,7 @@
 #include "Kernel.h"
 #include "Peer.h"
 #include "Process.h"
+#include "RepositoryHead.h"
 #include "Terminal.h"
 
 #include <cerrno>
@@ -27,8 +28,9 @@
 // script knows, one to a line: in the environment, since the token among them must not be seen in a
 // list of processes, and only a server of the same user gets to hear them. An event is told with
 // where and by whom it was called, and with "decide" a complete answer of status 200 goes to
-// standard output. Of a status line the input does, and no answer is awaited. Whatever happens, the
-// exit status is 0 and nothing else is printed: no failure here may disturb the agent.
+// standard output. Of a status line the input does, behind two lines if it names a folder: the
+// folder, and what the repository there says it has checked out; and no answer is awaited. Whatever
+// happens, the exit status is 0 and nothing else is printed: no failure here may disturb the agent.
 
 namespace morvane {
 
@@ -54,7 +56,7 @@ constexpr size_t longestPayload = 16 << 20;
 enum class Mode {
     Tell,   ///< no more than the beginning of an answer is awaited
     Decide, ///< the answer is printed
-    Copy,   ///< the payload is printed, the answer is the kernel's to drop
+    Copy,   ///< a status line is printed, the answer is the kernel's to drop
 };
 
 /// False when the payload's end did not come in time or within the limit: half a payload is of no
@@ -187,6 +189,19 @@ void print(std::string_view text, const Deadline &deadline) {
     }
 }
 
+/// The shell could only read a repository's files to their end, or start another process.
+void printStatus(std::string_view status, const Deadline &deadline) {
+    const std::string_view folder = folderIn(status);
+    if (!folder.empty()) {
+        const std::string_view lines[] = {folder, headAround(folder)};
+        for (const std::string_view line : lines) {
+            print(line, deadline);
+            print("\n", deadline);
+        }
+    }
+    print(status, deadline);
+}
+
 void ignoreBrokenPipes() {
     // The kernel's own layout: handler, flags, restorer, mask.
     const unsigned long action[4] = {1 /* SIG_IGN */, 0, 0, 0};
@@ -208,7 +223,7 @@ void post(std::uint16_t port, Buffer &head, Mode mode) {
     if (!readPayload(payload, prompt))
         return;
     if (mode == Mode::Copy)
-        print(payload.view(), prompt);
+        printStatus(payload.view(), prompt);
     if (!head.append("Content-Length: ") || !appendNumber(head, payload.view().size()) ||
         !head.append("\r\n\r\n"))
         return;

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string_view>
+
+namespace morvane {
+
+/// The folder that a status line is about, as far as it is spelled just as it is called; empty
+/// where it is not.
+[[nodiscard]] std::string_view folderIn(std::string_view status);
+
+/// The first line of HEAD in the repository that the folder lies in; empty where there is none. Of
+/// the files of a repository, which may be anybody's, only the beginning is read.
+[[nodiscard]] std::string_view headAround(std::string_view folder);
+
+} // namespace morvane
