@@ -54,6 +54,7 @@ FloatingCapsuleView::FloatingCapsuleView(const PanelContext &context)
 void FloatingCapsuleView::makeExpanded() {
     m_expanded = new ExpandedView(m_context, m_clip);
     m_expanded->setContentHeightBudget(m_contentHeightBudget);
+    m_expanded->setContentWidthBudget(m_contentWidthBudget);
     connect(m_expanded, &ExpandedView::contentResized, this, &FloatingCapsuleView::contentResized);
 }
 
@@ -61,6 +62,13 @@ void FloatingCapsuleView::setContentHeightBudget(int budget) {
     m_contentHeightBudget = budget;
     if (m_expanded) {
         m_expanded->setContentHeightBudget(budget);
+    }
+}
+
+void FloatingCapsuleView::setContentWidthBudget(int budget) {
+    m_contentWidthBudget = budget;
+    if (m_expanded) {
+        m_expanded->setContentWidthBudget(budget);
     }
 }
 

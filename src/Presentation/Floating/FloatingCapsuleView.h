@@ -21,6 +21,7 @@ public:
     explicit FloatingCapsuleView(const PanelContext &context);
 
     void setContentHeightBudget(int budget);
+    void setContentWidthBudget(int budget);
     void setExpanded(bool expanded);
 
     /// Takes over what the store has now.
@@ -48,7 +49,9 @@ private:
     void makeExpanded();
 
     const PanelContext m_context;
-    int m_contentHeightBudget = 0; ///< in points; the owner sets it before it opens the view
+    // In points; the owner sets them before it opens the view.
+    int m_contentHeightBudget = 0;
+    int m_contentWidthBudget = 0;
     bool m_isExpanded = false;
     QRect m_tab;
     QWidget *m_clip; ///< cuts the content off at the tab's edges while the tab moves

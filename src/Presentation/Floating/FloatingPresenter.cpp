@@ -59,6 +59,7 @@ void FloatingPresenter::attach(const Display &display) {
     const double budget = budgetShare * display.visibleFrame.height();
     m_view->setContentHeightBudget(
         std::clamp(static_cast<int>(budget), smallestBudget, largestBudget));
+    m_view->setContentWidthBudget(display.visibleFrame.width());
     if (isFirst) {
         follow();
     }
@@ -264,7 +265,7 @@ void FloatingPresenter::layout(Motion motion) {
 QRect FloatingPresenter::tabFrame(const QSize &size) const {
     const QRect &area = m_display.visibleFrame;
     const int x = anchor() == OverlayWindow::Anchor::topRight
-                      ? area.right() + 1 - size.width() - rightMargin
+                      ? std::max(area.left(), area.right() + 1 - size.width() - rightMargin)
                       : area.left() + (area.width() - size.width()) / 2;
     return {QPoint(x, area.top()), size};
 }

@@ -62,10 +62,11 @@ BuiltInNotchSurface::BuiltInNotchSurface(const PanelContext &context)
     connect(m_expanded, &ExpandedView::contentResized, this, &BuiltInNotchSurface::contentResized);
 }
 
-void BuiltInNotchSurface::setNotch(const QSize &notch, int contentHeightBudget) {
+void BuiltInNotchSurface::setNotch(const QSize &notch, const QSize &contentBudget) {
     m_notch = notch;
     static_cast<QGridLayout *>(m_compact->layout())->setColumnMinimumWidth(1, notch.width());
-    m_expanded->setContentHeightBudget(contentHeightBudget);
+    m_expanded->setContentHeightBudget(contentBudget.height());
+    m_expanded->setContentWidthBudget(contentBudget.width());
 }
 
 void BuiltInNotchSurface::setMode(Mode mode, Motion motion) {

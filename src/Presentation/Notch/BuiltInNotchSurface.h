@@ -28,7 +28,7 @@ public:
     /// Starts out compact.
     explicit BuiltInNotchSurface(const PanelContext &context);
 
-    void setNotch(const QSize &notch, int contentHeightBudget);
+    void setNotch(const QSize &notch, const QSize &contentBudget);
 
     void setMode(Mode mode, Motion motion);
 

@@ -47,6 +47,10 @@ int contentHeightBudget(const Display &display) {
     return std::clamp(static_cast<int>(budget), smallestBudget, largestBudget);
 }
 
+int contentWidthBudget(const Display &display) {
+    return display.frame.width() - 2 * expandedPadding;
+}
+
 QRect stageFrame(const Display &display) {
     const QSize notch = hardwareNotchSize(display);
     const int width = std::max(standardShellWidth, compactShellSize(notch).width()) + stageMargin;

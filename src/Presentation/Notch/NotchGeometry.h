@@ -23,6 +23,9 @@ QSize hardwareNotchSize(const Display &display);
 /// The height that the open panel's content may take.
 int contentHeightBudget(const Display &display);
 
+/// And the width, with which it reaches from edge to edge.
+int contentWidthBudget(const Display &display);
+
 /// The transparent window: large enough for the open panel, so that opening it resizes no window.
 QRect stageFrame(const Display &display);
 

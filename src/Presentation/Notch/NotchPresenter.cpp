@@ -143,7 +143,8 @@ void NotchPresenter::layoutPanel() {
         return;
     }
     m_surface->setNotch(NotchGeometry::hardwareNotchSize(*m_display),
-                        NotchGeometry::contentHeightBudget(*m_display));
+                        {NotchGeometry::contentWidthBudget(*m_display),
+                         NotchGeometry::contentHeightBudget(*m_display)});
     window()->setGeometry(NotchGeometry::stageFrame(*m_display), OverlayWindow::Anchor::topCenter);
     m_surface->layOut(Motion::atOnce);
     window()->setShape(m_surface->shape());

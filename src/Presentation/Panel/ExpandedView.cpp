@@ -45,7 +45,7 @@ QString keyOf(const CompletedRecord &record) {
 
 ExpandedView::ExpandedView(const PanelContext &context, QWidget *parent)
     : QWidget(parent), m_context(context), m_contentHeightBudget(standardBudget),
-      m_width(standardWidth), m_viewport(new ListViewport(m_context.scheduler, this)),
+      m_contentWidthBudget(attentionWidth), m_viewport(new ListViewport(m_context.scheduler, this)),
       m_footer(new UsageBars(m_context, this)) {
     connect(m_viewport, &ListViewport::contentResized, this, &ExpandedView::contentResized);
     connect(m_footer, &UsageBars::contentResized, this, &ExpandedView::contentResized);
@@ -62,6 +62,14 @@ void ExpandedView::setContentHeightBudget(int budget) {
     m_footer->setContentHeightBudget(budget);
 }
 
+void ExpandedView::setContentWidthBudget(int budget) {
+    m_contentWidthBudget = budget;
+}
+
+int ExpandedView::wantedWidth() const {
+    return std::min(m_needsAttention ? attentionWidth : standardWidth, m_contentWidthBudget);
+}
+
 int ExpandedView::maxActiveListHeight(int contentHeightBudget, int footerHeight) {
     const int footer = footerHeight > 0 ? footerHeight + footerGap : 0;
     return std::max(smallestListLimit, contentHeightBudget - footer - 2 * panelPadding);
@@ -71,7 +79,6 @@ void ExpandedView::refresh() {
     const bool needsAttention =
         m_context.store.hasPendingDecision() || m_context.store.hasExternalPrompt();
     const bool attentionChanges = std::exchange(m_needsAttention, needsAttention) != needsAttention;
-    m_width = needsAttention ? attentionWidth : standardWidth;
     const Entries next = entries();
     const bool contentChanges = takeKeys(next);
     m_viewport->rows().setEntries(next, movement(attentionChanges, contentChanges));
@@ -80,7 +87,7 @@ void ExpandedView::refresh() {
     }
     m_footer->refresh();
     m_footerHeight = m_footer->sizeHint().height();
-    if (width() == m_width) {
+    if (width() == wantedWidth()) {
         m_viewport->refresh();
     }
     // A new size comes in a moment, and until then what is in sight stays there. Asked after the
@@ -246,8 +253,9 @@ void ExpandedView::scheduleAges() {
 
 QSize ExpandedView::sizeHint() const {
     const int limit = maxActiveListHeight(m_contentHeightBudget, m_footerHeight);
-    const int whole = m_viewport->contentHeight(m_width - 2 * panelPadding, limit);
-    return {m_width, std::clamp(whole, 1, limit) + footerGap + m_footerHeight + 2 * panelPadding};
+    const int width = wantedWidth();
+    const int whole = m_viewport->contentHeight(width - 2 * panelPadding, limit);
+    return {width, std::clamp(whole, 1, limit) + footerGap + m_footerHeight + 2 * panelPadding};
 }
 
 /// The footer stands at the bottom, and the list has the rest.

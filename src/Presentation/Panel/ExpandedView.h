@@ -26,6 +26,9 @@ public:
     /// The height that the panel may take, in points.
     void setContentHeightBudget(int budget);
 
+    /// And the width.
+    void setContentWidthBudget(int budget);
+
     /// How high the list may be in a panel of this height with a footer of that height; 0 is none.
     static int maxActiveListHeight(int contentHeightBudget, int footerHeight);
 
@@ -70,6 +73,7 @@ private:
                         const QMargins &margins, Qt::Alignment alignment) const;
     RowList::Entry header(const QString &title, const QColor &color) const;
     bool takeKeys(const Entries &next);
+    int wantedWidth() const;
     std::optional<Seconds> movement(bool attentionChanges, bool contentChanges) const;
     void startReading();
     void scheduleAges();
@@ -78,7 +82,7 @@ private:
     const PanelContext m_context;
     int m_contentHeightBudget;
     int m_footerHeight = 0; ///< until it is measured
-    int m_width;
+    int m_contentWidthBudget;
     bool m_needsAttention = false;
     QStringList m_keys; ///< of the entries on show
     ListViewport *m_viewport;

@@ -14,6 +14,7 @@ namespace morvane {
 namespace {
 
 constexpr QColor yellow(255, 214, 10);
+constexpr double shareOfScreen = 0.85;
 
 } // namespace
 
@@ -72,6 +73,7 @@ void ManagedWindow::centreAtFirst() {
         move(frame.topLeft());
     }
 }
+        resize(size().boundedTo(screen->availableGeometry().size() * shareOfScreen));
 
 } // namespace morvane
 

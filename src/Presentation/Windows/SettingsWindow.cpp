@@ -3,11 +3,8 @@
 #include "Core/Hooks/AgentConnections.h"
 #include "Presentation/Windows/SettingsView.h"
 
-#include <QGuiApplication>
-#include <QScreen>
+#include <QEvent>
 #include <QVBoxLayout>
-
-#include <algorithm>
 
 namespace morvane {
 
@@ -16,7 +13,6 @@ namespace {
 constexpr QSize usualSize(600, 760);
 constexpr int leastWidth = 440;
 constexpr int leastHeight = 320;
-constexpr double shareOfScreen = 0.85;
 
 } // namespace
 
@@ -27,8 +23,7 @@ SettingsWindow::SettingsWindow(const WindowContext &context)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_view);
     setMinimumSize(leastWidth, leastHeight);
-    const double room = screen()->availableGeometry().height() * shareOfScreen;
-    resize(usualSize.width(), std::clamp(qRound(room), leastHeight, usualSize.height()));
+    resize(usualSize);
 }
 
 void SettingsWindow::refresh() {

@@ -139,6 +139,21 @@ TEST_F(FloatingPresenterTest, HangsFromTheTopOfTheWorkArea) {
     }
 }
 
+TEST_F(FloatingPresenterTest, IsNoWiderThanItsDisplay) {
+    apply(Event::needsInput);
+    settings.setFloatingPosition(FloatingPosition::topRight);
+    attachFloating();
+    Display narrow = FakeDisplays::external(1, 100);
+    narrow.frame.setWidth(510);
+    narrow.visibleFrame.setWidth(510);
+    presenter->presentPanel();
+    scheduler.advance(Seconds(1));
+    EXPECT_EQ(window().geometry.width(), 600);
+    presenter->attach(narrow);
+    EXPECT_EQ(window().geometry.left(), 100);
+    EXPECT_EQ(window().geometry.width(), 510);
+}
+
 TEST_F(FloatingPresenterTest, AForgottenFieldHoldsThePanelForTwoMinutesAndCommitsNothing) {
     attachFloating();
     apply(EventBuilder(Event::promptSubmit).with(&HookEvent::cwd, QString("/srv/shop")));

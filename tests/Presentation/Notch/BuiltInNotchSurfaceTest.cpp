@@ -19,7 +19,7 @@ protected:
 
     BuiltInNotchSurfaceTest() {
         surface.setAttribute(Qt::WA_TranslucentBackground);
-        surface.setNotch({200, 32}, 480);
+        surface.setNotch({200, 32}, {600, 480});
         surface.resize(670, 567);
         surface.layOut(Motion::atOnce);
         surface.show();

@@ -386,3 +386,6 @@ TEST_F(ExpandedViewTest, NoTextIsCutOffAtItsFoot) {
 
 } // namespace
 } // namespace morvane
+    view.setContentWidthBudget(400);
+    refresh();
+    EXPECT_EQ(view.width(), 400);
