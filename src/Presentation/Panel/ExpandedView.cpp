@@ -82,6 +82,10 @@ void ExpandedView::refresh() {
     const Entries next = entries();
     const bool contentChanges = takeKeys(next);
     m_viewport->rows().setEntries(next, movement(attentionChanges, contentChanges));
+    if (attentionChanges) {
+        m_owesCall = needsAttention;
+    }
+    showCall();
     if (attentionChanges || contentChanges) {
         startReading();
     }
@@ -99,6 +103,15 @@ void ExpandedView::refresh() {
 }
 
 /// Whether other entries are on show, or in another order, than before.
+/// Who waits stands at the top, and nothing else may tell of it: the open panel is in the place of
+/// the capsule. But nothing moves away under a hand that types or presses.
+void ExpandedView::showCall() {
+    if (m_owesCall && !m_viewport->rows().isInHand()) {
+        m_owesCall = false;
+        m_viewport->scrollToTop();
+    }
+}
+
 bool ExpandedView::takeKeys(const Entries &next) {
     QStringList keys;
     for (const RowList::Entry &entry : next) {

@@ -73,6 +73,7 @@ private:
                         const QMargins &margins, Qt::Alignment alignment) const;
     RowList::Entry header(const QString &title, const QColor &color) const;
     bool takeKeys(const Entries &next);
+    void showCall();
     int wantedWidth() const;
     std::optional<Seconds> movement(bool attentionChanges, bool contentChanges) const;
     void startReading();
@@ -84,7 +85,8 @@ private:
     int m_footerHeight = 0; ///< until it is measured
     int m_contentWidthBudget;
     bool m_needsAttention = false;
-    QStringList m_keys; ///< of the entries on show
+    bool m_owesCall = false; ///< somebody waits for an answer, and the list hasn't gone there yet
+    QStringList m_keys;      ///< of the entries on show
     ListViewport *m_viewport;
     UsageBars *m_footer;
     Task m_ages;    ///< brings the ages of the records up to date

@@ -3,6 +3,7 @@
 #include "Presentation/Panel/ListRow.h"
 #include "Presentation/Style/ActivateLayouts.h"
 
+#include <QAbstractButton>
 #include <QCursor>
 #include <QEvent>
 #include <QGraphicsOpacityEffect>
@@ -270,6 +271,15 @@ bool RowList::holdsText(const Slot &slot) {
 bool RowList::holdsText(const QString &key) const {
     return std::ranges::any_of(
         m_slots, [&](const Slot &slot) { return slot.entry.key == key && holdsText(slot); });
+}
+
+bool RowList::isInHand() const {
+    const auto isEdited = [](const Slot &slot) {
+        const auto *row = qobject_cast<ListRow *>(slot.widget);
+        return row != nullptr && row->isEditing();
+    };
+    return std::ranges::any_of(m_slots, isEdited) ||
+           std::ranges::any_of(findChildren<QAbstractButton *>(), &QAbstractButton::isDown);
 }
 
 void RowList::shiftStart(int distance) {

@@ -55,6 +55,9 @@ public:
     /// Whether the row of this entry has a text in it that would be lost with it.
     bool holdsText(const QString &key) const;
 
+    /// Whether a text is open in it, or a button down.
+    bool isInHand() const;
+
     /// Lets a movement begin so much lower, when the list is scrolled by as much.
     void shiftStart(int distance);
 

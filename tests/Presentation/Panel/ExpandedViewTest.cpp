@@ -298,6 +298,71 @@ TEST_F(ExpandedViewTest, ARenameKeepsItsPlaceAndItsRow) {
     EXPECT_EQ(renamed.size(), 1);
 }
 
+TEST_F(ExpandedViewTest, GoesToWhoeverBeginsToWaitButNotUnderAHandThatIsBusy) {
+    for (int index = 0; index < 30; ++index) {
+        apply(EventBuilder(Event::promptSubmit)
+                  .in(QString::number(index))
+                  .with(&HookEvent::cwd, QString::number(index)));
+        scheduler.advance(Seconds(1));
+    }
+    view.setContentHeightBudget(400);
+    const auto isCallInSight = [this] {
+        refresh();
+        const SessionRow *first = rows().first();
+        return first->session().id == "0" && first->visibleRegion().boundingRect() == first->rect();
+    };
+    const auto scrollAway = [this] {
+        refresh();
+        scroll(-10);
+    };
+    const auto ask = [this] { apply(EventBuilder::parked("d").in("0")); };
+    scrollAway();
+    ask();
+    EXPECT_TRUE(isCallInSight());
+    // Where the person scrolls from there is their own affair.
+    scrollAway();
+    EXPECT_FALSE(isCallInSight());
+    store.decide("0", AgentDecision::allow());
+
+    scrollAway();
+    SessionRow *const pressed = rows()[3];
+    QTest::mousePress(pressed, Qt::LeftButton);
+    ask();
+    EXPECT_FALSE(isCallInSight());
+    QTest::mouseRelease(pressed, Qt::LeftButton);
+    EXPECT_TRUE(isCallInSight());
+    store.decide("0", AgentDecision::allow());
+
+    scrollAway();
+    rows()[3]->findChild<PencilButton *>()->click();
+    ask();
+    EXPECT_FALSE(isCallInSight());
+    QTest::keyClick(view.findChild<InlineNameField *>(), Qt::Key_Escape);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(isCallInSight());
+}
+
+TEST_F(ExpandedViewTest, APromptIsReadWithTheNameOfItsSession) {
+    for (int index = 0; index < 30; ++index) {
+        apply(Event::promptSubmit, QString::number(index));
+    }
+    apply(EventBuilder::parked("d"));
+    view.setContentHeightBudget(400);
+    refresh();
+    // By a wheel that doesn't count in notches.
+    const auto scrollBy = [this](int points) {
+        QWheelEvent event({200, 100}, view.mapToGlobal(QPointF(200, 100)), {0, points}, {}, {}, {},
+                          {}, false);
+        QCoreApplication::sendEvent(&view, &event);
+    };
+    scrollBy(-13);
+    scheduler.advance(Seconds(3));
+    EXPECT_FALSE(shownIn<DecideButton>(view).first()->isEnabled());
+    scrollBy(13);
+    scheduler.advance(Seconds(0.85));
+    EXPECT_TRUE(shownIn<DecideButton>(view).first()->isEnabled());
+}
+
 TEST_F(ExpandedViewTest, OnlyTheRowThatTheDigitsBelongToShowsThem) {
     apply(EventBuilder::parked("d1").in("a"));
     apply(EventBuilder::parked("d2").in("b"));
