@@ -67,6 +67,10 @@ QPoint ListRow::firstLine() const {
 }
 
 /// A click beside the field closes it, and must not take the person to the terminal as well.
+const QWidget &ListRow::nameWidget() const {
+    return *m_nameLine;
+}
+
 bool ListRow::hitButton(const QPoint &position) const {
     return !isEditing() && QAbstractButton::hitButton(position);
 }

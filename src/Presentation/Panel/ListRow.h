@@ -30,6 +30,9 @@ public:
     /// The row is no longer on the list and stays only for its text: it may have changed since.
     virtual void outliveEntry() = 0;
 
+    /// The line that has the name.
+    const QWidget &nameWidget() const;
+
     /// Tells a row that may have moved where the pointer is on the desktop, or that it is on none
     /// of the rows. Qt looks for the pointer when that moves, not when a row moves under it.
     void followPointer(std::optional<QPoint> pointer);

@@ -50,6 +50,12 @@ void ListViewport::layOut(std::optional<qsizetype> anchor) {
     m_bottomFade->setVisible(m_offset + height() < m_whole);
 }
 
+QRect ListViewport::legibleRect() const {
+    const int above = m_topFade->isHidden() ? 0 : fadeHeight / 2;
+    const int below = m_bottomFade->isHidden() ? 0 : fadeHeight / 2;
+    return rect().adjusted(0, above, 0, -below);
+}
+
 void ListViewport::heightsChanged() {
     const int before = m_whole;
     refresh();

@@ -28,6 +28,9 @@ public:
     /// Lays the list out anew.
     void refresh();
 
+    /// The part in which the list can be read, out of the darker half of the shade at its edges.
+    QRect legibleRect() const;
+
     void scroll(QWheelEvent &event);
     void scrollToTop();
 

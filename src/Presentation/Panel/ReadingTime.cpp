@@ -2,8 +2,11 @@
 
 #include "Platform/Scheduler.h"
 #include "Presentation/Overlay/KeyablePanel.h"
+#include "Presentation/Panel/ListRow.h"
+#include "Presentation/Panel/ListViewport.h"
 
 #include <QEvent>
+#include <QScreen>
 
 #include <utility>
 
@@ -13,6 +16,38 @@ namespace {
 
 constexpr int looksNeeded = 7;
 constexpr Seconds betweenLooks = ReadingTime::length / looksNeeded;
+
+/// What can be seen of a widget, in its own points.
+QRect inSight(const QWidget &widget) {
+    QRect result = widget.visibleRegion().boundingRect();
+    const auto uncover = [&](const QWidget &around, const QRect &uncovered) {
+        result &= uncovered.translated(-widget.mapTo(&around, QPoint()));
+    };
+    for (const QWidget *around = &widget; around != nullptr; around = around->parentWidget()) {
+        // Qt leaves masks out of what it takes for visible.
+        if (!around->mask().isEmpty()) {
+            uncover(*around, around->mask().boundingRect());
+        }
+        if (const auto *panel = qobject_cast<const KeyablePanel *>(around)) {
+            uncover(*panel, panel->visibleRect());
+        }
+    }
+    if (const QScreen *screen = widget.screen()) {
+        result &= screen->geometry().translated(-widget.mapToGlobal(QPoint()));
+    }
+    return result;
+}
+
+/// What of that isn't in the dark either.
+QRect legible(const QWidget &widget) {
+    QRect result = inSight(widget);
+    for (const QWidget *around = &widget; around != nullptr; around = around->parentWidget()) {
+        if (const auto *list = qobject_cast<const ListViewport *>(around)) {
+            result &= list->legibleRect().translated(-widget.mapTo(list, QPoint()));
+        }
+    }
+    return result;
+}
 
 } // namespace
 
@@ -30,6 +65,7 @@ bool ReadingTime::isOver() {
 
 void ReadingTime::startAnew() {
     m_seen = {};
+    m_hasSeenName = false;
     waitAnew();
 }
 
@@ -55,13 +91,19 @@ void ReadingTime::look() {
     const Place now = place();
     m_looks = now == m_place ? m_looks + 1 : 0;
     m_place = now;
-    m_seen += now.visible;
+    m_seen += legible(m_prompt);
+    m_hasSeenName = m_hasSeenName || showsName();
     if (m_looks < looksNeeded) {
         lookLater();
-    } else if (QRegion(m_prompt.rect()).subtracted(m_seen).isEmpty()) {
+    } else if (m_hasSeenName && QRegion(m_prompt.rect()).subtracted(m_seen).isEmpty()) {
         m_isOver = true;
         emit changed(true);
     }
+}
+
+/// What lay in the dark may come out of that where it stands.
+bool ReadingTime::hasGivenUp() const {
+    return !m_isOver && m_looks >= looksNeeded;
 }
 
 void ReadingTime::lookLater() {
@@ -69,21 +111,12 @@ void ReadingTime::lookLater() {
 }
 
 ReadingTime::Place ReadingTime::place() const {
-    const QPoint origin = m_prompt.mapToGlobal(QPoint());
-    QRect visible = m_prompt.visibleRegion().boundingRect();
-    const auto uncover = [&](const QWidget &around, const QRect &uncovered) {
-        visible &= uncovered.translated(-m_prompt.mapTo(&around, QPoint()));
-    };
-    for (const QWidget *around = &m_prompt; around != nullptr; around = around->parentWidget()) {
-        // Qt leaves masks out of what it takes for visible.
-        if (!around->mask().isEmpty()) {
-            uncover(*around, around->mask().boundingRect());
-        }
-        if (const auto *panel = qobject_cast<const KeyablePanel *>(around)) {
-            uncover(*panel, panel->visibleRect());
-        }
-    }
-    return {QRect(origin, m_prompt.size()), visible};
+    return {QRect(m_prompt.mapToGlobal(QPoint()), m_prompt.size()), inSight(m_prompt)};
+}
+
+bool ReadingTime::showsName() const {
+    const auto *row = qobject_cast<const ListRow *>(m_prompt.parentWidget());
+    return row == nullptr || legible(row->nameWidget()) == row->nameWidget().rect();
 }
 
 /// A widget is told when it moves within its parent, not when that moves.
@@ -108,7 +141,7 @@ bool ReadingTime::eventFilter(QObject *watched, QEvent *event) {
         break;
     case QEvent::Move:
     case QEvent::Resize:
-        if (m_prompt.isVisible() && place() != m_place) {
+        if (m_prompt.isVisible() && (place() != m_place || hasGivenUp())) {
             waitAnew();
         }
         break;

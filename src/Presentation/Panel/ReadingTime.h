@@ -16,7 +16,8 @@ class Scheduler;
 /// long enough to be read: 0.7 seconds. A click that was meant for what was there before comes
 /// sooner. Whatever moves the widget, uncovers more of it or changes its size begins the time anew,
 /// and so does its owner when the content changes. It isn't over either before every part of that
-/// content has been in sight. Nothing ticks once the time is over.
+/// content has been in sight, and the name of the row that the widget stands in: it says whose
+/// question it is. Nothing ticks once the time is over.
 class ReadingTime : public QObject {
     Q_OBJECT
 
@@ -49,16 +50,19 @@ private:
     };
 
     Place place() const;
+    bool showsName() const;
     void watchAncestors();
     void waitAnew();
     void look();
     void lookLater();
+    bool hasGivenUp() const;
     void stop();
 
     Scheduler &m_scheduler;
     QWidget &m_prompt;
     Place m_place;
-    QRegion m_seen;  ///< of the widget, since its content has changed
+    QRegion m_seen; ///< of the widget, since its content has changed
+    bool m_hasSeenName = false;
     int m_looks = 0; ///< in a row that have found it as it was
     bool m_isOver = false;
     Task m_nextLook;

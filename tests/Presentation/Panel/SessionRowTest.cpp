@@ -16,6 +16,7 @@
 #include <QCoreApplication>
 #include <QLabel>
 #include <QLayout>
+#include <QScreen>
 #include <QTest>
 
 namespace morvane {
@@ -176,6 +177,15 @@ TEST_F(SessionRowTest, TakesAPressOnlyForWhatHasStoodLongEnoughToBeRead) {
     EXPECT_FALSE(pressable(Seconds(3)));
     row.findChild<ApprovalStrip *>()->clearMask();
     row.move(row.pos() + QPoint(0, 20));
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(pressable(Seconds(0.85)));
+
+    // One whose lines end beyond the edge of the screen.
+    show(EventBuilder::parked("g"));
+    row.move(row.screen()->geometry().width() - 400, row.y());
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(pressable(Seconds(3)));
+    row.move(0, row.y());
     QCoreApplication::processEvents();
     EXPECT_TRUE(pressable(Seconds(0.85)));
 
