@@ -25,6 +25,11 @@ ManagedWindow::ManagedWindow(const QString &title) {
 
 void ManagedWindow::present() {
     centreAtFirst();
+    if (!isActiveWindow()) {
+        // From another desktop a request alone doesn't bring it, but it comes up on the one in
+        // front.
+        hide();
+    }
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
     raise();
@@ -68,12 +73,12 @@ void ManagedWindow::centreAtFirst() {
         screen = QGuiApplication::primaryScreen();
     }
     if (screen != nullptr) {
+        resize(size().boundedTo(screen->availableGeometry().size() * shareOfScreen));
         QRect frame = rect();
         frame.moveCenter(screen->geometry().center());
         move(frame.topLeft());
     }
 }
-        resize(size().boundedTo(screen->availableGeometry().size() * shareOfScreen));
 
 } // namespace morvane
 

@@ -13,8 +13,9 @@ public:
     /// Not shown before `present`.
     explicit ManagedWindow(const QString &title);
 
-    /// Puts the window in front, with the keyboard; in the middle of the display that has the
-    /// pointer, if it wasn't on the screen before.
+    /// Puts the window in front, with the keyboard, whichever desktop it was on; in the middle of
+    /// the display that has the pointer, and no larger than there is room for on that, if it wasn't
+    /// on the screen before.
     void present();
 
     /// Shows the window, if it isn't there already, and leaves the keyboard to whoever has it.
