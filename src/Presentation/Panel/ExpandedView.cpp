@@ -89,6 +89,7 @@ void ExpandedView::refresh() {
     if (attentionChanges || contentChanges) {
         startReading();
     }
+    m_footer->setGivesWay(needsAttention);
     m_footer->refresh();
     m_footerHeight = m_footer->sizeHint().height();
     if (width() == wantedWidth()) {
@@ -102,7 +103,6 @@ void ExpandedView::refresh() {
     scheduleAges();
 }
 
-/// Whether other entries are on show, or in another order, than before.
 /// Who waits stands at the top, and nothing else may tell of it: the open panel is in the place of
 /// the capsule. But nothing moves away under a hand that types or presses.
 void ExpandedView::showCall() {
@@ -112,6 +112,7 @@ void ExpandedView::showCall() {
     }
 }
 
+/// Whether other entries are on show, or in another order, than before.
 bool ExpandedView::takeKeys(const Entries &next) {
     QStringList keys;
     for (const RowList::Entry &entry : next) {

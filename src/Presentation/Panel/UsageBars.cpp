@@ -31,7 +31,8 @@ constexpr int headerGap = 8;
 constexpr int tabGap = 2;
 constexpr int smallSize = 10;
 constexpr QColor dividerColor = Colors::white(0.1);
-constexpr int listShare = 3; ///< of the panel's height
+constexpr int listShare = 3;  ///< of the panel's height
+constexpr int smallShare = 6; ///< and where the list gives way
 constexpr Seconds shortestInterval(30);
 /// A text is told anew just after it has become another.
 constexpr Seconds justAfter(0.002);
@@ -93,7 +94,17 @@ QHBoxLayout *UsageBars::makeHeader() {
 }
 
 void UsageBars::setContentHeightBudget(int budget) {
-    m_sessions->setHeightLimit(budget / listShare);
+    m_contentHeightBudget = budget;
+    limitList();
+}
+
+void UsageBars::setGivesWay(bool givesWay) {
+    m_givesWay = givesWay;
+    limitList();
+}
+
+void UsageBars::limitList() {
+    m_sessions->setHeightLimit(m_contentHeightBudget / (m_givesWay ? smallShare : listShare));
 }
 
 void UsageBars::select(Tab tab) {

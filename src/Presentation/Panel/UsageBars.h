@@ -34,6 +34,9 @@ public:
     /// The height of the whole panel, in points, of which a long list takes its share.
     void setContentHeightBudget(int budget);
 
+    /// Whether a list that would become too tall leaves more of that to what stands above.
+    void setGivesWay(bool givesWay);
+
     /// Takes over what there is to show now.
     void refresh();
 
@@ -61,6 +64,7 @@ private:
     static constexpr std::array allTabs{Tab::claude, Tab::codex, Tab::sessions};
 
     QHBoxLayout *makeHeader();
+    void limitList();
     void select(Tab tab);
     bool hasClaudeData() const;
     bool hasCodexData() const;
@@ -73,6 +77,8 @@ private:
 
     const PanelContext &m_context;
     std::optional<Tab> m_selected;
+    int m_contentHeightBudget = 480;
+    bool m_givesWay = false;
     TextLabel *m_title;
     std::array<UsageTabButton *, allTabs.size()> m_buttons; ///< by tab
     UsageMilestoneBadge *m_milestone;

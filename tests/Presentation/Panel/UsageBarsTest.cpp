@@ -202,6 +202,11 @@ TEST_F(UsageBarsTest, TellsHowFullTheContextsAreAndScrollsWhenThereAreMany) {
         EXPECT_LE(footer->height(), budget / 3 + 50);
         EXPECT_GT(shownIn<SessionContextRow>(view).size(), 3);
     }
+    // The room is that of the question, while there is one.
+    apply(Event::needsInput, "large");
+    view.refresh();
+    view.resize(view.sizeHint());
+    EXPECT_LE(view.findChild<UsageBars *>()->height(), 820 / 6 + 50);
 }
 
 TEST_F(UsageBarsTest, AMilestoneIsAnnouncedForAMoment) {
