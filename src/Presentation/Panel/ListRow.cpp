@@ -8,6 +8,8 @@
 #include <QBoxLayout>
 #include <QPainter>
 
+#include <utility>
+
 namespace morvane {
 
 namespace {
@@ -49,7 +51,10 @@ void ListRow::followPointer(std::optional<QPoint> pointer) {
     const auto isUnder = [&pointer](const QWidget &widget) {
         return pointer && widget.rect().contains(widget.mapFromGlobal(*pointer));
     };
-    if (!underMouse() && !isUnder(*this)) {
+    // Qt tells a row that the pointer has left it, but not a button that it hasn't led there
+    // itself.
+    const bool wasUnder = std::exchange(m_wasUnderPointer, isUnder(*this));
+    if (!underMouse() && !wasUnder && !m_wasUnderPointer) {
         return;
     }
     QList<QAbstractButton *> buttons = findChildren<QAbstractButton *>();
@@ -62,15 +67,15 @@ void ListRow::followPointer(std::optional<QPoint> pointer) {
     }
 }
 
+const QWidget &ListRow::nameWidget() const {
+    return *m_nameLine;
+}
+
 QPoint ListRow::firstLine() const {
     return m_nameLine->mapTo(this, m_nameLine->rect().center());
 }
 
 /// A click beside the field closes it, and must not take the person to the terminal as well.
-const QWidget &ListRow::nameWidget() const {
-    return *m_nameLine;
-}
-
 bool ListRow::hitButton(const QPoint &position) const {
     return !isEditing() && QAbstractButton::hitButton(position);
 }

@@ -59,6 +59,7 @@ private:
     const PanelContext &m_context;
     NameLine *m_nameLine;
     ReplyStrip *m_reply = nullptr;
+    bool m_wasUnderPointer = false; ///< when it was last told where that is
 };
 
 } // namespace morvane

@@ -202,6 +202,17 @@ TEST_F(SessionRowTest, TakesAPressOnlyForWhatHasStoodLongEnoughToBeRead) {
     EXPECT_FALSE(shownIn<OptionButton>(row).first()->isEnabled());
 }
 
+TEST_F(SessionRowTest, NothingStaysLitWhenThePointerThatItCameUnderHasGone) {
+    show(EventBuilder::parked("d"));
+    const auto *allow = shownIn<DecideButton>(row)[1];
+    row.followPointer(allow->mapToGlobal(allow->rect().center()));
+    EXPECT_TRUE(allow->underMouse());
+    // As Qt does it.
+    row.setAttribute(Qt::WA_UnderMouse, false);
+    row.followPointer(std::nullopt);
+    EXPECT_FALSE(allow->underMouse());
+}
+
 TEST_F(SessionRowTest, ShowsAllOfACallOrSaysWhatIsMissing) {
     const EventBuilder call = EventBuilder::parked("d").with(&HookEvent::toolDetail, "a b");
     row.setInputHeightLimit(160);
