@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <utility>
 
 namespace morvane {
 
@@ -196,16 +197,25 @@ void addEdit(Page &page, const Edit &edit) {
 
 using Reading = std::optional<ReadableInput> (*)(Members);
 
-std::optional<ReadableInput> readCommand(Members members) {
-    Member *const command = textOf(members, QLatin1StringView("command"));
-    if (command == nullptr || command->text().trimmed().isEmpty()) {
+/// The lines of one text, and then all that is told beside it.
+std::optional<ReadableInput> readText(Members members, QLatin1StringView key) {
+    Member *const text = textOf(members, key);
+    if (text == nullptr || text->text().trimmed().isEmpty()) {
         return std::nullopt;
     }
-    command->isTold = true;
+    text->isTold = true;
     Page page;
-    page.add(Sign::plain, command->text());
+    page.add(Sign::plain, text->text());
     page.addUntold(members);
     return page.take();
+}
+
+std::optional<ReadableInput> readCommand(Members members) {
+    return readText(std::move(members), QLatin1StringView("command"));
+}
+
+std::optional<ReadableInput> readPlan(Members members) {
+    return readText(std::move(members), QLatin1StringView("plan"));
 }
 
 std::optional<ReadableInput> readEdit(Members members) {
@@ -302,7 +312,7 @@ ReadableInput ReadableInput::of(std::string_view value) {
         return {};
     }
     for (const Reading read :
-         {&readEdit, &readEdits, &readCommand, &readWrittenFile, &readSingleText}) {
+         {&readEdit, &readEdits, &readCommand, &readWrittenFile, &readPlan, &readSingleText}) {
         if (auto result = read(members); result && !result->lines.isEmpty()) {
             return *result;
         }

@@ -32,6 +32,8 @@ TEST(ReadableInput, ShowsWhatRuns) {
               "#    1,\n#    {}\n#  ]\n#}");
     // The reader of the detail takes the first of two members of a key; the other isn't lost.
     EXPECT_EQ(page(R"({"c\u006fmmand":"ls","command":"rm"})"), " ls\n#\"command\": \"rm\"");
+    EXPECT_EQ(page(R"({"allowed":["rm"],"plan":"# Plan\n\n1. Look"})"),
+              " # Plan\n \n 1. Look\n#\"allowed\": [\n#  \"rm\"\n#]");
     EXPECT_EQ(page(R"({"command":" ", "x": "\ud800"})"),
               " {\n   \"command\": \" \",\n   \"x\": \"\\ud800\"\n }");
     EXPECT_EQ(page(R"({"command":["ls","-l"]})"),
