@@ -5,6 +5,7 @@
 #include "App/StatusMenu.h"
 
 #include <QCoreApplication>
+#include <QWindow>
 
 #include <variant>
 
@@ -88,7 +89,18 @@ void AppDelegate::applicationShouldHandleReopen() {
     openSettings();
     if (!m_statusItem->isShown()) {
         showPanel();
+        m_settingsWindow->windowHandle()->installEventFilter(this);
     }
+}
+
+/// The panel may lie above the settings that were opened with it, and gives way to whoever turns to
+/// these.
+bool AppDelegate::eventFilter(QObject *watched, QEvent *event) {
+    if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::KeyPress) {
+        watched->removeEventFilter(this);
+        m_controller->presenterManager()->collapseAllExpanded();
+    }
+    return QObject::eventFilter(watched, event);
 }
 
 /// Whoever quits in the middle of the welcome has seen it.

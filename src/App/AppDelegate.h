@@ -32,6 +32,9 @@ public:
     /// The program was started again while it ran: the person is looking for it.
     void applicationShouldHandleReopen();
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 signals:
     /// The program is to end, and the one that has been installed over it to start in its place.
     void restartRequested();

@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QTest>
 #include <QWindow>
 
 namespace morvane {
@@ -101,6 +102,15 @@ TEST_F(AppDelegateTest, ShowsItsSettingsWhenStartedAgainAndThePanelWhereNoIconLe
     EXPECT_EQ(titles(), QStringList{title});
     EXPECT_EQ(windowTitled(title)->size(), QSize(700, 500));
     EXPECT_TRUE(isOverlayShown());
+    const auto isPanelOpen = [this] {
+        scheduler.advance(Seconds(1));
+        const auto &overlays = static_cast<FakeOverlayWindows &>(*platform.overlays).alive;
+        return overlays.first()->geometry.width() >= 520;
+    };
+    EXPECT_TRUE(isPanelOpen());
+    // Which may cover the very button that is looked for.
+    QTest::mouseClick(windowTitled(title)->windowHandle(), Qt::LeftButton);
+    EXPECT_FALSE(isPanelOpen());
 }
 
 TEST_F(AppDelegateTest, StartsWithoutAScreen) {
