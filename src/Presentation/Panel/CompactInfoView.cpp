@@ -54,14 +54,21 @@ void CompactInfoView::refresh() {
                                                                         : std::nullopt);
     m_time->setVisible(m_milestone->isHidden());
     m_count->setVisible(m_milestone->isHidden() && count > 1);
-    if (m_since) {
-        // So that the capsule keeps its width while the seconds run. Not before there is a time:
-        // the first question about a font is what loads all fonts, and costs more than a window.
-        m_time->setMinimumWidth(m_time->fontMetrics().horizontalAdvance(tr("<1m")) + 2);
-    }
+    // Not before there is a time: the first question about a font is what loads all fonts, and
+    // costs more than a window.
+    setMinimumWidth(m_since ? steadyWidth() : 0);
     setVisible(m_since.has_value());
     showTime();
     scheduleMinute();
+}
+
+/// With which the capsule keeps its own while the seconds run, in the middle of it.
+int CompactInfoView::steadyWidth() const {
+    if (m_time->isHidden()) {
+        return 0;
+    }
+    const int time = m_time->fontMetrics().horizontalAdvance(tr("<1m")) + 2;
+    return m_count->isHidden() ? time : time + layout()->spacing() + m_count->sizeHint().width();
 }
 
 QString CompactInfoView::count() const {

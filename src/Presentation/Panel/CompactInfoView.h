@@ -43,6 +43,7 @@ protected:
     void hideEvent(QHideEvent *event) override;
 
 private:
+    int steadyWidth() const;
     QString timeInMinutes() const;
     void showTime();
     void scheduleMinute();
