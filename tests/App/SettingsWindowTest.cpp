@@ -181,7 +181,7 @@ TEST_F(SettingsWindowTest, TakesTheKeyThatIsPressedForThePanel) {
     EXPECT_EQ(window->focusWidget(), field);
     // On another layout something else stands there.
     press(Qt::Key_Ampersand, Qt::ControlModifier, 2);
-    EXPECT_TRUE(reads("The open panel needs Ctrl 1–5 for its answers."));
+    EXPECT_TRUE(reads("The open panel needs Ctrl+1–Ctrl+5 for its answers."));
     press(Qt::Key_Q, Qt::MetaModifier, 0);
     EXPECT_TRUE(reads("That key can't be used."));
     EXPECT_EQ(settings.panelKey(), PanelKey::usual());

@@ -15,7 +15,7 @@ TEST_F(WelcomeTest, OffersANewcomerNoKeyThatDoesNothing) {
     window->findChild<OnboardingView *>()->go(2);
     scheduler.advance(Seconds(1));
     EXPECT_TRUE(reads("Hover the capsule to open the panel."));
-    EXPECT_FALSE(reads("Ctrl 1–5"));
+    EXPECT_FALSE(reads("Ctrl+1–Ctrl+5"));
     statusItemHost().setPresent(true);
     EXPECT_TRUE(reads("Click the alien in the tray to open the panel."));
     // The person answers the desktop's question only now.

@@ -47,11 +47,11 @@ QString PlatformWords::panelKey(const HotKey &key, HotKeys::State state, bool is
 }
 
 QString PlatformWords::digitShortcut(int digit) {
-    return tr("Ctrl %1").arg(digit);
+    return tr("Ctrl+%1").arg(digit);
 }
 
 QString PlatformWords::digitShortcuts(int first, int last) {
-    return tr("Ctrl %1–%2").arg(first).arg(last);
+    return tr("Ctrl+%1–Ctrl+%2").arg(first).arg(last);
 }
 
 QString PlatformWords::everythingStaysHere() {

@@ -116,7 +116,7 @@ TEST_F(ExpandedViewTest, ARecordReopensAndGivesWayToAQuestion) {
     ASSERT_EQ(records().size(), 2);
     QTest::mouseClick(records()[1], Qt::LeftButton, {}, QPoint(200, 10));
     EXPECT_EQ(reopened, QStringList({"/a"}));
-    EXPECT_EQ(textsIn<Badge>(view), QStringList({"Ctrl 1", "Ctrl 2"}));
+    EXPECT_EQ(textsIn<Badge>(view), QStringList({"Ctrl+1", "Ctrl+2"}));
 
     apply(Event::needsInput, "asking");
     refresh();
@@ -422,6 +422,9 @@ TEST_F(ExpandedViewTest, TakesTheRoomThatItsContentNeeds) {
     apply(Event::needsInput);
     refresh();
     EXPECT_GT(view.width(), narrow);
+    view.setContentWidthBudget(400);
+    refresh();
+    EXPECT_EQ(view.width(), 400);
 
     for (int index = 0; index < 30; ++index) {
         apply(Event::promptSubmit, QString::number(index));
@@ -451,6 +454,3 @@ TEST_F(ExpandedViewTest, NoTextIsCutOffAtItsFoot) {
 
 } // namespace
 } // namespace morvane
-    view.setContentWidthBudget(400);
-    refresh();
-    EXPECT_EQ(view.width(), 400);
