@@ -12,6 +12,7 @@ std::span<const Listed> all() {
                {3, 0, 0},
                {.remembering = AgentContract::Remembering::ruleUpdate,
                 .subagentsAsk = true,
+                .wantsPlansBack = true,
                 .announcesWhileAsking = true,
                 .tellsLastWords = true,
                 .interruptsByHangUp = true,

@@ -39,14 +39,27 @@ json allowing(const AgentDecision &decision, const std::optional<QString> &tool,
 }
 
 /// The agent runs the tool with the input that it gets back, so all of it goes back just as it is
-/// spelled, with the answers put in. None when there is no input to put them into.
-std::optional<std::string> answering(const AgentDecision &decision, QByteArrayView payload) {
+/// spelled. None when there is no input.
+std::optional<std::string_view> inputOf(QByteArrayView payload) {
     if (!JsonObject::parse(payload)) {
         return std::nullopt;
     }
     const std::string_view body(payload.data(), static_cast<std::size_t>(payload.size()));
     const auto input = JsonMembers::find(body, u"tool_input");
-    if (!input || !input->starts_with('{')) {
+    return input && input->starts_with('{') ? input : std::nullopt;
+}
+
+std::optional<std::string> givingBack(QByteArrayView payload) {
+    const auto input = inputOf(payload);
+    return input
+               ? std::optional(R"({"behavior":"allow","updatedInput":)" + std::string(*input) + "}")
+               : std::nullopt;
+}
+
+/// With the answers put in.
+std::optional<std::string> answering(const AgentDecision &decision, QByteArrayView payload) {
+    const auto input = inputOf(payload);
+    if (!input) {
         return std::nullopt;
     }
     json answers = json::object();
@@ -96,7 +109,7 @@ std::optional<QByteArray> ClaudeAdapter::encodeDecision(const AgentDecision &dec
     std::optional<std::string> result;
     switch (decision.kind) {
     case AgentDecision::Kind::allow:
-        result = R"({"behavior":"allow"})";
+        result = tool && wantsBack(*tool) ? givingBack(payload) : R"({"behavior":"allow"})";
         break;
     case AgentDecision::Kind::deny:
         result = R"({"behavior":"deny"})";

@@ -62,6 +62,10 @@ bool AgentAdapter::launchesSubagent(const QString &toolName) const {
     return m_contract.spawnsAgents && toolName == QLatin1String("spawn_agent");
 }
 
+bool AgentAdapter::wantsBack(const QString &toolName) const {
+    return m_contract.wantsPlansBack && toolName == QLatin1String("ExitPlanMode");
+}
+
 nlohmann::json AgentAdapter::hookEntry(const QString &command,
                                        const std::optional<QString> &matcher,
                                        const HookWait &wait) const {

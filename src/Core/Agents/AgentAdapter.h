@@ -99,6 +99,9 @@ public:
     /// True when the agent launches a subagent with this tool, which the others don't know.
     bool launchesSubagent(const QString &toolName) const;
 
+    /// True when the agent shows a plan with this tool, and wants it back.
+    bool wantsBack(const QString &toolName) const;
+
     /// One entry of the settings file's hooks.
     virtual nlohmann::json hookEntry(const QString &command, const std::optional<QString> &matcher,
                                      const HookWait &wait) const;

@@ -42,6 +42,9 @@ struct AgentContract {
     /// A subagent asks for permission as its session does, and takes an answer.
     bool subagentsAsk = false;
 
+    /// A plan that its person is shown is approved only by an answer that gives it back.
+    bool wantsPlansBack = false;
+
     /// The hooks of one call start together, so that the announcement of a call may come after its
     /// own request for permission.
     bool announcesWhileAsking = false;

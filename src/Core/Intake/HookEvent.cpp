@@ -223,6 +223,7 @@ std::optional<HookEvent> HookEvent::decode(const AgentAdapter &adapter, const QS
     event.cwd = adapter.cwd(*body);
     event.toolName = body->string("tool_name");
     event.launchesSubagent = event.toolName && adapter.launchesSubagent(*event.toolName);
+    event.asksAnew = event.toolName && adapter.wantsBack(*event.toolName);
     event.toolUseID = body->string("tool_use_id");
     const auto input = JsonObject::object(body->root(), "tool_input");
     if (input) {

@@ -62,6 +62,7 @@ struct HookEvent {
     std::optional<QString> agentID; ///< set when the event comes from inside a subagent
     bool launchesSubagent = false;  ///< the tool is a release's own for that
     bool asksForSubagent = false;   ///< the request of a subagent can be answered like any other
+    bool asksAnew = false; ///< the agent asks for each such call, whatever it was told before
     /// The agent's last words of the turn that has ended, one line; an empty text tells that there
     /// are none. Absent where the transcript has to be asked.
     std::optional<QString> lastWords;

@@ -331,14 +331,14 @@ void setPending(Session &session, const Context &context, const QString &decisio
                             .expiresAt = expiresAt};
         return;
     }
-    session.pendingApproval =
-        PendingApproval{.id = decisionID,
-                        .toolName = event.toolName.value_or(SessionTransition::tr("tool")),
-                        .detail = event.toolDetail,
-                        .input = event.toolInput,
-                        .expiresAt = expiresAt,
-                        .ofSubagent = event.asksForSubagent,
-                        .allowsRemembering = adapter.supportsRememberedDecisions()};
+    session.pendingApproval = PendingApproval{
+        .id = decisionID,
+        .toolName = event.toolName.value_or(SessionTransition::tr("tool")),
+        .detail = event.toolDetail,
+        .input = event.toolInput,
+        .expiresAt = expiresAt,
+        .ofSubagent = event.asksForSubagent,
+        .allowsRemembering = adapter.supportsRememberedDecisions() && !event.asksAnew};
 }
 
 SessionTransition ask(const Context &context) {

@@ -73,6 +73,24 @@ TEST(AgentReleases, TakeAnAlwaysAsAChangeOfRules) {
     }
 }
 
+TEST(AgentReleases, TakeAPlanBackAsItIsSpelled) {
+    const auto answer = [](const Release &release, const char *tool, const char *body) {
+        return AgentRegistry::adapter(claude, release)
+            .encodeDecision(AgentDecision::allow(), tool, body, "P")
+            .value_or("none");
+    };
+    const Release listed({2, 1, 332});
+    const QByteArray bare = answer(listed, "Bash", R"({"tool_input":{"a":1}})");
+    EXPECT_FALSE(bare.contains("updatedInput"));
+    for (const char *plan : {"{}", R"({"plan":"1. \ud83d","n":1.0})"}) {
+        const QByteArray body = QByteArray(R"({"tool_input": )") + plan + " }";
+        const QByteArray taken = QByteArray(R"("allow","updatedInput":)") + plan + '}';
+        EXPECT_TRUE(answer(listed, "ExitPlanMode", body).contains(taken)) << plan;
+        EXPECT_EQ(answer({}, "ExitPlanMode", body), bare);
+    }
+    EXPECT_EQ(answer(listed, "ExitPlanMode", "{}"), "none");
+}
+
 TEST(ProgramReleases, AreToldByThePackageOrThePath) {
     const TemporaryHome home;
     home.write("npm/@anthropic-ai/claude-code/package.json",

@@ -43,6 +43,17 @@ TEST_F(UnsaidTest, AnAnnouncementThatComesLateDoesNotHideItsOwnRequest) {
     }
 }
 
+TEST_F(UnsaidTest, APlanCannotBeAllowedForGood) {
+    for (const char *tool : {"ExitPlanMode", "Bash"}) {
+        tell(claude, "PermissionRequest",
+             QByteArray(R"("tool_input":{"plan":"1. Rest"},"tool_name":")") + tool + '"', "d");
+        ASSERT_TRUE(session().pendingApproval);
+        EXPECT_EQ(session().pendingApproval->choices().contains(
+                      AgentDecision::allowRemembering(AgentDecision::Scope::session)),
+                  tool == QLatin1String("Bash"));
+    }
+}
+
 TEST_F(UnsaidTest, ASubagentOfCodexAsksForItsSession) {
     const QByteArray ofSubagent = QByteArray(make) + R"(,"agent_id":"a","cwd":"/elsewhere")";
     tell(codex, "UserPromptSubmit", R"("prompt":"go","cwd":"/srv")");
