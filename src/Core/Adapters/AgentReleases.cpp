@@ -13,6 +13,7 @@ std::span<const Listed> all() {
                {.remembering = AgentContract::Remembering::ruleUpdate,
                 .subagentsAsk = true,
                 .wantsPlansBack = true,
+                .tellsWhoElseAsks = true,
                 .announcesWhileAsking = true,
                 .tellsLastWords = true,
                 .interruptsByHangUp = true,

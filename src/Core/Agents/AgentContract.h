@@ -45,6 +45,10 @@ struct AgentContract {
     /// A plan that its person is shown is approved only by an answer that gives it back.
     bool wantsPlansBack = false;
 
+    /// Notifications of their own tell that a teammate, or a server of the agent's tools, waits for
+    /// the person.
+    bool tellsWhoElseAsks = false;
+
     /// The hooks of one call start together, so that the announcement of a call may come after its
     /// own request for permission.
     bool announcesWhileAsking = false;

@@ -91,6 +91,20 @@ TEST(AgentReleases, TakeAPlanBackAsItIsSpelled) {
     EXPECT_EQ(answer(listed, "ExitPlanMode", "{}"), "none");
 }
 
+TEST(AgentReleases, TellWhoElseAsks) {
+    const auto meaning = [](const Release &release, const char *type) {
+        return AgentRegistry::adapter(claude, release).canonical("Notification", type);
+    };
+    const Release listed({2, 1, 332});
+    for (const char *type :
+         {"elicitation_dialog", "elicitation_url_dialog", "worker_permission_prompt"}) {
+        EXPECT_EQ(meaning(listed, type), CanonicalEvent::needsInput) << type;
+        EXPECT_EQ(meaning({}, type), std::nullopt) << type;
+    }
+    EXPECT_EQ(meaning(listed, "elicitation_response"), std::nullopt);
+    EXPECT_EQ(meaning(listed, "idle_prompt"), CanonicalEvent::idle);
+}
+
 TEST(ProgramReleases, AreToldByThePackageOrThePath) {
     const TemporaryHome home;
     home.write("npm/@anthropic-ai/claude-code/package.json",
