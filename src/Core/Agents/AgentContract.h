@@ -42,6 +42,9 @@ struct AgentContract {
     /// A subagent asks for permission as its session does, and takes an answer.
     bool subagentsAsk = false;
 
+    /// The agent asks in its terminal only once a hook that waits has ended without an answer.
+    bool asksAfterHook = false;
+
     /// A plan that its person is shown is approved only by an answer that gives it back.
     bool wantsPlansBack = false;
 

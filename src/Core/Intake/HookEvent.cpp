@@ -246,6 +246,7 @@ std::optional<HookEvent> HookEvent::decode(const AgentAdapter &adapter, const QS
     }
     event.isCompaction = event.kind == CanonicalEvent::sessionStart &&
                          body->string("source") == QLatin1String("compact");
+    event.asksAfterHook = contract.asksAfterHook;
     event.endsTurnsInTranscript = contract.endsTurnsInTranscript;
     event.titlesLag = contract.titlesLag;
     if (adapter.reportsBackgroundTasks()) {

@@ -51,10 +51,16 @@ bool isAskedBySubagent(const Session &session) {
     return session.pendingApproval && session.pendingApproval->ofSubagent;
 }
 
-/// What is told late of the very call that waits has come to pass before it.
-bool isLate(const Session &session, const HookEvent &event) {
-    return session.pendingDecisionID() && !event.call.isEmpty() &&
-           event.call == session.pendingCall;
+/// Whether the call that waits goes on to do so: what is told late of it has come to pass before
+/// it, and where no terminal asks for it meanwhile, nothing that its asker does beside it is an
+/// answer.
+bool waitsOn(const Session &session, const HookEvent &event) {
+    if (!session.pendingDecisionID()) {
+        return false;
+    }
+    const bool isLate = !event.call.isEmpty() && event.call == session.pendingCall;
+    return isLate ||
+           (event.asksAfterHook && event.agentID.value_or(QString()) == session.pendingSubagent);
 }
 
 void takeWorkingDirectory(Session &session, const Context &context) {
@@ -149,11 +155,13 @@ SessionTransition promptSubmit(const Context &context) {
 SessionTransition toolUse(const Context &context) {
     const HookEvent &event = context.event;
     Session session = lookUpOrMake(context, SessionState::working);
-    if (!isLate(session, event)) {
-        session.state = SessionState::working;
+    if (!waitsOn(session, event)) {
         session.askers.remove(QString());
         session.subagentGoesOn = false;
-        session.pendingExternalResponse.reset();
+        if (!event.asksAfterHook || !session.pendingDecisionID()) {
+            session.state = SessionState::working;
+            session.pendingExternalResponse.reset();
+        }
     }
     session.currentTool = event.toolName;
     if (event.launchesSubagent || (event.toolName && HookEvent::isSubagentTool(*event.toolName))) {
@@ -169,7 +177,7 @@ SessionTransition toolUse(const Context &context) {
 /// A subagent that has asked goes on, so it has been answered in its terminal. Like the session's
 /// own, its decision stays: the tool may have been called beside the one that waits.
 SessionTransition subagentToolUse(const Context &context) {
-    if (!context.before || isLate(*context.before, context.event)) {
+    if (!context.before || waitsOn(*context.before, context.event)) {
         return {};
     }
     Session session = *context.before;

@@ -62,7 +62,8 @@ struct SessionSurroundings {
 ///     (6) ignored when it was last active too long ago
 ///     (7) unchanged while anything waits for an answer
 ///     (8) failed where that is what ended it
-///     (9) unchanged by the announcement of the very call that waits
+///     (9) unchanged by the announcement of the very call that waits, and by others where no
+///         terminal asks for it meanwhile
 ///     (10) unchanged while a subagent waits with a call
 ///     (11) done where the turn was over before, and only a subagent that had asked went on
 ///     (12) failed where that is how it ended
