@@ -72,7 +72,7 @@ TEST_F(SettingsWindowTest, ConnectsRepairsAndDisconnectsAnAgent) {
 
     const QByteArray connected = read(".claude/settings.json");
     home.write(".claude/settings.json", R"({"disableAllHooks":true,)" + connected.mid(1));
-    QCoreApplication::sendEvent(window, &comingBack);
+    comeBack();
     EXPECT_TRUE(reads("All hooks of Claude Code are switched off in its settings"));
     EXPECT_EQ(button("Repair Claude Code"), nullptr);
     home.write(".claude/settings.json", connected);

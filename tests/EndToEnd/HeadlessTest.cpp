@@ -1,5 +1,6 @@
 #include "EndToEnd/ChildProcess.h"
 #include "EndToEnd/ProgramHome.h"
+#include "Support/WaitUntil.h"
 
 #include <QDir>
 #include <QFile>
