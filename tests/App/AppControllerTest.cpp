@@ -230,6 +230,7 @@ TEST_F(AppControllerTest, RemovesEverythingButWhatIsPeoplesOwnAndReports) {
             " could not be understood\n• preferences and session history");
     EXPECT_EQ(read(".claude/settings.json"), "{}\n");
     QDir(home.path(".config/opencode")).removeRecursively();
+    connections.refreshStatus();
     // What still happens before the program is quit leaves no trace either.
     store.apply(EventBuilder(CanonicalEvent::turnEnd));
     store.renameCwd("/p", "Mine");

@@ -208,20 +208,6 @@ TEST_F(ScreenTest, TakesThePlaceOfOneThatHasNoScreen) {
     EXPECT_TRUE(home.read(".config/morvane/io.morvane.morvane.json").contains("completedHistory"));
 }
 
-TEST_P(ManagedScreenTest, ItsSettingsComeToTheDesktopThatTheyAreAskedForOn) {
-    const QString title("Morvane Settings");
-    EXPECT_EQ(start({MORVANE})->wait(), 0);
-    const QStringList askDesktop{"xdotool", "search", "--name", title, "get_desktop_for_window"};
-    EXPECT_TRUE(waitUntil([&] { return display->run(askDesktop); }));
-    display->goToDesktop(1);
-    EXPECT_TRUE(waitUntil([&] { return display->focusedTitle() != title.toUtf8(); }));
-    EXPECT_EQ(start({MORVANE})->wait(), 0);
-    EXPECT_TRUE(waitUntil([&] { return display->focusedTitle() == title.toUtf8(); }));
-    // They come, and nobody is taken to them.
-    EXPECT_FALSE(
-        display->run({"xdotool", "search", "--onlyvisible", "--name", QString("^terminal$")}));
-}
-
 TEST_F(ScreenTest, ARightClickOpensTheMenuAndTheTerminalKeepsTheFocus) {
     home.write(".claude/settings.json", "{}");
     const auto hasMenu = [this] { return find("menu item", "Quit Morvane").has_value(); };

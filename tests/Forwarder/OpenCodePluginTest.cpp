@@ -129,8 +129,9 @@ TEST_F(OpenCodePlugin, KeepsCallingWhileAnotherToolStarts) {
         ["tool.execute.before", {"tool": "read", "sessionID": "ses_1"}, {"args": {}}]
     ])";
     expectTold(steps, R"({"ses_1": {}})",
-               {"tool.execute.before ses_1", "permission.asked ses_1: bash: touch a; make",
-                "tool.execute.before ses_1", "tool.execute.before ses_1", "session.deleted ses_1"});
+               {"tool.execute.before ses_1: bash", "permission.asked ses_1: bash: touch a; make",
+                "tool.execute.before ses_1: bash", "tool.execute.before ses_1: read",
+                "session.deleted ses_1"});
 }
 
 TEST_F(OpenCodePlugin, TellsHowATurnHasEnded) {
@@ -162,7 +163,7 @@ TEST_F(OpenCodePlugin, PassesOverWhatItDoesNotUnderstand) {
         ["tool.execute.before", {"tool": "bash", "sessionID": "ses_1"}, {}],
         ["session.deleted", {"info": {"id": "ses_1"}}]
     ])";
-    expectTold(steps, "{}", {"tool.execute.before ses_1", "session.deleted ses_1"});
+    expectTold(steps, "{}", {"tool.execute.before ses_1: bash", "session.deleted ses_1"});
 }
 
 TEST_F(OpenCodePlugin, SaysWhereItRuns) {
