@@ -77,14 +77,15 @@ std::optional<Failure> JsonHookTarget::install() const {
     if (auto failure = feeds ? m_scripts.writeStatusLineScript() : std::nullopt) {
         return failure;
     }
+    const bool isReviewed = m_adapter.reviewsPath().has_value();
     bool changes = false;
     auto failure = m_settings.editOrCreate([&](json &root) {
-        const json before = root;
+        const json before = isReviewed ? root : json();
         putInto(root);
         changes = changes || root != before;
         return true;
     });
-    if (!failure && changes && m_adapter.reviewsPath()) {
+    if (!failure && isReviewed && changes) {
         noteChange();
     }
     return failure;

@@ -1,6 +1,5 @@
 #include "Core/Hooks/SettingsComments.h"
 
-#include "Core/Ground/RegularFile.h"
 #include "Core/Ground/WholeFile.h"
 #include "Core/Hooks/SettingsOrigin.h"
 
@@ -10,7 +9,6 @@
 #include <cerrno>
 #include <span>
 #include <string_view>
-#include <system_error>
 
 namespace morvane {
 
@@ -78,7 +76,7 @@ std::optional<Failure> SettingsComments::rescue(const QString &copyPath,
     const auto rescued = SettingsOrigin::ownContent(path);
     const QFileInfo present(path);
     if (!rescued && present.isFile() && !present.isSymbolicLink()) {
-        return Failure{QString::fromStdString(std::generic_category().message(errno))};
+        return systemFailure(errno);
     }
     const QByteArrayList held = staying + QByteArrayList{rescued.value_or(QByteArray())};
     const auto isHeld = [&](const QByteArray &comment) {

@@ -1,5 +1,7 @@
 #include "Core/Sessions/SessionOrder.h"
 
+#include "Core/Settings/PanelKey.h"
+
 #include <QSet>
 
 #include <algorithm>
@@ -9,7 +11,7 @@ namespace morvane::SessionOrder {
 
 namespace {
 
-constexpr qsizetype maxJumpable = 5;
+constexpr qsizetype maxJumpable = PanelKey::digitCount;
 
 int rank(SessionState state) {
     switch (state) {

@@ -1,22 +1,13 @@
 #include "Core/Sessions/SessionTransition.h"
 
-#include "Core/Adapters/AgentRegistry.h"
-#include "Core/Agents/AgentAdapter.h"
 #include "Core/Agents/HookTimeout.h"
-#include "Core/Ground/BoundedText.h"
-#include "Core/Ground/VisibleText.h"
-
-#include <QSet>
+#include "Core/Sessions/PendingRequest.h"
 
 #include <algorithm>
 
 namespace morvane {
 
 namespace {
-
-// Of a question that the panel asks.
-constexpr qsizetype mostOptions = 20;
-constexpr qsizetype longestHeader = 24; ///< which shares a line
 
 struct Context {
     const std::optional<Session> &before;
@@ -290,63 +281,18 @@ SessionTransition sessionEnd(const Context &context) {
     return {SessionTransition::Write::remove, *context.before, {}, false};
 }
 
-/// Whether the panel shows it whole.
-bool canBeRead(const QString &text) {
-    return text.size() <= BoundedText::paragraphLength &&
-           VisibleText::paragraph(text).size() <= BoundedText::paragraphLength;
-}
-
-bool canBeRead(const AgentQuestion &question) {
-    return question.isWhole && canBeRead(question.question) &&
-           VisibleText::of(question.header.value_or(QString())).size() <= longestHeader &&
-           question.options.size() <= mostOptions &&
-           std::ranges::all_of(question.options, [](const AgentOption &option) {
-               return canBeRead(option.label) && canBeRead(option.description.value_or(QString()));
-           });
-}
-
-bool answerableHere(const HookEvent &event) {
-    if (!event.questions) {
-        return true;
-    }
-    QSet<QString> texts; // by which the answers are told apart
-    for (const AgentQuestion &question : *event.questions) {
-        texts.insert(question.question);
-    }
-    return AgentRegistry::adapter(event.agent).supportsQuestionAnswers() &&
-           texts.size() == event.questions->size() &&
-           std::ranges::all_of(*event.questions, [](const AgentQuestion &question) {
-               return !question.multiSelect && canBeRead(question);
-           });
-}
-
 void setPending(Session &session, const Context &context, const QString &decisionID) {
     const HookEvent &event = context.event;
-    const AgentAdapter &adapter = AgentRegistry::adapter(event.agent);
     const Date expiresAt = context.now + decisionLimit;
     SessionTransition::forgetDecision(session);
     session.pendingExternalResponse.reset();
     session.pendingCall = event.call;
     session.pendingSubagent = event.agentID.value_or(QString());
     if (event.questions) {
-        session.pendingQuestion =
-            PendingQuestion{.id = decisionID,
-                            .questions = *event.questions,
-                            .toolName = event.toolName.value_or(SessionTransition::tr("tool")),
-                            .onlyAsks = event.toolName && event.toolName == adapter.questionTool(),
-                            .input = event.toolInput,
-                            .answers = {},
-                            .expiresAt = expiresAt};
-        return;
+        session.pendingQuestion = PendingRequest::question(event, decisionID, expiresAt);
+    } else {
+        session.pendingApproval = PendingRequest::approval(event, decisionID, expiresAt);
     }
-    session.pendingApproval = PendingApproval{
-        .id = decisionID,
-        .toolName = event.toolName.value_or(SessionTransition::tr("tool")),
-        .detail = event.toolDetail,
-        .input = event.toolInput,
-        .expiresAt = expiresAt,
-        .ofSubagent = event.asksForSubagent,
-        .allowsRemembering = adapter.supportsRememberedDecisions() && !event.asksAnew};
 }
 
 SessionTransition ask(const Context &context) {
@@ -354,7 +300,7 @@ SessionTransition ask(const Context &context) {
     if (!event.decisionID) {
         return markNeedsInput(context, std::nullopt);
     }
-    if (!answerableHere(event)) {
+    if (!PendingRequest::isAnswerableHere(event)) {
         SessionTransition result = markNeedsInput(
             context, PendingExternalResponse{event.questions.value_or(QList<AgentQuestion>()),
                                              event.responseMessage});

@@ -32,6 +32,16 @@ protected:
         view.resize(view.sizeHint());
     }
 
+    /// So many sessions, a second apart, each in a folder of its own.
+    void work(int count) {
+        for (int index = 0; index < count; ++index) {
+            apply(EventBuilder(Event::promptSubmit)
+                      .in(QString::number(index))
+                      .with(&HookEvent::cwd, QString::number(index)));
+            scheduler.advance(Seconds(1));
+        }
+    }
+
     QList<SessionRow *> rows() const { return shownIn<SessionRow>(view); }
     /// Who is shown now, from top to bottom.
     QString order() {
@@ -256,12 +266,7 @@ TEST_F(ExpandedViewTest, ALongListMakesItsRowsAsTheyComeIntoSight) {
 }
 
 TEST_F(ExpandedViewTest, ARenameKeepsItsPlaceAndItsRow) {
-    for (int index = 0; index < 20; ++index) {
-        apply(EventBuilder(Event::promptSubmit)
-                  .in(QString::number(index))
-                  .with(&HookEvent::cwd, QString::number(index)));
-        scheduler.advance(Seconds(1));
-    }
+    work(20);
     view.setContentHeightBudget(300);
     refresh();
     const auto edit = [this](qsizetype row) {
@@ -299,12 +304,7 @@ TEST_F(ExpandedViewTest, ARenameKeepsItsPlaceAndItsRow) {
 }
 
 TEST_F(ExpandedViewTest, GoesToWhoeverBeginsToWaitButNotUnderAHandThatIsBusy) {
-    for (int index = 0; index < 30; ++index) {
-        apply(EventBuilder(Event::promptSubmit)
-                  .in(QString::number(index))
-                  .with(&HookEvent::cwd, QString::number(index)));
-        scheduler.advance(Seconds(1));
-    }
+    work(30);
     view.setContentHeightBudget(400);
     const auto isCallInSight = [this] {
         refresh();

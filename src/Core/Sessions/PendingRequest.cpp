@@ -1,0 +1,79 @@
+#include "Core/Sessions/PendingRequest.h"
+
+#include "Core/Adapters/AgentRegistry.h"
+#include "Core/Agents/AgentAdapter.h"
+#include "Core/Ground/BoundedText.h"
+#include "Core/Ground/VisibleText.h"
+
+#include <QCoreApplication>
+#include <QSet>
+
+#include <algorithm>
+
+namespace morvane::PendingRequest {
+
+namespace {
+
+// Of a question that the panel asks.
+constexpr qsizetype mostOptions = 20;
+constexpr qsizetype longestHeader = 24; ///< which shares a line
+
+/// Whether the panel shows it whole.
+bool canBeRead(const QString &text) {
+    return text.size() <= BoundedText::paragraphLength &&
+           VisibleText::paragraph(text).size() <= BoundedText::paragraphLength;
+}
+
+bool canBeRead(const AgentQuestion &question) {
+    return question.isWhole && canBeRead(question.question) &&
+           VisibleText::of(question.header.value_or(QString())).size() <= longestHeader &&
+           question.options.size() <= mostOptions &&
+           std::ranges::all_of(question.options, [](const AgentOption &option) {
+               return canBeRead(option.label) && canBeRead(option.description.value_or(QString()));
+           });
+}
+
+QString toolOf(const HookEvent &event) {
+    return event.toolName.value_or(QCoreApplication::translate("PendingRequest", "tool"));
+}
+
+} // namespace
+
+bool isAnswerableHere(const HookEvent &event) {
+    if (!event.questions) {
+        return true;
+    }
+    QSet<QString> texts; // by which the answers are told apart
+    for (const AgentQuestion &question : *event.questions) {
+        texts.insert(question.question);
+    }
+    return AgentRegistry::adapter(event.agent).supportsQuestionAnswers() &&
+           texts.size() == event.questions->size() &&
+           std::ranges::all_of(*event.questions, [](const AgentQuestion &question) {
+               return !question.multiSelect && canBeRead(question);
+           });
+}
+
+PendingQuestion question(const HookEvent &event, const QString &decisionID, Date expiresAt) {
+    const auto asking = AgentRegistry::adapter(event.agent).questionTool();
+    return {.id = decisionID,
+            .questions = *event.questions,
+            .toolName = toolOf(event),
+            .onlyAsks = event.toolName && event.toolName == asking,
+            .input = event.toolInput,
+            .answers = {},
+            .expiresAt = expiresAt};
+}
+
+PendingApproval approval(const HookEvent &event, const QString &decisionID, Date expiresAt) {
+    const AgentAdapter &adapter = AgentRegistry::adapter(event.agent);
+    return {.id = decisionID,
+            .toolName = toolOf(event),
+            .detail = event.toolDetail,
+            .input = event.toolInput,
+            .expiresAt = expiresAt,
+            .ofSubagent = event.asksForSubagent,
+            .allowsRemembering = adapter.supportsRememberedDecisions() && !event.asksAnew};
+}
+
+} // namespace morvane::PendingRequest
