@@ -176,7 +176,7 @@ void AppController::tellMilestones() {
 
 void AppController::readTranscripts() {
     m_store.readTranscript = [this](AgentKind agent, const QString &path,
-                                    SessionStore::UseTranscript use) {
+                                    SessionTranscripts::Use use) {
         m_platform.background->compute(
             [agent, path] {
                 const auto release = AgentRegistry::adapter(agent).transcriptRelease(path);

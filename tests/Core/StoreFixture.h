@@ -53,7 +53,7 @@ protected:
         QObject::connect(&store, &SessionStore::stateChanges, &store,
                          [this](SessionState state) { announced.append(nameOf(state)); });
         store.readTranscript = [this](AgentKind agent, const QString &path,
-                                      SessionStore::UseTranscript use) {
+                                      SessionTranscripts::Use use) {
             reads.append(displayName(agent) + " " + path);
             running.push_back(std::move(use));
         };
@@ -95,7 +95,7 @@ protected:
         scheduler};
 
     QStringList resolved, announced, reads;
-    std::vector<SessionStore::UseTranscript> running;
+    std::vector<SessionTranscripts::Use> running;
     Session stateAtRelease;
     int published = 0;
 };

@@ -36,7 +36,7 @@ Display display(Stage::Screen screen) {
 Stage::Stage(Screen screen) {
     m_settings.setShowWhenIdle(true);
     m_store.readTranscript = [this](AgentKind, const QString &path,
-                                    const SessionStore::UseTranscript &use) {
+                                    const SessionTranscripts::Use &use) {
         use(transcripts.value(path));
     };
     PanelActions actions;

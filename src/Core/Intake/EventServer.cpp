@@ -25,55 +25,6 @@ constexpr std::size_t closeCost = 4096; ///< what a batch counts for, in bytes r
 constexpr Seconds requestLimit(30);
 constexpr Seconds acceptRetryDelay(0.1);
 
-std::string_view headerValue(const HttpRequest &request, HttpHeader header) {
-    const auto &value = request.header(header);
-    return value ? std::string_view(*value) : std::string_view();
-}
-
-QString headerText(const HttpRequest &request, HttpHeader header) {
-    const std::string_view value = headerValue(request, header);
-    return QString::fromUtf8(value.data(), static_cast<qsizetype>(value.size()));
-}
-
-std::optional<QString> paneHeader(const HttpRequest &request, HttpHeader header) {
-    const QString value = headerText(request, header).trimmed();
-    return value.isEmpty() ? std::nullopt : std::optional(value);
-}
-
-/// Three numbers with blanks between them: that of the process, its start and its number space.
-std::optional<ProcessIdentity> processIn(const QString &text) {
-    const QStringList parts = text.split(u' ');
-    bool isIdentity = parts.size() == 3;
-    const auto number = [&](qsizetype part) {
-        bool isNumber = false;
-        const qulonglong result = parts.value(part).toULongLong(&isNumber);
-        isIdentity = isIdentity && isNumber;
-        return result;
-    };
-    const ProcessIdentity process{static_cast<std::int64_t>(number(0)), number(1), number(2)};
-    constexpr std::int64_t highestID = 1 << 22; // the kernel's own bound
-    return isIdentity && process.id > 1 && process.id <= highestID ? std::optional(process)
-                                                                   : std::nullopt;
-}
-
-HookOrigin originOf(const HttpRequest &request) {
-    HookOrigin origin;
-    origin.itermSessionID = headerText(request, HttpHeader::itermSession);
-    origin.termProgram = headerText(request, HttpHeader::termProgram);
-    origin.hostBundleID = headerText(request, HttpHeader::hostBundle);
-    origin.ttyName = headerText(request, HttpHeader::tty);
-    origin.pane.tmux = paneHeader(request, HttpHeader::tmuxPane);
-    origin.pane.tmuxServer = paneHeader(request, HttpHeader::tmuxServer);
-    origin.pane.wezterm = paneHeader(request, HttpHeader::weztermPane);
-    origin.pane.kitty = paneHeader(request, HttpHeader::kittyWindow);
-    origin.pane.zellij = paneHeader(request, HttpHeader::zellijSession);
-    origin.pane.orca = paneHeader(request, HttpHeader::orcaTerminal);
-    origin.pane.kittyListenOn = paneHeader(request, HttpHeader::kittyListenOn);
-    origin.pane.weztermSocket = paneHeader(request, HttpHeader::weztermSocket);
-    origin.process = processIn(headerText(request, HttpHeader::process));
-    return origin;
-}
-
 QByteArrayView bytes(std::string_view text) {
     return QByteArrayView(text.data(), static_cast<qsizetype>(text.size()));
 }
@@ -273,7 +224,7 @@ void EventServer::respond(const Connection &connection, const HttpRequest &reque
 }
 
 void EventServer::respondToUsage(const HttpRequest &request) {
-    const auto agent = agentKind(headerValue(request, HttpHeader::agent));
+    const auto agent = agentKind(request.value(HttpHeader::agent));
     if (agent) {
         m_main.post([handler = m_handlers.onUsagePayload, agent = *agent,
                      body = bytes(request.body).toByteArray()] { handler(agent, body); });
@@ -283,18 +234,17 @@ void EventServer::respondToUsage(const HttpRequest &request) {
 /// The adapter that speaks to the release of the program that calls. An agent that isn't named, or
 /// isn't known, counts as Claude Code here.
 const AgentAdapter &EventServer::adapterFor(const HttpRequest &request, const HookOrigin &origin) {
-    const AgentKind agent =
-        agentKind(headerValue(request, HttpHeader::agent)).value_or(defaultAgentKind);
-    const QString program = headerText(request, HttpHeader::program);
+    const AgentKind agent = agentKind(request.value(HttpHeader::agent)).value_or(defaultAgentKind);
+    const QString program = request.text(HttpHeader::program);
     return AgentRegistry::adapter(agent, origin.process
                                              ? m_programs.of(agent, program, *origin.process)
                                              : m_programs.of(agent, program));
 }
 
 void EventServer::respondToEvent(const Connection &connection, const HttpRequest &request) {
-    const HookOrigin origin = originOf(request);
+    const HookOrigin origin = HookOrigin::of(request);
     const AgentAdapter &adapter = adapterFor(request, origin);
-    const QString nativeName = headerText(request, HttpHeader::hookEvent);
+    const QString nativeName = request.text(HttpHeader::hookEvent);
     auto event = HookEvent::decode(adapter, nativeName, bytes(request.body), origin);
     if (event && mayPark(request, adapter, nativeName)) {
         m_relay->park(std::move(*event), adapter, connection, bytes(request.body).toByteArray());

@@ -5,6 +5,7 @@
 #include "Core/Agents/CanonicalEvent.h"
 #include "Core/Agents/PaneLocator.h"
 #include "Core/Agents/ReadableInput.h"
+#include "Core/Intake/HookOrigin.h"
 #include "Platform/Processes.h"
 
 #include <QByteArrayView>
@@ -15,18 +16,6 @@
 namespace morvane {
 
 class AgentAdapter;
-
-/// Where a hook ran, as the forwarder found it in its environment. An empty string tells nothing.
-struct HookOrigin {
-    std::optional<QString> itermSessionID;
-    std::optional<QString> termProgram;
-    std::optional<QString> hostBundleID;
-    std::optional<QString> ttyName;
-    PaneLocator pane;
-    std::optional<ProcessIdentity> process = {}; ///< the agent itself, as far as can be told
-
-    friend bool operator==(const HookOrigin &, const HookOrigin &) = default;
-};
 
 /// Something that an agent still has running when its turn ends.
 struct BackgroundTask {

@@ -8,24 +8,28 @@ namespace morvane {
 
 namespace {
 
+using TurnEnd = SessionTransition::TurnEnd;
+
 constexpr Seconds cleanupInterval(60);
 constexpr Seconds answerDelay(2); ///< within which an agent goes on that was answered elsewhere
+
+/// Within which the hook of a prompt is told, so that what was written before was of an older turn.
+constexpr Seconds promptDelay(2);
 
 } // namespace
 
 SessionStore::SessionStore(MorvaneSettings &settings, SessionSurroundings surroundings,
                            Scheduler &scheduler)
     : m_settings(settings), m_surroundings(std::move(surroundings)), m_scheduler(scheduler),
-      m_history(settings.defaults()) {
+      m_history(settings.defaults()),
+      m_transcripts(m_sessions, readTranscript, scheduler,
+                    [this](const Session &asked, SessionTranscripts::Purpose purpose,
+                           const TranscriptInfo &info) { learn(asked, purpose, info); }) {
     scheduleCleanup();
 }
 
 QList<CompletedRecord> SessionStore::jumpableCompleted() const {
     return SessionOrder::jumpable(completedHistory());
-}
-
-bool SessionStore::hasWorkingUsageMilestoneSession() const {
-    return summary().hasWorkingUsageMilestoneSession;
 }
 
 void SessionStore::apply(const HookEvent &event) {
@@ -40,7 +44,7 @@ void SessionStore::apply(const HookEvent &event) {
     if (before && SessionTransition::endsPendingDecision(*before, event)) {
         releaseApproval(event.sessionID);
     }
-    carryOut(SessionTransition::of(stored(event.sessionID), event, now, m_surroundings), now);
+    carryOut(SessionTransition::of(stored(event.sessionID), event, now, m_surroundings));
     // A turn that has ended without any may have failed; one that is known to have has none.
     const auto after = stored(event.sessionID);
     const bool isDone = after && after->state == SessionState::done;
@@ -121,16 +125,14 @@ void SessionStore::renameCwd(const QString &cwd, const std::optional<QString> &n
 
 void SessionStore::decide(const QString &sessionID, const AgentDecision &decision) {
     if (const auto session = stored(sessionID)) {
-        const Date now = m_scheduler.now();
-        carryOut(SessionTransition::decided(*session, decision, now), now);
+        carryOut(SessionTransition::decided(*session, decision, m_scheduler.now()));
     }
 }
 
 void SessionStore::answer(const QString &sessionID, const QString &question,
                           const QString &option) {
     if (const auto session = stored(sessionID)) {
-        const Date now = m_scheduler.now();
-        carryOut(SessionTransition::answered(*session, question, option, now), now);
+        carryOut(SessionTransition::answered(*session, question, option, m_scheduler.now()));
     }
 }
 
@@ -166,7 +168,7 @@ std::optional<Session> SessionStore::waitingFor(const QString &decisionID) const
 
 void SessionStore::approvalExpired(const QString &decisionID) {
     if (const auto session = waitingFor(decisionID)) {
-        carryOut(SessionTransition::expired(*session), m_scheduler.now());
+        carryOut(SessionTransition::expired(*session));
     }
 }
 
@@ -176,7 +178,7 @@ void SessionStore::approvalHungUp(const QString &decisionID) {
         return;
     }
     const Date now = m_scheduler.now();
-    carryOut(SessionTransition::hungUp(*session, now), now);
+    carryOut(SessionTransition::hungUp(*session, now));
     if (!session->pendingSubagent.isEmpty()) {
         followUp(session->id, session->state, now, true);
         return;
@@ -191,8 +193,7 @@ void SessionStore::approvalHungUp(const QString &decisionID) {
 void SessionStore::endQuietly(const QString &sessionID, Date lastEventAt) {
     const auto session = stored(sessionID);
     if (session && session->lastEventAt == lastEventAt) {
-        const Date now = m_scheduler.now();
-        carryOut(SessionTransition::turnGone(*session, false, now), now);
+        carryOut(SessionTransition::turnGone(*session, TurnEnd::interrupted, m_scheduler.now()));
     }
 }
 
@@ -209,7 +210,7 @@ std::optional<Session> SessionStore::sessionAwaitingDecision() const {
     return waiting != active.end() ? std::optional(*waiting) : std::nullopt;
 }
 
-void SessionStore::carryOut(const SessionTransition &transition, Date now) {
+void SessionStore::carryOut(const SessionTransition &transition) {
     for (const QString &decisionID : transition.releases) {
         resolve(decisionID, AgentDecision::ask());
     }
@@ -218,7 +219,7 @@ void SessionStore::carryOut(const SessionTransition &transition, Date now) {
         break;
     case SessionTransition::Write::store:
         put(transition.session);
-        watchTurn(transition.session);
+        m_transcripts.watchTurn(transition.session);
         break;
     case SessionTransition::Write::remove:
         removeSession(transition.session.id);
@@ -228,7 +229,7 @@ void SessionStore::carryOut(const SessionTransition &transition, Date now) {
         resolve(transition.resolution->decisionID, transition.resolution->decision);
     }
     if (transition.readsTranscript) {
-        enrichThrottled(transition.session.id, now);
+        m_transcripts.readProgress(transition.session);
     }
 }
 
@@ -244,9 +245,90 @@ void SessionStore::followUp(const QString &sessionID, std::optional<SessionState
     if (session->isFinished()) {
         recordCompleted(*session, now);
         enrichFromTranscript(sessionID, readsWords);
-        if (readsWords && session->transcriptPath) {
-            awaitWords(sessionID, session->stateChangedAt, 0);
+        if (readsWords) {
+            m_transcripts.awaitWords(*session);
         }
+    }
+}
+
+void SessionStore::enrichFromTranscript(const QString &sessionID, bool completion) {
+    if (const auto session = stored(sessionID)) {
+        m_transcripts.read(*session, completion ? SessionTranscripts::Purpose::completion
+                                                : SessionTranscripts::Purpose::progress);
+    }
+}
+
+void SessionStore::enrichRestored(const QString &sessionID) {
+    if (const auto session = stored(sessionID)) {
+        m_transcripts.read(*session, SessionTranscripts::Purpose::restored);
+    }
+}
+
+void SessionStore::learn(const Session &asked, SessionTranscripts::Purpose purpose,
+                         const TranscriptInfo &info) {
+    using enum SessionTranscripts::Purpose;
+    if (purpose == turnEnd) {
+        endUnsaid(asked.id, asked.lastEventAt, info);
+        return;
+    }
+    if (auto present = stored(asked.id)) {
+        const bool isForSummary = purpose == completion ? present->isFinished()
+                                                        : purpose == restored && !present->summary;
+        if (isForSummary && info.lastAssistantText) {
+            present->summary = info.lastAssistantText;
+        }
+        takeTranscript(*present, info);
+        // The hook has told that the turn is over, but not how.
+        if (purpose == completion && present->state == SessionState::done &&
+            present->endsTurnsInTranscript && info.turn == TranscriptInfo::Turn::failed) {
+            endUnsaid(asked.id, present->lastEventAt, info);
+        }
+    }
+    // The record outlives its session, which may have gone meanwhile.
+    if (purpose == completion && info.lastAssistantText &&
+        m_history.summarize(CompletedRecord::idFor(asked), asked.stateChangedAt,
+                            *info.lastAssistantText)) {
+        publishHistory();
+    }
+}
+
+void SessionStore::takeTranscript(Session session, const TranscriptInfo &info) {
+    const auto take = [](auto &field, const auto &told) {
+        if (told) {
+            field = told;
+        }
+    };
+    take(session.model, info.model);
+    take(session.contextTokens, info.contextTokens);
+    take(session.permissionMode, info.permissionMode);
+    take(session.aiTitle, info.title);
+    if (session != m_sessions.value(session.id)) {
+        put(session);
+    }
+}
+
+void SessionStore::endUnsaid(const QString &sessionID, Date lastEventAt,
+                             const TranscriptInfo &info) {
+    const bool failed = info.turn == TranscriptInfo::Turn::failed;
+    auto session = stored(sessionID);
+    if (!session || session->lastEventAt != lastEventAt ||
+        (!failed && info.turn != TranscriptInfo::Turn::interrupted) ||
+        (info.turnAt && session->promptedAt && *session->promptedAt - *info.turnAt > promptDelay)) {
+        return;
+    }
+    if (failed) {
+        session->summary = info.failure;
+    }
+    // The agent asks in its terminal no more either.
+    session->pendingExternalResponse.reset();
+    const SessionState before = session->state;
+    const Date now = m_scheduler.now();
+    carryOut(SessionTransition::turnGone(*session, failed ? TurnEnd::failed : TurnEnd::interrupted,
+                                         now));
+    if (const auto ended = stored(sessionID); ended && before == SessionState::done) {
+        recordCompleted(*ended, now); // and nothing is heard of its end once more
+    } else {
+        followUp(sessionID, before, now, false);
     }
 }
 
@@ -274,7 +356,7 @@ void SessionStore::releaseApprovals() {
 
 void SessionStore::releaseApproval(const QString &sessionID) {
     if (const auto session = stored(sessionID)) {
-        carryOut(SessionTransition::released(*session), m_scheduler.now());
+        carryOut(SessionTransition::released(*session));
     }
 }
 
@@ -290,8 +372,7 @@ void SessionStore::put(const Session &session) {
 }
 
 void SessionStore::removeSession(const QString &sessionID) {
-    m_lastEnrichedAt.remove(sessionID);
-    m_looks.remove(sessionID);
+    m_transcripts.forget(sessionID);
     if (m_sessions.remove(sessionID)) {
         emit sessionRemoved(sessionID);
         publishSessions();

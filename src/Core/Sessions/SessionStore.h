@@ -1,19 +1,17 @@
 #pragma once
 
 #include "Core/Agents/AgentDecision.h"
-#include "Core/Agents/TranscriptInfo.h"
 #include "Core/Intake/HookEvent.h"
 #include "Core/Sessions/CompletedHistory.h"
 #include "Core/Sessions/DiscoveredSession.h"
 #include "Core/Sessions/Session.h"
 #include "Core/Sessions/SessionOverview.h"
+#include "Core/Sessions/SessionTranscripts.h"
 #include "Core/Sessions/SessionTransition.h"
 #include "Platform/Scheduler.h"
 
-#include <QDateTime>
 #include <QHash>
 #include <QObject>
-#include <QSet>
 
 #include <functional>
 #include <map>
@@ -67,7 +65,9 @@ public:
     bool hasExternalPrompt() const { return summary().hasExternalPrompt; }
     bool hasUnacknowledgedNeedsInput() const { return summary().hasUnacknowledgedNeedsInput; }
     bool hasReportableSessions() const { return summary().hasReportableSessions; }
-    bool hasWorkingUsageMilestoneSession() const;
+    bool hasWorkingUsageMilestoneSession() const {
+        return summary().hasWorkingUsageMilestoneSession;
+    }
     /// True when live and finished sessions are of more than one agent.
     bool showsAgentBadges() const { return m_overview.showsAgentBadges(); }
 
@@ -75,10 +75,8 @@ public:
     /// release is dropped.
     std::function<void(const QString &decisionID, const AgentDecision &)> resolveDecision;
 
-    /// Reads a transcript off the main thread, and hands on what it tells on the main thread. Set
-    /// by the controller; while it is unset nothing is read.
-    using UseTranscript = std::function<void(const TranscriptInfo &)>;
-    std::function<void(AgentKind, const QString &path, UseTranscript)> readTranscript;
+    /// Set by the controller; while it is unset no transcript is read.
+    SessionTranscripts::Read readTranscript;
 
     /// The one entry for hooks.
     void apply(const HookEvent &event);
@@ -146,17 +144,14 @@ signals:
     void stateChanges(morvane::SessionState state);
 
 private:
-    void carryOut(const SessionTransition &transition, Date now);
+    void carryOut(const SessionTransition &transition);
     void followUp(const QString &sessionID, std::optional<SessionState> previous, Date now,
                   bool readsWords);
     void endQuietly(const QString &sessionID, Date lastEventAt);
-    void watchTurn(const Session &session);
-    void lookForEndedTurns();
     void endUnsaid(const QString &sessionID, Date lastEventAt, const TranscriptInfo &info);
     std::optional<Session> waitingFor(const QString &decisionID) const;
-    void awaitWords(const QString &sessionID, Date endedAt, std::size_t looks);
-    void enrichThrottled(const QString &sessionID, Date now);
-    bool beginRead(const Session &session);
+    void learn(const Session &asked, SessionTranscripts::Purpose purpose,
+               const TranscriptInfo &info);
     void takeTranscript(Session session, const TranscriptInfo &info);
     void recordCompleted(const Session &session, Date now);
     void publishSessions();
@@ -171,29 +166,15 @@ private:
     void clearStaleDoneSessions();
     std::optional<Session> stored(const QString &sessionID) const;
 
-    /// When a transcript was last looked at for the end of a turn; it has no more to tell while
-    /// nothing of this changes.
-    struct Look {
-        Date lastEventAt;
-        QDateTime writtenAt;
-        qint64 size = 0;
-
-        friend bool operator==(const Look &, const Look &) = default;
-    };
-
     MorvaneSettings &m_settings;
     SessionSurroundings m_surroundings;
     Scheduler &m_scheduler;
     QHash<QString, Session> m_sessions;
     CompletedHistory m_history;
     SessionOverview m_overview{m_sessions, m_history.records()};
-    QSet<QString> m_enrichmentsInFlight; ///< sessions whose transcript is being read
-    QHash<QString, Date> m_lastEnrichedAt;
-    QHash<QString, Look> m_looks; ///< by the session whose turn is quiet
+    SessionTranscripts m_transcripts;
     Task m_cleanupTimer;
-    std::optional<Task> m_turnWatch;         ///< while a turn runs that may end without an event
     std::map<QString, Task> m_interruptions; ///< by the session that may have been interrupted
-    std::map<QString, Task> m_lateWords;     ///< by the session whose turn has just ended
 };
 
 } // namespace morvane

@@ -88,6 +88,9 @@ public:
         remove,  ///< the session goes
     };
 
+    /// How a turn ends that no hook tells the end of.
+    enum class TurnEnd { interrupted, failed };
+
     Write write = Write::nothing;
     Session session;
     QStringList releases; ///< decisions that give way, to be resolved with `ask` before the write
@@ -136,9 +139,8 @@ public:
     /// own turn.
     static SessionTransition hungUp(Session session, Date now);
 
-    /// The turn has ended without a hook, or with one that doesn't say how: it was interrupted, or
-    /// it has failed.
-    static SessionTransition turnGone(Session session, bool failed, Date now);
+    /// The turn has ended without a hook, or with one that doesn't say how.
+    static SessionTransition turnGone(Session session, TurnEnd end, Date now);
 
     /// What the hook waits for has lost its reason, so that the agent is to ask by itself.
     static SessionTransition released(Session session);

@@ -109,7 +109,8 @@ SessionTransition SessionTransition::hungUp(Session session, Date now) {
     return store(std::move(session));
 }
 
-SessionTransition SessionTransition::turnGone(Session session, bool failed, Date now) {
+SessionTransition SessionTransition::turnGone(Session session, TurnEnd end, Date now) {
+    const bool failed = end == TurnEnd::failed;
     const bool seemsDone = failed && session.state == SessionState::done;
     if ((!session.isAtWork() && !seemsDone) || session.pendingDecisionID() ||
         session.pendingExternalResponse) {

@@ -164,7 +164,7 @@ TEST_F(UsageBarsTest, TheColourOfAFillShowsItsLevel) {
 
 TEST_F(UsageBarsTest, TellsHowFullTheContextsAreAndScrollsWhenThereAreMany) {
     TranscriptInfo info;
-    store.readTranscript = [&](AgentKind, const QString &, const SessionStore::UseTranscript &use) {
+    store.readTranscript = [&](AgentKind, const QString &, const SessionTranscripts::Use &use) {
         use(info);
     };
     const auto start = [&](const QString &id, int tokens) {

@@ -1,0 +1,52 @@
+#include "Core/Intake/HookOrigin.h"
+
+#include "Core/Intake/HttpRequest.h"
+
+#include <QStringList>
+
+namespace morvane {
+
+namespace {
+
+std::optional<QString> paneHeader(const HttpRequest &request, HttpHeader header) {
+    const QString value = request.text(header).trimmed();
+    return value.isEmpty() ? std::nullopt : std::optional(value);
+}
+
+/// Three numbers with blanks between them: that of the process, its start and its number space.
+std::optional<ProcessIdentity> processIn(const QString &text) {
+    const QStringList parts = text.split(u' ');
+    bool isIdentity = parts.size() == 3;
+    const auto number = [&](qsizetype part) {
+        bool isNumber = false;
+        const qulonglong result = parts.value(part).toULongLong(&isNumber);
+        isIdentity = isIdentity && isNumber;
+        return result;
+    };
+    const ProcessIdentity process{static_cast<std::int64_t>(number(0)), number(1), number(2)};
+    constexpr std::int64_t highestID = 1 << 22; // the kernel's own bound
+    return isIdentity && process.id > 1 && process.id <= highestID ? std::optional(process)
+                                                                   : std::nullopt;
+}
+
+} // namespace
+
+HookOrigin HookOrigin::of(const HttpRequest &request) {
+    HookOrigin origin;
+    origin.itermSessionID = request.text(HttpHeader::itermSession);
+    origin.termProgram = request.text(HttpHeader::termProgram);
+    origin.hostBundleID = request.text(HttpHeader::hostBundle);
+    origin.ttyName = request.text(HttpHeader::tty);
+    origin.pane.tmux = paneHeader(request, HttpHeader::tmuxPane);
+    origin.pane.tmuxServer = paneHeader(request, HttpHeader::tmuxServer);
+    origin.pane.wezterm = paneHeader(request, HttpHeader::weztermPane);
+    origin.pane.kitty = paneHeader(request, HttpHeader::kittyWindow);
+    origin.pane.zellij = paneHeader(request, HttpHeader::zellijSession);
+    origin.pane.orca = paneHeader(request, HttpHeader::orcaTerminal);
+    origin.pane.kittyListenOn = paneHeader(request, HttpHeader::kittyListenOn);
+    origin.pane.weztermSocket = paneHeader(request, HttpHeader::weztermSocket);
+    origin.process = processIn(request.text(HttpHeader::process));
+    return origin;
+}
+
+} // namespace morvane
