@@ -4,10 +4,8 @@
 #include "Presentation/Panel/Countdown.h"
 #include "Presentation/Panel/DecideButton.h"
 #include "Presentation/Panel/InputView.h"
-#include "Presentation/Panel/ReadingTime.h"
 #include "Presentation/Style/ActivateLayouts.h"
 #include "Presentation/Style/Colors.h"
-#include "Presentation/Style/FocusRing.h"
 #include "Presentation/Style/HelpText.h"
 #include "Presentation/Style/Typography.h"
 
@@ -51,22 +49,18 @@ QString wordsFor(const ReadableInput::Rest &rest) {
 } // namespace
 
 ApprovalStrip::ApprovalStrip(Scheduler &scheduler, QWidget *parent)
-    : QWidget(parent),
+    : PromptStrip(scheduler, parent),
       m_title(new TextLabel(Typography::text(Typography::bodySize, QFont::DemiBold),
                             Colors::approvalAccent, 2, this)),
-      m_input(new InputView(this)), m_more(new DecideButton({}, Colors::quietAccent, this)),
+      m_more(new DecideButton({}, Colors::quietAccent, this)),
       m_note(new TextLabel(Typography::text(Typography::secondarySize), Colors::secondaryText, 0,
-                           this)),
-      m_countdown(new Countdown(scheduler, this)), m_choices(makeButtons()),
-      m_reading(new ReadingTime(scheduler, *this)) {
-    auto *strip = new QVBoxLayout(this);
-    strip->setContentsMargins(0, 8, 0, 2);
-    strip->setSpacing(5);
-    strip->addWidget(m_title);
-    strip->addWidget(m_input);
-    strip->addWidget(m_more, 0, Qt::AlignLeft);
-    strip->addWidget(m_note);
-    strip->addWidget(m_choices);
+                           this)) {
+    column().addWidget(m_title);
+    column().addWidget(&input());
+    column().addWidget(m_more, 0, Qt::AlignLeft);
+    column().addWidget(m_note);
+    column().addWidget(&choices());
+    makeButtons();
     m_more->setQuiet();
     setHelpText(*m_more, tr("Show the whole of the call."));
     connect(m_more, &DecideButton::clicked, this, [this] {
@@ -75,40 +69,30 @@ ApprovalStrip::ApprovalStrip(Scheduler &scheduler, QWidget *parent)
         showCall();
         if (isByKey) {
             // The button is gone, and what it has shown is to be read.
-            (m_input->focusPolicy() != Qt::NoFocus ? m_input : parentWidget())->setFocus();
+            (input().focusPolicy() != Qt::NoFocus ? &input() : parentWidget())->setFocus();
         }
-        m_reading->startAnew();
+        readAnew();
         activateLayoutsAround(*this);
-    });
-    connect(m_reading, &ReadingTime::changed, this, [this](bool isOver) {
-        // The keys stay in the row, and don't go on to the next.
-        if (!isOver && containsFocus(*m_choices)) {
-            parentWidget()->setFocus();
-        }
-        m_choices->setEnabled(isOver);
     });
 }
 
-QWidget *ApprovalStrip::makeButtons() {
-    auto *choices = new QWidget(this);
-    choices->setEnabled(false);
-    auto *row = new QHBoxLayout(choices);
+void ApprovalStrip::makeButtons() {
+    auto *row = new QHBoxLayout(&choices());
     row->setContentsMargins(0, 3, 0, 0);
     row->setSpacing(7);
     for (const AgentDecision &choice : PendingApproval::allChoices()) {
-        m_buttons.append(addButton(choice));
+        m_buttons.append(makeButton(choice));
         row->addWidget(m_buttons.last());
     }
     row->addStretch();
-    row->addWidget(m_countdown);
-    return choices;
+    row->addWidget(&countdown());
 }
 
-DecideButton *ApprovalStrip::addButton(const AgentDecision &decision) {
+DecideButton *ApprovalStrip::makeButton(const AgentDecision &decision) {
     const Wording wording = wordingOf(decision, QString());
     auto *button = new DecideButton(wording.title, wording.tint, this);
     connect(button, &DecideButton::clicked, this, [this, decision] {
-        if (m_reading->isOver()) {
+        if (hasBeenRead()) {
             emit decided(decision);
         }
     });
@@ -121,36 +105,28 @@ void ApprovalStrip::setApproval(const PendingApproval &approval, const QString &
         m_approval = approval;
         m_showsAll = false;
         showCall();
-        m_countdown->setExpiresAt(approval.expiresAt);
-        m_reading->startAnew();
+        countdown().setExpiresAt(approval.expiresAt);
+        readAnew();
     }
     showChoices(name, showsShortcuts);
 }
 
-bool ApprovalStrip::hasBeenRead() const {
-    return m_reading->isOver();
-}
-
-void ApprovalStrip::setInputHeightLimit(int limit) {
-    m_input->setHeightLimit(limit);
-}
-
 void ApprovalStrip::showCall() {
-    const ReadableInput &input = m_approval->input;
+    const ReadableInput &given = m_approval->input;
     const QString name = VisibleText::name(m_approval->toolName);
     m_title->setText(m_approval->ofSubagent ? tr("a subagent wants to run %1").arg(name)
                                             : tr("wants to run %1").arg(name));
     const QString line = VisibleText::of(m_approval->detail.value_or(QString()));
-    const ReadableInput::Rest rest = input.beyond(line);
+    const ReadableInput::Rest rest = given.beyond(line);
     const bool isWhole = m_showsAll || line.isEmpty() || rest.isEmpty();
-    m_input->setLines(isWhole && !input.lines.isEmpty()
-                          ? input.lines
-                          : QList<ReadableInput::Line>{{ReadableInput::Sign::plain, line}});
-    m_input->setVisible(m_approval->hasDetails());
+    input().setLines(isWhole && !given.lines.isEmpty()
+                         ? given.lines
+                         : QList<ReadableInput::Line>{{ReadableInput::Sign::plain, line}});
+    input().setVisible(m_approval->hasDetails());
     m_more->setTitle(wordsFor(rest));
     m_more->setVisible(!isWhole);
     m_note->setText(!m_approval->hasDetails() ? tr("This agent sent no details of the call.")
-                    : input.isCut
+                    : given.isCut
                         ? tr("The call is longer than can be shown here: its end is missing.")
                         : QString());
     m_note->setVisible(!m_note->text().isEmpty());

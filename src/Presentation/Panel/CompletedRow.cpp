@@ -5,8 +5,6 @@
 #include "Presentation/Mascot/PixelFrameView.h"
 #include "Presentation/Mascot/PixelSequence.h"
 #include "Presentation/Overlay/PanelContext.h"
-#include "Presentation/Panel/AgentBadge.h"
-#include "Presentation/Panel/NameLine.h"
 #include "Presentation/Panel/ReplyStrip.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/PlatformWords.h"
@@ -32,30 +30,14 @@ QString subtitleOf(const CompletedRecord &record, Date now) {
 } // namespace
 
 CompletedRow::CompletedRow(const PanelContext &context, QWidget *parent)
-    : ListRow(context, Colors::secondaryText, parent), m_mark(new PixelFrameView(markPixel, this)),
-      m_agent(new AgentBadge(this)), m_digit(new Badge(this)),
+    : ListRow(context, {.nameColor = Colors::secondaryText, .topMargin = 4}, parent),
+      m_mark(new PixelFrameView(markPixel, this)), m_digit(new Badge(this)),
       m_subtitle(new TextLabel(Typography::text(Typography::secondarySize), Colors::tertiaryText, 1,
                                this)) {
-    auto *row = new QHBoxLayout(this);
-    row->setContentsMargins(10, 4, 10, 6);
-    row->setSpacing(11);
-    auto *mark = new QVBoxLayout;
-    mark->setContentsMargins(0, 3, 0, 0);
-    mark->addWidget(m_mark);
-    mark->addStretch();
-    row->addLayout(mark);
-    m_column = new QVBoxLayout;
-    m_column->setSpacing(2);
-    row->addLayout(m_column, 1);
-    nameLine().addBadge(*m_agent);
-    m_column->addWidget(&nameLine());
-    m_column->addWidget(m_subtitle);
-    row->addWidget(m_digit, 0, Qt::AlignVCenter);
-
+    addMark(*m_mark);
+    column().addWidget(m_subtitle);
+    line().addWidget(m_digit, 0, Qt::AlignVCenter);
     connect(this, &CompletedRow::clicked, this, &CompletedRow::reopen);
-    connect(&nameLine(), &NameLine::renamed, this, [this](const QString &name) {
-        this->context().actions.onRenameCommit(m_record.cwd, name);
-    });
 }
 
 void CompletedRow::setRecord(const CompletedRecord &record, const Details &details) {
@@ -63,10 +45,9 @@ void CompletedRow::setRecord(const CompletedRecord &record, const Details &detai
     const auto mark =
         PixelSequence::atRest(record.failed ? SessionState::failed : SessionState::done);
     m_mark->setFrame(mark.frames.first(), mark.color);
-    nameLine().setName(record.name);
-    nameLine().setRenamable(context().actions.onRenameCommit && !record.cwd.isEmpty());
+    showName(record.name, record.cwd);
     const AgentKind agent = record.agent.value_or(defaultAgentKind);
-    m_agent->setAgent(details.showsAgent ? std::optional(agent) : std::nullopt);
+    showAgent(details.showsAgent ? std::optional(agent) : std::nullopt);
     showBadge(details.badge);
     m_subtitle->setText(subtitleOf(record, context().scheduler.now()));
     showReply(details.session);
@@ -96,7 +77,7 @@ void CompletedRow::showReply(const std::optional<Session> &session) {
     }
     m_session = session;
     if (isOffered) {
-        m_strip = &replyStrip(*m_column);
+        m_strip = &replyStrip();
         m_strip->setSession(*session);
         m_strip->show();
     } else if (ReplyStrip *const before = std::exchange(m_strip, nullptr)) {
@@ -104,10 +85,12 @@ void CompletedRow::showReply(const std::optional<Session> &session) {
     }
 }
 
+const QWidget *CompletedRow::strip() const {
+    return m_strip;
+}
+
 bool CompletedRow::hitButton(const QPoint &position) const {
-    // A press that just misses the strip's button must not take the person to the terminal.
-    const bool isInStrip = m_strip != nullptr && position.y() >= m_strip->y();
-    return !isInStrip && context().actions.onReopen && ListRow::hitButton(position);
+    return context().actions.onReopen && ListRow::hitButton(position);
 }
 
 void CompletedRow::reopen() {

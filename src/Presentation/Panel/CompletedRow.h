@@ -8,7 +8,6 @@
 
 namespace morvane {
 
-class AgentBadge;
 class Badge;
 class PixelFrameView;
 class TextLabel;
@@ -41,6 +40,7 @@ protected:
     bool hitButton(const QPoint &position) const override;
 
 private:
+    const QWidget *strip() const override;
     void showBadge(std::optional<int> badge);
     void reopen();
     void showReply(const std::optional<Session> &session);
@@ -48,10 +48,8 @@ private:
     CompletedRecord m_record;
     std::optional<int> m_badge;
     PixelFrameView *m_mark;
-    AgentBadge *m_agent;
     Badge *m_digit;
     TextLabel *m_subtitle;
-    QBoxLayout *m_column = nullptr;
     std::optional<Session> m_session; ///< that the strip has last been looked up for
     ReplyStrip *m_strip = nullptr;    ///< while it is on show
 };

@@ -1,5 +1,7 @@
 #include "Presentation/Panel/ListRow.h"
 
+#include "Presentation/Overlay/PanelContext.h"
+#include "Presentation/Panel/AgentBadge.h"
 #include "Presentation/Panel/NameLine.h"
 #include "Presentation/Panel/ReplyStrip.h"
 #include "Presentation/Style/Colors.h"
@@ -18,10 +20,38 @@ constexpr double rowRadius = 9;
 
 } // namespace
 
-ListRow::ListRow(const PanelContext &context, const QColor &nameColor, QWidget *parent)
-    : PanelButton(parent), m_context(context), m_nameLine(new NameLine(context, nameColor, *this)) {
+ListRow::ListRow(const PanelContext &context, const Look &look, QWidget *parent)
+    : PanelButton(parent), m_context(context),
+      m_nameLine(new NameLine(context, look.nameColor, *this)), m_agent(new AgentBadge(this)),
+      m_line(new QHBoxLayout(this)), m_column(new QVBoxLayout) {
     // A button's own policy is a fixed height, which would cut off text of several lines.
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    m_line->setContentsMargins(10, look.topMargin, 10, look.topMargin + 2);
+    m_line->setSpacing(11);
+    m_line->addLayout(m_column, 1);
+    m_column->setSpacing(2);
+    m_column->addWidget(m_nameLine);
+    m_nameLine->addBadge(*m_agent);
+    connect(m_nameLine, &NameLine::renamed, this,
+            [this](const QString &name) { m_context.actions.onRenameCommit(m_cwd, name); });
+}
+
+void ListRow::addMark(QWidget &mark) {
+    auto *place = new QVBoxLayout;
+    place->setContentsMargins(0, 3, 0, 0);
+    place->addWidget(&mark);
+    place->addStretch();
+    m_line->insertLayout(0, place);
+}
+
+void ListRow::showName(const QString &name, const QString &cwd) {
+    m_cwd = cwd;
+    m_nameLine->setName(name);
+    m_nameLine->setRenamable(m_context.actions.onRenameCommit && !cwd.isEmpty());
+}
+
+void ListRow::showAgent(std::optional<AgentKind> agent) {
+    m_agent->setAgent(agent);
 }
 
 bool ListRow::isEditing() const {
@@ -39,10 +69,10 @@ void ListRow::abandonEditing() {
     }
 }
 
-ReplyStrip &ListRow::replyStrip(QBoxLayout &column) {
+ReplyStrip &ListRow::replyStrip() {
     if (m_reply == nullptr) {
         m_reply = new ReplyStrip(m_context, this);
-        column.addWidget(m_reply);
+        m_column->addWidget(m_reply);
     }
     return *m_reply;
 }
@@ -75,9 +105,11 @@ QPoint ListRow::firstLine() const {
     return m_nameLine->mapTo(this, m_nameLine->rect().center());
 }
 
-/// A click beside the field closes it, and must not take the person to the terminal as well.
+/// A click beside the field closes it, and must not take the person to the terminal as well; nor
+/// must one that just misses a button of the strip.
 bool ListRow::hitButton(const QPoint &position) const {
-    return !isEditing() && QAbstractButton::hitButton(position);
+    const bool isInStrip = strip() != nullptr && position.y() >= strip()->y();
+    return !isEditing() && !isInStrip && QAbstractButton::hitButton(position);
 }
 
 void ListRow::paintEvent(QPaintEvent *) {

@@ -1,19 +1,24 @@
 #pragma once
 
+#include "Core/Agents/AgentKind.h"
 #include "Presentation/Panel/PanelButton.h"
+
+#include <QColor>
 
 #include <optional>
 
-class QBoxLayout;
+class QHBoxLayout;
+class QVBoxLayout;
 
 namespace morvane {
 
+class AgentBadge;
 class NameLine;
 class ReplyStrip;
 struct PanelContext;
 
 /// What the rows of the panel have in common: a click on them, the ground that shows the pointer,
-/// and a name that can be edited.
+/// a mark at the left, and beside it a column that begins with a name that can be edited.
 class ListRow : public PanelButton {
     Q_OBJECT
 
@@ -44,13 +49,30 @@ public:
 protected:
     static constexpr double markPixel = 2; ///< a pixel of the row's mascot, in points
 
-    ListRow(const PanelContext &context, const QColor &nameColor, QWidget *parent);
+    struct Look {
+        QColor nameColor;
+        int topMargin = 0; ///< in points
+    };
 
-    NameLine &nameLine() const { return *m_nameLine; }
+    ListRow(const PanelContext &context, const Look &look, QWidget *parent);
+
     const PanelContext &context() const { return m_context; }
 
+    /// The mark and the column; what is added comes to their right.
+    QHBoxLayout &line() const { return *m_line; }
+    /// What is added comes below the name.
+    QVBoxLayout &column() const { return *m_column; }
+    void addMark(QWidget &mark);
+
+    /// The name of a working directory, which can be changed where that is known.
+    void showName(const QString &name, const QString &cwd);
+    void showAgent(std::optional<AgentKind> agent);
+
     /// The strip that offers a reply; made at the end of the column when it is first called for.
-    ReplyStrip &replyStrip(QBoxLayout &column);
+    ReplyStrip &replyStrip();
+
+    /// What stands at the end of the column to be pressed, if anything does.
+    virtual const QWidget *strip() const = 0;
 
     bool hitButton(const QPoint &position) const override;
     void paintEvent(QPaintEvent *event) override;
@@ -58,6 +80,10 @@ protected:
 private:
     const PanelContext &m_context;
     NameLine *m_nameLine;
+    AgentBadge *m_agent;
+    QHBoxLayout *m_line;
+    QVBoxLayout *m_column;
+    QString m_cwd;
     ReplyStrip *m_reply = nullptr;
     bool m_wasUnderPointer = false; ///< when it was last told where that is
 };

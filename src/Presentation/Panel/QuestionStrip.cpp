@@ -4,9 +4,7 @@
 #include "Presentation/Panel/Countdown.h"
 #include "Presentation/Panel/InputView.h"
 #include "Presentation/Panel/OptionButton.h"
-#include "Presentation/Panel/ReadingTime.h"
 #include "Presentation/Style/Colors.h"
-#include "Presentation/Style/FocusRing.h"
 #include "Presentation/Style/Typography.h"
 
 #include <QHBoxLayout>
@@ -16,41 +14,28 @@
 namespace morvane {
 
 QuestionStrip::QuestionStrip(Scheduler &scheduler, QWidget *parent)
-    : QWidget(parent),
+    : PromptStrip(scheduler, parent),
       m_header(new TextLabel(Typography::text(Typography::secondarySize, QFont::DemiBold),
                              Colors::questionAccent, 1, this)),
       m_position(new TextLabel(Typography::text(Typography::secondarySize), Colors::secondaryText,
                                1, this)),
       m_text(new TextLabel(Typography::text(Typography::bodySize), Colors::primaryText, 0, this)),
       m_tool(new TextLabel(Typography::text(Typography::secondarySize), Colors::approvalAccent, 2,
-                           this)),
-      m_input(new InputView(this)), m_countdown(new Countdown(scheduler, this)),
-      m_options(new QWidget(this)), m_reading(new ReadingTime(scheduler, *this)) {
-    auto *strip = new QVBoxLayout(this);
-    strip->setContentsMargins(0, 8, 0, 2);
-    strip->setSpacing(5);
+                           this)) {
     auto *head = new QHBoxLayout;
     head->setSpacing(6);
     head->addWidget(m_header);
     head->addWidget(m_position);
     head->addStretch();
-    head->addWidget(m_countdown);
-    strip->addLayout(head);
-    strip->addWidget(m_text);
-    strip->addWidget(m_tool);
-    strip->addWidget(m_input);
-    strip->addWidget(m_options);
-    auto *options = new QVBoxLayout(m_options);
+    head->addWidget(&countdown());
+    column().addLayout(head);
+    column().addWidget(m_text);
+    column().addWidget(m_tool);
+    column().addWidget(&input());
+    column().addWidget(&choices());
+    auto *options = new QVBoxLayout(&choices());
     options->setContentsMargins(0, 3, 0, 0);
     options->setSpacing(5);
-    m_options->setEnabled(false);
-    connect(m_reading, &ReadingTime::changed, this, [this](bool isOver) {
-        // The keys stay in the row, and don't go on to the next.
-        if (!isOver && containsFocus(*m_options)) {
-            parentWidget()->setFocus();
-        }
-        m_options->setEnabled(isOver);
-    });
 }
 
 void QuestionStrip::setQuestion(const PendingQuestion &pending, const QString &name,
@@ -72,28 +57,20 @@ void QuestionStrip::setQuestion(const PendingQuestion &pending, const QString &n
         : hasInput ? tr("Any answer also lets %1 run with:").arg(tool)
                    : tr("Any answer also lets %1 run.").arg(tool));
     m_tool->setVisible(hasInput || !pending.onlyAsks);
-    m_input->setLines(pending.input.lines);
-    m_input->setVisible(hasInput);
-    m_countdown->setExpiresAt(pending.expiresAt);
+    input().setLines(pending.input.lines);
+    input().setVisible(hasInput);
+    countdown().setExpiresAt(pending.expiresAt);
     const bool isSame = m_question == question && m_pendingID == pending.id &&
                         m_rest == pending.input && m_showsShortcuts == showsShortcuts;
     if (!isSame) {
         m_pendingID = pending.id;
         m_rest = pending.input;
         showQuestion(question, showsShortcuts);
-        m_reading->startAnew();
+        readAnew();
     }
     for (OptionButton *button : std::as_const(m_buttons)) {
         button->setAccessibleName(tr("%1 in %2").arg(button->spokenLabel(), name));
     }
-}
-
-bool QuestionStrip::hasBeenRead() const {
-    return m_reading->isOver();
-}
-
-void QuestionStrip::setInputHeightLimit(int limit) {
-    m_input->setHeightLimit(limit);
 }
 
 void QuestionStrip::showQuestion(const AgentQuestion &question, bool showsShortcuts) {
@@ -109,14 +86,14 @@ void QuestionStrip::showQuestion(const AgentQuestion &question, bool showsShortc
     for (const AgentOption &option : question.options) {
         auto *button =
             new OptionButton(option, Colors::questionAccent,
-                             showsShortcuts ? std::optional(digit) : std::nullopt, m_options);
+                             showsShortcuts ? std::optional(digit) : std::nullopt, &choices());
         connect(button, &OptionButton::clicked, this,
                 [this, text = question.question, label = option.label] {
-                    if (m_reading->isOver()) {
+                    if (hasBeenRead()) {
                         emit answered(text, label);
                     }
                 });
-        m_options->layout()->addWidget(button);
+        choices().layout()->addWidget(button);
         button->show();
         m_buttons.append(button);
         ++digit;

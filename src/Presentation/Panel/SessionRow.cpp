@@ -3,10 +3,8 @@
 #include "Core/Sessions/SessionStore.h"
 #include "Presentation/Mascot/PixelAnimator.h"
 #include "Presentation/Overlay/PanelContext.h"
-#include "Presentation/Panel/AgentBadge.h"
 #include "Presentation/Panel/ApprovalStrip.h"
 #include "Presentation/Panel/ExternalStrip.h"
-#include "Presentation/Panel/NameLine.h"
 #include "Presentation/Panel/QuestionStrip.h"
 #include "Presentation/Panel/SessionMetaLine.h"
 #include "Presentation/Panel/SessionSubtitle.h"
@@ -27,44 +25,23 @@ constexpr int separatorGap = 3;
 } // namespace
 
 SessionRow::SessionRow(const PanelContext &context, QWidget *parent)
-    : ListRow(context, Colors::primaryText, parent),
+    : ListRow(context, {.nameColor = Colors::primaryText, .topMargin = 6}, parent),
       m_mark(
           new PixelAnimator(context.timeline, context.scheduler, context.motion, markPixel, this)),
-      m_agent(new AgentBadge(this)),
       m_status(new TextLabel(Typography::text(Typography::secondarySize), Colors::secondaryText, 1,
                              this)),
       m_detail(new TextLabel(Typography::text(Typography::secondarySize), Colors::tertiaryText, 1,
                              this)),
       m_meta(new SessionMetaLine(this)), m_subagents(new SubagentList(this)) {
-    arrange();
-    connect(this, &SessionRow::clicked, this, &SessionRow::select);
-    connect(&nameLine(), &NameLine::renamed, this, [this](const QString &name) {
-        this->context().actions.onRenameCommit(m_session.cwd, name);
-    });
-}
-
-void SessionRow::arrange() {
-    auto *row = new QHBoxLayout(this);
-    row->setContentsMargins(10, 6, 10, 8);
-    row->setSpacing(11);
-    auto *mark = new QVBoxLayout;
-    mark->setContentsMargins(0, 3, 0, 0);
-    mark->addWidget(m_mark);
-    mark->addStretch();
-    row->addLayout(mark);
-
-    m_column = new QVBoxLayout;
-    m_column->setSpacing(2);
-    row->addLayout(m_column, 1);
-    nameLine().addBadge(*m_agent);
-    m_column->addWidget(&nameLine());
+    addMark(*m_mark);
     auto *subtitle = new QHBoxLayout;
     subtitle->setSpacing(separatorGap);
     subtitle->addWidget(m_status);
     subtitle->addWidget(m_detail, 1);
-    m_column->addLayout(subtitle);
-    m_column->addWidget(m_meta);
-    m_column->addWidget(m_subagents);
+    column().addLayout(subtitle);
+    column().addWidget(m_meta);
+    column().addWidget(m_subagents);
+    connect(this, &SessionRow::clicked, this, &SessionRow::select);
 }
 
 void SessionRow::setSession(const Session &session, Details details) {
@@ -87,20 +64,17 @@ void SessionRow::outliveEntry() {
 
 void SessionRow::setInputHeightLimit(int limit) {
     m_inputHeightLimit = limit;
-    if (m_approval != nullptr) {
-        m_approval->setInputHeightLimit(limit);
-    }
-    if (m_question != nullptr) {
-        m_question->setInputHeightLimit(limit);
+    for (PromptStrip *prompt : std::initializer_list<PromptStrip *>{m_approval, m_question}) {
+        if (prompt != nullptr) {
+            prompt->setInputHeightLimit(limit);
+        }
     }
 }
 
 void SessionRow::showMain(Details details) {
     m_mark->setMode({m_session.state}, m_session.stateChangedAt);
-    nameLine().setName(m_session.displayName());
-    nameLine().setRenamable(context().actions.onRenameCommit && !m_session.cwd.isEmpty());
-    m_agent->setAgent(details.testFlag(Detail::showsAgent) ? std::optional(m_session.agent)
-                                                           : std::nullopt);
+    showName(m_session.displayName(), m_session.cwd);
+    showAgent(details.testFlag(Detail::showsAgent) ? std::optional(m_session.agent) : std::nullopt);
     const SessionSubtitle subtitle = SessionSubtitle::of(m_session);
     // The separator stays with the status, for the detail may read from right to left.
     const bool hasDetail = !subtitle.detail.isEmpty();
@@ -130,7 +104,7 @@ void SessionRow::showStrip(Details details) {
 void SessionRow::retire(QWidget &strip) {
     strip.hide();
     strip.deleteLater();
-    m_column->removeWidget(&strip);
+    column().removeWidget(&strip);
     m_approval = m_approval == &strip ? nullptr : m_approval;
     m_question = m_question == &strip ? nullptr : m_question;
     m_external = m_external == &strip ? nullptr : m_external;
@@ -169,12 +143,9 @@ bool SessionRow::isUpToDate() const {
 }
 
 bool SessionRow::hasBeenRead() const {
-    if (m_strip == nullptr || !m_details.testFlag(Detail::showsShortcuts) || !isUpToDate()) {
-        return false;
-    }
-    return m_strip == m_approval   ? m_approval->hasBeenRead()
-           : m_strip == m_question ? m_question->hasBeenRead()
-                                   : false;
+    const auto *prompt = qobject_cast<const PromptStrip *>(m_strip);
+    return prompt != nullptr && m_details.testFlag(Detail::showsShortcuts) && isUpToDate() &&
+           prompt->hasBeenRead();
 }
 
 // A strip is made when it is first called for: most rows never need one.
@@ -183,7 +154,7 @@ ApprovalStrip &SessionRow::approvalStrip() {
     if (m_approval == nullptr) {
         m_approval = new ApprovalStrip(context().scheduler, this);
         m_approval->setInputHeightLimit(m_inputHeightLimit);
-        m_column->addWidget(m_approval);
+        column().addWidget(m_approval);
         connect(m_approval, &ApprovalStrip::decided, this, [this](const AgentDecision &decision) {
             if (const auto &decide = context().actions.onDecide; decide && isUpToDate()) {
                 decide(m_session.id, decision);
@@ -197,7 +168,7 @@ QuestionStrip &SessionRow::questionStrip() {
     if (m_question == nullptr) {
         m_question = new QuestionStrip(context().scheduler, this);
         m_question->setInputHeightLimit(m_inputHeightLimit);
-        m_column->addWidget(m_question);
+        column().addWidget(m_question);
         connect(m_question, &QuestionStrip::answered, this,
                 [this](const QString &question, const QString &option) {
                     if (const auto &answer = context().actions.onAnswer; answer && isUpToDate()) {
@@ -211,16 +182,10 @@ QuestionStrip &SessionRow::questionStrip() {
 ExternalStrip &SessionRow::externalStrip() {
     if (m_external == nullptr) {
         m_external = new ExternalStrip(this);
-        m_column->addWidget(m_external);
+        column().addWidget(m_external);
         connect(m_external, &ExternalStrip::answerRequested, this, &SessionRow::select);
     }
     return *m_external;
-}
-
-bool SessionRow::hitButton(const QPoint &position) const {
-    // A press that just misses a button of the strip must not take the person to the terminal.
-    const bool isInStrip = m_strip != nullptr && position.y() >= m_strip->y();
-    return !isInStrip && ListRow::hitButton(position);
 }
 
 } // namespace morvane

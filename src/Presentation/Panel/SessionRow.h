@@ -3,11 +3,8 @@
 #include "Core/Sessions/Session.h"
 #include "Presentation/Panel/ListRow.h"
 
-class QVBoxLayout;
-
 namespace morvane {
 
-class AgentBadge;
 class ApprovalStrip;
 class ExternalStrip;
 class PixelAnimator;
@@ -45,11 +42,8 @@ public:
     /// has stood here long enough to be read.
     bool hasBeenRead() const;
 
-protected:
-    bool hitButton(const QPoint &position) const override;
-
 private:
-    void arrange();
+    const QWidget *strip() const override { return m_strip; }
     void showMain(Details details);
     void showStrip(Details details);
     QWidget *stripFor(bool showsShortcuts);
@@ -65,12 +59,10 @@ private:
     int m_inputHeightLimit = 0;
     bool m_isFilled = false;
     PixelAnimator *m_mark;
-    AgentBadge *m_agent;
     TextLabel *m_status;
     TextLabel *m_detail;
     SessionMetaLine *m_meta;
     SubagentList *m_subagents;
-    QVBoxLayout *m_column = nullptr;
     QWidget *m_strip = nullptr; ///< the one on show
     ApprovalStrip *m_approval = nullptr;
     QuestionStrip *m_question = nullptr;
