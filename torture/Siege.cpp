@@ -24,7 +24,7 @@
 #include <utility>
 #include <vector>
 
-// siege PID: besieges the running program of this process and of the home folder in the
+// siege PID PORT TOKEN: besieges the running program of this process and of the home folder in the
 // environment. Ten thousand connections that nobody should make, while the hooks of eight agents go
 // on; then a day's events at ten thousand times the usual rate. Fails when a hook's event is lost,
 // or when the program holds more afterwards than before.

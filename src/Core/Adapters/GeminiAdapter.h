@@ -4,7 +4,8 @@
 
 namespace morvane {
 
-/// Gemini CLI and Qwen Code, which share their hooks but not their settings file.
+/// Gemini CLI, and Qwen Code in releases that aren't listed: they share their hooks but not their
+/// settings file.
 class GeminiAdapter : public AgentAdapter {
 public:
     /// The path is relative to the home folder.

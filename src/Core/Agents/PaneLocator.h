@@ -20,7 +20,7 @@ struct PaneLocator {
     std::optional<QString> kittyListenOn; ///< kitty's address, such as "unix:/tmp/kitty-12"
     std::optional<QString> weztermSocket; ///< path of the socket of WezTerm's instance
 
-    /// True when a pane is named. A server alone names none.
+    /// True when a pane is named, or a session of zellij. A server alone names none.
     bool locatesPane() const { return tmux || wezterm || kitty || zellij || orca; }
 
     /// The socket's path out of `tmuxServer`.

@@ -11,8 +11,8 @@ class HookPlan;
 
 /// Our entries among the hooks of a JSON settings file: pure functions over the file's root, which
 /// must be an object. `hooksKey` names the member that maps event names to lists of entries; where
-/// it is none the root is that map. What isn't of this shape is left as it is. Safe from any
-/// thread.
+/// it is none the root is that map. What isn't of this shape is left as it is by all but `install`,
+/// which replaces it. Safe from any thread.
 namespace morvane::JsonHooksEditor {
 
 /// True when there is any entry of ours, of whatever version.

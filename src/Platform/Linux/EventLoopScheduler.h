@@ -9,7 +9,7 @@
 namespace morvane {
 
 /// The scheduler of the main thread, over its Qt event loop. Made on that thread and owned by
-/// `main`.
+/// `PlatformServices`.
 class EventLoopScheduler : public QObject, public Scheduler {
     Q_OBJECT
 
