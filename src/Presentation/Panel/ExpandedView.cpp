@@ -4,17 +4,14 @@
 #include "Core/Sessions/SessionStore.h"
 #include "Platform/MotionPreference.h"
 #include "Platform/Scheduler.h"
-#include "Presentation/Overlay/DigitShortcuts.h"
 #include "Presentation/Panel/CompletedRow.h"
 #include "Presentation/Panel/FocusOrder.h"
 #include "Presentation/Panel/ListViewport.h"
+#include "Presentation/Panel/PanelEntries.h"
 #include "Presentation/Panel/PencilButton.h"
 #include "Presentation/Panel/ReadingTime.h"
 #include "Presentation/Panel/SessionRow.h"
 #include "Presentation/Panel/UsageBars.h"
-#include "Presentation/Style/Colors.h"
-#include "Presentation/Style/TextLabel.h"
-#include "Presentation/Style/Typography.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -35,11 +32,6 @@ constexpr int standardBudget = 480;
 constexpr int inputShare = 3; ///< of the budget: a call that is longer is scrolled
 constexpr Seconds contentDuration(0.18);
 constexpr Seconds attentionDuration(0.14);
-
-/// Apart from the sessions, since a record may bear the id of one.
-QString keyOf(const CompletedRecord &record) {
-    return QStringLiteral("record:") + record.id;
-}
 
 } // namespace
 
@@ -79,7 +71,8 @@ void ExpandedView::refresh() {
     const bool needsAttention =
         m_context.store.hasPendingDecision() || m_context.store.hasExternalPrompt();
     const bool attentionChanges = std::exchange(m_needsAttention, needsAttention) != needsAttention;
-    const Entries next = entries();
+    const PanelEntries::Options options{needsAttention, m_contentHeightBudget / inputShare};
+    const auto next = PanelEntries(m_context, m_viewport->rows(), options).all();
     const bool contentChanges = takeKeys(next);
     m_viewport->rows().setEntries(next, movement(attentionChanges, contentChanges));
     if (attentionChanges) {
@@ -113,7 +106,7 @@ void ExpandedView::showCall() {
 }
 
 /// Whether other entries are on show, or in another order, than before.
-bool ExpandedView::takeKeys(const Entries &next) {
+bool ExpandedView::takeKeys(const QList<RowList::Entry> &next) {
     QStringList keys;
     for (const RowList::Entry &entry : next) {
         keys.append(entry.key);
@@ -127,34 +120,6 @@ std::optional<Seconds> ExpandedView::movement(bool attentionChanges, bool conten
         return std::nullopt;
     }
     return attentionChanges ? attentionDuration : contentDuration;
-}
-
-ExpandedView::Entries ExpandedView::entries() const {
-    const SessionStore &store = m_context.store;
-    Entries result;
-    appendSessions(result, store.activeSessions());
-    if (const auto open = store.openSessions(); !open.isEmpty()) {
-        result.append(header(tr("OPEN — no activity yet"), Colors::secondaryText));
-        appendSessions(result, open);
-    }
-    if (result.isEmpty() && store.jumpableCompleted().isEmpty()) {
-        result.append(text(tr("no active agent sessions"), Typography::text(Typography::bodySize),
-                           Colors::secondaryText, {0, 8, 0, 8}, Qt::AlignHCenter));
-    }
-    // While somebody waits for an answer, the eye belongs to the question. But a text that is being
-    // typed into a row stays there.
-    const auto shown = [this](QList<CompletedRecord> records) {
-        if (m_needsAttention) {
-            records.removeIf([this](const CompletedRecord &record) {
-                return !m_viewport->rows().holdsText(keyOf(record));
-            });
-        }
-        return records;
-    };
-    appendRecords(result, tr("RECENTLY COMPLETED"), Colors::secondaryText,
-                  shown(store.recentlyCompleted()));
-    appendRecords(result, tr("ARCHIVE"), Colors::faintText, shown(store.archivedCompleted()));
-    return result;
 }
 
 bool ExpandedView::hasBeenRead(const QString &sessionID) const {
@@ -180,72 +145,6 @@ std::optional<CompletedRecord> ExpandedView::readRecord(int digit) const {
         return candidate->badge() == digit && !candidate->visibleRegion().isEmpty();
     });
     return m_areRecordsRead && row != rows.end() ? std::optional((*row)->record()) : std::nullopt;
-}
-
-bool ExpandedView::showsDigits() const {
-    return m_context.digitShortcuts != nullptr && m_context.digitShortcuts->areWorking();
-}
-
-void ExpandedView::appendSessions(Entries &list, const SessionSlice &sessions) const {
-    const auto awaiting = showsDigits() ? m_context.store.sessionAwaitingDecision() : std::nullopt;
-    SessionRow::Details common;
-    common.setFlag(SessionRow::Detail::showsAgent, m_context.store.showsAgentBadges());
-    for (const Session &session : sessions) {
-        SessionRow::Details details = common;
-        details.setFlag(SessionRow::Detail::showsShortcuts, awaiting && awaiting->id == session.id);
-        const auto fill = [this, session, details](QWidget *present) -> QWidget * {
-            auto *row = present != nullptr ? static_cast<SessionRow *>(present)
-                                           : new SessionRow(m_context, &m_viewport->rows());
-            row->setInputHeightLimit(m_contentHeightBudget / inputShare);
-            row->setSession(session, details);
-            return row;
-        };
-        list.append({QStringLiteral("session:") + session.id, fill});
-    }
-}
-
-void ExpandedView::appendRecords(Entries &list, const QString &title, const QColor &color,
-                                 const QList<CompletedRecord> &records) const {
-    if (records.isEmpty()) {
-        return;
-    }
-    list.append(header(title, color));
-    const QList<CompletedRecord> jumpable = m_context.store.jumpableCompleted();
-    for (const CompletedRecord &record : records) {
-        CompletedRow::Details details;
-        details.showsAgent = m_context.store.showsAgentBadges();
-        if (showsDigits() && !m_needsAttention) {
-            details.badge = static_cast<int>(jumpable.indexOf(record));
-        }
-        details.session = m_context.store.finishedSession(record);
-        const auto fill = [this, record, details](QWidget *present) -> QWidget * {
-            auto *row = present != nullptr ? static_cast<CompletedRow *>(present)
-                                           : new CompletedRow(m_context, &m_viewport->rows());
-            row->setRecord(record, details);
-            return row;
-        };
-        list.append({keyOf(record), fill});
-    }
-}
-
-RowList::Entry ExpandedView::text(const QString &text, const QFont &font, const QColor &color,
-                                  const QMargins &margins, Qt::Alignment alignment) const {
-    const auto fill = [=, this](QWidget *present) -> QWidget * {
-        if (present != nullptr) {
-            return present;
-        }
-        auto *label = new TextLabel(font, color, 1, &m_viewport->rows());
-        label->setText(text);
-        label->setContentsMargins(margins);
-        label->setAlignment(alignment);
-        return label;
-    };
-    return {QStringLiteral("text:") + text, fill};
-}
-
-RowList::Entry ExpandedView::header(const QString &title, const QColor &color) const {
-    return text(title, Typography::text(Typography::badgeSize, QFont::DemiBold), color,
-                {10, 10, 10, 4}, Qt::AlignLeft);
 }
 
 /// One timer for all of the records, aimed at the first text that becomes untrue.

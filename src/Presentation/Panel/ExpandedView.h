@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Core/Sessions/SessionSlice.h"
 #include "Platform/Task.h"
 #include "Platform/Time.h"
 #include "Presentation/Overlay/PanelContext.h"
@@ -61,18 +60,8 @@ protected:
     bool focusNextPrevChild(bool next) override;
 
 private:
-    using Entries = QList<RowList::Entry>;
-
-    Entries entries() const;
-    bool showsDigits() const;
     void focusMoved(const QWidget *from, const QWidget *to);
-    void appendSessions(Entries &list, const SessionSlice &sessions) const;
-    void appendRecords(Entries &list, const QString &title, const QColor &color,
-                       const QList<CompletedRecord> &records) const;
-    RowList::Entry text(const QString &text, const QFont &font, const QColor &color,
-                        const QMargins &margins, Qt::Alignment alignment) const;
-    RowList::Entry header(const QString &title, const QColor &color) const;
-    bool takeKeys(const Entries &next);
+    bool takeKeys(const QList<RowList::Entry> &next);
     void showCall();
     int wantedWidth() const;
     std::optional<Seconds> movement(bool attentionChanges, bool contentChanges) const;
