@@ -8,6 +8,7 @@
 #include <memory>
 #include <regex>
 #include <string>
+#include <unistd.h>
 
 namespace morvane {
 namespace {
@@ -217,6 +218,25 @@ TEST_P(SharedFileFaultTest, LeavesTheFileWholeWhereItCannotBeRead) {
         EXPECT_EQ(status, content(home, target()) == before ? 1 : 0);
     };
     EXPECT_GE(disturbEach({"?open,?openat"}, "error=EIO", check, target()), 3);
+}
+
+/// As a container leaves a file that has run as this user, but in a group of its own.
+TEST_P(SharedFileFaultTest, IsWrittenWhereItsGroupCannotBeKept) {
+    learn();
+    for (const auto &[old, cut] : {std::pair(0664U, 0644U), {02760U, 0700U}, {0604U, 0604U}}) {
+        const auto home = newHome();
+        const QByteArray file = QFile::encodeName(home->path(target()));
+        constexpr gid_t foreign = 54321;
+        if (::chown(file.constData(), ::getuid(), foreign) != 0) {
+            GTEST_SKIP() << "only an administrator can make such a file";
+        }
+        ::chmod(file.constData(), old);
+        EXPECT_EQ(write(*home, "?fchown", "error=EPERM", "1+"), 0);
+        EXPECT_TRUE(reached);
+        EXPECT_EQ(content(*home, target()), after);
+        EXPECT_EQ(home->mode(target()), cut);
+        EXPECT_EQ(QFileInfo(home->path(target())).groupId(), ::getgid());
+    }
 }
 
 /// Whenever the agent writes, be it a moment before the file is replaced.

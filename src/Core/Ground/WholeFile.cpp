@@ -86,8 +86,9 @@ int WholeFile::open() {
     return m_file < 0 ? errno : 0;
 }
 
-/// The access list comes last, for the permission bits alone say less than it does. Not everyone
-/// may give a file away, so that is only tried where it is needed.
+/// Not everyone may give a file away, so that is only tried where it is needed. A group that isn't
+/// ours, as a container may leave one, makes way for our own, which gets no more than everybody
+/// had. The permission bits come last: they also bound what an access list grants.
 std::optional<Failure> WholeFile::resemble(const QByteArray &model) const {
     struct stat own {};
     struct stat other {};
@@ -95,16 +96,18 @@ std::optional<Failure> WholeFile::resemble(const QByteArray &model) const {
         return systemFailure(errno);
     }
     const bool isSame = own.st_uid == other.st_uid && own.st_gid == other.st_gid;
+    mode_t mode = other.st_mode & 07777;
     if (!isSame && ::fchown(m_file, other.st_uid, other.st_gid) != 0) {
-        return Failure{tr("its owner can't be kept: %1").arg(systemFailure(errno).message)};
-    }
-    if (::fchmod(m_file, other.st_mode & 07777) != 0) {
-        return systemFailure(errno);
+        if (own.st_uid != other.st_uid) {
+            return Failure{tr("its owner can't be kept: %1").arg(systemFailure(errno).message)};
+        }
+        const mode_t others = mode & S_IRWXO;
+        mode &= ~(S_ISGID | S_IRWXG) | (others << 3U);
     }
     if (const int error = FileAttributes::copy(model, m_file)) {
         return Failure{tr("its attributes can't be kept: %1").arg(systemFailure(error).message)};
     }
-    return std::nullopt;
+    return ::fchmod(m_file, mode) == 0 ? std::nullopt : std::optional(systemFailure(errno));
 }
 
 std::optional<Failure> WholeFile::fill(const QByteArray &content) {

@@ -29,7 +29,8 @@ public:
 
     /// Makes the file look like the one at `model`, which must exist: owner, permission bits,
     /// access list and whatever other attributes it has. They hold before the first byte is
-    /// written.
+    /// written. Only its group may become another, where it can't be kept; that one may do no more
+    /// than everybody.
     void setModel(const QString &model) { m_model = model; }
 
     [[nodiscard]] std::optional<Failure> fill(const QByteArray &content);
