@@ -1,10 +1,14 @@
 #include "Platform/Linux/KernelLock.h"
 
 #include <QFile>
+#include <QSysInfo>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <tuple>
 #include <unistd.h>
 
 namespace morvane {
@@ -22,6 +26,27 @@ int openLockFile(const QByteArray &path) {
 /// Somebody else's, such as from a start as the administrator, a link to nowhere or a socket.
 bool isInTheWay(int error) {
     return error == EACCES || error == EPERM || error == ENOENT || error == ELOOP || error == ENXIO;
+}
+
+QByteArray contentOf(int descriptor) {
+    std::array<char, 64> text{};
+    const ssize_t size = ::pread(descriptor, text.data(), text.size(), 0);
+    return {text.data(), std::max<ssize_t>(size, 0)};
+}
+
+/// Since each start of the system has an id of its own, which no copy of a machine shares. What
+/// can't be written down must not be another one's.
+void signLock(int descriptor) {
+    const QByteArray id = QSysInfo::bootUniqueId();
+    if (contentOf(descriptor) != id && ::ftruncate(descriptor, 0) == 0) {
+        std::ignore = ::pwrite(descriptor, id.constData(), static_cast<size_t>(id.size()), 0);
+    }
+}
+
+/// One that isn't signed is taken for this machine's.
+bool isSignedElsewhere(int descriptor) {
+    const QByteArray id = contentOf(descriptor);
+    return !id.isEmpty() && id != QSysInfo::bootUniqueId();
 }
 
 } // namespace
@@ -46,10 +71,14 @@ KernelLock::Outcome KernelLock::take(const QString &path) {
         return Outcome::impossible;
     }
     if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
-        const Outcome outcome = errno == EWOULDBLOCK ? Outcome::heldByAnother : Outcome::impossible;
+        Outcome outcome = errno == EWOULDBLOCK ? Outcome::heldByAnother : Outcome::impossible;
+        if (outcome == Outcome::heldByAnother && isSignedElsewhere(descriptor)) {
+            outcome = Outcome::heldElsewhere;
+        }
         ::close(descriptor);
         return outcome;
     }
+    signLock(descriptor);
     m_name = name;
     m_descriptor = descriptor;
     return Outcome::taken;

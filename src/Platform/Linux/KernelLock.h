@@ -5,8 +5,9 @@
 
 namespace morvane {
 
-/// A lock on a file, which the kernel gives back when the process is gone, however it ended. What
-/// the file holds, and who has made it, is of no matter. Owned by whoever needs the lock.
+/// A lock on a file, which the kernel gives back when the process is gone, however it ended. Who
+/// has made the file is of no matter; it comes to hold which machine has the lock. Owned by whoever
+/// needs the lock.
 class KernelLock {
 public:
     KernelLock() = default;
@@ -17,7 +18,8 @@ public:
     enum class Outcome {
         taken,
         heldByAnother,
-        impossible, ///< the file can't be made or opened, or its file system has no locks
+        heldElsewhere, ///< on another machine, which has the folder as well
+        impossible,    ///< the file can't be made or opened, or its file system has no locks
     };
 
     /// Doesn't wait. A lock that was taken before stays so.

@@ -100,6 +100,16 @@ TEST_F(SingleInstanceTest, SaysThatTheFirstIsSilent) {
     EXPECT_EQ(claim(), Outcome::isFirst);
 }
 
+TEST_F(SingleInstanceTest, RunsBesideOneOnAnotherMachineThatHasTheFolderToo) {
+    const QString lock = lockFile();
+    KernelLock first;
+    ASSERT_EQ(first.take(lock), KernelLock::Outcome::taken);
+    home.write("config/" + QFileInfo(lock).fileName(), "that machine's");
+    SingleInstance second(home.path("config"), Screen::reached);
+    EXPECT_EQ(second.claim(noPatience), Outcome::isFirst);
+    EXPECT_NE(claim(), Outcome::isFirst);
+}
+
 TEST_F(SingleInstanceTest, NothingThatLiesInThePlaceOfItsFilesKeepsItFromStarting) {
     const QString lock = lockFile();
     const QByteArray name = QFile::encodeName(lock);

@@ -91,13 +91,14 @@ SingleInstance::Outcome SingleInstance::claim(Seconds patience) {
     }
 }
 
-/// In the folder that doesn't depend on how the program was started, where that can be done. Where
-/// no lock can be had at all, running is better than not.
+/// In the folder that doesn't depend on how the program was started, where that can be done and no
+/// other machine has done it. Where no lock can be had at all, running is better than not.
 KernelLock::Outcome SingleInstance::takeLock() {
     auto result = KernelLock::Outcome::impossible;
     for (const QString &folder : QStringList{m_configFolder} + m_runtimeFolders) {
         result = m_lock.take(folder + m_name + QLatin1String(".lock"));
-        if (result != KernelLock::Outcome::impossible) {
+        if (result != KernelLock::Outcome::impossible &&
+            result != KernelLock::Outcome::heldElsewhere) {
             break;
         }
     }
