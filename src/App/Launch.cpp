@@ -111,6 +111,11 @@ int run(int argc, char **argv, const std::function<void(PlatformServices &)> &ad
         break;
     case SingleInstance::Outcome::toldTheFirst:
         return EXIT_SUCCESS;
+    case SingleInstance::Outcome::isOnAnotherDisplay:
+        return giveUp(
+            QCoreApplication::translate(
+                "Launch", "Morvane already runs on the display %1. End it there to start it here.")
+                .arg(instance.displayOfFirst()));
     case SingleInstance::Outcome::firstIsSilent:
         return giveUp(QCoreApplication::translate(
             "Launch",

@@ -69,6 +69,22 @@ TEST_F(SingleInstanceTest, OneWithAScreenTakesThePlaceOfOneWithout) {
     EXPECT_EQ(first, nullptr);
 }
 
+TEST_F(SingleInstanceTest, SaysWhichOtherDisplayTheFirstIsOn) {
+    home.set("DISPLAY", ":0");
+    SingleInstance first(home.path("config"), Screen::reached);
+    ASSERT_EQ(first.claim(noPatience), Outcome::isFirst);
+    const std::tuple<QString, Screen, Outcome> seconds[] = {
+        {":0.1", Screen::reached, Outcome::toldTheFirst},
+        {":10.0", Screen::none, Outcome::toldTheFirst},
+        {"a.host:0", Screen::reached, Outcome::isOnAnotherDisplay}};
+    for (const auto &[display, screen, outcome] : seconds) {
+        home.set("DISPLAY", display);
+        SingleInstance second(home.path("config"), screen);
+        EXPECT_EQ(onAnotherThread([&] { return second.claim(Seconds(30)); }), outcome);
+        EXPECT_EQ(second.displayOfFirst(), ":0");
+    }
+}
+
 TEST_F(SingleInstanceTest, LeavesNothingOfItsOwnWhereThatIsWanted) {
     const QDir folder(home.path("config"));
     const auto comeAndGo = [&] {

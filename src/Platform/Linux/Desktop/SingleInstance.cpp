@@ -11,6 +11,7 @@
 #include <QThread>
 #include <QTimer>
 
+#include <array>
 #include <cerrno>
 #include <chrono>
 #include <poll.h>
@@ -26,8 +27,8 @@ namespace {
 constexpr int retryDelay = 20; // milliseconds
 constexpr std::chrono::seconds pause(1);
 
-// What is said at the socket, a byte each. A second takes any other answer for the one of a first
-// that it gives way to.
+// What is said at the socket, a byte each; behind the first of these comes the display. A second
+// takes any other answer for the one of a first that it gives way to.
 constexpr char heardOnScreen = '\n';
 constexpr char heardWithoutScreen = '-';
 constexpr char giveMeYourPlace = '+';
@@ -54,11 +55,18 @@ QString nameFor(const QString &configFolder) {
     return QStringLiteral("/morvane-") + QString::fromLatin1(hash.toHex().left(16));
 }
 
+/// The X display without the number of its screen: one program serves them all.
+QByteArray displayName() {
+    const QByteArray name = qgetenv("DISPLAY");
+    const qsizetype screen = name.indexOf('.', name.lastIndexOf(':'));
+    return screen < 0 ? name : name.first(screen);
+}
+
 } // namespace
 
 SingleInstance::SingleInstance(const QString &configFolder, Screen screen)
-    : m_configFolder(configFolder), m_screen(screen), m_name(nameFor(configFolder)),
-      m_runtimeFolders(runtimeFolders()) {}
+    : m_configFolder(configFolder), m_screen(screen), m_display(displayName()),
+      m_name(nameFor(configFolder)), m_runtimeFolders(runtimeFolders()) {}
 
 SingleInstance::~SingleInstance() {
     if (m_knocks) {
@@ -79,6 +87,9 @@ SingleInstance::Outcome SingleInstance::claim(Seconds patience) {
         const Answer answer = tellTheFirst(deadline);
         if (answer == Answer::heard) {
             return Outcome::toldTheFirst;
+        }
+        if (answer == Answer::heardElsewhere) {
+            return Outcome::isOnAnotherDisplay;
         }
         if (answer == Answer::nobody && !isHeld) {
             listen();
@@ -105,27 +116,37 @@ KernelLock::Outcome SingleInstance::takeLock() {
     return result;
 }
 
-SingleInstance::Answer SingleInstance::tellTheFirst(const QDeadlineTimer &deadline) const {
+SingleInstance::Answer SingleInstance::tellTheFirst(const QDeadlineTimer &deadline) {
     for (const QString &folder : m_runtimeFolders + QStringList{m_configFolder}) {
         const Descriptor socket =
             UnixSockets::connectTo(folder + m_name + QLatin1String(".socket"));
         if (socket.number() >= 0) {
-            pollfd answer{.fd = socket.number(), .events = POLLIN, .revents = 0};
-            char byte = 0;
-            const bool isHeard =
-                ::poll(&answer, 1, static_cast<int>(deadline.remainingTime())) == 1 &&
-                ::recv(socket.number(), &byte, 1, 0) == 1;
-            if (isHeard && byte == heardWithoutScreen && m_screen == Screen::reached) {
-                std::ignore = ::send(socket.number(), &giveMeYourPlace, 1, MSG_NOSIGNAL);
-                return Answer::silence;
-            }
-            return isHeard ? Answer::heard : Answer::silence;
+            return hearTheFirst(socket.number(), deadline);
         }
         if (errno == EAGAIN) {
             return Answer::silence; // many have come already
         }
     }
     return Answer::nobody;
+}
+
+/// A first that doesn't tell its display is taken to be on this one.
+SingleInstance::Answer SingleInstance::hearTheFirst(int socket, const QDeadlineTimer &deadline) {
+    pollfd answer{.fd = socket, .events = POLLIN, .revents = 0};
+    std::array<char, 256> text{};
+    const bool isThere = ::poll(&answer, 1, static_cast<int>(deadline.remainingTime())) == 1;
+    const ssize_t size = isThere ? ::recv(socket, text.data(), text.size(), 0) : 0;
+    if (size < 1) {
+        return Answer::silence;
+    }
+    const bool isWanted = m_screen == Screen::reached;
+    if (isWanted && text[0] == heardWithoutScreen) {
+        std::ignore = ::send(socket, &giveMeYourPlace, 1, MSG_NOSIGNAL);
+        return Answer::silence;
+    }
+    m_displayOfFirst = QByteArray(text.data() + 1, size - 1);
+    const bool isSeen = !isWanted || m_displayOfFirst.isEmpty() || m_displayOfFirst == m_display;
+    return isSeen ? Answer::heard : Answer::heardElsewhere;
 }
 
 /// A socket's path may be no longer than about a hundred bytes, so it goes into a folder of the
@@ -148,8 +169,10 @@ void SingleInstance::answer() {
         ::accept4(m_socket->number(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
     if (second.number() >= 0) {
         const bool isOnScreen = m_screen == Screen::reached;
-        std::ignore = ::send(second.number(), isOnScreen ? &heardOnScreen : &heardWithoutScreen, 1,
-                             MSG_NOSIGNAL);
+        const QByteArray answer =
+            isOnScreen ? heardOnScreen + m_display : QByteArray(1, heardWithoutScreen);
+        std::ignore = ::send(second.number(), answer.constData(),
+                             static_cast<size_t>(answer.size()), MSG_NOSIGNAL);
         if (!isOnScreen) {
             m_word.reset();
             m_second.emplace(std::move(second));

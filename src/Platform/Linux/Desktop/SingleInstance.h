@@ -31,11 +31,15 @@ public:
     enum class Outcome {
         isFirst,
         toldTheFirst,
-        firstIsSilent, ///< there is a first, which has not answered
+        isOnAnotherDisplay, ///< there is a first, which this one's person doesn't see
+        firstIsSilent,      ///< there is a first, which has not answered
     };
 
     /// To be called once. A first is waited for as long as told; it answers in its event loop.
     Outcome claim(Seconds patience);
+
+    /// The X display of a first that has answered; empty where it has none, or doesn't tell.
+    QString displayOfFirst() const { return QString::fromUtf8(m_displayOfFirst); }
 
     /// Its end is to take the lock's file away, and the folder where nothing else lies in it.
     void leaveNothing() { m_leavesNothing = true; }
@@ -48,19 +52,22 @@ signals:
     void placeWanted();
 
 private:
-    enum class Answer { nobody, silence, heard };
+    enum class Answer { nobody, silence, heard, heardElsewhere };
 
     KernelLock::Outcome takeLock();
-    Answer tellTheFirst(const QDeadlineTimer &deadline) const;
+    Answer tellTheFirst(const QDeadlineTimer &deadline);
+    Answer hearTheFirst(int socket, const QDeadlineTimer &deadline);
     void listen();
     void answer();
     void hear();
 
     const QString m_configFolder;
     const Screen m_screen;
+    const QByteArray m_display;
     const QString m_name; ///< of the files, without their ending
     const QStringList m_runtimeFolders;
     KernelLock m_lock;
+    QByteArray m_displayOfFirst;
     QString m_socketPath; ///< where it listens
     std::optional<Descriptor> m_socket;
     std::optional<QSocketNotifier> m_knocks; ///< at the socket
