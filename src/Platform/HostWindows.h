@@ -5,6 +5,7 @@
 #include <QList>
 #include <QString>
 
+#include <cstdint>
 #include <functional>
 
 namespace morvane {
@@ -13,6 +14,13 @@ namespace morvane {
 struct HostWindow {
     QString id; ///< of the desktop's making, good for as long as the window is there
     QString title;
+};
+
+/// A terminal, and what tells it from another whose device is called the same.
+struct TerminalDevice {
+    QString path;             ///< such as "/dev/pts/3"
+    Date knownAt;             ///< one that was opened later isn't meant
+    std::int64_t process = 0; ///< which runs in it, maybe in a container; 0 where none is known
 };
 
 /// Programs that host sessions, and their windows: what it takes to go there. Best effort: what
@@ -27,7 +35,14 @@ public:
     virtual ~HostWindows() = default;
 
     using Found = std::function<void(const QList<HostWindow> &)>;
-    using Shown = std::function<void(bool)>;
+
+    /// What has become of a terminal that was to be shown.
+    enum class Showing {
+        shown,
+        unknown,   ///< nobody tells which window has it
+        elsewhere, ///< its login came over the network, so no window here has it
+    };
+    using Shown = std::function<void(Showing)>;
 
     /// The windows of the application with this bundle identifier, in the desktop's order; none
     /// when it doesn't run, or the desktop doesn't tell.
@@ -39,10 +54,9 @@ public:
     /// Starts an application that is installed; nothing for one that isn't.
     virtual void launch(const QString &bundleID) = 0;
 
-    /// Brings the window, and the tab in it, to the front that shows this terminal (a device such
-    /// as "/dev/pts/3"), where a terminal can tell which one that is. One that was opened after
-    /// `knownAt` has but the name of the one that is meant. `shown` hears whether it did.
-    virtual void showTerminal(const QString &tty, Date knownAt, Shown shown) = 0;
+    /// Brings the window, and the tab in it, to the front that shows this terminal, where it can be
+    /// told which one that is.
+    virtual void showTerminal(const TerminalDevice &terminal, Shown shown) = 0;
 };
 
 } // namespace morvane

@@ -57,8 +57,8 @@ public:
     }
     void activate(const HostWindow &) override {}
     void launch(const QString &) override {}
-    void showTerminal(const QString &, Date, Shown shown) override {
-        later([shown = std::move(shown)] { shown(false); });
+    void showTerminal(const TerminalDevice &, Shown shown) override {
+        later([shown = std::move(shown)] { shown(Showing::unknown); });
     }
 
 private:

@@ -5,26 +5,49 @@
 #include <gtest/gtest.h>
 
 #include <ctime>
+#include <sys/stat.h>
 #include <sys/sysmacros.h>
 #include <unistd.h>
 
 namespace morvane {
 namespace {
 
-TEST(TerminalProcesses, AreTheShellAndAllThatHaveStartedIt) {
-    const TemporaryHome folder;
-    timespec sinceBoot{};
-    ::clock_gettime(CLOCK_BOOTTIME, &sinceBoot);
-    const Date began = Date::clock::now() - Seconds(60);
-    const long startedAt = (sinceBoot.tv_sec - 60) * ::sysconf(_SC_CLK_TCK);
-    const auto add = [&](int id, const char *name, int parent, int session, int terminal) {
+/// A folder like /proc.
+class TerminalProcessesTest : public testing::Test {
+protected:
+    TerminalProcessesTest() { ::clock_gettime(CLOCK_BOOTTIME, &sinceBoot); }
+
+    /// One that has begun a minute ago.
+    void add(int id, const char *name, int parent, int session, int terminal) {
+        const long startedAt = (sinceBoot.tv_sec - 60) * ::sysconf(_SC_CLK_TCK);
         const auto status =
             QString::asprintf("%d (%s) S %d %d %d %d -1 4194304 0 0 0 0 0 0 0 0 20 0 1 0 %ld 0 0\n",
                               id, name, parent, id, session, terminal, startedAt);
         folder.write(QString::number(id) + "/stat", status.toUtf8());
-    };
-    constexpr int third = 0x8803;    // as the kernel writes 136:3
-    constexpr int beyond = 0x10882c; // and 136:300
+    }
+
+    void open(const QString &file, int id, const char *stream) {
+        QDir(folder.path()).mkpath(QString::number(id) + "/fd");
+        QFile::link(file, folder.path(QString::number(id) + "/fd/" + stream));
+    }
+
+    TerminalProcesses of(unsigned int major, unsigned int minor, qint64 resident = 0) {
+        struct stat device {};
+        ::stat(QFile::encodeName(file).constData(), &device);
+        device.st_rdev = makedev(major, minor);
+        return TerminalProcesses::of(device, folder.path(), resident);
+    }
+
+    static constexpr int third = 0x8803;    // as the kernel writes 136:3
+    static constexpr int beyond = 0x10882c; // and 136:300
+    static constexpr int null = 0x103;
+    const TemporaryHome folder;
+    const QString file = folder.write("terminal"); ///< in place of each device
+    timespec sinceBoot{};
+};
+
+TEST_F(TerminalProcessesTest, AreTheShellAndAllThatHaveStartedIt) {
+    const Date began = Date::clock::now() - Seconds(60);
     add(1, "init", 0, 1, 0);
     add(20, "x (1) 2", 1, 20, 0);
     add(30, "bash", 20, 30, third);
@@ -33,13 +56,13 @@ TEST(TerminalProcesses, AreTheShellAndAllThatHaveStartedIt) {
     add(50, "loop", 51, 50, 7);
     add(51, "loop", 50, 51, 0);
     add(60, "of another", 61, 60, 9);
+    for (const int id : {30, 31, 40, 50, 60}) {
+        open(file, id, "1");
+    }
     folder.write("61/stat", "61 no name");
     folder.write("self/stat", "70 (self) S 1 70 70 34819");
     folder.write("30/environ", QByteArray("A=1\0WINDOWID=42\0XWINDOWID=5\0B", 30));
 
-    const auto of = [&](unsigned int major, unsigned int minor) {
-        return TerminalProcesses::of(makedev(major, minor), folder.path());
-    };
     const TerminalProcesses found = of(136, 3);
     EXPECT_EQ(found.ancestors, (QList<TerminalProcesses::Process>{{30, "bash"}, {20, "x (1) 2"}}));
     EXPECT_LT(std::chrono::abs(found.openedAt - began), std::chrono::seconds(10));
@@ -51,6 +74,23 @@ TEST(TerminalProcesses, AreTheShellAndAllThatHaveStartedIt) {
     for (const unsigned int nobodys : {0U, 44U}) {
         EXPECT_TRUE(of(0, nobodys).ancestors.isEmpty());
     }
+}
+
+/// As each container has them.
+TEST_F(TerminalProcessesTest, AreNoneOfATerminalThatOnlyHasTheSameNumber) {
+    add(20, "another user's", 1, 20, third);
+    add(25, "in a container", 1, 25, third);
+    open(folder.write("namesake"), 25, "0");
+    EXPECT_TRUE(of(136, 3).ancestors.isEmpty());
+    add(30, "bash", 1, 30, third);
+    open(file, 30, "2");
+    EXPECT_EQ(of(136, 3).ancestors.value(0).id, 30);
+
+    add(80, "bash", 1, 80, null);
+    open(file, 80, "0");
+    open("/dev/null", 81, "2");
+    EXPECT_EQ(of(1, 3, 80).ancestors.size(), 1);
+    EXPECT_TRUE(of(1, 3, 81).ancestors.isEmpty());
 }
 
 } // namespace

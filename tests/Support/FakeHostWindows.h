@@ -13,15 +13,17 @@ public:
     void find(const QString &bundleID, Found found) override { found(running.value(bundleID)); }
     void activate(const HostWindow &window) override { deeds << "activate " + window.id; }
     void launch(const QString &bundleID) override { deeds << "launch " + bundleID; }
-    void showTerminal(const QString &tty, Date knownAt, Shown shown) override {
-        deeds << "show " + tty;
-        shown(terminals.contains(tty) && openedAt <= knownAt);
+    void showTerminal(const TerminalDevice &terminal, Shown shown) override {
+        deeds << "show " + terminal.path;
+        const bool isHere = terminals.contains(terminal.path) && openedAt <= terminal.knownAt;
+        shown(isHere ? Showing::shown : otherwise);
     }
 
     QStringList deeds;
     QMap<QString, QList<HostWindow>> running; ///< by their bundle identifiers
     QStringList terminals;                    ///< those that can be shown
     Date openedAt;                            ///< all of them
+    Showing otherwise = Showing::unknown;     ///< of any other
 };
 
 } // namespace morvane

@@ -18,8 +18,7 @@ struct Arrival {
     QString bundleID;
     QString projectName;
     PaneLocator pane;
-    QString tty; ///< that a window shows; empty where none is known
-    Date ttyKnownAt;
+    TerminalDevice terminal; ///< that a window shows; its path is empty where none is known
 };
 
 void launchOrRaise(const Arrival &arrival, HostWindows &windows) {
@@ -32,14 +31,15 @@ void launchOrRaise(const Arrival &arrival, HostWindows &windows) {
     });
 }
 
-/// A terminal that knows which of its windows is meant needs no guess by the titles.
+/// A terminal that knows which of its windows is meant needs no guess by the titles, and where no
+/// window here can have it each guess would be wrong.
 void bringForward(const Arrival &arrival, HostWindows &windows) {
-    if (arrival.tty.isEmpty()) {
+    if (arrival.terminal.path.isEmpty()) {
         launchOrRaise(arrival, windows);
         return;
     }
-    windows.showTerminal(arrival.tty, arrival.ttyKnownAt, [arrival, &windows](bool shown) {
-        if (!shown) {
+    windows.showTerminal(arrival.terminal, [arrival, &windows](HostWindows::Showing showing) {
+        if (showing == HostWindows::Showing::unknown) {
             launchOrRaise(arrival, windows);
         }
     });
@@ -74,14 +74,12 @@ void arrive(const Destination &destination, const std::optional<PaneFocus::Clien
     Arrival arrival{HostApp::bundleID(destination.hostBundleID, destination.termProgram),
                     destination.projectName,
                     destination.pane,
-                    {},
-                    destination.toldAt};
+                    {{}, destination.toldAt, destination.process}};
     if (client) {
         arrival.pane = PaneFocus::paneOf(*client, means.processes);
-        arrival.tty = client->tty;
-        arrival.ttyKnownAt = Date::max();
+        arrival.terminal = {client->tty, Date::max(), client->process};
     } else if (!destination.pane.tmux) {
-        arrival.tty = destination.ttyName.value_or(QString());
+        arrival.terminal.path = destination.ttyName.value_or(QString());
     }
     std::visit([&](const auto &step) { perform(step, arrival, means); }, firstStep(destination));
 }
@@ -89,9 +87,10 @@ void arrive(const Destination &destination, const std::optional<PaneFocus::Clien
 } // namespace
 
 Destination Destination::of(const Session &session) {
-    return {session.itermSessionID,       session.termProgram, session.hostBundleID,
-            Session::nameOf(session.cwd), session.pane,        session.ttyName,
-            session.lastEventAt};
+    return {session.itermSessionID, session.termProgram,
+            session.hostBundleID,   Session::nameOf(session.cwd),
+            session.pane,           session.ttyName,
+            session.lastEventAt,    session.process ? session.process->id : 0};
 }
 
 Destination Destination::of(const CompletedRecord &record) {

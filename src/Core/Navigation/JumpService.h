@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <cstdint>
 #include <optional>
 #include <variant>
 
@@ -35,7 +36,8 @@ struct Destination {
     QString projectName; ///< never empty
     PaneLocator pane;
     std::optional<QString> ttyName;
-    Date toldAt; ///< a terminal that was opened later has but the same name
+    Date toldAt;              ///< a terminal that was opened later has but the same name
+    std::int64_t process = 0; ///< which runs in the terminal; 0 where none is known
 
     static Destination of(const Session &session);
     static Destination of(const CompletedRecord &record);

@@ -6,6 +6,7 @@
 #include <QFile>
 
 #include <algorithm>
+#include <array>
 #include <ctime>
 #include <optional>
 #include <sys/stat.h>
@@ -40,12 +41,40 @@ qint64 numberOf(dev_t device) {
     return static_cast<qint32>(low | (major(device) << 8U) | (high << 12U));
 }
 
-std::optional<ProcessStatus> sessionLeader(qint64 terminal, const QString &folder) {
+/// The files behind a process's standard streams; none of one that can't be looked into.
+QList<struct stat> streamsOf(qint64 id, const QString &folder) {
+    QList<struct stat> result;
+    for (const int number : std::array{0, 1, 2}) {
+        struct stat info {};
+        const QString path = QStringLiteral("%1/%2/fd/%3").arg(folder).arg(id).arg(number);
+        if (::stat(QFile::encodeName(path).constData(), &info) == 0) {
+            result.append(info);
+        }
+    }
+    return result;
+}
+
+/// Each container numbers its terminals by itself, on a file system of its own.
+bool runsIn(qint64 id, const struct stat &device, const QString &folder) {
+    return std::ranges::any_of(streamsOf(id, folder), [&](const struct stat &stream) {
+        return stream.st_dev == device.st_dev && stream.st_ino == device.st_ino;
+    });
+}
+
+bool runsInNamesake(qint64 id, const struct stat &device, const QString &folder) {
+    return std::ranges::any_of(streamsOf(id, folder), [&](const struct stat &stream) {
+        return stream.st_dev != device.st_dev && stream.st_rdev == device.st_rdev;
+    });
+}
+
+std::optional<ProcessStatus> sessionLeader(const struct stat &device, const QString &folder) {
+    const qint64 terminal = numberOf(device.st_rdev);
     for (const QString &entry : QDir(folder).entryList(QDir::Dirs)) {
         bool isProcess = false;
         const qint64 id = entry.toLongLong(&isProcess);
         const auto status = isProcess ? ProcessStatus::of(id, folder) : std::nullopt;
-        if (status && status->terminal == terminal && status->session == id) {
+        if (status && status->terminal == terminal && status->session == id &&
+            runsIn(id, device, folder)) {
             return status;
         }
     }
@@ -61,20 +90,22 @@ QString TerminalProcesses::variable(const QByteArray &name) const {
 }
 
 /// Only below /dev: elsewhere a path that somebody has made up may lead to a disk that hangs.
-TerminalProcesses TerminalProcesses::of(const QString &tty) {
+TerminalProcesses TerminalProcesses::of(const QString &tty, qint64 resident) {
     struct stat info {};
     if (!tty.startsWith(QLatin1String("/dev/")) || tty.contains(QLatin1String("/../")) ||
         ::stat(QFile::encodeName(tty).constData(), &info) != 0 || !S_ISCHR(info.st_mode)) {
         return {};
     }
-    TerminalProcesses result = of(info.st_rdev, QStringLiteral("/proc"));
+    TerminalProcesses result = of(info, QStringLiteral("/proc"), resident);
     result.openedAt = std::min(result.openedAt, Date(std::chrono::seconds(info.st_ctim.tv_sec)));
     return result;
 }
 
-TerminalProcesses TerminalProcesses::of(dev_t device, const QString &folder) {
-    const qint64 terminal = numberOf(device);
-    auto status = terminal == 0 ? std::nullopt : sessionLeader(terminal, folder);
+TerminalProcesses TerminalProcesses::of(const struct stat &device, const QString &folder,
+                                        qint64 resident) {
+    const bool isMeant =
+        device.st_rdev != 0 && (resident == 0 || !runsInNamesake(resident, device, folder));
+    auto status = isMeant ? sessionLeader(device, folder) : std::nullopt;
     if (!status) {
         return {};
     }

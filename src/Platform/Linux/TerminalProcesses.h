@@ -6,7 +6,7 @@
 #include <QList>
 #include <QString>
 
-#include <sys/types.h>
+struct stat;
 
 namespace morvane {
 
@@ -33,12 +33,14 @@ struct TerminalProcesses {
     /// The value of a variable of that; empty where it isn't set.
     QString variable(const QByteArray &name) const;
 
-    /// Of a terminal such as "/dev/pts/3"; empty for what is none, or is nobody's. Reads many small
-    /// files; safe from any thread.
-    static TerminalProcesses of(const QString &tty);
+    /// Of a terminal such as "/dev/pts/3"; empty for what is none, or is nobody's, and where
+    /// `resident`, a process that runs in the terminal which is meant, has a container's of the
+    /// same name. Reads many small files; safe from any thread.
+    static TerminalProcesses of(const QString &tty, qint64 resident = 0);
 
     /// The same for the device, as a folder like /proc shows the processes.
-    static TerminalProcesses of(dev_t device, const QString &folder);
+    static TerminalProcesses of(const struct stat &device, const QString &folder,
+                                qint64 resident = 0);
 };
 
 } // namespace morvane

@@ -125,6 +125,8 @@ TEST_F(JumpServiceTest, AsksTheTerminalItselfWhereItsDeviceIsKnown) {
     EXPECT_EQ(jumped(), QStringList{"show /dev/pts/5"});
     windows.openedAt = destination.toldAt + Seconds(1); // another terminal that has the name by now
     EXPECT_EQ(jumped(), QStringList({"show /dev/pts/5", "launch net.kovidgoyal.kitty"}));
+    windows.otherwise = HostWindows::Showing::elsewhere; // as one of a login over the network
+    EXPECT_EQ(jumped(), QStringList{"show /dev/pts/5"});
 }
 
 TEST_F(JumpServiceTest, GoesToTheTerminalThatShowsTheTmuxPane) {

@@ -5,6 +5,7 @@
 #include "Support/ManualPool.h"
 
 #include <QGuiApplication>
+#include <QStandardPaths>
 
 namespace morvane {
 namespace {
@@ -38,12 +39,14 @@ protected:
         return result.value_or(QList<HostWindow>());
     }
 
-    bool show(const QString &tty, Date knownAt = Date::clock::now()) {
-        std::optional<bool> result;
-        windows->showTerminal(tty, knownAt, [&](bool isShown) { result = isShown; });
+    using Showing = HostWindows::Showing;
+
+    Showing show(const QString &tty, Date knownAt = Date::clock::now()) {
+        std::optional<Showing> result;
+        windows->showTerminal({tty, knownAt}, [&](auto showing) { result = showing; });
         pool.runAll();
         EXPECT_TRUE(becomesTrue([&] { return result.has_value(); }));
-        return result == true;
+        return result.value_or(Showing::unknown);
     }
 
     bool isInFront(const char *title) const {
@@ -86,13 +89,20 @@ TEST_P(HostWindowsTest, TheTerminalWithTheShellComesForward) {
     for (const char *title : {"shop", "shop-api", "shop"}) {
         display->goToDesktop(1);
         ASSERT_TRUE(becomesTrue([this] { return !display->focusedTitle().startsWith("shop"); }));
-        EXPECT_TRUE(show(QString::fromUtf8(home.read(title).trimmed())));
+        EXPECT_EQ(show(QString::fromUtf8(home.read(title).trimmed())), Showing::shown);
         EXPECT_TRUE(isInFront(title));
     }
-    EXPECT_FALSE(show(QString::fromUtf8(home.read("shop").trimmed()), Date()));
+    EXPECT_EQ(show(QString::fromUtf8(home.read("shop").trimmed()), Date()), Showing::unknown);
     for (const char *nobodys : {"/dev/null", "/dev/pts/99999", "/dev/../tmp", "", "\n"}) {
-        EXPECT_FALSE(show(nobodys)) << nobodys;
+        EXPECT_EQ(show(nobodys), Showing::unknown) << nobodys;
     }
+    // As of a login over the network.
+    const QString sshd = home.path("sshd-session");
+    QFile::copy(QStandardPaths::findExecutable("script"), sshd);
+    const auto login =
+        start({sshd, "-qfc", "tty >" + home.path("login") + "; sleep 600", "/dev/null"});
+    ASSERT_TRUE(becomesTrue([&] { return home.read("login").endsWith('\n'); }));
+    EXPECT_EQ(show(QString::fromUtf8(home.read("login").trimmed())), Showing::elsewhere);
 }
 
 INSTANTIATE_TEST_SUITE_P(Under, HostWindowsTest, testing::ValuesIn(WindowManager::all),

@@ -42,6 +42,14 @@ QList<WindowSystem::Window> windowsAround(const TerminalProcesses &processes,
     return result;
 }
 
+/// What serves logins from other machines; OpenSSH has several programs for it.
+bool isRemoteLogin(const TerminalProcesses &processes) {
+    return std::ranges::any_of(processes.ancestors, [](const auto &ancestor) {
+        return ancestor.name.startsWith("sshd") || ancestor.name == "mosh-server" ||
+               ancestor.name == "dropbear";
+    });
+}
+
 /// Some terminals put their own name behind the tab's.
 bool isTitled(const WindowSystem::Window &window, const QString &tab) {
     return window.title == tab || window.title.startsWith(tab + QStringLiteral(" — "));
@@ -85,11 +93,15 @@ void DesktopHostWindows::launch(const QString &bundleID) {
         [bundleID](const QString &startupID) { DesktopLauncher::launch(bundleID, startupID); });
 }
 
-void DesktopHostWindows::showTerminal(const QString &tty, Date knownAt, Shown shown) {
-    m_pool.compute([tty] { return TerminalProcesses::of(tty); }, m_scheduler, &m_context,
-                   [this, knownAt, shown = std::move(shown)](const TerminalProcesses &processes) {
+void DesktopHostWindows::showTerminal(const TerminalDevice &terminal, Shown shown) {
+    const auto look = [path = terminal.path, process = terminal.process] {
+        return TerminalProcesses::of(path, process);
+    };
+    m_pool.compute(look, m_scheduler, &m_context,
+                   [this, knownAt = terminal.knownAt,
+                    shown = std::move(shown)](const TerminalProcesses &processes) {
                        if (processes.openedAt > knownAt) {
-                           shown(false);
+                           shown(Showing::unknown);
                            return;
                        }
                        m_tabs.select(processes, [this, processes, shown](const auto &tab) {
@@ -114,7 +126,12 @@ void DesktopHostWindows::showWindow(const TerminalProcesses &processes,
         if (!id.isEmpty()) {
             m_windows->activate(id);
         }
-        shown(!id.isEmpty() || tab.isShown);
+        if (!id.isEmpty() || tab.isShown) {
+            shown(Showing::shown);
+        } else {
+            const bool isRemote = around.isEmpty() && isRemoteLogin(processes);
+            shown(isRemote ? Showing::elsewhere : Showing::unknown);
+        }
     });
 }
 

@@ -24,7 +24,7 @@ public:
     void find(const QString &bundleID, Found found) override;
     void activate(const HostWindow &window) override;
     void launch(const QString &bundleID) override;
-    void showTerminal(const QString &tty, Date knownAt, Shown shown) override;
+    void showTerminal(const TerminalDevice &terminal, Shown shown) override;
 
 private:
     void showWindow(const TerminalProcesses &processes, const TerminalTabs::Outcome &tab,
