@@ -56,6 +56,11 @@ public:
     /// that works for another one. Reads small files of the kernel's; safe from any thread.
     virtual std::optional<bool> hearsKeys(const ProcessIdentity &process) const = 0;
 
+    /// The process that has opened the terminal in which this one runs: the parent of whatever
+    /// leads its session. None where the machine doesn't tell, as of a process without a terminal.
+    /// Reads small files of the kernel's; safe from any thread.
+    virtual std::optional<std::int64_t> terminalOpener(const ProcessIdentity &process) const = 0;
+
     /// What the process of this number was started with; empty where the machine doesn't tell.
     /// Reads a file of the kernel's, 256 KiB at most; safe from any thread.
     virtual QProcessEnvironment environment(std::int64_t process) const = 0;
@@ -70,6 +75,9 @@ public:
     }
     std::optional<std::int64_t> listenerAt(const QString &) const override { return std::nullopt; }
     std::optional<bool> hearsKeys(const ProcessIdentity &) const override { return std::nullopt; }
+    std::optional<std::int64_t> terminalOpener(const ProcessIdentity &) const override {
+        return std::nullopt;
+    }
     QProcessEnvironment environment(std::int64_t) const override { return {}; }
 };
 

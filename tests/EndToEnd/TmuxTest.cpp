@@ -1,3 +1,4 @@
+#include "Core/Navigation/HostApp.h"
 #include "Core/Navigation/JumpService.h"
 #include "Core/Navigation/PaneFocus.h"
 #include "Core/Navigation/TerminalReply.h"
@@ -7,6 +8,7 @@
 #include "Platform/NoScripting.h"
 #include "Support/FakeHostWindows.h"
 #include "Support/ManualScheduler.h"
+#include "Support/NoApplications.h"
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"
 #include "Support/WaitUntil.h"
@@ -123,6 +125,33 @@ TEST_F(TmuxTest, AJumpSelectsThePaneAndComesToTheTerminalThatShowsIt) {
     EXPECT_EQ(jumped(), QStringList{"launch com.googlecode.iterm2"});
     tmux({"kill-server"});
     EXPECT_TRUE(becomesTrue([&] { return !PaneFocus::hasTmuxPane(other, processes); }));
+}
+
+/// As in the terminal of an editor, which hands the pane's name on.
+TEST_F(TmuxTest, WhatRunsInATerminalWithinThePaneIsFoundAndOfferedNoReply) {
+    Session session;
+    session.pane = open({"new-session", "-d", "-s", "one"},
+                        "script -qfc 'tty >" + m_folder.path("tty") + "; echo $$ >" +
+                            m_folder.path("id") + "; exec cat' /dev/null");
+    EXPECT_TRUE(becomesTrue([&] { return m_folder.read("id").endsWith('\n'); }));
+    const auto canReply = [&] {
+        session.process = LinuxProcesses::identityOf(m_folder.read("id").trimmed().toLongLong());
+        EXPECT_TRUE(session.process);
+        return HostApp::canBeTypedInto(session, NoApplications(), processes);
+    };
+    session.ttyName = QString::fromUtf8(m_folder.read("tty")).trimmed();
+    EXPECT_FALSE(canReply());
+    const QString client = attach("one");
+    windows.terminals = QStringList{client};
+    JumpService::jump(JumpService::Destination::of(session),
+                      {tools, processes, scripting, windows});
+    EXPECT_TRUE(becomesTrue([&] { return windows.deeds.size() == 2; }));
+    EXPECT_EQ(windows.deeds, QStringList({"show " + *session.ttyName, "show " + client}));
+
+    session.pane = open({"new-session", "-d", "-s", "two"},
+                        "echo $$ >" + m_folder.path("id") + "; exec sleep 600");
+    session.ttyName = ttyOf(session.pane);
+    EXPECT_TRUE(becomesTrue([&] { return canReply(); }));
 }
 
 /// The program takes keys as agents do: raw, and with pastes marked as such.

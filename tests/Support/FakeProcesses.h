@@ -29,6 +29,11 @@ public:
                                             : std::nullopt;
     }
 
+    std::optional<std::int64_t> terminalOpener(const ProcessIdentity &process) const override {
+        return openers.contains(process.id) ? std::optional(openers.value(process.id))
+                                            : std::nullopt;
+    }
+
     QProcessEnvironment environment(std::int64_t process) const override {
         return environments.value(process);
     }
@@ -45,6 +50,7 @@ public:
     QHash<QString, QStringList> folders;
     QHash<QString, std::int64_t> listeners;                ///< by the sockets that they listen at
     QHash<std::int64_t, bool> hearing;                     ///< what is typed, by their numbers
+    QHash<std::int64_t, std::int64_t> openers;             ///< of their terminals
     QHash<std::int64_t, QProcessEnvironment> environments; ///< by their numbers
 
 private:

@@ -112,7 +112,9 @@ std::optional<QString> itermUUID(const std::optional<QString> &itermSessionID) {
 bool canBeTypedInto(const Session &session, const InstalledApplications &applications,
                     const Processes &processes) {
     if (session.pane.tmux) {
-        return session.ttyName && PaneFocus::hasTmuxPane(session.pane, processes);
+        return session.ttyName && PaneFocus::hasTmuxPane(session.pane, processes) &&
+               (!session.process ||
+                PaneFocus::mayRunInTmuxPane(*session.process, session.pane, processes));
     }
     const QString host = bundleID(session.hostBundleID, session.termProgram);
     return host == iterm2 && applications.displayName(host);

@@ -39,7 +39,7 @@ bool isReportedHost(const QString &foreground, const Session &session,
 std::optional<QString> itermUUID(const std::optional<QString> &itermSessionID);
 
 /// True where text can be typed into the session from outside: in a tmux pane, whose terminal every
-/// agent in it has, and in iTerm2 on a machine that has it.
+/// agent has that runs in it directly, and in iTerm2 on a machine that has it.
 bool canBeTypedInto(const Session &session, const InstalledApplications &applications,
                     const Processes &processes);
 

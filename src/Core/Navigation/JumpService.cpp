@@ -8,80 +8,96 @@
 #include "Platform/Scripting.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace morvane::JumpService {
 
 namespace {
 
-/// What is left of a jump once the multiplexer has selected its pane.
-struct Arrival {
-    QString bundleID;
-    QString projectName;
-    PaneLocator pane;
-    TerminalDevice terminal; ///< that a window shows; its path is empty where none is known
-};
+/// What is to be done next, or where something can't be done.
+using Then = std::function<void()>;
 
-void launchOrRaise(const Arrival &arrival, HostWindows &windows) {
-    windows.find(arrival.bundleID, [arrival, &windows](const QList<HostWindow> &found) {
+void launchOrRaise(const Destination &destination, HostWindows &windows) {
+    const QString bundleID = HostApp::bundleID(destination.hostBundleID, destination.termProgram);
+    const QString project = destination.projectName;
+    windows.find(bundleID, [bundleID, project, &windows](const QList<HostWindow> &found) {
         if (found.isEmpty()) {
-            windows.launch(arrival.bundleID);
+            windows.launch(bundleID);
         } else {
-            windows.activate(windowOf(arrival.projectName, found).value_or(found.first()));
+            windows.activate(windowOf(project, found).value_or(found.first()));
         }
     });
 }
 
 /// A terminal that knows which of its windows is meant needs no guess by the titles, and where no
 /// window here can have it each guess would be wrong.
-void bringForward(const Arrival &arrival, HostWindows &windows) {
-    if (arrival.terminal.path.isEmpty()) {
-        launchOrRaise(arrival, windows);
+void bringForward(const Destination &destination, HostWindows &windows, const Then &otherwise) {
+    const QString tty = destination.ttyName.value_or(QString());
+    if (tty.isEmpty()) {
+        otherwise();
         return;
     }
-    windows.showTerminal(arrival.terminal, [arrival, &windows](HostWindows::Showing showing) {
-        if (showing == HostWindows::Showing::unknown) {
-            launchOrRaise(arrival, windows);
+    windows.showTerminal({tty, destination.toldAt, destination.process},
+                         [otherwise](HostWindows::Showing showing) {
+                             if (showing == HostWindows::Showing::unknown) {
+                                 otherwise();
+                             }
+                         });
+}
+
+void perform(const ITermSession &session, const Destination &, const Means &means,
+             const Then &bring) {
+    means.scripting.run(itermScript(session.uuid), [bring](const std::optional<QString> &result) {
+        if (result != QStringLiteral("found")) {
+            bring();
         }
     });
 }
 
-void perform(const ITermSession &session, const Arrival &arrival, const Means &means) {
-    means.scripting.run(itermScript(session.uuid),
-                        [arrival, &windows = means.windows](const std::optional<QString> &result) {
-                            if (result != QStringLiteral("found")) {
-                                bringForward(arrival, windows);
-                            }
-                        });
-}
-
 /// The script doesn't activate the program.
-void perform(const TerminalTab &tab, const Arrival &arrival, const Means &means) {
+void perform(const TerminalTab &tab, const Destination &, const Means &means, const Then &bring) {
     means.scripting.run(terminalScript(tab.tty),
-                        [arrival, &windows = means.windows](const std::optional<QString> &) {
-                            bringForward(arrival, windows);
-                        });
+                        [bring](const std::optional<QString> &) { bring(); });
 }
 
-void perform(const TerminalPane &, const Arrival &arrival, const Means &means) {
-    PaneFocus::focusTerminal(arrival.pane, means.tools);
-    bringForward(arrival, means.windows);
+void perform(const TerminalPane &, const Destination &destination, const Means &means,
+             const Then &bring) {
+    PaneFocus::focusTerminal(destination.pane, means.tools);
+    bring();
 }
 
-/// Inside tmux the terminal is the one of the client that shows the pane. What the session knows of
-/// other panes is left from whoever started the server.
-void arrive(const Destination &destination, const std::optional<PaneFocus::Client> &client,
-            const Means &means) {
-    Arrival arrival{HostApp::bundleID(destination.hostBundleID, destination.termProgram),
-                    destination.projectName,
-                    destination.pane,
-                    {{}, destination.toldAt, destination.process}};
-    if (client) {
-        arrival.pane = PaneFocus::paneOf(*client, means.processes);
-        arrival.terminal = {client->tty, Date::max(), client->process};
-    } else if (!destination.pane.tmux) {
-        arrival.terminal.path = destination.ttyName.value_or(QString());
-    }
-    std::visit([&](const auto &step) { perform(step, arrival, means); }, firstStep(destination));
+void arrive(const Destination &destination, const Means &means, const Then &otherwise) {
+    const Then bring = [destination, &windows = means.windows, otherwise] {
+        bringForward(destination, windows, otherwise);
+    };
+    std::visit([&](const auto &step) { perform(step, destination, means, bring); },
+               firstStep(destination));
+}
+
+/// A pane's own device is no window's.
+Destination withoutDevice(Destination inTmux) {
+    inTmux.ttyName.reset();
+    return inTmux;
+}
+
+/// What the session knows of other panes is left from whoever started the server.
+Destination around(const PaneFocus::Client &client, Destination inTmux,
+                   const Processes &processes) {
+    inTmux.pane = PaneFocus::paneOf(client, processes);
+    inTmux.ttyName = client.tty;
+    inTmux.toldAt = Date::max();
+    inTmux.process = client.process;
+    return inTmux;
+}
+
+/// Inside tmux the terminal is the one of the client that shows the pane.
+void goToPane(const Destination &destination, const Means &means) {
+    const auto goOn = [destination, means](const std::optional<PaneFocus::Client> &client) {
+        const Destination terminal =
+            client ? around(*client, destination, means.processes) : withoutDevice(destination);
+        arrive(terminal, means, [=] { launchOrRaise(terminal, means.windows); });
+    };
+    PaneFocus::focusMultiplexer(destination.pane, means.tools, goOn);
 }
 
 } // namespace
@@ -185,23 +201,23 @@ end tell)")
         .arg(tty);
 }
 
+/// A terminal that was started from the pane has a window of its own. Without one it lies within
+/// the pane, as an editor's or another multiplexer's does.
 void jump(const Destination &destination, const Means &means) {
     if (!PaneFocus::hasTmuxPane(destination.pane, means.processes)) {
-        arrive(destination, std::nullopt, means);
+        const Destination known = destination.pane.tmux ? withoutDevice(destination) : destination;
+        arrive(known, means, [=] { launchOrRaise(known, means.windows); });
         return;
     }
     PaneFocus::look(destination.pane, means.tools,
                     [destination, means](const QString &tty, auto &) {
-                        if (destination.ttyName && tty != destination.ttyName) {
-                            Destination elsewhere = destination;
-                            elsewhere.pane.tmux.reset();
-                            arrive(elsewhere, std::nullopt, means);
-                            return;
+                        const Then go = [=] { goToPane(destination, means); };
+                        const Then guess = [=] { launchOrRaise(destination, means.windows); };
+                        if (!destination.ttyName || tty == destination.ttyName) {
+                            go();
+                        } else {
+                            arrive(destination, means, tty.isEmpty() ? guess : go);
                         }
-                        PaneFocus::focusMultiplexer(destination.pane, means.tools,
-                                                    [destination, means](const auto &client) {
-                                                        arrive(destination, client, means);
-                                                    });
                     });
 }
 

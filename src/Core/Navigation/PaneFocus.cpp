@@ -63,6 +63,12 @@ bool hasTmuxPane(const PaneLocator &pane, const Processes &processes) {
     return listener && (*listener == 0 || reported == 0 || *listener == reported);
 }
 
+bool mayRunInTmuxPane(const ProcessIdentity &process, const PaneLocator &pane,
+                      const Processes &processes) {
+    const std::int64_t server = serverProcess(pane);
+    return server == 0 || processes.terminalOpener(process).value_or(server) == server;
+}
+
 void look(const PaneLocator &pane, Tools &tools,
           const std::function<void(const QString &tty, const QString &program)> &then) {
     const QStringList question{QStringLiteral("display-message"), QStringLiteral("-p"),

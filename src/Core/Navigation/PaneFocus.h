@@ -12,7 +12,8 @@
 
 namespace morvane {
 class Processes;
-}
+struct ProcessIdentity;
+} // namespace morvane
 
 /// Selects a session's pane by the command line of the program that has it. Best effort: what
 /// isn't installed, hangs or fails is passed over. Stateless; main thread, which never waits.
@@ -29,6 +30,11 @@ QStringList tmuxArguments(const PaneLocator &pane, const QStringList &command);
 /// True for a pane of a tmux server that can still be given commands. A server that has taken the
 /// socket of the one that was reported has other panes of the same names.
 bool hasTmuxPane(const PaneLocator &pane, const Processes &processes);
+
+/// False where the process runs in a terminal that the pane's server hasn't opened, but an editor
+/// or another multiplexer in the pane, from which it has the pane's name. True where nobody tells.
+bool mayRunInTmuxPane(const ProcessIdentity &process, const PaneLocator &pane,
+                      const Processes &processes);
 
 /// Asks tmux for the device of the pane's terminal, and for the program in its foreground. Whatever
 /// is started from a pane, another terminal too, calls itself by the pane's name; the device alone

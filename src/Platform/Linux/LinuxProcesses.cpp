@@ -158,6 +158,15 @@ std::optional<bool> LinuxProcesses::hearsKeys(const ProcessIdentity &process) co
     return status->group == status->foregroundGroup ? std::optional(true) : std::nullopt;
 }
 
+std::optional<std::int64_t> LinuxProcesses::terminalOpener(const ProcessIdentity &process) const {
+    const auto status = ProcessStatus::of(process.id);
+    if (!status || status->terminal == 0 || identityOf(process.id) != process) {
+        return std::nullopt;
+    }
+    const auto leader = ProcessStatus::of(status->session);
+    return leader ? std::optional(leader->parent) : std::nullopt;
+}
+
 QProcessEnvironment LinuxProcesses::environment(std::int64_t process) const {
     QProcessEnvironment result;
     const QByteArray text = contents(procPath(process, "environ"), longestEnvironment);

@@ -15,6 +15,7 @@ public:
     std::optional<QStringList> workingDirectories(const QString &program) const override;
     std::optional<std::int64_t> listenerAt(const QString &socket) const override;
     std::optional<bool> hearsKeys(const ProcessIdentity &process) const override;
+    std::optional<std::int64_t> terminalOpener(const ProcessIdentity &process) const override;
     QProcessEnvironment environment(std::int64_t process) const override;
 
     /// None for a process that isn't there.

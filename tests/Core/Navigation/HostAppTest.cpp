@@ -83,11 +83,16 @@ TEST(HostApp, OffersToTypeOnlyWhereThatCanBeDone) {
         session.pane.tmux = tmux;
         session.pane.tmuxServer = QStringLiteral("/s,7,0");
         session.ttyName = tty;
+        session.process = ProcessIdentity{42, 1, 1};
         session.hostBundleID = bundle;
         session.termProgram = program;
         return HostApp::canBeTypedInto(session, applications, processes);
     };
     EXPECT_TRUE(can("%1", "com.mitchellh.ghostty", {}));
+    processes.openers[42] = 9; // an editor in the pane, such as one that has terminals of its own
+    EXPECT_FALSE(can("%1", {}, {}));
+    processes.openers[42] = 7;
+    EXPECT_TRUE(can("%1", {}, {}));
     EXPECT_FALSE(can({}, {}, {}));
     applications.installed = {{"com.googlecode.iterm2", "iTerm"}};
     EXPECT_TRUE(can({}, {}, {}));
