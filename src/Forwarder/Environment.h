@@ -4,7 +4,7 @@
 
 namespace morvane {
 
-/// The variables of this process, of which only the values are anybody's text.
+/// The variables of a process, of which only the values are anybody's text.
 class Environment {
 public:
     explicit Environment(char **variables) : m_variables(variables) {}

@@ -6,7 +6,7 @@
 
 namespace morvane {
 
-/// Where a hook runs, as its environment tells. Each is empty where it is not known, and a pane
+/// Where a program runs, as its environment tells. Each is empty where it is not known, and a pane
 /// that is not the innermost terminal's is left out.
 struct Terminal {
     std::string_view program;

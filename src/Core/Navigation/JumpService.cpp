@@ -4,11 +4,17 @@
 #include "Core/Navigation/PaneFocus.h"
 #include "Core/Sessions/CompletedRecord.h"
 #include "Core/Sessions/Session.h"
+#include "Forwarder/Terminal.h"
 #include "Platform/HostWindows.h"
+#include "Platform/Processes.h"
 #include "Platform/Scripting.h"
+
+#include <QByteArrayList>
 
 #include <algorithm>
 #include <functional>
+#include <string_view>
+#include <vector>
 
 namespace morvane::JumpService {
 
@@ -80,21 +86,47 @@ Destination withoutDevice(Destination inTmux) {
     return inTmux;
 }
 
-/// What the session knows of other panes is left from whoever started the server.
-Destination around(const PaneFocus::Client &client, Destination inTmux,
+/// Where the client runs, as its environment tells. What the session has told of anything but the
+/// pane is left from whoever started the server.
+Destination around(const PaneFocus::Client &client, const QString &projectName,
                    const Processes &processes) {
-    inTmux.pane = PaneFocus::paneOf(client, processes);
-    inTmux.ttyName = client.tty;
-    inTmux.toldAt = Date::max();
-    inTmux.process = client.process;
-    return inTmux;
+    QByteArrayList entries;
+    for (const QString &entry : processes.environment(client.process).toStringList()) {
+        entries.append(entry.toUtf8());
+    }
+    std::vector<char *> variables;
+    for (QByteArray &entry : entries) {
+        variables.push_back(entry.data());
+    }
+    variables.push_back(nullptr);
+    const Terminal terminal = terminalIn(Environment(variables.data()));
+    const auto told = [](std::string_view text) {
+        return text.empty() ? std::nullopt
+                            : std::optional(QString::fromUtf8(text.data(),
+                                                              static_cast<qsizetype>(text.size())));
+    };
+    PaneLocator pane;
+    pane.wezterm = told(terminal.wezterm);
+    pane.weztermSocket = told(terminal.weztermSocket);
+    pane.kitty = told(terminal.kitty);
+    pane.kittyListenOn = told(terminal.kittyListenOn);
+    pane.orca = told(terminal.orca);
+    return {told(terminal.iterm),
+            told(terminal.program),
+            told(terminal.host),
+            projectName,
+            pane,
+            client.tty,
+            Date::max(),
+            client.process};
 }
 
 /// Inside tmux the terminal is the one of the client that shows the pane.
 void goToPane(const Destination &destination, const Means &means) {
     const auto goOn = [destination, means](const std::optional<PaneFocus::Client> &client) {
-        const Destination terminal =
-            client ? around(*client, destination, means.processes) : withoutDevice(destination);
+        const Destination terminal = client
+                                         ? around(*client, destination.projectName, means.processes)
+                                         : withoutDevice(destination);
         arrive(terminal, means, [=] { launchOrRaise(terminal, means.windows); });
     };
     PaneFocus::focusMultiplexer(destination.pane, means.tools, goOn);

@@ -129,21 +129,6 @@ void focusMultiplexer(const PaneLocator &pane, Tools &tools,
     command({QStringLiteral("select-window"), QStringLiteral("-t"), *pane.tmux}, selectPane);
 }
 
-PaneLocator paneOf(const Client &client, const Processes &processes) {
-    const QProcessEnvironment environment = processes.environment(client.process);
-    const auto told = [&](const char *name) {
-        const QString value = environment.value(QLatin1String(name));
-        return value.isEmpty() ? std::nullopt : std::optional(value);
-    };
-    PaneLocator result;
-    result.wezterm = told("WEZTERM_PANE");
-    result.weztermSocket = told("WEZTERM_UNIX_SOCKET");
-    result.kitty = told("KITTY_WINDOW_ID");
-    result.kittyListenOn = told("KITTY_LISTEN_ON");
-    result.orca = told("ORCA_TERMINAL_HANDLE");
-    return result;
-}
-
 void focusTerminal(const PaneLocator &pane, Tools &tools) {
     const auto start = [&](const QString &tool, const QStringList &arguments) {
         run(tool, arguments, pane, tools, [](const std::optional<QByteArray> &) {});

@@ -63,9 +63,6 @@ inline constexpr QLatin1String
 void focusMultiplexer(const PaneLocator &pane, Tools &tools,
                       const std::function<void(const std::optional<Client> &)> &then);
 
-/// The pane of a terminal with panes of its own in which the client runs.
-PaneLocator paneOf(const Client &client, const Processes &processes);
-
 /// Selects the pane of a terminal that has panes of its own.
 void focusTerminal(const PaneLocator &pane, Tools &tools);
 

@@ -153,6 +153,20 @@ TEST_F(JumpServiceTest, GoesToTheTerminalThatShowsTheTmuxPane) {
     tools.finish(QByteArray());
     EXPECT_EQ(windows.deeds, QStringList{"show /dev/pts/8"});
 
+    // Where the server was started says nothing of the one that shows it.
+    windows.terminals.clear();
+    processes.environments[80] = {};
+    for (const auto &[term, program] :
+         {std::pair("foot", "foot"), {"xterm", "com.googlecode.iterm2"}}) {
+        processes.environments[80].insert("TERM", term);
+        jumped();
+        tools.finish(QByteArray("/dev/pts/5 vim\n"));
+        tools.finish(QByteArray());
+        tools.finish(QByteArray());
+        tools.finish(QByteArray("60 %3 80 /dev/pts/8\n"));
+        EXPECT_EQ(windows.deeds.last(), QStringLiteral("launch ") + program);
+    }
+
     // One that hangs in between, and one whose place another server has taken.
     destination.pane.kitty.reset();
     jumped();
@@ -174,6 +188,17 @@ TEST_F(JumpServiceTest, PassesOverATmuxPaneThatIsOfAnotherTerminalUnlessThatLies
         EXPECT_EQ(tools.running(), 0u);
         EXPECT_EQ(windows.deeds, QStringList({"show /dev/pts/5", "launch net.kovidgoyal.kitty"}));
     }
+    jumped();
+    tools.finish(QByteArray("/dev/pts/4 nvim\n"));
+    EXPECT_EQ(windows.deeds, QStringList{"show /dev/pts/5"});
+    EXPECT_EQ(tools.lines().last(), "tmux select-window -t %3");
+    tools.finish(std::nullopt);
+    tools.finish(std::nullopt);
+    windows.terminals << QStringLiteral("/dev/pts/5");
+    jumped();
+    tools.finish(QByteArray("/dev/pts/4 bash\n"));
+    EXPECT_EQ(windows.deeds, QStringList{"show /dev/pts/5"});
+    EXPECT_EQ(tools.running(), 0u);
 }
 
 TEST_F(JumpServiceTest, LetsAScriptSelectWhatOnlyAScriptCan) {
