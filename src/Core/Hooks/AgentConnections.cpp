@@ -76,12 +76,25 @@ void AgentConnections::setLastError(const std::optional<QString> &error) {
     emit lastErrorChanged();
 }
 
+/// That no release can be read says nothing of what is installed: a program that was started at
+/// login may not have the PATH of a shell. So the form that our entries have stays.
 const AgentAdapter &AgentConnections::installedForm(AgentKind kind) const {
-    return AgentRegistry::adapter(kind, m_programs.installed(kind));
+    const auto release = m_programs.installed(kind);
+    const auto forms = AgentRegistry::forms(kind);
+    const auto isThere = [this](const AgentAdapter *form) {
+        return makeInstaller(*form).isOfThisRelease();
+    };
+    const auto found =
+        release || forms.size() == 1 ? forms.end() : std::ranges::find_if(forms, isThere);
+    return found != forms.end() ? **found : AgentRegistry::adapter(kind, release);
+}
+
+HookInstaller AgentConnections::makeInstaller(const AgentAdapter &form) const {
+    return {form, m_settings, m_settings.port()};
 }
 
 HookInstaller AgentConnections::makeInstaller(AgentKind kind) const {
-    return {installedForm(kind), m_settings, m_settings.port()};
+    return makeInstaller(installedForm(kind));
 }
 
 std::vector<const AgentAdapter *> AgentConnections::connectedAgents() const {

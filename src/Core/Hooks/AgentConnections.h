@@ -95,6 +95,7 @@ signals:
     void newAgentsDetected(const std::vector<morvane::AgentKind> &kinds);
 
 private:
+    HookInstaller makeInstaller(const AgentAdapter &form) const;
     /// For the release of the agent that is installed.
     HookInstaller makeInstaller(AgentKind kind) const;
     const AgentAdapter &installedForm(AgentKind kind) const;

@@ -79,6 +79,10 @@ bool HookInstaller::isInstalled() const {
     return m_target->isInstalled();
 }
 
+bool HookInstaller::isOfThisRelease() const {
+    return m_target->isOfThisRelease();
+}
+
 bool HookInstaller::hasTraces() const {
     return m_target->hasTraces();
 }

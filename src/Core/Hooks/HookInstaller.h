@@ -43,6 +43,10 @@ public:
     /// Whether there are any hooks of ours.
     bool isInstalled() const;
 
+    /// Whether these are such as the adapter's release of the agent has, be they out of date in
+    /// other ways.
+    bool isOfThisRelease() const;
+
     /// Whether there is anything of ours, be it what makes no connection, such as a status line
     /// whose hooks somebody has taken out.
     bool hasTraces() const;

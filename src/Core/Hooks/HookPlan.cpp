@@ -24,6 +24,10 @@ QStringList HookPlan::installedEvents() const {
     return events;
 }
 
+bool HookPlan::knows(const QString &event) const {
+    return m_adapter.nativeEvents().contains(event) || m_adapter.decisionEvents().contains(event);
+}
+
 bool HookPlan::isDecisionEvent(const QString &event) const {
     return m_decides && m_adapter.decisionEvents().contains(event);
 }

@@ -29,6 +29,9 @@ public:
     /// not name it.
     QString command(const QString &event) const;
 
+    /// True for an event that this release of the agent has, be it hooked only with approvals.
+    bool knows(const QString &event) const;
+
     std::optional<QString> matcher(const QString &event) const;
 
     HookWait wait(const QString &event) const;

@@ -20,6 +20,7 @@ public:
     [[nodiscard]] virtual std::optional<Failure> uninstall() const = 0;
     virtual void renew() const = 0;
     virtual bool isInstalled() const = 0;
+    virtual bool isOfThisRelease() const { return isInstalled(); }
     virtual bool hasTraces() const { return isInstalled(); }
     [[nodiscard]] virtual std::optional<Failure> removeTraces() const { return uninstall(); }
     virtual bool hasStaleEntries() const = 0;

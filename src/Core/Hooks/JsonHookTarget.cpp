@@ -132,6 +132,11 @@ bool JsonHookTarget::isInstalled() const {
     return root && JsonHooksEditor::isInstalled(*root, m_hooksKey);
 }
 
+bool JsonHookTarget::isOfThisRelease() const {
+    const auto root = m_settings.read();
+    return root && JsonHooksEditor::areOfThisRelease(*root, m_hooksKey, m_plan);
+}
+
 bool JsonHookTarget::hasTraces() const {
     const auto root = m_settings.read();
     return root && hasTracesIn(*root);

@@ -88,6 +88,23 @@ bool isInstalled(const json &root, const std::optional<QString> &hooksKey) {
            });
 }
 
+bool areOfThisRelease(const json &root, const std::optional<QString> &hooksKey,
+                      const HookPlan &plan) {
+    if (!isInstalled(root, hooksKey)) {
+        return false;
+    }
+    for (const auto &event : hooksMap(root, hooksKey)->items()) {
+        const QString name = QString::fromStdString(event.key());
+        const auto isOther = [&](const json &entry) {
+            return isOurs(entry) && (!plan.knows(name) || plan.isOfAnotherRelease(name, entry));
+        };
+        if (event.value().is_array() && std::ranges::any_of(event.value(), isOther)) {
+            return false;
+        }
+    }
+    return true;
+}
+
 bool hasStaleEntries(const json &root, const std::optional<QString> &hooksKey,
                      const HookPlan &plan) {
     const json *map = hooksMap(root, hooksKey);

@@ -18,6 +18,11 @@ namespace morvane::JsonHooksEditor {
 /// True when there is any entry of ours, of whatever version.
 bool isInstalled(const nlohmann::json &root, const std::optional<QString> &hooksKey);
 
+/// True when there are entries of ours, and each is such as the plan's release of the agent has, be
+/// it out of date in other ways.
+bool areOfThisRelease(const nlohmann::json &root, const std::optional<QString> &hooksKey,
+                      const HookPlan &plan);
+
 /// True when our entries are not those that `install` would write: in command lines or events, or
 /// since another release of the agent wants them otherwise. What somebody has changed of the rest
 /// is not noticed. False where there is no map of hooks.

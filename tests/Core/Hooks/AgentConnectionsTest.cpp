@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace morvane {
 namespace {
 
@@ -93,6 +95,36 @@ TEST_F(AgentConnectionsTest, SwitchesTheNotificationsOfAllWhoHaveThem) {
     connections.setNotificationsSuppressed(false);
     EXPECT_EQ(complaint(), "Updating Claude Code's settings failed:");
     EXPECT_TRUE(connections.notificationsSuppressed());
+}
+
+// As at a login, where the PATH is shorter than in a terminal.
+TEST_F(AgentConnectionsTest, LeavesTheEntriesOfAReleaseThatCanNoLongerBeFound) {
+    const std::tuple<AgentKind, const char *, const char *, const char *> agents[] = {
+        {gemini, "gemini", "@google/gemini-cli", ".gemini/settings.json"},
+        {qwen, "qwen", "@qwen-code/qwen-code", ".qwen/settings.json"},
+        {codex, "codex", "@openai/codex", ".codex/hooks.json"}};
+    const QString path = qEnvironmentVariable("PATH");
+    for (const auto &[kind, command, package, settingsFile] : agents) {
+        const QString folder = QString("shells/%1").arg(command);
+        home.write(folder + "/" + command);
+        home.write(folder + "/package.json",
+                   QString(R"({"name":"%1","version":"0.200.0"})").arg(package).toUtf8());
+        home.set("PATH", home.path(folder));
+        connections.installHooks(kind);
+        const QByteArray written = home.read(settingsFile);
+        home.set("PATH", path);
+        connections.renew();
+        connections.refreshStatus();
+        EXPECT_EQ(home.read(settingsFile), written) << command;
+        EXPECT_TRUE(connections.health(kind).entriesCurrent) << command;
+    }
+    // Not even another change makes them a different release's.
+    for (const bool enabled : {false, true}) {
+        settings.setApprovalsEnabled(enabled);
+        connections.renewDecidable();
+        EXPECT_EQ(home.read(".qwen/settings.json").contains(" decide"), enabled);
+        EXPECT_FALSE(home.read(".qwen/settings.json").contains("BeforeAgent"));
+    }
 }
 
 } // namespace
