@@ -107,7 +107,7 @@ std::string_view kept(std::string_view folder, std::string_view name) {
 
 Agent agent(std::string_view name, std::string_view event) {
     static char bytes[4096];
-    long id = kernel::call(SYS_getppid);
+    long id = isProcOurs() ? kernel::call(SYS_getppid) : 0;
     for (int i = 0; i < mostCarriers && id > 0; ++i, id = processOf(id).parent) {
         const size_t size = readFile(procPath(id, "/cmdline").bytes, bytes, sizeof bytes);
         const std::string_view arguments{bytes, size};

@@ -45,7 +45,7 @@ long ownTerminal() {
 
 std::string_view controllingTerminal() {
     Process process;
-    process.id = kernel::call(SYS_getpid);
+    process.id = ownNumber();
     process.parent = kernel::call(SYS_getppid);
     process.session = kernel::call(SYS_getsid, 0);
     process.terminal = ownTerminal();

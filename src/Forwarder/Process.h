@@ -14,7 +14,14 @@ struct Process {
     long startedAt = 0; ///< clock ticks since the machine has started
 };
 
-/// Asks for the same process only once.
+/// The number of this process. Asks only once, as the next one does.
+[[nodiscard]] long ownNumber();
+
+/// Whether the numbers under /proc are those of our own number space. A sandbox may have the /proc
+/// of the machine around it, where others have its numbers.
+[[nodiscard]] bool isProcOurs();
+
+/// Asks for the same process only once, and for none where /proc isn't ours.
 [[nodiscard]] Process processOf(long id);
 
 /// Text of a fixed room; what does not fit is cut off.

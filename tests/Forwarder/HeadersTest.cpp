@@ -2,6 +2,7 @@
 #include "HookProcess.h"
 
 #include <array>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <pty.h>
@@ -190,6 +191,25 @@ TEST(Program, IsThatOfTheAncestorThatIsNoShellOfTheHook) {
             }
         }
         fs::current_path("/");
+    }
+}
+
+// A sandbox with the /proc of the machine around it, where its first process is somebody else.
+TEST(Program, IsNobodysWhoHasTheNumberElsewhere) {
+    const std::string sandbox =
+        geteuid() == 0 ? "unshare --pid --fork " : "unshare --map-root-user --pid --fork ";
+    if (std::system((sandbox + "true").c_str()) != 0) {
+        GTEST_SKIP() << "needs a kernel that lets us make a number space";
+    }
+    for (const Carrier carrier : {Carrier::Client, Carrier::Curl}) {
+        CapturingListener listener(response("200 OK", ""));
+        const HookProcess hook(carrier, listener.port());
+        const std::string call = "sh '" + hook.script().string() + "' claude Stop </dev/null; :";
+        std::system((sandbox + "sh -c \"" + call + "\"").c_str());
+        const auto headers = listener.take().headers;
+        EXPECT_EQ(headers.at("x-hook-event"), "Stop");
+        EXPECT_FALSE(headers.contains("x-morvane-process"));
+        EXPECT_FALSE(headers.contains("x-morvane-program"));
     }
 }
 
