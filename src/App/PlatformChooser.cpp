@@ -94,7 +94,8 @@ PlatformServices choosePlatform(std::function<void()> endAsItIs) {
     platform.installer = std::make_unique<DesktopInstaller>();
     platform.programFile =
         std::make_unique<WatchedProgramFile>(QCoreApplication::applicationFilePath());
-    platform.processes = std::make_unique<LinuxProcesses>(*platform.scheduler);
+    platform.processes =
+        std::make_unique<LinuxProcesses>(*platform.scheduler, *platform.background);
     platform.sounds = std::make_unique<PlayerPrograms>(*platform.scheduler, ring);
     platform.tools = std::make_unique<BoundedTools>(*platform.scheduler);
     platform.scripting = std::make_unique<NoScripting>(*platform.scheduler);

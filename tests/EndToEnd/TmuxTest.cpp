@@ -7,6 +7,7 @@
 #include "Platform/Linux/LinuxProcesses.h"
 #include "Platform/NoScripting.h"
 #include "Support/FakeHostWindows.h"
+#include "Support/ManualPool.h"
 #include "Support/ManualScheduler.h"
 #include "Support/NoApplications.h"
 #include "Support/Printing.h"
@@ -86,7 +87,8 @@ protected:
     ManualScheduler scheduler;
     BoundedTools tools{scheduler};
     NoScripting scripting{scheduler};
-    LinuxProcesses processes{scheduler};
+    ManualPool background;
+    LinuxProcesses processes{scheduler, background};
     FakeHostWindows windows;
 };
 

@@ -1,6 +1,7 @@
 #include "Platform/Linux/LinuxProcesses.h"
 
 #include "Platform/Linux/EventLoopScheduler.h"
+#include "Support/ManualPool.h"
 #include "Support/Printing.h"
 #include "Support/WaitUntil.h"
 
@@ -11,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <unistd.h>
 
 namespace morvane {
 namespace {
@@ -29,7 +31,8 @@ protected:
     }
 
     EventLoopScheduler scheduler;
-    LinuxProcesses processes{scheduler};
+    ManualPool background;
+    LinuxProcesses processes{scheduler, background};
     QTemporaryDir folder;
     QProcess sleeper;
 };
@@ -49,6 +52,7 @@ TEST_F(LinuxProcessesTest, TellsOfTheEndOfExactlyThatProcess) {
     const Task past = processes.whenEnded(earlier, [&] { ++earlierEnds; });
     const Task unknown = processes.whenEnded(elsewhere, [&] { ++others; });
     cancelled.cancel();
+    background.runAll();
     EXPECT_TRUE(becomesTrue([&] { return earlierEnds == 1; }));
     EXPECT_EQ(ends, 0);
     sleeper.kill();
@@ -57,6 +61,62 @@ TEST_F(LinuxProcessesTest, TellsOfTheEndOfExactlyThatProcess) {
     const Task late = processes.whenEnded(*self, [&] { ++ends; });
     EXPECT_EQ(ends, 1);
     EXPECT_TRUE(becomesTrue([&] { return ends == 2; }));
+    EXPECT_EQ(others, 0);
+}
+
+/// With an agent that has numbers and files of its own.
+class SandboxTest : public LinuxProcessesTest {
+protected:
+    void SetUp() override {
+        const QStringList command{"--pid",
+                                  "--mount",
+                                  "--fork",
+                                  "--kill-child",
+                                  "sh",
+                                  "-c",
+                                  R"(mount -t tmpfs none "$1" && mkdir "$1/files" &&
+                                     ln -s "$1/files" "$1/link" && touch "$1/files/it" &&
+                                     exec "$0" 600)",
+                                  folder.filePath("my agent"),
+                                  files.path()};
+        sandbox.start("unshare", ::geteuid() == 0 ? command : QStringList("-r") + command);
+        if (!becomesTrue([&] { return isReady() || sandbox.state() == QProcess::NotRunning; }) ||
+            sandbox.state() == QProcess::NotRunning) {
+            GTEST_SKIP() << "needs a kernel that lets us make a sandbox";
+        }
+    }
+    ~SandboxTest() override {
+        sandbox.kill();
+        sandbox.waitForFinished();
+    }
+
+    bool isReady() {
+        const QString self = QString::number(sandbox.processId());
+        QFile children(QString("/proc/%1/task/%1/children").arg(self));
+        number = children.open(QIODevice::ReadOnly) ? children.readAll().trimmed().toInt() : 0;
+        const auto here = LinuxProcesses::identityOf(number);
+        agent = here.value_or(ProcessIdentity{});
+        agent.id = 1; // as the agent itself tells it
+        return here.has_value();
+    }
+
+    QTemporaryDir files;
+    QProcess sandbox;
+    pid_t number = 0; ///< of the agent, as we see it
+    ProcessIdentity agent;
+};
+
+TEST_F(SandboxTest, TellsOfTheEndOfItsAgent) {
+    ProcessIdentity earlier = agent;
+    --earlier.startedAt;
+    int ends = 0;
+    int others = 0;
+    const Task watch = processes.whenEnded(agent, [&] { ++ends; });
+    const Task never = processes.whenEnded(earlier, [&] { ++others; });
+    processes.whenEnded(agent, [&] { ++others; }).cancel();
+    background.runAll();
+    ::kill(number, SIGKILL);
+    EXPECT_TRUE(becomesTrue([&] { return ends == 1; }));
     EXPECT_EQ(others, 0);
 }
 

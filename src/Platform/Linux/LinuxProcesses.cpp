@@ -1,11 +1,12 @@
 #include "Platform/Linux/LinuxProcesses.h"
 
+#include "Platform/BackgroundPool.h"
 #include "Platform/Linux/Descriptor.h"
 #include "Platform/Linux/ProcessStatus.h"
 #include "Platform/Linux/UnixSockets.h"
 #include "Platform/Scheduler.h"
 
-#include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QSocketNotifier>
 
@@ -16,6 +17,7 @@
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
+#include <vector>
 
 namespace morvane {
 
@@ -23,6 +25,7 @@ namespace {
 
 constexpr qint64 longestCommandLine = 4096;
 constexpr qint64 longestEnvironment = 262144;
+constexpr qint64 longestStatus = 16384;
 
 QString procPath(std::int64_t id, const char *entry) {
     return QStringLiteral("/proc/%1/%2").arg(id).arg(QLatin1String(entry));
@@ -31,6 +34,47 @@ QString procPath(std::int64_t id, const char *entry) {
 QByteArray contents(const QString &path, qint64 longest) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.read(longest) : QByteArray();
+}
+
+/// Of all processes; empty where the machine doesn't tell.
+std::vector<std::int64_t> allNumbers() {
+    std::vector<std::int64_t> numbers;
+    for (QDirIterator entries(QStringLiteral("/proc"), QDir::Dirs); entries.hasNext();) {
+        entries.next();
+        bool isProcess = false;
+        const std::int64_t id = entries.fileName().toLongLong(&isProcess);
+        if (isProcess) {
+            numbers.push_back(id);
+        }
+    }
+    return numbers;
+}
+
+/// The inode of the space in which the process has its own number.
+std::optional<std::uint64_t> numberSpace(std::int64_t id) {
+    struct stat space {};
+    const QByteArray link = QFile::encodeName(procPath(id, "ns/pid"));
+    return ::stat(link.constData(), &space) == 0 ? std::optional(space.st_ino) : std::nullopt;
+}
+
+/// The number that the process has there: the last in the line, which begins with that of here.
+std::int64_t innermostNumber(std::int64_t id) {
+    const QByteArray status = contents(procPath(id, "status"), longestStatus);
+    const qsizetype begin = status.indexOf("\nNSpid:") + 1;
+    const QByteArray line = status.mid(begin, status.indexOf('\n', begin) - begin);
+    return line.mid(line.lastIndexOf('\t') + 1).toLongLong();
+}
+
+/// The number that the process has in our own space; none where it can't be seen.
+std::optional<std::int64_t> numberHere(const ProcessIdentity &process) {
+    const auto isIt = [&](std::int64_t id) {
+        return numberSpace(id) == process.numberSpace && innermostNumber(id) == process.id;
+    };
+    const std::vector<std::int64_t> numbers =
+        numberSpace(::getpid()) == process.numberSpace ? std::vector{process.id} : allNumbers();
+    const auto found = std::ranges::find_if(numbers, isIt);
+    const auto status = found != numbers.end() ? ProcessStatus::of(*found) : std::nullopt;
+    return status && status->startedAt == process.startedAt ? std::optional(*found) : std::nullopt;
 }
 
 /// Waits for a pidfd, which becomes readable when its process has ended.
@@ -86,18 +130,18 @@ bool runs(const QByteArray &commandLine, const QByteArray &program) {
 
 std::optional<ProcessIdentity> LinuxProcesses::identityOf(std::int64_t id) {
     const auto status = ProcessStatus::of(id);
-    struct stat space {};
-    const QByteArray link = QFile::encodeName(procPath(id, "ns/pid"));
-    if (!status || ::stat(link.constData(), &space) != 0) {
-        return std::nullopt;
-    }
-    return ProcessIdentity{id, status->startedAt, space.st_ino};
+    const auto space = numberSpace(id);
+    return status && space ? std::optional(ProcessIdentity{id, status->startedAt, *space})
+                           : std::nullopt;
 }
 
 Task LinuxProcesses::whenEnded(const ProcessIdentity &process, std::function<void()> ended) {
     const auto self = identityOf(::getpid());
-    if (!self || self->numberSpace != process.numberSpace) {
+    if (!self) {
         return {};
+    }
+    if (self->numberSpace != process.numberSpace) {
+        return whenFoundHasEnded(process, std::move(ended));
     }
     const auto descriptor =
         static_cast<int>(::syscall(SYS_pidfd_open, static_cast<pid_t>(process.id), 0U));
@@ -115,17 +159,36 @@ Task LinuxProcesses::whenEnded(const ProcessIdentity &process, std::function<voi
     return Task([watch] { watch->reset(); });
 }
 
+/// To look at a thousand processes takes ten milliseconds. One that isn't found may still run where
+/// nobody here can see it.
+Task LinuxProcesses::whenFoundHasEnded(const ProcessIdentity &process,
+                                       std::function<void()> ended) {
+    struct Search {
+        std::function<void()> ended;
+        Task watch;
+    };
+    const auto search = std::make_shared<Search>(Search{std::move(ended), {}});
+    m_background.run([this, process, weak = std::weak_ptr(search)] {
+        const auto number = numberHere(process);
+        m_scheduler.post([this, process, number, weak] {
+            const auto self = numberSpace(::getpid());
+            if (const auto found = weak.lock(); found && number && self) {
+                found->watch = whenEnded({*number, process.startedAt, *self}, found->ended);
+            }
+        });
+    });
+    return Task([search] { search->watch.cancel(); });
+}
+
 std::optional<QStringList> LinuxProcesses::workingDirectories(const QString &program) const {
-    const QStringList entries = QDir(QStringLiteral("/proc")).entryList(QDir::Dirs);
-    if (entries.isEmpty()) {
+    const std::vector<std::int64_t> numbers = allNumbers();
+    if (numbers.empty()) {
         return std::nullopt;
     }
     QStringList result;
-    for (const QString &entry : entries) {
-        bool isProcess = false;
-        const std::int64_t id = entry.toLongLong(&isProcess);
+    for (const std::int64_t id : numbers) {
         struct stat owner {};
-        if (!isProcess || ::stat(QFile::encodeName(procPath(id, "")).constData(), &owner) != 0 ||
+        if (::stat(QFile::encodeName(procPath(id, "")).constData(), &owner) != 0 ||
             owner.st_uid != ::getuid() ||
             !runs(contents(procPath(id, "cmdline"), longestCommandLine), program.toUtf8())) {
             continue;

@@ -4,12 +4,17 @@
 
 namespace morvane {
 
+class BackgroundPool;
 class Scheduler;
 
-/// Processes as /proc shows them, and their ends by pidfds, which cost nothing until then.
+/// Processes as /proc shows them, and their ends by pidfds, which cost nothing until then. One of
+/// another number space, such as a sandbox's, is looked for among all that are here, once it is
+/// watched.
 class LinuxProcesses : public Processes {
 public:
-    explicit LinuxProcesses(Scheduler &scheduler) : m_scheduler(scheduler) {}
+    /// The scheduler outlives this, which outlives the pool.
+    LinuxProcesses(Scheduler &scheduler, BackgroundPool &background)
+        : m_scheduler(scheduler), m_background(background) {}
 
     Task whenEnded(const ProcessIdentity &process, std::function<void()> ended) override;
     std::optional<QStringList> workingDirectories(const QString &program) const override;
@@ -22,7 +27,10 @@ public:
     static std::optional<ProcessIdentity> identityOf(std::int64_t id);
 
 private:
+    Task whenFoundHasEnded(const ProcessIdentity &process, std::function<void()> ended);
+
     Scheduler &m_scheduler;
+    BackgroundPool &m_background;
 };
 
 } // namespace morvane
