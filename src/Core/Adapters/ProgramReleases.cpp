@@ -26,6 +26,9 @@ constexpr int highestPackage = 6; ///< folders above the program
 /// at one time.
 constexpr std::size_t mostKnown = 64;
 
+/// A file that tells nothing may lie where each look takes long, such as on a server that is gone.
+constexpr Seconds missLimit(60);
+
 std::optional<AgentRelease> releaseOfPackage(const QString &file, const QString &package) {
     const auto text = RegularFile::head(file, longestPackageFile);
     const auto root = text ? JsonObject::parse(*text) : std::nullopt;
@@ -119,7 +122,10 @@ std::optional<AgentRelease> ProgramReleases::of(AgentKind agent, const QString &
 }
 
 std::optional<AgentRelease> ProgramReleases::of(AgentKind agent, const QString &file,
-                                                const ProcessIdentity &process) {
+                                                const ProcessIdentity &process, Date now) {
+    if (!AgentReleases::program(agent)) {
+        return std::nullopt;
+    }
     const auto known = std::ranges::find_if(m_running, [&](const Running &running) {
         return running.agent == agent && running.process == process;
     });
@@ -132,10 +138,15 @@ std::optional<AgentRelease> ProgramReleases::of(AgentKind agent, const QString &
         m_running.push_back({agent, process});
     }
     Running &running = m_running.back();
-    const auto release = running.file == file ? std::nullopt : of(agent, file);
-    if (release) {
+    if (running.file == file || (running.missed == file && now < running.nextLook)) {
+        return running.release;
+    }
+    if (const auto release = of(agent, file)) {
         running.file = file;
         running.release = release;
+    } else {
+        running.missed = file;
+        running.nextLook = now + missLimit;
     }
     return running.release;
 }

@@ -3,6 +3,7 @@
 #include "Core/Agents/AgentKind.h"
 #include "Core/Agents/AgentRelease.h"
 #include "Platform/Processes.h"
+#include "Platform/Time.h"
 
 #include <QString>
 
@@ -24,9 +25,10 @@ public:
     std::optional<AgentRelease> of(AgentKind agent, const QString &file);
 
     /// The same for the file that this process runs. What the process once was it stays, though an
-    /// update replaces the file or takes it away.
+    /// update replaces the file or takes it away. A file that doesn't tell is left alone for a
+    /// minute.
     std::optional<AgentRelease> of(AgentKind agent, const QString &file,
-                                   const ProcessIdentity &process);
+                                   const ProcessIdentity &process, Date now);
 
     /// The release that a person's shell would start: the first that is found on the PATH or, as a
     /// program of the desktop's may not have that of the shell, where the usual installers and
@@ -52,6 +54,8 @@ private:
         ProcessIdentity process;
         QString file = {}; ///< that told the release; empty while none has
         std::optional<AgentRelease> release = {};
+        QString missed = {}; ///< the last file that told none
+        Date nextLook = {};  ///< at that one
     };
 
     static std::optional<Identity> identityOf(const QString &file);

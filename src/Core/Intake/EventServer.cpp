@@ -236,9 +236,9 @@ void EventServer::respondToUsage(const HttpRequest &request) {
 const AgentAdapter &EventServer::adapterFor(const HttpRequest &request, const HookOrigin &origin) {
     const AgentKind agent = agentKind(request.value(HttpHeader::agent)).value_or(defaultAgentKind);
     const QString program = request.text(HttpHeader::program);
-    return AgentRegistry::adapter(agent, origin.process
-                                             ? m_programs.of(agent, program, *origin.process)
-                                             : m_programs.of(agent, program));
+    return AgentRegistry::adapter(
+        agent, origin.process ? m_programs.of(agent, program, *origin.process, m_timers.now())
+                              : m_programs.of(agent, program));
 }
 
 void EventServer::respondToEvent(const Connection &connection, const HttpRequest &request) {

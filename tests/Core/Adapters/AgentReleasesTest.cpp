@@ -164,26 +164,33 @@ TEST(ProgramReleases, AreThoseThatRunningProgramsOnceWere) {
         home.write("cli/package.json", package("@openai/codex", version));
     };
     ProgramReleases releases;
-    EXPECT_EQ(text(releases.of(codex, program, process)), "none");
+    Date now{};
+    const auto of = [&](AgentKind agent, const QString &file, const ProcessIdentity &which) {
+        return text(releases.of(agent, file, which, now));
+    };
+    EXPECT_EQ(of(codex, program, process), "none");
     put("0.169.0"); // as while it is being installed
-    EXPECT_EQ(text(releases.of(codex, program, process)), "0.169.0");
+    now = now + Seconds(59);
+    EXPECT_EQ(of(codex, program, process), "none") << "a look may take long";
+    now = now + Seconds(2);
+    EXPECT_EQ(of(codex, program, process), "0.169.0");
     for (const bool isUpdated : {true, false}) {
         QFile::remove(program);
         put("0.171.0");
         if (isUpdated) {
             home.write("cli/cli.js", "new");
         }
-        EXPECT_EQ(text(releases.of(codex, program, process)), "0.169.0");
-        EXPECT_EQ(text(releases.of(codex, "", process)), "0.169.0");
-        EXPECT_EQ(text(releases.of(claude, program, process)), "none");
-        EXPECT_EQ(text(releases.of(codex, program, later)), "0.171.0");
+        EXPECT_EQ(of(codex, program, process), "0.169.0");
+        EXPECT_EQ(of(codex, "", process), "0.169.0");
+        EXPECT_EQ(of(claude, program, process), "none");
+        EXPECT_EQ(of(codex, program, later), "0.171.0");
     }
-    EXPECT_EQ(text(releases.of(codex, other, process)), "1.2.3");
+    EXPECT_EQ(of(codex, other, process), "1.2.3");
     for (int id = 100; id < 200; ++id) {
-        releases.of(codex, program, {.id = id, .startedAt = 1, .numberSpace = 56});
-        EXPECT_EQ(text(releases.of(codex, "", process)), "1.2.3");
+        of(codex, program, {.id = id, .startedAt = 1, .numberSpace = 56});
+        EXPECT_EQ(of(codex, "", process), "1.2.3");
     }
-    EXPECT_EQ(text(releases.of(codex, program, later)), "none");
+    EXPECT_EQ(of(codex, program, later), "none");
 }
 
 TEST(ProgramReleases, AreFoundWhereAShellWouldFindThem) {
