@@ -117,6 +117,9 @@ std::unique_ptr<EventServer> AppController::makeServer() {
         }
     };
     handlers.decisionsEnabled = [&settings = m_settings] { return settings.approvalsEnabled(); };
+    handlers.fileOf = [&processes = *m_platform.processes](const auto &process, const auto &path) {
+        return processes.fileOf(process, path);
+    };
     m_store.resolveDecision = [this](const QString &id, const AgentDecision &decision) {
         if (m_server) {
             m_server->resolve(id, decision);

@@ -64,6 +64,12 @@ public:
     /// What the process of this number was started with; empty where the machine doesn't tell.
     /// Reads a file of the kernel's, 256 KiB at most; safe from any thread.
     virtual QProcessEnvironment environment(std::int64_t process) const = 0;
+
+    /// Where we find the file that the process knows by this absolute path, with no link left to
+    /// follow: below a root of its own, as in a container. Empty where there is no such file, or
+    /// the machine doesn't tell. Looks at every process where that one has a number space of its
+    /// own; safe from any thread.
+    virtual QString fileOf(const ProcessIdentity &process, const QString &path) const = 0;
 };
 
 /// Those of a machine that doesn't tell.
@@ -79,6 +85,7 @@ public:
         return std::nullopt;
     }
     QProcessEnvironment environment(std::int64_t) const override { return {}; }
+    QString fileOf(const ProcessIdentity &, const QString &) const override { return {}; }
 };
 
 } // namespace morvane

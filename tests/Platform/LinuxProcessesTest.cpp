@@ -97,7 +97,7 @@ protected:
         const auto here = LinuxProcesses::identityOf(number);
         agent = here.value_or(ProcessIdentity{});
         agent.id = 1; // as the agent itself tells it
-        return here.has_value();
+        return here && !processes.fileOf(agent, files.filePath("files/it")).isEmpty();
     }
 
     QTemporaryDir files;
@@ -118,6 +118,12 @@ TEST_F(SandboxTest, TellsOfTheEndOfItsAgent) {
     ::kill(number, SIGKILL);
     EXPECT_TRUE(becomesTrue([&] { return ends == 1; }));
     EXPECT_EQ(others, 0);
+}
+
+TEST_F(SandboxTest, HasFilesThatOnlyItsAgentSees) {
+    EXPECT_EQ(processes.fileOf(agent, files.filePath("link/it")),
+              QString("/proc/%1/root%2/files/it").arg(number).arg(files.path()));
+    EXPECT_EQ(processes.fileOf(agent, files.filePath("nothing")), QString());
 }
 
 TEST_F(LinuxProcessesTest, TellsWhatItWasStartedWithAndThatItIsStopped) {

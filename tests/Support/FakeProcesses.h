@@ -38,6 +38,8 @@ public:
         return environments.value(process);
     }
 
+    QString fileOf(const ProcessIdentity &, const QString &) const override { return {}; }
+
     std::size_t watched() const { return m_watches.size(); }
 
     void end(const ProcessIdentity &process) {

@@ -54,7 +54,9 @@ std::optional<AgentRelease> releaseInPath(const QString &path, const QString &co
 }
 
 std::optional<AgentRelease> read(const Program &program, const QString &file) {
-    const QString path = QFileInfo(file).canonicalFilePath();
+    // Below the root of a process no link is left, but for that root: it would lead to our own.
+    const QString path =
+        file.startsWith(QLatin1String("/proc/")) ? file : QFileInfo(file).canonicalFilePath();
     QString folder = path.section(QLatin1Char('/'), 0, -2);
     for (int level = 0; level < highestPackage && !folder.isEmpty(); ++level) {
         const auto release =
@@ -141,7 +143,8 @@ std::optional<AgentRelease> ProgramReleases::of(AgentKind agent, const QString &
     if (running.file == file || (running.missed == file && now < running.nextLook)) {
         return running.release;
     }
-    if (const auto release = of(agent, file)) {
+    const QString there = m_fileOf(process, file);
+    if (const auto release = of(agent, there.isEmpty() ? file : there)) {
         running.file = file;
         running.release = release;
     } else {

@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <utility>
@@ -20,13 +21,19 @@ namespace morvane {
 /// for each file as long as the file stays the same. Reads small files; for one thread at a time.
 class ProgramReleases {
 public:
+    /// As `Processes::fileOf`.
+    using FileOf = std::function<QString(const ProcessIdentity &process, const QString &path)>;
+
+    explicit ProgramReleases(FileOf fileOf = [](const auto &...) { return QString(); })
+        : m_fileOf(std::move(fileOf)) {}
+
     /// The release of the agent that this file, or the script that it is a link to, belongs to.
     /// None where that doesn't tell, and for an agent of whose releases none is listed.
     std::optional<AgentRelease> of(AgentKind agent, const QString &file);
 
-    /// The same for the file that this process runs. What the process once was it stays, though an
-    /// update replaces the file or takes it away. A file that doesn't tell is left alone for a
-    /// minute.
+    /// The same for the file that this process runs, by the path that it has there. What the
+    /// process once was it stays, though an update replaces the file or takes it away. A file that
+    /// doesn't tell is left alone for a minute.
     std::optional<AgentRelease> of(AgentKind agent, const QString &file,
                                    const ProcessIdentity &process, Date now);
 
@@ -60,6 +67,7 @@ private:
 
     static std::optional<Identity> identityOf(const QString &file);
 
+    FileOf m_fileOf;
     std::map<std::pair<AgentKind, QString>, Known> m_known;
     std::vector<Running> m_running; ///< the last one asked for is the last
 };

@@ -47,6 +47,8 @@ public:
             [](AgentKind, const QByteArray &) {};
         /// On the server's thread, for every hook that could wait.
         std::function<bool()> decisionsEnabled = [] { return false; };
+        /// On the server's thread: as `Processes::fileOf`.
+        ProgramReleases::FileOf fileOf = [](const auto &...) { return QString(); };
     };
 
     /// Nothing listens yet. `main` takes the callbacks to the main thread. `timers` gives the time
@@ -114,7 +116,7 @@ private:
     const EventConnection::Surroundings m_surroundings;
     asio::ip::tcp::acceptor m_acceptor;
     std::shared_ptr<DecisionRelay> m_relay;
-    ProgramReleases m_programs;
+    ProgramReleases m_programs{m_handlers.fileOf};
     const std::size_t m_unfinishedLimit = unfinishedLimit();
     std::map<std::uint64_t, Unfinished> m_unfinished; ///< by age, the oldest first
     std::deque<Connection> m_givenUp;                 ///< to be closed, the oldest first

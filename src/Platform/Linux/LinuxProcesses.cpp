@@ -12,6 +12,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <fcntl.h>
+#include <linux/openat2.h>
 #include <memory>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -240,6 +242,22 @@ QProcessEnvironment LinuxProcesses::environment(std::int64_t process) const {
         }
     }
     return result;
+}
+
+QString LinuxProcesses::fileOf(const ProcessIdentity &process, const QString &path) const {
+    const auto number = numberHere(process);
+    if (!number) {
+        return {};
+    }
+    const QString root = procPath(*number, "root");
+    const Descriptor folder(::open(QFile::encodeName(root).constData(), O_PATH | O_CLOEXEC));
+    // Else an absolute link would lead to a file of our own root.
+    open_how how{.flags = O_PATH | O_CLOEXEC, .mode = 0, .resolve = RESOLVE_IN_ROOT};
+    const Descriptor file(static_cast<int>(::syscall(
+        SYS_openat2, folder.number(), QFile::encodeName(path).constData(), &how, sizeof how)));
+    const QString there =
+        QFile::symLinkTarget(QStringLiteral("/proc/self/fd/%1").arg(file.number()));
+    return there.isEmpty() ? QString() : root + there;
 }
 
 } // namespace morvane

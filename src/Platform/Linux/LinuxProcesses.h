@@ -22,6 +22,7 @@ public:
     std::optional<bool> hearsKeys(const ProcessIdentity &process) const override;
     std::optional<std::int64_t> terminalOpener(const ProcessIdentity &process) const override;
     QProcessEnvironment environment(std::int64_t process) const override;
+    QString fileOf(const ProcessIdentity &process, const QString &path) const override;
 
     /// None for a process that isn't there.
     static std::optional<ProcessIdentity> identityOf(std::int64_t id);

@@ -193,6 +193,23 @@ TEST(ProgramReleases, AreThoseThatRunningProgramsOnceWere) {
     EXPECT_EQ(of(codex, program, later), "none");
 }
 
+TEST(ProgramReleases, AreReadBelowTheRootOfTheProcess) {
+    const TemporaryHome home;
+    const QString here = home.write("here/codex/0.170.0/codex");
+    const QString inside = home.write("inside/codex/0.171.0/codex");
+    const QString unknown = home.write("inside/codex/codex");
+    const auto read = [&](const QString &found) {
+        ProgramReleases releases([&](const auto &, const QString &path) {
+            EXPECT_EQ(path, here);
+            return found;
+        });
+        return text(releases.of(codex, here, {.id = 1, .startedAt = 2, .numberSpace = 3}, {}));
+    };
+    EXPECT_EQ(read(inside), "0.171.0");
+    EXPECT_EQ(read(unknown), "none");
+    EXPECT_EQ(read({}), "0.170.0");
+}
+
 TEST(ProgramReleases, AreFoundWhereAShellWouldFindThem) {
     TemporaryHome home;
     home.set("PATH", home.path("shims") + "::relative:" + home.path("first"));
