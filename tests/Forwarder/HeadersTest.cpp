@@ -194,18 +194,19 @@ TEST(Program, IsThatOfTheAncestorThatIsNoShellOfTheHook) {
     }
 }
 
-// A sandbox with the /proc of the machine around it, where its first process is somebody else.
+// A sandbox has the /proc of another one around it, where its first process is somebody else.
 TEST(Program, IsNobodysWhoHasTheNumberElsewhere) {
-    const std::string sandbox =
-        geteuid() == 0 ? "unshare --pid --fork " : "unshare --map-root-user --pid --fork ";
+    const std::string sandbox = std::string("unshare ") + (geteuid() == 0 ? "" : "-r ") +
+                                "--pid --fork --mount-proc unshare --pid --fork ";
     if (std::system((sandbox + "true").c_str()) != 0) {
         GTEST_SKIP() << "needs a kernel that lets us make a number space";
     }
     for (const Carrier carrier : {Carrier::Client, Carrier::Curl}) {
         CapturingListener listener(response("200 OK", ""));
         const HookProcess hook(carrier, listener.port());
-        const std::string call = "sh '" + hook.script().string() + "' claude Stop </dev/null; :";
-        std::system((sandbox + "sh -c \"" + call + "\"").c_str());
+        const std::string agent = hook.folder() / "agent.sh";
+        std::ofstream(agent) << "sh '" << hook.script().string() << "' claude Stop </dev/null; :";
+        EXPECT_EQ(std::system((sandbox + "sh '" + agent + "'").c_str()), 0);
         const auto headers = listener.take().headers;
         EXPECT_EQ(headers.at("x-hook-event"), "Stop");
         EXPECT_FALSE(headers.contains("x-morvane-process"));

@@ -80,8 +80,9 @@ protected:
                                   folder.filePath("my agent"),
                                   files.path()};
         sandbox.start("unshare", ::geteuid() == 0 ? command : QStringList("-r") + command);
-        if (!becomesTrue([&] { return isReady() || sandbox.state() == QProcess::NotRunning; }) ||
-            sandbox.state() == QProcess::NotRunning) {
+        const auto isThere = [&] { return isReady() || sandbox.state() == QProcess::NotRunning; };
+        EXPECT_TRUE(becomesTrue(isThere));
+        if (sandbox.state() == QProcess::NotRunning) {
             GTEST_SKIP() << "needs a kernel that lets us make a sandbox";
         }
     }
