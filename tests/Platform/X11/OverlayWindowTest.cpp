@@ -17,6 +17,7 @@ namespace morvane {
 namespace {
 
 constexpr QRect overlayFrame(490, 0, 300, 100);
+constexpr std::uint8_t heldKey = 76; ///< F10, which types nothing
 
 /// An overlay with a text field on it, above a terminal that has the keyboard, under a window
 /// manager.
@@ -143,6 +144,38 @@ TEST_P(OverlayWindowTest, LeavesTheKeyboardWhereThePersonHasPutItInTheMeantime) 
     type("other");
     EXPECT_EQ(display->focusedTitle(), "other");
     EXPECT_EQ(field->text(), "");
+}
+
+TEST_P(OverlayWindowTest, KeepsTheKeyboardWhileAKeyIsHeldThatAnotherProgramHas) {
+    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> other(
+        xcb_connect(nullptr, nullptr), &xcb_disconnect);
+    const auto grab = xcb_grab_key_checked(other.get(), 0, x11->root(), 0, heldKey,
+                                           XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    ASSERT_EQ(xcb_request_check(other.get(), grab), nullptr);
+    const auto hold = [&] {
+        display->run({"xdotool", "keydown", QString::number(heldKey)});
+        // Once it repeats, it is held for longer than Qt waits.
+        return becomesTrue([&, presses = 0]() mutable {
+            while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(other.get())}) {
+                presses += event->response_type == XCB_KEY_PRESS ? 1 : 0;
+            }
+            return presses >= 2;
+        });
+    };
+    const auto letGo = [&] { display->run({"xdotool", "keyup", QString::number(heldKey)}); };
+    ASSERT_TRUE(takeKeyboard());
+    EXPECT_TRUE(hold());
+    EXPECT_TRUE(field->hasFocus());
+    letGo();
+    type("Name");
+    EXPECT_TRUE(becomesTrue([this] { return field->text() == "Name"; }));
+
+    // It may also be a key that takes it away.
+    EXPECT_TRUE(hold());
+    display->run({"xdotool", "search", "--name", "^terminal$", "windowfocus"});
+    EXPECT_TRUE(becomesTrue([this] { return !field->hasFocus(); }));
+    letGo();
+    EXPECT_TRUE(terminalHasKeyboard());
 }
 
 TEST_P(OverlayWindowTest, PassesTheKeyboardOnAndGivesItToWhoeverHadItBeforeBoth) {

@@ -91,6 +91,7 @@ X11OverlayWindow::X11OverlayWindow(QWidget &widget, X11Connection &x11,
         }
     });
     connect(&m_fullscreen, &FullscreenWindows::changed, this, &X11OverlayWindow::applyVisibility);
+    QCoreApplication::instance()->installNativeEventFilter(this);
 }
 
 X11OverlayWindow::~X11OverlayWindow() {
@@ -158,7 +159,7 @@ bool X11OverlayWindow::takeKeyboard() {
     return true;
 }
 
-/// The server is asked, since Qt takes a key that is grabbed from its window for a loss of it.
+/// The server is asked, since Qt waits a moment before it tells of a loss.
 bool X11OverlayWindow::holdsKeyboard() const {
     auto *connection = qtConnection();
     return connection != nullptr && m_owners.contains(m_window) &&
@@ -196,6 +197,15 @@ bool X11OverlayWindow::hearsOtherClicks() const {
 
 bool X11OverlayWindow::isTranslucent() const {
     return m_x11.isComposited();
+}
+
+/// While a key is held that another program has grabbed, such as the one for the next layout of the
+/// keyboard, the keys go there, and come back to this window: to Qt a loss of the keyboard, but a
+/// real one is told of by itself, even then.
+bool X11OverlayWindow::nativeEventFilter(const QByteArray &, void *message, qintptr *) {
+    const auto &loss = *static_cast<const xcb_focus_out_event_t *>(message);
+    return (loss.response_type & 0x7f) == XCB_FOCUS_OUT && loss.event == m_window &&
+           loss.mode == XCB_NOTIFY_MODE_GRAB;
 }
 
 void X11OverlayWindow::applyAnchor(Anchor anchor) {

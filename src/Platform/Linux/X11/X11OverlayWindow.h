@@ -2,6 +2,7 @@
 
 #include "Platform/OverlayWindow.h"
 
+#include <QAbstractNativeEventFilter>
 #include <QHash>
 #include <QObject>
 #include <QPainterPath>
@@ -18,7 +19,7 @@ class X11Connection;
 /// An overlay as an override-redirect window, the one kind that every window manager leaves above
 /// full-screen programs and on all desktops. The input shape and the anchor are set on Qt's own
 /// connection, in step with what Qt sends for the same window.
-class X11OverlayWindow : public QObject, public OverlayWindow {
+class X11OverlayWindow : public QObject, public OverlayWindow, private QAbstractNativeEventFilter {
     Q_OBJECT
 
 public:
@@ -46,6 +47,7 @@ public:
     bool isTranslucent() const override;
 
 private:
+    bool nativeEventFilter(const QByteArray &kind, void *message, qintptr *result) override;
     void applyAnchor(Anchor anchor);
     void applyShape();
     void applyVisibility();
