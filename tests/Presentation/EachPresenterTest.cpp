@@ -84,10 +84,34 @@ TEST_P(EachPresenterTest, LendsTheKeyboardToWhoeverOpensItByKey) {
     EXPECT_FALSE(presenter->isExpanded());
 
     present();
-    QTest::keyClick(window().widget().windowHandle(), Qt::Key_Escape);
+    QTest::keyPress(window().widget().windowHandle(), Qt::Key_Escape);
+    EXPECT_TRUE(window().hasKeyboard);
+    QTest::keyRelease(window().widget().windowHandle(), Qt::Key_Escape);
     EXPECT_FALSE(window().hasKeyboard);
     scheduler.advance(Seconds(1));
     EXPECT_FALSE(presenter->isExpanded());
+}
+
+TEST_P(EachPresenterTest, AReturnIsPressedOnceHoweverLongItIsHeld) {
+    struct Counter : QObject {
+        bool eventFilter(QObject *, QEvent *event) override {
+            presses += event->type() == QEvent::KeyPress ? 1 : 0;
+            return false;
+        }
+        int presses = 0;
+    } counter;
+    attachForGood();
+    presenter->presentPanelToKeys();
+    window().widget().activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window().widget()));
+    QApplication::focusWidget()->installEventFilter(&counter);
+    QWindow *keys = window().widget().windowHandle();
+    for (const int presses : {1, 2}) {
+        QTest::keyPress(keys, Qt::Key_Return);
+        QTest::keyPress(keys, Qt::Key_Return);
+        EXPECT_EQ(counter.presses, presses);
+        QTest::keyRelease(keys, Qt::Key_Return);
+    }
 }
 
 TEST_P(EachPresenterTest, AnOpenFieldHoldsThePanelUntilItIsClosedOrForgotten) {

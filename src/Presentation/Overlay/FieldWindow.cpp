@@ -1,12 +1,11 @@
 #include "Presentation/Overlay/FieldWindow.h"
 
+#include "Presentation/Overlay/TextField.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/Typography.h"
 
 #include <QCloseEvent>
 #include <QGuiApplication>
-#include <QKeyEvent>
-#include <QLineEdit>
 #include <QScreen>
 #include <QVBoxLayout>
 
@@ -37,7 +36,7 @@ QPalette dialogPalette() {
 FieldWindow::FieldWindow(const QString &title, const QString &initial, const QString &placeholder)
     : QWidget(nullptr, Qt::Dialog | Qt::WindowStaysOnTopHint | Qt::WindowTitleHint |
                            Qt::WindowCloseButtonHint),
-      m_field(new QLineEdit(initial, this)) {
+      m_field(new TextField(initial, this)) {
     setWindowTitle(title);
     setPalette(dialogPalette());
     m_field->setAccessibleName(title);
@@ -47,8 +46,9 @@ FieldWindow::FieldWindow(const QString &title, const QString &initial, const QSt
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(fieldMargin, fieldMargin, fieldMargin, fieldMargin);
     layout->addWidget(m_field);
-    connect(m_field, &QLineEdit::textEdited, this, [this](const QString &text) { edited(text); });
-    connect(m_field, &QLineEdit::returnPressed, this, &FieldWindow::commitText);
+    connect(m_field, &TextField::textEdited, this, [this](const QString &text) { edited(text); });
+    connect(m_field, &TextField::returnTyped, this, &FieldWindow::commitText);
+    connect(m_field, &TextField::escapeTyped, this, [this] { settle([this] { cancel(); }); });
 }
 
 void FieldWindow::openBelow(const QRect &panel) {
@@ -78,14 +78,6 @@ void FieldWindow::placeBelow(const QRect &panel) {
     const QPoint place(panel.center().x() - width() / 2, panel.bottom() + panelDistance);
     move(std::max(bounds.left(), std::min(place.x(), lowest.x())),
          std::max(bounds.top(), std::min(place.y(), lowest.y())));
-}
-
-void FieldWindow::keyPressEvent(QKeyEvent *event) {
-    if (event->key() == Qt::Key_Escape) {
-        settle([this] { cancel(); });
-    } else {
-        QWidget::keyPressEvent(event);
-    }
 }
 
 /// The field's own menu takes the keyboard only for as long as it is open, and leaves the window

@@ -4,9 +4,9 @@
 
 #include <functional>
 
-class QLineEdit;
-
 namespace morvane {
+
+class TextField;
 
 /// A small window of its own with one text field, for desktops on which no overlay is given the
 /// keyboard. Owned by whoever needs the text, who may delete it from within the closures; main
@@ -38,7 +38,6 @@ public:
     void bringToFront();
 
 protected:
-    void keyPressEvent(QKeyEvent *event) override;
     void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
 
@@ -47,7 +46,7 @@ private:
     void commitText();
     void settle(std::function<void()> answer);
 
-    QLineEdit *m_field;
+    TextField *m_field;
     bool m_hadKeyboard = false;
     bool m_isSettled = false;
 };

@@ -9,7 +9,7 @@
 #include "Presentation/Style/Colors.h"
 
 #include <QCoreApplication>
-#include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 
 namespace morvane {
@@ -35,7 +35,7 @@ QPalette fieldPalette() {
 } // namespace
 
 InlineNameField::InlineNameField(const Setup &setup, const PanelContext &context, QWidget *parent)
-    : QLineEdit(setup.initial, parent), m_editing(context.editing), m_scheduler(context.scheduler),
+    : TextField(setup.initial, parent), m_editing(context.editing), m_scheduler(context.scheduler),
       m_setup(setup), m_activator(std::make_unique<KeyWindowActivator>(*this, context.scheduler,
                                                                        [this] { askInWindow(); })),
       m_focus(context.scheduler.after(Seconds(0), [this] { setFocus(); })) {
@@ -47,6 +47,8 @@ InlineNameField::InlineNameField(const Setup &setup, const PanelContext &context
     selectAll();
     connect(this, &InlineNameField::textEdited, this,
             [this] { m_editing.renew(m_scheduler.now()); });
+    connect(this, &InlineNameField::returnTyped, this, [this] { settle(Outcome::committed); });
+    connect(this, &InlineNameField::escapeTyped, this, &InlineNameField::giveUp);
     QCoreApplication::instance()->installEventFilter(this);
     m_editing.begin(context.scheduler.now());
 }
@@ -128,21 +130,7 @@ bool InlineNameField::eventFilter(QObject *watched, QEvent *event) {
     } else if (event->type() == QEvent::Resize && m_window && isInPanel()) {
         m_window->makeWayFor(panelOnDesktop());
     }
-    return QLineEdit::eventFilter(watched, event);
-}
-
-void InlineNameField::keyPressEvent(QKeyEvent *event) {
-    switch (event->key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        settle(Outcome::committed);
-        break;
-    case Qt::Key_Escape:
-        giveUp();
-        break;
-    default:
-        QLineEdit::keyPressEvent(event);
-    }
+    return TextField::eventFilter(watched, event);
 }
 
 /// A field that a loss of the focus doesn't end stays open without the keyboard.
@@ -154,11 +142,11 @@ void InlineNameField::mousePressEvent(QMouseEvent *event) {
     if (auto *panel = qobject_cast<KeyablePanel *>(window())) {
         panel->renewKey();
     }
-    QLineEdit::mousePressEvent(event);
+    TextField::mousePressEvent(event);
 }
 
 void InlineNameField::focusOutEvent(QFocusEvent *event) {
-    QLineEdit::focusOutEvent(event);
+    TextField::focusOutEvent(event);
     // The field's own menu takes the focus only for as long as it is open, and a panel that goes
     // away has not been confirmed by anybody.
     if (commitsOnBlur() && event->reason() != Qt::PopupFocusReason && !window()->isHidden()) {
@@ -167,7 +155,7 @@ void InlineNameField::focusOutEvent(QFocusEvent *event) {
 }
 
 void InlineNameField::hideEvent(QHideEvent *event) {
-    QLineEdit::hideEvent(event);
+    TextField::hideEvent(event);
     if (!event->spontaneous()) {
         abandon();
     }
@@ -182,7 +170,7 @@ void InlineNameField::paintEvent(QPaintEvent *event) {
         painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius,
                                 cornerRadius);
     }
-    QLineEdit::paintEvent(event);
+    TextField::paintEvent(event);
 }
 
 } // namespace morvane

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "Platform/Task.h"
-
-#include <QLineEdit>
+#include "Presentation/Overlay/TextField.h"
 
 #include <memory>
 
@@ -19,7 +18,7 @@ struct PanelContext;
 /// settles it, and then it goes away by itself. While it is open it counts as editing and has the
 /// keyboard; where a panel is given no keyboard, a small window of its own asks for the text
 /// instead, and what stands in the row is no field to look at.
-class InlineNameField : public QLineEdit {
+class InlineNameField : public TextField {
     Q_OBJECT
 
 public:
@@ -44,7 +43,6 @@ signals:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     void hideEvent(QHideEvent *event) override;

@@ -7,6 +7,8 @@
 #include <QKeyEvent>
 #include <QWindow>
 
+#include <utility>
+
 namespace morvane {
 
 PanelSurface::PanelSurface(Scheduler &scheduler)
@@ -50,17 +52,42 @@ void PanelSurface::showEvent(QShowEvent *event) {
 }
 
 bool PanelSurface::eventFilter(QObject *watched, QEvent *event) {
-    if (watched == windowHandle() && event->type() == QEvent::KeyPress) {
-        emit keyUsed();
+    if (watched == windowHandle()) {
+        const auto &key = *static_cast<QKeyEvent *>(event);
+        if (event->type() == QEvent::KeyPress) {
+            emit keyUsed();
+            return isRepetition(key);
+        }
+        if (event->type() == QEvent::FocusOut ||
+            (event->type() == QEvent::KeyRelease && key.key() == m_heldKey)) {
+            m_heldKey = 0;
+        }
     }
     return KeyablePanel::eventFilter(watched, event);
 }
 
+/// What presses or ends something does that once, however long it is held: by then the focus may be
+/// on something else. Qt doesn't tell every repetition.
+bool PanelSurface::isRepetition(const QKeyEvent &press) {
+    const int key = press.key();
+    if (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Escape) {
+        return false;
+    }
+    return press.isAutoRepeat() || std::exchange(m_heldKey, key) == key;
+}
+
 void PanelSurface::keyPressEvent(QKeyEvent *event) {
-    if (event->key() == Qt::Key_Escape) {
-        emit escaped();
-    } else {
+    if (event->key() != Qt::Key_Escape) {
         KeyablePanel::keyPressEvent(event);
+    } else {
+        m_escape.begin(*event);
+    }
+}
+
+void PanelSurface::keyReleaseEvent(QKeyEvent *event) {
+    KeyablePanel::keyReleaseEvent(event);
+    if (m_escape.isEndedBy(*event)) {
+        emit escaped();
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/Sessions/CompletedRecord.h"
+#include "Presentation/Overlay/KeyStroke.h"
 #include "Presentation/Overlay/KeyablePanel.h"
 
 #include <QMenu>
@@ -63,11 +64,16 @@ protected:
     void contextMenuEvent(QContextMenuEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    bool isRepetition(const QKeyEvent &press);
+
     QPointer<QMenu> m_openMenu;
     Announcement *m_announcement;
+    KeyStroke m_escape;
+    int m_heldKey = 0; ///< that has pressed or ended something, and hasn't been let go yet
 };
 
 } // namespace morvane

@@ -6,6 +6,22 @@
 
 namespace morvane {
 
+namespace {
+
+bool presses(const QKeyEvent &event) {
+    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter ||
+           event.key() == Qt::Key_Space;
+}
+
+/// Return does what Space does: it presses once it is let go, and not if it was held from before.
+/// Where the keyboard goes to a terminal with that, a Return that is still held would be typed
+/// there.
+QKeyEvent asSpace(const QKeyEvent &event) {
+    return {event.type(), Qt::Key_Space, event.modifiers(), {}, event.isAutoRepeat()};
+}
+
+} // namespace
+
 PanelButton::PanelButton(QWidget *parent) : QAbstractButton(parent) {
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
@@ -19,18 +35,19 @@ void PanelButton::paintFocus(QPainter &painter, double radius) const {
 
 /// The arrows are the panel's, which knows what lies beside what.
 void PanelButton::keyPressEvent(QKeyEvent *event) {
-    switch (event->key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        // A key that is still held from before presses nothing.
-        if (!event->isAutoRepeat()) {
-            click();
-        }
-        break;
-    case Qt::Key_Space:
-        QAbstractButton::keyPressEvent(event);
-        break;
-    default:
+    if (presses(*event)) {
+        QKeyEvent space = asSpace(*event);
+        QAbstractButton::keyPressEvent(&space);
+    } else {
+        event->ignore();
+    }
+}
+
+void PanelButton::keyReleaseEvent(QKeyEvent *event) {
+    if (presses(*event)) {
+        QKeyEvent space = asSpace(*event);
+        QAbstractButton::keyReleaseEvent(&space);
+    } else {
         event->ignore();
     }
 }

@@ -16,6 +16,7 @@ protected:
     void paintFocus(QPainter &painter, double radius) const;
 
     void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
 };
 
 } // namespace morvane

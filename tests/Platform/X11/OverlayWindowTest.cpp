@@ -11,6 +11,7 @@
 #include <QMenu>
 #include <QPainterPath>
 #include <QScreen>
+#include <QWindow>
 #include <xcb/xcb.h>
 
 namespace morvane {
@@ -252,6 +253,26 @@ TEST_P(OverlayWindowTest, GivesWayToAFullscreenProgramWhenToldTo) {
 
 INSTANTIATE_TEST_SUITE_P(Under, OverlayWindowTest, testing::ValuesIn(WindowManager::all),
                          [](const auto &info) { return info.param.name; });
+
+TEST_F(OverlayTest, AKeyThatIsHeldIsLetGoOnce) {
+    struct Counter : QObject {
+        bool eventFilter(QObject *, QEvent *event) override {
+            presses += event->type() == QEvent::KeyPress ? 1 : 0;
+            releases += event->type() == QEvent::KeyRelease ? 1 : 0;
+            return false;
+        }
+        int presses = 0;
+        int releases = 0;
+    } counter;
+    panel->windowHandle()->installEventFilter(&counter);
+    ASSERT_TRUE(takeKeyboard());
+    display->run({"xdotool", "keydown", "Return"});
+    EXPECT_TRUE(becomesTrue([&] { return counter.presses >= 3; }));
+    EXPECT_EQ(counter.releases, 0);
+    display->run({"xdotool", "keyup", "Return"});
+    EXPECT_TRUE(becomesTrue([&] { return counter.releases > 0; }));
+    EXPECT_EQ(counter.releases, 1);
+}
 
 TEST_F(OverlayTest, WithoutACompositorItsCornersAreCutOff) {
     EXPECT_FALSE(overlay->isTranslucent());

@@ -208,6 +208,30 @@ TEST_F(InlineNameFieldTest, AsksInAWindowOfItsOwnWhereKeysCantReachThePanel) {
     expectGone();
 }
 
+TEST_F(InlineNameFieldTest, AKeyEndsItOnceItIsLetGoAndNotIfItWasHeldFromBefore) {
+    for (const bool isInPanel : {true, false}) {
+        givesKeyboard = isInPanel;
+        open();
+        QWidget *typedIn = isInPanel ? field : window()->focusWidget();
+        const auto outcomesAfter = [&](QEvent::Type type, Qt::Key key, bool isRepeated) {
+            QKeyEvent event(type, key, Qt::NoModifier, {}, isRepeated);
+            QCoreApplication::sendEvent(typedIn, &event);
+            QCoreApplication::processEvents();
+            return outcomes;
+        };
+        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
+            EXPECT_TRUE(outcomesAfter(QEvent::KeyPress, key, true).isEmpty());
+            EXPECT_TRUE(outcomesAfter(QEvent::KeyRelease, key, false).isEmpty());
+        }
+        EXPECT_TRUE(outcomesAfter(QEvent::KeyPress, Qt::Key_Return, false).isEmpty());
+        EXPECT_TRUE(outcomesAfter(QEvent::KeyRelease, Qt::Key_Return, true).isEmpty());
+        EXPECT_TRUE(outcomesAfter(QEvent::KeyPress, Qt::Key_Return, true).isEmpty());
+        EXPECT_EQ(outcomesAfter(QEvent::KeyRelease, Qt::Key_Return, false),
+                  QStringList({"commit old name"}));
+        outcomes.clear();
+    }
+}
+
 TEST_F(InlineNameFieldTest, TheWindowThatAsksIsTheOneFieldAndStaysInSight) {
     givesKeyboard = false;
     const QRect screen = panel.screen()->geometry();

@@ -81,7 +81,10 @@ TEST_F(PanelKeyboardTest, BeginsAtTheSessionThatWaitsAndGoesThroughAllThatCanBeP
     EXPECT_EQ(focusAfter({Qt::Key_Down}), first == "b" ? "row c" : "row b");
     EXPECT_EQ(focusAfter({Qt::Key_Up}), "Deny Bash in " + first);
     EXPECT_EQ(focusAfter({Qt::Key_Up, Qt::Key_Up, Qt::Key_Left}), "row " + first);
-    press({Qt::Key_Return});
+    // The terminal that it leads to gets nothing of a key that is held.
+    QTest::keyPress(view.windowHandle(), Qt::Key_Return);
+    EXPECT_EQ(selected, QStringList());
+    QTest::keyRelease(view.windowHandle(), Qt::Key_Return);
     EXPECT_EQ(selected, QStringList{first});
 }
 
