@@ -46,7 +46,7 @@ FieldWindow::FieldWindow(const QString &title, const QString &initial, const QSt
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(fieldMargin, fieldMargin, fieldMargin, fieldMargin);
     layout->addWidget(m_field);
-    connect(m_field, &TextField::textEdited, this, [this](const QString &text) { edited(text); });
+    connect(m_field, &TextField::typed, this, [this] { edited(m_field->typedText()); });
     connect(m_field, &TextField::returnTyped, this, &FieldWindow::commitText);
     connect(m_field, &TextField::escapeTyped, this, [this] { settle([this] { cancel(); }); });
 }

@@ -45,8 +45,7 @@ InlineNameField::InlineNameField(const Setup &setup, const PanelContext &context
     setPalette(fieldPalette());
     setTextMargins(textInset, 0, textInset, 0);
     selectAll();
-    connect(this, &InlineNameField::textEdited, this,
-            [this] { m_editing.renew(m_scheduler.now()); });
+    connect(this, &InlineNameField::typed, this, [this] { m_editing.renew(m_scheduler.now()); });
     connect(this, &InlineNameField::returnTyped, this, [this] { settle(Outcome::committed); });
     connect(this, &InlineNameField::escapeTyped, this, &InlineNameField::giveUp);
     QCoreApplication::instance()->installEventFilter(this);
@@ -62,7 +61,7 @@ void InlineNameField::abandon() {
 }
 
 void InlineNameField::giveUp() {
-    clear();
+    discard();
     settle(Outcome::cancelled);
 }
 
@@ -97,7 +96,7 @@ void InlineNameField::settle(Outcome outcome) {
     m_settled = true;
     leave();
     if (outcome == Outcome::committed) {
-        emit commit(text());
+        emit commit(typedText());
     } else {
         emit cancel();
     }

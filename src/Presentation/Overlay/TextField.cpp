@@ -1,5 +1,7 @@
 #include "Presentation/Overlay/TextField.h"
 
+#include <utility>
+
 namespace morvane {
 
 namespace {
@@ -10,6 +12,19 @@ bool endsField(const QKeyEvent &event) {
 }
 
 } // namespace
+
+TextField::TextField(const QString &text, QWidget *parent) : QLineEdit(text, parent) {
+    connect(this, &TextField::textEdited, this, &TextField::typed);
+}
+
+QString TextField::typedText() const {
+    return text().insert(cursorPosition(), m_composition);
+}
+
+void TextField::discard() {
+    m_composition.clear();
+    clear();
+}
 
 void TextField::keyPressEvent(QKeyEvent *event) {
     if (endsField(*event)) {
@@ -32,6 +47,14 @@ void TextField::keyReleaseEvent(QKeyEvent *event) {
 void TextField::focusOutEvent(QFocusEvent *event) {
     m_stroke.abandon();
     QLineEdit::focusOutEvent(event);
+}
+
+void TextField::inputMethodEvent(QInputMethodEvent *event) {
+    const QString before = std::exchange(m_composition, event->preeditString());
+    QLineEdit::inputMethodEvent(event);
+    if (m_composition != before) {
+        emit typed();
+    }
 }
 
 } // namespace morvane

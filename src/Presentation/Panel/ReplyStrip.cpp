@@ -66,7 +66,7 @@ void ReplyStrip::openField() {
         }
     });
     connect(m_field, &InlineNameField::cancel, this, [this] {
-        m_unsent = m_field->text().trimmed();
+        m_unsent = m_field->typedText().trimmed();
         closeField();
         if (!m_unsent.isEmpty()) {
             tell(tr("not sent"));

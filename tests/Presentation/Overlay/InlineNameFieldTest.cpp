@@ -232,6 +232,32 @@ TEST_F(InlineNameFieldTest, AKeyEndsItOnceItIsLetGoAndNotIfItWasHeldFromBefore) 
     }
 }
 
+TEST_F(InlineNameFieldTest, WhatAnInputMethodHasNotEndedCountsAsTyped) {
+    for (const bool isInPanel : {true, false}) {
+        givesKeyboard = isInPanel;
+        open();
+        scheduler.advance(Seconds(119));
+        QWidget *typedIn = isInPanel ? field : window()->focusWidget();
+        for (const char *text : {"な", "なま"}) {
+            QInputMethodEvent composing(text, {});
+            QCoreApplication::sendEvent(typedIn, &composing);
+        }
+        EXPECT_EQ(editing.openedAt(), scheduler.now());
+        if (isInPanel) {
+            QTest::mousePress(&panel, Qt::LeftButton, {}, QPoint(90, 25));
+        } else {
+            QTest::keyClick(typedIn, Qt::Key_Return);
+            QCoreApplication::processEvents();
+        }
+        EXPECT_EQ(std::exchange(outcomes, {}), QStringList({"commit なま"}));
+    }
+    givesKeyboard = true;
+    QInputMethodEvent composing("え", {});
+    QCoreApplication::sendEvent(&open(), &composing);
+    QTest::keyClick(field, Qt::Key_Escape);
+    EXPECT_EQ(field->typedText(), "");
+}
+
 TEST_F(InlineNameFieldTest, TheWindowThatAsksIsTheOneFieldAndStaysInSight) {
     givesKeyboard = false;
     const QRect screen = panel.screen()->geometry();

@@ -107,6 +107,10 @@ TEST_F(CompletedRowTest, SendsWhatIsTypedAndNothingElse) {
     row.hide();
     EXPECT_TRUE(says("not sent"));
     EXPECT_EQ(open().text(), "and on");
+    QInputMethodEvent composing("つ", {});
+    QCoreApplication::sendEvent(field(), &composing);
+    row.hide();
+    EXPECT_EQ(open().text(), "つ");
     QTest::keyClick(field(), Qt::Key_Escape);
     EXPECT_EQ(open().text(), "");
     row.hide();
