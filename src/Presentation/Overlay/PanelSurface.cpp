@@ -53,14 +53,20 @@ void PanelSurface::showEvent(QShowEvent *event) {
 
 bool PanelSurface::eventFilter(QObject *watched, QEvent *event) {
     if (watched == windowHandle()) {
-        const auto &key = *static_cast<QKeyEvent *>(event);
-        if (event->type() == QEvent::KeyPress) {
+        switch (event->type()) {
+        case QEvent::KeyPress:
             emit keyUsed();
-            return isRepetition(key);
-        }
-        if (event->type() == QEvent::FocusOut ||
-            (event->type() == QEvent::KeyRelease && key.key() == m_heldKey)) {
+            return isRepetition(*static_cast<QKeyEvent *>(event));
+        case QEvent::KeyRelease:
+            if (static_cast<QKeyEvent *>(event)->key() == m_heldKey) {
+                m_heldKey = 0;
+            }
+            break;
+        case QEvent::FocusOut:
             m_heldKey = 0;
+            break;
+        default:
+            break;
         }
     }
     return KeyablePanel::eventFilter(watched, event);
