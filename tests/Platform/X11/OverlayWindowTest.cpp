@@ -254,6 +254,27 @@ TEST_P(OverlayWindowTest, GivesWayToAFullscreenProgramWhenToldTo) {
 INSTANTIATE_TEST_SUITE_P(Under, OverlayWindowTest, testing::ValuesIn(WindowManager::all),
                          [](const auto &info) { return info.param.name; });
 
+TEST_F(OverlayTest, CoversNoCandidatesOfAnInputMethodWhileItHasTheKeyboard) {
+    auto other = openTerminal("other");
+    ASSERT_TRUE(becomesTrue([this] { return display->focusedTitle() == "other"; }));
+    ASSERT_TRUE(takeKeyboard());
+    QWidget candidates(nullptr, Qt::Tool | Qt::X11BypassWindowManagerHint);
+    candidates.setAttribute(Qt::WA_ShowWithoutActivating);
+    candidates.setGeometry(overlayFrame);
+    candidates.show();
+    ASSERT_TRUE(becomesTrue([this] { return !isOnTop(); }));
+    bool isRestacked = false;
+    QObject::connect(x11.get(), &X11Connection::rootPropertyChanged, [&](std::uint32_t atom) {
+        isRestacked = isRestacked || atom == x11->atom("_NET_CLIENT_LIST_STACKING");
+    });
+    display->run({"xdotool", "search", "--name", "^terminal$", "windowraise"});
+    ASSERT_TRUE(becomesTrue([&] { return isRestacked; }));
+    QGuiApplication::sync();
+    EXPECT_FALSE(isOnTop());
+    overlay->releaseKeyboard();
+    EXPECT_TRUE(becomesTrue([this] { return isOnTop(); }));
+}
+
 TEST_F(OverlayTest, AKeyThatIsHeldIsLetGoOnce) {
     struct Counter : QObject {
         bool eventFilter(QObject *, QEvent *event) override {

@@ -177,6 +177,7 @@ void X11OverlayWindow::releaseKeyboard() {
         const std::uint32_t owner = m_owners.take(m_window);
         m_x11.watchPresses(!m_owners.isEmpty());
         giveUpKeyboardTo(owner);
+        raise();
     }
 }
 
@@ -288,11 +289,12 @@ bool X11OverlayWindow::findCovered() const {
            });
 }
 
-/// Not while a menu of ours is open, which it would cover.
+/// Not while a menu of ours is open, which it would cover, or while somebody types, since it would
+/// cover what an input method offers.
 void X11OverlayWindow::raise() {
     auto *connection = qtConnection();
     const bool isBelowMenu = QApplication::activePopupWidget() != nullptr;
-    if (connection != nullptr && m_widget.isVisible() && !isBelowMenu) {
+    if (connection != nullptr && m_widget.isVisible() && !isBelowMenu && !holdsKeyboard()) {
         const std::uint32_t above = XCB_STACK_MODE_ABOVE;
         xcb_configure_window(connection, m_window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
         xcb_flush(connection);
