@@ -119,9 +119,8 @@ void ApprovalStrip::showCall() {
     const QString line = VisibleText::of(m_approval->detail.value_or(QString()));
     const ReadableInput::Rest rest = given.beyond(line);
     const bool isWhole = m_showsAll || line.isEmpty() || rest.isEmpty();
-    input().setLines(isWhole && !given.lines.isEmpty()
-                         ? given.lines
-                         : QList<ReadableInput::Line>{{ReadableInput::Sign::plain, line}});
+    const QList<ReadableInput::Line> inShort{{ReadableInput::Sign::plain, line}};
+    input().setLines(isWhole && !given.lines.isEmpty() ? given.lines : inShort);
     input().setVisible(m_approval->hasDetails());
     m_more->setTitle(wordsFor(rest));
     m_more->setVisible(!isWhole);
@@ -130,6 +129,9 @@ void ApprovalStrip::showCall() {
                         ? tr("The call is longer than can be shown here: its end is missing.")
                         : QString());
     m_note->setVisible(!m_note->text().isEmpty());
+    setAsked(m_approval->hasDetails()
+                 ? InputView::spoken(given.lines.isEmpty() ? inShort : given.lines)
+                 : m_note->text());
 }
 
 void ApprovalStrip::showChoices(const QString &name, bool showsShortcuts) {
@@ -141,7 +143,8 @@ void ApprovalStrip::showChoices(const QString &name, bool showsShortcuts) {
         const QString tool = VisibleText::name(m_approval->toolName);
         const Wording wording = wordingOf(all[position], tool);
         button.setAccessibleName(wording.name.arg(tool, name));
-        setHelpText(button, wording.help);
+        button.setToolTip(helpMarkup(wording.help));
+        describe(button, wording.help);
         const int digit = static_cast<int>(position) + 1;
         button.setShortcutDigit(showsShortcuts ? std::optional(digit) : std::nullopt);
     }

@@ -5,6 +5,7 @@
 #include "Presentation/Style/FocusRing.h"
 #include "Presentation/Style/Typography.h"
 
+#include <QAccessibleWidget>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QWheelEvent>
@@ -98,13 +99,10 @@ double columnWidth(const QFont &font) {
     return widest;
 }
 
-QString accessibleText(const QList<Line> &lines) {
-    QStringList result;
-    for (const Line &line : lines) {
-        const auto sign = mark(line.sign);
-        result.append(sign ? *sign + QStringLiteral(" ") + line.text : line.text);
-    }
-    return result.join(u'\n');
+/// To screen readers a widget of no kind is nothing to read.
+QAccessibleInterface *makeAccessibleInput(const QString &, QObject *object) {
+    auto *view = qobject_cast<InputView *>(object);
+    return view != nullptr ? new QAccessibleWidget(view, QAccessible::StaticText) : nullptr;
 }
 
 } // namespace
@@ -113,6 +111,21 @@ InputView::InputView(QWidget *parent) : QWidget(parent), m_heightLimit(usualHeig
     setFont(Typography::code(Typography::secondarySize));
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     m_columnWidth = columnWidth(font());
+    QAccessible::installFactory(&makeAccessibleInput);
+    QAccessible::installActivationObserver(this);
+}
+
+InputView::~InputView() {
+    QAccessible::removeActivationObserver(this);
+}
+
+QString InputView::spoken(const QList<Line> &lines) {
+    QStringList result;
+    for (const Line &line : lines) {
+        const auto sign = mark(line.sign);
+        result.append(sign ? *sign + QStringLiteral(" ") + line.text : line.text);
+    }
+    return result.join(u'\n');
 }
 
 void InputView::setLines(const QList<Line> &lines) {
@@ -122,7 +135,7 @@ void InputView::setLines(const QList<Line> &lines) {
     m_lines = lines;
     m_piecesWidth = -1;
     m_offset = 0;
-    setAccessibleName(accessibleText(lines));
+    setAccessibleName(spoken(lines));
     updateGeometry();
     updateFocusPolicy();
     update();
@@ -286,9 +299,14 @@ bool InputView::scrollTo(int offset) {
     return true;
 }
 
+void InputView::accessibilityActiveChanged(bool active) {
+    m_isRead = active;
+    updateFocusPolicy();
+}
+
 /// What is seen whole is nothing for the keys to stop at.
 void InputView::updateFocusPolicy() {
-    setFocusPolicy(isCut() ? Qt::TabFocus : Qt::NoFocus);
+    setFocusPolicy(isCut() || m_isRead ? Qt::TabFocus : Qt::NoFocus);
 }
 
 /// At its ends the arrows lead on to what stands above and below.

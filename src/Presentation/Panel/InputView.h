@@ -2,6 +2,7 @@
 
 #include "Core/Agents/ReadableInput.h"
 
+#include <QAccessible>
 #include <QHash>
 #include <QWidget>
 
@@ -11,13 +12,17 @@ namespace morvane {
 /// to right whatever the script, with the signs of lines in a column of their own. What is too long
 /// for a row goes on in the next, which is marked for that; what is too high is scrolled, by the
 /// wheel or the keys.
-class InputView : public QWidget {
+class InputView : public QWidget, private QAccessible::ActivationObserver {
     Q_OBJECT
 
 public:
     explicit InputView(QWidget *parent);
+    ~InputView() override;
 
     void setLines(const QList<ReadableInput::Line> &lines);
+
+    /// Such lines as a screen reader reads them.
+    static QString spoken(const QList<ReadableInput::Line> &lines);
 
     /// How high it may become, in points.
     void setHeightLimit(int limit);
@@ -52,6 +57,7 @@ private:
     bool isCut() const;
     bool scrollTo(int offset);
     void updateFocusPolicy();
+    void accessibilityActiveChanged(bool active) override;
 
     QList<Line> m_lines;
     double m_columnWidth;
@@ -60,6 +66,7 @@ private:
     mutable QHash<char32_t, qsizetype> m_columns; ///< what measuring has told, which is dear
     mutable QList<Piece> m_pieces;
     mutable int m_piecesWidth = -1; ///< at which they were broken; -1 when they have to be anew
+    bool m_isRead = QAccessible::isActive(); ///< by a screen reader
 };
 
 } // namespace morvane

@@ -1,5 +1,6 @@
 #include "Presentation/Panel/PromptStrip.h"
 
+#include "Core/Ground/BoundedText.h"
 #include "Presentation/Panel/Countdown.h"
 #include "Presentation/Panel/InputView.h"
 #include "Presentation/Panel/ReadingTime.h"
@@ -8,6 +9,12 @@
 #include <QVBoxLayout>
 
 namespace morvane {
+
+namespace {
+
+constexpr qsizetype askedLength = 400; ///< half a minute to listen to, with each choice
+
+} // namespace
 
 PromptStrip::PromptStrip(Scheduler &scheduler, QWidget *parent)
     : QWidget(parent), m_column(new QVBoxLayout(this)), m_input(new InputView(this)),
@@ -35,6 +42,15 @@ void PromptStrip::setInputHeightLimit(int limit) {
 
 void PromptStrip::readAnew() {
     m_reading->startAnew();
+}
+
+void PromptStrip::setAsked(const QString &asked) {
+    const QString beginning = BoundedText::of(asked, askedLength);
+    m_asked = beginning == asked ? asked : tr("%1\nThere is more of it.").arg(beginning);
+}
+
+void PromptStrip::describe(QWidget &choice, const QString &help) const {
+    choice.setAccessibleDescription(help.isEmpty() ? m_asked : m_asked + u'\n' + help);
 }
 
 } // namespace morvane

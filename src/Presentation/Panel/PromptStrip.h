@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QString>
 #include <QWidget>
 
 class QVBoxLayout;
@@ -20,6 +21,10 @@ public:
     /// Whether it has stood here long enough to be read.
     bool hasBeenRead() const;
 
+    /// What is asked, as a screen reader says it: of a long text its beginning, and that it is only
+    /// that.
+    const QString &asked() const { return m_asked; }
+
     /// How high the view of what the call is given may become, in points.
     void setInputHeightLimit(int limit);
 
@@ -36,12 +41,19 @@ protected:
     /// What is to be read has changed.
     void readAnew();
 
+    void setAsked(const QString &asked);
+
+    /// What a screen reader says of a choice: what is asked, and then the help. No press is to
+    /// count for what nobody has been told.
+    void describe(QWidget &choice, const QString &help) const;
+
 private:
     QVBoxLayout *m_column;
     InputView *m_input;
     Countdown *m_countdown;
     QWidget *m_choices;
     ReadingTime *m_reading;
+    QString m_asked;
 };
 
 } // namespace morvane

@@ -65,12 +65,21 @@ void QuestionStrip::setQuestion(const PendingQuestion &pending, const QString &n
     if (!isSame) {
         m_pendingID = pending.id;
         m_rest = pending.input;
+        sayWhatIsAsked();
         showQuestion(question, showsShortcuts);
         readAnew();
     }
     for (OptionButton *button : std::as_const(m_buttons)) {
         button->setAccessibleName(tr("%1 in %2").arg(button->spokenLabel(), name));
     }
+}
+
+void QuestionStrip::sayWhatIsAsked() {
+    QStringList asked{m_text->text()};
+    if (!m_tool->isHidden()) {
+        asked << m_tool->text() << InputView::spoken(m_rest.lines);
+    }
+    setAsked(asked.join(u'\n').trimmed());
 }
 
 void QuestionStrip::showQuestion(const AgentQuestion &question, bool showsShortcuts) {
@@ -93,6 +102,7 @@ void QuestionStrip::showQuestion(const AgentQuestion &question, bool showsShortc
                         emit answered(text, label);
                     }
                 });
+        describe(*button, button->accessibleDescription());
         choices().layout()->addWidget(button);
         button->show();
         m_buttons.append(button);

@@ -24,6 +24,7 @@ signals:
     void answered(const QString &question, const QString &option);
 
 private:
+    void sayWhatIsAsked();
     void showQuestion(const AgentQuestion &question, bool showsShortcuts);
 
     std::optional<AgentQuestion> m_question;

@@ -97,6 +97,8 @@ void SessionRow::showStrip(Details details) {
     if (m_strip != nullptr) {
         m_strip->show();
     }
+    const auto *prompt = qobject_cast<const PromptStrip *>(m_strip);
+    setAccessibleDescription(prompt != nullptr ? prompt->asked() : QString());
 }
 
 /// What it said is over, and a screen reader reads what is hidden as well. Its own click may be

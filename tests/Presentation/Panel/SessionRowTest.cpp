@@ -13,6 +13,7 @@
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/TextLabel.h"
 
+#include <QAccessible>
 #include <QCoreApplication>
 #include <QLabel>
 #include <QLayout>
@@ -245,6 +246,33 @@ TEST_F(SessionRowTest, ShowsAllOfACallOrSaysWhatIsMissing) {
     show();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_EQ(row.findChild<InputView *>(), nullptr);
+}
+
+TEST_F(SessionRowTest, TellsAScreenReaderWhatIsAskedBeforeItIsAnswered) {
+    const auto told = [this](const QWidget *choice) {
+        EXPECT_TRUE(choice->accessibleDescription().startsWith(row.accessibleDescription() + "\n"));
+        return choice->accessibleDescription();
+    };
+    show(EventBuilder::parked("d").given(R"({"command":"rm -rf a\u202eb"})"));
+    EXPECT_EQ(told(shownIn<DecideButton>(row)[1]), "rm -rf a⟨U+202E⟩b\nApprove this one call.");
+    QAccessible::setActive(true);
+    auto *view = row.findChild<InputView *>();
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(view)->role(), QAccessible::StaticText);
+    EXPECT_EQ(view->focusPolicy(), Qt::TabFocus);
+    QAccessible::setActive(false);
+
+    show(EventBuilder::parked("e").given(R"({"command":")" + std::string(60'000, 'x') + R"("})"));
+    EXPECT_TRUE(row.accessibleDescription().endsWith("xx…\nThere is more of it."));
+    EXPECT_LE(told(shownIn<DecideButton>(row)[1]).size(), 500);
+    show(EventBuilder::parked("f").given("{}"));
+    EXPECT_TRUE(told(shownIn<DecideButton>(row)[1]).startsWith("This agent sent no details"));
+
+    show(EventBuilder::parked("g").with(
+        &HookEvent::questions, QList<AgentQuestion>{{"Sure?", {}, {{"Yes", "For good"}}, false}}));
+    EXPECT_EQ(told(shownIn<OptionButton>(row).first()),
+              "Sure?\nAny answer also lets Bash run with:\nmake\nFor good");
+    show(EventBuilder(Event::turnEnd));
+    EXPECT_EQ(row.accessibleDescription(), "");
 }
 
 TEST_F(SessionRowTest, APressDecidesOnlyTheRequestThatItBeganOn) {
