@@ -27,11 +27,8 @@ PresenterManager::~PresenterManager() = default;
 void PresenterManager::start() {
     m_displayMode = m_context.settings.displayMode();
     reconcile();
-    connect(&m_context.store, &SessionStore::stateChanges, this, [this](SessionState state) {
-        if (state == SessionState::needsInput) {
-            announceRequest();
-        }
-    });
+    connect(&m_context.store, &SessionStore::stateChanges, this,
+            [this](SessionState, const QString &sessionID) { announce(sessionID); });
     connect(&m_displays, &Displays::changed, this, &PresenterManager::scheduleReconcile);
     connect(&m_context.settings, &MorvaneSettings::changed, this, [this] {
         if (m_context.settings.displayMode() != m_displayMode) {
@@ -85,13 +82,11 @@ MorvanePresenter *PresenterManager::presenterAtPointer() const {
     return (target != m_presenters.end() ? target : m_presenters.begin())->second.get();
 }
 
-/// The one that waits stands first, and the latest of several.
-void PresenterManager::announceRequest() {
-    const QList<Session> sessions = m_context.store.sortedSessions();
-    auto *presenter = presenterAtPointer();
-    if (presenter != nullptr && !sessions.isEmpty()) {
-        presenter->announce(sessions.first().displayName() + QStringLiteral(", ") +
-                            SessionSubtitle::of(sessions.first()).status);
+void PresenterManager::announce(const QString &sessionID) {
+    if (auto *presenter = presenterAtPointer()) {
+        const Session session = m_context.store.sessions().value(sessionID);
+        presenter->announce(session.displayName() + QStringLiteral(", ") +
+                            SessionSubtitle::of(session).status);
     }
 }
 

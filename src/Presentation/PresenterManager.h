@@ -57,7 +57,7 @@ public:
     void dismissAll();
 
 private:
-    void announceRequest();
+    void announce(const QString &sessionID);
     void scheduleReconcile();
     void reconcile();
     MorvanePresenter *presenterAtPointer() const;

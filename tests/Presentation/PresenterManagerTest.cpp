@@ -1,5 +1,6 @@
 #include "Presentation/PresenterManager.h"
 
+#include "Presentation/Overlay/Announcement.h"
 #include "Presentation/PanelFixture.h"
 
 #include <QContextMenuEvent>
@@ -132,6 +133,22 @@ TEST_F(PresenterManagerTest, OpensUnderThePointerOrElseAnywhere) {
     manager.presentPanel();
     EXPECT_EQ(shownOn(), QList<int>({0}));
     EXPECT_EQ(expansions, QList<bool>({true, true, false, false, true}));
+}
+
+TEST_F(PresenterManagerTest, TellsAScreenReaderWhichSessionAsksOrIsOver) {
+    displays.setDisplays({FakeDisplays::builtin(1, 0)});
+    manager.start();
+    const auto *said = overlays.alive.first()->widget().findChild<Announcement *>();
+    apply(EventBuilder::parked("d").in("a").with(&HookEvent::cwd, "/shop"));
+    EXPECT_EQ(said->accessibleName(), "shop, waiting to run Bash");
+    const EventBuilder over = EventBuilder(Event::turnEnd).in("b").with(&HookEvent::cwd, "/blog");
+    apply(over);
+    EXPECT_EQ(said->accessibleName(), "blog, done");
+    apply(over.with(&HookEvent::kind, Event::turnFailed));
+    EXPECT_EQ(said->accessibleName(), "blog, failed");
+    scheduler.advance(Seconds(6));
+    apply(over.with(&HookEvent::kind, Event::promptSubmit));
+    EXPECT_EQ(said->accessibleName(), "");
 }
 
 } // namespace

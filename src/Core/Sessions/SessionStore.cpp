@@ -241,7 +241,7 @@ void SessionStore::followUp(const QString &sessionID, std::optional<SessionState
     if (!callsForAttention || session->state == previous) {
         return;
     }
-    emit stateChanges(session->state);
+    emit stateChanges(session->state, sessionID);
     if (session->isFinished()) {
         recordCompleted(*session, now);
         enrichFromTranscript(sessionID, readsWords);

@@ -141,7 +141,7 @@ signals:
     /// A session has ended or was cleared away.
     void sessionRemoved(const QString &sessionID);
     /// A session has come to need a person, or has finished or failed; sent for those states only.
-    void stateChanges(morvane::SessionState state);
+    void stateChanges(morvane::SessionState state, const QString &sessionID);
 
 private:
     void carryOut(const SessionTransition &transition);
