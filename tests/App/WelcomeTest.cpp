@@ -2,6 +2,8 @@
 #include "Presentation/Windows/OnboardingView.h"
 
 #include <QKeyEvent>
+#include <QScreen>
+#include <QTest>
 
 namespace morvane {
 namespace {
@@ -80,6 +82,32 @@ TEST_F(WelcomeTest, WalksANewcomerThroughNamedControlsToAConnectedAgent) {
     EXPECT_FALSE(window->isVisible());
     EXPECT_FALSE(isOverlayShown());
     EXPECT_EQ(settings.knownAgents().value_or(QStringList()).size(), 2);
+}
+
+TEST_F(WelcomeTest, ScrollsWhereThereIsTooLittleRoomAndKeepsItsButtonInSight) {
+    open("Welcome to Morvane");
+    window->findChild<OnboardingView *>()->go(2);
+    scheduler.advance(Seconds(1));
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    window->setMinimumSize(1, 1);
+    window->resize(540, 260);
+    QCoreApplication::processEvents();
+    const auto isInSight = [](const QWidget *control) {
+        return control->visibleRegion() == QRegion(control->rect());
+    };
+    auto *last = shownControl<QAbstractButton>(*window, "Launch at login");
+    EXPECT_FALSE(isInSight(last));
+    EXPECT_TRUE(isInSight(button("Done")));
+    QTest::keyClick(button("Done"), Qt::Key_Tab);
+    EXPECT_TRUE(last->hasFocus());
+    EXPECT_TRUE(isInSight(last));
+    EXPECT_TRUE(isInSight(button("Done")));
+
+    ManagedWindow large("Too large");
+    large.setFixedSize(5000, 5000);
+    large.present();
+    EXPECT_TRUE(large.screen()->availableGeometry().contains(large.geometry()));
 }
 
 TEST_F(WelcomeTest, OffersEveryAgentThatIsNew) {

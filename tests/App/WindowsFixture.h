@@ -16,6 +16,11 @@ class WindowsFixture : public AppFixture {
 protected:
     WindowsFixture() { addFakeScreen(platform); }
 
+    /// What was closed last would be found by its title in the next test.
+    ~WindowsFixture() override {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
     void open(const char *title) {
         const bool isNewcomer = !settings.hasCompletedFirstRun();
         delegate.applicationDidFinishLaunching();

@@ -73,10 +73,19 @@ void ManagedWindow::centreAtFirst() {
         screen = QGuiApplication::primaryScreen();
     }
     if (screen != nullptr) {
-        resize(size().boundedTo(screen->availableGeometry().size() * shareOfScreen));
+        fitInto(screen->availableGeometry().size() * shareOfScreen);
         QRect frame = rect();
         frame.moveCenter(screen->geometry().center());
         move(frame.topLeft());
+    }
+}
+
+/// A window of a fixed size has to give way too.
+void ManagedWindow::fitInto(const QSize &room) {
+    const QSize fitting = size().boundedTo(room);
+    if (fitting != size()) {
+        setMinimumSize(minimumSize().boundedTo(fitting));
+        resize(fitting);
     }
 }
 

@@ -32,6 +32,7 @@ protected:
 private:
     /// Later on the window comes back where it was.
     void centreAtFirst();
+    void fitInto(const QSize &room);
 
     bool m_wasPresented = false;
 };

@@ -150,6 +150,10 @@ void OnboardingPage::refresh() {
     }
 }
 
+int OnboardingPage::heightForWidth(int width) const {
+    return m_layout->totalMinimumHeightForWidth(width);
+}
+
 QString OnboardingPage::panelKey() const {
     const ProgramActions &program = m_context.program;
     return PlatformWords::panelKey(m_context.settings.panelKey(), program.panelKeyState(),

@@ -30,6 +30,9 @@ public:
     /// Shows how everything stands now.
     void refresh();
 
+    /// What it needs at least, with the list of agents, which scrolls by itself, at its smallest.
+    int heightForWidth(int width) const override;
+
 private:
     using Agents = std::vector<const AgentAdapter *>;
 

@@ -1,5 +1,8 @@
 #include "Presentation/Windows/PageStack.h"
 
+#include <QApplication>
+#include <QScrollArea>
+
 namespace morvane {
 
 namespace {
@@ -8,10 +11,22 @@ constexpr Seconds slideTime(0.28);
 
 } // namespace
 
+PageStack::PageStack(Scheduler &scheduler, QWidget *parent) : QWidget(parent), m_slide(scheduler) {
+    connect(qApp, &QApplication::focusChanged, this,
+            [this](QWidget *, QWidget *now) { bringIntoSight(now); });
+}
+
 void PageStack::add(QWidget *page) {
-    page->setParent(this);
-    m_pages.push_back(page);
-    page->setVisible(m_pages.size() == 1);
+    auto *view = new QScrollArea(this);
+    view->setFrameShape(QFrame::NoFrame);
+    view->setFocusPolicy(Qt::NoFocus);
+    view->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    view->setWidgetResizable(true);
+    view->setWidget(page);
+    view->viewport()->setAutoFillBackground(false);
+    page->setAutoFillBackground(false);
+    m_pages.push_back(view);
+    view->setVisible(m_pages.size() == 1);
 }
 
 void PageStack::show(int index, Motion motion) {
@@ -46,6 +61,18 @@ void PageStack::settle() {
         page->setEnabled(true);
         page->setGeometry(rect());
         page->setVisible(index == static_cast<std::size_t>(m_shown));
+    }
+}
+
+/// A page may have something in it that scrolls by itself.
+void PageStack::bringIntoSight(QWidget *focus) {
+    if (!isAncestorOf(focus)) {
+        return;
+    }
+    for (QWidget *around = focus; around != this; around = around->parentWidget()) {
+        if (auto *view = qobject_cast<QScrollArea *>(around)) {
+            view->ensureWidgetVisible(focus);
+        }
     }
 }
 

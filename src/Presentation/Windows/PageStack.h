@@ -14,9 +14,9 @@ class PageStack : public QWidget {
 
 public:
     /// The scheduler must outlive the stack.
-    PageStack(Scheduler &scheduler, QWidget *parent) : QWidget(parent), m_slide(scheduler) {}
+    PageStack(Scheduler &scheduler, QWidget *parent);
 
-    /// Takes over a page; the first is shown.
+    /// Takes over a page; the first is shown. One that is higher than the stack is scrolled.
     void add(QWidget *page);
 
     /// Further pages come from the right.
@@ -27,8 +27,9 @@ protected:
 
 private:
     void settle();
+    void bringIntoSight(QWidget *focus);
 
-    std::vector<QWidget *> m_pages;
+    std::vector<QWidget *> m_pages; ///< each in what scrolls it
     int m_shown = 0;
     Animation m_slide;
 };
