@@ -29,6 +29,16 @@ const PixelFrame &frame() {
     return frame;
 }
 
+/// A mascot at work moves elsewhere; here it needs a mark of its own, to be told from one that
+/// rests by more than its colour.
+QStringList markOf(std::optional<SessionState> state) {
+    if (state == SessionState::working) {
+        return {QStringLiteral("XX..."), QStringLiteral("XXXX."), QStringLiteral("XXXXX"),
+                QStringLiteral("XXXX."), QStringLiteral("XX...")};
+    }
+    return StateMark::rows(state);
+}
+
 QImage paint(const QColor &color, double pixelsToASquare) {
     const QSizeF squares(static_cast<double>(frame().rows.first().size()),
                          static_cast<double>(frame().rows.size()));
@@ -52,7 +62,7 @@ QImage paintSquare(const QColor &color, std::optional<SessionState> state, int p
     image.fill(Qt::transparent);
     QPainter painter(&image);
     painter.drawImage(0, (image.height() - mascot.height()) / 2, mascot);
-    const QStringList mark = StateMark::rows(state);
+    const QStringList mark = markOf(state);
     if (!mark.isEmpty()) {
         const int corner = image.width() - StateMark::side * pixelsToASquare;
         // The mascot makes room for it.

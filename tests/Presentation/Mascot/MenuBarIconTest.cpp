@@ -60,5 +60,15 @@ TEST(MenuBarIcon, HasWholePixelsAtTheSizesOfPanels) {
     }
 }
 
+TEST(MenuBarIcon, TellsEveryStateByItsShapeAlone) {
+    QList<QImage> shapes;
+    for (const SessionState state : {SessionState::idle, SessionState::working, SessionState::done,
+                                     SessionState::failed, SessionState::needsInput}) {
+        const QImage shape = MenuBarIcon::icon(Qt::red, state).pixmap(22, 22).toImage();
+        EXPECT_FALSE(shapes.contains(shape)) << static_cast<int>(state);
+        shapes << shape;
+    }
+}
+
 } // namespace
 } // namespace morvane
