@@ -24,6 +24,14 @@ bool turnsDirection(QChar character) {
            (character >= u'\u2066' && character <= u'\u2069');
 }
 
+/// That of the paragraph around a place in the text, whichever line of it begins there.
+Qt::LayoutDirection directionAt(QStringView text, qsizetype place) {
+    const auto begin = text.first(place).lastIndexOf(QChar::LineSeparator) + 1;
+    const auto end = text.indexOf(QChar::LineSeparator, place);
+    const QStringView paragraph = text.first(end < 0 ? text.size() : end).sliced(begin);
+    return paragraph.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight;
+}
+
 } // namespace
 
 TextLabel::TextLabel(const QFont &font, const QColor &color, int maxLines, QWidget *parent)
@@ -61,31 +69,36 @@ QString TextLabel::printable() const {
 
 const QStringList &TextLabel::lines(int width) const {
     if (m_broken.width != width || m_broken.text != text()) {
-        m_broken = {text(), width, broken(width)};
+        m_broken = broken(width);
     }
     return m_broken.lines;
 }
 
-QStringList TextLabel::broken(int width) const {
+TextLabel::Broken TextLabel::broken(int width) const {
     const QString whole = printable();
+    Broken result{text(), width, {}, {}};
+    const auto append = [&](qsizetype begin, const QString &line) {
+        result.lines.append(line);
+        result.directions.append(directionAt(whole, begin));
+    };
     if (m_maxLines == 1) {
-        return {fontMetrics().elidedText(whole, Qt::ElideRight, width)};
+        append(0, fontMetrics().elidedText(whole, Qt::ElideRight, width));
+        return result;
     }
     QTextLayout layout(whole, font());
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout.setTextOption(option);
-    QStringList result;
     layout.beginLayout();
     for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
         line.setLineWidth(width);
-        const bool isLast = m_maxLines > 0 && result.size() == m_maxLines - 1;
+        const bool isLast = m_maxLines > 0 && result.lines.size() == m_maxLines - 1;
         if (isLast) {
             const QString rest = whole.mid(line.textStart()).replace(QChar::LineSeparator, u' ');
-            result.append(fontMetrics().elidedText(rest, Qt::ElideRight, width));
+            append(line.textStart(), fontMetrics().elidedText(rest, Qt::ElideRight, width));
             break;
         }
-        result.append(whole.mid(line.textStart(), line.textLength()).trimmed());
+        append(line.textStart(), whole.mid(line.textStart(), line.textLength()).trimmed());
     }
     layout.endLayout();
     return result;
@@ -100,7 +113,7 @@ int TextLabel::heightForWidth(int width) const {
 
 QSize TextLabel::sizeHint() const {
     if (m_measured.width < 0 || m_measured.text != text()) {
-        m_measured = {text(), fontMetrics().horizontalAdvance(printable()) + 1, {}};
+        m_measured = {text(), fontMetrics().horizontalAdvance(printable()) + 1, {}, {}};
     }
     const QSize whole(m_measured.width, fontMetrics().lineSpacing());
     return whole.grownBy(contentsMargins());
@@ -115,11 +128,13 @@ QSize TextLabel::minimumSizeHint() const {
 void TextLabel::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setPen(isEnabled() ? m_color : Colors::faded(m_color, Colors::waiting));
-    painter.setLayoutDirection(Qt::LayoutDirectionAuto);
     // By the baseline, which would move with the letters of another font in a box of text.
     const QRect area = contentsRect();
     QPoint start(area.left(), area.top() + fontMetrics().ascent());
-    for (const QString &text : lines(area.width())) {
+    const QStringList &texts = lines(area.width());
+    for (qsizetype line = 0; line < texts.size(); ++line) {
+        const QString &text = texts[line];
+        painter.setLayoutDirection(m_broken.directions[line]);
         if (alignment().testFlag(Qt::AlignHCenter)) {
             start.setX(area.left() + (area.width() - fontMetrics().horizontalAdvance(text)) / 2);
         }

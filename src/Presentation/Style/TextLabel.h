@@ -7,8 +7,8 @@ namespace morvane {
 
 /// Plain text in one colour that never asks for more width than there is: it breaks into at most
 /// `maxLines` lines, inside of a word where it has to, and ends in an ellipsis where that isn't
-/// enough. 0 lines are without a limit. It stands at the left, and reads in the direction of its
-/// own first letter.
+/// enough. 0 lines are without a limit. It stands at the left; each of its paragraphs reads in the
+/// direction of that one's first letter, however it breaks.
 class TextLabel : public QLabel {
     Q_OBJECT
 
@@ -35,10 +35,11 @@ private:
         QString text;
         int width = -1;
         QStringList lines;
+        QList<Qt::LayoutDirection> directions; ///< of each line
     };
 
     QString printable() const;
-    QStringList broken(int width) const;
+    Broken broken(int width) const;
 
     QColor m_color;
     int m_maxLines;

@@ -50,5 +50,27 @@ TEST(TextLabel, StandsAtTheLeftWhateverItsDirection) {
     }
 }
 
+TEST(TextLabel, EachLineReadsInTheDirectionOfItsParagraph) {
+    const auto bottomLine = [](const QString &text, int width) {
+        TextLabel label(Typography::text(12), Qt::white, 0, nullptr);
+        label.setText(text);
+        const int lineHeight = label.fontMetrics().lineSpacing();
+        const auto above = static_cast<int>(label.lines(width).size() - 1) * lineHeight;
+        label.resize(width, above + lineHeight);
+        return scaledImage(label, 1).copy(0, above, width, lineHeight);
+    };
+    const QString question = QStringLiteral("שאלה על ההתקנה:");
+    const QString command = QStringLiteral("npm install של");
+    const QFontMetrics metrics(Typography::text(12));
+    const int width = metrics.horizontalAdvance(question) + 2;
+    ASSERT_LT(metrics.horizontalAdvance(command), width);
+    // A mark that can't be seen has a line of its own read from the right.
+    const QImage fromRight = bottomLine(u'\u200f' + command, width);
+    const QImage fromLeft = bottomLine(command, width);
+    EXPECT_NE(fromRight, fromLeft);
+    EXPECT_EQ(bottomLine(question + u' ' + command, width), fromRight);
+    EXPECT_EQ(bottomLine(question + u'\n' + command, width), fromLeft);
+}
+
 } // namespace
 } // namespace morvane
