@@ -1,4 +1,5 @@
 #include "Core/Agents/ReadableInput.h"
+#include "Core/Ground/VisibleText.h"
 
 #include <QString>
 
@@ -8,7 +9,7 @@
 #include <string>
 
 // What a person reads before they allow a call decodes to what the agent has sent, whatever code
-// units that is made of.
+// units that is made of; prose does but for its blanks, and only joiners in it can't be seen.
 namespace {
 
 using namespace morvane;
@@ -60,6 +61,17 @@ bool isInSight(const QString &line) {
     });
 }
 
+QString withUsualBlanks(QString text) {
+    for (QChar &unit : text) {
+        unit = unit.category() == QChar::Separator_Space ? QChar(u' ') : unit;
+    }
+    return text;
+}
+
+QString withoutJoiners(QString text) {
+    return text.removeIf([](QChar unit) { return unit == u'\u200c' || unit == u'\u200d'; });
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
@@ -72,6 +84,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     }
     if (!command.isCut && !text.trimmed().isEmpty()) {
         require(told(command, {Sign::plain}) == text);
+    }
+
+    const QString prose = VisibleText::paragraph(text);
+    require(withUsualBlanks(decoded(prose)) == withUsualBlanks(text));
+    for (const QString &line : prose.split(u'\n')) {
+        require(isInSight(withoutJoiners(line)));
     }
 
     const QString before = text.section(QChar(0), 0, 0);

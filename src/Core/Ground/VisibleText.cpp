@@ -9,7 +9,9 @@ namespace morvane::VisibleText {
 
 namespace {
 
-constexpr int mostMarks = 3; ///< on one letter; no language needs more
+constexpr int mostMarks = 3;        ///< on one letter of a command
+constexpr int mostMarksOfProse = 6; ///< as in Burmese
+constexpr int mostJoints = 3;       ///< in one emoji, as in a family of four
 constexpr char32_t tabSign = U'⇥';
 constexpr char32_t escapeBegin = U'⟨';
 
@@ -27,6 +29,26 @@ constexpr std::array looksEmpty{
     Range{0x16FE4, 0x16FE4}, Range{0x1D159, 0x1D159}, Range{0x1D173, 0x1D17A},
     Range{0xE0100, 0xE01EF},
 };
+
+/// The blocks and signs that emoji are among.
+constexpr std::array emoji{
+    Range{0x00A9, 0x00A9}, Range{0x00AE, 0x00AE}, Range{0x203C, 0x203C}, Range{0x2049, 0x2049},
+    Range{0x2122, 0x2122}, Range{0x2139, 0x2139}, Range{0x2190, 0x21FF}, Range{0x2300, 0x23FF},
+    Range{0x24C2, 0x24C2}, Range{0x25A0, 0x27BF}, Range{0x2900, 0x297F}, Range{0x2B00, 0x2BFF},
+    Range{0x3030, 0x3030}, Range{0x303D, 0x303D}, Range{0x3297, 0x3299}, Range{0x1F000, 0x1FAFF},
+};
+constexpr char32_t emojiSelector = 0xFE0F;
+constexpr char32_t keycap = 0x20E3; ///< around a digit
+
+constexpr char32_t noBreakBlank = 0x00A0;
+constexpr char32_t nonJoiner = 0x200C;
+constexpr char32_t joiner = 0x200D;
+
+/// The parts of Hangul that a syllable begins with, and all that make one character with what comes
+/// before, among them the sound marks of narrow Katakana.
+constexpr std::array leadingParts{Range{0x1100, 0x115F}, Range{0xA960, 0xA97C}};
+constexpr std::array parts{Range{0x1100, 0x11FF}, Range{0xA960, 0xA97C}, Range{0xD7B0, 0xD7FB},
+                           Range{0xFF9E, 0xFF9F}};
 
 template <std::size_t count>
 bool isIn(const std::array<Range, count> &ranges, char32_t character) {
@@ -57,12 +79,90 @@ bool standsOn(char32_t character) {
     return QChar::isMark(character) || (character >= 0x1F3FB && character <= 0x1F3FF);
 }
 
-/// Whether it makes one character with what comes before it, as Hangul's parts do.
-bool joins(char32_t character) {
-    constexpr std::array pilesUp{Range{0x1100, 0x11FF}, Range{0xA960, 0xA97C},
-                                 Range{0xD7B0, 0xD7FB}, Range{0xFF9E, 0xFF9F}};
-    return standsOn(character) || isIn(pilesUp, character);
+bool isJoiner(char32_t character) {
+    return character == joiner || character == nonJoiner;
 }
+
+/// Whether it makes one character with what comes before it.
+bool pilesUp(char32_t character, char32_t before) {
+    const bool beginsSyllable = isIn(leadingParts, character) && !isIn(leadingParts, before);
+    return standsOn(character) || isJoiner(character) ||
+           (isIn(parts, character) && !beginsSyllable);
+}
+
+/// Whether it is a letter that changes with its neighbours, as Arabic's do.
+bool isJoining(char32_t character) {
+    const auto type = QChar::joiningType(character);
+    return type == QChar::Joining_Dual || type == QChar::Joining_Right ||
+           type == QChar::Joining_Left;
+}
+
+/// Whether it is a sign that joins the letters around it, as those of India have it.
+bool isVirama(char32_t character) {
+    constexpr int combiningClass = 9;
+    return QChar::combiningClass(character) == combiningClass;
+}
+
+bool isOnKeycap(char32_t character) {
+    return (character >= U'0' && character <= U'9') || character == U'#' || character == U'*';
+}
+
+/// Goes along a text and tells what of it can be seen as it is.
+class Sight {
+public:
+    explicit Sight(bool isProse) : m_isProse(isProse) {}
+
+    bool shows(char32_t character, char32_t after) {
+        const bool isMark = standsOn(character);
+        m_marks = pilesUp(character, m_before) ? m_marks + 1 : 0;
+        if (character == joiner) {
+            ++m_joints;
+        } else if (!isMark && m_before != joiner) {
+            m_joints = 0;
+        }
+        // A mark on a blank is as little to be seen as the blank.
+        const bool hasGround = m_ground != 0 && m_ground != U' ' && m_ground != noBreakBlank;
+        const bool result = m_marks <= (m_isProse ? mostMarksOfProse : mostMarks) &&
+                            (!isMark || hasGround) &&
+                            (!isHidden(character) || (m_isProse && isOfWriting(character, after)));
+        m_before = result ? character : 0;
+        m_ground = isMark ? m_ground : m_before;
+        return result;
+    }
+
+private:
+    /// Whether what has no picture of its own shows by what it makes of its neighbours.
+    bool isOfWriting(char32_t character, char32_t after) const {
+        switch (character) {
+        case noBreakBlank:
+            return true;
+        case emojiSelector:
+            return isIn(emoji, m_before) || (isOnKeycap(m_before) && after == keycap);
+        case joiner:
+            if (isIn(emoji, m_ground)) {
+                return isIn(emoji, after) && m_joints <= mostJoints;
+            }
+            return isBetweenLetters(after);
+        case nonJoiner:
+            return isBetweenLetters(after);
+        default:
+            return false;
+        }
+    }
+
+    /// Of a script that has joiners; "API" may get an ending in Persian.
+    bool isBetweenLetters(char32_t after) const {
+        const bool areLetters = QChar::isLetter(m_ground) && QChar::isLetter(after);
+        return isVirama(m_before) || (QChar::isLetter(m_before) && isVirama(after)) ||
+               (areLetters && (isJoining(m_ground) || isJoining(after)));
+    }
+
+    bool m_isProse;
+    int m_marks = 0;       ///< on the last letter
+    int m_joints = 0;      ///< of the last emoji
+    char32_t m_before = 0; ///< what has just been shown
+    char32_t m_ground = 0; ///< the last of it that is no mark
+};
 
 QString hex(char32_t number) {
     return QString::number(static_cast<uint>(number), 16).rightJustified(4, u'0');
@@ -91,33 +191,44 @@ QString escapedInJson(char32_t character) {
 }
 
 template <typename IsSpecial, typename Escaped>
-QString spelled(QStringView text, IsSpecial isSpecial, Escaped escaped) {
+QString spelled(QStringView text, IsSpecial isSpecial, Escaped escaped, bool isProse = false) {
     QString result;
     result.reserve(text.size());
-    int marks = 0;
-    bool hasGround = false; // a mark on a blank is as little to be seen as the blank
+    Sight sight(isProse);
     while (!text.isEmpty()) {
         const char32_t character = firstCharacter(text);
         const qsizetype length = QChar::requiresSurrogates(character) ? 2 : 1;
-        marks = joins(character) ? marks + 1 : 0;
-        const bool isMark = standsOn(character);
-        hasGround = isMark ? hasGround : character != U' ' && character != U'\t';
-        if (isSpecial(character) || isHidden(character) || marks > mostMarks ||
-            (isMark && !hasGround)) {
-            result += escaped(character);
-        } else {
+        const QStringView rest = text.sliced(length);
+        const bool isShown = sight.shows(character, rest.isEmpty() ? 0 : firstCharacter(rest));
+        if (isShown && !isSpecial(character)) {
             result += text.first(length);
+        } else {
+            result += escaped(character);
         }
-        text = text.sliced(length);
+        text = rest;
     }
     return result;
+}
+
+bool isSpecialInText(char32_t character) {
+    return character == tabSign || character == escapeBegin;
+}
+
+/// Of blanks only those stay different that keep together what is around them, such as a number.
+QString prose(QString line) {
+    for (QChar &character : line) {
+        if (character.category() == QChar::Separator_Space) {
+            const bool breaks = character.decompositionTag() != QChar::NoBreak;
+            character = QChar(breaks ? U' ' : noBreakBlank);
+        }
+    }
+    return spelled(line, &isSpecialInText, &escapedInText, true);
 }
 
 } // namespace
 
 QString of(QStringView line) {
-    const auto isSpecial = [](char32_t c) { return c == tabSign || c == escapeBegin; };
-    QString result = spelled(line, isSpecial, &escapedInText);
+    QString result = spelled(line, &isSpecialInText, &escapedInText);
     // A blank at the end, behind a backslash above all, makes another text of it. Those before it
     // show by the room that they take.
     if (line.endsWith(u' ')) {
@@ -130,9 +241,16 @@ QString of(QStringView line) {
 QString paragraph(const QString &text) {
     QStringList lines = text.split(u'\n');
     for (QString &line : lines) {
-        line = of(line);
+        line = prose(line);
     }
     return lines.join(u'\n');
+}
+
+QString look(const QString &text) {
+    QString result = paragraph(text);
+    result.removeIf(
+        [](QChar unit) { return isJoiner(unit.unicode()) || unit.unicode() == emojiSelector; });
+    return result.normalized(QString::NormalizationForm_C).simplified();
 }
 
 QString name(const QString &text) {

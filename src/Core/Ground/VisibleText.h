@@ -14,8 +14,15 @@ namespace morvane::VisibleText {
 /// are written with.
 QString of(QStringView line);
 
-/// A text of several lines, each as `of` has it.
+/// What people write to each other, in several lines, and no machine takes for more than words. A
+/// line is as `of` has it, but for what writing needs: all blanks look like the usual one, at the
+/// end too; selectors behind emoji and joiners, within these and between letters that they shape,
+/// stay as they are; and a letter may have as many marks as in Burmese.
 QString paragraph(const QString &text);
+
+/// The same made alike for texts that look alike by what `paragraph` lets pass, and empty where
+/// there is nothing to be seen.
+QString look(const QString &text);
 
 /// A name in a sentence: in one line, whatever it holds, and of no more characters than one takes.
 QString name(const QString &text);

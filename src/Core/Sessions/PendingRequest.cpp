@@ -20,17 +20,41 @@ constexpr qsizetype longestHeader = 24; ///< which shares a line
 
 /// Whether the panel shows it whole.
 bool canBeRead(const QString &text) {
-    return text.size() <= BoundedText::paragraphLength &&
-           VisibleText::paragraph(text).size() <= BoundedText::paragraphLength;
+    if (text.size() > BoundedText::paragraphLength) {
+        return false;
+    }
+    const QString shown = VisibleText::paragraph(text);
+    return shown.size() <= BoundedText::paragraphLength &&
+           shown == BoundedText::of(shown, BoundedText::paragraphLength);
+}
+
+/// Whether a person can tell each of the texts from the others, as the agent does, and from none.
+bool areDistinct(const QStringList &texts) {
+    QSet<QString> looks{QString()};
+    for (const QString &text : texts) {
+        looks.insert(VisibleText::look(text));
+    }
+    return looks.size() == texts.size() + 1;
+}
+
+QStringList labelsOf(const AgentQuestion &question) {
+    QStringList result;
+    for (const AgentOption &option : question.options) {
+        result.append(option.label);
+    }
+    return result;
 }
 
 bool canBeRead(const AgentQuestion &question) {
     return question.isWhole && canBeRead(question.question) &&
-           VisibleText::of(question.header.value_or(QString())).size() <= longestHeader &&
+           VisibleText::paragraph(question.header.value_or(QString())).size() <= longestHeader &&
            question.options.size() <= mostOptions &&
-           std::ranges::all_of(question.options, [](const AgentOption &option) {
-               return canBeRead(option.label) && canBeRead(option.description.value_or(QString()));
-           });
+           std::ranges::all_of(question.options,
+                               [](const AgentOption &option) {
+                                   return canBeRead(option.label) &&
+                                          canBeRead(option.description.value_or(QString()));
+                               }) &&
+           areDistinct(labelsOf(question));
 }
 
 QString toolOf(const HookEvent &event) {
@@ -43,15 +67,16 @@ bool isAnswerableHere(const HookEvent &event) {
     if (!event.questions) {
         return true;
     }
-    QSet<QString> texts; // by which the answers are told apart
+    QStringList texts; // by which the answers are told apart
     for (const AgentQuestion &question : *event.questions) {
-        texts.insert(question.question);
+        texts.append(question.question);
     }
     return AgentRegistry::adapter(event.agent).supportsQuestionAnswers() &&
-           texts.size() == event.questions->size() &&
-           std::ranges::all_of(*event.questions, [](const AgentQuestion &question) {
-               return !question.multiSelect && canBeRead(question);
-           });
+           std::ranges::all_of(*event.questions,
+                               [](const AgentQuestion &question) {
+                                   return !question.multiSelect && canBeRead(question);
+                               }) &&
+           areDistinct(texts);
 }
 
 PendingQuestion question(const HookEvent &event, const QString &decisionID, Date expiresAt) {

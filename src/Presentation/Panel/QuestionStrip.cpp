@@ -45,7 +45,7 @@ void QuestionStrip::setQuestion(const PendingQuestion &pending, const QString &n
         return;
     }
     const AgentQuestion &question = pending.questions[position];
-    const QString header = VisibleText::name(question.header.value_or(QString()));
+    const QString header = VisibleText::paragraph(question.header.value_or(QString()));
     m_header->setText(header.isEmpty() ? tr("Choose") : header);
     m_position->setText(tr("%1 of %2").arg(position + 1).arg(pending.questions.size()));
     m_text->setText(VisibleText::paragraph(question.question));

@@ -80,6 +80,47 @@ TEST(ReadableInput, LeavesNothingInvisibleOrOutOfOrder) {
               u"a ⟨U+1F3FD⟩ 👍🏽 \u1112\u1161\u11AB");
     EXPECT_EQ(VisibleText::quoted(u"run \u0301tests\t\u0301"), R"("run \u0301tests\t\u0301")");
     EXPECT_EQ(VisibleText::of(u"שלום 🎉 日本"), u"שלום 🎉 日本");
+    EXPECT_EQ(VisibleText::of(u"⚠\uFE0F می\u200Cخ"), u"⚠⟨U+FE0F⟩ می⟨U+200C⟩خ");
+    // Hangul in its parts: each syllable is one of its own.
+    const QString syllables =
+        QStringLiteral("한국어 한국").normalized(QString::NormalizationForm_D);
+    EXPECT_EQ(VisibleText::of(syllables), syllables);
+    EXPECT_EQ(VisibleText::of(u"\u1100\u1100\u1100\u1100\u1100"),
+              u"\u1100\u1100\u1100\u1100⟨U+1100⟩");
+}
+
+TEST(VisibleText, LeavesWordsAsPeopleWriteThem) {
+    const char16_t *const words[] = {
+        u"⚠\uFE0F Delete?",
+        u"1\uFE0F\u20E3 ℹ\uFE0F 🏳\uFE0F\u200D🌈",
+        u"👨\u200D💻 👩🏽\u200D❤\uFE0F\u200D💋\u200D👨🏽 "
+        u"👨🏽\u200D👩🏽\u200D👧🏽\u200D👦🏽",
+        u"می\u200Cخواهم API\u200Cها",
+        u"क्\u200Dष ক্\u200Cষ র\u200D্যাব",
+        u"လျှို့ဝှက်",
+        u"one\n\n  two ",
+    };
+    for (const char16_t *const word : words) {
+        const QString text = QString::fromUtf16(word);
+        EXPECT_EQ(VisibleText::paragraph(text), text);
+    }
+    EXPECT_EQ(VisibleText::paragraph(QStringLiteral("Quoi\u202F?\u3000\u00A0a\u2007b\u200A")),
+              u"Quoi\u00A0? \u00A0a\u00A0b ");
+    // Where these make no word and no picture they are only there to be overlooked.
+    const std::pair<const char16_t *, const char16_t *> others[] = {
+        {u"a\uFE0F\u200Db\u200C", u"a⟨U+FE0F⟩⟨U+200D⟩b⟨U+200C⟩"},
+        {u"⚠\uFE0F\uFE0F 1\uFE0F", u"⚠\uFE0F⟨U+FE0F⟩ 1⟨U+FE0F⟩"},
+        {u"💻\u200D x \u200D💻", u"💻⟨U+200D⟩ x ⟨U+200D⟩💻"},
+        {u"ی\u200C\u200Cخ\u200C", u"ی⟨U+200C⟩⟨U+200C⟩خ⟨U+200C⟩"},
+        {u"💻\u200D💻\u200D💻\u200D💻\u200D💻", u"💻\u200D💻\u200D💻\u200D💻⟨U+200D⟩💻"},
+        {u"\u202Eש\u200F.\u200B", u"⟨U+202E⟩ש⟨U+200F⟩.⟨U+200B⟩"},
+        {u"a \u0301\u3000\u0301", u"a ⟨U+0301⟩ ⟨U+0301⟩"},
+        {u"a\u0301\u0301\u0301\u0301\u0301\u0301\u0301",
+         u"a\u0301\u0301\u0301\u0301\u0301\u0301⟨U+0301⟩"},
+    };
+    for (const auto &[given, shown] : others) {
+        EXPECT_EQ(VisibleText::paragraph(QString::fromUtf16(given)), QString::fromUtf16(shown));
+    }
 }
 
 TEST(ReadableInput, TellsWhatALineLeavesOut) {

@@ -49,6 +49,10 @@ TEST_F(DecisionsTest, ShowsWhatOnlyTheTerminalCanAnswer) {
     const auto longOption = [](const QString &label, const QString &description) {
         return QList<AgentQuestion>{{"Q", {}, {{label, description}}, false}};
     };
+    QList<AgentOption> manyOptions;
+    for (int number = 0; number < 21; ++number) {
+        manyOptions.append({QString::number(number), {}});
+    }
     const QList<AgentOption> options{{"Yes", {}}};
     const EventBuilder parked = EventBuilder::parked("d2");
     const QString tooLong(1201, u'x');
@@ -72,8 +76,7 @@ TEST_F(DecisionsTest, ShowsWhatOnlyTheTerminalCanAnswer) {
          {"d2 ask"},
          1,
          {}},
-        {parked.with(&HookEvent::questions,
-                     QList<AgentQuestion>{{"Q", {}, QList<AgentOption>(21, {"a", {}}), false}}),
+        {parked.with(&HookEvent::questions, QList<AgentQuestion>{{"Q", {}, manyOptions, false}}),
          {"d2 ask"},
          1,
          {}},
@@ -97,6 +100,37 @@ TEST_F(DecisionsTest, ShowsWhatOnlyTheTerminalCanAnswer) {
     apply(notice);
     apply(EventBuilder::parked("d3"));
     EXPECT_EQ(session().pendingExternalResponse, std::nullopt);
+}
+
+TEST_F(DecisionsTest, AsksHereOnlyWhereAnswersCanBeToldApart) {
+    const auto isAskedHere = [this](const QStringList &texts, const QStringList &labels) {
+        QList<AgentQuestion> questions;
+        for (const QString &text : texts) {
+            questions.append({text, QStringLiteral("تنظیم\u200Cهای تازه\u200Cتر"), {}, false});
+            for (const QString &label : labels) {
+                questions.last().options.append({label, QString::number(label.size())});
+            }
+        }
+        apply(Kind::sessionStart);
+        apply(EventBuilder::parked("d").with(&HookEvent::questions, questions));
+        return session().pendingQuestion.has_value();
+    };
+    EXPECT_TRUE(isAskedHere({"Q", "Q?"}, {"a b", "ab", "a-b", "⚠", "A b"}));
+    const std::pair<QString, QString> alike[] = {
+        {"Yes", "Yes"},
+        {"a b", QStringLiteral("a\u00A0 b\u3000")},
+        {QStringLiteral("❤"), QStringLiteral("❤\uFE0F")},
+        {QStringLiteral("کار\u200Cها"), QStringLiteral("کارها")},
+        {QStringLiteral("e\u0301"), QStringLiteral("\u00E9")},
+    };
+    for (const auto &[one, other] : alike) {
+        EXPECT_FALSE(isAskedHere({"Q"}, {one, other}));
+        EXPECT_FALSE(isAskedHere({one, other}, {"Yes"}));
+    }
+    EXPECT_FALSE(isAskedHere({"Q"}, {QStringLiteral(" \u00A0\u3000")}));
+    // Nor where a single character is longer than any is shown.
+    EXPECT_FALSE(
+        isAskedHere({QStringLiteral("👨🏽🏽🏽🏽\u200D").repeated(3) + "👨"}, {"Yes"}));
 }
 
 TEST_F(DecisionsTest, LetsANewerRequestTakeThePlaceOfAnOlder) {
