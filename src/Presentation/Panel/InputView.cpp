@@ -134,6 +134,7 @@ void InputView::setLines(const QList<Line> &lines) {
     }
     m_lines = lines;
     m_piecesWidth = -1;
+    m_columns.clear();
     m_offset = 0;
     setAccessibleName(spoken(lines));
     updateGeometry();
@@ -176,16 +177,15 @@ const QList<InputView::Piece> &InputView::pieces(int width) const {
     return m_pieces;
 }
 
-qsizetype InputView::columnsOf(char32_t character) const {
-    if (character >= U' ' && character < 0x7F) {
+qsizetype InputView::columnsOf(const QString &cell) const {
+    if (cell.size() == 1 && isPlain(cell)) {
         return 1;
     }
-    auto known = m_columns.constFind(character);
+    auto known = m_columns.constFind(cell);
     if (known == m_columns.constEnd()) {
-        const double advance =
-            QFontMetricsF(font()).horizontalAdvance(QString::fromUcs4(&character, 1));
+        const double advance = QFontMetricsF(font()).horizontalAdvance(cell);
         const auto columns = static_cast<qsizetype>(std::ceil(advance / m_columnWidth - overlap));
-        known = m_columns.insert(character, std::clamp<qsizetype>(columns, 1, 2));
+        known = m_columns.insert(cell, std::max<qsizetype>(columns, 1));
     }
     return *known;
 }
@@ -200,15 +200,15 @@ void InputView::appendPieces(QList<Piece> &list, qsizetype line, qsizetype colum
     } else {
         qsizetype taken = 0;
         for (qsizetype at = 0; at < text.size();) {
-            const QStringView rest = QStringView(text).sliced(at);
-            const qsizetype needed = columnsOf(firstCharacter(rest));
-            if (taken + needed > columns) {
+            const QString cell = text.mid(at, cellLength(QStringView(text).sliced(at)));
+            const qsizetype needed = columnsOf(cell);
+            if (at > begin && taken + needed > columns) {
                 list.append({line, begin, at - begin});
                 begin = at;
                 taken = 0;
             }
             taken += needed;
-            at += cellLength(rest);
+            at += cell.size();
         }
     }
     list.append({line, begin, text.size() - begin});
@@ -258,13 +258,13 @@ void InputView::paint(QPainter &painter, const Piece &piece, int top) const {
 void InputView::paintText(QPainter &painter, QStringView text, int baseline) const {
     double column = 0;
     while (!text.isEmpty()) {
-        const qsizetype length = cellLength(text);
-        if (text[0] != u' ') {
+        const QString cell = text.first(cellLength(text)).toString();
+        if (cell[0] != u' ') {
             painter.drawText(QPointF(textLeft + column * m_columnWidth, baseline),
-                             leftToRight + text.first(length).toString());
+                             leftToRight + cell);
         }
-        column += static_cast<double>(columnsOf(firstCharacter(text)));
-        text = text.sliced(length);
+        column += static_cast<double>(columnsOf(cell));
+        text = text.sliced(cell.size());
     }
 }
 

@@ -49,7 +49,7 @@ private:
 
     const QList<Piece> &pieces(int width) const;
     void appendPieces(QList<Piece> &list, qsizetype line, qsizetype columns) const;
-    qsizetype columnsOf(char32_t character) const;
+    qsizetype columnsOf(const QString &cell) const;
     int contentHeight(int width) const;
     void paint(QPainter &painter, const Piece &piece, int top) const;
     void paintText(QPainter &painter, QStringView text, int baseline) const;
@@ -62,8 +62,8 @@ private:
     QList<Line> m_lines;
     double m_columnWidth;
     int m_heightLimit;
-    int m_offset = 0;                             ///< how far it is scrolled
-    mutable QHash<char32_t, qsizetype> m_columns; ///< what measuring has told, which is dear
+    int m_offset = 0;                            ///< how far it is scrolled
+    mutable QHash<QString, qsizetype> m_columns; ///< what measuring has told, which is dear
     mutable QList<Piece> m_pieces;
     mutable int m_piecesWidth = -1; ///< at which they were broken; -1 when they have to be anew
     bool m_isRead = QAccessible::isActive(); ///< by a screen reader
