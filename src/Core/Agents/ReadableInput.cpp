@@ -14,6 +14,9 @@ namespace {
 
 using Sign = ReadableInput::Sign;
 
+/// In code units: words of every script take long to lay out, and far longer than single letters.
+constexpr qsizetype mostProse = 16'384;
+
 struct Member {
     QString key;
     std::string_view value;
@@ -48,7 +51,12 @@ public:
             isLast = lineFeed < 0;
             const QStringView line = isLast ? text : text.first(lineFeed);
             // No text becomes shorter by being made visible.
-            addVisible(sign, VisibleText::of(line.first(std::min(line.size(), m_room))));
+            const QStringView kept = line.first(std::min(line.size(), m_room));
+            if (sign == Sign::prose && kept.size() > m_room - (ReadableInput::limit - mostProse)) {
+                sign = Sign::plain;
+            }
+            addVisible(sign, sign == Sign::prose ? VisibleText::paragraph(kept.toString())
+                                                 : VisibleText::of(kept));
             text = isLast ? QStringView() : text.sliced(lineFeed + 1);
         }
     }
@@ -198,14 +206,15 @@ void addEdit(Page &page, const Edit &edit) {
 using Reading = std::optional<ReadableInput> (*)(Members);
 
 /// The lines of one text, and then all that is told beside it.
-std::optional<ReadableInput> readText(Members members, QLatin1StringView key) {
+std::optional<ReadableInput> readText(Members members, QLatin1StringView key,
+                                      Sign sign = Sign::plain) {
     Member *const text = textOf(members, key);
     if (text == nullptr || text->text().trimmed().isEmpty()) {
         return std::nullopt;
     }
     text->isTold = true;
     Page page;
-    page.add(Sign::plain, text->text());
+    page.add(sign, text->text());
     page.addUntold(members);
     return page.take();
 }
@@ -319,6 +328,12 @@ ReadableInput ReadableInput::of(std::string_view value) {
     }
     page.addJson(Sign::plain, {}, value);
     return page.take();
+}
+
+ReadableInput ReadableInput::ofPlan(std::string_view value) {
+    const auto plan = readText(value.starts_with('{') ? membersOf(value) : Members(),
+                               QLatin1StringView("plan"), Sign::prose);
+    return plan ? *plan : of(value);
 }
 
 ReadableInput ReadableInput::beside(std::string_view object, const QStringList &keys) {

@@ -140,7 +140,19 @@ QByteArray callOf(const HookEvent &event, std::string_view input) {
     return hash.result();
 }
 
-void takeInput(HookEvent &event, QByteArrayView body, const AgentContract &contract) {
+/// With questions only they are shown, and whatever else there is beside them.
+ReadableInput readable(std::string_view input, const HookEvent &event,
+                       const AgentAdapter &adapter) {
+    if (event.questions) {
+        return ReadableInput::beside(input,
+                                     {QStringLiteral("questions"), QStringLiteral("answers")});
+    }
+    const bool showsPlan = event.toolName && adapter.wantsBack(*event.toolName);
+    return showsPlan ? ReadableInput::ofPlan(input) : ReadableInput::of(input);
+}
+
+void takeInput(HookEvent &event, QByteArrayView body, const AgentAdapter &adapter) {
+    const AgentContract &contract = adapter.contract();
     const bool asks = event.kind == CanonicalEvent::permissionRequest;
     const bool announces = contract.announcesWhileAsking && event.kind == CanonicalEvent::toolUse;
     const auto input = asks || announces ? rawInput(body) : std::nullopt;
@@ -148,11 +160,7 @@ void takeInput(HookEvent &event, QByteArrayView body, const AgentContract &contr
         return;
     }
     if (asks) {
-        // With questions only they are shown, and whatever else there is beside them.
-        event.toolInput = event.questions
-                              ? ReadableInput::beside(*input, {QStringLiteral("questions"),
-                                                               QStringLiteral("answers")})
-                              : ReadableInput::of(*input);
+        event.toolInput = readable(*input, event, adapter);
     }
     if (contract.announcesWhileAsking) {
         event.call = callOf(event, *input);
@@ -232,7 +240,7 @@ std::optional<HookEvent> HookEvent::decode(const AgentAdapter &adapter, const QS
         event.taskDescription = displayLine(
             JsonObject::string(*input, event.launchesSubagent ? "message" : "description"));
     }
-    takeInput(event, bytes, adapter.contract());
+    takeInput(event, bytes, adapter);
     event.responseMessage = morvane::responseMessage(*body, input);
     event.prompt = displayLine(body->string("prompt"));
     event.transcriptPath = body->string("transcript_path");

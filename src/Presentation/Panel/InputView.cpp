@@ -8,6 +8,8 @@
 #include <QAccessibleWidget>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QTextLayout>
+#include <QTextOption>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -45,6 +47,7 @@ QColor colorOf(Sign sign) {
     case Sign::aside:
         return Colors::secondaryText;
     case Sign::plain:
+    case Sign::prose:
         break;
     }
     return Colors::white(0.86);
@@ -59,6 +62,7 @@ std::optional<QChar> mark(Sign sign) {
     case Sign::aside:
         return u'\u00b7';
     case Sign::plain:
+    case Sign::prose:
         break;
     }
     return std::nullopt;
@@ -169,9 +173,14 @@ const QList<InputView::Piece> &InputView::pieces(int width) const {
     if (width != m_piecesWidth) {
         m_piecesWidth = width;
         m_pieces.clear();
-        const auto columns = static_cast<qsizetype>((width - textLeft - padding) / m_columnWidth);
+        const int room = width - textLeft - padding;
+        const auto columns = static_cast<qsizetype>(room / m_columnWidth);
         for (qsizetype line = 0; line < m_lines.size(); ++line) {
-            appendPieces(m_pieces, line, std::max<qsizetype>(2, columns));
+            if (m_lines[line].sign == Sign::prose) {
+                appendWords(m_pieces, line, room);
+            } else {
+                appendCells(m_pieces, line, std::max<qsizetype>(2, columns));
+            }
         }
     }
     return m_pieces;
@@ -190,7 +199,7 @@ qsizetype InputView::columnsOf(const QString &cell) const {
     return *known;
 }
 
-void InputView::appendPieces(QList<Piece> &list, qsizetype line, qsizetype columns) const {
+void InputView::appendCells(QList<Piece> &list, qsizetype line, qsizetype columns) const {
     const QString &text = m_lines[line].text;
     qsizetype begin = 0;
     if (isPlain(text)) {
@@ -212,6 +221,25 @@ void InputView::appendPieces(QList<Piece> &list, qsizetype line, qsizetype colum
         }
     }
     list.append({line, begin, text.size() - begin});
+}
+
+void InputView::appendWords(QList<Piece> &list, qsizetype line, int width) const {
+    const QString &text = m_lines[line].text;
+    QTextLayout layout(text, font());
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(option);
+    layout.beginLayout();
+    for (QTextLine row = layout.createLine(); row.isValid(); row = layout.createLine()) {
+        row.setLineWidth(width);
+        qsizetype length = row.textLength();
+        // From right to left a blank at the end would stand before the words.
+        while (length > 0 && text[row.textStart() + length - 1].isSpace()) {
+            --length;
+        }
+        list.append({line, row.textStart(), length});
+    }
+    layout.endLayout();
 }
 
 void InputView::paintEvent(QPaintEvent *event) {
@@ -251,11 +279,15 @@ void InputView::paint(QPainter &painter, const Piece &piece, int top) const {
         painter.drawText(padding, baseline, QString(*sign));
     }
     painter.setPen(color);
-    paintText(painter, QStringView(line.text).sliced(piece.begin, piece.length), baseline);
+    if (line.sign == Sign::prose) {
+        paintWords(painter, piece, baseline);
+    } else {
+        paintCells(painter, QStringView(line.text).sliced(piece.begin, piece.length), baseline);
+    }
 }
 
 /// Each cell by itself: what stands beside a letter must neither move nor reshape it.
-void InputView::paintText(QPainter &painter, QStringView text, int baseline) const {
+void InputView::paintCells(QPainter &painter, QStringView text, int baseline) const {
     double column = 0;
     while (!text.isEmpty()) {
         const QString cell = text.first(cellLength(text)).toString();
@@ -266,6 +298,18 @@ void InputView::paintText(QPainter &painter, QStringView text, int baseline) con
         column += static_cast<double>(columnsOf(cell));
         text = text.sliced(cell.size());
     }
+}
+
+void InputView::paintWords(QPainter &painter, const Piece &piece, int baseline) const {
+    const QString &line = m_lines[piece.line].text;
+    const QString words = line.mid(piece.begin, piece.length);
+    double left = textLeft;
+    if (line.isRightToLeft()) {
+        left = width() - padding - QFontMetricsF(font()).horizontalAdvance(words);
+        painter.setLayoutDirection(Qt::RightToLeft);
+    }
+    painter.drawText(QPointF(left, baseline), words);
+    painter.setLayoutDirection(Qt::LeftToRight);
 }
 
 /// Shows that there is more, and where; it can't be gripped.

@@ -9,9 +9,9 @@
 namespace morvane {
 
 /// Shows what a tool call is given as it will be taken: in a grid as terminals have it, from left
-/// to right whatever the script, with the signs of lines in a column of their own. What is too long
-/// for a row goes on in the next, which is marked for that; what is too high is scrolled, by the
-/// wheel or the keys.
+/// to right whatever the script, with the signs of lines in a column of their own; prose in words
+/// instead, each line in its own direction. What is too long for a row goes on in the next, which
+/// is marked for that; what is too high is scrolled, by the wheel or the keys.
 class InputView : public QWidget, private QAccessible::ActivationObserver {
     Q_OBJECT
 
@@ -48,11 +48,13 @@ private:
     };
 
     const QList<Piece> &pieces(int width) const;
-    void appendPieces(QList<Piece> &list, qsizetype line, qsizetype columns) const;
+    void appendCells(QList<Piece> &list, qsizetype line, qsizetype columns) const;
+    void appendWords(QList<Piece> &list, qsizetype line, int width) const;
     qsizetype columnsOf(const QString &cell) const;
     int contentHeight(int width) const;
     void paint(QPainter &painter, const Piece &piece, int top) const;
-    void paintText(QPainter &painter, QStringView text, int baseline) const;
+    void paintCells(QPainter &painter, QStringView text, int baseline) const;
+    void paintWords(QPainter &painter, const Piece &piece, int baseline) const;
     void paintThumb(QPainter &painter) const;
     bool isCut() const;
     bool scrollTo(int offset);

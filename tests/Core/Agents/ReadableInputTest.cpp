@@ -10,12 +10,12 @@ namespace morvane {
 namespace {
 
 /// The lines of an input, each behind its sign.
-QString page(const QByteArray &input) {
+QString page(const QByteArray &input, ReadableInput (*of)(std::string_view) = &ReadableInput::of) {
     EXPECT_TRUE(JsonObject::parse(input)) << input.constData();
-    const ReadableInput read = ReadableInput::of({input.data(), std::size_t(input.size())});
+    const ReadableInput read = of({input.data(), std::size_t(input.size())});
     QStringList result;
     for (const auto &[sign, text] : read.lines) {
-        result.append(QStringLiteral(" -+#")[static_cast<int>(sign)] + text);
+        result.append(QStringLiteral(" -+#p")[static_cast<int>(sign)] + text);
     }
     return result.join(u'\n');
 }
@@ -34,6 +34,11 @@ TEST(ReadableInput, ShowsWhatRuns) {
     EXPECT_EQ(page(R"({"c\u006fmmand":"ls","command":"rm"})"), " ls\n#\"command\": \"rm\"");
     EXPECT_EQ(page(R"({"allowed":["rm"],"plan":"# Plan\n\n1. Look"})"),
               " # Plan\n \n 1. Look\n#\"allowed\": [\n#  \"rm\"\n#]");
+    const QByteArray plan = R"({"plan":"\u26a0\ufe0f Plan \n\u202e1","b":"\ufe0f"})";
+    EXPECT_EQ(page(plan, &ReadableInput::ofPlan),
+              "p⚠\uFE0F Plan \np⟨U+202E⟩1\n#\"b\": \"\\ufe0f\"");
+    EXPECT_EQ(page(plan), " ⚠⟨U+FE0F⟩ Plan⟨U+0020⟩\n ⟨U+202E⟩1\n#\"b\": \"\\ufe0f\"");
+    EXPECT_EQ(page(R"({"command":"ls"})", &ReadableInput::ofPlan), " ls");
     EXPECT_EQ(page(R"({"command":" ", "x": "\ud800"})"),
               " {\n   \"command\": \" \",\n   \"x\": \"\\ud800\"\n }");
     EXPECT_EQ(page(R"({"command":["ls","-l"]})"),
@@ -145,6 +150,15 @@ TEST(ReadableInput, KeepsSixtyFourKilobytesAndSaysWhenThereIsMore) {
     EXPECT_TRUE(manyLines.isCut);
     EXPECT_LE(manyLines.lines.size(), ReadableInput::limit + 1);
     EXPECT_TRUE(read(QByteArray(1'000'000, '\x7f')).isCut);
+
+    const QByteArray plan =
+        "{\"plan\":\"" + QByteArray(16'000, 'x') + "\\ny\\n" + QByteArray(1'000, 'z') + "\\ny\"}";
+    QList<ReadableInput::Sign> signs;
+    for (const auto &line : ReadableInput::ofPlan({plan.data(), std::size_t(plan.size())}).lines) {
+        signs.append(line.sign);
+    }
+    using Sign = ReadableInput::Sign;
+    EXPECT_EQ(signs, QList({Sign::prose, Sign::prose, Sign::plain, Sign::plain}));
 }
 
 } // namespace

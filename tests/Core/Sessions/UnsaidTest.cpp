@@ -44,7 +44,7 @@ TEST_F(UnsaidTest, AnAnnouncementThatComesLateDoesNotHideItsOwnRequest) {
     }
 }
 
-TEST_F(UnsaidTest, APlanCannotBeAllowedForGood) {
+TEST_F(UnsaidTest, APlanIsProseAndCannotBeAllowedForGood) {
     for (const char *tool : {"ExitPlanMode", "Bash"}) {
         tell(claude, "PermissionRequest",
              QByteArray(R"("tool_input":{"plan":"1. Rest"},"tool_name":")") + tool + '"', "d");
@@ -52,6 +52,9 @@ TEST_F(UnsaidTest, APlanCannotBeAllowedForGood) {
         EXPECT_EQ(session().pendingApproval->choices().contains(
                       AgentDecision::allowRemembering(AgentDecision::Scope::session)),
                   tool == QLatin1String("Bash"));
+        EXPECT_EQ(session().pendingApproval->input.lines.first().sign,
+                  tool == QLatin1String("Bash") ? ReadableInput::Sign::plain
+                                                : ReadableInput::Sign::prose);
     }
 }
 
