@@ -33,16 +33,18 @@ std::string spelled(const QString &text) {
 /// Undoes what makes a line visible.
 QString decoded(QString line) {
     line.replace(QStringLiteral("⇥   "), QStringLiteral("\t"));
-    for (qsizetype at = 0; (at = line.indexOf(QStringLiteral("⟨U+"), at)) >= 0; ++at) {
+    QString result;
+    qsizetype begin = 0;
+    for (qsizetype at = 0; (at = line.indexOf(QStringLiteral("⟨U+"), begin)) >= 0;) {
         const qsizetype end = line.indexOf(u'⟩', at);
         require(end > at);
         const char32_t number = line.mid(at + 3, end - at - 3).toUInt(nullptr, 16);
-        const QString character = number < 0x10000 ? QString(QChar(static_cast<char16_t>(number)))
-                                                   : QString::fromUcs4(&number, 1);
-        line.replace(at, end + 1 - at, character);
-        at += character.size() - 1;
+        result += line.mid(begin, at - begin);
+        result += number < 0x10000 ? QString(QChar(static_cast<char16_t>(number)))
+                                   : QString::fromUcs4(&number, 1);
+        begin = end + 1;
     }
-    return line;
+    return result + line.mid(begin);
 }
 
 QString told(const ReadableInput &input, std::initializer_list<Sign> signs) {
