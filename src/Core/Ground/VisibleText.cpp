@@ -2,6 +2,8 @@
 
 #include "Core/Ground/BoundedText.h"
 
+#include <QStringList>
+
 #include <algorithm>
 #include <array>
 
