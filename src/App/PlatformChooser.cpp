@@ -26,6 +26,7 @@
 #include "Platform/Linux/X11/ScreenDisplays.h"
 #include "Platform/Linux/X11/X11Connection.h"
 #include "Platform/Linux/X11/X11FullscreenWindows.h"
+#include "Platform/Linux/X11/X11HeldKeys.h"
 #include "Platform/Linux/X11/X11HotKeys.h"
 #include "Platform/Linux/X11/X11OverlayWindows.h"
 #include "Platform/Linux/X11/X11PointerMonitor.h"
@@ -120,6 +121,7 @@ PlatformServices choosePlatform(std::function<void()> endAsItIs) {
         platform.statusItemHost =
             std::make_unique<StatusNotifierHost>(QDBusConnection::sessionBus());
         platform.motion = std::make_unique<DesktopMotion>(QDBusConnection::sessionBus());
+        new X11HeldKeys(x11.get());
         platform.screenConnection = x11;
     }
     return platform;

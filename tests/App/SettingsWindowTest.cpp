@@ -210,6 +210,8 @@ TEST_F(SettingsWindowTest, LeavesTheKeyAsItWasUnlessOneIsChosen) {
     field->setFocus();
     field->click();
     press(Qt::Key_Escape, Qt::NoModifier, 1);
+    EXPECT_TRUE(isListening());
+    QTest::keyRelease(field, Qt::Key_Escape);
     EXPECT_FALSE(isListening());
     EXPECT_TRUE(window->isVisible());
     field->click();

@@ -38,9 +38,10 @@ TEST_F(WelcomeTest, WalksANewcomerThroughNamedControlsToAConnectedAgent) {
     EXPECT_EQ(namedControls(), 1);
     EXPECT_EQ(button("Back"), nullptr);
 
-    // Held down, it goes on once.
-    for (const bool isRepeated : {false, true, true}) {
-        QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, {}, isRepeated);
+    // Held down, it goes on once it is let go.
+    for (const auto type : {QEvent::KeyPress, QEvent::KeyPress, QEvent::KeyRelease}) {
+        EXPECT_EQ(view->step(), 0);
+        QKeyEvent enter(type, Qt::Key_Return, Qt::NoModifier);
         QCoreApplication::sendEvent(button("Continue →"), &enter);
     }
     scheduler.advance(Seconds(1));

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Core/Sessions/CompletedRecord.h"
-#include "Presentation/Overlay/KeyStroke.h"
 #include "Presentation/Overlay/KeyablePanel.h"
+#include "Presentation/Style/KeyStroke.h"
 
 #include <QMenu>
 #include <QPointer>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Presentation/Overlay/KeyStroke.h"
+#include "Presentation/Style/KeyStroke.h"
 
 #include <QLineEdit>
 

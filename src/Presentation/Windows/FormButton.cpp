@@ -1,9 +1,9 @@
 #include "Presentation/Windows/FormButton.h"
 
+#include "Presentation/Style/ButtonKeys.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/Typography.h"
 
-#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -31,11 +31,21 @@ QSize FormButton::sizeHint() const {
     return {text.width() + 2 * padding, buttonHeight};
 }
 
-/// Held down, Return presses once, like Space.
 void FormButton::keyPressEvent(QKeyEvent *event) {
-    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (!isReturn || !event->isAutoRepeat()) {
+    if (ButtonKeys::contain(*event)) {
+        QKeyEvent space = ButtonKeys::asSpace(*event);
+        QPushButton::keyPressEvent(&space);
+    } else {
         QPushButton::keyPressEvent(event);
+    }
+}
+
+void FormButton::keyReleaseEvent(QKeyEvent *event) {
+    if (ButtonKeys::contain(*event)) {
+        QKeyEvent space = ButtonKeys::asSpace(*event);
+        QPushButton::keyReleaseEvent(&space);
+    } else {
+        QPushButton::keyReleaseEvent(event);
     }
 }
 

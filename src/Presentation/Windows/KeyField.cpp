@@ -3,8 +3,6 @@
 #include "Core/Settings/PanelKey.h"
 #include "Presentation/Style/PlatformWords.h"
 
-#include <QKeyEvent>
-
 namespace morvane {
 
 namespace {
@@ -117,9 +115,18 @@ void KeyField::keyPressEvent(QKeyEvent *event) {
     }
     event->accept();
     if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {
-        end();
+        m_escape.begin(*event);
     } else if (!event->isAutoRepeat() && !isModifier(event->key())) {
         take(*event);
+    }
+}
+
+/// Not before: to the window an Escape that is still held would be one of its own.
+void KeyField::keyReleaseEvent(QKeyEvent *event) {
+    if (m_escape.isEndedBy(*event)) {
+        end();
+    } else {
+        FormButton::keyReleaseEvent(event);
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/HotKey.h"
+#include "Presentation/Style/KeyStroke.h"
 #include "Presentation/Windows/FormButton.h"
 
 namespace morvane {
@@ -26,6 +27,7 @@ signals:
 protected:
     bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     void hideEvent(QHideEvent *event) override;
 
@@ -39,6 +41,7 @@ private:
     HotKey m_key;
     QString m_refusal;
     bool m_isListening = false;
+    KeyStroke m_escape;
 };
 
 } // namespace morvane

@@ -4,7 +4,6 @@
 
 #include <QCursor>
 #include <QGuiApplication>
-#include <QKeyEvent>
 #include <QScreen>
 
 #include <utility>
@@ -58,9 +57,17 @@ void ManagedWindow::setAboveOthers(bool isAbove) {
 
 void ManagedWindow::keyPressEvent(QKeyEvent *event) {
     if (event->key() == Qt::Key_Escape || event->matches(QKeySequence::Close)) {
-        close();
+        m_closing.begin(*event);
     } else {
         QWidget::keyPressEvent(event);
+    }
+}
+
+void ManagedWindow::keyReleaseEvent(QKeyEvent *event) {
+    if (m_closing.isEndedBy(*event)) {
+        close();
+    } else {
+        QWidget::keyReleaseEvent(event);
     }
 }
 

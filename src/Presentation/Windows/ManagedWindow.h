@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Presentation/Style/KeyStroke.h"
+
 #include <QWidget>
 
 namespace morvane {
@@ -28,6 +30,7 @@ protected:
     static constexpr int margin = 40; ///< between the edge and what is written
 
     void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
 
 private:
     /// Later on the window comes back where it was.
@@ -35,6 +38,7 @@ private:
     void fitInto(const QSize &room);
 
     bool m_wasPresented = false;
+    KeyStroke m_closing;
 };
 
 } // namespace morvane

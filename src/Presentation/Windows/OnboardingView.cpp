@@ -114,14 +114,20 @@ void OnboardingView::goOn() {
     }
 }
 
-/// Return goes on from wherever it has no other use; one that is held down goes on once.
+/// Return goes on from wherever it has no other use.
 void OnboardingView::keyPressEvent(QKeyEvent *event) {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        if (!event->isAutoRepeat()) {
-            m_next->click();
-        }
+        m_return.begin(*event);
     } else {
         QWidget::keyPressEvent(event);
+    }
+}
+
+void OnboardingView::keyReleaseEvent(QKeyEvent *event) {
+    if (m_return.isEndedBy(*event)) {
+        m_next->click();
+    } else {
+        QWidget::keyReleaseEvent(event);
     }
 }
 

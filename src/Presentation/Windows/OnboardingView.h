@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/Agents/AgentKind.h"
+#include "Presentation/Style/KeyStroke.h"
 #include "Presentation/Windows/WindowContext.h"
 
 #include <QWidget>
@@ -41,6 +42,7 @@ signals:
 protected:
     void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
 
 private:
     void addPages(const Mode &mode);
@@ -57,6 +59,7 @@ private:
     std::vector<PictureView *> m_dots;
     FormButton *m_back = nullptr;
     FormButton *m_next = nullptr;
+    KeyStroke m_return;
 };
 
 } // namespace morvane

@@ -1,6 +1,7 @@
 #include "Platform/Linux/X11/ActiveWindow.h"
 #include "Platform/Linux/X11/ScreenDisplays.h"
 #include "Platform/Linux/X11/X11FullscreenWindows.h"
+#include "Platform/Linux/X11/X11HeldKeys.h"
 #include "Platform/Linux/X11/X11OverlayWindows.h"
 #include "Platform/Linux/X11/XcbReply.h"
 #include "Platform/X11/OnX11.h"
@@ -285,6 +286,7 @@ TEST_F(OverlayTest, AKeyThatIsHeldIsLetGoOnce) {
         int presses = 0;
         int releases = 0;
     } counter;
+    const X11HeldKeys heldKeys;
     panel->windowHandle()->installEventFilter(&counter);
     ASSERT_TRUE(takeKeyboard());
     display->run({"xdotool", "keydown", "Return"});

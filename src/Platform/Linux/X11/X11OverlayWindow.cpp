@@ -57,12 +57,6 @@ std::uint32_t topLevel(const X11Connection &x11, std::uint32_t window) {
     return result;
 }
 
-bool isHeld(xcb_connection_t *connection, std::uint8_t key) {
-    const XcbReply<xcb_query_keymap_reply_t> reply(
-        xcb_query_keymap_reply(connection, xcb_query_keymap(connection), nullptr));
-    return reply && (reply->keys[key / 8] >> (key % 8) & 1) != 0;
-}
-
 /// False when the window is gone or can't be seen.
 bool setInputFocus(xcb_connection_t *connection, std::uint32_t window) {
     const auto cookie =
@@ -206,22 +200,13 @@ bool X11OverlayWindow::isTranslucent() const {
     return m_x11.isComposited();
 }
 
-/// Keeps from Qt what it would misunderstand. While a key is held that another program has grabbed,
-/// such as the one for the next layout of the keyboard, the keys go there, and come back to this
-/// window: to Qt a loss of the keyboard, but a real one is told of by itself, even then. And a key
-/// that is held comes as if it were let go and pressed again and again, in which Qt recognises a
-/// repetition only if both come at once.
+/// While a key is held that another program has grabbed, such as the one for the next layout of the
+/// keyboard, the keys go there, and come back to this window: to Qt a loss of the keyboard, but a
+/// real one is told of by itself, even then.
 bool X11OverlayWindow::nativeEventFilter(const QByteArray &, void *message, qintptr *) {
     const auto &loss = *static_cast<const xcb_focus_out_event_t *>(message);
-    const auto &release = *static_cast<const xcb_key_release_event_t *>(message);
-    switch (release.response_type & 0x7f) {
-    case XCB_FOCUS_OUT:
-        return loss.event == m_window && loss.mode == XCB_NOTIFY_MODE_GRAB;
-    case XCB_KEY_RELEASE:
-        return release.event == m_window && isHeld(qtConnection(), release.detail);
-    default:
-        return false;
-    }
+    return (loss.response_type & 0x7f) == XCB_FOCUS_OUT && loss.event == m_window &&
+           loss.mode == XCB_NOTIFY_MODE_GRAB;
 }
 
 void X11OverlayWindow::applyAnchor(Anchor anchor) {
