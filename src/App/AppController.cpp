@@ -116,7 +116,9 @@ std::unique_ptr<EventServer> AppController::makeServer() {
             weak->m_usage.ingestLive(body, agent);
         }
     };
-    handlers.decisionsEnabled = [&settings = m_settings] { return settings.approvalsEnabled(); };
+    handlers.decisionsEnabled = [&settings = m_settings, &isShown = m_isShown] {
+        return settings.approvalsEnabled() && isShown;
+    };
     handlers.fileOf = [&processes = *m_platform.processes](const auto &process, const auto &path) {
         return processes.fileOf(process, path);
     };
@@ -131,8 +133,8 @@ std::unique_ptr<EventServer> AppController::makeServer() {
 
 void AppController::takeEvent(const HookEvent &event) {
     m_store.apply(event);
-    // A hook that was on its way when approvals were switched off.
-    if (event.decisionID && !m_settings.approvalsEnabled()) {
+    // A hook that was on its way when approvals were switched off, or the last panel went.
+    if (event.decisionID && !(m_settings.approvalsEnabled() && m_isShown)) {
         m_store.releaseApprovals();
     }
     if (event.process && m_store.sessions().contains(event.sessionID)) {
@@ -234,6 +236,14 @@ void AppController::createPresenters() {
     m_presenterManager->onExpandedChanged = [this](bool isExpanded) {
         m_panelKeys.panelExpanded(isExpanded);
     };
+    if (m_platform.hasScreen) {
+        m_presenterManager->onShownChanged = [this](bool isShown) {
+            m_isShown = isShown;
+            if (!isShown) {
+                releaseWhoeverWaits();
+            }
+        };
+    }
     m_presenterManager->start();
 }
 
@@ -278,11 +288,17 @@ bool AppController::isWhereSessionsRun(const QString &bundleID) const {
 /// Agents must not wait for a panel that has stopped answering, so what waits is released first.
 void AppController::setApprovalsEnabled(bool enabled) {
     m_settings.setApprovalsEnabled(enabled);
-    if (!enabled && m_server) {
+    if (!enabled) {
+        releaseWhoeverWaits();
+    }
+    m_connections.renewDecidable();
+}
+
+void AppController::releaseWhoeverWaits() {
+    if (m_server) {
         m_server->releaseAllDecisions();
         m_store.releaseApprovals();
     }
-    m_connections.renewDecidable();
 }
 
 void AppController::setLaunchAtLogin(bool enabled) {

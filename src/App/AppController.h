@@ -17,6 +17,7 @@
 
 #include <QObject>
 
+#include <atomic>
 #include <memory>
 
 namespace morvane {
@@ -111,6 +112,7 @@ private:
     void readTranscripts();
     void restoreSessions();
     void createPresenters();
+    void releaseWhoeverWaits();
     void standInForTray();
     void watchTerminals();
     bool isWhereSessionsRun(const QString &bundleID) const;
@@ -130,6 +132,8 @@ private:
     AgentProcesses m_agentProcesses;
     AgentConnections m_connections;
     TerminalReply m_terminalReply;
+    /// False where no display has a panel, so that nobody could answer: the agents ask at once.
+    std::atomic<bool> m_isShown = true;
     std::unique_ptr<EventServer> m_server;
     std::unique_ptr<PixelTimeline> m_timeline; ///< outlives the panels
     PanelKeys m_panelKeys;                     ///< as well, since they tell it when they close

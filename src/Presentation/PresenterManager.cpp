@@ -8,6 +8,7 @@
 #include "Presentation/Panel/SessionSubtitle.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace morvane {
 
@@ -140,6 +141,10 @@ void PresenterManager::reconcile() {
             presenter = makePresenter(display);
         }
         presenter->attach(display);
+    }
+    const bool isShown = !m_presenters.empty();
+    if (std::exchange(m_isShown, isShown) != isShown && onShownChanged) {
+        onShownChanged(isShown);
     }
 }
 

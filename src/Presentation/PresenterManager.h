@@ -27,6 +27,10 @@ public:
     /// Told when a panel opens or closes, on whichever display.
     std::function<void(bool)> onExpandedChanged;
 
+    /// Told when it comes to be shown on a display, or on none any more; where no display is of the
+    /// mode there is none.
+    std::function<void(bool)> onShownChanged;
+
     /// Whether any panel is open.
     bool isAnyExpanded() const;
 
@@ -73,6 +77,7 @@ private:
     std::map<std::uint32_t, std::unique_ptr<MorvanePresenter>> m_presenters; ///< by display
     QPointer<QMenu> m_contextMenu;
     StandIn m_standIn = StandIn::none;
+    bool m_isShown = true; ///< as far as anybody has been told
     Task m_reconcileWork;
 };
 

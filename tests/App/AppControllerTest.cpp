@@ -142,6 +142,21 @@ TEST_F(AppControllerTest, ReleasesWhoeverWaitsWhenApprovalsEnd) {
     EXPECT_FALSE(settings.approvalsEnabled());
 }
 
+TEST_F(AppControllerTest, LetsNobodyWaitWhereItIsShownOnNoDisplay) {
+    addFakeScreen(platform);
+    controller.start();
+    HttpClient hook = ask();
+    settings.setDisplayMode(DisplayTargetMode::externalOnly);
+    scheduler.advance(Seconds(1));
+    EXPECT_EQ(httpBody(hook.receiveAll()), "");
+    EXPECT_FALSE(store.sessionAwaitingDecision());
+    const std::uint16_t port = controller.server()->boundPort();
+    EXPECT_EQ(httpBody(httpExchange(port, permissionRequest())), "");
+    settings.setDisplayMode(DisplayTargetMode::all);
+    scheduler.advance(Seconds(1));
+    ask();
+}
+
 TEST_F(AppControllerTest, ShowsWhatRanBeforeItStarted) {
     const QByteArray model = R"({"type":"assistant","cwd":"/p","message":{"model":"claude-a"}})";
     home.write(".claude/projects/p/s.jsonl", model);
