@@ -80,13 +80,10 @@ void AgentConnections::setLastError(const std::optional<QString> &error) {
 /// login may not have the PATH of a shell. So the form that our entries have stays.
 const AgentAdapter &AgentConnections::installedForm(AgentKind kind) const {
     const auto release = m_programs.installed(kind);
-    const auto forms = AgentRegistry::forms(kind);
-    const auto isThere = [this](const AgentAdapter *form) {
-        return makeInstaller(*form).isOfThisRelease();
-    };
-    const auto found =
-        release || forms.size() == 1 ? forms.end() : std::ranges::find_if(forms, isThere);
-    return found != forms.end() ? **found : AgentRegistry::adapter(kind, release);
+    const AgentAdapter &form = AgentRegistry::adapter(kind, release);
+    const bool isKnown = release || AgentRegistry::forms(kind).size() == 1;
+    const AgentAdapter *present = isKnown ? nullptr : makeInstaller(form).presentForm();
+    return present ? *present : form;
 }
 
 HookInstaller AgentConnections::makeInstaller(const AgentAdapter &form) const {
@@ -98,9 +95,8 @@ HookInstaller AgentConnections::makeInstaller(AgentKind kind) const {
 }
 
 std::vector<const AgentAdapter *> AgentConnections::connectedAgents() const {
-    return agentsWhere([this](const AgentAdapter *adapter) {
-        return makeInstaller(adapter->kind()).isInstalled();
-    });
+    return agentsWhere(
+        [this](const AgentAdapter *adapter) { return makeInstaller(*adapter).isInstalled(); });
 }
 
 void AgentConnections::refreshStatus() {
@@ -121,7 +117,7 @@ void AgentConnections::refreshStatus() {
     const auto muted = mutableAgents();
     m_notificationsSuppressed =
         !muted.empty() && std::ranges::all_of(muted, [this](const AgentAdapter *adapter) {
-            return makeInstaller(adapter->kind()).notificationsSuppressed();
+            return makeInstaller(*adapter).notificationsSuppressed();
         });
     emit statusChanged();
 }
@@ -147,11 +143,12 @@ bool AgentConnections::hasDecidableAgent() const {
 }
 
 void AgentConnections::installHooks(AgentKind kind) {
-    perform(kind, tr("%1 connect failed: %2"), &HookInstaller::install);
+    conclude(kind, tr("%1 connect failed: %2"), makeInstaller(kind).install());
 }
 
 void AgentConnections::uninstallHooks(AgentKind kind) {
-    perform(kind, tr("%1 disconnect failed: %2"), &HookInstaller::uninstall);
+    const HookInstaller installer = makeInstaller(AgentRegistry::adapter(kind));
+    conclude(kind, tr("%1 disconnect failed: %2"), installer.uninstall());
 }
 
 void AgentConnections::toggleHooks(AgentKind kind) {
@@ -163,13 +160,12 @@ void AgentConnections::toggleHooks(AgentKind kind) {
 }
 
 void AgentConnections::repairHooks(AgentKind kind) {
-    perform(kind, tr("%1 repair failed: %2"), &HookInstaller::install);
+    conclude(kind, tr("%1 repair failed: %2"), makeInstaller(kind).install());
 }
 
-void AgentConnections::perform(AgentKind kind, const QString &failed,
-                               std::optional<Failure> (HookInstaller::*operation)() const) {
-    const HookInstaller installer = makeInstaller(kind);
-    if (const auto failure = (installer.*operation)()) {
+void AgentConnections::conclude(AgentKind kind, const QString &failed,
+                                const std::optional<Failure> &failure) {
+    if (failure) {
         setLastError(failed.arg(displayName(kind), failure->message));
     } else {
         setLastError(std::nullopt);
@@ -181,8 +177,7 @@ void AgentConnections::setNotificationsSuppressed(bool suppressed) {
     m_notificationsSuppressed = suppressed;
     emit statusChanged();
     for (const AgentAdapter *adapter : mutableAgents()) {
-        if (const auto failure =
-                makeInstaller(adapter->kind()).setNotificationsSuppressed(suppressed)) {
+        if (const auto failure = makeInstaller(*adapter).setNotificationsSuppressed(suppressed)) {
             setLastError(tr("Updating %1's settings failed: %2")
                              .arg(displayName(adapter->kind()), failure->message));
         }
@@ -192,10 +187,11 @@ void AgentConnections::setNotificationsSuppressed(bool suppressed) {
 
 void AgentConnections::renewDecidable() {
     for (const AgentAdapter *adapter : connectedAgents()) {
-        if (!installedForm(adapter->kind()).supportsDecisions()) {
+        const AgentAdapter &form = installedForm(adapter->kind());
+        if (!form.supportsDecisions()) {
             continue;
         }
-        if (const auto failure = makeInstaller(adapter->kind()).install()) {
+        if (const auto failure = makeInstaller(form).install()) {
             setLastError(tr("Couldn't update %1's hooks: %2")
                              .arg(displayName(adapter->kind()), failure->message));
             m_settings.setApprovalsEnabled(false);
@@ -265,7 +261,7 @@ void AgentConnections::markAllPresentAgentsKnown() {
 QStringList AgentConnections::removeAll() {
     QStringList report;
     for (const AgentAdapter *adapter : AgentRegistry::all()) {
-        const HookInstaller installer = makeInstaller(adapter->kind());
+        const HookInstaller installer = makeInstaller(*adapter);
         const QString name = tr("%1 hooks").arg(displayName(adapter->kind()));
         if (installer.hasTraces()) {
             const auto failure = installer.removeTraces();

@@ -95,14 +95,15 @@ signals:
     void newAgentsDetected(const std::vector<morvane::AgentKind> &kinds);
 
 private:
+    /// Any form will do to find ours, and to take it out; what is written takes the right one.
     HookInstaller makeInstaller(const AgentAdapter &form) const;
-    /// For the release of the agent that is installed.
+    /// For the release of the agent that is installed. May read the agent's settings.
     HookInstaller makeInstaller(AgentKind kind) const;
     const AgentAdapter &installedForm(AgentKind kind) const;
     std::vector<const AgentAdapter *> connectedAgents() const;
-    /// `failed` is the sentence for a failure, of the agent's name and the reason.
-    void perform(AgentKind kind, const QString &failed,
-                 std::optional<Failure> (HookInstaller::*operation)() const);
+    /// After an operation. `failed` is the sentence for a failure, of the agent's name and the
+    /// reason.
+    void conclude(AgentKind kind, const QString &failed, const std::optional<Failure> &failure);
     void scheduleNewAgentCheck();
     void checkForNewAgents();
     void markAgentsKnown(const std::vector<const AgentAdapter *> &adapters);

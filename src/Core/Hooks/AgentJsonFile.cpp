@@ -17,9 +17,9 @@ std::optional<json> rootOf(const std::optional<QByteArray> &content) {
 
 } // namespace
 
-std::optional<json> AgentJsonFile::read() const {
+std::optional<json> AgentJsonFile::read(QByteArrayView name) const {
     auto content = m_file.read();
-    return root(content);
+    return content && content->contains(name) ? root(content) : std::nullopt;
 }
 
 /// The root of what was read, or of what is there a moment later, which `content` is then.

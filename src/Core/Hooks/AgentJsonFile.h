@@ -31,8 +31,9 @@ public:
     AgentJsonFile(AgentSettingsFile file, OurJson ours)
         : m_file(std::move(file)), m_ours(std::move(ours)) {}
 
-    /// The root object; none where the file can't be read, is no JSON or has another root.
-    std::optional<nlohmann::json> read() const;
+    /// The root object; none where the file can't be read, is no JSON or has another root. Nor is
+    /// there one, and nothing is parsed, where `name` stands nowhere in the text.
+    std::optional<nlohmann::json> read(QByteArrayView name = {}) const;
 
     /// Changes the root; false leaves the file alone, and so does a change that changes nothing.
     using Edit = std::function<bool(nlohmann::json &root)>;

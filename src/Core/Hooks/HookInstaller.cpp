@@ -79,8 +79,8 @@ bool HookInstaller::isInstalled() const {
     return m_target->isInstalled();
 }
 
-bool HookInstaller::isOfThisRelease() const {
-    return m_target->isOfThisRelease();
+const AgentAdapter *HookInstaller::presentForm() const {
+    return m_target->presentForm();
 }
 
 bool HookInstaller::hasTraces() const {

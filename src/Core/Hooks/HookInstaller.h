@@ -43,9 +43,9 @@ public:
     /// Whether there are any hooks of ours.
     bool isInstalled() const;
 
-    /// Whether these are such as the adapter's release of the agent has, be they out of date in
-    /// other ways.
-    bool isOfThisRelease() const;
+    /// The first form of the agent whose releases have such hooks as are there of ours, be they out
+    /// of date in other ways; none where there are none, or where they tell no forms apart.
+    const AgentAdapter *presentForm() const;
 
     /// Whether there is anything of ours, be it what makes no connection, such as a status line
     /// whose hooks somebody has taken out.

@@ -58,9 +58,7 @@ nlohmann::json HookPlan::entry(const QString &event) const {
 }
 
 bool HookPlan::isOfAnotherRelease(const QString &event, const nlohmann::json &entry) const {
-    const auto isOf = [&](const AgentAdapter *form) {
-        return HookPlan(*form, m_approvalsEnabled).entry(event) == entry;
-    };
+    const auto isOf = [&](const AgentAdapter *form) { return of(*form).entry(event) == entry; };
     return entry != this->entry(event) &&
            std::ranges::any_of(AgentRegistry::forms(m_adapter.kind()), isOf);
 }

@@ -19,8 +19,14 @@ public:
     /// home folder it is from.
     static constexpr char hookScriptMarker[] = ".morvane/hook.sh";
 
+    /// What stands in every text that has that, also where its writer puts "\/" for a slash.
+    static constexpr char hookScriptName[] = "hook.sh";
+
     /// With `approvalsEnabled` the hooks that can bring a decision wait for it.
     HookPlan(const AgentAdapter &adapter, bool approvalsEnabled);
+
+    /// The same for another form of the agent.
+    HookPlan of(const AgentAdapter &form) const { return {form, m_approvalsEnabled}; }
 
     /// The native events to hook, in the order in which they are installed.
     QStringList installedEvents() const;

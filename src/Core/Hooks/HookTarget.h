@@ -7,6 +7,8 @@
 
 namespace morvane {
 
+class AgentAdapter;
+
 /// The place in one agent's configuration where our hooks go, of which there are several kinds.
 /// Made by `HookInstaller`, whose operations these are; main thread, synchronous.
 class HookTarget {
@@ -20,7 +22,7 @@ public:
     [[nodiscard]] virtual std::optional<Failure> uninstall() const = 0;
     virtual void renew() const = 0;
     virtual bool isInstalled() const = 0;
-    virtual bool isOfThisRelease() const { return isInstalled(); }
+    virtual const AgentAdapter *presentForm() const { return nullptr; }
     virtual bool hasTraces() const { return isInstalled(); }
     [[nodiscard]] virtual std::optional<Failure> removeTraces() const { return uninstall(); }
     virtual bool hasStaleEntries() const = 0;

@@ -1,5 +1,6 @@
 #include "Core/Hooks/JsonHookTarget.h"
 
+#include "Core/Adapters/AgentRegistry.h"
 #include "Core/Ground/RegularFile.h"
 #include "Core/Hooks/JsonHooksEditor.h"
 #include "Core/Hooks/StatusLineEntry.h"
@@ -132,9 +133,13 @@ bool JsonHookTarget::isInstalled() const {
     return root && JsonHooksEditor::isInstalled(*root, m_hooksKey);
 }
 
-bool JsonHookTarget::isOfThisRelease() const {
-    const auto root = m_settings.read();
-    return root && JsonHooksEditor::areOfThisRelease(*root, m_hooksKey, m_plan);
+const AgentAdapter *JsonHookTarget::presentForm() const {
+    const auto root = m_settings.read(HookPlan::hookScriptName);
+    const auto forms = AgentRegistry::forms(m_adapter.kind());
+    const auto found = std::ranges::find_if(forms, [&](const AgentAdapter *form) {
+        return root && JsonHooksEditor::areOfThisRelease(*root, m_hooksKey, m_plan.of(*form));
+    });
+    return found != forms.end() ? *found : nullptr;
 }
 
 bool JsonHookTarget::hasTraces() const {

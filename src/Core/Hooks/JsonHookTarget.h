@@ -23,7 +23,7 @@ public:
     std::optional<Failure> uninstall() const override;
     void renew() const override;
     bool isInstalled() const override;
-    bool isOfThisRelease() const override;
+    const AgentAdapter *presentForm() const override;
     bool hasTraces() const override;
     std::optional<Failure> removeTraces() const override;
     bool hasStaleEntries() const override;

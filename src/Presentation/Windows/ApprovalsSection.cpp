@@ -27,8 +27,9 @@ ApprovalsSection::ApprovalsSection(const WindowContext &context, QWidget *parent
                       "Codex would reject. After changing hooks, review them with /hooks and start "
                       "a new session."));
     onRefresh([toggle, needs, codex, &connections = context.connections] {
-        toggle->setEnabled(connections.hasDecidableAgent());
-        needs->setVisible(!connections.hasDecidableAgent());
+        const bool isDecidable = connections.hasDecidableAgent();
+        toggle->setEnabled(isDecidable);
+        needs->setVisible(!isDecidable);
         codex->setVisible(connections.installedAgents().contains(AgentKind::codex));
     });
 }
