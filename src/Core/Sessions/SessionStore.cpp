@@ -44,7 +44,12 @@ void SessionStore::apply(const HookEvent &event) {
     if (before && SessionTransition::endsPendingDecision(*before, event)) {
         releaseApproval(event.sessionID);
     }
-    carryOut(SessionTransition::of(stored(event.sessionID), event, now, m_surroundings));
+    const auto transition =
+        SessionTransition::of(stored(event.sessionID), event, now, m_surroundings);
+    carryOut(transition);
+    if (transition.readsTranscript) {
+        m_transcripts.readProgress(transition.session, now);
+    }
     // A turn that has ended without any may have failed; one that is known to have has none.
     const auto after = stored(event.sessionID);
     const bool isDone = after && after->state == SessionState::done;
@@ -228,9 +233,6 @@ void SessionStore::carryOut(const SessionTransition &transition) {
     if (transition.resolution) {
         resolve(transition.resolution->decisionID, transition.resolution->decision);
     }
-    if (transition.readsTranscript) {
-        m_transcripts.readProgress(transition.session);
-    }
 }
 
 void SessionStore::followUp(const QString &sessionID, std::optional<SessionState> previous,
@@ -244,23 +246,25 @@ void SessionStore::followUp(const QString &sessionID, std::optional<SessionState
     emit stateChanges(session->state, sessionID);
     if (session->isFinished()) {
         recordCompleted(*session, now);
-        enrichFromTranscript(sessionID, readsWords);
+        enrichFromTranscript(sessionID, readsWords, now);
         if (readsWords) {
             m_transcripts.awaitWords(*session);
         }
     }
 }
 
-void SessionStore::enrichFromTranscript(const QString &sessionID, bool completion) {
+void SessionStore::enrichFromTranscript(const QString &sessionID, bool completion, Date now) {
     if (const auto session = stored(sessionID)) {
-        m_transcripts.read(*session, completion ? SessionTranscripts::Purpose::completion
-                                                : SessionTranscripts::Purpose::progress);
+        m_transcripts.read(*session,
+                           completion ? SessionTranscripts::Purpose::completion
+                                      : SessionTranscripts::Purpose::progress,
+                           now);
     }
 }
 
 void SessionStore::enrichRestored(const QString &sessionID) {
     if (const auto session = stored(sessionID)) {
-        m_transcripts.read(*session, SessionTranscripts::Purpose::restored);
+        m_transcripts.read(*session, SessionTranscripts::Purpose::restored, m_scheduler.now());
     }
 }
 

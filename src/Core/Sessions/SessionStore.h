@@ -128,7 +128,7 @@ public:
 
     /// Brings the session up to what its transcript tells, as far as it has one; with `completion`
     /// also its summary and its record's. Nothing happens while one is being read for it.
-    void enrichFromTranscript(const QString &sessionID, bool completion);
+    void enrichFromTranscript(const QString &sessionID, bool completion, Date now);
 
     /// Brings a session that was found on disk up to what its transcript tells, its summary too
     /// where it has none. Nothing happens while a transcript is being read for it.

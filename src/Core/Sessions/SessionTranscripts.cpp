@@ -31,13 +31,13 @@ bool SessionTranscripts::canRead(const Session &session) const {
     return m_read && session.transcriptPath && !m_inFlight.contains(session.id);
 }
 
-void SessionTranscripts::read(Session session, Purpose purpose) {
+void SessionTranscripts::read(Session session, Purpose purpose, Date now) {
     if (!canRead(session)) {
         return;
     }
     m_inFlight.insert(session.id);
     if (purpose == Purpose::progress || purpose == Purpose::completion) {
-        m_lastReadAt.insert(session.id, m_scheduler.now());
+        m_lastReadAt.insert(session.id, now);
     }
     m_read(session.agent, *session.transcriptPath,
            [this, asked = session, purpose](const TranscriptInfo &info) {
@@ -46,12 +46,12 @@ void SessionTranscripts::read(Session session, Purpose purpose) {
            });
 }
 
-void SessionTranscripts::readProgress(const Session &session) {
+void SessionTranscripts::readProgress(const Session &session, Date now) {
     const auto last = m_lastReadAt.constFind(session.id);
-    const bool longAgo = last == m_lastReadAt.constEnd() ||
-                         std::chrono::abs(m_scheduler.now() - *last) > progressInterval;
+    const bool longAgo =
+        last == m_lastReadAt.constEnd() || std::chrono::abs(now - *last) > progressInterval;
     if (!session.model || longAgo) {
-        read(session, Purpose::progress);
+        read(session, Purpose::progress, now);
     }
 }
 
@@ -71,7 +71,7 @@ void SessionTranscripts::awaitWords(const QString &sessionID, Date endedAt, std:
         const bool isSameTurn = session != m_sessions.constEnd() && session->isFinished() &&
                                 session->stateChangedAt == endedAt;
         if (isSameTurn) {
-            read(*session, Purpose::completion);
+            read(*session, Purpose::completion, m_scheduler.now());
         }
         awaitWords(sessionID, endedAt, isSameTurn ? looks + 1 : wordsDelays.size());
     };
@@ -105,7 +105,7 @@ void SessionTranscripts::lookForEndedTurns() {
         const Look look{session.lastEventAt, file.lastModified(), file.size()};
         if (m_looks.value(session.id) != look && canRead(session)) {
             m_looks.insert(session.id, look);
-            read(session, Purpose::turnEnd);
+            read(session, Purpose::turnEnd, now);
         }
     }
 }

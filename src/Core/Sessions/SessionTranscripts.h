@@ -42,10 +42,10 @@ public:
                        Learn learn);
 
     /// Reads the session's transcript, as far as it has one that isn't being read.
-    void read(Session session, Purpose purpose);
+    void read(Session session, Purpose purpose, Date now);
 
     /// The same for its progress, unless that was read a short while ago.
-    void readProgress(const Session &session);
+    void readProgress(const Session &session, Date now);
 
     /// Reads it again a few times, in case the agent writes its last words late; not beyond the
     /// end of this turn.

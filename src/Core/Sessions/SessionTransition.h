@@ -94,7 +94,7 @@ public:
     Write write = Write::nothing;
     Session session;
     QStringList releases; ///< decisions that give way, to be resolved with `ask` before the write
-    bool readsTranscript = false;
+    bool readsTranscript = false; ///< after the write
     /// What lets go the hook that the session waited with, to be resolved after the write: what
     /// comes of it must find the session moved.
     std::optional<Resolution> resolution = std::nullopt;

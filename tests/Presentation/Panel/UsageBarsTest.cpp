@@ -174,7 +174,7 @@ TEST_F(UsageBarsTest, TellsHowFullTheContextsAreAndScrollsWhenThereAreMany) {
                   .in(id)
                   .with(&HookEvent::cwd, '/' + id)
                   .with(&HookEvent::transcriptPath, id));
-        store.enrichFromTranscript(id, false);
+        store.enrichFromTranscript(id, false, scheduler.now());
         scheduler.advance(Seconds(1));
     };
     apply(Event::sessionStart, "new");
