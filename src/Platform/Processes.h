@@ -38,7 +38,9 @@ public:
     virtual ~Processes() = default;
 
     /// Calls `ended` once, on the main thread and never before this has returned, when the process
-    /// has ended or if it has already. Never, where the machine doesn't tell. Main thread.
+    /// has ended or if it has already. Never, where the machine doesn't tell: also of a process in
+    /// a number space of its own, such as a sandbox's, that couldn't be found when this was called.
+    /// Main thread.
     virtual Task whenEnded(const ProcessIdentity &process, std::function<void()> ended) = 0;
 
     /// The working directory of each process of this user that runs a program of this name, or
@@ -66,9 +68,11 @@ public:
     virtual QProcessEnvironment environment(std::int64_t process) const = 0;
 
     /// Where we find the file that the process knows by this absolute path, with no link left to
-    /// follow: below a root of its own, as in a container. Empty where there is no such file, or
-    /// the machine doesn't tell. Looks at every process where that one has a number space of its
-    /// own; safe from any thread.
+    /// follow but one to its root: where it has mounts of its own, as in a container, the path
+    /// leads below that. A process that has ended counts as one that had our files. Empty where
+    /// there is no such file, or where that process can't be seen, as in a container of another
+    /// user's. Looks at every process where that one has a number space of its own; safe from any
+    /// thread.
     virtual QString fileOf(const ProcessIdentity &process, const QString &path) const = 0;
 };
 

@@ -1,6 +1,7 @@
 #include "Platform/Linux/LinuxProcesses.h"
 
 #include "Platform/Linux/EventLoopScheduler.h"
+#include "Platform/Linux/ProcessStatus.h"
 #include "Support/ManualPool.h"
 #include "Support/Printing.h"
 #include "Support/WaitUntil.h"
@@ -12,6 +13,8 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <sched.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace morvane {
@@ -125,6 +128,44 @@ TEST_F(SandboxTest, HasFilesThatOnlyItsAgentSees) {
     EXPECT_EQ(processes.fileOf(agent, files.filePath("link/it")),
               QString("/proc/%1/root%2/files/it").arg(number).arg(files.path()));
     EXPECT_EQ(processes.fileOf(agent, files.filePath("nothing")), QString());
+}
+
+TEST_F(LinuxProcessesTest, FindsFilesOfOurOwnMountsByTheirPlainPath) {
+    const QString plain = QFileInfo(folder.filePath("my agent")).canonicalFilePath();
+    QFile::link(folder.path(), folder.filePath("link"));
+    const QString linked = folder.filePath("link/my agent");
+    const auto self = LinuxProcesses::identityOf(sleeper.processId());
+    ASSERT_TRUE(self);
+    EXPECT_EQ(processes.fileOf(*self, linked), plain);
+    sleeper.kill();
+    sleeper.waitForFinished();
+    EXPECT_EQ(processes.fileOf(*self, linked), plain);
+    ProcessIdentity elsewhere = *self;
+    ++elsewhere.numberSpace;
+    EXPECT_EQ(processes.fileOf(elsewhere, linked), QString());
+
+    // With a root of its own.
+    const QByteArray root = QFile::encodeName(folder.path());
+    const pid_t child = ::fork();
+    if (child == 0) {
+        if (::geteuid() == 0 || ::unshare(CLONE_NEWUSER) == 0) {
+            ::chroot(root.constData()) == 0 && ::pause();
+        }
+        ::_exit(0);
+    }
+    QString found;
+    const bool ends = becomesTrue([&] {
+        const auto there = LinuxProcesses::identityOf(child);
+        found = there ? processes.fileOf(*there, "/my agent") : QString();
+        const auto status = ProcessStatus::of(child);
+        return !found.isEmpty() || (status && status->state == "Z");
+    });
+    ::kill(child, SIGKILL);
+    ::waitpid(child, nullptr, 0);
+    EXPECT_TRUE(ends);
+    if (!found.isEmpty()) { // else the kernel doesn't let us
+        EXPECT_EQ(found, plain);
+    }
 }
 
 TEST_F(LinuxProcessesTest, TellsWhatItWasStartedWithAndThatItIsStopped) {

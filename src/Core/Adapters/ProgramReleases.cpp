@@ -53,10 +53,9 @@ std::optional<AgentRelease> releaseInPath(const QString &path, const QString &co
     return std::nullopt;
 }
 
-std::optional<AgentRelease> read(const Program &program, const QString &file) {
-    // Below the root of a process no link is left, but for that root: it would lead to our own.
-    const QString path =
-        file.startsWith(QLatin1String("/proc/")) ? file : QFileInfo(file).canonicalFilePath();
+/// No link is left in the path to follow, but for one to the root of a process: by that the file
+/// is found, and behind it would be our own root.
+std::optional<AgentRelease> read(const Program &program, const QString &path) {
     QString folder = path.section(QLatin1Char('/'), 0, -2);
     for (int level = 0; level < highestPackage && !folder.isEmpty(); ++level) {
         const auto release =
@@ -101,10 +100,17 @@ std::optional<ProgramReleases::Identity> ProgramReleases::identityOf(const QStri
                     status.st_mtim.tv_sec * 1'000'000'000 + status.st_mtim.tv_nsec};
 }
 
+QString ProgramReleases::ourFile(const ProcessIdentity &, const QString &path) {
+    return QFileInfo(path).canonicalFilePath();
+}
+
 std::optional<AgentRelease> ProgramReleases::of(AgentKind agent, const QString &file) {
+    return file.startsWith(QLatin1Char('/')) ? ofResolved(agent, ourFile({}, file)) : std::nullopt;
+}
+
+std::optional<AgentRelease> ProgramReleases::ofResolved(AgentKind agent, const QString &file) {
     const auto program = AgentReleases::program(agent);
-    const auto identity =
-        program && file.startsWith(QLatin1Char('/')) ? identityOf(file) : std::nullopt;
+    const auto identity = program ? identityOf(file) : std::nullopt;
     if (!identity) {
         return std::nullopt;
     }
@@ -140,16 +146,19 @@ std::optional<AgentRelease> ProgramReleases::of(AgentKind agent, const QString &
         m_running.push_back({agent, process});
     }
     Running &running = m_running.back();
-    if (running.file == file || (running.missed == file && now < running.nextLook)) {
+    const bool isKnownMiss =
+        running.missed == file && std::chrono::abs(now - running.lookedAt) < missLimit;
+    if (running.file == file || isKnownMiss) {
         return running.release;
     }
-    const QString there = m_fileOf(process, file);
-    if (const auto release = of(agent, there.isEmpty() ? file : there)) {
+    const bool isAbsolute = file.startsWith(QLatin1Char('/'));
+    const QString there = isAbsolute ? m_fileOf(process, file) : QString();
+    if (const auto release = ofResolved(agent, there)) {
         running.file = file;
         running.release = release;
     } else {
         running.missed = file;
-        running.nextLook = now + missLimit;
+        running.lookedAt = now;
     }
     return running.release;
 }

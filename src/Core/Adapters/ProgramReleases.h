@@ -24,8 +24,10 @@ public:
     /// As `Processes::fileOf`.
     using FileOf = std::function<QString(const ProcessIdentity &process, const QString &path)>;
 
-    explicit ProgramReleases(FileOf fileOf = [](const auto &...) { return QString(); })
-        : m_fileOf(std::move(fileOf)) {}
+    explicit ProgramReleases(FileOf fileOf = &ourFile) : m_fileOf(std::move(fileOf)) {}
+
+    /// The file of a process that has our files.
+    static QString ourFile(const ProcessIdentity &process, const QString &path);
 
     /// The release of the agent that this file, or the script that it is a link to, belongs to.
     /// None where that doesn't tell, and for an agent of whose releases none is listed.
@@ -62,10 +64,11 @@ private:
         QString file = {}; ///< that told the release; empty while none has
         std::optional<AgentRelease> release = {};
         QString missed = {}; ///< the last file that told none
-        Date nextLook = {};  ///< at that one
+        Date lookedAt = {};  ///< that one
     };
 
     static std::optional<Identity> identityOf(const QString &file);
+    std::optional<AgentRelease> ofResolved(AgentKind agent, const QString &file);
 
     FileOf m_fileOf;
     std::map<std::pair<AgentKind, QString>, Known> m_known;

@@ -48,7 +48,7 @@ public:
         /// On the server's thread, for every hook that could wait.
         std::function<bool()> decisionsEnabled = [] { return false; };
         /// On the server's thread: as `Processes::fileOf`.
-        ProgramReleases::FileOf fileOf = [](const auto &...) { return QString(); };
+        ProgramReleases::FileOf fileOf = &ProgramReleases::ourFile;
     };
 
     /// Nothing listens yet. `main` takes the callbacks to the main thread. `timers` gives the time

@@ -8,6 +8,7 @@
 
 #include <QDirIterator>
 #include <QFile>
+#include <QFileInfo>
 #include <QSocketNotifier>
 
 #include <algorithm>
@@ -57,6 +58,14 @@ std::optional<std::uint64_t> numberSpace(std::int64_t id) {
     struct stat space {};
     const QByteArray link = QFile::encodeName(procPath(id, "ns/pid"));
     return ::stat(link.constData(), &space) == 0 ? std::optional(space.st_ino) : std::nullopt;
+}
+
+bool isSameFile(const QString &path, const QString &other) {
+    struct stat status {};
+    struct stat otherStatus {};
+    return ::stat(QFile::encodeName(path).constData(), &status) == 0 &&
+           ::stat(QFile::encodeName(other).constData(), &otherStatus) == 0 &&
+           status.st_dev == otherStatus.st_dev && status.st_ino == otherStatus.st_ino;
 }
 
 /// The number that the process has there: the last in the line, which begins with that of here.
@@ -246,10 +255,15 @@ QProcessEnvironment LinuxProcesses::environment(std::int64_t process) const {
 
 QString LinuxProcesses::fileOf(const ProcessIdentity &process, const QString &path) const {
     const auto number = numberHere(process);
-    if (!number) {
+    if (!number && numberSpace(::getpid()) != process.numberSpace) {
         return {};
     }
-    const QString root = procPath(*number, "root");
+    const QString root = procPath(number.value_or(::getpid()), "root");
+    const bool sharesMounts =
+        !number || isSameFile(procPath(*number, "ns/mnt"), procPath(::getpid(), "ns/mnt"));
+    if (sharesMounts && isSameFile(root, QStringLiteral("/"))) {
+        return QFileInfo(path).canonicalFilePath();
+    }
     const Descriptor folder(::open(QFile::encodeName(root).constData(), O_PATH | O_CLOEXEC));
     // Else an absolute link would lead to a file of our own root.
     open_how how{.flags = O_PATH | O_CLOEXEC, .mode = 0, .resolve = RESOLVE_IN_ROOT};
@@ -257,7 +271,8 @@ QString LinuxProcesses::fileOf(const ProcessIdentity &process, const QString &pa
         SYS_openat2, folder.number(), QFile::encodeName(path).constData(), &how, sizeof how)));
     const QString there =
         QFile::symLinkTarget(QStringLiteral("/proc/self/fd/%1").arg(file.number()));
-    return there.isEmpty() ? QString() : root + there;
+    // The kernel tells the path from the root of the mounts, wherever that of the process is.
+    return sharesMounts || there.isEmpty() ? there : root + there;
 }
 
 } // namespace morvane
