@@ -45,8 +45,9 @@ void QuestionStrip::setQuestion(const PendingQuestion &pending, const QString &n
         return;
     }
     const AgentQuestion &question = pending.questions[position];
-    const QString header = VisibleText::paragraph(question.header.value_or(QString()));
-    m_header->setText(header.isEmpty() ? tr("Choose") : header);
+    const QString header = question.header.value_or(QString());
+    m_header->setText(VisibleText::look(header).isEmpty() ? tr("Choose")
+                                                          : VisibleText::paragraph(header));
     m_position->setText(tr("%1 of %2").arg(position + 1).arg(pending.questions.size()));
     m_text->setText(VisibleText::paragraph(question.question));
     const bool hasInput = !pending.input.lines.isEmpty();

@@ -127,7 +127,7 @@ TEST_F(SessionRowTest, ShowsAQuestionWholeWithADigitForEachKeyThatThereIs) {
         options.append({QString::number(index) + ".", {}});
     }
     apply(EventBuilder::parked("d").with(&HookEvent::questions,
-                                         QList<AgentQuestion>{{text, {}, options, false}}));
+                                         QList<AgentQuestion>{{text, " \u00a0", options, false}}));
     row.setSession(store.sessions().value("s"), SessionRow::Detail::showsShortcuts);
     row.resize(572, 400);
     row.show();
@@ -138,6 +138,7 @@ TEST_F(SessionRowTest, ShowsAQuestionWholeWithADigitForEachKeyThatThereIs) {
         digits += label->text().size() == 1 ? label->text() : QString();
     }
     EXPECT_EQ(whole, 3);
+    EXPECT_TRUE(contents(row).contains("Choose")) << "in place of a header of blanks";
     digits.removeAll(QString());
     EXPECT_EQ(digits, QStringList({"1", "2", "3", "4", "5"}));
     EXPECT_TRUE(shownIn<OptionButton>(row).first()->text().startsWith("a⟨U+200B⟩\nword"));
