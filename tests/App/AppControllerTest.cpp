@@ -239,8 +239,9 @@ TEST_F(AppControllerTest, RemovesEverythingButWhatIsPeoplesOwnAndReports) {
     EXPECT_EQ(
         controller.removeEverything(),
         "Claude Code hooks\n• " + unknown.arg("Gemini CLI", ".gemini") +
-            " could not be read\n• ⚠︎ could not remove OpenCode hooks\n• ⚠︎ could not "
-            "remove Kimi CLI hooks: " +
+            " could not be read\n• ⚠︎ could not remove OpenCode hooks: " +
+            home.path(".config/opencode/plugins/morvane.js") +
+            " could not be removed: Is a directory\n• ⚠︎ could not remove Kimi CLI hooks: " +
             home.path(".kimi/config.toml") +
             " could not be understood\n• preferences and session history");
     EXPECT_EQ(read(".claude/settings.json"), "{}\n");

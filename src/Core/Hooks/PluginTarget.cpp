@@ -28,10 +28,12 @@ std::optional<Failure> PluginTarget::install() const {
 }
 
 std::optional<Failure> PluginTarget::uninstall() const {
-    QFile::remove(m_path);
-    if (!QFileInfo(m_path).isSymbolicLink() && !isInstalled()) {
-        m_origin.forget();
+    QFile file(m_path);
+    const bool isRemoved = file.remove();
+    if (!isRemoved && (QFileInfo(m_path).isSymbolicLink() || isInstalled())) {
+        return Failure{tr("%1 could not be removed: %2").arg(m_path, file.errorString())};
     }
+    m_origin.forget();
     return std::nullopt;
 }
 

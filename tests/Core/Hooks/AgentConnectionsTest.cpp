@@ -66,6 +66,11 @@ TEST_F(AgentConnectionsTest, ConnectsRepairsAndDisconnects) {
     EXPECT_EQ(connections.installedAgents(), QSet{opencode});
     EXPECT_FALSE(connections.hasDecidableAgent());
 
+    QFile::remove(home.path(".config/opencode/plugins/morvane.js"));
+    home.write(".config/opencode/plugins/morvane.js/in the way");
+    connections.uninstallHooks(opencode);
+    EXPECT_EQ(complaint(), "OpenCode disconnect failed:");
+
     home.makeReadOnly(".claude/settings.json");
     QStringList told;
     QObject::connect(&connections, &AgentConnections::lastErrorChanged, &connections,
