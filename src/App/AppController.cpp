@@ -392,8 +392,8 @@ QString AppController::removeEverything() {
     m_updates.discard();
     setUsageEnabled(false);
     m_usage.removeStored();
-    m_settings.removeStored();
-    report << tr("preferences and session history");
+    const QString stored = tr("preferences and session history");
+    report << (m_settings.removeStored() ? stored : tr("⚠︎ could not remove %1").arg(stored));
     m_connections.refreshStatus();
     return report.join(QStringLiteral("\n• "));
 }

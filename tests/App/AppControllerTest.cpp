@@ -235,6 +235,7 @@ TEST_F(AppControllerTest, RemovesEverythingButWhatIsPeoplesOwnAndReports) {
     // What is left where there is no connection, and what wouldn't go.
     home.write(".claude/settings.json", R"({"statusLine":{"command":"/.morvane/statusline.sh"}})");
     home.write(".config/opencode/plugins/morvane.js/in the way");
+    home.write("config/test.json/in the way");
     home.write(".kimi/config.toml", "[[hooks]]\ncommand = '/.morvane/hook.sh'\nb = \n");
     EXPECT_EQ(
         controller.removeEverything(),
@@ -243,7 +244,9 @@ TEST_F(AppControllerTest, RemovesEverythingButWhatIsPeoplesOwnAndReports) {
             home.path(".config/opencode/plugins/morvane.js") +
             " could not be removed: Is a directory\n• ⚠︎ could not remove Kimi CLI hooks: " +
             home.path(".kimi/config.toml") +
-            " could not be understood\n• preferences and session history");
+            " could not be understood\n• ⚠︎ could not remove preferences and session "
+            "history");
+    QDir(home.path("config/test.json")).removeRecursively();
     EXPECT_EQ(read(".claude/settings.json"), "{}\n");
     QDir(home.path(".config/opencode")).removeRecursively();
     connections.refreshStatus();

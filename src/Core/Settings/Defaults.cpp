@@ -40,12 +40,13 @@ void Defaults::remove(const QStringList &keys) {
     }
 }
 
-void Defaults::removeForGood(const QStringList &keys) {
+bool Defaults::removeForGood(const QStringList &keys) {
     remove(keys);
     if (m_values.isEmpty()) {
         m_file.remove();
     }
     m_isOver = true;
+    return m_file.isWithout(keys);
 }
 
 void Defaults::write(const QStringList &changed) {

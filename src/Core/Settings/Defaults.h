@@ -39,8 +39,9 @@ public:
     void remove(const QStringList &keys);
 
     /// The last that is written: what changes from then on is forgotten with this object. Where no
-    /// other key is left, the file goes, and so does what was put aside.
-    void removeForGood(const QStringList &keys);
+    /// other key is left, the file goes, and so does what was put aside. Waits for that, and yields
+    /// whether the disk has none of the keys any more.
+    [[nodiscard]] bool removeForGood(const QStringList &keys);
     bool isRemovedForGood() const { return m_isOver; }
 
     /// Waits until all changes are on the disk, as the end of this object does.

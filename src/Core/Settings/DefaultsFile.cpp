@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -51,6 +52,13 @@ void DefaultsFile::remove() {
         }
         QFile::remove(m_aside);
     });
+}
+
+bool DefaultsFile::isWithout(const QStringList &keys) {
+    flush();
+    const auto values = QFileInfo::exists(m_path) ? present() : QVariantMap();
+    return values && !QFileInfo::exists(m_aside) &&
+           std::ranges::none_of(keys, [&](const QString &key) { return values->contains(key); });
 }
 
 void DefaultsFile::replace(const QVariantMap &values) {

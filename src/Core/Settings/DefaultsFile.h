@@ -42,6 +42,9 @@ public:
     /// person's, and stays, with nothing behind it.
     void remove();
 
+    /// Waits as `flush` does. True where none of these keys can be left in it, and nothing aside.
+    bool isWithout(const QStringList &keys);
+
     /// Waits until the disk has what was last to be written.
     void flush() { m_writer.waitForDone(); }
 

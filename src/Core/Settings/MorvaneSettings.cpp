@@ -128,8 +128,8 @@ const QStringList &MorvaneSettings::allKeys() {
     return keys;
 }
 
-void MorvaneSettings::removeStored() {
-    m_defaults.removeForGood(allKeys());
+bool MorvaneSettings::removeStored() {
+    return m_defaults.removeForGood(allKeys());
 }
 
 void MorvaneSettings::migrateLegacyDefaults() {

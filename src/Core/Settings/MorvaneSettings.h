@@ -38,8 +38,8 @@ public:
     static const QStringList &allKeys();
 
     /// Removes every key from the defaults, which write nothing any more then. The properties keep
-    /// their values for this run.
-    void removeStored();
+    /// their values for this run. False where the disk still has some of it.
+    [[nodiscard]] bool removeStored();
 
     Defaults &defaults() const { return m_defaults; }
 

@@ -237,7 +237,7 @@ TEST_F(SettingsTest, RemoveEveryKeyButThoseOfOthers) {
     Defaults defaults = load();
     MorvaneSettings settings(defaults);
     settings.setAutoClearMinutes(5);
-    settings.removeStored();
+    EXPECT_TRUE(settings.removeStored());
     EXPECT_EQ(stored(defaults), (json{{"other", 1}}));
     EXPECT_EQ(settings.autoClearMinutes(), 5);
     settings.setAutoClearMinutes(6);
@@ -255,7 +255,7 @@ TEST_F(SettingsTest, LeaveNoFileWhereNothingIsOthers) {
         Defaults defaults = load();
         MorvaneSettings settings(defaults);
         settings.setSoundEnabled(false);
-        settings.removeStored();
+        EXPECT_TRUE(settings.removeStored());
         settings.setSoundEnabled(true);
         defaults.flush();
         EXPECT_EQ(QDir(home.path("defaults")).entryList(QDir::Files).size(), isLink ? 1 : 0);
