@@ -117,7 +117,7 @@ void AgentConnections::refreshStatus() {
     const auto muted = mutableAgents();
     m_notificationsSuppressed =
         !muted.empty() && std::ranges::all_of(muted, [this](const AgentAdapter *adapter) {
-            return makeInstaller(*adapter).notificationsSuppressed();
+            return health(adapter->kind()).notificationsSuppressed;
         });
     emit statusChanged();
 }

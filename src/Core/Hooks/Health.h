@@ -34,6 +34,9 @@ public:
     /// they stand in. Nothing that a repair would touch.
     bool hooksSwitchedOff = false;
 
+    /// The agent's own desktop notifications are off, be it connected or not. No fault either.
+    bool notificationsSuppressed = false;
+
     /// What is wrong, a phrase each, for a person.
     QStringList issues() const;
 

@@ -99,10 +99,6 @@ Health HookInstaller::health() const {
     return m_target->health();
 }
 
-bool HookInstaller::notificationsSuppressed() const {
-    return m_target->notificationsSuppressed();
-}
-
 std::optional<Failure> HookInstaller::setNotificationsSuppressed(bool suppressed) const {
     return m_target->setNotificationsSuppressed(suppressed);
 }

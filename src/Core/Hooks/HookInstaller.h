@@ -59,10 +59,8 @@ public:
 
     Health health() const;
 
-    /// Whether the agent's own desktop notifications are off.
-    bool notificationsSuppressed() const;
-
-    /// Nothing happens where the agent has no such setting. The value that it had isn't kept.
+    /// Turns the agent's own desktop notifications off, or on. Nothing happens where the agent has
+    /// no such setting. The value that it had isn't kept.
     [[nodiscard]] std::optional<Failure> setNotificationsSuppressed(bool suppressed) const;
 
 private:

@@ -30,7 +30,6 @@ public:
 
     // Most places have no setting for the agent's own notifications.
 
-    virtual bool notificationsSuppressed() const { return false; }
     [[nodiscard]] virtual std::optional<Failure> setNotificationsSuppressed(bool) const {
         return std::nullopt;
     }

@@ -177,14 +177,13 @@ Health JsonHookTarget::health() const {
     if (!root) {
         return {.settingsReadable = false};
     }
+    Health health{.notificationsSuppressed = isMuted(*root)};
     if (!JsonHooksEditor::isInstalled(*root, m_hooksKey)) {
-        return {};
+        return health;
     }
-    Health health{
-        .hooksPresent = true,
-        .entriesCurrent = !JsonHooksEditor::hasStaleEntries(*root, m_hooksKey, m_plan),
-        .scriptExecutable = ForwarderScripts::isHookScriptExecutable(),
-    };
+    health.hooksPresent = true;
+    health.entriesCurrent = !JsonHooksEditor::hasStaleEntries(*root, m_hooksKey, m_plan);
+    health.scriptExecutable = ForwarderScripts::isHookScriptExecutable();
     if (const auto feed = m_adapter.statusLineFeed()) {
         health.statusLine =
             StatusLineEntry::health(*root, *feed, ForwarderScripts::isStatusLineScriptExecutable());
@@ -222,10 +221,9 @@ bool JsonHookTarget::awaitsReview() const {
            QFileInfo(*reviews).lastModified() < lastChange();
 }
 
-bool JsonHookTarget::notificationsSuppressed() const {
+bool JsonHookTarget::isMuted(const json &root) const {
     const auto mute = m_adapter.notificationMute();
-    const auto root = mute ? m_settings.read() : std::nullopt;
-    return root && root->value(mute->key.toStdString(), json()) == mute->value.toStdString();
+    return mute && root.value(mute->key.toStdString(), json()) == mute->value.toStdString();
 }
 
 /// Nothing happens where the agent has no such setting.

@@ -28,7 +28,6 @@ public:
     std::optional<Failure> removeTraces() const override;
     bool hasStaleEntries() const override;
     Health health() const override;
-    bool notificationsSuppressed() const override;
     std::optional<Failure> setNotificationsSuppressed(bool suppressed) const override;
 
 private:
@@ -38,6 +37,7 @@ private:
     bool hasTracesIn(const nlohmann::json &root) const;
     bool isStale(const nlohmann::json &root) const;
     bool areHooksOff(const nlohmann::json &root) const;
+    bool isMuted(const nlohmann::json &root) const;
     bool awaitsReview() const;
     void noteChange() const;
     QDateTime lastChange() const;

@@ -382,7 +382,7 @@ TEST_F(SettingsReturnTest, TakesTheSwitchForNotificationsForItsOwn) {
     connect(claude);
     mute(true);
     disconnect(claude); // is no reason to be noisy again
-    EXPECT_TRUE(installer(claude).notificationsSuppressed());
+    EXPECT_TRUE(installer(claude).health().notificationsSuppressed);
     EXPECT_EQ(original(claude), before);
     mute(false);
     EXPECT_EQ(text(claude), before);
