@@ -1,12 +1,13 @@
 #pragma once
 
+#include "Platform/Processes.h"
 #include "Platform/Time.h"
 
 #include <QList>
 #include <QString>
 
-#include <cstdint>
 #include <functional>
+#include <optional>
 
 namespace morvane {
 
@@ -18,9 +19,9 @@ struct HostWindow {
 
 /// A terminal, and what tells it from another whose device is called the same.
 struct TerminalDevice {
-    QString path;             ///< such as "/dev/pts/3"
-    Date knownAt;             ///< one that was opened later isn't meant
-    std::int64_t process = 0; ///< which runs in it, maybe in a container; 0 where none is known
+    QString path;                                ///< such as "/dev/pts/3"
+    Date knownAt;                                ///< one that was opened later isn't meant
+    std::optional<ProcessIdentity> process = {}; ///< which runs in it, maybe in a container
 };
 
 /// Programs that host sessions, and their windows: what it takes to go there. Best effort: what

@@ -63,6 +63,10 @@ public:
     /// Reads small files of the kernel's; safe from any thread.
     virtual std::optional<std::int64_t> terminalOpener(const ProcessIdentity &process) const = 0;
 
+    /// None for a process that isn't there, or where the machine doesn't tell. Reads small files of
+    /// the kernel's; safe from any thread.
+    virtual std::optional<ProcessIdentity> identityOf(std::int64_t id) const = 0;
+
     /// What the process of this number was started with; empty where the machine doesn't tell.
     /// Reads a file of the kernel's, 256 KiB at most; safe from any thread.
     virtual QProcessEnvironment environment(std::int64_t process) const = 0;
@@ -88,6 +92,7 @@ public:
     std::optional<std::int64_t> terminalOpener(const ProcessIdentity &) const override {
         return std::nullopt;
     }
+    std::optional<ProcessIdentity> identityOf(std::int64_t) const override { return std::nullopt; }
     QProcessEnvironment environment(std::int64_t) const override { return {}; }
     QString fileOf(const ProcessIdentity &, const QString &) const override { return {}; }
 };

@@ -137,7 +137,7 @@ TEST_F(TmuxTest, WhatRunsInATerminalWithinThePaneIsFoundAndOfferedNoReply) {
                             m_folder.path("id") + "; exec cat' /dev/null");
     EXPECT_TRUE(becomesTrue([&] { return m_folder.read("id").endsWith('\n'); }));
     const auto canReply = [&] {
-        session.process = LinuxProcesses::identityOf(m_folder.read("id").trimmed().toLongLong());
+        session.process = processes.identityOf(m_folder.read("id").trimmed().toLongLong());
         EXPECT_TRUE(session.process);
         return HostApp::canBeTypedInto(session, NoApplications(), processes);
     };
@@ -206,7 +206,7 @@ TEST_F(TmuxTest, RepliesGoToNobodyButTheAgent) {
                             m_folder.path("typed") + "'; exec sh");
     session.ttyName = ttyOf(session.pane);
     EXPECT_TRUE(becomesTrue([&] { return QFile::exists(m_folder.path("typed")); }));
-    session.process = LinuxProcesses::identityOf(m_folder.read("id").trimmed().toLongLong());
+    session.process = processes.identityOf(m_folder.read("id").trimmed().toLongLong());
     ASSERT_TRUE(session.process);
     ManualScheduler pauses;
     TerminalReply reply(tools, scripting, processes, pauses);

@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/EventLoopScheduler.h"
 #include "Platform/Linux/ProcessStatus.h"
+#include "Platform/Linux/TerminalProcesses.h"
 #include "Support/ManualPool.h"
 #include "Support/Printing.h"
 #include "Support/WaitUntil.h"
@@ -41,7 +42,7 @@ protected:
 };
 
 TEST_F(LinuxProcessesTest, TellsOfTheEndOfExactlyThatProcess) {
-    const auto self = LinuxProcesses::identityOf(sleeper.processId());
+    const auto self = processes.identityOf(sleeper.processId());
     ASSERT_TRUE(self);
     ProcessIdentity earlier = *self;
     --earlier.startedAt;
@@ -98,7 +99,7 @@ protected:
         const QString self = QString::number(sandbox.processId());
         QFile children(QString("/proc/%1/task/%1/children").arg(self));
         number = children.open(QIODevice::ReadOnly) ? children.readAll().trimmed().toInt() : 0;
-        const auto here = LinuxProcesses::identityOf(number);
+        const auto here = processes.identityOf(number);
         agent = here.value_or(ProcessIdentity{});
         agent.id = 1; // as the agent itself tells it
         return here && !processes.fileOf(agent, files.filePath("files/it")).isEmpty();
@@ -168,10 +169,28 @@ TEST_F(LinuxProcessesTest, FindsFilesOfOurOwnMountsByTheirPlainPath) {
     }
 }
 
+TEST_F(SandboxTest, HasNoTerminalOfOursUnlessItsAgentCanBeSeen) {
+    QProcess terminal;
+    terminal.start("script", {"-qfc", "tty; exec sleep 600", "/dev/null"});
+    EXPECT_TRUE(becomesTrue([&] { return terminal.canReadLine(); }));
+    const QString tty = QString::fromUtf8(terminal.readLine()).trimmed();
+    ProcessIdentity unseen = agent;
+    unseen.id = sleeper.processId();
+    auto ended = processes.identityOf(sleeper.processId());
+    ASSERT_TRUE(ended);
+    --ended->startedAt;
+    EXPECT_FALSE(TerminalProcesses::of(tty).ancestors.isEmpty());
+    EXPECT_FALSE(TerminalProcesses::of(tty, agent).ancestors.isEmpty());
+    EXPECT_FALSE(TerminalProcesses::of(tty, ended).ancestors.isEmpty());
+    EXPECT_TRUE(TerminalProcesses::of(tty, unseen).ancestors.isEmpty());
+    terminal.kill();
+    terminal.waitForFinished();
+}
+
 TEST_F(LinuxProcessesTest, TellsWhatItWasStartedWithAndThatItIsStopped) {
     const std::int64_t id = sleeper.processId();
     EXPECT_EQ(processes.environment(id).value("PATH"), qEnvironmentVariable("PATH"));
-    const auto self = LinuxProcesses::identityOf(id);
+    const auto self = processes.identityOf(id);
     ASSERT_TRUE(self);
     ProcessIdentity earlier = *self;
     --earlier.startedAt;

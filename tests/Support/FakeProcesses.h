@@ -34,6 +34,10 @@ public:
                                             : std::nullopt;
     }
 
+    std::optional<ProcessIdentity> identityOf(std::int64_t id) const override {
+        return ProcessIdentity{id};
+    }
+
     QProcessEnvironment environment(std::int64_t process) const override {
         return environments.value(process);
     }

@@ -6,7 +6,6 @@
 #include "Core/Sessions/Session.h"
 #include "Forwarder/Terminal.h"
 #include "Platform/HostWindows.h"
-#include "Platform/Processes.h"
 #include "Platform/Scripting.h"
 
 #include <QByteArrayList>
@@ -118,7 +117,7 @@ Destination around(const PaneFocus::Client &client, const QString &projectName,
             pane,
             client.tty,
             Date::max(),
-            client.process};
+            processes.identityOf(client.process)};
 }
 
 /// Inside tmux the terminal is the one of the client that shows the pane.
@@ -135,10 +134,9 @@ void goToPane(const Destination &destination, const Means &means) {
 } // namespace
 
 Destination Destination::of(const Session &session) {
-    return {session.itermSessionID, session.termProgram,
-            session.hostBundleID,   Session::nameOf(session.cwd),
-            session.pane,           session.ttyName,
-            session.lastEventAt,    session.process ? session.process->id : 0};
+    return {session.itermSessionID,       session.termProgram, session.hostBundleID,
+            Session::nameOf(session.cwd), session.pane,        session.ttyName,
+            session.lastEventAt,          session.process};
 }
 
 Destination Destination::of(const CompletedRecord &record) {

@@ -1,19 +1,18 @@
 #pragma once
 
 #include "Core/Agents/PaneLocator.h"
+#include "Platform/Processes.h"
 #include "Platform/Time.h"
 
 #include <QList>
 #include <QString>
 #include <QStringList>
 
-#include <cstdint>
 #include <optional>
 #include <variant>
 
 namespace morvane {
 class HostWindows;
-class Processes;
 class Scripting;
 class Tools;
 struct CompletedRecord;
@@ -36,8 +35,8 @@ struct Destination {
     QString projectName; ///< never empty
     PaneLocator pane;
     std::optional<QString> ttyName;
-    Date toldAt;              ///< a terminal that was opened later has but the same name
-    std::int64_t process = 0; ///< which runs in the terminal; 0 where none is known
+    Date toldAt; ///< a terminal that was opened later has but the same name
+    std::optional<ProcessIdentity> process = {}; ///< which runs in the terminal
 
     static Destination of(const Session &session);
     static Destination of(const CompletedRecord &record);

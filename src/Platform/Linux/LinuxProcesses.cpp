@@ -76,18 +76,6 @@ std::int64_t innermostNumber(std::int64_t id) {
     return line.mid(line.lastIndexOf('\t') + 1).toLongLong();
 }
 
-/// The number that the process has in our own space; none where it can't be seen.
-std::optional<std::int64_t> numberHere(const ProcessIdentity &process) {
-    const auto isIt = [&](std::int64_t id) {
-        return numberSpace(id) == process.numberSpace && innermostNumber(id) == process.id;
-    };
-    const std::vector<std::int64_t> numbers =
-        numberSpace(::getpid()) == process.numberSpace ? std::vector{process.id} : allNumbers();
-    const auto found = std::ranges::find_if(numbers, isIt);
-    const auto status = found != numbers.end() ? ProcessStatus::of(*found) : std::nullopt;
-    return status && status->startedAt == process.startedAt ? std::optional(*found) : std::nullopt;
-}
-
 /// Waits for a pidfd, which becomes readable when its process has ended.
 class Watch {
 public:
@@ -139,7 +127,22 @@ bool runs(const QByteArray &commandLine, const QByteArray &program) {
 
 } // namespace
 
-std::optional<ProcessIdentity> LinuxProcesses::identityOf(std::int64_t id) {
+bool LinuxProcesses::isNumberedHere(const ProcessIdentity &process) {
+    return numberSpace(::getpid()) == process.numberSpace;
+}
+
+std::optional<std::int64_t> LinuxProcesses::numberHere(const ProcessIdentity &process) {
+    const auto isIt = [&](std::int64_t id) {
+        return numberSpace(id) == process.numberSpace && innermostNumber(id) == process.id;
+    };
+    const std::vector<std::int64_t> numbers =
+        isNumberedHere(process) ? std::vector{process.id} : allNumbers();
+    const auto found = std::ranges::find_if(numbers, isIt);
+    const auto status = found != numbers.end() ? ProcessStatus::of(*found) : std::nullopt;
+    return status && status->startedAt == process.startedAt ? std::optional(*found) : std::nullopt;
+}
+
+std::optional<ProcessIdentity> LinuxProcesses::identityOf(std::int64_t id) const {
     const auto status = ProcessStatus::of(id);
     const auto space = numberSpace(id);
     return status && space ? std::optional(ProcessIdentity{id, status->startedAt, *space})

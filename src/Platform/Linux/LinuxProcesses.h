@@ -21,11 +21,16 @@ public:
     std::optional<std::int64_t> listenerAt(const QString &socket) const override;
     std::optional<bool> hearsKeys(const ProcessIdentity &process) const override;
     std::optional<std::int64_t> terminalOpener(const ProcessIdentity &process) const override;
+    std::optional<ProcessIdentity> identityOf(std::int64_t id) const override;
     QProcessEnvironment environment(std::int64_t process) const override;
     QString fileOf(const ProcessIdentity &process, const QString &path) const override;
 
-    /// None for a process that isn't there.
-    static std::optional<ProcessIdentity> identityOf(std::int64_t id);
+    /// Whether the process has its number in our own space, not in a sandbox's.
+    static bool isNumberedHere(const ProcessIdentity &process);
+
+    /// The number that the process has in our own space; none where it can't be seen, or has ended.
+    /// Looks at every process where that one isn't numbered here; safe from any thread.
+    static std::optional<std::int64_t> numberHere(const ProcessIdentity &process);
 
 private:
     Task whenFoundHasEnded(const ProcessIdentity &process, std::function<void()> ended);

@@ -1,5 +1,6 @@
 #include "Platform/Linux/TerminalProcesses.h"
 
+#include "Platform/Linux/LinuxProcesses.h"
 #include "Platform/Linux/ProcessStatus.h"
 
 #include <QDir>
@@ -90,13 +91,18 @@ QString TerminalProcesses::variable(const QByteArray &name) const {
 }
 
 /// Only below /dev: elsewhere a path that somebody has made up may lead to a disk that hangs.
-TerminalProcesses TerminalProcesses::of(const QString &tty, qint64 resident) {
+TerminalProcesses TerminalProcesses::of(const QString &tty,
+                                        const std::optional<ProcessIdentity> &resident) {
     struct stat info {};
     if (!tty.startsWith(QLatin1String("/dev/")) || tty.contains(QLatin1String("/../")) ||
         ::stat(QFile::encodeName(tty).constData(), &info) != 0 || !S_ISCHR(info.st_mode)) {
         return {};
     }
-    TerminalProcesses result = of(info, QStringLiteral("/proc"), resident);
+    const auto number = resident ? LinuxProcesses::numberHere(*resident) : std::nullopt;
+    if (resident && !number && !LinuxProcesses::isNumberedHere(*resident)) {
+        return {}; // what can't be seen may have terminals of its own
+    }
+    TerminalProcesses result = of(info, QStringLiteral("/proc"), number.value_or(0));
     result.openedAt = std::min(result.openedAt, Date(std::chrono::seconds(info.st_ctim.tv_sec)));
     return result;
 }

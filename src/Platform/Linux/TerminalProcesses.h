@@ -1,10 +1,13 @@
 #pragma once
 
+#include "Platform/Processes.h"
 #include "Platform/Time.h"
 
 #include <QByteArray>
 #include <QList>
 #include <QString>
+
+#include <optional>
 
 struct stat;
 
@@ -35,10 +38,12 @@ struct TerminalProcesses {
 
     /// Of a terminal such as "/dev/pts/3"; empty for what is none, or is nobody's, and where
     /// `resident`, a process that runs in the terminal which is meant, has a container's of the
-    /// same name. Reads many small files; safe from any thread.
-    static TerminalProcesses of(const QString &tty, qint64 resident = 0);
+    /// same name, or runs where it can't be seen. Reads many small files; safe from any thread.
+    static TerminalProcesses of(const QString &tty,
+                                const std::optional<ProcessIdentity> &resident = {});
 
-    /// The same for the device, as a folder like /proc shows the processes.
+    /// The same for the device, as a folder like /proc shows the processes, with the number that
+    /// the resident has there; 0 where none is known.
     static TerminalProcesses of(const struct stat &device, const QString &folder,
                                 qint64 resident = 0);
 };
