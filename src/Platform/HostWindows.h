@@ -40,8 +40,9 @@ public:
     /// What has become of a terminal that was to be shown.
     enum class Showing {
         shown,
-        unknown,   ///< nobody tells which window has it
-        elsewhere, ///< its login came over the network, so no window here has it
+        amongSeveral, ///< a program has it that has windows here, and nobody tells which of them
+        unknown,      ///< nobody tells what has it
+        elsewhere,    ///< its login came over the network, so no window here has it
     };
     using Shown = std::function<void(Showing)>;
 

@@ -22,6 +22,8 @@ namespace {
 /// What is to be done next, or where something can't be done.
 using Then = std::function<void()>;
 
+using Showing = HostWindows::Showing;
+
 void launchOrRaise(const Destination &destination, HostWindows &windows) {
     const QString bundleID = HostApp::bundleID(destination.hostBundleID, destination.termProgram);
     const QString project = destination.projectName;
@@ -34,20 +36,23 @@ void launchOrRaise(const Destination &destination, HostWindows &windows) {
     });
 }
 
+void showTerminal(const Destination &destination, HostWindows &windows,
+                  const HostWindows::Shown &shown) {
+    if (const QString tty = destination.ttyName.value_or(QString()); !tty.isEmpty()) {
+        windows.showTerminal({tty, destination.toldAt, destination.process}, shown);
+    } else {
+        shown(Showing::unknown);
+    }
+}
+
 /// A terminal that knows which of its windows is meant needs no guess by the titles, and where no
 /// window here can have it each guess would be wrong.
 void bringForward(const Destination &destination, HostWindows &windows, const Then &otherwise) {
-    const QString tty = destination.ttyName.value_or(QString());
-    if (tty.isEmpty()) {
-        otherwise();
-        return;
-    }
-    windows.showTerminal({tty, destination.toldAt, destination.process},
-                         [otherwise](HostWindows::Showing showing) {
-                             if (showing == HostWindows::Showing::unknown) {
-                                 otherwise();
-                             }
-                         });
+    showTerminal(destination, windows, [otherwise](Showing showing) {
+        if (showing == Showing::unknown || showing == Showing::amongSeveral) {
+            otherwise();
+        }
+    });
 }
 
 void perform(const ITermSession &session, const Destination &, const Means &means,
@@ -77,6 +82,10 @@ void arrive(const Destination &destination, const Means &means, const Then &othe
     };
     std::visit([&](const auto &step) { perform(step, destination, means, bring); },
                firstStep(destination));
+}
+
+void arriveOrGuess(const Destination &destination, const Means &means) {
+    arrive(destination, means, [=] { launchOrRaise(destination, means.windows); });
 }
 
 /// A pane's own device is no window's.
@@ -126,9 +135,23 @@ void goToPane(const Destination &destination, const Means &means) {
         const Destination terminal = client
                                          ? around(*client, destination.projectName, means.processes)
                                          : withoutDevice(destination);
-        arrive(terminal, means, [=] { launchOrRaise(terminal, means.windows); });
+        arriveOrGuess(terminal, means);
     };
     PaneFocus::focusMultiplexer(destination.pane, means.tools, goOn);
+}
+
+/// A terminal that was started from the pane has a window of its own. Without one it lies within
+/// the pane, as an editor's or another multiplexer's does, and what it says of a terminal's pane is
+/// left from whoever started the server. So the window is asked for before such a pane is selected,
+/// and once more after that, which may have brought another one forward.
+void goToWindowOrPane(const Destination &destination, const Means &means) {
+    showTerminal(destination, means.windows, [=](Showing showing) {
+        if (showing == Showing::unknown) {
+            goToPane(destination, means);
+        } else if (showing != Showing::elsewhere) {
+            arriveOrGuess(destination, means);
+        }
+    });
 }
 
 } // namespace
@@ -231,22 +254,19 @@ end tell)")
         .arg(tty);
 }
 
-/// A terminal that was started from the pane has a window of its own. Without one it lies within
-/// the pane, as an editor's or another multiplexer's does.
 void jump(const Destination &destination, const Means &means) {
     if (!PaneFocus::hasTmuxPane(destination.pane, means.processes)) {
-        const Destination known = destination.pane.tmux ? withoutDevice(destination) : destination;
-        arrive(known, means, [=] { launchOrRaise(known, means.windows); });
+        arriveOrGuess(destination.pane.tmux ? withoutDevice(destination) : destination, means);
         return;
     }
     PaneFocus::look(destination.pane, means.tools,
                     [destination, means](const QString &tty, auto &) {
-                        const Then go = [=] { goToPane(destination, means); };
-                        const Then guess = [=] { launchOrRaise(destination, means.windows); };
                         if (!destination.ttyName || tty == destination.ttyName) {
-                            go();
+                            goToPane(destination, means);
+                        } else if (tty.isEmpty()) {
+                            arriveOrGuess(destination, means);
                         } else {
-                            arrive(destination, means, tty.isEmpty() ? guess : go);
+                            goToWindowOrPane(destination, means);
                         }
                     });
 }

@@ -188,17 +188,33 @@ TEST_F(JumpServiceTest, PassesOverATmuxPaneThatIsOfAnotherTerminalUnlessThatLies
         EXPECT_EQ(tools.running(), 0u);
         EXPECT_EQ(windows.deeds, QStringList({"show /dev/pts/5", "launch net.kovidgoyal.kitty"}));
     }
+    // Within the pane it has the terminal's pane from whoever started the server.
+    destination.pane.kitty = QStringLiteral("1");
+    home.writeProgram(".local/bin/kitty");
     jumped();
     tools.finish(QByteArray("/dev/pts/4 nvim\n"));
     EXPECT_EQ(windows.deeds, QStringList{"show /dev/pts/5"});
     EXPECT_EQ(tools.lines().last(), "tmux select-window -t %3");
-    tools.finish(std::nullopt);
-    tools.finish(std::nullopt);
-    windows.terminals << QStringLiteral("/dev/pts/5");
-    jumped();
-    tools.finish(QByteArray("/dev/pts/4 bash\n"));
-    EXPECT_EQ(windows.deeds, QStringList{"show /dev/pts/5"});
+    EXPECT_FALSE(tools.lines().contains("kitty @ focus-window --match id:1"));
+    while (tools.running() > 0) {
+        tools.finish(std::nullopt);
+    }
+
+    const auto jumpedFromBash = [this] {
+        jumped();
+        tools.finish(QByteArray("/dev/pts/4 bash\n"));
+        return windows.deeds.sliced(1);
+    };
+    const QString show = "show /dev/pts/5";
+    windows.otherwise = HostWindows::Showing::elsewhere;
+    EXPECT_EQ(jumpedFromBash(), QStringList());
     EXPECT_EQ(tools.running(), 0u);
+    windows.otherwise = HostWindows::Showing::amongSeveral;
+    EXPECT_EQ(jumpedFromBash(), QStringList({show, "launch net.kovidgoyal.kitty"}));
+    tools.finish(QByteArray());
+    windows.terminals << QStringLiteral("/dev/pts/5");
+    EXPECT_EQ(jumpedFromBash(), QStringList{show});
+    EXPECT_EQ(tools.lines().last(), "kitty @ focus-window --match id:1");
 }
 
 TEST_F(JumpServiceTest, LetsAScriptSelectWhatOnlyAScriptCan) {

@@ -128,9 +128,10 @@ void DesktopHostWindows::showWindow(const TerminalProcesses &processes,
         }
         if (!id.isEmpty() || tab.isShown) {
             shown(Showing::shown);
+        } else if (!around.isEmpty()) {
+            shown(Showing::amongSeveral);
         } else {
-            const bool isRemote = around.isEmpty() && isRemoteLogin(processes);
-            shown(isRemote ? Showing::elsewhere : Showing::unknown);
+            shown(isRemoteLogin(processes) ? Showing::elsewhere : Showing::unknown);
         }
     });
 }
