@@ -35,11 +35,13 @@ QByteArray contentOf(int descriptor) {
 }
 
 /// Since each start of the system has an id of its own, which no copy of a machine shares. What
-/// can't be written down must not be another one's.
+/// can't be written down must not be another one's; what is must be seen from other machines, from
+/// which a network's file system may keep it for a while. Written once for each start.
 void signLock(int descriptor) {
     const QByteArray id = QSysInfo::bootUniqueId();
     if (contentOf(descriptor) != id && ::ftruncate(descriptor, 0) == 0) {
         std::ignore = ::pwrite(descriptor, id.constData(), static_cast<size_t>(id.size()), 0);
+        std::ignore = ::fdatasync(descriptor);
     }
 }
 

@@ -6,8 +6,11 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <future>
 #include <memory>
+#include <sys/inotify.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace morvane {
 namespace {
@@ -124,6 +127,26 @@ TEST_F(SingleInstanceTest, RunsBesideOneOnAnotherMachineThatHasTheFolderToo) {
     SingleInstance second(home.path("config"), Screen::reached);
     EXPECT_EQ(second.claim(noPatience), Outcome::isFirst);
     EXPECT_NE(claim(), Outcome::isFirst);
+}
+
+/// A first signs its lock a moment after it has taken it.
+TEST_F(SingleInstanceTest, LooksAgainAtAnotherSignature) {
+    const QString lock = lockFile();
+    const QString name = "config/" + QFileInfo(lock).fileName();
+    const QByteArray signature = home.read(name);
+    KernelLock first;
+    ASSERT_EQ(first.take(lock), KernelLock::Outcome::taken);
+    // As often as it takes on a machine so slow that the second look comes first.
+    EXPECT_TRUE(waitUntil([&] {
+        home.write(name, "an earlier one");
+        const Descriptor looks(::inotify_init1(IN_CLOEXEC));
+        ::inotify_add_watch(looks.number(), QFile::encodeName(lock).constData(), IN_ACCESS);
+        auto second = std::async(std::launch::async, [&] { return claim(); });
+        inotify_event look{};
+        EXPECT_EQ(::read(looks.number(), &look, sizeof look), sizeof look);
+        home.write(name, signature);
+        return second.get() == Outcome::firstIsSilent;
+    }));
 }
 
 TEST_F(SingleInstanceTest, NothingThatLiesInThePlaceOfItsFilesKeepsItFromStarting) {

@@ -107,7 +107,13 @@ SingleInstance::Outcome SingleInstance::claim(Seconds patience) {
 KernelLock::Outcome SingleInstance::takeLock() {
     auto result = KernelLock::Outcome::impossible;
     for (const QString &folder : QStringList{m_configFolder} + m_runtimeFolders) {
-        result = m_lock.take(folder + m_name + QLatin1String(".lock"));
+        const QString file = folder + m_name + QLatin1String(".lock");
+        result = m_lock.take(file);
+        if (result == KernelLock::Outcome::heldElsewhere) {
+            // Or here, and not signed yet since the machine was started.
+            QThread::msleep(retryDelay);
+            result = m_lock.take(file);
+        }
         if (result != KernelLock::Outcome::impossible &&
             result != KernelLock::Outcome::heldElsewhere) {
             break;
