@@ -2,6 +2,7 @@
 
 #include "Core/Ground/VisibleText.h"
 #include "Core/Shell/BuildInfo.h"
+#include "Platform/Linux/Desktop/AutostartEntry.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -23,13 +24,14 @@ QString version() {
 QString help() {
     return QCoreApplication::translate(
         "CommandLine",
-        "Usage: morvane [--help | --version]\n"
+        "Usage: morvane [--help | --version | --at-login]\n"
         "\n"
         "Shows at the top of the screen what your command-line coding agents do, and lets\n"
         "you answer them there. Started while it runs, it opens its settings.\n"
         "\n"
         "  --help     print this, and end\n"
-        "  --version  print which Morvane this is, and end");
+        "  --version  print which Morvane this is, and end\n"
+        "  --at-login start as at a login, where nobody waits for it");
 }
 
 bool print(std::FILE *stream, const QString &text) {
@@ -40,7 +42,7 @@ bool print(std::FILE *stream, const QString &text) {
 } // namespace
 
 std::optional<int> answer(int argc, const char *const *argv) {
-    if (argc < 2) {
+    if (argc < 2 || (argc == 2 && argv[1] == AutostartEntry::option)) {
         return std::nullopt;
     }
     for (int i = 1; i < argc; ++i) {

@@ -6,6 +6,7 @@
 #include "Core/Settings/Defaults.h"
 #include "Core/Settings/MorvaneSettings.h"
 #include "Platform/Linux/DescriptorLimit.h"
+#include "Platform/Linux/Desktop/AutostartEntry.h"
 #include "Platform/Linux/Desktop/SingleInstance.h"
 #include "Platform/Linux/SharedHeap.h"
 #include "Platform/Linux/TerminationSignals.h"
@@ -78,10 +79,11 @@ void say(const QString &what) {
     QTextStream(stderr) << what << Qt::endl;
 }
 
-/// Somebody waits for the program to appear, in a terminal or before a screen.
+/// Somebody waits for the program to appear, in a terminal or before a screen, but not at a login.
 int giveUp(const QString &why) {
     say(why);
-    if (qobject_cast<QApplication *>(QCoreApplication::instance()) != nullptr) {
+    const bool isAwaited = !QCoreApplication::arguments().contains(AutostartEntry::option);
+    if (isAwaited && qobject_cast<QApplication *>(QCoreApplication::instance()) != nullptr) {
         QMessageBox(QMessageBox::Warning, QStringLiteral("Morvane"), why).exec();
     }
     return EXIT_FAILURE;

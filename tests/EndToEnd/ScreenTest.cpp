@@ -210,6 +210,16 @@ TEST_F(ScreenTest, TakesThePlaceOfOneThatHasNoScreen) {
     EXPECT_TRUE(home.read(".config/morvane/io.morvane.morvane.json").contains("completedHistory"));
 }
 
+/// As in a second session of the same person, by another name of the display.
+TEST_F(ScreenTest, DisturbsNobodyAtALoginOnAnotherDisplay) {
+    QProcessEnvironment other = display->environment();
+    other.insert("DISPLAY", "unix" + other.value("DISPLAY"));
+    ChildProcess second({MORVANE, "--at-login"}, other);
+    EXPECT_EQ(second.wait(), 1);
+    ChildProcess third({MORVANE}, other);
+    EXPECT_TRUE(waitUntil([this] { return display->focusedTitle() == "Morvane"; }));
+}
+
 TEST_F(ScreenTest, ARightClickOpensTheMenuAndTheTerminalKeepsTheFocus) {
     home.write(".claude/settings.json", "{}");
     const auto hasMenu = [this] { return find("menu item", "Quit Morvane").has_value(); };

@@ -23,7 +23,8 @@ TEST_F(AutostartEntryTest, IsThereAsLongAsItIsWanted) {
     ASSERT_EQ(entry.registerItem(), std::nullopt);
     EXPECT_TRUE(entry.isEnabled());
     EXPECT_EQ(DesktopEntry::value(home.path(file), QLatin1String("Type")), "Application");
-    EXPECT_EQ(DesktopEntry::value(home.path(file), QLatin1String("Exec")), '"' + program + '"');
+    EXPECT_EQ(DesktopEntry::value(home.path(file), QLatin1String("Exec")),
+              '"' + program + "\" --at-login");
     QFile::rename(program, home.path("moved"));
     EXPECT_FALSE(entry.isEnabled());
     ASSERT_EQ(entry.unregisterItem(), std::nullopt);

@@ -56,7 +56,7 @@ std::optional<Failure> AutostartEntry::registerItem() {
                "Type=Application\n"
                "Name=Morvane\n"
                "Exec=" +
-               DesktopEntry::execValue(m_program) +
+               DesktopEntry::execValue(m_program) + ' ' + option.latin1() +
                "\n"
                "StartupNotify=false\n");
     // The commit alone overlooks a failure to write what is buffered.

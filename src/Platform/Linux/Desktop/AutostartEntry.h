@@ -3,6 +3,7 @@
 #include "Platform/LoginItem.h"
 
 #include <QCoreApplication>
+#include <QLatin1String>
 
 namespace morvane {
 
@@ -12,6 +13,9 @@ class AutostartEntry : public LoginItem {
     Q_DECLARE_TR_FUNCTIONS(AutostartEntry)
 
 public:
+    /// What the entry says to the program, which has nobody waiting for it at a login.
+    static constexpr QLatin1String option{"--at-login"};
+
     /// The program is what is to be started: an absolute path.
     explicit AutostartEntry(QString program);
 
