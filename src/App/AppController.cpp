@@ -153,7 +153,7 @@ void AppController::startServer() {
     }
     if (failure) {
         m_server.reset();
-        m_connections.setLastError(tr("Event server failed to start: %1").arg(failure->message));
+        m_connections.setLastingError(tr("Event server failed to start: %1").arg(failure->message));
     }
 }
 

@@ -166,7 +166,7 @@ QAction *StatusMenu::makeItem(const AgentAdapter &adapter) {
 /// The reason stands at the end of a failure, and what failed at its beginning. Nothing is measured
 /// where there is none: Qt's text engine takes a quarter of a megabyte.
 void StatusMenu::showFailure() {
-    const QString text = m_connections.lastError().value_or(QString());
+    const QString text = m_connections.notice().value_or(QString());
     if (!text.isEmpty()) {
         const QFontMetrics metrics(m_agents->font());
         m_failure->setText(

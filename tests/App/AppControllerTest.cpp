@@ -94,6 +94,10 @@ TEST_F(AppControllerTest, GoesOnWithoutAServerAndSaysWhy) {
     EXPECT_EQ(connections.lastError(), "Event server failed to start: Address already in use");
     EXPECT_EQ(settings.port(), first);
     EXPECT_EQ(read(".morvane/hook.sh"), "");
+    // Which stays true, whatever else succeeds.
+    connections.installHooks(claude);
+    EXPECT_EQ(connections.lastError(), std::nullopt);
+    EXPECT_EQ(connections.notice(), "Event server failed to start: Address already in use");
 
     store.apply(EventBuilder(CanonicalEvent::promptSubmit));
     EXPECT_EQ(store.sessions().size(), 1);

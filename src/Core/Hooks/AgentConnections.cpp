@@ -76,6 +76,15 @@ void AgentConnections::setLastError(const std::optional<QString> &error) {
     emit lastErrorChanged();
 }
 
+void AgentConnections::setLastingError(const QString &error) {
+    m_lastingError = error;
+    setLastError(error);
+}
+
+const std::optional<QString> &AgentConnections::notice() const {
+    return m_lastError ? m_lastError : m_lastingError;
+}
+
 /// That no release can be read says nothing of what is installed: a program that was started at
 /// login may not have the PATH of a shell. So the form that our entries have stays.
 const AgentAdapter &AgentConnections::installedForm(AgentKind kind) const {

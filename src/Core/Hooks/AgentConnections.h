@@ -33,6 +33,12 @@ public:
     const std::optional<QString> &lastError() const { return m_lastError; }
     void setLastError(const std::optional<QString> &error);
 
+    /// The last error, and one that nothing mends before the next start.
+    void setLastingError(const QString &error);
+
+    /// What there is to tell a person: the last failure, or else one that lasts.
+    const std::optional<QString> &notice() const;
+
     // As of `refreshStatus`.
 
     const QSet<AgentKind> &installedAgents() const { return m_installedAgents; }
@@ -87,6 +93,7 @@ public:
     QStringList removeAll();
 
 signals:
+    /// Or the notice.
     void lastErrorChanged();
     void statusChanged();
 
@@ -111,6 +118,7 @@ private:
     MorvaneSettings &m_settings;
     Scheduler &m_scheduler;
     std::optional<QString> m_lastError;
+    std::optional<QString> m_lastingError;
     QSet<AgentKind> m_installedAgents;
     bool m_notificationsSuppressed = false;
     std::vector<AgentKind> m_statusLineBlockedAgents;

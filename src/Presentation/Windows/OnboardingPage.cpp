@@ -220,7 +220,7 @@ void OnboardingPage::addAgents(const std::function<Agents()> &listed, const QStr
         const Agents agents = listed();
         list->show(agents);
         none->setVisible(agents.empty());
-        const auto failure = connections.lastError();
+        const auto failure = connections.notice();
         foot->setText(failure.value_or(footnote));
         foot->setColor(failure ? Colors::warning : Colors::secondaryText);
     });

@@ -114,7 +114,7 @@ void SettingsView::look() {
     for (FormSection *section : m_sections) {
         section->refresh();
     }
-    m_failure->setText(m_connections.lastError().value_or(QString()));
+    m_failure->setText(m_connections.notice().value_or(QString()));
     m_failureBar->setVisible(!m_failure->text().isEmpty());
 }
 
