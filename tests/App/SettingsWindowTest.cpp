@@ -75,7 +75,13 @@ TEST_F(SettingsWindowTest, ConnectsRepairsAndDisconnectsAnAgent) {
     comeBack();
     EXPECT_TRUE(reads("All hooks of Claude Code are switched off in its settings"));
     EXPECT_EQ(button("Repair Claude Code"), nullptr);
+    home.write(".claude/settings.json", connected + ',');
+    comeBack();
+    EXPECT_TRUE(reads("settings.json could not be understood"));
+    EXPECT_EQ(button("Repair Claude Code"), nullptr);
+    EXPECT_NE(button("Connect Claude Code"), nullptr);
     home.write(".claude/settings.json", connected);
+    comeBack();
 
     button("Disconnect Claude Code")->click();
     EXPECT_EQ(read(".claude/settings.json"), R"({"model": "opus"})");

@@ -3,6 +3,7 @@
 #include "Core/Adapters/AgentRegistry.h"
 #include "Core/Agents/AgentAdapter.h"
 #include "Core/Ground/RegularFile.h"
+#include "Core/Hooks/AgentSettingsFile.h"
 #include "Core/Hooks/ForwarderScripts.h"
 #include "Core/Hooks/HookInstaller.h"
 #include "Core/Hooks/HookPlan.h"
@@ -34,13 +35,19 @@ QString couldNotRemove(const QString &what, const QString &why) {
                          : AgentConnections::tr("⚠︎ could not remove %1: %2").arg(what, why);
 }
 
-/// Why nobody can tell whether ours is in the settings of an agent that doesn't look connected;
-/// none where it can be told.
-std::optional<QString> whyUnknown(const AgentIntegration &where, const Health &health) {
+QString pathOf(const AgentIntegration &where) {
     const auto *json = std::get_if<JsonHooks>(&where);
     const auto *toml = std::get_if<TomlHooks>(&where);
-    const QString path = json ? json->settingsPath : toml ? toml->settingsPath : QString();
-    if (!QFileInfo::exists(path)) {
+    return json ? json->settingsPath : toml ? toml->settingsPath : QString();
+}
+
+/// Why nobody can tell what is in the settings of an agent that doesn't look connected; none where
+/// it can be told, and where they don't even name `mark`.
+std::optional<QString> whyUnknownIn(const AgentIntegration &where, const Health &health,
+                                    const QByteArray &mark = {}) {
+    const QString path = pathOf(where);
+    const bool isToml = std::holds_alternative<TomlHooks>(where);
+    if (!QFileInfo::exists(path) || (health.settingsReadable && !isToml)) {
         return std::nullopt;
     }
     const auto content = RegularFile::whole(path);
@@ -48,10 +55,22 @@ std::optional<QString> whyUnknown(const AgentIntegration &where, const Health &h
         return AgentConnections::tr("%1 could not be read").arg(path);
     }
     const bool isUnderstood =
-        toml ? !TomlHookEntries::find(*content).failure() : health.settingsReadable;
-    return !isUnderstood && content->contains(HookPlan::hookScriptMarker)
+        isToml ? !TomlHookEntries::find(*content).failure() : content->trimmed().isEmpty();
+    return !isUnderstood && content->contains(mark)
                ? std::optional(AgentConnections::tr("%1 could not be understood").arg(path))
                : std::nullopt;
+}
+
+/// What a person is told once settings that couldn't be understood have made way, which held
+/// `before`; none where they haven't.
+std::optional<QString> replacementOf(const QString &path, const QByteArray &before) {
+    const auto copy = AgentSettingsFile(path).unreadablePath(before);
+    if (!copy || !QFileInfo::exists(*copy) || RegularFile::whole(path) == before) {
+        return std::nullopt;
+    }
+    return AgentConnections::tr("%1 could not be understood and has been replaced. What it held is "
+                                "in %2")
+        .arg(path, *copy);
 }
 
 /// None when there is nothing to remove.
@@ -73,6 +92,9 @@ AgentConnections::AgentConnections(MorvaneSettings &settings, Scheduler &schedul
 
 void AgentConnections::setLastError(const std::optional<QString> &error) {
     m_lastError = error;
+    if (error) {
+        m_outcome.reset();
+    }
     emit lastErrorChanged();
 }
 
@@ -81,8 +103,8 @@ void AgentConnections::setLastingError(const QString &error) {
     setLastError(error);
 }
 
-const std::optional<QString> &AgentConnections::notice() const {
-    return m_lastError ? m_lastError : m_lastingError;
+std::optional<QString> AgentConnections::notice() const {
+    return m_outcome ? m_outcome : m_lastError ? m_lastError : m_lastingError;
 }
 
 /// That no release can be read says nothing of what is installed: a program that was started at
@@ -112,6 +134,7 @@ void AgentConnections::refreshStatus() {
     m_installedAgents.clear();
     m_statusLineBlockedAgents.clear();
     m_health.clear();
+    m_whyUnknown.clear();
     for (const AgentAdapter *adapter : AgentRegistry::all()) {
         const AgentKind kind = adapter->kind();
         const Health health = makeInstaller(kind).health();
@@ -122,6 +145,11 @@ void AgentConnections::refreshStatus() {
             m_statusLineBlockedAgents.push_back(kind);
         }
         m_health.insert(kind, health);
+        const auto why =
+            health.hooksPresent ? std::nullopt : whyUnknownIn(adapter->integration(), health);
+        if (why) {
+            m_whyUnknown.insert(kind, *why);
+        }
     }
     const auto muted = mutableAgents();
     m_notificationsSuppressed =
@@ -152,12 +180,12 @@ bool AgentConnections::hasDecidableAgent() const {
 }
 
 void AgentConnections::installHooks(AgentKind kind) {
-    conclude(kind, tr("%1 connect failed: %2"), makeInstaller(kind).install());
+    perform(installedForm(kind), tr("%1 connect failed: %2"), &HookInstaller::install);
 }
 
 void AgentConnections::uninstallHooks(AgentKind kind) {
-    const HookInstaller installer = makeInstaller(AgentRegistry::adapter(kind));
-    conclude(kind, tr("%1 disconnect failed: %2"), installer.uninstall());
+    perform(AgentRegistry::adapter(kind), tr("%1 disconnect failed: %2"),
+            &HookInstaller::uninstall);
 }
 
 void AgentConnections::toggleHooks(AgentKind kind) {
@@ -169,24 +197,38 @@ void AgentConnections::toggleHooks(AgentKind kind) {
 }
 
 void AgentConnections::repairHooks(AgentKind kind) {
-    conclude(kind, tr("%1 repair failed: %2"), makeInstaller(kind).install());
+    perform(installedForm(kind), tr("%1 repair failed: %2"), &HookInstaller::install);
 }
 
-void AgentConnections::conclude(AgentKind kind, const QString &failed,
-                                const std::optional<Failure> &failure) {
-    if (failure) {
-        setLastError(failed.arg(displayName(kind), failure->message));
-    } else {
-        setLastError(std::nullopt);
-    }
+void AgentConnections::perform(const AgentAdapter &form, const QString &failed,
+                               std::optional<Failure> (HookInstaller::*operation)() const) {
+    const AgentKind kind = form.kind();
+    const auto failure = change(form, std::mem_fn(operation));
     refreshStatus();
+    if (!failure && !m_outcome && m_whyUnknown.contains(kind)) {
+        m_outcome = whyUnknown(kind);
+    }
+    setLastError(failure ? std::optional(failed.arg(displayName(kind), failure->message))
+                         : std::nullopt);
+}
+
+std::optional<Failure> AgentConnections::change(
+    const AgentAdapter &form,
+    const std::function<std::optional<Failure>(const HookInstaller &)> &operation) {
+    const QString path = pathOf(form.integration());
+    const auto before = RegularFile::whole(path);
+    const auto failure = operation(makeInstaller(form));
+    m_outcome = before && !failure ? replacementOf(path, *before) : std::nullopt;
+    return failure;
 }
 
 void AgentConnections::setNotificationsSuppressed(bool suppressed) {
     m_notificationsSuppressed = suppressed;
     emit statusChanged();
     for (const AgentAdapter *adapter : mutableAgents()) {
-        if (const auto failure = makeInstaller(*adapter).setNotificationsSuppressed(suppressed)) {
+        if (const auto failure = change(*adapter, [=](const HookInstaller &installer) {
+                return installer.setNotificationsSuppressed(suppressed);
+            })) {
             setLastError(tr("Updating %1's settings failed: %2")
                              .arg(displayName(adapter->kind()), failure->message));
         }
@@ -276,7 +318,8 @@ QStringList AgentConnections::removeAll() {
             const auto failure = installer.removeTraces();
             const bool isGone = !failure && !installer.hasTraces();
             report << (isGone ? name : couldNotRemove(name, failure.value_or(Failure()).message));
-        } else if (const auto why = whyUnknown(adapter->integration(), installer.health())) {
+        } else if (const auto why = whyUnknownIn(adapter->integration(), installer.health(),
+                                                 HookPlan::hookScriptMarker)) {
             report << couldNotRemove(name, *why);
         }
     }

@@ -10,6 +10,7 @@
 #include <QObject>
 #include <QSet>
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -36,8 +37,9 @@ public:
     /// The last error, and one that nothing mends before the next start.
     void setLastingError(const QString &error);
 
-    /// What there is to tell a person: the last failure, or else one that lasts.
-    const std::optional<QString> &notice() const;
+    /// What there is to tell a person: what the last change has made of settings that couldn't be
+    /// understood, or the last failure, or else one that lasts.
+    std::optional<QString> notice() const;
 
     // As of `refreshStatus`.
 
@@ -53,6 +55,10 @@ public:
     }
 
     Health health(AgentKind kind) const { return m_health.value(kind); }
+
+    /// Why nobody can tell what is in the settings of an agent that doesn't look connected; empty
+    /// where it can be told.
+    QString whyUnknown(AgentKind kind) const { return m_whyUnknown.value(kind); }
 
     void refreshStatus();
 
@@ -108,9 +114,13 @@ private:
     HookInstaller makeInstaller(AgentKind kind) const;
     const AgentAdapter &installedForm(AgentKind kind) const;
     std::vector<const AgentAdapter *> connectedAgents() const;
-    /// After an operation. `failed` is the sentence for a failure, of the agent's name and the
-    /// reason.
-    void conclude(AgentKind kind, const QString &failed, const std::optional<Failure> &failure);
+    /// `failed` is the sentence for a failure, of the agent's name and the reason.
+    void perform(const AgentAdapter &form, const QString &failed,
+                 std::optional<Failure> (HookInstaller::*operation)() const);
+    /// Keeps what there is to tell of settings that have made way.
+    std::optional<Failure>
+    change(const AgentAdapter &form,
+           const std::function<std::optional<Failure>(const HookInstaller &)> &operation);
     void scheduleNewAgentCheck();
     void checkForNewAgents();
     void markAgentsKnown(const std::vector<const AgentAdapter *> &adapters);
@@ -119,10 +129,12 @@ private:
     Scheduler &m_scheduler;
     std::optional<QString> m_lastError;
     std::optional<QString> m_lastingError;
+    std::optional<QString> m_outcome;
     QSet<AgentKind> m_installedAgents;
     bool m_notificationsSuppressed = false;
     std::vector<AgentKind> m_statusLineBlockedAgents;
     QHash<AgentKind, Health> m_health;
+    QHash<AgentKind, QString> m_whyUnknown;
     mutable ProgramReleases m_programs;
     Task m_newAgentTimer;
 };

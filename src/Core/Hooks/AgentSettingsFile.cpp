@@ -132,8 +132,6 @@ AgentSettingsFile::replace(const std::optional<QByteArray> &before,
     return outcome;
 }
 
-/// Where what can't be understood is kept, once however often it comes; none where there is no
-/// place left.
 std::optional<QString> AgentSettingsFile::unreadablePath(const QByteArray &content) const {
     for (int number = 1; number <= mostUnreadable; ++number) {
         const QString path = m_path + QLatin1String(".morvane-unreadable") +

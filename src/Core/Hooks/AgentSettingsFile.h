@@ -71,6 +71,10 @@ public:
 
     QString backupPath() const;
 
+    /// Where what can't be understood is kept, once however often it comes; none where there is no
+    /// place left.
+    std::optional<QString> unreadablePath(const QByteArray &content) const;
+
     /// What was here before our first write, as far as that is known.
     std::optional<SettingsOrigin::Content> origin() const { return m_origin.read(); }
 
@@ -80,7 +84,6 @@ private:
     bool isFile() const;
     Result<Outcome> replace(const std::optional<QByteArray> &before,
                             const AgentSettingsChange &change) const;
-    std::optional<QString> unreadablePath(const QByteArray &content) const;
     std::optional<Failure> rescueComments(const std::optional<QByteArray> &before,
                                           const AgentSettingsChange &change) const;
     std::optional<Failure> keepCopies(const QString &target,

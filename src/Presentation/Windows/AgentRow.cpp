@@ -125,10 +125,14 @@ void AgentRow::showHealth(bool isConnected) {
         (health.hooksSwitchedOff ? tr("All hooks of %1 are switched off in its settings")
                                  : tr("Before its new hooks run, %1 wants them reviewed: /hooks"))
             .arg(displayName(m_agent));
-    m_issues->setText(hasIssues ? issues.join(QStringLiteral("; ")) : obstacle);
-    m_repair->setVisible(hasIssues);
-    m_issueLine->setVisible(m_detail == Detail::health && isConnected &&
-                            (hasIssues || health.hooksSwitchedOff || health.awaitsReview));
+    const QString unknown = m_connections.whyUnknown(m_agent);
+    m_issues->setText(!isConnected ? unknown
+                      : hasIssues  ? issues.join(QStringLiteral("; "))
+                                   : obstacle);
+    m_repair->setVisible(isConnected && hasIssues);
+    const bool isHindered = hasIssues || health.hooksSwitchedOff || health.awaitsReview;
+    m_issueLine->setVisible(isConnected ? m_detail == Detail::health && isHindered
+                                        : !unknown.isEmpty());
 }
 
 } // namespace morvane

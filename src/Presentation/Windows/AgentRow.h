@@ -20,7 +20,7 @@ class AgentRow : public QWidget {
 public:
     enum class Detail {
         name,
-        health ///< also where its hooks go, and what is wrong with them
+        health ///< also where its hooks go, and what is wrong with them once it is connected
     };
 
     /// The connections must outlive the row.

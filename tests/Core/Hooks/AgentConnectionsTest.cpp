@@ -102,6 +102,38 @@ TEST_F(AgentConnectionsTest, SwitchesTheNotificationsOfAllWhoHaveThem) {
     EXPECT_TRUE(connections.notificationsSuppressed());
 }
 
+TEST_F(AgentConnectionsTest, TellsOfSettingsThatCannotBeUnderstoodAndWhereTheyAreKept) {
+    const QString path = home.path(".claude/settings.json");
+    const QString unknown = path + " could not be understood";
+    const auto spoil = [&](const char *text) {
+        home.write(".claude/settings.json", text);
+        home.setWritten(".claude/settings.json", QDateTime::currentDateTime().addSecs(-9));
+        connections.refreshStatus();
+    };
+    spoil("");
+    EXPECT_EQ(connections.whyUnknown(claude), "");
+    spoil("{1");
+    EXPECT_EQ(connections.whyUnknown(claude), unknown);
+    connections.uninstallHooks(claude);
+    EXPECT_EQ(connections.notice(), unknown);
+    EXPECT_EQ(home.read(".claude/settings.json"), "{1");
+    const auto replaced = [&](const char *ending) {
+        EXPECT_EQ(connections.whyUnknown(claude), "");
+        EXPECT_EQ(connections.lastError(), std::nullopt);
+        return connections.notice() ==
+               unknown + " and has been replaced. What it held is in " + path + ending;
+    };
+    connections.installHooks(claude);
+    EXPECT_TRUE(replaced(".morvane-unreadable"));
+    connections.uninstallHooks(claude);
+    EXPECT_EQ(connections.notice(), std::nullopt);
+    spoil("{2");
+    connections.setNotificationsSuppressed(true);
+    EXPECT_TRUE(replaced(".morvane-unreadable-2"));
+    connections.setLastError("later");
+    EXPECT_EQ(connections.notice(), "later");
+}
+
 // As at a login, where the PATH is shorter than in a terminal.
 TEST_F(AgentConnectionsTest, LeavesTheEntriesOfAReleaseThatCanNoLongerBeFound) {
     const std::tuple<AgentKind, const char *, const char *, const char *> agents[] = {
