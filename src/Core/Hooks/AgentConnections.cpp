@@ -73,6 +73,12 @@ std::optional<QString> replacementOf(const QString &path, const QByteArray &befo
         .arg(path, *copy);
 }
 
+QString returnNotifications(const HookInstaller &installer, const QString &agent) {
+    const QString name = AgentConnections::tr("suppression of %1's own notifications").arg(agent);
+    const auto failure = installer.returnNotifications();
+    return failure ? couldNotRemove(name, failure->message) : name;
+}
+
 /// None when there is nothing to remove.
 std::optional<QString> removeScriptFolder() {
     const QFileInfo folder(ForwarderScripts::folder());
@@ -313,6 +319,9 @@ QStringList AgentConnections::removeAll() {
     QStringList report;
     for (const AgentAdapter *adapter : AgentRegistry::all()) {
         const HookInstaller installer = makeInstaller(*adapter);
+        if (installer.hasSuppressedNotifications()) {
+            report << returnNotifications(installer, displayName(adapter->kind()));
+        }
         const QString name = tr("%1 hooks").arg(displayName(adapter->kind()));
         if (installer.hasTraces()) {
             const auto failure = installer.removeTraces();

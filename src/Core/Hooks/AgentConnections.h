@@ -94,8 +94,8 @@ public:
     /// Counts every agent on this machine as offered.
     void markAllPresentAgentsKnown();
 
-    /// Disconnects every agent and removes our scripts. Yields what was removed and what could not
-    /// be, an item each.
+    /// Disconnects every agent, gives it back its own notifications where we have switched them
+    /// off, and removes our scripts. Yields what was removed and what could not be, an item each.
     QStringList removeAll();
 
 signals:

@@ -22,6 +22,11 @@ std::optional<json> AgentJsonFile::read(QByteArrayView name) const {
     return content && content->contains(name) ? root(content) : std::nullopt;
 }
 
+std::optional<json> AgentJsonFile::origin() const {
+    const auto origin = m_file.origin();
+    return origin ? std::optional(rootOf(origin->bytes).value_or(json::object())) : std::nullopt;
+}
+
 /// The root of what was read, or of what is there a moment later, which `content` is then.
 std::optional<json> AgentJsonFile::root(std::optional<QByteArray> &content) const {
     auto root = rootOf(content);

@@ -35,6 +35,10 @@ public:
     /// there one, and nothing is parsed, where `name` stands nowhere in the text.
     std::optional<nlohmann::json> read(QByteArrayView name = {}) const;
 
+    /// What the root was before our first write, as far as that is known. Empty where there was no
+    /// file, or one that couldn't be understood.
+    std::optional<nlohmann::json> origin() const;
+
     /// Changes the root; false leaves the file alone, and so does a change that changes nothing.
     using Edit = std::function<bool(nlohmann::json &root)>;
 

@@ -103,4 +103,12 @@ std::optional<Failure> HookInstaller::setNotificationsSuppressed(bool suppressed
     return m_target->setNotificationsSuppressed(suppressed);
 }
 
+bool HookInstaller::hasSuppressedNotifications() const {
+    return m_target->hasSuppressedNotifications();
+}
+
+std::optional<Failure> HookInstaller::returnNotifications() const {
+    return m_target->returnNotifications();
+}
+
 } // namespace morvane

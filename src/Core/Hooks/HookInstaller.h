@@ -63,6 +63,12 @@ public:
     /// no such setting. The value that it had isn't kept.
     [[nodiscard]] std::optional<Failure> setNotificationsSuppressed(bool suppressed) const;
 
+    /// Whether they are off, and were not before our first write, as far as that is known.
+    bool hasSuppressedNotifications() const;
+
+    /// Gives them back the value that they had then.
+    [[nodiscard]] std::optional<Failure> returnNotifications() const;
+
 private:
     std::unique_ptr<HookTarget> m_target;
 };

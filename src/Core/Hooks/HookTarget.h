@@ -33,6 +33,10 @@ public:
     [[nodiscard]] virtual std::optional<Failure> setNotificationsSuppressed(bool) const {
         return std::nullopt;
     }
+    virtual bool hasSuppressedNotifications() const { return false; }
+    [[nodiscard]] virtual std::optional<Failure> returnNotifications() const {
+        return std::nullopt;
+    }
 };
 
 } // namespace morvane

@@ -242,4 +242,26 @@ std::optional<Failure> JsonHookTarget::setNotificationsSuppressed(bool suppresse
     });
 }
 
+bool JsonHookTarget::hasSuppressedNotifications() const {
+    const auto origin = notificationsSuppressed() ? m_settings.origin() : std::nullopt;
+    const auto mute = m_adapter.notificationMute();
+    return origin && origin->value(mute->key.toStdString(), json()) != mute->value.toStdString();
+}
+
+std::optional<Failure> JsonHookTarget::returnNotifications() const {
+    const auto mute = m_adapter.notificationMute();
+    const auto origin = m_settings.origin();
+    if (!mute || !origin) {
+        return std::nullopt;
+    }
+    const std::string key = mute->key.toStdString();
+    return m_settings.edit([&](json &root) {
+        root.erase(key);
+        if (const auto before = origin->find(key); before != origin->end()) {
+            root[key] = *before;
+        }
+        return true;
+    });
+}
+
 } // namespace morvane

@@ -29,6 +29,8 @@ public:
     bool hasStaleEntries() const override;
     Health health() const override;
     std::optional<Failure> setNotificationsSuppressed(bool suppressed) const override;
+    bool hasSuppressedNotifications() const override;
+    std::optional<Failure> returnNotifications() const override;
 
 private:
     OurJson ours() const;

@@ -102,6 +102,30 @@ TEST_F(AgentConnectionsTest, SwitchesTheNotificationsOfAllWhoHaveThem) {
     EXPECT_TRUE(connections.notificationsSuppressed());
 }
 
+TEST_F(AgentConnectionsTest, GivesNotificationsBackWhenEverythingGoesButOnlyWhatItHasSilenced) {
+    const QString settingsFile = ".claude/settings.json";
+    const QString suppression = "suppression of Claude Code's own notifications";
+    for (const QByteArray before : {R"({"b": 1, "a": 2})", R"({"preferredNotifChannel": "bell"})",
+                                    R"({"preferredNotifChannel": "notifications_disabled"})"}) {
+        const bool isSilent = before.contains("disabled");
+        for (const bool isConnected : {true, false}) {
+            home.write(settingsFile, before);
+            EXPECT_FALSE(connections.removeAll().contains(suppression));
+            if (isConnected) {
+                connections.installHooks(claude);
+            }
+            connections.setNotificationsSuppressed(true);
+            EXPECT_EQ(connections.removeAll().contains(suppression), !isSilent);
+            EXPECT_EQ(home.read(settingsFile), before);
+        }
+    }
+    home.write(settingsFile, "{}");
+    connections.setNotificationsSuppressed(true);
+    home.makeReadOnly(settingsFile);
+    EXPECT_TRUE(
+        connections.removeAll().value(0).startsWith("⚠︎ could not remove " + suppression));
+}
+
 TEST_F(AgentConnectionsTest, TellsOfSettingsThatCannotBeUnderstoodAndWhereTheyAreKept) {
     const QString path = home.path(".claude/settings.json");
     const QString unknown = path + " could not be understood";
