@@ -120,6 +120,7 @@ OnboardingPage *OnboardingPage::ready(const WindowContext &context, QWidget *par
     page->m_layout->addSpacing(14);
     page->addWindowFocus();
     page->addLaunchAtLogin();
+    page->addFootnote({});
     page->m_layout->addStretch(3);
     return page;
 }
@@ -181,12 +182,17 @@ void OnboardingPage::addText(const QString &text) {
     m_layout->addWidget(label);
 }
 
-TextLabel *OnboardingPage::addFootnote() {
+void OnboardingPage::addFootnote(const QString &usual) {
     auto *label =
         new TextLabel(Typography::text(Typography::secondarySize), Colors::secondaryText, 0, this);
     label->setAlignment(Qt::AlignHCenter);
     m_layout->addWidget(label);
-    return label;
+    m_updates.push_back([label, usual, &connections = m_context.connections] {
+        const auto notice = connections.notice();
+        label->setText(notice.value_or(usual));
+        label->setColor(notice ? Colors::warning : Colors::secondaryText);
+        label->setVisible(!label->text().isEmpty());
+    });
 }
 
 void OnboardingPage::addPill(const std::function<QString()> &text) {
@@ -215,15 +221,12 @@ void OnboardingPage::addAgents(const std::function<Agents()> &listed, const QStr
     scroll->viewport()->setAutoFillBackground(false);
     content->setAutoFillBackground(false);
     m_layout->addWidget(scroll, 1);
-    TextLabel *foot = addFootnote();
-    m_updates.push_back([=, &connections = m_context.connections] {
+    m_updates.push_back([=] {
         const Agents agents = listed();
         list->show(agents);
         none->setVisible(agents.empty());
-        const auto failure = connections.notice();
-        foot->setText(failure.value_or(footnote));
-        foot->setColor(failure ? Colors::warning : Colors::secondaryText);
     });
+    addFootnote(footnote);
 }
 
 TextLabel *OnboardingPage::addHint(SystemImage image) {

@@ -42,10 +42,10 @@ private:
     void addMascot(int side);
     void addTitle(const QString &title, int size);
     void addText(const QString &text);
-    TextLabel *addFootnote();
+    /// What there is to tell stands there instead of the usual text.
+    void addFootnote(const QString &usual);
     void addPill(const std::function<QString()> &text);
-    /// `without` stands there while there is nothing to list, and what went wrong last instead of
-    /// the footnote.
+    /// `without` stands there while there is nothing to list.
     void addAgents(const std::function<Agents()> &listed, const QString &footnote,
                    const QString &without);
     TextLabel *addHint(SystemImage image);
