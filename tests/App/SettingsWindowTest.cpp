@@ -156,6 +156,10 @@ TEST_F(SettingsWindowTest, NamesEveryControlOfTheSettings) {
     openSettings();
     button("Connect Claude Code")->click();
     button("Connect Codex")->click();
+    EXPECT_TRUE(reads("Morvane polls every few minutes instead."));
+    toggle("Show Claude Code and Codex usage limits")->click();
+    EXPECT_FALSE(reads("Morvane polls every few minutes instead."));
+    toggle("Show Claude Code and Codex usage limits")->click();
     QFile::remove(home.path(".morvane/hook.sh"));
     delegate.applicationShouldHandleReopen();
     comeBack();

@@ -89,7 +89,7 @@ void UsageSection::addKeychain(const WindowContext &context) {
 
 void UsageSection::addBlockedStatusLines(const AgentConnections &connections) {
     TextLabel *caption = addCaption();
-    onRefresh([caption, &connections] {
+    onRefresh([caption, &connections, &settings = m_settings] {
         QStringList lines;
         for (const AgentKind kind : connections.statusLineBlockedAgents()) {
             lines.append(tr("Live usage updates are off — %1's status line is set by another tool. "
@@ -97,7 +97,8 @@ void UsageSection::addBlockedStatusLines(const AgentConnections &connections) {
                              .arg(displayName(kind)));
         }
         caption->setText(lines.join(u'\n'));
-        caption->setVisible(!lines.isEmpty());
+        // With the limits off nothing is polled.
+        caption->setVisible(settings.usageEnabled() && !lines.isEmpty());
     });
 }
 
