@@ -2,12 +2,14 @@
 #include "Core/Settings/PanelKey.h"
 #include "Presentation/Windows/KeyField.h"
 #include "Presentation/Windows/ToggleRow.h"
+#include "Support/WaitUntil.h"
 
 #include <QApplication>
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QMessageBox>
 #include <QSpinBox>
+#include <QStyleOptionSpinBox>
 #include <QTest>
 #include <QWheelEvent>
 
@@ -122,6 +124,20 @@ TEST_F(SettingsWindowTest, ChangesSettingsAndFollowsThem) {
     EXPECT_EQ(settings.autoClearMinutes(), 7);
     QTest::keyClick(minutes, Qt::Key_Return);
     EXPECT_EQ(settings.autoClearMinutes(), 12);
+
+    // An arrow that is held goes on.
+    QStyleOptionSpinBox spinBox;
+    spinBox.initFrom(minutes);
+    spinBox.subControls = QStyle::SC_All;
+    const QPoint arrow = minutes->style()
+                             ->subControlRect(QStyle::CC_SpinBox, &spinBox, QStyle::SC_SpinBoxUp)
+                             .center();
+    QCoreApplication::processEvents();
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    QTest::mousePress(minutes, Qt::LeftButton, Qt::NoModifier, arrow);
+    EXPECT_TRUE(becomesTrue([this] { return settings.autoClearMinutes() > 14; }));
+    QTest::mouseRelease(minutes, Qt::LeftButton, Qt::NoModifier, arrow);
 
     // A wheel that turns over a choice scrolls the form.
     const auto pickers = window->findChildren<QComboBox *>();

@@ -58,7 +58,12 @@ void BehaviourSection::addAutoClear(MorvaneSettings &settings) {
     onRefresh([minutes, &settings] {
         const QSignalBlocker blocker(minutes);
         const int stored = settings.autoClearMinutes();
-        minutes->setRange(std::min(1, stored), std::max(mostMinutes, stored));
+        const int least = std::min(1, stored);
+        const int most = std::max(mostMinutes, stored);
+        // Set again, they would end the repetition of an arrow that is held.
+        if (least != minutes->minimum() || most != minutes->maximum()) {
+            minutes->setRange(least, most);
+        }
         // Set again, it would take away what is being typed.
         if (stored != minutes->value()) {
             minutes->setValue(stored);
