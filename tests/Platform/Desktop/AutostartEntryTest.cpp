@@ -32,6 +32,18 @@ TEST_F(AutostartEntryTest, IsThereAsLongAsItIsWanted) {
     EXPECT_FALSE(QFile::exists(home.path(file)));
 }
 
+TEST_F(AutostartEntryTest, IsOffWhereItStartsAnotherCopyOfTheProgram) {
+    AutostartEntry other(home.writeProgram("build/morvane"));
+    ASSERT_EQ(other.registerItem(), std::nullopt);
+    EXPECT_FALSE(entry.isEnabled());
+    ASSERT_EQ(entry.registerItem(), std::nullopt);
+    EXPECT_TRUE(entry.isEnabled());
+    EXPECT_FALSE(other.isEnabled());
+    QDir().mkpath(home.path("bin"));
+    QFile::link(program, home.path("bin/morvane"));
+    EXPECT_TRUE(AutostartEntry(home.path("bin/morvane")).isEnabled());
+}
+
 TEST_F(AutostartEntryTest, IsOffWhereTheDesktopSwitchedItOffUntilItIsWantedAgain) {
     const std::pair<QByteArray, bool> cases[] = {
         {"Hidden=true\n", false},

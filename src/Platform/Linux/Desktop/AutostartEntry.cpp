@@ -33,14 +33,18 @@ bool AutostartEntry::isEnabled() const {
         return DesktopEntry::value(m_path, QLatin1String(key)) == QLatin1String(value);
     };
     return QFileInfo(m_path).isFile() && !says("Hidden", "true") &&
-           !says("X-GNOME-Autostart-enabled", "false") && startsAProgram();
+           !says("X-GNOME-Autostart-enabled", "false") && startsUs();
 }
 
-/// The program of the entry may have moved, or have been removed, since that was written.
-bool AutostartEntry::startsAProgram() const {
+/// The program of the entry may have moved, or have been removed, since that was written; or the
+/// entry is that of another copy of this one. One of another name may be on the way to us.
+bool AutostartEntry::startsUs() const {
     const auto command = DesktopEntry::command(
         DesktopEntry::value(m_path, QLatin1String("Exec")).value_or(QString()));
-    return command && !QStandardPaths::findExecutable(command->first()).isEmpty();
+    const QFileInfo program(command ? QStandardPaths::findExecutable(command->first()) : QString());
+    const QFileInfo ours(m_program);
+    return program.isFile() && (program.fileName() != ours.fileName() ||
+                                program.canonicalFilePath() == ours.canonicalFilePath());
 }
 
 std::optional<Failure> AutostartEntry::registerItem() {

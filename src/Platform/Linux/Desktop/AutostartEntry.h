@@ -24,7 +24,7 @@ public:
     std::optional<Failure> unregisterItem() override;
 
 private:
-    bool startsAProgram() const;
+    bool startsUs() const;
 
     QString m_program;
     QString m_path;
