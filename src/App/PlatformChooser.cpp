@@ -121,7 +121,7 @@ PlatformServices choosePlatform(std::function<void()> endAsItIs) {
         platform.statusItemHost =
             std::make_unique<StatusNotifierHost>(QDBusConnection::sessionBus());
         platform.motion = std::make_unique<DesktopMotion>(QDBusConnection::sessionBus());
-        new X11HeldKeys(x11.get());
+        platform.heldKeys = std::make_unique<X11HeldKeys>();
         platform.screenConnection = x11;
     }
     return platform;

@@ -16,6 +16,8 @@
 #include "Platform/ToolDialogue.h"
 #include "Platform/Tools.h"
 
+#include <QAbstractNativeEventFilter>
+
 #include <memory>
 
 namespace morvane {
@@ -42,6 +44,7 @@ struct PlatformServices {
 
     bool hasScreen = false;
     std::shared_ptr<QObject> screenConnection; ///< what the ports below stand on, if anything
+    std::unique_ptr<QAbstractNativeEventFilter> heldKeys; ///< of the windows, if they need it
     std::unique_ptr<Displays> displays = std::make_unique<NoScreen::NullDisplays>();
     std::unique_ptr<OverlayWindows> overlays = std::make_unique<NoScreen::NullOverlayWindows>();
     std::unique_ptr<PointerMonitor> pointer = std::make_unique<NoScreen::NullPointerMonitor>();

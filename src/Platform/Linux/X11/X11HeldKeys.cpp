@@ -7,21 +7,52 @@
 
 namespace morvane {
 
-X11HeldKeys::X11HeldKeys(QObject *parent) : QObject(parent) {
+namespace {
+
+bool isDown(xcb_connection_t *connection, std::uint8_t key) {
+    const XcbReply<xcb_query_keymap_reply_t> reply(
+        xcb_query_keymap_reply(connection, xcb_query_keymap(connection), nullptr));
+    return reply && (reply->keys[key / 8] >> (key % 8) & 1) != 0;
+}
+
+} // namespace
+
+X11HeldKeys::X11HeldKeys() {
     QCoreApplication::instance()->installNativeEventFilter(this);
 }
 
 bool X11HeldKeys::nativeEventFilter(const QByteArray &, void *message, qintptr *) {
-    const auto &event = *static_cast<const xcb_key_release_event_t *>(message);
-    const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if ((event.response_type & 0x7f) != XCB_KEY_RELEASE || x11 == nullptr) {
+    const auto &event = *static_cast<const xcb_key_press_event_t *>(message);
+    switch (event.response_type & 0x7f) {
+    case XCB_FOCUS_IN:
+        m_begun.reset();
+        return false;
+    case XCB_KEY_PRESS:
+        return keepsPress(event.detail, event.time);
+    case XCB_KEY_RELEASE:
+        return keepsRelease(event.detail, event.time);
+    default:
         return false;
     }
-    const XcbReply<xcb_query_keymap_reply_t> held(
-        xcb_query_keymap_reply(x11->connection(), xcb_query_keymap(x11->connection()), nullptr));
-    return held && (held->keys[event.detail / 8] >> (event.detail % 8) & 1) != 0;
+}
+
+/// A repetition lets the key go and presses it at the same time, in the same window.
+bool X11HeldKeys::keepsPress(std::uint8_t key, std::uint32_t time) {
+    if (key != m_repeatedKey || time != m_repeatedAt) {
+        m_begun.set(key);
+    }
+    return !m_begun[key];
+}
+
+bool X11HeldKeys::keepsRelease(std::uint8_t key, std::uint32_t time) {
+    const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (x11 == nullptr || !isDown(x11->connection(), key)) {
+        m_begun.reset(key);
+        return false;
+    }
+    m_repeatedKey = key;
+    m_repeatedAt = time;
+    return true;
 }
 
 } // namespace morvane
-
-#include "moc_X11HeldKeys.cpp"
