@@ -15,6 +15,10 @@ bool endsField(const QKeyEvent &event) {
 
 TextField::TextField(const QString &text, QWidget *parent) : QLineEdit(text, parent) {
     connect(this, &TextField::textEdited, this, &TextField::typed);
+    // The line drops what is being composed where the cursor is moved, and tells only of that.
+    const auto forget = [this] { m_composition.clear(); };
+    connect(this, &TextField::cursorPositionChanged, this, forget);
+    connect(this, &TextField::selectionChanged, this, forget);
 }
 
 QString TextField::typedText() const {
@@ -50,8 +54,10 @@ void TextField::focusOutEvent(QFocusEvent *event) {
 }
 
 void TextField::inputMethodEvent(QInputMethodEvent *event) {
-    const QString before = std::exchange(m_composition, event->preeditString());
+    const QString composed = event->preeditString();
+    const QString before = std::exchange(m_composition, composed);
     QLineEdit::inputMethodEvent(event);
+    m_composition = composed; // the cursor may have moved with it
     if (m_composition != before) {
         emit typed();
     }

@@ -256,6 +256,14 @@ TEST_F(InlineNameFieldTest, WhatAnInputMethodHasNotEndedCountsAsTyped) {
     QCoreApplication::sendEvent(&open(), &composing);
     QTest::keyClick(field, Qt::Key_Escape);
     EXPECT_EQ(field->typedText(), "");
+
+    // Moved away from, it is gone from the line, though not every input method says so.
+    field = &open();
+    field->deselect();
+    QCoreApplication::sendEvent(field, &composing);
+    EXPECT_EQ(field->typedText(), "old nameえ");
+    field->home(false);
+    EXPECT_EQ(field->typedText(), "old name");
 }
 
 TEST_F(InlineNameFieldTest, TheWindowThatAsksIsTheOneFieldAndStaysInSight) {
