@@ -18,18 +18,16 @@ void PanelButton::paintFocus(QPainter &painter, double radius) const {
 
 /// The arrows are the panel's, which knows what lies beside what.
 void PanelButton::keyPressEvent(QKeyEvent *event) {
-    if (ButtonKeys::contain(*event)) {
-        QKeyEvent space = ButtonKeys::asSpace(*event);
-        QAbstractButton::keyPressEvent(&space);
+    if (auto space = ButtonKeys::asSpace(*event)) {
+        QAbstractButton::keyPressEvent(&*space);
     } else {
         event->ignore();
     }
 }
 
 void PanelButton::keyReleaseEvent(QKeyEvent *event) {
-    if (ButtonKeys::contain(*event)) {
-        QKeyEvent space = ButtonKeys::asSpace(*event);
-        QAbstractButton::keyReleaseEvent(&space);
+    if (auto space = ButtonKeys::asSpace(*event)) {
+        QAbstractButton::keyReleaseEvent(&*space);
     } else {
         event->ignore();
     }

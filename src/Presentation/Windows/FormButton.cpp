@@ -32,18 +32,16 @@ QSize FormButton::sizeHint() const {
 }
 
 void FormButton::keyPressEvent(QKeyEvent *event) {
-    if (ButtonKeys::contain(*event)) {
-        QKeyEvent space = ButtonKeys::asSpace(*event);
-        QPushButton::keyPressEvent(&space);
+    if (auto space = ButtonKeys::asSpace(*event)) {
+        QPushButton::keyPressEvent(&*space);
     } else {
         QPushButton::keyPressEvent(event);
     }
 }
 
 void FormButton::keyReleaseEvent(QKeyEvent *event) {
-    if (ButtonKeys::contain(*event)) {
-        QKeyEvent space = ButtonKeys::asSpace(*event);
-        QPushButton::keyReleaseEvent(&space);
+    if (auto space = ButtonKeys::asSpace(*event)) {
+        QPushButton::keyReleaseEvent(&*space);
     } else {
         QPushButton::keyReleaseEvent(event);
     }
