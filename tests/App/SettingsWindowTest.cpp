@@ -36,6 +36,11 @@ protected:
         QCoreApplication::sendEvent(target, &event);
     }
 
+    void release(int key, quint32 place) {
+        QKeyEvent event(QEvent::KeyRelease, key, Qt::NoModifier, place + 8, 0, 0);
+        QCoreApplication::sendEvent(window->focusWidget(), &event);
+    }
+
     QString keyName() const { return window->findChild<KeyField *>()->accessibleName(); }
 
     static QMessageBox *alert() {
@@ -237,7 +242,7 @@ TEST_F(SettingsWindowTest, LeavesTheKeyAsItWasUnlessOneIsChosen) {
     field->click();
     press(Qt::Key_Escape, Qt::NoModifier, 1);
     EXPECT_TRUE(isListening());
-    QTest::keyRelease(field, Qt::Key_Escape);
+    release(Qt::Key_Escape, 1);
     EXPECT_FALSE(isListening());
     EXPECT_TRUE(window->isVisible());
     field->click();
@@ -251,6 +256,24 @@ TEST_F(SettingsWindowTest, LeavesTheKeyAsItWasUnlessOneIsChosen) {
     window->close();
     EXPECT_FALSE(isListening());
     EXPECT_EQ(settings.panelKey(), PanelKey::usual());
+}
+
+TEST_F(SettingsWindowTest, ClosesByAKeyThatIsLetGoInItWhateverLetterThatIsByThen) {
+    openSettings();
+    window->findChild<KeyField *>()->setFocus();
+    const auto pressInWindow = [this](int key, Qt::KeyboardModifiers held, quint32 place) {
+        QKeyEvent event(QEvent::KeyPress, key, held, place + 8, 0, 0);
+        QCoreApplication::sendEvent(window, &event);
+    };
+    pressInWindow(Qt::Key_Escape, Qt::NoModifier, 1);
+    QEvent elsewhere(QEvent::WindowDeactivate);
+    QCoreApplication::sendEvent(window, &elsewhere);
+    release(Qt::Key_Escape, 1);
+    EXPECT_TRUE(window->isVisible());
+    pressInWindow(Qt::Key_W, Qt::ControlModifier, 17);
+    EXPECT_TRUE(window->isVisible());
+    release(0x0426, 17); // without Ctrl, on a Cyrillic layout
+    EXPECT_FALSE(window->isVisible());
 }
 
 TEST_F(SettingsWindowTest, LeavesTheKeyToADesktopThatGivesIt) {

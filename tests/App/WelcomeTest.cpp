@@ -38,6 +38,12 @@ TEST_F(WelcomeTest, WalksANewcomerThroughNamedControlsToAConnectedAgent) {
     EXPECT_EQ(namedControls(), 1);
     EXPECT_EQ(button("Back"), nullptr);
 
+    // Let go in another window, it is none of this one's.
+    QKeyEvent lost(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QCoreApplication::sendEvent(window->findChild<OnboardingView *>(), &lost);
+    QEvent deactivation(QEvent::WindowDeactivate);
+    QCoreApplication::sendEvent(window, &deactivation);
+    QTest::keyRelease(window->findChild<OnboardingView *>(), Qt::Key_Return);
     // Held down, it goes on once it is let go.
     for (const auto type : {QEvent::KeyPress, QEvent::KeyPress, QEvent::KeyRelease}) {
         EXPECT_EQ(view->step(), 0);

@@ -1,6 +1,7 @@
 #include "Presentation/Panel/SessionRow.h"
 #include "Presentation/PresenterFixture.h"
 
+#include <QAbstractButton>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QTest>
@@ -84,9 +85,15 @@ TEST_P(EachPresenterTest, LendsTheKeyboardToWhoeverOpensItByKey) {
     EXPECT_FALSE(presenter->isExpanded());
 
     present();
-    QTest::keyPress(window().widget().windowHandle(), Qt::Key_Escape);
+    QWindow *keys = window().widget().windowHandle();
+    QTest::keyPress(keys, Qt::Key_Escape);
+    QFocusEvent elsewhereForNow(QEvent::FocusOut);
+    QCoreApplication::sendEvent(keys, &elsewhereForNow);
+    present();
+    QTest::keyRelease(keys, Qt::Key_Escape);
+    QTest::keyPress(keys, Qt::Key_Escape);
     EXPECT_TRUE(window().hasKeyboard);
-    QTest::keyRelease(window().widget().windowHandle(), Qt::Key_Escape);
+    QTest::keyRelease(keys, Qt::Key_Escape);
     EXPECT_FALSE(window().hasKeyboard);
     scheduler.advance(Seconds(1));
     EXPECT_FALSE(presenter->isExpanded());
@@ -171,8 +178,11 @@ TEST_P(EachPresenterTest, StaysOpenWhileItsMenuIs) {
     attach();
     presenter->contextMenu = &menu;
     presenter->presentPanel();
+    auto *held = window().widget().findChild<QAbstractButton *>();
+    held->setDown(true);
     rightClick(onTab);
     ASSERT_TRUE(menu.isVisible());
+    EXPECT_FALSE(held->isDown());
     movePointer(elsewhere);
     EXPECT_EQ(expansionsAfter(Seconds(20)), QList<bool>({true}));
     menu.close();

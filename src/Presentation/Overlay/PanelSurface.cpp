@@ -3,6 +3,7 @@
 #include "Presentation/Overlay/AccessibleCapsule.h"
 #include "Presentation/Overlay/Announcement.h"
 
+#include <QAbstractButton>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QWindow>
@@ -24,6 +25,10 @@ void PanelSurface::announce(const QString &text) {
 }
 
 void PanelSurface::open(QMenu &menu, const QPoint &position) {
+    letGo();
+    for (QAbstractButton *button : findChildren<QAbstractButton *>()) {
+        button->setDown(false); // by the key or the pointer, of which the menu hears from now on
+    }
     m_openMenu = &menu;
     connect(
         &menu, &QMenu::aboutToHide, this,
@@ -63,7 +68,7 @@ bool PanelSurface::eventFilter(QObject *watched, QEvent *event) {
             }
             break;
         case QEvent::FocusOut:
-            m_heldKey = 0;
+            letGo();
             break;
         default:
             break;
@@ -72,8 +77,14 @@ bool PanelSurface::eventFilter(QObject *watched, QEvent *event) {
     return KeyablePanel::eventFilter(watched, event);
 }
 
+/// Of the keys that are held in the panel, which are let go elsewhere.
+void PanelSurface::letGo() {
+    m_heldKey = 0;
+    m_escape.abandon();
+}
+
 /// What presses or ends something does that once, however long it is held: by then the focus may be
-/// on something else. Qt doesn't tell every repetition.
+/// on something else. X11 tells of no repetition as such.
 bool PanelSurface::isRepetition(const QKeyEvent &press) {
     const int key = press.key();
     if (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Escape) {

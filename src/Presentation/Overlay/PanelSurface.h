@@ -68,6 +68,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void letGo();
     bool isRepetition(const QKeyEvent &press);
 
     QPointer<QMenu> m_openMenu;

@@ -10,23 +10,30 @@ namespace morvane {
 /// server repeats a key that is held, and the terminal would take that for one pressed anew.
 class KeyStroke {
 public:
-    /// One that is held from before, when something else had the keyboard, begins nothing.
+    /// A repetition begins nothing. X11 tells of none as such, but of those alone whose key went
+    /// down in the same window.
     void begin(const QKeyEvent &press) {
         if (!press.isAutoRepeat()) {
-            m_key = press.key();
+            m_key = place(press);
         }
     }
 
     /// Whether it ends the stroke that has begun.
     bool isEndedBy(const QKeyEvent &release) {
-        return release.key() == m_key && !release.isAutoRepeat() && std::exchange(m_key, 0) != 0;
+        return place(release) == m_key && !release.isAutoRepeat() && std::exchange(m_key, 0) != 0;
     }
 
-    /// Nothing comes of it any more.
+    /// Nothing comes of it any more, such as when its release will go elsewhere.
     void abandon() { m_key = 0; }
 
 private:
-    int m_key = 0;
+    /// The same until it is let go, where the letter changes with the modifiers that are held.
+    static quint32 place(const QKeyEvent &event) {
+        const quint32 code = event.nativeScanCode();
+        return code != 0 ? code : static_cast<quint32>(event.key());
+    }
+
+    quint32 m_key = 0;
 };
 
 } // namespace morvane

@@ -81,6 +81,7 @@ void KeyField::begin() {
 }
 
 void KeyField::end() {
+    m_escape.abandon();
     if (m_isListening) {
         m_isListening = false;
         releaseKeyboard();

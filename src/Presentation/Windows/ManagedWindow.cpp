@@ -55,6 +55,13 @@ void ManagedWindow::setAboveOthers(bool isAbove) {
     setVisible(wasVisible);
 }
 
+bool ManagedWindow::event(QEvent *event) {
+    if (event->type() == QEvent::WindowDeactivate) {
+        m_closing.abandon();
+    }
+    return QWidget::event(event);
+}
+
 void ManagedWindow::keyPressEvent(QKeyEvent *event) {
     if (event->key() == Qt::Key_Escape || event->matches(QKeySequence::Close)) {
         m_closing.begin(*event);

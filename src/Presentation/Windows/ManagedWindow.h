@@ -29,6 +29,7 @@ public:
 protected:
     static constexpr int margin = 40; ///< between the edge and what is written
 
+    bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void keyReleaseEvent(QKeyEvent *event) override;
 

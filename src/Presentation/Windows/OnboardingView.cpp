@@ -114,6 +114,13 @@ void OnboardingView::goOn() {
     }
 }
 
+bool OnboardingView::event(QEvent *event) {
+    if (event->type() == QEvent::WindowDeactivate) {
+        m_return.abandon();
+    }
+    return QWidget::event(event);
+}
+
 /// Return goes on from wherever it has no other use.
 void OnboardingView::keyPressEvent(QKeyEvent *event) {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
