@@ -55,11 +55,11 @@ ApprovalStrip::ApprovalStrip(Scheduler &scheduler, QWidget *parent)
       m_more(new DecideButton({}, Colors::quietAccent, this)),
       m_note(new TextLabel(Typography::text(Typography::secondarySize), Colors::secondaryText, 0,
                            this)) {
-    column().addWidget(m_title);
-    column().addWidget(&input());
-    column().addWidget(m_more, 0, Qt::AlignLeft);
-    column().addWidget(m_note);
-    column().addWidget(&choices());
+    add(*m_title);
+    add(input());
+    add(*m_more, Qt::AlignLeft);
+    add(*m_note);
+    add(choices());
     makeButtons();
     m_more->setQuiet();
     setHelpText(*m_more, tr("Show the whole of the call."));

@@ -40,6 +40,12 @@ void PromptStrip::setInputHeightLimit(int limit) {
     m_input->setHeightLimit(limit);
 }
 
+/// Readers go through a widget's children in the order of their stacking.
+void PromptStrip::add(QWidget &part, Qt::Alignment alignment) {
+    part.raise();
+    m_column->addWidget(&part, 0, alignment);
+}
+
 void PromptStrip::readAnew() {
     m_reading->startAnew();
 }

@@ -31,7 +31,9 @@ public:
 protected:
     PromptStrip(Scheduler &scheduler, QWidget *parent);
 
-    /// The parts below are the strip's already; where they stand in it is the heir's to say.
+    /// The parts below are the strip's already; where they stand in it is the heir's to say. What
+    /// is added comes below the rest, for screen readers too.
+    void add(QWidget &part, Qt::Alignment alignment = {});
     QVBoxLayout &column() const { return *m_column; }
     InputView &input() const { return *m_input; }
     Countdown &countdown() const { return *m_countdown; }

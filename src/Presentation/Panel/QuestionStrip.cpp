@@ -28,11 +28,12 @@ QuestionStrip::QuestionStrip(Scheduler &scheduler, QWidget *parent)
     head->addWidget(m_position);
     head->addStretch();
     head->addWidget(&countdown());
+    countdown().raise();
     column().addLayout(head);
-    column().addWidget(m_text);
-    column().addWidget(m_tool);
-    column().addWidget(&input());
-    column().addWidget(&choices());
+    add(*m_text);
+    add(*m_tool);
+    add(input());
+    add(choices());
     auto *options = new QVBoxLayout(&choices());
     options->setContentsMargins(0, 3, 0, 0);
     options->setSpacing(5);

@@ -7,6 +7,7 @@
 #include "Presentation/Panel/InputView.h"
 #include "Presentation/Panel/OptionButton.h"
 #include "Presentation/Panel/PencilButton.h"
+#include "Presentation/Panel/QuestionStrip.h"
 #include "Presentation/Panel/SubagentList.h"
 #include "Presentation/PanelFixture.h"
 #include "Presentation/Style/ActivateLayouts.h"
@@ -65,6 +66,23 @@ protected:
     }
 
     PencilButton &pencil() const { return *row.findChild<PencilButton *>(); }
+
+    /// Whether a screen reader comes to what is shown of a strip from top to bottom.
+    static bool isReadDownwards(QWidget &strip) {
+        const auto *parts = QAccessible::queryAccessibleInterface(&strip);
+        QRect before;
+        for (int index = 0; index < parts->childCount(); ++index) {
+            const QAccessibleInterface *part = parts->child(index);
+            if (part->state().invisible) {
+                continue;
+            }
+            if (part->rect().top() <= before.bottom() && part->rect().left() <= before.right()) {
+                return false;
+            }
+            before = part->rect();
+        }
+        return before.isValid();
+    }
 
     /// The text field that is open; none once the event that has closed it is over.
     InlineNameField *field() const {
@@ -260,7 +278,7 @@ TEST_F(SessionRowTest, TellsAScreenReaderWhatIsAskedBeforeItIsAnswered) {
     auto *view = row.findChild<InputView *>();
     EXPECT_EQ(QAccessible::queryAccessibleInterface(view)->role(), QAccessible::StaticText);
     EXPECT_EQ(view->focusPolicy(), Qt::TabFocus);
-    QAccessible::setActive(false);
+    EXPECT_TRUE(isReadDownwards(*view->parentWidget()));
 
     show(EventBuilder::parked("e").given(R"({"command":")" + std::string(60'000, 'x') + R"("})"));
     EXPECT_TRUE(row.accessibleDescription().endsWith("xx…\nThere is more of it."));
@@ -272,6 +290,8 @@ TEST_F(SessionRowTest, TellsAScreenReaderWhatIsAskedBeforeItIsAnswered) {
         &HookEvent::questions, QList<AgentQuestion>{{"Sure?", {}, {{"Yes", "For good"}}, false}}));
     EXPECT_EQ(told(shownIn<OptionButton>(row).first()),
               "Sure?\nAny answer also lets Bash run with:\nmake\nFor good");
+    EXPECT_TRUE(isReadDownwards(*row.findChild<QuestionStrip *>()));
+    QAccessible::setActive(false);
     show(EventBuilder(Event::turnEnd));
     EXPECT_EQ(row.accessibleDescription(), "");
 }
