@@ -5,6 +5,7 @@
 #include "Platform/Scheduler.h"
 #include "Presentation/Floating/FloatingPresenter.h"
 #include "Presentation/Notch/NotchPresenter.h"
+#include "Presentation/Overlay/Announcement.h"
 #include "Presentation/Panel/SessionSubtitle.h"
 
 #include <algorithm>
@@ -15,6 +16,10 @@ namespace morvane {
 namespace {
 
 constexpr Seconds reconcileDelay(0.5);
+
+QString newsOf(const Session &session) {
+    return session.displayName() + QStringLiteral(", ") + SessionSubtitle::of(session).status;
+}
 
 } // namespace
 
@@ -83,12 +88,23 @@ MorvanePresenter *PresenterManager::presenterAtPointer() const {
     return (target != m_presenters.end() ? target : m_presenters.begin())->second.get();
 }
 
+/// A request that is just being told of, and not answered yet, is told again before the newer news,
+/// which would cut it off.
 void PresenterManager::announce(const QString &sessionID) {
-    if (auto *presenter = presenterAtPointer()) {
-        const Session session = m_context.store.sessions().value(sessionID);
-        presenter->announce(session.displayName() + QStringLiteral(", ") +
-                            SessionSubtitle::of(session).status);
+    auto *presenter = presenterAtPointer();
+    if (presenter == nullptr) {
+        return;
     }
+    const Date recently = m_context.scheduler.now() - Announcement::duration;
+    QStringList news;
+    for (const Session &session : m_context.store.activeSessions()) {
+        if (session.id != sessionID && session.state == SessionState::needsInput &&
+            session.stateChangedAt > recently) {
+            news.append(newsOf(session));
+        }
+    }
+    news.append(newsOf(m_context.store.sessions().value(sessionID)));
+    presenter->announce(news.join(u'\n'));
 }
 
 void PresenterManager::setContextMenu(QMenu *menu) {

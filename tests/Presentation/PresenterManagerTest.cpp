@@ -143,7 +143,9 @@ TEST_F(PresenterManagerTest, TellsAScreenReaderWhichSessionAsksOrIsOver) {
     EXPECT_EQ(said->accessibleName(), "shop, waiting to run Bash");
     const EventBuilder over = EventBuilder(Event::turnEnd).in("b").with(&HookEvent::cwd, "/blog");
     apply(over);
-    EXPECT_EQ(said->accessibleName(), "blog, done");
+    // What asks is not cut off while it is being read out.
+    EXPECT_EQ(said->accessibleName(), "shop, waiting to run Bash\nblog, done");
+    store.decide("a", AgentDecision::allow());
     apply(over.with(&HookEvent::kind, Event::turnFailed));
     EXPECT_EQ(said->accessibleName(), "blog, failed");
     scheduler.advance(Seconds(6));

@@ -4,12 +4,6 @@
 
 namespace morvane {
 
-namespace {
-
-constexpr Seconds announcementDuration(5);
-
-} // namespace
-
 Announcement::Announcement(Scheduler &scheduler, QWidget *parent)
     : QWidget(parent), m_scheduler(scheduler) {
     setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -22,7 +16,7 @@ void Announcement::say(const QString &text) {
     hide();
     setAccessibleName(text);
     show();
-    m_end = m_scheduler.after(announcementDuration, [this] {
+    m_end = m_scheduler.after(duration, [this] {
         hide();
         setAccessibleName({});
     });

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Task.h"
+#include "Platform/Time.h"
 
 #include <QWidget>
 
@@ -14,6 +15,8 @@ class Announcement : public QWidget {
     Q_OBJECT
 
 public:
+    static constexpr Seconds duration{5}; ///< for which it is there to be read out
+
     Announcement(Scheduler &scheduler, QWidget *parent);
 
     void say(const QString &text);
