@@ -256,7 +256,7 @@ TEST_P(OverlayWindowTest, GivesWayToAFullscreenProgramWhenToldTo) {
 INSTANTIATE_TEST_SUITE_P(Under, OverlayWindowTest, testing::ValuesIn(WindowManager::all),
                          [](const auto &info) { return info.param.name; });
 
-TEST_F(OverlayTest, CoversNoCandidatesOfAnInputMethodWhileItHasTheKeyboard) {
+TEST_F(OverlayTest, CoversNoCandidatesOfAnInputMethodWhileSomebodyTypes) {
     auto other = openTerminal("other");
     ASSERT_TRUE(becomesTrue([this] { return display->focusedTitle() == "other"; }));
     ASSERT_TRUE(takeKeyboard());
@@ -273,8 +273,22 @@ TEST_F(OverlayTest, CoversNoCandidatesOfAnInputMethodWhileItHasTheKeyboard) {
     ASSERT_TRUE(becomesTrue([&] { return isRestacked; }));
     QGuiApplication::sync();
     EXPECT_FALSE(isOnTop());
-    overlay->releaseKeyboard();
+    // With the keyboard on no field there are none.
+    field->clearFocus();
+    display->run({"xdotool", "search", "--name", "^other$", "windowraise"});
     EXPECT_TRUE(becomesTrue([this] { return isOnTop(); }));
+
+    for (const bool isReleased : {true, false}) {
+        ASSERT_TRUE(takeKeyboard());
+        candidates.raise();
+        ASSERT_TRUE(becomesTrue([this] { return !isOnTop(); }));
+        if (isReleased) {
+            overlay->releaseKeyboard();
+        } else {
+            display->run({"xdotool", "search", "--name", "^terminal$", "windowfocus"});
+        }
+        EXPECT_TRUE(becomesTrue([this] { return isOnTop(); }));
+    }
 }
 
 /// Counts what the server tells of a key, and what the panel's window hears of it.

@@ -202,11 +202,17 @@ bool X11OverlayWindow::isTranslucent() const {
 
 /// While a key is held that another program has grabbed, such as the one for the next layout of the
 /// keyboard, the keys go there, and come back to this window: to Qt a loss of the keyboard, but a
-/// real one is told of by itself, even then.
+/// real one is told of by itself, even then. The window that it goes to may have come up above.
 bool X11OverlayWindow::nativeEventFilter(const QByteArray &, void *message, qintptr *) {
     const auto &loss = *static_cast<const xcb_focus_out_event_t *>(message);
-    return (loss.response_type & 0x7f) == XCB_FOCUS_OUT && loss.event == m_window &&
-           loss.mode == XCB_NOTIFY_MODE_GRAB;
+    if ((loss.response_type & 0x7f) != XCB_FOCUS_OUT || loss.event != m_window) {
+        return false;
+    }
+    if (loss.mode == XCB_NOTIFY_MODE_GRAB) {
+        return true;
+    }
+    raise();
+    return false;
 }
 
 void X11OverlayWindow::applyAnchor(Anchor anchor) {
@@ -274,12 +280,19 @@ bool X11OverlayWindow::findCovered() const {
            });
 }
 
+/// Qt has the focus in a text field for a moment longer than the keyboard is there.
+bool X11OverlayWindow::isTypedIn() const {
+    const QWidget *focus = QApplication::focusWidget();
+    return m_widget.isAncestorOf(focus) && focus->testAttribute(Qt::WA_InputMethodEnabled) &&
+           holdsKeyboard();
+}
+
 /// Not while a menu of ours is open, which it would cover, or while somebody types, since it would
 /// cover what an input method offers.
 void X11OverlayWindow::raise() {
     auto *connection = qtConnection();
     const bool isBelowMenu = QApplication::activePopupWidget() != nullptr;
-    if (connection != nullptr && m_widget.isVisible() && !isBelowMenu && !holdsKeyboard()) {
+    if (connection != nullptr && m_widget.isVisible() && !isBelowMenu && !isTypedIn()) {
         const std::uint32_t above = XCB_STACK_MODE_ABOVE;
         xcb_configure_window(connection, m_window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
         xcb_flush(connection);

@@ -54,6 +54,7 @@ private:
     void giveUpKeyboardTo(std::uint32_t owner);
     bool isOwnerUnderPointer() const;
     bool findCovered() const;
+    bool isTypedIn() const;
     void raise();
 
     QWidget &m_widget;
