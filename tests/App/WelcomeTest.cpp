@@ -1,8 +1,11 @@
 #include "App/WindowsFixture.h"
 #include "Presentation/Windows/OnboardingView.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTest>
 
 namespace morvane {
@@ -114,6 +117,24 @@ TEST_F(WelcomeTest, ScrollsWhereThereIsTooLittleRoomAndKeepsItsButtonInSight) {
     EXPECT_TRUE(isInSight(last));
     EXPECT_TRUE(isInSight(button("Done")));
 
+    QTest::keyClick(last, Qt::Key_PageUp);
+    EXPECT_FALSE(isInSight(last));
+    QTest::keyClick(button("Done"), Qt::Key_PageDown);
+    EXPECT_TRUE(isInSight(last));
+
+    // It stays under a press, and where it is when the window comes back.
+    button("Done")->setFocus();
+    auto *view = qobject_cast<QScrollArea *>(last->parentWidget()->parentWidget()->parentWidget());
+    view->verticalScrollBar()->setValue(last->geometry().center().y() - view->viewport()->height());
+    const bool wasChecked = last->isChecked();
+    QTest::mouseClick(window->windowHandle(), Qt::LeftButton, {},
+                      last->mapTo(window, QPoint(20, 3)));
+    EXPECT_NE(last->isChecked(), wasChecked);
+    emit qApp->focusChanged(nullptr, last);
+    EXPECT_FALSE(isInSight(last));
+}
+
+TEST_F(WelcomeTest, AWindowIsNoLargerThanThereIsRoomFor) {
     ManagedWindow large("Too large");
     large.setFixedSize(5000, 5000);
     large.present();

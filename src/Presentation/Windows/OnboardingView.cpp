@@ -121,10 +121,15 @@ bool OnboardingView::event(QEvent *event) {
     return QWidget::event(event);
 }
 
-/// Return goes on from wherever it has no other use.
+/// Return goes on from wherever it has no other use. A page without a control that the keyboard
+/// comes to is scrolled by itself.
 void OnboardingView::keyPressEvent(QKeyEvent *event) {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
         m_return.begin(*event);
+    } else if (event->matches(QKeySequence::MoveToNextPage)) {
+        m_stack->scrollPage(QAbstractSlider::SliderPageStepAdd);
+    } else if (event->matches(QKeySequence::MoveToPreviousPage)) {
+        m_stack->scrollPage(QAbstractSlider::SliderPageStepSub);
     } else {
         QWidget::keyPressEvent(event);
     }

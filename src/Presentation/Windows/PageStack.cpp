@@ -1,7 +1,9 @@
 #include "Presentation/Windows/PageStack.h"
 
-#include <QApplication>
+#include "Presentation/Windows/KeepFocusInSight.h"
+
 #include <QScrollArea>
+#include <QScrollBar>
 
 namespace morvane {
 
@@ -12,8 +14,7 @@ constexpr Seconds slideTime(0.28);
 } // namespace
 
 PageStack::PageStack(Scheduler &scheduler, QWidget *parent) : QWidget(parent), m_slide(scheduler) {
-    connect(qApp, &QApplication::focusChanged, this,
-            [this](QWidget *, QWidget *now) { bringIntoSight(now); });
+    keepFocusInSight(*this);
 }
 
 void PageStack::add(QWidget *page) {
@@ -54,6 +55,10 @@ void PageStack::show(int index, Motion motion) {
     m_slide.start(slideTime, slide, [this] { settle(); });
 }
 
+void PageStack::scrollPage(QAbstractSlider::SliderAction action) {
+    m_pages[static_cast<std::size_t>(m_shown)]->verticalScrollBar()->triggerAction(action);
+}
+
 void PageStack::settle() {
     m_slide.stop();
     for (std::size_t index = 0; index < m_pages.size(); ++index) {
@@ -61,18 +66,6 @@ void PageStack::settle() {
         page->setEnabled(true);
         page->setGeometry(rect());
         page->setVisible(index == static_cast<std::size_t>(m_shown));
-    }
-}
-
-/// A page may have something in it that scrolls by itself.
-void PageStack::bringIntoSight(QWidget *focus) {
-    if (!isAncestorOf(focus)) {
-        return;
-    }
-    for (QWidget *around = focus; around != this; around = around->parentWidget()) {
-        if (auto *view = qobject_cast<QScrollArea *>(around)) {
-            view->ensureWidgetVisible(focus);
-        }
     }
 }
 

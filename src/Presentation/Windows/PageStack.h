@@ -2,9 +2,11 @@
 
 #include "Presentation/Style/Animation.h"
 
-#include <QWidget>
+#include <QAbstractSlider>
 
 #include <vector>
+
+class QScrollArea;
 
 namespace morvane {
 
@@ -22,14 +24,16 @@ public:
     /// Further pages come from the right.
     void show(int index, Motion motion);
 
+    /// Scrolls the page on show, as far as it is higher than the stack.
+    void scrollPage(QAbstractSlider::SliderAction action);
+
 protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
     void settle();
-    void bringIntoSight(QWidget *focus);
 
-    std::vector<QWidget *> m_pages; ///< each in what scrolls it
+    std::vector<QScrollArea *> m_pages; ///< each page in what scrolls it
     int m_shown = 0;
     Animation m_slide;
 };

@@ -12,6 +12,7 @@
 #include "Presentation/Windows/ApprovalsSection.h"
 #include "Presentation/Windows/BehaviourSection.h"
 #include "Presentation/Windows/DisplaysSection.h"
+#include "Presentation/Windows/KeepFocusInSight.h"
 #include "Presentation/Windows/PictureView.h"
 #include "Presentation/Windows/PrivacySection.h"
 #include "Presentation/Windows/RemovalSection.h"
@@ -20,7 +21,6 @@
 #include "Presentation/Windows/UsageSection.h"
 #include "Presentation/Windows/WindowFocusSection.h"
 
-#include <QApplication>
 #include <QHBoxLayout>
 #include <QScrollArea>
 #include <QVBoxLayout>
@@ -47,7 +47,7 @@ SettingsView::SettingsView(const WindowContext &context, QWidget *parent)
     m_scroll->setWidget(makeForm(context));
     layout->addWidget(m_scroll, 1);
     layout->addWidget(makeFailureBar());
-    connect(qApp, &QApplication::focusChanged, this, &SettingsView::showFocus);
+    keepFocusInSight(*this);
     connect(&context.settings, &MorvaneSettings::changed, this, &SettingsView::refresh);
     connect(&m_connections, &AgentConnections::statusChanged, this, &SettingsView::refresh);
     connect(&m_connections, &AgentConnections::lastErrorChanged, this, &SettingsView::refresh);
@@ -89,14 +89,6 @@ QWidget *SettingsView::makeFailureBar() {
         new TextLabel(Typography::text(Typography::bodySize), Colors::primaryText, 4, m_failureBar);
     layout->addWidget(m_failure, 1);
     return m_failureBar;
-}
-
-/// A control that is reached by its letter may be out of sight. When the window comes back nothing
-/// moves.
-void SettingsView::showFocus(const QWidget *before, QWidget *now) {
-    if (before != nullptr && now != nullptr && m_scroll->widget()->isAncestorOf(now)) {
-        m_scroll->ensureWidgetVisible(now, 0, edge);
-    }
 }
 
 void SettingsView::showEvent(QShowEvent *event) {

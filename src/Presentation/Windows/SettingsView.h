@@ -31,7 +31,6 @@ private:
     void look();
     QWidget *makeForm(const WindowContext &context);
     QWidget *makeFailureBar();
-    void showFocus(const QWidget *before, QWidget *now);
 
     AgentConnections &m_connections;
     std::vector<FormSection *> m_sections;
