@@ -138,7 +138,19 @@ TEST_F(WelcomeTest, AWindowIsNoLargerThanThereIsRoomFor) {
     ManagedWindow large("Too large");
     large.setFixedSize(5000, 5000);
     large.present();
-    EXPECT_TRUE(large.screen()->availableGeometry().contains(large.geometry()));
+    const QRect room = large.screen()->availableGeometry();
+    EXPECT_EQ(large.pos(), room.topLeft());
+    EXPECT_EQ(large.size(), room.size() - QSize(0, 40)); // for its title bar
+    // What can't be made larger is shown whole where that is possible.
+    ManagedWindow fixed("Fixed");
+    ManagedWindow resizable("Resizable");
+    const QSize nearlyAll = room.size() - QSize(0, 50);
+    fixed.setFixedSize(nearlyAll);
+    resizable.resize(nearlyAll);
+    fixed.present();
+    resizable.present();
+    EXPECT_EQ(fixed.size(), nearlyAll);
+    EXPECT_LT(resizable.height(), nearlyAll.height());
 }
 
 TEST_F(WelcomeTest, OffersEveryAgentThatIsNew) {

@@ -13,7 +13,8 @@ namespace morvane {
 namespace {
 
 constexpr QColor yellow(255, 214, 10);
-constexpr double shareOfScreen = 0.85;
+constexpr double shareOfScreen = 0.85; ///< for a window that can be made larger
+constexpr int titleBar = 40;           ///< at most, in points
 
 } // namespace
 
@@ -87,9 +88,11 @@ void ManagedWindow::centreAtFirst() {
         screen = QGuiApplication::primaryScreen();
     }
     if (screen != nullptr) {
-        fitInto(screen->availableGeometry().size() * shareOfScreen);
-        QRect frame = rect();
-        frame.moveCenter(screen->geometry().center());
+        const QRect room = screen->availableGeometry();
+        const bool isFixed = minimumSize() == maximumSize();
+        fitInto(isFixed ? room.size() - QSize(0, titleBar) : room.size() * shareOfScreen);
+        QRect frame = rect().adjusted(0, 0, 0, titleBar);
+        frame.moveCenter(room.center());
         move(frame.topLeft());
     }
 }
