@@ -135,7 +135,7 @@ TEST_F(LinuxProcessesTest, FindsFilesOfOurOwnMountsByTheirPlainPath) {
     const QString plain = QFileInfo(folder.filePath("my agent")).canonicalFilePath();
     QFile::link(folder.path(), folder.filePath("link"));
     const QString linked = folder.filePath("link/my agent");
-    const auto self = LinuxProcesses::identityOf(sleeper.processId());
+    const auto self = processes.identityOf(sleeper.processId());
     ASSERT_TRUE(self);
     EXPECT_EQ(processes.fileOf(*self, linked), plain);
     sleeper.kill();
@@ -156,7 +156,7 @@ TEST_F(LinuxProcessesTest, FindsFilesOfOurOwnMountsByTheirPlainPath) {
     }
     QString found;
     const bool ends = becomesTrue([&] {
-        const auto there = LinuxProcesses::identityOf(child);
+        const auto there = processes.identityOf(child);
         found = there ? processes.fileOf(*there, "/my agent") : QString();
         const auto status = ProcessStatus::of(child);
         return !found.isEmpty() || (status && status->state == "Z");

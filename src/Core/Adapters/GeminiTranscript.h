@@ -12,8 +12,8 @@ constexpr qsizetype tailSize = 4'194'304;
 
 void takeLine(const JsonObject &line, TranscriptInfo &info);
 
-/// Takes an interruption, or a turn that runs, but no failure, since after an error Qwen Code may try
-/// again.
+/// Takes an interruption, or a turn that runs, but no failure, since after an error Qwen Code may
+/// try again.
 void takeLineOfQwen(const JsonObject &line, TranscriptInfo &info);
 
 } // namespace morvane::GeminiTranscript

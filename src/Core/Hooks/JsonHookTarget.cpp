@@ -243,9 +243,9 @@ std::optional<Failure> JsonHookTarget::setNotificationsSuppressed(bool suppresse
 }
 
 bool JsonHookTarget::hasSuppressedNotifications() const {
-    const auto origin = notificationsSuppressed() ? m_settings.origin() : std::nullopt;
-    const auto mute = m_adapter.notificationMute();
-    return origin && origin->value(mute->key.toStdString(), json()) != mute->value.toStdString();
+    const auto root = m_adapter.notificationMute() ? m_settings.read() : std::nullopt;
+    const auto origin = root && isMuted(*root) ? m_settings.origin() : std::nullopt;
+    return origin && !isMuted(*origin);
 }
 
 std::optional<Failure> JsonHookTarget::returnNotifications() const {
