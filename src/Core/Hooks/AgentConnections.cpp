@@ -209,9 +209,12 @@ void AgentConnections::repairHooks(AgentKind kind) {
 void AgentConnections::perform(const AgentAdapter &form, const QString &failed,
                                std::optional<Failure> (HookInstaller::*operation)() const) {
     const AgentKind kind = form.kind();
+    const QString path = pathOf(form.integration());
+    const auto before = RegularFile::whole(path);
     const auto failure = change(form, std::mem_fn(operation));
     refreshStatus();
-    if (!failure && !m_outcome && m_whyUnknown.contains(kind)) {
+    // Nothing was there to be done, as far as anybody can tell.
+    if (!failure && m_whyUnknown.contains(kind) && RegularFile::whole(path) == before) {
         m_outcome = whyUnknown(kind);
     }
     setLastError(failure ? std::optional(failed.arg(displayName(kind), failure->message))
