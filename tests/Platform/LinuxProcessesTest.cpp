@@ -25,8 +25,8 @@ class LinuxProcessesTest : public testing::Test {
 protected:
     LinuxProcessesTest() {
         sleeper.setWorkingDirectory(folder.path());
-        QFile::copy(QFileInfo("/bin/sleep").canonicalFilePath(), folder.filePath("my agent"));
-        sleeper.start(folder.filePath("my agent"), {"600"});
+        QFile::copy(QFileInfo("/bin/sleep").canonicalFilePath(), folder.filePath(name));
+        sleeper.start(folder.filePath(name), {"600"});
         sleeper.waitForStarted();
     }
     ~LinuxProcessesTest() override {
@@ -38,6 +38,8 @@ protected:
     ManualPool background;
     LinuxProcesses processes{scheduler, background};
     QTemporaryDir folder;
+    /// With a blank in it, and none of a test that runs at the same time.
+    const QString name = QString("my agent of %1").arg(::getpid());
     QProcess sleeper;
 };
 
@@ -81,7 +83,7 @@ protected:
                                   R"(mount -t tmpfs none "$1" && mkdir "$1/files" &&
                                      ln -s "$1/files" "$1/link" && touch "$1/files/it" &&
                                      exec "$0" 600)",
-                                  folder.filePath("my agent"),
+                                  folder.filePath(name),
                                   files.path()};
         sandbox.start("unshare", ::geteuid() == 0 ? command : QStringList("-r") + command);
         const auto isThere = [&] { return isReady() || sandbox.state() == QProcess::NotRunning; };
@@ -132,9 +134,9 @@ TEST_F(SandboxTest, HasFilesThatOnlyItsAgentSees) {
 }
 
 TEST_F(LinuxProcessesTest, FindsFilesOfOurOwnMountsByTheirPlainPath) {
-    const QString plain = QFileInfo(folder.filePath("my agent")).canonicalFilePath();
+    const QString plain = QFileInfo(folder.filePath(name)).canonicalFilePath();
     QFile::link(folder.path(), folder.filePath("link"));
-    const QString linked = folder.filePath("link/my agent");
+    const QString linked = folder.filePath("link/" + name);
     const auto self = processes.identityOf(sleeper.processId());
     ASSERT_TRUE(self);
     EXPECT_EQ(processes.fileOf(*self, linked), plain);
@@ -157,7 +159,7 @@ TEST_F(LinuxProcessesTest, FindsFilesOfOurOwnMountsByTheirPlainPath) {
     QString found;
     const bool ends = becomesTrue([&] {
         const auto there = processes.identityOf(child);
-        found = there ? processes.fileOf(*there, "/my agent") : QString();
+        found = there ? processes.fileOf(*there, "/" + name) : QString();
         const auto status = ProcessStatus::of(child);
         return !found.isEmpty() || (status && status->state == "Z");
     });
@@ -201,7 +203,7 @@ TEST_F(LinuxProcessesTest, TellsWhatItWasStartedWithAndThatItIsStopped) {
 }
 
 TEST_F(LinuxProcessesTest, FindsWhereAProgramRuns) {
-    const auto found = processes.workingDirectories("my agent");
+    const auto found = processes.workingDirectories(name);
     EXPECT_EQ(found, QStringList{QFileInfo(folder.path()).canonicalFilePath()});
     EXPECT_EQ(processes.workingDirectories("my"), QStringList());
 }
