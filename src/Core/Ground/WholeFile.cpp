@@ -102,7 +102,7 @@ std::optional<Failure> WholeFile::resemble(const QByteArray &model) const {
             return Failure{tr("its owner can't be kept: %1").arg(systemFailure(errno).message)};
         }
         const mode_t others = mode & S_IRWXO;
-        mode &= ~(S_ISGID | S_IRWXG) | (others << 3U);
+        mode &= ~mode_t{S_ISGID | S_IRWXG} | (others << 3U);
     }
     if (const int error = FileAttributes::copy(model, m_file)) {
         return Failure{tr("its attributes can't be kept: %1").arg(systemFailure(error).message)};
