@@ -98,7 +98,7 @@ TEST(VisibleText, LeavesWordsAsPeopleWriteThem) {
     const char16_t *const words[] = {
         u"⚠\uFE0F Delete?",
         u"1\uFE0F\u20E3 ℹ\uFE0F 🏳\uFE0F\u200D🌈",
-        u"👨\u200D💻 👩🏽\u200D❤\uFE0F\u200D💋\u200D👨🏽 "
+        u"👨\u200D💻 👩🏽\u200D❤\uFE0F\u200D💋\u200D👨🏽",
         u"👨🏽\u200D👩🏽\u200D👧🏽\u200D👦🏽",
         u"می\u200Cخواهم API\u200Cها",
         u"क्\u200Dष ক্\u200Cষ র\u200D্যাব",
