@@ -1,6 +1,5 @@
 #include "Presentation/Panel/InputView.h"
 
-#include "Core/Ground/VisibleText.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/FocusRing.h"
 #include "Presentation/Style/Typography.h"
@@ -8,12 +7,9 @@
 #include <QAccessibleWidget>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QTextLayout>
-#include <QTextOption>
 #include <QWheelEvent>
 
 #include <algorithm>
-#include <cmath>
 #include <optional>
 
 namespace morvane {
@@ -22,12 +18,10 @@ namespace {
 
 using Line = ReadableInput::Line;
 using Sign = ReadableInput::Sign;
-using VisibleText::firstCharacter;
 
 constexpr int padding = 7;
 constexpr int gutter = 14; ///< for the signs
 constexpr int textLeft = padding + gutter;
-constexpr double overlap = 0.35; ///< of a column, that a letter of another font may reach out
 constexpr int linesOfANotch = 3;
 constexpr int usualHeightLimit = 160;
 constexpr double groundRadius = 6;
@@ -70,39 +64,6 @@ std::optional<QChar> mark(Sign sign) {
 
 constexpr QChar continuation(u'\u21aa');
 
-/// Whether every character takes one column.
-bool isPlain(QStringView text) {
-    return std::ranges::all_of(text,
-                               [](QChar unit) { return unit >= u' ' && unit.unicode() < 0x7F; });
-}
-
-/// The length of what takes one cell: a character with what stands on it.
-qsizetype cellLength(QStringView text) {
-    const auto unitsOf = [](char32_t character) {
-        return qsizetype(QChar::requiresSurrogates(character) ? 2 : 1);
-    };
-    qsizetype length = unitsOf(firstCharacter(text));
-    while (length < text.size()) {
-        const char32_t next = firstCharacter(text.sliced(length));
-        const bool isSkinTone = next >= 0x1F3FB && next <= 0x1F3FF;
-        if (!QChar::isMark(next) && !isSkinTone) {
-            break;
-        }
-        length += unitsOf(next);
-    }
-    return length;
-}
-
-/// The widest that one of the usual characters is, which are all alike in a font made for this.
-double columnWidth(const QFont &font) {
-    const QFontMetricsF metrics(font);
-    double widest = 0;
-    for (char16_t character = u' '; character < 0x7F; ++character) {
-        widest = std::max(widest, metrics.horizontalAdvance(QChar(character)));
-    }
-    return widest;
-}
-
 /// To screen readers a widget of no kind is nothing to read.
 QAccessibleInterface *makeAccessibleInput(const QString &, QObject *object) {
     auto *view = qobject_cast<InputView *>(object);
@@ -111,10 +72,11 @@ QAccessibleInterface *makeAccessibleInput(const QString &, QObject *object) {
 
 } // namespace
 
-InputView::InputView(QWidget *parent) : QWidget(parent), m_heightLimit(usualHeightLimit) {
+InputView::InputView(QWidget *parent)
+    : QWidget(parent), m_rows(Typography::code(Typography::secondarySize)),
+      m_heightLimit(usualHeightLimit) {
     setFont(Typography::code(Typography::secondarySize));
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
-    m_columnWidth = columnWidth(font());
     QAccessible::installFactory(&makeAccessibleInput);
     QAccessible::installActivationObserver(this);
 }
@@ -133,12 +95,10 @@ QString InputView::spoken(const QList<Line> &lines) {
 }
 
 void InputView::setLines(const QList<Line> &lines) {
-    if (lines == m_lines) {
+    if (lines == m_rows.lines()) {
         return;
     }
-    m_lines = lines;
-    m_piecesWidth = -1;
-    m_columns.clear();
+    m_rows.setLines(lines);
     m_offset = 0;
     setAccessibleName(spoken(lines));
     updateGeometry();
@@ -153,8 +113,12 @@ void InputView::setHeightLimit(int limit) {
     }
 }
 
+const QList<InputRows::Row> &InputView::rows(int width) const {
+    return m_rows.at(width - textLeft - padding);
+}
+
 int InputView::contentHeight(int width) const {
-    return static_cast<int>(pieces(width).size()) * fontMetrics().lineSpacing() + 2 * padding;
+    return static_cast<int>(rows(width).size()) * fontMetrics().lineSpacing() + 2 * padding;
 }
 
 /// Of whole lines, so that it can be told from the last one that there are more.
@@ -169,79 +133,6 @@ QSize InputView::sizeHint() const {
     return {textLeft + padding, fontMetrics().lineSpacing() + 2 * padding};
 }
 
-const QList<InputView::Piece> &InputView::pieces(int width) const {
-    if (width != m_piecesWidth) {
-        m_piecesWidth = width;
-        m_pieces.clear();
-        const int room = width - textLeft - padding;
-        const auto columns = static_cast<qsizetype>(room / m_columnWidth);
-        for (qsizetype line = 0; line < m_lines.size(); ++line) {
-            if (m_lines[line].sign == Sign::prose) {
-                appendWords(m_pieces, line, room);
-            } else {
-                appendCells(m_pieces, line, std::max<qsizetype>(2, columns));
-            }
-        }
-    }
-    return m_pieces;
-}
-
-qsizetype InputView::columnsOf(const QString &cell) const {
-    if (cell.size() == 1 && isPlain(cell)) {
-        return 1;
-    }
-    auto known = m_columns.constFind(cell);
-    if (known == m_columns.constEnd()) {
-        const double advance = QFontMetricsF(font()).horizontalAdvance(cell);
-        const auto columns = static_cast<qsizetype>(std::ceil(advance / m_columnWidth - overlap));
-        known = m_columns.insert(cell, std::max<qsizetype>(columns, 1));
-    }
-    return *known;
-}
-
-void InputView::appendCells(QList<Piece> &list, qsizetype line, qsizetype columns) const {
-    const QString &text = m_lines[line].text;
-    qsizetype begin = 0;
-    if (isPlain(text)) {
-        for (; text.size() - begin > columns; begin += columns) {
-            list.append({line, begin, columns});
-        }
-    } else {
-        qsizetype taken = 0;
-        for (qsizetype at = 0; at < text.size();) {
-            const QString cell = text.mid(at, cellLength(QStringView(text).sliced(at)));
-            const qsizetype needed = columnsOf(cell);
-            if (at > begin && taken + needed > columns) {
-                list.append({line, begin, at - begin});
-                begin = at;
-                taken = 0;
-            }
-            taken += needed;
-            at += cell.size();
-        }
-    }
-    list.append({line, begin, text.size() - begin});
-}
-
-void InputView::appendWords(QList<Piece> &list, qsizetype line, int width) const {
-    const QString &text = m_lines[line].text;
-    QTextLayout layout(text, font());
-    QTextOption option;
-    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    layout.setTextOption(option);
-    layout.beginLayout();
-    for (QTextLine row = layout.createLine(); row.isValid(); row = layout.createLine()) {
-        row.setLineWidth(width);
-        qsizetype length = row.textLength();
-        // From right to left a blank at the end would stand before the words.
-        while (length > 0 && text[row.textStart() + length - 1].isSpace()) {
-            --length;
-        }
-        list.append({line, row.textStart(), length});
-    }
-    layout.endLayout();
-}
-
 void InputView::paintEvent(QPaintEvent *event) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -251,7 +142,7 @@ void InputView::paintEvent(QPaintEvent *event) {
     painter.drawRoundedRect(rect(), groundRadius, groundRadius);
     painter.setClipRect(rect().adjusted(0, padding, 0, -padding));
     const int lineHeight = fontMetrics().lineSpacing();
-    const QList<Piece> &all = pieces(width());
+    const QList<InputRows::Row> &all = rows(width());
     const QRect dirty = event->rect();
     const auto first = std::max(0, (dirty.top() - padding + m_offset) / lineHeight);
     const auto end = (dirty.bottom() - padding + m_offset) / lineHeight + 1;
@@ -265,24 +156,24 @@ void InputView::paintEvent(QPaintEvent *event) {
     }
 }
 
-void InputView::paint(QPainter &painter, const Piece &piece, int top) const {
-    const Line &line = m_lines[piece.line];
+void InputView::paint(QPainter &painter, const InputRows::Row &row, int top) const {
+    const Line &line = m_rows.lines()[row.line];
     const QColor color = colorOf(line.sign);
     const int baseline = top + fontMetrics().ascent();
     if (line.sign == Sign::removed || line.sign == Sign::added) {
         painter.fillRect(0, top, width(), fontMetrics().lineSpacing(),
                          Colors::faded(color, changedGround));
     }
-    const bool goesOn = piece.begin > 0;
+    const bool goesOn = row.begin > 0;
     if (const auto sign = goesOn ? std::optional(continuation) : mark(line.sign)) {
         painter.setPen(goesOn ? Colors::tertiaryText : color);
         painter.drawText(padding, baseline, QString(*sign));
     }
     painter.setPen(color);
     if (line.sign == Sign::prose) {
-        paintWords(painter, piece, baseline);
+        paintWords(painter, row, baseline);
     } else {
-        paintCells(painter, QStringView(line.text).sliced(piece.begin, piece.length), baseline);
+        paintCells(painter, QStringView(line.text).sliced(row.begin, row.length), baseline);
     }
 }
 
@@ -290,19 +181,19 @@ void InputView::paint(QPainter &painter, const Piece &piece, int top) const {
 void InputView::paintCells(QPainter &painter, QStringView text, int baseline) const {
     double column = 0;
     while (!text.isEmpty()) {
-        const QString cell = text.first(cellLength(text)).toString();
+        const QString cell = text.first(InputRows::cellLength(text)).toString();
         if (cell[0] != u' ') {
-            painter.drawText(QPointF(textLeft + column * m_columnWidth, baseline),
+            painter.drawText(QPointF(textLeft + column * m_rows.columnWidth(), baseline),
                              leftToRight + cell);
         }
-        column += static_cast<double>(columnsOf(cell));
+        column += static_cast<double>(m_rows.columnsOf(cell));
         text = text.sliced(cell.size());
     }
 }
 
-void InputView::paintWords(QPainter &painter, const Piece &piece, int baseline) const {
-    const QString &line = m_lines[piece.line].text;
-    const QString words = line.mid(piece.begin, piece.length);
+void InputView::paintWords(QPainter &painter, const InputRows::Row &row, int baseline) const {
+    const QString &line = m_rows.lines()[row.line].text;
+    const QString words = line.mid(row.begin, row.length);
     double left = textLeft;
     if (line.isRightToLeft()) {
         left = width() - padding - QFontMetricsF(font()).horizontalAdvance(words);

@@ -1,9 +1,8 @@
 #pragma once
 
-#include "Core/Agents/ReadableInput.h"
+#include "Presentation/Panel/InputRows.h"
 
 #include <QAccessible>
-#include <QHash>
 #include <QWidget>
 
 namespace morvane {
@@ -40,34 +39,20 @@ protected:
 private:
     using Line = ReadableInput::Line;
 
-    /// What of a line fits the width.
-    struct Piece {
-        qsizetype line = 0;
-        qsizetype begin = 0;
-        qsizetype length = 0;
-    };
-
-    const QList<Piece> &pieces(int width) const;
-    void appendCells(QList<Piece> &list, qsizetype line, qsizetype columns) const;
-    void appendWords(QList<Piece> &list, qsizetype line, int width) const;
-    qsizetype columnsOf(const QString &cell) const;
+    const QList<InputRows::Row> &rows(int width) const;
     int contentHeight(int width) const;
-    void paint(QPainter &painter, const Piece &piece, int top) const;
+    void paint(QPainter &painter, const InputRows::Row &row, int top) const;
     void paintCells(QPainter &painter, QStringView text, int baseline) const;
-    void paintWords(QPainter &painter, const Piece &piece, int baseline) const;
+    void paintWords(QPainter &painter, const InputRows::Row &row, int baseline) const;
     void paintThumb(QPainter &painter) const;
     bool isCut() const;
     bool scrollTo(int offset);
     void updateFocusPolicy();
     void accessibilityActiveChanged(bool active) override;
 
-    QList<Line> m_lines;
-    double m_columnWidth;
+    InputRows m_rows;
     int m_heightLimit;
-    int m_offset = 0;                            ///< how far it is scrolled
-    mutable QHash<QString, qsizetype> m_columns; ///< what measuring has told, which is dear
-    mutable QList<Piece> m_pieces;
-    mutable int m_piecesWidth = -1; ///< at which they were broken; -1 when they have to be anew
+    int m_offset = 0;                        ///< how far it is scrolled
     bool m_isRead = QAccessible::isActive(); ///< by a screen reader
 };
 

@@ -2,10 +2,9 @@
 
 #include "Core/Ground/BoundedText.h"
 #include "Presentation/Style/Colors.h"
+#include "Presentation/Style/TextRows.h"
 
 #include <QPainter>
-#include <QTextLayout>
-#include <QTextOption>
 
 #include <algorithm>
 
@@ -85,22 +84,15 @@ TextLabel::Broken TextLabel::broken(int width) const {
         append(0, fontMetrics().elidedText(whole, Qt::ElideRight, width));
         return result;
     }
-    QTextLayout layout(whole, font());
-    QTextOption option;
-    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    layout.setTextOption(option);
-    layout.beginLayout();
-    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-        line.setLineWidth(width);
+    for (const TextRow &row : textRows(whole, font(), width, m_maxLines)) {
         const bool isLast = m_maxLines > 0 && result.lines.size() == m_maxLines - 1;
         if (isLast) {
-            const QString rest = whole.mid(line.textStart()).replace(QChar::LineSeparator, u' ');
-            append(line.textStart(), fontMetrics().elidedText(rest, Qt::ElideRight, width));
-            break;
+            const QString rest = whole.mid(row.begin).replace(QChar::LineSeparator, u' ');
+            append(row.begin, fontMetrics().elidedText(rest, Qt::ElideRight, width));
+        } else {
+            append(row.begin, whole.mid(row.begin, row.length).trimmed());
         }
-        append(line.textStart(), whole.mid(line.textStart(), line.textLength()).trimmed());
     }
-    layout.endLayout();
     return result;
 }
 
