@@ -116,9 +116,7 @@ std::unique_ptr<EventServer> AppController::makeServer() {
             weak->m_usage.ingestLive(body, agent);
         }
     };
-    handlers.decisionsEnabled = [&settings = m_settings, &isShown = m_isShown] {
-        return settings.approvalsEnabled() && isShown;
-    };
+    handlers.decisionsEnabled = [this] { return canBeAnswered(); };
     handlers.fileOf = [&processes = *m_platform.processes](const auto &process, const auto &path) {
         return processes.fileOf(process, path);
     };
@@ -131,10 +129,14 @@ std::unique_ptr<EventServer> AppController::makeServer() {
                                          *m_platform.scheduler);
 }
 
+bool AppController::canBeAnswered() const {
+    return m_settings.approvalsEnabled() && m_isShown;
+}
+
 void AppController::takeEvent(const HookEvent &event) {
     m_store.apply(event);
     // A hook that was on its way when approvals were switched off, or the last panel went.
-    if (event.decisionID && !(m_settings.approvalsEnabled() && m_isShown)) {
+    if (event.decisionID && !canBeAnswered()) {
         m_store.releaseApprovals();
     }
     if (event.process && m_store.sessions().contains(event.sessionID)) {

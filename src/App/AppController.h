@@ -112,6 +112,8 @@ private:
     void readTranscripts();
     void restoreSessions();
     void createPresenters();
+    /// Whether a hook that waits may hope for an answer from the panel. Safe from any thread.
+    bool canBeAnswered() const;
     void releaseWhoeverWaits();
     void standInForTray();
     void watchTerminals();

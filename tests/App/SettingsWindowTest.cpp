@@ -2,7 +2,6 @@
 #include "Core/Settings/PanelKey.h"
 #include "Presentation/Windows/KeyField.h"
 #include "Presentation/Windows/ToggleRow.h"
-#include "Support/WaitUntil.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -130,19 +129,18 @@ TEST_F(SettingsWindowTest, ChangesSettingsAndFollowsThem) {
     QTest::keyClick(minutes, Qt::Key_Return);
     EXPECT_EQ(settings.autoClearMinutes(), 12);
 
-    // An arrow that is held goes on.
+    // An arrow stays down while it is held, so that it goes on.
     QStyleOptionSpinBox spinBox;
     spinBox.initFrom(minutes);
     spinBox.subControls = QStyle::SC_All;
-    const QPoint arrow = minutes->style()
-                             ->subControlRect(QStyle::CC_SpinBox, &spinBox, QStyle::SC_SpinBoxUp)
-                             .center();
-    QCoreApplication::processEvents();
-    window->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
-    QTest::mousePress(minutes, Qt::LeftButton, Qt::NoModifier, arrow);
-    EXPECT_TRUE(becomesTrue([this] { return settings.autoClearMinutes() > 14; }));
-    QTest::mouseRelease(minutes, Qt::LeftButton, Qt::NoModifier, arrow);
+    const QRect arrow =
+        minutes->style()->subControlRect(QStyle::CC_SpinBox, &spinBox, QStyle::SC_SpinBoxUp);
+    const QImage up = minutes->grab(arrow).toImage();
+    QTest::mousePress(minutes, Qt::LeftButton, Qt::NoModifier, arrow.center());
+    EXPECT_EQ(settings.autoClearMinutes(), 13);
+    EXPECT_NE(minutes->grab(arrow).toImage(), up);
+    QTest::mouseRelease(minutes, Qt::LeftButton, Qt::NoModifier, arrow.center());
+    EXPECT_EQ(minutes->grab(arrow).toImage(), up);
 
     // A wheel that turns over a choice scrolls the form.
     const auto pickers = window->findChildren<QComboBox *>();

@@ -209,13 +209,12 @@ void AgentConnections::repairHooks(AgentKind kind) {
 void AgentConnections::perform(const AgentAdapter &form, const QString &failed,
                                std::optional<Failure> (HookInstaller::*operation)() const) {
     const AgentKind kind = form.kind();
-    const QString path = pathOf(form.integration());
-    const auto before = RegularFile::whole(path);
+    const QString why = whyUnknown(kind);
     const auto failure = change(form, std::mem_fn(operation));
     refreshStatus();
     // Nothing was there to be done, as far as anybody can tell.
-    if (!failure && m_whyUnknown.contains(kind) && RegularFile::whole(path) == before) {
-        m_outcome = whyUnknown(kind);
+    if (!failure && !why.isEmpty() && why == whyUnknown(kind)) {
+        m_outcome = why;
     }
     setLastError(failure ? std::optional(failed.arg(displayName(kind), failure->message))
                          : std::nullopt);

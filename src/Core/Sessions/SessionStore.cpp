@@ -8,13 +8,8 @@ namespace morvane {
 
 namespace {
 
-using TurnEnd = SessionTransition::TurnEnd;
-
 constexpr Seconds cleanupInterval(60);
 constexpr Seconds answerDelay(2); ///< within which an agent goes on that was answered elsewhere
-
-/// Within which the hook of a prompt is told, so that what was written before was of an older turn.
-constexpr Seconds promptDelay(2);
 
 } // namespace
 
@@ -198,7 +193,8 @@ void SessionStore::approvalHungUp(const QString &decisionID) {
 void SessionStore::endQuietly(const QString &sessionID, Date lastEventAt) {
     const auto session = stored(sessionID);
     if (session && session->lastEventAt == lastEventAt) {
-        carryOut(SessionTransition::turnGone(*session, TurnEnd::interrupted, m_scheduler.now()));
+        carryOut(SessionTransition::turnGone(*session, SessionTransition::TurnEnd::interrupted,
+                                             m_scheduler.now()));
     }
 }
 
@@ -271,21 +267,22 @@ void SessionStore::enrichRestored(const QString &sessionID) {
 void SessionStore::learn(const Session &asked, SessionTranscripts::Purpose purpose,
                          const TranscriptInfo &info) {
     using enum SessionTranscripts::Purpose;
+    const auto present = stored(asked.id);
     if (purpose == turnEnd) {
-        endUnsaid(asked.id, asked.lastEventAt, info);
+        if (present && present->lastEventAt == asked.lastEventAt) {
+            endUnsaid(*present, info);
+        }
         return;
     }
-    if (auto present = stored(asked.id)) {
+    if (present) {
         const bool isForSummary = purpose == completion ? present->isFinished()
                                                         : purpose == restored && !present->summary;
-        if (isForSummary && info.lastAssistantText) {
-            present->summary = info.lastAssistantText;
-        }
-        takeTranscript(*present, info);
+        carryOut(SessionTransition::informed(*present, info,
+                                             isForSummary ? info.lastAssistantText : std::nullopt));
         // The hook has told that the turn is over, but not how.
         if (purpose == completion && present->state == SessionState::done &&
             present->endsTurnsInTranscript && info.turn == TranscriptInfo::Turn::failed) {
-            endUnsaid(asked.id, present->lastEventAt, info);
+            endUnsaid(m_sessions.value(asked.id), info);
         }
     }
     // The record outlives its session, which may have gone meanwhile.
@@ -296,43 +293,14 @@ void SessionStore::learn(const Session &asked, SessionTranscripts::Purpose purpo
     }
 }
 
-void SessionStore::takeTranscript(Session session, const TranscriptInfo &info) {
-    const auto take = [](auto &field, const auto &told) {
-        if (told) {
-            field = told;
-        }
-    };
-    take(session.model, info.model);
-    take(session.contextTokens, info.contextTokens);
-    take(session.permissionMode, info.permissionMode);
-    take(session.aiTitle, info.title);
-    if (session != m_sessions.value(session.id)) {
-        put(session);
-    }
-}
-
-void SessionStore::endUnsaid(const QString &sessionID, Date lastEventAt,
-                             const TranscriptInfo &info) {
-    const bool failed = info.turn == TranscriptInfo::Turn::failed;
-    auto session = stored(sessionID);
-    if (!session || session->lastEventAt != lastEventAt ||
-        (!failed && info.turn != TranscriptInfo::Turn::interrupted) ||
-        (info.turnAt && session->promptedAt && *session->promptedAt - *info.turnAt > promptDelay)) {
-        return;
-    }
-    if (failed) {
-        session->summary = info.failure;
-    }
-    // The agent asks in its terminal no more either.
-    session->pendingExternalResponse.reset();
-    const SessionState before = session->state;
+void SessionStore::endUnsaid(const Session &session, const TranscriptInfo &info) {
     const Date now = m_scheduler.now();
-    carryOut(SessionTransition::turnGone(*session, failed ? TurnEnd::failed : TurnEnd::interrupted,
-                                         now));
-    if (const auto ended = stored(sessionID); ended && before == SessionState::done) {
+    carryOut(SessionTransition::endedUnsaid(session, info, now));
+    const auto ended = stored(session.id);
+    if (ended && ended->state != session.state && session.isFinished()) {
         recordCompleted(*ended, now); // and nothing is heard of its end once more
     } else {
-        followUp(sessionID, before, now, false);
+        followUp(session.id, session.state, now, false);
     }
 }
 

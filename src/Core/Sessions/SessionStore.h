@@ -148,11 +148,10 @@ private:
     void followUp(const QString &sessionID, std::optional<SessionState> previous, Date now,
                   bool readsWords);
     void endQuietly(const QString &sessionID, Date lastEventAt);
-    void endUnsaid(const QString &sessionID, Date lastEventAt, const TranscriptInfo &info);
+    void endUnsaid(const Session &session, const TranscriptInfo &info);
     std::optional<Session> waitingFor(const QString &decisionID) const;
     void learn(const Session &asked, SessionTranscripts::Purpose purpose,
                const TranscriptInfo &info);
-    void takeTranscript(Session session, const TranscriptInfo &info);
     void recordCompleted(const Session &session, Date now);
     void publishSessions();
     void publishHistory();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/Agents/AgentDecision.h"
+#include "Core/Agents/TranscriptInfo.h"
 #include "Core/Intake/HookEvent.h"
 #include "Core/Sessions/DiscoveredSession.h"
 #include "Core/Sessions/Session.h"
@@ -141,6 +142,15 @@ public:
 
     /// The turn has ended without a hook, or with one that doesn't say how.
     static SessionTransition turnGone(Session session, TurnEnd end, Date now);
+
+    /// The same, as a transcript tells it; ignored where it tells of no such end, or of an older
+    /// turn's.
+    static SessionTransition endedUnsaid(Session session, const TranscriptInfo &info, Date now);
+
+    /// A transcript tells what the session is running with, and `words` what was said last; ignored
+    /// where nothing of that is new.
+    static SessionTransition informed(const Session &before, const TranscriptInfo &info,
+                                      const std::optional<QString> &words);
 
     /// What the hook waits for has lost its reason, so that the agent is to ask by itself.
     static SessionTransition released(Session session);

@@ -1,11 +1,14 @@
 #include "Core/Sessions/SessionTransition.h"
 
-// What moves a session without a hook: a person's answer, the end of what it waited with, and what
-// was found on disk.
+// What moves a session without a hook: a person's answer, the end of what it waited with, what its
+// transcript tells, and what was found on disk.
 
 namespace morvane {
 
 namespace {
+
+/// Within which the hook of a prompt is told, so that what was written before was of an older turn.
+constexpr Seconds promptDelay(2);
 
 /// A person has dealt with what the session waited for. Nothing has come from the agent, so the
 /// date of its last event stays.
@@ -122,6 +125,38 @@ SessionTransition SessionTransition::turnGone(Session session, TurnEnd end, Date
     session.pendingAgents = 0;
     session.stateChangedAt = now;
     return store(std::move(session));
+}
+
+SessionTransition SessionTransition::endedUnsaid(Session session, const TranscriptInfo &info,
+                                                 Date now) {
+    const bool failed = info.turn == TranscriptInfo::Turn::failed;
+    const bool isOfOlderTurn =
+        info.turnAt && session.promptedAt && *session.promptedAt - *info.turnAt > promptDelay;
+    if (isOfOlderTurn || (!failed && info.turn != TranscriptInfo::Turn::interrupted)) {
+        return {};
+    }
+    if (failed) {
+        session.summary = info.failure;
+    }
+    // The agent asks in its terminal no more either.
+    session.pendingExternalResponse.reset();
+    return turnGone(std::move(session), failed ? TurnEnd::failed : TurnEnd::interrupted, now);
+}
+
+SessionTransition SessionTransition::informed(const Session &before, const TranscriptInfo &info,
+                                              const std::optional<QString> &words) {
+    Session session = before;
+    const auto takeKnown = [](auto &field, const auto &told) {
+        if (told) {
+            field = told;
+        }
+    };
+    takeKnown(session.model, info.model);
+    takeKnown(session.contextTokens, info.contextTokens);
+    takeKnown(session.permissionMode, info.permissionMode);
+    takeKnown(session.aiTitle, info.title);
+    takeKnown(session.summary, words);
+    return session == before ? SessionTransition() : store(std::move(session));
 }
 
 SessionTransition SessionTransition::released(Session session) {
