@@ -32,8 +32,9 @@ ListRow::ListRow(const PanelContext &context, const Look &look, QWidget *parent)
     m_column->setSpacing(2);
     m_column->addWidget(m_nameLine);
     m_nameLine->addBadge(*m_agent);
-    connect(m_nameLine, &NameLine::renamed, this,
-            [this](const QString &name) { m_context.actions.onRenameCommit(m_cwd, name); });
+    connect(m_nameLine, &NameLine::renamed, this, [this](const QString &cwd, const QString &name) {
+        m_context.actions.onRenameCommit(cwd, name);
+    });
 }
 
 void ListRow::addMark(QWidget &mark) {
@@ -45,9 +46,8 @@ void ListRow::addMark(QWidget &mark) {
 }
 
 void ListRow::showName(const QString &name, const QString &cwd) {
-    m_cwd = cwd;
     m_nameLine->setName(name);
-    m_nameLine->setRenamable(m_context.actions.onRenameCommit && !cwd.isEmpty());
+    m_nameLine->setRenamable(m_context.actions.onRenameCommit ? cwd : QString());
 }
 
 void ListRow::showAgent(std::optional<AgentKind> agent) {

@@ -83,7 +83,6 @@ private:
     AgentBadge *m_agent;
     QHBoxLayout *m_line;
     QVBoxLayout *m_column;
-    QString m_cwd;
     ReplyStrip *m_reply = nullptr;
     bool m_wasUnderPointer = false; ///< when it was last told where that is
 };

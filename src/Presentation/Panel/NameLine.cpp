@@ -37,9 +37,9 @@ void NameLine::setName(const QString &name) {
     m_pencil->setAccessibleName(tr("Rename %1").arg(m_name->text()));
 }
 
-void NameLine::setRenamable(bool isRenamable) {
-    m_isRenamable = isRenamable;
-    m_pencil->setVisible(isRenamable && !m_name->isHidden());
+void NameLine::setRenamable(const QString &cwd) {
+    m_cwd = cwd;
+    m_pencil->setVisible(!cwd.isEmpty() && !m_name->isHidden());
 }
 
 void NameLine::addBadge(QWidget &badge) {
@@ -63,9 +63,9 @@ void NameLine::beginEditing() {
     m_field = new InlineNameField(setup, m_context, this);
     m_field->setFont(m_name->font());
     m_field->setFixedSize(fieldWidth, lineHeight);
-    connect(m_field, &InlineNameField::commit, this, [this](const QString &name) {
+    connect(m_field, &InlineNameField::commit, this, [this, cwd = m_cwd](const QString &name) {
         endEditing();
-        emit renamed(name);
+        emit renamed(cwd, name);
     });
     connect(m_field, &InlineNameField::cancel, this, &NameLine::endEditing);
     m_name->hide();
@@ -77,7 +77,7 @@ void NameLine::beginEditing() {
 void NameLine::endEditing() {
     m_line->removeWidget(m_field);
     m_name->show();
-    m_pencil->setVisible(m_isRenamable);
+    m_pencil->setVisible(!m_cwd.isEmpty());
     // For whoever goes on with the keys.
     m_pencil->setFocus();
 }

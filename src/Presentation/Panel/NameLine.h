@@ -23,7 +23,10 @@ public:
 
     /// Leaves a field that is open as it is.
     void setName(const QString &name);
-    void setRenamable(bool isRenamable);
+
+    /// Offers to rename this working directory; nothing for an empty one. A field that is open
+    /// renames the one that it was opened for.
+    void setRenamable(const QString &cwd);
 
     /// Puts something behind the name.
     void addBadge(QWidget &badge);
@@ -33,7 +36,7 @@ public:
     void abandonEditing();
 
 signals:
-    void renamed(const QString &name);
+    void renamed(const QString &cwd, const QString &name);
 
 private:
     void beginEditing();
@@ -43,7 +46,7 @@ private:
     TextLabel *m_name;
     PencilButton *m_pencil;
     QHBoxLayout *m_line;
-    bool m_isRenamable = false;
+    QString m_cwd;
     QPointer<InlineNameField> m_field;
 };
 

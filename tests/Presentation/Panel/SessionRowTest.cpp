@@ -413,6 +413,8 @@ TEST_F(SessionRowTest, ThePencilTurnsTheNameIntoAFieldThatOutlivesAnUpdate) {
     apply(EventBuilder(Event::toolUse).tool("Edit"));
     store.renameCwd("/srv/folder", QString("elsewhere"));
     show();
+    // The name is for the folder that it was begun for.
+    show(EventBuilder(Event::toolUse).with(&HookEvent::cwd, QString("/srv/folder/deeper")));
     EXPECT_EQ(field()->text(), "mine");
     QTest::keyClick(field(), Qt::Key_Return);
     EXPECT_EQ(renamed, QStringList({"/srv/folder=mine"}));
