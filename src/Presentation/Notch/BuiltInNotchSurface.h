@@ -42,6 +42,9 @@ public:
     bool hasBeenRead(const QString &sessionID) override;
     std::optional<CompletedRecord> readRecord(int digit) override;
 
+    /// Whether a reply would be lost with it that hasn't gone out.
+    bool holdsReply() const;
+
     /// What the shell covers, or will cover once it rests.
     QPainterPath shape() const;
 

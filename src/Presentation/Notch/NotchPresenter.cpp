@@ -72,6 +72,9 @@ void NotchPresenter::detach() {
     cancelPresentation();
     m_hover.endPresentation();
     destroyNotch();
+    if (window()) {
+        retireSurface();
+    }
     m_display.reset();
 }
 
@@ -122,18 +125,20 @@ void NotchPresenter::updateVisibility() {
     const bool isWanted = hasNotch() && (shouldBeVisible() || m_hover.isOpen() || isHeld());
     if (isWanted && shouldBeVisible()) {
         makePanel();
-    } else if (!isWanted && window()) {
+    } else if (!isWanted && isShown()) {
         destroyNotch();
     }
 }
 
 void NotchPresenter::makePanel() {
-    if (window() || !hasNotch()) {
+    if (isShown() || !hasNotch()) {
         return;
     }
-    m_surface = std::make_unique<BuiltInNotchSurface>(context());
+    if (!m_surface) {
+        m_surface = std::make_unique<BuiltInNotchSurface>(context());
+        putUp(*m_surface);
+    }
     m_surface->refresh();
-    putUp(*m_surface);
     layoutPanel();
     show();
 }
@@ -165,6 +170,7 @@ void NotchPresenter::show() {
     fadeIn(fadeInDuration);
 }
 
+/// A reply that hasn't gone out stays with its surface, which comes back with it.
 void NotchPresenter::destroyNotch() {
     m_hover.lock(context().scheduler.now());
     reportExpanded(false);
@@ -172,9 +178,21 @@ void NotchPresenter::destroyNotch() {
         return;
     }
     window()->hide();
+    if (m_surface->holdsReply()) {
+        m_surface->setMode(BuiltInNotchSurface::Mode::compact, Motion::atOnce);
+    } else {
+        retireSurface();
+    }
+}
+
+void NotchPresenter::retireSurface() {
     takeDown();
     m_retiredSurface = std::move(m_surface);
     m_retireTask = context().scheduler.after(Seconds(0), [this] { m_retiredSurface.reset(); });
+}
+
+bool NotchPresenter::isShown() const {
+    return window() && window()->isVisible();
 }
 
 /// The one place where hovering is decided; called whenever the pointer may have moved.
@@ -212,7 +230,7 @@ bool NotchPresenter::isPointerInside() {
     }
     const auto pointer = pointerPosition();
     const bool isOnSurface =
-        pointer && window() && window()->isVisible() &&
+        pointer && isShown() &&
         m_surface->shape().contains(*pointer - NotchGeometry::stageFrame(*m_display).topLeft());
     return isOnSurface || isMenuOpen() ||
            (pointer && NotchGeometry::hoverZone(*m_display).contains(*pointer));
