@@ -16,6 +16,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QPointer>
 
 #include <algorithm>
 #include <utility>
@@ -68,7 +69,18 @@ int ExpandedView::maxActiveListHeight(int contentHeightBudget, int footerHeight)
     return std::max(smallestListLimit, contentHeightBudget - footer - 2 * panelPadding);
 }
 
+/// A focus that moves meanwhile is followed once the whole list is there.
 void ExpandedView::refresh() {
+    const QPointer<QWidget> focus = QApplication::focusWidget();
+    m_isTakingOver = true;
+    takeOver();
+    m_isTakingOver = false;
+    if (QApplication::focusWidget() != focus) {
+        focusMoved(focus, QApplication::focusWidget());
+    }
+}
+
+void ExpandedView::takeOver() {
     const bool needsAttention =
         m_context.store.hasPendingDecision() || m_context.store.hasExternalPrompt();
     const bool attentionChanges = std::exchange(m_needsAttention, needsAttention) != needsAttention;
@@ -256,6 +268,9 @@ bool ExpandedView::focusNextPrevChild(bool next) {
 
 /// The row around it shows it as well.
 void ExpandedView::focusMoved(const QWidget *from, const QWidget *to) {
+    if (m_isTakingOver) {
+        return;
+    }
     RowList &rows = m_viewport->rows();
     for (QWidget *row : rows.inOrder()) {
         if (row == from || row == to || row->isAncestorOf(from) || row->isAncestorOf(to)) {

@@ -63,6 +63,7 @@ protected:
     bool focusNextPrevChild(bool next) override;
 
 private:
+    void takeOver();
     void focusMoved(const QWidget *from, const QWidget *to);
     bool takeKeys(const QList<RowList::Entry> &next);
     void showCall();
@@ -76,6 +77,7 @@ private:
     int m_contentHeightBudget;
     int m_footerHeight = 0; ///< until it is measured
     int m_contentWidthBudget;
+    bool m_isTakingOver = false;
     bool m_needsAttention = false;
     bool m_owesCall = false; ///< somebody waits for an answer, and the list hasn't gone there yet
     QStringList m_keys;      ///< of the entries on show

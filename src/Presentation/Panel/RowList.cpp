@@ -69,9 +69,9 @@ void RowList::setEntries(const QList<Entry> &entries, std::optional<Seconds> dur
 }
 
 void RowList::takeOver(const QList<Entry> &entries, bool moves) {
-    QList<Slot> gone = std::exchange(m_slots, {});
+    const QList<Slot> gone = std::exchange(m_slots, {});
     QHash<QString, Slot> before;
-    for (const Slot &slot : std::as_const(gone)) {
+    for (const Slot &slot : gone) {
         before.insert(slot.entry.key, slot);
     }
     m_slots.reserve(entries.size());
@@ -92,20 +92,24 @@ void RowList::takeOver(const QList<Entry> &entries, bool moves) {
         m_slots.append(slot);
     }
     for (qsizetype index = 0; index < gone.size(); ++index) {
-        if (!before.contains(gone[index].entry.key)) {
-            continue;
-        }
-        if (holdsText(gone[index])) {
-            static_cast<ListRow *>(gone[index].widget)->outliveEntry();
-            gone[index].isMeasured = false;
-            m_slots.insert(std::min(index, m_slots.size()), gone[index]);
-        } else {
-            dismiss(gone[index], moves);
+        if (before.contains(gone[index].entry.key)) {
+            letGo(gone[index], index, moves);
         }
     }
 }
 
-void RowList::dismiss(Slot &slot, bool moves) {
+/// A row with a text in it stays where it was.
+void RowList::letGo(Slot slot, qsizetype place, bool moves) {
+    if (holdsText(slot)) {
+        static_cast<ListRow *>(slot.widget)->outliveEntry();
+        slot.isMeasured = false;
+        m_slots.insert(std::min(place, m_slots.size()), slot);
+    } else {
+        dismiss(slot, moves);
+    }
+}
+
+void RowList::dismiss(const Slot &slot, bool moves) {
     if (slot.widget == nullptr) {
         return;
     }

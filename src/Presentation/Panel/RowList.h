@@ -99,7 +99,8 @@ private:
     void accessibilityActiveChanged(bool active) override;
     void takeOver(const QList<Entry> &entries, bool moves);
     static bool holdsText(const Slot &slot);
-    void dismiss(Slot &slot, bool moves);
+    void letGo(Slot slot, qsizetype place, bool moves);
+    void dismiss(const Slot &slot, bool moves);
     void start(Seconds duration);
     void finish();
     void measure(Slot &slot);

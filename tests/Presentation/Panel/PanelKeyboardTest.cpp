@@ -8,6 +8,7 @@
 
 #include <QApplication>
 #include <QTest>
+#include <QWheelEvent>
 #include <QWindow>
 
 namespace morvane {
@@ -201,6 +202,27 @@ TEST_F(PanelKeyboardTest, BringsWhatItMovesToIntoSight) {
     refresh();
     EXPECT_TRUE(focus().startsWith("row ")) << focus().toStdString();
     EXPECT_TRUE(isInSight(*QApplication::focusWidget()));
+}
+
+TEST_F(PanelKeyboardTest, FollowsTheFocusThatAnUpdateMoves) {
+    for (const QString id : {"a", "b", "c", "d"}) {
+        apply(EventBuilder::parked(id).in(id).with(&HookEvent::toolDetail, "more"));
+    }
+    view.setContentHeightBudget(300);
+    refresh();
+    view.takeFocus();
+    press(QList<Qt::Key>(12, Qt::Key_Down));
+    ASSERT_TRUE(focus().startsWith("+ ")) << focus().toStdString();
+    auto *row = qobject_cast<SessionRow *>(view.focusWidget()->parentWidget()->parentWidget());
+    ASSERT_NE(row, nullptr);
+    QWheelEvent up({200, 100}, view.mapToGlobal(QPointF(200, 100)), {}, {0, 240}, {}, {}, {},
+                   false);
+    QCoreApplication::sendEvent(&view, &up);
+    EXPECT_FALSE(isInSight(*row));
+    store.decide(row->session().id, AgentDecision::allow());
+    refresh();
+    EXPECT_EQ(QApplication::focusWidget(), row);
+    EXPECT_TRUE(isInSight(*row));
 }
 
 TEST_F(PanelKeyboardTest, OpensWhatHasFinished) {
