@@ -15,6 +15,7 @@
 #include "Support/Printing.h"
 #include "Support/UsageWorld.h"
 
+#include <QAccessible>
 #include <QPaintEvent>
 #include <QTemporaryDir>
 #include <QWidget>
@@ -124,6 +125,16 @@ protected:
             result.append(widget->text());
         }
         return result;
+    }
+
+    /// Whether a screen reader comes to this as a text of a widget that is on show.
+    static bool isReadOut(QWidget &parent, const QString &text) {
+        return std::ranges::any_of(
+            parent.findChildren<QWidget *>() << &parent, [&](QWidget *widget) {
+                return widget->isVisible() && widget->accessibleName() == text &&
+                       QAccessible::queryAccessibleInterface(widget)->role() ==
+                           QAccessible::StaticText;
+            });
     }
 
     CountingScheduler scheduler;

@@ -2,6 +2,7 @@
 
 #include "Core/Usage/UsageAlerts.h"
 #include "Presentation/Style/Colors.h"
+#include "Presentation/Style/ReadAsText.h"
 #include "Presentation/Style/SystemImage.h"
 #include "Presentation/Style/Typography.h"
 
@@ -20,6 +21,7 @@ constexpr int noteImageSpace = 13;
 AlertsNote::AlertsNote(QWidget *parent) : QWidget(parent) {
     setFont(Typography::text(textSize));
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    readAsText(*this);
     setAccessibleName(tr("Claude working-session alerts at %1 percent")
                           .arg(UsageAlerts::percents(QStringLiteral(", "))));
 }

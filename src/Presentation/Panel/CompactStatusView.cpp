@@ -4,6 +4,7 @@
 #include "Presentation/Mascot/PixelAnimator.h"
 #include "Presentation/Mascot/StateMarkView.h"
 #include "Presentation/Overlay/PanelContext.h"
+#include "Presentation/Style/ReadAsText.h"
 #include "Presentation/Style/StateLook.h"
 
 #include <QHBoxLayout>
@@ -20,6 +21,7 @@ CompactStatusView::CompactStatusView(const PanelContext &context, QWidget *paren
     : QWidget(parent), m_store(context.store),
       m_mascot(new PixelAnimator(context.timeline, context.scheduler, context.motion, pixel, this)),
       m_mark(new StateMarkView(this)) {
+    readAsText(*this);
     auto *line = new QHBoxLayout(this);
     line->setContentsMargins(0, 0, 0, 0);
     line->setSpacing(5);

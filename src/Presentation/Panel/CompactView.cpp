@@ -3,6 +3,7 @@
 #include "Presentation/Panel/CompactInfoView.h"
 #include "Presentation/Panel/CompactStatusView.h"
 #include "Presentation/Style/ActivateLayouts.h"
+#include "Presentation/Style/ReadAsText.h"
 
 #include <QHBoxLayout>
 
@@ -11,6 +12,7 @@ namespace morvane {
 CompactView::CompactView(const PanelContext &context, QWidget *parent)
     : QWidget(parent), m_status(new CompactStatusView(context, this)),
       m_info(new CompactInfoView(context, m_status->mascot(), this)) {
+    readAsText(*this);
     auto *line = new QHBoxLayout(this);
     line->setContentsMargins(14, 6, 14, 7);
     line->setSpacing(9);

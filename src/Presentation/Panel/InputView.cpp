@@ -2,9 +2,9 @@
 
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/FocusRing.h"
+#include "Presentation/Style/ReadAsText.h"
 #include "Presentation/Style/Typography.h"
 
-#include <QAccessibleWidget>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QWheelEvent>
@@ -64,12 +64,6 @@ std::optional<QChar> mark(Sign sign) {
 
 constexpr QChar continuation(u'\u21aa');
 
-/// To screen readers a widget of no kind is nothing to read.
-QAccessibleInterface *makeAccessibleInput(const QString &, QObject *object) {
-    auto *view = qobject_cast<InputView *>(object);
-    return view != nullptr ? new QAccessibleWidget(view, QAccessible::StaticText) : nullptr;
-}
-
 } // namespace
 
 InputView::InputView(QWidget *parent)
@@ -77,7 +71,7 @@ InputView::InputView(QWidget *parent)
       m_heightLimit(usualHeightLimit) {
     setFont(Typography::code(Typography::secondarySize));
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
-    QAccessible::installFactory(&makeAccessibleInput);
+    readAsText(*this);
     QAccessible::installActivationObserver(this);
 }
 

@@ -4,6 +4,7 @@
 #include "Core/Usage/UsagePoller.h"
 #include "Presentation/Panel/UsageMilestoneStyle.h"
 #include "Presentation/Style/HelpText.h"
+#include "Presentation/Style/ReadAsText.h"
 #include "Presentation/Style/Typography.h"
 
 #include <QHelpEvent>
@@ -64,6 +65,7 @@ QLinearGradient levels(const QRectF &track, bool showsAlertMarkers) {
 
 UsageBar::UsageBar(bool showsAlertMarkers, QWidget *parent)
     : QWidget(parent), m_showsAlertMarkers(showsAlertMarkers) {
+    readAsText(*this);
     setFont(labelFont());
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }

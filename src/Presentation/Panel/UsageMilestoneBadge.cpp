@@ -1,6 +1,7 @@
 #include "Presentation/Panel/UsageMilestoneBadge.h"
 
 #include "Presentation/Panel/UsageMilestoneStyle.h"
+#include "Presentation/Style/ReadAsText.h"
 #include "Presentation/Style/SystemImage.h"
 #include "Presentation/Style/Typography.h"
 
@@ -25,6 +26,7 @@ UsageMilestoneBadge::UsageMilestoneBadge(Size size, QWidget *parent)
     : QWidget(parent), m_padding(size == Size::compact ? compactPadding : regularPadding) {
     setFont(Typography::text(size == Size::compact ? compactText : regularText, QFont::Bold));
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    readAsText(*this);
     hide();
 }
 

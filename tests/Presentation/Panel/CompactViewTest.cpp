@@ -42,6 +42,9 @@ TEST_F(CompactViewTest, TellsHowLongTheFirstSessionIsAtItAndHowManyThereAre) {
     scheduler.advance(Seconds(60));
     EXPECT_EQ(shown(), "1m ×2");
     EXPECT_EQ(view.accessibleName(), "2 sessions, needs your input, 1m");
+    for (const QString text : {"2 sessions, needs your input, 1m", "needs your input"}) {
+        EXPECT_TRUE(isReadOut(view, text)) << text.toStdString();
+    }
 }
 
 TEST_F(CompactViewTest, RedrawsTheTimeOnceAMinuteAndAsksForRoom) {
@@ -84,6 +87,7 @@ TEST_F(CompactViewTest, AMilestoneTakesTheirPlaceForAMoment) {
     EXPECT_EQ(shown(), "");
     EXPECT_EQ(view.accessibleName(),
               "2 sessions, working, <1m, Claude weekly usage reached 95 percent");
+    EXPECT_TRUE(isReadOut(view, "Claude weekly usage reached 95 percent"));
     scheduler.advance(Seconds(6.1));
     EXPECT_EQ(shown(), "<1m ×2");
 }

@@ -1,5 +1,6 @@
 #include "Presentation/Panel/UsageBars.h"
 
+#include "Presentation/Panel/AlertsNote.h"
 #include "Presentation/Panel/ExpandedView.h"
 #include "Presentation/Panel/RefreshButton.h"
 #include "Presentation/Panel/SessionContextRow.h"
@@ -99,6 +100,8 @@ TEST_F(UsageBarsTest, ClaudesLimitsAreToldInWholeAndInWords) {
     EXPECT_EQ(barNames(), QStringList({"Session, 5h window, 42 percent used",
                                        "Weekly, 7d window, 7 percent used",
                                        "Model family, Fable window, 3 percent used"}));
+    EXPECT_TRUE(isReadOut(bars(), barNames().first()));
+    EXPECT_TRUE(isReadOut(bars(), shownIn<AlertsNote>(bars()).first()->accessibleName()));
     settings.setShowFableBar(false);
     EXPECT_EQ(barNames().size(), 2);
     // The status line of a new session knows nothing of a limit before its first answer.
