@@ -151,6 +151,17 @@ TEST_F(PresenterManagerTest, TellsAScreenReaderWhichSessionAsksOrIsOver) {
     scheduler.advance(Seconds(6));
     apply(over.with(&HookEvent::kind, Event::promptSubmit));
     EXPECT_EQ(said->accessibleName(), "");
+
+    // A notch that has had nothing to show before.
+    displays.setDisplays({FakeDisplays::notched(2, 0)});
+    apply(Event::sessionEnd, "a");
+    apply(Event::sessionEnd, "b");
+    scheduler.advance(Seconds(1));
+    ASSERT_TRUE(overlays.alive.isEmpty());
+    apply(EventBuilder::parked("d").in("c").with(&HookEvent::cwd, "/shop"));
+    ASSERT_FALSE(overlays.alive.isEmpty());
+    EXPECT_EQ(overlays.alive.first()->widget().findChild<Announcement *>()->accessibleName(),
+              "shop, waiting to run Bash");
 }
 
 } // namespace

@@ -119,6 +119,10 @@ void MorvanePresenter::presentPanelToKeys() {
 }
 
 void MorvanePresenter::announce(const QString &text) {
+    if (!m_surface) {
+        // What has just happened may be what it is there for from now on.
+        update();
+    }
     if (m_surface) {
         m_surface->announce(text);
     }
