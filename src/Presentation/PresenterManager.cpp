@@ -1,5 +1,6 @@
 #include "Presentation/PresenterManager.h"
 
+#include "Core/Ground/BoundedText.h"
 #include "Core/Sessions/SessionStore.h"
 #include "Core/Settings/MorvaneSettings.h"
 #include "Platform/Scheduler.h"
@@ -18,7 +19,8 @@ namespace {
 constexpr Seconds reconcileDelay(0.5);
 
 QString newsOf(const Session &session) {
-    return session.displayName() + QStringLiteral(", ") + SessionSubtitle::of(session).status;
+    return BoundedText::of(session.displayName(), BoundedText::lineLength) + QStringLiteral(", ") +
+           SessionSubtitle::of(session).status;
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "Presentation/Panel/CompletedRow.h"
 
+#include "Core/Ground/BoundedText.h"
 #include "Core/Ground/TimeFormat.h"
 #include "Platform/Scheduler.h"
 #include "Presentation/Mascot/PixelFrameView.h"
@@ -51,7 +52,8 @@ void CompletedRow::setRecord(const CompletedRecord &record, const Details &detai
     showBadge(details.badge);
     m_subtitle->setText(subtitleOf(record, context().scheduler.now()));
     showReply(details.session);
-    setAccessibleName(record.name + QStringLiteral(", ") + m_subtitle->text());
+    setAccessibleName(name() + QStringLiteral(", ") +
+                      BoundedText::of(m_subtitle->text(), BoundedText::lineLength));
 }
 
 void CompletedRow::showBadge(std::optional<int> badge) {

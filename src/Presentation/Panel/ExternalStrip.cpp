@@ -1,5 +1,6 @@
 #include "Presentation/Panel/ExternalStrip.h"
 
+#include "Core/Ground/BoundedText.h"
 #include "Core/Sessions/Session.h"
 #include "Presentation/Panel/DecideButton.h"
 #include "Presentation/Style/Colors.h"
@@ -46,7 +47,9 @@ void ExternalStrip::setSession(const Session &session) {
     m_content->setText(contentOf(*session.pendingExternalResponse));
     m_content->setVisible(!m_content->text().isEmpty());
     m_answer->setTitle(tr("Answer in %1").arg(host));
-    m_answer->setAccessibleName(tr("Answer in %1 for %2").arg(host, session.displayName()));
+    m_answer->setAccessibleName(
+        tr("Answer in %1 for %2")
+            .arg(host, BoundedText::of(session.displayName(), BoundedText::lineLength)));
     setHelpText(*m_answer, tr("Open the session and answer using %1's native controls").arg(host));
 }
 

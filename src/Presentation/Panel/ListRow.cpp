@@ -50,6 +50,10 @@ void ListRow::showName(const QString &name, const QString &cwd) {
     m_nameLine->setRenamable(m_context.actions.onRenameCommit ? cwd : QString());
 }
 
+QString ListRow::name() const {
+    return m_nameLine->name();
+}
+
 void ListRow::showAgent(std::optional<AgentKind> agent) {
     m_agent->setAgent(agent);
 }

@@ -66,6 +66,8 @@ protected:
 
     /// The name of a working directory, which can be changed where that is known.
     void showName(const QString &name, const QString &cwd);
+    /// Of the name as much as is shown.
+    QString name() const;
     void showAgent(std::optional<AgentKind> agent);
 
     /// The strip that offers a reply; made at the end of the column when it is first called for.

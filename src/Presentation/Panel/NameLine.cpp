@@ -37,6 +37,10 @@ void NameLine::setName(const QString &name) {
     m_pencil->setAccessibleName(tr("Rename %1").arg(m_name->text()));
 }
 
+QString NameLine::name() const {
+    return m_name->text();
+}
+
 void NameLine::setRenamable(const QString &cwd) {
     m_cwd = cwd;
     m_pencil->setVisible(!cwd.isEmpty() && !m_name->isHidden());

@@ -24,6 +24,9 @@ public:
     /// Leaves a field that is open as it is.
     void setName(const QString &name);
 
+    /// Of it as much as a line shows.
+    QString name() const;
+
     /// Offers to rename this working directory; nothing for an empty one. A field that is open
     /// renames the one that it was opened for.
     void setRenamable(const QString &cwd);

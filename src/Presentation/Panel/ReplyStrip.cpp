@@ -1,5 +1,6 @@
 #include "Presentation/Panel/ReplyStrip.h"
 
+#include "Core/Ground/BoundedText.h"
 #include "Presentation/Overlay/InlineNameField.h"
 #include "Presentation/Overlay/PanelContext.h"
 #include "Presentation/Panel/DecideButton.h"
@@ -39,7 +40,8 @@ bool ReplyStrip::isOffered(const PanelContext &context, const Session &session) 
 
 void ReplyStrip::setSession(const Session &session) {
     m_session = session;
-    m_affordance->setAccessibleName(tr("Reply to %1").arg(session.displayName()));
+    m_affordance->setAccessibleName(
+        tr("Reply to %1").arg(BoundedText::of(session.displayName(), BoundedText::lineLength)));
 }
 
 void ReplyStrip::abandonReply() {

@@ -1,5 +1,6 @@
 #include "Presentation/Panel/SessionRow.h"
 
+#include "Core/Ground/BoundedText.h"
 #include "Core/Sessions/SessionStore.h"
 #include "Presentation/Mascot/PixelAnimator.h"
 #include "Presentation/Overlay/PanelContext.h"
@@ -82,7 +83,8 @@ void SessionRow::showMain(Details details) {
     m_detail->setText(subtitle.detail);
     m_meta->setSession(m_session);
     m_subagents->setSubagents(m_session.subagents);
-    setAccessibleName(m_session.displayName() + QStringLiteral(", ") + subtitle.text());
+    setAccessibleName(name() + QStringLiteral(", ") +
+                      BoundedText::of(subtitle.text(), BoundedText::lineLength));
 }
 
 void SessionRow::showStrip(Details details) {
@@ -114,13 +116,11 @@ void SessionRow::retire(QWidget &strip) {
 
 QWidget *SessionRow::stripFor(bool showsShortcuts) {
     if (m_session.pendingApproval) {
-        approvalStrip().setApproval(*m_session.pendingApproval, m_session.displayName(),
-                                    showsShortcuts);
+        approvalStrip().setApproval(*m_session.pendingApproval, name(), showsShortcuts);
         return m_approval;
     }
     if (m_session.pendingQuestion) {
-        questionStrip().setQuestion(*m_session.pendingQuestion, m_session.displayName(),
-                                    showsShortcuts);
+        questionStrip().setQuestion(*m_session.pendingQuestion, name(), showsShortcuts);
         return m_question;
     }
     if (m_session.pendingExternalResponse) {

@@ -1,5 +1,6 @@
 #include "Presentation/Panel/SessionSubtitle.h"
 
+#include "Core/Ground/VisibleText.h"
 #include "Core/Sessions/Session.h"
 #include "Presentation/Style/StateLook.h"
 
@@ -38,7 +39,8 @@ SessionSubtitle SessionSubtitle::of(const Session &session) {
             return {tr("waiting for your answer"), detail};
         }
         if (session.pendingApproval) {
-            return {tr("waiting to run %1").arg(session.pendingApproval->toolName), detail};
+            const QString tool = VisibleText::name(session.pendingApproval->toolName);
+            return {tr("waiting to run %1").arg(tool), detail};
         }
         return {word, detail};
     case SessionState::working:
@@ -51,7 +53,7 @@ SessionSubtitle SessionSubtitle::of(const Session &session) {
         return {tr("waiting for %1 agents…").arg(session.pendingAgents), detail};
     }
     if (session.currentTool) {
-        return {tr("running %1").arg(*session.currentTool), detail};
+        return {tr("running %1").arg(VisibleText::name(*session.currentTool)), detail};
     }
     return {tr("working…"), detail};
 }

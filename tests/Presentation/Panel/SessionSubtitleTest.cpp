@@ -18,6 +18,8 @@ TEST(SessionSubtitle, SaysWhatTheSessionIsDoing) {
     session.pendingApproval = PendingApproval();
     session.pendingApproval->toolName = "Bash";
     EXPECT_EQ(says(), "waiting to run Bash");
+    session.pendingApproval->toolName = "B\u202eash";
+    EXPECT_EQ(says(), "waiting to run B⟨U+202E⟩ash");
     session.pendingExternalResponse = PendingExternalResponse();
     EXPECT_EQ(says(), "waiting for your answer");
     session.pendingQuestion = PendingQuestion();
@@ -27,6 +29,10 @@ TEST(SessionSubtitle, SaysWhatTheSessionIsDoing) {
     EXPECT_EQ(says(), "working…");
     session.currentTool = "Edit";
     EXPECT_EQ(says(), "running Edit");
+    // An agent may call its tools whatever it likes.
+    session.currentTool = "E\u202edit\n" + QString(9'000, 'x');
+    EXPECT_TRUE(says().startsWith("running E⟨U+202E⟩dit⟨U+000A⟩x"));
+    EXPECT_LT(says().size(), 200);
     session.pendingAgents = 1;
     EXPECT_EQ(says(), "waiting for 1 agent…");
     session.pendingAgents = 2;
