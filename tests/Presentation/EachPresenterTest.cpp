@@ -97,6 +97,13 @@ TEST_P(EachPresenterTest, LendsTheKeyboardToWhoeverOpensItByKey) {
     EXPECT_FALSE(window().hasKeyboard);
     scheduler.advance(Seconds(1));
     EXPECT_FALSE(presenter->isExpanded());
+
+    // Nothing looks as if the keys went there when they are refused, the second time neither.
+    present();
+    QApplication::focusWidget()->clearFocus();
+    window().canTakeKeyboard = false;
+    presenter->presentPanelToKeys();
+    EXPECT_EQ(QApplication::focusWidget(), nullptr);
 }
 
 TEST_P(EachPresenterTest, AReturnIsPressedOnceHoweverLongItIsHeld) {

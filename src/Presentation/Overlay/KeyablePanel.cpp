@@ -12,10 +12,8 @@ bool KeyablePanel::makeKey() {
     return true;
 }
 
-void KeyablePanel::renewKey() {
-    if (m_users > 0 && onTakeKeyboard) {
-        static_cast<void>(onTakeKeyboard());
-    }
+bool KeyablePanel::renewKey() {
+    return m_users > 0 && onTakeKeyboard && onTakeKeyboard();
 }
 
 void KeyablePanel::resignKey() {
@@ -26,10 +24,9 @@ void KeyablePanel::resignKey() {
 
 bool KeyablePanel::beginKeyboardUse() {
     if (m_isUsedByKeys) {
-        renewKey();
-    } else {
-        m_isUsedByKeys = makeKey();
+        return renewKey();
     }
+    m_isUsedByKeys = makeKey();
     return m_isUsedByKeys;
 }
 

@@ -28,7 +28,8 @@ public:
     [[nodiscard]] bool makeKey();
 
     /// Called by a field that is open when it is clicked: the keyboard may have gone elsewhere.
-    void renewKey();
+    /// False where it wasn't given back.
+    bool renewKey();
 
     /// Called by each field that asked for the keyboard, when it goes away; the last one gives it
     /// back.
