@@ -33,8 +33,10 @@ void PixelTimeline::advance(Interval interval) {
     aim(interval);
     auto &followers = m_beats[interval].followers;
     for (auto next = followers.begin(); next != followers.end();) {
-        const auto action = (next++)->second;
+        const auto [follower, action] = *next;
         action();
+        // It may have dropped any of them.
+        next = followers.upper_bound(follower);
     }
 }
 

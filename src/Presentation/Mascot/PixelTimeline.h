@@ -24,7 +24,8 @@ public:
         return m_scheduler.now().time_since_epoch() / interval;
     }
 
-    /// Runs the action at each new step, until the task is dropped; the action may drop it.
+    /// Runs the action at each new step, until the task is dropped; the action may drop it, or
+    /// any other.
     [[nodiscard]] Task follow(Interval interval, std::function<void()> action);
 
 private:

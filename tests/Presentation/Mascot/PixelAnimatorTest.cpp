@@ -45,6 +45,20 @@ protected:
     std::vector<std::unique_ptr<PixelAnimator>> mascots;
 };
 
+TEST_F(PixelAnimatorTest, AStepMayDropThoseThatFollowIt) {
+    const PixelTimeline::Interval interval(100);
+    QString steps;
+    std::optional<Task> second;
+    const Task first = timeline.follow(interval, [&] {
+        steps += '1';
+        second.reset();
+    });
+    second = timeline.follow(interval, [&] { steps += '2'; });
+    const Task third = timeline.follow(interval, [&] { steps += '3'; });
+    scheduler.advance(Seconds(0.11));
+    EXPECT_EQ(steps, "13");
+}
+
 TEST_F(PixelAnimatorTest, StepsWithTheWallClockSoThatAllOfAStateAreInStep) {
     const std::tuple<SessionState, double, QList<PixelFrame>> cases[] = {
         {SessionState::working, 0.3, PixelArt::working()},
