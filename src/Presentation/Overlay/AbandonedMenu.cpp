@@ -29,6 +29,7 @@ bool AbandonedMenu::eventFilter(QObject *watched, QEvent *event) {
         break;
     case QEvent::Enter:
     case QEvent::MouseMove:
+    case QEvent::KeyPress:
         m_closing.cancel();
         break;
     default:

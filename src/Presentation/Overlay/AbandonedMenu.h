@@ -10,8 +10,8 @@ namespace morvane {
 class Scheduler;
 
 /// Closes an open menu a moment after the pointer has left it, its submenus and what it was opened
-/// on. For desktops that let no menu hear of a click on another program's window, which would leave
-/// it open. Lives for as long as the menu is open; main thread.
+/// on, unless a key is pressed in it. For desktops that let no menu hear of a click on another
+/// program's window, which would leave it open. Lives for as long as the menu is open; main thread.
 class AbandonedMenu : public QObject {
     Q_OBJECT
 

@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QEnterEvent>
+#include <QKeyEvent>
 #include <gtest/gtest.h>
 
 namespace morvane {
@@ -28,6 +29,11 @@ TEST(AbandonedMenuTest, ClosesOnceThePointerHasLeftAllOfIt) {
     EXPECT_TRUE(menu.isVisible());
     crosses(*submenu, QEvent::Leave);
     QCoreApplication::sendEvent(&origin, &enters);
+    scheduler.advance(Seconds(60));
+    EXPECT_TRUE(menu.isVisible());
+    crosses(origin, QEvent::Leave);
+    QKeyEvent down(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier);
+    QCoreApplication::sendEvent(&menu, &down);
     scheduler.advance(Seconds(60));
     EXPECT_TRUE(menu.isVisible());
     crosses(origin, QEvent::Leave);
