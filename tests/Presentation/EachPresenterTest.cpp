@@ -1,3 +1,4 @@
+#include "Presentation/Panel/InputView.h"
 #include "Presentation/Panel/SessionRow.h"
 #include "Presentation/PresenterFixture.h"
 
@@ -245,6 +246,21 @@ TEST_P(EachPresenterTest, GivesWayToFullscreenProgramsAsTheSettingSays) {
     presenter.reset();
     attach();
     EXPECT_TRUE(window().hidesOverFullscreen);
+}
+
+TEST_P(EachPresenterTest, GivesALongCallTheRoomThatItsDisplayHas) {
+    attach();
+    apply(EventBuilder::parked("d").given(
+        R"({"command":")" + QString("line\\n").repeated(200).toStdString() + R"("})"));
+    presenter->presentPanel();
+    scheduler.advance(Seconds(1));
+    const int before = window().widget().findChild<InputView *>()->height();
+    Display larger = GetParam() ? FakeDisplays::notched(1, 0) : FakeDisplays::external(1, 0);
+    larger.frame.setHeight(1200);
+    larger.visibleFrame.setBottom(larger.frame.bottom());
+    presenter->attach(larger);
+    scheduler.advance(Seconds(1));
+    EXPECT_GT(window().widget().findChild<InputView *>()->height(), before);
 }
 
 TEST_P(EachPresenterTest, WithLessMotionItIsWhereItBelongsAtOnce) {

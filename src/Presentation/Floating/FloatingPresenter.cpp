@@ -62,6 +62,8 @@ void FloatingPresenter::attach(const Display &display) {
     m_view->setContentWidthBudget(display.visibleFrame.width());
     if (isFirst) {
         follow();
+    } else {
+        m_view->refresh(); // what is shown of a long call goes by the budget
     }
     // Even at the same place in points its pixels may be others now.
     m_target = {};

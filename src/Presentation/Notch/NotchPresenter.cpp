@@ -138,7 +138,6 @@ void NotchPresenter::makePanel() {
         m_surface = std::make_unique<BuiltInNotchSurface>(context());
         putUp(*m_surface);
     }
-    m_surface->refresh();
     layoutPanel();
     show();
 }
@@ -150,6 +149,7 @@ void NotchPresenter::layoutPanel() {
     m_surface->setNotch(NotchGeometry::hardwareNotchSize(*m_display),
                         {NotchGeometry::contentWidthBudget(*m_display),
                          NotchGeometry::contentHeightBudget(*m_display)});
+    m_surface->refresh();
     window()->setGeometry(NotchGeometry::stageFrame(*m_display), OverlayWindow::Anchor::topCenter);
     m_surface->layOut(Motion::atOnce);
     window()->setShape(m_surface->shape());
