@@ -22,8 +22,6 @@ FormButton::FormButton(const QString &text, Role role, QWidget *parent)
     setFont(Typography::text(Typography::bodySize, QFont::Medium));
     setAttribute(Qt::WA_Hover);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    setAutoDefault(true); // Return presses it, like Space
-    setDefault(role == Role::primary);
 }
 
 QSize FormButton::sizeHint() const {
