@@ -46,11 +46,6 @@ void PresenterManager::start() {
     });
 }
 
-bool PresenterManager::isAnyExpanded() const {
-    return std::ranges::any_of(m_presenters,
-                               [](const auto &entry) { return entry.second->isExpanded(); });
-}
-
 bool PresenterManager::hasBeenRead(const QString &sessionID) const {
     return std::ranges::any_of(
         m_presenters, [&](const auto &entry) { return entry.second->hasBeenRead(sessionID); });

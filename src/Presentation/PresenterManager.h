@@ -31,9 +31,6 @@ public:
     /// mode there is none.
     std::function<void(bool)> onShownChanged;
 
-    /// Whether any panel is open.
-    bool isAnyExpanded() const;
-
     /// Whether the prompt of this session is open on a display and has stood there long enough to
     /// be read.
     bool hasBeenRead(const QString &sessionID) const;

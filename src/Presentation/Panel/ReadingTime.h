@@ -3,7 +3,6 @@
 #include "Platform/Task.h"
 #include "Platform/Time.h"
 
-#include <QPointer>
 #include <QRect>
 #include <QRegion>
 #include <QWidget>

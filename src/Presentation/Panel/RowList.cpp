@@ -8,7 +8,6 @@
 #include <QEvent>
 #include <QGraphicsOpacityEffect>
 #include <QHash>
-#include <QLayout>
 #include <QPainter>
 
 #include <algorithm>

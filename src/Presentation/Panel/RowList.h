@@ -11,8 +11,6 @@
 
 namespace morvane {
 
-class ListRow;
-
 /// The list of the panel: headers and rows, one below the other. What stands in it is told by
 /// entries; a widget is made when its entry first comes into sight, so that a long list opens as
 /// quickly as a short one, and stays for as long as its entry does.

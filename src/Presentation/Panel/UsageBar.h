@@ -4,8 +4,6 @@
 
 #include <QWidget>
 
-#include <optional>
-
 namespace morvane {
 
 /// One limit as it is to be shown.

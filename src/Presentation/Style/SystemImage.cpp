@@ -106,17 +106,10 @@ Drawing bell(const DeviceCanvas &canvas) {
     return drawing;
 }
 
-QPolygonF check(const DeviceCanvas &canvas, QPointF bend, double arm) {
-    const double shorter = std::round(canvas.scale(arm));
-    const double longer = std::round(canvas.scale(arm * 2));
-    const QPointF corner = canvas.linePoint(bend.x(), bend.y());
-    return chevron(corner, {-shorter, -shorter}, {longer, -longer});
-}
-
-Drawing checkmark(const DeviceCanvas &canvas) {
-    Drawing drawing;
-    drawing.lines.addPolygon(check(canvas, {6.2, 12}, 3.6));
-    return drawing;
+QPolygonF check(const DeviceCanvas &canvas) {
+    const double shorter = std::round(canvas.scale(2.5));
+    const double longer = std::round(canvas.scale(5));
+    return chevron(canvas.linePoint(6.9, 10.6), {-shorter, -shorter}, {longer, -longer});
 }
 
 Drawing filledCheck(const DeviceCanvas &canvas) {
@@ -125,7 +118,7 @@ Drawing filledCheck(const DeviceCanvas &canvas) {
     const double side = canvas.edge(16) - 2 * inset;
     drawing.fill.addEllipse(QRectF(inset, inset, side, side));
     QPainterPath mark;
-    mark.addPolygon(check(canvas, {6.9, 10.6}, 2.5));
+    mark.addPolygon(check(canvas));
     QPainterPathStroker stroker;
     stroker.setWidth(canvas.lineWidth());
     stroker.setCapStyle(Qt::RoundCap);
@@ -280,8 +273,6 @@ Drawing drawingOf(SystemImage image, const DeviceCanvas &canvas) {
         return replyArrow(canvas);
     case SystemImage::bellFill:
         return bell(canvas);
-    case SystemImage::checkmark:
-        return checkmark(canvas);
     case SystemImage::checkmarkCircleFill:
         return filledCheck(canvas);
     case SystemImage::chevronDown:

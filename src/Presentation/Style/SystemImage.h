@@ -13,7 +13,6 @@ enum class SystemImage {
     arrowClockwise,              ///< "arrow.clockwise"
     arrowTurnUpLeft,             ///< "arrow.turn.up.left", a reply
     bellFill,                    ///< "bell.fill"
-    checkmark,                   ///< "checkmark"
     checkmarkCircleFill,         ///< "checkmark.circle.fill"
     chevronDown,                 ///< "chevron.down"
     chevronRight,                ///< "chevron.right"

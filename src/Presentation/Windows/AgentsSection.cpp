@@ -16,7 +16,7 @@ AgentsSection::AgentsSection(const WindowContext &context, QWidget *parent)
     addRow(tr("Event server"))->addWidget(status);
     onRefresh(
         [status, serverStatus = context.program.serverStatus] { status->setText(serverStatus()); });
-    setFooter(tr("Connecting an agent merges Morvane's hooks into its own settings file — other "
+    addFooter(tr("Connecting an agent merges Morvane's hooks into its own settings file — other "
                  "entries are left untouched, and a backup is written first."));
 }
 

@@ -125,9 +125,9 @@ ToggleRow *FormSection::addToggle(const QString &text, MorvaneSettings &settings
         [&settings, write](bool on) { (settings.*write)(on); });
 }
 
-QComboBox *FormSection::addPicker(const QString &label, const QStringList &options,
-                                  const std::function<int()> &read,
-                                  const std::function<void(int)> &write) {
+void FormSection::addPicker(const QString &label, const QStringList &options,
+                            const std::function<int()> &read,
+                            const std::function<void(int)> &write) {
     auto *text = new QLabel(label, m_ground);
     text->setFont(Typography::text(Typography::nameSize));
     auto *picker = new Picker(m_ground);
@@ -136,7 +136,6 @@ QComboBox *FormSection::addPicker(const QString &label, const QStringList &optio
     addRow(text)->addWidget(picker);
     connect(picker, &QComboBox::activated, this, write);
     onRefresh([picker, read] { picker->setCurrentIndex(read()); });
-    return picker;
 }
 
 void FormSection::indent(QWidget *widget) {
@@ -155,14 +154,12 @@ TextLabel *FormSection::addCaption(const QString &text) {
     return caption;
 }
 
-void FormSection::setFooter(const QString &text) {
-    if (m_footer == nullptr) {
-        m_footer = new TextLabel(Typography::text(Typography::secondarySize), Colors::secondaryText,
-                                 0, this);
-        m_footer->setContentsMargins(inset, 0, inset, 0);
-        layout()->addWidget(m_footer);
-    }
-    m_footer->setText(text);
+void FormSection::addFooter(const QString &text) {
+    auto *footer =
+        new TextLabel(Typography::text(Typography::secondarySize), Colors::secondaryText, 0, this);
+    footer->setContentsMargins(inset, 0, inset, 0);
+    footer->setText(text);
+    layout()->addWidget(footer);
 }
 
 TextLabel *FormSection::makeText(const QString &text) {

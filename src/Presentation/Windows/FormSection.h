@@ -9,7 +9,6 @@
 #include <initializer_list>
 #include <vector>
 
-class QComboBox;
 class QHBoxLayout;
 class QVBoxLayout;
 
@@ -47,8 +46,8 @@ protected:
                          void (MorvaneSettings::*write)(bool));
 
     /// A choice of one of several, by their place in `options`.
-    QComboBox *addPicker(const QString &label, const QStringList &options,
-                         const std::function<int()> &read, const std::function<void(int)> &write);
+    void addPicker(const QString &label, const QStringList &options,
+                   const std::function<int()> &read, const std::function<void(int)> &write);
 
     /// Moves the row of this widget in, for it belongs to the one above.
     static void indent(QWidget *widget);
@@ -66,7 +65,7 @@ protected:
     void addButtons(std::initializer_list<FormButton *> buttons);
 
     void addWidget(QWidget *row);
-    void setFooter(const QString &text);
+    void addFooter(const QString &text);
 
     TextLabel *makeText(const QString &text);
     FormButton *makeButton(const QString &text, const std::function<void()> &pressed,
@@ -78,7 +77,6 @@ private:
 
     QWidget *m_ground = nullptr; ///< the rows lie on it
     QVBoxLayout *m_rows = nullptr;
-    TextLabel *m_footer = nullptr;
     std::vector<std::function<void()>> m_updates;
 };
 

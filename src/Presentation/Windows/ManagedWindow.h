@@ -27,8 +27,6 @@ public:
     void setAboveOthers(bool isAbove);
 
 protected:
-    static constexpr int margin = 40; ///< between the edge and what is written
-
     bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void keyReleaseEvent(QKeyEvent *event) override;

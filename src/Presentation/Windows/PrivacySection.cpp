@@ -3,7 +3,6 @@
 #include "Core/Settings/MorvaneSettings.h"
 #include "Core/Shell/BuildInfo.h"
 #include "Core/Shell/UpdateManager.h"
-#include "Presentation/Style/TextLabel.h"
 
 namespace morvane {
 
@@ -20,7 +19,7 @@ PrivacySection::PrivacySection(const WindowContext &context, QWidget *parent)
         addCaption(tr("This build has no server to count at, so nothing is sent either way."));
     }
     if (context.updates.isConfigured()) {
-        setFooter(tr("The daily update check also reaches Morvane's server, which tells it that a "
+        addFooter(tr("The daily update check also reaches Morvane's server, which tells it that a "
                      "copy of this version ran that day. That becomes a daily total through a hash "
                      "that can't be reproduced the next day; your address is never stored. Turn "
                      "the check off under Updates."));

@@ -16,7 +16,7 @@ WindowFocusSection::WindowFocusSection(const WindowContext &context, QWidget *pa
     };
     QWidget *granted = add(SystemImage::checkmarkCircleFill, Colors::connected, tr("Granted"));
     QWidget *refused = add(SystemImage::exclamationmarkCircle, Colors::warning, tr("Not granted"));
-    setFooter(PlatformWords::windowFocusFooter());
+    addFooter(PlatformWords::windowFocusFooter());
     onRefresh([granted, refused, canFocusWindows = context.program.canFocusWindows] {
         granted->setVisible(canFocusWindows());
         refused->setVisible(!canFocusWindows());
