@@ -1,19 +1,8 @@
 #include "Presentation/Notch/NotchHover.h"
 
-#include <algorithm>
+#include "Presentation/Overlay/TimeLeft.h"
 
 namespace morvane {
-
-namespace {
-
-/// What is left of a delay that began at `since`, which is set to now where it hasn't begun yet.
-/// A clock that was set back starts it over, and doesn't hold it up.
-Seconds rest(Seconds delay, std::optional<Date> &since, Date now) {
-    since = std::min(since.value_or(now), now);
-    return delay - (now - *since);
-}
-
-} // namespace
 
 NotchHover::Decision NotchHover::poll(Date now, const Facts &facts) {
     if (m_lockedUntil) {
@@ -40,7 +29,8 @@ NotchHover::Decision NotchHover::pollInside(Date now) {
     if (m_isOpen) {
         return {};
     }
-    if (const Seconds left = rest(openDelay, m_zoneEnteredAt, now); left > Seconds(0)) {
+    Date &since = m_zoneEnteredAt ? *m_zoneEnteredAt : m_zoneEnteredAt.emplace(now);
+    if (const Seconds left = timeLeft(openDelay, since, now); left > Seconds(0)) {
         return {.checkAfter = left};
     }
     m_zoneEnteredAt.reset();
@@ -54,7 +44,8 @@ NotchHover::Decision NotchHover::pollOutside(Date now) {
     if (!m_isOpen || m_isPresented) {
         return {};
     }
-    if (const Seconds left = rest(closeDelay, m_zoneLeftAt, now); left > Seconds(0)) {
+    Date &since = m_zoneLeftAt ? *m_zoneLeftAt : m_zoneLeftAt.emplace(now);
+    if (const Seconds left = timeLeft(closeDelay, since, now); left > Seconds(0)) {
         return {.checkAfter = left};
     }
     m_isOpen = false;

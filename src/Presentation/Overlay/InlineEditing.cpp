@@ -1,6 +1,6 @@
 #include "Presentation/Overlay/InlineEditing.h"
 
-#include <algorithm>
+#include "Presentation/Overlay/TimeLeft.h"
 
 namespace morvane {
 
@@ -9,12 +9,8 @@ InlineEditing &InlineEditing::shared() {
     return instance;
 }
 
-Seconds InlineEditing::restOfLease(std::optional<Date> &since, Date now) {
-    if (!since) {
-        return Seconds(0);
-    }
-    since = std::min(*since, now);
-    return std::max(Seconds(0), Seconds(lease - (now - *since)));
+Seconds InlineEditing::rest(Date now) const {
+    return m_openedAt ? timeLeft(lease, *m_openedAt, now) : Seconds(0);
 }
 
 void InlineEditing::begin(Date now) {

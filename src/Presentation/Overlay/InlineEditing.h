@@ -29,11 +29,7 @@ public:
     bool isActive(Date now) const { return rest(now) > Seconds(0); }
 
     /// How long the open fields still count, if no other is opened and nobody types; 0 without one.
-    Seconds rest(Date now) const { return restOfLease(m_openedAt, now); }
-
-    /// What is left of a lease that began at `since`; 0 without that. A clock that was set back
-    /// starts it over, and doesn't prolong it.
-    static Seconds restOfLease(std::optional<Date> &since, Date now);
+    Seconds rest(Date now) const;
 
     /// Called once by each field that opens, and then once by each that goes away.
     void begin(Date now);

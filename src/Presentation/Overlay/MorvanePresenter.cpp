@@ -7,6 +7,7 @@
 #include "Presentation/Overlay/DigitShortcuts.h"
 #include "Presentation/Overlay/InlineEditing.h"
 #include "Presentation/Overlay/PanelSurface.h"
+#include "Presentation/Overlay/TimeLeft.h"
 
 namespace morvane {
 
@@ -137,8 +138,8 @@ std::optional<QPoint> MorvanePresenter::pointerPosition() const {
 }
 
 bool MorvanePresenter::isUsedByKeys() const {
-    return m_window && m_surface->isUsedByKeys() && m_window->holdsKeyboard() &&
-           InlineEditing::restOfLease(m_lastKeyAt, m_context.scheduler.now()) > Seconds(0);
+    return m_window && m_surface->isUsedByKeys() && m_window->holdsKeyboard() && m_lastKeyAt &&
+           timeLeft(InlineEditing::lease, *m_lastKeyAt, m_context.scheduler.now()) > Seconds(0);
 }
 
 void MorvanePresenter::endKeyboardUse() {
