@@ -39,9 +39,8 @@ QRect interpolate(const QRect &from, const QRect &to, double share) {
 
 FloatingPresenter::FloatingPresenter(const PanelContext &context, Displays &displays,
                                      OverlayWindows &overlays, Flavour flavour)
-    : MorvanePresenter(context, displays, overlays), m_store(context.store),
-      m_settings(context.settings), m_scheduler(context.scheduler), m_flavour(flavour),
-      m_capsule(m_scheduler, context.editing), m_growth(m_scheduler) {}
+    : MorvanePresenter(context, displays, overlays), m_flavour(flavour),
+      m_capsule(context.scheduler, context.editing), m_growth(context.scheduler) {}
 
 FloatingPresenter::~FloatingPresenter() {
     // What goes with the panel, such as a field that somebody types in, must not call back here.
@@ -86,7 +85,7 @@ void FloatingPresenter::makePanel() {
 
 void FloatingPresenter::follow() {
     subscribe();
-    connect(&m_store, &SessionStore::stateChanges, this, &FloatingPresenter::flash);
+    connect(&context().store, &SessionStore::stateChanges, this, &FloatingPresenter::flash);
     connect(&m_capsule, &CapsuleState::expandedChanged, this, &FloatingPresenter::expansionChanged);
 }
 
@@ -149,7 +148,7 @@ void FloatingPresenter::flash() {
     m_dismissed = false;
     m_flashActive = true;
     scheduleUpdate();
-    m_flashTask = m_scheduler.after(flashDuration, [this] {
+    m_flashTask = context().scheduler.after(flashDuration, [this] {
         m_flashActive = false;
         updateVisibility(Motion::atOnce);
     });
@@ -168,10 +167,10 @@ bool FloatingPresenter::staysWhileActive() const {
 /// Not a plain question: a capsule that stays while sessions are active forgets that it was
 /// dismissed as soon as one is.
 bool FloatingPresenter::shouldBeVisible() {
-    if (context().editing.isActive(m_scheduler.now()) || m_standIn == StandIn::always) {
+    if (context().editing.isActive(context().scheduler.now()) || m_standIn == StandIn::always) {
         return true;
     }
-    const bool hasActive = !m_store.activeSessions().isEmpty();
+    const bool hasActive = !context().store.activeSessions().isEmpty();
     if (!hasActive && m_dismissed) {
         return false;
     }
@@ -179,9 +178,9 @@ bool FloatingPresenter::shouldBeVisible() {
         m_dismissed = false;
         return true;
     }
-    return m_settings.showWhenIdle() || m_presented || m_capsule.isExpanded() || m_flashActive ||
-           m_store.hasUnacknowledgedNeedsInput() ||
-           (m_store.hasWorkingUsageMilestoneSession() && context().usage.activeMilestone());
+    return context().settings.showWhenIdle() || m_presented || m_capsule.isExpanded() ||
+           m_flashActive || context().store.hasUnacknowledgedNeedsInput() ||
+           (context().store.hasWorkingUsageMilestoneSession() && context().usage.activeMilestone());
 }
 
 void FloatingPresenter::updateVisibility(Motion motion) {
@@ -273,8 +272,8 @@ QRect FloatingPresenter::tabFrame(const QSize &size) const {
 }
 
 OverlayWindow::Anchor FloatingPresenter::anchor() const {
-    const bool isRight =
-        m_flavour == Flavour::onCall && m_settings.floatingPosition() == FloatingPosition::topRight;
+    const bool isRight = m_flavour == Flavour::onCall &&
+                         context().settings.floatingPosition() == FloatingPosition::topRight;
     return isRight ? OverlayWindow::Anchor::topRight : OverlayWindow::Anchor::topCenter;
 }
 

@@ -56,9 +56,6 @@ private:
     OverlayWindow::Anchor anchor() const;
     void place();
 
-    const SessionStore &m_store;
-    MorvaneSettings &m_settings;
-    Scheduler &m_scheduler;
     const Flavour m_flavour;
     CapsuleState m_capsule;
     Display m_display;
