@@ -1,10 +1,11 @@
 #include "Presentation/Style/StateLook.h"
 
+#include "Presentation/Style/Colors.h"
+
 namespace morvane {
 
 namespace {
 
-constexpr QColor yellow(255, 214, 10);
 constexpr QColor orange(255, 159, 10);
 constexpr QColor green(48, 209, 88);
 constexpr QColor red(255, 69, 58);
@@ -21,7 +22,7 @@ StateLook StateLook::of(std::optional<SessionState> state) {
     }
     switch (*state) {
     case SessionState::working:
-        return {yellow, blue, tr("working")};
+        return {Colors::mascot, blue, tr("working")};
     case SessionState::needsInput:
         return {orange, red, tr("needs your input")};
     case SessionState::done:

@@ -1,6 +1,7 @@
 #include "Presentation/Windows/ManagedWindow.h"
 
 #include "Presentation/Mascot/MenuBarIcon.h"
+#include "Presentation/Style/Colors.h"
 
 #include <QCursor>
 #include <QGuiApplication>
@@ -12,7 +13,6 @@ namespace morvane {
 
 namespace {
 
-constexpr QColor yellow(255, 214, 10);
 constexpr double shareOfScreen = 0.85; ///< for a window that can be made larger
 constexpr int titleBar = 40;           ///< at most, in points
 
@@ -20,7 +20,7 @@ constexpr int titleBar = 40;           ///< at most, in points
 
 ManagedWindow::ManagedWindow(const QString &title) {
     setWindowTitle(title);
-    setWindowIcon(MenuBarIcon::icon(yellow, {}));
+    setWindowIcon(MenuBarIcon::icon(Colors::mascot, {}));
 }
 
 void ManagedWindow::present() {
