@@ -1,7 +1,5 @@
 #include "Presentation/Style/FocusRing.h"
 
-#include "Presentation/Style/Colors.h"
-
 #include <QApplication>
 #include <QPainter>
 
@@ -13,10 +11,10 @@ constexpr double ringThickness = 1.5;
 
 } // namespace
 
-void paintFocusRing(QPainter &painter, const QRectF &frame, double radius) {
+void paintFocusRing(QPainter &painter, const QRectF &frame, double radius, const QColor &color) {
     const double inset = ringThickness / 2;
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(Colors::focusRing, ringThickness));
+    painter.setPen(QPen(color, ringThickness));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(frame.adjusted(inset, inset, -inset, -inset), radius - inset,
                             radius - inset);

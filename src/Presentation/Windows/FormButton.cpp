@@ -2,6 +2,7 @@
 
 #include "Presentation/Style/ButtonKeys.h"
 #include "Presentation/Style/Colors.h"
+#include "Presentation/Style/FocusRing.h"
 #include "Presentation/Style/Typography.h"
 
 #include <QMouseEvent>
@@ -66,10 +67,7 @@ void FormButton::paintEvent(QPaintEvent *) {
     painter.setBrush(ground());
     painter.drawRoundedRect(rect(), buttonCorner, buttonCorner);
     if (hasFocus()) {
-        painter.setBrush(Qt::NoBrush);
-        painter.setPen(QPen(Colors::primaryText, 1.5));
-        painter.drawRoundedRect(QRectF(rect()).adjusted(0.75, 0.75, -0.75, -0.75), buttonCorner,
-                                buttonCorner);
+        paintFocusRing(painter, rect(), buttonCorner, Colors::primaryText);
     }
     painter.setPen(m_role == Role::destructive ? Colors::denyAccent : Colors::primaryText);
     painter.drawText(rect(), Qt::AlignCenter | Qt::TextShowMnemonic, text());

@@ -1,6 +1,7 @@
 #include "Presentation/Windows/ToggleRow.h"
 
 #include "Presentation/Style/Colors.h"
+#include "Presentation/Style/FocusRing.h"
 #include "Presentation/Style/Typography.h"
 
 #include <QPainter>
@@ -60,10 +61,7 @@ void ToggleRow::paintSwitch(QPainter &painter) const {
     painter.setBrush(isChecked() ? Colors::switchOn : Colors::white(isDown() ? 0.3 : 0.2));
     painter.drawRoundedRect(ground, ground.height() / 2, ground.height() / 2);
     if (hasFocus()) {
-        painter.setBrush(Qt::NoBrush);
-        painter.setPen(QPen(Colors::primaryText, 1.5));
-        painter.drawRoundedRect(ground.adjusted(0.75, 0.75, -0.75, -0.75), ground.height() / 2,
-                                ground.height() / 2);
+        paintFocusRing(painter, ground, ground.height() / 2, Colors::primaryText);
         painter.setPen(Qt::NoPen);
     }
     const double side = ground.height() - 2 * knobMargin;
