@@ -97,8 +97,7 @@ bool CompletedRow::hitButton(const QPoint &position) const {
 
 void CompletedRow::reopen() {
     if (context().actions.onReopen) {
-        // What it was made from may go away while it is being opened.
-        context().actions.onReopen(CompletedRecord(m_record));
+        context().actions.onReopen(m_record);
     }
 }
 

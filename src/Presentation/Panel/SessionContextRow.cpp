@@ -11,6 +11,8 @@
 
 #include <QHBoxLayout>
 
+#include <initializer_list>
+
 namespace morvane {
 
 namespace {
@@ -55,8 +57,7 @@ SessionContextRow::SessionContextRow(QWidget *parent)
     auto *figures = new QVBoxLayout;
     figures->setSpacing(4);
     figures->addStretch();
-    for (QWidget *widget : {static_cast<QWidget *>(m_context), static_cast<QWidget *>(m_note),
-                            static_cast<QWidget *>(m_gauge)}) {
+    for (QWidget *widget : std::initializer_list<QWidget *>{m_context, m_note, m_gauge}) {
         figures->addWidget(widget, 0, Qt::AlignRight);
     }
     figures->addStretch();
@@ -70,9 +71,8 @@ void SessionContextRow::setSession(const Session &session, bool showAgent) {
     m_model->setVisible(!m_model->text().isEmpty());
     showContext(session);
     QStringList words;
-    for (const QLabel *label : {static_cast<QLabel *>(m_agent), static_cast<QLabel *>(m_name),
-                                static_cast<QLabel *>(m_model), static_cast<QLabel *>(m_context),
-                                static_cast<QLabel *>(m_note)}) {
+    for (const QLabel *label :
+         std::initializer_list<QLabel *>{m_agent, m_name, m_model, m_context, m_note}) {
         if (!label->isHidden()) {
             words << BoundedText::of(label->text(), BoundedText::lineLength);
         }
