@@ -57,7 +57,9 @@ void ManagedWindow::setAboveOthers(bool isAbove) {
 }
 
 bool ManagedWindow::event(QEvent *event) {
-    if (event->type() == QEvent::WindowDeactivate) {
+    if (event->type() == QEvent::WindowActivate) {
+        emit activated();
+    } else if (event->type() == QEvent::WindowDeactivate) {
         m_closing.abandon();
     }
     return QWidget::event(event);

@@ -26,6 +26,10 @@ public:
     /// Whether it keeps above ordinary windows, even those that are in front.
     void setAboveOthers(bool isAbove);
 
+signals:
+    /// Somebody has come to it, or back to it.
+    void activated();
+
 protected:
     bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;

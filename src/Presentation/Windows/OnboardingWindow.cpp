@@ -19,25 +19,20 @@ OnboardingWindow::OnboardingWindow(const OnboardingView::Mode &mode, const Windo
     : ManagedWindow(std::holds_alternative<OnboardingView::FirstRun>(mode)
                         ? tr("Welcome to Morvane")
                         : tr("New agent detected")),
-      m_connections(context.connections), m_view(new OnboardingView(mode, context, this)) {
+      m_view(new OnboardingView(mode, context, this)) {
     setWindowFlag(Qt::WindowStaysOnTopHint);
     setFixedSize(windowSize);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_view);
     connect(m_view, &OnboardingView::finished, this, &QWidget::close);
+    // An agent may have been installed meanwhile.
+    connect(this, &ManagedWindow::activated, &context.connections,
+            &AgentConnections::refreshStatus);
 }
 
 void OnboardingWindow::refresh() {
     m_view->refresh();
-}
-
-/// Whoever comes back to it may have installed an agent meanwhile.
-bool OnboardingWindow::event(QEvent *event) {
-    if (event->type() == QEvent::WindowActivate) {
-        m_connections.refreshStatus();
-    }
-    return ManagedWindow::event(event);
 }
 
 /// A welcome comes only once, and doesn't go by a slip.

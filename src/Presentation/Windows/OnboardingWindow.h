@@ -22,13 +22,11 @@ signals:
     void finished();
 
 protected:
-    bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
 
 private:
-    AgentConnections &m_connections;
     OnboardingView *m_view;
 };
 

@@ -3,7 +3,6 @@
 #include "Core/Hooks/AgentConnections.h"
 #include "Presentation/Windows/SettingsView.h"
 
-#include <QEvent>
 #include <QVBoxLayout>
 
 namespace morvane {
@@ -17,25 +16,19 @@ constexpr int leastHeight = 320;
 } // namespace
 
 SettingsWindow::SettingsWindow(const WindowContext &context)
-    : ManagedWindow(tr("Morvane Settings")), m_connections(context.connections),
-      m_view(new SettingsView(context, this)) {
+    : ManagedWindow(tr("Morvane Settings")), m_view(new SettingsView(context, this)) {
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_view);
     setMinimumSize(leastWidth, leastHeight);
     resize(usualSize);
+    // An agent's settings may have been changed in an editor meanwhile.
+    connect(this, &ManagedWindow::activated, &context.connections,
+            &AgentConnections::refreshStatus);
 }
 
 void SettingsWindow::refresh() {
     m_view->refresh();
-}
-
-/// Whoever comes back to the window may have changed an agent's settings in an editor meanwhile.
-bool SettingsWindow::event(QEvent *event) {
-    if (event->type() == QEvent::WindowActivate) {
-        m_connections.refreshStatus();
-    }
-    return ManagedWindow::event(event);
 }
 
 } // namespace morvane

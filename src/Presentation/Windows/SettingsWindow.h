@@ -18,11 +18,7 @@ public:
     /// Something has changed that the view doesn't follow by itself.
     void refresh();
 
-protected:
-    bool event(QEvent *event) override;
-
 private:
-    AgentConnections &m_connections;
     SettingsView *m_view;
 };
 
