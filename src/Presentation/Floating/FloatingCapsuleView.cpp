@@ -1,5 +1,6 @@
 #include "Presentation/Floating/FloatingCapsuleView.h"
 
+#include "Presentation/Overlay/PanelContext.h"
 #include "Presentation/Panel/CompactView.h"
 #include "Presentation/Panel/ExpandedView.h"
 #include "Presentation/Style/Colors.h"

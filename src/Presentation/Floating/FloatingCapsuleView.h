@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Presentation/Overlay/PanelContext.h"
 #include "Presentation/Overlay/PanelSurface.h"
 
 #include <QPainterPath>
@@ -9,6 +8,7 @@ namespace morvane {
 
 class CompactView;
 class ExpandedView;
+struct PanelContext;
 
 /// The black tab that hangs from the top of the screen, with the closed or the open view in it.
 ///
@@ -18,6 +18,7 @@ class FloatingCapsuleView : public PanelSurface {
     Q_OBJECT
 
 public:
+    /// The context outlives the view.
     explicit FloatingCapsuleView(const PanelContext &context);
 
     void setContentHeightBudget(int budget);
@@ -48,7 +49,7 @@ private:
     double cornerRadius() const;
     void makeExpanded();
 
-    const PanelContext m_context;
+    const PanelContext &m_context;
     // In points; the owner sets them before it opens the view.
     int m_contentHeightBudget = 0;
     int m_contentWidthBudget = 0;

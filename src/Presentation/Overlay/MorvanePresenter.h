@@ -70,6 +70,7 @@ public:
     virtual void detach() = 0;
 
 protected:
+    /// All three outlive the presenter.
     MorvanePresenter(const PanelContext &context, Displays &displays, OverlayWindows &overlays);
 
     const PanelContext &context() const { return m_context; }
@@ -133,7 +134,7 @@ private:
     void openMenu(const QPoint &position);
     void menuClosed();
 
-    const PanelContext m_context;
+    const PanelContext &m_context;
     Displays &m_displays;
     OverlayWindows &m_overlays;
     QPointer<PanelSurface> m_surface; ///< what the window shows

@@ -4,6 +4,7 @@
 #include "Core/Sessions/SessionStore.h"
 #include "Platform/MotionPreference.h"
 #include "Platform/Scheduler.h"
+#include "Presentation/Overlay/PanelContext.h"
 #include "Presentation/Panel/CompletedRow.h"
 #include "Presentation/Panel/FocusOrder.h"
 #include "Presentation/Panel/ListViewport.h"

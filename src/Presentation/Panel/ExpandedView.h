@@ -1,8 +1,8 @@
 #pragma once
 
+#include "Core/Sessions/CompletedRecord.h"
 #include "Platform/Task.h"
 #include "Platform/Time.h"
-#include "Presentation/Overlay/PanelContext.h"
 #include "Presentation/Panel/RowList.h"
 
 #include <optional>
@@ -10,6 +10,7 @@
 namespace morvane {
 
 class ListViewport;
+struct PanelContext;
 class UsageBars;
 
 /// The open panel: the sessions at work first, then the open ones, then those that have finished;
@@ -19,6 +20,7 @@ class ExpandedView : public QWidget {
     Q_OBJECT
 
 public:
+    /// The context outlives the view.
     ExpandedView(const PanelContext &context, QWidget *parent);
     ~ExpandedView() override;
 
@@ -73,7 +75,7 @@ private:
     void scheduleAges();
     void place();
 
-    const PanelContext m_context;
+    const PanelContext &m_context;
     int m_contentHeightBudget;
     int m_footerHeight = 0; ///< until it is measured
     int m_contentWidthBudget;

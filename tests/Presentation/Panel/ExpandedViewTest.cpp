@@ -87,7 +87,8 @@ protected:
     bool showsText(const QString &text) const { return textsIn<TextLabel>(view).contains(text); }
 
     DigitShortcuts digitShortcuts;
-    ExpandedView view{withDigits(), nullptr};
+    const PanelContext contextWithDigits = withDigits();
+    ExpandedView view{contextWithDigits, nullptr};
 };
 
 TEST_F(ExpandedViewTest, RowsStayInPlaceWhileTheirOrderAndNeighboursChange) {
