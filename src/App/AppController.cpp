@@ -369,7 +369,7 @@ void AppController::handleDigit(int index) {
     if (m_store.hasPendingDecision() || m_store.hasExternalPrompt()) {
         return;
     }
-    if (const auto record = m_presenterManager->readRecord(index)) {
+    if (const auto record = m_presenterManager->recordAt(index)) {
         reopenCompleted(*record);
     }
 }

@@ -51,9 +51,9 @@ bool PresenterManager::hasBeenRead(const QString &sessionID) const {
         m_presenters, [&](const auto &entry) { return entry.second->hasBeenRead(sessionID); });
 }
 
-std::optional<CompletedRecord> PresenterManager::readRecord(int digit) const {
+std::optional<CompletedRecord> PresenterManager::recordAt(int digit) const {
     for (const auto &[display, presenter] : m_presenters) {
-        if (const auto record = presenter->readRecord(digit)) {
+        if (const auto record = presenter->recordAt(digit)) {
             return record;
         }
     }

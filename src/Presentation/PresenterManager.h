@@ -31,13 +31,9 @@ public:
     /// mode there is none.
     std::function<void(bool)> onShownChanged;
 
-    /// Whether the prompt of this session is open on a display and has stood there long enough to
-    /// be read.
+    // As a panel says that is open on any display.
     bool hasBeenRead(const QString &sessionID) const;
-
-    /// The record that shows the digit at this position, from 0, in a panel that is open and has
-    /// been long enough for it to be read.
-    std::optional<CompletedRecord> readRecord(int digit) const;
+    std::optional<CompletedRecord> recordAt(int digit) const;
 
     /// Puts the presenters up; once.
     void start();

@@ -100,11 +100,11 @@ void FloatingCapsuleView::takeFocus() {
     }
 }
 
-std::optional<CompletedRecord> FloatingCapsuleView::readRecord(int digit) {
-    return m_isExpanded ? m_expanded->readRecord(digit) : std::nullopt;
+std::optional<CompletedRecord> FloatingCapsuleView::recordAt(int digit) const {
+    return m_isExpanded ? m_expanded->recordAt(digit) : std::nullopt;
 }
 
-bool FloatingCapsuleView::hasBeenRead(const QString &sessionID) {
+bool FloatingCapsuleView::hasBeenRead(const QString &sessionID) const {
     return m_isExpanded && m_expanded->hasBeenRead(sessionID);
 }
 

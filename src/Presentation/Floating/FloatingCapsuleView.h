@@ -29,8 +29,8 @@ public:
     void refresh();
 
     void takeFocus() override;
-    bool hasBeenRead(const QString &sessionID) override;
-    std::optional<CompletedRecord> readRecord(int digit) override;
+    bool hasBeenRead(const QString &sessionID) const override;
+    std::optional<CompletedRecord> recordAt(int digit) const override;
 
     /// The size that the view on show needs.
     QSize fittingSize() const;

@@ -144,11 +144,11 @@ void BuiltInNotchSurface::takeFocus() {
     m_expanded->takeFocus();
 }
 
-std::optional<CompletedRecord> BuiltInNotchSurface::readRecord(int digit) {
-    return isExpanded() ? m_expanded->readRecord(digit) : std::nullopt;
+std::optional<CompletedRecord> BuiltInNotchSurface::recordAt(int digit) const {
+    return isExpanded() ? m_expanded->recordAt(digit) : std::nullopt;
 }
 
-bool BuiltInNotchSurface::hasBeenRead(const QString &sessionID) {
+bool BuiltInNotchSurface::hasBeenRead(const QString &sessionID) const {
     return isExpanded() && m_expanded->hasBeenRead(sessionID);
 }
 

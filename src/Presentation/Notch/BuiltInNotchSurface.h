@@ -39,8 +39,8 @@ public:
     void layOut(Motion motion);
 
     void takeFocus() override;
-    bool hasBeenRead(const QString &sessionID) override;
-    std::optional<CompletedRecord> readRecord(int digit) override;
+    bool hasBeenRead(const QString &sessionID) const override;
+    std::optional<CompletedRecord> recordAt(int digit) const override;
 
     /// Whether a reply would be lost with it that hasn't gone out.
     bool holdsReply() const;

@@ -184,8 +184,8 @@ bool MorvanePresenter::hasBeenRead(const QString &sessionID) const {
     return m_surface && m_surface->hasBeenRead(sessionID);
 }
 
-std::optional<CompletedRecord> MorvanePresenter::readRecord(int digit) const {
-    return m_surface ? m_surface->readRecord(digit) : std::nullopt;
+std::optional<CompletedRecord> MorvanePresenter::recordAt(int digit) const {
+    return m_surface ? m_surface->recordAt(digit) : std::nullopt;
 }
 
 void MorvanePresenter::openMenu(const QPoint &position) {

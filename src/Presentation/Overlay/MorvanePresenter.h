@@ -35,12 +35,9 @@ public:
     /// What was told last: whether the panel is open, and not hidden by a full-screen program.
     bool isExpanded() const { return m_toldExpanded; }
 
-    /// Whether the prompt of this session is open here and has stood there long enough to be read.
+    // As the panel that is open here says.
     bool hasBeenRead(const QString &sessionID) const;
-
-    /// The record that shows the digit at this position, from 0, and has been open here long enough
-    /// to be read.
-    std::optional<CompletedRecord> readRecord(int digit) const;
+    std::optional<CompletedRecord> recordAt(int digit) const;
 
     /// What a right click opens; may be absent.
     QPointer<QMenu> contextMenu;

@@ -32,13 +32,9 @@ public:
     /// Lets the keys begin in the panel, which is open.
     virtual void takeFocus() = 0;
 
-    /// Whether the prompt of this session is open here, as the store has it, and has stood there
-    /// long enough to be read.
-    virtual bool hasBeenRead(const QString &sessionID) = 0;
-
-    /// The record that shows the digit at this position, from 0, and has been open here long enough
-    /// to be read.
-    virtual std::optional<CompletedRecord> readRecord(int digit) = 0;
+    // As the panel on the surface says; nothing while that is closed.
+    virtual bool hasBeenRead(const QString &sessionID) const = 0;
+    virtual std::optional<CompletedRecord> recordAt(int digit) const = 0;
 
     /// The menu that is open on the surface, or none.
     QMenu *openMenu() const { return m_openMenu; }

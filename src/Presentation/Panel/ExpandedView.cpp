@@ -153,7 +153,7 @@ void ExpandedView::startReading() {
     }
 }
 
-std::optional<CompletedRecord> ExpandedView::readRecord(int digit) const {
+std::optional<CompletedRecord> ExpandedView::recordAt(int digit) const {
     const auto rows = m_viewport->rows().findChildren<CompletedRow *>(Qt::FindDirectChildrenOnly);
     const auto row = std::ranges::find_if(rows, [digit](const CompletedRow *candidate) {
         return candidate->badge() == digit && !candidate->visibleRegion().isEmpty();

@@ -42,7 +42,7 @@ public:
 
     /// The record that shows the digit at this position, from 0; none before everything has stood
     /// here, in this order, long enough to be read.
-    std::optional<CompletedRecord> readRecord(int digit) const;
+    std::optional<CompletedRecord> recordAt(int digit) const;
 
     /// Whether a reply would be lost with it that hasn't gone out.
     bool holdsReply() const;
