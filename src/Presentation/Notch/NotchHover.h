@@ -44,7 +44,7 @@ public:
     /// Opens without the pointer, also during a lock.
     void present();
 
-    /// A presentation has had its time; from here on the pointer decides.
+    /// A presentation has had its time: it closes, and then the pointer decides.
     void endPresentation();
 
     /// Closes on request; the pointer opens again only after it has been elsewhere.

@@ -15,10 +15,10 @@ class TextLabel;
 class UsageMilestoneBadge;
 class UsagePoller;
 
-/// In the closed capsule: how long the first session has been in its state, and how many there
-/// are; for a moment a milestone of Claude's limits in place of both. Seconds are told only while
-/// the mascot moves, by whose steps they are counted; otherwise it is drawn anew once a minute, and
-/// only while it is on screen.
+/// In the closed capsule, or beside the notch: how long the first session has been in its state,
+/// and how many there are; for a moment a milestone of Claude's limits in place of both. Seconds
+/// are told only while the mascot moves, by whose steps they are counted; otherwise it is drawn
+/// anew once a minute, and only while it is on screen.
 class CompactInfoView : public QWidget {
     Q_OBJECT
 

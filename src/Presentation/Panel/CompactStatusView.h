@@ -9,8 +9,8 @@ class SessionStore;
 class StateMarkView;
 struct PanelContext;
 
-/// In the closed capsule: the mascot with the one status of all sessions together, and the mark of
-/// that status.
+/// In the closed capsule, or beside the notch: the mascot with the one status of all sessions
+/// together, and the mark of that status.
 class CompactStatusView : public QWidget {
     Q_OBJECT
 

@@ -8,22 +8,22 @@ namespace morvane {
 
 /// Our own small set of pictures, sharp at any scale.
 enum class SystemImage {
-    arrowTriangleBranch,         ///< "arrow.triangle.branch"
-    arrowUpForward,              ///< "arrow.up.forward"
-    arrowClockwise,              ///< "arrow.clockwise"
-    arrowTurnUpLeft,             ///< "arrow.turn.up.left", a reply
-    bellFill,                    ///< "bell.fill"
-    checkmarkCircleFill,         ///< "checkmark.circle.fill"
-    chevronDown,                 ///< "chevron.down"
-    chevronRight,                ///< "chevron.right"
-    circle,                      ///< "circle"
-    cursorarrowMotionlines,      ///< "cursorarrow.motionlines"
-    exclamationmarkCircle,       ///< "exclamationmark.circle"
-    exclamationmarkTriangleFill, ///< "exclamationmark.triangle.fill"
-    keyboard,                    ///< "command" elsewhere
-    macwindow,                   ///< "macwindow"
-    pencil,                      ///< "pencil"
-    terminal,                    ///< "terminal"
+    arrowTriangleBranch,
+    arrowUpForward,
+    arrowClockwise,
+    arrowTurnUpLeft, ///< a reply
+    bellFill,
+    checkmarkCircleFill,
+    chevronDown,
+    chevronRight,
+    circle,
+    cursorarrowMotionlines,
+    exclamationmarkCircle,
+    exclamationmarkTriangleFill,
+    keyboard, ///< "command" elsewhere
+    macwindow,
+    pencil,
+    terminal,
 };
 
 /// Draws the picture into the largest square in the middle of the frame.

@@ -30,9 +30,9 @@ struct ProgramActions {
     std::function<bool()> canFocusWindows;
     /// How it stands with the key that opens the panel.
     std::function<HotKeys::State()> panelKeyState;
-    std::function<bool()> hasTrayIcon;
     /// Whether the desktop alone says which key that is.
     std::function<bool()> desktopGivesKeys;
+    std::function<bool()> hasTrayIcon;
     /// Looks for a newer version, and shows what comes of it.
     std::function<void()> checkForUpdates;
     std::function<void()> testSound;
