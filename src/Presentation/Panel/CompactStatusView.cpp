@@ -13,13 +13,13 @@ namespace morvane {
 
 namespace {
 
-constexpr double pixel = 2;
+constexpr double mascotPixel = 2;
 
 } // namespace
 
 CompactStatusView::CompactStatusView(const PanelContext &context, QWidget *parent)
     : QWidget(parent), m_store(context.store),
-      m_mascot(new PixelAnimator(context.timeline, context.scheduler, context.motion, pixel, this)),
+      m_mascot(new PixelAnimator(context.timeline, context.scheduler, context.motion, mascotPixel, this)),
       m_mark(new StateMarkView(this)) {
     readAsText(*this);
     auto *line = new QHBoxLayout(this);

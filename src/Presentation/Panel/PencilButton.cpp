@@ -11,14 +11,14 @@ namespace morvane {
 
 namespace {
 
-constexpr int frameSide = 20;
+constexpr int buttonSide = 20;
 constexpr double pencilSide = 10;
 constexpr double pencilRadius = 5;
 
 } // namespace
 
 PencilButton::PencilButton(const QWidget &row, QWidget *parent) : PanelButton(parent), m_row(row) {
-    setFixedSize(frameSide, frameSide);
+    setFixedSize(buttonSide, frameSide);
     setCursor(Qt::PointingHandCursor);
     setHelpText(*this, tr("Rename this session"));
 }
@@ -34,7 +34,7 @@ void PencilButton::paintEvent(QPaintEvent *) {
         painter.setBrush(Colors::white(isDown() ? 0.2 : 0.12));
         painter.drawRoundedRect(rect(), pencilRadius, pencilRadius);
     }
-    const double inset = (frameSide - pencilSide) / 2;
+    const double inset = (buttonSide - pencilSide) / 2;
     morvane::paint(painter, SystemImage::pencil, QRectF(inset, inset, pencilSide, pencilSide),
                    underMouse() || hasFocus() ? Colors::primaryText : Colors::secondaryText);
     paintFocus(painter, pencilRadius);

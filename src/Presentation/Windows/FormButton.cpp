@@ -12,8 +12,8 @@ namespace morvane {
 
 namespace {
 
-constexpr int buttonHeight = 26;
-constexpr int padding = 13;
+constexpr int formButtonHeight = 26;
+constexpr int sidePadding = 13;
 constexpr double buttonCorner = 6;
 
 } // namespace
@@ -27,7 +27,7 @@ FormButton::FormButton(const QString &text, Role role, QWidget *parent)
 
 QSize FormButton::sizeHint() const {
     const QSize text = fontMetrics().size(Qt::TextShowMnemonic, this->text());
-    return {text.width() + 2 * padding, buttonHeight};
+    return {text.width() + 2 * sidePadding, formButtonHeight};
 }
 
 void FormButton::keyPressEvent(QKeyEvent *event) {

@@ -29,7 +29,7 @@ namespace morvane {
 
 namespace {
 
-constexpr int edge = 22;
+constexpr int margin = 22;
 constexpr int sectionSpace = 24;
 
 } // namespace
@@ -59,7 +59,7 @@ SettingsView::SettingsView(const WindowContext &context, QWidget *parent)
 QWidget *SettingsView::makeForm(const WindowContext &context) {
     auto *form = new QWidget(m_scroll);
     auto *layout = new QVBoxLayout(form);
-    layout->setContentsMargins(edge, edge, edge, edge);
+    layout->setContentsMargins(margin, margin, margin, margin);
     layout->setSpacing(sectionSpace);
     m_sections = {
         new AgentsSection(context, form),    new WindowFocusSection(context, form),
@@ -81,7 +81,7 @@ QWidget *SettingsView::makeFailureBar() {
     m_failureBar->setAutoFillBackground(true);
     m_failureBar->setBackgroundRole(QPalette::Base);
     auto *layout = new QHBoxLayout(m_failureBar);
-    layout->setContentsMargins(edge, 10, edge, 10);
+    layout->setContentsMargins(margin, 10, margin, 10);
     layout->setSpacing(8);
     layout->addWidget(new PictureView(15, SystemImage::exclamationmarkTriangleFill, Colors::warning,
                                       m_failureBar));
