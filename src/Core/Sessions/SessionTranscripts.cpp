@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -10,7 +11,10 @@ namespace morvane {
 namespace {
 
 constexpr Seconds progressInterval(15);
-constexpr Seconds quietInterval(1); ///< without an event, of a turn that may have ended without one
+/// Without anything new of a turn that may have ended without an event. The second is what the
+/// pauses between looks grow to while that goes on.
+constexpr Seconds quietInterval(1);
+constexpr Seconds longestQuietInterval(15);
 
 /// Agents may write their last words down only after they have told that the turn has ended: so
 /// the transcript is read again, each time so long after the time before.
@@ -81,38 +85,31 @@ void SessionTranscripts::awaitWords(const QString &sessionID, Date endedAt, std:
 /// What an agent leaves unsaid when a turn of its is interrupted, or fails, its transcript tells.
 /// Nothing is looked at while no such turn runs.
 void SessionTranscripts::watchTurn(const Session &session) {
-    if (m_turnWatch || !mayEndUnsaid(session)) {
-        return;
+    if (mayEndUnsaid(session)) {
+        lookAfter(quietInterval, session.id);
+    } else {
+        m_turnWatches.erase(session.id);
     }
-    m_turnWatch = m_scheduler.after(quietInterval, [this] {
-        m_turnWatch.reset();
-        lookForEndedTurns();
-        for (const Session &each : std::as_const(m_sessions)) {
-            watchTurn(each);
+}
+
+void SessionTranscripts::lookAfter(Seconds pause, const QString &sessionID) {
+    m_turnWatches[sessionID].next = m_scheduler.after(pause, [this, pause, sessionID] {
+        const Session session = m_sessions.value(sessionID);
+        const QFileInfo file(session.transcriptPath.value_or(QString()));
+        const Look look{session.lastEventAt, file.lastModified(), file.size()};
+        Look &last = m_turnWatches[sessionID].last;
+        const bool isNew = look != last;
+        lookAfter(isNew ? quietInterval : std::min(2 * pause, longestQuietInterval), sessionID);
+        if (isNew && canRead(session)) {
+            last = look;
+            read(session, Purpose::turnEnd, m_scheduler.now());
         }
     });
 }
 
-void SessionTranscripts::lookForEndedTurns() {
-    const Date now = m_scheduler.now();
-    const Sessions present = m_sessions;
-    for (const Session &session : present) {
-        const bool isQuiet = std::chrono::abs(now - session.lastEventAt) >= quietInterval;
-        if (!mayEndUnsaid(session) || !isQuiet) {
-            continue;
-        }
-        const QFileInfo file(*session.transcriptPath);
-        const Look look{session.lastEventAt, file.lastModified(), file.size()};
-        if (m_looks.value(session.id) != look && canRead(session)) {
-            m_looks.insert(session.id, look);
-            read(session, Purpose::turnEnd, now);
-        }
-    }
-}
-
 void SessionTranscripts::forget(const QString &sessionID) {
     m_lastReadAt.remove(sessionID);
-    m_looks.remove(sessionID);
+    m_turnWatches.erase(sessionID);
 }
 
 } // namespace morvane

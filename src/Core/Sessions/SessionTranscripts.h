@@ -10,7 +10,6 @@
 
 #include <functional>
 #include <map>
-#include <optional>
 
 namespace morvane {
 
@@ -51,7 +50,8 @@ public:
     /// end of this turn.
     void awaitWords(const Session &session);
 
-    /// Looks up a turn that may end without a hook, whenever it has been quiet for a second.
+    /// Looks up a turn that may end without a hook, whenever it has been quiet for a second, and
+    /// then ever less often.
     void watchTurn(const Session &session);
 
     /// The session is gone.
@@ -68,9 +68,14 @@ private:
         friend bool operator==(const Look &, const Look &) = default;
     };
 
+    struct TurnWatch {
+        Look last;
+        Task next;
+    };
+
     bool canRead(const Session &session) const;
     void awaitWords(const QString &sessionID, Date endedAt, std::size_t looks);
-    void lookForEndedTurns();
+    void lookAfter(Seconds pause, const QString &sessionID);
 
     const Sessions &m_sessions;
     const Read &m_read;
@@ -78,9 +83,8 @@ private:
     Learn m_learn;
     QSet<QString> m_inFlight; ///< sessions whose transcript is being read
     QHash<QString, Date> m_lastReadAt;
-    QHash<QString, Look> m_looks;        ///< by the session whose turn is quiet
-    std::optional<Task> m_turnWatch;     ///< while a turn runs that may end without an event
-    std::map<QString, Task> m_lateWords; ///< by the session whose turn has just ended
+    std::map<QString, TurnWatch> m_turnWatches; ///< by the session whose turn may end unsaid
+    std::map<QString, Task> m_lateWords;        ///< by the session whose turn has just ended
 };
 
 } // namespace morvane

@@ -328,6 +328,19 @@ TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
     EXPECT_TRUE(running.empty());
 }
 
+TEST_F(UnsaidTest, ATurnWithoutAnythingNewIsLookedAtEverLessOften) {
+    tell(codex, "UserPromptSubmit", R"("prompt":"go","transcript_path":"/t")");
+    for (const double pause : {1, 1, 2, 4, 8, 15, 15}) {
+        EXPECT_EQ(scheduler.timersDueIn(Seconds(pause)), 1u) << pause;
+        scheduler.advance(Seconds(pause));
+        if (!running.empty()) {
+            finishRead();
+        }
+    }
+    tell(codex, "PreToolUse", make);
+    EXPECT_EQ(scheduler.timersDueIn(Seconds(1)), 1u);
+}
+
 TEST_F(UnsaidTest, AnEndThatWasAFailureIsHeardOnce) {
     using Turn = TranscriptInfo::Turn;
     for (const auto &[turn, state] : {std::pair(Turn::interrupted, done), {Turn::failed, failed}}) {
