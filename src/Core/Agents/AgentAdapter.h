@@ -81,6 +81,9 @@ public:
     /// read. Reads a file, so not for the main thread.
     virtual TranscriptInfo readTranscript(const QString &path) const;
 
+    /// True when that may be what a session is running with, besides how its turns end.
+    virtual bool tellsProgress() const { return false; }
+
     /// Where sessions can be found that ran before this program did; none for an agent whose
     /// transcripts are not looked for.
     virtual std::optional<TranscriptFolder> transcriptFolder() const { return std::nullopt; }

@@ -1,5 +1,8 @@
 #include "Core/Sessions/SessionTranscripts.h"
 
+#include "Core/Adapters/AgentRegistry.h"
+#include "Core/Agents/AgentAdapter.h"
+
 #include <QFileInfo>
 
 #include <algorithm>
@@ -36,7 +39,9 @@ bool SessionTranscripts::canRead(const Session &session) const {
 }
 
 void SessionTranscripts::read(Session session, Purpose purpose, Date now) {
-    if (!canRead(session)) {
+    const bool isForNothing =
+        purpose == Purpose::progress && !AgentRegistry::adapter(session.agent).tellsProgress();
+    if (isForNothing || !canRead(session)) {
         return;
     }
     m_inFlight.insert(session.id);

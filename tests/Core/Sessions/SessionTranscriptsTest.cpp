@@ -16,6 +16,7 @@ protected:
 TEST_F(TranscriptsTest, ReadsTranscriptsThatHaveSomethingNew) {
     apply(Kind::turnEnd);
     apply(withTranscript(Kind::promptSubmit));
+    apply(EventBuilder(Kind::toolUse).of(AgentKind::gemini));
     EXPECT_EQ(take(reads), QStringList());
     // As long as no read has told the model, each tool may be the one to bring it.
     apply(Kind::toolUse);
