@@ -38,7 +38,7 @@ bool SessionTranscripts::canRead(const Session &session) const {
     return m_read && session.transcriptPath && !m_inFlight.contains(session.id);
 }
 
-void SessionTranscripts::read(Session session, Purpose purpose, Date now) {
+void SessionTranscripts::read(const Session &session, Purpose purpose, Date now) {
     const bool isForNothing =
         purpose == Purpose::progress && !AgentRegistry::adapter(session.agent).tellsProgress();
     if (isForNothing || !canRead(session)) {

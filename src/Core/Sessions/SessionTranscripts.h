@@ -41,7 +41,7 @@ public:
                        Learn learn);
 
     /// Reads the session's transcript, as far as it has one that isn't being read.
-    void read(Session session, Purpose purpose, Date now);
+    void read(const Session &session, Purpose purpose, Date now);
 
     /// The same for its progress, unless that was read a short while ago.
     void readProgress(const Session &session, Date now);
