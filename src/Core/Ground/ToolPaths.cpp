@@ -10,7 +10,7 @@ namespace morvane::ToolPaths {
 namespace {
 
 /// The places that only one tool is found at.
-QStringList ownCandidates(const QString &tool) {
+QStringList ownPlaces(const QString &tool) {
     if (tool == u"wezterm") {
         return {QStringLiteral("/Applications/WezTerm.app/Contents/MacOS/wezterm")};
     }
@@ -29,6 +29,14 @@ QStringList ownCandidates(const QString &tool) {
                 QStringLiteral("/Applications/Codex.app/Contents/Resources/codex")};
     }
     return {};
+}
+
+/// The places that are the same in every home, so that no directory is read for them.
+QStringList fixedPlaces(const QString &tool) {
+    return QStringList{QStringLiteral("/opt/homebrew/bin/") + tool,
+                       QStringLiteral("/usr/local/bin/") + tool,
+                       QStringLiteral("/usr/bin/") + tool} +
+           ownPlaces(tool);
 }
 
 /// Where whole systems of packages put what they install.
@@ -51,21 +59,7 @@ bool isScreenReader(const QString &path) {
                                           .contains("python");
 }
 
-} // namespace
-
-QStringList candidates(const QString &tool) {
-    QStringList result{QStringLiteral("/opt/homebrew/bin/") + tool,
-                       QStringLiteral("/usr/local/bin/") + tool,
-                       QStringLiteral("/usr/bin/") + tool};
-    result += ownCandidates(tool);
-    result += inHome(tool);
-    result += packaged(tool);
-    result.removeDuplicates();
-    return result;
-}
-
-std::optional<QString> find(const QString &tool) {
-    const QStringList places = candidates(tool);
+std::optional<QString> firstProgram(const QStringList &places) {
     for (const QString &place : places) {
         const QFileInfo file(place);
         if (file.isFile() && file.isExecutable() && !isScreenReader(place)) {
@@ -73,6 +67,19 @@ std::optional<QString> find(const QString &tool) {
         }
     }
     return std::nullopt;
+}
+
+} // namespace
+
+QStringList candidates(const QString &tool) {
+    QStringList result = fixedPlaces(tool) + inHome(tool) + packaged(tool);
+    result.removeDuplicates();
+    return result;
+}
+
+std::optional<QString> find(const QString &tool) {
+    const auto fixed = firstProgram(fixedPlaces(tool));
+    return fixed ? fixed : firstProgram(candidates(tool));
 }
 
 QStringList inHome(const QString &command) {
