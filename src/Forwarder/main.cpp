@@ -50,7 +50,7 @@ constexpr long eventLimit = 250;
 /// A status line appears only after this, and each refresh cancels the one before.
 constexpr long copyLimit = 1'000;
 
-/// Bytes. No event is as long, and an agent gone wild must not fill the memory.
+/// Bytes, and far more than the server takes: an agent gone wild must not fill the memory.
 constexpr size_t longestPayload = 16 << 20;
 
 enum class Mode {

@@ -18,8 +18,8 @@ constexpr std::size_t maxReadSize = 131072;
 /// little enough to let others have their turn soon.
 constexpr std::size_t maxStrangerRead = 4096;
 
-/// A request that is still unfinished beyond this many bytes is given up. A complete one is taken
-/// whatever its size.
+/// A request that is still unfinished beyond this many bytes is given up. The read that goes beyond
+/// may be the one that completes it.
 constexpr std::size_t maxUnfinishedSize = 1'000'000;
 
 /// Every connection of a thread reads through the same room, one after the other, so that none
