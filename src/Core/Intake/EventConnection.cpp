@@ -48,8 +48,8 @@ std::string replyHead(std::string_view status, const std::optional<QByteArray> &
 
 EventConnection::EventConnection(const Surroundings &surroundings, int descriptor,
                                  std::uint64_t serial)
-    : m_surroundings(surroundings), m_descriptor(descriptor), m_serial(serial),
-      m_parser(surroundings.token) {}
+    : m_surroundings(surroundings), m_queue(surroundings.queue), m_descriptor(descriptor),
+      m_serial(serial), m_parser(surroundings.token) {}
 
 EventConnection::~EventConnection() {
     close();
@@ -108,7 +108,7 @@ void EventConnection::waitForMore() {
             awaitTurn();
         }
     };
-    if (!wait(Readiness::toRead, m_surroundings.queue, ready)) {
+    if (!wait(Readiness::toRead, ready)) {
         endRead(nullptr);
     }
 }
@@ -153,12 +153,13 @@ void EventConnection::sendRest() {
     }
     const bool mayGoOn = count > 0 || (count < 0 && wouldBlock(errno));
     const bool hasEnded = m_reply.empty() || !mayGoOn;
-    if (hasEnded || !wait(Readiness::toWrite, m_surroundings.queue, [this] { sendRest(); })) {
+    if (hasEnded || !wait(Readiness::toWrite, [this] { sendRest(); })) {
         close();
     }
 }
 
 void EventConnection::watchForHangUp(const Queue &queue, const std::function<void()> &handler) {
+    m_queue = queue;
     const auto ready = [this, queue, handler] {
         auto &room = readRoom();
         const ssize_t count = ::recv(m_descriptor, room.data(), room.size(), MSG_TRUNC);
@@ -168,14 +169,14 @@ void EventConnection::watchForHangUp(const Queue &queue, const std::function<voi
             handler();
         }
     };
-    if (!wait(Readiness::toRead, queue, ready)) {
+    if (!wait(Readiness::toRead, ready)) {
         handler();
     }
 }
 
 /// The handler isn't called once the connection is closed, and the connection lives until then.
 /// False when the system has no room left to wait for it; the descriptor is still ours then.
-bool EventConnection::wait(Readiness readiness, const Queue &queue, std::function<void()> handler) {
+bool EventConnection::wait(Readiness readiness, std::function<void()> handler) {
     if (!m_waiter) {
         asio::error_code error;
         m_waiter.emplace(m_surroundings.context);
@@ -193,7 +194,7 @@ bool EventConnection::wait(Readiness readiness, const Queue &queue, std::functio
     };
     m_waiter->async_wait(readiness == Readiness::toRead ? asio::posix::descriptor_base::wait_read
                                                         : asio::posix::descriptor_base::wait_write,
-                         asio::bind_executor(queue, ready));
+                         asio::bind_executor(m_queue, ready));
     return true;
 }
 

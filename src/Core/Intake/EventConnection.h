@@ -76,9 +76,10 @@ private:
     void awaitTurn();
     void endRead(const HttpRequest *request);
     void sendRest();
-    bool wait(Readiness readiness, const Queue &queue, std::function<void()> handler);
+    bool wait(Readiness readiness, std::function<void()> handler);
 
     const Surroundings &m_surroundings;
+    Queue m_queue;    ///< that it belongs to
     int m_descriptor; ///< -1 once it is closed
     /// What waits for the descriptor, which belongs to it then.
     std::optional<asio::posix::stream_descriptor> m_waiter;
