@@ -4,6 +4,7 @@
 #include "Core/Ground/JsonObject.h"
 #include "Core/Ground/RegularFile.h"
 #include "Core/Ground/ToolPaths.h"
+#include "Platform/Scheduler.h"
 
 #include <QDir>
 #include <QFile>
@@ -130,7 +131,8 @@ std::optional<AgentRelease> ProgramReleases::ofResolved(AgentKind agent, const Q
 }
 
 std::optional<AgentRelease> ProgramReleases::of(AgentKind agent, const QString &file,
-                                                const ProcessIdentity &process, Date now) {
+                                                const ProcessIdentity &process,
+                                                const Scheduler &clock) {
     if (!AgentReleases::program(agent)) {
         return std::nullopt;
     }
@@ -147,7 +149,7 @@ std::optional<AgentRelease> ProgramReleases::of(AgentKind agent, const QString &
     }
     Running &running = m_running.back();
     const bool isKnownMiss =
-        running.missed == file && std::chrono::abs(now - running.lookedAt) < missLimit;
+        running.missed == file && std::chrono::abs(clock.now() - running.lookedAt) < missLimit;
     if (running.file == file || isKnownMiss) {
         return running.release;
     }
@@ -158,7 +160,7 @@ std::optional<AgentRelease> ProgramReleases::of(AgentKind agent, const QString &
         running.release = release;
     } else {
         running.missed = file;
-        running.lookedAt = now;
+        running.lookedAt = clock.now();
     }
     return running.release;
 }

@@ -16,6 +16,8 @@
 
 namespace morvane {
 
+class Scheduler;
+
 /// Which release of its agent a program on this machine is. No program is run for that: its package
 /// tells, or else its own name and the folders that it lies in. What was found out is remembered
 /// for each file as long as the file stays the same. Reads small files; for one thread at a time.
@@ -37,11 +39,11 @@ public:
     /// process once was it stays, though an update replaces the file or takes it away. A file that
     /// doesn't tell is left alone for a minute.
     std::optional<AgentRelease> of(AgentKind agent, const QString &file,
-                                   const ProcessIdentity &process, Date now);
+                                   const ProcessIdentity &process, const Scheduler &clock);
 
-    /// The release that a person's shell would start: the first that is found on the PATH or, as a
-    /// program of the desktop's may not have that of the shell, where the usual installers and
-    /// managers of versions put programs.
+    /// The release that a person's shell would start: that of the first file which tells one, on
+    /// the PATH or, as a program of the desktop's may not have that of the shell, where the usual
+    /// installers and managers of versions put programs.
     std::optional<AgentRelease> installed(AgentKind agent);
 
 private:
@@ -64,7 +66,7 @@ private:
         QString file = {}; ///< that told the release; empty while none has
         std::optional<AgentRelease> release = {};
         QString missed = {}; ///< the last file that told none
-        Date lookedAt = {};  ///< that one
+        Date lookedAt = {};  ///< when the look at that one had ended
     };
 
     static std::optional<Identity> identityOf(const QString &file);

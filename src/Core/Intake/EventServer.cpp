@@ -237,7 +237,7 @@ const AgentAdapter &EventServer::adapterFor(const HttpRequest &request, const Ho
     const AgentKind agent = agentKind(request.value(HttpHeader::agent)).value_or(defaultAgentKind);
     const QString program = request.text(HttpHeader::program);
     return AgentRegistry::adapter(
-        agent, origin.process ? m_programs.of(agent, program, *origin.process, m_timers.now())
+        agent, origin.process ? m_programs.of(agent, program, *origin.process, m_timers)
                               : m_programs.of(agent, program));
 }
 

@@ -3,6 +3,7 @@
 #include "Core/Adapters/AgentRegistry.h"
 #include "Core/Adapters/ProgramReleases.h"
 #include "Core/Agents/AgentAdapter.h"
+#include "Support/ManualScheduler.h"
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"
 
@@ -163,21 +164,25 @@ TEST(ProgramReleases, AreThoseThatRunningProgramsOnceWere) {
     const auto put = [&](const char *version) {
         home.write("cli/package.json", package("@openai/codex", version));
     };
-    ProgramReleases releases;
-    Date now{};
+    ManualScheduler clock;
+    Seconds pause(0);
+    ProgramReleases releases([&](const ProcessIdentity &running, const QString &path) {
+        clock.advance(pause);
+        return ProgramReleases::ourFile(running, path);
+    });
     const auto of = [&](AgentKind agent, const QString &file, const ProcessIdentity &which) {
-        return text(releases.of(agent, file, which, now));
+        return text(releases.of(agent, file, which, clock));
     };
     const ProcessIdentity other{.id = 13, .startedAt = 34, .numberSpace = 56};
     EXPECT_EQ(of(codex, program, process), "none");
     EXPECT_EQ(of(codex, program, other), "none");
     put("0.169.0"); // as while it is being installed
-    now = now + Seconds(59);
+    clock.advance(Seconds(59));
     EXPECT_EQ(of(codex, program, process), "none") << "a look may take long";
-    now = now - Seconds(3600);
+    clock.setClock(Seconds(-3600));
     EXPECT_EQ(of(codex, program, other), "0.169.0") << "a clock that was set back";
-    now = now + Seconds(3600);
-    now = now + Seconds(2);
+    clock.setClock(Seconds(3600));
+    clock.advance(Seconds(2));
     EXPECT_EQ(of(codex, program, process), "0.169.0");
     for (const bool isUpdated : {true, false}) {
         QFile::remove(program);
@@ -196,6 +201,12 @@ TEST(ProgramReleases, AreThoseThatRunningProgramsOnceWere) {
         EXPECT_EQ(of(codex, "", process), "1.2.3");
     }
     EXPECT_EQ(of(codex, program, later), "none");
+
+    pause = Seconds(90);
+    EXPECT_EQ(of(codex, home.path("far"), other), "none");
+    const Date looked = clock.now();
+    EXPECT_EQ(of(codex, home.path("far"), other), "none");
+    EXPECT_EQ(clock.now(), looked) << "a look that took long isn't repeated at once";
 }
 
 TEST(ProgramReleases, AreReadBelowTheRootOfTheProcess) {
@@ -208,7 +219,8 @@ TEST(ProgramReleases, AreReadBelowTheRootOfTheProcess) {
             EXPECT_EQ(path, here);
             return found;
         });
-        return text(releases.of(codex, here, {.id = 1, .startedAt = 2, .numberSpace = 3}, {}));
+        return text(releases.of(codex, here, {.id = 1, .startedAt = 2, .numberSpace = 3},
+                                ManualScheduler()));
     };
     EXPECT_EQ(read(inside), "0.171.0");
     EXPECT_EQ(read(unknown), "none");
