@@ -393,7 +393,6 @@ QString AppController::removeEverything() {
     // What may go on until the program is quit: nobody is asked for anything any more.
     m_updates.discard();
     setUsageEnabled(false);
-    m_usage.removeStored();
     const QString stored = tr("preferences and session history");
     report << (m_settings.removeStored() ? stored : tr("⚠︎ could not remove %1").arg(stored));
     m_connections.refreshStatus();

@@ -93,6 +93,8 @@ void MorvaneSettings::forEachRow(Visit visit) {
     visit(Setting{"knownAgents", &S::m_knownAgents, std::optional<QStringList>()});
     visit(Setting{"panelKey", &S::m_panelKey, PanelKey::usual()});
     visit(Key{"hooksChanged"});
+    visit(Key{"lastWeeklyUtilization"});
+    visit(Key{"lastWeeklyResetAt"});
     visit(Key{"SUEnableAutomaticChecks"});
     visit(Key{"SUAutomaticallyUpdate"});
     visit(Key{"SULastCheckTime"});

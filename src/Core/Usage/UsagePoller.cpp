@@ -113,10 +113,6 @@ void UsagePoller::stop() {
     m_codexTimer.cancel();
 }
 
-void UsagePoller::removeStored() {
-    m_settings.defaults().remove({lastWeeklyUtilization, lastWeeklyResetAt});
-}
-
 void UsagePoller::scheduleClaude(Seconds delay) {
     m_claudeTimer = m_ports.scheduler.after(delay, [this] { pollClaude(); });
 }

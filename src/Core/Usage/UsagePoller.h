@@ -87,9 +87,6 @@ public:
     /// Asks no more, until it is enabled or refreshed.
     void stop();
 
-    /// Takes what it has written into the defaults out of them.
-    void removeStored();
-
 signals:
     /// Some of what is published.
     void changed();

@@ -229,8 +229,9 @@ TEST_F(SettingsTest, RemoveEveryKeyButThoseOfOthers) {
     for (const QString &key : MorvaneSettings::allKeys()) {
         values[key.toStdString()] = "x";
     }
-    EXPECT_EQ(values.size(), 34u);
-    for (const char *unread : {"usageThreshold", "completedHistory", "SUSkippedVersion"}) {
+    EXPECT_EQ(values.size(), 36u);
+    for (const char *unread :
+         {"usageThreshold", "completedHistory", "lastWeeklyResetAt", "SUSkippedVersion"}) {
         EXPECT_TRUE(values.contains(unread)) << unread;
     }
     store(values);

@@ -302,9 +302,6 @@ TEST_F(UsagePollerTest, RemembersWhenTheWeekBeganAnew) {
     take("2");
     EXPECT_EQ(defaults.value("lastWeeklyResetAt").toDouble(),
               Seconds(scheduler.now().time_since_epoch()).count());
-    poller.removeStored();
-    EXPECT_FALSE(defaults.contains("lastWeeklyResetAt"));
-    EXPECT_FALSE(defaults.contains("lastWeeklyUtilization"));
 }
 
 TEST_F(UsagePollerTest, ShowsAMilestoneForSixSecondsWhileASessionWorks) {
