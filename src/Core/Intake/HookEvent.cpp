@@ -169,14 +169,14 @@ void takeInput(HookEvent &event, QByteArrayView body, const AgentAdapter &adapte
 
 void takePlace(HookEvent &event, const HookOrigin &origin, const AgentContract &contract) {
     event.process = origin.process;
-    event.ttyName = nonEmpty(origin.ttyName);
+    event.ttyName = origin.ttyName;
     // Without a terminal at any of its ancestors a server's variables name somebody else's place.
     if (contract.hooksRunInServer && !event.ttyName) {
         return;
     }
-    event.itermSessionID = nonEmpty(origin.itermSessionID);
-    event.termProgram = nonEmpty(origin.termProgram);
-    event.hostBundleID = nonEmpty(origin.hostBundleID);
+    event.itermSessionID = origin.itermSessionID;
+    event.termProgram = origin.termProgram;
+    event.hostBundleID = origin.hostBundleID;
     event.pane = origin.pane;
 }
 

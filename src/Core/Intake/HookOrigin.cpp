@@ -8,6 +8,11 @@ namespace morvane {
 
 namespace {
 
+std::optional<QString> hint(const HttpRequest &request, HttpHeader header) {
+    const QString text = request.text(header);
+    return text.isEmpty() ? std::nullopt : std::optional(text);
+}
+
 std::optional<QString> paneHeader(const HttpRequest &request, HttpHeader header) {
     const QString value = request.text(header).trimmed();
     return value.isEmpty() ? std::nullopt : std::optional(value);
@@ -33,10 +38,10 @@ std::optional<ProcessIdentity> processIn(const QString &text) {
 
 HookOrigin HookOrigin::of(const HttpRequest &request) {
     HookOrigin origin;
-    origin.itermSessionID = request.text(HttpHeader::itermSession);
-    origin.termProgram = request.text(HttpHeader::termProgram);
-    origin.hostBundleID = request.text(HttpHeader::hostBundle);
-    origin.ttyName = request.text(HttpHeader::tty);
+    origin.itermSessionID = hint(request, HttpHeader::itermSession);
+    origin.termProgram = hint(request, HttpHeader::termProgram);
+    origin.hostBundleID = hint(request, HttpHeader::hostBundle);
+    origin.ttyName = hint(request, HttpHeader::tty);
     origin.pane.tmux = paneHeader(request, HttpHeader::tmuxPane);
     origin.pane.tmuxServer = paneHeader(request, HttpHeader::tmuxServer);
     origin.pane.wezterm = paneHeader(request, HttpHeader::weztermPane);

@@ -11,7 +11,7 @@ namespace morvane {
 
 struct HttpRequest;
 
-/// Where a hook ran, as the forwarder found it in its environment. An empty string tells nothing.
+/// Where a hook ran, as the forwarder found it in its environment. No text is empty.
 struct HookOrigin {
     std::optional<QString> itermSessionID;
     std::optional<QString> termProgram;

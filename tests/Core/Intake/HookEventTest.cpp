@@ -2,6 +2,7 @@
 
 #include "Core/Adapters/AgentRegistry.h"
 #include "Core/Agents/AgentAdapter.h"
+#include "Core/Intake/HttpRequest.h"
 #include "Support/Printing.h"
 
 #include <gtest/gtest.h>
@@ -94,12 +95,15 @@ TEST(HookEvent, TakesEverythingThatAPayloadTells) {
     expected.toolInput =
         ReadableInput::of(R"({"command": " ls -l\n", "description": "List", "timeout": 5})");
     EXPECT_TRUE(*event == expected);
+}
 
-    // Of the hints an empty one tells nothing, a blank one is taken as it stands.
-    const auto other = HookEvent::decode(AgentRegistry::adapter(AgentKind::claude), "Stop",
-                                         R"({"session_id":"s"})", {"", " ", "", "", {}});
-    EXPECT_FALSE(other->itermSessionID || other->hostBundleID || other->ttyName);
-    EXPECT_EQ(other->termProgram, " ");
+TEST(HookOrigin, TakesABlankHintAsItStandsAndNoEmptyOne) {
+    HttpRequest request;
+    request.headers[static_cast<std::size_t>(HttpHeader::tty)] = "";
+    request.headers[static_cast<std::size_t>(HttpHeader::termProgram)] = " ";
+    HookOrigin expected;
+    expected.termProgram = " ";
+    EXPECT_TRUE(HookOrigin::of(request) == expected);
 }
 
 TEST(HookEvent, LeavesOutAPlaceThatIsNotTheSessionsOwn) {
