@@ -151,6 +151,21 @@ ReadableInput readable(std::string_view input, const HookEvent &event,
     return showsPlan ? ReadableInput::ofPlan(input) : ReadableInput::of(input);
 }
 
+void takeTool(HookEvent &event, const JsonObject &body, const AgentAdapter &adapter) {
+    event.toolName = body.string("tool_name");
+    event.launchesSubagent = event.toolName && adapter.launchesSubagent(*event.toolName);
+    event.asksAnew = event.toolName && adapter.wantsBack(*event.toolName);
+    event.toolUseID = body.string("tool_use_id");
+    const auto input = JsonObject::object(body.root(), "tool_input");
+    if (input) {
+        event.toolDetail = toolDetail(*input);
+        event.questions = questions(*input);
+        event.taskDescription = displayLine(
+            JsonObject::string(*input, event.launchesSubagent ? "message" : "description"));
+    }
+    event.responseMessage = responseMessage(body, input);
+}
+
 void takeInput(HookEvent &event, QByteArrayView body, const AgentAdapter &adapter) {
     const AgentContract &contract = adapter.contract();
     const bool asks = event.kind == CanonicalEvent::permissionRequest;
@@ -199,6 +214,19 @@ std::optional<QString> lastWords(const JsonObject &body, CanonicalEvent kind) {
     return QString();
 }
 
+/// What the release makes of the event, and of those to come.
+void takeContract(HookEvent &event, const JsonObject &body, const AgentContract &contract) {
+    event.asksForSubagent = contract.subagentsAsk && event.agentID.has_value() &&
+                            event.kind == CanonicalEvent::permissionRequest;
+    if (contract.tellsLastWords &&
+        (event.kind == CanonicalEvent::turnEnd || event.kind == CanonicalEvent::turnFailed)) {
+        event.lastWords = lastWords(body, event.kind);
+    }
+    event.asksAfterHook = contract.asksAfterHook;
+    event.endsTurnsInTranscript = contract.endsTurnsInTranscript;
+    event.titlesLag = contract.titlesLag;
+}
+
 QList<BackgroundTask> backgroundTasks(const JsonObject &body) {
     QList<BackgroundTask> result;
     const auto tasks = JsonObject::objects(body.root(), "background_tasks");
@@ -229,38 +257,18 @@ std::optional<HookEvent> HookEvent::decode(const AgentAdapter &adapter, const QS
     event.nativeName = nativeName;
     event.sessionID = *sessionID;
     event.cwd = adapter.cwd(*body);
-    event.toolName = body->string("tool_name");
-    event.launchesSubagent = event.toolName && adapter.launchesSubagent(*event.toolName);
-    event.asksAnew = event.toolName && adapter.wantsBack(*event.toolName);
-    event.toolUseID = body->string("tool_use_id");
-    const auto input = JsonObject::object(body->root(), "tool_input");
-    if (input) {
-        event.toolDetail = morvane::toolDetail(*input);
-        event.questions = morvane::questions(*input);
-        event.taskDescription = displayLine(
-            JsonObject::string(*input, event.launchesSubagent ? "message" : "description"));
-    }
-    takeInput(event, bytes, adapter);
-    event.responseMessage = morvane::responseMessage(*body, input);
     event.prompt = displayLine(body->string("prompt"));
     event.transcriptPath = body->string("transcript_path");
     event.agentID = body->string("agent_id");
-    const AgentContract &contract = adapter.contract();
-    event.asksForSubagent = contract.subagentsAsk && event.agentID.has_value() &&
-                            event.kind == CanonicalEvent::permissionRequest;
-    if (contract.tellsLastWords &&
-        (event.kind == CanonicalEvent::turnEnd || event.kind == CanonicalEvent::turnFailed)) {
-        event.lastWords = morvane::lastWords(*body, event.kind);
-    }
     event.isCompaction = event.kind == CanonicalEvent::sessionStart &&
                          body->string("source") == QLatin1String("compact");
-    event.asksAfterHook = contract.asksAfterHook;
-    event.endsTurnsInTranscript = contract.endsTurnsInTranscript;
-    event.titlesLag = contract.titlesLag;
     if (adapter.reportsBackgroundTasks()) {
         event.backgroundTasks = morvane::backgroundTasks(*body);
     }
-    takePlace(event, origin, contract);
+    takeTool(event, *body, adapter);
+    takeInput(event, bytes, adapter);
+    takeContract(event, *body, adapter.contract());
+    takePlace(event, origin, adapter.contract());
     return event;
 }
 
