@@ -24,7 +24,7 @@ std::span<const Listed> all() {
                {1, 0, 0},
                {.waitsAtSessionEnd = true,
                 .reviewsHooks = true,
-                .speaksInPhases = true,
+                .everyPhaseCounts = true,
                 .spawnsAgents = true,
                 .subagentsAsk = true,
                 .asksAfterHook = true,

@@ -67,7 +67,7 @@ std::optional<QString> CodexAdapter::reviewsPath() const {
 }
 
 TranscriptInfo CodexAdapter::readTranscript(const QString &path) const {
-    return TranscriptReader::readTail(path, contract().speaksInPhases
+    return TranscriptReader::readTail(path, contract().everyPhaseCounts
                                                 ? CodexTranscript::takeLineOfAnyPhase
                                                 : CodexTranscript::takeLine);
 }

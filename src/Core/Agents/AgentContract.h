@@ -33,7 +33,7 @@ struct AgentContract {
     bool hasPromptsOfItsOwn = false;
 
     /// Every message of the transcript counts as the agent's last words, whatever phase it is of.
-    bool speaksInPhases = false;
+    bool everyPhaseCounts = false;
 
     /// Subagents are launched with "spawn_agent", and keep transcripts of their own, which name
     /// the session that they work for beside their own id.
