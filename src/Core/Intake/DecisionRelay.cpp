@@ -21,8 +21,9 @@ DecisionRelay::DecisionRelay(EventConnection::Queue pendingQueue, Scheduler &mai
 void DecisionRelay::park(HookEvent event, const AgentAdapter &adapter,
                          EventConnection::Pointer connection, QByteArray payload) {
     asio::dispatch(m_queue, [self = shared_from_this(), event = std::move(event), &adapter,
-                             connection = std::move(connection), payload = std::move(payload)] {
-        self->store(event, adapter, connection, payload);
+                             connection = std::move(connection),
+                             payload = std::move(payload)]() mutable {
+        self->store(std::move(event), adapter, std::move(connection), std::move(payload));
     });
 }
 
@@ -110,7 +111,7 @@ void DecisionRelay::finish(const Pending &pending, const AgentDecision &decision
 void DecisionRelay::expire(const QString &id, std::uint64_t serial) {
     if (auto pending = take(id, serial)) {
         finish(*pending, AgentDecision::ask());
-        tellExpired(id);
+        tell(m_handlers.onExpired, id);
     }
 }
 
@@ -119,13 +120,12 @@ void DecisionRelay::discard(const QString &id, std::uint64_t serial) {
     if (auto pending = take(id, serial)) {
         pending->connection->close();
         const bool tells = pending->adapter.contract().interruptsByHangUp;
-        m_main.post(
-            [handler = tells ? m_handlers.onHungUp : m_handlers.onExpired, id] { handler(id); });
+        tell(tells ? m_handlers.onHungUp : m_handlers.onExpired, id);
     }
 }
 
-void DecisionRelay::tellExpired(const QString &id) {
-    m_main.post([handler = m_handlers.onExpired, id] { handler(id); });
+void DecisionRelay::tell(const std::function<void(const QString &)> &handler, const QString &id) {
+    m_main.post([handler, id] { handler(id); });
 }
 
 std::optional<DecisionRelay::Pending> DecisionRelay::take(const QString &id) {

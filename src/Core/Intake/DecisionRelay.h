@@ -67,7 +67,7 @@ private:
     void finish(const Pending &pending, const AgentDecision &decision);
     void expire(const QString &id, std::uint64_t serial);
     void discard(const QString &id, std::uint64_t serial);
-    void tellExpired(const QString &id);
+    void tell(const std::function<void(const QString &)> &handler, const QString &id);
     std::optional<Pending> take(const QString &id);
 
     /// The same, if it is this very request that waits under the id.
