@@ -6,7 +6,7 @@ namespace morvane {
 
 QString textOf(std::string_view utf8) {
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
-    return decoder(QByteArrayView(utf8.data(), static_cast<qsizetype>(utf8.size())));
+    return decoder(QByteArrayView(utf8));
 }
 
 } // namespace morvane

@@ -25,10 +25,6 @@ constexpr std::size_t closeCost = 4096; ///< what a batch counts for, in bytes r
 constexpr Seconds requestLimit(30);
 constexpr Seconds acceptRetryDelay(0.1);
 
-QByteArrayView bytes(std::string_view text) {
-    return QByteArrayView(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 } // namespace
 
 EventServer::EventServer(const QString &token, std::uint16_t preferredPort, Handlers handlers,
@@ -227,7 +223,7 @@ void EventServer::respondToUsage(const HttpRequest &request) {
     const auto agent = agentKind(request.value(HttpHeader::agent));
     if (agent) {
         m_main.post([handler = m_handlers.onUsagePayload, agent = *agent,
-                     body = bytes(request.body).toByteArray()] { handler(agent, body); });
+                     body = QByteArrayView(request.body).toByteArray()] { handler(agent, body); });
     }
 }
 
@@ -245,9 +241,10 @@ void EventServer::respondToEvent(const Connection &connection, const HttpRequest
     const HookOrigin origin = HookOrigin::of(request);
     const AgentAdapter &adapter = adapterFor(request, origin);
     const QString nativeName = request.text(HttpHeader::hookEvent);
-    auto event = HookEvent::decode(adapter, nativeName, bytes(request.body), origin);
+    auto event = HookEvent::decode(adapter, nativeName, request.body, origin);
     if (event && mayPark(request, adapter, nativeName)) {
-        m_relay->park(std::move(*event), adapter, connection, bytes(request.body).toByteArray());
+        m_relay->park(std::move(*event), adapter, connection,
+                      QByteArrayView(request.body).toByteArray());
         return;
     }
     if (event) {

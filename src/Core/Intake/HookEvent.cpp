@@ -123,7 +123,7 @@ std::optional<std::string_view> rawInput(QByteArrayView body) {
 QByteArray callOf(const HookEvent &event, std::string_view input) {
     QCryptographicHash hash(QCryptographicHash::Sha1);
     const auto add = [&hash](std::string_view text) {
-        hash.addData(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
+        hash.addData(QByteArrayView(text));
         hash.addData(QByteArrayView("", 1));
     };
     add(event.toolName.value_or(QString()).toStdString());

@@ -30,10 +30,7 @@ struct HttpRequest {
         const auto &value = header(name);
         return value ? std::string_view(*value) : std::string_view();
     }
-    QString text(HttpHeader name) const {
-        const std::string_view bytes = value(name);
-        return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
-    }
+    QString text(HttpHeader name) const { return QString::fromUtf8(QByteArrayView(value(name))); }
 };
 
 } // namespace morvane

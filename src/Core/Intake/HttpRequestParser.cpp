@@ -73,8 +73,7 @@ bool HttpRequestParser::isUtf8(std::string_view head) {
     if (!m_utf8) {
         m_utf8.emplace(QStringDecoder::Utf8);
     }
-    static_cast<void>(
-        QString(m_utf8->decode(QByteArrayView(head.data(), static_cast<qsizetype>(head.size())))));
+    static_cast<void>(QString(m_utf8->decode(QByteArrayView(head))));
     return !m_utf8->hasError();
 }
 

@@ -109,9 +109,7 @@ Destination around(const PaneFocus::Client &client, const QString &projectName,
     variables.push_back(nullptr);
     const Terminal terminal = terminalIn(Environment(variables.data()));
     const auto told = [](std::string_view text) {
-        return text.empty() ? std::nullopt
-                            : std::optional(QString::fromUtf8(text.data(),
-                                                              static_cast<qsizetype>(text.size())));
+        return text.empty() ? std::nullopt : std::optional(QString::fromUtf8(QByteArrayView(text)));
     };
     PaneLocator pane;
     pane.wezterm = told(terminal.wezterm);
