@@ -9,21 +9,6 @@
 
 namespace morvane {
 
-namespace {
-
-/// The file that stands for the integration, or an empty path.
-QString integrationPath(const AgentIntegration &integration) {
-    struct Path {
-        QString operator()(const JsonHooks &hooks) const { return hooks.settingsPath; }
-        QString operator()(const TomlHooks &hooks) const { return hooks.settingsPath; }
-        QString operator()(const PluginFile &plugin) const { return plugin.filePath; }
-        QString operator()(const Unsupported &) const { return {}; }
-    };
-    return std::visit(Path(), integration);
-}
-
-} // namespace
-
 std::optional<QString> AgentAdapter::matcher(const QString &) const {
     return std::nullopt;
 }
@@ -86,12 +71,22 @@ nlohmann::json AgentAdapter::extraRootKeys() const {
     return nlohmann::json::object();
 }
 
+QString AgentAdapter::integrationPath() const {
+    struct Path {
+        QString operator()(const JsonHooks &hooks) const { return hooks.settingsPath; }
+        QString operator()(const TomlHooks &hooks) const { return hooks.settingsPath; }
+        QString operator()(const PluginFile &plugin) const { return plugin.filePath; }
+        QString operator()(const Unsupported &) const { return {}; }
+    };
+    return std::visit(Path(), integration());
+}
+
 bool AgentAdapter::isPresent() const {
     const AgentIntegration where = integration();
     if (std::holds_alternative<Unsupported>(where)) {
         return false;
     }
-    QDir directory = QFileInfo(integrationPath(where)).dir();
+    QDir directory = QFileInfo(integrationPath()).dir();
     if (std::holds_alternative<PluginFile>(where)) {
         // A plugin lies in a folder for plugins, within the agent's own.
         directory.setPath(QFileInfo(directory.path()).path());
@@ -123,7 +118,7 @@ QString AgentAdapter::integrationDescription() const {
     if (const auto *unsupported = std::get_if<Unsupported>(&where)) {
         return unsupported->reason;
     }
-    const QString path = integrationPath(where);
+    const QString path = integrationPath();
     const QString home = QDir::homePath() + QLatin1Char('/');
     return path.startsWith(home) ? QLatin1String("~/") + path.mid(home.size()) : path;
 }

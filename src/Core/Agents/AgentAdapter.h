@@ -74,6 +74,9 @@ public:
 
     virtual AgentIntegration integration() const = 0;
 
+    /// The file that the hooks go into; empty where there is none.
+    QString integrationPath() const;
+
     virtual std::optional<QString> sessionID(const JsonObject &body) const;
     virtual std::optional<QString> cwd(const JsonObject &body) const;
 

@@ -35,18 +35,12 @@ QString couldNotRemove(const QString &what, const QString &why) {
                          : AgentConnections::tr("⚠︎ could not remove %1: %2").arg(what, why);
 }
 
-QString pathOf(const AgentIntegration &where) {
-    const auto *json = std::get_if<JsonHooks>(&where);
-    const auto *toml = std::get_if<TomlHooks>(&where);
-    return json ? json->settingsPath : toml ? toml->settingsPath : QString();
-}
-
 /// Why nobody can tell what is in the settings of an agent that doesn't look connected; none where
 /// it can be told, and where they don't even name `mark`.
-std::optional<QString> whyUnknownIn(const AgentIntegration &where, const Health &health,
+std::optional<QString> whyUnknownIn(const AgentAdapter &adapter, const Health &health,
                                     const QByteArray &mark = {}) {
-    const QString path = pathOf(where);
-    const bool isToml = std::holds_alternative<TomlHooks>(where);
+    const QString path = adapter.integrationPath();
+    const bool isToml = std::holds_alternative<TomlHooks>(adapter.integration());
     if (!QFileInfo::exists(path) || (health.settingsReadable && !isToml)) {
         return std::nullopt;
     }
@@ -151,8 +145,7 @@ void AgentConnections::refreshStatus() {
             m_statusLineBlockedAgents.push_back(kind);
         }
         m_health.insert(kind, health);
-        const auto why =
-            health.hooksPresent ? std::nullopt : whyUnknownIn(adapter->integration(), health);
+        const auto why = health.hooksPresent ? std::nullopt : whyUnknownIn(*adapter, health);
         if (why) {
             m_whyUnknown.insert(kind, *why);
         }
@@ -223,7 +216,7 @@ void AgentConnections::perform(const AgentAdapter &form, const QString &failed,
 std::optional<Failure> AgentConnections::change(
     const AgentAdapter &form,
     const std::function<std::optional<Failure>(const HookInstaller &)> &operation) {
-    const QString path = pathOf(form.integration());
+    const QString path = form.integrationPath();
     const auto before = RegularFile::whole(path);
     const auto failure = operation(makeInstaller(form));
     m_outcome = before && !failure ? replacementOf(path, *before) : std::nullopt;
@@ -329,8 +322,8 @@ QStringList AgentConnections::removeAll() {
             const auto failure = installer.removeTraces();
             const bool isGone = !failure && !installer.hasTraces();
             report << (isGone ? name : couldNotRemove(name, failure.value_or(Failure()).message));
-        } else if (const auto why = whyUnknownIn(adapter->integration(), installer.health(),
-                                                 HookPlan::hookScriptMarker)) {
+        } else if (const auto why =
+                       whyUnknownIn(*adapter, installer.health(), HookPlan::hookScriptMarker)) {
             report << couldNotRemove(name, *why);
         }
     }
