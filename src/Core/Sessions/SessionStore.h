@@ -126,14 +126,6 @@ public:
     /// The session whose prompt the digit keys belong to.
     std::optional<Session> sessionAwaitingDecision() const;
 
-    /// Brings the session up to what its transcript tells, as far as it has one; with `completion`
-    /// also its summary and its record's. Nothing happens while one is being read for it.
-    void enrichFromTranscript(const QString &sessionID, bool completion, Date now);
-
-    /// Brings a session that was found on disk up to what its transcript tells, its summary too
-    /// where it has none. Nothing happens while a transcript is being read for it.
-    void enrichRestored(const QString &sessionID);
-
 signals:
     /// The sessions have changed.
     void sessionsChanged();
@@ -150,6 +142,15 @@ private:
     void endQuietly(const QString &sessionID, Date lastEventAt);
     void endUnsaid(const Session &session, const TranscriptInfo &info);
     std::optional<Session> waitingFor(const QString &decisionID) const;
+
+    /// Brings the session up to what its transcript tells, as far as it has one; with `completion`
+    /// also its summary and its record's. Nothing happens while one is being read for it.
+    void enrichFromTranscript(const QString &sessionID, bool completion, Date now);
+
+    /// Brings a session that was found on disk up to what its transcript tells, its summary too
+    /// where it has none. Nothing happens while a transcript is being read for it.
+    void enrichRestored(const QString &sessionID);
+
     void learn(const Session &asked, SessionTranscripts::Purpose purpose,
                const TranscriptInfo &info);
     void recordCompleted(const Session &session, Date now);

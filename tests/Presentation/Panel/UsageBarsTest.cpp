@@ -173,11 +173,10 @@ TEST_F(UsageBarsTest, TellsHowFullTheContextsAreAndScrollsWhenThereAreMany) {
     const auto start = [&](const QString &id, int tokens) {
         info.contextTokens = tokens;
         info.model = "claude-opus-5";
-        apply(EventBuilder(Event::promptSubmit)
+        apply(EventBuilder(Event::toolUse)
                   .in(id)
                   .with(&HookEvent::cwd, '/' + id)
                   .with(&HookEvent::transcriptPath, id));
-        store.enrichFromTranscript(id, false, scheduler.now());
         scheduler.advance(Seconds(1));
     };
     apply(Event::sessionStart, "new");
