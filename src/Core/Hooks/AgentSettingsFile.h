@@ -69,8 +69,6 @@ public:
     /// times at most. After a failure the file holds what it held, or what the agent has written.
     [[nodiscard]] std::optional<Failure> rewrite(const Edit &edit) const;
 
-    QString backupPath() const;
-
     /// Where what can't be understood is kept, once however often it comes; none where there is no
     /// place left.
     std::optional<QString> unreadablePath(const QByteArray &content) const;
@@ -82,6 +80,7 @@ private:
     enum class Outcome { done, overtaken };
 
     bool isFile() const;
+    QString backupPath() const;
     Result<Outcome> replace(const std::optional<QByteArray> &before,
                             const AgentSettingsChange &change) const;
     std::optional<Failure> rescueComments(const std::optional<QByteArray> &before,
