@@ -54,7 +54,8 @@ public:
     /// Takes all of that out.
     [[nodiscard]] std::optional<Failure> removeTraces() const;
 
-    /// Whether what is there of ours differs from what `install` would write.
+    /// Whether what is there of ours differs from what `install` would write. Always false of a
+    /// plugin, which `renew` writes anew without asking.
     bool hasStaleEntries() const;
 
     Health health() const;

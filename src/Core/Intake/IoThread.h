@@ -11,7 +11,8 @@
 namespace morvane {
 
 /// A thread that does nothing but wait for sockets and timers. It starts with `start` and ends with
-/// `stop`, or with the object; what is still to run then is dropped.
+/// `stop`, or with the object; what is still to run then is dropped. While it runs only the thread
+/// itself calls `after` or lets go of a task.
 class IoThread : public Scheduler {
 public:
     IoThread();
