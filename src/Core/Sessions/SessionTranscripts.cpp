@@ -14,10 +14,9 @@ namespace morvane {
 namespace {
 
 constexpr Seconds progressInterval(15);
-/// Without anything new of a turn that may have ended without an event. The second is what the
-/// pauses between looks grow to while that goes on.
-constexpr Seconds quietInterval(1);
-constexpr Seconds longestQuietInterval(15);
+constexpr Seconds quietInterval(1); ///< without an event, of a turn that may have ended without one
+constexpr Seconds longestInterval(15); ///< between looks at one whose agent waits
+constexpr int interestInSilence = 10;  ///< a tenth of it may pass until its end is seen
 
 /// Agents may write their last words down only after they have told that the turn has ended: so
 /// the transcript is read again, each time so long after the time before.
@@ -26,6 +25,16 @@ constexpr std::array wordsDelays{Seconds(0.25), Seconds(0.75), Seconds(1)};
 bool mayEndUnsaid(const Session &session) {
     return session.isAtWork() && session.endsTurnsInTranscript && session.transcriptPath &&
            !session.pendingDecisionID();
+}
+
+/// An agent may wait all night for its person, who mustn't pay for that; what works is looked at
+/// anyway.
+Seconds pauseUntilLook(const Session &session, Date now) {
+    if (session.state == SessionState::working) {
+        return quietInterval;
+    }
+    const Seconds silence = now - session.lastEventAt;
+    return std::clamp(silence / interestInSilence, quietInterval, longestInterval);
 }
 
 } // namespace
@@ -90,26 +99,26 @@ void SessionTranscripts::awaitWords(const QString &sessionID, Date endedAt, std:
 /// What an agent leaves unsaid when a turn of its is interrupted, or fails, its transcript tells.
 /// Nothing is looked at while no such turn runs.
 void SessionTranscripts::watchTurn(const Session &session) {
-    if (mayEndUnsaid(session)) {
-        lookAfter(quietInterval, session.id);
-    } else {
+    if (!mayEndUnsaid(session)) {
         m_turnWatches.erase(session.id);
+        return;
     }
+    const Seconds pause = pauseUntilLook(session, m_scheduler.now());
+    m_turnWatches[session.id].next =
+        m_scheduler.after(pause, [this, id = session.id] { lookForEnd(m_sessions.value(id)); });
 }
 
-void SessionTranscripts::lookAfter(Seconds pause, const QString &sessionID) {
-    m_turnWatches[sessionID].next = m_scheduler.after(pause, [this, pause, sessionID] {
-        const Session session = m_sessions.value(sessionID);
-        const QFileInfo file(session.transcriptPath.value_or(QString()));
-        const Look look{session.lastEventAt, file.lastModified(), file.size()};
-        Look &last = m_turnWatches[sessionID].last;
-        const bool isNew = look != last;
-        lookAfter(isNew ? quietInterval : std::min(2 * pause, longestQuietInterval), sessionID);
-        if (isNew && canRead(session)) {
-            last = look;
-            read(session, Purpose::turnEnd, m_scheduler.now());
-        }
-    });
+void SessionTranscripts::lookForEnd(const Session &session) {
+    watchTurn(session);
+    const auto watch = m_turnWatches.find(session.id);
+    if (watch == m_turnWatches.end() || !canRead(session)) {
+        return;
+    }
+    const QFileInfo file(*session.transcriptPath);
+    const Look look{session.lastEventAt, file.lastModified(), file.size()};
+    if (std::exchange(watch->second.last, look) != look) {
+        read(session, Purpose::turnEnd, m_scheduler.now());
+    }
 }
 
 void SessionTranscripts::forget(const QString &sessionID) {

@@ -50,8 +50,8 @@ public:
     /// end of this turn.
     void awaitWords(const Session &session);
 
-    /// Looks up a turn that may end without a hook, whenever it has been quiet for a second, and
-    /// then ever less often.
+    /// Looks up a turn that may end without a hook, whenever it has been quiet for a second; while
+    /// its agent waits, ever less often.
     void watchTurn(const Session &session);
 
     /// The session is gone.
@@ -75,7 +75,7 @@ private:
 
     bool canRead(const Session &session) const;
     void awaitWords(const QString &sessionID, Date endedAt, std::size_t looks);
-    void lookAfter(Seconds pause, const QString &sessionID);
+    void lookForEnd(const Session &session);
 
     const Sessions &m_sessions;
     const Read &m_read;

@@ -328,16 +328,17 @@ TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
     EXPECT_TRUE(running.empty());
 }
 
-TEST_F(UnsaidTest, ATurnWithoutAnythingNewIsLookedAtEverLessOften) {
-    tell(codex, "UserPromptSubmit", R"("prompt":"go","transcript_path":"/t")");
-    for (const double pause : {1, 1, 2, 4, 8, 15, 15}) {
-        EXPECT_EQ(scheduler.timersDueIn(Seconds(pause)), 1u) << pause;
-        scheduler.advance(Seconds(pause));
-        if (!running.empty()) {
-            finishRead();
-        }
-    }
-    tell(codex, "PreToolUse", make);
+TEST_F(UnsaidTest, ATurnWhoseAgentWaitsIsLookedAtEverLessOften) {
+    tell(claude, "Notification",
+         R"("notification_type":"permission_prompt","transcript_path":"/t")");
+    scheduler.advance(Seconds(10));
+    finishRead();
+    EXPECT_EQ(scheduler.timersDueIn(Seconds(1)), 1u);
+    scheduler.setClock(Seconds(3600));
+    scheduler.advance(Seconds(1));
+    EXPECT_EQ(scheduler.timersDueIn(Seconds(15)), 1u);
+    tell(claude, "PreToolUse", make);
+    scheduler.advance(Seconds(600));
     EXPECT_EQ(scheduler.timersDueIn(Seconds(1)), 1u);
 }
 
