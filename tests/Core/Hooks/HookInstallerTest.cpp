@@ -313,18 +313,5 @@ TEST_F(HookInstallerTest, SeesThatAnAgentRunsNoHooks) {
     }
 }
 
-TEST_F(HookInstallerTest, TurnsTheAgentsOwnNotificationsOffAndOn) {
-    write(claude, R"({"preferredNotifChannel":"iterm2","a":1})");
-    EXPECT_FALSE(installer(claude).health().notificationsSuppressed);
-    ASSERT_EQ(failure(installer(claude).setNotificationsSuppressed(true)), "");
-    EXPECT_TRUE(installer(claude).health().notificationsSuppressed);
-    EXPECT_EQ(root(claude), (json{{"preferredNotifChannel", "notifications_disabled"}, {"a", 1}}));
-    ASSERT_EQ(failure(installer(claude).setNotificationsSuppressed(false)), "");
-    EXPECT_EQ(root(claude), (json{{"a", 1}}));
-    EXPECT_EQ(failure(installer(codex).setNotificationsSuppressed(true)), "");
-    EXPECT_FALSE(installer(codex).health().notificationsSuppressed);
-    EXPECT_FALSE(QFile::exists(home.path(place(codex))));
-}
-
 } // namespace
 } // namespace morvane
