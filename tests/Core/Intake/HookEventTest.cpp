@@ -308,18 +308,6 @@ TEST(HookEvent, SurvivesWhateverItIsSent) {
     }
     EXPECT_EQ(withMembers(R"("prompt":"a\u0000b")").prompt, QString::fromLatin1("a\0b", 3));
     decode(R"({"session_id":"\ud800","prompt":"\udc00\ud800"})");
-
-    const QByteArray whole =
-        R"({"session_id":"s","n":-1e400,"tool_input":{"command":"\"\u00e9\\"}})";
-    for (qsizetype size = 0; size < whole.size(); ++size) {
-        EXPECT_FALSE(decode(whole.first(size)));
-        for (const char byte : {'\0', '"', '\\', '{', ']', '\xc3', 'e'}) {
-            QByteArray broken = whole;
-            broken[size] = byte;
-            decode(broken);
-        }
-    }
-    EXPECT_TRUE(decode(whole));
 }
 
 } // namespace

@@ -1,7 +1,6 @@
 #include "Presentation/Panel/SessionMetaLine.h"
 
 #include "Core/Sessions/Session.h"
-#include "Presentation/Panel/AgentBadge.h"
 #include "Presentation/Panel/ContextBadge.h"
 #include "Presentation/Panel/PermissionModeBadge.h"
 #include "Support/Printing.h"
@@ -40,15 +39,6 @@ TEST(SessionMetaLine, TellsInWordsWhatItsBadgesShow) {
     EXPECT_TRUE(line.findChild<PermissionModeBadge *>()->isHidden());
     EXPECT_TRUE(line.findChild<ContextBadge *>()->isHidden());
     EXPECT_FALSE(line.isHidden());
-}
-
-TEST(AgentBadge, NamesTheAgentOrHides) {
-    AgentBadge badge(nullptr);
-    badge.setAgent(AgentKind::qwen);
-    EXPECT_FALSE(badge.isHidden());
-    EXPECT_EQ(badge.accessibleName(), "Qwen Code");
-    badge.setAgent({});
-    EXPECT_TRUE(badge.isHidden());
 }
 
 } // namespace
