@@ -1,7 +1,6 @@
 #include "App/AppFixture.h"
 #include "Support/EventBuilder.h"
 #include "Support/HttpClient.h"
-#include "Support/WaitUntil.h"
 
 namespace morvane {
 namespace {
@@ -10,29 +9,6 @@ using enum AgentKind;
 
 class AppControllerTest : public ControllerFixture {
 protected:
-    std::string permissionRequest() const {
-        return httpPost("/event",
-                        {{"x-morvane-token", settings.eventToken().toStdString()},
-                         {"x-hook-event", "PermissionRequest"},
-                         {"x-morvane-decision", "1"}},
-                        R"({"session_id":"s","tool_name":"Bash"})");
-    }
-
-    /// A hook that waits for a decision.
-    HttpClient ask() {
-        HttpClient hook(controller.server()->boundPort());
-        hook.send(permissionRequest());
-        EXPECT_TRUE(becomesAwaited(true));
-        return hook;
-    }
-
-    bool becomesAwaited(bool isAwaited) {
-        return waitUntil([&] {
-            scheduler.runPosted();
-            return store.sessionAwaitingDecision().has_value() == isAwaited;
-        });
-    }
-
     FakeLoginItem &loginItem() { return static_cast<FakeLoginItem &>(*platform.loginItem); }
 };
 
@@ -103,64 +79,6 @@ TEST_F(AppControllerTest, GoesOnWithoutAServerAndSaysWhy) {
     EXPECT_EQ(store.sessions().size(), 1);
 }
 
-TEST_F(AppControllerTest, CarriesADecisionBackToTheHook) {
-    controller.start();
-    HttpClient hook = ask();
-    store.decide("s", AgentDecision::deny());
-    EXPECT_NE(hook.receiveAll().find(R"("behavior":"deny")"), std::string::npos);
-
-    HttpClient gone = ask();
-    gone.hangUp();
-    EXPECT_TRUE(becomesAwaited(false));
-}
-
-TEST_F(AppControllerTest, ReleasesWhoeverWaitsWhenApprovalsEnd) {
-    controller.start();
-    connections.installHooks(claude);
-    HttpClient hook = ask();
-    controller.setApprovalsEnabled(false);
-    EXPECT_EQ(httpBody(hook.receiveAll()), "");
-    EXPECT_FALSE(store.sessionAwaitingDecision());
-    const std::uint16_t port = controller.server()->boundPort();
-    EXPECT_EQ(httpBody(httpExchange(port, permissionRequest())), "");
-    EXPECT_FALSE(read(".claude/settings.json").contains("decide"));
-    controller.setApprovalsEnabled(true);
-    EXPECT_TRUE(read(".claude/settings.json").contains("PermissionRequest decide"));
-
-    // One that was on its way by then.
-    scheduler.runPosted();
-    HttpClient late(port);
-    late.send(permissionRequest());
-    ASSERT_TRUE(waitUntil([&] { return scheduler.posted() > 0; }));
-    settings.setApprovalsEnabled(false);
-    scheduler.runPosted();
-    EXPECT_EQ(httpBody(late.receiveAll()), "");
-    EXPECT_EQ(store.sessions().value("s").state, SessionState::needsInput);
-    EXPECT_FALSE(store.sessionAwaitingDecision());
-
-    controller.setApprovalsEnabled(true);
-    controller.setApprovalsEnabled(false);
-    home.makeReadOnly(".claude/settings.json");
-    controller.setApprovalsEnabled(true);
-    EXPECT_TRUE(connections.lastError()->startsWith("Couldn't update Claude Code's hooks: "));
-    EXPECT_FALSE(settings.approvalsEnabled());
-}
-
-TEST_F(AppControllerTest, LetsNobodyWaitWhereItIsShownOnNoDisplay) {
-    addFakeScreen(platform);
-    controller.start();
-    HttpClient hook = ask();
-    settings.setDisplayMode(DisplayTargetMode::externalOnly);
-    scheduler.advance(Seconds(1));
-    EXPECT_EQ(httpBody(hook.receiveAll()), "");
-    EXPECT_FALSE(store.sessionAwaitingDecision());
-    const std::uint16_t port = controller.server()->boundPort();
-    EXPECT_EQ(httpBody(httpExchange(port, permissionRequest())), "");
-    settings.setDisplayMode(DisplayTargetMode::all);
-    scheduler.advance(Seconds(1));
-    ask();
-}
-
 TEST_F(AppControllerTest, ShowsWhatRanBeforeItStarted) {
     const QByteArray model = R"({"type":"assistant","cwd":"/p","message":{"model":"claude-a"}})";
     home.write(".claude/projects/p/s.jsonl", model);
@@ -227,7 +145,8 @@ TEST_F(AppControllerTest, RemovesEverythingButWhatIsPeoplesOwnAndReports) {
 
     // What can't be told to be without a hook of ours.
     home.makeReadOnly(".qwen/settings.json", false);
-    home.write(".claude/settings.json", R"({"hooks":{"Stop":[{"command":"~/.morvane/hook.sh"}]})");
+    home.write(".claude/settings.json",
+                      R"({"hooks":{"Stop":[{"command":"~/.morvane/hook.sh"}]})");
     home.write(".qoder/settings.json", R"({"hooks":)");
     QFile::remove(home.path(".gemini/settings.json"));
     home.write(".gemini/settings.json/in the way");
@@ -268,7 +187,7 @@ TEST_F(AppControllerTest, RemovesEverythingButWhatIsPeoplesOwnAndReports) {
 
 TEST_F(AppControllerTest, GoesToWhereASessionRunsOrHasRun) {
     const QStringList &deeds = static_cast<FakeHostWindows &>(*platform.hostWindows).deeds;
-    const auto prompt = EventBuilder(CanonicalEvent::promptSubmit).with(&HookEvent::cwd, "/shop");
+    const auto prompt = EventBuilder(CanonicalEvent::promptSubmit).at("/shop");
     store.apply(prompt.with(&HookEvent::ttyName, QString("/dev/pts/1")));
     controller.select(store.sessions().value("s"));
     EXPECT_EQ(deeds, QStringList());
@@ -343,43 +262,6 @@ TEST_F(AppControllerTest, CountsAsSeenWhatAPersonGoesTo) {
     controller.presenterManager()->presentPanel();
     controller.select(store.sessions().value("other"));
     EXPECT_TRUE(store.sessions().value("other").acknowledged);
-    scheduler.advance(Seconds(1));
-    EXPECT_EQ(hotKeys.held(), "G");
-}
-
-TEST_F(AppControllerTest, ADigitAnswersThePromptOrOpensTheRecordThatCouldBeRead) {
-    addFakeScreen(platform);
-    controller.start();
-    store.apply(EventBuilder(CanonicalEvent::turnEnd).in("over").with(&HookEvent::cwd, "/over"));
-    const auto press = [this](const char *key) {
-        hotKeys.press(QLatin1String(key));
-        scheduler.runPosted();
-    };
-    const auto waiting = [this] {
-        const auto session = store.sessionAwaitingDecision();
-        return session ? session->pendingApproval->id : QString();
-    };
-    press("G");
-    // Behind a fullscreen program nothing can be read, and the keys are that program's.
-    auto &overlay = *static_cast<FakeOverlayWindows &>(*platform.overlays).alive.first();
-    overlay.setCovered(true);
-    EXPECT_EQ(hotKeys.held(), "G");
-    overlay.setCovered(false);
-    EXPECT_EQ(hotKeys.held(), "G12345Esc");
-    store.apply(EventBuilder::parked("a").given(R"({"command": "make"})"));
-    scheduler.advance(Seconds(0.5));
-    press("2");
-    EXPECT_EQ(waiting(), "a");
-    scheduler.advance(Seconds(0.5));
-    press("2");
-    EXPECT_EQ(waiting(), "");
-
-    // What comes in its place hasn't been read either.
-    press("1");
-    EXPECT_TRUE(store.sessions().contains("over"));
-    scheduler.advance(Seconds(0.8));
-    press("1");
-    EXPECT_FALSE(store.sessions().contains("over"));
     scheduler.advance(Seconds(1));
     EXPECT_EQ(hotKeys.held(), "G");
 }

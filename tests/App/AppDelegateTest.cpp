@@ -2,7 +2,6 @@
 
 #include "App/AppFixture.h"
 
-#include <QApplication>
 #include <QCloseEvent>
 #include <QTest>
 #include <QWindow>
@@ -52,8 +51,7 @@ TEST_F(AppDelegateTest, WelcomesOnceWhateverBecomesOfTheWelcome) {
     const QWidget *asked = windowTitled("Morvane Settings");
     EXPECT_TRUE(asked->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
     // A window manager may ask twice before the window is gone.
-    QCloseEvent request;
-    QCoreApplication::sendEvent(windowTitled("Welcome to Morvane")->windowHandle(), &request);
+    send(*windowTitled("Welcome to Morvane")->windowHandle(), QCloseEvent());
     close("Welcome to Morvane");
     EXPECT_TRUE(asked->isVisible());
     EXPECT_FALSE(asked->windowFlags().testFlag(Qt::WindowStaysOnTopHint));

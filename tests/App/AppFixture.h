@@ -7,6 +7,7 @@
 #include "Support/AccessibleControls.h"
 #include "Support/ManualScheduler.h"
 #include "Support/Printing.h"
+#include "Support/SendEvent.h"
 #include "Support/TemporaryHome.h"
 
 #include <QTcpServer>

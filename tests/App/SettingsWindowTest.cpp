@@ -3,9 +3,7 @@
 #include "Presentation/Windows/KeyField.h"
 #include "Presentation/Windows/ToggleRow.h"
 
-#include <QApplication>
 #include <QComboBox>
-#include <QKeyEvent>
 #include <QMessageBox>
 #include <QSpinBox>
 #include <QStyleOptionSpinBox>
@@ -31,13 +29,12 @@ protected:
         shortcut.ignore();
         QCoreApplication::sendEvent(target, &shortcut);
         EXPECT_TRUE(shortcut.isAccepted());
-        QKeyEvent event(QEvent::KeyPress, key, held, place + 8, 0, 0);
-        QCoreApplication::sendEvent(target, &event);
+        send(*target, QKeyEvent(QEvent::KeyPress, key, held, place + 8, 0, 0));
     }
 
     void release(int key, quint32 place) {
-        QKeyEvent event(QEvent::KeyRelease, key, Qt::NoModifier, place + 8, 0, 0);
-        QCoreApplication::sendEvent(window->focusWidget(), &event);
+        send(*window->focusWidget(),
+             QKeyEvent(QEvent::KeyRelease, key, Qt::NoModifier, place + 8, 0, 0));
     }
 
     QString keyName() const { return window->findChild<KeyField *>()->accessibleName(); }
@@ -145,9 +142,8 @@ TEST_F(SettingsWindowTest, ChangesSettingsAndFollowsThem) {
     // A wheel that turns over a choice scrolls the form.
     const auto pickers = window->findChildren<QComboBox *>();
     ASSERT_FALSE(pickers.isEmpty());
-    QWheelEvent wheel({5, 5}, {5, 5}, {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
-                      Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(pickers.first(), &wheel);
+    send(*pickers.first(), QWheelEvent({5, 5}, {5, 5}, {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                                       Qt::NoScrollPhase, false));
     EXPECT_EQ(settings.displayMode(), DisplayTargetMode::all);
     emit pickers.first()->activated(2);
     EXPECT_EQ(settings.displayMode(), DisplayTargetMode::externalOnly);
@@ -247,8 +243,7 @@ TEST_F(SettingsWindowTest, LeavesTheKeyAsItWasUnlessOneIsChosen) {
     field->click();
     EXPECT_FALSE(isListening());
     field->click();
-    QFocusEvent elsewhere(QEvent::FocusOut);
-    QCoreApplication::sendEvent(field, &elsewhere);
+    send(*field, QFocusEvent(QEvent::FocusOut));
     EXPECT_FALSE(isListening());
     field->click();
     window->close();
@@ -260,12 +255,10 @@ TEST_F(SettingsWindowTest, ClosesByAKeyThatIsLetGoInItWhateverLetterThatIsByThen
     openSettings();
     window->findChild<KeyField *>()->setFocus();
     const auto pressInWindow = [this](int key, Qt::KeyboardModifiers held, quint32 place) {
-        QKeyEvent event(QEvent::KeyPress, key, held, place + 8, 0, 0);
-        QCoreApplication::sendEvent(window, &event);
+        send(*window, QKeyEvent(QEvent::KeyPress, key, held, place + 8, 0, 0));
     };
     pressInWindow(Qt::Key_Escape, Qt::NoModifier, 1);
-    QEvent elsewhere(QEvent::WindowDeactivate);
-    QCoreApplication::sendEvent(window, &elsewhere);
+    send(*window, QEvent(QEvent::WindowDeactivate));
     release(Qt::Key_Escape, 1);
     EXPECT_TRUE(window->isVisible());
     pressInWindow(Qt::Key_W, Qt::ControlModifier, 17);

@@ -3,7 +3,6 @@
 #include "App/AppFixture.h"
 #include "Support/EventBuilder.h"
 
-#include <QMenu>
 #include <QSystemTrayIcon>
 
 namespace morvane {

@@ -1,9 +1,7 @@
 #include "App/StatusMenu.h"
 
 #include "App/AppFixture.h"
-#include "Core/Shell/BuildInfo.h"
 
-#include <QCoreApplication>
 #include <QKeyEvent>
 
 namespace morvane {
@@ -82,8 +80,7 @@ TEST_F(StatusMenuTest, ObeysItsKeysWhileItIsOpen) {
     int requests = 0;
     QObject::connect(&statusMenu, &StatusMenu::settingsRequested, &statusMenu, [&] { ++requests; });
     const auto press = [](QMenu &menu, Qt::Key key) {
-        QKeyEvent event(QEvent::KeyPress, key, Qt::ControlModifier);
-        QCoreApplication::sendEvent(&menu, &event);
+        send(menu, QKeyEvent(QEvent::KeyPress, key, Qt::ControlModifier));
     };
     statusMenu.menu().popup({});
     press(statusMenu.menu(), Qt::Key_Period);

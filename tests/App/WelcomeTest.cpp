@@ -1,8 +1,5 @@
 #include "App/WindowsFixture.h"
-#include "Presentation/Windows/OnboardingView.h"
 
-#include <QApplication>
-#include <QKeyEvent>
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -42,16 +39,14 @@ TEST_F(WelcomeTest, WalksANewcomerThroughNamedControlsToAConnectedAgent) {
     EXPECT_EQ(button("Back"), nullptr);
 
     // Let go in another window, it is none of this one's.
-    QKeyEvent lost(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
-    QCoreApplication::sendEvent(window->findChild<OnboardingView *>(), &lost);
-    QEvent deactivation(QEvent::WindowDeactivate);
-    QCoreApplication::sendEvent(window, &deactivation);
+    send(*window->findChild<OnboardingView *>(),
+         QKeyEvent(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier));
+    send(*window, QEvent(QEvent::WindowDeactivate));
     QTest::keyRelease(window->findChild<OnboardingView *>(), Qt::Key_Return);
     // Held down, it goes on once it is let go.
     for (const auto type : {QEvent::KeyPress, QEvent::KeyPress, QEvent::KeyRelease}) {
         EXPECT_EQ(view->step(), 0);
-        QKeyEvent enter(type, Qt::Key_Return, Qt::NoModifier);
-        QCoreApplication::sendEvent(button("Continue →"), &enter);
+        send(*button("Continue →"), QKeyEvent(type, Qt::Key_Return, Qt::NoModifier));
     }
     scheduler.advance(Seconds(1));
     EXPECT_TRUE(reads("Connect your agents"));

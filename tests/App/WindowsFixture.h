@@ -41,10 +41,7 @@ protected:
     }
 
     /// As a person does who has been at another window.
-    void comeBack() {
-        QEvent activation(QEvent::WindowActivate);
-        QCoreApplication::sendEvent(window, &activation);
-    }
+    void comeBack() { send(*window, QEvent(QEvent::WindowActivate)); }
 
     /// What Tab goes through, by name.
     QStringList tabOrder() const {

@@ -2,9 +2,6 @@
 #include "Presentation/Panel/SessionRow.h"
 #include "Presentation/PresenterFixture.h"
 
-#include <QAbstractButton>
-#include <QKeyEvent>
-#include <QMenu>
 #include <QTest>
 #include <QWindow>
 
@@ -88,8 +85,7 @@ TEST_P(EachPresenterTest, LendsTheKeyboardToWhoeverOpensItByKey) {
     present();
     QWindow *keys = window().widget().windowHandle();
     QTest::keyPress(keys, Qt::Key_Escape);
-    QFocusEvent elsewhereForNow(QEvent::FocusOut);
-    QCoreApplication::sendEvent(keys, &elsewhereForNow);
+    send(*keys, QFocusEvent(QEvent::FocusOut));
     present();
     QTest::keyRelease(keys, Qt::Key_Escape);
     QTest::keyPress(keys, Qt::Key_Escape);
@@ -167,8 +163,7 @@ TEST_P(EachPresenterTest, GoesWithAMenuThatWasLeftForAnotherProgramsWindow) {
     rightClick(onTab);
     scheduler.advance(Seconds(1));
     ASSERT_TRUE(presenter->isExpanded() && menu.isVisible());
-    QEvent leave(QEvent::Leave);
-    QCoreApplication::sendEvent(&menu, &leave);
+    send(menu, QEvent(QEvent::Leave));
     scheduler.advance(Seconds(2));
     EXPECT_FALSE(menu.isVisible());
     // The last place that was told is on the panel, and the desktop says it has come back there.
@@ -201,8 +196,7 @@ TEST_P(EachPresenterTest, StaysOpenWhileItsMenuIs) {
     rightClick(onTab);
     movePointer(elsewhere);
     menu.setActiveAction(item);
-    QKeyEvent key(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
-    QCoreApplication::sendEvent(&menu, &key);
+    send(menu, QKeyEvent(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier));
     EXPECT_FALSE(menu.isVisible());
     EXPECT_EQ(expansionsAfter(Seconds(9)), QList<bool>({true, false, true}));
     scheduler.advance(Seconds(2));

@@ -5,7 +5,9 @@
 #include "Core/Settings/MorvaneSettings.h"
 #include "Presentation/Mascot/PixelTimeline.h"
 #include "Presentation/Overlay/InlineEditing.h"
+#include "Presentation/Overlay/InlineNameField.h"
 #include "Presentation/Overlay/PanelContext.h"
+#include "Presentation/Style/ActivateLayouts.h"
 #include "Support/EventBuilder.h"
 #include "Support/FakeDisplays.h"
 #include "Support/FakeMotionPreference.h"
@@ -13,9 +15,10 @@
 #include "Support/FakePointerMonitor.h"
 #include "Support/ManualScheduler.h"
 #include "Support/Printing.h"
+#include "Support/SendEvent.h"
 #include "Support/UsageWorld.h"
 
-#include <QAccessible>
+#include <QLayout>
 #include <QPaintEvent>
 #include <QTemporaryDir>
 #include <QWidget>
@@ -127,14 +130,17 @@ protected:
         return result;
     }
 
-    /// Whether a screen reader comes to this as a text of a widget that is on show.
-    static bool isReadOut(QWidget &parent, const QString &text) {
-        return std::ranges::any_of(
-            parent.findChildren<QWidget *>() << &parent, [&](QWidget *widget) {
-                return widget->isVisible() && widget->accessibleName() == text &&
-                       QAccessible::queryAccessibleInterface(widget)->role() ==
-                           QAccessible::StaticText;
-            });
+    /// With the width that a row has in the panel, and the height that it needs.
+    static void showLaidOut(QWidget &row) {
+        activateLayouts(row);
+        row.resize(572, row.layout()->totalHeightForWidth(572));
+        row.show();
+    }
+
+    /// The text field that is open; none once the event that has closed it is over.
+    static InlineNameField *fieldIn(const QWidget &row) {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return row.findChild<InlineNameField *>();
     }
 
     CountingScheduler scheduler;

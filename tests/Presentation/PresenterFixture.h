@@ -51,15 +51,12 @@ protected:
             emit pointer.moved();
             return;
         }
-        QEnterEvent enter({}, {}, {});
-        QCoreApplication::sendEvent(&window().widget(), &enter);
-        QEvent leave(QEvent::Leave);
-        QCoreApplication::sendEvent(&window().widget(), &leave);
+        send(window().widget(), QEnterEvent({}, {}, {}));
+        send(window().widget(), QEvent(QEvent::Leave));
     }
     void rightClick(QPoint position) {
         movePointer(position);
-        QContextMenuEvent click(QContextMenuEvent::Mouse, {}, position);
-        QCoreApplication::sendEvent(&window().widget(), &click);
+        send(window().widget(), QContextMenuEvent(QContextMenuEvent::Mouse, {}, position));
     }
 
     QList<bool> expansions;

@@ -4,7 +4,6 @@
 #include "Presentation/PanelFixture.h"
 
 #include <QContextMenuEvent>
-#include <QCoreApplication>
 
 namespace morvane {
 namespace {
@@ -94,8 +93,8 @@ TEST_F(PresenterManagerTest, EachKindOfDisplayHasItsPresenterForAsLongAsItIsTher
     EXPECT_EQ(pointer.users, 0);
 
     // It has the menu that all have.
-    QContextMenuEvent click(QContextMenuEvent::Mouse, {}, {500, 5});
-    QCoreApplication::sendEvent(&overlays.alive.first()->widget(), &click);
+    send(overlays.alive.first()->widget(),
+         QContextMenuEvent(QContextMenuEvent::Mouse, {}, {500, 5}));
     EXPECT_TRUE(menu.isVisible());
     menu.close();
 
@@ -138,9 +137,9 @@ TEST_F(PresenterManagerTest, TellsAScreenReaderWhichSessionAsksOrIsOver) {
     displays.setDisplays({FakeDisplays::builtin(1, 0)});
     manager.start();
     const auto *said = overlays.alive.first()->widget().findChild<Announcement *>();
-    apply(EventBuilder::parked("d").in("a").with(&HookEvent::cwd, "/shop"));
+    apply(EventBuilder::parked("d").in("a").at("/shop"));
     EXPECT_EQ(said->accessibleName(), "shop, waiting to run Bash");
-    const EventBuilder over = EventBuilder(Event::turnEnd).in("b").with(&HookEvent::cwd, "/blog");
+    const EventBuilder over = EventBuilder(Event::turnEnd).in("b").at("/blog");
     apply(over);
     // What asks is not cut off while it is being read out.
     EXPECT_EQ(said->accessibleName(), "shop, waiting to run Bash\nblog, done");

@@ -28,6 +28,7 @@ public:
     EventBuilder in(const QString &sessionID) const {
         return with(&HookEvent::sessionID, sessionID);
     }
+    EventBuilder at(const QString &cwd) const { return with(&HookEvent::cwd, cwd); }
     EventBuilder of(AgentKind agent) const { return with(&HookEvent::agent, agent); }
     EventBuilder tool(const QString &name) const { return with(&HookEvent::toolName, name); }
 

@@ -6,9 +6,6 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <array>
-#include <tuple>
-
 namespace morvane {
 namespace {
 

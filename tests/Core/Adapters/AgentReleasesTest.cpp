@@ -10,9 +10,6 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <sys/stat.h>
-#include <tuple>
-
 namespace morvane {
 namespace {
 

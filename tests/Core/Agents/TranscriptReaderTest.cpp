@@ -9,9 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
-#include <utility>
-
 namespace morvane {
 namespace {
 

@@ -2,12 +2,8 @@
 
 #include "Support/TemporaryHome.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <gtest/gtest.h>
 
-#include <cstdint>
 #include <sys/inotify.h>
 #include <unistd.h>
 

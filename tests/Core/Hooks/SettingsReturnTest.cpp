@@ -1,8 +1,6 @@
 #include "Core/Hooks/InstallerFixture.h"
 #include "Core/Hooks/TomlHookEntries.h"
 
-#include <array>
-
 namespace morvane {
 namespace {
 

@@ -1,7 +1,5 @@
 #include "Core/Hooks/InstallerFixture.h"
 
-#include <array>
-
 namespace morvane {
 namespace {
 

@@ -3,14 +3,10 @@
 
 #include <QSet>
 
-#include <array>
-#include <atomic>
 #include <fcntl.h>
 #include <filesystem>
 #include <iterator>
 #include <sys/resource.h>
-#include <thread>
-#include <unistd.h>
 
 namespace morvane {
 namespace {

@@ -1,6 +1,5 @@
 #include "Core/Intake/Turns.h"
 
-#include <asio/io_context.hpp>
 #include <asio/post.hpp>
 #include <gtest/gtest.h>
 

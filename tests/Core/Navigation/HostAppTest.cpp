@@ -7,9 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
-#include <tuple>
-
 namespace morvane {
 namespace {
 

@@ -11,8 +11,6 @@
 
 #include <gtest/gtest.h>
 
-#include <tuple>
-
 namespace morvane {
 namespace {
 

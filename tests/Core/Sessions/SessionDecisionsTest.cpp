@@ -1,8 +1,5 @@
 #include "Core/StoreFixture.h"
 
-#include <functional>
-#include <tuple>
-
 namespace morvane {
 namespace {
 

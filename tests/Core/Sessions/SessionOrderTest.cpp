@@ -1,10 +1,8 @@
 #include "Core/Sessions/SessionOrder.h"
 
-#include "Core/Sessions/SessionSummary.h"
 #include "Core/StoreFixture.h"
 
 #include <string>
-#include <tuple>
 
 namespace morvane {
 namespace {

@@ -19,7 +19,7 @@ protected:
     }
 
     void finish(const QString &id, const QString &cwd, Kind kind = Kind::turnEnd) {
-        apply(EventBuilder(kind).in(id).with(&HookEvent::cwd, cwd));
+        apply(EventBuilder(kind).in(id).at(cwd));
     }
 };
 
@@ -98,7 +98,7 @@ TEST_F(StoreTest, LearnsFromWhatAnEventTellsAndKeepsTheRest) {
     const PaneLocator tmux{"%1", "server", {}, {}, {}, {}, {}, {}};
     const PaneLocator inZellij{{}, {}, {}, {}, "z", {}, {}, {}};
     const EventBuilder start(Kind::sessionStart);
-    apply(start.with(&HookEvent::cwd, "/a")
+    apply(start.at("/a")
               .with(&HookEvent::hostBundleID, "bundle")
               .with(&HookEvent::pane, tmux)
               .with(&HookEvent::transcriptPath, "/t.jsonl"));
@@ -115,13 +115,12 @@ TEST_F(StoreTest, LearnsFromWhatAnEventTellsAndKeepsTheRest) {
     EXPECT_EQ(session(), expected);
 
     settings.setName("Later", "/a");
-    apply(start.with(&HookEvent::cwd, "")
-              .with(&HookEvent::pane, PaneLocator{{}, "x", {}, {}, {}, {}, {}, {}}));
-    apply(start.with(&HookEvent::cwd, "/a"));
+    apply(start.at("").with(&HookEvent::pane, PaneLocator{{}, "x", {}, {}, {}, {}, {}, {}}));
+    apply(start.at("/a"));
     EXPECT_EQ(session(), expected);
 
     apply(start.of(AgentKind::codex)
-              .with(&HookEvent::cwd, "/b")
+              .at("/b")
               .with(&HookEvent::termProgram, "kitty")
               .with(&HookEvent::pane, inZellij));
     expected.agent = AgentKind::codex;
@@ -151,9 +150,7 @@ TEST_F(StoreTest, FollowsATurnFromPromptToEnd) {
     EXPECT_EQ(tasks(), "Look subagent");
     EXPECT_NE(session().subagents[0].id, session().subagents[1].id);
 
-    apply(EventBuilder(Kind::subagentStop)
-              .with(&HookEvent::agentID, "a")
-              .with(&HookEvent::cwd, "/of/the/subagent"));
+    apply(EventBuilder(Kind::subagentStop).with(&HookEvent::agentID, "a").at("/of/the/subagent"));
     EXPECT_EQ(tasks(), "Look done subagent");
     EXPECT_EQ(session().cwd, "");
 

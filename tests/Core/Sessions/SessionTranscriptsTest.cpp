@@ -96,7 +96,7 @@ TEST_F(TranscriptsTest, SumsUpAFinishedSessionByItsLastWords) {
     QObject::connect(&store, &SessionStore::completedHistoryChanged, &store,
                      [&] { ++historyChanges; });
     const auto finish = [this](const QString &id, const QString &cwd) {
-        apply(withTranscript(Kind::turnEnd).in(id).with(&HookEvent::cwd, cwd));
+        apply(withTranscript(Kind::turnEnd).in(id).at(cwd));
     };
     finish("s", "/p");
     take(historyChanges);
@@ -124,7 +124,7 @@ TEST_F(TranscriptsTest, SumsUpAFinishedSessionByItsLastWords) {
     EXPECT_EQ(summary(), "Gone.");
     EXPECT_FALSE(store.sessions().contains("gone"));
     finish("moves", "/r");
-    apply(EventBuilder(Kind::toolUse).in("moves").with(&HookEvent::cwd, "/elsewhere"));
+    apply(EventBuilder(Kind::toolUse).in("moves").at("/elsewhere"));
     finishRead("Moved.");
     EXPECT_EQ(summary(), "Moved.");
     EXPECT_EQ(store.completedHistory().first().id, "/r");

@@ -4,7 +4,6 @@
 #include "Core/Settings/MorvaneSettings.h"
 
 #include <limits>
-#include <sys/stat.h>
 
 namespace morvane {
 namespace {

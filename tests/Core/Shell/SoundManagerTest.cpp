@@ -5,7 +5,6 @@
 #include "Support/FakeSoundPlayer.h"
 #include "Support/Printing.h"
 
-#include <QFile>
 #include <QtEndian>
 #include <gtest/gtest.h>
 

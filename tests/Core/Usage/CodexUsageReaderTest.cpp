@@ -1,6 +1,5 @@
 #include "Core/Usage/CodexUsageReader.h"
 
-#include "Core/Usage/Usage.h"
 #include "Core/Usage/UsageFakes.h"
 #include "Support/CoreWorld.h"
 #include "Support/Printing.h"

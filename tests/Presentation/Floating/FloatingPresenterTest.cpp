@@ -1,12 +1,8 @@
 #include "Presentation/Overlay/InlineNameField.h"
-#include "Presentation/Overlay/KeyablePanel.h"
 #include "Presentation/Panel/PencilButton.h"
 #include "Presentation/PresenterFixture.h"
 
-#include <QCoreApplication>
 #include <QFocusEvent>
-
-#include <tuple>
 
 namespace morvane {
 namespace {
@@ -156,7 +152,7 @@ TEST_F(FloatingPresenterTest, IsNoWiderThanItsDisplay) {
 
 TEST_F(FloatingPresenterTest, AForgottenFieldHoldsThePanelForTwoMinutesAndCommitsNothing) {
     attachFloating();
-    apply(EventBuilder(Event::promptSubmit).with(&HookEvent::cwd, QString("/srv/shop")));
+    apply(EventBuilder(Event::promptSubmit).at("/srv/shop"));
     presenter->presentPanel();
     scheduler.advance(Seconds(1));
     panel().findChild<PencilButton *>()->click();
@@ -171,9 +167,8 @@ TEST_F(FloatingPresenterTest, AForgottenFieldHoldsThePanelForTwoMinutesAndCommit
         scheduler.advance(Seconds(0.01));
     }
     // It is on its way out of sight, and the desktop may take the focus from it at any time.
-    QFocusEvent loss(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
     if (!window().hasKeyboard && field) {
-        QCoreApplication::sendEvent(field, &loss);
+        send(*field, QFocusEvent(QEvent::FocusOut, Qt::ActiveWindowFocusReason));
     }
     EXPECT_FALSE(isVisibleAfter(Seconds(1)));
     EXPECT_FALSE(window().hasKeyboard);

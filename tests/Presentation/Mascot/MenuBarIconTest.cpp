@@ -4,7 +4,6 @@
 
 #include <QColor>
 #include <QPixmap>
-#include <QString>
 #include <gtest/gtest.h>
 
 namespace morvane {

@@ -3,13 +3,6 @@
 #include "Presentation/Mascot/PixelArt.h"
 #include "Presentation/PanelFixture.h"
 
-#include <QCoreApplication>
-
-#include <cmath>
-#include <memory>
-#include <tuple>
-#include <vector>
-
 namespace morvane {
 namespace {
 

@@ -7,8 +7,6 @@
 
 #include <QAccessible>
 #include <QImage>
-#include <QMenu>
-#include <QSet>
 
 namespace morvane {
 namespace {

@@ -2,7 +2,6 @@
 
 #include "Support/Printing.h"
 
-#include <QString>
 #include <QStringList>
 #include <gtest/gtest.h>
 

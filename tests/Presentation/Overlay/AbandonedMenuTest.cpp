@@ -1,8 +1,8 @@
 #include "Presentation/Overlay/AbandonedMenu.h"
 
 #include "Support/ManualScheduler.h"
+#include "Support/SendEvent.h"
 
-#include <QCoreApplication>
 #include <QEnterEvent>
 #include <QKeyEvent>
 #include <gtest/gtest.h>
@@ -17,18 +17,14 @@ TEST(AbandonedMenuTest, ClosesOnceThePointerHasLeftAllOfIt) {
     QMenu *submenu = menu.addMenu("more");
     menu.popup({});
     const AbandonedMenu watch(menu, origin, scheduler);
-    const auto crosses = [](QWidget &widget, QEvent::Type type) {
-        QEvent event(type);
-        QCoreApplication::sendEvent(&widget, &event);
-    };
-    QEnterEvent enters({}, {}, {});
+    const auto crosses = [](QWidget &widget, QEvent::Type type) { send(widget, QEvent(type)); };
 
     crosses(menu, QEvent::Leave);
-    QCoreApplication::sendEvent(submenu, &enters);
+    send(*submenu, QEnterEvent({}, {}, {}));
     scheduler.advance(Seconds(60));
     EXPECT_TRUE(menu.isVisible());
     crosses(*submenu, QEvent::Leave);
-    QCoreApplication::sendEvent(&origin, &enters);
+    send(origin, QEnterEvent({}, {}, {}));
     scheduler.advance(Seconds(60));
     EXPECT_TRUE(menu.isVisible());
     crosses(origin, QEvent::Leave);

@@ -4,11 +4,7 @@
 #include "Presentation/PanelFixture.h"
 #include "Support/AccessibleControls.h"
 
-#include <QPointer>
 #include <QTest>
-
-#include <functional>
-#include <utility>
 
 namespace morvane {
 namespace {
@@ -112,8 +108,7 @@ TEST_F(InlineNameFieldTest, OnlyTheFirstOfCommitAndCancelCounts) {
     open();
     QTest::keyClicks(field, "new");
     QTest::keyClick(field, Qt::Key_Escape);
-    QFocusEvent blur(QEvent::FocusOut, Qt::OtherFocusReason);
-    QCoreApplication::sendEvent(field, &blur);
+    send(*field, QFocusEvent(QEvent::FocusOut, Qt::OtherFocusReason));
     QTest::keyClick(field, Qt::Key_Return);
     panel.hide();
     EXPECT_EQ(outcomes, QStringList({"cancel"}));
@@ -124,11 +119,9 @@ TEST_F(InlineNameFieldTest, ALossOfTheFocusCommitsWhereThatIsAskedForButNotToIts
     for (const bool commits : {true, false}) {
         outcomes.clear();
         open(commits);
-        QFocusEvent menu(QEvent::FocusOut, Qt::PopupFocusReason);
-        QCoreApplication::sendEvent(field, &menu);
+        send(*field, QFocusEvent(QEvent::FocusOut, Qt::PopupFocusReason));
         EXPECT_TRUE(outcomes.isEmpty());
-        QFocusEvent blur(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
-        QCoreApplication::sendEvent(field, &blur);
+        send(*field, QFocusEvent(QEvent::FocusOut, Qt::ActiveWindowFocusReason));
         EXPECT_EQ(outcomes, commits ? QStringList({"commit old name"}) : QStringList());
     }
     // A press beside it takes the focus away, though nothing else in a panel would have it.
@@ -214,8 +207,7 @@ TEST_F(InlineNameFieldTest, AKeyEndsItOnceItIsLetGoAndNotIfItWasHeldFromBefore) 
         open();
         QWidget *typedIn = isInPanel ? field : window()->focusWidget();
         const auto outcomesAfter = [&](QEvent::Type type, Qt::Key key, bool isRepeated) {
-            QKeyEvent event(type, key, Qt::NoModifier, {}, isRepeated);
-            QCoreApplication::sendEvent(typedIn, &event);
+            send(*typedIn, QKeyEvent(type, key, Qt::NoModifier, {}, isRepeated));
             QCoreApplication::processEvents();
             return outcomes;
         };

@@ -1,13 +1,9 @@
 #include "Presentation/Panel/CompletedRow.h"
 
-#include "Presentation/Overlay/InlineNameField.h"
 #include "Presentation/Panel/DecideButton.h"
 #include "Presentation/PanelFixture.h"
-#include "Presentation/Style/ActivateLayouts.h"
 
-#include <QCoreApplication>
 #include <QLabel>
-#include <QLayout>
 #include <QTest>
 
 namespace morvane {
@@ -19,19 +15,14 @@ protected:
     void finish(const QString &sessionID = "s") {
         PaneLocator pane;
         pane.tmux = "%1";
-        apply(EventBuilder(Event::turnEnd)
-                  .in(sessionID)
-                  .with(&HookEvent::cwd, "/p")
-                  .with(&HookEvent::pane, pane));
+        apply(EventBuilder(Event::turnEnd).in(sessionID).at("/p").with(&HookEvent::pane, pane));
     }
 
     void show(const std::optional<Session> &session) {
         CompletedRow::Details details;
         details.session = session;
         row.setRecord(store.completedHistory().first(), details);
-        activateLayouts(row);
-        row.resize(572, row.layout()->totalHeightForWidth(572));
-        row.show();
+        showLaidOut(row);
     }
     void show() { show(store.finishedSession(store.completedHistory().first())); }
 
@@ -44,11 +35,7 @@ protected:
         return textsIn<QLabel>(row).contains(text);
     }
 
-    /// The text field that is open; none once the event that has closed it is over.
-    InlineNameField *field() const {
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        return row.findChild<InlineNameField *>();
-    }
+    InlineNameField *field() const { return fieldIn(row); }
     InlineNameField &open() {
         show();
         shownIn<DecideButton>(row).first()->click();
@@ -56,8 +43,7 @@ protected:
     }
     void type(const QString &text, Qt::Key key) {
         QTest::keyClicks(&open(), text);
-        QFocusEvent blur(QEvent::FocusOut, Qt::OtherFocusReason);
-        QCoreApplication::sendEvent(field(), &blur);
+        send(*field(), QFocusEvent(QEvent::FocusOut, Qt::OtherFocusReason));
         QTest::mouseClick(&row, Qt::LeftButton, {}, QPoint(300, 12));
         QTest::keyClick(field(), key);
         EXPECT_FALSE(field());
@@ -107,8 +93,7 @@ TEST_F(CompletedRowTest, SendsWhatIsTypedAndNothingElse) {
     row.hide();
     EXPECT_TRUE(says("not sent"));
     EXPECT_EQ(open().text(), "and on");
-    QInputMethodEvent composing("つ", {});
-    QCoreApplication::sendEvent(field(), &composing);
+    send(*field(), QInputMethodEvent("つ", {}));
     row.hide();
     EXPECT_EQ(open().text(), "つ");
     QTest::keyClick(field(), Qt::Key_Escape);

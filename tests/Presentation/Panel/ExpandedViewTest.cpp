@@ -1,95 +1,14 @@
-#include "Presentation/Panel/ExpandedView.h"
-
-#include "Presentation/Overlay/DigitShortcuts.h"
-#include "Presentation/Overlay/InlineNameField.h"
-#include "Presentation/Panel/CompletedRow.h"
-#include "Presentation/Panel/DecideButton.h"
+#include "Presentation/Panel/ExpandedViewFixture.h"
 #include "Presentation/Panel/PencilButton.h"
-#include "Presentation/Panel/SessionRow.h"
-#include "Presentation/Panel/UsageBars.h"
-#include "Presentation/PanelFixture.h"
-#include "Presentation/Style/Badge.h"
-#include "Presentation/Style/TextLabel.h"
-
-#include <QAccessible>
-#include <QCoreApplication>
-#include <QPointer>
-#include <QTest>
-#include <QWheelEvent>
 
 namespace morvane {
 namespace {
 
-class ExpandedViewTest : public PanelFixture {
-protected:
-    ExpandedViewTest() {
-        motion.setReduced(true);
-        view.show();
-    }
+using ExpandedViewTest = ExpandedViewFixture;
 
-    void refresh() {
-        view.refresh();
-        view.resize(view.sizeHint());
-    }
-
-    /// So many sessions, a second apart, each in a folder of its own.
-    void work(int count) {
-        for (int index = 0; index < count; ++index) {
-            apply(EventBuilder(Event::promptSubmit)
-                      .in(QString::number(index))
-                      .with(&HookEvent::cwd, QString::number(index)));
-            scheduler.advance(Seconds(1));
-        }
-    }
-
-    QList<SessionRow *> rows() const { return shownIn<SessionRow>(view); }
-    /// Who is shown now, from top to bottom.
-    QString order() {
-        refresh();
-        QString result;
-        for (const SessionRow *row : rows()) {
-            result += row->session().id;
-        }
-        return result;
-    }
-    QStringList buttons() {
-        refresh();
-        return textsIn<DecideButton>(view);
-    }
-    QList<CompletedRow *> records() const { return shownIn<CompletedRow>(view); }
-    /// Another row by so many notches of the wheel.
-    void scroll(int notches) {
-        QWheelEvent event({200, 100}, view.mapToGlobal(QPointF(200, 100)), {}, {0, 120 * notches},
-                          {}, {}, {}, false);
-        QCoreApplication::sendEvent(&view, &event);
-    }
-    void finish(const QString &id, const QString &folder, const std::optional<QString> &tmuxPane) {
-        PaneLocator pane;
-        pane.tmux = tmuxPane;
-        const auto event = EventBuilder(Event::promptSubmit).in(id).with(&HookEvent::cwd, folder);
-        apply(event);
-        apply(event.with(&HookEvent::kind, Event::turnEnd).with(&HookEvent::pane, pane));
-    }
-    void finish(const QString &folder) {
-        finish(folder, folder, {});
-        scheduler.advance(Seconds(1));
-    }
-
-    static bool isFaded(const QWidget *row) { return row->graphicsEffect() != nullptr; }
-
-    PanelContext withDigits() {
-        PanelContext result = context;
-        digitShortcuts.setWorking(true);
-        result.digitShortcuts = &digitShortcuts;
-        return result;
-    }
-
-    bool showsText(const QString &text) const { return textsIn<TextLabel>(view).contains(text); }
-
-    DigitShortcuts digitShortcuts;
-    const PanelContext contextWithDigits = withDigits();
-    ExpandedView view{contextWithDigits, nullptr};
-};
+bool isFaded(const QWidget *row) {
+    return row->graphicsEffect() != nullptr;
+}
 
 TEST_F(ExpandedViewTest, RowsStayInPlaceWhileTheirOrderAndNeighboursChange) {
     apply(Event::promptSubmit, "a");
@@ -115,80 +34,6 @@ TEST_F(ExpandedViewTest, RowsStayInPlaceWhileTheirOrderAndNeighboursChange) {
     EXPECT_EQ(order(), "ab");
     EXPECT_EQ(records().size(), 1);
     EXPECT_FALSE(showsText("OPEN — no activity yet"));
-}
-
-TEST_F(ExpandedViewTest, ARecordReopensAndGivesWayToAQuestion) {
-    finish("/a");
-    finish("/b");
-    store.removeSessions("/a");
-    refresh();
-    EXPECT_TRUE(showsText("RECENTLY COMPLETED"));
-    EXPECT_TRUE(showsText("ARCHIVE"));
-    ASSERT_EQ(records().size(), 2);
-    QTest::mouseClick(records()[1], Qt::LeftButton, {}, QPoint(200, 10));
-    EXPECT_EQ(reopened, QStringList({"/a"}));
-    EXPECT_EQ(textsIn<Badge>(view), QStringList({"Ctrl+1", "Ctrl+2"}));
-
-    apply(Event::needsInput, "asking");
-    refresh();
-    EXPECT_TRUE(records().isEmpty());
-    EXPECT_FALSE(showsText("ARCHIVE"));
-}
-
-TEST_F(ExpandedViewTest, ARecordTakesRepliesForTheSessionThatLeftIt) {
-    // Two in one folder: the record is of the one that finished last.
-    finish("first", "/p", "%2");
-    finish("other", "/p", {});
-    EXPECT_EQ(buttons(), QStringList());
-    finish("first", "/p", "%2");
-    EXPECT_EQ(buttons(), QStringList{" Reply"});
-    DecideButton *reply = shownIn<DecideButton>(view).first();
-    QTest::mouseClick(reply->parentWidget(), Qt::LeftButton, {}, {reply->width() + 40, 12});
-    EXPECT_EQ(reopened, QStringList());
-    reply->click();
-    auto *field = view.findChild<InlineNameField *>();
-    ASSERT_TRUE(field);
-    EXPECT_EQ(field->accessibleName(), "Reply to p");
-    QTest::keyClicks(field, "go");
-    // Another session's request neither takes the field away nor leaves other records beside it.
-    finish("/q");
-    apply(Event::needsInput, "asking");
-    refresh();
-    EXPECT_EQ(records().size(), 1);
-    apply(Event::promptSubmit, "asking");
-    // Neither does the end of the list, though no digit opens it there.
-    for (int index = 0; index < 9; ++index) {
-        finish("/" + QString::number(index));
-    }
-    refresh();
-    const auto *held = qobject_cast<CompletedRow *>(field->parentWidget()->parentWidget());
-    ASSERT_TRUE(records().contains(held));
-    EXPECT_EQ(textsIn<Badge>(*held), QStringList());
-    QTest::keyClicks(field, " on");
-    QTest::keyClick(field, Qt::Key_Return);
-    EXPECT_EQ(replies, QStringList{"first: go on"});
-    tellOutcome(true);
-    EXPECT_EQ(buttons(), QStringList());
-}
-
-TEST_F(ExpandedViewTest, AnAgeStaysTrueWithOneTimerWhileItIsOnScreen) {
-    finish("/a");
-    finish("/b");
-    refresh();
-    const auto age = [this](int row) {
-        return records()[row]->accessibleName().split(", ").last();
-    };
-    EXPECT_EQ(age(0), "done just now");
-    scheduler.advance(Seconds(58.5));
-    EXPECT_EQ(age(1), "done 1m ago");
-    EXPECT_EQ(age(0), "done just now");
-    scheduler.advance(Seconds(1));
-    EXPECT_EQ(age(0), "done 1m ago");
-    view.hide();
-    const int ofTheStore = ticksWithin(Seconds(300));
-    view.show();
-    // And one for the time to read them in, since the first has come into the archive.
-    EXPECT_EQ(ticksWithin(Seconds(300)), ofTheStore + 10 + 1);
 }
 
 TEST_F(ExpandedViewTest, RowsComeAndGoInMotionAndThenOnlyTheMascotsTick) {
@@ -232,13 +77,11 @@ TEST_F(ExpandedViewTest, RowsComeAndGoInMotionAndThenOnlyTheMascotsTick) {
 }
 
 TEST_F(ExpandedViewTest, ALongListMakesItsRowsAsTheyComeIntoSight) {
-    for (int index = 0; index < 200; ++index) {
-        apply(EventBuilder(Event::promptSubmit).in(QString::number(index)));
-    }
+    work(200);
     refresh();
     EXPECT_LT(rows().size(), 30);
     for (int step = 0; step < 400; ++step) {
-        scroll(-1);
+        scroll(0, -1);
     }
     QSet<QString> seen;
     for (const SessionRow *row : rows()) {
@@ -248,7 +91,7 @@ TEST_F(ExpandedViewTest, ALongListMakesItsRowsAsTheyComeIntoSight) {
     EXPECT_EQ(rows().last()->visibleRegion().boundingRect().height(), rows().last()->height());
 
     // A reader is told of all of them, in their order on the screen.
-    scroll(400);
+    scroll(0, 400);
     QAccessible::setActive(true);
     scheduler.advance(Seconds(1));
     apply(Event::promptSubmit, "77");
@@ -299,7 +142,7 @@ TEST_F(ExpandedViewTest, ARenameKeepsItsPlaceAndItsRow) {
     EXPECT_FALSE(outlives());
 
     field = edit(0);
-    scroll(-10);
+    scroll(0, -10);
     EXPECT_EQ(editing.count(), 0);
     EXPECT_EQ(renamed.size(), 1);
 }
@@ -314,7 +157,7 @@ TEST_F(ExpandedViewTest, GoesToWhoeverBeginsToWaitButNotUnderAHandThatIsBusy) {
     };
     const auto scrollAway = [this] {
         refresh();
-        scroll(-10);
+        scroll(0, -10);
     };
     const auto ask = [this] { apply(EventBuilder::parked("d").in("0")); };
     scrollAway();
@@ -344,22 +187,15 @@ TEST_F(ExpandedViewTest, GoesToWhoeverBeginsToWaitButNotUnderAHandThatIsBusy) {
 }
 
 TEST_F(ExpandedViewTest, APromptIsReadWithTheNameOfItsSession) {
-    for (int index = 0; index < 30; ++index) {
-        apply(Event::promptSubmit, QString::number(index));
-    }
+    work(30);
     apply(EventBuilder::parked("d"));
     view.setContentHeightBudget(400);
     refresh();
     // By a wheel that doesn't count in notches.
-    const auto scrollBy = [this](int points) {
-        QWheelEvent event({200, 100}, view.mapToGlobal(QPointF(200, 100)), {0, points}, {}, {}, {},
-                          {}, false);
-        QCoreApplication::sendEvent(&view, &event);
-    };
-    scrollBy(-13);
+    scroll(-13, 0);
     scheduler.advance(Seconds(3));
     EXPECT_FALSE(shownIn<DecideButton>(view).first()->isEnabled());
-    scrollBy(13);
+    scroll(13, 0);
     scheduler.advance(Seconds(0.85));
     EXPECT_TRUE(shownIn<DecideButton>(view).first()->isEnabled());
 }
@@ -376,24 +212,6 @@ TEST_F(ExpandedViewTest, OnlyTheRowThatTheDigitsBelongToShowsThem) {
     scheduler.advance(Seconds(0.85));
     EXPECT_TRUE(view.hasBeenRead(rows()[0]->session().id));
     EXPECT_FALSE(view.hasBeenRead(rows()[1]->session().id));
-}
-
-TEST_F(ExpandedViewTest, ADigitOpensARecordOnceAllCouldBeReadAndWhileNobodyWaits) {
-    finish("/over");
-    refresh();
-    const auto opens = [this](Seconds pause, int digit) {
-        scheduler.advance(pause);
-        return view.recordAt(digit).has_value();
-    };
-    EXPECT_TRUE(opens(Seconds(1), 0));
-    EXPECT_FALSE(opens(Seconds(0), 4));
-    apply(Event::needsInput, "asking");
-    refresh();
-    EXPECT_FALSE(opens(Seconds(1), 0));
-    apply(Event::promptSubmit, "asking");
-    refresh();
-    EXPECT_FALSE(opens(Seconds(0.6), 0));
-    EXPECT_TRUE(opens(Seconds(0.2), 0));
 }
 
 TEST_F(ExpandedViewTest, APressOutlivesAChangeOfAnotherSession) {
@@ -427,9 +245,7 @@ TEST_F(ExpandedViewTest, TakesTheRoomThatItsContentNeeds) {
     refresh();
     EXPECT_EQ(view.width(), 400);
 
-    for (int index = 0; index < 30; ++index) {
-        apply(Event::promptSubmit, QString::number(index));
-    }
+    work(30);
     view.setContentHeightBudget(480);
     refresh();
     EXPECT_EQ(view.height(), 480);

@@ -1,32 +1,17 @@
-#include "Presentation/Overlay/InlineNameField.h"
-#include "Presentation/Panel/CompletedRow.h"
-#include "Presentation/Panel/ExpandedView.h"
+#include "Presentation/Panel/ExpandedViewFixture.h"
 #include "Presentation/Panel/InputView.h"
-#include "Presentation/Panel/SessionRow.h"
-#include "Presentation/Panel/UsageBars.h"
-#include "Presentation/PanelFixture.h"
 
 #include <QApplication>
-#include <QTest>
-#include <QWheelEvent>
-#include <QWindow>
 
 namespace morvane {
 namespace {
 
 /// A panel whose window has the keyboard.
-class PanelKeyboardTest : public PanelFixture {
+class PanelKeyboardTest : public ExpandedViewFixture {
 protected:
     PanelKeyboardTest() {
-        motion.setReduced(true);
-        view.show();
         view.activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(&view));
-    }
-
-    void refresh() {
-        view.refresh();
-        view.resize(view.sizeHint());
     }
 
     void press(const QList<Qt::Key> &keys) {
@@ -57,16 +42,14 @@ protected:
     bool isInSight(const QWidget &widget) const {
         return QRegion(widget.rect()).subtracted(widget.visibleRegion()).isEmpty();
     }
-
-    ExpandedView view{context, nullptr};
 };
 
 TEST_F(PanelKeyboardTest, BeginsAtTheSessionThatWaitsAndGoesThroughAllThatCanBePressed) {
-    apply(EventBuilder(Event::promptSubmit).in("a").with(&HookEvent::cwd, "/a"));
+    apply(EventBuilder(Event::promptSubmit).in("a").at("/a"));
     scheduler.advance(Seconds(1));
-    apply(EventBuilder::parked("d").in("b").with(&HookEvent::cwd, "/b"));
+    apply(EventBuilder::parked("d").in("b").at("/b"));
     scheduler.advance(Seconds(1));
-    apply(EventBuilder::parked("e").in("c").with(&HookEvent::cwd, "/c"));
+    apply(EventBuilder::parked("e").in("c").at("/c"));
     refresh();
     view.takeFocus();
     EXPECT_EQ(focus(), "row " + store.sessionAwaitingDecision()->id);
@@ -94,13 +77,13 @@ TEST_F(PanelKeyboardTest, AnswersOnlyWhatHasBeenReadAndStaysInTheRow) {
     store.resolveDecision = [&](const QString &id, const AgentDecision &decision) {
         sent.append(id + (decision == AgentDecision::allow() ? " allow" : " other"));
     };
-    apply(EventBuilder::parked("d").with(&HookEvent::cwd, "/a"));
+    apply(EventBuilder::parked("d").at("/a"));
     refresh();
     scheduler.advance(Seconds(0.8));
     view.takeFocus();
     ASSERT_EQ(focusAfter({Qt::Key_Down, Qt::Key_Right}), "Allow Bash in a");
     // Another call in its place takes the button from under the finger.
-    apply(EventBuilder::parked("e").with(&HookEvent::cwd, "/a").given(R"({"command":"rm"})"));
+    apply(EventBuilder::parked("e").at("/a").given(R"({"command":"rm"})"));
     refresh();
     EXPECT_EQ(focus(), "row s");
     EXPECT_EQ(sent, QStringList{"d other"});
@@ -110,7 +93,7 @@ TEST_F(PanelKeyboardTest, AnswersOnlyWhatHasBeenReadAndStaysInTheRow) {
     refresh();
     EXPECT_EQ(focus(), "row s");
 
-    apply(EventBuilder::parked("f").with(&HookEvent::cwd, "/a").asking({"Which?"}));
+    apply(EventBuilder::parked("f").at("/a").asking({"Which?"}));
     refresh();
     scheduler.advance(Seconds(0.8));
     EXPECT_EQ(focusAfter({Qt::Key_Down}), "Yes in a");
@@ -171,7 +154,7 @@ TEST_F(PanelKeyboardTest, ReachesTheFooterFromTheEndOfTheList) {
 }
 
 TEST_F(PanelKeyboardTest, RenamesAndGoesOnFromThere) {
-    apply(EventBuilder(Event::promptSubmit).with(&HookEvent::cwd, "/shop"));
+    apply(EventBuilder(Event::promptSubmit).at("/shop"));
     refresh();
     view.takeFocus();
     press({Qt::Key_Right, Qt::Key_Return});
@@ -226,7 +209,7 @@ TEST_F(PanelKeyboardTest, FollowsTheFocusThatAnUpdateMoves) {
 }
 
 TEST_F(PanelKeyboardTest, OpensWhatHasFinished) {
-    apply(EventBuilder(Event::turnEnd).with(&HookEvent::cwd, "/over"));
+    apply(EventBuilder(Event::turnEnd).at("/over"));
     refresh();
     view.takeFocus();
     EXPECT_EQ(focus(), "record /over");

@@ -175,7 +175,7 @@ TEST_F(UsageBarsTest, TellsHowFullTheContextsAreAndScrollsWhenThereAreMany) {
         info.model = "claude-opus-5";
         apply(EventBuilder(Event::toolUse)
                   .in(id)
-                  .with(&HookEvent::cwd, '/' + id)
+                  .at('/' + id)
                   .with(&HookEvent::transcriptPath, id));
         scheduler.advance(Seconds(1));
     };
