@@ -145,9 +145,9 @@ TEST_F(AppControllerTest, RemovesEverythingButWhatIsPeoplesOwnAndReports) {
 
     // What can't be told to be without a hook of ours.
     home.makeReadOnly(".qwen/settings.json", false);
-    home.write(".claude/settings.json",
+    home.writeEarlier(".claude/settings.json",
                       R"({"hooks":{"Stop":[{"command":"~/.morvane/hook.sh"}]})");
-    home.write(".qoder/settings.json", R"({"hooks":)");
+    home.writeEarlier(".qoder/settings.json", R"({"hooks":)");
     QFile::remove(home.path(".gemini/settings.json"));
     home.write(".gemini/settings.json/in the way");
     const QString unknown = "⚠︎ could not remove %1 hooks: " + home.path("%2/settings.json");
@@ -159,7 +159,7 @@ TEST_F(AppControllerTest, RemovesEverythingButWhatIsPeoplesOwnAndReports) {
     home.write(".claude/settings.json", R"({"statusLine":{"command":"/.morvane/statusline.sh"}})");
     home.write(".config/opencode/plugins/morvane.js/in the way");
     home.write("config/test.json/in the way");
-    home.write(".kimi/config.toml", "[[hooks]]\ncommand = '/.morvane/hook.sh'\nb = \n");
+    home.writeEarlier(".kimi/config.toml", "[[hooks]]\ncommand = '/.morvane/hook.sh'\nb = \n");
     EXPECT_EQ(
         controller.removeEverything(),
         "Claude Code hooks\n• " + unknown.arg("Gemini CLI", ".gemini") +

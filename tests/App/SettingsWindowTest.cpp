@@ -78,7 +78,7 @@ TEST_F(SettingsWindowTest, ConnectsRepairsAndDisconnectsAnAgent) {
     comeBack();
     EXPECT_TRUE(reads("All hooks of Claude Code are switched off in its settings"));
     EXPECT_EQ(button("Repair Claude Code"), nullptr);
-    home.write(".claude/settings.json", connected + ',');
+    home.writeEarlier(".claude/settings.json", connected + ',');
     comeBack();
     EXPECT_TRUE(reads("settings.json could not be understood"));
     EXPECT_EQ(button("Repair Claude Code"), nullptr);

@@ -54,6 +54,12 @@ public:
         return file;
     }
 
+    /// The same, but so long ago that nobody can still be in the middle of it.
+    void writeEarlier(const QString &relativePath, const QByteArray &bytes) const {
+        write(relativePath, bytes);
+        setWritten(relativePath, QDateTime::currentDateTime().addSecs(-9));
+    }
+
     /// The same for a program, which its owner may start.
     QString writeProgram(const QString &relativePath,
                          const QByteArray &script = "#!/bin/sh\n") const {

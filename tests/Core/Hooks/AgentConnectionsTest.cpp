@@ -6,8 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <tuple>
-
 namespace morvane {
 namespace {
 
@@ -130,8 +128,7 @@ TEST_F(AgentConnectionsTest, TellsOfSettingsThatCannotBeUnderstoodAndWhereTheyAr
     const QString path = home.path(".claude/settings.json");
     const QString unknown = path + " could not be understood";
     const auto spoil = [&](const char *text) {
-        home.write(".claude/settings.json", text);
-        home.setWritten(".claude/settings.json", QDateTime::currentDateTime().addSecs(-9));
+        home.writeEarlier(".claude/settings.json", text);
         connections.refreshStatus();
     };
     spoil("");
