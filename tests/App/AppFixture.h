@@ -11,7 +11,6 @@
 #include "Support/TemporaryHome.h"
 
 #include <QTcpServer>
-#include <gtest/gtest.h>
 
 #include <memory>
 #include <vector>

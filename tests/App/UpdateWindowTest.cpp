@@ -7,7 +7,6 @@
 #include "Support/UpdateWorld.h"
 
 #include <QPlainTextEdit>
-#include <gtest/gtest.h>
 
 namespace morvane {
 namespace {
@@ -21,11 +20,7 @@ protected:
     void offer() {
         updates.checkForUpdates();
         window.present();
-        https.answer(HttpsAnswer{
-            200,
-            {},
-            R"({"version":"1.1","package":"m.deb","size":3,"notes":"<b>Bold</b>","signature":")" +
-                QByteArray(64, 's').toBase64() + "\"}"});
+        https.answer(HttpsAnswer{200, {}, feed(R"("notes":"<b>Bold</b>",)")});
     }
 
     FormButton *button(const char *text) { return shownControl<FormButton>(window, text); }

@@ -5,8 +5,6 @@
 #include "Support/EventBuilder.h"
 #include "Support/Printing.h"
 
-#include <gtest/gtest.h>
-
 #include <array>
 #include <utility>
 #include <vector>

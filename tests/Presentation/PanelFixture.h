@@ -22,7 +22,6 @@
 #include <QPaintEvent>
 #include <QTemporaryDir>
 #include <QWidget>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <utility>

@@ -41,6 +41,10 @@ public:
         return with(&HookEvent::questions, questions);
     }
 
+    EventBuilder question(const AgentQuestion &question) const {
+        return with(&HookEvent::questions, QList<AgentQuestion>{question});
+    }
+
     EventBuilder background(const QStringList &types) const {
         QList<BackgroundTask> tasks;
         for (const QString &type : types) {

@@ -25,6 +25,12 @@ struct UpdateWorld : CoreWorld {
         return {https, scheduler, background, tools, installer};
     }
 
+    /// Of version 1.1. What is put before its members counts in their place.
+    static QByteArray feed(const QByteArray &members = {}) {
+        return '{' + members + R"("version":"1.1","package":"morvane.deb","size":3,)" +
+               R"("notes":"Better.","signature":")" + QByteArray(64, 's').toBase64() + "\"}";
+    }
+
     FakePackageInstaller installer;
 };
 

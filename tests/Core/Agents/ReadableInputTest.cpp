@@ -4,8 +4,6 @@
 #include "Core/Ground/VisibleText.h"
 #include "Support/Printing.h"
 
-#include <gtest/gtest.h>
-
 namespace morvane {
 namespace {
 

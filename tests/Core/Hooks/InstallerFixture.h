@@ -4,12 +4,9 @@
 #include "Core/Agents/AgentAdapter.h"
 #include "Core/Hooks/HookInstaller.h"
 #include "Core/Hooks/LenientJson.h"
-#include "Core/Settings/Defaults.h"
-#include "Core/Settings/MorvaneSettings.h"
+#include "Support/CoreWorld.h"
 #include "Support/Printing.h"
-#include "Support/TemporaryHome.h"
 
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include <string>
@@ -17,7 +14,7 @@
 namespace morvane {
 
 /// Connects agents in a home folder of the test's own.
-class InstallerFixture : public testing::Test {
+class InstallerFixture : public testing::Test, protected CoreWorld {
 protected:
     using json = nlohmann::json;
 
@@ -57,9 +54,6 @@ protected:
         return json::parse(text);
     }
 
-    TemporaryHome home;
-    Defaults defaults{home.path("config"), "test"};
-    MorvaneSettings settings{defaults};
     std::function<void()> moment = [] {}; ///< what happens while the installer looks again
 };
 

@@ -5,8 +5,6 @@
 #include "Support/NoApplications.h"
 #include "Support/Printing.h"
 
-#include <gtest/gtest.h>
-
 namespace morvane {
 namespace {
 

@@ -6,8 +6,6 @@
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"
 
-#include <gtest/gtest.h>
-
 namespace morvane {
 namespace {
 

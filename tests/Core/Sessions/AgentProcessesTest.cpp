@@ -4,8 +4,6 @@
 #include "Support/ManualScheduler.h"
 #include "Support/Printing.h"
 
-#include <gtest/gtest.h>
-
 namespace morvane {
 namespace {
 

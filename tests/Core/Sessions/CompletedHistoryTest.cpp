@@ -6,7 +6,6 @@
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"
 
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include <string>

@@ -44,7 +44,7 @@ TEST_F(DecisionsTest, ShowsWhatOnlyTheTerminalCanAnswer) {
     const EventBuilder fromCodex = EventBuilder::parked("d2").of(AgentKind::codex).asking({"Q"});
     // Nor what a panel doesn't show whole.
     const auto longOption = [](const QString &label, const QString &description) {
-        return QList<AgentQuestion>{{"Q", {}, {{label, description}}, false}};
+        return AgentQuestion{"Q", {}, {{label, description}}, false};
     };
     QList<AgentOption> manyOptions;
     for (int number = 0; number < 21; ++number) {
@@ -62,21 +62,11 @@ TEST_F(DecisionsTest, ShowsWhatOnlyTheTerminalCanAnswer) {
         {fromCodex, {"d2 ask"}, 1, {}},
         {parked.asking({tooLong}), {"d2 ask"}, 1, {}},
         {parked.asking({QString(200, QChar(0x200b))}), {"d2 ask"}, 1, {}},
-        {parked.with(&HookEvent::questions, longOption(tooLong, {})), {"d2 ask"}, 1, {}},
-        {parked.with(&HookEvent::questions, longOption("a", tooLong)), {"d2 ask"}, 1, {}},
-        {parked.with(&HookEvent::questions, QList<AgentQuestion>{{"Q", {}, options, false, false}}),
-         {"d2 ask"},
-         1,
-         {}},
-        {parked.with(&HookEvent::questions,
-                     QList<AgentQuestion>{{"Q", QString(25, u'x'), options, false}}),
-         {"d2 ask"},
-         1,
-         {}},
-        {parked.with(&HookEvent::questions, QList<AgentQuestion>{{"Q", {}, manyOptions, false}}),
-         {"d2 ask"},
-         1,
-         {}},
+        {parked.question(longOption(tooLong, {})), {"d2 ask"}, 1, {}},
+        {parked.question(longOption("a", tooLong)), {"d2 ask"}, 1, {}},
+        {parked.question({"Q", {}, options, false, false}), {"d2 ask"}, 1, {}},
+        {parked.question({"Q", QString(25, u'x'), options, false}), {"d2 ask"}, 1, {}},
+        {parked.question({"Q", {}, manyOptions, false}), {"d2 ask"}, 1, {}},
     };
     for (const auto &[event, released, questions, message] : cases) {
         apply(Kind::sessionStart);

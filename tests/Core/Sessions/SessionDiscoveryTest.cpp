@@ -4,8 +4,6 @@
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <unistd.h>
 

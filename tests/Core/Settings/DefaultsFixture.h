@@ -4,7 +4,6 @@
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"
 
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 namespace morvane {

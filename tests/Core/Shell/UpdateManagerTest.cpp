@@ -6,8 +6,6 @@
 #include "Support/Printing.h"
 #include "Support/UpdateWorld.h"
 
-#include <gtest/gtest.h>
-
 namespace morvane {
 namespace {
 
@@ -16,15 +14,8 @@ using Phase = UpdateManager::Phase;
 const QUrl feedURL("https://updates.example/debian/feed.json");
 const QByteArray key(32, 'k');
 
-/// A feed of version 1.1. What is put before its members counts in their place.
-QByteArray feed(const QByteArray &members = {}) {
-    return '{' + members +
-           R"("version":"1.1","package":"morvane.deb","size":3,"notes":"Better.","signature":")" +
-           QByteArray(64, 's').toBase64() + "\"}";
-}
-
 QByteArray feedOf(const QByteArray &version) {
-    return feed("\"version\":\"" + version + "\",");
+    return UpdateWorld::feed("\"version\":\"" + version + "\",");
 }
 
 class UpdateManagerTest : public testing::Test, protected UpdateWorld {

@@ -2,8 +2,6 @@
 
 #include "Support/Printing.h"
 
-#include <gtest/gtest.h>
-
 namespace morvane {
 namespace {
 

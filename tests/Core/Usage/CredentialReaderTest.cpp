@@ -4,8 +4,6 @@
 #include "Support/CoreWorld.h"
 #include "Support/Printing.h"
 
-#include <gtest/gtest.h>
-
 namespace morvane {
 namespace {
 

@@ -5,7 +5,6 @@
 #include "Support/Printing.h"
 
 #include <QDirIterator>
-#include <gtest/gtest.h>
 
 namespace morvane {
 namespace {

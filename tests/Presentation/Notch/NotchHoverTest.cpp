@@ -3,7 +3,6 @@
 #include "Support/Printing.h"
 
 #include <QStringList>
-#include <gtest/gtest.h>
 
 namespace morvane {
 namespace {

@@ -93,8 +93,7 @@ TEST_F(DecisionRowTest, ShowsAQuestionWholeWithADigitForEachKeyThatThereIs) {
     for (int index = 1; index < 7; ++index) {
         options.append({QString::number(index) + ".", {}});
     }
-    apply(EventBuilder::parked("d").with(&HookEvent::questions,
-                                         QList<AgentQuestion>{{text, " \u00a0", options, false}}));
+    apply(EventBuilder::parked("d").question({text, " \u00a0", options, false}));
     row.setSession(store.sessions().value("s"), SessionRow::Detail::showsShortcuts);
     row.resize(572, 400);
     row.show();
@@ -235,8 +234,7 @@ TEST_F(DecisionRowTest, TellsAScreenReaderWhatIsAskedBeforeItIsAnswered) {
     show(EventBuilder::parked("f").given("{}"));
     EXPECT_TRUE(told(shownIn<DecideButton>(row)[1]).startsWith("This agent sent no details"));
 
-    show(EventBuilder::parked("g").with(
-        &HookEvent::questions, QList<AgentQuestion>{{"Sure?", {}, {{"Yes", "For good"}}, false}}));
+    show(EventBuilder::parked("g").question({"Sure?", {}, {{"Yes", "For good"}}, false}));
     EXPECT_EQ(told(shownIn<OptionButton>(row).first()),
               "Sure?\nAny answer also lets Bash run with:\nmake\nFor good");
     EXPECT_TRUE(isReadDownwards(*row.findChild<QuestionStrip *>()));

@@ -3,8 +3,6 @@
 #include "Presentation/ScaledImage.h"
 #include "Support/Printing.h"
 
-#include <gtest/gtest.h>
-
 namespace morvane {
 namespace {
 

@@ -133,9 +133,7 @@ TEST_F(PanelKeyboardTest, ReachesTheFooterFromTheEndOfTheList) {
     ExpandedView other(refreshing, &view);
     settings.setUsageEnabled(true);
     usage.tell(40);
-    for (int index = 0; index < 30; ++index) {
-        apply(Event::promptSubmit, QString::number(index));
-    }
+    work(30);
     other.setContentHeightBudget(300);
     other.refresh();
     other.resize(other.sizeHint());
@@ -169,7 +167,7 @@ TEST_F(PanelKeyboardTest, RenamesAndGoesOnFromThere) {
 
 TEST_F(PanelKeyboardTest, BringsWhatItMovesToIntoSight) {
     for (int index = 0; index < 30; ++index) {
-        apply(EventBuilder(Event::promptSubmit).in(QString::number(index)));
+        apply(Event::promptSubmit, QString::number(index));
     }
     view.setContentHeightBudget(300);
     refresh();

@@ -5,8 +5,6 @@
 #include "Presentation/Panel/PermissionModeBadge.h"
 #include "Support/Printing.h"
 
-#include <gtest/gtest.h>
-
 namespace morvane {
 namespace {
 

@@ -4,8 +4,6 @@
 #include "Presentation/Style/Typography.h"
 #include "Support/Printing.h"
 
-#include <gtest/gtest.h>
-
 namespace morvane {
 namespace {
 
