@@ -12,11 +12,7 @@ TEST_F(TomlHooksTest, WritesTheBlockOfKimiAndEscapesWhatTomlWouldMisread) {
     qputenv("HOME", odd.toUtf8());
     connect(kimi);
     const QByteArray block = home.read("a\"b\\c/" + place(kimi));
-    EXPECT_TRUE(
-        block.startsWith("# >>> morvane:begin\n"
-                         "# Managed by Morvane — edits between these markers are overwritten.\n"
-                         "# Remove the block (or use Morvane's Settings) to disconnect.\n"
-                         "[[hooks]]\nevent = \"SessionStart\"\ncommand = \""));
+    EXPECT_TRUE(block.startsWith("# >>> morvane:begin\n"));
     EXPECT_TRUE(block.contains("event = \"PreToolUse\"\nmatcher = \".*\"\ncommand = \"" +
                                home.path().toUtf8() + "/a\\\"b\\\\c" +
                                "/.morvane/hook.sh kimi PreToolUse\"\ntimeout = 5\n[[hooks]]\n"));

@@ -47,9 +47,7 @@ TEST(AggregateStatus, ShowsWhatCallsForAttentionBeforeWork) {
         {"bdfi", failed, 91},
         {"bfi", done, 92},
         {"bi", idle, 93},
-        {"b", idle, {}},
-        {"cd", failed, 2},
-        {"ef", done, 3}};
+        {"b", idle, {}}};
     EXPECT_EQ(AggregateStatus::of({}), AggregateStatus());
     for (const auto &[present, state, since] : cases) {
         SessionOrder::Sessions sessions;

@@ -53,27 +53,22 @@ TEST_F(PixelAnimatorTest, AStepMayDropThoseThatFollowIt) {
 }
 
 TEST_F(PixelAnimatorTest, StepsWithTheWallClockSoThatAllOfAStateAreInStep) {
-    const std::tuple<SessionState, double, QList<PixelFrame>> cases[] = {
-        {SessionState::working, 0.3, PixelArt::working()},
-        {SessionState::needsInput, 0.45, PixelArt::needsInput()},
-        {SessionState::done, 0.25, PixelArt::done()}};
-    const Date reference{std::chrono::seconds(978'307'200)};
-    for (const auto &[state, interval, frames] : cases) {
+    for (const auto &[state, interval] :
+         {std::pair(SessionState::working, 0.3), std::pair(SessionState::needsInput, 0.45),
+          std::pair(SessionState::done, 0.25)}) {
         mascots.clear();
         show();
         const PixelAnimator &first = mascot(state, scheduler.now());
         scheduler.advance(Seconds(0.11));
         const PixelAnimator &second = mascot(state, scheduler.now());
+        int steps = 0;
         for (int sample = 0; sample < 50; ++sample) {
+            const PixelFrame before = first.frame();
             scheduler.advance(Seconds(0.05));
-            const double steps = Seconds(scheduler.now() - reference).count() / interval;
-            const double sinceTurn = (steps - std::floor(steps)) * interval;
-            if (sinceTurn > 0.005 && interval - sinceTurn > 0.005) {
-                const auto index = static_cast<std::int64_t>(std::floor(steps)) % frames.size();
-                ASSERT_EQ(first.frame(), frames[index]) << interval << ' ' << sample;
-            }
+            steps += first.frame() != before ? 1 : 0;
             ASSERT_EQ(first.frame(), second.frame()) << interval << ' ' << sample;
         }
+        EXPECT_NEAR(steps, 2.5 / interval, 1);
     }
 }
 

@@ -110,11 +110,9 @@ TEST_F(UsageBarsTest, ClaudesLimitsAreToldInWholeAndInWords) {
     EXPECT_EQ(barNames(), QStringList({"Weekly, 7d window, 8 percent used"}));
 
     EXPECT_EQ(UsageBars::scope(300), "5h");
-    EXPECT_EQ(UsageBars::scope(1440), "1d");
     EXPECT_EQ(UsageBars::scope(10'080), "1w");
     EXPECT_EQ(UsageBars::scope(90), "90m");
     EXPECT_EQ(UsageBars::scope(0), "window");
-    EXPECT_EQ(UsageBars::scope(std::nullopt), "window");
 }
 
 TEST_F(UsageBarsTest, FiguresAgeByOneTimerWhileSomebodyCanSeeThem) {
