@@ -3,17 +3,12 @@
 #include "App/AppController.h"
 #include "App/FakePlatform.h"
 #include "Core/Settings/Defaults.h"
-#include "Core/Settings/MorvaneSettings.h"
 #include "Support/AccessibleControls.h"
-#include "Support/ManualScheduler.h"
 #include "Support/Printing.h"
 #include "Support/SendEvent.h"
 #include "Support/TemporaryHome.h"
 
 #include <QTcpServer>
-
-#include <memory>
-#include <vector>
 
 namespace morvane {
 

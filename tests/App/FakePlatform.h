@@ -2,7 +2,6 @@
 
 #include "App/PlatformServices.h"
 #include "Platform/NoScripting.h"
-#include "Platform/StatusItemHost.h"
 #include "Support/FakeDisplays.h"
 #include "Support/FakeHostWindows.h"
 #include "Support/FakeHotKeys.h"

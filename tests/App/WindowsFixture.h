@@ -3,9 +3,6 @@
 #include "App/AppDelegate.h"
 #include "App/AppFixture.h"
 #include "Presentation/Style/TextLabel.h"
-#include "Support/AccessibleControls.h"
-
-#include <QPushButton>
 
 #include <algorithm>
 

@@ -5,10 +5,6 @@
 #include "Support/EventBuilder.h"
 #include "Support/Printing.h"
 
-#include <array>
-#include <utility>
-#include <vector>
-
 namespace morvane {
 
 inline QString nameOf(SessionState state) {

@@ -13,18 +13,14 @@
 #include "Support/FakeMotionPreference.h"
 #include "Support/FakeOverlayWindows.h"
 #include "Support/FakePointerMonitor.h"
-#include "Support/ManualScheduler.h"
 #include "Support/Printing.h"
 #include "Support/SendEvent.h"
 #include "Support/UsageWorld.h"
 
 #include <QLayout>
 #include <QPaintEvent>
-#include <QTemporaryDir>
-#include <QWidget>
 
 #include <algorithm>
-#include <utility>
 
 namespace morvane {
 

@@ -5,10 +5,7 @@
 #include "Presentation/PanelFixture.h"
 
 #include <QContextMenuEvent>
-#include <QCoreApplication>
 #include <QEnterEvent>
-
-#include <memory>
 
 namespace morvane {
 

@@ -3,7 +3,6 @@
 #include "Platform/HostWindows.h"
 
 #include <QMap>
-#include <QStringList>
 
 namespace morvane {
 

@@ -3,8 +3,6 @@
 #include "Platform/BackgroundPool.h"
 
 #include <deque>
-#include <functional>
-#include <utility>
 
 namespace morvane {
 

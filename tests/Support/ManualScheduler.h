@@ -2,7 +2,6 @@
 
 #include "Platform/Scheduler.h"
 
-#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>

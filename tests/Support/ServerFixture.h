@@ -5,13 +5,6 @@
 #include "Support/ManualScheduler.h"
 #include "Support/WaitUntil.h"
 
-#include <gtest/gtest.h>
-
-#include <atomic>
-#include <memory>
-#include <string>
-#include <vector>
-
 namespace morvane {
 
 /// A server on some free port, with the main loop and the time limits in the test's hands.

@@ -4,8 +4,6 @@
 #include "Platform/PackageInstaller.h"
 #include "Support/CoreWorld.h"
 
-#include <QStringList>
-
 namespace morvane {
 
 /// Keeps what it was to install.

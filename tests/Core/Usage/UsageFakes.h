@@ -6,8 +6,6 @@
 
 #include <QStringList>
 
-#include <vector>
-
 namespace morvane {
 
 /// Gives the same answer to whoever asks, and counts them.

@@ -1,4 +1,3 @@
-#include "Presentation/Overlay/InlineNameField.h"
 #include "Presentation/Panel/PencilButton.h"
 #include "Presentation/PresenterFixture.h"
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Presentation/Overlay/DigitShortcuts.h"
-#include "Presentation/Overlay/InlineNameField.h"
 #include "Presentation/Panel/CompletedRow.h"
 #include "Presentation/Panel/DecideButton.h"
 #include "Presentation/Panel/ExpandedView.h"
