@@ -17,6 +17,7 @@
 #include "Support/SendEvent.h"
 #include "Support/UsageWorld.h"
 
+#include <QAccessible>
 #include <QLayout>
 #include <QPaintEvent>
 
@@ -123,6 +124,16 @@ protected:
             result.append(widget->text());
         }
         return result;
+    }
+
+    /// Whether a screen reader comes to this as a text of a widget that is on show.
+    static bool isReadOut(QWidget &parent, const QString &text) {
+        return std::ranges::any_of(
+            parent.findChildren<QWidget *>() << &parent, [&](QWidget *widget) {
+                return widget->isVisible() && widget->accessibleName() == text &&
+                       QAccessible::queryAccessibleInterface(widget)->role() ==
+                           QAccessible::StaticText;
+            });
     }
 
     /// With the width that a row has in the panel, and the height that it needs.

@@ -18,7 +18,7 @@ constexpr double pencilRadius = 5;
 } // namespace
 
 PencilButton::PencilButton(const QWidget &row, QWidget *parent) : PanelButton(parent), m_row(row) {
-    setFixedSize(buttonSide, frameSide);
+    setFixedSize(buttonSide, buttonSide);
     setCursor(Qt::PointingHandCursor);
     setHelpText(*this, tr("Rename this session"));
 }

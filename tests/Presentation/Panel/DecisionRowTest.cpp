@@ -233,6 +233,12 @@ TEST_F(DecisionRowTest, TellsAScreenReaderWhatIsAskedBeforeItIsAnswered) {
     EXPECT_LE(told(shownIn<DecideButton>(row)[1]).size(), 500);
     show(EventBuilder::parked("f").given("{}"));
     EXPECT_TRUE(told(shownIn<DecideButton>(row)[1]).startsWith("This agent sent no details"));
+    Session endless = store.sessions().value("s");
+    endless.customName = endless.lastPrompt = QString(9'000, 'x');
+    row.setSession(endless, {});
+    EXPECT_LT(row.accessibleName().size(), 500);
+    EXPECT_LT(shownIn<DecideButton>(row)[1]->accessibleName().size(), 500);
+    show();
 
     show(EventBuilder::parked("g").question({"Sure?", {}, {{"Yes", "For good"}}, false}));
     EXPECT_EQ(told(shownIn<OptionButton>(row).first()),

@@ -85,7 +85,7 @@ TEST_F(ExpandedRecordsTest, ADigitOpensARecordOnceAllCouldBeReadAndWhileNobodyWa
     refresh();
     const auto opens = [this](Seconds pause, int digit) {
         scheduler.advance(pause);
-        return view.readRecord(digit).has_value();
+        return view.recordAt(digit).has_value();
     };
     EXPECT_TRUE(opens(Seconds(1), 0));
     EXPECT_FALSE(opens(Seconds(0), 4));

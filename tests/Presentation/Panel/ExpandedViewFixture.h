@@ -78,7 +78,8 @@ protected:
     }
 
     DigitShortcuts digitShortcuts;
-    ExpandedView view{withDigits(), nullptr};
+    const PanelContext contextWithDigits = withDigits();
+    ExpandedView view{contextWithDigits, nullptr};
 };
 
 } // namespace morvane

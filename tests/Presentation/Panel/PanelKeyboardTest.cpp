@@ -196,9 +196,7 @@ TEST_F(PanelKeyboardTest, FollowsTheFocusThatAnUpdateMoves) {
     ASSERT_TRUE(focus().startsWith("+ ")) << focus().toStdString();
     auto *row = qobject_cast<SessionRow *>(view.focusWidget()->parentWidget()->parentWidget());
     ASSERT_NE(row, nullptr);
-    QWheelEvent up({200, 100}, view.mapToGlobal(QPointF(200, 100)), {}, {0, 240}, {}, {}, {},
-                   false);
-    QCoreApplication::sendEvent(&view, &up);
+    scroll(0, 2);
     EXPECT_FALSE(isInSight(*row));
     store.decide(row->session().id, AgentDecision::allow());
     refresh();

@@ -84,6 +84,8 @@ TEST_F(SessionRowTest, ThePencilTurnsTheNameIntoAFieldThatOutlivesAnUpdate) {
     apply(EventBuilder(Event::toolUse).tool("Edit"));
     store.renameCwd("/srv/folder", QString("elsewhere"));
     show();
+    // The name is for the folder that it was begun for.
+    show(EventBuilder(Event::toolUse).at("/srv/folder/deeper"));
     EXPECT_EQ(fieldIn(row)->text(), "mine");
     QTest::keyClick(fieldIn(row), Qt::Key_Return);
     EXPECT_EQ(renamed, QStringList({"/srv/folder=mine"}));
