@@ -2,6 +2,7 @@
 
 #include "Presentation/Panel/ListRow.h"
 #include "Presentation/Style/ActivateLayouts.h"
+#include "Presentation/Style/FocusRing.h"
 
 #include <QAbstractButton>
 #include <QCursor>
@@ -12,6 +13,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <utility>
 
 namespace morvane {
@@ -103,8 +105,27 @@ void RowList::letGo(Slot slot, qsizetype place, bool moves) {
         static_cast<ListRow *>(slot.widget)->outliveEntry();
         slot.isMeasured = false;
         m_slots.insert(std::min(place, m_slots.size()), slot);
-    } else {
-        dismiss(slot, moves);
+        return;
+    }
+    if (slot.widget != nullptr && containsFocus(*slot.widget)) {
+        focusRowAt(place);
+    }
+    dismiss(slot, moves);
+}
+
+/// Or the one before, where none follows. Left to Qt, the keys would come to any button of it.
+void RowList::focusRowAt(qsizetype place) const {
+    const auto from = m_slots.begin() + std::min(place, m_slots.size());
+    const auto isRow = [](const Slot &slot) {
+        return qobject_cast<ListRow *>(slot.widget) != nullptr;
+    };
+    if (const auto next = std::find_if(from, m_slots.end(), isRow); next != m_slots.end()) {
+        next->widget->setFocus();
+        return;
+    }
+    const auto before = std::find_if(std::reverse_iterator(from), m_slots.rend(), isRow);
+    if (before != m_slots.rend()) {
+        before->widget->setFocus();
     }
 }
 

@@ -97,6 +97,7 @@ private:
     void accessibilityActiveChanged(bool active) override;
     void takeOver(const QList<Entry> &entries, bool moves);
     static bool holdsText(const Slot &slot);
+    void focusRowAt(qsizetype place) const;
     void letGo(Slot slot, qsizetype place, bool moves);
     void dismiss(const Slot &slot, bool moves);
     void start(Seconds duration);

@@ -166,9 +166,7 @@ TEST_F(PanelKeyboardTest, RenamesAndGoesOnFromThere) {
 }
 
 TEST_F(PanelKeyboardTest, BringsWhatItMovesToIntoSight) {
-    for (int index = 0; index < 30; ++index) {
-        apply(Event::promptSubmit, QString::number(index));
-    }
+    work(30);
     view.setContentHeightBudget(300);
     refresh();
     view.takeFocus();
