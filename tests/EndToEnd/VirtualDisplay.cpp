@@ -89,9 +89,13 @@ bool VirtualDisplay::bringToFront(const QString &title) const {
         if (focusedTitle() == title.toUtf8()) {
             return true;
         }
-        control({"search", "--onlyvisible", "--name", "^" + title + "$", "windowactivate"});
+        tryWithWindow(title, {"windowactivate"});
         return false;
     });
+}
+
+bool VirtualDisplay::withWindow(const QString &title, const QStringList &action) const {
+    return waitUntil([&] { return tryWithWindow(title, action); });
 }
 
 QByteArray VirtualDisplay::focusedTitle() const {
@@ -101,6 +105,11 @@ QByteArray VirtualDisplay::focusedTitle() const {
 std::unique_ptr<ChildProcess> VirtualDisplay::start(const QByteArray &command) const {
     return std::make_unique<ChildProcess>(QString::fromUtf8(command).split(QLatin1Char(' ')),
                                           m_environment);
+}
+
+bool VirtualDisplay::tryWithWindow(const QString &title, const QStringList &action) const {
+    return control(QStringList{"search", "--onlyvisible", "--name", "^" + title + "$"} + action)
+        .has_value();
 }
 
 std::optional<QByteArray> VirtualDisplay::control(const QStringList &arguments) const {

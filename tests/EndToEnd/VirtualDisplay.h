@@ -53,11 +53,16 @@ public:
     /// manager has not given it to a new window. False when it never gets it.
     bool bringToFront(const QString &title) const;
 
+    /// Lets xdotool do something with the window of this title, again and again until it has: it
+    /// fails also where any other window vanishes while it searches. False when it never does.
+    bool withWindow(const QString &title, const QStringList &action) const;
+
     /// The title of the window that has the keyboard.
     QByteArray focusedTitle() const;
 
 private:
     std::unique_ptr<ChildProcess> start(const QByteArray &command) const;
+    bool tryWithWindow(const QString &title, const QStringList &action) const;
     /// What xdotool prints; none when it could not do it.
     std::optional<QByteArray> control(const QStringList &arguments) const;
 

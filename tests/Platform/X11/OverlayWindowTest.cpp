@@ -140,7 +140,7 @@ TEST_P(OverlayWindowTest, LeavesTheKeyboardWhereThePersonHasPutItInTheMeantime) 
     ASSERT_TRUE(takeKeyboard());
     const auto other = openTerminal("other");
     ASSERT_TRUE(becomesTrue([this] { return QFile::exists(home.path("other")); }));
-    display->run({"xdotool", "search", "--name", "^other$", "windowactivate"});
+    EXPECT_TRUE(display->withWindow("other", {"windowactivate"}));
     EXPECT_TRUE(becomesTrue([this] { return display->focusedTitle() == "other"; }));
     EXPECT_TRUE(becomesTrue([this] { return !field->hasFocus(); }));
     overlay->releaseKeyboard();
@@ -175,7 +175,7 @@ TEST_P(OverlayWindowTest, KeepsTheKeyboardWhileAKeyIsHeldThatAnotherProgramHas) 
 
     // It may also be a key that takes it away.
     EXPECT_TRUE(hold());
-    display->run({"xdotool", "search", "--name", "^terminal$", "windowfocus"});
+    EXPECT_TRUE(display->withWindow(terminalTitle, {"windowfocus"}));
     EXPECT_TRUE(becomesTrue([this] { return !field->hasFocus(); }));
     letGo();
     EXPECT_TRUE(terminalHasKeyboard());
@@ -269,13 +269,13 @@ TEST_F(OverlayTest, CoversNoCandidatesOfAnInputMethodWhileSomebodyTypes) {
     QObject::connect(x11.get(), &X11Connection::rootPropertyChanged, [&](std::uint32_t atom) {
         isRestacked = isRestacked || atom == x11->atom("_NET_CLIENT_LIST_STACKING");
     });
-    display->run({"xdotool", "search", "--name", "^terminal$", "windowraise"});
+    EXPECT_TRUE(display->withWindow(terminalTitle, {"windowraise"}));
     ASSERT_TRUE(becomesTrue([&] { return isRestacked; }));
     QGuiApplication::sync();
     EXPECT_FALSE(isOnTop());
     // With the keyboard on no field there are none.
     field->clearFocus();
-    display->run({"xdotool", "search", "--name", "^other$", "windowraise"});
+    EXPECT_TRUE(display->withWindow("other", {"windowraise"}));
     EXPECT_TRUE(becomesTrue([this] { return isOnTop(); }));
 
     for (const bool isReleased : {true, false}) {
@@ -285,7 +285,7 @@ TEST_F(OverlayTest, CoversNoCandidatesOfAnInputMethodWhileSomebodyTypes) {
         if (isReleased) {
             overlay->releaseKeyboard();
         } else {
-            display->run({"xdotool", "search", "--name", "^terminal$", "windowfocus"});
+            EXPECT_TRUE(display->withWindow(terminalTitle, {"windowfocus"}));
         }
         EXPECT_TRUE(becomesTrue([this] { return isOnTop(); }));
     }
@@ -403,8 +403,7 @@ TEST_F(OverlayOnMonitorsTest, AFullscreenProgramOnAnotherMonitorHidesNothing) {
     // The film goes on while the person works on the other monitor.
     overlay->setGeometry({800, 0, 300, 100}, OverlayWindow::Anchor::topCenter);
     display->movePointer({300, 700});
-    display->run(
-        {"xdotool", "search", "--name", "^terminal$", "windowmove", "0", "0", "windowactivate"});
+    EXPECT_TRUE(display->withWindow(terminalTitle, {"windowmove", "0", "0", "windowactivate"}));
     ASSERT_TRUE(becomesTrue([this] { return terminalHasKeyboard(); }));
     EXPECT_FALSE(panel->isVisible());
 }
