@@ -1,0 +1,92 @@
+#include "Platform/Linux/X11/X11HeldKeys.h"
+#include "Platform/X11/OverlayFixture.h"
+
+#include <QAbstractNativeEventFilter>
+#include <QMenu>
+#include <QWindow>
+
+namespace morvane {
+namespace {
+
+/// Counts what the server tells of a key, and what the panel's window hears of it.
+class HeldKeysTest : public OverlayFixture, private QAbstractNativeEventFilter {
+protected:
+    void startAll() override {
+        ASSERT_NO_FATAL_FAILURE(OverlayFixture::startAll());
+        heldKeys = std::make_unique<X11HeldKeys>();
+        application->installNativeEventFilter(this);
+        panel->windowHandle()->installEventFilter(&heard);
+    }
+
+    bool hold(const char *key) { return display->run({"xdotool", "keydown", key}); }
+    bool letGo(const char *key) { return display->run({"xdotool", "keyup", key}); }
+
+    /// Whether it goes on doing so, however long it is held.
+    bool isTold() {
+        told = 0;
+        return becomesTrue([this] { return told >= 3; });
+    }
+
+    struct : QObject {
+        bool eventFilter(QObject *, QEvent *event) override {
+            presses += event->type() == QEvent::KeyPress ? 1 : 0;
+            releases += event->type() == QEvent::KeyRelease ? 1 : 0;
+            return false;
+        }
+        int presses = 0;
+        int releases = 0;
+    } heard;
+
+private:
+    bool nativeEventFilter(const QByteArray &, void *message, qintptr *) override {
+        const auto &key = *static_cast<const xcb_key_press_event_t *>(message);
+        told += key.response_type == XCB_KEY_PRESS ? 1 : 0;
+        return false;
+    }
+
+    int told = 0;
+    std::unique_ptr<X11HeldKeys> heldKeys;
+};
+
+TEST_F(HeldKeysTest, AKeyThatIsHeldIsLetGoOnce) {
+    ASSERT_TRUE(takeKeyboard());
+    hold("Return");
+    EXPECT_TRUE(becomesTrue([this] { return heard.presses >= 3; }));
+    EXPECT_EQ(heard.releases, 0);
+    letGo("Return");
+    EXPECT_TRUE(becomesTrue([this] { return heard.releases > 0; }));
+    EXPECT_EQ(heard.releases, 1);
+    hold("a");
+    EXPECT_TRUE(becomesTrue([this] { return field->text().size() >= 4; }));
+    letGo("a");
+    hold("BackSpace");
+    EXPECT_TRUE(becomesTrue([this] { return field->text().isEmpty(); }));
+    letGo("BackSpace");
+}
+
+TEST_F(HeldKeysTest, AKeyThatWentDownInAnotherWindowBeginsNothing) {
+    hold("Return");
+    ASSERT_TRUE(becomesTrue([this] { return !received().isEmpty(); }));
+    ASSERT_TRUE(takeKeyboard());
+    EXPECT_TRUE(isTold());
+    letGo("Return");
+    EXPECT_EQ(heard.presses, 0);
+
+    // A menu acts on the press.
+    QMenu menu;
+    const QAction *paste = menu.addAction("Paste");
+    bool isChosen = false;
+    QObject::connect(paste, &QAction::triggered, [&] { isChosen = true; });
+    menu.popup(field->mapToGlobal(QPoint()));
+    ASSERT_TRUE(becomesTrue([&] { return menu.isVisible(); }));
+    display->press("Down");
+    hold("Return");
+    EXPECT_TRUE(becomesTrue([&] { return isChosen; }));
+    EXPECT_TRUE(isTold());
+    letGo("Return");
+    EXPECT_EQ(heard.presses, 0);
+    type("a");
+    EXPECT_TRUE(becomesTrue([this] { return field->text() == "a"; }));
+}
+} // namespace
+} // namespace morvane
