@@ -1,7 +1,6 @@
 #include "Core/Adapters/AgentRegistry.h"
 #include "Core/Hooks/ForwarderScripts.h"
 #include "Core/Hooks/HookInstaller.h"
-#include "Core/Sessions/CompletedHistory.h"
 #include "Core/Settings/Defaults.h"
 #include "Core/Settings/MorvaneSettings.h"
 #include "Core/Shell/UpdatePackage.h"
@@ -27,25 +26,14 @@ HookInstaller installer(const char *agent) {
 }
 
 /// What is asked of the defaults comes out all right in this run; the disk has to be asked.
-Outcome afterWriting(const QString &key) {
+Outcome writeDefaults(const char *) {
+    const QString key = QStringLiteral("soundVolume");
     Defaults &defaults = Defaults::standard();
+    defaults.setValue(key, 0.5);
     defaults.flush();
     const Defaults stored(Defaults::folder(), QStringLiteral("io.morvane.morvane"));
     const bool isStored = stored.value(key) == defaults.value(key);
     return isStored ? std::nullopt : std::optional(Failure{QStringLiteral("not stored")});
-}
-
-Outcome writeDefaults(const char *) {
-    Defaults::standard().setValue(QStringLiteral("soundVolume"), 0.5);
-    return afterWriting(QStringLiteral("soundVolume"));
-}
-
-Outcome writeHistory(const char *) {
-    CompletedRecord record;
-    record.id = record.cwd = QStringLiteral("/projects/one");
-    record.name = QStringLiteral("project");
-    CompletedHistory(Defaults::standard()).add(record);
-    return afterWriting(QStringLiteral("completedHistory"));
 }
 
 Outcome keepUpdate(const char *) {
@@ -62,7 +50,6 @@ const std::map<std::string_view, Outcome (*)(const char *agent)> writers{
     {"connect", [](const char *agent) { return installer(agent).install(); }},
     {"disconnect", [](const char *agent) { return installer(agent).uninstall(); }},
     {"defaults", writeDefaults},
-    {"history", writeHistory},
     {"scripts", [](const char *) { return ForwarderScripts("token", 40123).writeHookScript(); }},
     {"autostart", [](const char *) { return autostart().registerItem(); }},
     {"no-autostart", [](const char *) { return autostart().unregisterItem(); }},
