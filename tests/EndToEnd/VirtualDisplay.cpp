@@ -2,7 +2,9 @@
 
 #include "Support/WaitUntil.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QStandardPaths>
 
 #include <utility>
@@ -23,15 +25,21 @@ VirtualDisplay::VirtualDisplay(QProcessEnvironment environment, const WindowMana
     m_environment.insert("DISPLAY", QLatin1Char(':') + QString::fromLatin1(*number));
     m_environment.insert("DBUS_SESSION_BUS_ADDRESS", QString::fromLatin1(*address));
 
-    // Otherwise the ones that keep their settings there would start a service for it.
+    // Otherwise some of them would start services for their settings and for screen readers.
     m_environment.insert("GSETTINGS_BACKEND", "memory");
+    m_environment.insert("NO_AT_BRIDGE", "1");
 
-    QFile settings(m_folder.filePath("settings"));
-    settings.open(QIODevice::WriteOnly);
-    settings.write(m_manager.settings);
-    settings.close();
-    m_windowManager =
-        start(QByteArray(m_manager.command).replace("%1", settings.fileName().toUtf8()));
+    const QDir home(m_environment.value("HOME"));
+    for (const auto &[path, content] : m_manager.files) {
+        if (path == nullptr) {
+            continue;
+        }
+        home.mkpath(QFileInfo(QLatin1String(path)).path());
+        QFile file(home.filePath(QLatin1String(path)));
+        file.open(QIODevice::WriteOnly);
+        file.write(content);
+    }
+    m_windowManager = start(m_manager.command);
     // It tells of desktops once it manages windows: one that came earlier would stay without focus.
     m_isUp = waitUntil([this] { return control({"get_num_desktops"}).has_value(); });
 }

@@ -7,7 +7,6 @@
 #include <QProcessEnvironment>
 #include <QRect>
 #include <QStringList>
-#include <QTemporaryDir>
 
 #include <memory>
 #include <optional>
@@ -18,7 +17,8 @@ namespace morvane {
 /// pointer and press keys. Ended with this object.
 class VirtualDisplay {
 public:
-    /// The environment is that of the person at this display.
+    /// The environment is that of the person at this display, whose home gets the settings of the
+    /// window manager.
     explicit VirtualDisplay(QProcessEnvironment environment,
                             const WindowManager &manager = WindowManager::openbox);
 
@@ -68,7 +68,6 @@ private:
 
     QProcessEnvironment m_environment;
     const WindowManager m_manager;
-    QTemporaryDir m_folder;
     std::unique_ptr<ChildProcess> m_server;
     std::unique_ptr<ChildProcess> m_windowManager;
     std::unique_ptr<ChildProcess> m_bus;

@@ -7,9 +7,14 @@ namespace morvane {
 
 /// A window manager that tests know how to start on a display of their own. A plain value.
 struct WindowManager {
+    struct File {
+        const char *path = nullptr;
+        const char *content = nullptr;
+    };
+
     const char *name;
-    const char *command;  ///< "%1" stands for the settings' file
-    const char *settings; ///< may be empty
+    const char *command;
+    std::array<File, 2> files; ///< its settings, in the home of the person; not always two
 
     /// Windows fill the screen from edge to edge on this one.
     static const WindowManager openbox;
@@ -26,17 +31,30 @@ struct WindowManager {
 
 // Without decorations a window fills the screen to its edges.
 inline constexpr WindowManager WindowManager::openbox{
-    "openbox", "openbox --sm-disable --config-file %1",
-    R"(<openbox_config xmlns="http://openbox.org/3.4/rc"><applications>
+    "openbox",
+    "openbox --sm-disable",
+    {{{".config/openbox/rc.xml",
+       R"(<openbox_config xmlns="http://openbox.org/3.4/rc"><applications>
 <application class="*"><decor>no</decor><maximized>yes</maximized></application>
-</applications></openbox_config>)"};
+</applications></openbox_config>)"}}}};
 
-inline constexpr WindowManager WindowManager::metacity{"metacity", "metacity --compositor=none",
-                                                       ""};
+inline constexpr WindowManager WindowManager::metacity{
+    "metacity", "metacity --compositor=none", {}};
 
-// i3 takes a file without this comment for one of an older version.
 inline constexpr std::array<WindowManager, 4> WindowManager::all{
-    openbox, WindowManager{"xfwm4", "xfwm4 --compositor=off", ""}, metacity,
-    WindowManager{"i3", "i3 -c %1", "# i3 config file (v4)\nfont pango:monospace 8\n"}};
+    openbox,
+    // With its usual keys and decorations it would take twice as long to start: it asks for
+    // thousands of keys one by one, and looks for each picture in six formats, several times.
+    WindowManager{"xfwm4",
+                  "xfwm4 --compositor=off",
+                  {{{".config/xfce4/xfconf/xfce-perchannel-xml/xfce4-keyboard-shortcuts.xml",
+                     R"(<?xml version="1.0"?><channel name="xfce4-keyboard-shortcuts" version="1.0">
+<property name="xfwm4" type="empty"><property name="custom" type="empty">
+<property name="override" type="bool" value="true"/></property></property></channel>)"},
+                    {".themes/Default/xfwm4/themerc", ""}}}},
+    metacity,
+    // A file without this comment it takes for one of an older version.
+    WindowManager{
+        "i3", "i3", {{{".config/i3/config", "# i3 config file (v4)\nfont pango:monospace 8\n"}}}}};
 
 } // namespace morvane

@@ -13,6 +13,7 @@ class HeldKeysTest : public OverlayFixture, private QAbstractNativeEventFilter {
 protected:
     void startAll() override {
         ASSERT_NO_FATAL_FAILURE(OverlayFixture::startAll());
+        ASSERT_TRUE(display->run({"xset", "r", "rate", "100", "50"}));
         heldKeys = std::make_unique<X11HeldKeys>();
         application->installNativeEventFilter(this);
         panel->windowHandle()->installEventFilter(&heard);
