@@ -62,7 +62,8 @@ HookProcess::HookProcess(Carrier carrier, std::uint16_t port, std::vector<std::s
 }
 
 std::string HookProcess::token() {
-    return std::string(35, 'A') + "-" + std::string(36, '7');
+    const std::string ownPart = std::to_string(getpid());
+    return std::string(35, 'A') + "-" + std::string(36 - ownPart.size(), '7') + ownPart;
 }
 
 std::vector<std::vector<std::string>> HookProcess::shells() {

@@ -31,6 +31,7 @@ public:
     HookProcess(Carrier carrier, std::uint16_t port, std::vector<std::string> shell = {"/bin/sh"},
                 std::string name = "hook.sh");
 
+    /// This test program's own, since it is looked for in the arguments of every process.
     [[nodiscard]] static std::string token();
     /// The shells of this machine that the scripts are written for.
     [[nodiscard]] static std::vector<std::vector<std::string>> shells();

