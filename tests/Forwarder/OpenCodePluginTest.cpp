@@ -6,6 +6,9 @@
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -41,12 +44,15 @@ protected:
     OpenCodePlugin() { environment.insert("PATH", qEnvironmentVariable("PATH")); }
 
     std::unique_ptr<ChildProcess> start(std::uint16_t port, const QByteArray &steps,
-                                        const QByteArray &sessions = "{}") {
+                                        const QByteArray &sessions = "{}",
+                                        const QByteArray &environments = "[{}]") {
         const auto text = ForwarderScripts("0123-abcd", port).renderTemplate("opencode-plugin.js");
         return std::make_unique<ChildProcess>(
             QStringList{"sh", "-c", "exec node \"$0\" \"$1\" 2>&1", PLUGIN_DRIVER,
                         folder.write("morvane.mjs", text->toUtf8())},
-            environment, R"({"sessions": )" + sessions + R"(, "steps": )" + steps + "}");
+            environment,
+            R"({"sessions": )" + sessions + R"(, "steps": )" + steps + R"(, "environments": )" +
+                environments + "}");
     }
 
     static void expectSilence(ChildProcess &process) {
@@ -188,14 +194,18 @@ TEST_F(OpenCodePlugin, SaysWhereItRuns) {
          {"x-zellij-session: main"}},
         {{"TERM_PROGRAM=a\r\nx-hook-event: b", "ZELLIJ_SESSION_NAME=main"},
          {"x-term-program: ax-hook-event: b", "x-zellij-session: main"}}};
-    const QProcessEnvironment before = environment;
+    QJsonArray environments;
     for (const auto &[variables, expected] : cases) {
-        environment = before;
+        QJsonObject one;
         for (const QString &variable : variables) {
-            environment.insert(variable.section('=', 0, 0), variable.section('=', 1));
+            one.insert(variable.section('=', 0, 0), variable.section('=', 1));
         }
-        CapturingListener listener(okAnswer);
-        const auto process = start(listener.port(), wholeTurn);
+        environments.append(one);
+    }
+    CapturingListener listener(okAnswer);
+    const auto process = start(listener.port(), R"([["session.created", {"info": {"id": "s"}}]])",
+                               "{}", QJsonDocument(environments).toJson());
+    for (const auto &[variables, expected] : cases) {
         CapturedRequest request = listener.take();
         EXPECT_EQ(request.requestLine, "POST /event HTTP/1.1");
         EXPECT_EQ(request.headers["x-morvane-token"], "0123-abcd");
@@ -208,8 +218,9 @@ TEST_F(OpenCodePlugin, SaysWhereItRuns) {
         for (std::uint64_t number = 0; identity >> number;)
             ++fields;
         EXPECT_EQ(fields, 3);
-        EXPECT_EQ(process->wait(), 0);
+        EXPECT_EQ(listener.take().headers["x-hook-event"], "session.deleted");
     }
+    EXPECT_EQ(process->wait(), 0);
 }
 
 TEST_F(OpenCodePlugin, SaysNothingToAnotherUser) {

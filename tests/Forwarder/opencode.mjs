@@ -1,10 +1,10 @@
 // Loads a plugin as OpenCode does, and takes it through the steps that stand on the standard input:
-// {"sessions": {ID: SESSION}, "steps": [[HOOK, ARGUMENT...] or [EVENT, PROPERTIES]]}. A session may
-// have "said" something. Says whether the hooks have returned at once, and when the plugin is ready
-// to end.
+// {"sessions": {ID: SESSION}, "steps": [[HOOK, ARGUMENT...] or [EVENT, PROPERTIES]],
+// "environments": [{NAME: VALUE}]}, in each of the environments. A session may have "said" something.
+// Says whether the hooks have returned at once, and when the plugin is ready to end.
 import { readFileSync } from "node:fs";
 
-const { sessions, steps } = JSON.parse(readFileSync(0, "utf8"));
+const { sessions, steps, environments } = JSON.parse(readFileSync(0, "utf8"));
 const { Morvane } = await import(process.argv[2]);
 const message = (said) => ({ info: { role: "assistant" }, parts: [{ type: "text", text: said }] });
 const client = {
@@ -13,19 +13,23 @@ const client = {
         messages: async ({ path }) => ({ data: [message(sessions[path.id].said)] }),
     },
 };
-const hooks = await Morvane({ client, directory: "/projects/asteroids" });
+const inherited = process.env;
+for (const environment of environments) {
+    process.env = { ...inherited, ...environment };
+    const hooks = await Morvane({ client, directory: "/projects/asteroids" });
 
-// Comes after all that can be done without waiting for the world outside.
-let waited = false;
-setImmediate(() => (waited = true));
-for (const [hook, ...given] of steps) {
-    // OpenCode waits for its hooks, but not for those that hear of events.
-    if (hook in hooks) {
-        await hooks[hook](...given);
-    } else {
-        hooks.event({ event: { type: hook, properties: given[0] } });
+    // Comes after all that can be done without waiting for the world outside.
+    let waited = false;
+    setImmediate(() => (waited = true));
+    for (const [hook, ...given] of steps) {
+        // OpenCode waits for its hooks, but not for those that hear of events.
+        if (hook in hooks) {
+            await hooks[hook](...given);
+        } else {
+            hooks.event({ event: { type: hook, properties: given[0] } });
+        }
     }
+    console.log(waited ? "held up" : "told");
+    await hooks.dispose();
+    console.log("over");
 }
-console.log(waited ? "held up" : "told");
-await hooks.dispose();
-console.log("over");
