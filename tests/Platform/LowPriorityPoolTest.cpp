@@ -11,7 +11,6 @@
 #include <future>
 #include <memory>
 #include <sys/resource.h>
-#include <thread>
 #include <unistd.h>
 
 namespace morvane {
@@ -45,17 +44,24 @@ TEST(LowPriorityPool, DoesNotLetOneThatHangsHoldUpTheOthers) {
 }
 
 TEST(LowPriorityPool, WaitsAtItsEndForWhatRunsAndDropsTheRest) {
+    std::promise<void> release;
+    std::shared_future<void> released = release.get_future().share();
     std::atomic<int> begun = 0;
     std::atomic<int> done = 0;
     {
         LowPriorityPool pool;
-        for (int work = 0; work < 100; ++work) {
+        for (int work = 0; work < 10; ++work) {
             pool.run([&] {
                 ++begun;
-                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+                released.wait();
                 ++done;
             });
         }
+        // Those that run go on once this one has been dropped.
+        const auto drop = [&release](void *) { release.set_value(); };
+        pool.run([dropped = std::shared_ptr<void>(nullptr, drop)] {
+            ADD_FAILURE() << "there were others before it";
+        });
         EXPECT_TRUE(waitUntil([&] { return begun > 0; }));
     }
     EXPECT_EQ(begun, done);
@@ -90,9 +96,8 @@ TEST(LowPriorityPool, ReadsTranscriptsWhileTheyChange) {
         "\n";
     const QByteArray lines = line.repeated(5000);
     const QString path = home.write("t.jsonl", lines);
-    std::atomic<bool> ending = false;
-    std::thread agent([&] {
-        while (!ending) {
+    const auto agent = std::async(std::launch::async, [&] {
+        for (int time = 0; time < 100; ++time) {
             QFile file(path);
             file.open(QIODevice::ReadWrite);
             file.resize(7);
@@ -102,24 +107,28 @@ TEST(LowPriorityPool, ReadsTranscriptsWhileTheyChange) {
 
     // Each read tells the model or, from what was left of the file just then, nothing.
     QObject owner;
-    int reads = 0;
-    const auto use = [&](const TranscriptInfo &info) {
-        EXPECT_EQ(info.model.value_or("a"), "a");
-        EXPECT_EQ(info.contextTokens.value_or(5), 5);
-        reads += info.model ? 1 : 0;
+    TranscriptInfo last;
+    const auto read = [&] {
+        pool.compute(
+            [path] { return TranscriptReader::readTail(path, ClaudeTranscript::takeLine); },
+            scheduler, &owner,
+            [&](const TranscriptInfo &info) {
+                EXPECT_EQ(info.model.value_or("a"), "a");
+                EXPECT_EQ(info.contextTokens.value_or(5), 5);
+                last = info;
+            });
     };
     EXPECT_TRUE(waitUntil([&] {
-        for (int read = 0; read < 8; ++read) {
-            pool.compute(
-                [path] { return TranscriptReader::readTail(path, ClaudeTranscript::takeLine); },
-                scheduler, &owner, use);
-        }
+        read();
         scheduler.runPosted();
-        return reads > 50;
+        return agent.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
     }));
-    ending = true;
-    agent.join();
-    scheduler.runPosted();
+    last = {};
+    read();
+    EXPECT_TRUE(waitUntil([&] {
+        scheduler.runPosted();
+        return last.model.has_value();
+    }));
 }
 
 } // namespace
