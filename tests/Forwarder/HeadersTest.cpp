@@ -163,6 +163,7 @@ TEST(Program, IsThatOfTheAncestorThatIsNoShellOfTheHook) {
         {"node", "cli.js", "cli.js"},    {"node", "errand.js", "errand.js"},
         {"claude", "gone.js", "claude"}, {"node", "gone.js", "gone.js"},
         {"x\nx-evil: 1", "cli.js", ""},  {"gr\xc3", "cli.js", ""}};
+    const fs::path before = fs::current_path();
     for (const Carrier carrier : {Carrier::Client, Carrier::Curl}) {
         CapturingListener listener(response("200 OK", ""));
         const HookProcess hook(carrier, listener.port());
@@ -190,7 +191,7 @@ TEST(Program, IsThatOfTheAncestorThatIsNoShellOfTheHook) {
                 EXPECT_FALSE(headers.contains("x-morvane-program"));
             }
         }
-        fs::current_path("/");
+        fs::current_path(before);
     }
 }
 

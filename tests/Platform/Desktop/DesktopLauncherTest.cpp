@@ -77,6 +77,7 @@ TEST_F(DesktopLauncherTest, StartsAnApplicationThatHasNothingOfOurs) {
                QString::number(qulonglong(low.rlim_cur)) + "\nunset\n")
                   .toStdString());
     ::close(leak);
+    ::setrlimit(RLIMIT_NOFILE, &limit);
 }
 
 TEST_F(DesktopLauncherTest, LeavesAloneWhatItCannotStart) {
