@@ -25,4 +25,4 @@ target_compile_definitions(screen_tests PRIVATE
   FIND_ACCESSIBLE="$<TARGET_FILE:find_accessible>"
 )
 add_dependencies(screen_tests morvane notched_morvane find_accessible)
-gtest_discover_tests(screen_tests ${fewer_managers} PROPERTIES TIMEOUT 300 LABELS screen)
+discover_tests(screen_tests ${fewer_managers} PROPERTIES TIMEOUT 300 LABELS screen)

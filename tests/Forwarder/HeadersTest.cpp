@@ -128,7 +128,13 @@ TEST_P(EveryShell, TellsTheTerminalFromItsEnvironment) {
 
 INSTANTIATE_TEST_SUITE_P(, EveryShell,
                          testing::Combine(testing::ValuesIn(HookProcess::shells()),
-                                          testing::Values(Carrier::Client, Carrier::Curl)));
+                                          testing::Values(Carrier::Client, Carrier::Curl)),
+                         [](const auto &info) {
+                             const std::filesystem::path shell(std::get<0>(info.param).front());
+                             const Carrier carrier = std::get<1>(info.param);
+                             return shell.filename().string() +
+                                    (carrier == Carrier::Client ? "Client" : "Curl");
+                         });
 
 // Agents cut their hooks off from the terminal, and a program's name may look like the fields
 // behind it.

@@ -6,32 +6,20 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <tuple>
 
 namespace morvane {
 namespace {
 
-/// The size of a pixel in points, the scale of the screen, and where the view stands.
-class PixelFrameViewTest : public testing::TestWithParam<std::tuple<double, double, int>> {
-protected:
-    double pixelSize() const { return std::get<0>(GetParam()); }
-    double ratio() const { return std::get<1>(GetParam()); }
+QImage drawn(const PixelFrame &frame, double pixelSize, double ratio) {
+    PixelFrameView view(pixelSize, nullptr);
+    view.setFrame(frame, Qt::red);
+    view.resize(view.sizeHint());
+    return scaledImage(view, ratio);
+}
 
-    /// The view within another one, whose other parts stay empty.
-    QImage draw(const PixelFrame &frame) const {
-        QWidget window;
-        auto *view = new PixelFrameView(pixelSize(), &window);
-        view->setFrame(frame, Qt::red);
-        const int place = std::get<2>(GetParam());
-        view->setGeometry(QRect(QPoint(place, place), view->sizeHint()));
-        window.resize(50, 50);
-        return scaledImage(window, ratio());
-    }
-};
-
-TEST_P(PixelFrameViewTest, FillsItsPlaceAndIsItsOwnMirrorImage) {
-    QImage image = draw(PixelArt::alienA());
-    // But for the light of the gaps, which are all on one side of their cells.
+/// That the picture fills this square, and is its own mirror image but for the light of the gaps,
+/// which are all on one side of their cells.
+void expectMirrorImage(QImage image, double side, double start) {
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x) {
             if (image.pixelColor(x, y).alpha() < 250) {
@@ -40,26 +28,29 @@ TEST_P(PixelFrameViewTest, FillsItsPlaceAndIsItsOwnMirrorImage) {
         }
     }
     const QRect painted = paintedPart(image);
-    const double side = 8 * pixelSize() * ratio();
     EXPECT_LE(painted.width(), side);
     EXPECT_GE(std::min(painted.width(), painted.height()), side - 3);
-    const double start = std::get<2>(GetParam()) * ratio();
     EXPECT_NEAR(painted.left(), start, 1.5);
     EXPECT_NEAR(painted.top(), start, 1.5);
     const QImage picture = image.copy(painted);
     EXPECT_EQ(picture, picture.mirrored(true, false));
 }
 
-INSTANTIATE_TEST_SUITE_P(AtAnyScale, PixelFrameViewTest,
-                         testing::Combine(testing::Values(2, 2.5, 3),
-                                          testing::Values(1, 1.25, 1.5, 2),
-                                          testing::Values(0, 13)));
-
-QImage drawn(const PixelFrame &frame, double pixelSize, double ratio) {
-    PixelFrameView view(pixelSize, nullptr);
-    view.setFrame(frame, Qt::red);
-    view.resize(view.sizeHint());
-    return scaledImage(view, ratio);
+TEST(PixelFrameView, FillsItsPlaceAndIsItsOwnMirrorImage) {
+    for (const double pixelSize : {2.0, 2.5, 3.0}) {
+        for (const double ratio : {1.0, 1.25, 1.5, 2.0}) {
+            for (const int place : {0, 13}) {
+                SCOPED_TRACE(testing::Message() << pixelSize << ' ' << ratio << ' ' << place);
+                // Within a window whose other parts stay empty.
+                QWidget window;
+                auto *view = new PixelFrameView(pixelSize, &window);
+                view->setFrame(PixelArt::alienA(), Qt::red);
+                view->setGeometry(QRect(QPoint(place, place), view->sizeHint()));
+                window.resize(50, 50);
+                expectMirrorImage(scaledImage(window, ratio), 8 * pixelSize * ratio, place * ratio);
+            }
+        }
+    }
 }
 
 TEST(PixelFrameView, HasOneWeightAtEveryScale) {
