@@ -1,16 +1,15 @@
 #include "Core/Adapters/AgentRegistry.h"
 #include "Support/ServerFixture.h"
 
-#include <nlohmann/json.hpp>
-
 namespace morvane {
 namespace {
 
 using DecisionRelayTest = ServerFixture;
-using nlohmann::json;
 
-json decisionIn(const std::string &answer) {
-    return json::parse(httpBody(answer), nullptr, false)["hookSpecificOutput"]["decision"];
+/// What the agent is told.
+std::string decision(const std::string &behavior) {
+    return R"({"hookSpecificOutput":{"decision":{"behavior":")" + behavior +
+           R"("},"hookEventName":"PermissionRequest"}})";
 }
 
 TEST_F(DecisionRelayTest, LetsTheHookGoAfterAMinuteOfSilence) {
@@ -32,7 +31,7 @@ TEST_F(DecisionRelayTest, TheFirstAnswerWins) {
     scheduler.advance(Seconds(60));
     server->resolve("unknown", AgentDecision::allow());
     const std::string answer = client.receiveAll();
-    EXPECT_EQ(decisionIn(answer), (json{{"behavior", "deny"}}));
+    EXPECT_EQ(httpBody(answer), decision("deny"));
     EXPECT_NE(answer.find("Content-Type: application/json\r\n"), std::string::npos);
     releaseAll();
     EXPECT_TRUE(expired.empty());
@@ -55,7 +54,7 @@ TEST_F(DecisionRelayTest, ARetryTakesTheOlderRequestsPlace) {
     EXPECT_EQ(older.receiveAll(), okAnswer);
     older.hangUp();
     server->resolve("same", AgentDecision::allow());
-    EXPECT_EQ(decisionIn(newer.receiveAll()), (json{{"behavior", "allow"}}));
+    EXPECT_EQ(httpBody(newer.receiveAll()), decision("allow"));
     releaseAll();
     EXPECT_TRUE(expired.empty());
 }
@@ -75,9 +74,9 @@ TEST_F(DecisionRelayTest, AnswersTheSessionThatItWasGivenFor) {
         EXPECT_NE(events[0].decisionID, events[1].decisionID);
         // Not in the order in which they came.
         server->resolve(*events[1].decisionID, AgentDecision::deny());
-        EXPECT_EQ(decisionIn(second.receiveAll()), (json{{"behavior", "deny"}}));
+        EXPECT_EQ(httpBody(second.receiveAll()), decision("deny"));
         server->resolve(*events[0].decisionID, AgentDecision::allow());
-        EXPECT_EQ(decisionIn(first.receiveAll()), (json{{"behavior", "allow"}}));
+        EXPECT_EQ(httpBody(first.receiveAll()), decision("allow"));
     }
     releaseAll();
     EXPECT_TRUE(expired.empty());
@@ -94,7 +93,7 @@ TEST_F(DecisionRelayTest, AnswersOnlyWhatThePersonCanHaveSeen) {
         return events.size() == 2;
     }));
     server->resolve("call_1", AgentDecision::deny());
-    EXPECT_EQ(decisionIn(unseen.receiveAll()), (json{{"behavior", "deny"}}));
+    EXPECT_EQ(httpBody(unseen.receiveAll()), decision("deny"));
 }
 
 TEST(DecisionRelay, TellsAtOnceOfAHookThatCannotBeWatched) {
