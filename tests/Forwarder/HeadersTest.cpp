@@ -3,7 +3,6 @@
 
 #include <array>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <pty.h>
 #include <sys/wait.h>

@@ -2,10 +2,7 @@
 #include "HookProcess.h"
 #include "Support/TemporaryHome.h"
 
-#include <gtest/gtest.h>
-
 #include <chrono>
-#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <sstream>

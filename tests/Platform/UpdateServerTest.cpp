@@ -1,4 +1,3 @@
-#include "Core/Shell/UpdateManager.h"
 #include "Platform/Linux/BoundedTools.h"
 #include "Platform/Linux/LoadedHttpsClient.h"
 #include "Platform/LoopbackServer.h"

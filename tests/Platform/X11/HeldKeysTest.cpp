@@ -1,7 +1,6 @@
 #include "Platform/Linux/X11/X11HeldKeys.h"
 #include "Platform/X11/OverlayFixture.h"
 
-#include <QAbstractNativeEventFilter>
 #include <QMenu>
 #include <QWindow>
 
