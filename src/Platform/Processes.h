@@ -44,8 +44,9 @@ public:
     virtual Task whenEnded(const ProcessIdentity &process, std::function<void()> ended) = 0;
 
     /// The working directory of each process of this user that runs a program of this name, or
-    /// interprets it as a script; none where the machine doesn't tell. Reads many small files; safe
-    /// from any thread.
+    /// interprets it as a script; without those that such a process has started itself. None where
+    /// the machine doesn't tell, or not of all of them. Reads many small files; safe from any
+    /// thread.
     virtual std::optional<QStringList> workingDirectories(const QString &program) const = 0;
 
     /// The number of the process of this user that takes connections at this local socket, 0 where

@@ -203,9 +203,40 @@ TEST_F(LinuxProcessesTest, TellsWhatItWasStartedWithAndThatItIsStopped) {
 }
 
 TEST_F(LinuxProcessesTest, FindsWhereAProgramRuns) {
-    const auto found = processes.workingDirectories(name);
-    EXPECT_EQ(found, QStringList{QFileInfo(folder.path()).canonicalFilePath()});
+    const QString here = QFileInfo(folder.path()).canonicalFilePath();
+    EXPECT_EQ(processes.workingDirectories(name), QStringList{here});
     EXPECT_EQ(processes.workingDirectories("my"), QStringList());
+
+    // One that starts its namesake, as a script does for its native program, is one.
+    const QTemporaryDir other;
+    const QString starter = other.filePath(name);
+    QFile::copy(QFileInfo("/bin/sh").canonicalFilePath(), starter);
+    QProcess twice;
+    twice.setWorkingDirectory(other.path());
+    twice.start(starter, {"-c", R"("$0" -c 'echo there; read line'; :)", starter});
+    EXPECT_TRUE(becomesTrue([&] { return twice.canReadLine(); }));
+    auto found = processes.workingDirectories(name).value_or(QStringList());
+    found.sort();
+    QStringList expected{here, QFileInfo(other.path()).canonicalFilePath()};
+    expected.sort();
+    EXPECT_EQ(found, expected);
+    twice.closeWriteChannel();
+    twice.waitForFinished();
+}
+
+TEST_F(LinuxProcessesTest, DoesntTellWhereAProgramRunsThatDoesntLetItselfBeLookedInto) {
+    if (::geteuid() == 0) {
+        GTEST_SKIP() << "needs a user who may not look into everything";
+    }
+    const QString closed = name + " closed";
+    QFile::copy(QFileInfo("/bin/sleep").canonicalFilePath(), folder.filePath(closed));
+    QFile::setPermissions(folder.filePath(closed), QFile::ExeOwner);
+    QProcess process;
+    process.start(folder.filePath(closed), {"600"});
+    process.waitForStarted();
+    EXPECT_EQ(processes.workingDirectories(closed), std::nullopt);
+    process.kill();
+    process.waitForFinished();
 }
 
 } // namespace

@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <iterator>
 #include <linux/openat2.h>
 #include <memory>
 #include <sys/socket.h>
@@ -68,12 +69,23 @@ bool isSameFile(const QString &path, const QString &other) {
            status.st_dev == otherStatus.st_dev && status.st_ino == otherStatus.st_ino;
 }
 
+/// Those that /proc/ID/status has behind a name; empty for a process that isn't there.
+QList<QByteArray> statusNumbers(std::int64_t id, const QByteArray &name) {
+    const QByteArray status = contents(procPath(id, "status"), longestStatus);
+    const qsizetype begin = status.indexOf('\n' + name + ":\t") + 1;
+    return begin > 0 ? status.mid(begin, status.indexOf('\n', begin) - begin).split('\t').mid(1)
+                     : QList<QByteArray>();
+}
+
 /// The number that the process has there: the last in the line, which begins with that of here.
 std::int64_t innermostNumber(std::int64_t id) {
-    const QByteArray status = contents(procPath(id, "status"), longestStatus);
-    const qsizetype begin = status.indexOf("\nNSpid:") + 1;
-    const QByteArray line = status.mid(begin, status.indexOf('\n', begin) - begin);
-    return line.mid(line.lastIndexOf('\t') + 1).toLongLong();
+    const QList<QByteArray> numbers = statusNumbers(id, "NSpid");
+    return numbers.isEmpty() ? 0 : numbers.last().toLongLong();
+}
+
+/// Not by the owner of /proc/ID, who is root where a program doesn't let itself be looked into.
+bool isOurs(std::int64_t id) {
+    return statusNumbers(id, "Uid").value(0) == QByteArray::number(::getuid());
 }
 
 /// Waits for a pidfd, which becomes readable when its process has ended.
@@ -199,17 +211,23 @@ std::optional<QStringList> LinuxProcesses::workingDirectories(const QString &pro
     if (numbers.empty()) {
         return std::nullopt;
     }
+    std::vector<std::int64_t> running;
+    std::ranges::copy_if(numbers, std::back_inserter(running), [&](std::int64_t id) {
+        return runs(contents(procPath(id, "cmdline"), longestCommandLine), program.toUtf8()) &&
+               isOurs(id);
+    });
     QStringList result;
-    for (const std::int64_t id : numbers) {
-        struct stat owner {};
-        if (::stat(QFile::encodeName(procPath(id, "")).constData(), &owner) != 0 ||
-            owner.st_uid != ::getuid() ||
-            !runs(contents(procPath(id, "cmdline"), longestCommandLine), program.toUtf8())) {
+    for (const std::int64_t id : running) {
+        // Many a program is a script that starts a native one of the same name.
+        const auto status = ProcessStatus::of(id);
+        if (!status || std::ranges::find(running, status->parent) != running.end()) {
             continue;
         }
         const QString folder = QFile::symLinkTarget(procPath(id, "cwd"));
         if (!folder.isEmpty()) {
             result.append(folder);
+        } else if (ProcessStatus::of(id)) {
+            return std::nullopt; // it doesn't let itself be looked into
         }
     }
     return result;
