@@ -175,7 +175,7 @@ Task LinuxProcesses::whenEnded(const ProcessIdentity &process, std::function<voi
         return errno == ESRCH ? m_scheduler.after(Seconds(0), std::move(ended)) : Task();
     }
     // With the descriptor open the number can't become another's any more.
-    const auto present = identityOf(process.id);
+    const auto present = ProcessStatus::of(process.id);
     if (present && present->startedAt != process.startedAt) {
         ::close(descriptor);
         return m_scheduler.after(Seconds(0), std::move(ended));
