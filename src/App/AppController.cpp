@@ -45,7 +45,7 @@ AppController::AppController(MorvaneSettings &settings, const PlatformServices &
             [this](const QString &sessionID) { m_agentProcesses.forget(sessionID); });
     connect(&m_connections, &AgentConnections::statusChanged, this, [this] {
         m_launchAtLogin = m_platform.loginItem->isEnabled();
-        m_canFocusWindows = m_platform.windows->canFocusWindows();
+        m_canFocusWindows = m_platform.hostWindows->canFocusWindows();
         m_panelKeys.retry();
     });
     connect(&m_settings, &MorvaneSettings::changed, this,

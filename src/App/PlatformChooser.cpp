@@ -30,7 +30,6 @@
 #include "Platform/Linux/X11/X11HotKeys.h"
 #include "Platform/Linux/X11/X11OverlayWindows.h"
 #include "Platform/Linux/X11/X11PointerMonitor.h"
-#include "Platform/Linux/X11/X11WindowControl.h"
 #include "Platform/Linux/X11/X11WindowSystem.h"
 #include "Platform/NoScripting.h"
 
@@ -114,7 +113,6 @@ PlatformServices choosePlatform(std::function<void()> endAsItIs) {
             platform.hotKeys = std::make_unique<X11HotKeys>(*x11);
         }
         platform.foreground = std::make_unique<ActiveWindow>(*x11);
-        platform.windows = std::make_unique<X11WindowControl>(*x11);
         platform.hostWindows = std::make_unique<DesktopHostWindows>(
             std::move(windows.all), QDBusConnection::sessionBus(), *platform.background,
             *platform.scheduler);

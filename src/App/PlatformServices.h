@@ -50,7 +50,6 @@ struct PlatformServices {
     std::unique_ptr<PointerMonitor> pointer = std::make_unique<NoScreen::NullPointerMonitor>();
     std::unique_ptr<ForegroundApplication> foreground = std::make_unique<ForegroundApplication>();
     std::unique_ptr<HotKeys> hotKeys = std::make_unique<NoScreen::NullHotKeys>();
-    std::unique_ptr<WindowControl> windows = std::make_unique<NoScreen::NullWindowControl>();
     std::unique_ptr<HostWindows> hostWindows = std::make_unique<NoScreen::NullHostWindows>();
     std::unique_ptr<StatusItemHost> statusItemHost =
         std::make_unique<NoScreen::NullStatusItemHost>();

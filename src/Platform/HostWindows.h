@@ -35,6 +35,9 @@ public:
     HostWindows &operator=(const HostWindows &) = delete;
     virtual ~HostWindows() = default;
 
+    /// True when the desktop lets this program give the focus to another program's window.
+    virtual bool canFocusWindows() const = 0;
+
     using Found = std::function<void(const QList<HostWindow> &)>;
 
     /// What has become of a terminal that was to be shown.

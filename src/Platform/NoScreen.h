@@ -8,7 +8,6 @@
 #include "Platform/OverlayWindows.h"
 #include "Platform/PointerMonitor.h"
 #include "Platform/StatusItemHost.h"
-#include "Platform/WindowControl.h"
 
 #include <QObject>
 
@@ -45,13 +44,9 @@ public:
     void retry() override {}
 };
 
-class NullWindowControl : public WindowControl {
-public:
-    bool canFocusWindows() const override { return false; }
-};
-
 class NullHostWindows : public HostWindows {
 public:
+    bool canFocusWindows() const override { return false; }
     void find(const QString &, Found found) override {
         later([found = std::move(found)] { found({}); });
     }

@@ -13,17 +13,12 @@ namespace {
 constexpr QSize settingsSize(600, 660);
 constexpr int margin = 14; ///< around a group of the settings
 
-/// As most window managers do.
-class LettingWindowControl : public WindowControl {
-public:
-    bool canFocusWindows() const override { return true; }
-};
-
 } // namespace
 
 WindowStage::WindowStage() {
     addFakeScreen(m_platform);
-    m_platform.windows = std::make_unique<LettingWindowControl>();
+    // As most window managers do.
+    static_cast<FakeHostWindows &>(*m_platform.hostWindows).letsFocus = true;
 }
 
 void WindowStage::installAgents() {

@@ -71,6 +71,7 @@ INSTANTIATE_TEST_SUITE_P(Under, ManagedHostWindowsTest, testing::ValuesIn(Window
                          [](const auto &info) { return info.param.name; });
 
 TEST_P(ManagedHostWindowsTest, TheWindowThatIsMeantComesForwardFromWhereverItIs) {
+    EXPECT_TRUE(windows->canFocusWindows());
     const QList<HostWindow> found = find("xterm");
     ASSERT_EQ(found.size(), 2);
     EXPECT_TRUE(find("io.alacritty").isEmpty());
@@ -126,6 +127,23 @@ TEST_F(HostWindowsTest, ATerminalThatHasNoWindowOfItsOwnIsNotShown) {
     second.show();
     EXPECT_TRUE(becomesTrue([&] { return show(tty) == Showing::amongSeveral; }));
     login->kill(); // by itself it gives its child two seconds to end
+}
+
+/// Which the server of this display says it is by the name of its output.
+class XwaylandTest : public OnX11<QGuiApplication> {
+protected:
+    XwaylandTest() : OnX11(WindowManager::openbox) {}
+
+    void startAll() override {
+        display->setMonitor("XWAYLAND0", {0, 0, 1280, 800});
+        ASSERT_NO_FATAL_FAILURE(startApplication());
+    }
+};
+
+TEST_F(XwaylandTest, ItsWindowManagerHasNothingToDoWithMostWindows) {
+    EventLoopScheduler scheduler;
+    ASSERT_TRUE(x11->isXwayland());
+    EXPECT_FALSE(X11WindowSystem(*x11, scheduler).canFocusWindows());
 }
 
 } // namespace

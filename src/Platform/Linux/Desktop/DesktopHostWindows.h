@@ -21,6 +21,7 @@ public:
     DesktopHostWindows(std::unique_ptr<WindowSystem> windows, const QDBusConnection &bus,
                        BackgroundPool &pool, Scheduler &scheduler);
 
+    bool canFocusWindows() const override { return m_windows->canFocusWindows(); }
     void find(const QString &bundleID, Found found) override;
     void activate(const HostWindow &window) override;
     void launch(const QString &bundleID) override;

@@ -29,6 +29,9 @@ public:
     WindowSystem &operator=(const WindowSystem &) = delete;
     virtual ~WindowSystem() = default;
 
+    /// True when the desktop lets this program give the focus to another program's window.
+    virtual bool canFocusWindows() const { return true; }
+
     using Listed = std::function<void(const QList<Window> &)>;
 
     /// The windows of all desktops, minimised ones too, from the front to the back. None where they

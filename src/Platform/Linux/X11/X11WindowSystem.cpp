@@ -105,6 +105,17 @@ X11WindowSystem::X11WindowSystem(X11Connection &x11, Scheduler &scheduler)
                      });
 }
 
+/// A window manager that was killed leaves its list behind, but not the window by which it tells
+/// that it is there. That of a Wayland desktop has nothing to do with most windows here.
+bool X11WindowSystem::canFocusWindows() const {
+    const QByteArray check("_NET_SUPPORTING_WM_CHECK");
+    const auto manager = m_x11.property(m_x11.root(), check, XCB_ATOM_WINDOW);
+    return !m_x11.isXwayland() && !manager.isEmpty() &&
+           m_x11.property(manager.first(), check, XCB_ATOM_WINDOW) == manager &&
+           m_x11.property(m_x11.root(), "_NET_SUPPORTED", XCB_ATOM_ATOM)
+               .contains(m_x11.atom("_NET_ACTIVE_WINDOW"));
+}
+
 void X11WindowSystem::list(Listed listed) {
     QMetaObject::invokeMethod(
         &m_context, [this, listed = std::move(listed)] { listed(windows()); },

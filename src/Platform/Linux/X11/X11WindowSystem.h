@@ -12,12 +12,13 @@ namespace morvane {
 class Scheduler;
 class X11Connection;
 
-/// The windows that the window manager tells of. Owned by the application; the connection and the
-/// scheduler must outlive it.
+/// The windows that the window manager tells of; of a Wayland desktop only those of XWayland. Owned
+/// by the application; the connection and the scheduler must outlive it.
 class X11WindowSystem : public WindowSystem {
 public:
     X11WindowSystem(X11Connection &x11, Scheduler &scheduler);
 
+    bool canFocusWindows() const override;
     /// The id of a window is its number.
     void list(Listed listed) override;
     void activate(const QString &id) override;
