@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cstdlib>
 #include <future>
 #include <memory>
 #include <sys/resource.h>
@@ -19,7 +20,7 @@ namespace {
 TEST(LowPriorityPool, RunsEverythingAndGivesWay) {
     std::atomic<int> done = 0;
     std::atomic<int> eager = 0;
-    LowPriorityPool pool;
+    LowPriorityPool pool(&std::abort);
     for (int work = 0; work < 1000; ++work) {
         pool.run([&] {
             eager += ::getpriority(PRIO_PROCESS, static_cast<id_t>(::gettid())) < 10 ? 1 : 0;
@@ -34,7 +35,7 @@ TEST(LowPriorityPool, DoesNotLetOneThatHangsHoldUpTheOthers) {
     std::promise<void> release;
     std::shared_future<void> released = release.get_future().share();
     std::atomic<int> done = 0;
-    LowPriorityPool pool;
+    LowPriorityPool pool(&std::abort);
     pool.run([&] { released.wait(); });
     for (int work = 0; work < 10; ++work) {
         pool.run([&] { ++done; });
@@ -49,7 +50,7 @@ TEST(LowPriorityPool, WaitsAtItsEndForWhatRunsAndDropsTheRest) {
     std::atomic<int> begun = 0;
     std::atomic<int> done = 0;
     {
-        LowPriorityPool pool;
+        LowPriorityPool pool(&std::abort);
         for (int work = 0; work < 10; ++work) {
             pool.run([&] {
                 ++begun;
@@ -67,9 +68,21 @@ TEST(LowPriorityPool, WaitsAtItsEndForWhatRunsAndDropsTheRest) {
     EXPECT_EQ(begun, done);
 }
 
+TEST(LowPriorityPool, GivesUpOnWhatDoesNotEnd) {
+    std::promise<void> begun;
+    std::promise<void> givenUp;
+    const std::shared_future<void> end = givenUp.get_future().share();
+    LowPriorityPool pool([&] { givenUp.set_value(); }, std::chrono::milliseconds(0));
+    pool.run([&begun, end] {
+        begun.set_value();
+        end.wait(); // for ever, if it isn't given up
+    });
+    begun.get_future().wait();
+}
+
 TEST(LowPriorityPool, HandsResultsToAnOwnerThatIsStillThere) {
     ManualScheduler scheduler;
-    LowPriorityPool pool;
+    LowPriorityPool pool(&std::abort);
     QObject owner;
     auto goner = std::make_unique<QObject>();
     int sum = 0;
@@ -90,7 +103,7 @@ TEST(LowPriorityPool, HandsResultsToAnOwnerThatIsStillThere) {
 TEST(LowPriorityPool, ReadsTranscriptsWhileTheyChange) {
     const TemporaryHome home;
     ManualScheduler scheduler;
-    LowPriorityPool pool;
+    LowPriorityPool pool(&std::abort);
     const QByteArray line =
         R"({"type":"assistant","message":{"model":"claude-a","usage":{"input_tokens":5}}})"
         "\n";

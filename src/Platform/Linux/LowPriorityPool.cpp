@@ -1,6 +1,5 @@
 #include "Platform/Linux/LowPriorityPool.h"
 
-#include <chrono>
 #include <sys/resource.h>
 #include <system_error>
 #include <unistd.h>
@@ -13,7 +12,6 @@ namespace {
 constexpr std::size_t maxThreads = 4;
 
 constexpr int niceness = 10;
-constexpr std::chrono::seconds patience(1);
 
 } // namespace
 
@@ -22,7 +20,7 @@ LowPriorityPool::~LowPriorityPool() {
     m_ending = true;
     m_waiting.clear();
     m_changed.notify_all();
-    if (!m_changed.wait_for(lock, patience, [this] { return m_running == 0; })) {
+    if (!m_changed.wait_for(lock, m_patience, [this] { return m_running == 0; })) {
         // Nothing brings a thread back from a call that doesn't return, and as long as it is there
         // the program can't be started again.
         m_giveUp();

@@ -2,8 +2,8 @@
 
 #include "Platform/BackgroundPool.h"
 
+#include <chrono>
 #include <condition_variable>
-#include <cstdlib>
 #include <deque>
 #include <functional>
 #include <mutex>
@@ -19,10 +19,11 @@ namespace morvane {
 /// drops what has not begun and gives what runs a second.
 class LowPriorityPool : public BackgroundPool {
 public:
-    /// Where something still runs after that second, `giveUp` is called, which is to end the
-    /// process as it is. When it returns, what runs is waited for.
-    explicit LowPriorityPool(std::function<void()> giveUp = [] { std::_Exit(EXIT_SUCCESS); })
-        : m_giveUp(std::move(giveUp)) {}
+    /// Where something still runs when the patience is over, `giveUp` is called, which is to end
+    /// the process as it is. When it returns, what runs is waited for.
+    explicit LowPriorityPool(std::function<void()> giveUp,
+                             std::chrono::milliseconds patience = std::chrono::seconds(1))
+        : m_giveUp(std::move(giveUp)), m_patience(patience) {}
     ~LowPriorityPool() override;
 
     void run(std::function<void()> work) override;
@@ -32,6 +33,7 @@ private:
     void runThread();
 
     const std::function<void()> m_giveUp;
+    const std::chrono::milliseconds m_patience;
     std::mutex m_mutex;
     std::condition_variable m_changed;
     std::deque<std::function<void()>> m_waiting;
