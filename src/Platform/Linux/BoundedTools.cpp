@@ -77,9 +77,9 @@ pid_t start(const Tools::Command &command, int output) {
 /// A program that has been started; it goes away by itself when that has ended.
 class BoundedTools::Child : public QObject {
 public:
-    Child(pid_t id, Descriptor output, Scheduler &scheduler, Finished finished, QObject *parent)
-        : QObject(parent), m_id(id), m_output(std::move(output)),
-          m_process(static_cast<int>(::syscall(SYS_pidfd_open, id, 0U))),
+    Child(pid_t id, Descriptor output, Descriptor process, Scheduler &scheduler, Finished finished,
+          QObject *parent)
+        : QObject(parent), m_id(id), m_output(std::move(output)), m_process(std::move(process)),
           m_outputNotifier(m_output.number(), QSocketNotifier::Read),
           m_endNotifier(m_process.number(), QSocketNotifier::Read), m_finished(std::move(finished)),
           m_limit(scheduler.after(limit, [this] { giveUp(); })) {
@@ -157,9 +157,15 @@ void BoundedTools::run(const Command &command, Finished finished) {
     Descriptor output(ends[0]);
     const Descriptor input(ends[1]);
     const pid_t id = hasPipe ? start(command, input.number()) : 0;
-    if (id != 0) {
-        new Child(id, std::move(output), m_scheduler, std::move(finished), this);
+    Descriptor process(id != 0 ? static_cast<int>(::syscall(SYS_pidfd_open, id, 0U)) : -1);
+    if (process.number() >= 0) {
+        new Child(id, std::move(output), std::move(process), m_scheduler, std::move(finished),
+                  this);
     } else {
+        if (id != 0) {
+            ::kill(-id, SIGKILL);
+            ::waitpid(id, nullptr, 0);
+        }
         QMetaObject::invokeMethod(
             this, [finished = std::move(finished)] { finished(std::nullopt); },
             Qt::QueuedConnection);
