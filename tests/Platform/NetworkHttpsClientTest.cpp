@@ -113,6 +113,29 @@ TEST_F(NetworkHttpsClientTest, TrustsOnlyAServerThatTheMachineKnows) {
     EXPECT_TRUE(asked.contains("Bearer token"));
 }
 
+TEST_F(NetworkHttpsClientTest, GoesToEachServerByTheProxyThatTheDesktopHasForIt) {
+    QTcpServer server;
+    QTcpServer proxy;
+    QByteArray askedOfProxy;
+    const auto answer = [](const QByteArray &) { return http("200 OK", "{}"); };
+    serve(server, asked, answer);
+    serve(proxy, askedOfProxy, answer);
+    home.set("http_proxy", urlOf(proxy, "/", "http").toString());
+    home.set("no_proxy", "127.0.0.1");
+    int answers = 0;
+    const auto count = [&](const auto &answered) { answers += answered ? 1 : 0; };
+    const Task direct = client->send({urlOf(server, "/ours", "http"), {}, "words\r\n\r\n"}, count);
+    const Task indirect = client->send({QUrl("http://elsewhere.invalid/"), {}}, count);
+    EXPECT_TRUE(becomesTrue([&] {
+        background.runAll();
+        scheduler.runPosted();
+        return answers == 2;
+    }));
+    EXPECT_TRUE(asked.startsWith("POST /ours "));
+    EXPECT_TRUE(askedOfProxy.startsWith("GET http://elsewhere.invalid/ "));
+    EXPECT_FALSE(askedOfProxy.contains("words"));
+}
+
 /// An upgrade has put another one in its place, or taken it away.
 TEST_F(NetworkHttpsClientTest, HasNoAnswerWithoutTheLibraryOfItsBuild) {
     for (const char *library : {"/nowhere/network.so", "libc.so.6"}) {

@@ -34,11 +34,10 @@ public:
     Transfer(const HttpsRequest &request, HttpsClient::Finished finished)
         : m_request(request), m_finished(std::move(finished)) {}
 
-    void start(QNetworkAccessManager &manager, const QNetworkProxy &proxy) {
+    void start(QNetworkAccessManager &manager) {
         if (!m_finished) {
             return;
         }
-        manager.setProxy(proxy);
         const QNetworkRequest request = networkRequest(m_request);
         m_reply = m_request.body ? manager.post(request, *m_request.body) : manager.get(request);
         m_reply->setParent(this);
@@ -99,6 +98,17 @@ private:
 
 } // namespace
 
+/// Those that the pool has found out. A manager asks for one when it comes to begin a request,
+/// which may be when the next one has been given to it.
+class NetworkHttpsClient::FoundProxies : public QNetworkProxyFactory {
+public:
+    QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery &query) override {
+        return {byAddress.value(query.url(), QNetworkProxy::NoProxy)};
+    }
+
+    QHash<QUrl, QNetworkProxy> byAddress;
+};
+
 NetworkHttpsClient::NetworkHttpsClient(Scheduler &scheduler, BackgroundPool &background)
     : m_scheduler(scheduler), m_background(background) {}
 
@@ -106,6 +116,8 @@ QNetworkAccessManager &NetworkHttpsClient::manager() {
     if (!m_manager) {
         m_manager.emplace();
         m_manager->setRedirectPolicy(QNetworkRequest::ManualRedirectPolicy);
+        m_proxies = new FoundProxies;
+        m_manager->setProxyFactory(m_proxies);
     }
     return *m_manager;
 }
@@ -118,8 +130,10 @@ Task NetworkHttpsClient::send(const HttpsRequest &request, Finished finished) {
             return QNetworkProxyFactory::systemProxyForQuery(QNetworkProxyQuery(url));
         },
         m_scheduler, transfer,
-        [this, transfer](const QList<QNetworkProxy> &proxies) {
-            transfer->start(manager(), proxies.value(0, QNetworkProxy::NoProxy));
+        [this, transfer, url = request.url](const QList<QNetworkProxy> &proxies) {
+            QNetworkAccessManager &all = manager();
+            m_proxies->byAddress.insert(url, proxies.value(0, QNetworkProxy::NoProxy));
+            transfer->start(all);
         });
     return Task([pending = QPointer<Transfer>(transfer)] {
         if (pending) {

@@ -20,11 +20,14 @@ public:
     [[nodiscard]] Task send(const HttpsRequest &request, Finished finished) override;
 
 private:
+    class FoundProxies;
+
     QNetworkAccessManager &manager();
 
     Scheduler &m_scheduler;
     BackgroundPool &m_background;
     std::optional<QNetworkAccessManager> m_manager; ///< made for the first: it takes 270 KB
+    FoundProxies *m_proxies = nullptr;              ///< the manager's
     QObject m_transfers;                            ///< owns them while they are under way
 };
 
