@@ -1,6 +1,7 @@
 #include "Platform/Linux/BoundedTools.h"
 
 #include "Platform/Linux/Descriptor.h"
+#include "Platform/RaisedDescriptorLimit.h"
 #include "Support/IsGone.h"
 #include "Support/ManualScheduler.h"
 #include "Support/TemporaryHome.h"
@@ -46,6 +47,12 @@ TEST_F(BoundedToolsTest, HearsWhatAToolPutsOut) {
     EXPECT_EQ(outputOf("echo \"$MARK\"; echo no >&2; cat"), "a b\n");
     EXPECT_EQ(outputOf("yes | head -c 1000000").value_or("").size(), 65536);
     EXPECT_EQ(outputOf("echo said; exit 1"), std::nullopt);
+    const QByteArray limit = raiseLowDescriptorLimit();
+    start("until [ -e $1/go ]; do sleep 0.01; done; ulimit -n");
+    folder.write("go");
+    EXPECT_TRUE(becomesTrue([this] { return !ends.isEmpty(); }));
+    EXPECT_EQ(ends, QList<Output>{limit + "\n"});
+    ends.clear();
     EXPECT_EQ(outputOf("kill -9 $$"), std::nullopt);
     // Without a terminal to ask at, and without waiting for what it leaves behind.
     EXPECT_EQ(outputOf("(: </dev/tty) 2>/dev/null || echo none; sleep 600 & echo $! >$1/left"),

@@ -1,5 +1,6 @@
 #include "Platform/Linux/ProcessDialogue.h"
 
+#include "Platform/RaisedDescriptorLimit.h"
 #include "Support/IsGone.h"
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"
@@ -52,8 +53,9 @@ TEST_F(ProcessDialogueTest, AnswersUntilOneSideEndsIt) {
               End::concluded);
     EXPECT_EQ(heard, "hello to you\nhow are you? bye\n");
     heard.clear();
-    EXPECT_EQ(hold("echo last words; echo noise >&2; exit 3"), End::left);
-    EXPECT_EQ(heard, "last words\n");
+    const QByteArray limit = raiseLowDescriptorLimit();
+    EXPECT_EQ(hold("ulimit -n; echo last words; echo noise >&2; exit 3"), End::left);
+    EXPECT_EQ(heard, limit + "\nlast words\n");
     EXPECT_EQ(dialogue.hold({home.path("none"), {}, {}}, {}, {}, Seconds(30)), End::notStarted);
 }
 

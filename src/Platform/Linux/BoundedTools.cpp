@@ -1,6 +1,7 @@
 #include "Platform/Linux/BoundedTools.h"
 
 #include "Platform/Linux/Descriptor.h"
+#include "Platform/Linux/DescriptorLimit.h"
 #include "Platform/Scheduler.h"
 
 #include <QSocketNotifier>
@@ -69,7 +70,11 @@ pid_t start(const Tools::Command &command, int output) {
                                       arguments.data(), variables.data());
     posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&files);
-    return failure == 0 ? id : 0;
+    if (failure != 0) {
+        return 0;
+    }
+    restoreDescriptorLimit(id); // which it can't be told to do on its way
+    return id;
 }
 
 } // namespace

@@ -19,9 +19,9 @@ void raiseDescriptorLimit() {
     }
 }
 
-void restoreDescriptorLimit() {
+void restoreDescriptorLimit(pid_t process) {
     if (original.rlim_max > 0) {
-        ::setrlimit(RLIMIT_NOFILE, &original);
+        ::prlimit(process, RLIMIT_NOFILE, &original, nullptr);
     }
 }
 

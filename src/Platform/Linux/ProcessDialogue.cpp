@@ -1,5 +1,7 @@
 #include "Platform/Linux/ProcessDialogue.h"
 
+#include "Platform/Linux/DescriptorLimit.h"
+
 #include <QDeadlineTimer>
 #include <QProcess>
 
@@ -28,6 +30,7 @@ void start(QProcess &process, const Tools::Command &command) {
     process.setStandardErrorFile(QProcess::nullDevice());
     process.setChildProcessModifier([] {
         ::setpgid(0, 0);
+        restoreDescriptorLimit();
         // Morvane may end without waiting for the thread that talks. A launcher passes this one on.
         ::prctl(PR_SET_PDEATHSIG, SIGTERM);
     });

@@ -1,14 +1,13 @@
 #include "Platform/Linux/Desktop/DesktopLauncher.h"
 
-#include "Platform/Linux/DescriptorLimit.h"
 #include "Platform/Linux/Desktop/DesktopEntry.h"
+#include "Platform/RaisedDescriptorLimit.h"
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"
 #include "Support/WaitUntil.h"
 
 #include <gtest/gtest.h>
 
-#include <sys/resource.h>
 #include <unistd.h>
 
 namespace morvane {
@@ -61,11 +60,7 @@ protected:
 };
 
 TEST_F(DesktopLauncherTest, StartsAnApplicationThatHasNothingOfOurs) {
-    rlimit limit{};
-    ::getrlimit(RLIMIT_NOFILE, &limit);
-    const rlimit low{std::min<rlim_t>(limit.rlim_cur, 512), limit.rlim_max};
-    ::setrlimit(RLIMIT_NOFILE, &low);
-    raiseDescriptorLimit();
+    const QByteArray limit = raiseLowDescriptorLimit();
     constexpr int leak = 77;
     ::dup2(STDIN_FILENO, leak);
     home.set("QT_QPA_PLATFORM", "xcb");
@@ -73,9 +68,7 @@ TEST_F(DesktopLauncherTest, StartsAnApplicationThatHasNothingOfOurs) {
     DesktopLauncher::launch("net.kovidgoyal.kitty", "click_TIME7");
     EXPECT_TRUE(becomesTrue([&] { return QFile::exists(home.path("told")); }));
     EXPECT_EQ(home.read("told").toStdString(),
-              (home.path() + "\na  b ; $HOME\nclick_TIME7\n" +
-               QString::number(qulonglong(low.rlim_cur)) + "\nunset\n")
-                  .toStdString());
+              (home.path() + "\na  b ; $HOME\nclick_TIME7\n" + limit + "\nunset\n").toStdString());
     ::close(leak);
     ::setrlimit(RLIMIT_NOFILE, &limit);
 }

@@ -1,5 +1,6 @@
 #include "Platform/Linux/Desktop/PlayerPrograms.h"
 
+#include "Platform/RaisedDescriptorLimit.h"
 #include "Support/IsGone.h"
 #include "Support/ManualScheduler.h"
 #include "Support/Printing.h"
@@ -52,9 +53,10 @@ protected:
 TEST_F(PlayerProgramsTest, AsksOneAfterAnotherAndBeepsInTheEnd) {
     install("pw-play", "exit 1");
     install("paplay", "kill -SEGV $$");
-    install("aplay", "");
+    const QString limit = raiseLowDescriptorLimit();
+    install("aplay", "ulimit -n >>\"$HOME/asked\"");
     programs->play(wave, 0.5);
-    EXPECT_TRUE(becomeAsked({"pw-play", "paplay", "aplay"}));
+    EXPECT_TRUE(becomeAsked({"pw-play", "paplay", "aplay", limit}));
     EXPECT_EQ(home.read("heard"), header + QByteArray::fromHex("3200ceff01c0"));
 
     install("paplay", "");

@@ -1,5 +1,6 @@
 #include "Platform/Linux/Desktop/PlayerPrograms.h"
 
+#include "Platform/Linux/DescriptorLimit.h"
 #include "Platform/Scheduler.h"
 
 #include <QFile>
@@ -127,6 +128,7 @@ void PlayerPrograms::askNext(Playing playback) {
     player.setStandardErrorFile(QProcess::nullDevice());
     player.setChildProcessModifier([] {
         ::setpgid(0, 0);
+        restoreDescriptorLimit();
         ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     });
     playback->limit =
