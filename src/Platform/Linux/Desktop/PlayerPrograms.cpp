@@ -11,6 +11,7 @@
 #include <memory>
 #include <sys/mman.h>
 #include <sys/prctl.h>
+#include <tuple>
 #include <unistd.h>
 
 namespace morvane {
@@ -19,6 +20,8 @@ namespace {
 
 /// For a second of sound, the two that a sound server may hold back, and a busy machine.
 constexpr Seconds timeLimit(5.0);
+
+constexpr int patienceAtEnd = 100; ///< milliseconds, with each player
 
 /// More than that at once would be noise, or players that are stuck.
 constexpr std::size_t maxAtOnce = 4;
@@ -78,9 +81,13 @@ PlayerPrograms::PlayerPrograms(Scheduler &scheduler, std::function<void()> bell)
     : m_scheduler(scheduler), m_bell(std::move(bell)), m_players(knownPlayers()) {}
 
 PlayerPrograms::~PlayerPrograms() {
-    for (const Playback &playback : m_playbacks) {
+    for (Playback &playback : m_playbacks) {
         end(*playback.player);
-        playback.player->waitForFinished();
+        playback.player->waitForFinished(patienceAtEnd);
+        if (playback.player->state() != QProcess::NotRunning) {
+            // A driver holds it, and its object would wait half a minute for it.
+            std::ignore = playback.player.release();
+        }
     }
 }
 
