@@ -85,6 +85,7 @@ TEST_F(GlobalShortcutsPortalTest, AsksThePersonOnceAndHearsOfEachPress) {
     GlobalShortcutsPortal keys(connection("program"));
     QList<std::uint32_t> presses;
     QObject::connect(&keys, &HotKeys::pressed, [&](std::uint32_t id) { presses.append(id); });
+    keys.unregisterKey(keys.registerKey({.keyCode = 35, .symbol = "H"}, "Close Morvane"));
     const std::uint32_t panel = keys.registerKey(panelKey, "Open Morvane");
     EXPECT_EQ(keys.state(panel), State::pending);
     EXPECT_TRUE(becomes(keys, panel, State::works));
@@ -121,6 +122,16 @@ TEST_F(GlobalShortcutsPortalTest, HearsWhatTheDesktopTakesBack) {
     EXPECT_EQ(keys.state(panel), State::works);
     portal.close(shortcutsSession);
     EXPECT_TRUE(becomes(keys, panel, State::unavailable));
+
+    // Wanted no more by the time that the desktop has it.
+    const auto created = portal.calls.count("CreateSession");
+    for (const std::uint32_t key : {panel, other}) {
+        keys.unregisterKey(key);
+    }
+    keys.unregisterKey(keys.registerKey(panelKey, "Open Morvane"));
+    EXPECT_TRUE(becomesTrue([&] {
+        return portal.calls.count("CreateSession") == created + 1 && portal.calls.last() == "Close";
+    }));
 }
 
 TEST_F(GlobalShortcutsPortalTest, TakesANoForANoAndAPortalThatComesLate) {

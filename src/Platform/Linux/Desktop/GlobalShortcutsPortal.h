@@ -29,7 +29,7 @@ public:
 
     bool areDesktops() const override { return true; }
 
-    /// The desktop has given the last word, and tells when that changes.
+    /// Nothing, since none is ever taken: the person has been asked, and isn't to be again.
     void retry() override {}
 
 private slots:
