@@ -46,14 +46,15 @@ public:
             list.beginStructure();
             list >> id >> properties;
             bound = arguments[1];
-            // What was asked for comes back as it was.
-            answer(message, {{"shortcuts", arguments[1]}});
+            // What was asked for comes back as it was, unless the test has something else.
+            answer(message, {{"shortcuts", grant.isValid() ? grant : arguments[1]}});
             return true;
         }
         return message.member() == "Close";
     }
 
     bool isGranting = true;
+    QVariant grant;
     QStringList calls;
     QString id;
     QVariantMap properties;
@@ -123,9 +124,14 @@ TEST_F(GlobalShortcutsPortalTest, HearsWhatTheDesktopTakesBack) {
     portal.close(shortcutsSession);
     EXPECT_TRUE(becomes(keys, panel, State::unavailable));
 
+    portal.grant = QVariant::fromValue(QList<int>{1}); // what no portal should say
+    const std::uint32_t last = keys.registerKey({.keyCode = 36, .symbol = "I"}, "Hide Morvane");
+    EXPECT_EQ(keys.state(last), State::pending);
+    EXPECT_TRUE(becomes(keys, last, State::unavailable));
+
     // Wanted no more by the time that the desktop has it.
     const auto created = portal.calls.count("CreateSession");
-    for (const std::uint32_t key : {panel, other}) {
+    for (const std::uint32_t key : {panel, other, last}) {
         keys.unregisterKey(key);
     }
     keys.unregisterKey(keys.registerKey(panelKey, "Open Morvane"));

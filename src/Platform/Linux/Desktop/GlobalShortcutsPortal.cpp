@@ -157,7 +157,10 @@ void GlobalShortcutsPortal::bindShortcuts() {
 
 /// A person may have left some of them out.
 void GlobalShortcutsPortal::takeShortcuts(const QVariant &list) {
-    const auto bound = qdbus_cast<QList<Shortcut>>(list);
+    const auto argument = list.value<QDBusArgument>();
+    const auto bound = argument.currentSignature() == QLatin1String("a(sa{sv})")
+                           ? qdbus_cast<QList<Shortcut>>(argument)
+                           : QList<Shortcut>();
     QStringList ids;
     for (const Shortcut &shortcut : bound) {
         ids.append(shortcut.id);
