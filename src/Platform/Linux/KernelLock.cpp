@@ -10,6 +10,7 @@
 #include <sys/file.h>
 #include <tuple>
 #include <unistd.h>
+#include <utility>
 
 namespace morvane {
 
@@ -17,10 +18,10 @@ namespace {
 
 /// For writing, without which a network's file system gives no lock; and without waiting for what
 /// else may have that name.
-int openLockFile(const QByteArray &path) {
+Descriptor openLockFile(const QByteArray &path) {
     constexpr mode_t ownerOnly = 0600;
-    return ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK | O_NOCTTY,
-                  ownerOnly);
+    return Descriptor(
+        ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, ownerOnly));
 }
 
 /// Somebody else's, such as from a start as the administrator, a link to nowhere or a socket.
@@ -53,41 +54,33 @@ bool isSignedElsewhere(int descriptor) {
 
 } // namespace
 
-KernelLock::~KernelLock() {
-    if (m_descriptor >= 0) {
-        ::close(m_descriptor);
-    }
-}
-
 KernelLock::Outcome KernelLock::take(const QString &path) {
-    if (m_descriptor >= 0) {
+    if (m_descriptor.number() >= 0) {
         return Outcome::taken;
     }
     const QByteArray name = QFile::encodeName(path);
-    int descriptor = openLockFile(name);
-    if (descriptor < 0 && isInTheWay(errno)) {
+    Descriptor file = openLockFile(name);
+    if (file.number() < 0 && isInTheWay(errno)) {
         ::unlink(name.constData());
-        descriptor = openLockFile(name);
+        file = openLockFile(name);
     }
-    if (descriptor < 0) {
+    if (file.number() < 0) {
         return Outcome::impossible;
     }
-    if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
-        Outcome outcome = errno == EWOULDBLOCK ? Outcome::heldByAnother : Outcome::impossible;
-        if (outcome == Outcome::heldByAnother && isSignedElsewhere(descriptor)) {
-            outcome = Outcome::heldElsewhere;
+    if (::flock(file.number(), LOCK_EX | LOCK_NB) != 0) {
+        if (errno != EWOULDBLOCK) {
+            return Outcome::impossible;
         }
-        ::close(descriptor);
-        return outcome;
+        return isSignedElsewhere(file.number()) ? Outcome::heldElsewhere : Outcome::heldByAnother;
     }
-    signLock(descriptor);
+    signLock(file.number());
     m_name = name;
-    m_descriptor = descriptor;
+    m_descriptor = std::move(file);
     return Outcome::taken;
 }
 
 void KernelLock::removeFile() {
-    if (m_descriptor >= 0) {
+    if (m_descriptor.number() >= 0) {
         ::unlink(m_name.constData());
     }
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Linux/Descriptor.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -10,11 +12,6 @@ namespace morvane {
 /// needs the lock.
 class KernelLock {
 public:
-    KernelLock() = default;
-    KernelLock(const KernelLock &) = delete;
-    KernelLock &operator=(const KernelLock &) = delete;
-    ~KernelLock();
-
     enum class Outcome {
         taken,
         heldByAnother,
@@ -30,7 +27,7 @@ public:
 
 private:
     QByteArray m_name; ///< of the file
-    int m_descriptor = -1;
+    Descriptor m_descriptor;
 };
 
 } // namespace morvane

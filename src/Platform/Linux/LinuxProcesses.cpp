@@ -21,6 +21,7 @@
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace morvane {
@@ -91,9 +92,9 @@ bool isOurs(std::int64_t id) {
 /// Waits for a pidfd, which becomes readable when its process has ended.
 class Watch {
 public:
-    Watch(int descriptor, std::function<void()> ended)
-        : m_descriptor(descriptor),
-          m_notifier(new QSocketNotifier(descriptor, QSocketNotifier::Read)) {
+    Watch(Descriptor process, std::function<void()> ended)
+        : m_process(std::move(process)),
+          m_notifier(new QSocketNotifier(m_process.number(), QSocketNotifier::Read)) {
         QObject::connect(m_notifier, &QSocketNotifier::activated, m_notifier,
                          [notifier = m_notifier, ended = std::move(ended)] {
                              notifier->setEnabled(false);
@@ -107,11 +108,10 @@ public:
     ~Watch() {
         m_notifier->setEnabled(false);
         m_notifier->deleteLater();
-        ::close(m_descriptor);
     }
 
 private:
-    int m_descriptor;
+    Descriptor m_process;
     QSocketNotifier *m_notifier;
 };
 
@@ -169,19 +169,18 @@ Task LinuxProcesses::whenEnded(const ProcessIdentity &process, std::function<voi
     if (self->numberSpace != process.numberSpace) {
         return whenFoundHasEnded(process, std::move(ended));
     }
-    const auto descriptor =
-        static_cast<int>(::syscall(SYS_pidfd_open, static_cast<pid_t>(process.id), 0U));
-    if (descriptor < 0) {
+    Descriptor descriptor(
+        static_cast<int>(::syscall(SYS_pidfd_open, static_cast<pid_t>(process.id), 0U)));
+    if (descriptor.number() < 0) {
         return errno == ESRCH ? m_scheduler.after(Seconds(0), std::move(ended)) : Task();
     }
     // With the descriptor open the number can't become another's any more.
     const auto present = ProcessStatus::of(process.id);
     if (present && present->startedAt != process.startedAt) {
-        ::close(descriptor);
         return m_scheduler.after(Seconds(0), std::move(ended));
     }
     auto watch = std::make_shared<std::unique_ptr<Watch>>(
-        std::make_unique<Watch>(descriptor, std::move(ended)));
+        std::make_unique<Watch>(std::move(descriptor), std::move(ended)));
     return Task([watch] { watch->reset(); });
 }
 
