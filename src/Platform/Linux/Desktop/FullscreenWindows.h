@@ -4,6 +4,8 @@
 #include <QObject>
 #include <QRect>
 
+#include <utility>
+
 namespace morvane {
 
 /// Where on the screen a full-screen program is in front, in the way of one kind of desktop. Best
@@ -17,10 +19,20 @@ public:
     virtual void follow() = 0;
 
     /// The places of those windows, in the X screen's own pixels. None before `follow`.
-    virtual QList<QRect> areas() const = 0;
+    QList<QRect> areas() const { return m_areas; }
 
 signals:
     void changed();
+
+protected:
+    void setAreas(const QList<QRect> &areas) {
+        if (std::exchange(m_areas, areas) != areas) {
+            emit changed();
+        }
+    }
+
+private:
+    QList<QRect> m_areas;
 };
 
 } // namespace morvane

@@ -54,12 +54,6 @@ void FollowedFullscreenWindows::refresh() {
     });
 }
 
-void FollowedFullscreenWindows::setAreas(const QList<QRect> &areas) {
-    if (std::exchange(m_areas, areas) != areas) {
-        emit changed();
-    }
-}
-
 } // namespace morvane
 
 #include "moc_FollowedFullscreenWindows.cpp"

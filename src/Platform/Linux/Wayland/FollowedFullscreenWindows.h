@@ -18,7 +18,6 @@ class FollowedFullscreenWindows : public FullscreenWindows {
 
 public:
     void follow() override;
-    QList<QRect> areas() const override { return m_areas; }
 
 protected:
     using Told = std::function<void(const QList<QRect> &areas)>;
@@ -41,14 +40,12 @@ protected:
 private:
     void read(const QByteArray &bytes);
     void lose();
-    void setAreas(const QList<QRect> &areas);
 
     const QString m_eventsPath;
     CompositorSocket m_events;
     QByteArray m_heard; ///< of an event that isn't whole yet
     bool m_isAsking = false;
     bool m_isStale = false; ///< something happened since the question that is on its way
-    QList<QRect> m_areas;
 };
 
 } // namespace morvane

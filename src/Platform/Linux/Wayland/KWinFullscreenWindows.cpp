@@ -99,9 +99,7 @@ void KWinFullscreenWindows::take(const QString &told) {
         areas.append(CompositorJson::layoutRect(area[0].toDouble(), area[1].toDouble(),
                                                 area[2].toDouble(), area[3].toDouble()));
     }
-    if (std::exchange(m_areas, areas) != areas) {
-        emit changed();
-    }
+    setAreas(areas);
 }
 
 } // namespace morvane

@@ -15,14 +15,12 @@ public:
         : m_scripts(bus, QStringLiteral("/FullscreenWindows")) {}
 
     void follow() override;
-    QList<QRect> areas() const override { return m_areas; }
 
 private:
     void take(const QString &told);
 
     KWinScripts m_scripts;
     bool m_isFollowing = false;
-    QList<QRect> m_areas;
 };
 
 } // namespace morvane

@@ -45,7 +45,7 @@ void X11FullscreenWindows::follow() {
 void X11FullscreenWindows::refresh() {
     const auto windows = m_x11.property(m_x11.root(), "_NET_ACTIVE_WINDOW", XCB_ATOM_WINDOW);
     const std::uint32_t active = windows.value(0);
-    QHash<std::uint32_t, QRect> covering;
+    QMap<std::uint32_t, QRect> covering;
     for (auto known = m_covering.cbegin(); known != m_covering.cend(); ++known) {
         const auto window = read(known.key());
         if (window && window->isFullscreen && window->isInView &&
@@ -62,11 +62,9 @@ void X11FullscreenWindows::refresh() {
             covering.insert(active, window->frame);
         }
     }
-    watch(covering, active);
-    if (covering != m_covering) {
-        m_covering = covering;
-        emit changed();
-    }
+    watch(covering.keys(), active);
+    m_covering = covering;
+    setAreas(covering.values());
 }
 
 /// None when the window is gone.
@@ -99,9 +97,8 @@ bool X11FullscreenWindows::isOnOtherDesktop(std::uint32_t window) const {
     return !own.isEmpty() && !current.isEmpty() && own.first() != onAllDesktops && own != current;
 }
 
-void X11FullscreenWindows::watch(const QHash<std::uint32_t, QRect> &covering,
-                                 std::uint32_t active) {
-    QList<std::uint32_t> wanted = covering.keys();
+void X11FullscreenWindows::watch(const QList<std::uint32_t> &covering, std::uint32_t active) {
+    QList<std::uint32_t> wanted = covering;
     if (active != XCB_WINDOW_NONE && !wanted.contains(active)) {
         wanted.append(active);
     }

@@ -2,7 +2,7 @@
 
 #include "Platform/Linux/Desktop/FullscreenWindows.h"
 
-#include <QHash>
+#include <QMap>
 
 #include <cstdint>
 #include <optional>
@@ -21,7 +21,6 @@ public:
     explicit X11FullscreenWindows(X11Connection &x11) : m_x11(x11) {}
 
     void follow() override;
-    QList<QRect> areas() const override { return m_covering.values(); }
 
 private:
     struct Window {
@@ -33,11 +32,11 @@ private:
     void refresh();
     std::optional<Window> read(std::uint32_t window) const;
     bool isOnOtherDesktop(std::uint32_t window) const;
-    void watch(const QHash<std::uint32_t, QRect> &covering, std::uint32_t active);
+    void watch(const QList<std::uint32_t> &covering, std::uint32_t active);
 
     X11Connection &m_x11;
     bool m_isFollowing = false;
-    QHash<std::uint32_t, QRect> m_covering; ///< the full-screen windows that are in front
+    QMap<std::uint32_t, QRect> m_covering; ///< the full-screen windows that are in front
     QList<std::uint32_t> m_watched;
 };
 
