@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Linux/Desktop/DesktopLauncher.h"
 #include "Platform/PackageInstaller.h"
 
 namespace morvane {
@@ -9,7 +10,9 @@ namespace morvane {
 /// instead, which nothing here can tell apart.
 class DesktopInstaller : public PackageInstaller {
 public:
-    [[nodiscard]] bool open(const QString &path) override;
+    [[nodiscard]] bool open(const QString &path) override {
+        return DesktopLauncher::start({QStringLiteral("xdg-open"), path}, {});
+    }
 };
 
 } // namespace morvane

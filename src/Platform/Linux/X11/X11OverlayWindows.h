@@ -18,7 +18,9 @@ public:
     X11OverlayWindows(X11Connection &x11, std::unique_ptr<FullscreenWindows> fullscreen)
         : m_x11(x11), m_fullscreen(std::move(fullscreen)) {}
 
-    std::unique_ptr<OverlayWindow> adopt(QWidget &widget) override;
+    std::unique_ptr<OverlayWindow> adopt(QWidget &widget) override {
+        return std::make_unique<X11OverlayWindow>(widget, m_x11, *m_fullscreen, m_owners);
+    }
 
 private:
     X11Connection &m_x11;
