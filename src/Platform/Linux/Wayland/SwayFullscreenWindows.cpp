@@ -25,12 +25,12 @@ std::optional<bool> SwayFullscreenWindows::take(QByteArray &heard) {
         if (*length > heard.size()) {
             break;
         }
-        const QByteArray message = heard.left(*length);
+        const auto news = SwayMessage::newsOf(heard.left(*length));
         heard.remove(0, *length);
-        if (SwayMessage::isRefusal(message)) {
+        if (news == SwayMessage::News::refusal) {
             return std::nullopt;
         }
-        mayHaveChanged = mayHaveChanged || !SwayMessage::isOfTitle(message);
+        mayHaveChanged = mayHaveChanged || news == SwayMessage::News::other;
     }
     return mayHaveChanged;
 }

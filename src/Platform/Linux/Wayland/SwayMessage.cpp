@@ -117,12 +117,12 @@ QList<QRect> fullscreenAreas(const QByteArray &answer) {
     return result;
 }
 
-bool isRefusal(const QByteArray &answer) {
-    return contentOf(answer)[QLatin1String("success")] == false;
-}
-
-bool isOfTitle(const QByteArray &event) {
-    return contentOf(event)[QLatin1String("change")] == QLatin1String("title");
+News newsOf(const QByteArray &message) {
+    const QJsonObject content = contentOf(message);
+    if (content[QLatin1String("success")] == false) {
+        return News::refusal;
+    }
+    return content[QLatin1String("change")] == QLatin1String("title") ? News::title : News::other;
 }
 
 } // namespace morvane::SwayMessage

@@ -26,11 +26,13 @@ QList<WindowSystem::Window> windows(const QByteArray &answer);
 /// Where a whole answer to `getTree` has full-screen windows in view, in pixels of the layout.
 QList<QRect> fullscreenAreas(const QByteArray &answer);
 
-/// True of the answer to a subscription that isn't to be had.
-bool isRefusal(const QByteArray &answer);
+enum class News {
+    refusal, ///< the answer to a subscription that isn't to be had
+    title,   ///< of a window, and nothing else, as some programs change it all the time
+    other,
+};
 
-/// True of an event that tells of nothing but a window's title, as some programs change it all the
-/// time.
-bool isOfTitle(const QByteArray &event);
+/// What a message is that comes by a subscription.
+News newsOf(const QByteArray &message);
 
 } // namespace morvane::SwayMessage
