@@ -5,6 +5,7 @@
 #include <QAbstractEventDispatcher>
 #include <QGuiApplication>
 #include <QScreen>
+#include <QSet>
 #include <QSocketNotifier>
 #include <xcb/xcb.h>
 #include <xcb/xfixes.h>
@@ -13,6 +14,7 @@
 #include <algorithm>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 namespace morvane {
 
@@ -265,6 +267,8 @@ void X11Connection::readEvents() {
         m_notifier->setEnabled(false);
         return;
     }
+    // A window that is moved by hand tells so at each step.
+    QSet<std::uint32_t> restructured;
     bool haveTopLevelsChanged = false;
     bool hasKeyboardChanged = false;
     while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(connection())}) {
@@ -288,11 +292,14 @@ void X11Connection::readEvents() {
                 // Windows that are only moved, maybe by hand, come and go nowhere.
                 haveTopLevelsChanged = haveTopLevelsChanged || type != XCB_CONFIGURE_NOTIFY;
             } else {
-                emit windowStructureChanged(change->window);
+                restructured.insert(change->window);
             }
         } else if (m_selectionEvent != 0 && type == m_selectionEvent) {
             readComposited();
         }
+    }
+    for (const std::uint32_t window : std::as_const(restructured)) {
+        emit windowStructureChanged(window);
     }
     if (haveTopLevelsChanged) {
         emit topLevelsChanged();
