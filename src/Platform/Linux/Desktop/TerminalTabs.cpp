@@ -16,6 +16,8 @@ namespace {
 constexpr int questionLimit = 1000; // milliseconds
 constexpr int shownTitle = 1; ///< of the titles that Konsole has, the one with its parts filled in
 
+const QString konsoleWindow = QStringLiteral("org.kde.konsole.Window");
+
 /// The objects just below one of the bus.
 QStringList childrenIn(const QString &introspection) {
     QStringList result;
@@ -32,6 +34,15 @@ QStringList childrenIn(const QString &introspection) {
 
 } // namespace
 
+/// A tab of Konsole that is wanted, and by whom.
+struct TerminalTabs::KonsoleTab {
+    Place session;
+    Place window;
+    QString id;   ///< the session's number
+    Outcome told; ///< what the shell was told of its window
+    Selected selected;
+};
+
 /// What the shell was told it may have inherited from a terminal further out, in which another was
 /// started: so each answer is held against the processes.
 void TerminalTabs::select(const TerminalProcesses &processes, const Selected &selected) {
@@ -46,48 +57,54 @@ void TerminalTabs::select(const TerminalProcesses &processes, const Selected &se
     }
 }
 
-/// The window that the shell was told of is the one that it was started in. The tab may have been
-/// dragged into another since then, which only the title can tell.
 void TerminalTabs::selectInKonsole(const TerminalProcesses &processes, const Selected &selected) {
     const QString service = processes.variable("KONSOLE_DBUS_SERVICE");
     const QString path = processes.variable("KONSOLE_DBUS_SESSION");
-    const QString id = path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
-    const Place session{service, path, QStringLiteral("org.kde.konsole.Session")};
-    const Place window{service, processes.variable("KONSOLE_DBUS_WINDOW"),
-                       QStringLiteral("org.kde.konsole.Window")};
-    const QVariantList select{id.toInt()};
-    const Outcome told{processes.variable("WINDOWID"), {}, false};
-
-    const auto lookElsewhere = [=, this](const QString &title) {
-        const Place windows{service, QStringLiteral("/Windows"),
-                            QStringLiteral("org.freedesktop.DBus.Introspectable")};
-        ask(windows, "Introspect", {}, [=, this](const QVariantList &answer) {
-            for (const QString &name : childrenIn(answer.value(0).toString())) {
-                // One that hasn't got the tab does nothing.
-                ask({service, QStringLiteral("/Windows/") + name, window.interface},
-                    "setCurrentSession", select, [](const auto &) {});
-            }
-            ask(session, "title", {shownTitle}, [=](const QVariantList &) {
-                selected({{}, title, false});
-            });
-        });
-    };
-    const auto find = [=, this](const QVariantList &title) {
-        ask(window, "sessionList", {}, [=, this](const QVariantList &answer) {
-            if (answer.value(0).toStringList().contains(id)) {
-                ask(window, "setCurrentSession", select, [=](const auto &) { selected(told); });
-            } else {
-                lookElsewhere(title.value(0).toString());
-            }
-        });
-    };
+    const KonsoleTab tab{{service, path, QStringLiteral("org.kde.konsole.Session")},
+                         {service, processes.variable("KONSOLE_DBUS_WINDOW"), konsoleWindow},
+                         path.mid(path.lastIndexOf(QLatin1Char('/')) + 1),
+                         {processes.variable("WINDOWID"), {}, false},
+                         selected};
     const qint64 shell = processes.ancestors.first().id;
-    ask(session, "processId", {}, [=, this](const QVariantList &answer) {
+    ask(tab.session, "processId", {}, [=, this](const QVariantList &answer) {
         if (answer.value(0).toLongLong() == shell) {
-            ask(session, "title", {shownTitle}, find);
+            lookIntoItsWindow(tab);
         } else {
-            selected(told);
+            tab.selected(tab.told);
         }
+    });
+}
+
+/// The window that the shell was told of is the one that it was started in.
+void TerminalTabs::lookIntoItsWindow(const KonsoleTab &tab) {
+    ask(tab.window, "sessionList", {}, [=, this](const QVariantList &answer) {
+        if (answer.value(0).toStringList().contains(tab.id)) {
+            ask(tab.window, "setCurrentSession", {tab.id.toInt()},
+                [=](const auto &) { tab.selected(tab.told); });
+        } else {
+            lookIntoAllWindows(tab);
+        }
+    });
+}
+
+/// The tab has been dragged into another window since then.
+void TerminalTabs::lookIntoAllWindows(const KonsoleTab &tab) {
+    const Place windows{tab.window.service, QStringLiteral("/Windows"),
+                        QStringLiteral("org.freedesktop.DBus.Introspectable")};
+    ask(windows, "Introspect", {}, [=, this](const QVariantList &answer) {
+        for (const QString &name : childrenIn(answer.value(0).toString())) {
+            // One that hasn't got the tab does nothing.
+            ask({windows.service, windows.path + u'/' + name, konsoleWindow}, "setCurrentSession",
+                {tab.id.toInt()}, [](const auto &) {});
+        }
+        tellTitle(tab);
+    });
+}
+
+/// Which alone tells the window that it is in now.
+void TerminalTabs::tellTitle(const KonsoleTab &tab) {
+    ask(tab.session, "title", {shownTitle}, [=](const QVariantList &answer) {
+        tab.selected({{}, answer.value(0).toString(), false});
     });
 }
 

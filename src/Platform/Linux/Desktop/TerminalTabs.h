@@ -39,8 +39,12 @@ private:
         QString path;
         QString interface;
     };
+    struct KonsoleTab;
 
     void selectInKonsole(const TerminalProcesses &processes, const Selected &selected);
+    void lookIntoItsWindow(const KonsoleTab &tab);
+    void lookIntoAllWindows(const KonsoleTab &tab);
+    void tellTitle(const KonsoleTab &tab);
     void selectInGnomeTerminal(const TerminalProcesses &processes, const Selected &selected);
     void ask(const Place &place, const char *method, const QVariantList &arguments,
              Answered answered);
