@@ -19,12 +19,6 @@
 
 namespace morvane {
 
-namespace {
-
-constexpr Seconds trayPatience(1);
-
-} // namespace
-
 AppController::AppController(MorvaneSettings &settings, const PlatformServices &platform)
     : m_settings(settings), m_platform(platform),
       m_store(settings, surroundings(), *platform.scheduler),
@@ -40,7 +34,8 @@ AppController::AppController(MorvaneSettings &settings, const PlatformServices &
       m_connections(settings, *platform.scheduler),
       m_terminalReply(*platform.tools, *platform.scripting, *platform.processes,
                       *platform.scheduler),
-      m_panelKeys(*platform.hotKeys, *platform.scheduler, InlineEditing::shared(), keyActions()) {
+      m_panelKeys(*platform.hotKeys, *platform.scheduler, InlineEditing::shared(), keyActions()),
+      m_trayStandIn(settings, m_connections, platform) {
     connect(&m_store, &SessionStore::sessionRemoved, this,
             [this](const QString &sessionID) { m_agentProcesses.forget(sessionID); });
     connect(&m_connections, &AgentConnections::statusChanged, this, [this] {
@@ -82,11 +77,7 @@ void AppController::start() {
     }
     m_usage.setEnabled(m_settings.usageEnabled());
     createPresenters();
-    connect(m_platform.statusItemHost.get(), &StatusItemHost::presenceChanged, this,
-            &AppController::standInForTray);
-    connect(&m_connections, &AgentConnections::statusChanged, this, &AppController::standInForTray);
-    connect(&m_settings, &MorvaneSettings::changed, this, &AppController::standInForTray);
-    standInForTray();
+    m_trayStandIn.start(*m_presenterManager);
     m_panelKeys.start(m_settings.panelKey());
     watchTerminals();
     m_connections.refreshStatus();
@@ -247,26 +238,6 @@ void AppController::createPresenters() {
         };
     }
     m_presenterManager->start();
-}
-
-bool AppController::hasTrayIcon() const {
-    return m_settings.showMenuBarIcon() && m_platform.statusItemHost->isPresent();
-}
-
-/// Not at once: at the start nobody knows yet whether there is a tray, and the desktop's panel that
-/// is only restarted is back before anything has moved. Whoever has switched the icon off is told
-/// where Morvane is to be found then, but a newcomer is told to look for the capsule.
-void AppController::standInForTray() {
-    m_standInTask = m_platform.scheduler->after(trayPatience, [this] {
-        const bool isIntroduced = !m_isWelcoming && !m_connections.installedAgents().isEmpty();
-        const bool hasTray = isIntroduced ? m_platform.statusItemHost->isPresent() : hasTrayIcon();
-        m_presenterManager->setStandIn(standIn(hasTray, isIntroduced));
-    });
-}
-
-void AppController::setWelcoming(bool isWelcoming) {
-    m_isWelcoming = isWelcoming;
-    standInForTray();
 }
 
 /// Coming back to a terminal counts as having seen what finished there.

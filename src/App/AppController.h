@@ -2,6 +2,7 @@
 
 #include "App/PanelKeys.h"
 #include "App/PlatformServices.h"
+#include "App/TrayStandIn.h"
 #include "Core/Hooks/AgentConnections.h"
 #include "Core/Intake/EventServer.h"
 #include "Core/Navigation/JumpService.h"
@@ -52,6 +53,8 @@ public:
     /// None before `start`.
     PresenterManager *presenterManager() { return m_presenterManager.get(); }
 
+    TrayStandIn &trayStandIn() { return m_trayStandIn; }
+
     /// Called once. A server that can't be started doesn't keep the rest from it.
     void start();
 
@@ -63,14 +66,7 @@ public:
     bool launchAtLogin() const { return m_launchAtLogin; }
     bool canFocusWindows() const { return m_canFocusWindows; }
 
-    /// Whether there is an icon to click on: the desktop has a place for it, and the person wants
-    /// it.
-    bool hasTrayIcon() const;
-
     // Actions. What fails goes into the connections' `lastError`; each refreshes their status.
-
-    /// While the welcome is on the screen, what it tells a newcomer to look for is there as well.
-    void setWelcoming(bool isWelcoming);
 
     /// Turning them off releases what waits; the connected agents' hooks are written anew.
     void setApprovalsEnabled(bool enabled);
@@ -115,7 +111,6 @@ private:
     /// Whether a hook that waits may hope for an answer from the panel. Safe from any thread.
     bool canBeAnswered() const;
     void releaseWhoeverWaits();
-    void standInForTray();
     void watchTerminals();
     bool isWhereSessionsRun(const QString &bundleID) const;
 
@@ -140,8 +135,7 @@ private:
     std::unique_ptr<PixelTimeline> m_timeline; ///< outlives the panels
     PanelKeys m_panelKeys;                     ///< as well, since they tell it when they close
     std::unique_ptr<PresenterManager> m_presenterManager;
-    Task m_standInTask;
-    bool m_isWelcoming = false;
+    TrayStandIn m_trayStandIn;
     bool m_launchAtLogin = false;
     bool m_canFocusWindows = false;
 };

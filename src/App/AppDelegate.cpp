@@ -134,6 +134,8 @@ WindowContext AppDelegate::windowContext() {
             .canFocusWindows = [&controller] { return controller.canFocusWindows(); },
             .panelKeyState = [this] { return panelKeyState(); },
             .desktopGivesKeys = [&controller] { return controller.panelKeys().areDesktops(); },
+            .hasTrayIcon = [&controller] { return controller.trayStandIn().hasTrayIcon(); },
+            .desktopGivesKeys = [&controller] { return controller.panelKeys().areDesktops(); },
             .hasTrayIcon = [&controller] { return controller.hasTrayIcon(); },
             .checkForUpdates = [this] { checkForUpdates(); },
             .testSound = [&controller] { controller.sound().play(QStringLiteral("needs-input")); },
@@ -155,7 +157,7 @@ void AppDelegate::showOnboarding(const OnboardingView::Mode &mode) {
         // It comes at any time, and its first button connects an agent.
         m_onboardingWindow->presentQuietly();
     }
-    m_controller->setWelcoming(true);
+    m_controller->trayStandIn().setWelcoming(true);
 }
 
 void AppDelegate::finishOnboarding(const OnboardingView::Mode &mode) {
@@ -167,7 +169,7 @@ void AppDelegate::finishOnboarding(const OnboardingView::Mode &mode) {
     }
     // It is still in the middle of its own closing.
     m_onboardingWindow.release()->deleteLater();
-    m_controller->setWelcoming(false);
+    m_controller->trayStandIn().setWelcoming(false);
     if (m_settingsWindow) {
         m_settingsWindow->setAboveOthers(false);
     }

@@ -1,0 +1,54 @@
+#include "App/TrayStandIn.h"
+
+#include "App/PlatformServices.h"
+#include "Core/Hooks/AgentConnections.h"
+#include "Core/Settings/MorvaneSettings.h"
+#include "Presentation/PresenterManager.h"
+
+namespace morvane {
+
+namespace {
+
+constexpr Seconds trayPatience(1);
+
+} // namespace
+
+TrayStandIn::TrayStandIn(MorvaneSettings &settings, AgentConnections &connections,
+                         const PlatformServices &platform)
+    : m_settings(settings), m_connections(connections), m_platform(platform) {}
+
+void TrayStandIn::start(PresenterManager &presenters) {
+    m_presenters = &presenters;
+    connect(m_platform.statusItemHost.get(), &StatusItemHost::presenceChanged, this,
+            &TrayStandIn::refresh);
+    connect(&m_connections, &AgentConnections::statusChanged, this, &TrayStandIn::refresh);
+    connect(&m_settings, &MorvaneSettings::changed, this, &TrayStandIn::refresh);
+    refresh();
+}
+
+bool TrayStandIn::hasTrayIcon() const {
+    return m_settings.showMenuBarIcon() && m_platform.statusItemHost->isPresent();
+}
+
+void TrayStandIn::setWelcoming(bool isWelcoming) {
+    m_isWelcoming = isWelcoming;
+    refresh();
+}
+
+/// Not at once: at the start nobody knows yet whether there is a tray, and the desktop's panel that
+/// is only restarted is back before anything has moved. Whoever has switched the icon off is told
+/// where Morvane is to be found then, but a newcomer is told to look for the capsule.
+void TrayStandIn::refresh() {
+    if (m_presenters == nullptr) {
+        return;
+    }
+    m_task = m_platform.scheduler->after(trayPatience, [this] {
+        const bool isIntroduced = !m_isWelcoming && !m_connections.installedAgents().isEmpty();
+        const bool hasTray = isIntroduced ? m_platform.statusItemHost->isPresent() : hasTrayIcon();
+        m_presenters->setStandIn(standIn(hasTray, isIntroduced));
+    });
+}
+
+} // namespace morvane
+
+#include "moc_TrayStandIn.cpp"
