@@ -42,19 +42,24 @@ bool print(std::FILE *stream, const QString &text) {
 } // namespace
 
 std::optional<int> answer(int argc, const char *const *argv) {
-    if (argc < 2 || (argc == 2 && argv[1] == AutostartEntry::option)) {
-        return std::nullopt;
-    }
+    QString question; // the first
     for (int i = 1; i < argc; ++i) {
         const QString argument = QFile::decodeName(argv[i]);
+        if (argument == AutostartEntry::option) {
+            continue;
+        }
         if (argument != QLatin1String("--help") && argument != QLatin1String("--version")) {
             print(stderr, QCoreApplication::translate(
                               "CommandLine", "morvane: unknown argument \"%1\"; see morvane --help")
                               .arg(VisibleText::name(argument)));
             return misunderstood;
         }
+        question = question.isEmpty() ? argument : question;
     }
-    const bool isHelp = qstrcmp(argv[1], "--help") == 0;
+    if (question.isEmpty()) {
+        return std::nullopt;
+    }
+    const bool isHelp = question == QLatin1String("--help");
     return print(stdout, isHelp ? help() : version()) ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 

@@ -56,6 +56,7 @@ TEST(CommandLineTest, IsAnsweredWithoutTouchingAnything) {
     EXPECT_EQ(status, 0);
     EXPECT_TRUE(version.startsWith("Morvane ")) << version.constData();
     EXPECT_TRUE(run({"--help"}).second.contains("--version"));
+    EXPECT_EQ(run({"--at-login", "--version"}).second, version);
     for (const char *unknown : {"--displays", "-platform", "", "--help\n"}) {
         EXPECT_EQ(run({unknown}), std::pair(std::optional(2), QByteArray())) << unknown;
     }
