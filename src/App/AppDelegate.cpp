@@ -55,7 +55,7 @@ void AppDelegate::makeMenu() {
 
 void AppDelegate::showPanelKey() {
     m_menu->showPanelKey(m_settings.panelKey(), panelKeyState(),
-                         m_controller->panelKeys().areDesktops());
+                         m_controller->panelKeys().desktopChoosesKeys());
     if (m_settingsWindow) {
         m_settingsWindow->refresh();
     }
@@ -133,10 +133,9 @@ WindowContext AppDelegate::windowContext() {
                 [&controller](bool enabled) { controller.setLaunchAtLogin(enabled); },
             .canFocusWindows = [&controller] { return controller.canFocusWindows(); },
             .panelKeyState = [this] { return panelKeyState(); },
-            .desktopGivesKeys = [&controller] { return controller.panelKeys().areDesktops(); },
+            .desktopGivesKeys =
+                [&controller] { return controller.panelKeys().desktopChoosesKeys(); },
             .hasTrayIcon = [&controller] { return controller.trayStandIn().hasTrayIcon(); },
-            .desktopGivesKeys = [&controller] { return controller.panelKeys().areDesktops(); },
-            .hasTrayIcon = [&controller] { return controller.hasTrayIcon(); },
             .checkForUpdates = [this] { checkForUpdates(); },
             .testSound = [&controller] { controller.sound().play(QStringLiteral("needs-input")); },
             .testLimitChime = [&controller] { controller.sound().playLimitChime(90); },

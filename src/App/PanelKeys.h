@@ -39,7 +39,7 @@ public:
     std::optional<HotKeys::State> panelKeyState() const { return m_hotKey.state(); }
 
     /// Whether it is the desktop that says which key it is.
-    bool areDesktops() const { return m_hotKeys.areDesktops(); }
+    bool desktopChoosesKeys() const { return m_hotKeys.desktopChoosesKeys(); }
 
     /// Takes the keys that others have given up in the meantime.
     void retry();

@@ -28,7 +28,7 @@ public:
     virtual State state(std::uint32_t id) const = 0;
 
     /// Whether the desktop alone says which keys they are; what is asked for is a proposal then.
-    virtual bool areDesktops() const = 0;
+    virtual bool desktopChoosesKeys() const = 0;
 
     /// Asks once more for the keys that were taken: whoever had them may be gone.
     virtual void retry() = 0;

@@ -40,7 +40,7 @@ public:
     std::uint32_t registerKey(const HotKey &, const QString &) override { return 0; }
     void unregisterKey(std::uint32_t) override {}
     State state(std::uint32_t) const override { return State::unavailable; }
-    bool areDesktops() const override { return false; }
+    bool desktopChoosesKeys() const override { return false; }
     void retry() override {}
 };
 

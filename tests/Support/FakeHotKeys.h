@@ -21,7 +21,7 @@ public:
         const bool isTaken = known != m_keys.end() && m_taken.contains(known->second.symbol);
         return isTaken ? State::taken : m_usual;
     }
-    bool areDesktops() const override { return desktopGivesThem; }
+    bool desktopChoosesKeys() const override { return desktopGivesThem; }
     void retry() override { ++retries; }
 
     /// What is held, by what stands on the keys, in the order of the registrations.

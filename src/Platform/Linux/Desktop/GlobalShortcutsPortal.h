@@ -27,7 +27,7 @@ public:
     void unregisterKey(std::uint32_t id) override;
     State state(std::uint32_t id) const override;
 
-    bool areDesktops() const override { return true; }
+    bool desktopChoosesKeys() const override { return true; }
 
     /// Nothing, since none is ever taken: the person has been asked, and isn't to be again.
     void retry() override {}

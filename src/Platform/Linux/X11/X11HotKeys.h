@@ -23,7 +23,7 @@ public:
     std::uint32_t registerKey(const HotKey &key, const QString &purpose) override;
     void unregisterKey(std::uint32_t id) override;
     State state(std::uint32_t id) const override;
-    bool areDesktops() const override { return false; }
+    bool desktopChoosesKeys() const override { return false; }
     void retry() override;
 
 private:
