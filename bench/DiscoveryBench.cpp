@@ -68,7 +68,7 @@ int leastWalk(int folder, time_t since) {
 
 /// The number of sessions that are found.
 qsizetype discovered() {
-    return SessionDiscovery::scan(maxAge, now(), UntoldProcesses()).size();
+    return SessionDiscovery::scan(maxAge, now(), NullProcesses()).size();
 }
 
 double megabytesToDiscover() {

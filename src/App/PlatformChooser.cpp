@@ -31,7 +31,7 @@
 #include "Platform/Linux/X11/X11OverlayWindows.h"
 #include "Platform/Linux/X11/X11PointerMonitor.h"
 #include "Platform/Linux/X11/X11WindowSystem.h"
-#include "Platform/NoScripting.h"
+#include "Platform/NullScripting.h"
 
 #include <QApplication>
 
@@ -98,7 +98,7 @@ PlatformServices choosePlatform(std::function<void()> endAsItIs) {
         std::make_unique<LinuxProcesses>(*platform.scheduler, *platform.background);
     platform.sounds = std::make_unique<PlayerPrograms>(*platform.scheduler, ring);
     platform.tools = std::make_unique<BoundedTools>(*platform.scheduler);
-    platform.scripting = std::make_unique<NoScripting>(*platform.scheduler);
+    platform.scripting = std::make_unique<NullScripting>(*platform.scheduler);
     if (const std::shared_ptr<X11Connection> x11 = isOnScreen() ? X11Connection::open() : nullptr) {
         platform.hasScreen = true;
         Windows windows = chooseWindows(*x11, *platform.scheduler);

@@ -27,15 +27,15 @@ namespace morvane {
 struct PlatformServices {
     std::unique_ptr<Scheduler> scheduler;
     // Before the pool, which calls them until its end.
-    std::unique_ptr<SecretStore> secrets = std::make_unique<NoSecretStore>();
-    std::unique_ptr<ToolDialogue> dialogue = std::make_unique<NoToolDialogue>();
-    std::unique_ptr<Processes> processes = std::make_unique<UntoldProcesses>();
+    std::unique_ptr<SecretStore> secrets = std::make_unique<NullSecretStore>();
+    std::unique_ptr<ToolDialogue> dialogue = std::make_unique<NullToolDialogue>();
+    std::unique_ptr<Processes> processes = std::make_unique<NullProcesses>();
     std::unique_ptr<BackgroundPool> background; ///< ends before the scheduler that it reports to
     std::unique_ptr<InstalledApplications> applications;
     std::unique_ptr<LoginItem> loginItem;
     std::unique_ptr<ProgramFile> programFile = std::make_unique<ProgramFile>();
-    std::unique_ptr<HttpsClient> https = std::make_unique<NoHttpsClient>();
-    std::unique_ptr<PackageInstaller> installer = std::make_unique<NoPackageInstaller>();
+    std::unique_ptr<HttpsClient> https = std::make_unique<NullHttpsClient>();
+    std::unique_ptr<PackageInstaller> installer = std::make_unique<NullPackageInstaller>();
     std::unique_ptr<SoundPlayer> sounds = std::make_unique<NullSoundPlayer>();
     std::unique_ptr<Tools> tools;
     std::unique_ptr<Scripting> scripting;

@@ -53,7 +53,7 @@ public:
 };
 
 /// That of a machine without a network, which has no answer ever.
-class NoHttpsClient final : public HttpsClient {
+class NullHttpsClient final : public HttpsClient {
 public:
     Task send(const HttpsRequest &, Finished) override { return {}; }
 };

@@ -18,7 +18,7 @@ public:
 };
 
 /// That of a machine without a desktop.
-class NoPackageInstaller final : public PackageInstaller {
+class NullPackageInstaller final : public PackageInstaller {
 public:
     bool open(const QString &) override { return false; }
 };

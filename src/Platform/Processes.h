@@ -82,7 +82,7 @@ public:
 };
 
 /// Those of a machine that doesn't tell.
-class UntoldProcesses final : public Processes {
+class NullProcesses final : public Processes {
 public:
     Task whenEnded(const ProcessIdentity &, std::function<void()>) override { return {}; }
     std::optional<QStringList> workingDirectories(const QString &) const override {

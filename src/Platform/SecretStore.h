@@ -29,7 +29,7 @@ public:
 };
 
 /// That of a machine without any.
-class NoSecretStore final : public SecretStore {
+class NullSecretStore final : public SecretStore {
 public:
     Answer secret(const QString &, Seconds) override {
         return Failure{QStringLiteral("no secret store")};

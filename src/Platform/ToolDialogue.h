@@ -39,7 +39,7 @@ public:
 };
 
 /// That of a machine that starts no program.
-class NoToolDialogue final : public ToolDialogue {
+class NullToolDialogue final : public ToolDialogue {
 public:
     End hold(const Tools::Command &, const QByteArray &,
              const std::function<Reply(const QByteArray &)> &, Seconds) override {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "App/PlatformServices.h"
-#include "Platform/NoScripting.h"
+#include "Platform/NullScripting.h"
 #include "Support/FakeDisplays.h"
 #include "Support/FakeHostWindows.h"
 #include "Support/FakeHotKeys.h"
@@ -59,7 +59,7 @@ inline PlatformServices fakePlatform() {
     result.sounds = std::make_unique<FakeSoundPlayer>();
     result.processes = std::make_unique<FakeProcesses>();
     result.tools = std::make_unique<FakeTools>();
-    result.scripting = std::make_unique<NoScripting>(*result.scheduler);
+    result.scripting = std::make_unique<NullScripting>(*result.scheduler);
     result.hostWindows = std::make_unique<FakeHostWindows>();
     result.hotKeys = std::make_unique<FakeHotKeys>();
     return result;

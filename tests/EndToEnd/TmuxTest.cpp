@@ -5,7 +5,7 @@
 #include "Core/Sessions/Session.h"
 #include "Platform/Linux/BoundedTools.h"
 #include "Platform/Linux/LinuxProcesses.h"
-#include "Platform/NoScripting.h"
+#include "Platform/NullScripting.h"
 #include "Support/FakeHostWindows.h"
 #include "Support/ManualPool.h"
 #include "Support/ManualScheduler.h"
@@ -86,7 +86,7 @@ protected:
     std::vector<std::unique_ptr<QProcess>> m_clients;
     ManualScheduler scheduler;
     BoundedTools tools{scheduler};
-    NoScripting scripting{scheduler};
+    NullScripting scripting{scheduler};
     ManualPool background;
     LinuxProcesses processes{scheduler, background};
     FakeHostWindows windows;

@@ -65,7 +65,7 @@ public:
 private:
     ManualScheduler &m_scheduler;
     ManualPool m_pool;
-    NoSecretStore m_secrets;
+    NullSecretStore m_secrets;
     FakeHttpsClient m_https;
     FakeDialogue m_dialogue;
     UsagePoller m_poller;

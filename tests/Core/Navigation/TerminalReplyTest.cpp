@@ -1,7 +1,7 @@
 #include "Core/Navigation/TerminalReply.h"
 
 #include "Core/Sessions/Session.h"
-#include "Platform/NoScripting.h"
+#include "Platform/NullScripting.h"
 #include "Support/FakeProcesses.h"
 #include "Support/FakeTools.h"
 #include "Support/ManualScheduler.h"
@@ -37,7 +37,7 @@ protected:
 
     FakeTools tools;
     ManualScheduler scheduler;
-    NoScripting scripting{scheduler};
+    NullScripting scripting{scheduler};
     FakeProcesses processes;
     TerminalReply reply{tools, scripting, processes, scheduler};
     Session session;

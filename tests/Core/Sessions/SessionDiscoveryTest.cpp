@@ -31,12 +31,12 @@ protected:
         return R"({"type":"session_meta","payload":)" + payload + "}\n";
     }
 
-    static QList<DiscoveredSession> scan(const Processes &processes = UntoldProcesses()) {
+    static QList<DiscoveredSession> scan(const Processes &processes = NullProcesses()) {
         return SessionDiscovery::scan(maxAge, now, processes);
     }
 
     /// Id and working directory of each session that is found.
-    static QStringList found(const Processes &processes = UntoldProcesses()) {
+    static QStringList found(const Processes &processes = NullProcesses()) {
         QStringList result;
         for (const DiscoveredSession &session : scan(processes)) {
             result.append(session.id + " " + session.cwd);

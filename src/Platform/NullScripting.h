@@ -6,9 +6,9 @@
 namespace morvane {
 
 /// That of a machine whose applications can't be told anything by scripts.
-class NoScripting final : public Scripting {
+class NullScripting final : public Scripting {
 public:
-    explicit NoScripting(Scheduler &scheduler) : m_scheduler(scheduler) {}
+    explicit NullScripting(Scheduler &scheduler) : m_scheduler(scheduler) {}
 
     void run(const QString &,
              std::function<void(const std::optional<QString> &)> finished) override {
