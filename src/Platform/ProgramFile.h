@@ -12,14 +12,11 @@ class ProgramFile : public QObject {
     Q_OBJECT
 
 public:
-    /// Whether another file has been put into its place since the program started.
-    bool isReplaced() const { return m_isReplaced; }
-
     /// Looks now; `replaced` may follow at once.
     virtual void look() {}
 
 signals:
-    /// Told once.
+    /// Another file has been put into its place since the program started. Told once.
     void replaced();
 
 protected:
