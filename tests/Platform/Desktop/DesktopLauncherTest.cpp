@@ -60,7 +60,7 @@ protected:
 };
 
 TEST_F(DesktopLauncherTest, StartsAnApplicationThatHasNothingOfOurs) {
-    const QByteArray limit = raiseLowDescriptorLimit();
+    const RaisedDescriptorLimit limit;
     constexpr int leak = 77;
     ::dup2(STDIN_FILENO, leak);
     home.set("QT_QPA_PLATFORM", "xcb");
@@ -68,9 +68,8 @@ TEST_F(DesktopLauncherTest, StartsAnApplicationThatHasNothingOfOurs) {
     DesktopLauncher::launch("net.kovidgoyal.kitty", "click_TIME7");
     EXPECT_TRUE(becomesTrue([&] { return QFile::exists(home.path("told")); }));
     EXPECT_EQ(home.read("told").toStdString(),
-              (home.path() + "\na  b ; $HOME\nclick_TIME7\n" + limit + "\nunset\n").toStdString());
+              (home.path() + "\na  b ; $HOME\nclick_TIME7\n" + limit.low() + "\nunset\n").toStdString());
     ::close(leak);
-    ::setrlimit(RLIMIT_NOFILE, &limit);
 }
 
 TEST_F(DesktopLauncherTest, LeavesAloneWhatItCannotStart) {
