@@ -19,7 +19,8 @@ constexpr double mascotPixel = 2;
 
 CompactStatusView::CompactStatusView(const PanelContext &context, QWidget *parent)
     : QWidget(parent), m_store(context.store),
-      m_mascot(new PixelAnimator(context.timeline, context.scheduler, context.motion, mascotPixel, this)),
+      m_mascot(new PixelAnimator(context.timeline, context.scheduler, context.motion, mascotPixel,
+                                 this)),
       m_mark(new StateMarkView(this)) {
     readAsText(*this);
     auto *line = new QHBoxLayout(this);

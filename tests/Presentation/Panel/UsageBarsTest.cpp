@@ -150,10 +150,8 @@ TEST_F(UsageBarsTest, TellsHowFullTheContextsAreAndScrollsWhenThereAreMany) {
     const auto start = [&](const QString &id, int tokens) {
         info.contextTokens = tokens;
         info.model = "claude-opus-5";
-        apply(EventBuilder(Event::toolUse)
-                  .in(id)
-                  .at('/' + id)
-                  .with(&HookEvent::transcriptPath, id));
+        apply(
+            EventBuilder(Event::toolUse).in(id).at('/' + id).with(&HookEvent::transcriptPath, id));
         scheduler.advance(Seconds(1));
     };
     apply(Event::sessionStart, "new");
