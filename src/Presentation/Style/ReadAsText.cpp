@@ -6,10 +6,10 @@ namespace morvane {
 
 namespace {
 
-constexpr char mark[] = "morvaneReadAsText";
+constexpr char textProperty[] = "morvaneReadAsText";
 
 QAccessibleInterface *makeText(const QString &, QObject *object) {
-    return object->isWidgetType() && object->property(mark).toBool()
+    return object->isWidgetType() && object->property(textProperty).toBool()
                ? new QAccessibleWidget(static_cast<QWidget *>(object), QAccessible::StaticText)
                : nullptr;
 }
@@ -18,7 +18,7 @@ QAccessibleInterface *makeText(const QString &, QObject *object) {
 
 void readAsText(QWidget &widget) {
     QAccessible::installFactory(&makeText); // again and again is the same as once
-    widget.setProperty(mark, true);
+    widget.setProperty(textProperty, true);
 }
 
 } // namespace morvane
