@@ -8,17 +8,12 @@
 #include <QUuid>
 
 #include <chrono>
-#include <utility>
 
 namespace morvane {
 
 namespace {
 
 constexpr std::chrono::seconds scriptLimit(2);
-
-/// Of a script that stays: the next start of this program knows by it what one that was killed has
-/// left.
-const QString stayingPlugin = QStringLiteral("morvane");
 
 /// What lies before every script.
 const QString beginning = QStringLiteral(R"(
@@ -39,8 +34,8 @@ KWinScripts::KWinScripts(const QDBusConnection &bus, const QString &path)
 }
 
 KWinScripts::~KWinScripts() {
-    for (const Script &script : std::as_const(m_scripts)) {
-        unload(script.plugin);
+    for (auto script = m_scripts.keyBegin(); script != m_scripts.keyEnd(); ++script) {
+        unload(*script);
     }
 }
 
@@ -62,12 +57,8 @@ QString KWinScripts::run(const QString &body, const Heard &heard, bool tellsOnce
         file->write((beginning.arg(m_bus.baseService(), m_path, name) + body).toUtf8());
         file->close();
     }
-    const QString plugin = tellsOnce ? name : stayingPlugin;
-    if (!tellsOnce) {
-        unload(plugin);
-    }
-    m_scripts.insert(name, {plugin, file, heard, tellsOnce});
-    const auto load = call(QStringLiteral("loadScript"), {file->fileName(), plugin});
+    m_scripts.insert(name, {file, heard, tellsOnce});
+    const auto load = call(QStringLiteral("loadScript"), {file->fileName(), name});
     BusQuestion::ask(m_bus, load, this, [this, name](const QDBusMessage &reply) {
         if (reply.type() == QDBusMessage::ErrorMessage) {
             told(name, {});
@@ -85,14 +76,14 @@ void KWinScripts::told(const QString &script, const QString &text) {
     }
     const Heard heard = known->heard;
     if (known->tellsOnce) {
-        unload(known->plugin);
         m_scripts.erase(known);
+        unload(script);
     }
     heard(text);
 }
 
-void KWinScripts::unload(const QString &plugin) {
-    m_bus.send(call(QStringLiteral("unloadScript"), {plugin}));
+void KWinScripts::unload(const QString &script) {
+    m_bus.send(call(QStringLiteral("unloadScript"), {script}));
 }
 
 QDBusMessage KWinScripts::call(const QString &method, const QVariantList &arguments) const {

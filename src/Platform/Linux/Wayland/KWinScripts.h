@@ -30,29 +30,27 @@ public:
     /// comes within two seconds.
     void ask(const QString &body, const Heard &heard);
 
-    /// Runs a script that may tell again and again, for as long as this object lives, and in the
-    /// place of any that has run so before.
+    /// Runs a script that may tell again and again, for as long as this object lives.
     void follow(const QString &body, const Heard &heard);
 
 public slots:
-    /// What a script of ours says, by what it calls itself, over the bus.
+    /// What a script of ours says, by its name, over the bus.
     void told(const QString &script, const QString &text);
 
 private:
     struct Script {
-        QString plugin; ///< the name that KWin has for it
         std::shared_ptr<QTemporaryFile> file;
         Heard heard;
         bool tellsOnce = false;
     };
 
     QString run(const QString &body, const Heard &heard, bool tellsOnce);
-    void unload(const QString &plugin);
+    void unload(const QString &script);
     QDBusMessage call(const QString &method, const QVariantList &arguments) const;
 
     QDBusConnection m_bus;
     const QString m_path;
-    QHash<QString, Script> m_scripts; ///< that run, by what they call themselves
+    QHash<QString, Script> m_scripts; ///< that run, by their names
 };
 
 } // namespace morvane
