@@ -106,13 +106,8 @@ HotKeys::State GlobalShortcutsPortal::state(std::uint32_t id) const {
     return known != m_keys.end() ? known->second.state : State::unavailable;
 }
 
-/// A session takes its shortcuts once and for all. One that is still to come takes those that there
-/// are by then; nobody would close it if it weren't waited for.
+/// A session takes its shortcuts once and for all.
 void GlobalShortcutsPortal::startAnew() {
-    const bool isOnItsWay = m_session.isEmpty() && !m_request.isEmpty();
-    if (isOnItsWay) {
-        return;
-    }
     endRequest();
     closeSession();
     if (m_keys.empty()) {
@@ -123,11 +118,7 @@ void GlobalShortcutsPortal::startAnew() {
     ask(QStringLiteral("CreateSession"), {}, {{QStringLiteral("session_handle_token"), token}},
         [this](const QVariantMap &results) {
             m_session = results.value(QStringLiteral("session_handle")).toString();
-            if (m_keys.empty()) {
-                closeSession();
-            } else {
-                bindShortcuts();
-            }
+            bindShortcuts();
         });
 }
 
