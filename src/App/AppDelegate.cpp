@@ -133,7 +133,7 @@ WindowContext AppDelegate::windowContext() {
                 [&controller](bool enabled) { controller.setLaunchAtLogin(enabled); },
             .canFocusWindows = [&controller] { return controller.canFocusWindows(); },
             .panelKeyState = [this] { return panelKeyState(); },
-            .desktopGivesKeys =
+            .desktopChoosesKeys =
                 [&controller] { return controller.panelKeys().desktopChoosesKeys(); },
             .hasTrayIcon = [&controller] { return controller.trayStandIn().hasTrayIcon(); },
             .checkForUpdates = [this] { checkForUpdates(); },

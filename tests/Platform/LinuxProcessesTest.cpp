@@ -5,6 +5,7 @@
 #include "Platform/Linux/TerminalProcesses.h"
 #include "Support/ManualPool.h"
 #include "Support/Printing.h"
+#include "Support/TemporaryHome.h"
 #include "Support/WaitUntil.h"
 
 #include <QFile>
@@ -210,21 +211,26 @@ TEST_F(LinuxProcessesTest, FindsWhereAProgramRuns) {
     EXPECT_EQ(processes.workingDirectories(name), QStringList{here});
     EXPECT_EQ(processes.workingDirectories("my"), QStringList());
 
-    // One that starts its namesake, as a script does for its native program, is one.
-    const QTemporaryDir other;
-    const QString starter = other.filePath(name);
-    QFile::copy(QFileInfo("/bin/sh").canonicalFilePath(), starter);
-    QProcess twice;
-    twice.setWorkingDirectory(other.path());
-    twice.start(starter, {"-c", R"("$0" -c 'echo there; read line'; :)", starter});
-    EXPECT_TRUE(becomesTrue([&] { return twice.canReadLine(); }));
-    auto found = processes.workingDirectories(name).value_or(QStringList());
-    found.sort();
-    QStringList expected{here, QFileInfo(other.path()).canonicalFilePath()};
-    expected.sort();
-    EXPECT_EQ(found, expected);
-    twice.closeWriteChannel();
-    twice.waitForFinished();
+    // A script that starts its native program is one with that; a program that starts its namesake
+    // is two.
+    const TemporaryHome other;
+    const QString interpreter = other.path("node");
+    const QString native = other.path(name);
+    for (const QString &shell : {interpreter, native}) {
+        QFile::copy(QFileInfo("/bin/sh").canonicalFilePath(), shell);
+    }
+    other.write("script/" + name, R"("$1" -c 'echo there; read line'; :)");
+    for (const QString &outer : {interpreter, native}) {
+        QProcess twice;
+        twice.setWorkingDirectory(other.path());
+        twice.start(outer, {other.path("script/" + name), native});
+        EXPECT_TRUE(becomesTrue([&] { return twice.canReadLine(); }));
+        const auto found = processes.workingDirectories(name).value_or(QStringList());
+        EXPECT_EQ(found.count(QFileInfo(other.path()).canonicalFilePath()), outer == native ? 2 : 1);
+        EXPECT_EQ(found.count(here), 1);
+        twice.closeWriteChannel();
+        twice.waitForFinished();
+    }
 }
 
 TEST_F(LinuxProcessesTest, DoesntTellWhereAProgramRunsThatDoesntLetItselfBeLookedInto) {

@@ -27,14 +27,15 @@ bool mayEndUnsaid(const Session &session) {
            !session.pendingDecisionID();
 }
 
-/// An agent may wait all night for its person, who mustn't pay for that; what works is looked at
-/// anyway.
-Seconds pauseUntilLook(const Session &session, Date now) {
+/// An agent may wait all night for its person, who mustn't pay for that. Those that work are looked
+/// at together, on the second.
+Date nextLook(const Session &session, Date now) {
     if (session.state == SessionState::working) {
-        return quietInterval;
+        return std::chrono::ceil<std::chrono::seconds>(now + quietInterval);
     }
     const Seconds silence = now - session.lastEventAt;
-    return std::clamp(silence / interestInSilence, quietInterval, longestInterval);
+    const Seconds pause = std::clamp(silence / interestInSilence, quietInterval, longestInterval);
+    return now + std::chrono::duration_cast<Date::duration>(pause);
 }
 
 } // namespace
@@ -103,12 +104,17 @@ void SessionTranscripts::watchTurn(const Session &session) {
         m_turnWatches.erase(session.id);
         return;
     }
-    const Seconds pause = pauseUntilLook(session, m_scheduler.now());
-    m_turnWatches[session.id].next =
-        m_scheduler.after(pause, [this, id = session.id] { lookForEnd(m_sessions.value(id)); });
+    const Date now = m_scheduler.now();
+    const Date next = nextLook(session, now);
+    TurnWatch &watch = m_turnWatches[session.id];
+    if (std::exchange(watch.nextAt, next) != next) {
+        watch.next = m_scheduler.after(
+            next - now, [this, id = session.id] { lookForEnd(m_sessions.value(id)); });
+    }
 }
 
 void SessionTranscripts::lookForEnd(const Session &session) {
+    m_turnWatches[session.id].nextAt = {};
     watchTurn(session);
     const auto watch = m_turnWatches.find(session.id);
     if (watch == m_turnWatches.end() || !canRead(session)) {

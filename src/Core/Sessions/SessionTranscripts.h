@@ -70,6 +70,7 @@ private:
 
     struct TurnWatch {
         Look last;
+        Date nextAt = {};
         Task next;
     };
 

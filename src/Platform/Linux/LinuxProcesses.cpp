@@ -9,17 +9,19 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QSocketNotifier>
 
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
-#include <iterator>
+#include <filesystem>
 #include <linux/openat2.h>
 #include <memory>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <system_error>
 #include <unistd.h>
 #include <utility>
 #include <vector>
@@ -119,22 +121,25 @@ QByteArray baseName(const QByteArray &path) {
     return path.mid(path.lastIndexOf('/') + 1);
 }
 
-/// Whether a command line runs the program, or has it interpreted. Interpreters are told their
-/// options before the script.
-bool runs(const QByteArray &commandLine, const QByteArray &program) {
+enum class Manner { natively, interpreted };
+
+/// How a command line runs the program, if it does. Interpreters are told their options before the
+/// script.
+std::optional<Manner> mannerOf(const QByteArray &commandLine, const QByteArray &program) {
     static const QList<QByteArray> interpreters{"node", "nodejs", "bun", "deno"};
     const QList<QByteArray> arguments = commandLine.split('\0');
     const QByteArray name = baseName(arguments.first());
     if (name == program) {
-        return true;
+        return Manner::natively;
     }
     if (!interpreters.contains(name)) {
-        return false;
+        return std::nullopt;
     }
     const auto script = std::find_if(arguments.begin() + 1, arguments.end(), [](const auto &text) {
         return !text.isEmpty() && !text.startsWith('-');
     });
-    return script != arguments.end() && baseName(*script) == program;
+    const bool isProgram = script != arguments.end() && baseName(*script) == program;
+    return isProgram ? std::optional(Manner::interpreted) : std::nullopt;
 }
 
 } // namespace
@@ -210,22 +215,27 @@ std::optional<QStringList> LinuxProcesses::workingDirectories(const QString &pro
     if (numbers.empty()) {
         return std::nullopt;
     }
-    std::vector<std::int64_t> running;
-    std::ranges::copy_if(numbers, std::back_inserter(running), [&](std::int64_t id) {
-        return runs(contents(procPath(id, "cmdline"), longestCommandLine), program.toUtf8()) &&
-               isOurs(id);
-    });
+    QHash<std::int64_t, Manner> running;
+    for (const std::int64_t id : numbers) {
+        const QByteArray commandLine = contents(procPath(id, "cmdline"), longestCommandLine);
+        const auto manner = mannerOf(commandLine, program.toUtf8());
+        if (manner && isOurs(id)) {
+            running.insert(id, *manner);
+        }
+    }
     QStringList result;
-    for (const std::int64_t id : running) {
+    for (const std::int64_t id : running.keys()) {
         // Many a program is a script that starts a native one of the same name.
         const auto status = ProcessStatus::of(id);
-        if (!status || std::ranges::find(running, status->parent) != running.end()) {
+        if (!status || running.value(status->parent, Manner::natively) == Manner::interpreted) {
             continue;
         }
-        const QString folder = QFile::symLinkTarget(procPath(id, "cwd"));
-        if (!folder.isEmpty()) {
-            result.append(folder);
-        } else if (ProcessStatus::of(id)) {
+        std::error_code error;
+        const auto folder =
+            std::filesystem::read_symlink(procPath(id, "cwd").toStdString(), error);
+        if (!error) {
+            result.append(QFile::decodeName(folder.c_str()));
+        } else if (error == std::errc::permission_denied) {
             return std::nullopt; // it doesn't let itself be looked into
         }
     }

@@ -125,7 +125,7 @@ void NotchPresenter::updateVisibility() {
     const bool isWanted = hasNotch() && (shouldBeVisible() || m_hover.isOpen() || isHeld());
     if (isWanted && shouldBeVisible()) {
         makePanel();
-    } else if (!isWanted && isShown()) {
+    } else if (!isWanted && window() && (isShown() || !m_surface->holdsReply())) {
         destroyNotch();
     }
 }

@@ -70,18 +70,22 @@ int ExpandedView::maxActiveListHeight(int contentHeightBudget, int footerHeight)
     return std::max(smallestListLimit, contentHeightBudget - footer - 2 * panelPadding);
 }
 
-/// A focus that moves meanwhile is followed once the whole list is there.
+/// A focus that moves meanwhile is followed once the whole list is there, but not away from whoever
+/// has just begun to wait.
 void ExpandedView::refresh() {
     const QPointer<QWidget> focus = QApplication::focusWidget();
     m_isTakingOver = true;
-    takeOver();
+    const bool showsCall = takeOver();
     m_isTakingOver = false;
     if (QApplication::focusWidget() != focus) {
         focusMoved(focus, QApplication::focusWidget());
+        if (showsCall) {
+            m_viewport->scrollToTop();
+        }
     }
 }
 
-void ExpandedView::takeOver() {
+bool ExpandedView::takeOver() {
     const bool needsAttention =
         m_context.store.hasPendingDecision() || m_context.store.hasExternalPrompt();
     const bool attentionChanges = std::exchange(m_needsAttention, needsAttention) != needsAttention;
@@ -92,7 +96,7 @@ void ExpandedView::takeOver() {
     if (attentionChanges) {
         m_owesCall = needsAttention;
     }
-    showCall();
+    const bool showsCall = showCall();
     if (attentionChanges || contentChanges) {
         startReading();
     }
@@ -108,15 +112,18 @@ void ExpandedView::takeOver() {
         place();
     }
     scheduleAges();
+    return showsCall;
 }
 
 /// Who waits stands at the top, and nothing else may tell of it: the open panel is in the place of
 /// the capsule. But nothing moves away under a hand that types or presses.
-void ExpandedView::showCall() {
-    if (m_owesCall && !m_viewport->rows().isInHand()) {
-        m_owesCall = false;
-        m_viewport->scrollToTop();
+bool ExpandedView::showCall() {
+    if (!m_owesCall || m_viewport->rows().isInHand()) {
+        return false;
     }
+    m_owesCall = false;
+    m_viewport->scrollToTop();
+    return true;
 }
 
 /// Whether other entries are on show, or in another order, than before.

@@ -65,10 +65,11 @@ protected:
     bool focusNextPrevChild(bool next) override;
 
 private:
-    void takeOver();
+    /// Both yield whether the list has just been scrolled to whoever waits.
+    bool takeOver();
+    bool showCall();
     void focusMoved(const QWidget *from, const QWidget *to);
     bool takeKeys(const QList<RowList::Entry> &next);
-    void showCall();
     int wantedWidth() const;
     std::optional<Seconds> movement(bool attentionChanges, bool contentChanges) const;
     void startReading();

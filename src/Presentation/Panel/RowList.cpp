@@ -94,13 +94,14 @@ void RowList::takeOver(const QList<Entry> &entries, bool moves) {
     }
     for (qsizetype index = 0; index < gone.size(); ++index) {
         if (before.contains(gone[index].entry.key)) {
-            letGo(gone[index], index, moves);
+            letGo(gone, index, moves);
         }
     }
 }
 
 /// A row with a text in it stays where it was.
-void RowList::letGo(Slot slot, qsizetype place, bool moves) {
+void RowList::letGo(const QList<Slot> &before, qsizetype place, bool moves) {
+    Slot slot = before[place];
     if (holdsText(slot)) {
         static_cast<ListRow *>(slot.widget)->outliveEntry();
         slot.isMeasured = false;
@@ -108,24 +109,28 @@ void RowList::letGo(Slot slot, qsizetype place, bool moves) {
         return;
     }
     if (slot.widget != nullptr && containsFocus(*slot.widget)) {
-        focusRowAt(place);
+        passFocusOn(before, place);
     }
     dismiss(slot, moves);
 }
 
-/// Or the one before, where none follows. Left to Qt, the keys would come to any button of it.
-void RowList::focusRowAt(qsizetype place) const {
-    const auto from = m_slots.begin() + std::min(place, m_slots.size());
-    const auto isRow = [](const Slot &slot) {
-        return qobject_cast<ListRow *>(slot.widget) != nullptr;
-    };
-    if (const auto next = std::find_if(from, m_slots.end(), isRow); next != m_slots.end()) {
-        next->widget->setFocus();
-        return;
-    }
-    const auto before = std::find_if(std::reverse_iterator(from), m_slots.rend(), isRow);
-    if (before != m_slots.rend()) {
-        before->widget->setFocus();
+/// To the next row that stays, to the one before where none follows, or to what has come instead.
+/// Left to Qt, the keys would come to any button.
+void RowList::passFocusOn(const QList<Slot> &before, qsizetype place) {
+    QList<Slot> heirs = before.sliced(place + 1);
+    std::reverse_copy(before.begin(), before.begin() + place, std::back_inserter(heirs));
+    heirs.append(m_slots);
+    for (const Slot &heir : std::as_const(heirs)) {
+        const auto known = std::ranges::find(
+            m_slots, heir.entry.key, [](const Slot &slot) { return slot.entry.key; });
+        if (known == m_slots.end()) {
+            continue;
+        }
+        make(*known);
+        if (qobject_cast<ListRow *>(known->widget) != nullptr) {
+            known->widget->setFocus();
+            return;
+        }
     }
 }
 
@@ -181,8 +186,7 @@ int RowList::layOut(int width, int from, int to) {
         if (slot.widget == nullptr) {
             slot.height = m_usualHeight;
             if ((top < to && top + slot.height > from) || m_isRead || m_makesAll) {
-                slot.widget = slot.entry.fill(nullptr);
-                slot.widget->show();
+                make(slot);
             }
         }
         measure(slot);
@@ -199,6 +203,13 @@ int RowList::layOut(int width, int from, int to) {
     }
     place();
     return std::max(0, top - spacing);
+}
+
+void RowList::make(Slot &slot) {
+    if (slot.widget == nullptr) {
+        slot.widget = slot.entry.fill(nullptr);
+        slot.widget->show();
+    }
 }
 
 void RowList::measure(Slot &slot) {

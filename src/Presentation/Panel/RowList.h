@@ -97,9 +97,10 @@ private:
     void accessibilityActiveChanged(bool active) override;
     void takeOver(const QList<Entry> &entries, bool moves);
     static bool holdsText(const Slot &slot);
-    void focusRowAt(qsizetype place) const;
-    void letGo(Slot slot, qsizetype place, bool moves);
+    void letGo(const QList<Slot> &before, qsizetype place, bool moves);
+    void passFocusOn(const QList<Slot> &before, qsizetype place);
     void dismiss(const Slot &slot, bool moves);
+    static void make(Slot &slot);
     void start(Seconds duration);
     void finish();
     void measure(Slot &slot);

@@ -34,7 +34,7 @@ BehaviourSection::BehaviourSection(const WindowContext &context, QWidget *parent
     TextLabel *hidden = addCaption();
     onRefresh([hidden, &settings, program = context.program] {
         hidden->setText(PlatformWords::iconIsHidden(PlatformWords::panelKey(
-            settings.panelKey(), program.panelKeyState(), program.desktopGivesKeys())));
+            settings.panelKey(), program.panelKeyState(), program.desktopChoosesKeys())));
         hidden->setVisible(!settings.showMenuBarIcon());
     });
 }
@@ -72,7 +72,7 @@ void BehaviourSection::addAutoClear(MorvaneSettings &settings) {
 }
 
 void BehaviourSection::addPanelKey(const WindowContext &context) {
-    if (context.program.desktopGivesKeys()) {
+    if (context.program.desktopChoosesKeys()) {
         addDesktopsKey(context.program.panelKeyState);
     } else {
         addKeyField(context.settings);

@@ -110,7 +110,7 @@ OnboardingPage *OnboardingPage::ready(const WindowContext &context, QWidget *par
         open->setText(
             PlatformWords::openThePanel(page->panelKey(), page->m_context.program.hasTrayIcon()));
     });
-    if (!context.program.desktopGivesKeys()) {
+    if (!context.program.desktopChoosesKeys()) {
         // Desktops that do give none for a moment.
         page->addHint(SystemImage::keyboard)
             ->setText(tr("%1 jump to recently completed sessions.")
@@ -158,7 +158,7 @@ int OnboardingPage::heightForWidth(int width) const {
 QString OnboardingPage::panelKey() const {
     const ProgramActions &program = m_context.program;
     return PlatformWords::panelKey(m_context.settings.panelKey(), program.panelKeyState(),
-                                   program.desktopGivesKeys());
+                                   program.desktopChoosesKeys());
 }
 
 void OnboardingPage::addMascot(int side) {

@@ -31,7 +31,7 @@ struct ProgramActions {
     /// How it stands with the key that opens the panel.
     std::function<HotKeys::State()> panelKeyState;
     /// Whether the desktop alone says which key that is.
-    std::function<bool()> desktopGivesKeys;
+    std::function<bool()> desktopChoosesKeys;
     std::function<bool()> hasTrayIcon;
     /// Looks for a newer version, and shows what comes of it.
     std::function<void()> checkForUpdates;

@@ -127,8 +127,10 @@ TEST_F(NotchPresenterTest, KeepsAReplyThatHasNotGoneOutWhileItIsAway) {
     EXPECT_TRUE(says("could not be sent"));
 
     // With nothing left to keep it goes for good.
-    QTest::keyClick(type(QString()), Qt::Key_Escape);
+    QTest::keyClick(type(QString()), Qt::Key_Return);
     presenter->dismiss();
+    tellOutcome(true);
+    apply(EventBuilder(Event::turnEnd).with(&HookEvent::pane, pane));
     scheduler.advance(Seconds(1));
     EXPECT_TRUE(overlays.alive.isEmpty());
 }

@@ -183,6 +183,36 @@ TEST_F(PanelKeyboardTest, BringsWhatItMovesToIntoSight) {
     EXPECT_TRUE(isInSight(*QApplication::focusWidget()));
 }
 
+TEST_F(PanelKeyboardTest, GoesOnAtTheNextRowThatStays) {
+    work(5);
+    const QString shown = order();
+    view.takeFocus();
+    ASSERT_EQ(focusAfter({Qt::Key_Down, Qt::Key_Down}), QString("row ") + shown[2]);
+    for (const QChar id : shown.first(3)) {
+        apply(Event::sessionEnd, id);
+    }
+    refresh();
+    EXPECT_EQ(focus(), QString("row ") + shown[3]);
+    apply(Event::sessionEnd, shown[4]);
+    apply(Event::turnEnd, shown[3]);
+    refresh();
+    EXPECT_TRUE(focus().startsWith("record ")) << focus().toStdString();
+}
+
+TEST_F(PanelKeyboardTest, StaysWithWhoeverBeginsToWait) {
+    finish("/over");
+    work(30);
+    view.setContentHeightBudget(300);
+    refresh();
+    view.takeFocus();
+    press(QList<Qt::Key>(30, Qt::Key_Down));
+    ASSERT_EQ(focus(), "record /over");
+    apply(EventBuilder::parked("d").in("7").at("7"));
+    refresh();
+    EXPECT_TRUE(isInSight(*rows().first()));
+    EXPECT_EQ(rows().first()->session().id, "7");
+}
+
 TEST_F(PanelKeyboardTest, FollowsTheFocusThatAnUpdateMoves) {
     for (const QString id : {"a", "b", "c", "d"}) {
         apply(EventBuilder::parked(id).in(id).with(&HookEvent::toolDetail, "more"));
