@@ -45,6 +45,7 @@ TEST_F(CompactViewTest, TellsHowLongTheFirstSessionIsAtItAndHowManyThereAre) {
     for (const QString text : {"2 sessions, needs your input, 1m", "needs your input"}) {
         EXPECT_TRUE(isReadOut(view, text)) << text.toStdString();
     }
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&view)->childCount(), 0) << "read twice";
 }
 
 TEST_F(CompactViewTest, RedrawsTheTimeOnceAMinuteAndAsksForRoom) {
