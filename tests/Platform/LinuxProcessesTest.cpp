@@ -226,7 +226,8 @@ TEST_F(LinuxProcessesTest, FindsWhereAProgramRuns) {
         twice.start(outer, {other.path("script/" + name), native});
         EXPECT_TRUE(becomesTrue([&] { return twice.canReadLine(); }));
         const auto found = processes.workingDirectories(name).value_or(QStringList());
-        EXPECT_EQ(found.count(QFileInfo(other.path()).canonicalFilePath()), outer == native ? 2 : 1);
+        EXPECT_EQ(found.count(QFileInfo(other.path()).canonicalFilePath()),
+                  outer == native ? 2 : 1);
         EXPECT_EQ(found.count(here), 1);
         twice.closeWriteChannel();
         twice.waitForFinished();

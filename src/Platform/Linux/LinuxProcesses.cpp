@@ -231,8 +231,7 @@ std::optional<QStringList> LinuxProcesses::workingDirectories(const QString &pro
             continue;
         }
         std::error_code error;
-        const auto folder =
-            std::filesystem::read_symlink(procPath(id, "cwd").toStdString(), error);
+        const auto folder = std::filesystem::read_symlink(procPath(id, "cwd").toStdString(), error);
         if (!error) {
             result.append(QFile::decodeName(folder.c_str()));
         } else if (error == std::errc::permission_denied) {

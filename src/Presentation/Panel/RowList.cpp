@@ -121,8 +121,8 @@ void RowList::passFocusOn(const QList<Slot> &before, qsizetype place) {
     std::reverse_copy(before.begin(), before.begin() + place, std::back_inserter(heirs));
     heirs.append(m_slots);
     for (const Slot &heir : std::as_const(heirs)) {
-        const auto known = std::ranges::find(
-            m_slots, heir.entry.key, [](const Slot &slot) { return slot.entry.key; });
+        const auto known = std::ranges::find(m_slots, heir.entry.key,
+                                             [](const Slot &slot) { return slot.entry.key; });
         if (known == m_slots.end()) {
             continue;
         }
