@@ -48,8 +48,7 @@ private:
     QList<Line> m_lines;
     mutable QHash<QString, qsizetype> m_columns; ///< what measuring has told, which is dear
     mutable QList<Row> m_rows;
-    mutable std::optional<int>
-        m_width; ///< at which they were broken; none when they have to be anew
+    mutable std::optional<int> m_width; ///< that they were broken at; none: they have to be anew
 };
 
 } // namespace morvane
