@@ -212,16 +212,5 @@ TEST_F(AgentSettingsFileTest, EditsAgainAFileThatComesOrGoesMeanwhile) {
     EXPECT_EQ(file.read(), "new");
 }
 
-TEST_F(AgentSettingsFileTest, KeepsWhatCouldNotBeUnderstood) {
-    home.write(name, "broken");
-    const AgentSettingsChange replacing{.content = "new", .replacesUnreadable = true};
-    rewrite(fixed(replacing));
-    rewrite(append("er"));
-    EXPECT_EQ(backup(), "new");
-    EXPECT_EQ(home.read(name + ".morvane-unreadable"), "broken");
-    EXPECT_EQ(failure(fixed(Failure{"no"})), "no");
-    EXPECT_EQ(file.read(), "newer");
-}
-
 } // namespace
 } // namespace morvane

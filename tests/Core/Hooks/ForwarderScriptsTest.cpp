@@ -110,14 +110,5 @@ TEST(ForwarderScripts, AreClosedBeforeTheyHaveTheirNames) {
     EXPECT_GE(moved, 1);
 }
 
-TEST(ForwarderScripts, SaysWhatKeptItFromWriting) {
-    const TemporaryHome home;
-    home.write(".morvane");
-    EXPECT_TRUE(scripts(1).writeHookScript());
-    const auto missing = scripts(1).renderTemplate("other.sh");
-    ASSERT_TRUE(missing.failure());
-    EXPECT_EQ(missing.failure()->message, "other.sh.template missing from bundle");
-}
-
 } // namespace
 } // namespace morvane

@@ -9,6 +9,8 @@ using nlohmann::json;
 using HookInstallerTest = InstallerFixture;
 
 TEST_F(HookInstallerTest, WritesTheEntriesOfEachJsonAgent) {
+    write(claude,
+          R"({"hooks":{"Stop":[{"command":"a"},{"command":".morvane/hook.sh"},{"command":"b"}]}})");
     connect(claude);
     const json ours = root(claude);
     EXPECT_EQ(ours["hooks"].size(), 9u);
@@ -16,6 +18,8 @@ TEST_F(HookInstallerTest, WritesTheEntriesOfEachJsonAgent) {
         "command":"OURS/hook.sh claude PreToolUse","async":true,"timeout":5}]}])"));
     EXPECT_EQ(ours["hooks"]["PermissionRequest"], value(R"([{"hooks":[{"type":"command",
         "command":"OURS/hook.sh claude PermissionRequest decide","timeout":120}]}])"));
+    EXPECT_EQ(ours["hooks"]["Stop"], value(R"([{"command":"a"},{"command":"b"},{"hooks":[{
+        "type":"command","command":"OURS/hook.sh claude Stop","async":true,"timeout":5}]}])"));
     EXPECT_EQ(ours["statusLine"], value(R"({"type":"command","command":"OURS/statusline.sh"})"));
 
     for (const AgentKind kind : {cursor, gemini, qoder, codebuddy}) {
@@ -106,17 +110,6 @@ TEST_F(HookInstallerTest, ComesAndGoesWithoutALossOfAnything) {
     }
 }
 
-TEST_F(HookInstallerTest, PutsOursBehindTheHooksOfOthers) {
-    write(claude,
-          R"({"hooks":{"Stop":[{"command":"a"},{"command":".morvane/hook.sh"},{"command":"b"}]}})");
-    connect(claude);
-    const json entries = root(claude)["hooks"]["Stop"];
-    ASSERT_EQ(entries.size(), 3u);
-    EXPECT_EQ(entries[0]["command"], "a");
-    EXPECT_EQ(entries[1]["command"], "b");
-    EXPECT_EQ(entries[2]["hooks"][0]["command"], value(R"("OURS/hook.sh claude Stop")"));
-}
-
 TEST_F(HookInstallerTest, LeavesAloneWhatItDoesNotUnderstandWhenItGoes) {
     disconnect(claude);
     EXPECT_FALSE(QFile::exists(home.path(place(claude))));
@@ -169,7 +162,6 @@ TEST_F(HookInstallerTest, SeesWhichEntriesAreStale) {
     EXPECT_TRUE(isStale([&](json &hooks) {
         hooks["Stop"].push_back({{"command", "/other/.morvane/hook.sh codex Stop"}});
     }));
-    EXPECT_FALSE(isStale([](json &hooks) { hooks["Stop"][0]["hooks"][0]["timeout"] = 9; }));
     EXPECT_FALSE(isStale([](json &hooks) { hooks["Stop"].push_back({{"command", "other"}}); }));
 }
 

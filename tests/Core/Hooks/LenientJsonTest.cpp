@@ -56,12 +56,6 @@ TEST(LenientJsonTest, KeepsKeysThatAreNoUnicode) {
               "{\n  \"\xc3\xbf\": 3,\n  \"\\ud800\": 1,\n  \"b\xff\": {\n    \"a\": 2\n  }\n}\n");
 }
 
-TEST(LenientJsonTest, WritesSortedAndIndented) {
-    EXPECT_EQ(rewritten(R"({"b":[],"a":{"d":[1,[2]],"c":{}}})"),
-              "{\n  \"a\": {\n    \"c\": {},\n    \"d\": [\n      1,\n      [\n        2\n"
-              "      ]\n    ]\n  },\n  \"b\": []\n}\n");
-}
-
 TEST(LenientJsonTest, BoundsItsDepth) {
     const auto nested = [](qsizetype levels) {
         return QByteArray(levels, '[') + QByteArray(levels, ']');
