@@ -53,7 +53,6 @@ protected:
     std::vector<HookEvent> events;
     std::vector<std::string> expired;
     std::vector<std::pair<AgentKind, std::string>> usage;
-    std::atomic<bool> wantsDecisions = true;
     std::unique_ptr<EventServer> server = std::make_unique<EventServer>(
         token, 0,
         EventServer::Handlers{
@@ -63,7 +62,7 @@ protected:
                 [this](AgentKind agent, const QByteArray &body) {
                     usage.emplace_back(agent, body.toStdString());
                 },
-            .decisionsEnabled = [this] { return wantsDecisions.load(); }},
+            .decisionsEnabled = [] { return true; }},
         scheduler, &scheduler);
 };
 

@@ -93,11 +93,13 @@ TEST_F(EventServerTest, BelievesOnlyAProcessThatThereCanBe) {
         {"0 1 1", 0},     {"-12 34 56", 0},         {"12 34", 0},       {"12 34 56 78", 0}};
     for (const auto &[text, id] : told) {
         events.clear();
-        httpExchange(port(), eventRequest({{"x-hook-event", "Stop"}, {"x-morvane-process", text}},
-                                          R"({"session_id":"s"})"));
+        const HttpHeaders headers{
+            {"x-hook-event", "Stop"}, {"x-morvane-process", text}, {"x-tty", ""}};
+        httpExchange(port(), eventRequest(headers, sessionStart));
         scheduler.runPosted();
         ASSERT_EQ(events.size(), 1u);
         EXPECT_EQ(events.front().process.value_or(ProcessIdentity{}).id, id) << text;
+        EXPECT_EQ(events.front().ttyName, std::nullopt);
     }
 }
 
@@ -201,21 +203,6 @@ TEST_F(EventServerTest, AnswersInTheFormOfTheReleaseThatCalls) {
         server->resolve("t", AgentDecision::allowRemembering(AgentDecision::Scope::session));
         EXPECT_NE(hook.receiveAll().find(form), std::string::npos);
     }
-}
-
-TEST_F(EventServerTest, AsksForEachRequestWhetherDecisionsAreWanted) {
-    for (const char *id : {"first", "second"}) {
-        wantsDecisions = false;
-        EXPECT_EQ(httpExchange(port(), permissionRequest(id)), okAnswer);
-        scheduler.runPosted();
-        EXPECT_EQ(events.back().decisionID, std::nullopt);
-        wantsDecisions = true;
-        HttpClient client = parked(permissionRequest(id));
-        EXPECT_EQ(events.back().decisionID, id);
-        server->resolve(id, AgentDecision::allow());
-        EXPECT_NE(httpBody(client.receiveAll()), "");
-    }
-    EXPECT_EQ(events.size(), 4u);
 }
 
 TEST_F(EventServerTest, ClosesWithoutAWordWhatIsNoRequest) {

@@ -2,7 +2,6 @@
 
 #include "Core/Adapters/AgentRegistry.h"
 #include "Core/Agents/AgentAdapter.h"
-#include "Core/Intake/HttpRequest.h"
 #include "Support/Printing.h"
 
 namespace morvane {
@@ -45,6 +44,12 @@ TEST(HookEvent, IsReadAsTheReleaseMeansIt) {
     EXPECT_TRUE(launch && launch->launchesSubagent);
     EXPECT_EQ(launch->taskDescription, "Look around");
     EXPECT_FALSE(decode(spawn, "PreToolUse", AgentKind::codex)->launchesSubagent);
+
+    const auto call = [&codex](const QByteArray &input) {
+        const QByteArray body = R"({"session_id":"s","tool_name":"Bash","tool_input":)" + input;
+        return HookEvent::decode(codex, "PreToolUse", body + "}", {})->call;
+    };
+    EXPECT_NE(call("\"ls\""), call("\"make\""));
 }
 
 TEST(HookEvent, TakesTheLastWordsByTheNameThatTheAgentHasForThem) {
@@ -91,15 +96,6 @@ TEST(HookEvent, TakesEverythingThatAPayloadTells) {
     expected.toolInput =
         ReadableInput::of(R"({"command": " ls -l\n", "description": "List", "timeout": 5})");
     EXPECT_TRUE(*event == expected);
-}
-
-TEST(HookOrigin, TakesABlankHintAsItStandsAndNoEmptyOne) {
-    HttpRequest request;
-    request.headers[static_cast<std::size_t>(HttpHeader::tty)] = "";
-    request.headers[static_cast<std::size_t>(HttpHeader::termProgram)] = " ";
-    HookOrigin expected;
-    expected.termProgram = " ";
-    EXPECT_TRUE(HookOrigin::of(request) == expected);
 }
 
 TEST(HookEvent, LeavesOutAPlaceThatIsNotTheSessionsOwn) {
