@@ -100,20 +100,20 @@ TEST(TranscriptReader, PassesOverWhatCodexDoesNotMeanForAPerson) {
         {codexMessage(R"("role":"assistant","phase":"final_answer")", R"([{"text":"New."}])"),
          "New."},
         {codexMessage(R"("role":"assistant","phase":5)", R"([{"text":"New."}])"), "New."},
-        {codexMessage(R"("role":"assistant","phase":"x")", R"([{"text":"New."}])"), "Older."},
         {codexMessage(R"("role":"system")", R"([{"text":"New."}])"), "Older."},
         {codexMessage(R"("role":"assistant")", R"([{"text":"New."},7])"), "Older."},
         {R"({"type":"response_item","payload":"x"})", "Older."}};
     for (const auto &[line, text] : answers) {
         EXPECT_EQ(codexInfo(answer + line).lastAssistantText, text) << line.constData();
     }
-    for (const QByteArray phase : {"commentary", "partial_answer", "final_answer"}) {
-        const QByteArray line =
-            codexMessage(R"("role":"assistant","phase":")" + phase + '"', R"([{"text":"New."}])");
-        EXPECT_EQ(TranscriptReader::newestFirst(answer + line, CodexTranscript::takeLineOfAnyPhase)
-                      .lastAssistantText,
-                  "New.");
-    }
+    const TemporaryHome home;
+    const QByteArray aside =
+        codexMessage(R"("role":"assistant","phase":"commentary")", R"([{"text":"New."}])");
+    const QString path = home.write("t.jsonl", answer + aside);
+    const AgentAdapter &listed = *AgentRegistry::forms(AgentKind::codex).back();
+    EXPECT_EQ(listed.readTranscript(path).lastAssistantText, "New.");
+    const AgentAdapter &base = AgentRegistry::adapter(AgentKind::codex);
+    EXPECT_EQ(base.readTranscript(path).lastAssistantText, "Older.");
     const QByteArray prompt = codexMessage(R"("role":"user")", R"([{"text":"Older"}])");
     EXPECT_EQ(codexInfo(prompt + codexMessage(R"("role":"user")", R"([{"text":"<a>"}])")).title,
               "Older");
