@@ -90,7 +90,6 @@ TEST(AgentReleases, TellWhoElseAsks) {
         EXPECT_EQ(meaning({}, type), std::nullopt) << type;
     }
     EXPECT_EQ(meaning(listed, "elicitation_response"), std::nullopt);
-    EXPECT_EQ(meaning(listed, "idle_prompt"), CanonicalEvent::idle);
 }
 
 TEST(ProgramReleases, AreToldByThePackageOrThePath) {
