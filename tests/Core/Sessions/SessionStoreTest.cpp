@@ -23,15 +23,7 @@ protected:
     }
 };
 
-/// What an event does after no session, and after one in each state.
-struct TransitionRow {
-    const char *name;
-    EventBuilder event;
-    /// After none, working, needsInput, done, failed and idle. A dash: nothing happens at all.
-    std::array<const char *, 6> after;
-};
-
-std::vector<TransitionRow> transitions() {
+TEST_F(StoreTest, MovesThroughItsStates) {
     const auto always = [](const char *state) {
         return std::array{state, state, state, state, state, state};
     };
@@ -39,29 +31,29 @@ std::vector<TransitionRow> transitions() {
     const auto agents = turnEnd.background({"shell", "workflow"});
     const EventBuilder stop(Kind::subagentStop);
     const EventBuilder end(Kind::sessionEnd);
-    return {{"start", EventBuilder(Kind::sessionStart), always("idle")},
-            {"prompt", EventBuilder(Kind::promptSubmit), always("working")},
-            {"tool", EventBuilder(Kind::toolUse), always("working")},
-            {"notice", EventBuilder(Kind::needsInput), always("needsInput")},
-            {"idle", EventBuilder(Kind::idle), {"idle", "done", "done", "-", "-", "-"}},
-            {"turnEnd", turnEnd, always("done")},
-            {"turnEnd with a shell", turnEnd.background({"shell"}), always("done")},
-            {"turnEnd with an agent", agents, always("working")},
-            {"turnFailed", EventBuilder(Kind::turnFailed), always("failed")},
-            {"subagentStop", stop, {"-", "working", "needsInput", "done", "failed", "idle"}},
-            {"sessionEnd", end, {"-", "none", "none", "none", "none", "none"}},
-            {"permission", EventBuilder(Kind::permissionRequest), always("needsInput")},
-            {"parked", EventBuilder::parked("d"), always("needsInput")}};
-}
-
-TEST_F(StoreTest, MovesThroughItsStates) {
+    // Events, and what is after each from no session, and from one in each of the states below. A
+    // dash: nothing happens at all.
+    const std::tuple<const char *, EventBuilder, std::array<const char *, 6>> rows[] = {
+        {"start", EventBuilder(Kind::sessionStart), always("idle")},
+        {"prompt", EventBuilder(Kind::promptSubmit), always("working")},
+        {"tool", EventBuilder(Kind::toolUse), always("working")},
+        {"notice", EventBuilder(Kind::needsInput), always("needsInput")},
+        {"idle", EventBuilder(Kind::idle), {"idle", "done", "done", "-", "-", "-"}},
+        {"turnEnd", turnEnd, always("done")},
+        {"turnEnd with a shell", turnEnd.background({"shell"}), always("done")},
+        {"turnEnd with an agent", agents, always("working")},
+        {"turnFailed", EventBuilder(Kind::turnFailed), always("failed")},
+        {"subagentStop", stop, {"-", "working", "needsInput", "done", "failed", "idle"}},
+        {"sessionEnd", end, {"-", "none", "none", "none", "none", "none"}},
+        {"permission", EventBuilder(Kind::permissionRequest), always("needsInput")},
+        {"parked", EventBuilder::parked("d"), always("needsInput")}};
     const std::optional<SessionState> starts[] = {{}, working, needsInput, done, failed, idle};
     const auto stateOf = [this](const QString &id) {
         return store.sessions().contains(id) ? nameOf(session(id).state) : "none";
     };
-    for (const TransitionRow &row : transitions()) {
+    for (const auto &[name, event, outcomes] : rows) {
         for (std::size_t column = 0; column < std::size(starts); ++column) {
-            const QString id = QString(row.name) + QString::number(column);
+            const QString id = QString(name) + QString::number(column);
             SCOPED_TRACE(id.toStdString());
             bringInto(starts[column], id);
             const QString before = stateOf(id);
@@ -69,23 +61,23 @@ TEST_F(StoreTest, MovesThroughItsStates) {
             take(announced);
             take(published);
             scheduler.advance(Seconds(1));
-            apply(row.event.in(id));
+            apply(event.in(id));
 
             const QString after = stateOf(id);
-            if (row.after[column] == QString("-")) {
+            if (outcomes[column] == QString("-")) {
                 EXPECT_EQ(after, before);
                 EXPECT_TRUE(store.sessions().value(id) == untouched);
                 EXPECT_EQ(published, 0);
                 continue;
             }
-            EXPECT_EQ(after, row.after[column]);
+            EXPECT_EQ(after, outcomes[column]);
             EXPECT_GT(published, 0);
             const bool calls =
                 after != before && QStringList{"needsInput", "done", "failed"}.contains(after);
             EXPECT_EQ(announced, calls ? QStringList{after} : QStringList());
             if (after != "none") {
                 EXPECT_EQ(session(id).lastEventAt, scheduler.now());
-                const bool restarts = after != before || row.name == QString("prompt");
+                const bool restarts = after != before || name == QString("prompt");
                 EXPECT_EQ(session(id).stateChangedAt == scheduler.now(), restarts);
                 EXPECT_FALSE(session(id).isFinished() && session(id).currentTool);
             }

@@ -50,7 +50,10 @@ TEST_F(TranscriptsTest, ReadsTranscriptsThatHaveSomethingNew) {
     finishRead();
     // A session that comes again is a new one.
     apply(Kind::sessionEnd);
-    apply(withTranscript(Kind::toolUse));
+    store.restore({{"s", AgentKind::claude, "/p", "/t.jsonl", scheduler.now()}});
+    finishRead({"opus", {}, {}, {}, {}});
+    take(reads);
+    apply(Kind::toolUse);
     EXPECT_EQ(take(reads).size(), 1);
 }
 

@@ -72,6 +72,7 @@ TEST_F(UnsaidTest, ASubagentOfCodexAsksForItsSession) {
     EXPECT_EQ(resolved, QStringList{"d allow"});
     EXPECT_EQ(session().state, working);
     EXPECT_EQ(tell(codex, "SubagentStop", R"("agent_id":"a")"), done);
+    EXPECT_FALSE(session().acknowledged);
     EXPECT_EQ(take(announced), QStringList{"done"});
 
     // It has had its say: what ends later is no end of the session's own work.
