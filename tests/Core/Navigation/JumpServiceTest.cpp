@@ -142,7 +142,8 @@ TEST_F(JumpServiceTest, GoesToTheTerminalThatShowsTheTmuxPane) {
     EXPECT_TRUE(tools.lines().last().startsWith("tmux -S /s list-clients -F "));
     EXPECT_EQ(windows.deeds, QStringList());
     windows.openedAt = destination.toldAt + Seconds(1); // as a client may be
-    tools.finish(QByteArray("90 %4 90 /dev/pts/9\n50 %3 70 /dev/pts/7\n60 %3 80 /dev/pts/8\n"));
+    tools.finish(QByteArray("90 %33 90 /dev/pts/9\n95 %3 95 \nx\n60 %3 80 /dev/pts/8\n"
+                            "50 %3 70 /dev/pts/7\n"));
     EXPECT_EQ(tools.lines().last(), "kitty @ focus-window --match id:2");
     tools.finish(QByteArray());
     EXPECT_EQ(windows.deeds, QStringList{"show /dev/pts/8"});
