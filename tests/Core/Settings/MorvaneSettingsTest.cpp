@@ -183,19 +183,6 @@ TEST_F(SettingsTest, TakeOverWhatTheFormerIdentifierStored) {
     EXPECT_EQ(MorvaneSettings(empty).eventToken().size(), 72);
 }
 
-TEST_F(SettingsTest, NameWorkingDirectories) {
-    Defaults defaults = load();
-    MorvaneSettings settings(defaults);
-    settings.setName("Mine", "/a");
-    settings.setName("Nobody's", "");
-    EXPECT_EQ(settings.name("/a"), "Mine");
-    EXPECT_EQ(settings.name("/a/"), std::nullopt);
-    EXPECT_EQ(stored(defaults)["sessionNames"], (json{{"/a", "Mine"}}));
-    settings.setName("", "/a");
-    EXPECT_EQ(settings.name("/a"), std::nullopt);
-    EXPECT_EQ(stored(defaults)["sessionNames"], json::object());
-}
-
 TEST_F(SettingsTest, TellANeverMadeListFromAnEmptyOne) {
     store({{"eventToken", "T"}, {"knownAgents", json::array()}});
     Defaults defaults = load();

@@ -32,14 +32,5 @@ TEST(CodexExchange, GivesUpALineThatDoesNotEnd) {
     EXPECT_FALSE(exchange.response());
 }
 
-TEST(CodexExchange, SpeaksOneObjectALine) {
-    EXPECT_EQ(CodexExchange::initializeRequest("1.2"),
-              R"({"id":1,"method":"initialize","params":{"capabilities":{"experimentalApi":true},)"
-              R"("clientInfo":{"name":"morvane","title":"Morvane","version":"1.2"}}})"
-              "\n");
-    EXPECT_EQ(CodexExchange::initializedAndReadRequest(),
-              "{\"method\":\"initialized\"}\n{\"id\":2,\"method\":\"account/rateLimits/read\"}\n");
-}
-
 } // namespace
 } // namespace morvane
