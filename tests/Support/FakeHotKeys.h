@@ -22,7 +22,7 @@ public:
         return isTaken ? State::taken : m_usual;
     }
     bool desktopChoosesKeys() const override { return desktopGivesThem; }
-    void retry() override { ++retries; }
+    void retry() override {}
 
     /// What is held, by what stands on the keys, in the order of the registrations.
     QString held() const {
@@ -58,7 +58,6 @@ public:
         setTaken({});
     }
 
-    int retries = 0;
     bool desktopGivesThem = false;
 
 private:

@@ -18,12 +18,11 @@ public:
     }
     ~FakeOverlayWindow() override { m_alive.removeOne(this); }
 
-    void setGeometry(const QRect &frame, Anchor anchor) override {
+    void setGeometry(const QRect &frame, Anchor) override {
         if (frame.size() != geometry.size()) {
             ++resizes;
         }
         geometry = frame;
-        lastAnchor = anchor;
         m_widget.setGeometry(frame);
     }
     void setShape(const QPainterPath &path) override {
@@ -50,7 +49,6 @@ public:
 
     QRect geometry;
     QRegion shape;
-    Anchor lastAnchor = Anchor::topCenter;
     int resizes = 0;
     bool hidesOverFullscreen = false;
     bool canTakeKeyboard = true;

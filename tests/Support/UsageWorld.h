@@ -49,20 +49,22 @@ public:
 
     /// A window as the endpoint tells it.
     QByteArray window(int percent, Seconds untilReset) const {
-        const Seconds reset = m_scheduler.now().time_since_epoch() + untilReset;
         return R"({"utilization":)" + QByteArray::number(percent) + R"(,"resets_at":)" +
-               QByteArray::number(reset.count(), 'f', 0) + '}';
+               reset(untilReset) + '}';
     }
 
     /// A window as Codex tells it.
     QByteArray codexWindow(int percent, int minutes, Seconds untilReset) const {
-        const Seconds reset = m_scheduler.now().time_since_epoch() + untilReset;
         return R"({"usedPercent":)" + QByteArray::number(percent) + R"(,"windowDurationMins":)" +
-               QByteArray::number(minutes) + R"(,"resetsAt":)" +
-               QByteArray::number(reset.count(), 'f', 0) + '}';
+               QByteArray::number(minutes) + R"(,"resetsAt":)" + reset(untilReset) + '}';
     }
 
 private:
+    QByteArray reset(Seconds away) const {
+        const Seconds moment = m_scheduler.now().time_since_epoch() + away;
+        return QByteArray::number(moment.count(), 'f', 0);
+    }
+
     ManualScheduler &m_scheduler;
     ManualPool m_pool;
     NullSecretStore m_secrets;

@@ -35,10 +35,10 @@ protected:
     /// What has been played since the last time.
     QStringList heard() {
         QStringList result;
-        for (const auto &sound : std::exchange(player.played, {})) {
-            result << (sound.wave == named("done")          ? "done"
-                       : sound.wave == named("needs-input") ? "needs-input"
-                                                            : "chime");
+        for (const QByteArray &wave : std::exchange(player.played, {})) {
+            result << (wave == named("done")          ? "done"
+                       : wave == named("needs-input") ? "needs-input"
+                                                      : "chime");
         }
         return result;
     }
@@ -101,7 +101,7 @@ TEST_F(SoundManagerTest, HasThreeChimesAndTwoSoundsThatAreSoft) {
     for (const int percent : {84, 90, 100}) {
         scheduler.advance(Seconds(2));
         manager.playLimitChime(percent);
-        const QByteArray wave = player.played.back().wave;
+        const QByteArray wave = player.played.last();
         EXPECT_EQ(wave.first(44).toHex(), header);
         EXPECT_EQ(samplesOf(wave).front(), 0);
         EXPECT_FALSE(chimes.contains(wave)) << percent;
