@@ -41,7 +41,7 @@ TEST(LenientJsonTest, RefusesWhatIsNoJson) {
     }
 }
 
-TEST(LenientJsonTest, KeepsTheValueOfEveryNumberAndString) {
+TEST(LenientJsonTest, KeepsTheValueOfEveryNumberStringAndKey) {
     for (const char *token :
          {"0", "-0", "9223372036854775807", "-9223372036854775808", "18446744073709551615",
           "18446744073709551616", "123456789012345678901234567890", "0.1", "1.50", "1E+3", "1e400",
@@ -49,9 +49,6 @@ TEST(LenientJsonTest, KeepsTheValueOfEveryNumberAndString) {
           "\"\\u0000\\t\\\"\\\\\"", "\"half a pair: \\ud83d\"", "\"no UTF-8: \xff\""}) {
         EXPECT_EQ(rewritten(QByteArray("[") + token + "]"), std::string("[\n  ") + token + "\n]\n");
     }
-}
-
-TEST(LenientJsonTest, KeepsKeysThatAreNoUnicode) {
     EXPECT_EQ(rewritten("{\"\\ud800\":1,\"b\xff\":{\"a\":2},\"\xc3\xbf\":3}"),
               "{\n  \"\xc3\xbf\": 3,\n  \"\\ud800\": 1,\n  \"b\xff\": {\n    \"a\": 2\n  }\n}\n");
 }
@@ -64,16 +61,6 @@ TEST(LenientJsonTest, BoundsItsDepth) {
         const std::string text = rewritten(nested(levels));
         EXPECT_EQ(std::ranges::count(text, ']'), levels);
         EXPECT_EQ(text, rewritten(text.c_str()));
-    }
-    const QByteArray deep = R"({"a": "]", /* ] */ "b": [1e9, null]})";
-    EXPECT_NE(rewritten(QByteArray(1001, '[') + deep + QByteArray(1001, ']')).find(deep),
-              std::string::npos);
-    EXPECT_EQ(rewritten(QByteArray(1000, '[') + deep + QByteArray(1000, ']')).find(deep),
-              std::string::npos);
-    for (const char *broken : {"{]", "[}", "[\"", "[/*", "[#]"}) {
-        EXPECT_EQ(LenientJson::parse(QByteArray(1001, '[') + broken + QByteArray(1001, ']')),
-                  std::nullopt)
-            << broken;
     }
     EXPECT_EQ(LenientJson::parse(QByteArray(1'000'000, '[')), std::nullopt);
 }
