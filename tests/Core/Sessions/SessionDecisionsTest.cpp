@@ -40,9 +40,7 @@ TEST_F(DecisionsTest, ShowsAPermissionRequestThatWaits) {
 TEST_F(DecisionsTest, ShowsWhatOnlyTheTerminalCanAnswer) {
     const EventBuilder notice =
         EventBuilder(Kind::needsInput).with(&HookEvent::responseMessage, "Waiting");
-    const EventBuilder manyChoices = EventBuilder::parked("d2").asking({"Q"}, true);
-    const EventBuilder fromCodex = EventBuilder::parked("d2").of(AgentKind::codex).asking({"Q"});
-    // Nor what a panel doesn't show whole.
+    // What a panel doesn't show whole.
     const auto longOption = [](const QString &label, const QString &description) {
         return AgentQuestion{"Q", {}, {{label, description}}, false};
     };
@@ -57,9 +55,9 @@ TEST_F(DecisionsTest, ShowsWhatOnlyTheTerminalCanAnswer) {
     const std::tuple<EventBuilder, QStringList, qsizetype, std::optional<QString>> cases[] = {
         {notice, {}, 0, "Waiting"},
         {EventBuilder(Kind::permissionRequest), {}, 0, {}},
-        {manyChoices.with(&HookEvent::responseMessage, "m"), {"d2 ask"}, 1, "m"},
-        {EventBuilder::parked("d2").asking({"Q", "Q"}), {"d2 ask"}, 2, {}},
-        {fromCodex, {"d2 ask"}, 1, {}},
+        {parked.asking({"Q"}, true).with(&HookEvent::responseMessage, "m"), {"d2 ask"}, 1, "m"},
+        {parked.asking({"Q", "Q"}), {"d2 ask"}, 2, {}},
+        {parked.of(AgentKind::codex).asking({"Q"}), {"d2 ask"}, 1, {}},
         {parked.asking({tooLong}), {"d2 ask"}, 1, {}},
         {parked.asking({QString(200, QChar(0x200b))}), {"d2 ask"}, 1, {}},
         {parked.question(longOption(tooLong, {})), {"d2 ask"}, 1, {}},

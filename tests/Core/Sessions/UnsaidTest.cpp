@@ -102,6 +102,14 @@ TEST_F(UnsaidTest, ASubagentOfCodexAsksForItsSession) {
     // Of releases that aren't known it is answered by the agent's own prompt.
     apply(EventBuilder::parked("f").of(codex).with(&HookEvent::agentID, "a"));
     EXPECT_EQ(resolved.last(), "f ask");
+
+    // It may be the first to speak.
+    apply(Kind::sessionEnd);
+    tell(codex, "PermissionRequest", ofSubagent, "g");
+    EXPECT_EQ(session().agent, codex);
+    EXPECT_EQ(session().lastEventAt, scheduler.now());
+    EXPECT_EQ(session().stateChangedAt, scheduler.now());
+    EXPECT_TRUE(session().pendingApproval);
 }
 
 TEST_F(UnsaidTest, WhatASubagentAsksElsewhereIsNotItsSessionsOwn) {
@@ -178,14 +186,6 @@ TEST_F(UnsaidTest, WhoeverHasGivenWayToAnotherStillAsks) {
     EXPECT_EQ(tell(claude, "Stop", pending), needsInput);
     store.decide("s", AgentDecision::allow());
     EXPECT_EQ(tell(claude, "SubagentStop", R"("agent_id":"a")"), working);
-}
-
-TEST_F(UnsaidTest, ASubagentOfCodexMayBeTheFirstToSpeak) {
-    tell(codex, "PermissionRequest", QByteArray(make) + R"(,"agent_id":"a")", "d");
-    EXPECT_EQ(session().agent, codex);
-    EXPECT_EQ(session().lastEventAt, scheduler.now());
-    EXPECT_EQ(session().stateChangedAt, scheduler.now());
-    EXPECT_TRUE(session().pendingApproval);
 }
 
 TEST_F(UnsaidTest, TheLastWordsAreThoseThatTheHookBrings) {
