@@ -41,18 +41,13 @@ TEST(UsageAlerts, TellTheHighestOfWhatIsReachedAtOnceAndSwallowTheRest) {
     EXPECT_EQ(next(window(0.86), 0.86, 0.5), std::nullopt);
     EXPECT_EQ(next(window(0.90), 0.91, 0.96), (UsageMilestone{UsageWindowKind::model, 0.95}));
     EXPECT_EQ(next({}, 0.91, 0.96), std::nullopt);
-}
 
-TEST(UsageAlerts, SayNothingOfAWindowThatIsOver) {
-    UsageAlerts alerts;
-    const auto next = [&](double session, Date resetsAt) {
-        return alerts.nextMilestone({window(session, resetsAt), window(0.86), {}, {}}, before,
-                                    true);
-    };
-    EXPECT_EQ(next(0.96, before), (UsageMilestone{UsageWindowKind::weekly, 0.85}));
-    EXPECT_EQ(next(0.96, firstReset), (UsageMilestone{UsageWindowKind::session, 0.95}));
-    EXPECT_EQ(next(0.96, before), std::nullopt);
-    EXPECT_EQ(next(0.96, firstReset), std::nullopt);
+    // Nothing is said of a window that is over.
+    alerts = {};
+    EXPECT_EQ(next(window(0.96, before), 0.86, 0), (UsageMilestone{UsageWindowKind::weekly, 0.85}));
+    EXPECT_EQ(next(window(0.96), 0.86, 0), (UsageMilestone{UsageWindowKind::session, 0.95}));
+    EXPECT_EQ(next(window(0.96, before), 0.86, 0), std::nullopt);
+    EXPECT_EQ(next(window(0.96), 0.86, 0), std::nullopt);
 }
 
 } // namespace
