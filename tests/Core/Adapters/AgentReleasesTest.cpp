@@ -100,8 +100,6 @@ TEST(ProgramReleases, AreToldByThePackageOrThePath) {
                package("@openai/codex", "0.169.0-linux-x64"));
     home.write("npm/other/package.json", package("@openai/codexer", "9.9.9"));
     home.write("broken/package.json", "{\"name\":\"@openai/codex\",\"version\":7}");
-    QDir().mkpath(home.path("pipe"));
-    ASSERT_EQ(mkfifo(qPrintable(home.path("pipe/package.json")), 0600), 0);
     const std::tuple<AgentKind, const char *, const char *> cases[] = {
         {claude, "npm/@anthropic-ai/claude-code/bin/claude.exe", "2.1.332"},
         {codex, "npm/@anthropic-ai/claude-code/bin/claude.exe", "none"},
@@ -111,7 +109,6 @@ TEST(ProgramReleases, AreToldByThePackageOrThePath) {
         {codex, "npm/other/codex", "none"},
         {codex, ".asdf/installs/nodejs/0.200.1/bin/node", "none"},
         {codex, "broken/codex", "none"},
-        {codex, "pipe/codex", "none"},
         {codex, "1.2.3x/codex", "none"},
         {codex, "1.99999999999.3/codex", "none"}};
     ProgramReleases releases;

@@ -289,7 +289,7 @@ TEST_F(TranscriptFileTest, IsReadFromItsEndOnly) {
     EXPECT_EQ(read(longLine(1'000'000) + claudeText("Short.")).lastAssistantText, "Short.");
 }
 
-TEST_F(TranscriptFileTest, MayBeCutWithinACharacter) {
+TEST_F(TranscriptFileTest, MayBeCutWithinACharacterButMustBeText) {
     const QByteArray last = "\n" + claudeModel("claude-last");
     for (const char *character : {"é", "漢", "🙂"}) {
         const QByteArray text = QByteArray(character).repeated(tailSize);
@@ -297,9 +297,6 @@ TEST_F(TranscriptFileTest, MayBeCutWithinACharacter) {
             EXPECT_EQ(read(text + QByteArray(shift, ' ') + last).model, "last") << character;
         }
     }
-}
-
-TEST_F(TranscriptFileTest, TellsNothingWhenItIsNotText) {
     const QByteArray line = claudeModel("claude-a");
     EXPECT_EQ(read("\xff\n" + line), TranscriptInfo());
     EXPECT_EQ(read(line + "\xc3"), TranscriptInfo());

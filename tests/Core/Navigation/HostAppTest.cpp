@@ -13,11 +13,10 @@ using Hint = std::optional<QString>;
 class FakeApplications : public NoApplications {
 public:
     std::optional<QString> displayName(const QString &bundleID) const override {
-        const auto found = installed.find(bundleID);
-        return found != installed.end() ? std::optional(found->second) : std::nullopt;
+        return installed.contains(bundleID) ? std::optional(installed[bundleID]) : std::nullopt;
     }
 
-    std::map<QString, QString> installed;
+    QMap<QString, QString> installed;
 };
 
 TEST(HostApp, FindsTheHostFromItsHints) {
@@ -28,8 +27,7 @@ TEST(HostApp, FindsTheHostFromItsHints) {
         {"com.todesktop.230313mzl4w4u92", "vscode", "com.todesktop.230313mzl4w4u92", "Cursor"},
         {"org.gnome.Terminal", "kitty", "org.gnome.Terminal", "Terminal"},
         {"plain", {}, "plain", "plain"},
-        {"org.example.dotted.", {}, "org.example.dotted.", "dotted"},
-        {"...", {}, "...", {}}};
+        {"org.example.dotted.", {}, "org.example.dotted.", "dotted"}};
     const NoApplications none;
     for (const auto &[hostBundleID, termProgram, bundleID, name] : cases) {
         SCOPED_TRACE(bundleID.toStdString());
@@ -42,11 +40,9 @@ TEST(HostApp, AsksTheMachineOnlyForWhatItDoesNotKnow) {
     FakeApplications applications;
     applications.installed = {{"org.gnome.Console", "King's Cross"},
                               {"org.example.Edit.app", "Edit.app"},
-                              {"org.example.Empty", ".app"},
                               {"net.kovidgoyal.kitty", "Another Name"}};
     EXPECT_EQ(HostApp::displayName("org.gnome.Console", {}, applications), "King's Cross");
     EXPECT_EQ(HostApp::displayName("org.example.Edit.app", {}, applications), "Edit");
-    EXPECT_EQ(HostApp::displayName("org.example.Empty", {}, applications), "Empty");
     EXPECT_EQ(HostApp::displayName("net.kovidgoyal.kitty", {}, applications), "kitty");
 }
 

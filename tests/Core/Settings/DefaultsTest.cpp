@@ -1,7 +1,6 @@
 #include "Core/Settings/Defaults.h"
 
 #include "Core/Settings/DefaultsFixture.h"
-#include "Core/Settings/MorvaneSettings.h"
 
 #include <limits>
 
@@ -59,23 +58,6 @@ TEST_F(DefaultsTest, PutAsideWhatTheyCannotRead) {
         defaults.setValue("key", 2);
         EXPECT_EQ(stored(defaults), (json{{"key", 2}}));
         EXPECT_EQ(home.read(file + ".unreadable"), broken);
-    }
-}
-
-TEST_F(DefaultsTest, WaitForNothingThatIsNoRegularFile) {
-    const QString pipe = home.path("pipe");
-    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
-    QDir().mkpath(home.path("defaults"));
-    for (const QString &endless : {pipe, QString("/dev/zero")}) {
-        for (const QString &name : {file, legacyFile}) {
-            ASSERT_TRUE(QFile::link(endless, home.path(name)));
-        }
-        Defaults defaults = load();
-        EXPECT_EQ(MorvaneSettings(defaults).port(), 47615);
-        EXPECT_EQ(stored(defaults).size(), 1u);
-        EXPECT_EQ(QFileInfo(home.path(file + ".unreadable")).symLinkTarget(), endless);
-        QDir(home.path("defaults")).removeRecursively();
-        QDir().mkpath(home.path("defaults"));
     }
 }
 

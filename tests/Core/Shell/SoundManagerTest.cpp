@@ -112,8 +112,6 @@ TEST_F(SoundManagerTest, HasThreeChimesAndTwoSoundsThatAreSoft) {
         EXPECT_GT(std::ranges::max(samples), 0.2 * 32767) << name;
         EXPECT_LT(std::ranges::max(samples), 0.5 * 32767) << name;
     }
-    manager.play("no such sound");
-    EXPECT_EQ(player.beeps, 1);
 }
 
 } // namespace
