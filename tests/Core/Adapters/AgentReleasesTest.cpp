@@ -52,12 +52,9 @@ TEST(AgentReleases, TakeAnAlwaysAsAChangeOfRules) {
                                                    {}, "PermissionRequest");
         ASSERT_TRUE(answer);
         EXPECT_EQ(json::parse(answer->toStdString())["hookSpecificOutput"]["decision"],
-                  (json{{"behavior", "allow"},
-                        {"updatedPermissions",
-                         {{{"type", "addRules"},
-                           {"rules", {{{"toolName", "Bash"}}}},
-                           {"behavior", "allow"},
-                           {"destination", destination}}}}}));
+                  json::parse(R"({"behavior":"allow","updatedPermissions":[{"type":"addRules",
+                      "rules":[{"toolName":"Bash"}],"behavior":"allow","destination":")" +
+                              std::string(destination) + "\"}]}"));
     }
 }
 

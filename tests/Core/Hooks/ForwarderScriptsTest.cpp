@@ -34,12 +34,8 @@ TEST(ForwarderScripts, PutsPortAndTokenIntoTheScript) {
                                              "ELF"),
               hasClient());
 
-    for (const QString &executable : {QString(".morvane/hook.sh"), client()}) {
-        if (!QFile::exists(home.path(executable)) && !hasClient()) {
-            continue;
-        }
-        EXPECT_EQ(home.mode(executable) & 0555, 0555U) << qPrintable(executable);
-    }
+    EXPECT_EQ(home.mode(".morvane/hook.sh") & 0555, 0555U);
+    EXPECT_EQ(home.mode(client()) & 0555, hasClient() ? 0555U : 0U);
     EXPECT_EQ(home.mode(".morvane"), 0700U);
 }
 

@@ -36,16 +36,15 @@ TEST_F(HookInstallerTest, WritesTheEntriesOfEachJsonAgent) {
               value(R"("OURS/hook.sh codebuddy PermissionRequest")"));
 }
 
-/// A settings file as somebody has it, and what of it is not ours.
-struct SettingsCase {
-    const char *name;
-    std::optional<QByteArray> text;
-    /// The content as it must be left behind; the text itself where it is left out.
-    QByteArray theirs = {};
-};
-
-std::vector<SettingsCase> settingsCases() {
-    return {
+TEST_F(HookInstallerTest, ComesAndGoesWithoutALossOfAnything) {
+    /// A settings file as somebody has it, and what of it is not ours.
+    struct SettingsCase {
+        const char *name;
+        std::optional<QByteArray> text;
+        /// The content as it must be left behind; the text itself where it is left out.
+        QByteArray theirs = {};
+    };
+    const SettingsCase cases[] = {
         {"missing", std::nullopt, "{}"},
         {"no JSON", "model = opus", "{}"},
         {"a list at the root", R"(["a"])", "{}"},
@@ -72,11 +71,8 @@ std::vector<SettingsCase> settingsCases() {
         {"another status line", R"({"statusLine":{"type":"command","command":"~/line.sh"}})"},
         {"a version already", R"({"version":3,"hooks":{}})", R"({"version":3})"},
     };
-}
-
-TEST_F(HookInstallerTest, ComesAndGoesWithoutALossOfAnything) {
     for (const AgentKind kind : {claude, cursor}) {
-        for (const SettingsCase &each : settingsCases()) {
+        for (const SettingsCase &each : cases) {
             SCOPED_TRACE(std::string(rawValue(kind)) + ": " + each.name);
             QFile::remove(home.path(place(kind)));
             QFile::remove(home.path(place(kind) + ".morvane-backup"));

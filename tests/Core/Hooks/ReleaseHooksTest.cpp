@@ -71,11 +71,8 @@ TEST_F(ReleaseHooksTest, LeaveWhatHasBeenReviewed) {
 
     // Nothing new for anybody to review, though the file is.
     const auto rewrittenAfter = [&](int seconds) {
-        home.write(".codex/hooks.json", text(codex));
-        QFile hooks(path);
-        ASSERT_TRUE(hooks.open(QIODevice::ReadWrite));
-        hooks.setFileTime(QDateTime::currentDateTime().addSecs(seconds),
-                          QFileDevice::FileModificationTime);
+        write(codex, text(codex));
+        home.setWritten(place(codex), QDateTime::currentDateTime().addSecs(seconds));
     };
     rewrittenAfter(0);
     review(0);

@@ -18,13 +18,9 @@ protected:
     /// A transcript that was written so many seconds ago.
     QString write(const QString &path, const QByteArray &text, double age = 60) const {
         const QString file = home.write(path, text);
-        setAge(file, age);
-        return file;
-    }
-
-    static void setAge(const QString &file, double age) {
         const auto written = std::chrono::file_clock::from_sys(now - Seconds(age));
         std::filesystem::last_write_time(file.toStdString(), written);
+        return file;
     }
 
     static QByteArray meta(const QByteArray &payload) {
@@ -102,7 +98,6 @@ TEST_F(DiscoveryTest, LooksOnlyForTranscriptsInTheirPlaces) {
     home.write(".codex/sessions/folder.jsonl/d.jsonl");
     write("elsewhere/e.jsonl", codex);
     ASSERT_TRUE(QFile::link(home.path("elsewhere"), home.path(".codex/sessions/linked")));
-    setAge(home.path(".codex/sessions/folder.jsonl"), 1);
     EXPECT_EQ(found(), (QStringList{"f /p", "g /p", "i /q"}));
 }
 

@@ -48,26 +48,23 @@ protected:
 };
 
 TEST_F(SoundManagerTest, PlaysWhatTheSettingsWant) {
-    struct Case {
-        bool enabled, onNeedsInput, onDone, onLimit;
-        QStringList heard;
-    };
-    for (const auto &wanted : {
-             Case{true, true, true, true, {"needs-input", "done", "needs-input", "chime"}},
-             Case{true, true, false, false, {"needs-input"}},
-             Case{true, false, true, false, {"done", "needs-input"}},
-             Case{false, true, true, true, {}},
-         }) {
-        settings.setSoundEnabled(wanted.enabled);
-        settings.setSoundOnNeedsInput(wanted.onNeedsInput);
-        settings.setSoundOnDone(wanted.onDone);
-        settings.setSoundOnUsageLimit(wanted.onLimit);
+    // Whether at all, when input is needed, when done, and at a limit.
+    const std::tuple<bool, bool, bool, bool, QStringList> cases[] = {
+        {true, true, true, true, {"needs-input", "done", "needs-input", "chime"}},
+        {true, true, false, false, {"needs-input"}},
+        {true, false, true, false, {"done", "needs-input"}},
+        {false, true, true, true, {}}};
+    for (const auto &[enabled, onNeedsInput, onDone, onLimit, expected] : cases) {
+        settings.setSoundEnabled(enabled);
+        settings.setSoundOnNeedsInput(onNeedsInput);
+        settings.setSoundOnDone(onDone);
+        settings.setSoundOnUsageLimit(onLimit);
         for (const SessionState state : {working, idle, needsInput, done, failed}) {
             scheduler.advance(Seconds(2));
             manager.sessionTransitioned(state);
         }
         manager.usageReached({UsageWindowKind::weekly, 0.9});
-        EXPECT_EQ(heard(), wanted.heard);
+        EXPECT_EQ(heard(), expected);
     }
 }
 
