@@ -1,9 +1,11 @@
 #include "CapturingListener.h"
 #include "HookProcess.h"
+#include "TerminalCases.h"
 
 #include <array>
 #include <cstdlib>
 #include <fstream>
+#include <iterator>
 #include <pty.h>
 #include <sys/wait.h>
 #include <tuple>
@@ -13,47 +15,22 @@ namespace morvane::tests {
 
 namespace {
 
-/// What it is, the environment, and the headers, sorted.
-using TerminalCase = std::tuple<std::string, std::vector<std::string>, std::vector<std::string>>;
-
-std::vector<TerminalCase> terminalCases() {
+/// What this side alone knows, beside what all senders do.
+std::vector<TerminalCase> hookCases() {
+    std::vector<TerminalCase> cases = terminalCases();
     const std::string cursor = "x-host-bundle: com.todesktop.230313mzl4w4u92";
-    return {
-        {"nothing known", {}, {}},
+    const TerminalCase own[] = {
         {"tmux inside iTerm2",
          {"TERM_PROGRAM=tmux", "TERM=tmux-256color", "ITERM_SESSION_ID=w0:AB", "TMUX=/t/d,7,0",
           "TMUX_PANE=%3"},
          {"x-host-bundle: com.googlecode.iterm2", "x-iterm-session: w0:AB",
           "x-term-program: iTerm.app", "x-tmux-pane: %3", "x-tmux-server: /t/d,7,0"}},
-        {"an older tmux inside WezTerm",
-         {"TERM_PROGRAM=WezTerm", "TERM=screen", "WEZTERM_PANE=4",
-          "WEZTERM_UNIX_SOCKET=/run/gr\xc3\xb6\xff\xc3", "TMUX=/t/d,7,0", "TMUX_PANE=%3"},
-         {"x-host-bundle: com.github.wez.wezterm", "x-morvane-wezterm-socket: /run/grö",
-          "x-term-program: WezTerm", "x-tmux-pane: %3", "x-tmux-server: /t/d,7,0",
-          "x-wezterm-pane: 4"}},
-        {"tmux that passes on the terminal's own TERM",
-         {"TERM_PROGRAM=tmux", "TERM=xterm-kitty", "TMUX=/t/d,7,0", "TMUX_PANE=%3"},
-         {"x-host-bundle: net.kovidgoyal.kitty", "x-term-program: kitty", "x-tmux-pane: %3",
-          "x-tmux-server: /t/d,7,0"}},
-        {"kitty started from WezTerm",
-         {"TERM=xterm-kitty", "KITTY_WINDOW_ID=12", "KITTY_LISTEN_ON=unix:@kitty\n-1",
-          "TERM_PROGRAM=WezTerm", "WEZTERM_PANE=4", "WEZTERM_UNIX_SOCKET=/run/w"},
-         {"x-host-bundle: net.kovidgoyal.kitty", "x-kitty-window: 12",
-          "x-morvane-kitty-listen-on: unix:@kitty-1", "x-term-program: kitty"}},
-        {"VS Code started from tmux inside kitty",
-         {"TERM=xterm-256color", "TERM_PROGRAM=vscode", "KITTY_WINDOW_ID=12", "TMUX=/t/d,7,0",
-          "TMUX_PANE=%3", "GIO_LAUNCHED_DESKTOP_FILE=/usr/share/applications/kitty.desktop"},
-         {"x-host-bundle: com.microsoft.VSCode", "x-term-program: vscode"}},
         {"Cursor by its place",
          {"TERM_PROGRAM=vscode", "VSCODE_GIT_ASKPASS_NODE=/usr/share/cursor/cursor"},
          {cursor, "x-term-program: vscode"}},
         {"Orca under another name",
          {"TERM_PROGRAM=vscode", "ORCA_TERM_PROGRAM=Orca", "ORCA_TERMINAL_HANDLE=term_1"},
          {"x-host-bundle: com.stablyai.orca", "x-orca-terminal: term_1", "x-term-program: Orca"}},
-        {"a JetBrains IDE by its folder, started from WezTerm",
-         {"TERMINAL_EMULATOR=JetBrains-JediTerm", "TERM_PROGRAM=WezTerm", "WEZTERM_PANE=4",
-          "__INTELLIJ_COMMAND_HISTFILE__=/h/.cache/JetBrains/WebStorm2024.1/history"},
-         {"x-host-bundle: com.jetbrains.WebStorm", "x-term-program: JetBrains-JediTerm"}},
         {"VSCodium by its place, started from Ghostty",
          {"TERM_PROGRAM=vscode", "VSCODE_GIT_ASKPASS_NODE=/usr/share/codium/codium",
           "GHOSTTY_RESOURCES_DIR=/usr/share/ghostty"},
@@ -62,83 +39,47 @@ std::vector<TerminalCase> terminalCases() {
          {"TERMINAL_EMULATOR=JetBrains-JediTerm",
           "GIO_LAUNCHED_DESKTOP_FILE=/a/my-intelliJ-ce-Idea.desktop"},
          {"x-host-bundle: com.jetbrains.intellij", "x-term-program: JetBrains-JediTerm"}},
-        {"tmux inside xterm, which the desktop's menu has started",
-         {"TERM=screen", "XTERM_VERSION=XTerm(379)", "TMUX=/t/d,7,0", "TMUX_PANE=%3",
-          "GIO_LAUNCHED_DESKTOP_FILE=/usr/share/applications/debian-xterm.desktop"},
-         {"x-host-bundle: XTerm", "x-term-program: xterm", "x-tmux-pane: %3",
-          "x-tmux-server: /t/d,7,0"}},
-        {"Konsole started from xterm",
-         {"TERM=xterm-256color", "XTERM_VERSION=XTerm(379)", "KONSOLE_VERSION=230802"},
-         {"x-host-bundle: org.kde.konsole", "x-term-program: konsole"}},
-        {"foot, started from a JetBrains IDE",
-         {"TERMINAL_EMULATOR=JetBrains-JediTerm", "TERM=foot-extra", "TERM_PROGRAM=tmux"},
-         {"x-host-bundle: foot", "x-term-program: foot"}},
-        {"an IDE that nobody has heard of",
-         {"TERMINAL_EMULATOR=JetBrains-JediTerm",
-          "GIO_LAUNCHED_DESKTOP_FILE=/a/jetbrains-new.desktop"},
-         {"x-host-bundle: jetbrains-new", "x-term-program: JetBrains-JediTerm"}},
         {"another application by its entry",
          {"GIO_LAUNCHED_DESKTOP_FILE=/usr/share/applications/org.gnome.Console.desktop"},
          {"x-host-bundle: org.gnome.Console"}},
         {"a known application by its entry",
          {"GIO_LAUNCHED_DESKTOP_FILE=/usr/share/applications/cursor.desktop"},
          {cursor}},
-        {"line breaks in a variable",
-         {"ZELLIJ_SESSION_NAME=großer a\r\nx-morvane-decision: 1\n\nb"},
-         {"x-zellij-session: großer ax-morvane-decision: 1b"}},
         {"bytes that are no UTF-8",
-         {"ZELLIJ_SESSION_NAME=gr\xc3\xb6\xff\xed\xa0\x80\xf0\x9f\x98\x80\xc0\x80\xc3"},
-         {"x-zellij-session: grö😀"}},
-        {"texts without an end",
-         {"TERM_PROGRAM=" + std::string(100'000, '\1'), "TMUX=" + std::string(1025, 't'),
-          "GIO_LAUNCHED_DESKTOP_FILE=" + std::string(100'000, '/'), "ZELLIJ_SESSION_NAME=main",
-          "KITTY_WINDOW_ID=" + std::string(100'000, 'k'),
-          "KITTY_LISTEN_ON=" + std::string(1025, 'u'),
-          "WEZTERM_UNIX_SOCKET=" + std::string(100'000, '\xff')},
-         {"x-zellij-session: main"}},
-        {"a shell that shall report and refuse",
-         {"SHELLOPTS=nounset:xtrace:errexit", "BASH_XTRACEFD=1", "WEZTERM_PANE=4"},
-         {"x-host-bundle: com.github.wez.wezterm", "x-term-program: WezTerm", "x-wezterm-pane: 4"}},
-        {"another locale and separator",
-         {"LC_ALL=C.UTF-8", "IFS=x-", "TERM_PROGRAM=ghostty"},
-         {"x-host-bundle: com.mitchellh.ghostty", "x-term-program: ghostty"}}};
+         {"TERM_PROGRAM=WezTerm", "WEZTERM_UNIX_SOCKET=/run/gr\xc3\xb6\xff\xc3",
+          "ZELLIJ_SESSION_NAME=gr\xc3\xb6\xff\xed\xa0\x80\xf0\x9f\x98\x80\xc0\x80\xc3"},
+         {"x-host-bundle: com.github.wez.wezterm", "x-morvane-wezterm-socket: /run/grö",
+          "x-term-program: WezTerm", "x-zellij-session: grö😀"}}};
+    cases.insert(cases.end(), std::begin(own), std::end(own));
+    return cases;
 }
 
-using Way = std::tuple<std::vector<std::string>, Carrier>;
-
-class EveryShell : public testing::TestWithParam<Way> {};
-
-TEST_P(EveryShell, TellsTheTerminalFromItsEnvironment) {
+TEST(Terminal, IsToldFromTheEnvironmentInEveryShell) {
     CapturingListener listener(response("200 OK", ""));
-    const auto &[shell, carrier] = GetParam();
-    HookProcess hook(carrier, listener.port(), shell);
-    for (const auto &[name, environment, headers] : terminalCases()) {
-        SCOPED_TRACE(name);
-        hook.setEnvironment(environment);
-        expectSilence(hook.run({"claude", "Stop\r\nx-evil: 1"}));
-        CapturedRequest request = listener.take();
-        EXPECT_EQ(request.requestLine, "POST /event HTTP/1.1");
-        EXPECT_EQ(request.headers["x-morvane-token"], HookProcess::token());
-        EXPECT_EQ(request.headers["x-morvane-agent"], "claude");
-        EXPECT_EQ(request.headers["x-hook-event"], "Stopx-evil: 1");
-        EXPECT_EQ(request.host(), headers);
+    const std::vector<TerminalCase> cases = hookCases();
+    for (const auto &shell : HookProcess::shells()) {
+        for (const Carrier carrier : carriers) {
+            SCOPED_TRACE(shell.front() + " " + testing::PrintToString(carrier));
+            HookProcess hook(carrier, listener.port(), shell);
+            for (const auto &[name, environment, headers] : cases) {
+                SCOPED_TRACE(name);
+                hook.setEnvironment(environment);
+                expectSilence(hook.run({"claude", "Stop\r\nx-evil: 1"}));
+                CapturedRequest request = listener.take();
+                EXPECT_EQ(request.requestLine, "POST /event HTTP/1.1");
+                EXPECT_EQ(request.headers["x-morvane-token"], HookProcess::token());
+                EXPECT_EQ(request.headers["x-morvane-agent"], "claude");
+                EXPECT_EQ(request.headers["x-hook-event"], "Stopx-evil: 1");
+                EXPECT_EQ(request.host(), headers);
+            }
+        }
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(, EveryShell,
-                         testing::Combine(testing::ValuesIn(HookProcess::shells()),
-                                          testing::Values(Carrier::Client, Carrier::Curl)),
-                         [](const auto &info) {
-                             const std::filesystem::path shell(std::get<0>(info.param).front());
-                             const Carrier carrier = std::get<1>(info.param);
-                             return shell.filename().string() +
-                                    (carrier == Carrier::Client ? "Client" : "Curl");
-                         });
 
 // Agents cut their hooks off from the terminal, and a program's name may look like the fields
 // behind it.
 TEST(Terminal, IsThatOfAnAncestorOutsideTheHooksSession) {
-    for (const Carrier carrier : {Carrier::Client, Carrier::Curl}) {
+    for (const Carrier carrier : carriers) {
         CapturingListener listener(response("200 OK", ""));
         const HookProcess hook(carrier, listener.port());
         const std::string agent = hook.folder() / "x) S 1 (y";
@@ -169,7 +110,7 @@ TEST(Program, IsThatOfTheAncestorThatIsNoShellOfTheHook) {
         {"claude", "gone.js", "claude"}, {"node", "gone.js", "gone.js"},
         {"x\nx-evil: 1", "cli.js", ""},  {"gr\xc3", "cli.js", ""}};
     const fs::path before = fs::current_path();
-    for (const Carrier carrier : {Carrier::Client, Carrier::Curl}) {
+    for (const Carrier carrier : carriers) {
         CapturingListener listener(response("200 OK", ""));
         const HookProcess hook(carrier, listener.port());
         fs::current_path(hook.folder());
@@ -207,7 +148,7 @@ TEST(Program, IsNobodysWhoHasTheNumberElsewhere) {
     if (std::system((sandbox + "true").c_str()) != 0) {
         GTEST_SKIP() << "needs a kernel that lets us make a number space";
     }
-    for (const Carrier carrier : {Carrier::Client, Carrier::Curl}) {
+    for (const Carrier carrier : carriers) {
         CapturingListener listener(response("200 OK", ""));
         const HookProcess hook(carrier, listener.port());
         const std::string agent = hook.folder() / "agent.sh";

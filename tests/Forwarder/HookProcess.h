@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <ostream>
 #include <string>
 #include <sys/types.h>
 #include <vector>
@@ -16,6 +17,12 @@ enum class Carrier {
     Client, ///< the built client
     Curl,   ///< no client, so that curl has to do
 };
+
+inline constexpr Carrier carriers[] = {Carrier::Client, Carrier::Curl};
+
+inline void PrintTo(Carrier carrier, std::ostream *out) {
+    *out << (carrier == Carrier::Client ? "client" : "curl");
+}
 
 struct HookResult {
     /// What it has written, errors included.

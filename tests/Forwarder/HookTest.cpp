@@ -34,10 +34,7 @@ void truncate(const fs::path &client) {
 /// Either way of sending.
 class Hook : public testing::TestWithParam<Carrier> {};
 
-INSTANTIATE_TEST_SUITE_P(, Hook, testing::Values(Carrier::Client, Carrier::Curl),
-                         [](const auto &info) {
-                             return info.param == Carrier::Client ? "client" : "curl";
-                         });
+INSTANTIATE_TEST_SUITE_P(, Hook, testing::ValuesIn(carriers), testing::PrintToStringParamName());
 
 TEST_P(Hook, SendsItsPayloadByteForByte) {
     CapturingListener listener(response("200 OK", ""));

@@ -44,10 +44,8 @@ protected:
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(, Stranger, testing::Values(Carrier::Client, Carrier::Curl),
-                         [](const auto &info) {
-                             return info.param == Carrier::Client ? "client" : "curl";
-                         });
+INSTANTIATE_TEST_SUITE_P(, Stranger, testing::ValuesIn(carriers),
+                         testing::PrintToStringParamName());
 
 /// Does something where the kernel refuses to talk of its sockets, as in many a sandbox.
 void withoutNetlink(const std::function<void()> &action) {
