@@ -5,7 +5,6 @@
 #include <chrono>
 #include <fstream>
 #include <memory>
-#include <sstream>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -78,27 +77,20 @@ std::vector<LineCase> lineCases() {
 
 /// What is no JSON, and what would take too long to tell.
 std::vector<std::string> hopelessStatuses() {
-    std::vector<std::string> statuses{"", " ", "\xef\xbb\xbf{\"cwd\":\"/a\"}",
-                                      "{\"cwd\":\"/a\n\"}"};
-    std::istringstream broken(R"(\{"cwd":"/a"}
-{"cwd":"/a"
-{"cwd":"/a"}}
-{"cwd":"/a"}"
-{"cwd":"/a"}{}
-{"cwd":"/a\"}
-{"cwd":"/a\q"}
-{"cwd":"/a\u12g4"}
-{"cwd":"/a",}
-{"cwd" "/a"}
-{"cwd"::"/a"}
-{"cwd":"/a" "b":1})");
-    for (std::string status; std::getline(broken, status);)
-        statuses.push_back(status);
-    for (const char *value :
-         {"01", "1.", "1e", "+1", "-", "1 2", "tru", "[1,]", "[,1]", "[1}", "{1:2}"})
-        statuses.push_back(R"({"cwd":"/a","b":)" + std::string(value) + "}");
+    std::vector<std::string> statuses{"",
+                                      "\xef\xbb\xbf{\"cwd\":\"/a\"}",
+                                      "{\"cwd\":\"/a\n\"}",
+                                      R"({"cwd":"/a")",
+                                      R"({"cwd":"/a"}})",
+                                      R"({"cwd":"/a"}{})",
+                                      R"({"cwd":"/a\"})",
+                                      R"({"cwd":"/a\q"})",
+                                      R"({"cwd":"/a\u12g4"})",
+                                      R"({"cwd" "/a"})",
+                                      R"({"cwd":"/a" "b":1})"};
     for (const std::string &value :
-         {repeated("[", 64) + repeated("]", 64), std::string(200'000, '1'),
+         {std::string("1 2"), std::string("tru"), std::string("[1,]"), std::string("[1}"),
+          repeated("[", 64) + repeated("]", 64), std::string(200'000, '1'),
           "[" + repeated("1, ", 60'000) + "1]", "[" + repeated(R"("a",)", 50'000) + "1]",
           "\"" + std::string(200'000, '\\') + "\"", "\"" + repeated("\\\"", 100'000) + "\"",
           repeated("[", 200'000), repeated(R"({"a":)", 40'000)})
