@@ -4,6 +4,8 @@
 #include "Presentation/Panel/CompactStatusView.h"
 #include "Presentation/Panel/ExpandedView.h"
 #include "Presentation/PanelFixture.h"
+#include "Presentation/Style/Spring.h"
+#include "Presentation/Style/TextLabel.h"
 
 #include <QAccessible>
 #include <QImage>
@@ -59,13 +61,24 @@ TEST_F(BuiltInNotchSurfaceTest, GrowsOutOfTheNotchAndBackAndThenRests) {
     EXPECT_EQ(surface.visibleRect(), compactRect);
 }
 
+TEST(Spring, GoesAllTheWayWithoutAJump) {
+    for (const Spring &spring : {Spring{Seconds(0.34), 0.86}, Spring{Seconds(0.28), 1}}) {
+        EXPECT_EQ(spring.at(Seconds(0)), 0);
+        EXPECT_NEAR(spring.at(spring.response / 4), 0.45, 0.1);
+        EXPECT_NEAR(spring.at(spring.settlingTime() * 0.999), 1, 0.001);
+        EXPECT_EQ(spring.at(spring.settlingTime()), 1);
+    }
+}
+
 TEST_F(BuiltInNotchSurfaceTest, IsBlackOnNothing) {
-    EXPECT_EQ(picture().pixelColor(335, 16), QColor(Qt::black));
-    for (const QPoint beside : {QPoint(130, 5), QPoint(141, 20), QPoint(335, 40)}) {
-        EXPECT_EQ(picture().pixelColor(beside).alpha(), 0) << beside.x() << ", " << beside.y();
+    const QImage drawn = picture();
+    EXPECT_EQ(drawn.pixelColor(335, 16), QColor(Qt::black));
+    // The last two lie in rounded corners.
+    for (const QPoint beside :
+         {QPoint(130, 5), QPoint(141, 20), QPoint(335, 40), QPoint(145, 31), QPoint(525, 31)}) {
+        EXPECT_EQ(drawn.pixelColor(beside).alpha(), 0) << beside.x() << ", " << beside.y();
         EXPECT_FALSE(surface.shape().contains(beside));
     }
-    const QImage drawn = picture();
     QSet<int> shades; // of a curve without steps
     for (int x = 139; x < 153; ++x) {
         for (int y = 0; y < 32; ++y) {
@@ -85,13 +98,15 @@ TEST_F(BuiltInNotchSurfaceTest, TellsWhatThereIsBesideTheNotch) {
     apply(Event::promptSubmit);
     scheduler.advance(Seconds(59));
     surface.refresh();
+    EXPECT_EQ(status.accessibleName(), "working");
     for (const char *time : {"<1m", "1m"}) {
         EXPECT_EQ(info.time(), QString(time));
         EXPECT_LT(place(status).right(), 235);
         EXPECT_GT(place(info).left(), 434);
         EXPECT_NEAR(place(status).center().y(), 16, 1);
         EXPECT_NEAR(place(info).center().y(), 16, 1);
-        EXPECT_GE(info.width(), info.sizeHint().width());
+        EXPECT_GT(info.width(), info.sizeHint().width());
+        EXPECT_NEAR(info.findChild<TextLabel *>()->geometry().center().x(), info.width() / 2, 1);
         scheduler.advance(Seconds(1));
     }
 }

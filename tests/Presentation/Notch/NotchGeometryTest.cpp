@@ -42,10 +42,6 @@ TEST(NotchGeometry, FollowsFromTheDisplay) {
         EXPECT_EQ(NotchGeometry::stageFrame(display), stage);
         EXPECT_EQ(NotchGeometry::hoverZone(display), zone);
     }
-}
-
-TEST(NotchGeometry, TheShellHasRoomForWhatItHolds) {
-    EXPECT_EQ(NotchGeometry::expandedShellSize({200, 32}, {520, 100}), QSize(550, 147));
     EXPECT_EQ(NotchGeometry::expandedShellSize({500, 32}, {520, 100}), QSize(692, 147));
     const Display narrow = display(QRect(0, 0, 500, 800), 32, QSize(150, 32), QSize(150, 32));
     const QSize content(NotchGeometry::contentWidthBudget(narrow), 100);

@@ -1,7 +1,5 @@
 #include "Presentation/Panel/CompactView.h"
 
-#include "Presentation/Panel/CompactInfoView.h"
-#include "Presentation/Panel/CompactStatusView.h"
 #include "Presentation/PanelFixture.h"
 #include "Presentation/Style/TextLabel.h"
 
@@ -91,26 +89,6 @@ TEST_F(CompactViewTest, AMilestoneTakesTheirPlaceForAMoment) {
     EXPECT_TRUE(isReadOut(view, "Claude weekly usage reached 95 percent"));
     scheduler.advance(Seconds(6.1));
     EXPECT_EQ(shown(), "<1m ×2");
-}
-
-TEST_F(CompactViewTest, ItsTwoHalvesAlsoStandAlone) {
-    apply(Event::promptSubmit, "a");
-    apply(Event::promptSubmit, "b");
-    QWidget bar;
-    CompactStatusView status(context, &bar);
-    CompactInfoView info(context, status.mascot(), &bar);
-    status.refresh();
-    info.refresh();
-    EXPECT_EQ(status.accessibleName(), "working");
-    EXPECT_EQ(info.count(), "2 sessions");
-    // What it shows is in the middle of a slot that is wider than it needs.
-    info.setGeometry(0, 0, 96, 32);
-    bar.show();
-    QRect texts;
-    for (const TextLabel *label : info.findChildren<TextLabel *>()) {
-        texts |= label->geometry();
-    }
-    EXPECT_NEAR(texts.center().x(), 48, 1);
 }
 
 } // namespace

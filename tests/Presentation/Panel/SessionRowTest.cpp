@@ -1,5 +1,6 @@
 #include "Presentation/Panel/PencilButton.h"
 #include "Presentation/Panel/SessionRowFixture.h"
+#include "Presentation/Panel/SessionSubtitle.h"
 #include "Presentation/Panel/SubagentList.h"
 #include "Presentation/Style/TextLabel.h"
 
@@ -24,6 +25,11 @@ TEST_F(SessionRowTest, KeepsNothingOfWhatItNoLongerIsToShow) {
         fresh.setSession(plain, {});
         fresh.show();
         row.show();
+        row.setSession(rich, {});
+        for (const char *told :
+             {"in kitty", "branch main", "permission mode plan", "context 185k"}) {
+            EXPECT_TRUE(isReadOut(row, told)) << told;
+        }
         const std::pair<Session, SessionRow::Details> befores[] = {
             {rich, {}},
             {plain, SessionRow::Detail::showsAgent},
@@ -100,6 +106,33 @@ TEST_F(SessionRowTest, ThePencilTurnsTheNameIntoAFieldThatOutlivesAnUpdate) {
     EXPECT_FALSE(fieldIn(row));
     QTest::mouseClick(&row, Qt::LeftButton, {}, QPoint(300, 35));
     EXPECT_EQ(selected.size(), 1);
+}
+
+TEST(SessionSubtitle, SaysWhatTheSessionIsDoingAndOnWhatAsFarAsItIsKnown) {
+    Session session;
+    const auto says = [&session] { return SessionSubtitle::of(session).text(); };
+    session.state = SessionState::needsInput;
+    EXPECT_EQ(says(), "needs your input");
+    session.pendingApproval.emplace().toolName = "Bash";
+    EXPECT_EQ(says(), "waiting to run Bash");
+    session.pendingExternalResponse.emplace();
+    EXPECT_EQ(says(), "waiting for your answer");
+    session.pendingQuestion.emplace();
+    EXPECT_EQ(says(), "asking you");
+    session.lastPrompt = "prompt";
+    EXPECT_EQ(says(), "asking you · prompt");
+
+    session.state = SessionState::working;
+    session.currentTool = "Edit";
+    EXPECT_EQ(says(), "running Edit · prompt");
+    session.pendingAgents = 2;
+    session.aiTitle = "title";
+    session.summary = "summary";
+    EXPECT_EQ(says(), "waiting for 2 agents… · title");
+    for (const SessionState over : {SessionState::done, SessionState::failed}) {
+        session.state = over;
+        EXPECT_TRUE(says().endsWith(" · summary")) << says().toStdString();
+    }
 }
 
 } // namespace

@@ -21,12 +21,6 @@ TEST(TextLabel, NeverTakesMoreRoomThanThereIs) {
     }
 }
 
-TEST(TextLabel, KeepsLineBreaksWhereItHasRoomForThem) {
-    TextLabel label(Typography::text(12), Qt::white, 0, nullptr);
-    label.setText("one\ntwo\nthree");
-    EXPECT_EQ(label.lines(400), QStringList({"one", "two", "three"}));
-}
-
 TEST(TextLabel, OutsideTextNeitherBreaksItsLineNorTurnsIt) {
     TextLabel single(Typography::text(12), Qt::white, 1, nullptr);
     single.setText(QStringLiteral("a\r\nb\tc\u2028d\u202ee\u0007f"));
@@ -40,11 +34,9 @@ TEST(TextLabel, StandsAtTheLeftWhateverItsDirection) {
         label.setText(text);
         label.resize(300, 20);
         const QImage image = scaledImage(label, 1);
-        const QImage right = image.copy(100, 0, 200, 20);
-        QImage blank = right;
-        blank.fill(Qt::transparent);
-        EXPECT_EQ(right, blank);
-        EXPECT_NE(image.copy(0, 0, 100, 20), blank.copy(0, 0, 100, 20));
+        const QRect painted = paintedPart(image);
+        EXPECT_FALSE(painted.isEmpty());
+        EXPECT_LT(painted.right(), 100);
     }
 }
 
