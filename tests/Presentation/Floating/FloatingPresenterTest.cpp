@@ -134,18 +134,20 @@ TEST_F(FloatingPresenterTest, HangsFromTheTopOfTheWorkArea) {
     }
 }
 
-TEST_F(FloatingPresenterTest, IsNoWiderThanItsDisplay) {
+TEST_F(FloatingPresenterTest, FollowsItsDisplayAndStaysOpenAndNoWiderThanThat) {
     apply(Event::needsInput);
     settings.setFloatingPosition(FloatingPosition::topRight);
     attachFloating();
-    Display narrow = FakeDisplays::external(1, 100);
-    narrow.frame.setWidth(510);
-    narrow.visibleFrame.setWidth(510);
     presenter->presentPanel();
     scheduler.advance(Seconds(1));
     EXPECT_EQ(window().geometry.width(), 600);
+    Display narrow = FakeDisplays::external(1, 2000);
+    narrow.frame.setWidth(510);
+    narrow.visibleFrame = narrow.frame.adjusted(0, 50, 0, 0);
     presenter->attach(narrow);
-    EXPECT_EQ(window().geometry.left(), 100);
+    EXPECT_EQ(overlays.alive.size(), 1);
+    EXPECT_EQ(expansions, QList<bool>({true}));
+    EXPECT_EQ(window().geometry.topLeft(), QPoint(2000, 50));
     EXPECT_EQ(window().geometry.width(), 510);
 }
 
@@ -184,19 +186,6 @@ TEST_F(FloatingPresenterTest, AFieldMayGoDownWithThePanel) {
     EXPECT_EQ(expansions, QList<bool>({true, false}));
     EXPECT_TRUE(overlays.alive.isEmpty());
     scheduler.advance(Seconds(200));
-}
-
-TEST_F(FloatingPresenterTest, FollowsItsDisplayAndStaysOpen) {
-    attachFloating();
-    presenter->presentPanel();
-    scheduler.advance(Seconds(1));
-    Display display = FakeDisplays::external(1, 2000);
-    display.visibleFrame.setTop(50);
-    presenter->attach(display);
-    EXPECT_EQ(overlays.alive.size(), 1);
-    EXPECT_EQ(expansions, QList<bool>({true}));
-    EXPECT_EQ(window().geometry.top(), 50);
-    EXPECT_NEAR(window().geometry.center().x(), 2500, 1);
 }
 
 } // namespace
