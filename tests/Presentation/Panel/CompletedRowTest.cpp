@@ -18,13 +18,12 @@ protected:
         apply(EventBuilder(Event::turnEnd).in(sessionID).at("/p").with(&HookEvent::pane, pane));
     }
 
-    void show(const std::optional<Session> &session) {
+    void show() {
         CompletedRow::Details details;
-        details.session = session;
+        details.session = store.finishedSession(store.completedHistory().first());
         row.setRecord(store.completedHistory().first(), details);
         showLaidOut(row);
     }
-    void show() { show(store.finishedSession(store.completedHistory().first())); }
 
     bool offersReply() {
         show();
@@ -51,26 +50,6 @@ protected:
 
     CompletedRow row{context, nullptr};
 };
-
-TEST_F(CompletedRowTest, OffersAReplyOnlyWhereItCanBeTyped) {
-    finish();
-    Session session = store.sessions().value("s");
-    const auto offered = [&] {
-        show(session);
-        return textsIn<DecideButton>(row) == QStringList({" Reply"});
-    };
-    EXPECT_TRUE(offered());
-    session.pane.tmux.reset();
-    EXPECT_FALSE(offered());
-    session.pane.tmux = "%1";
-    session.state = SessionState::working;
-    EXPECT_FALSE(offered());
-    session.state = SessionState::failed;
-    EXPECT_TRUE(offered());
-    context.actions.onReply = nullptr;
-    session.state = SessionState::done;
-    EXPECT_FALSE(offered());
-}
 
 TEST_F(CompletedRowTest, SendsWhatIsTypedAndNothingElse) {
     finish();

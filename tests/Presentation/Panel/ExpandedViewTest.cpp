@@ -252,7 +252,6 @@ TEST_F(ExpandedViewTest, TakesTheRoomThatItsContentNeeds) {
     view.setContentHeightBudget(100);
     refresh();
     EXPECT_EQ(view.height(), 120 + 28 + 12 + view.findChild<UsageBars *>()->height());
-    EXPECT_EQ(ExpandedView::maxActiveListHeight(480, 60), 380);
 }
 
 TEST_F(ExpandedViewTest, NoTextIsCutOffAtItsFoot) {

@@ -199,14 +199,18 @@ TEST_F(PanelKeyboardTest, GoesOnAtTheNextRowThatStays) {
     EXPECT_TRUE(focus().startsWith("record ")) << focus().toStdString();
 }
 
-TEST_F(PanelKeyboardTest, StaysWithWhoeverBeginsToWait) {
+TEST_F(PanelKeyboardTest, OpensWhatHasFinishedAndStaysWithWhoeverBeginsToWait) {
     finish("/over");
+    refresh();
+    view.takeFocus();
+    press({Qt::Key_Return});
+    EXPECT_EQ(reopened, QStringList{"/over"});
+
     work(30);
     view.setContentHeightBudget(300);
     refresh();
     view.takeFocus();
-    press(QList<Qt::Key>(30, Qt::Key_Down));
-    ASSERT_EQ(focus(), "record /over");
+    ASSERT_EQ(focusAfter(QList<Qt::Key>(30, Qt::Key_Down)), "record /over");
     apply(EventBuilder::parked("d").in("7").at("7"));
     refresh();
     EXPECT_TRUE(isInSight(*rows().first()));
@@ -230,15 +234,6 @@ TEST_F(PanelKeyboardTest, FollowsTheFocusThatAnUpdateMoves) {
     refresh();
     EXPECT_EQ(QApplication::focusWidget(), row);
     EXPECT_TRUE(isInSight(*row));
-}
-
-TEST_F(PanelKeyboardTest, OpensWhatHasFinished) {
-    apply(EventBuilder(Event::turnEnd).at("/over"));
-    refresh();
-    view.takeFocus();
-    EXPECT_EQ(focus(), "record /over");
-    press({Qt::Key_Return});
-    EXPECT_EQ(reopened, QStringList{"/over"});
 }
 
 } // namespace

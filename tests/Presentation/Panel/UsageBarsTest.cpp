@@ -5,7 +5,6 @@
 #include "Presentation/Panel/RefreshButton.h"
 #include "Presentation/Panel/SessionContextRow.h"
 #include "Presentation/Panel/UsageMilestoneBadge.h"
-#include "Presentation/Panel/UsageMilestoneStyle.h"
 #include "Presentation/Panel/UsageTabButton.h"
 #include "Presentation/PanelFixture.h"
 #include "Presentation/ScaledImage.h"
@@ -111,7 +110,6 @@ TEST_F(UsageBarsTest, ClaudesLimitsAreToldInWholeAndInWords) {
 
     EXPECT_EQ(UsageBars::scope(300), "5h");
     EXPECT_EQ(UsageBars::scope(10'080), "1w");
-    EXPECT_EQ(UsageBars::scope(90), "90m");
     EXPECT_EQ(UsageBars::scope(0), "window");
 }
 
@@ -135,11 +133,6 @@ TEST_F(UsageBarsTest, FiguresAgeByOneTimerWhileSomebodyCanSeeThem) {
     bars().hide();
     usage.poller().stop();
     EXPECT_EQ(ticksWithin(hour), 60) << "the store looks after its sessions once a minute";
-}
-
-TEST_F(UsageBarsTest, TheColourOfAFillShowsItsLevel) {
-    EXPECT_EQ(UsageMilestoneStyle::color(0.8499), UsageMilestoneStyle::nominal);
-    EXPECT_EQ(UsageMilestoneStyle::color(0.85), UsageMilestoneStyle::amber);
 }
 
 TEST_F(UsageBarsTest, TellsHowFullTheContextsAreAndScrollsWhenThereAreMany) {
