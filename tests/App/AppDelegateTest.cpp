@@ -1,6 +1,4 @@
-#include "App/AppDelegate.h"
-
-#include "App/AppFixture.h"
+#include "App/WindowsFixture.h"
 
 #include <QCloseEvent>
 #include <QTest>
@@ -9,10 +7,8 @@
 namespace morvane {
 namespace {
 
-class AppDelegateTest : public AppFixture {
+class AppDelegateTest : public WindowsFixture {
 protected:
-    AppDelegateTest() { addFakeScreen(platform); }
-
     /// What a person sees of ordinary windows.
     static QStringList titles() {
         QStringList result;
@@ -29,8 +25,6 @@ protected:
         windowTitled(title)->close();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
-
-    AppDelegate delegate{settings, platform};
 };
 
 TEST_F(AppDelegateTest, WelcomesOnceWhateverBecomesOfTheWelcome) {
@@ -71,7 +65,12 @@ TEST_F(AppDelegateTest, OffersNewAgentsButNotOverAnOffer) {
     scheduler.advance(Seconds(1801));
     EXPECT_EQ(titles(), QStringList{title});
     // Nobody has asked for it, and the keys stay where they are.
-    EXPECT_TRUE(windowTitled(title)->windowHandle()->property("_q_showWithoutActivating").toBool());
+    window = windowTitled(title);
+    EXPECT_TRUE(window->windowHandle()->property("_q_showWithoutActivating").toBool());
+    EXPECT_EQ(button("Back"), nullptr);
+    EXPECT_NE(button("Connect Claude Code"), nullptr);
+    EXPECT_NE(button("Done"), nullptr);
+    EXPECT_EQ(AccessibleControls(*window).faults(), QStringList());
     home.write(".codex/config.toml");
     scheduler.advance(Seconds(1801));
     EXPECT_EQ(titles(), QStringList{title});
@@ -80,8 +79,11 @@ TEST_F(AppDelegateTest, OffersNewAgentsButNotOverAnOffer) {
     EXPECT_TRUE(titles().isEmpty());
 
     home.write(".gemini/settings.json", "{}");
+    home.write(".qwen/settings.json", "{}");
     scheduler.advance(Seconds(1801));
-    EXPECT_EQ(titles(), QStringList{title});
+    window = windowTitled(title);
+    ASSERT_TRUE(window);
+    EXPECT_TRUE(reads("Gemini CLI and Qwen Code have been installed since"));
 }
 
 TEST_F(AppDelegateTest, ShowsItsSettingsWhenStartedAgainAndThePanelWhereNoIconLeadsToIt) {

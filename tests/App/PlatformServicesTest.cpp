@@ -1,42 +1,33 @@
 #include "App/PlatformServices.h"
 
 #include "Support/FakeProcesses.h"
-
-#include <gtest/gtest.h>
+#include "Support/ManualPool.h"
+#include "Support/Printing.h"
 
 namespace morvane {
 namespace {
 
-class MortalProcesses : public FakeProcesses {
+/// Says when it ends.
+template <typename Service>
+class Mortal : public Service {
 public:
-    explicit MortalProcesses(bool &alive) : m_alive(alive) {}
-    ~MortalProcesses() override { m_alive = false; }
+    Mortal(QString &ends, const char *name) : m_ends(ends), m_name(name) {}
+    ~Mortal() override { m_ends += m_name; }
 
 private:
-    bool &m_alive;
+    QString &m_ends;
+    const char *m_name;
 };
 
-/// A pool that is at work until its end.
-class BusyPool : public BackgroundPool {
-public:
-    explicit BusyPool(std::function<void()> work) : m_work(std::move(work)) {}
-    ~BusyPool() override { m_work(); }
-    void run(std::function<void()>) override {}
-
-private:
-    std::function<void()> m_work;
-};
-
-// The search for sessions asks for processes.
+// The search for sessions, which the pool is at until its end, asks for processes.
 TEST(PlatformServices, WhatThePoolCallsIsThereUntilItsEnd) {
-    bool alive = true;
-    bool wasAlive = false;
+    QString ends;
     {
         PlatformServices services;
-        services.processes = std::make_unique<MortalProcesses>(alive);
-        services.background = std::make_unique<BusyPool>([&] { wasAlive = alive; });
+        services.processes = std::make_unique<Mortal<FakeProcesses>>(ends, " processes");
+        services.background = std::make_unique<Mortal<ManualPool>>(ends, "pool");
     }
-    EXPECT_TRUE(wasAlive);
+    EXPECT_EQ(ends, "pool processes");
 }
 
 } // namespace

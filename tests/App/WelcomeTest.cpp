@@ -148,20 +148,5 @@ TEST_F(WelcomeTest, AWindowIsNoLargerThanThereIsRoomFor) {
     EXPECT_LT(resizable.height(), nearlyAll.height());
 }
 
-TEST_F(WelcomeTest, OffersEveryAgentThatIsNew) {
-    settings.setHasCompletedFirstRun(true);
-    settings.setKnownAgents(QStringList());
-    home.write(".claude/settings.json", "{}");
-    home.write(".codex/config.toml");
-    open("New agent detected");
-    EXPECT_TRUE(reads("New agents detected"));
-    EXPECT_TRUE(reads("Claude Code and Codex have been installed since Morvane was set up. Connect "
-                      "them to see their sessions in the notch."));
-    EXPECT_EQ(button("Back"), nullptr);
-    EXPECT_NE(button("Connect Codex"), nullptr);
-    EXPECT_NE(button("Done"), nullptr);
-    EXPECT_EQ(AccessibleControls(*window).faults(), QStringList());
-}
-
 } // namespace
 } // namespace morvane
