@@ -224,7 +224,8 @@ void AppController::createPresenters() {
     m_timeline = std::make_unique<PixelTimeline>(*m_platform.scheduler);
     m_presenterManager = std::make_unique<PresenterManager>(
         PanelContext{m_store, m_usage, m_settings, *m_platform.scheduler, *m_platform.motion,
-                     InlineEditing::shared(), *m_timeline, actions, &m_panelKeys.digitShortcuts()},
+                     InlineEditing::shared(), *m_timeline, m_unsentReplies, actions,
+                     &m_panelKeys.digitShortcuts()},
         *m_platform.displays, *m_platform.overlays, *m_platform.pointer);
     m_presenterManager->onExpandedChanged = [this](bool isExpanded) {
         m_panelKeys.panelExpanded(isExpanded);

@@ -16,6 +16,7 @@
 #include "Presentation/Mascot/PixelTimeline.h"
 #include "Presentation/PresenterManager.h"
 
+#include <QHash>
 #include <QObject>
 
 #include <atomic>
@@ -128,6 +129,7 @@ private:
     Task m_installPing;
     AgentProcesses m_agentProcesses;
     AgentConnections m_connections;
+    QHash<QString, QString> m_unsentReplies; ///< by session; outlive what tells of their sending
     TerminalReply m_terminalReply;
     /// False where no display has a panel, so that nobody could answer: the agents ask at once.
     std::atomic<bool> m_isShown = true;

@@ -1,7 +1,11 @@
+#include "Presentation/Overlay/InlineNameField.h"
+#include "Presentation/Panel/DecideButton.h"
 #include "Presentation/Panel/InputView.h"
+#include "Presentation/Panel/ReplyStrip.h"
 #include "Presentation/Panel/SessionRow.h"
 #include "Presentation/PresenterFixture.h"
 
+#include <QLabel>
 #include <QTest>
 #include <QWindow>
 
@@ -217,6 +221,38 @@ TEST_P(EachPresenterTest, StaysOpenWhileItsMenuIs) {
     presenter.reset();
     menu.close();
     EXPECT_EQ(pointer.users, 0);
+}
+
+/// With its display, or with a notch that has nothing more to show.
+TEST_P(EachPresenterTest, AReplyThatHasNotGoneOutOutlivesItsPanel) {
+    PaneLocator pane;
+    pane.tmux = "%1";
+    apply(EventBuilder(Event::turnEnd).with(&HookEvent::pane, pane));
+    const auto says = [this](const QString &outcome) {
+        attach();
+        presenter->presentPanel();
+        scheduler.advance(Seconds(1));
+        return textsIn<QLabel>(window().widget()).contains(outcome);
+    };
+    const auto type = [this](const QString &text) {
+        shownIn<DecideButton>(*window().widget().findChild<ReplyStrip *>()).first()->click();
+        auto *field = shownIn<InlineNameField>(window().widget()).first();
+        QTest::keyClick(field, Qt::Key_End);
+        QTest::keyClicks(field, text);
+        return field;
+    };
+    EXPECT_FALSE(says("not sent"));
+    type("go");
+    EXPECT_TRUE(says("not sent"));
+    presenter->dismiss();
+    EXPECT_TRUE(says("not sent"));
+    QTest::keyClick(type(" on"), Qt::Key_Return);
+    EXPECT_EQ(replies, QStringList({"s: go on"}));
+    presenter.reset();
+    tellOutcome(false);
+    EXPECT_TRUE(says("not sent"));
+    QTest::keyClick(type(""), Qt::Key_Escape);
+    EXPECT_FALSE(says("not sent"));
 }
 
 TEST_P(EachPresenterTest, AClickMayTakeAwayThePanelThatItWasMadeIn) {

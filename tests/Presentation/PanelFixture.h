@@ -162,7 +162,9 @@ protected:
     InlineEditing editing;
     FakeMotionPreference motion;
     PixelTimeline timeline{scheduler};
-    PanelContext context{store, usage.poller(), settings, scheduler, motion, editing, timeline, {}};
+    QHash<QString, QString> unsentReplies;
+    PanelContext context{store,   usage.poller(), settings,      scheduler, motion,
+                         editing, timeline,       unsentReplies, {}};
     FakeDisplays displays;
     FakeOverlayWindows overlays;
     FakePointerMonitor pointer;

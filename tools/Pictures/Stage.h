@@ -80,6 +80,7 @@ private:
     InlineEditing m_editing;
     FakeMotionPreference m_motion;
     PixelTimeline m_timeline{m_scheduler};
+    QHash<QString, QString> m_unsentReplies;
     FakeDisplays m_displays;
     FakeOverlayWindows m_overlays;
     FakePointerMonitor m_pointer;

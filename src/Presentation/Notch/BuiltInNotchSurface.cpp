@@ -152,10 +152,6 @@ bool BuiltInNotchSurface::hasBeenRead(const QString &sessionID) const {
     return isExpanded() && m_expanded->hasBeenRead(sessionID);
 }
 
-bool BuiltInNotchSurface::holdsReply() const {
-    return m_expanded->holdsReply();
-}
-
 QPainterPath BuiltInNotchSurface::shape() const {
     return m_target.shape.path(m_target.frame(width()));
 }

@@ -42,9 +42,6 @@ public:
     bool hasBeenRead(const QString &sessionID) const override;
     std::optional<CompletedRecord> recordAt(int digit) const override;
 
-    /// Whether a reply would be lost with it that hasn't gone out.
-    bool holdsReply() const;
-
     /// What the shell covers, or will cover once it rests.
     QPainterPath shape() const;
 

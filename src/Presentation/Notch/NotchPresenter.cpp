@@ -72,9 +72,6 @@ void NotchPresenter::detach() {
     cancelPresentation();
     m_hover.endPresentation();
     destroyNotch();
-    if (window()) {
-        retireSurface();
-    }
     m_display.reset();
 }
 
@@ -125,19 +122,17 @@ void NotchPresenter::updateVisibility() {
     const bool isWanted = hasNotch() && (shouldBeVisible() || m_hover.isOpen() || isHeld());
     if (isWanted && shouldBeVisible()) {
         makePanel();
-    } else if (!isWanted && window() && (isShown() || !m_surface->holdsReply())) {
+    } else if (!isWanted && window()) {
         destroyNotch();
     }
 }
 
 void NotchPresenter::makePanel() {
-    if (isShown() || !hasNotch()) {
+    if (window() || !hasNotch()) {
         return;
     }
-    if (!m_surface) {
-        m_surface = std::make_unique<BuiltInNotchSurface>(context());
-        putUp(*m_surface);
-    }
+    m_surface = std::make_unique<BuiltInNotchSurface>(context());
+    putUp(*m_surface);
     layoutPanel();
     show();
 }
@@ -170,7 +165,6 @@ void NotchPresenter::show() {
     fadeIn(fadeInDuration);
 }
 
-/// A reply that hasn't gone out stays with its surface, which comes back with it.
 void NotchPresenter::destroyNotch() {
     m_hover.lock(context().scheduler.now());
     reportExpanded(false);
@@ -178,21 +172,9 @@ void NotchPresenter::destroyNotch() {
         return;
     }
     window()->hide();
-    if (m_surface->holdsReply()) {
-        m_surface->setMode(BuiltInNotchSurface::Mode::compact, Motion::atOnce);
-    } else {
-        retireSurface();
-    }
-}
-
-void NotchPresenter::retireSurface() {
     takeDown();
     m_retiredSurface = std::move(m_surface);
     m_retireTask = context().scheduler.after(Seconds(0), [this] { m_retiredSurface.reset(); });
-}
-
-bool NotchPresenter::isShown() const {
-    return window() && window()->isVisible();
 }
 
 /// The one place where hovering is decided; called whenever the pointer may have moved.
@@ -230,7 +212,7 @@ bool NotchPresenter::isPointerInside() {
     }
     const auto pointer = pointerPosition();
     const bool isOnSurface =
-        pointer && isShown() &&
+        pointer && window() && window()->isVisible() &&
         m_surface->shape().contains(*pointer - NotchGeometry::stageFrame(*m_display).topLeft());
     return isOnSurface || isMenuOpen() ||
            (pointer && NotchGeometry::hoverZone(*m_display).contains(*pointer));

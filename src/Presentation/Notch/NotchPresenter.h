@@ -13,7 +13,7 @@ class PointerMonitor;
 
 /// Shows Morvane around the notch of a display: the status beside it, and the panel below it while
 /// the pointer rests there. `NotchHover` decides about opening and closing; this carries it out.
-/// The window exists only while there is something to show, or a reply to be kept.
+/// The window exists only while there is something to show.
 class NotchPresenter : public MorvanePresenter {
     Q_OBJECT
 
@@ -44,8 +44,6 @@ private:
     void layOutSurface();
     void show();
     void destroyNotch();
-    void retireSurface();
-    bool isShown() const;
 
     void pollHover();
     void scheduleHoverCheck(Seconds delay);

@@ -2,6 +2,7 @@
 
 #include "Core/Agents/AgentDecision.h"
 
+#include <QHash>
 #include <QString>
 
 #include <functional>
@@ -47,6 +48,7 @@ struct PanelContext {
     MotionPreference &motion;
     InlineEditing &editing;
     PixelTimeline &timeline;
+    QHash<QString, QString> &unsentReplies; ///< typed, and by the session that they are for
     PanelActions actions;
     const DigitShortcuts *digitShortcuts = nullptr; ///< none where there are no such keys
 };

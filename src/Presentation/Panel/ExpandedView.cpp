@@ -11,7 +11,6 @@
 #include "Presentation/Panel/PanelEntries.h"
 #include "Presentation/Panel/PencilButton.h"
 #include "Presentation/Panel/ReadingTime.h"
-#include "Presentation/Panel/ReplyStrip.h"
 #include "Presentation/Panel/SessionRow.h"
 #include "Presentation/Panel/UsageBars.h"
 
@@ -166,11 +165,6 @@ std::optional<CompletedRecord> ExpandedView::recordAt(int digit) const {
         return candidate->badge() == digit && !candidate->visibleRegion().isEmpty();
     });
     return m_areRecordsRead && row != rows.end() ? std::optional((*row)->record()) : std::nullopt;
-}
-
-bool ExpandedView::holdsReply() const {
-    return std::ranges::any_of(m_viewport->rows().findChildren<ReplyStrip *>(),
-                               &ReplyStrip::holdsText);
 }
 
 /// One timer for all of the records, aimed at the first text that becomes untrue.

@@ -44,9 +44,6 @@ public:
     /// here, in this order, long enough to be read.
     std::optional<CompletedRecord> recordAt(int digit) const;
 
-    /// Whether a reply would be lost with it that hasn't gone out.
-    bool holdsReply() const;
-
     /// Lets the keys begin: at the session that waits for an answer, else at the first row.
     void takeFocus();
 

@@ -42,6 +42,13 @@ void ReplyStrip::setSession(const Session &session) {
     m_session = session;
     m_affordance->setAccessibleName(
         tr("Reply to %1").arg(BoundedText::of(session.displayName(), BoundedText::lineLength)));
+    if (m_context.unsentReplies.contains(session.id) && m_outcome->text().isEmpty()) {
+        tell(tr("not sent"));
+    }
+}
+
+bool ReplyStrip::holdsText() const {
+    return isReplying() || m_isSending || m_context.unsentReplies.contains(m_session.id);
 }
 
 void ReplyStrip::abandonReply() {
@@ -54,7 +61,7 @@ void ReplyStrip::openField() {
     if (m_field) {
         return;
     }
-    const InlineNameField::Setup setup{.initial = m_unsent,
+    const InlineNameField::Setup setup{.initial = m_context.unsentReplies.value(m_session.id),
                                        .placeholder = tr("Type a follow-up…"),
                                        .title = m_affordance->accessibleName()};
     m_field = new InlineNameField(setup, m_context, this);
@@ -62,15 +69,16 @@ void ReplyStrip::openField() {
     m_field->setFixedHeight(m_affordance->sizeHint().height());
     connect(m_field, &InlineNameField::commit, this, [this](const QString &text) {
         closeField();
-        m_unsent.clear();
+        keep(QString());
         if (!text.trimmed().isEmpty()) {
             send(text);
         }
     });
     connect(m_field, &InlineNameField::cancel, this, [this] {
-        m_unsent = m_field->typedText().trimmed();
+        const QString text = m_field->typedText().trimmed();
         closeField();
-        if (!m_unsent.isEmpty()) {
+        keep(text);
+        if (!text.isEmpty()) {
             tell(tr("not sent"));
         }
     });
@@ -87,16 +95,28 @@ void ReplyStrip::closeField() {
     m_affordance->setFocus();
 }
 
+/// What becomes of it may be told when the strip has gone.
 void ReplyStrip::send(const QString &text) {
     m_isSending = true;
-    m_context.actions.onReply(m_session, text,
-                              [weak = QPointer<ReplyStrip>(this), text](bool isSent) {
-                                  if (weak) {
-                                      weak->m_isSending = false;
-                                      weak->m_unsent = isSent ? QString() : text;
-                                      weak->tell(isSent ? tr("sent") : tr("could not be sent"));
-                                  }
-                              });
+    const auto told = [weak = QPointer<ReplyStrip>(this), &unsent = m_context.unsentReplies,
+                       sessionID = m_session.id, text](bool isSent) {
+        if (!isSent && !unsent.contains(sessionID)) {
+            unsent.insert(sessionID, text);
+        }
+        if (weak) {
+            weak->m_isSending = false;
+            weak->tell(isSent ? tr("sent") : tr("could not be sent"));
+        }
+    };
+    m_context.actions.onReply(m_session, text, told);
+}
+
+void ReplyStrip::keep(const QString &text) {
+    if (text.isEmpty()) {
+        m_context.unsentReplies.remove(m_session.id);
+    } else {
+        m_context.unsentReplies.insert(m_session.id, text);
+    }
 }
 
 void ReplyStrip::tell(const QString &outcome) {

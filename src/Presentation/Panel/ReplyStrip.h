@@ -14,7 +14,8 @@ struct PanelContext;
 
 /// Offers to type a line into the terminal of a session that has finished. The field stays open
 /// when it loses the focus: nothing is sent but what somebody has sent. Then it says whether that
-/// went out. What hasn't been sent is offered again, unless somebody has given it up.
+/// went out. What hasn't been sent is offered again on every display, unless somebody has given it
+/// up.
 class ReplyStrip : public QWidget {
     Q_OBJECT
 
@@ -29,8 +30,9 @@ public:
 
     bool isReplying() const { return !m_field.isNull(); }
 
-    /// Whether a text would be lost with the strip: one that is being typed, or hasn't gone out.
-    bool holdsText() const { return isReplying() || m_isSending || !m_unsent.isEmpty(); }
+    /// Whether a text would be out of sight with the strip: one that is being typed, or hasn't gone
+    /// out.
+    bool holdsText() const;
 
     void abandonReply();
 
@@ -38,6 +40,7 @@ private:
     void openField();
     void closeField();
     void send(const QString &text);
+    void keep(const QString &text);
     void tell(const QString &outcome);
 
     const PanelContext &m_context;
@@ -46,7 +49,6 @@ private:
     TextLabel *m_outcome; ///< what has become of the last reply
     QPointer<InlineNameField> m_field;
     bool m_isSending = false;
-    QString m_unsent;
 };
 
 } // namespace morvane

@@ -1,10 +1,4 @@
-#include "Presentation/Overlay/InlineNameField.h"
-#include "Presentation/Panel/DecideButton.h"
-#include "Presentation/Panel/ReplyStrip.h"
 #include "Presentation/PresenterFixture.h"
-
-#include <QLabel>
-#include <QTest>
 
 namespace morvane {
 namespace {
@@ -85,47 +79,6 @@ TEST_F(NotchPresenterTest, IsThereWhileThereIsSomethingToTell) {
     movePointer(elsewhere);
     movePointer(onTab);
     EXPECT_TRUE(isVisibleAfter(Seconds(0.4)));
-}
-
-TEST_F(NotchPresenterTest, KeepsAReplyThatHasNotGoneOutWhileItIsAway) {
-    PaneLocator pane;
-    pane.tmux = "%1";
-    apply(EventBuilder(Event::turnEnd).with(&HookEvent::pane, pane));
-    attachNotch();
-    const auto says = [this](const QString &outcome) {
-        presenter->presentPanel();
-        scheduler.advance(Seconds(1));
-        return textsIn<QLabel>(window().widget()).contains(outcome);
-    };
-    const auto type = [&, this](const QString &text) {
-        EXPECT_FALSE(says("sent"));
-        shownIn<DecideButton>(*window().widget().findChild<ReplyStrip *>()).first()->click();
-        auto *field = shownIn<InlineNameField>(window().widget()).first();
-        QTest::keyClicks(field, text);
-        return field;
-    };
-    type("go");
-    presenter->dismiss();
-    EXPECT_FALSE(isVisibleAfter(Seconds(1)));
-    EXPECT_TRUE(says("not sent"));
-
-    auto *field = type(QString());
-    QTest::keyClick(field, Qt::Key_End);
-    QTest::keyClicks(field, " on");
-    QTest::keyClick(field, Qt::Key_Return);
-    EXPECT_EQ(replies, QStringList({"s: go on"}));
-    presenter->dismiss();
-    EXPECT_FALSE(isVisibleAfter(Seconds(1)));
-    tellOutcome(false);
-    EXPECT_TRUE(says("could not be sent"));
-
-    // With nothing left to keep it goes for good.
-    QTest::keyClick(type(QString()), Qt::Key_Return);
-    presenter->dismiss();
-    tellOutcome(true);
-    apply(EventBuilder(Event::turnEnd).with(&HookEvent::pane, pane));
-    scheduler.advance(Seconds(1));
-    EXPECT_TRUE(overlays.alive.isEmpty());
 }
 
 TEST_F(NotchPresenterTest, FollowsItsDisplayAndEndsWithIt) {
