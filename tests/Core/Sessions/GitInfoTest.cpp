@@ -44,7 +44,7 @@ TEST(GitInfo, LooksUpwardsSoFarAndNoFurther) {
     const TemporaryHome home;
     home.write("repository/.git/HEAD", "ref: refs/heads/main\n");
     const QString directory = home.path("repository") + QString("/d").repeated(24);
-    EXPECT_EQ(GitInfo::branch(directory), "main");
+    EXPECT_EQ(GitInfo::branch(directory + "//"), "main");
     EXPECT_EQ(GitInfo::branch(directory + "/d"), std::nullopt);
 
     // The nearest repository counts, even one without a branch.
