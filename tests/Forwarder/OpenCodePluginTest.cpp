@@ -68,22 +68,19 @@ protected:
         EXPECT_EQ(process.outputAtEnd(), "told\nover\n");
     }
 
-    /// What Morvane would make of the next request.
-    static HookEvent event(CapturingListener &listener) {
-        CapturedRequest request = listener.take();
-        return HookEvent::decode(AgentRegistry::adapter(AgentKind::opencode),
-                                 QString::fromStdString(request.headers["x-hook-event"]),
-                                 QByteArray::fromStdString(request.body), {})
-            .value_or(HookEvent());
-    }
-
-    /// That these are all the events of a run, with their sessions and what they tell of.
+    /// That these are all the events that Morvane would make of a run, with their sessions and what
+    /// they tell of.
     void expectTold(const QByteArray &steps, const QByteArray &sessions,
                     const QStringList &expected) {
         CapturingListener listener(okAnswer);
         const auto process = start(listener.port(), steps, sessions);
         for (const QString &line : expected) {
-            const HookEvent next = event(listener);
+            CapturedRequest request = listener.take();
+            const HookEvent next =
+                HookEvent::decode(AgentRegistry::adapter(AgentKind::opencode),
+                                  QString::fromStdString(request.headers["x-hook-event"]),
+                                  QByteArray::fromStdString(request.body), {})
+                    .value_or(HookEvent());
             QString told = next.nativeName + " " + next.sessionID;
             for (const auto &text :
                  {next.responseMessage ? std::nullopt : next.toolName, next.toolDetail,

@@ -48,13 +48,12 @@ std::vector<LineCase> lineCases() {
         {R"({"cwd":"/"})", "/"},
         {R"({"cwd":"/a","workspace":{"current_dir":"/b"}})", "b"},
         // Only numbers count, and within the bounds that the bars have too.
-        {R"({"rate_limits":{"five_hour":{"used_percentage":105},"seven_day":{"used_percentage":-3}}})",
+        {R"({"rate_limits":{"five_hour":{"used_percentage":105},"seven_day":)"
+         R"({"used_percentage":-3}},"context_window":{"used_percentage":null}})",
          "5h 100% · 7d 0%"},
         {R"({"rate_limits":{"five_hour":{"used_percentage":1.5e-7},"seven_day":)"
-         R"({"used_percentage":99.5}},"context_window":{"used_percentage":null}})",
+         R"({"used_percentage":99.5}},"context_window":{"used_percentage":"23"}})",
          "5h 0% · 7d 100%"},
-        {R"({"rate_limits":{"five_hour":{"used_percentage":"23"},"seven_day":{"used_percentage":0}}})",
-         "7d 0%"},
         // What only looks like ours is not ours.
         {R"({"model\"display_name":"X","model":[{"display_name":"Y"}],"[":{"display_name":"Z"},)"
          R"("x":{"cwd":"/b"},"cwd":"/a"})",
