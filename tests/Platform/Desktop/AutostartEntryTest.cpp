@@ -88,15 +88,5 @@ TEST_F(AutostartEntryTest, SaysWhatKeptItFromBeingWrittenOrRemoved) {
     EXPECT_TRUE(removed->message.startsWith(home.path(file) + " could not be removed: "));
 }
 
-/// The format's own rules: in quotes a backslash goes before ", `, $ and \, every backslash is then
-/// doubled, and a percent sign is doubled so that it begins no field code.
-TEST(DesktopEntry, QuotesAProgramWhateverItsPathIsMadeOf) {
-    EXPECT_EQ(DesktopEntry::execValue("/a b/c;d&e"), R"("/a b/c;d&e")");
-    EXPECT_EQ(DesktopEntry::execValue("/100%/$HOME"), R"("/100%%/\\$HOME")");
-    EXPECT_EQ(DesktopEntry::execValue("/\"x\"/`y`"), R"("/\\"x\\"/\\`y\\`")");
-    EXPECT_EQ(DesktopEntry::execValue("/a\\b\nc"), R"("/a\\\\b\nc")");
-    EXPECT_EQ(DesktopEntry::execValue("/é"), "\"/é\"");
-}
-
 } // namespace
 } // namespace morvane

@@ -33,10 +33,10 @@ TEST(DesktopEntry, ReadsACommandAsItsWriterMeantIt) {
          {"", "   ", "%U", "x \"open", "x 'open", "x %z", "x %", "x \\", "''"}) {
         EXPECT_EQ(DesktopEntry::command(QString::fromUtf8(broken)), std::nullopt) << broken;
     }
-    for (const char *path : {"/opt/a \"b\"/$c`d\\e %f", "/x\t\ny"}) {
-        const auto command =
-            DesktopEntry::command(QString::fromUtf8(DesktopEntry::execValue(path)));
-        EXPECT_EQ(command, QStringList{path}) << path;
+    EXPECT_EQ(DesktopEntry::execValue("/100% \"$HOME\" `y` a\\b\nc"),
+              R"("/100%% \\"\\$HOME\\" \\`y\\` a\\\\b\nc")");
+    for (const char *path : {"/opt/a \"b\"/$c`d\\e %f;é&", "/x\t\ny"}) {
+        EXPECT_EQ(DesktopEntry::command(DesktopEntry::execValue(path)), QStringList{path}) << path;
     }
 }
 
@@ -44,12 +44,11 @@ class DesktopLauncherTest : public testing::Test {
 protected:
     DesktopLauncherTest() {
         home.set("XDG_DATA_HOME", home.path("data"));
-        home.write("report",
-                   "#!/bin/sh\n"
-                   "{ pwd; echo \"$@\"; echo $DESKTOP_STARTUP_ID; ls /proc/$$/fd | grep 77; "
-                   "ulimit -n; echo \"${QT_QPA_PLATFORM-unset}\"; } >\"$HOME/r\"\n"
-                   "mv \"$HOME/r\" \"$HOME/told\"\n");
-        QFile::setPermissions(home.path("report"), QFile::ReadOwner | QFile::ExeOwner);
+        home.writeProgram("report",
+                          "#!/bin/sh\n"
+                          "{ pwd; echo \"$@\"; echo $DESKTOP_STARTUP_ID; ls /proc/$$/fd | grep 77; "
+                          "ulimit -n; echo \"${QT_QPA_PLATFORM-unset}\"; } >\"$HOME/r\"\n"
+                          "mv \"$HOME/r\" \"$HOME/told\"\n");
     }
 
     void install(const QString &id, const QByteArray &lines) {
