@@ -108,13 +108,6 @@ protected:
         return onAnotherThread(
             [&] { return SecretService(connection("program")).secret("agent", limit); });
     }
-
-    static bool isWithheld(const SecretStore::Answer &answer) {
-        return std::holds_alternative<SecretStore::Withheld>(answer);
-    }
-    static bool isMissing(const SecretStore::Answer &answer) {
-        return std::holds_alternative<Failure>(answer);
-    }
 };
 
 TEST_F(SecretServiceTest, FindsTheServicesSecretAmongOthers) {
@@ -130,7 +123,7 @@ TEST_F(SecretServiceTest, FindsTheServicesSecretAmongOthers) {
 
 TEST_F(SecretServiceTest, LeavesLockedWhatIsLocked) {
     const Keyring keyring(connection("keyring"), {{"agent", "locked", true}});
-    EXPECT_TRUE(isWithheld(secret()));
+    EXPECT_TRUE(std::holds_alternative<SecretStore::Withheld>(secret()));
     // Nothing that could bring a question before the person, nor what would lead to one.
     for (const char *dialog : {"Unlock", "Prompt", "OpenSession", "GetSecret"}) {
         EXPECT_FALSE(keyring.asked.contains(dialog)) << dialog;
@@ -138,15 +131,15 @@ TEST_F(SecretServiceTest, LeavesLockedWhatIsLocked) {
 }
 
 TEST_F(SecretServiceTest, TellsWhatIsMissingFromWhatDoesNotAnswer) {
-    EXPECT_TRUE(isMissing(secret()));
+    EXPECT_TRUE(std::holds_alternative<Failure>(secret()));
     {
         const Keyring empty(connection("keyring"), {{"other", "no"}});
-        EXPECT_TRUE(isMissing(secret()));
+        EXPECT_TRUE(std::holds_alternative<Failure>(secret()));
     }
     for (const char *member : {"SearchItems", "GetSecret"}) {
         Keyring hanging(connection("keyring"), {{"agent", "secret"}});
         hanging.silentAt = member;
-        EXPECT_TRUE(isWithheld(secret(Seconds(0.3)))) << member;
+        EXPECT_TRUE(std::holds_alternative<SecretStore::Withheld>(secret(Seconds(0.3)))) << member;
     }
 }
 
