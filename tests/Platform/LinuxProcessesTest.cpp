@@ -78,16 +78,10 @@ TEST_F(LinuxProcessesTest, TellsOfTheEndOfExactlyThatProcess) {
 class SandboxTest : public LinuxProcessesTest {
 protected:
     void SetUp() override {
-        const QStringList command{"--pid",
-                                  "--mount",
-                                  "--fork",
-                                  "--kill-child",
-                                  "sh",
-                                  "-c",
-                                  R"(mount -t tmpfs none "$1" && mkdir "$1/files" &&
-                                     ln -s "$1/files" "$1/link" && touch "$1/files/it" &&
-                                     exec "$0" 600)",
-                                  folder.filePath(name),
+        const QString script = R"(mount -t tmpfs none "$1" && mkdir "$1/files" &&
+            ln -s "$1/files" "$1/link" && touch "$1/files/it" && exec "$0" 600)";
+        const QStringList command{"--pid",     "--mount", "--fork", "--kill-child",
+                                  "sh",        "-c",      script,   folder.filePath(name),
                                   files.path()};
         sandbox.start("unshare", ::geteuid() == 0 ? command : QStringList("-r") + command);
         const auto isThere = [&] { return isReady() || sandbox.state() == QProcess::NotRunning; };
@@ -117,7 +111,10 @@ protected:
     ProcessIdentity agent;
 };
 
-TEST_F(SandboxTest, TellsOfTheEndOfItsAgent) {
+TEST_F(SandboxTest, HasFilesThatOnlyItsAgentSeesAndTellsOfItsEnd) {
+    EXPECT_EQ(processes.fileOf(agent, files.filePath("link/it")),
+              QString("/proc/%1/root%2/files/it").arg(number).arg(files.path()));
+    EXPECT_EQ(processes.fileOf(agent, files.filePath("nothing")), QString());
     ProcessIdentity earlier = agent;
     --earlier.startedAt;
     int ends = 0;
@@ -129,12 +126,6 @@ TEST_F(SandboxTest, TellsOfTheEndOfItsAgent) {
     ::kill(number, SIGKILL);
     EXPECT_TRUE(becomesTrue([&] { return ends == 1; }));
     EXPECT_EQ(others, 0);
-}
-
-TEST_F(SandboxTest, HasFilesThatOnlyItsAgentSees) {
-    EXPECT_EQ(processes.fileOf(agent, files.filePath("link/it")),
-              QString("/proc/%1/root%2/files/it").arg(number).arg(files.path()));
-    EXPECT_EQ(processes.fileOf(agent, files.filePath("nothing")), QString());
 }
 
 TEST_F(LinuxProcessesTest, FindsFilesOfOurOwnMountsByTheirPlainPath) {
