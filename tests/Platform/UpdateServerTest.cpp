@@ -63,16 +63,12 @@ protected:
             .object();
     }
 
-    void tell(const QJsonObject &feed) {
-        feedAnswer = http("200 OK", QJsonDocument(feed).toJson());
-    }
-
     /// The server has this version, and is honest about it.
     void offer(const QByteArray &version) {
         const QString path = makePackage(version);
         package = home.read("morvane_" + version + ".deb");
         feed = sign(path);
-        tell(feed);
+        feedAnswer = http("200 OK", QJsonDocument(feed).toJson());
         packageAnswer = http("200 OK", package);
     }
 
@@ -89,8 +85,9 @@ protected:
         return updates->phase();
     }
 
-    /// Checks, wants what is offered, and yields why nothing comes of it.
+    /// Has the feed as it is now, wants what is offered, and yields why nothing comes of it.
     QString refusal() {
+        feedAnswer = http("200 OK", QJsonDocument(feed).toJson());
         EXPECT_EQ(check(), Phase::offered);
         updates->download();
         EXPECT_TRUE(settles());
@@ -140,12 +137,10 @@ TEST_F(UpdateServerTest, DiscardsWhatIsNotTheMakers) {
     const QJsonObject right = feed;
 
     feed["signature"] = QString::fromLatin1(QByteArray(64, '\1').toBase64());
-    tell(feed);
     EXPECT_EQ(refusal(), notSigned);
     feed["signature"] = sign(makePackage("1.2"))["signature"];
-    tell(feed);
     EXPECT_EQ(refusal(), notSigned);
-    tell(right);
+    feed = right;
     packageAnswer[packageAnswer.size() - 9] ^= 1;
     EXPECT_EQ(refusal(), notSigned);
 
@@ -165,7 +160,6 @@ TEST_F(UpdateServerTest, GoesBackToNoOlderVersion) {
     const QString notIt =
         "The package isn't the version of Morvane that it was said to be. It was discarded.";
     feed["version"] = "1.1";
-    tell(feed);
     EXPECT_EQ(refusal(), notIt);
     const QString path = makePackage("1.1", "other");
     const QByteArray other = home.read("morvane_1.1.deb");
@@ -173,7 +167,6 @@ TEST_F(UpdateServerTest, GoesBackToNoOlderVersion) {
     feed["signature"] = QString::fromLatin1(run({"openssl", "pkeyutl", "-sign", "-rawin", "-inkey",
                                                  home.path("maker.pem"), "-in", path})
                                                 .toBase64());
-    tell(feed);
     packageAnswer = http("200 OK", other);
     EXPECT_EQ(refusal(), notIt);
     EXPECT_TRUE(installer.opened.isEmpty());
@@ -204,13 +197,11 @@ TEST_F(UpdateServerTest, GoesNowhereElse) {
     const QByteArray there = "127.0.0.1:" + QByteArray::number(other.serverPort()) + "/morvane.deb";
     const QString elsewhere =
         "Morvane's server points to another place, and Morvane doesn't go there.";
-    const QByteArray good = feedAnswer;
     for (const QByteArray &place : {"http://" + there, "https://" + there, QByteArray("/other")}) {
         packageAnswer = http("302 Found", "", "Location: " + place + "\r\n");
         feedAnswer = packageAnswer;
         EXPECT_EQ(check(), Phase::failed);
         EXPECT_EQ(updates->failure(), elsewhere);
-        feedAnswer = good;
         EXPECT_EQ(refusal(), elsewhere);
     }
     EXPECT_EQ(askedThere, "");
