@@ -30,8 +30,14 @@ protected:
     }
 };
 
-TEST_F(ScreenDisplaysTest, ABarTakesFromTheWorkAreaOfItsOwnMonitorWhichMayComeAndGo) {
+TEST_F(ScreenDisplaysTest, MonitorsComeAndGoAndABarTakesFromTheWorkAreaOfItsOwn) {
     const ScreenDisplays displays(*x11);
+    EXPECT_EQ(displays.displays().size(), 1);
+    display->run({"xrandr", "--output", "screen", "--off"});
+    EXPECT_TRUE(becomesTrue([&] { return displays.displays().isEmpty(); }));
+    display->run({"xrandr", "--output", "screen", "--auto"});
+    EXPECT_TRUE(becomesTrue([&] { return displays.displays().size() == 1; }));
+
     display->setMonitor("LEFT", {0, 0, 640, 800});
     display->setMonitor("RIGHT", {640, 0, 640, 800});
     ASSERT_TRUE(becomesTrue([&] { return displays.displays().size() == 2; }));
@@ -86,15 +92,6 @@ TEST_F(ScreenDisplaysTest, TheAreaThatTheWindowManagerTellsCountsWhereItCanOnlyB
     display->setMonitor("RIGHT", {640, 0, 640, 800});
     EXPECT_TRUE(becomesFree(displays, 1, {640, 0, 640, 800}));
     EXPECT_TRUE(becomesFree(displays, 0, {0, 0, 640, 800}));
-}
-
-TEST_F(ScreenDisplaysTest, WithoutAnOutputThereIsNoDisplay) {
-    const ScreenDisplays displays(*x11);
-    EXPECT_EQ(displays.displays().size(), 1);
-    display->run({"xrandr", "--output", "screen", "--off"});
-    EXPECT_TRUE(becomesTrue([&] { return displays.displays().isEmpty(); }));
-    display->run({"xrandr", "--output", "screen", "--auto"});
-    EXPECT_TRUE(becomesTrue([&] { return displays.displays().size() == 1; }));
 }
 } // namespace
 } // namespace morvane
