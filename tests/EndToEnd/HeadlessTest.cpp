@@ -41,6 +41,14 @@ TEST_F(HeadlessTest, AWaitingHookIsSilentWhenTheProgramEnds) {
     EXPECT_EQ(hook.outputAtEnd(), "");
     ChildProcess late(home.hook({"claude", "Stop"}), home.environment(), "{}");
     EXPECT_EQ(late.outputAtEnd(), "");
+
+    // Started again it has the port and the token that it had.
+    const QString script = ".morvane/hook.sh";
+    const QByteArray before = home.read(script);
+    QFile::remove(home.path(script));
+    start();
+    ASSERT_TRUE(home.waitForHook());
+    EXPECT_EQ(home.read(script), before);
 }
 
 TEST(CommandLineTest, IsAnsweredWithoutTouchingAnything) {
@@ -84,21 +92,6 @@ TEST_F(HeadlessTest, AskedToEndItLetsAWaitingHookGoAndHasWhatItLearnedOnTheDisk)
     const QByteArray token = settings["eventToken"].toString().toUtf8();
     EXPECT_EQ(token.size(), 72);
     EXPECT_TRUE(script.contains(token));
-}
-
-TEST_F(HeadlessTest, ASecondLaunchGivesWayAndARestartKeepsPortAndToken) {
-    const QString script = ".morvane/hook.sh";
-    ChildProcess second({MORVANE}, home.environment());
-    EXPECT_EQ(second.wait(), 0);
-    EXPECT_TRUE(program->isRunning());
-
-    const QByteArray before = home.read(script);
-    program->kill();
-    program->wait();
-    QFile::remove(home.path(script));
-    start();
-    ASSERT_TRUE(home.waitForHook());
-    EXPECT_EQ(home.read(script), before);
 }
 
 TEST(StartTest, TakesNoFolderThatIsNotNamedFromTheRootOn) {
