@@ -193,7 +193,7 @@ TEST_F(ScreenTest, OpensThePanelWhenStartedAgain) {
     EXPECT_TRUE(program->isRunning());
 }
 
-TEST_F(ScreenTest, TakesThePlaceOfOneThatHasNoScreen) {
+TEST_F(ScreenTest, TakesThePlaceOfOneWithoutAScreenAndOfNoneOnAnotherDisplay) {
     program->terminate();
     EXPECT_EQ(program->wait(), 0);
     QFile::remove(home.path(".morvane/hook.sh"));
@@ -208,15 +208,12 @@ TEST_F(ScreenTest, TakesThePlaceOfOneThatHasNoScreen) {
     EXPECT_EQ(unseen.wait(), 0);
     EXPECT_TRUE(waitUntil([this] { return !tab().isNull(); }));
     EXPECT_TRUE(home.read(".config/morvane/io.morvane.morvane.json").contains("completedHistory"));
-}
 
-/// As in a second session of the same person, by another name of the display.
-TEST_F(ScreenTest, DisturbsNobodyAtALoginOnAnotherDisplay) {
+    // As in a second session of the same person: nobody is disturbed at a login.
     QProcessEnvironment other = display->environment();
     other.insert("DISPLAY", "unix" + other.value("DISPLAY"));
-    ChildProcess second({MORVANE, "--at-login"}, other);
-    EXPECT_EQ(second.wait(), 1);
-    ChildProcess third({MORVANE}, other);
+    EXPECT_EQ(ChildProcess({MORVANE, "--at-login"}, other).wait(), 1);
+    const ChildProcess second({MORVANE}, other);
     EXPECT_TRUE(waitUntil([this] { return display->focusedTitle() == "Morvane"; }));
 }
 
