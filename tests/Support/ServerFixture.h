@@ -36,11 +36,17 @@ protected:
         const std::size_t before = events.size();
         HttpClient client(port());
         client.send(request);
-        EXPECT_TRUE(waitUntil([&] {
-            scheduler.runPosted();
-            return events.size() > before;
-        }));
+        EXPECT_TRUE(comesAbout([&] { return events.size() > before; }));
         return client;
+    }
+
+    /// Waits for what the server does in its threads, and has done in ours.
+    template <typename Condition>
+    bool comesAbout(Condition condition) {
+        return waitUntil([&] {
+            scheduler.runPosted();
+            return condition();
+        });
     }
 
     /// Lets every hook go, once all is done that was asked of the server before.

@@ -44,10 +44,7 @@ TEST_F(DecisionRelayTest, NoticesThatTheHookIsGone) {
     scheduler.runPosted();
     EXPECT_TRUE(expired.empty()) << "it has only said more";
     client.hangUp();
-    EXPECT_TRUE(waitUntil([&] {
-        scheduler.runPosted();
-        return !expired.empty();
-    }));
+    EXPECT_TRUE(comesAbout([&] { return !expired.empty(); }));
     EXPECT_EQ(expired, std::vector<std::string>{"killed"});
     EXPECT_EQ(scheduler.timersDueIn(Seconds(60)), 0u);
 }
@@ -92,10 +89,7 @@ TEST_F(DecisionRelayTest, AnswersOnlyWhatThePersonCanHaveSeen) {
     unseen.send(permissionRequest("call_1"));
     EXPECT_EQ(seen.receiveAll(), okAnswer); // the newer one has taken its place
     server->resolve("call_1", AgentDecision::allow());
-    ASSERT_TRUE(waitUntil([&] {
-        scheduler.runPosted();
-        return events.size() == 2;
-    }));
+    ASSERT_TRUE(comesAbout([&] { return events.size() == 2; }));
     server->resolve("call_1", AgentDecision::deny());
     EXPECT_EQ(httpBody(unseen.receiveAll()), decision("deny"));
 }

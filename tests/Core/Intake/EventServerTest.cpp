@@ -168,10 +168,7 @@ TEST_F(EventServerTest, TakesTheUsageOfASenderThatAwaitsNoAnswer) {
         HttpClient client(port());
         client.send(httpPost("/usage", headers, body));
         client.hangUp();
-        ASSERT_TRUE(waitUntil([&] {
-            scheduler.runPosted();
-            return usage.size() == count;
-        }));
+        ASSERT_TRUE(comesAbout([&] { return usage.size() == count; }));
         EXPECT_TRUE(usage.back().second == body);
     }
 }
