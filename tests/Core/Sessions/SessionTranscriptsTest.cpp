@@ -8,6 +8,11 @@ protected:
     /// Of the latest record.
     auto summary() const { return store.completedHistory().first().summary; }
 
+    auto readsAfter(Kind kind) {
+        apply(kind);
+        return take(reads).size();
+    }
+
     static EventBuilder withTranscript(Kind kind) {
         return EventBuilder(kind).with(&HookEvent::transcriptPath, "/t.jsonl");
     }
@@ -27,34 +32,27 @@ TEST_F(TranscriptsTest, ReadsTranscriptsThatHaveSomethingNew) {
     finishRead({"opus", {}, {}, {}, {}});
     // From then on it is enough now and then, but for the end of a turn.
     scheduler.advance(Seconds(15));
-    apply(Kind::toolUse);
-    EXPECT_EQ(take(reads).size(), 0);
+    EXPECT_EQ(readsAfter(Kind::toolUse), 0);
     scheduler.advance(Seconds(0.1));
-    apply(Kind::toolUse);
-    EXPECT_EQ(take(reads).size(), 1);
+    EXPECT_EQ(readsAfter(Kind::toolUse), 1);
     finishRead();
-    apply(Kind::toolUse);
-    EXPECT_EQ(take(reads).size(), 0);
+    EXPECT_EQ(readsAfter(Kind::toolUse), 0);
     for (const Kind end : {Kind::turnEnd, Kind::turnFailed}) {
-        apply(end);
-        apply(end);
-        EXPECT_EQ(take(reads).size(), 1);
+        EXPECT_EQ(readsAfter(end), 1);
+        EXPECT_EQ(readsAfter(end), 0);
         finishRead();
     }
     // Nor does it wait for a clock that was set back.
-    apply(Kind::toolUse);
-    EXPECT_EQ(take(reads).size(), 0);
+    EXPECT_EQ(readsAfter(Kind::toolUse), 0);
     scheduler.setClock(Seconds(-60));
-    apply(Kind::toolUse);
-    EXPECT_EQ(take(reads).size(), 1);
+    EXPECT_EQ(readsAfter(Kind::toolUse), 1);
     finishRead();
     // A session that comes again is a new one.
     apply(Kind::sessionEnd);
     store.restore({{"s", AgentKind::claude, "/p", "/t.jsonl", scheduler.now()}});
     finishRead({"opus", {}, {}, {}, {}});
     take(reads);
-    apply(Kind::toolUse);
-    EXPECT_EQ(take(reads).size(), 1);
+    EXPECT_EQ(readsAfter(Kind::toolUse), 1);
 }
 
 TEST_F(TranscriptsTest, ReadsOneTranscriptOfASessionAtATime) {
@@ -70,8 +68,7 @@ TEST_F(TranscriptsTest, ReadsOneTranscriptOfASessionAtATime) {
     EXPECT_EQ(session().model, "opus");
     EXPECT_EQ(summary(), std::nullopt);
     apply(Kind::promptSubmit);
-    apply(Kind::turnEnd);
-    EXPECT_EQ(take(reads).size(), 1);
+    EXPECT_EQ(readsAfter(Kind::turnEnd), 1);
     EXPECT_EQ(running.size(), 2u);
 }
 
