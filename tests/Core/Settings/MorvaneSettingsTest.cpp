@@ -210,15 +210,9 @@ TEST_F(SettingsTest, AnnounceAChangeBeforeAndAfterItAndAnEqualValueToo) {
 }
 
 TEST_F(SettingsTest, RemoveEveryKeyButThoseOfOthers) {
-    json values{{"other", 1}};
-    for (const QString &key : MorvaneSettings::allKeys()) {
-        values[key.toStdString()] = "x";
-    }
-    EXPECT_EQ(values.size(), 36u);
-    for (const char *unread :
-         {"usageThreshold", "completedHistory", "lastWeeklyResetAt", "SUSkippedVersion"}) {
-        EXPECT_TRUE(values.contains(unread)) << unread;
-    }
+    json values = everyOther;
+    values.update({{"usageThreshold", 1}, {"completedHistory", 1}, {"lastWeeklyResetAt", 1}});
+    values.update({{"SUSkippedVersion", 1}, {"other", 1}});
     store(values);
     Defaults defaults = load();
     MorvaneSettings settings(defaults);
