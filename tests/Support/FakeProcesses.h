@@ -21,17 +21,15 @@ public:
     }
 
     std::optional<std::int64_t> listenerAt(const QString &socket) const override {
-        return listeners.contains(socket) ? std::optional(listeners.value(socket)) : std::nullopt;
+        return listeners.value(socket);
     }
 
     std::optional<bool> hearsKeys(const ProcessIdentity &process) const override {
-        return hearing.contains(process.id) ? std::optional(hearing.value(process.id))
-                                            : std::nullopt;
+        return hearing.value(process.id);
     }
 
     std::optional<std::int64_t> terminalOpener(const ProcessIdentity &process) const override {
-        return openers.contains(process.id) ? std::optional(openers.value(process.id))
-                                            : std::nullopt;
+        return openers.value(process.id);
     }
 
     std::optional<ProcessIdentity> identityOf(std::int64_t id) const override {
@@ -54,10 +52,10 @@ public:
     }
 
     QHash<QString, QStringList> folders;
-    QHash<QString, std::int64_t> listeners;                ///< by the sockets that they listen at
-    QHash<std::int64_t, bool> hearing;                     ///< what is typed, by their numbers
-    QHash<std::int64_t, std::int64_t> openers;             ///< of their terminals
-    QHash<std::int64_t, QProcessEnvironment> environments; ///< by their numbers
+    QHash<QString, std::optional<std::int64_t>> listeners; ///< by the sockets that they listen at
+    QHash<std::int64_t, std::optional<bool>> hearing;      ///< what is typed, by their numbers
+    QHash<std::int64_t, std::optional<std::int64_t>> openers; ///< of their terminals
+    QHash<std::int64_t, QProcessEnvironment> environments;    ///< by their numbers
 
 private:
     std::map<ProcessIdentity, std::function<void()>> m_watches;

@@ -97,10 +97,7 @@ TEST_F(TerminalReplyTest, TypesOnlyWhereTheAgentIsThatWaits) {
         {"/dev/pts/5 zsh\n", {}, false},       {"/dev/pts/5 bash\n", true, true},
         {"/dev/pts/5 python3\n", false, false}};
     for (const auto &[answer, hears, isTyped] : cases) {
-        processes.hearing.clear();
-        if (hears) {
-            processes.hearing[42] = *hears;
-        }
+        processes.hearing[42] = hears;
         pane = answer;
         tools.commands.clear();
         send(QStringLiteral("go `on`"));
