@@ -154,6 +154,10 @@ TEST_F(DecisionsTest, ReleasesAHookOnceItsReasonIsGone) {
         expectRelease(true, [&] { apply(kind); });
     }
     expectRelease(true, [&] { store.releaseApprovals(); });
+    expectRelease(true, [&] {
+        store.agentEnded("s");
+        EXPECT_TRUE(store.sessions().isEmpty());
+    });
 }
 
 TEST_F(DecisionsTest, CarriesADecisionBackAfterTheSessionHasMoved) {

@@ -358,12 +358,5 @@ TEST_F(UnsaidTest, AnEndThatWasAFailureIsHeardOnce) {
     EXPECT_EQ(announced, (QStringList{"done", "done"}));
 }
 
-TEST_F(UnsaidTest, AnAgentThatIsGoneTakesItsSessionAlong) {
-    apply(EventBuilder::parked("d"));
-    store.agentEnded("s");
-    EXPECT_TRUE(store.sessions().isEmpty());
-    EXPECT_EQ(resolved, QStringList{"d ask"});
-}
-
 } // namespace
 } // namespace morvane
