@@ -163,13 +163,13 @@ TEST_F(HookInstallerTest, SeesWhichEntriesAreStale) {
 
 TEST_F(HookInstallerTest, TakesTheFoldersAwayThatItHasMade) {
     for (const AgentKind kind : {claude, kimi}) {
-        QDir().mkpath(QFileInfo(home.path(place(kind))).path());
+        folder(kind).mkpath(".");
         QFile::link(home.path("dots/agents/settings"), home.path(place(kind)));
         connect(kind);
         EXPECT_TRUE(QFileInfo::exists(home.path("dots/agents/settings")));
         disconnect(kind);
         EXPECT_FALSE(QFileInfo::exists(home.path("dots")));
-        QDir(QFileInfo(home.path(place(kind))).path()).removeRecursively();
+        folder(kind).removeRecursively();
 
         // A file that its owner has put elsewhere since is theirs, and so is the folder there.
         connect(kind);

@@ -29,12 +29,20 @@ protected:
     void connect(AgentKind kind) const { EXPECT_EQ(failure(installer(kind).install()), ""); }
     void disconnect(AgentKind kind) const { EXPECT_EQ(failure(installer(kind).uninstall()), ""); }
 
+    /// Connects anew, now that the person wants the approvals otherwise.
+    void reconnect(AgentKind kind) {
+        settings.setApprovalsEnabled(!settings.approvalsEnabled());
+        connect(kind);
+    }
+
     QStringList issues(AgentKind kind) const { return installer(kind).health().issues(); }
 
     /// Where the agent keeps what we write, under the home folder.
     QString place(AgentKind kind) const {
         return AgentRegistry::adapter(kind).integrationDescription().mid(2);
     }
+
+    QDir folder(AgentKind kind) const { return QFileInfo(home.path(place(kind))).dir(); }
 
     QByteArray text(AgentKind kind) const { return home.read(place(kind)); }
     QByteArray backup(AgentKind kind) const { return home.read(place(kind) + ".morvane-backup"); }

@@ -11,13 +11,10 @@ using enum AgentKind;
 class SettingsReturnTest : public InstallerFixture {
 protected:
     bool exists(const QString &path) const { return QFileInfo::exists(home.path(path)); }
-    void clear(AgentKind kind) const {
-        QDir(QFileInfo(home.path(place(kind))).path()).removeRecursively();
-    }
 
     /// Writes the file, connects and disconnects; what it holds then.
     std::string returned(AgentKind kind, const QByteArray &before) const {
-        clear(kind);
+        folder(kind).removeRecursively();
         write(kind, before);
         connect(kind);
         EXPECT_TRUE(installer(kind).isInstalled());
@@ -64,8 +61,7 @@ TEST_F(SettingsReturnTest, KeepsTheOriginalThroughWhateverWeWriteMeanwhile) {
         const QByteArray before = kind == kimi ? "a = 1 # é" : "// mine\n{\"b\":1,\"a\":2}";
         write(kind, before);
         connect(kind);
-        settings.setApprovalsEnabled(!settings.approvalsEnabled());
-        connect(kind);
+        reconnect(kind);
         write(kind, text(kind).replace("/.morvane/", "/old/.morvane/"));
         EXPECT_TRUE(installer(kind).hasStaleEntries());
         installer(kind, 40124).renew();
@@ -149,16 +145,13 @@ TEST_F(SettingsReturnTest, TakesAwayWhatOnlyWeHaveMade) {
     for (const AgentKind kind : {claude, cursor, kimi, opencode}) {
         SCOPED_TRACE(rawValue(kind));
         connect(kind);
-        settings.setApprovalsEnabled(!settings.approvalsEnabled());
+        reconnect(kind);
+        disconnect(kind);
+        EXPECT_FALSE(folder(kind).exists());
+        folder(kind).mkpath(".");
         connect(kind);
         disconnect(kind);
-        EXPECT_FALSE(exists(QFileInfo(place(kind)).path()));
-        QDir().mkpath(QFileInfo(home.path(place(kind))).path());
-        connect(kind);
-        disconnect(kind);
-        EXPECT_EQ(QDir(QFileInfo(home.path(place(kind))).path())
-                      .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-                  QStringList());
+        EXPECT_TRUE(folder(kind).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
     }
     EXPECT_TRUE(exists(".config/opencode"));
 
@@ -222,20 +215,16 @@ TEST_F(SettingsReturnTest, LosesNoCommentWithACopyThatMakesWay) {
     const auto rescued = [this](AgentKind kind) {
         return home.read(place(kind) + ".morvane-comments");
     };
-    const auto switchApprovals = [this] {
-        settings.setApprovalsEnabled(!settings.approvalsEnabled());
-        connect(claude);
-    };
     const QByteArray first = "// mine\n{\"url\":\"//a\",\"b\":1}";
     write(claude, first);
     connect(claude);
-    switchApprovals();
+    reconnect(claude);
     // Written while it is connected: the next write leaves it out, the one behind that takes the
     // backup.
     write(claude, text(claude).replace("{\n  \"b\"", "{ /* \" */ \"b\""));
-    switchApprovals();
+    reconnect(claude);
     EXPECT_FALSE(exists(place(claude) + ".morvane-comments"));
-    switchApprovals();
+    reconnect(claude);
     EXPECT_TRUE(rescued(claude).contains("/* \" */"));
     disconnect(claude);
     EXPECT_EQ(text(claude), first);
@@ -256,11 +245,10 @@ TEST_F(SettingsReturnTest, LosesNoCommentWithACopyThatMakesWay) {
         EXPECT_TRUE(rescued(claude).contains(comment));
     }
     EXPECT_TRUE(rescued(claude).contains("/* \" */"));
-    EXPECT_FALSE(QFileInfo(home.path(place(claude) + ".morvane-comments")).permissions() &
-                 (QFile::ReadGroup | QFile::ReadOther));
+    EXPECT_EQ(home.mode(place(claude) + ".morvane-comments") & 0044, 0U);
     const QByteArray all = rescued(claude);
-    switchApprovals();
-    switchApprovals();
+    reconnect(claude);
+    reconnect(claude);
     EXPECT_EQ(rescued(claude), all);
 
     // Kimi's own saver leaves comments out.
@@ -321,7 +309,7 @@ TEST_F(SettingsReturnTest, LooksAgainAtAFileThatIsBeingWritten) {
             return [this, kind, content] { write(kind, content); };
         };
         for (const QByteArray &half : {QByteArray(), whole.left(3)}) {
-            clear(kind);
+            folder(kind).removeRecursively();
             write(kind, half);
             moment = finishing(whole);
             connect(kind);
