@@ -26,9 +26,12 @@ using Text = std::optional<QString>;
 
 constexpr qsizetype tailSize = 262'144;
 
+QByteArray claudeContent(const QByteArray &content) {
+    return R"({"type":"assistant","message":{"content":)" + content + "}}\n";
+}
+
 QByteArray claudeText(const QByteArray &text) {
-    return R"({"type":"assistant","message":{"content":[{"type":"text","text":")" + text +
-           "\"}]}}\n";
+    return claudeContent(R"([{"type":"text","text":")" + text + "\"}]");
 }
 
 QByteArray claudeModel(const QByteArray &model) {
@@ -37,10 +40,6 @@ QByteArray claudeModel(const QByteArray &model) {
 
 QByteArray claudeUsage(const QByteArray &usage) {
     return R"({"type":"assistant","message":{"usage":)" + usage + "}}\n";
-}
-
-QByteArray claudeContent(const QByteArray &content) {
-    return R"({"type":"assistant","message":{"content":)" + content + "}}\n";
 }
 
 QByteArray codexMessage(const QByteArray &fields, const QByteArray &content) {
@@ -78,9 +77,9 @@ TEST(TranscriptReader, TakesEachFieldFromTheNewestLineThatHasIt) {
         {claudeModel("claude-a") + claudeModel("<synthetic>"), {"a", {}, {}, {}, {}}},
         {claudeModel("gpt-5") + "{\"type\":\"user\",\"message\":{\"model\":\"no\"}}\n",
          {"gpt-5", {}, {}, {}, {}}},
-        {"{\"type\":\"ai-title\",\"aiTitle\":\" Ti\\ntle "
-         "\"}\n{\"type\":\"ai-title\",\"aiTitle\":\"<"
-         "x\"}",
+        {R"({"type":"ai-title","aiTitle":" Ti\ntle "})"
+         "\n"
+         R"({"type":"ai-title","aiTitle":"<x"})",
          {{}, {}, {}, {}, "Ti tle"}},
         {claudeModel("claude-a") + "[]\n\n7\n{}\n{\"type\":5}\nnull\n{\"type\":\"assistant\"}\n" +
              R"({"type":"assistant","message":[]})" + "\r\n{\"type\":\"assistant\",\"mess",
