@@ -14,18 +14,17 @@ std::optional<Date> at(double seconds) {
     return Date{} + Seconds(seconds);
 }
 
+using Percents = std::array<int, 3>;
+constexpr Percents unreadable{-2, -2, -2};
+
 /// Percents of the windows in the order session, weekly, model; -1 for one that is absent.
-std::array<int, 3> percents(const std::optional<Usage> &usage) {
+Percents percents(const std::optional<Usage> &usage) {
     const auto percent = [](const std::optional<UsageWindow> &window) {
         return window ? static_cast<int>(window->utilization * 100 + 0.5) : -1;
     };
-    return usage
-               ? std::array{percent(usage->session), percent(usage->weekly), percent(usage->fable)}
-               : std::array{-2, -2, -2};
+    return usage ? Percents{percent(usage->session), percent(usage->weekly), percent(usage->fable)}
+                 : unreadable;
 }
-
-using Percents = std::array<int, 3>;
-constexpr Percents unreadable{-2, -2, -2};
 
 TEST(UsageFormat, ReadsWhatTheEndpointTells) {
     const auto read = [](const QByteArray &body) {
