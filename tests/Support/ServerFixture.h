@@ -22,9 +22,8 @@ protected:
         return httpPost("/event", all, body);
     }
 
-    static std::string permissionRequest(const std::string &id,
-                                         const std::string &agent = "claude") {
-        return eventRequest({{"x-morvane-agent", agent},
+    static std::string permissionRequest(const std::string &id) {
+        return eventRequest({{"x-morvane-agent", "claude"},
                              {"x-hook-event", "PermissionRequest"},
                              {"x-morvane-decision", "1"}},
                             R"({"session_id":"s","tool_name":"Bash","tool_use_id":")" + id +
