@@ -141,8 +141,10 @@ TEST_F(UsagePollerTest, LeavesAServerAloneThatAsksForIt) {
     EXPECT_EQ(UsageEndpoint::retryAfter("Tue, 14 Nov 2023 22:23:20 GMT", now).count(), 600);
 }
 
-TEST_F(UsagePollerTest, ReadsTheTokenAnewWhenItIsRefused) {
+TEST_F(UsagePollerTest, ReadsARefusedTokenAnewAndDropsTheFiguresWithTheLast) {
     start();
+    reply(answer(200, body(42)));
+    wait();
     home.write(credentials, R"({"claudeAiOauth":{"accessToken":"second"}})");
     reply(answer(500));
     wait();
@@ -151,23 +153,18 @@ TEST_F(UsagePollerTest, ReadsTheTokenAnewWhenItIsRefused) {
     EXPECT_EQ(reason(), "usage endpoint returned 401");
     wait();
     EXPECT_EQ(https.requests.back().request.headers.front().second, "Bearer second");
-}
-
-TEST_F(UsagePollerTest, DropsTheFiguresWithTheCredential) {
-    start();
-    reply(answer(200, body(42)));
-    wait();
+    EXPECT_EQ(sessionPercent(), 42);
+    const std::size_t before = requests();
     reply(answer(401));
     home.write(credentials, R"({"claudeAiOauth":{"accessToken":"old","expiresAt":1000}})");
-    pass(Seconds(600));
+    pass(Seconds(2400));
     EXPECT_EQ(reason(), "token expired — run Claude Code to refresh");
     EXPECT_FALSE(poller.usage());
-    EXPECT_EQ(requests(), 2U);
     QFile::remove(home.path(credentials));
     poller.setEnabled(false); // forgets the old one
     start();
     EXPECT_EQ(reason(), "no Claude Code credentials");
-    EXPECT_EQ(requests(), 2U);
+    EXPECT_EQ(requests(), before);
 }
 
 TEST_F(UsagePollerTest, StopsAtALockedKeychainUntilThePersonTriesAgain) {
