@@ -27,6 +27,17 @@ inline QImage scaledImage(QWidget &widget, double ratio) {
     });
 }
 
+/// How opaque each pixel of an image is, row by row.
+inline QList<int> alphas(const QImage &image) {
+    QList<int> result;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            result.append(image.pixelColor(x, y).alpha());
+        }
+    }
+    return result;
+}
+
 /// The part of an image, in its pixels, that is not empty.
 inline QRect paintedPart(const QImage &image) {
     QRect result;

@@ -1,6 +1,7 @@
 #include "Presentation/Mascot/MenuBarIcon.h"
 
-#include <QPixmap>
+#include "Presentation/ScaledImage.h"
+
 #include <gtest/gtest.h>
 
 namespace morvane {
@@ -16,30 +17,27 @@ TEST(MenuBarIcon, IsOneWholeAtAnyScaleAndHasWholePixelsAtTheSizesOfPanels) {
     const QIcon icon = MenuBarIcon::icon(Qt::red, {});
     for (const int size : {22, 33, 44}) {
         ASSERT_TRUE(icon.availableSizes().contains(QSize(size, size)));
-        const QImage drawn = icon.pixmap(size, size).toImage();
-        for (int pixel = 0; pixel < size * size; ++pixel) {
-            const int alpha = drawn.pixelColor(pixel % size, pixel / size).alpha();
-            EXPECT_TRUE(alpha == 0 || alpha == 255) << size << ' ' << pixel;
+        for (const int alpha : alphas(icon.pixmap(size, size).toImage())) {
+            EXPECT_TRUE(alpha == 0 || alpha == 255) << size;
         }
     }
 }
 
 /// So that a person who doesn't see its colors can tell one from another.
 TEST(MenuBarIcon, TellsEveryStateByItsShapeAlone) {
-    QList<QImage> shapes;
+    QList<QList<int>> shapes;
     for (const SessionState state : {SessionState::idle, SessionState::working, SessionState::done,
                                      SessionState::failed, SessionState::needsInput}) {
-        const QImage shape = MenuBarIcon::icon(Qt::red, state).pixmap(22, 22).toImage();
-        for (const QImage &other : shapes) {
+        const QIcon icon = MenuBarIcon::icon(Qt::red, state);
+        const QList<int> shape = alphas(icon.pixmap(22, 22).toImage());
+        for (const QList<int> &other : shapes) {
             int differing = 0;
             for (int pixel = 0; pixel < 22 * 22; ++pixel) {
-                const QPoint at(pixel % 22, pixel / 22);
-                differing +=
-                    std::abs(shape.pixelColor(at).alpha() - other.pixelColor(at).alpha()) > 127;
+                differing += std::abs(shape[pixel] - other[pixel]) > 127;
             }
             EXPECT_GE(differing, 25) << static_cast<int>(state); // of the hundred of a mark
         }
-        shapes << shape;
+        shapes.append(shape);
     }
 }
 

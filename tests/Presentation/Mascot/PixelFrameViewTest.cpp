@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <numeric>
 
 namespace morvane {
 namespace {
@@ -52,24 +52,15 @@ TEST(PixelFrameView, FillsItsPlaceAndIsItsOwnMirrorImage) {
 TEST(PixelFrameView, HasOneWeightAtEveryScale) {
     for (const double ratio : {1.0, 1.25, 1.5, 1.75, 2.0, 3.0}) {
         const QImage image = drawn({QStringList(8, QString(8, u'X'))}, 2, ratio);
-        double lit = 0;
-        for (int y = 0; y < image.height(); ++y) {
-            for (int x = 0; x < image.width(); ++x) {
-                lit += image.pixelColor(x, y).alphaF();
-            }
-        }
-        EXPECT_NEAR(lit / (image.width() * image.height()), 0.5625, 0.03) << ratio;
+        const QList<int> light = alphas(image);
+        const double lit = std::accumulate(light.begin(), light.end(), 0) / 255.0;
+        EXPECT_NEAR(lit / static_cast<double>(light.size()), 0.5625, 0.03) << ratio;
     }
 }
 
 TEST(PixelFrameView, PartsThePixelsWhereThereIsRoomAndDrawsFaintOnesFaint) {
     const auto row = [](double pixelSize, double ratio, const QString &cells) {
-        const QImage image = drawn({{cells}}, pixelSize, ratio);
-        QList<int> alphas;
-        for (int x = 0; x < static_cast<int>(2 * pixelSize * ratio); ++x) {
-            alphas.append(image.pixelColor(x, 0).alpha());
-        }
-        return alphas;
+        return alphas(drawn({{cells}}, pixelSize, ratio)).first(qRound(2 * pixelSize * ratio));
     };
     EXPECT_EQ(row(2, 2, "XX......"), QList<int>({255, 255, 255, 0, 255, 255, 255, 0}));
     EXPECT_EQ(row(3, 1, "X?......"), QList<int>({255, 255, 127, 255, 255, 127}));

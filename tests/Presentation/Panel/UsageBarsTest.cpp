@@ -7,7 +7,6 @@
 #include "Presentation/Panel/UsageMilestoneBadge.h"
 #include "Presentation/Panel/UsageTabButton.h"
 #include "Presentation/PanelFixture.h"
-#include "Presentation/ScaledImage.h"
 #include "Presentation/Style/TextLabel.h"
 #include "Support/AccessibleControls.h"
 
