@@ -56,11 +56,6 @@ TEST_F(DecisionRowTest, RefusesFirstThenAllowsThenAllowsForGood) {
     EXPECT_EQ(decisions, QList<AgentDecision>(
                              {AgentDecision::deny(), AgentDecision::allow(),
                               AgentDecision::allowRemembering(AgentDecision::Scope::session)}));
-
-    Session session = store.sessions().value("s");
-    session.pendingApproval->allowsRemembering = false;
-    row.setSession(session, {});
-    EXPECT_EQ(textsIn<DecideButton>(row), QStringList({"Deny", "Allow"}));
 }
 
 TEST_F(DecisionRowTest, AsksOneQuestionAfterTheOther) {

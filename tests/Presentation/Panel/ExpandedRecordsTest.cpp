@@ -80,23 +80,5 @@ TEST_F(ExpandedRecordsTest, AnAgeStaysTrueWithOneTimerWhileItIsOnScreen) {
     EXPECT_EQ(ticksWithin(Seconds(300)), ofTheStore + 10 + 1);
 }
 
-TEST_F(ExpandedRecordsTest, ADigitOpensARecordOnceAllCouldBeReadAndWhileNobodyWaits) {
-    finish("/over");
-    refresh();
-    const auto opens = [this](Seconds pause, int digit) {
-        scheduler.advance(pause);
-        return view.recordAt(digit).has_value();
-    };
-    EXPECT_TRUE(opens(Seconds(1), 0));
-    EXPECT_FALSE(opens(Seconds(0), 4));
-    apply(Event::needsInput, "asking");
-    refresh();
-    EXPECT_FALSE(opens(Seconds(1), 0));
-    apply(Event::promptSubmit, "asking");
-    refresh();
-    EXPECT_FALSE(opens(Seconds(0.6), 0));
-    EXPECT_TRUE(opens(Seconds(0.2), 0));
-}
-
 } // namespace
 } // namespace morvane
