@@ -21,6 +21,12 @@ protected:
         attach();
         scheduler.advance(Seconds(1));
     }
+    /// As whoever presses the key for it.
+    void present() {
+        presenter->presentPanelToKeys();
+        window().widget().activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window().widget()));
+    }
 };
 
 INSTANTIATE_TEST_SUITE_P(, EachPresenterTest, testing::Bool(),
@@ -64,11 +70,6 @@ TEST_P(EachPresenterTest, LendsTheKeyboardToWhoeverOpensItByKey) {
     EXPECT_FALSE(window().hasKeyboard);
     EXPECT_EQ(expansions, QList<bool>({true, false}));
 
-    const auto present = [this] {
-        presenter->presentPanelToKeys();
-        window().widget().activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&window().widget()));
-    };
     present();
     presenter->collapseExpanded();
     EXPECT_FALSE(window().hasKeyboard);
@@ -116,9 +117,7 @@ TEST_P(EachPresenterTest, AReturnIsPressedOnceHoweverLongItIsHeld) {
         int presses = 0;
     } counter;
     attachForGood();
-    presenter->presentPanelToKeys();
-    window().widget().activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window().widget()));
+    present();
     QApplication::focusWidget()->installEventFilter(&counter);
     QWindow *keys = window().widget().windowHandle();
     for (const int presses : {1, 2}) {
@@ -156,18 +155,30 @@ TEST_P(EachPresenterTest, ADismissalHoldsUntilSomethingNewHappens) {
     EXPECT_FALSE(isVisibleAfter(Seconds(0)));
     apply(GetParam() ? Event::promptSubmit : Event::turnFailed);
     EXPECT_TRUE(isVisibleAfter(Seconds(60)));
+    // Which then gives way to fullscreen programs as the setting says.
+    EXPECT_TRUE(window().hidesOverFullscreen);
+    settings.setHideOverFullscreen(false);
+    EXPECT_FALSE(window().hidesOverFullscreen);
 }
 
 TEST_P(EachPresenterTest, GoesWithAMenuThatWasLeftForAnotherProgramsWindow) {
     QMenu menu;
-    menu.addAction("Quit");
+    QMenu *submenu = menu.addMenu("more");
     attachForGood();
     presenter->contextMenu = &menu;
     window().hearsClicks = false;
     rightClick(onTab);
     scheduler.advance(Seconds(1));
     ASSERT_TRUE(presenter->isExpanded() && menu.isVisible());
-    send(menu, QEvent(QEvent::Leave));
+    const auto staysThoughLeft = [&](QWidget &left, QWidget &entered) {
+        send(left, QEvent(QEvent::Leave));
+        send(entered, QEnterEvent({}, {}, {}));
+        scheduler.advance(Seconds(60));
+        return menu.isVisible();
+    };
+    EXPECT_TRUE(staysThoughLeft(menu, *submenu));
+    EXPECT_TRUE(staysThoughLeft(*submenu, window().widget()));
+    send(window().widget(), QEvent(QEvent::Leave));
     scheduler.advance(Seconds(2));
     EXPECT_FALSE(menu.isVisible());
     // The last place that was told is on the panel, and the desktop says it has come back there.
@@ -255,6 +266,34 @@ TEST_P(EachPresenterTest, AReplyThatHasNotGoneOutOutlivesItsPanel) {
     EXPECT_FALSE(says("not sent"));
 }
 
+TEST_P(EachPresenterTest, AScreenReaderOpensItAndItsMenuAndFindsThatInIt) {
+    QMenu menu;
+    menu.addAction("Quit");
+    attachForGood();
+    presenter->contextMenu = &menu;
+    auto *reader = QAccessible::queryAccessibleInterface(&window().widget());
+    ASSERT_TRUE(reader);
+    const auto press = [reader](const QString &action) {
+        EXPECT_TRUE(reader->actionInterface()->actionNames().contains(action));
+        reader->actionInterface()->doAction(action);
+    };
+    const int others = reader->childCount();
+    press(QAccessibleActionInterface::showMenuAction());
+    EXPECT_TRUE(menu.isVisible());
+    EXPECT_FALSE(window().hasKeyboard);
+    ASSERT_EQ(reader->childCount(), others + 1);
+    const QAccessibleInterface *last = reader->child(others);
+    ASSERT_TRUE(last);
+    EXPECT_EQ(last->object(), &menu);
+    EXPECT_EQ(reader->indexOfChild(last), others);
+    EXPECT_NE(reader->child(0)->object(), &menu);
+    menu.close();
+    EXPECT_EQ(reader->childCount(), others);
+    press(QAccessibleActionInterface::pressAction());
+    EXPECT_TRUE(window().hasKeyboard);
+    EXPECT_FALSE(menu.isVisible());
+}
+
 TEST_P(EachPresenterTest, AClickMayTakeAwayThePanelThatItWasMadeIn) {
     context.actions.onSelect = [this](const Session &) { presenter->dismiss(); };
     attach();
@@ -266,16 +305,6 @@ TEST_P(EachPresenterTest, AClickMayTakeAwayThePanelThatItWasMadeIn) {
     QTest::mouseClick(row, Qt::LeftButton);
     EXPECT_FALSE(isVisibleAfter(Seconds(1)));
     EXPECT_EQ(expansions, QList<bool>({true, false}));
-}
-
-TEST_P(EachPresenterTest, GivesWayToFullscreenProgramsAsTheSettingSays) {
-    attachForGood();
-    EXPECT_FALSE(window().hidesOverFullscreen);
-    settings.setHideOverFullscreen(true);
-    EXPECT_TRUE(window().hidesOverFullscreen);
-    presenter.reset();
-    attach();
-    EXPECT_TRUE(window().hidesOverFullscreen);
 }
 
 TEST_P(EachPresenterTest, GivesALongCallTheRoomThatItsDisplayHas) {
