@@ -5,6 +5,7 @@
 #include "Presentation/Panel/RefreshButton.h"
 #include "Presentation/Panel/SessionContextRow.h"
 #include "Presentation/Panel/UsageMilestoneBadge.h"
+#include "Presentation/Panel/UsageMilestoneStyle.h"
 #include "Presentation/Panel/UsageTabButton.h"
 #include "Presentation/PanelFixture.h"
 #include "Presentation/Style/TextLabel.h"
@@ -132,6 +133,11 @@ TEST_F(UsageBarsTest, FiguresAgeByOneTimerWhileSomebodyCanSeeThem) {
     bars().hide();
     usage.poller().stop();
     EXPECT_EQ(ticksWithin(hour), 60) << "the store looks after its sessions once a minute";
+}
+
+TEST_F(UsageBarsTest, TheColourOfAFillShowsItsLevel) {
+    EXPECT_EQ(UsageMilestoneStyle::color(0.8499), UsageMilestoneStyle::nominal);
+    EXPECT_EQ(UsageMilestoneStyle::color(0.85), UsageMilestoneStyle::amber);
 }
 
 TEST_F(UsageBarsTest, TellsHowFullTheContextsAreAndScrollsWhenThereAreMany) {
