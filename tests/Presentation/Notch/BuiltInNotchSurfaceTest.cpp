@@ -75,7 +75,7 @@ TEST_F(BuiltInNotchSurfaceTest, IsBlackOnNothing) {
     EXPECT_EQ(drawn.pixelColor(335, 16), QColor(Qt::black));
     // The last two lie in rounded corners.
     for (const QPoint beside :
-         {QPoint(130, 5), QPoint(141, 20), QPoint(335, 40), QPoint(145, 31), QPoint(525, 31)}) {
+         {QPoint(130, 5), QPoint(141, 20), QPoint(335, 40), QPoint(145, 31), QPoint(524, 31)}) {
         EXPECT_EQ(drawn.pixelColor(beside).alpha(), 0) << beside.x() << ", " << beside.y();
         EXPECT_FALSE(surface.shape().contains(beside));
     }
