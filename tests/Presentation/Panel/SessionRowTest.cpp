@@ -129,10 +129,12 @@ TEST(SessionSubtitle, SaysWhatTheSessionIsDoingAndOnWhatAsFarAsItIsKnown) {
     session.aiTitle = "title";
     session.summary = "summary";
     EXPECT_EQ(says(), "waiting for 2 agents… · title");
-    for (const SessionState over : {SessionState::done, SessionState::failed}) {
-        session.state = over;
-        EXPECT_TRUE(says().endsWith(" · summary")) << says().toStdString();
-    }
+    session.state = SessionState::failed;
+    EXPECT_EQ(says(), "failed · summary");
+    session.state = SessionState::done;
+    EXPECT_EQ(says(), "done · summary");
+    session.summary.reset();
+    EXPECT_EQ(says(), "done · title");
 }
 
 } // namespace
