@@ -26,10 +26,8 @@ std::optional<QVariantMap> DefaultsFile::present() const {
     return text && text->size() < largestFile ? DefaultsFormat::parse(*text) : std::nullopt;
 }
 
-QVariantMap DefaultsFile::read() {
-    const auto values = present();
-    m_isUnreadable = !values && QFileInfo::exists(m_path);
-    return values.value_or(QVariantMap());
+QVariantMap DefaultsFile::read() const {
+    return present().value_or(QVariantMap());
 }
 
 void DefaultsFile::write(const QVariantMap &values, const QStringList &changed) {
@@ -63,15 +61,15 @@ bool DefaultsFile::isWithout(const QStringList &keys) {
 
 void DefaultsFile::replace(const QVariantMap &values) {
     QDir().mkpath(QFileInfo(m_path).path());
-    if (m_isUnreadable) {
+    const auto read = present();
+    if (!read && QFileInfo::exists(m_path)) {
         // Whatever it is, it is the person's: it is kept under another name.
         QFile::remove(m_aside);
-        if (!QFile::rename(m_path, m_aside)) {
+        if (!QFile::rename(linkTarget(m_path), m_aside)) {
             return;
         }
-        m_isUnreadable = false;
     }
-    QVariantMap merged = present().value_or(values);
+    QVariantMap merged = read.value_or(values);
     for (const QString &key : std::as_const(m_changed)) {
         if (values.contains(key)) {
             merged.insert(key, values[key]);

@@ -28,10 +28,9 @@ public:
     DefaultsFile(const DefaultsFile &) = delete;
     DefaultsFile &operator=(const DefaultsFile &) = delete;
 
-    /// What it holds, empty where there is no file; called before the first write. What can't be
-    /// understood, or is no regular file, counts as empty, and is put aside before it would be
-    /// written over.
-    QVariantMap read();
+    /// What it holds, empty where there is no file. What can't be understood, or is no regular
+    /// file, counts as empty, and is put aside before it would be written over.
+    QVariantMap read() const;
 
     /// Begins to write the keys that were changed, over what the file holds by then; where it holds
     /// nothing that can be understood, all of the values. A failure leaves the file as it is, and
@@ -54,7 +53,6 @@ private:
 
     const QString m_path;
     const QString m_aside;                  ///< where it is put that can't be understood
-    bool m_isUnreadable = false;            ///< the writer's, from the first write on
     QSet<QString> m_changed;                ///< not written yet; the writer's
     std::atomic<std::uint64_t> m_asked = 0; ///< how many writes there were to be
     QThreadPool m_writer;                   ///< last, since its end waits for what uses the others

@@ -88,6 +88,7 @@ TEST_F(DefaultsTest, OfTwoMachinesWithOneHomeKeepEachOthersKeys) {
         home.write(file, damage);
         one.setValue("a", 4);
         EXPECT_EQ(stored(one), (json{{"a", 4}, {"b", 1}, {"c", 1}}));
+        EXPECT_EQ(home.read(file + ".unreadable"), damage);
     }
 }
 
@@ -99,6 +100,10 @@ TEST_F(DefaultsTest, BehindALinkStayThere) {
     EXPECT_TRUE(QFileInfo(home.path(file)).isSymLink());
     EXPECT_EQ(json::parse(home.read("dotfiles/target.json").toStdString()),
               (json{{"key", 1}, {"other", 2}}));
+    home.write("dotfiles/target.json", "{");
+    load().setValue("other", 3);
+    EXPECT_TRUE(QFileInfo(home.path(file)).isSymLink());
+    EXPECT_EQ(home.read(file + ".unreadable"), "{");
 }
 
 } // namespace
