@@ -130,8 +130,9 @@ SessionTransition SessionTransition::turnGone(Session session, TurnEnd end, Date
 SessionTransition SessionTransition::endedUnsaid(Session session, const TranscriptInfo &info,
                                                  Date now) {
     const bool failed = info.turn == TranscriptInfo::Turn::failed;
-    const bool isOfOlderTurn =
-        info.turnAt && session.promptedAt && *session.promptedAt - *info.turnAt > promptDelay;
+    // A prompt that is still to come was told by a clock that has been set back since.
+    const bool isOfOlderTurn = info.turnAt && session.promptedAt && *session.promptedAt <= now &&
+                               *session.promptedAt - *info.turnAt > promptDelay;
     if (isOfOlderTurn || (!failed && info.turn != TranscriptInfo::Turn::interrupted)) {
         return {};
     }

@@ -316,6 +316,12 @@ TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
         finishRead({{}, {}, {}, {}, {}, Turn::interrupted, {}, *session().promptedAt - before});
         EXPECT_EQ(session().state, state);
     }
+    // But the clock may have been set back since.
+    tell(claude, "UserPromptSubmit", R"("prompt":"go")");
+    scheduler.setClock(Seconds(-3600));
+    scheduler.advance(Seconds(1));
+    finishRead({{}, {}, {}, {}, {}, Turn::interrupted, {}, scheduler.now()});
+    EXPECT_EQ(session().state, idle);
 
     // Not while it asks, nor for an agent that would say so.
     tell(codex, "PermissionRequest", make, "d");
