@@ -39,7 +39,7 @@ Session lookUpOrMake(const Context &context, SessionState initial) {
 }
 
 bool isAskedBySubagent(const Session &session) {
-    return session.pendingApproval && session.pendingApproval->ofSubagent;
+    return !session.pendingSubagent.isEmpty();
 }
 
 /// Whether the call that waits goes on to do so: what is told late of it has come to pass before
@@ -367,7 +367,7 @@ bool SessionTransition::endsPendingDecision(const Session &session, const HookEv
     case CanonicalEvent::turnEnd:
         return !isAskedBySubagent(session);
     case CanonicalEvent::subagentStop:
-        return !session.pendingSubagent.isEmpty() && event.agentID == session.pendingSubagent;
+        return isAskedBySubagent(session) && event.agentID == session.pendingSubagent;
     default:
         return false;
     }

@@ -125,6 +125,14 @@ TEST_F(UnsaidTest, WhatASubagentAsksElsewhereIsNotItsSessionsOwn) {
     EXPECT_EQ(resolved, QStringList{"d ask"});
     EXPECT_EQ(session().cwd, "/srv");
     EXPECT_EQ(session().transcriptPath, "/t");
+    // One that can be answered here outlives its session's turn.
+    const QByteArray single = QByteArray(asking).replace("true", "false");
+    tell(claude, "PermissionRequest", single + place, "e");
+    EXPECT_EQ(tell(claude, "Stop", R"("x":1)"), needsInput);
+    EXPECT_TRUE(session().pendingQuestion);
+    store.answer("s", "Q", "Y");
+    EXPECT_EQ(tell(claude, "SubagentStop", R"("agent_id":"a")"), done);
+    EXPECT_EQ(resolved, (QStringList{"d ask", "e answer Q=Y"}));
 }
 
 TEST_F(UnsaidTest, ASubagentThatWasAnsweredElsewhereGoesOn) {
