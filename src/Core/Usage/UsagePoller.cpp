@@ -75,10 +75,7 @@ void UsagePoller::setEnabled(bool enabled) {
     if (enabled) {
         m_unavailableReason.reset();
         m_codexUnavailableReason.reset();
-        m_backoffMultiplier = 1;
-        m_codexBackoffMultiplier = 1;
-        scheduleClaude(Seconds(0));
-        scheduleCodex(Seconds(0));
+        startAnew();
     } else {
         stop();
         m_credentials.forget();
@@ -97,12 +94,9 @@ void UsagePoller::refreshNow() {
     if (!m_settings.usageEnabled()) {
         return;
     }
-    m_backoffMultiplier = 1;
-    m_codexBackoffMultiplier = 1;
     m_keychainBlocked = false;
     m_forceNextClaudePoll = true;
-    scheduleClaude(Seconds(0));
-    scheduleCodex(Seconds(0));
+    startAnew();
     emit changed();
 }
 
@@ -110,6 +104,14 @@ void UsagePoller::retryKeychainAccess() {
     m_credentials.unblock();
     m_credentials.forget();
     refreshNow();
+}
+
+/// Both lines ask at once, as though they had never failed.
+void UsagePoller::startAnew() {
+    m_backoffMultiplier = 1;
+    m_codexBackoffMultiplier = 1;
+    scheduleClaude(Seconds(0));
+    scheduleCodex(Seconds(0));
 }
 
 void UsagePoller::stop() {

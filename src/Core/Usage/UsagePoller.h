@@ -94,6 +94,7 @@ signals:
     void milestoneEvents(const morvane::UsageMilestone &milestone);
 
 private:
+    void startAnew();
     void scheduleClaude(Seconds delay);
     void scheduleCodex(Seconds delay);
     void pollClaude();
