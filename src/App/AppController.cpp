@@ -186,9 +186,9 @@ void AppController::readTranscripts() {
 
 /// Agents that already run tell nothing until their next turn.
 void AppController::restoreSessions() {
-    const Seconds maxAge(60.0 * m_settings.autoClearMinutes());
     m_platform.background->compute(
-        [maxAge, now = m_platform.scheduler->now(), &processes = *m_platform.processes] {
+        [maxAge = m_settings.autoClearAfter(), now = m_platform.scheduler->now(),
+         &processes = *m_platform.processes] {
             return SessionDiscovery::scan(maxAge, now, processes);
         },
         *m_platform.scheduler, this,

@@ -54,7 +54,7 @@ void SessionStore::apply(const HookEvent &event) {
 }
 
 void SessionStore::restore(const QList<DiscoveredSession> &discovered) {
-    const Date oldest = m_scheduler.now() - Seconds(60.0 * m_settings.autoClearMinutes());
+    const Date oldest = m_scheduler.now() - m_settings.autoClearAfter();
     QStringList restored;
     for (const DiscoveredSession &found : discovered) {
         const auto transition =
@@ -360,7 +360,7 @@ void SessionStore::scheduleCleanup() {
 
 void SessionStore::clearStaleDoneSessions() {
     const Date now = m_scheduler.now();
-    const Seconds limit(60.0 * m_settings.autoClearMinutes());
+    const Seconds limit = m_settings.autoClearAfter();
     const QHash<QString, Session> present = m_sessions;
     for (const Session &session : present) {
         const bool atRest = session.isFinished() || session.state == SessionState::idle;

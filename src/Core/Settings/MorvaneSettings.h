@@ -3,6 +3,7 @@
 #include "Core/Settings/DisplayTargetMode.h"
 #include "Core/Settings/FloatingPosition.h"
 #include "Platform/HotKey.h"
+#include "Platform/Time.h"
 
 #include <QMap>
 #include <QObject>
@@ -69,6 +70,7 @@ public:
     /// Minutes after which a finished or idle session leaves the list.
     int autoClearMinutes() const { return m_autoClearMinutes; }
     void setAutoClearMinutes(int minutes) { assign(m_autoClearMinutes, minutes); }
+    Seconds autoClearAfter() const { return std::chrono::minutes(m_autoClearMinutes); }
     /// Working directory to the person's own name for it.
     const QMap<QString, QString> &sessionNames() const { return m_sessionNames; }
     void setSessionNames(const QMap<QString, QString> &names) { assign(m_sessionNames, names); }
