@@ -57,7 +57,10 @@ TranscriptInfo readTail(const QString &path, TakeLine takeLine, qsizetype size) 
 }
 
 std::optional<TranscriptOrigin> readOrigin(const QString &path, FindOrigin findOrigin) {
-    const QByteArray head = RegularFile::head(path, headSize).value_or(QByteArray());
+    QByteArray head = RegularFile::head(path, headSize).value_or(QByteArray());
+    if (head.size() == headSize) {
+        head.truncate(head.lastIndexOf('\n') + 1); // it is usually cut, within a character or not
+    }
     if (!isUtf8(head)) {
         return std::nullopt;
     }

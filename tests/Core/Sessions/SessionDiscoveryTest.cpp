@@ -119,9 +119,9 @@ TEST_F(DiscoveryTest, ReadsTheBeginningOfATranscript) {
     write(".claude/projects/p/first.jsonl",
           "\n{\"cwd\":7}\n{\"cwd\":\"\"}\n[]\nnonsense\n" + cwd + "{\"cwd\":\"/q\"}\n");
     write(".claude/projects/p/binary.jsonl", cwd + "\xff");
-    QByteArray cutInCharacter = cwd + QByteArray(65'535 - cwd.size(), ' ');
-    write(".claude/projects/p/cut.jsonl", cutInCharacter + "ä");
-    EXPECT_EQ(found(), (QStringList{"binary ", "cut ", "far ", "first /p", "near /p"}));
+    const QByteArray cutInCharacter = cwd + QByteArray(65'535 - cwd.size(), ' ') + "ä";
+    write(".claude/projects/p/cut.jsonl", cutInCharacter);
+    EXPECT_EQ(found(), (QStringList{"binary ", "cut /p", "far ", "first /p", "near /p"}));
 }
 
 TEST_F(DiscoveryTest, TakesACodexSessionOnlyWithItsId) {
