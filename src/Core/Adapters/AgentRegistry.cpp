@@ -20,6 +20,7 @@ using AgentReleases::Listed;
 
 constexpr QLatin1String geminiSettings(".gemini/settings.json");
 constexpr QLatin1String qwenSettings(".qwen/settings.json");
+constexpr QLatin1String factorySettings(".factory/settings.json");
 
 std::unique_ptr<const AgentAdapter> adapterOf(const Listed &listed) {
     switch (listed.agent) {
@@ -33,11 +34,14 @@ std::unique_ptr<const AgentAdapter> adapterOf(const Listed &listed) {
         return std::make_unique<ClaudeForkAdapter>(
             AgentKind::qwen, qwenSettings, ClaudeForkAdapter::extendedEvents(),
             QStringList{QStringLiteral("PermissionRequest")}, listed.contract);
+    case AgentKind::factory:
+        return std::make_unique<ClaudeForkAdapter>(AgentKind::factory, factorySettings,
+                                                   ClaudeForkAdapter::baseEvents(), QStringList(),
+                                                   listed.contract);
     case AgentKind::opencode:
     case AgentKind::cursor:
     case AgentKind::kimi:
     case AgentKind::qoder:
-    case AgentKind::factory:
     case AgentKind::codebuddy:
         break;
     }
@@ -70,8 +74,7 @@ std::span<const AgentAdapter *const> all() {
     static const ClaudeForkAdapter codeBuddy(AgentKind::codebuddy,
                                              QStringLiteral(".codebuddy/settings.json"),
                                              ClaudeForkAdapter::extendedEvents(), {});
-    static const ClaudeForkAdapter factory(AgentKind::factory,
-                                           QStringLiteral(".factory/settings.json"),
+    static const ClaudeForkAdapter factory(AgentKind::factory, factorySettings,
                                            ClaudeForkAdapter::baseEvents(), {});
     static const std::array<const AgentAdapter *, allAgentKinds.size()> adapters{
         &claude, &codex, &gemini, &openCode, &cursor, &kimi, &qwen, &qoder, &codeBuddy, &factory};

@@ -51,6 +51,8 @@ std::span<const Listed> all() {
                 .tellsLastWords = true,
                 .interruptsByHangUp = true,
                 .endsTurnsInTranscript = true}},
+        // Tried: 0.225.2.
+        Listed{AgentKind::factory, {0, 225, 2}, {1, 0, 0}, {.tellsWhoElseAsks = true}},
     };
     return releases;
 }
@@ -65,11 +67,12 @@ std::optional<Program> program(AgentKind agent) {
         return Program{QStringLiteral("gemini"), QStringLiteral("@google/gemini-cli")};
     case AgentKind::qwen:
         return Program{QStringLiteral("qwen"), QStringLiteral("@qwen-code/qwen-code")};
+    case AgentKind::factory:
+        return Program{QStringLiteral("droid"), QStringLiteral("@factory/cli")};
     case AgentKind::opencode:
     case AgentKind::cursor:
     case AgentKind::kimi:
     case AgentKind::qoder:
-    case AgentKind::factory:
     case AgentKind::codebuddy:
         break;
     }

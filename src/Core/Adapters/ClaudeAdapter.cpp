@@ -87,17 +87,8 @@ QStringList ClaudeAdapter::nativeEvents() const {
 std::optional<CanonicalEvent>
 ClaudeAdapter::canonical(const QString &native,
                          const std::optional<QString> &notificationType) const {
-    static const QSet<QString> waitsOfOthers{
-        QStringLiteral("elicitation_dialog"),
-        QStringLiteral("elicitation_url_dialog"),
-        QStringLiteral("worker_permission_prompt"),
-    };
     if (native == QLatin1String("PermissionRequest")) {
         return CanonicalEvent::permissionRequest;
-    }
-    if (contract().tellsWhoElseAsks && native == QLatin1String("Notification") &&
-        waitsOfOthers.contains(notificationType.value_or(QString()))) {
-        return CanonicalEvent::needsInput;
     }
     return claudeCanonical(native, notificationType);
 }

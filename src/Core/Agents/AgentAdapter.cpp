@@ -125,7 +125,7 @@ QString AgentAdapter::integrationDescription() const {
 
 std::optional<CanonicalEvent>
 AgentAdapter::claudeCanonical(const QString &native,
-                              const std::optional<QString> &notificationType) {
+                              const std::optional<QString> &notificationType) const {
     static const QHash<QString, CanonicalEvent> events{
         {QStringLiteral("SessionStart"), CanonicalEvent::sessionStart},
         {QStringLiteral("UserPromptSubmit"), CanonicalEvent::promptSubmit},
@@ -141,9 +141,18 @@ AgentAdapter::claudeCanonical(const QString &native,
         {QStringLiteral("idle_prompt"), CanonicalEvent::idle},
         {QStringLiteral("agent_completed"), CanonicalEvent::idle},
     };
-    return native == QLatin1String("Notification")
-               ? lookUp(notifications, notificationType.value_or(QString()))
-               : lookUp(events, native);
+    static const QSet<QString> waitsOfOthers{
+        QStringLiteral("elicitation_dialog"),
+        QStringLiteral("elicitation_url_dialog"),
+        QStringLiteral("worker_permission_prompt"),
+    };
+    if (native != QLatin1String("Notification")) {
+        return lookUp(events, native);
+    }
+    const QString type = notificationType.value_or(QString());
+    return m_contract.tellsWhoElseAsks && waitsOfOthers.contains(type)
+               ? std::optional(CanonicalEvent::needsInput)
+               : lookUp(notifications, type);
 }
 
 std::optional<CanonicalEvent> AgentAdapter::lookUp(const QHash<QString, CanonicalEvent> &events,

@@ -145,8 +145,8 @@ public:
 
 protected:
     /// The mapping of Claude Code's event names, which most agents share.
-    static std::optional<CanonicalEvent>
-    claudeCanonical(const QString &native, const std::optional<QString> &notificationType);
+    std::optional<CanonicalEvent>
+    claudeCanonical(const QString &native, const std::optional<QString> &notificationType) const;
 
     /// What a table says of a name, if it has it.
     static std::optional<CanonicalEvent> lookUp(const QHash<QString, CanonicalEvent> &events,

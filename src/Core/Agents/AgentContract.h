@@ -48,8 +48,8 @@ struct AgentContract {
     /// A plan that its person is shown is approved only by an answer that gives it back.
     bool wantsPlansBack = false;
 
-    /// Notifications of their own tell that a teammate, or a server of the agent's tools, waits for
-    /// the person.
+    /// Notifications of their own tell that a teammate, a server of the agent's tools or a question
+    /// of the agent's waits for the person.
     bool tellsWhoElseAsks = false;
 
     /// The hooks of one call start together, so that the announcement of a call may come after its

@@ -77,16 +77,18 @@ TEST(AgentReleases, TakeAPlanBackAsItIsSpelled) {
 }
 
 TEST(AgentReleases, TellWhoElseAsks) {
-    const auto meaning = [](const Release &release, const char *type) {
-        return AgentRegistry::adapter(claude, release).canonical("Notification", type);
+    const auto meaning = [](AgentKind agent, const Release &release, const char *type) {
+        return AgentRegistry::adapter(agent, release).canonical("Notification", type);
     };
-    const Release listed({2, 1, 332});
-    for (const char *type :
-         {"elicitation_dialog", "elicitation_url_dialog", "worker_permission_prompt"}) {
-        EXPECT_EQ(meaning(listed, type), CanonicalEvent::needsInput) << type;
-        EXPECT_EQ(meaning({}, type), std::nullopt) << type;
+    for (const auto &[agent, listed] :
+         {std::pair(claude, AgentRelease{2, 1, 332}), {factory, {0, 225, 2}}}) {
+        for (const char *type :
+             {"elicitation_dialog", "elicitation_url_dialog", "worker_permission_prompt"}) {
+            EXPECT_EQ(meaning(agent, listed, type), CanonicalEvent::needsInput) << type;
+            EXPECT_EQ(meaning(agent, {}, type), std::nullopt) << type;
+        }
+        EXPECT_EQ(meaning(agent, listed, "elicitation_response"), std::nullopt);
     }
-    EXPECT_EQ(meaning(listed, "elicitation_response"), std::nullopt);
 }
 
 TEST(ProgramReleases, AreToldByThePackageOrThePath) {
@@ -95,6 +97,8 @@ TEST(ProgramReleases, AreToldByThePackageOrThePath) {
                package("@anthropic-ai/claude-code", "2.1.332"));
     home.write("npm/@openai/codex-linux-x64/package.json",
                package("@openai/codex", "0.169.0-linux-x64"));
+    home.write("npm/@factory/cli-linux-x64/package.json",
+               package("@factory/cli-linux-x64", "0.225.2"));
     home.write("npm/other/package.json", package("@openai/codexer", "9.9.9"));
     home.write("broken/package.json", "{\"name\":\"@openai/codex\",\"version\":7}");
     const std::tuple<AgentKind, const char *, const char *> cases[] = {
@@ -103,6 +107,7 @@ TEST(ProgramReleases, AreToldByThePackageOrThePath) {
         {codex, "npm/@openai/codex-linux-x64/vendor/x86_64-linux-musl/bin/codex", "0.169.0"},
         {codex, ".codex/releases/0.169.0-x86_64-unknown-linux-musl/bin/codex", "0.169.0"},
         {claude, ".local/share/claude/versions/2.1.331", "2.1.331"},
+        {factory, "npm/@factory/cli-linux-x64/bin/droid", "0.225.2"},
         {codex, "npm/other/codex", "none"},
         {codex, ".asdf/installs/nodejs/0.200.1/bin/node", "none"},
         {codex, "broken/codex", "none"},
