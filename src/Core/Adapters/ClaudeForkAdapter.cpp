@@ -66,7 +66,8 @@ TranscriptInfo ClaudeForkAdapter::readTranscript(const QString &path) const {
     return TranscriptReader::readTail(path, ClaudeTranscript::takeLine);
 }
 
-/// Those that were seen in an agent's own code; whether CodeBuddy and Factory have any isn't known.
+/// Those that were seen to work, or in an agent's own code. CodeBuddy names one too, but runs its
+/// hooks all the same.
 std::vector<HooksSwitch> ClaudeForkAdapter::hooksSwitches() const {
     const HooksSwitch all{{QStringLiteral("disableAllHooks")}, true};
     switch (m_kind) {
@@ -74,6 +75,8 @@ std::vector<HooksSwitch> ClaudeForkAdapter::hooksSwitches() const {
         return {all};
     case AgentKind::qoder:
         return {all, {{QStringLiteral("hooksConfig"), QStringLiteral("enabled")}, false}};
+    case AgentKind::factory:
+        return {{{QStringLiteral("hooks"), QStringLiteral("hooksDisabled")}, true}};
     default:
         return {};
     }

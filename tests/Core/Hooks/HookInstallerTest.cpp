@@ -285,6 +285,7 @@ TEST_F(HookInstallerTest, SeesThatAnAgentRunsNoHooks) {
         {gemini, R"({"hooksConfig":{"enabled":false}})", true},
         {gemini, R"({"hooksConfig":{"enabled":null}})", false},
         {codebuddy, R"({"disableAllHooks":true})", false},
+        {factory, R"({"hooks":{"hooksDisabled":true}})", true},
     };
     for (const auto &[kind, before, isOff] : cases) {
         SCOPED_TRACE(before);
