@@ -20,6 +20,7 @@ using AgentReleases::Listed;
 
 constexpr QLatin1String geminiSettings(".gemini/settings.json");
 constexpr QLatin1String qwenSettings(".qwen/settings.json");
+constexpr QLatin1String codeBuddySettings(".codebuddy/settings.json");
 constexpr QLatin1String factorySettings(".factory/settings.json");
 
 std::unique_ptr<const AgentAdapter> adapterOf(const Listed &listed) {
@@ -34,6 +35,10 @@ std::unique_ptr<const AgentAdapter> adapterOf(const Listed &listed) {
         return std::make_unique<ClaudeForkAdapter>(
             AgentKind::qwen, qwenSettings, ClaudeForkAdapter::extendedEvents(),
             QStringList{QStringLiteral("PermissionRequest")}, listed.contract);
+    case AgentKind::codebuddy:
+        return std::make_unique<ClaudeForkAdapter>(AgentKind::codebuddy, codeBuddySettings,
+                                                   ClaudeForkAdapter::extendedEvents(),
+                                                   QStringList(), listed.contract);
     case AgentKind::factory:
         return std::make_unique<ClaudeForkAdapter>(AgentKind::factory, factorySettings,
                                                    ClaudeForkAdapter::baseEvents(), QStringList(),
@@ -42,7 +47,6 @@ std::unique_ptr<const AgentAdapter> adapterOf(const Listed &listed) {
     case AgentKind::cursor:
     case AgentKind::kimi:
     case AgentKind::qoder:
-    case AgentKind::codebuddy:
         break;
     }
     return nullptr;
@@ -71,8 +75,7 @@ std::span<const AgentAdapter *const> all() {
     static const ClaudeForkAdapter qoder(AgentKind::qoder, QStringLiteral(".qoder/settings.json"),
                                          ClaudeForkAdapter::extendedEvents(),
                                          {QStringLiteral("PermissionRequest")});
-    static const ClaudeForkAdapter codeBuddy(AgentKind::codebuddy,
-                                             QStringLiteral(".codebuddy/settings.json"),
+    static const ClaudeForkAdapter codeBuddy(AgentKind::codebuddy, codeBuddySettings,
                                              ClaudeForkAdapter::extendedEvents(), {});
     static const ClaudeForkAdapter factory(AgentKind::factory, factorySettings,
                                            ClaudeForkAdapter::baseEvents(), {});

@@ -51,6 +51,8 @@ std::span<const Listed> all() {
                 .tellsLastWords = true,
                 .interruptsByHangUp = true,
                 .endsTurnsInTranscript = true}},
+        // Tried: 2.117.0, without a terminal.
+        Listed{AgentKind::codebuddy, {2, 117, 0}, {3, 0, 0}, {.tellsLastWords = true}},
         // Tried: 0.225.2.
         Listed{AgentKind::factory, {0, 225, 2}, {1, 0, 0}, {.tellsWhoElseAsks = true}},
     };
@@ -67,13 +69,14 @@ std::optional<Program> program(AgentKind agent) {
         return Program{QStringLiteral("gemini"), QStringLiteral("@google/gemini-cli")};
     case AgentKind::qwen:
         return Program{QStringLiteral("qwen"), QStringLiteral("@qwen-code/qwen-code")};
+    case AgentKind::codebuddy:
+        return Program{QStringLiteral("codebuddy"), QStringLiteral("@tencent-ai/codebuddy-code")};
     case AgentKind::factory:
         return Program{QStringLiteral("droid"), QStringLiteral("@factory/cli")};
     case AgentKind::opencode:
     case AgentKind::cursor:
     case AgentKind::kimi:
     case AgentKind::qoder:
-    case AgentKind::codebuddy:
         break;
     }
     return std::nullopt;
