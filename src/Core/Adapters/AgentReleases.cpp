@@ -54,7 +54,10 @@ std::span<const Listed> all() {
         // Tried: 2.117.0, without a terminal.
         Listed{AgentKind::codebuddy, {2, 117, 0}, {3, 0, 0}, {.tellsLastWords = true}},
         // Tried: 0.225.2.
-        Listed{AgentKind::factory, {0, 225, 2}, {1, 0, 0}, {.tellsWhoElseAsks = true}},
+        Listed{AgentKind::factory,
+               {0, 225, 2},
+               {1, 0, 0},
+               {.tellsWhoElseAsks = true, .endsTurnsInTranscript = true}},
     };
     return releases;
 }

@@ -1,6 +1,7 @@
 #include "Core/Adapters/ClaudeForkAdapter.h"
 
 #include "Core/Adapters/ClaudeTranscript.h"
+#include "Core/Adapters/FactoryTranscript.h"
 #include "Core/Adapters/GeminiTranscript.h"
 
 namespace morvane {
@@ -60,10 +61,14 @@ AgentIntegration ClaudeForkAdapter::integration() const {
 
 /// Qwen Code keeps its chats in the form that its releases without Claude Code's hooks had.
 TranscriptInfo ClaudeForkAdapter::readTranscript(const QString &path) const {
-    if (m_kind == AgentKind::qwen) {
+    switch (m_kind) {
+    case AgentKind::qwen:
         return TranscriptReader::readTail(path, GeminiTranscript::takeLineOfQwen);
+    case AgentKind::factory:
+        return FactoryTranscript::read(path);
+    default:
+        return TranscriptReader::readTail(path, ClaudeTranscript::takeLine);
     }
-    return TranscriptReader::readTail(path, ClaudeTranscript::takeLine);
 }
 
 /// Those that were seen to work, or in an agent's own code. CodeBuddy names one too, but runs its

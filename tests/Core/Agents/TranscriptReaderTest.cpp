@@ -222,6 +222,32 @@ TEST_F(TranscriptFileTest, KnowsSinceWhenATurnStandsSo) {
     }
 }
 
+TEST_F(TranscriptFileTest, KnowsWhatFactorySaysAndHowItsTurnStands) {
+    const auto message = [](const QByteArray &role, const QByteArray &text) {
+        return R"({"type":"message","message":{"role":")" + role +
+               R"(,"content":[{"type":"text","text":")" + text + "\"}]}}";
+    };
+    const QByteArray said = message("assistant\"", "Done.");
+    const QByteArray hook = R"({"type":"message","timestamp":"2026-01-01T20:13:54.917Z",)"
+                            R"("message":{"role":"user","content":[],"visibility":"user_only"}})";
+    const auto after = [&](const QByteArrayList &lines) {
+        return readBy(AgentKind::factory, QByteArrayList{said, hook} + lines);
+    };
+    const auto outcome = [](const QByteArray &reason) {
+        return R"({"type":"agent_turn_outcome","reason":")" + reason + "\"}";
+    };
+    EXPECT_EQ(after({}).lastAssistantText, "Done.");
+    EXPECT_EQ(after({message("user\"", "Go on"), hook}).lastAssistantText, std::nullopt);
+    EXPECT_EQ(after({outcome("completed")}).turn, Turn::ended);
+    EXPECT_EQ(after({outcome("cancelled")}).turn, Turn::interrupted);
+    EXPECT_EQ(after({outcome("completed"), message("user\"", "Go on")}).turn, Turn::running);
+    const TranscriptInfo failed = after({message(R"(user","visibility":"user_only")", "Error: 400"),
+                                         hook, outcome("model_request_rejected")});
+    EXPECT_EQ(failed.turn, Turn::failed);
+    EXPECT_EQ(failed.failure, "Error: 400");
+    EXPECT_EQ(failed.turnAt, Date(std::chrono::milliseconds(1'767'298'434'917)));
+}
+
 TEST_F(TranscriptFileTest, KnowsHowATurnOfGeminisStands) {
     const auto after = [this](const QByteArrayList &lines) {
         const QByteArray typed = R"({"type":"user","content":[{"text":"Run it"}]})";
