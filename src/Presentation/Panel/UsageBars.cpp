@@ -159,7 +159,7 @@ QString UsageBars::scope(std::optional<int> minutes) {
 void UsageBars::refresh() {
     const Date now = m_context.scheduler.now();
     const Tab tab = current();
-    showHeader(now);
+    showHeader(tab, now);
     m_claude->setVisible(tab == Tab::claude);
     m_codex->setVisible(tab == Tab::codex);
     m_sessions->setVisible(tab == Tab::sessions);
@@ -175,39 +175,39 @@ void UsageBars::refresh() {
         break;
     }
     activateLayouts(*this);
-    scheduleTexts(now);
+    scheduleTexts(tab, now);
 }
 
-void UsageBars::showHeader(Date now) {
+void UsageBars::showHeader(Tab tab, Date now) {
     const QList<Tab> available = availableTabs();
     const bool hasChoice = available.size() > 1;
-    for (const Tab tab : allTabs) {
-        button(tab)->setVisible(hasChoice && available.contains(tab));
-        button(tab)->setChecked(tab == current());
+    for (const Tab each : allTabs) {
+        button(each)->setVisible(hasChoice && available.contains(each));
+        button(each)->setChecked(each == tab);
     }
-    m_title->setText(current() == Tab::claude  ? tr("CLAUDE LIMITS")
-                     : current() == Tab::codex ? tr("CODEX LIMITS")
-                                               : tr("SESSIONS"));
+    m_title->setText(tab == Tab::claude  ? tr("CLAUDE LIMITS")
+                     : tab == Tab::codex ? tr("CODEX LIMITS")
+                                         : tr("SESSIONS"));
     m_title->setVisible(!hasChoice);
     m_milestone->setMilestone(m_context.usage.activeMilestone());
 
-    const auto fetched = fetchedAt();
+    const auto fetched = fetchedAt(tab);
     m_updated->setVisible(fetched.has_value());
     if (fetched) {
         m_updated->setText(tr("updated %1").arg(TimeFormat::ago(*fetched, now)));
         m_updated->setColor(UsagePoller::areOld(*fetched, now) ? UsageMilestoneStyle::amber
                                                                : Colors::tertiaryText);
     }
-    m_refresh->setVisible(m_context.actions.onRefreshUsage && current() != Tab::sessions);
+    m_refresh->setVisible(m_context.actions.onRefreshUsage && tab != Tab::sessions);
     m_refresh->setEnabled(m_context.settings.usageEnabled());
 }
 
-/// When the figures on show were read; none where there are no figures.
-std::optional<Date> UsageBars::fetchedAt() const {
-    if (current() == Tab::claude && hasClaudeData()) {
+/// When the figures on this tab were read; none where there are no figures.
+std::optional<Date> UsageBars::fetchedAt(Tab tab) const {
+    if (tab == Tab::claude && hasClaudeData()) {
         return m_context.usage.usage()->fetchedAt;
     }
-    if (current() == Tab::codex && hasCodexData()) {
+    if (tab == Tab::codex && hasCodexData()) {
         return m_context.usage.codexUsage()->fetchedAt;
     }
     return std::nullopt;
@@ -250,12 +250,12 @@ void UsageBars::showCodex(Date now) {
 }
 
 /// One timer for all of the texts, aimed at the first that changes.
-void UsageBars::scheduleTexts(Date now) {
+void UsageBars::scheduleTexts(Tab tab, Date now) {
     m_texts.cancel();
-    if (!isVisible() || current() == Tab::sessions) {
+    if (!isVisible() || tab == Tab::sessions) {
         return;
     }
-    const LimitsPage *page = current() == Tab::claude ? m_claude : m_codex;
+    const LimitsPage *page = tab == Tab::claude ? m_claude : m_codex;
     if (const auto change = page->untilTextsChange(now)) {
         m_texts = m_context.scheduler.after(std::max(shortestInterval, *change + justAfter),
                                             [this] { refresh(); });

@@ -68,11 +68,11 @@ private:
     void select(Tab tab);
     bool hasClaudeData() const;
     bool hasCodexData() const;
-    void showHeader(Date now);
-    std::optional<Date> fetchedAt() const;
+    void showHeader(Tab tab, Date now);
+    std::optional<Date> fetchedAt(Tab tab) const;
     void showClaude(Date now);
     void showCodex(Date now);
-    void scheduleTexts(Date now);
+    void scheduleTexts(Tab tab, Date now);
     UsageTabButton *button(Tab tab) const { return m_buttons[static_cast<std::size_t>(tab)]; }
 
     const PanelContext &m_context;
