@@ -38,9 +38,10 @@ constexpr Seconds attentionDuration(0.14);
 } // namespace
 
 ExpandedView::ExpandedView(const PanelContext &context, QWidget *parent)
-    : QWidget(parent), m_context(context), m_contentHeightBudget(standardBudget),
-      m_contentWidthBudget(attentionWidth), m_viewport(new ListViewport(m_context.scheduler, this)),
+    : QWidget(parent), m_context(context), m_contentWidthBudget(attentionWidth),
+      m_viewport(new ListViewport(m_context.scheduler, this)),
       m_footer(new UsageBars(m_context, this)) {
+    setContentHeightBudget(standardBudget);
     connect(m_viewport, &ListViewport::contentResized, this, &ExpandedView::contentResized);
     connect(m_footer, &UsageBars::contentResized, this, &ExpandedView::contentResized);
     connect(qApp, &QApplication::focusChanged, this, &ExpandedView::focusMoved);

@@ -74,7 +74,7 @@ private:
     void place();
 
     const PanelContext &m_context;
-    int m_contentHeightBudget;
+    int m_contentHeightBudget = 0;
     int m_footerHeight = 0; ///< until it is measured
     int m_contentWidthBudget;
     bool m_isTakingOver = false;

@@ -23,7 +23,6 @@ constexpr int padding = 7;
 constexpr int gutter = 14; ///< for the signs
 constexpr int textLeft = padding + gutter;
 constexpr int linesOfANotch = 3;
-constexpr int usualHeightLimit = 160;
 constexpr double groundRadius = 6;
 constexpr double changedGround = 0.1;
 constexpr double thumbWidth = 3;
@@ -67,8 +66,7 @@ constexpr QChar continuation(u'\u21aa');
 } // namespace
 
 InputView::InputView(QWidget *parent)
-    : QWidget(parent), m_rows(Typography::code(Typography::secondarySize)),
-      m_heightLimit(usualHeightLimit) {
+    : QWidget(parent), m_rows(Typography::code(Typography::secondarySize)) {
     setFont(Typography::code(Typography::secondarySize));
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     readAsText(*this);

@@ -51,7 +51,7 @@ private:
     void accessibilityActiveChanged(bool active) override;
 
     InputRows m_rows;
-    int m_heightLimit;
+    int m_heightLimit = 0;
     int m_offset = 0;                        ///< how far it is scrolled
     bool m_isRead = QAccessible::isActive(); ///< by a screen reader
 };

@@ -24,7 +24,7 @@ public:
 
 private:
     const SessionStore &m_store;
-    int m_heightLimit = 160;
+    int m_heightLimit = 0;
     int m_height = 0;
 };
 

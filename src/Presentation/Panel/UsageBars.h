@@ -77,7 +77,7 @@ private:
 
     const PanelContext &m_context;
     std::optional<Tab> m_selected;
-    int m_contentHeightBudget = 480;
+    int m_contentHeightBudget = 0;
     bool m_givesWay = false;
     TextLabel *m_title;
     std::array<UsageTabButton *, allTabs.size()> m_buttons; ///< by tab

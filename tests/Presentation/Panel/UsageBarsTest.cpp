@@ -28,6 +28,7 @@ protected:
     UsageBars &bars() {
         if (!m_bars) {
             m_bars = std::make_unique<UsageBars>(context, nullptr);
+            m_bars->setContentHeightBudget(480);
             m_bars->resize(492, 200);
             m_bars->show();
         }
