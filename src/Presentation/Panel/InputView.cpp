@@ -7,7 +7,6 @@
 
 #include <QKeyEvent>
 #include <QPainter>
-#include <QWheelEvent>
 
 #include <algorithm>
 #include <optional>
@@ -274,9 +273,7 @@ void InputView::wheelEvent(QWheelEvent *event) {
         event->ignore();
         return;
     }
-    const QPoint pixels = event->pixelDelta();
-    const int notch = linesOfANotch * fontMetrics().lineSpacing();
-    scrollTo(m_offset - (pixels.isNull() ? event->angleDelta().y() * notch / 120 : pixels.y()));
+    scrollTo(m_offset - m_wheel.take(*event, linesOfANotch * fontMetrics().lineSpacing()));
     event->accept();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Presentation/Panel/InputRows.h"
+#include "Presentation/Style/WheelDistance.h"
 
 #include <QAccessible>
 #include <QWidget>
@@ -52,7 +53,8 @@ private:
 
     InputRows m_rows;
     int m_heightLimit = 0;
-    int m_offset = 0;                        ///< how far it is scrolled
+    int m_offset = 0; ///< how far it is scrolled
+    WheelDistance m_wheel;
     bool m_isRead = QAccessible::isActive(); ///< by a screen reader
 };
 

@@ -3,8 +3,6 @@
 #include "Presentation/Panel/EdgeFade.h"
 #include "Presentation/Panel/RowList.h"
 
-#include <QWheelEvent>
-
 #include <algorithm>
 
 namespace morvane {
@@ -69,10 +67,7 @@ void ListViewport::resizeEvent(QResizeEvent *) {
 }
 
 void ListViewport::scroll(QWheelEvent &event) {
-    // A notch of a wheel is 120 units.
-    const QPoint pixels = event.pixelDelta();
-    scrollTo(m_offset -
-             (pixels.isNull() ? event.angleDelta().y() * notchHeight / 120 : pixels.y()));
+    scrollTo(m_offset - m_wheel.take(event, notchHeight));
     event.accept();
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Presentation/Style/WheelDistance.h"
+
 #include <QWidget>
 
 #include <optional>
@@ -57,6 +59,7 @@ private:
     RowList *m_rows;
     EdgeFade *m_topFade;
     EdgeFade *m_bottomFade;
+    WheelDistance m_wheel;
     int m_offset = 0; ///< how far the list is scrolled up
     int m_whole = 0;  ///< the height of the list
 };

@@ -65,9 +65,9 @@ protected:
     bool showsText(const QString &text) const { return textsIn<TextLabel>(view).contains(text); }
 
     /// By so many pixels, and by so many notches of the wheel.
-    void scroll(int pixels, int notches) {
+    void scroll(int pixels, double notches) {
         send(view, QWheelEvent({200, 100}, view.mapToGlobal(QPointF(200, 100)), {0, pixels},
-                               {0, 120 * notches}, {}, {}, {}, false));
+                               {0, qRound(120 * notches)}, {}, {}, {}, false));
     }
 
     PanelContext withDigits() {

@@ -147,6 +147,18 @@ TEST_F(ExpandedViewTest, ARenameKeepsItsPlaceAndItsRow) {
     EXPECT_EQ(renamed.size(), 1);
 }
 
+TEST_F(ExpandedViewTest, TheSmallStepsOfAWheelAddUp) {
+    work(30);
+    view.setContentHeightBudget(400);
+    refresh();
+    const int before = rows()[3]->mapTo(&view, QPoint()).y();
+    for (int step = 0; step < 60; ++step) {
+        scroll(0, -1.0 / 120);
+    }
+    scroll(0, -0.5);
+    EXPECT_EQ(rows()[3]->mapTo(&view, QPoint()).y(), before - 48);
+}
+
 TEST_F(ExpandedViewTest, GoesToWhoeverBeginsToWaitButNotUnderAHandThatIsBusy) {
     work(30);
     view.setContentHeightBudget(400);
