@@ -9,7 +9,7 @@ namespace morvane {
 /// Programs and windows of the test's own. It writes down what is asked of it, and answers at once.
 class FakeHostWindows : public HostWindows {
 public:
-    bool canFocusWindows() const override { return false; }
+    bool canFocusWindows() const override { return letsFocus; }
     void find(const QString &bundleID, Found found) override { found(running.value(bundleID)); }
     void activate(const HostWindow &window) override { deeds << "activate " + window.id; }
     void launch(const QString &bundleID) override { deeds << "launch " + bundleID; }
@@ -19,6 +19,7 @@ public:
         shown(isHere ? Showing::shown : otherwise);
     }
 
+    bool letsFocus = false;
     QStringList deeds;
     QMap<QString, QList<HostWindow>> running; ///< by their bundle identifiers
     QStringList terminals;                    ///< those that can be shown
