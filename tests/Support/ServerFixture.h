@@ -48,9 +48,9 @@ protected:
         });
     }
 
-    /// Lets every hook go, once all is done that was asked of the server before.
-    void releaseAll() {
-        server->releaseAllDecisions();
+    /// Waits until all is done that was asked of the server before, as another request tells.
+    void settle() {
+        httpExchange(port(), eventRequest({}, "{}"));
         scheduler.runPosted();
     }
 

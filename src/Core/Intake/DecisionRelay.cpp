@@ -7,9 +7,7 @@
 #include <asio/dispatch.hpp>
 #include <asio/post.hpp>
 
-#include <future>
 #include <utility>
-#include <vector>
 
 namespace morvane {
 
@@ -85,21 +83,11 @@ void DecisionRelay::resolve(const QString &id, const AgentDecision &decision) {
 }
 
 void DecisionRelay::releaseAll() {
-    std::promise<std::vector<std::pair<QString, std::uint64_t>>> snapshot;
-    asio::post(m_queue, [self = shared_from_this(), &snapshot] {
-        std::vector<std::pair<QString, std::uint64_t>> waiting;
-        for (const auto &[id, pending] : self->m_pending) {
-            waiting.emplace_back(id, pending.serial);
+    asio::post(m_queue, [self = shared_from_this()] {
+        for (const auto &[id, pending] : std::exchange(self->m_pending, {})) {
+            self->finish(pending, AgentDecision::ask());
         }
-        snapshot.set_value(std::move(waiting));
     });
-    for (const auto &[id, serial] : snapshot.get_future().get()) {
-        asio::post(m_queue, [self = shared_from_this(), id = id, serial = serial] {
-            if (auto pending = self->take(id, serial)) {
-                self->finish(*pending, AgentDecision::ask());
-            }
-        });
-    }
 }
 
 void DecisionRelay::finish(const Pending &pending, const AgentDecision &decision) {

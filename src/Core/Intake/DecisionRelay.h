@@ -45,8 +45,7 @@ public:
     /// Answers the request, if it still waits. Safe from any thread; returns at once.
     void resolve(const QString &id, const AgentDecision &decision);
 
-    /// Lets every request go without an answer. Waits for `pendingQueue`, but not for the answers
-    /// to be sent; so never called on it.
+    /// Lets every request go without an answer. Safe from any thread; returns at once.
     void releaseAll();
 
 private:

@@ -264,9 +264,7 @@ void EventServer::resolve(const QString &decisionID, const AgentDecision &decisi
 }
 
 void EventServer::releaseAllDecisions() {
-    if (m_thread.isRunning()) {
-        m_relay->releaseAll();
-    }
+    m_relay->releaseAll();
 }
 
 } // namespace morvane

@@ -73,7 +73,7 @@ public:
     /// thread; returns at once.
     void resolve(const QString &decisionID, const AgentDecision &decision);
 
-    /// Lets every hook that waits go on without an answer.
+    /// Lets every hook that waits go on without an answer. Safe from any thread; returns at once.
     void releaseAllDecisions();
 
 private:

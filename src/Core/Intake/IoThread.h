@@ -24,7 +24,6 @@ public:
 
     /// Waits for the action that is running. Never called on the thread itself.
     void stop();
-    bool isRunning() const { return m_thread.joinable(); }
 
     /// By a clock that nobody sets, once the thread is made.
     Date now() const override;

@@ -1,6 +1,9 @@
 #include "Core/Adapters/AgentRegistry.h"
 #include "Support/ServerFixture.h"
 
+#include <array>
+#include <sys/socket.h>
+
 namespace morvane {
 namespace {
 
@@ -19,7 +22,7 @@ TEST_F(DecisionRelayTest, LetsTheHookGoAfterAMinuteOfSilence) {
     EXPECT_EQ(scheduler.timersDueIn(Seconds(1)), 1u);
     scheduler.advance(Seconds(1));
     EXPECT_EQ(client.receiveAll(), okAnswer);
-    releaseAll();
+    settle();
     EXPECT_EQ(expired, std::vector<std::string>{"late"});
 }
 
@@ -33,15 +36,14 @@ TEST_F(DecisionRelayTest, TheFirstAnswerWins) {
     const std::string answer = client.receiveAll();
     EXPECT_EQ(httpBody(answer), decision("deny"));
     EXPECT_NE(answer.find("Content-Type: application/json\r\n"), std::string::npos);
-    releaseAll();
+    settle();
     EXPECT_TRUE(expired.empty());
 }
 
 TEST_F(DecisionRelayTest, NoticesThatTheHookIsGone) {
     HttpClient client = parked(permissionRequest("killed"));
     client.send("more");
-    httpExchange(port(), eventRequest({}, "{}"));
-    scheduler.runPosted();
+    settle();
     EXPECT_TRUE(expired.empty()) << "it has only said more";
     client.hangUp();
     EXPECT_TRUE(comesAbout([&] { return !expired.empty(); }));
@@ -56,7 +58,7 @@ TEST_F(DecisionRelayTest, ARetryTakesTheOlderRequestsPlace) {
     older.hangUp();
     server->resolve("same", AgentDecision::allow());
     EXPECT_EQ(httpBody(newer.receiveAll()), decision("allow"));
-    releaseAll();
+    settle();
     EXPECT_TRUE(expired.empty());
 }
 
@@ -79,7 +81,7 @@ TEST_F(DecisionRelayTest, AnswersTheSessionThatItWasGivenFor) {
         server->resolve(*events[0].decisionID, AgentDecision::allow());
         EXPECT_EQ(httpBody(first.receiveAll()), decision("allow"));
     }
-    releaseAll();
+    settle();
     EXPECT_TRUE(expired.empty());
 }
 
@@ -94,27 +96,56 @@ TEST_F(DecisionRelayTest, AnswersOnlyWhatThePersonCanHaveSeen) {
     EXPECT_EQ(httpBody(unseen.receiveAll()), decision("deny"));
 }
 
-TEST(DecisionRelay, TellsAtOnceOfAHookThatCannotBeWatched) {
+/// A relay whose thread stands still until a test lets it do what it has to.
+class StillRelayTest : public testing::Test {
+protected:
+    void park(int descriptor) {
+        HookEvent event;
+        event.toolUseID = "call_1";
+        relay->park(event, AgentRegistry::adapter(event.agent),
+                    std::make_shared<EventConnection>(surroundings, descriptor, 0), {});
+        goOn();
+    }
+
+    void goOn() {
+        thread.context().poll();
+        scheduler.runPosted();
+    }
+
+    std::size_t waiting() const { return scheduler.timersDueIn(Seconds(60)); }
+
     IoThread thread;
     ManualScheduler scheduler;
-    const EventConnection::Queue queue(thread.context().get_executor());
-    Turns turns(queue);
+    const EventConnection::Queue queue{thread.context().get_executor()};
+    Turns turns{queue};
     const EventConnection::Surroundings surroundings{thread.context(), queue, turns, {}};
     std::vector<std::string> told;
-    const auto relay = std::make_shared<DecisionRelay>(
+    const std::shared_ptr<DecisionRelay> relay = std::make_shared<DecisionRelay>(
         queue, scheduler, scheduler,
         DecisionRelay::Handlers{
             [&](const HookEvent &event) { told.push_back(event.decisionID->toStdString()); },
             [&](const QString &id) { told.push_back("expired " + id.toStdString()); }});
-    HookEvent event;
-    event.toolUseID = "call_1";
-    // The system waits for no descriptor that isn't open.
-    relay->park(event, AgentRegistry::adapter(event.agent),
-                std::make_shared<EventConnection>(surroundings, -1, 0), {});
-    thread.context().poll();
-    scheduler.runPosted();
+};
+
+TEST_F(StillRelayTest, TellsAtOnceOfAHookThatCannotBeWatched) {
+    park(-1); // the system waits for no descriptor that isn't open
     EXPECT_EQ(told, (std::vector<std::string>{"call_1", "expired call_1"}));
-    EXPECT_EQ(scheduler.timersDueIn(Seconds(60)), 0u);
+    EXPECT_EQ(waiting(), 0u);
+}
+
+TEST_F(StillRelayTest, ReleasesWhoeverWaitsWithoutWaitingItself) {
+    std::array<int, 2> ends{};
+    ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK, 0, ends.data()), 0);
+    const Descriptor hook(ends[0]);
+    park(ends[1]);
+    relay->releaseAll();
+    EXPECT_EQ(waiting(), 1u);
+    goOn();
+    std::array<char, 256> answer{};
+    const ssize_t size = ::recv(hook.number(), answer.data(), answer.size(), 0);
+    EXPECT_EQ(std::string(answer.data(), std::max<ssize_t>(size, 0)), okAnswer);
+    EXPECT_EQ(told, std::vector<std::string>{"call_1"});
+    EXPECT_EQ(waiting(), 0u);
 }
 
 } // namespace
