@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-int run(int argumentCount, char **arguments, char **environment);
+void run(int argumentCount, char **arguments, char **environment);
 
 extern "C" {
 

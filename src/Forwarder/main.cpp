@@ -257,12 +257,12 @@ bool appendStart(Buffer &head, std::string_view path, std::string_view headers) 
 
 } // namespace morvane
 
-int run(int argumentCount, char **arguments, char **environment) {
+void run(int argumentCount, char **arguments, char **environment) {
     using namespace morvane;
     ignoreBrokenPipes();
     constexpr int leastArguments = 3; // with the client's own name
     if (argumentCount < leastArguments)
-        return 0;
+        return;
     const std::string_view path{arguments[2]};
     const Environment variables{environment};
     const auto argument = [&](int number) {
@@ -275,5 +275,4 @@ int run(int argumentCount, char **arguments, char **environment) {
     if (appendStart(head, path, variables.raw("MORVANE_HEADERS")) &&
         (mode == Mode::Copy || appendEvent(head, argument(3), argument(4), mode, variables)))
         post(portIn(arguments[1]), head, mode);
-    return 0;
 }
