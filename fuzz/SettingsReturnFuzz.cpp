@@ -37,21 +37,21 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
                           static_cast<qsizetype>(size - 1));
     QDir(QFileInfo(home.path(place)).path()).removeRecursively();
     home.write(place, text);
-    const HookInstaller installer(adapter, settings, 40123, [] {});
-    if (installer.isInstalled()) {
+    const auto installer = HookInstaller::make(adapter, settings, 40123, [] {});
+    if (installer->isInstalled()) {
         return 0;
     }
-    if (installer.install()) {
+    if (installer->install()) {
         require(adapter.kind() == AgentKind::kimi && home.read(place) == text);
         return 0;
     }
-    require(installer.isInstalled() && installer.health().issues().isEmpty());
+    require(installer->isInstalled() && installer->health().issues().isEmpty());
     if (adapter.kind() == AgentKind::kimi) {
         const auto before = TomlHookEntries::find(text);
         const auto after = TomlHookEntries::find(home.read(place));
         require(!before.failure() && !after.failure());
         require(before->othersMeaning == after->othersMeaning);
     }
-    require(!installer.uninstall() && home.read(place) == text);
+    require(!installer->uninstall() && home.read(place) == text);
     return 0;
 }

@@ -20,9 +20,10 @@ namespace {
 using namespace morvane;
 using Outcome = std::optional<Failure>;
 
-HookInstaller installer(const char *agent) {
+std::unique_ptr<HookInstaller> installer(const char *agent) {
     static const MorvaneSettings settings(Defaults::standard());
-    return {AgentRegistry::adapter(agentKind(agent).value()), settings, settings.port()};
+    return HookInstaller::make(AgentRegistry::adapter(agentKind(agent).value()), settings,
+                               settings.port());
 }
 
 /// What is asked of the defaults comes out all right in this run; the disk has to be asked.
@@ -47,8 +48,8 @@ AutostartEntry autostart() {
 }
 
 const std::map<std::string_view, Outcome (*)(const char *agent)> writers{
-    {"connect", [](const char *agent) { return installer(agent).install(); }},
-    {"disconnect", [](const char *agent) { return installer(agent).uninstall(); }},
+    {"connect", [](const char *agent) { return installer(agent)->install(); }},
+    {"disconnect", [](const char *agent) { return installer(agent)->uninstall(); }},
     {"defaults", writeDefaults},
     {"scripts", [](const char *) { return ForwarderScripts("token", 40123).writeHookScript(); }},
     {"autostart", [](const char *) { return autostart().registerItem(); }},

@@ -113,21 +113,21 @@ const AgentAdapter &AgentConnections::installedForm(AgentKind kind) const {
     const auto release = m_programs.installed(kind);
     const AgentAdapter &form = AgentRegistry::adapter(kind, release);
     const bool isKnown = release || AgentRegistry::forms(kind).size() == 1;
-    const AgentAdapter *present = isKnown ? nullptr : makeInstaller(form).presentForm();
+    const AgentAdapter *present = isKnown ? nullptr : makeInstaller(form)->presentForm();
     return present ? *present : form;
 }
 
-HookInstaller AgentConnections::makeInstaller(const AgentAdapter &form) const {
-    return {form, m_settings, m_settings.port()};
+std::unique_ptr<HookInstaller> AgentConnections::makeInstaller(const AgentAdapter &form) const {
+    return HookInstaller::make(form, m_settings, m_settings.port());
 }
 
-HookInstaller AgentConnections::makeInstaller(AgentKind kind) const {
+std::unique_ptr<HookInstaller> AgentConnections::makeInstaller(AgentKind kind) const {
     return makeInstaller(installedForm(kind));
 }
 
 std::vector<const AgentAdapter *> AgentConnections::connectedAgents() const {
     return agentsWhere(
-        [this](const AgentAdapter *adapter) { return makeInstaller(*adapter).isInstalled(); });
+        [this](const AgentAdapter *adapter) { return makeInstaller(*adapter)->isInstalled(); });
 }
 
 void AgentConnections::refreshStatus() {
@@ -137,7 +137,7 @@ void AgentConnections::refreshStatus() {
     m_whyUnknown.clear();
     for (const AgentAdapter *adapter : AgentRegistry::all()) {
         const AgentKind kind = adapter->kind();
-        const Health health = makeInstaller(kind).health();
+        const Health health = makeInstaller(kind)->health();
         if (health.hooksPresent) {
             m_installedAgents.insert(kind);
         }
@@ -218,7 +218,7 @@ std::optional<Failure> AgentConnections::change(
     const std::function<std::optional<Failure>(const HookInstaller &)> &operation) {
     const QString path = form.integrationPath();
     const auto before = RegularFile::whole(path);
-    const auto failure = operation(makeInstaller(form));
+    const auto failure = operation(*makeInstaller(form));
     m_outcome = before && !failure ? replacementOf(path, *before) : std::nullopt;
     return failure;
 }
@@ -243,7 +243,7 @@ void AgentConnections::renewDecidable() {
         if (!form.supportsDecisions()) {
             continue;
         }
-        if (const auto failure = makeInstaller(form).install()) {
+        if (const auto failure = makeInstaller(form)->install()) {
             setLastError(tr("Couldn't update %1's hooks: %2")
                              .arg(displayName(adapter->kind()), failure->message));
             m_settings.setApprovalsEnabled(false);
@@ -254,7 +254,7 @@ void AgentConnections::renewDecidable() {
 
 void AgentConnections::renew() {
     for (const AgentAdapter *adapter : connectedAgents()) {
-        makeInstaller(adapter->kind()).renew();
+        makeInstaller(adapter->kind())->renew();
     }
 }
 
@@ -313,17 +313,17 @@ void AgentConnections::markAllPresentAgentsKnown() {
 QStringList AgentConnections::removeAll() {
     QStringList report;
     for (const AgentAdapter *adapter : AgentRegistry::all()) {
-        const HookInstaller installer = makeInstaller(*adapter);
-        if (installer.hasSuppressedNotifications()) {
-            report << returnNotifications(installer, displayName(adapter->kind()));
+        const auto installer = makeInstaller(*adapter);
+        if (installer->hasSuppressedNotifications()) {
+            report << returnNotifications(*installer, displayName(adapter->kind()));
         }
         const QString name = tr("%1 hooks").arg(displayName(adapter->kind()));
-        if (installer.hasTraces()) {
-            const auto failure = installer.removeTraces();
-            const bool isGone = !failure && !installer.hasTraces();
+        if (installer->hasTraces()) {
+            const auto failure = installer->removeTraces();
+            const bool isGone = !failure && !installer->hasTraces();
             report << (isGone ? name : couldNotRemove(name, failure.value_or(Failure()).message));
         } else if (const auto why =
-                       whyUnknownIn(*adapter, installer.health(), HookPlan::hookScriptMarker)) {
+                       whyUnknownIn(*adapter, installer->health(), HookPlan::hookScriptMarker)) {
             report << couldNotRemove(name, *why);
         }
     }

@@ -11,6 +11,7 @@
 #include <QSet>
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -109,9 +110,9 @@ signals:
 
 private:
     /// Any form will do to find ours, and to take it out; what is written takes the right one.
-    HookInstaller makeInstaller(const AgentAdapter &form) const;
+    std::unique_ptr<HookInstaller> makeInstaller(const AgentAdapter &form) const;
     /// For the release of the agent that is installed. May read the agent's settings.
-    HookInstaller makeInstaller(AgentKind kind) const;
+    std::unique_ptr<HookInstaller> makeInstaller(AgentKind kind) const;
     const AgentAdapter &installedForm(AgentKind kind) const;
     std::vector<const AgentAdapter *> connectedAgents() const;
     /// `failed` is the sentence for a failure, of the agent's name and the reason.

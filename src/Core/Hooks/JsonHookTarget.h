@@ -3,8 +3,8 @@
 #include "Core/Agents/AgentAdapter.h"
 #include "Core/Hooks/AgentJsonFile.h"
 #include "Core/Hooks/ForwarderScripts.h"
+#include "Core/Hooks/HookInstaller.h"
 #include "Core/Hooks/HookPlan.h"
-#include "Core/Hooks/HookTarget.h"
 
 class QDateTime;
 
@@ -13,7 +13,7 @@ namespace morvane {
 class Defaults;
 
 /// Hooks among the settings of an agent that keeps them in JSON, and the status line with them.
-class JsonHookTarget : public HookTarget {
+class JsonHookTarget : public HookInstaller {
 public:
     /// The adapter and the defaults must outlive the target.
     JsonHookTarget(const JsonHooks &place, AgentSettingsFile file, const AgentAdapter &adapter,

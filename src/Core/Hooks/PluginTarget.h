@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Core/Hooks/ForwarderScripts.h"
-#include "Core/Hooks/HookTarget.h"
+#include "Core/Hooks/HookInstaller.h"
 #include "Core/Hooks/SettingsOrigin.h"
 
 #include <QCoreApplication>
@@ -10,7 +10,7 @@ namespace morvane {
 
 /// A plugin file of our own for an agent that loads such. It posts by itself, without a forwarder,
 /// and so holds the token.
-class PluginTarget : public HookTarget {
+class PluginTarget : public HookInstaller {
     Q_DECLARE_TR_FUNCTIONS(PluginTarget)
 
 public:
@@ -20,7 +20,6 @@ public:
     std::optional<Failure> uninstall() const override;
     void renew() const override;
     bool isInstalled() const override;
-    bool hasStaleEntries() const override { return false; }
     Health health() const override;
 
 private:

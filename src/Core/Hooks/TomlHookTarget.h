@@ -2,15 +2,15 @@
 
 #include "Core/Hooks/AgentSettingsFile.h"
 #include "Core/Hooks/ForwarderScripts.h"
+#include "Core/Hooks/HookInstaller.h"
 #include "Core/Hooks/HookPlan.h"
-#include "Core/Hooks/HookTarget.h"
 
 #include <QCoreApplication>
 
 namespace morvane {
 
 /// Hooks in a block of ours among the settings of an agent that keeps them in TOML.
-class TomlHookTarget : public HookTarget {
+class TomlHookTarget : public HookInstaller {
     Q_DECLARE_TR_FUNCTIONS(TomlHookTarget)
 
 public:

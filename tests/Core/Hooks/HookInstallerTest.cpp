@@ -80,8 +80,8 @@ TEST_F(HookInstallerTest, ComesAndGoesWithoutALossOfAnything) {
                 write(kind, *each.text);
             }
             connect(kind);
-            EXPECT_TRUE(installer(kind).isInstalled());
-            EXPECT_FALSE(installer(kind).hasStaleEntries());
+            EXPECT_TRUE(installer(kind)->isInstalled());
+            EXPECT_FALSE(installer(kind)->hasStaleEntries());
             EXPECT_EQ(issues(kind), QStringList());
             EXPECT_EQ(backup(kind), each.text.value_or(QByteArray()));
             const QByteArray installed = text(kind);
@@ -90,7 +90,7 @@ TEST_F(HookInstallerTest, ComesAndGoesWithoutALossOfAnything) {
             // Somebody has touched it, so what was there before doesn't come back as it was.
             write(kind, installed + " ");
             disconnect(kind);
-            EXPECT_FALSE(installer(kind).isInstalled());
+            EXPECT_FALSE(installer(kind)->isInstalled());
             EXPECT_EQ(backup(kind), installed + " ");
             // What has been lost on the way in would not be there now.
             const auto theirs = LenientJson::parse(each.theirs.isNull() ? *each.text : each.theirs);
@@ -112,7 +112,7 @@ TEST_F(HookInstallerTest, LeavesAloneWhatItDoesNotUnderstandWhenItGoes) {
     for (const char *text : {"", "no JSON", R"({"hooks":[".morvane/hook.sh"]})", R"({"a":1})"}) {
         write(claude, text);
         disconnect(claude);
-        EXPECT_EQ(failure(installer(claude).setNotificationsSuppressed(false)), "");
+        EXPECT_EQ(failure(installer(claude)->setNotificationsSuppressed(false)), "");
         EXPECT_EQ(this->text(claude), text);
         EXPECT_EQ(backup(claude), QByteArray());
     }
@@ -123,7 +123,7 @@ TEST_F(HookInstallerTest, TouchesNoSettingsWithoutAScript) {
     write(claude, R"({"model":"opus"})");
     write(kimi, "model = 'k2'\n");
     for (const AgentKind kind : {claude, codex, kimi}) {
-        EXPECT_NE(failure(installer(kind).install()), "");
+        EXPECT_NE(failure(installer(kind)->install()), "");
     }
     EXPECT_EQ(text(claude), R"({"model":"opus"})");
     EXPECT_EQ(text(kimi), "model = 'k2'\n");
@@ -135,7 +135,7 @@ TEST_F(HookInstallerTest, FollowsTheSettingForApprovals) {
         settings.setApprovalsEnabled(true);
         connect(kind);
         settings.setApprovalsEnabled(false);
-        EXPECT_TRUE(installer(kind).hasStaleEntries());
+        EXPECT_TRUE(installer(kind)->hasStaleEntries());
         connect(kind);
     }
     EXPECT_FALSE(root(claude)["hooks"].contains("PermissionRequest"));
@@ -150,7 +150,7 @@ TEST_F(HookInstallerTest, SeesWhichEntriesAreStale) {
         json changed = current;
         damage(changed["hooks"]);
         write(codex, LenientJson::write(changed));
-        return installer(codex).hasStaleEntries();
+        return installer(codex)->hasStaleEntries();
     };
     EXPECT_TRUE(isStale([](json &hooks) { hooks.erase("Stop"); }));
     EXPECT_TRUE(isStale([](json &hooks) { hooks["New"] = hooks["Stop"]; }));
@@ -187,14 +187,14 @@ TEST_F(HookInstallerTest, WritesAndRemovesThePlugin) {
     EXPECT_TRUE(text(opencode).contains("40123"));
     EXPECT_TRUE(text(opencode).contains(settings.eventToken().toUtf8()));
     EXPECT_EQ(home.mode(place(opencode)), 0600U);
-    EXPECT_EQ(installer(opencode).health(), (Health{.hooksPresent = true}));
+    EXPECT_EQ(installer(opencode)->health(), (Health{.hooksPresent = true}));
     EXPECT_FALSE(QFile::exists(ForwarderScripts::folder()));
     write(opencode, "old");
-    installer(opencode).renew();
+    installer(opencode)->renew();
     EXPECT_TRUE(text(opencode).contains("40123"));
     for (int times = 0; times < 2; ++times) {
         disconnect(opencode);
-        EXPECT_FALSE(installer(opencode).isInstalled());
+        EXPECT_FALSE(installer(opencode)->isInstalled());
     }
 }
 
@@ -210,44 +210,44 @@ TEST_F(HookInstallerTest, TellsWhatHasBecomeOfAConnection) {
         };
         EXPECT_EQ(issues(kind), unreadable);
         write(kind, kind == kimi ? "a = 1\n" : R"({"a":1})");
-        EXPECT_EQ(installer(kind).health(), Health());
+        EXPECT_EQ(installer(kind)->health(), Health());
         connect(kind);
         EXPECT_EQ(issues(kind), QStringList());
         home.write(".morvane/hook.sh", "older");
-        installer(kind).renew();
+        installer(kind)->renew();
         EXPECT_TRUE(home.read(".morvane/hook.sh").startsWith("#!/bin/sh"));
 
         outdate();
         EXPECT_EQ(issues(kind), outdated);
-        installer(kind).renew();
+        installer(kind)->renew();
         EXPECT_EQ(issues(kind), QStringList());
         QFile::setPermissions(hook, QFile::ReadOwner);
         EXPECT_EQ(issues(kind), noScript);
         QFile::remove(hook);
         outdate();
         EXPECT_EQ(issues(kind), noScript + outdated);
-        installer(kind).renew();
+        installer(kind)->renew();
         EXPECT_EQ(issues(kind), QStringList());
         QFile::remove(home.path(place(kind)));
         EXPECT_EQ(issues(kind), unreadable);
-        EXPECT_FALSE(installer(kind).isInstalled());
+        EXPECT_FALSE(installer(kind)->isInstalled());
     }
     write(claude, "no JSON with .morvane/hook.sh");
-    EXPECT_EQ(installer(claude).health(), (Health{.settingsReadable = false}));
+    EXPECT_EQ(installer(claude)->health(), (Health{.settingsReadable = false}));
 }
 
 TEST_F(HookInstallerTest, TakesTheStatusLineOnlyFromNobody) {
     const QString script = home.path(".morvane/statusline.sh");
     connect(claude);
     const json connected = root(claude);
-    EXPECT_EQ(installer(claude).health().statusLine, StatusLineHealth::connected);
+    EXPECT_EQ(installer(claude)->health().statusLine, StatusLineHealth::connected);
     EXPECT_TRUE(QFileInfo(script).isExecutable());
 
     QFile::remove(script);
     EXPECT_EQ(issues(claude), QStringList{"statusline script missing"});
-    EXPECT_FALSE(installer(claude).hasStaleEntries());
-    installer(claude).renew();
-    EXPECT_EQ(installer(claude).health().statusLine, StatusLineHealth::connected);
+    EXPECT_FALSE(installer(claude)->hasStaleEntries());
+    installer(claude)->renew();
+    EXPECT_EQ(installer(claude)->health().statusLine, StatusLineHealth::connected);
 
     json changed = connected;
     changed["statusLine"]["command"] = "/old/.morvane/statusline.sh";
@@ -255,8 +255,8 @@ TEST_F(HookInstallerTest, TakesTheStatusLineOnlyFromNobody) {
     absent.erase("statusLine");
     for (const json &stale : {changed, absent}) {
         write(claude, LenientJson::write(stale));
-        EXPECT_TRUE(installer(claude).hasStaleEntries());
-        installer(claude).renew();
+        EXPECT_TRUE(installer(claude)->hasStaleEntries());
+        installer(claude)->renew();
         EXPECT_EQ(root(claude), connected);
     }
 
@@ -264,15 +264,15 @@ TEST_F(HookInstallerTest, TakesTheStatusLineOnlyFromNobody) {
                               json(""), json::object()}) {
         changed["statusLine"] = other;
         write(claude, LenientJson::write(changed));
-        EXPECT_EQ(installer(claude).health().statusLine, StatusLineHealth::ownedByOther);
+        EXPECT_EQ(installer(claude)->health().statusLine, StatusLineHealth::ownedByOther);
         EXPECT_EQ(issues(claude), QStringList());
-        EXPECT_EQ(installer(claude).hasStaleEntries(), other.empty() || other == "");
+        EXPECT_EQ(installer(claude)->hasStaleEntries(), other.empty() || other == "");
         connect(claude);
         disconnect(claude);
         EXPECT_EQ(root(claude)["statusLine"], other);
         EXPECT_FALSE(QFile::exists(script));
     }
-    EXPECT_EQ(installer(codex).health().statusLine, StatusLineHealth::notApplicable);
+    EXPECT_EQ(installer(codex)->health().statusLine, StatusLineHealth::notApplicable);
 }
 
 TEST_F(HookInstallerTest, SeesThatAnAgentRunsNoHooks) {
@@ -290,9 +290,9 @@ TEST_F(HookInstallerTest, SeesThatAnAgentRunsNoHooks) {
     for (const auto &[kind, before, isOff] : cases) {
         SCOPED_TRACE(before);
         write(kind, before);
-        EXPECT_FALSE(installer(kind).health().hooksSwitchedOff) << "nobody is connected";
+        EXPECT_FALSE(installer(kind)->health().hooksSwitchedOff) << "nobody is connected";
         connect(kind);
-        EXPECT_EQ(installer(kind).health().hooksSwitchedOff, isOff);
+        EXPECT_EQ(installer(kind)->health().hooksSwitchedOff, isOff);
         EXPECT_EQ(issues(kind), QStringList());
         disconnect(kind);
     }

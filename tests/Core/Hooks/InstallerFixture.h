@@ -18,16 +18,16 @@ class InstallerFixture : public testing::Test, protected CoreWorld {
 protected:
     using json = nlohmann::json;
 
-    HookInstaller installer(AgentKind kind, std::uint16_t port = 40123) const {
-        return {AgentRegistry::adapter(kind), settings, port, moment};
+    std::unique_ptr<HookInstaller> installer(AgentKind kind, std::uint16_t port = 40123) const {
+        return HookInstaller::make(AgentRegistry::adapter(kind), settings, port, moment);
     }
 
     static std::string failure(const std::optional<Failure> &result) {
         return result ? result->message.toStdString() : "";
     }
 
-    void connect(AgentKind kind) const { EXPECT_EQ(failure(installer(kind).install()), ""); }
-    void disconnect(AgentKind kind) const { EXPECT_EQ(failure(installer(kind).uninstall()), ""); }
+    void connect(AgentKind kind) const { EXPECT_EQ(failure(installer(kind)->install()), ""); }
+    void disconnect(AgentKind kind) const { EXPECT_EQ(failure(installer(kind)->uninstall()), ""); }
 
     /// Connects anew, now that the person wants the approvals otherwise.
     void reconnect(AgentKind kind) {
@@ -35,7 +35,7 @@ protected:
         connect(kind);
     }
 
-    QStringList issues(AgentKind kind) const { return installer(kind).health().issues(); }
+    QStringList issues(AgentKind kind) const { return installer(kind)->health().issues(); }
 
     /// Where the agent keeps what we write, under the home folder.
     QString place(AgentKind kind) const {

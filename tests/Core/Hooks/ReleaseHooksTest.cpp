@@ -8,18 +8,18 @@ using enum AgentKind;
 class ReleaseHooksTest : public InstallerFixture {
 protected:
     /// For a release that is listed.
-    HookInstaller listed(AgentKind kind) const {
-        return {*AgentRegistry::forms(kind).back(), settings, 40123, [] {}};
+    std::unique_ptr<HookInstaller> listed(AgentKind kind) const {
+        return HookInstaller::make(*AgentRegistry::forms(kind).back(), settings, 40123, [] {});
     }
 };
 
 TEST_F(ReleaseHooksTest, WantTheEntriesOfTheirOwnForm) {
     for (const AgentKind kind : {gemini, codex, qwen}) {
         connect(kind);
-        EXPECT_TRUE(listed(kind).hasStaleEntries());
-        listed(kind).renew();
-        EXPECT_FALSE(listed(kind).hasStaleEntries());
-        EXPECT_TRUE(installer(kind).hasStaleEntries()) << "the older release is back";
+        EXPECT_TRUE(listed(kind)->hasStaleEntries());
+        listed(kind)->renew();
+        EXPECT_FALSE(listed(kind)->hasStaleEntries());
+        EXPECT_TRUE(installer(kind)->hasStaleEntries()) << "the older release is back";
     }
     EXPECT_EQ(root(gemini)["hooks"]["AfterAgent"], value(R"([{"hooks":[{"type":"command",
         "command":"OURS/hook.sh gemini AfterAgent","timeout":5000}]}])"));
@@ -35,7 +35,7 @@ TEST_F(ReleaseHooksTest, WantTheEntriesOfTheirOwnForm) {
     json changed = root(gemini);
     changed["hooks"]["AfterAgent"][0]["hooks"][0]["timeout"] = 9000;
     write(gemini, LenientJson::write(changed));
-    EXPECT_FALSE(listed(gemini).hasStaleEntries());
+    EXPECT_FALSE(listed(gemini)->hasStaleEntries());
 }
 
 TEST_F(ReleaseHooksTest, LeaveWhatHasBeenReviewed) {
@@ -46,17 +46,17 @@ TEST_F(ReleaseHooksTest, LeaveWhatHasBeenReviewed) {
     }
     hooks["hooks"]["Stop"].push_back(hooks["hooks"]["Stop"][0]);
     write(codex, LenientJson::write(hooks));
-    EXPECT_EQ(failure(listed(codex).install()), "");
+    EXPECT_EQ(failure(listed(codex)->install()), "");
     hooks["hooks"]["Stop"].erase(2);
     hooks["hooks"]["SessionEnd"][0] = value(R"({"hooks":[{"type":"command",
         "command":"OURS/hook.sh codex SessionEnd","timeout":3}]})");
     hooks["hooks"]["Interrupt"] = root(codex)["hooks"]["Interrupt"];
     EXPECT_EQ(root(codex), hooks);
 
-    EXPECT_TRUE(listed(codex).health().awaitsReview);
-    EXPECT_FALSE(installer(codex).health().awaitsReview);
+    EXPECT_TRUE(listed(codex)->health().awaitsReview);
+    EXPECT_FALSE(installer(codex)->health().awaitsReview);
     home.write(".codex/config.toml", "model = 'x'\n");
-    EXPECT_TRUE(listed(codex).health().awaitsReview);
+    EXPECT_TRUE(listed(codex)->health().awaitsReview);
     const QString path = home.path(".codex/hooks.json");
     const auto review = [&](int age) {
         const QString config = ".codex/config.toml";
@@ -64,10 +64,10 @@ TEST_F(ReleaseHooksTest, LeaveWhatHasBeenReviewed) {
         home.setWritten(config, QFileInfo(path).lastModified().addSecs(-age));
     };
     review(-1);
-    EXPECT_FALSE(listed(codex).health().awaitsReview);
+    EXPECT_FALSE(listed(codex)->health().awaitsReview);
     review(1);
-    EXPECT_TRUE(listed(codex).health().awaitsReview);
-    EXPECT_EQ(listed(codex).health().issues(), QStringList());
+    EXPECT_TRUE(listed(codex)->health().awaitsReview);
+    EXPECT_EQ(listed(codex)->health().issues(), QStringList());
 
     // Nothing new for anybody to review, though the file is.
     const auto rewrittenAfter = [&](int seconds) {
@@ -77,11 +77,11 @@ TEST_F(ReleaseHooksTest, LeaveWhatHasBeenReviewed) {
     rewrittenAfter(0);
     review(0);
     rewrittenAfter(100);
-    EXPECT_FALSE(listed(codex).health().awaitsReview);
-    EXPECT_EQ(failure(listed(codex).install()), "");
-    EXPECT_FALSE(listed(codex).health().awaitsReview);
+    EXPECT_FALSE(listed(codex)->health().awaitsReview);
+    EXPECT_EQ(failure(listed(codex)->install()), "");
+    EXPECT_FALSE(listed(codex)->health().awaitsReview);
     defaults.remove("hooksChanged");
-    EXPECT_TRUE(listed(codex).health().awaitsReview);
+    EXPECT_TRUE(listed(codex)->health().awaitsReview);
 }
 
 } // namespace

@@ -17,7 +17,7 @@ protected:
         folder(kind).removeRecursively();
         write(kind, before);
         connect(kind);
-        EXPECT_TRUE(installer(kind).isInstalled());
+        EXPECT_TRUE(installer(kind)->isInstalled());
         EXPECT_EQ(issues(kind), QStringList());
         EXPECT_EQ(original(kind).toStdString(), before.toStdString());
         disconnect(kind);
@@ -41,7 +41,7 @@ TEST_F(SettingsReturnTest, BringsEveryFileBackToTheLastByteAndLosesNothingMeanwh
         const auto theirs = TomlHookEntries::find(before);
         if (kind == kimi && theirs.failure()) {
             write(kind, before);
-            EXPECT_NE(failure(installer(kind).install()), "");
+            EXPECT_NE(failure(installer(kind)->install()), "");
             EXPECT_EQ(text(kind).toStdString(), before.toStdString());
             continue;
         }
@@ -63,9 +63,9 @@ TEST_F(SettingsReturnTest, KeepsTheOriginalThroughWhateverWeWriteMeanwhile) {
         connect(kind);
         reconnect(kind);
         write(kind, text(kind).replace("/.morvane/", "/old/.morvane/"));
-        EXPECT_TRUE(installer(kind).hasStaleEntries());
-        installer(kind, 40124).renew();
-        EXPECT_FALSE(installer(kind).hasStaleEntries());
+        EXPECT_TRUE(installer(kind)->hasStaleEntries());
+        installer(kind, 40124)->renew();
+        EXPECT_FALSE(installer(kind)->hasStaleEntries());
         EXPECT_EQ(original(kind), before);
         disconnect(kind);
         EXPECT_EQ(text(kind).toStdString(), before.toStdString());
@@ -83,9 +83,9 @@ TEST_F(SettingsReturnTest, RefusesTomlThatCannotTakeHooks) {
     };
     for (const auto &[before, message] : cases) {
         write(kimi, before);
-        EXPECT_EQ(failure(installer(kimi).install()), message.toStdString());
+        EXPECT_EQ(failure(installer(kimi)->install()), message.toStdString());
         EXPECT_EQ(text(kimi).toStdString(), before.toStdString());
-        EXPECT_FALSE(installer(kimi).isInstalled());
+        EXPECT_FALSE(installer(kimi)->isInstalled());
     }
 }
 
@@ -114,11 +114,11 @@ TEST_F(SettingsReturnTest, KnowsItsHooksWithoutTheCommentsAroundThem) {
     for (const auto &[saved, theirs] : cases) {
         SCOPED_TRACE(saved.toStdString());
         write(kimi, saved);
-        EXPECT_TRUE(installer(kimi).isInstalled());
-        EXPECT_TRUE(installer(kimi).hasStaleEntries());
-        installer(kimi).renew();
+        EXPECT_TRUE(installer(kimi)->isInstalled());
+        EXPECT_TRUE(installer(kimi)->hasStaleEntries());
+        installer(kimi)->renew();
         if (!theirs.contains("hooks = [{")) {
-            EXPECT_FALSE(installer(kimi).hasStaleEntries());
+            EXPECT_FALSE(installer(kimi)->hasStaleEntries());
             EXPECT_EQ(text(kimi).count("kimi Stop"), 1);
         }
         disconnect(kimi);
@@ -132,8 +132,8 @@ TEST_F(SettingsReturnTest, MendsAndTakesOutEveryBlockThatThereIs) {
     const QByteArray once = text(kimi);
     const QByteArray twice = once + once.mid(once.indexOf("# >>>"));
     write(kimi, twice);
-    EXPECT_TRUE(installer(kimi).hasStaleEntries());
-    installer(kimi).renew();
+    EXPECT_TRUE(installer(kimi)->hasStaleEntries());
+    installer(kimi)->renew();
     EXPECT_EQ(text(kimi).toStdString(), once.toStdString());
     write(kimi, twice);
     disconnect(kimi);
@@ -270,14 +270,14 @@ TEST_F(SettingsReturnTest, KeepsEachFileThatCannotBeUnderstoodUntilThereAreNine)
         EXPECT_EQ(home.read(place(claude) + ".morvane-unreadable" + ending), broken(number));
     }
     write(claude, broken(10));
-    EXPECT_TRUE(QByteArray::fromStdString(failure(installer(claude).install()))
+    EXPECT_TRUE(QByteArray::fromStdString(failure(installer(claude)->install()))
                     .endsWith("nine that could not be understood lie beside it already"));
     EXPECT_EQ(text(claude), broken(10));
 }
 
 TEST_F(SettingsReturnTest, TakesTheSwitchForNotificationsForItsOwn) {
     const auto mute = [&](bool suppressed) {
-        EXPECT_EQ(failure(installer(claude).setNotificationsSuppressed(suppressed)), "");
+        EXPECT_EQ(failure(installer(claude)->setNotificationsSuppressed(suppressed)), "");
     };
     const QByteArray before = "// mine\n{\"b\":1,\"a\":2}";
     write(claude, before);
@@ -295,7 +295,7 @@ TEST_F(SettingsReturnTest, TakesTheSwitchForNotificationsForItsOwn) {
     connect(claude);
     mute(true);
     disconnect(claude); // is no reason to be noisy again
-    EXPECT_TRUE(installer(claude).health().notificationsSuppressed);
+    EXPECT_TRUE(installer(claude)->health().notificationsSuppressed);
     EXPECT_EQ(original(claude), before);
     mute(false);
     EXPECT_EQ(text(claude), before);
@@ -319,7 +319,7 @@ TEST_F(SettingsReturnTest, LooksAgainAtAFileThatIsBeingWritten) {
 
             write(kind, half);
             moment = finishing(connected);
-            EXPECT_TRUE(installer(kind).isInstalled());
+            EXPECT_TRUE(installer(kind)->isInstalled());
             write(kind, half);
             disconnect(kind);
             EXPECT_EQ(text(kind), whole);
@@ -329,7 +329,7 @@ TEST_F(SettingsReturnTest, LooksAgainAtAFileThatIsBeingWritten) {
         for (const int seconds : {-7200, 7200}) {
             write(kind, "");
             home.setWritten(place(kind), QDateTime::currentDateTime().addSecs(seconds));
-            EXPECT_FALSE(installer(kind).isInstalled());
+            EXPECT_FALSE(installer(kind)->isInstalled());
         }
         moment = [] {};
     }

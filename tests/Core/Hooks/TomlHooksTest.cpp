@@ -36,13 +36,13 @@ TEST_F(TomlHooksTest, LeavesEveryOtherLineOfTheTomlFile) {
         connect(kimi);
         const QByteArray installed = text(kimi);
         EXPECT_EQ(installed.left(installed.indexOf("# >>>")).toStdString(), ahead.toStdString());
-        EXPECT_FALSE(installer(kimi).hasStaleEntries());
+        EXPECT_FALSE(installer(kimi)->hasStaleEntries());
         connect(kimi);
         EXPECT_EQ(text(kimi), installed);
         QFile::remove(home.path(place(kimi) + ".morvane-original"));
         disconnect(kimi);
         EXPECT_EQ(text(kimi).toStdString(), after.toStdString());
-        EXPECT_FALSE(installer(kimi).isInstalled());
+        EXPECT_FALSE(installer(kimi)->isInstalled());
     }
 }
 
@@ -51,22 +51,22 @@ TEST_F(TomlHooksTest, KeepsThePristineTomlFileAsTheBackup) {
     connect(kimi);
     EXPECT_EQ(backup(kimi), "a = 1\n");
     write(kimi, text(kimi).replace("timeout = 5", "timeout = 9") + "b = 2\n");
-    EXPECT_TRUE(installer(kimi).hasStaleEntries());
+    EXPECT_TRUE(installer(kimi)->hasStaleEntries());
     connect(kimi);
-    EXPECT_FALSE(installer(kimi).hasStaleEntries());
+    EXPECT_FALSE(installer(kimi)->hasStaleEntries());
     EXPECT_TRUE(text(kimi).startsWith("a = 1\n\nb = 2\n\n# >>>"));
     disconnect(kimi);
     EXPECT_EQ(backup(kimi), "a = 1\n");
 
     // Without its end there is no telling what of the rest is ours: all of it stays, ours as well.
     write(kimi, "# >>> morvane:begin\nb = 2\n");
-    EXPECT_TRUE(installer(kimi).isInstalled());
-    EXPECT_TRUE(installer(kimi).hasStaleEntries());
-    EXPECT_EQ(failure(installer(kimi).uninstall()),
+    EXPECT_TRUE(installer(kimi)->isInstalled());
+    EXPECT_TRUE(installer(kimi)->hasStaleEntries());
+    EXPECT_EQ(failure(installer(kimi)->uninstall()),
               "config.toml did not contain the expected result after writing");
     EXPECT_EQ(text(kimi), "# >>> morvane:begin\nb = 2\n");
     for (int starts = 0; starts < 3; ++starts) {
-        installer(kimi).renew();
+        installer(kimi)->renew();
         EXPECT_TRUE(text(kimi).startsWith("# >>> morvane:begin\nb = 2\n\n# >>> morvane:begin\n"));
         EXPECT_EQ(text(kimi).count("morvane:begin"), 2);
         EXPECT_EQ(backup(kimi), "# >>> morvane:begin\nb = 2\n");
@@ -82,9 +82,9 @@ TEST_F(TomlHooksTest, TakesOutABlockThatHasLostItsEnd) {
     for (const bool repairs : {true, false}) {
         // What is behind the block belongs to its last hook, and goes with it.
         write(kimi, endless + "[c]\r\nd = 3\n");
-        EXPECT_TRUE(installer(kimi).hasStaleEntries());
+        EXPECT_TRUE(installer(kimi)->hasStaleEntries());
         if (repairs) {
-            installer(kimi).renew();
+            installer(kimi)->renew();
             EXPECT_EQ(issues(kimi), QStringList());
         }
         disconnect(kimi);
@@ -93,7 +93,7 @@ TEST_F(TomlHooksTest, TakesOutABlockThatHasLostItsEnd) {
     // In a string it is no beginning.
     const QByteArray quoted = "s = '''\n# >>> morvane:begin\n'''\n";
     write(kimi, quoted + endless);
-    EXPECT_NE(failure(installer(kimi).uninstall()), "");
+    EXPECT_NE(failure(installer(kimi)->uninstall()), "");
     EXPECT_EQ(text(kimi), quoted + endless);
 }
 
