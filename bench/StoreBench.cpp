@@ -112,7 +112,7 @@ public:
 
 private:
     std::vector<HookEvent> m_events;
-    QHash<QString, Session> m_sessions;
+    Sessions m_sessions;
     std::size_t m_next = 0;
 };
 

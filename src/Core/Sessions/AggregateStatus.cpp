@@ -53,7 +53,7 @@ void add(Candidates &candidates, const Session &session) {
 
 } // namespace
 
-AggregateStatus AggregateStatus::of(const QHash<QString, Session> &sessions) {
+AggregateStatus AggregateStatus::of(const Sessions &sessions) {
     if (sessions.isEmpty()) {
         return {};
     }

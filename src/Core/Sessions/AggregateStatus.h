@@ -2,8 +2,6 @@
 
 #include "Core/Sessions/Session.h"
 
-#include <QHash>
-
 namespace morvane {
 
 /// The one status to which all sessions together collapse. A prompt, failure or finish that
@@ -12,7 +10,7 @@ struct AggregateStatus {
     std::optional<SessionState> state; ///< none when there is no session
     std::optional<Date> since;         ///< when the latest of the sessions behind it changed
 
-    static AggregateStatus of(const QHash<QString, Session> &sessions);
+    static AggregateStatus of(const Sessions &sessions);
 
     friend bool operator==(const AggregateStatus &, const AggregateStatus &) = default;
 };

@@ -10,6 +10,7 @@
 #include "Platform/Time.h"
 
 #include <QCoreApplication>
+#include <QHash>
 #include <QSet>
 #include <QString>
 #include <QUuid>
@@ -107,5 +108,8 @@ public:
 
     friend bool operator==(const Session &, const Session &) = default;
 };
+
+/// By their ids.
+using Sessions = QHash<QString, Session>;
 
 } // namespace morvane

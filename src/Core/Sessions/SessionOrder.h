@@ -4,14 +4,11 @@
 #include "Core/Sessions/Session.h"
 #include "Core/Sessions/SessionSlice.h"
 
-#include <QHash>
 #include <QList>
 
 /// How the sessions and the history are listed. Pure functions; `SessionOverview` holds on to what
 /// they give.
 namespace morvane::SessionOrder {
-
-using Sessions = QHash<QString, Session>;
 
 /// All sessions: by state, the one that waits for a person first, then the latest event first.
 QList<Session> sorted(const Sessions &sessions);

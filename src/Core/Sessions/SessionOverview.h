@@ -14,7 +14,7 @@ public:
     using History = QList<CompletedRecord>;
 
     /// Both must outlive the overview, which has to be told of their changes.
-    SessionOverview(const SessionOrder::Sessions &sessions, const History &history)
+    SessionOverview(const Sessions &sessions, const History &history)
         : m_sessions(sessions), m_history(history) {}
 
     void forgetSessions();
@@ -30,7 +30,7 @@ public:
     bool showsAgentBadges() const;
 
 private:
-    const SessionOrder::Sessions &m_sessions;
+    const Sessions &m_sessions;
     const History &m_history;
     mutable std::optional<SessionSummary> m_summary;
     mutable std::optional<QList<Session>> m_sorted;

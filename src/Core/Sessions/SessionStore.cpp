@@ -94,7 +94,7 @@ void SessionStore::acknowledgeDone() {
 }
 
 void SessionStore::removeSessions(const QString &cwd) {
-    const QHash<QString, Session> present = m_sessions;
+    const Sessions present = m_sessions;
     for (const Session &session : present) {
         if (session.cwd == cwd && !cwd.isEmpty() && !session.isAtWork()) {
             releaseApproval(session.id);
@@ -320,7 +320,7 @@ void SessionStore::publishHistory() {
 }
 
 void SessionStore::releaseApprovals() {
-    const QHash<QString, Session> present = m_sessions;
+    const Sessions present = m_sessions;
     for (const Session &session : present) {
         releaseApproval(session.id);
     }
@@ -361,7 +361,7 @@ void SessionStore::scheduleCleanup() {
 void SessionStore::clearStaleDoneSessions() {
     const Date now = m_scheduler.now();
     const Seconds limit = m_settings.autoClearAfter();
-    const QHash<QString, Session> present = m_sessions;
+    const Sessions present = m_sessions;
     for (const Session &session : present) {
         const bool atRest = session.isFinished() || session.state == SessionState::idle;
         if (atRest && std::chrono::abs(now - session.lastEventAt) > limit) {

@@ -10,7 +10,6 @@
 #include "Core/Sessions/SessionTransition.h"
 #include "Platform/Scheduler.h"
 
-#include <QHash>
 #include <QObject>
 
 #include <functional>
@@ -33,7 +32,7 @@ public:
     SessionStore(MorvaneSettings &settings, SessionSurroundings surroundings, Scheduler &scheduler);
 
     /// Live sessions by id.
-    const QHash<QString, Session> &sessions() const { return m_sessions; }
+    const Sessions &sessions() const { return m_sessions; }
 
     /// Finished sessions, newest first.
     const QList<CompletedRecord> &completedHistory() const { return m_history.records(); }
@@ -169,7 +168,7 @@ private:
     MorvaneSettings &m_settings;
     SessionSurroundings m_surroundings;
     Scheduler &m_scheduler;
-    QHash<QString, Session> m_sessions;
+    Sessions m_sessions;
     CompletedHistory m_history;
     SessionOverview m_overview{m_sessions, m_history.records()};
     SessionTranscripts m_transcripts;

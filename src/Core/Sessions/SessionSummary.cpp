@@ -5,7 +5,7 @@
 
 namespace morvane {
 
-SessionSummary SessionSummary::of(const QHash<QString, Session> &sessions) {
+SessionSummary SessionSummary::of(const Sessions &sessions) {
     SessionSummary result;
     result.aggregate = AggregateStatus::of(sessions);
     for (const Session &session : sessions) {

@@ -3,8 +3,6 @@
 #include "Core/Sessions/AggregateStatus.h"
 #include "Core/Sessions/Session.h"
 
-#include <QHash>
-
 namespace morvane {
 
 /// What all sessions together come to.
@@ -17,7 +15,7 @@ struct SessionSummary {
     /// Some session of Claude Code works, so that its usage limits may come near.
     bool hasWorkingUsageMilestoneSession = false;
 
-    static SessionSummary of(const QHash<QString, Session> &sessions);
+    static SessionSummary of(const Sessions &sessions);
 };
 
 } // namespace morvane

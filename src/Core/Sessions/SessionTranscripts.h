@@ -19,8 +19,6 @@ namespace morvane {
 /// Owned by `SessionStore`, main thread only. Of one session no two readings run at once.
 class SessionTranscripts {
 public:
-    using Sessions = QHash<QString, Session>;
-
     /// Reads a transcript off the main thread, and hands on what it tells on the main thread.
     using Use = std::function<void(const TranscriptInfo &)>;
     using Read = std::function<void(AgentKind, const QString &path, Use)>;

@@ -23,8 +23,8 @@ Session session(const QString &id, SessionState state, bool acknowledged, int ch
     return result;
 }
 
-SessionOrder::Sessions table(const QList<Session> &list) {
-    SessionOrder::Sessions result;
+Sessions table(const QList<Session> &list) {
+    Sessions result;
     for (const Session &entry : list) {
         result.insert(entry.id, entry);
     }
@@ -50,7 +50,7 @@ TEST(AggregateStatus, ShowsWhatCallsForAttentionBeforeWork) {
         {"b", idle, {}}};
     EXPECT_EQ(AggregateStatus::of({}), AggregateStatus());
     for (const auto &[present, state, since] : cases) {
-        SessionOrder::Sessions sessions;
+        Sessions sessions;
         for (const char id : present) {
             sessions.insert(QString(QLatin1Char(id)), all[id - 'a']);
         }
@@ -84,7 +84,7 @@ TEST(SessionOrder, KeepsRowsThatTieInPlace) {
 }
 
 TEST(SessionSummary, TellsWhatWaitsAndWhatWorks) {
-    SessionOrder::Sessions sessions;
+    Sessions sessions;
     const auto summary = [&] { return SessionSummary::of(sessions); };
     sessions["a"] = session("a", idle, true, 0);
     EXPECT_FALSE(summary().hasReportableSessions || summary().hasExternalPrompt);
@@ -108,7 +108,7 @@ TEST(SessionSummary, TellsWhatWaitsAndWhatWorks) {
 }
 
 TEST(SessionOrder, NamesTheAgentsOnceThereAreSeveral) {
-    SessionOrder::Sessions sessions;
+    Sessions sessions;
     EXPECT_FALSE(SessionOrder::showsAgentBadges(sessions, {}));
     sessions["a"].agent = sessions["b"].agent = AgentKind::codex;
     EXPECT_FALSE(SessionOrder::showsAgentBadges(sessions, {}));
@@ -123,9 +123,8 @@ TEST(SessionOrder, ARecordIsRecentWhileItsSessionIsThere) {
         history.append(CompletedRecord());
         history.last().id = QString::fromLatin1(id);
     }
-    SessionOrder::Sessions sessions =
-        table({session("1", done, true, 0), session("loose", failed, true, 0),
-               session("3", working, true, 0), session("4", done, true, 0)});
+    Sessions sessions = table({session("1", done, true, 0), session("loose", failed, true, 0),
+                               session("3", working, true, 0), session("4", done, true, 0)});
     sessions["1"].cwd = "b";
     sessions["3"].cwd = "d";
     sessions["4"].cwd = "f";
