@@ -1,5 +1,7 @@
 #include "Core/Agents/AgentKind.h"
 
+#include <algorithm>
+
 namespace morvane {
 
 namespace {
@@ -25,7 +27,7 @@ constexpr std::array names{
 static_assert(names.size() == allAgentKinds.size());
 
 const Names &namesOf(AgentKind kind) {
-    return names[static_cast<std::size_t>(kind)];
+    return *std::ranges::find(names, kind, &Names::kind);
 }
 
 } // namespace
