@@ -12,7 +12,7 @@ struct SessionSummary {
     bool hasExternalPrompt = false;
     bool hasUnacknowledgedNeedsInput = false;
     bool hasReportableSessions = false; ///< some session isn't idle
-    /// Some session of Claude Code works, so that its usage limits may come near.
+    /// Some session works whose agent has milestones of usage, so that one may come near.
     bool hasWorkingUsageMilestoneSession = false;
 
     static SessionSummary of(const Sessions &sessions);
