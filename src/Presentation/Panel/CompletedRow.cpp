@@ -8,7 +8,6 @@
 #include "Presentation/Overlay/PanelContext.h"
 #include "Presentation/Panel/ReplyStrip.h"
 #include "Presentation/Style/Colors.h"
-#include "Presentation/Style/FocusRing.h"
 #include "Presentation/Style/PlatformWords.h"
 #include "Presentation/Style/TextLabel.h"
 #include "Presentation/Style/Typography.h"
@@ -84,9 +83,6 @@ void CompletedRow::showReply(const std::optional<Session> &session) {
         m_strip->setSession(*session);
         m_strip->show();
     } else if (ReplyStrip *const before = std::exchange(m_strip, nullptr)) {
-        if (containsFocus(*before)) {
-            setFocus();
-        }
         before->hide();
     }
 }

@@ -35,6 +35,18 @@ constexpr int inputShare = 3; ///< of the budget: a call that is longer is scrol
 constexpr Seconds contentDuration(0.18);
 constexpr Seconds attentionDuration(0.14);
 
+/// The row of what has the focus and is hidden; none while it is in sight, or gone with its row.
+ListRow *rowOfHiddenFocus() {
+    QWidget *around = QApplication::focusWidget();
+    if (around == nullptr || around->isVisible()) {
+        return nullptr;
+    }
+    while (around != nullptr && qobject_cast<ListRow *>(around) == nullptr) {
+        around = around->parentWidget();
+    }
+    return around != nullptr && around->isVisible() ? static_cast<ListRow *>(around) : nullptr;
+}
+
 } // namespace
 
 ExpandedView::ExpandedView(const PanelContext &context, QWidget *parent)
@@ -262,11 +274,18 @@ void ExpandedView::keyPressEvent(QKeyEvent *event) {
     }
 }
 
-/// Not on the way out, when the list is at its top again already.
+/// Not on the way out, when the list is at its top again already. Qt also asks when the focus goes
+/// with what it is on: then the keys stay in the row, for the next stop may be another session's.
 bool ExpandedView::focusNextPrevChild(bool next) {
-    return isVisible() &&
-           FocusOrder(m_viewport->rows(), *m_footer)
-               .move(next ? FocusOrder::Direction::forward : FocusOrder::Direction::back);
+    if (!isVisible()) {
+        return false;
+    }
+    if (ListRow *row = rowOfHiddenFocus()) {
+        row->setFocus();
+        return true;
+    }
+    return FocusOrder(m_viewport->rows(), *m_footer)
+        .move(next ? FocusOrder::Direction::forward : FocusOrder::Direction::back);
 }
 
 /// The row around it shows it as well.

@@ -11,7 +11,6 @@
 #include "Presentation/Panel/SessionSubtitle.h"
 #include "Presentation/Panel/SubagentList.h"
 #include "Presentation/Style/Colors.h"
-#include "Presentation/Style/FocusRing.h"
 #include "Presentation/Style/TextLabel.h"
 #include "Presentation/Style/Typography.h"
 
@@ -91,9 +90,6 @@ void SessionRow::showStrip(Details details) {
     QWidget *const before = m_strip;
     m_strip = stripFor(details.testFlag(Detail::showsShortcuts));
     if (before != nullptr && before != m_strip) {
-        if (containsFocus(*before)) {
-            setFocus();
-        }
         retire(*before);
     }
     if (m_strip != nullptr) {

@@ -101,6 +101,43 @@ TEST_F(PanelKeyboardTest, AnswersOnlyWhatHasBeenReadAndStaysInTheRow) {
     EXPECT_EQ(sent.size(), 3);
 }
 
+// And not on "Always allow" in the row above.
+TEST_F(PanelKeyboardTest, StaysInTheRowWhenWhatItIsOnGoes) {
+    struct Case {
+        QString stop;
+        HookEvent shown;
+        std::function<void()> change;
+    };
+    const auto below = EventBuilder::parked("d").in("a").at("/a");
+    const Case cases[] = {
+        {"Yes in a", below.asking({"Which way?", "How far?"}), [this] { press({Qt::Key_Return}); }},
+        {"1 subagent", EventBuilder(Event::toolUse).in("a").tool("Task"),
+         [this] { apply(Event::promptSubmit, "a"); }},
+        {"+ 4 lines",
+         below.with(&HookEvent::toolDetail, "0").given(R"({"command":"0\n1\n2\n3\n4"})"),
+         [&] { apply(below.given(R"({"command":"ls"})")); }},
+    };
+    for (const Case &each : cases) {
+        SCOPED_TRACE(each.stop.toStdString());
+        apply(EventBuilder(Event::promptSubmit).in("a").at("/a"));
+        apply(each.shown);
+        scheduler.advance(Seconds(1));
+        apply(EventBuilder::parked("e").in("b").at("/b"));
+        ASSERT_EQ(order(), "ba");
+        scheduler.advance(Seconds(0.8));
+        view.takeFocus();
+        for (int step = 0; step < 9 && focus() != each.stop; ++step) {
+            press({Qt::Key_Down});
+        }
+        ASSERT_EQ(focus(), each.stop);
+        each.change();
+        refresh();
+        EXPECT_EQ(focus(), "row a");
+        apply(Event::sessionEnd, "a");
+        apply(Event::sessionEnd, "b");
+    }
+}
+
 TEST_F(PanelKeyboardTest, ReadsTheWholeOfACall) {
     QByteArray lines;
     for (int line = 0; line < 60; ++line) {
