@@ -39,11 +39,13 @@ bool ReplyStrip::isOffered(const PanelContext &context, const Session &session) 
 }
 
 void ReplyStrip::setSession(const Session &session) {
+    const bool isAnotherEnd =
+        session.id != m_session.id || session.stateChangedAt != m_session.stateChangedAt;
     m_session = session;
     m_affordance->setAccessibleName(
         tr("Reply to %1").arg(BoundedText::of(session.displayName(), BoundedText::lineLength)));
-    if (m_context.unsentReplies.contains(session.id) && m_outcome->text().isEmpty()) {
-        tell(tr("not sent"));
+    if (isAnotherEnd) {
+        tell(m_context.unsentReplies.contains(session.id) ? tr("not sent") : QString());
     }
 }
 
@@ -121,7 +123,7 @@ void ReplyStrip::keep(const QString &text) {
 
 void ReplyStrip::tell(const QString &outcome) {
     m_outcome->setText(outcome);
-    m_outcome->setVisible(!isReplying());
+    m_outcome->setVisible(!isReplying() && !outcome.isEmpty());
 }
 
 } // namespace morvane

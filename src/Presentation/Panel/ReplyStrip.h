@@ -26,6 +26,7 @@ public:
     /// Whether the session is one that can be replied to.
     static bool isOffered(const PanelContext &context, const Session &session);
 
+    /// What is told of a reply is over with the end that it was a reply to.
     void setSession(const Session &session);
 
     bool isReplying() const { return !m_field.isNull(); }

@@ -62,6 +62,11 @@ TEST_F(CompletedRowTest, SendsWhatIsTypedAndNothingElse) {
     EXPECT_FALSE(says("sent"));
     tellOutcome(true);
     EXPECT_TRUE(says("sent"));
+    // Which is told of this end, and not of the next.
+    scheduler.advance(Seconds(1));
+    apply(Event::promptSubmit);
+    finish();
+    EXPECT_FALSE(says("sent"));
 
     // What could not be sent needn't be typed again.
     type("and on", Qt::Key_Return);
