@@ -70,8 +70,16 @@ TEST_F(SettingsWindowTest, ConnectsRepairsAndDisconnectsAnAgent) {
     QFile::remove(home.path(".morvane/statusline.sh"));
     comeBack();
     EXPECT_TRUE(reads("forwarder script missing; statusline script missing"));
-    button("Repair Claude Code")->click();
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    button("Repair Claude Code")->setFocus();
+    QTest::keyClick(window->windowHandle(), Qt::Key_Space);
     EXPECT_EQ(button("Repair Claude Code"), nullptr);
+    // One press too many does nothing, and nothing is far from there.
+    QTest::keyClick(window->windowHandle(), Qt::Key_Space);
+    EXPECT_EQ(qobject_cast<QAbstractButton *>(window->focusWidget()), nullptr);
+    QTest::keyClick(window->windowHandle(), Qt::Key_Tab);
+    EXPECT_EQ(window->focusWidget(), button("Disconnect Claude Code"));
 
     const QByteArray connected = read(".claude/settings.json");
     home.write(".claude/settings.json", R"({"disableAllHooks":true,)" + connected.mid(1));

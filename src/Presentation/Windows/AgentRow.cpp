@@ -129,7 +129,12 @@ void AgentRow::showHealth(bool isConnected) {
     m_issues->setText(!isConnected ? unknown
                       : hasIssues  ? issues.join(QStringLiteral("; "))
                                    : obstacle);
-    m_repair->setVisible(isConnected && hasIssues);
+    const bool canRepair = isConnected && hasIssues;
+    // Pressed once more, the button that comes next would disconnect an agent.
+    if (!canRepair && m_repair->hasFocus()) {
+        parentWidget()->setFocus();
+    }
+    m_repair->setVisible(canRepair);
     const bool isHindered = hasIssues || health.hooksSwitchedOff || health.awaitsReview;
     m_issueLine->setVisible(isConnected ? m_detail == Detail::health && isHindered
                                         : !unknown.isEmpty());

@@ -23,7 +23,7 @@ public:
         health ///< also where its hooks go, and what is wrong with them once it is connected
     };
 
-    /// The connections must outlive the row.
+    /// The connections must outlive the row. The parent takes the keys when what they are on goes.
     AgentRow(const AgentAdapter &adapter, AgentConnections &connections, Detail detail,
              QWidget *parent);
 
