@@ -155,7 +155,8 @@ void PresenterManager::reconcile() {
         }
         presenter->attach(display);
     }
-    const bool isShown = !m_presenters.empty();
+    const bool isShown = std::ranges::any_of(
+        m_presenters, [](const auto &entry) { return entry.second->canShow(); });
     if (std::exchange(m_isShown, isShown) != isShown && onShownChanged) {
         onShownChanged(isShown);
     }

@@ -28,7 +28,7 @@ public:
     std::function<void(bool)> onExpandedChanged;
 
     /// Told when it comes to be shown on a display, or on none any more; where no display is of the
-    /// mode there is none.
+    /// mode, or the only one has lost its notch, there is none.
     std::function<void(bool)> onShownChanged;
 
     // As a panel says that is open on any display.

@@ -65,6 +65,8 @@ TEST_F(PresenterManagerTest, EachKindOfDisplayHasItsPresenterForAsLongAsItIsTher
     QMenu menu;
     menu.addAction("Open");
     manager.setContextMenu(&menu);
+    QList<bool> shown;
+    manager.onShownChanged = [&](bool isShown) { shown.append(isShown); };
     manager.start();
     EXPECT_EQ(pointer.users, 1);
     apply(Event::promptSubmit);
@@ -77,12 +79,14 @@ TEST_F(PresenterManagerTest, EachKindOfDisplayHasItsPresenterForAsLongAsItIsTher
     displays.setDisplays({notched});
     EXPECT_EQ(shownOnAfter(Seconds(1)), QList<int>());
     EXPECT_EQ(pointer.users, 1);
+    EXPECT_EQ(shown, QList<bool>{false});
     displays.setDisplays({});
     scheduler.advance(Seconds(1));
     EXPECT_EQ(pointer.users, 0);
     displays.setDisplays({notched});
     EXPECT_EQ(shownOnAfter(Seconds(1)), QList<int>({0}));
     EXPECT_EQ(pointer.users, 0);
+    EXPECT_EQ(shown, QList<bool>({false, true}));
 
     // It has the menu that all have.
     send(overlays.alive.first()->widget(),

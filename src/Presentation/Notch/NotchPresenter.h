@@ -23,6 +23,7 @@ public:
     ~NotchPresenter() override;
 
     void attach(const Display &display) override;
+    bool canShow() const override { return hasNotch(); }
     void presentPanel() override;
     void collapseExpanded() override;
     void dismiss() override;

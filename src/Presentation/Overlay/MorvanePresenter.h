@@ -45,6 +45,9 @@ public:
     /// Takes the display up; called again whenever its geometry may have changed.
     virtual void attach(const Display &display) = 0;
 
+    /// Whether the display, as it is now, has a place for what this shows.
+    virtual bool canShow() const { return true; }
+
     /// A notch is there anyway, so that only capsules stand in for anything.
     virtual void setStandIn(StandIn) {}
 
