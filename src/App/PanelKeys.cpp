@@ -93,9 +93,11 @@ void PanelKeys::tellWhetherDigitsWork() {
                                 }));
 }
 
-/// While somebody types in a field, Esc must reach that.
+/// While somebody types in a field, Esc must reach that. A field that is forgotten tells nobody.
 void PanelKeys::applyEscHotKey() {
-    const bool want = m_expandedCount > 0 && !m_editing.isActive(m_scheduler.now());
+    const Seconds rest = m_editing.rest(m_scheduler.now());
+    m_escCheck = rest > Seconds(0) ? m_scheduler.after(rest, [this] { applyEscHotKey(); }) : Task();
+    const bool want = m_expandedCount > 0 && rest <= Seconds(0);
     if (m_escArmed == want) {
         return;
     }

@@ -67,7 +67,16 @@ TEST_F(PanelKeysTest, LeavesEscToAFieldThatSomebodyTypesIn) {
     EXPECT_EQ(hotKeys.held(), "G12345");
     editing.end();
     EXPECT_EQ(hotKeys.held(), "G12345Esc");
+    // Nor is it kept from the panel for a field that is forgotten, until somebody comes back to it.
     editing.begin(scheduler.now());
+    scheduler.advance(Seconds(60));
+    editing.renew(scheduler.now());
+    scheduler.advance(Seconds(119));
+    EXPECT_EQ(hotKeys.held(), "G12345");
+    scheduler.advance(Seconds(2));
+    EXPECT_EQ(hotKeys.held(), "G12345Esc");
+    editing.renew(scheduler.now());
+    EXPECT_EQ(hotKeys.held(), "G12345");
     keys->panelExpanded(false);
     editing.end();
     EXPECT_EQ(hotKeys.held(), "G");

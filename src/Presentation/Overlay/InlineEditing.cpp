@@ -32,7 +32,11 @@ void InlineEditing::end() {
 
 void InlineEditing::renew(Date now) {
     if (m_openedAt) {
+        const bool wasForgotten = !isActive(now);
         m_openedAt = now;
+        if (wasForgotten) {
+            emit countChanged();
+        }
     }
 }
 

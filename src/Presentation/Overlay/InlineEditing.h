@@ -39,6 +39,8 @@ public:
     void renew(Date now);
 
 signals:
+    /// Also when somebody comes back to a field that was forgotten. That it is forgotten nobody is
+    /// told, but for `rest`.
     void countChanged();
 
 private:
