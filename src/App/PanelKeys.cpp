@@ -98,10 +98,9 @@ void PanelKeys::applyEscHotKey() {
     const Seconds rest = m_editing.rest(m_scheduler.now());
     m_escCheck = rest > Seconds(0) ? m_scheduler.after(rest, [this] { applyEscHotKey(); }) : Task();
     const bool want = m_expandedCount > 0 && rest <= Seconds(0);
-    if (m_escArmed == want) {
+    if (m_escHotKey.state().has_value() == want) {
         return;
     }
-    m_escArmed = want;
     if (want) {
         m_escHotKey.registerKey({.keyCode = escapeKeyCode, .symbol = QStringLiteral("Esc")},
                                 m_actions.collapse);

@@ -67,10 +67,9 @@ private:
     HotKey m_panelKey;
     HotKeyManager m_hotKey;
     HotKeyManager m_escHotKey;
-    bool m_escArmed = false;
     std::vector<std::unique_ptr<HotKeyManager>> m_digitHotKeys; ///< all or none
     Task m_digitCheck;
-    Task m_escCheck; ///< when a field that nobody types in is forgotten
+    Task m_escCheck;         ///< when a field that nobody types in is forgotten
     int m_expandedCount = 0; ///< how many panels are open
     DigitShortcuts m_digitShortcuts;
 };
