@@ -31,8 +31,8 @@ public:
     ~RowList() override;
 
     /// Takes over what is to be shown, and keeps a row besides for as long as it has a text in it
-    /// that would be lost with it. Takes effect with the next `layOut`; with a duration the change
-    /// moves, without one a movement that is under way goes on.
+    /// that would be out of sight with it. Takes effect with the next `layOut`; with a duration the
+    /// change moves, without one a movement that is under way goes on.
     void setEntries(const QList<Entry> &entries, std::optional<Seconds> duration);
 
     /// Places everything at this width, makes what lies between the two heights, and gives the
@@ -50,7 +50,7 @@ public:
     std::optional<qsizetype> anchor(int offset) const;
     int top(qsizetype entry) const { return m_slots[entry].top; }
 
-    /// Whether the row of this entry has a text in it that would be lost with it.
+    /// Whether the row of this entry has a text in it that would be out of sight with it.
     bool holdsText(const QString &key) const;
 
     /// Whether a text is open in it, or a button down.
