@@ -62,6 +62,21 @@ void CompletedRow::showBadge(std::optional<int> badge) {
                         Colors::tertiaryText);
 }
 
+bool CompletedRow::isEditing() const {
+    return ListRow::isEditing() || (m_strip != nullptr && m_strip->isReplying());
+}
+
+bool CompletedRow::holdsText() const {
+    return ListRow::holdsText() || (m_strip != nullptr && m_strip->holdsText());
+}
+
+void CompletedRow::abandonEditing() {
+    ListRow::abandonEditing();
+    if (m_strip != nullptr) {
+        m_strip->abandonReply();
+    }
+}
+
 void CompletedRow::outliveEntry() {
     showBadge(std::nullopt);
 }
@@ -79,11 +94,15 @@ void CompletedRow::showReply(const std::optional<Session> &session) {
     }
     m_session = session;
     if (isOffered) {
-        m_strip = &replyStrip();
+        if (m_strip == nullptr) {
+            m_strip = new ReplyStrip(context(), this);
+            column().addWidget(m_strip);
+        }
         m_strip->setSession(*session);
         m_strip->show();
     } else if (ReplyStrip *const before = std::exchange(m_strip, nullptr)) {
         before->hide();
+        before->deleteLater();
     }
 }
 

@@ -10,6 +10,7 @@ namespace morvane {
 
 class Badge;
 class PixelFrameView;
+class ReplyStrip;
 class TextLabel;
 
 /// One finished session in the panel. A click opens it again. While its agent is still there, a
@@ -33,6 +34,10 @@ public:
     /// The position of the digit on show.
     const std::optional<int> &badge() const { return m_badge; }
 
+    bool isEditing() const override;
+    bool holdsText() const override;
+    void abandonEditing() override;
+
     /// No digit opens it any more.
     void outliveEntry() override;
 
@@ -51,7 +56,7 @@ private:
     Badge *m_digit;
     TextLabel *m_subtitle;
     std::optional<Session> m_session; ///< that the strip has last been looked up for
-    ReplyStrip *m_strip = nullptr;    ///< while it is on show
+    ReplyStrip *m_strip = nullptr;    ///< while a reply is offered
 };
 
 } // namespace morvane

@@ -3,7 +3,6 @@
 #include "Presentation/Overlay/PanelContext.h"
 #include "Presentation/Panel/AgentBadge.h"
 #include "Presentation/Panel/NameLine.h"
-#include "Presentation/Panel/ReplyStrip.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/FocusRing.h"
 
@@ -59,26 +58,11 @@ void ListRow::showAgent(std::optional<AgentKind> agent) {
 }
 
 bool ListRow::isEditing() const {
-    return m_nameLine->isEditing() || (m_reply != nullptr && m_reply->isReplying());
-}
-
-bool ListRow::holdsText() const {
-    return isEditing() || (m_reply != nullptr && m_reply->holdsText());
+    return m_nameLine->isEditing();
 }
 
 void ListRow::abandonEditing() {
     m_nameLine->abandonEditing();
-    if (m_reply != nullptr) {
-        m_reply->abandonReply();
-    }
-}
-
-ReplyStrip &ListRow::replyStrip() {
-    if (m_reply == nullptr) {
-        m_reply = new ReplyStrip(m_context, this);
-        m_column->addWidget(m_reply);
-    }
-    return *m_reply;
 }
 
 void ListRow::followPointer(std::optional<QPoint> pointer) {

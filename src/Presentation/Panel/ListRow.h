@@ -14,7 +14,6 @@ namespace morvane {
 
 class AgentBadge;
 class NameLine;
-class ReplyStrip;
 struct PanelContext;
 
 /// What the rows of the panel have in common: a click on them, the ground that shows the pointer,
@@ -24,13 +23,13 @@ class ListRow : public PanelButton {
 
 public:
     /// Whether a text field is open in the row.
-    bool isEditing() const;
+    virtual bool isEditing() const;
 
-    /// Whether a text would be lost with the row.
-    bool holdsText() const;
+    /// Whether a text would be out of sight with the row.
+    virtual bool holdsText() const { return isEditing(); }
 
     /// Closes the field; nothing is committed.
-    void abandonEditing();
+    virtual void abandonEditing();
 
     /// The row is no longer on the list and stays only for its text: it may have changed since.
     virtual void outliveEntry() = 0;
@@ -70,9 +69,6 @@ protected:
     QString name() const;
     void showAgent(std::optional<AgentKind> agent);
 
-    /// The strip that offers a reply; made at the end of the column when it is first called for.
-    ReplyStrip &replyStrip();
-
     /// What stands at the end of the column to be pressed, if anything does.
     virtual const QWidget *strip() const = 0;
 
@@ -85,7 +81,6 @@ private:
     AgentBadge *m_agent;
     QHBoxLayout *m_line;
     QVBoxLayout *m_column;
-    ReplyStrip *m_reply = nullptr;
     bool m_wasUnderPointer = false; ///< when it was last told where that is
 };
 
