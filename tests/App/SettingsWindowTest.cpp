@@ -98,6 +98,30 @@ TEST_F(SettingsWindowTest, ConnectsRepairsAndDisconnectsAnAgent) {
     EXPECT_EQ(read(".claude/settings.json"), R"({"model": "opus"})");
 }
 
+TEST_F(SettingsWindowTest, LeavesTheKeysAtAnAgentWhenAnotherComesOrGoes) {
+    home.write(".claude/settings.json", "{}");
+    home.write(".gemini/settings.json", "{}");
+    openSettings();
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    QPushButton *const connecting = button("Connect Gemini CLI");
+    connecting->setFocus();
+    home.write(".codex/config.toml");
+    comeBack();
+    QCoreApplication::sendPostedEvents();
+    EXPECT_TRUE(connecting->hasFocus());
+    EXPECT_EQ(tabOrder().mid(0, 3),
+              (QStringList{"Connect Claude Code", "Connect Codex", "Connect Gemini CLI"}));
+    QDir(home.path(".codex")).removeRecursively();
+    comeBack();
+    EXPECT_TRUE(connecting->hasFocus());
+    // Gone itself, it leaves them to none of the others.
+    QDir(home.path(".gemini")).removeRecursively();
+    comeBack();
+    EXPECT_EQ(tabOrder().first(), "Connect Claude Code");
+    EXPECT_EQ(qobject_cast<QAbstractButton *>(window->focusWidget()), nullptr);
+}
+
 TEST_F(SettingsWindowTest, ChangesSettingsAndFollowsThem) {
     openSettings();
     EXPECT_TRUE(reads("No supported agents detected yet."));

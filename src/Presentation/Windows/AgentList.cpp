@@ -2,11 +2,13 @@
 
 #include "Core/Agents/AgentAdapter.h"
 #include "Presentation/Style/Colors.h"
+#include "Presentation/Style/FocusRing.h"
 
 #include <QPainter>
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <utility>
 
 namespace morvane {
 
@@ -26,17 +28,7 @@ AgentList::AgentList(AgentConnections &connections, AgentRow::Detail detail, QWi
 void AgentList::show(const std::vector<const AgentAdapter *> &agents) {
     const auto kinds = [](const AgentAdapter *agent) { return agent->kind(); };
     if (!std::ranges::equal(agents, m_rows, {}, kinds, &AgentRow::agent)) {
-        for (AgentRow *row : m_rows) {
-            m_layout->removeWidget(row);
-            // It may be the one whose button was just pressed.
-            row->hide();
-            row->deleteLater();
-        }
-        m_rows.clear();
-        for (const AgentAdapter *agent : agents) {
-            m_rows.push_back(new AgentRow(*agent, m_connections, m_detail, this));
-            m_layout->addWidget(m_rows.back());
-        }
+        takeOver(agents);
         takePlaceInTabOrder();
     }
     for (AgentRow *row : m_rows) {
@@ -44,6 +36,28 @@ void AgentList::show(const std::vector<const AgentAdapter *> &agents) {
     }
     setVisible(!m_rows.empty());
     update();
+}
+
+void AgentList::takeOver(const std::vector<const AgentAdapter *> &agents) {
+    std::vector<AgentRow *> before = std::exchange(m_rows, {});
+    for (const AgentAdapter *agent : agents) {
+        const auto known = std::ranges::find(before, agent->kind(), &AgentRow::agent);
+        if (known != before.end()) {
+            m_rows.push_back(*known);
+            before.erase(known);
+        } else {
+            m_rows.push_back(new AgentRow(*agent, m_connections, m_detail, this));
+        }
+        m_layout->addWidget(m_rows.back());
+    }
+    for (AgentRow *row : before) {
+        // It may be the one whose button was just pressed, and the keys are not to come to another.
+        if (containsFocus(*row)) {
+            setFocus();
+        }
+        row->hide();
+        row->deleteLater();
+    }
 }
 
 /// What is made later would come behind everything that is there already. The list has been in its

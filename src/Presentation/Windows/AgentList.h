@@ -26,6 +26,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void takeOver(const std::vector<const AgentAdapter *> &agents);
     void takePlaceInTabOrder();
 
     AgentConnections &m_connections;
