@@ -230,14 +230,12 @@ void AppController::createPresenters() {
     m_presenterManager->onExpandedChanged = [this](bool isExpanded) {
         m_panelKeys.panelExpanded(isExpanded);
     };
-    if (m_platform.hasScreen) {
-        m_presenterManager->onShownChanged = [this](bool isShown) {
-            m_isShown = isShown;
-            if (!isShown) {
-                releaseWhoeverWaits();
-            }
-        };
-    }
+    m_presenterManager->onShownChanged = [this](bool isShown) {
+        m_isShown = isShown;
+        if (!isShown) {
+            releaseWhoeverWaits();
+        }
+    };
     m_presenterManager->start();
 }
 

@@ -8,6 +8,8 @@ namespace {
 
 class ApprovalsTest : public ControllerFixture {
 protected:
+    ApprovalsTest() { addFakeScreen(platform); }
+
     std::string permissionRequest() const {
         return httpPost("/event",
                         {{"x-morvane-token", settings.eventToken().toStdString()},
@@ -76,7 +78,6 @@ TEST_F(ApprovalsTest, ReleasesWhoeverWaitsWhenApprovalsEnd) {
 }
 
 TEST_F(ApprovalsTest, LetsNobodyWaitWhereItIsShownOnNoDisplay) {
-    addFakeScreen(platform);
     controller.start();
     HttpClient hook = ask();
     settings.setDisplayMode(DisplayTargetMode::externalOnly);
@@ -91,7 +92,6 @@ TEST_F(ApprovalsTest, LetsNobodyWaitWhereItIsShownOnNoDisplay) {
 }
 
 TEST_F(ApprovalsTest, ADigitAnswersThePromptOrOpensTheRecordThatCouldBeRead) {
-    addFakeScreen(platform);
     controller.start();
     store.apply(EventBuilder(CanonicalEvent::turnEnd).in("over").at("/over"));
     const auto press = [this](const char *key) {

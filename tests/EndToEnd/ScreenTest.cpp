@@ -20,6 +20,9 @@ protected:
 
     void startAll() override {
         ASSERT_NO_FATAL_FAILURE(startTerminal({"-fullscreen"}));
+        ASSERT_NO_FATAL_FAILURE(startProgram());
+    }
+    void startProgram() {
         program = start({MORVANE});
         ASSERT_TRUE(home.waitForHook());
         ASSERT_TRUE(waitUntil([this] { return !tab().isNull(); }));
@@ -141,6 +144,19 @@ TEST_P(ManagedScreenTest, AnswersByTheKeyboardAloneWhichTheTerminalHasBackThen) 
     display->press("ctrl+2");
     EXPECT_TRUE(waitUntil([this] { return received().size() >= 7; }));
     EXPECT_EQ(received(), QByteArray("typed\x1b\0", 7));
+}
+
+TEST_F(ScreenTest, AWaitingHookIsSilentWhenTheProgramEnds) {
+    for (const auto end : {&ChildProcess::kill, &ChildProcess::terminate}) {
+        const auto hook = ask();
+        movePointerToTab();
+        EXPECT_TRUE(waitUntil([this] { return find("button", "Allow").has_value(); }));
+        EXPECT_TRUE(hook->isRunning());
+        (*program.*end)();
+        EXPECT_EQ(hook->outputAtEnd(), "");
+        movePointerAway();
+        ASSERT_NO_FATAL_FAILURE(startProgram());
+    }
 }
 
 TEST_F(ScreenTest, ADigitAnswersAndTheTerminalGetsNothingOfIt) {
