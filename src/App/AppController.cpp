@@ -36,8 +36,10 @@ AppController::AppController(MorvaneSettings &settings, const PlatformServices &
                       *platform.scheduler),
       m_panelKeys(*platform.hotKeys, *platform.scheduler, InlineEditing::shared(), keyActions()),
       m_trayStandIn(settings, m_connections, platform) {
-    connect(&m_store, &SessionStore::sessionRemoved, this,
-            [this](const QString &sessionID) { m_agentProcesses.forget(sessionID); });
+    connect(&m_store, &SessionStore::sessionRemoved, this, [this](const QString &sessionID) {
+        m_agentProcesses.forget(sessionID);
+        m_unsentReplies.remove(sessionID); // which nothing could send any more
+    });
     connect(&m_connections, &AgentConnections::statusChanged, this, [this] {
         m_launchAtLogin = m_platform.loginItem->isEnabled();
         m_canFocusWindows = m_platform.hostWindows->canFocusWindows();

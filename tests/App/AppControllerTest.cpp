@@ -2,6 +2,10 @@
 #include "Support/EventBuilder.h"
 #include "Support/HttpClient.h"
 
+#include <QAbstractButton>
+#include <QLineEdit>
+#include <QTest>
+
 namespace morvane {
 namespace {
 
@@ -222,6 +226,36 @@ TEST_F(AppControllerTest, TypesAReplyOnlyIntoASessionThatIsStillAtItsEnd) {
     controller.reply(store.sessions().value("other"), "go on", told);
     typeAll();
     EXPECT_EQ(outcomes, QList<bool>({true, false, false, false, true}));
+}
+
+TEST_F(AppControllerTest, OffersAReplyThatWasNotSentUntilItsSessionIsGone) {
+    addFakeScreen(platform);
+    static_cast<FakeProcesses &>(*platform.processes).listeners["/s"] = 1;
+    controller.start();
+    PaneLocator pane;
+    pane.tmux = "%1";
+    pane.tmuxServer = "/s,1,0";
+    const auto end = EventBuilder(CanonicalEvent::turnEnd)
+                         .at("/shop")
+                         .with(&HookEvent::pane, pane)
+                         .with(&HookEvent::ttyName, QString("/dev/pts/5"));
+    store.apply(end);
+    const auto reply = [this] {
+        controller.presenterManager()->presentPanel();
+        scheduler.advance(Seconds(1));
+        const auto &panel = *static_cast<FakeOverlayWindows &>(*platform.overlays).alive.first();
+        return shownControl<QAbstractButton>(panel.widget(), "Reply to shop");
+    };
+    QAbstractButton *const button = reply();
+    ASSERT_NE(button, nullptr);
+    button->click();
+    auto *field = button->parentWidget()->findChild<QLineEdit *>();
+    QTest::keyClicks(field, "go on");
+    QTest::keyClick(field, Qt::Key_Return);
+    static_cast<FakeTools &>(*platform.tools).finish("of another terminal");
+    EXPECT_NE(reply(), nullptr);
+    store.apply(end.with(&HookEvent::kind, CanonicalEvent::sessionEnd));
+    EXPECT_EQ(reply(), nullptr);
 }
 
 TEST_F(AppControllerTest, CountsAsSeenWhatAPersonGoesTo) {

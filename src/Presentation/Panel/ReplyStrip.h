@@ -14,8 +14,8 @@ struct PanelContext;
 
 /// Offers to type a line into the terminal of a session that has finished. The field stays open
 /// when it loses the focus: nothing is sent but what somebody has sent. Then it says whether that
-/// went out. What hasn't been sent is offered again on every display, unless somebody has given it
-/// up.
+/// went out. What hasn't been sent is offered again on every display while the session is there,
+/// unless somebody has given it up.
 class ReplyStrip : public QWidget {
     Q_OBJECT
 
