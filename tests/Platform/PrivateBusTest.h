@@ -5,6 +5,7 @@
 #include "Support/WaitUntil.h"
 
 #include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
 #include <QStandardPaths>
@@ -20,15 +21,16 @@ constexpr const char *busConfiguration = R"(<busconfig><type>session</type>
 <allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/>
 </policy></busconfig>)";
 
-/// A stand-in for a service on a bus, for as long as it lives: it answers at this path, and with
-/// `SubPath` at those below it.
+/// A stand-in for a service on a bus, for as long as it lives, or until another takes its place: it
+/// answers at this path, and with `SubPath` at those below it.
 class BusService : public QDBusVirtualObject {
 public:
     BusService(const QDBusConnection &bus, const QString &path, const QString &name,
                QDBusConnection::VirtualObjectRegisterOption where = QDBusConnection::SubPath)
         : m_bus(bus), m_path(path), m_name(name) {
         m_bus.registerVirtualObject(m_path, this, where);
-        m_bus.registerService(m_name);
+        m_bus.interface()->registerService(m_name, QDBusConnectionInterface::ReplaceExistingService,
+                                           QDBusConnectionInterface::AllowReplacement);
     }
     ~BusService() override {
         m_bus.unregisterService(m_name);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
@@ -19,7 +20,12 @@ public:
         m_bus.unregisterObject(m_path);
     }
 
-    void come() { m_bus.registerService(m_service); }
+    /// In the place of the one that is there, if any.
+    void come() {
+        m_bus.interface()->registerService(m_service,
+                                           QDBusConnectionInterface::ReplaceExistingService,
+                                           QDBusConnectionInterface::AllowReplacement);
+    }
     void go() { m_bus.unregisterService(m_service); }
     void setHost(bool hasHost) {
         m_hasHost = hasHost;

@@ -90,6 +90,9 @@ TEST_F(DesktopMotionTest, HearsAPortalThatComesLateWhicheverDesktopItIsOf) {
         EXPECT_FALSE(motion.isReduced());
         const Portal portal(connection("portal" + name), settings);
         EXPECT_TRUE(becomes(motion, true));
+        // Another takes its place.
+        const Portal moving(connection("moving" + name), {{appearance, {{"reduced-motion", 0u}}}});
+        EXPECT_TRUE(becomes(motion, false));
     }
     const DesktopMotion alone(QDBusConnection("never connected"));
     EXPECT_FALSE(alone.isReduced());

@@ -5,6 +5,8 @@
 #include <QDBusArgument>
 #include <QDBusObjectPath>
 
+#include <utility>
+
 namespace morvane {
 namespace {
 
@@ -134,6 +136,11 @@ TEST_F(GlobalShortcutsPortalTest, TakesANoForANoAndAPortalThatComesLate) {
     const std::uint32_t panel = keys.registerKey(panelKey, "Open Morvane");
     EXPECT_TRUE(becomes(keys, panel, State::unavailable));
     auto portal = std::make_unique<ShortcutsPortal>(connection("portal"));
+    EXPECT_TRUE(becomes(keys, panel, State::works));
+    // Another takes its place.
+    const auto former =
+        std::exchange(portal, std::make_unique<ShortcutsPortal>(connection("one that takes over")));
+    EXPECT_TRUE(becomesTrue([&] { return portal->calls.contains("BindShortcuts"); }));
     EXPECT_TRUE(becomes(keys, panel, State::works));
     portal.reset();
     EXPECT_TRUE(becomes(keys, panel, State::unavailable));

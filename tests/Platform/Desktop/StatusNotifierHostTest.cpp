@@ -27,6 +27,15 @@ TEST_F(StatusNotifierHostTest, IsPresentWhileAWatcherHasAHost) {
     watcher.come();
     EXPECT_TRUE(becomes(true));
 
+    // Another takes its place, which has no item yet.
+    int changes = 0;
+    QObject::connect(&host, &StatusItemHost::presenceChanged, &watcher, [&] { ++changes; });
+    TrayWatcher other(connection("other"));
+    other.setHost(true);
+    other.come();
+    EXPECT_TRUE(becomesTrue([&] { return changes == 2; }));
+    EXPECT_TRUE(host.isPresent());
+
     const StatusNotifierHost later(connection("later"));
     EXPECT_TRUE(becomesTrue([&] { return later.isPresent(); }));
     const StatusNotifierHost without(QDBusConnection("never connected"));

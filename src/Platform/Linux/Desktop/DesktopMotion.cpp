@@ -35,11 +35,16 @@ bool isZero(const QVariant &factor) {
 } // namespace
 
 DesktopMotion::DesktopMotion(const QDBusConnection &bus)
-    : m_bus(bus), m_watcher(service, m_bus, QDBusServiceWatcher::WatchForRegistration) {
+    : m_bus(bus), m_watcher(service, m_bus, QDBusServiceWatcher::WatchForOwnerChange) {
     if (!m_bus.isConnected()) {
         return;
     }
-    connect(&m_watcher, &QDBusServiceWatcher::serviceRegistered, this, &DesktopMotion::ask);
+    connect(&m_watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString &, const QString &, const QString &owner) {
+                if (!owner.isEmpty()) {
+                    ask();
+                }
+            });
     // The bus knows signals by their name alone. The message comes whole, since Qt drops a signal
     // whose arguments are of a type that it has not yet met in this process.
     m_bus.connect(service, path, interface, QStringLiteral("SettingChanged"), this,

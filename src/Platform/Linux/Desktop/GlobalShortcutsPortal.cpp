@@ -60,15 +60,18 @@ GlobalShortcutsPortal::GlobalShortcutsPortal(const QDBusConnection &bus)
     if (!m_bus.isConnected()) {
         return;
     }
-    connect(&m_watcher, &QDBusServiceWatcher::serviceRegistered, this, [this] {
-        introduce();
-        startAnew();
-    });
-    connect(&m_watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
-        endRequest();
-        m_session.clear();
-        setStates([](std::uint32_t) { return State::unavailable; });
-    });
+    // One that takes the place of another knows nothing of what was asked for and given there.
+    connect(&m_watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString &, const QString &, const QString &owner) {
+                m_session.clear();
+                if (owner.isEmpty()) {
+                    endRequest();
+                    setStates([](std::uint32_t) { return State::unavailable; });
+                } else {
+                    introduce();
+                    startAnew();
+                }
+            });
     m_bus.connect(portalService, portalPath, portalShortcuts, QStringLiteral("Activated"), this,
                   SLOT(activated(QDBusMessage)));
     m_bus.connect(portalService, portalPath, portalShortcuts, QStringLiteral("ShortcutsChanged"),

@@ -19,9 +19,14 @@ StatusNotifierHost::StatusNotifierHost(const QDBusConnection &bus)
     if (!m_bus.isConnected()) {
         return;
     }
-    connect(&m_watcher, &QDBusServiceWatcher::serviceRegistered, this, &StatusNotifierHost::ask);
-    connect(&m_watcher, &QDBusServiceWatcher::serviceUnregistered, this,
-            [this] { setPresent(false); });
+    // One that takes the place of another knows nothing of the items that were put there.
+    connect(&m_watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString &, const QString &, const QString &owner) {
+                setPresent(false);
+                if (!owner.isEmpty()) {
+                    ask();
+                }
+            });
     // The bus knows signals by their name alone.
     for (const char *signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
         m_bus.connect(watcherService, watcherPath, watcherService, QLatin1String(signal), this,
