@@ -1,6 +1,7 @@
 #include "Platform/Linux/X11/X11HeldKeys.h"
 #include "Platform/X11/OverlayFixture.h"
 
+#include <QKeyEvent>
 #include <QMenu>
 #include <QWindow>
 
@@ -12,7 +13,7 @@ class HeldKeysTest : public OverlayFixture, private QAbstractNativeEventFilter {
 protected:
     void startAll() override {
         ASSERT_NO_FATAL_FAILURE(OverlayFixture::startAll());
-        ASSERT_TRUE(display->run({"xset", "r", "rate", "100", "50"}));
+        ASSERT_TRUE(display->run({"xset", "r", "rate", "100", "250"}));
         heldKeys = std::make_unique<X11HeldKeys>();
         application->installNativeEventFilter(this);
         panel->windowHandle()->installEventFilter(&heard);
@@ -27,15 +28,23 @@ protected:
         return becomesTrue([this] { return told >= 3; });
     }
 
+    /// Whether a letter comes to the field, behind all that has happened before.
+    bool reaches(const char *letter) {
+        type(letter);
+        return becomesTrue([&] { return field->text().endsWith(QLatin1String(letter)); });
+    }
+
     struct : QObject {
         bool eventFilter(QObject *, QEvent *event) override {
-            presses += event->type() == QEvent::KeyPress ? 1 : 0;
-            releases += event->type() == QEvent::KeyRelease ? 1 : 0;
+            const auto *key = dynamic_cast<QKeyEvent *>(event);
+            const bool isReturn = key != nullptr && key->key() == Qt::Key_Return;
+            presses += isReturn && key->type() == QEvent::KeyPress ? 1 : 0;
+            releases += isReturn && key->type() == QEvent::KeyRelease ? 1 : 0;
             return false;
         }
         int presses = 0;
         int releases = 0;
-    } heard;
+    } heard; ///< of the key Return
 
 private:
     bool nativeEventFilter(const QByteArray &, void *message, qintptr *) override {
@@ -55,7 +64,6 @@ TEST_F(HeldKeysTest, AKeyThatIsHeldIsLetGoOnce) {
     EXPECT_EQ(heard.releases, 0);
     letGo("Return");
     EXPECT_TRUE(becomesTrue([this] { return heard.releases > 0; }));
-    EXPECT_EQ(heard.releases, 1);
     hold("a");
     EXPECT_TRUE(becomesTrue([this] { return field->text().size() >= 4; }));
     letGo("a");
@@ -70,6 +78,7 @@ TEST_F(HeldKeysTest, AKeyThatWentDownInAnotherWindowBeginsNothing) {
     ASSERT_TRUE(takeKeyboard());
     EXPECT_TRUE(isTold());
     letGo("Return");
+    ASSERT_TRUE(reaches("a"));
     EXPECT_EQ(heard.presses, 0);
 
     // A menu acts on the press.
@@ -84,9 +93,8 @@ TEST_F(HeldKeysTest, AKeyThatWentDownInAnotherWindowBeginsNothing) {
     EXPECT_TRUE(becomesTrue([&] { return isChosen; }));
     EXPECT_TRUE(isTold());
     letGo("Return");
+    EXPECT_TRUE(reaches("b"));
     EXPECT_EQ(heard.presses, 0);
-    type("a");
-    EXPECT_TRUE(becomesTrue([this] { return field->text() == "a"; }));
 }
 } // namespace
 } // namespace morvane

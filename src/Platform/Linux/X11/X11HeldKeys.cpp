@@ -46,13 +46,16 @@ bool X11HeldKeys::keepsPress(std::uint8_t key, std::uint32_t time) {
 
 bool X11HeldKeys::keepsRelease(std::uint8_t key, std::uint32_t time) {
     const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (x11 == nullptr || !isDown(x11->connection(), key)) {
-        m_begun.reset(key);
-        return false;
+    const bool isHeld = x11 != nullptr && isDown(x11->connection(), key);
+    // Where the program is late, the key may be up by now and this have been a repetition still.
+    if (isHeld || !m_begun[key]) {
+        m_repeatedKey = key;
+        m_repeatedAt = time;
     }
-    m_repeatedKey = key;
-    m_repeatedAt = time;
-    return true;
+    if (!isHeld) {
+        m_begun.reset(key);
+    }
+    return isHeld;
 }
 
 } // namespace morvane
