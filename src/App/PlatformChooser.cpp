@@ -34,6 +34,7 @@
 #include "Platform/NullScripting.h"
 
 #include <QApplication>
+#include <QFileInfo>
 
 #include <functional>
 #include <utility>
@@ -58,7 +59,8 @@ struct Windows {
 /// other only those of XWayland are to be seen.
 Windows chooseWindows(X11Connection &x11, Scheduler &scheduler) {
     if (x11.isXwayland()) {
-        if (const QString sway = qEnvironmentVariable("SWAYSOCK"); !sway.isEmpty()) {
+        // What has outlived its session may still be in the environment of the next.
+        if (const QString sway = qEnvironmentVariable("SWAYSOCK"); QFileInfo::exists(sway)) {
             return {std::make_unique<SwayWindowSystem>(sway),
                     std::make_unique<SwayFullscreenWindows>(sway)};
         }
