@@ -27,8 +27,8 @@ public:
     template <typename Work, typename Use>
     void compute(Work work, Scheduler &scheduler, QObject *owner, Use use) {
         run([work = std::move(work), use = std::move(use), owner = QPointer<QObject>(owner),
-             &scheduler] {
-            scheduler.post([result = work(), use, owner] {
+             &scheduler]() mutable {
+            scheduler.post([result = work(), use = std::move(use), owner] {
                 if (owner) {
                     use(result);
                 }
