@@ -58,7 +58,6 @@ WorkArea::WorkArea(X11Connection &x11) : m_x11(x11) {
         }
     });
     connect(&m_x11, &X11Connection::topLevelsChanged, this, &WorkArea::read);
-    m_x11.watchTopLevels();
     read();
 }
 

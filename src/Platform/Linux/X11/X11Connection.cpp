@@ -81,7 +81,9 @@ bool X11Connection::isReachable() {
 X11Connection::X11Connection(Handle connection, int screen)
     : m_connection(std::move(connection)), m_root(screenAt(m_connection.get(), screen)->root) {
     m_isXwayland = findXwayland();
-    watchRoot(XCB_EVENT_MASK_PROPERTY_CHANGE);
+    constexpr std::uint32_t events =
+        XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+    xcb_change_window_attributes(m_connection.get(), m_root, XCB_CW_EVENT_MASK, &events);
     watchCompositor(screen);
     findInputExtension();
     const int descriptor = xcb_get_file_descriptor(m_connection.get());
@@ -152,15 +154,6 @@ bool X11Connection::findXwayland() {
            std::ranges::any_of(screens, [&](const QScreen *screen) {
                return screen->name().startsWith(QLatin1String(name.data()));
            });
-}
-
-void X11Connection::watchRoot(std::uint32_t events) {
-    xcb_change_window_attributes(connection(), m_root, XCB_CW_EVENT_MASK, &events);
-}
-
-void X11Connection::watchTopLevels() {
-    watchRoot(XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
-    xcb_flush(connection());
 }
 
 void X11Connection::watchCompositor(int screen) {

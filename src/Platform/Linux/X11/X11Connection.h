@@ -45,10 +45,6 @@ public:
     /// The child of the root window that the pointer is over; none over the bare ground.
     std::uint32_t windowUnderPointer() const;
 
-    /// From now on tells when windows come to or go from the desktop, which the window manager need
-    /// not know of.
-    void watchTopLevels();
-
     /// Whether to tell of the buttons of all mice, wherever they are pressed.
     void watchPresses(bool watch);
 
@@ -73,7 +69,8 @@ signals:
     void windowPropertyChanged(std::uint32_t window, std::uint32_t atom);
     /// A watched window has been moved, shown, hidden or closed.
     void windowStructureChanged(std::uint32_t window);
-    /// Windows that lie on the desktop have been shown, hidden or closed, or put into another.
+    /// Windows that lie on the desktop have been shown, hidden or closed, or put into another. The
+    /// window manager need not know of them.
     void topLevelsChanged();
     void compositedChanged();
     /// The time that was asked for, in the server's milliseconds.
@@ -96,7 +93,6 @@ private:
 
     X11Connection(Handle connection, int screen);
     bool findXwayland();
-    void watchRoot(std::uint32_t events);
     void watchCompositor(int screen);
     void findInputExtension();
     void readPropertyChange(std::uint32_t window, std::uint32_t atom, std::uint32_t time);
