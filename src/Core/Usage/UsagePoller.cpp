@@ -38,20 +38,13 @@ bool isOver(const std::optional<UsageWindow> &window, Date now) {
     return window && window->isOver(now);
 }
 
+/// The endpoint reckons the reset of one window anew for each answer, to a second or two.
 constexpr Seconds resetVaries(60);
-
-/// The endpoint reckons the reset of one window anew for each answer, to a second or two. The
-/// window keeps the time that it is known by, so that nothing is told of it twice.
-void recognize(std::optional<UsageWindow> &told, const std::optional<UsageWindow> &known) {
-    if (told && known && told->resetsAt && known->resetsAt &&
-        std::chrono::abs(*told->resetsAt - *known->resetsAt) < resetVaries) {
-        told->resetsAt = known->resetsAt;
-    }
-}
 
 /// What is used of one window never falls, so the lower figure is the older one.
 bool isOlder(const std::optional<UsageWindow> &told, const std::optional<UsageWindow> &known) {
-    return told && known && told->resetsAt && told->resetsAt == known->resetsAt &&
+    return told && known && told->resetsAt && known->resetsAt &&
+           std::chrono::abs(*told->resetsAt - *known->resetsAt) < resetVaries &&
            told->utilization < known->utilization;
 }
 
@@ -222,12 +215,11 @@ void UsagePoller::takeAnswer(const std::optional<HttpsAnswer> &answer) {
 }
 
 void UsagePoller::takeBody(const QByteArray &body) {
-    auto usage = UsageFormat::parse(body, m_ports.scheduler.now());
+    const auto usage = UsageFormat::parse(body, m_ports.scheduler.now());
     if (!usage) {
         failClaude(tr("unexpected usage format"), mostBackoff);
         return;
     }
-    recognizeWindows(*usage);
     takeUsage(*usage);
     m_unavailableReason.reset();
     m_backoffMultiplier = 1;
@@ -292,7 +284,6 @@ void UsagePoller::ingestLive(const QByteArray &data, AgentKind agent) {
     if (!usage || isOver(usage->session, now) || isOver(usage->weekly, now)) {
         return;
     }
-    recognizeWindows(*usage);
     if (m_usage &&
         (isOlder(usage->session, m_usage->session) || isOlder(usage->weekly, m_usage->weekly))) {
         return;
@@ -308,14 +299,6 @@ void UsagePoller::ingestLive(const QByteArray &data, AgentKind agent) {
         m_unavailableReason.reset();
     }
     emit changed();
-}
-
-void UsagePoller::recognizeWindows(Usage &usage) const {
-    if (m_usage) {
-        recognize(usage.session, m_usage->session);
-        recognize(usage.weekly, m_usage->weekly);
-        recognize(usage.fable, m_usage->fable);
-    }
 }
 
 void UsagePoller::takeUsage(const Usage &usage) {

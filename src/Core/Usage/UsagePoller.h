@@ -107,7 +107,6 @@ private:
     void takeCodex(const Result<CodexUsage> &result);
     void failClaude(const QString &reason, double mostBackoff);
     void endClaudePoll();
-    void recognizeWindows(Usage &usage) const;
     void takeUsage(const Usage &usage);
     void detectWeeklyReset(const Usage &usage);
     void evaluateMilestones(const Usage &usage);
