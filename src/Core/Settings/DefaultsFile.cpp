@@ -62,7 +62,10 @@ bool DefaultsFile::isWithout(const QStringList &keys) {
 void DefaultsFile::replace(const QVariantMap &values) {
     QDir().mkpath(QFileInfo(m_path).path());
     const auto read = present();
-    if (!read && QFileInfo::exists(m_path)) {
+    if (const QFileInfo info(m_path); !read && info.exists()) {
+        if (info.isFile() && info.isReadable() && !RegularFile::head(m_path, 1)) {
+            return; // nothing is known of it: no descriptor is left, or no disk answers
+        }
         // Whatever it is, it is the person's: it is kept under another name.
         QFile::remove(m_aside);
         if (!QFile::rename(linkTarget(m_path), m_aside)) {
