@@ -309,10 +309,16 @@ void AppController::reply(const Session &session, const QString &text,
         const Session now = m_store.sessions().value(id);
         return now.isFinished() && SessionOrder::hasItsPane(now, m_store.sessions());
     };
+    const auto tell = [weak = QPointer(this), id = session.id, told](bool isSent) {
+        told(isSent);
+        if (weak && !weak->m_store.sessions().contains(id)) {
+            weak->m_unsentReplies.remove(id); // its session has gone meanwhile
+        }
+    };
     if (isWanted()) {
-        m_terminalReply.send(text, m_store.sessions().value(session.id), isWanted, told);
+        m_terminalReply.send(text, m_store.sessions().value(session.id), isWanted, tell);
     } else {
-        told(false);
+        tell(false);
     }
 }
 

@@ -1,6 +1,7 @@
 #include "Presentation/Panel/ReplyStrip.h"
 
 #include "Core/Ground/BoundedText.h"
+#include "Core/Sessions/SessionStore.h"
 #include "Presentation/Overlay/InlineNameField.h"
 #include "Presentation/Overlay/PanelContext.h"
 #include "Presentation/Panel/DecideButton.h"
@@ -45,12 +46,22 @@ void ReplyStrip::setSession(const Session &session) {
     m_affordance->setAccessibleName(
         tr("Reply to %1").arg(BoundedText::of(session.displayName(), BoundedText::lineLength)));
     if (isAnotherEnd) {
-        tell(m_context.unsentReplies.contains(session.id) ? tr("not sent") : QString());
+        tell(isUnsent() ? tr("not sent") : QString());
     }
 }
 
+void ReplyStrip::refresh() {
+    if (isUnsent() != m_toldUnsent) {
+        tell(isUnsent() ? tr("not sent") : QString());
+    }
+}
+
+bool ReplyStrip::isUnsent() const {
+    return m_context.unsentReplies.contains(m_session.id);
+}
+
 bool ReplyStrip::holdsText() const {
-    return isReplying() || m_isSending || m_context.unsentReplies.contains(m_session.id);
+    return isReplying() || m_isSending || isUnsent();
 }
 
 void ReplyStrip::abandonReply() {
@@ -114,7 +125,7 @@ void ReplyStrip::send(const QString &text) {
 }
 
 void ReplyStrip::keep(const QString &text) {
-    if (text.isEmpty()) {
+    if (text.isEmpty() || !m_context.store.sessions().contains(m_session.id)) {
         m_context.unsentReplies.remove(m_session.id);
     } else {
         m_context.unsentReplies.insert(m_session.id, text);
@@ -122,6 +133,7 @@ void ReplyStrip::keep(const QString &text) {
 }
 
 void ReplyStrip::tell(const QString &outcome) {
+    m_toldUnsent = isUnsent();
     m_outcome->setText(outcome);
     m_outcome->setVisible(!isReplying() && !outcome.isEmpty());
 }
