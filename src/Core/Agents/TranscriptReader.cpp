@@ -58,8 +58,8 @@ TranscriptInfo readTail(const QString &path, TakeLine takeLine, qsizetype size) 
 
 std::optional<TranscriptOrigin> readOrigin(const QString &path, FindOrigin findOrigin) {
     QByteArray head = RegularFile::head(path, headSize).value_or(QByteArray());
-    if (head.size() == headSize) {
-        head.truncate(head.lastIndexOf('\n') + 1); // it is usually cut, within a character or not
+    if (head.size() == headSize && !isUtf8(head)) {
+        head.truncate(head.lastIndexOf('\n') + 1); // it may end within a character
     }
     if (!isUtf8(head)) {
         return std::nullopt;

@@ -29,8 +29,8 @@ TranscriptInfo newestFirst(QByteArrayView lines, TakeLine takeLine);
 /// Whose session a line tells the transcript to be, if it does.
 using FindOrigin = std::optional<TranscriptOrigin> (*)(const JsonObject &line);
 
-/// What the first of the whole lines says that says it, within the first 65536 bytes of the file.
-/// None where these aren't UTF-8.
+/// What the first of the lines says that says it, within the first 65536 bytes of the file. None
+/// where these aren't UTF-8, but for a character that is cut at their end.
 std::optional<TranscriptOrigin> readOrigin(const QString &path, FindOrigin findOrigin);
 
 /// The text fit for one line on screen: trimmed, without line feeds, and cut to 120 characters as
