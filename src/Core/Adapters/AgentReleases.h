@@ -10,7 +10,7 @@
 #include <span>
 
 /// The releases of agents that are known to speak otherwise than the first contract. Whether one
-/// belongs here is found out by running it, with scripts/try-agent. Safe from any thread.
+/// belongs here is found out by running it. Safe from any thread.
 namespace morvane::AgentReleases {
 
 /// The releases from the first of them that was tried up to the one that nobody can vouch for any

@@ -84,7 +84,8 @@ TEST(AgentReleases, TellWhoElseAsks) {
          {std::pair(claude, AgentRelease{2, 1, 332}), {factory, {0, 225, 2}}}) {
         for (const char *type :
              {"elicitation_dialog", "elicitation_url_dialog", "worker_permission_prompt"}) {
-            EXPECT_EQ(meaning(agent, listed, type), CanonicalEvent::needsInput) << type;
+            EXPECT_EQ(meaning(agent, listed, type), CanonicalEvent::needsInput)
+                << rawValue(agent) << ' ' << type;
             EXPECT_EQ(meaning(agent, {}, type), std::nullopt) << type;
         }
         EXPECT_EQ(meaning(agent, listed, "elicitation_response"), std::nullopt);

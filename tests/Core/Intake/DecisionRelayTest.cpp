@@ -142,8 +142,8 @@ TEST_F(StillRelayTest, ReleasesWhoeverWaitsWithoutWaitingItself) {
     EXPECT_EQ(waiting(), 1u);
     goOn();
     std::array<char, 256> answer{};
-    const ssize_t size = ::recv(hook.number(), answer.data(), answer.size(), 0);
-    EXPECT_EQ(std::string(answer.data(), std::max<ssize_t>(size, 0)), okAnswer);
+    EXPECT_GT(::recv(hook.number(), answer.data(), answer.size() - 1, 0), 0);
+    EXPECT_EQ(std::string(answer.data()), okAnswer);
     EXPECT_EQ(told, std::vector<std::string>{"call_1"});
     EXPECT_EQ(waiting(), 0u);
 }
