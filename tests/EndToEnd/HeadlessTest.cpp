@@ -41,6 +41,10 @@ TEST_F(HeadlessTest, LetsAHookGoAtOnceThatNobodyCouldAnswer) {
 }
 
 TEST_F(HeadlessTest, HasItsPortAndItsTokenAgainAfterASuddenEnd) {
+    // The token may reach the disk a moment later than the script.
+    ASSERT_TRUE(waitUntil([this] {
+        return home.read(".config/morvane/io.morvane.morvane.json").contains("eventToken");
+    }));
     program->kill();
     ChildProcess late(home.hook({"claude", "Stop"}), home.environment(), "{}");
     EXPECT_EQ(late.outputAtEnd(), "");

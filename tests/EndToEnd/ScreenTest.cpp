@@ -153,7 +153,7 @@ TEST_F(ScreenTest, AWaitingHookIsSilentWhenTheProgramEnds) {
         EXPECT_TRUE(waitUntil([this] { return find("button", "Allow").has_value(); }));
         EXPECT_TRUE(hook->isRunning());
         (*program.*end)();
-        EXPECT_EQ(hook->outputAtEnd(), "");
+        EXPECT_EQ(hook->outputAtEnd(), "") << (end == &ChildProcess::kill ? "killed" : "ended");
         movePointerAway();
         ASSERT_NO_FATAL_FAILURE(startProgram());
     }
