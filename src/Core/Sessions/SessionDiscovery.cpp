@@ -111,7 +111,7 @@ bool isSameFolder(const QString &one, const QString &other) {
 }
 
 /// Leaves those that an agent still runs in the folder of: the latest, and no more of a folder than
-/// agents are there. A session that doesn't tell its folder is nobody's.
+/// agents are there. A session that doesn't tell its folder may be any agent's that is left over.
 QList<DiscoveredSession> running(QList<DiscoveredSession> found, const Processes &processes) {
     std::ranges::sort(found, std::greater(), &DiscoveredSession::lastActive);
     QHash<AgentKind, std::optional<QStringList>> folders;
@@ -129,7 +129,7 @@ QList<DiscoveredSession> running(QList<DiscoveredSession> found, const Processes
         const auto place = std::ranges::find_if(
             *here, [&](const QString &folder) { return isSameFolder(session.cwd, folder); });
         if (place == here->end()) {
-            return true;
+            return !session.cwd.isEmpty() || here->isEmpty();
         }
         here->erase(place);
         return false;

@@ -165,9 +165,14 @@ TEST_F(DiscoveryTest, BringsBackNoMoreSessionsOfAFolderThanAgentsRunThere) {
     QDir().mkpath(folder);
     ASSERT_TRUE(QFile::link(folder, home.path("link")));
     session("linked", QFile::encodeName(home.path("link")), 30);
+    session("untold", "", 5);
+    session("untold and late", "", 400);
     FakeProcesses processes;
     processes.folders["claude"] = {QFileInfo(folder).canonicalFilePath(), "/srv/a", "/srv/c"};
-    EXPECT_EQ(found(processes), (QStringList{"linked " + home.path("link"), "new /srv/a"}));
+    const QStringList known{"linked " + home.path("link"), "new /srv/a"};
+    EXPECT_EQ(found(processes), known + QStringList({"untold ", "untold and late "}));
+    processes.folders["claude"].removeLast();
+    EXPECT_EQ(found(processes), known + QStringList{"untold "});
 }
 
 } // namespace
