@@ -183,8 +183,7 @@ void AgentConnections::installHooks(AgentKind kind) {
 }
 
 void AgentConnections::uninstallHooks(AgentKind kind) {
-    perform(AgentRegistry::adapter(kind), tr("%1 disconnect failed: %2"),
-            &HookInstaller::uninstall);
+    perform(installedForm(kind), tr("%1 disconnect failed: %2"), &HookInstaller::uninstall);
 }
 
 void AgentConnections::toggleHooks(AgentKind kind) {
@@ -313,7 +312,7 @@ void AgentConnections::markAllPresentAgentsKnown() {
 QStringList AgentConnections::removeAll() {
     QStringList report;
     for (const AgentAdapter *adapter : AgentRegistry::all()) {
-        const auto installer = makeInstaller(*adapter);
+        const auto installer = makeInstaller(adapter->kind());
         if (installer->hasSuppressedNotifications()) {
             report << returnNotifications(*installer, displayName(adapter->kind()));
         }

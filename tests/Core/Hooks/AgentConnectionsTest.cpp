@@ -153,12 +153,17 @@ TEST_F(AgentConnectionsTest, LeavesTheEntriesOfAReleaseThatCanNoLongerBeFound) {
         {qwen, "qwen", "@qwen-code/qwen-code", ".qwen/settings.json"},
         {codex, "codex", "@openai/codex", ".codex/hooks.json"}};
     const QString path = qEnvironmentVariable("PATH");
+    const QByteArray before = "// mine\n{\"hooks\": {\"Stop\": []}}\n";
     for (const auto &[kind, command, package, settingsFile] : agents) {
         const QString folder = QString("shells/%1").arg(command);
         home.write(folder + "/" + command);
         home.write(folder + "/package.json",
                    QString(R"({"name":"%1","version":"0.200.0"})").arg(package).toUtf8());
         home.set("PATH", home.path(folder));
+        home.write(settingsFile, before);
+        connections.installHooks(kind);
+        connections.uninstallHooks(kind);
+        EXPECT_EQ(home.read(settingsFile), before) << command;
         connections.installHooks(kind);
         const QByteArray written = home.read(settingsFile);
         home.set("PATH", path);
@@ -173,6 +178,10 @@ TEST_F(AgentConnectionsTest, LeavesTheEntriesOfAReleaseThatCanNoLongerBeFound) {
         connections.renewDecidable();
         EXPECT_EQ(home.read(".qwen/settings.json").contains(" decide"), enabled);
         EXPECT_FALSE(home.read(".qwen/settings.json").contains("BeforeAgent"));
+    }
+    connections.removeAll();
+    for (const auto &[kind, command, package, settingsFile] : agents) {
+        EXPECT_EQ(home.read(settingsFile), before) << command;
     }
 }
 
