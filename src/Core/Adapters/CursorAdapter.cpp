@@ -1,5 +1,6 @@
 #include "Core/Adapters/CursorAdapter.h"
 
+#include "Core/Agents/HookTimeout.h"
 #include "Core/Ground/JsonObject.h"
 
 #include <nlohmann/json.hpp>
@@ -41,9 +42,9 @@ std::optional<QString> CursorAdapter::cwd(const JsonObject &body) const {
 
 nlohmann::json CursorAdapter::hookEntry(const QString &command,
                                         const std::optional<QString> &matcher,
-                                        const HookWait &wait) const {
+                                        const HookWait &) const {
     nlohmann::json entry{
-        {"type", "command"}, {"command", command.toStdString()}, {"timeout", wait.seconds}};
+        {"type", "command"}, {"command", command.toStdString()}, {"timeout", HookTimeout::event}};
     if (matcher) {
         entry["matcher"] = matcher->toStdString();
     }
