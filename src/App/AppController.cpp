@@ -299,7 +299,7 @@ void AppController::select(const Session &session) {
 void AppController::reopenCompleted(const CompletedRecord &record) {
     JumpService::jump(JumpService::Destination::of(record), means());
     dismissPanels();
-    m_store.removeSessions(record.cwd);
+    m_store.removeSessions(record.id);
 }
 
 void AppController::reply(const Session &session, const QString &text,

@@ -179,12 +179,17 @@ TEST_F(AppControllerTest, GoesToWhereASessionRunsOrHasRun) {
     controller.select(store.sessions().value("s"));
     EXPECT_EQ(deeds.last(), "launch foot");
     store.apply(EventBuilder(CanonicalEvent::turnEnd));
-    CompletedRecord record;
-    record.cwd = "/shop";
+    CompletedRecord record = store.completedHistory().first();
     record.hostBundleID = "kgx";
     controller.reopenCompleted(record);
     EXPECT_EQ(deeds.last(), "launch kgx");
     EXPECT_TRUE(store.sessions().isEmpty());
+
+    for (const char *id : {"other", "nowhere"}) {
+        store.apply(EventBuilder(CanonicalEvent::turnEnd).in(id));
+    }
+    controller.reopenCompleted(store.completedHistory().first());
+    EXPECT_EQ(store.sessions().keys(), QStringList{"other"});
 }
 
 TEST_F(AppControllerTest, TypesAReplyOnlyIntoASessionThatIsStillAtItsEnd) {

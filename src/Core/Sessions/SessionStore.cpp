@@ -93,10 +93,10 @@ void SessionStore::acknowledgeDone() {
     }
 }
 
-void SessionStore::removeSessions(const QString &cwd) {
+void SessionStore::removeSessions(const QString &recordID) {
     const Sessions present = m_sessions;
     for (const Session &session : present) {
-        if (session.cwd == cwd && !cwd.isEmpty() && !session.isAtWork()) {
+        if (CompletedRecord::idFor(session) == recordID && !session.isAtWork()) {
             releaseApproval(session.id);
             removeSession(session.id);
         }

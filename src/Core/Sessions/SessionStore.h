@@ -90,9 +90,8 @@ public:
     /// Marks every finished session as seen.
     void acknowledgeDone();
 
-    /// Forgets the sessions of exactly this working directory that aren't at work; none without
-    /// one.
-    void removeSessions(const QString &cwd);
+    /// Forgets the sessions that this record stands for and that aren't at work.
+    void removeSessions(const QString &recordID);
 
     /// Names a working directory, its sessions and its record; an absent or empty name takes the
     /// present one away.
