@@ -267,21 +267,17 @@ void SessionStore::enrichRestored(const QString &sessionID) {
 void SessionStore::learn(const Session &asked, SessionTranscripts::Purpose purpose,
                          const TranscriptInfo &info) {
     using enum SessionTranscripts::Purpose;
-    const auto present = stored(asked.id);
-    if (purpose == turnEnd) {
-        if (present && present->lastEventAt == asked.lastEventAt) {
-            endUnsaid(*present, info);
-        }
-        return;
-    }
-    if (present) {
+    if (const auto present = stored(asked.id)) {
         const bool isForSummary = purpose == completion ? present->isFinished()
                                                         : purpose == restored && !present->summary;
         carryOut(SessionTransition::informed(*present, info,
                                              isForSummary ? info.lastAssistantText : std::nullopt));
         // The hook has told that the turn is over, but not how.
-        if (purpose == completion && present->state == SessionState::done &&
-            present->endsTurnsInTranscript && info.turn == TranscriptInfo::Turn::failed) {
+        const bool hasFailed = purpose == completion && present->state == SessionState::done &&
+                               present->endsTurnsInTranscript &&
+                               info.turn == TranscriptInfo::Turn::failed;
+        const bool mayHaveEnded = purpose == turnEnd && present->lastEventAt == asked.lastEventAt;
+        if (hasFailed || mayHaveEnded) {
             endUnsaid(m_sessions.value(asked.id), info);
         }
     }

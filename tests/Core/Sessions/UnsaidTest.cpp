@@ -295,8 +295,10 @@ TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
     for (const auto &[turn, state] : cases) {
         tell(codex, "UserPromptSubmit", R"("prompt":"go","transcript_path":"/t")");
         scheduler.advance(Seconds(10));
-        finishRead({{}, "of the turn before", {}, {}, {}, turn, "Refused."});
+        const QString model = nameOf(state);
+        finishRead({model, "of the turn before", {}, {}, {}, turn, "Refused."});
         EXPECT_EQ(session().state, state);
+        EXPECT_EQ(session().model, model);
         EXPECT_EQ(session().summary == "Refused.", state == failed);
         if (state == failed) {
             finishRead(); // of a turn that has ended
