@@ -47,8 +47,11 @@ void NotchPresenter::update() {
         layOutSurface();
     }
     updateVisibility();
-    // A field that closes lets the pointer decide again, and it may have left long ago.
-    pollHover();
+    // A field that closes lets the pointer decide again, and it may have left long ago. But nothing
+    // opens under one that rests only because there is news.
+    if (m_hover.isOpen()) {
+        pollHover();
+    }
 }
 
 void NotchPresenter::startHoverMonitoring() {

@@ -53,6 +53,16 @@ TEST_F(NotchPresenterTest, OpensWhereThePointerRestsAndClosesAfterItHasLeft) {
     EXPECT_EQ(expansionsAfter(Seconds(1)), QList<bool>({true, false, true, false, true}));
 }
 
+TEST_F(NotchPresenterTest, WhatWasPresentedStaysShutUnderAPointerThatRests) {
+    displays.setPointer(onTab);
+    attachNotch();
+    presenter->presentPanel();
+    EXPECT_EQ(expansionsAfter(Seconds(10.5)), QList<bool>({true, false}));
+    apply(Event::promptSubmit);
+    EXPECT_EQ(expansionsAfter(Seconds(1)), QList<bool>({true, false}));
+    EXPECT_TRUE(isCompact());
+}
+
 TEST_F(NotchPresenterTest, IsThereWhileThereIsSomethingToTell) {
     settings.setShowWhenIdle(false);
     attachNotch();
