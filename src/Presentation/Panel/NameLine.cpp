@@ -33,6 +33,7 @@ NameLine::NameLine(const PanelContext &context, const QColor &color, QWidget &ro
 }
 
 void NameLine::setName(const QString &name) {
+    m_wholeName = name;
     m_name->setText(BoundedText::of(name, BoundedText::lineLength));
     m_pencil->setAccessibleName(tr("Rename %1").arg(m_name->text()));
 }
@@ -60,7 +61,7 @@ void NameLine::beginEditing() {
     if (m_field) {
         return;
     }
-    const InlineNameField::Setup setup{.initial = m_name->text(),
+    const InlineNameField::Setup setup{.initial = m_wholeName,
                                        .placeholder = tr("session"),
                                        .title = tr("Rename %1").arg(m_name->text()),
                                        .commitsOnBlur = true};

@@ -46,7 +46,8 @@ private:
     void endEditing();
 
     const PanelContext &m_context;
-    TextLabel *m_name;
+    QString m_wholeName;
+    TextLabel *m_name; ///< as much of it as a line shows
     PencilButton *m_pencil;
     QHBoxLayout *m_line;
     QString m_cwd;

@@ -106,6 +106,14 @@ TEST_F(SessionRowTest, ThePencilTurnsTheNameIntoAFieldThatOutlivesAnUpdate) {
     EXPECT_FALSE(fieldIn(row));
     QTest::mouseClick(&row, Qt::LeftButton, {}, QPoint(300, 35));
     EXPECT_EQ(selected.size(), 1);
+
+    // Which commits a long name as it was.
+    const QString name(500, 'n');
+    store.renameCwd("/srv/folder/deeper", name);
+    show();
+    pencil.click();
+    QTest::mouseClick(&row, Qt::LeftButton, {}, QPoint(300, 35));
+    EXPECT_EQ(renamed.last(), "/srv/folder/deeper=" + name);
 }
 
 TEST(SessionSubtitle, SaysWhatTheSessionIsDoingAndOnWhatAsFarAsItIsKnown) {
