@@ -111,11 +111,11 @@ void SessionRow::retire(QWidget &strip) {
 }
 
 QWidget *SessionRow::stripFor(bool showsShortcuts) {
-    if (m_session.pendingApproval) {
+    if (m_session.pendingApproval && context().actions.onDecide) {
         approvalStrip().setApproval(*m_session.pendingApproval, name(), showsShortcuts);
         return m_approval;
     }
-    if (m_session.pendingQuestion) {
+    if (m_session.pendingQuestion && context().actions.onAnswer) {
         questionStrip().setQuestion(*m_session.pendingQuestion, name(), showsShortcuts);
         return m_question;
     }
@@ -154,8 +154,8 @@ ApprovalStrip &SessionRow::approvalStrip() {
         m_approval->setInputHeightLimit(m_inputHeightLimit);
         column().addWidget(m_approval);
         connect(m_approval, &ApprovalStrip::decided, this, [this](const AgentDecision &decision) {
-            if (const auto &decide = context().actions.onDecide; decide && isUpToDate()) {
-                decide(m_session.id, decision);
+            if (isUpToDate()) {
+                context().actions.onDecide(m_session.id, decision);
             }
         });
     }
@@ -169,8 +169,8 @@ QuestionStrip &SessionRow::questionStrip() {
         column().addWidget(m_question);
         connect(m_question, &QuestionStrip::answered, this,
                 [this](const QString &question, const QString &option) {
-                    if (const auto &answer = context().actions.onAnswer; answer && isUpToDate()) {
-                        answer(m_session.id, question, option);
+                    if (isUpToDate()) {
+                        context().actions.onAnswer(m_session.id, question, option);
                     }
                 });
     }

@@ -42,6 +42,18 @@ protected:
     }
 };
 
+TEST_F(DecisionRowTest, AsksNothingThatNobodyWouldTakeTheAnswerTo) {
+    context.actions.onDecide = nullptr;
+    context.actions.onAnswer = nullptr;
+    for (const EventBuilder &prompt :
+         {EventBuilder::parked("d"), EventBuilder::parked("q").asking({"Sure?"})}) {
+        show(prompt);
+        EXPECT_TRUE(shownIn<DecideButton>(row).isEmpty());
+        EXPECT_TRUE(shownIn<OptionButton>(row).isEmpty());
+        EXPECT_FALSE(row.hasBeenRead());
+    }
+}
+
 TEST_F(DecisionRowTest, RefusesFirstThenAllowsThenAllowsForGood) {
     apply(EventBuilder::parked("d"));
     showToRead();
