@@ -72,7 +72,7 @@ UsageBar::UsageBar(bool showsAlertMarkers, QWidget *parent)
 
 void UsageBar::setLimit(const UsageLimit &limit, Date now) {
     m_limit = limit;
-    m_isOver = limit.window.resetsAt && !limit.window.upcomingReset(now);
+    m_isOver = limit.window.isOver(now);
     m_times = times(now);
     QString name = tr("%1, %2 window, %3 percent used")
                        .arg(limit.label, limit.scope, QString::number(percent()));
