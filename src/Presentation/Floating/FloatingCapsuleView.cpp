@@ -54,22 +54,15 @@ FloatingCapsuleView::FloatingCapsuleView(const PanelContext &context)
 
 void FloatingCapsuleView::makeExpanded() {
     m_expanded = new ExpandedView(m_context, m_clip);
-    m_expanded->setContentHeightBudget(m_contentHeightBudget);
-    m_expanded->setContentWidthBudget(m_contentWidthBudget);
+    setContentBudget(m_contentBudget);
     connect(m_expanded, &ExpandedView::contentResized, this, &FloatingCapsuleView::contentResized);
 }
 
-void FloatingCapsuleView::setContentHeightBudget(int budget) {
-    m_contentHeightBudget = budget;
+void FloatingCapsuleView::setContentBudget(const QSize &budget) {
+    m_contentBudget = budget;
     if (m_expanded) {
-        m_expanded->setContentHeightBudget(budget);
-    }
-}
-
-void FloatingCapsuleView::setContentWidthBudget(int budget) {
-    m_contentWidthBudget = budget;
-    if (m_expanded) {
-        m_expanded->setContentWidthBudget(budget);
+        m_expanded->setContentHeightBudget(budget.height());
+        m_expanded->setContentWidthBudget(budget.width());
     }
 }
 

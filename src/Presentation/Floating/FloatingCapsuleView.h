@@ -21,8 +21,8 @@ public:
     /// The context outlives the view.
     explicit FloatingCapsuleView(const PanelContext &context);
 
-    void setContentHeightBudget(int budget);
-    void setContentWidthBudget(int budget);
+    /// The size that the panel may take, in points; the owner sets it before it opens the view.
+    void setContentBudget(const QSize &budget);
     void setExpanded(bool expanded);
 
     /// Takes over what the store has now.
@@ -50,9 +50,7 @@ private:
     void makeExpanded();
 
     const PanelContext &m_context;
-    // In points; the owner sets them before it opens the view.
-    int m_contentHeightBudget = 0;
-    int m_contentWidthBudget = 0;
+    QSize m_contentBudget;
     bool m_isExpanded = false;
     QRect m_tab;
     QWidget *m_clip; ///< cuts the content off at the tab's edges while the tab moves

@@ -55,10 +55,9 @@ void FloatingPresenter::attach(const Display &display) {
     if (isFirst) {
         makePanel();
     }
-    const double budget = budgetShare * display.visibleFrame.height();
-    m_view->setContentHeightBudget(
-        std::clamp(static_cast<int>(budget), smallestBudget, largestBudget));
-    m_view->setContentWidthBudget(display.visibleFrame.width());
+    const double height = budgetShare * display.visibleFrame.height();
+    m_view->setContentBudget({display.visibleFrame.width(),
+                              std::clamp(static_cast<int>(height), smallestBudget, largestBudget)});
     if (isFirst) {
         follow();
     } else {
