@@ -122,10 +122,9 @@ void NotchPresenter::updateVisibility() {
         m_hover.undismiss();
     }
     // The display may have taken on a mode that leaves the notch out.
-    const bool isWanted = hasNotch() && (shouldBeVisible() || m_hover.isOpen() || isHeld());
-    if (isWanted && shouldBeVisible()) {
+    if (hasNotch() && shouldBeVisible()) {
         makePanel();
-    } else if (!isWanted && window()) {
+    } else if (window() && !(hasNotch() && (m_hover.isOpen() || isHeld()))) {
         destroyNotch();
     }
 }
