@@ -15,11 +15,11 @@ namespace {
 using nlohmann::json;
 
 void collectCommand(const json &holder, QStringList &commands) {
-    const json command = holder.is_object() ? holder.value("command", json()) : json();
-    if (!command.is_string()) {
+    const auto command = holder.find("command");
+    if (command == holder.end() || !command->is_string()) {
         return;
     }
-    const QString text = QString::fromStdString(command.get_ref<const std::string &>());
+    const QString text = QString::fromStdString(command->get_ref<const std::string &>());
     if (text.contains(QLatin1String(HookPlan::hookScriptMarker))) {
         commands.append(text);
     }
@@ -29,9 +29,9 @@ void collectCommand(const json &holder, QStringList &commands) {
 QStringList commands(const json &entry) {
     QStringList result;
     collectCommand(entry, result);
-    const json hooks = entry.is_object() ? entry.value("hooks", json()) : json();
-    if (hooks.is_array()) {
-        std::ranges::for_each(hooks, [&](const json &hook) { collectCommand(hook, result); });
+    const auto hooks = entry.find("hooks");
+    if (hooks != entry.end() && hooks->is_array()) {
+        std::ranges::for_each(*hooks, [&](const json &hook) { collectCommand(hook, result); });
     }
     return result;
 }
