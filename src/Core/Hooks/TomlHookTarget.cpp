@@ -7,6 +7,16 @@
 
 namespace morvane {
 
+namespace {
+
+/// The first connection saves the file as its owner wrote it; what changes nothing but our own
+/// lines leaves that backup alone.
+bool needsBackup(const QByteArray &text) {
+    return !text.isEmpty() && !TomlBlock::installedTOMLBlock(text);
+}
+
+} // namespace
+
 TomlHookTarget::TomlHookTarget(AgentSettingsFile file, HookPlan plan, ForwarderScripts scripts)
     : m_file(std::move(file)), m_plan(plan), m_scripts(std::move(scripts)) {}
 
@@ -22,8 +32,6 @@ QByteArray TomlHookTarget::text() const {
     return settled(m_file.read()).value_or(QByteArray());
 }
 
-/// The first connection saves the file as its owner wrote it; what changes nothing but our own
-/// lines leaves that backup alone.
 std::optional<Failure> TomlHookTarget::install() const {
     if (auto failure = m_scripts.writeHookScript()) {
         return failure;
@@ -40,7 +48,7 @@ std::optional<Failure> TomlHookTarget::install() const {
         }
         return AgentSettingsChange{
             .content = *installed,
-            .backsUp = !text.isEmpty() && !TomlBlock::installedTOMLBlock(text),
+            .backsUp = needsBackup(text),
             .origin = TomlBlock::isInstalled(text) ? stays : taken,
         };
     });
@@ -57,7 +65,7 @@ std::optional<Failure> TomlHookTarget::uninstall() const {
         }
         AgentSettingsChange change{
             .content = left,
-            .backsUp = !text.isEmpty() && !TomlBlock::installedTOMLBlock(text),
+            .backsUp = needsBackup(text),
         };
         const auto origin = m_file.origin();
         if (content && origin && isOrigin(*origin, left)) {
