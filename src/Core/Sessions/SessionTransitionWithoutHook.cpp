@@ -13,16 +13,17 @@ constexpr Seconds promptDelay(2);
 /// A person has dealt with what the session waited for. Nothing has come from the agent, so the
 /// date of its last event stays.
 SessionTransition resolve(Session session, Date now, SessionTransition::Resolution resolution) {
-    // After `ask` whoever asked does so in the terminal; after anything else, a refusal too, it
-    // carries on.
-    if (resolution.decision.kind == AgentDecision::Kind::ask) {
+    // After `ask` whoever asked does so in the terminal, to which the person turns; after anything
+    // else, a refusal too, it carries on.
+    const bool asksThere = resolution.decision.kind == AgentDecision::Kind::ask;
+    if (asksThere) {
         session.askers.insert(session.pendingSubagent);
     } else {
         session.askers.remove(session.pendingSubagent);
     }
     session.state = session.askers.isEmpty() ? SessionState::working : SessionState::needsInput;
     SessionTransition::forgetDecision(session);
-    session.acknowledged = true;
+    session.acknowledged = asksThere || session.askers.isEmpty();
     session.stateChangedAt = now;
     SessionTransition result = SessionTransition::store(std::move(session));
     result.resolution = std::move(resolution);
@@ -105,7 +106,8 @@ SessionTransition SessionTransition::hungUp(Session session, Date now) {
     if (!subagent.isEmpty()) {
         endSubagent(session, subagent);
     }
-    session.acknowledged = true;
+    // Whoever else asks still calls, unless the whole turn was interrupted.
+    session.acknowledged = subagent.isEmpty() || session.askers.isEmpty();
     if (session.state != before) {
         session.stateChangedAt = now;
     }

@@ -171,6 +171,7 @@ TEST_F(UnsaidTest, WhoeverHasGivenWayToAnotherStillAsks) {
         store.decide("s", AgentDecision::allow());
         EXPECT_EQ(take(resolved), (QStringList{"d ask", "e allow"}));
         EXPECT_EQ(session().state, needsInput);
+        EXPECT_FALSE(session().acknowledged);
     };
     askTwice({});
     EXPECT_EQ(tell(claude, "PreToolUse", make), working);
@@ -189,6 +190,13 @@ TEST_F(UnsaidTest, WhoeverHasGivenWayToAnotherStillAsks) {
     askTwice(ofA);
     EXPECT_EQ(tell(claude, "Stop", R"("x":1)"), done);
     EXPECT_EQ(tell(claude, "Stop", pending), working);
+    // The end of what one has asked leaves the other calling.
+    askTwice(ofA);
+    tell(claude, "PermissionRequest", QByteArray(make) + R"(,"agent_id":"b")", "f");
+    store.approvalHungUp("f");
+    EXPECT_EQ(session().state, needsInput);
+    EXPECT_FALSE(session().acknowledged);
+    tell(claude, "Stop", R"("x":1)");
     // What is still pending keeps the session from its end.
     tell(claude, "PermissionRequest", make + ofA, "f");
     EXPECT_EQ(tell(claude, "Stop", pending), needsInput);
