@@ -130,7 +130,13 @@ SessionTransition promptSubmit(const Context &context) {
     session.state = SessionState::working;
     session.acknowledged = true;
     session.currentTool.reset();
-    session.askers.remove(QString());
+    // A person who prompts has no other's request before them any more. But an agent also prompts
+    // itself, with what one of its subagents has found.
+    if (context.event.prompt) {
+        session.askers.clear();
+    } else {
+        session.askers.remove(QString());
+    }
     session.pendingExternalResponse.reset();
     take(session.lastPrompt, context.event.prompt);
     session.promptedAt = context.now;

@@ -180,7 +180,8 @@ TEST_F(UnsaidTest, WhoeverHasGivenWayToAnotherStillAsks) {
     askTwice(ofA);
     EXPECT_EQ(tell(claude, "SubagentStop", R"("agent_id":"b")"), needsInput);
     // The agent prompts itself with what the other one has found.
-    EXPECT_EQ(tell(claude, "UserPromptSubmit", R"("prompt":"found")"), working);
+    EXPECT_EQ(tell(claude, "UserPromptSubmit", R"("prompt":"<task-notification>found")"),
+              working);
     EXPECT_EQ(tell(claude, "Stop", pending), needsInput);
     EXPECT_FALSE(session().acknowledged);
     EXPECT_EQ(tell(claude, "PreToolUse", make + ofA), working);
@@ -189,6 +190,10 @@ TEST_F(UnsaidTest, WhoeverHasGivenWayToAnotherStillAsks) {
     // Nobody asks once no agent is left.
     askTwice(ofA);
     EXPECT_EQ(tell(claude, "Stop", R"("x":1)"), done);
+    EXPECT_EQ(tell(claude, "Stop", pending), working);
+    // Nor once a person prompts, who has interrupted whoever did.
+    askTwice(ofA);
+    EXPECT_EQ(tell(claude, "UserPromptSubmit", R"("prompt":"rather this")"), working);
     EXPECT_EQ(tell(claude, "Stop", pending), working);
     // The end of what one has asked leaves the other calling.
     askTwice(ofA);
