@@ -195,6 +195,10 @@ SessionTransition markNeedsInput(const Context &context,
     if (parked && !external) {
         return update(std::move(session), context);
     }
+    // The notice may be of what is known to be asked, and doesn't say by whom.
+    if (session.askers.isEmpty()) {
+        session.askers.insert(context.event.agentID.value_or(QString()));
+    }
     SessionTransition::forgetDecision(session);
     session.pendingExternalResponse = external.value_or(PendingExternalResponse{
         context.event.questions.value_or(QList<AgentQuestion>()), context.event.responseMessage});

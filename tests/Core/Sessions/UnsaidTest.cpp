@@ -125,6 +125,7 @@ TEST_F(UnsaidTest, WhatASubagentAsksElsewhereIsNotItsSessionsOwn) {
     EXPECT_EQ(resolved, QStringList{"d ask"});
     EXPECT_EQ(session().cwd, "/srv");
     EXPECT_EQ(session().transcriptPath, "/t");
+    EXPECT_EQ(tell(claude, "PreToolUse", make + place), working);
     // One that can be answered here outlives its session's turn.
     const QByteArray single = QByteArray(asking).replace("true", "false");
     tell(claude, "PermissionRequest", single + place, "e");
@@ -195,6 +196,13 @@ TEST_F(UnsaidTest, WhoeverHasGivenWayToAnotherStillAsks) {
     askTwice(ofA);
     EXPECT_EQ(tell(claude, "UserPromptSubmit", R"("prompt":"rather this")"), working);
     EXPECT_EQ(tell(claude, "Stop", pending), working);
+    // What the session has given notice of goes on while a subagent is answered.
+    tell(claude, "Notification", R"("notification_type":"permission_prompt")");
+    tell(claude, "PermissionRequest", make + ofA, "e");
+    store.decide("s", AgentDecision::allow());
+    EXPECT_EQ(session().state, needsInput);
+    EXPECT_EQ(tell(claude, "PreToolUse", make), working);
+    take(resolved);
     // The end of what one has asked leaves the other calling.
     askTwice(ofA);
     tell(claude, "PermissionRequest", QByteArray(make) + R"(,"agent_id":"b")", "f");
