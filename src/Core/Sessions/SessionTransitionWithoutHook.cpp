@@ -59,7 +59,7 @@ void SessionTransition::endSubagent(Session &session, const QString &subagent) {
         settle(session, subagent);
     }
     const bool anyWaits = session.pendingDecisionID() || !session.askers.isEmpty();
-    if (session.subagentGoesOn && !anyWaits && session.state != SessionState::idle) {
+    if (session.subagentGoesOn && !anyWaits && session.isAtWork()) {
         session.subagentGoesOn = false;
         session.state = SessionState::done;
         session.acknowledged = false;

@@ -163,6 +163,22 @@ TEST_F(UnsaidTest, ASubagentThatWasAnsweredElsewhereGoesOn) {
     }
 }
 
+TEST_F(UnsaidTest, ASubagentThatGoesOnChangesNoEndOfItsSession) {
+    const std::tuple<QString, QByteArray, SessionState> ends[] = {
+        {"StopFailure", R"("x":1)", failed},
+        {"Notification", R"("notification_type":"idle_prompt")", done}};
+    for (const auto &[event, members, state] : ends) {
+        tell(claude, "UserPromptSubmit", R"("prompt":"go")");
+        tell(claude, "Stop", R"("x":1)");
+        tell(claude, "PermissionRequest", QByteArray(make) + R"(,"agent_id":"a")", "d");
+        store.decide("s", AgentDecision::allow());
+        EXPECT_EQ(tell(claude, event, members), state);
+        store.acknowledge("s");
+        EXPECT_EQ(tell(claude, "SubagentStop", R"("agent_id":"a")"), state);
+        EXPECT_TRUE(session().acknowledged);
+    }
+}
+
 TEST_F(UnsaidTest, WhoeverHasGivenWayToAnotherStillAsks) {
     const QByteArray pending = R"("background_tasks":[{"type":"subagent"}])";
     const auto askTwice = [&](const QByteArray &first) {
