@@ -255,7 +255,7 @@ bool AppController::isWhereSessionsRun(const QString &bundleID) const {
     const InstalledApplications &applications = *m_platform.applications;
     return HostApp::terminalBundleIDs().contains(bundleID) || applications.isTerminal(bundleID) ||
            std::ranges::any_of(m_store.sessions(), [&](const Session &session) {
-               return HostApp::isReportedHost(bundleID, session, applications);
+               return HostApp::isReportedTerminal(bundleID, session, applications);
            });
 }
 

@@ -275,7 +275,7 @@ TEST_F(AppControllerTest, CountsAsSeenWhatAPersonGoesTo) {
                     .in("editor")
                     .with(&HookEvent::hostBundleID, "com.microsoft.VSCode"));
     emit platform.foreground->activated("com.microsoft.VSCode");
-    EXPECT_TRUE(store.sessions().value("editor").acknowledged);
+    EXPECT_FALSE(store.sessions().value("editor").acknowledged);
 
     store.apply(EventBuilder(CanonicalEvent::turnEnd).in("other"));
     controller.presenterManager()->presentPanel();

@@ -52,6 +52,12 @@ bool isBlank(const std::optional<QString> &hint) {
     return !hint || hint->isEmpty();
 }
 
+/// An editor has a terminal of its own, but whoever turns to it need not see that.
+bool mayBeTerminal(const QString &host, const InstalledApplications &applications) {
+    const bool isKnown = shortNames().contains(host) || applications.displayName(host);
+    return !isKnown || terminalBundleIDs().contains(host) || applications.isTerminal(host);
+}
+
 } // namespace
 
 const QSet<QString> &terminalBundleIDs() {
@@ -92,14 +98,15 @@ std::optional<QString> displayName(const std::optional<QString> &hostBundleID,
     return pieces.isEmpty() ? termProgram : std::optional(pieces.last());
 }
 
-bool isReportedHost(const QString &foreground, const Session &session,
-                    const InstalledApplications &applications) {
+bool isReportedTerminal(const QString &foreground, const Session &session,
+                        const InstalledApplications &applications) {
     // What says nothing of use is no reason to take the default for the host.
     const QString program = session.termProgram.value_or(QString());
     const std::array hosts{session.hostBundleID.value_or(QString()),
                            termProgramBundleIDs().value(program), program};
     return std::ranges::any_of(hosts, [&](const QString &host) {
-        return !host.isEmpty() && applications.isCalled(host, foreground);
+        return !host.isEmpty() && applications.isCalled(host, foreground) &&
+               mayBeTerminal(host, applications);
     });
 }
 

@@ -30,10 +30,10 @@ std::optional<QString> displayName(const std::optional<QString> &hostBundleID,
                                    const std::optional<QString> &termProgram,
                                    const InstalledApplications &applications);
 
-/// True for an application that the session has reported to run in, be it a terminal or not. The
-/// application is named as `ForegroundApplication` does.
-bool isReportedHost(const QString &foreground, const Session &session,
-                    const InstalledApplications &applications);
+/// True for an application that the session has reported to run in, unless that is known to be
+/// another than a terminal. The application is named as `ForegroundApplication` does.
+bool isReportedTerminal(const QString &foreground, const Session &session,
+                        const InstalledApplications &applications);
 
 /// The id by which iTerm2 knows a session, out of what it tells its children.
 std::optional<QString> itermUUID(const std::optional<QString> &itermSessionID);

@@ -46,20 +46,23 @@ TEST(HostApp, AsksTheMachineOnlyForWhatItDoesNotKnow) {
     EXPECT_EQ(HostApp::displayName("net.kovidgoyal.kitty", {}, applications), "kitty");
 }
 
-TEST(HostApp, KnowsTheHostThatASessionHasReported) {
-    const NoApplications applications;
+TEST(HostApp, KnowsTheTerminalThatASessionHasReported) {
+    FakeApplications applications;
+    applications.installed = {{"codium", "VSCodium"}};
     const std::tuple<Hint, Hint, QString, bool> cases[] = {
-        {"com.microsoft.VSCode", {}, "com.microsoft.VSCode", true},
-        {{}, "vscode", "com.microsoft.VSCode", true},
+        {"com.microsoft.VSCode", {}, "com.microsoft.VSCode", false},
+        {{}, "vscode", "com.microsoft.VSCode", false},
+        {"codium", "vscode", "codium", false},
+        {{}, "ghostty", "com.mitchellh.ghostty", true},
         {{}, "rio", "rio", true},
         {"xfce4-terminal", "rio", "com.microsoft.VSCode", false},
         {{}, "rio", "com.googlecode.iterm2", false},
         {"", "", "", false}};
-    for (const auto &[hostBundleID, termProgram, foreground, isHost] : cases) {
+    for (const auto &[hostBundleID, termProgram, foreground, isTerminal] : cases) {
         Session session;
         session.hostBundleID = hostBundleID;
         session.termProgram = termProgram;
-        EXPECT_EQ(HostApp::isReportedHost(foreground, session, applications), isHost)
+        EXPECT_EQ(HostApp::isReportedTerminal(foreground, session, applications), isTerminal)
             << foreground.toStdString();
     }
 }
