@@ -79,11 +79,14 @@ void say(const QString &what) {
     QTextStream(stderr) << what << Qt::endl;
 }
 
-/// Somebody waits for the program to appear, in a terminal or before a screen, but not at a login.
+/// Somebody waits for the program to appear, in a terminal or before a screen.
+bool isAwaited() {
+    return !QCoreApplication::arguments().contains(AutostartEntry::option);
+}
+
 int giveUp(const QString &why) {
     say(why);
-    const bool isAwaited = !QCoreApplication::arguments().contains(AutostartEntry::option);
-    if (isAwaited && qobject_cast<QApplication *>(QCoreApplication::instance()) != nullptr) {
+    if (isAwaited() && qobject_cast<QApplication *>(QCoreApplication::instance()) != nullptr) {
         QMessageBox(QMessageBox::Warning, QStringLiteral("Morvane"), why).exec();
     }
     return EXIT_FAILURE;
@@ -106,8 +109,10 @@ int run(int argc, char **argv, const std::function<void(PlatformServices &)> &ad
     const auto application = makeApplication(argc, argv);
     endOnTerminationSignals(*application);
 
-    SingleInstance instance(Defaults::folder(), isOnScreen() ? SingleInstance::Screen::reached
-                                                             : SingleInstance::Screen::none);
+    SingleInstance instance(
+        Defaults::folder(),
+        isOnScreen() ? SingleInstance::Screen::reached : SingleInstance::Screen::none,
+        isAwaited() ? SingleInstance::Start::byPerson : SingleInstance::Start::atLogin);
     switch (instance.claim(answerLimit)) {
     case SingleInstance::Outcome::isFirst:
         break;

@@ -21,14 +21,16 @@ class SingleInstanceTest : public testing::Test {
 protected:
     using Outcome = SingleInstance::Outcome;
     using Screen = SingleInstance::Screen;
+    using Start = SingleInstance::Start;
 
     SingleInstanceTest() {
         QDir().mkpath(home.path("run"));
         home.set("XDG_RUNTIME_DIR", home.path("run"));
     }
 
-    Outcome claim(Seconds patience = noPatience, Screen screen = Screen::reached) const {
-        return SingleInstance(home.path("config"), screen).claim(patience);
+    Outcome claim(Seconds patience = noPatience, Screen screen = Screen::reached,
+                  Start start = Start::byPerson) const {
+        return SingleInstance(home.path("config"), screen, start).claim(patience);
     }
 
     /// The name that the lock's file has here.
@@ -46,11 +48,15 @@ TEST_F(SingleInstanceTest, ASecondTellsTheFirstAndGivesWay) {
     int reopenings = 0;
     QObject::connect(&first, &SingleInstance::reopened, [&] { ++reopenings; });
     ASSERT_EQ(first.claim(noPatience), Outcome::isFirst);
+    // Nobody asks for anything at a login.
+    EXPECT_EQ(onAnotherThread([&] { return claim(Seconds(30), Screen::reached, Start::atLogin); }),
+              Outcome::toldTheFirst);
     EXPECT_EQ(onAnotherThread([&] { return claim(Seconds(30)); }), Outcome::toldTheFirst);
+    EXPECT_TRUE(becomesTrue([&] { return reopenings == 1; }));
     // Also when somebody has tidied up in the meantime.
     QFile::remove(lock);
     EXPECT_EQ(onAnotherThread([&] { return claim(Seconds(30)); }), Outcome::toldTheFirst);
-    EXPECT_EQ(reopenings, 2);
+    EXPECT_TRUE(becomesTrue([&] { return reopenings == 2; }));
     // With another configuration it is another program.
     EXPECT_EQ(SingleInstance(home.path("other"), Screen::reached).claim(noPatience),
               Outcome::isFirst);

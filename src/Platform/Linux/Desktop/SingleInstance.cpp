@@ -14,11 +14,11 @@
 #include <array>
 #include <cerrno>
 #include <chrono>
+#include <memory>
 #include <poll.h>
 #include <sys/socket.h>
 #include <tuple>
 #include <unistd.h>
-#include <utility>
 
 namespace morvane {
 
@@ -28,10 +28,12 @@ constexpr int retryDelay = 20; // milliseconds
 constexpr std::chrono::seconds pause(1);
 
 // What is said at the socket, a byte each; behind the first of these comes the display. A second
-// takes any other answer for the one of a first that it gives way to.
+// takes any other answer for the one of a first that it gives way to, and says nothing itself where
+// a person has started it.
 constexpr char heardOnScreen = '\n';
 constexpr char heardWithoutScreen = '-';
 constexpr char giveMeYourPlace = '+';
+constexpr char startedAtLogin = 'l';
 
 /// The folders of this login, which are on this machine and whose paths are short. A program that
 /// was not started from the desktop may not be told of its own.
@@ -64,8 +66,8 @@ QByteArray displayName() {
 
 } // namespace
 
-SingleInstance::SingleInstance(const QString &configFolder, Screen screen)
-    : m_configFolder(configFolder), m_screen(screen), m_display(displayName()),
+SingleInstance::SingleInstance(const QString &configFolder, Screen screen, Start start)
+    : m_configFolder(configFolder), m_screen(screen), m_start(start), m_display(displayName()),
       m_name(nameFor(configFolder)), m_runtimeFolders(runtimeFolders()) {}
 
 SingleInstance::~SingleInstance() {
@@ -150,6 +152,9 @@ SingleInstance::Answer SingleInstance::hearTheFirst(int socket, const QDeadlineT
         std::ignore = ::send(socket, &giveMeYourPlace, 1, MSG_NOSIGNAL);
         return Answer::silence;
     }
+    if (m_start == Start::atLogin) {
+        std::ignore = ::send(socket, &startedAtLogin, 1, MSG_NOSIGNAL);
+    }
     m_displayOfFirst = QByteArray(text.data() + 1, size - 1);
     const bool isSeen = !isWanted || m_displayOfFirst.isEmpty() || m_displayOfFirst == m_display;
     return isSeen ? Answer::heard : Answer::heardElsewhere;
@@ -171,21 +176,19 @@ void SingleInstance::listen() {
 }
 
 void SingleInstance::answer() {
-    Descriptor second(
+    const auto second = std::make_shared<Descriptor>(
         ::accept4(m_socket->number(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
-    if (second.number() >= 0) {
-        const bool isOnScreen = m_screen == Screen::reached;
-        const QByteArray answer =
-            isOnScreen ? heardOnScreen + m_display : QByteArray(1, heardWithoutScreen);
-        std::ignore = ::send(second.number(), answer.constData(),
+    if (second->number() >= 0) {
+        const QByteArray answer = m_screen == Screen::reached ? heardOnScreen + m_display
+                                                              : QByteArray(1, heardWithoutScreen);
+        std::ignore = ::send(second->number(), answer.constData(),
                              static_cast<size_t>(answer.size()), MSG_NOSIGNAL);
-        if (!isOnScreen) {
-            m_word.reset();
-            m_second.emplace(std::move(second));
-            m_word.emplace(m_second->number(), QSocketNotifier::Read);
-            connect(&*m_word, &QSocketNotifier::activated, this, &SingleInstance::hear);
-        }
-        emit reopened();
+        auto *const word = new QSocketNotifier(second->number(), QSocketNotifier::Read, this);
+        connect(word, &QSocketNotifier::activated, this, [this, word, second] {
+            word->setEnabled(false);
+            word->deleteLater();
+            hear(second->number());
+        });
     } else if (errno != EAGAIN) {
         // Whoever knocks goes on knocking while there is no descriptor to let it in by.
         m_knocks->setEnabled(false);
@@ -193,12 +196,13 @@ void SingleInstance::answer() {
     }
 }
 
-/// One that gives way says nothing, and one that was overtaken by another knocks again.
-void SingleInstance::hear() {
-    m_word->setEnabled(false);
-    char byte = 0;
-    if (::recv(m_second->number(), &byte, 1, 0) == 1 && byte == giveMeYourPlace) {
+void SingleInstance::hear(int second) {
+    char word = 0;
+    std::ignore = ::recv(second, &word, 1, 0);
+    if (word == giveMeYourPlace) {
         emit placeWanted();
+    } else if (word != startedAtLogin) {
+        emit reopened();
     }
 }
 

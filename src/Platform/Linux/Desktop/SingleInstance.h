@@ -23,9 +23,10 @@ class SingleInstance : public QObject {
 
 public:
     enum class Screen { none, reached };
+    enum class Start { byPerson, atLogin };
 
     /// Two processes with the same configuration folder are the same program to a person.
-    SingleInstance(const QString &configFolder, Screen screen);
+    SingleInstance(const QString &configFolder, Screen screen, Start start = Start::byPerson);
     ~SingleInstance() override;
 
     enum class Outcome {
@@ -45,7 +46,7 @@ public:
     void leaveNothing() { m_leavesNothing = true; }
 
 signals:
-    /// The program was started again.
+    /// A person has started the program again.
     void reopened();
 
     /// It was started where there is a screen, and waits for this one, which has none, to end.
@@ -59,10 +60,11 @@ private:
     Answer hearTheFirst(int socket, const QDeadlineTimer &deadline);
     void listen();
     void answer();
-    void hear();
+    void hear(int second);
 
     const QString m_configFolder;
     const Screen m_screen;
+    const Start m_start;
     const QByteArray m_display;
     const QString m_name; ///< of the files, without their ending
     const QStringList m_runtimeFolders;
@@ -71,8 +73,6 @@ private:
     QString m_socketPath; ///< where it listens
     std::optional<Descriptor> m_socket;
     std::optional<QSocketNotifier> m_knocks; ///< at the socket
-    std::optional<Descriptor> m_second;      ///< the last that has come, if this has no screen
-    std::optional<QSocketNotifier> m_word;   ///< from there
     bool m_leavesNothing = false;
 };
 
