@@ -25,17 +25,17 @@ constexpr double chimeVolume = 0.58;
 constexpr int chimeSamples = 15876;
 constexpr double chimeLength = 0.36; // seconds
 
-/// Rises with the limit that is reached.
-struct Chime {
-    int percent;      ///< from here on
-    double frequency; ///< Hz
-};
-constexpr std::array chimes{Chime{85, 784.0}, Chime{90, 880.0}, Chime{95, 988.0}};
+/// In Hz, each from the threshold of `UsageMilestone` at the same place.
+constexpr std::array chimeFrequencies{784.0, 880.0, 988.0};
+static_assert(chimeFrequencies.size() == UsageMilestone::thresholds.size());
 
-/// Below the first it is the first.
+/// Below the first threshold it is the first.
 double chimeFrequency(int percent) {
-    const auto above = std::ranges::upper_bound(chimes, percent, {}, &Chime::percent);
-    return above == chimes.begin() ? above->frequency : std::prev(above)->frequency;
+    auto place = chimeFrequencies.size() - 1;
+    while (place > 0 && percent / 100.0 < UsageMilestone::thresholds[place]) {
+        --place;
+    }
+    return chimeFrequencies[place];
 }
 
 /// A tone with its fifth and its octave, struck and fading away, as a file.
