@@ -365,14 +365,13 @@ QString AppController::removeEverything() {
     const auto failure = m_platform.loginItem->unregisterItem();
     if (failure || wasAtLogin) {
         const QString name = tr("login item");
-        report << (failure ? tr("⚠︎ could not remove %1: %2").arg(name, failure->message)
-                           : name);
+        report << (failure ? AgentConnections::couldNotRemove(name, failure->message) : name);
     }
     // What may go on until the program is quit: nobody is asked for anything any more.
     m_updates.discard();
     setUsageEnabled(false);
     const QString stored = tr("preferences and session history");
-    report << (m_settings.removeStored() ? stored : tr("⚠︎ could not remove %1").arg(stored));
+    report << (m_settings.removeStored() ? stored : AgentConnections::couldNotRemove(stored));
     m_connections.refreshStatus();
     return report.join(QStringLiteral("\n• "));
 }

@@ -30,11 +30,6 @@ std::vector<const AgentAdapter *> agentsWhere(const auto &predicate) {
 
 constexpr QLatin1String scriptFolderName("~/.morvane");
 
-QString couldNotRemove(const QString &what, const QString &why) {
-    return why.isEmpty() ? AgentConnections::tr("⚠︎ could not remove %1").arg(what)
-                         : AgentConnections::tr("⚠︎ could not remove %1: %2").arg(what, why);
-}
-
 /// Why nobody can tell what is in the settings of an agent that doesn't look connected; none where
 /// it can be told, and where they don't even name `mark`.
 std::optional<QString> whyUnknownIn(const AgentAdapter &adapter, const Health &health,
@@ -70,7 +65,7 @@ std::optional<QString> replacementOf(const QString &path, const QByteArray &befo
 QString returnNotifications(const HookInstaller &installer, const QString &agent) {
     const QString name = AgentConnections::tr("suppression of %1's own notifications").arg(agent);
     const auto failure = installer.returnNotifications();
-    return failure ? couldNotRemove(name, failure->message) : name;
+    return failure ? AgentConnections::couldNotRemove(name, failure->message) : name;
 }
 
 /// None when there is nothing to remove.
@@ -82,7 +77,7 @@ std::optional<QString> removeScriptFolder() {
     const bool removed = folder.isSymLink() || !folder.isDir()
                              ? QFile::remove(folder.filePath())
                              : QDir(folder.filePath()).removeRecursively();
-    return removed ? scriptFolderName : couldNotRemove(scriptFolderName, {});
+    return removed ? scriptFolderName : AgentConnections::couldNotRemove(scriptFolderName);
 }
 
 } // namespace
@@ -307,6 +302,11 @@ void AgentConnections::markAgentsKnown(const std::vector<const AgentAdapter *> &
 
 void AgentConnections::markAllPresentAgentsKnown() {
     markAgentsKnown(AgentRegistry::present());
+}
+
+QString AgentConnections::couldNotRemove(const QString &what, const QString &why) {
+    return why.isEmpty() ? tr("⚠︎ could not remove %1").arg(what)
+                         : tr("⚠︎ could not remove %1: %2").arg(what, why);
 }
 
 QStringList AgentConnections::removeAll() {

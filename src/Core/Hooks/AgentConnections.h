@@ -99,6 +99,9 @@ public:
     /// off, and removes our scripts. Yields what was removed and what could not be, an item each.
     QStringList removeAll();
 
+    /// The item for what could not be removed, and why, where that is known.
+    static QString couldNotRemove(const QString &what, const QString &why = {});
+
 signals:
     /// Or the notice.
     void lastErrorChanged();
