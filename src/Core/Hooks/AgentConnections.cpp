@@ -197,7 +197,7 @@ void AgentConnections::perform(const AgentAdapter &form, const QString &failed,
                                std::optional<Failure> (HookInstaller::*operation)() const) {
     const AgentKind kind = form.kind();
     const QString why = whyUnknown(kind);
-    const auto failure = change(form, std::mem_fn(operation));
+    const auto failure = change(form, operation);
     refreshStatus();
     // Nothing was there to be done, as far as anybody can tell.
     if (!failure && !why.isEmpty() && why == whyUnknown(kind)) {
