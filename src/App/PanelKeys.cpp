@@ -9,12 +9,6 @@
 
 namespace morvane {
 
-namespace {
-
-constexpr std::uint32_t escapeKeyCode = 1;
-
-} // namespace
-
 PanelKeys::PanelKeys(HotKeys &hotKeys, Scheduler &scheduler, InlineEditing &editing,
                      Actions actions)
     : m_hotKeys(hotKeys), m_scheduler(scheduler), m_editing(editing), m_actions(std::move(actions)),
@@ -102,8 +96,7 @@ void PanelKeys::applyEscHotKey() {
         return;
     }
     if (want) {
-        m_escHotKey.registerKey({.keyCode = escapeKeyCode, .symbol = QStringLiteral("Esc")},
-                                m_actions.collapse);
+        m_escHotKey.registerKey(PanelKey::escape(), m_actions.collapse);
     } else {
         m_escHotKey.unregister();
     }

@@ -9,6 +9,7 @@ namespace morvane::PanelKey {
 namespace {
 
 // From linux/input-event-codes.h; the other digits follow the first.
+constexpr std::uint32_t escapeKeyCode = 1;
 constexpr std::uint32_t gKeyCode = 34;
 constexpr std::uint32_t firstDigitKeyCode = 2;
 
@@ -36,6 +37,10 @@ HotKey ofDigit(int index) {
     return {.keyCode = firstDigitKeyCode + static_cast<std::uint32_t>(index),
             .symbol = QString::number(index + 1),
             .control = true};
+}
+
+HotKey escape() {
+    return {.keyCode = escapeKeyCode, .symbol = QStringLiteral("Esc")};
 }
 
 std::optional<Fault> fault(const HotKey &key) {

@@ -24,6 +24,9 @@ constexpr int digitCount = 5;
 /// One of the keys that work while the panel is open, from 0.
 HotKey ofDigit(int index);
 
+/// The one that closes the panel.
+HotKey escape();
+
 /// Why this key can't open the panel; none when it can.
 std::optional<Fault> fault(const HotKey &key);
 
