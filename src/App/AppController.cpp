@@ -359,10 +359,10 @@ void AppController::dismissPanels() {
 }
 
 QString AppController::removeEverything() {
-    QStringList report = m_connections.removeAll();
     // An entry that starts nothing any more goes with the others.
     const bool wasAtLogin = m_platform.loginItem->isEnabled();
     const auto failure = m_platform.loginItem->unregisterItem();
+    QStringList report = m_connections.removeAll();
     if (failure || wasAtLogin) {
         const QString name = tr("login item");
         report << (failure ? AgentConnections::couldNotRemove(name, failure->message) : name);
@@ -372,7 +372,6 @@ QString AppController::removeEverything() {
     setUsageEnabled(false);
     const QString stored = tr("preferences and session history");
     report << (m_settings.removeStored() ? stored : AgentConnections::couldNotRemove(stored));
-    m_connections.refreshStatus();
     return report.join(QStringLiteral("\n• "));
 }
 
