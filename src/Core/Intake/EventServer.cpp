@@ -37,12 +37,11 @@ EventServer::EventServer(const QString &token, std::uint16_t preferredPort, Hand
                                                m_turns,
                                                {m_token.constData(),
                                                 static_cast<std::size_t>(m_token.size())}},
-      m_acceptor(m_thread.context()) {
-    m_relay = std::make_shared<DecisionRelay>(
-        Queue(m_thread.context().get_executor()), m_main, m_timers,
-        DecisionRelay::Handlers{m_handlers.onEvent, m_handlers.onDecisionExpired,
-                                m_handlers.onDecisionHungUp});
-}
+      m_acceptor(m_thread.context()),
+      m_relay(std::make_shared<DecisionRelay>(
+          Queue(m_thread.context().get_executor()), m_main, m_timers,
+          DecisionRelay::Handlers{m_handlers.onEvent, m_handlers.onDecisionExpired,
+                                  m_handlers.onDecisionHungUp})) {}
 
 std::size_t EventServer::unfinishedLimit() {
     rlimit descriptors{};

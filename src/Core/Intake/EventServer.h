@@ -115,7 +115,7 @@ private:
     Turns m_turns;
     const EventConnection::Surroundings m_surroundings;
     asio::ip::tcp::acceptor m_acceptor;
-    std::shared_ptr<DecisionRelay> m_relay;
+    const std::shared_ptr<DecisionRelay> m_relay;
     ProgramReleases m_programs{m_handlers.fileOf};
     const std::size_t m_unfinishedLimit = unfinishedLimit();
     std::map<std::uint64_t, Unfinished> m_unfinished; ///< by age, the oldest first

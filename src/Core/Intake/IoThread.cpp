@@ -20,7 +20,7 @@ struct Alarm {
 
 } // namespace
 
-// One thread runs the context, so it needs none of its locks' fairness.
+// One thread runs the context, so what it posts to itself needs neither lock nor wake-up.
 IoThread::IoThread() : m_context(1), m_work(m_context.get_executor()) {}
 
 IoThread::~IoThread() {

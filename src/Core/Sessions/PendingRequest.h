@@ -8,7 +8,7 @@
 namespace morvane::PendingRequest {
 
 /// Whether a person can answer the request of this event from what the panel shows of it; else it
-/// is the terminal's. True of every request but one with questions.
+/// is the terminal's. Always true of a request without questions.
 bool isAnswerableHere(const HookEvent &event);
 
 /// What the panel asks; the event has questions. `decisionID` is the one under which the server
