@@ -197,8 +197,7 @@ TEST_F(UnsaidTest, WhoeverHasGivenWayToAnotherStillAsks) {
     askTwice(ofA);
     EXPECT_EQ(tell(claude, "SubagentStop", R"("agent_id":"b")"), needsInput);
     // The agent prompts itself with what the other one has found.
-    EXPECT_EQ(tell(claude, "UserPromptSubmit", R"("prompt":"<task-notification>found")"),
-              working);
+    EXPECT_EQ(tell(claude, "UserPromptSubmit", R"("prompt":"<task-notification>found")"), working);
     EXPECT_EQ(tell(claude, "Stop", pending), needsInput);
     EXPECT_FALSE(session().acknowledged);
     EXPECT_EQ(tell(claude, "PreToolUse", make + ofA), working);
