@@ -151,17 +151,25 @@ ReadableInput readable(std::string_view input, const HookEvent &event,
     return showsPlan ? ReadableInput::ofPlan(input) : ReadableInput::of(input);
 }
 
+/// The tools by which agents launch a subagent, besides a release's own.
+bool isSubagentTool(const QString &name) {
+    constexpr std::array names{"Agent", "Task", "subagent", "Subagent"};
+    return std::ranges::any_of(names,
+                               [&](const char *known) { return name == QLatin1String(known); });
+}
+
 void takeTool(HookEvent &event, const JsonObject &body, const AgentAdapter &adapter) {
     event.toolName = body.string("tool_name");
-    event.launchesSubagent = event.toolName && adapter.launchesSubagent(*event.toolName);
+    const bool isReleasesOwn = event.toolName && adapter.launchesSubagent(*event.toolName);
+    event.launchesSubagent = isReleasesOwn || (event.toolName && isSubagentTool(*event.toolName));
     event.asksAnew = event.toolName && adapter.wantsBack(*event.toolName);
     event.toolUseID = body.string("tool_use_id");
     const auto input = JsonObject::object(body.root(), "tool_input");
     if (input) {
         event.toolDetail = toolDetail(*input);
         event.questions = questions(*input);
-        event.taskDescription = displayLine(
-            JsonObject::string(*input, event.launchesSubagent ? "message" : "description"));
+        event.taskDescription =
+            displayLine(JsonObject::string(*input, isReleasesOwn ? "message" : "description"));
     }
     event.responseMessage = responseMessage(body, input);
 }
@@ -278,12 +286,6 @@ QList<BackgroundTask> HookEvent::pendingAgents() const {
         return task.type == QLatin1String("subagent") || task.type == QLatin1String("workflow");
     });
     return result;
-}
-
-bool HookEvent::isSubagentTool(const QString &toolName) {
-    static const std::array subagentToolNames{QLatin1String("Agent"), QLatin1String("Task"),
-                                              QLatin1String("subagent"), QLatin1String("Subagent")};
-    return std::ranges::find(subagentToolNames, toolName) != subagentToolNames.end();
 }
 
 } // namespace morvane

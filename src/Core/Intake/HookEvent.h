@@ -49,7 +49,7 @@ struct HookEvent {
     std::optional<QString> prompt;          ///< what the person asked, one line
     std::optional<QString> transcriptPath;
     std::optional<QString> agentID; ///< set when the event comes from inside a subagent
-    bool launchesSubagent = false;  ///< the tool is a release's own for that
+    bool launchesSubagent = false;  ///< the tool is one for that
     bool asksForSubagent = false;   ///< the request of a subagent can be answered like any other
     bool asksAnew = false; ///< the agent asks for each such call, whatever it was told before
     /// The agent's last words of the turn that has ended, one line; an empty text tells that there
@@ -75,9 +75,6 @@ struct HookEvent {
 
     /// The background tasks that are agents themselves, in their order.
     QList<BackgroundTask> pendingAgents() const;
-
-    /// True for the tools by which an agent launches a subagent.
-    static bool isSubagentTool(const QString &toolName);
 
     friend bool operator==(const HookEvent &, const HookEvent &) = default;
 };

@@ -161,7 +161,7 @@ SessionTransition toolUse(const Context &context) {
         }
     }
     session.currentTool = event.toolName;
-    if (event.launchesSubagent || (event.toolName && HookEvent::isSubagentTool(*event.toolName))) {
+    if (event.launchesSubagent) {
         session.subagents.append({QUuid::createUuid(),
                                   event.taskDescription.value_or(SessionTransition::tr("subagent")),
                                   false});

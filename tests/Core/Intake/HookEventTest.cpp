@@ -44,6 +44,11 @@ TEST(HookEvent, IsReadAsTheReleaseMeansIt) {
     EXPECT_TRUE(launch && launch->launchesSubagent);
     EXPECT_EQ(launch->taskDescription, "Look around");
     EXPECT_FALSE(decode(spawn, "PreToolUse", AgentKind::codex)->launchesSubagent);
+    const QByteArray task =
+        R"({"session_id":"s","tool_name":"Task","tool_input":{"description":"Look around"}})";
+    EXPECT_TRUE(decode(task, "PreToolUse")->launchesSubagent);
+    EXPECT_EQ(decode(task, "PreToolUse")->taskDescription, "Look around");
+    EXPECT_FALSE(decode(QByteArray(task).replace("Task", "task"), "PreToolUse")->launchesSubagent);
 
     const auto call = [&codex](const QByteArray &input) {
         const QByteArray body = R"({"session_id":"s","tool_name":"Bash","tool_input":)" + input;

@@ -134,11 +134,11 @@ TEST_F(StoreTest, FollowsATurnFromPromptToEnd) {
         return result.join(' ');
     };
     apply(EventBuilder(Kind::promptSubmit).with(&HookEvent::prompt, "Do it"));
-    apply(EventBuilder(Kind::toolUse).tool("Task").with(&HookEvent::taskDescription, "Look"));
-    for (const char *name : {"Agent", "agent"}) {
-        apply(EventBuilder(Kind::toolUse).tool(name));
-    }
-    EXPECT_EQ(session().currentTool, "agent");
+    const auto launch = EventBuilder(Kind::toolUse).with(&HookEvent::launchesSubagent, true);
+    apply(launch.with(&HookEvent::taskDescription, "Look"));
+    apply(launch);
+    apply(EventBuilder(Kind::toolUse).tool("Bash"));
+    EXPECT_EQ(session().currentTool, "Bash");
     EXPECT_EQ(tasks(), "Look subagent");
     EXPECT_NE(session().subagents[0].id, session().subagents[1].id);
 

@@ -111,7 +111,8 @@ TEST_F(PanelKeyboardTest, StaysInTheRowWhenWhatItIsOnGoes) {
     const auto below = EventBuilder::parked("d").in("a").at("/a");
     const Case cases[] = {
         {"Yes in a", below.asking({"Which way?", "How far?"}), [this] { press({Qt::Key_Return}); }},
-        {"1 subagent", EventBuilder(Event::toolUse).in("a").tool("Task"),
+        {"1 subagent",
+         EventBuilder(Event::toolUse).in("a").with(&HookEvent::launchesSubagent, true),
          [this] { apply(Event::promptSubmit, "a"); }},
         {"+ 4 lines",
          below.with(&HookEvent::toolDetail, "0").given(R"({"command":"0\n1\n2\n3\n4"})"),
