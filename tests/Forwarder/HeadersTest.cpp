@@ -18,33 +18,16 @@ namespace {
 /// What this side alone knows, beside what all senders do.
 std::vector<TerminalCase> hookCases() {
     std::vector<TerminalCase> cases = terminalCases();
-    const std::string cursor = "x-host-bundle: com.todesktop.230313mzl4w4u92";
     const TerminalCase own[] = {
         {"tmux inside iTerm2",
          {"TERM_PROGRAM=tmux", "TERM=tmux-256color", "ITERM_SESSION_ID=w0:AB", "TMUX=/t/d,7,0",
           "TMUX_PANE=%3"},
          {"x-host-bundle: com.googlecode.iterm2", "x-iterm-session: w0:AB",
           "x-term-program: iTerm.app", "x-tmux-pane: %3", "x-tmux-server: /t/d,7,0"}},
-        {"Cursor by its place",
-         {"TERM_PROGRAM=vscode", "VSCODE_GIT_ASKPASS_NODE=/usr/share/cursor/cursor"},
-         {cursor, "x-term-program: vscode"}},
-        {"Orca under another name",
-         {"TERM_PROGRAM=vscode", "ORCA_TERM_PROGRAM=Orca", "ORCA_TERMINAL_HANDLE=term_1"},
-         {"x-host-bundle: com.stablyai.orca", "x-orca-terminal: term_1", "x-term-program: Orca"}},
-        {"VSCodium by its place, started from Ghostty",
-         {"TERM_PROGRAM=vscode", "VSCODE_GIT_ASKPASS_NODE=/usr/share/codium/codium",
-          "GHOSTTY_RESOURCES_DIR=/usr/share/ghostty"},
-         {"x-host-bundle: codium", "x-term-program: vscode"}},
         {"a JetBrains IDE by its entry",
          {"TERMINAL_EMULATOR=JetBrains-JediTerm",
           "GIO_LAUNCHED_DESKTOP_FILE=/a/my-intelliJ-ce-Idea.desktop"},
          {"x-host-bundle: com.jetbrains.intellij", "x-term-program: JetBrains-JediTerm"}},
-        {"another application by its entry",
-         {"GIO_LAUNCHED_DESKTOP_FILE=/usr/share/applications/org.gnome.Console.desktop"},
-         {"x-host-bundle: org.gnome.Console"}},
-        {"a known application by its entry",
-         {"GIO_LAUNCHED_DESKTOP_FILE=/usr/share/applications/cursor.desktop"},
-         {cursor}},
         {"bytes that are no UTF-8",
          {"TERM_PROGRAM=WezTerm", "WEZTERM_UNIX_SOCKET=/run/gr\xc3\xb6\xff\xc3",
           "ZELLIJ_SESSION_NAME=gr\xc3\xb6\xff\xed\xa0\x80\xf0\x9f\x98\x80\xc0\x80\xc3"},
