@@ -38,7 +38,7 @@ public:
     /// True when the desktop lets this program give the focus to another program's window.
     virtual bool canFocusWindows() const = 0;
 
-    using Found = std::function<void(const QList<HostWindow> &)>;
+    using Found = std::function<void(const std::optional<QList<HostWindow>> &)>;
 
     /// What has become of a terminal that was to be shown.
     enum class Showing {
@@ -49,8 +49,8 @@ public:
     };
     using Shown = std::function<void(Showing)>;
 
-    /// The windows of the application with this bundle identifier, in the desktop's order; none
-    /// when it doesn't run, or the desktop doesn't tell.
+    /// The windows of the application with this bundle identifier, in the desktop's order; an empty
+    /// list when it has none, and no list when it may have some that the desktop doesn't tell.
     virtual void find(const QString &bundleID, Found found) = 0;
 
     /// Brings the window to the front; from another desktop as well.

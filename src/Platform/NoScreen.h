@@ -48,7 +48,7 @@ class NullHostWindows : public HostWindows {
 public:
     bool canFocusWindows() const override { return false; }
     void find(const QString &, Found found) override {
-        later([found = std::move(found)] { found({}); });
+        later([found = std::move(found)] { found(std::nullopt); });
     }
     void activate(const HostWindow &) override {}
     void launch(const QString &) override {}

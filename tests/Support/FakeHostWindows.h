@@ -10,7 +10,9 @@ namespace morvane {
 class FakeHostWindows : public HostWindows {
 public:
     bool canFocusWindows() const override { return letsFocus; }
-    void find(const QString &bundleID, Found found) override { found(running.value(bundleID)); }
+    void find(const QString &bundleID, Found found) override {
+        found(tellsWindows ? std::optional(running.value(bundleID)) : std::nullopt);
+    }
     void activate(const HostWindow &window) override { deeds << "activate " + window.id; }
     void launch(const QString &bundleID) override { deeds << "launch " + bundleID; }
     void showTerminal(const TerminalDevice &terminal, Shown shown) override {
@@ -20,6 +22,7 @@ public:
     }
 
     bool letsFocus = false;
+    bool tellsWindows = true;
     QStringList deeds;
     QMap<QString, QList<HostWindow>> running; ///< by their bundle identifiers
     QStringList terminals;                    ///< those that can be shown

@@ -24,14 +24,19 @@ using Then = std::function<void()>;
 
 using Showing = HostWindows::Showing;
 
+/// Where nobody tells whether the host runs it is left alone: most terminals that are started once
+/// more open an empty window, which takes the keyboard.
 void launchOrRaise(const Destination &destination, HostWindows &windows) {
     const QString bundleID = HostApp::bundleID(destination.hostBundleID, destination.termProgram);
     const QString project = destination.projectName;
-    windows.find(bundleID, [bundleID, project, &windows](const QList<HostWindow> &found) {
-        if (found.isEmpty()) {
+    windows.find(bundleID, [bundleID, project, &windows](const auto &found) {
+        if (!found) {
+            return;
+        }
+        if (found->isEmpty()) {
             windows.launch(bundleID);
         } else {
-            windows.activate(windowOf(project, found).value_or(found.first()));
+            windows.activate(windowOf(project, *found).value_or(found->first()));
         }
     });
 }

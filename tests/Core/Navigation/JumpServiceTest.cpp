@@ -104,12 +104,14 @@ TEST_F(JumpServiceTest, FindsTheWindowOfAProjectByWhatItsTitleIsMadeOf) {
     }
 }
 
-TEST_F(JumpServiceTest, BringsTheHostForwardOrStartsIt) {
+TEST_F(JumpServiceTest, BringsTheHostForwardOrStartsItWhereItIsKnownNotToRun) {
     EXPECT_EQ(jumped(), QStringList{"launch net.kovidgoyal.kitty"});
     windows.running["net.kovidgoyal.kitty"] = titled({"vim", "webshop"});
     EXPECT_EQ(jumped(), QStringList{"activate 1"});
     destination.projectName = QStringLiteral("infra");
     EXPECT_EQ(jumped(), QStringList{"activate 0"});
+    windows.tellsWindows = false;
+    EXPECT_EQ(jumped(), QStringList());
 }
 
 TEST_F(JumpServiceTest, AsksTheTerminalItselfWhereItsDeviceIsKnown) {

@@ -61,13 +61,13 @@ TEST_F(PrivateBusTest, KWinTellsItsWindowsByAScriptThatIsTakenBack) {
     Compositor compositor(connection("compositor"));
     compositor.answer = R"([{"id":"{1}","title":"shop <2>","process":7,"names":["kitty","","k"]}])";
     KWinWindowSystem system(connection("program"));
-    EXPECT_EQ(listed(system), QStringList("{1} shop kitty,k 7"));
+    EXPECT_EQ(listed(system), QStringList{"{1} shop kitty,k 7"});
     EXPECT_TRUE(becomesTrue([&] { return compositor.asked.contains("unloadScript"); }));
 
     compositor.answer = "not what it should be";
     EXPECT_EQ(listed(system), QStringList());
     compositor.isClosed = true;
-    EXPECT_EQ(listed(system), QStringList());
+    EXPECT_EQ(listed(system), std::nullopt);
 }
 
 TEST_F(PrivateBusTest, NothingButAWindowsIdentifierGoesIntoAScriptOfKWins) {

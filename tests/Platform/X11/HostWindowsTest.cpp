@@ -11,6 +11,18 @@
 namespace morvane {
 namespace {
 
+std::optional<QList<HostWindow>> foundBy(HostWindows &windows, const QString &bundleID) {
+    bool isTold = false;
+    std::optional<QList<HostWindow>> result;
+    windows.find(bundleID, [&](const auto &found) {
+        isTold = true;
+        result = found;
+    });
+    EXPECT_FALSE(isTold);
+    EXPECT_TRUE(becomesTrue([&] { return isTold; }));
+    return result;
+}
+
 /// Two terminals of one application on the first desktop, the second of them in front.
 class HostWindowsTest : public OnX11<QGuiApplication> {
 protected:
@@ -33,11 +45,7 @@ protected:
     }
 
     QList<HostWindow> find(const QString &bundleID) {
-        std::optional<QList<HostWindow>> result;
-        windows->find(bundleID, [&](const auto &found) { result = found; });
-        EXPECT_FALSE(result);
-        EXPECT_TRUE(becomesTrue([&] { return result.has_value(); }));
-        return result.value_or(QList<HostWindow>());
+        return foundBy(*windows, bundleID).value_or(QList<HostWindow>());
     }
 
     using Showing = HostWindows::Showing;
@@ -74,7 +82,8 @@ TEST_P(ManagedHostWindowsTest, TheWindowThatIsMeantComesForwardFromWhereverItIs)
     EXPECT_TRUE(windows->canFocusWindows());
     const QList<HostWindow> found = find("xterm");
     ASSERT_EQ(found.size(), 2);
-    EXPECT_TRUE(find("io.alacritty").isEmpty());
+    const auto none = foundBy(*windows, "io.alacritty");
+    EXPECT_TRUE(none && none->isEmpty());
     const bool isFirst = found[0].title == "shop";
     const HostWindow shop = found[isFirst ? 0 : 1];
     EXPECT_EQ(found[isFirst ? 1 : 0].title, "shop-api");
@@ -143,7 +152,11 @@ protected:
 TEST_F(XwaylandTest, ItsWindowManagerHasNothingToDoWithMostWindows) {
     EventLoopScheduler scheduler;
     ASSERT_TRUE(x11->isXwayland());
-    EXPECT_FALSE(X11WindowSystem(*x11, scheduler).canFocusWindows());
+    ManualPool pool;
+    DesktopHostWindows windows(std::make_unique<X11WindowSystem>(*x11, scheduler),
+                               QDBusConnection(QStringLiteral("none")), pool, scheduler);
+    EXPECT_FALSE(windows.canFocusWindows());
+    EXPECT_FALSE(foundBy(windows, "io.alacritty"));
 }
 
 } // namespace

@@ -70,17 +70,17 @@ DesktopHostWindows::DesktopHostWindows(std::unique_ptr<WindowSystem> windows,
     : m_windows(std::move(windows)), m_tabs(bus), m_pool(pool), m_scheduler(scheduler) {}
 
 void DesktopHostWindows::find(const QString &bundleID, Found found) {
-    m_windows->list([bundleID, found = std::move(found)](const auto &windows) {
+    m_windows->list([bundleID, found = std::move(found)](const auto &listing) {
         const QStringList names = namesOf(bundleID);
         QList<HostWindow> result;
-        for (const WindowSystem::Window &window : windows) {
+        for (const WindowSystem::Window &window : listing.windows) {
             if (std::ranges::any_of(window.names, [&](const QString &name) {
                     return names.contains(name, Qt::CaseInsensitive);
                 })) {
                 result.append({window.id, window.title});
             }
         }
-        found(result);
+        found(result.isEmpty() && !listing.isWhole ? std::nullopt : std::optional(result));
     });
 }
 
@@ -114,8 +114,8 @@ void DesktopHostWindows::showTerminal(const TerminalDevice &terminal, Shown show
 /// started the shell; else a guess would be as good as none.
 void DesktopHostWindows::showWindow(const TerminalProcesses &processes,
                                     const TerminalTabs::Outcome &tab, const Shown &shown) {
-    m_windows->list([this, processes, tab, shown](const auto &windows) {
-        const auto around = windowsAround(processes, windows);
+    m_windows->list([this, processes, tab, shown](const auto &listing) {
+        const auto around = windowsAround(processes, listing.windows);
         QString id = onlyOne(around, [](const auto &) { return true; });
         if (id.isEmpty()) {
             id = onlyOne(around, [&](const auto &window) {

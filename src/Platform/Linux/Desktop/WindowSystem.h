@@ -32,10 +32,13 @@ public:
     /// True when the desktop lets this program give the focus to another program's window.
     virtual bool canFocusWindows() const { return true; }
 
-    using Listed = std::function<void(const QList<Window> &)>;
+    struct Listing {
+        QList<Window> windows;
+        bool isWhole = false; ///< else there may be others, of which the desktop doesn't tell
+    };
+    using Listed = std::function<void(const Listing &)>;
 
-    /// The windows of all desktops, minimised ones too, from the front to the back. None where they
-    /// can't be told.
+    /// The windows of all desktops, minimised ones too, from the front to the back.
     virtual void list(Listed listed) = 0;
 
     /// Brings the window to the front with the keyboard: from another desktop, and when it is

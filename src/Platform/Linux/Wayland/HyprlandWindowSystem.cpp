@@ -39,7 +39,7 @@ void HyprlandWindowSystem::list(Listed listed) {
     SocketQuestion::ask(
         m_socket, "j/clients", &SocketQuestion::untilItCloses,
         [listed = std::move(listed)](const std::optional<QByteArray> &answer) {
-            listed(windows(answer.value_or(QByteArray())));
+            listed(answer ? Listing{windows(*answer), true} : Listing());
         },
         &m_context);
 }

@@ -65,9 +65,10 @@ WindowSystem::Window windowOf(const QJsonObject &told) {
 
 void KWinWindowSystem::list(Listed listed) {
     m_scripts.ask(listing, [listed = std::move(listed)](const QString &answer) {
-        QList<Window> result;
+        Listing result;
+        result.isWhole = !answer.isEmpty();
         for (const QJsonObject &window : CompositorJson::objectsOf(answer.toUtf8())) {
-            result.append(windowOf(window));
+            result.windows.append(windowOf(window));
         }
         listed(result);
     });

@@ -9,7 +9,7 @@ void SwayWindowSystem::list(Listed listed) {
     SocketQuestion::ask(
         m_socket, SwayMessage::encode(SwayMessage::Type::getTree), &SwayMessage::length,
         [listed = std::move(listed)](const std::optional<QByteArray> &answer) {
-            listed(answer ? SwayMessage::windows(*answer) : QList<Window>());
+            listed(answer ? Listing{SwayMessage::windows(*answer), true} : Listing());
         },
         &m_context);
 }

@@ -118,7 +118,10 @@ bool X11WindowSystem::canFocusWindows() const {
 
 void X11WindowSystem::list(Listed listed) {
     QMetaObject::invokeMethod(
-        &m_context, [this, listed = std::move(listed)] { listed(windows()); },
+        &m_context,
+        [this, listed = std::move(listed)] {
+            listed({windows(), canFocusWindows()});
+        },
         Qt::QueuedConnection);
 }
 
