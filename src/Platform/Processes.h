@@ -2,7 +2,7 @@
 
 #include "Platform/Task.h"
 
-#include <QProcessEnvironment>
+#include <QByteArrayList>
 #include <QString>
 #include <QStringList>
 
@@ -68,9 +68,9 @@ public:
     /// the kernel's; safe from any thread.
     virtual std::optional<ProcessIdentity> identityOf(std::int64_t id) const = 0;
 
-    /// What the process of this number was started with; empty where the machine doesn't tell.
-    /// Reads a file of the kernel's, 256 KiB at most; safe from any thread.
-    virtual QProcessEnvironment environment(std::int64_t process) const = 0;
+    /// What the process of this number was started with, each as NAME=VALUE; nothing where the
+    /// machine doesn't tell. Reads a file of the kernel's, 256 KiB at most; safe from any thread.
+    virtual QByteArrayList environment(std::int64_t process) const = 0;
 
     /// Where we find the file that the process knows by this absolute path, with no link left to
     /// follow but one to its root: where it has mounts of its own, as in a container, the path
@@ -94,7 +94,7 @@ public:
         return std::nullopt;
     }
     std::optional<ProcessIdentity> identityOf(std::int64_t) const override { return std::nullopt; }
-    QProcessEnvironment environment(std::int64_t) const override { return {}; }
+    QByteArrayList environment(std::int64_t) const override { return {}; }
     QString fileOf(const ProcessIdentity &, const QString &) const override { return {}; }
 };
 

@@ -186,7 +186,7 @@ TEST_F(SandboxTest, HasNoTerminalOfOursUnlessItsAgentCanBeSeen) {
 
 TEST_F(LinuxProcessesTest, TellsWhatItWasStartedWithAndThatItIsStopped) {
     const std::int64_t id = sleeper.processId();
-    EXPECT_EQ(processes.environment(id).value("PATH"), qEnvironmentVariable("PATH"));
+    EXPECT_TRUE(processes.environment(id).contains("PATH=" + qgetenv("PATH")));
     const auto self = processes.identityOf(id);
     ASSERT_TRUE(self);
     ProcessIdentity earlier = *self;

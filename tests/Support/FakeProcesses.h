@@ -36,7 +36,7 @@ public:
         return ProcessIdentity{id};
     }
 
-    QProcessEnvironment environment(std::int64_t process) const override {
+    QByteArrayList environment(std::int64_t process) const override {
         return environments.value(process);
     }
 
@@ -55,7 +55,7 @@ public:
     QHash<QString, std::optional<std::int64_t>> listeners; ///< by the sockets that they listen at
     QHash<std::int64_t, std::optional<bool>> hearing;      ///< what is typed, by their numbers
     QHash<std::int64_t, std::optional<std::int64_t>> openers; ///< of their terminals
-    QHash<std::int64_t, QProcessEnvironment> environments;    ///< by their numbers
+    QHash<std::int64_t, QByteArrayList> environments;         ///< by their numbers
 
 private:
     std::map<ProcessIdentity, std::function<void()>> m_watches;

@@ -8,8 +8,6 @@
 #include "Platform/HostWindows.h"
 #include "Platform/Scripting.h"
 
-#include <QByteArrayList>
-
 #include <algorithm>
 #include <functional>
 #include <string_view>
@@ -103,10 +101,7 @@ Destination withoutDevice(Destination inTmux) {
 /// pane is left from whoever started the server.
 Destination around(const PaneFocus::Client &client, const QString &projectName,
                    const Processes &processes) {
-    QByteArrayList entries;
-    for (const QString &entry : processes.environment(client.process).toStringList()) {
-        entries.append(entry.toUtf8());
-    }
+    QByteArrayList entries = processes.environment(client.process);
     std::vector<char *> variables;
     for (QByteArray &entry : entries) {
         variables.push_back(entry.data());

@@ -270,16 +270,13 @@ std::optional<std::int64_t> LinuxProcesses::terminalOpener(const ProcessIdentity
     return leader ? std::optional(leader->parent) : std::nullopt;
 }
 
-QProcessEnvironment LinuxProcesses::environment(std::int64_t process) const {
-    QProcessEnvironment result;
-    const QByteArray text = contents(procPath(process, "environ"), longestEnvironment);
-    for (const QByteArray &entry : text.split('\0')) {
-        if (const qsizetype end = entry.indexOf('='); end > 0) {
-            result.insert(QString::fromUtf8(entry.left(end)),
-                          QString::fromUtf8(entry.mid(end + 1)));
-        }
-    }
-    return result;
+QByteArrayList LinuxProcesses::environment(std::int64_t process) const {
+    return environment(process, QStringLiteral("/proc"));
+}
+
+QByteArrayList LinuxProcesses::environment(std::int64_t process, const QString &folder) {
+    const QString path = QStringLiteral("%1/%2/environ").arg(folder).arg(process);
+    return contents(path, longestEnvironment).split('\0');
 }
 
 QString LinuxProcesses::fileOf(const ProcessIdentity &process, const QString &path) const {

@@ -22,7 +22,7 @@ public:
     std::optional<bool> hearsKeys(const ProcessIdentity &process) const override;
     std::optional<std::int64_t> terminalOpener(const ProcessIdentity &process) const override;
     std::optional<ProcessIdentity> identityOf(std::int64_t id) const override;
-    QProcessEnvironment environment(std::int64_t process) const override;
+    QByteArrayList environment(std::int64_t process) const override;
     QString fileOf(const ProcessIdentity &process, const QString &path) const override;
 
     /// Whether the process has its number in our own space, not in a sandbox's.
@@ -31,6 +31,9 @@ public:
     /// The number that the process has in our own space; none where it can't be seen, or has ended.
     /// Looks at every process where that one isn't numbered here; safe from any thread.
     static std::optional<std::int64_t> numberHere(const ProcessIdentity &process);
+
+    /// What the process was started with, as a folder like /proc tells.
+    static QByteArrayList environment(std::int64_t process, const QString &folder);
 
 private:
     Task whenFoundHasEnded(const ProcessIdentity &process, std::function<void()> ended);

@@ -20,13 +20,6 @@ namespace {
 
 constexpr qsizetype maxAncestors = 64;
 
-QList<QByteArray> environmentOf(qint64 id, const QString &folder) {
-    constexpr qint64 longest = 262144;
-    QFile file(QStringLiteral("%1/%2/environ").arg(folder).arg(id));
-    const QByteArray text = file.open(QIODevice::ReadOnly) ? file.read(longest) : QByteArray();
-    return text.split('\0');
-}
-
 Date beginningOf(const ProcessStatus &status) {
     timespec now{};
     ::clock_gettime(CLOCK_BOOTTIME, &now);
@@ -117,7 +110,7 @@ TerminalProcesses TerminalProcesses::of(const struct stat &device, const QString
     }
     TerminalProcesses result;
     result.openedAt = beginningOf(*status);
-    result.environment = environmentOf(status->id, folder);
+    result.environment = LinuxProcesses::environment(status->id, folder);
     while (status && status->id > 1 && result.ancestors.size() < maxAncestors) {
         result.ancestors.append({status->id, status->name});
         status = ProcessStatus::of(status->parent, folder);

@@ -132,7 +132,7 @@ TEST_F(JumpServiceTest, GoesToTheTerminalThatShowsTheTmuxPane) {
     destination.pane.tmuxServer = QStringLiteral("/s,42,0");
     processes.listeners["/s"] = 42;
     windows.terminals << QStringLiteral("/dev/pts/8");
-    processes.environments[80].insert("KITTY_WINDOW_ID", "2");
+    processes.environments[80] = {"KITTY_WINDOW_ID=2"};
     home.writeProgram(".local/bin/kitty");
     EXPECT_EQ(jumped(), QStringList());
     EXPECT_TRUE(tools.lines().last().startsWith("tmux -S /s display-message -p -t %3 "));
@@ -152,10 +152,9 @@ TEST_F(JumpServiceTest, GoesToTheTerminalThatShowsTheTmuxPane) {
 
     // Where the server was started says nothing of the one that shows it.
     windows.terminals.clear();
-    processes.environments[80] = {};
     for (const auto &[term, program] :
-         {std::pair("foot", "foot"), {"xterm", "com.googlecode.iterm2"}}) {
-        processes.environments[80].insert("TERM", term);
+         {std::pair("TERM=foot", "foot"), {"TERM=xterm", "com.googlecode.iterm2"}}) {
+        processes.environments[80] = {term};
         jumped();
         tools.finish(QByteArray("/dev/pts/5 vim\n"));
         tools.finish(QByteArray());
