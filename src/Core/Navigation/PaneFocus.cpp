@@ -3,6 +3,9 @@
 #include "Core/Ground/ToolPaths.h"
 #include "Platform/Processes.h"
 
+#include <algorithm>
+#include <functional>
+
 namespace morvane::PaneFocus {
 
 namespace {
@@ -21,6 +24,30 @@ QProcessEnvironment environmentFor(const QString &tool, const PaneLocator &pane)
     } else if (tool == u"wezterm" && pane.weztermSocket) {
         result.insert(QStringLiteral("WEZTERM_UNIX_SOCKET"), *pane.weztermSocket);
     }
+    return result;
+}
+
+/// What a client shows.
+struct View {
+    qlonglong usedAt = 0;
+    QString pane;
+    Client client;
+};
+
+const QString viewFormat =
+    QStringLiteral("#{client_activity} #{pane_id} #{client_pid} #{client_tty}");
+
+/// Out of tmux's list in `viewFormat`, the one that was used last first; without clients that are
+/// no terminals.
+QList<View> viewsIn(const QString &list) {
+    QList<View> result;
+    for (const QString &line : list.split(QLatin1Char('\n'))) {
+        const QStringList words = line.split(QLatin1Char(' '));
+        if (const QString tty = words.value(3); !tty.isEmpty()) {
+            result.append({words[0].toLongLong(), words[1], {tty, words[2].toLongLong()}});
+        }
+    }
+    std::ranges::stable_sort(result, std::greater(), &View::usedAt);
     return result;
 }
 
@@ -81,37 +108,23 @@ void look(const PaneLocator &pane, Tools &tools,
         });
 }
 
-std::optional<Client> showingClient(const QString &clients, const QString &pane) {
-    std::optional<Client> result;
-    qlonglong latest = -1;
-    for (const QString &line : clients.split(QLatin1Char('\n'))) {
-        const qlonglong activity = line.section(QLatin1Char(' '), 0, 0).toLongLong();
-        const QString tty = line.section(QLatin1Char(' '), 3);
-        if (line.section(QLatin1Char(' '), 1, 1) == pane && !tty.isEmpty() && activity > latest) {
-            latest = activity;
-            result = Client{tty, line.section(QLatin1Char(' '), 2, 2).toLongLong()};
-        }
-    }
-    return result;
-}
-
 void focusMultiplexer(const PaneLocator &pane, Tools &tools,
                       const std::function<void(const std::optional<Client> &)> &then) {
     const auto command = [pane, &tools](const QStringList &words, const Tools::Finished &finished) {
         run(tmux, tmuxArguments(pane, words), pane, tools, finished);
     };
     const auto takeClients = [=](const std::optional<QByteArray> &output) {
-        const QString clients = QString::fromUtf8(output.value_or(QByteArray())).trimmed();
-        const auto showing = showingClient(clients, *pane.tmux);
-        const auto first = showingClient(clients, clients.section(QLatin1Char(' '), 1, 1));
-        if (showing || !first || clients.contains(QLatin1Char('\n'))) {
-            then(showing);
+        const auto views = viewsIn(QString::fromUtf8(output.value_or(QByteArray())));
+        const auto showing = std::ranges::find(views, *pane.tmux, &View::pane);
+        if (showing != views.end() || views.size() != 1) {
+            then(showing != views.end() ? std::optional(showing->client) : std::nullopt);
             return;
         }
-        command({QStringLiteral("switch-client"), QStringLiteral("-c"), first->tty,
+        const Client only = views.first().client;
+        command({QStringLiteral("switch-client"), QStringLiteral("-c"), only.tty,
                  QStringLiteral("-t"), *pane.tmux},
                 [=](const std::optional<QByteArray> &switched) {
-                    then(switched ? first : std::nullopt);
+                    then(switched ? std::optional(only) : std::nullopt);
                 });
     };
     const auto findClient = [=](const std::optional<QByteArray> &selected) {
@@ -120,8 +133,7 @@ void focusMultiplexer(const PaneLocator &pane, Tools &tools,
             then(std::nullopt);
             return;
         }
-        command({QStringLiteral("list-clients"), QStringLiteral("-F"), tmuxClientFormat},
-                takeClients);
+        command({QStringLiteral("list-clients"), QStringLiteral("-F"), viewFormat}, takeClients);
     };
     const auto selectPane = [=](const std::optional<QByteArray> &) {
         command({QStringLiteral("select-pane"), QStringLiteral("-t"), *pane.tmux}, findClient);

@@ -51,12 +51,6 @@ struct Client {
     friend bool operator==(const Client &, const Client &) = default;
 };
 
-/// The client that shows the pane with this id, out of tmux's list in `tmuxClientFormat`: of
-/// several the one that was used last.
-std::optional<Client> showingClient(const QString &clients, const QString &pane);
-inline constexpr QLatin1String
-    tmuxClientFormat("#{client_activity} #{pane_id} #{client_pid} #{client_tty}");
-
 /// Selects the tmux pane, which must be named, and brings it into the server's only terminal if
 /// none shows it. `then` is always called, with the terminal in which tmux shows the pane; at once
 /// where there is no tmux, else within twelve seconds.
