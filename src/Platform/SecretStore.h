@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Platform/Failure.h"
 #include "Platform/Time.h"
 
 #include <QByteArray>
@@ -21,7 +20,10 @@ public:
     /// The secret would have to be unlocked first, or the store didn't answer in time.
     struct Withheld {};
 
-    using Answer = std::variant<QByteArray, Withheld, Failure>;
+    /// Nothing is stored, or there is no store.
+    struct Missing {};
+
+    using Answer = std::variant<QByteArray, Withheld, Missing>;
 
     /// The secret that some program has stored for this service. Opens no dialog: what is locked
     /// stays locked. Blocks for up to `limit`; safe from any thread but the main one.
@@ -31,9 +33,7 @@ public:
 /// That of a machine without any.
 class NullSecretStore final : public SecretStore {
 public:
-    Answer secret(const QString &, Seconds) override {
-        return Failure{QStringLiteral("no secret store")};
-    }
+    Answer secret(const QString &, Seconds) override { return Missing{}; }
 };
 
 } // namespace morvane

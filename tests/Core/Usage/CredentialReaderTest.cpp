@@ -53,7 +53,7 @@ TEST_F(CredentialReaderTest, FindsTheFileBeforeTheSecretStore) {
     EXPECT_EQ(store.asked.first(), "Claude Code-credentials 2.5");
     store.answer = QByteArray("not JSON");
     EXPECT_EQ(read(), "missing");
-    store.answer = Failure{};
+    store.answer = SecretStore::Missing{};
     EXPECT_EQ(read(), "missing");
 }
 

@@ -16,7 +16,7 @@ public:
         return answer;
     }
 
-    Answer answer = Failure{};
+    Answer answer = Missing{};
     QStringList asked;
 };
 

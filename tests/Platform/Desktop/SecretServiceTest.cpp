@@ -131,10 +131,10 @@ TEST_F(SecretServiceTest, LeavesLockedWhatIsLocked) {
 }
 
 TEST_F(SecretServiceTest, TellsWhatIsMissingFromWhatDoesNotAnswer) {
-    EXPECT_TRUE(std::holds_alternative<Failure>(secret()));
+    EXPECT_TRUE(std::holds_alternative<SecretStore::Missing>(secret()));
     {
         const Keyring empty(connection("keyring"), {{"other", "no"}});
-        EXPECT_TRUE(std::holds_alternative<Failure>(secret()));
+        EXPECT_TRUE(std::holds_alternative<SecretStore::Missing>(secret()));
     }
     for (const char *member : {"SearchItems", "GetSecret"}) {
         Keyring hanging(connection("keyring"), {{"agent", "secret"}});

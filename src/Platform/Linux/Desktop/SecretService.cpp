@@ -135,7 +135,7 @@ SecretStore::Answer SecretService::secret(const QString &service, Seconds limit)
     if (foundLocked || questions.ranOut()) {
         return Withheld{};
     }
-    return Failure{QStringLiteral("nothing is stored for %1").arg(service)};
+    return Missing{};
 }
 
 } // namespace morvane
