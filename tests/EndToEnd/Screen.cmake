@@ -6,6 +6,7 @@ add_library(end_to_end_support STATIC
   WindowManager.h
 )
 target_include_directories(end_to_end_support PUBLIC ${PROJECT_SOURCE_DIR}/tests)
+read_test_headers(end_to_end_support)
 target_link_libraries(end_to_end_support
   PUBLIC Qt6::Core GTest::gtest
   PRIVATE morvane_options Qt6::Network)
@@ -17,6 +18,7 @@ add_executable(screen_tests
   ScreenTest.cpp
   TrayTest.cpp
 )
+read_test_headers(screen_tests)
 target_link_libraries(screen_tests PRIVATE
   morvane_options end_to_end_support loop_test_main Qt6::DBus)
 target_compile_definitions(screen_tests PRIVATE
