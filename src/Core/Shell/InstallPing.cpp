@@ -9,7 +9,7 @@ namespace morvane::InstallPing {
 
 namespace {
 
-constexpr Seconds answerLimit(10);
+constexpr Seconds pingLimit(10);
 
 HttpsRequest request(const QUrl &url) {
     const nlohmann::json body{{"version", BuildInfo::version().toStdString()},
@@ -29,7 +29,7 @@ Task sendIfNeeded(MorvaneSettings &settings, HttpsClient &client, Scheduler &sch
     if (!counter || !settings.installPingEnabled() || settings.installPingSent()) {
         return {};
     }
-    return askWithin(answerLimit, client, scheduler, request(*counter),
+    return askWithin(pingLimit, client, scheduler, request(*counter),
                      [&settings](const std::optional<HttpsAnswer> &answer) {
                          if (answer && answer->status >= 200 && answer->status <= 299) {
                              settings.setInstallPingSent(true);

@@ -15,7 +15,7 @@ namespace morvane {
 
 namespace {
 
-constexpr Seconds answerLimit(15);
+constexpr Seconds endpointLimit(15);
 constexpr Seconds usualRetry(300);
 
 /// The seconds until a moment of HTTP, such as "Wed, 21 Oct 2015 07:28:00 GMT".
@@ -55,7 +55,7 @@ void UsageEndpoint::ask(const QByteArray &token, HttpsClient::Finished use) {
                                {{"Authorization", "Bearer " + token},
                                 {"anthropic-beta", "oauth-2025-04-20"},
                                 {"User-Agent", "claude-code/2.1.0"}}};
-    m_pending.emplace(number, askWithin(answerLimit, m_client, m_scheduler, request, finish));
+    m_pending.emplace(number, askWithin(endpointLimit, m_client, m_scheduler, request, finish));
 }
 
 Seconds UsageEndpoint::retryAfter(const std::optional<QByteArray> &header, Date now) {
