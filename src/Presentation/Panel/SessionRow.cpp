@@ -64,10 +64,8 @@ void SessionRow::outliveEntry() {
 
 void SessionRow::setInputHeightLimit(int limit) {
     m_inputHeightLimit = limit;
-    for (PromptStrip *prompt : std::initializer_list<PromptStrip *>{m_approval, m_question}) {
-        if (prompt != nullptr) {
-            prompt->setInputHeightLimit(limit);
-        }
+    if (auto *prompt = qobject_cast<PromptStrip *>(m_strip)) {
+        prompt->setInputHeightLimit(limit);
     }
 }
 
@@ -105,23 +103,23 @@ void SessionRow::retire(QWidget &strip) {
     strip.hide();
     strip.deleteLater();
     column().removeWidget(&strip);
-    m_approval = m_approval == &strip ? nullptr : m_approval;
-    m_question = m_question == &strip ? nullptr : m_question;
-    m_external = m_external == &strip ? nullptr : m_external;
 }
 
 QWidget *SessionRow::stripFor(bool showsShortcuts) {
     if (m_session.pendingApproval && context().actions.onDecide) {
-        approvalStrip().setApproval(*m_session.pendingApproval, name(), showsShortcuts);
-        return m_approval;
+        ApprovalStrip &strip = approvalStrip();
+        strip.setApproval(*m_session.pendingApproval, name(), showsShortcuts);
+        return &strip;
     }
     if (m_session.pendingQuestion && context().actions.onAnswer) {
-        questionStrip().setQuestion(*m_session.pendingQuestion, name(), showsShortcuts);
-        return m_question;
+        QuestionStrip &strip = questionStrip();
+        strip.setQuestion(*m_session.pendingQuestion, name(), showsShortcuts);
+        return &strip;
     }
     if (m_session.pendingExternalResponse) {
-        externalStrip().setSession(m_session);
-        return m_external;
+        ExternalStrip &strip = externalStrip();
+        strip.setSession(m_session);
+        return &strip;
     }
     return nullptr;
 }
@@ -146,44 +144,47 @@ bool SessionRow::hasBeenRead() const {
            prompt->hasBeenRead();
 }
 
-// A strip is made when it is first called for: most rows never need one.
+// A strip is made where none of its kind is on show: most rows never need one.
 
 ApprovalStrip &SessionRow::approvalStrip() {
-    if (m_approval == nullptr) {
-        m_approval = new ApprovalStrip(context().scheduler, this);
-        m_approval->setInputHeightLimit(m_inputHeightLimit);
-        column().addWidget(m_approval);
-        connect(m_approval, &ApprovalStrip::decided, this, [this](const AgentDecision &decision) {
-            if (isUpToDate()) {
-                context().actions.onDecide(m_session.id, decision);
-            }
-        });
+    if (auto *shown = qobject_cast<ApprovalStrip *>(m_strip)) {
+        return *shown;
     }
-    return *m_approval;
+    auto *const strip = new ApprovalStrip(context().scheduler, this);
+    strip->setInputHeightLimit(m_inputHeightLimit);
+    column().addWidget(strip);
+    connect(strip, &ApprovalStrip::decided, this, [this](const AgentDecision &decision) {
+        if (isUpToDate()) {
+            context().actions.onDecide(m_session.id, decision);
+        }
+    });
+    return *strip;
 }
 
 QuestionStrip &SessionRow::questionStrip() {
-    if (m_question == nullptr) {
-        m_question = new QuestionStrip(context().scheduler, this);
-        m_question->setInputHeightLimit(m_inputHeightLimit);
-        column().addWidget(m_question);
-        connect(m_question, &QuestionStrip::answered, this,
-                [this](const QString &question, const QString &option) {
-                    if (isUpToDate()) {
-                        context().actions.onAnswer(m_session.id, question, option);
-                    }
-                });
+    if (auto *shown = qobject_cast<QuestionStrip *>(m_strip)) {
+        return *shown;
     }
-    return *m_question;
+    auto *const strip = new QuestionStrip(context().scheduler, this);
+    strip->setInputHeightLimit(m_inputHeightLimit);
+    column().addWidget(strip);
+    connect(strip, &QuestionStrip::answered, this,
+            [this](const QString &question, const QString &option) {
+                if (isUpToDate()) {
+                    context().actions.onAnswer(m_session.id, question, option);
+                }
+            });
+    return *strip;
 }
 
 ExternalStrip &SessionRow::externalStrip() {
-    if (m_external == nullptr) {
-        m_external = new ExternalStrip(this);
-        column().addWidget(m_external);
-        connect(m_external, &ExternalStrip::answerRequested, this, &SessionRow::select);
+    if (auto *shown = qobject_cast<ExternalStrip *>(m_strip)) {
+        return *shown;
     }
-    return *m_external;
+    auto *const strip = new ExternalStrip(this);
+    column().addWidget(strip);
+    connect(strip, &ExternalStrip::answerRequested, this, &SessionRow::select);
+    return *strip;
 }
 
 } // namespace morvane

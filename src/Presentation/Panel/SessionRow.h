@@ -64,9 +64,6 @@ private:
     SessionMetaLine *m_meta;
     SubagentList *m_subagents;
     QWidget *m_strip = nullptr; ///< the one on show
-    ApprovalStrip *m_approval = nullptr;
-    QuestionStrip *m_question = nullptr;
-    ExternalStrip *m_external = nullptr;
 };
 
 Q_DECLARE_OPERATORS_FOR_FLAGS(SessionRow::Details)
