@@ -9,7 +9,7 @@
 #include <QLineEdit>
 #include <QLinearGradient>
 #include <QPainter>
-#include <QtTest>
+#include <QTest>
 
 namespace morvane {
 

@@ -4,7 +4,7 @@
 
 #include <QApplication>
 #include <QMessageBox>
-#include <QtTest>
+#include <QTest>
 
 namespace morvane {
 
