@@ -22,13 +22,23 @@
 namespace morvane {
 namespace {
 
+void makeShell(const QString &path) {
+    QFile::copy(QFileInfo("/bin/sh").canonicalFilePath(), path);
+}
+
+/// Starts a shell that waits, and returns once it tells that it runs: QProcess counts it as started
+/// while the kernel has no name and no environment of it yet.
+void startWaiting(QProcess &process, const QString &program) {
+    process.start(program, {"-c", "echo; read line"});
+    EXPECT_TRUE(becomesTrue([&] { return process.canReadLine(); }));
+}
+
 class LinuxProcessesTest : public testing::Test {
 protected:
     LinuxProcessesTest() {
+        makeShell(folder.filePath(name));
         sleeper.setWorkingDirectory(folder.path());
-        QFile::copy(QFileInfo("/bin/sleep").canonicalFilePath(), folder.filePath(name));
-        sleeper.start(folder.filePath(name), {"600"});
-        sleeper.waitForStarted();
+        startWaiting(sleeper, folder.filePath(name));
     }
     ~LinuxProcessesTest() override {
         sleeper.kill();
@@ -79,7 +89,7 @@ class SandboxTest : public LinuxProcessesTest {
 protected:
     void SetUp() override {
         const QString script = R"(mount -t tmpfs none "$1" && mkdir "$1/files" &&
-            ln -s "$1/files" "$1/link" && touch "$1/files/it" && exec "$0" 600)";
+            ln -s "$1/files" "$1/link" && touch "$1/files/it" && exec "$0" -c 'read line')";
         const QStringList command{"--pid",     "--mount", "--fork", "--kill-child",
                                   "sh",        "-c",      script,   folder.filePath(name),
                                   files.path()};
@@ -207,9 +217,8 @@ TEST_F(LinuxProcessesTest, FindsWhereAProgramRuns) {
     const TemporaryHome other;
     const QString interpreter = other.path("node");
     const QString native = other.path(name);
-    for (const QString &shell : {interpreter, native}) {
-        QFile::copy(QFileInfo("/bin/sh").canonicalFilePath(), shell);
-    }
+    makeShell(interpreter);
+    makeShell(native);
     other.write("script/" + name, R"("$1" -c 'echo there; read line'; :)");
     for (const QString &outer : {interpreter, native}) {
         QProcess twice;
@@ -230,11 +239,10 @@ TEST_F(LinuxProcessesTest, DoesntTellWhereAProgramRunsThatDoesntLetItselfBeLooke
         GTEST_SKIP() << "needs a user who may not look into everything";
     }
     const QString closed = name + " closed";
-    QFile::copy(QFileInfo("/bin/sleep").canonicalFilePath(), folder.filePath(closed));
+    makeShell(folder.filePath(closed));
     QFile::setPermissions(folder.filePath(closed), QFile::ExeOwner);
     QProcess process;
-    process.start(folder.filePath(closed), {"600"});
-    process.waitForStarted();
+    startWaiting(process, folder.filePath(closed));
     EXPECT_EQ(processes.workingDirectories(closed), std::nullopt);
     process.kill();
     process.waitForFinished();
