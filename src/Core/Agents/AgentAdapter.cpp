@@ -40,15 +40,16 @@ std::optional<AgentRelease> AgentAdapter::transcriptRelease(const QString &) con
 }
 
 bool AgentAdapter::isSession(const TranscriptOrigin &origin) const {
-    return !m_contract.spawnsAgents || origin.root.isEmpty() || origin.root == origin.sessionID;
+    return m_contract.spawningTool.isEmpty() || origin.root.isEmpty() ||
+           origin.root == origin.sessionID;
 }
 
 bool AgentAdapter::launchesSubagent(const QString &toolName) const {
-    return m_contract.spawnsAgents && toolName == QLatin1String("spawn_agent");
+    return !toolName.isEmpty() && toolName == m_contract.spawningTool;
 }
 
 bool AgentAdapter::wantsBack(const QString &toolName) const {
-    return m_contract.wantsPlansBack && toolName == QLatin1String("ExitPlanMode");
+    return !toolName.isEmpty() && toolName == m_contract.planTool;
 }
 
 nlohmann::json AgentAdapter::hookEntry(const QString &command,

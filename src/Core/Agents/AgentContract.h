@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QLatin1String>
+
 namespace morvane {
 
 /// Where a release of an agent speaks otherwise than the contract that was written down first. That
@@ -35,9 +37,9 @@ struct AgentContract {
     /// Every message of the transcript counts as the agent's last words, whatever phase it is of.
     bool everyPhaseCounts = false;
 
-    /// Subagents are launched with "spawn_agent", and keep transcripts of their own, which name
-    /// the session that they work for beside their own id.
-    bool spawnsAgents = false;
+    /// What launches a subagent that keeps a transcript of its own, which names the session that it
+    /// works for beside its own id. Empty where there is none.
+    QLatin1String spawningTool{};
 
     /// A subagent asks for permission as its session does, and takes an answer.
     bool subagentsAsk = false;
@@ -45,8 +47,9 @@ struct AgentContract {
     /// The agent asks in its terminal only once a hook that waits has ended without an answer.
     bool asksAfterHook = false;
 
-    /// A plan that its person is shown is approved only by an answer that gives it back.
-    bool wantsPlansBack = false;
+    /// What shows its person a plan, which is approved only by an answer that gives it back. Empty
+    /// where none wants this.
+    QLatin1String planTool{};
 
     /// Notifications of their own tell that a teammate, a server of the agent's tools or a question
     /// of the agent's waits for the person.
