@@ -23,19 +23,10 @@ ForwarderScripts scripts(std::uint16_t port) {
     return {"the-token", port};
 }
 
-TEST(ForwarderScripts, PutsPortAndTokenIntoTheScript) {
+TEST(ForwarderScripts, LieInAFolderOfTheirOwnersAlone) {
     const TemporaryHome home;
-    ASSERT_FALSE(scripts(40123).writeHookScript());
-    const QByteArray script = home.read(".morvane/hook.sh");
-    EXPECT_TRUE(script.startsWith("#!/bin/sh\n"));
-    EXPECT_TRUE(script.contains("40123") && script.contains("the-token"));
-    EXPECT_FALSE(script.contains("__PORT__") || script.contains("__TOKEN__"));
-    EXPECT_EQ(home.read(client()).startsWith("\x7f"
-                                             "ELF"),
-              hasClient());
-
+    ASSERT_FALSE(scripts(1).writeHookScript());
     EXPECT_EQ(home.mode(".morvane/hook.sh") & 0555, 0555U);
-    EXPECT_EQ(home.mode(client()) & 0555, hasClient() ? 0555U : 0U);
     EXPECT_EQ(home.mode(".morvane"), 0700U);
 }
 
@@ -46,6 +37,7 @@ TEST(ForwarderScripts, RewritesTheScriptButNotAClientThatIsTheSame) {
     const TemporaryHome home;
     ASSERT_FALSE(scripts(1).writeHookScript());
     const QString file = home.path(client());
+    EXPECT_TRUE(QFileInfo(file).isExecutable());
     const QDateTime old = QDateTime::fromSecsSinceEpoch(1'000'000'000);
     home.setWritten(client(), old);
     ASSERT_FALSE(scripts(2).writeHookScript());

@@ -37,53 +37,39 @@ TEST_F(HookInstallerTest, WritesTheEntriesOfEachJsonAgent) {
 }
 
 TEST_F(HookInstallerTest, ComesAndGoesWithoutALossOfAnything) {
-    /// A settings file as somebody has it, and what of it is not ours.
-    struct SettingsCase {
-        const char *name;
-        std::optional<QByteArray> text;
-        /// The content as it must be left behind; the text itself where it is left out.
-        QByteArray theirs = {};
-    };
-    const SettingsCase cases[] = {
-        {"missing", std::nullopt, "{}"},
-        {"no JSON", "model = opus", "{}"},
-        {"a list at the root", R"(["a"])", "{}"},
-        {"other keys of every type",
-         R"({"model":"opus","n":null,"t":true,"l":[[],{},[{"a":[]}]],"o":{"hooks":{"Stop":[]}}})"},
-        {"hooks of other tools",
-         R"({"hooks":{"Stop":[{"hooks":[{"type":"command","command":"say done"}]}],)"
+    // A settings file as somebody has it, and what of it is not ours; all of it where that is
+    // left out.
+    const std::pair<QByteArray, QByteArray> cases[] = {
+        {"model = opus", "{}"},
+        {R"(["a"])", "{}"},
+        {R"({"model":"opus","n":null,"t":true,"l":[[],{},[{"a":[]}]],"o":{"hooks":{"Stop":[]}}})",
+         {}},
+        {R"({"hooks":{"Stop":[{"hooks":[{"type":"command","command":"say done"}]}],)"
          R"("PreToolUse":[{"matcher":"Bash","hooks":[{"type":"command","command":"guard.sh"},)"
-         R"({"type":"command","command":"log.sh","timeout":3}]}],"PreCompact":[{"command":"x"}]}})"},
-        {"hooks of odd shapes",
-         R"({"hooks":{"Note":"text","Number":7,"Nothing":null,"Map":{"command":"x"},)"
+         R"({"type":"command","command":"log.sh","timeout":3}]}],"PreCompact":[{"command":"x"}]}})",
+         {}},
+        {R"({"hooks":{"Note":"text","Number":7,"Nothing":null,"Map":{"command":"x"},)"
          R"("Mixed":[1,{"command":"/.morvane/hook.sh a"},{"command":"x"}],"None":[]}})",
          R"({"hooks":{"Note":"text","Number":7,"Nothing":null,"Map":{"command":"x"},)"
          R"("Mixed":[1,{"command":"x"}],"None":[]}})"},
-        {"a list in place of the hooks", R"({"hooks":["a"],"model":"opus"})",
-         R"({"model":"opus"})"},
-        {"old entries of ours",
-         R"({"hooks":{"Stop":[{"command":"/old/.morvane/hook.sh claude Stop"},{"command":"bell"}],)"
+        {R"({"hooks":["a"],"model":"opus"})", R"({"model":"opus"})"},
+        {R"({"hooks":{"Stop":[{"command":"/old/.morvane/hook.sh claude Stop"},{"command":"bell"}],)"
          R"("Gone":[{"hooks":[{"command":"~/.morvane/hook.sh claude Gone 1234"}]}]}})",
          R"({"hooks":{"Stop":[{"command":"bell"}]}})"},
-        {"an entry shared with ours",
-         R"({"hooks":{"Stop":[{"hooks":[{"command":"a"},{"command":"/.morvane/hook.sh"}]}]},"a":1})",
+        {R"({"hooks":{"Stop":[{"hooks":[{"command":"a"},{"command":"/.morvane/hook.sh"}]}]},"a":1})",
          R"({"a":1})"},
-        {"another status line", R"({"statusLine":{"type":"command","command":"~/line.sh"}})"},
-        {"a version already", R"({"version":3,"hooks":{}})", R"({"version":3})"},
+        {R"({"statusLine":{"type":"command","command":"~/line.sh"}})", {}},
+        {R"({"version":3,"hooks":{}})", R"({"version":3})"},
     };
     for (const AgentKind kind : {claude, cursor}) {
-        for (const SettingsCase &each : cases) {
-            SCOPED_TRACE(std::string(rawValue(kind)) + ": " + each.name);
-            QFile::remove(home.path(place(kind)));
-            QFile::remove(home.path(place(kind) + ".morvane-backup"));
-            if (each.text) {
-                write(kind, *each.text);
-            }
+        for (const auto &[before, left] : cases) {
+            SCOPED_TRACE(std::string(rawValue(kind)) + ": " + before.toStdString());
+            write(kind, before);
             connect(kind);
             EXPECT_TRUE(installer(kind)->isInstalled());
             EXPECT_FALSE(installer(kind)->hasStaleEntries());
             EXPECT_EQ(issues(kind), QStringList());
-            EXPECT_EQ(backup(kind), each.text.value_or(QByteArray()));
+            EXPECT_EQ(backup(kind), before);
             const QByteArray installed = text(kind);
             connect(kind);
             EXPECT_EQ(text(kind), installed);
@@ -93,7 +79,7 @@ TEST_F(HookInstallerTest, ComesAndGoesWithoutALossOfAnything) {
             EXPECT_FALSE(installer(kind)->isInstalled());
             EXPECT_EQ(backup(kind), installed + " ");
             // What has been lost on the way in would not be there now.
-            const auto theirs = LenientJson::parse(each.theirs.isNull() ? *each.text : each.theirs);
+            const auto theirs = LenientJson::parse(left.isNull() ? before : left);
             ASSERT_TRUE(theirs);
             json expected = *theirs;
             if (kind == cursor && !expected.contains("version")) {
@@ -189,9 +175,6 @@ TEST_F(HookInstallerTest, WritesAndRemovesThePlugin) {
     EXPECT_EQ(home.mode(place(opencode)), 0600U);
     EXPECT_EQ(installer(opencode)->health(), (Health{.hooksPresent = true}));
     EXPECT_FALSE(QFile::exists(ForwarderScripts::folder()));
-    write(opencode, "old");
-    installer(opencode)->renew();
-    EXPECT_TRUE(text(opencode).contains("40123"));
     for (int times = 0; times < 2; ++times) {
         disconnect(opencode);
         EXPECT_FALSE(installer(opencode)->isInstalled());
@@ -213,10 +196,6 @@ TEST_F(HookInstallerTest, TellsWhatHasBecomeOfAConnection) {
         EXPECT_EQ(installer(kind)->health(), Health());
         connect(kind);
         EXPECT_EQ(issues(kind), QStringList());
-        home.write(".morvane/hook.sh", "older");
-        installer(kind)->renew();
-        EXPECT_TRUE(home.read(".morvane/hook.sh").startsWith("#!/bin/sh"));
-
         outdate();
         EXPECT_EQ(issues(kind), outdated);
         installer(kind)->renew();
@@ -272,18 +251,14 @@ TEST_F(HookInstallerTest, TakesTheStatusLineOnlyFromNobody) {
         EXPECT_EQ(root(claude)["statusLine"], other);
         EXPECT_FALSE(QFile::exists(script));
     }
-    EXPECT_EQ(installer(codex)->health().statusLine, StatusLineHealth::notApplicable);
 }
 
 TEST_F(HookInstallerTest, SeesThatAnAgentRunsNoHooks) {
     const std::tuple<AgentKind, const char *, bool> cases[] = {
-        {claude, R"({"disableAllHooks":true})", true},
         {claude, R"({"disableAllHooks":"true","hooksConfig":{"enabled":false}})", false},
-        {qwen, R"({"disableAllHooks":true})", true},
         {qoder, R"({"disableAllHooks":true})", true},
         {qoder, R"({"hooksConfig":{"enabled":false}})", true},
         {gemini, R"({"hooksConfig":{"enabled":false}})", true},
-        {gemini, R"({"hooksConfig":{"enabled":null}})", false},
         {codebuddy, R"({"disableAllHooks":true})", false},
         {factory, R"({"hooks":{"hooksDisabled":true}})", true},
     };
