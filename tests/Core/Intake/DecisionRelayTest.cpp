@@ -1,9 +1,6 @@
 #include "Core/Adapters/AgentRegistry.h"
 #include "Support/ServerFixture.h"
 
-#include <array>
-#include <sys/socket.h>
-
 namespace morvane {
 namespace {
 
@@ -51,17 +48,6 @@ TEST_F(DecisionRelayTest, NoticesThatTheHookIsGone) {
     EXPECT_EQ(scheduler.timersDueIn(Seconds(60)), 0u);
 }
 
-TEST_F(DecisionRelayTest, ARetryTakesTheOlderRequestsPlace) {
-    HttpClient older = parked(permissionRequest("same"));
-    HttpClient newer = parked(permissionRequest("same"));
-    EXPECT_EQ(older.receiveAll(), okAnswer);
-    older.hangUp();
-    server->resolve("same", AgentDecision::allow());
-    EXPECT_EQ(httpBody(newer.receiveAll()), decision("allow"));
-    settle();
-    EXPECT_TRUE(expired.empty());
-}
-
 TEST_F(DecisionRelayTest, AnswersTheSessionThatItWasGivenFor) {
     // Calls of one name in two sessions, and such as have none.
     const std::pair<const char *, const char *> calls[] = {
@@ -85,67 +71,50 @@ TEST_F(DecisionRelayTest, AnswersTheSessionThatItWasGivenFor) {
     EXPECT_TRUE(expired.empty());
 }
 
-TEST_F(DecisionRelayTest, AnswersOnlyWhatThePersonCanHaveSeen) {
-    HttpClient seen = parked(permissionRequest("call_1"));
-    HttpClient unseen(port());
-    unseen.send(permissionRequest("call_1"));
-    EXPECT_EQ(seen.receiveAll(), okAnswer); // the newer one has taken its place
-    server->resolve("call_1", AgentDecision::allow());
+TEST_F(DecisionRelayTest, ARetryTakesTheOlderOnesPlaceAndIsAnsweredOnlyOnceItCanHaveBeenSeen) {
+    HttpClient older = parked(permissionRequest("same"));
+    HttpClient newer(port());
+    newer.send(permissionRequest("same"));
+    EXPECT_EQ(older.receiveAll(), okAnswer);
+    older.hangUp();
+    server->resolve("same", AgentDecision::allow());
     ASSERT_TRUE(comesAbout([&] { return events.size() == 2; }));
-    server->resolve("call_1", AgentDecision::deny());
-    EXPECT_EQ(httpBody(unseen.receiveAll()), decision("deny"));
+    server->resolve("same", AgentDecision::deny());
+    EXPECT_EQ(httpBody(newer.receiveAll()), decision("deny"));
+    settle();
+    EXPECT_TRUE(expired.empty());
 }
 
-/// A relay whose thread stands still until a test lets it do what it has to.
-class StillRelayTest : public testing::Test {
-protected:
-    void park(int descriptor) {
-        HookEvent event;
-        event.toolUseID = "call_1";
-        relay->park(event, AgentRegistry::adapter(event.agent),
-                    std::make_shared<EventConnection>(surroundings, descriptor, 0), {});
-        goOn();
-    }
+TEST_F(DecisionRelayTest, ReleasesWhoeverWaits) {
+    HttpClient client = parked(permissionRequest("released"));
+    server->releaseAllDecisions();
+    EXPECT_EQ(client.receiveAll(), okAnswer);
+    settle();
+    EXPECT_TRUE(expired.empty());
+    EXPECT_EQ(scheduler.timersDueIn(Seconds(60)), 0u);
+}
 
-    void goOn() {
-        thread.context().poll();
-        scheduler.runPosted();
-    }
-
-    std::size_t waiting() const { return scheduler.timersDueIn(Seconds(60)); }
-
-    IoThread thread;
+TEST(DecisionRelay, TellsAtOnceOfAHookThatCannotBeWatched) {
+    IoThread thread; // does what it has to only when it is told
     ManualScheduler scheduler;
-    const EventConnection::Queue queue{thread.context().get_executor()};
-    Turns turns{queue};
+    const EventConnection::Queue queue(thread.context().get_executor());
+    Turns turns(queue);
     const EventConnection::Surroundings surroundings{thread.context(), queue, turns, {}};
     std::vector<std::string> told;
-    const std::shared_ptr<DecisionRelay> relay = std::make_shared<DecisionRelay>(
+    const auto relay = std::make_shared<DecisionRelay>(
         queue, scheduler, scheduler,
         DecisionRelay::Handlers{
             [&](const HookEvent &event) { told.push_back(event.decisionID->toStdString()); },
             [&](const QString &id) { told.push_back("expired " + id.toStdString()); }});
-};
-
-TEST_F(StillRelayTest, TellsAtOnceOfAHookThatCannotBeWatched) {
-    park(-1); // the system waits for no descriptor that isn't open
+    HookEvent event;
+    event.toolUseID = "call_1";
+    // The system waits for no descriptor that isn't open.
+    relay->park(event, AgentRegistry::adapter(event.agent),
+                std::make_shared<EventConnection>(surroundings, -1, 0), {});
+    thread.context().poll();
+    scheduler.runPosted();
     EXPECT_EQ(told, (std::vector<std::string>{"call_1", "expired call_1"}));
-    EXPECT_EQ(waiting(), 0u);
-}
-
-TEST_F(StillRelayTest, ReleasesWhoeverWaitsWithoutWaitingItself) {
-    std::array<int, 2> ends{};
-    ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK, 0, ends.data()), 0);
-    const Descriptor hook(ends[0]);
-    park(ends[1]);
-    relay->releaseAll();
-    EXPECT_EQ(waiting(), 1u);
-    goOn();
-    std::array<char, 256> answer{};
-    EXPECT_GT(::recv(hook.number(), answer.data(), answer.size() - 1, 0), 0);
-    EXPECT_EQ(std::string(answer.data()), okAnswer);
-    EXPECT_EQ(told, std::vector<std::string>{"call_1"});
-    EXPECT_EQ(waiting(), 0u);
+    EXPECT_EQ(scheduler.timersDueIn(Seconds(60)), 0u);
 }
 
 } // namespace

@@ -34,7 +34,6 @@ TEST(HookEvent, IsReadAsTheReleaseMeansIt) {
     };
     EXPECT_FALSE(prompt(""));
     ASSERT_TRUE(prompt("Go"));
-    EXPECT_EQ(prompt("Go")->agent, AgentKind::qwen);
     EXPECT_TRUE(decode(R"({"session_id":"s","prompt":""})", "UserPromptSubmit"));
 
     const QByteArray spawn =
@@ -66,7 +65,6 @@ TEST(HookEvent, TakesTheLastWordsByTheNameThatTheAgentHasForThem) {
     const QByteArray said = R"("last_assistant_message":"Done.")";
     EXPECT_EQ(words(AgentKind::codex, "Stop", said), "Done.");
     EXPECT_EQ(words(AgentKind::codex, "Stop", R"("last_assistant_message":null)"), std::nullopt);
-    EXPECT_EQ(words(AgentKind::qwen, "Stop", said), "Done.");
     EXPECT_EQ(words(AgentKind::opencode, "session.idle", said), "Done.");
     EXPECT_EQ(words(AgentKind::opencode, "session.error", R"("error":"Refused")"), "Refused");
     EXPECT_EQ(words(AgentKind::gemini, "AfterAgent", R"("prompt_response":"Done.")"), "Done.");
@@ -151,7 +149,6 @@ TEST(HookEvent, DropsWhatNoSessionCouldUse) {
 TEST(HookEvent, TakesWhatJavaScriptWrites) {
     const std::pair<QByteArray, QString> cases[] = {
         {R"(cut \ud83d)", QStringLiteral(u"cut \ufffd")},
-        {R"(cut \ude00)", QStringLiteral(u"cut \ufffd")},
         {R"(\ude00\ud83dx\ud83d\ud83d\ude00)", QStringLiteral(u"\ufffd\ufffdx\ufffd\U0001F600")},
         {R"(\\ud83d \"\ud83d\u0041)", QStringLiteral(u"\\ud83d \"\ufffd"
                                                      "A")},
@@ -183,11 +180,9 @@ TEST(HookEvent, ShowsTheFirstDetailOfTheTool) {
         {all + R"(,"command":"c")", "c"},
         {all + R"(,"command":"")", "f"},
         {R"("query":"q","url":"u","pattern":"n","path":"p","file_path":7)", "p"},
-        {R"("query":" q\n","tool_name":"Bash")", "q"},
-        {R"("command":"{ls;}","file_path":"f")", {}}};
+        {R"("query":" q\n")", "q"}};
     for (const auto &[input, detail] : cases) {
         EXPECT_EQ(withInput(input).toolDetail, detail) << input.constData();
-        EXPECT_EQ(withInput(input).toolName, std::nullopt);
     }
 }
 
@@ -197,8 +192,7 @@ TEST(HookEvent, TakesTheFirstMessageThereIs) {
         {R"("tool_input":{"prompt":"p","question":"q"},"reason":"r","message":5)", "r"},
         {R"("tool_input":{"prompt":"p","question":"q"},"message":null)", "q"},
         {R"("tool_input":{"prompt":"p"})", "p"},
-        {R"("reason":"r","message":"")", {}},
-        {R"("reason":"r","message":"<system>")", {}}};
+        {R"("reason":"r","message":"")", {}}};
     for (const auto &[members, message] : cases) {
         EXPECT_EQ(withMembers(members).responseMessage, message) << members.constData();
     }
@@ -296,11 +290,9 @@ TEST(HookEvent, LivesWithNumbersOfAnySize) {
 }
 
 TEST(HookEvent, SurvivesWhateverItIsSent) {
-    for (const qsizetype depth : {500, 1'000'000}) {
-        decode("{\"session_id\":\"s\",\"x\":" + QByteArray(depth, '[') + QByteArray(depth, ']') +
-               "}");
-        decode("{\"session_id\":\"s\",\"n\":1e400,\"x\":" + QByteArray(depth, '['));
-    }
+    const QByteArray deep(1'000'000, '[');
+    decode("{\"session_id\":\"s\",\"x\":" + deep + QByteArray(deep.size(), ']') + "}");
+    decode("{\"session_id\":\"s\",\"n\":1e400,\"x\":" + deep);
     EXPECT_EQ(withMembers(R"("prompt":"a\u0000b")").prompt, QString::fromLatin1("a\0b", 3));
     decode(R"({"session_id":"\ud800","prompt":"\udc00\ud800"})");
 }
