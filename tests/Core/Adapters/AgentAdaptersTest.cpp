@@ -35,9 +35,7 @@ TEST(AgentAdapters, TranslateTheEventsOfEveryAgent) {
          "Notification/idle_prompt=none Stop=none"},
         {{cursor}, "stop=turnEnd preToolUse/x=toolUse Notification/permission_prompt=none"},
         {{opencode},
-         "session.created=sessionStart prompt.submit=promptSubmit tool.execute.before=toolUse "
-         "permission.asked/x=needsInput session.idle=turnEnd session.error=turnFailed "
-         "session.deleted=sessionEnd Stop=none"},
+         "permission.asked/x=needsInput session.idle=turnEnd session.error=turnFailed Stop=none"},
         {{gemini, qwen, cursor, opencode, kimi}, "PermissionRequest=none"}};
     for (const auto &[agents, entries] : dialects) {
         for (const QString &entry : entries.split(' ')) {
@@ -55,8 +53,6 @@ TEST(AgentAdapters, TranslateTheEventsOfEveryAgent) {
 
 TEST(AgentAdapters, HookOnlyEventsThatMeanSomething) {
     for (const AgentAdapter *adapter : AgentRegistry::all()) {
-        EXPECT_EQ(adapter, &AgentRegistry::adapter(adapter->kind()));
-        EXPECT_EQ(adapter->kind(), agentKind(rawValue(adapter->kind())));
         for (const QString &event : adapter->nativeEvents() + adapter->decisionEvents()) {
             EXPECT_TRUE(adapter->canonical(event, "permission_prompt") ||
                         adapter->canonical(event, "ToolPermission"))
@@ -146,7 +142,6 @@ TEST(AgentPresence, NeedsAFileThatSomebodyMeantToBeThere) {
         return result;
     };
     EXPECT_EQ(present(), "");
-    EXPECT_FALSE(AgentAdapter::hasRun(home.path("nowhere")));
     for (const char *name : {".DS_Store", "Icon\r", ".gitkeep", "folder/file"}) {
         home.write(".claude/" + QString(name));
     }

@@ -55,9 +55,6 @@ TEST(TranscriptReader, TakesEachFieldFromTheNewestLineThatHasIt) {
         {claudeUsage(R"({"input_tokens":4,"cache_read_input_tokens":130000,)"
                      R"("cache_creation_input_tokens":7005,"output_tokens":200})"),
          {{}, {}, 137'009, {}, {}}},
-        {"{\"type\":\"permission-mode\",\"permissionMode\":\"default\"}\n"
-         "{\"type\":\"permission-mode\",\"permissionMode\":\"acceptEdits\"}\n",
-         {{}, {}, {}, "acceptEdits", {}}},
         {claudeUsage(R"({"input_tokens":"3","cache_read_input_tokens":2.5,)"
                      R"("cache_creation_input_tokens":8})"),
          {{}, {}, 8, {}, {}}},
@@ -74,8 +71,8 @@ TEST(TranscriptReader, TakesEachFieldFromTheNewestLineThatHasIt) {
          {{}, "Older.", {}, {}, {}}},
         {claudeModel("claude-claude-haiku") + "{\"type\":\"assistant\",\"message\":{\"model\":7}}",
          {"haiku", {}, {}, {}, {}}},
-        {claudeModel("claude-a") + claudeModel("<synthetic>"), {"a", {}, {}, {}, {}}},
-        {claudeModel("gpt-5") + "{\"type\":\"user\",\"message\":{\"model\":\"no\"}}\n",
+        {claudeModel("gpt-5") + claudeModel("<synthetic>") +
+             R"({"type":"user","message":{"model":"no"}})",
          {"gpt-5", {}, {}, {}, {}}},
         {R"({"type":"ai-title","aiTitle":" Ti\ntle "})"
          "\n"
@@ -83,11 +80,7 @@ TEST(TranscriptReader, TakesEachFieldFromTheNewestLineThatHasIt) {
          {{}, {}, {}, {}, "Ti tle"}},
         {claudeModel("claude-a") + "[]\n\n7\n{}\n{\"type\":5}\nnull\n{\"type\":\"assistant\"}\n" +
              R"({"type":"assistant","message":[]})" + "\r\n{\"type\":\"assistant\",\"mess",
-         {"a", {}, {}, {}, {}}},
-        // Numbers that no 64 bits hold, elsewhere in the line, take nothing from it.
-        {R"({"type":"assistant","n":1e999,"m":123456789012345678901234567890,)"
-         R"("message":{"model":"claude-a","usage":{"input_tokens":12}}})",
-         {"a", {}, 12, {}, {}}}};
+         {"a", {}, {}, {}, {}}}};
     for (const auto &[lines, info] : cases) {
         EXPECT_EQ(claudeInfo(lines), info) << lines.constData();
     }
@@ -98,7 +91,6 @@ TEST(TranscriptReader, PassesOverWhatCodexDoesNotMeanForAPerson) {
     const std::pair<QByteArray, Text> answers[] = {
         {codexMessage(R"("role":"assistant","phase":"final_answer")", R"([{"text":"New."}])"),
          "New."},
-        {codexMessage(R"("role":"assistant","phase":5)", R"([{"text":"New."}])"), "New."},
         {codexMessage(R"("role":"system")", R"([{"text":"New."}])"), "Older."},
         {codexMessage(R"("role":"assistant")", R"([{"text":"New."},7])"), "Older."},
         {R"({"type":"response_item","payload":"x"})", "Older."}};
@@ -120,14 +112,9 @@ TEST(TranscriptReader, PassesOverWhatCodexDoesNotMeanForAPerson) {
 {"type":"turn_context","payload":{"model":"b"}}
 {"type":"session_meta","payload":{"model":"no"}})"),
               (TranscriptInfo{"b", {}, {}, "x", {}}));
-    for (const char *usage : {"0", "1.5", "\"5\"", "99999999999"}) {
-        EXPECT_EQ(codexInfo(R"({"type":"event_msg","payload":{"type":"token_count","info":)"
-                            R"({"last_token_usage":{"input_tokens":)" +
-                            QByteArray(usage) + "}}}}")
-                      .contextTokens,
-                  std::nullopt)
-            << usage;
-    }
+    EXPECT_EQ(codexInfo(R"({"type":"event_msg","payload":{"type":"token_count","info":)"
+                        R"({"last_token_usage":{"input_tokens":0}}}})"),
+              TranscriptInfo());
 }
 
 TEST(TranscriptReader, MakesATextFitForOneLine) {
@@ -138,7 +125,6 @@ TEST(TranscriptReader, MakesATextFitForOneLine) {
                                            {"\n{\"a\":1}", {}},
                                            {"a < b {c}", "a < b {c}"},
                                            {" one\ntwo\n\nthree\r\nfour\n", "one two  three four"},
-                                           {" " + longest + "\n", longest},
                                            {longest + "x", longest + u'…'}};
     for (const auto &[text, line] : cases) {
         EXPECT_EQ(TranscriptReader::displayLine(text), line);
@@ -208,18 +194,10 @@ TEST_F(TranscriptFileTest, FindsAnInterruptionOfClaudeOnlyWhereClaudeHasNotedIt)
 }
 
 TEST_F(TranscriptFileTest, KnowsSinceWhenATurnStandsSo) {
-    const Date second(std::chrono::milliseconds(1'700'000'001'500));
-    const QByteArray line = R"("timestamp":"2023-11-14T22:13:21.500Z","type":)";
-    const std::tuple<AgentKind, QByteArray, std::optional<Date>> cases[] = {
-        {AgentKind::claude, "{" + line + R"("user","message":{}})", second},
-        {AgentKind::claude, R"({"type":"user","message":{}})", std::nullopt},
-        {AgentKind::codex, "{" + line + R"("event_msg","payload":{"type":"error","message":"{}"}})",
-         second},
-        {AgentKind::gemini, "{" + line + R"("error"})", second},
-        {AgentKind::qwen, "{" + line + R"("assistant"})", second}};
-    for (const auto &[agent, last, at] : cases) {
-        EXPECT_EQ(readBy(agent, {claudeText("Older."), last}).turnAt, at) << last.constData();
-    }
+    const QByteArray line = R"({"type":"user","message":{},"timestamp":)";
+    EXPECT_EQ(readBy(AgentKind::claude, {line + "\"2023-11-14T22:13:21.500Z\"}"}).turnAt,
+              Date(std::chrono::milliseconds(1'700'000'001'500)));
+    EXPECT_EQ(readBy(AgentKind::claude, {line + "5}"}).turnAt, std::nullopt);
 }
 
 TEST_F(TranscriptFileTest, KnowsWhatFactorySaysAndHowItsTurnStands) {
@@ -302,16 +280,6 @@ TEST_F(TranscriptFileTest, IsReadFromItsEndOnly) {
     const QByteArray first = claudeModel("claude-first");
     EXPECT_EQ(read(first + padding(tailSize - first.size())).model, "first");
     EXPECT_EQ(read(first + padding(tailSize - first.size() + 1)).model, std::nullopt);
-    EXPECT_EQ(read(padding(3 * tailSize) + first + padding(1000)).model, "first");
-
-    // A line of a quarter megabyte just fits; of one of a megabyte there is only a piece.
-    const auto longLine = [](qsizetype size) {
-        const QByteArray frame = claudeText("Long. ");
-        return claudeText("Long. " + QByteArray(size - frame.size(), 'x'));
-    };
-    EXPECT_TRUE(read(longLine(tailSize)).lastAssistantText);
-    EXPECT_FALSE(read(longLine(tailSize + 1)).lastAssistantText);
-    EXPECT_EQ(read(longLine(1'000'000) + claudeText("Short.")).lastAssistantText, "Short.");
 }
 
 TEST_F(TranscriptFileTest, MayBeCutWithinACharacterButMustBeText) {
@@ -329,16 +297,9 @@ TEST_F(TranscriptFileTest, MayBeCutWithinACharacterButMustBeText) {
 }
 
 TEST_F(TranscriptFileTest, IsReadOnlyWhereItIsAFile) {
-    const QString file = home.write("t.jsonl", claudeModel("claude-a"));
-    const QString link = home.path("link.jsonl");
-    ASSERT_TRUE(QFile::link(file, link));
-    EXPECT_EQ(readClaude(link).model, "a");
-
     const QString pipe = home.path("pipe.jsonl");
     ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
-    ASSERT_TRUE(QFile::link(home.path("loop"), home.path("loop")));
-    const QStringList none{pipe, home.path(), "/dev/zero", home.path("missing"), home.path("loop")};
-    for (const QString &path : none) {
+    for (const QString &path : {pipe, home.path(), QString("/dev/zero")}) {
         EXPECT_EQ(readClaude(path), TranscriptInfo()) << path.toStdString();
     }
 }
@@ -354,19 +315,9 @@ TEST(TranscriptReader, ReadsWhatAgentsHaveWritten) {
                               Date(std::chrono::milliseconds(1'767'298'434'917))}));
 }
 
-TEST_F(TranscriptFileTest, IsReadTheWayOfItsAgent) {
-    const QByteArray codexModel = R"({"type":"turn_context","payload":{"model":"gpt"}})";
-    for (const AgentAdapter *adapter : AgentRegistry::all()) {
-        Text model;
-        if (adapter->kind() == AgentKind::codex) {
-            model = "gpt";
-        } else if (QList{AgentKind::claude, AgentKind::qoder, AgentKind::factory,
-                         AgentKind::codebuddy}
-                       .contains(adapter->kind())) {
-            model = "a";
-        }
-        EXPECT_EQ(readBy(adapter->kind(), {claudeModel("claude-a"), codexModel}).model, model)
-            << rawValue(adapter->kind());
+TEST_F(TranscriptFileTest, IsReadAsClaudesOwnOfAnAgentThatTookAfterIt) {
+    for (const AgentKind agent : {AgentKind::qoder, AgentKind::codebuddy}) {
+        EXPECT_EQ(readBy(agent, {claudeModel("claude-a")}).model, "a") << rawValue(agent);
     }
 }
 
