@@ -5,22 +5,10 @@
 #include "Support/FakeSoundPlayer.h"
 #include "Support/Printing.h"
 
-#include <QtEndian>
-
-#include <algorithm>
-
 namespace morvane {
 namespace {
 
 using enum SessionState;
-
-std::vector<double> samplesOf(const QByteArray &wave) {
-    std::vector<double> result;
-    for (qsizetype at = 44; at + 1 < wave.size(); at += 2) {
-        result.push_back(qFromLittleEndian<qint16>(wave.constData() + at));
-    }
-    return result;
-}
 
 class SoundManagerTest : public testing::Test, protected CoreWorld {
 protected:
@@ -91,24 +79,16 @@ TEST_F(SoundManagerTest, LeavesOutWhatHasJustBeenHeard) {
     EXPECT_EQ(heardAfter(0), 1);
 }
 
-TEST_F(SoundManagerTest, HasThreeChimesAndTwoSoundsThatAreSoft) {
+TEST_F(SoundManagerTest, HasAnotherChimeForEachThreshold) {
     const QByteArray header = "524946462c7c000057415645666d7420100000000100010044ac0000885801000200"
                               "100064617461087c0000";
-    QByteArrayList chimes;
+    QSet<QByteArray> chimes;
     for (const int percent : {84, 90, 100}) {
-        scheduler.advance(Seconds(2));
         manager.playLimitChime(percent);
-        const QByteArray wave = player.played.last();
-        EXPECT_EQ(wave.first(44).toHex(), header);
-        EXPECT_EQ(samplesOf(wave).front(), 0);
-        EXPECT_FALSE(chimes.contains(wave)) << percent;
-        chimes << wave;
+        EXPECT_EQ(player.played.last().first(44).toHex(), header);
+        chimes.insert(player.played.last());
     }
-    for (const char *name : {"needs-input", "done"}) {
-        const auto samples = samplesOf(named(name));
-        EXPECT_GT(std::ranges::max(samples), 0.2 * 32767) << name;
-        EXPECT_LT(std::ranges::max(samples), 0.5 * 32767) << name;
-    }
+    EXPECT_EQ(chimes.size(), 3);
 }
 
 } // namespace
