@@ -7,9 +7,7 @@
 
 #include <array>
 #include <chrono>
-#include <cstdlib>
-#include <netdb.h>
-#include <netinet/in.h>
+#include <fcntl.h>
 #include <poll.h>
 #include <set>
 #include <sys/eventfd.h>
@@ -49,31 +47,21 @@ std::vector<std::string> CapturedRequest::host() const {
     return result;
 }
 
-CapturingListener::CapturingListener(std::optional<std::string> answer, const ListenerPlace &place)
-    : m_answer(std::move(answer)), m_owner(place.owner), m_stopped(eventfd(0, EFD_CLOEXEC)) {
-    addrinfo hints{};
-    hints.ai_flags = AI_NUMERICHOST;
-    hints.ai_socktype = SOCK_STREAM;
-    addrinfo *found = nullptr;
-    if (getaddrinfo(place.address.c_str(), "0", &hints, &found) != 0)
-        std::abort();
+CapturingListener::CapturingListener(std::optional<std::string> answer, const std::string &address,
+                                     uid_t owner)
+    : m_answer(std::move(answer)), m_owner(owner), m_stopped(eventfd(0, EFD_CLOEXEC)) {
     // A socket belongs to whom its maker's thread passes for with files.
     setfsuid(m_owner);
-    m_listener = socket(found->ai_family, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    m_listener = {m_context, {asio::ip::make_address(address), 0}};
     setfsuid(geteuid());
-    sockaddr_in6 address{}; // the port stands where that of an IPv4 address does
-    socklen_t size = sizeof address;
-    if (bind(m_listener, found->ai_addr, found->ai_addrlen) == 0 && listen(m_listener, 16) == 0 &&
-        getsockname(m_listener, reinterpret_cast<sockaddr *>(&address), &size) == 0)
-        m_port = ntohs(address.sin6_port);
-    freeaddrinfo(found);
+    fcntl(m_listener.native_handle(), F_SETFD, FD_CLOEXEC);
+    m_port = m_listener.local_endpoint().port();
     m_thread = std::thread([this] { serve(); });
 }
 
 CapturingListener::~CapturingListener() {
     eventfd_write(m_stopped, 1);
     m_thread.join();
-    close(m_listener);
     close(m_stopped);
 }
 
@@ -99,9 +87,10 @@ bool CapturingListener::awaitHangUp() {
 
 void CapturingListener::serve() {
     setfsuid(m_owner);
-    std::array<pollfd, 2> watched{{{m_listener, POLLIN, 0}, {m_stopped, POLLIN, 0}}};
+    std::array<pollfd, 2> watched{
+        {{m_listener.native_handle(), POLLIN, 0}, {m_stopped, POLLIN, 0}}};
     while (poll(watched.data(), watched.size(), -1) > 0 && watched[1].revents == 0) {
-        const int connection = accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC);
+        const int connection = accept4(m_listener.native_handle(), nullptr, nullptr, SOCK_CLOEXEC);
         handle(connection);
         close(connection);
     }

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <asio/io_context.hpp>
+#include <asio/ip/tcp.hpp>
+
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
@@ -24,18 +27,13 @@ struct CapturedRequest {
     std::string body;
 };
 
-/// Where a listener stands, and whose it is. Only root can have one that is another user's.
-struct ListenerPlace {
-    std::string address = "127.0.0.1";
-    uid_t owner = geteuid();
-};
-
 /// Stands in for the server on a free port: keeps the requests, answers each with the given bytes
 /// and closes, or holds it until its peer hangs up. A thread of its own does the work.
 class CapturingListener {
 public:
-    /// Without an answer every request is held.
-    explicit CapturingListener(std::optional<std::string> answer, const ListenerPlace &place = {});
+    /// Without an answer every request is held. Only root can have one that is another user's.
+    explicit CapturingListener(std::optional<std::string> answer,
+                               const std::string &address = "127.0.0.1", uid_t owner = geteuid());
     ~CapturingListener();
 
     [[nodiscard]] std::uint16_t port() const { return m_port; }
@@ -52,9 +50,10 @@ private:
 
     const std::optional<std::string> m_answer;
     const uid_t m_owner;
-    int m_listener;
     int m_stopped;
-    std::uint16_t m_port = 0;
+    asio::io_context m_context;
+    asio::ip::tcp::acceptor m_listener{m_context};
+    std::uint16_t m_port;
     std::mutex m_mutex;
     std::condition_variable m_changed;
     std::deque<CapturedRequest> m_requests;

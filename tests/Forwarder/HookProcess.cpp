@@ -8,7 +8,6 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <fstream>
-#include <spawn.h>
 #include <sstream>
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -117,15 +116,16 @@ pid_t HookProcess::spawn(const std::vector<std::string> &arguments, int input, i
     std::vector<std::string> command = m_shell;
     command.push_back(script().string());
     command.insert(command.end(), arguments.begin(), arguments.end());
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, input, STDIN_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, output, STDERR_FILENO);
-    pid_t child = -1;
-    posix_spawn(&child, command[0].c_str(), &actions, nullptr, pointersTo(command).data(),
-                pointersTo(m_environment).data());
-    posix_spawn_file_actions_destroy(&actions);
+    const auto words = pointersTo(command);
+    const auto variables = pointersTo(m_environment);
+    const pid_t child = fork();
+    if (child == 0) {
+        dup2(input, STDIN_FILENO);
+        dup2(output, STDOUT_FILENO);
+        dup2(output, STDERR_FILENO);
+        execve(words[0], words.data(), variables.data());
+        _exit(1);
+    }
     return child;
 }
 

@@ -6,11 +6,8 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
-#include <sched.h>
-#include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 namespace morvane::tests {
@@ -18,17 +15,7 @@ namespace morvane::tests {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// As in a home that a machine of another processor has connected.
-void retarget(const fs::path &client) {
-    fs::rename(client, client.parent_path() / "forwarder-of-another-machine");
-}
-
-/// As a full disk may leave it.
-void truncate(const fs::path &client) {
-    fs::resize_file(client, 0);
-    fs::last_write_time(client, fs::last_write_time(client) + std::chrono::seconds(10));
-}
+using namespace std::chrono_literals;
 
 /// Either way of sending.
 class Hook : public testing::TestWithParam<Carrier> {};
@@ -77,7 +64,6 @@ TEST_P(Hook, PrintsADecisionOnlyWhenACompleteAnswerBringsOne) {
         {complete, body},
         {response("200 OK", large), large},
         {response("200 OK", ""), ""},
-        {response("401 Unauthorized", "no"), ""},
         {response("500 Oops", body), ""},
         {response("204 No Content", ""), ""},
         {complete.substr(0, complete.size() - 1), ""},
@@ -116,7 +102,13 @@ TEST(Client, ThatCannotRunHereIsReplacedByCurl) {
     std::ofstream busy;
     for (const auto &shell : HookProcess::shells()) {
         for (const auto &spoil : std::vector<std::function<void(const fs::path &)>>{
-                 retarget, truncate,
+                 // As in a home that a machine of another processor has connected.
+                 [](const fs::path &client) { fs::rename(client, client.string() + "-other"); },
+                 // As a full disk may leave it.
+                 [](const fs::path &client) {
+                     fs::resize_file(client, 0);
+                     fs::last_write_time(client, fs::last_write_time(client) + 10s);
+                 },
                  [](const fs::path &client) { fs::remove(client) && fs::create_directory(client); },
                  [](const fs::path &client) {
                      fs::remove(client);
@@ -132,23 +124,6 @@ TEST(Client, ThatCannotRunHereIsReplacedByCurl) {
             EXPECT_TRUE(listener.take().headers["user-agent"].starts_with("curl/"));
         }
     }
-}
-
-// As before Linux 6.1.
-TEST(Client, RunsWhereTheKernelDoesNotNameTheProcessor) {
-    std::thread([] { // of which a part of the file system is its own
-        if (unshare(CLONE_NEWNS) != 0 ||
-            mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
-            mount("/dev/null", "/proc/sys/kernel/arch", nullptr, MS_BIND, nullptr) != 0)
-            GTEST_SKIP() << "needs root";
-        for (const auto &shell : HookProcess::shells()) {
-            CapturingListener listener(response("200 OK", ""));
-            HookProcess hook(Carrier::Client, listener.port(), shell);
-            expectSilence(hook.run({"claude", "Stop"}));
-            EXPECT_EQ(listener.take().headers.count("user-agent"), 0U);
-        }
-    })
-        .join();
 }
 
 TEST(Client, KeepsAPayloadWithoutAnEndToItself) {

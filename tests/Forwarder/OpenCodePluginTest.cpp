@@ -185,7 +185,7 @@ TEST_F(OpenCodePlugin, SaysNothingToAnotherUser) {
         GTEST_SKIP() << "needs root";
     }
     for (const std::string address : {"127.0.0.1", "0.0.0.0", "::"}) {
-        CapturingListener stranger(okAnswer, {address, 4711});
+        CapturingListener stranger(okAnswer, address, 4711);
         expectSilence(*start(stranger.port(), wholeTurn));
         EXPECT_TRUE(stranger.hasHeardNothing()) << address;
     }

@@ -31,7 +31,7 @@ protected:
     static void expectNothingSaid() {
         for (const std::string address : {"127.0.0.1", "0.0.0.0", "::", "::ffff:127.0.0.1"}) {
             SCOPED_TRACE(address);
-            CapturingListener stranger(response("200 OK", "allow"), {address, anotherUser});
+            CapturingListener stranger(response("200 OK", "allow"), address, anotherUser);
             for (const auto &shell : HookProcess::shells()) {
                 HookProcess hook(GetParam(), stranger.port(), shell);
                 expectSilence(hook.run({"claude", "Stop"}));
