@@ -47,7 +47,7 @@ TEST(Terminal, IsToldFromTheEnvironmentInEveryShell) {
             for (const auto &[name, environment, headers] : cases) {
                 SCOPED_TRACE(name);
                 hook.setEnvironment(environment);
-                expectSilence(hook.run({"claude", "Stop\r\nx-evil: 1"}));
+                EXPECT_EQ(hook.run({"claude", "Stop\r\nx-evil: 1"}), "");
                 CapturedRequest request = listener.take();
                 EXPECT_EQ(request.requestLine, "POST /event HTTP/1.1");
                 EXPECT_EQ(request.headers["x-morvane-token"], HookProcess::token());

@@ -87,7 +87,8 @@ void HookProcess::setEnvironment(const std::vector<std::string> &variables) {
     m_environment.insert(m_environment.end(), variables.begin(), variables.end());
 }
 
-HookResult HookProcess::run(const std::vector<std::string> &arguments, const std::string &payload) {
+std::string HookProcess::run(const std::vector<std::string> &arguments,
+                             const std::string &payload) {
     // A socket, as the agents' own runtime gives its children, and not a pipe.
     std::array<int, 2> input{};
     std::array<int, 2> output{};
@@ -98,11 +99,12 @@ HookResult HookProcess::run(const std::vector<std::string> &arguments, const std
     close(input[0]);
     close(output[1]);
     std::thread writer([&] { writeAll(input[1], payload); });
-    HookResult result;
-    result.output = readAll(output[0]);
+    std::string written = readAll(output[0]);
     writer.join();
-    waitpid(child, &result.status, 0);
-    return result;
+    int status = -1;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+    return written;
 }
 
 pid_t HookProcess::start(const std::vector<std::string> &arguments) {

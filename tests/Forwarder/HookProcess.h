@@ -24,13 +24,6 @@ inline void PrintTo(Carrier carrier, std::ostream *out) {
     *out << (carrier == Carrier::Client ? "client" : "curl");
 }
 
-struct HookResult {
-    /// What it has written, errors included.
-    std::string output;
-    /// As waitpid tells it.
-    int status = -1;
-};
-
 /// A rendered script, hook.sh if no other is named, in a folder of its own, and one run of it. The
 /// environment is only what is set here, and PATH.
 class HookProcess {
@@ -49,8 +42,9 @@ public:
     [[nodiscard]] std::filesystem::path client() const { return folder() / CLIENT_NAME; }
     void setEnvironment(const std::vector<std::string> &variables);
 
-    [[nodiscard]] HookResult run(const std::vector<std::string> &arguments,
-                                 const std::string &payload = "{}");
+    /// What it writes, errors included, until it has ended well.
+    [[nodiscard]] std::string run(const std::vector<std::string> &arguments,
+                                  const std::string &payload = "{}");
     /// Starts without waiting; its input is empty and its output goes nowhere.
     [[nodiscard]] pid_t start(const std::vector<std::string> &arguments);
 
@@ -62,14 +56,5 @@ private:
     std::vector<std::string> m_shell;
     std::vector<std::string> m_environment;
 };
-
-/// That a run has ended well, and has written this and no more.
-inline void expectOutput(const HookResult &result, const std::string &output) {
-    EXPECT_EQ(result.output, output);
-    EXPECT_EQ(result.status, 0);
-}
-inline void expectSilence(const HookResult &result) {
-    expectOutput(result, "");
-}
 
 } // namespace morvane::tests

@@ -8,7 +8,6 @@
 #include <iterator>
 #include <sys/stat.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 namespace morvane::tests {
 
@@ -30,7 +29,7 @@ TEST_P(Hook, SendsItsPayloadByteForByte) {
         large.push_back(static_cast<char>(i * 7 + i / 256));
     for (const std::string &payload :
          {std::string{}, std::string("\n"), std::string("a\0\r\n\r\n\0", 7), large}) {
-        expectSilence(hook.run({"claude", "Stop"}, payload));
+        EXPECT_EQ(hook.run({"claude", "Stop"}, payload), "");
         const CapturedRequest request = listener.take();
         EXPECT_EQ(request.requestLine, "POST /event HTTP/1.1");
         EXPECT_TRUE(request.body == payload) << request.body.size();
@@ -40,9 +39,11 @@ TEST_P(Hook, SendsItsPayloadByteForByte) {
 TEST_P(Hook, GivesUpSilentlyWithoutAServer) {
     HookProcess hook(GetParam(), portWithoutServer());
     const std::string large(2'000'000, 'x');
-    expectSilence(hook.run({"claude", "Stop"}, large));
-    expectSilence(hook.run({"claude", "PreToolUse", "decide"}, large));
-    expectSilence(hook.run({}));
+    EXPECT_EQ(hook.run({"claude", "Stop"}, large), "");
+    EXPECT_EQ(hook.run({"claude", "PreToolUse", "decide"}, large), "");
+    EXPECT_EQ(hook.run({}), "");
+    hook.setEnvironment({"PATH=" + hook.folder().string()}); // which has no curl
+    EXPECT_EQ(hook.run({"claude", "Stop"}), "");
 }
 
 TEST_P(Hook, StaysSilentWithClosedDescriptorsToo) {
@@ -50,9 +51,8 @@ TEST_P(Hook, StaysSilentWithClosedDescriptorsToo) {
     for (const std::string closed : {"<&-", ">&-", "2>&-", "<&- >&-", "<&- >&- 2>&-"}) {
         HookProcess hook(GetParam(), listener.port(),
                          {"/bin/sh", "-c", "exec /bin/sh \"$0\" \"$@\" " + closed});
-        const HookResult result = hook.run({"claude", "PreToolUse", "decide"});
-        EXPECT_TRUE(result.output.empty() || result.output == "{}") << closed << result.output;
-        EXPECT_EQ(result.status, 0);
+        const std::string output = hook.run({"claude", "PreToolUse", "decide"});
+        EXPECT_TRUE(output.empty() || output == "{}") << closed << output;
     }
 }
 
@@ -74,9 +74,9 @@ TEST_P(Hook, PrintsADecisionOnlyWhenACompleteAnswerBringsOne) {
         SCOPED_TRACE(answer.substr(0, 60));
         CapturingListener listener(answer);
         HookProcess hook(GetParam(), listener.port());
-        expectOutput(hook.run({"claude", "PreToolUse", "decide"}), printed);
+        EXPECT_EQ(hook.run({"claude", "PreToolUse", "decide"}), printed);
         EXPECT_EQ(listener.take().headers["x-morvane-decision"], "1");
-        expectSilence(hook.run({"claude", "PreToolUse"}));
+        EXPECT_EQ(hook.run({"claude", "PreToolUse"}), "");
     }
 }
 
@@ -120,7 +120,7 @@ TEST(Client, ThatCannotRunHereIsReplacedByCurl) {
             CapturingListener listener(response("200 OK", "{}"));
             HookProcess hook(Carrier::Client, listener.port(), shell);
             spoil(hook.client());
-            expectOutput(hook.run({"claude", "PreToolUse", "decide"}), "{}");
+            EXPECT_EQ(hook.run({"claude", "PreToolUse", "decide"}), "{}");
             EXPECT_TRUE(listener.take().headers["user-agent"].starts_with("curl/"));
         }
     }
@@ -129,14 +129,8 @@ TEST(Client, ThatCannotRunHereIsReplacedByCurl) {
 TEST(Client, KeepsAPayloadWithoutAnEndToItself) {
     CapturingListener listener(response("200 OK", ""));
     HookProcess hook(Carrier::Client, listener.port());
-    expectSilence(hook.run({"claude", "Stop"}, std::string(17 << 20, 'x')));
+    EXPECT_EQ(hook.run({"claude", "Stop"}, std::string(17 << 20, 'x')), "");
     EXPECT_TRUE(listener.hasHeardNothing());
-}
-
-TEST(Client, AndCurlBothMissingAreNoFailure) {
-    HookProcess hook(Carrier::Curl, portWithoutServer());
-    hook.setEnvironment({"PATH=" + hook.folder().string()});
-    expectSilence(hook.run({"claude", "Stop"}));
 }
 
 } // namespace

@@ -7,7 +7,6 @@
 #include <memory>
 #include <sys/stat.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 namespace morvane::tests {
 
@@ -26,18 +25,14 @@ std::string statusOf(const std::string &model, const std::string &folder = "/a")
     return R"({"model":{"display_name":")" + model + R"("},"cwd":")" + folder + R"("})";
 }
 
-/// As the agent writes it.
+/// Shortened, but otherwise as the agent writes it.
 const std::string usualStatus =
-    R"({"session_id":"b7faad07-53a1","transcript_path":"/h/.claude/projects/-h-webshop/b7.jsonl",)"
-    R"("cwd":"/h/webshop","model":{"id":"claude-opus-4-1","display_name":"Opus 4.1"},)"
-    R"("workspace":{"current_dir":"/h/webshop","project_dir":"/h","added_dirs":["/x","/y"]},)"
-    R"("version":"2.1.90","output_style":{"name":"default"},"cost":{"total_cost_usd":0.01234,)"
-    R"("total_duration_ms":45000,"total_lines_added":156},"context_window":{)"
-    R"("total_input_tokens":15500,"context_window_size":200000,"used_percentage":8,)"
-    R"("remaining_percentage":92,"current_usage":{"input_tokens":8500,"output_tokens":1200}},)"
-    R"("exceeds_200k_tokens":false,"thinking":{"enabled":true},"rate_limits":{"five_hour":)"
-    R"({"used_percentage":41.5,"resets_at":1738425600},"seven_day":{"used_percentage":13.2,)"
-    R"("resets_at":1738857600}},"vim":{"mode":"NORMAL"}})";
+    R"({"session_id":"b7faad07-53a1","cwd":"/h","model":{"id":"claude-opus-4-1",)"
+    R"("display_name":"Opus 4.1"},"workspace":{"current_dir":"/h/webshop",)"
+    R"("added_dirs":["/x","/y"]},"cost":{"total_cost_usd":0.01234},"context_window":)"
+    R"({"context_window_size":200000,"used_percentage":8,"current_usage":{"input_tokens":8500}},)"
+    R"("exceeds_200k_tokens":false,"rate_limits":{"five_hour":{"used_percentage":41.5,)"
+    R"("resets_at":1738425600},"seven_day":{"used_percentage":13.2,"resets_at":1738857600}}})";
 
 const std::string usualLine = "Opus 4.1 · webshop · context 8% · 5h 42% · 7d 13%";
 
@@ -46,7 +41,6 @@ std::vector<LineCase> lineCases() {
         {usualStatus, usualLine},
         {"\r\n { \"cwd\" :\t\"/a/b/\" ,\r\n\"b\" : [ -0.5e+10 , [ ] , { } , null ] }\n\n", "b"},
         {R"({"cwd":"/"})", "/"},
-        {R"({"cwd":"/a","workspace":{"current_dir":"/b"}})", "b"},
         // Only numbers count, and within the bounds that the bars have too.
         {R"({"rate_limits":{"five_hour":{"used_percentage":105},"seven_day":)"
          R"({"used_percentage":-3}},"context_window":{"used_percentage":null}})",
@@ -109,8 +103,8 @@ void expectPosted(CapturingListener &listener, const std::string &status) {
     EXPECT_TRUE(request.body == status);
 }
 
-void expectLine(const HookResult &result, const std::string &line) {
-    expectOutput(result, line.empty() ? "" : line + "\n");
+void expectLine(const std::string &output, const std::string &line) {
+    EXPECT_EQ(output, line.empty() ? "" : line + "\n");
 }
 
 TEST_P(StatusLine, ShowsWhatTheStatusHoldsIfItIsOneAndPostsItAnyway) {

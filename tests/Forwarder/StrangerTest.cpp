@@ -34,10 +34,10 @@ protected:
             CapturingListener stranger(response("200 OK", "allow"), address, anotherUser);
             for (const auto &shell : HookProcess::shells()) {
                 HookProcess hook(GetParam(), stranger.port(), shell);
-                expectSilence(hook.run({"claude", "Stop"}));
-                expectSilence(hook.run({"claude", "PreToolUse", "decide"}));
+                EXPECT_EQ(hook.run({"claude", "Stop"}), "");
+                EXPECT_EQ(hook.run({"claude", "PreToolUse", "decide"}), "");
                 HookProcess statusLine(GetParam(), stranger.port(), shell, "statusline.sh");
-                expectOutput(statusLine.run({}, R"({"cwd":"/a"})"), "a\n");
+                EXPECT_EQ(statusLine.run({}, R"({"cwd":"/a"})"), "a\n");
             }
             EXPECT_TRUE(stranger.hasHeardNothing());
         }
@@ -75,7 +75,7 @@ TEST_P(Stranger, IsKnownWhereTheKernelRefusesTheQuestion) {
 TEST(Server, OfThisUserIsKnownWhereTheKernelRefusesTheQuestion) {
     CapturingListener listener(response("200 OK", "{}"));
     HookProcess hook(Carrier::Client, listener.port());
-    withoutNetlink([&] { expectOutput(hook.run({"claude", "PreToolUse", "decide"}), "{}"); });
+    withoutNetlink([&] { EXPECT_EQ(hook.run({"claude", "PreToolUse", "decide"}), "{}"); });
     EXPECT_EQ(listener.take().headers["x-morvane-token"], HookProcess::token());
 }
 

@@ -26,8 +26,7 @@ TEST(AgentAdapters, TranslateTheEventsOfEveryAgent) {
          "PreToolUse/idle_prompt=toolUse Stop=turnEnd StopFailure=turnFailed "
          "Notification/permission_prompt=needsInput Notification/agent_needs_input=needsInput "
          "Notification/idle_prompt=idle Notification/agent_completed=idle Notification=none "
-         "Notification/=none Notification/ToolPermission=none Notification/SessionStart=none "
-         "permission_prompt/permission_prompt=none BeforeTool=none stop=none"},
+         "Notification/ToolPermission=none Notification/SessionStart=none stop=none"},
         {{claude, codex, qoder}, "PermissionRequest=permissionRequest"},
         {{codebuddy, factory}, "PermissionRequest=needsInput"},
         {{gemini, qwen},

@@ -23,13 +23,6 @@ ForwarderScripts scripts(std::uint16_t port) {
     return {"the-token", port};
 }
 
-TEST(ForwarderScripts, LieInAFolderOfTheirOwnersAlone) {
-    const TemporaryHome home;
-    ASSERT_FALSE(scripts(1).writeHookScript());
-    EXPECT_EQ(home.mode(".morvane/hook.sh") & 0555, 0555U);
-    EXPECT_EQ(home.mode(".morvane"), 0700U);
-}
-
 TEST(ForwarderScripts, RewritesTheScriptButNotAClientThatIsTheSame) {
     if (!hasClient()) {
         GTEST_SKIP() << "this processor has none";
@@ -59,9 +52,11 @@ TEST(ForwarderScripts, RewritesTheScriptButNotAClientThatIsTheSame) {
     EXPECT_TRUE(QFileInfo(file).isExecutable());
 }
 
-TEST(ForwarderScripts, ReplacesLinksInsteadOfFollowingThem) {
+TEST(ForwarderScripts, LieInAFolderOfTheirOwnersAloneAndReplaceLinks) {
     const TemporaryHome home;
     ASSERT_FALSE(scripts(1).writeHookScript());
+    EXPECT_EQ(home.mode(".morvane/hook.sh") & 0555, 0555U);
+    EXPECT_EQ(home.mode(".morvane"), 0700U);
     const QByteArray content = home.read(client());
     for (const QString &name : {QString(".morvane/hook.sh"), client()}) {
         const QString other = home.write("other", content);

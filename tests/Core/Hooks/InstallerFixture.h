@@ -54,12 +54,8 @@ protected:
     json root(AgentKind kind) const { return LenientJson::parse(text(kind)).value_or(json()); }
 
     /// A value in whose text OURS stands for our folder.
-    json value(std::string text) const {
-        const std::string ours = home.path().toStdString() + "/.morvane";
-        for (auto at = text.find("OURS"); at != std::string::npos; at = text.find("OURS")) {
-            text.replace(at, 4, ours);
-        }
-        return json::parse(text);
+    json value(QByteArray text) const {
+        return json::parse(text.replace("OURS", home.path().toUtf8() + "/.morvane").toStdString());
     }
 
     std::function<void()> moment = [] {}; ///< what happens while the installer looks again
