@@ -2,11 +2,11 @@
 
 #include "Core/Intake/HttpRequestParser.h"
 #include "Support/HttpClient.h"
+#include "Support/WaitUntil.h"
 
 #include <QByteArrayList>
 
 #include <array>
-#include <chrono>
 #include <fcntl.h>
 #include <poll.h>
 #include <set>
@@ -19,8 +19,6 @@
 namespace morvane::tests {
 
 namespace {
-
-constexpr std::chrono::seconds patience{20};
 
 /// All of them, their names in lower case; the parser tells only those that the server reads.
 std::map<std::string, std::string> headersIn(const std::string &request) {
@@ -66,11 +64,16 @@ CapturingListener::~CapturingListener() {
 }
 
 CapturedRequest CapturingListener::take() {
-    std::unique_lock lock(m_mutex);
-    if (!m_changed.wait_for(lock, patience, [this] { return !m_requests.empty(); }))
-        return {};
-    CapturedRequest request = std::move(m_requests.front());
-    m_requests.pop_front();
+    CapturedRequest request;
+    waitUntil([&] {
+        const std::lock_guard lock(m_mutex);
+        const bool isThere = !m_requests.empty();
+        if (isThere) {
+            request = std::move(m_requests.front());
+            m_requests.pop_front();
+        }
+        return isThere;
+    });
     return request;
 }
 
@@ -81,8 +84,7 @@ bool CapturingListener::hasHeardNothing() {
 }
 
 bool CapturingListener::awaitHangUp() {
-    std::unique_lock lock(m_mutex);
-    return m_changed.wait_for(lock, patience, [this] { return m_hungUp; });
+    return waitUntil([this] { return m_hungUp.load(); });
 }
 
 void CapturingListener::serve() {
@@ -113,15 +115,12 @@ void CapturingListener::handle(int connection) {
             m_requests.push_back({bytes.substr(0, bytes.find("\r\n")), headersIn(bytes),
                                   std::string(parser.request().body)});
         }
-        m_changed.notify_all();
         if (m_answer) {
             send(connection, m_answer->data(), m_answer->size(), MSG_NOSIGNAL);
             return;
         }
     }
-    const std::lock_guard lock(m_mutex);
     m_hungUp = true;
-    m_changed.notify_all();
 }
 
 std::string response(const std::string &status, const std::string &body) {

@@ -3,7 +3,7 @@
 #include <asio/io_context.hpp>
 #include <asio/ip/tcp.hpp>
 
-#include <condition_variable>
+#include <atomic>
 #include <cstdint>
 #include <deque>
 #include <map>
@@ -55,9 +55,8 @@ private:
     asio::ip::tcp::acceptor m_listener{m_context};
     std::uint16_t m_port;
     std::mutex m_mutex;
-    std::condition_variable m_changed;
     std::deque<CapturedRequest> m_requests;
-    bool m_hungUp = false;
+    std::atomic<bool> m_hungUp = false;
     std::thread m_thread;
 };
 

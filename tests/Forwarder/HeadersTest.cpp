@@ -20,19 +20,18 @@ std::vector<TerminalCase> hookCases() {
     std::vector<TerminalCase> cases = terminalCases();
     const TerminalCase own[] = {
         {"tmux inside iTerm2",
-         {"TERM_PROGRAM=tmux", "TERM=tmux-256color", "ITERM_SESSION_ID=w0:AB", "TMUX=/t/d,7,0",
-          "TMUX_PANE=%3"},
+         {"TERM_PROGRAM=tmux", "TERM=tmux-256color", "ITERM_SESSION_ID=w0:AB", "TMUX=/t/d,7,0"},
          {"x-host-bundle: com.googlecode.iterm2", "x-iterm-session: w0:AB",
-          "x-term-program: iTerm.app", "x-tmux-pane: %3", "x-tmux-server: /t/d,7,0"}},
+          "x-term-program: iTerm.app", "x-tmux-server: /t/d,7,0"}},
         {"a JetBrains IDE by its entry",
          {"TERMINAL_EMULATOR=JetBrains-JediTerm",
           "GIO_LAUNCHED_DESKTOP_FILE=/a/my-intelliJ-ce-Idea.desktop"},
          {"x-host-bundle: com.jetbrains.intellij", "x-term-program: JetBrains-JediTerm"}},
         {"bytes that are no UTF-8",
-         {"TERM_PROGRAM=WezTerm", "WEZTERM_UNIX_SOCKET=/run/gr\xc3\xb6\xff\xc3",
+         {"WEZTERM_PANE=4", "WEZTERM_UNIX_SOCKET=/run/gr\xc3\xb6\xff\xc3",
           "ZELLIJ_SESSION_NAME=gr\xc3\xb6\xff\xed\xa0\x80\xf0\x9f\x98\x80\xc0\x80\xc3"},
          {"x-host-bundle: com.github.wez.wezterm", "x-morvane-wezterm-socket: /run/grö",
-          "x-term-program: WezTerm", "x-zellij-session: grö😀"}}};
+          "x-term-program: WezTerm", "x-wezterm-pane: 4", "x-zellij-session: grö😀"}}};
     cases.insert(cases.end(), std::begin(own), std::end(own));
     return cases;
 }

@@ -30,9 +30,7 @@ TEST_P(Hook, SendsItsPayloadByteForByte) {
     for (const std::string &payload :
          {std::string{}, std::string("\n"), std::string("a\0\r\n\r\n\0", 7), large}) {
         EXPECT_EQ(hook.run({"claude", "Stop"}, payload), "");
-        const CapturedRequest request = listener.take();
-        EXPECT_EQ(request.requestLine, "POST /event HTTP/1.1");
-        EXPECT_TRUE(request.body == payload) << request.body.size();
+        EXPECT_TRUE(listener.take().body == payload) << payload.size();
     }
 }
 
@@ -65,7 +63,6 @@ TEST_P(Hook, PrintsADecisionOnlyWhenACompleteAnswerBringsOne) {
         {response("200 OK", large), large},
         {response("200 OK", ""), ""},
         {response("500 Oops", body), ""},
-        {response("204 No Content", ""), ""},
         {complete.substr(0, complete.size() - 1), ""},
         {"HTTP/1.1 200 OK\r\nContent-Len", ""},
         {"200 0", ""},

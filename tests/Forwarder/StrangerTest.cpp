@@ -64,11 +64,8 @@ void withoutNetlink(const std::function<void()> &action) {
     }).join();
 }
 
-TEST_P(Stranger, HearsNothingAndIsNotHeard) {
+TEST_P(Stranger, HearsNothingAndIsNotHeardAlsoWhereTheKernelRefusesTheQuestion) {
     expectNothingSaid();
-}
-
-TEST_P(Stranger, IsKnownWhereTheKernelRefusesTheQuestion) {
     withoutNetlink(expectNothingSaid);
 }
 

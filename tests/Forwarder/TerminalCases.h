@@ -47,9 +47,8 @@ inline std::vector<TerminalCase> terminalCases() {
           "__INTELLIJ_COMMAND_HISTFILE__=/h/.cache/JetBrains/WebStorm2024.1/history"},
          {"x-host-bundle: com.jetbrains.WebStorm", "x-term-program: JetBrains-JediTerm"}},
         {"an IDE that nobody has heard of",
-         {"TERMINAL_EMULATOR=JetBrains-JediTerm",
-          "GIO_LAUNCHED_DESKTOP_FILE=/a/jetbrains-new.desktop"},
-         {"x-host-bundle: jetbrains-new", "x-term-program: JetBrains-JediTerm"}},
+         {"TERMINAL_EMULATOR=JetBrains", "GIO_LAUNCHED_DESKTOP_FILE=/a/jetbrains-new.desktop"},
+         {"x-host-bundle: jetbrains-new", "x-term-program: JetBrains"}},
         {"tmux inside xterm, which the desktop's menu has started",
          {"TERM=screen", "XTERM_VERSION=XTerm(379)", "TMUX=/t/d,7,0", "TMUX_PANE=%3",
           "GIO_LAUNCHED_DESKTOP_FILE=/usr/share/applications/debian-xterm.desktop"},
@@ -87,8 +86,8 @@ inline std::vector<TerminalCase> terminalCases() {
          {"x-zellij-session: main"}},
         {"a shell that shall report and refuse, of another locale and separator",
          {"SHELLOPTS=nounset:xtrace:errexit", "BASH_XTRACEFD=1", "LC_ALL=C.UTF-8", "IFS=x-",
-          "TERM_PROGRAM=ghostty"},
-         {"x-host-bundle: com.mitchellh.ghostty", "x-term-program: ghostty"}}};
+          "TERM=alacritty"},
+         {"x-host-bundle: io.alacritty", "x-term-program: alacritty"}}};
 }
 
 } // namespace morvane::tests
