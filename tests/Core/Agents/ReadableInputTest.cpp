@@ -151,12 +151,10 @@ TEST(ReadableInput, KeepsSixtyFourKilobytesAndSaysWhenThereIsMore) {
 
     const QByteArray plan =
         "{\"plan\":\"" + QByteArray(16'000, 'x') + "\\ny\\n" + QByteArray(1'000, 'z') + "\\ny\"}";
-    QList<ReadableInput::Sign> signs;
-    for (const auto &line : ReadableInput::ofPlan({plan.data(), std::size_t(plan.size())}).lines) {
-        signs.append(line.sign);
-    }
-    using Sign = ReadableInput::Sign;
-    EXPECT_EQ(signs, QList({Sign::prose, Sign::prose, Sign::plain, Sign::plain}));
+    const auto lines = ReadableInput::ofPlan({plan.data(), std::size_t(plan.size())}).lines;
+    ASSERT_EQ(lines.size(), 4);
+    EXPECT_EQ(lines[1].sign, ReadableInput::Sign::prose);
+    EXPECT_EQ(lines[2].sign, ReadableInput::Sign::plain);
 }
 
 } // namespace

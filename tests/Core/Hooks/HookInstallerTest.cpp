@@ -106,12 +106,11 @@ TEST_F(HookInstallerTest, TouchesNoSettingsWithoutAScript) {
     home.write(".morvane", "in the way");
     write(claude, R"({"model":"opus"})");
     write(kimi, "model = 'k2'\n");
-    for (const AgentKind kind : {claude, codex, kimi}) {
+    for (const AgentKind kind : {claude, kimi}) {
         EXPECT_NE(failure(installer(kind)->install()), "");
     }
     EXPECT_EQ(text(claude), R"({"model":"opus"})");
     EXPECT_EQ(text(kimi), "model = 'k2'\n");
-    EXPECT_EQ(text(codex), "");
 }
 
 TEST_F(HookInstallerTest, FollowsTheSettingForApprovals) {
@@ -168,7 +167,6 @@ TEST_F(HookInstallerTest, TakesTheFoldersAwayThatItHasMade) {
 
 TEST_F(HookInstallerTest, WritesAndRemovesThePlugin) {
     connect(opencode);
-    EXPECT_TRUE(text(opencode).contains("40123"));
     EXPECT_TRUE(text(opencode).contains(settings.eventToken().toUtf8()));
     EXPECT_EQ(home.mode(place(opencode)), 0600U);
     EXPECT_EQ(installer(opencode)->health(), (Health{.hooksPresent = true}));
@@ -186,22 +184,15 @@ TEST_F(HookInstallerTest, TellsWhatHasBecomeOfAConnection) {
     const QStringList outdated{"hook entries out of date"};
     for (const AgentKind kind : {claude, codex, cursor, kimi}) {
         SCOPED_TRACE(rawValue(kind));
-        const auto outdate = [&] {
-            write(kind, text(kind).replace("/.morvane/hook.sh", "/old/.morvane/hook.sh"));
-        };
         EXPECT_EQ(issues(kind), unreadable);
         write(kind, kind == kimi ? "a = 1\n" : R"({"a":1})");
         EXPECT_EQ(installer(kind)->health(), Health());
         connect(kind);
         EXPECT_EQ(issues(kind), QStringList());
-        outdate();
-        EXPECT_EQ(issues(kind), outdated);
-        installer(kind)->renew();
-        EXPECT_EQ(issues(kind), QStringList());
         QFile::setPermissions(hook, QFile::ReadOwner);
         EXPECT_EQ(issues(kind), noScript);
         QFile::remove(hook);
-        outdate();
+        write(kind, text(kind).replace("/.morvane/hook.sh", "/old/.morvane/hook.sh"));
         EXPECT_EQ(issues(kind), noScript + outdated);
         installer(kind)->renew();
         EXPECT_EQ(issues(kind), QStringList());
@@ -254,6 +245,8 @@ TEST_F(HookInstallerTest, TakesTheStatusLineOnlyFromNobody) {
 TEST_F(HookInstallerTest, SeesThatAnAgentRunsNoHooks) {
     const std::tuple<AgentKind, const char *, bool> cases[] = {
         {claude, R"({"disableAllHooks":"true","hooksConfig":{"enabled":false}})", false},
+        {qwen, R"({"disableAllHooks":true})", true},
+        {qoder, R"({"disableAllHooks":true})", true},
         {qoder, R"({"hooksConfig":{"enabled":false}})", true},
         {codebuddy, R"({"disableAllHooks":true})", false},
         {factory, R"({"hooks":{"hooksDisabled":true}})", true},

@@ -23,8 +23,6 @@ TEST_F(ReleaseHooksTest, WantTheEntriesOfTheirOwnForm) {
     }
     EXPECT_EQ(root(gemini)["hooks"]["AfterAgent"], value(R"([{"hooks":[{"type":"command",
         "command":"OURS/hook.sh gemini AfterAgent","timeout":5000}]}])"));
-    EXPECT_EQ(root(codex)["hooks"]["SessionEnd"], value(R"([{"hooks":[{"type":"command",
-        "command":"OURS/hook.sh codex SessionEnd","timeout":3}]}])"));
     EXPECT_EQ(root(codex)["hooks"]["Interrupt"], value(R"([{"hooks":[{"type":"command",
         "command":"OURS/hook.sh codex Interrupt","async":true,"timeout":5}]}])"));
     EXPECT_FALSE(root(qwen)["hooks"].contains("BeforeAgent"));

@@ -11,19 +11,6 @@ using enum AgentKind;
 class SettingsReturnTest : public InstallerFixture {
 protected:
     bool exists(const QString &path) const { return QFileInfo::exists(home.path(path)); }
-
-    /// Writes the file, connects and disconnects; what it holds then.
-    std::string returned(AgentKind kind, const QByteArray &before) const {
-        folder(kind).removeRecursively();
-        write(kind, before);
-        connect(kind);
-        EXPECT_TRUE(installer(kind)->isInstalled());
-        EXPECT_EQ(issues(kind), QStringList());
-        EXPECT_EQ(original(kind).toStdString(), before.toStdString());
-        disconnect(kind);
-        EXPECT_FALSE(exists(place(kind) + ".morvane-original"));
-        return text(kind).toStdString();
-    }
 };
 
 /// Each is named by the folder's file, whose first byte chooses the agent as it does for the fuzz
@@ -45,14 +32,21 @@ TEST_F(SettingsReturnTest, BringsEveryFileBackToTheLastByteAndLosesNothingMeanwh
             EXPECT_EQ(text(kind).toStdString(), before.toStdString());
             continue;
         }
-        EXPECT_EQ(returned(kind, before), before.toStdString());
+        folder(kind).removeRecursively();
+        write(kind, before);
+        connect(kind);
+        EXPECT_TRUE(installer(kind)->isInstalled());
+        EXPECT_EQ(issues(kind), QStringList());
+        EXPECT_EQ(original(kind).toStdString(), before.toStdString());
         if (kind == kimi) {
-            connect(kind);
             const auto both = TomlHookEntries::find(text(kind));
             ASSERT_FALSE(both.failure()) << text(kind).toStdString();
             EXPECT_GT(both->ours, 0);
             EXPECT_EQ(both->othersMeaning.toStdString(), theirs->othersMeaning.toStdString());
         }
+        disconnect(kind);
+        EXPECT_FALSE(exists(place(kind) + ".morvane-original"));
+        EXPECT_EQ(text(kind).toStdString(), before.toStdString());
     }
 }
 

