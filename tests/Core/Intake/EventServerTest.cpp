@@ -38,6 +38,7 @@ TEST_F(EventServerTest, AnswersByTokenThenMethodAndPath) {
         {"POST /usage" + head, "200 OK"},
         {"GET /event HTTP/1.1\r\n\r\n", "401 Unauthorized"},
         {httpPost("/event", {{"x-morvane-token", "TOKEN-0123456788"}}, "{}"), "401 Unauthorized"},
+        {httpPost("/usage", {{"x-morvane-token", "TOKEN"}}, "{}"), "401 Unauthorized"},
     };
     for (const auto &[request, status] : cases) {
         EXPECT_EQ(httpExchange(port(), request),
