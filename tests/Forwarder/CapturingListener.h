@@ -53,7 +53,7 @@ private:
     int m_stopped;
     asio::io_context m_context;
     asio::ip::tcp::acceptor m_listener{m_context};
-    std::uint16_t m_port;
+    std::uint16_t m_port = 0;
     std::mutex m_mutex;
     std::deque<CapturedRequest> m_requests;
     std::atomic<bool> m_hungUp = false;
