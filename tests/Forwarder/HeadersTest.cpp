@@ -119,6 +119,7 @@ TEST(Program, IsThatOfTheAncestorThatIsNoShellOfTheHook) {
                 EXPECT_FALSE(headers.contains("x-morvane-program"));
             }
         }
+        fs::remove("gr\xc3"); // which Qt doesn't find
         fs::current_path(before);
     }
 }
