@@ -1,19 +1,18 @@
 #include "Platform/Linux/Wayland/HyprlandFullscreenWindows.h"
-
+#include "Platform/Linux/Wayland/HyprlandWindowSystem.h"
+#include "Platform/Wayland/ListedWindows.h"
 #include "Platform/Wayland/StandInSocket.h"
 #include "Support/TemporaryHome.h"
-#include "Support/WaitUntil.h"
 
 #include <QPointer>
-#include <gtest/gtest.h>
 
 namespace morvane {
 namespace {
 
 /// A stand-in for Hyprland with two displays, which show the workspaces 1 and 2.
-class HyprlandFullscreenWindowsTest : public testing::Test {
+class HyprlandTest : public testing::Test {
 protected:
-    HyprlandFullscreenWindowsTest() {
+    HyprlandTest() {
         events.listen(folder.path(".socket2.sock"));
         QObject::connect(&events, &QLocalServer::newConnection,
                          [this] { listener = events.nextPendingConnection(); });
@@ -32,7 +31,7 @@ protected:
     }
 
     bool has(const QList<QRect> &areas) {
-        return becomesTrue([&] { return windows.areas() == areas; });
+        return becomesTrue([&] { return fullscreen.areas() == areas; });
     }
 
     /// A window of the right display.
@@ -43,7 +42,7 @@ protected:
 
     void followFilm() {
         clients = "[" + window("2") + "]";
-        windows.follow();
+        fullscreen.follow();
         ASSERT_TRUE(has(right));
     }
 
@@ -59,14 +58,26 @@ protected:
     QPointer<QLocalSocket> listener;
     QByteArray monitors = R"([{"activeWorkspace":{"id":1},"specialWorkspace":{"id":0}},
                               {"activeWorkspace":{"id":2},"specialWorkspace":{"id":-99}}])";
-    QByteArray clients = "[]";
+    QByteArray clients;
     QList<QByteArray> asked;
-    HyprlandFullscreenWindows windows{folder.path(".socket.sock")};
+    HyprlandFullscreenWindows fullscreen{folder.path(".socket.sock")};
+    HyprlandWindowSystem windows{folder.path(".socket.sock")};
 };
 
-TEST_F(HyprlandFullscreenWindowsTest, FollowsAFilmInTheFormOfEachRelease) {
+TEST_F(HyprlandTest, TellsItsWindowsAndBringsOneForward) {
+    clients = R"([{"address":"0x5a","title":"old","class":"kitty","initialClass":"kitty","pid":5,
+"focusHistoryID":1},{"address":"0x5b","title":"new","class":"foot","pid":6,"focusHistoryID":0},
+{"address":"0x1;exec rm","title":"x","class":"x","pid":7},{"pid":-1},7])";
+    EXPECT_EQ(listed(windows), (QStringList{"0x5b new foot 6", "0x5a old kitty,kitty 5"}));
+    windows.activate("0x5b;exec rm");
+    windows.activate("0x5b");
+    EXPECT_TRUE(becomesTrue([this] { return asked.size() == 2; }));
+    EXPECT_EQ(asked, (QList<QByteArray>{"j/clients", "dispatch focuswindow address:0x5b"}));
+}
+
+TEST_F(HyprlandTest, FollowsAFilmInTheFormOfEachRelease) {
     followFilm();
-    for (const char *none : {"0", "1", "false", R"(true,"fullscreenMode":1)"}) {
+    for (const char *none : {"1", "false", R"(true,"fullscreenMode":1)"}) {
         change(window(none));
         EXPECT_TRUE(has({})) << none;
         change(window("3"), "workspace>>2");
@@ -78,7 +89,7 @@ TEST_F(HyprlandFullscreenWindowsTest, FollowsAFilmInTheFormOfEachRelease) {
     EXPECT_TRUE(has(right));
 }
 
-TEST_F(HyprlandFullscreenWindowsTest, AsksNothingForTitles) {
+TEST_F(HyprlandTest, IsAskedNothingForTitles) {
     followFilm();
     asked.clear();
     for (int i = 0; i < 1000; ++i) {
@@ -90,11 +101,12 @@ TEST_F(HyprlandFullscreenWindowsTest, AsksNothingForTitles) {
     EXPECT_EQ(asked, (QList<QByteArray>{"j/monitors", "j/clients"}));
 }
 
-TEST_F(HyprlandFullscreenWindowsTest, AHyprlandThatTalksNonsenseHasNone) {
-    for (const char *nonsense : {"", "5", R"({"fullscreen":"2"})", "{\"at\":[[["}) {
-        followFilm();
+TEST_F(HyprlandTest, HasNothingWhereItTalksNonsense) {
+    followFilm();
+    for (const char *nonsense : {"5", R"({"fullscreen":"2"})", "{\"at\":[[["}) {
         change(nonsense);
         EXPECT_TRUE(has({})) << nonsense;
+        EXPECT_EQ(listed(windows).value_or(QStringList()), QStringList()) << nonsense;
         change(window("2"));
         EXPECT_TRUE(has(right));
     }

@@ -1,22 +1,78 @@
 #include "Platform/X11/OverlayFixture.h"
 
 #include <QMenu>
+#include <QScreen>
 
 namespace morvane {
 namespace {
 
 constexpr std::uint8_t heldKey = 76; ///< F10, which types nothing
 
-class OverlayKeyboardTest : public OverlayFixture,
-                            public testing::WithParamInterface<WindowManager> {
+/// On each window manager that is installed.
+class ManagedOverlayTest : public OverlayFixture,
+                           public testing::WithParamInterface<WindowManager> {
 protected:
-    OverlayKeyboardTest() : OverlayFixture(GetParam()) {}
+    ManagedOverlayTest() : OverlayFixture(GetParam()) {}
 };
 
-TEST_P(OverlayKeyboardTest, TakesTheKeyboardForAFieldPassesItOnAndGivesItBack) {
+INSTANTIATE_TEST_SUITE_P(Under, ManagedOverlayTest, testing::ValuesIn(WindowManager::all),
+                         [](const auto &info) { return info.param.name; });
+
+TEST_P(ManagedOverlayTest, APersonComesBackToTheSameTerminalFromAnEmptyDesktop) {
+    for (int times = 1; times <= 2; ++times) {
+        display->goToDesktop(1);
+        ASSERT_TRUE(becomesTrue([this] {
+            return x11->property(x11->root(), "_NET_ACTIVE_WINDOW", XCB_ATOM_WINDOW).value(0) == 0;
+        }));
+        // A person stays long enough for the program to see it.
+        becomesTrue([] { return true; });
+        display->goToDesktop(0);
+        EXPECT_TRUE(becomesTrue([&] { return activations.size() == times; }));
+    }
+    EXPECT_EQ(activations, QStringList({"XTerm", "XTerm"}));
+}
+
+TEST_P(ManagedOverlayTest, StaysAboveOnEveryDesktopAndTakesNoFocus) {
+    const auto other = openTerminal("other");
+    ASSERT_TRUE(becomesTrue([this] { return display->focusedTitle() == "other"; }));
+    EXPECT_TRUE(becomesTrue([this] { return isOnTop(); }));
+    display->press("alt+Return");
+    EXPECT_TRUE(becomesTrue([this] { return isOnTop(); }));
+    // A window manager may take the focus away for a moment while it fills the screen; one that
+    // we had taken would stay away.
+    EXPECT_TRUE(becomesTrue([this] { return display->focusedTitle() == "other"; }));
+    display->goToDesktop(1);
+    EXPECT_TRUE(becomesTrue([this] { return display->focusedTitle() != "other" && isOnTop(); }));
+}
+
+TEST_P(ManagedOverlayTest, GivesWayToAFullscreenProgramWhenToldTo) {
+    overlay->setHidesOverFullscreen(true);
+    EXPECT_TRUE(panel->isVisible());
+    display->press("alt+Return");
+    EXPECT_TRUE(becomesTrue([this] { return !panel->isVisible(); }));
+    EXPECT_TRUE(overlay->isVisible());
+    EXPECT_FALSE(overlay->takeKeyboard());
+    overlay->setHidesOverFullscreen(false);
+    EXPECT_TRUE(panel->isVisible());
+    overlay->setHidesOverFullscreen(true);
+    EXPECT_FALSE(panel->isVisible());
+
+    display->goToDesktop(1);
+    EXPECT_TRUE(becomesTrue([this] { return panel->isVisible(); }));
+    display->goToDesktop(0);
+    EXPECT_TRUE(becomesTrue([this] { return !panel->isVisible(); }));
+    ASSERT_TRUE(becomesTrue([this] { return terminalHasKeyboard(); }));
+    display->press("alt+Return");
+    EXPECT_TRUE(becomesTrue([this] { return panel->isVisible(); }));
+    display->press("alt+Return");
+    EXPECT_TRUE(becomesTrue([this] { return !panel->isVisible(); }));
+    terminal.reset();
+    EXPECT_TRUE(becomesTrue([this] { return panel->isVisible(); }));
+}
+
+TEST_P(ManagedOverlayTest, KeepsTheKeyboardForAFieldsMenuPassesItOnAndGivesItBack) {
     ASSERT_TRUE(takeKeyboard());
-    type("Name");
-    EXPECT_TRUE(becomesTrue([this] { return field->text() == "Name"; }));
+    field->setText("Old");
     // The field's own menu is another window, and a click on it no click elsewhere.
     display->click(field->mapToGlobal(field->rect().center()), 3);
     ASSERT_TRUE(becomesTrue([] { return QApplication::activePopupWidget() != nullptr; }));
@@ -27,11 +83,6 @@ TEST_P(OverlayKeyboardTest, TakesTheKeyboardForAFieldPassesItOnAndGivesItBack) {
     type("Name");
     EXPECT_TRUE(becomesTrue([this] { return field->text() == "Name"; }));
     EXPECT_EQ(received(), "");
-    overlay->releaseKeyboard();
-    EXPECT_TRUE(becomesTrue([this] { return !field->hasFocus() && terminalHasKeyboard(); }));
-    type("back");
-    EXPECT_TRUE(becomesTrue([this] { return received() == "back"; }));
-    EXPECT_EQ(field->text(), "Name");
 
     // Passed on, it goes back to whoever had it before both.
     QWidget second;
@@ -58,11 +109,7 @@ TEST_P(OverlayKeyboardTest, TakesTheKeyboardForAFieldPassesItOnAndGivesItBack) {
     EXPECT_EQ(activations, QStringList());
 }
 
-TEST_P(OverlayKeyboardTest, LeavesTheKeyboardWhereThePersonHasPutItInTheMeantime) {
-    ASSERT_TRUE(takeKeyboard());
-    display->click({640, 500});
-    EXPECT_TRUE(becomesTrue([this] { return !field->hasFocus() && terminalHasKeyboard(); }));
-
+TEST_P(ManagedOverlayTest, LeavesTheKeyboardWhereThePersonHasPutItInTheMeantime) {
     ASSERT_TRUE(takeKeyboard());
     const auto other = openTerminal("other");
     ASSERT_TRUE(becomesTrue([this] { return QFile::exists(home.path("other")); }));
@@ -75,7 +122,7 @@ TEST_P(OverlayKeyboardTest, LeavesTheKeyboardWhereThePersonHasPutItInTheMeantime
     EXPECT_EQ(field->text(), "");
 }
 
-TEST_P(OverlayKeyboardTest, KeepsTheKeyboardWhileAKeyIsHeldThatAnotherProgramHas) {
+TEST_P(ManagedOverlayTest, KeepsTheKeyboardWhileAKeyIsHeldThatAnotherProgramHas) {
     const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> other(
         xcb_connect(nullptr, nullptr), &xcb_disconnect);
     const auto grab = xcb_grab_key_checked(other.get(), 0, x11->root(), 0, heldKey,
@@ -96,8 +143,6 @@ TEST_P(OverlayKeyboardTest, KeepsTheKeyboardWhileAKeyIsHeldThatAnotherProgramHas
     EXPECT_TRUE(hold());
     EXPECT_TRUE(field->hasFocus());
     letGo();
-    type("Name");
-    EXPECT_TRUE(becomesTrue([this] { return field->text() == "Name"; }));
 
     // It may also be a key that takes it away.
     EXPECT_TRUE(hold());
@@ -107,12 +152,45 @@ TEST_P(OverlayKeyboardTest, KeepsTheKeyboardWhileAKeyIsHeldThatAnotherProgramHas
     EXPECT_TRUE(terminalHasKeyboard());
 }
 
-INSTANTIATE_TEST_SUITE_P(Under, OverlayKeyboardTest, testing::ValuesIn(WindowManager::all),
-                         [](const auto &info) { return info.param.name; });
+using OverlayTest = OverlayFixture;
 
-using InputMethodTest = OverlayFixture;
+TEST_F(OverlayTest, WithoutACompositorItsCornersAreCutOff) {
+    EXPECT_FALSE(overlay->isTranslucent());
+    EXPECT_TRUE(becomesTrue([] {
+        const QImage screen = QGuiApplication::primaryScreen()->grabWindow(0).toImage();
+        const QRgb terminal = screen.pixel(overlayFrame.topLeft() - QPoint(5, -5));
+        return screen.pixel(overlayFrame.topLeft()) == terminal &&
+               screen.pixel(overlayFrame.bottomRight()) == terminal &&
+               screen.pixel(overlayFrame.center()) != terminal;
+    }));
+}
 
-TEST_F(InputMethodTest, CoversNoCandidatesOfAnInputMethodWhileSomebodyTypes) {
+class OverlayOnMonitorsTest : public OverlayFixture {
+protected:
+    OverlayOnMonitorsTest() : OverlayFixture(WindowManager::metacity) {}
+};
+
+TEST_F(OverlayOnMonitorsTest, AFullscreenProgramOnAnotherMonitorHidesNothing) {
+    overlay->setHidesOverFullscreen(true);
+    display->setMonitor("LEFT", {0, 0, 640, 800});
+    display->setMonitor("RIGHT", {640, 0, 640, 800});
+    ASSERT_TRUE(becomesTrue([] { return QGuiApplication::screens().size() == 2; }));
+    display->movePointer({900, 700});
+    const auto film = openTerminal("film", {"-fullscreen", "-geometry", "+700+100"});
+    overlay->setGeometry({800, 0, 300, 100}, OverlayWindow::Anchor::topCenter);
+    EXPECT_TRUE(becomesTrue([this] { return !panel->isVisible(); }));
+    overlay->setGeometry({100, 0, 300, 100}, OverlayWindow::Anchor::topCenter);
+    EXPECT_TRUE(becomesTrue([this] { return panel->isVisible(); }));
+
+    // The film goes on while the person works on the other monitor.
+    overlay->setGeometry({800, 0, 300, 100}, OverlayWindow::Anchor::topCenter);
+    display->movePointer({300, 700});
+    EXPECT_TRUE(display->withWindow(terminalTitle, {"windowmove", "0", "0", "windowactivate"}));
+    ASSERT_TRUE(becomesTrue([this] { return terminalHasKeyboard(); }));
+    EXPECT_FALSE(panel->isVisible());
+}
+
+TEST_F(OverlayTest, CoversNoCandidatesOfAnInputMethodWhileSomebodyTypes) {
     auto other = openTerminal("other");
     ASSERT_TRUE(becomesTrue([this] { return display->focusedTitle() == "other"; }));
     ASSERT_TRUE(takeKeyboard());
@@ -146,5 +224,6 @@ TEST_F(InputMethodTest, CoversNoCandidatesOfAnInputMethodWhileSomebodyTypes) {
         EXPECT_TRUE(becomesTrue([this] { return isOnTop(); }));
     }
 }
+
 } // namespace
 } // namespace morvane
