@@ -1,8 +1,6 @@
 #include "Platform/Linux/LowPriorityPool.h"
 
-#include "Core/Adapters/ClaudeTranscript.h"
 #include "Support/ManualScheduler.h"
-#include "Support/TemporaryHome.h"
 #include "Support/WaitUntil.h"
 
 #include <gtest/gtest.h>
@@ -96,51 +94,6 @@ TEST(LowPriorityPool, HandsResultsToAnOwnerThatIsStillThere) {
     EXPECT_TRUE(waitUntil([&] {
         scheduler.runPosted();
         return sum == 5050;
-    }));
-}
-
-/// Reads in the background, of a file that its agent goes on writing, cutting and replacing.
-TEST(LowPriorityPool, ReadsTranscriptsWhileTheyChange) {
-    const TemporaryHome home;
-    ManualScheduler scheduler;
-    LowPriorityPool pool([] {}); // at its end it waits, whatever is still read
-    const QByteArray line =
-        R"({"type":"assistant","message":{"model":"claude-a","usage":{"input_tokens":5}}})"
-        "\n";
-    const QByteArray lines = line.repeated(5000);
-    const QString path = home.write("t.jsonl", lines);
-    const auto agent = std::async(std::launch::async, [&] {
-        for (int time = 0; time < 100; ++time) {
-            QFile file(path);
-            file.open(QIODevice::ReadWrite);
-            file.resize(7);
-            file.write(lines);
-        }
-    });
-
-    // Each read tells the model or, from what was left of the file just then, nothing.
-    QObject owner;
-    TranscriptInfo last;
-    const auto read = [&] {
-        pool.compute(
-            [path] { return TranscriptReader::readTail(path, ClaudeTranscript::takeLine); },
-            scheduler, &owner,
-            [&](const TranscriptInfo &info) {
-                EXPECT_EQ(info.model.value_or("a"), "a");
-                EXPECT_EQ(info.contextTokens.value_or(5), 5);
-                last = info;
-            });
-    };
-    EXPECT_TRUE(waitUntil([&] {
-        read();
-        scheduler.runPosted();
-        return agent.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
-    }));
-    last = {};
-    read();
-    EXPECT_TRUE(waitUntil([&] {
-        scheduler.runPosted();
-        return last.model.has_value();
     }));
 }
 

@@ -55,23 +55,22 @@ TEST_F(NetworkHttpsClientTest, SendsWhatItIsGivenAndBringsWhatComesBack) {
         EXPECT_EQ(asked.toLower().count(QByteArray("\r\n") + line + "\r\n"), 1) << line;
     }
     // The second is like the first: nothing was kept.
-    for (const char *status : {"200 OK", "401 Unauthorized", "500 Oops"}) {
-        const auto next = askFor(http(status, "{}", "WWW-Authenticate: Basic\r\n"));
-        ASSERT_TRUE(next);
-        EXPECT_EQ(next->status, QByteArray(status).first(3).toInt());
-        EXPECT_FALSE(asked.toLower().contains("cookie"));
-    }
+    const auto next = askFor(http("401 Unauthorized", "{}", "WWW-Authenticate: Basic\r\n"));
+    ASSERT_TRUE(next);
+    EXPECT_EQ(next->status, 401);
+    EXPECT_FALSE(asked.toLower().contains("cookie"));
 }
 
 TEST_F(NetworkHttpsClientTest, TakesTheTokenToNoOtherServer) {
     QTcpServer other;
     QByteArray askedThere;
     serve(other, askedThere, [](const QByteArray &) { return http("200 OK", "{}"); });
-    const QByteArray place = "http://localhost:" + QByteArray::number(other.serverPort()) + "/";
-    for (const char *status : {"302 Found", "308 There"}) {
-        const auto answer = askFor(http(status, "", "Location: " + place + "\r\n"));
+    const QByteArray there = "://localhost:" + QByteArray::number(other.serverPort());
+    for (const QByteArray &place : {"http" + there, "https" + there, QByteArray("/other")}) {
+        const auto answer = askFor(http("308 There", "", "Location: " + place + "\r\n"));
         ASSERT_TRUE(answer);
-        EXPECT_EQ(answer->status, QByteArray(status).first(3).toInt());
+        EXPECT_EQ(answer->status, 308);
+        EXPECT_FALSE(asked.contains("/other"));
     }
     EXPECT_EQ(askedThere, "");
 }
@@ -79,19 +78,9 @@ TEST_F(NetworkHttpsClientTest, TakesTheTokenToNoOtherServer) {
 TEST_F(NetworkHttpsClientTest, TakesNoHalfAnswerAndNoEndlessOne) {
     EXPECT_FALSE(askFor("HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\n{\"five_hour\"", true));
     EXPECT_FALSE(askFor("SSH-2.0-OpenSSH_9.2\r\n\r\n", true));
-    EXPECT_FALSE(askFor("", true));
     const auto answer = askFor("HTTP/1.1 200 OK\r\n\r\n" + QByteArray(3'000'000, ' '));
     ASSERT_TRUE(answer);
     EXPECT_EQ(answer->body.size(), 1'048'576);
-
-    QTcpServer nobody;
-    nobody.listen(QHostAddress::LocalHost);
-    nobody.pauseAccepting();
-    UsageEndpoint endpoint(*client, scheduler, urlOf(nobody, "/", "http"));
-    QList<bool> answered;
-    endpoint.ask("token", [&](const auto &late) { answered << late.has_value(); });
-    scheduler.advance(Seconds(15));
-    EXPECT_EQ(answered, QList<bool>{false});
 }
 
 TEST_F(NetworkHttpsClientTest, TrustsOnlyAServerThatTheMachineKnows) {

@@ -84,20 +84,5 @@ TEST_F(ProcessDialogueTest, LeavesNobodyBehindWhenTheProgramEndsWhileItTalks) {
     EXPECT_TRUE(areGone("numbers"));
 }
 
-TEST_F(ProcessDialogueTest, TakesAStreamWithoutEndInPieces) {
-    qsizetype total = 0;
-    qsizetype longestPiece = 0;
-    const End end = dialogue.hold(
-        {"/bin/sh", {"-c", "exec cat /dev/zero"}, {}}, {},
-        [&](const QByteArray &piece) {
-            total += piece.size();
-            longestPiece = std::max(longestPiece, piece.size());
-            return ToolDialogue::Reply{{}, total > 50'000'000};
-        },
-        Seconds(30));
-    EXPECT_EQ(end, End::concluded);
-    EXPECT_LE(longestPiece, 1'048'576);
-}
-
 } // namespace
 } // namespace morvane

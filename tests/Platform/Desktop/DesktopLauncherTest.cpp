@@ -15,7 +15,6 @@ namespace {
 
 TEST(DesktopEntry, ReadsACommandAsItsWriterMeantIt) {
     const std::pair<const char *, QStringList> commands[] = {
-        {"kitty", {"kitty"}},
         {"/usr/bin/code --unity-launch %F", {"/usr/bin/code", "--unity-launch"}},
         {"\"/opt/My Editor/editor\"   --url=%u --", {"/opt/My Editor/editor", "--url=", "--"}},
         {R"(sh -c "echo \\$HOME \\"100%%\\" ; \\\\x" '')",

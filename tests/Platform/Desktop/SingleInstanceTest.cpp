@@ -62,19 +62,6 @@ TEST_F(SingleInstanceTest, ASecondTellsTheFirstAndGivesWay) {
               Outcome::isFirst);
 }
 
-TEST_F(SingleInstanceTest, OneWithAScreenTakesThePlaceOfOneWithout) {
-    auto first = std::make_unique<SingleInstance>(home.path("config"), Screen::none);
-    QObject::connect(
-        first.get(), &SingleInstance::placeWanted, qApp, [&] { first.reset(); },
-        Qt::QueuedConnection);
-    ASSERT_EQ(first->claim(noPatience), Outcome::isFirst);
-    EXPECT_EQ(onAnotherThread([&] { return claim(Seconds(30), Screen::none); }),
-              Outcome::toldTheFirst);
-    EXPECT_NE(first, nullptr);
-    EXPECT_EQ(onAnotherThread([&] { return claim(Seconds(30)); }), Outcome::isFirst);
-    EXPECT_EQ(first, nullptr);
-}
-
 TEST_F(SingleInstanceTest, SaysWhichOtherDisplayTheFirstIsOn) {
     home.set("DISPLAY", ":0");
     SingleInstance first(home.path("config"), Screen::reached);

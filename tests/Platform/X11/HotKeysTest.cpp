@@ -83,8 +83,6 @@ TEST_F(HotKeysTest, AreLeftToTheProgramThatHasThemAndGivenBack) {
     others->registerKey(panelKey, {});
     const std::uint32_t panel = hotKeys->registerKey(panelKey, {});
     EXPECT_EQ(hotKeys->state(panel), State::taken);
-    hotKeys->retry();
-    EXPECT_EQ(hotKeys->state(panel), State::taken);
     others.reset();
     QList<std::uint32_t> changes;
     QObject::connect(hotKeys.get(), &HotKeys::stateChanged,

@@ -15,10 +15,6 @@ QRect shrunk(const QRect &screen, const QList<std::uint32_t> &items) {
 }
 
 TEST(Strut, TakesItsDepthFromTheScreenThatItLiesOn) {
-    const QList<std::uint32_t> top{0, 0, 230, 0, 0, 0, 0, 0, 0, 999, 0, 0};
-    EXPECT_EQ(shrunk(leftScreen, top), QRect(0, 230, 1000, 570));
-    EXPECT_EQ(shrunk(rightScreen, top), rightScreen);
-
     const QList<std::uint32_t> right{0, 50, 0, 0, 0, 0, 200, 599, 0, 0, 0, 0};
     EXPECT_EQ(shrunk(rightScreen, right), QRect(1000, 200, 550, 400));
     EXPECT_EQ(shrunk(leftScreen, right), leftScreen);
