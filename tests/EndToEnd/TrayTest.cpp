@@ -30,8 +30,6 @@ protected:
 
     void openTray() {
         tray = std::make_unique<TrayWatcher>(bus);
-        tray->setHost(true);
-        tray->come();
         ASSERT_TRUE(becomesTrue([this] { return !tray->item.isEmpty(); }));
     }
 

@@ -1,13 +1,10 @@
 #pragma once
 
 #include "EndToEnd/ChildProcess.h"
+#include "Support/BusService.h"
 #include "Support/TemporaryHome.h"
 #include "Support/WaitUntil.h"
 
-#include <QDBusConnection>
-#include <QDBusConnectionInterface>
-#include <QDBusMessage>
-#include <QDBusVirtualObject>
 #include <QStandardPaths>
 #include <gtest/gtest.h>
 
@@ -20,39 +17,6 @@ constexpr const char *busConfiguration = R"(<busconfig><type>session</type>
 <listen>unix:tmpdir=/tmp</listen><auth>EXTERNAL</auth><policy context="default">
 <allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/>
 </policy></busconfig>)";
-
-/// A stand-in for a service on a bus, for as long as it lives, or until another takes its place: it
-/// answers at this path, and with `SubPath` at those below it.
-class BusService : public QDBusVirtualObject {
-public:
-    BusService(const QDBusConnection &bus, const QString &path, const QString &name,
-               QDBusConnection::VirtualObjectRegisterOption where = QDBusConnection::SubPath)
-        : m_bus(bus), m_path(path), m_name(name) {
-        m_bus.registerVirtualObject(m_path, this, where);
-        m_bus.interface()->registerService(m_name, QDBusConnectionInterface::ReplaceExistingService,
-                                           QDBusConnectionInterface::AllowReplacement);
-    }
-    ~BusService() override {
-        m_bus.unregisterService(m_name);
-        m_bus.unregisterObject(m_path);
-    }
-
-    QString introspect(const QString &) const override { return {}; }
-
-protected:
-    void signal(const QString &path, const QString &interface, const QString &name,
-                const QVariantList &arguments) const {
-        QDBusMessage signal = QDBusMessage::createSignal(path, interface, name);
-        signal.setArguments(arguments);
-        m_bus.send(signal);
-    }
-
-    QDBusConnection m_bus;
-
-private:
-    const QString m_path;
-    const QString m_name;
-};
 
 /// A message bus of the test's own, on which nobody is but the test.
 class PrivateBusTest : public testing::Test {

@@ -1,37 +1,22 @@
 #pragma once
 
-#include <QDBusConnection>
-#include <QDBusConnectionInterface>
-#include <QDBusMessage>
+#include "Support/BusService.h"
+
 #include <QDBusVariant>
-#include <QDBusVirtualObject>
 
 namespace morvane {
 
-/// A desktop's watcher of status notifiers, which comes and goes, and has a host, when the test
-/// says so.
-class TrayWatcher : public QDBusVirtualObject {
+/// A desktop's watcher of status notifiers, which has a host when the test says so.
+class TrayWatcher : public BusService {
 public:
-    explicit TrayWatcher(const QDBusConnection &bus) : m_bus(bus) {
-        m_bus.registerVirtualObject(m_path, this);
-    }
-    ~TrayWatcher() override {
-        go();
-        m_bus.unregisterObject(m_path);
-    }
+    explicit TrayWatcher(const QDBusConnection &bus, bool hasHost = true)
+        : BusService(bus, "/StatusNotifierWatcher", "org.kde.StatusNotifierWatcher"),
+          m_hasHost(hasHost) {}
 
-    /// In the place of the one that is there, if any.
-    void come() {
-        m_bus.interface()->registerService(m_service,
-                                           QDBusConnectionInterface::ReplaceExistingService,
-                                           QDBusConnectionInterface::AllowReplacement);
-    }
-    void go() { m_bus.unregisterService(m_service); }
     void setHost(bool hasHost) {
         m_hasHost = hasHost;
-        const char *signal =
-            hasHost ? "StatusNotifierHostRegistered" : "StatusNotifierHostUnregistered";
-        m_bus.send(QDBusMessage::createSignal(m_path, m_service, signal));
+        signal("/StatusNotifierWatcher", "org.kde.StatusNotifierWatcher",
+               hasHost ? "StatusNotifierHostRegistered" : "StatusNotifierHostUnregistered", {});
     }
 
     QString introspect(const QString &) const override {
@@ -52,10 +37,7 @@ public:
     QString item;
 
 private:
-    const QString m_service = "org.kde.StatusNotifierWatcher";
-    const QString m_path = "/StatusNotifierWatcher";
-    QDBusConnection m_bus;
-    bool m_hasHost = false;
+    bool m_hasHost;
 };
 
 } // namespace morvane

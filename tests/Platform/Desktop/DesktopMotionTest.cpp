@@ -2,7 +2,6 @@
 
 #include "Platform/PrivateBusTest.h"
 
-#include <QDBusArgument>
 #include <QDBusMetaType>
 #include <QDBusVariant>
 
@@ -17,64 +16,49 @@ const QString appearance = "org.freedesktop.appearance";
 const QString gnome = "org.gnome.desktop.interface";
 const QString kde = "org.kde.kdeglobals.KDE";
 
-/// The settings portal of a desktop that has only these settings.
-class Portal : public BusService {
-public:
-    Portal(const QDBusConnection &bus, Settings settings)
-        : BusService(bus, path, "org.freedesktop.portal.Desktop", QDBusConnection::SingleNode),
-          m_settings(std::move(settings)) {
-        qDBusRegisterMetaType<Settings>();
-    }
-
-    void set(const QString &space, const QString &key, const QVariant &value) {
-        m_settings[space][key] = value;
-        signal(path, "org.freedesktop.portal.Settings", "SettingChanged",
-               {space, key, QVariant::fromValue(QDBusVariant(value))});
-    }
-
-    bool handleMessage(const QDBusMessage &message, const QDBusConnection &bus) override {
-        if (message.member() != "ReadAll") {
-            return false;
-        }
-        Settings answer;
-        for (const QString &space : message.arguments().first().toStringList()) {
-            if (m_settings.contains(space)) {
-                answer[space] = m_settings[space];
-            }
-        }
-        return bus.send(message.createReply(QVariant::fromValue(answer)));
-    }
-
-private:
-    Settings m_settings;
-};
-
 class DesktopMotionTest : public PrivateBusTest {
 protected:
+    DesktopMotionTest() { qDBusRegisterMetaType<Settings>(); }
+
+    /// The settings portal of a desktop that has only these settings.
+    std::unique_ptr<BusService> portal(const QString &of, const Settings &settings) const {
+        auto result = std::make_unique<BusService>(connection(of), path,
+                                                   "org.freedesktop.portal.Desktop");
+        result->answers[path + " ReadAll(" + QStringList{appearance, gnome, kde}.join(',') + ")"] =
+            {QVariant::fromValue(settings)};
+        return result;
+    }
+
+    static void set(const BusService &portal, const QString &space, const QString &key,
+                    const QVariant &value) {
+        portal.signal(path, "org.freedesktop.portal.Settings", "SettingChanged",
+                      {space, key, QVariant::fromValue(QDBusVariant(value))});
+    }
+
     static bool becomes(const DesktopMotion &motion, bool isReduced) {
         return becomesTrue([&] { return motion.isReduced() == isReduced; });
     }
 };
 
 TEST_F(DesktopMotionTest, FollowsWhatThePersonChanges) {
-    Portal portal(connection("portal"), {{gnome, {{"enable-animations", false}}}});
+    const auto desktop = portal("portal", {{gnome, {{"enable-animations", false}}}});
     const DesktopMotion motion(connection("program"));
     int changes = 0;
-    QObject::connect(&motion, &DesktopMotion::changed, &portal, [&] { ++changes; });
+    QObject::connect(&motion, &DesktopMotion::changed, desktop.get(), [&] { ++changes; });
     EXPECT_TRUE(becomes(motion, true));
-    portal.set(gnome, "enable-animations", true);
+    set(*desktop, gnome, "enable-animations", true);
     EXPECT_TRUE(becomes(motion, false));
-    portal.set(kde, "AnimationDurationFactor", "0");
+    set(*desktop, kde, "AnimationDurationFactor", "0");
     EXPECT_TRUE(becomes(motion, true));
-    portal.set(kde, "AnimationDurationFactor", "0.5");
+    set(*desktop, kde, "AnimationDurationFactor", "0.5");
     EXPECT_TRUE(becomes(motion, false));
 
     // What all desktops share is the last word, but only in the form that it is to have.
-    portal.set(gnome, "enable-animations", false);
+    set(*desktop, gnome, "enable-animations", false);
     EXPECT_TRUE(becomes(motion, true));
-    portal.set(appearance, "reduced-motion", 0u);
+    set(*desktop, appearance, "reduced-motion", 0u);
     EXPECT_TRUE(becomes(motion, false));
-    portal.set(appearance, "reduced-motion", "much");
+    set(*desktop, appearance, "reduced-motion", "much");
     EXPECT_TRUE(becomes(motion, true));
     EXPECT_EQ(changes, 7);
 }
@@ -82,12 +66,12 @@ TEST_F(DesktopMotionTest, FollowsWhatThePersonChanges) {
 TEST_F(DesktopMotionTest, HearsAPortalThatComesLateWhicheverDesktopItIsOf) {
     const DesktopMotion motion(connection("program"));
     EXPECT_FALSE(motion.isReduced());
-    const Portal late(connection("late"), {{kde, {{"AnimationDurationFactor", "0"}}}});
+    const auto late = portal("late", {{kde, {{"AnimationDurationFactor", "0"}}}});
     EXPECT_TRUE(becomes(motion, true));
     // Others take its place.
-    const Portal second(connection("second"), {});
+    const auto second = portal("second", {});
     EXPECT_TRUE(becomes(motion, false));
-    const Portal third(connection("third"), {{appearance, {{"reduced-motion", 1u}}}});
+    const auto third = portal("third", {{appearance, {{"reduced-motion", 1u}}}});
     EXPECT_TRUE(becomes(motion, true));
     const DesktopMotion alone(QDBusConnection("never connected"));
     EXPECT_FALSE(alone.isReduced());

@@ -2,9 +2,6 @@
 
 #include "Platform/PrivateBusTest.h"
 
-#include <QDBusArgument>
-#include <QDBusObjectPath>
-
 #include <utility>
 
 namespace morvane {
@@ -36,7 +33,7 @@ public:
     }
 
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &) override {
-        calls.append(message.member());
+        asked += message.member();
         const QVariantList arguments = message.arguments();
         if (message.member() == "CreateSession") {
             answer(message, {{"session_handle", shortcutsSession}});
@@ -56,7 +53,6 @@ public:
     }
 
     bool isGranting = true;
-    QStringList calls;
     QString id;
     QVariantMap properties;
     QVariant bound;
@@ -90,7 +86,7 @@ TEST_F(GlobalShortcutsPortalTest, AsksThePersonOnceAndHearsOfEachPress) {
     const std::uint32_t panel = keys.registerKey(panelKey, "Open Morvane");
     EXPECT_EQ(keys.state(panel), State::pending);
     EXPECT_TRUE(becomes(keys, panel, State::works));
-    EXPECT_EQ(portal.calls, (QStringList{"Register", "CreateSession", "BindShortcuts"}));
+    EXPECT_EQ(portal.asked, (QStringList{"Register", "CreateSession", "BindShortcuts"}));
     EXPECT_EQ(portal.properties["description"], "Open Morvane");
     EXPECT_EQ(portal.properties["preferred_trigger"], "SHIFT+LOGO+g");
 
@@ -102,9 +98,9 @@ TEST_F(GlobalShortcutsPortalTest, AsksThePersonOnceAndHearsOfEachPress) {
 
     // What is only lent for a moment can't be had here.
     EXPECT_EQ(keys.state(keys.registerKey({.keyCode = 1}, {})), State::unavailable);
-    EXPECT_EQ(portal.calls.size(), 3);
+    EXPECT_EQ(portal.asked.size(), 3);
     keys.unregisterKey(panel);
-    EXPECT_TRUE(becomesTrue([&] { return portal.calls.last() == "Close"; }));
+    EXPECT_TRUE(becomesTrue([&] { return portal.asked.last() == "Close"; }));
 }
 
 TEST_F(GlobalShortcutsPortalTest, HearsWhatTheDesktopTakesBack) {
@@ -134,14 +130,14 @@ TEST_F(GlobalShortcutsPortalTest, TakesANoForANoAndAPortalThatComesLate) {
     // Another takes its place.
     const auto former =
         std::exchange(portal, std::make_unique<ShortcutsPortal>(connection("one that takes over")));
-    EXPECT_TRUE(becomesTrue([&] { return portal->calls.contains("BindShortcuts"); }));
+    EXPECT_TRUE(becomesTrue([&] { return portal->asked.contains("BindShortcuts"); }));
     EXPECT_TRUE(becomes(keys, panel, State::works));
     portal.reset();
     EXPECT_TRUE(becomes(keys, panel, State::unavailable));
 
     ShortcutsPortal other(connection("other"));
     other.isGranting = false;
-    EXPECT_TRUE(becomesTrue([&] { return other.calls.contains("CreateSession"); }));
+    EXPECT_TRUE(becomesTrue([&] { return other.asked.contains("CreateSession"); }));
     EXPECT_TRUE(becomes(keys, panel, State::unavailable));
 
     GlobalShortcutsPortal nowhere(QDBusConnection("never connected"));

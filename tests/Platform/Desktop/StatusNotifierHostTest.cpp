@@ -9,12 +9,11 @@ namespace {
 using StatusNotifierHostTest = PrivateBusTest;
 
 TEST_F(StatusNotifierHostTest, IsPresentWhileAWatcherHasAHost) {
-    TrayWatcher watcher(connection("watcher"));
+    TrayWatcher watcher(connection("watcher"), false);
     const StatusNotifierHost host(connection("program"));
     const auto becomes = [&](bool isPresent) {
         return becomesTrue([&] { return host.isPresent() == isPresent; });
     };
-    watcher.come();
     watcher.setHost(true);
     EXPECT_TRUE(becomes(true));
     watcher.setHost(false);
@@ -25,9 +24,7 @@ TEST_F(StatusNotifierHostTest, IsPresentWhileAWatcherHasAHost) {
     // Another takes its place, which has no item yet.
     int changes = 0;
     QObject::connect(&host, &StatusItemHost::presenceChanged, &watcher, [&] { ++changes; });
-    TrayWatcher other(connection("other"));
-    other.setHost(true);
-    other.come();
+    const TrayWatcher other(connection("other"));
     EXPECT_TRUE(becomesTrue([&] { return changes == 2; }));
     EXPECT_TRUE(host.isPresent());
 

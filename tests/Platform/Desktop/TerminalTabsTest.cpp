@@ -8,30 +8,6 @@
 namespace morvane {
 namespace {
 
-/// A terminal with everything that it was asked, as "PATH METHOD(ARGUMENTS)".
-class Terminal : public BusService {
-public:
-    explicit Terminal(const QDBusConnection &bus) : BusService(bus, "/", "org.example.Terminal") {}
-
-    bool handleMessage(const QDBusMessage &message, const QDBusConnection &bus) override {
-        QStringList arguments;
-        for (const QVariant &argument : message.arguments()) {
-            arguments += argument.typeId() == QMetaType::QStringList
-                             ? argument.toStringList()
-                             : QStringList(argument.toString());
-        }
-        const QString question =
-            QStringLiteral("%1 %2(%3)").arg(message.path(), message.member(), arguments.join(u','));
-        asked += question;
-        return bus.send(answers.contains(question)
-                            ? message.createReply(answers[question])
-                            : message.createErrorReply(QDBusError::UnknownMethod, "not here"));
-    }
-
-    QHash<QString, QVariant> answers;
-    QStringList asked;
-};
-
 class TerminalTabsTest : public PrivateBusTest {
 protected:
     /// What is known of the window, or "shown" and the tab's title.
@@ -59,36 +35,36 @@ protected:
 };
 
 TEST_F(TerminalTabsTest, KonsoleSelectsTheTabOfTheShell) {
-    Terminal terminal(connection("terminal"));
-    terminal.answers = {{"/Sessions/3 processId()", 41},
-                        {"/Sessions/3 title(1)", "shop : bash"},
-                        {"/Windows/1 sessionList()", QStringList({"2", "3"})},
+    BusService terminal(connection("terminal"), "/", "org.example.Terminal");
+    terminal.answers = {{"/Sessions/3 processId()", {41}},
+                        {"/Sessions/3 title(1)", {"shop : bash"}},
+                        {"/Windows/1 sessionList()", {QStringList({"2", "3"})}},
                         {"/Windows/1 setCurrentSession(3)", {}}};
     EXPECT_EQ(select(konsole()), "77:");
     EXPECT_EQ(terminal.asked.last(), "/Windows/1 setCurrentSession(3)");
 
     // Dragged into another window since then, which has to be found by its title.
-    terminal.answers["/Windows/1 sessionList()"] = QStringList("2");
-    terminal.answers["/Windows Introspect()"] = "<node><node name='1'/><node name='4'/></node>";
+    terminal.answers["/Windows/1 sessionList()"] = {QStringList("2")};
+    terminal.answers["/Windows Introspect()"] = {"<node><node name='1'/><node name='4'/></node>"};
     EXPECT_EQ(select(konsole()), ":shop : bash");
     EXPECT_TRUE(terminal.asked.contains("/Windows/4 setCurrentSession(3)"));
 
     // A terminal that was started in Konsole's shell, and inherited its variables.
     terminal.asked.clear();
-    terminal.answers["/Sessions/3 processId()"] = 12;
+    terminal.answers["/Sessions/3 processId()"] = {12};
     EXPECT_EQ(select(konsole()), "77:");
     EXPECT_EQ(terminal.asked, QStringList("/Sessions/3 processId()"));
 }
 
 TEST_F(TerminalTabsTest, GnomeTerminalShowsTheTabWhereItCanBeSearched) {
-    Terminal terminal(connection("terminal"));
+    BusService terminal(connection("terminal"), "/", "org.example.Terminal");
     qDBusRegisterMetaType<QList<QVariantMap>>();
     const QString place = "/org/gnome/Terminal/SearchProvider ";
     EXPECT_EQ(select(gnomeTerminal()), ":");
     EXPECT_EQ(terminal.asked, QStringList(place + "GetResultMetas(a-b-c)"));
 
     terminal.answers = {{place + "GetResultMetas(a-b-c)",
-                         QVariant::fromValue(QList<QVariantMap>{{{"name", "shop"}}})},
+                         {QVariant::fromValue(QList<QVariantMap>{{{"name", "shop"}}})}},
                         {place + "ActivateResult(a-b-c,0)", {}}};
     EXPECT_EQ(select(gnomeTerminal()), "shown :shop");
     EXPECT_EQ(terminal.asked.last(), place + "ActivateResult(a-b-c,0)");

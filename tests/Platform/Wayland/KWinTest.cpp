@@ -42,7 +42,6 @@ public:
     QString answer;
     bool isClosed = false;
     QString script; ///< the last one
-    QStringList asked;
 
 private:
     /// Calls as the script says at its end.
