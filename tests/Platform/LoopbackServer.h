@@ -52,8 +52,7 @@ inline QByteArray http(const QByteArray &status, const QByteArray &body,
            "\r\n" + headers + "\r\n" + body;
 }
 
-/// A certificate for 127.0.0.1, of the test's own making, which this process trusts when told to,
-/// until this object's end.
+/// A certificate for 127.0.0.1, of the test's own making, which this process trusts when told to.
 class LoopbackCertificate {
 public:
     static bool canBeMade() { return !QStandardPaths::findExecutable("openssl").isEmpty(); }
@@ -70,12 +69,9 @@ public:
         m_authorities = QSslCertificate::fromPath(certificate);
         m_key = QSslKey(home.read("key.pem"), QSsl::Ec);
     }
-    LoopbackCertificate(const LoopbackCertificate &) = delete;
-    LoopbackCertificate &operator=(const LoopbackCertificate &) = delete;
-    ~LoopbackCertificate() { QSslConfiguration::setDefaultConfiguration(m_before); }
 
     void giveTo(QSslServer &server) const {
-        QSslConfiguration own = m_before;
+        QSslConfiguration own = QSslConfiguration::defaultConfiguration();
         own.setPrivateKey(m_key);
         own.setLocalCertificate(m_authorities.value(0));
         server.setSslConfiguration(own);
@@ -83,13 +79,12 @@ public:
 
     /// Of the connections that are made from here on.
     void trust() const {
-        QSslConfiguration knowing = m_before;
+        QSslConfiguration knowing = QSslConfiguration::defaultConfiguration();
         knowing.setCaCertificates(m_authorities);
         QSslConfiguration::setDefaultConfiguration(knowing);
     }
 
 private:
-    const QSslConfiguration m_before = QSslConfiguration::defaultConfiguration();
     QList<QSslCertificate> m_authorities;
     QSslKey m_key;
 };

@@ -53,9 +53,9 @@ TEST_F(ProcessDialogueTest, AnswersUntilOneSideEndsIt) {
               End::concluded);
     EXPECT_EQ(heard, "hello to you\nhow are you? bye\n");
     heard.clear();
-    const RaisedDescriptorLimit limit;
+    const QByteArray limit = raiseLowDescriptorLimit();
     EXPECT_EQ(hold("ulimit -n; echo last words; echo noise >&2; exit 3"), End::left);
-    EXPECT_EQ(heard, limit.low() + "\nlast words\n");
+    EXPECT_EQ(heard, limit + "\nlast words\n");
     EXPECT_EQ(dialogue.hold({home.path("none"), {}, {}}, {}, {}, Seconds(30)), End::notStarted);
 }
 

@@ -7,7 +7,7 @@ namespace morvane {
 
 Date ManualScheduler::now() const {
     const std::lock_guard lock(m_state->mutex);
-    return m_state->now;
+    return m_state->now + m_state->clock;
 }
 
 Task ManualScheduler::after(Seconds delay, std::function<void()> action) {
@@ -29,7 +29,7 @@ void ManualScheduler::post(std::function<void()> action) {
 }
 
 void ManualScheduler::advance(Seconds length) {
-    const Date until = now() + length;
+    const Date until = now() - m_state->clock + length;
     runPosted();
     while (const auto action = takeDue(until)) {
         (*action)();
@@ -57,12 +57,7 @@ void ManualScheduler::runPosted() {
 
 void ManualScheduler::setClock(Seconds forward) {
     const std::lock_guard lock(m_state->mutex);
-    m_state->now = m_state->now + forward;
-    std::multimap<Date, std::shared_ptr<std::function<void()>>> moved;
-    for (const auto &[date, action] : m_state->timers) {
-        moved.emplace_hint(moved.end(), date + forward, action);
-    }
-    m_state->timers = std::move(moved);
+    m_state->clock += forward;
 }
 
 std::size_t ManualScheduler::timers() const {

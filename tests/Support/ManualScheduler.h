@@ -38,6 +38,7 @@ private:
     struct State {
         mutable std::mutex mutex;
         Date now{std::chrono::seconds(1'700'000'000)};
+        Seconds clock{0}; ///< what it tells more than that
         std::multimap<Date, std::shared_ptr<std::function<void()>>> timers;
         std::vector<std::function<void()>> posted;
     };

@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <future>
+#include <optional>
 #include <thread>
 
 namespace morvane {
@@ -34,6 +35,16 @@ bool becomesTrue(Condition condition) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         return condition();
     });
+}
+
+/// What a call tells in the end, by a callback that it doesn't call before it returns.
+template <typename Told, typename Call>
+std::optional<Told> toldBy(const Call &call) {
+    std::optional<Told> result;
+    call([&](const Told &told) { result = told; });
+    EXPECT_FALSE(result.has_value());
+    EXPECT_TRUE(becomesTrue([&] { return result.has_value(); }));
+    return result;
 }
 
 /// What a call comes to that waits on a thread of its own, while the test's windows and buses live.

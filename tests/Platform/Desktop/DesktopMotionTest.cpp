@@ -22,8 +22,8 @@ protected:
 
     /// The settings portal of a desktop that has only these settings.
     std::unique_ptr<BusService> portal(const QString &of, const Settings &settings) const {
-        auto result = std::make_unique<BusService>(connection(of), path,
-                                                   "org.freedesktop.portal.Desktop");
+        auto result =
+            std::make_unique<BusService>(connection(of), path, "org.freedesktop.portal.Desktop");
         result->answers[path + " ReadAll(" + QStringList{appearance, gnome, kde}.join(',') + ")"] =
             {QVariant::fromValue(settings)};
         return result;

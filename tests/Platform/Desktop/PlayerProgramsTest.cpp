@@ -53,10 +53,10 @@ protected:
 TEST_F(PlayerProgramsTest, AsksOneAfterAnotherAndBeepsInTheEnd) {
     install("pw-play", "exit 1");
     install("paplay", "kill -SEGV $$");
-    const RaisedDescriptorLimit limit;
+    const QByteArray limit = raiseLowDescriptorLimit();
     install("aplay", "ulimit -n >>\"$HOME/asked\"");
     programs->play(wave, 0.5);
-    EXPECT_TRUE(becomeAsked({"pw-play", "paplay", "aplay", limit.low()}));
+    EXPECT_TRUE(becomeAsked({"pw-play", "paplay", "aplay", limit}));
     EXPECT_EQ(home.read("heard"), header + QByteArray::fromHex("3200ceff01c0"));
 
     install("paplay", "");

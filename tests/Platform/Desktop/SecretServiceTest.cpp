@@ -42,8 +42,8 @@ public:
             answers[item + " GetSecret(" + exchange.path() + ")"] = {
                 secretOf(exchange, secret.value_or("locked"))};
         }
-        answers[root + " Get(org.freedesktop.Secret.Service,Collections)"] = {variant(
-            QVariant::fromValue(Paths{QDBusObjectPath(session), QDBusObjectPath(login)}))};
+        answers[root + " Get(org.freedesktop.Secret.Service,Collections)"] = {
+            variant(QVariant::fromValue(Paths{QDBusObjectPath(session), QDBusObjectPath(login)}))};
         answers[session + " SearchItems(agent)"] = {QVariant::fromValue(Paths())};
         answers[login + " SearchItems(agent)"] = {QVariant::fromValue(items)};
         answers[root + " OpenSession(plain,)"] = {variant(""), QVariant::fromValue(exchange)};

@@ -11,23 +11,17 @@
 namespace morvane {
 namespace {
 
-std::optional<QList<HostWindow>> foundBy(HostWindows &windows, const QString &bundleID) {
-    bool isTold = false;
-    std::optional<QList<HostWindow>> result;
-    windows.find(bundleID, [&](const auto &found) {
-        isTold = true;
-        result = found;
-    });
-    EXPECT_FALSE(isTold);
-    EXPECT_TRUE(becomesTrue([&] { return isTold; }));
-    return result;
+using Windows = std::optional<QList<HostWindow>>;
+
+Windows foundBy(HostWindows &windows, const QString &bundleID) {
+    return toldBy<Windows>([&](const auto &told) { windows.find(bundleID, told); })
+        .value_or(Windows());
 }
 
 /// Two terminals of one application on the first desktop, the second of them in front.
 class HostWindowsTest : public OnX11<QGuiApplication> {
 protected:
-    explicit HostWindowsTest(const WindowManager &manager = WindowManager::openbox)
-        : OnX11(manager) {}
+    using OnX11::OnX11;
 
     void startAll() override {
         ASSERT_NO_FATAL_FAILURE(startApplication());
@@ -51,10 +45,10 @@ protected:
     using Showing = HostWindows::Showing;
 
     Showing show(const QString &tty, Date knownAt = Date::clock::now()) {
-        std::optional<Showing> result;
-        windows->showTerminal({tty, knownAt}, [&](auto showing) { result = showing; });
-        pool.runAll();
-        EXPECT_TRUE(becomesTrue([&] { return result.has_value(); }));
+        const auto result = toldBy<Showing>([&](const auto &told) {
+            windows->showTerminal({tty, knownAt}, told);
+            pool.runAll();
+        });
         return result.value_or(Showing::unknown);
     }
 
@@ -141,8 +135,6 @@ TEST_F(HostWindowsTest, ATerminalThatHasNoWindowOfItsOwnIsNotShown) {
 /// Which the server of this display says it is by the name of its output.
 class XwaylandTest : public OnX11<QGuiApplication> {
 protected:
-    XwaylandTest() : OnX11(WindowManager::openbox) {}
-
     void startAll() override {
         display->setMonitor("XWAYLAND0", {0, 0, 1280, 800});
         ASSERT_NO_FATAL_FAILURE(startApplication());

@@ -11,7 +11,9 @@ namespace morvane {
 template <typename Application>
 class OnX11 : public OnScreen {
 protected:
-    using OnScreen::OnScreen;
+    explicit OnX11(const WindowManager &manager = WindowManager::openbox) : OnScreen(manager) {}
+
+    void startAll() override { startApplication(); }
 
     void startApplication() {
         for (const QString &name : display->environment().keys()) {

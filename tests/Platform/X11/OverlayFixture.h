@@ -20,8 +20,7 @@ inline constexpr QRect overlayFrame(490, 0, 300, 100);
 /// manager.
 class OverlayFixture : public OnX11<QApplication> {
 protected:
-    explicit OverlayFixture(const WindowManager &manager = WindowManager::openbox)
-        : OnX11(manager) {}
+    using OnX11::OnX11;
 
     void startAll() override {
         ASSERT_NO_FATAL_FAILURE(startTerminal());

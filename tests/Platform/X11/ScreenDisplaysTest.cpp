@@ -11,10 +11,6 @@ namespace {
 
 class ScreenDisplaysTest : public OnX11<QApplication> {
 protected:
-    ScreenDisplaysTest() : OnX11(WindowManager::openbox) {}
-
-    void startAll() override { ASSERT_NO_FATAL_FAILURE(startApplication()); }
-
     static bool becomesFree(const ScreenDisplays &displays, qsizetype index, const QRect &frame) {
         return becomesTrue([&] { return displays.displays().value(index).visibleFrame == frame; });
     }
