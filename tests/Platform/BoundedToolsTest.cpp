@@ -1,6 +1,5 @@
 #include "Platform/Linux/BoundedTools.h"
 
-#include "Platform/Linux/Descriptor.h"
 #include "Platform/RaisedDescriptorLimit.h"
 #include "Support/IsGone.h"
 #include "Support/ManualScheduler.h"
@@ -8,11 +7,6 @@
 #include "Support/WaitUntil.h"
 
 #include <gtest/gtest.h>
-
-#include <fcntl.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <vector>
 
 namespace morvane {
 namespace {
@@ -61,25 +55,6 @@ TEST_F(BoundedToolsTest, HearsWhatAToolPutsOut) {
                [this](const Output &output) { ends.append(output); });
     EXPECT_TRUE(ends.isEmpty());
     EXPECT_TRUE(becomesTrue([this] { return ends == QList<Output>{std::nullopt}; }));
-}
-
-TEST_F(BoundedToolsTest, LeavesNothingRunningThatItCannotWatch) {
-    rlimit limit{};
-    ::getrlimit(RLIMIT_NOFILE, &limit);
-    const rlimit low{64, limit.rlim_max};
-    ::setrlimit(RLIMIT_NOFILE, &low);
-    std::vector<Descriptor> taken;
-    do {
-        taken.emplace_back(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0));
-    } while (taken.back().number() >= 0);
-    // With the last, which failed: enough for its output alone.
-    for (int spare = 0; spare < 3; ++spare) {
-        taken.pop_back();
-    }
-    start("exec sleep 600");
-    ::setrlimit(RLIMIT_NOFILE, &limit);
-    EXPECT_TRUE(becomesTrue([this] { return ends == QList<Output>{std::nullopt}; }));
-    EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1);
 }
 
 TEST_F(BoundedToolsTest, EndsWhatHangsWithAllThatItHasStarted) {

@@ -53,7 +53,7 @@ TEST_F(TerminalProcessesTest, AreTheShellAndAllThatHaveStartedIt) {
     add(30, "bash", 20, 30, third);
     add(31, "agent", 30, 30, third);
     add(40, "bash", 20, 40, beyond);
-    for (const int id : {1, 30, 31, 40}) {
+    for (const int id : {20, 30, 31, 40}) {
         open(file, id, "1");
     }
     folder.write("self/stat", "70 (self) S 1 70 70 34819");

@@ -12,7 +12,7 @@ TEST(DesktopApplications, NameWhatIsInstalledHere) {
     home.set("XDG_DATA_HOME", home.path("data"));
     home.write("data/applications/code.desktop",
                "[Desktop Action new]\nName=New window\n[Desktop Entry]\nName[de]=Der Editor\n"
-               "Name=Visual Editor\nName=Second\n");
+               "Name=Visual Editor\nName=Second\nStartupWMClass=code\n");
     home.write("data/applications/org.example.Nameless.desktop", "[Desktop Entry]\nExec=x\n");
     home.write("data/applications/codium.desktop",
                "[Desktop Entry]\nName=VSCodium\nStartupWMClass=VSCodium\n"
@@ -35,6 +35,7 @@ TEST(DesktopApplications, NameWhatIsInstalledHere) {
         EXPECT_FALSE(applications.isTerminal(QString::fromLatin1(other))) << other;
     }
     EXPECT_TRUE(applications.isCalled("codium", "VSCodium"));
+    EXPECT_TRUE(applications.isCalled("code", "com.microsoft.VSCode"));
     EXPECT_TRUE(applications.isCalled("xfce4-terminal", "Xfce4-terminal"));
     EXPECT_FALSE(applications.isCalled("codium", "Emacs"));
     EXPECT_FALSE(applications.isCalled("../../outside", "Emacs"));

@@ -6,11 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <future>
-#include <memory>
-#include <sys/inotify.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace morvane {
 namespace {
@@ -114,37 +110,13 @@ TEST_F(SingleInstanceTest, SaysThatTheFirstIsSilentUnlessThatRunsOnAnotherMachin
     EXPECT_EQ(claim(), Outcome::isFirst);
 }
 
-/// A first signs its lock a moment after it has taken it.
-TEST_F(SingleInstanceTest, LooksAgainAtAnotherSignature) {
-    const QString lock = lockFile();
-    const QString name = "config/" + QFileInfo(lock).fileName();
-    const QByteArray signature = home.read(name);
-    KernelLock first;
-    ASSERT_EQ(first.take(lock), KernelLock::Outcome::taken);
-    // As often as it takes on a machine so slow that the second look comes first.
-    EXPECT_TRUE(waitUntil([&] {
-        home.write(name, "an earlier one");
-        const Descriptor looks(::inotify_init1(IN_CLOEXEC));
-        ::inotify_add_watch(looks.number(), QFile::encodeName(lock).constData(), IN_ACCESS);
-        auto second = std::async(std::launch::async, [&] { return claim(); });
-        inotify_event look{};
-        EXPECT_EQ(::read(looks.number(), &look, sizeof look), sizeof look);
-        home.write(name, signature);
-        return second.get() == Outcome::firstIsSilent;
-    }));
-}
-
 TEST_F(SingleInstanceTest, NothingThatLiesInThePlaceOfItsFilesKeepsItFromStarting) {
     const QString lock = lockFile();
     const QByteArray name = QFile::encodeName(lock);
     const std::function<void()> disturbances[] = {
         [&] { home.write("config/" + QFileInfo(lock).fileName(), "4242\nmorvane\nelsewhere\n"); },
         [&] { ::mkfifo(name.constData(), 0600); }, [&] { QFile::link("/nowhere/at/all", lock); },
-        [&] { QDir().mkpath(lock + "/full"); },
-        [&] {
-            QDir(home.path("config")).removeRecursively();
-            home.write("config", "no folder");
-        }};
+        [&] { QDir().mkpath(lock + "/full"); }};
     for (const auto &disturb : disturbances) {
         SCOPED_TRACE(&disturb - disturbances);
         QFile::remove(lock);
