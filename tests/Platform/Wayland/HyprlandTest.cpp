@@ -92,13 +92,11 @@ TEST_F(HyprlandTest, FollowsAFilmInTheFormOfEachRelease) {
 TEST_F(HyprlandTest, IsAskedNothingForTitles) {
     followFilm();
     asked.clear();
-    for (int i = 0; i < 1000; ++i) {
-        tell("activewindow>>foot,>>fullscreen>>1");
-        tell("windowtitle>>5a");
-    }
-    change(window("0"), "closewindow>>5a");
-    EXPECT_TRUE(has({}));
-    EXPECT_EQ(asked, (QList<QByteArray>{"j/monitors", "j/clients"}));
+    tell("activewindow>>foot,>>fullscreen>>1");
+    tell("windowtitle>>5a");
+    // What they would have led to has come by the time that these are answered.
+    EXPECT_TRUE(listed(windows) && listed(windows));
+    EXPECT_EQ(asked, (QList<QByteArray>{"j/clients", "j/clients"}));
 }
 
 TEST_F(HyprlandTest, HasNothingWhereItTalksNonsense) {
