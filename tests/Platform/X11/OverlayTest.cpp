@@ -111,6 +111,10 @@ TEST_P(ManagedOverlayTest, KeepsTheKeyboardForAFieldsMenuPassesItOnAndGivesItBac
 
 TEST_P(ManagedOverlayTest, LeavesTheKeyboardWhereThePersonHasPutItInTheMeantime) {
     ASSERT_TRUE(takeKeyboard());
+    display->click({640, 500});
+    EXPECT_TRUE(becomesTrue([this] { return !field->hasFocus() && terminalHasKeyboard(); }));
+
+    ASSERT_TRUE(takeKeyboard());
     const auto other = openTerminal("other");
     ASSERT_TRUE(becomesTrue([this] { return QFile::exists(home.path("other")); }));
     EXPECT_TRUE(display->withWindow("other", {"windowactivate"}));
