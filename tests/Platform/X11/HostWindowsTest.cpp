@@ -38,10 +38,6 @@ protected:
         }
     }
 
-    QList<HostWindow> find(const QString &bundleID) {
-        return foundBy(*windows, bundleID).value_or(QList<HostWindow>());
-    }
-
     using Showing = HostWindows::Showing;
 
     Showing show(const QString &tty, Date knownAt = Date::clock::now()) {
@@ -74,7 +70,7 @@ INSTANTIATE_TEST_SUITE_P(Under, ManagedHostWindowsTest, testing::ValuesIn(Window
 
 TEST_P(ManagedHostWindowsTest, TheWindowThatIsMeantComesForwardFromWhereverItIs) {
     EXPECT_TRUE(windows->canFocusWindows());
-    const QList<HostWindow> found = find("xterm");
+    const auto found = foundBy(*windows, "xterm").value_or(QList<HostWindow>());
     ASSERT_EQ(found.size(), 2);
     const auto none = foundBy(*windows, "io.alacritty");
     EXPECT_TRUE(none && none->isEmpty());
