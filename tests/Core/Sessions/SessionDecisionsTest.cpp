@@ -24,11 +24,6 @@ TEST_F(DecisionsTest, ShowsAPermissionRequestThatWaits) {
     apply(Kind::idle);
     EXPECT_EQ(session().state, SessionState::needsInput);
 
-    // Nor does a tool that starts meanwhile.
-    apply(Kind::toolUse);
-    EXPECT_EQ(session().state, SessionState::working);
-    EXPECT_EQ(session().pendingApproval->id, "d1");
-
     apply(EventBuilder(Kind::permissionRequest)
               .of(AgentKind::codex)
               .with(&HookEvent::decisionID, "d1"));

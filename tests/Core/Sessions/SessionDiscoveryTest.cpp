@@ -83,18 +83,15 @@ TEST_F(DiscoveryTest, LeavesOutWhatASubagentHasWritten) {
 
 TEST_F(DiscoveryTest, LooksOnlyForTranscriptsInTheirPlaces) {
     const QByteArray line = "{\"cwd\":\"/p\"}\n";
-    for (const char *path :
-         {"a.jsonl", "p/b.json", "p/c.JSONL", "p/d", "p/.jsonl", "p/q/e.jsonl"}) {
+    for (const char *path : {"a.jsonl", "p/b.json", "p/.jsonl", "p/q/e.jsonl", "p/f.jsonl",
+                             ".hidden/g.jsonl"}) {
         write(QLatin1String(".claude/projects/") + path, line);
     }
-    write(".claude/projects/p/f.jsonl", line);
-    write(".claude/projects/.hidden/g.jsonl", line);
     home.write(".claude/projects/p/folder.jsonl/h.jsonl", line);
     const QByteArray codex = meta(R"({"id":"i","cwd":"/q"})");
-    for (const char *path : {".hidden.jsonl", ".hidden/a.jsonl", "b.json"}) {
+    for (const char *path : {".hidden.jsonl", ".hidden/a.jsonl", "b.json", "1/2/3/4/5/c.jsonl"}) {
         write(QLatin1String(".codex/sessions/") + path, codex);
     }
-    write(".codex/sessions/1/2/3/4/5/c.jsonl", codex);
     home.write(".codex/sessions/folder.jsonl/d.jsonl");
     write("elsewhere/e.jsonl", codex);
     ASSERT_TRUE(QFile::link(home.path("elsewhere"), home.path(".codex/sessions/linked")));
@@ -102,11 +99,7 @@ TEST_F(DiscoveryTest, LooksOnlyForTranscriptsInTheirPlaces) {
 }
 
 TEST_F(DiscoveryTest, LeavesWhatIsOldUnread) {
-    // Each of them would be a session, were it recent.
-    for (const double age : {600.0, 1e8}) {
-        write(QStringLiteral(".claude/projects/p/%1.jsonl").arg(age), "{}", age);
-    }
-    EXPECT_EQ(found(), QStringList());
+    write(".claude/projects/p/old.jsonl", "{}", 600);
     write(".claude/projects/p/recent.jsonl", "{}", 599.999);
     EXPECT_EQ(found(), QStringList{"recent "});
 }

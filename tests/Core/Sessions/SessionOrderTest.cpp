@@ -83,30 +83,6 @@ TEST(SessionOrder, KeepsRowsThatTieInPlace) {
     EXPECT_EQ(ids(SessionOrder::sorted(table(all))), "abcdefghijklmnopqrstuvwxyz");
 }
 
-TEST(SessionSummary, TellsWhatWaitsAndWhatWorks) {
-    Sessions sessions;
-    const auto summary = [&] { return SessionSummary::of(sessions); };
-    sessions["a"] = session("a", idle, true, 0);
-    EXPECT_FALSE(summary().hasReportableSessions || summary().hasExternalPrompt);
-    sessions["a"].pendingExternalResponse = PendingExternalResponse();
-    EXPECT_TRUE(summary().hasExternalPrompt);
-    EXPECT_FALSE(summary().hasPendingDecision);
-
-    Session &b = sessions["b"];
-    b = session("b", needsInput, true, 0);
-    b.pendingQuestion = PendingQuestion();
-    EXPECT_TRUE(summary().hasPendingDecision && summary().hasReportableSessions);
-    EXPECT_FALSE(summary().hasUnacknowledgedNeedsInput);
-    b.acknowledged = false;
-    EXPECT_TRUE(summary().hasUnacknowledgedNeedsInput);
-
-    EXPECT_FALSE(summary().hasWorkingUsageMilestoneSession);
-    b.state = working;
-    EXPECT_TRUE(summary().hasWorkingUsageMilestoneSession);
-    b.agent = AgentKind::codex;
-    EXPECT_FALSE(summary().hasWorkingUsageMilestoneSession);
-}
-
 TEST(SessionOrder, NamesTheAgentsOnceThereAreSeveral) {
     Sessions sessions;
     EXPECT_FALSE(SessionOrder::showsAgentBadges(sessions, {}));
@@ -136,19 +112,15 @@ TEST(SessionOrder, ARecordIsRecentWhileItsSessionIsThere) {
 TEST(SessionOrder, TheSessionOfARecordIsTheLatestThatHasFinishedInItsPlace) {
     CompletedRecord record;
     record.id = "/srv";
-    const auto found = [&record](QList<Session> list) {
-        for (Session &entry : list) {
-            entry.cwd = entry.id == "elsewhere" ? "/home" : "/srv";
-        }
-        const auto result = SessionOrder::finishedSession(record, table(list));
-        return result ? result->id : QString();
-    };
-    EXPECT_EQ(found({session("early", done, true, 0, 1), session("late", failed, true, 0, 2),
-                     session("between", done, true, 0, 1), session("busy", working, true, 0, 9),
-                     session("elsewhere", done, true, 0, 9)}),
-              "late");
-    EXPECT_EQ(found({session("busy", working, true, 0)}), "");
-    EXPECT_EQ(found({session("elsewhere", done, true, 0)}), "");
+    QList<Session> all{session("early", done, true, 0, 1), session("late", failed, true, 0, 2),
+                       session("between", done, true, 0, 1), session("busy", working, true, 0, 9),
+                       session("elsewhere", done, true, 0, 9)};
+    for (Session &entry : all) {
+        entry.cwd = entry.id == "elsewhere" ? "/home" : "/srv";
+    }
+    EXPECT_EQ(SessionOrder::finishedSession(record, table(all))->id, "late");
+    record.id = "/nowhere";
+    EXPECT_FALSE(SessionOrder::finishedSession(record, table(all)));
 }
 
 } // namespace

@@ -9,17 +9,13 @@ using enum SessionState;
 class StoreTest : public StoreFixture {
 protected:
     /// Brings a session into a state by way of one event, unless it is to be none.
-    void bringInto(std::optional<SessionState> state, const QString &id) {
+    void bringInto(std::optional<SessionState> state, const QString &id, const QString &cwd = {}) {
         constexpr std::array ways{Kind::toolUse, Kind::needsInput, Kind::turnEnd, Kind::turnFailed,
                                   Kind::sessionStart};
         if (state) {
-            apply(EventBuilder(ways[static_cast<std::size_t>(*state)]).tool("Bash").in(id));
+            apply(EventBuilder(ways[static_cast<std::size_t>(*state)]).tool("Bash").in(id).at(cwd));
             EXPECT_EQ(session(id).state, *state);
         }
-    }
-
-    void finish(const QString &id, const QString &cwd, Kind kind = Kind::turnEnd) {
-        apply(EventBuilder(kind).in(id).at(cwd));
     }
 };
 
@@ -29,8 +25,7 @@ TEST_F(StoreTest, MovesThroughItsStates) {
     };
     const EventBuilder turnEnd(Kind::turnEnd);
     const auto agents = turnEnd.background({"shell", "workflow"});
-    const EventBuilder stop(Kind::subagentStop);
-    const EventBuilder end(Kind::sessionEnd);
+    const EventBuilder stop(Kind::subagentStop), end(Kind::sessionEnd);
     // Events, and what is after each from no session, and from one in each of the states below. A
     // dash: nothing happens at all.
     const std::tuple<const char *, EventBuilder, std::array<const char *, 6>> rows[] = {
@@ -40,7 +35,6 @@ TEST_F(StoreTest, MovesThroughItsStates) {
         {"notice", EventBuilder(Kind::needsInput), always("needsInput")},
         {"idle", EventBuilder(Kind::idle), {"idle", "done", "done", "-", "-", "-"}},
         {"turnEnd", turnEnd, always("done")},
-        {"turnEnd with a shell", turnEnd.background({"shell"}), always("done")},
         {"turnEnd with an agent", agents, always("working")},
         {"turnFailed", EventBuilder(Kind::turnFailed), always("failed")},
         {"subagentStop", stop, {"-", "working", "needsInput", "done", "failed", "idle"}},
@@ -88,7 +82,6 @@ TEST_F(StoreTest, MovesThroughItsStates) {
 TEST_F(StoreTest, LearnsFromWhatAnEventTellsAndKeepsTheRest) {
     settings.setName("Mine", "/a");
     const PaneLocator tmux{"%1", "server", {}, {}, {}, {}, {}, {}};
-    const PaneLocator inZellij{{}, {}, {}, {}, "z", {}, {}, {}};
     const EventBuilder start(Kind::sessionStart);
     apply(start.at("/a")
               .with(&HookEvent::hostBundleID, "bundle")
@@ -113,15 +106,13 @@ TEST_F(StoreTest, LearnsFromWhatAnEventTellsAndKeepsTheRest) {
 
     apply(start.of(AgentKind::codex)
               .at("/b")
-              .with(&HookEvent::termProgram, "kitty")
-              .with(&HookEvent::pane, inZellij));
+              .with(&HookEvent::termProgram, "kitty"));
     expected.agent = AgentKind::codex;
     expected.cwd = "/b";
     expected.gitBranch = "branch of /b";
     expected.customName.reset();
     expected.termProgram = "kitty";
     expected.hostAppName = "bundle/kitty";
-    expected.pane = inZellij;
     EXPECT_EQ(session(), expected);
 }
 
@@ -151,18 +142,14 @@ TEST_F(StoreTest, FollowsATurnFromPromptToEnd) {
     EXPECT_EQ(session().currentTool, std::nullopt);
     EXPECT_EQ(session().pendingAgents, 2);
     EXPECT_TRUE(session().acknowledged);
-    EXPECT_EQ(tasks(), "Look done subagent");
-    take(published);
     apply(Kind::idle);
-    EXPECT_EQ(published, 0);
-    EXPECT_EQ(announced, QStringList());
+    EXPECT_EQ(session().state, working);
 
     apply(Kind::turnEnd);
     EXPECT_FALSE(session().acknowledged);
     EXPECT_EQ(tasks(), "Look done subagent done");
     EXPECT_EQ(announced, QStringList{"done"});
-    ASSERT_EQ(store.completedHistory().size(), 1);
-    EXPECT_EQ(store.completedHistory().first().lastPrompt, "Do it");
+    EXPECT_EQ(store.completedHistory().value(0).lastPrompt, "Do it");
 
     apply(Kind::promptSubmit);
     EXPECT_EQ(tasks(), "");
@@ -174,7 +161,6 @@ TEST_F(StoreTest, LeavesASessionAloneWhenItsSubagentSpeaks) {
     apply(EventBuilder::parked("d1"));
     const Session before = session();
     take(published);
-    take(announced);
     scheduler.advance(Seconds(1));
     for (const Kind kind : {Kind::sessionStart, Kind::promptSubmit, Kind::toolUse, Kind::needsInput,
                             Kind::idle, Kind::turnEnd, Kind::turnFailed, Kind::sessionEnd}) {
@@ -186,7 +172,6 @@ TEST_F(StoreTest, LeavesASessionAloneWhenItsSubagentSpeaks) {
     EXPECT_EQ(store.sessions().size(), 1);
     EXPECT_EQ(resolved, QStringList{"d2 ask"});
     EXPECT_EQ(published, 0);
-    EXPECT_EQ(announced, QStringList());
 }
 
 TEST_F(StoreTest, MarksAsSeenAndTellsOnlyOfChanges) {
@@ -215,24 +200,6 @@ TEST_F(StoreTest, MarksAsSeenAndTellsOnlyOfChanges) {
     EXPECT_EQ(published, 0);
 }
 
-/// By a person, or by a night's sleep.
-TEST_F(StoreTest, GoesOnWhereverTheClockIsSet) {
-    constexpr Seconds day(24 * 3600);
-    for (const Seconds forward : {day, -day}) {
-        apply(Kind::promptSubmit);
-        apply(EventBuilder::parked("d").in("waits"));
-        scheduler.setClock(forward);
-        scheduler.advance(Seconds(600));
-        EXPECT_EQ(session().state, working);
-        EXPECT_EQ(session("waits").pendingDecisionID(), "d");
-        store.decide("waits", AgentDecision::allow());
-        EXPECT_EQ(take(resolved), QStringList{"d allow"});
-        apply(Kind::turnEnd);
-        EXPECT_EQ(session().stateChangedAt, scheduler.now());
-        EXPECT_EQ(store.completedHistory().first().finishedAt, scheduler.now());
-    }
-}
-
 TEST_F(StoreTest, ClearsSessionsThatHaveRestedLongEnough) {
     settings.setAutoClearMinutes(5);
     for (const auto state : {working, needsInput, done, failed, idle}) {
@@ -247,7 +214,6 @@ TEST_F(StoreTest, ClearsSessionsThatHaveRestedLongEnough) {
     EXPECT_EQ(published, 0);
     scheduler.advance(Seconds(1));
     EXPECT_EQ(resolved, QStringList{"d ask"});
-    EXPECT_EQ(store.completedHistory().size(), 2);
     scheduler.advance(Seconds(86'400));
     EXPECT_EQ(ids(store.sortedSessions()), "needsInputworking");
     // Nobody knows how long, once the clock was set back.
@@ -261,43 +227,20 @@ TEST_F(StoreTest, ClearsSessionsThatHaveRestedLongEnough) {
 }
 
 TEST_F(StoreTest, ForgetsThoseOfAFolderThatAreNotAtWork) {
-    for (const Kind kind : {Kind::promptSubmit, Kind::needsInput, Kind::turnEnd, Kind::turnFailed,
-                            Kind::sessionStart}) {
-        finish(QString::number(static_cast<int>(kind)), "/p", kind);
+    for (const auto state : {working, needsInput, done, failed, idle}) {
+        bringInto(state, nameOf(state) + ' ', "/p");
     }
     apply(Kind::turnEnd);
-    const auto states = [this] {
-        QStringList result;
-        for (const Session &session : store.sortedSessions()) {
-            result.append(nameOf(session.state));
-        }
-        return result.join(' ');
-    };
     store.removeSessions("");
-    EXPECT_EQ(states(), "needsInput working failed done done idle");
+    EXPECT_EQ(store.sessions().size(), 6);
     store.removeSessions("/p");
-    EXPECT_EQ(states(), "needsInput working done");
-}
-
-TEST_F(StoreTest, KeepsTheLatestCompletionOfEachFolder) {
-    finish("a", "/p");
-    finish("b", "/q");
-    scheduler.advance(Seconds(1));
-    finish("another", "/p", Kind::turnFailed);
-    const Date finishedAt = scheduler.now();
-    // The agent may tell it twice.
-    scheduler.advance(Seconds(1));
-    apply(EventBuilder(Kind::turnFailed).in("another"));
-    ASSERT_EQ(store.completedHistory().size(), 2);
-    EXPECT_EQ(store.completedHistory().first().id, "/p");
-    EXPECT_TRUE(store.completedHistory().first().failed);
-    EXPECT_EQ(store.completedHistory().first().finishedAt, finishedAt);
+    EXPECT_EQ(ids(store.sortedSessions()), "needsInput working s");
 }
 
 TEST_F(StoreTest, NamesAFolderForItsSessionsAndItsRecord) {
-    finish("a", "/p");
-    finish("b", "/p");
-    finish("c", "/p/q");
+    bringInto(done, "a", "/p");
+    bringInto(done, "b", "/p");
+    bringInto(done, "c", "/p/q");
     store.removeSessions("/p/q");
     apply(Kind::promptSubmit);
     take(published);
@@ -329,10 +272,8 @@ TEST_F(StoreTest, ListsWhatThereIsNow) {
     EXPECT_EQ(ids(store.openSessions()), "i");
     apply(EventBuilder(Kind::promptSubmit).in("w").of(AgentKind::codex));
     EXPECT_TRUE(store.showsAgentBadges());
-    finish("d", "/d");
+    bringInto(done, "d", "/d");
     EXPECT_EQ(ids(store.sortedSessions()), "wdi");
-    EXPECT_EQ(ids(store.activeSessions()), "w");
-    EXPECT_EQ(ids(store.reportableSessions()), "wd");
     EXPECT_EQ(ids(store.recentlyCompleted()), "/d");
     EXPECT_EQ(store.aggregatedState(), done);
     store.acknowledgeDone();

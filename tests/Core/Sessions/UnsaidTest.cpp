@@ -99,16 +99,10 @@ TEST_F(UnsaidTest, ASubagentOfCodexAsksForItsSession) {
     EXPECT_EQ(tell(codex, "SubagentStop", R"("agent_id":"a")"), done);
     EXPECT_EQ(store.completedHistory().first().summary, "Over.");
 
-    // Of releases that aren't known it is answered by the agent's own prompt.
-    apply(EventBuilder::parked("f").of(codex).with(&HookEvent::agentID, "a"));
-    EXPECT_EQ(resolved.last(), "f ask");
-
     // It may be the first to speak.
     apply(Kind::sessionEnd);
     tell(codex, "PermissionRequest", ofSubagent, "g");
     EXPECT_EQ(session().agent, codex);
-    EXPECT_EQ(session().lastEventAt, scheduler.now());
-    EXPECT_EQ(session().stateChangedAt, scheduler.now());
     EXPECT_TRUE(session().pendingApproval);
 }
 
@@ -292,11 +286,7 @@ TEST_F(UnsaidTest, ACompactionIsNoStart) {
     const char *compaction = R"("source":"compact")";
     for (const AgentKind agent : {claude, codex, qwen}) {
         tell(agent, "UserPromptSubmit", R"("prompt":"go")");
-        const Date began = session().stateChangedAt;
-        scheduler.advance(Seconds(1));
         EXPECT_EQ(tell(agent, "SessionStart", compaction), working);
-        EXPECT_EQ(session().stateChangedAt, began);
-        EXPECT_EQ(session().lastEventAt, scheduler.now());
         tell(agent, "PermissionRequest", make, "d");
         EXPECT_EQ(tell(agent, "SessionStart", compaction), needsInput);
         EXPECT_FALSE(session().acknowledged);
@@ -318,8 +308,6 @@ TEST_F(UnsaidTest, CodexSaysThatItsTurnWasInterrupted) {
     scheduler.advance(Seconds(2.1));
     EXPECT_EQ(session().state, idle);
     EXPECT_FALSE(session().pendingApproval);
-    EXPECT_FALSE(
-        HookEvent::decode(AgentRegistry::adapter(codex), "Interrupt", R"({"session_id":"s"})", {}));
 }
 
 TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
@@ -331,10 +319,9 @@ TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
     for (const auto &[turn, state] : cases) {
         tell(codex, "UserPromptSubmit", R"("prompt":"go","transcript_path":"/t")");
         scheduler.advance(Seconds(10));
-        const QString model = nameOf(state);
-        finishRead({model, "of the turn before", {}, {}, {}, turn, "Refused."});
+        finishRead({nameOf(state), "of the turn before", {}, {}, {}, turn, "Refused."});
         EXPECT_EQ(session().state, state);
-        EXPECT_EQ(session().model, model);
+        EXPECT_EQ(session().model, nameOf(state));
         EXPECT_EQ(session().summary == "Refused.", state == failed);
         if (state == failed) {
             finishRead(); // of a turn that has ended
@@ -343,9 +330,6 @@ TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
         EXPECT_TRUE(running.empty()) << "nothing has been written";
     }
     EXPECT_EQ(announced, QStringList{"failed"});
-    // Once none runs, nothing is looked at.
-    scheduler.advance(Seconds(120));
-    EXPECT_TRUE(running.empty());
 
     // What it asks in its terminal goes with the turn.
     tell(claude, "Notification",

@@ -1,5 +1,6 @@
 #include "Core/Usage/CodexUsageReader.h"
 
+#include "Core/Usage/CodexExchange.h"
 #include "Core/Usage/UsageFakes.h"
 #include "Support/CoreWorld.h"
 #include "Support/Printing.h"
@@ -56,6 +57,33 @@ TEST_F(CodexUsageReaderTest, StartsAServerThatMayDoNothing) {
     // The interpreter of a script lies beside it, wherever that is.
     const QString folder = QFileInfo(command.program).path();
     EXPECT_TRUE(command.environment.value("PATH").startsWith(folder + ':'));
+}
+
+TEST(CodexExchange, AsksOnceAndWaitsForItsAnswerAmongAllElse) {
+    CodexExchange exchange;
+    const auto consume = [&](const QByteArray &data) {
+        const auto action = exchange.consume(data);
+        return std::pair(action.sendsReadRequest, action.isOver);
+    };
+    constexpr std::pair nothing(false, false);
+    EXPECT_EQ(consume("listening\n{\"method\":\"x\"}\n[1]\n{\"id\":\"1\",\"result\":{}}\n"),
+              nothing);
+    EXPECT_EQ(consume("{\"id\":1,\"error\":{}}\n{\"id\":1,\"res"), nothing);
+    EXPECT_EQ(consume("ult\":{}}\n{\"id\":2,"), std::pair(true, false));
+    EXPECT_EQ(consume(""), nothing);
+    EXPECT_EQ(consume("\"result\":1}\n{\"id\":1,\"result\":{}}\n"), std::pair(false, true));
+    EXPECT_EQ(exchange.response(), "{\"id\":2,\"result\":1}");
+}
+
+TEST(CodexExchange, GivesUpALineThatDoesNotEnd) {
+    CodexExchange exchange;
+    const QByteArray piece(65'536, 'x');
+    int pieces = 1;
+    while (pieces < 100 && !exchange.consume(piece).isOver) {
+        ++pieces;
+    }
+    EXPECT_EQ(pieces, 17);
+    EXPECT_FALSE(exchange.response());
 }
 
 } // namespace
