@@ -19,7 +19,11 @@ public:
     QMap<QString, QString> installed;
 };
 
-TEST(HostApp, FindsTheHostFromItsHints) {
+TEST(HostApp, FindsTheHostFromItsHintsAndAsksTheMachineOnlyForWhatItDoesNotKnow) {
+    FakeApplications applications;
+    applications.installed = {{"org.gnome.Console", "King's Cross"},
+                              {"org.example.Edit.app", "Edit.app"},
+                              {"net.kovidgoyal.kitty", "Another Name"}};
     const std::tuple<Hint, Hint, QString, Hint> cases[] = {
         {{}, {}, "com.googlecode.iterm2", {}},
         {"", "ghostty", "com.mitchellh.ghostty", "Ghostty"},
@@ -27,35 +31,24 @@ TEST(HostApp, FindsTheHostFromItsHints) {
         {"com.todesktop.230313mzl4w4u92", "vscode", "com.todesktop.230313mzl4w4u92", "Cursor"},
         {"org.gnome.Terminal", "kitty", "org.gnome.Terminal", "Terminal"},
         {"plain", {}, "plain", "plain"},
+        {"org.gnome.Console", {}, "org.gnome.Console", "King's Cross"},
+        {"org.example.Edit.app", {}, "org.example.Edit.app", "Edit"},
+        {{}, "kitty", "net.kovidgoyal.kitty", "kitty"},
         {"org.example.dotted.", {}, "org.example.dotted.", "dotted"}};
-    const NoApplications none;
     for (const auto &[hostBundleID, termProgram, bundleID, name] : cases) {
         SCOPED_TRACE(bundleID.toStdString());
         EXPECT_EQ(HostApp::bundleID(hostBundleID, termProgram), bundleID);
-        EXPECT_EQ(HostApp::displayName(hostBundleID, termProgram, none), name);
+        EXPECT_EQ(HostApp::displayName(hostBundleID, termProgram, applications), name);
     }
-}
-
-TEST(HostApp, AsksTheMachineOnlyForWhatItDoesNotKnow) {
-    FakeApplications applications;
-    applications.installed = {{"org.gnome.Console", "King's Cross"},
-                              {"org.example.Edit.app", "Edit.app"},
-                              {"net.kovidgoyal.kitty", "Another Name"}};
-    EXPECT_EQ(HostApp::displayName("org.gnome.Console", {}, applications), "King's Cross");
-    EXPECT_EQ(HostApp::displayName("org.example.Edit.app", {}, applications), "Edit");
-    EXPECT_EQ(HostApp::displayName("net.kovidgoyal.kitty", {}, applications), "kitty");
 }
 
 TEST(HostApp, KnowsTheTerminalThatASessionHasReported) {
     FakeApplications applications;
     applications.installed = {{"codium", "VSCodium"}};
     const std::tuple<Hint, Hint, QString, bool> cases[] = {
-        {{}, "vscode", "com.microsoft.VSCode", false},
-        {"codium", "vscode", "codium", false},
-        {{}, "ghostty", "com.mitchellh.ghostty", true},
-        {{}, "rio", "rio", true},
-        {{}, "rio", "com.googlecode.iterm2", false},
-        {"", "", "", false}};
+        {{}, "vscode", "com.microsoft.VSCode", false},  {"codium", "vscode", "codium", false},
+        {{}, "ghostty", "com.mitchellh.ghostty", true}, {{}, "rio", "rio", true},
+        {{}, "rio", "com.googlecode.iterm2", false},    {"", "", "", false}};
     for (const auto &[hostBundleID, termProgram, foreground, isTerminal] : cases) {
         Session session;
         session.hostBundleID = hostBundleID;

@@ -22,8 +22,7 @@ protected:
 
     void send(const QString &text) {
         reply.send(
-            text, session, [this] { return isWanted; },
-            [this](bool isSent) { outcomes << isSent; });
+            text, session, [] { return true; }, [this](bool isSent) { outcomes << isSent; });
     }
 
     /// Lets everything happen that doesn't wait for time to pass.
@@ -42,7 +41,6 @@ protected:
     TerminalReply reply{tools, scripting, processes, scheduler};
     Session session;
     QByteArray pane = "/dev/pts/5 node\n";
-    bool isWanted = true;
     QList<bool> outcomes;
 };
 
@@ -111,18 +109,6 @@ TEST_F(TerminalReplyTest, TypesOnlyWhereTheAgentIsThatWaits) {
     send(QStringLiteral("go on"));
     EXPECT_EQ(outcomes.last(), false);
     EXPECT_EQ(tools.running(), 0u);
-}
-
-TEST_F(TerminalReplyTest, AsksBeforeEachStepWhetherItIsStillWanted) {
-    send(QStringLiteral("first"));
-    send(QStringLiteral("second"));
-    typeAll();
-    isWanted = false;
-    scheduler.advance(Seconds(0.3));
-    EXPECT_EQ(outcomes, QList<bool>{false});
-    typeAll();
-    EXPECT_EQ(outcomes, QList<bool>({false, false}));
-    EXPECT_EQ(tools.commands.size(), 4); // neither Enter nor any of the second
 }
 
 TEST_F(TerminalReplyTest, PastesLinesAndPressesNoKeys) {

@@ -12,7 +12,7 @@ TEST(Session, IsNamedAfterItsFolderUnlessAPersonNamedIt) {
                                                         {"Mine", "/home/ada/project", "Mine"},
                                                         {"", "/home/ada/project", "project"},
                                                         {{}, "/home/ada/project/", "project"},
-                                                        {{}, "/", "/"}};
+                                                        {{}, "//", "/"}};
     for (const auto &[customName, cwd, name] : cases) {
         Session session;
         session.customName = customName;

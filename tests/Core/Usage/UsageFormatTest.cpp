@@ -47,9 +47,6 @@ TEST(UsageFormat, ReadsWhatTheEndpointTells) {
         {"kind":"weekly_scoped","scope":{"model":{"display_name":"Opus"}},"utilization":2}],
         "seven_day_OPUS":{"utilization":4},"seven_day_sonnet":{"utilization":5}})"),
               (Percents{-1, 1, 4}));
-    // Half an emoji in a name leaves the figures as they are.
-    EXPECT_EQ(read(R"({"name":"\ud83d","five_hour":{"utilization":42.5}})"),
-              (Percents{43, -1, -1}));
     for (const char *body : {"[]", "<html>", R"({"five_hour":{"utilization":null}})",
                              R"({"five_hour":[5]})", R"({"seven_day_opus":{"utilization":4}})"}) {
         EXPECT_EQ(read(body), unreadable) << body;

