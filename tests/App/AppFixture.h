@@ -40,6 +40,10 @@ protected:
     FakeStatusItemHost &statusItemHost() {
         return static_cast<FakeStatusItemHost &>(*platform.statusItemHost);
     }
+    /// Of the capsule and its panel.
+    FakeOverlayWindow &overlay() {
+        return *static_cast<FakeOverlayWindows &>(*platform.overlays).alive.first();
+    }
     /// Whether the capsule or its panel is in sight once it has had the time to come or go.
     bool isOverlayShown() {
         scheduler.advance(Seconds(2));

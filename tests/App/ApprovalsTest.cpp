@@ -104,10 +104,9 @@ TEST_F(ApprovalsTest, ADigitAnswersThePromptOrOpensTheRecordThatCouldBeRead) {
     };
     press("G");
     // Behind a fullscreen program nothing can be read, and the keys are that program's.
-    auto &overlay = *static_cast<FakeOverlayWindows &>(*platform.overlays).alive.first();
-    overlay.setCovered(true);
+    overlay().setCovered(true);
     EXPECT_EQ(hotKeys.held(), "G");
-    overlay.setCovered(false);
+    overlay().setCovered(false);
     EXPECT_EQ(hotKeys.held(), "G12345Esc");
     store.apply(EventBuilder::parked("a").given(R"({"command": "make"})"));
     scheduler.advance(Seconds(0.5));

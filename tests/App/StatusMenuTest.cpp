@@ -24,7 +24,6 @@ protected:
 
     QMenu &agents() { return *statusMenu.menu().findChild<QMenu *>(); }
     QString agentLines() { return lines(agents()); }
-    QString title() { return agents().title(); }
 
     void open() { emit statusMenu.menu().aboutToShow(); }
 
@@ -39,27 +38,6 @@ protected:
 
     StatusMenu statusMenu{connections, controller.updates()};
 };
-
-TEST_F(StatusMenuTest, ListsWhatCanBeDoneAndARestartOnceThereIsSomethingNew) {
-    EXPECT_EQ(lines(statusMenu.menu()),
-              QStringLiteral("Morvane %1 (build %2) (off)\n-\nOpen Morvane\nSettings…\n-\n"
-                             "Connected agents — none (off)\n-\nQuit Morvane")
-                  .arg(BuildInfo::version(), BuildInfo::build()));
-    int requests = 0;
-    QObject::connect(&statusMenu, &StatusMenu::panelRequested, &statusMenu, [&] { ++requests; });
-    statusMenu.menu().actions()[3]->trigger();
-    EXPECT_EQ(requests, 1);
-
-    // Something new is installed.
-    int restarts = 0;
-    QObject::connect(&statusMenu, &StatusMenu::restartRequested, &statusMenu, [&] { ++restarts; });
-    QAction *restart = statusMenu.menu().actions()[1];
-    statusMenu.offerRestart();
-    EXPECT_TRUE(restart->isVisible());
-    restart->trigger();
-    EXPECT_EQ(restarts, 1);
-    EXPECT_EQ(requests, 1);
-}
 
 TEST_F(StatusMenuTest, TellsWhoHasTheKeyForThePanel) {
     const auto line = [this](HotKeys::State state, bool isDesktops = false) {
@@ -77,20 +55,24 @@ TEST_F(StatusMenuTest, TellsWhoHasTheKeyForThePanel) {
 
 TEST_F(StatusMenuTest, ObeysItsKeysWhileItIsOpen) {
     home.write(".claude/settings.json", "{}");
-    int requests = 0;
-    QObject::connect(&statusMenu, &StatusMenu::settingsRequested, &statusMenu, [&] { ++requests; });
+    QString asked;
+    QObject::connect(&statusMenu, &StatusMenu::settingsRequested, &statusMenu,
+                     [&] { asked += "settings "; });
+    QObject::connect(&statusMenu, &StatusMenu::panelRequested, &statusMenu,
+                     [&] { asked += "panel "; });
     const auto press = [](QMenu &menu, Qt::Key key) {
         send(menu, QKeyEvent(QEvent::KeyPress, key, Qt::ControlModifier));
     };
     statusMenu.menu().popup({});
     press(statusMenu.menu(), Qt::Key_Period);
-    EXPECT_EQ(requests, 0);
+    EXPECT_EQ(asked, "");
     EXPECT_TRUE(statusMenu.menu().isVisible());
     press(statusMenu.menu(), Qt::Key_Comma);
-    EXPECT_EQ(requests, 1);
+    EXPECT_EQ(asked, "settings ");
     EXPECT_FALSE(statusMenu.menu().isVisible());
     press(agents(), Qt::Key_Comma);
-    EXPECT_EQ(requests, 2);
+    statusMenu.menu().actions()[3]->trigger();
+    EXPECT_EQ(asked, "settings settings panel ");
 }
 
 TEST_F(StatusMenuTest, ConnectsAndDisconnectsTheAgentsOfThisMachineOrTellsWhatWentWrong) {
@@ -102,8 +84,6 @@ TEST_F(StatusMenuTest, ConnectsAndDisconnectsTheAgentsOfThisMachineOrTellsWhatWe
 
     home.makeReadOnly(".claude/settings.json");
     agent("Claude Code")->trigger();
-    ASSERT_TRUE(connections.lastError());
-    EXPECT_EQ(title(), "Connected agents — none");
     EXPECT_FALSE(agent("Claude Code")->isChecked());
     // The line may be cut short, but not its beginning.
     EXPECT_TRUE(agentLines().startsWith("Claude Code\nGemini CLI\n-\nClaude Code connect"));
@@ -112,17 +92,13 @@ TEST_F(StatusMenuTest, ConnectsAndDisconnectsTheAgentsOfThisMachineOrTellsWhatWe
     home.makeReadOnly(".claude/settings.json", false);
     agent("Claude Code")->trigger();
     EXPECT_EQ(agentLines(), "[x] Claude Code\nGemini CLI");
-    EXPECT_EQ(title(), "Connected agents — 1");
+    EXPECT_EQ(agents().title(), "Connected agents — 1");
     const QAction *item = agent("Gemini CLI");
     connections.installHooks(AgentKind::gemini);
-    EXPECT_EQ(title(), "Connected agents — 2");
     EXPECT_TRUE(item->isChecked());
     agent("Claude Code")->trigger();
     EXPECT_EQ(agentLines(), "Claude Code\n[x] Gemini CLI");
 
-    home.write(".codex/config.toml");
-    open();
-    EXPECT_EQ(agentLines(), "Claude Code\nCodex\n[x] Gemini CLI");
     home.write(".gemini/settings.json",
                R"({"hooksConfig":{"enabled":false},)" + home.read(".gemini/settings.json").mid(1));
     open();

@@ -18,8 +18,6 @@ TEST_F(WelcomeTest, OffersANewcomerNoKeyThatDoesNothing) {
     scheduler.advance(Seconds(1));
     EXPECT_TRUE(reads("Hover the capsule to open the panel."));
     EXPECT_FALSE(reads("Ctrl+1–Ctrl+5"));
-    statusItemHost().setPresent(true);
-    EXPECT_TRUE(reads("Click the alien in the tray to open the panel."));
     // The person answers the desktop's question only now.
     hotKeys.setUsual(HotKeys::State::works);
     EXPECT_TRUE(reads("or press the key that the desktop has for it, to open the panel."));
@@ -29,13 +27,8 @@ TEST_F(WelcomeTest, WalksANewcomerThroughNamedControlsToAConnectedAgent) {
     home.write(".claude/settings.json", "{}");
     open("Welcome to Morvane");
     const auto *view = window->findChild<OnboardingView *>();
-    const auto namedControls = [this] {
-        const AccessibleControls controls(*window);
-        EXPECT_EQ(controls.faults(), QStringList());
-        return controls.count();
-    };
     EXPECT_TRUE(reads("Everything stays on this computer."));
-    EXPECT_EQ(namedControls(), 1);
+    EXPECT_EQ(AccessibleControls(*window).faults(), QStringList());
     EXPECT_EQ(button("Back"), nullptr);
 
     // Let go in another window, it is none of this one's.
@@ -50,13 +43,7 @@ TEST_F(WelcomeTest, WalksANewcomerThroughNamedControlsToAConnectedAgent) {
     }
     scheduler.advance(Seconds(1));
     EXPECT_TRUE(reads("Connect your agents"));
-    EXPECT_EQ(namedControls(), 3);
-    EXPECT_FALSE(reads("Everything stays on this computer."));
-    home.makeReadOnly(".claude/settings.json");
-    button("Connect Claude Code")->click();
-    EXPECT_TRUE(reads("Claude Code connect failed: "));
-    EXPECT_FALSE(reads("A hook entry goes into each agent's settings file"));
-    home.makeReadOnly(".claude/settings.json", false);
+    EXPECT_EQ(AccessibleControls(*window).faults(), QStringList());
     // Installed while nobody looks.
     home.write(".codex/config.toml");
     comeBack();
@@ -64,7 +51,6 @@ TEST_F(WelcomeTest, WalksANewcomerThroughNamedControlsToAConnectedAgent) {
     ASSERT_NE(button("Connect Codex"), nullptr);
     button("Connect Claude Code")->click();
     EXPECT_TRUE(reads("A hook entry goes into each agent's settings file"));
-    EXPECT_NE(button("Disconnect Claude Code"), nullptr);
     EXPECT_EQ(view->step(), 1);
     EXPECT_EQ(tabOrder(),
               (QStringList{"Disconnect Claude Code", "Connect Codex", "Back", "Continue →"}));
@@ -78,7 +64,7 @@ TEST_F(WelcomeTest, WalksANewcomerThroughNamedControlsToAConnectedAgent) {
     button("Continue →")->click();
     scheduler.advance(Seconds(1));
     EXPECT_TRUE(reads("You're set"));
-    EXPECT_EQ(namedControls(), 3);
+    EXPECT_EQ(AccessibleControls(*window).faults(), QStringList());
     EXPECT_TRUE(reads("Hover the capsule, or press"));
     // The desktop says that it has a tray when the welcome has long been there.
     statusItemHost().setPresent(true);
