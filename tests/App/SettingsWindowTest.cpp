@@ -217,7 +217,6 @@ TEST_F(SettingsWindowTest, TakesTheKeyThatIsPressedForThePanel) {
     openSettings();
     auto *field = window->findChild<KeyField *>();
     EXPECT_EQ(keyName(), "Key that opens the panel: Super+Shift+G");
-    EXPECT_EQ(button("Use Super+Shift+G"), nullptr);
     field->setFocus();
     field->click();
     EXPECT_EQ(keyName(), "Key that opens the panel: press it");
@@ -300,8 +299,6 @@ TEST_F(SettingsWindowTest, LeavesTheKeyToADesktopThatGivesIt) {
     hotKeys.setUsual(HotKeys::State::works);
     EXPECT_TRUE(reads("Open the panel with the key that the desktop has for it, or hover"));
     hotKeys.setUsual(HotKeys::State::unavailable);
-    EXPECT_FALSE(reads("desktop's own keyboard settings"));
-    EXPECT_TRUE(reads("none"));
     EXPECT_TRUE(reads("Super+Shift+G doesn't work on this desktop"));
 }
 

@@ -38,8 +38,6 @@ TEST_F(UpdateWindowTest, AsksBeforeItDownloads) {
     EXPECT_TRUE(window.isVisible());
     const auto *notes = window.findChild<QPlainTextEdit *>();
     EXPECT_EQ(notes->toPlainText(), "<b>Bold</b>");
-    EXPECT_EQ(notes->accessibleName(), "Release notes");
-    EXPECT_NE(button("Later"), nullptr);
     EXPECT_EQ(AccessibleControls(window).faults(), QStringList());
     const std::size_t before = https.requests.size();
     button("Download")->click();
@@ -51,7 +49,6 @@ TEST_F(UpdateWindowTest, AsksBeforeItDownloads) {
     EXPECT_EQ(https.requests.back().finished, nullptr);
 
     offer();
-    EXPECT_TRUE(window.isVisible());
     button("Skip this version")->click();
     EXPECT_FALSE(window.isVisible());
     EXPECT_EQ(defaults.value("SUSkippedVersion"), "1.1");

@@ -6,11 +6,9 @@ namespace morvane {
 namespace {
 
 TEST(BoundedText, CountsCharactersAsAPersonDoes) {
-    const QString characters[] = {
-        "\U0001F468\u200D\U0001F469\u200D\U0001F467",     // a family
-        QStringLiteral("a") + QString(23, QChar(0x0301)), // as much as one may be made of
-    };
-    for (const QString &character : characters) {
+    const QString family = "\U0001F468\u200D\U0001F469\u200D\U0001F467";
+    const QString tower = u'a' + QString(23, QChar(0x0301)); // as much as one may be made of
+    for (const QString &character : {family, tower}) {
         const QString fits = character.repeated(120);
         EXPECT_EQ(BoundedText::of(fits, 120), fits);
         EXPECT_EQ(BoundedText::of(fits + character, 120), fits + u'…');

@@ -23,6 +23,10 @@ protected:
         return session().state;
     }
 
+    using Turn = TranscriptInfo::Turn;
+
+    const QByteArray ofA = R"(,"agent_id":"a")";
+    const QByteArray another = R"("tool_name":"Bash","tool_input":{"command":"ls"})";
     static constexpr const char *make = R"("tool_name":"Bash","tool_input":{"command":"make"})";
 };
 
@@ -30,7 +34,6 @@ TEST_F(UnsaidTest, AnAnnouncementThatComesLateDoesNotHideItsOwnRequest) {
     // Codex says only in its request what the call is for.
     const QByteArray explained =
         R"("tool_name":"Bash","tool_input":{"command":"make","description":"Build"})";
-    const QByteArray another = R"("tool_name":"Bash","tool_input":{"command":"ls"})";
     for (const AgentKind agent : {claude, codex}) {
         tell(agent, "UserPromptSubmit", R"("prompt":"go")");
         tell(agent, "PermissionRequest", explained, "d");
@@ -131,8 +134,6 @@ TEST_F(UnsaidTest, WhatASubagentAsksElsewhereIsNotItsSessionsOwn) {
 }
 
 TEST_F(UnsaidTest, ASubagentThatWasAnsweredElsewhereGoesOn) {
-    const QByteArray ofA = R"(,"agent_id":"a")";
-    const QByteArray another = R"("tool_name":"Bash","tool_input":{"command":"ls"})";
     for (const AgentKind agent : {claude, codex}) {
         tell(agent, "UserPromptSubmit", R"("prompt":"go")");
         tell(agent, "PermissionRequest", make + ofA, "d");
@@ -164,7 +165,7 @@ TEST_F(UnsaidTest, ASubagentThatGoesOnChangesNoEndOfItsSession) {
     for (const auto &[event, members, state] : ends) {
         tell(claude, "UserPromptSubmit", R"("prompt":"go")");
         tell(claude, "Stop", R"("x":1)");
-        tell(claude, "PermissionRequest", QByteArray(make) + R"(,"agent_id":"a")", "d");
+        tell(claude, "PermissionRequest", make + ofA, "d");
         store.decide("s", AgentDecision::allow());
         EXPECT_EQ(tell(claude, event, members), state);
         store.acknowledge("s");
@@ -187,7 +188,6 @@ TEST_F(UnsaidTest, WhoeverHasGivenWayToAnotherStillAsks) {
     askTwice({});
     EXPECT_EQ(tell(claude, "PreToolUse", make), working);
 
-    const QByteArray ofA = R"(,"agent_id":"a")";
     askTwice(ofA);
     EXPECT_EQ(tell(claude, "SubagentStop", R"("agent_id":"b")"), needsInput);
     // The agent prompts itself with what the other one has found.
@@ -263,15 +263,14 @@ TEST_F(UnsaidTest, AnInterruptedRequestLeavesNobodyCalling) {
 }
 
 TEST_F(UnsaidTest, TheEndOfASubagentsRequestIsNoneOfItsSessionsTurn) {
-    const QByteArray ofSubagent = QByteArray(make) + R"(,"agent_id":"a")";
     tell(claude, "UserPromptSubmit", R"("prompt":"go")");
-    tell(claude, "PermissionRequest", ofSubagent, "d");
+    tell(claude, "PermissionRequest", make + ofA, "d");
     store.approvalHungUp("d");
     EXPECT_EQ(session().state, working);
     EXPECT_TRUE(session().acknowledged);
     scheduler.advance(Seconds(5));
     EXPECT_EQ(session().state, working);
-    tell(claude, "PermissionRequest", ofSubagent, "e");
+    tell(claude, "PermissionRequest", make + ofA, "e");
     tell(claude, "Stop", R"("last_assistant_message":"Over.")");
     take(announced);
     scheduler.advance(Seconds(5));
@@ -311,7 +310,6 @@ TEST_F(UnsaidTest, CodexSaysThatItsTurnWasInterrupted) {
 }
 
 TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
-    using Turn = TranscriptInfo::Turn;
     const std::pair<Turn, SessionState> cases[] = {{Turn::running, working},
                                                    {Turn::ended, working},
                                                    {Turn::interrupted, idle},
@@ -380,7 +378,6 @@ TEST_F(UnsaidTest, ATurnWhoseAgentWaitsIsLookedAtEverLessOften) {
 }
 
 TEST_F(UnsaidTest, AnEndThatWasAFailureIsHeardOnce) {
-    using Turn = TranscriptInfo::Turn;
     for (const auto &[turn, state] : {std::pair(Turn::interrupted, done), {Turn::failed, failed}}) {
         tell(gemini, "BeforeAgent", R"("prompt":"go")");
         EXPECT_EQ(tell(gemini, "AfterAgent",

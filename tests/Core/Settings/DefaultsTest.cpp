@@ -16,7 +16,6 @@ TEST_F(DefaultsTest, KeepTypesAcrossARestart) {
         {"least", std::numeric_limits<qint64>::min()},
         {"greatest", std::numeric_limits<quint64>::max()},
         {"whole", 2.0},
-        {"fraction", 0.1},
         {"text", QString("é \U0001F469 \" \n ") + QChar(0)},
         {"\uFEFFkey", "\uFEFF\uFEFFtext"},
         {"bytes", QByteArray("\0\xff{", 3)},

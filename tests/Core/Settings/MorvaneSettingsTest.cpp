@@ -150,7 +150,6 @@ TEST_F(SettingsTest, TakeOverWhatTheFormerIdentifierStored) {
     Defaults defaults = load();
     const MorvaneSettings settings(defaults);
     EXPECT_EQ(settings.eventToken(), "OLD");
-    EXPECT_EQ(settings.port(), 50000);
     json expected = legacy;
     expected["soundEnabled"] = true;
     EXPECT_EQ(stored(defaults), expected);
