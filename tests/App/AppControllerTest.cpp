@@ -118,7 +118,6 @@ TEST_F(AppControllerTest, RemovesEverythingButWhatIsPeoplesOwnAndReports) {
     for (const AgentKind kind : {claude, gemini, qwen, qoder}) {
         connections.installHooks(kind);
     }
-    EXPECT_EQ(connections.statusLineBlockedAgents(), std::vector{claude});
     home.makeReadOnly(".qwen/settings.json");
     EXPECT_EQ(controller.removeEverything(),
               "Claude Code hooks\n• Gemini CLI hooks\n"

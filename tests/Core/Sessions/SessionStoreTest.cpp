@@ -23,8 +23,7 @@ TEST_F(StoreTest, MovesThroughItsStates) {
     const auto always = [](const char *state) {
         return std::array{state, state, state, state, state, state};
     };
-    const EventBuilder turnEnd(Kind::turnEnd);
-    const auto agents = turnEnd.background({"shell", "workflow"});
+    const auto agents = EventBuilder(Kind::turnEnd).background({"shell", "workflow"});
     const EventBuilder stop(Kind::subagentStop), end(Kind::sessionEnd);
     // Events, and what is after each from no session, and from one in each of the states below. A
     // dash: nothing happens at all.
@@ -34,7 +33,7 @@ TEST_F(StoreTest, MovesThroughItsStates) {
         {"tool", EventBuilder(Kind::toolUse), always("working")},
         {"notice", EventBuilder(Kind::needsInput), always("needsInput")},
         {"idle", EventBuilder(Kind::idle), {"idle", "done", "done", "-", "-", "-"}},
-        {"turnEnd", turnEnd, always("done")},
+        {"turnEnd", EventBuilder(Kind::turnEnd), always("done")},
         {"turnEnd with an agent", agents, always("working")},
         {"turnFailed", EventBuilder(Kind::turnFailed), always("failed")},
         {"subagentStop", stop, {"-", "working", "needsInput", "done", "failed", "idle"}},
