@@ -4,8 +4,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -85,17 +83,6 @@ TEST(CommandLineTest, IsAnsweredByNoLibraryOfTheFolderThatTheProgramIsStartedIn)
     EXPECT_EQ(program.wait(), 0);
 }
 
-TEST_F(HeadlessTest, AskedToEndItHasWhatItLearnedOnTheDisk) {
-    const QByteArray script = home.read(".morvane/hook.sh");
-    program->terminate();
-    EXPECT_EQ(program->wait(), 0);
-    const auto settings =
-        QJsonDocument::fromJson(home.read(".config/morvane/io.morvane.morvane.json")).object();
-    const QByteArray token = settings["eventToken"].toString().toUtf8();
-    EXPECT_EQ(token.size(), 72);
-    EXPECT_TRUE(script.contains(token));
-}
-
 TEST(StartTest, TakesNoFolderThatIsNotNamedFromTheRootOn) {
     ProgramHome home;
     for (const char *name : {"XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME"}) {
@@ -106,18 +93,6 @@ TEST(StartTest, TakesNoFolderThatIsNotNamedFromTheRootOn) {
     program.terminate();
     EXPECT_EQ(program.wait(), 0);
     EXPECT_FALSE(QFile::exists(home.path("relative")));
-}
-
-TEST(StartTest, OutlivesALimitOfWhatAFileMayHold) {
-    ProgramHome home;
-    ChildProcess program({"sh", "-c", "ulimit -f 0 && exec \"$0\"", MORVANE}, home.environment());
-    EXPECT_TRUE(waitUntil(
-        [&] { return !QDir(home.path("run")).entryList({"*.socket"}, QDir::System).isEmpty(); }));
-    // Answered once it has begun to write.
-    ChildProcess second({MORVANE}, home.environment());
-    EXPECT_EQ(second.wait(), 0);
-    program.terminate();
-    EXPECT_EQ(program.wait(), 0);
 }
 
 } // namespace

@@ -61,21 +61,12 @@ TEST_P(ManagedScreenTest, TakesNoKeyFromTheTerminalWhileARequestIsAllowed) {
     const QString text = QStringLiteral("the quick brown fox jumps over it ").repeated(8);
     const auto typing = display->type(text);
     const auto hook = ask();
-    EXPECT_TRUE(terminalHasKeyboard());
-
     movePointerToTab();
-    ASSERT_TRUE(waitUntil([this] { return find("button", "Allow").has_value(); }));
-    EXPECT_TRUE(isOpen());
-    EXPECT_TRUE(terminalHasKeyboard());
-
     ASSERT_TRUE(click("button", "Allow"));
     EXPECT_EQ(hook->outputAtEnd(), allowAnswer);
     EXPECT_TRUE(terminalHasKeyboard());
-
     movePointerAway();
     EXPECT_TRUE(waitUntil([this] { return !isOpen(); }));
-    EXPECT_TRUE(terminalHasKeyboard());
-
     EXPECT_EQ(typing->wait(), 0);
     EXPECT_TRUE(waitUntil([&] { return received().size() >= text.size(); }));
     EXPECT_EQ(received(), text.toUtf8());
@@ -159,15 +150,6 @@ TEST_F(ScreenTest, AWaitingHookIsSilentWhenTheProgramEnds) {
     }
 }
 
-TEST_F(ScreenTest, ADigitAnswersAndTheTerminalGetsNothingOfIt) {
-    const auto hook = ask();
-    display->press(panelKey);
-    ASSERT_TRUE(waitUntil([this] { return find("button", "Allow").has_value(); }));
-    display->press("ctrl+2");
-    EXPECT_EQ(hook->outputAtEnd(), allowAnswer);
-    EXPECT_EQ(received(), "");
-}
-
 TEST_F(ScreenTest, AScreenReaderOpensAndAnswersByActionsAlone) {
     const auto hook = ask();
     const auto act = [this](const char *action, const char *role, const char *name) {
@@ -179,23 +161,9 @@ TEST_F(ScreenTest, AScreenReaderOpensAndAnswersByActionsAlone) {
     EXPECT_TRUE(waitUntil([this] { return find("menu item", "Quit Morvane").has_value(); }));
     display->press("Escape");
     ASSERT_TRUE(act("Press", "filler", "Morvane"));
-    EXPECT_TRUE(waitUntil([this] { return isOpen(); }));
+    EXPECT_TRUE(waitUntil([this] { return isOpen() && !terminalHasKeyboard(); }));
     ASSERT_TRUE(act("Press", "button", "Allow Bash in session"));
     EXPECT_EQ(hook->outputAtEnd(), allowAnswer);
-}
-
-TEST_P(ManagedScreenTest, LetsClicksBesideItsRoundedCornersThrough) {
-    // What a terminal tells the program in it of a button that was pressed.
-    const QByteArray leftPress = "\x1b[M ";
-    const QByteArray rightPress = "\x1b[M\"";
-    const QRect capsule = tab();
-    display->click(capsule.bottomLeft() + QPoint(1, -1));
-    EXPECT_TRUE(waitUntil([&] { return received().contains(leftPress); }));
-    display->click(capsule.center());
-    // Once this one has come through, the one before would have.
-    display->click({640, 700}, 3);
-    EXPECT_TRUE(waitUntil([&] { return received().contains(rightPress); }));
-    EXPECT_EQ(received().count(leftPress), 1);
 }
 
 TEST_F(ScreenTest, OpensThePanelWhenStartedAgain) {
@@ -205,6 +173,8 @@ TEST_F(ScreenTest, OpensThePanelWhenStartedAgain) {
     EXPECT_EQ(display->type("morvane")->wait(), 0);
     EXPECT_EQ(start({MORVANE})->wait(), 0);
     EXPECT_TRUE(waitUntil([this] { return isOpen() && find("button", "Allow"); }));
+    display->press("ctrl+2");
+    EXPECT_EQ(hook->outputAtEnd(), allowAnswer);
     EXPECT_TRUE(waitUntil([this] { return display->focusedTitle() == "Morvane Settings"; }));
     EXPECT_TRUE(program->isRunning());
 }
@@ -234,21 +204,14 @@ TEST_F(ScreenTest, TakesThePlaceOfOneWithoutAScreenAndOfNoneOnAnotherDisplay) {
 }
 
 TEST_F(ScreenTest, ARightClickOpensTheMenuAndTheTerminalKeepsTheFocus) {
-    home.write(".claude/settings.json", "{}");
     const auto hasMenu = [this] { return find("menu item", "Quit Morvane").has_value(); };
     const auto openMenu = [&] {
         // Of the tab at any size, since it may be about to close.
         display->click({tab().center().x(), tab().top() + 10}, 3);
-        EXPECT_TRUE(waitUntil(hasMenu));
+        EXPECT_TRUE(waitUntil([&] { return hasMenu() && isOpen(); }));
         EXPECT_TRUE(terminalHasKeyboard());
     };
     openMenu();
-    ASSERT_TRUE(click("menu item", "Connected agents — none"));
-    ASSERT_TRUE(click("menu item", "Claude Code"));
-    EXPECT_TRUE(waitUntil([&] { return !hasMenu(); }));
-
-    openMenu();
-    ASSERT_TRUE(find("menu item", QStringLiteral("Connected agents — 1")));
     movePointerAway();
     EXPECT_TRUE(isOpen());
     display->press("Escape");
