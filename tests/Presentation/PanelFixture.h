@@ -19,7 +19,6 @@
 
 #include <QAccessible>
 #include <QLayout>
-#include <QPaintEvent>
 
 #include <algorithm>
 
@@ -36,22 +35,22 @@ public:
     int timersStarted = 0;
 };
 
-/// Notes what is painted of a widget. Where it watches the application it only counts how often
-/// something is.
-class PaintWatch : public QObject {
+/// How often something happens to a widget, or to any of the application.
+class EventCounter : public QObject {
 public:
-    explicit PaintWatch(QObject &watched) { watched.installEventFilter(this); }
+    EventCounter(QObject &watched, QEvent::Type type) : m_type(type) {
+        watched.installEventFilter(this);
+    }
 
     bool eventFilter(QObject *, QEvent *event) override {
-        if (event->type() == QEvent::Paint) {
-            ++count;
-            painted += static_cast<QPaintEvent *>(event)->region();
-        }
+        count += event->type() == m_type ? 1 : 0;
         return false;
     }
 
     int count = 0;
-    QRegion painted;
+
+private:
+    const QEvent::Type m_type;
 };
 
 /// A session store with a clock, displays and overlays of the test's own.
@@ -84,6 +83,9 @@ protected:
                                          const auto &told) {
             replies += session.id + ": " + text;
             tellOutcome = told;
+            if (refusesReplies) {
+                told(false);
+            }
         };
         usage.poller().milestoneEligibility = [this] {
             return store.hasWorkingUsageMilestoneSession();
@@ -173,6 +175,7 @@ protected:
     QStringList reopened;
     QStringList renamed;
     QStringList replies;
+    bool refusesReplies = false;                  ///< and says so at once
     std::function<void(bool isSent)> tellOutcome; ///< of the last reply
     QList<AgentDecision> decisions;
 };

@@ -4,7 +4,33 @@
 namespace morvane {
 namespace {
 
-using ExpandedRecordsTest = ExpandedViewFixture;
+class ExpandedRecordsTest : public ExpandedViewFixture {
+protected:
+    /// Lets a session finish where it can be typed into.
+    void finishInPane(const QString &id = "s") { finish(id, "/p", "%1"); }
+
+    bool says(const QString &text) {
+        refresh();
+        return showsText(text);
+    }
+    InlineNameField *field() const { return fieldIn(view); }
+    InlineNameField &open() {
+        refresh();
+        shownIn<DecideButton>(view).first()->click();
+        return *field();
+    }
+    void type(const QString &text, Qt::Key key) {
+        QTest::keyClicks(&open(), text);
+        send(*field(), QFocusEvent(QEvent::FocusOut, Qt::OtherFocusReason));
+        QTest::mouseClick(records().first(), Qt::LeftButton, {}, QPoint(300, 12));
+        QTest::keyClick(field(), key);
+        EXPECT_FALSE(field());
+    }
+    void closeAndOpenPanel() {
+        view.hide();
+        view.show();
+    }
+};
 
 TEST_F(ExpandedRecordsTest, ARecordReopensAndGivesWayToAQuestion) {
     finish("/a");
@@ -31,12 +57,7 @@ TEST_F(ExpandedRecordsTest, ARecordTakesRepliesForTheSessionThatLeftIt) {
     EXPECT_EQ(buttons(), QStringList());
     finish("first", "/p", "%2");
     EXPECT_EQ(buttons(), QStringList{" Reply"});
-    DecideButton *reply = shownIn<DecideButton>(view).first();
-    QTest::mouseClick(reply->parentWidget(), Qt::LeftButton, {}, {reply->width() + 40, 12});
-    EXPECT_EQ(reopened, QStringList());
-    reply->click();
-    auto *field = view.findChild<InlineNameField *>();
-    ASSERT_TRUE(field);
+    auto *field = &open();
     EXPECT_EQ(field->accessibleName(), "Reply to p");
     QTest::keyClicks(field, "go");
     // Another session's request neither takes the field away nor leaves other records beside it.
@@ -60,6 +81,63 @@ TEST_F(ExpandedRecordsTest, ARecordTakesRepliesForTheSessionThatLeftIt) {
     EXPECT_EQ(buttons(), QStringList());
 }
 
+TEST_F(ExpandedRecordsTest, AReplyIsWhatIsTypedAndNothingElse) {
+    finishInPane();
+    type("dropped", Qt::Key_Escape);
+    type("  ", Qt::Key_Return);
+    EXPECT_TRUE(replies.isEmpty());
+    type("go on", Qt::Key_Return);
+    EXPECT_EQ(replies, QStringList({"s: go on"}));
+    EXPECT_TRUE(reopened.isEmpty());
+    EXPECT_FALSE(says("sent"));
+    tellOutcome(true);
+    EXPECT_TRUE(says("sent"));
+    // Which is told of this end, and not of the next.
+    scheduler.advance(Seconds(1));
+    finishInPane();
+    EXPECT_FALSE(says("sent"));
+
+    // What could not be sent needn't be typed again.
+    type("and on", Qt::Key_Return);
+    tellOutcome(false);
+    EXPECT_TRUE(says("could not be sent"));
+    EXPECT_EQ(open().text(), "and on");
+    closeAndOpenPanel();
+    EXPECT_TRUE(says("not sent"));
+    send(open(), QInputMethodEvent("つ", {}));
+    closeAndOpenPanel();
+    EXPECT_EQ(open().text(), "つ");
+    QTest::keyClick(field(), Qt::Key_Escape);
+    EXPECT_EQ(open().text(), "");
+    closeAndOpenPanel();
+    EXPECT_FALSE(says("not sent"));
+    EXPECT_EQ(editing.count(), 0);
+}
+
+TEST_F(ExpandedRecordsTest, ATextStaysWithTheSessionThatItWasTypedFor) {
+    refusesReplies = true;
+    const std::function<void()> changes[] = {
+        [this] { apply(Event::promptSubmit); },
+        [this] { store.removeSessions("/p"); },
+        [this] { finishInPane("other"); },
+    };
+    for (const auto &change : changes) {
+        finishInPane();
+        QTest::keyClicks(&open(), "go");
+        change();
+        refresh();
+        ASSERT_TRUE(field());
+        QTest::keyClicks(field(), " on");
+        QTest::keyClick(field(), Qt::Key_Return);
+        EXPECT_EQ(std::exchange(replies, {}), QStringList({"s: go on"}));
+        EXPECT_TRUE(says("could not be sent"));
+        EXPECT_EQ(open().text(), "go on");
+        QTest::keyClick(field(), Qt::Key_Escape);
+        EXPECT_EQ(buttons().isEmpty(), !store.sessions().contains("other"));
+        store.removeSessions("/p");
+    }
+}
+
 TEST_F(ExpandedRecordsTest, AnAgeStaysTrueWithOneTimerWhileItIsOnScreen) {
     finish("/a");
     finish("/b");
@@ -67,7 +145,6 @@ TEST_F(ExpandedRecordsTest, AnAgeStaysTrueWithOneTimerWhileItIsOnScreen) {
     const auto age = [this](int row) {
         return records()[row]->accessibleName().split(", ").last();
     };
-    EXPECT_EQ(age(0), "done just now");
     scheduler.advance(Seconds(58.5));
     EXPECT_EQ(age(1), "done 1m ago");
     EXPECT_EQ(age(0), "done just now");
