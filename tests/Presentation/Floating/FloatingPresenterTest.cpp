@@ -176,17 +176,5 @@ TEST_F(FloatingPresenterTest, AForgottenFieldHoldsThePanelForTwoMinutesAndCommit
     EXPECT_EQ(renamed, QStringList());
 }
 
-TEST_F(FloatingPresenterTest, AFieldMayGoDownWithThePanel) {
-    attachFloating();
-    presenter->presentPanel();
-    ASSERT_TRUE(panel().makeKey());
-    editing.begin(scheduler.now());
-    QObject::connect(&panel(), &QObject::destroyed, [this] { editing.end(); });
-    presenter->detach();
-    EXPECT_EQ(expansions, QList<bool>({true, false}));
-    EXPECT_TRUE(overlays.alive.isEmpty());
-    scheduler.advance(Seconds(200));
-}
-
 } // namespace
 } // namespace morvane

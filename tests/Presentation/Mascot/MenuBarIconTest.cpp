@@ -7,13 +7,7 @@
 namespace morvane {
 namespace {
 
-TEST(MenuBarIcon, IsOneWholeAtAnyScaleAndHasWholePixelsAtTheSizesOfPanels) {
-    // No line shows where two squares meet within a pixel.
-    const QImage image = MenuBarIcon::draw(Qt::red, 5);
-    for (int x = 0; x < 104; ++x) {
-        EXPECT_EQ(image.pixelColor(x, 42), QColor(Qt::red)) << x;
-    }
-
+TEST(MenuBarIcon, HasWholePixelsAtTheSizesOfPanels) {
     const QIcon icon = MenuBarIcon::icon(Qt::red, {});
     for (const int size : {22, 33, 44}) {
         ASSERT_TRUE(icon.availableSizes().contains(QSize(size, size)));

@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <numeric>
-
 namespace morvane {
 namespace {
 
@@ -46,15 +44,6 @@ TEST(PixelFrameView, FillsItsPlaceAndIsItsOwnMirrorImage) {
                 EXPECT_EQ(picture, picture.mirrored(true, false));
             }
         }
-    }
-}
-
-TEST(PixelFrameView, HasOneWeightAtEveryScale) {
-    for (const double ratio : {1.0, 1.25, 1.5, 1.75, 2.0, 3.0}) {
-        const QImage image = drawn({QStringList(8, QString(8, u'X'))}, 2, ratio);
-        const QList<int> light = alphas(image);
-        const double lit = std::accumulate(light.begin(), light.end(), 0) / 255.0;
-        EXPECT_NEAR(lit / static_cast<double>(light.size()), 0.5625, 0.03) << ratio;
     }
 }
 

@@ -16,10 +16,7 @@ struct HoverCase {
 };
 
 const HoverCase hoverCases[] = {
-    {"resting inside opens, once", "0 in 0.35, 0.2 in 0.15, 0.35 in open, 9 in", true},
     {"crossing opens nothing", "0 in 0.35, 0.34 out, 0.36 in 0.35, 0.7 in 0.01, 0.7 out", false},
-    {"leaving closes after a while", "0 in 0.35, 1 in open, 2 out 0.40, 2.4 out close, 9 out",
-     false},
     {"a return in time forgets that it left",
      "0 in 0.35, 1 in open, 2 out 0.40, 2.39 in, 2.5 out 0.40, 2.8 out 0.10, 2.8 in", true},
     {"a lock decides nothing, and starts the waiting over",
@@ -42,8 +39,6 @@ const HoverCase hoverCases[] = {
      "0 in 0.35, 0.3 in+editing 0.50, 0.4 in 0.35, 0.5 collapse, 0.5 lock, "
      "0.6 out+editing 0.20, 1 out+editing 0.50, 2 in, 3 in",
      false},
-    {"a request opens at once, and the pointer doesn't close it",
-     "0 collapse, 0 lock, 0.1 present, 0.2 in, 0.3 out, 5 out", true},
     {"a request forgets how long the pointer has been there",
      "0 in 0.35, 0.1 present, 0.2 end, 0.5 in 0.35, 0.6 out", false},
     {"after a request the pointer decides again",

@@ -42,18 +42,6 @@ protected:
     }
 };
 
-TEST_F(DecisionRowTest, AsksNothingThatNobodyWouldTakeTheAnswerTo) {
-    context.actions.onDecide = nullptr;
-    context.actions.onAnswer = nullptr;
-    for (const EventBuilder &prompt :
-         {EventBuilder::parked("d"), EventBuilder::parked("q").asking({"Sure?"})}) {
-        show(prompt);
-        EXPECT_TRUE(shownIn<DecideButton>(row).isEmpty());
-        EXPECT_TRUE(shownIn<OptionButton>(row).isEmpty());
-        EXPECT_FALSE(row.hasBeenRead());
-    }
-}
-
 TEST_F(DecisionRowTest, RefusesFirstThenAllowsThenAllowsForGood) {
     apply(EventBuilder::parked("d"));
     showToRead();
@@ -124,6 +112,11 @@ TEST_F(DecisionRowTest, TakesAPressOnlyForWhatHasStoodLongEnoughToBeRead) {
         scheduler.advance(after);
         return shownIn<DecideButton>(row).first()->isEnabled();
     };
+    const auto takesTime = [&] { return !pressable(Seconds(0.65)) && pressable(Seconds(0.2)); };
+    const auto moveTo = [this](int x, int y) {
+        row.move(x, y);
+        QCoreApplication::processEvents();
+    };
     EXPECT_FALSE(pressable(Seconds(0.65)));
     shownIn<DecideButton>(row)[1]->click();
     EXPECT_TRUE(decisions.isEmpty());
@@ -131,12 +124,9 @@ TEST_F(DecisionRowTest, TakesAPressOnlyForWhatHasStoodLongEnoughToBeRead) {
 
     // Another call, another input of the same call, another place, a part that comes to light.
     show(EventBuilder::parked("d").given(R"({"command":"rm -rf ~"})"));
-    EXPECT_FALSE(pressable(Seconds(0.65)));
-    EXPECT_TRUE(pressable(Seconds(0.2)));
-    row.move(row.pos() + QPoint(0, 20));
-    QCoreApplication::processEvents();
-    EXPECT_FALSE(pressable(Seconds(0.65)));
-    EXPECT_TRUE(pressable(Seconds(0.2)));
+    EXPECT_TRUE(takesTime());
+    moveTo(0, 20);
+    EXPECT_TRUE(takesTime());
     DecideButton *const deny = shownIn<DecideButton>(row).first();
     QTest::mousePress(deny, Qt::LeftButton);
     row.findChild<ApprovalStrip *>()->setMask(QRect(0, 0, 300, 400));
@@ -151,17 +141,14 @@ TEST_F(DecisionRowTest, TakesAPressOnlyForWhatHasStoodLongEnoughToBeRead) {
     show(EventBuilder::parked("f"));
     EXPECT_FALSE(pressable(Seconds(3)));
     row.findChild<ApprovalStrip *>()->clearMask();
-    row.move(row.pos() + QPoint(0, 20));
-    QCoreApplication::processEvents();
+    moveTo(0, 40);
     EXPECT_TRUE(pressable(Seconds(0.85)));
 
     // One whose lines end beyond the edge of the screen.
     show(EventBuilder::parked("g"));
-    row.move(row.screen()->geometry().width() - 400, row.y());
-    QCoreApplication::processEvents();
+    moveTo(row.screen()->geometry().width() - 400, 40);
     EXPECT_FALSE(pressable(Seconds(3)));
-    row.move(0, row.y());
-    QCoreApplication::processEvents();
+    moveTo(0, 40);
     EXPECT_TRUE(pressable(Seconds(0.85)));
 
     show(question);
@@ -175,17 +162,6 @@ TEST_F(DecisionRowTest, TakesAPressOnlyForWhatHasStoodLongEnoughToBeRead) {
     shownIn<OptionButton>(row).first()->click();
     show();
     EXPECT_FALSE(shownIn<OptionButton>(row).first()->isEnabled());
-}
-
-TEST_F(DecisionRowTest, NothingStaysLitWhenThePointerThatItCameUnderHasGone) {
-    show(EventBuilder::parked("d"));
-    const auto *allow = shownIn<DecideButton>(row)[1];
-    row.followPointer(allow->mapToGlobal(allow->rect().center()));
-    EXPECT_TRUE(allow->underMouse());
-    // As Qt does it.
-    row.setAttribute(Qt::WA_UnderMouse, false);
-    row.followPointer(std::nullopt);
-    EXPECT_FALSE(allow->underMouse());
 }
 
 TEST_F(DecisionRowTest, ShowsAllOfACallOrSaysWhatIsMissing) {

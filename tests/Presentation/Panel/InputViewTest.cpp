@@ -23,21 +23,13 @@ int rowsOf(const QList<Line> &lines) {
     return 1 + (heightOf(lines) - heightOf({{Sign::plain, {}}})) / lineHeight;
 }
 
-/// A line of two rows at most, and what is left and right of the middle of it.
-struct Look {
-    Look(Sign sign, const QString &text) {
-        InputView view(nullptr);
-        view.setLines({{sign, text}});
-        view.resize(width, 4 * view.fontMetrics().lineSpacing());
-        whole = scaledImage(view, 1);
-        left = whole.copy(0, 0, width / 2, whole.height());
-        right = whole.copy(width / 2, 0, width / 2, whole.height());
-    }
-
-    QImage whole;
-    QImage left;
-    QImage right;
-};
+/// What is to be seen of the first row of a line, right of its middle.
+QImage rightOf(Sign sign, const QString &text) {
+    InputView view(nullptr);
+    view.setLines({{sign, text}});
+    view.resize(width, 4 * view.fontMetrics().lineSpacing());
+    return scaledImage(view, 1).copy(width / 2, 0, width / 2, view.fontMetrics().lineSpacing());
+}
 
 TEST(InputView, GivesEachCharacterTheRoomThatItTakes) {
     const QFontMetricsF metrics(InputView(nullptr).font());
@@ -53,17 +45,15 @@ TEST(InputView, ShowsProseInWordsAndEachLineInItsDirection) {
     const QString word(width * 2 / 3 / metrics.horizontalAdvance(u'x'), u'x');
     EXPECT_EQ(rowsOf({{Sign::prose, word + "  " + word + ' '}, {Sign::prose, {}}}), 3);
     const QString twice = word + ' ' + word;
-    EXPECT_EQ(Look(Sign::prose, twice).right.copy(0, 0, width / 2, metrics.lineSpacing()),
-              Look(Sign::prose, word).right.copy(0, 0, width / 2, metrics.lineSpacing()));
-    EXPECT_NE(Look(Sign::prose, twice).whole, Look(Sign::plain, twice).whole);
+    EXPECT_EQ(rightOf(Sign::prose, twice), rightOf(Sign::prose, word));
+    EXPECT_NE(rightOf(Sign::prose, twice), rightOf(Sign::plain, twice));
 
-    const Look nothing(Sign::prose, {});
-    const Look fromRight(Sign::prose, QStringLiteral("שלום npm"));
-    EXPECT_EQ(fromRight.left, nothing.left);
-    EXPECT_NE(fromRight.right, nothing.right);
-    EXPECT_NE(fromRight.right, Look(Sign::prose, QStringLiteral("npm שלום")).right);
+    const QImage nothing = rightOf(Sign::prose, {});
+    const QImage fromRight = rightOf(Sign::prose, QStringLiteral("שלום npm"));
+    EXPECT_NE(fromRight, nothing);
+    EXPECT_NE(fromRight, rightOf(Sign::prose, QStringLiteral("npm שלום")));
     // A call is read from the left, whatever it begins with.
-    EXPECT_EQ(Look(Sign::plain, QStringLiteral("שלום npm")).right, nothing.right);
+    EXPECT_EQ(rightOf(Sign::plain, QStringLiteral("שלום npm")), nothing);
 }
 
 } // namespace
