@@ -201,6 +201,16 @@ TEST_P(EachPresenterTest, StaysOpenWhileItsMenuIs) {
     EXPECT_EQ(expansionsAfter(Seconds(9)), QList<bool>({true, false, true}));
     scheduler.advance(Seconds(2));
 
+    // What is left on screen for its menu alone goes with it.
+    apply(Event::needsInput);
+    scheduler.advance(Seconds(6));
+    rightClick(onTab);
+    apply(Event::sessionEnd);
+    displays.setPointer(elsewhere);
+    EXPECT_TRUE(isVisibleAfter(Seconds(0.2)));
+    menu.close();
+    EXPECT_FALSE(isVisibleAfter(Seconds(1)));
+
     // A menu that is open when the display goes finds nobody when it closes.
     presenter->presentPanel();
     rightClick(onTab);
@@ -228,6 +238,8 @@ TEST_P(EachPresenterTest, AReplyThatHasNotGoneOutOutlivesItsPanel) {
     };
     EXPECT_FALSE(says("not sent"));
     type("go");
+    presenter->detach();
+    settle();
     EXPECT_TRUE(says("not sent"));
     QTest::keyClick(type(" on"), Qt::Key_Return);
     EXPECT_EQ(replies, QStringList({"s: go on"}));

@@ -65,15 +65,11 @@ TEST_F(PixelAnimatorTest, AFinishBlinksForAMomentAndThenRests) {
     EXPECT_EQ(shown.frame(), PixelArt::alienDone());
     EXPECT_EQ(ticksWithin(Seconds(2)), 0);
 
-    // A row that nobody looked at meanwhile, and one whose moment nobody knows.
+    // A row that nobody looked at meanwhile.
     shown.setMode({SessionState::done}, scheduler.now());
     window.hide();
     EXPECT_EQ(ticksWithin(Seconds(4)), 0);
     show();
-    EXPECT_EQ(ticksWithin(Seconds(2)), 0);
-    shown.setMode({SessionState::done}, {});
-    EXPECT_TRUE(changesWithin(shown, Seconds(0.5)));
-    scheduler.advance(Seconds(3));
     EXPECT_EQ(ticksWithin(Seconds(2)), 0);
 }
 
@@ -115,16 +111,13 @@ TEST_F(PixelAnimatorTest, TicksOnceForAllInStepAndOnlyWhileSomethingMovesInSight
 TEST_F(PixelAnimatorTest, StandsStillWhereLessMotionIsWanted) {
     motion.setReduced(true);
     PixelAnimator &working = mascot(SessionState::working);
-    PixelAnimator &asking = mascot(SessionState::needsInput);
     const PixelAnimator &finished = mascot(SessionState::done, scheduler.now());
     show();
     EXPECT_EQ(ticksWithin(Seconds(2)), 0);
     EXPECT_EQ(working.frame(), PixelArt::alienA());
-    EXPECT_EQ(asking.frame(), PixelArt::alienA());
     EXPECT_EQ(finished.frame(), PixelArt::alienDone());
     motion.setReduced(false);
     EXPECT_TRUE(changesWithin(working, Seconds(1)));
-    EXPECT_TRUE(changesWithin(asking, Seconds(1)));
     motion.setReduced(true);
     EXPECT_EQ(ticksWithin(Seconds(2)), 0);
 }

@@ -22,17 +22,14 @@ protected:
     UsageBarsTest() {
         motion.setReduced(true);
         context.actions.onRefreshUsage = [this] { ++refreshes; };
+        m_bars.setContentHeightBudget(480);
+        m_bars.resize(492, 200);
+        m_bars.show();
     }
 
     UsageBars &bars() {
-        if (!m_bars) {
-            m_bars = std::make_unique<UsageBars>(context, nullptr);
-            m_bars->setContentHeightBudget(480);
-            m_bars->resize(492, 200);
-            m_bars->show();
-        }
-        m_bars->refresh();
-        return *m_bars;
+        m_bars.refresh();
+        return m_bars;
     }
 
     template <typename Widget>
@@ -61,7 +58,7 @@ protected:
     int refreshes = 0;
 
 private:
-    std::unique_ptr<UsageBars> m_bars;
+    UsageBars m_bars{context, nullptr};
 };
 
 TEST_F(UsageBarsTest, ATabIsThereWhileItHasSomethingToShow) {
