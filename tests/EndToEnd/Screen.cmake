@@ -12,7 +12,6 @@ target_link_libraries(end_to_end_support
   PRIVATE morvane_options Qt6::Network)
 
 add_executable(screen_tests
-  NotchScreenTest.cpp
   OnScreen.h
   ProgramOnScreen.h
   ScreenTest.cpp

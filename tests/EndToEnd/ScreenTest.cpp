@@ -229,5 +229,32 @@ TEST_F(ScreenTest, ARightClickOpensTheMenuAndTheTerminalKeepsTheFocus) {
     EXPECT_EQ(program->wait(), 0);
 }
 
+/// On a display that is said to have a notch.
+class NotchScreenTest : public ScreenTest {
+protected:
+    void startAll() override {
+        movePointerAway();
+        ASSERT_NO_FATAL_FAILURE(startTerminal());
+        program = start({NOTCHED_MORVANE, "200x32"});
+        ASSERT_TRUE(becomesClosed());
+    }
+
+    bool becomesClosed() const {
+        return waitUntil([this] { return tab() == QRect(444, 0, 392, 32); });
+    }
+};
+
+TEST_F(NotchScreenTest, OpensUnderTheRestingPointerAgainAndAgain) {
+    for (int round = 0; round < 2; ++round) {
+        display->movePointer({640, 5});
+        EXPECT_TRUE(waitUntil([this] { return tab().width() >= 550; }));
+        EXPECT_TRUE(terminalHasKeyboard());
+        // On the panel, beside the notch: a movement that comes after a rest.
+        display->movePointer(tab().bottomLeft() + QPoint(40, -20));
+        movePointerAway();
+        EXPECT_TRUE(becomesClosed());
+    }
+}
+
 } // namespace
 } // namespace morvane
