@@ -95,5 +95,17 @@ TEST(StartTest, TakesNoFolderThatIsNotNamedFromTheRootOn) {
     EXPECT_FALSE(QFile::exists(home.path("relative")));
 }
 
+TEST(StartTest, OutlivesALimitOfWhatAFileMayHold) {
+    ProgramHome home;
+    ChildProcess program({"sh", "-c", "ulimit -f 0 && exec \"$0\"", MORVANE}, home.environment());
+    EXPECT_TRUE(waitUntil(
+        [&] { return !QDir(home.path("run")).entryList({"*.socket"}, QDir::System).isEmpty(); }));
+    // Answered once it has begun to write.
+    ChildProcess second({MORVANE}, home.environment());
+    EXPECT_EQ(second.wait(), 0);
+    program.terminate();
+    EXPECT_EQ(program.wait(), 0);
+}
+
 } // namespace
 } // namespace morvane
