@@ -60,7 +60,7 @@ protected:
                         folder.write("morvane.mjs", text->toUtf8())},
             environment,
             R"({"sessions": )" + sessions + R"(, "steps": )" + steps + R"(, "environments": )" +
-                environments + "}");
+                environments + R"(, "limit": )" + limit + "}");
     }
 
     static void expectSilence(ChildProcess &process) {
@@ -94,6 +94,7 @@ protected:
 
     TemporaryHome folder;
     QProcessEnvironment environment;
+    QByteArray limit = "30000"; ///< milliseconds, for all that the plugin gives a limit
 };
 
 TEST_F(OpenCodePlugin, TellsOfATurnInOrderAndKeepsCallingWhileAnotherToolStarts) {
@@ -191,8 +192,9 @@ TEST_F(OpenCodePlugin, SaysNothingToAnotherUser) {
 }
 
 TEST_F(OpenCodePlugin, HoldsNothingUpWhenNobodyListensOrAnswers) {
-    expectSilence(*start(CapturingListener(std::nullopt).port(), wholeTurn));
+    expectSilence(*start(portWithoutServer(), wholeTurn));
     CapturingListener listener(std::nullopt);
+    limit = "null"; // its own
     const auto unanswered = start(listener.port(), wholeTurn);
     EXPECT_EQ(unanswered->readLine(), "told");
     EXPECT_NE(listener.take().requestLine, "");

@@ -1,10 +1,11 @@
 // Loads a plugin as OpenCode does, and takes it through the steps that stand on the standard input:
 // {"sessions": {ID: SESSION}, "steps": [[HOOK, ARGUMENT...] or [EVENT, PROPERTIES]],
-// "environments": [{NAME: VALUE}]}, in each of the environments. A session may have "said" something.
+// "environments": [{NAME: VALUE}], "limit": MILLISECONDS}, in each of the environments, with that
+// limit in place of its own, since what doesn't come in time is lost. A session may have "said" something.
 // Says whether the hooks have returned at once, and when the plugin is ready to end.
 import { readFileSync } from "node:fs";
 
-const { sessions, steps, environments } = JSON.parse(readFileSync(0, "utf8"));
+const { sessions, steps, environments, limit } = JSON.parse(readFileSync(0, "utf8"));
 const { Morvane } = await import(process.argv[2]);
 const message = (said) => ({ info: { role: "assistant" }, parts: [{ type: "text", text: said }] });
 const client = {
@@ -14,6 +15,8 @@ const client = {
     },
 };
 const inherited = process.env;
+const { setTimeout } = globalThis;
+globalThis.setTimeout = (end, own) => setTimeout(end, limit ?? own);
 for (const environment of environments) {
     process.env = { ...inherited, ...environment };
     const hooks = await Morvane({ client, directory: "/projects/asteroids" });
