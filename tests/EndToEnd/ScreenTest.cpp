@@ -126,6 +126,12 @@ TEST_P(ManagedScreenTest, AnswersByTheKeyboardAloneWhichTheTerminalHasBackThen) 
     display->press("Return");
     EXPECT_EQ(hook->outputAtEnd(), allowAnswer);
     EXPECT_TRUE(isOpen());
+    // So does a digit.
+    ASSERT_TRUE(waitUntil([this] { return !find("button", "Deny"); }));
+    const auto next = ask();
+    ASSERT_TRUE(waitUntil([this] { return find("button", "Deny").has_value(); }));
+    display->press("ctrl+2");
+    EXPECT_EQ(next->outputAtEnd(), allowAnswer);
     display->press("Escape");
     EXPECT_TRUE(waitUntil([this] { return terminalHasKeyboard(); }));
     EXPECT_EQ(display->type("typed")->wait(), 0);
@@ -173,8 +179,6 @@ TEST_F(ScreenTest, OpensThePanelWhenStartedAgain) {
     EXPECT_EQ(display->type("morvane")->wait(), 0);
     EXPECT_EQ(start({MORVANE})->wait(), 0);
     EXPECT_TRUE(waitUntil([this] { return isOpen() && find("button", "Allow"); }));
-    display->press("ctrl+2");
-    EXPECT_EQ(hook->outputAtEnd(), allowAnswer);
     EXPECT_TRUE(waitUntil([this] { return display->focusedTitle() == "Morvane Settings"; }));
     EXPECT_TRUE(program->isRunning());
 }
@@ -213,7 +217,6 @@ TEST_F(ScreenTest, ARightClickOpensTheMenuAndTheTerminalKeepsTheFocus) {
     };
     openMenu();
     movePointerAway();
-    EXPECT_TRUE(isOpen());
     display->press("Escape");
     EXPECT_TRUE(waitUntil([&] { return !hasMenu() && !isOpen(); }));
 

@@ -49,6 +49,14 @@ protected:
         return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
     }
 
+    /// A client is listed until it has heard of it.
+    void detach(const QString &session) const {
+        tmux({"detach-client", "-s", session});
+        EXPECT_TRUE(waitUntil([&] {
+            return !tmux({"list-clients", "-F", "#{client_session}"}).contains(session);
+        }));
+    }
+
     QString ttyOf(const PaneLocator &pane) const {
         return tmux({"display-message", "-p", "-t", *pane.tmux, "#{pane_tty}"});
     }
@@ -116,12 +124,12 @@ TEST_F(TmuxTest, AJumpSelectsThePaneAndComesToTheTerminalThatShowsIt) {
     EXPECT_EQ(jumped(), QStringList{"show " + second});
 
     // What no terminal shows comes into the only one there is.
-    tmux({"detach-client", "-s", "two"});
+    detach("two");
     EXPECT_EQ(jumped(), QStringList{"show " + first});
     EXPECT_EQ(tmux({"list-clients", "-F", "#{pane_id}"}), *other.tmux);
     destination.ttyName = first; // which the pane hasn't
     EXPECT_EQ(jumped(), QStringList({"show " + first, "show " + first}));
-    tmux({"detach-client", "-s", "two"});
+    detach("two");
     destination.ttyName = ttyOf(other);
     EXPECT_EQ(jumped(), QStringList{"launch com.googlecode.iterm2"});
 }
@@ -147,9 +155,11 @@ TEST_F(TmuxTest, WhatRunsInATerminalWithinThePaneIsFoundAndOfferedNoReply) {
     EXPECT_TRUE(becomesTrue([&] { return windows.deeds.size() == 2; }));
     EXPECT_EQ(windows.deeds, QStringList({"show " + *session.ttyName, "show " + client}));
 
+    QFile::remove(m_folder.path("id"));
     session.pane = open({"new-session", "-d", "-s", "two"},
                         "echo $$ >" + m_folder.path("id") + "; exec sleep 600");
     session.ttyName = ttyOf(session.pane);
+    EXPECT_TRUE(becomesTrue([&] { return m_folder.read("id").endsWith('\n'); }));
     EXPECT_TRUE(becomesTrue([&] { return canReply(); }));
 }
 
@@ -160,7 +170,10 @@ TEST_F(TmuxTest, RepliesArriveAsTheyAreOneAfterTheOther) {
         open({"new-session", "-d", "-s", "one"},
              "stty raw -echo; printf '\\033[?2004h'; exec cat >" + m_folder.path("typed"));
     session.ttyName = ttyOf(session.pane);
-    EXPECT_TRUE(becomesTrue([&] { return QFile::exists(m_folder.path("typed")); }));
+    EXPECT_TRUE(becomesTrue([&] {
+        return tmux({"display-message", "-p", "-t", *session.pane.tmux,
+                     "#{pane_current_command}"}) == "cat";
+    }));
     // Somebody looks back in the pane, where keys mean something else.
     tmux({"copy-mode", "-t", *session.pane.tmux});
     ManualScheduler pauses;

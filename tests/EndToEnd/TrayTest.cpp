@@ -122,8 +122,13 @@ TEST_F(TrayTest, ComesBackWithATrayAndKeepsItsMenuTrueWhileThatIsOpen) {
     EXPECT_TRUE(becomesTrue([this] { return menu().lines.contains("  Codex"); }));
     // A host that draws no menus asks for it.
     const auto windows = [this] {
-        const auto search = start({"xdotool", "search", "--onlyvisible", "--class", "^morvane$"});
-        return search->outputAtEnd().value_or(QByteArray()).count('\n');
+        std::optional<QByteArray> found;
+        EXPECT_TRUE(waitUntil([&] {
+            found = start({"xdotool", "search", "--onlyvisible", "--class", "^morvane$"})
+                        ->outputAtEnd();
+            return found.has_value();
+        }));
+        return found.value_or(QByteArray()).count('\n');
     };
     const auto before = windows();
     auto asked = QDBusMessage::createMethodCall(tray->item, "/StatusNotifierItem",

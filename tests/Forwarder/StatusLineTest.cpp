@@ -2,7 +2,6 @@
 #include "HookProcess.h"
 #include "Support/TemporaryHome.h"
 
-#include <chrono>
 #include <fstream>
 #include <memory>
 #include <sys/stat.h>
@@ -184,9 +183,7 @@ TEST(StatusLineLimits, LetItBeShownWithoutAServerOrAnswer) {
     for (const Carrier carrier : {Carrier::Client, Carrier::Curl}) {
         for (const std::uint16_t port : {portWithoutServer(), holding.port()}) {
             HookProcess script(carrier, port, {"/bin/sh"}, "statusline.sh");
-            const auto start = std::chrono::steady_clock::now();
             expectLine(script.run({}, large), "a");
-            EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(15));
         }
     }
 }

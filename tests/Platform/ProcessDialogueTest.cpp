@@ -1,6 +1,6 @@
 #include "Platform/Linux/ProcessDialogue.h"
 
-#include "Platform/RaisedDescriptorLimit.h"
+#include "Platform/RaiseLowDescriptorLimit.h"
 #include "Support/IsGone.h"
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"

@@ -58,7 +58,12 @@ private:
             return {argument.value<QDBusObjectPath>().path()};
         }
         if (const auto map = argument.value<QDBusArgument>(); map.currentSignature() == "a{ss}") {
-            return qdbus_cast<QMap<QString, QString>>(map).values();
+            QStringList result;
+            const auto texts = qdbus_cast<QMap<QString, QString>>(map);
+            for (auto text = texts.cbegin(); text != texts.cend(); ++text) {
+                result += text.key() + '=' + text.value();
+            }
+            return result;
         }
         return argument.typeId() == QMetaType::QStringList ? argument.toStringList()
                                                            : QStringList(argument.toString());

@@ -130,7 +130,7 @@ TEST(ProgramReleases, AreThoseThatRunningProgramsOnceWere) {
     clock.setClock(Seconds(-3600));
     EXPECT_EQ(of(codex, program, process), "0.169.0") << "a clock that was set back";
     put("0.171.0");
-    home.write("cli/cli.js", "new");
+    home.writeEarlier("cli/cli.js", "new"); // at another time, however quick this is
     EXPECT_EQ(of(codex, program, process), "0.169.0");
     EXPECT_EQ(of(codex, "", process), "0.169.0");
     EXPECT_EQ(of(claude, program, process), "none");

@@ -155,6 +155,7 @@ TEST_F(AgentSettingsFileTest, LeavesAloneWhatItMayNotChangeOrCannotBackUpOrHandl
     QDir().mkpath(path);
     EXPECT_EQ(failure(append("2")), "~/agent/settings.json could not be read: Invalid argument");
     QDir().rmdir(path);
+    QDir().rmdir(path + ".morvane-backup");
     // To open it would wait for a writer that never comes.
     ASSERT_EQ(mkfifo(path.toUtf8(), 0600), 0);
     EXPECT_EQ(file.read(), std::nullopt);

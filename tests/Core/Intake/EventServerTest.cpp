@@ -144,20 +144,20 @@ TEST_F(EventServerTest, AnswersInTheFormOfTheReleaseThatRunsThoughItsProgramIsGo
     const TemporaryHome home;
     const QString program = home.write("claude/2.1.332/claude");
     const std::string body = R"({"session_id":"s","tool_name":"Bash","tool_use_id":"t"})";
-    const auto isOfTheRelease = [&](const char *process) {
+    const auto isToldAs = [&](const char *form, const char *process) {
         HttpClient hook = parked(eventRequest({{"x-hook-event", "PermissionRequest"},
                                                {"x-morvane-decision", "1"},
                                                {"x-morvane-program", program.toStdString()},
                                                {"x-morvane-process", process}},
                                               body));
         server->resolve("t", AgentDecision::allowRemembering(AgentDecision::Scope::session));
-        return hook.receiveAll().find("\"addRules\"") != std::string::npos;
+        return hook.receiveAll().find(form) != std::string::npos;
     };
-    EXPECT_TRUE(isOfTheRelease(""));
-    EXPECT_TRUE(isOfTheRelease("12 34 56"));
+    EXPECT_TRUE(isToldAs("\"addRules\"", ""));
+    EXPECT_TRUE(isToldAs("\"addRules\"", "12 34 56"));
     QFile::remove(program);
-    EXPECT_TRUE(isOfTheRelease("12 34 56"));
-    EXPECT_FALSE(isOfTheRelease("12 35 56"));
+    EXPECT_TRUE(isToldAs("\"addRules\"", "12 34 56"));
+    EXPECT_TRUE(isToldAs("\"remembering\"", "12 35 56"));
 }
 
 TEST_F(EventServerTest, ClosesWithoutAWordWhatIsNoRequest) {

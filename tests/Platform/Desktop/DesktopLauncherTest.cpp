@@ -1,7 +1,7 @@
 #include "Platform/Linux/Desktop/DesktopLauncher.h"
 
 #include "Platform/Linux/Desktop/DesktopEntry.h"
-#include "Platform/RaisedDescriptorLimit.h"
+#include "Platform/RaiseLowDescriptorLimit.h"
 #include "Support/Printing.h"
 #include "Support/TemporaryHome.h"
 #include "Support/WaitUntil.h"

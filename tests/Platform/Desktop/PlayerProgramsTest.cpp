@@ -1,6 +1,6 @@
 #include "Platform/Linux/Desktop/PlayerPrograms.h"
 
-#include "Platform/RaisedDescriptorLimit.h"
+#include "Platform/RaiseLowDescriptorLimit.h"
 #include "Support/IsGone.h"
 #include "Support/ManualScheduler.h"
 #include "Support/Printing.h"

@@ -44,8 +44,8 @@ public:
         }
         answers[root + " Get(org.freedesktop.Secret.Service,Collections)"] = {
             variant(QVariant::fromValue(Paths{QDBusObjectPath(session), QDBusObjectPath(login)}))};
-        answers[session + " SearchItems(agent)"] = {QVariant::fromValue(Paths())};
-        answers[login + " SearchItems(agent)"] = {QVariant::fromValue(items)};
+        answers[session + " SearchItems(service=agent)"] = {QVariant::fromValue(Paths())};
+        answers[login + " SearchItems(service=agent)"] = {QVariant::fromValue(items)};
         answers[root + " OpenSession(plain,)"] = {variant(""), QVariant::fromValue(exchange)};
     }
 

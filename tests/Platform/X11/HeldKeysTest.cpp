@@ -57,7 +57,7 @@ private:
     std::unique_ptr<X11HeldKeys> heldKeys;
 };
 
-TEST_F(HeldKeysTest, AKeyThatIsHeldIsLetGoOnce) {
+TEST_F(HeldKeysTest, AKeyThatIsHeldIsNotLetGoMeanwhile) {
     ASSERT_TRUE(takeKeyboard());
     hold("Return");
     EXPECT_TRUE(becomesTrue([this] { return heard.presses >= 3; }));

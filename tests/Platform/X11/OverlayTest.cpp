@@ -40,7 +40,10 @@ TEST_P(ManagedOverlayTest, StaysAboveOnEveryDesktopAndTakesNoFocus) {
     const auto other = openTerminal("other");
     ASSERT_TRUE(becomesTrue([this] { return display->focusedTitle() == "other"; }));
     EXPECT_TRUE(becomesTrue([this] { return isOnTop(); }));
+    X11FullscreenWindows films(*x11);
+    films.follow();
     display->press("alt+Return");
+    ASSERT_TRUE(becomesTrue([&] { return !films.areas().isEmpty(); }));
     EXPECT_TRUE(becomesTrue([this] { return isOnTop(); }));
     // A window manager may take the focus away for a moment while it fills the screen; one that
     // we had taken would stay away.
@@ -137,6 +140,8 @@ TEST_P(ManagedOverlayTest, KeepsTheKeyboardWhileAKeyIsHeldThatAnotherProgramHas)
                                            XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
     ASSERT_EQ(xcb_request_check(other.get(), grab), nullptr);
     const auto hold = [&] {
+        while (const XcbReply<xcb_generic_event_t> old{xcb_poll_for_event(other.get())}) {
+        }
         display->run({"xdotool", "keydown", QString::number(heldKey)});
         // Once it repeats, it is held for longer than Qt waits.
         return becomesTrue([&, presses = 0]() mutable {
