@@ -93,7 +93,7 @@ const AgentAdapter &adapter(AgentKind kind, std::optional<AgentRelease> release)
     const auto releases = AgentReleases::all();
     const auto found = std::ranges::find_if(releases, [&](const Listed &listed) {
         return release && listed.agent == kind && !(*release < listed.from) &&
-               *release < listed.before;
+               release->major == listed.from.major;
     });
     return found == releases.end()
                ? adapter(kind)

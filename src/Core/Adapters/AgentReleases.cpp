@@ -9,7 +9,6 @@ std::span<const Listed> all() {
         // Tried: 2.1.197, 2.1.331, 2.1.332.
         Listed{AgentKind::claude,
                {2, 1, 197},
-               {3, 0, 0},
                {.remembering = AgentContract::Remembering::ruleUpdate,
                 .subagentsAsk = true,
                 .planTool = QLatin1String("ExitPlanMode"),
@@ -21,7 +20,6 @@ std::span<const Listed> all() {
         // Tried: 0.169.0, 0.171.0.
         Listed{AgentKind::codex,
                {0, 169, 0},
-               {1, 0, 0},
                {.waitsAtSessionEnd = true,
                 .reviewsHooks = true,
                 .everyPhaseCounts = true,
@@ -37,7 +35,6 @@ std::span<const Listed> all() {
         // Tried: 0.61.0.
         Listed{AgentKind::gemini,
                {0, 61, 0},
-               {1, 0, 0},
                {.hookTimeUnit = AgentContract::TimeUnit::milliseconds,
                 .hasAsyncHooks = false,
                 .tellsLastWords = true,
@@ -45,18 +42,16 @@ std::span<const Listed> all() {
         // Tried: 0.24.4. Its events are Claude Code's, so it has an adapter of another kind too.
         Listed{AgentKind::qwen,
                {0, 24, 4},
-               {1, 0, 0},
                {.hasPromptsOfItsOwn = true,
                 .asksAfterHook = true,
                 .tellsLastWords = true,
                 .interruptsByHangUp = true,
                 .endsTurnsInTranscript = true}},
         // Tried: 2.117.0, without a terminal.
-        Listed{AgentKind::codebuddy, {2, 117, 0}, {3, 0, 0}, {.tellsLastWords = true}},
+        Listed{AgentKind::codebuddy, {2, 117, 0}, {.tellsLastWords = true}},
         // Tried: 0.225.2.
         Listed{AgentKind::factory,
                {0, 225, 2},
-               {1, 0, 0},
                {.tellsWhoElseAsks = true, .endsTurnsInTranscript = true}},
     };
     return releases;

@@ -13,12 +13,11 @@
 /// belongs here is found out by running it. Safe from any thread.
 namespace morvane::AgentReleases {
 
-/// The releases from the first of them that was tried up to the one that nobody can vouch for any
-/// more: the next that the agent's maker gives a new major number.
+/// The releases from the first of them that was tried up to the next that the agent's maker gives a
+/// new major number, which nobody can vouch for any more.
 struct Listed {
     AgentKind agent;
     AgentRelease from;
-    AgentRelease before;
     AgentContract contract;
 };
 

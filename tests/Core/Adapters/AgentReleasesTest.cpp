@@ -31,7 +31,8 @@ TEST(AgentReleases, HaveTheFormThatTheyAreListedWith) {
         EXPECT_TRUE(adapter.contract() == listed.contract);
         EXPECT_TRUE(AgentReleases::program(listed.agent));
         const AgentAdapter &base = AgentRegistry::adapter(listed.agent);
-        for (const Release &other : {Release(), Release(listed.before), Release({0, 0, 1})}) {
+        const AgentRelease next{listed.from.major + 1};
+        for (const Release &other : {Release(), Release(next), Release({0, 0, 1})}) {
             EXPECT_EQ(&AgentRegistry::adapter(listed.agent, other), &base);
         }
     }
@@ -94,6 +95,7 @@ TEST(ProgramReleases, AreToldByThePackageOrThePath) {
         {codex, "npm/@openai/codex-linux-x64/vendor/x86_64-linux-musl/bin/codex", "0.169.0"},
         {codex, ".codex/releases/0.169.0-x86_64-unknown-linux-musl/bin/codex", "0.169.0"},
         {factory, "npm/@factory/cli-linux-x64/bin/droid", "0.225.2"},
+        {codex, "npm/@openai/codex-linux-x64/1/2/3/4/5/codex", "0.169.0"},
         {codex, "npm/other/codex", "none"},
         {codex, ".asdf/installs/nodejs/0.200.1/bin/node", "none"},
         {codex, "1.99999999999.3/codex", "none"}};

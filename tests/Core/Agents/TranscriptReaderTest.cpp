@@ -180,12 +180,14 @@ TEST(TranscriptReader, KnowsATurnOfCodexThatHasFailed) {
 }
 
 TEST_F(TranscriptFileTest, FindsAnInterruptionOfClaudeOnlyWhereClaudeHasNotedIt) {
-    const auto turnAfter = [this](const QByteArray &content) {
+    const auto turnAfter = [this](const QByteArray &content, const char *next = "") {
         const QByteArray line = R"({"type":"user","message":{"content":)" + content + "}}";
-        return readBy(AgentKind::claude, {claudeText("Working."), line}).turn;
+        return readBy(AgentKind::claude, {claudeText("Working."), line, next}).turn;
     };
     const QByteArray note = "\"[Request interrupted by user for tool use]\"";
-    EXPECT_EQ(turnAfter(R"([{"type":"text","text":)" + note + "}]"), Turn::interrupted);
+    for (const char *next : {"", R"({"type":"user"})", R"({"type":"progress","message":{}})"}) {
+        EXPECT_EQ(turnAfter(R"([{"type":"text","text":)" + note + "}]", next), Turn::interrupted);
+    }
     EXPECT_EQ(turnAfter(note), Turn::running);
     EXPECT_EQ(turnAfter(R"([{"type":"tool_result","content":)" + note + "}]"), Turn::running);
 }

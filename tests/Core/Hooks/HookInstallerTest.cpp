@@ -239,6 +239,11 @@ TEST_F(HookInstallerTest, TakesTheStatusLineOnlyFromNobody) {
         EXPECT_EQ(root(claude)["statusLine"], other);
         EXPECT_FALSE(QFile::exists(script));
     }
+    // Settings that are away for a moment may come back.
+    connect(claude);
+    QFile::remove(home.path(place(claude)));
+    disconnect(claude);
+    EXPECT_TRUE(QFile::exists(script));
 }
 
 TEST_F(HookInstallerTest, SeesThatAnAgentRunsNoHooks) {

@@ -100,7 +100,7 @@ TEST_F(SettingsReturnTest, KnowsItsHooksWithoutTheCommentsAroundThem) {
     const std::array<QByteArray, 2> cases[] = {
         {tables, "a = 1\n# theirs\n[[hooks]]\nevent = 'Stop'\ncommand = 'bell'\n[b]\nc = 'é'\n"},
         {inlined + "]\n", "hooks = [{event = 'é', command = 'bell'},\n  ]\n"},
-        {"hooks = [{command = '.morvane/hook.sh'}, {command = '.morvane/hook.sh x'}]\n",
+        {"hooks = [{command = '.morvane/hook.sh'}, {command = '.morvane/hook.sh x'}]",
          "hooks = []\n"},
         // As an older version has left it, which Kimi can't read.
         {"hooks = []\n\n" + connected.mid(connected.indexOf("# >>>")), "hooks = []\n"},

@@ -90,11 +90,13 @@ TEST_F(TomlHooksTest, TakesOutABlockThatHasLostItsEnd) {
         disconnect(kimi);
         EXPECT_EQ(text(kimi).toStdString(), "a = 1\n\n# theirs\n[c]\r\nd = 3\n");
     }
-    // In a string it is no beginning.
+    // In a string it is no beginning, and elsewhere there is no telling.
     const QByteArray quoted = "s = '''\n# >>> morvane:begin\n'''\n";
-    write(kimi, quoted + endless);
-    EXPECT_NE(failure(installer(kimi)->uninstall()), "");
-    EXPECT_EQ(text(kimi), quoted + endless);
+    for (const QByteArray &kept : {quoted + endless, QByteArray("# >>> morvane:begin\nb =\n")}) {
+        write(kimi, kept);
+        EXPECT_NE(failure(installer(kimi)->uninstall()), "");
+        EXPECT_EQ(text(kimi), kept);
+    }
 }
 
 } // namespace

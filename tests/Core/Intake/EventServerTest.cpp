@@ -92,6 +92,16 @@ TEST_F(EventServerTest, BelievesOnlyAProcessThatThereCanBe) {
     }
 }
 
+TEST_F(EventServerTest, TakesTheLastByteByItself) {
+    const std::string request = eventRequest({}, sessionStart);
+    HttpClient client(port());
+    client.send(request.substr(0, request.size() - 1));
+    // By its answer the server has read what came before.
+    EXPECT_EQ(httpExchange(port(), request), okAnswer);
+    client.send(request.substr(request.size() - 1));
+    EXPECT_EQ(client.receiveAll(), okAnswer);
+}
+
 TEST_F(EventServerTest, TakesItsPortAgainWhileConnectionsWindDown) {
     const std::uint16_t before = port();
     EXPECT_EQ(httpExchange(before, eventRequest({}, "{}")), okAnswer);

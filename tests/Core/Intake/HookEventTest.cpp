@@ -50,11 +50,12 @@ TEST(HookEvent, IsReadAsTheReleaseMeansIt) {
     EXPECT_EQ(decode(task, "PreToolUse")->taskDescription, "Look around");
     EXPECT_FALSE(decode(QByteArray(task).replace("Task", "task"), "PreToolUse")->launchesSubagent);
 
-    const auto call = [&codex](const QByteArray &input) {
-        const QByteArray body = R"({"session_id":"s","tool_name":"Bash","tool_input":)" + input;
-        return HookEvent::decode(codex, "PreToolUse", body + "}", {})->call;
+    const auto call = [&codex](const QByteArray &tool, const QByteArray &input) {
+        const QByteArray body = R"({"session_id":"s","tool_name":")" + tool + R"(","tool_input":)";
+        return HookEvent::decode(codex, "PreToolUse", body + input + "}", {})->call;
     };
-    EXPECT_NE(call("\"ls\""), call("\"make\""));
+    EXPECT_NE(call("Bash", "\"ls\""), call("Bash", "\"make\""));
+    EXPECT_NE(call("Bash", "\"ls\""), call("Run", "\"ls\""));
 }
 
 TEST(HookEvent, TakesTheLastWordsByTheNameThatTheAgentHasForThem) {

@@ -61,8 +61,8 @@ TEST_F(AgentProcessesTest, KnowsAnAgentThatHasToldOnlyOnce) {
     scheduler.advance(Seconds(5));
     agents.forget("a");
     // Known by now, whatever becomes of its sessions.
-    tell("b", agent);
     processes.end(agent);
+    tell("b", agent);
     EXPECT_EQ(ended, QStringList{"b"});
 
     // But not without end: there are machines that don't tell.

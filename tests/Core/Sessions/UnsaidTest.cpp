@@ -335,6 +335,16 @@ TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
     finishRead({{}, {}, {}, {}, {}, Turn::interrupted});
     EXPECT_EQ(session().state, idle);
     EXPECT_FALSE(session().pendingExternalResponse);
+    // So does what it waits for in the background.
+    tell(claude, "Stop", R"("background_tasks":[{"type":"subagent"}])");
+    EXPECT_EQ(session().pendingAgents, 1);
+    scheduler.advance(Seconds(1));
+    finishRead({{}, {}, {}, {}, {}, Turn::interrupted});
+    EXPECT_EQ(session().pendingAgents, 0);
+    Session over;
+    over.state = done;
+    EXPECT_EQ(SessionTransition::turnGone(over, SessionTransition::TurnEnd::interrupted, {}).write,
+              SessionTransition::Write::nothing);
 
     // An end that was written before the prompt was of an older turn.
     for (const auto &[before, state] : {std::pair(Seconds(2.1), working), {Seconds(1.9), idle}}) {
@@ -368,8 +378,11 @@ TEST_F(UnsaidTest, ATurnWhoseAgentWaitsIsLookedAtEverLessOften) {
     scheduler.advance(Seconds(10));
     finishRead();
     EXPECT_EQ(scheduler.timersDueIn(Seconds(1)), 1u);
-    scheduler.setClock(Seconds(3600));
+    scheduler.setClock(Seconds(9));
     scheduler.advance(Seconds(1));
+    EXPECT_EQ(scheduler.timersDueIn(Seconds(2)), 1u);
+    scheduler.setClock(Seconds(3600));
+    scheduler.advance(Seconds(2));
     EXPECT_EQ(scheduler.timersDueIn(Seconds(15)), 1u);
     tell(claude, "PreToolUse", make);
     scheduler.advance(Seconds(600));
