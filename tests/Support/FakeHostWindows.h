@@ -9,7 +9,7 @@ namespace morvane {
 /// Programs and windows of the test's own. It writes down what is asked of it, and answers at once.
 class FakeHostWindows : public HostWindows {
 public:
-    bool canFocusWindows() const override { return false; }
+    bool canFocusWindows() const override { return letsFocus; }
     void find(const QString &bundleID, Found found) override {
         found(tellsWindows ? std::optional(running.value(bundleID)) : std::nullopt);
     }
@@ -21,6 +21,7 @@ public:
         shown(isHere ? Showing::shown : otherwise);
     }
 
+    bool letsFocus = false;
     bool tellsWindows = true;
     QStringList deeds;
     QMap<QString, QList<HostWindow>> running; ///< by their bundle identifiers
