@@ -40,6 +40,13 @@ Stage::Stage(Screen screen) {
         use(transcripts.value(path));
     };
     PanelActions actions;
+    actions.onDecide = [this](const QString &sessionID, const AgentDecision &decision) {
+        m_store.decide(sessionID, decision);
+    };
+    actions.onAnswer = [this](const QString &sessionID, const QString &question,
+                              const QString &option) {
+        m_store.answer(sessionID, question, option);
+    };
     actions.onRenameCommit = [this](const QString &cwd, const QString &name) {
         m_store.renameCwd(cwd, name);
     };
