@@ -41,6 +41,7 @@ const QByteArray wholeTurn = R"([
     ["tool.execute.before", {"tool": "read", "sessionID": "ses_1"}, {"args": {}}],
     ["permission.replied", {"requestID": "per_1", "sessionID": "ses_1", "reply": "once"}],
     ["tool.execute.before", {"tool": "read", "sessionID": "ses_1"}, {"args": {}}],
+    ["chat.message", {}, {}],
     ["session.idle", {"sessionID": "ses_1"}],
     ["session.deleted", {"info": {"id": "ses_1"}}]
 ])";

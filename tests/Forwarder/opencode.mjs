@@ -1,7 +1,8 @@
 // Loads a plugin as OpenCode does, and takes it through the steps that stand on the standard input:
 // {"sessions": {ID: SESSION}, "steps": [[HOOK, ARGUMENT...] or [EVENT, PROPERTIES]],
 // "environments": [{NAME: VALUE}], "limit": MILLISECONDS}, in each of the environments, with that
-// limit in place of its own, since what doesn't come in time is lost. A session may have "said" something.
+// limit, if there is one, in place of its own: what doesn't come in time is lost. A session may have
+// "said" something.
 // Says whether the hooks have returned at once, and when the plugin is ready to end.
 import { readFileSync } from "node:fs";
 

@@ -24,7 +24,8 @@ TEST_F(StoreTest, MovesThroughItsStates) {
         return std::array{state, state, state, state, state, state};
     };
     const auto agents = EventBuilder(Kind::turnEnd).background({"shell", "workflow"});
-    const EventBuilder stop(Kind::subagentStop), end(Kind::sessionEnd);
+    const EventBuilder stop(Kind::subagentStop);
+    const EventBuilder end(Kind::sessionEnd);
     // Events, and what is after each from no session, and from one in each of the states below. A
     // dash: nothing happens at all.
     const std::tuple<const char *, EventBuilder, std::array<const char *, 6>> rows[] = {

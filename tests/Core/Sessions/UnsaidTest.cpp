@@ -335,16 +335,6 @@ TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
     finishRead({{}, {}, {}, {}, {}, Turn::interrupted});
     EXPECT_EQ(session().state, idle);
     EXPECT_FALSE(session().pendingExternalResponse);
-    // So does what it waits for in the background.
-    tell(claude, "Stop", R"("background_tasks":[{"type":"subagent"}])");
-    EXPECT_EQ(session().pendingAgents, 1);
-    scheduler.advance(Seconds(1));
-    finishRead({{}, {}, {}, {}, {}, Turn::interrupted});
-    EXPECT_EQ(session().pendingAgents, 0);
-    Session over;
-    over.state = done;
-    EXPECT_EQ(SessionTransition::turnGone(over, SessionTransition::TurnEnd::interrupted, {}).write,
-              SessionTransition::Write::nothing);
 
     // An end that was written before the prompt was of an older turn.
     for (const auto &[before, state] : {std::pair(Seconds(2.1), working), {Seconds(1.9), idle}}) {
@@ -370,6 +360,19 @@ TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
     apply(EventBuilder(Kind::promptSubmit).with(&HookEvent::transcriptPath, "/t"));
     scheduler.advance(Seconds(120));
     EXPECT_TRUE(running.empty());
+}
+
+TEST_F(UnsaidTest, AnInterruptionEndsWhatTheTurnWaitsForAndNoTurnThatIsOver) {
+    tell(claude, "Stop", R"("transcript_path":"/t","background_tasks":[{"type":"subagent"}])");
+    EXPECT_EQ(session().pendingAgents, 1);
+    scheduler.advance(Seconds(1));
+    finishRead({{}, {}, {}, {}, {}, Turn::interrupted});
+    EXPECT_EQ(session().state, idle);
+    EXPECT_EQ(session().pendingAgents, 0);
+    Session over;
+    over.state = done;
+    EXPECT_EQ(SessionTransition::turnGone(over, SessionTransition::TurnEnd::interrupted, {}).write,
+              SessionTransition::Write::nothing);
 }
 
 TEST_F(UnsaidTest, ATurnWhoseAgentWaitsIsLookedAtEverLessOften) {
