@@ -80,7 +80,7 @@ constexpr const char *nodeServer = R"(exec timeout 120 node -e '
 int main() {
     NoMainLoop main;
     EventServer server(QStringLiteral("TOKEN"), 0, {.onEvent = [](const HookEvent &) {}}, main);
-    if (server.start()) {
+    if (!server.start()) {
         return 1;
     }
     EpollServer bare;

@@ -37,7 +37,7 @@ void leastRewrite(const TemporaryHome &home) {
     const QByteArray text = home.read(settingsPath);
     const auto root = nlohmann::json::parse(text.begin(), text.end(), nullptr, false);
     WholeFile file(home.path(QStringLiteral(".claude/other.json")));
-    if (file.write(QByteArray::fromStdString(root.dump(2)))) {
+    if (!file.write(QByteArray::fromStdString(root.dump(2)))) {
         std::abort();
     }
 }

@@ -182,7 +182,7 @@ private:
         NoMainLoop main;
         EventServer server(QString::fromStdString(token), 0, {.onEvent = [](const HookEvent &) {}},
                            main);
-        if (server.start()) {
+        if (!server.start()) {
             std::_Exit(1);
         }
         const std::uint16_t port = server.boundPort();

@@ -41,7 +41,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (installer->isInstalled()) {
         return 0;
     }
-    if (installer->install()) {
+    if (!installer->install()) {
         require(adapter.kind() == AgentKind::kimi && home.read(place) == text);
         return 0;
     }
@@ -49,9 +49,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (adapter.kind() == AgentKind::kimi) {
         const auto before = TomlHookEntries::find(text);
         const auto after = TomlHookEntries::find(home.read(place));
-        require(!before.failure() && !after.failure());
+        require(before && after);
         require(before->othersMeaning == after->othersMeaning);
     }
-    require(!installer->uninstall() && home.read(place) == text);
+    require(installer->uninstall() && home.read(place) == text);
     return 0;
 }

@@ -139,16 +139,17 @@ void AppController::takeEvent(const HookEvent &event) {
 }
 
 void AppController::startServer() {
-    std::optional<Failure> failure;
+    Result<void> started;
     try {
         m_server = makeServer();
-        failure = m_server->start();
+        started = m_server->start();
     } catch (const std::system_error &error) { // no descriptor or no thread is left for it
-        failure = Failure{QString::fromLocal8Bit(error.what())};
+        started = Failure{QString::fromLocal8Bit(error.what())};
     }
-    if (failure) {
+    if (!started) {
         m_server.reset();
-        m_connections.setLastingError(tr("Event server failed to start: %1").arg(failure->message));
+        m_connections.setLastingError(
+            tr("Event server failed to start: %1").arg(started.error().message));
     }
 }
 
@@ -277,8 +278,9 @@ void AppController::releaseWhoeverWaits() {
 
 void AppController::setLaunchAtLogin(bool enabled) {
     LoginItem &item = *m_platform.loginItem;
-    if (const auto failure = enabled ? item.registerItem() : item.unregisterItem()) {
-        m_connections.setLastError(tr("Launch-at-login change failed: %1").arg(failure->message));
+    if (const auto changed = enabled ? item.registerItem() : item.unregisterItem(); !changed) {
+        m_connections.setLastError(
+            tr("Launch-at-login change failed: %1").arg(changed.error().message));
     }
     m_connections.refreshStatus();
 }
@@ -361,11 +363,12 @@ void AppController::dismissPanels() {
 QString AppController::removeEverything() {
     // An entry that starts nothing any more goes with the others.
     const bool wasAtLogin = m_platform.loginItem->isEnabled();
-    const auto failure = m_platform.loginItem->unregisterItem();
+    const auto removed = m_platform.loginItem->unregisterItem();
     QStringList report = m_connections.removeAll();
-    if (failure || wasAtLogin) {
+    if (!removed || wasAtLogin) {
         const QString name = tr("login item");
-        report << (failure ? AgentConnections::couldNotRemove(name, failure->message) : name);
+        report << (removed ? name
+                           : AgentConnections::couldNotRemove(name, removed.error().message));
     }
     // What may go on until the program is quit: nobody is asked for anything any more.
     m_updates.discard();

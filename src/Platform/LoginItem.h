@@ -1,8 +1,6 @@
 #pragma once
 
-#include "Platform/Failure.h"
-
-#include <optional>
+#include "Platform/Result.h"
 
 namespace morvane {
 
@@ -19,10 +17,10 @@ public:
     virtual bool isEnabled() const = 0;
 
     /// Has the program started at every login from now on, from where it runs at this moment.
-    [[nodiscard]] virtual std::optional<Failure> registerItem() = 0;
+    virtual Result<void> registerItem() = 0;
 
     /// Has the program started at no login from now on. Nothing to do is no failure.
-    [[nodiscard]] virtual std::optional<Failure> unregisterItem() = 0;
+    virtual Result<void> unregisterItem() = 0;
 };
 
 } // namespace morvane

@@ -21,18 +21,18 @@ namespace morvane {
 class FakeLoginItem : public LoginItem {
 public:
     bool isEnabled() const override { return enabled; }
-    std::optional<Failure> registerItem() override { return change(true); }
-    std::optional<Failure> unregisterItem() override { return change(false); }
+    Result<void> registerItem() override { return change(true); }
+    Result<void> unregisterItem() override { return change(false); }
 
     bool enabled = false;
-    std::optional<Failure> failure;
+    Result<void> outcome;
 
 private:
-    std::optional<Failure> change(bool wanted) {
-        if (!failure) {
+    Result<void> change(bool wanted) {
+        if (outcome) {
             enabled = wanted;
         }
-        return failure;
+        return outcome;
     }
 };
 

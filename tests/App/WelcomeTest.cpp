@@ -66,7 +66,7 @@ TEST_F(WelcomeTest, WalksANewcomerThroughNamedControlsToAConnectedAgent) {
     // The desktop says that it has a tray when the welcome has long been there.
     statusItemHost().setPresent(true);
     EXPECT_TRUE(reads("Click the alien in the tray, or press"));
-    static_cast<FakeLoginItem &>(*platform.loginItem).failure = Failure{"the disk is full"};
+    static_cast<FakeLoginItem &>(*platform.loginItem).outcome = Failure{"the disk is full"};
     shownControl<QAbstractButton>(*window, "Launch at login")->click();
     EXPECT_TRUE(reads("Launch-at-login change failed: the disk is full"));
     button("Done")->click();

@@ -18,7 +18,7 @@
 namespace {
 
 using namespace morvane;
-using Outcome = std::optional<Failure>;
+using Outcome = Result<void>;
 
 std::unique_ptr<HookInstaller> installer(const char *agent) {
     static const MorvaneSettings settings(Defaults::standard());
@@ -34,13 +34,12 @@ Outcome writeDefaults(const char *) {
     defaults.flush();
     const Defaults stored(Defaults::folder(), QStringLiteral("io.morvane.morvane"));
     const bool isStored = stored.value(key) == defaults.value(key);
-    return isStored ? std::nullopt : std::optional(Failure{QStringLiteral("not stored")});
+    return isStored ? Outcome() : Failure{QStringLiteral("not stored")};
 }
 
 Outcome keepUpdate(const char *) {
     const auto kept = UpdatePackage::keep(QByteArray(200'000, 'd'), QStringLiteral("2.0"));
-    const auto *failure = kept.failure();
-    return failure ? std::optional(*failure) : std::nullopt;
+    return kept ? Outcome() : kept.error();
 }
 
 AutostartEntry autostart() {
@@ -63,9 +62,9 @@ int main(int argc, char **argv) {
     if (writer == writers.end()) {
         return 2;
     }
-    const auto failure = writer->second(argc > 2 ? argv[2] : "");
-    if (failure) {
-        QTextStream(stderr) << failure->message << '\n';
+    const Outcome written = writer->second(argc > 2 ? argv[2] : "");
+    if (!written) {
+        QTextStream(stderr) << written.error().message << '\n';
     }
-    return failure ? 1 : 0;
+    return written ? 0 : 1;
 }

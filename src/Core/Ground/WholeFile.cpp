@@ -89,7 +89,7 @@ int WholeFile::open() {
 /// Not everyone may give a file away, so that is only tried where it is needed. A group that isn't
 /// ours, as a container may leave one, makes way for our own, which gets no more than everybody
 /// had. The permission bits come last: they also bound what an access list grants.
-std::optional<Failure> WholeFile::resemble(const QByteArray &model) const {
+Result<void> WholeFile::resemble(const QByteArray &model) const {
     struct stat own {};
     struct stat other {};
     if (::fstat(m_file, &own) != 0 || ::stat(model.constData(), &other) != 0) {
@@ -107,26 +107,26 @@ std::optional<Failure> WholeFile::resemble(const QByteArray &model) const {
     if (const int error = FileAttributes::copy(model, m_file)) {
         return Failure{tr("its attributes can't be kept: %1").arg(systemFailure(error).message)};
     }
-    return ::fchmod(m_file, mode) == 0 ? std::nullopt : std::optional(systemFailure(errno));
+    return ::fchmod(m_file, mode) == 0 ? Result<void>() : systemFailure(errno);
 }
 
-std::optional<Failure> WholeFile::fill(const QByteArray &content) {
+Result<void> WholeFile::fill(const QByteArray &content) {
     if (const int error = open()) {
         return systemFailure(error);
     }
     if (m_model) {
-        if (auto failure = resemble(QFile::encodeName(*m_model))) {
-            return failure;
+        if (const auto resembling = resemble(QFile::encodeName(*m_model)); !resembling) {
+            return resembling;
         }
     }
     if (m_mode && ::fchmod(m_file, *m_mode) != 0) {
         return systemFailure(errno);
     }
     const int error = writeAll(m_file, content);
-    return error == 0 ? std::nullopt : std::optional(systemFailure(error));
+    return error == 0 ? Result<void>() : systemFailure(error);
 }
 
-std::optional<Failure> WholeFile::commit() {
+Result<void> WholeFile::commit() {
     // Before it has its name: what is open for writing can't be started, and it may be a script
     // that an agent is just about to run.
     ::close(std::exchange(m_file, -1));
@@ -136,12 +136,12 @@ std::optional<Failure> WholeFile::commit() {
         return systemFailure(error);
     }
     syncFolder(m_path);
-    return std::nullopt;
+    return {};
 }
 
-std::optional<Failure> WholeFile::write(const QByteArray &content) {
-    const auto failure = fill(content);
-    return failure ? failure : commit();
+Result<void> WholeFile::write(const QByteArray &content) {
+    const auto filled = fill(content);
+    return filled ? commit() : filled;
 }
 
 } // namespace morvane

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Failure.h"
+#include "Platform/Result.h"
 
 #include <QByteArray>
 #include <QCoreApplication>
@@ -33,15 +33,15 @@ public:
     /// than everybody.
     void setModel(const QString &model) { m_model = model; }
 
-    [[nodiscard]] std::optional<Failure> fill(const QByteArray &content);
-    [[nodiscard]] std::optional<Failure> commit();
+    Result<void> fill(const QByteArray &content);
+    Result<void> commit();
 
     /// `fill` and `commit`.
-    [[nodiscard]] std::optional<Failure> write(const QByteArray &content);
+    Result<void> write(const QByteArray &content);
 
 private:
     int open();
-    std::optional<Failure> resemble(const QByteArray &model) const;
+    Result<void> resemble(const QByteArray &model) const;
 
     QString m_path;
     QByteArray m_temporary;

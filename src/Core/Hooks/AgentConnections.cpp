@@ -44,7 +44,7 @@ std::optional<QString> whyUnknownIn(const AgentAdapter &adapter, const Health &h
         return AgentConnections::tr("%1 could not be read").arg(path);
     }
     const bool isUnderstood =
-        isToml ? !TomlHookEntries::find(*content).failure() : content->trimmed().isEmpty();
+        isToml ? static_cast<bool>(TomlHookEntries::find(*content)) : content->trimmed().isEmpty();
     return !isUnderstood && content->contains(mark)
                ? std::optional(AgentConnections::tr("%1 could not be understood").arg(path))
                : std::nullopt;
@@ -64,8 +64,8 @@ std::optional<QString> replacementOf(const QString &path, const QByteArray &befo
 
 QString returnNotifications(const HookInstaller &installer, const QString &agent) {
     const QString name = AgentConnections::tr("suppression of %1's own notifications").arg(agent);
-    const auto failure = installer.returnNotifications();
-    return failure ? AgentConnections::couldNotRemove(name, failure->message) : name;
+    const auto returned = installer.returnNotifications();
+    return returned ? name : AgentConnections::couldNotRemove(name, returned.error().message);
 }
 
 /// None when there is nothing to remove.
@@ -194,38 +194,39 @@ void AgentConnections::repairHooks(AgentKind kind) {
 }
 
 void AgentConnections::perform(const AgentAdapter &form, const QString &failed,
-                               std::optional<Failure> (HookInstaller::*operation)() const) {
+                               Result<void> (HookInstaller::*operation)() const) {
     const AgentKind kind = form.kind();
     const QString why = whyUnknown(kind);
-    const auto failure = change(form, operation);
+    const auto changed = change(form, operation);
     refreshStatus();
     // Nothing was there to be done, as far as anybody can tell.
-    if (!failure && !why.isEmpty() && why == whyUnknown(kind)) {
+    if (changed && !why.isEmpty() && why == whyUnknown(kind)) {
         m_outcome = why;
     }
-    setLastError(failure ? std::optional(failed.arg(displayName(kind), failure->message))
-                         : std::nullopt);
+    setLastError(changed ? std::nullopt
+                         : std::optional(failed.arg(displayName(kind), changed.error().message)));
 }
 
-std::optional<Failure> AgentConnections::change(
-    const AgentAdapter &form,
-    const std::function<std::optional<Failure>(const HookInstaller &)> &operation) {
+Result<void>
+AgentConnections::change(const AgentAdapter &form,
+                         const std::function<Result<void>(const HookInstaller &)> &operation) {
     const QString path = form.integrationPath();
     const auto before = RegularFile::whole(path);
-    const auto failure = operation(*makeInstaller(form));
-    m_outcome = before && !failure ? replacementOf(path, *before) : std::nullopt;
-    return failure;
+    const auto changed = operation(*makeInstaller(form));
+    m_outcome = before && changed ? replacementOf(path, *before) : std::nullopt;
+    return changed;
 }
 
 void AgentConnections::setNotificationsSuppressed(bool suppressed) {
     m_notificationsSuppressed = suppressed;
     emit statusChanged();
     for (const AgentAdapter *adapter : mutableAgents()) {
-        if (const auto failure = change(*adapter, [=](const HookInstaller &installer) {
-                return installer.setNotificationsSuppressed(suppressed);
-            })) {
+        const auto changed = change(*adapter, [=](const HookInstaller &installer) {
+            return installer.setNotificationsSuppressed(suppressed);
+        });
+        if (!changed) {
             setLastError(tr("Updating %1's settings failed: %2")
-                             .arg(displayName(adapter->kind()), failure->message));
+                             .arg(displayName(adapter->kind()), changed.error().message));
         }
     }
     refreshStatus();
@@ -237,9 +238,9 @@ void AgentConnections::renewDecidable() {
         if (!form.supportsDecisions()) {
             continue;
         }
-        if (const auto failure = makeInstaller(form)->install()) {
+        if (const auto installed = makeInstaller(form)->install(); !installed) {
             setLastError(tr("Couldn't update %1's hooks: %2")
-                             .arg(displayName(adapter->kind()), failure->message));
+                             .arg(displayName(adapter->kind()), installed.error().message));
             m_settings.setApprovalsEnabled(false);
         }
     }
@@ -318,9 +319,10 @@ QStringList AgentConnections::removeAll() {
         }
         const QString name = tr("%1 hooks").arg(displayName(adapter->kind()));
         if (installer->hasTraces()) {
-            const auto failure = installer->removeTraces();
-            const bool isGone = !failure && !installer->hasTraces();
-            report << (isGone ? name : couldNotRemove(name, failure.value_or(Failure()).message));
+            const auto removed = installer->removeTraces();
+            const bool isGone = removed && !installer->hasTraces();
+            const QString why = removed ? QString() : removed.error().message;
+            report << (isGone ? name : couldNotRemove(name, why));
         } else if (const auto why =
                        whyUnknownIn(*adapter, installer->health(), HookPlan::hookScriptMarker)) {
             report << couldNotRemove(name, *why);

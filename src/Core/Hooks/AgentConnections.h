@@ -3,7 +3,7 @@
 #include "Core/Adapters/ProgramReleases.h"
 #include "Core/Agents/AgentKind.h"
 #include "Core/Hooks/Health.h"
-#include "Platform/Failure.h"
+#include "Platform/Result.h"
 #include "Platform/Scheduler.h"
 
 #include <QHash>
@@ -120,11 +120,10 @@ private:
     std::vector<const AgentAdapter *> connectedAgents() const;
     /// `failed` is the sentence for a failure, of the agent's name and the reason.
     void perform(const AgentAdapter &form, const QString &failed,
-                 std::optional<Failure> (HookInstaller::*operation)() const);
+                 Result<void> (HookInstaller::*operation)() const);
     /// Keeps what there is to tell of settings that have made way.
-    std::optional<Failure>
-    change(const AgentAdapter &form,
-           const std::function<std::optional<Failure>(const HookInstaller &)> &operation);
+    Result<void> change(const AgentAdapter &form,
+                        const std::function<Result<void>(const HookInstaller &)> &operation);
     void scheduleNewAgentCheck();
     void checkForNewAgents();
     void markAgentsKnown(const std::vector<const AgentAdapter *> &adapters);

@@ -38,14 +38,14 @@ std::optional<json> AgentJsonFile::root(std::optional<QByteArray> &content) cons
     return root;
 }
 
-std::optional<Failure> AgentJsonFile::edit(const Edit &edit) const {
+Result<void> AgentJsonFile::edit(const Edit &edit) const {
     return m_file.rewrite([&](auto content) -> Changed {
         auto before = root(content);
         return before ? changed(content, std::move(before), edit) : std::nullopt;
     });
 }
 
-std::optional<Failure> AgentJsonFile::editOrCreate(const Edit &edit) const {
+Result<void> AgentJsonFile::editOrCreate(const Edit &edit) const {
     return m_file.rewrite([&](auto content) {
         auto before = root(content);
         return changed(content, std::move(before), edit);

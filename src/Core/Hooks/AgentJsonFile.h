@@ -43,11 +43,11 @@ public:
     using Edit = std::function<bool(nlohmann::json &root)>;
 
     /// Rewrites the file. One that can't be understood is left alone.
-    [[nodiscard]] std::optional<Failure> edit(const Edit &edit) const;
+    Result<void> edit(const Edit &edit) const;
 
     /// Rewrites the file, or makes one. One that can't be understood makes way for a new one, and
     /// is kept beside it.
-    [[nodiscard]] std::optional<Failure> editOrCreate(const Edit &edit) const;
+    Result<void> editOrCreate(const Edit &edit) const;
 
 private:
     using Changed = Result<std::optional<AgentSettingsChange>>;

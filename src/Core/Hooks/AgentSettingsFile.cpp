@@ -68,7 +68,7 @@ bool AgentSettingsFile::isFile() const {
 }
 
 /// What is in a file that can't be read may be ours as well: it is not one without any of it.
-std::optional<Failure> AgentSettingsFile::rewrite(const Edit &edit) const {
+Result<void> AgentSettingsFile::rewrite(const Edit &edit) const {
     for (int attempt = 0; attempt < mostAttempts; ++attempt) {
         const std::optional<QByteArray> before = read();
         if (!before && isFile()) {
@@ -78,19 +78,19 @@ std::optional<Failure> AgentSettingsFile::rewrite(const Edit &edit) const {
             return cannotRead(m_path, systemFailure(errno));
         }
         const Result<std::optional<AgentSettingsChange>> edited = edit(before);
-        if (const auto *failure = edited.failure()) {
-            return *failure;
+        if (!edited) {
+            return edited.error();
         }
         const std::optional<AgentSettingsChange> &change = *edited;
         if (!change) {
-            return std::nullopt;
+            return {};
         }
         const Result<Outcome> outcome = replace(before, *change);
-        if (const auto *failure = outcome.failure()) {
-            return *failure;
+        if (!outcome) {
+            return outcome.error();
         }
         if (*outcome == Outcome::done) {
-            return std::nullopt;
+            return {};
         }
     }
     return cannotWrite(m_path, {tr("another program keeps changing it")});
@@ -117,15 +117,16 @@ AgentSettingsFile::replace(const std::optional<QByteArray> &before,
         // Whoever made it so wants it to stay as it is.
         return cannotWrite(m_path, {tr("it is read-only")});
     }
-    if (const auto failure = keepCopies(target, before, change)) {
+    if (const auto kept = keepCopies(target, before, change); !kept) {
         if (read() != before) {
             return Outcome::overtaken;
         }
-        return before ? Failure{tr("%1 could not be backed up: %2").arg(m_path, failure->message)}
-                      : cannotWrite(m_path, *failure);
+        return before
+                   ? Failure{tr("%1 could not be backed up: %2").arg(m_path, kept.error().message)}
+                   : cannotWrite(m_path, kept.error());
     }
-    Result<Outcome> outcome = put(target, before, change.content);
-    const bool isDone = !outcome.failure() && *outcome == Outcome::done;
+    const Result<Outcome> outcome = put(target, before, change.content);
+    const bool isDone = outcome && *outcome == Outcome::done;
     if (isDone && change.origin == AgentSettingsChange::Origin::returned) {
         m_origin.forget();
     }
@@ -146,26 +147,27 @@ std::optional<QString> AgentSettingsFile::unreadablePath(const QByteArray &conte
 }
 
 /// For each copy that makes way.
-std::optional<Failure> AgentSettingsFile::rescueComments(const std::optional<QByteArray> &before,
-                                                         const AgentSettingsChange &change) const {
+Result<void> AgentSettingsFile::rescueComments(const std::optional<QByteArray> &before,
+                                               const AgentSettingsChange &change) const {
     const bool isFirst = change.origin == AgentSettingsChange::Origin::taken;
     QByteArrayList staying{before.value_or(QByteArray())};
     if (!isFirst) {
         staying << SettingsOrigin::ownContent(m_origin.copyPath()).value_or(QByteArray());
     }
-    auto failure = isFirst ? m_comments.rescue(m_origin.copyPath(), staying) : std::nullopt;
-    if (!failure && before && change.backsUp) {
-        failure = m_comments.rescue(backupPath(), staying);
+    Result<void> rescued =
+        isFirst ? m_comments.rescue(m_origin.copyPath(), staying) : Result<void>();
+    if (rescued && before && change.backsUp) {
+        rescued = m_comments.rescue(backupPath(), staying);
     }
-    return failure;
+    return rescued;
 }
 
 /// None may be missing when the file changes.
-std::optional<Failure> AgentSettingsFile::keepCopies(const QString &target,
-                                                     const std::optional<QByteArray> &before,
-                                                     const AgentSettingsChange &change) const {
-    if (auto failure = rescueComments(before, change)) {
-        return failure;
+Result<void> AgentSettingsFile::keepCopies(const QString &target,
+                                           const std::optional<QByteArray> &before,
+                                           const AgentSettingsChange &change) const {
+    if (const auto rescued = rescueComments(before, change); !rescued) {
+        return rescued;
     }
     QStringList copies;
     if (before && change.backsUp) {
@@ -181,12 +183,12 @@ std::optional<Failure> AgentSettingsFile::keepCopies(const QString &target,
     for (const QString &copy : copies) {
         WholeFile file(copy);
         file.setModel(target);
-        if (auto failure = file.write(*before)) {
-            return failure;
+        if (const auto written = file.write(*before); !written) {
+            return written;
         }
     }
     const bool isFirst = change.origin == AgentSettingsChange::Origin::taken;
-    return isFirst ? m_origin.keep(before) : std::nullopt;
+    return isFirst ? m_origin.keep(before) : Result<void>();
 }
 
 Result<AgentSettingsFile::Outcome>
@@ -197,17 +199,17 @@ AgentSettingsFile::put(const QString &target, const std::optional<QByteArray> &b
     if (before) {
         file.setModel(target);
     }
-    auto failure = content ? file.fill(*content) : std::nullopt;
+    Result<void> written = content ? file.fill(*content) : Result<void>();
     if (read() != before) {
         return Outcome::overtaken;
     }
-    if (!failure && content) {
-        failure = file.commit();
-    } else if (!failure && ::unlink(QFile::encodeName(target).constData()) != 0) {
-        failure = systemFailure(errno);
+    if (written && content) {
+        written = file.commit();
+    } else if (written && ::unlink(QFile::encodeName(target).constData()) != 0) {
+        written = systemFailure(errno);
     }
-    if (failure) {
-        return cannotWrite(m_path, *failure);
+    if (!written) {
+        return cannotWrite(m_path, written.error());
     }
     return readBack(target, before, content);
 }

@@ -2,7 +2,7 @@
 
 #include "Core/Hooks/SettingsComments.h"
 #include "Core/Hooks/SettingsOrigin.h"
-#include "Platform/Failure.h"
+#include "Platform/Result.h"
 
 #include <QByteArray>
 #include <QCoreApplication>
@@ -67,7 +67,7 @@ public:
     /// Writes what `edit` makes of the content. The agent may write at any time: when the content
     /// has changed before ours could take its place, or right afterwards, it is edited again, three
     /// times at most. After a failure the file holds what it held, or what the agent has written.
-    [[nodiscard]] std::optional<Failure> rewrite(const Edit &edit) const;
+    Result<void> rewrite(const Edit &edit) const;
 
     /// Where what can't be understood is kept, once however often it comes; none where there is no
     /// place left.
@@ -83,11 +83,10 @@ private:
     QString backupPath() const;
     Result<Outcome> replace(const std::optional<QByteArray> &before,
                             const AgentSettingsChange &change) const;
-    std::optional<Failure> rescueComments(const std::optional<QByteArray> &before,
-                                          const AgentSettingsChange &change) const;
-    std::optional<Failure> keepCopies(const QString &target,
-                                      const std::optional<QByteArray> &before,
-                                      const AgentSettingsChange &change) const;
+    Result<void> rescueComments(const std::optional<QByteArray> &before,
+                                const AgentSettingsChange &change) const;
+    Result<void> keepCopies(const QString &target, const std::optional<QByteArray> &before,
+                            const AgentSettingsChange &change) const;
     Result<Outcome> put(const QString &target, const std::optional<QByteArray> &before,
                         const std::optional<QByteArray> &content) const;
     Result<Outcome> readBack(const QString &target, const std::optional<QByteArray> &before,

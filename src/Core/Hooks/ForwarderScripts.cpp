@@ -31,20 +31,20 @@ bool isExecutable(const QString &name) {
     return script.isFile() && script.isExecutable();
 }
 
-std::optional<Failure> makeScriptFolder() {
+Result<void> makeScriptFolder() {
     const QString folder = ForwarderScripts::folder();
     if (!QDir().mkpath(folder)) {
         return Failure{ForwarderScripts::tr("%1 could not be created").arg(folder)};
     }
     QFile::setPermissions(folder, folderMode);
-    return std::nullopt;
+    return {};
 }
 
-std::optional<Failure> writeExecutable(const QString &path, const QByteArray &content) {
+Result<void> writeExecutable(const QString &path, const QByteArray &content) {
     WholeFile file(path);
     file.setMode(scriptMode);
-    const auto failure = file.write(content);
-    return failure ? std::optional(cannotWrite(path, *failure)) : std::nullopt;
+    const auto written = file.write(content);
+    return written ? written : cannotWrite(path, written.error());
 }
 
 std::optional<QByteArray> builtIn(const QString &path) {
@@ -55,7 +55,7 @@ std::optional<QByteArray> builtIn(const QString &path) {
 /// Each with its processor's name. Written only where it differs: every rewrite would throw away
 /// what the system keeps of it in memory. A program for a processor that has none brings none. Qt
 /// would filter names by regular expressions, the first of which takes half a megabyte.
-std::optional<Failure> writeClients() {
+Result<void> writeClients() {
     const QDir clients(templates);
     for (const QString &name : clients.entryList()) {
         if (!name.startsWith(QLatin1String("forwarder-"))) {
@@ -70,11 +70,12 @@ std::optional<Failure> writeClients() {
         if (isCurrent) {
             continue;
         }
-        if (const auto failure = writeExecutable(pathOf(name), client.value_or(QByteArray()))) {
-            return failure;
+        const auto written = writeExecutable(pathOf(name), client.value_or(QByteArray()));
+        if (!written) {
+            return written;
         }
     }
-    return std::nullopt;
+    return {};
 }
 
 } // namespace
@@ -94,19 +95,19 @@ bool ForwarderScripts::isStatusLineScriptExecutable() {
     return isExecutable(statusLineScript);
 }
 
-std::optional<Failure> ForwarderScripts::writeHookScript() const {
-    if (const auto failure = makeScriptFolder()) {
-        return failure;
+Result<void> ForwarderScripts::writeHookScript() const {
+    if (const auto made = makeScriptFolder(); !made) {
+        return made;
     }
     // The client goes first: a script may find a client that is too new, but never one too old,
     // and it does not trust one that has been written to after the script.
-    if (const auto failure = writeClients()) {
-        return failure;
+    if (const auto written = writeClients(); !written) {
+        return written;
     }
     return writeScript(hookScript);
 }
 
-std::optional<Failure> ForwarderScripts::writeStatusLineScript() const {
+Result<void> ForwarderScripts::writeStatusLineScript() const {
     return writeScript(statusLineScript);
 }
 
@@ -125,13 +126,13 @@ Result<QString> ForwarderScripts::renderTemplate(const QString &name) const {
     return text;
 }
 
-std::optional<Failure> ForwarderScripts::writeScript(const QString &name) const {
+Result<void> ForwarderScripts::writeScript(const QString &name) const {
     const Result<QString> text = renderTemplate(name);
-    if (const auto *failure = text.failure()) {
-        return *failure;
+    if (!text) {
+        return text.error();
     }
-    if (const auto failure = makeScriptFolder()) {
-        return failure;
+    if (const auto made = makeScriptFolder(); !made) {
+        return made;
     }
     return writeExecutable(pathOf(name), text->toUtf8());
 }

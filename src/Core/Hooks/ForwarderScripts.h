@@ -1,12 +1,11 @@
 #pragma once
 
-#include "Platform/Failure.h"
+#include "Platform/Result.h"
 
 #include <QCoreApplication>
 #include <QString>
 
 #include <cstdint>
-#include <optional>
 
 namespace morvane {
 
@@ -26,10 +25,10 @@ public:
     static bool isStatusLineScriptExecutable();
 
     /// Writes `hook.sh`, and the client beside it where this machine's processor has one.
-    [[nodiscard]] std::optional<Failure> writeHookScript() const;
+    Result<void> writeHookScript() const;
 
     /// Writes `statusline.sh`.
-    [[nodiscard]] std::optional<Failure> writeStatusLineScript() const;
+    Result<void> writeStatusLineScript() const;
 
     /// Removes `statusline.sh`. Best effort.
     static void removeStatusLineScript();
@@ -38,7 +37,7 @@ public:
     Result<QString> renderTemplate(const QString &name) const;
 
 private:
-    std::optional<Failure> writeScript(const QString &name) const;
+    Result<void> writeScript(const QString &name) const;
 
     QString m_token;
     std::uint16_t m_port;

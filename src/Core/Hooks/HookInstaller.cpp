@@ -16,8 +16,8 @@ public:
     /// `refusal` is what `install` fails with.
     explicit UnsupportedTarget(QString refusal) : m_refusal(std::move(refusal)) {}
 
-    std::optional<Failure> install() const override { return Failure{m_refusal}; }
-    std::optional<Failure> uninstall() const override { return std::nullopt; }
+    Result<void> install() const override { return Failure{m_refusal}; }
+    Result<void> uninstall() const override { return {}; }
     void renew() const override {}
     bool isInstalled() const override { return false; }
     Health health() const override { return {}; }

@@ -2,14 +2,13 @@
 
 #include "Core/Hooks/AgentSettingsFile.h"
 #include "Core/Hooks/Health.h"
-#include "Platform/Failure.h"
+#include "Platform/Result.h"
 
 #include <QCoreApplication>
 
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <optional>
 
 namespace morvane {
 
@@ -36,10 +35,10 @@ public:
     virtual ~HookInstaller() = default;
 
     /// Writes our hooks, in place of whatever is there of ours.
-    [[nodiscard]] virtual std::optional<Failure> install() const = 0;
+    virtual Result<void> install() const = 0;
 
     /// Takes our hooks out. Settings that can't be understood are left alone.
-    [[nodiscard]] virtual std::optional<Failure> uninstall() const = 0;
+    virtual Result<void> uninstall() const = 0;
 
     /// Brings a connected agent up to date with the port, the token and this version. Best effort.
     virtual void renew() const = 0;
@@ -56,7 +55,7 @@ public:
     virtual bool hasTraces() const { return isInstalled(); }
 
     /// Takes all of that out.
-    [[nodiscard]] virtual std::optional<Failure> removeTraces() const { return uninstall(); }
+    virtual Result<void> removeTraces() const { return uninstall(); }
 
     /// Whether what is there of ours differs from what `install` would write. Always false of a
     /// plugin, which `renew` writes anew without asking.
@@ -66,17 +65,13 @@ public:
 
     /// Turns the agent's own desktop notifications off, or on. Nothing happens where the agent has
     /// no such setting. The value that it had isn't kept.
-    [[nodiscard]] virtual std::optional<Failure> setNotificationsSuppressed(bool) const {
-        return std::nullopt;
-    }
+    virtual Result<void> setNotificationsSuppressed(bool) const { return {}; }
 
     /// Whether they are off, and were not before our first write, as far as that is known.
     virtual bool hasSuppressedNotifications() const { return false; }
 
     /// Gives them back the value that they had then.
-    [[nodiscard]] virtual std::optional<Failure> returnNotifications() const {
-        return std::nullopt;
-    }
+    virtual Result<void> returnNotifications() const { return {}; }
 };
 
 } // namespace morvane

@@ -70,26 +70,27 @@ bool JsonHookTarget::takeOutOf(json &root) const {
 }
 
 /// The scripts come first: hooks that name nothing would be an error in the agent.
-std::optional<Failure> JsonHookTarget::install() const {
-    if (auto failure = m_scripts.writeHookScript()) {
-        return failure;
+Result<void> JsonHookTarget::install() const {
+    if (const auto written = m_scripts.writeHookScript(); !written) {
+        return written;
     }
-    const bool feeds = m_adapter.statusLineFeed().has_value();
-    if (auto failure = feeds ? m_scripts.writeStatusLineScript() : std::nullopt) {
-        return failure;
+    if (m_adapter.statusLineFeed()) {
+        if (const auto written = m_scripts.writeStatusLineScript(); !written) {
+            return written;
+        }
     }
     const bool isReviewed = m_adapter.reviewsPath().has_value();
     bool changes = false;
-    auto failure = m_settings.editOrCreate([&](json &root) {
+    const auto edited = m_settings.editOrCreate([&](json &root) {
         const json before = isReviewed ? root : json();
         putInto(root);
         changes = changes || root != before;
         return true;
     });
-    if (!failure && isReviewed && changes) {
+    if (edited && isReviewed && changes) {
         noteChange();
     }
-    return failure;
+    return edited;
 }
 
 /// The time that the file has from us: others may write it anew without changing a hook.
@@ -109,13 +110,13 @@ QDateTime JsonHookTarget::lastChange() const {
 }
 
 /// The forwarder stays, since other agents may use it.
-std::optional<Failure> JsonHookTarget::uninstall() const {
+Result<void> JsonHookTarget::uninstall() const {
     bool found = false;
-    const auto failure = m_settings.edit([&](json &root) { return found = takeOutOf(root); });
-    if (found && m_adapter.statusLineFeed() && !failure) {
+    const auto edited = m_settings.edit([&](json &root) { return found = takeOutOf(root); });
+    if (found && m_adapter.statusLineFeed() && edited) {
         ForwarderScripts::removeStatusLineScript();
     }
-    return failure;
+    return edited;
 }
 
 void JsonHookTarget::renew() const {
@@ -154,7 +155,7 @@ bool JsonHookTarget::hasTracesIn(const json &root) const {
 }
 
 /// The status line goes as well where there is no map of hooks.
-std::optional<Failure> JsonHookTarget::removeTraces() const {
+Result<void> JsonHookTarget::removeTraces() const {
     return m_settings.edit([&](json &root) {
         takeOutOf(root);
         return true;
@@ -227,10 +228,10 @@ bool JsonHookTarget::isMuted(const json &root) const {
 }
 
 /// Nothing happens where the agent has no such setting.
-std::optional<Failure> JsonHookTarget::setNotificationsSuppressed(bool suppressed) const {
+Result<void> JsonHookTarget::setNotificationsSuppressed(bool suppressed) const {
     const auto mute = m_adapter.notificationMute();
     if (!mute) {
-        return std::nullopt;
+        return {};
     }
     const std::string key = mute->key.toStdString();
     if (!suppressed) {
@@ -248,11 +249,11 @@ bool JsonHookTarget::hasSuppressedNotifications() const {
     return origin && !isMuted(*origin);
 }
 
-std::optional<Failure> JsonHookTarget::returnNotifications() const {
+Result<void> JsonHookTarget::returnNotifications() const {
     const auto mute = m_adapter.notificationMute();
     const auto origin = m_settings.origin();
     if (!mute || !origin) {
-        return std::nullopt;
+        return {};
     }
     const std::string key = mute->key.toStdString();
     return m_settings.edit([&](json &root) {

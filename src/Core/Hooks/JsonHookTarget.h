@@ -19,18 +19,18 @@ public:
     JsonHookTarget(const JsonHooks &place, AgentSettingsFile file, const AgentAdapter &adapter,
                    HookPlan plan, ForwarderScripts scripts, Defaults &defaults);
 
-    std::optional<Failure> install() const override;
-    std::optional<Failure> uninstall() const override;
+    Result<void> install() const override;
+    Result<void> uninstall() const override;
     void renew() const override;
     bool isInstalled() const override;
     const AgentAdapter *presentForm() const override;
     bool hasTraces() const override;
-    std::optional<Failure> removeTraces() const override;
+    Result<void> removeTraces() const override;
     bool hasStaleEntries() const override;
     Health health() const override;
-    std::optional<Failure> setNotificationsSuppressed(bool suppressed) const override;
+    Result<void> setNotificationsSuppressed(bool suppressed) const override;
     bool hasSuppressedNotifications() const override;
-    std::optional<Failure> returnNotifications() const override;
+    Result<void> returnNotifications() const override;
 
 private:
     OurJson ours() const;

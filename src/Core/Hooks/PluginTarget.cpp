@@ -12,29 +12,29 @@ namespace morvane {
 PluginTarget::PluginTarget(QString path, ForwarderScripts scripts)
     : m_path(std::move(path)), m_origin(m_path), m_scripts(std::move(scripts)) {}
 
-std::optional<Failure> PluginTarget::install() const {
+Result<void> PluginTarget::install() const {
     const Result<QString> text = m_scripts.renderTemplate(QStringLiteral("opencode-plugin.js"));
-    if (const auto *failure = text.failure()) {
-        return *failure;
+    if (!text) {
+        return text.error();
     }
     const bool isFirst = !QFileInfo(m_path).isSymbolicLink() && !isInstalled();
-    auto failure = isFirst ? m_origin.keep(std::nullopt) : std::nullopt;
-    if (!failure) {
+    Result<void> written = isFirst ? m_origin.keep(std::nullopt) : Result<void>();
+    if (written) {
         WholeFile file(m_path);
         file.setMode(0600); // the token is in it
-        failure = file.write(text->toUtf8());
+        written = file.write(text->toUtf8());
     }
-    return failure ? std::optional(cannotWrite(m_path, *failure)) : std::nullopt;
+    return written ? written : cannotWrite(m_path, written.error());
 }
 
-std::optional<Failure> PluginTarget::uninstall() const {
+Result<void> PluginTarget::uninstall() const {
     QFile file(m_path);
     const bool isRemoved = file.remove();
     if (!isRemoved && (QFileInfo(m_path).isSymbolicLink() || isInstalled())) {
         return Failure{tr("%1 could not be removed: %2").arg(m_path, file.errorString())};
     }
     m_origin.forget();
-    return std::nullopt;
+    return {};
 }
 
 void PluginTarget::renew() const {

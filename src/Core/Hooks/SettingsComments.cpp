@@ -66,11 +66,11 @@ QByteArrayList SettingsComments::commentsIn(const QByteArray &text) const {
     return result;
 }
 
-std::optional<Failure> SettingsComments::rescue(const QString &copyPath,
-                                                const QByteArrayList &staying) const {
+Result<void> SettingsComments::rescue(const QString &copyPath,
+                                      const QByteArrayList &staying) const {
     const auto copy = SettingsOrigin::ownContent(copyPath);
     if (!copy || staying.contains(*copy)) {
-        return std::nullopt;
+        return {};
     }
     const QString path = m_settingsPath + QLatin1String(".morvane-comments");
     const auto rescued = SettingsOrigin::ownContent(path);
@@ -84,7 +84,7 @@ std::optional<Failure> SettingsComments::rescue(const QString &copyPath,
                                    [&](const QByteArray &text) { return text.contains(comment); });
     };
     if (std::ranges::all_of(commentsIn(*copy), isHeld)) {
-        return std::nullopt;
+        return {};
     }
     WholeFile file(path);
     file.setModel(copyPath);

@@ -1,12 +1,10 @@
 #pragma once
 
-#include "Platform/Failure.h"
+#include "Platform/Result.h"
 
 #include <QByteArray>
 #include <QByteArrayList>
 #include <QString>
-
-#include <optional>
 
 namespace morvane {
 
@@ -21,8 +19,7 @@ public:
 
     /// To be called before the copy makes way for another. Nothing happens where each of its
     /// comments is in one of the texts that stay, or has been added before.
-    [[nodiscard]] std::optional<Failure> rescue(const QString &copyPath,
-                                                const QByteArrayList &staying) const;
+    Result<void> rescue(const QString &copyPath, const QByteArrayList &staying) const;
 
 private:
     QByteArrayList commentsIn(const QByteArray &text) const;

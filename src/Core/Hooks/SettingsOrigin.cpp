@@ -55,7 +55,7 @@ std::optional<QString> SettingsOrigin::madeFolder() const {
     return isOurs ? std::optional(QFile::decodeName(mark[0])) : std::nullopt;
 }
 
-std::optional<Failure> SettingsOrigin::keep(const std::optional<QByteArray> &bytes) const {
+Result<void> SettingsOrigin::keep(const std::optional<QByteArray> &bytes) const {
     const QString target = linkTarget(m_path);
     const QString missing = bytes ? QString() : firstMissingFolder(target);
     QDir().mkpath(QFileInfo(target).path());
@@ -63,12 +63,12 @@ std::optional<Failure> SettingsOrigin::keep(const std::optional<QByteArray> &byt
     if (bytes) {
         file.setModel(target);
     }
-    auto failure =
+    const auto written =
         file.write(bytes.value_or(QFile::encodeName(missing) + '\0' + QFile::encodeName(target)));
-    if (!failure) {
+    if (written) {
         QFile::remove(bytes ? markPath() : copyPath());
     }
-    return failure;
+    return written;
 }
 
 void SettingsOrigin::forget() const {

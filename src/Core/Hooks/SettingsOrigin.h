@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Failure.h"
+#include "Platform/Result.h"
 
 #include <QByteArray>
 #include <QString>
@@ -30,7 +30,7 @@ public:
 
     /// Keeps what is there now, in place of what was kept. Makes the folders of a file that isn't
     /// there yet.
-    [[nodiscard]] std::optional<Failure> keep(const std::optional<QByteArray> &bytes) const;
+    Result<void> keep(const std::optional<QByteArray> &bytes) const;
 
     /// What was kept has come back. The folders that were made for the file go where nothing else
     /// has come into them.

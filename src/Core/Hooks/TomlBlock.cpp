@@ -80,7 +80,7 @@ QByteArray withListBack(const QByteArray &text) {
         }
     }
     const QByteArray back = lines.join('\n');
-    return TomlHookEntries::find(back).failure() ? others.join('\n') : back;
+    return TomlHookEntries::find(back) ? back : others.join('\n');
 }
 
 QByteArray withoutLineFeeds(QByteArray text) {
@@ -94,11 +94,11 @@ QByteArray withoutLineFeeds(QByteArray text) {
 /// then.
 QByteArray strippingEntries(const QByteArray &text) {
     const auto found = TomlHookEntries::find(text);
-    if (found.failure() || found->ours == 0) {
+    if (!found || found->ours == 0) {
         return text;
     }
     const auto left = TomlHookEntries::find(found->withoutOurs);
-    const bool isSame = !left.failure() && left->othersMeaning == found->othersMeaning;
+    const bool isSame = left && left->othersMeaning == found->othersMeaning;
     return isSame ? found->withoutOurs : text;
 }
 
@@ -107,14 +107,14 @@ QByteArray strippingEntries(const QByteArray &text) {
 /// something else then, such as where a string has such a line.
 QByteArray strippingBeginnings(const QByteArray &text) {
     const auto before = TomlHookEntries::find(text);
-    if (before.failure() || before->ours > 0) {
+    if (!before || before->ours > 0) {
         return text;
     }
     QByteArrayList lines = text.split('\n');
     lines.removeIf([](const QByteArray &line) { return blockHead().contains(line.trimmed()); });
     const QByteArray result = lines.join('\n');
     const auto after = TomlHookEntries::find(result);
-    return !after.failure() && after->othersMeaning == before->othersMeaning ? result : text;
+    return after && after->othersMeaning == before->othersMeaning ? result : text;
 }
 
 /// What is not ours, without line feeds at its end.
@@ -153,7 +153,7 @@ bool isInstalled(const QByteArray &text) {
         return false;
     }
     const auto found = TomlHookEntries::find(text);
-    return !found.failure() && found->ours > 0;
+    return found && found->ours > 0;
 }
 
 /// Beside a block that isn't the plan's there may be more of ours than the block, or a block that
@@ -164,16 +164,16 @@ bool isStale(const QByteArray &text, const HookPlan &plan) {
         return true;
     }
     const auto found = TomlHookEntries::find(text);
-    return found.failure() ? !install(text, plan).failure()
-                           : found->ours != plan.installedEvents().size();
+    return found ? found->ours != plan.installedEvents().size()
+                 : static_cast<bool>(install(text, plan));
 }
 
 Result<QByteArray> install(const QByteArray &text, const HookPlan &plan) {
     QByteArray others = othersIn(text);
     // A line feed may only be the second half of a line's end; the first alone ends none.
     const auto before = TomlHookEntries::find(text.endsWith('\r') ? text : others + '\n');
-    if (const auto *failure = before.failure()) {
-        return *failure;
+    if (!before) {
+        return before.error();
     }
     using enum TomlHookEntries::Form;
     if (before->form == list) {
@@ -190,7 +190,7 @@ Result<QByteArray> install(const QByteArray &text, const HookPlan &plan) {
     }
     const QByteArray result = (others.isEmpty() ? others : others + "\n\n") + tomlBlock(plan);
     const auto after = TomlHookEntries::find(result);
-    if (after.failure() || after->othersMeaning != before->othersMeaning ||
+    if (!after || after->othersMeaning != before->othersMeaning ||
         after->ours != plan.installedEvents().size()) {
         return Failure{Words::tr("config.toml would not say the same any more")};
     }

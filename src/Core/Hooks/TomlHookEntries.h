@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Failure.h"
+#include "Platform/Result.h"
 
 #include <QByteArray>
 #include <QCoreApplication>

@@ -22,8 +22,7 @@ TomlHookTarget::TomlHookTarget(AgentSettingsFile file, HookPlan plan, ForwarderS
 
 /// What was read, or what is there a moment later where that isn't whole.
 std::optional<QByteArray> TomlHookTarget::settled(std::optional<QByteArray> content) const {
-    const bool isWhole =
-        !content || (!content->isEmpty() && !TomlHookEntries::find(*content).failure());
+    const bool isWhole = !content || (!content->isEmpty() && TomlHookEntries::find(*content));
     auto later = isWhole ? std::nullopt : m_file.readAgain();
     return later ? later : content;
 }
@@ -32,16 +31,16 @@ QByteArray TomlHookTarget::text() const {
     return settled(m_file.read()).value_or(QByteArray());
 }
 
-std::optional<Failure> TomlHookTarget::install() const {
-    if (auto failure = m_scripts.writeHookScript()) {
-        return failure;
+Result<void> TomlHookTarget::install() const {
+    if (const auto written = m_scripts.writeHookScript(); !written) {
+        return written;
     }
     return m_file.rewrite([&](const auto &content) -> Result<std::optional<AgentSettingsChange>> {
         using enum AgentSettingsChange::Origin;
         const QByteArray text = settled(content).value_or(QByteArray());
         const auto installed = TomlBlock::install(text, m_plan);
-        if (const auto *failure = installed.failure()) {
-            return *failure;
+        if (!installed) {
+            return installed.error();
         }
         if (*installed == text) {
             return std::nullopt;
@@ -55,7 +54,7 @@ std::optional<Failure> TomlHookTarget::install() const {
 }
 
 /// A file of nothing but our block is left empty, unless we have made it.
-std::optional<Failure> TomlHookTarget::uninstall() const {
+Result<void> TomlHookTarget::uninstall() const {
     return m_file.rewrite([&](const auto &content) -> Result<std::optional<AgentSettingsChange>> {
         const QByteArray text = settled(content).value_or(QByteArray());
         const QByteArray left = TomlBlock::uninstall(text);
@@ -79,7 +78,7 @@ std::optional<Failure> TomlHookTarget::uninstall() const {
 /// Whether a text of which that is left without ours is what we have made of the origin.
 bool TomlHookTarget::isOrigin(const SettingsOrigin::Content &origin, const QByteArray &left) const {
     const auto ours = TomlBlock::install(origin.bytes.value_or(QByteArray()), m_plan);
-    return !ours.failure() && TomlBlock::uninstall(*ours) == left;
+    return ours && TomlBlock::uninstall(*ours) == left;
 }
 
 void TomlHookTarget::renew() const {

@@ -16,8 +16,8 @@ class TomlHookTarget : public HookInstaller {
 public:
     TomlHookTarget(AgentSettingsFile file, HookPlan plan, ForwarderScripts scripts);
 
-    std::optional<Failure> install() const override;
-    std::optional<Failure> uninstall() const override;
+    Result<void> install() const override;
+    Result<void> uninstall() const override;
     void renew() const override;
     bool isInstalled() const override;
     bool hasStaleEntries() const override;

@@ -53,7 +53,7 @@ EventServer::~EventServer() {
     m_thread.stop();
 }
 
-std::optional<Failure> EventServer::start() {
+Result<void> EventServer::start() {
     QString lastError = tr("No free port");
     for (unsigned offset = 0; offset < candidateCount; ++offset) {
         const unsigned port = m_preferredPort + offset;
@@ -68,7 +68,7 @@ std::optional<Failure> EventServer::start() {
         m_boundPort = m_acceptor.local_endpoint(ignored).port();
         asio::post(m_listenerQueue, [this] { waitForConnections(); });
         m_thread.start();
-        return std::nullopt;
+        return {};
     }
     return Failure{lastError};
 }

@@ -7,7 +7,7 @@
 #include "Core/Intake/EventConnection.h"
 #include "Core/Intake/HookEvent.h"
 #include "Core/Intake/IoThread.h"
-#include "Platform/Failure.h"
+#include "Platform/Result.h"
 
 #include <QByteArray>
 #include <QCoreApplication>
@@ -63,8 +63,8 @@ public:
     static std::size_t unfinishedLimit();
 
     /// Binds the preferred port, or the next free one of the 20 above it, and begins to serve.
-    /// Returns why the last of them could not be bound, or nothing.
-    [[nodiscard]] std::optional<Failure> start();
+    /// Fails with the reason why the last of them could not be bound.
+    Result<void> start();
 
     /// The port that was really bound; 0 before.
     std::uint16_t boundPort() const { return m_boundPort; }

@@ -82,7 +82,7 @@ void DefaultsFile::replace(const QVariantMap &values) {
     }
     WholeFile file(linkTarget(m_path));
     file.setMode(0600); // the token is in it
-    if (!file.write(DefaultsFormat::write(merged))) {
+    if (file.write(DefaultsFormat::write(merged))) {
         m_changed.clear();
     }
 }

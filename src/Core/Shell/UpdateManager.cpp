@@ -38,8 +38,8 @@ HttpsRequest request(const QUrl &url, qsizetype longestAnswer) {
             longestAnswer};
 }
 
-/// Why an answer is none that can be used, if so.
-std::optional<Failure> refusal(const std::optional<HttpsAnswer> &answer) {
+/// What an answer holds, or why it can't be used.
+Result<QByteArray> bodyOf(const std::optional<HttpsAnswer> &answer) {
     if (!answer) {
         return Failure{UpdateManager::tr("Morvane's server can't be reached.")};
     }
@@ -51,7 +51,7 @@ std::optional<Failure> refusal(const std::optional<HttpsAnswer> &answer) {
         return Failure{
             UpdateManager::tr("Morvane's server answers with an error (%1).").arg(answer->status)};
     }
-    return std::nullopt;
+    return answer->body;
 }
 
 } // namespace
@@ -141,10 +141,10 @@ void UpdateManager::takeFeed(const std::optional<HttpsAnswer> &answer) {
         m_defaults.setValue(lastCheckKey, now.count());
     }
     const bool isAwaited = m_phase == Phase::checking;
-    const auto why = read(answer);
-    const bool isNews = !why && UpdateFeed::isLater(m_offer.version, m_source.version);
-    if (isAwaited && why) {
-        fail(why->message);
+    const auto understood = read(answer);
+    const bool isNews = understood && UpdateFeed::isLater(m_offer.version, m_source.version);
+    if (isAwaited && !understood) {
+        fail(understood.error().message);
     } else if (isAwaited) {
         enter(isNews ? Phase::offered : Phase::upToDate);
     } else if (isNews && m_defaults.value(skippedKey) != m_offer.version) {
@@ -155,16 +155,17 @@ void UpdateManager::takeFeed(const std::optional<HttpsAnswer> &answer) {
     }
 }
 
-std::optional<Failure> UpdateManager::read(const std::optional<HttpsAnswer> &answer) {
-    if (auto why = refusal(answer)) {
-        return why;
+Result<void> UpdateManager::read(const std::optional<HttpsAnswer> &answer) {
+    const auto feed = bodyOf(answer);
+    if (!feed) {
+        return feed.error();
     }
-    const auto offer = UpdateFeed::parse(answer->body, *m_source.feed);
+    const auto offer = UpdateFeed::parse(*feed, *m_source.feed);
     if (!offer) {
         return Failure{tr("Morvane can't make sense of what its server says about updates.")};
     }
     m_offer = *offer;
-    return std::nullopt;
+    return {};
 }
 
 void UpdateManager::download() {
@@ -181,17 +182,18 @@ void UpdateManager::download() {
 /// Before the signature is known to be right for all of the package, not a byte of it gets onto the
 /// disk.
 void UpdateManager::takePackage(const std::optional<HttpsAnswer> &answer) {
-    if (const auto why = refusal(answer)) {
-        fail(why->message);
+    const auto package = bodyOf(answer);
+    if (!package) {
+        fail(package.error().message);
         return;
     }
-    if (answer->body.size() != m_offer.size) {
+    if (package->size() != m_offer.size) {
         fail(tr("The update isn't as long as it should be. It was discarded."));
         return;
     }
     m_isExamining = true;
     m_means.background.compute(
-        [package = answer->body, offer = m_offer, key = *m_source.publicKey]() -> Result<QString> {
+        [package = *package, offer = m_offer, key = *m_source.publicKey]() -> Result<QString> {
             if (!UpdateSignature::isRight(offer.signature, package, key)) {
                 return Failure{tr("The update isn't signed with Morvane's key. It was discarded.")};
             }
@@ -199,10 +201,10 @@ void UpdateManager::takePackage(const std::optional<HttpsAnswer> &answer) {
         },
         m_means.scheduler, this,
         [this](const Result<QString> &kept) {
-            if (const Failure *why = kept.failure()) {
-                reject(why->message);
-            } else {
+            if (kept) {
                 lookInto(*kept);
+            } else {
+                reject(kept.error().message);
             }
         });
 }

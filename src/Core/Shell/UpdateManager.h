@@ -2,8 +2,8 @@
 
 #include "Core/Shell/BuildInfo.h"
 #include "Core/Shell/UpdateFeed.h"
-#include "Platform/Failure.h"
 #include "Platform/HttpsClient.h"
+#include "Platform/Result.h"
 #include "Platform/Time.h"
 
 #include <QObject>
@@ -118,7 +118,7 @@ private:
     bool isDue() const;
     void askFeed();
     void takeFeed(const std::optional<HttpsAnswer> &answer);
-    std::optional<Failure> read(const std::optional<HttpsAnswer> &answer);
+    Result<void> read(const std::optional<HttpsAnswer> &answer);
     void takePackage(const std::optional<HttpsAnswer> &answer);
     void lookInto(const QString &path);
     void reject(const QString &why);

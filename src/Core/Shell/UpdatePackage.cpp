@@ -48,9 +48,9 @@ Result<QString> keep(const QByteArray &package, const QString &version) {
     QString path = place + QStringLiteral("/morvane_%1.deb").arg(version);
     WholeFile file(path);
     file.setMode(fileMode);
-    if (const auto failure = file.write(package)) {
+    if (const auto written = file.write(package); !written) {
         discard();
-        return cannotWrite(path, *failure);
+        return cannotWrite(path, written.error());
     }
     return path;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Core/Usage/Usage.h"
-#include "Platform/Failure.h"
+#include "Platform/Result.h"
 #include "Platform/Scheduler.h"
 
 namespace morvane {

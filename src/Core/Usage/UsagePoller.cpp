@@ -261,13 +261,13 @@ void UsagePoller::takeCodex(const Result<CodexUsage> &result) {
     if (!m_settings.usageEnabled()) {
         return;
     }
-    if (const Failure *failure = result.failure()) {
-        m_codexUnavailableReason = failure->message;
-        m_codexBackoffMultiplier = std::min(2 * m_codexBackoffMultiplier, mostBackoff);
-    } else {
+    if (result) {
         m_codexUsage = *result;
         m_codexUnavailableReason.reset();
         m_codexBackoffMultiplier = 1;
+    } else {
+        m_codexUnavailableReason = result.error().message;
+        m_codexBackoffMultiplier = std::min(2 * m_codexBackoffMultiplier, mostBackoff);
     }
     emit changed();
     const Seconds interval = approachingCodexLimit() ? intervalNearLimit : ordinaryInterval;

@@ -5,7 +5,7 @@
 #include "Core/Usage/Usage.h"
 #include "Core/Usage/UsageAlerts.h"
 #include "Core/Usage/UsageEndpoint.h"
-#include "Platform/Failure.h"
+#include "Platform/Result.h"
 
 #include <QObject>
 

@@ -22,8 +22,8 @@ protected:
         return HookInstaller::make(AgentRegistry::adapter(kind), settings, port, moment);
     }
 
-    static std::string failure(const std::optional<Failure> &result) {
-        return result ? result->message.toStdString() : "";
+    static std::string failure(const Result<void> &result) {
+        return result ? "" : result.error().message.toStdString();
     }
 
     void connect(AgentKind kind) const { EXPECT_EQ(failure(installer(kind)->install()), ""); }

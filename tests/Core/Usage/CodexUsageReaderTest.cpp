@@ -13,7 +13,7 @@ protected:
     /// Why there are no figures; empty where there are some.
     QString reason() {
         const auto result = CodexUsageReader::read(dialogue, "1.2", scheduler);
-        return result.failure() != nullptr ? result.failure()->message : QString();
+        return result ? QString() : result.error().message;
     }
 
     FakeDialogue dialogue;

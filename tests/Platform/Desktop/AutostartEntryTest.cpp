@@ -19,24 +19,24 @@ protected:
 
 TEST_F(AutostartEntryTest, IsThereAsLongAsItIsWanted) {
     EXPECT_FALSE(entry.isEnabled());
-    EXPECT_EQ(entry.unregisterItem(), std::nullopt);
-    ASSERT_EQ(entry.registerItem(), std::nullopt);
+    EXPECT_TRUE(entry.unregisterItem());
+    ASSERT_TRUE(entry.registerItem());
     EXPECT_TRUE(entry.isEnabled());
     EXPECT_EQ(DesktopEntry::value(home.path(file), QLatin1String("Type")), "Application");
     EXPECT_EQ(DesktopEntry::value(home.path(file), QLatin1String("Exec")),
               '"' + program + "\" --at-login");
     QFile::rename(program, home.path("moved"));
     EXPECT_FALSE(entry.isEnabled());
-    ASSERT_EQ(entry.unregisterItem(), std::nullopt);
+    ASSERT_TRUE(entry.unregisterItem());
     EXPECT_FALSE(entry.isEnabled());
     EXPECT_FALSE(QFile::exists(home.path(file)));
 }
 
 TEST_F(AutostartEntryTest, IsOffWhereItStartsAnotherCopyOfTheProgram) {
     AutostartEntry other(home.writeProgram("build/morvane"));
-    ASSERT_EQ(other.registerItem(), std::nullopt);
+    ASSERT_TRUE(other.registerItem());
     EXPECT_FALSE(entry.isEnabled());
-    ASSERT_EQ(entry.registerItem(), std::nullopt);
+    ASSERT_TRUE(entry.registerItem());
     EXPECT_TRUE(entry.isEnabled());
     EXPECT_FALSE(other.isEnabled());
     QDir().mkpath(home.path("bin"));
@@ -55,7 +55,7 @@ TEST_F(AutostartEntryTest, IsOffWhereTheDesktopSwitchedItOffUntilItIsWantedAgain
         EXPECT_EQ(entry.isEnabled(), isEnabled) << lines.toStdString();
     }
     home.write(file, "[Desktop Entry]\nHidden=true\n");
-    ASSERT_EQ(entry.registerItem(), std::nullopt);
+    ASSERT_TRUE(entry.registerItem());
     EXPECT_TRUE(entry.isEnabled());
 }
 
@@ -63,27 +63,27 @@ TEST_F(AutostartEntryTest, KeepsTheLinkOfWhoKeepsTheirFilesElsewhere) {
     home.write("dotfiles/entry", "[Desktop Entry]\nHidden=true\n");
     QDir().mkpath(home.path(".config/autostart"));
     QFile::link(home.path("dotfiles/entry"), home.path(file));
-    ASSERT_EQ(entry.registerItem(), std::nullopt);
+    ASSERT_TRUE(entry.registerItem());
     EXPECT_TRUE(home.read(QStringLiteral("dotfiles/entry")).contains("Exec="));
     QFile::remove(home.path("dotfiles/entry"));
     EXPECT_FALSE(entry.isEnabled());
-    EXPECT_EQ(entry.unregisterItem(), std::nullopt);
+    EXPECT_TRUE(entry.unregisterItem());
     EXPECT_FALSE(QFileInfo(home.path(file)).isSymLink());
 }
 
 TEST_F(AutostartEntryTest, SaysWhatKeptItFromBeingWrittenOrRemoved) {
     home.write(".config/autostart");
-    EXPECT_EQ(entry.registerItem(),
-              Failure{home.path(".config/autostart") + " could not be created"});
+    EXPECT_EQ(entry.registerItem().error().message,
+              home.path(".config/autostart") + " could not be created");
 
     QFile::remove(home.path(".config/autostart"));
     home.write(file + "/in the way");
     EXPECT_FALSE(entry.isEnabled());
     const auto written = entry.registerItem();
     const auto removed = entry.unregisterItem();
-    ASSERT_TRUE(written && removed);
-    EXPECT_TRUE(written->message.startsWith(home.path(file) + " could not be written: "));
-    EXPECT_TRUE(removed->message.startsWith(home.path(file) + " could not be removed: "));
+    ASSERT_FALSE(written || removed);
+    EXPECT_TRUE(written.error().message.startsWith(home.path(file) + " could not be written: "));
+    EXPECT_TRUE(removed.error().message.startsWith(home.path(file) + " could not be removed: "));
 }
 
 } // namespace

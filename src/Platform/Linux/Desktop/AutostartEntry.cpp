@@ -47,7 +47,7 @@ bool AutostartEntry::startsUs() const {
                                 program.canonicalFilePath() == ours.canonicalFilePath());
 }
 
-std::optional<Failure> AutostartEntry::registerItem() {
+Result<void> AutostartEntry::registerItem() {
     const QString folder = QFileInfo(m_path).path();
     if (!QDir().mkpath(folder)) {
         return Failure{tr("%1 could not be created").arg(folder)};
@@ -67,14 +67,14 @@ std::optional<Failure> AutostartEntry::registerItem() {
     if (!file.flush() || !file.commit()) {
         return entryNotWritten(m_path, file.errorString());
     }
-    return std::nullopt;
+    return {};
 }
 
-std::optional<Failure> AutostartEntry::unregisterItem() {
+Result<void> AutostartEntry::unregisterItem() {
     QFile file(m_path);
     const QFileInfo info(m_path);
     if ((!info.exists() && !info.isSymLink()) || file.remove()) {
-        return std::nullopt;
+        return {};
     }
     return Failure{tr("%1 could not be removed: %2").arg(m_path, file.errorString())};
 }

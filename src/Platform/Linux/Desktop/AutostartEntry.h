@@ -20,8 +20,8 @@ public:
     explicit AutostartEntry(QString program);
 
     bool isEnabled() const override;
-    std::optional<Failure> registerItem() override;
-    std::optional<Failure> unregisterItem() override;
+    Result<void> registerItem() override;
+    Result<void> unregisterItem() override;
 
 private:
     bool startsUs() const;
