@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <system_error>
+
 namespace morvane {
 
 /// Why an operation failed, in one sentence or phrase for a person.
@@ -10,5 +12,10 @@ struct Failure {
 
     friend bool operator==(const Failure &, const Failure &) = default;
 };
+
+/// What the system says of an error of its own.
+inline Failure systemFailure(int error) {
+    return {QString::fromStdString(std::generic_category().message(error))};
+}
 
 } // namespace morvane

@@ -8,17 +8,13 @@
 
 #include <cerrno>
 #include <fcntl.h>
-#include <filesystem>
 #include <sys/stat.h>
-#include <system_error>
 #include <unistd.h>
 #include <utility>
 
 namespace morvane {
 
 namespace {
-
-constexpr int mostLinks = 40;
 
 /// The rename itself reaches the disk with its folder. Not every file system can do that, and the
 /// file is whole either way.
@@ -45,23 +41,6 @@ int writeAll(int file, const QByteArray &content) {
 }
 
 } // namespace
-
-/// A relative link starts from the real folder that it lies in, which needn't be the one that its
-/// path names.
-QString linkTarget(const QString &path) {
-    namespace fs = std::filesystem;
-    std::error_code ignored;
-    fs::path file(QFile::encodeName(path).toStdString());
-    for (int links = 0; links < mostLinks && fs::is_symlink(file, ignored); ++links) {
-        const fs::path folder = fs::canonical(file.parent_path(), ignored);
-        file = folder / fs::read_symlink(file, ignored);
-    }
-    return QFile::decodeName(QByteArray::fromStdString(file.string()));
-}
-
-Failure systemFailure(int error) {
-    return {QString::fromStdString(std::generic_category().message(error))};
-}
 
 Failure cannotWrite(const QString &path, const Failure &why) {
     return {WholeFile::tr("%1 could not be written: %2").arg(path, why.message)};

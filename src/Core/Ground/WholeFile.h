@@ -50,13 +50,6 @@ private:
     std::optional<QString> m_model;
 };
 
-/// The file at the end of a chain of symbolic links, whether it exists or not. Of links in a circle
-/// it is one of them.
-QString linkTarget(const QString &path);
-
-/// What the system says of an error of its own.
-Failure systemFailure(int error);
-
 /// The failure of a write, with the file's name.
 Failure cannotWrite(const QString &path, const Failure &why);
 

@@ -1,5 +1,6 @@
 #include "Core/Settings/DefaultsFile.h"
 
+#include "Core/Ground/LinkTarget.h"
 #include "Core/Ground/RegularFile.h"
 #include "Core/Ground/WholeFile.h"
 #include "Core/Settings/DefaultsFormat.h"

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QString>
+
+namespace morvane {
+
+/// The file at the end of a chain of symbolic links, whether it exists or not. Of links in a circle
+/// it is one of them.
+QString linkTarget(const QString &path);
+
+} // namespace morvane
