@@ -1,5 +1,7 @@
 #include "Core/Ground/RegularFile.h"
 
+#include "Platform/Descriptor.h"
+
 #include <QFile>
 
 #include <algorithm>
@@ -15,21 +17,15 @@ namespace {
 /// Far more than anybody's settings hold; a sparse file may claim a terabyte.
 constexpr qsizetype longestWhole = 33'554'432;
 
-/// An open regular file, or nothing.
-class Descriptor {
+/// A regular file that is open, or none.
+class OpenFile {
 public:
     /// Non-blocking, since a pipe without a writer would hold up the opening itself.
-    explicit Descriptor(const QString &path)
-        : m_value(::open(QFile::encodeName(path).constData(),
-                         O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {
-        m_isRegular = m_value >= 0 && ::fstat(m_value, &m_status) == 0 && S_ISREG(m_status.st_mode);
-    }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-    ~Descriptor() {
-        if (m_value >= 0) {
-            ::close(m_value);
-        }
+    explicit OpenFile(const QString &path)
+        : m_file(::open(QFile::encodeName(path).constData(),
+                        O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {
+        m_isRegular = m_file.number() >= 0 && ::fstat(m_file.number(), &m_status) == 0 &&
+                      S_ISREG(m_status.st_mode);
     }
 
     bool isRegular() const { return m_isRegular; }
@@ -40,8 +36,8 @@ public:
         qsizetype filled = 0;
         while (filled < limit) {
             const ssize_t count =
-                ::pread(m_value, result.data() + filled, static_cast<std::size_t>(limit - filled),
-                        offset + filled);
+                ::pread(m_file.number(), result.data() + filled,
+                        static_cast<std::size_t>(limit - filled), offset + filled);
             if (count == 0) {
                 break;
             }
@@ -56,7 +52,7 @@ public:
     }
 
 private:
-    int m_value;
+    Descriptor m_file;
     struct stat m_status {};
     bool m_isRegular = false;
 };
@@ -64,7 +60,7 @@ private:
 } // namespace
 
 std::optional<QByteArray> whole(const QString &path) {
-    const Descriptor file(path);
+    const OpenFile file(path);
     if (file.isRegular() && file.size() > longestWhole) {
         errno = EFBIG;
         return std::nullopt;
@@ -73,12 +69,12 @@ std::optional<QByteArray> whole(const QString &path) {
 }
 
 std::optional<QByteArray> head(const QString &path, qsizetype limit) {
-    const Descriptor file(path);
+    const OpenFile file(path);
     return file.isRegular() ? file.read(0, limit) : std::nullopt;
 }
 
 std::optional<QByteArray> tail(const QString &path, qsizetype limit) {
-    const Descriptor file(path);
+    const OpenFile file(path);
     if (!file.isRegular()) {
         return std::nullopt;
     }

@@ -10,7 +10,6 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <utility>
 
 namespace morvane {
 
@@ -19,12 +18,9 @@ namespace {
 /// The rename itself reaches the disk with its folder. Not every file system can do that, and the
 /// file is whole either way.
 void syncFolder(const QString &path) {
-    const int folder = ::open(QFile::encodeName(QFileInfo(path).path()).constData(),
-                              O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (folder >= 0) {
-        ::fsync(folder);
-        ::close(folder);
-    }
+    const Descriptor folder(::open(QFile::encodeName(QFileInfo(path).path()).constData(),
+                                   O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    ::fsync(folder.number());
 }
 
 /// 0, or the error.
@@ -47,8 +43,7 @@ Failure cannotWrite(const QString &path, const Failure &why) {
 }
 
 WholeFile::~WholeFile() {
-    if (m_file >= 0) {
-        ::close(m_file);
+    if (m_file.number() >= 0) {
         ::unlink(m_temporary.constData());
     }
 }
@@ -60,9 +55,10 @@ int WholeFile::open() {
     do {
         m_temporary = QFile::encodeName(m_path) + '.' +
                       QByteArray::number(QRandomGenerator::global()->generate(), 36);
-        m_file = ::open(m_temporary.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-    } while (m_file < 0 && errno == EEXIST);
-    return m_file < 0 ? errno : 0;
+        m_file = Descriptor(
+            ::open(m_temporary.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+    } while (m_file.number() < 0 && errno == EEXIST);
+    return m_file.number() < 0 ? errno : 0;
 }
 
 /// Not everyone may give a file away, so that is only tried where it is needed. A group that isn't
@@ -71,22 +67,22 @@ int WholeFile::open() {
 Result<void> WholeFile::resemble(const QByteArray &model) const {
     struct stat own {};
     struct stat other {};
-    if (::fstat(m_file, &own) != 0 || ::stat(model.constData(), &other) != 0) {
+    if (::fstat(m_file.number(), &own) != 0 || ::stat(model.constData(), &other) != 0) {
         return systemFailure(errno);
     }
     const bool isSame = own.st_uid == other.st_uid && own.st_gid == other.st_gid;
     mode_t mode = other.st_mode & 07777;
-    if (!isSame && ::fchown(m_file, other.st_uid, other.st_gid) != 0) {
+    if (!isSame && ::fchown(m_file.number(), other.st_uid, other.st_gid) != 0) {
         if (own.st_uid != other.st_uid) {
             return Failure{tr("its owner can't be kept: %1").arg(systemFailure(errno).message)};
         }
         const mode_t others = mode & S_IRWXO;
         mode &= ~mode_t{S_ISGID | S_IRWXG} | (others << 3U);
     }
-    if (const int error = FileAttributes::copy(model, m_file)) {
+    if (const int error = FileAttributes::copy(model, m_file.number())) {
         return Failure{tr("its attributes can't be kept: %1").arg(systemFailure(error).message)};
     }
-    return ::fchmod(m_file, mode) == 0 ? Result<void>() : systemFailure(errno);
+    return ::fchmod(m_file.number(), mode) == 0 ? Result<void>() : systemFailure(errno);
 }
 
 Result<void> WholeFile::fill(const QByteArray &content) {
@@ -98,17 +94,17 @@ Result<void> WholeFile::fill(const QByteArray &content) {
             return resembling;
         }
     }
-    if (m_mode && ::fchmod(m_file, *m_mode) != 0) {
+    if (m_mode && ::fchmod(m_file.number(), *m_mode) != 0) {
         return systemFailure(errno);
     }
-    const int error = writeAll(m_file, content);
+    const int error = writeAll(m_file.number(), content);
     return error == 0 ? Result<void>() : systemFailure(error);
 }
 
 Result<void> WholeFile::commit() {
     // Before it has its name: what is open for writing can't be started, and it may be a script
     // that an agent is just about to run.
-    ::close(std::exchange(m_file, -1));
+    m_file = Descriptor();
     if (::rename(m_temporary.constData(), QFile::encodeName(m_path).constData()) != 0) {
         const int error = errno;
         ::unlink(m_temporary.constData());

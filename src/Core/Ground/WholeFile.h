@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Descriptor.h"
 #include "Platform/Result.h"
 
 #include <QByteArray>
@@ -45,7 +46,7 @@ private:
 
     QString m_path;
     QByteArray m_temporary;
-    int m_file = -1;
+    Descriptor m_file;
     std::optional<mode_t> m_mode;
     std::optional<QString> m_model;
 };

@@ -1,6 +1,6 @@
 #include "Platform/Linux/BoundedTools.h"
 
-#include "Platform/Linux/Descriptor.h"
+#include "Platform/Descriptor.h"
 #include "Platform/Linux/DescriptorLimit.h"
 #include "Platform/Scheduler.h"
 

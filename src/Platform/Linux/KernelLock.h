@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Linux/Descriptor.h"
+#include "Platform/Descriptor.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,7 +1,7 @@
 #include "Platform/Linux/LinuxProcesses.h"
 
 #include "Platform/BackgroundPool.h"
-#include "Platform/Linux/Descriptor.h"
+#include "Platform/Descriptor.h"
 #include "Platform/Linux/ProcessStatus.h"
 #include "Platform/Linux/UnixSockets.h"
 #include "Platform/Scheduler.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Linux/Descriptor.h"
+#include "Platform/Descriptor.h"
 #include "Platform/Linux/KernelLock.h"
 #include "Platform/Time.h"
 
