@@ -24,14 +24,25 @@ public:
     explicit OpenFile(const QString &path)
         : m_file(::open(QFile::encodeName(path).constData(),
                         O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {
-        m_isRegular = m_file.number() >= 0 && ::fstat(m_file.number(), &m_status) == 0 &&
-                      S_ISREG(m_status.st_mode);
+        struct stat status {};
+        if (m_file.number() < 0 || ::fstat(m_file.number(), &status) != 0) {
+            m_error = errno;
+        } else if (!S_ISREG(status.st_mode)) {
+            m_error = EINVAL;
+        } else {
+            m_size = status.st_size;
+        }
     }
 
-    bool isRegular() const { return m_isRegular; }
-    qsizetype size() const { return m_status.st_size; }
+    /// Why there is none, or why the last `read` failed; else 0.
+    int error() const { return m_error; }
+    qsizetype size() const { return m_size; }
 
-    std::optional<QByteArray> read(qsizetype offset, qsizetype limit) const {
+    /// None where there is an error.
+    std::optional<QByteArray> read(qsizetype offset, qsizetype limit) {
+        if (m_error != 0) {
+            return std::nullopt;
+        }
         QByteArray result(limit, Qt::Uninitialized);
         qsizetype filled = 0;
         while (filled < limit) {
@@ -44,6 +55,7 @@ public:
             if (count > 0) {
                 filled += count;
             } else if (errno != EINTR) {
+                m_error = errno;
                 return std::nullopt;
             }
         }
@@ -53,31 +65,27 @@ public:
 
 private:
     Descriptor m_file;
-    struct stat m_status {};
-    bool m_isRegular = false;
+    qsizetype m_size = 0;
+    int m_error = 0;
 };
 
 } // namespace
 
-std::optional<QByteArray> whole(const QString &path) {
-    const OpenFile file(path);
-    if (file.isRegular() && file.size() > longestWhole) {
-        errno = EFBIG;
-        return std::nullopt;
+Result<QByteArray> whole(const QString &path) {
+    OpenFile file(path);
+    if (file.size() > longestWhole) {
+        return systemFailure(EFBIG);
     }
-    return file.isRegular() ? file.read(0, file.size()) : std::nullopt;
+    const auto content = file.read(0, file.size());
+    return content ? Result<QByteArray>(*content) : systemFailure(file.error());
 }
 
 std::optional<QByteArray> head(const QString &path, qsizetype limit) {
-    const OpenFile file(path);
-    return file.isRegular() ? file.read(0, limit) : std::nullopt;
+    return OpenFile(path).read(0, limit);
 }
 
 std::optional<QByteArray> tail(const QString &path, qsizetype limit) {
-    const OpenFile file(path);
-    if (!file.isRegular()) {
-        return std::nullopt;
-    }
+    OpenFile file(path);
     const qsizetype length = std::min(file.size(), limit);
     return file.read(file.size() - length, length);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Result.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -10,9 +12,8 @@
 /// thread.
 namespace morvane::RegularFile {
 
-/// What it holds. None when it can't be read or is longer than 32 MiB; of a regular file errno says
-/// why.
-std::optional<QByteArray> whole(const QString &path);
+/// What it holds. Fails with the system's reason when it can't be read or is longer than 32 MiB.
+Result<QByteArray> whole(const QString &path);
 
 /// Up to `limit` bytes from the beginning. None when the file can't be read.
 std::optional<QByteArray> head(const QString &path, qsizetype limit);

@@ -23,17 +23,16 @@ void syncFolder(const QString &path) {
     ::fsync(folder.number());
 }
 
-/// 0, or the error.
-int writeAll(int file, const QByteArray &content) {
+Result<void> writeAll(int file, const QByteArray &content) {
     for (qsizetype written = 0; written < content.size();) {
         const ssize_t length = ::write(file, content.constData() + written,
                                        static_cast<std::size_t>(content.size() - written));
         if (length < 0 && errno != EINTR) {
-            return errno;
+            return systemFailure(errno);
         }
         written += std::max<qsizetype>(length, 0);
     }
-    return ::fsync(file) == 0 ? 0 : errno;
+    return ::fsync(file) == 0 ? Result<void>() : systemFailure(errno);
 }
 
 } // namespace
@@ -48,8 +47,7 @@ WholeFile::~WholeFile() {
     }
 }
 
-/// 0, or the error.
-int WholeFile::open() {
+Result<void> WholeFile::open() {
     // Nobody may read what is to be closed to them, not even before it is.
     const mode_t mode = m_mode || m_model ? 0600 : 0666;
     do {
@@ -58,7 +56,7 @@ int WholeFile::open() {
         m_file = Descriptor(
             ::open(m_temporary.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
     } while (m_file.number() < 0 && errno == EEXIST);
-    return m_file.number() < 0 ? errno : 0;
+    return m_file.number() >= 0 ? Result<void>() : systemFailure(errno);
 }
 
 /// Not everyone may give a file away, so that is only tried where it is needed. A group that isn't
@@ -79,15 +77,15 @@ Result<void> WholeFile::resemble(const QByteArray &model) const {
         const mode_t others = mode & S_IRWXO;
         mode &= ~mode_t{S_ISGID | S_IRWXG} | (others << 3U);
     }
-    if (const int error = FileAttributes::copy(model, m_file.number())) {
-        return Failure{tr("its attributes can't be kept: %1").arg(systemFailure(error).message)};
+    if (const auto copied = FileAttributes::copy(model, m_file.number()); !copied) {
+        return Failure{tr("its attributes can't be kept: %1").arg(copied.error().message)};
     }
     return ::fchmod(m_file.number(), mode) == 0 ? Result<void>() : systemFailure(errno);
 }
 
 Result<void> WholeFile::fill(const QByteArray &content) {
-    if (const int error = open()) {
-        return systemFailure(error);
+    if (const auto opened = open(); !opened) {
+        return opened;
     }
     if (m_model) {
         if (const auto resembling = resemble(QFile::encodeName(*m_model)); !resembling) {
@@ -97,8 +95,7 @@ Result<void> WholeFile::fill(const QByteArray &content) {
     if (m_mode && ::fchmod(m_file.number(), *m_mode) != 0) {
         return systemFailure(errno);
     }
-    const int error = writeAll(m_file.number(), content);
-    return error == 0 ? Result<void>() : systemFailure(error);
+    return writeAll(m_file.number(), content);
 }
 
 Result<void> WholeFile::commit() {

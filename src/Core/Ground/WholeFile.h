@@ -41,7 +41,7 @@ public:
     Result<void> write(const QByteArray &content);
 
 private:
-    int open();
+    Result<void> open();
     Result<void> resemble(const QByteArray &model) const;
 
     QString m_path;

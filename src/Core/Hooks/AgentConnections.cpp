@@ -53,8 +53,9 @@ std::optional<QString> whyUnknownIn(const AgentAdapter &adapter, const Health &h
 /// What a person is told once settings that couldn't be understood have made way, which held
 /// `before`; none where they haven't.
 std::optional<QString> replacementOf(const QString &path, const QByteArray &before) {
-    const auto copy = AgentSettingsFile(path).unreadablePath(before);
-    if (!copy || !QFileInfo::exists(*copy) || RegularFile::whole(path) == before) {
+    const AgentSettingsFile file(path);
+    const auto copy = file.unreadablePath(before);
+    if (!copy || !QFileInfo::exists(*copy) || file.read() == before) {
         return std::nullopt;
     }
     return AgentConnections::tr("%1 could not be understood and has been replaced. What it held is "

@@ -47,7 +47,8 @@ QString AgentSettingsFile::backupPath() const {
 }
 
 std::optional<QByteArray> AgentSettingsFile::read() const {
-    return RegularFile::whole(m_path);
+    const auto content = RegularFile::whole(m_path);
+    return content ? std::optional(*content) : std::nullopt;
 }
 
 std::optional<QByteArray> AgentSettingsFile::readAgain() const {
@@ -73,10 +74,11 @@ Result<void> AgentSettingsFile::rewrite(const Edit &edit) const {
     for (int attempt = 0; attempt < mostAttempts; ++attempt) {
         const std::optional<QByteArray> before = read();
         if (!before && isFile()) {
-            if (read()) {
+            const auto again = RegularFile::whole(m_path);
+            if (again) {
                 continue; // it has come just now
             }
-            return cannotRead(m_path, systemFailure(errno));
+            return cannotRead(m_path, again.error());
         }
         const Result<std::optional<AgentSettingsChange>> edited = edit(before);
         if (!edited) {

@@ -61,18 +61,18 @@ Result<void> writeClients() {
         if (!name.startsWith(QLatin1String("forwarder-"))) {
             continue;
         }
-        const auto client = builtIn(clients.filePath(name));
+        const QByteArray client = builtIn(clients.filePath(name)).value_or(QByteArray());
+        const auto written = RegularFile::whole(pathOf(name));
         const QFileInfo present(pathOf(name));
         // A clock that was set back since would make every script newer than its client.
-        const bool isCurrent = isExecutable(name) && !present.isSymbolicLink() &&
-                               present.lastModified() <= QDateTime::currentDateTime() &&
-                               RegularFile::whole(pathOf(name)) == client;
+        const bool isCurrent = written && *written == client && isExecutable(name) &&
+                               !present.isSymbolicLink() &&
+                               present.lastModified() <= QDateTime::currentDateTime();
         if (isCurrent) {
             continue;
         }
-        const auto written = writeExecutable(pathOf(name), client.value_or(QByteArray()));
-        if (!written) {
-            return written;
+        if (const auto renewed = writeExecutable(pathOf(name), client); !renewed) {
+            return renewed;
         }
     }
     return {};

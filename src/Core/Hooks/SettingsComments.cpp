@@ -1,12 +1,12 @@
 #include "Core/Hooks/SettingsComments.h"
 
+#include "Core/Ground/RegularFile.h"
 #include "Core/Ground/WholeFile.h"
 #include "Core/Hooks/SettingsOrigin.h"
 
 #include <QFileInfo>
 
 #include <algorithm>
-#include <cerrno>
 #include <span>
 #include <string_view>
 
@@ -73,12 +73,15 @@ Result<void> SettingsComments::rescue(const QString &copyPath,
         return {};
     }
     const QString path = m_settingsPath + QLatin1String(".morvane-comments");
-    const auto rescued = SettingsOrigin::ownContent(path);
-    const QFileInfo present(path);
-    if (!rescued && present.isFile() && !present.isSymbolicLink()) {
-        return systemFailure(errno);
+    QByteArray rescued;
+    if (const QFileInfo present(path); present.isFile() && !present.isSymbolicLink()) {
+        const auto content = RegularFile::whole(path);
+        if (!content) {
+            return content.error();
+        }
+        rescued = *content;
     }
-    const QByteArrayList held = staying + QByteArrayList{rescued.value_or(QByteArray())};
+    const QByteArrayList held = staying + QByteArrayList{rescued};
     const auto isHeld = [&](const QByteArray &comment) {
         return std::ranges::any_of(held,
                                    [&](const QByteArray &text) { return text.contains(comment); });
@@ -89,7 +92,7 @@ Result<void> SettingsComments::rescue(const QString &copyPath,
     WholeFile file(path);
     file.setModel(copyPath);
     file.setMode(0600); // what was closed by the time of another copy stays closed
-    return file.write(rescued ? *rescued + '\n' + *copy : *copy);
+    return file.write(rescued.isEmpty() ? *copy : rescued + '\n' + *copy);
 }
 
 } // namespace morvane

@@ -37,7 +37,11 @@ void removeFolders(const QString &path, const QString &top) {
 } // namespace
 
 std::optional<QByteArray> SettingsOrigin::ownContent(const QString &path) {
-    return QFileInfo(path).isSymbolicLink() ? std::nullopt : RegularFile::whole(path);
+    if (QFileInfo(path).isSymbolicLink()) {
+        return std::nullopt;
+    }
+    const auto content = RegularFile::whole(path);
+    return content ? std::optional(*content) : std::nullopt;
 }
 
 std::optional<SettingsOrigin::Content> SettingsOrigin::read() const {

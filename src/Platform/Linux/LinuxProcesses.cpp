@@ -242,7 +242,7 @@ std::optional<QStringList> LinuxProcesses::workingDirectories(const QString &pro
 }
 
 std::optional<std::int64_t> LinuxProcesses::listenerAt(const QString &socket) const {
-    const Descriptor end = UnixSockets::connectTo(socket);
+    const Descriptor end = UnixSockets::connectTo(socket).descriptor;
     ucred peer{};
     socklen_t size = sizeof(peer);
     const bool isOurs = ::getsockopt(end.number(), SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 &&

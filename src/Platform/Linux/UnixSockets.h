@@ -4,15 +4,19 @@
 
 #include <QString>
 
-/// Sockets of this machine that are known by their paths, for streams. What cannot be had is a
-/// negative number, and errno says why, with ENAMETOOLONG for a path that no socket can have.
-/// Descriptors don't wait and aren't inherited. Safe from any thread.
+/// Sockets of this machine that are known by their paths, for streams. Safe from any thread.
 namespace morvane::UnixSockets {
 
+/// A socket that doesn't wait and isn't inherited, or why there is none.
+struct Socket {
+    Descriptor descriptor;
+    int error = 0; ///< where there is none; ENAMETOOLONG for a path that no socket can have
+};
+
 /// To whoever listens; EAGAIN where too many wait for that already.
-Descriptor connectTo(const QString &path);
+Socket connectTo(const QString &path);
 
 /// In the place of whatever socket has that path; only this user can connect.
-Descriptor listenAt(const QString &path);
+Socket listenAt(const QString &path);
 
 } // namespace morvane::UnixSockets

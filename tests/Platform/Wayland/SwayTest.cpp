@@ -88,11 +88,11 @@ TEST_F(SwayTest, IsAskedAgainWhereTooManyWaitForIt) {
     server.close();
     server.setListenBacklogSize(1);
     ASSERT_TRUE(server.listen(folder.path("socket")));
-    std::vector<Descriptor> others;
+    std::vector<UnixSockets::Socket> others;
     do {
         others.push_back(UnixSockets::connectTo(folder.path("socket")));
-    } while (others.back().number() >= 0);
-    EXPECT_EQ(errno, EAGAIN);
+    } while (others.back().error == 0);
+    EXPECT_EQ(others.back().error, EAGAIN);
     EXPECT_EQ(listed(windows).value_or(QStringList()).size(), 3);
 }
 

@@ -126,12 +126,12 @@ KernelLock::Outcome SingleInstance::takeLock() {
 
 SingleInstance::Answer SingleInstance::tellTheFirst(const QDeadlineTimer &deadline) {
     for (const QString &folder : m_runtimeFolders + QStringList{m_configFolder}) {
-        const Descriptor socket =
+        const auto [socket, error] =
             UnixSockets::connectTo(folder + m_name + QLatin1String(".socket"));
-        if (socket.number() >= 0) {
+        if (error == 0) {
             return hearTheFirst(socket.number(), deadline);
         }
-        if (errno == EAGAIN) {
+        if (error == EAGAIN) {
             return Answer::silence; // many have come already
         }
     }
@@ -165,7 +165,7 @@ SingleInstance::Answer SingleInstance::hearTheFirst(int socket, const QDeadlineT
 void SingleInstance::listen() {
     for (const QString &folder : m_runtimeFolders + QStringList{m_configFolder}) {
         const QString path = folder + m_name + QLatin1String(".socket");
-        m_socket.emplace(UnixSockets::listenAt(path));
+        m_socket = UnixSockets::listenAt(path).descriptor;
         if (m_socket->number() >= 0) {
             m_socketPath = path;
             m_knocks.emplace(m_socket->number(), QSocketNotifier::Read);

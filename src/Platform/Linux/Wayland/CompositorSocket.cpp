@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <chrono>
 #include <sys/socket.h>
+#include <utility>
 
 namespace morvane {
 
@@ -28,12 +29,13 @@ void CompositorSocket::open(const QString &path) {
 }
 
 void CompositorSocket::tryToOpen() {
-    m_socket.emplace(UnixSockets::connectTo(m_path));
-    if (m_socket->number() >= 0) {
+    auto [socket, error] = UnixSockets::connectTo(m_path);
+    if (error == 0) {
+        m_socket = std::move(socket);
         m_notifier = std::make_unique<QSocketNotifier>(m_socket->number(), QSocketNotifier::Read);
         connect(m_notifier.get(), &QSocketNotifier::activated, this, &CompositorSocket::read);
         emit opened();
-    } else if (errno == EAGAIN) {
+    } else if (error == EAGAIN) {
         m_retry.start();
     } else {
         emit refused();
