@@ -48,10 +48,13 @@ public:
     EventConnection &operator=(const EventConnection &) = delete;
     ~EventConnection();
 
-    /// Position among all connections in the order of their coming.
+    /// Position among all connections in the order of their coming, from 1.
     std::uint64_t serial() const { return m_serial; }
 
     void read(ReadHandler handler);
+
+    /// True from `read` until its handler is called, or nobody waits for that any more.
+    bool isReading() const { return m_readHandler != nullptr; }
 
     /// Whatever still comes is nobody's request; the connection only waits to be closed.
     void abandon() { m_readHandler = nullptr; }

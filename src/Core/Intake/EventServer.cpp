@@ -20,9 +20,6 @@ namespace {
 constexpr unsigned candidateCount = 21;
 constexpr rlim_t maxUnfinished = 512;
 constexpr int acceptBatch = 16;
-constexpr int closeBatch = 4;
-constexpr std::size_t closeCost = 4096; ///< what a batch counts for, in bytes read
-constexpr Seconds requestLimit(30);
 constexpr Seconds acceptRetryDelay(0.1);
 
 } // namespace
@@ -138,69 +135,18 @@ void EventServer::retryAcceptLater() {
     });
 }
 
+/// A request that is there with its connection, as most are, takes the place of no other one.
 void EventServer::takeIn(int descriptor) {
-    const std::uint64_t serial = m_nextSerial++;
-    const auto connection = std::make_shared<EventConnection>(m_surroundings, descriptor, serial);
-    m_unfinished.emplace_hint(m_unfinished.end(), serial,
-                              Unfinished{connection, m_timers.now() + requestLimit});
+    const auto connection =
+        std::make_shared<EventConnection>(m_surroundings, descriptor, ++m_lastSerial);
     connection->read([this](const Connection &reader, const HttpRequest *request) {
-        m_unfinished.erase(reader->serial());
+        m_unfinished.remove(reader);
         if (request) {
             respond(reader, *request);
         }
     });
-    if (m_unfinished.size() > m_unfinishedLimit) {
-        giveUpOldest();
-    }
-    if (!m_unfinished.empty() && !m_deadlineArmed) {
-        armDeadline();
-    }
-}
-
-/// One timer for all: it waits for the oldest, and by then mostly finds nothing to close.
-void EventServer::armDeadline() {
-    m_deadlineArmed = !m_unfinished.empty();
-    if (m_deadlineArmed) {
-        const Seconds delay = m_unfinished.begin()->second.deadline - m_timers.now();
-        m_deadline = m_timers.after(std::max(delay, Seconds(0)), [this] {
-            asio::post(m_listenerQueue, [this] { closeOverdue(); });
-        });
-    }
-}
-
-void EventServer::closeOverdue() {
-    const Date now = m_timers.now();
-    while (!m_unfinished.empty() && m_unfinished.begin()->second.deadline <= now) {
-        giveUpOldest();
-    }
-    armDeadline();
-}
-
-/// Where a peer has sent what nobody reads, the kernel frees all of that while we close: a megabyte
-/// takes as long as a request or two. So they wait for a turn to be closed, unless there are too
-/// many to wait.
-void EventServer::giveUpOldest() {
-    const auto oldest = m_unfinished.begin();
-    if (m_givenUp.size() == m_unfinishedLimit) {
-        oldest->second.connection->close();
-    } else {
-        oldest->second.connection->abandon();
-        m_givenUp.push_back(oldest->second.connection);
-        m_turns.await({m_closed, 0}, [this] { closeGivenUp(); });
-    }
-    m_unfinished.erase(oldest);
-}
-
-/// Each batch lets those go first that have taken less, so that a hook whose head comes in parts
-/// has its turn however many are given up meanwhile.
-void EventServer::closeGivenUp() {
-    for (int count = 0; count < closeBatch && !m_givenUp.empty(); ++count) {
-        m_givenUp.front()->close();
-        m_givenUp.pop_front();
-    }
-    m_closed = m_givenUp.empty() ? 0 : m_closed + closeCost;
-    if (!m_givenUp.empty()) {
-        m_turns.await({m_closed, 0}, [this] { closeGivenUp(); });
+    if (connection->isReading()) {
+        m_unfinished.add(connection);
     }
 }
 

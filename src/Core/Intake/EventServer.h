@@ -7,6 +7,7 @@
 #include "Core/Intake/EventConnection.h"
 #include "Core/Intake/HookEvent.h"
 #include "Core/Intake/IoThread.h"
+#include "Core/Intake/UnfinishedConnections.h"
 #include "Platform/Result.h"
 
 #include <QByteArray>
@@ -14,9 +15,7 @@
 #include <asio/ip/tcp.hpp>
 
 #include <cstdint>
-#include <deque>
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
 
@@ -80,21 +79,11 @@ private:
     using Queue = EventConnection::Queue;
     using Connection = EventConnection::Pointer;
 
-    /// A connection whose request isn't there yet.
-    struct Unfinished {
-        Connection connection;
-        Date deadline;
-    };
-
     asio::error_code bind(std::uint16_t port);
     void waitForConnections();
     void acceptAll();
     void takeIn(int descriptor);
     void retryAcceptLater();
-    void closeOverdue();
-    void giveUpOldest();
-    void closeGivenUp();
-    void armDeadline();
     void respond(const Connection &connection, const HttpRequest &request);
     void respondToUsage(const HttpRequest &request);
     void respondToEvent(const Connection &connection, const HttpRequest &request);
@@ -117,13 +106,8 @@ private:
     asio::ip::tcp::acceptor m_acceptor;
     const std::shared_ptr<DecisionRelay> m_relay;
     ProgramReleases m_programs{m_handlers.fileOf};
-    const std::size_t m_unfinishedLimit = unfinishedLimit();
-    std::map<std::uint64_t, Unfinished> m_unfinished; ///< by age, the oldest first
-    std::deque<Connection> m_givenUp;                 ///< to be closed, the oldest first
-    std::size_t m_closed = 0; ///< what those have counted for that were closed in a row, in bytes
-    std::uint64_t m_nextSerial = 1; ///< 0 stands for those given up
-    Task m_deadline;
-    bool m_deadlineArmed = false;
+    UnfinishedConnections m_unfinished{m_listenerQueue, m_turns, m_timers, unfinishedLimit()};
+    std::uint64_t m_lastSerial = 0;
     Task m_acceptRetry;
 };
 
