@@ -1,57 +1,16 @@
 #include "Terminal.h"
 
+#include "TerminalNames.h"
+
 #include <cstddef>
 
 namespace morvane {
 
 namespace {
 
-struct Names {
-    std::string_view from;
-    std::string_view to;
-};
-
-constexpr std::string_view cursorBundle = "com.todesktop.230313mzl4w4u92";
-
-/// What a terminal leaves for its children, in the order of trust.
-constexpr Names inheritedVariables[] = {{"ORCA_TERMINAL_HANDLE", "Orca"},
-                                        {"VSCODE_GIT_IPC_HANDLE", "vscode"},
-                                        {"KITTY_WINDOW_ID", "kitty"},
-                                        {"WEZTERM_PANE", "WezTerm"},
-                                        {"ALACRITTY_WINDOW_ID", "alacritty"},
-                                        {"GHOSTTY_RESOURCES_DIR", "ghostty"},
-                                        {"ITERM_SESSION_ID", "iTerm.app"},
-                                        {"KONSOLE_VERSION", "konsole"},
-                                        {"GNOME_TERMINAL_SCREEN", "gnome-terminal"},
-                                        {"XTERM_VERSION", "xterm"}};
-
-constexpr Names hostsOfPrograms[] = {{"Apple_Terminal", "com.apple.Terminal"},
-                                     {"iTerm.app", "com.googlecode.iterm2"},
-                                     {"ghostty", "com.mitchellh.ghostty"},
-                                     {"kitty", "net.kovidgoyal.kitty"},
-                                     {"alacritty", "io.alacritty"},
-                                     {"Alacritty", "io.alacritty"},
-                                     {"WezTerm", "com.github.wez.wezterm"},
-                                     {"WarpTerminal", "dev.warp.Warp-Stable"},
-                                     {"Orca", "com.stablyai.orca"},
-                                     {"konsole", "org.kde.konsole"},
-                                     {"gnome-terminal", "org.gnome.Terminal"},
-                                     {"foot", "foot"},
-                                     {"xterm", "XTerm"}};
-
-constexpr Names hostsOfEntries[] = {{"kitty", "net.kovidgoyal.kitty"},
-                                    {"alacritty", "io.alacritty"},
-                                    {"Alacritty", "io.alacritty"},
-                                    {"org.wezfurlong.wezterm", "com.github.wez.wezterm"},
-                                    {"dev.warp.Warp", "dev.warp.Warp-Stable"},
-                                    {"code", "com.microsoft.VSCode"},
-                                    {"code_code", "com.microsoft.VSCode"},
-                                    {"com.visualstudio.code", "com.microsoft.VSCode"},
-                                    {"cursor", cursorBundle}};
-
 template <size_t count>
-std::string_view named(const Names (&names)[count], std::string_view name) {
-    for (const Names &one : names) {
+std::string_view named(const TerminalNames (&names)[count], std::string_view name) {
+    for (const TerminalNames &one : names) {
         if (one.from == name)
             return one.to;
     }
@@ -79,10 +38,10 @@ std::string_view hostNamedBy(std::string_view text) {
     const std::string_view known = named(hostsOfEntries, text);
     if (!known.empty())
         return known;
-    constexpr Names ides[] = {{"webstorm", "com.jetbrains.WebStorm"},
-                              {"phpstorm", "com.jetbrains.PhpStorm"},
-                              {"pycharm", "com.jetbrains.pycharm"}};
-    for (const Names &ide : ides) {
+    constexpr TerminalNames ides[] = {{"webstorm", "com.jetbrains.WebStorm"},
+                                      {"phpstorm", "com.jetbrains.PhpStorm"},
+                                      {"pycharm", "com.jetbrains.pycharm"}};
+    for (const TerminalNames &ide : ides) {
         if (endOf(ide.from, text) != std::string_view::npos)
             return ide.to;
     }
@@ -131,7 +90,7 @@ Program programIn(const Environment &environment, std::string_view term) {
     const std::string_view name = environment.text("TERM_PROGRAM");
     if (!name.empty() && name != "tmux")
         return {name, name == "vscode" && !term.empty()};
-    for (const Names &variable : inheritedVariables) {
+    for (const TerminalNames &variable : inheritedVariables) {
         if (!environment.text(variable.from).empty())
             return {variable.to, false};
     }

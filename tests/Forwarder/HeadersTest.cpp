@@ -58,6 +58,16 @@ TEST(Terminal, IsToldFromTheEnvironmentInEveryShell) {
     }
 }
 
+TEST(Terminal, HasTheSameNamesWithoutTheClient) {
+    CapturingListener listener(response("200 OK", ""));
+    HookProcess hook(Carrier::Curl, listener.port());
+    for (const auto &[variable, header, value] : nameCases()) {
+        hook.setEnvironment({variable});
+        EXPECT_EQ(hook.run({"claude", "Stop"}), "");
+        EXPECT_EQ(listener.take().headers[header], value) << variable;
+    }
+}
+
 // Agents cut their hooks off from the terminal, and a program's name may look like the fields
 // behind it.
 TEST(Terminal, IsThatOfAnAncestorOutsideTheHooksSession) {

@@ -153,14 +153,21 @@ TEST_F(OpenCodePlugin, TellsHowATurnHasEnded) {
 
 TEST_F(OpenCodePlugin, SaysWhereItRuns) {
     const std::vector<TerminalCase> cases = terminalCases();
+    const std::vector<NameCase> names = nameCases();
     QJsonArray environments;
-    for (const TerminalCase &one : cases) {
+    const auto add = [&](const std::vector<std::string> &variables) {
         QJsonObject environment;
-        for (const std::string &variable : one.environment) {
+        for (const std::string &variable : variables) {
             const auto text = QString::fromStdString(variable);
             environment.insert(text.section('=', 0, 0), text.section('=', 1));
         }
         environments.append(environment);
+    };
+    for (const TerminalCase &one : cases) {
+        add(one.environment);
+    }
+    for (const NameCase &one : names) {
+        add({one.variable});
     }
     CapturingListener listener(okAnswer);
     const auto process = start(listener.port(), R"([["session.created", {"info": {"id": "s"}}]])",
@@ -177,6 +184,10 @@ TEST_F(OpenCodePlugin, SaysWhereItRuns) {
         EXPECT_TRUE(
             std::regex_match(request.headers["x-morvane-process"], std::regex("\\d+ \\d+ \\d+")));
         EXPECT_EQ(listener.take().headers["x-hook-event"], "session.deleted");
+    }
+    for (const auto &[variable, header, value] : names) {
+        EXPECT_EQ(listener.take().headers[header], value) << variable;
+        EXPECT_EQ(listener.take().headers[header], value) << variable;
     }
     EXPECT_EQ(process->wait(), 0);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Forwarder/TerminalNames.h"
+
 #include <string>
 #include <vector>
 
@@ -73,9 +75,6 @@ inline std::vector<TerminalCase> terminalCases() {
         {"another application by its entry",
          {"GIO_LAUNCHED_DESKTOP_FILE=/usr/share/applications/org.gnome.Console.desktop"},
          {"x-host-bundle: org.gnome.Console"}},
-        {"a known application by its entry",
-         {"GIO_LAUNCHED_DESKTOP_FILE=/usr/share/applications/cursor.desktop"},
-         {cursor}},
         {"line breaks in a variable",
          {"ZELLIJ_SESSION_NAME=großer a\r\nx-morvane-decision: 1\n\nb"},
          {"x-zellij-session: großer ax-morvane-decision: 1b"}},
@@ -88,6 +87,30 @@ inline std::vector<TerminalCase> terminalCases() {
          {"SHELLOPTS=nounset:xtrace:errexit", "BASH_XTRACEFD=1", "LC_ALL=C.UTF-8", "IFS=x-",
           "TERM=alacritty"},
          {"x-host-bundle: io.alacritty", "x-term-program: alacritty"}}};
+}
+
+/// A variable, and a header that tells of the terminal where there is nothing else.
+struct NameCase {
+    std::string variable;
+    std::string header;
+    std::string value;
+};
+
+/// All names that the client knows, and that everybody else shall know.
+inline std::vector<NameCase> nameCases() {
+    std::vector<NameCase> cases;
+    for (const auto &[variable, program] : inheritedVariables) {
+        cases.push_back({std::string(variable) + "=1", "x-term-program", std::string(program)});
+    }
+    for (const auto &[program, host] : hostsOfPrograms) {
+        cases.push_back(
+            {"TERM_PROGRAM=" + std::string(program), "x-host-bundle", std::string(host)});
+    }
+    for (const auto &[entry, host] : hostsOfEntries) {
+        cases.push_back({"GIO_LAUNCHED_DESKTOP_FILE=/a/" + std::string(entry) + ".desktop",
+                         "x-host-bundle", std::string(host)});
+    }
+    return cases;
 }
 
 } // namespace morvane::tests
