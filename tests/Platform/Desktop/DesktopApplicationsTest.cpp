@@ -1,11 +1,20 @@
 #include "Platform/Linux/Desktop/DesktopApplications.h"
 
+#include "Forwarder/TerminalNames.h"
+#include "Platform/Linux/Desktop/KnownApplications.h"
 #include "Support/TemporaryHome.h"
 
 #include <gtest/gtest.h>
 
 namespace morvane {
 namespace {
+
+TEST(KnownApplications, AreStartedByTheEntriesThatTellOfThem) {
+    const auto text = [](std::string_view name) { return QString::fromUtf8(QByteArrayView(name)); };
+    for (const auto &[entry, host] : hostsOfEntries) {
+        EXPECT_TRUE(KnownApplications::desktopEntryIDs(text(host)).contains(text(entry))) << entry;
+    }
+}
 
 TEST(DesktopApplications, NameWhatIsInstalledHere) {
     TemporaryHome home;

@@ -19,7 +19,8 @@ constexpr std::array applications{
                 {"com.mitchellh.ghostty", "ghostty"}},
     Application{"net.kovidgoyal.kitty", {"kitty"}, {"kitty"}},
     Application{"dev.warp.Warp-Stable", {"dev.warp.Warp"}, {"dev.warp.Warp"}},
-    Application{"io.alacritty", {"Alacritty", "org.alacritty.Alacritty"}, {"Alacritty"}},
+    Application{
+        "io.alacritty", {"Alacritty", "org.alacritty.Alacritty", "alacritty"}, {"Alacritty"}},
     Application{"com.github.wez.wezterm",
                 {"org.wezfurlong.wezterm"},
                 {"org.wezfurlong.wezterm", "wezterm"}},
