@@ -1,5 +1,7 @@
 #include "Core/Sessions/SessionTransition.h"
 
+#include "Core/Adapters/AgentRegistry.h"
+#include "Core/Agents/AgentAdapter.h"
 #include "Core/Agents/HookTimeout.h"
 #include "Core/Sessions/PendingRequest.h"
 
@@ -36,6 +38,11 @@ Session makeSession(const Context &context, SessionState state) {
 
 Session lookUpOrMake(const Context &context, SessionState initial) {
     return context.before ? *context.before : makeSession(context, initial);
+}
+
+/// Such an agent says itself when all that its subagents do is over.
+bool listsSubagents(const HookEvent &event) {
+    return AgentRegistry::adapter(event.agent).reportsBackgroundTasks();
 }
 
 bool isAskedBySubagent(const Session &session) {
@@ -239,15 +246,15 @@ SessionTransition turnEnd(const Context &context) {
     session.pendingExternalResponse.reset();
     session.pendingAgents = context.event.pendingAgents().size();
     const bool finished = session.pendingAgents == 0;
-    // An agent that lists what is pending says itself when all of it is over.
-    session.subagentGoesOn = finished && isAskedBySubagent(session);
+    const bool asksThere = !listsSubagents(context.event) && !session.askers.isEmpty();
+    session.subagentGoesOn = finished && (asksThere || isAskedBySubagent(session));
     if (finished) {
         takeLastWords(session, context.event);
     }
     if (isAskedBySubagent(session)) {
         return update(std::move(session), context);
     }
-    if (!finished) {
+    if (!finished || session.subagentGoesOn) {
         // The turn is over for the agent, not for the person.
         session.state = session.askers.isEmpty() ? SessionState::working : SessionState::needsInput;
         session.acknowledged = session.askers.isEmpty();

@@ -56,7 +56,8 @@ struct SessionSurroundings {
 ///     restored            idle (6)    ignored      ignored      ignored     ignored     ignored
 ///
 ///     (1) unchanged while background agents are pending, or a decision
-///     (2) working while the event lists background agents, needsInput where one of these asks
+///     (2) working while the event lists background agents, needsInput where one of these asks, or
+///         a subagent of an agent that lists none
 ///     (3) needsInput after `ask`; ignored without an approval that waits
 ///     (4) unchanged while a question is open; ignored without questions that wait
 ///     (5) ignored without a decision that waits

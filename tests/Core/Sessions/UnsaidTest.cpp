@@ -157,6 +157,16 @@ TEST_F(UnsaidTest, ASubagentThatWasAnsweredElsewhereGoesOn) {
     }
 }
 
+TEST_F(UnsaidTest, OnlyAnAgentThatListsItsSubagentsSaysWhenTheyAreOver) {
+    for (const AgentKind agent : {claude, codex}) {
+        tell(agent, "UserPromptSubmit", R"("prompt":"go")");
+        tell(agent, "PermissionRequest", make + ofA, "d");
+        store.approvalExpired("d");
+        EXPECT_EQ(tell(agent, "Stop", R"("x":1)"), agent == claude ? done : needsInput);
+        EXPECT_EQ(tell(agent, "SubagentStop", R"("agent_id":"a")"), done);
+    }
+}
+
 TEST_F(UnsaidTest, ASubagentThatGoesOnChangesNoEndOfItsSession) {
     const std::tuple<QString, QByteArray, SessionState> ends[] = {
         {"StopFailure", R"("x":1)", failed},
