@@ -63,7 +63,7 @@ public:
     QList<Subagent> subagents;         ///< of this turn, in the order of their start
     qsizetype pendingAgents = 0;       ///< background agents still running at the turn's end
     std::optional<QString> lastPrompt;
-    std::optional<Date> promptedAt; ///< when the last prompt was told
+    Date atWorkSince; ///< when the last prompt was told, or a rest ended without one
     std::optional<QString> transcriptPath;
     std::optional<QString> model;
     std::optional<int> contextTokens; ///< of the last request

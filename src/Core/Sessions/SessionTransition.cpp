@@ -40,6 +40,10 @@ Session lookUpOrMake(const Context &context, SessionState initial) {
     return context.before ? *context.before : makeSession(context, initial);
 }
 
+bool wasAtWork(const Context &context) {
+    return context.before && context.before->isAtWork();
+}
+
 /// Such an agent says itself when all that its subagents do is over.
 bool listsSubagents(const HookEvent &event) {
     return AgentRegistry::adapter(event.agent).reportsBackgroundTasks();
@@ -102,6 +106,9 @@ SessionTransition touch(Session session, const Context &context) {
     if (!context.before || context.before->state != session.state) {
         session.stateChangedAt = context.now;
     }
+    if (session.isAtWork() && !wasAtWork(context)) {
+        session.atWorkSince = context.now;
+    }
     session.lastEventAt = context.now;
     return SessionTransition::store(std::move(session));
 }
@@ -146,7 +153,7 @@ SessionTransition promptSubmit(const Context &context) {
     }
     session.pendingExternalResponse.reset();
     take(session.lastPrompt, context.event.prompt);
-    session.promptedAt = context.now;
+    session.atWorkSince = context.now;
     session.subagents.clear();
     session.subagentGoesOn = false;
     session.pendingAgents = 0;

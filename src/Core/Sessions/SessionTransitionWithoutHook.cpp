@@ -7,8 +7,8 @@ namespace morvane {
 
 namespace {
 
-/// Within which the hook of a prompt is told, so that what was written before was of an older turn.
-constexpr Seconds promptDelay(2);
+/// Within which a hook is told, so that what was written longer before it was of an older turn.
+constexpr Seconds hookDelay(2);
 
 /// A person has dealt with what the session waited for. Nothing has come from the agent, so the
 /// date of its last event stays.
@@ -132,9 +132,9 @@ SessionTransition SessionTransition::turnGone(Session session, TurnEnd end, Date
 SessionTransition SessionTransition::endedUnsaid(Session session, const TranscriptInfo &info,
                                                  Date now) {
     const bool failed = info.turn == TranscriptInfo::Turn::failed;
-    // A prompt that is still to come was told by a clock that has been set back since.
-    const bool isOfOlderTurn = info.turnAt && session.promptedAt && *session.promptedAt <= now &&
-                               *session.promptedAt - *info.turnAt > promptDelay;
+    // A date that is still to come was told by a clock that has been set back since.
+    const bool isOfOlderTurn =
+        info.turnAt && session.atWorkSince <= now && session.atWorkSince - *info.turnAt > hookDelay;
     if (isOfOlderTurn || (!failed && info.turn != TranscriptInfo::Turn::interrupted)) {
         return {};
     }

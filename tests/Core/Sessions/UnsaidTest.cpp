@@ -350,9 +350,16 @@ TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
     for (const auto &[before, state] : {std::pair(Seconds(2.1), working), {Seconds(1.9), idle}}) {
         tell(claude, "UserPromptSubmit", R"("prompt":"go")");
         scheduler.advance(Seconds(1));
-        finishRead({{}, {}, {}, {}, {}, Turn::interrupted, {}, *session().promptedAt - before});
+        finishRead({{}, {}, {}, {}, {}, Turn::interrupted, {}, session().atWorkSince - before});
         EXPECT_EQ(session().state, state);
     }
+    // So was one before the rest from which a teammate calls.
+    const Date interrupted = scheduler.now();
+    scheduler.advance(Seconds(3));
+    tell(claude, "Notification", R"("notification_type":"worker_permission_prompt")");
+    scheduler.advance(Seconds(2));
+    finishRead({{}, {}, {}, {}, {}, Turn::interrupted, {}, interrupted});
+    EXPECT_EQ(session().state, needsInput);
     // But the clock may have been set back since.
     tell(claude, "UserPromptSubmit", R"("prompt":"go")");
     scheduler.setClock(Seconds(-3600));
