@@ -114,9 +114,12 @@ SessionTransition touch(Session session, const Context &context) {
 }
 
 /// The end of nearly every hook's rule: what the event tells besides its kind, and the dates. What
-/// a subagent tells of its surroundings isn't the session's.
+/// a subagent tells of its surroundings isn't the session's, except where nothing else is known.
 SessionTransition update(Session session, const Context &context) {
     if (context.event.asksForSubagent) {
+        if (!session.process) {
+            takeHost(session, context);
+        }
         return touch(std::move(session), context);
     }
     takeWorkingDirectory(session, context);
@@ -333,7 +336,6 @@ SessionTransition ask(const Context &context) {
     }
     Session session = lookUpOrMake(context, SessionState::needsInput);
     const auto superseded = session.pendingDecisionID();
-    session.subagentGoesOn |= event.asksForSubagent && session.isFinished();
     session.state = SessionState::needsInput;
     session.acknowledged = false;
     setPending(session, context, *event.decisionID);
@@ -344,10 +346,18 @@ SessionTransition ask(const Context &context) {
     return result;
 }
 
+/// Whether the session's own turn is over, as far as can be told. One that isn't known to run may
+/// do so all the same; then an agent that lists its subagents says itself when all of it is over.
+bool isTurnOver(const Context &context) {
+    const auto &before = context.before;
+    return listsSubagents(context.event) ? before && before->isFinished() : !wasAtWork(context);
+}
+
 /// Whoever asked before, and has given way to this, waits on in the terminal.
 SessionTransition permissionRequest(const Context &context) {
     SessionTransition result = ask(context);
     result.session.askers.insert(context.event.agentID.value_or(QString()));
+    result.session.subagentGoesOn |= context.event.asksForSubagent && isTurnOver(context);
     return result;
 }
 

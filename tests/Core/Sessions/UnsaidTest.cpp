@@ -19,6 +19,7 @@ protected:
         EXPECT_TRUE(event) << members.constData();
         HookEvent hook = event.value_or(HookEvent());
         hook.decisionID = decisionID;
+        hook.process = {2, 1, 1};
         store.apply(hook);
         return session().state;
     }
@@ -164,6 +165,15 @@ TEST_F(UnsaidTest, OnlyAnAgentThatListsItsSubagentsSaysWhenTheyAreOver) {
         store.approvalExpired("d");
         EXPECT_EQ(tell(agent, "Stop", R"("x":1)"), agent == claude ? done : needsInput);
         EXPECT_EQ(tell(agent, "SubagentStop", R"("agent_id":"a")"), done);
+        // Whether a turn runs isn't known of a session that is heard of first by its subagent.
+        for (const Kind kind : {Kind::sessionStart, Kind::sessionEnd}) {
+            apply(EventBuilder(kind).of(agent));
+            tell(agent, "PermissionRequest", make + ofA, "e");
+            EXPECT_TRUE(session().process);
+            store.decide("s", AgentDecision::allow());
+            EXPECT_EQ(tell(agent, "SubagentStop", R"("agent_id":"a")"),
+                      agent == claude ? working : done);
+        }
     }
 }
 
