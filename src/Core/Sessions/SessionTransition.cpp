@@ -136,6 +136,12 @@ SessionTransition sessionStart(const Context &context) {
     if (context.event.isCompaction && session.isAtWork()) {
         return update(std::move(session), context);
     }
+    // The start may be all that tells of an interruption, which ends nothing that a subagent asks.
+    if (isAskedBySubagent(session)) {
+        session.askers.remove(QString());
+        session.subagentGoesOn = true;
+        return update(std::move(session), context);
+    }
     session.state = SessionState::idle;
     session.acknowledged = true;
     session.pendingExternalResponse.reset();

@@ -35,7 +35,7 @@ struct SessionSurroundings {
 /// The state that each event leads to, by the session's state before:
 ///
 ///     event               none        working      needsInput   done        failed      idle
-///     sessionStart        idle        idle (15)    idle (15)    idle        idle        idle
+///     sessionStart        idle        idle (15)    idle (10,15) idle        idle        idle
 ///     promptSubmit        working     working      working      working     working     working
 ///     toolUse             working     working      working (9)  working     working     working
 ///     needsInput          needsInput  needsInput   needsInput   needsInput  needsInput  needsInput

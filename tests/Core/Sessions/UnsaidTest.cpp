@@ -326,6 +326,11 @@ TEST_F(UnsaidTest, CodexSaysThatItsTurnWasInterrupted) {
     scheduler.advance(Seconds(2.1));
     EXPECT_EQ(session().state, idle);
     EXPECT_FALSE(session().pendingApproval);
+    // A subagent that asks goes on.
+    tell(codex, "PermissionRequest", make + ofA, "e");
+    EXPECT_EQ(tell(codex, "Interrupt", R"("turn_id":"t")"), needsInput);
+    store.decide("s", AgentDecision::allow());
+    EXPECT_EQ(tell(codex, "SubagentStop", R"("agent_id":"a")"), done);
 }
 
 TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
