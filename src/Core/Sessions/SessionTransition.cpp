@@ -419,7 +419,7 @@ bool SessionTransition::concernsSession(const std::optional<Session> &before,
     case CanonicalEvent::subagentStop:
         return true;
     case CanonicalEvent::permissionRequest:
-        return event.asksForSubagent && event.decisionID;
+        return event.asksForSubagent;
     case CanonicalEvent::toolUse:
         return before && before->askers.contains(event.agentID.value_or(QString()));
     default:

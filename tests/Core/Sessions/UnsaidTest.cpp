@@ -112,9 +112,9 @@ TEST_F(UnsaidTest, ASubagentOfCodexAsksForItsSession) {
 TEST_F(UnsaidTest, WhatASubagentAsksElsewhereIsNotItsSessionsOwn) {
     const QByteArray place = R"(,"agent_id":"a","cwd":"/elsewhere","transcript_path":"/other")";
     tell(claude, "UserPromptSubmit", R"("prompt":"go","cwd":"/srv","transcript_path":"/t")");
-    const Session before = session();
-    tell(claude, "PermissionRequest", make + place);
-    EXPECT_EQ(session(), before);
+    // Where no hook waits for an answer, that it asks is seen all the same.
+    EXPECT_EQ(tell(claude, "PermissionRequest", make + place), needsInput);
+    EXPECT_EQ(tell(claude, "PreToolUse", make + place), working);
     const QByteArray asking =
         R"("tool_name":"A","tool_input":{"questions":[{"question":"Q","options":[{"label":"Y"}],)"
         R"("multiSelect":true}]})";
@@ -154,6 +154,8 @@ TEST_F(UnsaidTest, ASubagentThatWasAnsweredElsewhereGoesOn) {
         tell(agent, "PermissionRequest", make + ofA, "g");
         store.approvalExpired("g");
         EXPECT_EQ(tell(agent, "SubagentStop", R"("agent_id":"b")"), needsInput);
+        EXPECT_EQ(tell(agent, "SubagentStop", R"("agent_id":"a")"), done);
+        tell(agent, "PermissionRequest", make + ofA);
         EXPECT_EQ(tell(agent, "SubagentStop", R"("agent_id":"a")"), done);
     }
 }
