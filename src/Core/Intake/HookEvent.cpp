@@ -270,6 +270,8 @@ std::optional<HookEvent> HookEvent::decode(const AgentAdapter &adapter, const QS
     event.agentID = body->string("agent_id");
     event.isCompaction = event.kind == CanonicalEvent::sessionStart &&
                          body->string("source") == QLatin1String("compact");
+    event.isOfBackground = event.kind == CanonicalEvent::idle &&
+                           body->string("notification_type") == QLatin1String("agent_completed");
     if (adapter.reportsBackgroundTasks()) {
         event.backgroundTasks = morvane::backgroundTasks(*body);
     }

@@ -56,6 +56,7 @@ struct HookEvent {
     /// are none. Absent where the transcript has to be asked.
     std::optional<QString> lastWords;
     bool isCompaction = false;          ///< the context has been compacted, and the session goes on
+    bool isOfBackground = false;        ///< an agent in the background has come to its end
     bool asksAfterHook = false;         ///< no terminal asks for a call while a hook waits with it
     bool endsTurnsInTranscript = false; ///< a turn may end without an event
     bool titlesLag = false;             ///< while a turn runs its prompt says more than the title

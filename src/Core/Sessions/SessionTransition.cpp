@@ -237,8 +237,10 @@ SessionTransition idle(const Context &context) {
         return update(makeSession(context, SessionState::idle), context);
     }
     Session session = *context.before;
-    // It may be a background agent that has ended, while the session waits for a person.
-    if (!session.isAtWork() || session.pendingAgents != 0 || session.pendingDecisionID()) {
+    // What an agent in the background has come to answers nothing that waits for a person.
+    const bool waits = session.pendingDecisionID() ||
+                       (context.event.isOfBackground && session.state == SessionState::needsInput);
+    if (!session.isAtWork() || session.pendingAgents != 0 || waits) {
         return {};
     }
     session.state = SessionState::done;

@@ -55,7 +55,8 @@ struct SessionSurroundings {
 ///     turnGone (7)        ignored     idle (8)     idle (8)     - (12)      -           -
 ///     restored            idle (6)    ignored      ignored      ignored     ignored     ignored
 ///
-///     (1) unchanged while background agents are pending, or a decision
+///     (1) unchanged while background agents are pending, or a decision; by the end of a background
+///         agent also while the terminal asks
 ///     (2) working while the event lists background agents, needsInput where one of these asks, or
 ///         a subagent of an agent that lists none
 ///     (3) needsInput after `ask`; ignored without an approval that waits

@@ -193,6 +193,10 @@ TEST_F(UnsaidTest, ASubagentThatGoesOnChangesNoEndOfItsSession) {
         EXPECT_EQ(tell(claude, "SubagentStop", R"("agent_id":"a")"), state);
         EXPECT_TRUE(session().acknowledged);
     }
+    // Nor is the end of one in the background an answer.
+    tell(claude, "Notification", R"("notification_type":"permission_prompt")");
+    EXPECT_EQ(tell(claude, "Notification", R"("notification_type":"agent_completed")"), needsInput);
+    EXPECT_EQ(tell(claude, "Notification", R"("notification_type":"idle_prompt")"), done);
 }
 
 TEST_F(UnsaidTest, WhoeverHasGivenWayToAnotherStillAsks) {
