@@ -13,11 +13,6 @@ std::optional<QString> hint(const HttpRequest &request, HttpHeader header) {
     return text.isEmpty() ? std::nullopt : std::optional(text);
 }
 
-std::optional<QString> paneHeader(const HttpRequest &request, HttpHeader header) {
-    const QString value = request.text(header).trimmed();
-    return value.isEmpty() ? std::nullopt : std::optional(value);
-}
-
 /// Three numbers with blanks between them: that of the process, its start and its number space.
 std::optional<ProcessIdentity> processIn(const QString &text) {
     const QStringList parts = text.split(u' ');
@@ -42,14 +37,14 @@ HookOrigin HookOrigin::of(const HttpRequest &request) {
     origin.termProgram = hint(request, HttpHeader::termProgram);
     origin.hostBundleID = hint(request, HttpHeader::hostBundle);
     origin.ttyName = hint(request, HttpHeader::tty);
-    origin.pane.tmux = paneHeader(request, HttpHeader::tmuxPane);
-    origin.pane.tmuxServer = paneHeader(request, HttpHeader::tmuxServer);
-    origin.pane.wezterm = paneHeader(request, HttpHeader::weztermPane);
-    origin.pane.kitty = paneHeader(request, HttpHeader::kittyWindow);
-    origin.pane.zellij = paneHeader(request, HttpHeader::zellijSession);
-    origin.pane.orca = paneHeader(request, HttpHeader::orcaTerminal);
-    origin.pane.kittyListenOn = paneHeader(request, HttpHeader::kittyListenOn);
-    origin.pane.weztermSocket = paneHeader(request, HttpHeader::weztermSocket);
+    origin.pane.tmux = hint(request, HttpHeader::tmuxPane);
+    origin.pane.tmuxServer = hint(request, HttpHeader::tmuxServer);
+    origin.pane.wezterm = hint(request, HttpHeader::weztermPane);
+    origin.pane.kitty = hint(request, HttpHeader::kittyWindow);
+    origin.pane.zellij = hint(request, HttpHeader::zellijSession);
+    origin.pane.orca = hint(request, HttpHeader::orcaTerminal);
+    origin.pane.kittyListenOn = hint(request, HttpHeader::kittyListenOn);
+    origin.pane.weztermSocket = hint(request, HttpHeader::weztermSocket);
     origin.process = processIn(request.text(HttpHeader::process));
     return origin;
 }
