@@ -89,10 +89,12 @@ void SessionTranscripts::awaitWords(const QString &sessionID, Date endedAt, std:
         const auto session = m_sessions.constFind(sessionID);
         const bool isSameTurn = session != m_sessions.constEnd() && session->isFinished() &&
                                 session->stateChangedAt == endedAt;
-        if (isSameTurn) {
-            read(*session, Purpose::completion, m_scheduler.now());
+        if (!isSameTurn) {
+            m_lateWords.erase(sessionID);
+            return;
         }
-        awaitWords(sessionID, endedAt, isSameTurn ? looks + 1 : wordsDelays.size());
+        read(*session, Purpose::completion, m_scheduler.now());
+        awaitWords(sessionID, endedAt, looks + 1);
     };
     m_lateWords.insert_or_assign(sessionID, m_scheduler.after(wordsDelays[looks], look));
 }
