@@ -63,7 +63,7 @@ struct SessionSurroundings {
 ///     (4) unchanged while a question is open; ignored without questions that wait
 ///     (5) ignored without a decision that waits
 ///     (6) ignored when it was last active too long ago
-///     (7) unchanged while anything waits for an answer
+///     (7) unchanged while a decision waits
 ///     (8) failed where that is what ended it
 ///     (9) unchanged by the announcement of the very call that waits, and by others where no
 ///         terminal asks for it meanwhile

@@ -117,8 +117,7 @@ SessionTransition SessionTransition::hungUp(Session session, Date now) {
 SessionTransition SessionTransition::turnGone(Session session, TurnEnd end, Date now) {
     const bool failed = end == TurnEnd::failed;
     const bool seemsDone = failed && session.state == SessionState::done;
-    if ((!session.isAtWork() && !seemsDone) || session.pendingDecisionID() ||
-        session.pendingExternalResponse) {
+    if ((!session.isAtWork() && !seemsDone) || session.pendingDecisionID()) {
         return {};
     }
     session.state = failed ? SessionState::failed : SessionState::idle;
