@@ -18,7 +18,6 @@ struct PendingApproval {
     std::optional<QString> detail;  ///< what the tool works on, one line
     ReadableInput input;            ///< all that the tool is given
     Date expiresAt;                 ///< for display: the expiry itself is told by the server
-    bool ofSubagent = false;        ///< of one of the session's subagents
     bool allowsRemembering = false; ///< whether the agent can be told to ask no more
 
     /// Everything that a person may ever choose, in the order of the buttons and the digit keys.

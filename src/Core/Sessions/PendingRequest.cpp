@@ -97,7 +97,6 @@ PendingApproval approval(const HookEvent &event, const QString &decisionID, Date
             .detail = event.toolDetail,
             .input = event.toolInput,
             .expiresAt = expiresAt,
-            .ofSubagent = event.asksForSubagent,
             .allowsRemembering = adapter.supportsRememberedDecisions() && !event.asksAnew};
 }
 

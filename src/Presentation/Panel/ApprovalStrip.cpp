@@ -99,13 +99,16 @@ DecideButton *ApprovalStrip::makeButton(const AgentDecision &decision) {
     return button;
 }
 
-void ApprovalStrip::setApproval(const PendingApproval &approval, const QString &name,
-                                bool showsShortcuts) {
-    if (m_approval != approval) {
-        m_approval = approval;
+void ApprovalStrip::setApproval(const Session &session, const QString &name, bool showsShortcuts) {
+    if (m_approval != session.pendingApproval) {
+        m_approval = session.pendingApproval;
         m_showsAll = false;
+        const QString tool = VisibleText::name(m_approval->toolName);
+        m_title->setText(session.pendingSubagent.isEmpty()
+                             ? tr("wants to run %1").arg(tool)
+                             : tr("a subagent wants to run %1").arg(tool));
         showCall();
-        countdown().setExpiresAt(approval.expiresAt);
+        countdown().setExpiresAt(m_approval->expiresAt);
         readAnew();
     }
     showChoices(name, showsShortcuts);
@@ -113,9 +116,6 @@ void ApprovalStrip::setApproval(const PendingApproval &approval, const QString &
 
 void ApprovalStrip::showCall() {
     const ReadableInput &given = m_approval->input;
-    const QString name = VisibleText::name(m_approval->toolName);
-    m_title->setText(m_approval->ofSubagent ? tr("a subagent wants to run %1").arg(name)
-                                            : tr("wants to run %1").arg(name));
     const QString line = VisibleText::of(m_approval->detail.value_or(QString()));
     const ReadableInput::Rest rest = given.beyond(line);
     const bool isWhole = m_showsAll || line.isEmpty() || rest.isEmpty();

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Core/Agents/AgentDecision.h"
-#include "Core/Sessions/PendingApproval.h"
+#include "Core/Sessions/Session.h"
 #include "Presentation/Panel/PromptStrip.h"
 
 #include <QList>
@@ -21,8 +21,9 @@ class ApprovalStrip : public PromptStrip {
 public:
     ApprovalStrip(Scheduler &scheduler, QWidget *parent);
 
-    /// The name is the session's, by which a screen reader tells one strip from another.
-    void setApproval(const PendingApproval &approval, const QString &name, bool showsShortcuts);
+    /// The session must have a pending approval. The name is the session's, by which a screen
+    /// reader tells one strip from another.
+    void setApproval(const Session &session, const QString &name, bool showsShortcuts);
 
 signals:
     void decided(const morvane::AgentDecision &decision);

@@ -108,7 +108,7 @@ void SessionRow::retire(QWidget &strip) {
 QWidget *SessionRow::stripFor(bool showsShortcuts) {
     if (m_session.pendingApproval && context().actions.onDecide) {
         ApprovalStrip &strip = approvalStrip();
-        strip.setApproval(*m_session.pendingApproval, name(), showsShortcuts);
+        strip.setApproval(m_session, name(), showsShortcuts);
         return &strip;
     }
     if (m_session.pendingQuestion && context().actions.onAnswer) {

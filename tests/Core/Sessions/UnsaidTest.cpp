@@ -67,7 +67,7 @@ TEST_F(UnsaidTest, ASubagentOfCodexAsksForItsSession) {
     tell(codex, "Stop", R"("cwd":"/srv")");
     EXPECT_EQ(tell(codex, "PermissionRequest", ofSubagent, "d"), needsInput);
     ASSERT_TRUE(session().pendingApproval);
-    EXPECT_TRUE(session().pendingApproval->ofSubagent);
+    EXPECT_EQ(session().pendingSubagent, "a");
     EXPECT_EQ(session().cwd, "/srv");
     EXPECT_EQ(take(announced), (QStringList{"done", "needsInput"}));
     EXPECT_EQ(tell(codex, "PreToolUse", ofSubagent), needsInput);
