@@ -3,6 +3,7 @@
 #include "Core/Settings/MorvaneSettings.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace morvane {
 
@@ -28,7 +29,7 @@ QList<CompletedRecord> SessionStore::jumpableCompleted() const {
 }
 
 void SessionStore::apply(const HookEvent &event) {
-    const auto before = stored(event.sessionID);
+    const Session *before = find(event.sessionID);
     if (event.agentID && !SessionTransition::concernsSession(before, event)) {
         if (event.decisionID) {
             resolve(*event.decisionID, AgentDecision::ask());
@@ -36,21 +37,18 @@ void SessionStore::apply(const HookEvent &event) {
         return;
     }
     const Date now = m_scheduler.now();
+    const auto previous = before ? std::optional(before->state) : std::nullopt;
     if (before && SessionTransition::endsPendingDecision(*before, event)) {
         releaseApproval(event.sessionID);
+        before = find(event.sessionID);
     }
-    const auto transition =
-        SessionTransition::of(stored(event.sessionID), event, now, m_surroundings);
-    carryOut(transition);
-    if (transition.readsTranscript) {
-        m_transcripts.readProgress(transition.session, now);
-    }
+    auto transition = SessionTransition::of(before, event, now, m_surroundings);
     // A turn that has ended without any may have failed; one that is known to have has none.
-    const auto after = stored(event.sessionID);
-    const bool isDone = after && after->state == SessionState::done;
+    const bool isDone = transition.session.state == SessionState::done;
     const bool readsWords = !event.lastWords || (event.lastWords->isEmpty() && isDone);
-    followUp(event.sessionID, before ? std::optional(before->state) : std::nullopt, now,
-             readsWords);
+    carryOut(std::move(transition));
+    using enum SessionTranscripts::Purpose;
+    followUp(event.sessionID, previous, now, readsWords ? completion : progress);
 }
 
 void SessionStore::restore(const QList<DiscoveredSession> &discovered) {
@@ -58,7 +56,7 @@ void SessionStore::restore(const QList<DiscoveredSession> &discovered) {
     QStringList restored;
     for (const DiscoveredSession &found : discovered) {
         const auto transition =
-            SessionTransition::restored(stored(found.id), found, oldest, m_surroundings);
+            SessionTransition::restored(find(found.id), found, oldest, m_surroundings);
         // Entered without `carryOut`, for all of them are published at once.
         if (transition.write == SessionTransition::Write::store) {
             m_sessions.insert(found.id, transition.session);
@@ -74,9 +72,10 @@ void SessionStore::restore(const QList<DiscoveredSession> &discovered) {
 }
 
 void SessionStore::acknowledge(const QString &sessionID) {
-    if (auto session = stored(sessionID); session && !session->acknowledged) {
+    const auto session = m_sessions.find(sessionID);
+    if (session != m_sessions.end() && !session->acknowledged) {
         session->acknowledged = true;
-        put(*session);
+        publishSessions();
     }
 }
 
@@ -124,20 +123,20 @@ void SessionStore::renameCwd(const QString &cwd, const std::optional<QString> &n
 }
 
 void SessionStore::decide(const QString &sessionID, const AgentDecision &decision) {
-    if (const auto session = stored(sessionID)) {
+    if (const Session *session = find(sessionID)) {
         carryOut(SessionTransition::decided(*session, decision, m_scheduler.now()));
     }
 }
 
 void SessionStore::answer(const QString &sessionID, const QString &question,
                           const QString &option) {
-    if (const auto session = stored(sessionID)) {
+    if (const Session *session = find(sessionID)) {
         carryOut(SessionTransition::answered(*session, question, option, m_scheduler.now()));
     }
 }
 
 void SessionStore::chooseByIndex(const QString &sessionID, qsizetype index) {
-    const auto session = stored(sessionID);
+    const Session *session = find(sessionID);
     if (!session || index < 0) {
         return;
     }
@@ -180,7 +179,7 @@ void SessionStore::approvalHungUp(const QString &decisionID) {
     const Date now = m_scheduler.now();
     carryOut(SessionTransition::hungUp(*session, now));
     if (!session->pendingSubagent.isEmpty()) {
-        followUp(session->id, session->state, now, true);
+        followUp(session->id, session->state, now, SessionTranscripts::Purpose::completion);
         return;
     }
     const auto end = [this, id = session->id, lastEventAt = session->lastEventAt] {
@@ -191,7 +190,7 @@ void SessionStore::approvalHungUp(const QString &decisionID) {
 }
 
 void SessionStore::endQuietly(const QString &sessionID, Date lastEventAt) {
-    const auto session = stored(sessionID);
+    const Session *session = find(sessionID);
     if (session && session->lastEventAt == lastEventAt) {
         carryOut(SessionTransition::turnGone(*session, SessionTransition::TurnEnd::interrupted,
                                              m_scheduler.now()));
@@ -211,17 +210,23 @@ std::optional<Session> SessionStore::sessionAwaitingDecision() const {
     return waiting != active.end() ? std::optional(*waiting) : std::nullopt;
 }
 
-void SessionStore::carryOut(const SessionTransition &transition) {
-    for (const QString &decisionID : transition.releases) {
+void SessionStore::carryOut(SessionTransition &&transition) {
+    for (const QString &decisionID : std::as_const(transition.releases)) {
         resolve(decisionID, AgentDecision::ask());
     }
     switch (transition.write) {
     case SessionTransition::Write::nothing:
         break;
-    case SessionTransition::Write::store:
-        put(transition.session);
-        m_transcripts.watchTurn(transition.session);
+    case SessionTransition::Write::store: {
+        Session &session = m_sessions[transition.session.id];
+        session = std::move(transition.session);
+        m_transcripts.watchTurn(session);
+        if (transition.readsTranscript) {
+            m_transcripts.readProgress(session, m_scheduler.now());
+        }
+        publishSessions();
         break;
+    }
     case SessionTransition::Write::remove:
         removeSession(transition.session.id);
         break;
@@ -232,51 +237,48 @@ void SessionStore::carryOut(const SessionTransition &transition) {
 }
 
 void SessionStore::followUp(const QString &sessionID, std::optional<SessionState> previous,
-                            Date now, bool readsWords) {
-    const auto session = stored(sessionID);
+                            Date now, SessionTranscripts::Purpose purpose) {
+    const Session *found = find(sessionID);
     const bool callsForAttention =
-        session && (session->isFinished() || session->state == SessionState::needsInput);
-    if (!callsForAttention || session->state == previous) {
+        found && (found->isFinished() || found->state == SessionState::needsInput);
+    if (!callsForAttention || found->state == previous) {
         return;
     }
-    emit stateChanges(session->state, sessionID);
-    if (session->isFinished()) {
-        recordCompleted(*session, now);
-        enrichFromTranscript(sessionID, readsWords, now);
-        if (readsWords) {
-            m_transcripts.awaitWords(*session);
+    const Session session = *found; // since whoever is told may change it
+    emit stateChanges(session.state, sessionID);
+    if (session.isFinished()) {
+        recordCompleted(session, now);
+        enrichFromTranscript(sessionID, purpose, now);
+        if (purpose == SessionTranscripts::Purpose::completion) {
+            m_transcripts.awaitWords(session);
         }
     }
 }
 
-void SessionStore::enrichFromTranscript(const QString &sessionID, bool completion, Date now) {
-    if (const auto session = stored(sessionID)) {
-        m_transcripts.read(*session,
-                           completion ? SessionTranscripts::Purpose::completion
-                                      : SessionTranscripts::Purpose::progress,
-                           now);
+void SessionStore::enrichFromTranscript(const QString &sessionID,
+                                        SessionTranscripts::Purpose purpose, Date now) {
+    if (const Session *session = find(sessionID)) {
+        m_transcripts.read(*session, purpose, now);
     }
 }
 
 void SessionStore::enrichRestored(const QString &sessionID) {
-    if (const auto session = stored(sessionID)) {
-        m_transcripts.read(*session, SessionTranscripts::Purpose::restored, m_scheduler.now());
-    }
+    enrichFromTranscript(sessionID, SessionTranscripts::Purpose::restored, m_scheduler.now());
 }
 
 void SessionStore::learn(const Session &asked, SessionTranscripts::Purpose purpose,
                          const TranscriptInfo &info) {
     using enum SessionTranscripts::Purpose;
-    if (const auto present = stored(asked.id)) {
+    if (const Session *present = find(asked.id)) {
         const bool isForSummary = purpose == completion ? present->isFinished()
                                                         : purpose == restored && !present->summary;
-        carryOut(SessionTransition::informed(*present, info,
-                                             isForSummary ? info.lastAssistantText : std::nullopt));
         // The hook has told that the turn is over, but not how.
         const bool hasFailed = purpose == completion && present->state == SessionState::done &&
                                present->endsTurnsInTranscript &&
                                info.turn == TranscriptInfo::Turn::failed;
         const bool mayHaveEnded = purpose == turnEnd && present->lastEventAt == asked.lastEventAt;
+        carryOut(SessionTransition::informed(*present, info,
+                                             isForSummary ? info.lastAssistantText : std::nullopt));
         if (hasFailed || mayHaveEnded) {
             endUnsaid(m_sessions.value(asked.id), info);
         }
@@ -292,11 +294,11 @@ void SessionStore::learn(const Session &asked, SessionTranscripts::Purpose purpo
 void SessionStore::endUnsaid(const Session &session, const TranscriptInfo &info) {
     const Date now = m_scheduler.now();
     carryOut(SessionTransition::endedUnsaid(session, info, now));
-    const auto ended = stored(session.id);
+    const Session *ended = find(session.id);
     if (ended && ended->state != session.state && session.isFinished()) {
         recordCompleted(*ended, now); // and nothing is heard of its end once more
     } else {
-        followUp(session.id, session.state, now, false);
+        followUp(session.id, session.state, now, SessionTranscripts::Purpose::progress);
     }
 }
 
@@ -323,7 +325,7 @@ void SessionStore::releaseApprovals() {
 }
 
 void SessionStore::releaseApproval(const QString &sessionID) {
-    if (const auto session = stored(sessionID)) {
+    if (const Session *session = find(sessionID)) {
         carryOut(SessionTransition::released(*session));
     }
 }
@@ -332,11 +334,6 @@ void SessionStore::resolve(const QString &decisionID, const AgentDecision &decis
     if (resolveDecision) {
         resolveDecision(decisionID, decision);
     }
-}
-
-void SessionStore::put(const Session &session) {
-    m_sessions.insert(session.id, session);
-    publishSessions();
 }
 
 void SessionStore::removeSession(const QString &sessionID) {
@@ -367,9 +364,9 @@ void SessionStore::clearStaleDoneSessions() {
     }
 }
 
-std::optional<Session> SessionStore::stored(const QString &sessionID) const {
+const Session *SessionStore::find(const QString &sessionID) const {
     const auto found = m_sessions.constFind(sessionID);
-    return found != m_sessions.constEnd() ? std::optional(*found) : std::nullopt;
+    return found != m_sessions.constEnd() ? &*found : nullptr;
 }
 
 } // namespace morvane

@@ -134,16 +134,20 @@ signals:
     void stateChanges(morvane::SessionState state, const QString &sessionID);
 
 private:
-    void carryOut(const SessionTransition &transition);
+    void carryOut(SessionTransition &&transition);
+
+    /// Tells of a session that has come to need a person, or has finished. Of one that has finished
+    /// the transcript is read, for this purpose.
     void followUp(const QString &sessionID, std::optional<SessionState> previous, Date now,
-                  bool readsWords);
+                  SessionTranscripts::Purpose purpose);
     void endQuietly(const QString &sessionID, Date lastEventAt);
     void endUnsaid(const Session &session, const TranscriptInfo &info);
     std::optional<Session> waitingFor(const QString &decisionID) const;
 
-    /// Brings the session up to what its transcript tells, as far as it has one; with `completion`
+    /// Brings the session up to what its transcript tells, as far as it has one; for `completion`
     /// also its summary and its record's. Nothing happens while one is being read for it.
-    void enrichFromTranscript(const QString &sessionID, bool completion, Date now);
+    void enrichFromTranscript(const QString &sessionID, SessionTranscripts::Purpose purpose,
+                              Date now);
 
     /// Brings a session that was found on disk up to what its transcript tells, its summary too
     /// where it has none. Nothing happens while a transcript is being read for it.
@@ -158,11 +162,13 @@ private:
     const AggregateStatus &aggregate() const { return summary().aggregate; }
     void releaseApproval(const QString &sessionID);
     void resolve(const QString &decisionID, const AgentDecision &decision);
-    void put(const Session &session);
     void removeSession(const QString &sessionID);
     void scheduleCleanup();
     void clearStaleDoneSessions();
-    std::optional<Session> stored(const QString &sessionID) const;
+
+    /// Null for an unknown session. It lasts until the sessions change, so it is to be looked up
+    /// again after each signal, and after each decision that is handed on.
+    const Session *find(const QString &sessionID) const;
 
     MorvaneSettings &m_settings;
     SessionSurroundings m_surroundings;

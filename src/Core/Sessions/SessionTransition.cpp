@@ -12,7 +12,7 @@ namespace morvane {
 namespace {
 
 struct Context {
-    const std::optional<Session> &before;
+    const Session *before; ///< null where there is none
     const HookEvent &event;
     Date now;
     const SessionSurroundings &surroundings;
@@ -102,7 +102,7 @@ void takeHost(Session &session, const Context &context) {
 }
 
 /// The dates alone.
-SessionTransition touch(Session session, const Context &context) {
+SessionTransition touch(Session &&session, const Context &context) {
     if (!context.before || context.before->state != session.state) {
         session.stateChangedAt = context.now;
     }
@@ -115,7 +115,7 @@ SessionTransition touch(Session session, const Context &context) {
 
 /// The end of nearly every hook's rule: what the event tells besides its kind, and the dates. What
 /// a subagent tells of its surroundings isn't the session's, except where nothing else is known.
-SessionTransition update(Session session, const Context &context) {
+SessionTransition update(Session &&session, const Context &context) {
     if (context.event.asksForSubagent) {
         if (!session.process) {
             takeHost(session, context);
@@ -371,8 +371,7 @@ SessionTransition permissionRequest(const Context &context) {
 
 } // namespace
 
-SessionTransition SessionTransition::of(const std::optional<Session> &before,
-                                        const HookEvent &event, Date now,
+SessionTransition SessionTransition::of(const Session *before, const HookEvent &event, Date now,
                                         const SessionSurroundings &surroundings) {
     const Context context{before, event, now, surroundings};
     switch (event.kind) {
@@ -415,8 +414,7 @@ bool SessionTransition::endsPendingDecision(const Session &session, const HookEv
     }
 }
 
-bool SessionTransition::concernsSession(const std::optional<Session> &before,
-                                        const HookEvent &event) {
+bool SessionTransition::concernsSession(const Session *before, const HookEvent &event) {
     switch (event.kind) {
     case CanonicalEvent::subagentStop:
         return true;

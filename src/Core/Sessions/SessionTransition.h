@@ -103,7 +103,7 @@ public:
     std::optional<Resolution> resolution = std::nullopt;
 
     /// The session is stored as it stands here, and that is all.
-    static SessionTransition store(Session session);
+    static SessionTransition store(Session &&session);
 
     /// Takes from the session what it waits with, whoever has dealt with it.
     static void forgetDecision(Session &session);
@@ -115,9 +115,9 @@ public:
     /// before, the session is done with the last one that went on.
     static void endSubagent(Session &session, const QString &subagent);
 
-    /// The rule for this event. `before` is the stored session, if there is one.
-    static SessionTransition of(const std::optional<Session> &before, const HookEvent &event,
-                                Date now, const SessionSurroundings &surroundings);
+    /// The rule for this event. `before` is the stored session, null where there is none.
+    static SessionTransition of(const Session *before, const HookEvent &event, Date now,
+                                const SessionSurroundings &surroundings);
 
     /// True for the events that end what a hook was waiting for; such a decision is released
     /// before the event's own rule runs. What a subagent asks outlives the turn of its session.
@@ -125,7 +125,7 @@ public:
 
     /// True for what a subagent tells that its session has to hear: most of it must not disturb
     /// the session that launched it.
-    static bool concernsSession(const std::optional<Session> &before, const HookEvent &event);
+    static bool concernsSession(const Session *before, const HookEvent &event);
 
     /// A person has decided about the tool call that the session waits with.
     static SessionTransition decided(Session session, const AgentDecision &decision, Date now);
@@ -159,9 +159,8 @@ public:
 
     /// A session was found on disk. `before` is the stored session of its id, if there is one;
     /// what was last active before `oldest` would be cleared at once, and isn't entered.
-    static SessionTransition restored(const std::optional<Session> &before,
-                                      const DiscoveredSession &found, Date oldest,
-                                      const SessionSurroundings &surroundings);
+    static SessionTransition restored(const Session *before, const DiscoveredSession &found,
+                                      Date oldest, const SessionSurroundings &surroundings);
 };
 
 } // namespace morvane

@@ -32,7 +32,7 @@ SessionTransition resolve(Session session, Date now, SessionTransition::Resoluti
 
 } // namespace
 
-SessionTransition SessionTransition::store(Session session) {
+SessionTransition SessionTransition::store(Session &&session) {
     if (!session.isAtWork()) {
         session.askers.clear();
     }
@@ -170,8 +170,8 @@ SessionTransition SessionTransition::released(Session session) {
     return result;
 }
 
-SessionTransition SessionTransition::restored(const std::optional<Session> &before,
-                                              const DiscoveredSession &found, Date oldest,
+SessionTransition SessionTransition::restored(const Session *before, const DiscoveredSession &found,
+                                              Date oldest,
                                               const SessionSurroundings &surroundings) {
     // What hooks have told meanwhile is newer than anything on disk.
     if (before || found.lastActive < oldest) {
