@@ -77,6 +77,9 @@ int main() {
             makeTranscript(folder, "far", telling() + filler()));
     measure("a transcript's tail of the shortest lines, which tell nothing",
             makeTranscript(folder, "short", QByteArray("{}\n").repeated(tailSize / 3)));
+    const QByteArray line = "{\"type\":\"error\"}\n";
+    measure("a transcript's tail of the shortest lines that might tell something",
+            makeTranscript(folder, "parsed", line.repeated(tailSize / line.size())));
     measure("a transcript's tail of one line, which is cut",
             makeTranscript(folder, "long", QByteArray(2 * tailSize, 'x')));
 }

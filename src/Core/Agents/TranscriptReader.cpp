@@ -5,6 +5,7 @@
 #include "Core/Ground/RegularFile.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace morvane::TranscriptReader {
 
@@ -12,6 +13,10 @@ namespace {
 
 constexpr qsizetype headSize = 65'536;
 constexpr int maxCharacters = 120;
+
+/// Of all the lines that tell something, of any agent, this one of Gemini CLI is the shortest. A
+/// tail may hold so many shorter ones that it would take too long to parse each of them.
+constexpr qsizetype shortestLine = std::string_view(R"({"type":"error"})").size();
 
 /// The end of the file. Where that begins within a character, the rest of it is left out: it is
 /// part of a cut line, and would make bad UTF-8 of all the others.
@@ -41,7 +46,7 @@ TranscriptInfo newestFirst(QByteArrayView lines, TakeLine takeLine) {
         const qsizetype lineFeed = lines.lastIndexOf('\n');
         const QByteArrayView line = lines.sliced(lineFeed + 1);
         lines.truncate(std::max<qsizetype>(lineFeed, 0));
-        if (line.isEmpty()) {
+        if (line.size() < shortestLine) {
             continue;
         }
         // The first line of a tail is usually cut, and no JSON.

@@ -234,6 +234,7 @@ TEST_F(TranscriptFileTest, KnowsHowATurnOfGeminisStands) {
                                          R"({"type":"info","content":"This request failed."})"});
     EXPECT_EQ(failed.turn, Turn::failed);
     EXPECT_EQ(failed.failure, "[API Error: 400]");
+    EXPECT_EQ(after({R"({"type":"error"})"}).turn, Turn::failed) << "of as few words as can be";
 }
 
 TEST_F(TranscriptFileTest, IsNotMisledByWhatGeminiWritesDownOnceMore) {
