@@ -79,7 +79,7 @@ void take(const JsonObject &line, bool ofAnyPhase, TranscriptInfo &info) {
         const bool isNewest = !info.turn;
         fillTurn(line, turnAfter(*payload), info);
         if (isNewest && info.turn == TranscriptInfo::Turn::failed) {
-            info.failure = failureOf(*payload); // reading on, so the line is no more
+            info.failure = failureOf(*payload);
         }
     } else if (type == "response_item" && kind == "message") {
         takeCodexMessage(*payload, ofAnyPhase, info);

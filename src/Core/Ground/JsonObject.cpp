@@ -73,12 +73,23 @@ std::string acceptable(std::string_view text) {
     return result;
 }
 
-simdjson::dom::parser &threadParser() {
-    static thread_local simdjson::dom::parser parser;
-    return parser;
+/// The thread's, while no object has it: a parser has room of its own, which is dear to make anew
+/// for every object.
+std::unique_ptr<simdjson::dom::parser> &spareParser() {
+    static thread_local std::unique_ptr<simdjson::dom::parser> spare;
+    return spare;
 }
 
 } // namespace
+
+void JsonObject::GiveBack::operator()(simdjson::dom::parser *parser) const {
+    spareParser().reset(parser);
+}
+
+JsonObject::Parser JsonObject::takeParser() {
+    auto spare = std::move(spareParser());
+    return Parser((spare ? std::move(spare) : std::make_unique<simdjson::dom::parser>()).release());
+}
 
 std::optional<JsonObject> JsonObject::parse(QByteArrayView bytes) {
     if (bytes.isEmpty()) {
@@ -87,14 +98,15 @@ std::optional<JsonObject> JsonObject::parse(QByteArrayView bytes) {
     std::string_view text(bytes.data(), static_cast<std::size_t>(bytes.size()));
     text.remove_prefix(text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
     simdjson::dom::object root;
-    auto parsed = threadParser().parse(text.data(), text.size());
+    Parser parser = takeParser();
+    auto parsed = parser->parse(text.data(), text.size());
     if (parsed.error() != simdjson::SUCCESS) {
-        parsed = threadParser().parse(acceptable(text));
+        parsed = parser->parse(acceptable(text));
     }
     if (parsed.get(root) != simdjson::SUCCESS) {
         return std::nullopt;
     }
-    return JsonObject(root);
+    return JsonObject(std::move(parser), root);
 }
 
 std::optional<QStringList> JsonObject::strings(std::string_view key) const {

@@ -5,8 +5,10 @@
 #include <QStringList>
 #include <simdjson.h>
 
+#include <memory>
 #include <optional>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace morvane {
@@ -14,8 +16,7 @@ namespace morvane {
 /// The JSON object of a hook's payload, or of a line of a transcript, read generically: each reader
 /// asks for a key and a type, and anything else counts as missing.
 ///
-/// The values live in a parser that each thread has one of, so an object is valid only until the
-/// same thread parses the next one.
+/// It owns its values. What it hands out of `root()` lives as long as it does.
 class JsonObject {
 public:
     /// None when the bytes aren't JSON with an object at the top.
@@ -37,8 +38,18 @@ public:
                                                                      std::string_view key);
 
 private:
-    explicit JsonObject(simdjson::dom::object root) : m_root(root) {}
+    /// Leaves the parser to the next object.
+    struct GiveBack {
+        void operator()(simdjson::dom::parser *parser) const;
+    };
+    using Parser = std::unique_ptr<simdjson::dom::parser, GiveBack>;
 
+    static Parser takeParser();
+
+    JsonObject(Parser parser, simdjson::dom::object root)
+        : m_parser(std::move(parser)), m_root(root) {}
+
+    Parser m_parser; ///< holds the values
     simdjson::dom::object m_root;
 };
 
