@@ -21,7 +21,7 @@ namespace morvane {
 
 AppController::AppController(MorvaneSettings &settings, const PlatformServices &platform)
     : m_settings(settings), m_platform(platform),
-      m_store(settings, surroundings(), *platform.scheduler),
+      m_store(settings, surroundings(), *platform.scheduler), m_replyDrafts(m_store),
       m_sound(settings, *platform.scheduler, *platform.sounds),
       m_usage(settings,
               {*platform.scheduler, *platform.background, *platform.secrets, *platform.https,
@@ -36,10 +36,8 @@ AppController::AppController(MorvaneSettings &settings, const PlatformServices &
                       *platform.scheduler),
       m_panelKeys(*platform.hotKeys, *platform.scheduler, InlineEditing::shared(), keyActions()),
       m_trayStandIn(settings, m_connections, platform) {
-    connect(&m_store, &SessionStore::sessionRemoved, this, [this](const QString &sessionID) {
-        m_agentProcesses.forget(sessionID);
-        m_unsentReplies.remove(sessionID); // which nothing could send any more
-    });
+    connect(&m_store, &SessionStore::sessionRemoved, this,
+            [this](const QString &sessionID) { m_agentProcesses.forget(sessionID); });
     connect(&m_connections, &AgentConnections::statusChanged, this, [this] {
         m_launchAtLogin = m_platform.loginItem->isEnabled();
         m_canFocusWindows = m_platform.hostWindows->canFocusWindows();
@@ -227,7 +225,7 @@ void AppController::createPresenters() {
     m_timeline = std::make_unique<PixelTimeline>(*m_platform.scheduler);
     m_presenterManager = std::make_unique<PresenterManager>(
         PanelContext{m_store, m_usage, m_settings, *m_platform.scheduler, *m_platform.motion,
-                     InlineEditing::shared(), *m_timeline, m_unsentReplies, actions,
+                     InlineEditing::shared(), *m_timeline, m_replyDrafts, actions,
                      &m_panelKeys.digitShortcuts()},
         *m_platform.displays, *m_platform.overlays, *m_platform.pointer);
     m_presenterManager->onExpandedChanged = [this](bool isExpanded) {
@@ -311,16 +309,10 @@ void AppController::reply(const Session &session, const QString &text,
         const Session now = m_store.sessions().value(id);
         return now.isFinished() && SessionOrder::hasItsPane(now, m_store.sessions());
     };
-    const auto tell = [weak = QPointer(this), id = session.id, told](bool isSent) {
-        told(isSent);
-        if (weak && !weak->m_store.sessions().contains(id)) {
-            weak->m_unsentReplies.remove(id); // its session has gone meanwhile
-        }
-    };
     if (isWanted()) {
-        m_terminalReply.send(text, m_store.sessions().value(session.id), isWanted, tell);
+        m_terminalReply.send(text, m_store.sessions().value(session.id), isWanted, told);
     } else {
-        tell(false);
+        told(false);
     }
 }
 

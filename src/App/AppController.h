@@ -14,9 +14,9 @@
 #include "Core/Shell/UpdateManager.h"
 #include "Core/Usage/UsagePoller.h"
 #include "Presentation/Mascot/PixelTimeline.h"
+#include "Presentation/Overlay/ReplyDrafts.h"
 #include "Presentation/PresenterManager.h"
 
-#include <QHash>
 #include <QObject>
 
 #include <atomic>
@@ -123,13 +123,13 @@ private:
     MorvaneSettings &m_settings;
     const PlatformServices &m_platform;
     SessionStore m_store;
+    ReplyDrafts m_replyDrafts;
     SoundManager m_sound;
     UsagePoller m_usage;
     UpdateManager m_updates;
     Task m_installPing;
     AgentProcesses m_agentProcesses;
     AgentConnections m_connections;
-    QHash<QString, QString> m_unsentReplies; ///< by session; outlive what tells of their sending
     TerminalReply m_terminalReply;
     /// False where no display has a panel, so that nobody could answer: the agents ask at once.
     std::atomic<bool> m_isShown = true;

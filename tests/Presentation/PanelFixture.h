@@ -7,6 +7,7 @@
 #include "Presentation/Overlay/InlineEditing.h"
 #include "Presentation/Overlay/InlineNameField.h"
 #include "Presentation/Overlay/PanelContext.h"
+#include "Presentation/Overlay/ReplyDrafts.h"
 #include "Presentation/Style/ActivateLayouts.h"
 #include "Support/EventBuilder.h"
 #include "Support/FakeDisplays.h"
@@ -164,9 +165,9 @@ protected:
     InlineEditing editing;
     FakeMotionPreference motion;
     PixelTimeline timeline{scheduler};
-    QHash<QString, QString> unsentReplies;
-    PanelContext context{store,   usage.poller(), settings,      scheduler, motion,
-                         editing, timeline,       unsentReplies, {}};
+    ReplyDrafts replyDrafts{store};
+    PanelContext context{store,   usage.poller(), settings,    scheduler, motion,
+                         editing, timeline,       replyDrafts, {}};
     FakeDisplays displays;
     FakeOverlayWindows overlays;
     FakePointerMonitor pointer;

@@ -60,7 +60,7 @@ Stage::Stage(Screen screen) {
     m_displays.setDisplays({display(screen)});
     m_presenters = std::make_unique<PresenterManager>(
         PanelContext{m_store, m_usage.poller(), m_settings, m_scheduler, m_motion, m_editing,
-                     m_timeline, m_unsentReplies, actions},
+                     m_timeline, m_replyDrafts, actions},
         m_displays, m_overlays, m_pointer);
     m_presenters->start();
     pass(Seconds(1));

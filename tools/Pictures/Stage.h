@@ -6,6 +6,7 @@
 #include "Core/Settings/MorvaneSettings.h"
 #include "Presentation/Mascot/PixelTimeline.h"
 #include "Presentation/Overlay/InlineEditing.h"
+#include "Presentation/Overlay/ReplyDrafts.h"
 #include "Presentation/PresenterManager.h"
 #include "Support/FakeDisplays.h"
 #include "Support/FakeMotionPreference.h"
@@ -80,7 +81,7 @@ private:
     InlineEditing m_editing;
     FakeMotionPreference m_motion;
     PixelTimeline m_timeline{m_scheduler};
-    QHash<QString, QString> m_unsentReplies;
+    ReplyDrafts m_replyDrafts{m_store};
     FakeDisplays m_displays;
     FakeOverlayWindows m_overlays;
     FakePointerMonitor m_pointer;

@@ -2,7 +2,6 @@
 
 #include "Core/Agents/AgentDecision.h"
 
-#include <QHash>
 #include <QString>
 
 #include <functional>
@@ -14,6 +13,7 @@ class InlineEditing;
 class MorvaneSettings;
 class MotionPreference;
 class PixelTimeline;
+class ReplyDrafts;
 class Scheduler;
 class SessionStore;
 class UsagePoller;
@@ -48,7 +48,7 @@ struct PanelContext {
     MotionPreference &motion;
     InlineEditing &editing;
     PixelTimeline &timeline;
-    QHash<QString, QString> &unsentReplies; ///< typed, and by the session that they are for
+    ReplyDrafts &replyDrafts;
     PanelActions actions;
     const DigitShortcuts *digitShortcuts = nullptr; ///< none where there are no such keys
 };

@@ -84,9 +84,6 @@ void CompletedRow::outliveEntry() {
 /// Whether a reply would arrive costs a look at the machine, so it is asked once for each change. A
 /// text in the strip stays there, and with the session that it was typed for.
 void CompletedRow::showReply(const std::optional<Session> &session) {
-    if (m_strip != nullptr) {
-        m_strip->refresh();
-    }
     if (session == m_session) {
         return;
     }

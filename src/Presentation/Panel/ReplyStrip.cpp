@@ -1,9 +1,9 @@
 #include "Presentation/Panel/ReplyStrip.h"
 
 #include "Core/Ground/BoundedText.h"
-#include "Core/Sessions/SessionStore.h"
 #include "Presentation/Overlay/InlineNameField.h"
 #include "Presentation/Overlay/PanelContext.h"
+#include "Presentation/Overlay/ReplyDrafts.h"
 #include "Presentation/Panel/DecideButton.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/TextLabel.h"
@@ -26,6 +26,11 @@ ReplyStrip::ReplyStrip(const PanelContext &context, QWidget *parent)
                               this)) {
     m_affordance->setLeadingImage(SystemImage::arrowTurnUpLeft);
     connect(m_affordance, &DecideButton::clicked, this, &ReplyStrip::openField);
+    connect(&context.replyDrafts, &ReplyDrafts::changed, this, [this](const QString &sessionID) {
+        if (sessionID == m_session.id) {
+            tellOfDraft();
+        }
+    });
     auto *strip = new QHBoxLayout(this);
     strip->setContentsMargins(0, 8, 0, 2);
     strip->setSpacing(outcomeGap);
@@ -46,22 +51,16 @@ void ReplyStrip::setSession(const Session &session) {
     m_affordance->setAccessibleName(
         tr("Reply to %1").arg(BoundedText::of(session.displayName(), BoundedText::lineLength)));
     if (isAnotherEnd) {
-        tell(isUnsent() ? tr("not sent") : QString());
+        tellOfDraft();
     }
 }
 
-void ReplyStrip::refresh() {
-    if (isUnsent() != m_toldUnsent) {
-        tell(isUnsent() ? tr("not sent") : QString());
-    }
-}
-
-bool ReplyStrip::isUnsent() const {
-    return m_context.unsentReplies.contains(m_session.id);
+QString ReplyStrip::draft() const {
+    return m_context.replyDrafts.text(m_session.id);
 }
 
 bool ReplyStrip::holdsText() const {
-    return isReplying() || m_isSending || isUnsent();
+    return isReplying() || m_isSending || !draft().isEmpty();
 }
 
 void ReplyStrip::abandonReply() {
@@ -74,7 +73,7 @@ void ReplyStrip::openField() {
     if (m_field) {
         return;
     }
-    const InlineNameField::Setup setup{.initial = m_context.unsentReplies.value(m_session.id),
+    const InlineNameField::Setup setup{.initial = draft(),
                                        .placeholder = tr("Type a follow-up…"),
                                        .title = m_affordance->accessibleName()};
     m_field = new InlineNameField(setup, m_context, this);
@@ -82,7 +81,7 @@ void ReplyStrip::openField() {
     m_field->setFixedHeight(m_affordance->sizeHint().height());
     connect(m_field, &InlineNameField::commit, this, [this](const QString &text) {
         closeField();
-        keep(QString());
+        m_context.replyDrafts.drop(m_session.id);
         if (!text.trimmed().isEmpty()) {
             send(text);
         }
@@ -90,8 +89,10 @@ void ReplyStrip::openField() {
     connect(m_field, &InlineNameField::cancel, this, [this] {
         const QString text = m_field->typedText().trimmed();
         closeField();
-        keep(text);
-        if (!text.isEmpty()) {
+        if (text.isEmpty()) {
+            m_context.replyDrafts.drop(m_session.id);
+        } else {
+            m_context.replyDrafts.keep(m_session.id, text);
             tell(tr("not sent"));
         }
     });
@@ -111,10 +112,10 @@ void ReplyStrip::closeField() {
 /// What becomes of it may be told when the strip has gone.
 void ReplyStrip::send(const QString &text) {
     m_isSending = true;
-    const auto told = [weak = QPointer<ReplyStrip>(this), &unsent = m_context.unsentReplies,
+    const auto told = [weak = QPointer<ReplyStrip>(this), drafts = QPointer(&m_context.replyDrafts),
                        sessionID = m_session.id, text](bool isSent) {
-        if (!isSent && !unsent.contains(sessionID)) {
-            unsent.insert(sessionID, text);
+        if (!isSent && drafts && drafts->text(sessionID).isEmpty()) {
+            drafts->keep(sessionID, text);
         }
         if (weak) {
             weak->m_isSending = false;
@@ -124,18 +125,13 @@ void ReplyStrip::send(const QString &text) {
     m_context.actions.onReply(m_session, text, told);
 }
 
-void ReplyStrip::keep(const QString &text) {
-    if (text.isEmpty() || !m_context.store.sessions().contains(m_session.id)) {
-        m_context.unsentReplies.remove(m_session.id);
-    } else {
-        m_context.unsentReplies.insert(m_session.id, text);
-    }
-}
-
 void ReplyStrip::tell(const QString &outcome) {
-    m_toldUnsent = isUnsent();
     m_outcome->setText(outcome);
     m_outcome->setVisible(!isReplying() && !outcome.isEmpty());
+}
+
+void ReplyStrip::tellOfDraft() {
+    tell(draft().isEmpty() ? QString() : tr("not sent"));
 }
 
 } // namespace morvane

@@ -29,9 +29,6 @@ public:
     /// What is told of a reply is over with the end that it was a reply to.
     void setSession(const Session &session);
 
-    /// The text may have been left, sent or given up on another display.
-    void refresh();
-
     bool isReplying() const { return !m_field.isNull(); }
 
     /// Whether a text would be out of sight with the strip: one that is being typed, or hasn't gone
@@ -44,9 +41,9 @@ private:
     void openField();
     void closeField();
     void send(const QString &text);
-    void keep(const QString &text);
     void tell(const QString &outcome);
-    bool isUnsent() const;
+    void tellOfDraft();
+    QString draft() const;
 
     const PanelContext &m_context;
     Session m_session;
@@ -54,7 +51,6 @@ private:
     TextLabel *m_outcome; ///< what has become of the last reply
     QPointer<InlineNameField> m_field;
     bool m_isSending = false;
-    bool m_toldUnsent = false; ///< when it last said what has become of a reply
 };
 
 } // namespace morvane

@@ -86,9 +86,14 @@ TEST_F(ExpandedRecordsTest, AReplyIsWhatIsTypedAndNothingElse) {
     finishInPane();
     EXPECT_FALSE(says("sent"));
 
-    // What could not be sent needn't be typed again.
+    // What could not be sent needn't be typed again, on whichever display.
+    ExpandedView other(contextWithDigits, nullptr);
+    other.refresh();
+    other.resize(other.sizeHint());
+    other.show();
     type("and on", Qt::Key_Return);
     tellOutcome(false);
+    EXPECT_TRUE(textsIn<TextLabel>(other).contains("not sent"));
     EXPECT_TRUE(says("could not be sent"));
     EXPECT_EQ(open().text(), "and on");
     closeAndOpenPanel();
@@ -119,9 +124,12 @@ TEST_F(ExpandedRecordsTest, ATextStaysWithTheSessionThatItWasTypedFor) {
         QTest::keyClicks(field(), " on");
         QTest::keyClick(field(), Qt::Key_Return);
         EXPECT_EQ(std::exchange(replies, {}), QStringList({"s: go on"}));
-        EXPECT_TRUE(says("could not be sent"));
-        EXPECT_EQ(open().text(), "go on");
-        QTest::keyClick(field(), Qt::Key_Escape);
+        const bool isThere = store.sessions().contains("s");
+        EXPECT_EQ(says("could not be sent"), isThere);
+        if (isThere) {
+            EXPECT_EQ(open().text(), "go on");
+            QTest::keyClick(field(), Qt::Key_Escape);
+        }
         EXPECT_EQ(buttons().isEmpty(), !store.sessions().contains("other"));
         store.removeSessions("/p");
     }
