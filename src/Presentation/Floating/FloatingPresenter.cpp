@@ -159,23 +159,19 @@ void FloatingPresenter::expansionChanged(bool isExpanded) {
     updateVisibility(Motion::animated);
 }
 
-bool FloatingPresenter::staysWhileActive() const {
-    return m_flavour == Flavour::ambient || m_standIn != StandIn::none;
+/// Whether it stays on screen for active sessions, and there is one.
+bool FloatingPresenter::isHeldBySessions() const {
+    return (m_flavour == Flavour::ambient || m_standIn != StandIn::none) &&
+           !context().store.activeSessions().isEmpty();
 }
 
-/// Not a plain question: a capsule that stays while sessions are active forgets that it was
-/// dismissed as soon as one is.
-bool FloatingPresenter::shouldBeVisible() {
-    if (context().editing.isActive(context().scheduler.now()) || m_standIn == StandIn::always) {
+bool FloatingPresenter::shouldBeVisible() const {
+    if (context().editing.isActive(context().scheduler.now()) || m_standIn == StandIn::always ||
+        isHeldBySessions()) {
         return true;
     }
-    const bool hasActive = !context().store.activeSessions().isEmpty();
-    if (!hasActive && m_dismissed) {
+    if (m_dismissed && context().store.activeSessions().isEmpty()) {
         return false;
-    }
-    if (hasActive && staysWhileActive()) {
-        m_dismissed = false;
-        return true;
     }
     return context().settings.showWhenIdle() || m_presented || m_capsule.isExpanded() ||
            m_flashActive || context().store.hasUnacknowledgedNeedsInput() ||
@@ -183,6 +179,9 @@ bool FloatingPresenter::shouldBeVisible() {
 }
 
 void FloatingPresenter::updateVisibility(Motion motion) {
+    if (isHeldBySessions()) {
+        m_dismissed = false; // for the time after them as well
+    }
     if (shouldBeVisible()) {
         const bool isSteady =
             window()->isVisible() && window()->opacity() >= 1 && !fade().isRunning();

@@ -43,8 +43,8 @@ private:
     void flash();
     void expansionChanged(bool isExpanded);
 
-    bool shouldBeVisible();
-    bool staysWhileActive() const;
+    bool isHeldBySessions() const;
+    bool shouldBeVisible() const;
     void updateVisibility(Motion motion);
     void showPanel();
     void hidePanel();

@@ -1,8 +1,19 @@
 #include "Presentation/Notch/NotchHover.h"
 
-#include "Presentation/Overlay/TimeLeft.h"
+#include <algorithm>
 
 namespace morvane {
+
+namespace {
+
+/// What is left of a length of time that begins with the first call. A clock that was set back
+/// starts it over, and doesn't prolong it.
+Seconds countDown(Seconds length, std::optional<Date> &since, Date now) {
+    since = std::min(since.value_or(now), now);
+    return std::max(Seconds(0), Seconds(length - (now - *since)));
+}
+
+} // namespace
 
 NotchHover::Decision NotchHover::poll(Date now, const Facts &facts) {
     if (m_lockedUntil) {
@@ -29,8 +40,7 @@ NotchHover::Decision NotchHover::pollInside(Date now) {
     if (m_isOpen) {
         return {};
     }
-    Date &since = m_zoneEnteredAt ? *m_zoneEnteredAt : m_zoneEnteredAt.emplace(now);
-    if (const Seconds left = timeLeft(openDelay, since, now); left > Seconds(0)) {
+    if (const Seconds left = countDown(openDelay, m_zoneEnteredAt, now); left > Seconds(0)) {
         return {.checkAfter = left};
     }
     m_zoneEnteredAt.reset();
@@ -44,8 +54,7 @@ NotchHover::Decision NotchHover::pollOutside(Date now) {
     if (!m_isOpen || m_isPresented) {
         return {};
     }
-    Date &since = m_zoneLeftAt ? *m_zoneLeftAt : m_zoneLeftAt.emplace(now);
-    if (const Seconds left = timeLeft(closeDelay, since, now); left > Seconds(0)) {
+    if (const Seconds left = countDown(closeDelay, m_zoneLeftAt, now); left > Seconds(0)) {
         return {.checkAfter = left};
     }
     m_isOpen = false;

@@ -1,7 +1,5 @@
 #include "Presentation/Overlay/InlineEditing.h"
 
-#include "Presentation/Overlay/TimeLeft.h"
-
 namespace morvane {
 
 InlineEditing &InlineEditing::shared() {
@@ -9,13 +7,9 @@ InlineEditing &InlineEditing::shared() {
     return instance;
 }
 
-Seconds InlineEditing::rest(Date now) const {
-    return m_openedAt ? timeLeft(lease, *m_openedAt, now) : Seconds(0);
-}
-
 void InlineEditing::begin(Date now) {
     ++m_count;
-    m_openedAt = now;
+    m_lease.renew(now);
     emit countChanged();
 }
 
@@ -25,15 +19,15 @@ void InlineEditing::end() {
     }
     --m_count;
     if (m_count == 0) {
-        m_openedAt.reset();
+        m_lease.end();
     }
     emit countChanged();
 }
 
 void InlineEditing::renew(Date now) {
-    if (m_openedAt) {
+    if (m_count > 0) {
         const bool wasForgotten = !isActive(now);
-        m_openedAt = now;
+        m_lease.renew(now);
         if (wasForgotten) {
             emit countChanged();
         }

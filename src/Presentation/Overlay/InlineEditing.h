@@ -1,10 +1,9 @@
 #pragma once
 
 #include "Platform/Time.h"
+#include "Presentation/Overlay/Lease.h"
 
 #include <QObject>
-
-#include <optional>
 
 namespace morvane {
 
@@ -20,16 +19,10 @@ public:
     /// The one that all panels share; it is made in `main`'s thread and passed to whoever needs it.
     static InlineEditing &shared();
 
-    int count() const { return m_count; }
-
-    /// When the latest of the open fields was opened, or a text was changed since; none without
-    /// one.
-    const std::optional<Date> &openedAt() const { return m_openedAt; }
-
     bool isActive(Date now) const { return rest(now) > Seconds(0); }
 
     /// How long the open fields still count, if no other is opened and nobody types; 0 without one.
-    Seconds rest(Date now) const;
+    Seconds rest(Date now) const { return m_lease.left(now); }
 
     /// Called once by each field that opens, and then once by each that goes away.
     void begin(Date now);
@@ -45,7 +38,7 @@ signals:
 
 private:
     int m_count = 0;
-    mutable std::optional<Date> m_openedAt; ///< none without an open field
+    Lease m_lease{lease}; ///< over without an open field
 };
 
 } // namespace morvane

@@ -7,7 +7,6 @@
 #include "Presentation/Overlay/DigitShortcuts.h"
 #include "Presentation/Overlay/InlineEditing.h"
 #include "Presentation/Overlay/PanelSurface.h"
-#include "Presentation/Overlay/TimeLeft.h"
 
 namespace morvane {
 
@@ -20,7 +19,8 @@ constexpr Seconds prolongation(0.25);
 
 MorvanePresenter::MorvanePresenter(const PanelContext &context, Displays &displays,
                                    OverlayWindows &overlays)
-    : m_context(context), m_displays(displays), m_overlays(overlays), m_fade(context.scheduler) {}
+    : m_context(context), m_displays(displays), m_overlays(overlays), m_fade(context.scheduler),
+      m_keyLease(InlineEditing::lease) {}
 
 MorvanePresenter::~MorvanePresenter() = default;
 
@@ -73,7 +73,7 @@ void MorvanePresenter::putUp(PanelSurface &surface) {
     connect(&surface, &PanelSurface::menuClosed, this, &MorvanePresenter::menuClosed);
     connect(&surface, &PanelSurface::openRequested, this, &MorvanePresenter::presentPanelToKeys);
     connect(&surface, &PanelSurface::keyUsed, this,
-            [this] { m_lastKeyAt = m_context.scheduler.now(); });
+            [this] { m_keyLease.renew(m_context.scheduler.now()); });
     connect(&surface, &PanelSurface::escaped, this, [this] { collapseExpanded(); });
     connect(&surface, &PanelSurface::contentResized, this, &MorvanePresenter::scheduleUpdate);
 }
@@ -113,7 +113,7 @@ void MorvanePresenter::fadeIn(Seconds duration, std::function<void(double)> step
 
 void MorvanePresenter::presentPanelToKeys() {
     presentPanel();
-    m_lastKeyAt.reset();
+    m_keyLease.end();
     if (m_surface && m_surface->beginKeyboardUse()) {
         m_surface->takeFocus();
     }
@@ -138,8 +138,8 @@ std::optional<QPoint> MorvanePresenter::pointerPosition() const {
 }
 
 bool MorvanePresenter::isUsedByKeys() const {
-    return m_window && m_surface->isUsedByKeys() && m_window->holdsKeyboard() && m_lastKeyAt &&
-           timeLeft(InlineEditing::lease, *m_lastKeyAt, m_context.scheduler.now()) > Seconds(0);
+    return m_window && m_surface->isUsedByKeys() && m_window->holdsKeyboard() &&
+           m_keyLease.left(m_context.scheduler.now()) > Seconds(0);
 }
 
 void MorvanePresenter::endKeyboardUse() {

@@ -3,6 +3,7 @@
 #include "Platform/Displays.h"
 #include "Platform/OverlayWindow.h"
 #include "Presentation/Overlay/AbandonedMenu.h"
+#include "Presentation/Overlay/Lease.h"
 #include "Presentation/Overlay/PanelContext.h"
 #include "Presentation/Overlay/StandIn.h"
 #include "Presentation/Style/Animation.h"
@@ -142,7 +143,7 @@ private:
     Animation m_fade;
     bool m_isExpanded = false;
     bool m_toldExpanded = false;
-    mutable std::optional<Date> m_lastKeyAt; ///< since the panel was opened to the keys
+    Lease m_keyLease; ///< of the keyboard; renewed by each key
     Task m_presentation;
     std::unique_ptr<AbandonedMenu> m_abandonedMenu; ///< none but while a menu is open
     std::optional<QPoint> m_pointerLostAt;          ///< where it was when a menu closed

@@ -31,7 +31,7 @@ protected:
 
     /// Nothing of the field is left, once the event that has closed it is over.
     void expectGone() {
-        EXPECT_EQ(editing.count(), 0);
+        EXPECT_FALSE(editing.isActive(scheduler.now()));
         EXPECT_FALSE(hasKeyboard);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         EXPECT_TRUE(field.isNull());
@@ -50,7 +50,7 @@ protected:
 
 TEST_F(InlineNameFieldTest, ReturnCommitsWhatIsTypedOverTheSelectedName) {
     open();
-    EXPECT_EQ(editing.count(), 1);
+    EXPECT_TRUE(editing.isActive(scheduler.now()));
     EXPECT_EQ(panel.focusWidget(), field.data());
     // Others that use the keyboard meanwhile take nothing away.
     ASSERT_TRUE(panel.beginKeyboardUse());
@@ -64,6 +64,10 @@ TEST_F(InlineNameFieldTest, ReturnCommitsWhatIsTypedOverTheSelectedName) {
     QTest::keyClick(field, Qt::Key_Return);
     EXPECT_EQ(outcomes, QStringList({"commit new"}));
     expectGone();
+    // A clock that is set back by an hour has no field count for an hour.
+    open();
+    scheduler.setClock(Seconds(-3600));
+    EXPECT_FALSE(editing.isActive(scheduler.now()));
 }
 
 TEST_F(InlineNameFieldTest, ALossOfTheFocusCommitsWhereThatIsAskedForButNotToItsOwnMenu) {
@@ -98,7 +102,7 @@ TEST_F(InlineNameFieldTest, APanelThatGoesAwayCommitsNothing) {
     panel.show();
     delete new InlineNameField({"", ""}, context, &panel);
     settle();
-    EXPECT_EQ(editing.count(), 0);
+    EXPECT_FALSE(editing.isActive(scheduler.now()));
     EXPECT_FALSE(hasKeyboard);
 }
 
@@ -121,7 +125,7 @@ TEST_F(InlineNameFieldTest, AsksInAWindowOfItsOwnWhereKeysCantReachThePanel) {
         ASSERT_NE(window(), nullptr);
         scheduler.advance(Seconds(119));
         QTest::keyClicks(window()->findChild<QLineEdit *>(), "new");
-        EXPECT_EQ(editing.openedAt(), scheduler.now());
+        EXPECT_EQ(editing.rest(scheduler.now()), InlineEditing::lease);
         answer(window());
         EXPECT_FALSE(window()->isVisible());
         // What comes too late changes nothing.
@@ -162,7 +166,7 @@ TEST_F(InlineNameFieldTest, WhatAnInputMethodHasNotEndedCountsAsTyped) {
     for (const char *text : {"な", "なま"}) {
         send(*field, QInputMethodEvent(text, {}));
     }
-    EXPECT_EQ(editing.openedAt(), scheduler.now());
+    EXPECT_EQ(editing.rest(scheduler.now()), InlineEditing::lease);
     // A press beside it takes the focus away, though nothing else in a panel would have it.
     QTest::mousePress(&panel, Qt::LeftButton, {}, QPoint(90, 25));
     EXPECT_EQ(outcomes, QStringList({"commit なま"}));

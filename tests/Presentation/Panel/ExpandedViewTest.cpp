@@ -137,7 +137,7 @@ TEST_F(ExpandedViewTest, ARenameKeepsItsPlaceAndItsRow) {
 
     field = edit(0);
     scroll(0, -10);
-    EXPECT_EQ(editing.count(), 0);
+    EXPECT_FALSE(editing.isActive(scheduler.now()));
     EXPECT_EQ(renamed.size(), 1);
 }
 
