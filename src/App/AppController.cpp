@@ -26,7 +26,7 @@ AppController::AppController(MorvaneSettings &settings, const PlatformServices &
       m_usage(settings,
               {*platform.scheduler, *platform.background, *platform.secrets, *platform.https,
                *platform.dialogue},
-              BuildInfo::version()),
+              BuildInfo::version(), [this] { return m_store.hasWorkingUsageMilestoneSession(); }),
       m_updates(settings.defaults(), {*platform.https, *platform.scheduler, *platform.background,
                                       *platform.tools, *platform.installer}),
       m_agentProcesses(*platform.processes, *platform.scheduler,
@@ -167,7 +167,6 @@ void AppController::connectSound() {
 
 /// A milestone is news only for whoever's session works towards it.
 void AppController::tellMilestones() {
-    m_usage.milestoneEligibility = [this] { return m_store.hasWorkingUsageMilestoneSession(); };
     m_usage.refreshMilestoneEligibility();
     connect(&m_store, &SessionStore::sessionsChanged, &m_usage,
             &UsagePoller::refreshMilestoneEligibility);

@@ -88,9 +88,6 @@ protected:
                 told(false);
             }
         };
-        usage.poller().milestoneEligibility = [this] {
-            return store.hasWorkingUsageMilestoneSession();
-        };
     }
 
     void apply(const HookEvent &event) { store.apply(event); }
@@ -161,7 +158,8 @@ protected:
                         [](const auto &) { return std::nullopt; },
                         [](const auto &, const auto &) { return std::nullopt; }},
                        scheduler};
-    UsageWorld usage{settings, scheduler};
+    UsageWorld usage{settings, scheduler,
+                     [this] { return store.hasWorkingUsageMilestoneSession(); }};
     InlineEditing editing;
     FakeMotionPreference motion;
     PixelTimeline timeline{scheduler};

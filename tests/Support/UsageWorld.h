@@ -11,9 +11,11 @@ namespace morvane {
 /// A poller of limits, and agents that tell it what the test wants.
 class UsageWorld {
 public:
-    UsageWorld(MorvaneSettings &settings, ManualScheduler &scheduler)
+    UsageWorld(MorvaneSettings &settings, ManualScheduler &scheduler,
+               std::function<bool()> milestoneEligibility)
         : m_scheduler(scheduler),
-          m_poller(settings, {scheduler, m_pool, m_secrets, m_https, m_dialogue}, "1") {}
+          m_poller(settings, {scheduler, m_pool, m_secrets, m_https, m_dialogue}, "1",
+                   std::move(milestoneEligibility)) {}
 
     UsagePoller &poller() { return m_poller; }
 

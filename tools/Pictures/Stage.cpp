@@ -52,9 +52,6 @@ Stage::Stage(Screen screen) {
     };
     actions.onReopen = [](const CompletedRecord &) {};
     actions.onRefreshUsage = [] {};
-    m_usage.poller().milestoneEligibility = [this] {
-        return m_store.hasWorkingUsageMilestoneSession();
-    };
     actions.onReply = [](const Session &, const QString &, const auto &) {};
     actions.canReply = [](const Session &session) { return session.pane.tmux.has_value(); };
     m_displays.setDisplays({display(screen)});

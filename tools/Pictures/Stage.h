@@ -77,7 +77,8 @@ private:
     MorvaneSettings m_settings{m_defaults};
     ManualScheduler m_scheduler;
     SessionStore m_store{m_settings, surroundings(), m_scheduler};
-    UsageWorld m_usage{m_settings, m_scheduler};
+    UsageWorld m_usage{m_settings, m_scheduler,
+                       [this] { return m_store.hasWorkingUsageMilestoneSession(); }};
     InlineEditing m_editing;
     FakeMotionPreference m_motion;
     PixelTimeline m_timeline{m_scheduler};

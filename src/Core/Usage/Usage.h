@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/Usage/UsageMilestone.h"
 #include "Platform/Time.h"
 
 #include <QString>
@@ -24,6 +25,11 @@ struct UsageWindow {
 
     friend bool operator==(const UsageWindow &, const UsageWindow &) = default;
 };
+
+/// True once so much is used that the person is told.
+inline bool isNearLimit(const std::optional<UsageWindow> &window) {
+    return window && window->utilization >= UsageMilestone::thresholds.front();
+}
 
 /// What is used of Claude's limits.
 struct Usage {

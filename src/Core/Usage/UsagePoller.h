@@ -1,11 +1,10 @@
 #pragma once
 
 #include "Core/Agents/AgentKind.h"
-#include "Core/Usage/CredentialReader.h"
-#include "Core/Usage/Usage.h"
-#include "Core/Usage/UsageAlerts.h"
-#include "Core/Usage/UsageEndpoint.h"
-#include "Platform/Result.h"
+#include "Core/Usage/ClaudeLimits.h"
+#include "Core/Usage/CodexLimits.h"
+#include "Core/Usage/UsageMilestones.h"
+#include "Core/Usage/UsagePorts.h"
 
 #include <QObject>
 
@@ -15,21 +14,9 @@
 namespace morvane {
 
 class MorvaneSettings;
-class ToolDialogue;
-
-/// What the poller asks by. The secret store and the dialogue must outlive what runs in the
-/// background, the rest the poller.
-struct UsagePorts {
-    Scheduler &scheduler;
-    BackgroundPool &background;
-    SecretStore &secrets;
-    HttpsClient &https;
-    ToolDialogue &dialogue;
-};
 
 /// How much of the subscriptions' limits is used, and when that is asked. Two lines that know
-/// nothing of each other: Claude's figures come from its usage endpoint, or with each status line
-/// of a session, which spares the endpoint; Codex's come from Codex itself.
+/// nothing of each other, `ClaudeLimits` and `CodexLimits`, and the milestones on Claude's.
 ///
 /// Nothing here can bring a question for a password before the person. A line that fails asks ever
 /// more seldom. Each poll arms the next as it ends, so nothing piles up while the machine sleeps.
@@ -39,33 +26,34 @@ class UsagePoller : public QObject {
     Q_OBJECT
 
 public:
-    /// `version` is this program's, for Codex. Another `endpoint` is for tests.
+    /// `version` is this program's, for Codex. `milestoneEligibility` is true while there is work
+    /// for which a milestone is worth telling.
     UsagePoller(MorvaneSettings &settings, const UsagePorts &ports, const QString &version,
-                const QUrl &endpoint = UsageEndpoint::url());
+                std::function<bool()> milestoneEligibility);
 
     // Published. A reason, for a person, says why figures are missing or are not the latest.
 
-    const std::optional<Usage> &usage() const { return m_usage; }
-    const std::optional<QString> &unavailableReason() const { return m_unavailableReason; }
-    const std::optional<CodexUsage> &codexUsage() const { return m_codexUsage; }
+    const std::optional<Usage> &usage() const { return m_claude.usage(); }
+    const std::optional<QString> &unavailableReason() const { return m_claude.unavailableReason(); }
+    const std::optional<CodexUsage> &codexUsage() const { return m_codex.usage(); }
     const std::optional<QString> &codexUnavailableReason() const {
-        return m_codexUnavailableReason;
+        return m_codex.unavailableReason();
     }
     /// The milestone to show now.
-    const std::optional<UsageMilestone> &activeMilestone() const { return m_activeMilestone; }
+    const std::optional<UsageMilestone> &activeMilestone() const {
+        return m_milestones.activeMilestone();
+    }
     /// The secret store did not answer, and isn't asked any more.
-    bool keychainBlocked() const { return m_keychainBlocked; }
+    bool keychainBlocked() const { return m_claude.keychainBlocked(); }
 
     /// True when figures were read longer ago than two polls take: then a bar has to say when.
-    static bool areOld(Date fetchedAt, Date now);
+    static bool areOld(Date fetchedAt, Date now) {
+        return now - fetchedAt > 2 * Backoff::ordinaryInterval;
+    }
 
     // True with a window that is used up to 85 %.
-    bool approachingClaudeLimit() const;
-    bool approachingCodexLimit() const;
-
-    /// True while there is work for which a milestone is worth telling. Set by the controller;
-    /// while it is unset none is told.
-    std::function<bool()> milestoneEligibility;
+    bool approachingClaudeLimit() const { return m_claude.approachingLimit(); }
+    bool approachingCodexLimit() const { return m_codex.approachingLimit(); }
 
     /// To be called when what `milestoneEligibility` says may have changed.
     void refreshMilestoneEligibility();
@@ -94,47 +82,10 @@ signals:
     void milestoneEvents(const morvane::UsageMilestone &milestone);
 
 private:
-    void startAnew();
-    void scheduleClaude(Seconds delay);
-    void scheduleCodex(Seconds delay);
-    void pollClaude();
-    void pollCodex();
-    bool isFedLive() const;
-    Seconds retryLeft() const;
-    void takeCredential(const CredentialReader::Lookup &lookup);
-    void takeAnswer(const std::optional<HttpsAnswer> &answer);
-    void takeBody(const QByteArray &body);
-    void takeCodex(const Result<CodexUsage> &result);
-    void failClaude(const QString &reason, double mostBackoff);
-    void endClaudePoll();
-    void takeUsage(const Usage &usage);
-    void detectWeeklyReset(const Usage &usage);
-    void evaluateMilestones(const Usage &usage);
-    void clearMilestone();
-
     MorvaneSettings &m_settings;
-    const UsagePorts m_ports;
-    const QString m_version;
-    CredentialReader m_credentials;
-    UsageEndpoint m_endpoint;
-    UsageAlerts m_alerts;
-
-    std::optional<Usage> m_usage;
-    std::optional<QString> m_unavailableReason;
-    std::optional<CodexUsage> m_codexUsage;
-    std::optional<QString> m_codexUnavailableReason;
-    std::optional<UsageMilestone> m_activeMilestone;
-    bool m_keychainBlocked = false;
-
-    Task m_claudeTimer;
-    Task m_codexTimer;
-    Task m_milestoneDismissTask;
-    double m_backoffMultiplier = 1;
-    double m_codexBackoffMultiplier = 1;
-    bool m_codexPollInFlight = false;
-    std::optional<Date> m_lastLiveIngest;
-    std::optional<Date> m_claudeRetryAt; ///< the endpoint wants to be left alone until then
-    bool m_forceNextClaudePoll = false;  ///< whatever speaks against it
+    UsageMilestones m_milestones;
+    ClaudeLimits m_claude;
+    CodexLimits m_codex;
 };
 
 } // namespace morvane

@@ -33,7 +33,6 @@ class UsagePollerTest : public testing::Test, protected CoreWorld {
 protected:
     UsagePollerTest() {
         home.write(credentials, R"({"claudeAiOauth":{"accessToken":")" + token + R"("}})");
-        poller.milestoneEligibility = [this] { return isWorking; };
         QObject::connect(&poller, &UsagePoller::milestoneEvents, &poller,
                          [this](const UsageMilestone &milestone) { told << milestone.percent(); });
     }
@@ -69,7 +68,8 @@ protected:
     FakeSecretStore secrets;
     FakeHttpsClient https;
     FakeDialogue dialogue;
-    UsagePoller poller{settings, {scheduler, background, secrets, https, dialogue}, "1.2"};
+    const UsagePorts ports{scheduler, background, secrets, https, dialogue};
+    UsagePoller poller{settings, ports, "1.2", [this] { return isWorking; }};
     bool isWorking = true;
     QList<int> told;
 };
