@@ -227,15 +227,14 @@ void AppController::createPresenters() {
                      InlineEditing::shared(), *m_timeline, m_replyDrafts, actions,
                      &m_panelKeys.digitShortcuts()},
         *m_platform.displays, *m_platform.overlays, *m_platform.pointer);
-    m_presenterManager->onExpandedChanged = [this](bool isExpanded) {
-        m_panelKeys.panelExpanded(isExpanded);
-    };
-    m_presenterManager->onShownChanged = [this](bool isShown) {
+    connect(m_presenterManager.get(), &PresenterManager::expandedChanged, &m_panelKeys,
+            &PanelKeys::panelExpanded);
+    connect(m_presenterManager.get(), &PresenterManager::shownChanged, this, [this](bool isShown) {
         m_isShown = isShown;
         if (!isShown) {
             releaseWhoeverWaits();
         }
-    };
+    });
     m_presenterManager->start();
 }
 

@@ -157,8 +157,8 @@ void PresenterManager::reconcile() {
     }
     const bool isShown = std::ranges::any_of(
         m_presenters, [](const auto &entry) { return entry.second->canShow(); });
-    if (std::exchange(m_isShown, isShown) != isShown && onShownChanged) {
-        onShownChanged(isShown);
+    if (std::exchange(m_isShown, isShown) != isShown) {
+        emit shownChanged(isShown);
     }
 }
 
@@ -176,11 +176,8 @@ bool PresenterManager::isWanted(const Display &display) const {
 
 std::unique_ptr<MorvanePresenter> PresenterManager::makePresenter(const Display &display) {
     auto presenter = makeKind(display);
-    presenter->onExpandedChanged = [this](bool isExpanded) {
-        if (onExpandedChanged) {
-            onExpandedChanged(isExpanded);
-        }
-    };
+    connect(presenter.get(), &MorvanePresenter::expandedChanged, this,
+            &PresenterManager::expandedChanged);
     presenter->contextMenu = m_contextMenu;
     presenter->setStandIn(m_standIn);
     return presenter;

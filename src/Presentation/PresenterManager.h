@@ -24,13 +24,6 @@ public:
                      PointerMonitor &pointer);
     ~PresenterManager() override;
 
-    /// Told when a panel opens or closes, on whichever display.
-    std::function<void(bool)> onExpandedChanged;
-
-    /// Told when it comes to be shown on a display, or on none any more; where no display is of the
-    /// mode, or the only one has lost its notch, there is none.
-    std::function<void(bool)> onShownChanged;
-
     // As a panel says that is open on any display.
     bool hasBeenRead(const QString &sessionID) const;
     std::optional<CompletedRecord> recordAt(int digit) const;
@@ -52,6 +45,14 @@ public:
 
     void collapseAllExpanded();
     void dismissAll();
+
+signals:
+    /// A panel opens or closes, on whichever display.
+    void expandedChanged(bool isExpanded);
+
+    /// It comes to be shown on a display, or on none any more; where no display is of the mode, or
+    /// the only one has lost its notch, there is none.
+    void shownChanged(bool isShown);
 
 private:
     void announce(const QString &sessionID);

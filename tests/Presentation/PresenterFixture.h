@@ -62,7 +62,8 @@ protected:
 private:
     void attach(std::unique_ptr<MorvanePresenter> made) {
         presenter = std::move(made);
-        presenter->onExpandedChanged = [this](bool isExpanded) { expansions.append(isExpanded); };
+        QObject::connect(presenter.get(), &MorvanePresenter::expandedChanged, presenter.get(),
+                         [this](bool isExpanded) { expansions.append(isExpanded); });
     }
 
     bool isNotch = false;

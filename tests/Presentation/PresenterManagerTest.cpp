@@ -11,7 +11,8 @@ namespace {
 class PresenterManagerTest : public PanelFixture {
 protected:
     PresenterManagerTest() {
-        manager.onExpandedChanged = [this](bool isExpanded) { expansions.append(isExpanded); };
+        QObject::connect(&manager, &PresenterManager::expandedChanged, &manager,
+                         [this](bool isExpanded) { expansions.append(isExpanded); });
     }
 
     /// Where on the desktop the visible windows are, by the display's left edge.
@@ -63,7 +64,8 @@ TEST_F(PresenterManagerTest, EachKindOfDisplayHasItsPresenterForAsLongAsItIsTher
     menu.addAction("Open");
     manager.setContextMenu(&menu);
     QList<bool> shown;
-    manager.onShownChanged = [&](bool isShown) { shown.append(isShown); };
+    QObject::connect(&manager, &PresenterManager::shownChanged, &manager,
+                     [&](bool isShown) { shown.append(isShown); });
     manager.start();
     EXPECT_EQ(pointer.users, 1);
     apply(Event::promptSubmit);

@@ -33,22 +33,22 @@ QPalette dialogPalette() {
 } // namespace
 
 /// A dialog, since desktops that tile their windows leave those where they are.
-FieldWindow::FieldWindow(const QString &title, const QString &initial, const QString &placeholder)
+FieldWindow::FieldWindow(const InlineNameField::Setup &setup)
     : QWidget(nullptr, Qt::Dialog | Qt::WindowStaysOnTopHint | Qt::WindowTitleHint |
                            Qt::WindowCloseButtonHint),
-      m_field(new TextField(initial, this)) {
-    setWindowTitle(title);
+      m_field(new TextField(setup.initial, this)), m_commitsOnBlur(setup.commitsOnBlur) {
+    setWindowTitle(setup.title);
     setPalette(dialogPalette());
-    m_field->setAccessibleName(title);
-    m_field->setPlaceholderText(placeholder);
+    m_field->setAccessibleName(setup.title);
+    m_field->setPlaceholderText(setup.placeholder);
     m_field->setFont(Typography::text(Typography::nameSize));
     m_field->selectAll();
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(fieldMargin, fieldMargin, fieldMargin, fieldMargin);
     layout->addWidget(m_field);
-    connect(m_field, &TextField::typed, this, [this] { edited(m_field->typedText()); });
+    connect(m_field, &TextField::typed, this, [this] { emit edited(m_field->typedText()); });
     connect(m_field, &TextField::returnTyped, this, &FieldWindow::commitText);
-    connect(m_field, &TextField::escapeTyped, this, [this] { settle([this] { cancel(); }); });
+    connect(m_field, &TextField::escapeTyped, this, [this] { settle(&FieldWindow::cancel); });
 }
 
 void FieldWindow::openBelow(const QRect &panel) {
@@ -89,27 +89,27 @@ void FieldWindow::changeEvent(QEvent *event) {
     }
     if (isActiveWindow()) {
         m_hadKeyboard = true;
-    } else if (m_hadKeyboard && commitsOnBlur && isVisible()) {
+    } else if (m_hadKeyboard && m_commitsOnBlur && isVisible()) {
         commitText();
     }
 }
 
 void FieldWindow::closeEvent(QCloseEvent *event) {
     QWidget::closeEvent(event);
-    settle([this] { cancel(); });
+    settle(&FieldWindow::cancel);
 }
 
 void FieldWindow::commitText() {
-    settle([this] { commit(); });
+    settle(&FieldWindow::commit);
 }
 
 /// In a later turn of the event loop, when nothing of the window is on the stack any more.
-void FieldWindow::settle(std::function<void()> answer) {
+void FieldWindow::settle(void (FieldWindow::*outcome)()) {
     if (std::exchange(m_isSettled, true)) {
         return;
     }
     hide();
-    QMetaObject::invokeMethod(this, std::move(answer), Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, outcome, Qt::QueuedConnection);
 }
 
 } // namespace morvane

@@ -1,31 +1,20 @@
 #pragma once
 
-#include <QWidget>
+#include "Presentation/Overlay/InlineNameField.h"
 
-#include <functional>
+#include <QWidget>
 
 namespace morvane {
 
-class TextField;
-
 /// A small window of its own with one text field, for desktops on which no overlay is given the
-/// keyboard. Owned by whoever needs the text, who may delete it from within the closures; main
-/// thread.
+/// keyboard. Owned by whoever needs the text, who may delete it from within a slot of `commit` or
+/// `cancel`; main thread.
 class FieldWindow : public QWidget {
     Q_OBJECT
 
 public:
-    FieldWindow(const QString &title, const QString &initial, const QString &placeholder);
-
-    /// Called whenever the person changes the text.
-    std::function<void(const QString &text)> edited;
-
-    /// Either `commit` is called, once, on Return, or `cancel`, once, when the person gives up.
-    std::function<void()> commit;
-    std::function<void()> cancel;
-
-    /// Whether the text counts as it stands once the person has gone on to another window.
-    bool commitsOnBlur = false;
+    /// For `commitsOnBlur` the focus is lost once the person has gone on to another window.
+    explicit FieldWindow(const InlineNameField::Setup &setup);
 
     /// Shows it below the panel that it asks for, in the desktop's points: an overlay is above
     /// every window, and what lies under it would be typed blindly.
@@ -37,6 +26,14 @@ public:
     /// Brings it to the front with the keyboard, as far as the desktop lets it.
     void bringToFront();
 
+signals:
+    /// The person changes the text.
+    void edited(const QString &text);
+
+    // Either is sent, once.
+    void commit(); ///< on Return
+    void cancel(); ///< the person gives up
+
 protected:
     void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
@@ -44,9 +41,10 @@ protected:
 private:
     void placeBelow(const QRect &panel);
     void commitText();
-    void settle(std::function<void()> answer);
+    void settle(void (FieldWindow::*outcome)());
 
     TextField *m_field;
+    const bool m_commitsOnBlur;
     bool m_hadKeyboard = false;
     bool m_isSettled = false;
 };

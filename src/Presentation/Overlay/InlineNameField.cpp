@@ -66,19 +66,18 @@ void InlineNameField::giveUp() {
 }
 
 void InlineNameField::askInWindow() {
-    m_window = std::make_unique<FieldWindow>(m_setup.title, m_setup.initial, m_setup.placeholder);
+    m_window = std::make_unique<FieldWindow>(m_setup);
     setReadOnly(true);
     setFocusPolicy(Qt::NoFocus);
     clearFocus();
     deselect();
     unsetCursor();
-    m_window->edited = [this](const QString &text) {
+    connect(m_window.get(), &FieldWindow::edited, this, [this](const QString &text) {
         setText(text);
         m_editing.renew(m_scheduler.now());
-    };
-    m_window->commit = [this] { settle(Outcome::committed); };
-    m_window->commitsOnBlur = m_setup.commitsOnBlur;
-    m_window->cancel = [this] { giveUp(); };
+    });
+    connect(m_window.get(), &FieldWindow::commit, this, [this] { settle(Outcome::committed); });
+    connect(m_window.get(), &FieldWindow::cancel, this, &InlineNameField::giveUp);
     m_window->openBelow(panelOnDesktop());
     update();
 }

@@ -1,11 +1,17 @@
 #include "Presentation/Overlay/KeyablePanel.h"
 
+#include "Platform/OverlayWindow.h"
+
 #include <utility>
 
 namespace morvane {
 
+bool KeyablePanel::takeKeyboard() const {
+    return m_overlay != nullptr && m_overlay->takeKeyboard();
+}
+
 bool KeyablePanel::makeKey() {
-    if (!onTakeKeyboard || !onTakeKeyboard()) {
+    if (!takeKeyboard()) {
         return false;
     }
     ++m_users;
@@ -13,12 +19,12 @@ bool KeyablePanel::makeKey() {
 }
 
 bool KeyablePanel::renewKey() {
-    return m_users > 0 && onTakeKeyboard && onTakeKeyboard();
+    return m_users > 0 && takeKeyboard();
 }
 
 void KeyablePanel::resignKey() {
-    if (m_users > 0 && --m_users == 0 && onReleaseKeyboard) {
-        onReleaseKeyboard();
+    if (m_users > 0 && --m_users == 0 && m_overlay != nullptr) {
+        m_overlay->releaseKeyboard();
     }
 }
 

@@ -2,9 +2,9 @@
 
 #include <QWidget>
 
-#include <functional>
-
 namespace morvane {
+
+class OverlayWindow;
 
 /// The widget of an overlay in which there may be a text field. An overlay never has the keyboard
 /// by itself; while a field of it is open it asks for it, and while a person works it with the
@@ -18,11 +18,9 @@ public:
     /// The part of the widget that there is something to see in.
     virtual QRect visibleRect() const { return rect(); }
 
-    // Set by the presenter, which owns the window.
-
-    /// Takes the keyboard; false where that can't be done.
-    std::function<bool()> onTakeKeyboard;
-    std::function<void()> onReleaseKeyboard;
+    /// Its window, from which it takes the keyboard. Set by the presenter, which owns the window,
+    /// and set to none before that goes.
+    void setOverlay(OverlayWindow *overlay) { m_overlay = overlay; }
 
     /// Called by each field that opens. False where keys can't reach the panel.
     [[nodiscard]] bool makeKey();
@@ -44,6 +42,9 @@ public:
     bool isUsedByKeys() const { return m_isUsedByKeys; }
 
 private:
+    bool takeKeyboard() const;
+
+    OverlayWindow *m_overlay = nullptr;
     int m_users = 0; ///< that have asked and have been given the keyboard
     bool m_isUsedByKeys = false;
 };

@@ -62,12 +62,7 @@ void MorvanePresenter::putUp(PanelSurface &surface) {
     m_window = m_overlays.adopt(surface);
     m_window->onCoveredChanged = [this] { tellExpanded(); };
     applyFullscreenSetting();
-    surface.onTakeKeyboard = [this] { return m_window && m_window->takeKeyboard(); };
-    surface.onReleaseKeyboard = [this] {
-        if (m_window) {
-            m_window->releaseKeyboard();
-        }
-    };
+    surface.setOverlay(m_window.get());
     connect(&surface, &PanelSurface::pointerCrossed, this, &MorvanePresenter::followPointer);
     connect(&surface, &PanelSurface::contextMenuRequested, this, &MorvanePresenter::openMenu);
     connect(&surface, &PanelSurface::menuClosed, this, &MorvanePresenter::menuClosed);
@@ -83,8 +78,7 @@ void MorvanePresenter::takeDown() {
     m_abandonedMenu.reset();
     if (m_surface) {
         m_surface->disconnect(this);
-        m_surface->onTakeKeyboard = nullptr;
-        m_surface->onReleaseKeyboard = nullptr;
+        m_surface->setOverlay(nullptr);
     }
     m_window.reset();
     m_surface.clear();
@@ -171,12 +165,9 @@ void MorvanePresenter::reportExpanded(bool isExpanded) {
 /// What nobody sees must not take the keys of the program that is in front of it.
 void MorvanePresenter::tellExpanded() {
     const bool isExpanded = m_isExpanded && !(m_window && m_window->isCovered());
-    if (isExpanded == m_toldExpanded) {
-        return;
-    }
-    m_toldExpanded = isExpanded;
-    if (onExpandedChanged) {
-        onExpandedChanged(isExpanded);
+    if (isExpanded != m_toldExpanded) {
+        m_toldExpanded = isExpanded;
+        emit expandedChanged(isExpanded);
     }
 }
 

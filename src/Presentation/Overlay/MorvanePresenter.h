@@ -30,9 +30,6 @@ class MorvanePresenter : public QObject {
 public:
     ~MorvanePresenter() override;
 
-    /// Told when this presenter's panel opens or closes, never the same twice in a row.
-    std::function<void(bool)> onExpandedChanged;
-
     /// What was told last: whether the panel is open, and not hidden by a full-screen program.
     bool isExpanded() const { return m_toldExpanded; }
 
@@ -69,6 +66,10 @@ public:
 
     /// Ends for good and frees everything.
     virtual void detach() = 0;
+
+signals:
+    /// This presenter's panel opens or closes; never the same twice in a row.
+    void expandedChanged(bool isExpanded);
 
 protected:
     /// All three outlive the presenter.

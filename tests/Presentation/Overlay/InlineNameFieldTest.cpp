@@ -12,8 +12,7 @@ namespace {
 class InlineNameFieldTest : public PanelFixture {
 protected:
     InlineNameFieldTest() {
-        panel.onTakeKeyboard = [this] { return hasKeyboard = givesKeyboard; };
-        panel.onReleaseKeyboard = [this] { hasKeyboard = false; };
+        panel.setOverlay(&overlay);
         panel.show();
     }
 
@@ -32,7 +31,7 @@ protected:
     /// Nothing of the field is left, once the event that has closed it is over.
     void expectGone() {
         EXPECT_FALSE(editing.isActive(scheduler.now()));
-        EXPECT_FALSE(hasKeyboard);
+        EXPECT_FALSE(overlay.hasKeyboard);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         EXPECT_TRUE(field.isNull());
     }
@@ -40,11 +39,10 @@ protected:
     /// The one that asks where the panel can't.
     static QWidget *window() { return windowTitled("Rename"); }
 
-    bool givesKeyboard = true;
-    bool hasKeyboard = false;
     QStringList outcomes;
-    // Last, since what is open in it is told of its end.
+    // After these, since what is open in it is told of its end.
     KeyablePanel panel;
+    FakeOverlayWindow overlay{panel, overlays.alive};
     QPointer<InlineNameField> field;
 };
 
@@ -56,7 +54,7 @@ TEST_F(InlineNameFieldTest, ReturnCommitsWhatIsTypedOverTheSelectedName) {
     ASSERT_TRUE(panel.beginKeyboardUse());
     panel.endKeyboardUse();
     panel.endKeyboardUse();
-    EXPECT_TRUE(hasKeyboard);
+    EXPECT_TRUE(overlay.hasKeyboard);
     scheduler.advance(Seconds(119));
     QTest::keyClicks(field, "new");
     scheduler.advance(Seconds(119));
@@ -83,9 +81,9 @@ TEST_F(InlineNameFieldTest, ALossOfTheFocusCommitsWhereThatIsAskedForButNotToIts
 
 TEST_F(InlineNameFieldTest, AClickBringsTheKeyboardBackToAFieldThatHasStayedOpen) {
     open(false);
-    hasKeyboard = false;
+    overlay.hasKeyboard = false;
     QTest::mouseClick(field, Qt::LeftButton);
-    EXPECT_TRUE(hasKeyboard);
+    EXPECT_TRUE(overlay.hasKeyboard);
     field->abandon();
     expectGone();
 }
@@ -103,11 +101,11 @@ TEST_F(InlineNameFieldTest, APanelThatGoesAwayCommitsNothing) {
     delete new InlineNameField({"", ""}, context, &panel);
     settle();
     EXPECT_FALSE(editing.isActive(scheduler.now()));
-    EXPECT_FALSE(hasKeyboard);
+    EXPECT_FALSE(overlay.hasKeyboard);
 }
 
 TEST_F(InlineNameFieldTest, AsksInAWindowOfItsOwnWhereKeysCantReachThePanel) {
-    givesKeyboard = false;
+    overlay.canTakeKeyboard = false;
     QWidget another;
     const std::pair<std::function<void(QWidget *)>, const char *> cases[] = {
         {[&](QWidget *asking) {
@@ -183,7 +181,7 @@ TEST_F(InlineNameFieldTest, WhatAnInputMethodHasNotEndedCountsAsTyped) {
 }
 
 TEST_F(InlineNameFieldTest, TheWindowThatAsksIsTheOneFieldAndStaysInSight) {
-    givesKeyboard = false;
+    overlay.canTakeKeyboard = false;
     const QRect screen = panel.screen()->geometry();
     const auto picture = [this] { return panel.grab().toImage(); };
     panel.setGeometry(200, 0, 400, 300);
