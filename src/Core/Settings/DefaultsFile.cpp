@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <system_error>
 #include <utility>
 
 namespace morvane {
@@ -32,25 +33,11 @@ QVariantMap DefaultsFile::read() const {
 }
 
 void DefaultsFile::write(const QVariantMap &values, const QStringList &changed) {
-    const std::uint64_t number = ++m_asked;
-    m_writer.start([this, number, values, changed] {
-        m_changed.unite({changed.begin(), changed.end()});
-        if (number == m_asked) {
-            replace(values);
-        }
-    });
+    handOver({values, {changed.begin(), changed.end()}});
 }
 
 void DefaultsFile::remove() {
-    ++m_asked; // which overtakes what waits to be written
-    m_writer.start([this] {
-        if (QFileInfo(m_path).isSymLink()) {
-            replace({});
-        } else {
-            QFile::remove(m_path);
-        }
-        QFile::remove(m_aside);
-    });
+    handOver({.values = {}, .keys = {}, .isRemoval = true});
 }
 
 bool DefaultsFile::isWithout(const QStringList &keys) {
@@ -58,6 +45,46 @@ bool DefaultsFile::isWithout(const QStringList &keys) {
     const auto values = QFileInfo::exists(m_path) ? present() : QVariantMap();
     return values && !QFileInfo::exists(m_aside) &&
            std::ranges::none_of(keys, [&](const QString &key) { return values->contains(key); });
+}
+
+void DefaultsFile::flush() {
+    if (m_writer.joinable()) {
+        m_writer.join();
+    }
+}
+
+void DefaultsFile::handOver(Change change) {
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_next) {
+            change.keys.unite(m_next->keys);
+        }
+        m_next = std::move(change);
+        if (std::exchange(m_isWriting, true)) {
+            return;
+        }
+    }
+    try {
+        m_writer = std::jthread([this] { carryOutAll(); });
+    } catch (const std::system_error &) {
+        carryOutAll();
+    }
+}
+
+void DefaultsFile::carryOutAll() {
+    std::unique_lock lock(m_mutex);
+    while (m_next) {
+        const Change change = *std::exchange(m_next, std::nullopt);
+        lock.unlock();
+        m_changed.unite(change.keys);
+        if (change.isRemoval) {
+            removeFile();
+        } else {
+            replace(change.values);
+        }
+        lock.lock();
+    }
+    m_isWriting = false;
 }
 
 void DefaultsFile::replace(const QVariantMap &values) {
@@ -86,6 +113,15 @@ void DefaultsFile::replace(const QVariantMap &values) {
     if (file.write(DefaultsFormat::write(merged))) {
         m_changed.clear();
     }
+}
+
+void DefaultsFile::removeFile() {
+    if (QFileInfo(m_path).isSymLink()) {
+        replace({});
+    } else {
+        QFile::remove(m_path);
+    }
+    QFile::remove(m_aside);
 }
 
 } // namespace morvane

@@ -3,25 +3,23 @@
 #include <QSet>
 #include <QString>
 #include <QStringList>
-#include <QThreadPool>
 #include <QVariantMap>
 
-#include <atomic>
-#include <cstdint>
+#include <mutex>
 #include <optional>
+#include <thread>
 
 namespace morvane {
 
 /// The file of one domain of the defaults. What is to be written is handed to a thread that does
-/// nothing else, so that nobody waits for a disk: in the order in which it was asked for, each time
-/// whole or not at all, and without what a later write has overtaken before its turn came. Owned by
-/// one thread, which calls everything here.
+/// nothing else, and ends when there is nothing left, so that nobody waits for a disk: in the order
+/// in which it was asked for, each time whole or not at all, and without what a later write has
+/// overtaken before its turn came. Where the system has no thread to give, the caller writes.
+/// Owned by one thread, which calls everything here.
 class DefaultsFile {
 public:
     explicit DefaultsFile(const QString &path)
-        : m_path(path), m_aside(path + QLatin1String(".unreadable")) {
-        m_writer.setMaxThreadCount(1);
-    }
+        : m_path(path), m_aside(path + QLatin1String(".unreadable")) {}
 
     /// Waits as `flush` does.
     ~DefaultsFile() = default;
@@ -45,17 +43,28 @@ public:
     bool isWithout(const QStringList &keys);
 
     /// Waits until the disk has what was last to be written.
-    void flush() { m_writer.waitForDone(); }
+    void flush();
 
 private:
+    struct Change {
+        QVariantMap values;
+        QSet<QString> keys; ///< those that were changed
+        bool isRemoval = false;
+    };
+
     std::optional<QVariantMap> present() const;
+    void handOver(Change change);
+    void carryOutAll();
     void replace(const QVariantMap &values);
+    void removeFile();
 
     const QString m_path;
-    const QString m_aside;                  ///< where it is put that can't be understood
-    QSet<QString> m_changed;                ///< not written yet; the writer's
-    std::atomic<std::uint64_t> m_asked = 0; ///< how many writes there were to be
-    QThreadPool m_writer;                   ///< last, since its end waits for what uses the others
+    const QString m_aside;   ///< where it is put that can't be understood
+    QSet<QString> m_changed; ///< not written yet; the writer's
+    std::mutex m_mutex;      ///< of the next two
+    std::optional<Change> m_next;
+    bool m_isWriting = false;
+    std::jthread m_writer; ///< last, since its end waits for what uses the others
 };
 
 } // namespace morvane

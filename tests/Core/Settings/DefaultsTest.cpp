@@ -3,6 +3,8 @@
 #include "Core/Settings/DefaultsFixture.h"
 
 #include <limits>
+#include <pthread.h>
+#include <utility>
 
 namespace morvane {
 namespace {
@@ -67,6 +69,19 @@ TEST_F(DefaultsTest, WriteTheEndOfABurstForSure) {
     }
     EXPECT_EQ(stored(defaults), (json{{"key", 300}}));
     EXPECT_EQ(QDir(home.path("defaults")).entryList(QDir::Files).size(), 1);
+}
+
+TEST_F(DefaultsTest, AreWrittenWhereThereIsNoThreadToBeHad) {
+    Defaults defaults = load();
+    pthread_attr_t usual{};
+    ASSERT_EQ(::pthread_getattr_default_np(&usual), 0);
+    pthread_attr_t impossible = usual;
+    ASSERT_EQ(::pthread_attr_setstacksize(&impossible, std::size_t(1) << 62), 0);
+    for (const auto &[value, threads] : {std::pair(1, &impossible), std::pair(2, &usual)}) {
+        ASSERT_EQ(::pthread_setattr_default_np(threads), 0);
+        defaults.setValue("key", value);
+        EXPECT_EQ(stored(defaults), (json{{"key", value}}));
+    }
 }
 
 TEST_F(DefaultsTest, OfTwoMachinesWithOneHomeKeepEachOthersKeys) {
