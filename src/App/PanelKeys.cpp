@@ -15,8 +15,7 @@ PanelKeys::PanelKeys(HotKeys &hotKeys, Scheduler &scheduler, InlineEditing &edit
       m_hotKey(hotKeys, scheduler), m_escHotKey(hotKeys, scheduler) {
     connect(&m_hotKeys, &HotKeys::stateChanged, this, [this] {
         tellWhetherDigitsWork();
-        // The port is in the middle of its keys.
-        m_digitCheck = m_scheduler.after(Seconds(0), [this] { giveBackDigitsUnlessAllWork(); });
+        giveBackDigitsUnlessAllWork();
         emit panelKeyStateChanged();
     });
 }

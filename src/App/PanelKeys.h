@@ -68,7 +68,6 @@ private:
     HotKeyManager m_hotKey;
     HotKeyManager m_escHotKey;
     std::vector<std::unique_ptr<HotKeyManager>> m_digitHotKeys; ///< all or none
-    Task m_digitCheck;
     Task m_escCheck;         ///< when a field that nobody types in is forgotten
     int m_expandedCount = 0; ///< how many panels are open
     DigitShortcuts m_digitShortcuts;

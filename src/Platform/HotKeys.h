@@ -36,6 +36,9 @@ public:
 signals:
     /// Once for each press, however long the key is held down.
     void pressed(std::uint32_t id);
+
+    /// Told when the states of all keys are what they are to be: a slot may take keys and give them
+    /// back.
     void stateChanged(std::uint32_t id);
 };
 

@@ -116,13 +116,13 @@ void GlobalShortcutsPortal::startAnew() {
     if (m_keys.empty()) {
         return;
     }
-    setStates([](std::uint32_t) { return State::pending; });
     const QString token = QStringLiteral("morvane%1").arg(++m_tokens);
     ask(QStringLiteral("CreateSession"), {}, {{QStringLiteral("session_handle_token"), token}},
         [this](const QVariantMap &results) {
             m_session = results.value(QStringLiteral("session_handle")).toString();
             bindShortcuts();
         });
+    setStates([](std::uint32_t) { return State::pending; });
 }
 
 void GlobalShortcutsPortal::closeSession() {
@@ -247,11 +247,15 @@ void GlobalShortcutsPortal::closed(const QDBusMessage &message) {
 }
 
 void GlobalShortcutsPortal::setStates(const std::function<State(std::uint32_t)> &stateOf) {
+    QList<std::uint32_t> changed;
     for (auto &[id, key] : m_keys) {
         const State before = std::exchange(key.state, stateOf(id));
         if (key.state != before) {
-            emit stateChanged(id);
+            changed.append(id);
         }
+    }
+    for (const std::uint32_t id : changed) {
+        emit stateChanged(id);
     }
 }
 

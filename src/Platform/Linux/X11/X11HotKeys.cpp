@@ -60,11 +60,15 @@ HotKeys::State X11HotKeys::state(std::uint32_t id) const {
 
 /// A key that is grabbed already may be grabbed again.
 void X11HotKeys::retry() {
+    QList<std::uint32_t> changed;
     for (auto &[id, held] : m_grabs) {
         const State before = std::exchange(held.state, grab(held.key));
         if (held.state != before) {
-            emit stateChanged(id);
+            changed.append(id);
         }
+    }
+    for (const std::uint32_t id : changed) {
+        emit stateChanged(id);
     }
 }
 
