@@ -61,20 +61,21 @@ Windows chooseWindows(X11Connection &x11, Scheduler &scheduler) {
     if (x11.isXwayland()) {
         // What has outlived its session may still be in the environment of the next.
         if (const QString sway = qEnvironmentVariable("SWAYSOCK"); QFileInfo::exists(sway)) {
-            return {std::make_unique<SwayWindowSystem>(sway),
-                    std::make_unique<SwayFullscreenWindows>(sway)};
+            return {std::make_unique<SwayWindowSystem>(sway, scheduler),
+                    std::make_unique<SwayFullscreenWindows>(sway, scheduler)};
         }
         const QString hyprland =
             HyprlandWindowSystem::socketOf(qEnvironmentVariable("HYPRLAND_INSTANCE_SIGNATURE"));
         if (!hyprland.isEmpty()) {
-            return {std::make_unique<HyprlandWindowSystem>(hyprland),
-                    std::make_unique<HyprlandFullscreenWindows>(hyprland)};
+            return {std::make_unique<HyprlandWindowSystem>(hyprland, scheduler),
+                    std::make_unique<HyprlandFullscreenWindows>(hyprland, scheduler)};
         }
         if (qEnvironmentVariable("XDG_CURRENT_DESKTOP")
                 .split(u':')
                 .contains(QLatin1String("KDE"))) {
-            return {std::make_unique<KWinWindowSystem>(QDBusConnection::sessionBus()),
-                    std::make_unique<KWinFullscreenWindows>(QDBusConnection::sessionBus())};
+            const QDBusConnection bus = QDBusConnection::sessionBus();
+            return {std::make_unique<KWinWindowSystem>(bus, scheduler),
+                    std::make_unique<KWinFullscreenWindows>(bus, scheduler)};
         }
     }
     return {std::make_unique<X11WindowSystem>(x11, scheduler),

@@ -2,6 +2,7 @@
 #include "Platform/Linux/Wayland/HyprlandWindowSystem.h"
 #include "Platform/Wayland/ListedWindows.h"
 #include "Platform/Wayland/StandInSocket.h"
+#include "Support/ManualScheduler.h"
 #include "Support/TemporaryHome.h"
 
 #include <QPointer>
@@ -60,8 +61,9 @@ protected:
                               {"activeWorkspace":{"id":2},"specialWorkspace":{"id":-99}}])";
     QByteArray clients;
     QList<QByteArray> asked;
-    HyprlandFullscreenWindows fullscreen{folder.path(".socket.sock")};
-    HyprlandWindowSystem windows{folder.path(".socket.sock")};
+    ManualScheduler scheduler;
+    HyprlandFullscreenWindows fullscreen{folder.path(".socket.sock"), scheduler};
+    HyprlandWindowSystem windows{folder.path(".socket.sock"), scheduler};
 };
 
 TEST_F(HyprlandTest, TellsItsWindowsAndBringsOneForward) {

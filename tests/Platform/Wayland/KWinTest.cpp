@@ -2,6 +2,7 @@
 #include "Platform/Linux/Wayland/KWinWindowSystem.h"
 #include "Platform/PrivateBusTest.h"
 #include "Platform/Wayland/ListedWindows.h"
+#include "Support/ManualScheduler.h"
 
 #include <QFile>
 #include <QRegularExpression>
@@ -56,10 +57,15 @@ private:
     }
 };
 
-TEST_F(PrivateBusTest, KWinTellsItsWindowsByAScriptThatIsTakenBack) {
+class KWinTest : public PrivateBusTest {
+protected:
+    ManualScheduler scheduler;
+};
+
+TEST_F(KWinTest, TellsItsWindowsByAScriptThatIsTakenBack) {
     Compositor compositor(connection("compositor"));
     compositor.answer = R"([{"id":"{1}","title":"shop <2>","process":7,"names":["kitty","","k"]}])";
-    KWinWindowSystem system(connection("program"));
+    KWinWindowSystem system(connection("program"), scheduler);
     EXPECT_EQ(listed(system), QStringList{"{1} shop kitty,k 7"});
     EXPECT_TRUE(becomesTrue([&] { return compositor.asked.contains("unloadScript"); }));
 
@@ -67,11 +73,15 @@ TEST_F(PrivateBusTest, KWinTellsItsWindowsByAScriptThatIsTakenBack) {
     EXPECT_EQ(listed(system), QStringList());
     compositor.isClosed = true;
     EXPECT_EQ(listed(system), std::nullopt);
+    bool isWhole = true;
+    system.list([&](const auto &listing) { isWhole = listing.isWhole; });
+    scheduler.advance(Seconds(2));
+    EXPECT_FALSE(isWhole);
 }
 
-TEST_F(PrivateBusTest, NothingButAWindowsIdentifierGoesIntoAScriptOfKWins) {
+TEST_F(KWinTest, LetsNothingButAWindowsIdentifierIntoAScript) {
     Compositor compositor(connection("compositor"));
-    KWinWindowSystem system(connection("program"));
+    KWinWindowSystem system(connection("program"), scheduler);
     system.activate(R"("; workspace.slotWindowClose(); ")");
     const QString window = "{6c0a5f5e-57a3-4f0f-9b39-0a8a8d9a2f11}";
     system.activate(window);
@@ -80,10 +90,10 @@ TEST_F(PrivateBusTest, NothingButAWindowsIdentifierGoesIntoAScriptOfKWins) {
     EXPECT_TRUE(compositor.script.contains("=== \"" + window + "\""));
 }
 
-TEST_F(PrivateBusTest, KWinTellsOfFullscreenWindowsForAsLongAsSomebodyListens) {
+TEST_F(KWinTest, TellsOfFullscreenWindowsForAsLongAsSomebodyListens) {
     Compositor compositor(connection("compositor"));
     compositor.answer = "[[800,0,1280,720]]";
-    auto windows = std::make_unique<KWinFullscreenWindows>(connection("program"));
+    auto windows = std::make_unique<KWinFullscreenWindows>(connection("program"), scheduler);
     int changes = 0;
     QObject::connect(windows.get(), &FullscreenWindows::changed, [&] { ++changes; });
     const auto has = [&](const QList<QRect> &areas) {

@@ -4,6 +4,7 @@
 #include "Platform/Linux/Wayland/SwayWindowSystem.h"
 #include "Platform/Wayland/ListedWindows.h"
 #include "Platform/Wayland/StandInSocket.h"
+#include "Support/ManualScheduler.h"
 #include "Support/TemporaryHome.h"
 
 #include <QPointer>
@@ -80,8 +81,9 @@ protected:
     QPointer<QLocalSocket> events;
     QByteArray answer = SwayMessage::encode(Type::getTree, tree);
     bool closes = false;
-    SwayFullscreenWindows fullscreen{folder.path("socket")};
-    SwayWindowSystem windows{folder.path("socket")};
+    ManualScheduler scheduler;
+    SwayFullscreenWindows fullscreen{folder.path("socket"), scheduler};
+    SwayWindowSystem windows{folder.path("socket"), scheduler};
 };
 
 TEST_F(SwayTest, IsAskedAgainWhereTooManyWaitForIt) {
@@ -93,7 +95,13 @@ TEST_F(SwayTest, IsAskedAgainWhereTooManyWaitForIt) {
         others.push_back(UnixSockets::connectTo(folder.path("socket")));
     } while (others.back().error == 0);
     EXPECT_EQ(others.back().error, EAGAIN);
-    EXPECT_EQ(listed(windows).value_or(QStringList()).size(), 3);
+    std::optional<WindowSystem::Listing> listing;
+    windows.list([&](const auto &told) { listing = told; });
+    ASSERT_TRUE(becomesTrue([&] {
+        scheduler.advance(Seconds(0.01));
+        return listing.has_value();
+    }));
+    EXPECT_EQ(listing->windows.size(), 3);
 }
 
 TEST_F(SwayTest, TellsItsWindowsAndBringsOneForward) {
@@ -135,7 +143,7 @@ TEST_F(SwayTest, IsAskedNothingForTitlesAndFewTimesForManyEvents) {
 }
 
 TEST_F(SwayTest, HasNothingWhereItHasGoneOrTalksNonsense) {
-    SwayWindowSystem gone(folder.path("nobody"));
+    SwayWindowSystem gone(folder.path("nobody"), scheduler);
     EXPECT_EQ(listed(gone), std::nullopt);
     const QByteArray other("HTTP/1.1 400 Bad\r\n\r\n");
     const QByteArray endless("i3-ipc\xff\xff\xff\xff\4\0\0\0{}", 16);
@@ -145,6 +153,13 @@ TEST_F(SwayTest, HasNothingWhereItHasGoneOrTalksNonsense) {
         events->write(event);
         EXPECT_TRUE(has({})) << event.toStdString();
     }
+    asked.clear();
+    answer.clear();
+    bool isWhole = true;
+    windows.list([&](const auto &listing) { isWhole = listing.isWhole; });
+    ASSERT_TRUE(becomesTrue([&] { return !asked.isEmpty(); }));
+    scheduler.advance(Seconds(2));
+    EXPECT_FALSE(isWhole);
     closes = true;
     for (const QByteArray &nonsense :
          {QByteArray(), other, endless, SwayMessage::encode(Type::getTree, "[[[["),

@@ -1,9 +1,9 @@
 #include "Platform/Linux/Wayland/CompositorSocket.h"
 
 #include "Platform/Linux/UnixSockets.h"
+#include "Platform/Scheduler.h"
 
 #include <cerrno>
-#include <chrono>
 #include <sys/socket.h>
 #include <utility>
 
@@ -12,15 +12,9 @@ namespace morvane {
 namespace {
 
 constexpr qsizetype readAtOnce = 65536;
-constexpr std::chrono::milliseconds reconnectDelay(50);
+constexpr Seconds reconnectDelay(0.05);
 
 } // namespace
-
-CompositorSocket::CompositorSocket() {
-    m_retry.setSingleShot(true);
-    m_retry.setInterval(reconnectDelay);
-    connect(&m_retry, &QTimer::timeout, this, &CompositorSocket::tryToOpen);
-}
 
 void CompositorSocket::open(const QString &path) {
     close();
@@ -36,7 +30,7 @@ void CompositorSocket::tryToOpen() {
         connect(m_notifier.get(), &QSocketNotifier::activated, this, &CompositorSocket::read);
         emit opened();
     } else if (error == EAGAIN) {
-        m_retry.start();
+        m_retry = m_scheduler.after(reconnectDelay, [this] { tryToOpen(); });
     } else {
         emit refused();
     }
@@ -49,7 +43,7 @@ bool CompositorSocket::send(const QByteArray &bytes) const {
 
 /// The notifier may be the one that has just told.
 void CompositorSocket::close() {
-    m_retry.stop();
+    m_retry.cancel();
     if (m_notifier) {
         m_notifier->setEnabled(false);
         m_notifier.release()->deleteLater();

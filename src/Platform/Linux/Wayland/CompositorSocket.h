@@ -1,24 +1,26 @@
 #pragma once
 
 #include "Platform/Descriptor.h"
+#include "Platform/Task.h"
 
 #include <QByteArray>
 #include <QObject>
 #include <QSocketNotifier>
 #include <QString>
-#include <QTimer>
 
 #include <memory>
 #include <optional>
 
 namespace morvane {
 
+class Scheduler;
+
 /// A connection to the socket of a compositor. Main thread, which doesn't wait for it.
 class CompositorSocket : public QObject {
     Q_OBJECT
 
 public:
-    CompositorSocket();
+    explicit CompositorSocket(Scheduler &scheduler) : m_scheduler(scheduler) {}
 
     /// `opened` or `refused` follows, as a rule at once. Where too many wait for the compositor
     /// already it is tried again until it is closed.
@@ -49,8 +51,9 @@ private:
     void tryToOpen();
     void read();
 
+    Scheduler &m_scheduler;
     QString m_path;
-    QTimer m_retry;
+    Task m_retry;
     std::optional<Descriptor> m_socket;
     std::unique_ptr<QSocketNotifier> m_notifier; ///< of what comes, while it is open
 };

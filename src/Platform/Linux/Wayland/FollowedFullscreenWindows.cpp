@@ -10,8 +10,8 @@ constexpr qsizetype longestEvent = 1048576;
 
 } // namespace
 
-FollowedFullscreenWindows::FollowedFullscreenWindows(QString socket)
-    : m_eventsPath(std::move(socket)) {
+FollowedFullscreenWindows::FollowedFullscreenWindows(QString socket, Scheduler &scheduler)
+    : m_eventsPath(std::move(socket)), m_events(scheduler) {
     connect(&m_events, &CompositorSocket::opened, this, [this] { begin(m_events); });
     connect(&m_events, &CompositorSocket::received, this, &FollowedFullscreenWindows::read);
     connect(&m_events, &CompositorSocket::closed, this, &FollowedFullscreenWindows::lose);

@@ -23,7 +23,7 @@ protected:
     using Told = std::function<void(const QList<QRect> &areas)>;
 
     /// Takes the path of the socket of the events.
-    explicit FollowedFullscreenWindows(QString socket);
+    FollowedFullscreenWindows(QString socket, Scheduler &scheduler);
 
     /// The events' socket has been reached.
     virtual void begin(CompositorSocket &events) = 0;

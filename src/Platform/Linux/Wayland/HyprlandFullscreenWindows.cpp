@@ -62,9 +62,10 @@ QList<QRect> areasOf(const Answer &monitors, const Answer &clients) {
 
 } // namespace
 
-HyprlandFullscreenWindows::HyprlandFullscreenWindows(const QString &socket)
-    : FollowedFullscreenWindows(QFileInfo(socket).path() + QStringLiteral("/.socket2.sock")),
-      m_socket(socket) {}
+HyprlandFullscreenWindows::HyprlandFullscreenWindows(const QString &socket, Scheduler &scheduler)
+    : FollowedFullscreenWindows(QFileInfo(socket).path() + QStringLiteral("/.socket2.sock"),
+                                scheduler),
+      m_socket(socket), m_scheduler(scheduler) {}
 
 void HyprlandFullscreenWindows::begin(CompositorSocket &) {
     refresh();
@@ -79,10 +80,10 @@ std::optional<bool> HyprlandFullscreenWindows::take(QByteArray &heard) {
 
 void HyprlandFullscreenWindows::ask(const Told &told) {
     SocketQuestion::ask(
-        m_socket, "j/monitors", &SocketQuestion::untilItCloses,
+        m_scheduler, m_socket, "j/monitors", &SocketQuestion::untilItCloses,
         [this, told](const Answer &monitors) {
             SocketQuestion::ask(
-                m_socket, "j/clients", &SocketQuestion::untilItCloses,
+                m_scheduler, m_socket, "j/clients", &SocketQuestion::untilItCloses,
                 [told, monitors](const Answer &clients) { told(areasOf(monitors, clients)); },
                 this);
         },

@@ -10,7 +10,7 @@ class HyprlandFullscreenWindows : public FollowedFullscreenWindows {
 
 public:
     /// Takes the path of the socket that answers questions; that of the events lies beside it.
-    explicit HyprlandFullscreenWindows(const QString &socket);
+    HyprlandFullscreenWindows(const QString &socket, Scheduler &scheduler);
 
 protected:
     void begin(CompositorSocket &events) override;
@@ -19,6 +19,7 @@ protected:
 
 private:
     const QString m_socket;
+    Scheduler &m_scheduler;
 };
 
 } // namespace morvane

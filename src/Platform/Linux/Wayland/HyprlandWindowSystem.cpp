@@ -37,7 +37,7 @@ QString HyprlandWindowSystem::socketOf(const QString &instance) {
 
 void HyprlandWindowSystem::list(Listed listed) {
     SocketQuestion::ask(
-        m_socket, "j/clients", &SocketQuestion::untilItCloses,
+        m_scheduler, m_socket, "j/clients", &SocketQuestion::untilItCloses,
         [listed = std::move(listed)](const std::optional<QByteArray> &answer) {
             listed(answer ? Listing{windows(*answer), true} : Listing());
         },
@@ -47,7 +47,7 @@ void HyprlandWindowSystem::list(Listed listed) {
 void HyprlandWindowSystem::activate(const QString &id) {
     if (isAddress(id)) {
         SocketQuestion::ask(
-            m_socket, "dispatch focuswindow address:" + id.toLatin1(),
+            m_scheduler, m_socket, "dispatch focuswindow address:" + id.toLatin1(),
             &SocketQuestion::untilItCloses, [](const auto &) {}, &m_context);
     }
 }

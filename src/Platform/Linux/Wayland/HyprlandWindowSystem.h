@@ -9,10 +9,13 @@
 
 namespace morvane {
 
+class Scheduler;
+
 /// The windows of Hyprland, which tells and moves them on a socket of its own.
 class HyprlandWindowSystem : public WindowSystem {
 public:
-    explicit HyprlandWindowSystem(QString socket) : m_socket(std::move(socket)) {}
+    HyprlandWindowSystem(QString socket, Scheduler &scheduler)
+        : m_socket(std::move(socket)), m_scheduler(scheduler) {}
 
     /// Where the instance of this name (HYPRLAND_INSTANCE_SIGNATURE) listens; empty where none
     /// does.
@@ -27,7 +30,8 @@ public:
 
 private:
     const QString m_socket; ///< its path
-    QObject m_context;      ///< with it go the answers that are still to come
+    Scheduler &m_scheduler;
+    QObject m_context; ///< with it go the answers that are still to come
 };
 
 } // namespace morvane

@@ -11,8 +11,8 @@ class KWinFullscreenWindows : public FullscreenWindows {
     Q_OBJECT
 
 public:
-    explicit KWinFullscreenWindows(const QDBusConnection &bus)
-        : m_scripts(bus, QStringLiteral("/FullscreenWindows")) {}
+    KWinFullscreenWindows(const QDBusConnection &bus, Scheduler &scheduler)
+        : m_scripts(bus, QStringLiteral("/FullscreenWindows"), scheduler) {}
 
     void follow() override;
 

@@ -1,19 +1,17 @@
 #include "Platform/Linux/Wayland/KWinScripts.h"
 
 #include "Platform/Linux/Desktop/BusQuestion.h"
+#include "Platform/Scheduler.h"
 
 #include <QDBusMessage>
 #include <QTemporaryFile>
-#include <QTimer>
 #include <QUuid>
-
-#include <chrono>
 
 namespace morvane {
 
 namespace {
 
-constexpr std::chrono::seconds scriptLimit(2);
+constexpr Seconds scriptLimit(2);
 
 /// What lies before every script.
 const QString beginning = QStringLiteral(R"(
@@ -28,20 +26,20 @@ function tell(text) {
 
 } // namespace
 
-KWinScripts::KWinScripts(const QDBusConnection &bus, const QString &path)
-    : m_bus(bus), m_path(path) {
+KWinScripts::KWinScripts(const QDBusConnection &bus, const QString &path, Scheduler &scheduler)
+    : m_bus(bus), m_path(path), m_scheduler(scheduler) {
     m_bus.registerObject(m_path, this, QDBusConnection::ExportAllSlots);
 }
 
 KWinScripts::~KWinScripts() {
-    for (auto script = m_scripts.keyBegin(); script != m_scripts.keyEnd(); ++script) {
-        unload(*script);
+    for (const auto &[name, script] : m_scripts) {
+        unload(name);
     }
 }
 
 void KWinScripts::ask(const QString &body, const Heard &heard) {
     const QString script = run(body, heard, true);
-    QTimer::singleShot(scriptLimit, this, [this, script] { told(script, {}); });
+    m_scripts[script].limit = m_scheduler.after(scriptLimit, [this, script] { told(script, {}); });
 }
 
 void KWinScripts::follow(const QString &body, const Heard &heard) {
@@ -57,7 +55,7 @@ QString KWinScripts::run(const QString &body, const Heard &heard, bool tellsOnce
         file->write((beginning.arg(m_bus.baseService(), m_path, name) + body).toUtf8());
         file->close();
     }
-    m_scripts.insert(name, {file, heard, tellsOnce});
+    m_scripts[name] = {file, heard, tellsOnce};
     const auto load = call(QStringLiteral("loadScript"), {file->fileName(), name});
     BusQuestion::ask(m_bus, load, this, [this, name](const QDBusMessage &reply) {
         if (reply.type() == QDBusMessage::ErrorMessage) {
@@ -70,12 +68,12 @@ QString KWinScripts::run(const QString &body, const Heard &heard, bool tellsOnce
 }
 
 void KWinScripts::told(const QString &script, const QString &text) {
-    const auto known = m_scripts.constFind(script);
-    if (known == m_scripts.cend()) {
+    const auto known = m_scripts.find(script);
+    if (known == m_scripts.end()) {
         return;
     }
-    const Heard heard = known->heard;
-    if (known->tellsOnce) {
+    const Heard heard = known->second.heard;
+    if (known->second.tellsOnce) {
         m_scripts.erase(known);
         unload(script);
     }

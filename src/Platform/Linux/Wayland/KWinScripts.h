@@ -1,16 +1,20 @@
 #pragma once
 
+#include "Platform/Task.h"
+
 #include <QDBusConnection>
-#include <QHash>
 #include <QObject>
 #include <QString>
 
 #include <functional>
+#include <map>
 #include <memory>
 
 class QTemporaryFile;
 
 namespace morvane {
+
+class Scheduler;
 
 /// Scripts that KWin is given over the message bus, for what it tells in no other way. In each
 /// `windows()` lists the windows, from the back to the front where the release tells, and
@@ -23,7 +27,7 @@ public:
     using Heard = std::function<void(const QString &text)>;
 
     /// No other object of this connection may have the path.
-    KWinScripts(const QDBusConnection &bus, const QString &path);
+    KWinScripts(const QDBusConnection &bus, const QString &path, Scheduler &scheduler);
     ~KWinScripts() override;
 
     /// Runs a script that tells once. `heard` is called with that, or an empty text where nothing
@@ -42,6 +46,7 @@ private:
         std::shared_ptr<QTemporaryFile> file;
         Heard heard;
         bool tellsOnce = false;
+        Task limit = {}; ///< for its answer
     };
 
     QString run(const QString &body, const Heard &heard, bool tellsOnce);
@@ -50,7 +55,8 @@ private:
 
     QDBusConnection m_bus;
     const QString m_path;
-    QHash<QString, Script> m_scripts; ///< that run, by their names
+    Scheduler &m_scheduler;
+    std::map<QString, Script> m_scripts; ///< that run, by their names
 };
 
 } // namespace morvane

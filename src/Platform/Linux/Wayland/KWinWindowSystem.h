@@ -8,8 +8,8 @@ namespace morvane {
 /// The windows of KWin on Wayland, which tells and moves them for a script.
 class KWinWindowSystem : public WindowSystem {
 public:
-    explicit KWinWindowSystem(const QDBusConnection &bus)
-        : m_scripts(bus, QStringLiteral("/Windows")) {}
+    KWinWindowSystem(const QDBusConnection &bus, Scheduler &scheduler)
+        : m_scripts(bus, QStringLiteral("/Windows"), scheduler) {}
 
     void list(Listed listed) override;
     void activate(const QString &id) override;

@@ -1,22 +1,21 @@
 #include "Platform/Linux/Wayland/SocketQuestion.h"
 
-#include <QTimer>
+#include "Platform/Scheduler.h"
 
-#include <chrono>
 #include <utility>
 
 namespace morvane {
 
 namespace {
 
-constexpr std::chrono::seconds answerLimit(2);
+constexpr Seconds answerLimit(2);
 constexpr qsizetype longestAnswer = 1048576;
 
 } // namespace
 
-void SocketQuestion::ask(const QString &path, const QByteArray &question, const Length &length,
-                         const Finished &finished, QObject *owner) {
-    auto *self = new SocketQuestion(length, finished, owner);
+void SocketQuestion::ask(Scheduler &scheduler, const QString &path, const QByteArray &question,
+                         const Length &length, const Finished &finished, QObject *owner) {
+    auto *self = new SocketQuestion(scheduler, length, finished, owner);
     // A socket that isn't there says so before the call returns.
     QMetaObject::invokeMethod(
         self,
@@ -31,13 +30,14 @@ void SocketQuestion::ask(const QString &path, const QByteArray &question, const 
         Qt::QueuedConnection);
 }
 
-SocketQuestion::SocketQuestion(Length length, Finished finished, QObject *owner)
-    : QObject(owner), m_length(std::move(length)), m_finished(std::move(finished)) {
+SocketQuestion::SocketQuestion(Scheduler &scheduler, Length length, Finished finished,
+                               QObject *owner)
+    : QObject(owner), m_length(std::move(length)), m_finished(std::move(finished)),
+      m_socket(scheduler), m_limit(scheduler.after(answerLimit, [this] { end(std::nullopt); })) {
     connect(&m_socket, &CompositorSocket::received, this, &SocketQuestion::add);
     connect(&m_socket, &CompositorSocket::refused, this, [this] { end(std::nullopt); });
     connect(&m_socket, &CompositorSocket::closed, this,
             [this] { end(m_length(m_answer) ? std::nullopt : std::optional(m_answer)); });
-    QTimer::singleShot(answerLimit, this, [this] { end(std::nullopt); });
 }
 
 void SocketQuestion::add(const QByteArray &bytes) {

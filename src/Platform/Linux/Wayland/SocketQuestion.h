@@ -27,17 +27,18 @@ public:
 
     /// Asks at once. `finished` hears the answer, once and later; none when there is nobody, when
     /// the answer is longer than 1 MiB, or hasn't come after two seconds.
-    static void ask(const QString &path, const QByteArray &question, const Length &length,
-                    const Finished &finished, QObject *owner);
+    static void ask(Scheduler &scheduler, const QString &path, const QByteArray &question,
+                    const Length &length, const Finished &finished, QObject *owner);
 
 private:
-    SocketQuestion(Length length, Finished finished, QObject *owner);
+    SocketQuestion(Scheduler &scheduler, Length length, Finished finished, QObject *owner);
     void add(const QByteArray &bytes);
     void end(const std::optional<QByteArray> &answer);
 
     const Length m_length;
     Finished m_finished; ///< empty once it has been called
     CompositorSocket m_socket;
+    Task m_limit;
     QByteArray m_answer;
 };
 

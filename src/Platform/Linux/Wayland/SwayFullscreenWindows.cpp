@@ -37,7 +37,8 @@ std::optional<bool> SwayFullscreenWindows::take(QByteArray &heard) {
 
 void SwayFullscreenWindows::ask(const Told &told) {
     SocketQuestion::ask(
-        m_socket, SwayMessage::encode(SwayMessage::Type::getTree), &SwayMessage::length,
+        m_scheduler, m_socket, SwayMessage::encode(SwayMessage::Type::getTree),
+        &SwayMessage::length,
         [told](const std::optional<QByteArray> &answer) {
             told(answer ? SwayMessage::fullscreenAreas(*answer) : QList<QRect>());
         },

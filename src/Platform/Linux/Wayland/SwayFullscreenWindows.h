@@ -10,8 +10,8 @@ class SwayFullscreenWindows : public FollowedFullscreenWindows {
 
 public:
     /// Takes the path of sway's socket.
-    explicit SwayFullscreenWindows(const QString &socket)
-        : FollowedFullscreenWindows(socket), m_socket(socket) {}
+    SwayFullscreenWindows(const QString &socket, Scheduler &scheduler)
+        : FollowedFullscreenWindows(socket, scheduler), m_socket(socket), m_scheduler(scheduler) {}
 
 protected:
     void begin(CompositorSocket &events) override;
@@ -20,6 +20,7 @@ protected:
 
 private:
     const QString m_socket;
+    Scheduler &m_scheduler;
 };
 
 } // namespace morvane

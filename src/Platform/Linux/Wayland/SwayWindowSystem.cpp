@@ -7,7 +7,8 @@ namespace morvane {
 
 void SwayWindowSystem::list(Listed listed) {
     SocketQuestion::ask(
-        m_socket, SwayMessage::encode(SwayMessage::Type::getTree), &SwayMessage::length,
+        m_scheduler, m_socket, SwayMessage::encode(SwayMessage::Type::getTree),
+        &SwayMessage::length,
         [listed = std::move(listed)](const std::optional<QByteArray> &answer) {
             listed(answer ? Listing{SwayMessage::windows(*answer), true} : Listing());
         },
@@ -18,8 +19,8 @@ void SwayWindowSystem::list(Listed listed) {
 void SwayWindowSystem::activate(const QString &id) {
     const QByteArray command = "[con_id=" + QByteArray::number(id.toLongLong()) + "] focus";
     SocketQuestion::ask(
-        m_socket, SwayMessage::encode(SwayMessage::Type::runCommand, command), &SwayMessage::length,
-        [](const auto &) {}, &m_context);
+        m_scheduler, m_socket, SwayMessage::encode(SwayMessage::Type::runCommand, command),
+        &SwayMessage::length, [](const auto &) {}, &m_context);
 }
 
 } // namespace morvane
