@@ -51,7 +51,8 @@ public:
     };
 
     /// Nothing listens yet. `main` takes the callbacks to the main thread. `timers` gives the time
-    /// limits in place of the server's own thread.
+    /// limits in place of the server's own thread. Throws a `std::system_error` where no descriptor
+    /// is left for it.
     EventServer(const QString &token, std::uint16_t preferredPort, Handlers handlers,
                 Scheduler &main, Scheduler *timers = nullptr);
     ~EventServer();
@@ -62,7 +63,8 @@ public:
     static std::size_t unfinishedLimit();
 
     /// Binds the preferred port, or the next free one of the 20 above it, and begins to serve.
-    /// Fails with the reason why the last of them could not be bound.
+    /// Fails with the reason why the last of them could not be bound. Throws a `std::system_error`
+    /// where no thread is left for it.
     Result<void> start();
 
     /// The port that was really bound; 0 before.
