@@ -43,8 +43,9 @@ std::optional<QString> CursorAdapter::cwd(const JsonObject &body) const {
 nlohmann::json CursorAdapter::hookEntry(const QString &command,
                                         const std::optional<QString> &matcher,
                                         const HookWait &) const {
-    nlohmann::json entry{
-        {"type", "command"}, {"command", command.toStdString()}, {"timeout", HookTimeout::event}};
+    nlohmann::json entry{{"type", "command"},
+                         {"command", command.toStdString()},
+                         {"timeout", HookTimeout::event.count()}};
     if (matcher) {
         entry["matcher"] = matcher->toStdString();
     }

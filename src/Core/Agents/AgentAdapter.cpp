@@ -56,8 +56,9 @@ nlohmann::json AgentAdapter::hookEntry(const QString &command,
                                        const std::optional<QString> &matcher,
                                        const HookWait &wait) const {
     nlohmann::json handler{{"type", "command"}, {"command", command.toStdString()}};
-    const int unit = m_contract.hookTimeUnit == AgentContract::TimeUnit::milliseconds ? 1000 : 1;
-    handler["timeout"] = unit * wait.seconds;
+    handler["timeout"] = m_contract.hookTimeUnit == AgentContract::TimeUnit::milliseconds
+                             ? std::chrono::milliseconds(wait.limit).count()
+                             : wait.limit.count();
     if (!wait.isAwaited && m_contract.hasAsyncHooks) {
         handler["async"] = true;
     }

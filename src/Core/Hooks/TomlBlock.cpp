@@ -133,7 +133,7 @@ QByteArray tomlBlock(const HookPlan &plan) {
             lines << "matcher = " + quoted(*matcher);
         }
         lines << "command = " + quoted(plan.command(event))
-              << "timeout = " + QByteArray::number(plan.wait(event).seconds);
+              << "timeout = " + QByteArray::number(plan.wait(event).limit.count());
     }
     lines << tomlEndMarker;
     return lines.join('\n') + '\n';
