@@ -9,6 +9,7 @@
 #include <QObject>
 #include <QStringList>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdint>
 #include <optional>
@@ -70,7 +71,11 @@ public:
     /// Minutes after which a finished or idle session leaves the list.
     int autoClearMinutes() const { return m_autoClearMinutes; }
     void setAutoClearMinutes(int minutes) { assign(m_autoClearMinutes, minutes); }
-    Seconds autoClearAfter() const { return std::chrono::minutes(m_autoClearMinutes); }
+    /// At most a century: the file may say more than any date can be moved by.
+    Seconds autoClearAfter() const {
+        constexpr int century = 100 * 366 * 24 * 60;
+        return std::chrono::minutes(std::clamp(m_autoClearMinutes, -century, century));
+    }
     /// Working directory to the person's own name for it.
     const QMap<QString, QString> &sessionNames() const { return m_sessionNames; }
     void setSessionNames(const QMap<QString, QString> &names) { assign(m_sessionNames, names); }

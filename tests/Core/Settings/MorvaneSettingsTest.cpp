@@ -206,6 +206,13 @@ TEST_F(SettingsTest, RemoveEveryKeyButThoseOfOthers) {
     EXPECT_EQ(stored(defaults), (json{{"other", 1}}));
 }
 
+TEST_F(SettingsTest, ReachBackNoFurtherThanDatesDo) {
+    Defaults defaults = load();
+    MorvaneSettings settings(defaults);
+    settings.setAutoClearMinutes(std::numeric_limits<int>::max());
+    EXPECT_LT(settings.autoClearAfter(), std::chrono::years(200));
+}
+
 TEST_F(SettingsTest, LeaveNoFileWhereNothingIsOthers) {
     for (const bool isLink : {false, true}) {
         store({{"eventToken", "T"}});
