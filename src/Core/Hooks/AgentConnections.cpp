@@ -294,12 +294,12 @@ void AgentConnections::checkForNewAgents() {
 }
 
 void AgentConnections::markAgentsKnown(const std::vector<const AgentAdapter *> &adapters) {
-    const QStringList known = m_settings.knownAgents().value_or(QStringList());
-    QSet<QString> merged(known.begin(), known.end());
+    QStringList known = m_settings.knownAgents().value_or(QStringList());
     for (const AgentAdapter *adapter : adapters) {
-        merged.insert(QString::fromLatin1(rawValue(adapter->kind())));
+        known.append(QString::fromLatin1(rawValue(adapter->kind())));
     }
-    m_settings.setKnownAgents(merged.values());
+    known.removeDuplicates();
+    m_settings.setKnownAgents(known);
 }
 
 void AgentConnections::markAllPresentAgentsKnown() {
