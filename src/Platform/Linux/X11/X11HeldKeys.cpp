@@ -21,7 +21,10 @@ X11HeldKeys::X11HeldKeys() {
     QCoreApplication::instance()->installNativeEventFilter(this);
 }
 
-bool X11HeldKeys::nativeEventFilter(const QByteArray &, void *message, qintptr *) {
+bool X11HeldKeys::nativeEventFilter(const QByteArray &kind, void *message, qintptr *) {
+    if (kind != "xcb_generic_event_t") {
+        return false;
+    }
     const auto &event = *static_cast<const xcb_key_press_event_t *>(message);
     switch (event.response_type & 0x7f) {
     case XCB_FOCUS_IN:

@@ -203,7 +203,10 @@ bool X11OverlayWindow::isTranslucent() const {
 /// While a key is held that another program has grabbed, such as the one for the next layout of the
 /// keyboard, the keys go there, and come back to this window: to Qt a loss of the keyboard, but a
 /// real one is told of by itself, even then. The window that it goes to may have come up above.
-bool X11OverlayWindow::nativeEventFilter(const QByteArray &, void *message, qintptr *) {
+bool X11OverlayWindow::nativeEventFilter(const QByteArray &kind, void *message, qintptr *) {
+    if (kind != "xcb_generic_event_t") {
+        return false;
+    }
     const auto &loss = *static_cast<const xcb_focus_out_event_t *>(message);
     if ((loss.response_type & 0x7f) != XCB_FOCUS_OUT || loss.event != m_window) {
         return false;
