@@ -184,9 +184,8 @@ Task LinuxProcesses::whenEnded(const ProcessIdentity &process, std::function<voi
     if (present && present->startedAt != process.startedAt) {
         return m_scheduler.after(Seconds(0), std::move(ended));
     }
-    auto watch = std::make_shared<std::unique_ptr<Watch>>(
-        std::make_unique<Watch>(std::move(descriptor), std::move(ended)));
-    return Task([watch] { watch->reset(); });
+    // The task holds the watch, and its end is the watch's.
+    return Task([watch = std::make_shared<Watch>(std::move(descriptor), std::move(ended))] {});
 }
 
 /// To look at a thousand processes takes ten milliseconds. One that isn't found may still run where
