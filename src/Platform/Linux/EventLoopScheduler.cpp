@@ -27,9 +27,9 @@ Task EventLoopScheduler::after(Seconds delay, std::function<void()> action) {
     // nothing that a person sees or counts down.
     const bool coarse = delay >= Seconds(60);
     timer->setTimerType(coarse ? Qt::CoarseTimer : Qt::PreciseTimer);
-    connect(timer, &QTimer::timeout, timer, [timer, action = std::move(action)] {
+    connect(timer, &QTimer::timeout, timer, [timer, action = std::move(action)]() mutable {
         // The action may well drop its own task, so nothing of the timer is touched after it.
-        const auto run = action;
+        const auto run = std::move(action);
         timer->deleteLater();
         run();
     });
