@@ -20,11 +20,11 @@ namespace {
 /// told from nobody.
 constexpr std::uint32_t nobody = 65534;
 
-enum class Owner { We, Another, Undecided, Unknown };
+enum class Owner { we, another, undecided, unknown };
 
 Owner ownerOf(std::uint32_t user) {
     const auto we = static_cast<std::uint32_t>(kernel::call(SYS_geteuid));
-    return user == we && user != nobody ? Owner::We : Owner::Another;
+    return user == we && user != nobody ? Owner::we : Owner::another;
 }
 
 std::uint16_t networkOrder(std::uint16_t number) {
@@ -52,7 +52,7 @@ Owner askForSocket(long kernelSocket, std::uint16_t port, std::uint16_t from) {
     request.question.id.idiag_cookie[0] = INET_DIAG_NOCOOKIE;
     request.question.id.idiag_cookie[1] = INET_DIAG_NOCOOKIE;
     if (kernel::call(SYS_sendto, kernelSocket, &request, sizeof request, 0, nullptr, 0) < 0)
-        return Owner::Unknown;
+        return Owner::unknown;
 
     struct {
         nlmsghdr header;
@@ -64,19 +64,19 @@ Owner askForSocket(long kernelSocket, std::uint16_t port, std::uint16_t from) {
         kernel::call(SYS_recvfrom, kernelSocket, &reply, sizeof reply, MSG_DONTWAIT, nullptr, 0);
     if (size < static_cast<long>(offsetof(decltype(reply), attributes)) ||
         reply.header.nlmsg_type != SOCK_DIAG_BY_FAMILY)
-        return Owner::Unknown;
-    return reply.answer.idiag_inode == 0 ? Owner::Undecided : ownerOf(reply.answer.idiag_uid);
+        return Owner::unknown;
+    return reply.answer.idiag_inode == 0 ? Owner::undecided : ownerOf(reply.answer.idiag_uid);
 }
 
 Owner askKernel(std::uint16_t port, std::uint16_t from) {
     const long kernelSocket =
         kernel::call(SYS_socket, AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, NETLINK_SOCK_DIAG);
     if (kernelSocket < 0)
-        return Owner::Unknown;
+        return Owner::unknown;
     Owner owner = askForSocket(kernelSocket, port, from);
     // What has not been accepted ends with the socket that listens, and only its owner accepts it.
     constexpr std::uint16_t nowhere = 0;
-    if (owner == Owner::Undecided)
+    if (owner == Owner::undecided)
         owner = askForSocket(kernelSocket, port, nowhere);
     kernel::call(SYS_close, kernelSocket);
     return owner;
@@ -134,14 +134,14 @@ bool isListenerOurs(std::uint16_t port) {
     std::uint32_t user = 0;
     for (; !rest.empty() && rest.front() >= '0' && rest.front() <= '9'; rest.remove_prefix(1))
         user = 10 * user + static_cast<std::uint32_t>(rest.front() - '0');
-    return ownerOf(user) == Owner::We;
+    return ownerOf(user) == Owner::we;
 }
 
 } // namespace
 
 bool isPeerOurs(int connection, std::uint16_t port) {
     const Owner owner = askKernel(port, portOf(connection));
-    return owner == Owner::We || (owner == Owner::Unknown && isListenerOurs(port));
+    return owner == Owner::we || (owner == Owner::unknown && isListenerOurs(port));
 }
 
 } // namespace morvane

@@ -54,9 +54,9 @@ constexpr long copyLimit = 1'000;
 constexpr size_t longestPayload = 16 << 20;
 
 enum class Mode {
-    Tell,   ///< no more than the beginning of an answer is awaited
-    Decide, ///< the answer is printed
-    Copy,   ///< a status line is printed, the answer is the kernel's to drop
+    tell,   ///< no more than the beginning of an answer is awaited
+    decide, ///< the answer is printed
+    copy,   ///< a status line is printed, the answer is the kernel's to drop
 };
 
 /// False when the payload's end did not come in time or within the limit: half a payload is of no
@@ -104,7 +104,7 @@ bool appendEvent(Buffer &head, std::string_view name, std::string_view event, Mo
     const std::pair<std::string_view, std::string_view> headers[] = {
         {"x-morvane-agent", name},
         {"x-hook-event", event},
-        {"x-morvane-decision", mode == Mode::Decide ? "1" : ""},
+        {"x-morvane-decision", mode == Mode::decide ? "1" : ""},
         {"x-term-program", terminal.program},
         {"x-host-bundle", terminal.host},
         {"x-iterm-session", terminal.iterm},
@@ -217,26 +217,26 @@ std::uint16_t portIn(const char *digits) {
 
 /// Posts what stands on standard input, with the given headers and its length.
 void post(std::uint16_t port, Buffer &head, Mode mode) {
-    const Deadline prompt{mode == Mode::Copy ? copyLimit : promptLimit};
-    const Deadline end = mode == Mode::Decide ? Deadline{decisionLimit} : prompt;
+    const Deadline prompt{mode == Mode::copy ? copyLimit : promptLimit};
+    const Deadline end = mode == Mode::decide ? Deadline{decisionLimit} : prompt;
     static constinit Buffer payload;
     if (!readPayload(payload, prompt))
         return;
-    if (mode == Mode::Copy)
+    if (mode == Mode::copy)
         printStatus(payload.view(), prompt);
     if (!head.append("Content-Length: ") || !appendNumber(head, payload.view().size()) ||
         !head.append("\r\n\r\n"))
         return;
     const int connection = connectTo(port, prompt);
     if (connection < 0 || !isPeerOurs(connection, port) ||
-        !send(connection, head.view(), payload.view(), end) || mode == Mode::Copy)
+        !send(connection, head.view(), payload.view(), end) || mode == Mode::copy)
         return;
-    if (mode == Mode::Tell && head.view().size() + payload.view().size() <= mostAtOnce)
+    if (mode == Mode::tell && head.view().size() + payload.view().size() <= mostAtOnce)
         return;
     static constinit Buffer answer;
-    const Deadline heard = mode == Mode::Tell ? Deadline{eventLimit} : end;
+    const Deadline heard = mode == Mode::tell ? Deadline{eventLimit} : end;
     while (receive(connection, answer, heard)) {
-        if (mode == Mode::Tell)
+        if (mode == Mode::tell)
             return;
         const std::string_view body = completeBody(answer.view());
         if (body.empty())
@@ -268,11 +268,11 @@ void run(int argumentCount, char **arguments, char **environment) {
     const auto argument = [&](int number) {
         return number < argumentCount ? cleaned(arguments[number]) : std::string_view{};
     };
-    const Mode mode = path == "/usage"          ? Mode::Copy
-                      : argument(5) == "decide" ? Mode::Decide
-                                                : Mode::Tell;
+    const Mode mode = path == "/usage"          ? Mode::copy
+                      : argument(5) == "decide" ? Mode::decide
+                                                : Mode::tell;
     static constinit Buffer head;
     if (appendStart(head, path, variables.raw("MORVANE_HEADERS")) &&
-        (mode == Mode::Copy || appendEvent(head, argument(3), argument(4), mode, variables)))
+        (mode == Mode::copy || appendEvent(head, argument(3), argument(4), mode, variables)))
         post(portIn(arguments[1]), head, mode);
 }
