@@ -1,5 +1,6 @@
 #include "Core/Intake/EventServer.h"
 #include "EpollServer.h"
+#include "NoMainLoop.h"
 #include "Row.h"
 #include "Support/HttpClient.h"
 
@@ -15,14 +16,6 @@
 namespace {
 
 using namespace morvane;
-
-/// Takes what the server hands to the main thread, as quickly as a main thread could.
-class NoMainLoop : public Scheduler {
-public:
-    Date now() const override { return std::chrono::system_clock::now(); }
-    Task after(Seconds, std::function<void()>) override { return {}; }
-    void post(std::function<void()> action) override { action(); }
-};
 
 std::string request() {
     const std::string body =

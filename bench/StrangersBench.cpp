@@ -3,6 +3,7 @@
 #include "HookProcess.h"
 #include "Loopback.h"
 #include "Memory.h"
+#include "NoMainLoop.h"
 #include "Row.h"
 
 #include <algorithm>
@@ -114,14 +115,6 @@ struct Order {
     }
     std::_Exit(0);
 }
-
-/// Takes what the server hands to the main thread, as quickly as a main thread could.
-class NoMainLoop : public Scheduler {
-public:
-    Date now() const override { return std::chrono::system_clock::now(); }
-    Task after(Seconds, std::function<void()>) override { return {}; }
-    void post(std::function<void()> action) override { action(); }
-};
 
 class Strangers {
 public:

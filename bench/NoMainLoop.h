@@ -1,0 +1,18 @@
+#pragma once
+
+#include "Platform/Scheduler.h"
+
+#include <chrono>
+#include <functional>
+
+namespace morvane {
+
+/// Takes what the server hands to the main thread, as quickly as a main thread could.
+class NoMainLoop : public Scheduler {
+public:
+    Date now() const override { return std::chrono::system_clock::now(); }
+    Task after(Seconds, std::function<void()>) override { return {}; }
+    void post(std::function<void()> action) override { action(); }
+};
+
+} // namespace morvane
