@@ -46,9 +46,6 @@ public:
 
     UpdateManager &updates() { return m_updates; }
 
-    /// None unless a port could be bound.
-    EventServer *server() { return m_server.get(); }
-
     PanelKeys &panelKeys() { return m_panelKeys; }
 
     /// None before `start`.

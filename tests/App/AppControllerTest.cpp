@@ -29,7 +29,7 @@ protected:
 
 TEST_F(AppControllerTest, TakesTheLimitsFromAStatusLineAndTellsAMilestoneToWhomeverWorks) {
     controller.start();
-    httpExchange(controller.server()->boundPort(),
+    httpExchange(settings.port(),
                  httpPost("/usage",
                           {{"x-morvane-token", settings.eventToken().toStdString()},
                            {"x-morvane-agent", "claude"}},
@@ -55,10 +55,8 @@ TEST_F(AppControllerTest, MovesToAFreePortAndTellsEverybodyWhoNeedsIt) {
     home.write(".config/opencode/plugins/morvane.js", "old");
     home.write(".claude/settings.json", "{}");
     controller.start();
-    ASSERT_TRUE(controller.server());
-    const std::uint16_t port = controller.server()->boundPort();
+    const std::uint16_t port = settings.port();
     EXPECT_EQ(port, blockers.front()->serverPort() + 20);
-    EXPECT_EQ(settings.port(), port);
     EXPECT_TRUE(read(".morvane/hook.sh").contains("port=" + QByteArray::number(port) + "\n"));
     EXPECT_TRUE(read(".config/opencode/plugins/morvane.js").contains(QByteArray::number(port)));
     EXPECT_TRUE(read(".codex/hooks.json").contains("codex SessionEnd"));
@@ -72,7 +70,6 @@ TEST_F(AppControllerTest, GoesOnWithoutAServerAndSaysWhy) {
     const std::uint16_t first = blockers.front()->serverPort();
     settings.setPort(first);
     controller.start();
-    EXPECT_EQ(controller.server(), nullptr);
     EXPECT_EQ(controller.serverStatus(), "not running");
     EXPECT_EQ(connections.lastError(), "Event server failed to start: Address already in use");
     EXPECT_EQ(settings.port(), first);

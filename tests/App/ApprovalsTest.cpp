@@ -20,7 +20,7 @@ protected:
 
     /// A hook that waits for a decision.
     HttpClient ask() {
-        HttpClient hook(controller.server()->boundPort());
+        HttpClient hook(settings.port());
         hook.send(permissionRequest());
         EXPECT_TRUE(becomesAwaited(true));
         return hook;
@@ -52,7 +52,7 @@ TEST_F(ApprovalsTest, ReleasesWhoeverWaitsWhenApprovalsEnd) {
     controller.setApprovalsEnabled(false);
     EXPECT_EQ(httpBody(hook.receiveAll()), "");
     EXPECT_FALSE(store.sessionAwaitingDecision());
-    const std::uint16_t port = controller.server()->boundPort();
+    const std::uint16_t port = settings.port();
     EXPECT_EQ(httpBody(httpExchange(port, permissionRequest())), "");
     EXPECT_FALSE(read(".claude/settings.json").contains("decide"));
     controller.setApprovalsEnabled(true);
@@ -84,7 +84,7 @@ TEST_F(ApprovalsTest, LetsNobodyWaitWhereItIsShownOnNoDisplay) {
     scheduler.advance(Seconds(1));
     EXPECT_EQ(httpBody(hook.receiveAll()), "");
     EXPECT_FALSE(store.sessionAwaitingDecision());
-    const std::uint16_t port = controller.server()->boundPort();
+    const std::uint16_t port = settings.port();
     EXPECT_EQ(httpBody(httpExchange(port, permissionRequest())), "");
     settings.setDisplayMode(DisplayTargetMode::all);
     scheduler.advance(Seconds(1));
