@@ -13,13 +13,15 @@ namespace {
 
 using nlohmann::json;
 
-json rememberedRule(const std::string &tool, bool forSession) {
+json rememberedRule(const std::string &tool, AgentDecision::Scope scope) {
+    const bool forSession = scope == AgentDecision::Scope::session;
     return {
         {"rule", tool}, {"action", "allow"}, {"remembering", forSession ? "session" : "permanent"}};
 }
 
 /// What the agent keeps for good, it keeps for this person in this project.
-json ruleUpdate(const std::string &tool, bool forSession) {
+json ruleUpdate(const std::string &tool, AgentDecision::Scope scope) {
+    const bool forSession = scope == AgentDecision::Scope::session;
     return json::array({{{"type", "addRules"},
                          {"rules", json::array({{{"toolName", tool}}})},
                          {"behavior", "allow"},
@@ -30,10 +32,9 @@ json allowing(const AgentDecision &decision, const std::optional<QString> &tool,
               AgentContract::Remembering form) {
     json result{{"behavior", "allow"}};
     if (tool && !tool->isEmpty()) {
-        const bool forSession = decision.scope == AgentDecision::Scope::session;
         const bool isUpdate = form == AgentContract::Remembering::ruleUpdate;
         result["updatedPermissions"] =
-            (isUpdate ? ruleUpdate : rememberedRule)(tool->toStdString(), forSession);
+            (isUpdate ? ruleUpdate : rememberedRule)(tool->toStdString(), decision.scope);
     }
     return result;
 }
