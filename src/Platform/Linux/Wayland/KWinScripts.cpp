@@ -38,16 +38,16 @@ KWinScripts::~KWinScripts() {
 }
 
 void KWinScripts::ask(const QString &body, const Heard &heard) {
-    const QString script = run(body, heard, true);
+    const QString script = run(body, heard, Tells::once);
     m_scripts[script].limit = m_scheduler.after(scriptLimit, [this, script] { told(script, {}); });
 }
 
 void KWinScripts::follow(const QString &body, const Heard &heard) {
-    run(body, heard, false);
+    run(body, heard, Tells::againAndAgain);
 }
 
 /// The name is one that nobody can guess, since anybody on the bus may answer.
-QString KWinScripts::run(const QString &body, const Heard &heard, bool tellsOnce) {
+QString KWinScripts::run(const QString &body, const Heard &heard, Tells tells) {
     const QString name =
         QStringLiteral("morvane-") + QUuid::createUuid().toString(QUuid::WithoutBraces);
     auto file = std::make_shared<QTemporaryFile>();
@@ -55,7 +55,7 @@ QString KWinScripts::run(const QString &body, const Heard &heard, bool tellsOnce
         file->write((beginning.arg(m_bus.baseService(), m_path, name) + body).toUtf8());
         file->close();
     }
-    m_scripts[name] = {file, heard, tellsOnce};
+    m_scripts[name] = {file, heard, tells};
     const auto load = call(QStringLiteral("loadScript"), {file->fileName(), name});
     BusQuestion::ask(m_bus, load, this, [this, name](const QDBusMessage &reply) {
         if (reply.type() == QDBusMessage::ErrorMessage) {
@@ -73,7 +73,7 @@ void KWinScripts::told(const QString &script, const QString &text) {
         return;
     }
     const Heard heard = known->second.heard;
-    if (known->second.tellsOnce) {
+    if (known->second.tells == Tells::once) {
         m_scripts.erase(known);
         unload(script);
     }

@@ -42,14 +42,16 @@ public slots:
     void told(const QString &script, const QString &text);
 
 private:
+    enum class Tells { once, againAndAgain };
+
     struct Script {
         std::shared_ptr<QTemporaryFile> file;
         Heard heard;
-        bool tellsOnce = false;
+        Tells tells = Tells::once;
         Task limit = {}; ///< for its answer
     };
 
-    QString run(const QString &body, const Heard &heard, bool tellsOnce);
+    QString run(const QString &body, const Heard &heard, Tells tells);
     void unload(const QString &script);
     QDBusMessage call(const QString &method, const QVariantList &arguments) const;
 
