@@ -109,10 +109,15 @@ bool isOnKeycap(char32_t character) {
     return (character >= U'0' && character <= U'9') || character == U'#' || character == U'*';
 }
 
+enum class TextKind {
+    code,  ///< in which every character counts
+    prose, ///< which people write to each other
+};
+
 /// Goes along a text and tells what of it can be seen as it is.
 class Sight {
 public:
-    explicit Sight(bool isProse) : m_isProse(isProse) {}
+    explicit Sight(TextKind kind) : m_isProse(kind == TextKind::prose) {}
 
     bool shows(char32_t character, char32_t after) {
         const bool isMark = standsOn(character);
@@ -159,7 +164,7 @@ private:
                (areLetters && (isJoining(m_ground) || isJoining(after)));
     }
 
-    bool m_isProse;
+    const bool m_isProse;
     int m_marks = 0;       ///< on the last letter
     int m_joints = 0;      ///< of the last emoji
     char32_t m_before = 0; ///< what has just been shown
@@ -193,10 +198,11 @@ QString escapedInJson(char32_t character) {
 }
 
 template <typename IsSpecial, typename Escaped>
-QString spelled(QStringView text, IsSpecial isSpecial, Escaped escaped, bool isProse = false) {
+QString spelled(QStringView text, IsSpecial isSpecial, Escaped escaped,
+                TextKind kind = TextKind::code) {
     QString result;
     result.reserve(text.size());
-    Sight sight(isProse);
+    Sight sight(kind);
     while (!text.isEmpty()) {
         const char32_t character = firstCharacter(text);
         const qsizetype length = QChar::requiresSurrogates(character) ? 2 : 1;
@@ -224,7 +230,7 @@ QString prose(QString line) {
             character = QChar(breaks ? U' ' : noBreakBlank);
         }
     }
-    return spelled(line, &isSpecialInText, &escapedInText, true);
+    return spelled(line, &isSpecialInText, &escapedInText, TextKind::prose);
 }
 
 } // namespace
