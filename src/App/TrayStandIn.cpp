@@ -45,7 +45,8 @@ void TrayStandIn::refresh() {
     m_task = m_platform.scheduler->after(trayPatience, [this] {
         const bool isIntroduced = !m_isWelcoming && !m_connections.installedAgents().isEmpty();
         const bool hasTray = isIntroduced ? m_platform.statusItemHost->isPresent() : hasTrayIcon();
-        m_presenters->setStandIn(standIn(hasTray, isIntroduced));
+        const StandIn withoutTray = isIntroduced ? StandIn::whileActive : StandIn::always;
+        m_presenters->setStandIn(hasTray ? StandIn::none : withoutTray);
     });
 }
 

@@ -10,12 +10,4 @@ enum class StandIn {
     always,      ///< for a newcomer, to whom nothing would ever call it as yet
 };
 
-/// A person is introduced once an agent is connected and the welcome is over.
-constexpr StandIn standIn(bool hasTray, bool isIntroduced) {
-    if (hasTray) {
-        return StandIn::none;
-    }
-    return isIntroduced ? StandIn::whileActive : StandIn::always;
-}
-
 } // namespace morvane
