@@ -10,7 +10,7 @@ TEST_F(DecisionsTest, ShowsAPermissionRequestThatWaits) {
     const Date limit = scheduler.now() + Seconds(60);
     EXPECT_EQ(session().pendingApproval,
               (PendingApproval{"d1", "Bash", "make", ReadableInput::of(R"({"command":"make"})"),
-                               limit, false, true}));
+                               limit, true}));
     EXPECT_FALSE(session().acknowledged);
 
     // The agent's own notice of the prompt doesn't disturb it.
@@ -28,7 +28,7 @@ TEST_F(DecisionsTest, ShowsAPermissionRequestThatWaits) {
               .of(AgentKind::codex)
               .with(&HookEvent::decisionID, "d1"));
     EXPECT_EQ(session().pendingApproval,
-              (PendingApproval{"d1", "tool", {}, {}, limit, false, false}));
+              (PendingApproval{"d1", "tool", {}, {}, limit, false}));
     EXPECT_EQ(resolved, QStringList());
 }
 
