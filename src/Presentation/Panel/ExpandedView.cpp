@@ -105,6 +105,9 @@ bool ExpandedView::takeOver() {
     const auto next = PanelEntries(m_context, m_viewport->rows(), options).all();
     const bool contentChanges = takeKeys(next);
     m_viewport->rows().setEntries(next, movement(attentionChanges, contentChanges));
+    if (takeContent()) {
+        m_viewport->rows().holdPresses();
+    }
     if (attentionChanges) {
         m_owesCall = needsAttention;
     }
@@ -135,6 +138,7 @@ bool ExpandedView::showCall() {
     }
     m_owesCall = false;
     m_viewport->scrollToTop();
+    m_viewport->rows().holdPresses();
     return true;
 }
 
@@ -145,6 +149,19 @@ bool ExpandedView::takeKeys(const QList<RowList::Entry> &next) {
         keys.append(entry.key);
     }
     return std::exchange(m_keys, keys) != keys;
+}
+
+/// Whether something has come or gone. Rows that only change places, as those of agents at work do
+/// all the time, can't be told to wait for that, or they could hardly be pressed at all.
+bool ExpandedView::takeContent() {
+    QSet<QString> content(m_keys.cbegin(), m_keys.cend());
+    for (const Session &session : m_context.store.activeSessions()) {
+        const auto call = session.pendingDecisionID();
+        if (call || session.pendingExternalResponse) {
+            content.insert(call.value_or(session.id));
+        }
+    }
+    return std::exchange(m_content, content) != content;
 }
 
 /// What has no place of its own on the screen yet doesn't come from anywhere.
@@ -245,7 +262,7 @@ void ExpandedView::takeFocus() {
     };
     auto first = std::ranges::find_if(rows, isAwaiting);
     first = first != rows.end() ? first : std::ranges::find_if(rows, isRow);
-    (first != rows.end() ? *first : this)->setFocus();
+    (first != rows.end() ? *first : this)->setFocus(Qt::ShortcutFocusReason);
 }
 
 void ExpandedView::keyPressEvent(QKeyEvent *event) {

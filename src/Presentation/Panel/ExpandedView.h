@@ -5,6 +5,8 @@
 #include "Platform/Time.h"
 #include "Presentation/Panel/RowList.h"
 
+#include <QSet>
+
 #include <optional>
 
 namespace morvane {
@@ -67,6 +69,7 @@ private:
     bool showCall();
     void focusMoved(const QWidget *from, const QWidget *to);
     bool takeKeys(const QList<RowList::Entry> &next);
+    bool takeContent();
     int wantedWidth() const;
     std::optional<Seconds> movement(bool attentionChanges, bool contentChanges) const;
     void startReading();
@@ -81,6 +84,7 @@ private:
     bool m_needsAttention = false;
     bool m_owesCall = false; ///< somebody waits for an answer, and the list hasn't gone there yet
     QStringList m_keys;      ///< of the entries on show
+    QSet<QString> m_content; ///< these, and what waits for a person, in whatever order
     ListViewport *m_viewport;
     UsageBars *m_footer;
     Task m_ages;    ///< brings the ages of the records up to date

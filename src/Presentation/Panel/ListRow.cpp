@@ -3,6 +3,8 @@
 #include "Presentation/Overlay/PanelContext.h"
 #include "Presentation/Panel/AgentBadge.h"
 #include "Presentation/Panel/NameLine.h"
+#include "Presentation/Panel/RowList.h"
+#include "Presentation/Style/ButtonKeys.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/FocusRing.h"
 
@@ -98,6 +100,32 @@ QPoint ListRow::firstLine() const {
 bool ListRow::hitButton(const QPoint &position) const {
     const bool isInStrip = strip() != nullptr && position.y() >= strip()->y();
     return !isEditing() && !isInStrip && QAbstractButton::hitButton(position);
+}
+
+bool ListRow::takesPresses() const {
+    const auto *list = qobject_cast<const RowList *>(parentWidget());
+    return list == nullptr || !list->holdsPresses();
+}
+
+void ListRow::mousePressEvent(QMouseEvent *event) {
+    if (takesPresses()) {
+        PanelButton::mousePressEvent(event);
+    }
+}
+
+void ListRow::keyPressEvent(QKeyEvent *event) {
+    if (takesPresses() || !ButtonKeys::asSpace(*event)) {
+        PanelButton::keyPressEvent(event);
+    }
+}
+
+/// Keys that nobody has brought here have come from something that can't be pressed any more.
+void ListRow::focusInEvent(QFocusEvent *event) {
+    PanelButton::focusInEvent(event);
+    auto *list = qobject_cast<RowList *>(parentWidget());
+    if (list != nullptr && event->reason() == Qt::OtherFocusReason) {
+        list->holdPresses();
+    }
 }
 
 void ListRow::paintEvent(QPaintEvent *) {

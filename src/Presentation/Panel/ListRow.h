@@ -73,9 +73,14 @@ protected:
     virtual const QWidget *strip() const = 0;
 
     bool hitButton(const QPoint &position) const override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    bool takesPresses() const;
+
     const PanelContext &m_context;
     NameLine *m_nameLine;
     AgentBadge *m_agent;

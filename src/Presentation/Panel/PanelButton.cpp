@@ -3,6 +3,8 @@
 #include "Presentation/Style/ButtonKeys.h"
 #include "Presentation/Style/FocusRing.h"
 
+#include <QMouseEvent>
+
 namespace morvane {
 
 PanelButton::PanelButton(QWidget *parent) : QAbstractButton(parent) {
@@ -14,6 +16,11 @@ void PanelButton::paintFocus(QPainter &painter, double radius) const {
     if (hasFocus()) {
         paintFocusRing(painter, rect(), radius);
     }
+}
+
+/// The second press of a double click was not meant for what the first has brought here.
+void PanelButton::mouseDoubleClickEvent(QMouseEvent *event) {
+    event->accept();
 }
 
 /// The arrows are the panel's, which knows what lies beside what.

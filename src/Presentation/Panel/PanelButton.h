@@ -15,6 +15,7 @@ protected:
     /// To be called last by whoever paints one; the ring is there only while the keys act on it.
     void paintFocus(QPainter &painter, double radius) const;
 
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void keyReleaseEvent(QKeyEvent *event) override;
 };

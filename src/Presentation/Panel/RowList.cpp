@@ -1,6 +1,7 @@
 #include "Presentation/Panel/RowList.h"
 
 #include "Presentation/Panel/ListRow.h"
+#include "Presentation/Panel/ReadingTime.h"
 #include "Presentation/Style/ActivateLayouts.h"
 #include "Presentation/Style/FocusRing.h"
 
@@ -40,7 +41,7 @@ QPixmap pictureOf(QWidget &widget) {
 } // namespace
 
 RowList::RowList(Scheduler &scheduler, QWidget *parent)
-    : QWidget(parent), m_movement(scheduler), m_usualHeight(firstGuess) {
+    : QWidget(parent), m_scheduler(scheduler), m_movement(scheduler), m_usualHeight(firstGuess) {
     QAccessible::installActivationObserver(this);
 }
 
@@ -317,6 +318,13 @@ bool RowList::isInHand() const {
            std::ranges::any_of(findChildren<QAbstractButton *>(), &QAbstractButton::isDown);
 }
 
+void RowList::holdPresses() {
+    m_holdsPresses = isVisible();
+    if (m_holdsPresses) {
+        m_release = m_scheduler.after(ReadingTime::length, [this] { m_holdsPresses = false; });
+    }
+}
+
 void RowList::shiftStart(int distance) {
     for (Slot &slot : m_slots) {
         slot.startTop += distance;
@@ -363,6 +371,8 @@ void RowList::leaveEvent(QEvent *event) {
 
 void RowList::hideEvent(QHideEvent *event) {
     QWidget::hideEvent(event);
+    m_release.cancel();
+    m_holdsPresses = false;
     finish();
     place();
 }

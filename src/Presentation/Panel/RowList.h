@@ -56,6 +56,11 @@ public:
     /// Whether a text is open in it, or a button down.
     bool isInHand() const;
 
+    /// What somebody is about to press may have made way for something else. Until there has been
+    /// time to see that, the rows take no press; a list that is opened has no such past.
+    void holdPresses();
+    bool holdsPresses() const { return m_holdsPresses; }
+
     /// Lets a movement begin so much lower, when the list is scrolled by as much.
     void shiftStart(int distance);
 
@@ -108,6 +113,7 @@ private:
     void place(Slot &slot) const;
     void orderForReaders();
 
+    Scheduler &m_scheduler;
     QList<Slot> m_slots;
     QList<Ghost> m_ghosts;
     Animation m_movement;
@@ -116,6 +122,8 @@ private:
     bool m_isRead = QAccessible::isActive(); ///< by a screen reader
     bool m_makesAll = false;
     int m_usualHeight; ///< of a row that hasn't been made
+    bool m_holdsPresses = false;
+    Task m_release; ///< lets the rows take presses again
 };
 
 } // namespace morvane

@@ -40,6 +40,7 @@ TEST_F(ExpandedRecordsTest, ARecordReopensAndGivesWayToAQuestion) {
     EXPECT_TRUE(showsText("RECENTLY COMPLETED"));
     EXPECT_TRUE(showsText("ARCHIVE"));
     ASSERT_EQ(records().size(), 2);
+    scheduler.advance(Seconds(0.8));
     QTest::mouseClick(records()[1], Qt::LeftButton, {}, QPoint(200, 10));
     EXPECT_EQ(reopened, QStringList({"/a"}));
     EXPECT_EQ(textsIn<Badge>(view), QStringList({"Ctrl+1", "Ctrl+2"}));
@@ -48,6 +49,39 @@ TEST_F(ExpandedRecordsTest, ARecordReopensAndGivesWayToAQuestion) {
     refresh();
     EXPECT_TRUE(records().isEmpty());
     EXPECT_FALSE(showsText("ARCHIVE"));
+}
+
+TEST_F(ExpandedRecordsTest, WhatTakesThePlaceOfAPromptIsNotPressedForIt) {
+    const auto click = [](QWidget *row) {
+        QTest::mouseClick(row, Qt::LeftButton, {}, QPoint(200, 10));
+    };
+    finish("/a");
+    apply(EventBuilder::parked("d"));
+    refresh();
+    store.decide("s", AgentDecision::deny());
+    refresh();
+    scheduler.advance(Seconds(0.65));
+    click(records().first());
+    click(rows().first());
+    scheduler.advance(Seconds(0.1));
+    // A double click may have begun on the prompt.
+    for (const auto type : {QEvent::MouseButtonDblClick, QEvent::MouseButtonRelease}) {
+        send(*records().first(),
+             QMouseEvent(type, {200, 10}, {200, 10}, Qt::LeftButton, Qt::LeftButton, {}));
+    }
+    EXPECT_EQ(reopened + selected, QStringList());
+    click(records().first());
+    click(rows().first());
+    EXPECT_EQ(reopened + selected, (QStringList{"/a", "s"}));
+
+    // The rows of agents at work change places all the time.
+    work(2);
+    refresh();
+    scheduler.advance(Seconds(1));
+    apply(Event::toolUse, "0");
+    EXPECT_TRUE(order().startsWith("01"));
+    click(rows().first());
+    EXPECT_EQ(selected.last(), "0");
 }
 
 TEST_F(ExpandedRecordsTest, ARecordTakesRepliesForTheSessionThatLeftIt) {
@@ -150,8 +184,8 @@ TEST_F(ExpandedRecordsTest, AnAgeStaysTrueWithOneTimerWhileItIsOnScreen) {
     view.hide();
     const int ofTheStore = ticksWithin(Seconds(300));
     view.show();
-    // And one for the time to read them in, since the first has come into the archive.
-    EXPECT_EQ(ticksWithin(Seconds(300)), ofTheStore + 10 + 1);
+    // And the time to read them in, for digits and clicks: the first has come into the archive.
+    EXPECT_EQ(ticksWithin(Seconds(300)), ofTheStore + 10 + 2);
 }
 
 } // namespace

@@ -163,6 +163,7 @@ TEST_F(ExpandedViewTest, GoesToWhoeverBeginsToWaitButNotUnderAHandThatIsBusy) {
     };
     const auto scrollAway = [this] {
         refresh();
+        scheduler.advance(Seconds(0.8));
         scroll(0, -10);
     };
     const auto ask = [this] { apply(EventBuilder::parked("d").in("0")); };

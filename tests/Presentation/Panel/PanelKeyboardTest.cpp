@@ -85,7 +85,8 @@ TEST_F(PanelKeyboardTest, AnswersOnlyWhatHasBeenReadAndStaysInTheRow) {
     // Another call in its place takes the button from under the finger.
     apply(EventBuilder::parked("e").at("/a").given(R"({"command":"rm"})"));
     refresh();
-    EXPECT_EQ(focus(), "row s");
+    EXPECT_EQ(focusAfter({Qt::Key_Return}), "row s");
+    EXPECT_EQ(selected, QStringList());
     EXPECT_EQ(sent, QStringList{"d other"});
     scheduler.advance(Seconds(0.8));
     press({Qt::Key_Down, Qt::Key_Right, Qt::Key_Return});
@@ -223,6 +224,7 @@ TEST_F(PanelKeyboardTest, GoesOnAtTheNextRowThatStays) {
 TEST_F(PanelKeyboardTest, OpensWhatHasFinishedAndStaysWithWhoeverBeginsToWait) {
     finish("/over");
     refresh();
+    scheduler.advance(Seconds(0.8));
     view.takeFocus();
     press({Qt::Key_Return});
     EXPECT_EQ(reopened, QStringList{"/over"});
