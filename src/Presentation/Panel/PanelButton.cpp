@@ -23,6 +23,16 @@ void PanelButton::mouseDoubleClickEvent(QMouseEvent *event) {
     event->accept();
 }
 
+/// A press that is over doesn't come back while the pointer is held down: the button may stand for
+/// something else by then.
+void PanelButton::mouseMoveEvent(QMouseEvent *event) {
+    if (isDown()) {
+        QAbstractButton::mouseMoveEvent(event);
+    } else {
+        event->ignore();
+    }
+}
+
 /// The arrows are the panel's, which knows what lies beside what.
 void PanelButton::keyPressEvent(QKeyEvent *event) {
     if (auto space = ButtonKeys::asSpace(*event)) {

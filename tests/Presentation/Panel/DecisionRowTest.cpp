@@ -133,6 +133,16 @@ TEST_F(DecisionRowTest, TakesAPressOnlyForWhatHasStoodLongEnoughToBeRead) {
     QTest::mouseRelease(deny, Qt::LeftButton);
     EXPECT_TRUE(decisions.isEmpty());
     EXPECT_FALSE(pressable(Seconds(0.65)));
+
+    // A finger that has been down since before.
+    EXPECT_TRUE(pressable(Seconds(0.2)));
+    QTest::mousePress(deny, Qt::LeftButton);
+    show(EventBuilder::parked("d").given(R"({"command":"ls"})"));
+    EXPECT_TRUE(takesTime());
+    send(*deny, QMouseEvent(QEvent::MouseMove, {9, 9}, deny->mapToGlobal(QPointF(9, 9)),
+                            Qt::NoButton, Qt::LeftButton, {}));
+    QTest::mouseRelease(deny, Qt::LeftButton);
+    EXPECT_TRUE(decisions.isEmpty());
     row.hide();
     EXPECT_EQ(ticksWithin(Seconds(3)), 0);
 
