@@ -55,6 +55,10 @@ TEST_F(AppDelegateTest, OffersNewAgentsButNotOverAnOffer) {
     ASSERT_NE(window, nullptr);
     EXPECT_TRUE(window->windowHandle()->property("_q_showWithoutActivating").toBool());
     EXPECT_TRUE(reads("Claude Code and Gemini CLI have been installed since"));
+    // Where the desktop brings the keys to each new window, they press nothing in this one.
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    QTest::keyClick(window->windowHandle(), Qt::Key_Space);
     EXPECT_NE(button("Connect Claude Code"), nullptr);
     EXPECT_EQ(AccessibleControls(*window).faults(), QStringList());
     home.write(".codex/config.toml");

@@ -41,6 +41,9 @@ void ManagedWindow::presentQuietly() {
         return;
     }
     centreAtFirst();
+    // Some desktops give each new window the keyboard nevertheless, and what is typed on must press
+    // nothing in it.
+    setFocus();
     setAttribute(Qt::WA_ShowWithoutActivating);
     show();
     setAttribute(Qt::WA_ShowWithoutActivating, false);
