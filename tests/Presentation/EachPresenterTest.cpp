@@ -1,4 +1,5 @@
 #include "Presentation/Overlay/InlineNameField.h"
+#include "Presentation/Overlay/PanelSurface.h"
 #include "Presentation/Panel/DecideButton.h"
 #include "Presentation/Panel/ReplyStrip.h"
 #include "Presentation/Panel/SessionRow.h"
@@ -25,6 +26,20 @@ protected:
         presenter->presentPanelToKeys();
         window().widget().activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&window().widget()));
+    }
+
+    void finishInPane() {
+        PaneLocator pane;
+        pane.tmux = "%1";
+        apply(EventBuilder(Event::turnEnd).with(&HookEvent::pane, pane));
+    }
+    /// Goes on with the reply to what has finished.
+    InlineNameField *type(const QString &text) {
+        shownIn<DecideButton>(*window().widget().findChild<ReplyStrip *>()).first()->click();
+        auto *field = shownIn<InlineNameField>(window().widget()).first();
+        QTest::keyClick(field, Qt::Key_End);
+        QTest::keyClicks(field, text);
+        return field;
     }
 };
 
@@ -220,21 +235,12 @@ TEST_P(EachPresenterTest, StaysOpenWhileItsMenuIs) {
 }
 
 TEST_P(EachPresenterTest, AReplyThatHasNotGoneOutOutlivesItsPanel) {
-    PaneLocator pane;
-    pane.tmux = "%1";
-    apply(EventBuilder(Event::turnEnd).with(&HookEvent::pane, pane));
+    finishInPane();
     const auto says = [this](const QString &outcome) {
         attach();
         presenter->presentPanel();
         scheduler.advance(Seconds(1));
         return textsIn<QLabel>(window().widget()).contains(outcome);
-    };
-    const auto type = [this](const QString &text) {
-        shownIn<DecideButton>(*window().widget().findChild<ReplyStrip *>()).first()->click();
-        auto *field = shownIn<InlineNameField>(window().widget()).first();
-        QTest::keyClick(field, Qt::Key_End);
-        QTest::keyClicks(field, text);
-        return field;
     };
     EXPECT_FALSE(says("not sent"));
     type("go");
@@ -246,6 +252,27 @@ TEST_P(EachPresenterTest, AReplyThatHasNotGoneOutOutlivesItsPanel) {
     presenter.reset();
     tellOutcome(false);
     EXPECT_TRUE(says("not sent"));
+}
+
+TEST_P(EachPresenterTest, EscAndAJumpGiveTheKeyboardBackThoughAReplyIsOpen) {
+    finishInPane();
+    attach();
+    for (const bool isJump : {false, true}) {
+        present();
+        scheduler.advance(Seconds(1));
+        type("go");
+        settle();
+        static_cast<PanelSurface &>(window().widget()).takeFocus();
+        if (isJump) {
+            presenter->dismiss();
+        } else {
+            QTest::keyClick(window().widget().windowHandle(), Qt::Key_Escape);
+        }
+        EXPECT_TRUE(overlays.alive.isEmpty() || !window().hasKeyboard);
+        scheduler.advance(Seconds(1));
+        EXPECT_FALSE(presenter->isExpanded());
+        EXPECT_EQ(unsentReplies.value("s"), isJump ? "gogo" : "go");
+    }
 }
 
 TEST_P(EachPresenterTest, AClickMayTakeAwayThePanelThatItWasMadeIn) {

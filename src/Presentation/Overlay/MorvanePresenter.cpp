@@ -6,6 +6,7 @@
 #include "Platform/OverlayWindows.h"
 #include "Presentation/Overlay/DigitShortcuts.h"
 #include "Presentation/Overlay/InlineEditing.h"
+#include "Presentation/Overlay/InlineNameField.h"
 #include "Presentation/Overlay/PanelSurface.h"
 
 namespace morvane {
@@ -69,7 +70,10 @@ void MorvanePresenter::putUp(PanelSurface &surface) {
     connect(&surface, &PanelSurface::openRequested, this, &MorvanePresenter::presentPanelToKeys);
     connect(&surface, &PanelSurface::keyUsed, this,
             [this] { m_keyLease.renew(m_context.scheduler.now()); });
-    connect(&surface, &PanelSurface::escaped, this, [this] { collapseExpanded(); });
+    connect(&surface, &PanelSurface::escaped, this, [this] {
+        abandonEditing();
+        collapseExpanded();
+    });
     connect(&surface, &PanelSurface::contentResized, this, &MorvanePresenter::scheduleUpdate);
 }
 
@@ -139,6 +143,12 @@ bool MorvanePresenter::isUsedByKeys() const {
 void MorvanePresenter::endKeyboardUse() {
     if (m_surface) {
         m_surface->endKeyboardUse();
+    }
+}
+
+void MorvanePresenter::abandonEditing() {
+    for (InlineNameField *field : m_surface->findChildren<InlineNameField *>()) {
+        field->abandon();
     }
 }
 

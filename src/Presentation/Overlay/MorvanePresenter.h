@@ -119,6 +119,9 @@ protected:
     /// The keyboard goes back to whoever had it.
     void endKeyboardUse();
 
+    /// Closes the fields that are open in the panel, which would hold it open and the keyboard too.
+    void abandonEditing();
+
     /// Counts for others only while the panel can be seen.
     void reportExpanded(bool isExpanded);
 

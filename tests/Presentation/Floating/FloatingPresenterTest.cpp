@@ -152,7 +152,7 @@ TEST_F(FloatingPresenterTest, AForgottenFieldHoldsThePanelForTwoMinutesAndCommit
     field->setText("half a na");
     EXPECT_TRUE(window().hasKeyboard);
     scheduler.advance(Seconds(60));
-    presenter->dismiss();
+    presenter->collapseExpanded();
     EXPECT_TRUE(isVisibleAfter(Seconds(59)));
     while (expansions.size() == 1) {
         scheduler.advance(Seconds(0.01));
