@@ -4,6 +4,7 @@
 #include "Presentation/Overlay/Announcement.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QWindow>
@@ -84,13 +85,16 @@ void PanelSurface::letGo() {
 }
 
 /// What presses or ends something does that once, however long it is held: by then the focus may be
-/// on something else. X11 tells of no repetition as such.
+/// on something else. X11 tells of no repetition as such. Space presses only buttons.
 bool PanelSurface::isRepetition(const QKeyEvent &press) {
     const int key = press.key();
-    if (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Escape) {
+    const bool isSpace = key == Qt::Key_Space;
+    if (!isSpace && key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Escape) {
         return false;
     }
-    return press.isAutoRepeat() || std::exchange(m_heldKey, key) == key;
+    const bool isHeld = press.isAutoRepeat() || std::exchange(m_heldKey, key) == key;
+    return isHeld &&
+           (!isSpace || qobject_cast<QAbstractButton *>(QApplication::focusWidget()) != nullptr);
 }
 
 void PanelSurface::keyPressEvent(QKeyEvent *event) {

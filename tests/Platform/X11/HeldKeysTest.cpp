@@ -64,6 +64,15 @@ TEST_F(HeldKeysTest, AKeyThatIsHeldIsNotLetGoMeanwhile) {
     EXPECT_EQ(heard.releases, 0);
     letGo("Return");
     EXPECT_TRUE(becomesTrue([this] { return heard.releases > 0; }));
+
+    // With Alt it chooses what is written on a button, and that once.
+    heard.presses = 0;
+    hold("alt");
+    hold("Return");
+    EXPECT_TRUE(isTold());
+    EXPECT_EQ(heard.presses, 1);
+    letGo("Return");
+    letGo("alt");
 }
 
 TEST_F(HeldKeysTest, AKeyThatWentDownInAnotherWindowBeginsNothing) {

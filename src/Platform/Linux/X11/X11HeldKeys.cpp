@@ -31,7 +31,7 @@ bool X11HeldKeys::nativeEventFilter(const QByteArray &kind, void *message, qintp
         m_begun.reset();
         return false;
     case XCB_KEY_PRESS:
-        return keepsPress(event.detail, event.time);
+        return keepsPress(event.detail, event.time, (event.state & XCB_MOD_MASK_1) != 0);
     case XCB_KEY_RELEASE:
         return keepsRelease(event.detail, event.time);
     default:
@@ -39,12 +39,14 @@ bool X11HeldKeys::nativeEventFilter(const QByteArray &kind, void *message, qintp
     }
 }
 
-/// A repetition lets the key go and presses it at the same time, in the same window.
-bool X11HeldKeys::keepsPress(std::uint8_t key, std::uint32_t time) {
-    if (key != m_repeatedKey || time != m_repeatedAt) {
+/// A repetition lets the key go and presses it at the same time, in the same window. With Alt it
+/// would press the button with that letter again and again.
+bool X11HeldKeys::keepsPress(std::uint8_t key, std::uint32_t time, bool isWithAlt) {
+    const bool isRepetition = key == m_repeatedKey && time == m_repeatedAt;
+    if (!isRepetition) {
         m_begun.set(key);
     }
-    return !m_begun[key];
+    return !m_begun[key] || (isRepetition && isWithAlt);
 }
 
 bool X11HeldKeys::keepsRelease(std::uint8_t key, std::uint32_t time) {

@@ -20,7 +20,7 @@ public:
 
 private:
     /// True where it is kept from the windows.
-    bool keepsPress(std::uint8_t key, std::uint32_t time);
+    bool keepsPress(std::uint8_t key, std::uint32_t time, bool isWithAlt);
     bool keepsRelease(std::uint8_t key, std::uint32_t time);
 
     std::bitset<256> m_begun; ///< the keys that have gone down in the window with the keyboard
