@@ -34,6 +34,7 @@ constexpr int standardBudget = 480;
 constexpr int inputShare = 3; ///< of the budget: a call that is longer is scrolled
 constexpr Seconds contentDuration(0.18);
 constexpr Seconds attentionDuration(0.14);
+constexpr Seconds lookAgain(0.25); ///< at a hand that is busy
 
 /// The row of what has the focus and is hidden; none while it is in sight, or gone with its row.
 ListRow *rowOfHiddenFocus() {
@@ -133,7 +134,12 @@ bool ExpandedView::takeOver() {
 /// Who waits stands at the top, and nothing else may tell of it: the open panel is in the place of
 /// the capsule. But nothing moves away under a hand that types or presses.
 bool ExpandedView::showCall() {
-    if (!m_owesCall || m_viewport->rows().isInHand()) {
+    if (!m_owesCall) {
+        return false;
+    }
+    if (m_viewport->rows().isInHand()) {
+        // Of a button that is let go beside itself nothing else tells.
+        m_call = m_context.scheduler.after(lookAgain, [this] { showCall(); });
         return false;
     }
     m_owesCall = false;

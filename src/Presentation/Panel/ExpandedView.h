@@ -87,6 +87,7 @@ private:
     QSet<QString> m_content; ///< these, and what waits for a person, in whatever order
     ListViewport *m_viewport;
     UsageBars *m_footer;
+    Task m_call;    ///< shows whoever is owed that
     Task m_ages;    ///< brings the ages of the records up to date
     Task m_reading; ///< of the records
     bool m_areRecordsRead = false;

@@ -157,7 +157,6 @@ TEST_F(ExpandedViewTest, GoesToWhoeverBeginsToWaitButNotUnderAHandThatIsBusy) {
     work(30);
     view.setContentHeightBudget(400);
     const auto isCallInSight = [this] {
-        refresh();
         const SessionRow *first = rows().first();
         return first->session().id == "0" && first->visibleRegion().boundingRect() == first->rect();
     };
@@ -166,7 +165,10 @@ TEST_F(ExpandedViewTest, GoesToWhoeverBeginsToWaitButNotUnderAHandThatIsBusy) {
         scheduler.advance(Seconds(0.8));
         scroll(0, -10);
     };
-    const auto ask = [this] { apply(EventBuilder::parked("d").in("0")); };
+    const auto ask = [this] {
+        apply(EventBuilder::parked("d").in("0"));
+        refresh();
+    };
     scrollAway();
     ask();
     EXPECT_TRUE(isCallInSight());
@@ -180,7 +182,8 @@ TEST_F(ExpandedViewTest, GoesToWhoeverBeginsToWaitButNotUnderAHandThatIsBusy) {
     QTest::mousePress(pressed, Qt::LeftButton);
     ask();
     EXPECT_FALSE(isCallInSight());
-    QTest::mouseRelease(pressed, Qt::LeftButton);
+    QTest::mouseRelease(pressed, Qt::LeftButton, {}, QPoint(-9, 0));
+    scheduler.advance(Seconds(0.3));
     EXPECT_TRUE(isCallInSight());
     store.decide("0", AgentDecision::allow());
 
@@ -190,6 +193,7 @@ TEST_F(ExpandedViewTest, GoesToWhoeverBeginsToWaitButNotUnderAHandThatIsBusy) {
     EXPECT_FALSE(isCallInSight());
     QTest::keyClick(view.findChild<InlineNameField *>(), Qt::Key_Escape);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    scheduler.advance(Seconds(0.3));
     EXPECT_TRUE(isCallInSight());
 }
 
