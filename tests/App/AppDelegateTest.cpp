@@ -1,6 +1,7 @@
 #include "App/WindowsFixture.h"
 
 #include <QCloseEvent>
+#include <QSignalSpy>
 #include <QTest>
 #include <QWindow>
 
@@ -32,10 +33,14 @@ TEST_F(AppDelegateTest, WelcomesOnceWhateverBecomesOfTheWelcome) {
     delegate.applicationShouldHandleReopen();
     const QWidget *asked = windowTitled("Morvane Settings");
     EXPECT_TRUE(asked->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+    // One that came up again would take the keyboard, and leave its desktop for the one in front.
+    const QSignalSpy reappearances(asked->windowHandle(), &QWindow::visibleChanged);
     // A window manager may ask twice before the window is gone.
     send(*windowTitled("Welcome to Morvane")->windowHandle(), QCloseEvent());
     close("Welcome to Morvane");
     EXPECT_FALSE(asked->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+    EXPECT_FALSE(asked->windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
+    EXPECT_EQ(reappearances.size(), 0);
     EXPECT_EQ(settings.knownAgents(), QStringList{"claude"});
     EXPECT_EQ(windowTitled("Welcome to Morvane"), nullptr);
     EXPECT_FALSE(isOverlayShown());

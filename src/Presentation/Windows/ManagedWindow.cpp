@@ -6,6 +6,7 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
+#include <QWindow>
 
 #include <utility>
 
@@ -50,13 +51,12 @@ void ManagedWindow::presentQuietly() {
 }
 
 void ManagedWindow::setAboveOthers(bool isAbove) {
-    if (windowFlags().testFlag(Qt::WindowStaysOnTopHint) == isAbove) {
-        return;
+    // Set by the widget, the flag would take the window off the screen, and bring it back on the
+    // desktop in front, with the keyboard.
+    overrideWindowFlags(windowFlags().setFlag(Qt::WindowStaysOnTopHint, isAbove));
+    if (QWindow *handle = windowHandle()) {
+        handle->setFlag(Qt::WindowStaysOnTopHint, isAbove);
     }
-    const bool wasVisible = isVisible();
-    // This takes it off the screen.
-    setWindowFlag(Qt::WindowStaysOnTopHint, isAbove);
-    setVisible(wasVisible);
 }
 
 bool ManagedWindow::event(QEvent *event) {
