@@ -89,6 +89,14 @@ TEST_P(EachPresenterTest, LendsTheKeyboardToWhoeverOpensItByKey) {
     EXPECT_FALSE(window().hasKeyboard);
     scheduler.advance(Seconds(1));
 
+    // A screen reader needs more time to say what is in it.
+    emit static_cast<PanelSurface &>(window().widget()).openRequested();
+    scheduler.advance(Seconds(119));
+    EXPECT_TRUE(window().hasKeyboard);
+    EXPECT_TRUE(presenter->isExpanded());
+    scheduler.advance(Seconds(2));
+    EXPECT_FALSE(window().hasKeyboard);
+
     // Whoever presses a key in it has it for as long as a field, wherever the pointer goes.
     present();
     QTest::keyClick(window().widget().windowHandle(), Qt::Key_Down);

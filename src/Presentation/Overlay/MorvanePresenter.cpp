@@ -67,7 +67,11 @@ void MorvanePresenter::putUp(PanelSurface &surface) {
     connect(&surface, &PanelSurface::pointerCrossed, this, &MorvanePresenter::followPointer);
     connect(&surface, &PanelSurface::contextMenuRequested, this, &MorvanePresenter::openMenu);
     connect(&surface, &PanelSurface::menuClosed, this, &MorvanePresenter::menuClosed);
-    connect(&surface, &PanelSurface::openRequested, this, &MorvanePresenter::presentPanelToKeys);
+    connect(&surface, &PanelSurface::openRequested, this, [this] {
+        presentPanelToKeys();
+        // A call alone can take half a minute to be read aloud.
+        endPresentationAfter(InlineEditing::lease);
+    });
     connect(&surface, &PanelSurface::keyUsed, this,
             [this] { m_keyLease.renew(m_context.scheduler.now()); });
     connect(&surface, &PanelSurface::escaped, this, [this] {
@@ -153,11 +157,15 @@ void MorvanePresenter::abandonEditing() {
 }
 
 void MorvanePresenter::startPresentation() {
-    m_presentation = m_context.scheduler.after(presentationDuration, [this] { endPresentation(); });
+    endPresentationAfter(presentationDuration);
 }
 
 void MorvanePresenter::prolongPresentation() {
-    m_presentation = m_context.scheduler.after(prolongation, [this] { endPresentation(); });
+    endPresentationAfter(prolongation);
+}
+
+void MorvanePresenter::endPresentationAfter(Seconds delay) {
+    m_presentation = m_context.scheduler.after(delay, [this] { endPresentation(); });
 }
 
 bool MorvanePresenter::isMenuOpen() const {

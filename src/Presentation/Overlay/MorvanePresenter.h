@@ -136,6 +136,7 @@ protected:
 private:
     void applyFullscreenSetting();
     void tellExpanded();
+    void endPresentationAfter(Seconds delay);
     void openMenu(const QPoint &position);
     void menuClosed();
 
