@@ -23,8 +23,6 @@ public:
     /// Puts a small picture before the text, and takes the ground away.
     void setPicture(Picture picture) { m_picture = std::move(picture); }
 
-    const QColor &tint() const { return m_tint; }
-
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 
