@@ -90,9 +90,9 @@ std::uint16_t portOf(int connection) {
     return networkOrder(address.sin_port);
 }
 
-/// The kernel's list of sockets, those that listen first; only its beginning where it is long.
+/// Reads the kernel's list of sockets, those that listen first; false unless that was all of it.
 bool readSockets(Buffer &list) {
-    constexpr size_t limit = 1 << 20;
+    constexpr size_t limit = 16 << 20;
     const long file = kernel::call(SYS_openat, AT_FDCWD, "/proc/net/tcp", O_RDONLY | O_CLOEXEC);
     long size = file;
     while (size > 0 && list.view().size() < limit && list.reserve()) {
@@ -101,47 +101,66 @@ bool readSockets(Buffer &list) {
     }
     if (file >= 0)
         kernel::call(SYS_close, file);
-    return size >= 0;
+    return size == 0;
 }
 
-/// Whether it is our socket that listens on exactly this address. Serves where a sandbox or a
-/// kernel without its modules refuses the question: Morvane shares its port with nobody, so
-/// whoever listens while the connection stands has it.
-bool isListenerOurs(std::uint16_t port) {
-    char place[] = " 0100007F:0000 00000000:0000 0A ";
-    constexpr size_t digitsEnd = 14;
-    for (size_t i = 1; i <= 4; ++i, port = static_cast<std::uint16_t>(port >> 4U))
-        place[digitsEnd - i] = "0123456789ABCDEF"[port & 0xfU];
+void writePort(char *digitsEnd, std::uint16_t port) {
+    for (int i = 1; i <= 4; ++i, port = static_cast<std::uint16_t>(port >> 4U))
+        digitsEnd[-i] = "0123456789ABCDEF"[port & 0xfU];
+}
+
+/// Takes a field away, and the blanks before it.
+std::string_view takeField(std::string_view &text) {
+    while (text.starts_with(' '))
+        text.remove_prefix(1);
+    const size_t end = text.find(' ');
+    const std::string_view field{text.data(), end == std::string_view::npos ? text.size() : end};
+    text.remove_prefix(field.size());
+    return field;
+}
+
+/// Whose the first socket of the list between these two ends is.
+Owner findSocket(std::string_view list, std::string_view ends) {
+    const size_t found = list.find(ends);
+    if (found == std::string_view::npos)
+        return Owner::unknown;
+    list.remove_prefix(found + ends.size());
+    for ([[maybe_unused]] const char *passed : {"state", "queues", "timer", "retransmissions"})
+        takeField(list);
+    std::uint32_t user = 0;
+    for (const char digit : takeField(list))
+        user = 10 * user + static_cast<std::uint32_t>(digit - '0');
+    takeField(list); // a timeout
+    const std::string_view inode = takeField(list);
+    return inode == "0" ? Owner::undecided : ownerOf(user);
+}
+
+/// The same by the kernel's list, for a sandbox or a kernel without its modules that refuses the
+/// question. Who listens doesn't tell whose the connection is: a stranger keeps what he has
+/// accepted before he let go of the port.
+Owner lookForSocket(std::uint16_t port, std::uint16_t from) {
+    char connected[] = " 0100007F:0000 0100007F:0000 ";
+    char listening[] = " 0100007F:0000 00000000:0000 ";
+    constexpr size_t portEnd = 14;
+    constexpr size_t otherPortEnd = 28;
+    writePort(connected + portEnd, port);
+    writePort(connected + otherPortEnd, from);
+    writePort(listening + portEnd, port);
     static constinit Buffer list;
     if (!readSockets(list))
-        return false;
-    const size_t found = list.view().find(place);
-    if (found == std::string_view::npos)
-        return false;
-
-    // Behind it: both queues, timer, retransmissions, the user.
-    std::string_view rest = list.view();
-    rest.remove_prefix(found + sizeof place - 1);
-    constexpr int fieldsBeforeUser = 3;
-    for (int field = 0; field < fieldsBeforeUser; ++field) {
-        const size_t blank = rest.find(' ');
-        if (blank == std::string_view::npos)
-            return false;
-        rest.remove_prefix(blank + 1);
-    }
-    while (!rest.empty() && rest.front() == ' ')
-        rest.remove_prefix(1);
-    std::uint32_t user = 0;
-    for (; !rest.empty() && rest.front() >= '0' && rest.front() <= '9'; rest.remove_prefix(1))
-        user = 10 * user + static_cast<std::uint32_t>(rest.front() - '0');
-    return ownerOf(user) == Owner::we;
+        return Owner::unknown;
+    const Owner owner = findSocket(list.view(), connected);
+    return owner == Owner::undecided ? findSocket(list.view(), listening) : owner;
 }
 
 } // namespace
 
 bool isPeerOurs(int connection, std::uint16_t port) {
-    const Owner owner = askKernel(port, portOf(connection));
-    return owner == Owner::we || (owner == Owner::unknown && isListenerOurs(port));
+    const std::uint16_t from = portOf(connection);
+    Owner owner = askKernel(port, from);
+    if (owner == Owner::unknown)
+        owner = lookForSocket(port, from);
+    return owner == Owner::we;
 }
 
 } // namespace morvane

@@ -46,10 +46,11 @@ std::vector<std::string> CapturedRequest::host() const {
 }
 
 CapturingListener::CapturingListener(std::optional<std::string> answer, const std::string &address,
-                                     uid_t owner)
-    : m_answer(std::move(answer)), m_owner(owner), m_stopped(eventfd(0, EFD_CLOEXEC)) {
+                                     uid_t owner, std::optional<uid_t> acceptsFor)
+    : m_answer(std::move(answer)), m_acceptsFor(acceptsFor.value_or(owner)),
+      m_stopped(eventfd(0, EFD_CLOEXEC)) {
     // A socket belongs to whom its maker's thread passes for with files.
-    setfsuid(m_owner);
+    setfsuid(owner);
     m_listener = {m_context, {asio::ip::make_address(address), 0}};
     setfsuid(geteuid());
     fcntl(m_listener.native_handle(), F_SETFD, FD_CLOEXEC);
@@ -77,6 +78,12 @@ CapturedRequest CapturingListener::take() {
     return request;
 }
 
+bool CapturingListener::awaitConnection() {
+    const bool isThere = waitUntil([this] { return m_accepted > 0; });
+    --m_accepted;
+    return isThere;
+}
+
 bool CapturingListener::hasHeardNothing() {
     const std::string question = "GET /heard HTTP/1.1";
     HttpClient client(m_port);
@@ -88,11 +95,12 @@ bool CapturingListener::awaitHangUp() {
 }
 
 void CapturingListener::serve() {
-    setfsuid(m_owner);
+    setfsuid(m_acceptsFor);
     std::array<pollfd, 2> watched{
         {{m_listener.native_handle(), POLLIN, 0}, {m_stopped, POLLIN, 0}}};
     while (poll(watched.data(), watched.size(), -1) > 0 && watched[1].revents == 0) {
         const int connection = accept4(m_listener.native_handle(), nullptr, nullptr, SOCK_CLOEXEC);
+        ++m_accepted;
         handle(connection);
         close(connection);
     }

@@ -31,14 +31,18 @@ struct CapturedRequest {
 /// and closes, or holds it until its peer hangs up. A thread of its own does the work.
 class CapturingListener {
 public:
-    /// Without an answer every request is held. Only root can have one that is another user's.
+    /// Without an answer every request is held. Only root can have one that is another user's, or
+    /// that gives another user what it accepts.
     explicit CapturingListener(std::optional<std::string> answer,
-                               const std::string &address = "127.0.0.1", uid_t owner = geteuid());
+                               const std::string &address = "127.0.0.1", uid_t owner = geteuid(),
+                               std::optional<uid_t> acceptsFor = {});
     ~CapturingListener();
 
     [[nodiscard]] std::uint16_t port() const { return m_port; }
     /// The earliest request not yet taken; an empty one after a generous wait.
     [[nodiscard]] CapturedRequest take();
+    /// Whether one more connection was accepted within a generous wait.
+    [[nodiscard]] bool awaitConnection();
     /// Whether nobody has said a word by now, but for this question itself. Needs an answer.
     [[nodiscard]] bool hasHeardNothing();
     /// Whether the peer of a held request hung up within a generous wait.
@@ -49,13 +53,14 @@ private:
     void handle(int connection);
 
     const std::optional<std::string> m_answer;
-    const uid_t m_owner;
+    const uid_t m_acceptsFor;
     int m_stopped;
     asio::io_context m_context;
     asio::ip::tcp::acceptor m_listener{m_context};
     std::uint16_t m_port = 0;
     std::mutex m_mutex;
     std::deque<CapturedRequest> m_requests;
+    std::atomic<int> m_accepted = 0; ///< less those that were waited for
     std::atomic<bool> m_hungUp = false;
     std::thread m_thread;
 };

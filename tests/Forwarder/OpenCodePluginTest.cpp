@@ -12,8 +12,10 @@
 #include <QJsonObject>
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <memory>
 #include <regex>
+#include <sys/stat.h>
 #include <vector>
 
 namespace morvane::tests {
@@ -61,7 +63,7 @@ protected:
                         folder.write("morvane.mjs", text->toUtf8())},
             environment,
             R"({"sessions": )" + sessions + R"(, "steps": )" + steps + R"(, "environments": )" +
-                environments + R"(, "limit": )" + limit + "}");
+                environments + R"(, "limit": )" + limit + R"(, "gate": ")" + gate.toUtf8() + "\"}");
     }
 
     static void expectSilence(ChildProcess &process) {
@@ -96,6 +98,7 @@ protected:
     TemporaryHome folder;
     QProcessEnvironment environment;
     QByteArray limit = "30000"; ///< milliseconds, for all that the plugin gives a limit
+    QString gate;               ///< a FIFO that is to be opened before the plugin reads anything
 };
 
 TEST_F(OpenCodePlugin, TellsOfATurnInOrderAndKeepsCallingWhileAnotherToolStarts) {
@@ -201,6 +204,17 @@ TEST_F(OpenCodePlugin, SaysNothingToAnotherUser) {
         expectSilence(*start(stranger.port(), wholeTurn));
         EXPECT_TRUE(stranger.hasHeardNothing()) << address;
     }
+    // The port is ours again, but what he accepted before is his.
+    CapturingListener stranger(okAnswer, "127.0.0.1", geteuid(), 4711);
+    gate = folder.path() + "/gate";
+    ASSERT_EQ(mkfifo(qPrintable(gate), 0600), 0);
+    const auto process = start(stranger.port(), R"([["session.created", {"info": {"id": "s"}}]])");
+    for ([[maybe_unused]] const char *told : {"session.created", "session.deleted"}) {
+        EXPECT_TRUE(stranger.awaitConnection());
+        std::ofstream(gate.toStdString()).close();
+    }
+    expectSilence(*process);
+    EXPECT_TRUE(stranger.hasHeardNothing());
 }
 
 TEST_F(OpenCodePlugin, HoldsNothingUpWhenNobodyListensOrAnswers) {

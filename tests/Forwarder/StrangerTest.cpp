@@ -5,8 +5,11 @@
 #include <cerrno>
 #include <cstddef>
 #include <functional>
+#include <future>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
+#include <poll.h>
+#include <sys/ioctl.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
@@ -47,26 +50,57 @@ protected:
 INSTANTIATE_TEST_SUITE_P(, Stranger, testing::ValuesIn(carriers),
                          testing::PrintToStringParamName());
 
-/// Does something where the kernel refuses to talk of its sockets, as in many a sandbox.
-void withoutNetlink(const std::function<void()> &action) {
-    std::thread([&] {
+/// Does something where the kernel refuses to talk of its sockets, as in many a sandbox; it lets
+/// itself be asked before each refusal.
+void withoutNetlink(
+    const std::function<void()> &action, const std::function<void()> &asked = [] {}) {
+    std::promise<int> questions;
+    std::thread sandbox([&] {
         constexpr auto load = BPF_LD | BPF_W | BPF_ABS;
         constexpr auto equals = BPF_JMP | BPF_JEQ | BPF_K;
         std::array<sock_filter, 6> steps{
             {BPF_STMT(load, offsetof(seccomp_data, nr)), BPF_JUMP(equals, SYS_socket, 0, 3),
              BPF_STMT(load, offsetof(seccomp_data, args)), BPF_JUMP(equals, AF_NETLINK, 0, 1),
-             BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EACCES),
+             BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_USER_NOTIF),
              BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW)}};
         const sock_fprog filter{steps.size(), steps.data()};
-        ASSERT_EQ(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), 0);
-        ASSERT_EQ(prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter), 0);
-        action();
-    }).join();
+        prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+        const auto source = static_cast<int>(syscall(SYS_seccomp, SECCOMP_SET_MODE_FILTER,
+                                                     SECCOMP_FILTER_FLAG_NEW_LISTENER, &filter));
+        questions.set_value(source);
+        if (source >= 0)
+            action();
+    });
+    pollfd source{questions.get_future().get(), POLLIN, 0};
+    EXPECT_GE(source.fd, 0);
+    while (source.fd >= 0 && poll(&source, 1, -1) > 0 && (source.revents & POLLIN) != 0) {
+        seccomp_notif question{};
+        ioctl(source.fd, SECCOMP_IOCTL_NOTIF_RECV, &question);
+        asked();
+        seccomp_notif_resp refusal{question.id, 0, -EACCES, 0};
+        ioctl(source.fd, SECCOMP_IOCTL_NOTIF_SEND, &refusal);
+    }
+    sandbox.join();
+    close(source.fd);
 }
 
 TEST_P(Stranger, HearsNothingAndIsNotHeardAlsoWhereTheKernelRefusesTheQuestion) {
     expectNothingSaid();
     withoutNetlink(expectNothingSaid);
+}
+
+// The port is ours again, but what he accepted before is his.
+TEST(FormerListener, HearsNothingWhereTheKernelRefusesTheQuestion) {
+    if (geteuid() != 0)
+        GTEST_SKIP() << "needs root";
+    CapturingListener stranger(response("200 OK", "allow"), "127.0.0.1", geteuid(), anotherUser);
+    HookProcess hook(Carrier::Client, stranger.port());
+    withoutNetlink(
+        [&] {
+            EXPECT_EQ(hook.run({"claude", "PreToolUse", "decide"}), "");
+        },
+        [&] { EXPECT_TRUE(stranger.awaitConnection()); });
+    EXPECT_TRUE(stranger.hasHeardNothing());
 }
 
 TEST(Server, OfThisUserIsKnownWhereTheKernelRefusesTheQuestion) {

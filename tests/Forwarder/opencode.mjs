@@ -2,12 +2,20 @@
 // {"sessions": {ID: SESSION}, "steps": [[HOOK, ARGUMENT...] or [EVENT, PROPERTIES]],
 // "environments": [{NAME: VALUE}], "limit": MILLISECONDS}, in each of the environments, with that
 // limit, if there is one, in place of its own: what doesn't come in time is lost. A session may have
-// "said" something.
+// "said" something. With a "gate", a FIFO, it reads no file before somebody has opened that.
 // Says whether the hooks have returned at once, and when the plugin is ready to end.
 import { readFileSync } from "node:fs";
+import files from "node:fs/promises";
+import { syncBuiltinESMExports } from "node:module";
 
-const { sessions, steps, environments, limit } = JSON.parse(readFileSync(0, "utf8"));
+const { sessions, steps, environments, limit, gate } = JSON.parse(readFileSync(0, "utf8"));
 const { Morvane } = await import(process.argv[2]);
+const { readFile } = files;
+files.readFile = async (...given) => {
+    await (gate && readFile(gate));
+    return readFile(...given);
+};
+syncBuiltinESMExports();
 const message = (said) => ({ info: { role: "assistant" }, parts: [{ type: "text", text: said }] });
 const client = {
     session: {
