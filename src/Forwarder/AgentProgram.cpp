@@ -27,9 +27,27 @@ struct Target {
     }
 };
 
+std::string_view lastPart(std::string_view path) {
+    path.remove_prefix(path.rfind('/') + 1);
+    return path;
+}
+
 bool isInterpreter(std::string_view name) {
-    name.remove_prefix(name.rfind('/') + 1);
+    name = lastPart(name);
     return name == "node" || name == "nodejs" || name == "bun" || name == "deno";
+}
+
+bool isShell(std::string_view name) {
+    name = lastPart(name);
+    name.remove_prefix(name.starts_with('-') ? 1 : 0); // a login's
+    constexpr std::string_view shells[] = {"sh",   "ash",    "bash",  "busybox", "csh",
+                                           "dash", "elvish", "fish",  "ksh",     "mksh",
+                                           "nu",   "pwsh",   "rbash", "tcsh",    "zsh"};
+    for (const std::string_view shell : shells) {
+        if (name == shell)
+            return true;
+    }
+    return false;
 }
 
 /// Takes the first away from arguments that each end with a zero byte; empty where it is cut off.
@@ -74,15 +92,26 @@ bool takeWord(std::string_view &text, std::string_view word) {
     return isNext;
 }
 
-/// Whether these arguments call hook.sh with what it was called with, be it in a text for a shell.
-/// An agent's own may speak of the script as well.
-bool callsHook(std::string_view arguments, std::string_view name, std::string_view event) {
+/// Whether a text for a shell calls hook.sh with what it was called with.
+bool speaksOfHook(std::string_view arguments, std::string_view name, std::string_view event) {
     const size_t script = arguments.find("/hook.sh");
     arguments.remove_prefix(script == std::string_view::npos ? arguments.size() : script);
     for (; !arguments.empty(); arguments.remove_prefix(1)) {
         std::string_view rest = arguments;
         if (takeWord(rest, name) && takeWord(rest, event))
             return true;
+    }
+    return false;
+}
+
+/// Whether these arguments call hook.sh with what it was called with. A prompt for an agent may
+/// hold the same words, in one argument: only a shell is given them so.
+bool callsHook(std::string_view arguments, std::string_view name, std::string_view event) {
+    if (isShell(takeArgument(arguments)))
+        return speaksOfHook(arguments, name, event);
+    while (!arguments.empty()) {
+        if (takeArgument(arguments).ends_with("/hook.sh"))
+            return takeArgument(arguments) == name && takeArgument(arguments) == event;
     }
     return false;
 }

@@ -92,8 +92,9 @@ TEST(Terminal, IsThatOfAnAncestorOutsideTheHooksSession) {
     }
 }
 
-// Between the agent and the hook stands a shell, or a runtime that is given a text. What an agent's
-// runtime is called with is the agent, whatever its arguments speak of and an update has replaced.
+// Between the agent and the hook stands a shell, a program that is given a command, or a runtime
+// that is given a text. What an agent's runtime is called with is the agent, whatever its arguments
+// speak of and an update has replaced.
 TEST(Program, IsThatOfTheAncestorThatIsNoShellOfTheHook) {
     namespace fs = std::filesystem;
     const std::tuple<std::string, std::string, std::string> cases[] = {
@@ -106,7 +107,7 @@ TEST(Program, IsThatOfTheAncestorThatIsNoShellOfTheHook) {
         CapturingListener listener(response("200 OK", ""));
         const HookProcess hook(carrier, listener.port());
         fs::current_path(hook.folder());
-        std::ofstream("cli.js") << "sh -c '" << hook.script().string()
+        std::ofstream("cli.js") << "sh -c 'timeout 60 " << hook.script().string()
                                 << " claude Stop </dev/null; :'; :";
         std::ofstream("errand.js") << "./node -e cli.js; :";
         std::ofstream("gone.js") << "rm \"$(readlink /proc/$$/exe)\"; . ./cli.js";
@@ -115,8 +116,8 @@ TEST(Program, IsThatOfTheAncestorThatIsNoShellOfTheHook) {
             fs::copy_file("/bin/sh", name, fs::copy_options::skip_existing);
             const pid_t child = fork();
             if (child == 0) {
-                execl(name.c_str(), name.c_str(), "-u", script.c_str(), "Why fails ./hook.sh Stop?",
-                      nullptr);
+                execl(name.c_str(), name.c_str(), "-u", script.c_str(),
+                      "Why fails ./hook.sh claude Stop?", nullptr);
                 _exit(1);
             }
             auto headers = listener.take().headers;
