@@ -171,6 +171,21 @@ private:
     char32_t m_ground = 0; ///< the last of it that is no mark
 };
 
+/// Whether it is written from the right, and so moves what stands around it.
+bool isFromTheRight(char32_t character) {
+    const auto direction = QChar::direction(character);
+    return direction == QChar::DirR || direction == QChar::DirAL || direction == QChar::DirAN;
+}
+
+/// The same for every text of these characters, whichever way its brackets open.
+QString inAnyOrder(QString text) {
+    for (QChar &unit : text) {
+        unit = std::min(unit, unit.mirroredChar());
+    }
+    std::ranges::sort(text);
+    return text;
+}
+
 QString hex(char32_t number) {
     return QString::number(static_cast<uint>(number), 16).rightJustified(4, u'0');
 }
@@ -258,7 +273,8 @@ QString look(const QString &text) {
     QString result = paragraph(text);
     result.removeIf(
         [](QChar unit) { return isJoiner(unit.unicode()) || unit.unicode() == emojiSelector; });
-    return result.normalized(QString::NormalizationForm_C).simplified();
+    result = result.normalized(QString::NormalizationForm_C).simplified();
+    return std::ranges::any_of(result.toUcs4(), isFromTheRight) ? inAnyOrder(result) : result;
 }
 
 QString name(const QString &text) {

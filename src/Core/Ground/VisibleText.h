@@ -21,7 +21,8 @@ QString of(QStringView line);
 QString paragraph(const QString &text);
 
 /// The same made alike for texts that look alike by what `paragraph` lets pass, and empty where
-/// there is nothing to be seen.
+/// there is nothing to be seen. Of words that are partly written from the right the order can't be
+/// seen, so those of the same characters are alike.
 QString look(const QString &text);
 
 /// A name in a sentence: in one line, whatever it holds, and of no more characters than one takes.

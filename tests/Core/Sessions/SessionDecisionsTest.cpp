@@ -102,6 +102,8 @@ TEST_F(DecisionsTest, AsksHereOnlyWhereAnswersCanBeToldApart) {
         {QStringLiteral("❤"), QStringLiteral("❤\uFE0F")},
         {QStringLiteral("کار\u200Cها"), QStringLiteral("کارها")},
         {QStringLiteral("e\u0301"), QStringLiteral("\u00E9")},
+        {QStringLiteral("Keep 1 \u05D0"), QStringLiteral("Keep \u05D0 1")},
+        {QStringLiteral("\u05D0 ( 1"), QStringLiteral("1 ) \u05D0")},
     };
     for (const auto &[one, other] : alike) {
         EXPECT_FALSE(isAskedHere({"Q"}, {one, other}));
