@@ -6,6 +6,8 @@
 
 #include <QUuid>
 
+#include <algorithm>
+
 namespace morvane {
 
 namespace {
@@ -63,6 +65,14 @@ QString makeToken() {
     return uuid() + uuid();
 }
 
+/// An empty one would let every local program in, and it is written into the scripts as it stands.
+bool isToken(const QString &text) {
+    const auto isPlain = [](QChar c) {
+        return c == u'-' || (c.unicode() < 0x80 && c.isLetterOrNumber());
+    };
+    return !text.isEmpty() && std::ranges::all_of(text, isPlain);
+}
+
 } // namespace
 
 template <typename Visit>
@@ -108,8 +118,7 @@ void MorvaneSettings::forEachRow(Visit visit) {
 MorvaneSettings::MorvaneSettings(Defaults &defaults) : m_defaults(defaults) {
     migrateLegacyDefaults();
     SettingValue::read(m_defaults.value(keyString(tokenKey)), m_eventToken);
-    // An empty one would let every local program in.
-    if (m_eventToken.isEmpty()) {
+    if (!isToken(m_eventToken)) {
         m_eventToken = makeToken();
         m_defaults.setValue(keyString(tokenKey), m_eventToken);
     }

@@ -131,8 +131,8 @@ TEST_F(SettingsTest, TakeNothingOfTheWrongType) {
 TEST_F(SettingsTest, MakeTheirTokenOnce) {
     const QString uuid = "[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}";
     const QRegularExpression pattern("^" + uuid + uuid + "$");
-    for (const json &unusable :
-         {json::object(), json{{"eventToken", 5}}, json{{"eventToken", ""}}}) {
+    for (const json &unusable : {json::object(), json{{"eventToken", 5}}, json{{"eventToken", ""}},
+                                 json{{"eventToken", "A'; id"}}, json{{"eventToken", "é"}}}) {
         store(unusable);
         Defaults first = load();
         const QString token = MorvaneSettings(first).eventToken();
