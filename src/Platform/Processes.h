@@ -54,9 +54,10 @@ public:
     /// safe from any thread.
     virtual std::optional<std::int64_t> listenerAt(const QString &socket) const = 0;
 
-    /// Whether the process hears what is typed into its terminal: true in the terminal's
-    /// foreground, false while it is stopped; none where the machine doesn't tell, as of a process
-    /// that works for another one. Reads small files of the kernel's; safe from any thread.
+    /// Whether the process hears what is typed into its terminal, whoever leads the foreground
+    /// there: true while it belongs to that, false while it is stopped; none where the machine
+    /// doesn't tell, as of a process that works for another one, and of the leader itself, whose
+    /// name the terminal tells. Reads small files of the kernel's; safe from any thread.
     virtual std::optional<bool> hearsKeys(const ProcessIdentity &process) const = 0;
 
     /// The process that has opened the terminal in which this one runs: the parent of whatever

@@ -239,6 +239,10 @@ TEST_F(TmuxTest, RepliesGoToNobodyButTheAgent) {
     tmux({"send-keys", "-t", *session.pane.tmux, "C-d"});
     EXPECT_TRUE(becomesTrue([&] { return !processes.hearsKeys(*session.process); }));
     EXPECT_FALSE(isSent());
+    // Not even a shell that was taken for the agent gets it.
+    const QString shell = tmux({"display-message", "-p", "-t", *session.pane.tmux, "#{pane_pid}"});
+    session.process = processes.identityOf(shell.toLongLong());
+    EXPECT_FALSE(isSent());
     EXPECT_TRUE(m_folder.read("typed").startsWith("touch "));
     EXPECT_FALSE(QFile::exists(m_folder.path("harm")));
 }

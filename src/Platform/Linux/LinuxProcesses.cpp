@@ -257,7 +257,9 @@ std::optional<bool> LinuxProcesses::hearsKeys(const ProcessIdentity &process) co
     if (status->state == "T") {
         return false;
     }
-    return status->group == status->foregroundGroup ? std::optional(true) : std::nullopt;
+    const bool isFollower = status->id != status->group;
+    return isFollower && status->group == status->foregroundGroup ? std::optional(true)
+                                                                  : std::nullopt;
 }
 
 std::optional<std::int64_t> LinuxProcesses::terminalOpener(const ProcessIdentity &process) const {
