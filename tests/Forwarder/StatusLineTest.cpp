@@ -57,6 +57,7 @@ std::vector<LineCase> lineCases() {
         // Neither a line of its own nor a command to the terminal.
         {statusOf(R"(a\nb\u001b[31m\u0007\u007f\u009b2J)"), "ab[31m2J · a"},
         {statusOf("a\u009b2J\u0085b"), "a2Jb · a"},
+        {statusOf("a\u202E\u200Bb\u2069–…"), "ab–… · a"},
         {statusOf("%s %d $(id) `id` * ~", "/-n"), "%s %d $(id) `id` * ~ · -n"},
         {statusOf(std::string(41, 'm'), "/" + repeated("日", 14)),
          std::string(37, 'm') + "… · " + repeated("日", 12) + "…"},
