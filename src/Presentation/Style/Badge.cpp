@@ -1,6 +1,6 @@
 #include "Presentation/Style/Badge.h"
 
-#include "Core/Ground/BoundedText.h"
+#include "Core/Ground/VisibleText.h"
 #include "Presentation/Style/Colors.h"
 #include "Presentation/Style/HelpText.h"
 #include "Presentation/Style/Typography.h"
@@ -29,7 +29,7 @@ Badge::Badge(QWidget *parent) : QLabel(parent) {
 
 void Badge::setContent(const QString &text, const QColor &tint, const QString &help) {
     m_tint = tint;
-    setText(BoundedText::of(text, BoundedText::lineLength));
+    setText(VisibleText::name(text));
     setAccessibleName(this->text());
     setHelpText(*this, help);
     setVisible(!text.isEmpty());

@@ -15,7 +15,7 @@ TEST_F(SessionRowTest, KeepsNothingOfWhatItNoLongerIsToShow) {
         const Session plain = store.sessions().value("s");
         Session rich = plain;
         rich.hostAppName = "kitty";
-        rich.gitBranch = "main";
+        rich.gitBranch = QStringLiteral("\u202Eniam");
         rich.permissionMode = "plan";
         rich.contextTokens = 185'000;
         rich.subagents = {{{}, "look", false}};
@@ -25,7 +25,7 @@ TEST_F(SessionRowTest, KeepsNothingOfWhatItNoLongerIsToShow) {
         row.show();
         row.setSession(rich, {});
         for (const char *told :
-             {"in kitty", "branch main", "permission mode plan", "context 185k"}) {
+             {"in kitty", "branch ⟨U+202E⟩niam", "permission mode plan", "context 185k"}) {
             EXPECT_TRUE(isReadOut(row, told)) << told;
         }
         const std::pair<Session, SessionRow::Details> befores[] = {
