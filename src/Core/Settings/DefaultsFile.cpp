@@ -88,7 +88,9 @@ void DefaultsFile::carryOutAll() {
 }
 
 void DefaultsFile::replace(const QVariantMap &values) {
-    QDir().mkpath(QFileInfo(m_path).path());
+    const QString folder = QFileInfo(m_path).path();
+    QDir().mkpath(folder);
+    QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     const auto read = present();
     if (const QFileInfo info(m_path); !read && info.exists()) {
         if (info.isFile() && info.isReadable() && !RegularFile::head(m_path, 1)) {

@@ -41,6 +41,7 @@ TEST_F(DefaultsTest, AreForTheirOwnerAlone) {
     for (int times = 0; times < 2; ++times) {
         load().setValue("key", times);
         EXPECT_EQ(home.mode(file), 0600U);
+        EXPECT_EQ(home.mode("defaults"), 0700U);
         QFile::remove(home.path(file));
     }
 }

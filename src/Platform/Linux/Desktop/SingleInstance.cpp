@@ -50,6 +50,7 @@ QStringList runtimeFolders() {
 /// The machine is part of it, since its configuration folder may be another's as well.
 QString nameFor(const QString &configFolder) {
     QDir().mkpath(configFolder);
+    QFile::setPermissions(configFolder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     const QFileInfo info(configFolder);
     const QString path = info.exists() ? info.canonicalFilePath() : configFolder;
     const auto hash = QCryptographicHash::hash(path.toUtf8() + QSysInfo::machineUniqueId(),
