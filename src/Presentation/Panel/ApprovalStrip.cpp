@@ -51,7 +51,7 @@ QString wordsFor(const ReadableInput::Rest &rest) {
 ApprovalStrip::ApprovalStrip(Scheduler &scheduler, QWidget *parent)
     : PromptStrip(scheduler, parent),
       m_title(new TextLabel(Typography::text(Typography::bodySize, QFont::DemiBold),
-                            Colors::approvalAccent, 2, this)),
+                            Colors::approvalAccent, 0, this)),
       m_more(new DecideButton({}, Colors::quietAccent, this)),
       m_note(new TextLabel(Typography::text(Typography::secondarySize), Colors::secondaryText, 0,
                            this)) {

@@ -20,7 +20,7 @@ QuestionStrip::QuestionStrip(Scheduler &scheduler, QWidget *parent)
       m_position(new TextLabel(Typography::text(Typography::secondarySize), Colors::secondaryText,
                                1, this)),
       m_text(new TextLabel(Typography::text(Typography::bodySize), Colors::primaryText, 0, this)),
-      m_tool(new TextLabel(Typography::text(Typography::secondarySize), Colors::approvalAccent, 2,
+      m_tool(new TextLabel(Typography::text(Typography::secondarySize), Colors::approvalAccent, 0,
                            this)) {
     auto *head = new QHBoxLayout;
     head->setSpacing(6);

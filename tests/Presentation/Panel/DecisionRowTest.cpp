@@ -78,6 +78,11 @@ TEST_F(DecisionRowTest, AsksOneQuestionAfterTheOther) {
     const EventBuilder bare = EventBuilder::parked("e").asking({"Sure?"}).given("{}");
     show(bare.tool("mcp__forms__publish"));
     EXPECT_TRUE(contents(row).contains("Any answer also lets mcp__forms__publish run."));
+    show(bare.tool(QString("publish ").repeated(20)));
+    for (const TextLabel *label : shownIn<TextLabel>(row)) {
+        EXPECT_FALSE(label->text().startsWith("Any answer") &&
+                     label->lines(label->width()).last().endsWith(u'…'));
+    }
     show(bare.tool("AskUserQuestion"));
     EXPECT_FALSE(contents(row).join(u'\n').contains("Any answer"));
 }
