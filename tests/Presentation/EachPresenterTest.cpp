@@ -281,7 +281,7 @@ TEST_P(EachPresenterTest, EscAndAJumpGiveTheKeyboardBackThoughAReplyIsOpen) {
         EXPECT_TRUE(overlays.alive.isEmpty() || !window().hasKeyboard);
         scheduler.advance(Seconds(1));
         EXPECT_FALSE(presenter->isExpanded());
-        EXPECT_EQ(unsentReplies.value("s"), isJump ? "gogo" : "go");
+        EXPECT_EQ(replyDrafts.text("s"), isJump ? "gogo" : "go");
     }
 }
 

@@ -44,7 +44,8 @@ bool wasAtWork(const Context &context) {
     return context.before && context.before->isAtWork();
 }
 
-/// Such an agent says itself when all that its subagents do is over.
+/// True for an agent that names at a turn's end which subagents go on, and so says itself when all
+/// of it is over.
 bool listsSubagents(const HookEvent &event) {
     return AgentRegistry::adapter(event.agent).reportsBackgroundTasks();
 }

@@ -27,8 +27,7 @@ TEST_F(DecisionsTest, ShowsAPermissionRequestThatWaits) {
     apply(EventBuilder(Kind::permissionRequest)
               .of(AgentKind::codex)
               .with(&HookEvent::decisionID, "d1"));
-    EXPECT_EQ(session().pendingApproval,
-              (PendingApproval{"d1", "tool", {}, {}, limit, false}));
+    EXPECT_EQ(session().pendingApproval, (PendingApproval{"d1", "tool", {}, {}, limit, false}));
     EXPECT_EQ(resolved, QStringList());
 }
 
