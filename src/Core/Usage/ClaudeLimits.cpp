@@ -25,14 +25,25 @@ bool isOver(const std::optional<UsageWindow> &window, Date now) {
     return window && window->isOver(now);
 }
 
-/// The endpoint reckons the reset of one window anew for each answer, to a second or two.
+/// Each answer of the endpoint gives the reset of the same window anew, off by up to a few seconds,
+/// and status lines round it.
 constexpr Seconds resetVaries(60);
+
+bool isSameWindow(const std::optional<UsageWindow> &told, const std::optional<UsageWindow> &known) {
+    return told && known && told->resetsAt && known->resetsAt &&
+           std::chrono::abs(*told->resetsAt - *known->resetsAt) < resetVaries;
+}
 
 /// What is used of one window never falls, so the lower figure is the older one.
 bool isOlder(const std::optional<UsageWindow> &told, const std::optional<UsageWindow> &known) {
-    return told && known && told->resetsAt && known->resetsAt &&
-           std::chrono::abs(*told->resetsAt - *known->resetsAt) < resetVaries &&
-           told->utilization < known->utilization;
+    return isSameWindow(told, known) && told->utilization < known->utilization;
+}
+
+/// A window keeps the reset that was first told: another one would announce its milestones again.
+void keepReset(std::optional<UsageWindow> &told, const std::optional<UsageWindow> &known) {
+    if (isSameWindow(told, known)) {
+        told->resetsAt = known->resetsAt;
+    }
 }
 
 } // namespace
@@ -220,7 +231,12 @@ void ClaudeLimits::ingestLive(const QByteArray &data) {
     emit changed();
 }
 
-void ClaudeLimits::takeUsage(const Usage &usage) {
+void ClaudeLimits::takeUsage(Usage usage) {
+    if (m_usage) {
+        keepReset(usage.session, m_usage->session);
+        keepReset(usage.weekly, m_usage->weekly);
+        keepReset(usage.fable, m_usage->fable);
+    }
     detectWeeklyReset(usage);
     m_usage = usage;
     emit usageRead(usage);

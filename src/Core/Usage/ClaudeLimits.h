@@ -62,7 +62,7 @@ private:
     void takeBody(const QByteArray &body);
     void failClaude(const QString &reason, double mostBackoff = Backoff::mostBackoff);
     void endClaudePoll();
-    void takeUsage(const Usage &usage);
+    void takeUsage(Usage usage);
     void detectWeeklyReset(const Usage &usage);
 
     MorvaneSettings &m_settings;

@@ -222,8 +222,10 @@ TEST_F(UsagePollerTest, AStatusLineTellsNoLessOfAWindowThanIsKnown) {
     tell(20, 41, Seconds(988));
     tell(86, 22, Seconds(991));
     EXPECT_EQ(poller.usage(), before);
-    tell(86, 41, Seconds(990));
+    tell(86, 41, Seconds(991));
     EXPECT_EQ(poller.usage()->fetchedAt, scheduler.now());
+    EXPECT_EQ(poller.usage()->session, before->session);
+    EXPECT_EQ(told, QList<int>({85}));
     // But of one that has begun anew, and the endpoint may.
     tell(2, 41, Seconds(2000));
     EXPECT_EQ(sessionPercent(), 2);
