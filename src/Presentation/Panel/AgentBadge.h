@@ -7,7 +7,7 @@
 
 namespace morvane {
 
-/// Tells whose session a row is about, by the agent's mark and its name.
+/// Shows which agent's session a row is about, by the agent's mark and name.
 class AgentBadge : public Badge {
     Q_OBJECT
 

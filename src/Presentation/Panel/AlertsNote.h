@@ -4,7 +4,7 @@
 
 namespace morvane {
 
-/// The line below Claude's limits: that a working session is told of its milestones, and of which.
+/// The line below Claude's limits: at which milestones a chime sounds while a session is working.
 class AlertsNote : public QWidget {
     Q_OBJECT
 

@@ -15,10 +15,10 @@ namespace morvane {
 
 namespace {
 
-/// How a choice is put to a person.
+/// The wording of a choice.
 struct Wording {
     QString title;
-    QString name; ///< with places for the tool and the session
+    QString name; ///< with placeholders for the tool and the session
     QColor tint;
     QString help;
 };
@@ -68,7 +68,7 @@ ApprovalStrip::ApprovalStrip(Scheduler &scheduler, QWidget *parent)
         const bool isByKey = m_more->hasFocus();
         showCall();
         if (isByKey) {
-            // The button is gone, and what it has shown is to be read.
+            // The button is hidden now; the keys go to the text that it revealed, to be read.
             (input().focusPolicy() != Qt::NoFocus ? &input() : parentWidget())->setFocus();
         }
         readAnew();

@@ -13,16 +13,16 @@ namespace morvane {
 class DecideButton;
 class TextLabel;
 
-/// Offers the tool call that a session waits with: refuse it, allow it, or allow it from now on.
-/// The order of the buttons is that of the choices, and so that of the digit keys.
+/// Asks about the tool call that a session waits for: deny it, allow it, or allow it from now on.
+/// The buttons have the order of `PendingApproval::allChoices`, and so of the digit keys.
 class ApprovalStrip : public PromptStrip {
     Q_OBJECT
 
 public:
     ApprovalStrip(Scheduler &scheduler, QWidget *parent);
 
-    /// The session must have a pending approval. The name is the session's, by which a screen
-    /// reader tells one strip from another.
+    /// The session must have a pending approval. `name` is the session's, so that a screen reader
+    /// tells the strips apart.
     void setApproval(const Session &session, const QString &name, bool showsShortcuts);
 
 signals:
@@ -35,11 +35,11 @@ private:
     void showChoices(const QString &name, bool showsShortcuts);
 
     std::optional<PendingApproval> m_approval;
-    bool m_showsAll = false; ///< of a call that one line stands for
+    bool m_showsAll = false; ///< the whole call instead of its one-line summary
     TextLabel *m_title;
     DecideButton *m_more;
-    TextLabel *m_note;               ///< on what can't be shown
-    QList<DecideButton *> m_buttons; ///< one for each of all choices, in their order
+    TextLabel *m_note;               ///< says what can't be shown
+    QList<DecideButton *> m_buttons; ///< one for each possible choice, in their order
 };
 
 } // namespace morvane

@@ -54,15 +54,16 @@ void CompactInfoView::refresh() {
                                                                         : std::nullopt);
     m_time->setVisible(m_milestone->isHidden());
     m_count->setVisible(m_milestone->isHidden() && count > 1);
-    // Not before there is a time: the first question about a font is what loads all fonts, and
-    // costs more than a window.
+    // Not measured before there is a time: the first font metrics load all fonts, which costs more
+    // than a window.
     setMinimumWidth(m_since ? steadyWidth() : 0);
     setVisible(m_since.has_value());
     showTime();
     scheduleMinute();
 }
 
-/// With which the capsule keeps its own while the seconds run, in the middle of it.
+/// A minimum width for the centred content, so that the capsule keeps its width while the seconds
+/// run.
 int CompactInfoView::steadyWidth() const {
     if (m_time->isHidden()) {
         return 0;
@@ -83,7 +84,7 @@ QString CompactInfoView::milestone() const {
     return m_milestone->isHidden() ? QString() : m_milestone->accessibleName();
 }
 
-/// True until the next minute.
+/// A text that stays true until the next full minute.
 QString CompactInfoView::timeInMinutes() const {
     const Date now = m_scheduler.now();
     return Seconds(now - *m_since).count() < minute ? tr("<1m")

@@ -15,10 +15,10 @@ class TextLabel;
 class UsageMilestoneBadge;
 class UsagePoller;
 
-/// In the closed capsule, or beside the notch: how long the first session has been in its state,
-/// and how many there are; for a moment a milestone of Claude's limits in place of both. Seconds
-/// are told only while the mascot moves, by whose steps they are counted; otherwise it is drawn
-/// anew once a minute, and only while it is on screen.
+/// Shows, in the closed capsule or beside the notch, how long the first session has been in its
+/// state and how many sessions there are; for a moment a milestone of Claude's limits replaces
+/// both. Seconds are shown only while the mascot moves, and are updated by its steps; otherwise the
+/// time is updated once a minute, and only while it is on screen.
 class CompactInfoView : public QWidget {
     Q_OBJECT
 
@@ -26,10 +26,10 @@ public:
     /// The mascot must outlive it.
     CompactInfoView(const PanelContext &context, const PixelAnimator &mascot, QWidget *parent);
 
-    /// Takes over what the store and the poller have now.
+    /// Shows what the store and the poller have now.
     void refresh();
 
-    /// What it tells, in words for a screen reader; each empty while there is nothing to tell.
+    /// The content in words for a screen reader; each is empty while there is nothing to tell.
     QString count() const;
     QString time() const;
     QString milestone() const;

@@ -9,15 +9,15 @@ class SessionStore;
 class StateMarkView;
 struct PanelContext;
 
-/// In the closed capsule, or beside the notch: the mascot with the one status of all sessions
-/// together, and the mark of that status.
+/// Shows, in the closed capsule or beside the notch, the mascot in the aggregated state of all
+/// sessions, and the mark of that state.
 class CompactStatusView : public QWidget {
     Q_OBJECT
 
 public:
     CompactStatusView(const PanelContext &context, QWidget *parent);
 
-    /// Takes over what the store has now.
+    /// Shows what the store has now.
     void refresh();
 
     const PixelAnimator &mascot() const { return *m_mascot; }

@@ -8,14 +8,14 @@ class CompactInfoView;
 class CompactStatusView;
 struct PanelContext;
 
-/// What stands in the closed capsule: the mascot, and beside it a time and a count.
+/// The content of the closed capsule: the mascot, and beside it a time and a count.
 class CompactView : public QWidget {
     Q_OBJECT
 
 public:
     CompactView(const PanelContext &context, QWidget *parent);
 
-    /// Takes over what the store has now.
+    /// Shows what the store has now.
     void refresh();
 
     QSize sizeHint() const override;

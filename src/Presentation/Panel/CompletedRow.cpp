@@ -81,8 +81,9 @@ void CompletedRow::outliveEntry() {
     showBadge(std::nullopt);
 }
 
-/// Whether a reply would arrive costs a look at the machine, so it is asked once for each change. A
-/// text in the strip stays there, and with the session that it was typed for.
+/// Checking whether a reply would arrive inspects the running programs, so it happens only when the
+/// session has changed. A strip that holds text stays, with the session for which the text was
+/// typed.
 void CompletedRow::showReply(const std::optional<Session> &session) {
     if (session == m_session) {
         return;

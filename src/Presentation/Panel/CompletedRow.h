@@ -20,25 +20,25 @@ class CompletedRow : public ListRow {
 
 public:
     struct Details {
-        bool showsAgent = false;        ///< whose session it was, where there are several agents
+        bool showsAgent = false;        ///< names the agent, where there are several
         std::optional<int> badge;       ///< the position that a digit key opens, from 0
-        std::optional<Session> session; ///< that the record is of, while it is there
+        std::optional<Session> session; ///< the record's own, while it exists
     };
 
-    /// The context outlives the row, which hands on to it what a person wants.
+    /// The context outlives the row, which reports the person's actions to it.
     CompletedRow(const PanelContext &context, QWidget *parent);
 
-    /// The record as it is to be told now.
+    /// Shows the record with its age at this moment.
     void setRecord(const CompletedRecord &record, const Details &details);
     const CompletedRecord &record() const { return m_record; }
-    /// The position of the digit on show.
+    /// The position whose digit is on show.
     const std::optional<int> &badge() const { return m_badge; }
 
     bool isEditing() const override;
     bool holdsText() const override;
     void abandonEditing() override;
 
-    /// No digit opens it any more.
+    /// Removes the digit: none opens this row any more.
     void outliveEntry() override;
 
 protected:
@@ -55,8 +55,8 @@ private:
     PixelFrameView *m_mark;
     Badge *m_digit;
     TextLabel *m_subtitle;
-    std::optional<Session> m_session; ///< that the strip has last been looked up for
-    ReplyStrip *m_strip = nullptr;    ///< while a reply is offered
+    std::optional<Session> m_session; ///< as of the last decision about the strip
+    ReplyStrip *m_strip = nullptr;    ///< none unless a reply is offered
 };
 
 } // namespace morvane

@@ -18,7 +18,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    double m_share = 0; ///< that is full, 0 to 1
+    double m_share = 0; ///< the full part, 0 to 1
     QColor m_color;
 };
 

@@ -5,8 +5,8 @@
 
 namespace morvane {
 
-/// The whole seconds that are left until a hook is given up. Ticks once a second, only while it is
-/// on screen.
+/// The whole seconds left until a waiting hook expires. Ticks once a second, only while it is on
+/// screen.
 class Countdown : public TextLabel {
     Q_OBJECT
 

@@ -33,7 +33,7 @@ DecideButton::DecideButton(const QString &title, const QColor &tint, QWidget *pa
 
 void DecideButton::setTitle(const QString &title) {
     setText(BoundedText::of(title, BoundedText::lineLength));
-    setShortcut({}); // an ampersand in a program's name makes no key
+    setShortcut({}); // an ampersand in a program's name is no mnemonic
     setAccessibleName(text());
     updateGeometry();
 }

@@ -9,8 +9,8 @@
 
 namespace morvane {
 
-/// A button of a strip: its title, and the digit that presses it where one does. While it waits to
-/// be read it is disabled, and faint.
+/// A button of a strip: its title, and the digit that presses it, if any. It is disabled and faint
+/// until the strip has been shown long enough to be read.
 class DecideButton : public PanelButton {
     Q_OBJECT
 
@@ -19,13 +19,14 @@ public:
 
     void setTitle(const QString &title);
 
-    /// Makes it stand back behind the buttons that decide.
+    /// Makes it less prominent than the buttons that decide.
     void setQuiet();
 
-    /// Puts a small picture right before the title, which may begin with a blank.
+    /// Puts a small picture directly before the title; a blank at the start of the title makes a
+    /// gap.
     void setLeadingImage(SystemImage image) { m_leadingImage = image; }
 
-    /// Puts a small picture behind the title.
+    /// Puts a small picture after the title.
     void setTrailingImage(SystemImage image) { m_trailingImage = image; }
 
     void setShortcutDigit(std::optional<int> digit);

@@ -16,7 +16,7 @@ void EdgeFade::paintEvent(QPaintEvent *) {
     gradient.setColorAt(m_edge == Edge::top ? 0 : 1, Qt::black);
     gradient.setColorAt(m_edge == Edge::top ? 1 : 0, Colors::faded(Qt::black, 0));
     QPainter painter(this);
-    // The panel lets a little of what lies below through, and goes on doing so evenly.
+    // Keeps the panel's alpha, so that it stays evenly translucent.
     painter.setCompositionMode(QPainter::CompositionMode_SourceAtop);
     painter.fillRect(rect(), gradient);
 }

@@ -4,7 +4,7 @@
 
 namespace morvane {
 
-/// Darkens the edge of a list at which it goes on out of sight. Clicks go through it.
+/// Darkens an edge of a list beyond which the list continues. Clicks go through it.
 class EdgeFade : public QWidget {
     Q_OBJECT
 

@@ -31,12 +31,13 @@ constexpr int standardWidth = 520;
 constexpr int attentionWidth = 600;
 constexpr int smallestListLimit = 120;
 constexpr int standardBudget = 480;
-constexpr int inputShare = 3; ///< of the budget: a call that is longer is scrolled
+constexpr int inputShare = 3; ///< divisor of the budget: a taller call is scrolled
 constexpr Seconds contentDuration(0.18);
 constexpr Seconds attentionDuration(0.14);
-constexpr Seconds lookAgain(0.25); ///< at a hand that is busy
+constexpr Seconds lookAgain(0.25); ///< while a person types or holds a button down
 
-/// The row of what has the focus and is hidden; none while it is in sight, or gone with its row.
+/// The row around a hidden focus widget; none if that widget is visible, or if the row is gone as
+/// well.
 ListRow *rowOfHiddenFocus() {
     QWidget *around = QApplication::focusWidget();
     if (around == nullptr || around->isVisible()) {
@@ -60,7 +61,7 @@ ExpandedView::ExpandedView(const PanelContext &context, QWidget *parent)
     connect(qApp, &QApplication::focusChanged, this, &ExpandedView::focusMoved);
 }
 
-/// The focus that is in it moves once more while its widgets go.
+/// While its widgets are destroyed the focus moves once more, and the view must no longer react.
 ExpandedView::~ExpandedView() {
     qApp->disconnect(this);
 }
@@ -83,8 +84,8 @@ int ExpandedView::maxActiveListHeight(int contentHeightBudget, int footerHeight)
     return std::max(smallestListLimit, contentHeightBudget - footer - 2 * panelPadding);
 }
 
-/// A focus that moves meanwhile is followed once the whole list is there, but not away from whoever
-/// has just begun to wait.
+/// If the focus moves meanwhile, the list scrolls to it only when it is complete, and not away from
+/// a prompt to which it has just been scrolled.
 void ExpandedView::refresh() {
     const QPointer<QWidget> focus = QApplication::focusWidget();
     m_isTakingOver = true;
@@ -122,8 +123,8 @@ bool ExpandedView::takeOver() {
     if (width() == wantedWidth()) {
         m_viewport->refresh();
     }
-    // A new size comes in a moment, and until then what is in sight stays there. Asked after the
-    // list has kept its place, for it lays the list out.
+    // If the size is about to change, what is in sight stays there until then. Compared only after
+    // the viewport has kept its place, because `sizeHint` lays the list out.
     if (size() == sizeHint()) {
         place();
     }
@@ -131,14 +132,14 @@ bool ExpandedView::takeOver() {
     return showsCall;
 }
 
-/// Who waits stands at the top, and nothing else may tell of it: the open panel is in the place of
-/// the capsule. But nothing moves away under a hand that types or presses.
+/// A waiting prompt is at the top of the list, and nothing else may announce it: the open panel has
+/// replaced the capsule. But the list never scrolls while a person types or holds a button down.
 bool ExpandedView::showCall() {
     if (!m_owesCall) {
         return false;
     }
     if (m_viewport->rows().isInHand()) {
-        // Of a button that is let go beside itself nothing else tells.
+        // Nothing else tells when a held button is released outside itself.
         m_call = m_context.scheduler.after(lookAgain, [this] { showCall(); });
         return false;
     }
@@ -148,7 +149,7 @@ bool ExpandedView::showCall() {
     return true;
 }
 
-/// Whether other entries are on show, or in another order, than before.
+/// Whether the entries on show, or their order, have changed.
 bool ExpandedView::takeKeys(const QList<RowList::Entry> &next) {
     QStringList keys;
     for (const RowList::Entry &entry : next) {
@@ -157,8 +158,9 @@ bool ExpandedView::takeKeys(const QList<RowList::Entry> &next) {
     return std::exchange(m_keys, keys) != keys;
 }
 
-/// Whether something has come or gone. Rows that only change places, as those of agents at work do
-/// all the time, can't be told to wait for that, or they could hardly be pressed at all.
+/// Whether an entry or a prompt has come or gone. A mere change of order doesn't count: rows of
+/// agents at work change places all the time, and could hardly be pressed if each change held
+/// presses back.
 bool ExpandedView::takeContent() {
     QSet<QString> content(m_keys.cbegin(), m_keys.cend());
     for (const Session &session : m_context.store.activeSessions()) {
@@ -170,7 +172,7 @@ bool ExpandedView::takeContent() {
     return std::exchange(m_content, content) != content;
 }
 
-/// What has no place of its own on the screen yet doesn't come from anywhere.
+/// Nothing moves in a view that isn't on screen yet, as its rows have no earlier places there.
 std::optional<Seconds> ExpandedView::movement(bool attentionChanges, bool contentChanges) const {
     if (!isVisible() || m_context.motion.isReduced() || !(attentionChanges || contentChanges)) {
         return std::nullopt;
@@ -185,7 +187,8 @@ bool ExpandedView::hasBeenRead(const QString &sessionID) const {
     });
 }
 
-/// A digit that was meant for what stood here before opens none of them.
+/// Until the entries have been shown long enough to be read, no digit opens a record, as it may
+/// have been meant for an earlier one.
 void ExpandedView::startReading() {
     m_areRecordsRead = false;
     m_reading.cancel();
@@ -203,7 +206,7 @@ std::optional<CompletedRecord> ExpandedView::recordAt(int digit) const {
     return m_areRecordsRead && row != rows.end() ? std::optional((*row)->record()) : std::nullopt;
 }
 
-/// One timer for all of the records, aimed at the first text that becomes untrue.
+/// One timer for all records, aimed at the first age that changes.
 void ExpandedView::scheduleAges() {
     m_ages.cancel();
     if (!isVisible() || m_needsAttention) {
@@ -251,7 +254,7 @@ void ExpandedView::hideEvent(QHideEvent *event) {
     QWidget::hideEvent(event);
     m_ages.cancel();
     startReading();
-    // A panel opens at its top.
+    // A panel always opens at the top of its list.
     m_viewport->scrollToTop();
 }
 
@@ -297,8 +300,9 @@ void ExpandedView::keyPressEvent(QKeyEvent *event) {
     }
 }
 
-/// Not on the way out, when the list is at its top again already. Qt also asks when the focus goes
-/// with what it is on: then the keys stay in the row, for the next stop may be another session's.
+/// Does nothing while the panel hides, since the list is at its top again already. Qt also calls
+/// this when the focus widget is hidden; the focus then stays in its row, for the next stop may be
+/// another session's.
 bool ExpandedView::focusNextPrevChild(bool next) {
     if (!isVisible()) {
         return false;
@@ -311,7 +315,7 @@ bool ExpandedView::focusNextPrevChild(bool next) {
         .move(next ? FocusOrder::Direction::forward : FocusOrder::Direction::back);
 }
 
-/// The row around it shows it as well.
+/// A row that contains the focus shows it too, and so does its pencil.
 void ExpandedView::focusMoved(const QWidget *from, const QWidget *to) {
     if (m_isTakingOver) {
         return;

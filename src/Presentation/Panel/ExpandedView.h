@@ -16,8 +16,8 @@ struct PanelContext;
 class UsageBars;
 
 /// The open panel: the sessions at work first, then the open ones, then those that have finished;
-/// below them how far the limits are used. Shown by the presenters, which bring it up to date and
-/// then give it the size that it asks for.
+/// below them the usage of the limits. The presenters show it, refresh it, and then give it the
+/// size that it asks for.
 class ExpandedView : public QWidget {
     Q_OBJECT
 
@@ -29,24 +29,25 @@ public:
     /// The height that the panel may take, in points.
     void setContentHeightBudget(int budget);
 
-    /// And the width.
+    /// The width that the panel may take, in points.
     void setContentWidthBudget(int budget);
 
-    /// How high the list may be in a panel of this height with a footer of that height; 0 is none.
+    /// The most that the list may take of this budget, in points, above a footer of this height; a
+    /// height of 0 stands for no footer.
     static int maxActiveListHeight(int contentHeightBudget, int footerHeight);
 
-    /// Takes over what there is to show now.
+    /// Brings everything on show up to date.
     void refresh();
 
-    /// Whether the prompt of this session stands here, as the store has it, and has done so long
+    /// Whether this view shows the prompt that the store has for the session, and has shown it long
     /// enough to be read.
     bool hasBeenRead(const QString &sessionID) const;
 
-    /// The record that shows the digit at this position, from 0; none before everything has stood
-    /// here, in this order, long enough to be read.
+    /// The record with the digit for this position, from 0; none until all entries have been shown,
+    /// in the same order, long enough to be read.
     std::optional<CompletedRecord> recordAt(int digit) const;
 
-    /// Lets the keys begin: at the session that waits for an answer, else at the first row.
+    /// Puts the keyboard focus on the session that waits for an answer, else on the first row.
     void takeFocus();
 
     QSize sizeHint() const override;
@@ -64,7 +65,7 @@ protected:
     bool focusNextPrevChild(bool next) override;
 
 private:
-    /// Both yield whether the list has just been scrolled to whoever waits.
+    /// Both return whether the list has just been scrolled to a waiting prompt.
     bool takeOver();
     bool showCall();
     void focusMoved(const QWidget *from, const QWidget *to);
@@ -78,18 +79,18 @@ private:
 
     const PanelContext &m_context;
     int m_contentHeightBudget = 0;
-    int m_footerHeight = 0; ///< until it is measured
+    int m_footerHeight = 0; ///< 0 until it is measured
     int m_contentWidthBudget;
     bool m_isTakingOver = false;
     bool m_needsAttention = false;
-    bool m_owesCall = false; ///< somebody waits for an answer, and the list hasn't gone there yet
+    bool m_owesCall = false; ///< a prompt waits to which the list hasn't been scrolled yet
     QStringList m_keys;      ///< of the entries on show
-    QSet<QString> m_content; ///< these, and what waits for a person, in whatever order
+    QSet<QString> m_content; ///< these and the waiting prompts, without their order
     ListViewport *m_viewport;
     UsageBars *m_footer;
-    Task m_call;    ///< shows whoever is owed that
+    Task m_call;    ///< tries again to scroll to the waiting prompt
     Task m_ages;    ///< brings the ages of the records up to date
-    Task m_reading; ///< of the records
+    Task m_reading; ///< lets the digits open records, after the reading time
     bool m_areRecordsRead = false;
 };
 

@@ -13,7 +13,7 @@ namespace morvane {
 
 namespace {
 
-constexpr int lineTolerance = 3; ///< in points, between the middles of what stands in one line
+constexpr int lineTolerance = 3; ///< in points, between the vertical middles of stops in one line
 
 bool isStop(const QWidget &widget, const QWidget &parent) {
     return (widget.focusPolicy() & Qt::TabFocus) != 0 && widget.isVisibleTo(&parent) &&
@@ -33,7 +33,7 @@ FocusOrder::FocusOrder(const RowList &rows, const QWidget &footer)
     append(footer);
 }
 
-/// What stands in it, from top to bottom and from left to right.
+/// Appends the stops in a widget, from top to bottom and from left to right.
 void FocusOrder::append(const QWidget &parent) {
     QWidgetList inner = parent.findChildren<QWidget *>();
     inner.removeIf([&](const QWidget *widget) { return !isStop(*widget, parent); });
@@ -44,7 +44,7 @@ void FocusOrder::append(const QWidget &parent) {
     m_stops.append(inner);
 }
 
-/// What has just gone still has its place in the list.
+/// A focus widget in the list that has just ceased to be a stop still counts by its position.
 qsizetype FocusOrder::current() const {
     const QWidget *focus = QApplication::focusWidget();
     const qsizetype known = m_stops.indexOf(focus);
@@ -90,7 +90,7 @@ void FocusOrder::moveInLine(Direction direction) const {
     }
 }
 
-/// As if the whole of the list were in sight above the footer.
+/// The vertical position, as if the whole list were in sight above the footer.
 int FocusOrder::height(const QWidget &widget, const QPoint &point) const {
     return m_rows.isAncestorOf(&widget) ? widget.mapTo(&m_rows, point).y()
                                         : m_rows.height() + widget.mapTo(&m_footer, point).y();

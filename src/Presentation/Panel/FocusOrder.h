@@ -6,21 +6,21 @@ namespace morvane {
 
 class RowList;
 
-/// In which order the keys go through what can be pressed in a list and the footer below it: from
-/// row to row, and in each from the row itself through what stands in it. Made for one step.
+/// The order in which the keyboard focus moves through a list and the footer below it: row by row,
+/// and in each the row itself before the controls in it. Made for one step.
 class FocusOrder {
 public:
     enum class Direction { back = -1, forward = 1 };
 
     FocusOrder(const RowList &rows, const QWidget &footer);
 
-    /// Moves the focus to the next; false when there is none.
+    /// Moves the focus to the next stop, or leaves it at either end; false if there are no stops.
     bool move(Direction direction) const;
 
-    /// Moves it to the first of the next line.
+    /// Moves the focus to the first stop of the next line.
     void moveToLine(Direction direction) const;
 
-    /// Moves it to the next in the same line.
+    /// Moves the focus to the next stop of the same line.
     void moveInLine(Direction direction) const;
 
 private:

@@ -14,7 +14,7 @@ namespace {
 
 using VisibleText::firstCharacter;
 
-constexpr double overlap = 0.35; ///< of a column, that a letter of another font may reach out
+constexpr double overlap = 0.35; ///< of a column, by which a letter of another font may overhang
 
 /// Whether every character takes one column.
 bool isPlain(QStringView text) {
@@ -22,7 +22,7 @@ bool isPlain(QStringView text) {
                                [](QChar unit) { return unit >= u' ' && unit.unicode() < 0x7F; });
 }
 
-/// The widest that one of the usual characters is, which are all alike in a font made for this.
+/// The largest advance of a printable ASCII character; in a fixed-width font they are all equal.
 double widestOf(const QFont &font) {
     const QFontMetricsF metrics(font);
     double widest = 0;
@@ -115,7 +115,7 @@ void InputRows::appendWords(qsizetype line, int width) const {
     const QString &text = m_lines[line].text;
     for (const TextRow &row : textRows(text, m_font, width)) {
         qsizetype length = row.length;
-        // From right to left a blank at the end would stand before the words.
+        // In right-to-left text a blank at the end would be drawn before the words.
         while (length > 0 && text[row.begin + length - 1].isSpace()) {
             --length;
         }

@@ -10,13 +10,13 @@
 
 namespace morvane {
 
-/// How the lines of an input break into rows: in a grid as terminals have it, where each character
-/// takes whole columns; prose at its words. Measures with the font, and keeps what that has told.
+/// Breaks the lines of an input into rows: on a grid, as terminals do, where each character takes
+/// whole columns; prose between words. Measures with the font, and caches the results.
 class InputRows {
 public:
     using Line = ReadableInput::Line;
 
-    /// What of a line fits the width.
+    /// The part of a line that fits the width.
     struct Row {
         qsizetype line = 0;
         qsizetype begin = 0;
@@ -28,12 +28,12 @@ public:
     void setLines(const QList<Line> &lines);
     const QList<Line> &lines() const { return m_lines; }
 
-    /// In rows of this width, in points.
+    /// The rows at this width, in points.
     const QList<Row> &at(int width) const;
 
     double columnWidth() const { return m_columnWidth; } ///< in points
 
-    /// How many units at the beginning of a text take one cell: a character with what stands on it.
+    /// How many code units the first cell of a text takes: a character with its combining marks.
     static qsizetype cellLength(QStringView text);
 
     /// How many columns such a cell takes.
@@ -46,9 +46,9 @@ private:
     QFont m_font;
     double m_columnWidth;
     QList<Line> m_lines;
-    mutable QHash<QString, qsizetype> m_columns; ///< what measuring has told, which is dear
+    mutable QHash<QString, qsizetype> m_columns; ///< a cache: measuring is expensive
     mutable QList<Row> m_rows;
-    mutable std::optional<int> m_width; ///< that they were broken at; none: they have to be anew
+    mutable std::optional<int> m_width; ///< at which `m_rows` were broken; none if outdated
 };
 
 } // namespace morvane

@@ -27,7 +27,7 @@ constexpr double changedGround = 0.1;
 constexpr double thumbWidth = 3;
 constexpr double smallestThumb = 16;
 
-/// Lays out what follows from left to right, each letter where it was sent.
+/// An override that lays out what follows from left to right, in the order in which it was sent.
 constexpr QChar leftToRight(u'\u202d');
 
 QColor colorOf(Sign sign) {
@@ -112,14 +112,14 @@ int InputView::contentHeight(int width) const {
     return static_cast<int>(rows(width).size()) * fontMetrics().lineSpacing() + 2 * padding;
 }
 
-/// Of whole lines, so that it can be told from the last one that there are more.
+/// Limited to whole lines, so that the last one isn't cut in half.
 int InputView::heightForWidth(int width) const {
     const int line = fontMetrics().lineSpacing();
     const int fitting = std::max(1, (m_heightLimit - 2 * padding) / line) * line + 2 * padding;
     return std::min(contentHeight(width), fitting);
 }
 
-/// The width is the strip's, and decides about the height.
+/// The strip decides the width, and the width decides the height.
 QSize InputView::sizeHint() const {
     return {textLeft + padding, fontMetrics().lineSpacing() + 2 * padding};
 }
@@ -168,7 +168,7 @@ void InputView::paint(QPainter &painter, const InputRows::Row &row, int top) con
     }
 }
 
-/// Each cell by itself: what stands beside a letter must neither move nor reshape it.
+/// Draws each cell by itself, so that its neighbours neither move nor reshape a letter.
 void InputView::paintCells(QPainter &painter, QStringView text, int baseline) const {
     double column = 0;
     while (!text.isEmpty()) {
@@ -194,7 +194,7 @@ void InputView::paintWords(QPainter &painter, const InputRows::Row &row, int bas
     painter.setLayoutDirection(Qt::LeftToRight);
 }
 
-/// Shows that there is more, and where; it can't be gripped.
+/// Shows that there is more, and where; it can't be dragged.
 void InputView::paintThumb(QPainter &painter) const {
     const double whole = contentHeight(width());
     if (whole <= height()) {
@@ -213,7 +213,7 @@ bool InputView::isCut() const {
     return contentHeight(width()) > height();
 }
 
-/// False at the end of the way.
+/// False if it is already there, as at either end.
 bool InputView::scrollTo(int offset) {
     const int furthest = std::max(0, contentHeight(width()) - height());
     const int next = std::clamp(offset, 0, furthest);
@@ -230,12 +230,12 @@ void InputView::accessibilityActiveChanged(bool active) {
     updateFocusPolicy();
 }
 
-/// What is seen whole is nothing for the keys to stop at.
+/// The keys skip an input that is in sight as a whole, unless a screen reader is active.
 void InputView::updateFocusPolicy() {
     setFocusPolicy(isCut() || m_isRead ? Qt::TabFocus : Qt::NoFocus);
 }
 
-/// At its ends the arrows lead on to what stands above and below.
+/// At either end the arrow keys lead on to what is above or below.
 void InputView::keyPressEvent(QKeyEvent *event) {
     const int line = fontMetrics().lineSpacing();
     const int page = height() - 2 * padding - line;
@@ -266,8 +266,8 @@ void InputView::keyPressEvent(QKeyEvent *event) {
     event->setAccepted(isDone);
 }
 
-/// The list around it does not move as long as there is something to scroll in here, at the ends
-/// neither: somebody reads.
+/// While this view can scroll, the wheel doesn't scroll the list around it, not even at either end,
+/// because somebody is reading.
 void InputView::wheelEvent(QWheelEvent *event) {
     if (!isCut()) {
         event->ignore();

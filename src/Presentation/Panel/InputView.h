@@ -8,10 +8,10 @@
 
 namespace morvane {
 
-/// Shows what a tool call is given as it will be taken: in a grid as terminals have it, from left
-/// to right whatever the script, with the signs of lines in a column of their own; prose in words
-/// instead, each line in its own direction. What is too long for a row goes on in the next, which
-/// is marked for that; what is too high is scrolled, by the wheel or the keys.
+/// Shows a tool call's input as the tool will take it: on a grid, as terminals have it, from left
+/// to right in every script, with the signs of lines in a column of their own; prose as running
+/// text instead, each line in its own direction. A line that is too long for a row continues in the
+/// next, which is marked; an input that is too tall scrolls, by the wheel or the keys.
 class InputView : public QWidget, private QAccessible::ActivationObserver {
     Q_OBJECT
 
@@ -21,10 +21,10 @@ public:
 
     void setLines(const QList<ReadableInput::Line> &lines);
 
-    /// Such lines as a screen reader reads them.
+    /// The lines as a screen reader reads them.
     static QString spoken(const QList<ReadableInput::Line> &lines);
 
-    /// How high it may become, in points.
+    /// The most height that it takes, in points.
     void setHeightLimit(int limit);
 
     bool hasHeightForWidth() const override { return true; }
@@ -55,7 +55,7 @@ private:
     int m_heightLimit = 0;
     int m_offset = 0; ///< how far it is scrolled
     WheelDistance m_wheel;
-    bool m_isRead = QAccessible::isActive(); ///< by a screen reader
+    bool m_isRead = QAccessible::isActive(); ///< a screen reader is active
 };
 
 } // namespace morvane

@@ -15,7 +15,7 @@ class LimitsPage : public QWidget {
     Q_OBJECT
 
 public:
-    /// Takes the note over.
+    /// Takes ownership of the note.
     LimitsPage(bool showsAlertMarkers, QWidget &note, QWidget *parent);
 
     void setLimits(const QList<UsageLimit> &limits, Date now);
@@ -23,7 +23,7 @@ public:
     /// Shows that there are no figures, and why if that is known.
     void setUnavailable(const std::optional<QString> &reason);
 
-    /// How long it takes until another text has to be told; none while no text has a time in it.
+    /// The time until one of the texts changes; none while no text has a time in it.
     std::optional<Seconds> untilTextsChange(Date now) const;
 
 private:

@@ -71,8 +71,8 @@ void ListRow::followPointer(std::optional<QPoint> pointer) {
     const auto isUnder = [&pointer](const QWidget &widget) {
         return pointer && widget.rect().contains(widget.mapFromGlobal(*pointer));
     };
-    // Qt tells a row that the pointer has left it, but not a button that it hasn't led there
-    // itself.
+    // Qt tells a row that the pointer has left it, but not a button that it has never told of the
+    // pointer's arrival.
     const bool wasUnder = std::exchange(m_wasUnderPointer, isUnder(*this));
     if (!underMouse() && !wasUnder && !m_wasUnderPointer) {
         return;
@@ -95,8 +95,8 @@ QPoint ListRow::firstLine() const {
     return m_nameLine->mapTo(this, m_nameLine->rect().center());
 }
 
-/// A click beside the field closes it, and must not take the person to the terminal as well; nor
-/// must one that just misses a button of the strip.
+/// A click beside an open field only closes the field, and must not take the person to the terminal
+/// as well; nor must a click that just misses a button of the strip.
 bool ListRow::hitButton(const QPoint &position) const {
     const bool isInStrip = strip() != nullptr && position.y() >= strip()->y();
     return !isEditing() && !isInStrip && QAbstractButton::hitButton(position);
@@ -119,7 +119,8 @@ void ListRow::keyPressEvent(QKeyEvent *event) {
     }
 }
 
-/// Keys that nobody has brought here have come from something that can't be pressed any more.
+/// Focus that no person has moved here was passed on by a widget that can't be pressed any more,
+/// and the next key may be meant for that widget.
 void ListRow::focusInEvent(QFocusEvent *event) {
     PanelButton::focusInEvent(event);
     auto *list = qobject_cast<RowList *>(parentWidget());

@@ -16,8 +16,8 @@ class AgentBadge;
 class NameLine;
 struct PanelContext;
 
-/// What the rows of the panel have in common: a click on them, the ground that shows the pointer,
-/// a mark at the left, and beside it a column that begins with a name that can be edited.
+/// The base of the panel's rows: it can be clicked, is highlighted under the pointer, and has a
+/// mark at the left and beside it a column that begins with an editable name.
 class ListRow : public PanelButton {
     Q_OBJECT
 
@@ -25,24 +25,25 @@ public:
     /// Whether a text field is open in the row.
     virtual bool isEditing() const;
 
-    /// Whether a text would be out of sight with the row.
+    /// Whether text that somebody has typed would disappear with the row.
     virtual bool holdsText() const { return isEditing(); }
 
     /// Closes the field; nothing is committed.
     virtual void abandonEditing();
 
-    /// The row is no longer on the list and stays only for its text: it may have changed since.
+    /// Brings a row up to date that has left the list and stays only for its text.
     virtual void outliveEntry() = 0;
 
     /// The line that has the name.
     const QWidget &nameWidget() const;
 
-    /// Tells a row that may have moved where the pointer is on the desktop, or that it is on none
-    /// of the rows. Qt looks for the pointer when that moves, not when a row moves under it.
+    /// Updates the hover state of a row that may have moved, from the position of the pointer on
+    /// the desktop; none if it is on none of the rows. Qt does so only when the pointer moves, not
+    /// when a row moves under it.
     void followPointer(std::optional<QPoint> pointer);
 
-    /// The middle of the row's first line, in its own points: where the row itself is to the keys,
-    /// other than what stands below in it.
+    /// The middle of the row's first line, in its own points: the position of the row itself for
+    /// the keys, as distinct from the controls below.
     QPoint firstLine() const;
 
 protected:
@@ -63,13 +64,13 @@ protected:
     QVBoxLayout &column() const { return *m_column; }
     void addMark(QWidget &mark);
 
-    /// The name of a working directory, which can be changed where that is known.
+    /// Shows the name of a working directory; it can be edited if the directory is known.
     void showName(const QString &name, const QString &cwd);
-    /// Of the name as much as is shown.
+    /// As much of the name as is shown.
     QString name() const;
     void showAgent(std::optional<AgentKind> agent);
 
-    /// What stands at the end of the column to be pressed, if anything does.
+    /// The strip with buttons at the end of the column, if there is one.
     virtual const QWidget *strip() const = 0;
 
     bool hitButton(const QPoint &position) const override;
@@ -86,7 +87,7 @@ private:
     AgentBadge *m_agent;
     QHBoxLayout *m_line;
     QVBoxLayout *m_column;
-    bool m_wasUnderPointer = false; ///< when it was last told where that is
+    bool m_wasUnderPointer = false; ///< at the last `followPointer`
 };
 
 } // namespace morvane

@@ -29,8 +29,8 @@ void ListViewport::refresh() {
     layOut(m_rows->anchor(m_offset));
 }
 
-/// The anchor keeps its distance from what is in sight, so that a list that is scrolled stays put
-/// when something changes above of that.
+/// The anchor keeps its place in the viewport, so that a scrolled list stays put when something
+/// above the anchor changes.
 void ListViewport::layOut(std::optional<qsizetype> anchor) {
     const int before = anchor ? m_rows->top(*anchor) : 0;
     m_whole = m_rows->layOut(width(), m_offset, m_offset + height());
@@ -91,7 +91,7 @@ void ListViewport::reveal(const QWidget &widget) {
     if (shown->height() > height()) {
         shown = &widget;
     }
-    // Where it has to move at all, out of the shade at the edge as well.
+    // If it has to scroll at all, it scrolls clear of the fade as well.
     const int top = shown->mapTo(m_rows, QPoint()).y();
     const int bottom = top + shown->height();
     if (top < m_offset) {

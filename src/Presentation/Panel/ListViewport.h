@@ -12,8 +12,8 @@ class EdgeFade;
 class RowList;
 class Scheduler;
 
-/// Shows as much of a taller list as fits, and scrolls it with the wheel, without any bars: the
-/// list fades out where it goes on. It is laid out at once when its content or the viewport
+/// Shows as much of a taller list as fits, and scrolls it with the wheel. In place of scroll bars
+/// the list fades out where it continues. It is laid out at once when its content or the viewport
 /// changes, not on a later turn of the event loop, so that a frame never shows half of a change.
 class ListViewport : public QWidget {
     Q_OBJECT
@@ -23,24 +23,24 @@ public:
 
     RowList &rows() const { return *m_rows; }
 
-    /// The height at which the list shows whole at this width; for one that is taller than the
-    /// limit it may be a guess.
+    /// The height of the whole list at this width; it may be an estimate if the list is taller than
+    /// the limit.
     int contentHeight(int width, int limit);
 
     /// Lays the list out anew.
     void refresh();
 
-    /// The part in which the list can be read, out of the darker half of the shade at its edges.
+    /// The part in which the list is legible, without the darker half of the fades at its edges.
     QRect legibleRect() const;
 
     void scroll(QWheelEvent &event);
     void scrollToTop();
 
-    /// Up or down by as much as there is in sight.
+    /// Scrolls by nearly as much as is in sight, downwards for positive pages.
     void scrollByPage(int pages);
 
-    /// Scrolls no further than needed to have something of the list in sight: the whole of its row,
-    /// if there is room for that.
+    /// Scrolls no further than it must to bring a widget of the list into sight, with the whole of
+    /// its row if there is room for that.
     void reveal(const QWidget &widget);
 
 signals:

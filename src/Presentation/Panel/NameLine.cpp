@@ -83,7 +83,7 @@ void NameLine::endEditing() {
     m_line->removeWidget(m_field);
     m_name->show();
     m_pencil->setVisible(!m_cwd.isEmpty());
-    // For whoever goes on with the keys.
+    // Keeps the keyboard in this row.
     m_pencil->setFocus();
 }
 

@@ -13,7 +13,7 @@ class TextLabel;
 struct PanelContext;
 
 /// The first line of a row: the name, badges, and the pencil, which turns the name into a text
-/// field. Of the same height with the field as without.
+/// field. Its height is the same with the field as without.
 class NameLine : public QWidget {
     Q_OBJECT
 
@@ -21,20 +21,20 @@ public:
     /// The context outlives the line.
     NameLine(const PanelContext &context, const QColor &color, QWidget &row);
 
-    /// Leaves a field that is open as it is.
+    /// Doesn't touch an open field.
     void setName(const QString &name);
 
-    /// Of it as much as a line shows.
+    /// As much of the name as a line shows.
     QString name() const;
 
-    /// Offers to rename this working directory; nothing for an empty one. A field that is open
-    /// renames the one that it was opened for.
+    /// Offers to rename this working directory, or nothing if it is empty. An open field still
+    /// renames the directory for which it was opened.
     void setRenamable(const QString &cwd);
 
-    /// Puts something behind the name.
+    /// Puts a badge after the name.
     void addBadge(QWidget &badge);
 
-    /// True until the event that has closed the field is over.
+    /// Stays true until the event that has closed the field is over.
     bool isEditing() const { return !m_field.isNull(); }
     void abandonEditing();
 

@@ -26,7 +26,7 @@ OptionButton::OptionButton(const AgentOption &option, const QColor &accent,
                            std::optional<int> shortcutDigit, QWidget *parent)
     : PanelButton(parent), m_accent(accent) {
     setText(VisibleText::paragraph(option.label));
-    setShortcut({}); // an ampersand in what an agent offers makes no key
+    setShortcut({}); // an ampersand in an agent's text is no mnemonic
     setAccessibleName(spokenLabel());
     const QString details = VisibleText::paragraph(option.description.value_or(QString()));
     setAccessibleDescription(BoundedText::of(details, BoundedText::paragraphLength));

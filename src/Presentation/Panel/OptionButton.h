@@ -18,7 +18,7 @@ public:
     OptionButton(const AgentOption &option, const QColor &accent, std::optional<int> shortcutDigit,
                  QWidget *parent);
 
-    /// The label as far as a screen reader is to read it.
+    /// The label, bounded for a screen reader.
     QString spokenLabel() const;
 
 protected:

@@ -18,13 +18,13 @@ void PanelButton::paintFocus(QPainter &painter, double radius) const {
     }
 }
 
-/// The second press of a double click was not meant for what the first has brought here.
+/// The second press of a double click wasn't meant for what the first one has brought up.
 void PanelButton::mouseDoubleClickEvent(QMouseEvent *event) {
     event->accept();
 }
 
-/// A press that is over doesn't come back while the pointer is held down: the button may stand for
-/// something else by then.
+/// A press that has ended early doesn't resume while the pointer is held down: the button may stand
+/// for something else by then.
 void PanelButton::mouseMoveEvent(QMouseEvent *event) {
     if (isDown()) {
         QAbstractButton::mouseMoveEvent(event);
@@ -33,7 +33,7 @@ void PanelButton::mouseMoveEvent(QMouseEvent *event) {
     }
 }
 
-/// The arrows are the panel's, which knows what lies beside what.
+/// Leaves the arrow keys to the panel, which knows what lies beside what.
 void PanelButton::keyPressEvent(QKeyEvent *event) {
     if (auto space = ButtonKeys::asSpace(*event)) {
         QAbstractButton::keyPressEvent(&*space);

@@ -4,15 +4,16 @@
 
 namespace morvane {
 
-/// What can be pressed in the panel, by the pointer or, while the panel has the keyboard, by the
-/// keys. A click doesn't take the focus: only the keys move it.
+/// The base of what can be pressed in the panel, by the pointer or, while the panel has the
+/// keyboard, by the keys. A click doesn't take the focus: only the keys move it.
 class PanelButton : public QAbstractButton {
     Q_OBJECT
 
 protected:
     explicit PanelButton(QWidget *parent);
 
-    /// To be called last by whoever paints one; the ring is there only while the keys act on it.
+    /// Draws the focus ring while the button has the focus. Subclasses call it at the end of
+    /// painting.
     void paintFocus(QPainter &painter, double radius) const;
 
     void mouseDoubleClickEvent(QMouseEvent *event) override;

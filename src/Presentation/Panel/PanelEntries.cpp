@@ -15,7 +15,7 @@ namespace morvane {
 
 namespace {
 
-/// Apart from the sessions, since a record may bear the id of one.
+/// Differs from a session's key, since a record may bear the id of a session.
 QString keyOf(const CompletedRecord &record) {
     return QStringLiteral("record:") + record.id;
 }
@@ -68,8 +68,8 @@ void PanelEntries::appendSessions(Entries &list, const SessionSlice &sessions) c
 
 void PanelEntries::appendRecords(Entries &list, const QString &title, const QColor &color,
                                  QList<CompletedRecord> records) const {
-    // While somebody waits for an answer, the eye belongs to the question. But a text that is being
-    // typed into a row stays there.
+    // While a prompt waits, no records distract from it, but for rows into which somebody is
+    // typing.
     if (m_options.needsAttention) {
         records.removeIf(
             [this](const CompletedRecord &record) { return !m_rows.holdsText(keyOf(record)); });

@@ -13,9 +13,9 @@ namespace morvane {
 struct CompletedRecord;
 struct PanelContext;
 
-/// What the open panel lists, as the store has it at the moment: the sessions at work first, then
-/// the open ones, then those that have finished. Made for one look at the store; the context and
-/// the rows outlive the entries.
+/// The entries of the open panel as the store has them at the moment: the sessions at work first,
+/// then the open ones, then those that have finished. Made for one refresh; the context and the
+/// rows outlive the entries.
 class PanelEntries {
     Q_DECLARE_TR_FUNCTIONS(PanelEntries)
 
@@ -23,7 +23,7 @@ public:
     using Entries = QList<RowList::Entry>;
 
     struct Options {
-        bool needsAttention = false; ///< somebody waits for an answer, which hides the records
+        bool needsAttention = false; ///< a prompt waits, which hides the records
         int inputHeightLimit = 0;    ///< of the view of a call, in points
     };
 

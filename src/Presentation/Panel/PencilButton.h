@@ -4,8 +4,8 @@
 
 namespace morvane {
 
-/// Renames the row in which it stands. It is drawn only while the pointer or the keys are on the
-/// row, but is there at all times, for whoever works the row without either.
+/// Renames the row in which it stands. It is drawn only while the pointer or the focus is on the
+/// row, but can be pressed at other times too, by assistive technology that uses neither.
 class PencilButton : public PanelButton {
     Q_OBJECT
 

@@ -12,7 +12,7 @@ namespace morvane {
 
 namespace {
 
-constexpr qsizetype askedLength = 400; ///< half a minute to listen to, with each choice
+constexpr qsizetype askedLength = 400; ///< takes half a minute to listen to, with each choice
 
 } // namespace
 
@@ -24,7 +24,7 @@ PromptStrip::PromptStrip(Scheduler &scheduler, QWidget *parent)
     m_column->setSpacing(5);
     m_choices->setEnabled(false);
     connect(m_reading, &ReadingTime::changed, this, [this](bool isOver) {
-        // The keys stay in the row, and don't go on to the next.
+        // Keeps the focus in this row instead of letting it go on to the next.
         if (!isOver && containsFocus(*m_choices)) {
             parentWidget()->setFocus();
         }
@@ -40,7 +40,7 @@ void PromptStrip::setInputHeightLimit(int limit) {
     m_input->setHeightLimit(limit);
 }
 
-/// Readers go through a widget's children in the order of their stacking.
+/// Screen readers go through a widget's children in their stacking order.
 void PromptStrip::add(QWidget &part, Qt::Alignment alignment) {
     part.raise();
     m_column->addWidget(&part, 0, alignment);

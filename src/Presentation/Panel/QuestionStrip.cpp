@@ -88,7 +88,7 @@ void QuestionStrip::showQuestion(const AgentQuestion &question, bool showsShortc
     m_question = question;
     m_showsShortcuts = showsShortcuts;
     for (OptionButton *button : std::as_const(m_buttons)) {
-        // Its own click may be what has brought the next question.
+        // The click that has brought the next question may be this button's own.
         button->hide();
         button->deleteLater();
     }

@@ -10,14 +10,14 @@ namespace morvane {
 class OptionButton;
 class TextLabel;
 
-/// Asks the first open question of those that a session waits with.
+/// Asks the first unanswered one of the questions that a session waits with.
 class QuestionStrip : public PromptStrip {
     Q_OBJECT
 
 public:
     QuestionStrip(Scheduler &scheduler, QWidget *parent);
 
-    /// The name is the session's, by which a screen reader tells one strip from another.
+    /// `name` is the session's, so that a screen reader tells the strips apart.
     void setQuestion(const PendingQuestion &pending, const QString &name, bool showsShortcuts);
 
 signals:
@@ -30,11 +30,11 @@ private:
     std::optional<AgentQuestion> m_question;
     bool m_showsShortcuts = false;
     QString m_pendingID;
-    ReadableInput m_rest; ///< of the call that asks
+    ReadableInput m_rest; ///< the call's input besides the questions
     TextLabel *m_header;
     TextLabel *m_position;
     TextLabel *m_text;
-    TextLabel *m_tool; ///< which any answer allows, where that is more than to ask
+    TextLabel *m_tool; ///< names the tool that any answer allows, if it does more than ask
     QList<OptionButton *> m_buttons;
 };
 

@@ -24,7 +24,7 @@ QRect inSight(const QWidget &widget) {
         result &= uncovered.translated(-widget.mapTo(&around, QPoint()));
     };
     for (const QWidget *around = &widget; around != nullptr; around = around->parentWidget()) {
-        // Qt leaves masks out of what it takes for visible.
+        // Qt's visible region takes no account of masks.
         if (!around->mask().isEmpty()) {
             uncover(*around, around->mask().boundingRect());
         }
@@ -38,7 +38,7 @@ QRect inSight(const QWidget &widget) {
     return result;
 }
 
-/// What of that isn't in the dark either.
+/// The part in sight that the fade at the edges of a list doesn't darken.
 QRect legible(const QWidget &widget) {
     QRect result = inSight(widget);
     for (const QWidget *around = &widget; around != nullptr; around = around->parentWidget()) {
@@ -85,8 +85,8 @@ void ReadingTime::stop() {
     }
 }
 
-/// Counted in looks and not by the clock, which may be set, and since what uncovers a widget
-/// (a clip, a mask, the shape of the window around it) need not tell it.
+/// Counts looks instead of reading the clock, which may be set. It has to poll, because what
+/// uncovers a widget (a clip, a mask, the shape of the window around it) need not notify it.
 void ReadingTime::look() {
     const Place now = place();
     m_looks = now == m_place ? m_looks + 1 : 0;
@@ -101,7 +101,8 @@ void ReadingTime::look() {
     }
 }
 
-/// What lay in the dark may come out of that where it stands.
+/// Whether it stopped looking before everything was seen. What a fade covered may become legible
+/// later, without a change of place.
 bool ReadingTime::hasGivenUp() const {
     return !m_isOver && m_looks >= looksNeeded;
 }
@@ -119,7 +120,7 @@ bool ReadingTime::showsName() const {
     return row == nullptr || legible(row->nameWidget()) == row->nameWidget().rect();
 }
 
-/// A widget is told when it moves within its parent, not when that moves.
+/// A widget gets an event when it moves within its parent, not when the parent moves.
 void ReadingTime::watchAncestors() {
     for (QWidget *widget = &m_prompt; widget != nullptr; widget = widget->parentWidget()) {
         widget->installEventFilter(this);

@@ -11,12 +11,12 @@ namespace morvane {
 
 class Scheduler;
 
-/// Says whether something that a person is to answer has stood where it stands, as it stands, for
-/// long enough to be read: 0.7 seconds. A click that was meant for what was there before comes
-/// sooner. Whatever moves the widget, uncovers more of it or changes its size begins the time anew,
-/// and so does its owner when the content changes. It isn't over either before every part of that
-/// content has been in sight, and the name of the row that the widget stands in: it says whose
-/// question it is. Nothing ticks once the time is over.
+/// Tells whether a prompt has been shown unchanged, in the same place, long enough to be read: 0.7
+/// seconds. A click that was meant for what was there before comes sooner. Whatever moves the
+/// widget, resizes it or uncovers more of it restarts the time, and so does its owner when the
+/// content changes. The time isn't over either before every part of that content has been in sight,
+/// and so has the name of the row that the widget is in, which says whose question it is. No timer
+/// runs once the time is over.
 class ReadingTime : public QObject {
     Q_OBJECT
 
@@ -26,14 +26,14 @@ public:
     /// Watches the widget, which owns it.
     ReadingTime(Scheduler &scheduler, QWidget &prompt);
 
-    /// Looks once more before it says yes.
+    /// Checks the place once more before it returns true.
     bool isOver();
 
-    /// The content has changed.
+    /// Forgets what has been seen and restarts the time, because the content has changed.
     void startAnew();
 
 signals:
-    /// It has become over, or is no longer.
+    /// The time is over, or that is no longer so.
     void changed(bool isOver);
 
 protected:
@@ -60,9 +60,9 @@ private:
     Scheduler &m_scheduler;
     QWidget &m_prompt;
     Place m_place;
-    QRegion m_seen; ///< of the widget, since its content has changed
+    QRegion m_seen; ///< parts of the widget, since its content changed
     bool m_hasSeenName = false;
-    int m_looks = 0; ///< in a row that have found it as it was
+    int m_looks = 0; ///< in a row that found the place unchanged
     bool m_isOver = false;
     Task m_nextLook;
 };

@@ -109,7 +109,7 @@ void ReplyStrip::closeField() {
     m_affordance->setFocus();
 }
 
-/// What becomes of it may be told when the strip has gone.
+/// The outcome may arrive when the strip has gone.
 void ReplyStrip::send(const QString &text) {
     m_isSending = true;
     const auto told = [weak = QPointer<ReplyStrip>(this), drafts = QPointer(&m_context.replyDrafts),

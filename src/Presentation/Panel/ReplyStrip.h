@@ -13,9 +13,9 @@ class TextLabel;
 struct PanelContext;
 
 /// Offers to type a line into the terminal of a session that has finished. The field stays open
-/// when it loses the focus: nothing is sent but what somebody has sent. Then it says whether that
-/// went out. What hasn't been sent is offered again on every display while the session is there,
-/// unless somebody has given it up.
+/// when it loses the focus, so that nothing is sent unless the person sends it. Afterwards the
+/// strip says whether the text was sent. A text that wasn't sent is offered again on every display
+/// while the session exists, unless the person has discarded it.
 class ReplyStrip : public QWidget {
     Q_OBJECT
 
@@ -26,13 +26,13 @@ public:
     /// Whether the session is one that can be replied to.
     static bool isOffered(const PanelContext &context, const Session &session);
 
-    /// What is told of a reply is over with the end that it was a reply to.
+    /// When the session has finished once more, the strip drops what it said about an earlier
+    /// reply.
     void setSession(const Session &session);
 
     bool isReplying() const { return !m_field.isNull(); }
 
-    /// Whether a text would be out of sight with the strip: one that is being typed, or hasn't gone
-    /// out.
+    /// Whether text would disappear with the strip: one that is being typed, or hasn't gone out.
     bool holdsText() const;
 
     void abandonReply();

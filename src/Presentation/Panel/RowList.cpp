@@ -115,8 +115,8 @@ void RowList::letGo(const QList<Slot> &before, qsizetype place, bool moves) {
     dismiss(slot, moves);
 }
 
-/// To the next row that stays, to the one before where none follows, or to what has come instead.
-/// Left to Qt, the keys would come to any button.
+/// Passes the focus to the next row that stays, else to the nearest one before it, else to a new
+/// one. Qt would pass it to an arbitrary button.
 void RowList::passFocusOn(const QList<Slot> &before, qsizetype place) {
     QList<Slot> heirs = before.sliced(place + 1);
     std::reverse_copy(before.begin(), before.begin() + place, std::back_inserter(heirs));
@@ -247,7 +247,7 @@ void RowList::place(Slot &slot) const {
         }
         static_cast<QGraphicsOpacityEffect *>(slot.widget->graphicsEffect())->setOpacity(m_share);
     } else if (slot.startHeight < slot.height) {
-        // What has been added to a row comes to light as the rows below make way for it.
+        // What has been added to a row is uncovered as the rows below make way for it.
         slot.widget->setMask(QRect(0, 0, m_width, between(slot.startHeight, slot.height, m_share)));
     }
 }
@@ -268,7 +268,7 @@ QWidgetList RowList::inOrder() const {
     return result;
 }
 
-/// Readers go through a widget's children in the order of their stacking.
+/// Screen readers go through a widget's children in their stacking order.
 void RowList::orderForReaders() {
     const QWidgetList wanted = inOrder();
     QWidgetList present;

@@ -11,18 +11,18 @@
 
 namespace morvane {
 
-/// The list of the panel: headers and rows, one below the other. What stands in it is told by
-/// entries; a widget is made when its entry first comes into sight, so that a long list opens as
-/// quickly as a short one, and stays for as long as its entry does.
+/// The list of the panel: headers and rows, one below the other. Entries say what is in it; the
+/// widget of an entry is made when it first comes into sight, so that a long list opens as quickly
+/// as a short one, and lives as long as its entry.
 ///
-/// A change may move: what is new comes in, what is gone leaves as a picture of itself, and the
-/// rest glides to its new place.
+/// A change may be animated: new rows fade in, removed ones fade out as pictures of themselves, and
+/// the others glide to their new places.
 class RowList : public QWidget, private QAccessible::ActivationObserver {
     Q_OBJECT
 
 public:
     struct Entry {
-        QString key; ///< says which widget of the list before is this entry's
+        QString key; ///< identifies the widget across changes of the list
         /// Brings the widget up to date, or makes it, as a child of the list, when there is none.
         std::function<QWidget *(QWidget *present)> fill;
     };
@@ -30,41 +30,42 @@ public:
     RowList(Scheduler &scheduler, QWidget *parent);
     ~RowList() override;
 
-    /// Takes over what is to be shown, and keeps a row besides for as long as it has a text in it
-    /// that would be out of sight with it. Takes effect with the next `layOut`; with a duration the
-    /// change moves, without one a movement that is under way goes on.
+    /// Replaces the entries, but keeps a row while it holds text that would disappear with it.
+    /// Takes effect with the next `layOut`. With a duration the change is animated; without one, a
+    /// running animation continues.
     void setEntries(const QList<Entry> &entries, std::optional<Seconds> duration);
 
-    /// Places everything at this width, makes what lies between the two heights, and gives the
-    /// height of it all. With a screen reader about everything is made, so that it can be read.
+    /// Lays everything out at this width, makes the widgets between the two vertical positions, and
+    /// returns the height of the whole. While a screen reader is active everything is made, so that
+    /// it can be read.
     int layOut(int width, int from, int to);
 
     /// From now on everything is made, in sight or not.
     void makeAll();
 
-    /// The widgets that are made, from top to bottom.
+    /// The widgets made so far, from top to bottom.
     QWidgetList inOrder() const;
 
-    /// The entry that should stay in sight when others change: the one whose text somebody edits,
-    /// else the first in sight of a list that is scrolled this far; none when that is at its top.
+    /// The entry that should keep its place when others change: the one whose text somebody edits,
+    /// else the first in sight at this scroll offset; none while the list is at its top.
     std::optional<qsizetype> anchor(int offset) const;
     int top(qsizetype entry) const { return m_slots[entry].top; }
 
-    /// Whether the row of this entry has a text in it that would be out of sight with it.
+    /// Whether text would disappear with the row of this entry.
     bool holdsText(const QString &key) const;
 
-    /// Whether a text is open in it, or a button down.
+    /// Whether a text field is open or a button is held down in the list.
     bool isInHand() const;
 
-    /// What somebody is about to press may have made way for something else. Until there has been
-    /// time to see that, the rows take no press; a list that is opened has no such past.
+    /// Makes the rows ignore presses for the reading time, because what somebody is about to press
+    /// may have made way for something else. Does nothing in a list that isn't visible yet.
     void holdPresses();
     bool holdsPresses() const { return m_holdsPresses; }
 
-    /// Lets a movement begin so much lower, when the list is scrolled by as much.
+    /// Moves the start of a running animation down, when the list is scrolled by as much.
     void shiftStart(int distance);
 
-    /// Closes the text field in a row that has no part between the two heights.
+    /// Closes the text fields of rows that are wholly outside these two vertical positions.
     void abandonEditingOutside(int from, int to);
 
     /// Tells the rows where the pointer is.
@@ -89,11 +90,11 @@ private:
         bool isPlaced = false;
         bool isMeasured = false;
         bool isEntering = false;
-        int startTop = 0; ///< where the present movement began
+        int startTop = 0; ///< where the running animation began
         int startHeight = 0;
     };
 
-    /// What has left the list, and can no longer be clicked.
+    /// The picture of a row that has left the list and can no longer be clicked.
     struct Ghost {
         QPixmap picture;
         QPoint position;
@@ -117,11 +118,11 @@ private:
     QList<Slot> m_slots;
     QList<Ghost> m_ghosts;
     Animation m_movement;
-    double m_share = 1; ///< of the movement, eased
+    double m_share = 1; ///< of the animation, eased
     int m_width = 0;
-    bool m_isRead = QAccessible::isActive(); ///< by a screen reader
+    bool m_isRead = QAccessible::isActive(); ///< a screen reader is active
     bool m_makesAll = false;
-    int m_usualHeight; ///< of a row that hasn't been made
+    int m_usualHeight; ///< assumed for a row that hasn't been made
     bool m_holdsPresses = false;
     Task m_release; ///< lets the rows take presses again
 };

@@ -17,7 +17,7 @@ public:
     /// In points.
     void setHeightLimit(int limit) { m_heightLimit = limit; }
 
-    /// Takes over what the store has now.
+    /// Shows what the store has now.
     void showSessions();
 
     QSize sizeHint() const override { return {0, m_height}; }

@@ -25,7 +25,7 @@ private:
     TextLabel *m_name;
     TextLabel *m_model;
     TextLabel *m_context;
-    TextLabel *m_note; ///< where there is no gauge
+    TextLabel *m_note; ///< shown where there is no gauge
     ContextGauge *m_gauge;
 };
 

@@ -9,8 +9,8 @@ class ContextBadge;
 class PermissionModeBadge;
 struct Session;
 
-/// The last line of a row: where the session runs, on which branch, how freely and with how much
-/// context. Hidden while there is nothing to tell.
+/// The line below a row's subtitle: the host app, the branch, the permission mode and the size of
+/// the context. Hidden while there is none of them to show.
 class SessionMetaLine : public QWidget {
     Q_OBJECT
 

@@ -97,8 +97,8 @@ void SessionRow::showStrip(Details details) {
     setAccessibleDescription(prompt != nullptr ? prompt->asked() : QString());
 }
 
-/// What it said is over, and a screen reader reads what is hidden as well. Its own click may be
-/// what has ended it.
+/// Removes a strip whose prompt is over, since a screen reader also reads hidden widgets. Deletes
+/// it later, because its own click may have ended the prompt.
 void SessionRow::retire(QWidget &strip) {
     strip.hide();
     strip.deleteLater();
@@ -130,8 +130,8 @@ void SessionRow::select() {
     }
 }
 
-/// Between a change of the store and the row's next update a press can still come in, and would be
-/// taken for an answer to what nobody has seen yet.
+/// Between a change of the store and the row's next update a press can still come in. It would
+/// answer a prompt that nobody has seen yet.
 bool SessionRow::isUpToDate() const {
     const Session now = context().store.sessions().value(m_session.id);
     return now.pendingApproval == m_session.pendingApproval &&
@@ -144,7 +144,7 @@ bool SessionRow::hasBeenRead() const {
            prompt->hasBeenRead();
 }
 
-// A strip is made where none of its kind is on show: most rows never need one.
+// Strips are made on demand: most rows never need one.
 
 ApprovalStrip &SessionRow::approvalStrip() {
     if (auto *shown = qobject_cast<ApprovalStrip *>(m_strip)) {

@@ -21,25 +21,25 @@ class SessionRow : public ListRow {
 
 public:
     enum class Detail {
-        showsAgent = 1,     ///< whose session it is, where there are several agents
+        showsAgent = 1,     ///< names the agent, where there are several
         showsShortcuts = 2, ///< the digits that press the strip's buttons
     };
     Q_DECLARE_FLAGS(Details, Detail)
 
-    /// The context outlives the row, which hands on to it what a person wants.
+    /// The context outlives the row, which reports the person's actions to it.
     SessionRow(const PanelContext &context, QWidget *parent);
 
     void setSession(const Session &session, Details details);
     const Session &session() const { return m_session; }
 
-    /// It waits for nothing any more.
+    /// Shows the session as the store has it, or as one that has ended and waits for nothing.
     void outliveEntry() override;
 
-    /// How high the view of a call may become, in points.
+    /// The most height that the view of a call takes, in points.
     void setInputHeightLimit(int limit);
 
-    /// Whether the prompt here is still the one that waits, shows the digits that answer it, and
-    /// has stood here long enough to be read.
+    /// Whether the prompt shown here is still the pending one, shows the digits that answer it, and
+    /// has been shown long enough to be read.
     bool hasBeenRead() const;
 
 private:

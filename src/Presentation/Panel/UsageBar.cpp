@@ -33,7 +33,7 @@ constexpr double overOpacity = 0.35;
 constexpr double markerWidth = 1.5;
 constexpr QColor markerColor = Colors::sRgb(0, 0, 0, 0.7);
 constexpr double nominalUntil = 0.84;
-/// How near the pointer has to come to so thin a mark.
+/// How near the pointer has to come to a marker, in points.
 constexpr double markerReach = 4;
 
 QFont labelFont() {
@@ -47,7 +47,7 @@ QPainterPath capsule(const QRectF &rect) {
     return path;
 }
 
-/// Over the whole track, so that the colour that a fill reaches shows its level.
+/// Spans the whole track, so that the colour at the end of a fill shows its level.
 QLinearGradient levels(const QRectF &track, bool showsAlertMarkers) {
     QLinearGradient gradient(track.topLeft(), track.topRight());
     gradient.setColorAt(0, UsageMilestoneStyle::cool);
@@ -114,7 +114,7 @@ QSize UsageBar::sizeHint() const {
     return {percentWidth, fontMetrics().height() + rowGap + static_cast<int>(trackHeight)};
 }
 
-/// The marks are parts of one picture, and each has a help text of its own.
+/// The markers are painted, and each has a help text of its own.
 bool UsageBar::event(QEvent *event) {
     if (event->type() != QEvent::ToolTip || !m_showsAlertMarkers) {
         return QWidget::event(event);

@@ -14,9 +14,9 @@ struct UsageLimit {
     Date readAt;
 };
 
-/// How far one limit is used: its name, when it resets and the percent, above a bar. One whole for
-/// a screen reader. Figures that were read long ago say so, and one whose window is over stands
-/// back, since it isn't true any more.
+/// How far one limit is used: its name, when it resets and the percent, above a bar. A screen
+/// reader reads it as a whole. Old figures say when they were read; a figure whose window is over
+/// is faint, because it doesn't hold any more.
 class UsageBar : public QWidget {
     Q_OBJECT
 
@@ -24,10 +24,10 @@ public:
     /// With markers the bar shows where milestones are, and changes its colour there.
     explicit UsageBar(bool showsAlertMarkers, QWidget *parent);
 
-    /// Shows the limit as it is to be told at this moment.
+    /// Shows the limit with its texts as of this moment.
     void setLimit(const UsageLimit &limit, Date now);
 
-    /// How long it takes until another text has to be told.
+    /// The time until one of its texts changes.
     Seconds untilTextChanges(Date now) const;
 
     QSize sizeHint() const override;

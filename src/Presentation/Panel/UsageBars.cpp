@@ -31,10 +31,10 @@ constexpr int headerGap = 8;
 constexpr int tabGap = 2;
 constexpr int smallSize = 10;
 constexpr QColor dividerColor = Colors::white(0.1);
-constexpr int listShare = 3;  ///< of the panel's height
-constexpr int smallShare = 6; ///< and where the list gives way
+constexpr int listShare = 3;  ///< divisor of the panel's height, for the list
+constexpr int smallShare = 6; ///< the same where the list gives way
 constexpr Seconds shortestInterval(30);
-/// A text is told anew just after it has become another.
+/// Texts are updated this long after they become outdated.
 constexpr Seconds justAfter(0.002);
 
 /// An agent's name for a plan, as a person would write it.
@@ -249,7 +249,7 @@ void UsageBars::showCodex(Date now) {
     m_plan->setVisible(!plan.isEmpty());
 }
 
-/// One timer for all of the texts, aimed at the first that changes.
+/// One timer for all texts, aimed at the first that changes.
 void UsageBars::scheduleTexts(Tab tab, Date now) {
     m_texts.cancel();
     if (!isVisible() || tab == Tab::sessions) {

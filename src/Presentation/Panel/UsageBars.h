@@ -20,8 +20,8 @@ class UsageMilestoneBadge;
 class UsageTabButton;
 
 /// The panel's footer, below a divider: how far the limits of Claude and of Codex are used, and how
-/// full the contexts of the live sessions are, each on a tab of its own. Its texts age by one
-/// timer, only while it is on screen.
+/// full the contexts of the live sessions are, each on a tab of its own. A single timer updates its
+/// texts as they age, only while it is on screen.
 class UsageBars : public QWidget {
     Q_OBJECT
 
@@ -31,19 +31,20 @@ public:
     /// The context must outlive the bars.
     UsageBars(const PanelContext &context, QWidget *parent);
 
-    /// The height of the whole panel, in points, of which a long list takes its share.
+    /// The height of the whole panel, in points; the list of sessions may take a part of it.
     void setContentHeightBudget(int budget);
 
-    /// Whether a list that would become too tall leaves more of that to what stands above.
+    /// Whether the list of sessions takes a smaller part, to leave more to what is above the
+    /// footer.
     void setGivesWay(bool givesWay);
 
-    /// Takes over what there is to show now.
+    /// Brings everything on show up to date.
     void refresh();
 
-    /// The tabs that have something to show, but always one.
+    /// The tabs that have something to show; always at least one.
     QList<Tab> availableTabs() const;
 
-    /// The tab on show: the one that the person has chosen, for as long as it is available.
+    /// The tab on show: the one that the person has chosen, while it is available, else the first.
     Tab current() const;
 
     /// A window's length for a person, in the largest unit that it is whole in: "5h", "1w".
@@ -52,7 +53,7 @@ public:
     QSize sizeHint() const override;
 
 signals:
-    /// Another tab needs another height.
+    /// The person has chosen another tab, which needs another height.
     void contentResized();
 
 protected:

@@ -13,7 +13,7 @@ inline constexpr QColor amber = Colors::sRgb(0.98, 0.74, 0.26);
 inline constexpr QColor orange = Colors::sRgb(1.0, 0.52, 0.24);
 inline constexpr QColor coral = Colors::sRgb(1.0, 0.36, 0.38);
 
-/// Each from the threshold of `UsageMilestone` at the same place.
+/// Each applies from the threshold of `UsageMilestone` at the same index.
 inline constexpr std::array milestoneColors{amber, orange, coral};
 
 /// The colour of this much of a limit, from 0 to 1.

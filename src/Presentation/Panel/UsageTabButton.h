@@ -9,7 +9,7 @@ class UsageTabButton : public PanelButton {
     Q_OBJECT
 
 public:
-    /// The name says more than the title, for those who hear it alone.
+    /// The name is for screen readers, and says more than the title.
     UsageTabButton(const QString &title, const QString &name, QWidget *parent);
 
     QSize sizeHint() const override;
