@@ -7,7 +7,7 @@ namespace morvane {
 
 namespace {
 
-/// A widget that has only not been shown yet takes room as well.
+/// A widget that hasn't been shown yet takes room as well, unless it was hidden explicitly.
 bool takesRoom(const QWidget &widget) {
     return !widget.isHidden() || !widget.testAttribute(Qt::WA_WState_ExplicitShowHide);
 }

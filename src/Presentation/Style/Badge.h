@@ -8,8 +8,8 @@
 
 namespace morvane {
 
-/// A short text on a tinted ground, in a row's meta line. Hidden while it has no text; cut off
-/// where the text is unreasonably long.
+/// A short text on a tinted ground, in a row. Hidden while it has no text; elided if the text is
+/// too wide.
 class Badge : public QLabel {
     Q_OBJECT
 

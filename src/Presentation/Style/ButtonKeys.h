@@ -6,9 +6,9 @@
 
 namespace morvane::ButtonKeys {
 
-/// What a key that presses a button is to it; none of any other key. Return does what Space does:
-/// it presses once it is let go, where a button of Qt's own would do so at once. Where the keyboard
-/// goes to a terminal with that, a Return that is still held would be typed there.
+/// Translates a key that presses a button into Space; none for any other key. Return then acts on
+/// release like Space, while Qt's own buttons act when it goes down: if the button moves the
+/// keyboard to a terminal, a Return that is still held would be typed there.
 inline std::optional<QKeyEvent> asSpace(const QKeyEvent &event) {
     if (event.key() != Qt::Key_Return && event.key() != Qt::Key_Enter &&
         event.key() != Qt::Key_Space) {

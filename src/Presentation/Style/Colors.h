@@ -2,8 +2,7 @@
 
 #include <QColor>
 
-/// The colours of the panel. Everything stands on black, so that most of them are a white that
-/// lets more or less of it through.
+/// The colours of the panel. Its ground is black, so most of them are white at some opacity.
 namespace morvane::Colors {
 
 constexpr QColor sRgb(double red, double green, double blue, double opacity = 1) {
@@ -45,7 +44,7 @@ inline constexpr QColor focusRing = sRgb(0.48, 0.7, 1.0, 0.9);
 inline constexpr QColor fillingContext = sRgb(1.0, 0.78, 0.45);
 inline constexpr QColor tightContext = sRgb(1.0, 0.5, 0.45);
 
-// How much a session asks.
+// How often a session asks for permission.
 inline constexpr QColor neverAsks = sRgb(1.0, 0.45, 0.45);
 inline constexpr QColor asksLess = sRgb(1.0, 0.75, 0.42);
 inline constexpr QColor asksAsUsual = sRgb(0.55, 0.75, 1.0);
@@ -54,16 +53,16 @@ inline constexpr QColor codeGround = white(0.05);
 inline constexpr QColor removedLine = sRgb(1.0, 0.6, 0.58);
 inline constexpr QColor addedLine = sRgb(0.56, 0.86, 0.6);
 
-/// How much of its colour lies below a badge or a button at rest.
+/// Opacity of the tinted ground of a badge or of a button at rest.
 inline constexpr double tintedGround = 0.14;
 
-/// How much of its colour a key has beside what it presses.
+/// Opacity of a shortcut's digit in a button.
 inline constexpr double shortcut = 0.9;
 
-/// How much is left of what can't be pressed yet.
+/// Opacity of what can't be pressed yet.
 inline constexpr double waiting = 0.4;
 
-/// The same colour, letting what lies below through.
+/// The same colour with its opacity multiplied by `opacity`.
 inline QColor faded(QColor color, double opacity) {
     color.setAlphaF(static_cast<float>(color.alphaF() * opacity));
     return color;

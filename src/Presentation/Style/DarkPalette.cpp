@@ -7,7 +7,7 @@ namespace morvane {
 namespace {
 
 constexpr QColor window(28, 28, 30);
-constexpr QColor field(38, 38, 40); // also what menus stand on
+constexpr QColor field(38, 38, 40); // also the ground of menus
 constexpr QColor button(58, 58, 60);
 
 } // namespace
@@ -17,7 +17,7 @@ QPalette darkPalette() {
     result.setColor(QPalette::Base, field);
     result.setColor(QPalette::ToolTipBase, field);
     result.setColor(QPalette::ToolTipText, Colors::primaryText);
-    // Text that is off would be embossed.
+    // Otherwise disabled text would be embossed.
     result.setColor(QPalette::Disabled, QPalette::Light, Qt::transparent);
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
         result.setColor(role, Colors::primaryText);

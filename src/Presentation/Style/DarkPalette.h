@@ -4,7 +4,7 @@
 
 namespace morvane {
 
-/// The colours of menus and windows, which stand beside the black of the panel.
+/// The colours of menus and windows, chosen to go with the black of the panel.
 QPalette darkPalette();
 
 } // namespace morvane

@@ -9,11 +9,11 @@ class QWidget;
 
 namespace morvane {
 
-/// Shows a person who works with the keys what they act on: a ring just within the frame.
+/// Marks what has the keyboard focus with a ring just inside the frame.
 void paintFocusRing(QPainter &painter, const QRectF &frame, double radius,
                     const QColor &color = Colors::focusRing);
 
-/// Whether the keys act on the widget or on something in it.
+/// Whether the widget or something in it has the keyboard focus.
 bool containsFocus(const QWidget &widget);
 
 } // namespace morvane

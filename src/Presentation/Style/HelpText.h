@@ -6,11 +6,11 @@ class QWidget;
 
 namespace morvane {
 
-/// Gives a widget a help text: a tool tip for the eye, a description for a screen reader. The text
-/// is shown as it stands, whatever an agent has put into it. An empty text takes the help away.
+/// Gives a widget a help text: a tool tip, and a description for a screen reader. The text is never
+/// taken for markup, whatever an agent has put into it. An empty text removes the help.
 void setHelpText(QWidget &widget, const QString &text);
 
-/// A tool tip that shows a text as it stands; empty for an empty one.
+/// A tool tip that shows the text literally; empty for an empty text.
 QString helpMarkup(const QString &text);
 
 } // namespace morvane

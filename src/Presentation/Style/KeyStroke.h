@@ -6,28 +6,29 @@
 
 namespace morvane {
 
-/// A key that counts once it is let go. What gives the keyboard back must not do so earlier: the
-/// server repeats a key that is held, and the terminal would take that for one pressed anew.
+/// A key that acts on release. An action that gives the keyboard back must not come earlier: the
+/// display server repeats a held key, and the terminal would take the repetition for a new press.
 class KeyStroke {
 public:
-    /// A repetition begins nothing. X11 tells of none as such, but of those alone whose key went
-    /// down in the same window.
+    /// Ignores a repeated press. On X11 it is marked as repeated only if the key went down in the
+    /// same window.
     void begin(const QKeyEvent &press) {
         if (!press.isAutoRepeat()) {
             m_key = place(press);
         }
     }
 
-    /// Whether it ends the stroke that has begun.
+    /// Whether this release ends the stroke that has begun.
     bool isEndedBy(const QKeyEvent &release) {
         return place(release) == m_key && !release.isAutoRepeat() && std::exchange(m_key, 0) != 0;
     }
 
-    /// Nothing comes of it any more, such as when its release will go elsewhere.
+    /// Drops the stroke, for instance when its release will go to another window.
     void abandon() { m_key = 0; }
 
 private:
-    /// The same until it is let go, where the letter changes with the modifiers that are held.
+    /// The scan code, where there is one: unlike the letter, it stays the same when modifiers
+    /// change while the key is held.
     static quint32 place(const QKeyEvent &event) {
         const quint32 code = event.nativeScanCode();
         return code != 0 ? code : static_cast<quint32>(event.key());

@@ -8,34 +8,34 @@
 
 namespace morvane {
 
-/// What is called otherwise on a Linux desktop than where the texts were first written.
+/// Wording that differs on a Linux desktop from the platform the texts were first written for.
 struct PlatformWords {
     Q_DECLARE_TR_FUNCTIONS(PlatformWords)
 
 public:
-    /// The names of a key and of what is held down with it: "Super+Shift+G".
+    /// The key with its modifiers, for a person: "Super+Shift+G".
     static QString hotKey(const HotKey &key);
 
     /// The same for a menu.
     static QKeySequence keySequence(const HotKey &key);
 
-    /// Why a key doesn't work; empty where it does, or may yet.
+    /// Why a key doesn't work; empty while it works or the desktop hasn't answered yet.
     static QString hotKeyProblem(const HotKey &key, HotKeys::State state);
 
-    /// What to press for the panel, as a sentence has it; empty where no key works. A desktop that
-    /// gives keys away may have given another one.
+    /// The key that opens the panel, worded for a sentence; empty if no key works. With
+    /// `isDesktops` the desktop assigns the keys and may have chosen a different one.
     static QString panelKey(const HotKey &key, HotKeys::State state, bool isDesktops);
 
     /// The keys of one of the digit shortcuts: "⌘1" elsewhere.
     static QString digitShortcut(int digit);
 
-    /// The keys of the first and the last digit that jump somewhere: "⌘1–⌘5" elsewhere.
+    /// The shortcuts from the first to the last digit that jumps: "⌘1–⌘5" elsewhere.
     static QString digitShortcuts(int first, int last);
 
-    // The windows' sentences that name a place of the desktop.
+    // Sentences of the windows that mention parts of the desktop.
 
     static QString everythingStaysHere();
-    /// Where a newcomer finds Morvane: beside the clock elsewhere.
+    /// Where a new user finds Morvane; elsewhere that is beside the clock.
     static QString whereToLook(bool hasTrayIcon);
     /// `panelKey` may be empty.
     static QString openThePanel(const QString &panelKey, bool hasTrayIcon);

@@ -8,7 +8,7 @@ namespace {
 
 constexpr char textProperty[] = "morvaneReadAsText";
 
-/// Whose parts aren't read once more.
+/// Static text that hides its child widgets, so that they aren't read a second time.
 class WholeText : public QAccessibleWidget {
 public:
     explicit WholeText(QWidget *widget) : QAccessibleWidget(widget, QAccessible::StaticText) {}
@@ -26,7 +26,7 @@ QAccessibleInterface *makeText(const QString &, QObject *object) {
 } // namespace
 
 void readAsText(QWidget &widget) {
-    QAccessible::installFactory(&makeText); // again and again is the same as once
+    QAccessible::installFactory(&makeText); // installing it again has no effect
     widget.setProperty(textProperty, true);
 }
 

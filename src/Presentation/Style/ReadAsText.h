@@ -4,9 +4,8 @@ class QWidget;
 
 namespace morvane {
 
-/// Lets a widget that paints its words by itself be read out: to screen readers it is a text then,
-/// and its accessible name is all that they say, whatever parts it has. A widget of no kind is
-/// nothing to read to them.
+/// Makes a widget that paints its own text readable: a screen reader sees static text and reads its
+/// accessible name alone, without its children. It would skip a plain `QWidget`.
 void readAsText(QWidget &widget);
 
 } // namespace morvane

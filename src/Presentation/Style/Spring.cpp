@@ -7,7 +7,8 @@ namespace morvane {
 
 namespace {
 
-/// After this many times the spring's own time a thousandth of the way is left.
+/// After this many time constants a spring with damping up to 1 has at most a thousandth of the way
+/// left.
 constexpr double settled = 9.3;
 
 double frequency(const Spring &spring) {

@@ -4,15 +4,16 @@
 
 namespace morvane {
 
-/// A weight on a damped spring that is let go at rest, as a function of time. A plain value.
+/// A damped spring that is released at rest, as a function of time. A plain value.
 struct Spring {
-    Seconds response; ///< the period that it would swing with if nothing damped it
-    double damping;   ///< above 0; at 1 it doesn't overshoot
+    Seconds response; ///< the period of the oscillation without damping
+    double damping;   ///< the damping ratio, above 0; at 1 it doesn't overshoot
 
-    /// How much of the way is behind it: from 0, maybe a little past 1, to 1 once it has settled.
+    /// The share of the way covered: from 0, perhaps beyond 1 in an overshoot, to 1 once it has
+    /// settled.
     double at(Seconds elapsed) const;
 
-    /// When it has come so close to its rest that nobody sees it move on.
+    /// The time after which nobody can see it move any more.
     Seconds settlingTime() const;
 };
 

@@ -10,7 +10,7 @@ constexpr QColor orange(255, 159, 10);
 constexpr QColor green(48, 209, 88);
 constexpr QColor red(255, 69, 58);
 constexpr QColor blue(10, 132, 255);
-constexpr QColor lightGray(220, 220, 226); // since all of an idle mascot is drawn faint
+constexpr QColor lightGray(220, 220, 226); // light, since every pixel of an idle mascot is faint
 // No desktop tells whether its panel is light or dark; this can be seen on both.
 constexpr QColor gray(142, 142, 147);
 

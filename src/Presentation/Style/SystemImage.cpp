@@ -12,12 +12,12 @@ namespace morvane {
 
 namespace {
 
-/// What a picture is made of: lines of one width, and filled shapes, where what overlaps an even
-/// number of times stays open.
+/// The parts of a picture: lines of one width, and shapes that are filled by the odd-even rule
+/// unless the fill says otherwise.
 struct Drawing {
     QPainterPath lines;
     QPainterPath fill;
-    bool isStraight = false; ///< no line of it bends or leans
+    bool isStraight = false; ///< lines are horizontal or vertical, but for rounded corners
 };
 
 /// A bend of 90 degrees whose arms run exactly along the diagonals.
@@ -31,7 +31,7 @@ Drawing branch(const DeviceCanvas &canvas) {
     const double top = canvas.line(3.5);
     const double bottom = canvas.line(12.5);
     const QPointF fork(canvas.line(11.5), canvas.line(5.5));
-    // A ring needs some room to be one.
+    // A ring as small as this would close up, so it becomes a disc.
     const bool isSmall = canvas.scale(1.9) < 1.5;
     const double radius = isSmall ? 1.4 : canvas.scale(1.9);
     for (const QPointF node : {QPointF(left, top), QPointF(left, bottom), fork}) {
@@ -151,7 +151,7 @@ Drawing ring(const DeviceCanvas &canvas) {
 }
 
 Drawing exclamationCircle(const DeviceCanvas &canvas) {
-    // The mark is on whole pixels, and the ring has it in its middle.
+    // The mark lies on whole pixels, and the ring is centred on the mark.
     Drawing drawing = ring(canvas);
     addExclamation(drawing.fill, canvas, 4.4, 11.8);
     return drawing;
@@ -304,7 +304,7 @@ Drawing drawingOf(SystemImage image, const DeviceCanvas &canvas) {
 void paint(QPainter &painter, SystemImage image, const QRectF &frame, const QColor &color) {
     DeviceCanvas canvas(painter, frame);
     const Drawing drawing = drawingOf(image, canvas);
-    // A pen of one pixel would be drawn in haste, one arm of an angle paler than the other.
+    // Qt's fast path for pens of one pixel leaves one arm of an angle paler than the other.
     QPainterPathStroker stroker;
     stroker.setWidth(drawing.isStraight ? canvas.wholeWidth() : canvas.lineWidth());
     stroker.setCapStyle(Qt::RoundCap);

@@ -23,7 +23,8 @@ bool turnsDirection(QChar character) {
            (character >= u'\u2066' && character <= u'\u2069');
 }
 
-/// That of the paragraph around a place in the text, whichever line of it begins there.
+/// The direction of the paragraph around a position in the text, whichever of its lines begins
+/// there.
 Qt::LayoutDirection directionAt(QStringView text, qsizetype place) {
     const auto begin = text.first(place).lastIndexOf(QChar::LineSeparator) + 1;
     const auto end = text.indexOf(QChar::LineSeparator, place);
@@ -49,8 +50,9 @@ void TextLabel::setColor(const QColor &color) {
     }
 }
 
-/// Names and prompts come from outside. What would break a line of theirs becomes a space, and
-/// what would turn the direction of all that follows it is left out.
+/// Names and prompts come from outside. A newline breaks the line only where there may be
+/// several; any other control character or separator becomes a space, and a character that would
+/// turn the direction of all the text after it is dropped.
 QString TextLabel::printable() const {
     QString result = BoundedText::of(text(), m_maxLines > 0 ? m_maxLines * BoundedText::lineLength
                                                             : BoundedText::paragraphLength);
@@ -120,7 +122,7 @@ QSize TextLabel::minimumSizeHint() const {
 void TextLabel::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setPen(isEnabled() ? m_color : Colors::faded(m_color, Colors::waiting));
-    // By the baseline, which would move with the letters of another font in a box of text.
+    // Positioned by the baseline: in a box of text it would move with letters of another font.
     const QRect area = contentsRect();
     QPoint start(area.left(), area.top() + fontMetrics().ascent());
     const QStringList &texts = lines(area.width());

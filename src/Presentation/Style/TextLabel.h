@@ -6,9 +6,9 @@
 namespace morvane {
 
 /// Plain text in one colour that never asks for more width than there is: it breaks into at most
-/// `maxLines` lines, inside of a word where it has to, and ends in an ellipsis where that isn't
-/// enough. 0 lines are without a limit. It stands at the left; each of its paragraphs reads in the
-/// direction of that one's first letter, however it breaks.
+/// `maxLines` lines, within a word where it must, and ends in an ellipsis if that isn't enough. 0
+/// lines means no limit. Left-aligned unless centred; each paragraph reads in the direction of its
+/// own first letter, however it breaks.
 class TextLabel : public QLabel {
     Q_OBJECT
 
@@ -30,7 +30,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    /// What `lines` has found last: breaking is dear, and is asked for again and again.
+    /// The cached result of `lines`: breaking is expensive and is asked for again and again.
     struct Broken {
         QString text;
         int width = -1;
@@ -44,7 +44,7 @@ private:
     QColor m_color;
     int m_maxLines;
     mutable Broken m_broken;
-    mutable Broken m_measured; ///< as one line
+    mutable Broken m_measured; ///< the width of the whole text in one line
 };
 
 } // namespace morvane

@@ -6,14 +6,14 @@
 
 namespace morvane {
 
-/// What of a text stands in one row.
+/// The part of a text that stands in one row.
 struct TextRow {
     qsizetype begin = 0;
     qsizetype length = 0;
 };
 
-/// Breaks a text at its words, inside of one where it has to, into rows of this width in points.
-/// Of more rows than `most` the rest is left out; 0 is without a limit.
+/// Breaks a text between words, or within a word where it must, into rows of this width in points.
+/// Rows beyond `most` are left out; 0 means no limit.
 QList<TextRow> textRows(const QString &text, const QFont &font, int width, qsizetype most = 0);
 
 } // namespace morvane

@@ -7,7 +7,7 @@ namespace morvane::Typography {
 
 QFont text(int size, QFont::Weight weight = QFont::Normal);
 
-/// For what a program will run: every character as wide as the next.
+/// A fixed-width font, for text that a program will run.
 QFont code(int size);
 
 inline constexpr int nameSize = 13;

@@ -4,11 +4,11 @@
 
 namespace morvane {
 
-/// How far a wheel scrolls what it turns over. What is left of one turn below a point counts with
-/// the next, so that the small steps of a fine wheel add up.
+/// Converts the turns of a wheel into a scroll distance. A fraction of a point carries over to the
+/// next turn, so that the small steps of a high-resolution wheel add up.
 class WheelDistance {
 public:
-    /// In points, upwards above 0; a notch of the wheel is of this height.
+    /// The distance in points, positive upwards; one notch of the wheel is worth `notchHeight`.
     int take(const QWheelEvent &turn, int notchHeight) {
         const QPoint pixels = turn.pixelDelta();
         if (!pixels.isNull()) {
@@ -21,7 +21,7 @@ public:
     }
 
 private:
-    int m_left = 0; ///< in the wheel's units, times points
+    int m_left = 0; ///< the fraction carried over, in the wheel's units times points
 };
 
 } // namespace morvane
