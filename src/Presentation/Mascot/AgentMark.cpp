@@ -30,7 +30,7 @@ QPainterPath leaf(const DeviceCanvas &canvas) {
     return path;
 }
 
-/// Rectangles of the design, each from its left top to its right bottom corner, on whole pixels.
+/// Rectangles in the units of the design, with their edges rounded to whole pixels.
 QPainterPath blocks(const DeviceCanvas &canvas, std::initializer_list<QRectF> rectangles) {
     QPainterPath path;
     path.setFillRule(Qt::WindingFill);

@@ -7,7 +7,7 @@
 class QPainter;
 class QRectF;
 
-/// A plain shape of ours for each agent, and a tint, by which the eye tells their sessions apart.
+/// A simple shape of our own and a tint for each agent, by which their sessions are told apart.
 namespace morvane::AgentMark {
 
 QColor tint(AgentKind agent);

@@ -29,8 +29,8 @@ const PixelFrame &frame() {
     return frame;
 }
 
-/// A mascot at work moves elsewhere; here it needs a mark of its own, to be told from one that
-/// rests by more than its colour.
+/// Elsewhere a working mascot moves. This icon stands still, so it needs a mark that tells working
+/// from idle by more than the colour.
 QStringList markOf(std::optional<SessionState> state) {
     if (state == SessionState::working) {
         return {QStringLiteral("XX..."), QStringLiteral("XXXX."), QStringLiteral("XXXXX"),
@@ -55,7 +55,7 @@ QImage paint(const QColor &color, double pixelsToASquare) {
     return image;
 }
 
-/// As wide as high, as the places for icons are.
+/// Square, like the slots for icons in a tray.
 QImage paintSquare(const QColor &color, std::optional<SessionState> state, int pixelsToASquare) {
     const QImage mascot = paint(color, pixelsToASquare);
     QImage image(mascot.width(), mascot.width(), QImage::Format_ARGB32_Premultiplied);
@@ -65,7 +65,7 @@ QImage paintSquare(const QColor &color, std::optional<SessionState> state, int p
     const QStringList mark = markOf(state);
     if (!mark.isEmpty()) {
         const int corner = image.width() - StateMark::side * pixelsToASquare;
-        // The mascot makes room for it.
+        // Clears a margin around the mark.
         const QRect room(QPoint(corner, corner) - QPoint(pixelsToASquare, pixelsToASquare),
                          image.size());
         painter.setCompositionMode(QPainter::CompositionMode_Clear);

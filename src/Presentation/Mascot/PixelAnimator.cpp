@@ -66,7 +66,7 @@ void PixelAnimator::follow() {
 }
 
 void PixelAnimator::step() {
-    // Scrolled out of sight; the next time it is painted, it is back.
+    // The mascot is scrolled out of sight; its next paint event starts the beat again.
     if (visibleRegion().isEmpty()) {
         m_beat.reset();
         return;

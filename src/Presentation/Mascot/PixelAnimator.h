@@ -11,9 +11,9 @@ namespace morvane {
 
 class MotionPreference;
 
-/// The mascot beside a status. Its pose and colour tell the state, it moves while the state calls
-/// for attention, and a finish blinks for a moment and then rests. Stands still where the person
-/// wants less motion, and keeps no timer while nobody can see it.
+/// The mascot beside a status. Its pose and colour show the state. It moves while the session works
+/// or needs input; when the session is done it blinks for a moment and then rests. Stands still if
+/// the person wants reduced motion, and runs no timer while nobody can see it.
 class PixelAnimator : public PixelFrameView {
     Q_OBJECT
 
@@ -32,11 +32,11 @@ public:
     /// `stateSince` is when the shown state began, where that is known.
     void setMode(Mode mode, std::optional<Date> stateSince);
 
-    /// Whether it wakes the program up again and again at this moment.
+    /// Whether it has a recurring timer at this moment.
     bool isMoving() const { return m_beat.has_value(); }
 
 signals:
-    /// It has moved on, or come to rest.
+    /// It shows its next frame, or has come to rest.
     void stepped();
 
 protected:
@@ -45,7 +45,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    /// A new finish of the same state blinks anew.
+    /// Identifies one finish: a session that finishes again blinks again.
     struct SettleKey {
         Mode mode;
         std::optional<Date> stateSince;

@@ -14,9 +14,10 @@ constexpr int frameSide = 8;
 constexpr double gap = 0.5; // points
 constexpr double faintOpacity = 0.35;
 
-/// The cells in device pixels. Each begins on one, so that the picture isn't blurred; a place that
-/// no whole number of pixels fills is shared out alike to both sides. What a gap takes of a cell is
-/// the same share at every scale, if need be of one pixel's light: the mascot has one weight.
+/// The cells in device pixels. Each begins on a whole pixel, so that the picture isn't blurred, and
+/// a fractional pitch is rounded symmetrically about the middle. The gap takes the same share of a
+/// cell at every scale, if need be a part of one antialiased pixel, so that the mascot always looks
+/// equally heavy.
 class DeviceGrid {
 public:
     /// The side of a cell, gap included, and which share of that is filled.
@@ -74,7 +75,7 @@ bool PixelFrameView::isLit(int row, int column) const {
            column < m_frame.rows[row].size() && m_frame.rows[row][column] != u'.';
 }
 
-/// One device pixel wide, within the cell, where no other cell is beside it.
+/// Draws an edge one device pixel wide, inside the cell, where no other cell is beside it.
 void PixelFrameView::paintEdges(QPainter &painter, int row, int column,
                                 const QRectF &filled) const {
     const auto edge = [&](bool isOpen, const QRectF &line) {

@@ -20,8 +20,8 @@ public:
     const PixelFrame &frame() const { return m_frame; }
     const QColor &color() const { return m_color; }
 
-    /// Whether what is faint has an edge in the full colour, by which a picture is found that
-    /// doesn't move.
+    /// Whether faint pixels get an edge in the full colour, so that a still picture isn't
+    /// overlooked.
     void setOutlined(bool outlined);
 
     QSize sizeHint() const override;

@@ -13,14 +13,14 @@ namespace morvane {
 
 /// How the mascot shows a state: by its frames, their pace and its colour. A plain value.
 struct PixelSequence {
-    QList<PixelFrame> frames;              ///< one alone stands still
+    QList<PixelFrame> frames;              ///< a single one stands still
     std::chrono::milliseconds interval{0}; ///< how long each is shown
     QColor color;
 
-    /// No state looks like an idle one.
+    /// Without a state the mascot looks idle.
     static PixelSequence of(std::optional<SessionState> state);
 
-    /// What stays when the mascot has come to rest.
+    /// The single frame that remains when the mascot has come to rest.
     static PixelSequence atRest(std::optional<SessionState> state);
 };
 

@@ -6,8 +6,8 @@ namespace morvane {
 
 namespace {
 
-/// How far past the turn of a step a tick is aimed: the clock may be set slower while it waits, and
-/// a tick that came too early would need another one.
+/// Ticks aim this far past the start of a step: the clock may be slowed down while they wait, and a
+/// tick that came too early would need another one.
 constexpr std::chrono::milliseconds beatMargin(1);
 
 } // namespace
@@ -35,7 +35,7 @@ void PixelTimeline::advance(Interval interval) {
     for (auto next = followers.begin(); next != followers.end();) {
         const auto [follower, action] = *next;
         action();
-        // It may have dropped any of them.
+        // The action may have removed any follower.
         next = followers.upper_bound(follower);
     }
 }

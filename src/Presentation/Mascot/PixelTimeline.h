@@ -9,23 +9,22 @@
 
 namespace morvane {
 
-/// The beat to which all mascots move. The steps of an interval lie on one grid of the wall clock,
-/// so that mascots of one state are in step with each other however many panels they are in, and
-/// one wake-up moves them all. Nothing ticks while nobody follows. Outlives its followers. Main
-/// thread.
+/// The common beat of all mascots. The steps of an interval are aligned to the wall clock, so that
+/// mascots in the same state move together, however many panels they are in, on a single wake-up.
+/// No timer runs without followers. Outlives its followers. Main thread.
 class PixelTimeline {
 public:
     using Interval = std::chrono::milliseconds;
 
     explicit PixelTimeline(Scheduler &scheduler) : m_scheduler(scheduler) {}
 
-    /// The number of the interval's step that the present moment is in.
+    /// The index of the interval's current step, counted from the epoch.
     std::int64_t step(Interval interval) const {
         return m_scheduler.now().time_since_epoch() / interval;
     }
 
-    /// Runs the action at each new step, until the task is dropped; the action may drop it, or
-    /// any other.
+    /// Runs the action at each new step, until the task is destroyed; the action may destroy its
+    /// own task or any other.
     [[nodiscard]] Task follow(Interval interval, std::function<void()> action);
 
 private:

@@ -7,18 +7,18 @@
 
 #include <optional>
 
-/// The sign that tells apart by its shape alone what calls for a person: an exclamation mark where
-/// one is asked, a cross where something failed, a tick where it is done. Pure functions.
+/// A sign that identifies a state by its shape alone: an exclamation mark for needed input, a cross
+/// for a failure, a tick for done. Pure functions.
 namespace morvane::StateMark {
 
-/// How many squares each sign has on either side.
+/// The number of squares along each side of a sign.
 inline constexpr int side = 5;
 
-/// Its squares, a row a line, "X" for one that is full; none for a state that asks for nothing.
+/// The rows of the sign, with "X" for a filled square; none for a state without a sign.
 QStringList rows(std::optional<SessionState> state);
 
-/// All squares of such rows as one shape, a square one unit wide, so that there is no seam between
-/// two that share a pixel.
+/// All squares of such rows as one shape, each one unit wide. A single shape leaves no seam where
+/// two squares share a pixel.
 QPainterPath shape(const QStringList &rows);
 
 } // namespace morvane::StateMark

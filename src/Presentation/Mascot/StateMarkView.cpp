@@ -33,7 +33,7 @@ QSize StateMarkView::sizeHint() const {
     return {side, side};
 }
 
-/// Whole device pixels to a square: it is there to be recognised by its shape.
+/// Scales each square to whole device pixels, since the mark is recognised by its shape.
 void StateMarkView::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     const QTransform toDevice = painter.deviceTransform();

@@ -8,7 +8,8 @@
 
 namespace morvane {
 
-/// The mark of a state beside the mascot, in its colour; takes no room for a state without one.
+/// The mark of a state, in the state's colour, beside the mascot; hidden for a state without a
+/// mark.
 class StateMarkView : public QWidget {
     Q_OBJECT
 
