@@ -30,8 +30,8 @@ std::vector<const AgentAdapter *> agentsWhere(const auto &predicate) {
 
 constexpr QLatin1String scriptFolderName("~/.morvane");
 
-/// Why nobody can tell what is in the settings of an agent that doesn't look connected; none where
-/// it can be told, and where they don't even name `mark`.
+/// Why the settings of an agent that doesn't look connected can't be read or understood. None where
+/// they can, where there is no file, and where the text doesn't contain `mark`.
 std::optional<QString> whyUnknownIn(const AgentAdapter &adapter, const Health &health,
                                     const QByteArray &mark = {}) {
     const QString path = adapter.integrationPath();
@@ -50,8 +50,8 @@ std::optional<QString> whyUnknownIn(const AgentAdapter &adapter, const Health &h
                : std::nullopt;
 }
 
-/// What a person is told once settings that couldn't be understood have made way, which held
-/// `before`; none where they haven't.
+/// The notice that settings which couldn't be understood, and held `before`, have been replaced;
+/// none where they haven't.
 std::optional<QString> replacementOf(const QString &path, const QByteArray &before) {
     const AgentSettingsFile file(path);
     const auto copy = file.unreadablePath(before);
@@ -103,8 +103,8 @@ std::optional<QString> AgentConnections::notice() const {
     return m_outcome ? m_outcome : m_lastError ? m_lastError : m_lastingError;
 }
 
-/// That no release can be read says nothing of what is installed: a program that was started at
-/// login may not have the PATH of a shell. So the form that our entries have stays.
+/// Where no release can be found, our entries keep their present form: a program started at login
+/// may lack the PATH of a shell, and so miss an agent that is installed.
 const AgentAdapter &AgentConnections::installedForm(AgentKind kind) const {
     const auto release = m_programs.installed(kind);
     const AgentAdapter &form = AgentRegistry::adapter(kind, release);
@@ -200,7 +200,7 @@ void AgentConnections::perform(const AgentAdapter &form, const QString &failed,
     const QString why = whyUnknown(kind);
     const auto changed = change(form, operation);
     refreshStatus();
-    // Nothing was there to be done, as far as anybody can tell.
+    // The settings still aren't understood, so nobody can tell whether anything was left to do.
     if (changed && !why.isEmpty() && why == whyUnknown(kind)) {
         m_outcome = why;
     }
@@ -329,7 +329,7 @@ QStringList AgentConnections::removeAll() {
             report << couldNotRemove(name, *why);
         }
     }
-    // Hooks that had to stay find no script then, and their agent goes on without it.
+    // Hooks that couldn't be removed now find no script, and their agent goes on without it.
     if (const auto item = removeScriptFolder()) {
         report << *item;
     }

@@ -21,9 +21,9 @@ class AgentAdapter;
 class HookInstaller;
 class MorvaneSettings;
 
-/// The agents of this machine and our hooks in them: what is connected, what can be, and how that
-/// is changed. Owned by `AppController`; main thread. Reads and writes small files where it is
-/// called.
+/// The agents on this machine and our hooks in them: which are connected, which can be, and the
+/// actions that change that. Owned by `AppController`; main thread. Reads and writes small files
+/// synchronously.
 class AgentConnections : public QObject {
     Q_OBJECT
 
@@ -35,19 +35,19 @@ public:
     const std::optional<QString> &lastError() const { return m_lastError; }
     void setLastError(const std::optional<QString> &error);
 
-    /// The last error, and one that nothing mends before the next start.
+    /// Sets the last error, and keeps it as one that lasts until the next start.
     void setLastingError(const QString &error);
 
-    /// What there is to tell a person: what the last change has made of settings that couldn't be
-    /// understood, or the last failure, or else one that lasts.
+    /// What to tell a person: what became of settings that couldn't be understood in the last
+    /// change, else the last failure, else the lasting one.
     std::optional<QString> notice() const;
 
-    // As of `refreshStatus`.
+    // These are as of the last `refreshStatus`.
 
     const QSet<AgentKind> &installedAgents() const { return m_installedAgents; }
 
-    /// True when each of `mutableAgents`, of which there is one at least, has its own notifications
-    /// turned off.
+    /// True when there is at least one of `mutableAgents` and all of them have their own
+    /// notifications turned off.
     bool notificationsSuppressed() const { return m_notificationsSuppressed; }
 
     /// The agents whose status line another tool has set.
@@ -57,8 +57,8 @@ public:
 
     Health health(AgentKind kind) const { return m_health.value(kind); }
 
-    /// Why nobody can tell what is in the settings of an agent that doesn't look connected; empty
-    /// where it can be told.
+    /// Why the settings of an agent that doesn't look connected can't be read or understood; empty
+    /// otherwise.
     QString whyUnknown(AgentKind kind) const { return m_whyUnknown.value(kind); }
 
     void refreshStatus();
@@ -72,21 +72,21 @@ public:
     /// True when the panel could answer anything at all.
     bool hasDecidableAgent() const;
 
-    // Actions. What fails goes into `lastError`; each refreshes the status.
+    // Actions. Those up to `renewDecidable` put a failure into `lastError` and refresh the status.
 
     void installHooks(AgentKind kind);
     void uninstallHooks(AgentKind kind);
-    /// Whichever of the two changes something.
+    /// Disconnects a connected agent, and connects any other.
     void toggleHooks(AgentKind kind);
     void repairHooks(AgentKind kind);
     void setNotificationsSuppressed(bool suppressed);
 
-    /// Hooks that wait and hooks that don't differ, so the hooks of agents that can be answered are
-    /// written anew when approvals are turned on or off. A failure turns them off.
+    /// Rewrites the hooks of agents that can be answered, after approvals were turned on or off: a
+    /// hook that waits has another entry than one that doesn't. A failure turns approvals off.
     void renewDecidable();
 
-    /// At every start, since what the agents call carries the port and the token. A failure here is
-    /// no reason not to start: agents that reach nobody go on as if there were no hook.
+    /// To be called at every start, since what agents run carries the port and the token. Failures
+    /// are ignored: an agent whose hook reaches nobody goes on as if there were no hook.
     void renew();
 
     /// Looks for agents that were never offered before, now and every half an hour.
@@ -96,32 +96,32 @@ public:
     void markAllPresentAgentsKnown();
 
     /// Disconnects every agent, gives it back its own notifications where we have switched them
-    /// off, and removes our scripts. Yields what was removed and what could not be, an item each.
+    /// off, and removes our scripts. Returns an item for each that was removed or couldn't be.
     QStringList removeAll();
 
-    /// The item for what could not be removed, and why, where that is known.
+    /// The item for a thing that couldn't be removed, and why, where that is known.
     static QString couldNotRemove(const QString &what, const QString &why = {});
 
 signals:
-    /// Or the notice.
+    /// The last error or the notice may have changed.
     void lastErrorChanged();
     void statusChanged();
 
-    /// Agents have appeared on this machine. Each is told once, and counts as offered then; while
-    /// nobody is connected none is.
+    /// Agents have appeared on this machine. Each is reported once and counts as offered from then
+    /// on; while nobody is connected to this signal, none is.
     void newAgentsDetected(const std::vector<morvane::AgentKind> &kinds);
 
 private:
-    /// Any form will do to find ours, and to take it out; what is written takes the right one.
+    /// Any form can find and remove our hooks; writing takes that of the installed release.
     std::unique_ptr<HookInstaller> makeInstaller(const AgentAdapter &form) const;
     /// For the release of the agent that is installed. May read the agent's settings.
     std::unique_ptr<HookInstaller> makeInstaller(AgentKind kind) const;
     const AgentAdapter &installedForm(AgentKind kind) const;
     std::vector<const AgentAdapter *> connectedAgents() const;
-    /// `failed` is the sentence for a failure, of the agent's name and the reason.
+    /// `failed` is the sentence for a failure, with places for the agent's name and the reason.
     void perform(const AgentAdapter &form, const QString &failed,
                  Result<void> (HookInstaller::*operation)() const);
-    /// Keeps what there is to tell of settings that have made way.
+    /// Keeps a notice where `operation` replaces settings that couldn't be understood.
     Result<void> change(const AgentAdapter &form,
                         const std::function<Result<void>(const HookInstaller &)> &operation);
     void scheduleNewAgentCheck();

@@ -27,7 +27,7 @@ std::optional<json> AgentJsonFile::origin() const {
     return origin ? std::optional(rootOf(origin->bytes).value_or(json::object())) : std::nullopt;
 }
 
-/// The root of what was read, or of what is there a moment later, which `content` is then.
+/// The root of `content`, which is read again where it can't be understood.
 std::optional<json> AgentJsonFile::root(std::optional<QByteArray> &content) const {
     auto root = rootOf(content);
     auto later = content && !root ? m_file.readAgain() : std::nullopt;
@@ -71,9 +71,9 @@ AgentJsonFile::Changed AgentJsonFile::changed(const std::optional<QByteArray> &c
     return change;
 }
 
-/// A change with its content still to come, unless it brings the origin back. Comments, order and
-/// layout are a person's as well, so only a text that is ours to the last byte counts as one that
-/// nobody else has changed.
+/// The change without its content, unless it restores the origin. Comments, order and layout belong
+/// to the person as well, so only a text that is byte for byte the one we write counts as unchanged
+/// by others.
 AgentSettingsChange AgentJsonFile::sinceOrigin(const std::optional<QByteArray> &content,
                                                const json &before, const json &after) const {
     using enum AgentSettingsChange::Origin;
@@ -81,7 +81,7 @@ AgentSettingsChange AgentJsonFile::sinceOrigin(const std::optional<QByteArray> &
     const bool isOurText = origin && *content == LenientJson::write(before);
     const json first = isOurText ? rootOf(origin->bytes).value_or(json::object()) : json();
     const bool isOfOrigin = isOurText && m_ours.others(before) == m_ours.others(first);
-    // What is nothing but ours needs no backup, which would only keep our folder from going.
+    // A file of ours alone needs no backup, which would only keep our folder from being removed.
     AgentSettingsChange change{.backsUp = !isOfOrigin || origin->bytes};
     if (isOfOrigin && !m_ours.isInstalled(after) &&
         (after == first || after == m_ours.roundTrip(first))) {
@@ -89,7 +89,7 @@ AgentSettingsChange AgentJsonFile::sinceOrigin(const std::optional<QByteArray> &
         change.origin = returned;
     } else if (!isOfOrigin && !m_ours.isInstalled(before) &&
                !(isOurText && m_ours.roundTrip(before) == before)) {
-        // What we would leave just so needs no origin, and the one there may hold comments.
+        // A text that our round trip restores needs no copy, and the kept one may hold comments.
         change.origin = taken;
     }
     return change;

@@ -9,21 +9,21 @@
 
 namespace morvane {
 
-/// What of a JSON settings file is ours, as pure functions over its root.
+/// Which part of a JSON settings file is ours, as pure functions over its root.
 struct OurJson {
     std::function<bool(const nlohmann::json &root)> isInstalled;
 
-    /// What our coming and going leaves of a root.
+    /// The root after an install and an uninstall of ours.
     std::function<nlohmann::json(nlohmann::json root)> roundTrip;
 
-    /// `roundTrip`, and without what else we may have set in it.
+    /// The result of `roundTrip`, also without any other setting that we may have changed.
     std::function<nlohmann::json(nlohmann::json root)> others;
 };
 
-/// An agent's JSON settings file as a tree. What it held before our first write comes back, byte
-/// for byte, with the edit after which nothing of ours is left, if nobody else has changed anything
-/// since. A file that can't be understood is looked at a second time, as
-/// `AgentSettingsFile::readAgain` tells. Synchronous; any thread, but no two on one file.
+/// An agent's JSON settings file as a tree. The edit that removes the last of ours restores, byte
+/// for byte, what the file held before our first write, if nobody else has changed it since. A file
+/// that can't be understood is read a second time, by `AgentSettingsFile::readAgain`. Synchronous;
+/// any thread, but no two on one file.
 class AgentJsonFile {
     Q_DECLARE_TR_FUNCTIONS(AgentJsonFile)
 
@@ -31,22 +31,22 @@ public:
     AgentJsonFile(AgentSettingsFile file, OurJson ours)
         : m_file(std::move(file)), m_ours(std::move(ours)) {}
 
-    /// The root object; none where the file can't be read, is no JSON or has another root. Nor is
-    /// there one, and nothing is parsed, where `name` stands nowhere in the text.
+    /// The root object; none where the file can't be read, isn't JSON or has a root of another
+    /// type. A file whose text doesn't contain `name` isn't parsed and yields none either.
     std::optional<nlohmann::json> read(QByteArrayView name = {}) const;
 
     /// What the root was before our first write, as far as that is known. Empty where there was no
     /// file, or one that couldn't be understood.
     std::optional<nlohmann::json> origin() const;
 
-    /// Changes the root; false leaves the file alone, and so does a change that changes nothing.
+    /// Changes the root. The file is left alone when this returns false or changes nothing.
     using Edit = std::function<bool(nlohmann::json &root)>;
 
     /// Rewrites the file. One that can't be understood is left alone.
     Result<void> edit(const Edit &edit) const;
 
-    /// Rewrites the file, or makes one. One that can't be understood makes way for a new one, and
-    /// is kept beside it.
+    /// Rewrites the file, or creates it. One that can't be understood is replaced, and a copy of it
+    /// kept beside it.
     Result<void> editOrCreate(const Edit &edit) const;
 
 private:

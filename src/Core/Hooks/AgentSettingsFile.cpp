@@ -69,7 +69,7 @@ bool AgentSettingsFile::isFile() const {
     return status && S_ISREG(status->st_mode);
 }
 
-/// What is in a file that can't be read may be ours as well: it is not one without any of it.
+/// An unreadable file may hold entries of ours, so this fails instead of treating it as missing.
 Result<void> AgentSettingsFile::rewrite(const Edit &edit) const {
     for (int attempt = 0; attempt < mostAttempts; ++attempt) {
         const std::optional<QByteArray> before = read();
@@ -149,7 +149,7 @@ std::optional<QString> AgentSettingsFile::unreadablePath(const QByteArray &conte
     return std::nullopt;
 }
 
-/// For each copy that makes way.
+/// Saves the comments of each copy that is about to be overwritten.
 Result<void> AgentSettingsFile::rescueComments(const std::optional<QByteArray> &before,
                                                const AgentSettingsChange &change) const {
     const bool isFirst = change.origin == AgentSettingsChange::Origin::taken;
@@ -165,7 +165,7 @@ Result<void> AgentSettingsFile::rescueComments(const std::optional<QByteArray> &
     return rescued;
 }
 
-/// None may be missing when the file changes.
+/// Every copy must exist before the file changes.
 Result<void> AgentSettingsFile::keepCopies(const QString &target,
                                            const std::optional<QByteArray> &before,
                                            const AgentSettingsChange &change) const {
@@ -217,8 +217,8 @@ AgentSettingsFile::put(const QString &target, const std::optional<QByteArray> &b
     return readBack(target, before, content);
 }
 
-/// What the agent has written in the meantime counts. What can't be read at all makes way for what
-/// was there before.
+/// What the agent has written in the meantime wins. A file that can't be read at all is replaced by
+/// what was there before.
 Result<AgentSettingsFile::Outcome>
 AgentSettingsFile::readBack(const QString &target, const std::optional<QByteArray> &before,
                             const std::optional<QByteArray> &content) const {

@@ -52,9 +52,9 @@ std::optional<QByteArray> builtIn(const QString &path) {
     return resource.isValid() ? std::optional(resource.uncompressedData()) : std::nullopt;
 }
 
-/// Each with its processor's name. Written only where it differs: every rewrite would throw away
-/// what the system keeps of it in memory. A program for a processor that has none brings none. Qt
-/// would filter names by regular expressions, the first of which takes half a megabyte.
+/// Clients are named after their processor. Written only where one differs: a rewrite would drop it
+/// from the page cache. A build for a processor without a client contains none. Qt would filter
+/// names by regular expressions, the first of which takes half a megabyte.
 Result<void> writeClients() {
     const QDir clients(templates);
     for (const QString &name : clients.entryList()) {
@@ -64,7 +64,7 @@ Result<void> writeClients() {
         const QByteArray client = builtIn(clients.filePath(name)).value_or(QByteArray());
         const auto written = RegularFile::whole(pathOf(name));
         const QFileInfo present(pathOf(name));
-        // A clock that was set back since would make every script newer than its client.
+        // If the clock was set back since, the client would stay newer than every script.
         const bool isCurrent = written && *written == client && isExecutable(name) &&
                                !present.isSymbolicLink() &&
                                present.lastModified() <= QDateTime::currentDateTime();

@@ -24,7 +24,7 @@ public:
     static bool isHookScriptExecutable();
     static bool isStatusLineScriptExecutable();
 
-    /// Writes `hook.sh`, and the client beside it where this machine's processor has one.
+    /// Writes `hook.sh`, and the client beside it where there is one for this machine's processor.
     Result<void> writeHookScript() const;
 
     /// Writes `statusline.sh`.

@@ -5,17 +5,17 @@
 
 namespace morvane {
 
-/// How it stands with the feed from an agent's status line.
+/// The state of the feed from an agent's status line.
 enum class StatusLineHealth {
     notApplicable, ///< the agent has no such feed
     connected,
-    scriptMissing, ///< the setting is ours, the script that it names can't be run
-    ownedByOther,  ///< another tool's, which is no fault
+    scriptMissing, ///< the setting is ours, but its script can't be run
+    ownedByOther,  ///< the status line is another tool's, which is no fault
     absent,
 };
 
-/// How it stands with the connection of one agent, as its files were when it was asked for. An
-/// agent that isn't connected is healthy, unless its settings can't be read.
+/// The state of one agent's connection, from its files at the time of asking. An agent that isn't
+/// connected is healthy, unless its settings can't be read.
 struct Health {
     Q_DECLARE_TR_FUNCTIONS(Health)
 
@@ -26,15 +26,15 @@ public:
     bool scriptExecutable = true;
     StatusLineHealth statusLine = StatusLineHealth::notApplicable;
 
-    /// The agent runs none of our hooks that are new to it before its person has agreed to them.
-    /// Nothing that a repair could mend.
+    /// The agent doesn't run our new hooks until its person has agreed to them. A repair can't
+    /// change that.
     bool awaitsReview = false;
 
-    /// The agent runs no hooks at all, since its person has switched them off in the settings that
-    /// they stand in. Nothing that a repair would touch.
+    /// The agent runs no hooks at all: its person has switched them off in the settings file that
+    /// holds them. A repair leaves that as it is.
     bool hooksSwitchedOff = false;
 
-    /// The agent's own desktop notifications are off, be it connected or not. No fault either.
+    /// The agent's own desktop notifications are off, connected or not. This is no fault either.
     bool notificationsSuppressed = false;
 
     /// What is wrong, a phrase each, for a person.

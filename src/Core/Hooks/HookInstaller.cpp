@@ -9,8 +9,7 @@ namespace morvane {
 
 namespace {
 
-/// The place in an agent that can't be connected: there is nothing there, and nothing can be put
-/// there.
+/// The target of an agent that can't be connected: nothing is installed there, and nothing can be.
 class UnsupportedTarget : public HookInstaller {
 public:
     /// `refusal` is what `install` fails with.

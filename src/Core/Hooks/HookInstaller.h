@@ -15,16 +15,16 @@ namespace morvane {
 class AgentAdapter;
 class MorvaneSettings;
 
-/// Connects one agent with the event server by what it writes into the agent's own configuration,
-/// and takes that out again; everything else there survives. There is one for each kind of place
-/// where hooks go. Made afresh for each operation; main thread, synchronous. What answers a
-/// question never fails, but takes what it can't read for absent.
+/// Connects one agent with the event server by writing into the agent's own configuration, and
+/// takes that out again; everything else there survives. There is a subclass for each kind of place
+/// that hooks go into. Made afresh for each operation; main thread, synchronous. Queries never
+/// fail, but treat what they can't read as absent.
 class HookInstaller {
     Q_DECLARE_TR_FUNCTIONS(HookInstaller)
 
 public:
-    /// `boundPort` is the port that the server really has; `moment` waits until settings that are
-    /// found half written may be whole. The adapter must outlive the installer.
+    /// `boundPort` is the port that the server really has; `moment` waits long enough for
+    /// half-written settings to become whole. The adapter must outlive the installer.
     static std::unique_ptr<HookInstaller>
     make(const AgentAdapter &adapter, const MorvaneSettings &settings, std::uint16_t boundPort,
          std::function<void()> moment = &AgentSettingsFile::moment);
@@ -34,7 +34,7 @@ public:
     HookInstaller &operator=(const HookInstaller &) = delete;
     virtual ~HookInstaller() = default;
 
-    /// Writes our hooks, in place of whatever is there of ours.
+    /// Writes our hooks, replacing any that are there.
     virtual Result<void> install() const = 0;
 
     /// Takes our hooks out. Settings that can't be understood are left alone.
@@ -46,31 +46,31 @@ public:
     /// Whether there are any hooks of ours.
     virtual bool isInstalled() const = 0;
 
-    /// The first form of the agent whose releases have such hooks as are there of ours, be they out
-    /// of date in other ways; none where there are none, or where they tell no forms apart.
+    /// The first form of the agent that our present hooks fit, even if they are out of date
+    /// otherwise. None without such hooks, or where hooks don't tell the forms apart.
     virtual const AgentAdapter *presentForm() const { return nullptr; }
 
-    /// Whether there is anything of ours, be it what makes no connection, such as a status line
-    /// whose hooks somebody has taken out.
+    /// Whether there is anything of ours, including what makes no connection by itself, such as a
+    /// status line whose hooks somebody has removed.
     virtual bool hasTraces() const { return isInstalled(); }
 
-    /// Takes all of that out.
+    /// Removes everything of ours.
     virtual Result<void> removeTraces() const { return uninstall(); }
 
-    /// Whether what is there of ours differs from what `install` would write. Always false of a
-    /// plugin, which `renew` writes anew without asking.
+    /// Whether our entries differ from those that `install` would write. Always false for a plugin,
+    /// which `renew` rewrites without asking.
     virtual bool hasStaleEntries() const { return false; }
 
     virtual Health health() const = 0;
 
     /// Turns the agent's own desktop notifications off, or on. Nothing happens where the agent has
-    /// no such setting. The value that it had isn't kept.
+    /// no such setting. The setting's former value isn't kept.
     virtual Result<void> setNotificationsSuppressed(bool) const { return {}; }
 
-    /// Whether they are off, and were not before our first write, as far as that is known.
+    /// Whether they are off and, as far as is known, weren't before our first write.
     virtual bool hasSuppressedNotifications() const { return false; }
 
-    /// Gives them back the value that they had then.
+    /// Restores the value that the setting had before our first write.
     virtual Result<void> returnNotifications() const { return {}; }
 };
 

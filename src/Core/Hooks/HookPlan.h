@@ -12,14 +12,14 @@ namespace morvane {
 
 class AgentAdapter;
 
-/// Which hooks an agent gets, and what they say. A value; the adapter must outlive it.
+/// Which hooks an agent gets, and what their entries hold. A value; the adapter must outlive it.
 class HookPlan {
 public:
-    /// A part of the command line by which a command is known to be ours, whatever version, port or
-    /// home folder it is from.
+    /// The part of a command line that marks it as ours, whatever version, port or home folder it
+    /// is from.
     static constexpr char hookScriptMarker[] = ".morvane/hook.sh";
 
-    /// What stands in every text that has that, also where its writer puts "\/" for a slash.
+    /// A part of the marker that stays the same where a writer escapes slashes as "\/".
     static constexpr char hookScriptName[] = "hook.sh";
 
     /// With `approvalsEnabled` the hooks that can bring a decision wait for it.
@@ -31,25 +31,24 @@ public:
     /// The native events to hook, in the order in which they are installed.
     QStringList installedEvents() const;
 
-    /// The command line of the event's hook. The event stands in it, since an agent's payload may
-    /// not name it.
+    /// The command line of the event's hook. It names the event, since the agent's payload may not.
     QString command(const QString &event) const;
 
-    /// True for an event that this release of the agent has, be it hooked only with approvals.
+    /// True for an event that this release of the agent has, even if hooked only with approvals.
     bool knows(const QString &event) const;
 
     std::optional<QString> matcher(const QString &event) const;
 
     HookWait wait(const QString &event) const;
 
-    /// What stands in a JSON settings file for the event.
+    /// The event's entry in a JSON settings file.
     nlohmann::json entry(const QString &event) const;
 
-    /// True for what would stand there for another release of the agent, and not for this one.
+    /// True for an entry that another release of the agent would get, and this one wouldn't.
     bool isOfAnotherRelease(const QString &event, const nlohmann::json &entry) const;
 
-    /// True when an entry that is right must stay as and where it is: the agent's person would have
-    /// to review it again.
+    /// True when a correct entry must keep its content and its place, since the agent's person
+    /// would otherwise have to review it again.
     bool keepsEntries() const;
 
 private:

@@ -19,7 +19,7 @@ using nlohmann::json;
 
 namespace {
 
-/// The key of a map of agents to when we last changed their hooks, in milliseconds.
+/// The key of a map from agents to when we last changed their hooks, in ms since 1970.
 constexpr QLatin1String changesKey("hooksChanged");
 
 } // namespace
@@ -69,7 +69,7 @@ bool JsonHookTarget::takeOutOf(json &root) const {
     return found;
 }
 
-/// The scripts come first: hooks that name nothing would be an error in the agent.
+/// The scripts come first: a hook whose script is missing would be an error in the agent.
 Result<void> JsonHookTarget::install() const {
     if (const auto written = m_scripts.writeHookScript(); !written) {
         return written;
@@ -93,7 +93,7 @@ Result<void> JsonHookTarget::install() const {
     return edited;
 }
 
-/// The time that the file has from us: others may write it anew without changing a hook.
+/// Notes the file's time after our write: others may rewrite it without changing a hook.
 void JsonHookTarget::noteChange() const {
     QVariantMap changes = m_defaults.value(changesKey).toMap();
     changes.insert(QString::fromLatin1(rawValue(m_adapter.kind())),
@@ -101,7 +101,7 @@ void JsonHookTarget::noteChange() const {
     m_defaults.setValue(changesKey, changes);
 }
 
-/// The time of the file, where none was noted.
+/// The noted time, or the file's modification time where none was noted.
 QDateTime JsonHookTarget::lastChange() const {
     const QVariantMap changes = m_defaults.value(changesKey).toMap();
     const QVariant noted = changes.value(QString::fromLatin1(rawValue(m_adapter.kind())));
@@ -154,7 +154,7 @@ bool JsonHookTarget::hasTracesIn(const json &root) const {
            (feed && StatusLineEntry::isInstalled(root, *feed));
 }
 
-/// The status line goes as well where there is no map of hooks.
+/// Removes the status line even where there is no map of hooks.
 Result<void> JsonHookTarget::removeTraces() const {
     return m_settings.edit([&](json &root) {
         takeOutOf(root);
@@ -209,8 +209,8 @@ bool JsonHookTarget::areHooksOff(const json &root) const {
     return std::ranges::any_of(m_adapter.hooksSwitches(), isOff);
 }
 
-/// The agent writes down what its person has agreed to, under the name of the settings file. When
-/// it has written nothing since we changed that, nobody can have agreed to what is new in it.
+/// The agent records what its person has agreed to, under the path of the settings file. If it has
+/// recorded nothing since our last change of that file, nobody can have agreed to the new hooks.
 bool JsonHookTarget::awaitsReview() const {
     constexpr qsizetype longestReviews = 1'000'000;
     const auto reviews = m_adapter.reviewsPath();
@@ -227,7 +227,6 @@ bool JsonHookTarget::isMuted(const json &root) const {
     return mute && root.value(mute->key.toStdString(), json()) == mute->value.toStdString();
 }
 
-/// Nothing happens where the agent has no such setting.
 Result<void> JsonHookTarget::setNotificationsSuppressed(bool suppressed) const {
     const auto mute = m_adapter.notificationMute();
     if (!mute) {

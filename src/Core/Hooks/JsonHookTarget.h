@@ -12,7 +12,7 @@ namespace morvane {
 
 class Defaults;
 
-/// Hooks among the settings of an agent that keeps them in JSON, and the status line with them.
+/// Hooks, and the status line with them, in the settings of an agent that keeps these in JSON.
 class JsonHookTarget : public HookInstaller {
 public:
     /// The adapter and the defaults must outlive the target.

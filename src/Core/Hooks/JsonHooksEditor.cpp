@@ -66,7 +66,7 @@ json &entriesOf(json &map, const QString &event) {
     return entries;
 }
 
-/// Of the entries of these events the first of ours is left.
+/// Removes our entries, except the first of each event in `events`.
 void removeOurs(json &map, const QStringList &events = {}) {
     for (auto event = map.begin(); event != map.end();) {
         bool keeps = events.contains(QString::fromStdString(event.key()));

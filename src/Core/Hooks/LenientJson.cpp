@@ -17,21 +17,21 @@ using nlohmann::json;
 /// Reading and writing recurse, and a file must not be able to exhaust the stack.
 constexpr int deepestLevel = 1000;
 
-/// Stands before the spelling of a key that is no valid Unicode. No key that is begins with it.
+/// The prefix for the spelling of a key that isn't valid Unicode. No valid key begins with it.
 constexpr char oddKey = '\xff';
 
 json spelled(std::string_view token) {
     return json::binary({token.begin(), token.end()});
 }
 
-/// Whether a text stands in JSON as it is, between quotation marks.
+/// True for a text that can stand between JSON's quotation marks as it is.
 bool isPlain(std::string_view text) {
     return std::ranges::all_of(
         text, [](char c) { return c >= ' ' && c <= '~' && c != '"' && c != '\\'; });
 }
 
-/// One pass over a text. An operation that finds something else than it looks for returns false or
-/// none, and the position is of no use then.
+/// Parses a text in one pass. An operation that doesn't find what it looks for returns false or
+/// none, and leaves the position undefined.
 class Parser {
 public:
     explicit Parser(std::string_view text) : m_rest(text) { skip("\xEF\xBB\xBF"); }
@@ -124,8 +124,8 @@ private:
         return value(object[key.get_ref<const std::string &>()], level + 1);
     }
 
-    /// A list or an object that lies too deep, through its end, as it is spelled. Only its brackets
-    /// and strings are looked at.
+    /// Takes a list or an object that is nested too deeply as it is spelled, to its end. Only its
+    /// brackets and strings are looked at.
     bool unread(json &result) {
         const std::string_view all = m_rest;
         std::string ends;
@@ -167,13 +167,13 @@ private:
         }
         result = json::parse(token, nullptr, false);
         if (result.is_discarded()) {
-            // Well formed, but half a surrogate pair or bytes that are no UTF-8.
+            // It is well formed, but holds half a surrogate pair or bytes that aren't UTF-8.
             result = spelled(token);
         }
         return true;
     }
 
-    /// With its quotation marks; 0 for what is no string.
+    /// The length with the quotation marks; 0 for anything but a string.
     std::size_t stringLength() const {
         for (std::size_t i = 1; i < m_rest.size(); ++i) {
             if (m_rest[i] == '"') {

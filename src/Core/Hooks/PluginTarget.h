@@ -8,8 +8,8 @@
 
 namespace morvane {
 
-/// A plugin file of our own for an agent that loads such. It posts by itself, without a forwarder,
-/// and so holds the token.
+/// A plugin file of our own, for an agent that loads plugins. The plugin posts events by itself,
+/// without a forwarder, and so holds the token.
 class PluginTarget : public HookInstaller {
     Q_DECLARE_TR_FUNCTIONS(PluginTarget)
 

@@ -14,7 +14,7 @@ namespace morvane {
 
 namespace {
 
-/// A part of a text in which nothing else begins.
+/// A comment or a string: within it no other one can begin.
 struct Stretch {
     std::string_view begin;
     std::string_view end;
@@ -35,7 +35,7 @@ constexpr Stretch tomlStretches[] = {
     {.begin = "'", .end = "'"},
 };
 
-/// The length of a stretch at the front of a text, with its beginning and its end.
+/// The length of the stretch that the text begins with, including its delimiters.
 std::size_t lengthOf(const Stretch &stretch, std::string_view text) {
     const bool isInLine = !stretch.isComment && stretch.begin.size() == 1;
     std::size_t at = stretch.begin.size();
@@ -91,7 +91,7 @@ Result<void> SettingsComments::rescue(const QString &copyPath,
     }
     WholeFile file(path);
     file.setModel(copyPath);
-    file.setMode(0600); // what was closed by the time of another copy stays closed
+    file.setMode(0600); // it may hold an earlier copy that only its owner could read
     return file.write(rescued.isEmpty() ? *copy : rescued + '\n' + *copy);
 }
 

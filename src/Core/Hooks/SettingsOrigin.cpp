@@ -14,7 +14,7 @@ namespace morvane {
 
 namespace {
 
-/// The first folder on the way to a file that isn't there; empty where all of them are.
+/// The topmost folder missing on the path to a file; empty where all of them exist.
 QString firstMissingFolder(const QString &path) {
     QString missing;
     QString folder = QFileInfo(path).path();
@@ -25,7 +25,7 @@ QString firstMissingFolder(const QString &path) {
     return missing;
 }
 
-/// The file's folder, and those above it up to `top`.
+/// Removes the file's folder, and those above it up to `top`, as far as they are empty.
 void removeFolders(const QString &path, const QString &top) {
     QString folder = QFileInfo(path).path();
     const auto isWithin = [&] { return folder == top || folder.startsWith(top + u'/'); };
@@ -51,9 +51,8 @@ std::optional<SettingsOrigin::Content> SettingsOrigin::read() const {
     return madeFolder() ? std::optional(Content{}) : std::nullopt;
 }
 
-/// The first folder that had to be made for a file of our making, empty where all of them were
-/// there. None for any other file: one that somebody keeps elsewhere since, behind a link, is
-/// theirs.
+/// The topmost folder that we made for a file of our making; empty where all of them existed. None
+/// for any other file: one that somebody has since moved elsewhere, behind a link, is theirs.
 std::optional<QString> SettingsOrigin::madeFolder() const {
     const QByteArrayList mark = ownContent(markPath()).value_or(QByteArray()).split('\0');
     const bool isOurs = mark.size() == 2 && QFile::decodeName(mark[1]) == linkTarget(m_path);

@@ -9,15 +9,15 @@
 
 namespace morvane {
 
-/// What stood in the place of a settings file before our first write: a copy beside it, whatever
-/// else is written there, until it has come back. Where there was no file a mark says so, where we
-/// have made it, and which folders had to be made. Synchronous; any thread, but no two on one file.
+/// What a settings file held before our first write: a copy beside it, which survives all later
+/// writes until it is restored. Where there was no file, a marker file records where we made it,
+/// and which folders had to be made. Synchronous; any thread, but no two on one file.
 class SettingsOrigin {
 public:
     explicit SettingsOrigin(const QString &path) : m_path(path) {}
 
-    /// What a copy beside a settings file holds. None for a link: we have never made one, so it
-    /// leads to somebody else's.
+    /// The content of a copy beside a settings file. None for a symbolic link: we never make one,
+    /// so it leads to somebody else's file.
     static std::optional<QByteArray> ownContent(const QString &path);
 
     struct Content {
@@ -28,12 +28,12 @@ public:
     /// None where nothing is known.
     std::optional<Content> read() const;
 
-    /// Keeps what is there now, in place of what was kept. Makes the folders of a file that isn't
-    /// there yet.
+    /// Keeps these bytes as the origin, in place of what was kept. None stands for a missing file,
+    /// whose folders are then made.
     Result<void> keep(const std::optional<QByteArray> &bytes) const;
 
-    /// What was kept has come back. The folders that were made for the file go where nothing else
-    /// has come into them.
+    /// To be called once the origin has been restored: drops it. Folders that were made for the
+    /// file are removed where nothing else has come into them.
     void forget() const;
 
     QString copyPath() const { return m_path + QLatin1String(".morvane-original"); }

@@ -11,7 +11,7 @@ namespace {
 
 using nlohmann::json;
 
-/// A part of the command by which it is known to be ours, whatever home folder it is from.
+/// The part of a command that marks it as ours, whatever home folder it is from.
 constexpr char statusLineScriptMarker[] = ".morvane/statusline.sh";
 
 json current() {
@@ -20,8 +20,8 @@ json current() {
     return {{"type", "command"}, {"command", script.toStdString()}};
 }
 
-/// The value under the feed's key; none where there is no such key. Null is a value like any other,
-/// and somebody has set it.
+/// The value under the feed's key; none where there is no such key. Null counts as a value, since
+/// somebody has set it.
 std::optional<json> valueIn(const json &root, const StatusLineFeed &feed) {
     const auto found = root.find(feed.key.toStdString());
     return found == root.end() ? std::nullopt : std::optional<json>(*found);

@@ -10,14 +10,14 @@
 /// Safe from any thread.
 namespace morvane::StatusLineEntry {
 
-/// True when there is no status line, an empty one, or one of ours that names another place. An
-/// empty one is somebody's all the same, and `install` leaves it.
+/// True when there is no status line, an empty one, or one of ours with another path. An empty one
+/// still belongs to somebody, so `install` leaves it.
 bool needsRepair(const nlohmann::json &root, const StatusLineFeed &feed);
 
 /// Whether there is a status line of ours, wherever it points.
 bool isInstalled(const nlohmann::json &root, const StatusLineFeed &feed);
 
-/// Sets our status line, unless the key is there with anything that isn't ours, be it null.
+/// Sets our status line, unless the key holds anything that isn't ours, even null.
 void install(nlohmann::json &root, const StatusLineFeed &feed);
 
 /// Takes our status line out, and no other.

@@ -25,10 +25,10 @@ QByteArrayList blockHead() {
     };
 }
 
-/// Stands before the lines of an empty list of hooks.
+/// The prefix that turns the lines of an empty list of hooks into comments.
 const QByteArray tomlListMarker = "# morvane:list ";
 
-/// The context of what a person reads of this.
+/// The translation context of the messages for a person.
 struct Words {
     Q_DECLARE_TR_FUNCTIONS(TomlBlock)
 };
@@ -46,8 +46,8 @@ struct Extent {
     qsizetype end;
 };
 
-/// A block that has lost its end has another one, whole, behind it, and the person's lines between
-/// the two: so it is the last beginning before the end that counts.
+/// A block that has lost its end marker may be followed by the person's lines and then by a whole
+/// block, so the last begin marker before the end marker counts.
 std::optional<Extent> extentIn(const QByteArray &text) {
     const qsizetype first = text.indexOf(tomlBeginMarker);
     const qsizetype end = first < 0 ? -1 : text.indexOf(tomlEndMarker, first);
@@ -65,7 +65,7 @@ QByteArray strippingMorvaneBlock(QByteArray text) {
     return text;
 }
 
-/// The empty list of hooks as it was, or nothing of it where there are hooks by now.
+/// Makes the commented-out empty list a list again, or drops it where there are hooks by now.
 QByteArray withListBack(const QByteArray &text) {
     if (!text.contains(tomlListMarker)) {
         return text;
@@ -90,8 +90,8 @@ QByteArray withoutLineFeeds(QByteArray text) {
     return text;
 }
 
-/// The text without entries of ours outside the block; as it is where it would say something else
-/// then.
+/// The text without our entries outside the block; unchanged where that would alter the meaning of
+/// the rest.
 QByteArray strippingEntries(const QByteArray &text) {
     const auto found = TomlHookEntries::find(text);
     if (!found || found->ours == 0) {
@@ -102,9 +102,9 @@ QByteArray strippingEntries(const QByteArray &text) {
     return isSame ? found->withoutOurs : text;
 }
 
-/// The text without the beginnings of blocks that have lost their end, where a parser has found
-/// what of them is ours: whoever wrote the lines below keeps them. As it is where it would say
-/// something else then, such as where a string has such a line.
+/// The text without the first lines of blocks that have lost their end, provided that it parses and
+/// no entry of ours is left: the lines below belong to whoever wrote them. Unchanged where that
+/// would alter the meaning of the rest, such as where a string contains such a line.
 QByteArray strippingBeginnings(const QByteArray &text) {
     const auto before = TomlHookEntries::find(text);
     if (!before || before->ours > 0) {
@@ -156,8 +156,8 @@ bool isInstalled(const QByteArray &text) {
     return found && found->ours > 0;
 }
 
-/// Beside a block that isn't the plan's there may be more of ours than the block, or a block that
-/// was once put where it can't be.
+/// Even with the plan's block in place, there may be entries of ours outside it, or the block may
+/// stand where it makes the file invalid.
 bool isStale(const QByteArray &text, const HookPlan &plan) {
     const auto present = installedTOMLBlock(text);
     if (!present || *present + '\n' != tomlBlock(plan)) {
@@ -170,7 +170,7 @@ bool isStale(const QByteArray &text, const HookPlan &plan) {
 
 Result<QByteArray> install(const QByteArray &text, const HookPlan &plan) {
     QByteArray others = othersIn(text);
-    // A line feed may only be the second half of a line's end; the first alone ends none.
+    // The line feed may complete a "\r\n"; a text that ends in a lone "\r" has to fail.
     const auto before = TomlHookEntries::find(text.endsWith('\r') ? text : others + '\n');
     if (!before) {
         return before.error();

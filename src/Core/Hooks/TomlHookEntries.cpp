@@ -11,9 +11,9 @@
 #if __has_include(<toml++/impl/preprocessor.hpp>)
 #include <toml++/impl/preprocessor.hpp>
 #else
-// Up to 3.3 a letter such as "é" outside of quotes takes the library to where it believes it never
-// comes, having found out that the letter is none of those that it looks for. Since then it says
-// so.
+// Up to version 3.3 an unquoted letter such as "é" makes the library reach code that it marks as
+// unreachable, once it has found that the letter isn't one of those it looks for. Later versions
+// return false there.
 #include <toml++/impl/preprocessor.h>
 #undef TOML_UNREACHABLE
 #define TOML_UNREACHABLE return false
@@ -21,8 +21,8 @@
 #undef TOML_UNREACHABLE
 #define TOML_UNREACHABLE __builtin_unreachable()
 #endif
-// It also asserts, or tells the compiler, what doesn't hold of every text ("[=") and what it looks
-// at afterwards all the same.
+// The library also asserts, or tells the compiler to assume, conditions that some texts ("[=")
+// break and that it checks afterwards anyway.
 #undef TOML_ASSERT_ASSUME
 #define TOML_ASSERT_ASSUME(expression) static_assert(true)
 #include <toml++/toml.h>
@@ -31,7 +31,7 @@ namespace morvane {
 
 namespace {
 
-/// Where the lines and the columns of a parser, which counts code points, lie among the bytes.
+/// Maps the lines and columns of the parser, which counts code points, to byte offsets.
 class TextPositions {
 public:
     explicit TextPositions(const QByteArray &text)
@@ -66,7 +66,7 @@ bool callsOurScript(const toml::node &entry) {
     return command && command->find(HookPlan::hookScriptMarker) != std::string_view::npos;
 }
 
-/// An entry with headers of its own below it, which no agent makes of ours, is left alone.
+/// An entry with table headers below it, which no agent makes of ours, is left alone.
 bool isFlat(const toml::node &entry) {
     return std::ranges::all_of(*entry.as_table(), [](const auto &member) {
         return !member.second.is_table() || member.second.as_table()->is_inline();
@@ -83,7 +83,7 @@ QByteArray meaning(const toml::table &root) {
     return QByteArray::fromStdString(text.str());
 }
 
-/// Takes ranges out of a text; they come in order of their beginnings.
+/// Cuts ranges out of a text; they come in order of their beginnings.
 class Cutter {
 public:
     explicit Cutter(const QByteArray &text) : m_text(text) {}
@@ -101,7 +101,7 @@ private:
     qsizetype m_done = 0;
 };
 
-/// The header of each entry and the lines of its members, but not what stands between them.
+/// Cuts the header and the members' lines of each of our entries, but nothing between these.
 QByteArray withoutTables(const QByteArray &text, const TextPositions &positions,
                          const toml::array &hooks) {
     std::vector<std::pair<std::size_t, std::size_t>> lines;
@@ -141,7 +141,7 @@ void removeOurEntries(toml::array &hooks) {
     }
 }
 
-/// Each entry with the comma that parts it from its neighbour.
+/// Cuts each of our entries with the comma that separates it from its neighbour.
 QByteArray withoutMembers(const QByteArray &text, const TextPositions &positions,
                           const toml::array &hooks) {
     Cutter cutter(text);
@@ -150,7 +150,7 @@ QByteArray withoutMembers(const QByteArray &text, const TextPositions &positions
         cutter.put("[]");
         return cutter.result();
     }
-    qsizetype kept = -1; // where the last one that stays ends
+    qsizetype kept = -1; // where a later cut begins; negative until an entry stays
     for (std::size_t i = 0; i < hooks.size(); ++i) {
         const bool isLast = i + 1 == hooks.size();
         const qsizetype end = positions.at(hooks[i].source().end);

@@ -17,13 +17,13 @@ class TomlHookEntries {
 public:
     enum class Form {
         none,      ///< there is no `hooks`
-        tables,    ///< a [[hooks]] for each, to which more can be added
+        tables,    ///< a [[hooks]] for each hook; more can be added
         emptyList, ///< `hooks = []`
-        list,      ///< `hooks = [ … ]`, which is closed
+        list,      ///< `hooks = [ … ]`, to which no [[hooks]] can be added
         other,     ///< `hooks` is something else, such as a [hooks]
     };
 
-    /// Fails, with the line, where the text is no TOML.
+    /// Fails, naming the line, where the text isn't valid TOML.
     static Result<TomlHookEntries> find(const QByteArray &text);
 
     Form form = Form::none;
@@ -37,11 +37,11 @@ public:
     /// The text without those entries. Comments stay, but for those in a list that is left empty.
     QByteArray withoutOurs;
 
-    /// The text with the lines of `emptyList` each behind `prefix`.
+    /// The text with `prefix` before each line of an empty list of hooks.
     QByteArray withListBehind(const QByteArray &prefix) const;
 
-    /// What the file says without those entries, in a form that can be compared. An empty list of
-    /// hooks is as good as none.
+    /// The meaning of the text without those entries, in a form that can be compared. An empty list
+    /// of hooks equals none.
     QByteArray othersMeaning;
 
 private:

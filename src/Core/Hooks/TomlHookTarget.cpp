@@ -9,8 +9,8 @@ namespace morvane {
 
 namespace {
 
-/// The first connection saves the file as its owner wrote it; what changes nothing but our own
-/// lines leaves that backup alone.
+/// The first connection saves the file as its owner wrote it; a change of nothing but our own lines
+/// leaves that backup alone.
 bool needsBackup(const QByteArray &text) {
     return !text.isEmpty() && !TomlBlock::installedTOMLBlock(text);
 }
@@ -20,7 +20,7 @@ bool needsBackup(const QByteArray &text) {
 TomlHookTarget::TomlHookTarget(AgentSettingsFile file, HookPlan plan, ForwarderScripts scripts)
     : m_file(std::move(file)), m_plan(plan), m_scripts(std::move(scripts)) {}
 
-/// What was read, or what is there a moment later where that isn't whole.
+/// What was read or, where that isn't whole, what the file holds a moment later.
 std::optional<QByteArray> TomlHookTarget::settled(std::optional<QByteArray> content) const {
     const bool isWhole = !content || (!content->isEmpty() && TomlHookEntries::find(*content));
     auto later = isWhole ? std::nullopt : m_file.readAgain();
@@ -58,7 +58,7 @@ Result<void> TomlHookTarget::uninstall() const {
     return m_file.rewrite([&](const auto &content) -> Result<std::optional<AgentSettingsChange>> {
         const QByteArray text = settled(content).value_or(QByteArray());
         const QByteArray left = TomlBlock::uninstall(text);
-        // A begin without an end stays: there is no telling what of the rest is ours.
+        // Without an end marker nobody can tell which of the lines below are ours.
         if (left.contains(TomlBlock::tomlBeginMarker)) {
             return Failure{tr("config.toml did not contain the expected result after writing")};
         }
@@ -75,7 +75,7 @@ Result<void> TomlHookTarget::uninstall() const {
     });
 }
 
-/// Whether a text of which that is left without ours is what we have made of the origin.
+/// Whether `left`, a text without ours, is what an install and an uninstall make of the origin.
 bool TomlHookTarget::isOrigin(const SettingsOrigin::Content &origin, const QByteArray &left) const {
     const auto ours = TomlBlock::install(origin.bytes.value_or(QByteArray()), m_plan);
     return ours && TomlBlock::uninstall(*ours) == left;

@@ -9,7 +9,7 @@
 
 namespace morvane {
 
-/// Hooks in a block of ours among the settings of an agent that keeps them in TOML.
+/// Hooks in a block of ours, in the settings of an agent that keeps these in TOML.
 class TomlHookTarget : public HookInstaller {
     Q_DECLARE_TR_FUNCTIONS(TomlHookTarget)
 
