@@ -35,7 +35,7 @@ public:
 
     virtual AgentKind kind() const = 0;
 
-    /// What the releases say that this adapter speaks to.
+    /// The behaviour of the releases that this adapter is for.
     const AgentContract &contract() const { return m_contract; }
 
     /// The names of the events to hook, in the order in which they are installed.
@@ -59,13 +59,13 @@ public:
     virtual bool supportsRememberedDecisions() const { return false; }
     virtual bool supportsQuestionAnswers() const { return false; }
 
-    /// The agent's own tool for asking its person, which does nothing else.
+    /// The agent's tool that only asks its person questions.
     virtual std::optional<QString> questionTool() const { return std::nullopt; }
 
-    /// The permission modes that are nothing to remark on.
+    /// The permission modes that need no mention.
     virtual QSet<QString> defaultPermissionModes() const { return {QStringLiteral("default")}; }
 
-    /// The answer to a waiting hook in the agent's own JSON. None leaves the agent to what it does
+    /// The answer to a waiting hook in the agent's own JSON. None lets the agent go on as it would
     /// without a hook. `payload` is the hook's request body as it arrived.
     virtual std::optional<QByteArray> encodeDecision(const AgentDecision &decision,
                                                      const std::optional<QString> &tool,
@@ -84,28 +84,28 @@ public:
     /// read. Reads a file, so not for the main thread.
     virtual TranscriptInfo readTranscript(const QString &path) const;
 
-    /// True when that may be what a session is running with, besides how its turns end.
+    /// True when it may also tell what a session is running with, not only how turns end.
     virtual bool tellsProgress() const { return false; }
 
-    /// Where sessions can be found that ran before this program did; none for an agent whose
-    /// transcripts are not looked for.
+    /// Where to find sessions that ran before this program started; none for an agent whose
+    /// transcripts aren't searched.
     virtual std::optional<TranscriptFolder> transcriptFolder() const { return std::nullopt; }
 
-    /// The session of a transcript from that folder; none for a file that is none. Reads a file, so
-    /// not for the main thread.
+    /// The session that a transcript in that folder belongs to; none for a file that isn't a
+    /// transcript. Reads a file, so not for the main thread.
     virtual std::optional<TranscriptOrigin> transcriptOrigin(const QString &path) const;
 
     /// The release that wrote a transcript, where transcripts tell and it makes a difference. Reads
     /// a file, so not for the main thread.
     virtual std::optional<AgentRelease> transcriptRelease(const QString &path) const;
 
-    /// False when the transcript is only of what a subagent does for a session that has its own.
+    /// False when the transcript is that of a subagent, whose session has a transcript of its own.
     bool isSession(const TranscriptOrigin &origin) const;
 
-    /// True when the agent launches a subagent with this tool, which the others don't know.
+    /// True for a tool that launches a subagent in this agent alone.
     bool launchesSubagent(const QString &toolName) const;
 
-    /// True when the agent shows a plan with this tool, and wants it back.
+    /// True for the tool that shows a plan and needs it back in the answer.
     bool wantsBack(const QString &toolName) const;
 
     /// One entry of the settings file's hooks.
@@ -121,13 +121,13 @@ public:
     /// False when the adapter was written from documentation alone.
     virtual bool isVerified() const { return true; }
 
-    /// True when what it does counts against the limits whose milestones are shown while it works.
+    /// True when the agent's work counts against the limits whose milestones are shown meanwhile.
     virtual bool hasUsageMilestones() const { return false; }
 
-    /// Where the agent keeps what its person has agreed to, if it runs no hook without that.
+    /// Where the agent records the hooks that its person has agreed to, if it runs no others.
     virtual std::optional<QString> reviewsPath() const { return std::nullopt; }
 
-    /// What keeps the agent from running any hook; one of them is enough.
+    /// Settings that keep the agent from running any hook; one of them is enough.
     virtual std::vector<HooksSwitch> hooksSwitches() const { return {}; }
 
     virtual std::optional<NotificationMute> notificationMute() const { return std::nullopt; }
@@ -148,14 +148,14 @@ protected:
     std::optional<CanonicalEvent>
     claudeCanonical(const QString &native, const std::optional<QString> &notificationType) const;
 
-    /// What a table says of a name, if it has it.
+    /// The event that a table has for a name, if any.
     static std::optional<CanonicalEvent> lookUp(const QHash<QString, CanonicalEvent> &events,
                                                 const QString &name);
 
     /// The absolute path of a file named relative to the home folder.
     static QString inHome(const QString &relativePath);
 
-    /// The envelope in which a decision goes back, around the agent's decision object as JSON.
+    /// The envelope for an answer, around the agent's decision object as JSON.
     static QByteArray decisionEnvelope(const QString &nativeEvent, std::string_view decision);
 
 private:

@@ -4,41 +4,41 @@
 
 namespace morvane {
 
-/// Where a release of an agent speaks otherwise than the contract that was written down first. That
-/// one is the value as it is made, and what every release gets that isn't known to differ. A plain
-/// value, fixed with the adapter that it is given to.
+/// How a release of an agent differs from the contract that was written down first. The defaults
+/// are that first contract, which holds for every release that isn't known to differ. A plain
+/// value, which never changes in its adapter.
 struct AgentContract {
-    /// How a decision is told that the agent shall remember.
+    /// The form of a decision that the agent is to remember.
     enum class Remembering {
         oneRule,    ///< an object of rule, action and duration
-        ruleUpdate, ///< a list of changes of the permission rules
+        ruleUpdate, ///< a list of changes to the permission rules
     };
 
-    /// How long a hook may take stands in its entry, in this unit.
+    /// The unit of the timeout in a hook's entry.
     enum class TimeUnit { seconds, milliseconds };
 
     Remembering remembering = Remembering::oneRule;
 
     TimeUnit hookTimeUnit = TimeUnit::seconds;
 
-    /// The agent takes "async" for what it says, and doesn't wait for a hook that has it.
+    /// The agent understands "async", and doesn't wait for a hook that has it.
     bool hasAsyncHooks = true;
 
-    /// The agent waits for the hooks of a session's end, and for no longer than
-    /// `HookTimeout::sessionEnd`. It warns of an entry that asks for anything else.
+    /// The agent waits for the hooks of a session's end, at most for `HookTimeout::sessionEnd`. It
+    /// warns about an entry that asks for anything else.
     bool waitsAtSessionEnd = false;
 
     /// The agent runs no hook that is new or changed before its person has reviewed it.
     bool reviewsHooks = false;
 
-    /// A prompt without a text tells that a tool has given its result, and nothing of a person.
+    /// A prompt without text means that a tool has returned its result, not that a person wrote.
     bool hasPromptsOfItsOwn = false;
 
-    /// Every message of the transcript counts as the agent's last words, whatever phase it is of.
+    /// A message of any phase in the transcript may be the agent's last words.
     bool everyPhaseCounts = false;
 
-    /// What launches a subagent that keeps a transcript of its own, which names the session that it
-    /// works for beside its own id. Empty where there is none.
+    /// The tool that launches a subagent with a transcript of its own, which names both the
+    /// subagent and the session that it works for. Empty where there is none.
     QLatin1String spawningTool{};
 
     /// A subagent asks for permission as its session does, and takes an answer.
@@ -47,37 +47,37 @@ struct AgentContract {
     /// The agent asks in its terminal only once a hook that waits has ended without an answer.
     bool asksAfterHook = false;
 
-    /// What shows its person a plan, which is approved only by an answer that gives it back. Empty
-    /// where none wants this.
+    /// The tool that shows the person a plan, which only an answer that gives it back approves.
+    /// Empty where there is none.
     QLatin1String planTool{};
 
-    /// Notifications of their own tell that a teammate, a server of the agent's tools or a question
-    /// of the agent's waits for the person.
+    /// Separate notifications tell that a teammate, a server of the agent's tools or a question of
+    /// the agent's waits for the person.
     bool tellsWhoElseAsks = false;
 
-    /// The hooks of one call start together, so that the announcement of a call may come after its
-    /// own request for permission.
+    /// The hooks of one tool call start together, so the announcement of the call may arrive after
+    /// its request for permission.
     bool announcesWhileAsking = false;
 
     /// The hook of a turn's end brings the agent's last words, or what failed.
     bool tellsLastWords = false;
 
-    /// A person who interrupts the agent while it asks ends the hook that waits, and the agent says
-    /// nothing of it.
+    /// When a person interrupts the agent while it asks, the waiting hook ends, and no event tells
+    /// of it.
     bool interruptsByHangUp = false;
 
     /// The agent has a hook of its own for a turn that its person interrupts.
     bool tellsInterruptions = false;
 
-    /// A turn that is interrupted or fails ends without a hook, or with one that doesn't say so;
-    /// the transcript tells.
+    /// An interrupted or failed turn ends without a hook, or with one that doesn't say so; only the
+    /// transcript does.
     bool endsTurnsInTranscript = false;
 
-    /// Hooks run in a server that outlives the agent's windows, in the surroundings of whoever
-    /// started it first.
+    /// Hooks run in a server process that outlives the agent's windows, with the environment of
+    /// whoever started it first.
     bool hooksRunInServer = false;
 
-    /// The title in the transcript is that of the turn before, while a turn runs.
+    /// While a turn runs, the title in the transcript is still that of the previous turn.
     bool titlesLag = false;
 
     friend bool operator==(const AgentContract &, const AgentContract &) = default;

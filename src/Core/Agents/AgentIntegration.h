@@ -23,7 +23,7 @@ struct NotificationMute {
     friend bool operator==(const NotificationMute &, const NotificationMute &) = default;
 };
 
-/// A setting of an agent that keeps it from running any hook, in the file that has them: the keys
+/// A setting that keeps an agent from running any hook, in the same file as the hooks: the keys
 /// that lead to it from the root, and the value at which no hook runs.
 struct HooksSwitch {
     QStringList keys;

@@ -28,7 +28,7 @@ inline constexpr std::array allAgentKinds{
     AgentKind::factory, AgentKind::codebuddy,
 };
 
-/// The agent of what names none.
+/// The agent where none is named.
 inline constexpr AgentKind defaultAgentKind = AgentKind::claude;
 
 /// The agent's name in hook commands, in requests and in everything stored.

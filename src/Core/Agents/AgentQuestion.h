@@ -21,7 +21,7 @@ struct AgentQuestion {
     std::optional<QString> header; ///< a word or two on what the question is about
     QList<AgentOption> options;    ///< never empty
     bool multiSelect = false;      ///< several options may be chosen together
-    bool isWhole = true;           ///< the agent has sent no more of it than this
+    bool isWhole = true;           ///< nothing that the agent sent of it is missing
 
     friend bool operator==(const AgentQuestion &, const AgentQuestion &) = default;
 };

@@ -6,7 +6,7 @@
 namespace morvane {
 
 std::optional<AgentRelease> AgentRelease::parse(QStringView text) {
-    constexpr qsizetype mostDigits = 6; // more than any release has, and fewer than an int
+    constexpr qsizetype mostDigits = 6; // more than any release has, few enough for an int
     const auto isDigit = [](QChar c) { return c >= u'0' && c <= u'9'; };
     std::array<int, 3> numbers{};
     for (std::size_t i = 0; i < numbers.size(); ++i) {

@@ -6,8 +6,8 @@ namespace morvane {
 
 /// How an agent waits for one of our hooks. A plain value.
 struct HookWait {
-    std::chrono::seconds limit; ///< it ends the hook after so long
-    bool isAwaited;             ///< it does nothing else meanwhile
+    std::chrono::seconds limit; ///< the agent ends the hook after this time
+    bool isAwaited;             ///< the agent does nothing else meanwhile
 };
 
 } // namespace morvane

@@ -16,7 +16,7 @@ struct PaneLocator {
     std::optional<QString> zellij;     ///< session name
     std::optional<QString> orca;       ///< terminal handle
 
-    /// Where a terminal takes orders from outside of it; neither names a pane.
+    /// Where a terminal accepts remote control; neither names a pane.
     std::optional<QString> kittyListenOn; ///< kitty's address, such as "unix:/tmp/kitty-12"
     std::optional<QString> weztermSocket; ///< path of the socket of WezTerm's instance
 

@@ -61,7 +61,7 @@ public:
         }
     }
 
-    /// A line in which everything can be seen already.
+    /// Adds a line that holds only visible text.
     void addVisible(Sign sign, QString line) {
         m_page.isCut = m_page.isCut || m_room == 0;
         if (m_page.isCut) {
@@ -76,7 +76,7 @@ public:
         m_page.lines.append({sign, line});
     }
 
-    /// A JSON value behind `head`, a line for each of its members.
+    /// Adds a JSON value behind `head`, with a line for each of its members.
     void addJson(Sign sign, QString head, std::string_view value);
 
     void addUntold(const Members &members) {
@@ -93,7 +93,7 @@ public:
     ReadableInput take() { return std::move(m_page); }
 
 private:
-    /// The longest that a string can be spelled of which all is shown.
+    /// The part of a string's spelling that there may be room for.
     std::string_view shown(std::string_view spelled) const {
         constexpr std::size_t longestEscape = 6;
         return spelled.substr(0, longestEscape * static_cast<std::size_t>(m_room + 1));
@@ -110,7 +110,7 @@ void Page::addJson(Sign sign, QString head, std::string_view value) {
     QString line = std::move(head);
     const auto breakLine = [&] {
         addVisible(sign, line);
-        // What is nested deeper than can be shown stays at the edge.
+        // Deeper levels aren't indented any further.
         line = QString(2 * std::min(depth, deepestIndent), u' ');
     };
     while (!value.empty() && !m_page.isCut) {
@@ -163,7 +163,7 @@ struct Edit {
     QString after;
 };
 
-/// The texts of an edit, which then count as told.
+/// The texts of an edit, whose members are then marked as told.
 std::optional<Edit> takeEdit(Members &members) {
     for (const KeyPair &keys : editKeys) {
         Member *const before = textOf(members, keys.before);
@@ -176,7 +176,7 @@ std::optional<Edit> takeEdit(Members &members) {
     return std::nullopt;
 }
 
-/// The lines that both begin and end with stand once, as what they are changed between.
+/// Lines with which both texts begin and end are shown once, as context of the change.
 void addEdit(Page &page, const Edit &edit) {
     const auto linesOf = [](const QString &text) {
         return text.isEmpty() ? QStringList() : text.left(ReadableInput::limit).split(u'\n');
@@ -205,7 +205,7 @@ void addEdit(Page &page, const Edit &edit) {
 
 using Reading = std::optional<ReadableInput> (*)(Members);
 
-/// The lines of one text, and then all that is told beside it.
+/// The lines of one text, followed by all other members.
 std::optional<ReadableInput> readText(Members members, QLatin1StringView key,
                                       Sign sign = Sign::plain) {
     Member *const text = textOf(members, key);
@@ -238,7 +238,7 @@ std::optional<ReadableInput> readEdit(Members members) {
     return page.take();
 }
 
-/// The objects of a list, or nothing when it has another member as well.
+/// The objects of a list, or none when it has an element of another type.
 QList<Members> objectsOf(std::string_view list) {
     QList<Members> result;
     list.remove_prefix(1);
@@ -293,7 +293,7 @@ std::optional<ReadableInput> readWrittenFile(Members members) {
     return page.take();
 }
 
-/// What is nothing but one of the texts that also make a call's detail needs no braces.
+/// An object with only one of the texts that can be a call's detail needs no braces.
 std::optional<ReadableInput> readSingleText(Members members) {
     constexpr std::array keys{"file_path", "path", "pattern", "url", "query"};
     const bool isSingle = members.size() == 1 && members[0].isText() &&

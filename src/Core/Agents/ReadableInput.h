@@ -8,17 +8,17 @@
 
 namespace morvane {
 
-/// All that a tool call is given, as a person may read it before they allow it: a command with its
-/// line breaks, an edit or a written file as the lines that go and come, anything else as indented
-/// JSON. Nothing in it is invisible or changes the order of what stands around it
-/// (`VisibleText`), but for what prose is written with. A plain value.
+/// The whole input of a tool call, as a person may read it before they allow it: a command with its
+/// line breaks, an edit or a written file as removed and added lines, anything else as indented
+/// JSON. Characters that are invisible or reorder the text around them are written out
+/// (`VisibleText`), except those that prose needs. A plain value.
 struct ReadableInput {
     enum class Sign {
         plain,
         removed,
         added,
-        aside, ///< not the matter itself: which file, which options
-        prose, ///< a line of what is only read, by people and the agent
+        aside, ///< secondary: which file, which options
+        prose, ///< text that people and the agent only read
     };
 
     struct Line {
@@ -34,20 +34,20 @@ struct ReadableInput {
     QList<Line> lines; ///< none when the agent has sent nothing
     bool isCut = false;
 
-    /// Reads a JSON value as it is spelled, in what `JsonObject::parse` takes; an empty object says
-    /// nothing. Safe from any thread.
+    /// Reads a JSON value as it is spelled in a text that `JsonObject::parse` accepts; an empty
+    /// object has no lines. Safe from any thread.
     static ReadableInput of(std::string_view value);
 
-    /// The same of a tool that shows a plan, whose text is prose for its first 16,384 code units.
+    /// The same for a tool that shows a plan, which is prose in its first 16,384 code units.
     static ReadableInput ofPlan(std::string_view value);
 
-    /// The members of an object but for those of these keys, all of them aside.
+    /// The members of an object except those with these keys, all as `Sign::aside`.
     static ReadableInput beside(std::string_view object, const QStringList &keys);
 
-    /// What there is to read beyond a line that stands for it all, such as the call's detail.
+    /// How much there is to read beyond the line that summarises it, such as the call's detail.
     struct Rest {
-        qsizetype lines = 0;      ///< more than the one
-        qsizetype characters = 0; ///< where there is but one line
+        qsizetype lines = 0;      ///< in addition to the first
+        qsizetype characters = 0; ///< if there is only one line
         bool isEmpty() const { return lines == 0 && characters == 0; }
     };
     Rest beyond(const QString &visibleLine) const;

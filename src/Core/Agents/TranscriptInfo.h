@@ -11,7 +11,7 @@ namespace morvane {
 /// What a transcript tells of its session; each field is absent where the part that was read
 /// doesn't say.
 struct TranscriptInfo {
-    /// How the newest turn stands, where the agent notes that.
+    /// The state of the newest turn, where the agent records it.
     enum class Turn { running, ended, interrupted, failed };
 
     std::optional<QString> model;
@@ -19,10 +19,10 @@ struct TranscriptInfo {
     std::optional<int> contextTokens;         ///< of the last request
     std::optional<QString> permissionMode;
     std::optional<QString> title; ///< one line
-    // Of no account for `isComplete`.
+    // `isComplete` ignores these.
     std::optional<Turn> turn = std::nullopt;
-    std::optional<QString> failure = std::nullopt; ///< one line, of a turn that has failed
-    std::optional<Date> turnAt = std::nullopt;     ///< when it came to stand so
+    std::optional<QString> failure = std::nullopt; ///< one line, for a failed turn
+    std::optional<Date> turnAt = std::nullopt;     ///< when the turn entered this state
 
     bool isComplete() const {
         return model && lastAssistantText && contextTokens && permissionMode && title;

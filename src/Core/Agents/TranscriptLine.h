@@ -16,10 +16,10 @@ namespace morvane::TranscriptLine {
 /// The string under the key, which lives as long as the object; empty where there is none.
 std::string_view word(simdjson::dom::object source, std::string_view key);
 
-/// The integer under the key; one beyond all reason counts as missing.
+/// The integer under the key; one that an int can't hold counts as missing.
 std::optional<int> integer(simdjson::dom::object source, std::string_view key);
 
-/// A count of something; none where there is nothing to count, or beyond all reason.
+/// The count; none where it is below 1 or an int can't hold it.
 std::optional<int> positive(std::int64_t count);
 
 /// The blocks of a message's content.
@@ -32,11 +32,11 @@ std::optional<QString> lastText(const std::vector<simdjson::dom::object> &blocks
 /// When the line was written, as far as it says so.
 std::optional<Date> timeOf(const JsonObject &line);
 
-/// How the line leaves its turn, unless a newer one has told.
+/// Fills in the turn's state after this line, unless a newer line has told it.
 void fillTurn(const JsonObject &line, std::optional<TranscriptInfo::Turn> turn,
               TranscriptInfo &info);
 
-/// Lines come newest first, so what is there stays.
+/// Lines come newest first, so a field that is set stays.
 template <typename Value>
 void fill(std::optional<Value> &field, const std::optional<Value> &value) {
     if (!field) {

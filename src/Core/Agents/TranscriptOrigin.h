@@ -12,15 +12,15 @@ namespace morvane {
 struct TranscriptOrigin {
     QString sessionID;
     QString cwd;       ///< empty where the transcript doesn't tell
-    QString root = {}; ///< the session that this one works for, or itself; empty where it's untold
-    std::optional<AgentRelease> release = {}; ///< that wrote the transcript, where it tells
+    QString root = {}; ///< the session that this one works for, or itself; empty if unknown
+    std::optional<AgentRelease> release = {}; ///< the release that wrote the transcript, if known
 };
 
 /// Where an agent keeps the transcripts of all its sessions: files that end in ".jsonl".
 struct TranscriptFolder {
     enum class Depth {
-        oneBelow, ///< in the folders of the folder
-        any,      ///< in folders of any depth, but for hidden ones and links
+        oneBelow, ///< directly in its subfolders
+        any,      ///< in subfolders of any depth, except hidden ones and links
     };
 
     QString path; ///< absolute

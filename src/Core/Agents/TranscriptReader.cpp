@@ -18,8 +18,8 @@ constexpr int maxCharacters = 120;
 /// tail may hold so many shorter ones that it would take too long to parse each of them.
 constexpr qsizetype shortestLine = std::string_view(R"({"type":"error"})").size();
 
-/// The end of the file. Where that begins within a character, the rest of it is left out: it is
-/// part of a cut line, and would make bad UTF-8 of all the others.
+/// The end of the file. Where that begins within a character, the rest of the character is left
+/// out: it belongs to a cut line, and would make the whole text invalid UTF-8.
 QByteArray tailOf(const QString &path, qsizetype size) {
     constexpr qsizetype longestRest = 3;
     QByteArray tail = RegularFile::tail(path, size).value_or(QByteArray());
@@ -86,7 +86,7 @@ std::optional<QString> displayLine(const std::optional<QString> &text) {
     if (line.isEmpty() || line.startsWith(QLatin1Char('<')) || line.startsWith(QLatin1Char('{'))) {
         return std::nullopt;
     }
-    // Before the count, since a mark that follows a line feed joins the blank.
+    // Before the count, since a combining mark behind a line feed joins the blank.
     line.replace(QLatin1String("\r\n"), QLatin1String(" "));
     line.replace(QLatin1Char('\n'), QLatin1Char(' '));
     return BoundedText::of(line, maxCharacters);
