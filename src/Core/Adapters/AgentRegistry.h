@@ -14,13 +14,13 @@ class AgentAdapter;
 /// The table of agents. Safe from any thread.
 namespace morvane::AgentRegistry {
 
-/// One adapter for each kind, in the order in which people see them: that of the releases that are
-/// not known to differ.
+/// One adapter for each kind, in the order in which people see them: the adapter for releases that
+/// aren't known to differ.
 std::span<const AgentAdapter *const> all();
 
 const AgentAdapter &adapter(AgentKind kind);
 
-/// The adapter for this release of the agent; that of `all` for one that is unknown or not listed.
+/// The adapter for this release of the agent; that of `all` for an unknown or unlisted release.
 /// This is the one place where a release makes a difference.
 const AgentAdapter &adapter(AgentKind kind, std::optional<AgentRelease> release);
 

@@ -9,12 +9,12 @@
 #include <optional>
 #include <span>
 
-/// The releases of agents that are known to speak otherwise than the first contract. Whether one
-/// belongs here is found out by running it. Safe from any thread.
+/// The releases of agents that are known to differ from the first contract. Only running a release
+/// shows whether it belongs here. Safe from any thread.
 namespace morvane::AgentReleases {
 
-/// The releases from the first of them that was tried up to the next that the agent's maker gives a
-/// new major number, which nobody can vouch for any more.
+/// A range of releases: from the first that was tried up to the next major number, from which on
+/// nothing is known of the agent's behaviour.
 struct Listed {
     AgentKind agent;
     AgentRelease from;
@@ -23,13 +23,13 @@ struct Listed {
 
 std::span<const Listed> all();
 
-/// What an agent's releases are known by.
+/// The names by which an agent's installed release is found.
 struct Program {
     QString command; ///< what a person types
-    QString package; ///< of npm; those for one platform alone go on behind a "-"
+    QString package; ///< of npm; those for a single platform append a "-" and more
 };
 
-/// None for an agent that has no release in the table, whose program nobody has to find.
+/// None for an agent without a release in the table, whose program needn't be found.
 std::optional<Program> program(AgentKind agent);
 
 } // namespace morvane::AgentReleases

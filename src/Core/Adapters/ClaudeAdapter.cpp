@@ -19,7 +19,7 @@ json rememberedRule(const std::string &tool, AgentDecision::Scope scope) {
         {"rule", tool}, {"action", "allow"}, {"remembering", forSession ? "session" : "permanent"}};
 }
 
-/// What the agent keeps for good, it keeps for this person in this project.
+/// A permanent rule applies to this person in this project.
 json ruleUpdate(const std::string &tool, AgentDecision::Scope scope) {
     const bool forSession = scope == AgentDecision::Scope::session;
     return json::array({{{"type", "addRules"},
@@ -57,7 +57,7 @@ std::optional<std::string> givingBack(QByteArrayView payload) {
                : std::nullopt;
 }
 
-/// With the answers put in.
+/// Gives the input back with the answers put in; none when there is no input.
 std::optional<std::string> answering(const AgentDecision &decision, QByteArrayView payload) {
     const auto input = inputOf(payload);
     if (!input) {
@@ -131,8 +131,8 @@ AgentIntegration ClaudeAdapter::integration() const {
     return JsonHooks{inHome(QStringLiteral(".claude/settings.json")), QStringLiteral("hooks")};
 }
 
-/// The transcript doesn't say at its beginning which release it is of. Whether how a turn stands
-/// counts for anything is known from the release whose hooks call.
+/// The beginning of the transcript doesn't name its release, so the turn's state is always read.
+/// The release whose hooks call decides whether it counts.
 TranscriptInfo ClaudeAdapter::readTranscript(const QString &path) const {
     return TranscriptReader::readTail(path, ClaudeTranscript::takeLineWithTurns);
 }

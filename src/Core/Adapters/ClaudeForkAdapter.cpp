@@ -59,7 +59,7 @@ AgentIntegration ClaudeForkAdapter::integration() const {
     return JsonHooks{inHome(m_settingsPath), QStringLiteral("hooks")};
 }
 
-/// Qwen Code keeps its chats in the form that its releases without Claude Code's hooks had.
+/// Qwen Code still keeps its chats in the form of its releases without Claude Code's hooks.
 TranscriptInfo ClaudeForkAdapter::readTranscript(const QString &path) const {
     switch (m_kind) {
     case AgentKind::qwen:
@@ -71,8 +71,8 @@ TranscriptInfo ClaudeForkAdapter::readTranscript(const QString &path) const {
     }
 }
 
-/// Those that were seen to work, or in an agent's own code. CodeBuddy names one too, but runs its
-/// hooks all the same.
+/// Only switches that were seen to work or found in an agent's own code. CodeBuddy names one too,
+/// but runs its hooks all the same.
 std::vector<HooksSwitch> ClaudeForkAdapter::hooksSwitches() const {
     const HooksSwitch all{{QStringLiteral("disableAllHooks")}, true};
     switch (m_kind) {

@@ -4,8 +4,8 @@
 
 namespace morvane {
 
-/// Qoder, CodeBuddy, Factory and the Qwen Code of today: agents with Claude Code's hooks, of which
-/// each has its own selection, and each its own settings file.
+/// Qoder, CodeBuddy, Factory and current Qwen Code: agents with Claude Code's hooks, each with its
+/// own selection of them and its own settings file.
 class ClaudeForkAdapter : public AgentAdapter {
 public:
     /// The path is relative to the home folder.

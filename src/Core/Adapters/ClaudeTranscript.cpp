@@ -21,7 +21,7 @@ std::optional<int> contextTokens(object usage) {
 }
 
 void takeClaudeMessage(object message, TranscriptInfo &info) {
-    // What the agent says in its model's place is of no model.
+    // A message that the agent writes in its model's place names no real model.
     if (auto model = JsonObject::string(message, "model"); model && !model->startsWith(u'<')) {
         fill(info.model, std::optional(model->remove(QLatin1String("claude-"))));
     }
@@ -35,7 +35,7 @@ void takeClaudeMessage(object message, TranscriptInfo &info) {
     }
 }
 
-/// The agent notes an interruption in the person's name, in a form that nothing typed has.
+/// The agent records an interruption as a person's message, in a form that nobody types.
 bool isInterruption(object message) {
     std::vector<object> blocks = contentOf(message);
     return std::ranges::any_of(blocks, [](object block) {

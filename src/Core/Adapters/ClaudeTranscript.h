@@ -2,15 +2,15 @@
 
 #include "Core/Agents/TranscriptReader.h"
 
-/// The lines of Claude Code's transcripts and of its relatives'. Safe from any thread.
+/// Reads lines of the transcripts of Claude Code and its relatives. Safe from any thread.
 namespace morvane::ClaudeTranscript {
 
 void takeLine(const JsonObject &line, TranscriptInfo &info);
 
-/// Takes how the turn stands as well, as far as a release notes it.
+/// Also takes the turn's state, as far as a release records it.
 void takeLineWithTurns(const JsonObject &line, TranscriptInfo &info);
 
-/// The working directory, which most lines tell. The session is named by the file alone.
+/// The working directory, which most lines tell. Only the file's name tells the session.
 std::optional<TranscriptOrigin> findOrigin(const JsonObject &line);
 
 } // namespace morvane::ClaudeTranscript

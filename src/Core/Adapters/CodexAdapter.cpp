@@ -22,7 +22,7 @@ CodexAdapter::canonical(const QString &native,
         return CanonicalEvent::permissionRequest;
     }
     if (native == QLatin1String("Interrupt") && contract().tellsInterruptions) {
-        return CanonicalEvent::sessionStart; // open again, as at its beginning, and calling nobody
+        return CanonicalEvent::sessionStart; // open as at its start, needing nobody
     }
     return claudeCanonical(native, notificationType);
 }

@@ -33,8 +33,8 @@ std::optional<int> lastInputTokens(object tokenCount) {
     return usage ? positive(integer(*usage, "input_tokens").value_or(0)) : std::nullopt;
 }
 
-/// The names of the first two have changed with the releases. For Codex a turn that has failed is
-/// complete too.
+/// The first two events have another name in some releases. A failed turn also counts as complete
+/// for Codex.
 std::optional<TranscriptInfo::Turn> turnAfter(object payload) {
     using Turn = TranscriptInfo::Turn;
     const std::string_view event = word(payload, "type");
@@ -50,7 +50,7 @@ std::optional<TranscriptInfo::Turn> turnAfter(object payload) {
     return event == "error" ? std::optional(Turn::failed) : std::nullopt;
 }
 
-/// What a model's refusal says, which Codex hands on as it came.
+/// The message of a failure, or the one inside it where Codex passes on a service's JSON.
 std::optional<QString> failureOf(object payload) {
     const auto error = JsonObject::object(payload, "error");
     const auto message = JsonObject::string(error.value_or(payload), "message");

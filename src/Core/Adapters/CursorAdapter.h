@@ -12,8 +12,8 @@ public:
     std::optional<CanonicalEvent>
     canonical(const QString &native, const std::optional<QString> &notificationType) const override;
 
-    /// The conversation's id wherever there is one, even an empty one: such an event belongs to no
-    /// session, and the fallback would lay it at another's door.
+    /// The conversation's id wherever there is one, even an empty one: an event with an empty one
+    /// belongs to no session, and the fallback would assign it to another.
     std::optional<QString> sessionID(const JsonObject &body) const override;
     std::optional<QString> cwd(const JsonObject &body) const override;
     nlohmann::json hookEntry(const QString &command, const std::optional<QString> &matcher,

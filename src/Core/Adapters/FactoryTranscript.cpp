@@ -20,14 +20,14 @@ Turn turnAfter(std::string_view reason) {
     return reason == "error" || reason.starts_with("model_") ? Turn::failed : Turn::ended;
 }
 
-/// The results of tools are told in the person's name too.
+/// False for tool results, which are recorded as the person's messages too.
 bool isTyped(object message) {
     return std::ranges::any_of(contentOf(message),
                                [](object block) { return !word(block, "text").empty(); });
 }
 
-/// What has failed is told as a message that the model doesn't get to see. A turn that was broken
-/// off may have no words, and those before its prompt are none of its own.
+/// A failure is recorded as a message that is hidden from the model. A turn that was broken off may
+/// have no words; an empty text then keeps out those from before its prompt.
 void takeMessage(object message, TranscriptInfo &info) {
     if (word(message, "role") == "assistant") {
         fill(info.lastAssistantText, lastText(contentOf(message)));
@@ -47,7 +47,7 @@ void takeLine(const JsonObject &line, TranscriptInfo &info) {
         fillTurn(line, turnAfter(word(line.root(), "reason")), info);
     } else if (type == "message" && message) {
         fillTurn(line, Turn::running, info);
-        fill(info.turnAt, timeOf(line)); // an outcome doesn't say when it came
+        fill(info.turnAt, timeOf(line)); // an outcome has no time
         takeMessage(*message, info);
     } else {
         ClaudeTranscript::takeLine(line, info);

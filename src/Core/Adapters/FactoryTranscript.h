@@ -5,8 +5,8 @@
 /// Factory's transcripts. Safe from any thread.
 namespace morvane::FactoryTranscript {
 
-/// The last words of the newest turn, and how that stands. A line that isn't of Factory's own form
-/// is taken as one of Claude Code's.
+/// The last words of the newest turn, and its state. A line that isn't in Factory's own form is
+/// read as one of Claude Code's.
 TranscriptInfo read(const QString &path);
 
 } // namespace morvane::FactoryTranscript

@@ -17,7 +17,7 @@ public:
     canonical(const QString &native, const std::optional<QString> &notificationType) const override;
     std::optional<QString> matcher(const QString &native) const override;
     AgentIntegration integration() const override;
-    /// Only how the newest turn stands, and what has failed.
+    /// Only the state of the newest turn, and what has failed.
     TranscriptInfo readTranscript(const QString &path) const override;
     std::vector<HooksSwitch> hooksSwitches() const override;
 

@@ -12,15 +12,15 @@ namespace {
 using namespace TranscriptLine;
 using Turn = TranscriptInfo::Turn;
 
-/// The person's other lines bring a tool's result.
+/// A person's line without text holds a tool's result.
 bool isTyped(const JsonObject &line) {
     return std::ranges::any_of(contentOf(line.root()), [](simdjson::dom::object block) {
         return !word(block, "text").empty();
     });
 }
 
-/// Where a question was interrupted, Gemini CLI at once writes down all that was said before, as if
-/// it were said now. No person types so quickly.
+/// After an interrupted question Gemini CLI at once writes everything said before again, with the
+/// current time. No person types a prompt so quickly.
 bool isFollowedByCopies(const JsonObject &interruption, const TranscriptInfo &info) {
     constexpr std::chrono::seconds quick(1);
     const auto at = timeOf(interruption);
@@ -29,7 +29,7 @@ bool isFollowedByCopies(const JsonObject &interruption, const TranscriptInfo &in
 
 } // namespace
 
-/// A line of another kind may repeat what was there before.
+/// Lines of other kinds are ignored, since they may repeat earlier ones.
 void takeLine(const JsonObject &line, TranscriptInfo &info) {
     const std::string_view type = word(line.root(), "type");
     if (type == "info" && word(line.root(), "content") == "Request cancelled.") {

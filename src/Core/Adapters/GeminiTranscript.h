@@ -2,18 +2,17 @@
 
 #include "Core/Agents/TranscriptReader.h"
 
-/// The lines of the chats that Gemini CLI and Qwen Code write down, as far as they tell how a turn
-/// stands. Safe from any thread.
+/// Reads the state of a turn from lines of the chats that Gemini CLI and Qwen Code write. Safe from
+/// any thread.
 namespace morvane::GeminiTranscript {
 
-/// How much of the end may follow on an interruption, after which Gemini CLI writes the whole chat
-/// down twice.
+/// How much of the end is read: after an interruption Gemini CLI writes the whole chat twice.
 constexpr qsizetype tailSize = 4'194'304;
 
 void takeLine(const JsonObject &line, TranscriptInfo &info);
 
-/// Takes an interruption, or a turn that runs, but no failure, since after an error Qwen Code may
-/// try again.
+/// Takes an interruption or a running turn, but no failure, since Qwen Code may try again after an
+/// error.
 void takeLineOfQwen(const JsonObject &line, TranscriptInfo &info);
 
 } // namespace morvane::GeminiTranscript

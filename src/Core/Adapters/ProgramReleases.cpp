@@ -23,11 +23,11 @@ using AgentReleases::Program;
 constexpr qsizetype longestPackageFile = 262'144;
 constexpr int highestPackage = 6; ///< folders above the program
 
-/// More programs than anybody has; a caller without end makes it begin anew. More agents than run
-/// at one time.
+/// More programs than anybody has, and more agents than run at one time. Beyond it the cache of
+/// programs begins anew.
 constexpr std::size_t mostKnown = 64;
 
-/// A file that tells nothing may lie where each look takes long, such as on a server that is gone.
+/// A file that tells nothing may be slow to read, such as on a file server that is gone.
 constexpr Seconds missLimit(60);
 
 std::optional<AgentRelease> releaseOfPackage(const QString &file, const QString &package) {
@@ -39,7 +39,7 @@ std::optional<AgentRelease> releaseOfPackage(const QString &file, const QString 
     return isThis && version ? AgentRelease::parse(*version) : std::nullopt;
 }
 
-/// Installers without a package have a file or a folder of their own for each release.
+/// Installers without a package name a file or a folder of their own after each release.
 std::optional<AgentRelease> releaseInPath(const QString &path, const QString &command) {
     QStringList parts =
         path.split(QLatin1Char('/')).last(std::min<qsizetype>(path.count(QLatin1Char('/')), 4));
@@ -54,8 +54,8 @@ std::optional<AgentRelease> releaseInPath(const QString &path, const QString &co
     return std::nullopt;
 }
 
-/// No link is left in the path to follow, but for one to the root of a process: by that the file
-/// is found, and behind it would be our own root.
+/// Goes up the path as text. Its only link may be that to a process's root, which must not be
+/// resolved: it would lead into our own root.
 std::optional<AgentRelease> read(const Program &program, const QString &path) {
     QString folder = path.section(QLatin1Char('/'), 0, -2);
     for (int level = 0; level < highestPackage && !folder.isEmpty(); ++level) {
@@ -69,8 +69,8 @@ std::optional<AgentRelease> read(const Program &program, const QString &path) {
     return releaseInPath(path, program.command);
 }
 
-/// Where a shell would look for the program, in order, and behind it the places that a shell only
-/// knows by what runs when it starts.
+/// Where a shell would look for the program, in order, followed by the places that a shell only
+/// knows from its startup files.
 QStringList places(const Program &program) {
     QStringList result;
     const QStringList path = qEnvironmentVariable("PATH").split(QLatin1Char(':'));
@@ -80,7 +80,7 @@ QStringList places(const Program &program) {
         }
     }
     result << ToolPaths::inHome(program.command);
-    // What these put on the PATH is a script of their own.
+    // These managers only put a script of their own on the PATH.
     for (const char *folder : {".local/share/pnpm/global/*/node_modules/%1",
                                ".volta/tools/image/packages/%1/lib/node_modules/%1"}) {
         result << ToolPaths::fitting(
@@ -121,7 +121,7 @@ std::optional<AgentRelease> ProgramReleases::ofResolved(AgentKind agent, const Q
         return known->second.release;
     }
     const auto release = read(*program, file);
-    if (release) { // else its package may still be on its way
+    if (release) { // without one the package may still be installing
         if (m_known.size() >= mostKnown) {
             m_known.clear();
         }

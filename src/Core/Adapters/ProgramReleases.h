@@ -18,9 +18,9 @@ namespace morvane {
 
 class Scheduler;
 
-/// Which release of its agent a program on this machine is. No program is run for that: its package
-/// tells, or else its own name and the folders that it lies in. What was found out is remembered
-/// for each file as long as the file stays the same. Reads small files; for one thread at a time.
+/// Finds out which release of an agent a program on this machine is, without running it: from its
+/// package, or else from its own name and its folders. The result is cached for each file as long
+/// as the file stays the same. Reads small files; for one thread at a time.
 class ProgramReleases {
 public:
     /// As `Processes::fileOf`.
@@ -28,26 +28,26 @@ public:
 
     explicit ProgramReleases(FileOf fileOf = &ourFile) : m_fileOf(std::move(fileOf)) {}
 
-    /// The file of a process that has our files.
+    /// The `FileOf` for a process that sees the same files as we do.
     static QString ourFile(const ProcessIdentity &process, const QString &path);
 
-    /// The release of the agent that this file, or the script that it is a link to, belongs to.
-    /// None where that doesn't tell, and for an agent of whose releases none is listed.
+    /// The release of the agent that this file, or the target of this link, belongs to. None where
+    /// that can't be told, and for an agent without listed releases.
     std::optional<AgentRelease> of(AgentKind agent, const QString &file);
 
-    /// The same for the file that this process runs, by the path that it has there. What the
-    /// process once was it stays, though an update replaces the file or takes it away. A file that
-    /// doesn't tell is left alone for a minute.
+    /// The same for the file that this process runs, by the path that it has there. A process keeps
+    /// its release when an update replaces or removes the file. A file that doesn't tell is left
+    /// alone for a minute.
     std::optional<AgentRelease> of(AgentKind agent, const QString &file,
                                    const ProcessIdentity &process, const Scheduler &clock);
 
-    /// The release that a person's shell would start: that of the first file which tells one, on
-    /// the PATH or, as a program of the desktop's may not have that of the shell, where the usual
-    /// installers and managers of versions put programs.
+    /// The release that a person's shell would start: that of the first file that tells one, on the
+    /// PATH or where common installers and version managers put programs, since a desktop program
+    /// may lack the shell's PATH.
     std::optional<AgentRelease> installed(AgentKind agent);
 
 private:
-    /// What makes a file the same as before.
+    /// Equal as long as a file stays the same.
     struct Identity {
         std::uint64_t device = 0;
         std::uint64_t file = 0;
@@ -63,10 +63,10 @@ private:
     struct Running {
         AgentKind agent;
         ProcessIdentity process;
-        QString file = {}; ///< that told the release; empty while none has
+        QString file = {}; ///< the file that told the release; empty while none has
         std::optional<AgentRelease> release = {};
         QString missed = {}; ///< the last file that told none
-        Date lookedAt = {};  ///< when the look at that one had ended
+        Date lookedAt = {};  ///< when that file had been read
     };
 
     static std::optional<Identity> identityOf(const QString &file);
@@ -74,7 +74,7 @@ private:
 
     FileOf m_fileOf;
     std::map<std::pair<AgentKind, QString>, Known> m_known;
-    std::vector<Running> m_running; ///< the last one asked for is the last
+    std::vector<Running> m_running; ///< the last one asked for comes last
 };
 
 } // namespace morvane
