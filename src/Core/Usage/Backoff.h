@@ -13,7 +13,7 @@ public:
     static constexpr Seconds intervalNearLimit{120};
     static constexpr double mostBackoff = 16;
 
-    /// `most` is how many times as long it becomes in the end.
+    /// `most` is the limit of the multiplier.
     void failed(double most = mostBackoff) { m_multiplier = std::min(2 * m_multiplier, most); }
     void succeeded() { m_multiplier = 1; }
 

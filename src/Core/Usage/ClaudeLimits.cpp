@@ -11,10 +11,10 @@ namespace morvane {
 
 namespace {
 
-/// The person's next turn brings a new token.
+/// Lower than for other failures, since the person's next turn brings a new token.
 constexpr double mostBackoffExpired = 8;
 
-/// A status line that is older tells nothing of now.
+/// The figures of an older status line don't count as current.
 constexpr Seconds liveFor(300);
 
 const QString lastWeeklyUtilization = QStringLiteral("lastWeeklyUtilization");
@@ -25,8 +25,8 @@ bool isOver(const std::optional<UsageWindow> &window, Date now) {
     return window && window->isOver(now);
 }
 
-/// Each answer of the endpoint gives the reset of the same window anew, off by up to a few seconds,
-/// and status lines round it.
+/// The endpoint computes a window's reset anew for each answer, to within a second or two, and
+/// status lines round it.
 constexpr Seconds resetVaries(60);
 
 bool isSameWindow(const std::optional<UsageWindow> &told, const std::optional<UsageWindow> &known) {
@@ -34,12 +34,13 @@ bool isSameWindow(const std::optional<UsageWindow> &told, const std::optional<Us
            std::chrono::abs(*told->resetsAt - *known->resetsAt) < resetVaries;
 }
 
-/// What is used of one window never falls, so the lower figure is the older one.
+/// Utilization never falls within one window, so the lower figure is the older one.
 bool isOlder(const std::optional<UsageWindow> &told, const std::optional<UsageWindow> &known) {
     return isSameWindow(told, known) && told->utilization < known->utilization;
 }
 
-/// A window keeps the reset that was first told: another one would announce its milestones again.
+/// A window keeps the reset it was first known by: with a different one, its milestones would be
+/// announced again.
 void keepReset(std::optional<UsageWindow> &told, const std::optional<UsageWindow> &known) {
     if (isSameWindow(told, known)) {
         told->resetsAt = known->resetsAt;
@@ -93,14 +94,14 @@ void ClaudeLimits::scheduleClaude(Seconds delay) {
     m_claudeTimer = m_scheduler.after(delay, [this] { pollClaude(); });
 }
 
-/// A clock that was set back has not made it fresh again.
+/// A clock that was set back doesn't make an old status line fresh again.
 bool ClaudeLimits::isFedLive() const {
     const Date now = m_scheduler.now();
     return m_lastLiveIngest && now < *m_lastLiveIngest + liveFor &&
            *m_lastLiveIngest < now + liveFor;
 }
 
-/// What is longer than a server is ever left alone comes from a clock that was set back.
+/// A wait beyond `longestRetry` comes from a clock that was set back, and is ignored.
 Seconds ClaudeLimits::retryLeft() const {
     const Seconds left =
         m_claudeRetryAt ? Seconds(*m_claudeRetryAt - m_scheduler.now()) : Seconds(0);
@@ -125,7 +126,7 @@ void ClaudeLimits::pollClaude() {
     m_credentials.read([this](const CredentialReader::Lookup &lookup) { takeCredential(lookup); });
 }
 
-/// From here on nothing is sent or published any more once the person has turned the limits off.
+/// Once the person has turned the limits off, nothing is sent or published from here on.
 void ClaudeLimits::takeCredential(const CredentialReader::Lookup &lookup) {
     if (!m_settings.usageEnabled()) {
         m_credentials.forget();
@@ -146,7 +147,7 @@ void ClaudeLimits::takeCredential(const CredentialReader::Lookup &lookup) {
         failClaude(tr("no Claude Code credentials"));
         return;
     }
-    // Only the person starts it again.
+    // Polling ends here until the person restarts it.
     m_keychainBlocked = true;
     m_unavailableReason = tr("keychain locked — Morvane won't ask for your password");
     emit changed();
@@ -193,7 +194,7 @@ void ClaudeLimits::takeBody(const QByteArray &body) {
     endClaudePoll();
 }
 
-/// The figures stay, unless whoever calls has taken them away.
+/// Keeps the figures, unless the caller has reset them.
 void ClaudeLimits::failClaude(const QString &reason, double mostBackoff) {
     m_unavailableReason = reason;
     m_backoff.failed(mostBackoff);
@@ -210,7 +211,7 @@ void ClaudeLimits::endClaudePoll() {
 void ClaudeLimits::ingestLive(const QByteArray &data) {
     const Date now = m_scheduler.now();
     auto usage = UsageFormat::parseLive(data, now);
-    // A session that rests may draw its status line anew, with the figures of its last turn.
+    // An idle session may redraw its status line, with the figures of its last turn.
     if (!usage || isOver(usage->session, now) || isOver(usage->weekly, now)) {
         return;
     }
@@ -218,7 +219,7 @@ void ClaudeLimits::ingestLive(const QByteArray &data) {
         (isOlder(usage->session, m_usage->session) || isOlder(usage->weekly, m_usage->weekly))) {
         return;
     }
-    // The status line never tells that one.
+    // The status line never has this window.
     if (m_usage) {
         usage->fable = m_usage->fable;
         usage->fableReadAt = m_usage->fableReadAt;
@@ -242,7 +243,7 @@ void ClaudeLimits::takeUsage(Usage usage) {
     emit usageRead(usage);
 }
 
-/// A record of when the week began anew, for whoever looks into the defaults.
+/// Records when the weekly window was reset, for whoever looks into the defaults.
 void ClaudeLimits::detectWeeklyReset(const Usage &usage) {
     if (!usage.weekly) {
         return;

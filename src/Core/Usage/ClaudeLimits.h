@@ -14,9 +14,9 @@ namespace morvane {
 
 class MorvaneSettings;
 
-/// How much of Claude's limits is used, and when that is asked. The figures come from the usage
-/// endpoint, or with each status line of a session, which spares the endpoint. Owned by
-/// `UsagePoller`; main thread.
+/// How much of Claude's limits is used, and the schedule of asking for it. The figures come from
+/// the usage endpoint or, sparing that, with each status line of a session. Owned by `UsagePoller`;
+/// main thread.
 class ClaudeLimits : public QObject {
     Q_OBJECT
 
@@ -28,7 +28,7 @@ public:
     bool keychainBlocked() const { return m_keychainBlocked; }
     bool approachingLimit() const;
 
-    // These tell nobody of what they change.
+    // These, except `ingestLive`, emit no signal themselves.
 
     /// Asks at once, and from then on every few minutes.
     void start();
@@ -39,7 +39,7 @@ public:
     /// Stops, and forgets what was read.
     void turnOff();
 
-    /// Asks at once, whatever speaks against it, and as though asking had never failed.
+    /// Asks at once, even while fed live or asked to wait, and resets the backoff.
     void refreshNow();
 
     void allowKeychain();
@@ -47,7 +47,7 @@ public:
     void ingestLive(const QByteArray &data);
 
 signals:
-    /// Figures have been read, ahead of `changed`.
+    /// Figures have been read; sent before `changed`.
     void usageRead(const morvane::Usage &usage);
     void changed();
 
@@ -78,7 +78,7 @@ private:
     Backoff m_backoff;
     std::optional<Date> m_lastLiveIngest;
     std::optional<Date> m_claudeRetryAt; ///< the endpoint wants to be left alone until then
-    bool m_forceNextClaudePoll = false;  ///< whatever speaks against it
+    bool m_forceNextClaudePoll = false;  ///< even while fed live or asked to wait
 };
 
 } // namespace morvane

@@ -50,7 +50,7 @@ CodexExchange::ConsumeAction CodexExchange::consume(const QByteArray &data) {
     return action;
 }
 
-/// Whatever else the server has to say, such as its notifications, is none of our business.
+/// Anything else that the server sends, such as its notifications, is ignored.
 void CodexExchange::consumeLine(const QByteArray &line, ConsumeAction &action) {
     const QJsonObject message = QJsonDocument::fromJson(line).object();
     const auto id = UsageFormat::doubleValue(message[u"id"]);

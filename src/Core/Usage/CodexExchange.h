@@ -6,22 +6,22 @@
 
 namespace morvane {
 
-/// Our side of the talk with Codex's app-server: what it says, cut into its lines, and what there
-/// is to say to that. One JSON object is a line, in both directions.
+/// Our side of the exchange with Codex's app-server: splits its output into lines, and says what to
+/// send in reply. Each line is one JSON object, in both directions.
 class CodexExchange {
 public:
-    /// What is said first. `version` is this program's.
+    /// The first message. `version` is this program's.
     static QByteArray initializeRequest(const QString &version);
 
-    /// What is said when the first answer has come.
+    /// What to send after the first answer.
     static QByteArray initializedAndReadRequest();
 
     struct ConsumeAction {
-        bool sendsReadRequest = false; ///< it is to be sent now, once
-        bool isOver = false;           ///< the answer is there, or none will be taken any more
+        bool sendsReadRequest = false; ///< the read request is due now; true once
+        bool isOver = false;           ///< the answer is there, or no longer waited for
     };
 
-    /// Takes the next piece of what the server says.
+    /// Takes the next piece of the server's output.
     ConsumeAction consume(const QByteArray &data);
 
     /// The whole line of the answer about the limits.
@@ -30,7 +30,7 @@ public:
 private:
     void consumeLine(const QByteArray &line, ConsumeAction &action);
 
-    QByteArray m_buffer; ///< what has no line feed yet
+    QByteArray m_buffer; ///< the unfinished line
     bool m_sentReadRequest = false;
     std::optional<QByteArray> m_response;
 };

@@ -15,8 +15,8 @@ namespace morvane {
 
 class MorvaneSettings;
 
-/// How much of Codex's limits is used, and when Codex itself is asked. Owned by `UsagePoller`; main
-/// thread.
+/// How much of Codex's limits is used, and the schedule of asking Codex itself. Owned by
+/// `UsagePoller`; main thread.
 class CodexLimits : public QObject {
     Q_OBJECT
 
@@ -28,12 +28,12 @@ public:
     const std::optional<QString> &unavailableReason() const { return m_unavailableReason; }
     bool approachingLimit() const;
 
-    // These tell nobody of what they change.
+    // These emit no signal themselves.
 
     /// Asks at once, and from then on every few minutes.
     void start();
 
-    /// Asks at once, as though asking had never failed.
+    /// Asks at once, and resets the backoff.
     void refreshNow();
 
     /// Asks no more, until it is started or refreshed.

@@ -24,8 +24,8 @@ bool isSignedIn() {
     return file.exists() && !file.isDir();
 }
 
-/// As a script of npm's it needs the interpreter that was installed beside it, of which the
-/// desktop may know nothing.
+/// If Codex is an npm script, its interpreter is installed beside it, and may be missing from the
+/// desktop's PATH.
 Tools::Command command(const QString &program) {
     QProcessEnvironment environment;
     environment.insert(QStringLiteral("PATH"),

@@ -8,9 +8,9 @@ namespace morvane {
 class ToolDialogue;
 }
 
-/// Asks Codex itself for its account's limits, by starting it as a server of our own for a moment,
-/// that may run nothing and ask nothing. Stateless; blocks for up to some 16 seconds, so not for
-/// the main thread.
+/// Asks Codex itself for its account's limits, by briefly starting it as a server that may neither
+/// run anything nor ask for approval. Stateless; blocks for up to some 16 seconds, so not for the
+/// main thread.
 namespace morvane::CodexUsageReader {
 
 /// The limits, or why there are none, for a person. `version` is this program's.

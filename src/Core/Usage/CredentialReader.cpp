@@ -17,7 +17,7 @@ const QString service = QStringLiteral("Claude Code-credentials");
 const QString file = QStringLiteral(".claude/.credentials.json");
 constexpr qsizetype longestFile = 1'048'576;
 
-/// A token that ends sooner than that may end on its way.
+/// A token that expires sooner may expire on its way.
 constexpr Seconds margin(120);
 
 } // namespace
@@ -43,7 +43,7 @@ bool CredentialReader::isGood(const Credential &credential) const {
     return !credential.expiresAt || *credential.expiresAt >= m_scheduler.now() + margin;
 }
 
-/// The file first, so that whoever has one never has to do with the secret store.
+/// Reads the file first, so that nobody who has one is bothered by the secret store.
 std::optional<Credential> CredentialReader::search(SecurityTool &tool) {
     const auto bytes = RegularFile::head(QDir::home().filePath(file), longestFile);
     if (const auto credential = bytes ? parse(*bytes) : std::nullopt) {

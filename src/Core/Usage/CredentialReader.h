@@ -14,7 +14,7 @@
 
 namespace morvane {
 
-/// What lets its bearer ask for a person's limits. Never to be stored, shown or logged.
+/// The token that a person's limits are requested with. Never to be stored, shown or logged.
 struct Credential {
     QByteArray accessToken; ///< never empty
     std::optional<Date> expiresAt;
@@ -35,9 +35,9 @@ public:
     /// All must outlive the reader; the store must outlive what runs in the background.
     CredentialReader(SecretStore &store, Scheduler &scheduler, BackgroundPool &background);
 
-    /// Hands on the token, which may have expired where no better one was found: at once when the
-    /// last one is good for two minutes, else from the main thread when it has been read. Those who
-    /// ask meanwhile wait for the same reading.
+    /// Calls `use` with the token, which may have expired if no better one was found: at once when
+    /// the cached token is good for two minutes, else from the main thread once it has been read.
+    /// Calls made meanwhile share that reading.
     void read(std::function<void(const Lookup &)> use);
 
     /// Makes the next call read anew.
@@ -46,7 +46,7 @@ public:
     /// The person allows another try at the secret store.
     void unblock() { m_tool->unblock(); }
 
-    /// The token in Claude Code's own form, of the file and of the secret store alike.
+    /// Parses Claude Code's own format, which its file and the secret store share.
     static std::optional<Credential> parse(const QByteArray &bytes);
 
 private:
@@ -57,7 +57,7 @@ private:
 
     Scheduler &m_scheduler;
     BackgroundPool &m_background;
-    std::shared_ptr<SecurityTool> m_tool; ///< shared with the reading
+    std::shared_ptr<SecurityTool> m_tool; ///< shared with the background job
     std::optional<Credential> m_cached;
     std::vector<std::function<void(const Lookup &)>> m_waiting; ///< for the reading, if any
 };

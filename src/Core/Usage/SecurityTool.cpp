@@ -6,7 +6,7 @@ namespace morvane {
 
 namespace {
 
-/// Any store answers sooner than that, unless somebody has to do something first.
+/// Any store answers sooner, unless it waits for a person.
 constexpr Seconds answerLimit(2.5);
 
 } // namespace

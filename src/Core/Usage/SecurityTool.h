@@ -7,17 +7,17 @@
 
 namespace morvane {
 
-/// The guarded way to the desktop's secret store. A store that doesn't answer may be waiting for a
-/// person's password, and one whose item is locked would have to: after that nothing is asked any
-/// more until the person allows it. Safe from any thread; owned by those who ask.
+/// Guarded access to the desktop's secret store. A store that doesn't answer may be waiting for a
+/// person's password, and one whose item is locked would have to. After either, the store isn't
+/// asked again until the person allows it. Safe from any thread; owned by those who ask.
 class SecurityTool {
 public:
     /// The store must outlive this.
     explicit SecurityTool(SecretStore &store) : m_store(store) {}
 
-    /// The secret of this service; withheld without asking while the tool is blocked. One call
-    /// after the other; blocks for up to 2.5 seconds once it is its turn, so not for the main
-    /// thread.
+    /// The secret of this service; `Withheld`, without asking, while the tool is blocked. Calls run
+    /// one after the other, and each blocks for up to 2.5 seconds once it is its turn, so not for
+    /// the main thread.
     SecretStore::Answer run(const QString &service);
 
     bool isBlocked() const { return m_isBlocked; }

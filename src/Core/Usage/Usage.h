@@ -26,7 +26,7 @@ struct UsageWindow {
     friend bool operator==(const UsageWindow &, const UsageWindow &) = default;
 };
 
-/// True once so much is used that the person is told.
+/// True from the first threshold at which the person is told.
 inline bool isNearLimit(const std::optional<UsageWindow> &window) {
     return window && window->utilization >= UsageMilestone::thresholds.front();
 }
@@ -37,7 +37,7 @@ struct Usage {
     std::optional<UsageWindow> weekly;  ///< seven days
     std::optional<UsageWindow> fable;   ///< seven days, of the largest models alone
     Date fetchedAt;
-    Date fableReadAt{}; ///< of `fable`, which the status line leaves out
+    Date fableReadAt{}; ///< for `fable`, which the status line leaves out
 
     friend bool operator==(const Usage &, const Usage &) = default;
 };

@@ -13,7 +13,7 @@ namespace {
 
 constexpr double lowestThreshold = UsageMilestone::thresholds.front();
 
-/// Calls `visit` with each window that there is and that still runs, in the order of their kinds.
+/// Calls `visit` with each window that is present and still runs, in the order of their kinds.
 template <typename Visit>
 void forEachWindow(const Usage &usage, Date now, Visit visit) {
     const std::array<std::pair<UsageWindowKind, const std::optional<UsageWindow> &>, 3> windows{
@@ -47,8 +47,8 @@ QString UsageAlerts::percents(const QString &separator, const QString &unit) {
     return result.join(separator);
 }
 
-/// A window begins anew when it names another reset, and where none is known when its figure has
-/// fallen.
+/// A window begins anew when it names another reset, and otherwise when its figure has fallen below
+/// all thresholds.
 void UsageAlerts::rearm(const Usage &usage, Date now) {
     forEachWindow(usage, now, [this](UsageWindowKind kind, const UsageWindow &window) {
         const auto known = m_knownReset.find(kind);

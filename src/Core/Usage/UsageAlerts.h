@@ -12,16 +12,16 @@ namespace morvane {
 
 struct Usage;
 
-/// Which milestones are still to be told: each once until its window resets. Forgotten at the end
-/// of the program. Main thread.
+/// Decides which milestone to tell next: each once until its window resets. What was told is
+/// forgotten at the end of the program. Main thread.
 class UsageAlerts {
 public:
     /// The thresholds for a person, each with the unit behind it.
     static QString percents(const QString &separator, const QString &unit = {});
 
-    /// The milestone to tell of these figures, which counts as told from now on, as do lower ones
-    /// and those of other windows that were reached with it. While nothing is `eligible` none is
-    /// told, and what is reached waits. Windows that are over count as absent.
+    /// The milestone to tell for these figures. It counts as told from now on, and so do lower ones
+    /// and those that other windows have reached with it. Without `eligible` there is none, and
+    /// what is reached waits. Windows that are over count as absent.
     std::optional<UsageMilestone> nextMilestone(const Usage &usage, Date now, bool eligible);
 
 private:

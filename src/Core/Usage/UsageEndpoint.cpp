@@ -18,7 +18,7 @@ namespace {
 constexpr Seconds endpointLimit(15);
 constexpr Seconds usualRetry(300);
 
-/// The seconds until a moment of HTTP, such as "Wed, 21 Oct 2015 07:28:00 GMT".
+/// The seconds until an HTTP date, such as "Wed, 21 Oct 2015 07:28:00 GMT".
 std::optional<double> secondsUntil(const QString &text, Date now) {
     if (!text.endsWith(u" GMT")) {
         return std::nullopt;

@@ -16,10 +16,10 @@ namespace {
 const QLatin1String sessionKey("five_hour");
 const QLatin1String weeklyKey("seven_day");
 
-/// The end of what the clock counts in nanoseconds lies behind it.
+/// The clock counts nanoseconds in 64 bits, and ends a little later.
 constexpr double lastSecond = 9e9;
 
-/// Above this a number of seconds would lie far beyond any date: it is one of milliseconds.
+/// A number above this counts milliseconds; as seconds it would lie far beyond any date.
 constexpr double firstMilliseconds = 1e12;
 
 QJsonObject objectOf(const QByteArray &body) {
@@ -71,7 +71,7 @@ std::optional<UsageWindow> scopedWindow(const QJsonValue &limits) {
     return std::nullopt;
 }
 
-/// As it was told before there was a list of limits.
+/// The form that was used before there was a list of limits.
 std::optional<UsageWindow> namedWindow(const QJsonObject &root) {
     for (auto member = root.begin(); member != root.end(); ++member) {
         const bool isCommon = member.key() == sessionKey || member.key() == weeklyKey;

@@ -7,8 +7,8 @@
 
 #include <optional>
 
-/// The forms in which limits are told. Read by Qt's reader, which takes half a surrogate pair in a
-/// neighbouring text as it comes, and leaves the numbers as they are. Pure functions.
+/// Parses the formats in which limits arrive. Qt's reader accepts half a surrogate pair in a
+/// neighbouring text, and leaves the numbers as they are. Pure functions.
 namespace morvane::UsageFormat {
 
 /// The body of the usage endpoint. None when it tells neither of the two common windows.

@@ -5,8 +5,7 @@
 
 namespace morvane {
 
-/// The limits that Claude counts a person's use against, in the order in which they go before each
-/// other.
+/// The limits that Claude counts a person's use against, in order of precedence.
 enum class UsageWindowKind {
     session,
     weekly,

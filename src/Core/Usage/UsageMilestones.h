@@ -19,24 +19,24 @@ class UsageMilestones : public QObject {
     Q_OBJECT
 
 public:
-    /// The eligibility says whether there is such work. The scheduler outlives the milestones.
+    /// `milestoneEligibility` tells of such work. The scheduler outlives the milestones.
     UsageMilestones(Scheduler &scheduler, std::function<bool()> milestoneEligibility);
 
-    /// The one to show now.
+    /// The milestone to show now, if any.
     const std::optional<UsageMilestone> &activeMilestone() const { return m_activeMilestone; }
 
     bool areEligible() const { return m_milestoneEligibility(); }
 
-    /// Looks for one that these figures have reached, and that hasn't been told.
+    /// Shows the milestone that these figures have newly reached, if any.
     void evaluateMilestones(const Usage &usage);
 
     void clearMilestone();
 
 signals:
-    /// Sent once for each.
+    /// Sent once for each milestone.
     void reached(const morvane::UsageMilestone &milestone);
 
-    /// It has been shown for long enough.
+    /// The milestone has been shown for long enough.
     void dismissed();
 
 private:

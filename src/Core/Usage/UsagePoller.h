@@ -15,11 +15,11 @@ namespace morvane {
 
 class MorvaneSettings;
 
-/// How much of the subscriptions' limits is used, and when that is asked. Two lines that know
-/// nothing of each other, `ClaudeLimits` and `CodexLimits`, and the milestones on Claude's.
+/// How much of the subscriptions' limits is used, and the schedule of asking. Two independent
+/// pollers, `ClaudeLimits` and `CodexLimits`, and the milestones of Claude's limits.
 ///
-/// Nothing here can bring a question for a password before the person. A line that fails asks ever
-/// more seldom. Each poll arms the next as it ends, so nothing piles up while the machine sleeps.
+/// Nothing here can confront the person with a password prompt. A poller that fails backs off. Each
+/// poll schedules the next as it ends, so nothing piles up while the machine sleeps.
 ///
 /// Owned by `AppController`; main thread.
 class UsagePoller : public QObject {
@@ -43,40 +43,40 @@ public:
     const std::optional<UsageMilestone> &activeMilestone() const {
         return m_milestones.activeMilestone();
     }
-    /// The secret store did not answer, and isn't asked any more.
+    /// The secret store is locked or didn't answer, and isn't asked any more.
     bool keychainBlocked() const { return m_claude.keychainBlocked(); }
 
-    /// True when figures were read longer ago than two polls take: then a bar has to say when.
+    /// True when figures are older than two polls take: then a bar has to say when they were read.
     static bool areOld(Date fetchedAt, Date now) {
         return now - fetchedAt > 2 * Backoff::ordinaryInterval;
     }
 
-    // True with a window that is used up to 85 %.
+    // True when at least 85 % of a window is used up.
     bool approachingClaudeLimit() const { return m_claude.approachingLimit(); }
     bool approachingCodexLimit() const { return m_codex.approachingLimit(); }
 
     /// To be called when what `milestoneEligibility` says may have changed.
     void refreshMilestoneEligibility();
 
-    /// Follows the setting: starts both lines, or stops them and forgets what they have read.
+    /// Follows the setting: starts both pollers, or stops them and forgets what they have read.
     void setEnabled(bool enabled);
 
-    /// The person wants to know now; whatever kept from asking is passed over. Nothing while the
-    /// limits are turned off.
+    /// Asks at once, on the person's request, whatever has kept it from asking. Does nothing while
+    /// the limits are turned off.
     void refreshNow();
 
     /// The person allows another try at the secret store.
     void retryKeychainAccess();
 
-    /// What an agent has handed its status line. What is not understood is dropped, as is what
-    /// names a window that is over, or less of one than is known to be used.
+    /// Takes what an agent has passed to its status line. Data is dropped when it can't be
+    /// understood, has a window that is over, or a lower utilization than is already known.
     void ingestLive(const QByteArray &data, AgentKind agent);
 
     /// Asks no more, until it is enabled or refreshed.
     void stop();
 
 signals:
-    /// Some of what is published.
+    /// Something published has changed.
     void changed();
     /// A milestone is reached; sent once for each that is told.
     void milestoneEvents(const morvane::UsageMilestone &milestone);

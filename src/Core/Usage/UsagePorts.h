@@ -8,8 +8,8 @@ class Scheduler;
 class SecretStore;
 class ToolDialogue;
 
-/// What limits are asked by. The secret store and the dialogue must outlive what runs in the
-/// background, the rest whoever asks.
+/// The ports through which limits are asked for. The secret store and the dialogue must outlive the
+/// background jobs, the other ports whoever asks.
 struct UsagePorts {
     Scheduler &scheduler;
     BackgroundPool &background;
