@@ -6,7 +6,8 @@ namespace morvane {
 
 namespace {
 
-/// That are kept without a session, since not all ends are told, and that are known to have ended.
+/// Beyond this many, an agent that loses its last session is dropped, since not every end is
+/// reported. As many ended agents are remembered.
 constexpr std::size_t maxAgents = 64;
 
 } // namespace

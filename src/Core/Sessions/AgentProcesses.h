@@ -12,8 +12,8 @@
 
 namespace morvane {
 
-/// Knows which process is the agent of each session, and tells when it has gone: an agent that is
-/// killed, or whose terminal is closed, says nothing more. Owned by the controller; main thread.
+/// Knows which process is each session's agent, and reports its end: an agent that is killed, or
+/// whose terminal is closed, sends no more hooks. Owned by the controller; main thread.
 class AgentProcesses {
 public:
     /// `ended` is called with each session of a process that has ended. The processes and the
@@ -22,10 +22,10 @@ public:
                    std::function<void(const QString &sessionID)> ended)
         : m_processes(processes), m_scheduler(scheduler), m_ended(std::move(ended)) {}
 
-    /// A hook of the session, which may take no longer than this, was started by this process. One
-    /// that an agent has started for a single hook ends with that, so it counts as the agent from
-    /// its second hook on, or once it has outlived the first. A hook may be told after the end of
-    /// its agent; then the session has ended with it, unless another agent has taken it up.
+    /// This process started a hook of the session, which runs no longer than `hookLimit`. An agent
+    /// may start a process for a single hook, so a process counts as the agent from its second hook
+    /// on, or once it has outlived the first. A hook may arrive after its agent has ended; then the
+    /// session has ended too, unless another agent has taken it up.
     void told(const QString &sessionID, const ProcessIdentity &process, Seconds hookLimit);
 
     /// The session has ended.
@@ -33,7 +33,7 @@ public:
 
 private:
     struct Agent {
-        QSet<QString> sessions; ///< it may have none any more, and have one again
+        QSet<QString> sessions; ///< may become empty, and fill again
         bool isProven = false;
         Task proof, watch;
     };
@@ -44,7 +44,7 @@ private:
     Scheduler &m_scheduler;
     std::function<void(const QString &)> m_ended;
     std::map<ProcessIdentity, Agent> m_agents;
-    std::deque<ProcessIdentity> m_gone;          ///< the last agents to end; none comes back
+    std::deque<ProcessIdentity> m_gone; ///< the agents that ended last; none of them comes back
     QHash<QString, ProcessIdentity> m_processOf; ///< by session
 };
 

@@ -7,7 +7,7 @@ namespace morvane {
 
 namespace {
 
-/// The summary's candidates, the strongest first.
+/// When each candidate state was last entered, the strongest state first.
 struct Candidates {
     std::optional<Date> needsInput;
     std::optional<Date> failedUnacked;

@@ -8,7 +8,7 @@ namespace morvane {
 /// nobody has seen outranks running work; running work outranks a result that has been seen.
 struct AggregateStatus {
     std::optional<SessionState> state; ///< none when there is no session
-    std::optional<Date> since;         ///< when the latest of the sessions behind it changed
+    std::optional<Date> since;         ///< the latest `stateChangedAt` of the sessions that give it
 
     static AggregateStatus of(const Sessions &sessions);
 

@@ -28,7 +28,7 @@ struct CompletedRecord {
     std::optional<AgentKind> agent;
     std::optional<QString> hostAppName;
     bool failed = false;
-    std::optional<PaneLocator> pane; ///< absent when the session's locates no pane
+    std::optional<PaneLocator> pane; ///< absent unless it locates a pane
     std::optional<QString> ttyName;
 
     static CompletedRecord of(const Session &session, Date finishedAt);

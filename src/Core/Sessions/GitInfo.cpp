@@ -36,7 +36,7 @@ std::optional<QString> branchInGitDir(const QString &gitDir) {
     return result.isEmpty() ? std::nullopt : std::optional(result);
 }
 
-/// Follows the file that a linked worktree or a submodule has in the place of the directory.
+/// Follows the `.git` file that a linked worktree or a submodule has instead of a directory.
 std::optional<QString> branchThroughFile(const QString &path) {
     const auto text = readText(path);
     const QStringList lines = text.value_or(QString()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);

@@ -4,14 +4,14 @@
 
 #include <optional>
 
-/// Reads what a working directory's repository says of itself. Reads a few small files, without
-/// running git. Stateless; safe from any thread.
+/// Finds out the branch of a working directory by reading a few small files, without running git.
+/// Stateless; safe from any thread.
 namespace morvane::GitInfo {
 
-/// The branch checked out in the directory, or in the nearest of the 25 levels from it upwards
-/// that holds a repository; for a detached head the first 7 characters of its commit. The path
-/// by which a linked worktree or a submodule names its repository is taken as it stands: one that
-/// is relative to the folder isn't resolved.
+/// The branch checked out in the nearest repository, which is searched for in 25 levels, from the
+/// directory upwards; for a detached head the first 7 characters of its commit. A linked worktree
+/// or a submodule names its repository by a path, which is used as it stands: one that is relative
+/// to the folder isn't resolved.
 std::optional<QString> branch(const QString &cwd);
 
 } // namespace morvane::GitInfo

@@ -17,7 +17,7 @@ struct PendingApproval {
     QString toolName;
     std::optional<QString> detail;  ///< what the tool works on, one line
     ReadableInput input;            ///< all that the tool is given
-    Date expiresAt;                 ///< for display: the expiry itself is told by the server
+    Date expiresAt;                 ///< for display: the server reports the expiry itself
     bool allowsRemembering = false; ///< whether the agent can be told to ask no more
 
     /// Everything that a person may ever choose, in the order of the buttons and the digit keys.
@@ -29,8 +29,8 @@ struct PendingApproval {
     /// Whether the agent has said what the tool would do.
     bool hasDetails() const { return detail.has_value() || !input.lines.isEmpty(); }
 
-    /// The choices on offer for this call: the first ones of all, so that each keeps its digit.
-    /// Nobody is asked to allow for good what they haven't been told.
+    /// The choices on offer for this call: always the first of `allChoices`, so that each keeps its
+    /// digit. A call without details can't be allowed for good.
     QList<AgentDecision> choices() const {
         const auto all = allChoices();
         return allowsRemembering && hasDetails() ? all : all.first(all.size() - 1);

@@ -12,11 +12,11 @@ namespace morvane {
 struct PendingQuestion {
     QString id; ///< the decision id under which the server has parked the hook
     QList<AgentQuestion> questions;
-    QString toolName;               ///< the tool that any answer allows
-    bool onlyAsks = false;          ///< the tool does nothing else
-    ReadableInput input;            ///< what it is given besides the questions
+    QString toolName;               ///< the tool, which any answer allows to run
+    bool onlyAsks = false;          ///< the tool does nothing but ask
+    ReadableInput input;            ///< the tool's input besides the questions
     QMap<QString, QString> answers; ///< question text to the label of the chosen option
-    Date expiresAt;                 ///< for display: the expiry itself is told by the server
+    Date expiresAt;                 ///< for display: the server reports the expiry itself
 
     /// The position of the first question without an answer, or -1.
     qsizetype firstUnanswered() const;

@@ -14,11 +14,11 @@ namespace morvane::PendingRequest {
 
 namespace {
 
-// Of a question that the panel asks.
+// Limits of a question that the panel asks.
 constexpr qsizetype mostOptions = 20;
-constexpr qsizetype longestHeader = 24; ///< which shares a line
+constexpr qsizetype longestHeader = 24; ///< it shares a line
 
-/// Whether the panel shows it whole.
+/// Whether the panel shows the text whole.
 bool canBeRead(const QString &text) {
     if (text.size() > BoundedText::paragraphLength) {
         return false;
@@ -28,7 +28,7 @@ bool canBeRead(const QString &text) {
            shown == BoundedText::of(shown, BoundedText::paragraphLength);
 }
 
-/// Whether a person can tell each of the texts from the others, as the agent does, and from none.
+/// Whether each text looks different from all others, and none looks empty.
 bool areDistinct(const QStringList &texts) {
     QSet<QString> looks{QString()};
     for (const QString &text : texts) {
@@ -67,7 +67,7 @@ bool isAnswerableHere(const HookEvent &event) {
     if (!event.questions) {
         return true;
     }
-    QStringList texts; // by which the answers are told apart
+    QStringList texts; // the answers' keys
     for (const AgentQuestion &question : *event.questions) {
         texts.append(question.question);
     }

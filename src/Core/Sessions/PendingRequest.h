@@ -7,12 +7,12 @@
 
 namespace morvane::PendingRequest {
 
-/// Whether a person can answer the request of this event from what the panel shows of it; else it
-/// is the terminal's. Always true of a request without questions.
+/// Whether the panel shows enough of this event's request for a person to answer it there; else it
+/// is left to the terminal. Always true of a request without questions.
 bool isAnswerableHere(const HookEvent &event);
 
-/// What the panel asks; the event has questions. `decisionID` is the one under which the server
-/// keeps the hook.
+/// The question as the panel asks it; the event must have questions. The server has parked the hook
+/// under `decisionID`.
 PendingQuestion question(const HookEvent &event, const QString &decisionID, Date expiresAt);
 
 /// The same for a request without questions.

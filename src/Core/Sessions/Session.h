@@ -50,7 +50,7 @@ public:
     std::optional<QString> termProgram;
     std::optional<QString> hostBundleID;
     std::optional<QString> ttyName;
-    std::optional<ProcessIdentity> process; ///< that ran the last hook, most often the agent
+    std::optional<ProcessIdentity> process; ///< ran the last hook; most often the agent
     PaneLocator pane;
     std::optional<QString> hostAppName; ///< the hosting application's name, for a person
     std::optional<QString> currentTool;
@@ -63,7 +63,7 @@ public:
     QList<Subagent> subagents;         ///< of this turn, in the order of their start
     qsizetype pendingAgents = 0;       ///< background agents still running at the turn's end
     std::optional<QString> lastPrompt;
-    Date atWorkSince; ///< when the last prompt was told, or a rest ended without one
+    Date atWorkSince; ///< when the last prompt came, or a rest ended without one
     std::optional<QString> transcriptPath;
     std::optional<QString> model;
     std::optional<int> contextTokens; ///< of the last request
@@ -73,20 +73,20 @@ public:
     std::optional<PendingApproval> pendingApproval;
     std::optional<PendingQuestion> pendingQuestion;
     std::optional<PendingExternalResponse> pendingExternalResponse;
-    QByteArray pendingCall;  ///< the call that a hook waits with, as `HookEvent::call` has it
-    QString pendingSubagent; ///< whose call that is; empty for the session's own
-    /// Who has asked and not been heard of since, so that it waits for a person, here or in the
-    /// terminal: subagents by their ids, the session itself by an empty one. None at rest.
+    QByteArray pendingCall;  ///< `HookEvent::call` of the hook that waits
+    QString pendingSubagent; ///< the subagent that made it; empty for the session's own
+    /// Who has asked and hasn't been heard from since, and so waits for a person, here or in the
+    /// terminal: subagents by their ids, the session itself by an empty id. Empty at rest.
     QSet<QString> askers;
-    bool endsTurnsInTranscript = false; ///< a turn may end without an event
-    bool subagentGoesOn = false;        ///< has asked, while the session's own turn was over
-    bool titlesLag = false;             ///< while a turn runs its prompt says more than `aiTitle`
+    bool endsTurnsInTranscript = false; ///< a turn may end without a hook
+    bool subagentGoesOn = false; ///< one that asked goes on, though the session's own turn is over
+    bool titlesLag = false;      ///< while a turn runs, `aiTitle` is that of the turn before
 
     /// The name on the session's row: the person's own, else the folder's, else "session".
     QString displayName() const;
 
-    /// The name of a working directory that no person named: the folder's, "/" for the root, and
-    /// "session" without one.
+    /// The default name of a working directory: the folder's, "/" for the root, and "session" if it
+    /// is empty.
     static QString nameOf(const QString &cwd);
 
     /// The context's size in whole thousands, such as "137k"; below a thousand, the number.

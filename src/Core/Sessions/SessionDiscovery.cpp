@@ -29,7 +29,7 @@ QString toText(const fs::path &path) {
     return QFile::decodeName(QByteArray::fromStdString(path.native()));
 }
 
-/// When the transcript was last written; none for anything else, or one that is too old.
+/// When the transcript was last written; none for any other file, or for one that is too old.
 std::optional<Date> recentChange(const fs::directory_entry &entry, Date cutoff) {
     std::error_code error;
     if (entry.path().extension() != ".jsonl" || !entry.is_regular_file(error)) {
@@ -64,7 +64,7 @@ void forEachEntry(const fs::path &folder, Visit visit) {
     }
 }
 
-/// Each folder is opened by itself, so that one that can't be read costs no other.
+/// Opens each folder by itself, so that one that can't be read doesn't hide the others.
 template <typename Visit>
 void forEachFileBelow(const fs::path &root, Visit visit) {
     std::vector<fs::path> folders{root};
@@ -105,19 +105,19 @@ void scan(const AgentAdapter &adapter, Date cutoff, QList<DiscoveredSession> &fo
     }
 }
 
-/// Links resolved where that makes a difference: a process is in a folder, not behind a link to it.
+/// True also if `one` leads to `other` through links: a process's working directory has none in it.
 bool isSameFolder(const QString &one, const QString &other) {
     return one == other || QFileInfo(one).canonicalFilePath() == other;
 }
 
-/// Leaves those that an agent still runs in the folder of: the latest, and no more of a folder than
-/// agents are there. A session that doesn't tell its folder may be any agent's that is left over.
+/// Keeps the sessions in whose folder their agent still runs: the latest of each folder, no more
+/// than agents run there. A session without a known folder stays while any agent is left unmatched.
 QList<DiscoveredSession> running(QList<DiscoveredSession> found, const Processes &processes) {
     std::ranges::sort(found, std::greater(), &DiscoveredSession::lastActive);
     QHash<AgentKind, std::optional<QStringList>> folders;
     found.removeIf([&](const DiscoveredSession &session) {
         if (!folders.contains(session.agent)) {
-            // The programs bear the raw names of their agents.
+            // Each agent's program has the agent's raw name.
             const std::string_view name = rawValue(session.agent);
             const auto program = QLatin1String(name.data(), static_cast<qsizetype>(name.size()));
             folders.insert(session.agent, processes.workingDirectories(program));
@@ -145,8 +145,8 @@ QList<DiscoveredSession> scan(Seconds maxAge, Date now, const Processes &process
         scan(*adapter, now - maxAge, found);
     }
     found = running(std::move(found), processes);
-    // Here and not by whoever takes the result: a folder of long ago may lie on a file system that
-    // answers no more.
+    // Read here, not by the receiver of the result: an old folder may lie on a file system that no
+    // longer answers.
     for (DiscoveredSession &session : found) {
         session.gitBranch = GitInfo::branch(session.cwd);
     }

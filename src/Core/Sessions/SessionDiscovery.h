@@ -9,8 +9,8 @@ class Processes;
 }
 
 /// Finds the sessions that were active before the program started, by the transcripts in the home
-/// folder. Only what is recent is opened, and of that the beginning, so that the work doesn't grow
-/// with what has gathered there. Stateless; reads files, so not for the main thread.
+/// folder. Reads only recent transcripts, and only their beginning, so that the work doesn't grow
+/// with the old ones that have piled up. Stateless; reads files, so not for the main thread.
 namespace morvane::SessionDiscovery {
 
 /// The sessions whose transcript was written less than `maxAge` before `now` and whose agent still

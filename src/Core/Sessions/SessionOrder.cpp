@@ -40,7 +40,7 @@ bool comesBefore(const Session &left, const Session &right) {
     return left.id < right.id;
 }
 
-/// Where the sessions of this rank begin, and with them those of all later ranks.
+/// The position of the first session of this rank or a later one.
 qsizetype rankBegin(const QList<Session> &sorted, int first) {
     const auto begin = std::ranges::partition_point(
         sorted, [&](const Session &session) { return rank(session.state) < first; });
@@ -54,7 +54,7 @@ QList<CompletedRecord> where(const QList<CompletedRecord> &list, Predicate holds
     return result;
 }
 
-/// The ids that the records of the finished sessions have.
+/// The record ids of the finished sessions.
 QSet<QString> finishedRecordIDs(const Sessions &sessions) {
     QSet<QString> result;
     for (const Session &session : sessions) {
@@ -68,7 +68,7 @@ QSet<QString> finishedRecordIDs(const Sessions &sessions) {
 } // namespace
 
 QList<Session> sorted(const Sessions &sessions) {
-    // A session is too large to be moved about again and again.
+    // Sorts pointers: a session is too large to be moved again and again.
     std::vector<const Session *> order;
     order.reserve(static_cast<std::size_t>(sessions.size()));
     for (const Session &session : sessions) {

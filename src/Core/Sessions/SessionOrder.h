@@ -6,8 +6,8 @@
 
 #include <QList>
 
-/// How the sessions and the history are listed. Pure functions; `SessionOverview` holds on to what
-/// they give.
+/// How the sessions and the history are listed. Pure functions; `SessionOverview` caches their
+/// results.
 namespace morvane::SessionOrder {
 
 /// All sessions: by state, the one that waits for a person first, then the latest event first.
@@ -19,7 +19,7 @@ SessionSlice active(const QList<Session> &sorted);
 /// The sessions that are anything but idle.
 SessionSlice reportable(const QList<Session> &sorted);
 
-/// The sessions that are idle: open, with no activity yet.
+/// The sessions that are idle: open, with nothing running and no result.
 SessionSlice open(const QList<Session> &sorted);
 
 /// The finished sessions that are on offer: the first few of the history.
@@ -35,12 +35,12 @@ QList<CompletedRecord> archived(const QList<CompletedRecord> &jumpable, const Se
 /// The session that has finished in the record's folder and pane; the latest of several.
 std::optional<Session> finishedSession(const CompletedRecord &record, const Sessions &sessions);
 
-/// False for a session in whose tmux pane another one has been heard of since: what is typed there
-/// goes to the other.
+/// False if another session in the same tmux pane has had a later event: what is typed there goes
+/// to that one.
 bool hasItsPane(const Session &session, const Sessions &sessions);
 
-/// True when live and finished sessions are of more than one agent, so that each row has to say
-/// whose it is. A record that names no agent is Claude Code's.
+/// True when live and finished sessions are of more than one agent, so that each row has to name
+/// its agent. A record without an agent counts as Claude Code's.
 bool showsAgentBadges(const Sessions &sessions, const QList<CompletedRecord> &history);
 
 } // namespace morvane::SessionOrder

@@ -7,13 +7,13 @@
 
 namespace morvane {
 
-/// The sessions and the history as the views list them: worked out when somebody first asks, and
-/// kept for everybody else until the next change. Owned by `SessionStore`; main thread only.
+/// The sessions and the history as the views list them: computed when first asked for, and cached
+/// until the next change. Owned by `SessionStore`; main thread only.
 class SessionOverview {
 public:
     using History = QList<CompletedRecord>;
 
-    /// Both must outlive the overview, which has to be told of their changes.
+    /// Both must outlive the overview, which must be told of their changes.
     SessionOverview(const Sessions &sessions, const History &history)
         : m_sessions(sessions), m_history(history) {}
 

@@ -6,8 +6,8 @@
 
 namespace morvane {
 
-/// A run of sessions out of a longer list. It shares them with that list, so that it costs
-/// nothing, and keeps them as they were.
+/// A run of sessions out of a longer list. It shares the list's data, so it is cheap to copy, and
+/// doesn't change when the list does.
 class SessionSlice {
 public:
     SessionSlice() = default;

@@ -8,7 +8,7 @@ enum class SessionState {
     needsInput, ///< waits for a person
     done,       ///< a turn has ended
     failed,     ///< a turn has ended in an error
-    idle,       ///< open, with no turn run since it was seen
+    idle,       ///< open, with nothing running and no result
 };
 
 } // namespace morvane

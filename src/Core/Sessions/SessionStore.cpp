@@ -10,7 +10,7 @@ namespace morvane {
 namespace {
 
 constexpr Seconds cleanupInterval(60);
-constexpr Seconds answerDelay(2); ///< within which an agent goes on that was answered elsewhere
+constexpr Seconds answerDelay(2); ///< an agent that was answered elsewhere goes on within this time
 
 } // namespace
 
@@ -43,7 +43,8 @@ void SessionStore::apply(const HookEvent &event) {
         before = find(event.sessionID);
     }
     auto transition = SessionTransition::of(before, event, now, m_surroundings);
-    // A turn that has ended without any may have failed; one that is known to have has none.
+    // A turn that ended without last words may have failed, as its transcript tells. A turn that is
+    // known to have failed has none.
     const bool isDone = transition.session.state == SessionState::done;
     const bool readsWords = !event.lastWords || (event.lastWords->isEmpty() && isDone);
     carryOut(std::move(transition));
@@ -57,7 +58,7 @@ void SessionStore::restore(const QList<DiscoveredSession> &discovered) {
     for (const DiscoveredSession &found : discovered) {
         const auto transition =
             SessionTransition::restored(find(found.id), found, oldest, m_surroundings);
-        // Entered without `carryOut`, for all of them are published at once.
+        // Stored without `carryOut`, so that all are published at once.
         if (transition.write == SessionTransition::Write::store) {
             m_sessions.insert(found.id, transition.session);
             restored.append(found.id);
@@ -244,7 +245,7 @@ void SessionStore::followUp(const QString &sessionID, std::optional<SessionState
     if (!callsForAttention || found->state == previous) {
         return;
     }
-    const Session session = *found; // since whoever is told may change it
+    const Session session = *found; // a copy: a receiver of the signal may change it
     emit stateChanges(session.state, sessionID);
     if (session.isFinished()) {
         recordCompleted(session, now);
@@ -296,7 +297,7 @@ void SessionStore::endUnsaid(const Session &session, const TranscriptInfo &info)
     carryOut(SessionTransition::endedUnsaid(session, info, now));
     const Session *ended = find(session.id);
     if (ended && ended->state != session.state && session.isFinished()) {
-        recordCompleted(*ended, now); // and nothing is heard of its end once more
+        recordCompleted(*ended, now); // without signalling its end a second time
     } else {
         followUp(session.id, session.state, now, SessionTranscripts::Purpose::progress);
     }

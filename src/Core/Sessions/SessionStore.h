@@ -23,8 +23,8 @@ class MorvaneSettings;
 /// their states, a person's answers release the hooks that wait.
 ///
 /// Owned by `AppController`, used on the main thread only. Unknown ids, absent records and indices
-/// out of range are no-ops. The rules of the states are `SessionTransition`'s; the store carries
-/// out what they say, and publishes.
+/// out of range are no-ops. `SessionTransition` holds the state rules; the store carries out their
+/// results, and publishes.
 class SessionStore : public QObject {
     Q_OBJECT
 
@@ -37,7 +37,7 @@ public:
     /// Finished sessions, newest first.
     const QList<CompletedRecord> &completedHistory() const { return m_history.records(); }
 
-    // What they come to, worked out once for each change.
+    // Derived from these, computed once for each change.
 
     /// The one status of all sessions, and since when; none without a session.
     std::optional<SessionState> aggregatedState() const { return aggregate().state; }
@@ -56,7 +56,7 @@ public:
     QList<CompletedRecord> recentlyCompleted() const { return m_overview.recentlyCompleted(); }
     /// The finished sessions on offer whose live session is gone.
     QList<CompletedRecord> archivedCompleted() const { return m_overview.archived(); }
-    /// The session that the record is of; none once it has gone or goes on.
+    /// The finished session that the record is of; none once it has gone or is no longer finished.
     std::optional<Session> finishedSession(const CompletedRecord &record) const {
         return SessionOrder::finishedSession(record, m_sessions);
     }
@@ -70,8 +70,8 @@ public:
     /// True when live and finished sessions are of more than one agent.
     bool showsAgentBadges() const { return m_overview.showsAgentBadges(); }
 
-    /// Releases a hook that waits, by its decision id. Set by the controller; while it is unset a
-    /// release is dropped.
+    /// Answers the hook that waits under this decision id. Set by the controller; while it is unset
+    /// answers are dropped.
     std::function<void(const QString &decisionID, const AgentDecision &)> resolveDecision;
 
     /// Set by the controller; while it is unset no transcript is read.
@@ -80,8 +80,8 @@ public:
     /// The one entry for hooks.
     void apply(const HookEvent &event);
 
-    /// Enters the sessions that were found on disk, as idle ones; one that is known already stays
-    /// as it is, and one that would be cleared at once isn't entered.
+    /// Adds the sessions found on disk, as idle ones; skips those that are known already or would
+    /// be cleared at once.
     void restore(const QList<DiscoveredSession> &discovered);
 
     /// Marks one session as seen.
@@ -93,35 +93,35 @@ public:
     /// Forgets the sessions that this record stands for and that aren't at work.
     void removeSessions(const QString &recordID);
 
-    /// Names a working directory, its sessions and its record; an absent or empty name takes the
-    /// present one away.
+    /// Names a working directory, its sessions and its record; an absent or empty name removes the
+    /// present one.
     void renameCwd(const QString &cwd, const std::optional<QString> &name);
 
     /// Answers the tool call that the session waits with.
     void decide(const QString &sessionID, const AgentDecision &decision);
 
-    /// Chooses one option of one question; the last one to be answered sends all answers.
+    /// Chooses one option of one question; answering the last open question sends all answers.
     void answer(const QString &sessionID, const QString &question, const QString &option);
 
-    /// Chooses by position, from 0: among the options of the first open question, else among the
-    /// choices of the tool call that waits, which is the order of the buttons. Whoever calls this
-    /// for a key asks the strip first whether it has stood there long enough to be read.
+    /// Chooses by position, from 0, in the order of the buttons: among the options of the first
+    /// open question, else among the choices of the tool call that waits. A caller that handles a
+    /// key must first ask the strip whether it has been shown long enough to be read.
     void chooseByIndex(const QString &sessionID, qsizetype index);
 
     /// The server has given up a hook that waited.
     void approvalExpired(const QString &decisionID);
 
-    /// Leaves everything that waits to the agents' own prompts.
+    /// Releases every hook that waits, so that the agents ask in their own prompts.
     void releaseApprovals();
 
-    /// The hook that waited is gone, and so is its reason: where nothing more comes of it, the
-    /// agent was interrupted.
+    /// The hook that waited has gone, and nothing is left to decide. If no event follows, the agent
+    /// was interrupted.
     void approvalHungUp(const QString &decisionID);
 
-    /// The session's agent has gone without a word, and the session with it.
+    /// The session's agent has ended without a hook, and so has the session.
     void agentEnded(const QString &sessionID);
 
-    /// The session whose prompt the digit keys belong to.
+    /// The session whose prompt the digit keys answer.
     std::optional<Session> sessionAwaitingDecision() const;
 
 signals:
@@ -136,21 +136,20 @@ signals:
 private:
     void carryOut(SessionTransition &&transition);
 
-    /// Tells of a session that has come to need a person, or has finished. Of one that has finished
-    /// the transcript is read, for this purpose.
+    /// Signals that a session has come to need a person or has finished; reads the transcript of a
+    /// finished one for this purpose.
     void followUp(const QString &sessionID, std::optional<SessionState> previous, Date now,
                   SessionTranscripts::Purpose purpose);
     void endQuietly(const QString &sessionID, Date lastEventAt);
     void endUnsaid(const Session &session, const TranscriptInfo &info);
     std::optional<Session> waitingFor(const QString &decisionID) const;
 
-    /// Brings the session up to what its transcript tells, as far as it has one; for `completion`
-    /// also its summary and its record's. Nothing happens while one is being read for it.
+    /// Updates the session from its transcript, if it has one; for `completion` also its summary
+    /// and its record's. Does nothing while its transcript is being read already.
     void enrichFromTranscript(const QString &sessionID, SessionTranscripts::Purpose purpose,
                               Date now);
 
-    /// Brings a session that was found on disk up to what its transcript tells, its summary too
-    /// where it has none. Nothing happens while a transcript is being read for it.
+    /// The same for a session found on disk; sets its summary only if it has none.
     void enrichRestored(const QString &sessionID);
 
     void learn(const Session &asked, SessionTranscripts::Purpose purpose,
@@ -166,8 +165,8 @@ private:
     void scheduleCleanup();
     void clearStaleDoneSessions();
 
-    /// Null for an unknown session. It lasts until the sessions change, so it is to be looked up
-    /// again after each signal, and after each decision that is handed on.
+    /// Null for an unknown session. The pointer is valid until the sessions change: look the
+    /// session up again after each signal, and after each decision that is passed on.
     const Session *find(const QString &sessionID) const;
 
     MorvaneSettings &m_settings;

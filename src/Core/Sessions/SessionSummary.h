@@ -12,7 +12,7 @@ struct SessionSummary {
     bool hasExternalPrompt = false;
     bool hasUnacknowledgedNeedsInput = false;
     bool hasReportableSessions = false; ///< some session isn't idle
-    /// Some session works whose agent has milestones of usage, so that one may come near.
+    /// Some session is working whose agent has usage milestones, so that one may be reached.
     bool hasWorkingUsageMilestoneSession = false;
 
     static SessionSummary of(const Sessions &sessions);

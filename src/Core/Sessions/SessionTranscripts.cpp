@@ -14,12 +14,12 @@ namespace morvane {
 namespace {
 
 constexpr Seconds progressInterval(15);
-constexpr Seconds quietInterval(1); ///< without an event, of a turn that may have ended without one
-constexpr Seconds longestInterval(15); ///< between looks at one whose agent waits
-constexpr int interestInSilence = 10;  ///< a tenth of it may pass until its end is seen
+constexpr Seconds quietInterval(1);    ///< without an event, before a turn's end is checked for
+constexpr Seconds longestInterval(15); ///< between checks while the agent waits
+constexpr int interestInSilence = 10;  ///< the next check comes after a tenth of the silence so far
 
-/// Agents may write their last words down only after they have told that the turn has ended: so
-/// the transcript is read again, each time so long after the time before.
+/// An agent may write its last words only after its hook has reported the end of the turn. So the
+/// transcript is read again after each of these delays, one following the other.
 constexpr std::array wordsDelays{Seconds(0.25), Seconds(0.75), Seconds(1)};
 
 bool mayEndUnsaid(const Session &session) {
@@ -27,8 +27,8 @@ bool mayEndUnsaid(const Session &session) {
            !session.pendingDecisionID();
 }
 
-/// An agent may wait all night for its person, who mustn't pay for that. Those that work are looked
-/// at together, on the second.
+/// An agent may wait for its person all night, so checking it must cost little. Working sessions
+/// are checked together, on the full second.
 Date nextLook(const Session &session, Date now) {
     if (session.state == SessionState::working) {
         return std::chrono::ceil<std::chrono::seconds>(now + quietInterval);
@@ -99,8 +99,8 @@ void SessionTranscripts::awaitWords(const QString &sessionID, Date endedAt, std:
     m_lateWords.insert_or_assign(sessionID, m_scheduler.after(wordsDelays[looks], look));
 }
 
-/// What an agent leaves unsaid when a turn of its is interrupted, or fails, its transcript tells.
-/// Nothing is looked at while no such turn runs.
+/// When a turn is interrupted or fails, some agents send no hook, but their transcript tells.
+/// Nothing is checked while no such turn runs.
 void SessionTranscripts::watchTurn(const Session &session) {
     if (!mayEndUnsaid(session)) {
         m_turnWatches.erase(session.id);

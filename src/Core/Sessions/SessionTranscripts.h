@@ -13,20 +13,20 @@
 
 namespace morvane {
 
-/// When the transcripts of the sessions are read, and for what. It changes no session: what is
-/// read goes to its owner.
+/// Decides when the sessions' transcripts are read, and for what. It changes no session: its owner
+/// gets the results.
 ///
-/// Owned by `SessionStore`, main thread only. Of one session no two readings run at once.
+/// Owned by `SessionStore`, main thread only. Never reads one session's transcript twice at once.
 class SessionTranscripts {
 public:
-    /// Reads a transcript off the main thread, and hands on what it tells on the main thread.
+    /// `Read` reads off the main thread, and calls `Use` with the result on the main thread.
     using Use = std::function<void(const TranscriptInfo &)>;
     using Read = std::function<void(AgentKind, const QString &path, Use)>;
 
     enum class Purpose {
-        progress,   ///< what a session is running with
+        progress,   ///< the session's model, context, permission mode and title
         completion, ///< the same, and the last words of a turn that has ended
-        restored,   ///< the same of a session that was found on disk
+        restored,   ///< the same for a session that was found on disk
         turnEnd,    ///< whether a turn has ended without a hook
     };
 
@@ -38,26 +38,26 @@ public:
     SessionTranscripts(const Sessions &sessions, const Read &read, Scheduler &scheduler,
                        Learn learn);
 
-    /// Reads the session's transcript, as far as it has one that isn't being read.
+    /// Reads the session's transcript, if it has one that isn't being read already.
     void read(const Session &session, Purpose purpose, Date now);
 
     /// The same for its progress, unless that was read a short while ago.
     void readProgress(const Session &session, Date now);
 
-    /// Reads it again a few times, in case the agent writes its last words late; not beyond the
-    /// end of this turn.
+    /// Reads it again a few times, in case the agent writes its last words late; stops when the
+    /// session leaves its present state.
     void awaitWords(const Session &session);
 
-    /// Looks up a turn that may end without a hook, whenever it has been quiet for a second; while
-    /// its agent waits, ever less often.
+    /// Checks a turn that may end without a hook whenever it has been quiet for a second; while its
+    /// agent waits for a person, less and less often.
     void watchTurn(const Session &session);
 
     /// The session is gone.
     void forget(const QString &sessionID);
 
 private:
-    /// When a transcript was last looked at for the end of a turn; it has no more to tell while
-    /// nothing of this changes.
+    /// What was there when a transcript was last checked for the end of a turn; while all of this
+    /// is unchanged, there is nothing new to read.
     struct Look {
         Date lastEventAt;
         QDateTime writtenAt;
@@ -82,7 +82,7 @@ private:
     Learn m_learn;
     QSet<QString> m_inFlight; ///< sessions whose transcript is being read
     QHash<QString, Date> m_lastReadAt;
-    std::map<QString, TurnWatch> m_turnWatches; ///< by the session whose turn may end unsaid
+    std::map<QString, TurnWatch> m_turnWatches; ///< by the session whose turn is watched
     std::map<QString, Task> m_lateWords;        ///< by the session whose turn has just ended
 };
 

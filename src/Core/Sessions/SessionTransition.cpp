@@ -44,8 +44,8 @@ bool wasAtWork(const Context &context) {
     return context.before && context.before->isAtWork();
 }
 
-/// True for an agent that names at a turn's end which subagents go on, and so says itself when all
-/// of it is over.
+/// True for an agent that lists at a turn's end which subagents still run, and so reports itself when
+/// all are done.
 bool listsSubagents(const HookEvent &event) {
     return AgentRegistry::adapter(event.agent).reportsBackgroundTasks();
 }
@@ -54,9 +54,9 @@ bool isAskedBySubagent(const Session &session) {
     return !session.pendingSubagent.isEmpty();
 }
 
-/// Whether the call that waits goes on to do so: what is told late of it has come to pass before
-/// it, and where no terminal asks for it meanwhile, nothing that its asker does beside it is an
-/// answer.
+/// Whether the pending call still waits after this event. A late announcement of that very call was
+/// made before the wait began; and if the terminal asks only after the hook, nothing else that its
+/// asker does is an answer.
 bool waitsOn(const Session &session, const HookEvent &event) {
     if (!session.pendingDecisionID()) {
         return false;
@@ -102,7 +102,7 @@ void takeHost(Session &session, const Context &context) {
     }
 }
 
-/// The dates alone.
+/// Updates only the dates.
 SessionTransition touch(Session &&session, const Context &context) {
     if (!context.before || context.before->state != session.state) {
         session.stateChangedAt = context.now;
@@ -114,8 +114,9 @@ SessionTransition touch(Session &&session, const Context &context) {
     return SessionTransition::store(std::move(session));
 }
 
-/// The end of nearly every hook's rule: what the event tells besides its kind, and the dates. What
-/// a subagent tells of its surroundings isn't the session's, except where nothing else is known.
+/// The end of nearly every hook's rule: takes what the event tells besides its kind, and updates
+/// the dates. A subagent's surroundings aren't the session's, so they are taken only if no others
+/// are known.
 SessionTransition update(Session &&session, const Context &context) {
     if (context.event.asksForSubagent) {
         if (!session.process) {
@@ -137,7 +138,7 @@ SessionTransition sessionStart(const Context &context) {
     if (context.event.isCompaction && session.isAtWork()) {
         return update(std::move(session), context);
     }
-    // The start may be all that tells of an interruption, which ends nothing that a subagent asks.
+    // The start may be the only sign of an interruption, which doesn't end a subagent's request.
     if (isAskedBySubagent(session)) {
         session.askers.remove(QString());
         session.subagentGoesOn = true;
@@ -154,8 +155,8 @@ SessionTransition promptSubmit(const Context &context) {
     session.state = SessionState::working;
     session.acknowledged = true;
     session.currentTool.reset();
-    // A person who prompts has no other's request before them any more. But an agent also prompts
-    // itself, with what one of its subagents has found.
+    // When a person prompts, no request is left on the screen. But an agent also prompts itself,
+    // with a subagent's result.
     if (context.event.prompt) {
         session.askers.clear();
     } else {
@@ -195,8 +196,8 @@ SessionTransition toolUse(const Context &context) {
     return result;
 }
 
-/// A subagent that has asked goes on, so it has been answered in its terminal. Like the session's
-/// own, its decision stays: the tool may have been called beside the one that waits.
+/// A subagent that had asked goes on, so it has been answered in the terminal. As with the
+/// session's own calls, a pending decision stays: this tool may run beside the one that waits.
 SessionTransition subagentToolUse(const Context &context) {
     if (!context.before || waitsOn(*context.before, context.event)) {
         return {};
@@ -206,20 +207,20 @@ SessionTransition subagentToolUse(const Context &context) {
     return touch(std::move(session), context);
 }
 
-/// A prompt that has to be answered in the agent's own terminal. `external` is what is known of
-/// it; without, the event is the agent's plain notice that it waits.
+/// A prompt that has to be answered in the agent's own terminal. `external` is what is known of it;
+/// without it, the event is the agent's plain notice that it waits.
 SessionTransition markNeedsInput(const Context &context,
                                  const std::optional<PendingExternalResponse> &external) {
     Session session = lookUpOrMake(context, SessionState::needsInput);
     session.state = SessionState::needsInput;
     session.acknowledged = false;
     const auto parked = session.pendingDecisionID();
-    // The plain notice also follows an agent's own permission request, whose answer still waits
-    // here and must not be disturbed.
+    // The plain notice also follows an agent's own permission request, which still waits here and
+    // must not be disturbed.
     if (parked && !external) {
         return update(std::move(session), context);
     }
-    // The notice may be of what is known to be asked, and doesn't say by whom.
+    // The notice doesn't say who asks, and may be about a request that is known already.
     if (session.askers.isEmpty()) {
         session.askers.insert(context.event.agentID.value_or(QString()));
     }
@@ -238,7 +239,7 @@ SessionTransition idle(const Context &context) {
         return update(makeSession(context, SessionState::idle), context);
     }
     Session session = *context.before;
-    // What an agent in the background has come to answers nothing that waits for a person.
+    // The end of a background agent answers nothing that waits for a person.
     const bool waits = session.pendingDecisionID() ||
                        (context.event.isOfBackground && session.state == SessionState::needsInput);
     if (!session.isAtWork() || session.pendingAgents != 0 || waits) {
@@ -251,7 +252,7 @@ SessionTransition idle(const Context &context) {
     return update(std::move(session), context);
 }
 
-/// Where the event tells the agent's last words, or that there are none.
+/// Takes the agent's last words, if the event brings them or says that there are none.
 void takeLastWords(Session &session, const HookEvent &event) {
     if (event.lastWords) {
         session.summary = event.lastWords->isEmpty() ? std::nullopt : event.lastWords;
@@ -355,14 +356,14 @@ SessionTransition ask(const Context &context) {
     return result;
 }
 
-/// Whether the session's own turn is over, as far as can be told. One that isn't known to run may
-/// do so all the same; then an agent that lists its subagents says itself when all of it is over.
+/// Whether the session's own turn is over, as far as can be told. A turn may run unnoticed; an
+/// agent that lists its subagents reports the end of them all, so only that counts there.
 bool isTurnOver(const Context &context) {
     const auto &before = context.before;
     return listsSubagents(context.event) ? before && before->isFinished() : !wasAtWork(context);
 }
 
-/// Whoever asked before, and has given way to this, waits on in the terminal.
+/// Whoever asked before and was superseded by this still waits, in the terminal.
 SessionTransition permissionRequest(const Context &context) {
     SessionTransition result = ask(context);
     result.session.askers.insert(context.event.agentID.value_or(QString()));

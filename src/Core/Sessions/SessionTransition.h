@@ -15,8 +15,8 @@
 
 namespace morvane {
 
-/// What a session learns from outside of its hooks. The rules of the states take it as a value, so
-/// that they stay pure.
+/// What a session learns from sources other than its hooks. The state rules get it as a parameter,
+/// so that they stay pure.
 struct SessionSurroundings {
     /// The branch that is checked out in a working directory.
     std::function<std::optional<QString>(const QString &cwd)> gitBranch;
@@ -28,9 +28,9 @@ struct SessionSurroundings {
         hostAppName;
 };
 
-/// What one event does to its session, whether a hook tells it or it happens to the session here:
-/// the session as it comes out, and what is to be done about it. The rules are pure;
-/// `SessionStore` carries them out.
+/// What one event does to its session, whether a hook reports the event or it happens here: the
+/// session afterwards, and what is to be done about it. The rules are pure; `SessionStore` carries
+/// them out.
 ///
 /// The state that each event leads to, by the session's state before:
 ///
@@ -55,22 +55,22 @@ struct SessionSurroundings {
 ///     turnGone (7)        ignored     idle (8)     idle (8)     - (12)      -           -
 ///     restored            idle (6)    ignored      ignored      ignored     ignored     ignored
 ///
-///     (1) unchanged while background agents are pending, or a decision; by the end of a background
-///         agent also while the terminal asks
-///     (2) working while the event lists background agents, needsInput where one of these asks, or
-///         a subagent of an agent that lists none
-///     (3) needsInput after `ask`; ignored without an approval that waits
-///     (4) unchanged while a question is open; ignored without questions that wait
-///     (5) ignored without a decision that waits
-///     (6) ignored when it was last active too long ago
-///     (7) unchanged while a decision waits
-///     (8) failed where that is what ended it
-///     (9) unchanged by the announcement of the very call that waits, and by others where no
-///         terminal asks for it meanwhile
-///     (10) unchanged while a subagent waits with a call
-///     (11) done where the turn was over before, and only a subagent that had asked went on
-///     (12) failed where that is how it ended
-///     (13) working where the subagent was the last one that asked
+///     (1) unchanged while background agents or a decision are pending, and by the end of a
+///         background agent while the terminal asks
+///     (2) working while the event lists background agents, or needsInput if one of them asks;
+///         needsInput also while a subagent asks whose agent doesn't list them
+///     (3) needsInput after `ask`; ignored without a pending approval
+///     (4) unchanged while a question is open; ignored without pending questions
+///     (5) ignored without a pending decision
+///     (6) ignored if it was last active too long ago
+///     (7) unchanged while a decision is pending
+///     (8) failed if that is how the turn ended
+///     (9) while a decision is pending: unchanged by the announcement of that very call, and by
+///         any call if the agent's terminal asks only after the hook
+///     (10) unchanged while a subagent's decision is pending
+///     (11) done if the turn was over already, and only a subagent that had asked went on
+///     (12) failed if that is how the turn ended
+///     (13) working if the subagent was the last one that asked
 ///     (14) unchanged while somebody else asks, in the terminal
 ///     (15) unchanged by a compaction of the context
 struct SessionTransition {
@@ -91,74 +91,74 @@ public:
         remove,  ///< the session goes
     };
 
-    /// How a turn ends that no hook tells the end of.
+    /// How a turn ends whose end no hook reports.
     enum class TurnEnd { interrupted, failed };
 
     Write write = Write::nothing;
     Session session;
-    QStringList releases; ///< decisions that give way, to be resolved with `ask` before the write
+    QStringList releases;         ///< decisions to give up: resolved with `ask` before the write
     bool readsTranscript = false; ///< after the write
-    /// What lets go the hook that the session waited with, to be resolved after the write: what
-    /// comes of it must find the session moved.
+    /// Answers the hook that the session waited with. It is resolved after the write, since what
+    /// follows from it must find the session changed.
     std::optional<Resolution> resolution = std::nullopt;
 
-    /// The session is stored as it stands here, and that is all.
+    /// The transition that only stores the session.
     static SessionTransition store(Session &&session);
 
-    /// Takes from the session what it waits with, whoever has dealt with it.
+    /// Removes the decision that the session waits for, whoever has made it.
     static void forgetDecision(Session &session);
 
-    /// Whoever has asked waits no more; the session works on once nobody does.
+    /// The asker no longer waits; the session works on once nobody waits.
     static void settle(Session &session, const QString &asker);
 
-    /// A subagent is at its end, and so is what it asked. Where the session's own turn was over
-    /// before, the session is done with the last one that went on.
+    /// A subagent has ended, and its request with it. If the session's own turn was over already,
+    /// the session is done once nobody waits any more.
     static void endSubagent(Session &session, const QString &subagent);
 
     /// The rule for this event. `before` is the stored session, null where there is none.
     static SessionTransition of(const Session *before, const HookEvent &event, Date now,
                                 const SessionSurroundings &surroundings);
 
-    /// True for the events that end what a hook was waiting for; such a decision is released
-    /// before the event's own rule runs. What a subagent asks outlives the turn of its session.
+    /// True for the events that leave nothing to decide for the hook that waits; it is released
+    /// before the event's own rule runs. A subagent's request outlives its session's turn.
     static bool endsPendingDecision(const Session &session, const HookEvent &event);
 
-    /// True for what a subagent tells that its session has to hear: most of it must not disturb
-    /// the session that launched it.
+    /// True for the events of a subagent that matter to its session: most must not disturb the
+    /// session that launched it.
     static bool concernsSession(const Session *before, const HookEvent &event);
 
     /// A person has decided about the tool call that the session waits with.
     static SessionTransition decided(Session session, const AgentDecision &decision, Date now);
 
-    /// A person has chosen an option of one question; the last one to be answered sends them all.
+    /// A person has chosen an option of one question; answering the last one sends all answers.
     static SessionTransition answered(Session session, const QString &question,
                                       const QString &option, Date now);
 
-    /// The server has given up the hook that the session waits with, which is past any answer.
+    /// The server has given up the hook that the session waits with; no answer reaches it any more.
     static SessionTransition expired(Session session);
 
-    /// The hook that the session waits with has been ended: the person has interrupted the agent
-    /// or answered it in its terminal, and knows of it. A subagent's says nothing of the session's
-    /// own turn.
+    /// The hook that the session waits with has been ended: the person has interrupted the agent or
+    /// answered it in its terminal, and so knows of it. A subagent's hook says nothing about the
+    /// session's own turn.
     static SessionTransition hungUp(Session session, Date now);
 
     /// The turn has ended without a hook, or with one that doesn't say how.
     static SessionTransition turnGone(Session session, TurnEnd end, Date now);
 
-    /// The same, as a transcript tells it; ignored where it tells of no such end, or of an older
+    /// The same, reported by a transcript; ignored if that reports no such end, or only an older
     /// turn's.
     static SessionTransition endedUnsaid(Session session, const TranscriptInfo &info, Date now);
 
-    /// A transcript tells what the session is running with, and `words` what was said last; ignored
-    /// where nothing of that is new.
+    /// A transcript reports the session's model, context, permission mode and title, and `words` is
+    /// the new summary; ignored if none of this is new.
     static SessionTransition informed(const Session &before, const TranscriptInfo &info,
                                       const std::optional<QString> &words);
 
-    /// What the hook waits for has lost its reason, so that the agent is to ask by itself.
+    /// The hook's decision can't be made here any more, so the agent is to ask by itself.
     static SessionTransition released(Session session);
 
-    /// A session was found on disk. `before` is the stored session of its id, if there is one;
-    /// what was last active before `oldest` would be cleared at once, and isn't entered.
+    /// A session was found on disk. `before` is the stored session of its id, if there is one; a
+    /// session that was last active before `oldest` would be cleared at once, and isn't added.
     static SessionTransition restored(const Session *before, const DiscoveredSession &found,
                                       Date oldest, const SessionSurroundings &surroundings);
 };

@@ -1,20 +1,21 @@
 #include "Core/Sessions/SessionTransition.h"
 
-// What moves a session without a hook: a person's answer, the end of what it waited with, what its
-// transcript tells, and what was found on disk.
+// The transitions without a hook's event: a person's answer, the end of a hook that waited, what a
+// transcript tells, and a session found on disk.
 
 namespace morvane {
 
 namespace {
 
-/// Within which a hook is told, so that what was written longer before it was of an older turn.
+/// A hook arrives within this time; an end noted longer before a turn's first hook is an older
+/// turn's.
 constexpr Seconds hookDelay(2);
 
 /// A person has dealt with what the session waited for. Nothing has come from the agent, so the
 /// date of its last event stays.
 SessionTransition resolve(Session session, Date now, SessionTransition::Resolution resolution) {
-    // After `ask` whoever asked does so in the terminal, to which the person turns; after anything
-    // else, a refusal too, it carries on.
+    // After `ask` the asker asks in the terminal, to which the person turns; after anything else,
+    // even a refusal, it carries on.
     const bool asksThere = resolution.decision.kind == AgentDecision::Kind::ask;
     if (asksThere) {
         session.askers.insert(session.pendingSubagent);
@@ -106,7 +107,7 @@ SessionTransition SessionTransition::hungUp(Session session, Date now) {
     if (!subagent.isEmpty()) {
         endSubagent(session, subagent);
     }
-    // Whoever else asks still calls, unless the whole turn was interrupted.
+    // Anybody else who asks still needs attention, unless the whole turn was interrupted.
     session.acknowledged = subagent.isEmpty() || session.askers.isEmpty();
     if (session.state != before) {
         session.stateChangedAt = now;
@@ -131,7 +132,7 @@ SessionTransition SessionTransition::turnGone(Session session, TurnEnd end, Date
 SessionTransition SessionTransition::endedUnsaid(Session session, const TranscriptInfo &info,
                                                  Date now) {
     const bool failed = info.turn == TranscriptInfo::Turn::failed;
-    // A date that is still to come was told by a clock that has been set back since.
+    // A start in the future was dated before the clock was set back, and can't be compared.
     const bool isOfOlderTurn =
         info.turnAt && session.atWorkSince <= now && session.atWorkSince - *info.turnAt > hookDelay;
     if (isOfOlderTurn || (!failed && info.turn != TranscriptInfo::Turn::interrupted)) {
@@ -140,7 +141,7 @@ SessionTransition SessionTransition::endedUnsaid(Session session, const Transcri
     if (failed) {
         session.summary = info.failure;
     }
-    // The agent asks in its terminal no more either.
+    // The agent no longer asks in its terminal either.
     session.pendingExternalResponse.reset();
     return turnGone(std::move(session), failed ? TurnEnd::failed : TurnEnd::interrupted, now);
 }
