@@ -25,8 +25,8 @@ void DecisionRelay::park(HookEvent event, const AgentAdapter &adapter,
     });
 }
 
-/// The event is told once the request is there, so that a decision that follows from it finds the
-/// request, and before the request can be found to be gone.
+/// Reports the event once the request is stored, so that a decision about it finds the request, and
+/// before the request's end can be noticed.
 void DecisionRelay::store(HookEvent event, const AgentAdapter &adapter,
                           EventConnection::Pointer connection, QByteArray payload) {
     const QString id = idFor(event);
@@ -103,7 +103,7 @@ void DecisionRelay::expire(const QString &id, std::uint64_t serial) {
     }
 }
 
-/// The hook is gone. Of most agents that tells no more than an expiry.
+/// The hook has gone. With most agents this means no more than an expiry.
 void DecisionRelay::discard(const QString &id, std::uint64_t serial) {
     if (auto pending = take(id, serial)) {
         pending->connection->close();

@@ -17,17 +17,17 @@ namespace morvane {
 /// Owned by `EventServer`. The parked requests belong to `pendingQueue`; taking one out of their
 /// map is the step that decides who answers it.
 ///
-/// Agents choose the ids of their calls, and some give the same one to every call. So an answer
-/// only reaches a request that the main thread had been told of when it was given.
+/// Agents choose the ids of their calls, and some use the same one for every call. So an answer
+/// only reaches a request that the main thread knew of when the answer was given.
 class DecisionRelay : public std::enable_shared_from_this<DecisionRelay> {
 public:
-    /// All are called on the main thread, which `main` leads to.
+    /// All are called on the main thread, through `main`.
     struct Handlers {
         /// A hook waits, under the event's decision id.
         std::function<void(const HookEvent &)> onParked;
         /// Nobody can make this decision any more.
         std::function<void(const QString &)> onExpired;
-        /// The same, where the end of the hook tells that its agent may have been interrupted.
+        /// The same, if the end of the hook means that its agent may have been interrupted.
         std::function<void(const QString &)> onHungUp = [](const QString &) {};
     };
 
@@ -35,17 +35,17 @@ public:
     DecisionRelay(EventConnection::Queue pendingQueue, Scheduler &main, Scheduler &timers,
                   Handlers handlers);
 
-    /// Keeps the connection open, under the id of the tool call where it has one that no other
-    /// session's request waits under. An older request of the same session and id is let go without
-    /// an answer. Safe from any thread.
-    /// `adapter` is the one that speaks to the request's release, and outlives the relay.
+    /// Keeps the connection open, under the id of the tool call; under a new id if there is none,
+    /// or another session's request waits under it. An older request of the same session and id is
+    /// released without an answer. `adapter` is that of the agent's release, and must outlive the
+    /// relay. Safe from any thread.
     void park(HookEvent event, const AgentAdapter &adapter, EventConnection::Pointer connection,
               QByteArray payload);
 
     /// Answers the request, if it still waits. Safe from any thread; returns at once.
     void resolve(const QString &id, const AgentDecision &decision);
 
-    /// Lets every request go without an answer. Safe from any thread; returns at once.
+    /// Releases every request without an answer. Safe from any thread; returns at once.
     void releaseAll();
 
 private:
@@ -69,7 +69,7 @@ private:
     void tell(const std::function<void(const QString &)> &handler, const QString &id);
     std::optional<Pending> take(const QString &id);
 
-    /// The same, if it is this very request that waits under the id.
+    /// The same, but only if the request under the id has this serial number.
     std::optional<Pending> take(const QString &id, std::uint64_t serial);
 
     EventConnection::Queue m_queue;
@@ -78,7 +78,7 @@ private:
     const Handlers m_handlers;
     std::unordered_map<QString, Pending> m_pending;
     std::uint64_t m_lastSerial = 0;
-    std::atomic<std::uint64_t> m_lastTold = 0; ///< the newest that the main thread knows of
+    std::atomic<std::uint64_t> m_lastTold = 0; ///< serial of the newest that the main thread knows
 };
 
 } // namespace morvane

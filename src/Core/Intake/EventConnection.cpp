@@ -14,17 +14,17 @@ namespace {
 
 constexpr std::size_t maxReadSize = 131072;
 
-/// What is looked at in one go before the token is known: more than a head of ours ever has, and
-/// little enough to let others have their turn soon.
+/// Bytes read in one go before the token is known: more than a head of ours ever has, and few
+/// enough that others have their turn soon.
 constexpr std::size_t maxStrangerRead = 4096;
 
 /// A request that is still unfinished beyond this many bytes is given up. The read that goes beyond
 /// may be the one that completes it.
 constexpr std::size_t maxUnfinishedSize = 1'000'000;
 
-/// Every connection of a thread reads through the same room, one after the other, so that none
-/// has to hold a buffer of the largest size. It is made by the first: of what is merely local to
-/// threads, each thread of the program would have its own from its start.
+/// All connections of a thread read through one buffer, one after the other, so that none has to
+/// hold its own of the largest size. It is allocated at first use: a plain thread-local array would
+/// take its room in every thread of the program.
 std::array<char, maxReadSize> &readRoom() {
     using Room = std::array<char, maxReadSize>;
     static thread_local const auto room = std::make_unique_for_overwrite<Room>();
@@ -60,8 +60,8 @@ void EventConnection::read(ReadHandler handler) {
     readAvailable();
 }
 
-/// Reads without waiting first: with most requests all bytes are there when the connection is. A
-/// peer that hasn't shown the token has one read a turn.
+/// Reads without waiting first: most requests arrive whole together with their connection. A peer
+/// that hasn't shown the token gets one read a turn.
 void EventConnection::readAvailable() {
     do {
         if (!takeBytes()) {
@@ -100,8 +100,8 @@ bool EventConnection::takeBytes() {
 
 void EventConnection::waitForMore() {
     const auto ready = [this] {
-        // What comes first is looked at in the order of its coming: clients that don't wait for
-        // their answer count on it.
+        // First bytes are read in the order of arrival: clients that don't wait for their answer
+        // count on it.
         if (m_received == 0 || m_parser.isAuthorised()) {
             readAvailable();
         } else {
@@ -113,7 +113,7 @@ void EventConnection::waitForMore() {
     }
 }
 
-/// Meanwhile nothing that comes wakes the thread.
+/// Until then arriving bytes don't wake the thread.
 void EventConnection::awaitTurn() {
     if (m_waiter) {
         m_waiter->release();
@@ -174,8 +174,8 @@ void EventConnection::watchForHangUp(const Queue &queue, const std::function<voi
     }
 }
 
-/// The handler isn't called once the connection is closed, and the connection lives until then.
-/// False when the system has no room left to wait for it; the descriptor is still ours then.
+/// The connection lives until the wait is over; if it has been closed by then, the handler isn't
+/// called. False when the system has no room left to watch the descriptor, which then stays ours.
 bool EventConnection::wait(Readiness readiness, std::function<void()> handler) {
     if (!m_waiter) {
         asio::error_code error;

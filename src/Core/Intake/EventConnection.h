@@ -17,24 +17,24 @@
 namespace morvane {
 
 /// One connection to the event server: it reads one request, and then is answered, or kept open
-/// until somebody decides. Lives as long as anybody holds it or an operation of its is under way.
+/// until somebody decides. Lives as long as anybody holds it or one of its operations is under way.
 ///
 /// While it reads, it belongs to the queue that it was made with; once it is parked, to the queue
 /// that it is watched on.
 ///
-/// Most requests are there when their connection is, and their answer fits at once. So the socket
-/// is read and written directly, and the context hears of it only when there is something to wait
-/// for, which saves a third of a request's system calls.
+/// Most requests arrive together with their connection, and their answer can be sent at once. So
+/// the socket is read and written directly, and registered with the context only when there is
+/// something to wait for. This saves a third of a request's system calls.
 class EventConnection : public std::enable_shared_from_this<EventConnection> {
 public:
     using Queue = Turns::Queue;
     using Pointer = std::shared_ptr<EventConnection>;
 
-    /// Called once, when the request is there or will never be; in the latter case the connection
-    /// is closed by then and there is no request.
+    /// Called once: with the request, or with null when none will come and the connection is
+    /// closed.
     using ReadHandler = std::function<void(const Pointer &, const HttpRequest *)>;
 
-    /// What all connections of a server share; it outlives them.
+    /// What all connections of a server share; it must outlive them.
     struct Surroundings {
         asio::io_context &context;
         Queue queue;
@@ -48,23 +48,23 @@ public:
     EventConnection &operator=(const EventConnection &) = delete;
     ~EventConnection();
 
-    /// Position among all connections in the order of their coming, from 1.
+    /// Position among all connections in the order of arrival, from 1.
     std::uint64_t serial() const { return m_serial; }
 
     void read(ReadHandler handler);
 
-    /// True from `read` until its handler is called, or nobody waits for that any more.
+    /// True from `read` until its handler is called or dropped.
     bool isReading() const { return m_readHandler != nullptr; }
 
-    /// Whatever still comes is nobody's request; the connection only waits to be closed.
+    /// Drops the handler of `read`: what still arrives is ignored until the connection is closed.
     void abandon() { m_readHandler = nullptr; }
 
     /// Sends the whole answer, then closes, whether or not it could be sent. Without a body there
     /// is no content type either.
     void finish(std::string_view status, const std::optional<QByteArray> &body = std::nullopt);
 
-    /// Tells, on the given queue, when the peer has gone, or at once when the system won't tell us.
-    /// What the peer still sends is dropped.
+    /// Calls the handler on the given queue when the peer has gone, or at once if the system can't
+    /// watch it. What the peer still sends is dropped.
     void watchForHangUp(const Queue &queue, const std::function<void()> &handler);
 
     /// Closes without an answer. No handler is called any more.
@@ -82,9 +82,9 @@ private:
     bool wait(Readiness readiness, std::function<void()> handler);
 
     const Surroundings &m_surroundings;
-    Queue m_queue;    ///< that it belongs to
+    Queue m_queue;    ///< the one that it belongs to
     int m_descriptor; ///< -1 once it is closed
-    /// What waits for the descriptor, which belongs to it then.
+    /// Waits for the descriptor, and owns it while set.
     std::optional<asio::posix::stream_descriptor> m_waiter;
     std::uint64_t m_serial;
     std::size_t m_received = 0; ///< bytes of the request, kept or not

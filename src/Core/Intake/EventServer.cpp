@@ -76,7 +76,7 @@ asio::error_code EventServer::bind(std::uint16_t port) {
     asio::error_code error;
     m_acceptor.open(tcp::v4(), error);
     if (!error) {
-        // A program that we start and that outlives us would keep the port.
+        // Otherwise a program that we start and that outlives us would keep the port.
         ::fcntl(m_acceptor.native_handle(), F_SETFD, FD_CLOEXEC);
         // On Linux this shares no port that is listened on. It only lets a restart take its port
         // again while connections of the last run are still winding down.
@@ -108,8 +108,8 @@ void EventServer::waitForConnections() {
                           asio::bind_executor(m_listenerQueue, ready));
 }
 
-/// No more than a batch at once: callers without end would keep decisions and time limits, which
-/// run on the same thread, from their turn.
+/// Accepts no more than a batch at once: endless callers would hold up decisions and time limits,
+/// which run on the same thread.
 void EventServer::acceptAll() {
     for (int count = 0; count < acceptBatch; ++count) {
         const int descriptor =
@@ -135,7 +135,7 @@ void EventServer::retryAcceptLater() {
     });
 }
 
-/// A request that is there with its connection, as most are, takes the place of no other one.
+/// A request that arrives whole with its connection, as most do, takes no other one's place.
 void EventServer::takeIn(int descriptor) {
     const auto connection =
         std::make_shared<EventConnection>(m_surroundings, descriptor, ++m_lastSerial);
@@ -172,8 +172,8 @@ void EventServer::respondToUsage(const HttpRequest &request) {
     }
 }
 
-/// The adapter that speaks to the release of the program that calls. An agent that isn't named, or
-/// isn't known, counts as Claude Code here.
+/// The adapter for the release of the calling program. An agent that isn't named, or isn't known,
+/// counts as Claude Code here.
 const AgentAdapter &EventServer::adapterFor(const HttpRequest &request, const HookOrigin &origin) {
     const AgentKind agent = agentKind(request.value(HttpHeader::agent)).value_or(defaultAgentKind);
     const QString program = request.text(HttpHeader::program);

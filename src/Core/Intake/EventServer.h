@@ -25,46 +25,46 @@ namespace morvane {
 /// address. It takes one POST per hook, checks the shared token, and hands the decoded event to
 /// the main thread. A hook that waits for a person's decision is kept open until `resolve`.
 ///
-/// Made and used on the main thread by `AppController`. Connections are worked on by a thread of
-/// its own, reading on `listenerQueue`, so that a busy interface never holds up an agent. No
-/// answer tells an agent of a fault of ours or of its payload's: whatever is posted with the token
-/// to one of the two paths gets "200 OK".
+/// Made and used on the main thread by `AppController`. A thread of its own serves the connections,
+/// reading on `m_listenerQueue`, so that a busy interface never holds up an agent. No answer
+/// reports a fault of ours or of the payload: whatever is posted with the token to one of the two
+/// paths gets "200 OK".
 class EventServer {
     Q_DECLARE_TR_FUNCTIONS(EventServer)
 
 public:
-    /// What the server calls. All but the first may be left as they are.
+    /// What the server calls. All but the first have a default.
     struct Handlers {
-        /// On the main thread: a hook has told something.
+        /// On the main thread: a hook has reported an event.
         std::function<void(const HookEvent &)> onEvent;
-        /// On the main thread: nobody can decide this any more, the hook has its answer or is gone.
+        /// On the main thread: nobody can decide this any more; the hook is answered or gone.
         std::function<void(const QString &decisionID)> onDecisionExpired = [](const QString &) {};
         /// On the main thread: the same, and the agent may have been interrupted.
         std::function<void(const QString &decisionID)> onDecisionHungUp = [](const QString &) {};
         /// On the main thread: the body of a status line's post.
         std::function<void(AgentKind, const QByteArray &)> onUsagePayload =
             [](AgentKind, const QByteArray &) {};
-        /// On the server's thread, for every hook that could wait.
+        /// On the server's thread, for every hook that could wait: whether it may.
         std::function<bool()> decisionsEnabled = [] { return false; };
         /// On the server's thread: as `Processes::fileOf`.
         ProgramReleases::FileOf fileOf = &ProgramReleases::ourFile;
     };
 
-    /// Nothing listens yet. `main` takes the callbacks to the main thread. `timers` gives the time
-    /// limits in place of the server's own thread. Throws a `std::system_error` where no descriptor
-    /// is left for it.
+    /// Doesn't listen yet. `main` takes the callbacks to the main thread. `timers`, if given, runs
+    /// the time limits instead of the server's thread. Throws a `std::system_error` if no
+    /// descriptor is left for it.
     EventServer(const QString &token, std::uint16_t preferredPort, Handlers handlers,
                 Scheduler &main, Scheduler *timers = nullptr);
     ~EventServer();
 
-    /// How many connections may be without a whole request at one time; another one closes the
-    /// oldest. 512, or fewer where the process may have few descriptors, so that they leave enough
-    /// for those that matter; of those given up as many may still be open.
+    /// How many connections may lack a whole request at one time; one more makes the server give up
+    /// the oldest. 512, or a quarter of the process's descriptors if that is less, so that enough
+    /// are left for the connections that matter. As many that were given up may still be open.
     static std::size_t unfinishedLimit();
 
     /// Binds the preferred port, or the next free one of the 20 above it, and begins to serve.
     /// Fails with the reason why the last of them could not be bound. Throws a `std::system_error`
-    /// where no thread is left for it.
+    /// if no thread can be started.
     Result<void> start();
 
     /// The port that was really bound; 0 before.
@@ -74,7 +74,7 @@ public:
     /// thread; returns at once.
     void resolve(const QString &decisionID, const AgentDecision &decision);
 
-    /// Lets every hook that waits go on without an answer. Safe from any thread; returns at once.
+    /// Releases every hook that waits, without an answer. Safe from any thread; returns at once.
     void releaseAllDecisions();
 
 private:

@@ -35,7 +35,7 @@ std::optional<QString> toolDetail(object input) {
     return std::nullopt;
 }
 
-/// The first text there is, an empty one too: an agent that sends an empty message says nothing.
+/// The first of these texts, even an empty one: an agent that sends an empty message says nothing.
 std::optional<QString> responseMessage(const JsonObject &body, std::optional<object> input) {
     for (const char *key : {"message", "reason"}) {
         if (const auto text = body.string(key)) {
@@ -52,13 +52,13 @@ std::optional<QString> responseMessage(const JsonObject &body, std::optional<obj
     return std::nullopt;
 }
 
-/// What the agent tells itself, in the form of a person's prompt.
+/// Whether the agent prompts itself, in the form of a person's prompt.
 bool isOfNobody(CanonicalEvent kind, const JsonObject &body, const AgentContract &contract) {
     return contract.hasPromptsOfItsOwn && kind == CanonicalEvent::promptSubmit &&
            !nonEmpty(body.string("prompt"));
 }
 
-/// The option of an object, and whether that has nothing else in it.
+/// The option in an object, and whether the object holds nothing else.
 std::pair<std::optional<AgentOption>, bool> option(object source) {
     const auto label = nonEmpty(JsonObject::string(source, "label"));
     if (!label) {
@@ -113,13 +113,13 @@ std::optional<QList<AgentQuestion>> questions(object input) {
     return result;
 }
 
-/// The tool's input as it is spelled.
+/// The tool's input as the body's own JSON text.
 std::optional<std::string_view> rawInput(QByteArrayView body) {
     const std::string_view text(body.data(), static_cast<std::size_t>(body.size()));
     return JsonMembers::find(text, u"tool_input");
 }
 
-/// Why a tool is to run doesn't count: an agent may say that only where it asks.
+/// Leaves out the description: an agent may send it only with the permission request.
 QByteArray callOf(const HookEvent &event, std::string_view input) {
     QCryptographicHash hash(QCryptographicHash::Sha1);
     const auto add = [&hash](std::string_view text) {
@@ -140,7 +140,7 @@ QByteArray callOf(const HookEvent &event, std::string_view input) {
     return hash.result();
 }
 
-/// With questions only they are shown, and whatever else there is beside them.
+/// For questions, what the input holds besides them: the panel shows them by themselves.
 ReadableInput readable(std::string_view input, const HookEvent &event,
                        const AgentAdapter &adapter) {
     if (event.questions) {
@@ -151,7 +151,7 @@ ReadableInput readable(std::string_view input, const HookEvent &event,
     return showsPlan ? ReadableInput::ofPlan(input) : ReadableInput::of(input);
 }
 
-/// The tools by which agents launch a subagent, besides a release's own.
+/// Whether it is one of the usual tools that launch a subagent; a release may have its own.
 bool isSubagentTool(const QString &name) {
     constexpr std::array names{"Agent", "Task", "subagent", "Subagent"};
     return std::ranges::any_of(names,
@@ -193,7 +193,7 @@ void takeInput(HookEvent &event, QByteArrayView body, const AgentAdapter &adapte
 void takePlace(HookEvent &event, const HookOrigin &origin, const AgentContract &contract) {
     event.process = origin.process;
     event.ttyName = origin.ttyName;
-    // Without a terminal at any of its ancestors a server's variables name somebody else's place.
+    // A server with no terminal among its ancestors has the variables of another place.
     if (contract.hooksRunInServer && !event.ttyName) {
         return;
     }
@@ -203,11 +203,11 @@ void takePlace(HookEvent &event, const HookOrigin &origin, const AgentContract &
     event.pane = origin.pane;
 }
 
-/// Agents have two names for them. What has failed is told in other words, the plainest first.
+/// Agents use two keys for them. A failure has keys of its own, the plainest first.
 std::optional<QString> lastWords(const JsonObject &body, CanonicalEvent kind) {
     for (const char *key : {"last_assistant_message", "prompt_response"}) {
         if (const auto words = displayLine(body.string(key))) {
-            // What Gemini CLI puts in the place of nothing.
+            // Gemini CLI sends this instead of an empty text.
             return words != QLatin1String("[no response text]") ? words : QString();
         }
     }
@@ -222,7 +222,7 @@ std::optional<QString> lastWords(const JsonObject &body, CanonicalEvent kind) {
     return QString();
 }
 
-/// What the release makes of the event, and of those to come.
+/// Takes what the contract of the agent's release says about the event and its session.
 void takeContract(HookEvent &event, const JsonObject &body, const AgentContract &contract) {
     event.asksForSubagent = contract.subagentsAsk && event.agentID.has_value() &&
                             event.kind == CanonicalEvent::permissionRequest;

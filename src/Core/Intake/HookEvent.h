@@ -39,9 +39,9 @@ struct HookEvent {
     std::optional<QString> toolName;
     std::optional<QString> toolUseID;
     std::optional<QString> toolDetail; ///< what the tool works on, one line
-    ReadableInput toolInput;           ///< all that a tool is given which asks for permission
-    /// The same for a call's announcement and its request for permission, where the agent may send
-    /// one after the other; else empty.
+    ReadableInput toolInput;           ///< the whole input of a tool that asks for permission
+    /// Equal for a call's announcement and its request for permission, where the agent may send
+    /// them in either order; else empty.
     QByteArray call;
     std::optional<QList<AgentQuestion>> questions;
     std::optional<QString> responseMessage; ///< what the agent says to the person, one line
@@ -49,17 +49,17 @@ struct HookEvent {
     std::optional<QString> prompt;          ///< what the person asked, one line
     std::optional<QString> transcriptPath;
     std::optional<QString> agentID; ///< set when the event comes from inside a subagent
-    bool launchesSubagent = false;  ///< the tool is one for that
-    bool asksForSubagent = false;   ///< the request of a subagent can be answered like any other
+    bool launchesSubagent = false;  ///< the tool launches one
+    bool asksForSubagent = false;   ///< a subagent's request, which can be answered like any other
     bool asksAnew = false; ///< the agent asks for each such call, whatever it was told before
-    /// The agent's last words of the turn that has ended, one line; an empty text tells that there
-    /// are none. Absent where the transcript has to be asked.
+    /// The agent's last words of the turn that has ended, one line; empty if there are none. Absent
+    /// if only the transcript can tell.
     std::optional<QString> lastWords;
     bool isCompaction = false;          ///< the context has been compacted, and the session goes on
-    bool isOfBackground = false;        ///< an agent in the background has come to its end
-    bool asksAfterHook = false;         ///< no terminal asks for a call while a hook waits with it
-    bool endsTurnsInTranscript = false; ///< a turn may end without an event
-    bool titlesLag = false;             ///< while a turn runs its prompt says more than the title
+    bool isOfBackground = false;        ///< a background agent has ended
+    bool asksAfterHook = false;         ///< the terminal asks only once the hook has ended
+    bool endsTurnsInTranscript = false; ///< a turn may end without a hook
+    bool titlesLag = false;             ///< while a turn runs, the title is that of the turn before
     QList<BackgroundTask> backgroundTasks;
     std::optional<QString> itermSessionID;
     std::optional<QString> termProgram;
@@ -70,7 +70,8 @@ struct HookEvent {
     std::optional<QString> decisionID; ///< set by the server when the hook waits for a decision
 
     /// Reads a hook's payload. None for a body that is no JSON object, has no session id, or
-    /// belongs to an event that the agent's adapter doesn't know. Safe from any thread.
+    /// belongs to an event that the agent's adapter doesn't know or to a prompt that the agent
+    /// gives itself. Safe from any thread.
     static std::optional<HookEvent> decode(const AgentAdapter &adapter, const QString &nativeName,
                                            QByteArrayView body, const HookOrigin &origin);
 

@@ -13,7 +13,7 @@ std::optional<QString> hint(const HttpRequest &request, HttpHeader header) {
     return text.isEmpty() ? std::nullopt : std::optional(text);
 }
 
-/// Three numbers with blanks between them: that of the process, its start and its number space.
+/// The three numbers of a `ProcessIdentity`, in its order and separated by blanks.
 std::optional<ProcessIdentity> processIn(const QString &text) {
     const QStringList parts = text.split(u' ');
     bool isIdentity = parts.size() == 3;

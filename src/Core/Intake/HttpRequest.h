@@ -12,7 +12,7 @@
 
 namespace morvane {
 
-/// One HTTP/1.1 request, as far as the event server reads any.
+/// One HTTP/1.1 request, as far as the event server reads it.
 struct HttpRequest {
     std::string method;
     std::string path; ///< with the query, if there is one

@@ -14,7 +14,7 @@ namespace {
 /// No payload comes near it, and sums with it stay far from overflowing.
 constexpr long long maxLength = 1LL << 40;
 
-/// What is set aside for a body at once, however long it says it is.
+/// The most that is reserved for a body at once, however long it claims to be.
 constexpr std::size_t maxReserved = std::size_t(1) << 20;
 
 std::string_view stripped(std::string_view text) {
@@ -65,7 +65,7 @@ void HttpRequestParser::takeHead(std::string_view &bytes) {
     }
 }
 
-/// A character may lie across two arrivals, which is where the slower decoder takes over.
+/// A character may be split between two arrivals; from there on the slower decoder takes over.
 bool HttpRequestParser::isUtf8(std::string_view head) {
     if (!m_utf8 && simdjson::validate_utf8(head.data(), head.size())) {
         return true;
@@ -83,7 +83,7 @@ void HttpRequestParser::takeLine(std::string_view &bytes) {
     std::string_view part = bytes.substr(0, end);
     bytes.remove_prefix(std::min(part.size() + 1, bytes.size()));
     const bool endsWithReturn = part.ends_with('\r');
-    // A return at the end of the last arrival has turned out to be one of the line's own.
+    // The return that ended the last arrival has turned out to be part of the line.
     if (m_endsWithReturn && !part.empty()) {
         hold("\r");
     }
@@ -104,7 +104,7 @@ void HttpRequestParser::takeLine(std::string_view &bytes) {
     m_endsWithReturn = false;
 }
 
-/// The position of the line feed that ends the line: one behind a return.
+/// The position of the line feed that ends the line: the first that follows a return.
 std::size_t HttpRequestParser::lineFeed(std::string_view bytes) const {
     for (auto at = bytes.find('\n'); at != bytes.npos; at = bytes.find('\n', at + 1)) {
         if (at > 0 ? bytes[at - 1] == '\r' : m_endsWithReturn) {
@@ -176,7 +176,7 @@ void HttpRequestParser::takeLength() {
     m_bodyMissing = static_cast<std::size_t>(length);
 }
 
-/// The length of a stranger's body is all that matters of it.
+/// Of a stranger's body only the length matters.
 void HttpRequestParser::takeBody(std::string_view bytes) {
     const std::string_view part = bytes.substr(0, m_bodyMissing);
     const bool isWhole = part.size() == m_bodyMissing;

@@ -11,8 +11,8 @@
 namespace morvane {
 
 /// A thread that does nothing but wait for sockets and timers. It starts with `start` and ends with
-/// `stop`, or with the object; what is still to run then is dropped. While it runs only the thread
-/// itself calls `after` or lets go of a task.
+/// `stop`, or with the object; what is still to run then is dropped. While it runs, only the thread
+/// itself may call `after` or release a task.
 class IoThread : public Scheduler {
 public:
     IoThread();
@@ -22,10 +22,10 @@ public:
 
     void start();
 
-    /// Waits for the action that is running. Never called on the thread itself.
+    /// Waits for the action that is running. Must not be called on the thread itself.
     void stop();
 
-    /// By a clock that nobody sets, once the thread is made.
+    /// Unaffected by changes of the system clock after construction.
     Date now() const override;
     Task after(Seconds delay, std::function<void()> action) override;
     void post(std::function<void()> action) override;

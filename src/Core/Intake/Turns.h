@@ -11,18 +11,18 @@
 
 namespace morvane {
 
-/// The order in which those go on who have more to do than can be done at once: whoever has taken
-/// least goes first, and after each everybody waits for a millisecond, which is the machine's own
-/// and no scheduler's. So nobody holds up the others by taking much, and all together leave the
-/// processors to those who have no need to wait. Used on its queue alone, which it outlives.
+/// Schedules work that is too much to do at once: whoever has taken least goes next, and after each
+/// there is a pause of a millisecond, by the machine's clock and no scheduler's. So nobody holds up
+/// the others by taking much, and all together leave the processors to those who need no turn. Used
+/// on its queue only, and must live as long as that runs anything.
 class Turns {
 public:
     using Queue = asio::strand<asio::io_context::executor_type>;
 
     explicit Turns(Queue queue) : m_queue(std::move(queue)), m_pause(m_queue) {}
 
-    /// Of two that have taken as much, the one with the lower serial number goes first. Nobody
-    /// waits twice at once.
+    /// Of two that have taken the same, the one with the lower serial number goes first. Nobody may
+    /// wait twice at once.
     struct Place {
         std::size_t taken = 0; ///< so far, in any unit that all share
         std::uint64_t serial = 0;
@@ -32,10 +32,10 @@ public:
         }
     };
 
-    /// Calls the action soon, and never from in here.
+    /// Calls the action soon, but never before this returns.
     void await(Place place, std::function<void()> action);
 
-    /// The action isn't called any more. Nothing happens where nobody waits.
+    /// Drops the action that waits at this place, if any.
     void leave(Place place) { m_waiting.erase(place); }
 
 private:

@@ -43,9 +43,8 @@ void UnfinishedConnections::closeOverdue() {
     armDeadline();
 }
 
-/// Where a peer has sent what nobody reads, the kernel frees all of that while we close: a megabyte
-/// takes as long as a request or two. So they wait for a turn to be closed, unless there are too
-/// many to wait.
+/// While we close a connection the kernel frees all unread bytes: a megabyte takes as long as a
+/// request or two. So connections wait for a turn to be closed, unless too many wait already.
 void UnfinishedConnections::giveUpOldest() {
     const auto oldest = m_connections.begin();
     if (m_givenUp.size() == m_limit) {
@@ -58,13 +57,13 @@ void UnfinishedConnections::giveUpOldest() {
     m_connections.erase(oldest);
 }
 
-/// They take their turns together, under a number that no connection has.
+/// They share their turns, under a serial number that no connection has.
 void UnfinishedConnections::awaitClosing() {
     m_turns.await({m_closed, 0}, [this] { closeGivenUp(); });
 }
 
-/// Each batch lets those go first that have taken less, so that a hook whose head comes in parts
-/// has its turn however many are given up meanwhile.
+/// Each batch raises the cost, so that a connection that has taken less goes first: a hook whose
+/// head comes in parts has its turn however many are given up meanwhile.
 void UnfinishedConnections::closeGivenUp() {
     for (int count = 0; count < closeBatch && !m_givenUp.empty(); ++count) {
         m_givenUp.front()->close();

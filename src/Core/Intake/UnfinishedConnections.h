@@ -12,24 +12,24 @@
 
 namespace morvane {
 
-/// The connections of a server whose request isn't there yet. Each of them has half a minute for
-/// it, and of too many the oldest is given up.
+/// The connections of a server whose request hasn't arrived whole. Each of them has half a minute
+/// for it, and if there are too many the oldest is given up.
 ///
-/// Used on the given queue alone, on which the connections are read. That, the turns and the timers
-/// outlive it.
+/// Used only on the given queue, on which the connections are read. The queue, the turns and the
+/// timers must outlive it.
 class UnfinishedConnections {
 public:
     using Connection = EventConnection::Pointer;
 
-    /// No more than the limit are kept, and of those given up no more than that are still open.
+    /// Keeps at most `limit` connections, and leaves open at most as many that were given up.
     UnfinishedConnections(EventConnection::Queue queue, Turns &turns, Scheduler &timers,
                           std::size_t limit)
         : m_queue(std::move(queue)), m_turns(turns), m_timers(timers), m_limit(limit) {}
 
-    /// They are added in the order of their coming.
+    /// Connections must be added in the order of arrival.
     void add(const Connection &connection);
 
-    /// Nothing happens where it isn't among them.
+    /// Does nothing if it isn't among them.
     void remove(const Connection &connection) { m_connections.erase(connection->serial()); }
 
 private:
@@ -51,7 +51,7 @@ private:
     std::map<std::uint64_t, Unfinished> m_connections; ///< by age, the oldest first
     std::optional<Task> m_deadline;                    ///< of the oldest; while there are any
     std::deque<Connection> m_givenUp;                  ///< to be closed, the oldest first
-    std::size_t m_closed = 0; ///< what those have counted for that were closed in a row, in bytes
+    std::size_t m_closed = 0; ///< cost of those closed in a row so far, in bytes read
 };
 
 } // namespace morvane
