@@ -58,8 +58,8 @@ SessionSurroundings AppController::surroundings() {
     };
 }
 
-/// The order is part of the design: the forwarders need the port, what is on screen needs the
-/// store to be fed, and nothing waits for anything that may take long.
+/// The order is part of the design: the forwarders need the port, the panels need a store that is
+/// fed, and nothing waits for anything that may take long.
 void AppController::start() {
     startServer();
     if (m_server) {
@@ -126,7 +126,7 @@ bool AppController::canBeAnswered() const {
 
 void AppController::takeEvent(const HookEvent &event) {
     m_store.apply(event);
-    // A hook that was on its way when approvals were switched off, or the last panel went.
+    // The hook was on its way when approvals were switched off, or the last panel went.
     if (event.decisionID && !canBeAnswered()) {
         m_store.releaseApprovals();
     }
@@ -165,7 +165,7 @@ void AppController::connectSound() {
             [this](const UsageMilestone &milestone) { m_sound.usageReached(milestone); });
 }
 
-/// A milestone is news only for whoever's session works towards it.
+/// A milestone is reported only while a session works towards it.
 void AppController::tellMilestones() {
     m_usage.refreshMilestoneEligibility();
     connect(&m_store, &SessionStore::sessionsChanged, &m_usage,
@@ -184,7 +184,7 @@ void AppController::readTranscripts() {
     };
 }
 
-/// Agents that already run tell nothing until their next turn.
+/// Agents that are already running send no hook until their next turn.
 void AppController::restoreSessions() {
     m_platform.background->compute(
         [maxAge = m_settings.autoClearAfter(), now = m_platform.scheduler->now(),
@@ -327,8 +327,8 @@ PanelKeys::Actions AppController::keyActions() {
     };
 }
 
-/// The digits belong to the prompt that is showing, once that could be read; without any they open
-/// what has finished, as far as that could.
+/// The digits answer the prompt that is showing, once there was time to read it. Without a prompt
+/// they open a finished session, once there was time to read its row.
 void AppController::handleDigit(int index) {
     if (const auto session = m_store.sessionAwaitingDecision()) {
         if (m_presenterManager->hasBeenRead(session->id)) {
@@ -351,7 +351,7 @@ void AppController::dismissPanels() {
 }
 
 QString AppController::removeEverything() {
-    // An entry that starts nothing any more goes with the others.
+    // An entry that no longer starts anything is removed too.
     const bool wasAtLogin = m_platform.loginItem->isEnabled();
     const auto removed = m_platform.loginItem->unregisterItem();
     QStringList report = m_connections.removeAll();
@@ -360,7 +360,7 @@ QString AppController::removeEverything() {
         report << (removed ? name
                            : AgentConnections::couldNotRemove(name, removed.error().message));
     }
-    // What may go on until the program is quit: nobody is asked for anything any more.
+    // The program may go on running until it is quit, but sends no more requests.
     m_updates.discard();
     setUsageEnabled(false);
     const QString stored = tr("preferences and session history");

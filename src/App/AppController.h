@@ -53,25 +53,25 @@ public:
 
     TrayStandIn &trayStandIn() { return m_trayStandIn; }
 
-    /// Called once. A server that can't be started doesn't keep the rest from it.
+    /// Called once. If the server can't be started, everything else still is.
     void start();
 
-    /// Where the server listens, or that it doesn't, for a person.
+    /// Where the server listens, or that it isn't running, in words for a person.
     QString serverStatus() const;
 
-    // This program's place on the machine, as of the connections' last `refreshStatus`.
+    // How the desktop treats this program, as of the connections' last `refreshStatus`.
 
     bool launchAtLogin() const { return m_launchAtLogin; }
     bool canFocusWindows() const { return m_canFocusWindows; }
 
-    // Actions. What fails goes into the connections' `lastError`; each refreshes their status.
+    // Actions. The first two set the connections' `lastError` on failure, and refresh their status.
 
-    /// Turning them off releases what waits; the connected agents' hooks are written anew.
+    /// Turning them off releases what waits; the connected agents' hooks are rewritten.
     void setApprovalsEnabled(bool enabled);
 
     void setLaunchAtLogin(bool enabled);
 
-    /// Turned off, nobody is asked for limits any more, and what was read is forgotten.
+    /// Turning it off stops all requests for limits, and forgets what was read.
     void setUsageEnabled(bool enabled);
 
     /// The person allows another try at the secret store, and wants the limits now.
@@ -83,12 +83,12 @@ public:
     /// Goes to where a finished session has run, and forgets the sessions of its folder.
     void reopenCompleted(const CompletedRecord &record);
 
-    /// Marks the session as seen, and types the text into its terminal. Not sent to one that has
-    /// gone on meanwhile, where it would answer something else.
+    /// Marks the session as seen, and types the text into its terminal. Nothing is sent to a
+    /// session that has gone on meanwhile, where the text would answer something else.
     void reply(const Session &session, const QString &text, const TerminalReply::Told &told);
 
-    /// Takes everything of ours off this machine but the program, which goes on running. Yields a
-    /// report of what was removed and what could not be, an item a line.
+    /// Removes everything of ours from this machine except the program, which goes on running.
+    /// Returns a report of what was removed and what could not be, one item a line.
     QString removeEverything();
 
 signals:
@@ -106,7 +106,7 @@ private:
     void readTranscripts();
     void restoreSessions();
     void createPresenters();
-    /// Whether a hook that waits may hope for an answer from the panel. Safe from any thread.
+    /// Whether a hook that waits can be answered from the panel. Safe from any thread.
     bool canBeAnswered() const;
     void releaseWhoeverWaits();
     void watchTerminals();
@@ -128,11 +128,11 @@ private:
     AgentProcesses m_agentProcesses;
     AgentConnections m_connections;
     TerminalReply m_terminalReply;
-    /// False where no display has a panel, so that nobody could answer: the agents ask at once.
+    /// False while no display has a panel: nobody could answer, so the agents ask at once.
     std::atomic<bool> m_isShown = true;
     std::unique_ptr<EventServer> m_server;
     std::unique_ptr<PixelTimeline> m_timeline; ///< outlives the panels
-    PanelKeys m_panelKeys;                     ///< as well, since they tell it when they close
+    PanelKeys m_panelKeys;                     ///< the same: they report to it when they close
     std::unique_ptr<PresenterManager> m_presenterManager;
     TrayStandIn m_trayStandIn;
     bool m_launchAtLogin = false;

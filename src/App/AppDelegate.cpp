@@ -81,7 +81,7 @@ void AppDelegate::makeStatusItem() {
     connect(m_statusItem.get(), &StatusItem::activated, this, &AppDelegate::showPanel);
 }
 
-/// Where there is no icon to click on, this is the one way to the panel while nothing runs.
+/// Without an icon to click on, this is the only way to the panel while nothing runs.
 void AppDelegate::applicationShouldHandleReopen() {
     if (!m_controller || !m_platform.hasScreen) {
         return;
@@ -93,8 +93,8 @@ void AppDelegate::applicationShouldHandleReopen() {
     }
 }
 
-/// The panel may lie above the settings that were opened with it, and gives way to whoever turns to
-/// these.
+/// The panel may cover the settings that were opened with it, so it closes when the person turns to
+/// them.
 bool AppDelegate::eventFilter(QObject *watched, QEvent *event) {
     if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::KeyPress) {
         watched->removeEventFilter(this);
@@ -103,7 +103,7 @@ bool AppDelegate::eventFilter(QObject *watched, QEvent *event) {
     return QObject::eventFilter(watched, event);
 }
 
-/// Whoever quits in the middle of the welcome has seen it.
+/// Quitting in the middle of the welcome counts as having seen it.
 void AppDelegate::showFirstRunIfNeeded() {
     if (!m_settings.hasCompletedFirstRun()) {
         m_settings.setHasCompletedFirstRun(true);
@@ -111,7 +111,7 @@ void AppDelegate::showFirstRunIfNeeded() {
     }
 }
 
-/// The windows go before the controller does, so it is there for as long as they ask it.
+/// The windows are destroyed before the controller, so these callbacks may use it.
 WindowContext AppDelegate::windowContext() {
     AppController &controller = *m_controller;
     return {
@@ -153,7 +153,7 @@ void AppDelegate::showOnboarding(const OnboardingView::Mode &mode) {
     if (std::holds_alternative<OnboardingView::FirstRun>(mode)) {
         m_onboardingWindow->present();
     } else {
-        // It comes at any time, and its first button connects an agent.
+        // It comes unasked, and a stray key could press its first button, which connects an agent.
         m_onboardingWindow->presentQuietly();
     }
     m_controller->trayStandIn().setWelcoming(true);
@@ -166,7 +166,7 @@ void AppDelegate::finishOnboarding(const OnboardingView::Mode &mode) {
     if (std::holds_alternative<OnboardingView::FirstRun>(mode)) {
         m_controller->connections().markAllPresentAgentsKnown();
     }
-    // It is still in the middle of its own closing.
+    // The window is still in the middle of closing.
     m_onboardingWindow.release()->deleteLater();
     m_controller->trayStandIn().setWelcoming(false);
     if (m_settingsWindow) {

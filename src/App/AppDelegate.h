@@ -17,8 +17,8 @@ class StatusMenu;
 struct PlatformServices;
 
 /// What belongs to the process rather than to a session: it makes the controller, the status item
-/// with its menu, and the windows, and answers to a second launch. Without a screen it is the
-/// controller alone. Owned by `launch`; main thread.
+/// with its menu, and the windows, and responds to a second launch. Without a screen it makes only
+/// the controller. Owned by `launch`; main thread.
 class AppDelegate : public QObject {
     Q_OBJECT
 
@@ -36,7 +36,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 signals:
-    /// The program is to end, and the one that has been installed over it to start in its place.
+    /// The program is to end, and the version that was installed over it to start instead.
     void restartRequested();
 
 private:
@@ -61,9 +61,9 @@ private:
     std::unique_ptr<AppController> m_controller;
     std::unique_ptr<StatusMenu> m_menu;
     std::unique_ptr<StatusItem> m_statusItem;
-    std::unique_ptr<SettingsWindow> m_settingsWindow;     ///< kept from when it was first asked for
+    std::unique_ptr<SettingsWindow> m_settingsWindow;     ///< made when first asked for, then kept
     std::unique_ptr<UpdateWindow> m_updateWindow;         ///< the same
-    std::unique_ptr<OnboardingWindow> m_onboardingWindow; ///< none but while it is shown
+    std::unique_ptr<OnboardingWindow> m_onboardingWindow; ///< set only while it is shown
 };
 
 } // namespace morvane

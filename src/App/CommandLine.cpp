@@ -42,7 +42,7 @@ bool print(std::FILE *stream, const QString &text) {
 } // namespace
 
 std::optional<int> answer(int argc, const char *const *argv) {
-    QString question; // the first
+    QString question; // only the first is answered
     for (int i = 1; i < argc; ++i) {
         const QString argument = QFile::decodeName(argv[i]);
         if (argument == AutostartEntry::option) {

@@ -29,11 +29,11 @@ namespace morvane {
 
 namespace {
 
-/// Time for one that is just starting up, or busy.
+/// How long the first instance may take to answer: it may be starting up, or busy.
 constexpr Seconds answerLimit(5);
 
-/// A session that is saved asks for what is unwritten. Whether the program starts with the next one
-/// is the login item's to say, and the session is not to start it besides.
+/// Writes unsaved settings when the desktop's session is saved. The session manager must not
+/// restart the program: the login item alone decides whether it starts with the next session.
 void obeySessionManager(QGuiApplication &application) {
     QObject::connect(&application, &QGuiApplication::commitDataRequest, &application,
                      [] { Defaults::standard().flush(); });
@@ -42,8 +42,8 @@ void obeySessionManager(QGuiApplication &application) {
         [](QSessionManager &session) { session.setRestartHint(QSessionManager::RestartNever); });
 }
 
-/// Folders that are not named from the root on count as not named. To each folder that the program
-/// is started in they would be others, and so would its settings be, and its lock.
+/// Ignores folders that are given by relative paths. They would depend on the folder that the
+/// program is started in, and so would its settings and its lock.
 void dropRelativeFolders() {
     for (const char *name :
          {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"}) {
@@ -53,15 +53,15 @@ void dropRelativeFolders() {
     }
 }
 
-/// An application with a screen where one can be reached, and one without where not: Qt ends the
-/// process when it is asked for a screen that isn't there.
+/// Makes an application with a screen if one can be reached, else one without: Qt ends the process
+/// when it is asked for a screen that isn't there.
 std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv) {
     if (qEnvironmentVariable("QT_QPA_PLATFORM") != QLatin1String("offscreen")) {
         if (!hasScreen()) {
             return std::make_unique<QCoreApplication>(argc, argv);
         }
-        // Whatever a Wayland desktop has set for its programs: a native window could neither place
-        // itself nor stay above the others, so there it is XWayland.
+        // Overrides what a Wayland desktop sets for its programs: a native window could neither
+        // place itself nor stay above the others, so XWayland is used there.
         qputenv("QT_QPA_PLATFORM", "xcb");
     }
     // A desktop's theme would load its whole toolkit, for windows that use nothing of it.
@@ -69,12 +69,12 @@ std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv) {
     QApplication::setQuitOnLastWindowClosed(false);
     auto application = std::make_unique<QApplication>(argc, argv);
     QApplication::setPalette(darkPalette());
-    QToolTip::setPalette(darkPalette()); // which have one of their own
+    QToolTip::setPalette(darkPalette()); // tool tips have one of their own
     obeySessionManager(*application);
     return application;
 }
 
-/// In a terminal, or in the journal of a desktop's session.
+/// The text shows up in a terminal, or in the journal of the desktop's session.
 void say(const QString &what) {
     QTextStream(stderr) << what << Qt::endl;
 }
@@ -92,7 +92,7 @@ int giveUp(const QString &why) {
     return EXIT_FAILURE;
 }
 
-/// Becomes the program of this file. Returns only where that fails.
+/// Replaces this process by the program in this file. Returns only if that fails.
 int become(const QString &path) {
     QByteArray file = QFile::encodeName(path);
     const std::array<char *, 2> arguments{file.data(), nullptr};
@@ -103,7 +103,7 @@ int become(const QString &path) {
     return EXIT_FAILURE;
 }
 
-/// Yields the exit status. `next` becomes the file of the program that is to follow, if any.
+/// Returns the exit status. Sets `next` to the file of the program that is to follow, if any.
 int run(int argc, char **argv, const std::function<void(PlatformServices &)> &adjust,
         std::optional<QString> &next) {
     const auto application = makeApplication(argc, argv);
@@ -132,7 +132,7 @@ int run(int argc, char **argv, const std::function<void(PlatformServices &)> &ad
         say(QCoreApplication::translate(
             "Launch", "Morvane reaches no X display: its server runs alone, and shows nothing."));
     }
-    // What is to follow does so all the same: it ends the threads that can't be waited for.
+    // Ends threads that can't be waited for, but still starts the program that is to follow.
     PlatformServices platform =
         choosePlatform([&next] { std::_Exit(next ? become(*next) : EXIT_SUCCESS); });
     if (adjust) {
@@ -173,7 +173,7 @@ int launch(int argc, char **argv, const std::function<void(PlatformServices &)> 
     QCoreApplication::setApplicationName(QStringLiteral("Morvane"));
     std::optional<QString> next;
     const int status = run(argc, argv, adjust, next);
-    // Once everything is closed: the port, the lock and the display are the next one's.
+    // Only once everything is closed: the next program needs the port, the lock and the display.
     return next ? become(*next) : status;
 }
 

@@ -67,7 +67,7 @@ void PanelKeys::armDigitJumpKeys() {
     giveBackDigitsUnlessAllWork();
 }
 
-/// The rows name all of them or none, and what they don't name does nothing.
+/// The rows show all digits or none, and a digit that isn't shown must do nothing.
 void PanelKeys::giveBackDigitsUnlessAllWork() {
     if (!m_digitShortcuts.areWorking()) {
         disarmDigitJumpKeys();
@@ -86,7 +86,7 @@ void PanelKeys::tellWhetherDigitsWork() {
                                 }));
 }
 
-/// While somebody types in a field, Esc must reach that. A field that is forgotten tells nobody.
+/// Esc must reach a field in use. The end of a field's lease isn't signalled, so a timer checks.
 void PanelKeys::applyEscHotKey() {
     const Seconds rest = m_editing.rest(m_scheduler.now());
     m_escCheck = rest > Seconds(0) ? m_scheduler.after(rest, [this] { applyEscHotKey(); }) : Task();

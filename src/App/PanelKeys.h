@@ -12,9 +12,9 @@ namespace morvane {
 
 class InlineEditing;
 
-/// The system-wide keys of the panel, and when they are held: the one that opens it for good, Esc
-/// and the digits only while a panel is open, since they are taken from everybody else, and the
-/// digits only where all of them are to be had. Owned by `AppController`; main thread.
+/// The system-wide keys of the panel, and when they are registered: the key that opens it always;
+/// Esc and the digits only while a panel is open, since no other program gets them then; and the
+/// digits only if all of them are available. Owned by `AppController`; main thread.
 class PanelKeys : public QObject {
     Q_OBJECT
 
@@ -28,20 +28,19 @@ public:
     /// What it is given must outlive it.
     PanelKeys(HotKeys &hotKeys, Scheduler &scheduler, InlineEditing &editing, Actions actions);
 
-    /// Takes the panel key, and follows the fields that somebody types in. Called once.
+    /// Registers the panel key, and follows the text fields that are open. Called once.
     void start(const HotKey &panelKey);
 
-    /// Gives the panel key back and takes this one. Does nothing before `start`, and for the key
-    /// that it is.
+    /// Replaces the panel key by this one. Does nothing before `start`, or if it is the same.
     void setPanelKey(const HotKey &key);
 
-    /// How it stands with the panel key; none before `start`.
+    /// The state of the panel key; none before `start`.
     std::optional<HotKeys::State> panelKeyState() const { return m_hotKey.state(); }
 
-    /// Whether it is the desktop that says which key it is.
+    /// Whether the desktop decides which key it is.
     bool desktopChoosesKeys() const { return m_hotKeys.desktopChoosesKeys(); }
 
-    /// Takes the keys that others have given up in the meantime.
+    /// Tries again to register keys that other programs had.
     void retry();
 
     /// A panel has opened or closed, on whichever display.
@@ -68,7 +67,7 @@ private:
     HotKeyManager m_hotKey;
     HotKeyManager m_escHotKey;
     std::vector<std::unique_ptr<HotKeyManager>> m_digitHotKeys; ///< all or none
-    Task m_escCheck;         ///< when a field that nobody types in is forgotten
+    Task m_escCheck;         ///< for the end of an idle text field's lease
     int m_expandedCount = 0; ///< how many panels are open
     DigitShortcuts m_digitShortcuts;
 };

@@ -43,7 +43,7 @@ namespace morvane {
 
 namespace {
 
-/// The bell of the display; without one there is none.
+/// Rings the bell of the display, if there is one.
 void ring() {
     if (qobject_cast<QApplication *>(QCoreApplication::instance()) != nullptr) {
         QApplication::beep();
@@ -55,11 +55,11 @@ struct Windows {
     std::unique_ptr<FullscreenWindows> fullscreen;
 };
 
-/// By the road of its own that a Wayland desktop has to all windows, XWayland's as well. On any
-/// other only those of XWayland are to be seen.
+/// Uses a known Wayland desktop's own interface to all windows, XWayland's included. On any other
+/// Wayland desktop only XWayland's windows can be seen.
 Windows chooseWindows(X11Connection &x11, Scheduler &scheduler) {
     if (x11.isXwayland()) {
-        // What has outlived its session may still be in the environment of the next.
+        // The variable may come from an earlier session, whose socket is gone.
         if (const QString sway = qEnvironmentVariable("SWAYSOCK"); QFileInfo::exists(sway)) {
             return {std::make_unique<SwayWindowSystem>(sway, scheduler),
                     std::make_unique<SwayFullscreenWindows>(sway, scheduler)};

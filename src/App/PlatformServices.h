@@ -22,11 +22,11 @@
 
 namespace morvane {
 
-/// What stands behind the ports in this run. Made once, in `launch`, and outlives everything that
-/// uses it; main thread.
+/// The implementations of the ports in this run. Made once, in `launch`, and outlives everything
+/// that uses it; main thread.
 struct PlatformServices {
     std::unique_ptr<Scheduler> scheduler;
-    // Before the pool, which calls them until its end.
+    // Declared before the pool, which calls them until its end.
     std::unique_ptr<SecretStore> secrets = std::make_unique<NullSecretStore>();
     std::unique_ptr<ToolDialogue> dialogue = std::make_unique<NullToolDialogue>();
     std::unique_ptr<Processes> processes = std::make_unique<NullProcesses>();
@@ -40,11 +40,11 @@ struct PlatformServices {
     std::unique_ptr<Tools> tools;
     std::unique_ptr<Scripting> scripting;
 
-    // Of a screen. Without one no widget can be made, and the server runs alone.
+    // What needs a screen. Without one no widget can be made, and the server runs alone.
 
     bool hasScreen = false;
-    std::shared_ptr<QObject> screenConnection; ///< what the ports below stand on, if anything
-    std::unique_ptr<QAbstractNativeEventFilter> heldKeys; ///< of the windows, if they need it
+    std::shared_ptr<QObject> screenConnection;            ///< what the ports below use, if anything
+    std::unique_ptr<QAbstractNativeEventFilter> heldKeys; ///< filters held keys, if needed
     std::unique_ptr<Displays> displays = std::make_unique<NoScreen::NullDisplays>();
     std::unique_ptr<OverlayWindows> overlays = std::make_unique<NoScreen::NullOverlayWindows>();
     std::unique_ptr<PointerMonitor> pointer = std::make_unique<NoScreen::NullPointerMonitor>();

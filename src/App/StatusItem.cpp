@@ -39,7 +39,7 @@ void StatusItem::build() {
         if (reason == QSystemTrayIcon::Trigger) {
             emit activated();
         } else if (reason == QSystemTrayIcon::Context) {
-            // By a host that draws no menus itself.
+            // The host doesn't draw menus itself.
             m_menu.popup(QCursor::pos());
         }
     });
@@ -47,7 +47,8 @@ void StatusItem::build() {
     m_item->show();
 }
 
-/// The store changes with every event, and a new picture is drawn, packed and sent to the desktop.
+/// Only for a new state: the store changes with every event, and each picture is drawn, packed and
+/// sent to the desktop.
 void StatusItem::updateIcon() {
     if (!m_item) {
         return;

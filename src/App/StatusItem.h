@@ -15,9 +15,9 @@ class MorvaneSettings;
 class SessionStore;
 class StatusItemHost;
 
-/// The icon among the desktop's status items, in the colour of what the sessions together need. It
-/// is there while the person wants it and the desktop has a place for it: made before there is
-/// one, it would never come. Owned by `AppDelegate`; main thread.
+/// The icon among the desktop's status items, in the colour of the sessions' aggregate state. It
+/// exists while the person wants it and the desktop has a place for it: made before there is one,
+/// it would never appear. Owned by `AppDelegate`; main thread.
 class StatusItem : public QObject {
     Q_OBJECT
 
@@ -41,7 +41,7 @@ private:
     MorvaneSettings &m_settings;
     StatusItemHost &m_host;
     QMenu &m_menu;
-    QSystemTrayIcon *m_item = nullptr;        ///< none while it is not to be seen
+    QSystemTrayIcon *m_item = nullptr;        ///< null while it isn't shown
     std::optional<SessionState> m_shownState; ///< what the item's colour stands for
 };
 

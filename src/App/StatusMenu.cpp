@@ -20,7 +20,7 @@ namespace {
 
 constexpr int failureWidth = 420;
 
-/// An ampersand of the text's own, which a menu would take for the mark of a key.
+/// Doubles ampersands, which a menu would take for mnemonic marks.
 QString menuText(QString text) {
     return text.replace(QLatin1Char('&'), QLatin1String("&&"));
 }
@@ -96,7 +96,7 @@ void StatusMenu::showPanelKey(const HotKey &key, HotKeys::State state, bool isDe
                                                           : QKeySequence());
 }
 
-/// A menu that belongs to no window leaves the keys of its items to nobody.
+/// A menu that belongs to no window doesn't handle the keys of its items.
 bool StatusMenu::eventFilter(QObject *watched, QEvent *event) {
     if (event->type() == QEvent::KeyPress) {
         const QKeySequence pressed(static_cast<QKeyEvent *>(event)->keyCombination());
@@ -133,8 +133,8 @@ QString StatusMenu::agentText(AgentKind kind) const {
     return health.awaitsReview ? tr("%1 — review with /hooks").arg(name) : name;
 }
 
-/// Items stay as long as the list does: a desktop that draws the menu knows them by what it was
-/// told before.
+/// Keeps the items while the list is the same: a desktop that draws the menu refers to those it was
+/// told of.
 void StatusMenu::list(const std::vector<const AgentAdapter *> &offered) {
     if (std::ranges::equal(offered, m_agentItems, {}, &AgentAdapter::kind, &AgentItem::kind)) {
         return;
@@ -163,8 +163,8 @@ QAction *StatusMenu::makeItem(const AgentAdapter &adapter) {
     return item;
 }
 
-/// The reason stands at the end of a failure, and what failed at its beginning. Nothing is measured
-/// where there is none: Qt's text engine takes a quarter of a megabyte.
+/// Shortens a failure in the middle: it begins with what failed and ends with the reason. Without a
+/// failure nothing is measured: Qt's text engine takes a quarter of a megabyte.
 void StatusMenu::showFailure() {
     const QString text = m_connections.notice().value_or(QString());
     if (!text.isEmpty()) {

@@ -15,9 +15,9 @@ class AgentAdapter;
 class AgentConnections;
 class UpdateManager;
 
-/// The program's menu, the same behind the status item and on the panel. What it shows is also
-/// right when it opens without telling, as it may where the desktop draws it. Owned by
-/// `AppDelegate`, outlived by the connections; main thread.
+/// The program's menu, shared by the status item and the panel. It is kept up to date while it is
+/// closed, since a desktop that draws it may open it without telling us. Owned by `AppDelegate`,
+/// outlived by the connections; main thread.
 class StatusMenu : public QObject {
     Q_OBJECT
 
@@ -26,14 +26,14 @@ public:
 
     QMenu &menu() { return *m_menu; }
 
-    /// Tells the key that opens the panel, or why there is none. Which key a desktop has chosen for
-    /// it isn't known.
+    /// Shows the key that opens the panel, or why there is none. A key that the desktop has chosen
+    /// isn't known.
     void showPanelKey(const HotKey &key, HotKeys::State state, bool isDesktops);
 
-    /// A new version has been put into this one's place, and runs from the next start on.
+    /// A new version has been installed, and runs from the next start on.
     void offerRestart();
 
-    /// The items that have a key. It works while the menu is open, and in each window that these
+    /// The items that have a key, which works while the menu is open and in each window that they
     /// are added to.
     QList<QAction *> keyedActions() const { return {m_settings, m_quit}; }
 
@@ -68,7 +68,7 @@ private:
     const std::unique_ptr<QMenu> m_menu;
     QAction *m_restart = nullptr;
     QAction *m_panel = nullptr;
-    QAction *m_panelKey = nullptr; ///< what is wrong with the key for the panel
+    QAction *m_panelKey = nullptr; ///< tells what is wrong with the panel key
     QAction *m_settings = nullptr;
     QAction *m_quit = nullptr;
     QMenu *m_agents = nullptr; ///< "Connected agents"

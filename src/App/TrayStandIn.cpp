@@ -35,9 +35,9 @@ void TrayStandIn::setWelcoming(bool isWelcoming) {
     refresh();
 }
 
-/// Not at once: at the start nobody knows yet whether there is a tray, and the desktop's panel that
-/// is only restarted is back before anything has moved. Whoever has switched the icon off is told
-/// where Morvane is to be found then, but a newcomer is told to look for the capsule.
+/// Waits a moment: at the start nobody knows yet whether there is a tray, and a desktop's panel
+/// that only restarts is back before anything has moved. Switching the icon off needs no stand-in,
+/// since the person is told where Morvane is; a newcomer looks for the capsule.
 void TrayStandIn::refresh() {
     if (m_presenters == nullptr) {
         return;

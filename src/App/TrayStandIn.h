@@ -21,14 +21,14 @@ public:
     TrayStandIn(MorvaneSettings &settings, AgentConnections &connections,
                 const PlatformServices &platform);
 
-    /// Called once, when there are capsules, which must outlive it as well.
+    /// Called once, when the presenters exist; they must outlive it as well.
     void start(PresenterManager &presenters);
 
     /// Whether there is an icon to click on: the desktop has a place for it, and the person wants
     /// it.
     bool hasTrayIcon() const;
 
-    /// While the welcome is on the screen, what it tells a newcomer to look for is there as well.
+    /// While the welcome is shown, the capsule that it tells a newcomer to look for is shown too.
     void setWelcoming(bool isWelcoming);
 
 private:
