@@ -5,9 +5,9 @@
 
 namespace morvane {
 
-/// Sends the request, and waits no longer for all of its answer than this: `finished` is called
-/// once, later on and on the main thread, with none where there was no answer by then or none that
-/// could be trusted. The end of the task ends the transfer, and nobody is called.
+/// Sends the request and waits up to `limit` for the whole answer. `finished` is called once, on
+/// the main thread and after this has returned, with none if no answer that can be trusted came in
+/// time. When the task ends, so does the transfer, and `finished` isn't called.
 [[nodiscard]] Task askWithin(Seconds limit, HttpsClient &client, Scheduler &scheduler,
                              const HttpsRequest &request, HttpsClient::Finished finished);
 

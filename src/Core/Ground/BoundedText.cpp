@@ -8,11 +8,11 @@ namespace morvane::BoundedText {
 
 namespace {
 
-constexpr qsizetype maxUnits = 24; // a family of four with skin tones has 19
+constexpr qsizetype maxUnits = 24; // of a character; the emoji of a family with skin tones has 19
 constexpr char16_t ellipsis = u'\u2026';
 
-/// Below the first combining mark every code unit is a character, but for a line feed that
-/// follows a carriage return.
+/// Below U+0300, the first combining mark, every code unit is a character of its own, except for a
+/// line feed behind a carriage return.
 bool isPlain(QStringView text) {
     return std::ranges::all_of(text,
                                [](QChar unit) { return unit.unicode() < 0x300 && unit != u'\r'; });
@@ -21,8 +21,8 @@ bool isPlain(QStringView text) {
 } // namespace
 
 QString of(const QString &text, qsizetype maxCharacters) {
-    // Finding boundaries costs time in proportion, so no more is looked at than may be shown. A
-    // text that fills more than this has characters of more than the units that count.
+    // Finding boundaries takes time in proportion to the text, so only the part that may be shown
+    // is searched. If it is too short for `maxCharacters`, some of them exceed `maxUnits`.
     QString part = text.left(maxCharacters * maxUnits + 1);
     if (part.size() < text.size() && part.back().isHighSurrogate()) {
         part.chop(1);

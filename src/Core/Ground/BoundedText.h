@@ -2,16 +2,16 @@
 
 #include <QString>
 
-/// Bounds what an outsider's text may cost to lay out. A character as a person counts them may be
-/// made of any number of code units, and one of thousands of marks or joined emoji holds a text
-/// engine up for seconds. Safe from any thread.
+/// Bounds the cost of laying out a text from outside. A user-perceived character may consist of any
+/// number of code units, and one with thousands of marks or joined emoji holds up a text engine for
+/// seconds. Safe from any thread.
 namespace morvane::BoundedText {
 
-/// The first so many user-perceived characters, and of each its first 24 code units, which hold
-/// every character that people write. Where there were more characters, "…" follows.
+/// The first `maxCharacters` user-perceived characters, each cut to 24 code units, which is enough
+/// for every character that people write. "…" follows if there were more characters.
 QString of(const QString &text, qsizetype maxCharacters);
 
-/// What a line may show, and what a paragraph or a tool tip may.
+/// The most characters of a line, and of a paragraph or a tool tip.
 inline constexpr qsizetype lineLength = 160;
 inline constexpr qsizetype paragraphLength = 1200;
 

@@ -15,8 +15,8 @@ struct Answer {
     int error = 0;
 };
 
-/// Asks a call first for a size and then for so many bytes; again, as long as what it is asked for
-/// grows in between.
+/// Asks for the size first and then for that many bytes; repeats this while the value has grown in
+/// between.
 template <typename Call>
 Answer sized(const Call &call) {
     for (;;) {
@@ -41,7 +41,7 @@ constexpr char accessList[] = "system.posix_acl_access";
 } // namespace
 
 Result<void> copy(const QByteArray &from, int to) {
-    // One that the folder hands down would let in whom the file has never known.
+    // An access list inherited from the folder could admit users whom the original file doesn't.
     ::fremovexattr(to, accessList);
     const Answer names = sized([&](char *buffer, std::size_t size) {
         return ::listxattr(from.constData(), buffer, size);

@@ -8,9 +8,9 @@
 /// own attributes, a security label. Safe from any thread.
 namespace morvane::FileAttributes {
 
-/// Gives an open file those of another one, in place of the ones that its folder has given it.
-/// Fails with the system's reason for one that a person would miss; labels are only tried. Paths
-/// are the system's.
+/// Copies the attributes of the file at `from`, a path in the system's encoding, to the open file
+/// `to`, in place of those that its folder gave it. Fails with the system's reason if one that a
+/// person would miss can't be copied; a security label is only tried.
 Result<void> copy(const QByteArray &from, int to);
 
 } // namespace morvane::FileAttributes

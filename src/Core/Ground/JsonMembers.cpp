@@ -15,7 +15,7 @@ void passBlanks(std::string_view &text) {
     text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
 }
 
-/// Passes over the mark between two tokens, where it is there, and the blanks around it.
+/// Skips the mark between two tokens, if it is there, and the blanks around it.
 void passOver(std::string_view &text, char mark) {
     passBlanks(text);
     text.remove_prefix(text.starts_with(mark) ? 1 : 0);

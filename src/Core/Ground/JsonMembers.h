@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-/// The members of a JSON object as they are spelled, for handing values on that no reader holds
-/// exactly: numbers of any size, half surrogate pairs, the order of keys. Safe from any thread.
+/// The members of a JSON object as they are spelled, for passing on what no parser keeps exactly:
+/// numbers of any size, lone surrogates, the order of keys. Safe from any thread.
 namespace morvane::JsonMembers {
 
 struct Member {
@@ -15,17 +15,17 @@ struct Member {
     std::string_view value; ///< without blanks around it
 };
 
-/// All of them, in their order. The text has to be one that `JsonObject::parse` takes, or a value
-/// in it that begins with a brace; the members are views of it.
+/// All members, in their order. The text must be one that `JsonObject::parse` accepts, or an object
+/// within one; the members are views of it.
 std::vector<Member> of(std::string_view object);
 
 /// The value of the first member of this key, which is the one that `JsonObject` reads.
 std::optional<std::string_view> find(std::string_view object, QStringView key);
 
-/// What is spelled between a string's quotation marks. Half of a surrogate pair stays one.
+/// Decodes what stands between a string's quotation marks. A lone surrogate stays one.
 QString decoded(std::string_view spelled);
 
-/// The length of the string that the text begins with, with its quotation marks.
+/// The length of the string that the text begins with, including its quotation marks.
 std::size_t stringLength(std::string_view text);
 
 /// The length of the number that the text begins with; 0 where JSON's grammar finds none.

@@ -32,8 +32,8 @@ std::optional<unsigned> escapedUnit(std::string_view text) {
     return unit;
 }
 
-/// How many bytes of an escaped character stand at the start of the text, behind which a string
-/// goes on; 0 for half a surrogate pair, which JSON allows and simdjson refuses.
+/// How many bytes to take of the escape that the text begins with, so that the rest can be taken as
+/// plain characters; 0 for a lone surrogate, which JSON allows and simdjson refuses.
 std::size_t escapeLength(std::string_view text) {
     const auto unit = escapedUnit(text);
     if (!unit || *unit < 0xD800 || *unit > 0xDFFF) {
@@ -43,10 +43,10 @@ std::size_t escapeLength(std::string_view text) {
     return low && *low >= 0xDC00 && *low <= 0xDFFF ? 12 : 0;
 }
 
-/// The same JSON as simdjson takes it: it refuses numbers that fit neither 64 bits nor a double,
-/// and half a surrogate pair, which JavaScript writes where it cuts an emoji in two. So every
-/// well-formed number outside of strings becomes 0, but for small integers, since no such number is
-/// ever read here; and half a pair becomes the replacement character.
+/// The same JSON in a form that simdjson accepts: it refuses numbers that fit neither 64 bits nor a
+/// double, and lone surrogates, which JavaScript writes where it cuts an emoji in two. So every
+/// well-formed number outside of strings becomes 0, except for small integers, since no other
+/// number is read here; and a lone surrogate becomes the replacement character.
 std::string acceptable(std::string_view text) {
     std::string result;
     result.reserve(text.size());
@@ -73,8 +73,8 @@ std::string acceptable(std::string_view text) {
     return result;
 }
 
-/// The thread's, while no object has it: a parser has room of its own, which is dear to make anew
-/// for every object.
+/// This thread's parser while no object uses it: a parser has buffers, which are expensive to
+/// allocate anew for every object.
 std::unique_ptr<simdjson::dom::parser> &spareParser() {
     static thread_local std::unique_ptr<simdjson::dom::parser> spare;
     return spare;

@@ -13,8 +13,8 @@ constexpr int mostLinks = 40;
 
 } // namespace
 
-/// A relative link starts from the real folder that it lies in, which needn't be the one that its
-/// path names.
+/// A relative link is resolved from the real folder that it lies in, which may differ from the
+/// folder in its path.
 QString linkTarget(const QString &path) {
     namespace fs = std::filesystem;
     std::error_code ignored;

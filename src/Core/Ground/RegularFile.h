@@ -12,14 +12,14 @@
 /// thread.
 namespace morvane::RegularFile {
 
-/// What it holds. Fails with the system's reason when it can't be read or is longer than 32 MiB.
+/// Its content. Fails with the system's reason when it can't be read or is longer than 32 MiB.
 Result<QByteArray> whole(const QString &path);
 
 /// Up to `limit` bytes from the beginning. None when the file can't be read.
 std::optional<QByteArray> head(const QString &path, qsizetype limit);
 
-/// Up to `limit` bytes before the end that the file has when it is opened. A file that is cut
-/// short meanwhile gives what is left of them; none when it can't be read.
+/// The last bytes, up to `limit`, counted from the end that the file has when it is opened. Of a
+/// file that is truncated meanwhile, what is left of them; none when it can't be read.
 std::optional<QByteArray> tail(const QString &path, qsizetype limit);
 
 } // namespace morvane::RegularFile

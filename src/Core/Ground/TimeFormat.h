@@ -19,7 +19,7 @@ QString remaining(Date until, Date from);
 /// How long it takes until `ago` gives another text.
 Seconds untilAgoChanges(Date date, Date from);
 
-/// How long `remaining` gives the same text, of what is still to come.
+/// How long it takes until `remaining` gives another text; `until` must be still to come.
 Seconds untilRemainingChanges(Date until, Date from);
 
 } // namespace morvane::TimeFormat

@@ -9,7 +9,7 @@ namespace morvane::ToolPaths {
 
 namespace {
 
-/// The places that only one tool is found at.
+/// The places of this tool alone.
 QStringList ownPlaces(const QString &tool) {
     if (tool == u"wezterm") {
         return {QStringLiteral("/Applications/WezTerm.app/Contents/MacOS/wezterm")};
@@ -31,7 +31,7 @@ QStringList ownPlaces(const QString &tool) {
     return {};
 }
 
-/// The places that are the same in every home, so that no directory is read for them.
+/// The places with fixed paths, for which no directory has to be read.
 QStringList fixedPlaces(const QString &tool) {
     return QStringList{QStringLiteral("/opt/homebrew/bin/") + tool,
                        QStringLiteral("/usr/local/bin/") + tool,
@@ -39,9 +39,9 @@ QStringList fixedPlaces(const QString &tool) {
            ownPlaces(tool);
 }
 
-/// Where whole systems of packages put what they install.
+/// Where package systems put what they install.
 QStringList packaged(const QString &tool) {
-    // Flatpak calls what it exports by the application's id.
+    // Flatpak names an exported program after the application's id.
     const QString exported = QStringLiteral("flatpak/exports/bin/") +
                              (tool == u"wezterm" ? QStringLiteral("org.wezfurlong.wezterm") : tool);
     return {QDir::homePath() + QStringLiteral("/.cargo/bin/") + tool,
@@ -49,7 +49,7 @@ QStringList packaged(const QString &tool) {
             QDir::homePath() + QStringLiteral("/.local/share/") + exported};
 }
 
-/// GNOME's screen reader has the name of another program's tool, and would begin to speak.
+/// GNOME's screen reader is called orca too, and would begin to speak if it were run.
 bool isScreenReader(const QString &path) {
     constexpr qsizetype firstLine = 128;
     return path.endsWith(u"/orca") && RegularFile::head(path, firstLine)

@@ -22,8 +22,8 @@ struct Range {
     char32_t last;
 };
 
-/// What leaves nothing to be seen though its category doesn't say so: joiners and fillers, the
-/// empty braille pattern, the selectors of variants, and what Qt keeps for an object in a text.
+/// Characters that look empty though their category doesn't say so: joiners and fillers, the empty
+/// braille pattern, variation selectors, and what Qt puts in a text for an object.
 constexpr std::array looksEmpty{
     Range{0x034F, 0x034F},   Range{0x115F, 0x1160},   Range{0x17B4, 0x17B5},
     Range{0x180B, 0x180F},   Range{0x2800, 0x2800},   Range{0x3164, 0x3164},
@@ -32,7 +32,7 @@ constexpr std::array looksEmpty{
     Range{0xE0100, 0xE01EF},
 };
 
-/// The blocks and signs that emoji are among.
+/// The blocks and single signs that contain the emoji.
 constexpr std::array emoji{
     Range{0x00A9, 0x00A9}, Range{0x00AE, 0x00AE}, Range{0x203C, 0x203C}, Range{0x2049, 0x2049},
     Range{0x2122, 0x2122}, Range{0x2139, 0x2139}, Range{0x2190, 0x21FF}, Range{0x2300, 0x23FF},
@@ -46,8 +46,8 @@ constexpr char32_t noBreakBlank = 0x00A0;
 constexpr char32_t nonJoiner = 0x200C;
 constexpr char32_t joiner = 0x200D;
 
-/// The parts of Hangul that a syllable begins with, and all that make one character with what comes
-/// before, among them the sound marks of narrow Katakana.
+/// The parts of Hangul that can begin a syllable, and all parts that form one character with what
+/// comes before, including the sound marks of halfwidth Katakana.
 constexpr std::array leadingParts{Range{0x1100, 0x115F}, Range{0xA960, 0xA97C}};
 constexpr std::array parts{Range{0x1100, 0x11FF}, Range{0xA960, 0xA97C}, Range{0xD7B0, 0xD7FB},
                            Range{0xFF9E, 0xFF9F}};
@@ -85,7 +85,7 @@ bool isJoiner(char32_t character) {
     return character == joiner || character == nonJoiner;
 }
 
-/// Whether it makes one character with what comes before it.
+/// Whether it forms one character with what comes before it.
 bool pilesUp(char32_t character, char32_t before) {
     const bool beginsSyllable = isIn(leadingParts, character) && !isIn(leadingParts, before);
     return standsOn(character) || isJoiner(character) ||
@@ -99,7 +99,7 @@ bool isJoining(char32_t character) {
            type == QChar::Joining_Left;
 }
 
-/// Whether it is a sign that joins the letters around it, as those of India have it.
+/// Whether it is the sign of Indian scripts that joins the letters around it.
 bool isVirama(char32_t character) {
     constexpr int combiningClass = 9;
     return QChar::combiningClass(character) == combiningClass;
@@ -114,7 +114,7 @@ enum class TextKind {
     prose, ///< which people write to each other
 };
 
-/// Goes along a text and tells what of it can be seen as it is.
+/// Walks along a text and tells which characters can be shown as they are.
 class Sight {
 public:
     explicit Sight(TextKind kind) : m_isProse(kind == TextKind::prose) {}
@@ -127,7 +127,7 @@ public:
         } else if (!isMark && m_before != joiner) {
             m_joints = 0;
         }
-        // A mark on a blank is as little to be seen as the blank.
+        // A mark on a blank is no easier to see than the blank.
         const bool hasGround = m_ground != 0 && m_ground != U' ' && m_ground != noBreakBlank;
         const bool result = m_marks <= (m_isProse ? mostMarksOfProse : mostMarks) &&
                             (!isMark || hasGround) &&
@@ -138,7 +138,7 @@ public:
     }
 
 private:
-    /// Whether what has no picture of its own shows by what it makes of its neighbours.
+    /// Whether a character without a glyph shows by its effect on its neighbours.
     bool isOfWriting(char32_t character, char32_t after) const {
         switch (character) {
         case noBreakBlank:
@@ -157,7 +157,7 @@ private:
         }
     }
 
-    /// Of a script that has joiners; "API" may get an ending in Persian.
+    /// Letters of a script that has joiners; one is enough, since "API" may get a Persian ending.
     bool isBetweenLetters(char32_t after) const {
         const bool areLetters = QChar::isLetter(m_ground) && QChar::isLetter(after);
         return isVirama(m_before) || (QChar::isLetter(m_before) && isVirama(after)) ||
@@ -168,16 +168,16 @@ private:
     int m_marks = 0;       ///< on the last letter
     int m_joints = 0;      ///< of the last emoji
     char32_t m_before = 0; ///< what has just been shown
-    char32_t m_ground = 0; ///< the last of it that is no mark
+    char32_t m_ground = 0; ///< the last character shown that is no mark
 };
 
-/// Whether it is written from the right, and so moves what stands around it.
+/// Whether it is written from right to left, and so reorders its neighbours.
 bool isFromTheRight(char32_t character) {
     const auto direction = QChar::direction(character);
     return direction == QChar::DirR || direction == QChar::DirAL || direction == QChar::DirAN;
 }
 
-/// The same for every text of these characters, whichever way its brackets open.
+/// Returns the same for every text of these characters, whichever way its brackets open.
 QString inAnyOrder(QString text) {
     for (QChar &unit : text) {
         unit = std::min(unit, unit.mirroredChar());
@@ -237,7 +237,7 @@ bool isSpecialInText(char32_t character) {
     return character == tabSign || character == escapeBegin;
 }
 
-/// Of blanks only those stay different that keep together what is around them, such as a number.
+/// Every blank becomes the usual one, or a no-break one if it keeps its neighbours together.
 QString prose(QString line) {
     for (QChar &character : line) {
         if (character.category() == QChar::Separator_Space) {
@@ -252,8 +252,8 @@ QString prose(QString line) {
 
 QString of(QStringView line) {
     QString result = spelled(line, &isSpecialInText, &escapedInText);
-    // A blank at the end, behind a backslash above all, makes another text of it. Those before it
-    // show by the room that they take.
+    // A blank at the end changes what the text means, above all behind a backslash. The blanks
+    // before it show by the space that they take.
     if (line.endsWith(u' ')) {
         result.chop(1);
         result += escapedInText(U' ');

@@ -15,8 +15,8 @@ namespace morvane {
 
 namespace {
 
-/// The rename itself reaches the disk with its folder. Not every file system can do that, and the
-/// file is whole either way.
+/// The rename reaches the disk when its folder is synced. Failure is ignored: not every file system
+/// can do that, and the file is whole either way.
 void syncFolder(const QString &path) {
     const Descriptor folder(::open(QFile::encodeName(QFileInfo(path).path()).constData(),
                                    O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -48,7 +48,7 @@ WholeFile::~WholeFile() {
 }
 
 Result<void> WholeFile::open() {
-    // Nobody may read what is to be closed to them, not even before it is.
+    // Whoever the final mode shuts out must not be able to read the file even for a moment.
     const mode_t mode = m_mode || m_model ? 0600 : 0666;
     do {
         m_temporary = QFile::encodeName(m_path) + '.' +
@@ -59,9 +59,9 @@ Result<void> WholeFile::open() {
     return m_file.number() >= 0 ? Result<void>() : systemFailure(errno);
 }
 
-/// Not everyone may give a file away, so that is only tried where it is needed. A group that isn't
-/// ours, as a container may leave one, makes way for our own, which gets no more than everybody
-/// had. The permission bits come last: they also bound what an access list grants.
+/// Not everyone may change a file's owner, so that is only tried where it is needed. A group that
+/// isn't ours, such as one left by a container, is replaced by our own, which gets no more rights
+/// than everybody had. The permission bits come last: they also bound what an access list grants.
 Result<void> WholeFile::resemble(const QByteArray &model) const {
     struct stat own {};
     struct stat other {};
@@ -99,8 +99,8 @@ Result<void> WholeFile::fill(const QByteArray &content) {
 }
 
 Result<void> WholeFile::commit() {
-    // Before it has its name: what is open for writing can't be started, and it may be a script
-    // that an agent is just about to run.
+    // Closed before the rename: a file that is open for writing can't be executed, and this may be
+    // a script that an agent is just about to run.
     m_file = Descriptor();
     if (::rename(m_temporary.constData(), QFile::encodeName(m_path).constData()) != 0) {
         const int error = errno;

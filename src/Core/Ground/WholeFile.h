@@ -30,8 +30,8 @@ public:
 
     /// Makes the file look like the one at `model`, which must exist: owner, permission bits,
     /// access list and whatever other attributes it has. They hold before the first byte is
-    /// written. Only its group may become another, where it can't be kept; that one may do no more
-    /// than everybody.
+    /// written. Only the group may differ, where it can't be kept; it then has no more rights than
+    /// everybody.
     void setModel(const QString &model) { m_model = model; }
 
     Result<void> fill(const QByteArray &content);
