@@ -8,10 +8,10 @@
 namespace morvane {
 
 /// Typed values that survive a restart, by key: one domain, kept in one JSON file that only its
-/// owner can read. Read once, at creation; each change is handed over to be written at once, and a
-/// burst of them may be one write. A failed write keeps the value in memory for this run. Other
-/// keys stay as they are in the file by then: on another machine with the same home the program may
-/// run as well. Main thread only.
+/// owner can read. It is read once, at creation. Each change is passed to the writer at once, and a
+/// burst of changes may become one write. After a failed write the value stays in memory for this
+/// run. A write keeps the file's other keys as they are by then: the program may also run on
+/// another machine with the same home. Main thread only.
 ///
 /// The types are those that JSON tells apart (bool, integers of 64 bits, double, string, list,
 /// map), and bytes, which are stored as an object whose one key is "$data" with the base64 text.
@@ -38,13 +38,13 @@ public:
     void remove(const QString &key) { remove(QStringList{key}); }
     void remove(const QStringList &keys);
 
-    /// The last that is written: what changes from then on is forgotten with this object. Where no
-    /// other key is left, the file goes, and so does what was put aside. Waits for that, and yields
-    /// whether the disk has none of the keys any more.
+    /// The last write: later changes stay in memory only. If no other key is left, the file is
+    /// removed, and so is one that was put aside. Waits for that, and returns whether the disk has
+    /// none of the keys any more.
     [[nodiscard]] bool removeForGood(const QStringList &keys);
     bool isRemovedForGood() const { return m_isOver; }
 
-    /// Waits until all changes are on the disk, as the end of this object does.
+    /// Waits until all changes are on the disk, as the destructor does.
     void flush() { m_file.flush(); }
 
     /// All that another application's domain holds, in the same folder; empty where there is none.

@@ -94,7 +94,7 @@ void DefaultsFile::replace(const QVariantMap &values) {
     const auto read = present();
     if (const QFileInfo info(m_path); !read && info.exists()) {
         if (info.isFile() && info.isReadable() && !RegularFile::head(m_path, 1)) {
-            return; // nothing is known of it: no descriptor is left, or no disk answers
+            return; // its content is unknown: no descriptor is left, or no disk answers
         }
         // Whatever it is, it is the person's: it is kept under another name.
         QFile::remove(m_aside);

@@ -11,11 +11,10 @@
 
 namespace morvane {
 
-/// The file of one domain of the defaults. What is to be written is handed to a thread that does
-/// nothing else, and ends when there is nothing left, so that nobody waits for a disk: in the order
-/// in which it was asked for, each time whole or not at all, and without what a later write has
-/// overtaken before its turn came. Where the system has no thread to give, the caller writes.
-/// Owned by one thread, which calls everything here.
+/// The file of one domain of the defaults. A thread that does nothing else, and ends when there is
+/// nothing left to write, does the writing, so that no caller waits for a disk: in the order of the
+/// calls, each time the whole file or nothing, and skipping what a later call has overtaken. If the
+/// system can't create a thread, the caller writes. Owned by one thread, which makes all calls.
 class DefaultsFile {
 public:
     explicit DefaultsFile(const QString &path)
@@ -26,23 +25,23 @@ public:
     DefaultsFile(const DefaultsFile &) = delete;
     DefaultsFile &operator=(const DefaultsFile &) = delete;
 
-    /// What it holds, empty where there is no file. What can't be understood, or is no regular
-    /// file, counts as empty, and is put aside before it would be written over.
+    /// The file's values, empty if there is no file. A file that can't be understood, or isn't a
+    /// regular one, counts as empty, and is put aside before it would be overwritten.
     QVariantMap read() const;
 
-    /// Begins to write the keys that were changed, over what the file holds by then; where it holds
-    /// nothing that can be understood, all of the values. A failure leaves the file as it is, and
-    /// the next write makes up for it.
+    /// Begins to write the changed keys into what the file holds by then, or all of the values if
+    /// that can't be understood. A failure leaves the file as it is, and the next write makes up
+    /// for it.
     void write(const QVariantMap &values, const QStringList &changed);
 
-    /// Begins to remove it, and what was put aside; nothing is written after that. A link is the
-    /// person's, and stays, with nothing behind it.
+    /// Begins to remove the file, and one that was put aside; must be the last write. A symbolic
+    /// link is the person's: it and its target stay, without the removed keys.
     void remove();
 
-    /// Waits as `flush` does. True where none of these keys can be left in it, and nothing aside.
+    /// Waits as `flush` does. True if it can't hold any of these keys, and none is put aside.
     bool isWithout(const QStringList &keys);
 
-    /// Waits until the disk has what was last to be written.
+    /// Waits until everything passed to `write` or `remove` has been carried out.
     void flush();
 
 private:
@@ -59,12 +58,12 @@ private:
     void removeFile();
 
     const QString m_path;
-    const QString m_aside;   ///< where it is put that can't be understood
-    QSet<QString> m_changed; ///< not written yet; the writer's
-    std::mutex m_mutex;      ///< of the next two
+    const QString m_aside;   ///< for a file that can't be understood
+    QSet<QString> m_changed; ///< not written yet; used by the writer only
+    std::mutex m_mutex;      ///< guards the next two
     std::optional<Change> m_next;
     bool m_isWriting = false;
-    std::jthread m_writer; ///< last, since its end waits for what uses the others
+    std::jthread m_writer; ///< last, since its end waits for the thread, which uses the others
 };
 
 } // namespace morvane

@@ -12,8 +12,7 @@ using nlohmann::json;
 
 constexpr const char *dataKey = "$data";
 
-/// Turning values into values of the other kind recurses, and a file must not be able to exhaust
-/// the stack.
+/// Converting values from JSON recurses, and a file must not be able to exhaust the stack.
 constexpr int deepestLevel = 100;
 
 QVariant toVariant(const json &value);
@@ -34,8 +33,8 @@ QVariantList toList(const json &array) {
     return result;
 }
 
-/// The bytes that the object stands for. None for any other object: what can't be decoded to the
-/// last character would not come back the same when it is written.
+/// The bytes that the object stands for. None for any other object, also if its text isn't valid
+/// base64 throughout: as bytes it would be written back differently.
 std::optional<QByteArray> toData(const json &object) {
     if (object.size() != 1 || !object.contains(dataKey) || !object[dataKey].is_string()) {
         return std::nullopt;

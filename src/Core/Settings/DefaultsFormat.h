@@ -8,7 +8,7 @@
 /// The text of a defaults file: a JSON object whose values keep their type both ways.
 namespace morvane::DefaultsFormat {
 
-/// None when the text is no JSON object.
+/// None when the text is no JSON object, or is nested too deeply.
 std::optional<QVariantMap> parse(const QByteArray &text);
 
 /// Sorted by key and indented, with a line feed at the end.

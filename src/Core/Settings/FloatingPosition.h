@@ -7,7 +7,7 @@
 
 namespace morvane {
 
-/// Where on an external display the capsule hangs.
+/// Where the capsule hangs on an external display.
 enum class FloatingPosition {
     topCenter,
     topRight,

@@ -41,7 +41,7 @@ struct Setting {
         settings.*property = value;
     }
 
-    /// False, and nothing is done, where the property at the address is another one.
+    /// Does nothing, and returns false, if the property at the address is another one.
     bool store(const MorvaneSettings &settings, const void *address) const {
         if (&(settings.*property) != address) {
             return false;
@@ -65,7 +65,7 @@ QString makeToken() {
     return uuid() + uuid();
 }
 
-/// An empty one would let every local program in, and it is written into the scripts as it stands.
+/// An empty token would let every local program in, and the scripts hold it without any escapes.
 bool isToken(const QString &text) {
     const auto isPlain = [](QChar c) {
         return c == u'-' || (c.unicode() < 0x80 && c.isLetterOrNumber());

@@ -19,10 +19,10 @@ namespace morvane {
 class Defaults;
 
 /// A person's preferences, and a few facts that must survive a restart. Every property is one key
-/// of the defaults: read once at creation, written back at once on every change, also on an
-/// assignment of the value that it has. Main thread only.
+/// of the defaults: read once at creation, written back at once on every assignment, even of an
+/// equal value. Main thread only.
 ///
-/// A further one takes its accessors and member here, and a row in the table of keys.
+/// A new property needs its accessors and member here, and a row in the table of keys.
 ///
 /// There is one instance over the standard defaults, `shared`; `launch` takes it and passes it to
 /// whoever needs it.
@@ -39,8 +39,8 @@ public:
     /// Every key that the application may have written, retired ones too.
     static const QStringList &allKeys();
 
-    /// Removes every key from the defaults, which write nothing any more then. The properties keep
-    /// their values for this run. False where the disk still has some of it.
+    /// Removes every key from the defaults, which then write nothing any more. The properties keep
+    /// their values for this run. False if some of it is still on the disk.
     [[nodiscard]] bool removeStored();
 
     Defaults &defaults() const { return m_defaults; }
@@ -71,7 +71,7 @@ public:
     /// Minutes after which a finished or idle session leaves the list.
     int autoClearMinutes() const { return m_autoClearMinutes; }
     void setAutoClearMinutes(int minutes) { assign(m_autoClearMinutes, minutes); }
-    /// At most a century: the file may say more than any date can be moved by.
+    /// At most a century: the file may hold more minutes than can be added to a date.
     Seconds autoClearAfter() const {
         constexpr int century = 100 * 366 * 24 * 60;
         return std::chrono::minutes(std::clamp(m_autoClearMinutes, -century, century));

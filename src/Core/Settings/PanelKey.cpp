@@ -13,7 +13,7 @@ constexpr std::uint32_t escapeKeyCode = 1;
 constexpr std::uint32_t gKeyCode = 34;
 constexpr std::uint32_t firstDigitKeyCode = 2;
 
-constexpr std::uint32_t lastKeyCode = 247; ///< an X server counts no further
+constexpr std::uint32_t lastKeyCode = 247; ///< the last one that an X key code can stand for
 constexpr qsizetype mostDigits = 3;
 constexpr qsizetype longestSymbol = 32; // characters
 
@@ -53,7 +53,7 @@ std::optional<Fault> fault(const HotKey &key) {
     }
     for (int index = 0; index < digitCount; ++index) {
         HotKey digit = ofDigit(index);
-        // Another layout may have something else there.
+        // Another layout may have another symbol on that key.
         digit.symbol = key.symbol;
         if (key == digit) {
             return Fault::isDigit;
@@ -71,7 +71,7 @@ QString rawValue(const HotKey &key) {
     return result + QString::number(key.keyCode) + u':' + key.symbol;
 }
 
-/// Read by hand, as every start does so, and the first regular expression takes half a megabyte.
+/// Parsed by hand: every start does it, and the first regular expression takes half a megabyte.
 std::optional<HotKey> panelKey(const QString &rawValue) {
     QStringView rest(rawValue);
     const auto isHeld = [&](QLatin1String modifier) {

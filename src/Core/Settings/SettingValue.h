@@ -14,8 +14,8 @@
 /// How a setting of each type stands in the defaults. A new type of setting needs its pair here.
 namespace morvane::SettingValue {
 
-/// Takes the stored value over where it is of exactly the right type and in range; anything else,
-/// which a person may have written there, leaves `value` as it is.
+/// Copies `stored` to `value` if it has exactly the right type and is in range. Anything else,
+/// which a person may have written into the file, leaves `value` as it is.
 void read(const QVariant &stored, bool &value);
 void read(const QVariant &stored, int &value);
 void read(const QVariant &stored, std::uint16_t &value);
@@ -26,7 +26,7 @@ void read(const QVariant &stored, HotKey &value);
 void read(const QVariant &stored, QMap<QString, QString> &value);
 void read(const QVariant &stored, std::optional<QStringList> &value);
 
-/// What to store; an invalid one where nothing is to be stored.
+/// The variant to store; invalid if nothing is to be stored.
 QVariant stored(bool value);
 QVariant stored(int value);
 QVariant stored(std::uint16_t value);
