@@ -11,10 +11,10 @@ namespace morvane::BuildInfo {
 
 QString version();
 
-/// Tells apart what was given out under one version.
+/// Tells builds of the same version apart.
 QString build();
 
-/// When this program's file was made; none where that can't be told.
+/// When this program's file was written; none if that is unknown.
 std::optional<QDateTime> builtAt();
 
 /// The same in words of the person's own locale.
@@ -23,19 +23,19 @@ QString builtAtDescription();
 /// Where people who use Morvane meet; none for a build that was given no such place.
 std::optional<QUrl> communityURL();
 
-// What this program is to the maker's own server. Each is none for a build that was given none, or
-// none that could be trusted.
+// How this program deals with the maker's server. Each value is none in a build that was given
+// none, or one that can't be trusted.
 
-/// Where newer versions are told of.
+/// Where newer versions are announced.
 std::optional<QUrl> updateFeed();
 
-/// The Ed25519 key by which updates are known to be the maker's, 32 bytes.
+/// The Ed25519 public key that verifies updates, 32 bytes.
 std::optional<QByteArray> updateKey();
 
 /// Where installations are counted.
 std::optional<QUrl> installCounter();
 
-/// How this program names itself to it: "Morvane/1.2".
+/// The User-Agent that this program sends: "Morvane/1.2".
 QByteArray userAgent();
 
 } // namespace morvane::BuildInfo

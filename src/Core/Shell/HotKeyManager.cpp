@@ -40,7 +40,7 @@ void HotKeyManager::dispatch(std::uint32_t id) {
     }
     m_scheduler.post([weak = QPointer(this), id] {
         if (weak && weak->m_id == id) {
-            // It may be what ends the registration.
+            // A copy, since the action may end its own registration.
             const auto action = weak->m_action;
             action();
         }

@@ -9,20 +9,21 @@ namespace morvane {
 
 class Scheduler;
 
-/// One system-wide key and what it does. Gives the key back at its end. Main thread.
+/// One system-wide key and what it does. The destructor gives the key back. Main thread.
 class HotKeyManager : public QObject {
     Q_OBJECT
 
 public:
-    /// Both must outlive it.
+    /// Both must outlive the manager.
     HotKeyManager(HotKeys &hotKeys, Scheduler &scheduler);
     ~HotKeyManager() override;
 
-    /// Holds this key from now on, in the place of the one before. The action runs on a later turn
-    /// of the event loop than the press. `purpose` as in `HotKeys`.
+    /// Takes this key, in place of the one before. The action runs in a later turn of the event
+    /// loop than the press. `purpose` as in `HotKeys`.
     void registerKey(const HotKey &key, std::function<void()> action, const QString &purpose = {});
 
-    /// What was pressed and hasn't been acted on is dropped. Does nothing without a key.
+    /// Gives the key back, and drops a press whose action hasn't run yet. Does nothing without a
+    /// key.
     void unregister();
 
     /// None while it holds no key.
@@ -33,7 +34,7 @@ private:
 
     HotKeys &m_hotKeys;
     Scheduler &m_scheduler;
-    std::optional<std::uint32_t> m_id; ///< of the key in the port
+    std::optional<std::uint32_t> m_id; ///< the port's id of the key
     std::function<void()> m_action;
 };
 

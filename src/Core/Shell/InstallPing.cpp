@@ -17,7 +17,7 @@ HttpsRequest request(const QUrl &url) {
     return {url,
             {{"Content-Type", "application/json"},
              {"User-Agent", BuildInfo::userAgent()},
-             // Qt would tell the person's language.
+             // By default Qt sends the person's language.
              {"Accept-Language", "*"}},
             QByteArray::fromStdString(body.dump())};
 }

@@ -18,18 +18,18 @@ namespace morvane {
 
 namespace {
 
-/// The smallest distance between two plays of one sound.
+/// The shortest time between two plays of one sound.
 constexpr Seconds debounce(2.0);
 
 constexpr double chimeVolume = 0.58;
 constexpr int chimeSamples = 15876;
 constexpr double chimeLength = 0.36; // seconds
 
-/// In Hz, each from the threshold of `UsageMilestone` at the same place.
+/// In Hz, each from the threshold of `UsageMilestone` at the same index on.
 constexpr std::array chimeFrequencies{784.0, 880.0, 988.0};
 static_assert(chimeFrequencies.size() == UsageMilestone::thresholds.size());
 
-/// Below the first threshold it is the first.
+/// Below the first threshold it is the first frequency.
 double chimeFrequency(int percent) {
     auto place = chimeFrequencies.size() - 1;
     while (place > 0 && percent / 100.0 < UsageMilestone::thresholds[place]) {
@@ -69,7 +69,7 @@ SoundManager::SoundManager(const MorvaneSettings &settings, const Scheduler &sch
                            SoundPlayer &player)
     : m_settings(settings), m_scheduler(scheduler), m_player(player) {}
 
-/// A failed turn sounds like an alarm, and yet is a turn that has ended.
+/// A failed turn has the sound of a call, but follows the setting for turns that have ended.
 void SoundManager::sessionTransitioned(SessionState state) {
     if (!m_settings.soundEnabled()) {
         return;
@@ -87,8 +87,8 @@ void SoundManager::usageReached(const UsageMilestone &milestone) {
     }
 }
 
-/// The distance is measured from the last sound that was played, so a steady stream of events is
-/// heard, though not all of it. A clock that has been set back keeps nothing silent.
+/// The time counts from the last sound that was played, so that a part of a steady stream of events
+/// is heard. A clock that has been set back silences nothing.
 bool SoundManager::shouldPlay(const QString &key) {
     const Date now = m_scheduler.now();
     const auto last = m_lastPlayedAt.constFind(key);

@@ -13,14 +13,14 @@ class Scheduler;
 class SoundPlayer;
 struct UsageMilestone;
 
-/// What the person hears of the sessions and of Claude's limits, as far as the settings want it.
-/// Owned by `AppController`; main thread. A sound that has just been heard is left out.
+/// Plays the sounds for sessions and for Claude's limits, as far as the settings allow. Owned by
+/// `AppController`; main thread. A sound that has just been played is left out.
 class SoundManager {
 public:
     /// All must outlive the manager.
     SoundManager(const MorvaneSettings &settings, const Scheduler &scheduler, SoundPlayer &player);
 
-    /// A session has come into this state.
+    /// A session has entered this state.
     void sessionTransitioned(SessionState state);
 
     void usageReached(const UsageMilestone &milestone);

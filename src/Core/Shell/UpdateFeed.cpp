@@ -21,8 +21,8 @@ bool isVersion(const QString &text) {
     return numbers.match(text).hasMatch();
 }
 
-/// The place of the package, which may be told from where the feed lies. Nothing but the way to it
-/// is the feed's to choose.
+/// The package's address, which may be relative to the feed's. The feed chooses only the path:
+/// scheme and server must be those of the feed.
 std::optional<QUrl> packageURL(const QString &place, const QUrl &address) {
     const QUrl result = address.resolved(QUrl(place, QUrl::StrictMode));
     const bool isThere = result.isValid() && result.scheme() == address.scheme() &&

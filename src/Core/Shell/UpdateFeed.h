@@ -8,22 +8,22 @@
 
 namespace morvane {
 
-/// A version that can be had, as the feed tells of it. Only the signature says that the package is
-/// ours, and only the package itself which version it is.
+/// A version on offer, as the feed describes it. Only the signature proves that the package is
+/// ours, and only the package itself says which version it is.
 struct UpdateOffer {
     QString version;      ///< numbers with dots between them
     QUrl package;         ///< on the feed's own server
     qsizetype size = 0;   ///< of the package, in bytes
     QByteArray signature; ///< by Ed25519, over all bytes of the package
-    QString notes;        ///< plain text for a person, in lines, in which everything can be seen
+    QString notes;        ///< plain text for a person, in lines, all of it made visible
 };
 
-/// The feed of updates: a JSON object of ours, which scripts/sign-release makes, and which
-/// docs/updates.md describes. Safe from any thread.
+/// The update feed: a JSON object that scripts/sign-release makes and docs/updates.md describes.
+/// Safe from any thread.
 namespace UpdateFeed {
 
-/// What the feed at this address says; none where it says anything that it may not. Whoever wrote
-/// it need not be a friend: neither a length nor a character of it goes any further unchecked.
+/// Parses the feed from this address; none if it holds anything invalid. Its author may be hostile,
+/// so every length and every character is checked before it goes any further.
 std::optional<UpdateOffer> parse(const QByteArray &bytes, const QUrl &address);
 
 /// Whether the version comes after the other one. Both are numbers with dots between them.

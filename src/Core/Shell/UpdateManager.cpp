@@ -19,16 +19,16 @@ namespace {
 constexpr Seconds feedLimit(30);
 constexpr Seconds packageLimit(1800);
 constexpr Seconds day(86'400);
-/// A machine that sleeps at night has days of its own, and one that was offline may be back.
+/// A timer of a whole day comes late if the machine sleeps, and one that was offline may be back.
 constexpr Seconds lookInterval(3600);
-/// Whoever has just installed the program has other things on the screen, and may not want this.
+/// A person who has just installed the program has other things to do, and may not want checks.
 constexpr Seconds firstLook(600);
 
 const QString automaticKey = QStringLiteral("SUEnableAutomaticChecks");
 const QString lastCheckKey = QStringLiteral("SULastCheckTime");
 const QString skippedKey = QStringLiteral("SUSkippedVersion");
 
-/// Nothing about the person but that this version runs, and the bytes as they lie there.
+/// Tells only which version runs, nothing else about the person; asks for uncompressed bytes.
 HttpsRequest request(const QUrl &url, qsizetype longestAnswer) {
     return {url,
             {{"User-Agent", BuildInfo::userAgent()},
@@ -104,7 +104,7 @@ std::optional<Date> UpdateManager::lastUpdateCheckDate() const {
                                                    : std::nullopt;
 }
 
-/// A date to come is one that a wrong clock has left behind.
+/// A last check in the future was recorded by a wrong clock.
 bool UpdateManager::isDue() const {
     const auto last = lastUpdateCheckDate();
     const Date now = m_means.scheduler.now();
@@ -172,15 +172,14 @@ void UpdateManager::download() {
     if (m_phase != Phase::offered) {
         return;
     }
-    // One byte more tells a package that goes on.
+    // One byte more shows that a package is too long.
     m_request = askWithin(packageLimit, m_means.https, m_means.scheduler,
                           request(m_offer.package, m_offer.size + 1),
                           [this](const auto &answer) { takePackage(answer); });
     enter(Phase::downloading);
 }
 
-/// Before the signature is known to be right for all of the package, not a byte of it gets onto the
-/// disk.
+/// No byte of the package is written to the disk before the signature of all of it is verified.
 void UpdateManager::takePackage(const std::optional<HttpsAnswer> &answer) {
     const auto package = bodyOf(answer);
     if (!package) {
@@ -236,7 +235,7 @@ void UpdateManager::reject(const QString &why) {
     }
 }
 
-/// Whoever has changed their mind, and asked for a check since, has waited for this.
+/// A check that the person has asked for meanwhile has waited for this.
 void UpdateManager::dropKept() {
     m_isExamining = false;
     removeKept();
@@ -283,7 +282,7 @@ void UpdateManager::enter(Phase phase) {
     emit changed();
 }
 
-/// What nobody waits for any more fails in silence.
+/// A failure that nobody waits for is silent.
 void UpdateManager::fail(const QString &why) {
     if (m_phase == Phase::checking || m_phase == Phase::downloading) {
         m_failure = why;

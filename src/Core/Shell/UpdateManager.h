@@ -18,17 +18,17 @@ class PackageInstaller;
 class Scheduler;
 class Tools;
 
-/// Where updates come from, and whose they have to be.
+/// Where updates come from, and whose signature they must have.
 struct UpdateSource {
     std::optional<QUrl> feed = BuildInfo::updateFeed();
     std::optional<QByteArray> publicKey = BuildInfo::updateKey();
-    QString version = BuildInfo::version(); ///< what runs
+    QString version = BuildInfo::version(); ///< the running one
 };
 
 /// Looks for newer versions of this program, once a day or when it is told to. It downloads one
-/// only when the person wants it, keeps only what the maker has signed and what is later than what
-/// runs, and leaves the installing to the desktop's own program. Owned by `AppController`; main
-/// thread.
+/// only when the person wants it, keeps only what the maker has signed and what is later than the
+/// running version, and leaves the installation to the desktop's own program. Owned by
+/// `AppController`; main thread.
 class UpdateManager : public QObject {
     Q_OBJECT
 
@@ -44,17 +44,17 @@ public:
     enum class Phase {
         idle,        ///< nothing to tell
         checking,    ///< the person waits for what the feed says
-        upToDate,    ///< it has nothing newer
-        offered,     ///< it has, and the person is to say what becomes of it
-        downloading, ///< the package is fetched and looked at
+        upToDate,    ///< the feed has nothing newer
+        offered,     ///< the feed has a newer version, and the person is to decide
+        downloading, ///< the package is fetched and examined
         handedOver,  ///< the desktop's installer has the package, if there is one
-        failed       ///< what was asked for last has come to nothing
+        failed       ///< the last check or download has failed
     };
 
     /// Defaults and means must outlive the manager. Another source is for tests.
     UpdateManager(Defaults &defaults, const Means &means, UpdateSource source = {});
 
-    /// Begins to look once a day, if there is anywhere to look. Called once.
+    /// Begins the daily checks, if there are a feed and a key. Called once.
     void start();
 
     /// Whether a check is possible at this moment: never before `start`, or in a build without
@@ -74,35 +74,35 @@ public:
     bool automaticChecks() const;
     void setAutomaticChecks(bool enabled);
 
-    /// When the feed's server has last answered, whoever wanted it.
+    /// When the feed's server last answered, to a daily check or to the person's.
     std::optional<Date> lastUpdateCheckDate() const;
 
     Phase phase() const { return m_phase; }
 
     const QString &currentVersion() const { return m_source.version; }
 
-    /// What can be had: from `offered` on.
+    /// The version on offer; valid from `offered` on.
     const UpdateOffer &offer() const { return m_offer; }
 
-    /// Why it came to nothing, in sentences for the person: while `failed`.
+    /// Why it failed, in sentences for the person; valid while `failed`.
     const QString &failure() const { return m_failure; }
 
-    /// Where the package lies, and whether an installer could be asked: while `handedOver`.
+    /// Where the package lies, and whether an installer could be opened; valid while `handedOver`.
     const QString &packagePath() const { return m_packagePath; }
     bool installerOpened() const { return m_installerOpened; }
 
-    // What the person answers to an offer.
+    // The person's answers to an offer.
 
     void download();
 
-    /// Not this version, unless the person asks again.
+    /// Offers this version no more, unless the person asks for a check.
     void skip();
 
     /// Ends what is under way, and is idle again. A package that an installer has been given stays,
     /// until the next start.
     void dismiss();
 
-    /// The same, for good: nothing that was downloaded is left, and no day's check comes any more.
+    /// The same, for good: removes what was downloaded, and ends the daily checks.
     void discard();
 
 signals:
@@ -134,7 +134,7 @@ private:
     bool m_isStarted = false;
     std::optional<QString> m_unavailableReason;
     Phase m_phase = Phase::idle;
-    bool m_isExamining = false; ///< a package lies there of which nothing is decided yet
+    bool m_isExamining = false; ///< a downloaded package is still being examined
     UpdateOffer m_offer;
     QString m_failure;
     QString m_packagePath;

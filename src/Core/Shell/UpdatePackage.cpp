@@ -16,7 +16,7 @@ namespace {
 constexpr mode_t folderMode = 0700;
 constexpr mode_t fileMode = 0600;
 
-/// Among what may be thrown away at any time, and fetched again.
+/// In the cache, since the package may be deleted at any time and fetched again.
 QString ownFolder() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
            QStringLiteral("/morvane");
@@ -56,7 +56,7 @@ Result<QString> keep(const QByteArray &package, const QString &version) {
 }
 
 void discard() {
-    // A link that somebody has put there is no way to what it leads to.
+    // A link in the folder's place is removed itself, and nothing behind it.
     if (!QFile::remove(folder())) {
         QDir(folder()).removeRecursively();
     }

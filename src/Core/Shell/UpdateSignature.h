@@ -5,14 +5,14 @@
 
 #include <optional>
 
-/// Who a package is from: signatures by Ed25519 (RFC 8032), by libsodium. Safe from any thread.
+/// Verifies who made a package: Ed25519 signatures (RFC 8032), by libsodium. Safe from any thread.
 namespace morvane::UpdateSignature {
 
-/// Of a public key and of a signature, in bytes.
+/// The sizes of a public key and of a signature, in bytes.
 inline constexpr qsizetype keyLength = 32;
 inline constexpr qsizetype length = 64;
 
-/// So many bytes, in base64; none for anything else.
+/// Decodes base64; none unless that gives exactly `count` bytes.
 std::optional<QByteArray> decode(const QString &base64, qsizetype count);
 
 /// Whether the owner of the public key has signed exactly these bytes, all of which are read.

@@ -10,7 +10,7 @@ namespace morvane::WaveFile {
 
 constexpr int samplesPerSecond = 44100;
 
-/// A whole file of these samples. What lies beyond −1 and 1 is cut off.
+/// A whole file of these samples. Samples beyond −1 and 1 are clipped.
 QByteArray of(const std::vector<double> &samples);
 
 } // namespace morvane::WaveFile
