@@ -52,7 +52,7 @@ bool isBlank(const std::optional<QString> &hint) {
     return !hint || hint->isEmpty();
 }
 
-/// An editor has a terminal of its own, but whoever turns to it need not see that.
+/// Not an editor: it has a terminal of its own, but a person who looks at it need not see that.
 bool mayBeTerminal(const QString &host, const InstalledApplications &applications) {
     const bool isKnown = shortNames().contains(host) || applications.displayName(host);
     return !isKnown || terminalBundleIDs().contains(host) || applications.isTerminal(host);
@@ -100,7 +100,7 @@ std::optional<QString> displayName(const std::optional<QString> &hostBundleID,
 
 bool isReportedTerminal(const QString &foreground, const Session &session,
                         const InstalledApplications &applications) {
-    // What says nothing of use is no reason to take the default for the host.
+    // Not `bundleID`: a session without useful hints hasn't reported its default.
     const QString program = session.termProgram.value_or(QString());
     const std::array hosts{session.hostBundleID.value_or(QString()),
                            termProgramBundleIDs().value(program), program};

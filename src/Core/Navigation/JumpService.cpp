@@ -17,13 +17,13 @@ namespace morvane::JumpService {
 
 namespace {
 
-/// What is to be done next, or where something can't be done.
+/// The next step, or what to do if a step can't be done.
 using Then = std::function<void()>;
 
 using Showing = HostWindows::Showing;
 
-/// Where nobody tells whether the host runs it is left alone: most terminals that are started once
-/// more open an empty window, which takes the keyboard.
+/// If it is unknown whether the host runs, it is left alone: most terminals that are started again
+/// open an empty window, which takes the keyboard.
 void launchOrRaise(const Destination &destination, HostWindows &windows) {
     const QString bundleID = HostApp::bundleID(destination.hostBundleID, destination.termProgram);
     const QString project = destination.projectName;
@@ -48,8 +48,8 @@ void showTerminal(const Destination &destination, HostWindows &windows,
     }
 }
 
-/// A terminal that knows which of its windows is meant needs no guess by the titles, and where no
-/// window here can have it each guess would be wrong.
+/// If the right window could be shown, there is no need to guess by titles, and if no window here
+/// has the terminal, every guess would be wrong.
 void bringForward(const Destination &destination, HostWindows &windows, const Then &otherwise) {
     showTerminal(destination, windows, [otherwise](Showing showing) {
         if (showing == Showing::unknown || showing == Showing::amongSeveral) {
@@ -91,14 +91,14 @@ void arriveOrGuess(const Destination &destination, const Means &means) {
     arrive(destination, means, [=] { launchOrRaise(destination, means.windows); });
 }
 
-/// A pane's own device is no window's.
+/// The device of a tmux pane belongs to no window.
 Destination withoutDevice(Destination inTmux) {
     inTmux.ttyName.reset();
     return inTmux;
 }
 
-/// Where the client runs, as its environment tells. What the session has told of anything but the
-/// pane is left from whoever started the server.
+/// Where the tmux client runs, according to its environment. What the session has reported, except
+/// the pane, was inherited from whoever started the server.
 Destination around(const PaneFocus::Client &client, const QString &projectName,
                    const Processes &processes) {
     QByteArrayList entries = processes.environment(client.process);
@@ -138,10 +138,11 @@ void goToPane(const Destination &destination, const Means &means) {
     PaneFocus::focusMultiplexer(destination.pane, means.tools, goOn);
 }
 
-/// A terminal that was started from the pane has a window of its own. Without one it lies within
-/// the pane, as an editor's or another multiplexer's does, and what it says of a terminal's pane is
-/// left from whoever started the server. So the window is asked for before such a pane is selected,
-/// and once more after that, which may have brought another one forward.
+/// A terminal that was started from the pane has a window of its own. One without a window lies
+/// within the pane, as an editor's or another multiplexer's does, and the terminal's pane in its
+/// environment was inherited from whoever started the server. So the window is shown before that
+/// pane is selected, and once more afterwards, since the selection may have brought another window
+/// forward.
 void goToWindowOrPane(const Destination &destination, const Means &means) {
     showTerminal(destination, means.windows, [=](Showing showing) {
         if (showing == Showing::unknown) {

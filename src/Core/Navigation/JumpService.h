@@ -21,10 +21,10 @@ struct Session;
 } // namespace morvane
 
 /// Goes to where a session runs: selects the pane, the tab and the window, and brings the program
-/// that has them to the front, or starts it. A chain of attempts; what can't be done is passed
-/// over without a word. Stateless; main thread, which never waits.
+/// that has them to the front, or starts it. A chain of attempts; what can't be done is skipped
+/// silently. Stateless; main thread, which never waits.
 ///
-/// What is tried is worked out first, as values, by the functions at the top; `jump` does it.
+/// The functions at the top work out what to try, as values; `jump` does it.
 namespace morvane::JumpService {
 
 /// Where an agent runs, as far as its hooks have told.
@@ -35,8 +35,8 @@ struct Destination {
     QString projectName; ///< never empty
     PaneLocator pane;
     std::optional<QString> ttyName;
-    Date toldAt; ///< a terminal that was opened later has but the same name
-    std::optional<ProcessIdentity> process = {}; ///< which runs in the terminal
+    Date toldAt;                                 ///< a terminal opened later only has the same name
+    std::optional<ProcessIdentity> process = {}; ///< the one that runs in the terminal
 
     static Destination of(const Session &session);
     static Destination of(const CompletedRecord &record);
@@ -66,12 +66,12 @@ struct TerminalPane {
 
 using Step = std::variant<ITermSession, TerminalTab, TerminalPane>;
 
-/// What comes before the host is brought forward. The order is part of the design: the first that
-/// applies.
+/// The step to take before the host is brought forward: the first that applies. The order is part
+/// of the design.
 Step firstStep(const Destination &destination);
 
-/// A window's title, taken apart where programs put a file's, a project's and their own name
-/// together.
+/// A window's title, split at the separators that programs put between the names of a file, a
+/// project and themselves.
 QStringList titleComponents(const QString &title);
 
 /// The window of a project: one whose title has the name as a component, else one whose title

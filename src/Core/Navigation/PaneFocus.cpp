@@ -12,7 +12,7 @@ namespace {
 
 const QString tmux = QStringLiteral("tmux");
 
-/// A tmux server of its own process, which its clients' environment names after the socket.
+/// The tmux server's process id, which TMUX in the environment names after the socket; 0 if none.
 std::int64_t serverProcess(const PaneLocator &pane) {
     return pane.tmuxServer.value_or(QString()).section(QLatin1Char(','), 1, 1).toLongLong();
 }
@@ -27,7 +27,7 @@ QProcessEnvironment environmentFor(const QString &tool, const PaneLocator &pane)
     return result;
 }
 
-/// What a client shows.
+/// What a tmux client shows.
 struct View {
     qlonglong usedAt = 0;
     QString pane;
@@ -37,8 +37,8 @@ struct View {
 const QString viewFormat =
     QStringLiteral("#{client_activity} #{pane_id} #{client_pid} #{client_tty}");
 
-/// Out of tmux's list in `viewFormat`, the one that was used last first; without clients that are
-/// no terminals.
+/// Parses tmux's list in `viewFormat`; the most recently used client comes first, and clients
+/// without a terminal are left out.
 QList<View> viewsIn(const QString &list) {
     QList<View> result;
     for (const QString &line : list.split(QLatin1Char('\n'))) {

@@ -18,12 +18,12 @@ namespace {
 /// In UTF-16 units; tmux takes no command of 16 KiB or more.
 constexpr qsizetype longestArgument = 4096;
 
-/// Codex and Gemini CLI take an Enter that comes with the text for a line feed in it.
+/// Codex and Gemini CLI take an Enter right behind the text for a line feed in it.
 constexpr Seconds beforeEnter(0.3);
 
 const QString buffer = QStringLiteral("morvane-reply");
 
-/// In pieces that tmux takes, whole characters each.
+/// Splits the text into pieces that tmux accepts, never within a surrogate pair.
 QStringList pieces(const QString &text) {
     QStringList result;
     for (qsizetype from = 0; from < text.size();) {
@@ -41,7 +41,7 @@ bool isControl(QChar character) {
     return character.category() == QChar::Other_Control;
 }
 
-/// The text as an argument, behind options for one of which it could be taken.
+/// Appends the text as an argument, behind "--" if it could be taken for an option.
 QStringList literally(QStringList command, const QString &text) {
     if (text.startsWith(QLatin1Char('-'))) {
         command << QStringLiteral("--");
@@ -49,7 +49,7 @@ QStringList literally(QStringList command, const QString &text) {
     return command << text;
 }
 
-/// As tmux names it, by its first argument.
+/// The program is named as tmux does it, by its first argument.
 bool isShell(const QString &program) {
     static const QSet<QString> shells{
         QStringLiteral("sh"),   QStringLiteral("ash"),  QStringLiteral("bash"),
@@ -77,7 +77,7 @@ QString TerminalReply::typable(const QString &text) {
 QList<QStringList> TerminalReply::typing(const QString &text, const QString &pane) {
     const QStringList to{QStringLiteral("-t"), pane};
     const QString sendKeys = QStringLiteral("send-keys");
-    // While somebody looks back in the pane, its keys mean something else.
+    // While somebody scrolls back in the pane, tmux takes its keys for commands.
     QList<QStringList> result{QStringList{QStringLiteral("copy-mode"), QStringLiteral("-q")} + to};
     if (std::ranges::none_of(text, &isControl)) {
         for (const QString &piece : pieces(text)) {
@@ -143,7 +143,7 @@ void TerminalReply::sendViaITerm(const QString &text, const QString &uuid, const
     m_scripting.run(script(text, uuid), [told](const std::optional<QString> &) { told(true); });
 }
 
-/// A shell in the foreground may be the agent's own, which has started it and waits.
+/// A shell in the foreground may be one that the agent has started and waits for.
 void TerminalReply::begin() {
     const auto seen = [weak = QPointer<TerminalReply>(this)](const QString &tty,
                                                              const QString &program) {
@@ -154,7 +154,7 @@ void TerminalReply::begin() {
             weak->stepDone(tty == reply.tty && hears.value_or(!isShell(program)));
         }
     };
-    // A copy, since a tool that isn't there ends the reply at once.
+    // A copy, since the reply ends at once if tmux isn't installed.
     const PaneLocator pane = m_replies.front().pane;
     PaneFocus::look(pane, m_tools, seen);
 }
@@ -175,7 +175,7 @@ void TerminalReply::runNext() {
                    finished);
 }
 
-/// What hasn't been typed whole is not submitted.
+/// A text that hasn't been typed completely is not submitted.
 void TerminalReply::stepDone(bool succeeded) {
     const qsizetype left = m_replies.front().commands.size();
     if (succeeded && left > 0) {

@@ -19,7 +19,7 @@ class Tools;
 struct Session;
 
 /// Types a text into a session's terminal, as if it had been typed there, and submits it: through
-/// tmux, or else through iTerm2. One text is through before the next one begins. Owned by
+/// tmux, or else through iTerm2. One text is finished before the next begins. Owned by
 /// `AppController`; main thread, which never waits.
 class TerminalReply : public QObject {
     Q_OBJECT
@@ -30,23 +30,23 @@ public:
                   Scheduler &scheduler)
         : m_tools(tools), m_scripting(scripting), m_processes(processes), m_scheduler(scheduler) {}
 
-    /// Hears whether the text has gone out, as far as can be told; once.
+    /// Called once, with whether the text was sent, as far as can be told.
     using Told = std::function<void(bool isSent)>;
 
-    /// Asked before each step, since earlier texts may take their time.
+    /// Asked before each step, since earlier texts may take a while.
     using IsWanted = std::function<bool()>;
 
-    /// Sends the text without the blanks around it. Nothing happens with nothing else in it, and
-    /// for a session that cannot be typed into. A tmux pane must be the one of the session's
-    /// terminal, with the agent in its foreground and not a shell, which would run the text.
+    /// Sends the text without the blanks around it. Sends nothing if nothing else is in it, or if
+    /// the session cannot be typed into. A tmux pane must be that of the session's terminal, with
+    /// the agent in its foreground and not a shell, which would run the text.
     void send(const QString &text, const Session &session, const IsWanted &isWanted,
               const Told &told);
 
-    /// What of a text can be typed: its lines end with line feeds, and no other control character
-    /// but tabs is in it, with which it could press keys.
+    /// The part of a text that can be typed: line ends become line feeds, and all other control
+    /// characters but tabs go, since they could press keys.
     static QString typable(const QString &text);
 
-    /// The commands of tmux that type the text into the pane, to be run one after the other.
+    /// The tmux commands that type the text into the pane, to be run one after the other.
     static QList<QStringList> typing(const QString &text, const QString &pane);
 
     /// The AppleScript that has iTerm2 type a line into one of its sessions.
@@ -57,7 +57,7 @@ private:
         PaneLocator pane;
         QString tty;
         std::optional<ProcessIdentity> agent;
-        QList<QStringList> commands; ///< that are still to be run
+        QList<QStringList> commands; ///< still to be run
         IsWanted isWanted;
         Told told;
     };
