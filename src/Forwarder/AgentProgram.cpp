@@ -15,7 +15,7 @@ namespace {
 constexpr int mostCarriers = 5;
 constexpr size_t longestPath = 1024;
 
-/// What a link under /proc leads to; longer paths are as good as none.
+/// The target of a link under /proc; a longer path counts as none.
 struct Target {
     char bytes[longestPath + 1];
     size_t size = 0;
@@ -39,7 +39,7 @@ bool isInterpreter(std::string_view name) {
 
 bool isShell(std::string_view name) {
     name = lastPart(name);
-    name.remove_prefix(name.starts_with('-') ? 1 : 0); // a login's
+    name.remove_prefix(name.starts_with('-') ? 1 : 0); // of a login shell
     constexpr std::string_view shells[] = {"sh",   "ash",    "bash",  "busybox", "csh",
                                            "dash", "elvish", "fish",  "ksh",     "mksh",
                                            "nu",   "pwsh",   "rbash", "tcsh",    "zsh"};
@@ -50,7 +50,7 @@ bool isShell(std::string_view name) {
     return false;
 }
 
-/// Takes the first away from arguments that each end with a zero byte; empty where it is cut off.
+/// Takes the first argument off the front. Each ends with a zero byte; empty if one is cut off.
 std::string_view takeArgument(std::string_view &arguments) {
     const size_t end = arguments.find('\0');
     const bool isWhole = end != std::string_view::npos;
@@ -59,7 +59,7 @@ std::string_view takeArgument(std::string_view &arguments) {
     return argument;
 }
 
-/// The first argument that is no option.
+/// The first argument behind the program's name that is no option.
 std::string_view scriptIn(std::string_view arguments) {
     takeArgument(arguments);
     while (!arguments.empty()) {
@@ -70,7 +70,7 @@ std::string_view scriptIn(std::string_view arguments) {
     return {};
 }
 
-/// An interpreter that is given a text instead of a program does something for its parent.
+/// Whether an interpreter runs a text given with -e: then it only does something for its parent.
 bool isErrand(std::string_view arguments) {
     if (!isInterpreter(takeArgument(arguments)))
         return false;
@@ -82,7 +82,7 @@ bool isErrand(std::string_view arguments) {
     return false;
 }
 
-/// Takes away the word and the blank, or the end of an argument, before it.
+/// Takes the word off the front if it comes next, behind a blank or the end of an argument.
 bool takeWord(std::string_view &text, std::string_view word) {
     if (text.empty() || (text.front() != ' ' && text.front() != '\0'))
         return false;
@@ -92,7 +92,7 @@ bool takeWord(std::string_view &text, std::string_view word) {
     return isNext;
 }
 
-/// Whether a text for a shell calls hook.sh with what it was called with.
+/// Whether a shell's arguments call hook.sh with this agent and event, also within a text.
 bool speaksOfHook(std::string_view arguments, std::string_view name, std::string_view event) {
     const size_t script = arguments.find("/hook.sh");
     arguments.remove_prefix(script == std::string_view::npos ? arguments.size() : script);
@@ -104,8 +104,8 @@ bool speaksOfHook(std::string_view arguments, std::string_view name, std::string
     return false;
 }
 
-/// Whether these arguments call hook.sh with what it was called with. A prompt for an agent may
-/// hold the same words, in one argument: only a shell is given them so.
+/// Whether these arguments call hook.sh with this agent and event. A call within a single argument
+/// counts only for a shell: an agent's prompt may hold the same words.
 bool callsHook(std::string_view arguments, std::string_view name, std::string_view event) {
     if (isShell(takeArgument(arguments)))
         return speaksOfHook(arguments, name, event);
@@ -116,7 +116,7 @@ bool callsHook(std::string_view arguments, std::string_view name, std::string_vi
     return false;
 }
 
-/// The folder may be empty, the name may be a path. Static, since the text outlives the call.
+/// Joins folder (may be empty) and name (may be a path). Static, since the text outlives the call.
 std::string_view kept(std::string_view folder, std::string_view name) {
     static char bytes[longestPath];
     size_t size = 0;
@@ -149,7 +149,7 @@ Agent agent(std::string_view name, std::string_view event) {
 std::string_view programOf(const Agent &agent) {
     const Target program{agent.process, "/exe"};
     std::string_view path{program.bytes, program.size};
-    constexpr std::string_view replaced = " (deleted)"; // by an update
+    constexpr std::string_view replaced = " (deleted)"; // after an update
     if (path.ends_with(replaced))
         path.remove_suffix(replaced.size());
     if (!isInterpreter(path))

@@ -20,7 +20,7 @@ bool isNamed(std::string_view line, std::string_view lowerCaseName) {
     return true;
 }
 
-/// Zero for anything but a plain number that no memory is too small for.
+/// Zero for anything but a plain number, and for one that no memory could hold.
 size_t lengthIn(std::string_view digits) {
     constexpr size_t limit = size_t{1} << 40U;
     while (!digits.empty() && (digits.front() == ' ' || digits.front() == '\t'))

@@ -5,9 +5,9 @@
 
 namespace morvane {
 
-/// Bytes that grow at their end; the process's end frees them. To be made as a constant, since the
-/// first of them have their room among the program's own pages: the first page of a mapping costs
-/// the kernel's tables that lead to it as well, which made a hook by a thirtieth slower.
+/// Bytes that grow at their end, freed only by the end of the process. Declare it static and
+/// constinit, so that the first bytes lie in the program's own pages: the first page of a mapping
+/// costs the kernel page tables as well, which made a hook slower by a thirtieth.
 class Buffer {
 public:
     /// Makes sure that room() is not empty; false when there is no memory.

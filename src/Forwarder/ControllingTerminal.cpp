@@ -28,8 +28,8 @@ std::string_view deviceOf(long terminal) {
     return {path.bytes, path.size};
 }
 
-/// The number of this process's own terminal, 0 without one. Opening it tells without a look at
-/// /proc, which costs several times as much for a process that has only just begun.
+/// The device number of this process's own terminal, 0 without one. Opening the terminal avoids
+/// /proc, which costs several times as much in a process that has only just begun.
 long ownTerminal() {
     unsigned device = 0;
     const long terminal = kernel::call(SYS_openat, AT_FDCWD, "/dev/tty",
@@ -50,8 +50,8 @@ std::string_view controllingTerminal() {
     process.session = kernel::call(SYS_getsid, 0);
     process.terminal = ownTerminal();
     while (process.terminal == 0 && process.parent > 1) {
-        // A session has one terminal or none, so the next to ask is whoever started its leader;
-        // where the leader is gone, the parent.
+        // A session has one terminal or none, so the next to ask is the process that started its
+        // leader or, if the leader is gone, the parent.
         const Process leader = process.session == process.id ? process : processOf(process.session);
         if (leader.terminal != 0)
             return deviceOf(leader.terminal);

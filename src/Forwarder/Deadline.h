@@ -2,7 +2,7 @@
 
 namespace morvane {
 
-/// A moment by which something must have happened, on the clock that nobody sets.
+/// A moment by which something must have happened, on the monotonic clock.
 class Deadline {
 public:
     explicit Deadline(long milliseconds);

@@ -4,15 +4,15 @@
 
 namespace morvane {
 
-/// The variables of a process, of which only the values are anybody's text.
+/// The environment variables of a process, whose values may be any text.
 class Environment {
 public:
     explicit Environment(char **variables) : m_variables(variables) {}
 
-    /// As it stands; empty where it is not set.
+    /// The value as it stands; empty if the variable is not set.
     [[nodiscard]] std::string_view raw(std::string_view name) const;
 
-    /// As a header can hold it.
+    /// The value as a header can hold it.
     [[nodiscard]] std::string_view text(std::string_view name) const;
 
 private:

@@ -8,8 +8,8 @@ namespace {
 
 constexpr size_t longestText = 1024;
 
-/// How many bytes follow the first of a character of UTF-8; a value below zero for none that begins
-/// one. The bounds are those of the second byte.
+/// How many bytes follow the first one of a UTF-8 character, and the bounds of the second one;
+/// negative for a control character, or a byte that can't be the first.
 int followers(unsigned char first, unsigned char &low, unsigned char &high) {
     low = first == 0xe0 ? 0xa0 : first == 0xf0 ? 0x90 : 0x80;
     high = first == 0xed ? 0x9f : first == 0xf4 ? 0x8f : 0xbf;
@@ -20,7 +20,7 @@ int followers(unsigned char first, unsigned char &low, unsigned char &high) {
     return first < 0xe0 ? 1 : first < 0xf0 ? 2 : 3;
 }
 
-/// The bytes of the character that the text begins with; 0 where it begins with none.
+/// The size of the character that the text begins with; 0 if it begins with none.
 size_t firstCharacter(std::string_view text) {
     unsigned char low = 0;
     unsigned char high = 0;

@@ -8,9 +8,9 @@ namespace morvane {
 /// a line break would begin a header of its own.
 [[nodiscard]] bool fitsInHeader(std::string_view text);
 
-/// What a header can hold of a text that anybody may have written: its printable ASCII and whole
-/// characters of UTF-8, moved together within the text itself. Nothing that names a terminal is
-/// longer than 1024 bytes, and a part of a name would be another's, so of a longer one nothing.
+/// The part of an untrusted text that a header can hold: printable ASCII and whole UTF-8
+/// characters, moved together within the text itself. Empty for more than 1024 bytes: nothing that
+/// names a terminal is longer, and a part of a name would be another name.
 [[nodiscard]] std::string_view cleaned(char *text);
 
 } // namespace morvane

@@ -7,7 +7,7 @@ namespace morvane::kernel {
 
 template <typename Argument>
 long word(Argument argument) {
-    return (long)argument; // The old cast takes a pointer and an integer alike.
+    return (long)argument; // A C-style cast takes pointers and integers alike.
 }
 
 inline long callWithWords(long number, long a, long b, long c, long d, long e, long f) {

@@ -16,8 +16,8 @@ namespace morvane {
 
 namespace {
 
-/// Whom the kernel names where a user has no number of its own, as in a container. Nobody can be
-/// told from nobody.
+/// The id that the kernel reports for users without one of their own, as in a container. It doesn't
+/// tell one of them from another.
 constexpr std::uint32_t nobody = 65534;
 
 enum class Owner { we, another, undecided, unknown };
@@ -31,8 +31,8 @@ std::uint16_t networkOrder(std::uint16_t number) {
     return __builtin_bswap16(number);
 }
 
-/// Asks for the socket that a packet from `from` to `port`, both at 127.0.0.1, would come to.
-/// Undecided where no process has that socket yet: it has not been accepted.
+/// Asks for the owner of the socket that a packet from `from` to `port`, both at 127.0.0.1, would
+/// come to. Undecided while no process has that socket: it has not been accepted yet.
 Owner askForSocket(long kernelSocket, std::uint16_t port, std::uint16_t from) {
     const std::uint32_t loopback = __builtin_bswap32(INADDR_LOOPBACK);
     struct {
@@ -59,7 +59,7 @@ Owner askForSocket(long kernelSocket, std::uint16_t port, std::uint16_t from) {
         inet_diag_msg answer;
         char attributes[512];
     } reply;
-    // The kernel has answered before it took the question as sent.
+    // The kernel queues its answer before the call that sends the question returns.
     const long size =
         kernel::call(SYS_recvfrom, kernelSocket, &reply, sizeof reply, MSG_DONTWAIT, nullptr, 0);
     if (size < static_cast<long>(offsetof(decltype(reply), attributes)) ||
@@ -74,7 +74,7 @@ Owner askKernel(std::uint16_t port, std::uint16_t from) {
     if (kernelSocket < 0)
         return Owner::unknown;
     Owner owner = askForSocket(kernelSocket, port, from);
-    // What has not been accepted ends with the socket that listens, and only its owner accepts it.
+    // An unaccepted connection ends with the listening socket, whose owner alone can accept it.
     constexpr std::uint16_t nowhere = 0;
     if (owner == Owner::undecided)
         owner = askForSocket(kernelSocket, port, nowhere);
@@ -82,7 +82,7 @@ Owner askKernel(std::uint16_t port, std::uint16_t from) {
     return owner;
 }
 
-/// Its own port of a connection; 0 on a failure.
+/// The local port of a connection; 0 on a failure.
 std::uint16_t portOf(int connection) {
     sockaddr_in address{};
     unsigned size = sizeof address;
@@ -90,7 +90,7 @@ std::uint16_t portOf(int connection) {
     return networkOrder(address.sin_port);
 }
 
-/// Reads the kernel's list of sockets, those that listen first; false unless that was all of it.
+/// Reads the kernel's list of sockets, listening ones first; false unless all of it was read.
 bool readSockets(Buffer &list) {
     constexpr size_t limit = 16 << 20;
     const long file = kernel::call(SYS_openat, AT_FDCWD, "/proc/net/tcp", O_RDONLY | O_CLOEXEC);
@@ -109,7 +109,7 @@ void writePort(char *digitsEnd, std::uint16_t port) {
         digitsEnd[-i] = "0123456789ABCDEF"[port & 0xfU];
 }
 
-/// Takes a field away, and the blanks before it.
+/// Takes a field off the front, and the blanks before it.
 std::string_view takeField(std::string_view &text) {
     while (text.starts_with(' '))
         text.remove_prefix(1);
@@ -119,7 +119,7 @@ std::string_view takeField(std::string_view &text) {
     return field;
 }
 
-/// Whose the first socket of the list between these two ends is.
+/// The owner of the first socket in the list with these two ends.
 Owner findSocket(std::string_view list, std::string_view ends) {
     const size_t found = list.find(ends);
     if (found == std::string_view::npos)
@@ -135,9 +135,9 @@ Owner findSocket(std::string_view list, std::string_view ends) {
     return inode == "0" ? Owner::undecided : ownerOf(user);
 }
 
-/// The same by the kernel's list, for a sandbox or a kernel without its modules that refuses the
-/// question. Who listens doesn't tell whose the connection is: a stranger keeps what he has
-/// accepted before he let go of the port.
+/// Like `askKernel`, but from the kernel's list, if a sandbox or a kernel without its modules
+/// refuses the question. The listener alone doesn't tell whose the connection is: a stranger keeps
+/// what he accepted before he let go of the port.
 Owner lookForSocket(std::uint16_t port, std::uint16_t from) {
     char connected[] = " 0100007F:0000 0100007F:0000 ";
     char listening[] = " 0100007F:0000 00000000:0000 ";

@@ -28,7 +28,7 @@ Process askKernel(long id) {
     char bytes[1024];
     const size_t size = readFile(procPath(id, "/stat").bytes, bytes, sizeof bytes);
 
-    // The program's name may hold blanks and parentheses, so the fields count from the last one.
+    // The name may hold blanks and parentheses, so the fields count from the last parenthesis.
     size_t begin = size;
     while (begin > 0 && bytes[begin - 1] != ')')
         --begin;
@@ -44,7 +44,7 @@ Process askKernel(long id) {
     process.session = number(fields);
     skipField(fields);
     process.terminal = number(fields);
-    constexpr int untilStart = 15; // what the terminal, the 7th of all, is from the 22nd
+    constexpr int untilStart = 15; // from the terminal, the 7th field, to the 22nd
     for (int i = 0; i < untilStart; ++i)
         skipField(fields);
     process.startedAt = number(fields);

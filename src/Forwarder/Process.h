@@ -5,26 +5,26 @@
 
 namespace morvane {
 
-/// What the kernel tells of a process; all but its number zero where it tells nothing.
+/// What the kernel tells of a process; all but `id` are zero if it tells nothing.
 struct Process {
     long id = 0;
     long parent = 0;
     long session = 0;
     long terminal = 0;
-    long startedAt = 0; ///< clock ticks since the machine has started
+    long startedAt = 0; ///< clock ticks since boot
 };
 
-/// The number of this process. Asks only once, as the next one does.
+/// The id of this process. Asks the kernel only once, like `isProcOurs`.
 [[nodiscard]] long ownNumber();
 
-/// Whether the numbers under /proc are those of our own number space. A sandbox may have the /proc
-/// of the machine around it, where others have its numbers.
+/// Whether the ids under /proc are those of our own PID namespace. A sandbox may have the /proc of
+/// the machine around it, where other processes have its ids.
 [[nodiscard]] bool isProcOurs();
 
-/// Asks for the same process only once, and for none where /proc isn't ours.
+/// Asks only once for each of the first eight processes, and never if /proc isn't ours.
 [[nodiscard]] Process processOf(long id);
 
-/// Text of a fixed room; what does not fit is cut off.
+/// Text of at most 64 bytes; what does not fit is cut off.
 struct ShortText {
     char bytes[64];
     size_t size = 0;
@@ -33,10 +33,10 @@ struct ShortText {
     void add(long number);
 };
 
-/// The path of a process's file under /proc, as the kernel takes it.
+/// The path of a process's file under /proc, with a zero byte at its end.
 [[nodiscard]] ShortText procPath(long id, std::string_view file);
 
-/// Reads the beginning of a file into the room; 0 where nothing can be read.
+/// Reads the beginning of a file into `room`, and returns its size; 0 if nothing can be read.
 [[nodiscard]] size_t readFile(const char *path, char *room, size_t roomSize);
 
 } // namespace morvane

@@ -13,7 +13,7 @@ namespace {
 constexpr size_t longestPath = 4096; // with the zero at its end
 constexpr int mostFolders = 25;
 
-/// A path as the kernel takes it; none where it would be too long.
+/// A path with a zero byte at its end; an empty one if it would be too long.
 struct Path {
     char bytes[longestPath];
     size_t size = 0;
@@ -27,14 +27,14 @@ struct Path {
     }
 };
 
-/// The type of what lies there, 0 for nothing.
+/// The type of the file at this path, 0 if there is none.
 unsigned typeOf(const Path &path) {
     struct stat status;
     const long result = kernel::call(SYS_newfstatat, AT_FDCWD, path.bytes, &status, 0);
     return result < 0 ? 0 : status.st_mode & S_IFMT;
 }
 
-/// Empty where it is too long. A pipe or a terminal is not even opened.
+/// Empty if it is too long. A pipe or a terminal is not even opened.
 std::string_view firstLine(const Path &path, char (&room)[longestPath]) {
     if (typeOf(path) != S_IFREG)
         return {};

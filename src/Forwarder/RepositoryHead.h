@@ -4,12 +4,11 @@
 
 namespace morvane {
 
-/// The folder that a status line is about, as far as it is spelled just as it is called; empty
-/// where it is not.
+/// The folder that a status line is about, if its name is spelled without escapes; otherwise empty.
 [[nodiscard]] std::string_view folderIn(std::string_view status);
 
 /// The first line of HEAD in the repository that the folder lies in; empty where there is none. Of
-/// the files of a repository, which may be anybody's, only the beginning is read.
+/// a repository's files, which may be anybody's, only the beginning is read.
 [[nodiscard]] std::string_view headAround(std::string_view folder);
 
 } // namespace morvane

@@ -6,7 +6,7 @@ void run(int argumentCount, char **arguments, char **environment);
 
 extern "C" {
 
-/// The kernel leaves the argument count on top of the stack, the two lists behind it.
+/// The kernel leaves the argument count on top of the stack, then arguments and environment.
 [[noreturn, gnu::used]] void startAt(long *stack) {
     const auto argumentCount = static_cast<int>(*stack);
     auto **arguments = reinterpret_cast<char **>(stack + 1);

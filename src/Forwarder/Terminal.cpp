@@ -21,7 +21,7 @@ std::string_view firstOf(std::string_view preferred, std::string_view other) {
     return preferred.empty() ? other : preferred;
 }
 
-/// The place behind a word, which is in lower case, in a text of either; npos where it isn't there.
+/// The position behind a lower-case word in a text of any case; npos if it isn't there.
 size_t endOf(std::string_view word, std::string_view text) {
     for (size_t begin = 0; begin + word.size() <= text.size(); ++begin) {
         size_t same = 0;
@@ -33,7 +33,7 @@ size_t endOf(std::string_view word, std::string_view text) {
     return std::string_view::npos;
 }
 
-/// The application that a desktop entry or a JetBrains folder speaks of.
+/// The application that a desktop entry or a JetBrains folder belongs to.
 std::string_view hostNamedBy(std::string_view text) {
     const std::string_view known = named(hostsOfEntries, text);
     if (!known.empty())
@@ -59,7 +59,7 @@ struct Program {
     bool isCertain = false;
 };
 
-/// TERM, where the name is one terminal's own, or the emulator inside an IDE.
+/// The terminal from TERM, if only that one uses the name, or the emulator inside an IDE.
 std::string_view certainProgram(const Environment &environment, std::string_view term) {
     if (term == "xterm-kitty")
         return "kitty";
@@ -74,13 +74,13 @@ std::string_view certainProgram(const Environment &environment, std::string_view
 }
 
 /// A terminal started from another one's shell inherits the other's variables, so their mere
-/// presence does not tell. What the innermost one surely set itself goes first: TERM; then the
-/// emulator inside an IDE, which is started from a shell far more often than a terminal is started
-/// from it; then TERM_PROGRAM, which most terminals set. Only then the variables that a terminal
-/// leaves for its children, as is needed inside tmux, which puts its own name into TERM_PROGRAM and
-/// itself is no application.
+/// presence proves nothing. What the innermost terminal has surely set itself goes first: TERM;
+/// then the emulator inside an IDE, since IDEs are started from shells far more often than
+/// terminals from IDEs; then TERM_PROGRAM, which most terminals set. The variables that a terminal
+/// leaves for its children come last. They are needed inside tmux, which puts its own name into
+/// TERM_PROGRAM, but is no application.
 Program programIn(const Environment &environment, std::string_view term) {
-    // Orca keeps its name here while it shows an agent another one that the agent knows.
+    // Orca keeps its name here, while TERM_PROGRAM shows agents another one that they know.
     const std::string_view orca = environment.text("ORCA_TERM_PROGRAM");
     if (!orca.empty())
         return {orca, false};
@@ -97,7 +97,7 @@ Program programIn(const Environment &environment, std::string_view term) {
     return {};
 }
 
-/// Editors made from VS Code call themselves by its name, but run from a place of their own.
+/// Editors based on VS Code report its name, but run from a place of their own.
 std::string_view editorHost(const Environment &environment, std::string_view bundle) {
     const std::string_view place = environment.text("VSCODE_GIT_ASKPASS_NODE");
     if (!environment.raw("CURSOR_TRACE_ID").empty() || place.ends_with("/cursor") ||
@@ -106,7 +106,7 @@ std::string_view editorHost(const Environment &environment, std::string_view bun
     return firstOf(bundle, place.ends_with("/codium") ? "codium" : "com.microsoft.VSCode");
 }
 
-/// The emulator is the same in all of them; the folder of its history names the IDE.
+/// All IDEs have the same emulator; the folder of its history names the IDE.
 std::string_view ideHost(const Environment &environment, std::string_view entry) {
     const std::string_view history = environment.text("__INTELLIJ_COMMAND_HISTFILE__");
     return firstOf(firstOf(hostNamedBy(history), hostNamedBy(entry)),
@@ -127,7 +127,7 @@ std::string_view hostOf(const Environment &environment, std::string_view program
         entry.remove_suffix(ending.size());
     if (program.starts_with("JetBrains"))
         return firstOf(bundle, ideHost(environment, entry));
-    // The entry that the desktop launched is the last to ask: it may be an ancestor of the host.
+    // The desktop entry comes last: what the desktop launched may be an ancestor of the host.
     return firstOf(bundle, firstOf(hostNamedBy(entry), entry));
 }
 
@@ -154,7 +154,7 @@ Terminal terminalIn(const Environment &environment) {
     terminal.orca = own("Orca", "ORCA_TERMINAL_HANDLE");
     terminal.zellij = environment.text("ZELLIJ_SESSION_NAME");
 
-    // tmux names itself in TERM or TERM_PROGRAM; where neither does and the innermost terminal is
+    // tmux names itself in TERM or TERM_PROGRAM. If neither names it and the innermost terminal is
     // certain, that terminal was started from within tmux.
     if (!program.isCertain || environment.text("TERM_PROGRAM") == "tmux" ||
         term.starts_with("tmux") || term.starts_with("screen")) {

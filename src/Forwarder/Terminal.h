@@ -6,8 +6,8 @@
 
 namespace morvane {
 
-/// Where a program runs, as its environment tells. Each is empty where it is not known, and a pane
-/// that is not the innermost terminal's is left out.
+/// Where a program runs, according to its environment. What is unknown is empty, and a pane that is
+/// not the innermost terminal's is left out.
 struct Terminal {
     std::string_view program;
     std::string_view host; ///< the application's bundle, or the name of its desktop entry
@@ -22,7 +22,7 @@ struct Terminal {
     std::string_view orca;
 };
 
-/// hook.sh finds out the same for curl.
+/// hook.sh finds out the same when it uses curl.
 [[nodiscard]] Terminal terminalIn(const Environment &environment);
 
 } // namespace morvane

@@ -5,7 +5,7 @@
 namespace morvane {
 
 /// What an environment says of a terminal, and what that stands for. hook.sh and the OpenCode
-/// plugin have the same names.
+/// plugin hold the same names.
 struct TerminalNames {
     std::string_view from;
     std::string_view to;
@@ -13,7 +13,7 @@ struct TerminalNames {
 
 inline constexpr std::string_view cursorBundle = "com.todesktop.230313mzl4w4u92";
 
-/// What a terminal leaves for its children, in the order of trust, and its name.
+/// The variable that each terminal leaves for its children, and its name; the most trusted first.
 inline constexpr TerminalNames inheritedVariables[] = {{"ORCA_TERMINAL_HANDLE", "Orca"},
                                                        {"VSCODE_GIT_IPC_HANDLE", "vscode"},
                                                        {"KITTY_WINDOW_ID", "kitty"},
@@ -40,7 +40,7 @@ inline constexpr TerminalNames hostsOfPrograms[] = {{"Apple_Terminal", "com.appl
                                                     {"foot", "foot"},
                                                     {"xterm", "XTerm"}};
 
-/// The application behind a desktop entry that has another name.
+/// The application behind a desktop entry that isn't named after it.
 inline constexpr TerminalNames hostsOfEntries[] = {
     {"kitty", "net.kovidgoyal.kitty"},
     {"alacritty", "io.alacritty"},

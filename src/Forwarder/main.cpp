@@ -26,28 +26,28 @@
 //
 // Posts standard input to 127.0.0.1:PORT. MORVANE_HEADERS holds the header lines that only the
 // script knows, one to a line: in the environment, since the token among them must not be seen in a
-// list of processes, and only a server of the same user gets to hear them. An event is told with
-// where and by whom it was called, and with "decide" a complete answer of status 200 goes to
-// standard output. Of a status line the input does, behind two lines if it names a folder: the
-// folder, and what the repository there says it has checked out; and no answer is awaited. Whatever
-// happens, the exit status is 0 and nothing else is printed: no failure here may disturb the agent.
+// list of processes. Only a server of the same user gets them. An event is sent with where and by
+// whom the hook was called, and with "decide" a complete answer of status 200 goes to standard
+// output. For a status line the input itself goes there, and no answer is awaited; if the input
+// names a folder, two lines come first: the folder, and its repository's HEAD. Whatever happens,
+// the exit status is 0 and nothing else is printed: no failure here may disturb the agent.
 
 namespace morvane {
 
 namespace {
 
-/// The agent gives up on a hook that it does not wait for after 5 seconds, on one that may bring a
-/// decision after 120; the server answers within 60.
+/// The agent gives up on a hook that waits for a person after 120 seconds, on any other after 5;
+/// the server answers within 60.
 constexpr long promptLimit = 3'000; // milliseconds, all of them
 constexpr long decisionLimit = 90'000;
 
-/// An event that is on its way the kernel keeps, for a Morvane that is slow or stopped. A usual one
-/// is all there for the server's first look at it, so that no later event overtakes it. A longer
-/// one is waited for as long as keeps it before the next.
+/// If Morvane is slow or stopped, the kernel keeps an event that has been sent. One of usual size
+/// is complete when the server first reads it, so that no later event overtakes it. After a longer
+/// one the client waits for an answer, up to `eventLimit`, so that it stays before the next.
 constexpr size_t mostAtOnce = 32 << 10;
 constexpr long eventLimit = 250;
 
-/// A status line appears only after this, and each refresh cancels the one before.
+/// A status line appears only when the client has ended, and each refresh cancels the one before.
 constexpr long copyLimit = 1'000;
 
 /// Bytes, and far more than the server takes: an agent gone wild must not fill the memory.
@@ -56,11 +56,11 @@ constexpr size_t longestPayload = 16 << 20;
 enum class Mode {
     tell,   ///< no more than the beginning of an answer is awaited
     decide, ///< the answer is printed
-    copy,   ///< a status line is printed, the answer is the kernel's to drop
+    copy,   ///< a status line is printed, the answer is not read
 };
 
-/// False when the payload's end did not come in time or within the limit: half a payload is of no
-/// use to anyone. What is too long is still taken, since the agent may not like a broken pipe.
+/// False if the payload's end did not come in time or within the limit: half a payload is of no
+/// use. A payload that is too long is still read, since a broken pipe may disturb the agent.
 bool readPayload(Buffer &payload, const Deadline &deadline) {
     bool isTooLong = false;
     for (;;) {
@@ -94,7 +94,7 @@ bool appendHeader(Buffer &head, std::string_view name, std::string_view value) {
            (head.append(name) && head.append(": ") && head.append(value) && head.append("\r\n"));
 }
 
-/// An event: what the script was called with, and what the client finds out by itself.
+/// Appends an event's headers: what the script was called with, and what the client finds out.
 bool appendEvent(Buffer &head, std::string_view name, std::string_view event, Mode mode,
                  const Environment &environment) {
     const Terminal terminal = terminalIn(environment);
@@ -136,7 +136,7 @@ int connectTo(std::uint16_t port, const Deadline &deadline) {
     address.sin_addr.s_addr = __builtin_bswap32(INADDR_LOOPBACK);
     long result = kernel::call(SYS_connect, connection, &address, sizeof address);
     if (result == -EINPROGRESS && deadline.await(connection, POLLOUT)) {
-        // Tells how it went: with nobody there, the kernel need not be asked who it is.
+        // Tells the outcome: if nobody listens, the kernel need not be asked who does.
         result = kernel::call(SYS_connect, connection, &address, sizeof address);
     }
     return result == 0 || result == -EISCONN ? connection : -1;
@@ -189,7 +189,7 @@ void print(std::string_view text, const Deadline &deadline) {
     }
 }
 
-/// The shell could only read a repository's files to their end, or start another process.
+/// Looks up HEAD for the shell, which could only read files to their end or start another process.
 void printStatus(std::string_view status, const Deadline &deadline) {
     const std::string_view folder = folderIn(status);
     if (!folder.empty()) {
@@ -241,7 +241,7 @@ void post(std::uint16_t port, Buffer &head, Mode mode) {
         const std::string_view body = completeBody(answer.view());
         if (body.empty())
             continue;
-        // With standard output closed its number may have gone to the connection.
+        // With standard output closed, the connection may have got its number.
         if (connection != STDOUT_FILENO)
             print(body, end);
         return;
