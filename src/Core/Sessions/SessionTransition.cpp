@@ -44,8 +44,8 @@ bool wasAtWork(const Context &context) {
     return context.before && context.before->isAtWork();
 }
 
-/// True for an agent that lists at a turn's end which subagents still run, and so reports itself when
-/// all are done.
+/// True for an agent that lists at a turn's end which subagents still run, and so reports itself
+/// when all are done.
 bool listsSubagents(const HookEvent &event) {
     return AgentRegistry::adapter(event.agent).reportsBackgroundTasks();
 }
