@@ -18,12 +18,12 @@ public:
     BackgroundPool &operator=(const BackgroundPool &) = delete;
     virtual ~BackgroundPool() = default;
 
-    /// Runs the work when a thread is free. It has to bring its values along, since whoever asked
-    /// for it may be gone by then.
+    /// Runs the work when a thread is free. The work must own what it uses, since its caller may be
+    /// gone by then.
     virtual void run(std::function<void()> work) = 0;
 
-    /// Runs the work, and then hands what it returns to `use` on the scheduler's thread, which is
-    /// the owner's. Once the owner is gone the result is dropped.
+    /// Runs the work, then calls `use` with its result on the scheduler's thread, which is also the
+    /// owner's. The result is dropped if the owner is gone by then.
     template <typename Work, typename Use>
     void compute(Work work, Scheduler &scheduler, QObject *owner, Use use) {
         run([work = std::move(work), use = std::move(use), owner = QPointer<QObject>(owner),

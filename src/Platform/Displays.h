@@ -34,8 +34,8 @@ public:
 
     virtual QPoint pointerPosition() const = 0;
 
-    /// False while the pointer is over something of which this program isn't told, such as a native
-    /// window of Wayland. Its position is then the last that was told.
+    /// False while the pointer is over something that hides it from this program, such as a native
+    /// Wayland window. `pointerPosition` is then the last known one.
     virtual bool isPointerTold() const { return true; }
 
 signals:

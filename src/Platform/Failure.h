@@ -13,7 +13,7 @@ struct Failure {
     friend bool operator==(const Failure &, const Failure &) = default;
 };
 
-/// What the system says of an error of its own.
+/// The system's message for an errno value.
 inline Failure systemFailure(int error) {
     return {QString::fromStdString(std::generic_category().message(error))};
 }

@@ -10,8 +10,8 @@ class ForegroundApplication : public QObject {
     Q_OBJECT
 
 signals:
-    /// An application has been activated. Where it is one that we have an identifier for, that is
-    /// its bundle identifier; otherwise whatever the desktop calls it.
+    /// An application has been activated. Carries its bundle identifier if we know one, otherwise
+    /// the desktop's name for it.
     void activated(const QString &bundleID);
 };
 

@@ -13,21 +13,21 @@ namespace morvane {
 
 /// A window of another program.
 struct HostWindow {
-    QString id; ///< of the desktop's making, good for as long as the window is there
+    QString id; ///< chosen by the desktop, valid as long as the window exists
     QString title;
 };
 
-/// A terminal, and what tells it from another whose device is called the same.
+/// A terminal, and what tells it apart from another with the same device name.
 struct TerminalDevice {
     QString path;                                ///< such as "/dev/pts/3"
-    Date knownAt;                                ///< one that was opened later isn't meant
-    std::optional<ProcessIdentity> process = {}; ///< which runs in it, maybe in a container
+    Date knownAt;                                ///< a terminal opened later is another one
+    std::optional<ProcessIdentity> process = {}; ///< runs in it, maybe in a container
 };
 
-/// Programs that host sessions, and their windows: what it takes to go there. Best effort: what
-/// the desktop doesn't offer doesn't happen. Main thread; no call waits for another program, and
-/// each answer comes once, on the main thread, at the earliest when the call has returned, unless
-/// this object has gone by then.
+/// Finds the windows of programs that host sessions, and brings them to the front. Best effort: a
+/// call does nothing where the desktop doesn't support it. Main thread; no call waits for another
+/// program. Each answer comes once, on the main thread, after the call has returned, unless this
+/// object is gone by then.
 class HostWindows {
 public:
     HostWindows() = default;
@@ -40,27 +40,27 @@ public:
 
     using Found = std::function<void(const std::optional<QList<HostWindow>> &)>;
 
-    /// What has become of a terminal that was to be shown.
+    /// The outcome of `showTerminal`.
     enum class Showing {
         shown,
-        amongSeveral, ///< a program has it that has windows here, and nobody tells which of them
-        unknown,      ///< nobody tells what has it
+        amongSeveral, ///< its program has windows here, but it isn't known which one shows it
+        unknown,      ///< no program is known to have it
         elsewhere,    ///< its login came over the network, so no window here has it
     };
     using Shown = std::function<void(Showing)>;
 
     /// The windows of the application with this bundle identifier, in the desktop's order; an empty
-    /// list when it has none, and no list when it may have some that the desktop doesn't tell.
+    /// list when it has none, and no list when it may have some that the desktop doesn't report.
     virtual void find(const QString &bundleID, Found found) = 0;
 
-    /// Brings the window to the front; from another desktop as well.
+    /// Brings the window to the front, even from another desktop.
     virtual void activate(const HostWindow &window) = 0;
 
     /// Starts an application that is installed; nothing for one that isn't.
     virtual void launch(const QString &bundleID) = 0;
 
-    /// Brings the window, and the tab in it, to the front that shows this terminal, where it can be
-    /// told which one that is.
+    /// Brings the window that shows this terminal, and the tab in it, to the front if they can be
+    /// found.
     virtual void showTerminal(const TerminalDevice &terminal, Shown shown) = 0;
 };
 

@@ -6,11 +6,11 @@
 
 namespace morvane {
 
-/// A key by the place where it lies on the keyboard, whatever the layout of the moment makes of it,
-/// and what is held down with it.
+/// A key by its position on the keyboard, whatever the current layout, with the modifiers held
+/// down.
 struct HotKey {
-    std::uint32_t keyCode = 0; ///< as the kernel counts them in input-event-codes.h
-    QString symbol = {};       ///< what stands on it on a Latin keyboard, such as "G"
+    std::uint32_t keyCode = 0; ///< as in the kernel's input-event-codes.h
+    QString symbol = {};       ///< its label on a Latin keyboard, such as "G"
     bool super = false;
     bool control = false;
     bool alt = false;

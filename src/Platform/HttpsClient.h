@@ -24,7 +24,7 @@ struct HttpsAnswer {
     QList<std::pair<QByteArray, QByteArray>> headers;
     QByteArray body; ///< as much of it as the request wants
 
-    /// The first of this name, whatever its case.
+    /// The first header of this name, ignoring case.
     std::optional<QByteArray> header(const QByteArray &name) const {
         for (const auto &[key, value] : headers) {
             if (key.compare(name, Qt::CaseInsensitive) == 0) {
@@ -35,7 +35,7 @@ struct HttpsAnswer {
     }
 };
 
-/// Asks other machines. Main thread, which never waits.
+/// Sends requests to other machines. Main thread, which never waits.
 class HttpsClient {
 public:
     HttpsClient() = default;
@@ -45,14 +45,14 @@ public:
 
     using Finished = std::function<void(const std::optional<HttpsAnswer> &)>;
 
-    /// Sends the request to the server that the address names and to no other: a redirection is an
-    /// answer like any other. Nothing is stored, of cookies either. `finished` is called once, on
-    /// the main thread and never before this has returned, with none when there was no answer that
-    /// could be trusted; there is no limit of time. The end of the task ends the transfer.
+    /// Sends the request to the server in the address and to no other: a redirection is an answer
+    /// like any other. Nothing is stored, not even cookies. `finished` is called once, on the main
+    /// thread, after this call has returned; it gets none if there was no answer that could be
+    /// trusted. There is no timeout. Destroying the task cancels the transfer.
     [[nodiscard]] virtual Task send(const HttpsRequest &request, Finished finished) = 0;
 };
 
-/// That of a machine without a network, which has no answer ever.
+/// For a machine without a network: `finished` is never called.
 class NullHttpsClient final : public HttpsClient {
 public:
     Task send(const HttpsRequest &, Finished) override { return {}; }

@@ -17,8 +17,7 @@ public:
     /// The application's name for a person, or none when it isn't installed here.
     virtual std::optional<QString> displayName(const QString &bundleID) const = 0;
 
-    /// True for a terminal of this kind of machine. The application is named as
-    /// `ForegroundApplication` does.
+    /// True for a terminal of this platform. `foreground` is a name from `ForegroundApplication`.
     virtual bool isTerminal(const QString &foreground) const = 0;
 
     /// True when the application is the one that `ForegroundApplication` calls by this name.

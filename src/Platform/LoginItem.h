@@ -13,13 +13,14 @@ public:
     LoginItem &operator=(const LoginItem &) = delete;
     virtual ~LoginItem() = default;
 
-    /// False as well where what would be started isn't there any more.
+    /// Also false if the program to start no longer exists.
     virtual bool isEnabled() const = 0;
 
-    /// Has the program started at every login from now on, from where it runs at this moment.
+    /// Has the program started at every login from now on, from the path where it runs at this
+    /// moment.
     virtual Result<void> registerItem() = 0;
 
-    /// Has the program started at no login from now on. Nothing to do is no failure.
+    /// Has the program no longer started at login. Succeeds if there is nothing to do.
     virtual Result<void> unregisterItem() = 0;
 };
 

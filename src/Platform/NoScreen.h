@@ -13,8 +13,8 @@
 
 #include <utility>
 
-/// What stands behind the ports of a screen where there is none: nothing is there, and nothing
-/// happens. Main thread.
+/// The screen's ports on a machine without a screen: nothing exists, and nothing happens. Main
+/// thread.
 namespace morvane::NoScreen {
 
 class NullDisplays : public Displays {
@@ -61,7 +61,7 @@ private:
         QMetaObject::invokeMethod(&m_context, std::move(answer), Qt::QueuedConnection);
     }
 
-    QObject m_context; ///< with it go the answers that are still to come
+    QObject m_context; ///< its destruction drops pending answers
 };
 
 class NullStatusItemHost : public StatusItemHost {

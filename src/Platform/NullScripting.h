@@ -5,7 +5,7 @@
 
 namespace morvane {
 
-/// That of a machine whose applications can't be told anything by scripts.
+/// For a machine whose applications can't be scripted.
 class NullScripting final : public Scripting {
 public:
     explicit NullScripting(Scheduler &scheduler) : m_scheduler(scheduler) {}

@@ -18,15 +18,14 @@ public:
     OverlayWindow &operator=(const OverlayWindow &) = delete;
     virtual ~OverlayWindow() = default;
 
-    /// The edge at which what is painted stays put while the window changes its size, until the
-    /// widget has painted itself anew.
+    /// Where the old contents stay put while the window is resized, until the widget has repainted.
     enum class Anchor { topCenter, topRight };
 
     /// Moves and resizes in one step, in the desktop's points.
     virtual void setGeometry(const QRect &frame, Anchor anchor) = 0;
 
-    /// The part, in the widget's points, that takes clicks; everywhere else they reach what lies
-    /// below. Where nothing can be translucent the rest is cut off as well.
+    /// The part that takes clicks, in the widget's points; clicks elsewhere reach what lies below.
+    /// Where windows can't be translucent, the window is also cut to this shape.
     virtual void setShape(const QPainterPath &shape) = 0;
 
     virtual void show() = 0;
@@ -37,27 +36,27 @@ public:
     /// Whether a full-screen program hides it for now.
     virtual bool isCovered() const = 0;
 
-    /// Called when that has changed.
+    /// Called when `isCovered` has changed.
     std::function<void()> onCoveredChanged;
 
-    /// From 0 to 1; without effect where nothing can be translucent.
+    /// From 0 to 1; without effect where windows can't be translucent.
     virtual void setOpacity(double opacity) = 0;
     virtual double opacity() const = 0;
 
     /// Whether the window gives way to a full-screen program on its display.
     virtual void setHidesOverFullscreen(bool hides) = 0;
 
-    /// Gives the window the keyboard, without making this program the active one. False where the
-    /// desktop gives it to no window of this kind; then nothing has changed.
+    /// Gives the window the keyboard without making this program the active one. Returns false and
+    /// changes nothing where the desktop doesn't allow that for this kind of window.
     [[nodiscard]] virtual bool takeKeyboard() = 0;
 
-    /// Whether it has the keyboard and nobody has taken that from it.
+    /// Whether it has taken the keyboard and still has it.
     virtual bool holdsKeyboard() const = 0;
 
     /// Gives the keyboard back to whoever had it, unless it has gone elsewhere in the meantime.
     virtual void releaseKeyboard() = 0;
 
-    /// Whether a menu that is open on it hears of clicks on other programs' windows.
+    /// Whether an open menu of this window is told of clicks on other programs' windows.
     virtual bool hearsOtherClicks() const { return true; }
 
     /// True when what the widget leaves unpainted shows what lies below.

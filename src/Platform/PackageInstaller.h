@@ -4,7 +4,7 @@
 
 namespace morvane {
 
-/// The program by which this desktop installs a package that lies on the disk. Main thread.
+/// The desktop's program for installing a package from the disk. Main thread.
 class PackageInstaller {
 public:
     PackageInstaller() = default;
@@ -12,12 +12,12 @@ public:
     PackageInstaller &operator=(const PackageInstaller &) = delete;
     virtual ~PackageInstaller() = default;
 
-    /// Shows the package to the person in that program, who installs it there, or doesn't. False
-    /// where it is certain that there is no such program.
+    /// Opens the package in that program, where the person may install it. False if there certainly
+    /// is no such program.
     [[nodiscard]] virtual bool open(const QString &path) = 0;
 };
 
-/// That of a machine without a desktop.
+/// For a machine without a desktop.
 class NullPackageInstaller final : public PackageInstaller {
 public:
     bool open(const QString &) override { return false; }

@@ -4,8 +4,8 @@
 
 namespace morvane {
 
-/// Tells when the pointer moves, wherever on the desktop it is. Costs something with each movement,
-/// so it only works while somebody needs it. Main thread.
+/// Reports pointer movement anywhere on the desktop. Each movement costs something, so it works
+/// only while it is activated. Main thread.
 class PointerMonitor : public QObject {
     Q_OBJECT
 
@@ -15,7 +15,7 @@ public:
     virtual void deactivate() = 0;
 
 signals:
-    /// The pointer has moved, or is moving; tells of the place it rests at in any case.
+    /// The pointer has moved, or is moving. Always emitted at the place where it comes to rest.
     void moved();
 };
 

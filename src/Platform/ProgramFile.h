@@ -6,17 +6,17 @@
 
 namespace morvane {
 
-/// The file that this program was started from, which an upgrade replaces under its feet. This one
-/// stays as it is. Main thread.
+/// The file that this program was started from, which an upgrade may replace while it runs. This
+/// base class never reports a replacement. Main thread.
 class ProgramFile : public QObject {
     Q_OBJECT
 
 public:
-    /// Looks now; `replaced` may follow at once.
+    /// Checks the file now; may emit `replaced`.
     virtual void look() {}
 
 signals:
-    /// Another file has been put into its place since the program started. Told once.
+    /// Another file has taken its place since the program started. Emitted once.
     void replaced();
 
 protected:

@@ -15,7 +15,7 @@ namespace morvane {
 template <typename Value>
 class [[nodiscard]] Result {
 public:
-    // What is returned is a value, or whatever becomes one.
+    // Takes a value, or anything that converts to one.
     template <typename From>
     requires(std::is_convertible_v<From, Value> &&
              !std::same_as<std::remove_cvref_t<From>, Failure> &&
@@ -42,7 +42,7 @@ private:
     std::variant<Value, Failure> m_outcome;
 };
 
-/// Of an operation that yields nothing: `{}` is success.
+/// The result of an operation that yields nothing: `{}` is success.
 template <>
 class [[nodiscard]] Result<void> {
 public:

@@ -19,8 +19,8 @@ public:
     /// The present moment. Safe from any thread.
     virtual Date now() const = 0;
 
-    /// Runs the action once, on the scheduler's thread, when the delay has passed. Called on that
-    /// thread, as is the destruction of the task, which cancels the action.
+    /// Runs the action once, on the scheduler's thread, when the delay has passed. Destroying the
+    /// task cancels the action. Call this, and destroy the task, on that thread.
     [[nodiscard]] virtual Task after(Seconds delay, std::function<void()> action) = 0;
 
     /// Runs the action on the scheduler's thread as soon as it gets to it, in the order of the

@@ -7,7 +7,7 @@
 
 namespace morvane {
 
-/// Runs scripts by which an application can be told what to do. Main thread.
+/// Runs scripts that control other applications. Main thread.
 class Scripting {
 public:
     Scripting() = default;
@@ -15,8 +15,8 @@ public:
     Scripting &operator=(const Scripting &) = delete;
     virtual ~Scripting() = default;
 
-    /// Runs the script later, on the main thread, one after the other. `finished` hears the text
-    /// that it gives; none where it could not be compiled, ended in an error or gives no text.
+    /// Runs the script later, on the main thread, after those given before it. `finished` gets the
+    /// text that the script returns; none if it doesn't compile, fails or returns no text.
     virtual void run(const QString &source,
                      std::function<void(const std::optional<QString> &)> finished) = 0;
 };

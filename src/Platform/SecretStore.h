@@ -30,7 +30,7 @@ public:
     virtual Answer secret(const QString &service, Seconds limit) = 0;
 };
 
-/// That of a machine without any.
+/// For a machine without a secret store.
 class NullSecretStore final : public SecretStore {
 public:
     Answer secret(const QString &, Seconds) override { return Missing{}; }

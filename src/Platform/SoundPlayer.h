@@ -4,8 +4,7 @@
 
 namespace morvane {
 
-/// The machine's loudspeaker. Main thread; nothing here waits, and nothing fails in a way that is
-/// told.
+/// The machine's loudspeaker. Main thread; no call waits, and failures aren't reported.
 class SoundPlayer {
 public:
     SoundPlayer() = default;
@@ -13,16 +12,16 @@ public:
     SoundPlayer &operator=(const SoundPlayer &) = delete;
     virtual ~SoundPlayer() = default;
 
-    /// Plays a sound of a second at most, over what plays already, or beeps where that can't be
-    /// done. It is a RIFF WAVE file, whole, with a header of 44 bytes and 16-bit samples; the
-    /// volume from 0 to 1 is the sound's own, beside what the person has set for the machine.
+    /// Plays a sound of at most a second, mixed with any that play already, or beeps if it can't.
+    /// `wave` is a complete RIFF WAVE file with a 44-byte header and 16-bit samples. The volume,
+    /// from 0 to 1, is applied on top of the machine's own.
     virtual void play(const QByteArray &wave, double volume) = 0;
 
-    /// The system's plain signal.
+    /// Plays the system bell.
     virtual void beep() = 0;
 };
 
-/// That of a machine without one.
+/// For a machine without a loudspeaker.
 class NullSoundPlayer final : public SoundPlayer {
 public:
     void play(const QByteArray &, double) override {}

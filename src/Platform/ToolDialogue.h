@@ -20,25 +20,25 @@ public:
     enum class End {
         notStarted,
         concluded, ///< by us
-        left,      ///< by the program, which has ended or closed its output
+        left,      ///< the program has ended or closed its output
         timedOut,
     };
 
     struct Reply {
-        QByteArray words; ///< to say at once; may be empty
+        QByteArray words; ///< to send at once; may be empty
         bool concludes = false;
     };
 
-    /// Starts the program, says `opening`, and answers what it puts out, piece by piece, until one
-    /// side ends it or `patience` has passed; then the program and what it has started are ended,
-    /// which takes up to 0.6 seconds more. What it writes to its standard error is dropped. Blocks;
-    /// safe from any thread but the main one. `reply` is called on this thread.
+    /// Starts the program, sends `opening`, and calls `reply` on each piece of its output until one
+    /// side ends the dialogue or `patience` has passed. Then it ends the program and what that has
+    /// started, which takes up to 0.6 seconds more. Standard error is dropped. Blocks; safe from
+    /// any thread but the main one. `reply` is called on the calling thread.
     virtual End hold(const Tools::Command &command, const QByteArray &opening,
                      const std::function<Reply(const QByteArray &heard)> &reply,
                      Seconds patience) = 0;
 };
 
-/// That of a machine that starts no program.
+/// For a machine that starts no program.
 class NullToolDialogue final : public ToolDialogue {
 public:
     End hold(const Tools::Command &, const QByteArray &,

@@ -9,7 +9,7 @@
 
 namespace morvane {
 
-/// Runs other programs' command lines for a moment. Main thread, which never waits for one.
+/// Runs short command lines of other programs. Main thread, which never waits for one.
 class Tools {
 public:
     Tools() = default;
@@ -20,17 +20,17 @@ public:
     struct Command {
         QString program; ///< an absolute path
         QStringList arguments;
-        /// Added to the environment of this program.
+        /// Added to this process's own environment.
         QProcessEnvironment environment;
     };
 
-    /// Hears what the program has put out, up to 64 KiB of it; none when it could not be started,
-    /// ended otherwise than with status 0, or had to be ended.
+    /// Gets up to 64 KiB of the program's output; none if it couldn't be started, didn't exit with
+    /// status 0, or had to be killed.
     using Finished = std::function<void(const std::optional<QByteArray> &output)>;
 
-    /// Starts the program, with nothing to read. After three seconds it and what it has started are
-    /// ended. `finished` is called once, on the main thread, at the earliest when this call has
-    /// returned, unless this object has gone by then.
+    /// Starts the program with an empty standard input. After three seconds it and what it has
+    /// started are killed. `finished` is called once, on the main thread, after this call has
+    /// returned, unless this object is gone by then.
     virtual void run(const Command &command, Finished finished) = 0;
 };
 

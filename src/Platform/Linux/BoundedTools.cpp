@@ -24,7 +24,7 @@ namespace {
 constexpr Seconds limit(3);
 constexpr qsizetype mostOutput = qsizetype{64} * 1024;
 
-/// Texts as system calls take them.
+/// Strings as system calls take them.
 class TextArray {
 public:
     explicit TextArray(const QStringList &texts) {
@@ -73,13 +73,13 @@ pid_t start(const Tools::Command &command, int output) {
     if (failure != 0) {
         return 0;
     }
-    restoreDescriptorLimit(id); // which it can't be told to do on its way
+    restoreDescriptorLimit(id); // posix_spawn can't set limits
     return id;
 }
 
 } // namespace
 
-/// A program that has been started; it goes away by itself when that has ended.
+/// A program that has been started; deletes itself when the program has ended.
 class BoundedTools::Child : public QObject {
 public:
     Child(pid_t id, Descriptor output, Descriptor process, Scheduler &scheduler, Finished finished,
@@ -100,10 +100,10 @@ public:
     }
 
 private:
-    /// Only before it is reaped, since until then the number is nobody else's.
+    /// Only before the program is reaped: until then no other process can get its number.
     void endGroup() const { ::kill(-m_id, SIGKILL); }
 
-    /// A piece of what there is; false when there is nothing at present, or no more.
+    /// Reads one piece of output; false when there is none at present, or no more to come.
     bool read() {
         std::array<char, 16384> piece;
         const ssize_t length = ::read(m_output.number(), piece.data(), piece.size());
@@ -115,7 +115,7 @@ private:
         return length > 0;
     }
 
-    /// Whatever waits for it goes on, even where it can't be ended.
+    /// The caller gets its answer even if the program can't be killed.
     void giveUp() {
         endGroup();
         m_outputNotifier.setEnabled(false);
@@ -149,14 +149,14 @@ private:
     QSocketNotifier m_outputNotifier;
     QSocketNotifier m_endNotifier;
     QByteArray m_text;
-    Finished m_finished; ///< until it has been called
+    Finished m_finished; ///< empty once it has been called
     Task m_limit;
     bool m_isReaped = false;
 };
 
 void BoundedTools::run(const Command &command, Finished finished) {
     std::array<int, 2> ends{-1, -1};
-    // Only our end doesn't wait: programs don't expect it of theirs.
+    // Only our end is non-blocking: programs don't expect that of theirs.
     const bool hasPipe =
         ::pipe2(ends.data(), O_CLOEXEC) == 0 && ::fcntl(ends[0], F_SETFL, O_NONBLOCK) == 0;
     Descriptor output(ends[0]);

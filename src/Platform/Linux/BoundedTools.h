@@ -8,9 +8,9 @@ namespace morvane {
 
 class Scheduler;
 
-/// Each command line in a session of its own, away from the terminal that this program may have
-/// been started from. When it has ended, or has to, so has all that is left in its group. What it
-/// says on standard error is dropped.
+/// Runs each command line in its own session, detached from any terminal that this program was
+/// started from. When the command has ended or its time is up, its whole process group is killed.
+/// Standard error is dropped.
 class BoundedTools : public QObject, public Tools {
     Q_OBJECT
 

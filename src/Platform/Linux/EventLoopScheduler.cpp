@@ -23,8 +23,8 @@ Date EventLoopScheduler::now() const {
 Task EventLoopScheduler::after(Seconds delay, std::function<void()> action) {
     auto *timer = new QTimer(this);
     timer->setSingleShot(true);
-    // Coarse timers may come 5 % early or late; a whole minute's wake-up is shared gladly, but
-    // nothing that a person sees or counts down.
+    // Coarse timers share wake-ups but may fire 5 % early or late. That suits delays of a minute or
+    // more, but nothing that a person sees or counts down.
     const bool coarse = delay >= Seconds(60);
     timer->setTimerType(coarse ? Qt::CoarseTimer : Qt::PreciseTimer);
     connect(timer, &QTimer::timeout, timer, [timer, action = std::move(action)]() mutable {
@@ -53,7 +53,7 @@ void EventLoopScheduler::post(std::function<void()> action) {
         Qt::QueuedConnection);
 }
 
-/// What has waited in a burst of events took megabytes, and lies about in pieces afterwards.
+/// The actions of a burst take megabytes while they wait, and leave the heap fragmented.
 void EventLoopScheduler::countDown() {
     const int waiting = --m_posted;
     m_mostPosted = std::max(m_mostPosted, waiting);

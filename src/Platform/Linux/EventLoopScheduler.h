@@ -21,8 +21,8 @@ public:
 private:
     void countDown();
 
-    std::atomic<int> m_posted = 0; ///< that haven't run yet
-    int m_mostPosted = 0;          ///< since there were none; of the main thread
+    std::atomic<int> m_posted = 0; ///< actions that haven't run yet
+    int m_mostPosted = 0;          ///< the peak since `m_posted` was 0; main thread only
 };
 
 } // namespace morvane

@@ -16,15 +16,16 @@ namespace morvane {
 
 namespace {
 
-/// For writing, without which a network's file system gives no lock; and without waiting for what
-/// else may have that name.
+/// Opens for writing, without which network file systems give no lock, and without blocking on
+/// whatever else may have that name.
 Descriptor openLockFile(const QByteArray &path) {
     constexpr mode_t ownerOnly = 0600;
     return Descriptor(
         ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, ownerOnly));
 }
 
-/// Somebody else's, such as from a start as the administrator, a link to nowhere or a socket.
+/// True for a file of another user, as after a start as the administrator, a dangling link or a
+/// socket.
 bool isInTheWay(int error) {
     return error == EACCES || error == EPERM || error == ENOENT || error == ELOOP || error == ENXIO;
 }
@@ -35,9 +36,9 @@ QByteArray contentOf(int descriptor) {
     return {text.data(), std::max<ssize_t>(size, 0)};
 }
 
-/// Since each start of the system has an id of its own, which no copy of a machine shares. What
-/// can't be written down must not be another one's; what is must be seen from other machines, from
-/// which a network's file system may keep it for a while. Written once for each start.
+/// Writes this boot's id into the file; even a copy of this machine has another one. Truncates
+/// first, so that a failed write doesn't leave another machine's id, and syncs, since network file
+/// systems may otherwise show it to other machines late. Written once per boot.
 void signLock(int descriptor) {
     const QByteArray id = QSysInfo::bootUniqueId();
     if (contentOf(descriptor) != id && ::ftruncate(descriptor, 0) == 0) {
@@ -46,7 +47,7 @@ void signLock(int descriptor) {
     }
 }
 
-/// One that isn't signed is taken for this machine's.
+/// An unsigned lock is taken for this machine's.
 bool isSignedElsewhere(int descriptor) {
     const QByteArray id = contentOf(descriptor);
     return !id.isEmpty() && id != QSysInfo::bootUniqueId();

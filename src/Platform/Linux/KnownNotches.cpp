@@ -11,11 +11,11 @@ namespace morvane {
 namespace {
 
 struct Panel {
-    QSize size;     ///< with the rows beside the notch
-    int notchWidth; ///< rounded up: what is covered too much is black, like the notch
+    QSize size;     ///< includes the rows beside the notch
+    int notchWidth; ///< rounded up: the surplus is black, like the notch
 };
 
-// In pixels of the panels themselves.
+// In the panels' native pixels.
 constexpr std::array panels{
     Panel{{3024, 1964}, 376}, // 14 inches
     Panel{{3456, 2234}, 376}, // 16 inches
@@ -23,7 +23,7 @@ constexpr std::array panels{
     Panel{{2880, 1864}, 328}, // 15 inches
 };
 
-/// What is below the notch's rows is 16 : 10 on all of them.
+/// Below the notch's rows, all of these panels are 16 : 10.
 int notchRows(const Panel &panel) {
     return panel.size.height() - panel.size.width() * 10 / 16;
 }
@@ -48,7 +48,8 @@ KnownNotches::KnownNotches(const QString &deviceTree) {
 
 std::optional<QSize> KnownNotches::notch(const QSize &mode) const {
     for (const Panel &panel : panels) {
-        // A desktop may render at another scale than the panel's; the shape stays, to a row.
+        // A desktop may render at another resolution; the aspect ratio stays the same, to within a
+        // row.
         const double scale = static_cast<double>(mode.width()) / panel.size.width();
         if (notchRows(panel) == m_height &&
             std::abs(mode.height() - panel.size.height() * scale) <= 1) {

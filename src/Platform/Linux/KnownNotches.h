@@ -7,9 +7,9 @@
 
 namespace morvane {
 
-/// The notches of panels that are known to have one. X tells nothing about them; the firmware of
-/// the machines that have them leaves the height in the device tree, and the rest is known by the
-/// panel's resolution. Reads the device tree once.
+/// The notches of panels that are known to have one. X tells nothing about them: the height comes
+/// from the device tree that the firmware provides, the rest from the panel's resolution. Reads the
+/// device tree once.
 class KnownNotches {
 public:
     explicit KnownNotches(const QString &deviceTree = QStringLiteral("/proc/device-tree"));

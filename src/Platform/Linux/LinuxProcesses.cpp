@@ -43,7 +43,7 @@ QByteArray contents(const QString &path, qint64 longest) {
     return file.open(QIODevice::ReadOnly) ? file.read(longest) : QByteArray();
 }
 
-/// Of all processes; empty where the machine doesn't tell.
+/// The numbers of all processes; empty if /proc doesn't show them.
 std::vector<std::int64_t> allNumbers() {
     std::vector<std::int64_t> numbers;
     for (QDirIterator entries(QStringLiteral("/proc"), QDir::Dirs); entries.hasNext();) {
@@ -57,7 +57,7 @@ std::vector<std::int64_t> allNumbers() {
     return numbers;
 }
 
-/// The inode of the space in which the process has its own number.
+/// The inode of the process's PID namespace.
 std::optional<std::uint64_t> numberSpace(std::int64_t id) {
     struct stat space {};
     const QByteArray link = QFile::encodeName(procPath(id, "ns/pid"));
@@ -72,7 +72,7 @@ bool isSameFile(const QString &path, const QString &other) {
            status.st_dev == otherStatus.st_dev && status.st_ino == otherStatus.st_ino;
 }
 
-/// Those that /proc/ID/status has behind a name; empty for a process that isn't there.
+/// The numbers behind a name in /proc/ID/status; empty for a process that isn't there.
 QList<QByteArray> statusNumbers(std::int64_t id, const QByteArray &name) {
     const QByteArray status = contents(procPath(id, "status"), longestStatus);
     const qsizetype begin = status.indexOf('\n' + name + ":\t") + 1;
@@ -80,13 +80,14 @@ QList<QByteArray> statusNumbers(std::int64_t id, const QByteArray &name) {
                      : QList<QByteArray>();
 }
 
-/// The number that the process has there: the last in the line, which begins with that of here.
+/// The process's number in its own PID namespace: the last in the line, which begins with its
+/// number in ours.
 std::int64_t innermostNumber(std::int64_t id) {
     const QList<QByteArray> numbers = statusNumbers(id, "NSpid");
     return numbers.isEmpty() ? 0 : numbers.last().toLongLong();
 }
 
-/// Not by the owner of /proc/ID, who is root where a program doesn't let itself be looked into.
+/// Doesn't go by the owner of /proc/ID, which is root for a process that isn't dumpable.
 bool isOurs(std::int64_t id) {
     return statusNumbers(id, "Uid").value(0) == QByteArray::number(::getuid());
 }
@@ -100,7 +101,7 @@ public:
         QObject::connect(m_notifier, &QSocketNotifier::activated, m_notifier,
                          [notifier = m_notifier, ended = std::move(ended)] {
                              notifier->setEnabled(false);
-                             // It may well end this watch.
+                             // The action may well destroy this watch.
                              const auto action = ended;
                              action();
                          });
@@ -123,7 +124,7 @@ QByteArray baseName(const QByteArray &path) {
 
 enum class Manner { natively, interpreted };
 
-/// How a command line runs the program, if it does. Interpreters are told their options before the
+/// How a command line runs the program, if it does. Interpreters take their own options before the
 /// script.
 std::optional<Manner> mannerOf(const QByteArray &commandLine, const QByteArray &program) {
     static const QList<QByteArray> interpreters{"node", "nodejs", "bun", "deno"};
@@ -179,17 +180,18 @@ Task LinuxProcesses::whenEnded(const ProcessIdentity &process, std::function<voi
     if (descriptor.number() < 0) {
         return errno == ESRCH ? m_scheduler.after(Seconds(0), std::move(ended)) : Task();
     }
-    // With the descriptor open the number can't become another's any more.
+    // The descriptor stays with its process; another process that has or gets the number differs in
+    // its start time.
     const auto present = ProcessStatus::of(process.id);
     if (present && present->startedAt != process.startedAt) {
         return m_scheduler.after(Seconds(0), std::move(ended));
     }
-    // The task holds the watch, and its end is the watch's.
+    // The task owns the watch, which ends with it.
     return Task([watch = std::make_shared<Watch>(std::move(descriptor), std::move(ended))] {});
 }
 
-/// To look at a thousand processes takes ten milliseconds. One that isn't found may still run where
-/// nobody here can see it.
+/// Searches in the background, since a thousand processes take ten milliseconds. A process that
+/// isn't found doesn't count as ended: it may run where it can't be seen from here.
 Task LinuxProcesses::whenFoundHasEnded(const ProcessIdentity &process,
                                        std::function<void()> ended) {
     struct Search {
@@ -224,7 +226,7 @@ std::optional<QStringList> LinuxProcesses::workingDirectories(const QString &pro
     }
     QStringList result;
     for (const std::int64_t id : running.keys()) {
-        // Many a program is a script that starts a native one of the same name.
+        // Many programs are scripts that start a native one of the same name.
         const auto status = ProcessStatus::of(id);
         if (!status || running.value(status->parent, Manner::natively) == Manner::interpreted) {
             continue;
@@ -234,7 +236,7 @@ std::optional<QStringList> LinuxProcesses::workingDirectories(const QString &pro
         if (!error) {
             result.append(QFile::decodeName(folder.c_str()));
         } else if (error == std::errc::permission_denied) {
-            return std::nullopt; // it doesn't let itself be looked into
+            return std::nullopt; // the process isn't dumpable
         }
     }
     return result;
@@ -292,13 +294,14 @@ QString LinuxProcesses::fileOf(const ProcessIdentity &process, const QString &pa
         return QFileInfo(path).canonicalFilePath();
     }
     const Descriptor folder(::open(QFile::encodeName(root).constData(), O_PATH | O_CLOEXEC));
-    // Else an absolute link would lead to a file of our own root.
+    // Without RESOLVE_IN_ROOT an absolute link would lead to a file in our own root.
     open_how how{.flags = O_PATH | O_CLOEXEC, .mode = 0, .resolve = RESOLVE_IN_ROOT};
     const Descriptor file(static_cast<int>(::syscall(
         SYS_openat2, folder.number(), QFile::encodeName(path).constData(), &how, sizeof how)));
     const QString there =
         QFile::symLinkTarget(QStringLiteral("/proc/self/fd/%1").arg(file.number()));
-    // The kernel tells the path from the root of the mounts, wherever that of the process is.
+    // The kernel gives the path from the root of the mount namespace, wherever the process's root
+    // is.
     return sharesMounts || there.isEmpty() ? there : root + there;
 }
 

@@ -7,12 +7,12 @@ namespace morvane {
 class BackgroundPool;
 class Scheduler;
 
-/// Processes as /proc shows them, and their ends by pidfds, which cost nothing until then. One of
-/// another number space, such as a sandbox's, is looked for among all that are here, once it is
-/// watched.
+/// Reads processes from /proc, and learns of their ends through pidfds, which cost nothing until
+/// then. To watch a process of another PID namespace, such as a sandbox's, it searches all
+/// processes here for it.
 class LinuxProcesses : public Processes {
 public:
-    /// The scheduler outlives this, which outlives the pool.
+    /// The scheduler must outlive this object, which must outlive the pool.
     LinuxProcesses(Scheduler &scheduler, BackgroundPool &background)
         : m_scheduler(scheduler), m_background(background) {}
 
@@ -25,14 +25,14 @@ public:
     QByteArrayList environment(std::int64_t process) const override;
     QString fileOf(const ProcessIdentity &process, const QString &path) const override;
 
-    /// Whether the process has its number in our own space, not in a sandbox's.
+    /// Whether the process's number belongs to our own PID namespace, not to a sandbox's.
     static bool isNumberedHere(const ProcessIdentity &process);
 
-    /// The number that the process has in our own space; none where it can't be seen, or has ended.
-    /// Looks at every process where that one isn't numbered here; safe from any thread.
+    /// The process's number in our own PID namespace; none if it can't be seen or has ended.
+    /// Searches all processes if the process isn't numbered here; safe from any thread.
     static std::optional<std::int64_t> numberHere(const ProcessIdentity &process);
 
-    /// What the process was started with, as a folder like /proc tells.
+    /// The environment that the process was started with, read from a folder like /proc.
     static QByteArrayList environment(std::int64_t process, const QString &folder);
 
 private:

@@ -13,7 +13,7 @@ namespace morvane {
 
 struct LoadedHttpsClient::Waiting {
     HttpsRequest request;
-    Finished finished; ///< none once nobody waits any more
+    Finished finished; ///< empty once it has been used or cancelled
     Task transfer;
 };
 
@@ -27,7 +27,8 @@ QString LoadedHttpsClient::libraryOfProgram() {
 }
 
 Task LoadedHttpsClient::send(const HttpsRequest &request, Finished finished) {
-    // Whatever becomes of it on other threads, what is in it comes and goes on this one.
+    // Its last reference may go on another thread, but its contents are made and destroyed on this
+    // one.
     const auto waiting = std::make_shared<Waiting>(Waiting{request, std::move(finished), {}});
     m_background.compute(
         [library = m_library] {

@@ -11,13 +11,13 @@
 
 namespace morvane {
 
-/// The client of network.so, which is loaded for the first request and stays: with Qt's network
-/// access and all that it needs it takes a megabyte, and most have nothing to ask for. Where it
-/// can't be used, as after an upgrade of this program or of Qt under a running one, no request is
-/// answered. Owned by the application; main thread.
+/// The client of network.so, which is loaded at the first request and stays loaded: with Qt's
+/// network access it takes a megabyte, and most people never need it. If it can't be used, as after
+/// an upgrade of this program or of Qt while this one runs, requests finish without an answer.
+/// Owned by the application; main thread.
 class LoadedHttpsClient : public HttpsClient {
 public:
-    /// Takes the path of the library. The others must outlive the client.
+    /// Takes the library's path. The scheduler and the pool must outlive the client.
     LoadedHttpsClient(QString library, Scheduler &scheduler, BackgroundPool &background);
 
     /// Where the library of this program is.
@@ -34,7 +34,7 @@ private:
     Scheduler &m_scheduler;
     BackgroundPool &m_background;
     std::unique_ptr<HttpsClient> m_client;
-    QObject m_loading; ///< what is heard of it ends with the client
+    QObject m_loading; ///< its destruction drops pending loads
 };
 
 } // namespace morvane

@@ -21,7 +21,7 @@ LowPriorityPool::~LowPriorityPool() {
     m_waiting.clear();
     m_changed.notify_all();
     if (!m_changed.wait_for(lock, m_patience, [this] { return m_running == 0; })) {
-        // Nothing brings a thread back from a call that doesn't return, and as long as it is there
+        // A thread in a call that doesn't return can't be stopped, and while this process exists
         // the program can't be started again.
         m_giveUp();
     }
@@ -40,8 +40,8 @@ void LowPriorityPool::run(std::function<void()> work) {
     m_changed.notify_one();
 }
 
-/// Where the system has no thread to give, those that are there have to do, or the work waits for
-/// a better time.
+/// If the system refuses a thread, the existing ones have to do, or the work waits until a later
+/// call gets one.
 void LowPriorityPool::addThread() {
     try {
         m_threads.emplace_back([this] { runThread(); });
@@ -50,7 +50,7 @@ void LowPriorityPool::addThread() {
 }
 
 void LowPriorityPool::runThread() {
-    // Linux counts a thread as a process of its own here; the disk follows the same number.
+    // Linux applies this to the one thread, and derives its disk priority from it.
     ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), niceness);
     std::unique_lock lock(m_mutex);
     for (;;) {

@@ -14,13 +14,13 @@
 namespace morvane {
 
 /// A few threads that give way to everything else on the machine. Each is started when there is
-/// work that no other thread is free for, and sleeps when there is none; work that hangs, as on a
-/// file system that answers no more, keeps its thread. The end of the pool, which is the program's,
-/// drops what has not begun and gives what runs a second.
+/// work and no thread is free, and sleeps while there is none; work that hangs, as on a dead file
+/// system, keeps its thread. The pool is destroyed at the program's end: it then drops work that
+/// has not begun and gives running work a second.
 class LowPriorityPool : public BackgroundPool {
 public:
-    /// Where something still runs when the patience is over, `giveUp` is called, which is to end
-    /// the process as it is. When it returns, what runs is waited for.
+    /// If work still runs when `patience` is over, the destructor calls `giveUp`, which should end
+    /// the process at once. If that returns, the destructor waits for the work.
     explicit LowPriorityPool(std::function<void()> giveUp,
                              std::chrono::milliseconds patience = std::chrono::seconds(1))
         : m_giveUp(std::move(giveUp)), m_patience(patience) {}

@@ -7,9 +7,9 @@ namespace morvane {
 class BackgroundPool;
 class Scheduler;
 
-/// What network.so has to give: a client, for whoever asks to own; none where Qt has been upgraded
-/// under the running program. Its name, NETWORK_LIBRARY_ENTRY, holds the version and the build's
-/// number, since what lies beside a running program may be a newer one's.
+/// The function that network.so exports. It returns a client that the caller owns, or null if Qt
+/// has been upgraded while the program runs. Its name, NETWORK_LIBRARY_ENTRY, contains the version
+/// and the build number, since the library on the disk may be newer than the running program.
 using MakeHttpsClient = HttpsClient *(Scheduler &scheduler, BackgroundPool &background);
 
 } // namespace morvane

@@ -31,7 +31,8 @@ void start(QProcess &process, const Tools::Command &command) {
     process.setChildProcessModifier([] {
         ::setpgid(0, 0);
         restoreDescriptorLimit();
-        // Morvane may end without waiting for the thread that talks. A launcher passes this one on.
+        // Morvane may exit without waiting for the thread that talks. SIGTERM, since a launcher
+        // passes it on.
         ::prctl(PR_SET_PDEATHSIG, SIGTERM);
     });
     process.start(command.program, command.arguments);
@@ -40,7 +41,7 @@ void start(QProcess &process, const Tools::Command &command) {
 End talk(QProcess &process, const Replying &reply, const QDeadlineTimer &deadline) {
     for (bool isThere = true; isThere;) {
         isThere = process.waitForReadyRead(left(deadline));
-        // What it said before its end counts.
+        // What the program wrote before it ended counts.
         if (const QByteArray heard = process.readAllStandardOutput(); !heard.isEmpty()) {
             const ToolDialogue::Reply answer = reply(heard);
             if (answer.concludes) {
@@ -55,7 +56,7 @@ End talk(QProcess &process, const Replying &reply, const QDeadlineTimer &deadlin
     return End::left;
 }
 
-/// The group outlives the process that it is named after for as long as there is anybody in it.
+/// The group outlives its leader for as long as it has a member.
 void endAll(QProcess &process, pid_t group) {
     process.closeReadChannel(QProcess::StandardOutput);
     process.closeWriteChannel();

@@ -4,8 +4,8 @@
 
 namespace morvane {
 
-/// Over pipes, with each program in a process group of its own, so that what it has started ends
-/// with it. Owned by the application.
+/// Talks over pipes to a program in its own process group, so that what it has started ends with
+/// it. Owned by the application.
 class ProcessDialogue : public ToolDialogue {
 public:
     End hold(const Tools::Command &command, const QByteArray &opening,

@@ -5,7 +5,7 @@
 namespace morvane {
 
 /// The name stands in parentheses and may itself hold blanks and parentheses, so the fields behind
-/// it count from the last one.
+/// it are counted from the last parenthesis.
 std::optional<ProcessStatus> ProcessStatus::of(std::int64_t id, const QString &folder) {
     QFile file(QStringLiteral("%1/%2/stat").arg(folder).arg(id));
     const QByteArray text = file.open(QIODevice::ReadOnly) ? file.read(4096) : QByteArray();

@@ -8,7 +8,7 @@
 
 namespace morvane {
 
-/// What /proc says of a process in its "stat". A plain value.
+/// A process's fields from /proc/ID/stat. A plain value.
 struct ProcessStatus {
     std::int64_t id = 0;
     QByteArray name; ///< as the kernel keeps it, cut to 15 bytes
@@ -18,7 +18,7 @@ struct ProcessStatus {
     std::int64_t session = 0;
     std::int64_t terminal = 0;        ///< its device's number; 0 where there is none
     std::int64_t foregroundGroup = 0; ///< of that terminal
-    std::uint64_t startedAt = 0;      ///< clock ticks since the machine has started
+    std::uint64_t startedAt = 0;      ///< in clock ticks since boot
 
     /// None for a process that isn't there. `folder` is one like /proc.
     static std::optional<ProcessStatus> of(std::int64_t id,

@@ -28,14 +28,15 @@ Date beginningOf(const ProcessStatus &status) {
     return std::chrono::system_clock::now() - (std::chrono::seconds(now.tv_sec) - before);
 }
 
-/// As the kernel writes it there: the lowest byte of the minor number, the major number, the rest.
+/// As in /proc/ID/stat: the lowest byte of the minor number, the major number, the rest of the
+/// minor number.
 qint64 numberOf(dev_t device) {
     const unsigned int low = minor(device) & 0xffU;
     const unsigned int high = minor(device) & ~0xffU;
     return static_cast<qint32>(low | (major(device) << 8U) | (high << 12U));
 }
 
-/// The files behind a process's standard streams; none of one that can't be looked into.
+/// The files behind a process's standard streams; empty if they can't be read.
 QList<struct stat> streamsOf(qint64 id, const QString &folder) {
     QList<struct stat> result;
     for (const int number : std::array{0, 1, 2}) {
@@ -48,7 +49,7 @@ QList<struct stat> streamsOf(qint64 id, const QString &folder) {
     return result;
 }
 
-/// Each container numbers its terminals by itself, on a file system of its own.
+/// Compares the files, since each container numbers its own terminals, on its own file system.
 bool runsIn(qint64 id, const struct stat &device, const QString &folder) {
     return std::ranges::any_of(streamsOf(id, folder), [&](const struct stat &stream) {
         return stream.st_dev == device.st_dev && stream.st_ino == device.st_ino;
@@ -83,7 +84,7 @@ QString TerminalProcesses::variable(const QByteArray &name) const {
     return found == environment.end() ? QString() : QString::fromUtf8(found->mid(name.size() + 1));
 }
 
-/// Only below /dev: elsewhere a path that somebody has made up may lead to a disk that hangs.
+/// Accepts only paths below /dev: a made-up path elsewhere may lead to a disk that hangs.
 TerminalProcesses TerminalProcesses::of(const QString &tty,
                                         const std::optional<ProcessIdentity> &resident) {
     struct stat info {};
@@ -93,7 +94,7 @@ TerminalProcesses TerminalProcesses::of(const QString &tty,
     }
     const auto number = resident ? LinuxProcesses::numberHere(*resident) : std::nullopt;
     if (resident && !number && !LinuxProcesses::isNumberedHere(*resident)) {
-        return {}; // what can't be seen may have terminals of its own
+        return {}; // a process that can't be seen may have terminals of its own
     }
     TerminalProcesses result = of(info, QStringLiteral("/proc"), number.value_or(0));
     result.openedAt = std::min(result.openedAt, Date(std::chrono::seconds(info.st_ctim.tv_sec)));

@@ -13,7 +13,7 @@ struct stat;
 
 namespace morvane {
 
-/// Who stands behind a terminal device. A plain value.
+/// The processes behind a terminal device. A plain value.
 struct TerminalProcesses {
     struct Process {
         qint64 id = 0;
@@ -21,29 +21,31 @@ struct TerminalProcesses {
 
         friend bool operator==(const Process &, const Process &) = default;
     };
-    /// From the shell (or what else leads the terminal's session) to the one that the system has
-    /// started; one of them has the window, if any has. Without the first process of the system.
+    /// From the shell (or whatever leads the terminal's session) up to the one that the system's
+    /// first process has started. If any process has the terminal's window, it is one of these.
     QList<Process> ancestors;
 
-    /// What the shell was started with, each as NAME=VALUE. May be out of date, or of another
-    /// terminal further out.
+    /// The environment that the shell was started with, each entry as NAME=VALUE. May be out of
+    /// date, or inherited from an outer terminal.
     QList<QByteArray> environment;
 
-    /// When the terminal was opened. By its device, as the clock was set then, or by the shell, as
-    /// it is set now, whichever is earlier: the clock may be set, and some programs touch devices.
+    /// When the terminal was opened: the device's time by the clock of then, or the shell's start
+    /// by the clock of now, whichever is earlier. The clock may have been set since, and some
+    /// programs touch devices.
     Date openedAt = {};
 
-    /// The value of a variable of that; empty where it isn't set.
+    /// The value of a variable in `environment`; empty if it isn't set.
     QString variable(const QByteArray &name) const;
 
-    /// Of a terminal such as "/dev/pts/3"; empty for what is none, or is nobody's, and where
-    /// `resident`, a process that runs in the terminal which is meant, has a container's of the
-    /// same name, or runs where it can't be seen. Reads many small files; safe from any thread.
+    /// For a terminal such as "/dev/pts/3". `resident` is a process that runs in the terminal in
+    /// question. Empty if the path is no terminal or has no session, and if `resident` runs in a
+    /// container's terminal of the same name, or where it can't be seen. Reads many small files;
+    /// safe from any thread.
     static TerminalProcesses of(const QString &tty,
                                 const std::optional<ProcessIdentity> &resident = {});
 
-    /// The same for the device, as a folder like /proc shows the processes, with the number that
-    /// the resident has there; 0 where none is known.
+    /// The same for a device, with the processes in a folder like /proc and the resident's number
+    /// there, 0 if none is known.
     static TerminalProcesses of(const struct stat &device, const QString &folder,
                                 qint64 resident = 0);
 };

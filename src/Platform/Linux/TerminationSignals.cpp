@@ -17,7 +17,7 @@ namespace {
 /// Never closed: a signal may come at any time.
 int event = -1;
 
-/// Nothing else is safe to do in here.
+/// Nothing else is safe in a signal handler.
 void note(int) {
     const int error = errno;
     const std::uint64_t one = 1;
@@ -54,7 +54,7 @@ void endOnTerminationSignals(QCoreApplication &application) {
     }
 }
 
-/// A signal that is ignored would be so in every program that is started.
+/// Not SIG_IGN, which every program started from here would inherit.
 void failWritesPastLimit() {
     catchSignal(
         SIGXFSZ, [](int) {}, 0);

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int mostWaiting = 16;
 
-/// Makes a socket and does that to it with the path.
+/// Makes a socket and applies `use` to it and the path's address.
 template <typename Use>
 Socket socketFor(const QString &path, Use use) {
     const QByteArray name = QFile::encodeName(path);
@@ -40,7 +40,7 @@ Socket connectTo(const QString &path) {
 
 Socket listenAt(const QString &path) {
     return socketFor(path, [](int number, const sockaddr *address, socklen_t size) {
-        // The file that gets the name has the rights of the socket.
+        // The file that `bind` makes gets the mode of the socket.
         if (::fchmod(number, S_IRUSR | S_IWUSR) != 0) {
             return -1;
         }

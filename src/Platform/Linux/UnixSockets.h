@@ -4,19 +4,19 @@
 
 #include <QString>
 
-/// Sockets of this machine that are known by their paths, for streams. Safe from any thread.
+/// Unix domain stream sockets with a path. Safe from any thread.
 namespace morvane::UnixSockets {
 
-/// A socket that doesn't wait and isn't inherited, or why there is none.
+/// A non-blocking, close-on-exec socket, or why there is none.
 struct Socket {
     Descriptor descriptor;
-    int error = 0; ///< where there is none; ENAMETOOLONG for a path that no socket can have
+    int error = 0; ///< if there is none; ENAMETOOLONG for a path too long for a socket
 };
 
-/// To whoever listens; EAGAIN where too many wait for that already.
+/// Connects to whoever listens; EAGAIN if the listener's backlog is full.
 Socket connectTo(const QString &path);
 
-/// In the place of whatever socket has that path; only this user can connect.
+/// Listens at the path, replacing any file there; only this user can connect.
 Socket listenAt(const QString &path);
 
 } // namespace morvane::UnixSockets

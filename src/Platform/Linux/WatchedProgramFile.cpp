@@ -12,7 +12,7 @@ namespace morvane {
 WatchedProgramFile::WatchedProgramFile(QString path)
     : m_path(std::move(path)), m_identity(identityOf(m_path)),
       m_changes(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
-    // What is renamed over the file takes a name away from it, which counts as a change of it.
+    // Renaming another file over this one removes its link, which inotify reports as IN_ATTRIB.
     const QByteArray file = QFile::encodeName(m_path);
     if (::inotify_add_watch(m_changes.number(), file.constData(), IN_ATTRIB | IN_MOVE_SELF) >= 0) {
         m_notifier.emplace(m_changes.number(), QSocketNotifier::Read);

@@ -12,8 +12,8 @@
 
 namespace morvane {
 
-/// A program's file as the kernel tells of it: nothing is asked while nothing changes. By inotify
-/// itself, since Qt's watcher takes 190 KB for this one file.
+/// Watches a program's file without polling. Uses inotify directly, since Qt's watcher takes 190 KB
+/// for this one file.
 class WatchedProgramFile : public ProgramFile {
     Q_OBJECT
 
@@ -32,7 +32,7 @@ private:
     const QString m_path;
     const std::optional<Identity> m_identity;
     const Descriptor m_changes;
-    std::optional<QSocketNotifier> m_notifier; ///< of them, where they are told
+    std::optional<QSocketNotifier> m_notifier; ///< for `m_changes`; none if the watch failed
 };
 
 } // namespace morvane

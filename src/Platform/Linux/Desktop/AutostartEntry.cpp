@@ -27,7 +27,7 @@ Failure entryNotWritten(const QString &path, const QString &reason) {
 AutostartEntry::AutostartEntry(QString program)
     : m_program(std::move(program)), m_path(entryPath()) {}
 
-/// Desktops that let a person switch an entry off do it by one of two keys, and leave the file.
+/// Desktops switch an entry off by one of two keys, and leave the file in place.
 bool AutostartEntry::isEnabled() const {
     const auto says = [this](const char *key, const char *value) {
         return DesktopEntry::value(m_path, QLatin1String(key)) == QLatin1String(value);
@@ -36,8 +36,9 @@ bool AutostartEntry::isEnabled() const {
            !says("X-GNOME-Autostart-enabled", "false") && startsUs();
 }
 
-/// The program of the entry may have moved, or have been removed, since that was written; or the
-/// entry is that of another copy of this one. One of another name may be on the way to us.
+/// The entry's program may have been moved or removed since the entry was written, or the entry may
+/// belong to another copy of this program. A program of another name may be a wrapper that starts
+/// us.
 bool AutostartEntry::startsUs() const {
     const auto command = DesktopEntry::command(
         DesktopEntry::value(m_path, QLatin1String("Exec")).value_or(QString()));
@@ -63,7 +64,7 @@ Result<void> AutostartEntry::registerItem() {
                DesktopEntry::execValue(m_program) + ' ' + option.latin1() +
                "\n"
                "StartupNotify=false\n");
-    // The commit alone overlooks a failure to write what is buffered.
+    // `commit` alone overlooks a failure to write buffered data.
     if (!file.flush() || !file.commit()) {
         return entryNotWritten(m_path, file.errorString());
     }

@@ -13,10 +13,10 @@ class AutostartEntry : public LoginItem {
     Q_DECLARE_TR_FUNCTIONS(AutostartEntry)
 
 public:
-    /// What the entry says to the program, which has nobody waiting for it at a login.
+    /// The option that the entry passes to the program: at a login nobody waits for it.
     static constexpr QLatin1String option{"--at-login"};
 
-    /// The program is what is to be started: an absolute path.
+    /// `program` is the absolute path of what to start.
     explicit AutostartEntry(QString program);
 
     bool isEnabled() const override;

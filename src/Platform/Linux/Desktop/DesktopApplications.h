@@ -4,8 +4,8 @@
 
 namespace morvane {
 
-/// The applications that have a desktop entry in one of the XDG data folders. Reads one small file
-/// for each question.
+/// The applications that have a desktop entry in one of the XDG data folders. Each call reads a
+/// small file.
 class DesktopApplications : public InstalledApplications {
 public:
     std::optional<QString> displayName(const QString &bundleID) const override;

@@ -9,8 +9,8 @@ namespace morvane::DesktopEntry {
 
 namespace {
 
-/// Undoes the escapes that a value of any key may have. What follows another backslash stays as it
-/// is, for the next reader.
+/// Undoes the escapes that any key's value may have. Any other backslash sequence stays as it is,
+/// for the next reader.
 QString unescaped(const QString &value) {
     QString result;
     for (qsizetype index = 0; index < value.size(); ++index) {
@@ -23,7 +23,8 @@ QString unescaped(const QString &value) {
     return result;
 }
 
-/// Splits a command line into its words, and takes out what stands for the files to open.
+/// Splits a command line into words, and drops the field codes, such as those for the files to
+/// open.
 class CommandReader {
 public:
     explicit CommandReader(const QString &text) : m_text(text) {}
@@ -58,7 +59,7 @@ private:
         return true;
     }
 
-    /// Between quotes a backslash means itself before most characters.
+    /// Between quotes a backslash stands for itself before most characters.
     bool readEscape() {
         if (m_index == m_text.size()) {
             return false;
@@ -93,13 +94,14 @@ private:
     qsizetype m_index = 0;
     QChar m_quote; ///< null outside of quotes
     QString m_word;
-    bool m_isWord = false; ///< quotes alone make an empty one, and a field code none
+    bool m_isWord = false; ///< a pair of quotes makes an empty word, a field code none
     QStringList m_words;
 };
 
 } // namespace
 
-/// What hooks report as an application is not to lead out of the data folders.
+/// An id with a slash is refused: what hooks report as an application must not lead out of the data
+/// folders.
 std::optional<QString> pathOf(const QString &id) {
     const QString path = id.contains(QLatin1Char('/'))
                              ? QString()
@@ -126,8 +128,8 @@ std::optional<QString> value(const QString &path, QLatin1String key) {
     return std::nullopt;
 }
 
-/// Three layers, each undone by its own reader: field codes, quotes, and the escapes of every
-/// value, which come last and so double the backslashes of the quotes.
+/// Escapes three layers, each undone by its own reader: field codes, quotes, and the escapes of
+/// every value. Those come last and so double the backslashes of the quotes.
 QByteArray execValue(const QString &program) {
     QString text = program;
     text.replace(QLatin1Char('%'), QLatin1String("%%"));

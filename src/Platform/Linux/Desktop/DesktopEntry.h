@@ -9,20 +9,20 @@
 /// Files in the desktop entry format of freedesktop.org.
 namespace morvane::DesktopEntry {
 
-/// The file of the application whose entry has this id, without its ending; none where it isn't
+/// The file of the desktop entry with this id, given without ".desktop"; none if it isn't
 /// installed.
 std::optional<QString> pathOf(const QString &id);
 
-/// What the main group of a file has for a key; none when there is no such file or key. Values in
-/// other languages have keys of their own.
+/// The value of a key in the file's main group; none if there is no such file or key. Translated
+/// values have keys of their own.
 std::optional<QString> value(const QString &path, QLatin1String key);
 
-/// A program without arguments as the value of "Exec", whatever its path is made of.
+/// The value of "Exec" for a program without arguments. Escapes any character in its path.
 QByteArray execValue(const QString &program);
 
-/// The program and its arguments that a value of "Exec" stands for, when there is nothing to open;
-/// none where the value is malformed. Quotes are read as a shell reads them, beyond what the format
-/// allows, since many entries count on it.
+/// The program and arguments of an "Exec" value, with no files to open; none if the value is
+/// malformed. Quotes are read as in a shell, which is more than the format allows, since many
+/// entries count on it.
 std::optional<QStringList> command(const QString &execValue);
 
 } // namespace morvane::DesktopEntry

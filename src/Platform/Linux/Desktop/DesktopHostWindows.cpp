@@ -12,7 +12,7 @@ namespace morvane {
 
 namespace {
 
-/// What the application's windows may call it.
+/// The names that the application's windows may have for it.
 QStringList namesOf(const QString &bundleID) {
     QStringList result = KnownApplications::windowClasses(bundleID);
     result.append(bundleID);
@@ -28,7 +28,7 @@ QStringList namesOf(const QString &bundleID) {
     return result;
 }
 
-/// The windows of the process that is the nearest to the shell of those that have any.
+/// The windows of the shell's nearest ancestor that has any.
 QList<WindowSystem::Window> windowsAround(const TerminalProcesses &processes,
                                           const QList<WindowSystem::Window> &windows) {
     QList<WindowSystem::Window> result;
@@ -42,7 +42,7 @@ QList<WindowSystem::Window> windowsAround(const TerminalProcesses &processes,
     return result;
 }
 
-/// What serves logins from other machines; OpenSSH has several programs for it.
+/// True if a server for remote logins is among the ancestors; OpenSSH has several programs for it.
 bool isRemoteLogin(const TerminalProcesses &processes) {
     return std::ranges::any_of(processes.ancestors, [](const auto &ancestor) {
         return ancestor.name.startsWith("sshd") || ancestor.name == "mosh-server" ||
@@ -50,12 +50,12 @@ bool isRemoteLogin(const TerminalProcesses &processes) {
     });
 }
 
-/// Some terminals put their own name behind the tab's.
+/// Some terminals append their own name to the tab's title.
 bool isTitled(const WindowSystem::Window &window, const QString &tab) {
     return window.title == tab || window.title.startsWith(tab + QStringLiteral(" — "));
 }
 
-/// The one window for which the condition holds.
+/// The id of the only window for which the condition holds; empty if there are none or several.
 template <typename Condition>
 QString onlyOne(const QList<WindowSystem::Window> &windows, Condition condition) {
     const auto first = std::ranges::find_if(windows, condition);
@@ -110,8 +110,8 @@ void DesktopHostWindows::showTerminal(const TerminalDevice &terminal, Shown show
                    });
 }
 
-/// A program with one window has it there. Of several, the terminal tells which, now or when it
-/// started the shell; else a guess would be as good as none.
+/// If the program has one window, that is it. Of several, the terminal names one, now or when it
+/// started the shell; without that, none is activated rather than a guess.
 void DesktopHostWindows::showWindow(const TerminalProcesses &processes,
                                     const TerminalTabs::Outcome &tab, const Shown &shown) {
     m_windows->list([this, processes, tab, shown](const auto &listing) {

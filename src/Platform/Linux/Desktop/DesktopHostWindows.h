@@ -14,8 +14,8 @@ class BackgroundPool;
 class Scheduler;
 struct TerminalProcesses;
 
-/// Programs that host sessions, found by what their windows call them, over the desktop's way to
-/// windows. Owned by the application; the pool and the scheduler must outlive it.
+/// Finds programs that host sessions by the names on their windows, through the desktop's window
+/// system. Owned by the application; the pool and the scheduler must outlive it.
 class DesktopHostWindows : public HostWindows {
 public:
     DesktopHostWindows(std::unique_ptr<WindowSystem> windows, const QDBusConnection &bus,
@@ -35,7 +35,7 @@ private:
     TerminalTabs m_tabs;
     BackgroundPool &m_pool;
     Scheduler &m_scheduler;
-    QObject m_context; ///< with it go the answers that are still to come
+    QObject m_context; ///< its destruction drops pending answers
 };
 
 } // namespace morvane

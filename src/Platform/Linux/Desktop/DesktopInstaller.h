@@ -5,9 +5,8 @@
 
 namespace morvane {
 
-/// Whatever the desktop opens a package with, by xdg-open: GNOME Software, Discover or GDebi where
-/// they are installed. A desktop that has none of them may show what is inside of the package
-/// instead, which nothing here can tell apart.
+/// Opens a package with xdg-open, in GNOME Software, Discover or GDebi where they are installed. A
+/// desktop without them may show the package's contents instead; that can't be told apart here.
 class DesktopInstaller : public PackageInstaller {
 public:
     [[nodiscard]] bool open(const QString &path) override {

@@ -16,13 +16,14 @@ namespace morvane::DesktopLauncher {
 
 namespace {
 
-constexpr unsigned int firstOwn = 3; ///< the descriptor behind input, output and errors
+constexpr unsigned int firstOwn = 3; ///< the descriptor after the standard streams
 
 bool isTrue(const std::optional<QString> &value) {
     return value == QLatin1String("true") || value == QLatin1String("1");
 }
 
-/// A program that lies in a folder is to be named by its whole path: ours means nothing to it.
+/// A program with a slash in its name must have an absolute path: a path relative to our folder
+/// means nothing.
 QString executable(const QString &program) {
     if (!program.contains(QLatin1Char('/'))) {
         return QStandardPaths::findExecutable(program);
@@ -31,7 +32,7 @@ QString executable(const QString &program) {
     return info.isAbsolute() && info.isFile() && info.isExecutable() ? program : QString();
 }
 
-/// The program's whole path and its arguments; none where the entry can't be started.
+/// The program's absolute path and its arguments; none if the entry can't be started.
 std::optional<QStringList> commandOf(const QString &entry) {
     if (isTrue(DesktopEntry::value(entry, QLatin1String("Hidden"))) ||
         isTrue(DesktopEntry::value(entry, QLatin1String("Terminal")))) {
@@ -45,7 +46,7 @@ std::optional<QStringList> commandOf(const QString &entry) {
     return command && !command->first().isEmpty() ? command : std::nullopt;
 }
 
-/// Ours, without what was said to this program alone.
+/// Our environment, without what is meant for this program alone.
 QProcessEnvironment environment(const QString &startupID) {
     QProcessEnvironment result = QProcessEnvironment::systemEnvironment();
     for (const char *own :
@@ -61,15 +62,16 @@ QProcessEnvironment environment(const QString &startupID) {
     return result;
 }
 
-/// In the child. Its own child becomes the application, and is nobody's; this one ends at once,
-/// which is what the parent hears. Only what may be called after a fork in a program with threads.
+/// Runs in the forked child. A second fork becomes the application, an orphan; the child itself
+/// exits at once, which is what the parent sees. Makes only calls that are allowed after a fork in
+/// a program with threads.
 void detach() {
     ::setsid();
     if (::fork() != 0) {
         ::_exit(0);
     }
     restoreDescriptorLimit();
-    // Whatever this program has been given by the one that has started it.
+    // Includes the descriptors that this program has inherited itself.
     ::close_range(firstOwn, ~0U, CLOSE_RANGE_CLOEXEC);
 }
 

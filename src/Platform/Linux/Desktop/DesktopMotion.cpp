@@ -26,7 +26,7 @@ std::optional<Value> as(const QVariant &value) {
                                                             : std::nullopt;
 }
 
-/// The desktop keeps the factor as the text of its configuration file.
+/// KDE's portal reports the factor as the text in its configuration file.
 bool isZero(const QVariant &factor) {
     bool isNumber = false;
     return as<QString>(factor).value_or(QString()).toDouble(&isNumber) == 0 && isNumber;
@@ -45,8 +45,8 @@ DesktopMotion::DesktopMotion(const QDBusConnection &bus)
                     ask();
                 }
             });
-    // The bus knows signals by their name alone. The message comes whole, since Qt drops a signal
-    // whose arguments are of a type that it has not yet met in this process.
+    // Takes the whole message, since Qt drops a signal with arguments of a type that it hasn't yet
+    // met in this process.
     m_bus.connect(service, path, interface, QStringLiteral("SettingChanged"), this,
                   SLOT(settingChanged(QDBusMessage)));
     ask();
@@ -84,8 +84,8 @@ void DesktopMotion::refresh() {
     }
 }
 
-/// Where the desktops' common setting exists it is the last word, since the others may be left
-/// over from another desktop.
+/// The setting common to all desktops takes precedence, since the others may be left over from
+/// another desktop.
 bool DesktopMotion::isAskedFor() const {
     const auto value = [this](const QString &space, const char *key) {
         return m_settings.value(space).value(QLatin1String(key));

@@ -11,9 +11,9 @@
 
 namespace morvane {
 
-/// What the desktop's settings portal says about motion, which each desktop keeps under a name of
-/// its own. Until it has answered, and where there is no portal, motion is not reduced. Owned by
-/// the application; main thread.
+/// Reads the motion settings from the desktop's settings portal; each desktop has its own key.
+/// Until the portal has answered, and where there is none, motion is not reduced. Owned by the
+/// application; main thread.
 class DesktopMotion : public MotionPreference {
     Q_OBJECT
 
@@ -32,7 +32,7 @@ private:
 
     QDBusConnection m_bus;
     QDBusServiceWatcher m_watcher;
-    QMap<QString, QVariantMap> m_settings; ///< by namespace, as the portal has told them
+    QMap<QString, QVariantMap> m_settings; ///< by namespace, as the portal reports them
     bool m_isReduced = false;
 };
 

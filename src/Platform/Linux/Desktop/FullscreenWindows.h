@@ -8,17 +8,18 @@
 
 namespace morvane {
 
-/// Where on the screen a full-screen program is in front, in the way of one kind of desktop. Best
+/// Reports where on the screen a full-screen program is in front, on one kind of desktop. Best
 /// effort; main thread.
 class FullscreenWindows : public QObject {
     Q_OBJECT
 
 public:
-    /// Begins to look. Not before somebody needs it, since what windows do wakes the program up
-    /// from then on.
+    /// Starts to watch. Call it only when somebody needs it, since window changes wake the program
+    /// up from then on.
     virtual void follow() = 0;
 
-    /// The places of those windows, in the X screen's own pixels. None before `follow`.
+    /// The rectangles of the full-screen windows, in the X screen's own pixels. None before
+    /// `follow`.
     QList<QRect> areas() const { return m_areas; }
 
 signals:

@@ -41,7 +41,7 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, Shortcut &shortcu
     return argument;
 }
 
-/// As the portal wants a key spelled: its modifiers in capitals, and the name of its symbol.
+/// The key as the portal spells it: the modifiers in capitals, then the name of its symbol.
 QString triggerOf(const HotKey &key) {
     QString result;
     result += key.control ? QStringLiteral("CTRL+") : QString();
@@ -60,7 +60,7 @@ GlobalShortcutsPortal::GlobalShortcutsPortal(const QDBusConnection &bus)
     if (!m_bus.isConnected()) {
         return;
     }
-    // One that takes the place of another knows nothing of what was asked for and given there.
+    // A portal that replaces another knows nothing of the other's sessions.
     connect(&m_watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString &, const QString &, const QString &owner) {
                 m_session.clear();
@@ -81,7 +81,7 @@ GlobalShortcutsPortal::GlobalShortcutsPortal(const QDBusConnection &bus)
     introduce();
 }
 
-/// Desktops of today ask every program for its name, and older ones know no such call.
+/// Current portals require it of every program; older ones don't know the call.
 void GlobalShortcutsPortal::introduce() {
     QDBusMessage call = QDBusMessage::createMethodCall(portalService, portalPath, portalRegistry,
                                                        QStringLiteral("Register"));
@@ -109,7 +109,7 @@ HotKeys::State GlobalShortcutsPortal::state(std::uint32_t id) const {
     return known != m_keys.end() ? known->second.state : State::unavailable;
 }
 
-/// A session takes its shortcuts once and for all.
+/// A session's shortcuts can't be changed, so each change needs a new session.
 void GlobalShortcutsPortal::startAnew() {
     endRequest();
     closeSession();
@@ -133,7 +133,7 @@ void GlobalShortcutsPortal::closeSession() {
     }
 }
 
-/// By its place among them a shortcut is known again the next time, whatever the language.
+/// The index identifies a shortcut the next time, whatever the language of its description.
 void GlobalShortcutsPortal::bindShortcuts() {
     QList<Shortcut> shortcuts;
     for (const auto &[id, key] : m_keys) {
@@ -149,7 +149,7 @@ void GlobalShortcutsPortal::bindShortcuts() {
         });
 }
 
-/// A person may have left some of them out.
+/// The person may have left some out.
 void GlobalShortcutsPortal::takeShortcuts(const QVariant &list) {
     const auto argument = list.value<QDBusArgument>();
     const auto bound = argument.currentSignature() == QLatin1String("a(sa{sv})")
@@ -166,7 +166,7 @@ void GlobalShortcutsPortal::takeShortcuts(const QVariant &list) {
     });
 }
 
-/// The answer comes as a signal of an object that the call names beforehand.
+/// The answer comes as a signal from a request object whose path the call determines beforehand.
 void GlobalShortcutsPortal::ask(const QString &method, QVariantList arguments, QVariantMap options,
                                 Use use) {
     const QString token = QStringLiteral("morvane%1").arg(++m_tokens);
@@ -237,7 +237,7 @@ void GlobalShortcutsPortal::changed(const QDBusMessage &message) {
     }
 }
 
-/// The desktop has taken back what it gave.
+/// The desktop has taken the shortcuts back.
 void GlobalShortcutsPortal::closed(const QDBusMessage &message) {
     if (!m_session.isEmpty() && message.path() == m_session) {
         endRequest();

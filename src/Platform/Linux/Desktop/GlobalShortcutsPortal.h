@@ -12,15 +12,15 @@
 
 namespace morvane {
 
-/// Keys of a Wayland desktop, which gives them away by its portal alone: it asks the person which
-/// keys they shall be, once, and remembers that. So it has none that are only needed for a moment.
-/// Owned by the application.
+/// Hot keys of a Wayland desktop, which only its portal gives out. The portal asks the person once
+/// which keys to use, and remembers them, so it has no keys for a moment only. Owned by the
+/// application.
 class GlobalShortcutsPortal : public HotKeys {
     Q_OBJECT
 
 public:
-    /// The bus should be of no other use to the program, which says on it who it is: a portal
-    /// doesn't listen to that after anything else.
+    /// Needs a bus connection of its own: the program identifies itself on it, and a portal accepts
+    /// that only as the first call.
     explicit GlobalShortcutsPortal(const QDBusConnection &bus);
 
     std::uint32_t registerKey(const HotKey &key, const QString &purpose) override;
@@ -29,7 +29,8 @@ public:
 
     bool desktopChoosesKeys() const override { return true; }
 
-    /// Nothing, since none is ever taken: the person has been asked, and isn't to be again.
+    /// Does nothing, since no key is ever `taken`: the person has been asked and must not be asked
+    /// again.
     void retry() override {}
 
 private slots:
@@ -58,12 +59,12 @@ private:
 
     QDBusConnection m_bus;
     QDBusServiceWatcher m_watcher;
-    std::map<std::uint32_t, Key> m_keys; ///< those that have a purpose
+    std::map<std::uint32_t, Key> m_keys; ///< only keys with a purpose
     std::uint32_t m_lastID = 0;
-    QString m_session; ///< its object; empty without one
+    QString m_session; ///< the session's object path; empty without one
     QString
-        m_request; ///< the object of what the desktop has been asked; empty when all is answered
-    Use m_use;     ///< of the answer to that
+        m_request; ///< the object path of what the portal hasn't answered yet; empty without one
+    Use m_use;     ///< called with that answer
     int m_tokens = 0;
 };
 

@@ -41,7 +41,8 @@ constexpr std::array applications{
     Application{"XTerm", {"debian-xterm", "xterm"}, {"XTerm", "UXTerm"}},
 };
 
-/// Those whose desktop entry has the same name, and says what they are, need no place here.
+/// A terminal whose desktop entry has the same name and the category TerminalEmulator needn't be
+/// listed.
 constexpr std::array terminals{"org.gnome.Terminal",
                                "org.kde.konsole",
                                "XTerm",

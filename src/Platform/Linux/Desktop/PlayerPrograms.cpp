@@ -18,18 +18,18 @@ namespace morvane {
 
 namespace {
 
-/// For a second of sound, the two that a sound server may hold back, and a busy machine.
+/// Covers a second of sound, two seconds that a sound server may hold back, and a busy machine.
 constexpr Seconds timeLimit(5.0);
 
-constexpr int patienceAtEnd = 100; ///< milliseconds, with each player
+constexpr int patienceAtEnd = 100; ///< milliseconds, for each player
 
-/// More than that at once would be noise, or players that are stuck.
+/// More at once would be noise, or players that hang.
 constexpr std::size_t maxAtOnce = 4;
 
 constexpr qsizetype headerSize = 44;
 
-/// Each reads the sound from its standard input by name, since not all of them take a pipe. By
-/// their role the sounds follow what the person has set for those of the system.
+/// Each opens its standard input by name, since not all of them take a pipe. The role puts the
+/// sounds under the person's settings for system sounds.
 QList<QStringList> knownPlayers() {
     return {
         {"pw-play", "--media-role=Notification", "/dev/stdin"},
@@ -38,8 +38,8 @@ QList<QStringList> knownPlayers() {
     };
 }
 
-/// In the samples, and not by an option of the players: aplay has none, and the sound servers
-/// remember it, for whoever runs the same player next.
+/// Scales the samples instead of using the players' options: aplay has none, and the sound servers
+/// remember the volume for whoever runs the same player next.
 QByteArray atVolume(QByteArray wave, double volume) {
     char *bytes = wave.data();
     for (qsizetype at = headerSize; at + 1 < wave.size(); at += 2) {
@@ -49,7 +49,7 @@ QByteArray atVolume(QByteArray wave, double volume) {
     return wave;
 }
 
-/// Puts the bytes into a file of the memory's, which is gone with us whatever happens. False where
+/// Writes the bytes to an in-memory file, which goes with this process whatever happens. False if
 /// there is no room.
 bool fill(QFile &file, const QByteArray &bytes) {
     const int descriptor = ::memfd_create("morvane-sound", MFD_CLOEXEC);
@@ -59,7 +59,7 @@ bool fill(QFile &file, const QByteArray &bytes) {
            file.write(bytes) == bytes.size();
 }
 
-/// The player and whatever it has started. A number of 0 would mean ourselves.
+/// Kills the player and whatever it has started. A group of 0 would mean our own.
 void end(QProcess &player) {
     if (const auto group = static_cast<pid_t>(player.processId()); group > 0) {
         ::kill(-group, SIGKILL);
@@ -69,7 +69,7 @@ void end(QProcess &player) {
 
 } // namespace
 
-/// One sound, and the player that has it.
+/// One sound, and the player that plays it.
 struct PlayerPrograms::Playback {
     QFile sound;
     QList<QStringList> untried;
@@ -85,7 +85,8 @@ PlayerPrograms::~PlayerPrograms() {
         end(*playback.player);
         playback.player->waitForFinished(patienceAtEnd);
         if (playback.player->state() != QProcess::NotRunning) {
-            // A driver holds it, and its object would wait half a minute for it.
+            // A driver blocks the player, and QProcess's destructor would wait half a minute for
+            // it.
             std::ignore = playback.player.release();
         }
     }
@@ -102,7 +103,7 @@ void PlayerPrograms::play(const QByteArray &wave, double volume) {
     askNext(playback);
 }
 
-/// What a player tells is heard of by the event loop, since it can't be replaced while it speaks.
+/// The player's signals are queued, since it can't be replaced while it emits one.
 void PlayerPrograms::askNext(Playing playback) {
     if (playback->untried.isEmpty()) {
         m_playbacks.erase(playback);
@@ -143,8 +144,8 @@ void PlayerPrograms::askNext(Playing playback) {
     player.start(command.first(), command.sliced(1));
 }
 
-/// The next one is asked once the player has ended. It may have been heard before it got stuck; so
-/// that no sound comes twice again, its turn is the last from now on.
+/// The next player is tried once this one has ended. This one may have been heard before it hung,
+/// so it comes last from now on, lest more sounds play twice.
 void PlayerPrograms::giveUp(Playing playback, const QStringList &player) {
     m_players.removeOne(player);
     m_players.append(player);

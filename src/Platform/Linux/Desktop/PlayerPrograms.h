@@ -13,14 +13,14 @@ namespace morvane {
 
 class Scheduler;
 
-/// Plays by the programs that come with PipeWire, PulseAudio and ALSA, the first that can, as a
-/// child of ours. One that is stuck is ended, and asked last from then on. Owned by the
+/// Plays with the first of PipeWire's, PulseAudio's and ALSA's player programs that works, as a
+/// child process. A player that hangs is killed, and tried last from then on. Owned by the
 /// application; main thread.
 class PlayerPrograms : public QObject, public SoundPlayer {
     Q_OBJECT
 
 public:
-    /// `bell` gives the system's plain signal. The scheduler must outlive this object.
+    /// `bell` rings the system bell. The scheduler must outlive this object.
     PlayerPrograms(Scheduler &scheduler, std::function<void()> bell);
     ~PlayerPrograms() override;
 
@@ -36,7 +36,7 @@ private:
 
     Scheduler &m_scheduler;
     std::function<void()> m_bell;
-    QList<QStringList> m_players; ///< command lines, in the order in which they are asked
+    QList<QStringList> m_players; ///< command lines, in the order in which they are tried
     std::list<Playback> m_playbacks;
 };
 

@@ -24,10 +24,10 @@ const QString collectionInterface = QStringLiteral("org.freedesktop.Secret.Colle
 const QString itemInterface = QStringLiteral("org.freedesktop.Secret.Item");
 const QString sessionInterface = QStringLiteral("org.freedesktop.Secret.Session");
 
-/// More than anybody has; the time is limited besides.
+/// More than anybody has; the time is limited as well.
 constexpr qsizetype mostPaths = 32;
 
-/// One question after the other, all of them within one limit of time.
+/// Asks one question after the other, all within one time limit.
 class Questions {
 public:
     Questions(const QDBusConnection &bus, Seconds limit)
@@ -36,7 +36,7 @@ public:
     /// The bus may give up a few milliseconds before our own clock does.
     bool ranOut() const { return m_deadline.remainingTime() <= 50; }
 
-    /// None unless the answer has this signature.
+    /// The answer's arguments; none unless it has this signature.
     std::optional<QVariantList> ask(const QString &path, const QString &interface,
                                     const QString &member, const QVariantList &arguments,
                                     QLatin1String signature) const {
@@ -59,7 +59,7 @@ public:
                       : std::nullopt;
     }
 
-    /// Says something that has no answer of interest.
+    /// Makes a call and ignores its answer.
     void tell(const QString &path, const QString &interface, const QString &member) const {
         m_bus.send(message(path, interface, member, {}));
     }
@@ -69,7 +69,7 @@ private:
                                 const QString &member, const QVariantList &arguments) {
         QDBusMessage result = QDBusMessage::createMethodCall(name, path, interface, member);
         result.setArguments(arguments);
-        // Asking is not a reason to start one.
+        // A question is no reason to start the service.
         result.setAutoStartService(false);
         return result;
     }
@@ -82,7 +82,7 @@ Paths pathsIn(const QVariant &value) {
     return qdbus_cast<Paths>(value).mid(0, mostPaths);
 }
 
-/// What is stored in an item that is not locked.
+/// The secret of an unlocked item.
 std::optional<QByteArray> secretOf(const QString &item, const Questions &questions) {
     const auto opened =
         questions.ask(root, serviceInterface, QStringLiteral("OpenSession"),
@@ -109,7 +109,7 @@ std::optional<QByteArray> secretOf(const QString &item, const Questions &questio
 
 } // namespace
 
-/// Collection by collection: where all of them are locked, a search of the whole service makes some
+/// Searches each collection: with all of them locked, a search of the whole service makes some
 /// password safes ask for the person's password.
 SecretStore::Answer SecretService::secret(const QString &service, Seconds limit) {
     qDBusRegisterMetaType<Attributes>();

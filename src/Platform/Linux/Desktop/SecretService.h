@@ -6,8 +6,8 @@
 
 namespace morvane {
 
-/// The desktop's keyring or password safe, by the interface org.freedesktop.secrets. Secrets cross
-/// the person's own bus as they are. Owned by the application.
+/// The desktop's keyring or password safe, through org.freedesktop.secrets. Secrets cross the
+/// person's own bus unencrypted. Owned by the application.
 class SecretService : public SecretStore {
 public:
     explicit SecretService(const QDBusConnection &bus) : m_bus(bus) {}

@@ -27,16 +27,16 @@ namespace {
 constexpr int retryDelay = 20; // milliseconds
 constexpr std::chrono::seconds pause(1);
 
-// What is said at the socket, a byte each; behind the first of these comes the display. A second
-// takes any other answer for the one of a first that it gives way to, and says nothing itself where
-// a person has started it.
+// The messages on the socket, a byte each; the display follows the first of these. A second also
+// gives way on an answer that is none of these, and sends nothing itself if a person has started
+// it.
 constexpr char heardOnScreen = '\n';
 constexpr char heardWithoutScreen = '-';
 constexpr char giveMeYourPlace = '+';
 constexpr char startedAtLogin = 'l';
 
-/// The folders of this login, which are on this machine and whose paths are short. A program that
-/// was not started from the desktop may not be told of its own.
+/// The runtime folders of this login, which are on this machine and have short paths.
+/// XDG_RUNTIME_DIR may be unset in a program that wasn't started from the desktop.
 QStringList runtimeFolders() {
     QStringList result{qEnvironmentVariable("XDG_RUNTIME_DIR"),
                        QStringLiteral("/run/user/%1").arg(::getuid())};
@@ -47,7 +47,7 @@ QStringList runtimeFolders() {
     return result;
 }
 
-/// The machine is part of it, since its configuration folder may be another's as well.
+/// The machine's id is part of the name, since machines may share the configuration folder.
 QString nameFor(const QString &configFolder) {
     QDir().mkpath(configFolder);
     QFile::setPermissions(configFolder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
@@ -81,8 +81,9 @@ SingleInstance::~SingleInstance() {
     }
 }
 
-/// A first may have its lock and not listen yet, or it may be about to end, also at a word of this.
-/// And one whose lock's file was taken away is still there.
+/// Retries, since a first may hold its lock and not listen yet, or be about to end, maybe at this
+/// process's request. Looks for a first even if the lock was free, since one whose lock file was
+/// removed still runs.
 SingleInstance::Outcome SingleInstance::claim(Seconds patience) {
     const QDeadlineTimer deadline(std::chrono::ceil<std::chrono::milliseconds>(patience));
     for (;;) {
@@ -105,15 +106,16 @@ SingleInstance::Outcome SingleInstance::claim(Seconds patience) {
     }
 }
 
-/// In the folder that doesn't depend on how the program was started, where that can be done and no
-/// other machine has done it. Where no lock can be had at all, running is better than not.
+/// Prefers the configuration folder, which doesn't depend on how the program was started, unless
+/// locking fails there or another machine has the lock. If no lock can be had at all, running is
+/// better than not.
 KernelLock::Outcome SingleInstance::takeLock() {
     auto result = KernelLock::Outcome::impossible;
     for (const QString &folder : QStringList{m_configFolder} + m_runtimeFolders) {
         const QString file = folder + m_name + QLatin1String(".lock");
         result = m_lock.take(file);
         if (result == KernelLock::Outcome::heldElsewhere) {
-            // Or here, and not signed yet since the machine was started.
+            // Or held on this machine, whose first has not yet signed it since the boot.
             QThread::msleep(retryDelay);
             result = m_lock.take(file);
         }
@@ -133,13 +135,13 @@ SingleInstance::Answer SingleInstance::tellTheFirst(const QDeadlineTimer &deadli
             return hearTheFirst(socket.number(), deadline);
         }
         if (error == EAGAIN) {
-            return Answer::silence; // many have come already
+            return Answer::silence; // the backlog is full
         }
     }
     return Answer::nobody;
 }
 
-/// A first that doesn't tell its display is taken to be on this one.
+/// A first that doesn't tell its display is taken to be on ours.
 SingleInstance::Answer SingleInstance::hearTheFirst(int socket, const QDeadlineTimer &deadline) {
     pollfd answer{.fd = socket, .events = POLLIN, .revents = 0};
     std::array<char, 256> text{};
@@ -161,8 +163,8 @@ SingleInstance::Answer SingleInstance::hearTheFirst(int socket, const QDeadlineT
     return isSeen ? Answer::heard : Answer::heardElsewhere;
 }
 
-/// A socket's path may be no longer than about a hundred bytes, so it goes into a folder of the
-/// person's naming only where there is no other.
+/// A socket's path is limited to about a hundred bytes, so the configuration folder, whose path may
+/// be longer, comes last.
 void SingleInstance::listen() {
     for (const QString &folder : m_runtimeFolders + QStringList{m_configFolder}) {
         const QString path = folder + m_name + QLatin1String(".socket");
@@ -191,7 +193,7 @@ void SingleInstance::answer() {
             hear(second->number());
         });
     } else if (errno != EAGAIN) {
-        // Whoever knocks goes on knocking while there is no descriptor to let it in by.
+        // With no descriptor free the connection stays pending and would wake us up all the time.
         m_knocks->setEnabled(false);
         QTimer::singleShot(pause, this, [this] { m_knocks->setEnabled(true); });
     }

@@ -19,7 +19,7 @@ StatusNotifierHost::StatusNotifierHost(const QDBusConnection &bus)
     if (!m_bus.isConnected()) {
         return;
     }
-    // One that takes the place of another knows nothing of the items that were put there.
+    // A watcher that replaces another knows nothing of the other's items.
     connect(&m_watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString &, const QString &, const QString &owner) {
                 setPresent(false);
@@ -41,7 +41,7 @@ void StatusNotifierHost::ask() {
         watcherService, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"),
         QStringLiteral("Get"));
     question.setArguments({watcherService, QStringLiteral("IsStatusNotifierHostRegistered")});
-    // Asking is not a reason to start one.
+    // A question is no reason to start a watcher.
     question.setAutoStartService(false);
     BusQuestion::ask(m_bus, question, this, [this](const QDBusReply<QDBusVariant> &reply) {
         setPresent(reply.isValid() && reply.value().variant().toBool());

@@ -7,9 +7,9 @@
 
 namespace morvane {
 
-/// The host of status notifier items, found by way of the watcher that all of them share. A
-/// watcher may be there long before a host is, and Qt decides once and for all, at a program's
-/// first item, whether there is one; so present is only what both are.
+/// The host of status notifier items, found through the watcher that all items share. The watcher
+/// may be there long before a host, and Qt decides for good at a program's first item whether there
+/// is a host; so `isPresent` needs both.
 class StatusNotifierHost : public StatusItemHost {
     Q_OBJECT
 

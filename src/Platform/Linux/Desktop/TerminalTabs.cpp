@@ -14,11 +14,11 @@ namespace morvane {
 namespace {
 
 constexpr int questionLimit = 1000; // milliseconds
-constexpr int shownTitle = 1; ///< of the titles that Konsole has, the one with its parts filled in
+constexpr int shownTitle = 1; ///< Konsole's number for the title with its placeholders filled in
 
 const QString konsoleWindow = QStringLiteral("org.kde.konsole.Window");
 
-/// The objects just below one of the bus.
+/// The names of a bus object's direct children.
 QStringList childrenIn(const QString &introspection) {
     QStringList result;
     QXmlStreamReader reader(introspection);
@@ -34,17 +34,17 @@ QStringList childrenIn(const QString &introspection) {
 
 } // namespace
 
-/// A tab of Konsole that is wanted, and by whom.
+/// The Konsole tab to select, and who waits for it.
 struct TerminalTabs::KonsoleTab {
     Place session;
     Place window;
-    QString id;   ///< the session's number
+    QString id;   ///< the session's id
     Outcome told; ///< what the shell was told of its window
     Selected selected;
 };
 
-/// What the shell was told it may have inherited from a terminal further out, in which another was
-/// started: so each answer is held against the processes.
+/// The shell may have inherited its variables from an outer terminal, in which this one was
+/// started, so each answer is checked against the processes.
 void TerminalTabs::select(const TerminalProcesses &processes, const Selected &selected) {
     if (processes.ancestors.isEmpty()) {
         selected({});
@@ -75,7 +75,7 @@ void TerminalTabs::selectInKonsole(const TerminalProcesses &processes, const Sel
     });
 }
 
-/// The window that the shell was told of is the one that it was started in.
+/// The shell's variables name the window in which it was started.
 void TerminalTabs::lookIntoItsWindow(const KonsoleTab &tab) {
     ask(tab.window, "sessionList", {}, [=, this](const QVariantList &answer) {
         if (answer.value(0).toStringList().contains(tab.id)) {
@@ -87,13 +87,13 @@ void TerminalTabs::lookIntoItsWindow(const KonsoleTab &tab) {
     });
 }
 
-/// The tab has been dragged into another window since then.
+/// Called when the tab has been dragged into another window since.
 void TerminalTabs::lookIntoAllWindows(const KonsoleTab &tab) {
     const Place windows{tab.window.service, QStringLiteral("/Windows"),
                         QStringLiteral("org.freedesktop.DBus.Introspectable")};
     ask(windows, "Introspect", {}, [=, this](const QVariantList &answer) {
         for (const QString &name : childrenIn(answer.value(0).toString())) {
-            // One that hasn't got the tab does nothing.
+            // A window without the tab ignores the call.
             ask({windows.service, windows.path + u'/' + name, konsoleWindow}, "setCurrentSession",
                 {tab.id.toInt()}, [](const auto &) {});
         }
@@ -101,14 +101,14 @@ void TerminalTabs::lookIntoAllWindows(const KonsoleTab &tab) {
     });
 }
 
-/// Which alone tells the window that it is in now.
+/// Only the title tells which window the tab is in now.
 void TerminalTabs::tellTitle(const KonsoleTab &tab) {
     ask(tab.session, "title", {shownTitle}, [=](const QVariantList &answer) {
         tab.selected({{}, answer.value(0).toString(), false});
     });
 }
 
-/// What GNOME's search in open terminals uses, and the only road to a tab.
+/// Uses GNOME Shell's search provider for open terminals, which is the only way to reach a tab.
 void TerminalTabs::selectInGnomeTerminal(const TerminalProcesses &processes,
                                          const Selected &selected) {
     const QString screen = processes.variable("GNOME_TERMINAL_SCREEN");

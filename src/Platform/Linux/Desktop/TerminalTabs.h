@@ -13,18 +13,18 @@ namespace morvane {
 
 struct TerminalProcesses;
 
-/// Terminals that have several tabs in a window, and windows in a process, asked over the message
-/// bus for the tab that has a shell. Konsole answers always, GNOME Terminal where its integration
-/// into the shell is switched on. Main thread; each answer within some seconds.
+/// Selects the tab of a shell, over the message bus, in terminals with several tabs in a window and
+/// several windows in a process. Konsole always answers, GNOME Terminal if its GNOME Shell
+/// integration is switched on. Main thread; each answer within some seconds.
 class TerminalTabs {
 public:
     explicit TerminalTabs(const QDBusConnection &bus) : m_bus(bus) {}
 
-    /// What is known of the window in which the tab is at the front now.
+    /// What is known of the window whose front tab is now the selected one.
     struct Outcome {
-        QString windowID; ///< its number where the desktop is X11, as it was when the shell started
-        QString title;    ///< the tab's, for where that number may be out of date
-        bool isShown = false; ///< the terminal has asked for the window to be shown
+        QString windowID;     ///< on X11, the window's number as of the shell's start
+        QString title;        ///< the tab's, if `windowID` may be out of date
+        bool isShown = false; ///< the terminal itself has asked to show the window
     };
 
     using Selected = std::function<void(const Outcome &)>;
@@ -50,7 +50,7 @@ private:
              Answered answered);
 
     QDBusConnection m_bus;
-    QObject m_context; ///< with it go the answers that are still to come
+    QObject m_context; ///< its destruction drops pending answers
 };
 
 } // namespace morvane

@@ -8,20 +8,20 @@
 
 namespace morvane {
 
-/// The windows of all programs, in the way of one kind of desktop. Best effort; main thread. No
-/// call waits for another program, and an answer comes once, at the earliest when the call has
-/// returned, unless this object has gone by then.
+/// The windows of all programs, on one kind of desktop. Best effort; main thread. No call waits for
+/// another program, and an answer comes once, after the call has returned, unless this object is
+/// gone by then.
 class WindowSystem {
 public:
-    /// Of the title that another program gives its window, as far as it is read; in characters.
+    /// The most that is read of another program's window title, in characters.
     static constexpr qsizetype longestTitle = 1024;
 
     struct Window {
-        QString id; ///< good for as long as the window is there
+        QString id; ///< valid as long as the window exists
         QString title;
-        /// What its program calls itself here, such as the two names of WM_CLASS.
+        /// The names that its program gives itself here, such as the two of WM_CLASS.
         QStringList names;
-        qint64 process = 0; ///< that has the window; 0 where it isn't known
+        qint64 process = 0; ///< the window's; 0 if it isn't known
     };
 
     WindowSystem() = default;
@@ -34,7 +34,7 @@ public:
 
     struct Listing {
         QList<Window> windows;
-        bool isWhole = false; ///< else there may be others, of which the desktop doesn't tell
+        bool isWhole = false; ///< if false, there may be others that the desktop doesn't report
     };
     using Listed = std::function<void(const Listing &)>;
 
@@ -45,9 +45,9 @@ public:
     /// minimised.
     virtual void activate(const QString &id) = 0;
 
-    /// Tells what shows the desktop that a program which is about to be started is one that a
-    /// person waits for, for its environment; empty where there is no such thing. The answer may
-    /// come before the call returns.
+    /// Gets a startup id for the environment of a program about to be started, by which the desktop
+    /// sees that a person waits for it; empty where there is no such thing. The answer may come
+    /// before the call returns.
     virtual void prepareLaunch(const std::function<void(const QString &startupID)> &prepared) {
         prepared({});
     }

@@ -8,8 +8,8 @@
 
 namespace {
 
-/// Qt ends a program whose parts of it are of different patches, and the file of each has its
-/// version in its name.
+/// Qt aborts a program that mixes Qt libraries of different patch releases. Each library's file
+/// name ends with its version.
 bool isOfOneQt() {
     Dl_info network{};
     return ::dladdr(&QNetworkAccessManager::staticMetaObject, &network) != 0 &&

@@ -28,7 +28,7 @@ QNetworkRequest networkRequest(const HttpsRequest &request) {
     return result;
 }
 
-/// One request and what comes back. Goes once it has finished, or was cancelled.
+/// One request and its answer. Deletes itself once it has finished or was cancelled.
 class Transfer : public QObject {
 public:
     Transfer(const HttpsRequest &request, HttpsClient::Finished finished)
@@ -71,13 +71,13 @@ private:
         }
     }
 
-    /// Qt makes room for as much as it is asked for, whether it is there or not.
+    /// Asks for no more bytes than there are, since Qt allocates whatever size it is asked for.
     void readOn() {
         m_body += m_reply->read(
             std::min<qint64>(m_request.longestAnswer - m_body.size(), m_reply->bytesAvailable()));
     }
 
-    /// An answer with an error's status is one; one that broke off is none.
+    /// An answer with an error status counts; one that broke off doesn't.
     std::optional<HttpsAnswer> answer() const {
         const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
         if (m_reply->error() != QNetworkReply::NoError && status < 400) {
@@ -91,15 +91,15 @@ private:
     }
 
     const HttpsRequest m_request;
-    HttpsClient::Finished m_finished; ///< none once it has been called, or nobody waits any more
+    HttpsClient::Finished m_finished; ///< empty once it has been called or cancelled
     QNetworkReply *m_reply = nullptr;
     QByteArray m_body;
 };
 
 } // namespace
 
-/// Those that the pool has found out. A manager asks for one when it comes to begin a request,
-/// which may be when the next one has been given to it.
+/// The proxies that the pool has found, by address: a manager asks for a proxy only when it begins
+/// a request, and may have been given the next request by then.
 class NetworkHttpsClient::FoundProxies : public QNetworkProxyFactory {
 public:
     QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery &query) override {

@@ -9,8 +9,8 @@
 
 namespace morvane {
 
-/// Over Qt's network access, by the proxy of the desktop, which the pool finds out, as that may
-/// take a script from the network. Certificates are checked as the machine's list says. Owned by
+/// Uses Qt's network access and the desktop's proxy. The pool looks up the proxy, which may take a
+/// script from the network. Certificates are checked against the machine's list. Owned by
 /// `LoadedHttpsClient`; main thread.
 class NetworkHttpsClient : public HttpsClient {
 public:
@@ -26,9 +26,9 @@ private:
 
     Scheduler &m_scheduler;
     BackgroundPool &m_background;
-    std::optional<QNetworkAccessManager> m_manager; ///< made for the first: it takes 270 KB
+    std::optional<QNetworkAccessManager> m_manager; ///< made for the first request: it takes 270 KB
     FoundProxies *m_proxies = nullptr;              ///< the manager's
-    QObject m_transfers;                            ///< owns them while they are under way
+    QObject m_transfers;                            ///< owns the transfers under way
 };
 
 } // namespace morvane

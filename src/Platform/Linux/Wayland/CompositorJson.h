@@ -5,13 +5,13 @@
 #include <QList>
 #include <QRect>
 
-/// JSON as compositors tell of their windows. Pure functions.
+/// Reads the JSON in which compositors describe their windows. Pure functions.
 namespace morvane::CompositorJson {
 
-/// The objects of a text that is a list of them; none of anything else.
+/// The objects of a JSON list; empty if the text is anything else.
 QList<QJsonObject> objectsOf(const QByteArray &text);
 
-/// A rectangle of the layout, whose numbers are of 16 bits like an X server's, whatever is told.
+/// A rectangle of the layout. Clamps the numbers to 16 bits, the range of an X server's.
 QRect layoutRect(double x, double y, double width, double height);
 
 } // namespace morvane::CompositorJson

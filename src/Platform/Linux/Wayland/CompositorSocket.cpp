@@ -41,7 +41,7 @@ bool CompositorSocket::send(const QByteArray &bytes) const {
                               static_cast<std::size_t>(bytes.size()), MSG_NOSIGNAL) == bytes.size();
 }
 
-/// The notifier may be the one that has just told.
+/// Deletes the notifier later, since it may be the one that is just activating.
 void CompositorSocket::close() {
     m_retry.cancel();
     if (m_notifier) {

@@ -22,17 +22,17 @@ class CompositorSocket : public QObject {
 public:
     explicit CompositorSocket(Scheduler &scheduler) : m_scheduler(scheduler) {}
 
-    /// `opened` or `refused` follows, as a rule at once. Where too many wait for the compositor
-    /// already it is tried again until it is closed.
+    /// `opened` or `refused` follows, as a rule at once. While the compositor's backlog is full, it
+    /// tries again until `close`.
     void open(const QString &path);
 
     bool isOpen() const { return m_notifier != nullptr; }
 
-    /// Says whether all of it went out; what little there is to send always has room, unless the
-    /// other end doesn't read.
+    /// True if all bytes were sent. The few bytes that are sent always fit, unless the other end
+    /// doesn't read.
     bool send(const QByteArray &bytes) const;
 
-    /// Nothing is heard of it afterwards.
+    /// No signal follows.
     void close();
 
 signals:
@@ -41,7 +41,7 @@ signals:
     /// Nobody listens.
     void refused();
 
-    /// Up to 64 KiB at once.
+    /// Emitted with up to 64 KiB at once.
     void received(const QByteArray &bytes);
 
     /// The other end has closed it.
@@ -55,7 +55,7 @@ private:
     QString m_path;
     Task m_retry;
     std::optional<Descriptor> m_socket;
-    std::unique_ptr<QSocketNotifier> m_notifier; ///< of what comes, while it is open
+    std::unique_ptr<QSocketNotifier> m_notifier; ///< for reading, while the socket is open
 };
 
 } // namespace morvane

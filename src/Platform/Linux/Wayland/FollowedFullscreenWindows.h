@@ -11,8 +11,8 @@
 
 namespace morvane {
 
-/// Those of a compositor whose events on a socket say that something may have changed, and whose
-/// answer to a question says what. One that has gone, or talks nonsense, has none.
+/// The full-screen windows of a compositor whose events on a socket say that something may have
+/// changed, and whose answer to a query says what. There are none once it is gone or sends garbage.
 class FollowedFullscreenWindows : public FullscreenWindows {
     Q_OBJECT
 
@@ -22,17 +22,17 @@ public:
 protected:
     using Told = std::function<void(const QList<QRect> &areas)>;
 
-    /// Takes the path of the socket of the events.
+    /// Takes the path of the event socket.
     FollowedFullscreenWindows(QString socket, Scheduler &scheduler);
 
-    /// The events' socket has been reached.
+    /// Called when the event socket is connected.
     virtual void begin(CompositorSocket &events) = 0;
 
-    /// Takes the whole events off the beginning of what was heard. Says whether windows may have
-    /// changed; none where it is nonsense.
+    /// Removes the complete events from the beginning of `heard`. Returns whether windows may have
+    /// changed; none if the bytes make no sense.
     virtual std::optional<bool> take(QByteArray &heard) = 0;
 
-    /// `told` hears the answer, once and later.
+    /// Calls `told` once with the answer, after this call has returned.
     virtual void ask(const Told &told) = 0;
 
     void refresh();
@@ -43,9 +43,9 @@ private:
 
     const QString m_eventsPath;
     CompositorSocket m_events;
-    QByteArray m_heard; ///< of an event that isn't whole yet
+    QByteArray m_heard; ///< the beginning of an incomplete event
     bool m_isAsking = false;
-    bool m_isStale = false; ///< something happened since the question that is on its way
+    bool m_isStale = false; ///< something happened since the pending query was sent
 };
 
 } // namespace morvane

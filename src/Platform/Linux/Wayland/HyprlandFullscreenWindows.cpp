@@ -14,7 +14,7 @@ namespace {
 
 using Answer = std::optional<QByteArray>;
 
-/// Not those of the active window, which come with each new title of it as well.
+/// Leaves out the active window's events, which also come with each new title of it.
 bool mayMove(const QByteArray &event) {
     static const QSet<QByteArray> known{
         "fullscreen",  "workspace",  "focusedmon",   "activespecial",  "openwindow",
@@ -30,7 +30,8 @@ int workspaceOf(const QJsonObject &object, const char *key) {
     return object[QLatin1String(key)].toObject()[QLatin1String("id")].toInt();
 }
 
-/// A window that is only maximised leaves room for bars. Older releases tell that apart elsewhere.
+/// False for a window that is only maximised, which leaves room for bars. Older releases tell the
+/// two apart by another key.
 bool isFullscreen(const QJsonObject &client) {
     constexpr int full = 2;
     const QJsonValue state = client[QLatin1String("fullscreen")];

@@ -4,12 +4,12 @@
 
 namespace morvane {
 
-/// Those of Hyprland, native ones and XWayland's, on the workspaces that its displays show.
+/// The full-screen windows of Hyprland, native and XWayland's, on the workspaces in view.
 class HyprlandFullscreenWindows : public FollowedFullscreenWindows {
     Q_OBJECT
 
 public:
-    /// Takes the path of the socket that answers questions; that of the events lies beside it.
+    /// Takes the path of the query socket; the event socket lies beside it.
     HyprlandFullscreenWindows(const QString &socket, Scheduler &scheduler);
 
 protected:

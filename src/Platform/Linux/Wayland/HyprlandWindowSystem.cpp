@@ -12,7 +12,7 @@ namespace morvane {
 
 namespace {
 
-/// Nothing else goes into a command.
+/// Only an address may go into a command.
 bool isAddress(const QString &id) {
     static const QRegularExpression address(QStringLiteral("\\A0x[0-9a-fA-F]{1,16}\\z"));
     return address.match(id).hasMatch();
@@ -20,7 +20,7 @@ bool isAddress(const QString &id) {
 
 } // namespace
 
-/// Older releases keep it in the folder for temporary files.
+/// Older releases keep the socket in /tmp.
 QString HyprlandWindowSystem::socketOf(const QString &instance) {
     if (instance.isEmpty() || instance.contains(QLatin1Char('/'))) {
         return {};

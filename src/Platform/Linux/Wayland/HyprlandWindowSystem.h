@@ -11,7 +11,7 @@ namespace morvane {
 
 class Scheduler;
 
-/// The windows of Hyprland, which tells and moves them on a socket of its own.
+/// The windows of Hyprland, listed and activated over Hyprland's own socket.
 class HyprlandWindowSystem : public WindowSystem {
 public:
     HyprlandWindowSystem(QString socket, Scheduler &scheduler)
@@ -24,14 +24,14 @@ public:
     void list(Listed listed) override;
     void activate(const QString &id) override;
 
-    /// The windows of an answer to "j/clients", from the one that had the keyboard last to the one
-    /// that had it first. Their ids are their addresses.
+    /// The windows of an answer to "j/clients", the most recently focused first. Their ids are
+    /// their addresses.
     static QList<Window> windows(const QByteArray &answer);
 
 private:
-    const QString m_socket; ///< its path
+    const QString m_socket; ///< the socket's path
     Scheduler &m_scheduler;
-    QObject m_context; ///< with it go the answers that are still to come
+    QObject m_context; ///< its destruction drops pending answers
 };
 
 } // namespace morvane

@@ -11,9 +11,9 @@ namespace morvane {
 
 namespace {
 
-/// Signals and properties have other names in each of the releases 5 and 6, and the former doesn't
-/// tell which window lies above which: the one that was active last does, near enough. Windows are
-/// known by their ids, since the object that stands for one changes when another script sees it.
+/// Releases 5 and 6 name signals and properties differently, and 5 doesn't tell the stacking order:
+/// the order of activation comes near enough. Windows are compared by their ids, since a window's
+/// script object changes when another script sees it.
 const QString watching = QStringLiteral(R"(
 function isInView(w) {
     var current = workspace.currentDesktop;

@@ -5,8 +5,8 @@
 
 namespace morvane {
 
-/// Those of KWin on Wayland, native ones and XWayland's, over which no other window lies. A script
-/// of ours tells them when they change.
+/// The full-screen windows of KWin on Wayland, native and XWayland's, that no other window
+/// overlaps. A script of ours reports them when they change.
 class KWinFullscreenWindows : public FullscreenWindows {
     Q_OBJECT
 

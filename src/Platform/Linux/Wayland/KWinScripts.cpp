@@ -13,7 +13,7 @@ namespace {
 
 constexpr Seconds scriptLimit(2);
 
-/// What lies before every script.
+/// Put before the body of every script.
 const QString beginning = QStringLiteral(R"(
 function windows() {
     return workspace.stackingOrder ? Array.prototype.slice.call(workspace.stackingOrder)
@@ -46,7 +46,7 @@ void KWinScripts::follow(const QString &body, const Heard &heard) {
     run(body, heard, Tells::againAndAgain);
 }
 
-/// The name is one that nobody can guess, since anybody on the bus may answer.
+/// The script's name can't be guessed, since anybody on the bus may call `told`.
 QString KWinScripts::run(const QString &body, const Heard &heard, Tells tells) {
     const QString name =
         QStringLiteral("morvane-") + QUuid::createUuid().toString(QUuid::WithoutBraces);

@@ -16,9 +16,9 @@ namespace morvane {
 
 class Scheduler;
 
-/// Scripts that KWin is given over the message bus, for what it tells in no other way. In each
-/// `windows()` lists the windows, from the back to the front where the release tells, and
-/// `tell(text)` sends a text here. Works with the scripts of its releases 5 and 6. Main thread.
+/// Runs scripts in KWin, loaded over the message bus, for what KWin offers in no other way. In each
+/// script `windows()` lists the windows, from the back to the front if the release tells, and
+/// `tell(text)` sends a text here. Works with KWin 5 and 6. Main thread.
 class KWinScripts : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "io.morvane.Windows")
@@ -26,19 +26,19 @@ class KWinScripts : public QObject {
 public:
     using Heard = std::function<void(const QString &text)>;
 
-    /// No other object of this connection may have the path.
+    /// `path` must be unique among the objects of this connection.
     KWinScripts(const QDBusConnection &bus, const QString &path, Scheduler &scheduler);
     ~KWinScripts() override;
 
-    /// Runs a script that tells once. `heard` is called with that, or an empty text where nothing
-    /// comes within two seconds.
+    /// Runs a script that calls `tell` once. `heard` gets that text, or an empty one if none comes
+    /// within two seconds.
     void ask(const QString &body, const Heard &heard);
 
-    /// Runs a script that may tell again and again, for as long as this object lives.
+    /// Runs a script that may call `tell` again and again, for as long as this object lives.
     void follow(const QString &body, const Heard &heard);
 
 public slots:
-    /// What a script of ours says, by its name, over the bus.
+    /// Called over the bus by the script of this name.
     void told(const QString &script, const QString &text);
 
 private:
@@ -58,7 +58,7 @@ private:
     QDBusConnection m_bus;
     const QString m_path;
     Scheduler &m_scheduler;
-    std::map<QString, Script> m_scripts; ///< that run, by their names
+    std::map<QString, Script> m_scripts; ///< the running ones, by name
 };
 
 } // namespace morvane

@@ -41,7 +41,7 @@ windows().forEach(function(w) {
 tell("");
 )");
 
-/// KWin numbers the titles of windows that have the same, behind them.
+/// KWin appends a number to the titles of windows that have the same one.
 QString withoutNumber(const QString &title) {
     static const QRegularExpression number(QStringLiteral(" <[0-9]+>\\x{200E}?$"));
     return QString(title).remove(number);

@@ -5,7 +5,7 @@
 
 namespace morvane {
 
-/// The windows of KWin on Wayland, which tells and moves them for a script.
+/// The windows of KWin on Wayland, listed and activated by scripts.
 class KWinWindowSystem : public WindowSystem {
 public:
     KWinWindowSystem(const QDBusConnection &bus, Scheduler &scheduler)

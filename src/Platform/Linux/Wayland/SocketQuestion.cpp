@@ -16,7 +16,7 @@ constexpr qsizetype longestAnswer = 1048576;
 void SocketQuestion::ask(Scheduler &scheduler, const QString &path, const QByteArray &question,
                          const Length &length, const Finished &finished, QObject *owner) {
     auto *self = new SocketQuestion(scheduler, length, finished, owner);
-    // A socket that isn't there says so before the call returns.
+    // Opens later, since a missing socket is reported before `open` returns.
     QMetaObject::invokeMethod(
         self,
         [self, path, question] {

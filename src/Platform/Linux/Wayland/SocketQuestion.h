@@ -10,23 +10,23 @@
 
 namespace morvane {
 
-/// One question to a program that listens on a socket of this machine, which takes one at a time.
-/// Ends with its owner, or when it has been answered. Main thread, which doesn't wait for it.
+/// One question to a program that listens on a local socket, over a connection of its own.
+/// Destroyed with its owner, or when it has been answered. Main thread, which doesn't wait for it.
 class SocketQuestion : public QObject {
     Q_OBJECT
 
 public:
     using Finished = std::function<void(const std::optional<QByteArray> &answer)>;
 
-    /// The length that an answer which begins so will have in all; none while that can't be told
-    /// yet, or when the other end says it by closing.
+    /// The total length of an answer, read from its beginning; none while it isn't known yet, or if
+    /// the other end marks the end by closing.
     using Length = std::function<std::optional<qsizetype>(const QByteArray &beginning)>;
 
-    /// The other end closes when it has said all.
+    /// For answers that end when the other end closes.
     static std::optional<qsizetype> untilItCloses(const QByteArray &) { return std::nullopt; }
 
-    /// Asks at once. `finished` hears the answer, once and later; none when there is nobody, when
-    /// the answer is longer than 1 MiB, or hasn't come after two seconds.
+    /// Asks at once. `finished` gets the answer once, after this call has returned; none if nobody
+    /// listens, or if the answer is longer than 1 MiB or hasn't come after two seconds.
     static void ask(Scheduler &scheduler, const QString &path, const QByteArray &question,
                     const Length &length, const Finished &finished, QObject *owner);
 

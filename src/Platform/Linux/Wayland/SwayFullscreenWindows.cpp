@@ -11,7 +11,7 @@ constexpr qsizetype longestMessage = 1048576;
 
 } // namespace
 
-/// Those that sway 1.7 knows; it refuses all where one is unknown.
+/// Subscribes only to events that sway 1.7 knows: it refuses all if one is unknown.
 void SwayFullscreenWindows::begin(CompositorSocket &events) {
     events.send(SwayMessage::encode(SwayMessage::Type::subscribe, R"(["window","workspace"])"));
 }

@@ -4,7 +4,7 @@
 
 namespace morvane {
 
-/// Those of sway, native ones and XWayland's, as its tree has them.
+/// The full-screen windows of sway, native and XWayland's, read from its tree.
 class SwayFullscreenWindows : public FollowedFullscreenWindows {
     Q_OBJECT
 

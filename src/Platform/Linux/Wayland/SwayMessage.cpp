@@ -16,7 +16,7 @@ namespace {
 const QByteArray magic("i3-ipc");
 constexpr qsizetype numberSize = sizeof(std::uint32_t);
 
-/// Both ends are on one machine, so the numbers are in its own order of bytes.
+/// Both ends are on one machine, so numbers are in its byte order.
 QByteArray bytesOf(std::uint32_t number) {
     return {reinterpret_cast<const char *>(&number), numberSize};
 }
@@ -45,7 +45,7 @@ QJsonObject contentOf(const QByteArray &message) {
     return QJsonDocument::fromJson(message.mid(headSize())).object();
 }
 
-/// Only windows have a process; those of XWayland have a class instead of an application's id.
+/// Only windows have a pid; XWayland's have a class instead of an app_id.
 void collect(const QJsonObject &node, QList<WindowSystem::Window> &result) {
     const qint64 process = node[QLatin1String("pid")].toInteger();
     if (process > 0) {
@@ -71,7 +71,7 @@ QRect rectOf(const QJsonObject &node) {
     return CompositorJson::layoutRect(number("x"), number("y"), number("width"), number("height"));
 }
 
-/// Workspaces say of themselves that they are full-screen, too.
+/// Workspaces also report themselves as full-screen, so they are left out.
 void collectFullscreen(const QJsonObject &node, bool isInView, QList<QRect> &result) {
     constexpr int ofDisplay = 1;
     constexpr int ofAllDisplays = 2;

@@ -8,31 +8,32 @@
 #include <cstdint>
 #include <optional>
 
-/// What is said on sway's socket, in the form that sway-ipc(7) describes. Pure functions.
+/// The messages on sway's socket, as sway-ipc(7) describes them. Pure functions.
 namespace morvane::SwayMessage {
 
 enum class Type : std::uint32_t { runCommand = 0, subscribe = 2, getTree = 4 };
 
 QByteArray encode(Type type, const QByteArray &payload = {});
 
-/// How long a message that begins so is, with its head; none while that isn't whole, 0 where it is
-/// no message at all.
+/// The length of a message that begins like this, head included; none while the head is incomplete,
+/// 0 if it is no message at all.
 std::optional<qsizetype> length(const QByteArray &beginning);
 
-/// The windows of a whole answer to `getTree`, from the one that had the keyboard last to the one
-/// that had it first. Their ids are the numbers of their containers.
+/// The windows of a complete answer to `getTree`, the most recently focused first. Their ids are
+/// their container ids.
 QList<WindowSystem::Window> windows(const QByteArray &answer);
 
-/// Where a whole answer to `getTree` has full-screen windows in view, in pixels of the layout.
+/// The places of the full-screen windows in view in a complete answer to `getTree`, in pixels of
+/// the layout.
 QList<QRect> fullscreenAreas(const QByteArray &answer);
 
 enum class News {
-    refusal, ///< the answer to a subscription that isn't to be had
-    title,   ///< of a window, and nothing else, as some programs change it all the time
+    refusal, ///< the answer to a refused subscription
+    title,   ///< only a window's title has changed, as some programs' do all the time
     other,
 };
 
-/// What a message is that comes by a subscription.
+/// What a message of a subscription reports.
 News newsOf(const QByteArray &message);
 
 } // namespace morvane::SwayMessage

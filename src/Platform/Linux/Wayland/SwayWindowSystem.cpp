@@ -15,7 +15,7 @@ void SwayWindowSystem::list(Listed listed) {
         &m_context);
 }
 
-/// Nothing but a number goes into the command.
+/// Only a number may go into the command.
 void SwayWindowSystem::activate(const QString &id) {
     const QByteArray command = "[con_id=" + QByteArray::number(id.toLongLong()) + "] focus";
     SocketQuestion::ask(

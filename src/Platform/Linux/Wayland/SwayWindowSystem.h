@@ -10,7 +10,7 @@ namespace morvane {
 
 class Scheduler;
 
-/// The windows of sway, which tells and moves them on a socket of its own.
+/// The windows of sway, listed and activated over sway's own socket.
 class SwayWindowSystem : public WindowSystem {
 public:
     SwayWindowSystem(QString socket, Scheduler &scheduler)
@@ -20,9 +20,9 @@ public:
     void activate(const QString &id) override;
 
 private:
-    const QString m_socket; ///< its path
+    const QString m_socket; ///< the socket's path
     Scheduler &m_scheduler;
-    QObject m_context; ///< with it go the answers that are still to come
+    QObject m_context; ///< its destruction drops pending answers
 };
 
 } // namespace morvane

@@ -27,9 +27,9 @@ ActiveWindow::ActiveWindow(X11Connection &x11)
     });
 }
 
-/// When an overlay of ours takes the keyboard and gives it back, some window managers call no
-/// window the active one in between, and some the overlay; neither is an activation, nor is the way
-/// back. To leave for an empty desktop is something else, though it looks the same.
+/// While an overlay of ours has the keyboard, some window managers report no active window and some
+/// report the overlay; neither that nor the return is an activation. Leaving for an empty desktop
+/// looks the same, but the return from there is one.
 void ActiveWindow::read() {
     const std::uint32_t window = activeWindow();
     if (window == XCB_WINDOW_NONE && hasLeft()) {
@@ -51,8 +51,8 @@ std::uint32_t ActiveWindow::desktop() const {
     return m_x11.property(m_x11.root(), desktopName, XCB_ATOM_CARDINAL).value(0);
 }
 
-/// False when the keyboard has only been lent to an overlay of ours, or is back already. On the way
-/// to another desktop the window may still have it.
+/// False when the keyboard has only been lent to an overlay of ours, or is back already. While the
+/// desktop changes, the window may still have it.
 bool ActiveWindow::hasLeft() const {
     if (desktop() != m_desktop) {
         return true;
@@ -63,7 +63,7 @@ bool ActiveWindow::hasLeft() const {
     return reply && reply->focus != m_last && QWidget::find(reply->focus) == nullptr;
 }
 
-/// Ours or another's: a window that the window manager has nothing to do with.
+/// True for any window that the window manager doesn't manage, ours or another program's.
 bool ActiveWindow::isOverlay(std::uint32_t window) const {
     const auto cookie = xcb_get_window_attributes(m_x11.connection(), window);
     const XcbReply<xcb_get_window_attributes_reply_t> reply(

@@ -8,8 +8,8 @@ namespace morvane {
 
 class X11Connection;
 
-/// Follows the window that the window manager calls the active one. Owned by the application; the
-/// connection must outlive it.
+/// Follows the window manager's active window. Owned by the application; the connection must
+/// outlive it.
 class ActiveWindow : public ForegroundApplication {
     Q_OBJECT
 
@@ -25,8 +25,8 @@ private:
     QString windowClass(std::uint32_t window) const;
 
     X11Connection &m_x11;
-    std::uint32_t m_last;    ///< the window that was active last, until a person leaves it for none
-    std::uint32_t m_desktop; ///< where that was
+    std::uint32_t m_last;    ///< the last active window; none after leaving it for an empty desktop
+    std::uint32_t m_desktop; ///< the desktop where that was
 };
 
 } // namespace morvane

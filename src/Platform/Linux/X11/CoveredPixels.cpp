@@ -10,8 +10,8 @@ namespace morvane {
 
 namespace {
 
-// A little less than half of 255: between the mirrored halves of a curve the painter's figures
-// differ by a few.
+// A little less than half of 255: the painter's values for the mirrored halves of a curve differ by
+// a few.
 constexpr int half = 124;
 
 QImage coverage(const QPainterPath &path, const QRect &bounds) {

@@ -7,8 +7,8 @@ class QPainterPath;
 
 namespace morvane {
 
-/// The device pixels of which a path covers at least half, as rectangles that don't overlap: what a
-/// curve comes closest to where a pixel can only be there or not.
+/// The device pixels of which a path covers at least half, as rectangles that don't overlap: the
+/// closest approximation of a curve by whole pixels.
 QList<QRect> coveredPixels(const QPainterPath &path, double devicePixelRatio);
 
 } // namespace morvane

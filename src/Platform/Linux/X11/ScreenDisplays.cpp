@@ -102,7 +102,8 @@ QPoint ScreenDisplays::pointerPosition() const {
     return QCursor::pos();
 }
 
-/// To XWayland the pointer is over none of its windows then, and stands still.
+/// While the pointer is over a native window, XWayland sees it over none of its own, and standing
+/// still.
 bool ScreenDisplays::isPointerTold() const {
     return !m_x11.isXwayland() || m_x11.windowUnderPointer() != XCB_WINDOW_NONE;
 }
@@ -115,7 +116,8 @@ void ScreenDisplays::watch(QScreen *screen) {
 QRect ScreenDisplays::workArea(const QScreen &screen, bool isAlone) const {
     const QRect device = deviceRect(screen);
     const QRect area = m_workArea.of(device, isAlone);
-    // A point that is only in part below a bar counts as free: what hangs there leaves no gap.
+    // A point that a bar covers only in part counts as free, so that what hangs below the bar
+    // leaves no gap.
     const double scale = screen.devicePixelRatio();
     const auto points = [&](int pixels) { return static_cast<int>(std::floor(pixels / scale)); };
     const QPoint offset(points(area.left() - device.left()), points(area.top() - device.top()));

@@ -10,8 +10,8 @@ namespace morvane {
 
 class X11Connection;
 
-/// The displays as Qt names them, with work areas of our own: Qt lets a bar on one display shorten
-/// all of them. Owned by the application; the connection must outlive it.
+/// The displays as Qt reports them, but with our own work areas: Qt lets a bar on one display
+/// shorten those of all. Owned by the application; the connection must outlive it.
 class ScreenDisplays : public Displays {
     Q_OBJECT
 

@@ -8,8 +8,8 @@ namespace {
 
 constexpr qsizetype itemCount = 12;
 
-/// True when the edge's stretch touches the span, and its depth ends within the screen: a depth
-/// that reaches over a whole screen belongs to a bar on the one beyond.
+/// True if the edge's range touches the span and its depth ends within the screen: a depth that
+/// covers a whole screen belongs to a bar on the next one.
 bool takesFrom(const Strut::Edge &edge, int spanFrom, int spanTo, int reach, int extent) {
     return edge.depth > 0 && edge.from <= spanTo && edge.to >= spanFrom && reach > 0 &&
            reach < extent;

@@ -8,8 +8,8 @@
 
 namespace morvane {
 
-/// The edges of the desktop that a bar or dock keeps for itself, in device pixels: on each edge a
-/// depth, and the stretch along the edge. A plain value.
+/// The parts of the desktop's edges that a bar or dock reserves, in device pixels: for each edge a
+/// depth, and a range along the edge. A plain value.
 struct Strut {
     struct Edge {
         int depth = 0;
@@ -28,7 +28,7 @@ struct Strut {
 
     bool isEmpty() const;
 
-    /// What this strut leaves of a screen. An edge that lies on another screen takes nothing.
+    /// What this strut leaves of an area on a screen. An edge on another screen takes nothing.
     QRect shrink(const QRect &area, const QRect &screen, const QSize &desktop) const;
 
     friend bool operator==(const Strut &, const Strut &) = default;

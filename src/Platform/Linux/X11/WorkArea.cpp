@@ -11,8 +11,8 @@ namespace {
 
 constexpr std::uint32_t strutWords = 12;
 
-/// The children of all these windows. All questions go out before the first answer is read: one
-/// round trip however many there are.
+/// The children of all these windows. Sends all requests before it reads the first reply: one round
+/// trip however many there are.
 QList<std::uint32_t> childrenOf(xcb_connection_t *connection, const QList<std::uint32_t> &parents) {
     QList<xcb_query_tree_cookie_t> cookies;
     for (const std::uint32_t parent : parents) {
@@ -31,7 +31,7 @@ QList<std::uint32_t> childrenOf(xcb_connection_t *connection, const QList<std::u
     return result;
 }
 
-/// Those of the windows that can be seen.
+/// The windows of these that can be seen.
 QList<std::uint32_t> viewable(xcb_connection_t *connection, const QList<std::uint32_t> &windows) {
     QList<xcb_get_window_attributes_cookie_t> cookies;
     for (const std::uint32_t window : windows) {
@@ -83,8 +83,8 @@ void WorkArea::read() {
     }
 }
 
-/// The ones that lie on the desktop, and those within the frames that some window managers put
-/// about what they don't list.
+/// The visible top-level windows and their visible children: some window managers put frames around
+/// windows that they don't list.
 QList<std::uint32_t> WorkArea::windowsInView() const {
     auto *connection = m_x11.connection();
     const auto outer = viewable(connection, childrenOf(connection, {m_x11.root()}));
@@ -115,7 +115,7 @@ QList<Strut> WorkArea::strutsOf(const QList<std::uint32_t> &windows) const {
     return result;
 }
 
-/// Four items for each desktop.
+/// The property has four items for each desktop.
 QRect WorkArea::toldArea() const {
     const auto areas = m_x11.property(m_x11.root(), "_NET_WORKAREA", XCB_ATOM_CARDINAL);
     const auto desktop = m_x11.property(m_x11.root(), "_NET_CURRENT_DESKTOP", XCB_ATOM_CARDINAL);

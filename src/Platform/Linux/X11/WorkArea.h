@@ -12,17 +12,17 @@ namespace morvane {
 
 class X11Connection;
 
-/// What bars and docks leave of the desktop: by their struts, whether the window manager manages
-/// them or they have put themselves there, and by the area that the window manager tells. All in
-/// device pixels. Owned by `ScreenDisplays`; the connection must outlive it.
+/// What bars and docks leave of the desktop, from their struts, whether the window manager manages
+/// them or not, and from the work area that the window manager reports. All in device pixels. Owned
+/// by `ScreenDisplays`; the connection must outlive it.
 class WorkArea : public QObject {
     Q_OBJECT
 
 public:
     explicit WorkArea(X11Connection &x11);
 
-    /// What is left of a screen. The window manager tells one area for all of them, so that only
-    /// that of a screen that is alone can be told from it.
+    /// What is left of a screen. The window manager reports one area for all screens, so it is used
+    /// only for a screen that is alone.
     QRect of(const QRect &screen, bool isAlone) const;
 
 signals:
@@ -36,7 +36,7 @@ private:
 
     X11Connection &m_x11;
     QList<Strut> m_struts;
-    QRect m_told; ///< empty where no window manager tells
+    QRect m_told; ///< the window manager's area; empty if it reports none
 };
 
 } // namespace morvane

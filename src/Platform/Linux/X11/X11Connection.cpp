@@ -32,8 +32,8 @@ const xcb_screen_t *screenAt(xcb_connection_t *connection, int number) {
     return screen.data;
 }
 
-/// A window that has been moved, shown, hidden or closed, and the one that was watched for that:
-/// itself, or the one it lies in.
+/// A window that has been moved, shown, hidden or closed, and the watched window that reported it:
+/// itself or its parent.
 struct Restructuring {
     std::uint32_t watched;
     std::uint32_t window;
@@ -143,7 +143,8 @@ void X11Connection::stopWatching(std::uint32_t window) {
     xcb_flush(connection());
 }
 
-/// Newer servers have an extension that says so; older ones can be told by their outputs.
+/// Newer servers have an extension that says so; older ones are recognised by the names of their
+/// outputs.
 bool X11Connection::findXwayland() {
     constexpr std::string_view name("XWAYLAND");
     const auto cookie = xcb_query_extension(connection(), name.size(), name.data());
@@ -197,7 +198,7 @@ void X11Connection::watchMotion(bool watch) {
     selectInput(XCB_INPUT_DEVICE_ALL_MASTER, watch ? XCB_INPUT_XI_EVENT_MASK_RAW_MOTION : 0);
 }
 
-/// The server keeps what is selected for all devices apart from what is for all masters.
+/// The server keeps separate masks for all devices and for all master devices.
 void X11Connection::selectInput(std::uint16_t devices, std::uint32_t mask) {
     if (m_inputExtension == 0) {
         return;
@@ -224,9 +225,10 @@ std::uint32_t X11Connection::windowUnderPointer() const {
     return reply ? reply->child : std::uint32_t(XCB_WINDOW_NONE);
 }
 
-/// The server says it only with an event, and this change brings one about. It is the root
-/// window's, so that the window manager hears the time as well: xfwm4 gives the keyboard as of the
-/// last event it has had, which counts for nothing when we have given it back since.
+/// The server tells the time only in events, and this property change causes one. The property is
+/// the root window's, so that the window manager gets the time as well: xfwm4 gives the keyboard
+/// with the time of its last event, which the server ignores if we have given the keyboard back
+/// since.
 void X11Connection::askTime() {
     xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, m_root, atom(clockName),
                         XCB_ATOM_STRING, 8, 0, nullptr);
@@ -244,7 +246,7 @@ void X11Connection::readPropertyChange(std::uint32_t window, std::uint32_t atom,
     }
 }
 
-/// The server tells of a key that is held down as if it were let go and pressed again at once.
+/// The server repeats a held key as a release and a press at the same time.
 void X11Connection::readKeyEvent(const xcb_key_press_event_t &event) {
     if ((event.response_type & 0x7f) == XCB_KEY_RELEASE) {
         m_releasedKey = event.detail;
@@ -260,7 +262,7 @@ void X11Connection::readEvents() {
         m_notifier->setEnabled(false);
         return;
     }
-    // A window that is moved by hand tells so at each step.
+    // Collected, since a window that is dragged sends an event at each step.
     QSet<std::uint32_t> restructured;
     bool haveTopLevelsChanged = false;
     bool hasKeyboardChanged = false;
@@ -278,11 +280,11 @@ void X11Connection::readEvents() {
         } else if (type == XCB_KEY_PRESS || type == XCB_KEY_RELEASE) {
             readKeyEvent(*reinterpret_cast<xcb_key_press_event_t *>(event.get()));
         } else if (type == XCB_MAPPING_NOTIFY) {
-            // One change is told in several.
+            // One change comes as several events.
             hasKeyboardChanged = true;
         } else if (const auto change = restructuring(*event)) {
             if (change->watched == m_root) {
-                // Windows that are only moved, maybe by hand, come and go nowhere.
+                // A window that is only moved, maybe by hand, neither comes nor goes.
                 haveTopLevelsChanged = haveTopLevelsChanged || type != XCB_CONFIGURE_NOTIFY;
             } else {
                 restructured.insert(change->window);

@@ -15,9 +15,9 @@ struct xcb_key_press_event_t;
 
 namespace morvane {
 
-/// A connection of our own to the X server, for what Qt has no public name for: other programs'
-/// windows, and what the window manager tells on the root window. Owned by the application, which
-/// makes it once; main thread.
+/// Our own connection to the X server, for what Qt has no public API for: other programs' windows,
+/// and the window manager's properties on the root window. Owned by the application, which makes it
+/// once; main thread.
 class X11Connection : public QObject {
     Q_OBJECT
 
@@ -25,7 +25,7 @@ public:
     /// None when no X server can be reached.
     static std::unique_ptr<X11Connection> open();
 
-    /// True when one can be. Needs no application object, unlike `open`.
+    /// True if an X server can be reached. Needs no application object, unlike `open`.
     static bool isReachable();
     ~X11Connection() override;
 
@@ -37,28 +37,28 @@ public:
     /// The 32-bit items of a property; empty when the window is gone or has none of that type.
     QList<std::uint32_t> property(std::uint32_t window, const QByteArray &name, std::uint32_t type);
 
-    /// From now on tells of the window's properties, and of it being moved, shown, hidden or
-    /// closed.
+    /// From now on emits signals when the window's properties change, and when it is moved, shown,
+    /// hidden or closed.
     void watchWindow(std::uint32_t window);
     void stopWatching(std::uint32_t window);
 
     /// The child of the root window that the pointer is over; none over the bare ground.
     std::uint32_t windowUnderPointer() const;
 
-    /// Whether to tell of the buttons of all mice, wherever they are pressed.
+    /// Whether to emit `pressed` for the buttons of all mice, wherever they are pressed.
     void watchPresses(bool watch);
 
-    /// Whether to tell of the motion of all mice, which may be a thousand times a second.
+    /// Whether to emit `moved` for the motion of all mice, which may be a thousand times a second.
     void watchMotion(bool watch);
 
-    /// Asks for the present time of the server, by which window managers tell what a person wants
-    /// now from what comes late.
+    /// Asks for the server's current time, by which window managers tell a person's current request
+    /// from a late one.
     void askTime();
 
     /// True while a compositing manager runs on our screen.
     bool isComposited() const { return m_composited; }
 
-    /// True when the server is itself a client of a Wayland desktop, which alone gives the
+    /// True if the server is itself a client of a Wayland desktop, which alone assigns the
     /// keyboard.
     bool isXwayland() const { return m_isXwayland; }
 
@@ -69,18 +69,18 @@ signals:
     void windowPropertyChanged(std::uint32_t window, std::uint32_t atom);
     /// A watched window has been moved, shown, hidden or closed.
     void windowStructureChanged(std::uint32_t window);
-    /// Windows that lie on the desktop have been shown, hidden or closed, or put into another. The
-    /// window manager need not know of them.
+    /// Top-level windows have been shown, hidden, closed or reparented, including those that the
+    /// window manager doesn't know.
     void topLevelsChanged();
     void compositedChanged();
-    /// The time that was asked for, in the server's milliseconds.
+    /// The time that `askTime` asked for, in the server's milliseconds.
     void timeTold(std::uint32_t time);
     /// A mouse button has gone down somewhere on the screen, even where another program sees it.
     void pressed(std::uint32_t button);
     /// A mouse has moved.
     void moved();
     /// A key that has been grabbed on this connection has gone down, with this state of the
-    /// modifiers and the buttons. Told once, however long it is held.
+    /// modifiers and the buttons. Emitted once, however long it is held.
     void keyPressed(std::uint8_t keyCode, std::uint32_t state);
     /// The meaning of the keys or of the modifiers has changed.
     void keyboardChanged();
@@ -108,8 +108,8 @@ private:
     std::uint32_t m_compositorSelection = 0;
     std::uint8_t m_selectionEvent = 0;
     std::uint8_t m_inputExtension = 0; ///< its opcode, 0 where it is missing or too old
-    std::uint32_t m_lastRelease = 0;   ///< of a key, in the server's time
-    std::uint8_t m_releasedKey = 0;    ///< which that was
+    std::uint32_t m_lastRelease = 0;   ///< when a key was last released, in the server's time
+    std::uint8_t m_releasedKey = 0;    ///< the key of that release
     bool m_composited = false;
     bool m_isXwayland = false;
     QHash<QByteArray, std::uint32_t> m_atoms;

@@ -40,8 +40,8 @@ void X11FullscreenWindows::follow() {
     refresh();
 }
 
-/// A window that is active on one display leaves those on the others as they are: a film goes on
-/// there. No window at all is active for a moment on the way from one to the next.
+/// A window that becomes active on one display leaves those on the others as they are: a film goes
+/// on there. While the focus moves from one window to the next, no window is active for a moment.
 void X11FullscreenWindows::refresh() {
     const auto windows = m_x11.property(m_x11.root(), "_NET_ACTIVE_WINDOW", XCB_ATOM_WINDOW);
     const std::uint32_t active = windows.value(0);
@@ -72,7 +72,7 @@ std::optional<X11FullscreenWindows::Window> X11FullscreenWindows::read(std::uint
     auto *connection = m_x11.connection();
     const auto attributesCookie = xcb_get_window_attributes(connection, window);
     const auto sizeCookie = xcb_get_geometry(connection, window);
-    // The place that it knows itself is within the frame that the window manager has put about it.
+    // The window's own geometry is relative to the window manager's frame around it.
     const auto placeCookie = xcb_translate_coordinates(connection, window, m_x11.root(), 0, 0);
     const XcbReply<xcb_get_window_attributes_reply_t> attributes(
         xcb_get_window_attributes_reply(connection, attributesCookie, nullptr));
@@ -90,7 +90,7 @@ std::optional<X11FullscreenWindows::Window> X11FullscreenWindows::read(std::uint
                       !states.contains(m_x11.atom("_NET_WM_STATE_HIDDEN"))};
 }
 
-/// Some compositors keep windows of other desktops in view, as it were.
+/// Some compositors keep windows of other desktops viewable.
 bool X11FullscreenWindows::isOnOtherDesktop(std::uint32_t window) const {
     const auto own = m_x11.property(window, "_NET_WM_DESKTOP", XCB_ATOM_CARDINAL);
     const auto current = m_x11.property(m_x11.root(), "_NET_CURRENT_DESKTOP", XCB_ATOM_CARDINAL);

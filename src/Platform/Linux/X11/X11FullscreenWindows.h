@@ -11,8 +11,8 @@ namespace morvane {
 
 class X11Connection;
 
-/// Those of an X server: on each display the window that was the active one there last, if it is
-/// full-screen.
+/// The full-screen windows of an X server: on each display the window that was last active there,
+/// if it is full-screen.
 class X11FullscreenWindows : public FullscreenWindows {
     Q_OBJECT
 

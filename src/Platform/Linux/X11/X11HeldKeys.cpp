@@ -39,8 +39,8 @@ bool X11HeldKeys::nativeEventFilter(const QByteArray &kind, void *message, qintp
     }
 }
 
-/// A repetition lets the key go and presses it at the same time, in the same window. With Alt it
-/// would press the button with that letter again and again.
+/// A repetition is a release and a press at the same time, in the same window. With Alt it would
+/// press the button with that mnemonic again and again.
 bool X11HeldKeys::keepsPress(std::uint8_t key, std::uint32_t time, bool isWithAlt) {
     const bool isRepetition = key == m_repeatedKey && time == m_repeatedAt;
     if (!isRepetition) {
@@ -52,7 +52,7 @@ bool X11HeldKeys::keepsPress(std::uint8_t key, std::uint32_t time, bool isWithAl
 bool X11HeldKeys::keepsRelease(std::uint8_t key, std::uint32_t time) {
     const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     const bool isHeld = x11 != nullptr && isDown(x11->connection(), key);
-    // Where the program is late, the key may be up by now and this have been a repetition still.
+    // If the program lags, the key may be up by now although this release was part of a repetition.
     if (isHeld || !m_begun[key]) {
         m_repeatedKey = key;
         m_repeatedAt = time;

@@ -7,11 +7,11 @@
 
 namespace morvane {
 
-/// Keeps from the program's windows that a key which is held has been let go. The server repeats
-/// such a key as if it were let go and pressed again and again, in which Qt recognises a repetition
-/// only if both have come at once. A window is told of the repetitions of a key only if the key
-/// went down in it: one that is held from before, when another window had the keyboard, begins
-/// nothing there. Lives as long as the application shows windows; main thread.
+/// Hides the false releases of a held key from the program's windows. The server repeats a held key
+/// as a release and a press each time, and Qt recognises a repetition only if both arrive at once.
+/// A window gets the repetitions of a key only if the key went down in it: a key held since another
+/// window had the keyboard starts nothing there. Lives as long as the application shows windows;
+/// main thread.
 class X11HeldKeys : public QAbstractNativeEventFilter {
 public:
     X11HeldKeys();
@@ -19,7 +19,7 @@ public:
     bool nativeEventFilter(const QByteArray &kind, void *message, qintptr *result) override;
 
 private:
-    /// True where it is kept from the windows.
+    /// True if the event is kept from the windows.
     bool keepsPress(std::uint8_t key, std::uint32_t time, bool isWithAlt);
     bool keepsRelease(std::uint8_t key, std::uint32_t time);
 

@@ -15,7 +15,7 @@ namespace morvane {
 namespace {
 
 constexpr std::uint32_t keyCodeOffset = 8;     ///< of the server's key codes to the kernel's
-constexpr std::uint32_t shownModifiers = 0xff; ///< of a state, which also has the buttons
+constexpr std::uint32_t shownModifiers = 0xff; ///< the modifier bits of a state, without buttons
 
 // From X11/keysymdef.h.
 constexpr xcb_keysym_t superLeft = 0xffeb;
@@ -72,7 +72,7 @@ void X11HotKeys::retry() {
     }
 }
 
-/// The map of the modifiers names keys, and only the map of the keys tells what is on them.
+/// The modifier map lists key codes; only the keyboard map has their symbols.
 X11HotKeys::Masks X11HotKeys::readMasks() const {
     auto *connection = m_x11.connection();
     const auto *setup = xcb_get_setup(connection);
@@ -132,7 +132,7 @@ QList<std::uint32_t> X11HotKeys::variants(const HotKey &key) const {
     return result;
 }
 
-/// A key of which another program has any variant is left to it whole.
+/// If another program has any variant of a key, all variants are left to it.
 HotKeys::State X11HotKeys::grab(const HotKey &key) const {
     if (key.super && m_masks.super == 0) {
         return State::unavailable;
@@ -165,8 +165,8 @@ void X11HotKeys::ungrab(const HotKey &key) const {
     xcb_flush(m_x11.connection());
 }
 
-/// Some programs change the keyboard with every letter that they type for a person; what the keys
-/// here depend on stays the same then.
+/// Some programs remap the keyboard for every letter that they type for a person; the masks stay
+/// the same then.
 void X11HotKeys::keyboardChanged() {
     const Masks masks = readMasks();
     if (masks == m_masks) {

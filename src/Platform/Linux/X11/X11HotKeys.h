@@ -10,9 +10,9 @@ namespace morvane {
 
 class X11Connection;
 
-/// Keys of an X server, each grabbed by its place with every combination of the lock keys, since
-/// the server compares those as well. Grabbed anew when the keyboard's modifiers move. Owned by the
-/// application; the connection must outlive it.
+/// Hot keys of an X server, each grabbed by its key code with every combination of the lock keys,
+/// since the server compares those as well. Grabbed again when the keyboard's modifiers move. Owned
+/// by the application; the connection must outlive it.
 class X11HotKeys : public HotKeys {
     Q_OBJECT
 
@@ -27,7 +27,7 @@ public:
     void retry() override;
 
 private:
-    /// Which bits of a key event's state stand for what is on this keyboard.
+    /// The bits in a key event's state of those keys whose bits differ between keyboards.
     struct Masks {
         std::uint32_t super = 0;
         std::uint32_t numLock = 0;

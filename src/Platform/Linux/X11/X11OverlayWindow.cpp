@@ -42,7 +42,7 @@ std::uint32_t inputFocus(xcb_connection_t *connection) {
     return reply ? reply->focus : std::uint32_t(XCB_INPUT_FOCUS_POINTER_ROOT);
 }
 
-/// The child of the root that the window lies in; none for what is no window.
+/// The child of the root that contains the window; none if there is no such window.
 std::uint32_t topLevel(const X11Connection &x11, std::uint32_t window) {
     std::uint32_t result = XCB_WINDOW_NONE;
     while (window > XCB_INPUT_FOCUS_POINTER_ROOT && window != x11.root()) {
@@ -82,9 +82,9 @@ X11OverlayWindow::X11OverlayWindow(QWidget &widget, X11Connection &x11,
             raise();
         }
     });
-    // To some window managers the window that was active before still has the keyboard, so that a
-    // click on it would leave it here. Any other window may be the field's own menu, or an input
-    // method's.
+    // Some window managers assume that the window that was active before still has the keyboard, so
+    // a click on that window would leave the keyboard here. Other windows don't count: they may be
+    // the field's own menu, or an input method's.
     connect(&m_x11, &X11Connection::pressed, this, [this](std::uint32_t button) {
         if (m_owners.contains(m_window) && button <= lastClickButton && isOwnerUnderPointer()) {
             releaseKeyboard();
@@ -104,7 +104,8 @@ void X11OverlayWindow::setGeometry(const QRect &frame, Anchor anchor) {
     }
     m_widget.setGeometry(frame);
     if (!m_widget.isVisible()) {
-        // Qt puts that off until it shows the widget, which may hang on the new place.
+        // Qt defers the move until it shows the widget, but whether it is shown may depend on the
+        // new place.
         m_widget.windowHandle()->setGeometry(frame);
     }
     applyVisibility();
@@ -153,13 +154,13 @@ bool X11OverlayWindow::takeKeyboard() {
     if (!setInputFocus(connection, m_window)) {
         return false;
     }
-    // What another overlay has is only lent to it.
+    // If another overlay has the keyboard, that one's owner counts: overlays only borrow it.
     m_owners.insert(m_window, m_owners.value(owner, owner));
     m_x11.watchPresses(true);
     return true;
 }
 
-/// The server is asked, since Qt waits a moment before it tells of a loss.
+/// Asks the server, since Qt waits a moment before it reports a loss.
 bool X11OverlayWindow::holdsKeyboard() const {
     auto *connection = qtConnection();
     return connection != nullptr && m_owners.contains(m_window) &&
@@ -175,8 +176,8 @@ void X11OverlayWindow::releaseKeyboard() {
     }
 }
 
-/// Nobody else gets a word in between the question and what follows from it: the window manager may
-/// be about to give the keyboard to the window that was clicked.
+/// Grabs the server so that the focus can't change between the check and the change: the window
+/// manager may be about to give the keyboard to the window that was clicked.
 void X11OverlayWindow::giveUpKeyboardTo(std::uint32_t owner) {
     auto *connection = qtConnection();
     if (connection == nullptr) {
@@ -200,9 +201,10 @@ bool X11OverlayWindow::isTranslucent() const {
     return m_x11.isComposited();
 }
 
-/// While a key is held that another program has grabbed, such as the one for the next layout of the
-/// keyboard, the keys go there, and come back to this window: to Qt a loss of the keyboard, but a
-/// real one is told of by itself, even then. The window that it goes to may have come up above.
+/// While a key is held that another program has grabbed, such as the one for the next keyboard
+/// layout, the keyboard goes there and comes back. That is kept from Qt, which would take it for a
+/// loss; a real loss comes as an event of its own, even then. The window that gets the keyboard may
+/// have come up above this one.
 bool X11OverlayWindow::nativeEventFilter(const QByteArray &kind, void *message, qintptr *) {
     if (kind != "xcb_generic_event_t") {
         return false;
@@ -252,7 +254,7 @@ void X11OverlayWindow::applyVisibility() {
     const bool isVisible = m_isShown && !m_isCovered;
     if (isVisible != m_widget.isVisible()) {
         if (!isVisible) {
-            // A hidden window leaves the keyboard to nobody.
+            // Hiding a window that has the keyboard would leave it to nobody.
             releaseKeyboard();
         }
         m_widget.setVisible(isVisible);
@@ -263,13 +265,13 @@ void X11OverlayWindow::applyVisibility() {
     }
 }
 
-/// True on its frame as well, and on the bare ground of the desktop.
+/// Also true over the owner's frame, and over the bare desktop.
 bool X11OverlayWindow::isOwnerUnderPointer() const {
     const std::uint32_t window = m_x11.windowUnderPointer();
     return window == XCB_WINDOW_NONE || window == topLevel(m_x11, m_owners.value(m_window));
 }
 
-/// The server is asked for the place, since only there it is in the same pixels as the others'.
+/// Asks the server for the place, since only there it is in the same pixels as the areas.
 bool X11OverlayWindow::findCovered() const {
     auto *connection = qtConnection();
     const QList<QRect> areas = m_hidesOverFullscreen ? m_fullscreen.areas() : QList<QRect>();
@@ -283,15 +285,16 @@ bool X11OverlayWindow::findCovered() const {
            });
 }
 
-/// Qt has the focus in a text field for a moment longer than the keyboard is there.
+/// Checks the keyboard too, since Qt keeps the focus in a text field for a moment after the
+/// keyboard is gone.
 bool X11OverlayWindow::isTypedIn() const {
     const QWidget *focus = QApplication::focusWidget();
     return m_widget.isAncestorOf(focus) && focus->testAttribute(Qt::WA_InputMethodEnabled) &&
            holdsKeyboard();
 }
 
-/// Not while a menu of ours is open, which it would cover, or while somebody types, since it would
-/// cover what an input method offers.
+/// Does nothing while a menu of ours is open or somebody types: the window would cover the menu, or
+/// what an input method offers.
 void X11OverlayWindow::raise() {
     auto *connection = qtConnection();
     const bool isBelowMenu = QApplication::activePopupWidget() != nullptr;

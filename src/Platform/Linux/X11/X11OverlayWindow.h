@@ -23,10 +23,11 @@ class X11OverlayWindow : public QObject, public OverlayWindow, private QAbstract
     Q_OBJECT
 
 public:
-    /// The overlays that have taken the keyboard, and the windows that had it before all of them.
+    /// The overlays that have taken the keyboard, each with the window that had it before any
+    /// overlay.
     using KeyboardOwners = QHash<std::uint32_t, std::uint32_t>;
 
-    /// What it is given must outlive the window; all overlays share the owners.
+    /// The arguments must outlive the window; all overlays share the owners.
     X11OverlayWindow(QWidget &widget, X11Connection &x11, FullscreenWindows &fullscreen,
                      KeyboardOwners &owners);
     ~X11OverlayWindow() override;

@@ -11,7 +11,7 @@ namespace morvane {
 
 class X11Connection;
 
-/// Makes the overlays of an X server. Owned by the application, outlives the overlays; the
+/// Makes the overlays of an X server. Owned by the application; must outlive the overlays, and the
 /// connection must outlive it.
 class X11OverlayWindows : public OverlayWindows {
 public:

@@ -45,8 +45,8 @@ void X11PointerMonitor::check() {
     const auto before = m_lastPosition;
     m_lastPosition = position();
     if (m_lastPosition == before) {
-        // What has moved since the last look, and up to the server's hearing of this, would be
-        // lost without another one.
+        // Looks once more, or movement between the last look and the start of listening would be
+        // lost.
         m_x11.watchMotion(true);
         m_lastPosition = position();
         if (m_lastPosition == before) {

@@ -12,9 +12,9 @@ namespace morvane {
 class X11Connection;
 
 /// The pointer of an X server, by the raw motion of all mice. A mouse sends that up to a thousand
-/// times a second, so the first event ends the listening, the pointer is asked for a few times a
-/// second until it rests, and only then listening begins again. Owned by the application; the
-/// connection and the scheduler must outlive it.
+/// times a second, so after the first event this stops listening, asks for the pointer 20 times a
+/// second until it rests, and only then listens again. Owned by the application; the connection and
+/// the scheduler must outlive it.
 class X11PointerMonitor : public PointerMonitor {
     Q_OBJECT
 

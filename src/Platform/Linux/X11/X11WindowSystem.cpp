@@ -17,15 +17,15 @@ namespace morvane {
 
 namespace {
 
-/// Of one text, which another program may have made as long as it likes.
+/// The most that is read of a text, which another program may have made as long as it likes.
 constexpr std::uint32_t maxTextWords = WindowSystem::longestTitle / sizeof(std::uint32_t);
 
-constexpr std::uint32_t allDesktops = 0xffffffff; ///< or one that isn't told
+constexpr std::uint32_t allDesktops = 0xffffffff; ///< or an unknown one
 const QByteArray currentDesktopName("_NET_CURRENT_DESKTOP");
 constexpr Seconds desktopLimit(0.5);
 constexpr std::uint32_t fromPerson = 2; ///< the source of a request that isn't the program's own
 
-/// Questions about a window that are all asked before the first is answered.
+/// Requests about a window, all sent before the first reply is read.
 class WindowQuestions {
 public:
     WindowQuestions(X11Connection &x11, xcb_window_t window)
@@ -43,7 +43,7 @@ public:
         // Two names, each with a zero byte at its end: the instance's and the class's.
         result.names = text(m_class).split(QChar(u'\0'), Qt::SkipEmptyParts);
         result.process = number(m_process);
-        // On another machine the number is another's.
+        // On another machine the number means another process.
         const QString machine = text(m_machine);
         if (!machine.isEmpty() && machine != QSysInfo::machineHostName()) {
             result.process = 0;
@@ -105,8 +105,8 @@ X11WindowSystem::X11WindowSystem(X11Connection &x11, Scheduler &scheduler)
                      });
 }
 
-/// A window manager that was killed leaves its list behind, but not the window by which it tells
-/// that it is there. That of a Wayland desktop has nothing to do with most windows here.
+/// A window manager that was killed leaves its list behind, but not its check window. Under
+/// XWayland it doesn't manage most windows of the desktop.
 bool X11WindowSystem::canFocusWindows() const {
     const QByteArray check("_NET_SUPPORTING_WM_CHECK");
     const auto manager = m_x11.property(m_x11.root(), check, XCB_ATOM_WINDOW);
@@ -149,9 +149,9 @@ void X11WindowSystem::activate(const QString &id) {
     withTime([this, window = id.toUInt()](std::uint32_t time) { goTo(window, time); });
 }
 
-/// Several window managers don't follow the request to a window of another desktop, and one that
-/// changes the desktop gives the keyboard to the window there that had it last: so the desktop
-/// comes first, and the window when that is there.
+/// Several window managers don't activate a window on another desktop, and after a desktop change
+/// they give the keyboard to the window there that had it last. So the desktop is changed first,
+/// and the window activated once that has happened.
 void X11WindowSystem::goTo(std::uint32_t window, std::uint32_t time) {
     m_window = window;
     m_time = time;
@@ -175,7 +175,7 @@ std::uint32_t X11WindowSystem::desktopOf(std::uint32_t window, const QByteArray 
     return m_x11.property(window, property, XCB_ATOM_CARDINAL).value(0, allDesktops);
 }
 
-/// To the window manager, which hears what is sent to the root window.
+/// Sends a message to the window manager, which receives those to the root window.
 void X11WindowSystem::send(std::uint32_t window, const QByteArray &message,
                            const QList<std::uint32_t> &items) const {
     xcb_client_message_event_t event{};
@@ -190,8 +190,8 @@ void X11WindowSystem::send(std::uint32_t window, const QByteArray &message,
     xcb_flush(m_x11.connection());
 }
 
-/// The form of the id is that of freedesktop.org's startup notification: whatever else it holds,
-/// toolkits and window managers read the time of the person's click from its end.
+/// The id has the form of freedesktop.org's startup notification: toolkits and window managers read
+/// the time of the person's click from its end.
 void X11WindowSystem::prepareLaunch(const std::function<void(const QString &startupID)> &prepared) {
     withTime([this, prepared](std::uint32_t time) {
         prepared(QStringLiteral("morvane-%1-%2_TIME%3")

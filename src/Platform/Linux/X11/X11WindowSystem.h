@@ -12,8 +12,8 @@ namespace morvane {
 class Scheduler;
 class X11Connection;
 
-/// The windows that the window manager tells of; of a Wayland desktop only those of XWayland. Owned
-/// by the application; the connection and the scheduler must outlive it.
+/// The windows that the window manager lists; on a Wayland desktop only those of XWayland. Owned by
+/// the application; the connection and the scheduler must outlive it.
 class X11WindowSystem : public WindowSystem {
 public:
     X11WindowSystem(X11Connection &x11, Scheduler &scheduler);
@@ -35,11 +35,11 @@ private:
 
     X11Connection &m_x11;
     Scheduler &m_scheduler;
-    std::uint32_t m_window = 0; ///< that is on its way to the front, or 0
-    std::uint32_t m_time = 0;   ///< of the person's wish
-    Task m_arrival;             ///< for a desktop that is never told to have come
+    std::uint32_t m_window = 0; ///< the one on its way to the front, or 0
+    std::uint32_t m_time = 0;   ///< of the person's request
+    Task m_arrival;             ///< ends the wait for a desktop change that is never reported
     int m_launches = 0;
-    QObject m_context; ///< with it go the answers that are still to come
+    QObject m_context; ///< its destruction drops pending answers
 };
 
 } // namespace morvane
