@@ -8,7 +8,7 @@
 
 namespace morvane {
 
-/// None where there is no window of this title.
+/// The window with this title; null if there is none.
 inline QWidget *windowTitled(const QString &title) {
     for (QWidget *widget : QApplication::topLevelWidgets()) {
         if (widget->windowTitle() == title) {
@@ -18,7 +18,7 @@ inline QWidget *windowTitled(const QString &title) {
     return nullptr;
 }
 
-/// What is shown in a window and has this name for a screen reader, if anything has.
+/// The visible control in a window with this name for a screen reader; null if there is none.
 template <typename Control>
 Control *shownControl(const QWidget &window, const QString &name) {
     for (Control *control : window.findChildren<Control *>()) {
@@ -31,7 +31,7 @@ Control *shownControl(const QWidget &window, const QString &name) {
     return nullptr;
 }
 
-/// What a screen reader, or a keyboard, would find wanting in what is shown of a window.
+/// Finds what a screen reader or the keyboard would lack in the visible part of a window.
 class AccessibleControls {
 public:
     explicit AccessibleControls(QWidget &window) : m_window(window) {
@@ -41,7 +41,7 @@ public:
         QAccessible::setActive(false);
     }
 
-    /// Controls without a name or a role, letters that lead nowhere, and such as lead to two.
+    /// Controls without a name or a role, and mnemonics that lead to no control or to two.
     const QStringList &faults() const { return m_faults; }
 
     /// How many controls there are.
@@ -69,7 +69,7 @@ private:
     void findMnemonics() {
         QStringList letters;
         for (const QWidget *widget : m_window.findChildren<QWidget *>()) {
-            // A label that paints its text itself shows an ampersand as one.
+            // A label class that paints its text itself shows an ampersand literally.
             const bool isLabel = widget->metaObject() == &QLabel::staticMetaObject;
             const auto *label = isLabel ? static_cast<const QLabel *>(widget) : nullptr;
             const QKeySequence key = QKeySequence::mnemonic(widget->property("text").toString());

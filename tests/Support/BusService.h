@@ -10,7 +10,7 @@
 
 namespace morvane {
 
-/// A stand-in for a service on a bus, for as long as it lives, or until another takes its place: it
+/// A stand-in for a service on a bus, until it is destroyed or another takes over its name. It
 /// answers at this path, and with `SubPath` at those below it.
 class BusService : public QDBusVirtualObject {
 public:
@@ -46,7 +46,7 @@ public:
         m_bus.send(signal);
     }
 
-    QHash<QString, QVariantList> answers; ///< to questions as they are written down
+    QHash<QString, QVariantList> answers; ///< by the question as in `asked`
     QStringList asked;                    ///< "PATH METHOD(ARGUMENTS)" of each
 
 protected:

@@ -4,7 +4,7 @@
 
 namespace morvane {
 
-/// A hook event of Claude Code in session "s", with what a test wants to be different about it.
+/// A hook event of Claude Code in session "s", with the fields that a test changes.
 class EventBuilder {
 public:
     explicit EventBuilder(CanonicalEvent kind) {
@@ -20,7 +20,7 @@ public:
             .given(R"({"command": "make"})");
     }
 
-    /// What the tool is given, a JSON object.
+    /// The tool's input, a JSON object.
     EventBuilder given(std::string_view input) const {
         return with(&HookEvent::toolInput, ReadableInput::of(input));
     }

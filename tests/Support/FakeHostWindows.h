@@ -6,7 +6,7 @@
 
 namespace morvane {
 
-/// Programs and windows of the test's own. It writes down what is asked of it, and answers at once.
+/// Programs and windows that a test makes up. Records the calls in `deeds`, and answers at once.
 class FakeHostWindows : public HostWindows {
 public:
     bool canFocusWindows() const override { return letsFocus; }
@@ -25,9 +25,9 @@ public:
     bool tellsWindows = true;
     QStringList deeds;
     QMap<QString, QList<HostWindow>> running; ///< by their bundle identifiers
-    QStringList terminals;                    ///< those that can be shown
-    Date openedAt;                            ///< all of them
-    Showing otherwise = Showing::unknown;     ///< of any other
+    QStringList terminals;                    ///< the ones that can be shown
+    Date openedAt;                            ///< when all of them were opened
+    Showing otherwise = Showing::unknown;     ///< for any other terminal
 };
 
 } // namespace morvane

@@ -8,7 +8,7 @@
 
 namespace morvane {
 
-/// A keyboard on which the test presses, and some keys of which may be somebody else's.
+/// Hot keys that the test presses, and some of which another program may have taken.
 class FakeHotKeys : public HotKeys {
 public:
     std::uint32_t registerKey(const HotKey &key, const QString &) override {
@@ -24,7 +24,7 @@ public:
     bool desktopChoosesKeys() const override { return desktopGivesThem; }
     void retry() override {}
 
-    /// What is held, by what stands on the keys, in the order of the registrations.
+    /// The symbols of the registered keys, in the order of their registration.
     QString held() const {
         QString result;
         for (const auto &[id, key] : m_keys) {
@@ -52,7 +52,7 @@ public:
         }
     }
 
-    /// How it stands with the keys that nobody else has.
+    /// Sets the state of the keys that nobody else has taken.
     void setUsual(State state) {
         m_usual = state;
         setTaken({});

@@ -14,7 +14,7 @@ public:
         return Task([this, index = requests.size() - 1] { requests[index].finished = nullptr; });
     }
 
-    /// Answers the last request, unless nobody waits for that any more.
+    /// Answers the last request, unless it was cancelled.
     void answer(const std::optional<HttpsAnswer> &answer) {
         if (const auto finished = requests.back().finished) {
             finished(answer);

@@ -5,7 +5,7 @@
 
 namespace morvane {
 
-/// Hands out fake overlays, and knows the ones that are there, oldest first.
+/// Makes fake overlays, and lists the ones that exist, oldest first.
 class FakeOverlayWindows : public OverlayWindows {
 public:
     std::unique_ptr<OverlayWindow> adopt(QWidget &widget) override {

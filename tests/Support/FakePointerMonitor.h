@@ -4,7 +4,7 @@
 
 namespace morvane {
 
-/// Tells of the pointer when a test says so, and knows how many listen.
+/// Emits its signal only when a test does so, and counts its users.
 class FakePointerMonitor : public PointerMonitor {
 public:
     void activate() override { ++users; }

@@ -52,10 +52,10 @@ public:
     }
 
     QHash<QString, QStringList> folders;
-    QHash<QString, std::optional<std::int64_t>> listeners; ///< by the sockets that they listen at
-    QHash<std::int64_t, std::optional<bool>> hearing;      ///< what is typed, by their numbers
-    QHash<std::int64_t, std::optional<std::int64_t>> openers; ///< of their terminals
-    QHash<std::int64_t, QByteArrayList> environments;         ///< by their numbers
+    QHash<QString, std::optional<std::int64_t>> listeners;    ///< by socket
+    QHash<std::int64_t, std::optional<bool>> hearing;         ///< by process number
+    QHash<std::int64_t, std::optional<std::int64_t>> openers; ///< by process number
+    QHash<std::int64_t, QByteArrayList> environments;         ///< by process number
 
 private:
     std::map<ProcessIdentity, std::function<void()>> m_watches;

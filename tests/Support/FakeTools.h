@@ -17,7 +17,7 @@ public:
         m_waiting.push_back(std::move(finished));
     }
 
-    /// Ends the one that has been started first of those that run.
+    /// Ends the oldest of the running ones.
     void finish(const std::optional<QByteArray> &output) {
         const auto finished = std::move(m_waiting.front());
         m_waiting.pop_front();
@@ -26,7 +26,7 @@ public:
 
     std::size_t running() const { return m_waiting.size(); }
 
-    /// What has been started, each by its tool's name and arguments.
+    /// The command lines that were started, each as the tool's name and its arguments.
     QStringList lines() const {
         QStringList result;
         for (const Command &command : commands) {

@@ -49,7 +49,7 @@ std::string HttpClient::receiveAll() {
         } else if (errno == ECONNRESET) {
             break;
         } else if (errno != EINTR) {
-            // Told from a peer that has closed, which often is just what the test expects.
+            // A timeout isn't taken for a close, which often is just what the test expects.
             ADD_FAILURE() << "not closed in time: " << std::strerror(errno) << " after " << result;
             break;
         }

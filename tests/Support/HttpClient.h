@@ -22,8 +22,8 @@ public:
     /// Tells the peer that nothing more will be sent.
     void endSending();
 
-    /// All that comes until the peer closes. The test fails when it doesn't close in time, or was
-    /// never there.
+    /// Everything received until the peer closes. The test fails if the peer doesn't close in time,
+    /// or was never there.
     std::string receiveAll();
 
     void hangUp() { m_connection.reset(); }
@@ -42,7 +42,7 @@ std::string httpPost(std::string_view path, const HttpHeaders &headers, std::str
 /// Sends one request and returns the whole answer.
 std::string httpExchange(std::uint16_t port, std::string_view request);
 
-/// What stands behind the answer's head.
+/// The answer's body.
 std::string httpBody(std::string_view answer);
 
 } // namespace morvane

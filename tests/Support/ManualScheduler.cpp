@@ -14,7 +14,7 @@ Task ManualScheduler::after(Seconds delay, std::function<void()> action) {
     const auto shared = std::make_shared<std::function<void()>>(std::move(action));
     const std::lock_guard lock(m_state->mutex);
     m_state->timers.emplace(m_state->now + delay, shared);
-    // The state is held on to weakly: a task may well outlive its scheduler at a test's end.
+    // Holds the state weakly: a task may well outlive its scheduler at a test's end.
     return Task([state = std::weak_ptr(m_state), shared] {
         if (const auto alive = state.lock()) {
             const std::lock_guard guard(alive->mutex);

@@ -24,8 +24,8 @@ public:
     /// Runs what has been posted, and what that posts in turn.
     void runPosted();
 
-    /// Sets the clock forward, or back, as a person does: no time passes, and what was to happen in
-    /// a minute still does.
+    /// Sets the clock forward, or back, as a person does: no time passes, and timers fire after the
+    /// same delay as before.
     void setClock(Seconds forward);
 
     std::size_t timers() const;
@@ -38,7 +38,7 @@ private:
     struct State {
         mutable std::mutex mutex;
         Date now{std::chrono::seconds(1'700'000'000)};
-        Seconds clock{0}; ///< what it tells more than that
+        Seconds clock{0}; ///< how far the clock is ahead of `now`
         std::multimap<Date, std::shared_ptr<std::function<void()>>> timers;
         std::vector<std::function<void()>> posted;
     };

@@ -39,7 +39,7 @@ protected:
         return client;
     }
 
-    /// Waits for what the server does in its threads, and has done in ours.
+    /// Waits for a condition, and meanwhile runs what the server's threads post to this one.
     template <typename Condition>
     bool comesAbout(Condition condition) {
         return waitUntil([&] {
@@ -48,7 +48,7 @@ protected:
         });
     }
 
-    /// Waits until all is done that was asked of the server before, as another request tells.
+    /// Waits until the server has handled all earlier requests, by sending it another one.
     void settle() {
         httpExchange(port(), eventRequest({}, "{}"));
         scheduler.runPosted();

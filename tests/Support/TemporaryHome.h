@@ -13,7 +13,7 @@
 
 namespace morvane {
 
-/// A home folder of the test's own: the environment points into it until it goes.
+/// A home folder of the test's own: the environment points into it until it is destroyed.
 class TemporaryHome {
 public:
     TemporaryHome() {
@@ -33,7 +33,7 @@ public:
         }
     }
 
-    /// Sets one more variable of the environment, which is as it was once this goes.
+    /// Sets another environment variable, which the destructor restores.
     void set(const char *name, const QString &value) {
         m_before.prepend({name, qgetenv(name)});
         qputenv(name, value.toUtf8());
@@ -54,13 +54,13 @@ public:
         return file;
     }
 
-    /// The same, but so long ago that nobody can still be in the middle of it.
+    /// The same, but dated back so far that no writer can still be in the middle of it.
     void writeEarlier(const QString &relativePath, const QByteArray &bytes) const {
         write(relativePath, bytes);
         setWritten(relativePath, QDateTime::currentDateTime().addSecs(-9));
     }
 
-    /// The same for a program, which its owner may start.
+    /// The same for a program that its owner may execute.
     QString writeProgram(const QString &relativePath,
                          const QByteArray &script = "#!/bin/sh\n") const {
         QString file = write(relativePath, script);
@@ -68,7 +68,7 @@ public:
         return file;
     }
 
-    /// As if the file had last been written at this moment.
+    /// Sets the moment of the file's last write.
     void setWritten(const QString &relativePath, const QDateTime &at) const {
         QFile file(path(relativePath));
         file.open(QIODevice::ReadWrite) && file.setFileTime(at, QFile::FileModificationTime);
@@ -84,7 +84,7 @@ public:
                               readOnly ? QFile::ReadOwner : QFile::ReadOwner | QFile::WriteOwner);
     }
 
-    /// Its access bits; none of a file that isn't there.
+    /// The file's access bits; 0 if it isn't there.
     mode_t mode(const QString &relativePath) const {
         struct stat status {};
         ::stat(QFile::encodeName(path(relativePath)).constData(), &status);

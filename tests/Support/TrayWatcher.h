@@ -33,7 +33,7 @@ public:
                bus.send(message.createReply(answer));
     }
 
-    /// The service of the program that has put an item here last.
+    /// The service that registered an item last.
     QString item;
 
 private:

@@ -6,7 +6,7 @@
 
 namespace morvane {
 
-/// Keeps what it was to install.
+/// Records the packages that it was to open.
 class FakePackageInstaller : public PackageInstaller {
 public:
     bool open(const QString &path) override {
@@ -17,13 +17,13 @@ public:
     QStringList opened;
 };
 
-/// What updates are made of but for the network and the tools, which each test has of its own.
+/// What updates need, except the network and the tools, which each test provides.
 struct UpdateWorld : CoreWorld {
     UpdateManager::Means means(HttpsClient &https, Tools &tools) {
         return {https, scheduler, background, tools, installer};
     }
 
-    /// Of version 1.1. What is put before its members counts in their place.
+    /// A feed that offers version 1.1. The given members come first, and so override its own.
     static QByteArray feed(const QByteArray &members = {}) {
         return '{' + members + R"("version":"1.1","package":"morvane.deb","size":3,)" +
                R"("notes":"Better.","signature":")" + QByteArray(64, 's').toBase64() + "\"}";

@@ -8,7 +8,7 @@
 
 namespace morvane {
 
-/// A poller of limits, and agents that tell it what the test wants.
+/// A poller of limits, and agents that report to it what the test wants.
 class UsageWorld {
 public:
     UsageWorld(MorvaneSettings &settings, ManualScheduler &scheduler,
@@ -19,8 +19,8 @@ public:
 
     UsagePoller &poller() { return m_poller; }
 
-    /// Claude's endpoint answers with this body, and Codex with these limits; an empty one says
-    /// nothing.
+    /// Polls once: Claude's endpoint answers with this body, and Codex with these limits; an empty
+    /// argument means no answer.
     void poll(const QByteArray &claude, const QByteArray &codex = {}) {
         const TemporaryHome home;
         if (!claude.isEmpty()) {
@@ -41,7 +41,7 @@ public:
         }
     }
 
-    /// A status line of Claude's tells these percents.
+    /// Claude's status line reports these percentages.
     void tell(int session, int weekly = 0) {
         m_poller.ingestLive(
             R"({"rate_limits":{"five_hour":{"used_percentage":)" + QByteArray::number(session) +
@@ -49,13 +49,13 @@ public:
             AgentKind::claude);
     }
 
-    /// A window as the endpoint tells it.
+    /// A limit's window as the endpoint reports it.
     QByteArray window(int percent, Seconds untilReset) const {
         return R"({"utilization":)" + QByteArray::number(percent) + R"(,"resets_at":)" +
                reset(untilReset) + '}';
     }
 
-    /// A window as Codex tells it.
+    /// A limit's window as Codex reports it.
     QByteArray codexWindow(int percent, int minutes, Seconds untilReset) const {
         return R"({"usedPercent":)" + QByteArray::number(percent) + R"(,"windowDurationMins":)" +
                QByteArray::number(minutes) + R"(,"resetsAt":)" + reset(untilReset) + '}';

@@ -25,19 +25,19 @@ bool waitUntil(Condition condition) {
     return true;
 }
 
-/// The same, while the test's own windows and buses live.
+/// The same, while the test's own event loop runs.
 template <typename Condition>
 bool becomesTrue(Condition condition) {
     return waitUntil([&] {
-        // The loop as it is in a program: events that came with a reply are read only before it
-        // waits.
+        // Lets the loop block as in a program: events that came with a reply are read only before
+        // it does.
         QTimer::singleShot(1, [] {});
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         return condition();
     });
 }
 
-/// What a call tells in the end, by a callback that it doesn't call before it returns.
+/// The value that a call passes to its callback, which it must not call before it returns.
 template <typename Told, typename Call>
 std::optional<Told> toldBy(const Call &call) {
     std::optional<Told> result;
@@ -47,7 +47,7 @@ std::optional<Told> toldBy(const Call &call) {
     return result;
 }
 
-/// What a call comes to that waits on a thread of its own, while the test's windows and buses live.
+/// The result of a call that blocks, on a thread of its own, while the test's event loop runs.
 template <typename Call>
 auto onAnotherThread(const Call &call) {
     auto result = std::async(std::launch::async, call);
