@@ -12,8 +12,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-// What it costs to look through what agents have left in years of work, of which only an hour's is
-// of interest, as a multiple of the least that finds out when each file was written.
+// What it costs to search years of agents' transcripts for those of the last hour, as a multiple of
+// the least that finds out when each file was written.
 
 namespace {
 
@@ -46,7 +46,7 @@ void makeTranscripts(const TemporaryHome &home, int count) {
     }
 }
 
-/// The number of files below that were written since then.
+/// The number of files below the folder that were written after `since`.
 int leastWalk(int folder, time_t since) {
     int found = 0;
     DIR *stream = fdopendir(folder);

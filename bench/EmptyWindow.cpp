@@ -1,8 +1,8 @@
 #include <QApplication>
 #include <QWidget>
 
-/// The least that a program of windows can show: one window of the kind that the capsule is, in its
-/// place, with nothing in it.
+/// The least that a program with windows can show: one empty window of the capsule's kind, in the
+/// capsule's place.
 int main(int argc, char **argv) {
     QApplication::setDesktopSettingsAware(false);
     QApplication application(argc, argv);

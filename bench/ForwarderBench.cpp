@@ -7,7 +7,7 @@
 #include <string>
 #include <thread>
 
-// What the agents wait for at each hook and each status line, as a multiple of an empty shell.
+// How long agents wait for each hook and each status line, as a multiple of an empty shell.
 
 namespace fs = std::filesystem;
 using namespace morvane;
@@ -19,7 +19,7 @@ int main() {
     EpollServer server;
     std::thread thread([&server] { server.run(); });
 
-    // The client first: a script trusts none that is newer.
+    // The client comes first: a script trusts no client that is newer than itself.
     fs::create_directories(folder / "client");
     fs::copy_file(FORWARDER, folder / "client" / CLIENT_NAME);
     const auto timeOf = [&](const char *place, Script script) {

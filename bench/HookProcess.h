@@ -6,15 +6,15 @@
 
 namespace morvane {
 
-/// What agents run of ours.
+/// Our scripts that agents run.
 enum class Script { hook, statusLine };
 
-/// Writes the script into the folder, for a server on this port. It uses the client where one lies
-/// beside it, and curl otherwise.
+/// Writes the script into the folder, for a server on this port. The script uses the client if one
+/// lies beside it, and curl otherwise.
 std::filesystem::path rendered(Script script, const std::filesystem::path &folder, int port,
                                const std::string &token);
 
-/// What an agent usually gives to it.
+/// What an agent usually sends to the script.
 std::string usualInput(Script script);
 
 /// Seconds from the start of the process to its end. What it prints is lost; a process that fails

@@ -8,8 +8,8 @@
 
 namespace morvane {
 
-/// A socket that doesn't block, on its way to this port of 127.0.0.1. What becomes of it shows when
-/// it is written to; -1 where there is no descriptor left.
+/// A non-blocking socket that is connecting to this port of 127.0.0.1. A failure shows when it is
+/// written to; -1 if no descriptor is left.
 inline int connectToLoopback(std::uint16_t port) {
     const int descriptor = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     sockaddr_in address{};

@@ -6,7 +6,7 @@
 
 namespace morvane {
 
-/// Kilobytes of a process, by the name that the kernel gives the figure.
+/// A process's figure of this name in /proc/ID/status, in kilobytes.
 inline double memory(const std::string &name, const std::string &process = "self") {
     std::ifstream status("/proc/" + process + "/status");
     for (std::string line; std::getline(status, line);) {
@@ -17,7 +17,7 @@ inline double memory(const std::string &name, const std::string &process = "self
     return 0;
 }
 
-/// From here on the peak, "VmHWM", is what comes.
+/// Resets the peak, "VmHWM", which is measured anew from here on.
 inline void forgetPeak(const std::string &process = "self") {
     std::ofstream("/proc/" + process + "/clear_refs") << '5';
 }

@@ -7,7 +7,7 @@
 
 namespace morvane {
 
-/// Takes what the server hands to the main thread, as quickly as a main thread could.
+/// Runs what the server posts to the main thread at once, as quickly as a main thread could.
 class NoMainLoop : public Scheduler {
 public:
     Date now() const override { return std::chrono::system_clock::now(); }

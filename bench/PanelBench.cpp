@@ -1,5 +1,5 @@
 // What it takes to open the panel, painted in software: the slowest frame with a busy day's rows,
-// and all of it up to the first frame with more sessions than anybody has.
+// and the time to the first frame with more sessions than anybody has.
 
 #include "Pictures/Stage.h"
 #include "Row.h"

@@ -9,14 +9,14 @@
 namespace morvane {
 
 /// A line of the table that scripts/bench makes: what something costs, as a multiple of what
-/// something else costs. A limit in seconds may be that as well.
+/// something else costs. The reference may also be a limit in seconds.
 struct Row {
     const char *what;
     const char *reference;
-    double budget = 0; ///< the highest multiple that is good; 0 where any is
+    double budget = 0; ///< the highest good ratio; 0 for no limit
 };
 
-/// How often it is measured: each round has a ratio of its own, of the medians of its turns.
+/// How often to measure: each round gives one ratio, of the medians of its turns.
 struct Effort {
     int rounds = 15;
     int turns = 1;
@@ -28,13 +28,13 @@ inline double secondsOf(auto action) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-/// One of the values, that below which there is so much of them.
+/// The value below which this share of the values lies.
 inline double quantile(std::vector<double> values, double share) {
     std::ranges::sort(values);
     return values[static_cast<std::size_t>(static_cast<double>(values.size() - 1) * share)];
 }
 
-/// The row with a ratio for each round; scripts/bench makes medians and quartiles of them.
+/// Prints the row with a ratio for each round; scripts/bench computes medians and quartiles.
 inline void print(const Row &row, const std::vector<double> &ratios) {
     std::printf("%s\t%s\t%g", row.what, row.reference, row.budget);
     for (const double ratio : ratios) {
@@ -44,8 +44,8 @@ inline void print(const Row &row, const std::vector<double> &ratios) {
     std::fflush(stdout);
 }
 
-/// Measures a row: both sides yield what one run of them has cost. They take turns, so that a busy
-/// moment meets both, and a first round that counts for nothing warms them up.
+/// Measures a row: both sides return the cost of one run. They take turns, so that a busy moment
+/// affects both, and a first round that doesn't count warms them up.
 inline void compare(const Row &row, const Effort &effort, auto ours, auto reference) {
     std::vector<double> ratios;
     for (int round = -1; round < effort.rounds; ++round) {

@@ -55,8 +55,8 @@ double timeOfMany(std::uint16_t port, const std::string &text) {
     });
 }
 
-/// A server as a few lines of script would be one. It prints its port, and ends when it is asked
-/// for "/quit", or in any case soon.
+/// A server in a few lines of script. It prints its port, and ends on a request for "/quit", or
+/// after two minutes in any case.
 constexpr const char *nodeServer = R"(exec timeout 120 node -e '
     const server = require("http").createServer((request, response) => {
         request.resume().on("end", () => {

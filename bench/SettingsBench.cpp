@@ -12,8 +12,8 @@
 
 #include <cstdlib>
 
-// What it costs to connect an agent and to disconnect it, which whoever clicks waits for, by the
-// size of its settings file: as a multiple of the least that rewrites such a file safely.
+// What it costs to connect and to disconnect an agent, while a person waits, by the size of its
+// settings file, as a multiple of the least that rewrites such a file safely.
 
 namespace {
 
@@ -21,7 +21,7 @@ using namespace morvane;
 
 const QString settingsPath = QStringLiteral(".claude/settings.json");
 
-/// What a person may have allowed and set, over and over.
+/// Settings of about this size, filled with rules that a person may have allowed.
 QByteArray settingsOf(qsizetype size) {
     QByteArray rules;
     for (int index = 0; rules.size() < size; ++index) {
@@ -32,7 +32,7 @@ QByteArray settingsOf(qsizetype size) {
            "\n    ]\n  }\n}\n";
 }
 
-/// Reads the tree, and writes it back as a whole file.
+/// Parses the settings, and writes them back as a whole file.
 void leastRewrite(const TemporaryHome &home) {
     const QByteArray text = home.read(settingsPath);
     const auto root = nlohmann::json::parse(text.begin(), text.end(), nullptr, false);

@@ -89,7 +89,7 @@ private:
     pid_t m_process = 0;
 };
 
-/// Looks again and again, without keeping a processor from the other side.
+/// Polls the condition, without taking a processor from the measured program.
 void await(auto condition) {
     while (!condition()) {
         std::this_thread::sleep_for(std::chrono::microseconds(500));

@@ -18,7 +18,7 @@ namespace {
 
 using namespace morvane;
 
-/// Of a session with all that one usually comes to have, in various states.
+/// An event of a session, with all the fields that one usually has.
 HookEvent event(CanonicalEvent kind, int session) {
     HookEvent event;
     event.kind = kind;
@@ -63,7 +63,7 @@ struct FullStore {
         settings, {nothing, nothing, [](const auto &...) { return std::nullopt; }}, scheduler};
 };
 
-/// One pass of three screens' views, each of which asks for itself.
+/// What the views of three screens ask for in one pass, each screen for itself.
 void askForAllLists(SessionStore &store) {
     for (int screen = 0; screen < 3; ++screen) {
         std::ignore = store.aggregatedState();
@@ -84,7 +84,7 @@ void askForAllLists(SessionStore &store) {
     }
 }
 
-/// Seconds that one of many takes.
+/// Seconds that one run takes, averaged over many.
 double secondsOfEach(auto action) {
     constexpr int count = 3000;
     return secondsOf([&] {
@@ -119,7 +119,7 @@ private:
 void measure(int sessions) {
     FullStore full(sessions);
     LeastStore least(sessions);
-    const std::vector<HookEvent> events = toolUses(sessions, 3); // of those that work already
+    const std::vector<HookEvent> events = toolUses(sessions, 3); // of sessions that already work
     std::size_t next = 0;
     const auto apply = [&] { full.store.apply(events[next++ % events.size()]); };
     const auto timeOfEvent = [&] { return secondsOfEach(apply); };

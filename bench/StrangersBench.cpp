@@ -22,8 +22,8 @@
 
 // What strangers without the token may cost: how long real hooks take meanwhile, as a multiple of
 // what they take in the calm before, and the memory that such requests take while they are held
-// open. The strangers are a process of their own, whose work holds hooks up as well: how much of it
-// is that shows while they do the same to a server that never looks.
+// open. The strangers run in a process of their own, whose work slows hooks down as well: by how
+// much shows while they do the same to a server that never reads.
 
 namespace {
 
@@ -36,7 +36,7 @@ constexpr int hooksPerRound = 40;
 struct Attack {
     const char *name;
     std::size_t connections;
-    std::string bytes;       ///< what each sends; no whole request
+    std::string bytes;       ///< what each sends; never a complete request
     std::size_t trickle = 0; ///< bytes that each sends after them, one by one
 };
 
@@ -60,8 +60,8 @@ std::vector<Attack> attacks() {
              start + "Content-Length: 1048576\r\n\r\n" + std::string(990'000, 'b')}};
 }
 
-/// All connections at once, each as fast as the server takes it, and until nothing more has been
-/// taken for a tenth of a second. What the server closes is left.
+/// Opens all connections at once, and sends on each as fast as the server takes it, until it has
+/// taken nothing for a tenth of a second. Connections that the server closes are given up.
 std::vector<int> run(const Attack &attack, std::uint16_t port) {
     std::vector<int> descriptors;
     std::vector<pollfd> waiting;
@@ -96,7 +96,7 @@ std::vector<int> run(const Attack &attack, std::uint16_t port) {
     return descriptors;
 }
 
-/// An attack, or the end of one where there is no port.
+/// An attack, or with port 0 the end of one.
 struct Order {
     std::size_t attack = 0;
     std::uint16_t port = 0;
@@ -144,8 +144,8 @@ private:
     pid_t m_process = 0;
 };
 
-/// The server, in a process of its own as well: what is measured here starts hooks, and what they
-/// would inherit and close of the server's connections no hook of an agent has.
+/// The server, in a process of its own as well: hooks started from the server's process would
+/// inherit its connections and have to close them, which an agent's hooks don't.
 class ServerProcess {
 public:
     explicit ServerProcess(const std::string &token) {
@@ -195,8 +195,9 @@ public:
                 std::function<double()> timeOfHook)
         : m_strangers(strangers), m_server(server), m_timeOfHook(std::move(timeOfHook)) {}
 
-    /// The 95th percentile of hooks while strangers do this to the server, and while they do it to
-    /// nobody, over that of hooks in the calm before, a round each.
+    /// Prints, for each round, the 95th percentile of hooks during this attack on the server, and
+    /// during the same attack on a server that never reads, each divided by that of the calm
+    /// before.
     void delays(std::size_t attack, const std::string &name) {
         const double before = memory("VmRSS", m_server.process());
         std::vector<double> attacked;
@@ -213,7 +214,7 @@ public:
         print({(what + " that nobody takes").c_str(), "the same in the calm before"}, unread);
     }
 
-    /// What each of all the attacks took at most, as a part of 32 MB.
+    /// The peak memory of each round of all attacks, as a fraction of 32 MB.
     const std::vector<double> &peaks() const { return m_peaks; }
 
 private:
@@ -248,7 +249,7 @@ int main() {
     const ServerProcess server(token);
     std::string pattern = (fs::temp_directory_path() / "strangers-bench-XXXXXX").string();
     const fs::path folder = mkdtemp(pattern.data());
-    // The client first: a script trusts none that is newer.
+    // The client comes first: a script trusts no client that is newer than itself.
     fs::copy_file(FORWARDER, folder / CLIENT_NAME);
     const fs::path script = rendered(Script::hook, folder, server.port(), token);
     Measurement measurement(strangers, server, [&, input = usualInput(Script::hook)] {

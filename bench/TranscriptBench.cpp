@@ -20,7 +20,7 @@ using namespace morvane;
 constexpr qint64 fileSize = 500'000'000;
 constexpr qsizetype tailSize = 262'144;
 
-/// What a reader looks for.
+/// Lines with what a reader looks for.
 QByteArray telling() {
     return R"({"type":"permission-mode","permissionMode":"default"}
 {"type":"ai-title","aiTitle":"Fix the build"}
