@@ -12,22 +12,23 @@
 #include <filesystem>
 #include <malloc.h>
 
-// A month of work of all agents, in a time that is handed in: what the program holds at the end of
-// a day must be the same after a month as after the first days. Nights are slept through, and now
-// and then the clock is set by a day, or an agent goes without a word. Usage: month [DAYS]
+// A month of work of all agents, in simulated time: what the program holds at the end of a day must
+// be the same after a month as after the first days. The machine sleeps through every other night,
+// now and then the clock is set by a day, and some sessions never report their end. Usage: month
+// [DAYS]
 
 namespace {
 
 using namespace morvane;
 
-constexpr int firstDays = 5; ///< until whatever is kept of the past is full
+constexpr int firstDays = 5; ///< until every history that is kept is full
 constexpr int sessionsOfAnAgent = 6;
 constexpr int turns = 4;
 constexpr int toolsOfATurn = 15;
 constexpr Seconds betweenEvents(5);
 constexpr Seconds night(16 * 3600);
 constexpr Seconds day(24 * 3600);
-/// Of the allocator's own; what grows with each session or each day would be a multiple.
+/// Leaves room for the allocator itself; growth with each session or day would be a multiple of it.
 constexpr long long slack = 128 * 1024;
 
 struct Holdings {
@@ -63,7 +64,7 @@ public:
                 everyAgent(number, session, "Notification", turn);
                 everyAgent(number, session, "Stop", turn);
             }
-            // One in six goes without a word.
+            // One session in six never reports its end.
             if (session != 0) {
                 everyAgent(number, session, "SessionEnd", 0);
             }
@@ -109,7 +110,7 @@ private:
         QCoreApplication::processEvents();
     }
 
-    /// Each agent is told of by the event that means to it what the name does to Claude Code.
+    /// Sends each agent's own event that means to it what the name means to Claude Code.
     void everyAgent(int number, int session, const QString &name, int turn) {
         for (const AgentKind kind : allAgentKinds) {
             const QString id = QStringLiteral("%1-%2-%3").arg(number).arg(session).arg(int(kind));

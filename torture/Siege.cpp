@@ -24,10 +24,10 @@
 #include <utility>
 #include <vector>
 
-// siege PID PORT TOKEN: besieges the running program of this process and of the home folder in the
-// environment. Ten thousand connections that nobody should make, while the hooks of eight agents go
-// on; then a day's events at ten thousand times the usual rate. Fails when a hook's event is lost,
-// or when the program holds more afterwards than before.
+// siege PID PORT TOKEN: besieges the running program, which has this process id and the home folder
+// in the environment. Makes ten thousand hostile connections while the hooks of eight agents go on,
+// then sends a day's events at ten thousand times the usual rate. Fails when a hook's event is
+// lost, or when the program holds more afterwards than before.
 
 namespace {
 
@@ -38,7 +38,7 @@ constexpr std::size_t strangers = 10'000;
 constexpr std::size_t atOnce = 400;
 constexpr int calmRounds = 60;
 constexpr auto patience = std::chrono::seconds(10);
-/// After which the server closes what hasn't become a whole request.
+/// By then the server has closed every connection without a complete request.
 constexpr auto requestLimit = std::chrono::seconds(35);
 
 // --- The program from outside ---
@@ -58,7 +58,7 @@ QJsonObject settingsOf(const Program &program) {
 }
 
 struct Holdings {
-    long memory = 0; ///< kilobytes of its own
+    long memory = 0; ///< private kilobytes
     long peak = 0;
     long descriptors = 0;
     long threads = 0;
@@ -88,7 +88,7 @@ void print(const char *when, const Holdings &held) {
                 static_cast<double>(held.peak) / 1024, held.descriptors, held.threads);
 }
 
-/// What it holds once it has had the time that a request may take.
+/// What the program holds once its descriptors and threads are back, or a request's time is up.
 Holdings settled(const Program &program, const Holdings &before) {
     const auto start = Clock::now();
     Holdings result = holdings(program);
@@ -99,7 +99,7 @@ Holdings settled(const Program &program, const Holdings &before) {
         std::this_thread::sleep_for(std::chrono::milliseconds(200));
         result = holdings(program);
     }
-    std::this_thread::sleep_for(std::chrono::seconds(2)); // last words are looked for so long
+    std::this_thread::sleep_for(std::chrono::seconds(2)); // how long last words are searched for
     std::printf("its descriptors and threads were back after %.1f s\n",
                 std::chrono::duration<double>(Clock::now() - start).count() - 2);
     return holdings(program);
@@ -126,7 +126,7 @@ struct Stranger {
     std::string bytes;
     bool trickles = false; ///< a byte at a time
     bool resets = false;
-    bool waits = false; ///< for the end that the server makes
+    bool waits = false; ///< for the server to close
 };
 
 Stranger stranger(Manner manner) {
@@ -185,7 +185,7 @@ public:
     }
     ~Visit() { close(m_socket); }
 
-    /// Whether it goes on.
+    /// Makes one step; false once the visit is over.
     bool step() {
         const bool isSent = m_sent == m_manner.bytes.size();
         if (!isSent) {
@@ -216,7 +216,7 @@ private:
     Clock::time_point m_end;
 };
 
-/// In a process of its own: its memory and its time are no hook's.
+/// Runs in a process of its own, whose memory and time don't count as a hook's.
 pid_t besiege(const Program &program) {
     const pid_t child = fork();
     if (child != 0) {
@@ -237,7 +237,7 @@ pid_t besiege(const Program &program) {
 
 struct Agent {
     const char *name;
-    std::array<const char *, 3> turn; ///< its beginning, its end, and that of the session
+    std::array<const char *, 3> turn; ///< the events that begin it, end it, and end the session
 };
 
 constexpr std::array agents{Agent{"claude", {"UserPromptSubmit", "Stop", "SessionEnd"}},
@@ -254,7 +254,7 @@ struct Figures {
     int lost = 0;
 };
 
-/// Whether the turns of this round are in what the program has written down as finished.
+/// Whether the program has saved all turns of this round as finished.
 bool areWrittenDown(const Program &program, int round) {
     const QByteArray history = QByteArray::fromBase64(
         settingsOf(program)["completedHistory"].toObject()["$data"].toString().toLatin1());
@@ -301,7 +301,7 @@ void print(const char *when, const Figures &figures) {
 constexpr int eventsOfADay = 8 * 24 * 3600 / 5; ///< of eight agents, each every five seconds
 constexpr double factor = 10'000;
 
-/// Posts an event as the hook's client does, on a connection of its own; whether it was taken.
+/// Posts an event as the hook's client does, on a connection of its own; true if it was taken.
 bool post(const Program &program, int number) {
     const std::string body = R"({"session_id":"day-)" + std::to_string(number % 8) +
                              R"(","cwd":"/tmp/day","tool_name":"Bash","tool_input":{"command":")" +
