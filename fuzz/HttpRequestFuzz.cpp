@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <string>
 
-// A request must be found the same way whether it comes in one piece or byte by byte, and a
-// stranger's must leave no more behind than there is room for.
+// A request must be parsed the same way whether it comes in one piece or byte by byte, and the body
+// of an unauthorised one must not be kept.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     using namespace morvane;
     using Status = HttpRequestParser::Status;

@@ -8,8 +8,9 @@
 #include <cstring>
 #include <string>
 
-// What a person reads before they allow a call decodes to what the agent has sent, whatever code
-// units that is made of; prose does but for its blanks, and only joiners in it can't be seen.
+// What a person reads before they allow a call must decode to what the agent has sent, whatever its
+// code units. Prose must decode to the same text but for its kinds of spaces, and may hold no
+// invisible characters but joiners.
 namespace {
 
 using namespace morvane;
@@ -30,7 +31,7 @@ std::string spelled(const QString &text) {
     return result + '"';
 }
 
-/// Undoes what makes a line visible.
+/// Undoes the notation that makes invisible characters visible.
 QString decoded(QString line) {
     line.replace(QStringLiteral("⇥   "), QStringLiteral("\t"));
     QString result;

@@ -9,8 +9,9 @@
 #include <cstdint>
 #include <cstdlib>
 
-// A settings file that isn't ours comes back to the last byte, whatever it holds, and a TOML file
-// says meanwhile what it said. Quick where the folder for temporary files is in memory.
+// An agent's settings file must be the same to the last byte after installing and uninstalling,
+// whatever it holds, and a TOML file must keep its meaning in between. Quick if the folder for
+// temporary files is in memory.
 
 namespace {
 

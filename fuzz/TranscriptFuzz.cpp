@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <cstdlib>
 
-// Whatever lies in a transcript, it is read to the end, and the piece of a line that a tail begins
+// Whatever a transcript holds, it is read to the end, and the partial line that a tail may begin
 // with changes nothing. No text is longer than a line on screen.
 namespace {
 

@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <cstdlib>
 
-// Whatever a feed says: the package stays on the server, its size in bounds, and what a person
-// reads of it has nothing hidden in it.
+// Whatever a feed says, the package's address stays on the feed's server, its size is within
+// bounds, and the notes for the person hold no hidden characters.
 namespace {
 
 using namespace morvane;

@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <cstdlib>
 
-// Whatever the endpoint, a status line or Codex says, a figure is a fraction. What Codex says means
-// the same in whatever pieces it comes.
+// Whatever the endpoint, a status line or Codex says, a utilization lies between 0 and 1. Codex's
+// output means the same in whatever pieces it comes.
 namespace {
 
 using namespace morvane;
