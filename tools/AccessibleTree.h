@@ -7,14 +7,14 @@
 
 namespace morvane {
 
-/// What a screen reader sees of a running program: its accessibility tree, read over the bus that
-/// the session bus names for it. Calls block.
+/// What a screen reader sees of a running program: its accessibility tree, read over the
+/// accessibility bus, whose address the session bus gives. Calls block.
 class AccessibleTree {
 public:
     enum class Naming {
         whole,
-        words,     ///< the first of a name that goes on with what it belongs to
-        beginning, ///< of a name that goes on with what changes
+        words,     ///< the name may go on with further words, for what it belongs to
+        beginning, ///< the name may go on with anything, for what changes
     };
 
     struct Object {
@@ -34,8 +34,8 @@ public:
     /// button that can be pressed), the largest first.
     QList<Found> find(const QString &role, const QString &name, Naming naming = Naming::whole);
 
-    /// Does what a screen reader would have done with an action of the object, such as "Press";
-    /// false where it has none of that name.
+    /// Invokes an action of the object, such as "Press", as a screen reader would; false if it has
+    /// none of that name.
     bool act(const Found &found, const QString &action) const;
 
 private:

@@ -1,4 +1,4 @@
-// Draws the program's icon for desktops, in each size and as a drawing, while it is built.
+// Draws the program's desktop icon, in each size and as an SVG, at build time.
 // Usage: make_icons FOLDER NAME  into FOLDER, which is a theme's
 
 #include "Presentation/Mascot/PixelArt.h"
@@ -16,14 +16,14 @@
 namespace morvane {
 namespace {
 
-// The mascot on a dark tile, on a grid of twelve by twelve of its squares.
+// The mascot on a dark tile, on a grid of twelve by twelve squares.
 constexpr int grid = 12;
 constexpr int margin = 2;    // squares around the mascot
 constexpr double edge = 0.5; // squares around the tile
 constexpr double corner = 2.5;
 constexpr QColor ground = Colors::windowFill;
 
-/// What is lit of the mascot, in squares from the tile's top left.
+/// The mascot's lit squares, counted from the tile's top left.
 QList<QRect> squares() {
     QList<QRect> result;
     const auto &rows = PixelArt::alienA().rows;
@@ -37,7 +37,7 @@ QList<QRect> squares() {
     return result;
 }
 
-/// A square is a whole number of pixels, so that it is sharp, and the tile takes what is left.
+/// Each square is a whole number of pixels, so that it is sharp, and the tile takes the rest.
 QImage paint(int size) {
     QImage image(size, size, QImage::Format_ARGB32);
     image.fill(Qt::transparent);

@@ -1,4 +1,4 @@
-// Makes the program's own sounds, needs-input.wav and done.wav, while it is built.
+// Makes the program's own sounds, needs-input.wav and done.wav, at build time.
 // Usage: make_sounds FOLDER
 
 #include "Core/Shell/WaveFile.h"
@@ -20,18 +20,18 @@ namespace {
 struct Note {
     double start;     ///< seconds
     double frequency; ///< Hz
-    double length;    ///< seconds, until hardly anything is left of it
+    double length;    ///< seconds, until it has faded
 };
 
-// The one asks: two notes that rise by a fifth, quickly. The other says that it is over: two that
-// fall by a third to the key's own, slower and lower.
+// The first asks: two quick notes that rise by a fifth. The second says that it is over: two
+// slower, lower notes that fall by a third to the tonic.
 constexpr Note needsInput[] = {{0.0, 587.33, 0.20}, {0.12, 880.00, 0.30}};
 constexpr Note done[] = {{0.0, 659.26, 0.26}, {0.17, 523.25, 0.40}};
 
 constexpr double loudness = 0.35; // of the full range, for each note
 constexpr double attack = 0.006;  // seconds
 
-/// The bar's first overtone lies two octaves above and is gone sooner.
+/// The bar's first overtone lies two octaves above and fades sooner.
 double sampleOf(const Note &note, double time) {
     const double t = time - note.start;
     if (t < 0 || t > note.length) {

@@ -39,7 +39,8 @@ std::vector<std::string> toolNames(const json &request) {
     return names;
 }
 
-/// Agents take two answers of one id for one, so each has a number: that of what was said before.
+/// Agents take two answers with one id for the same, so each is numbered by the conversation's
+/// length.
 std::string numbered(const char *prefix, const json &conversation) {
     return prefix + std::to_string(conversation.size());
 }
@@ -57,7 +58,7 @@ Answer stream(std::string body) {
     return {"text/event-stream", std::move(body)};
 }
 
-/// Each dialect finds in it what it looks for.
+/// An error that has the fields of every dialect.
 Answer refusal(int status) {
     const json error = {{"type", "invalid_request_error"},
                         {"message", "The model refuses."},
@@ -76,7 +77,7 @@ std::string askedInMessages(const json &messages) {
             continue;
         }
         asked = textOf(message);
-        // Of a tool that was interrupted the result comes together with what the person says next.
+        // The result of an interrupted tool comes together with what the person says next.
         const json content = message.value("content", json());
         for (const json &part : content.is_array() ? content : json::array()) {
             const bool isResult = part.value("type", "") == "tool_result";
@@ -86,7 +87,7 @@ std::string askedInMessages(const json &messages) {
     return asked;
 }
 
-/// How much of a subscription is used up of the session, and half as much of the week.
+/// Headers that report this much of the session's limit as used, and half as much of the week's.
 std::string limits(int percent) {
     const std::string name = "anthropic-ratelimit-unified-";
     const auto limit = [&name](const char *window, double used, int hours) {

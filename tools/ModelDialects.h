@@ -4,15 +4,15 @@
 
 #include <string>
 
-/// The dialects that agents speak to their models. What is said is `ModelReply`'s.
+/// The dialects in which agents talk to their models. `ModelReply` decides what is said.
 namespace morvane::ModelDialects {
 
-/// A complete answer; a stream is whole too.
+/// A complete answer, even if it is a stream.
 struct Answer {
     std::string contentType;
     std::string body;
     int status = 200;
-    std::string headers = {}; ///< further ones, each with its line's end
+    std::string headers = {}; ///< further ones, each with a line end
 };
 
 /// Anthropic's messages.

@@ -31,7 +31,7 @@ ModelDialects::Answer answerTo(const HttpRequest &request) {
             return ModelDialects::generateContent(body, path.ends_with(":streamGenerateContent"));
         }
     }
-    // As much of a count of tokens and of a list of models as their readers insist on.
+    // The least that the readers of a token count or of a list of models insist on.
     return {
         "application/json",
         json{{"input_tokens", 1000}, {"data", json::array()}, {"models", json::array()}}.dump()};

@@ -12,8 +12,9 @@ namespace morvane {
 struct HttpRequest;
 
 /// Stands in for the model that a real agent talks to, on some free port of the loopback address.
-/// It answers every request at once and closes; what it doesn't know it answers emptily, so that
-/// no agent's side errand fails. Each request's body is kept in a folder, in the order they came.
+/// Answers every request at once and closes; an unknown request gets an empty answer, so that no
+/// side request of an agent fails. Each request's body is kept in a folder, in the order of
+/// arrival.
 class ModelEndpoint : public QObject {
 public:
     explicit ModelEndpoint(QString folder);

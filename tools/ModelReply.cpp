@@ -16,7 +16,7 @@ struct Wish {
     std::string object;
 };
 
-/// The last one that stands in the text.
+/// The last wish in the text.
 Wish wishIn(std::string_view text) {
     constexpr std::array<std::string_view, 7> verbs{
         "Run `", "Run twice `", "Delegate `", "Ask `", "Fail with `", "Say `", "Use up `"};
@@ -34,14 +34,14 @@ Wish wishIn(std::string_view text) {
     return wish;
 }
 
-// What a tool is called with that fulfils a wish; null for a tool that doesn't.
+// The arguments by which a tool fulfils a wish; null for a tool that can't.
 
 json toRun(const std::string &command, std::string_view tool) {
     if (tool == "Bash" || tool == "bash" || tool == "run_shell_command") {
         return {{"command", command}, {"description", "Run the command"}};
     }
-    // Codex's shells take the command in ways of their own. It is to run outside of their sandbox,
-    // so that somebody is asked.
+    // Codex's shells take the command under other names. It asks to run outside of their sandbox,
+    // so that the person is asked.
     if (tool == "exec_command" || tool == "shell_command") {
         return {{tool == "exec_command" ? "cmd" : "command", command},
                 {"sandbox_permissions", "require_escalated"},
@@ -101,7 +101,7 @@ ModelReply ModelReply::to(const std::string &asked, const std::vector<std::strin
     const Wish wish = wishIn(asked);
     ModelReply reply;
     reply.words = "The command is done.";
-    // Without tools it is an errand of the agent's own, such as a title for the session.
+    // A request without tools is an errand of the agent's own, such as a title for the session.
     if (tools.empty()) {
         return reply;
     }

@@ -7,7 +7,7 @@
 
 namespace morvane {
 
-/// The displays of this machine, the primary one said to be built in and to have a notch.
+/// The displays of this machine, the primary one presented as built in and notched.
 class NotchedDisplays : public Displays {
 public:
     NotchedDisplays(std::unique_ptr<Displays> real, const QSize &notch)

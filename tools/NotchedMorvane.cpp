@@ -5,7 +5,7 @@
 
 namespace {
 
-/// As large as "200x32" says; that is also what it is when nothing is said.
+/// The notch's size from an argument such as "200x32", which is also the default.
 QSize notchSize(int argc, char **argv) {
     const QList<QByteArray> sides = QByteArray(argc > 1 ? argv[1] : "").split('x');
     const QSize said(sides.value(0).toInt(), sides.value(1).toInt());
@@ -16,7 +16,7 @@ QSize notchSize(int argc, char **argv) {
 
 int main(int argc, char **argv) {
     const QSize notch = notchSize(argc, argv);
-    int others = 1; // the program takes no size
+    int others = 1; // the program itself takes no size
     return morvane::launch(others, argv, [notch](morvane::PlatformServices &platform) {
         if (platform.hasScreen) {
             platform.displays =

@@ -3,9 +3,9 @@
 Usage: mutants.py write TREE COMPILE_COMMANDS COUNT SEED   into the sources of TREE
        mutants.py run TREE BUILD [NUMBER...]               once these are built; all, or some
 
-What is a place for a fault the compiler's own reading of the code tells, so that `a < b` in a
-comment is none. All faults of a run are in one build; `mutant(n)` is true in the process whose
-turn the fault n is. Which tests come by a place is found out first, and only these run.
+The compiler's own parser finds the places for faults, so that `a < b` in a comment is none. All
+faults of a run are in one build; `mutant(n)` is true in a process while fault n is switched on.
+A first run finds out which tests reach which place, and only these run for its fault.
 """
 
 import collections
@@ -43,8 +43,8 @@ HEADER = """#pragma once
 #include <fcntl.h>
 #include <unistd.h>
 
-/// The number of the fault that is switched on, by a file, since the tests hand on to the programs
-/// they start only what they want to of their environment. Below zero the places are looked for.
+/// The number of the fault that is switched on; negative while the reached places are recorded.
+/// Read from a file, since tests pass only parts of their environment on to programs they start.
 inline const int mutantChosen = [] {
     std::array<char, 16> text{};
     const int file = ::open(MUTANTS "/chosen", O_RDONLY | O_CLOEXEC);
@@ -52,7 +52,7 @@ inline const int mutantChosen = [] {
     ::close(file);
     return isRead ? std::atoi(text.data()) : 0;
 }();
-/// Opened at the start: a test may leave no descriptor.
+/// Opened at the start, since some tests leave no descriptor free.
 inline const int mutantsReached =
     mutantChosen < 0 ? ::open(MUTANTS "/reached", O_WRONLY | O_APPEND | O_CLOEXEC) : -1;
 
@@ -99,7 +99,7 @@ class Reader:
         return self.text[start:end].decode()
 
     def add(self, cursor, what, text):
-        """`text` has NEW in place of the switch."""
+        """`text` has NEW where the switch goes."""
         start, end = self.range(cursor)
         if start < end and not any(a < end and start < b for a, b in self.macros):
             self.places.append(Place(self.path, start, end, what, text))
@@ -159,7 +159,7 @@ class Reader:
             self.visit(child)
 
     def condition(self, cursor, children):
-        """What stands in place of a condition, and is no comparison, which has places of its own."""
+        """Adds a condition, unless it is a comparison, which has places of its own."""
         expressions = [child for child in children if child.kind.is_expression()]
         if not expressions or children[0].kind == Kind.VAR_DECL:
             return
@@ -186,7 +186,7 @@ class Reader:
             self.add(cursor, "is dropped", f"if (!NEW) {text}")
 
     def broken(self, places):
-        """Those of the places which the compiler can't do with a fault in."""
+        """The places that don't compile with their fault."""
         text = rewritten(self.text, [(place, 1) for place in places], spread=True)
         unit = Index.create().parse(str(self.path), self.arguments + ["-DMUTANTS=\"\"", "-DCOUNT=1"],
                                     unsaved_files=[(str(self.path), text.decode())])
@@ -203,7 +203,7 @@ INCLUDE = b'#include "Mutant.h"\n'
 
 
 def spans(text, places):
-    """Where each of the places lies once all are rewritten."""
+    """The span of each place once all are rewritten."""
     result = {}
     shift = len(INCLUDE)
     for place in sorted(places, key=lambda place: place.start):
@@ -290,7 +290,7 @@ def tests_of(program):
 
 
 def passes(program, tests, seconds):
-    """Whether these tests pass in that time; what they have started ends with them."""
+    """Whether these tests pass in that time; what they have started is killed with them."""
     child = subprocess.Popen([program, "--gtest_fail_fast", "--gtest_filter=" + ":".join(tests)],
                              stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
                              start_new_session=True)

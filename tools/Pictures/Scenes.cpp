@@ -148,7 +148,7 @@ void panelApprovalEnding(Stage &stage) {
     stage.openPanel();
 }
 
-/// A call of a session that is all there is.
+/// A tool call that waits in the only session.
 void ask(Stage &stage, const QByteArray &toolName, const QByteArray &input) {
     settle(stage);
     stage.tell(claude, shop, "UserPromptSubmit", prompt("Let customers pay by invoice"));

@@ -97,7 +97,7 @@ void Stage::tell(AgentKind agent, const QString &cwd, const QString &event,
 }
 
 void Stage::pass(Seconds length) {
-    // What the last step has brought on comes first, and what this one brings on comes at once.
+    // Processes what the last step has caused first, and what this step causes at once.
     QCoreApplication::processEvents();
     m_scheduler.advance(length);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -153,7 +153,7 @@ QImage Stage::picture() const {
     sky.setColorAt(0, QColor(74, 109, 124));
     sky.setColorAt(1, QColor(142, 164, 158));
     painter.fillRect(QRect({}, screenSize), sky);
-    // Painted on a ground of its own first, as in a window.
+    // Painted on a surface of its own first, as in a window.
     QImage surface(widget.size() * scale, QImage::Format_ARGB32_Premultiplied);
     surface.setDevicePixelRatio(scale);
     surface.fill(Qt::transparent);

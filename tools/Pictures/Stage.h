@@ -24,8 +24,8 @@
 
 namespace morvane {
 
-/// The presenters on a display that nobody sees, told by hooks as the agents send them, at a time
-/// that stands still between two steps. Used on the main thread, one stage a picture.
+/// The presenters on a fake display, driven by hooks as the agents send them, in a time that stands
+/// still between two steps. Used on the main thread, one stage a picture.
 class Stage {
 public:
     enum class Screen { plain, notched };
@@ -33,7 +33,7 @@ public:
     explicit Stage(Screen screen = Screen::plain);
     ~Stage();
 
-    // What a session's surroundings would tell, by its working directory; set before it is told of.
+    // A session's surroundings, by its working directory; set before its first hook.
 
     QHash<QString, QString> branches;
     QHash<QString, TranscriptInfo> transcripts;
@@ -47,10 +47,10 @@ public:
     void tell(AgentKind agent, const QString &cwd, const QString &event,
               const QByteArray &members = {}, const QString &decisionID = {});
 
-    /// Lets so much time pass, and everything happen that falls into it.
+    /// Lets this much time pass, and runs everything that falls due in it.
     void pass(Seconds length);
 
-    /// Asks for the panel; it has not begun to open when this returns.
+    /// Asks for the panel, which has not begun to open when this returns.
     void presentPanel() { m_presenters->presentPanel(); }
 
     /// Opens the panel, and lets it come to rest.
@@ -64,7 +64,7 @@ public:
 
     void reduceMotion() { m_motion.setReduced(true); }
 
-    /// What is on the display, cut to what shows and a little around it.
+    /// The display's picture, cropped to what is visible and a little around it.
     QImage picture() const;
 
 private:

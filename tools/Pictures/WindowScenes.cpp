@@ -166,7 +166,7 @@ QImage removalQuestion() {
 
 // --- The updates ---
 
-/// The window when the feed has answered so.
+/// The updates window after this answer from the feed.
 QImage update(const std::optional<HttpsAnswer> &answer) {
     UpdateWorld world;
     FakeHttpsClient https;

@@ -94,7 +94,7 @@ QImage WindowStage::alert() const {
 }
 
 QImage WindowStage::section(const QString &heading) const {
-    // What has changed last is laid out a level at a time.
+    // A change is laid out one level of nesting at a time.
     for (int level = 0; level < 5; ++level) {
         QCoreApplication::processEvents();
     }

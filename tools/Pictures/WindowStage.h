@@ -12,23 +12,23 @@ class QAbstractButton;
 
 namespace morvane {
 
-/// The program's windows as it makes them itself, in a home of their own on a machine without a
+/// The program's windows as it makes them itself, in a temporary home on a machine without a
 /// screen. Used on the main thread, one stage a picture.
 class WindowStage {
 public:
     WindowStage();
 
-    /// A home with three agents in it. Before the program starts.
+    /// Puts three agents into the home. Call before the program starts.
     void installAgents();
 
     MorvaneSettings &settings() { return m_settings; }
     FakeHotKeys &hotKeys() { return static_cast<FakeHotKeys &>(*m_platform.hotKeys); }
 
-    /// Starts the program, for a newcomer unless the settings say otherwise; its window of this
-    /// title is the one that is looked at.
+    /// Starts the program, for a newcomer unless the settings say otherwise, and selects its window
+    /// of this title.
     void open(const QString &title);
 
-    /// The settings of somebody who is no newcomer.
+    /// Opens the settings for somebody who is no newcomer.
     void openSettings();
 
     /// Presses the visible control with this name or text.
@@ -42,7 +42,7 @@ public:
     /// The whole window.
     QImage picture() const;
 
-    /// A question above the window.
+    /// The alert above the window.
     QImage alert() const;
 
     /// A group of the settings by its heading; the last one has none.
