@@ -51,7 +51,8 @@ void AgentList::takeOver(const std::vector<const AgentAdapter *> &agents) {
         m_layout->addWidget(m_rows.back());
     }
     for (AgentRow *row : before) {
-        // It may be the one whose button was just pressed, and the keys are not to come to another.
+        // The focus may be on the button that was just pressed here, and must not move to another
+        // row's.
         if (containsFocus(*row)) {
             setFocus();
         }
@@ -60,8 +61,9 @@ void AgentList::takeOver(const std::vector<const AgentAdapter *> &agents) {
     }
 }
 
-/// What is made later would come behind everything that is there already. The list has been in its
-/// place all the time, so the rows follow it, which takes part for that moment alone.
+/// Controls that are made later would come last in the tab order. The list has had its place in it
+/// from the start, so the rows are put after the list, which accepts the focus only for that
+/// moment.
 void AgentList::takePlaceInTabOrder() {
     setFocusPolicy(Qt::TabFocus);
     QWidget *before = this;

@@ -10,8 +10,8 @@ class QVBoxLayout;
 
 namespace morvane {
 
-/// Agents, a row each. A row stays for as long as its agent is listed, and with it the keyboard's
-/// place on it.
+/// A list of agents, a row each. A row is kept while its agent is listed, and so is the focus on
+/// it.
 class AgentList : public QWidget {
     Q_OBJECT
 

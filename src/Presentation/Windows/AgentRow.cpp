@@ -130,7 +130,8 @@ void AgentRow::showHealth(bool isConnected) {
                       : hasIssues  ? issues.join(QStringLiteral("; "))
                                    : obstacle);
     const bool canRepair = isConnected && hasIssues;
-    // Pressed once more, the button that comes next would disconnect an agent.
+    // Otherwise the focus would move to the next button, where a second press would disconnect an
+    // agent.
     if (!canRepair && m_repair->hasFocus()) {
         parentWidget()->setFocus();
     }

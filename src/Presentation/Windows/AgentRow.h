@@ -13,17 +13,18 @@ class FormButton;
 class PictureView;
 class TextLabel;
 
-/// An agent with what it takes to connect it, and to disconnect it again.
+/// An agent, with the buttons that connect, disconnect and repair it.
 class AgentRow : public QWidget {
     Q_OBJECT
 
 public:
     enum class Detail {
         name,
-        health ///< also where its hooks go, and what is wrong with them once it is connected
+        health ///< also where its hooks go, and once it is connected, what is wrong with them
     };
 
-    /// The connections must outlive the row. The parent takes the keys when what they are on goes.
+    /// The connections must outlive the row. The parent takes the focus when a focused button goes
+    /// away.
     AgentRow(const AgentAdapter &adapter, AgentConnections &connections, Detail detail,
              QWidget *parent);
 

@@ -39,7 +39,7 @@ BehaviourSection::BehaviourSection(const WindowContext &context, QWidget *parent
     });
 }
 
-/// The number stands in the field, so that the row reads as one sentence.
+/// The unit is part of the field, so that the row reads as one sentence.
 void BehaviourSection::addAutoClear(MorvaneSettings &settings) {
     auto *label = new QLabel(tr("Auto-clear finished &sessions after"), this);
     label->setFont(Typography::text(Typography::nameSize));
@@ -60,11 +60,11 @@ void BehaviourSection::addAutoClear(MorvaneSettings &settings) {
         const int stored = settings.autoClearMinutes();
         const int least = std::min(1, stored);
         const int most = std::max(mostMinutes, stored);
-        // Set again, they would end the repetition of an arrow that is held.
+        // Setting the same range again would stop the auto-repeat of an arrow that is held.
         if (least != minutes->minimum() || most != minutes->maximum()) {
             minutes->setRange(least, most);
         }
-        // Set again, it would take away what is being typed.
+        // Setting the same value again would discard what is being typed.
         if (stored != minutes->value()) {
             minutes->setValue(stored);
         }

@@ -7,7 +7,7 @@ namespace morvane {
 
 class KeyField;
 
-/// "Behaviour": how long sessions stay, where the program itself is found, and by which key.
+/// "Behaviour": how long sessions stay, which key opens the panel, the start at login and the icon.
 class BehaviourSection : public FormSection {
     Q_OBJECT
 
@@ -20,7 +20,7 @@ private:
     void addDesktopsKey(const std::function<HotKeys::State()> &state);
     void addKeyField(MorvaneSettings &settings);
 
-    KeyField *m_panelKey = nullptr; ///< none where the desktop says which key it is
+    KeyField *m_panelKey = nullptr; ///< null where the desktop assigns the key
 };
 
 } // namespace morvane

@@ -46,8 +46,8 @@ void FormButton::keyReleaseEvent(QKeyEvent *event) {
     }
 }
 
-/// The second press of a double click was not meant for what the first has made of the button, or
-/// has brought in its place.
+/// Ignores the second press of a double click: the first may have changed the button or put another
+/// in its place.
 void FormButton::mouseDoubleClickEvent(QMouseEvent *event) {
     event->accept();
 }

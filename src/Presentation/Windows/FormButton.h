@@ -4,15 +4,15 @@
 
 namespace morvane {
 
-/// A button of the program's windows: flat, and at the keyboard's place with a ring.
+/// A flat button of the program's windows, with a ring while it has the focus.
 class FormButton : public QPushButton {
     Q_OBJECT
 
 public:
     enum class Role {
         ordinary,
-        primary,    ///< what goes on
-        destructive ///< what can't be taken back
+        primary,    ///< takes the next step
+        destructive ///< can't be undone
     };
 
     FormButton(const QString &text, Role role, QWidget *parent);

@@ -58,7 +58,7 @@ void FormSection::refresh() {
     this->update();
 }
 
-/// A space above each row that is there but the first.
+/// Puts a space above each visible row but the first.
 void FormSection::spaceRows() {
     bool isFirst = true;
     for (int index = 0; index < m_rows->count(); ++index) {
@@ -66,7 +66,7 @@ void FormSection::spaceRows() {
         if (!row->isHidden()) {
             const int space = row->property(isCaption).toBool() ? captionSpace : rowSpace;
             row->setContentsMargins(0, std::exchange(isFirst, false) ? 0 : space, 0, 0);
-            // A row's own layout tells that of the section only some time later.
+            // Without this the section's layout would learn of the change only some time later.
             row->updateGeometry();
         }
     }

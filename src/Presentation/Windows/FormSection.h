@@ -18,13 +18,13 @@ class MorvaneSettings;
 class TextLabel;
 class ToggleRow;
 
-/// A group of rows on one ground, with a heading above and a small text below. What it shows is
-/// brought up to date by `refresh`, which its owner calls whenever something has changed.
+/// A group of rows on one background, with a heading above and a small text below. Its owner calls
+/// `refresh` whenever something that it shows has changed.
 class FormSection : public QWidget {
     Q_OBJECT
 
 public:
-    /// Without a heading for an empty one.
+    /// There is no heading if `heading` is empty.
     FormSection(const QString &heading, QWidget *parent);
 
     void refresh();
@@ -35,31 +35,31 @@ protected:
     using Read = std::function<bool()>;
     using Write = std::function<void(bool)>;
 
-    /// Called at each `refresh`.
+    /// `update` is called at each `refresh`.
     void onRefresh(std::function<void()> update);
 
     ToggleRow *addToggle(const QString &text, Read read, Write write);
 
-    /// One of the settings.
+    /// A toggle for one of the settings.
     ToggleRow *addToggle(const QString &text, MorvaneSettings &settings,
                          bool (MorvaneSettings::*read)() const,
                          void (MorvaneSettings::*write)(bool));
 
-    /// A choice of one of several, by their place in `options`.
+    /// A choice of one option; `read` and `write` go by its index in `options`.
     void addPicker(const QString &label, const QStringList &options,
                    const std::function<int()> &read, const std::function<void(int)> &write);
 
-    /// Moves the row of this widget in, for it belongs to the one above.
+    /// Indents the row of this widget, because it belongs to the row above.
     static void indent(QWidget *widget);
 
     /// A small text that explains the row above it, from edge to edge.
     TextLabel *addCaption(const QString &text = {});
 
-    /// A row with a label at its left; what stands at the right is to be added.
+    /// A row with a label at its left; the caller adds what goes at its right.
     QHBoxLayout *addRow(QWidget *label);
     QHBoxLayout *addRow(const QString &label);
 
-    /// A row of a picture and words.
+    /// A row with a picture before its label.
     QHBoxLayout *addRow(SystemImage image, const QColor &tint, QWidget *label);
 
     void addButtons(std::initializer_list<FormButton *> buttons);
@@ -75,7 +75,7 @@ private:
     void spaceRows();
     QHBoxLayout *startRow();
 
-    QWidget *m_ground = nullptr; ///< the rows lie on it
+    QWidget *m_ground = nullptr; ///< the background that holds the rows
     QVBoxLayout *m_rows = nullptr;
     std::vector<std::function<void()>> m_updates;
 };

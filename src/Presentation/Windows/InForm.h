@@ -6,8 +6,8 @@
 
 namespace morvane {
 
-/// A control of a form that scrolls: a wheel that turns over it scrolls the form, and changes
-/// nothing that nobody looks at.
+/// A control of a form that scrolls: the wheel over it scrolls the form, rather than change the
+/// control unnoticed.
 template <typename Control>
 class InForm : public Control {
 public:

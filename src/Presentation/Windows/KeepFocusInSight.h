@@ -4,9 +4,8 @@ class QWidget;
 
 namespace morvane {
 
-/// From now on, for as long as the widget lives, what the keyboard comes to in it is scrolled into
-/// sight, in every area of it that scrolls. Nothing moves under a press, nor when the window comes
-/// back.
+/// For as long as `owner` lives, scrolls the widget in it that gets the focus into sight, in every
+/// scroll area around that. Nothing moves under a press, nor when the program becomes active again.
 void keepFocusInSight(QWidget &owner);
 
 } // namespace morvane

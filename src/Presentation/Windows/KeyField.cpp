@@ -7,10 +7,10 @@ namespace morvane {
 
 namespace {
 
-/// Qt tells places on the keyboard as XKB counts them, from eight on.
+/// Qt's scan codes are XKB key codes, which are 8 higher than the kernel's.
 constexpr std::uint32_t keyCodeOffset = 8;
 
-/// What is only held down together with another key.
+/// Whether the key is only held down together with another one.
 bool isModifier(int key) {
     switch (key) {
     case Qt::Key_Shift:
@@ -67,13 +67,13 @@ void KeyField::setKey(const HotKey &key) {
 }
 
 void KeyField::showText() {
-    // An ampersand of the key's own is no mark of another key.
+    // An ampersand in the key's name must not mark a mnemonic.
     QString key = PlatformWords::hotKey(m_key);
     setAccessibleName(tr("Key that opens the panel: %1").arg(m_isListening ? tr("press it") : key));
     setText(m_isListening ? tr("Press a key…") : key.replace(u'&', QLatin1String("&&")));
 }
 
-/// The whole keyboard, since a key that another program has would go there.
+/// Grabs the whole keyboard, since a key that another program has would go there otherwise.
 void KeyField::begin() {
     m_isListening = true;
     grabKeyboard();
@@ -96,7 +96,7 @@ void KeyField::refuse(const QString &reason) {
     emit refusalChanged();
 }
 
-/// Tab, and the keys of the window's actions, are keys like any other meanwhile.
+/// While the field listens, Tab and the window's shortcuts are keys like any other.
 bool KeyField::event(QEvent *event) {
     if (m_isListening && event->type() == QEvent::ShortcutOverride) {
         event->accept();
@@ -122,7 +122,7 @@ void KeyField::keyPressEvent(QKeyEvent *event) {
     }
 }
 
-/// Not before: to the window an Escape that is still held would be one of its own.
+/// Ends only on the release: the window would take an Escape that is still held for its own.
 void KeyField::keyReleaseEvent(QKeyEvent *event) {
     if (m_escape.isEndedBy(*event)) {
         end();

@@ -6,9 +6,9 @@
 
 namespace morvane {
 
-/// A key that is chosen by pressing it: the field is pressed, and takes the next key that will do
-/// for the panel, even one that another program has. Escape, or the keyboard's going elsewhere,
-/// leaves the key as it was.
+/// Chooses a key by pressing it: once clicked, the field takes the next key that will do for the
+/// panel, even one that another program has. Escape or a loss of the focus leaves the key as it
+/// was.
 class KeyField : public FormButton {
     Q_OBJECT
 
@@ -17,7 +17,8 @@ public:
 
     void setKey(const HotKey &key);
 
-    /// Why the last key that was pressed won't do; empty once one is chosen, or none wanted.
+    /// Why the last key that was pressed won't do; empty once one is chosen or the field stops
+    /// listening.
     const QString &refusal() const { return m_refusal; }
 
 signals:

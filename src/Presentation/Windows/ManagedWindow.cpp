@@ -14,7 +14,7 @@ namespace morvane {
 
 namespace {
 
-constexpr double shareOfScreen = 0.85; ///< for a window that can be made larger
+constexpr double shareOfScreen = 0.85; ///< for a window that can be resized
 constexpr int titleBar = 40;           ///< at most, in points
 
 } // namespace
@@ -27,8 +27,8 @@ ManagedWindow::ManagedWindow(const QString &title) {
 void ManagedWindow::present() {
     centreAtFirst();
     if (!isActiveWindow()) {
-        // From another desktop a request alone doesn't bring it, but it comes up on the one in
-        // front.
+        // A request alone doesn't bring it from another desktop; hidden and shown again, it appears
+        // on the current one.
         hide();
     }
     setWindowState(windowState() & ~Qt::WindowMinimized);
@@ -42,8 +42,8 @@ void ManagedWindow::presentQuietly() {
         return;
     }
     centreAtFirst();
-    // Some desktops give each new window the keyboard nevertheless, and what is typed on must press
-    // nothing in it.
+    // Some desktops give each new window the keyboard nevertheless. With the focus on the window
+    // itself, what somebody goes on typing presses nothing in it.
     setFocus();
     setAttribute(Qt::WA_ShowWithoutActivating);
     show();
@@ -51,8 +51,8 @@ void ManagedWindow::presentQuietly() {
 }
 
 void ManagedWindow::setAboveOthers(bool isAbove) {
-    // Set by the widget, the flag would take the window off the screen, and bring it back on the
-    // desktop in front, with the keyboard.
+    // QWidget::setWindowFlag would hide the window; shown again, it would be on the current
+    // desktop, with the keyboard.
     overrideWindowFlags(windowFlags().setFlag(Qt::WindowStaysOnTopHint, isAbove));
     if (QWindow *handle = windowHandle()) {
         handle->setFlag(Qt::WindowStaysOnTopHint, isAbove);
@@ -102,7 +102,7 @@ void ManagedWindow::centreAtFirst() {
     }
 }
 
-/// A window of a fixed size has to give way too.
+/// Shrinks even a window of a fixed size.
 void ManagedWindow::fitInto(const QSize &room) {
     const QSize fitting = size().boundedTo(room);
     if (fitting != size()) {

@@ -6,8 +6,8 @@
 
 namespace morvane {
 
-/// An ordinary window of the desktop, which the window manager moves and closes, as Esc does. Main
-/// thread.
+/// An ordinary window of the desktop, which the window manager moves and closes; Esc closes it too.
+/// Main thread.
 class ManagedWindow : public QWidget {
     Q_OBJECT
 
@@ -15,19 +15,18 @@ public:
     /// Not shown before `present`.
     explicit ManagedWindow(const QString &title);
 
-    /// Puts the window in front, with the keyboard, whichever desktop it was on; in the middle of
-    /// the display that has the pointer, and no larger than there is room for on that, if it wasn't
-    /// on the screen before.
+    /// Puts the window in front, with the keyboard, whichever desktop it was on. If it was never
+    /// shown before, centres it on the display with the pointer and shrinks it to the room there.
     void present();
 
     /// Shows the window, if it isn't there already, and leaves the keyboard to whoever has it.
     void presentQuietly();
 
-    /// Whether it keeps above ordinary windows, even those that are in front.
+    /// Whether it stays above ordinary windows, even the active one.
     void setAboveOthers(bool isAbove);
 
 signals:
-    /// Somebody has come to it, or back to it.
+    /// The window has become the active one.
     void activated();
 
 protected:
@@ -36,7 +35,7 @@ protected:
     void keyReleaseEvent(QKeyEvent *event) override;
 
 private:
-    /// Later on the window comes back where it was.
+    /// Acts only once: later the window reappears where it was.
     void centreAtFirst();
     void fitInto(const QSize &room);
 

@@ -39,7 +39,7 @@ QWidget *rowOf(SystemImage image, const QColor &tint, QWidget *text, QWidget *pa
     return row;
 }
 
-/// Names as a sentence has them: "A", "A and B", "A, B and C".
+/// Joins names as in a sentence: "A", "A and B", "A, B and C".
 QString joined(const QStringList &names) {
     if (names.size() < 2) {
         return names.join(QString());
@@ -111,7 +111,7 @@ OnboardingPage *OnboardingPage::ready(const WindowContext &context, QWidget *par
             PlatformWords::openThePanel(page->panelKey(), page->m_context.program.hasTrayIcon()));
     });
     if (!context.program.desktopChoosesKeys()) {
-        // Desktops that do give none for a moment.
+        // Desktops that choose the keys grant none that are needed only for a while.
         page->addHint(SystemImage::keyboard)
             ->setText(tr("%1 jump to recently completed sessions.")
                           .arg(PlatformWords::digitShortcuts(1, PanelKey::digitCount)));

@@ -30,7 +30,7 @@ public:
     /// Shows how everything stands now.
     void refresh();
 
-    /// What it needs at least, with the list of agents, which scrolls by itself, at its smallest.
+    /// The least height, with the list of agents, which scrolls by itself, at its smallest.
     int heightForWidth(int width) const override;
 
 private:
@@ -42,10 +42,10 @@ private:
     void addMascot(int side);
     void addTitle(const QString &title, int size);
     void addText(const QString &text);
-    /// What there is to tell stands there instead of the usual text.
+    /// Shows the connections' notice, or `usual` if there is none.
     void addFootnote(const QString &usual);
     void addPill(const std::function<QString()> &text);
-    /// `without` stands there while there is nothing to list.
+    /// Shows `without` while there is nothing to list.
     void addAgents(const std::function<Agents()> &listed, const QString &footnote,
                    const QString &without);
     TextLabel *addHint(SystemImage image);

@@ -121,8 +121,8 @@ bool OnboardingView::event(QEvent *event) {
     return QWidget::event(event);
 }
 
-/// Return goes on from wherever it has no other use. A page without a control that the keyboard
-/// comes to is scrolled by itself.
+/// Return goes on unless the focused control uses it. Page Up and Page Down scroll the page, which
+/// may hold no control whose focus would scroll it.
 void OnboardingView::keyPressEvent(QKeyEvent *event) {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
         m_return.begin(*event);

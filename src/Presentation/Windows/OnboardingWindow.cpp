@@ -35,12 +35,12 @@ void OnboardingWindow::refresh() {
     m_view->refresh();
 }
 
-/// A welcome comes only once, and doesn't go by a slip.
+/// The welcome comes only once, so no key closes it by accident.
 void OnboardingWindow::keyPressEvent(QKeyEvent *event) {
     event->ignore();
 }
 
-/// The window can be moved by any place on it that does nothing else.
+/// The window can be dragged at any place that has no other use.
 void OnboardingWindow::mousePressEvent(QMouseEvent *event) {
     if (event->button() == Qt::LeftButton) {
         windowHandle()->startSystemMove();

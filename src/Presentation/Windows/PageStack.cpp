@@ -43,7 +43,7 @@ void PageStack::show(int index, Motion motion) {
         settle();
         return;
     }
-    // What is on its way out takes no keyboard any more.
+    // The page that slides out must not take keys any more.
     left->setEnabled(false);
     shown->setGeometry(rect().translated(direction * width(), 0));
     shown->show();

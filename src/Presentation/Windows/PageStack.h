@@ -10,7 +10,7 @@ class QScrollArea;
 
 namespace morvane {
 
-/// Pages of which one is shown, and a move to another slides from one to the other.
+/// A stack of pages that shows one at a time, and slides from one to another.
 class PageStack : public QWidget {
     Q_OBJECT
 
@@ -18,13 +18,13 @@ public:
     /// The scheduler must outlive the stack.
     PageStack(Scheduler &scheduler, QWidget *parent);
 
-    /// Takes over a page; the first is shown. One that is higher than the stack is scrolled.
+    /// Takes ownership of a page; the first is shown. A page that is higher than the stack scrolls.
     void add(QWidget *page);
 
-    /// Further pages come from the right.
+    /// Slides pages with a higher index in from the right.
     void show(int index, Motion motion);
 
-    /// Scrolls the page on show, as far as it is higher than the stack.
+    /// Scrolls the shown page, if it is higher than the stack.
     void scrollPage(QAbstractSlider::SliderAction action);
 
 protected:
@@ -33,7 +33,7 @@ protected:
 private:
     void settle();
 
-    std::vector<QScrollArea *> m_pages; ///< each page in what scrolls it
+    std::vector<QScrollArea *> m_pages; ///< one around each page
     int m_shown = 0;
     Animation m_slide;
 };

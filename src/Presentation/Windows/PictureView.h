@@ -10,7 +10,7 @@
 
 namespace morvane {
 
-/// A picture of a fixed size, sharp at any scale. Decoration: what it tells stands beside it.
+/// A picture of a fixed size, sharp at any scale. Decoration: text beside it says the same.
 class PictureView : public QWidget {
     Q_OBJECT
 

@@ -4,7 +4,7 @@
 
 namespace morvane {
 
-/// A short hint on a rounded ground.
+/// A short hint on a rounded background.
 class Pill : public QLabel {
     Q_OBJECT
 

@@ -5,7 +5,7 @@
 
 namespace morvane {
 
-/// "Privacy": what the maker's server is told, and whether it is.
+/// "Privacy": what is sent to the maker's server, and whether it is.
 class PrivacySection : public FormSection {
     Q_OBJECT
 

@@ -17,7 +17,7 @@ RemovalSection::RemovalSection(const WindowContext &context, QWidget *parent)
                    .arg(PlatformWords::removeTheProgram()));
 }
 
-/// Its text is plain: names of files may look like markup.
+/// The text is plain, because file names in it may look like markup.
 QMessageBox *RemovalSection::makeAlert(const QString &message, const QString &text) {
     auto *alert = new QMessageBox(window());
     alert->setIcon(QMessageBox::Critical);

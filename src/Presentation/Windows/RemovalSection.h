@@ -7,7 +7,7 @@ class QMessageBox;
 
 namespace morvane {
 
-/// The way out: takes everything of ours off the machine, after asking, and ends the program.
+/// After asking, removes everything of ours from the machine and ends the program.
 class RemovalSection : public FormSection {
     Q_OBJECT
 

@@ -13,15 +13,15 @@ namespace morvane {
 class FormSection;
 class TextLabel;
 
-/// Everything that a person can set, a section each, in a form that scrolls. It follows the
-/// settings and the connections. Below it stands what went wrong last, if anything.
+/// All settings, in the sections of a form that scrolls. It follows the settings and the
+/// connections, and shows below the form what went wrong last, if anything.
 class SettingsView : public QWidget {
     Q_OBJECT
 
 public:
     SettingsView(const WindowContext &context, QWidget *parent);
 
-    /// Looks anew at what others may have changed; not while nobody can see it.
+    /// Shows what others may have changed; does nothing while the view is hidden.
     void refresh();
 
 protected:

@@ -5,7 +5,8 @@
 
 namespace morvane {
 
-/// "Sound & Notifications": what is heard, of us and of the agents themselves.
+/// "Sound & Notifications": which sounds we play, and whether the agents send notifications of
+/// their own.
 class SoundSection : public FormSection {
     Q_OBJECT
 

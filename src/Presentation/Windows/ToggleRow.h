@@ -4,8 +4,8 @@
 
 namespace morvane {
 
-/// A sentence that is so or not, with a switch at its right. The whole row takes the press; the
-/// sentence breaks where it has no room. An ampersand in it marks its key.
+/// A sentence with an on/off switch at its right. The whole row takes the press; the sentence wraps
+/// where it has no room. An ampersand in it marks the mnemonic.
 class ToggleRow : public QCheckBox {
     Q_OBJECT
 

@@ -16,7 +16,7 @@ namespace {
 using Phase = UpdateManager::Phase;
 
 constexpr int startingWidth = 480;
-constexpr int heightOfWords = 160; ///< alone
+constexpr int heightOfWords = 160; ///< without details
 constexpr int heightWithDetails = 340;
 constexpr int border = 22;
 constexpr int titleSize = 16;
@@ -69,7 +69,7 @@ QLayout *UpdateWindow::makeButtons() {
     return layout;
 }
 
-/// An idle manager has nothing to say: the window is on its way out then, and keeps its words.
+/// Once the manager is idle the window is being closed, so it keeps its text.
 void UpdateWindow::refresh() {
     const Phase phase = m_updates.phase();
     if (phase == Phase::idle) {
@@ -91,7 +91,7 @@ void UpdateWindow::showDetails(const QString &text) {
     m_details->setFont(isCommand ? Typography::code(Typography::bodySize)
                                  : Typography::text(Typography::bodySize));
     m_details->setAccessibleName(isCommand ? tr("Command") : tr("Release notes"));
-    // Set again, it would lose where it was scrolled to, and what was selected in it.
+    // Setting the same text again would lose the scroll position and the selection.
     if (text != m_details->toPlainText()) {
         m_details->setPlainText(text);
     }

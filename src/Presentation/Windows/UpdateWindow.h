@@ -10,8 +10,8 @@ namespace morvane {
 
 class TextLabel;
 
-/// Follows what is being done about updates, and takes the person's answers. Closing it ends what
-/// is under way. Owned by `AppDelegate`.
+/// Shows how far an update is, and takes the person's answers. Closing it ends what is under way.
+/// Owned by `AppDelegate`.
 class UpdateWindow : public ManagedWindow {
     Q_OBJECT
 
@@ -34,7 +34,7 @@ private:
     UpdateManager &m_updates;
     TextLabel *m_title = nullptr;
     TextLabel *m_explanation = nullptr;
-    QPlainTextEdit *m_details = nullptr; ///< release notes, or a command, to be copied from
+    QPlainTextEdit *m_details = nullptr; ///< release notes, or a command to copy
     FormButton *m_skip = nullptr;
     FormButton *m_close = nullptr;
     FormButton *m_download = nullptr;

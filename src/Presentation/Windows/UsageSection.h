@@ -5,7 +5,7 @@
 
 namespace morvane {
 
-/// "Usage limits": whether Claude's and Codex's limits are asked for, and how that goes.
+/// "Usage limits": whether Claude's and Codex's limits are asked for, and whether that works.
 class UsageSection : public FormSection {
     Q_OBJECT
 
@@ -13,7 +13,7 @@ public:
     UsageSection(const WindowContext &context, QWidget *parent);
 
 private:
-    /// What stands there only while limits are asked for.
+    /// Adds the rows that are shown only while limits are asked for.
     void addDetails(const WindowContext &context);
     void addMilestones();
     void addSources(const UsagePoller &usage);

@@ -16,7 +16,7 @@ class StatusItemHost;
 class UpdateManager;
 class UsagePoller;
 
-/// What the program's windows ask of those that own it. Each is set. Main thread.
+/// What the program's windows ask of the program. Every function is set. Main thread.
 struct ProgramActions {
     std::function<QString()> serverStatus;
     std::function<void(bool)> setApprovalsEnabled;
@@ -28,21 +28,22 @@ struct ProgramActions {
     std::function<void(bool)> setLaunchAtLogin;
     /// Whether the desktop lets this program raise other programs' windows.
     std::function<bool()> canFocusWindows;
-    /// How it stands with the key that opens the panel.
+    /// The state of the key that opens the panel.
     std::function<HotKeys::State()> panelKeyState;
-    /// Whether the desktop alone says which key that is.
+    /// Whether only the desktop can assign that key.
     std::function<bool()> desktopChoosesKeys;
     std::function<bool()> hasTrayIcon;
-    /// Looks for a newer version, and shows what comes of it.
+    /// Looks for a newer version, and shows the result.
     std::function<void()> checkForUpdates;
     std::function<void()> testSound;
     std::function<void()> testLimitChime;
-    /// Takes everything of ours off this machine, and tells what, an item a line.
+    /// Removes everything of ours from this machine, and returns what was removed and what couldn't
+    /// be, an item a line.
     std::function<QString()> removeEverything;
     std::function<void()> quit;
 };
 
-/// What a window shows, and by what it changes it. Everything outlives the window.
+/// What a window shows and what it can change. Everything outlives the window.
 struct WindowContext {
     MorvaneSettings &settings;
     AgentConnections &connections;

@@ -8,7 +8,8 @@
 
 namespace morvane {
 
-/// There is nobody to ask for a grant here: the window manager offers it or doesn't.
+/// No permission can be asked for here: the window manager either lets windows be raised or
+/// doesn't.
 WindowFocusSection::WindowFocusSection(const WindowContext &context, QWidget *parent)
     : FormSection(tr("Window focus"), parent) {
     const auto add = [this](SystemImage image, const QColor &tint, const QString &text) {
