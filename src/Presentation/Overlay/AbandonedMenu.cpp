@@ -8,7 +8,7 @@ namespace morvane {
 
 namespace {
 
-/// Long enough for a way around a corner of the menu.
+/// Long enough for the pointer to cut a corner outside the menu.
 constexpr Seconds patience(1);
 
 } // namespace

@@ -9,9 +9,10 @@ namespace morvane {
 
 class Scheduler;
 
-/// Closes an open menu a moment after the pointer has left it, its submenus and what it was opened
-/// on, unless a key is pressed in it. For desktops that let no menu hear of a click on another
-/// program's window, which would leave it open. Lives for as long as the menu is open; main thread.
+/// Closes an open menu a moment after the pointer has left it, its submenus and the widget it was
+/// opened on, unless a key is pressed in it. For desktops where a menu isn't told of clicks on
+/// other programs' windows, and would stay open. Lives for as long as the menu is open; main
+/// thread.
 class AbandonedMenu : public QObject {
     Q_OBJECT
 

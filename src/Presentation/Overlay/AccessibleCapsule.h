@@ -6,15 +6,14 @@ namespace morvane {
 
 class PanelSurface;
 
-/// The capsule or the notch as a screen reader sees it: as large as it looks, with the menu that is
-/// open on it, which would otherwise belong to nothing that can be reached, and with what the
-/// pointer does to it as actions. Made and owned
-/// by Qt, for as long as the widget lives.
+/// The capsule or the notch as a screen reader sees it: its rectangle is the visible part, an open
+/// menu is its child, since nothing else would lead to that, and what the pointer can do is offered
+/// as actions. Made and owned by Qt, for as long as the widget lives.
 class AccessibleCapsule : public QAccessibleWidget {
 public:
     explicit AccessibleCapsule(PanelSurface &surface);
 
-    /// To be known to Qt before the first surface is asked for; once is enough.
+    /// Registers this class with Qt, before the first surface is queried; once is enough.
     static void install();
 
     QRect rect() const override;

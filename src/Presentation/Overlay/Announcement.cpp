@@ -11,7 +11,7 @@ Announcement::Announcement(Scheduler &scheduler, QWidget *parent)
     hide();
 }
 
-/// It is the coming that is read out.
+/// Hides the widget first, because screen readers read a notification out when it appears.
 void Announcement::say(const QString &text) {
     hide();
     setAccessibleName(text);

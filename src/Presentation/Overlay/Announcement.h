@@ -9,13 +9,13 @@ namespace morvane {
 
 class Scheduler;
 
-/// Tells a screen reader, wherever it is reading, what has just happened: a notification that comes
-/// to be there, and that nobody sees.
+/// Makes a screen reader say what has just happened, wherever it is reading: an invisible
+/// notification that appears for a while.
 class Announcement : public QWidget {
     Q_OBJECT
 
 public:
-    static constexpr Seconds duration{5}; ///< for which it is there to be read out
+    static constexpr Seconds duration{5}; ///< how long it stays to be read out
 
     Announcement(Scheduler &scheduler, QWidget *parent);
 

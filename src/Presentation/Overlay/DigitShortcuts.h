@@ -4,8 +4,8 @@
 
 namespace morvane {
 
-/// Whether the digit keys work at this moment, so that the rows name them. Kept by whoever holds
-/// the keys; main thread.
+/// Whether the digit keys work at this moment; the rows show them only then. Updated by whoever
+/// registers the keys; main thread.
 class DigitShortcuts : public QObject {
     Q_OBJECT
 

@@ -19,7 +19,7 @@ namespace {
 constexpr int fieldMargin = 12;
 constexpr int windowWidth = 300;
 constexpr int panelDistance = 12;
-constexpr int titleHeight = 48; ///< at most, of what the desktop adds
+constexpr int titleHeight = 48; ///< upper bound for the title bar of the desktop
 
 QPalette dialogPalette() {
     QPalette palette;
@@ -32,7 +32,7 @@ QPalette dialogPalette() {
 
 } // namespace
 
-/// A dialog, since desktops that tile their windows leave those where they are.
+/// A dialog, because tiling desktops don't move dialogs.
 FieldWindow::FieldWindow(const InlineNameField::Setup &setup)
     : QWidget(nullptr, Qt::Dialog | Qt::WindowStaysOnTopHint | Qt::WindowTitleHint |
                            Qt::WindowCloseButtonHint),
@@ -70,7 +70,7 @@ void FieldWindow::bringToFront() {
     activateWindow();
 }
 
-/// Whole on the screen, whatever the desktop puts around it.
+/// Keeps the whole window on the screen, with the title bar that the desktop adds.
 void FieldWindow::placeBelow(const QRect &panel) {
     const QScreen *display = QGuiApplication::screenAt(panel.center());
     const QRect bounds = (display != nullptr ? display : screen())->geometry();
@@ -80,8 +80,7 @@ void FieldWindow::placeBelow(const QRect &panel) {
          std::max(bounds.top(), std::min(place.y(), lowest.y())));
 }
 
-/// The field's own menu takes the keyboard only for as long as it is open, and leaves the window
-/// active.
+/// The field's own menu doesn't count as a loss of the keyboard: it leaves the window active.
 void FieldWindow::changeEvent(QEvent *event) {
     QWidget::changeEvent(event);
     if (event->type() != QEvent::ActivationChange) {
@@ -103,7 +102,8 @@ void FieldWindow::commitText() {
     settle(&FieldWindow::commit);
 }
 
-/// In a later turn of the event loop, when nothing of the window is on the stack any more.
+/// Sends the outcome in a later turn of the event loop, when no function of this window, which a
+/// slot may delete, is on the stack.
 void FieldWindow::settle(void (FieldWindow::*outcome)()) {
     if (std::exchange(m_isSettled, true)) {
         return;

@@ -6,33 +6,33 @@
 
 namespace morvane {
 
-/// A small window of its own with one text field, for desktops on which no overlay is given the
-/// keyboard. Owned by whoever needs the text, who may delete it from within a slot of `commit` or
-/// `cancel`; main thread.
+/// A small separate window with one text field, for desktops that give no overlay the keyboard.
+/// Owned by whoever needs the text, who may delete it in a slot of `commit` or `cancel`; main
+/// thread.
 class FieldWindow : public QWidget {
     Q_OBJECT
 
 public:
-    /// For `commitsOnBlur` the focus is lost once the person has gone on to another window.
+    /// With `commitsOnBlur`, going on to another window commits the text.
     explicit FieldWindow(const InlineNameField::Setup &setup);
 
-    /// Shows it below the panel that it asks for, in the desktop's points: an overlay is above
-    /// every window, and what lies under it would be typed blindly.
+    /// Shows it below `panel`, in the desktop's points: an overlay is above every window and would
+    /// hide a field under it.
     void openBelow(const QRect &panel);
 
-    /// Gives way to a panel that has grown.
+    /// Moves out from under a panel that has grown.
     void makeWayFor(const QRect &panel);
 
-    /// Brings it to the front with the keyboard, as far as the desktop lets it.
+    /// Raises it and asks for the keyboard, as far as the desktop allows.
     void bringToFront();
 
 signals:
     /// The person changes the text.
     void edited(const QString &text);
 
-    // Either is sent, once.
+    // One of the two is sent, once.
     void commit(); ///< on Return
-    void cancel(); ///< the person gives up
+    void cancel(); ///< on Escape, or when the window is closed
 
 protected:
     void changeEvent(QEvent *event) override;

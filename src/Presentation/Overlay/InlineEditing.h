@@ -7,38 +7,38 @@
 
 namespace morvane {
 
-/// Counts the text fields that are open in the panels, so that a panel stays open, and Esc belongs
-/// to the field, while somebody types. A field that is forgotten holds a panel no longer than the
-/// lease, which begins anew with each change of a text. Main thread.
+/// Counts the text fields that are open in the panels: while somebody types, a panel stays open,
+/// and Esc belongs to the field. A forgotten field holds a panel open only until the lease ends;
+/// each change of a text renews the lease. Main thread.
 class InlineEditing : public QObject {
     Q_OBJECT
 
 public:
     static constexpr Seconds lease{120};
 
-    /// The one that all panels share; it is made in `main`'s thread and passed to whoever needs it.
+    /// The instance that all panels share; made on the main thread and passed to whoever needs it.
     static InlineEditing &shared();
 
     bool isActive(Date now) const { return rest(now) > Seconds(0); }
 
-    /// How long the open fields still count, if no other is opened and nobody types; 0 without one.
+    /// How long the open fields still count if no other opens and nobody types; 0 if none is open.
     Seconds rest(Date now) const { return m_lease.left(now); }
 
-    /// Called once by each field that opens, and then once by each that goes away.
+    /// Each field calls `begin` once when it opens, and `end` once when it goes away.
     void begin(Date now);
     void end();
 
-    /// Called by an open field whose text somebody changes.
+    /// Called by an open field whenever somebody changes its text.
     void renew(Date now);
 
 signals:
-    /// Also when somebody comes back to a field that was forgotten. That it is forgotten nobody is
-    /// told, but for `rest`.
+    /// Also sent when somebody types in a forgotten field again. The end of a lease sends nothing;
+    /// `rest` tells it.
     void countChanged();
 
 private:
     int m_count = 0;
-    Lease m_lease{lease}; ///< over without an open field
+    Lease m_lease{lease}; ///< ended while no field is open
 };
 
 } // namespace morvane

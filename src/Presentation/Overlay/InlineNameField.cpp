@@ -117,7 +117,7 @@ bool InlineNameField::commitsOnBlur() const {
     return m_setup.commitsOnBlur && !m_window;
 }
 
-/// The rows never take the focus, so that a click on one of them wouldn't take it from here.
+/// Rows never take the focus, so a click on one isn't a loss of the focus; it has to commit here.
 bool InlineNameField::eventFilter(QObject *watched, QEvent *event) {
     const auto isInPanel = [&] {
         return watched->isWidgetType() && static_cast<QWidget *>(watched)->window() == window();
@@ -131,7 +131,8 @@ bool InlineNameField::eventFilter(QObject *watched, QEvent *event) {
     return TextField::eventFilter(watched, event);
 }
 
-/// A field that a loss of the focus doesn't end stays open without the keyboard.
+/// A field that doesn't commit on a loss of the focus may be open without the keyboard; a click
+/// takes it back.
 void InlineNameField::mousePressEvent(QMouseEvent *event) {
     if (m_window) {
         m_window->bringToFront();
@@ -145,8 +146,8 @@ void InlineNameField::mousePressEvent(QMouseEvent *event) {
 
 void InlineNameField::focusOutEvent(QFocusEvent *event) {
     TextField::focusOutEvent(event);
-    // The field's own menu takes the focus only for as long as it is open, and a panel that goes
-    // away has not been confirmed by anybody.
+    // The field's own menu takes the focus only while it is open, and hiding the panel confirms
+    // nothing.
     if (commitsOnBlur() && event->reason() != Qt::PopupFocusReason && !window()->isHidden()) {
         settle(Outcome::committed);
     }

@@ -13,11 +13,10 @@ class KeyWindowActivator;
 class Scheduler;
 struct PanelContext;
 
-/// A text field that stands in a row for as long as somebody types in it. Return commits, Escape
-/// empties and cancels it, and whatever takes it off the screen cancels it; the first of them
-/// settles it, and then it goes away by itself. While it is open it counts as editing and has the
-/// keyboard; where a panel is given no keyboard, a small window of its own asks for the text
-/// instead, and what stands in the row is no field to look at.
+/// A text field that is in a row while somebody types in it. Return commits it, Escape empties and
+/// cancels it, and being hidden cancels it; the first of these settles the field, which then
+/// deletes itself. While it is open it counts as editing and has the keyboard. Where a panel gets
+/// no keyboard, a `FieldWindow` asks for the text instead, and the row only shows the text.
 class InlineNameField : public TextField {
     Q_OBJECT
 
@@ -25,20 +24,20 @@ public:
     struct Setup {
         QString initial = {};
         QString placeholder = {};
-        QString title = {};         ///< what it is for: to a screen reader, and above the window
-                                    ///< that asks where a panel can't
+        QString title = {};         ///< what it is for: its name for screen readers, and the
+                                    ///< title of the `FieldWindow`
         bool commitsOnBlur = false; ///< whether a loss of the focus commits as well
     };
 
     InlineNameField(const Setup &setup, const PanelContext &context, QWidget *parent);
     ~InlineNameField() override;
 
-    /// Goes away without a commit, unless it is settled.
+    /// Cancels the field, unless it is settled.
     void abandon();
 
 signals:
     void commit(const QString &text);
-    /// The text is what has been typed, unless the person has given it up.
+    /// The field still holds what was typed, unless the person has given it up.
     void cancel();
 
 protected:
@@ -62,7 +61,7 @@ private:
     Scheduler &m_scheduler;
     const Setup m_setup;
     bool m_settled = false;
-    bool m_counts = true; ///< as editing
+    bool m_counts = true; ///< in `InlineEditing`, until it goes away
     std::unique_ptr<KeyWindowActivator> m_activator;
     std::unique_ptr<FieldWindow> m_window;
     Task m_focus;

@@ -13,8 +13,8 @@ KeyWindowActivator::KeyWindowActivator(QWidget &field, Scheduler &scheduler,
       m_activation(scheduler.after(Seconds(0), [this, &field] { activate(field); })) {}
 
 KeyWindowActivator::~KeyWindowActivator() {
-    // A panel that is being destroyed around its field is one no longer, and then has nothing left
-    // to give back with.
+    // The cast fails if the panel is being destroyed around its field: only its QWidget part is
+    // left, which can't give the keyboard back.
     if (auto *panel = qobject_cast<KeyablePanel *>(m_keyWindow.data())) {
         panel->resignKey();
     }

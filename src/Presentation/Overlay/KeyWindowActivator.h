@@ -16,7 +16,7 @@ class Scheduler;
 /// no key would reach the field. Owned by the field.
 class KeyWindowActivator {
 public:
-    /// `refused` is called where keys can't reach the field's panel.
+    /// `refused` is called if the field's panel can't get the keyboard.
     KeyWindowActivator(QWidget &field, Scheduler &scheduler, std::function<void()> refused);
     ~KeyWindowActivator();
     KeyWindowActivator(const KeyWindowActivator &) = delete;
@@ -26,7 +26,7 @@ private:
     void activate(const QWidget &field);
 
     std::function<void()> m_refused;
-    QPointer<QWidget> m_keyWindow; ///< none unless it has been given the keyboard
+    QPointer<QWidget> m_keyWindow; ///< null unless it was given the keyboard
     Task m_activation;
 };
 

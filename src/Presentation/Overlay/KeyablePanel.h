@@ -6,46 +6,45 @@ namespace morvane {
 
 class OverlayWindow;
 
-/// The widget of an overlay in which there may be a text field. An overlay never has the keyboard
-/// by itself; while a field of it is open it asks for it, and while a person works it with the
-/// keys.
+/// The widget of an overlay that may contain text fields. An overlay never has the keyboard by
+/// itself; the panel takes it while one of its fields is open or a person works it with the keys.
 class KeyablePanel : public QWidget {
     Q_OBJECT
 
 public:
     using QWidget::QWidget;
 
-    /// The part of the widget that there is something to see in.
+    /// The part of the widget in which something is drawn.
     virtual QRect visibleRect() const { return rect(); }
 
-    /// Its window, from which it takes the keyboard. Set by the presenter, which owns the window,
-    /// and set to none before that goes.
+    /// Sets the window through which the panel takes the keyboard. Called by the presenter, which
+    /// owns the window, and called with null before the window is destroyed.
     void setOverlay(OverlayWindow *overlay) { m_overlay = overlay; }
 
-    /// Called by each field that opens. False where keys can't reach the panel.
+    /// Called by each field that opens. False if the panel can't get the keyboard.
     [[nodiscard]] bool makeKey();
 
-    /// Called by a field that is open when it is clicked: the keyboard may have gone elsewhere.
-    /// False where it wasn't given back.
+    /// Called when an open field is clicked, since the keyboard may have gone elsewhere. False if
+    /// the panel doesn't get it back.
     bool renewKey();
 
     /// Called by each field that asked for the keyboard, when it goes away; the last one gives it
     /// back.
     void resignKey();
 
-    /// Takes the keyboard for a person who works the panel with the keys, also where it has gone
-    /// elsewhere meanwhile. False where keys can't reach the panel.
+    /// Takes the keyboard, or takes it back, for a person who works the panel with the keys. False
+    /// if the panel can't get it.
     [[nodiscard]] bool beginKeyboardUse();
     void endKeyboardUse();
 
-    /// Whether it was taken for such a person, and not given back since.
+    /// Whether such a use has begun and not ended.
     bool isUsedByKeys() const { return m_isUsedByKeys; }
 
 private:
     bool takeKeyboard() const;
 
     OverlayWindow *m_overlay = nullptr;
-    int m_users = 0; ///< that have asked and have been given the keyboard
+    int m_users = 0; ///< how many have asked for the keyboard and got it
     bool m_isUsedByKeys = false;
 };
 

@@ -7,8 +7,8 @@
 
 namespace morvane {
 
-/// Holds for a length of time from when it was last renewed. If the clock is set back meanwhile, it
-/// may be over at once, and it lasts twice as long at the most.
+/// Lasts a fixed time from its last renewal. If the clock is set back meanwhile, it may end at
+/// once, and lasts at most twice as long.
 class Lease {
 public:
     explicit Lease(Seconds length) : m_length(length) {}

@@ -69,7 +69,7 @@ void MorvanePresenter::putUp(PanelSurface &surface) {
     connect(&surface, &PanelSurface::menuClosed, this, &MorvanePresenter::menuClosed);
     connect(&surface, &PanelSurface::openRequested, this, [this] {
         presentPanelToKeys();
-        // A call alone can take half a minute to be read aloud.
+        // A screen reader can take half a minute to read out a single call.
         endPresentationAfter(InlineEditing::lease);
     });
     connect(&surface, &PanelSurface::keyUsed, this,
@@ -123,7 +123,7 @@ void MorvanePresenter::presentPanelToKeys() {
 
 void MorvanePresenter::announce(const QString &text) {
     if (!m_surface) {
-        // What has just happened may be what it is there for from now on.
+        // The news may itself be the reason to show the surface, which `update` then makes.
         update();
     }
     if (m_surface) {
@@ -131,8 +131,9 @@ void MorvanePresenter::announce(const QString &text) {
     }
 }
 
-/// Where a menu may have been left unheard for another program's window, the pointer counts as gone
-/// with it until it moves: XWayland says that it is back on the panel behind.
+/// Where a menu isn't told that the pointer has left for another program's window, the pointer
+/// counts as gone after the menu has closed, until it moves: XWayland reports it on the panel
+/// behind.
 std::optional<QPoint> MorvanePresenter::pointerPosition() const {
     const QPoint position = m_displays.pointerPosition();
     return m_displays.isPointerTold() && position != m_pointerLostAt ? std::optional(position)
@@ -180,7 +181,7 @@ void MorvanePresenter::reportExpanded(bool isExpanded) {
     tellExpanded();
 }
 
-/// What nobody sees must not take the keys of the program that is in front of it.
+/// A panel that is covered must not take keys from the program that covers it.
 void MorvanePresenter::tellExpanded() {
     const bool isExpanded = m_isExpanded && !(m_window && m_window->isCovered());
     if (isExpanded != m_toldExpanded) {
@@ -207,13 +208,13 @@ void MorvanePresenter::openMenu(const QPoint &position) {
     }
 }
 
-/// At once, since what was chosen happens next, and may be to open the panel.
+/// Follows the pointer at once, because the chosen action runs next and may open the panel.
 void MorvanePresenter::menuClosed() {
     m_pointerLostAt = m_abandonedMenu ? std::optional(m_displays.pointerPosition()) : std::nullopt;
     m_abandonedMenu.reset();
     followPointer();
     if (m_window && m_window->isVisible()) {
-        // It has kept below the menu, and maybe below others.
+        // Raises the window, which stayed below the menu and maybe below other windows.
         m_window->show();
     }
     // The menu may have been all that kept it on screen.

@@ -21,7 +21,7 @@ namespace morvane {
 class OverlayWindows;
 class PanelSurface;
 
-/// What shows Morvane on one display, and what all that do so have in common: the window with its
+/// Shows Morvane on one display. This base class has what all presenters share: the window with its
 /// keyboard and its menu, the coalesced update, the time of a presentation, and the report of being
 /// open. Owned by `PresenterManager`; main thread.
 class MorvanePresenter : public QObject {
@@ -30,32 +30,32 @@ class MorvanePresenter : public QObject {
 public:
     ~MorvanePresenter() override;
 
-    /// What was told last: whether the panel is open, and not hidden by a full-screen program.
+    /// As last reported: whether the panel is open, and not hidden by a full-screen program.
     bool isExpanded() const { return m_toldExpanded; }
 
-    // As the panel that is open here says.
+    // Answered by the open panel; false and none while it is closed.
     bool hasBeenRead(const QString &sessionID) const;
     std::optional<CompletedRecord> recordAt(int digit) const;
 
     /// What a right click opens; may be absent.
     QPointer<QMenu> contextMenu;
 
-    /// Takes the display up; called again whenever its geometry may have changed.
+    /// Starts showing on the display; called again whenever its geometry may have changed.
     virtual void attach(const Display &display) = 0;
 
     /// Whether the display, as it is now, has a place for what this shows.
     virtual bool canShow() const { return true; }
 
-    /// A notch is there anyway, so that only capsules stand in for anything.
+    /// Only capsules stand in for a tray, since a notch is there anyway.
     virtual void setStandIn(StandIn) {}
 
     /// Opens the panel on request.
     virtual void presentPanel() = 0;
 
-    /// The same for somebody who works it with the keys from there on, as far as it is given any.
+    /// Opens the panel with the keyboard in it, where the desktop gives panels the keyboard.
     void presentPanelToKeys();
 
-    /// To a screen reader, if there is anything on the display.
+    /// Has a screen reader say `text`, if anything is shown on the display.
     void announce(const QString &text);
 
     /// Closes the panel but stays.
@@ -68,7 +68,7 @@ public:
     virtual void detach() = 0;
 
 signals:
-    /// This presenter's panel opens or closes; never the same twice in a row.
+    /// This presenter's panel opens or closes; never sent twice in a row with the same value.
     void expandedChanged(bool isExpanded);
 
 protected:
@@ -76,10 +76,10 @@ protected:
     MorvanePresenter(const PanelContext &context, Displays &displays, OverlayWindows &overlays);
 
     const PanelContext &context() const { return m_context; }
-    /// None where it isn't told, and so is not on anything of ours.
+    /// None where the position is unknown; the pointer is then not over any of our windows.
     std::optional<QPoint> pointerPosition() const;
 
-    /// None while nothing is put up.
+    /// Null before `putUp` and after `takeDown`.
     OverlayWindow *window() const { return m_window.get(); }
 
     /// The fade of the window, in or out.
@@ -88,19 +88,19 @@ protected:
     /// Follows what is shown: the store, the limits, the settings, and fields that open and close.
     void subscribe();
 
-    /// Follows none of that any more, and drops an update that is due.
+    /// Undoes `subscribe`, and drops an update that is due.
     void unsubscribe();
 
-    /// Whatever happens within one turn of the event loop ends in one `update` after it.
+    /// All calls within one turn of the event loop lead to one `update` after it.
     void scheduleUpdate();
 
-    /// Gives the surface a window, which isn't shown yet. The surface must outlive it.
+    /// Gives the surface a window, which isn't shown yet. The surface must outlive the window.
     void putUp(PanelSurface &surface);
 
-    /// Takes the window away. A field that goes down with its surface later doesn't reach for it.
+    /// Destroys the window. A field that is destroyed later, with the surface, doesn't access it.
     void takeDown();
 
-    /// Brings the opacity from what it is to 1. `step` is told the eased share of the way.
+    /// Fades the window in from its present opacity. `step` gets the eased progress, from 0 to 1.
     void fadeIn(Seconds duration, std::function<void(double)> step = {},
                 std::function<void()> finished = {});
 
@@ -108,21 +108,21 @@ protected:
     void startPresentation();
     void cancelPresentation() { m_presentation.cancel(); }
 
-    /// Asks again in a moment.
+    /// Calls `endPresentation` again in a moment.
     void prolongPresentation();
 
     bool isMenuOpen() const;
 
-    /// Whether a person works the panel with the keys, and has pressed one not too long ago.
+    /// Whether a person works the panel with the keys, and has pressed one within the lease.
     bool isUsedByKeys() const;
 
     /// The keyboard goes back to whoever had it.
     void endKeyboardUse();
 
-    /// Closes the fields that are open in the panel, which would hold it open and the keyboard too.
+    /// Cancels the open fields of the panel, which would keep it open and hold the keyboard.
     void abandonEditing();
 
-    /// Counts for others only while the panel can be seen.
+    /// Records whether the panel is open; it is reported as open only while it can be seen.
     void reportExpanded(bool isExpanded);
 
     /// Something that is shown has changed.
@@ -148,9 +148,9 @@ private:
     Animation m_fade;
     bool m_isExpanded = false;
     bool m_toldExpanded = false;
-    Lease m_keyLease; ///< of the keyboard; renewed by each key
+    Lease m_keyLease; ///< how long the use by keys lasts; renewed by each key
     Task m_presentation;
-    std::unique_ptr<AbandonedMenu> m_abandonedMenu; ///< none but while a menu is open
+    std::unique_ptr<AbandonedMenu> m_abandonedMenu; ///< null while no menu is open
     std::optional<QPoint> m_pointerLostAt;          ///< where it was when a menu closed
     Task m_updateTask;
 };

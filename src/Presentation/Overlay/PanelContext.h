@@ -20,8 +20,8 @@ class UsagePoller;
 struct CompletedRecord;
 struct Session;
 
-/// The one road by which what a person wants leaves a panel: what its owner does about it. What is
-/// unset is not offered. A plain value, passed down to the rows.
+/// Callbacks for everything that a person can ask for in a panel; a panel acts on the program only
+/// through these. An action that is unset isn't offered. A plain value, passed down to the rows.
 struct PanelActions {
     std::function<void(const QString &sessionID, const AgentDecision &)> onDecide;
     std::function<void(const QString &sessionID, const QString &question, const QString &option)>
@@ -29,19 +29,19 @@ struct PanelActions {
     std::function<void(const Session &)> onSelect;
     std::function<void(const QString &cwd, const QString &name)> onRenameCommit;
     std::function<void(const CompletedRecord &)> onReopen;
-    /// `told` is called once, with whether the text has gone out as far as can be told.
+    /// `told` is called once, with whether the text was sent, as far as that can be known.
     std::function<void(const Session &, const QString &text,
                        const std::function<void(bool isSent)> &told)>
         onReply;
-    /// Whether there is a way by which a reply would reach the session; unset, there is none.
+    /// Whether a reply could reach the session; if this is unset, none can.
     std::function<bool(const Session &)> canReply;
     std::function<void()> onOpenSettings;
     std::function<void()> onRefreshUsage;
 };
 
-/// What every panel on every display is made from. All of it outlives the panels.
+/// What every panel on every display depends on. All of it outlives the panels.
 struct PanelContext {
-    const SessionStore &store; ///< to be read; what changes it leaves by `actions`
+    const SessionStore &store; ///< read only; changes go through `actions`
     const UsagePoller &usage;  ///< likewise
     MorvaneSettings &settings;
     Scheduler &scheduler;

@@ -16,7 +16,7 @@ namespace morvane {
 PanelSurface::PanelSurface(Scheduler &scheduler)
     : m_announcement(new Announcement(scheduler, this)) {
     AccessibleCapsule::install();
-    // The window is never the active one, and Qt shows help texts in no other unless told to.
+    // The window is never active, and without this Qt shows tool tips only in active windows.
     setAttribute(Qt::WA_AlwaysShowToolTips);
     setAccessibleName(QStringLiteral("Morvane"));
 }
@@ -28,7 +28,7 @@ void PanelSurface::announce(const QString &text) {
 void PanelSurface::open(QMenu &menu, const QPoint &position) {
     letGo();
     for (QAbstractButton *button : findChildren<QAbstractButton *>()) {
-        button->setDown(false); // by the key or the pointer, of which the menu hears from now on
+        button->setDown(false); // the menu gets the release of the key or pointer
     }
     m_openMenu = &menu;
     connect(
@@ -51,7 +51,7 @@ void PanelSurface::leaveEvent(QEvent *event) {
     emit pointerCrossed();
 }
 
-/// All keys come by way of the window.
+/// The filter sees every key, because keys reach the window before a widget.
 void PanelSurface::showEvent(QShowEvent *event) {
     KeyablePanel::showEvent(event);
     windowHandle()->installEventFilter(this);
@@ -78,14 +78,15 @@ bool PanelSurface::eventFilter(QObject *watched, QEvent *event) {
     return KeyablePanel::eventFilter(watched, event);
 }
 
-/// Of the keys that are held in the panel, which are let go elsewhere.
+/// Forgets the keys that are held in the panel, because their release goes elsewhere.
 void PanelSurface::letGo() {
     m_heldKey = 0;
     m_escape.abandon();
 }
 
-/// What presses or ends something does that once, however long it is held: by then the focus may be
-/// on something else. X11 tells of no repetition as such. Space presses only buttons.
+/// A key that presses or ends something does so once, however long it is held, since the focus may
+/// be elsewhere by the time it repeats. The held key is kept because X11 doesn't mark repeats as
+/// such. Space counts only on buttons.
 bool PanelSurface::isRepetition(const QKeyEvent &press) {
     const int key = press.key();
     const bool isSpace = key == Qt::Key_Space;

@@ -14,25 +14,25 @@ namespace morvane {
 class Announcement;
 class Scheduler;
 
-/// What the widgets of all presenters have in common, whatever they look like: they tell when the
-/// pointer crosses them, and a menu can be open on them.
+/// The base of all presenters' widgets, whatever they look like: it reports when the pointer enters
+/// or leaves, and can have a menu open on it.
 class PanelSurface : public KeyablePanel {
     Q_OBJECT
 
 public:
     explicit PanelSurface(Scheduler &scheduler);
 
-    /// To a screen reader.
+    /// Has a screen reader say `text`.
     void announce(const QString &text);
 
-    /// Opens a menu at a point of the desktop. It takes the keyboard for as long as it is open, and
+    /// Opens a menu at a point of the desktop. The menu takes the keyboard while it is open, and
     /// the focus stays where it is.
     void open(QMenu &menu, const QPoint &position);
 
-    /// Lets the keys begin in the panel, which is open.
+    /// Puts the focus into the panel, which is open.
     virtual void takeFocus() = 0;
 
-    // As the panel on the surface says; nothing while that is closed.
+    // Answered by the panel on the surface; false and none while it is closed.
     virtual bool hasBeenRead(const QString &sessionID) const = 0;
     virtual std::optional<CompletedRecord> recordAt(int digit) const = 0;
 
@@ -42,14 +42,14 @@ public:
 signals:
     /// The pointer has entered or left the widget's visible part.
     void pointerCrossed();
-    /// A screen reader wants it open.
+    /// A screen reader asks to open the panel.
     void openRequested();
     /// A right click, anywhere on the widget, at this point of the desktop.
     void contextMenuRequested(const QPoint &position);
     void menuClosed();
     /// A key has gone down, wherever in the panel the focus is.
     void keyUsed();
-    /// Esc, which nothing in the panel has a use for.
+    /// Esc was pressed and let go, and nothing in the panel has used it.
     void escaped();
     /// What is shown needs another size.
     void contentResized();
@@ -70,7 +70,7 @@ private:
     QPointer<QMenu> m_openMenu;
     Announcement *m_announcement;
     KeyStroke m_escape;
-    int m_heldKey = 0; ///< that has pressed or ended something, and hasn't been let go yet
+    int m_heldKey = 0; ///< has pressed or ended something and is still down; 0 if none
 };
 
 } // namespace morvane

@@ -8,9 +8,9 @@ namespace morvane {
 
 class SessionStore;
 
-/// The replies that somebody has typed and that have not gone out, one for a session at the most.
-/// Every display offers them, and one goes with its session, to which nothing could send it any
-/// more. Owned by `AppController`; main thread.
+/// The replies that somebody has typed and that have not been sent, at most one for each session.
+/// Every display offers them. A draft is dropped with its session, to which it could no longer be
+/// sent. Owned by `AppController`; main thread.
 class ReplyDrafts : public QObject {
     Q_OBJECT
 
@@ -21,7 +21,7 @@ public:
     /// Empty where there is none.
     QString text(const QString &sessionID) const { return m_texts.value(sessionID); }
 
-    /// Takes the place of the one before. Nothing for a session that has gone.
+    /// Replaces the session's earlier draft. Does nothing if the session has gone.
     void keep(const QString &sessionID, const QString &text);
 
     void drop(const QString &sessionID);

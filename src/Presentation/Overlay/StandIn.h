@@ -2,12 +2,12 @@
 
 namespace morvane {
 
-/// How far the capsules make up for a tray that isn't there. Without one, nothing else at the top
-/// of the screen tells that Morvane runs.
+/// How far the capsules make up for a missing tray. Without a tray, nothing else at the top of the
+/// screen shows that Morvane runs.
 enum class StandIn {
-    none,        ///< each capsule has reasons of its own to be on screen
-    whileActive, ///< one on call also stays while sessions are active
-    always,      ///< for a newcomer, to whom nothing would ever call it as yet
+    none,        ///< capsules are on screen only for their own reasons
+    whileActive, ///< an on-call capsule also stays while sessions are active
+    always,      ///< for a new user, with no sessions yet that would bring it up
 };
 
 } // namespace morvane

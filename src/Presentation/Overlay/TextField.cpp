@@ -15,7 +15,7 @@ bool endsField(const QKeyEvent &event) {
 
 TextField::TextField(const QString &text, QWidget *parent) : QLineEdit(text, parent) {
     connect(this, &TextField::textEdited, this, &TextField::typed);
-    // The line drops what is being composed where the cursor is moved, and tells only of that.
+    // QLineEdit drops the composition when the cursor moves, and signals only the move.
     const auto forget = [this] { m_composition.clear(); };
     connect(this, &TextField::cursorPositionChanged, this, forget);
     connect(this, &TextField::selectionChanged, this, forget);
@@ -57,7 +57,7 @@ void TextField::inputMethodEvent(QInputMethodEvent *event) {
     const QString composed = event->preeditString();
     const QString before = std::exchange(m_composition, composed);
     QLineEdit::inputMethodEvent(event);
-    m_composition = composed; // the cursor may have moved with it
+    m_composition = composed; // the event may have moved the cursor, which clears it
     if (m_composition != before) {
         emit typed();
     }

@@ -6,19 +6,18 @@
 
 namespace morvane {
 
-/// A line that a person types in, which Return or Escape ends. What an input method is still
-/// composing counts as typed: not every one of them ends that when it is asked to, or when the
-/// field loses the keyboard.
+/// A line edit that Return or Escape ends. Text that an input method is still composing counts as
+/// typed: not every input method commits it on request, or when the field loses the keyboard.
 class TextField : public QLineEdit {
     Q_OBJECT
 
 public:
     TextField(const QString &text, QWidget *parent);
 
-    /// The text with what is being composed in it.
+    /// The text, including what is being composed.
     QString typedText() const;
 
-    /// Empties it of both.
+    /// Clears the text and the composition.
     void discard();
 
 signals:
