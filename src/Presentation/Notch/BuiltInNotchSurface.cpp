@@ -32,7 +32,7 @@ QRect centered(int width, int top, const QSize &size) {
     return {QPoint((width - size.width()) / 2, top), size};
 }
 
-/// The whole points of a shell's body that lie within its edge.
+/// The largest rectangle of whole points in a shell's body, inside its edge line.
 QRect insideOfEdge(const QRectF &frame, double flare) {
     const double inset = flare + edgeWidth;
     return {QPoint(static_cast<int>(std::ceil(frame.left() + inset)), 0),
@@ -98,7 +98,7 @@ void BuiltInNotchSurface::layOut(Motion motion) {
     placeShell();
 }
 
-/// A shell that is on its way turns to its new size from where it is.
+/// A shell that is still moving goes to the new size from where it is.
 void BuiltInNotchSurface::retargetShell(Motion motion) {
     const NotchShell target =
         isExpanded()
@@ -121,7 +121,7 @@ void BuiltInNotchSurface::retargetShell(Motion motion) {
     });
 }
 
-/// The contents stand where they will be in the end, and the shell uncovers them.
+/// The contents are laid out at their final place, and the growing shell uncovers them.
 void BuiltInNotchSurface::placeShell() {
     const QRectF frame = m_shell.frame(width());
     const QRect body = insideOfEdge(frame, m_shell.shape.topCornerRadius);
@@ -132,7 +132,7 @@ void BuiltInNotchSurface::placeShell() {
     place(*m_compact, 0, NotchGeometry::compactShellSize(m_notch));
     place(*m_expanded, m_notch.height(), m_contentSize);
     m_veil->setShell(m_shell.shape.path(frame.translated(-body.topLeft())));
-    // All that stands in the shell would be painted anew with it.
+    // Updates only if the shell has changed, because that repaints all the content on it.
     if (m_shell != m_drawnShell) {
         update(m_drawn.united(visibleRect()));
         m_drawnShell = m_shell;
@@ -169,7 +169,7 @@ void BuiltInNotchSurface::paintEvent(QPaintEvent *) {
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF frame = m_shell.frame(width());
     painter.fillPath(m_shell.shape.path(frame), Colors::notchFill);
-    // Above the screen's edge there is nothing to set the shell off from.
+    // The top edge lies outside the widget: at the screen's edge the shell needs no line.
     const QRectF edge = frame.adjusted(edgeWidth / 2, -edgeWidth, -edgeWidth / 2, -edgeWidth / 2);
     painter.strokePath(m_shell.shape.path(edge), QPen(Colors::capsuleEdge, edgeWidth));
 }

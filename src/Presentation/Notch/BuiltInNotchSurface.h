@@ -14,8 +14,8 @@ class NotchVeil;
 struct PanelContext;
 
 /// The black shell that grows out of a notch, with the status beside the notch or the panel below
-/// it. The widget is a stage, transparent but for the shell, and keeps its size while that grows
-/// and shrinks. Nothing ticks while the shell rests.
+/// it. The widget is a stage, transparent but for the shell, and keeps its size while the shell
+/// grows and shrinks. No timer runs while the shell rests.
 class BuiltInNotchSurface : public PanelSurface {
     Q_OBJECT
 
@@ -32,7 +32,7 @@ public:
 
     void setMode(Mode mode, Motion motion);
 
-    /// Takes over what the store has now; to be followed by `layOut`.
+    /// Shows what the store has now; the caller calls `layOut` afterwards.
     void refresh();
 
     /// Gives the shell the size that its content asks for.
@@ -42,7 +42,7 @@ public:
     bool hasBeenRead(const QString &sessionID) const override;
     std::optional<CompletedRecord> recordAt(int digit) const override;
 
-    /// What the shell covers, or will cover once it rests.
+    /// What the shell covers, or will cover once it has stopped moving.
     QPainterPath shape() const;
 
     QRect visibleRect() const override;
@@ -62,7 +62,7 @@ private:
     NotchShell m_target;
     NotchShell m_shell;      ///< at this moment
     NotchShell m_drawnShell; ///< as it was painted last
-    QRect m_drawn;           ///< where that was
+    QRect m_drawn;           ///< its bounds then
     Animation m_growth;      ///< of the shell
 
     QWidget *m_clip; ///< cuts the content off at the shell's edges while the shell moves

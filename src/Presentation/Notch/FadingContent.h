@@ -6,21 +6,21 @@
 
 namespace morvane {
 
-/// A widget that comes and goes by fading. Its owner draws it as faint as it is at the moment; it
-/// is hidden while nothing is to be seen of it.
+/// A widget that fades in and out. Its owner draws it at the current opacity; it is hidden once it
+/// has faded out.
 class FadingContent {
 public:
     struct Timing {
-        Seconds delay;   ///< before it begins to come
-        Seconds coming;  ///< quick at first
-        Seconds leaving; ///< slow at first
+        Seconds delay;   ///< before the fade-in
+        Seconds coming;  ///< fade-in, fast at first
+        Seconds leaving; ///< fade-out, slow at first
     };
 
     /// `changed` is called whenever the opacity has changed. The widget starts out hidden.
     FadingContent(QWidget &widget, const Timing &timing, Scheduler &scheduler,
                   std::function<void()> changed);
 
-    /// A change that is under way turns round from where it is.
+    /// A fade that is under way turns round at its current opacity.
     void setShown(bool shown, Motion motion);
 
     QWidget &widget() const { return m_widget; }

@@ -17,13 +17,13 @@ inline constexpr int compactSlot = 96;
 /// The space around the open panel, at its sides and below it.
 inline constexpr int expandedPadding = 15;
 
-/// The notch itself; of a usual size where the display doesn't tell its width.
+/// The notch itself; with a default width where the display doesn't tell it.
 QSize hardwareNotchSize(const Display &display);
 
 /// The height that the open panel's content may take.
 int contentHeightBudget(const Display &display);
 
-/// And the width, with which it reaches from edge to edge.
+/// The width that it may take; the panel then reaches from edge to edge of the display.
 int contentWidthBudget(const Display &display);
 
 /// The transparent window: large enough for the open panel, so that opening it resizes no window.

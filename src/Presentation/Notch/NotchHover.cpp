@@ -6,8 +6,8 @@ namespace morvane {
 
 namespace {
 
-/// What is left of a length of time that begins with the first call. A clock that was set back
-/// starts it over, and doesn't prolong it.
+/// What is left of `length` since the first call, whose time is kept in `since`. If the clock is
+/// set back, the countdown starts over, so that it doesn't take longer.
 Seconds countDown(Seconds length, std::optional<Date> &since, Date now) {
     since = std::min(since.value_or(now), now);
     return std::max(Seconds(0), Seconds(length - (now - *since)));

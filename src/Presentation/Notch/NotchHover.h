@@ -34,7 +34,7 @@ public:
     struct Decision {
         enum class Change { none, open, close };
         Change change = Change::none;
-        std::optional<Seconds> checkAfter = {}; ///< when to poll again, the pointer moving or not
+        std::optional<Seconds> checkAfter = {}; ///< when to poll again even if the pointer rests
 
         friend bool operator==(const Decision &, const Decision &) = default;
     };
@@ -44,19 +44,19 @@ public:
     /// Opens without the pointer, also during a lock.
     void present();
 
-    /// A presentation has had its time: it closes, and then the pointer decides.
+    /// Ends a presentation: the panel closes, and from then on the pointer decides.
     void endPresentation();
 
-    /// Closes on request; the pointer opens again only after it has been elsewhere.
+    /// Closes on request; the pointer can open it again only after it has left.
     void collapse();
 
-    /// Closes as `collapse` does, and the surface is not wanted until something new happens.
+    /// Closes as `collapse` does, and the surface stays away until something new happens.
     void dismiss();
 
     /// Something new has happened.
     void undismiss() { m_isDismissed = false; }
 
-    /// Lets nothing be decided for a moment; called with each change of what is on screen.
+    /// Blocks all decisions for `transitionLock`; called at each change of what is on screen.
     void lock(Date now);
 
     bool isOpen() const { return m_isOpen; }

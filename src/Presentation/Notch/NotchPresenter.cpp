@@ -24,7 +24,7 @@ NotchPresenter::NotchPresenter(const PanelContext &context, Displays &displays,
     : MorvanePresenter(context, displays, overlays), m_pointer(pointer) {}
 
 NotchPresenter::~NotchPresenter() {
-    // What goes with the surface, such as a field that somebody types in, must not call back here.
+    // What is destroyed with the surface, such as an open text field, must not call back here.
     detach();
 }
 
@@ -47,8 +47,8 @@ void NotchPresenter::update() {
         layOutSurface();
     }
     updateVisibility();
-    // A field that closes lets the pointer decide again, and it may have left long ago. But nothing
-    // opens under one that rests only because there is news.
+    // Once a field has closed, the pointer decides again, and it may have left long ago. A closed
+    // notch isn't polled: news alone must not open it under a pointer that rests.
     if (m_hover.isOpen()) {
         pollHover();
     }
@@ -205,9 +205,9 @@ void NotchPresenter::scheduleHoverCheck(Seconds delay) {
         context().scheduler.after(std::max(delay, shortestCheck), [this] { pollHover(); });
 }
 
-/// Where the pointer is decides, not whether it has just entered or left: a shell that changes its
-/// shape under a resting pointer makes the windowing system report both. An open menu counts as the
-/// pointer, which it leads away.
+/// Goes by the pointer's position, not by enter and leave events: a shell that changes its shape
+/// under a resting pointer causes both. An open menu counts as inside, since it draws the pointer
+/// away.
 bool NotchPresenter::isPointerInside() {
     if (!m_display) {
         return false;
@@ -247,14 +247,13 @@ void NotchPresenter::setMode(BuiltInNotchSurface::Mode mode) {
     }
 }
 
-/// Without a compositor a shell that is still growing would show the black that is around it.
+/// Nothing is animated without a compositor: the area around a growing shell would be black.
 Motion NotchPresenter::motion() const {
     return context().motion.isReduced() || !window()->isTranslucent() ? Motion::atOnce
                                                                       : Motion::animated;
 }
 
-/// While somebody types in the panel, works it with the keys or has its menu open, it doesn't go
-/// away.
+/// The panel stays while somebody types in it, works it with the keys or has its menu open.
 bool NotchPresenter::isHeld() const {
     return isMenuOpen() || isUsedByKeys() || context().editing.isActive(context().scheduler.now());
 }

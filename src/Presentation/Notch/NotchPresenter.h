@@ -61,7 +61,7 @@ private:
 
     std::unique_ptr<BuiltInNotchSurface> m_surface;
     std::unique_ptr<BuiltInNotchSurface>
-        m_retiredSurface; ///< one of its clicks may have retired it
+        m_retiredSurface; ///< deleted later: its own click may have retired it
 
     bool m_isAttached = false;
     NotchHover m_hover;

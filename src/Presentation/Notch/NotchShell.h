@@ -11,14 +11,14 @@ struct NotchShell {
     QSizeF size;
     NotchBridgeShape shape;
 
-    /// Its rectangle below the middle of the upper edge of a stage.
+    /// Its rectangle in a stage of this width: in the middle of the upper edge.
     QRectF frame(double stageWidth) const {
         return {(stageWidth - size.width()) / 2, 0, size.width(), size.height()};
     }
 
     friend bool operator==(const NotchShell &, const NotchShell &) = default;
 
-    /// The shell that is a share of the way from one to another.
+    /// Interpolates between two shells: `from` at a share of 0, `to` at 1.
     static NotchShell between(const NotchShell &from, const NotchShell &to, double share) {
         const auto mix = [share](double a, double b) { return a + (b - a) * share; };
         return {

@@ -7,9 +7,9 @@ namespace morvane {
 
 class FadingContent;
 
-/// Makes what lies below it faint: everything in the notch stands on black, and so a black that
-/// lets something through does the same as an opacity, without painting the content apart. Clicks
-/// go through it.
+/// Fades the content below it. Everything in the notch is on black, so a translucent black on top
+/// has the same effect as an opacity, without rendering the content separately. Clicks go through
+/// it.
 class NotchVeil : public QWidget {
     Q_OBJECT
 
@@ -17,7 +17,7 @@ public:
     /// The contents are siblings of the veil, and outlive it.
     NotchVeil(QList<const FadingContent *> contents, QWidget *parent);
 
-    /// The shell, in the parent's points: outside of it nothing is black.
+    /// The shell's outline, in the parent's points; the veil paints nothing outside it.
     void setShell(const QPainterPath &shell);
 
     /// Follows the contents' opacity.
