@@ -9,8 +9,8 @@ namespace morvane {
 class InlineEditing;
 
 /// Whether a capsule is open. It opens at once under the pointer, and closes a moment after the
-/// pointer has left, so that a slip over the edge closes nothing; while somebody types in a field
-/// it waits. Owned by its presenter.
+/// pointer has left, so that a slip over the edge closes nothing; while somebody types in a field,
+/// closing waits. Owned by its presenter.
 class CapsuleState : public QObject {
     Q_OBJECT
 

@@ -37,7 +37,7 @@ QPainterPath tabPath(const QRectF &tab, double radius) {
     return path;
 }
 
-/// Its edges on whole device pixels, without which they would be blurred at a fractional ratio.
+/// Moves the edges to whole device pixels; they would be blurred at a fractional ratio.
 QRectF snapped(const QRectF &rect, double ratio) {
     const auto snap = [ratio](double value) { return std::round(value * ratio) / ratio; };
     return {QPointF(snap(rect.left()), snap(rect.top())),
@@ -126,7 +126,7 @@ double FloatingCapsuleView::cornerRadius() const {
     return m_isExpanded ? expandedRadius : compactRadius;
 }
 
-/// The top has no edge line, since there the tab goes on into the edge of the screen.
+/// The top has no edge line, because the tab hangs from the edge of the screen.
 void FloatingCapsuleView::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);

@@ -25,21 +25,21 @@ public:
     void setContentBudget(const QSize &budget);
     void setExpanded(bool expanded);
 
-    /// Takes over what the store has now.
+    /// Shows what the store has now.
     void refresh();
 
     void takeFocus() override;
     bool hasBeenRead(const QString &sessionID) const override;
     std::optional<CompletedRecord> recordAt(int digit) const override;
 
-    /// The size that the view on show needs.
+    /// The size that the view needs, closed or open as it is.
     QSize fittingSize() const;
 
-    /// Where the tab is at this moment, and where it is on its way to; both in points of the
-    /// widget. The content already stands where it will be in the end.
+    /// Where the tab is at this moment, and where it is moving to; both in points of the widget.
+    /// The content is laid out for the target at once.
     void setTab(const QRect &present, const QRect &target);
 
-    /// What a tab of this place covers.
+    /// The outline of a tab in this place.
     QPainterPath shape(const QRect &tab) const;
 
 protected:

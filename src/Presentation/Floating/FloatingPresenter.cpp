@@ -43,7 +43,7 @@ FloatingPresenter::FloatingPresenter(const PanelContext &context, Displays &disp
       m_capsule(context.scheduler, context.editing), m_growth(context.scheduler) {}
 
 FloatingPresenter::~FloatingPresenter() {
-    // What goes with the panel, such as a field that somebody types in, must not call back here.
+    // What is destroyed with the panel, such as an open text field, must not call back here.
     if (m_view) {
         detach();
     }
@@ -61,9 +61,9 @@ void FloatingPresenter::attach(const Display &display) {
     if (isFirst) {
         follow();
     } else {
-        m_view->refresh(); // what is shown of a long call goes by the budget
+        m_view->refresh(); // the budget decides how much of a long call is shown
     }
-    // Even at the same place in points its pixels may be others now.
+    // The scale may have changed, even if the place in points is the same.
     m_target = {};
     updateVisibility(Motion::atOnce);
     layout(Motion::atOnce);
@@ -155,12 +155,12 @@ void FloatingPresenter::flash() {
 }
 
 void FloatingPresenter::expansionChanged(bool isExpanded) {
-    // First, so that the digits are on the rows by the time that these come on the screen.
+    // Reported first, so that the rows have their digits by the time they are shown.
     reportExpanded(isExpanded);
     updateVisibility(Motion::animated);
 }
 
-/// Whether it stays on screen for active sessions, and there is one.
+/// Whether active sessions keep it on screen.
 bool FloatingPresenter::isHeldBySessions() const {
     return (m_flavour == Flavour::ambient || m_standIn != StandIn::none) &&
            !context().store.activeSessions().isEmpty();
@@ -181,7 +181,7 @@ bool FloatingPresenter::shouldBeVisible() const {
 
 void FloatingPresenter::updateVisibility(Motion motion) {
     if (isHeldBySessions()) {
-        m_dismissed = false; // for the time after them as well
+        m_dismissed = false; // also for the time after these sessions
     }
     if (shouldBeVisible()) {
         const bool isSteady =
@@ -217,8 +217,8 @@ void FloatingPresenter::comeDown() {
         [this] { m_isFadingIn = false; });
 }
 
-/// A show that comes in between drops the fade, and with it the end that would take the window
-/// away.
+/// If it is shown again meanwhile, the new fade replaces this one, together with the final step
+/// that would hide the window.
 void FloatingPresenter::hidePanel() {
     m_isFadingIn = false;
     const double from = window()->opacity();
@@ -233,12 +233,13 @@ void FloatingPresenter::hidePanel() {
         });
 }
 
-/// With less motion asked for, everything is where it belongs at once.
+/// 0 if the person prefers reduced motion.
 Seconds FloatingPresenter::durationOf(Seconds motion) const {
     return context().motion.isReduced() ? Seconds(0) : motion;
 }
 
-/// The view follows the capsule only here: a panel that goes away altogether fades as it is.
+/// The view takes over the capsule's state here and after a fade-out, so that a panel that is
+/// hidden altogether fades as it is.
 void FloatingPresenter::layout(Motion motion) {
     m_view->setExpanded(m_capsule.isExpanded());
     const QSize size = m_view->fittingSize();
@@ -276,8 +277,8 @@ OverlayWindow::Anchor FloatingPresenter::anchor() const {
     return isRight ? OverlayWindow::Anchor::topRight : OverlayWindow::Anchor::topCenter;
 }
 
-/// While the tab grows or shrinks the window has room for both ends of the way, so that it changes
-/// its size once at the beginning or once at the end.
+/// The window always has room for the tab and its target, so a tab that grows resizes it only once,
+/// at the beginning.
 void FloatingPresenter::place() {
     const QRect frame = m_present.united(m_target);
     m_view->setTab(m_present.translated(-frame.topLeft()), m_target.translated(-frame.topLeft()));
@@ -285,9 +286,9 @@ void FloatingPresenter::place() {
     window()->setGeometry(frame.translated(0, static_cast<int>(std::lround(m_offset))), anchor());
 }
 
-/// Where the pointer is decides, not whether it has just entered or left: a tab that changes its
-/// shape under a resting pointer makes the windowing system report both. An open menu counts as the
-/// pointer, which it leads away, and so do the keys.
+/// Goes by the pointer's position, not by enter and leave events: a tab that changes its shape
+/// under a resting pointer causes both. An open menu counts as inside, since it draws the pointer
+/// away, and so does the use by keys.
 void FloatingPresenter::followPointer() {
     const auto pointer = pointerPosition();
     // The view is not there for the pointer while a full-screen program hides it.

@@ -12,7 +12,7 @@ class FloatingCapsuleView;
 
 /// Shows Morvane on a display without a notch: a tab hanging from the top of the work area, which
 /// grows into the panel under the pointer. The reasons to be on screen are independent of each
-/// other; `shouldBeVisible` is their sum.
+/// other; `shouldBeVisible` combines them.
 class FloatingPresenter : public MorvanePresenter {
     Q_OBJECT
 
@@ -62,9 +62,9 @@ private:
 
     std::unique_ptr<FloatingCapsuleView> m_view;
 
-    QRect m_target;      ///< where the tab is or is on its way to, on the desktop
+    QRect m_target;      ///< where the tab is or is moving to, on the desktop
     QRect m_present;     ///< where the tab is at this moment
-    double m_offset = 0; ///< how far above that the window still is while it comes down
+    double m_offset = 0; ///< of the window, negative while it is still above its place
     Animation m_growth;  ///< of the tab
     bool m_isFadingIn = false;
     bool m_isHovering = false;
