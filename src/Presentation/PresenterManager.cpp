@@ -85,8 +85,8 @@ MorvanePresenter *PresenterManager::presenterAtPointer() const {
     return (target != m_presenters.end() ? target : m_presenters.begin())->second.get();
 }
 
-/// A request that is just being told of, and not answered yet, is told again before the newer news,
-/// which would cut it off.
+/// A new announcement cuts off the one that is being read out, so it repeats recent requests that
+/// nobody has answered yet.
 void PresenterManager::announce(const QString &sessionID) {
     auto *presenter = presenterAtPointer();
     if (presenter == nullptr) {

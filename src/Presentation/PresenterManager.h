@@ -24,17 +24,17 @@ public:
                      PointerMonitor &pointer);
     ~PresenterManager() override;
 
-    // As a panel says that is open on any display.
+    // Answered by the panel that is open, on whichever display.
     bool hasBeenRead(const QString &sessionID) const;
     std::optional<CompletedRecord> recordAt(int digit) const;
 
-    /// Puts the presenters up; once.
+    /// Makes the presenters; called once.
     void start();
 
-    /// Opens the panel on the display that has the pointer, or on another where that has none.
+    /// Opens the panel on the display with the pointer, or on another if that one has no presenter.
     void presentPanel();
 
-    /// The same for somebody who works it with the keys from there on.
+    /// Does the same, and puts the keyboard into the panel.
     void presentPanelToKeys();
 
     /// What a right click on any presenter opens. Not owned.
@@ -50,8 +50,8 @@ signals:
     /// A panel opens or closes, on whichever display.
     void expandedChanged(bool isExpanded);
 
-    /// It comes to be shown on a display, or on none any more; where no display is of the mode, or
-    /// the only one has lost its notch, there is none.
+    /// Whether any display has a place for Morvane has changed. None has if the display mode fits
+    /// no display, or the only one that it fits has lost its notch.
     void shownChanged(bool isShown);
 
 private:
@@ -71,7 +71,7 @@ private:
     std::map<std::uint32_t, std::unique_ptr<MorvanePresenter>> m_presenters; ///< by display
     QPointer<QMenu> m_contextMenu;
     StandIn m_standIn = StandIn::none;
-    bool m_isShown = true; ///< as far as anybody has been told
+    bool m_isShown = true; ///< as last reported
     Task m_reconcileWork;
 };
 
