@@ -1,6 +1,6 @@
 #include "Core/Intake/EventServer.h"
 #include "EpollServer.h"
-#include "NoMainLoop.h"
+#include "InlineScheduler.h"
 #include "Row.h"
 #include "Support/HttpClient.h"
 
@@ -71,7 +71,7 @@ constexpr const char *nodeServer = R"(exec timeout 120 node -e '
 } // namespace
 
 int main() {
-    NoMainLoop main;
+    InlineScheduler main;
     EventServer server(QStringLiteral("TOKEN"), 0, {.onEvent = [](const HookEvent &) {}}, main);
     if (!server.start()) {
         return 1;

@@ -1,9 +1,9 @@
 #include "Core/Intake/EventServer.h"
 #include "EpollServer.h"
 #include "HookProcess.h"
+#include "InlineScheduler.h"
 #include "Loopback.h"
 #include "Memory.h"
-#include "NoMainLoop.h"
 #include "Row.h"
 
 #include <algorithm>
@@ -172,7 +172,7 @@ public:
 
 private:
     [[noreturn]] static void serve(const std::string &token, int reports) {
-        NoMainLoop main;
+        InlineScheduler main;
         EventServer server(QString::fromStdString(token), 0, {.onEvent = [](const HookEvent &) {}},
                            main);
         if (!server.start()) {

@@ -29,7 +29,7 @@ public:
     }
 
     QPoint pointerPosition() const override { return m_real->pointerPosition(); }
-    bool isPointerTold() const override { return m_real->isPointerTold(); }
+    bool isPointerKnown() const override { return m_real->isPointerKnown(); }
 
 private:
     std::unique_ptr<Displays> m_real;

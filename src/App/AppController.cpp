@@ -262,7 +262,7 @@ void AppController::setApprovalsEnabled(bool enabled) {
     if (!enabled) {
         releaseWhoeverWaits();
     }
-    m_connections.renewDecidable();
+    m_connections.rewriteDecisionHooks();
 }
 
 void AppController::releaseWhoeverWaits() {

@@ -12,7 +12,7 @@ namespace morvane {
 namespace {
 
 /// More than stands between an agent and its hooks: a shell, perhaps a wrapper or two.
-constexpr int mostCarriers = 5;
+constexpr int mostWrappers = 5;
 constexpr size_t longestPath = 1024;
 
 /// The target of a link under /proc; a longer path counts as none.
@@ -71,7 +71,7 @@ std::string_view scriptIn(std::string_view arguments) {
 }
 
 /// Whether an interpreter runs a text given with -e: then it only does something for its parent.
-bool isErrand(std::string_view arguments) {
+bool isInlineScript(std::string_view arguments) {
     if (!isInterpreter(takeArgument(arguments)))
         return false;
     while (!arguments.empty() && arguments.front() == '-') {
@@ -137,10 +137,10 @@ std::string_view kept(std::string_view folder, std::string_view name) {
 Agent agent(std::string_view name, std::string_view event) {
     static char bytes[4096];
     long id = isProcOurs() ? kernel::call(SYS_getppid) : 0;
-    for (int i = 0; i < mostCarriers && id > 0; ++i, id = processOf(id).parent) {
+    for (int i = 0; i < mostWrappers && id > 0; ++i, id = processOf(id).parent) {
         const size_t size = readFile(procPath(id, "/cmdline").bytes, bytes, sizeof bytes);
         const std::string_view arguments{bytes, size};
-        if (!callsHook(arguments, name, event) && !isErrand(arguments))
+        if (!callsHook(arguments, name, event) && !isInlineScript(arguments))
             return {id, arguments};
     }
     return {};

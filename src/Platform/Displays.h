@@ -36,7 +36,7 @@ public:
 
     /// False while the pointer is over something that hides it from this program, such as a native
     /// Wayland window. `pointerPosition` is then the last known one.
-    virtual bool isPointerTold() const { return true; }
+    virtual bool isPointerKnown() const { return true; }
 
 signals:
     /// A display has come, gone or changed; may come in bursts.

@@ -16,7 +16,7 @@ struct HttpsRequest {
     QUrl url;
     QList<std::pair<QByteArray, QByteArray>> headers;
     std::optional<QByteArray> body = std::nullopt; ///< posted; without one the request is a GET
-    qsizetype longestAnswer = 1'048'576;           ///< bytes of the answer's body that are read
+    qsizetype maxAnswerSize = 1'048'576;           ///< bytes of the answer's body that are read
 };
 
 struct HttpsAnswer {

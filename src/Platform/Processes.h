@@ -20,12 +20,12 @@ struct ProcessIdentity {
     /// process with the same number.
     std::uint64_t startedAt = 0;
     /// The PID namespace of the number: the inode of /proc/ID/ns/pid.
-    std::uint64_t numberSpace = 0;
+    std::uint64_t pidNamespace = 0;
 
     friend bool operator==(const ProcessIdentity &, const ProcessIdentity &) = default;
     friend bool operator<(const ProcessIdentity &left, const ProcessIdentity &right) {
-        return std::tie(left.id, left.startedAt, left.numberSpace) <
-               std::tie(right.id, right.startedAt, right.numberSpace);
+        return std::tie(left.id, left.startedAt, left.pidNamespace) <
+               std::tie(right.id, right.startedAt, right.pidNamespace);
     }
 };
 
@@ -57,7 +57,8 @@ public:
     /// Whether the process receives what is typed into its terminal, whichever process leads the
     /// foreground group there: true if it belongs to that group, false while it is stopped. None
     /// where that can't be told, as for a process that works for another one, and for the leader
-    /// itself, whose name the terminal tells. Reads small files of the kernel's; safe from any thread.
+    /// itself, whose name the terminal tells. Reads small files of the kernel's; safe from any
+    /// thread.
     virtual std::optional<bool> hearsKeys(const ProcessIdentity &process) const = 0;
 
     /// The process that has opened the terminal of this process: the parent of its session leader.

@@ -159,19 +159,19 @@ TEST_F(AppControllerTest, RemovesEverythingButWhatIsPeoplesOwnAndReports) {
 }
 
 TEST_F(AppControllerTest, GoesToWhereASessionRunsOrHasRun) {
-    const QStringList &deeds = static_cast<FakeHostWindows &>(*platform.hostWindows).deeds;
+    const QStringList &calls = static_cast<FakeHostWindows &>(*platform.hostWindows).calls;
     const auto prompt = EventBuilder(CanonicalEvent::promptSubmit).at("/shop");
     store.apply(prompt.with(&HookEvent::ttyName, QString("/dev/pts/1")));
     controller.select(store.sessions().value("s"));
-    EXPECT_EQ(deeds, QStringList());
+    EXPECT_EQ(calls, QStringList());
     store.apply(prompt.with(&HookEvent::hostBundleID, QString("foot")));
     controller.select(store.sessions().value("s"));
-    EXPECT_EQ(deeds.last(), "launch foot");
+    EXPECT_EQ(calls.last(), "launch foot");
     store.apply(EventBuilder(CanonicalEvent::turnEnd));
     CompletedRecord record = store.completedHistory().first();
     record.hostBundleID = "kgx";
     controller.reopenCompleted(record);
-    EXPECT_EQ(deeds.last(), "launch kgx");
+    EXPECT_EQ(calls.last(), "launch kgx");
     EXPECT_TRUE(store.sessions().isEmpty());
 
     for (const char *id : {"other", "nowhere"}) {

@@ -113,10 +113,10 @@ TEST_F(TmuxTest, AJumpSelectsThePaneAndComesToTheTerminalThatShowsIt) {
     const QString second = attach("two");
     windows.terminals = QStringList{first, second};
     const auto jumped = [&] {
-        windows.deeds.clear();
+        windows.calls.clear();
         JumpService::jump(destination, {tools, processes, scripting, windows});
-        EXPECT_TRUE(becomesTrue([&] { return !windows.deeds.isEmpty(); }));
-        return windows.deeds;
+        EXPECT_TRUE(becomesTrue([&] { return !windows.calls.isEmpty(); }));
+        return windows.calls;
     };
     EXPECT_EQ(jumped(), QStringList{"show " + first});
     EXPECT_EQ(tmux({"display-message", "-p", "-t", "one", "#{pane_id}"}), *destination.pane.tmux);
@@ -152,8 +152,8 @@ TEST_F(TmuxTest, WhatRunsInATerminalWithinThePaneIsFoundAndOfferedNoReply) {
     windows.terminals = QStringList{client};
     JumpService::jump(JumpService::Destination::of(session),
                       {tools, processes, scripting, windows});
-    EXPECT_TRUE(becomesTrue([&] { return windows.deeds.size() == 2; }));
-    EXPECT_EQ(windows.deeds, QStringList({"show " + *session.ttyName, "show " + client}));
+    EXPECT_TRUE(becomesTrue([&] { return windows.calls.size() == 2; }));
+    EXPECT_EQ(windows.calls, QStringList({"show " + *session.ttyName, "show " + client}));
 
     QFile::remove(m_folder.path("id"));
     session.pane = open({"new-session", "-d", "-s", "two"},

@@ -60,7 +60,7 @@ TEST_F(LinuxProcessesTest, TellsOfTheEndOfExactlyThatProcess) {
     ProcessIdentity earlier = *self;
     --earlier.startedAt;
     ProcessIdentity elsewhere = earlier;
-    ++elsewhere.numberSpace;
+    ++elsewhere.pidNamespace;
     int ends = 0;
     int earlierEnds = 0;
     int others = 0;
@@ -146,7 +146,7 @@ TEST_F(LinuxProcessesTest, FindsFilesOfOurOwnMountsByTheirPlainPath) {
     sleeper.waitForFinished();
     EXPECT_EQ(processes.fileOf(*self, linked), plain);
     ProcessIdentity elsewhere = *self;
-    ++elsewhere.numberSpace;
+    ++elsewhere.pidNamespace;
     EXPECT_EQ(processes.fileOf(elsewhere, linked), QString());
 
     // With a root of its own.

@@ -9,7 +9,7 @@ class FakeDisplays : public Displays {
 public:
     QList<Display> displays() const override { return m_displays; }
     QPoint pointerPosition() const override { return m_pointer; }
-    bool isPointerTold() const override { return isTold; }
+    bool isPointerKnown() const override { return isTold; }
 
     void setDisplays(const QList<Display> &displays) {
         m_displays = displays;

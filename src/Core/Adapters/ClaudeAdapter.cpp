@@ -110,7 +110,7 @@ std::optional<QByteArray> ClaudeAdapter::encodeDecision(const AgentDecision &dec
     std::optional<std::string> result;
     switch (decision.kind) {
     case AgentDecision::Kind::allow:
-        result = tool && wantsBack(*tool) ? givingBack(payload) : R"({"behavior":"allow"})";
+        result = tool && isPlanTool(*tool) ? givingBack(payload) : R"({"behavior":"allow"})";
         break;
     case AgentDecision::Kind::deny:
         result = R"({"behavior":"deny"})";

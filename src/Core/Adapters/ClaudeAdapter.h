@@ -27,7 +27,7 @@ public:
                                              const QString &nativeEvent) const override;
     AgentIntegration integration() const override;
     TranscriptInfo readTranscript(const QString &path) const override;
-    bool tellsProgress() const override { return true; }
+    bool transcriptTellsProgress() const override { return true; }
     std::optional<TranscriptFolder> transcriptFolder() const override;
     std::optional<TranscriptOrigin> transcriptOrigin(const QString &path) const override;
     bool hasUsageMilestones() const override { return true; }

@@ -29,7 +29,7 @@ public:
                                              const QString &nativeEvent) const override;
     AgentIntegration integration() const override;
     TranscriptInfo readTranscript(const QString &path) const override;
-    bool tellsProgress() const override { return m_kind != AgentKind::qwen; }
+    bool transcriptTellsProgress() const override { return m_kind != AgentKind::qwen; }
     std::vector<HooksSwitch> hooksSwitches() const override;
 
 private:

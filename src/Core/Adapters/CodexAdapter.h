@@ -23,7 +23,7 @@ public:
     AgentIntegration integration() const override;
     std::optional<QString> reviewsPath() const override;
     TranscriptInfo readTranscript(const QString &path) const override;
-    bool tellsProgress() const override { return true; }
+    bool transcriptTellsProgress() const override { return true; }
     std::optional<TranscriptFolder> transcriptFolder() const override;
     std::optional<TranscriptOrigin> transcriptOrigin(const QString &path) const override;
     std::optional<AgentRelease> transcriptRelease(const QString &path) const override;

@@ -48,7 +48,7 @@ bool AgentAdapter::launchesSubagent(const QString &toolName) const {
     return !toolName.isEmpty() && toolName == m_contract.spawningTool;
 }
 
-bool AgentAdapter::wantsBack(const QString &toolName) const {
+bool AgentAdapter::isPlanTool(const QString &toolName) const {
     return !toolName.isEmpty() && toolName == m_contract.planTool;
 }
 

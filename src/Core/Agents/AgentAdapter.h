@@ -85,7 +85,7 @@ public:
     virtual TranscriptInfo readTranscript(const QString &path) const;
 
     /// True when it may also tell what a session is running with, not only how turns end.
-    virtual bool tellsProgress() const { return false; }
+    virtual bool transcriptTellsProgress() const { return false; }
 
     /// Where to find sessions that ran before this program started; none for an agent whose
     /// transcripts aren't searched.
@@ -106,7 +106,7 @@ public:
     bool launchesSubagent(const QString &toolName) const;
 
     /// True for the tool that shows a plan and needs it back in the answer.
-    bool wantsBack(const QString &toolName) const;
+    bool isPlanTool(const QString &toolName) const;
 
     /// One entry of the settings file's hooks.
     virtual nlohmann::json hookEntry(const QString &command, const std::optional<QString> &matcher,

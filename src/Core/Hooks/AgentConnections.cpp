@@ -233,7 +233,7 @@ void AgentConnections::setNotificationsSuppressed(bool suppressed) {
     refreshStatus();
 }
 
-void AgentConnections::renewDecidable() {
+void AgentConnections::rewriteDecisionHooks() {
     for (const AgentAdapter *adapter : connectedAgents()) {
         const AgentAdapter &form = installedForm(adapter->kind());
         if (!form.supportsDecisions()) {

@@ -72,7 +72,8 @@ public:
     /// True when the panel could answer anything at all.
     bool hasDecidableAgent() const;
 
-    // Actions. Those up to `renewDecidable` put a failure into `lastError` and refresh the status.
+    // Actions. Those up to `rewriteDecisionHooks` put a failure into `lastError` and refresh the
+    // status.
 
     void installHooks(AgentKind kind);
     void uninstallHooks(AgentKind kind);
@@ -83,7 +84,7 @@ public:
 
     /// Rewrites the hooks of agents that can be answered, after approvals were turned on or off: a
     /// hook that waits has another entry than one that doesn't. A failure turns approvals off.
-    void renewDecidable();
+    void rewriteDecisionHooks();
 
     /// To be called at every start, since what agents run carries the port and the token. Failures
     /// are ignored: an agent whose hook reaches nobody goes on as if there were no hook.

@@ -53,7 +53,7 @@ std::optional<QString> responseMessage(const JsonObject &body, std::optional<obj
 }
 
 /// Whether the agent prompts itself, in the form of a person's prompt.
-bool isOfNobody(CanonicalEvent kind, const JsonObject &body, const AgentContract &contract) {
+bool isAgentsOwnPrompt(CanonicalEvent kind, const JsonObject &body, const AgentContract &contract) {
     return contract.hasPromptsOfItsOwn && kind == CanonicalEvent::promptSubmit &&
            !nonEmpty(body.string("prompt"));
 }
@@ -120,7 +120,7 @@ std::optional<std::string_view> rawInput(QByteArrayView body) {
 }
 
 /// Leaves out the description: an agent may send it only with the permission request.
-QByteArray callOf(const HookEvent &event, std::string_view input) {
+QByteArray digestOf(const HookEvent &event, std::string_view input) {
     QCryptographicHash hash(QCryptographicHash::Sha1);
     const auto add = [&hash](std::string_view text) {
         hash.addData(QByteArrayView(text));
@@ -147,7 +147,7 @@ ReadableInput readable(std::string_view input, const HookEvent &event,
         return ReadableInput::beside(input,
                                      {QStringLiteral("questions"), QStringLiteral("answers")});
     }
-    const bool showsPlan = event.toolName && adapter.wantsBack(*event.toolName);
+    const bool showsPlan = event.toolName && adapter.isPlanTool(*event.toolName);
     return showsPlan ? ReadableInput::ofPlan(input) : ReadableInput::of(input);
 }
 
@@ -162,7 +162,7 @@ void takeTool(HookEvent &event, const JsonObject &body, const AgentAdapter &adap
     event.toolName = body.string("tool_name");
     const bool isReleasesOwn = event.toolName && adapter.launchesSubagent(*event.toolName);
     event.launchesSubagent = isReleasesOwn || (event.toolName && isSubagentTool(*event.toolName));
-    event.asksAnew = event.toolName && adapter.wantsBack(*event.toolName);
+    event.asksAnew = event.toolName && adapter.isPlanTool(*event.toolName);
     event.toolUseID = body.string("tool_use_id");
     const auto input = JsonObject::object(body.root(), "tool_input");
     if (input) {
@@ -186,7 +186,7 @@ void takeInput(HookEvent &event, QByteArrayView body, const AgentAdapter &adapte
         event.toolInput = readable(*input, event, adapter);
     }
     if (contract.announcesWhileAsking) {
-        event.call = callOf(event, *input);
+        event.callDigest = digestOf(event, *input);
     }
 }
 
@@ -256,7 +256,7 @@ std::optional<HookEvent> HookEvent::decode(const AgentAdapter &adapter, const QS
     }
     const auto sessionID = nonEmpty(adapter.sessionID(*body));
     const auto kind = adapter.canonical(nativeName, body->string("notification_type"));
-    if (!sessionID || !kind || isOfNobody(*kind, *body, adapter.contract())) {
+    if (!sessionID || !kind || isAgentsOwnPrompt(*kind, *body, adapter.contract())) {
         return std::nullopt;
     }
     HookEvent event;

@@ -42,7 +42,7 @@ struct HookEvent {
     ReadableInput toolInput;           ///< the whole input of a tool that asks for permission
     /// Equal for a call's announcement and its request for permission, where the agent may send
     /// them in either order; else empty.
-    QByteArray call;
+    QByteArray callDigest;
     std::optional<QList<AgentQuestion>> questions;
     std::optional<QString> responseMessage; ///< what the agent says to the person, one line
     std::optional<QString> taskDescription; ///< what a subagent is for, one line

@@ -73,8 +73,8 @@ public:
     std::optional<PendingApproval> pendingApproval;
     std::optional<PendingQuestion> pendingQuestion;
     std::optional<PendingExternalResponse> pendingExternalResponse;
-    QByteArray pendingCall;  ///< `HookEvent::call` of the hook that waits
-    QString pendingSubagent; ///< the subagent that made it; empty for the session's own
+    QByteArray pendingCallDigest; ///< `HookEvent::callDigest` of the hook that waits
+    QString pendingSubagent;      ///< the subagent that made it; empty for the session's own
     /// Who has asked and hasn't been heard from since, and so waits for a person, here or in the
     /// terminal: subagents by their ids, the session itself by an empty id. Empty at rest.
     QSet<QString> askers;

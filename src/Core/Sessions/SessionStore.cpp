@@ -281,7 +281,7 @@ void SessionStore::learn(const Session &asked, SessionTranscripts::Purpose purpo
         carryOut(SessionTransition::informed(*present, info,
                                              isForSummary ? info.lastAssistantText : std::nullopt));
         if (hasFailed || mayHaveEnded) {
-            endUnsaid(m_sessions.value(asked.id), info);
+            endWithoutHook(m_sessions.value(asked.id), info);
         }
     }
     // The record outlives its session, which may have gone meanwhile.
@@ -292,9 +292,9 @@ void SessionStore::learn(const Session &asked, SessionTranscripts::Purpose purpo
     }
 }
 
-void SessionStore::endUnsaid(const Session &session, const TranscriptInfo &info) {
+void SessionStore::endWithoutHook(const Session &session, const TranscriptInfo &info) {
     const Date now = m_scheduler.now();
-    carryOut(SessionTransition::endedUnsaid(session, info, now));
+    carryOut(SessionTransition::endedWithoutHook(session, info, now));
     const Session *ended = find(session.id);
     if (ended && ended->state != session.state && session.isFinished()) {
         recordCompleted(*ended, now); // without signalling its end a second time

@@ -141,7 +141,7 @@ private:
     void followUp(const QString &sessionID, std::optional<SessionState> previous, Date now,
                   SessionTranscripts::Purpose purpose);
     void endQuietly(const QString &sessionID, Date lastEventAt);
-    void endUnsaid(const Session &session, const TranscriptInfo &info);
+    void endWithoutHook(const Session &session, const TranscriptInfo &info);
     std::optional<Session> waitingFor(const QString &decisionID) const;
 
     /// Updates the session from its transcript, if it has one; for `completion` also its summary

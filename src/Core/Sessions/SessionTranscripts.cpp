@@ -16,13 +16,13 @@ namespace {
 constexpr Seconds progressInterval(15);
 constexpr Seconds quietInterval(1);    ///< without an event, before a turn's end is checked for
 constexpr Seconds longestInterval(15); ///< between checks while the agent waits
-constexpr int interestInSilence = 10;  ///< the next check comes after a tenth of the silence so far
+constexpr int silenceDivisor = 10;     ///< the next check comes after a tenth of the silence so far
 
 /// An agent may write its last words only after its hook has reported the end of the turn. So the
 /// transcript is read again after each of these delays, one following the other.
 constexpr std::array wordsDelays{Seconds(0.25), Seconds(0.75), Seconds(1)};
 
-bool mayEndUnsaid(const Session &session) {
+bool mayEndWithoutHook(const Session &session) {
     return session.isAtWork() && session.endsTurnsInTranscript && session.transcriptPath &&
            !session.pendingDecisionID();
 }
@@ -34,7 +34,7 @@ Date nextLook(const Session &session, Date now) {
         return std::chrono::ceil<std::chrono::seconds>(now + quietInterval);
     }
     const Seconds silence = now - session.lastEventAt;
-    const Seconds pause = std::clamp(silence / interestInSilence, quietInterval, longestInterval);
+    const Seconds pause = std::clamp(silence / silenceDivisor, quietInterval, longestInterval);
     return now + std::chrono::duration_cast<Date::duration>(pause);
 }
 
@@ -49,8 +49,8 @@ bool SessionTranscripts::canRead(const Session &session) const {
 }
 
 void SessionTranscripts::read(const Session &session, Purpose purpose, Date now) {
-    const bool isForNothing =
-        purpose == Purpose::progress && !AgentRegistry::adapter(session.agent).tellsProgress();
+    const bool isForNothing = purpose == Purpose::progress &&
+                              !AgentRegistry::adapter(session.agent).transcriptTellsProgress();
     if (isForNothing || !canRead(session)) {
         return;
     }
@@ -102,7 +102,7 @@ void SessionTranscripts::awaitWords(const QString &sessionID, Date endedAt, std:
 /// When a turn is interrupted or fails, some agents send no hook, but their transcript tells.
 /// Nothing is checked while no such turn runs.
 void SessionTranscripts::watchTurn(const Session &session) {
-    if (!mayEndUnsaid(session)) {
+    if (!mayEndWithoutHook(session)) {
         m_turnWatches.erase(session.id);
         return;
     }

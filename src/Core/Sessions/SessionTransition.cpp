@@ -61,7 +61,8 @@ bool waitsOn(const Session &session, const HookEvent &event) {
     if (!session.pendingDecisionID()) {
         return false;
     }
-    const bool isLate = !event.call.isEmpty() && event.call == session.pendingCall;
+    const bool isLate =
+        !event.callDigest.isEmpty() && event.callDigest == session.pendingCallDigest;
     return isLate ||
            (event.asksAfterHook && event.agentID.value_or(QString()) == session.pendingSubagent);
 }
@@ -323,7 +324,7 @@ void setPending(Session &session, const Context &context, const QString &decisio
     const Date expiresAt = context.now + decisionLimit;
     SessionTransition::forgetDecision(session);
     session.pendingExternalResponse.reset();
-    session.pendingCall = event.call;
+    session.pendingCallDigest = event.callDigest;
     session.pendingSubagent = event.agentID.value_or(QString());
     if (event.questions) {
         session.pendingQuestion = PendingRequest::question(event, decisionID, expiresAt);

@@ -147,7 +147,8 @@ public:
 
     /// The same, reported by a transcript; ignored if that reports no such end, or only an older
     /// turn's.
-    static SessionTransition endedUnsaid(Session session, const TranscriptInfo &info, Date now);
+    static SessionTransition endedWithoutHook(Session session, const TranscriptInfo &info,
+                                              Date now);
 
     /// A transcript reports the session's model, context, permission mode and title, and `words` is
     /// the new summary; ignored if none of this is new.

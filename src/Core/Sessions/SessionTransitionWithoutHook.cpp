@@ -43,7 +43,7 @@ SessionTransition SessionTransition::store(Session &&session) {
 void SessionTransition::forgetDecision(Session &session) {
     session.pendingApproval.reset();
     session.pendingQuestion.reset();
-    session.pendingCall.clear();
+    session.pendingCallDigest.clear();
     session.pendingSubagent.clear();
 }
 
@@ -129,8 +129,8 @@ SessionTransition SessionTransition::turnGone(Session session, TurnEnd end, Date
     return store(std::move(session));
 }
 
-SessionTransition SessionTransition::endedUnsaid(Session session, const TranscriptInfo &info,
-                                                 Date now) {
+SessionTransition SessionTransition::endedWithoutHook(Session session, const TranscriptInfo &info,
+                                                      Date now) {
     const bool failed = info.turn == TranscriptInfo::Turn::failed;
     // A start in the future was dated before the clock was set back, and can't be compared.
     const bool isOfOlderTurn =

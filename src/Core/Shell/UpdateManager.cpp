@@ -29,13 +29,13 @@ const QString lastCheckKey = QStringLiteral("SULastCheckTime");
 const QString skippedKey = QStringLiteral("SUSkippedVersion");
 
 /// Tells only which version runs, nothing else about the person; asks for uncompressed bytes.
-HttpsRequest request(const QUrl &url, qsizetype longestAnswer) {
+HttpsRequest request(const QUrl &url, qsizetype maxAnswerSize) {
     return {url,
             {{"User-Agent", BuildInfo::userAgent()},
              {"Accept-Language", "*"},
              {"Accept-Encoding", "identity"}},
             std::nullopt,
-            longestAnswer};
+            maxAnswerSize};
 }
 
 /// What an answer holds, or why it can't be used.
@@ -68,15 +68,15 @@ void UpdateManager::start() {
     } else {
         m_isStarted = true;
         removeKept();
-        lookAgainIn(lastUpdateCheckDate() ? Seconds(0) : firstLook);
+        checkAgainIn(lastUpdateCheckDate() ? Seconds(0) : firstLook);
     }
     emit changed();
 }
 
-void UpdateManager::lookAgainIn(Seconds time) {
-    m_nextLook = m_means.scheduler.after(time, [this] {
+void UpdateManager::checkAgainIn(Seconds time) {
+    m_nextCheck = m_means.scheduler.after(time, [this] {
         checkDaily();
-        lookAgainIn(lookInterval);
+        checkAgainIn(lookInterval);
     });
 }
 
@@ -201,14 +201,14 @@ void UpdateManager::takePackage(const std::optional<HttpsAnswer> &answer) {
         m_means.scheduler, this,
         [this](const Result<QString> &kept) {
             if (kept) {
-                lookInto(*kept);
+                examine(*kept);
             } else {
                 reject(kept.error().message);
             }
         });
 }
 
-void UpdateManager::lookInto(const QString &path) {
+void UpdateManager::examine(const QString &path) {
     const QString tool = QStandardPaths::findExecutable(QStringLiteral("dpkg-deb"));
     if (tool.isEmpty()) {
         reject(
@@ -268,7 +268,7 @@ void UpdateManager::dismiss() {
 }
 
 void UpdateManager::discard() {
-    m_nextLook.cancel();
+    m_nextCheck.cancel();
     dismiss();
     removeKept();
 }

@@ -113,14 +113,14 @@ signals:
     void updateFound();
 
 private:
-    void lookAgainIn(Seconds time);
+    void checkAgainIn(Seconds time);
     void checkDaily();
     bool isDue() const;
     void askFeed();
     void takeFeed(const std::optional<HttpsAnswer> &answer);
     Result<void> read(const std::optional<HttpsAnswer> &answer);
     void takePackage(const std::optional<HttpsAnswer> &answer);
-    void lookInto(const QString &path);
+    void examine(const QString &path);
     void reject(const QString &why);
     void dropKept();
     void handOver(const QString &path);
@@ -139,7 +139,7 @@ private:
     QString m_failure;
     QString m_packagePath;
     bool m_installerOpened = false;
-    Task m_nextLook;
+    Task m_nextCheck;
     Task m_request; ///< the feed or the package
 };
 

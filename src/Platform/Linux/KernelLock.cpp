@@ -26,7 +26,7 @@ Descriptor openLockFile(const QByteArray &path) {
 
 /// True for a file of another user, as after a start as the administrator, a dangling link or a
 /// socket.
-bool isInTheWay(int error) {
+bool isReplaceable(int error) {
     return error == EACCES || error == EPERM || error == ENOENT || error == ELOOP || error == ENXIO;
 }
 
@@ -61,7 +61,7 @@ KernelLock::Outcome KernelLock::take(const QString &path) {
     }
     const QByteArray name = QFile::encodeName(path);
     Descriptor file = openLockFile(name);
-    if (file.number() < 0 && isInTheWay(errno)) {
+    if (file.number() < 0 && isReplaceable(errno)) {
         ::unlink(name.constData());
         file = openLockFile(name);
     }

@@ -58,7 +58,7 @@ std::vector<std::int64_t> allNumbers() {
 }
 
 /// The inode of the process's PID namespace.
-std::optional<std::uint64_t> numberSpace(std::int64_t id) {
+std::optional<std::uint64_t> pidNamespace(std::int64_t id) {
     struct stat space {};
     const QByteArray link = QFile::encodeName(procPath(id, "ns/pid"));
     return ::stat(link.constData(), &space) == 0 ? std::optional(space.st_ino) : std::nullopt;
@@ -146,12 +146,12 @@ std::optional<Manner> mannerOf(const QByteArray &commandLine, const QByteArray &
 } // namespace
 
 bool LinuxProcesses::isNumberedHere(const ProcessIdentity &process) {
-    return numberSpace(::getpid()) == process.numberSpace;
+    return pidNamespace(::getpid()) == process.pidNamespace;
 }
 
 std::optional<std::int64_t> LinuxProcesses::numberHere(const ProcessIdentity &process) {
     const auto isIt = [&](std::int64_t id) {
-        return numberSpace(id) == process.numberSpace && innermostNumber(id) == process.id;
+        return pidNamespace(id) == process.pidNamespace && innermostNumber(id) == process.id;
     };
     const std::vector<std::int64_t> numbers =
         isNumberedHere(process) ? std::vector{process.id} : allNumbers();
@@ -162,7 +162,7 @@ std::optional<std::int64_t> LinuxProcesses::numberHere(const ProcessIdentity &pr
 
 std::optional<ProcessIdentity> LinuxProcesses::identityOf(std::int64_t id) const {
     const auto status = ProcessStatus::of(id);
-    const auto space = numberSpace(id);
+    const auto space = pidNamespace(id);
     return status && space ? std::optional(ProcessIdentity{id, status->startedAt, *space})
                            : std::nullopt;
 }
@@ -172,7 +172,7 @@ Task LinuxProcesses::whenEnded(const ProcessIdentity &process, std::function<voi
     if (!self) {
         return {};
     }
-    if (self->numberSpace != process.numberSpace) {
+    if (self->pidNamespace != process.pidNamespace) {
         return whenFoundHasEnded(process, std::move(ended));
     }
     Descriptor descriptor(
@@ -202,7 +202,7 @@ Task LinuxProcesses::whenFoundHasEnded(const ProcessIdentity &process,
     m_background.run([this, process, weak = std::weak_ptr(search)] {
         const auto number = numberHere(process);
         m_scheduler.post([this, process, number, weak] {
-            const auto self = numberSpace(::getpid());
+            const auto self = pidNamespace(::getpid());
             if (const auto found = weak.lock(); found && number && self) {
                 found->watch = whenEnded({*number, process.startedAt, *self}, found->ended);
             }
@@ -284,7 +284,7 @@ QByteArrayList LinuxProcesses::environment(std::int64_t process, const QString &
 
 QString LinuxProcesses::fileOf(const ProcessIdentity &process, const QString &path) const {
     const auto number = numberHere(process);
-    if (!number && numberSpace(::getpid()) != process.numberSpace) {
+    if (!number && pidNamespace(::getpid()) != process.pidNamespace) {
         return {};
     }
     const QString root = procPath(number.value_or(::getpid()), "root");

@@ -136,8 +136,8 @@ void MorvanePresenter::announce(const QString &text) {
 /// behind.
 std::optional<QPoint> MorvanePresenter::pointerPosition() const {
     const QPoint position = m_displays.pointerPosition();
-    return m_displays.isPointerTold() && position != m_pointerLostAt ? std::optional(position)
-                                                                     : std::nullopt;
+    return m_displays.isPointerKnown() && position != m_pointerLostAt ? std::optional(position)
+                                                                      : std::nullopt;
 }
 
 bool MorvanePresenter::isUsedByKeys() const {

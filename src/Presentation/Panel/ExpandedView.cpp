@@ -31,7 +31,7 @@ constexpr int standardWidth = 520;
 constexpr int attentionWidth = 600;
 constexpr int smallestListLimit = 120;
 constexpr int standardBudget = 480;
-constexpr int inputShare = 3; ///< divisor of the budget: a taller call is scrolled
+constexpr int inputDivisor = 3; ///< divisor of the budget: a taller call is scrolled
 constexpr Seconds contentDuration(0.18);
 constexpr Seconds attentionDuration(0.14);
 constexpr Seconds lookAgain(0.25); ///< while a person types or holds a button down
@@ -103,7 +103,7 @@ bool ExpandedView::takeOver() {
     const bool needsAttention =
         m_context.store.hasPendingDecision() || m_context.store.hasExternalPrompt();
     const bool attentionChanges = std::exchange(m_needsAttention, needsAttention) != needsAttention;
-    const PanelEntries::Options options{needsAttention, m_contentHeightBudget / inputShare};
+    const PanelEntries::Options options{needsAttention, m_contentHeightBudget / inputDivisor};
     const auto next = PanelEntries(m_context, m_viewport->rows(), options).all();
     const bool contentChanges = takeKeys(next);
     m_viewport->rows().setEntries(next, movement(attentionChanges, contentChanges));
@@ -111,7 +111,7 @@ bool ExpandedView::takeOver() {
         m_viewport->rows().holdPresses();
     }
     if (attentionChanges) {
-        m_owesCall = needsAttention;
+        m_owesPrompt = needsAttention;
     }
     const bool showsCall = showCall();
     if (attentionChanges || contentChanges) {
@@ -135,15 +135,15 @@ bool ExpandedView::takeOver() {
 /// A waiting prompt is at the top of the list, and nothing else may announce it: the open panel has
 /// replaced the capsule. But the list never scrolls while a person types or holds a button down.
 bool ExpandedView::showCall() {
-    if (!m_owesCall) {
+    if (!m_owesPrompt) {
         return false;
     }
-    if (m_viewport->rows().isInHand()) {
+    if (m_viewport->rows().isInUse()) {
         // Nothing else tells when a held button is released outside itself.
         m_call = m_context.scheduler.after(lookAgain, [this] { showCall(); });
         return false;
     }
-    m_owesCall = false;
+    m_owesPrompt = false;
     m_viewport->scrollToTop();
     m_viewport->rows().holdPresses();
     return true;

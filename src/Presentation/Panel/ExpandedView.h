@@ -83,9 +83,9 @@ private:
     int m_contentWidthBudget;
     bool m_isTakingOver = false;
     bool m_needsAttention = false;
-    bool m_owesCall = false; ///< a prompt waits to which the list hasn't been scrolled yet
-    QStringList m_keys;      ///< of the entries on show
-    QSet<QString> m_content; ///< these and the waiting prompts, without their order
+    bool m_owesPrompt = false; ///< a prompt waits to which the list hasn't been scrolled yet
+    QStringList m_keys;        ///< of the entries on show
+    QSet<QString> m_content;   ///< these and the waiting prompts, without their order
     ListViewport *m_viewport;
     UsageBars *m_footer;
     Task m_call;    ///< tries again to scroll to the waiting prompt

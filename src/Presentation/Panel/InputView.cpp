@@ -226,13 +226,13 @@ bool InputView::scrollTo(int offset) {
 }
 
 void InputView::accessibilityActiveChanged(bool active) {
-    m_isRead = active;
+    m_isScreenReaderActive = active;
     updateFocusPolicy();
 }
 
 /// The keys skip an input that is in sight as a whole, unless a screen reader is active.
 void InputView::updateFocusPolicy() {
-    setFocusPolicy(isCut() || m_isRead ? Qt::TabFocus : Qt::NoFocus);
+    setFocusPolicy(isCut() || m_isScreenReaderActive ? Qt::TabFocus : Qt::NoFocus);
 }
 
 /// At either end the arrow keys lead on to what is above or below.

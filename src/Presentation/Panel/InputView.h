@@ -55,7 +55,7 @@ private:
     int m_heightLimit = 0;
     int m_offset = 0; ///< how far it is scrolled
     WheelDistance m_wheel;
-    bool m_isRead = QAccessible::isActive(); ///< a screen reader is active
+    bool m_isScreenReaderActive = QAccessible::isActive(); ///< a screen reader is active
 };
 
 } // namespace morvane

@@ -103,7 +103,7 @@ void ReadingTime::look() {
 
 /// Whether it stopped looking before everything was seen. What a fade covered may become legible
 /// later, without a change of place.
-bool ReadingTime::hasGivenUp() const {
+bool ReadingTime::hasStoppedUnseen() const {
     return !m_isOver && m_looks >= looksNeeded;
 }
 
@@ -142,7 +142,7 @@ bool ReadingTime::eventFilter(QObject *watched, QEvent *event) {
         break;
     case QEvent::Move:
     case QEvent::Resize:
-        if (m_prompt.isVisible() && (place() != m_place || hasGivenUp())) {
+        if (m_prompt.isVisible() && (place() != m_place || hasStoppedUnseen())) {
             waitAnew();
         }
         break;

@@ -54,7 +54,7 @@ private:
     void waitAnew();
     void look();
     void lookLater();
-    bool hasGivenUp() const;
+    bool hasStoppedUnseen() const;
     void stop();
 
     Scheduler &m_scheduler;

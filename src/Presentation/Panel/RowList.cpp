@@ -50,7 +50,7 @@ RowList::~RowList() {
 }
 
 void RowList::accessibilityActiveChanged(bool active) {
-    m_isRead = active;
+    m_isScreenReaderActive = active;
     if (active && isVisible()) {
         emit heightsChanged();
     }
@@ -186,7 +186,7 @@ int RowList::layOut(int width, int from, int to) {
     for (Slot &slot : m_slots) {
         if (slot.widget == nullptr) {
             slot.height = m_usualHeight;
-            if ((top < to && top + slot.height > from) || m_isRead || m_makesAll) {
+            if ((top < to && top + slot.height > from) || m_isScreenReaderActive || m_makesAll) {
                 make(slot);
             }
         }
@@ -199,7 +199,7 @@ int RowList::layOut(int width, int from, int to) {
         slot.top = top;
         top += slot.height + spacing;
     }
-    if (m_isRead) {
+    if (m_isScreenReaderActive) {
         orderForReaders();
     }
     place();
@@ -309,7 +309,7 @@ bool RowList::holdsText(const QString &key) const {
         m_slots, [&](const Slot &slot) { return slot.entry.key == key && holdsText(slot); });
 }
 
-bool RowList::isInHand() const {
+bool RowList::isInUse() const {
     const auto isEdited = [](const Slot &slot) {
         const auto *row = qobject_cast<ListRow *>(slot.widget);
         return row != nullptr && row->isEditing();

@@ -55,7 +55,7 @@ public:
     bool holdsText(const QString &key) const;
 
     /// Whether a text field is open or a button is held down in the list.
-    bool isInHand() const;
+    bool isInUse() const;
 
     /// Makes the rows ignore presses for the reading time, because what somebody is about to press
     /// may have made way for something else. Does nothing in a list that isn't visible yet.
@@ -120,7 +120,7 @@ private:
     Animation m_movement;
     double m_share = 1; ///< of the animation, eased
     int m_width = 0;
-    bool m_isRead = QAccessible::isActive(); ///< a screen reader is active
+    bool m_isScreenReaderActive = QAccessible::isActive(); ///< a screen reader is active
     bool m_makesAll = false;
     int m_usualHeight; ///< assumed for a row that hasn't been made
     bool m_holdsPresses = false;

@@ -31,8 +31,8 @@ constexpr int headerGap = 8;
 constexpr int tabGap = 2;
 constexpr int smallSize = 10;
 constexpr QColor dividerColor = Colors::white(0.1);
-constexpr int listShare = 3;  ///< divisor of the panel's height, for the list
-constexpr int smallShare = 6; ///< the same where the list gives way
+constexpr int listDivisor = 3;      ///< divisor of the panel's height, for the list
+constexpr int smallListDivisor = 6; ///< the same where the list gives way
 constexpr Seconds shortestInterval(30);
 /// Texts are updated this long after they become outdated.
 constexpr Seconds justAfter(0.002);
@@ -104,7 +104,8 @@ void UsageBars::setGivesWay(bool givesWay) {
 }
 
 void UsageBars::limitList() {
-    m_sessions->setHeightLimit(m_contentHeightBudget / (m_givesWay ? smallShare : listShare));
+    m_sessions->setHeightLimit(m_contentHeightBudget /
+                               (m_givesWay ? smallListDivisor : listDivisor));
 }
 
 void UsageBars::select(Tab tab) {

@@ -115,8 +115,8 @@ TEST(ProgramReleases, AreThoseThatRunningProgramsOnceWere) {
     const TemporaryHome home;
     const QString program = home.write("cli/cli.js");
     const QString update = home.write("later/codex/1.2.3/codex");
-    const ProcessIdentity process{.id = 12, .startedAt = 34, .numberSpace = 56};
-    const ProcessIdentity later{.id = 12, .startedAt = 35, .numberSpace = 56};
+    const ProcessIdentity process{.id = 12, .startedAt = 34, .pidNamespace = 56};
+    const ProcessIdentity later{.id = 12, .startedAt = 35, .pidNamespace = 56};
     const auto put = [&](const char *version) {
         home.write("cli/package.json", package("@openai/codex", version));
     };
@@ -141,7 +141,7 @@ TEST(ProgramReleases, AreThoseThatRunningProgramsOnceWere) {
     EXPECT_EQ(of(codex, program, process), "0.169.0");
     EXPECT_EQ(of(codex, update, process), "1.2.3");
     for (int id = 100; id < 200; ++id) {
-        of(codex, program, {.id = id, .startedAt = 1, .numberSpace = 56});
+        of(codex, program, {.id = id, .startedAt = 1, .pidNamespace = 56});
         EXPECT_EQ(of(codex, "", process), "1.2.3");
     }
     EXPECT_EQ(of(codex, program, later), "none");

@@ -144,7 +144,7 @@ protected:
         const TranscriptInfo info = AgentRegistry::adapter(agent).readTranscript(path);
         for (const AgentAdapter *form : AgentRegistry::forms(agent)) {
             EXPECT_EQ(form->readTranscript(path), info);
-            EXPECT_TRUE(form->tellsProgress() || !info.model);
+            EXPECT_TRUE(form->transcriptTellsProgress() || !info.model);
         }
         return info;
     }

@@ -143,7 +143,7 @@ TEST_F(AgentConnectionsTest, LeavesTheEntriesOfAReleaseThatCanNoLongerBeFound) {
     // Not even another change makes them a different release's.
     for (const bool enabled : {false, true}) {
         settings.setApprovalsEnabled(enabled);
-        connections.renewDecidable();
+        connections.rewriteDecisionHooks();
         EXPECT_EQ(home.read(".qwen/settings.json").contains(" decide"), enabled);
         EXPECT_FALSE(home.read(".qwen/settings.json").contains("BeforeAgent"));
     }

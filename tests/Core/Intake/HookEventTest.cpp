@@ -52,7 +52,7 @@ TEST(HookEvent, IsReadAsTheReleaseMeansIt) {
 
     const auto call = [&codex](const QByteArray &tool, const QByteArray &input) {
         const QByteArray body = R"({"session_id":"s","tool_name":")" + tool + R"(","tool_input":)";
-        return HookEvent::decode(codex, "PreToolUse", body + input + "}", {})->call;
+        return HookEvent::decode(codex, "PreToolUse", body + input + "}", {})->callDigest;
     };
     EXPECT_NE(call("Bash", "\"ls\""), call("Bash", "\"make\""));
     EXPECT_NE(call("Bash", "\"ls\""), call("Run", "\"ls\""));

@@ -32,9 +32,9 @@ protected:
     }
 
     QStringList jumped() {
-        windows.deeds.clear();
+        windows.calls.clear();
         jump(destination, {tools, processes, scripting, windows});
-        return windows.deeds;
+        return windows.calls;
     }
 
     /// What tmux is asked: where the pane is, to select it, and who shows it.
@@ -141,7 +141,7 @@ TEST_F(JumpServiceTest, GoesToTheTerminalThatShowsTheTmuxPane) {
                                    "50 %3 70 /dev/pts/7\n");
     EXPECT_EQ(tools.lines().last(), "kitty @ focus-window --match id:2");
     tools.finish(QByteArray());
-    EXPECT_EQ(windows.deeds, QStringList{"show /dev/pts/8"});
+    EXPECT_EQ(windows.calls, QStringList{"show /dev/pts/8"});
 
     // Where the server was started says nothing of the one that shows it.
     windows.terminals.clear();
@@ -150,7 +150,7 @@ TEST_F(JumpServiceTest, GoesToTheTerminalThatShowsTheTmuxPane) {
         processes.environments[80] = {term};
         jumped();
         answerTmux("/dev/pts/5 vim\n", "60 %3 80 /dev/pts/8\n");
-        EXPECT_EQ(windows.deeds.last(), QStringLiteral("launch ") + program);
+        EXPECT_EQ(windows.calls.last(), QStringLiteral("launch ") + program);
     }
 
     // One that hangs in between, and one whose place another server has taken.
@@ -159,7 +159,7 @@ TEST_F(JumpServiceTest, GoesToTheTerminalThatShowsTheTmuxPane) {
     tools.finish(QByteArray("/dev/pts/5 vim\n"));
     tools.finish(std::nullopt);
     tools.finish(std::nullopt);
-    EXPECT_EQ(windows.deeds, QStringList{"launch net.kovidgoyal.kitty"});
+    EXPECT_EQ(windows.calls, QStringList{"launch net.kovidgoyal.kitty"});
     processes.listeners["/s"] = 43;
     EXPECT_EQ(jumped(), QStringList{"launch net.kovidgoyal.kitty"});
     EXPECT_EQ(tools.running(), 0u);
@@ -171,13 +171,13 @@ TEST_F(JumpServiceTest, PassesOverATmuxPaneThatIsOfAnotherTerminalUnlessThatLies
     jumped();
     tools.finish(std::nullopt);
     EXPECT_EQ(tools.running(), 0u);
-    EXPECT_EQ(windows.deeds, QStringList({"show /dev/pts/5", "launch net.kovidgoyal.kitty"}));
+    EXPECT_EQ(windows.calls, QStringList({"show /dev/pts/5", "launch net.kovidgoyal.kitty"}));
     // Within the pane it has the terminal's pane from whoever started the server.
     destination.pane.kitty = QStringLiteral("1");
     home.writeProgram(".local/bin/kitty");
     jumped();
     tools.finish(QByteArray("/dev/pts/4 nvim\n"));
-    EXPECT_EQ(windows.deeds, QStringList{"show /dev/pts/5"});
+    EXPECT_EQ(windows.calls, QStringList{"show /dev/pts/5"});
     EXPECT_EQ(tools.lines().last(), "tmux select-window -t %3");
     EXPECT_FALSE(tools.lines().contains("kitty @ focus-window --match id:1"));
     while (tools.running() > 0) {
@@ -187,7 +187,7 @@ TEST_F(JumpServiceTest, PassesOverATmuxPaneThatIsOfAnotherTerminalUnlessThatLies
     const auto jumpedFromBash = [this] {
         jumped();
         tools.finish(QByteArray("/dev/pts/4 bash\n"));
-        return windows.deeds.sliced(1);
+        return windows.calls.sliced(1);
     };
     windows.otherwise = HostWindows::Showing::elsewhere;
     EXPECT_EQ(jumpedFromBash(), QStringList());

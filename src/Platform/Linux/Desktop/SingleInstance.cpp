@@ -72,7 +72,7 @@ SingleInstance::SingleInstance(const QString &configFolder, Screen screen, Start
       m_name(nameFor(configFolder)), m_runtimeFolders(runtimeFolders()) {}
 
 SingleInstance::~SingleInstance() {
-    if (m_knocks) {
+    if (m_listenNotifier) {
         ::unlink(QFile::encodeName(m_socketPath).constData());
     }
     if (m_leavesNothing) {
@@ -171,8 +171,8 @@ void SingleInstance::listen() {
         m_socket = UnixSockets::listenAt(path).descriptor;
         if (m_socket->number() >= 0) {
             m_socketPath = path;
-            m_knocks.emplace(m_socket->number(), QSocketNotifier::Read);
-            connect(&*m_knocks, &QSocketNotifier::activated, this, &SingleInstance::answer);
+            m_listenNotifier.emplace(m_socket->number(), QSocketNotifier::Read);
+            connect(&*m_listenNotifier, &QSocketNotifier::activated, this, &SingleInstance::answer);
             return;
         }
     }
@@ -194,8 +194,8 @@ void SingleInstance::answer() {
         });
     } else if (errno != EAGAIN) {
         // With no descriptor free the connection stays pending and would wake us up all the time.
-        m_knocks->setEnabled(false);
-        QTimer::singleShot(pause, this, [this] { m_knocks->setEnabled(true); });
+        m_listenNotifier->setEnabled(false);
+        QTimer::singleShot(pause, this, [this] { m_listenNotifier->setEnabled(true); });
     }
 }
 

@@ -72,7 +72,7 @@ private:
     QByteArray m_displayOfFirst;
     QString m_socketPath; ///< where this process listens
     std::optional<Descriptor> m_socket;
-    std::optional<QSocketNotifier> m_knocks; ///< of connections to the socket
+    std::optional<QSocketNotifier> m_listenNotifier; ///< of connections to the socket
     bool m_leavesNothing = false;
 };
 

@@ -57,7 +57,7 @@ public:
 private:
     void read() {
         readOn();
-        if (m_body.size() == m_request.longestAnswer) {
+        if (m_body.size() == m_request.maxAnswerSize) {
             finish();
         }
     }
@@ -74,7 +74,7 @@ private:
     /// Asks for no more bytes than there are, since Qt allocates whatever size it is asked for.
     void readOn() {
         m_body += m_reply->read(
-            std::min<qint64>(m_request.longestAnswer - m_body.size(), m_reply->bytesAvailable()));
+            std::min<qint64>(m_request.maxAnswerSize - m_body.size(), m_reply->bytesAvailable()));
     }
 
     /// An answer with an error status counts; one that broke off doesn't.

@@ -15,7 +15,7 @@ namespace {
 using Answer = std::optional<QByteArray>;
 
 /// Leaves out the active window's events, which also come with each new title of it.
-bool mayMove(const QByteArray &event) {
+bool mayChangeFullscreen(const QByteArray &event) {
     static const QSet<QByteArray> known{
         "fullscreen",  "workspace",  "focusedmon",   "activespecial",  "openwindow",
         "closewindow", "movewindow", "monitoradded", "monitorremoved", "moveworkspace"};
@@ -76,7 +76,7 @@ std::optional<bool> HyprlandFullscreenWindows::take(QByteArray &heard) {
     const qsizetype end = heard.lastIndexOf('\n') + 1;
     const QList<QByteArray> events = heard.left(end).split('\n');
     heard.remove(0, end);
-    return std::ranges::any_of(events, &mayMove);
+    return std::ranges::any_of(events, &mayChangeFullscreen);
 }
 
 void HyprlandFullscreenWindows::ask(const Told &told) {

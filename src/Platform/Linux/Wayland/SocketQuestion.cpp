@@ -9,7 +9,7 @@ namespace morvane {
 namespace {
 
 constexpr Seconds answerLimit(2);
-constexpr qsizetype longestAnswer = 1048576;
+constexpr qsizetype maxAnswerSize = 1048576;
 
 } // namespace
 
@@ -43,7 +43,7 @@ SocketQuestion::SocketQuestion(Scheduler &scheduler, Length length, Finished fin
 void SocketQuestion::add(const QByteArray &bytes) {
     m_answer += bytes;
     const auto length = m_length(m_answer);
-    if (m_answer.size() > longestAnswer || length.value_or(0) > longestAnswer) {
+    if (m_answer.size() > maxAnswerSize || length.value_or(0) > maxAnswerSize) {
         end(std::nullopt);
     } else if (length && m_answer.size() >= *length) {
         end(m_answer.left(*length));

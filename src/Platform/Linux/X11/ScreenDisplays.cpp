@@ -104,7 +104,7 @@ QPoint ScreenDisplays::pointerPosition() const {
 
 /// While the pointer is over a native window, XWayland sees it over none of its own, and standing
 /// still.
-bool ScreenDisplays::isPointerTold() const {
+bool ScreenDisplays::isPointerKnown() const {
     return !m_x11.isXwayland() || m_x11.windowUnderPointer() != XCB_WINDOW_NONE;
 }
 

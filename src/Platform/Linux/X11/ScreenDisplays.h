@@ -20,7 +20,7 @@ public:
 
     QList<Display> displays() const override;
     QPoint pointerPosition() const override;
-    bool isPointerTold() const override;
+    bool isPointerKnown() const override;
 
 private:
     void watch(QScreen *screen);

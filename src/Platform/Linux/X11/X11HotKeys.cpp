@@ -14,8 +14,8 @@ namespace morvane {
 
 namespace {
 
-constexpr std::uint32_t keyCodeOffset = 8;     ///< of the server's key codes to the kernel's
-constexpr std::uint32_t shownModifiers = 0xff; ///< the modifier bits of a state, without buttons
+constexpr std::uint32_t keyCodeOffset = 8;   ///< of the server's key codes to the kernel's
+constexpr std::uint32_t modifierBits = 0xff; ///< the modifier bits of a state, without buttons
 
 // From X11/keysymdef.h.
 constexpr xcb_keysym_t superLeft = 0xffeb;
@@ -181,7 +181,7 @@ void X11HotKeys::keyboardChanged() {
 
 void X11HotKeys::keyPressed(std::uint8_t keyCode, std::uint32_t state) {
     const std::uint32_t locks = XCB_MOD_MASK_LOCK | m_masks.numLock | m_masks.scrollLock;
-    const std::uint32_t modifiers = state & shownModifiers & ~locks;
+    const std::uint32_t modifiers = state & modifierBits & ~locks;
     const auto pressedKey = std::ranges::find_if(m_grabs, [&](const auto &entry) {
         const HotKey &key = entry.second.key;
         return codeOf(key) == keyCode && maskOf(key) == modifiers;

@@ -8,7 +8,7 @@
 namespace morvane {
 
 /// Runs what the server posts to the main thread at once, as quickly as a main thread could.
-class NoMainLoop : public Scheduler {
+class InlineScheduler : public Scheduler {
 public:
     Date now() const override { return std::chrono::system_clock::now(); }
     Task after(Seconds, std::function<void()>) override { return {}; }
