@@ -62,7 +62,7 @@ protected:
     void apply(const EventBuilder &event) { store.apply(event); }
     void apply(Kind kind) { store.apply(EventBuilder(kind)); }
 
-    /// Lets the oldest read of a transcript that still runs end.
+    /// Ends the oldest read of a transcript that still runs.
     void finishRead(const TranscriptInfo &info = {}) {
         ASSERT_FALSE(running.empty());
         const auto use = running.front();

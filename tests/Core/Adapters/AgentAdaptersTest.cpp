@@ -114,7 +114,7 @@ TEST(Decisions, GiveClaudeItsInputBackWithTheAnswersInIt) {
     const json decision = reply(claude, answer, "Ask", R"({"x":1,"tool_input":)" + input + "}");
     EXPECT_EQ(decision, (json{{"behavior", "allow"}, {"updatedInput", expected}}));
 
-    // Whatever no reader holds exactly stands there as it came.
+    // What a JSON reader can't represent exactly is passed on byte for byte.
     const QByteArray exact = R"("n" :[1e400, 12345678901234567890123,1.0,-0 ,1E5],"":"}\"]",)"
                              R"("cut":"\ud83d","e":{} , "t":true)";
     const auto bytes = AgentRegistry::adapter(claude).encodeDecision(

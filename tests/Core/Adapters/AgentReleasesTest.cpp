@@ -126,13 +126,13 @@ TEST(ProgramReleases, AreThoseThatRunningProgramsOnceWere) {
         return text(releases.of(agent, file, which, clock));
     };
     EXPECT_EQ(of(codex, program, process), "none");
-    put("0.169.0"); // as while it is being installed
+    put("0.169.0"); // while it is being installed
     clock.advance(Seconds(59));
     EXPECT_EQ(of(codex, program, process), "none") << "a look may take long";
     clock.setClock(Seconds(-3600));
     EXPECT_EQ(of(codex, program, process), "0.169.0") << "a clock that was set back";
     put("0.171.0");
-    home.writeEarlier("cli/cli.js", "new"); // at another time, however quick this is
+    home.writeEarlier("cli/cli.js", "new"); // with another time stamp, however fast this runs
     EXPECT_EQ(of(codex, program, process), "0.169.0");
     EXPECT_EQ(of(codex, "", process), "0.169.0");
     EXPECT_EQ(of(claude, program, process), "none");
@@ -169,7 +169,7 @@ TEST(ProgramReleases, AreFoundWhereAShellWouldFindThem) {
         home.write(QLatin1String(folder) + QLatin1String("/package.json"),
                    package("@qwen-code/qwen-code", version));
     };
-    // From the last place to the first.
+    // Each new place comes earlier in the search order.
     put(".volta/tools/image/packages/@qwen-code/qwen-code/lib/node_modules/@qwen-code/qwen-code",
         "0.24.4");
     EXPECT_EQ(text(releases.installed(qwen)), "0.24.4");

@@ -28,7 +28,7 @@ TEST(ReadableInput, ShowsWhatRuns) {
     EXPECT_EQ(page(R"({"timeout":1e400,"command":"# note\nrm -rf ~\n","more":{"a":[1,{}]}})"),
               " # note\n rm -rf ~\n \n#\"timeout\": 1e400\n#\"more\": {\n#  \"a\": [\n"
               "#    1,\n#    {}\n#  ]\n#}");
-    // The reader of the detail takes the first of two members of a key; the other isn't lost.
+    // The detail is read from the first of two members with one key; the other isn't lost.
     EXPECT_EQ(page(R"({"c\u006fmmand":"ls","command":"rm"})"), " ls\n#\"command\": \"rm\"");
     EXPECT_EQ(page(R"({"allowed":["rm"],"plan":"# Plan\n\n1. Look"})"),
               " # Plan\n \n 1. Look\n#\"allowed\": [\n#  \"rm\"\n#]");
@@ -76,7 +76,7 @@ TEST(ReadableInput, LeavesNothingInvisibleOrOutOfOrder) {
     EXPECT_EQ(VisibleText::of(u"\uD7B0\uD7B0\uD7B0\uD7B0\uFF9E"),
               u"\uD7B0\uD7B0\uD7B0⟨U+D7B0⟩⟨U+FF9E⟩");
     EXPECT_EQ(VisibleText::of(u"gradlew\uFFFCtest"), u"gradlew⟨U+FFFC⟩test");
-    // What stands on a blank is drawn as one.
+    // A mark on a blank is as invisible as the blank.
     EXPECT_EQ(VisibleText::of(u"\u0301rm \u0301\u0338/home\t\u20DD"),
               u"⟨U+0301⟩rm ⟨U+0301⟩⟨U+0338⟩/home⇥   ⟨U+20DD⟩");
     EXPECT_EQ(VisibleText::of(u"a 🏽 👍🏽 \u1112\u1161\u11AB"),
@@ -84,7 +84,7 @@ TEST(ReadableInput, LeavesNothingInvisibleOrOutOfOrder) {
     EXPECT_EQ(VisibleText::quoted(u"run \u0301tests\t\u0301"), R"("run \u0301tests\t\u0301")");
     EXPECT_EQ(VisibleText::of(u"שלום 🎉 日本"), u"שלום 🎉 日本");
     EXPECT_EQ(VisibleText::of(u"⚠\uFE0F می\u200Cخ"), u"⚠⟨U+FE0F⟩ می⟨U+200C⟩خ");
-    // Hangul in its parts: each syllable is one of its own.
+    // Decomposed Hangul: the parts of each syllable make one character.
     const QString syllables =
         QStringLiteral("한국어 한국").normalized(QString::NormalizationForm_D);
     EXPECT_EQ(VisibleText::of(syllables), syllables);
@@ -109,7 +109,7 @@ TEST(VisibleText, LeavesWordsAsPeopleWriteThem) {
     }
     EXPECT_EQ(VisibleText::paragraph(QStringLiteral("Quoi\u202F?\u3000\u00A0a\u2007b\u200A")),
               u"Quoi\u00A0? \u00A0a\u00A0b ");
-    // Where these make no word and no picture they are only there to be overlooked.
+    // Outside of words and emoji, these characters would only be overlooked.
     const std::pair<const char16_t *, const char16_t *> others[] = {
         {u"a\uFE0F\u200Db\u200C", u"a⟨U+FE0F⟩⟨U+200D⟩b⟨U+200C⟩"},
         {u"⚠\uFE0F\uFE0F 1\uFE0F", u"⚠\uFE0F⟨U+FE0F⟩ 1⟨U+FE0F⟩"},

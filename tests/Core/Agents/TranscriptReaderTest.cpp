@@ -138,7 +138,7 @@ class TranscriptFileTest : public testing::Test {
 protected:
     using Turn = TranscriptInfo::Turn;
 
-    /// What the agent itself would be asked for, whatever its release.
+    /// Reads the lines as this agent's transcript; all its releases must read the same.
     TranscriptInfo readBy(AgentKind agent, const QByteArrayList &lines) const {
         const QString path = home.write("t.jsonl", lines.join('\n'));
         const TranscriptInfo info = AgentRegistry::adapter(agent).readTranscript(path);
@@ -153,7 +153,7 @@ protected:
         return readClaude(home.write("t.jsonl", bytes));
     }
 
-    /// So many bytes of lines that tell nothing.
+    /// This many bytes of lines without information.
     static QByteArray padding(qsizetype size) {
         QByteArray result = QByteArray("{\"type\":\"summary\",\"text\":\"ä\"}\n");
         result = result.repeated(size / result.size());

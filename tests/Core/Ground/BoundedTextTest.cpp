@@ -7,7 +7,7 @@ namespace {
 
 TEST(BoundedText, CountsCharactersAsAPersonDoes) {
     const QString family = "\U0001F468\u200D\U0001F469\u200D\U0001F467";
-    const QString tower = u'a' + QString(23, QChar(0x0301)); // as much as one may be made of
+    const QString tower = u'a' + QString(23, QChar(0x0301)); // the longest that counts as one
     for (const QString &character : {family, tower}) {
         const QString fits = character.repeated(120);
         EXPECT_EQ(BoundedText::of(fits, 120), fits);

@@ -10,7 +10,7 @@ using enum AgentKind;
 
 class AgentConnectionsTest : public testing::Test, protected CoreWorld {
 protected:
-    /// The last failure without what the system says of it.
+    /// The last failure without the system's own message.
     QString complaint() const {
         const QString error = connections.lastError().value_or(QString());
         return error.left(error.indexOf(": ") + 1);
@@ -41,7 +41,7 @@ TEST_F(AgentConnectionsTest, ConnectsRepairsAndDisconnects) {
     connections.installHooks(opencode);
     EXPECT_EQ(connections.installedAgents(), (QSet{codex, opencode}));
     EXPECT_TRUE(connections.hasDecidableAgent());
-    // What is connected can be disconnected, also when its agent has left no trace.
+    // A connected agent can be disconnected even if it has left no trace of its own.
     EXPECT_EQ(connections.offeredAgents().size(), 3u);
     connections.uninstallHooks(codex);
     EXPECT_EQ(connections.installedAgents(), QSet{opencode});
@@ -118,7 +118,7 @@ TEST_F(AgentConnectionsTest, TellsOfSettingsThatCannotBeUnderstoodAndWhereTheyAr
     EXPECT_EQ(connections.notice(), "later");
 }
 
-// As at a login, where the PATH is shorter than in a terminal.
+// At a login the PATH is shorter than in a terminal, so that the release isn't found.
 TEST_F(AgentConnectionsTest, LeavesTheEntriesOfAReleaseThatCanNoLongerBeFound) {
     const std::tuple<AgentKind, const char *, const char *, const char *> agents[] = {
         {qwen, "qwen", "@qwen-code/qwen-code", ".qwen/settings.json"},
@@ -140,7 +140,7 @@ TEST_F(AgentConnectionsTest, LeavesTheEntriesOfAReleaseThatCanNoLongerBeFound) {
         EXPECT_EQ(home.read(settingsFile), written) << command;
         EXPECT_TRUE(connections.health(kind).entriesCurrent) << command;
     }
-    // Not even another change makes them a different release's.
+    // Another change doesn't turn them into the entries of a different release.
     for (const bool enabled : {false, true}) {
         settings.setApprovalsEnabled(enabled);
         connections.rewriteDecisionHooks();

@@ -20,7 +20,7 @@ protected:
             return AgentSettingsChange{.content = content.value_or(QByteArray()) + text};
         };
     }
-    /// One that comes to the same whatever there was.
+    /// An edit with the same result, whatever the file held.
     static Edit fixed(const Edited &edited) {
         return [edited](const auto &) { return edited; };
     }
@@ -73,7 +73,7 @@ TEST_F(AgentSettingsFileTest, WritesThroughSymbolicLinks) {
     EXPECT_EQ(home.read("dotfiles/agent.json"), "12");
     EXPECT_EQ(backup(), "1");
 
-    // ".." is that of the folder that the link really lies in.
+    // ".." in a link is the parent of the folder in which the link really lies.
     ASSERT_TRUE(QFile::link("dotfiles/deep", home.path("other")));
     QDir().mkpath(home.path("dotfiles/deep"));
     ASSERT_TRUE(QFile::link("../agent.json", home.path("dotfiles/deep/settings.json")));
@@ -103,7 +103,7 @@ TEST_F(AgentSettingsFileTest, ReplacesALinkInThePlaceOfACopyInsteadOfFollowingIt
     }
 }
 
-/// A file that is closed but for one user must not be opened to the group.
+/// A file that only one more user may read must not become readable for the group.
 TEST_F(AgentSettingsFileTest, KeepsAccessListAndAttributes) {
     // Version 2; the owner reads and writes, the user 1234 reads, nobody else does anything.
     const std::vector<std::uint16_t> list{2,      0,      1,    6, 0xffff, 0xffff, 2,    4,
@@ -131,7 +131,7 @@ TEST_F(AgentSettingsFileTest, KeepsAccessListAndAttributes) {
         EXPECT_EQ(home.mode(name + ending), shown) << ending;
     }
 
-    // What the folder hands down to new files is not the file's.
+    // The file does not inherit the folder's default access list.
     ::removexattr(path, access);
     ::chmod(path, 0640);
     const QByteArray folder = home.path("agent").toUtf8();
@@ -156,7 +156,7 @@ TEST_F(AgentSettingsFileTest, LeavesAloneWhatItMayNotChangeOrCannotBackUpOrHandl
     EXPECT_EQ(failure(append("2")), "~/agent/settings.json could not be read: Invalid argument");
     QDir().rmdir(path);
     QDir().rmdir(path + ".morvane-backup");
-    // To open it would wait for a writer that never comes.
+    // Opening a FIFO would wait for a writer that never comes.
     ASSERT_EQ(mkfifo(path.toUtf8(), 0600), 0);
     EXPECT_EQ(file.read(), std::nullopt);
     EXPECT_NE(failure(append("2")), "");

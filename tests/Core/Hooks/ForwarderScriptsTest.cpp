@@ -10,7 +10,7 @@
 namespace morvane {
 namespace {
 
-/// Its place in the home; only some processors have one.
+/// The client's path in the home; only some processors have a client.
 QString client() {
     return ".morvane/" + QDir(":/templates", "forwarder-*").entryList().value(0, "forwarder-none");
 }
@@ -33,7 +33,7 @@ TEST(ForwarderScripts, RewritesTheScriptButNotAClientThatIsTheSame) {
     EXPECT_TRUE(home.read(".morvane/hook.sh").contains("port=2\n"));
     EXPECT_EQ(QFileInfo(file).lastModified(), old);
 
-    // As before the clock was set back: the script would not trust it.
+    // The script would not trust a file from the future, as after the clock was set back.
     const QDateTime ahead = QDateTime::currentDateTime().addDays(1);
     home.setWritten(client(), ahead);
     ASSERT_TRUE(scripts(2).writeHookScript());
@@ -64,7 +64,7 @@ TEST(ForwarderScripts, LieInAFolderOfTheirOwnersAloneAndReplaceLinks) {
     }
 }
 
-/// An agent may run it at any moment, and what is open for writing can't be started.
+/// An agent may run them at any moment, and a file that is open for writing can't be executed.
 TEST(ForwarderScripts, AreClosedBeforeTheyHaveTheirNames) {
     const TemporaryHome home;
     ASSERT_TRUE(QDir(home.path()).mkdir(".morvane"));

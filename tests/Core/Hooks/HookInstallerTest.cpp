@@ -35,8 +35,7 @@ TEST_F(HookInstallerTest, WritesTheEntriesOfEachJsonAgent) {
 }
 
 TEST_F(HookInstallerTest, ComesAndGoesWithoutALossOfAnything) {
-    // A settings file as somebody has it, and what of it is not ours; all of it where that is
-    // left out.
+    // A person's settings file, and the part of it that is not ours; null stands for all of it.
     const std::pair<QByteArray, QByteArray> cases[] = {
         {"model = opus", "{}"},
         {R"(["a"])", "{}"},
@@ -71,12 +70,12 @@ TEST_F(HookInstallerTest, ComesAndGoesWithoutALossOfAnything) {
             const QByteArray installed = text(kind);
             connect(kind);
             EXPECT_EQ(text(kind), installed);
-            // Somebody has touched it, so what was there before doesn't come back as it was.
+            // After a change by somebody else, disconnecting doesn't just restore the original.
             write(kind, installed + " ");
             disconnect(kind);
             EXPECT_FALSE(installer(kind)->isInstalled());
             EXPECT_EQ(backup(kind), installed + " ");
-            // What has been lost on the way in would not be there now.
+            // Anything that connecting had lost would be missing now.
             const auto theirs = LenientJson::parse(left.isNull() ? before : left);
             ASSERT_TRUE(theirs);
             json expected = *theirs;
@@ -154,7 +153,7 @@ TEST_F(HookInstallerTest, TakesTheFoldersAwayThatItHasMade) {
         EXPECT_FALSE(QFileInfo::exists(home.path("dots")));
         folder(kind).removeRecursively();
 
-        // A file that its owner has put elsewhere since is theirs, and so is the folder there.
+        // A file that the person has moved since is theirs, and so is the folder around it.
         connect(kind);
         QDir().mkpath(home.path("dots"));
         QFile::rename(home.path(place(kind)), home.path("dots/settings"));

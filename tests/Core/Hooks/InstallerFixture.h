@@ -29,7 +29,7 @@ protected:
     void connect(AgentKind kind) const { EXPECT_EQ(failure(installer(kind)->install()), ""); }
     void disconnect(AgentKind kind) const { EXPECT_EQ(failure(installer(kind)->uninstall()), ""); }
 
-    /// Connects anew, now that the person wants the approvals otherwise.
+    /// Connects again after the person has switched approvals on or off.
     void reconnect(AgentKind kind) {
         settings.setApprovalsEnabled(!settings.approvalsEnabled());
         connect(kind);
@@ -58,7 +58,7 @@ protected:
         return json::parse(text.replace("OURS", home.path().toUtf8() + "/.morvane").toStdString());
     }
 
-    std::function<void()> moment = [] {}; ///< what happens while the installer looks again
+    std::function<void()> moment = [] {}; ///< runs instead of the wait before a second look
 };
 
 } // namespace morvane

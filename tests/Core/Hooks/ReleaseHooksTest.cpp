@@ -7,7 +7,7 @@ using enum AgentKind;
 
 class ReleaseHooksTest : public InstallerFixture {
 protected:
-    /// For a release that is listed.
+    /// The installer for the newest release that is listed.
     std::unique_ptr<HookInstaller> listed(AgentKind kind) const {
         return HookInstaller::make(*AgentRegistry::forms(kind).back(), settings, 40123, [] {});
     }
@@ -29,7 +29,7 @@ TEST_F(ReleaseHooksTest, WantTheEntriesOfTheirOwnForm) {
     EXPECT_EQ(root(qwen)["hooks"]["PermissionRequest"], value(R"([{"matcher":"*","hooks":[{
         "type":"command","command":"OURS/hook.sh qwen PermissionRequest decide","timeout":120}]}])"));
 
-    // What a person has set there is not another release's.
+    // A timeout that a person has set isn't taken for another release's.
     json changed = root(gemini);
     changed["hooks"]["AfterAgent"][0]["hooks"][0]["timeout"] = 9000;
     write(gemini, LenientJson::write(changed));
@@ -67,7 +67,7 @@ TEST_F(ReleaseHooksTest, LeaveWhatHasBeenReviewed) {
     EXPECT_TRUE(listed(codex)->health().awaitsReview);
     EXPECT_EQ(listed(codex)->health().issues(), QStringList());
 
-    // Nothing new for anybody to review, though the file is.
+    // The file is newer, but holds nothing new to review.
     const auto rewrittenAfter = [&](int seconds) {
         write(codex, text(codex));
         home.setWritten(place(codex), QDateTime::currentDateTime().addSecs(seconds));

@@ -13,8 +13,8 @@ protected:
     bool exists(const QString &path) const { return QFileInfo::exists(home.path(path)); }
 };
 
-/// Each is named by the folder's file, whose first byte chooses the agent as it does for the fuzz
-/// target.
+/// The cases are the files of the fuzz corpus. As for the fuzz target, the first byte chooses the
+/// agent.
 TEST_F(SettingsReturnTest, BringsEveryFileBackToTheLastByteAndLosesNothingMeanwhile) {
     const QDir corpus(TEST_DATA "/../../../fuzz/corpus/SettingsReturnFuzz");
     const QStringList names = corpus.entryList(QDir::Files);
@@ -172,7 +172,7 @@ TEST_F(SettingsReturnTest, KeepsTheOriginalBesideAFileThatOthersHaveChanged) {
         EXPECT_TRUE(text(claude).startsWith("{\n  \"a\": 2,\n  \"b\": "))
             << text(claude).toStdString();
         EXPECT_EQ(original(claude), before);
-        connect(claude); // what we have written is nobody's original
+        connect(claude); // what we have written never becomes the original
         EXPECT_EQ(original(claude), before);
         disconnect(claude);
         EXPECT_TRUE(original(claude) == before || text(claude) == before);
@@ -182,7 +182,7 @@ TEST_F(SettingsReturnTest, KeepsTheOriginalBesideAFileThatOthersHaveChanged) {
         disconnect(claude);
     }
 
-    // A copy that somebody has taken away, changed, or put a link in the place of.
+    // Somebody has removed the copy, changed it, or put a link in its place.
     const QString copy = home.path(place(claude) + ".morvane-original");
     home.write("elsewhere", "{\"b\":1,\"a\":2}");
     const auto damages = std::to_array<std::function<void()>>({
@@ -208,8 +208,8 @@ TEST_F(SettingsReturnTest, LosesNoCommentWithACopyThatMakesWay) {
     write(claude, first);
     connect(claude);
     reconnect(claude);
-    // Written while it is connected: the next write leaves it out, the one behind that takes the
-    // backup.
+    // A comment from the time of the connection: the next write drops it from the file, and the one
+    // after that replaces the backup, which holds it last.
     write(claude, text(claude).replace("{\n  \"b\"", "{ /* \" */ \"b\""));
     reconnect(claude);
     EXPECT_FALSE(exists(place(claude) + ".morvane-comments"));
@@ -218,7 +218,7 @@ TEST_F(SettingsReturnTest, LosesNoCommentWithACopyThatMakesWay) {
     disconnect(claude);
     EXPECT_EQ(text(claude), first);
 
-    // The original makes way for a file that was written anew, or for none.
+    // The original is given up when the file was written anew, or is gone.
     for (const bool isThere : {true, false}) {
         const QByteArray comment = isThere ? "// one\n" : "// two\n";
         write(claude, comment + "{\"b\":1}");
@@ -283,7 +283,7 @@ TEST_F(SettingsReturnTest, TakesTheSwitchForNotificationsForItsOwn) {
     EXPECT_EQ(text(claude), before);
     connect(claude);
     mute(true);
-    disconnect(claude); // is no reason to be noisy again
+    disconnect(claude); // must not bring the notifications back
     EXPECT_TRUE(installer(claude)->health().notificationsSuppressed);
     EXPECT_EQ(original(claude), before);
     mute(false);
@@ -313,8 +313,7 @@ TEST_F(SettingsReturnTest, LooksAgainAtAFileThatIsBeingWritten) {
             disconnect(kind);
             EXPECT_EQ(text(kind), whole);
         }
-        // Nobody is in the middle of writing a file that is hours old, or from a clock that was
-        // ahead.
+        // A file that is hours old, or dated hours ahead, isn't being written at the moment.
         for (const int seconds : {-7200, 7200}) {
             write(kind, "");
             home.setWritten(place(kind), QDateTime::currentDateTime().addSecs(seconds));

@@ -20,7 +20,7 @@ TEST_F(TomlHooksTest, WritesTheBlockOfKimiAndEscapesWhatTomlWouldMisread) {
 }
 
 TEST_F(TomlHooksTest, LeavesEveryOtherLineOfTheTomlFile) {
-    // Before, between, and after a removal.
+    // The file before connecting, what then stands before our block, and the file afterwards.
     const std::array<QByteArray, 3> cases[] = {
         {"", "", ""},
         {"a = 1", "a = 1\n\n", "a = 1\n"},
@@ -58,7 +58,7 @@ TEST_F(TomlHooksTest, KeepsThePristineTomlFileAsTheBackup) {
     disconnect(kimi);
     EXPECT_EQ(backup(kimi), "a = 1\n");
 
-    // Without its end there is no telling what of the rest is ours: all of it stays, ours as well.
+    // In a block without an end marker nobody knows which lines are ours, so all of them stay.
     write(kimi, "# >>> morvane:begin\nb = 2\n");
     EXPECT_TRUE(installer(kimi)->isInstalled());
     EXPECT_TRUE(installer(kimi)->hasStaleEntries());
@@ -80,7 +80,7 @@ TEST_F(TomlHooksTest, TakesOutABlockThatHasLostItsEnd) {
     connect(kimi);
     const QByteArray endless = text(kimi).replace("# <<< morvane:end\n", "# theirs\nb = 2\n");
     for (const bool repairs : {true, false}) {
-        // What is behind the block belongs to its last hook, and goes with it.
+        // A key behind the block belongs to the table of its last hook, and goes with it.
         write(kimi, endless + "[c]\r\nd = 3\n");
         EXPECT_TRUE(installer(kimi)->hasStaleEntries());
         if (repairs) {
@@ -90,7 +90,7 @@ TEST_F(TomlHooksTest, TakesOutABlockThatHasLostItsEnd) {
         disconnect(kimi);
         EXPECT_EQ(text(kimi).toStdString(), "a = 1\n\n# theirs\n[c]\r\nd = 3\n");
     }
-    // In a string it is no beginning, and elsewhere there is no telling.
+    // A file is left alone if a string holds the marker, or if it can't be parsed.
     const QByteArray quoted = "s = '''\n# >>> morvane:begin\n'''\n";
     for (const QByteArray &kept : {quoted + endless, QByteArray("# >>> morvane:begin\nb =\n")}) {
         write(kimi, kept);

@@ -47,7 +47,7 @@ TEST_F(DecisionRelayTest, NoticesThatTheHookIsGone) {
 }
 
 TEST_F(DecisionRelayTest, AnswersTheSessionThatItWasGivenFor) {
-    // Calls of one name in two sessions, and such as have none.
+    // Two sessions with the same call id, and two calls without an id.
     const std::pair<const char *, const char *> calls[] = {
         {R"({"session_id":"one","tool_use_id":"call_1"})",
          R"({"session_id":"two","tool_use_id":"call_1"})"},
@@ -93,7 +93,7 @@ TEST_F(DecisionRelayTest, ReleasesWhoeverWaits) {
 }
 
 TEST(DecisionRelay, TellsAtOnceOfAHookThatCannotBeWatched) {
-    IoThread thread; // does what it has to only when it is told
+    IoThread thread; // never started; its work runs only in poll()
     ManualScheduler scheduler;
     const EventConnection::Queue queue(thread.context().get_executor());
     Turns turns(queue);
@@ -106,7 +106,7 @@ TEST(DecisionRelay, TellsAtOnceOfAHookThatCannotBeWatched) {
             [&](const QString &id) { told.push_back("expired " + id.toStdString()); }});
     HookEvent event;
     event.toolUseID = "call_1";
-    // The system waits for no descriptor that isn't open.
+    // A descriptor that isn't open can't be watched.
     relay->park(event, AgentRegistry::adapter(event.agent),
                 std::make_shared<EventConnection>(surroundings, -1, 0), {});
     thread.context().poll();

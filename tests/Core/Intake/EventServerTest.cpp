@@ -20,7 +20,7 @@ std::ptrdiff_t openDescriptors() {
     return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
 }
 
-/// While what it returns lives the process may have so many descriptors only.
+/// Limits the process to this many descriptors for as long as the result lives.
 auto fewDescriptors(rlim_t count) {
     rlimit usual{};
     getrlimit(RLIMIT_NOFILE, &usual);
@@ -96,7 +96,7 @@ TEST_F(EventServerTest, TakesTheLastByteByItself) {
     const std::string request = eventRequest({}, sessionStart);
     HttpClient client(port());
     client.send(request.substr(0, request.size() - 1));
-    // By its answer the server has read what came before.
+    // Once this is answered, the server has read what was sent before it.
     EXPECT_EQ(httpExchange(port(), request), okAnswer);
     client.send(request.substr(request.size() - 1));
     EXPECT_EQ(client.receiveAll(), okAnswer);
@@ -173,7 +173,7 @@ TEST_F(EventServerTest, AnswersInTheFormOfTheReleaseThatRunsThoughItsProgramIsGo
 TEST_F(EventServerTest, ClosesWithoutAWordWhatIsNoRequest) {
     const std::string head =
         "POST /event HTTP/1.1\r\nx-morvane-token: " + std::string(token) + "\r\nContent-Length: ";
-    // What is sent, and whether the peer has to end it; otherwise the server does.
+    // What is sent, and whether the peer closes the connection; otherwise the server does.
     const std::pair<std::string, bool> cases[] = {
         {head + "99999999999999999999\r\n\r\n{}", false},
         {head + "100\r\n\r\n{}", true},
@@ -255,7 +255,7 @@ TEST_F(EventServerTest, TakesInLaterWhatCameWhileNoDescriptorWasLeft) {
     }
     ::close(taken.back());
     taken.pop_back();
-    HttpClient client(port()); // has the last one
+    HttpClient client(port()); // takes the last descriptor
     EXPECT_TRUE(waitUntil([&] { return scheduler.timers() == 1; }));
     std::ranges::for_each(taken, ::close);
     scheduler.advance(Seconds(1));

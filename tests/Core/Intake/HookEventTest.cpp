@@ -70,7 +70,7 @@ TEST(HookEvent, TakesTheLastWordsByTheNameThatTheAgentHasForThem) {
     EXPECT_EQ(words(AgentKind::opencode, "session.idle", said), "Done.");
     EXPECT_EQ(words(AgentKind::opencode, "session.error", R"("error":"Refused")"), "Refused");
     EXPECT_EQ(words(AgentKind::gemini, "AfterAgent", R"("prompt_response":"Done.")"), "Done.");
-    // Gemini CLI's own words for none.
+    // Gemini CLI writes this where there is no response.
     EXPECT_EQ(words(AgentKind::gemini, "AfterAgent", R"("prompt_response":"[no response text]")"),
               "");
     EXPECT_EQ(decode(R"({"session_id":"s",)" + said + "}", "Stop", AgentKind::codex)->lastWords,

@@ -12,7 +12,7 @@ using Status = HttpRequestParser::Status;
 constexpr std::string_view secret = "abc";
 const std::string authorised = "POST / HTTP/1.1\r\nx-morvane-token: abc\r\n";
 
-/// What comes of the text when it arrives in pieces of this size.
+/// The status after the text has arrived in pieces of this size.
 Status feed(HttpRequestParser &parser, std::string_view text, std::size_t step) {
     Status status = Status::unfinished;
     while (status == Status::unfinished && !text.empty()) {
@@ -87,7 +87,7 @@ TEST(HttpRequestParser, KeepsNothingOfAStrangersBody) {
     }
 }
 
-// Whatever the head is made of, it leaves a request that can be read once the token is there.
+// However long the head, the request can be read once the token has come.
 TEST(HttpRequestParser, CutsWhatAStrangersHeadSaysTooMuch) {
     constexpr std::size_t room = HttpRequestParser::strangerRoom;
     std::string lines;
@@ -110,7 +110,7 @@ TEST(HttpRequestParser, CutsWhatAStrangersHeadSaysTooMuch) {
             EXPECT_LE(kept, room + 3);
         }
     }
-    HttpRequestParser oftenSaid(secret); // is kept once
+    HttpRequestParser oftenSaid(secret); // a repeated header is kept once
     oftenSaid.take("POST / HTTP/1.1\r\n" + lines + "\r\n");
     EXPECT_EQ(oftenSaid.request().header(HttpHeader::tty), "/dev/pts/1");
 

@@ -23,7 +23,7 @@ TEST(Turns, GoToWhoeverHasTakenLeast) {
         await(200, 'x');
         turns.leave({200, 'x'});
         asio::post(queue, [&] {
-            order += '|'; // what has come meanwhile needn't wait for them all
+            order += '|'; // a newcomer needn't wait for all before it
             await(0, 'z');
         });
     });

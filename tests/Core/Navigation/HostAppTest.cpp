@@ -74,7 +74,7 @@ TEST(HostApp, OffersToTypeOnlyWhereThatCanBeDone) {
         return HostApp::canBeTypedInto(session, applications, processes);
     };
     EXPECT_TRUE(can("%1", "com.mitchellh.ghostty", {}));
-    processes.openers[42] = 9; // an editor in the pane, such as one that has terminals of its own
+    processes.openers[42] = 9; // an editor in the pane, which has terminals of its own
     EXPECT_FALSE(can("%1", {}, {}));
     processes.openers[42] = 7;
     EXPECT_TRUE(can("%1", {}, {}));
@@ -82,7 +82,7 @@ TEST(HostApp, OffersToTypeOnlyWhereThatCanBeDone) {
     applications.installed = {{"com.googlecode.iterm2", "iTerm"}};
     EXPECT_TRUE(can({}, {}, {}));
     EXPECT_FALSE(can({}, "com.mitchellh.ghostty", "iTerm.app"));
-    tty.reset(); // as of one that has no terminal, but whose ancestor had one
+    tty.reset(); // an agent without a terminal, whose ancestor had one
     EXPECT_FALSE(can("%1", {}, {}));
     tty = QStringLiteral("/dev/pts/5");
     processes.listeners.clear();

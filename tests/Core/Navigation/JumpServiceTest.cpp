@@ -37,7 +37,7 @@ protected:
         return windows.calls;
     }
 
-    /// What tmux is asked: where the pane is, to select it, and who shows it.
+    /// Answers tmux's commands: where the pane is, two that select it, and who shows it.
     void answerTmux(const QByteArray &pane, const QByteArray &clients) {
         for (const QByteArray &answer : {pane, QByteArray(), QByteArray(), clients}) {
             tools.finish(answer);
@@ -122,13 +122,13 @@ TEST_F(JumpServiceTest, AsksTheTerminalItselfWhereItsDeviceIsKnown) {
     EXPECT_EQ(jumped(), QStringList{"show /dev/pts/5"});
     windows.openedAt = destination.toldAt + Seconds(1); // another terminal that has the name by now
     EXPECT_EQ(jumped(), QStringList({"show /dev/pts/5", "launch net.kovidgoyal.kitty"}));
-    windows.otherwise = HostWindows::Showing::elsewhere; // as one of a login over the network
+    windows.otherwise = HostWindows::Showing::elsewhere; // such as a login over the network
     EXPECT_EQ(jumped(), QStringList{"show /dev/pts/5"});
 }
 
 TEST_F(JumpServiceTest, GoesToTheTerminalThatShowsTheTmuxPane) {
     destination.ttyName = QStringLiteral("/dev/pts/5"); // the pane's own
-    destination.pane.kitty = QStringLiteral("1");       // in which the server was started
+    destination.pane.kitty = QStringLiteral("1");       // where the tmux server was started
     destination.pane.tmux = QStringLiteral("%3");
     destination.pane.tmuxServer = QStringLiteral("/s,42,0");
     processes.listeners["/s"] = 42;
@@ -136,14 +136,14 @@ TEST_F(JumpServiceTest, GoesToTheTerminalThatShowsTheTmuxPane) {
     processes.environments[80] = {"KITTY_WINDOW_ID=2"};
     home.writeProgram(".local/bin/kitty");
     EXPECT_EQ(jumped(), QStringList());
-    windows.openedAt = destination.toldAt + Seconds(1); // as a client may be
+    windows.openedAt = destination.toldAt + Seconds(1); // a tmux client may be opened later
     answerTmux("/dev/pts/5 vim\n", "90 %33 90 /dev/pts/9\n95 %3 95 \nx\n60 %3 80 /dev/pts/8\n"
                                    "50 %3 70 /dev/pts/7\n");
     EXPECT_EQ(tools.lines().last(), "kitty @ focus-window --match id:2");
     tools.finish(QByteArray());
     EXPECT_EQ(windows.calls, QStringList{"show /dev/pts/8"});
 
-    // Where the server was started says nothing of the one that shows it.
+    // The terminal that started the server needn't be the one that shows the pane.
     windows.terminals.clear();
     for (const auto &[term, program] :
          {std::pair("TERM=foot", "foot"), {"TERM=xterm", "com.googlecode.iterm2"}}) {
@@ -153,7 +153,7 @@ TEST_F(JumpServiceTest, GoesToTheTerminalThatShowsTheTmuxPane) {
         EXPECT_EQ(windows.calls.last(), QStringLiteral("launch ") + program);
     }
 
-    // One that hangs in between, and one whose place another server has taken.
+    // A server that hangs halfway, and one whose socket another server has taken.
     destination.pane.kitty.reset();
     jumped();
     tools.finish(QByteArray("/dev/pts/5 vim\n"));
@@ -172,7 +172,7 @@ TEST_F(JumpServiceTest, PassesOverATmuxPaneThatIsOfAnotherTerminalUnlessThatLies
     tools.finish(std::nullopt);
     EXPECT_EQ(tools.running(), 0u);
     EXPECT_EQ(windows.calls, QStringList({"show /dev/pts/5", "launch net.kovidgoyal.kitty"}));
-    // Within the pane it has the terminal's pane from whoever started the server.
+    // In a terminal inside the pane, the kitty window is that of whoever started the server.
     destination.pane.kitty = QStringLiteral("1");
     home.writeProgram(".local/bin/kitty");
     jumped();

@@ -120,7 +120,7 @@ TEST_F(TerminalReplyTest, PastesLinesAndPressesNoKeys) {
     EXPECT_EQ(commands[2], QStringList({"set-buffer", "-a", "-b", "morvane-reply", "🙂\n-"}));
     EXPECT_EQ(commands[3].join(' '), "paste-buffer -d -p -r -b morvane-reply -t %1");
     EXPECT_EQ(commands[4], QStringList({"send-keys", "-t", "%1", "Enter"}));
-    // Nor does a text leave its quotes in a script.
+    // Nor can a text break out of its quotes in a script.
     EXPECT_TRUE(
         TerminalReply::script("say \"a\\b\" %1", "A-1").contains("\"say \\\"a\\\\b\\\" %1\"\n"));
 }

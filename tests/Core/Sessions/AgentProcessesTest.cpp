@@ -24,7 +24,7 @@ protected:
 
 TEST_F(AgentProcessesTest, EndsTheSessionsOfAnAgentThatIsGone) {
     const ProcessIdentity agent{100, 1, 7};
-    const ProcessIdentity other{100, 2, 7}; // of the same number, later
+    const ProcessIdentity other{100, 2, 7}; // a later process with the same id
     tell("a", agent);
     tell("b", agent);
     tell("c", other);
@@ -38,7 +38,7 @@ TEST_F(AgentProcessesTest, EndsTheSessionsOfAnAgentThatIsGone) {
     EXPECT_EQ(take(ended), (QStringList{"a", "b"}));
     EXPECT_EQ(processes.watched(), 0U);
 
-    // A hook of its may be told late.
+    // A hook of the agent may arrive after its end.
     tell("a", agent);
     EXPECT_EQ(take(ended), QStringList{"a"});
     const ProcessIdentity next{100, 3, 7};
@@ -60,12 +60,12 @@ TEST_F(AgentProcessesTest, KnowsAnAgentThatHasToldOnlyOnce) {
     tell("a", agent);
     scheduler.advance(Seconds(5));
     agents.forget("a");
-    // Known by now, whatever becomes of its sessions.
+    // An agent stays known without any session.
     processes.end(agent);
     tell("b", agent);
     EXPECT_EQ(ended, QStringList{"b"});
 
-    // But not without end: there are machines that don't tell.
+    // But only so many are kept, since some machines never tell the end of a process.
     for (int id = 200; id < 300; ++id) {
         tell("a", {id, 1, 7});
     }

@@ -22,7 +22,7 @@ QByteArray bytes(const json &value) {
     return QByteArray::fromStdString(value.dump());
 }
 
-/// A stored history of one record with no more than it must have, and what the test adds to it.
+/// A stored history of one record, with the required fields and what the test adds to them.
 json stored(const json &more = json::object()) {
     json record{{"id", "/p"}, {"name", "Mine"}, {"cwd", "/p"}, {"finishedAt", 1}};
     record.update(more);
@@ -69,7 +69,7 @@ TEST(CompletedHistoryFormat, WritesEachFieldUnderItsNameAndReadsItBack) {
     EXPECT_EQ(json::parse(written.toStdString()), expected);
     EXPECT_EQ(CompletedHistoryFormat::parse(written), history);
 
-    // Also where a date has more digits than a date of ours: nothing wanders from save to save.
+    // A date doesn't drift from save to save, even if it has more digits than ours have.
     for (const char *date : {"797953274.48131216", "-1.25", "12"}) {
         const auto read = onlyRecord(stored({{"finishedAt", json::parse(date)}}));
         const json again = json::parse(CompletedHistoryFormat::write({read}).toStdString());
@@ -170,7 +170,7 @@ TEST_F(CompletedHistoryTest, KeepsTheTenLatest) {
     CompletedHistory history(values);
     EXPECT_EQ(history.records().size(), 12);
     history.add(fullRecord());
-    history.add(fullRecord()); // once more, which takes no other's place
+    history.add(fullRecord()); // adding it again displaces no other record
     EXPECT_EQ(history.records().size(), 10);
     EXPECT_EQ(history.records().first(), fullRecord());
     EXPECT_EQ(history.records().last().id, "8");

@@ -45,7 +45,7 @@ TEST_F(DecisionsTest, ShowsWhatOnlyTheTerminalCanAnswer) {
     const QList<AgentOption> options{{"Yes", {}}};
     const EventBuilder parked = EventBuilder::parked("d2");
     const QString tooLong(1201, u'x');
-    // The event, whose hooks it lets go, and how many questions and which message are shown of it.
+    // The event, the decisions it releases, how many questions are shown, and which message.
     const std::tuple<EventBuilder, QStringList, qsizetype, std::optional<QString>> cases[] = {
         {notice, {}, 0, "Waiting"},
         {EventBuilder(Kind::permissionRequest), {}, 0, {}},
@@ -109,7 +109,7 @@ TEST_F(DecisionsTest, AsksHereOnlyWhereAnswersCanBeToldApart) {
         EXPECT_FALSE(isAskedHere({one, other}, {"Yes"}));
     }
     EXPECT_FALSE(isAskedHere({"Q"}, {QStringLiteral(" \u00A0\u3000")}));
-    // Nor where a single character is longer than any is shown.
+    // Nor with a character that is too long to be shown whole.
     EXPECT_FALSE(
         isAskedHere({QStringLiteral("👨🏽🏽🏽🏽\u200D").repeated(3) + "👨"}, {"Yes"}));
 }
@@ -165,7 +165,7 @@ TEST_F(DecisionsTest, CarriesADecisionBackAfterTheSessionHasMoved) {
         scheduler.advance(Seconds(5));
         store.decide("s", decision);
         EXPECT_EQ(take(resolved), QStringList{"d " + nameOf(decision)});
-        // Only to ask leaves it to the agent's terminal, where it still waits.
+        // After `ask` the request still waits, in the agent's terminal.
         const bool waits = decision.kind == AgentDecision::Kind::ask;
         EXPECT_EQ(session().state, waits ? SessionState::needsInput : SessionState::working);
         EXPECT_TRUE(session().acknowledged);

@@ -37,7 +37,7 @@ TEST(AggregateStatus, ShowsWhatCallsForAttentionBeforeWork) {
                            session("e", done, false, 3),       session("f", done, true, 92),
                            session("g", working, true, 4),     session("h", working, false, 5),
                            session("i", idle, true, 93)};
-    // Which of them there are, and what they come to since when.
+    // The sessions that exist, and their aggregate state with the second at which it began.
     const std::tuple<std::string, SessionState, std::optional<int>> cases[] = {
         {"abcdefghi", needsInput, 1},
         {"bcdefghi", failed, 2},

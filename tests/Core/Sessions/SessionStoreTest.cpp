@@ -8,7 +8,7 @@ using enum SessionState;
 
 class StoreTest : public StoreFixture {
 protected:
-    /// Brings a session into a state by way of one event, unless it is to be none.
+    /// Brings a session into a state by one event; without a state there is no session.
     void bringInto(std::optional<SessionState> state, const QString &id, const QString &cwd = {}) {
         constexpr std::array ways{Kind::toolUse, Kind::needsInput, Kind::turnEnd, Kind::turnFailed,
                                   Kind::sessionStart};
@@ -26,8 +26,8 @@ TEST_F(StoreTest, MovesThroughItsStates) {
     const auto agents = EventBuilder(Kind::turnEnd).background({"shell", "workflow"});
     const EventBuilder stop(Kind::subagentStop);
     const EventBuilder end(Kind::sessionEnd);
-    // Events, and what is after each from no session, and from one in each of the states below. A
-    // dash: nothing happens at all.
+    // Each event, with the state it leads to from no session and from each of the states below. A
+    // dash means that nothing happens at all.
     const std::tuple<const char *, EventBuilder, std::array<const char *, 6>> rows[] = {
         {"start", EventBuilder(Kind::sessionStart), always("idle")},
         {"prompt", EventBuilder(Kind::promptSubmit), always("working")},
@@ -198,7 +198,7 @@ TEST_F(StoreTest, ClearsSessionsThatHaveRestedLongEnough) {
     EXPECT_EQ(resolved, QStringList{"d ask"});
     scheduler.advance(Seconds(86'400));
     EXPECT_EQ(ids(store.sortedSessions()), "needsInputworking");
-    // Nobody knows how long, once the clock was set back.
+    // Once the clock was set back by more than the limit, nobody knows how long it has rested.
     apply(Kind::turnEnd);
     scheduler.setClock(Seconds(-100));
     scheduler.advance(Seconds(60));
@@ -247,7 +247,7 @@ TEST_F(StoreTest, NamesAFolderForItsSessionsAndItsRecord) {
     EXPECT_EQ(session().customName, std::nullopt);
 }
 
-/// Whoever asks, between whichever changes, is told what holds at that moment.
+/// Each query tells what holds at its moment, between any two changes.
 TEST_F(StoreTest, ListsWhatThereIsNow) {
     apply(EventBuilder(Kind::sessionStart).in("i"));
     EXPECT_EQ(ids(store.openSessions()), "i");

@@ -5,7 +5,7 @@ namespace {
 
 class TranscriptsTest : public StoreFixture {
 protected:
-    /// Of the latest record.
+    /// The summary of the latest record.
     auto summary() const { return store.completedHistory().first().summary; }
 
     auto readsAfter(Kind kind) {
@@ -23,14 +23,14 @@ TEST_F(TranscriptsTest, ReadsTranscriptsThatHaveSomethingNew) {
     apply(withTranscript(Kind::promptSubmit));
     apply(EventBuilder(Kind::toolUse).of(AgentKind::gemini));
     EXPECT_EQ(take(reads), QStringList());
-    // As long as no read has told the model, each tool may be the one to bring it.
+    // Until a read has told the model, each tool use starts another.
     apply(Kind::toolUse);
     EXPECT_EQ(take(reads), QStringList{"Claude Code /t.jsonl"});
     finishRead();
     apply(EventBuilder(Kind::toolUse).of(AgentKind::codex));
     EXPECT_EQ(take(reads), QStringList{"Codex /t.jsonl"});
     finishRead({"opus", {}, {}, {}, {}});
-    // From then on it is enough now and then, but for the end of a turn.
+    // After that only one now and then starts a read, but every end of a turn does.
     scheduler.advance(Seconds(15));
     EXPECT_EQ(readsAfter(Kind::toolUse), 0);
     scheduler.advance(Seconds(0.1));
@@ -42,7 +42,7 @@ TEST_F(TranscriptsTest, ReadsTranscriptsThatHaveSomethingNew) {
         EXPECT_EQ(readsAfter(end), 0);
         finishRead();
     }
-    // Nor does it wait for a clock that was set back.
+    // A clock that was set back delays no read.
     EXPECT_EQ(readsAfter(Kind::toolUse), 0);
     scheduler.setClock(Seconds(-60));
     EXPECT_EQ(readsAfter(Kind::toolUse), 1);
@@ -56,7 +56,7 @@ TEST_F(TranscriptsTest, ReadsOneTranscriptOfASessionAtATime) {
     apply(Kind::toolUse);
     apply(Kind::turnEnd);
     EXPECT_EQ(reads.size(), 0);
-    // The end of the turn has found a read that ran, which isn't one of a completion.
+    // The read was running when the turn ended, so it doesn't tell the last words of that turn.
     finishRead({"opus", "All done.", 5, {}, {}});
     EXPECT_EQ(session().model, "opus");
     EXPECT_EQ(summary(), std::nullopt);
@@ -97,7 +97,7 @@ TEST_F(TranscriptsTest, SumsUpAFinishedSessionByItsLastWords) {
     EXPECT_EQ(summary(), "All done.");
     EXPECT_EQ(historyChanges, 1);
 
-    // A read without words changes none, and a session that runs again has none yet.
+    // A read without last words leaves the summary, and a session that runs again has none yet.
     apply(Kind::promptSubmit);
     EXPECT_EQ(session().summary, std::nullopt);
     apply(Kind::turnEnd);
@@ -121,7 +121,7 @@ TEST_F(TranscriptsTest, SumsUpAFinishedSessionByItsLastWords) {
     EXPECT_EQ(summary(), "Moved.");
     EXPECT_EQ(store.completedHistory().first().id, "/r");
 
-    // Nor are they another session's, which has finished there since.
+    // The words don't go to another session's record, which has finished in that folder since.
     finish("first", "/p");
     scheduler.advance(Seconds(0.1));
     finish("second", "/p");
@@ -138,7 +138,7 @@ TEST_F(TranscriptsTest, WaitsALittleForLastWordsThatAreWrittenLate) {
     finishRead("All done.");
     EXPECT_EQ(session().summary, "All done.");
     EXPECT_EQ(summary(), "All done.");
-    // A read that still runs isn't doubled, and after two seconds no more is awaited.
+    // No read starts beside one that still runs, and none later than two seconds after the end.
     scheduler.advance(Seconds(2));
     EXPECT_EQ(take(reads).size(), 2);
     finishRead("All is done.");
@@ -146,7 +146,7 @@ TEST_F(TranscriptsTest, WaitsALittleForLastWordsThatAreWrittenLate) {
     EXPECT_EQ(reads.size(), 0);
     EXPECT_EQ(summary(), "All is done.");
 
-    // Neither once the next turn has begun, nor where the hook has told them.
+    // None starts once the next turn has begun, or when the hook has told the last words.
     apply(Kind::promptSubmit);
     apply(Kind::turnEnd);
     scheduler.advance(Seconds(0.1));
@@ -187,7 +187,7 @@ TEST_F(TranscriptsTest, EntersSessionsThatWereFoundOnDisk) {
     EXPECT_EQ(session().summary, "Asked for more.");
     EXPECT_EQ(session().model, "gpt-5");
     EXPECT_TRUE(store.completedHistory().isEmpty());
-    // A summary that has come meanwhile is newer, and the read hasn't counted as one of a turn's.
+    // That read doesn't count as one for progress, so a tool use starts the next at once.
     apply(EventBuilder(Kind::toolUse).in("s"));
     finishRead("Read late.");
     EXPECT_EQ(session("later").summary, "Read late.");

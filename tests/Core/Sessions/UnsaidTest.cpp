@@ -39,7 +39,7 @@ TEST_F(UnsaidTest, AnAnnouncementThatComesLateDoesNotHideItsOwnRequest) {
         tell(agent, "UserPromptSubmit", R"("prompt":"go")");
         tell(agent, "PermissionRequest", explained, "d");
         EXPECT_EQ(tell(agent, "PreToolUse", make), needsInput);
-        // Claude Code may have been answered in its terminal, where Codex doesn't ask meanwhile.
+        // Claude Code may have been answered in its terminal; Codex doesn't ask there meanwhile.
         EXPECT_EQ(tell(agent, "PreToolUse", another), agent == claude ? working : needsInput);
         tell(agent, "PermissionRequest", make, "e");
         store.decide("s", AgentDecision::allow());
@@ -78,7 +78,7 @@ TEST_F(UnsaidTest, ASubagentOfCodexAsksForItsSession) {
     EXPECT_FALSE(session().acknowledged);
     EXPECT_EQ(take(announced), QStringList{"done"});
 
-    // It has had its say: what ends later is no end of the session's own work.
+    // The subagent has ended, so a later SubagentStop doesn't end the session's own work.
     apply(EventBuilder(Kind::needsInput).of(codex));
     EXPECT_EQ(tell(codex, "SubagentStop", R"("agent_id":"b")"), needsInput);
     tell(codex, "Stop", R"("cwd":"/srv")");
@@ -91,7 +91,7 @@ TEST_F(UnsaidTest, ASubagentOfCodexAsksForItsSession) {
     EXPECT_EQ(tell(codex, "SubagentStop", R"("agent_id":"a")"), working);
     take(resolved);
 
-    // The session doesn't wait for it, and its own turn may end meanwhile.
+    // The session doesn't wait for its subagent: its own turn may end meanwhile.
     tell(codex, "UserPromptSubmit", R"("prompt":"go on","cwd":"/srv")");
     tell(codex, "PermissionRequest", ofSubagent, "e");
     EXPECT_EQ(tell(codex, "PreToolUse", R"("tool_name":"Read","cwd":"/srv")"), needsInput);
@@ -102,7 +102,7 @@ TEST_F(UnsaidTest, ASubagentOfCodexAsksForItsSession) {
     EXPECT_EQ(tell(codex, "SubagentStop", R"("agent_id":"a")"), done);
     EXPECT_EQ(store.completedHistory().first().summary, "Over.");
 
-    // It may be the first to speak.
+    // A subagent's request may be the first event of its session.
     apply(Kind::sessionEnd);
     tell(codex, "PermissionRequest", ofSubagent, "g");
     EXPECT_EQ(session().agent, codex);
@@ -112,7 +112,7 @@ TEST_F(UnsaidTest, ASubagentOfCodexAsksForItsSession) {
 TEST_F(UnsaidTest, WhatASubagentAsksElsewhereIsNotItsSessionsOwn) {
     const QByteArray place = R"(,"agent_id":"a","cwd":"/elsewhere","transcript_path":"/other")";
     tell(claude, "UserPromptSubmit", R"("prompt":"go","cwd":"/srv","transcript_path":"/t")");
-    // Where no hook waits for an answer, that it asks is seen all the same.
+    // A request is shown even if no hook waits for an answer.
     EXPECT_EQ(tell(claude, "PermissionRequest", make + place), needsInput);
     EXPECT_EQ(tell(claude, "PreToolUse", make + place), working);
     const QByteArray asking =
@@ -123,7 +123,7 @@ TEST_F(UnsaidTest, WhatASubagentAsksElsewhereIsNotItsSessionsOwn) {
     EXPECT_EQ(session().cwd, "/srv");
     EXPECT_EQ(session().transcriptPath, "/t");
     EXPECT_EQ(tell(claude, "PreToolUse", make + place), working);
-    // One that can be answered here outlives its session's turn.
+    // A question that can be answered here outlives its session's turn.
     const QByteArray single = QByteArray(asking).replace("true", "false");
     tell(claude, "PermissionRequest", single + place, "e");
     EXPECT_EQ(tell(claude, "Stop", R"("x":1)"), needsInput);
@@ -140,11 +140,11 @@ TEST_F(UnsaidTest, ASubagentThatWasAnsweredElsewhereGoesOn) {
         store.approvalExpired("d");
         EXPECT_EQ(tell(agent, "PreToolUse", another + R"(,"agent_id":"b")"), needsInput);
         EXPECT_EQ(tell(agent, "PreToolUse", make + ofA), working);
-        // As with the session's own, another call may have run beside the one that waits.
+        // As in the session itself, another call may have run beside the one that waits.
         tell(agent, "PermissionRequest", make + ofA, "e");
         EXPECT_EQ(tell(agent, "PreToolUse", another + ofA), agent == claude ? working : needsInput);
         EXPECT_TRUE(session().pendingApproval);
-        // With its end what it has asked is over.
+        // The end of a subagent ends its request.
         tell(agent, "PermissionRequest", make + ofA, "f");
         EXPECT_EQ(take(resolved), QStringList{"e ask"});
         EXPECT_EQ(tell(agent, "SubagentStop", R"("agent_id":"b")"), needsInput);
@@ -167,7 +167,7 @@ TEST_F(UnsaidTest, OnlyAnAgentThatListsItsSubagentsSaysWhenTheyAreOver) {
         store.approvalExpired("d");
         EXPECT_EQ(tell(agent, "Stop", R"("x":1)"), agent == claude ? done : needsInput);
         EXPECT_EQ(tell(agent, "SubagentStop", R"("agent_id":"a")"), done);
-        // Whether a turn runs isn't known of a session that is heard of first by its subagent.
+        // If a subagent's event is a session's first, nobody knows whether a turn is running.
         for (const Kind kind : {Kind::sessionStart, Kind::sessionEnd}) {
             apply(EventBuilder(kind).of(agent));
             tell(agent, "PermissionRequest", make + ofA, "e");
@@ -193,7 +193,7 @@ TEST_F(UnsaidTest, ASubagentThatGoesOnChangesNoEndOfItsSession) {
         EXPECT_EQ(tell(claude, "SubagentStop", R"("agent_id":"a")"), state);
         EXPECT_TRUE(session().acknowledged);
     }
-    // Nor is the end of one in the background an answer.
+    // The end of a background agent is no answer to the session's prompt.
     tell(claude, "Notification", R"("notification_type":"permission_prompt")");
     EXPECT_EQ(tell(claude, "Notification", R"("notification_type":"agent_completed")"), needsInput);
     EXPECT_EQ(tell(claude, "Notification", R"("notification_type":"idle_prompt")"), done);
@@ -222,29 +222,29 @@ TEST_F(UnsaidTest, WhoeverHasGivenWayToAnotherStillAsks) {
     EXPECT_EQ(tell(claude, "PreToolUse", make + ofA), working);
     EXPECT_EQ(tell(claude, "Stop", R"("x":1)"), done);
 
-    // Nobody asks once no agent is left.
+    // Without background agents nobody asks any more.
     askTwice(ofA);
     EXPECT_EQ(tell(claude, "Stop", R"("x":1)"), done);
     EXPECT_EQ(tell(claude, "Stop", pending), working);
-    // Nor once a person prompts, who has interrupted whoever did.
+    // Nor after a prompt by a person, who has interrupted whoever asked.
     askTwice(ofA);
     EXPECT_EQ(tell(claude, "UserPromptSubmit", R"("prompt":"rather this")"), working);
     EXPECT_EQ(tell(claude, "Stop", pending), working);
-    // What the session has given notice of goes on while a subagent is answered.
+    // The session's own prompt in its terminal stays open when a subagent is answered.
     tell(claude, "Notification", R"("notification_type":"permission_prompt")");
     tell(claude, "PermissionRequest", make + ofA, "e");
     store.decide("s", AgentDecision::allow());
     EXPECT_EQ(session().state, needsInput);
     EXPECT_EQ(tell(claude, "PreToolUse", make), working);
     take(resolved);
-    // The end of what one has asked leaves the other calling.
+    // When the request of one ends, the other still calls.
     askTwice(ofA);
     tell(claude, "PermissionRequest", QByteArray(make) + R"(,"agent_id":"b")", "f");
     store.approvalHungUp("f");
     EXPECT_EQ(session().state, needsInput);
     EXPECT_FALSE(session().acknowledged);
     tell(claude, "Stop", R"("x":1)");
-    // What is still pending keeps the session from its end.
+    // A background agent that is still pending keeps the session at work.
     tell(claude, "PermissionRequest", make + ofA, "f");
     EXPECT_EQ(tell(claude, "Stop", pending), needsInput);
     store.decide("s", AgentDecision::allow());
@@ -325,7 +325,7 @@ TEST_F(UnsaidTest, CodexSaysThatItsTurnWasInterrupted) {
     tell(codex, "UserPromptSubmit", R"("prompt":"go")");
     tell(codex, "PreToolUse", make);
     EXPECT_EQ(tell(codex, "Interrupt", R"("turn_id":"t")"), idle);
-    // Its hook that waits is ended before or after that.
+    // Its waiting hook is ended before or after the Interrupt event.
     tell(codex, "PermissionRequest", make, "d");
     tell(codex, "Interrupt", R"("turn_id":"t")");
     store.approvalHungUp("d");
@@ -359,7 +359,7 @@ TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
     }
     EXPECT_EQ(announced, QStringList{"failed"});
 
-    // What it asks in its terminal goes with the turn.
+    // The end of the turn ends its prompt in the terminal.
     tell(claude, "Notification",
          R"("notification_type":"permission_prompt","transcript_path":"/t")");
     scheduler.advance(Seconds(10));
@@ -374,7 +374,7 @@ TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
         finishRead({{}, {}, {}, {}, {}, Turn::interrupted, {}, session().atWorkSince - before});
         EXPECT_EQ(session().state, state);
     }
-    // So was one before the rest from which a teammate calls.
+    // So was one that was written before the idle session began to wait for a teammate.
     const Date interrupted = scheduler.now();
     scheduler.advance(Seconds(3));
     tell(claude, "Notification", R"("notification_type":"worker_permission_prompt")");
@@ -388,7 +388,7 @@ TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
     finishRead({{}, {}, {}, {}, {}, Turn::interrupted, {}, scheduler.now()});
     EXPECT_EQ(session().state, idle);
 
-    // Not while it asks, nor for an agent that would say so.
+    // No transcript is read while the agent asks, nor for one whose hooks tell every end.
     tell(codex, "PermissionRequest", make, "d");
     scheduler.advance(Seconds(120));
     EXPECT_TRUE(running.empty());

@@ -15,7 +15,7 @@ namespace {
 
 using nlohmann::json;
 
-/// What gives a property the value that it has in other settings.
+/// Makes a function that copies one property from some settings to others.
 constexpr auto taking = [](auto get, auto set) {
     return [=](const MorvaneSettings &from, MorvaneSettings &to) { (to.*set)((from.*get)()); };
 };
@@ -50,7 +50,7 @@ const auto &properties() {
 
 class SettingsTest : public DefaultsFixture {
 protected:
-    /// What every property is taken for where these values are stored.
+    /// The value that each property has when these values are stored.
     json takenFor(json values) {
         values["eventToken"] = "T";
         store(values);
@@ -111,7 +111,7 @@ TEST_F(SettingsTest, TakeNothingOfTheWrongType) {
     for (const QByteArray &noKey : noKeys.split('|')) {
         expectStandard(json{{"panelKey", noKey.toStdString()}});
     }
-    // Whatever can be chosen is there at the next start.
+    // Every key that can be chosen is read back at the next start, and no other.
     for (const char *symbol : {"G", "Keyboard Brightness Up", "\u202eG"}) {
         const HotKey key{.keyCode = 34, .symbol = symbol, .super = true};
         EXPECT_EQ(PanelKey::panelKey(PanelKey::rawValue(key)).has_value(), !PanelKey::fault(key));

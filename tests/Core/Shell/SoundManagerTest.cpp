@@ -36,7 +36,7 @@ protected:
 };
 
 TEST_F(SoundManagerTest, PlaysWhatTheSettingsWant) {
-    // Whether at all, when input is needed, when done, and at a limit.
+    // Whether sounds play at all, when input is needed, when done, and at a limit.
     const std::tuple<bool, bool, bool, bool, QStringList> cases[] = {
         {true, true, true, true, {"needs-input", "done", "needs-input", "chime"}},
         {true, true, false, false, {"needs-input"}},

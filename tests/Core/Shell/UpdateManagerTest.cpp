@@ -134,7 +134,7 @@ TEST_F(UpdateManagerTest, MakesNothingOfAFeedThatIsNoFriends) {
     https.answer(std::nullopt);
     EXPECT_EQ(updates.failure(), "Morvane's server can't be reached.");
 
-    // A path is the server's own business: what is kept here has a name of ours.
+    // The server may choose any path: the file that is kept here has a name of ours.
     EXPECT_EQ(phaseAfter(feed(R"("package":"../../..//etc/passwd",)")), Phase::offered);
     phaseAfter(feed(R"("notes":"<b>a</b>\r\n\u001b[2J\u202Egnp.exe\n)" +
                     QByteArray("\\n").repeated(300) + "z\","));

@@ -20,7 +20,7 @@ protected:
 };
 
 TEST_F(CodexUsageReaderTest, SaysWhyThereAreNoFiguresAndStartsAServerThatMayDoNothing) {
-    // The machine's own would be found first.
+    // A Codex that is installed on this machine would be found first.
     const bool isInstalled =
         QFileInfo("/usr/bin/codex").exists() || QFileInfo("/usr/local/bin/codex").exists();
     EXPECT_EQ(reason(), isInstalled ? "Codex isn't signed in" : "Codex isn't installed");

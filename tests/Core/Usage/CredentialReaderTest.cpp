@@ -67,7 +67,7 @@ TEST_F(CredentialReaderTest, ReadsAgainWhenTheTokenEndsWithinTwoMinutes) {
     EXPECT_EQ(read(), "second");
     EXPECT_EQ(reads, 1U);
     QFile::remove(home.path(file));
-    EXPECT_EQ(read(), "second"); // the poller sees that it has ended
+    EXPECT_EQ(read(), "second"); // the poller notices that it has expired
 }
 
 TEST_F(CredentialReaderTest, ReadsOnceForAllWhoAskMeanwhile) {
@@ -79,7 +79,7 @@ TEST_F(CredentialReaderTest, ReadsOnceForAllWhoAskMeanwhile) {
     pass(Seconds(0));
     EXPECT_EQ(answers, 3);
     scheduler.advance(Seconds(1e7));
-    EXPECT_EQ(read(), "token"); // which tells of no end
+    EXPECT_EQ(read(), "token"); // a token without an expiry date
     EXPECT_EQ(store.asked.size(), 1);
 }
 
@@ -96,7 +96,7 @@ TEST_F(CredentialReaderTest, AsksAStoreThatWithholdsOnceForEachTimeThePersonAllo
     EXPECT_EQ(read(), "of-file");
     QFile::remove(home.path(file));
     scheduler.advance(Seconds(2));
-    EXPECT_EQ(read(), "of-file"); // even one that has ended is better than none
+    EXPECT_EQ(read(), "of-file"); // even an expired one is better than none
     EXPECT_EQ(store.asked.size(), 2);
 }
 

@@ -24,12 +24,12 @@ TEST(UsageAlerts, TellEachThresholdOnceUntilTheWindowBeginsAnew) {
     EXPECT_EQ(next(0.8499), 0);
     EXPECT_EQ(next(0.85), 0.85);
     EXPECT_EQ(next(0.89), 0);
-    EXPECT_EQ(next(0.97), 0.95); // 0.90 is passed over for good
+    EXPECT_EQ(next(0.97), 0.95); // 0.90 is passed over
     EXPECT_EQ(next(0.92), 0);
     EXPECT_EQ(next(0.84), 0);
     EXPECT_EQ(next(0.92), 0.90);
     EXPECT_EQ(next(0.92, firstReset + Seconds(1)), 0.90);
-    EXPECT_EQ(next(0.92, std::nullopt), 0); // that tells of no reset
+    EXPECT_EQ(next(0.92, std::nullopt), 0); // a window without a date of its reset
 }
 
 TEST(UsageAlerts, TellTheHighestOfWhatIsReachedAtOnceAndSwallowTheRest) {

@@ -8,7 +8,7 @@
 
 namespace morvane {
 
-/// Gives the same answer to whoever asks, and counts them.
+/// Gives the same answer to every question, and records the questions.
 class FakeSecretStore : public SecretStore {
 public:
     Answer secret(const QString &service, Seconds limit) override {
@@ -20,7 +20,7 @@ public:
     QStringList asked;
 };
 
-/// A program that says what the test has it say, one piece after each thing that is said to it.
+/// A program that says the test's pieces, each once the one before has been replied to.
 class FakeDialogue : public ToolDialogue {
 public:
     End hold(const Tools::Command &command, const QByteArray &,

@@ -35,7 +35,7 @@ TEST(UsageFormat, ReadsWhatTheEndpointTells) {
     EXPECT_EQ(read(R"({"five_hour":{"utilization":"9","used_percentage":140},
                        "seven_day":{"utilization":-3}})"),
               (Percents{100, 0, -1}));
-    // Of the list the first that can be read, whatever stands beside it.
+    // The first limit of a large model that can be read counts, whatever stands beside the list.
     EXPECT_EQ(read(R"({"five_hour":{"utilization":1},"seven_day_opus":{"utilization":4},"limits":[
         {"kind":"weekly","scope":{"model":{"display_name":"Opus"}},"utilization":2},
         {"kind":"weekly_scoped","scope":null,"utilization":2},

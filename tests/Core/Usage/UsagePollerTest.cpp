@@ -47,7 +47,7 @@ protected:
 
     std::size_t requests() const { return https.requests.size(); }
 
-    /// After how long the next request leaves, told by how it fails.
+    /// The seconds until the next request leaves, in steps of ten.
     double wait() {
         const std::size_t before = requests();
         double seconds = 0;
@@ -118,7 +118,7 @@ TEST_F(UsagePollerTest, LeavesAServerAloneThatAsksForIt) {
     EXPECT_EQ(waitAfter("3000"), 3000);
     EXPECT_EQ(waitAfter("999999"), 86'400);
     EXPECT_EQ(waitAfter("nan"), 600);
-    // A timer that fires too early, by the clock.
+    // By the clock, the timer fires too early.
     reply(answer(429, {}, "3000"));
     scheduler.setClock(Seconds(-5));
     EXPECT_EQ(wait(), 3010);
@@ -159,7 +159,7 @@ TEST_F(UsagePollerTest, StopsAtALockedKeychainUntilThePersonTriesAgain) {
     EXPECT_TRUE(poller.keychainBlocked());
     pass(Seconds(1e6));
     EXPECT_EQ(secrets.asked.size(), 1);
-    // The status line still brings figures, but cures nothing.
+    // The status line still brings figures, but the keychain stays locked.
     poller.ingestLive(statusLine(R"("five_hour":{"used_percentage":5})"), claude);
     EXPECT_EQ(sessionPercent(), 5);
     EXPECT_EQ(reason(), locked);
@@ -189,11 +189,11 @@ TEST_F(UsagePollerTest, AsksNothingWhileStatusLinesBringTheFigures) {
     EXPECT_EQ(sessionPercent(), 42);
     EXPECT_FALSE(poller.usage()->weekly);
     EXPECT_TRUE(poller.usage()->fable);
-    // What is no status line of limits, or comes from elsewhere, changes nothing.
+    // A status line without limits, or of another agent, changes nothing.
     const auto before = poller.usage();
     poller.ingestLive(R"({"rate_limits":{}})", claude);
     poller.ingestLive(statusLine(R"("five_hour":{"used_percentage":1})"), codex);
-    // Nor does what a session that has long been at rest still shows.
+    // Nor do the old figures that a session long at rest still shows.
     const auto now = static_cast<qint64>(Seconds(scheduler.now().time_since_epoch()).count());
     const QByteArray over =
         R"(:{"used_percentage":99,"resets_at":)" + QByteArray::number(now) + '}';
@@ -226,7 +226,7 @@ TEST_F(UsagePollerTest, AStatusLineTellsNoLessOfAWindowThanIsKnown) {
     EXPECT_EQ(poller.usage()->fetchedAt, scheduler.now());
     EXPECT_EQ(poller.usage()->session, before->session);
     EXPECT_EQ(told, QList<int>({85}));
-    // But of one that has begun anew, and the endpoint may.
+    // A window that has begun anew may show less, and so may the endpoint.
     tell(2, 41, Seconds(2000));
     EXPECT_EQ(sessionPercent(), 2);
     reply(answer(200, body(1)));
