@@ -21,7 +21,7 @@ protected:
         attach();
         scheduler.advance(Seconds(1));
     }
-    /// As whoever presses the key for it.
+    /// Opens the panel as a press of its key does.
     void present() {
         presenter->presentPanelToKeys();
         window().widget().activateWindow();
@@ -33,7 +33,7 @@ protected:
         pane.tmux = "%1";
         apply(EventBuilder(Event::turnEnd).with(&HookEvent::pane, pane));
     }
-    /// Goes on with the reply to what has finished.
+    /// Opens the reply field of the finished session, and types at its end.
     InlineNameField *type(const QString &text) {
         shownIn<DecideButton>(*window().widget().findChild<ReplyStrip *>()).first()->click();
         auto *field = shownIn<InlineNameField>(window().widget()).first();
@@ -55,7 +55,7 @@ TEST_P(EachPresenterTest, OpensOnRequestForTenSeconds) {
     EXPECT_EQ(expansionsAfter(Seconds(9.9)), QList<bool>({true}));
     EXPECT_FALSE(isVisibleAfter(Seconds(0.5)));
     EXPECT_EQ(expansions, QList<bool>({true, false}));
-    // At once, also within the lock of the closing before.
+    // A request opens it at once, even within the lock after the last closing.
     presenter->presentPanel();
     EXPECT_TRUE(isVisible());
 }
@@ -65,7 +65,7 @@ TEST_P(EachPresenterTest, ClosesWhenThePointerHasGoneWhereNobodyTellsOfIt) {
     movePointer(onTab);
     scheduler.advance(Seconds(1));
     EXPECT_TRUE(presenter->isExpanded());
-    // XWayland goes on telling the place where it has lost sight of it.
+    // XWayland keeps telling the position at which it has lost the pointer.
     displays.isTold = false;
     movePointer(onTab);
     scheduler.advance(Seconds(1));
@@ -97,7 +97,7 @@ TEST_P(EachPresenterTest, LendsTheKeyboardToWhoeverOpensItByKey) {
     scheduler.advance(Seconds(2));
     EXPECT_FALSE(window().hasKeyboard);
 
-    // Whoever presses a key in it has it for as long as a field, wherever the pointer goes.
+    // A key press keeps the keyboard as long as a field would, wherever the pointer goes.
     present();
     QTest::keyClick(window().widget().windowHandle(), Qt::Key_Down);
     movePointer(onTab);
@@ -122,7 +122,7 @@ TEST_P(EachPresenterTest, LendsTheKeyboardToWhoeverOpensItByKey) {
     scheduler.advance(Seconds(1));
     EXPECT_FALSE(presenter->isExpanded());
 
-    // Nothing looks as if the keys went there when they are refused, the second time neither.
+    // When the keyboard is refused nothing looks focused, not even at the second attempt.
     present();
     QApplication::focusWidget()->clearFocus();
     window().canTakeKeyboard = false;
@@ -165,7 +165,7 @@ TEST_P(EachPresenterTest, ADismissalHoldsUntilSomethingNewHappens) {
     EXPECT_FALSE(isVisibleAfter(Seconds(0)));
     apply(GetParam() ? Event::promptSubmit : Event::turnFailed);
     EXPECT_TRUE(isVisibleAfter(Seconds(60)));
-    // Which then gives way to fullscreen programs as the setting says.
+    // The window gives way to fullscreen programs by the setting that was changed meanwhile.
     EXPECT_TRUE(window().hidesOverFullscreen);
     settings.setHideOverFullscreen(false);
     EXPECT_FALSE(window().hidesOverFullscreen);
@@ -191,7 +191,7 @@ TEST_P(EachPresenterTest, GoesWithAMenuThatWasLeftForAnotherProgramsWindow) {
     send(window().widget(), QEvent(QEvent::Leave));
     scheduler.advance(Seconds(2));
     EXPECT_FALSE(menu.isVisible());
-    // The last place that was told is on the panel, and the desktop says it has come back there.
+    // The desktop tells the last known position again, though the pointer isn't on the panel.
     movePointer(onTab);
     scheduler.advance(Seconds(1));
     EXPECT_FALSE(presenter->isExpanded());
@@ -226,7 +226,7 @@ TEST_P(EachPresenterTest, StaysOpenWhileItsMenuIs) {
     EXPECT_EQ(expansionsAfter(Seconds(9)), QList<bool>({true, false, true}));
     scheduler.advance(Seconds(2));
 
-    // What is left on screen for its menu alone goes with it.
+    // What is on screen only because of its menu goes with the menu.
     apply(Event::needsInput);
     scheduler.advance(Seconds(6));
     rightClick(onTab);
@@ -236,7 +236,7 @@ TEST_P(EachPresenterTest, StaysOpenWhileItsMenuIs) {
     menu.close();
     EXPECT_FALSE(isVisibleAfter(Seconds(1)));
 
-    // A menu that is open when the display goes finds nobody when it closes.
+    // A menu that outlives its presenter must not call it on closing.
     presenter->presentPanel();
     rightClick(onTab);
     presenter.reset();

@@ -95,7 +95,7 @@ protected:
         store.apply(EventBuilder(kind).in(sessionID));
     }
 
-    /// Lets everything that is only put off to the end of this turn happen.
+    /// Runs everything that is deferred to the end of this turn of the event loop.
     void settle() { scheduler.advance(Seconds(0)); }
 
     /// How many timers are started while this time passes.
@@ -126,7 +126,7 @@ protected:
         return result;
     }
 
-    /// Whether a screen reader comes to this as a text of a widget that is on show.
+    /// Whether a widget on show offers this to a screen reader as a text.
     static bool isReadOut(QWidget &parent, const QString &text) {
         return std::ranges::any_of(
             parent.findChildren<QWidget *>() << &parent, [&](QWidget *widget) {
@@ -136,7 +136,7 @@ protected:
             });
     }
 
-    /// With the width that a row has in the panel, and the height that it needs.
+    /// Shows a row with the width that it has in the panel, and the height that it needs.
     static void showLaidOut(QWidget &row) {
         activateLayouts(row);
         row.resize(572, row.layout()->totalHeightForWidth(572));

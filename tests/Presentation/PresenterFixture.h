@@ -35,7 +35,7 @@ protected:
         scheduler.advance(time);
         return isVisible();
     }
-    /// How it has opened and closed by then.
+    /// All openings (true) and closings (false) until then.
     QList<bool> expansionsAfter(Seconds time) {
         scheduler.advance(time);
         return expansions;

@@ -70,10 +70,10 @@ TEST_F(PresenterManagerTest, EachKindOfDisplayHasItsPresenterForAsLongAsItIsTher
     EXPECT_EQ(pointer.users, 1);
     apply(Event::promptSubmit);
     scheduler.advance(Seconds(1));
-    // On call only the display without a panel of its own keeps empty.
+    // The capsule of the external display comes only on call, so that display stays empty.
     EXPECT_EQ(shownOn(), QList<int>({1000, 0}));
 
-    // What changes its kind keeps its presenter; what has been away gets a new one.
+    // A display that changes its kind keeps its presenter; one that was away gets a new one.
     notched.topSafeAreaInset = 0;
     displays.setDisplays({notched});
     EXPECT_EQ(shownOnAfter(Seconds(1)), QList<int>());
@@ -87,7 +87,7 @@ TEST_F(PresenterManagerTest, EachKindOfDisplayHasItsPresenterForAsLongAsItIsTher
     EXPECT_EQ(pointer.users, 0);
     EXPECT_EQ(shown, QList<bool>({false, true}));
 
-    // It has the menu that all have.
+    // The new presenter has the menu that all have.
     send(overlays.alive.first()->widget(),
          QContextMenuEvent(QContextMenuEvent::Mouse, {}, {500, 5}));
     EXPECT_TRUE(menu.isVisible());
@@ -113,7 +113,7 @@ TEST_F(PresenterManagerTest, OpensUnderThePointerOrElseAnywhere) {
     displays.setPointer({500, 700});
     manager.presentPanel();
     EXPECT_EQ(shownOn().size(), 2);
-    // One of two that closes leaves the other.
+    // When one of two open panels closes, the other stays.
     displays.setDisplays({FakeDisplays::builtin(1, 0)});
     scheduler.advance(Seconds(1));
     EXPECT_EQ(expansions, QList<bool>({true, true, false}));

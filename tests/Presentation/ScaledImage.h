@@ -8,7 +8,7 @@
 
 namespace morvane {
 
-/// What painting puts on nothing, at so many device pixels to the point.
+/// Paints on a transparent image, with this ratio of device pixels to points.
 inline QImage scaledImage(QSize points, double ratio,
                           const std::function<void(QPainter &)> &painting) {
     QImage image(QSize(qCeil(points.width() * ratio), qCeil(points.height() * ratio)),
@@ -20,7 +20,7 @@ inline QImage scaledImage(QSize points, double ratio,
     return image;
 }
 
-/// A widget without what is behind it.
+/// A widget without the background behind it.
 inline QImage scaledImage(QWidget &widget, double ratio) {
     return scaledImage(widget.size(), ratio, [&](QPainter &painter) {
         widget.render(&painter, {}, {}, QWidget::DrawChildren);

@@ -26,7 +26,7 @@ TEST_F(FloatingPresenterTest, OnCallItComesForAMomentAndStaysWhileSomeoneIsAsked
     store.acknowledge("s");
     EXPECT_FALSE(isVisibleAfter(Seconds(0.2)));
 
-    // Who is sent away in that moment goes, though another is at work.
+    // A dismissal in that moment takes it away, though another session is at work.
     apply(Event::promptSubmit, "other");
     apply(Event::turnEnd);
     EXPECT_TRUE(isVisibleAfter(Seconds(0)));
@@ -73,7 +73,7 @@ TEST_F(FloatingPresenterTest, OpensUnderThePointerAndClosesAMomentAfterItHasLeft
     const int resizes = window().resizes;
     movePointer(onTab);
     EXPECT_EQ(expansions, QList<bool>({true}));
-    // Crossings that the change of shape brings about change nothing.
+    // Enter and leave events that the change of shape brings about change nothing.
     for (int step = 0; step < 40; ++step) {
         scheduler.advance(Seconds(0.02));
         movePointer(onTab);
@@ -109,7 +109,7 @@ TEST_F(FloatingPresenterTest, AShowDuringAHideEndsInFullSight) {
 
 TEST_F(FloatingPresenterTest, HangsFromTheTopOfTheWorkArea) {
     settings.setShowWhenIdle(true);
-    // On top of the screen's panel; only the capsule that is called goes to the right.
+    // Below the bar of the display; only the capsule on call goes to the right.
     for (const auto &[flavour, position, middle] :
          {std::tuple(Flavour::onCall, FloatingPosition::topCenter, 500),
           std::tuple(Flavour::onCall, FloatingPosition::topRight, 0),

@@ -17,7 +17,7 @@ TEST(MenuBarIcon, HasWholePixelsAtTheSizesOfPanels) {
     }
 }
 
-/// So that a person who doesn't see its colors can tell one from another.
+/// A person who doesn't see the colors must be able to tell the states apart.
 TEST(MenuBarIcon, TellsEveryStateByItsShapeAlone) {
     QList<QList<int>> shapes;
     for (const SessionState state : {SessionState::idle, SessionState::working, SessionState::done,
@@ -29,7 +29,7 @@ TEST(MenuBarIcon, TellsEveryStateByItsShapeAlone) {
             for (int pixel = 0; pixel < 22 * 22; ++pixel) {
                 differing += std::abs(shape[pixel] - other[pixel]) > 127;
             }
-            EXPECT_GE(differing, 25) << static_cast<int>(state); // of the hundred of a mark
+            EXPECT_GE(differing, 25) << static_cast<int>(state); // of the hundred pixels of a mark
         }
         shapes.append(shape);
     }

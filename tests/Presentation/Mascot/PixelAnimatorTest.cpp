@@ -65,7 +65,7 @@ TEST_F(PixelAnimatorTest, AFinishBlinksForAMomentAndThenRests) {
     EXPECT_EQ(shown.frame(), PixelArt::alienDone());
     EXPECT_EQ(ticksWithin(Seconds(2)), 0);
 
-    // A row that nobody looked at meanwhile.
+    // The row is hidden while it would blink.
     shown.setMode({SessionState::done}, scheduler.now());
     window.hide();
     EXPECT_EQ(ticksWithin(Seconds(4)), 0);
@@ -92,7 +92,7 @@ TEST_F(PixelAnimatorTest, TicksOnceForAllInStepAndOnlyWhileSomethingMovesInSight
         EXPECT_EQ(mascots.back()->frame(), first.frame()) << sample;
     }
 
-    // All but one have gone out of sight, and that one is gone: nothing ticks on.
+    // Once the only mascot in sight is gone, nothing ticks on.
     for (auto &each : mascots) {
         each->move(500, 500);
     }

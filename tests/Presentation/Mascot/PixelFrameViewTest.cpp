@@ -20,14 +20,14 @@ TEST(PixelFrameView, FillsItsPlaceAndIsItsOwnMirrorImage) {
         for (const double ratio : {1.0, 1.25, 1.5, 2.0}) {
             for (const int place : {0, 13}) {
                 SCOPED_TRACE(testing::Message() << pixelSize << ' ' << ratio << ' ' << place);
-                // Within a window whose other parts stay empty.
+                // The window around the view stays empty.
                 QWidget window;
                 auto *view = new PixelFrameView(pixelSize, &window);
                 view->setFrame(PixelArt::alienA(), Qt::red);
                 view->setGeometry(QRect(QPoint(place, place), view->sizeHint()));
                 window.resize(50, 50);
                 QImage image = scaledImage(window, ratio);
-                // Without the light of the gaps, which are all on one side of their cells.
+                // Clear the faint pixels of the gaps, which all lie on one side of their cells.
                 for (int pixel = 0; pixel < image.width() * image.height(); ++pixel) {
                     const QPoint at(pixel % image.width(), pixel / image.width());
                     if (image.pixelColor(at).alpha() < 250) {

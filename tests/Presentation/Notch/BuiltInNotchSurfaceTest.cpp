@@ -29,7 +29,7 @@ protected:
     BuiltInNotchSurface surface{context};
 };
 
-// A region has no part of a point, and leaves out the tips that are thinner.
+// A region consists of whole points, and leaves out the tips, which are thinner.
 constexpr int flare = 10;
 
 constexpr QRect compactRect(139, 0, 392, 32);
@@ -44,7 +44,7 @@ TEST_F(BuiltInNotchSurfaceTest, GrowsOutOfTheNotchAndBackAndThenRests) {
     EXPECT_GT(halfway.width(), 392);
     EXPECT_LT(halfway.width(), 550);
 
-    // Turned round, it goes on from there.
+    // A reversed animation goes on from where it was.
     surface.setMode(Mode::compact, Motion::animated);
     EXPECT_EQ(surface.visibleRect(), halfway);
     scheduler.advance(Seconds(1));

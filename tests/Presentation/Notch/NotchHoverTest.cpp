@@ -9,8 +9,8 @@ namespace {
 
 struct HoverCase {
     const char *what;
-    /// When something happens, in seconds, what it is, and what the machine then says: to open or
-    /// to close, after which time to look again, or nothing.
+    /// Each step is a time in seconds, what happens then, and the answer to it: open, close, the
+    /// seconds after which to poll again, or nothing.
     const char *steps;
     bool endsOpen;
 };

@@ -65,7 +65,7 @@ TEST_F(NotchPresenterTest, IsThereWhileThereIsSomethingToTell) {
     apply(Event::sessionEnd);
     EXPECT_FALSE(isVisibleAfter(Seconds(0)));
 
-    // The zone is there without a window, and what it opened goes with the pointer.
+    // The hover zone works without a window, and what it opened goes when the pointer leaves.
     movePointer(onTab);
     EXPECT_TRUE(isVisibleAfter(Seconds(0.7)));
     apply(Event::sessionStart);

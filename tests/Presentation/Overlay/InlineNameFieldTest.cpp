@@ -36,11 +36,11 @@ protected:
         EXPECT_TRUE(field.isNull());
     }
 
-    /// The one that asks where the panel can't.
+    /// The window that asks when keys can't reach the panel.
     static QWidget *window() { return windowTitled("Rename"); }
 
     QStringList outcomes;
-    // After these, since what is open in it is told of its end.
+    // Declared after the outcomes: a field that is still open reports its end to them.
     KeyablePanel panel;
     FakeOverlayWindow overlay{panel, overlays.alive};
     QPointer<InlineNameField> field;
@@ -62,7 +62,7 @@ TEST_F(InlineNameFieldTest, ReturnCommitsWhatIsTypedOverTheSelectedName) {
     QTest::keyClick(field, Qt::Key_Return);
     EXPECT_EQ(outcomes, QStringList({"commit new"}));
     expectGone();
-    // A clock that is set back by an hour has no field count for an hour.
+    // After the clock is set back by an hour, a field doesn't stay active for that hour.
     open();
     scheduler.setClock(Seconds(-3600));
     EXPECT_FALSE(editing.isActive(scheduler.now()));
@@ -96,7 +96,7 @@ TEST_F(InlineNameFieldTest, APanelThatGoesAwayCommitsNothing) {
     panel.hide();
     EXPECT_EQ(outcomes, QStringList({"cancel"}));
     expectGone();
-    // It may also be gone before the field's turn has come.
+    // A field may also go before it has taken the focus.
     panel.show();
     delete new InlineNameField({"", ""}, context, &panel);
     settle();
@@ -126,7 +126,7 @@ TEST_F(InlineNameFieldTest, AsksInAWindowOfItsOwnWhereKeysCantReachThePanel) {
         EXPECT_EQ(editing.rest(scheduler.now()), InlineEditing::lease);
         answer(window());
         EXPECT_FALSE(window()->isVisible());
-        // What comes too late changes nothing.
+        // A second answer changes nothing.
         window()->close();
         QCoreApplication::processEvents();
         EXPECT_EQ(outcomes, QStringList({outcome}));
@@ -172,7 +172,7 @@ TEST_F(InlineNameFieldTest, WhatAnInputMethodHasNotEndedCountsAsTyped) {
     QTest::keyClick(field, Qt::Key_Escape);
     EXPECT_EQ(field->typedText(), "");
 
-    // Moved away from, it is gone from the line, though not every input method says so.
+    // When the cursor moves, the preedit text is gone, though not every input method says so.
     open().deselect();
     send(*field, QInputMethodEvent("え", {}));
     EXPECT_EQ(field->typedText(), "old nameえ");

@@ -74,7 +74,7 @@ TEST_F(DecisionRowTest, AsksOneQuestionAfterTheOther) {
     EXPECT_EQ(decisions, QList<AgentDecision>(
                              {AgentDecision::answer({{"First?", "No"}, {"Second?", "Yes"}})}));
 
-    // Whatever does more than to ask is named, with or without anything else to tell of it.
+    // A tool that does more than ask is named, whether or not there is more to show of its call.
     const EventBuilder bare = EventBuilder::parked("e").asking({"Sure?"}).given("{}");
     show(bare.tool("mcp__forms__publish"));
     EXPECT_TRUE(contents(row).contains("Any answer also lets mcp__forms__publish run."));
@@ -127,7 +127,7 @@ TEST_F(DecisionRowTest, TakesAPressOnlyForWhatHasStoodLongEnoughToBeRead) {
     EXPECT_TRUE(decisions.isEmpty());
     EXPECT_TRUE(pressable(Seconds(0.2)));
 
-    // Another call, another input of the same call, another place, a part that comes to light.
+    // Another input, another place, and a part that was covered must all be read anew.
     show(EventBuilder::parked("d").given(R"({"command":"rm -rf ~"})"));
     EXPECT_TRUE(takesTime());
     moveTo(0, 20);
@@ -139,7 +139,7 @@ TEST_F(DecisionRowTest, TakesAPressOnlyForWhatHasStoodLongEnoughToBeRead) {
     EXPECT_TRUE(decisions.isEmpty());
     EXPECT_FALSE(pressable(Seconds(0.65)));
 
-    // A finger that has been down since before.
+    // The press began before the input changed.
     row.findChild<ApprovalStrip *>()->clearMask();
     EXPECT_TRUE(pressable(Seconds(0.85)));
     QTest::mousePress(deny, Qt::LeftButton);
@@ -195,7 +195,7 @@ TEST_F(DecisionRowTest, ShowsAllOfACallOrSaysWhatIsMissing) {
     scheduler.advance(Seconds(0.5));
     EXPECT_FALSE(shownIn<DecideButton>(row).first()->isEnabled());
 
-    // No longer than it may be, and scrolled; another call begins with its line.
+    // A long input keeps to its limit and scrolls; another call starts with its one line again.
     show(call.given(R"({"command":")" + std::string(60'000, 'x') + R"("})"));
     shownIn<DecideButton>(row).first()->click();
     show();

@@ -115,12 +115,12 @@ TEST_F(ExpandedRecordsTest, AReplyIsWhatIsTypedAndNothingElse) {
     EXPECT_FALSE(says("sent"));
     tellOutcome(true);
     EXPECT_TRUE(says("sent"));
-    // Which is told of this end, and not of the next.
+    // The outcome is shown for this end of a turn, and not for the next.
     scheduler.advance(Seconds(1));
     finishInPane();
     EXPECT_FALSE(says("sent"));
 
-    // What could not be sent needn't be typed again, on whichever display.
+    // A text that could not be sent is kept, on every display.
     ExpandedView other(contextWithDigits, nullptr);
     other.refresh();
     other.resize(other.sizeHint());
@@ -184,7 +184,7 @@ TEST_F(ExpandedRecordsTest, AnAgeStaysTrueWithOneTimerWhileItIsOnScreen) {
     view.hide();
     const int ofTheStore = ticksWithin(Seconds(300));
     view.show();
-    // And the time to read them in, for digits and clicks: the first has come into the archive.
+    // The 2 are the delays before digits and clicks, since the first has moved to the archive.
     EXPECT_EQ(ticksWithin(Seconds(300)), ofTheStore + 10 + 2);
 }
 

@@ -64,7 +64,7 @@ protected:
     }
     bool showsText(const QString &text) const { return textsIn<TextLabel>(view).contains(text); }
 
-    /// By so many pixels, and by so many notches of the wheel.
+    /// Scrolls by pixels, and by notches of the wheel.
     void scroll(int pixels, double notches) {
         send(view, QWheelEvent({200, 100}, view.mapToGlobal(QPointF(200, 100)), {0, pixels},
                                {0, qRound(120 * notches)}, {}, {}, {}, false));

@@ -42,7 +42,7 @@ TEST_F(ExpandedViewTest, RowsComeAndGoInMotionAndThenOnlyTheMascotsTick) {
     apply(Event::promptSubmit, "a");
     refresh();
     view.show();
-    // An opening moves as a whole.
+    // A panel that opens moves as a whole; its rows don't fade in.
     EXPECT_FALSE(isFaded(rows()[0]));
     EXPECT_LE(ticksWithin(Seconds(1)), 4);
 
@@ -53,7 +53,7 @@ TEST_F(ExpandedViewTest, RowsComeAndGoInMotionAndThenOnlyTheMascotsTick) {
     EXPECT_EQ(rows()[0]->y(), -6);
     EXPECT_EQ(rows()[1]->y(), 0);
     scheduler.advance(Seconds(0.1));
-    // What happens in between and moves nothing doesn't stop it.
+    // An update that moves no row doesn't stop the motion.
     apply(EventBuilder(Event::toolUse).in("b").tool("Edit"));
     refresh();
     EXPECT_TRUE(isFaded(rows()[0]));
@@ -86,7 +86,7 @@ TEST_F(ExpandedViewTest, ALongListMakesItsRowsAsTheyComeIntoSight) {
     EXPECT_EQ(rows().size(), 200);
     EXPECT_EQ(rows().last()->visibleRegion().boundingRect().height(), rows().last()->height());
 
-    // A reader is told of all of them, in their order on the screen.
+    // A screen reader gets all rows, in their order on the screen.
     scroll(0, 400);
     QAccessible::setActive(true);
     scheduler.advance(Seconds(1));
@@ -121,7 +121,7 @@ TEST_F(ExpandedViewTest, ARenameKeepsItsPlaceAndItsRow) {
     EXPECT_EQ(place(field), before);
     EXPECT_EQ(field->text(), "typed");
 
-    // What is typed on goes nowhere else, whatever becomes of the session.
+    // What is typed next stays in this field, whatever becomes of the session.
     apply(EventBuilder::parked("d").in("17"));
     refresh();
     apply(Event::sessionEnd, "17");
@@ -172,7 +172,7 @@ TEST_F(ExpandedViewTest, GoesToWhoeverBeginsToWaitButNotUnderAHandThatIsBusy) {
     scrollAway();
     ask();
     EXPECT_TRUE(isCallInSight());
-    // Where the person scrolls from there is their own affair.
+    // From there the person may scroll away.
     scrollAway();
     EXPECT_FALSE(isCallInSight());
     store.decide("0", AgentDecision::allow());
@@ -202,7 +202,7 @@ TEST_F(ExpandedViewTest, APromptIsReadWithTheNameOfItsSession) {
     apply(EventBuilder::parked("d"));
     view.setContentHeightBudget(400);
     refresh();
-    // By a wheel that doesn't count in notches.
+    // The wheel tells pixels, and no notches.
     scroll(-13, 0);
     scheduler.advance(Seconds(3));
     EXPECT_FALSE(shownIn<DecideButton>(view).first()->isEnabled());

@@ -54,7 +54,7 @@ TEST_F(PanelKeyboardTest, BeginsAtTheSessionThatWaitsAndGoesThroughAllThatCanBeP
     view.takeFocus();
     const QString first = store.sessionAwaitingDecision()->id;
     EXPECT_EQ(focus(), "row " + first);
-    // What can't be pressed yet is no stop.
+    // Tab skips a button that can't be pressed yet.
     EXPECT_NE(focusAfter({Qt::Key_Tab, Qt::Key_Tab}), "Deny Bash in " + first);
     scheduler.advance(Seconds(0.8));
     view.takeFocus();
@@ -65,7 +65,7 @@ TEST_F(PanelKeyboardTest, BeginsAtTheSessionThatWaitsAndGoesThroughAllThatCanBeP
     EXPECT_EQ(focusAfter({Qt::Key_Down}), first == "b" ? "row c" : "row b");
     EXPECT_EQ(focusAfter({Qt::Key_Up}), "Deny Bash in " + first);
     EXPECT_EQ(focusAfter({Qt::Key_Up, Qt::Key_Up, Qt::Key_Left}), "row " + first);
-    // The terminal that it leads to gets nothing of a key that is held.
+    // The row acts on the release, so that its terminal gets nothing of a held key.
     QTest::keyPress(view.windowHandle(), Qt::Key_Return);
     EXPECT_EQ(selected, QStringList());
     QTest::keyRelease(view.windowHandle(), Qt::Key_Return);
@@ -82,7 +82,7 @@ TEST_F(PanelKeyboardTest, AnswersOnlyWhatHasBeenReadAndStaysInTheRow) {
     scheduler.advance(Seconds(0.8));
     view.takeFocus();
     ASSERT_EQ(focusAfter({Qt::Key_Down, Qt::Key_Right}), "Allow Bash in a");
-    // Another call in its place takes the button from under the finger.
+    // When another call takes its place, the focus leaves the button.
     apply(EventBuilder::parked("e").at("/a").given(R"({"command":"rm"})"));
     refresh();
     EXPECT_EQ(focusAfter({Qt::Key_Return}), "row s");
@@ -102,7 +102,7 @@ TEST_F(PanelKeyboardTest, AnswersOnlyWhatHasBeenReadAndStaysInTheRow) {
     EXPECT_EQ(sent.size(), 3);
 }
 
-// And not on "Always allow" in the row above.
+// The focus must not go to "Always allow" in the row above.
 TEST_F(PanelKeyboardTest, StaysInTheRowWhenWhatItIsOnGoes) {
     const auto below = EventBuilder::parked("d").in("a").at("/a");
     const std::tuple<QString, HookEvent, std::function<void()>> cases[] = {
@@ -146,7 +146,7 @@ TEST_F(PanelKeyboardTest, ReadsTheWholeOfACall) {
     press({Qt::Key_Return});
     refresh();
     ASSERT_EQ(focus(), "input");
-    // Down to its end, and on from there.
+    // The keys scroll the input to its end before they leave it.
     EXPECT_EQ(focusAfter({Qt::Key_PageDown}), "input");
     press({Qt::Key_End});
     scheduler.advance(Seconds(0.8));
@@ -210,7 +210,7 @@ TEST_F(PanelKeyboardTest, GoesOnAtTheNextRowThatStays) {
     }
     refresh();
     EXPECT_EQ(focus(), QString("row ") + shown[3]);
-    // Where none follows, the one before has the keys.
+    // Where no row follows, the one before gets the focus.
     press({Qt::Key_Down, Qt::Key_Down});
     apply(Event::sessionEnd, shown[5]);
     refresh();

@@ -29,7 +29,7 @@ protected:
         scheduler.advance(Seconds(0.85));
     }
 
-    /// The texts on show, and the buttons with their widths, which a digit takes part of.
+    /// The texts on show, and the buttons with their widths, to which a digit adds.
     static QStringList contents(const SessionRow &row) {
         QStringList result = textsIn<QLabel>(row);
         result.removeAll(QString());

@@ -77,7 +77,7 @@ TEST_F(SessionRowTest, ThePencilTurnsTheNameIntoAFieldThatOutlivesAnUpdate) {
     apply(EventBuilder(Event::toolUse).tool("Edit"));
     store.renameCwd("/srv/folder", QString("elsewhere"));
     show();
-    // The name is for the folder that it was begun for.
+    // The name goes to the folder for which the field was opened.
     show(EventBuilder(Event::toolUse).at("/srv/folder/deeper"));
     EXPECT_EQ(fieldIn(row)->text(), "mine");
     QTest::keyClick(fieldIn(row), Qt::Key_Return);
@@ -94,7 +94,7 @@ TEST_F(SessionRowTest, ThePencilTurnsTheNameIntoAFieldThatOutlivesAnUpdate) {
     QTest::mouseClick(&row, Qt::LeftButton, {}, QPoint(300, 35));
     EXPECT_EQ(selected.size(), 1);
 
-    // Which commits a long name as it was.
+    // Such a click commits a long name unchanged.
     const QString name(500, 'n');
     store.renameCwd("/srv/folder/deeper", name);
     show();

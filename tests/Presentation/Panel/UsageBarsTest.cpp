@@ -84,7 +84,7 @@ TEST_F(UsageBarsTest, ATabIsThereWhileItHasSomethingToShow) {
     shownIn<RefreshButton>(bars()).first()->click();
     EXPECT_EQ(refreshes, 1);
 
-    // What has been chosen comes back with its data.
+    // A tab that was chosen comes back with its data.
     usage.poller().setEnabled(false);
     EXPECT_EQ(bars().current(), Tab::sessions);
     usage.poll(claude(42, 7, 3), codex());
@@ -161,7 +161,7 @@ TEST_F(UsageBarsTest, TellsHowFullTheContextsAreAndScrollsWhenThereAreMany) {
     }
     view.setContentHeightBudget(820);
     const auto *footer = view.findChild<UsageBars *>();
-    // The room is that of the question, while there is one.
+    // While a session asks, the list in the footer gets a sixth of the height, else a third.
     for (const int share : {3, 6}) {
         view.refresh();
         view.resize(view.sizeHint());

@@ -32,7 +32,7 @@ QColor over(const QColor &top, const QColor &ground) {
                             mix(top.blueF(), ground.blueF()));
 }
 
-/// What lies below the panel's texts, over the brightest and the darkest that can shine through.
+/// The grounds of the panel's texts, with black and with white shining through where it can.
 QList<QColor> panelGrounds() {
     return {over(Colors::capsuleFill, Qt::black), over(Colors::capsuleFill, Qt::white),
             Colors::notchFill};

@@ -42,7 +42,7 @@ TEST(TextLabel, EachLineReadsInTheDirectionOfItsParagraphAndBeginsAtTheLeft) {
     const QFontMetrics metrics(Typography::text(12));
     const int width = metrics.horizontalAdvance(question) + 2;
     ASSERT_LT(metrics.horizontalAdvance(command), width);
-    // A mark that can't be seen has a line of its own read from the right.
+    // After an invisible mark, a line of its own is read from the right.
     const QImage fromRight = bottomLine(u'\u200f' + command, width);
     const QImage fromLeft = bottomLine(command, width);
     EXPECT_NE(fromRight, fromLeft);
