@@ -44,7 +44,7 @@ TEST_F(AppControllerTest, TakesTheLimitsFromAStatusLineAndTellsAMilestoneToWhome
 }
 
 TEST_F(AppControllerTest, MovesToAFreePortAndTellsEverybodyWhoNeedsIt) {
-    // All but the last that are tried.
+    // All ports that are tried are taken, but the last.
     auto blockers = takenPorts(21);
     while (!blockers.back()->isListening()) {
         blockers = takenPorts(21);
@@ -74,7 +74,7 @@ TEST_F(AppControllerTest, GoesOnWithoutAServerAndSaysWhy) {
     EXPECT_EQ(connections.lastError(), "Event server failed to start: Address already in use");
     EXPECT_EQ(settings.port(), first);
     EXPECT_EQ(read(".morvane/hook.sh"), "");
-    // Which stays true, whatever else succeeds.
+    // The failure stays on show, whatever else succeeds.
     connections.installHooks(claude);
     EXPECT_EQ(connections.notice(), "Event server failed to start: Address already in use");
 }
@@ -100,7 +100,7 @@ TEST_F(AppControllerTest, ShowsWhatRanBeforeItStartedInSilence) {
     EXPECT_EQ(heard.size(), 1U);
 }
 
-// The search for sessions, which the pool is at until its end, asks for processes.
+// The search for sessions, which may run until the pool ends, uses the processes.
 TEST_F(AppControllerTest, WhatThePoolCallsOutlivesIt) {
     const void *const processes = &platform.processes;
     const void *const pool = &platform.background;
@@ -127,7 +127,7 @@ TEST_F(AppControllerTest, RemovesEverythingButWhatIsPeoplesOwnAndReports) {
     EXPECT_FALSE(QFile::exists(home.path(".morvane")));
     EXPECT_FALSE(platform.loginItem->isEnabled());
 
-    // What can't be told to be without a hook of ours, and what wouldn't go.
+    // Files that may hold hooks of ours, and others that can't be removed.
     home.makeReadOnly(".qwen/settings.json", false);
     home.writeEarlier(".claude/settings.json",
                       R"({"hooks":{"Stop":[{"command":"~/.morvane/hook.sh"}]})");
@@ -146,7 +146,7 @@ TEST_F(AppControllerTest, RemovesEverythingButWhatIsPeoplesOwnAndReports) {
                   "removed: Is a directory\n• " + kept.arg("Kimi CLI", ".kimi/config.toml") +
                   "understood\n• Qwen Code hooks\n• " +
                   "⚠︎ could not remove preferences and session history");
-    // What is left where there is no connection.
+    // A remainder of ours is removed without a connection, too.
     QDir(home.path("config/test.json")).removeRecursively();
     home.write(".claude/settings.json", R"({"statusLine":{"command":"/.morvane/statusline.sh"}})");
     EXPECT_TRUE(controller.removeEverything().startsWith("Claude Code hooks\n"));
@@ -197,12 +197,12 @@ TEST_F(AppControllerTest, TypesAReplyOnlyIntoASessionThatIsStillAtItsEnd) {
         }
     };
     typeAll();
-    // What asks for a permission by now would take the text's end for a yes.
+    // An agent that asks for a permission by now would take the final Return for a yes.
     store.apply(EventBuilder(CanonicalEvent::needsInput));
     controller.reply(finished, "go on", told);
     EXPECT_EQ(tools.running(), 0u);
     EXPECT_EQ(outcomes, QList<bool>({true, false}));
-    // Stopped, for another one that was started in the same pane.
+    // The session was stopped, and another one was started in the same pane.
     store.apply(end);
     controller.reply(finished, "go on", told);
     EXPECT_EQ(tools.running(), 1u);
@@ -270,13 +270,13 @@ TEST_F(AppControllerTest, TheCapsuleStandsInForATrayUntilOneComesAndAgainOnceItH
     EXPECT_TRUE(isOverlayShown());
     EXPECT_FALSE(isShownBeside(true));
     EXPECT_TRUE(isShownBeside(false));
-    // A desktop whose panel is restarted.
+    // The desktop's panel restarts, and the tray is gone for a moment.
     EXPECT_FALSE(isShownBeside(true));
     statusItemHost().setPresent(false);
     scheduler.advance(Seconds(0.5));
     EXPECT_FALSE(isShownBeside(true));
     EXPECT_TRUE(isShownBeside(false));
-    // A newcomer is told to look for it, too, who doesn't want the icon.
+    // A newcomer who has turned the icon off is told to look for the capsule, too.
     statusItemHost().setPresent(true);
     settings.setShowMenuBarIcon(false);
     EXPECT_TRUE(isOverlayShown());

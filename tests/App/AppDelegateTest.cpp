@@ -23,17 +23,17 @@ TEST_F(AppDelegateTest, WelcomesOnceWhateverBecomesOfTheWelcome) {
     ASSERT_NE(welcome, nullptr);
     EXPECT_TRUE(welcome->isVisible());
     EXPECT_FALSE(welcome->windowHandle()->property("_q_showWithoutActivating").toBool());
-    // Also for whoever quits now.
+    // This counts even for a person who quits now.
     EXPECT_TRUE(isStored("hasCompletedFirstRun"));
     scheduler.advance(Seconds(4000));
     EXPECT_FALSE(settings.knownAgents());
 
     statusItemHost().setPresent(true);
-    // Above the welcome while that is there, and an ordinary window from then on.
+    // The settings are above the welcome while that is open, and an ordinary window afterwards.
     delegate.applicationShouldHandleReopen();
     const QWidget *asked = windowTitled("Morvane Settings");
     EXPECT_TRUE(asked->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
-    // One that came up again would take the keyboard, and leave its desktop for the one in front.
+    // If it were shown again, it would take the keyboard, and move to the current desktop.
     const QSignalSpy reappearances(asked->windowHandle(), &QWindow::visibleChanged);
     // A window manager may ask twice before the window is gone.
     send(*windowTitled("Welcome to Morvane")->windowHandle(), QCloseEvent());
@@ -55,12 +55,12 @@ TEST_F(AppDelegateTest, OffersNewAgentsButNotOverAnOffer) {
     home.write(".claude/settings.json", "{}");
     home.write(".gemini/settings.json", "{}");
     scheduler.advance(Seconds(1801));
-    // Nobody has asked for it, and the keys stay where they are.
+    // Nobody has asked for this window, so it doesn't take the keyboard.
     window = windowTitled(title);
     ASSERT_NE(window, nullptr);
     EXPECT_TRUE(window->windowHandle()->property("_q_showWithoutActivating").toBool());
     EXPECT_TRUE(reads("Claude Code and Gemini CLI have been installed since"));
-    // Where the desktop brings the keys to each new window, they press nothing in this one.
+    // If the desktop focuses every new window, a key still presses nothing in this one.
     window->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(window));
     QTest::keyClick(window->windowHandle(), Qt::Key_Space);
@@ -91,7 +91,7 @@ TEST_F(AppDelegateTest, ShowsItsSettingsWhenStartedAgainAndThePanelWhereNoIconLe
     EXPECT_EQ(windowTitled(title)->size(), QSize(700, 500));
     EXPECT_TRUE(isOverlayShown());
     EXPECT_GE(overlay().geometry.width(), 520);
-    // Which may cover the very button that is looked for.
+    // The panel may cover the very button that the person wants, so a click closes it.
     QTest::mouseClick(windowTitled(title)->windowHandle(), Qt::LeftButton);
     scheduler.advance(Seconds(1));
     EXPECT_LT(overlay().geometry.width(), 520);
@@ -103,7 +103,7 @@ TEST_F(AppDelegateTest, StartsWithoutAScreen) {
     delegate.applicationDidFinishLaunching();
     delegate.applicationShouldHandleReopen();
     EXPECT_EQ(windowTitled("Welcome to Morvane"), nullptr);
-    // There is a welcome to come, when there is a screen.
+    // The welcome is still to come, once there is a screen.
     EXPECT_FALSE(settings.hasCompletedFirstRun());
 }
 

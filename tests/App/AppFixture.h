@@ -31,7 +31,7 @@ protected:
     }
 
     QByteArray read(const char *path) const { return home.read(QLatin1String(path)); }
-    /// What the next start would find.
+    /// Whether the next start would find this key.
     bool isStored(const char *key) {
         defaults.flush();
         return Defaults(home.path("config"), "test").contains(QLatin1String(key));
@@ -40,7 +40,7 @@ protected:
     FakeStatusItemHost &statusItemHost() {
         return static_cast<FakeStatusItemHost &>(*platform.statusItemHost);
     }
-    /// Of the capsule and its panel.
+    /// The window of the capsule and its panel.
     FakeOverlayWindow &overlay() {
         return *static_cast<FakeOverlayWindows &>(*platform.overlays).alive.first();
     }

@@ -58,7 +58,7 @@ TEST_F(ApprovalsTest, ReleasesWhoeverWaitsWhenApprovalsEnd) {
     controller.setApprovalsEnabled(true);
     EXPECT_TRUE(read(".claude/settings.json").contains("PermissionRequest decide"));
 
-    // One that was on its way by then.
+    // A request that was under way when approvals were turned off.
     scheduler.runPosted();
     HttpClient late(port);
     late.send(permissionRequest());
@@ -116,7 +116,7 @@ TEST_F(ApprovalsTest, ADigitAnswersThePromptOrOpensTheRecordThatCouldBeRead) {
     scheduler.advance(Seconds(0.6));
     press("1");
     scheduler.advance(Seconds(0.2));
-    press("5"); // which nothing has
+    press("5"); // no row has this digit
     EXPECT_TRUE(store.sessions().contains("over"));
     press("1");
     EXPECT_FALSE(store.sessions().contains("over"));

@@ -49,7 +49,7 @@ TEST_F(PanelKeysTest, HoldsEscAndTheDigitsOnlyWhileAPanelIsOpen) {
     EXPECT_EQ(hotKeys.held(), "G12345Esc");
     EXPECT_EQ(press("Esc"), "collapse");
     EXPECT_EQ(hotKeys.held(), "G");
-    // A panel that never opened, to anybody's knowledge.
+    // A panel closes whose opening was never told.
     keys->panelExpanded(false);
     keys->panelExpanded(true);
     EXPECT_EQ(hotKeys.held(), "G12345Esc");
@@ -67,7 +67,7 @@ TEST_F(PanelKeysTest, LeavesEscToAFieldThatSomebodyTypesIn) {
     EXPECT_EQ(hotKeys.held(), "G12345");
     editing.end();
     EXPECT_EQ(hotKeys.held(), "G12345Esc");
-    // Nor is it kept from the panel for a field that is forgotten, until somebody comes back to it.
+    // A forgotten field gives Esc back to the panel until somebody comes back to the field.
     editing.begin(scheduler.now());
     scheduler.advance(Seconds(121));
     EXPECT_EQ(hotKeys.held(), "G12345Esc");
@@ -99,7 +99,7 @@ TEST_F(PanelKeysTest, GivesTheOldKeyBackForAnother) {
     keys->panelExpanded(true);
     hotKeys.press("G");
     keys->setPanelKey(other);
-    // What was pressed before is no press of the new one.
+    // A press of the old key does not count for the new one.
     scheduler.runPosted();
     EXPECT_EQ(done, "");
     EXPECT_EQ(hotKeys.held(), "12345EscK");
@@ -120,7 +120,7 @@ TEST_F(PanelKeysTest, TellsWhichKeysAreSomebodyElses) {
     EXPECT_TRUE(shortcuts.areWorking());
     hotKeys.setTaken({"3"});
     EXPECT_FALSE(shortcuts.areWorking());
-    // A digit that no row names belongs to whoever is in front.
+    // Digits that no row shows are left to the program in front.
     EXPECT_EQ(hotKeys.held(), "GEsc");
     keys->retry();
     EXPECT_EQ(hotKeys.held(), "GEsc");

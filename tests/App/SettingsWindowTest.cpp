@@ -22,7 +22,7 @@ protected:
 
     ToggleRow *toggle(const char *text) { return shownControl<ToggleRow>(*window, text); }
 
-    /// A press as the display tells it: by its place, counted from 8 on.
+    /// A key press with the scan code of the display server: the key's place plus 8.
     void press(int key, Qt::KeyboardModifiers held, quint32 place) {
         QWidget *target = window->focusWidget();
         QKeyEvent shortcut(QEvent::ShortcutOverride, key, held, place + 8, 0, 0);
@@ -54,7 +54,7 @@ TEST_F(SettingsWindowTest, ConnectsRepairsAndDisconnectsAnAgent) {
     EXPECT_TRUE(reads("Claude Code connect failed: "));
 
     home.makeReadOnly(".claude/settings.json", false);
-    // What is pressed twice in haste is meant once.
+    // A double click counts as one press.
     QPushButton *connecting = button("Connect Claude Code");
     QTest::mouseClick(connecting, Qt::LeftButton);
     QTest::mouseDClick(connecting, Qt::LeftButton);
@@ -63,7 +63,7 @@ TEST_F(SettingsWindowTest, ConnectsRepairsAndDisconnectsAnAgent) {
     EXPECT_EQ(button("Connect Claude Code"), nullptr);
     EXPECT_TRUE(toggle("Answer permission prompts from the notch")->isEnabled());
 
-    // Somebody tidies up while the window isn't looked at.
+    // Somebody deletes the scripts while the window is inactive.
     QFile::remove(home.path(".morvane/hook.sh"));
     QFile::remove(home.path(".morvane/statusline.sh"));
     comeBack();
@@ -73,7 +73,7 @@ TEST_F(SettingsWindowTest, ConnectsRepairsAndDisconnectsAnAgent) {
     button("Repair Claude Code")->setFocus();
     QTest::keyClick(window->windowHandle(), Qt::Key_Space);
     EXPECT_EQ(button("Repair Claude Code"), nullptr);
-    // One press too many does nothing, and nothing is far from there.
+    // One press too many does nothing, and Tab goes on from the same place.
     QTest::keyClick(window->windowHandle(), Qt::Key_Space);
     EXPECT_EQ(qobject_cast<QAbstractButton *>(window->focusWidget()), nullptr);
     QTest::keyClick(window->windowHandle(), Qt::Key_Tab);
@@ -112,7 +112,7 @@ TEST_F(SettingsWindowTest, LeavesTheKeysAtAnAgentWhenAnotherComesOrGoes) {
     QDir(home.path(".codex")).removeRecursively();
     comeBack();
     EXPECT_TRUE(connecting->hasFocus());
-    // Gone itself, it leaves them to none of the others.
+    // When the agent itself goes, no other button gets the focus.
     QDir(home.path(".gemini")).removeRecursively();
     comeBack();
     EXPECT_EQ(tabOrder().first(), "Connect Claude Code");
@@ -135,7 +135,7 @@ TEST_F(SettingsWindowTest, ChangesSettingsAndFollowsThem) {
     toggle("Launch at login")->click();
     EXPECT_TRUE(platform.loginItem->isEnabled());
 
-    // Nobody is asked any more, and nothing stands there of what was.
+    // Once turned off, usage is no longer polled, and its thresholds are gone from the form.
     EXPECT_TRUE(reads("85% · 90% · 95%"));
     toggle("Show Claude Code and Codex usage limits")->click();
     EXPECT_FALSE(settings.usageEnabled());
@@ -179,7 +179,7 @@ TEST_F(SettingsWindowTest, TakesANumberOnceItHasBeenTypedAndLetsNothingTakeItAwa
     QTest::mouseRelease(minutes, Qt::LeftButton, Qt::NoModifier, arrow.center());
     EXPECT_EQ(minutes->grab(arrow).toImage(), up);
 
-    // While it is closed it isn't kept up to date, and then it is at once.
+    // A closed window isn't kept up to date, but it is as soon as it opens again.
     window->close();
     settings.setAutoClearMinutes(5);
     EXPECT_EQ(minutes->value(), 13);
@@ -225,7 +225,7 @@ TEST_F(SettingsWindowTest, TakesTheKeyThatIsPressedForThePanel) {
     EXPECT_TRUE(reads("Hold Super, Ctrl or Alt together with the key."));
     press(Qt::Key_Tab, Qt::NoModifier, 15);
     EXPECT_EQ(window->focusWidget(), field);
-    // On another layout something else stands there.
+    // On another layout the key of that place has another symbol.
     press(Qt::Key_Ampersand, Qt::ControlModifier, 2);
     EXPECT_TRUE(reads("The open panel needs Ctrl+1–Ctrl+5 for its answers."));
     press(Qt::Key_Q, Qt::MetaModifier, 0);
@@ -334,7 +334,7 @@ TEST_F(SettingsWindowTest, RemovesEverythingOnlyWhenTold) {
     button("Remove Morvane")->click();
     ASSERT_NE(alert(), nullptr);
     EXPECT_EQ(alert()->text(), "Remove Morvane's hooks and data?");
-    // Whoever only presses Return has not been reading.
+    // A person who presses Return without reading must not remove anything.
     EXPECT_EQ(alert()->defaultButton(), alert()->button(QMessageBox::Cancel));
     alert()->button(QMessageBox::Cancel)->click();
     EXPECT_TRUE(QFile::exists(home.path(".morvane")));

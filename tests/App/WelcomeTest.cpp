@@ -30,19 +30,19 @@ TEST_F(WelcomeTest, WalksANewcomerThroughNamedControlsToAConnectedAgent) {
     EXPECT_EQ(AccessibleControls(*window).faults(), QStringList());
     EXPECT_EQ(button("Back"), nullptr);
 
-    // Let go in another window, it is none of this one's.
+    // A key that is released in another window does nothing in this one.
     send(*window->findChild<OnboardingView *>(),
          QKeyEvent(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier));
     send(*window, QEvent(QEvent::WindowDeactivate));
     QTest::keyRelease(window->findChild<OnboardingView *>(), Qt::Key_Return);
-    // Held down, it goes on once it is let go.
+    // A held key goes on only when it is released.
     for (const auto type : {QEvent::KeyPress, QEvent::KeyPress, QEvent::KeyRelease}) {
         EXPECT_EQ(view->step(), 0);
         send(*button("Continue →"), QKeyEvent(type, Qt::Key_Return, Qt::NoModifier));
     }
     scheduler.advance(Seconds(1));
     EXPECT_EQ(AccessibleControls(*window).faults(), QStringList());
-    // Installed while nobody looks.
+    // Codex is installed while the window is inactive.
     home.write(".codex/config.toml");
     comeBack();
     QCoreApplication::processEvents();
@@ -52,7 +52,7 @@ TEST_F(WelcomeTest, WalksANewcomerThroughNamedControlsToAConnectedAgent) {
     EXPECT_EQ(view->step(), 1);
     EXPECT_EQ(tabOrder(),
               (QStringList{"Disconnect Claude Code", "Connect Codex", "Back", "Continue →"}));
-    // What the welcome speaks of stays to be seen.
+    // The capsule that the welcome speaks of stays in sight.
     EXPECT_TRUE(isOverlayShown());
 
     button("Continue →")->click();
@@ -98,7 +98,7 @@ TEST_F(WelcomeTest, ScrollsWhereThereIsTooLittleRoomAndKeepsItsButtonInSight) {
     QTest::keyClick(button("Done"), Qt::Key_PageDown);
     EXPECT_TRUE(isInSight(last));
 
-    // It stays under a press, and where it is when the window comes back.
+    // The page doesn't scroll under a press, nor when the window gets the focus back.
     button("Done")->setFocus();
     auto *view = qobject_cast<QScrollArea *>(last->parentWidget()->parentWidget()->parentWidget());
     view->verticalScrollBar()->setValue(last->geometry().center().y() - view->viewport()->height());
@@ -117,7 +117,7 @@ TEST_F(WelcomeTest, AWindowIsNoLargerThanThereIsRoomFor) {
     const QRect room = large.screen()->availableGeometry();
     EXPECT_EQ(large.pos(), room.topLeft());
     EXPECT_EQ(large.size(), room.size() - QSize(0, 40)); // for its title bar
-    // What can't be made larger is shown whole where that is possible.
+    // A window of a fixed size is shown whole where it fits.
     ManagedWindow fixed("Fixed");
     ManagedWindow resizable("Resizable");
     const QSize nearlyAll = room.size() - QSize(0, 50);

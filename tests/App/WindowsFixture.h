@@ -13,7 +13,7 @@ class WindowsFixture : public AppFixture {
 protected:
     WindowsFixture() { addFakeScreen(platform); }
 
-    /// What was closed last would be found by its title in the next test.
+    /// Otherwise the next test would find the last closed window by its title.
     ~WindowsFixture() override {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
@@ -37,7 +37,7 @@ protected:
             });
     }
 
-    /// As a person does who has been at another window.
+    /// Makes the window active again, as when a person returns from another one.
     void comeBack() { send(*window, QEvent(QEvent::WindowActivate)); }
 
     /// What Tab goes through, by name.
