@@ -3,6 +3,7 @@
 #include "Core/Adapters/AgentRegistry.h"
 #include "Core/Agents/AgentAdapter.h"
 #include "Core/Agents/HookTimeout.h"
+#include "Core/Sessions/HookContext.h"
 #include "Core/Sessions/PendingRequest.h"
 
 #include <algorithm>
@@ -10,39 +11,6 @@
 namespace morvane {
 
 namespace {
-
-struct Context {
-    const Session *before; ///< null where there is none
-    const HookEvent &event;
-    Date now;
-    const SessionSurroundings &surroundings;
-};
-
-Session makeSession(const Context &context, SessionState state) {
-    const HookEvent &event = context.event;
-    Session session;
-    session.id = event.sessionID;
-    session.agent = event.agent;
-    session.state = state;
-    session.cwd = event.cwd.value_or(QString());
-    session.itermSessionID = event.itermSessionID;
-    session.termProgram = event.termProgram;
-    session.hostBundleID = event.hostBundleID;
-    session.ttyName = event.ttyName;
-    session.hostAppName = context.surroundings.hostAppName(event.hostBundleID, event.termProgram);
-    session.startedAt = context.now;
-    session.gitBranch = context.surroundings.gitBranch(session.cwd);
-    session.customName = context.surroundings.customName(session.cwd);
-    return session;
-}
-
-Session lookUpOrMake(const Context &context, SessionState initial) {
-    return context.before ? *context.before : makeSession(context, initial);
-}
-
-bool wasAtWork(const Context &context) {
-    return context.before && context.before->isAtWork();
-}
 
 /// True for an agent that lists at a turn's end which subagents still run, and so reports itself
 /// when all are done.
@@ -67,92 +35,25 @@ bool waitsOn(const Session &session, const HookEvent &event) {
            (event.asksAfterHook && event.agentID.value_or(QString()) == session.pendingSubagent);
 }
 
-void takeWorkingDirectory(Session &session, const Context &context) {
-    const auto &cwd = context.event.cwd;
-    if (cwd && !cwd->isEmpty() && *cwd != session.cwd) {
-        session.cwd = *cwd;
-        session.gitBranch = context.surroundings.gitBranch(*cwd);
-        session.customName = context.surroundings.customName(*cwd);
-    }
-}
-
-/// Takes what the event tells of a field; an event that tells nothing leaves it as it is. Returns
-/// true when the field has changed.
-template <typename Value>
-bool take(std::optional<Value> &field, const std::optional<Value> &told) {
-    if (!told || field == told) {
-        return false;
-    }
-    field = told;
-    return true;
-}
-
-void takeHost(Session &session, const Context &context) {
-    const HookEvent &event = context.event;
-    const bool sessionIDChanged = take(session.itermSessionID, event.itermSessionID);
-    const bool programChanged = take(session.termProgram, event.termProgram);
-    const bool bundleChanged = take(session.hostBundleID, event.hostBundleID);
-    take(session.ttyName, event.ttyName);
-    take(session.process, event.process);
-    if (event.pane.locatesPane()) {
-        session.pane = event.pane;
-    }
-    if (sessionIDChanged || programChanged || bundleChanged) {
-        session.hostAppName =
-            context.surroundings.hostAppName(session.hostBundleID, session.termProgram);
-    }
-}
-
-/// Updates only the dates.
-SessionTransition touch(Session &&session, const Context &context) {
-    if (!context.before || context.before->state != session.state) {
-        session.stateChangedAt = context.now;
-    }
-    if (session.isAtWork() && !wasAtWork(context)) {
-        session.atWorkSince = context.now;
-    }
-    session.lastEventAt = context.now;
-    return SessionTransition::store(std::move(session));
-}
-
-/// The end of nearly every hook's rule: takes what the event tells besides its kind, and updates
-/// the dates. A subagent's surroundings aren't the session's, so they are taken only if no others
-/// are known.
-SessionTransition update(Session &&session, const Context &context) {
-    if (context.event.asksForSubagent) {
-        if (!session.process) {
-            takeHost(session, context);
-        }
-        return touch(std::move(session), context);
-    }
-    takeWorkingDirectory(session, context);
-    session.agent = context.event.agent;
-    session.endsTurnsInTranscript = context.event.endsTurnsInTranscript;
-    session.titlesLag = context.event.titlesLag;
-    takeHost(session, context);
-    take(session.transcriptPath, context.event.transcriptPath);
-    return touch(std::move(session), context);
-}
-
-SessionTransition sessionStart(const Context &context) {
-    Session session = lookUpOrMake(context, SessionState::idle);
+SessionTransition sessionStart(const HookContext &context) {
+    Session session = context.lookUpOrMake(SessionState::idle);
     if (context.event.isCompaction && session.isAtWork()) {
-        return update(std::move(session), context);
+        return context.update(std::move(session));
     }
     // The start may be the only sign of an interruption, which doesn't end a subagent's request.
     if (isAskedBySubagent(session)) {
         session.askers.remove(QString());
         session.subagentGoesOn = true;
-        return update(std::move(session), context);
+        return context.update(std::move(session));
     }
     session.state = SessionState::idle;
     session.acknowledged = true;
     session.pendingExternalResponse.reset();
-    return update(std::move(session), context);
+    return context.update(std::move(session));
 }
 
-SessionTransition promptSubmit(const Context &context) {
-    Session session = lookUpOrMake(context, SessionState::working);
+SessionTransition promptSubmit(const HookContext &context) {
+    Session session = context.lookUpOrMake(SessionState::working);
     session.state = SessionState::working;
     session.acknowledged = true;
     session.currentTool.reset();
@@ -160,11 +61,11 @@ SessionTransition promptSubmit(const Context &context) {
     // with a subagent's result.
     if (context.event.prompt) {
         session.askers.clear();
+        session.lastPrompt = context.event.prompt;
     } else {
         session.askers.remove(QString());
     }
     session.pendingExternalResponse.reset();
-    take(session.lastPrompt, context.event.prompt);
     session.atWorkSince = context.now;
     session.subagents.clear();
     session.subagentGoesOn = false;
@@ -172,12 +73,12 @@ SessionTransition promptSubmit(const Context &context) {
     session.summary.reset();
     // A new turn restarts the clock, whether or not the session was working before.
     session.stateChangedAt = context.now;
-    return update(std::move(session), context);
+    return context.update(std::move(session));
 }
 
-SessionTransition toolUse(const Context &context) {
+SessionTransition toolUse(const HookContext &context) {
     const HookEvent &event = context.event;
-    Session session = lookUpOrMake(context, SessionState::working);
+    Session session = context.lookUpOrMake(SessionState::working);
     if (!waitsOn(session, event)) {
         session.askers.remove(QString());
         session.subagentGoesOn = false;
@@ -192,34 +93,34 @@ SessionTransition toolUse(const Context &context) {
                                   event.taskDescription.value_or(SessionTransition::tr("subagent")),
                                   false});
     }
-    SessionTransition result = update(std::move(session), context);
+    SessionTransition result = context.update(std::move(session));
     result.readsTranscript = true;
     return result;
 }
 
 /// A subagent that had asked goes on, so it has been answered in the terminal. As with the
 /// session's own calls, a pending decision stays: this tool may run beside the one that waits.
-SessionTransition subagentToolUse(const Context &context) {
+SessionTransition subagentToolUse(const HookContext &context) {
     if (!context.before || waitsOn(*context.before, context.event)) {
         return {};
     }
     Session session = *context.before;
     SessionTransition::settle(session, *context.event.agentID);
-    return touch(std::move(session), context);
+    return context.touch(std::move(session));
 }
 
 /// A prompt that has to be answered in the agent's own terminal. `external` is what is known of it;
 /// without it, the event is the agent's plain notice that it waits.
-SessionTransition markNeedsInput(const Context &context,
+SessionTransition markNeedsInput(const HookContext &context,
                                  const std::optional<PendingExternalResponse> &external) {
-    Session session = lookUpOrMake(context, SessionState::needsInput);
+    Session session = context.lookUpOrMake(SessionState::needsInput);
     session.state = SessionState::needsInput;
     session.acknowledged = false;
     const auto parked = session.pendingDecisionID();
     // The plain notice also follows an agent's own permission request, which still waits here and
     // must not be disturbed.
     if (parked && !external) {
-        return update(std::move(session), context);
+        return context.update(std::move(session));
     }
     // The notice doesn't say who asks, and may be about a request that is known already.
     if (session.askers.isEmpty()) {
@@ -228,16 +129,16 @@ SessionTransition markNeedsInput(const Context &context,
     SessionTransition::forgetDecision(session);
     session.pendingExternalResponse = external.value_or(PendingExternalResponse{
         context.event.questions.value_or(QList<AgentQuestion>()), context.event.responseMessage});
-    SessionTransition result = update(std::move(session), context);
+    SessionTransition result = context.update(std::move(session));
     if (parked) {
         result.releases.append(*parked);
     }
     return result;
 }
 
-SessionTransition idle(const Context &context) {
+SessionTransition idle(const HookContext &context) {
     if (!context.before) {
-        return update(makeSession(context, SessionState::idle), context);
+        return context.update(context.makeSession(SessionState::idle));
     }
     Session session = *context.before;
     // The end of a background agent answers nothing that waits for a person.
@@ -250,7 +151,7 @@ SessionTransition idle(const Context &context) {
     session.acknowledged = false;
     session.currentTool.reset();
     session.pendingExternalResponse.reset();
-    return update(std::move(session), context);
+    return context.update(std::move(session));
 }
 
 /// Takes the agent's last words, if the event brings them or says that there are none.
@@ -260,8 +161,8 @@ void takeLastWords(Session &session, const HookEvent &event) {
     }
 }
 
-SessionTransition turnEnd(const Context &context) {
-    Session session = lookUpOrMake(context, SessionState::done);
+SessionTransition turnEnd(const HookContext &context) {
+    Session session = context.lookUpOrMake(SessionState::done);
     session.currentTool.reset();
     session.askers.remove(QString());
     session.pendingExternalResponse.reset();
@@ -273,7 +174,7 @@ SessionTransition turnEnd(const Context &context) {
         takeLastWords(session, context.event);
     }
     if (isAskedBySubagent(session)) {
-        return update(std::move(session), context);
+        return context.update(std::move(session));
     }
     if (!finished || session.subagentGoesOn) {
         // The turn is over for the agent, not for the person.
@@ -284,22 +185,22 @@ SessionTransition turnEnd(const Context &context) {
         session.acknowledged = false;
         std::ranges::for_each(session.subagents, [](Subagent &subagent) { subagent.done = true; });
     }
-    return update(std::move(session), context);
+    return context.update(std::move(session));
 }
 
-SessionTransition turnFailed(const Context &context) {
-    Session session = lookUpOrMake(context, SessionState::failed);
+SessionTransition turnFailed(const HookContext &context) {
+    Session session = context.lookUpOrMake(SessionState::failed);
     session.state = SessionState::failed;
     session.acknowledged = false;
     session.currentTool.reset();
     session.pendingAgents = 0;
     session.pendingExternalResponse.reset();
     takeLastWords(session, context.event);
-    return update(std::move(session), context);
+    return context.update(std::move(session));
 }
 
 /// Stores without `update`: what a subagent tells of its surroundings isn't the session's.
-SessionTransition subagentStop(const Context &context) {
+SessionTransition subagentStop(const HookContext &context) {
     if (!context.before) {
         return {};
     }
@@ -309,17 +210,17 @@ SessionTransition subagentStop(const Context &context) {
         open->done = true;
     }
     SessionTransition::endSubagent(session, context.event.agentID.value_or(QString()));
-    return touch(std::move(session), context);
+    return context.touch(std::move(session));
 }
 
-SessionTransition sessionEnd(const Context &context) {
+SessionTransition sessionEnd(const HookContext &context) {
     if (!context.before) {
         return {};
     }
     return {SessionTransition::Write::remove, *context.before, {}, false};
 }
 
-void setPending(Session &session, const Context &context, const QString &decisionID) {
+void setPending(Session &session, const HookContext &context, const QString &decisionID) {
     const HookEvent &event = context.event;
     const Date expiresAt = context.now + decisionLimit;
     SessionTransition::forgetDecision(session);
@@ -333,7 +234,7 @@ void setPending(Session &session, const Context &context, const QString &decisio
     }
 }
 
-SessionTransition ask(const Context &context) {
+SessionTransition ask(const HookContext &context) {
     const HookEvent &event = context.event;
     if (!event.decisionID) {
         return markNeedsInput(context, std::nullopt);
@@ -345,12 +246,12 @@ SessionTransition ask(const Context &context) {
         result.releases.prepend(*event.decisionID);
         return result;
     }
-    Session session = lookUpOrMake(context, SessionState::needsInput);
+    Session session = context.lookUpOrMake(SessionState::needsInput);
     const auto superseded = session.pendingDecisionID();
     session.state = SessionState::needsInput;
     session.acknowledged = false;
     setPending(session, context, *event.decisionID);
-    SessionTransition result = update(std::move(session), context);
+    SessionTransition result = context.update(std::move(session));
     if (superseded && superseded != event.decisionID) {
         result.releases.append(*superseded);
     }
@@ -359,13 +260,13 @@ SessionTransition ask(const Context &context) {
 
 /// Whether the session's own turn is over, as far as can be told. A turn may run unnoticed; an
 /// agent that lists its subagents reports the end of them all, so only that counts there.
-bool isTurnOver(const Context &context) {
+bool isTurnOver(const HookContext &context) {
     const auto &before = context.before;
-    return listsSubagents(context.event) ? before && before->isFinished() : !wasAtWork(context);
+    return listsSubagents(context.event) ? before && before->isFinished() : !context.wasAtWork();
 }
 
 /// Whoever asked before and was superseded by this still waits, in the terminal.
-SessionTransition permissionRequest(const Context &context) {
+SessionTransition permissionRequest(const HookContext &context) {
     SessionTransition result = ask(context);
     result.session.askers.insert(context.event.agentID.value_or(QString()));
     result.session.subagentGoesOn |= context.event.asksForSubagent && isTurnOver(context);
@@ -376,7 +277,7 @@ SessionTransition permissionRequest(const Context &context) {
 
 SessionTransition SessionTransition::of(const Session *before, const HookEvent &event, Date now,
                                         const SessionSurroundings &surroundings) {
-    const Context context{before, event, now, surroundings};
+    const HookContext context{before, event, now, surroundings};
     switch (event.kind) {
     case CanonicalEvent::sessionStart:
         return sessionStart(context);
