@@ -253,14 +253,21 @@ void FloatingPresenter::layout(Motion motion) {
     m_target = target;
     if (motion == Motion::atOnce || !window()->isTranslucent()) {
         m_growth.stop();
-        m_present = target;
+        m_present = m_frame = target;
         place();
         return;
     }
-    m_growth.start(durationOf(growthDuration), [this, from = m_present](double share) {
-        m_present = interpolate(from, m_target, Animation::easeOut(share));
-        place();
-    });
+    m_frame = m_present.united(target);
+    m_growth.start(
+        durationOf(growthDuration),
+        [this, from = m_present](double share) {
+            m_present = interpolate(from, m_target, Animation::easeOut(share));
+            place();
+        },
+        [this] {
+            m_frame = m_target;
+            place();
+        });
 }
 
 QRect FloatingPresenter::tabFrame(const QSize &size) const {
@@ -277,13 +284,11 @@ OverlayWindow::Anchor FloatingPresenter::anchor() const {
     return isRight ? OverlayWindow::Anchor::topRight : OverlayWindow::Anchor::topCenter;
 }
 
-/// The window always has room for the tab and its target, so a tab that grows resizes it only once,
-/// at the beginning.
 void FloatingPresenter::place() {
-    const QRect frame = m_present.united(m_target);
-    m_view->setTab(m_present.translated(-frame.topLeft()), m_target.translated(-frame.topLeft()));
-    window()->setShape(m_view->shape(m_target.translated(-frame.topLeft())));
-    window()->setGeometry(frame.translated(0, static_cast<int>(std::lround(m_offset))), anchor());
+    const QPoint origin = -m_frame.topLeft();
+    m_view->setTab(m_present.translated(origin), m_target.translated(origin));
+    window()->setShape(m_view->shape(m_target.translated(origin)));
+    window()->setGeometry(m_frame.translated(0, static_cast<int>(std::lround(m_offset))), anchor());
 }
 
 /// Goes by the pointer's position, not by enter and leave events: a tab that changes its shape

@@ -62,8 +62,9 @@ private:
 
     std::unique_ptr<FloatingCapsuleView> m_view;
 
-    QRect m_target;      ///< where the tab is or is moving to, on the desktop
-    QRect m_present;     ///< where the tab is at this moment
+    QRect m_target;  ///< where the tab is or is moving to, on the desktop
+    QRect m_present; ///< where the tab is at this moment
+    QRect m_frame;   ///< of the window, with room for a whole growth, so that it is resized once
     double m_offset = 0; ///< of the window, negative while it is still above its place
     Animation m_growth;  ///< of the tab
     bool m_isFadingIn = false;

@@ -90,6 +90,8 @@ TEST_F(FloatingPresenterTest, OpensUnderThePointerAndClosesAMomentAfterItHasLeft
     EXPECT_EQ(expansionsAfter(Seconds(1)), QList<bool>({true}));
     movePointer(elsewhere);
     EXPECT_EQ(expansionsAfter(Seconds(0.16)), QList<bool>({true, false}));
+    scheduler.advance(Seconds(1));
+    EXPECT_EQ(window().resizes, resizes + 2);
 }
 
 TEST_F(FloatingPresenterTest, AShowDuringAHideEndsInFullSight) {
