@@ -20,7 +20,7 @@ namespace morvane::tests {
 
 namespace {
 
-/// All of them, their names in lower case; the parser tells only those that the server reads.
+/// All headers, their names in lower case; the server's parser yields only those that it reads.
 std::map<std::string, std::string> headersIn(const std::string &request) {
     std::map<std::string, std::string> result;
     const auto head = QByteArray::fromStdString(request.substr(0, request.find("\r\n\r\n")));
@@ -49,7 +49,7 @@ CapturingListener::CapturingListener(std::optional<std::string> answer, const st
                                      uid_t owner, std::optional<uid_t> acceptsFor)
     : m_answer(std::move(answer)), m_acceptsFor(acceptsFor.value_or(owner)),
       m_stopped(eventfd(0, EFD_CLOEXEC)) {
-    // A socket belongs to whom its maker's thread passes for with files.
+    // A socket belongs to the file system user id of the thread that creates it.
     setfsuid(owner);
     m_listener = {m_context, {asio::ip::make_address(address), 0}};
     setfsuid(geteuid());

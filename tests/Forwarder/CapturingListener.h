@@ -17,8 +17,8 @@
 namespace morvane::tests {
 
 struct CapturedRequest {
-    /// What tells of the terminal that the sender runs in, or that a decision is awaited, sorted;
-    /// the terminal's device and the agent, which depend on where the tests run, are left out.
+    /// The sorted headers that describe the sender's terminal or say that a decision is awaited.
+    /// The terminal's device and the agent depend on where the tests run and are left out.
     [[nodiscard]] std::vector<std::string> host() const;
 
     std::string requestLine;
@@ -31,8 +31,8 @@ struct CapturedRequest {
 /// and closes, or holds it until its peer hangs up. A thread of its own does the work.
 class CapturingListener {
 public:
-    /// Without an answer every request is held. Only root can have one that is another user's, or
-    /// that gives another user what it accepts.
+    /// Without an answer every request is held. Only root can let the listening socket, or the
+    /// connections that it accepts, belong to another user.
     explicit CapturingListener(std::optional<std::string> answer,
                                const std::string &address = "127.0.0.1", uid_t owner = geteuid(),
                                std::optional<uid_t> acceptsFor = {});
@@ -43,7 +43,8 @@ public:
     [[nodiscard]] CapturedRequest take();
     /// Whether one more connection was accepted within a generous wait.
     [[nodiscard]] bool awaitConnection();
-    /// Whether nobody has said a word by now, but for this question itself. Needs an answer.
+    /// Whether no request has come except the one that this call sends to find out. Needs an
+    /// answer.
     [[nodiscard]] bool hasHeardNothing();
     /// Whether the peer of a held request hung up within a generous wait.
     [[nodiscard]] bool awaitHangUp();
@@ -60,7 +61,7 @@ private:
     std::uint16_t m_port = 0;
     std::mutex m_mutex;
     std::deque<CapturedRequest> m_requests;
-    std::atomic<int> m_accepted = 0; ///< less those that were waited for
+    std::atomic<int> m_accepted = 0; ///< connections that awaitConnection hasn't reported
     std::atomic<bool> m_hungUp = false;
     std::thread m_thread;
 };

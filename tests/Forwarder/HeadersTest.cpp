@@ -15,7 +15,7 @@ namespace morvane::tests {
 
 namespace {
 
-/// What this side alone knows, beside what all senders do.
+/// The cases of all senders, and those that only the hook handles.
 std::vector<TerminalCase> hookCases() {
     std::vector<TerminalCase> cases = terminalCases();
     const TerminalCase own[] = {
@@ -68,8 +68,8 @@ TEST(Terminal, HasTheSameNamesWithoutTheClient) {
     }
 }
 
-// Agents cut their hooks off from the terminal, and a program's name may look like the fields
-// behind it.
+// Agents run their hooks in a session without a terminal, and a program's name may look like the
+// fields that follow it in /proc.
 TEST(Terminal, IsThatOfAnAncestorOutsideTheHooksSession) {
     for (const Carrier carrier : carriers) {
         CapturingListener listener(response("200 OK", ""));
@@ -92,9 +92,9 @@ TEST(Terminal, IsThatOfAnAncestorOutsideTheHooksSession) {
     }
 }
 
-// Between the agent and the hook stands a shell, a program that is given a command, or a runtime
-// that is given a text. What an agent's runtime is called with is the agent, whatever its arguments
-// speak of and an update has replaced.
+// A shell, a program that runs a given command, or a runtime that is given its program as text may
+// stand between the agent and the hook. The script that an agent's runtime was started with is the
+// agent, even if the arguments mention the hook or an update has replaced the executable.
 TEST(Program, IsThatOfTheAncestorThatIsNoShellOfTheHook) {
     namespace fs = std::filesystem;
     const std::tuple<std::string, std::string, std::string> cases[] = {
@@ -130,12 +130,13 @@ TEST(Program, IsThatOfTheAncestorThatIsNoShellOfTheHook) {
                 EXPECT_FALSE(headers.contains("x-morvane-program"));
             }
         }
-        fs::remove("gr\xc3"); // which Qt doesn't find
+        fs::remove("gr\xc3"); // Qt can't find it to remove it
         fs::current_path(before);
     }
 }
 
-// A sandbox has the /proc of another one around it, where its first process is somebody else.
+// The inner sandbox sees the /proc of the outer one, where the number of its first process is
+// another process's.
 TEST(Program, IsNobodysWhoHasTheNumberElsewhere) {
     const std::string sandbox = std::string("unshare ") + (geteuid() == 0 ? "" : "-r ") +
                                 "--pid --fork --mount-proc unshare --pid --fork ";

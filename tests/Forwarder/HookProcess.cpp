@@ -53,7 +53,7 @@ HookProcess::HookProcess(Carrier carrier, std::uint16_t port, std::vector<std::s
                          std::string name)
     : m_name(std::move(name)), m_shell(std::move(shell)) {
     if (carrier == Carrier::Client)
-        fs::copy_file(FORWARDER, client()); // first, since a script trusts none that is newer
+        fs::copy_file(FORWARDER, client()); // first: the script trusts no newer client
     const ForwarderScripts scripts(QString::fromStdString(token()), port);
     const auto text = scripts.renderTemplate(QString::fromStdString(m_name));
     std::ofstream(script()) << text->toStdString();
@@ -89,7 +89,7 @@ void HookProcess::setEnvironment(const std::vector<std::string> &variables) {
 
 std::string HookProcess::run(const std::vector<std::string> &arguments,
                              const std::string &payload) {
-    // A socket, as the agents' own runtime gives its children, and not a pipe.
+    // The agents' runtime gives its children a socket, not a pipe.
     std::array<int, 2> input{};
     std::array<int, 2> output{};
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, input.data()) != 0 ||

@@ -12,10 +12,10 @@
 
 namespace morvane::tests {
 
-/// What stands beside a script and does its work.
+/// What sends a script's requests.
 enum class Carrier {
-    Client, ///< the built client
-    Curl,   ///< no client, so that curl has to do
+    Client, ///< the built client, which lies beside the script
+    Curl,   ///< there is no client, so the script falls back to curl
 };
 
 inline constexpr Carrier carriers[] = {Carrier::Client, Carrier::Curl};
@@ -24,25 +24,25 @@ inline void PrintTo(Carrier carrier, std::ostream *out) {
     *out << (carrier == Carrier::Client ? "client" : "curl");
 }
 
-/// A rendered script, hook.sh if no other is named, in a folder of its own, and one run of it. The
-/// environment is only what is set here, and PATH.
+/// Runs a rendered script, hook.sh unless another is named, in a folder of its own. Its environment
+/// is PATH and what is set here, nothing else.
 class HookProcess {
 public:
     HookProcess(Carrier carrier, std::uint16_t port, std::vector<std::string> shell = {"/bin/sh"},
                 std::string name = "hook.sh");
 
-    /// This test program's own, since it is looked for in the arguments of every process.
+    /// Unique to this test program, since it is looked for in the arguments of every process.
     [[nodiscard]] static std::string token();
     /// The shells of this machine that the scripts are written for.
     [[nodiscard]] static std::vector<std::vector<std::string>> shells();
-    /// Whether everyone could see the text among the arguments of a process.
+    /// Whether the text is in the arguments of any process, where everyone can see it.
     [[nodiscard]] static bool standsInSomeArguments(const std::string &text);
     [[nodiscard]] std::filesystem::path folder() const { return m_folder.path().toStdString(); }
     [[nodiscard]] std::filesystem::path script() const { return folder() / m_name; }
     [[nodiscard]] std::filesystem::path client() const { return folder() / CLIENT_NAME; }
     void setEnvironment(const std::vector<std::string> &variables);
 
-    /// What it writes, errors included, until it has ended well.
+    /// Runs the script to its end, which must be successful; yields its output, errors included.
     [[nodiscard]] std::string run(const std::vector<std::string> &arguments,
                                   const std::string &payload = "{}");
     /// Starts without waiting; its input is empty and its output goes nowhere.

@@ -16,7 +16,7 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 
-/// Either way of sending.
+/// Runs each test with the client and with curl.
 class Hook : public testing::TestWithParam<Carrier> {};
 
 INSTANTIATE_TEST_SUITE_P(, Hook, testing::ValuesIn(carriers), testing::PrintToStringParamName());
@@ -99,7 +99,7 @@ TEST(Client, ThatCannotRunHereIsReplacedByCurl) {
     std::ofstream busy;
     for (const auto &shell : HookProcess::shells()) {
         for (const auto &spoil : std::vector<std::function<void(const fs::path &)>>{
-                 // As in a home that a machine of another processor has connected.
+                 // As in a home that was connected on a machine with another processor.
                  [](const fs::path &client) { fs::rename(client, client.string() + "-other"); },
                  // As a full disk may leave it.
                  [](const fs::path &client) {
@@ -112,7 +112,7 @@ TEST(Client, ThatCannotRunHereIsReplacedByCurl) {
                      mkfifo(client.c_str(), 0700);
                  },
                  [](const fs::path &client) { fs::permissions(client, fs::perms::owner_read); },
-                 // No program starts that is being written.
+                 // The kernel starts no program that is open for writing.
                  [&](const fs::path &client) { busy = std::ofstream(client, std::ios::app); }}) {
             CapturingListener listener(response("200 OK", "{}"));
             HookProcess hook(Carrier::Client, listener.port(), shell);

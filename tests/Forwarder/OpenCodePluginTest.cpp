@@ -24,8 +24,8 @@ namespace {
 
 const std::string okAnswer = response("200 OK", "");
 
-/// One session from its beginning to its end; nobody would miss the text that no person has typed.
-/// A command is asked for as it stands, since its patterns are only its parts.
+/// One session from beginning to end. Text that no person has typed must be left out. A permission
+/// shows the whole command, since the patterns are only its parts.
 const QByteArray wholeTurn = R"([
     ["server.connected"],
     ["session.created", {"info": {"id": "ses_1"}}],
@@ -48,8 +48,8 @@ const QByteArray wholeTurn = R"([
     ["session.deleted", {"info": {"id": "ses_1"}}]
 ])";
 
-/// A rendered plugin, and node to run it in: what has been told until the hooks had returned, and
-/// what until the plugin had ended, goes to whoever listens on the port.
+/// Runs a rendered plugin in node. It sends its events to whoever listens on the port, and prints
+/// when its hooks have returned and when it has ended.
 class OpenCodePlugin : public testing::Test {
 protected:
     OpenCodePlugin() { environment.insert("PATH", qEnvironmentVariable("PATH")); }
@@ -70,8 +70,8 @@ protected:
         EXPECT_EQ(process.outputAtEnd(), "told\nover\n");
     }
 
-    /// That these are all the events that Morvane would make of a run, with their sessions and what
-    /// they tell of.
+    /// Expects that Morvane decodes exactly these events from a run, each with its session and
+    /// details.
     void expectTold(const QByteArray &steps, const QByteArray &sessions,
                     const QStringList &expected) {
         CapturingListener listener(okAnswer);
@@ -97,8 +97,8 @@ protected:
 
     TemporaryHome folder;
     QProcessEnvironment environment;
-    QByteArray limit = "30000"; ///< milliseconds, for all that the plugin gives a limit
-    QString gate;               ///< a FIFO that is to be opened before the plugin reads anything
+    QByteArray limit = "30000"; ///< milliseconds, in place of each limit of the plugin's
+    QString gate;               ///< a FIFO that must be opened before the plugin reads a file
 };
 
 TEST_F(OpenCodePlugin, TellsOfATurnInOrderAndKeepsCallingWhileAnotherToolStarts) {
@@ -183,7 +183,7 @@ TEST_F(OpenCodePlugin, SaysWhereItRuns) {
         EXPECT_EQ(request.headers["x-morvane-agent"], "opencode");
         EXPECT_EQ(request.headers["x-hook-event"], "session.created");
         EXPECT_EQ(request.host(), one.headers);
-        // OpenCode itself, by its number, its start and the space of its number.
+        // OpenCode's own process: its id, its start time and its PID namespace.
         EXPECT_TRUE(
             std::regex_match(request.headers["x-morvane-process"], std::regex("\\d+ \\d+ \\d+")));
         EXPECT_EQ(listener.take().headers["x-hook-event"], "session.deleted");
@@ -204,7 +204,7 @@ TEST_F(OpenCodePlugin, SaysNothingToAnotherUser) {
         expectSilence(*start(stranger.port(), wholeTurn));
         EXPECT_TRUE(stranger.hasHeardNothing()) << address;
     }
-    // The port is ours again, but what he accepted before is his.
+    // The port is ours again, but the connections that the stranger accepted are still his.
     CapturingListener stranger(okAnswer, "127.0.0.1", geteuid(), 4711);
     gate = folder.path() + "/gate";
     ASSERT_EQ(mkfifo(qPrintable(gate), 0600), 0);
@@ -220,7 +220,7 @@ TEST_F(OpenCodePlugin, SaysNothingToAnotherUser) {
 TEST_F(OpenCodePlugin, HoldsNothingUpWhenNobodyListensOrAnswers) {
     expectSilence(*start(portWithoutServer(), wholeTurn));
     CapturingListener listener(std::nullopt);
-    limit = "null"; // its own
+    limit = "null"; // the plugin's own
     const auto unanswered = start(listener.port(), wholeTurn);
     EXPECT_EQ(unanswered->readLine(), "told");
     EXPECT_NE(listener.take().requestLine, "");

@@ -40,21 +40,21 @@ std::vector<LineCase> lineCases() {
         {usualStatus, usualLine},
         {"\r\n { \"cwd\" :\t\"/a/b/\" ,\r\n\"b\" : [ -0.5e+10 , [ ] , { } , null ] }\n\n", "b"},
         {R"({"cwd":"/"})", "/"},
-        // Only numbers count, and within the bounds that the bars have too.
+        // Only numbers count, and they are clamped to the same bounds as in the bars.
         {R"({"rate_limits":{"five_hour":{"used_percentage":105},"seven_day":)"
          R"({"used_percentage":-3}},"context_window":{"used_percentage":null}})",
          "5h 100% · 7d 0%"},
         {R"({"rate_limits":{"five_hour":{"used_percentage":1.5e-7},"seven_day":)"
          R"({"used_percentage":99.5}},"context_window":{"used_percentage":"23"}})",
          "5h 0% · 7d 100%"},
-        // What only looks like ours is not ours.
+        // A member that only looks like one of ours doesn't count.
         {R"({"model\"display_name":"X","model":[{"display_name":"Y"}],"[":{"display_name":"Z"},)"
          R"("x":{"cwd":"/b"},"cwd":"/a"})",
          "a"},
         {statusOf(R"(a\"b\\c\/d \u0041\u00e9\u20ac\ud83d\ude00)"), R"(a"b\c/d Aé€?? · a)"},
         {statusOf("x\\\\", "/a\\\\"), "x\\ · a\\"},
         {statusOf("größer Ё ā 日本", "/ordner-日本語"), "größer Ё ā 日本 · ordner-日本語"},
-        // Neither a line of its own nor a command to the terminal.
+        // No text can break the line or hold a command to the terminal.
         {statusOf(R"(a\nb\u001b[31m\u0007\u007f\u009b2J)"), "ab[31m2J · a"},
         {statusOf("a\u009b2J\u0085b"), "a2Jb · a"},
         {statusOf("a\u202E\u200Bb\u2069–…"), "ab–… · a"},
@@ -68,7 +68,7 @@ std::vector<LineCase> lineCases() {
     };
 }
 
-/// What is no JSON, and what would take too long to tell.
+/// Statuses that are not JSON, or that would take too long to parse.
 std::vector<std::string> hopelessStatuses() {
     std::vector<std::string> statuses;
     const QByteArray broken =
@@ -94,7 +94,7 @@ protected:
     }
 };
 
-/// That the status has come to whoever listens, as it stands.
+/// Expects that the status was posted unchanged.
 void expectPosted(CapturingListener &listener, const std::string &status) {
     CapturedRequest request = listener.take();
     EXPECT_EQ(request.requestLine, "POST /usage HTTP/1.1");
@@ -155,7 +155,8 @@ TEST_P(StatusLine, NamesTheBranchOfTheNearestRepository) {
         const auto path = folder.path(place).toStdString();
         script.setEnvironment({"PATH=" + script.folder().string()});
         expectLine(script.run({}, R"({"workspace":{"current_dir":")" + path + R"("}})"), line);
-        // Of a form that the client doesn't read the script takes care, with the help of others.
+        // The client doesn't find a folder in this form, so the script reads its repository, with
+        // programs from PATH.
         script.setEnvironment({});
         expectLine(script.run({}, statusOf("M", path)), "M · " + line);
     }

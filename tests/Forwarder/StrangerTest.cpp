@@ -16,7 +16,7 @@
 #include <thread>
 #include <unistd.h>
 
-// While Morvane is away, whoever is quick gets its port.
+// While Morvane isn't running, another user's program can take its port.
 
 namespace morvane::tests {
 
@@ -50,8 +50,8 @@ protected:
 INSTANTIATE_TEST_SUITE_P(, Stranger, testing::ValuesIn(carriers),
                          testing::PrintToStringParamName());
 
-/// Does something where the kernel refuses to talk of its sockets, as in many a sandbox; it lets
-/// itself be asked before each refusal.
+/// Runs `action` in a thread in which the kernel refuses netlink sockets, as in many sandboxes, and
+/// calls `asked` before each refusal.
 void withoutNetlink(
     const std::function<void()> &action, const std::function<void()> &asked = [] {}) {
     std::promise<int> questions;
@@ -89,7 +89,7 @@ TEST_P(Stranger, HearsNothingAndIsNotHeardAlsoWhereTheKernelRefusesTheQuestion) 
     withoutNetlink(expectNothingSaid);
 }
 
-// The port is ours again, but what he accepted before is his.
+// The port is ours again, but the connections that the stranger accepted are still his.
 TEST(FormerListener, HearsNothingWhereTheKernelRefusesTheQuestion) {
     if (geteuid() != 0)
         GTEST_SKIP() << "needs root";

@@ -7,14 +7,14 @@
 
 namespace morvane::tests {
 
-/// An environment, and what is told of the terminal that has it, sorted.
+/// An environment, and the sorted headers that describe a terminal with it.
 struct TerminalCase {
     const char *name;
     std::vector<std::string> environment;
     std::vector<std::string> headers;
 };
 
-/// What everybody tells alike who speaks to Morvane from within a terminal.
+/// Cases that every sender must treat alike, whether it is the client, the script or the plugin.
 inline std::vector<TerminalCase> terminalCases() {
     const std::string cursor = "x-host-bundle: com.todesktop.230313mzl4w4u92";
     return {
@@ -89,14 +89,14 @@ inline std::vector<TerminalCase> terminalCases() {
          {"x-host-bundle: io.alacritty", "x-term-program: alacritty"}}};
 }
 
-/// A variable, and a header that tells of the terminal where there is nothing else.
+/// A variable, and the header that a sender derives from it alone.
 struct NameCase {
     std::string variable;
     std::string header;
     std::string value;
 };
 
-/// All names that the client knows, and that everybody else shall know.
+/// All names that the client knows; every other sender has to know them too.
 inline std::vector<NameCase> nameCases() {
     std::vector<NameCase> cases;
     for (const auto &[variable, program] : inheritedVariables) {

@@ -1,9 +1,9 @@
-// Loads a plugin as OpenCode does, and takes it through the steps that stand on the standard input:
-// {"sessions": {ID: SESSION}, "steps": [[HOOK, ARGUMENT...] or [EVENT, PROPERTIES]],
-// "environments": [{NAME: VALUE}], "limit": MILLISECONDS}, in each of the environments, with that
-// limit, if there is one, in place of its own: what doesn't come in time is lost. A session may have
-// "said" something. With a "gate", a FIFO, it reads no file before somebody has opened that.
-// Says whether the hooks have returned at once, and when the plugin is ready to end.
+// Loads a plugin as OpenCode does, and takes it through the steps from the standard input, once in
+// each environment: {"sessions": {ID: SESSION}, "steps": [[HOOK, ARGUMENT...] or [EVENT,
+// PROPERTIES]], "environments": [{NAME: VALUE}], "limit": MILLISECONDS}. The limit replaces those
+// of the plugin, which drops what takes longer. A session may have "said" something. With a "gate",
+// a FIFO, the plugin reads no file before somebody has opened that. Prints whether the hooks have
+// returned at once, and when the plugin is ready to end.
 import { readFileSync } from "node:fs";
 import files from "node:fs/promises";
 import { syncBuiltinESMExports } from "node:module";
@@ -30,7 +30,7 @@ for (const environment of environments) {
     process.env = { ...inherited, ...environment };
     const hooks = await Morvane({ client, directory: "/projects/asteroids" });
 
-    // Comes after all that can be done without waiting for the world outside.
+    // Runs once nothing more can be done without waiting for I/O.
     let waited = false;
     setImmediate(() => (waited = true));
     for (const [hook, ...given] of steps) {
