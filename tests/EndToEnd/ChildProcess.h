@@ -9,12 +9,12 @@
 
 namespace morvane {
 
-/// A program that a test has started, in an environment of the test's choosing alone, and that ends
-/// with this object at the latest, or with the test's own process. Waits block, for at most half a
-/// minute; no event loop is needed.
+/// A program that a test starts with exactly the given environment. It ends with this object at the
+/// latest, or with the test's own process. Waits block for at most half a minute and need no event
+/// loop.
 class ChildProcess {
 public:
-    /// The input is all that the program can read: its end follows at once.
+    /// Writes the input to the program's standard input, and closes that.
     ChildProcess(const QStringList &command, const QProcessEnvironment &environment,
                  const QByteArray &input = {});
     ChildProcess(const ChildProcess &) = delete;
@@ -25,8 +25,7 @@ public:
 
     bool isRunning();
 
-    /// The first line of the output from here on, without its end; none when the program has ended
-    /// before it.
+    /// The next line of the output, without its line end; none when the program ends before it.
     std::optional<QByteArray> readLine();
 
     /// The exit status; none when the program still runs, or was ended by a signal.
@@ -35,13 +34,13 @@ public:
     /// All of the output that hasn't been read. Complete after `wait`.
     QByteArray output();
 
-    /// The same, once it has ended well; none when it hasn't.
+    /// Waits for the end, and yields the rest of the output; none unless the exit status is 0.
     std::optional<QByteArray> outputAtEnd();
 
-    /// Asks it to end, and doesn't wait.
+    /// Asks the program to end, and doesn't wait.
     void terminate() { m_process.terminate(); }
 
-    /// Ends it as the system would: without a chance to clean up.
+    /// Kills the program, which gets no chance to clean up.
     void kill();
 
 private:

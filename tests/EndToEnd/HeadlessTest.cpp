@@ -100,7 +100,7 @@ TEST(StartTest, OutlivesALimitOfWhatAFileMayHold) {
     ChildProcess program({"sh", "-c", "ulimit -f 0 && exec \"$0\"", MORVANE}, home.environment());
     EXPECT_TRUE(waitUntil(
         [&] { return !QDir(home.path("run")).entryList({"*.socket"}, QDir::System).isEmpty(); }));
-    // Answered once it has begun to write.
+    // The first program answers the second once it has begun to write.
     ChildProcess second({MORVANE}, home.environment());
     EXPECT_EQ(second.wait(), 0);
     program.terminate();

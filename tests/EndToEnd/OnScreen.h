@@ -12,8 +12,8 @@
 
 namespace morvane {
 
-/// A display with a window manager and a person's home; the test starts what it needs there.
-/// Skipped where a program for it isn't installed.
+/// A display with a window manager and a person's home; the test starts what it needs there. The
+/// test is skipped where a program that this needs isn't installed.
 class OnScreen : public testing::Test {
 protected:
     static constexpr const char *terminalTitle = "terminal";
@@ -40,7 +40,8 @@ protected:
         return std::make_unique<ChildProcess>(command, display->environment(), input);
     }
 
-    /// A terminal that notes every key and click that reaches it in a file of the title's name.
+    /// Opens a terminal that writes every key and click it receives into a file named after its
+    /// title.
     std::unique_ptr<ChildProcess> openTerminal(const char *title,
                                                const QStringList &options = {}) const {
         return start(QStringList{"xterm"} + options +
@@ -48,7 +49,7 @@ protected:
                                  "stty raw -echo; printf '\\033[?1000h'; exec cat >\"$0\"",
                                  home.path(title)});
     }
-    /// The one that has the keyboard.
+    /// Opens `terminal`, and gives it the keyboard.
     void startTerminal(const QStringList &options = {}) {
         terminal = openTerminal(terminalTitle, options);
         ASSERT_TRUE(waitUntil([this] { return QFile::exists(home.path(terminalTitle)); }));

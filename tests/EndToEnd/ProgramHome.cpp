@@ -40,8 +40,8 @@ ProgramHome::ProgramHome() {
     const QJsonObject settings{{"eventServerPort", freePort()}, {"hasCompletedFirstRun", true},
                                {"installPingEnabled", false},   {"usageEnabled", false},
                                {"showWhenIdle", true},          {"SUEnableAutomaticChecks", false}};
-    // A connection of an older version: at its start the program writes its scripts for those who
-    // are connected.
+    // An agent that an older version has connected: the program writes its scripts at the start if
+    // any agent is connected.
     write(".claude/settings.json", R"({"hooks":{"Stop":[{"command":".morvane/hook.sh claude"}]}})");
     write(".config/morvane/io.morvane.morvane.json", QJsonDocument(settings).toJson());
 }

@@ -8,12 +8,12 @@
 
 namespace morvane {
 
-/// A home folder for one run of the program, for as long as it lives: nothing of the person's own
-/// home, settings or running program is in reach of what is started with its environment.
+/// A home folder for one run of the program, which exists as long as this object. What is started
+/// with its environment can't reach the person's own home, settings or running program.
 class ProgramHome : public TemporaryHome {
 public:
-    /// The settings are those of a person who has long been through the welcome, who sees it also
-    /// while nothing happens, with a free port and no network beyond the machine.
+    /// By its settings the welcome is completed, the program is visible also when idle, its port is
+    /// free, and nothing is asked of the network.
     ProgramHome();
 
     /// Without a display and without a session bus, whatever the test itself has.
@@ -25,7 +25,8 @@ public:
     /// The command of a hook, for `ChildProcess`.
     QStringList hook(const QStringList &arguments) const;
 
-    /// True when the program has written its forwarder, which it does once it listens.
+    /// Waits until the program has written its forwarder, which it does once it listens. False when
+    /// it never does.
     bool waitForHook() const;
 
 private:

@@ -25,7 +25,8 @@ protected:
                      numbers.value(3).toInt());
     }
 
-    /// The capsule or the shell, closed or grown into the panel; an empty one where there is none.
+    /// Where the capsule or the notch's shell is, closed or open as the panel; empty where there is
+    /// none.
     QRect tab() const { return find("filler", "Morvane").value_or(QRect()); }
 
     std::unique_ptr<ChildProcess> program;

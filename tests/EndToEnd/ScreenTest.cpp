@@ -42,7 +42,7 @@ protected:
         if (!waitUntil([&] { return find(role, name).has_value(); })) {
             return testing::AssertionFailure() << "no " << qPrintable(role + ' ' + name);
         }
-        // Asked again: when it was first seen it may have been on its way.
+        // Its place is asked for again: when first seen, it may still have been moving.
         display->click(find(role, name).value_or(QRect()).center());
         return testing::AssertionSuccess();
     }
@@ -118,15 +118,15 @@ TEST_P(ManagedScreenTest, AnswersByTheKeyboardAloneWhichTheTerminalHasBackThen) 
     display->press(panelKey);
     EXPECT_TRUE(waitUntil([this] { return !terminalHasKeyboard(); }));
     ASSERT_TRUE(waitUntil([this] { return find("button", "Deny").has_value(); }));
-    // From the row over the call, which is a stop while a screen reader may be there, to its
-    // buttons.
+    // From the row to its buttons, past the call, which takes the keyboard focus while a screen
+    // reader may be there.
     display->press("Down");
     display->press("Down");
     display->press("Right");
     display->press("Return");
     EXPECT_EQ(hook->outputAtEnd(), allowAnswer);
     EXPECT_TRUE(isOpen());
-    // So does a digit.
+    // A digit answers as well.
     ASSERT_TRUE(waitUntil([this] { return !find("button", "Deny"); }));
     const auto next = ask();
     ASSERT_TRUE(waitUntil([this] { return find("button", "Deny").has_value(); }));
@@ -135,7 +135,7 @@ TEST_P(ManagedScreenTest, AnswersByTheKeyboardAloneWhichTheTerminalHasBackThen) 
     display->press("Escape");
     EXPECT_TRUE(waitUntil([this] { return terminalHasKeyboard(); }));
     EXPECT_EQ(display->type("typed")->wait(), 0);
-    // With the panel closed these are the terminal's.
+    // With the panel closed these keys go to the terminal.
     EXPECT_TRUE(waitUntil([this] { return !isOpen(); }));
     display->press("Escape");
     display->press("ctrl+2");
@@ -175,7 +175,7 @@ TEST_F(ScreenTest, AScreenReaderOpensAndAnswersByActionsAlone) {
 TEST_F(ScreenTest, OpensThePanelWhenStartedAgain) {
     const auto hook = ask();
     EXPECT_FALSE(isOpen());
-    // What was last typed, and where, must not keep the window that is asked for in the background.
+    // The last key, typed in another window, must not keep the requested window in the background.
     EXPECT_EQ(display->type("morvane")->wait(), 0);
     EXPECT_EQ(start({MORVANE})->wait(), 0);
     EXPECT_TRUE(waitUntil([this] { return isOpen() && find("button", "Allow"); }));
@@ -210,7 +210,7 @@ TEST_F(ScreenTest, TakesThePlaceOfOneWithoutAScreenAndOfNoneOnAnotherDisplay) {
 TEST_F(ScreenTest, ARightClickOpensTheMenuAndTheTerminalKeepsTheFocus) {
     const auto hasMenu = [this] { return find("menu item", "Quit Morvane").has_value(); };
     const auto openMenu = [&] {
-        // Of the tab at any size, since it may be about to close.
+        // A point that is on the tab at any size, since it may be about to close.
         display->click({tab().center().x(), tab().top() + 10}, 3);
         EXPECT_TRUE(waitUntil([&] { return hasMenu() && isOpen(); }));
         EXPECT_TRUE(terminalHasKeyboard());

@@ -49,7 +49,7 @@ protected:
         return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
     }
 
-    /// A client is listed until it has heard of it.
+    /// Waits until the client isn't listed any more, which takes until it has heard of it.
     void detach(const QString &session) const {
         tmux({"detach-client", "-s", session});
         EXPECT_TRUE(waitUntil([&] {
@@ -61,7 +61,7 @@ protected:
         return tmux({"display-message", "-p", "-t", *pane.tmux, "#{pane_tty}"});
     }
 
-    /// A window with this program in it; its pane.
+    /// Opens a window with this program in it; yields its pane.
     PaneLocator open(const QStringList &command, const QString &program) const {
         PaneLocator pane;
         pane.tmux =
@@ -70,7 +70,7 @@ protected:
         return pane;
     }
 
-    /// Attaches a terminal to a tmux session; the terminal's device.
+    /// Attaches a terminal to a tmux session; yields the terminal's device.
     QString attach(const QString &session) {
         const QString told = m_folder.path(session + ".tty");
         auto client = std::make_unique<QProcess>();
@@ -123,18 +123,18 @@ TEST_F(TmuxTest, AJumpSelectsThePaneAndComesToTheTerminalThatShowsIt) {
     destination.pane = other;
     EXPECT_EQ(jumped(), QStringList{"show " + second});
 
-    // What no terminal shows comes into the only one there is.
+    // A pane that no terminal shows is shown in the only terminal there is.
     detach("two");
     EXPECT_EQ(jumped(), QStringList{"show " + first});
     EXPECT_EQ(tmux({"list-clients", "-F", "#{pane_id}"}), *other.tmux);
-    destination.ttyName = first; // which the pane hasn't
+    destination.ttyName = first; // not the pane's own
     EXPECT_EQ(jumped(), QStringList({"show " + first, "show " + first}));
     detach("two");
     destination.ttyName = ttyOf(other);
     EXPECT_EQ(jumped(), QStringList{"launch com.googlecode.iterm2"});
 }
 
-/// As in the terminal of an editor, which hands the pane's name on.
+/// As in the terminal of an editor, which passes the pane's name on to its shell.
 TEST_F(TmuxTest, WhatRunsInATerminalWithinThePaneIsFoundAndOfferedNoReply) {
     Session session;
     session.pane = open({"new-session", "-d", "-s", "one"},
@@ -163,7 +163,7 @@ TEST_F(TmuxTest, WhatRunsInATerminalWithinThePaneIsFoundAndOfferedNoReply) {
     EXPECT_TRUE(becomesTrue([&] { return canReply(); }));
 }
 
-/// The program takes keys as agents do: raw, and with pastes marked as such.
+/// The program reads keys as agents do: raw, and with bracketed paste.
 TEST_F(TmuxTest, RepliesArriveAsTheyAreOneAfterTheOther) {
     Session session;
     session.pane =
@@ -174,7 +174,7 @@ TEST_F(TmuxTest, RepliesArriveAsTheyAreOneAfterTheOther) {
         return tmux({"display-message", "-p", "-t", *session.pane.tmux,
                      "#{pane_current_command}"}) == "cat";
     }));
-    // Somebody looks back in the pane, where keys mean something else.
+    // Somebody scrolls back in the pane: in copy mode keys mean something else.
     tmux({"copy-mode", "-t", *session.pane.tmux});
     ManualScheduler pauses;
     TerminalReply reply(tools, scripting, processes, pauses);
@@ -235,7 +235,7 @@ TEST_F(TmuxTest, RepliesGoToNobodyButTheAgent) {
     session.ttyName = attach("one");
     EXPECT_FALSE(isSent());
     session.ttyName = ttyOf(session.pane);
-    // Control-D at the line's beginning ends it, and the shell is there.
+    // Control-D at the beginning of a line ends the agent, and leaves the shell.
     tmux({"send-keys", "-t", *session.pane.tmux, "C-d"});
     EXPECT_TRUE(becomesTrue([&] { return !processes.hearsKeys(*session.process); }));
     EXPECT_FALSE(isSent());

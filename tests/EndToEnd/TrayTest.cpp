@@ -15,7 +15,7 @@ constexpr const char *menuInterface = "com.canonical.dbusmenu";
 /// The program on a desktop whose tray comes and goes, and what a person would see of its menu.
 class TrayTest : public ProgramOnScreen {
 protected:
-    /// Its items: the check mark, the text and the key of each, and the number.
+    /// Its items: a line with the check mark, the text and the key of each, and its id.
     struct Menu {
         QStringList lines;
         QList<int> ids;
@@ -33,7 +33,7 @@ protected:
         ASSERT_TRUE(becomesTrue([this] { return !tray->item.isEmpty(); }));
     }
 
-    /// While it waits, the program may ask in turn.
+    /// Answers what the program asks while this waits.
     QVariant ask(const QString &method, const QVariantList &arguments, qsizetype result = 0) const {
         auto message =
             QDBusMessage::createMethodCall(tray->item, "/MenuBar", menuInterface, method);
@@ -48,7 +48,7 @@ protected:
         }
         return result;
     }
-    /// The root is no item of its own.
+    /// The root isn't an item itself.
     static void read(const QDBusArgument &layout, qsizetype depth, Menu &into) {
         int id = 0;
         QVariantMap of;
@@ -83,7 +83,7 @@ protected:
     std::unique_ptr<TrayWatcher> tray;
 };
 
-/// An installed program that has asked an agent for its limits, which doesn't answer.
+/// An installed program that has asked an agent for its limits and gets no answer.
 class RestartTest : public TrayTest {
 protected:
     RestartTest() {
@@ -106,7 +106,8 @@ TEST_F(TrayTest, ComesBackWithATrayAndKeepsItsMenuTrueWhileThatIsOpen) {
                                                 "Settings… <Control+,>", "Connected agents — 1",
                                                 "  [x] Claude Code", "Quit Morvane <Control+Q>"}));
 
-    // Only a slot can be told of a signal; this one is called when the menu is not as it was.
+    // Only a slot can be connected to a signal of the bus; this one is called when the menu has
+    // changed.
     QTimer change;
     for (const char *signal : {"LayoutUpdated", "ItemsPropertiesUpdated"}) {
         bus.connect(tray->item, {}, menuInterface, signal, &change, SLOT(start()));
@@ -120,7 +121,7 @@ TEST_F(TrayTest, ComesBackWithATrayAndKeepsItsMenuTrueWhileThatIsOpen) {
     home.write(".codex/config.toml", "");
     openMenu();
     EXPECT_TRUE(becomesTrue([this] { return menu().lines.contains("  Codex"); }));
-    // A host that draws no menus asks for it.
+    // A host that draws no menus asks the program to show its own.
     const auto windows = [this] {
         std::optional<QByteArray> found;
         EXPECT_TRUE(waitUntil([&] {

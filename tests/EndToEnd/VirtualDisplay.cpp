@@ -13,8 +13,8 @@ namespace morvane {
 
 VirtualDisplay::VirtualDisplay(QProcessEnvironment environment, const WindowManager &manager)
     : m_environment(std::move(environment)), m_manager(manager) {
-    // Without -noreset it would start over, under the feet of who is just coming, whenever its last
-    // client leaves.
+    // Without -noreset the server would reset whenever its last client leaves, and cut off a client
+    // that is just connecting.
     m_server = start("Xvfb -displayfd 1 -screen 0 1280x800x24 -noreset -nolisten tcp");
     m_bus = start("dbus-daemon --session --nofork --print-address=1");
     const auto number = m_server->readLine();
@@ -25,7 +25,8 @@ VirtualDisplay::VirtualDisplay(QProcessEnvironment environment, const WindowMana
     m_environment.insert("DISPLAY", QLatin1Char(':') + QString::fromLatin1(*number));
     m_environment.insert("DBUS_SESSION_BUS_ADDRESS", QString::fromLatin1(*address));
 
-    // Otherwise some of them would start services for their settings and for screen readers.
+    // Otherwise some window managers would start services for their settings and for screen
+    // readers.
     m_environment.insert("GSETTINGS_BACKEND", "memory");
     m_environment.insert("NO_AT_BRIDGE", "1");
 
@@ -40,7 +41,8 @@ VirtualDisplay::VirtualDisplay(QProcessEnvironment environment, const WindowMana
         file.write(content);
     }
     m_windowManager = start(m_manager.command);
-    // It tells of desktops once it manages windows: one that came earlier would stay without focus.
+    // The window manager announces its desktops once it manages windows. A window that came earlier
+    // would never get the focus.
     m_isUp = waitUntil([this] { return control({"get_num_desktops"}).has_value(); });
 }
 
@@ -73,7 +75,7 @@ std::unique_ptr<ChildProcess> VirtualDisplay::type(const QString &text) const {
 
 void VirtualDisplay::goToDesktop(int index) const {
     if (QLatin1String(m_manager.name) == QLatin1String("i3")) {
-        // It makes its desktops as they are gone to, which only its own tool can do.
+        // i3 creates a desktop when it is switched to, which only its own tool can do.
         run({"i3-msg", "--quiet", "workspace", "number", QString::number(index + 1)});
     } else {
         control({"set_desktop", QString::number(index)});
@@ -83,7 +85,7 @@ void VirtualDisplay::goToDesktop(int index) const {
 void VirtualDisplay::setMonitor(const QString &name, const QRect &place) const {
     const QString geometry = QString::asprintf("%d/300x%d/200+%d+%d", place.width(), place.height(),
                                                place.x(), place.y());
-    // Only one of them can have the one output that there is.
+    // Only one monitor can have the only output.
     const bool isFirst = place.topLeft().isNull();
     run({"xrandr", "--setmonitor", name, geometry, isFirst ? "screen" : "none"});
 }
@@ -97,8 +99,8 @@ bool VirtualDisplay::bringToFront(const QString &title) const {
         if (focusedTitle() == title.toUtf8()) {
             return true;
         }
-        // Asked once more while it still does that, a window manager would take the second request
-        // for newer than whatever the test does next.
+        // This waits for the activation. A second request during the first would count as newer
+        // than whatever the test does next.
         tryWithWindow(title, {"windowactivate", "--sync"});
         return false;
     });

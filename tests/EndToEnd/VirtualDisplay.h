@@ -13,8 +13,8 @@
 
 namespace morvane {
 
-/// An X display that nobody sees, with a window manager, a session bus and hands that move the
-/// pointer and press keys. Ended with this object.
+/// A virtual X display with a window manager, a session bus, and functions that move the pointer
+/// and press keys. It ends with this object.
 class VirtualDisplay {
 public:
     /// The environment is that of the person at this display, whose home gets the settings of the
@@ -37,24 +37,25 @@ public:
     /// A key by its name, such as "Escape".
     void press(const QString &key) const;
 
-    /// Begins to type; done when the result has ended.
+    /// Starts typing, which is done once the returned process has ended.
     std::unique_ptr<ChildProcess> type(const QString &text) const;
 
     /// Counted from 0; there are at least two.
     void goToDesktop(int index) const;
 
-    /// Divides the screen, which is 1280 by 800, into monitors. One must be at its upper left.
+    /// Makes a part of the screen, which is 1280 by 800, a monitor. One monitor must be at the
+    /// upper left.
     void setMonitor(const QString &name, const QRect &place) const;
 
     /// Runs a program to its end; true when it reports success.
     bool run(const QStringList &command) const;
 
-    /// Waits until the window of this title has the keyboard, and asks for that where the window
-    /// manager has not given it to a new window. False when it never gets it.
+    /// Waits until the window of this title has the keyboard, and activates it where the window
+    /// manager hasn't focused it as a new window. False when it never gets the keyboard.
     bool bringToFront(const QString &title) const;
 
-    /// Lets xdotool do something with the window of this title, again and again until it has: it
-    /// fails also where any other window vanishes while it searches. False when it never does.
+    /// Has xdotool act on the window of this title, and tries again until it succeeds: xdotool also
+    /// fails where any other window vanishes during its search. False when it never succeeds.
     bool withWindow(const QString &title, const QStringList &action) const;
 
     /// The title of the window that has the keyboard.

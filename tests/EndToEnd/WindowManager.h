@@ -14,7 +14,7 @@ struct WindowManager {
 
     const char *name;
     const char *command;
-    std::array<File, 2> files; ///< its settings, in the home of the person; not always two
+    std::array<File, 2> files; ///< its settings, in the person's home; fewer than two leave nulls
 
     /// Windows fill the screen from edge to edge on this one.
     static const WindowManager openbox;
@@ -53,7 +53,7 @@ inline constexpr std::array<WindowManager, 4> WindowManager::all{
 <property name="override" type="bool" value="true"/></property></property></channel>)"},
                     {".themes/Default/xfwm4/themerc", ""}}}},
     metacity,
-    // A file without this comment it takes for one of an older version.
+    // i3 takes a file without this comment for one of an older version.
     WindowManager{
         "i3", "i3", {{{".config/i3/config", "# i3 config file (v4)\nfont pango:monospace 8\n"}}}}};
 

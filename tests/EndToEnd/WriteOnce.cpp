@@ -26,7 +26,7 @@ std::unique_ptr<HookInstaller> installer(const char *agent) {
                                settings.port());
 }
 
-/// What is asked of the defaults comes out all right in this run; the disk has to be asked.
+/// In this run the defaults yield the new value even if it isn't stored, so this reads the file.
 Outcome writeDefaults(const char *) {
     const QString key = QStringLiteral("soundVolume");
     Defaults &defaults = Defaults::standard();

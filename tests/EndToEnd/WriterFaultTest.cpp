@@ -27,7 +27,7 @@ struct Target {
     const char *agent;
     const char *path;
     const char *original; ///< null for no file
-    /// Of another program's file, what it held before is kept beside it.
+    /// True for another program's file: what that held before is kept beside it.
     bool isAnothers = false;
 
     bool disconnects() const { return std::string_view(writer) == "disconnect"; }
@@ -77,7 +77,7 @@ protected:
         return home.read(path).replace(home.path().toUtf8(), "HOME");
     }
 
-    /// Of the home that there is, one at a time: the test's own environment points into it.
+    /// Runs in the only home that exists at the time: the test's own environment points into it.
     static std::optional<int> run(const QStringList &command) {
         return ChildProcess(command, QProcessEnvironment::systemEnvironment()).wait();
     }
@@ -87,7 +87,7 @@ protected:
 
     static QStringList writer() { return {WRITE_ONCE, GetParam().writer, GetParam().agent}; }
 
-    /// Starts the writer with `fault` at these calls, or at those of them that are for one file.
+    /// Starts the writer with `fault` at these calls, or only at those for `file`.
     static std::unique_ptr<ChildProcess> start(const TemporaryHome &home, const QString &which,
                                                const QString &fault, const QString &when,
                                                const QString &file = {}) {
@@ -97,7 +97,7 @@ protected:
                                               QProcessEnvironment::systemEnvironment());
     }
 
-    /// What of strace comes before the writer.
+    /// The part of the command that runs the writer under strace.
     static QStringList traced(const TemporaryHome &home, const QString &which,
                               const QString &file) {
         QStringList command{"strace", "-f", "-o", home.path("log"), "-e", "trace=" + which};
@@ -107,8 +107,8 @@ protected:
         return command;
     }
 
-    /// Runs the writer with the fault; the exit status, or none when it was ended. Sets `reached`
-    /// to whether there was such a call.
+    /// Runs the writer with the fault; yields its exit status, or none when a signal ended it. Sets
+    /// `reached` to whether such a call was made.
     std::optional<int> write(const TemporaryHome &home, const QString &which, const QString &fault,
                              const QString &when, const QString &file = {}) {
         const auto status = start(home, which, fault, when, file)->wait();
@@ -117,8 +117,8 @@ protected:
         return status;
     }
 
-    /// Sets what stands in the file before and after a writer that nothing disturbs. Yields how
-    /// often it makes each of these calls, or those of them that are for one file.
+    /// Sets `before` and `after` to what is in the file around an undisturbed run. Yields how often
+    /// the writer makes each of these calls, or only those for `file`.
     QMap<QString, int> learn(const QStringList &which = calls, const QString &file = {}) {
         const auto home = newHome();
         before = content(*home, target());
@@ -136,8 +136,8 @@ protected:
         return counts;
     }
 
-    /// The file must be as it was or as it shall be, and what it held before, and what its owner
-    /// had in it, must be there.
+    /// The file must hold its old or its new content. For another program's file, the content
+    /// before this change and the owner's original must both still exist.
     void expectWhole(const TemporaryHome &home) const {
         const QByteArray now = content(home, target());
         EXPECT_TRUE(now == before || now == after) << now.toStdString();
@@ -147,7 +147,7 @@ protected:
         EXPECT_EQ(home.mode(target()), mode);
         const QByteArray kept = content(home, backup());
         if (now != before || kept != "older") {
-            // What changes nothing but our own lines in a TOML file leaves the backup alone.
+            // A change of nothing but our own lines in a TOML file leaves the backup alone.
             EXPECT_TRUE(kept == before || (before.contains("# >>>") && kept == "older"))
                 << kept.toStdString();
         }
@@ -155,14 +155,14 @@ protected:
                     home.read(target() + ".morvane-original") == GetParam().original);
     }
 
-    /// Whatever a fault has left behind, the next try gets there.
+    /// Whatever a fault has left behind, the next try succeeds.
     void expectNextTryWrites(const TemporaryHome &home) const {
         EXPECT_EQ(run(writer()), 0);
         EXPECT_EQ(content(home, target()), after);
     }
 
-    /// Writes once for each of these calls, or each that is for one file, with the fault there, and
-    /// says how many there were.
+    /// Runs the writer once for each of these calls, or only those for `file`, with the fault at
+    /// that call. Yields the number of runs.
     template <typename Check>
     int disturbEach(const QStringList &which, const char *fault, const Check &check,
                     const QString &file = {}) {
@@ -206,8 +206,8 @@ TEST_P(WriterFaultTest, LeavesTheFileWholeWhateverFails) {
     EXPECT_GE(disturbEach(calls, "error=ENOSPC", check), 1);
 }
 
-/// A file system on which one kind of change is never possible: nothing at all when it is read-only
-/// or full, no rename over a file, no owner.
+/// A file system on which one kind of change always fails: any change when it is read-only or full,
+/// a rename over a file, a change of owner.
 TEST_P(WriterFaultTest, LeavesTheFileWholeOnAFileSystemThatCannot) {
     learn();
     for (const auto &[which, error] :
@@ -227,7 +227,7 @@ TEST_P(WriterFaultTest, LeavesTheFileWholeOnAFileSystemThatCannot) {
 
 class SharedFileFaultTest : public WriterFaultTest {};
 
-/// What can't be read once it is written makes way for what was there before.
+/// A file that can't be read back once it is written is replaced by what was there before.
 TEST_P(SharedFileFaultTest, LeavesTheFileWholeWhereItCannotBeRead) {
     const auto check = [this](const TemporaryHome &home, const std::optional<int> &status) {
         EXPECT_EQ(status, content(home, target()) == before ? 1 : 0);
@@ -235,7 +235,7 @@ TEST_P(SharedFileFaultTest, LeavesTheFileWholeWhereItCannotBeRead) {
     EXPECT_GE(disturbEach({"?open", "?openat"}, "error=EIO", check, target()), 3);
 }
 
-/// As a container leaves a file that has run as this user, but in a group of its own.
+/// As a container leaves a file when it has run as this user, but in a group of its own.
 TEST_P(SharedFileFaultTest, IsWrittenWhereItsGroupCannotBeKept) {
     learn();
     for (const auto &[old, cut] : {std::pair(0664U, 0644U), {02760U, 0700U}, {0604U, 0604U}}) {
@@ -254,14 +254,14 @@ TEST_P(SharedFileFaultTest, IsWrittenWhereItsGroupCannotBeKept) {
     }
 }
 
-/// Whenever the agent writes, be it a moment before the file is replaced.
+/// Whenever the agent writes, even a moment before the file is replaced.
 TEST_P(SharedFileFaultTest, KeepsWhatIsWrittenWhileItRuns) {
     int stops = 0;
     for (int number = 1; !HasFailure(); ++number) {
         SCOPED_TRACE(number);
         const auto home = newHome();
         const auto child = start(*home, "fsync", "signal=STOP", QString::number(number));
-        QByteArray stopped; // up to where a line of the stopped process says so
+        QByteArray stopped; // the log up to the line that reports the stop
         ASSERT_TRUE(waitUntil([&] {
             const QByteArray log = home->read("log");
             stopped = log.first(std::max<qsizetype>(log.indexOf("--- stopped by"), 0));
