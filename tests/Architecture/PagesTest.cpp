@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-// Holds what the pages in docs/ say of the sources against these.
+// Checks what the pages in docs/ say of the sources.
 
 namespace morvane {
 namespace {
@@ -64,8 +64,8 @@ bool maySee(const QString &from, const QString &to, const Rooms &rooms) {
            });
 }
 
-/// Every include of a header of the tree that the page has no arrow for, and every folder with
-/// sources that the page doesn't know, a sentence each.
+/// A sentence for each include of a header of the tree that the page's table doesn't allow, and for
+/// each source in a folder that the table doesn't list.
 QStringList violationsIn(const QString &tree) {
     static const QRegularExpression include = lines("^#include \"([^\"]+)\"");
     const Rooms known = rooms();
@@ -87,7 +87,7 @@ QStringList violationsIn(const QString &tree) {
 }
 
 TEST(IncludeCheck, FindsNoArrowThatTheArchitectureDoesNotHave) {
-    // Else the table has gone from the page, and nothing would be checked.
+    // Without the table on the page nothing would be checked.
     ASSERT_TRUE(rooms().contains("Core/Ground"));
     EXPECT_EQ(violationsIn(SOURCES), QStringList());
 }
