@@ -28,7 +28,7 @@ protected:
         return ends.isEmpty() ? std::nullopt : ends.takeFirst();
     }
 
-    /// The number that a stand-in has written down.
+    /// The process id that a script has written into this file.
     pid_t written(const char *name) const { return folder.read(name).trimmed().toInt(); }
 
     TemporaryHome folder;
@@ -47,7 +47,7 @@ TEST_F(BoundedToolsTest, HearsWhatAToolPutsOut) {
     EXPECT_TRUE(becomesTrue([this] { return !ends.isEmpty(); }));
     EXPECT_EQ(ends, QList<Output>{limit + "\n"});
     ends.clear();
-    // Without a terminal to ask at, and without waiting for what it leaves behind.
+    // A tool has no terminal to ask at, and what it leaves behind isn't waited for.
     EXPECT_EQ(outputOf("(: </dev/tty) 2>/dev/null || echo none; sleep 600 & echo $! >$1/left"),
               "none\n");
     EXPECT_TRUE(becomesTrue([this] { return isGone(written("left")); }));

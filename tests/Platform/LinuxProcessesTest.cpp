@@ -26,8 +26,8 @@ void makeShell(const QString &path) {
     QFile::copy(QFileInfo("/bin/sh").canonicalFilePath(), path);
 }
 
-/// Starts a shell that waits, and returns once it tells that it runs: QProcess counts it as started
-/// while the kernel has no name and no environment of it yet.
+/// Starts a shell that waits, and returns once the shell has printed a line: QProcess reports a
+/// start before the kernel has the new name and environment of the process.
 void startWaiting(QProcess &process, const QString &program) {
     process.start(program, {"-c", "echo; read line"});
     EXPECT_TRUE(becomesTrue([&] { return process.canReadLine(); }));
@@ -49,7 +49,7 @@ protected:
     ManualPool background;
     LinuxProcesses processes{scheduler, background};
     QTemporaryDir folder;
-    /// With a blank in it, and none of a test that runs at the same time.
+    /// With a blank in it, and different from that of a test that runs at the same time.
     const QString name = QString("my agent of %1").arg(::getpid());
     QProcess sleeper;
 };
@@ -81,7 +81,7 @@ TEST_F(LinuxProcessesTest, TellsOfTheEndOfExactlyThatProcess) {
     EXPECT_EQ(others, 0);
 }
 
-/// With an agent that has numbers and files of its own.
+/// With an agent in PID and mount namespaces of its own.
 class SandboxTest : public LinuxProcessesTest {
 protected:
     void SetUp() override {
@@ -108,7 +108,7 @@ protected:
         number = children.open(QIODevice::ReadOnly) ? children.readAll().trimmed().toInt() : 0;
         const auto here = processes.identityOf(number);
         agent = here.value_or(ProcessIdentity{});
-        agent.id = 1; // as the agent itself tells it
+        agent.id = 1; // the agent's own id in its namespace
         return here && !processes.fileOf(agent, files.filePath("files/it")).isEmpty();
     }
 
@@ -149,7 +149,7 @@ TEST_F(LinuxProcessesTest, FindsFilesOfOurOwnMountsByTheirPlainPath) {
     ++elsewhere.pidNamespace;
     EXPECT_EQ(processes.fileOf(elsewhere, linked), QString());
 
-    // With a root of its own.
+    // A process with a root of its own.
     const QByteArray root = QFile::encodeName(folder.path());
     const pid_t child = ::fork();
     if (child == 0) {
@@ -204,8 +204,8 @@ TEST_F(LinuxProcessesTest, FindsWhereAProgramRuns) {
     EXPECT_EQ(processes.workingDirectories(name), QStringList{here});
     EXPECT_EQ(processes.workingDirectories("my"), QStringList());
 
-    // A script that starts its native program is one with that; a program that starts its namesake
-    // is two.
+    // A script and the native program that it starts count once; a program that starts its namesake
+    // counts twice.
     const TemporaryHome other;
     const QString interpreter = other.path("node");
     const QString native = other.path(name);

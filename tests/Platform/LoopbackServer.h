@@ -15,8 +15,7 @@
 
 namespace morvane {
 
-/// Whoever connects is answered with what the request's first line calls for, as soon as the
-/// request is there.
+/// Answers each request, as soon as it is complete, with what `answer` yields for its first line.
 inline void serve(QTcpServer &server, QByteArray &asked,
                   const std::function<QByteArray(const QByteArray &line)> &answer,
                   bool thenCloses = false) {
@@ -52,7 +51,7 @@ inline QByteArray http(const QByteArray &status, const QByteArray &body,
            "\r\n" + headers + "\r\n" + body;
 }
 
-/// A certificate for 127.0.0.1, of the test's own making, which this process trusts when told to.
+/// A self-signed certificate for 127.0.0.1, which this process trusts once told to.
 class LoopbackCertificate {
 public:
     static bool canBeMade() { return !QStandardPaths::findExecutable("openssl").isEmpty(); }
@@ -77,7 +76,7 @@ public:
         server.setSslConfiguration(own);
     }
 
-    /// Of the connections that are made from here on.
+    /// Counts for the connections that are made from here on.
     void trust() const {
         QSslConfiguration knowing = QSslConfiguration::defaultConfiguration();
         knowing.setCaCertificates(m_authorities);

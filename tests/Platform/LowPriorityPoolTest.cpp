@@ -46,7 +46,7 @@ TEST(LowPriorityPool, WaitsAtItsEndForWhatRunsAndDropsTheRest) {
                 ++done;
             });
         }
-        // Those that run go on once this one has been dropped.
+        // The work that is running goes on only once this work has been dropped.
         const auto drop = [&release](void *) { release.set_value(); };
         pool.run([dropped = std::shared_ptr<void>(nullptr, drop)] {
             ADD_FAILURE() << "there were others before it";

@@ -13,7 +13,7 @@ namespace {
 
 class NetworkHttpsClientTest : public testing::Test {
 protected:
-    /// What comes of a request with the token, in the end; none also where there was no answer.
+    /// Sends a request with the token, and yields the answer; none where the request failed.
     std::optional<HttpsAnswer> ask(const QTcpServer &server, const char *scheme = "http") {
         UsageEndpoint endpoint(*client, scheduler, urlOf(server, "/api/oauth/usage", scheme));
         QList<std::optional<HttpsAnswer>> answers;
@@ -26,7 +26,7 @@ protected:
         return answers.value(0);
     }
 
-    /// The same, of a server that gives this answer.
+    /// The same with a server that gives this answer.
     std::optional<HttpsAnswer> askFor(const QByteArray &answer, bool thenCloses = false) {
         QTcpServer server;
         asked.clear();
@@ -54,7 +54,7 @@ TEST_F(NetworkHttpsClientTest, SendsWhatItIsGivenAndBringsWhatComesBack) {
                              "user-agent: claude-code/2.1.0"}) {
         EXPECT_EQ(asked.toLower().count(QByteArray("\r\n") + line + "\r\n"), 1) << line;
     }
-    // The second is like the first: nothing was kept.
+    // The second request is like the first: no cookie was kept.
     const auto next = askFor(http("401 Unauthorized", "{}", "WWW-Authenticate: Basic\r\n"));
     ASSERT_TRUE(next);
     EXPECT_EQ(next->status, 401);
@@ -95,7 +95,7 @@ TEST_F(NetworkHttpsClientTest, TrustsOnlyAServerThatTheMachineKnows) {
     EXPECT_FALSE(ask(server, "https"));
     EXPECT_EQ(asked, "");
     certificate.trust();
-    // The first has kept what it had of the server.
+    // The first client still uses what it has kept of the server.
     client.emplace(NETWORK_LIBRARY, scheduler, background);
     EXPECT_TRUE(ask(server, "https"));
     EXPECT_TRUE(asked.contains("Bearer token"));
@@ -124,7 +124,7 @@ TEST_F(NetworkHttpsClientTest, GoesToEachServerByTheProxyThatTheDesktopHasForIt)
     EXPECT_FALSE(askedOfProxy.contains("words"));
 }
 
-/// An upgrade has put another one in its place, or taken it away.
+/// As after an upgrade that has replaced the library, or removed it.
 TEST_F(NetworkHttpsClientTest, HasNoAnswerWithoutTheLibraryOfItsBuild) {
     for (const char *library : {"/nowhere/network.so", "libc.so.6"}) {
         client.emplace(library, scheduler, background);

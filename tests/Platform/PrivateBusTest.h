@@ -12,13 +12,13 @@
 
 namespace morvane {
 
-/// Knows no service that it could start: what is installed on the machine stays out of the test.
+/// Names no services to start, so that nothing installed on the machine takes part in the test.
 constexpr const char *busConfiguration = R"(<busconfig><type>session</type>
 <listen>unix:tmpdir=/tmp</listen><auth>EXTERNAL</auth><policy context="default">
 <allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/>
 </policy></busconfig>)";
 
-/// A message bus of the test's own, on which nobody is but the test.
+/// A message bus that only the test uses.
 class PrivateBusTest : public testing::Test {
 protected:
     void SetUp() override {
@@ -34,7 +34,7 @@ protected:
         ASSERT_FALSE(m_address.isEmpty());
     }
 
-    /// Another participant for each name.
+    /// A separate connection for each name.
     QDBusConnection connection(const QString &name) const {
         return QDBusConnection::connectToBus(m_address, m_address + name);
     }

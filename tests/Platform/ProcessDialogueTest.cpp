@@ -64,7 +64,7 @@ TEST_F(ProcessDialogueTest, EndsAProgramThatIgnoresItWithAllThatItHasStarted) {
                             "printf '%s\\n' $$ $! >$HOME/numbers; echo bye; ";
     EXPECT_EQ(hold(deaf + "while :; do sleep 1; done"), End::concluded);
     EXPECT_TRUE(areGone("numbers"));
-    // Also where it has gone itself.
+    // Also where the program itself has already ended.
     heard.clear();
     EXPECT_EQ(hold(deaf), End::concluded);
     EXPECT_TRUE(areGone("numbers"));

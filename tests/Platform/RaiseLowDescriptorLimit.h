@@ -9,8 +9,8 @@
 
 namespace morvane {
 
-/// Raises the limit of this process from one that no machine has, and yields that as a shell's
-/// "ulimit -n" says it.
+/// Sets the limit of this process to a low one that no machine has, raises it as the program does,
+/// and yields the low one as a shell's "ulimit -n" prints it.
 inline QByteArray raiseLowDescriptorLimit() {
     rlimit limit{};
     ::getrlimit(RLIMIT_NOFILE, &limit);

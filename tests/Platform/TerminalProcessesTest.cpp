@@ -17,7 +17,7 @@ class TerminalProcessesTest : public testing::Test {
 protected:
     TerminalProcessesTest() { ::clock_gettime(CLOCK_BOOTTIME, &sinceBoot); }
 
-    /// One that has begun a minute ago.
+    /// Adds a process that started a minute ago.
     void add(int id, const char *name, int parent, int session, int terminal) {
         const long startedAt = (sinceBoot.tv_sec - 60) * ::sysconf(_SC_CLK_TCK);
         const auto status =
@@ -42,7 +42,7 @@ protected:
     static constexpr int beyond = 0x10882c; // and 136:300
     static constexpr int null = 0x103;
     const TemporaryHome folder;
-    const QString file = folder.write("terminal"); ///< in place of each device
+    const QString file = folder.write("terminal"); ///< stands in for each device
     timespec sinceBoot{};
 };
 
@@ -68,7 +68,7 @@ TEST_F(TerminalProcessesTest, AreTheShellAndAllThatHaveStartedIt) {
     EXPECT_TRUE(of(0, 0).ancestors.isEmpty());
 }
 
-/// As each container has them.
+/// Each container has terminals with the same numbers.
 TEST_F(TerminalProcessesTest, AreNoneOfATerminalThatOnlyHasTheSameNumber) {
     add(20, "another user's", 1, 20, third);
     add(25, "in a container", 1, 25, third);

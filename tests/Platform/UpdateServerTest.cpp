@@ -14,7 +14,7 @@ namespace {
 
 using Phase = UpdateManager::Phase;
 
-/// A server of updates on this machine that can be made to err or to lie, and real packages, signed
+/// An update server on this machine that can be made to fail or to lie, and real packages, signed
 /// as the maker signs them.
 class UpdateServerTest : public testing::Test, protected UpdateWorld {
 protected:
@@ -55,7 +55,7 @@ protected:
         return path;
     }
 
-    /// What the maker's script says of a package.
+    /// The feed that the maker's script prints for a package.
     QJsonObject sign(const QString &package) const {
         const QString notes = home.write("notes.txt", "Says \"more\".\n\tC:\\ too\n");
         return QJsonDocument::fromJson(
@@ -63,7 +63,7 @@ protected:
             .object();
     }
 
-    /// The server has this version, and is honest about it.
+    /// Has the server offer this version, with a true feed.
     void offer(const QByteArray &version) {
         const QString path = makePackage(version);
         package = home.read("morvane_" + version + ".deb");
@@ -85,7 +85,7 @@ protected:
         return updates->phase();
     }
 
-    /// Has the feed as it is now, wants what is offered, and yields why nothing comes of it.
+    /// Serves `feed` as it is now, accepts the offer, and yields why the update fails.
     QString refusal() {
         feedAnswer = http("200 OK", QJsonDocument(feed).toJson());
         EXPECT_EQ(check(), Phase::offered);
@@ -151,7 +151,7 @@ TEST_F(UpdateServerTest, GoesBackToNoOlderVersion) {
     offer("1.0");
     EXPECT_EQ(check(), Phase::upToDate);
 
-    // Rightly signed, and not what it is said to be.
+    // Properly signed, but not what the feed says it is.
     const QString notIt =
         "The package isn't the version of Morvane that it was said to be. It was discarded.";
     feed["version"] = "1.1";
@@ -205,12 +205,12 @@ TEST_F(UpdateServerTest, LeavesNothingToWhoeverChangesTheirMind) {
     updates->download();
     EXPECT_TRUE(becomesTrue([&] {
         if (!asked.contains(".deb")) {
-            pass(Seconds(0)); // the way to the server is found in the background, too
+            pass(Seconds(0)); // the server's proxy is looked up in the background, too
         }
         return asked.contains(".deb") && background.waiting() > 0;
     })) << "it is there";
     updates->dismiss();
-    // What is asked for next waits until that is out of the way.
+    // The next check waits until the dismissed package has been examined and removed.
     asked.clear();
     updates->checkForUpdates();
     EXPECT_EQ(updates->phase(), Phase::checking);

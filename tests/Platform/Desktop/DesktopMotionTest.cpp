@@ -53,7 +53,7 @@ TEST_F(DesktopMotionTest, FollowsWhatThePersonChanges) {
     set(*desktop, kde, "AnimationDurationFactor", "0.5");
     EXPECT_TRUE(becomes(motion, false));
 
-    // What all desktops share is the last word, but only in the form that it is to have.
+    // The setting that all desktops share wins, but only if its value has the right type.
     set(*desktop, gnome, "enable-animations", false);
     EXPECT_TRUE(becomes(motion, true));
     set(*desktop, appearance, "reduced-motion", 0u);

@@ -96,7 +96,7 @@ TEST_F(GlobalShortcutsPortalTest, AsksThePersonOnceAndHearsOfEachPress) {
     EXPECT_TRUE(becomesTrue([&] { return !presses.isEmpty(); }));
     EXPECT_EQ(presses, QList{panel});
 
-    // What is only lent for a moment can't be had here.
+    // A key that is only needed for a moment can't be registered with the portal.
     EXPECT_EQ(keys.state(keys.registerKey({.keyCode = 1}, {})), State::unavailable);
     keys.unregisterKey(panel);
     EXPECT_TRUE(becomesTrue([&] { return portal.asked.last() == "Close"; }));

@@ -28,7 +28,7 @@ protected:
         QFile(script).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
 
-    /// Whether the program is there that a player waits for.
+    /// Whether the program that a player waits for still runs.
     bool sleeps() const {
         const qint64 sleeper = home.read("sleeper").trimmed().toLongLong();
         return sleeper > 0 && !isGone(sleeper);
@@ -73,7 +73,7 @@ TEST_F(PlayerProgramsTest, AsksOneAfterAnotherAndBeepsInTheEnd) {
 }
 
 TEST_F(PlayerProgramsTest, EndsAPlayerThatIsStuckAndAsksItLastFromThenOn) {
-    // It plays, waits for another program that never ends, and tells who that is.
+    // It plays, waits for another program that never ends, and writes down the id of that.
     install("pw-play", "/bin/sleep 600 &\necho $! >\"$HOME/sleeper\"\nwait");
     install("paplay", "");
     programs->play(wave, 1);
@@ -97,7 +97,7 @@ TEST_F(PlayerProgramsTest, KeepsNoCrowdOfStuckPlayers) {
         programs->play(wave, 1);
     }
     EXPECT_TRUE(becomeAsked({"pw-play", "pw-play", "pw-play", "pw-play"}));
-    // The others are not there.
+    // No other player is installed.
     scheduler.advance(Seconds(5));
     EXPECT_TRUE(becomesTrue([&] { return bells == 4; }));
     programs->play(wave, 1);

@@ -16,7 +16,7 @@ QVariant variant(const QVariant &value) {
     return QVariant::fromValue(QDBusVariant(value));
 }
 
-/// As the service hands it out.
+/// A secret in the form in which the service hands it out.
 QVariant secretOf(const QDBusObjectPath &session, const QByteArray &value) {
     QDBusArgument result;
     result.beginStructure();
@@ -28,7 +28,7 @@ QVariant secretOf(const QDBusObjectPath &session, const QByteArray &value) {
 /// A keyring with two collections, the second of which has the agent's items.
 class Keyring : public BusService {
 public:
-    /// The secret of each; none of a locked one.
+    /// Takes the secret of each item; a locked item has none.
     Keyring(const QDBusConnection &bus, const QList<std::optional<QByteArray>> &secrets)
         : BusService(bus, root, "org.freedesktop.secrets") {
         const QString session = root + "/collection/session";
@@ -54,12 +54,12 @@ public:
         return message.member() == silentAt || BusService::handleMessage(message, bus);
     }
 
-    QString silentAt; ///< what is never answered
+    QString silentAt; ///< the call that is never answered
 };
 
 class SecretServiceTest : public PrivateBusTest {
 protected:
-    /// What the program is told, from a thread of its own as in the program.
+    /// What the program is told; as in the program, another thread asks.
     SecretStore::Answer secret(Seconds limit = Seconds(30)) {
         return onAnotherThread(
             [&] { return SecretService(connection("program")).secret("agent", limit); });
@@ -77,7 +77,7 @@ TEST_F(SecretServiceTest, FindsTheServicesSecretAmongOthers) {
 TEST_F(SecretServiceTest, LeavesLockedWhatIsLocked) {
     const Keyring keyring(connection("keyring"), {std::nullopt});
     EXPECT_TRUE(std::holds_alternative<SecretStore::Withheld>(secret()));
-    // Nothing that could bring a question before the person, nor what would lead to one.
+    // No call that could open a dialog, nor one that would lead to it.
     for (const char *dialog : {"Unlock", "Prompt", "OpenSession", "GetSecret"}) {
         EXPECT_FALSE(keyring.asked.join('\n').contains(dialog)) << dialog;
     }

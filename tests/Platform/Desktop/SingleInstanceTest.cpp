@@ -29,7 +29,7 @@ protected:
         return SingleInstance(home.path("config"), screen, start).claim(patience);
     }
 
-    /// The name that the lock's file has here.
+    /// The path of the lock file.
     QString lockFile() const {
         EXPECT_EQ(claim(), Outcome::isFirst);
         return home.path("config/" + QDir(home.path("config")).entryList({"*.lock"}).value(0));
@@ -44,12 +44,12 @@ TEST_F(SingleInstanceTest, ASecondTellsTheFirstAndGivesWay) {
     int reopenings = 0;
     QObject::connect(&first, &SingleInstance::reopened, [&] { ++reopenings; });
     ASSERT_EQ(first.claim(noPatience), Outcome::isFirst);
-    // Nobody asks for anything at a login.
+    // A start at login doesn't reopen the first.
     EXPECT_EQ(onAnotherThread([&] { return claim(Seconds(30), Screen::reached, Start::atLogin); }),
               Outcome::toldTheFirst);
     EXPECT_EQ(onAnotherThread([&] { return claim(Seconds(30)); }), Outcome::toldTheFirst);
     EXPECT_TRUE(becomesTrue([&] { return reopenings == 1; }));
-    // Also when somebody has tidied up in the meantime.
+    // Also when the lock file has been deleted in the meantime.
     QFile::remove(lock);
     EXPECT_EQ(onAnotherThread([&] { return claim(Seconds(30)); }), Outcome::toldTheFirst);
     EXPECT_TRUE(becomesTrue([&] { return reopenings == 2; }));
@@ -92,11 +92,11 @@ TEST_F(SingleInstanceTest, LeavesNothingOfItsOwnWhereThatIsWanted) {
 TEST_F(SingleInstanceTest, SaysThatTheFirstIsSilentUnlessThatRunsOnAnotherMachine) {
     const QString lock = lockFile();
     {
-        // It has come so far and no further.
+        // The first has the lock, but doesn't listen yet.
         KernelLock first;
         ASSERT_EQ(first.take(lock), KernelLock::Outcome::taken);
         EXPECT_EQ(claim(), Outcome::firstIsSilent);
-        // One that has the folder too, on another machine, is no first here.
+        // A program on another machine that shares the folder is no first here.
         home.write("config/" + QFileInfo(lock).fileName(), "that machine's");
         SingleInstance second(home.path("config"), Screen::reached);
         EXPECT_EQ(second.claim(noPatience), Outcome::isFirst);

@@ -21,7 +21,7 @@ TEST_F(StatusNotifierHostTest, IsPresentWhileAWatcherHasAHost) {
     watcher.setHost(true);
     EXPECT_TRUE(becomes(true));
 
-    // Another takes its place, which has no item yet.
+    // Another watcher takes its place, and has no item yet.
     int changes = 0;
     QObject::connect(&host, &StatusItemHost::presenceChanged, &watcher, [&] { ++changes; });
     const TrayWatcher other(connection("other"));

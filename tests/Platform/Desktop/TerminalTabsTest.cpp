@@ -10,7 +10,8 @@ namespace {
 
 class TerminalTabsTest : public PrivateBusTest {
 protected:
-    /// What is known of the window, or "shown" and the tab's title.
+    /// The outcome as a text: "shown" where the terminal shows the window itself, the window's
+    /// number and the tab's title.
     QString select(const TerminalProcesses &processes) {
         TerminalTabs tabs(connection("program"));
         std::optional<TerminalTabs::Outcome> outcome;
@@ -43,7 +44,7 @@ TEST_F(TerminalTabsTest, KonsoleSelectsTheTabOfTheShell) {
     EXPECT_EQ(select(konsole()), "77:");
     EXPECT_EQ(terminal.asked.last(), "/Windows/1 setCurrentSession(3)");
 
-    // Dragged into another window since then, which has to be found by its title.
+    // The tab has been dragged into another window, which has to be found by its title.
     terminal.answers["/Windows/1 sessionList()"] = {QStringList("2")};
     terminal.answers["/Windows Introspect()"] = {"<node><node name='1'/><node name='4'/></node>"};
     EXPECT_EQ(select(konsole()), ":shop : bash");

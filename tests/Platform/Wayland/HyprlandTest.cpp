@@ -19,7 +19,7 @@ protected:
                          [this] { listener = events.nextPendingConnection(); });
     }
 
-    /// Says so in two pieces.
+    /// Sends the event in two pieces.
     void tell(const QByteArray &event) const {
         listener->write(event.left(4));
         listener->flush();
@@ -96,7 +96,7 @@ TEST_F(HyprlandTest, IsAskedNothingForTitles) {
     asked.clear();
     tell("activewindow>>foot,>>fullscreen>>1");
     tell("windowtitle>>5a");
-    // What they would have led to has come by the time that these are answered.
+    // A question that these events led to would arrive before the next ones are answered.
     EXPECT_TRUE(listed(windows) && listed(windows));
     EXPECT_EQ(asked, (QList<QByteArray>{"j/clients", "j/clients"}));
 }

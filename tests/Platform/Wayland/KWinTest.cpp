@@ -34,7 +34,7 @@ public:
         return true;
     }
 
-    /// What the last script says.
+    /// Sends this text as the last script would.
     void tell(const QString &text) {
         static const QRegularExpression name("\"(morvane-[^\"]+)\"");
         tell(name.match(script).captured(1), text);
@@ -45,7 +45,7 @@ public:
     QString script; ///< the last one
 
 private:
-    /// Calls as the script says at its end.
+    /// Makes the call that the script has at its end.
     void tell(const QString &name, const QString &text) {
         static const QRegularExpression callee(
             R"-(callDBus\("([^"]*)", "([^"]*)", "([^"]*)", "told")-");

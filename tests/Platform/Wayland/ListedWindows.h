@@ -6,8 +6,8 @@
 
 namespace morvane {
 
-/// What a window system tells, in the end: the id, the title, the names and the process of each.
-/// None where that isn't the whole.
+/// The windows that a window system lists: the id, the title, the names and the process of each.
+/// None where the list isn't complete.
 inline std::optional<QStringList> listed(WindowSystem &system) {
     const auto listing =
         toldBy<WindowSystem::Listing>([&](const auto &told) { system.list(told); });

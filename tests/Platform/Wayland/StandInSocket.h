@@ -7,7 +7,7 @@
 
 namespace morvane {
 
-/// A socket as a compositor has it: each piece of what somebody says there is passed on.
+/// A socket like a compositor's. It passes on each piece that a client sends.
 class StandInSocket : public QLocalServer {
 public:
     using Heard = std::function<void(QLocalSocket *from, const QByteArray &piece)>;

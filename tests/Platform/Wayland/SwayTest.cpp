@@ -53,7 +53,7 @@ protected:
         }
     }
 
-    /// An event, as far as it is read; its type isn't.
+    /// Sends an event. Its message type doesn't matter, since nobody reads it.
     void tell(const QByteArray &event) {
         events->write(SwayMessage::encode(Type::subscribe, event));
     }
@@ -119,7 +119,7 @@ TEST_F(SwayTest, FollowsAFilmThatComesLeavesAndGoesOutOfView) {
     followFilm();
     change(layout(film, "3"));
     EXPECT_TRUE(has({}));
-    // One that lies on all displays is above every workspace.
+    // A film that covers all displays is above every workspace.
     change(layout(QByteArray(film).replace("_mode\":1", "_mode\":2"), "3"));
     EXPECT_TRUE(has(right));
     change(layout(QByteArray(film).replace("_mode\":1", "_mode\":0")));
@@ -130,7 +130,7 @@ TEST_F(SwayTest, IsAskedNothingForTitlesAndFewTimesForManyEvents) {
     followFilm();
     asked.clear();
     tell(R"({"change":"title"})");
-    // What that would have led to has come by the time that these are answered.
+    // A question that the title led to would arrive before these are answered.
     EXPECT_TRUE(listed(windows) && listed(windows));
     EXPECT_EQ(asked.size(), 2);
     for (int i = 0; i < 1000; ++i) {
@@ -138,7 +138,7 @@ TEST_F(SwayTest, IsAskedNothingForTitlesAndFewTimesForManyEvents) {
     }
     change(layout(""));
     EXPECT_TRUE(has({}));
-    // They come in a few pieces, each of which may lead to one.
+    // The events come in a few pieces, each of which may lead to one question.
     EXPECT_LT(asked.size(), 20);
 }
 

@@ -22,13 +22,13 @@ protected:
     bool hold(const char *key) { return display->run({"xdotool", "keydown", key}); }
     bool letGo(const char *key) { return display->run({"xdotool", "keyup", key}); }
 
-    /// Whether it goes on doing so, however long it is held.
+    /// Whether the server goes on reporting a key that is held.
     bool isTold() {
         told = 0;
         return becomesTrue([this] { return told >= 3; });
     }
 
-    /// Whether a letter comes to the field, behind all that has happened before.
+    /// Types a letter; whether it reaches the field, after all earlier events.
     bool reaches(const char *letter) {
         type(letter);
         return becomesTrue([&] { return field->text().endsWith(QLatin1String(letter)); });
@@ -65,7 +65,7 @@ TEST_F(HeldKeysTest, AKeyThatIsHeldIsNotLetGoMeanwhile) {
     letGo("Return");
     EXPECT_TRUE(becomesTrue([this] { return heard.releases > 0; }));
 
-    // With Alt it chooses what is written on a button, and that once.
+    // With Alt a key is the mnemonic of a button, which must act only once.
     heard.presses = 0;
     hold("alt");
     hold("Return");

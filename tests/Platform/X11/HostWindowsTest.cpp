@@ -78,11 +78,11 @@ TEST_P(ManagedHostWindowsTest, TheWindowThatIsMeantComesForwardFromWhereverItIs)
     const HostWindow shop = found[isFirst ? 0 : 1];
     EXPECT_EQ(found[isFirst ? 1 : 0].title, "shop-api");
 
-    // As an overlay does that gives the keyboard back: the window manager hears nothing of it.
+    // An overlay gives the keyboard back in this way, and the window manager doesn't hear of it.
     display->run({"xdotool", "windowfocus", found[isFirst ? 1 : 0].id});
     windows->activate(shop);
     EXPECT_TRUE(isInFront("shop"));
-    // The window manager itself goes back to the one that had the keyboard last.
+    // By itself the window manager would go back to shop-api, which had the keyboard last.
     ASSERT_TRUE(display->bringToFront("shop-api"));
     display->goToDesktop(1);
     ASSERT_TRUE(becomesTrue([this] { return display->focusedTitle() != "shop-api"; }));
@@ -110,7 +110,7 @@ TEST_F(HostWindowsTest, ATerminalThatHasNoWindowOfItsOwnIsNotShown) {
     for (const char *nobodys : {"/dev/null", "/dev/pts/99999", "/dev/../tmp", "", "\n"}) {
         EXPECT_EQ(show(nobodys), Showing::unknown) << nobodys;
     }
-    // As of a login over the network.
+    // The terminal of a login over the network.
     const QString sshd = home.path("sshd-session");
     QFile::copy(QStandardPaths::findExecutable("script"), sshd);
     const auto login =
@@ -119,7 +119,7 @@ TEST_F(HostWindowsTest, ATerminalThatHasNoWindowOfItsOwnIsNotShown) {
     const QString tty = QString::fromUtf8(home.read("login").trimmed());
     EXPECT_EQ(show(tty), Showing::elsewhere);
 
-    // As an editor, which has started it here, may have two windows.
+    // The program that has started the terminal has two windows, as an editor may.
     QWindow first;
     QWindow second;
     first.show();
@@ -128,7 +128,7 @@ TEST_F(HostWindowsTest, ATerminalThatHasNoWindowOfItsOwnIsNotShown) {
     login->kill(); // by itself it gives its child two seconds to end
 }
 
-/// Which the server of this display says it is by the name of its output.
+/// A display whose server passes for Xwayland by the name of its output.
 class XwaylandTest : public OnX11<QGuiApplication> {
 protected:
     void startAll() override {

@@ -11,7 +11,7 @@ using State = HotKeys::State;
 const HotKey panelKey{.keyCode = 34, .symbol = "G", .super = true, .shift = true};
 const HotKey escape{.keyCode = 1, .symbol = "Esc"};
 
-// By its place: a keyboard need not have this letter.
+// By its key code, since a layout need not have this letter.
 constexpr const char *pressPanelKey = "super+shift+42";
 
 /// Grabbed keys above a terminal that has the keyboard.
@@ -30,7 +30,7 @@ protected:
         presses.clear();
         const QByteArray before = received();
         display->press(key);
-        // What is typed behind it is there once that has been.
+        // Once the x that is typed after the key has arrived, the key would have arrived too.
         display->press("x");
         return becomesTrue([&] { return received() == before + typedX && !presses.isEmpty(); }) &&
                presses == QList{id};
@@ -54,7 +54,7 @@ TEST_F(HotKeysTest, WorkWhateverTheLocksAndTheLayout) {
     display->press("Caps_Lock");
     typedX = "x";
     ASSERT_TRUE(display->run({"setxkbmap", "ru"}));
-    // Only the press: a letter that this layout lacks can't be typed behind it without changing it.
+    // Only the press is checked: to type the x, which this layout lacks, would change the layout.
     presses.clear();
     display->press(pressPanelKey);
     EXPECT_TRUE(becomesTrue([&] { return presses == QList{panel}; }));

@@ -47,7 +47,7 @@ protected:
         becomesTrue([&] { return !typing->isRunning(); });
     }
 
-    /// Nothing that can be seen lies above the overlay.
+    /// Whether no visible window lies above the overlay.
     bool isOnTop() const {
         auto *connection = x11->connection();
         const XcbReply<xcb_query_tree_reply_t> tree(
@@ -65,14 +65,14 @@ protected:
         return false;
     }
 
-    /// Whether the field gets it.
+    /// Takes the keyboard; whether the field gets it.
     bool takeKeyboard() const {
         const bool isTaken = overlay->takeKeyboard();
         field->setFocus();
         return isTaken && becomesTrue([this] { return field->hasFocus(); });
     }
 
-    QStringList activations; ///< the programs that were told to have come to the front
+    QStringList activations; ///< the programs that were reported to be in front
     std::unique_ptr<ActiveWindow> active;
     std::unique_ptr<X11OverlayWindows> overlays;
     std::unique_ptr<QWidget> panel;

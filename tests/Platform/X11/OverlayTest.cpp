@@ -23,7 +23,8 @@ TEST_P(ManagedOverlayTest, APersonComesBackToTheSameTerminalFromAnEmptyDesktop) 
         return x11->property(x11->root(), "_NET_ACTIVE_WINDOW", XCB_ATOM_WINDOW).value(0) == 0;
     };
     ASSERT_TRUE(becomesTrue([&] { return !isEmpty(); }));
-    // A person stays long enough for the program to see it, which is told before this is.
+    // A person stays long enough for the program to see it. The program is told of the change
+    // before this slot.
     bool isSeen = false;
     QObject::connect(x11.get(), &X11Connection::rootPropertyChanged, active.get(),
                      [&] { isSeen = isEmpty(); });
@@ -45,8 +46,8 @@ TEST_P(ManagedOverlayTest, StaysAboveOnEveryDesktopAndTakesNoFocus) {
     display->press("alt+Return");
     ASSERT_TRUE(becomesTrue([&] { return !films.areas().isEmpty(); }));
     EXPECT_TRUE(becomesTrue([this] { return isOnTop(); }));
-    // A window manager may take the focus away for a moment while it fills the screen; one that
-    // we had taken would stay away.
+    // A window manager may take the focus away for a moment while it fills the screen; a focus that
+    // we had taken wouldn't come back.
     EXPECT_TRUE(becomesTrue([this] { return display->focusedTitle() == "other"; }));
     display->goToDesktop(1);
     EXPECT_TRUE(becomesTrue([this] { return display->focusedTitle() != "other" && isOnTop(); }));
@@ -80,7 +81,7 @@ TEST_P(ManagedOverlayTest, GivesWayToAFullscreenProgramWhenToldTo) {
 TEST_P(ManagedOverlayTest, KeepsTheKeyboardForAFieldsMenuPassesItOnAndGivesItBack) {
     ASSERT_TRUE(takeKeyboard());
     field->setText("Old");
-    // The field's own menu is another window, and a click on it no click elsewhere.
+    // The field's own menu is another window, but a click on it doesn't count as one elsewhere.
     display->click(field->mapToGlobal(field->rect().center()), 3);
     ASSERT_TRUE(becomesTrue([] { return QApplication::activePopupWidget() != nullptr; }));
     auto &menu = *qobject_cast<QMenu *>(QApplication::activePopupWidget());
@@ -91,7 +92,7 @@ TEST_P(ManagedOverlayTest, KeepsTheKeyboardForAFieldsMenuPassesItOnAndGivesItBac
     EXPECT_TRUE(becomesTrue([this] { return field->text() == "Name"; }));
     EXPECT_EQ(received(), "");
 
-    // Passed on, it goes back to whoever had it before both.
+    // When the overlay has passed the keyboard on, it goes back to whoever had it before both.
     QWidget second;
     const auto next = overlays->adopt(second);
     next->setGeometry({0, 700, 100, 50}, OverlayWindow::Anchor::topCenter);
@@ -157,7 +158,7 @@ TEST_P(ManagedOverlayTest, KeepsTheKeyboardWhileAKeyIsHeldThatAnotherProgramHas)
     EXPECT_TRUE(field->hasFocus());
     letGo();
 
-    // It may also be a key that takes it away.
+    // Such a key may also take the keyboard away.
     EXPECT_TRUE(hold());
     EXPECT_TRUE(display->withWindow(terminalTitle, {"windowfocus"}));
     EXPECT_TRUE(becomesTrue([this] { return !field->hasFocus(); }));
@@ -220,7 +221,7 @@ TEST_F(OverlayTest, CoversNoCandidatesOfAnInputMethodWhileSomebodyTypes) {
     ASSERT_TRUE(becomesTrue([&] { return isRestacked; }));
     QGuiApplication::sync();
     EXPECT_FALSE(isOnTop());
-    // With the keyboard on no field there are none.
+    // Without a focused field there are no candidates.
     field->clearFocus();
     EXPECT_TRUE(display->withWindow("other", {"windowraise"}));
     EXPECT_TRUE(becomesTrue([this] { return isOnTop(); }));

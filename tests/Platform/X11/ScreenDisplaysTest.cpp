@@ -16,7 +16,7 @@ protected:
     }
 
     void setNumbers(WId window, const char *property, const QList<std::uint32_t> &items) const {
-        // This travels on another connection, and must not overtake the window.
+        // The property goes over another connection, and must not arrive before the window exists.
         QGuiApplication::sync();
         xcb_change_property(x11->connection(), XCB_PROP_MODE_REPLACE,
                             static_cast<std::uint32_t>(window), x11->atom(property),
@@ -74,7 +74,7 @@ TEST_F(ScreenDisplaysTest, ABarThatNobodyManagesCountsWhileItCanBeSeen) {
 
 TEST_F(ScreenDisplaysTest, TheAreaThatTheWindowManagerTellsCountsWhereItCanOnlyBeOfOneDisplay) {
     const ScreenDisplays displays(*x11);
-    // On the second desktop it is another.
+    // The second desktop has another work area.
     setNumbers(x11->root(), "_NET_WORKAREA", {0, 30, 1280, 770, 0, 60, 1280, 740});
     EXPECT_TRUE(becomesFree(displays, 0, {0, 30, 1280, 770}));
     display->goToDesktop(1);

@@ -5,7 +5,7 @@
 namespace morvane {
 namespace {
 
-// Two screens side by side, the right one higher up and lower than the desktop.
+// Two screens side by side. The right one begins below the desktop's top and ends above its bottom.
 constexpr QRect leftScreen(0, 0, 1000, 800);
 constexpr QRect rightScreen(1000, 200, 600, 400);
 constexpr QSize desktop(1600, 800);
