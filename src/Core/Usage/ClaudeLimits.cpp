@@ -29,21 +29,26 @@ bool isOver(const std::optional<UsageWindow> &window, Date now) {
 /// status lines round it.
 constexpr Seconds resetVaries(60);
 
-bool isSameWindow(const std::optional<UsageWindow> &told, const std::optional<UsageWindow> &known) {
-    return told && known && told->resetsAt && known->resetsAt &&
-           std::chrono::abs(*told->resetsAt - *known->resetsAt) < resetVaries;
+bool isSameReset(const std::optional<Date> &one, const std::optional<Date> &other) {
+    return one && other && std::chrono::abs(*one - *other) < resetVaries;
 }
 
 /// Utilization never falls within one window, so the lower figure is the older one.
 bool isOlder(const std::optional<UsageWindow> &told, const std::optional<UsageWindow> &known) {
-    return isSameWindow(told, known) && told->utilization < known->utilization;
+    return told && known && isSameReset(told->resetsAt, known->resetsAt) &&
+           told->utilization < known->utilization;
 }
 
 /// A window keeps the reset it was first known by: with a different one, its milestones would be
 /// announced again.
-void keepReset(std::optional<UsageWindow> &told, const std::optional<UsageWindow> &known) {
-    if (isSameWindow(told, known)) {
-        told->resetsAt = known->resetsAt;
+void keepReset(std::optional<UsageWindow> &window, std::optional<Date> &known) {
+    if (!window || !window->resetsAt) {
+        return;
+    }
+    if (isSameReset(window->resetsAt, known)) {
+        window->resetsAt = known;
+    } else {
+        known = window->resetsAt;
     }
 }
 
@@ -233,11 +238,9 @@ void ClaudeLimits::ingestLive(const QByteArray &data) {
 }
 
 void ClaudeLimits::takeUsage(Usage usage) {
-    if (m_usage) {
-        keepReset(usage.session, m_usage->session);
-        keepReset(usage.weekly, m_usage->weekly);
-        keepReset(usage.fable, m_usage->fable);
-    }
+    keepReset(usage.session, m_knownResets.session);
+    keepReset(usage.weekly, m_knownResets.weekly);
+    keepReset(usage.fable, m_knownResets.fable);
     detectWeeklyReset(usage);
     m_usage = usage;
     emit usageRead(usage);

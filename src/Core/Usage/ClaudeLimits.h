@@ -71,6 +71,9 @@ private:
     UsageEndpoint m_endpoint;
 
     std::optional<Usage> m_usage;
+    struct {
+        std::optional<Date> session, weekly, fable;
+    } m_knownResets; ///< outlives figures that are dropped or left out for a while
     std::optional<QString> m_unavailableReason;
     bool m_keychainBlocked = false;
 

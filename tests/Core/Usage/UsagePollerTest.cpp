@@ -225,6 +225,8 @@ TEST_F(UsagePollerTest, AStatusLineTellsNoLessOfAWindowThanIsKnown) {
     tell(86, 41, Seconds(991));
     EXPECT_EQ(poller.usage()->fetchedAt, scheduler.now());
     EXPECT_EQ(poller.usage()->session, before->session);
+    poller.ingestLive(statusLine(R"("seven_day":{"used_percentage":41})"), claude);
+    tell(86, 41, Seconds(989));
     EXPECT_EQ(told, QList<int>({85}));
     // A window that has begun anew may show less, and so may the endpoint.
     tell(2, 41, Seconds(2000));
