@@ -40,9 +40,12 @@ SessionTransition sessionStart(const HookContext &context) {
     if (context.event.isCompaction && session.isAtWork()) {
         return context.update(std::move(session));
     }
-    // The start may be the only sign of an interruption, which doesn't end a subagent's request.
-    if (isAskedBySubagent(session)) {
-        session.askers.remove(QString());
+    // The start may be the only sign of an interruption, which doesn't end a subagent's request,
+    // here or in the terminal.
+    session.askers.remove(QString());
+    const bool asksThere =
+        session.isAtWork() && !listsSubagents(context.event) && !session.askers.isEmpty();
+    if (asksThere || isAskedBySubagent(session)) {
         session.subagentGoesOn = true;
         return context.update(std::move(session));
     }

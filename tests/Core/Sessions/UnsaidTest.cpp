@@ -337,6 +337,12 @@ TEST_F(UnsaidTest, CodexSaysThatItsTurnWasInterrupted) {
     EXPECT_EQ(tell(codex, "Interrupt", R"("turn_id":"t")"), needsInput);
     store.decide("s", AgentDecision::allow());
     EXPECT_EQ(tell(codex, "SubagentStop", R"("agent_id":"a")"), done);
+    // Also when the terminal asks.
+    tell(codex, "UserPromptSubmit", R"("prompt":"go")");
+    tell(codex, "PermissionRequest", make + ofA, "f");
+    store.approvalExpired("f");
+    EXPECT_EQ(tell(codex, "Interrupt", R"("turn_id":"t")"), needsInput);
+    EXPECT_EQ(tell(codex, "SubagentStop", R"("agent_id":"a")"), done);
 }
 
 TEST_F(UnsaidTest, ATurnThatEndsWithoutAHookIsFoundInTheTranscript) {
