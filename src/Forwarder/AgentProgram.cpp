@@ -105,12 +105,13 @@ bool speaksOfHook(std::string_view arguments, std::string_view name, std::string
 }
 
 /// Whether these arguments call hook.sh with this agent and event. A call within a single argument
-/// counts only for a shell: an agent's prompt may hold the same words.
+/// counts only behind a shell: an agent's prompt may hold the same words.
 bool callsHook(std::string_view arguments, std::string_view name, std::string_view event) {
-    if (isShell(takeArgument(arguments)))
-        return speaksOfHook(arguments, name, event);
     while (!arguments.empty()) {
-        if (takeArgument(arguments).ends_with("/hook.sh"))
+        const std::string_view argument = takeArgument(arguments);
+        if (isShell(argument))
+            return speaksOfHook(arguments, name, event);
+        if (argument.ends_with("/hook.sh"))
             return takeArgument(arguments) == name && takeArgument(arguments) == event;
     }
     return false;

@@ -109,7 +109,9 @@ TEST(Program, IsThatOfTheAncestorThatIsNoShellOfTheHook) {
         fs::current_path(hook.folder());
         std::ofstream("cli.js") << "sh -c 'timeout 60 " << hook.script().string()
                                 << " claude Stop </dev/null; :'; :";
-        std::ofstream("errand.js") << "./node -e cli.js; :";
+        std::ofstream("errand.js") << "./node -e nested.js; :";
+        std::ofstream("nested.js")
+            << "timeout 60 sh -c '" << hook.script().string() << " claude Stop </dev/null; :'; :";
         std::ofstream("gone.js") << "rm \"$(readlink /proc/$$/exe)\"; . ./cli.js";
         fs::permissions(hook.script(), fs::perms::owner_all);
         for (const auto &[name, script, told] : cases) {
