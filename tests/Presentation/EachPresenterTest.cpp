@@ -1,6 +1,7 @@
 #include "Presentation/Overlay/InlineNameField.h"
 #include "Presentation/Overlay/PanelSurface.h"
 #include "Presentation/Panel/DecideButton.h"
+#include "Presentation/Panel/PencilButton.h"
 #include "Presentation/Panel/ReplyStrip.h"
 #include "Presentation/Panel/SessionRow.h"
 #include "Presentation/PresenterFixture.h"
@@ -283,6 +284,18 @@ TEST_P(EachPresenterTest, EscAndAJumpGiveTheKeyboardBackThoughAReplyIsOpen) {
         EXPECT_FALSE(presenter->isExpanded());
         EXPECT_EQ(replyDrafts.text("s"), isJump ? "gogo" : "go");
     }
+}
+
+TEST_P(EachPresenterTest, AJumpKeepsTheNameThatIsBeingTyped) {
+    attach();
+    apply(EventBuilder(Event::promptSubmit).at("/srv/shop"));
+    presenter->presentPanel();
+    scheduler.advance(Seconds(1));
+    window().widget().findChild<PencilButton *>()->click();
+    settle();
+    window().widget().findChild<InlineNameField *>()->setText("a name");
+    presenter->dismiss();
+    EXPECT_EQ(renamed, QStringList{"/srv/shop=a name"});
 }
 
 TEST_P(EachPresenterTest, AClickMayTakeAwayThePanelThatItWasMadeIn) {

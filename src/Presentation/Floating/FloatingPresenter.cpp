@@ -137,7 +137,7 @@ void FloatingPresenter::dismiss() {
     m_dismissed = true;
     m_presented = false;
     m_flashActive = false;
-    abandonEditing();
+    endEditing();
     cancelPresentation();
     endKeyboardUse();
     m_capsule.setHovering(false);

@@ -100,6 +100,7 @@ void NotchPresenter::collapseExpanded() {
 }
 
 void NotchPresenter::dismiss() {
+    endEditing();
     cancelPresentation();
     m_hover.dismiss();
     destroyNotch();

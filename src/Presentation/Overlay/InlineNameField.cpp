@@ -60,6 +60,10 @@ void InlineNameField::abandon() {
     settle(Outcome::cancelled);
 }
 
+void InlineNameField::goElsewhere() {
+    settle(m_setup.commitsOnBlur ? Outcome::committed : Outcome::cancelled);
+}
+
 void InlineNameField::giveUp() {
     discard();
     settle(Outcome::cancelled);

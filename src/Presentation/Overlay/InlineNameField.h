@@ -35,6 +35,10 @@ public:
     /// Cancels the field, unless it is settled.
     void abandon();
 
+    /// Closes the field because the person goes elsewhere: what commits on a loss of the focus is
+    /// committed, the rest cancelled.
+    void goElsewhere();
+
 signals:
     void commit(const QString &text);
     /// The field still holds what was typed, unless the person has given it up.

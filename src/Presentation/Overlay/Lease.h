@@ -7,8 +7,7 @@
 
 namespace morvane {
 
-/// Lasts a fixed time from its last renewal. If the clock is set back meanwhile, it may end at
-/// once, and lasts at most twice as long.
+/// Holds while the clock is within a fixed time of the last renewal, before it or after.
 class Lease {
 public:
     explicit Lease(Seconds length) : m_length(length) {}

@@ -75,7 +75,7 @@ void MorvanePresenter::putUp(PanelSurface &surface) {
     connect(&surface, &PanelSurface::keyUsed, this,
             [this] { m_keyLease.renew(m_context.scheduler.now()); });
     connect(&surface, &PanelSurface::escaped, this, [this] {
-        abandonEditing();
+        endEditing();
         collapseExpanded();
     });
     connect(&surface, &PanelSurface::contentResized, this, &MorvanePresenter::scheduleUpdate);
@@ -151,9 +151,12 @@ void MorvanePresenter::endKeyboardUse() {
     }
 }
 
-void MorvanePresenter::abandonEditing() {
+void MorvanePresenter::endEditing() {
+    if (!m_surface) {
+        return;
+    }
     for (InlineNameField *field : m_surface->findChildren<InlineNameField *>()) {
-        field->abandon();
+        field->goElsewhere();
     }
 }
 

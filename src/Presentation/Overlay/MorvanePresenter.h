@@ -119,8 +119,9 @@ protected:
     /// The keyboard goes back to whoever had it.
     void endKeyboardUse();
 
-    /// Cancels the open fields of the panel, which would keep it open and hold the keyboard.
-    void abandonEditing();
+    /// Closes the open fields of the panel because the person goes elsewhere; they would keep it
+    /// open and hold the keyboard. A name counts as typed, and a reply is kept unsent.
+    void endEditing();
 
     /// Records whether the panel is open; it is reported as open only while it can be seen.
     void reportExpanded(bool isExpanded);
