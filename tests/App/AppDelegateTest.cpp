@@ -63,7 +63,10 @@ TEST_F(AppDelegateTest, OffersNewAgentsButNotOverAnOffer) {
     // If the desktop focuses every new window, a key still presses nothing in this one.
     window->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(window));
-    QTest::keyClick(window->windowHandle(), Qt::Key_Space);
+    for (const int key : {Qt::Key_Space, Qt::Key_Escape}) {
+        QTest::keyClick(window->windowHandle(), static_cast<Qt::Key>(key));
+    }
+    EXPECT_TRUE(window->isVisible());
     EXPECT_NE(button("Connect Claude Code"), nullptr);
     EXPECT_EQ(AccessibleControls(*window).faults(), QStringList());
     home.write(".codex/config.toml");

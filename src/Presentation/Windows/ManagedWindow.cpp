@@ -3,6 +3,7 @@
 #include "Presentation/Mascot/MenuBarIcon.h"
 #include "Presentation/Style/Colors.h"
 
+#include <QApplication>
 #include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
@@ -25,6 +26,7 @@ ManagedWindow::ManagedWindow(const QString &title) {
 }
 
 void ManagedWindow::present() {
+    m_isUnasked = false;
     centreAtFirst();
     if (!isActiveWindow()) {
         // A request alone doesn't bring it from another desktop; hidden and shown again, it appears
@@ -42,8 +44,8 @@ void ManagedWindow::presentQuietly() {
         return;
     }
     centreAtFirst();
-    // Some desktops give each new window the keyboard nevertheless. With the focus on the window
-    // itself, what somebody goes on typing presses nothing in it.
+    // Some desktops give each new window the keyboard nevertheless.
+    m_isUnasked = true;
     setFocus();
     setAttribute(Qt::WA_ShowWithoutActivating);
     show();
@@ -59,8 +61,18 @@ void ManagedWindow::setAboveOthers(bool isAbove) {
     }
 }
 
+bool ManagedWindow::isUntouched() const {
+    return m_isUnasked && QApplication::focusWidget() == this;
+}
+
 bool ManagedWindow::event(QEvent *event) {
-    if (event->type() == QEvent::WindowActivate) {
+    if (event->type() == QEvent::ShortcutOverride && isUntouched()) {
+        event->accept(); // no mnemonic of a button comes before the window's own keys
+        return true;
+    }
+    if (event->type() == QEvent::MouseButtonPress) {
+        m_isUnasked = false;
+    } else if (event->type() == QEvent::WindowActivate) {
         emit activated();
     } else if (event->type() == QEvent::WindowDeactivate) {
         m_closing.abandon();
@@ -69,7 +81,8 @@ bool ManagedWindow::event(QEvent *event) {
 }
 
 void ManagedWindow::keyPressEvent(QKeyEvent *event) {
-    if (event->key() == Qt::Key_Escape || event->matches(QKeySequence::Close)) {
+    const bool closes = event->key() == Qt::Key_Escape || event->matches(QKeySequence::Close);
+    if (closes && !isUntouched()) {
         m_closing.begin(*event);
     } else {
         QWidget::keyPressEvent(event);

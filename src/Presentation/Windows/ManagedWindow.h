@@ -35,11 +35,16 @@ protected:
     void keyReleaseEvent(QKeyEvent *event) override;
 
 private:
+    /// True for a window that nobody has asked for, until a click or Tab moves the focus into it.
+    /// What somebody goes on typing then does nothing.
+    bool isUntouched() const;
+
     /// Acts only once: later the window reappears where it was.
     void centreAtFirst();
     void fitInto(const QSize &room);
 
     bool m_wasPresented = false;
+    bool m_isUnasked = false;
     KeyStroke m_closing;
 };
 
