@@ -253,6 +253,7 @@ void ExpandedView::showEvent(QShowEvent *event) {
 void ExpandedView::hideEvent(QHideEvent *event) {
     QWidget::hideEvent(event);
     m_ages.cancel();
+    m_call.cancel();
     startReading();
     // A panel always opens at the top of its list.
     m_viewport->scrollToTop();
@@ -308,7 +309,7 @@ bool ExpandedView::focusNextPrevChild(bool next) {
         return false;
     }
     if (ListRow *row = rowOfHiddenFocus()) {
-        row->setFocus();
+        row->setFocus(Qt::NoFocusReason);
         return true;
     }
     return FocusOrder(m_viewport->rows(), *m_footer)

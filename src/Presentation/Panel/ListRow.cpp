@@ -119,12 +119,12 @@ void ListRow::keyPressEvent(QKeyEvent *event) {
     }
 }
 
-/// Focus that no person has moved here was passed on by a widget that can't be pressed any more,
-/// and the next key may be meant for that widget.
+/// Focus is passed on without a reason by a widget that can't be pressed any more, and the next key
+/// may be meant for that widget.
 void ListRow::focusInEvent(QFocusEvent *event) {
     PanelButton::focusInEvent(event);
     auto *list = qobject_cast<RowList *>(parentWidget());
-    if (list != nullptr && event->reason() == Qt::OtherFocusReason) {
+    if (list != nullptr && event->reason() == Qt::NoFocusReason) {
         list->holdPresses();
     }
 }

@@ -26,7 +26,7 @@ PromptStrip::PromptStrip(Scheduler &scheduler, QWidget *parent)
     connect(m_reading, &ReadingTime::changed, this, [this](bool isOver) {
         // Keeps the focus in this row instead of letting it go on to the next.
         if (!isOver && containsFocus(*m_choices)) {
-            parentWidget()->setFocus();
+            parentWidget()->setFocus(Qt::NoFocusReason);
         }
         m_choices->setEnabled(isOver);
     });

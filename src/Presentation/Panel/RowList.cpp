@@ -129,7 +129,7 @@ void RowList::passFocusOn(const QList<Slot> &before, qsizetype place) {
         }
         make(*known);
         if (qobject_cast<ListRow *>(known->widget) != nullptr) {
-            known->widget->setFocus();
+            known->widget->setFocus(Qt::NoFocusReason);
             return;
         }
     }
