@@ -9,13 +9,13 @@ namespace morvane {
 
 /// What a model answers, whichever dialect it speaks. This one does what it is told. Asked to
 ///
-/// Run `COMMAND`           it calls the agent's shell
-/// Run twice `COMMAND`     it calls it twice at once, where the dialect is OpenAI's older one
-/// Delegate `COMMAND`      it has a subagent run the command
-/// Ask `QUESTION`          it has the agent ask the person, who can say red or blue
-/// Fail with `STATUS`      it refuses, with this status of HTTP
-/// Say `WORDS`             it says these words
-/// Use up `PERCENT`        it says how much of the person's limits is used up
+///     Run `COMMAND`           it calls the agent's shell
+///     Run twice `COMMAND`     it calls it twice at once, where the dialect is OpenAI's older one
+///     Delegate `COMMAND`      it has a subagent run the command
+///     Ask `QUESTION`          it has the agent ask the person, who can say red or blue
+///     Fail with `STATUS`      it refuses, with this status of HTTP
+///     Say `WORDS`             it says these words
+///     Use up `PERCENT`        it says how much of the person's limits is used up
 ///
 /// by the agent's own tools. If the agent offers no tool for it, or a tool has given its result, it
 /// says a few words.

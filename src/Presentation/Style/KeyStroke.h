@@ -10,8 +10,8 @@ namespace morvane {
 /// display server repeats a held key, and the terminal would take the repetition for a new press.
 class KeyStroke {
 public:
-    /// Ignores a repeated press. On X11 it is marked as repeated only if the key went down in the
-    /// same window.
+    /// Ignores a repeated press. On X11 repeats aren't marked, but a window gets only those of keys
+    /// that went down in it.
     void begin(const QKeyEvent &press) {
         if (!press.isAutoRepeat()) {
             m_key = place(press);
